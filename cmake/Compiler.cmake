@@ -1,0 +1,32 @@
+# SPDX-FileCopyrightText: 2026 The Quillon developers
+# SPDX-License-Identifier: GPL-3.0-or-later
+# One place for what every target is compiled with.
+add_library(quillon_options INTERFACE)
+target_compile_options(quillon_options INTERFACE
+  -Wall -Wextra -Wpedantic -Wshadow -Wnon-virtual-dtor -Woverloaded-virtual -Wcast-qual -Wformat=2 -Werror)
+target_include_directories(quillon_options INTERFACE ${CMAKE_SOURCE_DIR}/src)
+target_compile_definitions(quillon_options INTERFACE QUILLON_VERSION="${PROJECT_VERSION}")
+
+if(QUILLON_SANITIZE)
+  target_compile_options(quillon_options INTERFACE -fsanitize=address,undefined -fno-sanitize-recover=undefined
+    -fno-omit-frame-pointer)
+  target_link_options(quillon_options INTERFACE -fsanitize=address,undefined)
+endif()
+if(QUILLON_COVERAGE)
+  target_compile_options(quillon_options INTERFACE --coverage)
+  target_link_options(quillon_options INTERFACE --coverage)
+endif()
+if(QUILLON_FUZZ)
+  target_compile_options(quillon_options INTERFACE -fsanitize=fuzzer-no-link,address,undefined)
+  target_link_options(quillon_options INTERFACE -fsanitize=address,undefined)
+endif()
+
+find_program(QUILLON_LINKER mold)
+if(QUILLON_LINKER AND NOT QUILLON_FUZZ)
+  target_link_options(quillon_options INTERFACE -fuse-ld=mold)
+endif()
+find_program(QUILLON_CCACHE ccache)
+if(QUILLON_CCACHE)
+  set(CMAKE_CXX_COMPILER_LAUNCHER ${QUILLON_CCACHE})
+  set(CMAKE_C_COMPILER_LAUNCHER ${QUILLON_CCACHE})
+endif()

@@ -1,0 +1,17 @@
+# SPDX-FileCopyrightText: 2026 The Quillon developers
+# SPDX-License-Identifier: GPL-3.0-or-later
+# Every library Quillon stands on, all packaged by Debian.
+find_package(PkgConfig REQUIRED)
+find_package(Threads REQUIRED)
+pkg_check_modules(VIPS REQUIRED IMPORTED_TARGET vips)
+pkg_check_modules(JPEG REQUIRED IMPORTED_TARGET libjpeg)
+pkg_check_modules(TIFF REQUIRED IMPORTED_TARGET libtiff-4)
+pkg_check_modules(EXIV2 REQUIRED IMPORTED_TARGET exiv2)
+pkg_check_modules(MEDIAINFO REQUIRED IMPORTED_TARGET libmediainfo)
+pkg_check_modules(SQLITE REQUIRED IMPORTED_TARGET sqlite3)
+find_package(fmt REQUIRED)
+find_package(nlohmann_json REQUIRED)
+find_package(CLI11 REQUIRED)
+find_package(Qt6 REQUIRED COMPONENTS Core Gui Widgets DBus)
+find_package(GTest REQUIRED)
+find_package(benchmark REQUIRED)

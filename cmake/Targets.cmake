@@ -1,0 +1,51 @@
+# SPDX-FileCopyrightText: 2026 The Quillon developers
+# SPDX-License-Identifier: GPL-3.0-or-later
+# Sources are found by folder, so that a new file needs no build change.
+
+# quillon_library(<name> [RECURSE] [DEPENDS <targets>...]): one static library of the .cpp files in the current folder,
+# with RECURSE of those below it too. A folder of headers alone becomes an interface library.
+function(quillon_library name)
+  cmake_parse_arguments(ARG "RECURSE" "" "DEPENDS" ${ARGN})
+  set(glob GLOB)
+  if(ARG_RECURSE)
+    set(glob GLOB_RECURSE)
+  endif()
+  file(${glob} sources CONFIGURE_DEPENDS *.cpp *.h *.qrc)
+  if("${sources}" MATCHES "\\.cpp(;|$)")
+    add_library(${name} STATIC ${sources})
+    target_link_libraries(${name} PUBLIC quillon_options ${ARG_DEPENDS})
+  else()
+    add_library(${name} INTERFACE)
+    target_link_libraries(${name} INTERFACE quillon_options ${ARG_DEPENDS})
+  endif()
+endfunction()
+
+# quillon_program(<name> <main file> [DEPENDS <targets>...]): one program of build/<preset>/bin.
+function(quillon_program name main)
+  cmake_parse_arguments(ARG "" "" "DEPENDS" ${ARGN})
+  file(GLOB sources CONFIGURE_DEPENDS ${main})
+  if(NOT sources)
+    return()
+  endif()
+  add_executable(${name} ${sources})
+  target_link_libraries(${name} PRIVATE ${ARG_DEPENDS})
+  install(TARGETS ${name} RUNTIME)
+endfunction()
+
+# quillon_test(<folder> [DEPENDS <targets>...]): one GoogleTest program of the .cpp files in tests/<folder>.
+function(quillon_test folder)
+  cmake_parse_arguments(ARG "" "" "DEPENDS" ${ARGN})
+  file(GLOB sources CONFIGURE_DEPENDS ${folder}/*.cpp ${folder}/*.h)
+  if(NOT sources)
+    return()
+  endif()
+  set(name test_${folder})
+  add_executable(${name} ${sources})
+  set_target_properties(${name} PROPERTIES RUNTIME_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/tests)
+  target_include_directories(${name} PRIVATE ${CMAKE_SOURCE_DIR}/tests)
+  target_compile_definitions(${name} PRIVATE
+    QUILLON_SOURCE_DIR="${CMAKE_SOURCE_DIR}" QUILLON_BINARY_DIR="${CMAKE_BINARY_DIR}")
+  target_link_libraries(${name} PRIVATE ${ARG_DEPENDS} GTest::gmock GTest::gtest GTest::gtest_main)
+  gtest_discover_tests(${name} DISCOVERY_MODE PRE_TEST
+    PROPERTIES TIMEOUT 300 ENVIRONMENT "QT_QPA_PLATFORM=offscreen;LC_ALL=C.UTF-8")
+endfunction()

@@ -1,0 +1,55 @@
+// SPDX-FileCopyrightText: 2026 The Quillon developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "base/path_text.h"
+
+namespace quillon::base {
+namespace {
+
+template <typename Change>
+std::string Changed(std::string_view text, Change change) {
+  std::string out(text);
+  for (char& c : out) c = change(c);
+  return out;
+}
+
+}  // namespace
+
+PathParts SplitPath(std::string_view path) {
+  PathParts parts;
+  const auto slash = path.rfind('/');
+  const std::string_view file = slash == std::string_view::npos ? path : path.substr(slash + 1);
+  if (slash != std::string_view::npos) parts.folder = slash == 0 ? "/" : std::string(path.substr(0, slash));
+  const auto point = file.rfind('.');
+  const bool hasExtension = point != std::string_view::npos && point > 0;
+  parts.name = std::string(hasExtension ? file.substr(0, point) : file);
+  if (hasExtension) parts.extension = std::string(file.substr(point + 1));
+  return parts;
+}
+
+std::string JoinPath(std::string_view folder, std::string_view entry) {
+  std::string path(folder);
+  if (!path.empty() && path.back() != '/') path += '/';
+  path += entry;
+  return path;
+}
+
+std::string JoinPath(std::string_view folder, std::string_view name, std::string_view extension) {
+  std::string path = JoinPath(folder, name);
+  if (!extension.empty()) path.append(".").append(extension);
+  return path;
+}
+
+std::string TrimTrailingSeparator(std::string_view path) {
+  while (path.size() > 1 && path.back() == '/') path.remove_suffix(1);
+  return std::string(path);
+}
+
+std::string ToLowerAscii(std::string_view text) {
+  return Changed(text, [](char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c + ('a' - 'A')) : c; });
+}
+
+std::string ToUpperAscii(std::string_view text) {
+  return Changed(text, [](char c) { return c >= 'a' && c <= 'z' ? static_cast<char>(c - ('a' - 'A')) : c; });
+}
+
+}  // namespace quillon::base

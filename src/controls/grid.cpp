@@ -1,0 +1,40 @@
+// SPDX-FileCopyrightText: 2026 The Quillon developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "controls/grid.h"
+
+#include <algorithm>
+
+#include "base/number_text.h"
+
+namespace quillon::controls {
+
+void Grid::Select(std::size_t row) {
+  row = std::min(row, RowCount());
+  if (selected_ == row) return;
+  selected_ = row;
+  TellValueChanged();
+}
+
+void Grid::Tell(Change change, std::size_t row) {
+  selected_ = std::min(selected_, RowCount());
+  if (rowObserver_) rowObserver_(change, row);
+}
+
+void Grid::DoubleClick() {
+  if (doubleClick_) doubleClick_();
+}
+
+void Grid::RightClick() {
+  if (rightClick_) rightClick_();
+}
+
+EditResult Grid::Apply(std::string_view text) {
+  const auto row = base::ParseInteger(text);
+  if (!row || *row < 0 || static_cast<std::size_t>(*row) > RowCount()) {
+    return EditResult::Refused(FullName() + " 没有第 " + std::string(text) + " 行");
+  }
+  Select(static_cast<std::size_t>(*row));
+  return EditResult::Ok();
+}
+
+}  // namespace quillon::controls

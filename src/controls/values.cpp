@@ -1,0 +1,153 @@
+// SPDX-FileCopyrightText: 2026 The Quillon developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "controls/values.h"
+
+#include <algorithm>
+#include <charconv>
+
+#include "base/number_text.h"
+#include "base/rounding.h"
+
+namespace quillon::controls {
+namespace {
+
+std::string LimitText(const std::optional<double>& limit) { return limit ? base::NumberText(*limit) : std::string(); }
+
+std::optional<std::int32_t> ParseColour(std::string_view text) {
+  const bool hex = text.size() == 7 && text[0] == '#';
+  std::int32_t value = 0;
+  const std::string_view digits = hex ? text.substr(1) : text;
+  const auto [end, error] = std::from_chars(digits.data(), digits.data() + digits.size(), value, hex ? 16 : 10);
+  if (error != std::errc() || end != digits.data() + digits.size() || value < 0 || value > 0xFFFFFF) {
+    return std::nullopt;
+  }
+  return hex ? ((value & 0xFF) << 16) | (value & 0xFF00) | (value >> 16) : value;
+}
+
+}  // namespace
+
+void CheckBox::Set(bool on) {
+  if (on_ == on) return;
+  on_ = on;
+  TellValueChanged();
+}
+
+EditResult CheckBox::Apply(std::string_view text) {
+  if (text != "0" && text != "1") return EditResult::Refused(FullName() + " 只接受 0 或 1");
+  Set(text == "1");
+  return EditResult::Ok();
+}
+
+void TextBox::SetText(std::string text) {
+  if (text_ == text) return;
+  text_ = std::move(text);
+  TellValueChanged();
+}
+
+void TextBox::SetNumber(double value) { SetText(base::NumberText(value)); }
+
+void TextBox::SetLimits(Limits limits) {
+  if (limits_ == limits) return;
+  limits_ = limits;
+  TellLookChanged();
+}
+
+double TextBox::Number() const { return base::LeadingNumber(text_); }
+
+int TextBox::Integer() const { return base::R(Number()); }
+
+std::string TextBox::MinText() const { return LimitText(limits_.min); }
+
+std::string TextBox::MaxText() const { return LimitText(limits_.max); }
+
+EditResult TextBox::Apply(std::string_view text) {
+  if (content_ == Content::Any) {
+    SetText(std::string(text));
+    return EditResult::Ok();
+  }
+  const auto number = base::ParseNumber(text);
+  const bool fits = number && (content_ == Content::Number || base::ParseInteger(text));
+  if (!fits) return EditResult::Refused(FullName() + (content_ == Content::Number ? " 只接受数字" : " 只接受整数"));
+  SetNumber(*number);
+  return EditResult::Ok();
+}
+
+ComboBox::ComboBox(Window& window, std::string name, Look look, std::vector<std::string> items, int index,
+                   Editable editable)
+    : Control(window, Kind::ComboBox, std::move(name), std::move(look)),
+      items_(std::move(items)),
+      index_(index),
+      editable_(editable) {
+  if (index_ >= 0) text_ = items_.at(static_cast<std::size_t>(index_));
+}
+
+void ComboBox::Select(int index) {
+  if (index < 0 || index >= static_cast<int>(items_.size())) index = -1;
+  if (index_ == index) return;
+  index_ = index;
+  text_ = index < 0 ? std::string() : items_[static_cast<std::size_t>(index)];
+  TellValueChanged();
+}
+
+void ComboBox::SetText(std::string text) {
+  const auto found = std::find(items_.begin(), items_.end(), text);
+  if (found != items_.end()) {
+    Select(static_cast<int>(found - items_.begin()));
+  } else if (text_ != text) {
+    index_ = -1;
+    text_ = std::move(text);
+    TellValueChanged();
+  }
+}
+
+void ComboBox::SetItems(std::vector<std::string> items) {
+  items_ = std::move(items);
+  index_ = items_.empty() ? -1 : 0;
+  text_ = items_.empty() ? std::string() : items_[0];
+  TellLookChanged();
+}
+
+EditResult ComboBox::Apply(std::string_view text) {
+  const auto found = std::find(items_.begin(), items_.end(), text);
+  if (found != items_.end()) {
+    Select(static_cast<int>(found - items_.begin()));
+    return EditResult::Ok();
+  }
+  if (editable_ == Editable::Yes) {
+    SetText(std::string(text));
+    return EditResult::Ok();
+  }
+  const auto index = base::ParseInteger(text);
+  if (!index || *index < 0 || *index >= static_cast<int>(items_.size())) {
+    return EditResult::Refused(FullName() + " 没有这一项：" + std::string(text));
+  }
+  Select(*index);
+  return EditResult::Ok();
+}
+
+void Label::SetText(std::string text) {
+  if (Caption() == text) return;
+  SetCaption(std::move(text));
+  TellValueChanged();
+}
+
+EditResult Label::Apply(std::string_view text) {
+  if (editable_ == Editable::No) return Control::Apply(text);
+  SetText(std::string(text));
+  return EditResult::Ok();
+}
+
+void ColourBox::Set(base::Colour colour) {
+  if (colour_ == colour) return;
+  colour_ = colour;
+  TellValueChanged();
+}
+
+EditResult ColourBox::Apply(std::string_view text) {
+  const auto value = ParseColour(text);
+  if (!value) return EditResult::Refused(FullName() + " 只接受颜色值，例如 #FFFFFF");
+  Set({*value});
+  return EditResult::Ok();
+}
+
+}  // namespace quillon::controls

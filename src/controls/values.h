@@ -1,0 +1,190 @@
+// SPDX-FileCopyrightText: 2026 The Quillon developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <array>
+#include <optional>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "base/colour.h"
+#include "controls/control.h"
+
+namespace quillon::controls {
+
+// A box that is on or off. A user's edit takes "0" and "1".
+class CheckBox : public Control {
+ public:
+  CheckBox(Window& window, std::string name, Look look, bool on = false)
+      : Control(window, Kind::CheckBox, std::move(name), std::move(look)), on_(on) {}
+
+  bool On() const { return on_; }
+  void Set(bool on);
+  std::string Value() const override { return on_ ? "1" : "0"; }
+
+ protected:
+  EditResult Apply(std::string_view text) override;
+
+ private:
+  bool on_;
+};
+
+// What a text box takes from a user; a number box refuses a text that is no number and keeps its value.
+enum class Content { Any, Integer, Number };
+
+// Range told to the user. What happens to a value beyond it is the business of the box's handler.
+struct Limits {
+  std::optional<double> min;
+  std::optional<double> max;
+  bool operator==(const Limits&) const = default;
+};
+
+class TextBox : public Control {
+ public:
+  TextBox(Window& window, std::string name, Look look, std::string text, Content content = Content::Any,
+          Limits limits = {})
+      : Control(window, Kind::TextBox, std::move(name), std::move(look)),
+        text_(std::move(text)),
+        content_(content),
+        limits_(limits) {}
+
+  void SetText(std::string text);
+  void SetNumber(double value);
+  void SetLimits(Limits limits);
+  Content GetContent() const { return content_; }
+  const Limits& GetLimits() const { return limits_; }
+  // The number at the head of the text, 0 where there is none.
+  double Number() const;
+  int Integer() const;
+
+  std::string Value() const override { return text_; }
+  std::string MinText() const override;
+  std::string MaxText() const override;
+
+ protected:
+  EditResult Apply(std::string_view text) override;
+
+ private:
+  std::string text_;
+  Content content_;
+  Limits limits_;
+};
+
+enum class Editable { No, Yes };
+
+// A list with one selected entry; an editable one also takes a text of its own, its index is then -1.
+// A user's edit takes an entry's text, or else an index.
+class ComboBox : public Control {
+ public:
+  ComboBox(Window& window, std::string name, Look look, std::vector<std::string> items, int index = -1,
+           Editable editable = Editable::No);
+
+  int Index() const { return index_; }
+  // An index outside the list selects nothing (-1).
+  void Select(int index);
+  void SetText(std::string text);
+  void SetItems(std::vector<std::string> items);
+  bool IsEditable() const { return editable_ == Editable::Yes; }
+
+  std::string Value() const override { return std::to_string(index_); }
+  std::string Text() const override { return text_; }
+  std::vector<std::string> Items() const override { return items_; }
+
+ protected:
+  EditResult Apply(std::string_view text) override;
+
+ private:
+  std::vector<std::string> items_;
+  int index_;
+  Editable editable_;
+  std::string text_;
+};
+
+// A label whose caption is its value (LInDir, LOutDir, status texts). A user's edit is taken only by labels made
+// Editable, as the folder labels are: choosing a folder puts its path there.
+class Label : public Control {
+ public:
+  Label(Window& window, std::string name, Look look, Editable editable = Editable::No)
+      : Control(window, Kind::Label, std::move(name), std::move(look)), editable_(editable) {}
+
+  // Changes the caption and runs the handler.
+  void SetText(std::string text);
+  std::string Value() const override { return Caption(); }
+
+ protected:
+  EditResult Apply(std::string_view text) override;
+
+ private:
+  Editable editable_;
+};
+
+class Button : public Control {
+ public:
+  Button(Window& window, std::string name, Look look)
+      : Control(window, Kind::Button, std::move(name), std::move(look)) {}
+};
+
+// An entry of the menu bar. A menu with no parent is a top entry; parents hold sub-entries.
+class Menu : public Control {
+ public:
+  Menu(Window& window, std::string name, Look look, std::string shortcut = {})
+      : Control(window, Kind::Menu, std::move(name), std::move(look)), shortcut_(std::move(shortcut)) {}
+
+  // As a key sequence, "Ctrl+O"; "" for none.
+  const std::string& Shortcut() const { return shortcut_; }
+
+ private:
+  std::string shortcut_;
+};
+
+// A titled group; disabling it disables what lies in it.
+class Frame : public Control {
+ public:
+  Frame(Window& window, std::string name, Look look) : Control(window, Kind::Frame, std::move(name), std::move(look)) {}
+};
+
+// A colour that the user picks. A user's edit takes the value 0x00BBGGRR as a decimal number or "#RRGGBB".
+class ColourBox : public Control {
+ public:
+  ColourBox(Window& window, std::string name, Look look, base::Colour colour)
+      : Control(window, Kind::ColourBox, std::move(name), std::move(look)), colour_(colour) {}
+
+  base::Colour Colour() const { return colour_; }
+  void Set(base::Colour colour);
+  std::string Value() const override { return std::to_string(colour_.value); }
+
+ protected:
+  EditResult Apply(std::string_view text) override;
+
+ private:
+  base::Colour colour_;
+};
+
+// N controls of one name, reached by index: TCutValue[0] is named "TCutValue(0)".
+template <typename T, std::size_t N>
+class ControlArray {
+ public:
+  // make(window, name, index) returns the control of that index.
+  template <typename Make>
+  ControlArray(Window& window, const std::string& name, Make make)
+      : items_(Build(window, name, make, std::make_index_sequence<N>())) {}
+
+  T& operator[](std::size_t index) { return items_[index]; }
+  const T& operator[](std::size_t index) const { return items_[index]; }
+  static constexpr std::size_t Size() { return N; }
+  auto begin() { return items_.begin(); }
+  auto end() { return items_.end(); }
+  auto begin() const { return items_.begin(); }
+  auto end() const { return items_.end(); }
+
+ private:
+  template <typename Make, std::size_t... I>
+  static std::array<T, N> Build(Window& window, const std::string& name, Make make, std::index_sequence<I...>) {
+    return {make(window, name + "(" + std::to_string(I) + ")", I)...};
+  }
+
+  std::array<T, N> items_;
+};
+
+}  // namespace quillon::controls

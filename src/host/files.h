@@ -1,0 +1,102 @@
+// SPDX-FileCopyrightText: 2026 The Quillon developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "host/status.h"
+
+namespace quillon::host {
+
+class Disk;
+class SyncQueue;
+
+enum class FileKind { File, Folder, Other };
+
+// What is known of a path without opening it. Times are nanoseconds since 1970.
+struct FileFacts {
+  FileKind kind = FileKind::Other;
+  std::uint64_t size = 0;
+  std::int64_t modified = 0;
+  std::uint64_t device = 0;
+  std::uint64_t inode = 0;
+};
+
+struct FolderEntry {
+  std::string name;
+  FileKind kind = FileKind::Other;  // a link counts as what it points to
+};
+
+// A file being written aside, in the folder of its final name and invisible under that name until it is committed.
+class Draft {
+ public:
+  virtual ~Draft() = default;
+  // All of the bytes or a failure. Appends at the current position.
+  virtual Status Write(const void* data, std::size_t size) = 0;
+  virtual Status Seek(std::uint64_t position) = 0;
+  // Bytes read at the current position, 0 at the end, -1 on failure.
+  virtual std::int64_t Read(void* data, std::size_t size) = 0;
+  virtual std::uint64_t Size() const = 0;
+};
+
+// A write that failed after it had already been handed over, found when it was synced.
+struct LateFailure {
+  std::string path;
+  Status status;
+};
+
+// Everything the program does to files. All paths are bytes. Every call may come from any thread.
+class Files {
+ public:
+  explicit Files(Disk& disk);
+  ~Files();
+  Files(const Files&) = delete;
+  Files& operator=(const Files&) = delete;
+
+  // Links are followed. Nothing where the path leads nowhere or cannot be looked at.
+  std::optional<FileFacts> Look(const std::string& path) const;
+  bool IsFile(const std::string& path) const;
+  bool IsFolder(const std::string& path) const;
+  // True when both lead to the same file, links followed.
+  bool SameFile(const std::string& a, const std::string& b) const;
+  // Hands out entries in the order of the file system, left-over drafts excepted; take returns false to end early.
+  Status ListFolder(const std::string& folder, const std::function<bool(const FolderEntry&)>& take) const;
+  // The whole file; TooLarge above limit bytes.
+  Status ReadFile(const std::string& path, std::string& out, std::uint64_t limit = 1u << 30) const;
+
+  // Makes the folder and all above it; an existing one is fine.
+  Status MakeFolders(const std::string& folder) const;
+
+  // The one way to write a file. fill writes the content into a draft beside path; when it and the draft's own checks
+  // succeed the draft takes the name, otherwise it vanishes and whatever stood under the name stays whole. An existing
+  // file is synced before it is replaced, keeps its mode and is refused when it is read-only; links are written
+  // through. A fresh file is synced behind the run: see Settle.
+  Status Save(const std::string& path, const std::function<Status(Draft&)>& fill);
+  Status Save(const std::string& path, std::string_view content);
+  // A copy through Save, with the time stamps of the source.
+  Status Copy(const std::string& from, const std::string& to);
+  // Waits until everything saved so far stands on disk; returns what failed since the last call.
+  std::vector<LateFailure> Settle();
+
+  // Removes a work file or a folder tree of our own; a missing one is fine.
+  Status RemoveOwn(const std::string& path);
+  // The one way to delete a user's file: into the desktop's trash.
+  Status Discard(const std::string& path);
+  // Removes the drafts that a killed run left in a folder.
+  void SweepDrafts(const std::string& folder) const;
+
+ private:
+  Disk& disk_;
+  std::unique_ptr<SyncQueue> syncs_;
+};
+
+// True for the names that drafts carry until they are committed; walks and watches pass over them.
+bool IsDraftName(std::string_view name);
+
+}  // namespace quillon::host

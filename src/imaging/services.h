@@ -1,0 +1,163 @@
+// SPDX-FileCopyrightText: 2026 The Quillon developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <functional>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "base/colour.h"
+#include "base/rect.h"
+#include "host/host.h"
+#include "imaging/image.h"
+
+namespace quillon::imaging {
+
+using host::Status;
+
+// Size in pixels and resolution in dots per inch (0: the file tells none).
+struct ImageFacts {
+  int width = 0;
+  int height = 0;
+  int dpi = 0;
+};
+
+// Encoders of CropToFile and SaveByEncoder, by number.
+enum class Encoder { Bmp = 1, Jpeg = 2, Png = 3, Gif = 4, Tiff = 5 };
+
+// By extension, upper or lower case ("jpg", "jpeg", "jpe", "jfif", "png", "gif", "tif", "tiff", "bmp", "dib");
+// Jpeg for any other.
+Encoder EncoderFor(const std::string& extension);
+
+enum class Exif { Drop, Keep };
+
+// Cuts rect out of source. What lies outside the source is white. Quality 0..100 is for jpeg. dpi 0 keeps the source's.
+struct CropRequest {
+  std::string source;
+  std::string destination;
+  base::Rect rect;
+  Encoder encoder = Encoder::Jpeg;
+  int quality = 80;
+  int dpi = 0;
+  Exif exif = Exif::Drop;
+
+  bool operator==(const CropRequest&) const = default;
+};
+
+// Draws source, scaled to drawn, at offset on a canvas of total pixels filled with colour.
+struct BorderRequest {
+  std::string source;
+  std::string destination;
+  int offsetX = 0;
+  int offsetY = 0;
+  base::Size total;
+  base::Size image;  // size of the source as the caller knows it; the source rectangle drawn
+  base::Size drawn;
+  int quality = 98;
+  int dpi = 0;
+  double scale = 1.0;  // multiplies drawn
+  base::Colour colour = base::kWhite;
+  double rotation = 0;  // degrees, counter-clockwise
+  Exif exif = Exif::Drop;
+};
+
+// How a picture is saved by type text.
+struct SaveOptions {
+  int quality = 80;
+  bool blackWhite = false;  // tiff: CCITT group 4 instead of LZW
+  Exif exif = Exif::Drop;
+};
+
+// Limits that are checked before anything is allocated. Public members are the defaults.
+struct Limits {
+  int side = 500000;
+  std::int64_t pixels = 4'000'000'000;
+  int jpegSide = 65500;
+  std::int64_t memory = std::int64_t{2} << 30;  // a decoded picture held whole
+};
+
+// All pixel work. One object per process, after start-up used from one thread. Every operation that writes does so
+// through host::Files::Save, asks about a full disk as SaveByType tells, and leaves no file when it fails.
+//
+// Pictures are worked on as stored: the EXIF orientation tag is kept where it still holds and reset where the picture
+// was turned. The ICC profile and the DPI go with every result; the EXIF thumbnail never does. Angles are degrees,
+// positive counter-clockwise.
+class Services {
+ public:
+  // stop is told when the user gives up on a full disk.
+  Services(host::Host& host, std::function<void()> stop);
+  ~Services();
+  Services(const Services&) = delete;
+  Services& operator=(const Services&) = delete;
+
+  void ImageWizardStartUp();
+  void ImageWizardShutDown();
+
+  // Without decoding: MediaInfo, psd through the loader. A request for the resolution reads the header for it.
+  // On failure facts keep what they held. Answers are remembered while path, size and time of the file are the same.
+  Status ImageInfo(const std::string& path, ImageFacts& facts);
+
+  // --- Images in memory. Operations on no image fail.
+  Status LoadImageFromFile(const std::string& path, Image& out);
+  void DisposeImage(Image& image);
+  Status CloneImage(const Image& source, Image& out);
+  int GetImageWidth(const Image& image) const;
+  int GetImageHeight(const Image& image) const;
+  int GetImageResolution(const Image& image) const;
+  void SetImageResolution(Image& image, int dpi);  // metadata only; 0 is ignored
+  // About the centre; the canvas grows to hold the whole turned picture (bounding box rounded up to whole pixels);
+  // multiples of 90 degrees are exact.
+  Status RotateImage(Image& image, double angle, base::Colour background);
+  // Lanczos, three lobes; width and height at least 1.
+  Status ResampleImage(Image& image, int width, int height);
+  Status ConvertImageToGrayMode(Image& image);  // Rec. 601 weights, 0.299 0.587 0.114, as the screen shows them
+  Status Invert(Image& image);
+  Status Threshold(Image& image, int level);  // grey value >= level becomes white, below black
+  // The rectangle of image as a picture of its own; what lies outside is white.
+  Status CutImage(Image& image, base::Rect rect);
+  // Draws image scaled to drawn at (x, y) on canvas; a transparent picture is laid over what is there.
+  Status DrawImage(Image& canvas, const Image& image, base::Rect drawn);
+  Status NewCanvas(base::Size size, base::Colour colour, Image& out);
+
+  // --- Saves. The format is the operation's, whatever the path's extension says.
+  Status SaveImageToJpgFile(const Image& image, const std::string& path, int quality, Exif exif);
+  Status SaveImageToPngFile(const Image& image, const std::string& path);
+  Status SaveImageToGifFile(const Image& image, const std::string& path);
+  Status SaveImageToTifFile(const Image& image, const std::string& path, int compression);  // 4 CCITT G4, 2 LZW
+  Status SaveImageToBmpFile(const Image& image, const std::string& path);                   // 24 bit
+  // The type is found by substring in the order "jp", "png", "gif", "tif", "bmp"; none of them fails. Asks
+  // "<drive>盘空间不足，请释放空间后重试保存！" on a full disk; Retry repeats without limit, Cancel tells stop and
+  // fails. The image is disposed in every case.
+  Status SaveByType(Image& image, const std::string& path, const std::string& type, const SaveOptions& options);
+  // Quality is clamped to 0..100.
+  Status SaveByEncoder(const Image& image, const std::string& path, Encoder encoder, int quality);
+
+  // --- File to file.
+  Status CropToFile(const CropRequest& request);
+  // As CropToFile for gif output: transparency is kept.
+  Status CropToGif(const CropRequest& request);
+  Status AddBoardToFile(const BorderRequest& request);
+  // Scales to width x height; the type is the destination's extension.
+  Status ZoomPic(const std::string& source, const std::string& destination, int width, int height);
+
+  // A reduced picture for the screen, neither side above limit, 8-bit RGB rows without padding.
+  struct Preview {
+    base::Size size;      // of the pixels here
+    base::Size original;  // of the whole picture
+    std::vector<unsigned char> rgb;
+  };
+  Status LoadPreview(const std::string& path, base::Size limit, Preview& out);
+
+  // --- Work ahead. What is announced here may be worked on by other threads before it is asked for; CropToFile and
+  // ImageInfo take a finished answer only when it is for exactly that work on that unchanged file. A new announcement
+  // replaces the old one; work that no longer stands in it is thrown away.
+  void PlanCrops(std::vector<CropRequest> upcoming);
+  void PlanMeasures(std::vector<std::string> upcoming);
+
+ private:
+  struct Parts;
+  std::unique_ptr<Parts> parts_;
+};
+
+}  // namespace quillon::imaging
