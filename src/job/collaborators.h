@@ -1,0 +1,47 @@
+// SPDX-FileCopyrightText: 2026 The Quillon developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <string>
+
+#include "base/rect.h"
+#include "imaging/services.h"
+
+// What the job needs of parts built above it. A program without one of them answers the options that need it with the
+// missing-resource question.
+namespace quillon::job {
+
+// The manual step: each picture goes through the frame window before it is cut.
+class ManualFrame {
+ public:
+  virtual ~ManualFrame() = default;
+  // Shows the picture and waits until the user has answered; the answer is in the flags (ManualStepDone,
+  // SkipCutThisImage, ManualRotated, ManualAngle, CurrentImagePath) and in TCutValue.
+  virtual void Ask(const std::string& source, base::Size size) = 0;
+  // The picture on show, for drivers that go on working on it.
+  virtual host::Status ClonePicture(imaging::Image& out) = 0;
+  // The batch has ended.
+  virtual void Rest() = 0;
+};
+
+// The sheets that cut pictures are placed on.
+class Sheets {
+ public:
+  virtual ~Sheets() = default;
+  virtual bool Prepare() = 0;
+  virtual bool OnBackSide() const = 0;
+  virtual void Place(const std::string& cut) = 0;
+  virtual void Finish() = 0;
+};
+
+// The helper programs that finish an output.
+class OutputTools {
+ public:
+  virtual ~OutputTools() = default;
+  virtual host::Status ToCmyk(const std::string& file) = 0;
+  virtual void CopyExif(const std::string& source, const std::string& target) = 0;
+  // Makes the pdf beside the picture and removes the picture when the pdf stands.
+  virtual host::Status ToPdf(const std::string& picture) = 0;
+};
+
+}  // namespace quillon::job

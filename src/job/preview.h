@@ -1,0 +1,57 @@
+// SPDX-FileCopyrightText: 2026 The Quillon developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <functional>
+#include <string>
+
+#include "base/rect.h"
+
+namespace quillon::job {
+
+// The frame over the preview, in pixels of the shown picture (the picture scaled by scale).
+struct PreviewFrame {
+  double left = 0;
+  double top = 0;
+  double width = 0;
+  double height = 0;
+  bool operator==(const PreviewFrame&) const = default;
+};
+
+// What the preview shows: a picture, the scale it is shown at, and the cut frame that follows the parameters.
+class Preview {
+ public:
+  Preview() = default;
+
+  // The picture's own size; the shown size is that times Scale().
+  base::Size Picture() const { return picture_; }
+  const std::string& Path() const { return path_; }
+  double Scale() const { return scale_; }
+  double ShownWidth() const { return picture_.width * scale_; }
+  double ShownHeight() const { return picture_.height * scale_; }
+  const PreviewFrame& Frame() const { return frame_; }
+  int Shape() const { return shape_; }              // as CmbCutStyle
+  int BorderStyle() const { return borderStyle_; }  // 15 with a fixed cut, else 0
+
+  void ShowPicture(std::string path, base::Size picture);
+  void SetScale(double scale);
+  void SetFrame(const PreviewFrame& frame);
+  void SetShape(int shape);
+  void SetBorderStyle(int style);
+
+  // Told of every change.
+  void SetObserver(std::function<void()> observer) { observer_ = std::move(observer); }
+
+ private:
+  void Tell();
+
+  std::string path_;
+  base::Size picture_;
+  double scale_ = 1.0;
+  PreviewFrame frame_;
+  int shape_ = 0;
+  int borderStyle_ = 0;
+  std::function<void()> observer_;
+};
+
+}  // namespace quillon::job

@@ -1,0 +1,82 @@
+// SPDX-FileCopyrightText: 2026 The Quillon developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <memory>
+#include <string>
+
+#include "controls/windows.h"
+#include "host/host.h"
+#include "imaging/services.h"
+#include "job/collaborators.h"
+#include "job/fbaseopt.h"
+#include "job/fcutpre.h"
+#include "job/file_list.h"
+#include "job/flags.h"
+#include "job/form1.h"
+#include "job/run_report.h"
+
+namespace quillon::job {
+
+class FileIntake;
+class NormalCut;
+
+// The whole program without a window system: all window records, the flags, and what the menus start.
+class Program {
+ public:
+  explicit Program(host::Host& host);
+  ~Program();
+  Program(const Program&) = delete;
+  Program& operator=(const Program&) = delete;
+
+  // Start-up in its order. False: another instance is running; the program ends at once.
+  bool Start();
+  // Asks whether to close; on OK cleans up in its order and answers true: the program ends.
+  bool Unload();
+  bool Ended() const { return ended_; }
+
+  host::Host& host;
+  Flags flags;
+  imaging::Services images;
+  controls::Windows windows;
+  Form1 form1;
+  FBaseOpt fBaseOpt;
+  FCutPre fCutPre;
+  FileList files;
+
+  // Parts built above the job; nullptr where the program has none.
+  ManualFrame* manualFrame = nullptr;
+  Sheets* sheets = nullptr;
+  OutputTools* outputTools = nullptr;
+  RunObserver* observer = nullptr;
+
+  // --- Boxes, all titled "消息".
+  host::Reply Ask(const std::string& text, int type = 0);
+  // The missing-resource question; OK opens the browser on the installer's location.
+  void AskMissingResource();
+
+  // --- What menus and drops do.
+  FileIntake& Intake() { return *intake_; }
+  NormalCut& Normal() { return *normalCut_; }
+  // Shows a picture in the preview; a picture that cannot be measured is passed over.
+  void ShowInPreview(const std::string& path);
+  // Shows the window of that name and answers true, or false where the program has none.
+  bool ShowWindow(const std::string& name);
+
+  // --- Settings of the program, section "Default".
+  std::string Setting(const std::string& key);
+  void SaveSetting(const std::string& key, const std::string& value);
+
+  // A path in the program folder: AppPath("Tmp.jpg").
+  std::string AppPath(const std::string& name) const;
+
+ private:
+  std::unique_ptr<FileIntake> intake_;
+  std::unique_ptr<NormalCut> normalCut_;
+  bool ended_ = false;
+};
+
+// The program's title; also its application key in the settings.
+inline constexpr const char* kTitle = "Quillon";
+
+}  // namespace quillon::job

@@ -1,0 +1,42 @@
+// SPDX-FileCopyrightText: 2026 The Quillon developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <cstddef>
+#include <string>
+
+namespace quillon::job {
+
+enum class Result { Written, None, Skipped };
+
+// What became of one file of a run.
+struct FileResult {
+  std::size_t row = 0;  // data row from 1, 0 where the run has no list
+  std::string source;
+  std::string output;  // "" when none was written
+  Result result = Result::None;
+  std::string why;  // one Chinese sentence, "" when written
+};
+
+// Sums of a run. written + none + skipped is the number of files handled.
+struct RunTotals {
+  std::size_t planned = 0;
+  std::size_t written = 0;
+  std::size_t none = 0;
+  std::size_t skipped = 0;
+  double seconds = 0;
+  bool stopped = false;
+};
+
+// Hears how a run or a listing goes on. All calls come on the one thread of control.
+class RunObserver {
+ public:
+  virtual ~RunObserver() = default;
+  virtual void RunStarted(std::size_t planned) = 0;  // 0: not known beforehand
+  virtual void FileDone(const FileResult& file) = 0;
+  // A file told as written whose bytes did not reach the disk after all.
+  virtual void FileLost(const FileResult& file) = 0;
+  virtual void RunEnded(const RunTotals& totals) = 0;
+};
+
+}  // namespace quillon::job
