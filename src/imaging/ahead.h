@@ -1,0 +1,74 @@
+// SPDX-FileCopyrightText: 2026 The Quillon developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <optional>
+#include <stop_token>
+#include <string>
+#include <vector>
+
+#include "host/files.h"
+#include "imaging/services.h"
+
+namespace quillon::imaging {
+
+// Works on announced crops and measurements on other threads, so that the finished bytes are there when they are asked
+// for. It only ever saves time: a result is handed out for exactly the request it was made for, on a file that is
+// unchanged since before the work began; whatever fails here is silently left to the caller, who does the work again
+// and reports.
+//
+// Plan and Take are called from one thread. The pump given to a wait is called every few milliseconds; it may call
+// Plan.
+class Ahead {
+ public:
+  struct Job {
+    const CropRequest& request;
+    std::stop_token stop;
+    // Appends to the result; fails when the results held would grow above the cap.
+    std::function<Status(const void*, std::size_t)> sink;
+    // Waits until so many bytes of working memory are free for this job; false when it was stopped instead. A job that
+    // needs more than all there is never gets it.
+    std::function<bool(std::int64_t bytes)> admit;
+  };
+  // Does a crop into the job's sink without touching its destination. Called on several threads at once.
+  using CropWork = std::function<Status(const Job& job)>;
+  // Measures a picture and remembers the answer. Called on several threads at once.
+  using MeasureWork = std::function<void(const std::string& path)>;
+
+  struct Bounds {
+    int threads = 0;                                // 0: as many as there are cores
+    std::int64_t results = std::int64_t{48} << 20;  // bytes of finished and growing results
+    std::int64_t working = std::int64_t{96} << 20;  // bytes admitted to running crops
+  };
+
+  Ahead(host::Files& files, CropWork crop, MeasureWork measure, Bounds bounds);
+  // Stops what is under way and waits for it.
+  ~Ahead();
+  Ahead(const Ahead&) = delete;
+  Ahead& operator=(const Ahead&) = delete;
+
+  // Replaces the plan of crops by the first PlanLength() of upcoming, in that order. Work that stands in both goes on
+  // or stays finished; everything else is stopped and thrown away.
+  void PlanCrops(const std::vector<CropRequest>& upcoming);
+  int PlanLength() const;  // threads + 2
+
+  // Replaces the plan of measurements; they are made in order when no crop is waiting.
+  void PlanMeasures(std::vector<std::string> upcoming);
+
+  // The finished bytes for request, which leaves the plan. Waits when it is under way; nothing when it was not planned,
+  // was not begun, failed, or its source has changed.
+  std::optional<std::string> TakeCrop(const CropRequest& request, const std::function<void()>& pump);
+
+  // Called before path is measured by the caller: takes it out of the plan, and waits when it is under way.
+  void AwaitMeasure(const std::string& path, const std::function<void()>& pump);
+
+ private:
+  struct Parts;
+  std::unique_ptr<Parts> parts_;
+};
+
+}  // namespace quillon::imaging
