@@ -20,6 +20,18 @@ std::string_view WithoutPlus(std::string_view text) {
   return plus ? text.substr(1) : text;
 }
 
+// The ASCII twin of the full-width character at the head of the text, 0 if there is none. All of them take three bytes.
+char AsciiTwin(std::string_view text) {
+  if (text.substr(0, 3) == "\u3000") return ' ';
+  if (text.size() < 3 || text[0] != '\xEF') return 0;
+  const auto second = static_cast<unsigned char>(text[1]);
+  const auto third = static_cast<unsigned char>(text[2]);
+  // U+FF01..U+FF3F are EF BC 81..BF, U+FF40..U+FF5E are EF BD 80..9E.
+  if (second == 0xBC && third >= 0x81 && third <= 0xBF) return static_cast<char>(third - 0x60);
+  if (second == 0xBD && third >= 0x80 && third <= 0x9E) return static_cast<char>(third - 0x20);
+  return 0;
+}
+
 struct Parsed {
   double value = 0;
   bool found = false;
@@ -59,7 +71,7 @@ double LeadingNumber(std::string_view text) {
 }
 
 std::string NumberText(double value) {
-  if (value == 0.0) return "0";
+  if (value == 0.0 || !std::isfinite(value)) return "0";
   char buffer[400];
   const auto format = std::fabs(value) < 1e15 ? std::chars_format::fixed : std::chars_format::general;
   const auto [end, error] = std::to_chars(buffer, buffer + sizeof buffer, value, format);
@@ -69,23 +81,10 @@ std::string NumberText(double value) {
 std::string ToHalfWidth(std::string_view text) {
   std::string out;
   out.reserve(text.size());
-  for (std::size_t i = 0; i < text.size(); ++i) {
-    const auto byte = [&](std::size_t at) { return static_cast<unsigned char>(text[at]); };
-    if (i + 2 < text.size() && byte(i) == 0xEF && (byte(i + 1) == 0xBC || byte(i + 1) == 0xBD)) {
-      // U+FF01..U+FF5E are 0xFEE0 above their ASCII twins.
-      const unsigned code = 0xF000u | ((byte(i + 1) & 0x3Fu) << 6) | (byte(i + 2) & 0x3Fu);
-      if (code >= 0xFF01 && code <= 0xFF5E) {
-        out.push_back(static_cast<char>(code - 0xFEE0));
-        i += 2;
-        continue;
-      }
-    }
-    if (text.substr(i, 3) == "\u3000") {
-      out.push_back(' ');
-      i += 2;
-      continue;
-    }
-    out.push_back(text[i]);
+  while (!text.empty()) {
+    const char twin = AsciiTwin(text);
+    out.push_back(twin != 0 ? twin : text[0]);
+    text.remove_prefix(twin != 0 ? 3 : 1);
   }
   return out;
 }

@@ -18,9 +18,9 @@ PathParts SplitPath(std::string_view path) {
   PathParts parts;
   const auto slash = path.rfind('/');
   const std::string_view file = slash == std::string_view::npos ? path : path.substr(slash + 1);
-  if (slash != std::string_view::npos) parts.folder = slash == 0 ? "/" : std::string(path.substr(0, slash));
+  if (slash != std::string_view::npos) parts.folder = TrimTrailingSeparator(path.substr(0, slash + 1));
   const auto point = file.rfind('.');
-  const bool hasExtension = point != std::string_view::npos && point > 0;
+  const bool hasExtension = point != std::string_view::npos && point > 0 && file != "..";
   parts.name = std::string(hasExtension ? file.substr(0, point) : file);
   if (hasExtension) parts.extension = std::string(file.substr(point + 1));
   return parts;

@@ -8,7 +8,8 @@
 namespace quillon::base {
 
 // The three parts of "folder/name.extension". The folder has no trailing separator (except the root itself); the
-// extension has no point and is what stands behind the last point of the last part; a leading point starts a name.
+// extension has no point and is what stands behind the last point of the last part; a leading point starts a name. The
+// entries "." and ".." are names without an extension.
 struct PathParts {
   std::string folder;
   std::string name;

@@ -54,11 +54,12 @@ EditResult Control::UserEdit(std::string_view text) {
 
 EditResult Control::UserClick() {
   EditResult result = RefusalForUser();
-  if (result.Accepted()) RunHandler();
-  return result;
+  return result.Accepted() ? Press() : result;
 }
 
 EditResult Control::Apply(std::string_view) { return EditResult::Refused(FullName() + " 不能填写"); }
+
+EditResult Control::Press() { return EditResult::Refused(FullName() + " 不能点击"); }
 
 void Control::TellValueChanged() {
   window_.Tell(*this, Aspect::Value);

@@ -79,6 +79,7 @@ class Control {
   virtual std::string MaxText() const { return {}; }
 
   EditResult UserEdit(std::string_view text);
+  // Presses a button or a menu entry, ticks or clears a box; refused by every other kind.
   EditResult UserClick();
 
   // Runs after each change of the value, or at a click of a button or menu entry.
@@ -87,6 +88,8 @@ class Control {
  protected:
   // Puts a checked or unchecked text into the value; the derived class decides what it takes.
   virtual EditResult Apply(std::string_view text);
+  // What a click does.
+  virtual EditResult Press();
   void TellValueChanged();
   void TellLookChanged();
   void RunHandler();

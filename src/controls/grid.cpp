@@ -8,6 +8,10 @@
 
 namespace quillon::controls {
 
+std::string Grid::Cell(std::size_t row, std::size_t column) const {
+  return row < RowCount() ? source_->Cell(row, column) : std::string();
+}
+
 void Grid::Select(std::size_t row) {
   row = std::min(row, RowCount());
   if (selected_ == row) return;

@@ -33,13 +33,15 @@ class Grid : public Control {
   // Rows with the header counted, as the batch counts them: 1 for an empty list.
   std::size_t Rows() const { return RowCount() + 1; }
   std::size_t RowCount() const { return source_ ? source_->RowCount() : 0; }
-  std::string Cell(std::size_t row, std::size_t column) const { return source_->Cell(row, column); }
+  // "" outside the rows.
+  std::string Cell(std::size_t row, std::size_t column) const;
 
-  // Row 1 is the first data row, 0 selects nothing. Shown rows are scrolled into view.
+  // Row 1 is the first data row, 0 selects nothing; a row beyond the last selects the last.
   std::size_t Selected() const { return selected_; }
   void Select(std::size_t row);
 
-  // The source tells of its changes here; row counts from 0.
+  // The source tells of its changes here; row counts from 0. A selection that lies beyond the rows left moves to the
+  // last of them without a word.
   void Tell(Change change, std::size_t row);
   void SetRowObserver(RowObserver observer) { rowObserver_ = std::move(observer); }
 

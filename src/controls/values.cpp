@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <charconv>
+#include <utility>
 
 #include "base/number_text.h"
 #include "base/rounding.h"
@@ -35,6 +36,11 @@ void CheckBox::Set(bool on) {
 EditResult CheckBox::Apply(std::string_view text) {
   if (text != "0" && text != "1") return EditResult::Refused(FullName() + " 只接受 0 或 1");
   Set(text == "1");
+  return EditResult::Ok();
+}
+
+EditResult CheckBox::Press() {
+  Set(!on_);
   return EditResult::Ok();
 }
 
@@ -76,16 +82,25 @@ ComboBox::ComboBox(Window& window, std::string name, Look look, std::vector<std:
                    Editable editable)
     : Control(window, Kind::ComboBox, std::move(name), std::move(look)),
       items_(std::move(items)),
-      index_(index),
-      editable_(editable) {
-  if (index_ >= 0) text_ = items_.at(static_cast<std::size_t>(index_));
+      index_(Inside(index)),
+      editable_(editable),
+      text_(TextAt(index_)) {}
+
+int ComboBox::Inside(int index) const { return index >= 0 && index < static_cast<int>(items_.size()) ? index : -1; }
+
+std::string ComboBox::TextAt(int index) const {
+  return index < 0 ? std::string() : items_[static_cast<std::size_t>(index)];
 }
 
 void ComboBox::Select(int index) {
-  if (index < 0 || index >= static_cast<int>(items_.size())) index = -1;
-  if (index_ == index) return;
+  index = Inside(index);
+  Take(index, TextAt(index));
+}
+
+void ComboBox::Take(int index, std::string text) {
+  if (index_ == index && text_ == text) return;
   index_ = index;
-  text_ = index < 0 ? std::string() : items_[static_cast<std::size_t>(index)];
+  text_ = std::move(text);
   TellValueChanged();
 }
 
@@ -93,18 +108,17 @@ void ComboBox::SetText(std::string text) {
   const auto found = std::find(items_.begin(), items_.end(), text);
   if (found != items_.end()) {
     Select(static_cast<int>(found - items_.begin()));
-  } else if (text_ != text) {
-    index_ = -1;
-    text_ = std::move(text);
-    TellValueChanged();
+  } else if (editable_ == Editable::Yes) {
+    Take(-1, std::move(text));
   }
 }
 
 void ComboBox::SetItems(std::vector<std::string> items) {
   items_ = std::move(items);
-  index_ = items_.empty() ? -1 : 0;
-  text_ = items_.empty() ? std::string() : items_[0];
+  const int before = std::exchange(index_, Inside(0));
+  const std::string textBefore = std::exchange(text_, TextAt(index_));
   TellLookChanged();
+  if (before != index_ || textBefore != text_) TellValueChanged();
 }
 
 EditResult ComboBox::Apply(std::string_view text) {
@@ -122,6 +136,16 @@ EditResult ComboBox::Apply(std::string_view text) {
     return EditResult::Refused(FullName() + " 没有这一项：" + std::string(text));
   }
   Select(*index);
+  return EditResult::Ok();
+}
+
+EditResult Button::Press() {
+  RunHandler();
+  return EditResult::Ok();
+}
+
+EditResult Menu::Press() {
+  RunHandler();
   return EditResult::Ok();
 }
 

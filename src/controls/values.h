@@ -25,6 +25,7 @@ class CheckBox : public Control {
 
  protected:
   EditResult Apply(std::string_view text) override;
+  EditResult Press() override;
 
  private:
   bool on_;
@@ -56,6 +57,7 @@ class TextBox : public Control {
   const Limits& GetLimits() const { return limits_; }
   // The number at the head of the text, 0 where there is none.
   double Number() const;
+  // That number rounded, a tie to the even neighbour.
   int Integer() const;
 
   std::string Value() const override { return text_; }
@@ -73,17 +75,20 @@ class TextBox : public Control {
 
 enum class Editable { No, Yes };
 
-// A list with one selected entry; an editable one also takes a text of its own, its index is then -1.
-// A user's edit takes an entry's text, or else an index.
+// A list with at most one selected entry; an editable one also takes a text of its own, its index is then -1.
+// A user's edit takes an entry's text, or else, in a list that is not editable, an index.
 class ComboBox : public Control {
  public:
   ComboBox(Window& window, std::string name, Look look, std::vector<std::string> items, int index = -1,
            Editable editable = Editable::No);
 
   int Index() const { return index_; }
-  // An index outside the list selects nothing (-1).
+  // An index outside the list selects nothing (-1), and a text of its own goes too.
   void Select(int index);
+  // Selects the first entry with this text; where there is none, an editable list takes the text as its own and any
+  // other stays as it is.
   void SetText(std::string text);
+  // Selects the first new entry.
   void SetItems(std::vector<std::string> items);
   bool IsEditable() const { return editable_ == Editable::Yes; }
 
@@ -95,6 +100,10 @@ class ComboBox : public Control {
   EditResult Apply(std::string_view text) override;
 
  private:
+  int Inside(int index) const;
+  std::string TextAt(int index) const;
+  void Take(int index, std::string text);
+
   std::vector<std::string> items_;
   int index_;
   Editable editable_;
@@ -123,6 +132,9 @@ class Button : public Control {
  public:
   Button(Window& window, std::string name, Look look)
       : Control(window, Kind::Button, std::move(name), std::move(look)) {}
+
+ protected:
+  EditResult Press() override;
 };
 
 // An entry of the menu bar. A menu with no parent is a top entry; parents hold sub-entries.
@@ -133,6 +145,9 @@ class Menu : public Control {
 
   // As a key sequence, "Ctrl+O"; "" for none.
   const std::string& Shortcut() const { return shortcut_; }
+
+ protected:
+  EditResult Press() override;
 
  private:
   std::string shortcut_;

@@ -5,6 +5,11 @@
 #include "base/path_text.h"
 
 namespace quillon::controls {
+namespace {
+
+constexpr int kForgotten = 0;
+
+}  // namespace
 
 Window::Window(std::string name, std::string title) : name_(std::move(name)), title_(std::move(title)) {}
 
@@ -48,19 +53,30 @@ int Window::Observe(Observer onControl, WindowObserver onWindow) {
 }
 
 void Window::Forget(int token) {
-  watches_.remove_if([token](const Watch& watch) { return watch.token == token; });
+  for (Watch& watch : watches_) {
+    if (watch.token == token) watch.token = kForgotten;
+  }
+  if (telling_ == 0) watches_.remove_if([](const Watch& watch) { return watch.token == kForgotten; });
+}
+
+void Window::TellAll(const std::function<void(const Watch&)>& tell) {
+  ++telling_;
+  for (const Watch& watch : watches_) {
+    if (watch.token != kForgotten) tell(watch);
+  }
+  if (--telling_ == 0) Forget(kForgotten);
 }
 
 void Window::Tell(Control& control, Aspect aspect) {
-  for (const Watch& watch : watches_) {
+  TellAll([&](const Watch& watch) {
     if (watch.onControl) watch.onControl(control, aspect);
-  }
+  });
 }
 
 void Window::TellWindow() {
-  for (const Watch& watch : watches_) {
+  TellAll([&](const Watch& watch) {
     if (watch.onWindow) watch.onWindow(*this);
-  }
+  });
 }
 
 }  // namespace quillon::controls

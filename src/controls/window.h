@@ -41,8 +41,8 @@ class Window {
   // By name with index, "TCutValue(0)"; upper and lower case do not matter; nullptr if there is none.
   Control* Find(std::string_view name) const;
 
-  // Keeps an observer until the returned token is handed to Forget. Observers of the window itself hear title, loading
-  // and visibility.
+  // Keeps an observer until the returned token is handed to Forget, which an observer may also do while it is told.
+  // Observers of the window itself hear title, loading and visibility.
   int Observe(Observer onControl, WindowObserver onWindow = {});
   void Forget(int token);
 
@@ -60,6 +60,7 @@ class Window {
   void Add(Control& control) { controls_.push_back(&control); }
   void Tell(Control& control, Aspect aspect);
   void TellWindow();
+  void TellAll(const std::function<void(const Watch&)>& tell);
 
   std::string name_;
   std::string title_;
@@ -68,6 +69,7 @@ class Window {
   std::vector<Control*> controls_;
   std::list<Watch> watches_;
   int nextToken_ = 1;
+  int telling_ = 0;  // tellings in progress; forgotten observers are only swept out when none is
 };
 
 }  // namespace quillon::controls
