@@ -1,0 +1,37 @@
+// SPDX-FileCopyrightText: 2026 The Quillon developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <cstddef>
+#include <string_view>
+#include <vector>
+
+namespace quillon::imaging {
+
+// What the segments before the picture data of a JPEG file tell. The views point into the bytes that were parsed.
+struct JpegHead {
+  enum class Unit { None = 0, Inch = 1, Centimetre = 2 };
+
+  bool jfif = false;
+  Unit unit = Unit::None;  // of density; None: the densities are only a ratio
+  int densityX = 1;
+  int densityY = 1;
+  bool adobe = false;                 // has an Adobe marker: CMYK values are stored inverted
+  std::string_view exif;              // TIFF block of the first EXIF segment, without "Exif\0\0"; empty: none
+  std::vector<std::string_view> icc;  // whole payloads of the ICC profile segments, in file order
+
+  // Dots per inch as JFIF tells it, else EXIF, else 0.
+  int Dpi() const;
+};
+
+enum class HeadState {
+  Complete,  // everything up to the picture data was there
+  More,      // bytes ends before the picture data begins
+  NotJpeg,   // does not begin as a JPEG file
+  Broken     // the segments cannot be followed
+};
+
+// Parses the beginning of a file. head is valid when Complete is returned.
+HeadState ParseJpegHead(std::string_view bytes, JpegHead& head);
+
+}  // namespace quillon::imaging
