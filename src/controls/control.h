@@ -18,8 +18,8 @@ enum class Aspect { Value, Look };
 
 // How a control starts. A control inside a disabled or hidden parent counts as disabled or hidden itself.
 struct Look {
-  std::string caption;
-  std::string tooltip;
+  std::string caption = {};
+  std::string tooltip = {};
   bool enabled = true;
   bool visible = true;
   class Control* parent = nullptr;
