@@ -32,6 +32,8 @@ class Sheets {
   virtual bool OnBackSide() const = 0;
   virtual void Place(const std::string& cut) = 0;
   virtual void Finish() = 0;
+  // A file was added to the list while the window of the sheets is loaded.
+  virtual void Listed(const std::string& path, int count) = 0;
 };
 
 // The helper programs that finish an output.
@@ -42,6 +44,14 @@ class OutputTools {
   virtual void CopyExif(const std::string& source, const std::string& target) = 0;
   // Makes the pdf beside the picture and removes the picture when the pdf stands.
   virtual host::Status ToPdf(const std::string& picture) = 0;
+};
+
+// Page and frame counts of the files that modes 1 (gif), 3 (pdf) and 5 (tiff) list.
+class PageCounter {
+ public:
+  virtual ~PageCounter() = default;
+  // 0 where the file has none that can be told. dpi is the resolution that pdf pages are measured at.
+  virtual int Count(int mode, const std::string& path, int dpi) = 0;
 };
 
 }  // namespace quillon::job

@@ -39,6 +39,7 @@ struct Flags {
   bool ToCmyk = false;
   std::string OmittedFolders;  // one folder a line, each with CR LF
   bool BackWorkerStarted = false;
+  bool Busy = false;  // a listing or a run is under way; what would start another beeps instead
 
   // Set once at start-up.
   std::string TiffCompression = "lzw";

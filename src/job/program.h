@@ -48,6 +48,7 @@ class Program {
   ManualFrame* manualFrame = nullptr;
   Sheets* sheets = nullptr;
   OutputTools* outputTools = nullptr;
+  PageCounter* pageCounter = nullptr;
   RunObserver* observer = nullptr;
 
   // --- Boxes, all titled "消息".

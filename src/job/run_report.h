@@ -18,7 +18,7 @@ struct FileResult {
   std::string why;  // one Chinese sentence, "" when written
 };
 
-// Sums of a run. written + none + skipped is the number of files handled.
+// Sums of a run: planned = written + none + skipped. Files that a stopped run did not reach are skipped.
 struct RunTotals {
   std::size_t planned = 0;
   std::size_t written = 0;
@@ -37,6 +37,8 @@ class RunObserver {
   // A file told as written whose bytes did not reach the disk after all.
   virtual void FileLost(const FileResult& file) = 0;
   virtual void RunEnded(const RunTotals& totals) = 0;
+  // A file that a listing could not measure; the listing ended there.
+  virtual void FileNotListed(const std::string& /*source*/, const std::string& /*why*/) {}
 };
 
 }  // namespace quillon::job
