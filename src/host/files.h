@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include <atomic>
 #include <cstdint>
 #include <functional>
 #include <memory>
@@ -15,7 +16,9 @@
 namespace quillon::host {
 
 class Disk;
+class DiskDraft;
 class SyncQueue;
+struct DiskTarget;
 
 enum class FileKind { File, Folder, Other };
 
@@ -26,6 +29,7 @@ struct FileFacts {
   std::int64_t modified = 0;
   std::uint64_t device = 0;
   std::uint64_t inode = 0;
+  std::int64_t changed = 0;  // moves with every change of content, also where the file kept its modified time
 };
 
 struct FolderEntry {
@@ -75,25 +79,33 @@ class Files {
 
   // The one way to write a file. fill writes the content into a draft beside path; when it and the draft's own checks
   // succeed the draft takes the name, otherwise it vanishes and whatever stood under the name stays whole. An existing
-  // file is synced before it is replaced, keeps its mode and is refused when it is read-only; links are written
-  // through. A fresh file is synced behind the run: see Settle.
+  // file is synced before it is replaced, keeps its mode, owner and times and is refused when it is read-only; links
+  // are written through. A fresh file is synced behind the run (see Settle), and does not take the place of one that
+  // appeared under its name meanwhile. A fill that passes over a failure of its draft fails all the same.
   Status Save(const std::string& path, const std::function<Status(Draft&)>& fill);
   Status Save(const std::string& path, std::string_view content);
-  // A copy through Save, with the time stamps of the source.
+  // A copy through Save, with the time stamps of the source; a fresh one with its mode too, but never read-only. A
+  // source that changes while it is read makes it fail. A copy of a file onto itself does nothing.
   Status Copy(const std::string& from, const std::string& to);
   // Waits until everything saved so far stands on disk; returns what failed since the last call.
   std::vector<LateFailure> Settle();
 
-  // Removes a work file or a folder tree of our own; a missing one is fine.
+  // Removes a work file or a folder tree of our own; a missing one is fine. Links are removed, not followed.
   Status RemoveOwn(const std::string& path);
-  // The one way to delete a user's file: into the desktop's trash.
+  // The one way to delete a user's file or folder: into the desktop's trash, by a rename alone. Where no trash can
+  // take it, it stays and the failure says so. A link goes there itself.
   Status Discard(const std::string& path);
-  // Removes the drafts that a killed run left in a folder.
+  // Removes the drafts that a killed run left in a folder, and none that is still being written.
   void SweepDrafts(const std::string& folder) const;
 
  private:
+  struct Wishes;
+  Status SaveAs(const std::string& path, const Wishes& wishes, const std::function<Status(Draft&)>& fill);
+  Status Place(DiskDraft& draft, const DiskTarget& target);
+
   Disk& disk_;
   std::unique_ptr<SyncQueue> syncs_;
+  std::atomic<std::uint64_t> serial_;
 };
 
 // True for the names that drafts carry until they are committed; walks and watches pass over them.

@@ -1,0 +1,60 @@
+// SPDX-FileCopyrightText: 2026 The Quillon developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <string>
+
+#include "host/disk.h"
+
+namespace quillon::host::posix {
+
+// The disk of this machine.
+class PosixDisk final : public Disk {
+ public:
+  // With the user's data folder from the environment: $XDG_DATA_HOME, else ~/.local/share.
+  PosixDisk();
+  // With a given one, for runs that must not touch the user's.
+  explicit PosixDisk(std::string dataHome);
+
+  int OpenNew(const std::string& path, unsigned mode) override;
+  int OpenRead(const std::string& path) override;
+  int OpenOwn(const std::string& path) override;
+  std::int64_t Write(int handle, const void* data, std::size_t size) override;
+  std::int64_t Read(int handle, void* data, std::size_t size) override;
+  int Seek(int handle, std::uint64_t position) override;
+  int LookOpen(int handle, DiskFacts& facts) override;
+  int SetMode(int handle, unsigned mode) override;
+  int SetOwner(int handle, unsigned user, unsigned group) override;
+  int SetTimes(int handle, std::int64_t accessed, std::int64_t modified) override;
+  int Lock(int handle) override;
+  int Unlock(int handle) override;
+  int StartSync(int handle) override;
+  int Sync(int handle) override;
+  int Close(int handle) override;
+
+  int Look(const std::string& path, DiskFacts& facts) override;
+  int LookLink(const std::string& path, DiskFacts& facts) override;
+  int MayWrite(const std::string& path) override;
+  int ReadLink(const std::string& path, std::string& target) override;
+  int RealPath(const std::string& path, std::string& real) override;
+  int List(const std::string& folder, const std::function<bool(const FolderEntry&)>& take) override;
+  int MakeFolder(const std::string& path, unsigned mode) override;
+  int Remove(const std::string& path) override;
+  int RemoveFolder(const std::string& path) override;
+  int Rename(const std::string& from, const std::string& to) override;
+  int RenameNew(const std::string& from, const std::string& to) override;
+  int SyncFolder(const std::string& folder) override;
+
+  std::string DataHome() override;
+  unsigned User() override;
+  std::string TimeStamp() override;
+
+ private:
+  std::string dataHome_;
+};
+
+// A write over the limit for file sizes then fails like one to a full disk instead of ending the program, and so does
+// one to a reader that has gone. To be called once at start.
+void IgnoreSignals();
+
+}  // namespace quillon::host::posix

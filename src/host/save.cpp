@@ -1,0 +1,133 @@
+// SPDX-FileCopyrightText: 2026 The Quillon developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include <cerrno>
+
+#include "host/disk.h"
+#include "host/disk_draft.h"
+#include "host/disk_target.h"
+#include "host/files.h"
+#include "host/sync_queue.h"
+
+namespace quillon::host {
+namespace {
+
+constexpr std::size_t kChunk = 1 << 20;
+constexpr unsigned kFreshMode = 0666;
+constexpr unsigned kPrivateMode = 0600;
+constexpr unsigned kAllBits = 07777;
+constexpr unsigned kAccessBits = 0777;
+
+struct Times {
+  std::int64_t accessed = 0;
+  std::int64_t modified = 0;
+};
+
+// What a disk without modes, owners or times answers when it is told some.
+bool CannotKeep(int result) {
+  return result == -EPERM || result == -EACCES || result == -ENOTSUP || result == -ENOSYS || result == -EINVAL;
+}
+
+Status KeptOr(int result) { return CannotKeep(result) ? Status::Ok() : Status::FromErrno(result < 0 ? -result : 0); }
+
+// Gives the draft the mode and owner of the file that it is to replace. The owner is kept where the system lets us;
+// the bits that lend an owner's rights go only with the owner.
+Status DressAs(Disk& disk, const DiskDraft& draft, const DiskFacts& facts, const DiskFacts& old) {
+  unsigned bits = kAllBits;
+  if (facts.user != old.user || facts.group != old.group) {
+    const int owned = disk.SetOwner(draft.Handle(), old.user, old.group);
+    if (Status kept = KeptOr(owned); !kept) return kept;
+    if (owned < 0) bits = kAccessBits;
+  }
+  return KeptOr(disk.SetMode(draft.Handle(), old.mode & bits));
+}
+
+// Reads an open file to its end into a draft.
+Status CopyContent(Disk& disk, int handle, const DiskFacts& before, Draft& draft) {
+  std::string chunk(kChunk, '\0');
+  for (;;) {
+    const std::int64_t read = disk.Read(handle, chunk.data(), chunk.size());
+    if (read < 0) return Status::FromErrno(static_cast<int>(-read));
+    if (read == 0) break;
+    if (Status written = draft.Write(chunk.data(), static_cast<std::size_t>(read)); !written) return written;
+  }
+  DiskFacts after;
+  if (const int looked = disk.LookOpen(handle, after); looked < 0) return Status::FromErrno(-looked);
+  if (after.size != draft.Size() || after.modified != before.modified) {
+    return {Problem::Other, "复制期间源文件有变化"};
+  }
+  return Status::Ok();
+}
+
+}  // namespace
+
+// What a save is to give its file beyond the content.
+struct Files::Wishes {
+  unsigned mode = kFreshMode;  // of a fresh file
+  std::optional<Times> times;
+};
+
+Status Files::Save(const std::string& path, const std::function<Status(Draft&)>& fill) {
+  return SaveAs(path, {}, fill);
+}
+
+Status Files::Save(const std::string& path, std::string_view content) {
+  return Save(path, [&](Draft& draft) { return draft.Write(content.data(), content.size()); });
+}
+
+Status Files::Copy(const std::string& from, const std::string& to) {
+  const int handle = disk_.OpenRead(from);
+  if (handle < 0) return Status::FromErrno(-handle);
+  DiskFacts source;
+  DiskFacts standing;
+  Status status = Status::FromErrno(-disk_.LookOpen(handle, source));
+  const bool itself =
+      status && disk_.Look(to, standing) == 0 && standing.device == source.device && standing.inode == source.inode;
+  if (status && !itself) {
+    const Wishes wishes{(source.mode & kAccessBits) | kPrivateMode, Times{source.accessed, source.modified}};
+    status = SaveAs(to, wishes, [&](Draft& draft) { return CopyContent(disk_, handle, source, draft); });
+  }
+  disk_.Close(handle);
+  return status;
+}
+
+Status Files::SaveAs(const std::string& path, const Wishes& wishes, const std::function<Status(Draft&)>& fill) {
+  DiskTarget target;
+  if (Status found = FindTarget(disk_, path, target); !found) return found;
+  std::unique_ptr<DiskDraft> draft;
+  // Until it is dressed like the file that it replaces, a draft is for its owner's eyes only.
+  const unsigned mode = target.exists ? kPrivateMode : wishes.mode;
+  if (Status opened = DiskDraft::Open(
+          disk_, target.path, mode, [this] { return serial_++; }, draft);
+      !opened) {
+    return opened;
+  }
+  if (Status filled = fill(*draft); !filled) return draft->FirstFailure() ? filled : draft->FirstFailure();
+  DiskFacts facts;
+  if (Status checked = draft->Check(facts); !checked) return checked;
+  if (target.exists) {
+    if (Status dressed = DressAs(disk_, *draft, facts, target.facts); !dressed) return dressed;
+  }
+  std::optional<Times> times = wishes.times;
+  if (!times && target.exists) times = Times{target.facts.accessed, target.facts.modified};
+  if (times) {
+    if (Status set = KeptOr(disk_.SetTimes(draft->Handle(), times->accessed, times->modified)); !set) return set;
+  }
+  return Place(*draft, target);
+}
+
+Status Files::Place(DiskDraft& draft, const DiskTarget& target) {
+  int handle = -1;
+  if (!target.exists) {
+    if (Status placed = draft.Place(target.path, DiskDraft::Target::Free, handle); !placed) return placed;
+    syncs_->Add(target.path, handle, SyncQueue::OnFailure::Remove);
+    return Status::Ok();
+  }
+  if (const int synced = disk_.Sync(draft.Handle()); synced < 0) return Status::FromErrno(-synced);
+  if (Status placed = draft.Place(target.path, DiskDraft::Target::Replace, handle); !placed) return placed;
+  // After a sync that went well, closing has nothing left to tell.
+  disk_.Close(handle);
+  syncs_->AddFolderOf(target.path);
+  return Status::Ok();
+}
+
+}  // namespace quillon::host

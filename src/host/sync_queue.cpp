@@ -1,0 +1,122 @@
+// SPDX-FileCopyrightText: 2026 The Quillon developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "host/sync_queue.h"
+
+#include <cerrno>
+#include <chrono>
+#include <map>
+#include <system_error>
+
+#include "host/entry_path.h"
+
+namespace quillon::host {
+namespace {
+
+constexpr std::size_t kMost = 64;
+// A batch is begun when half of the room is taken, or after a short rest without reaching that.
+constexpr std::size_t kBatch = kMost / 2;
+constexpr auto kRest = std::chrono::milliseconds(100);
+
+}  // namespace
+
+SyncQueue::SyncQueue(Disk& disk) : disk_(disk) {}
+
+SyncQueue::~SyncQueue() {
+  {
+    const std::lock_guard lock(mutex_);
+    ending_ = true;
+  }
+  wake_.notify_all();
+  if (thread_.joinable()) thread_.join();
+}
+
+void SyncQueue::Add(const std::string& path, int handle, OnFailure onFailure) {
+  Add(Item{path, handle, onFailure, {}});
+}
+
+void SyncQueue::AddFolderOf(const std::string& path) { Add(Item{path, -1, OnFailure::Keep, {}}); }
+
+void SyncQueue::Add(Item item) {
+  std::unique_lock lock(mutex_);
+  done_.wait(lock, [&] { return waiting_.size() + underWay_ < kMost; });
+  waiting_.push_back(std::move(item));
+  if (!thread_.joinable()) {
+    try {
+      thread_ = std::thread([this] { Run(); });
+    } catch (const std::system_error&) {
+      // Without a thread each file is waited for at once.
+      std::vector<Item> batch = std::move(waiting_);
+      waiting_.clear();
+      lock.unlock();
+      SyncAll(batch);
+      return;
+    }
+  }
+  if (waiting_.size() == 1 || waiting_.size() >= kBatch) wake_.notify_one();
+}
+
+std::vector<LateFailure> SyncQueue::Settle() {
+  std::unique_lock lock(mutex_);
+  ++hurry_;
+  wake_.notify_one();
+  done_.wait(lock, [&] { return waiting_.empty() && underWay_ == 0; });
+  --hurry_;
+  return std::exchange(failures_, {});
+}
+
+void SyncQueue::Run() {
+  std::unique_lock lock(mutex_);
+  for (;;) {
+    wake_.wait(lock, [&] { return ending_ || !waiting_.empty(); });
+    if (waiting_.empty()) return;
+    wake_.wait_for(lock, kRest, [&] { return ending_ || hurry_ > 0 || waiting_.size() >= kBatch; });
+    std::vector<Item> batch = std::exchange(waiting_, {});
+    underWay_ = batch.size();
+    lock.unlock();
+    SyncAll(batch);
+    lock.lock();
+    underWay_ = 0;
+    done_.notify_all();
+  }
+}
+
+void SyncQueue::SyncAll(std::vector<Item>& batch) {
+  for (const Item& item : batch) {
+    if (item.handle >= 0) disk_.StartSync(item.handle);
+  }
+  for (Item& item : batch) {
+    if (item.handle >= 0) SyncFile(item);
+  }
+  std::map<std::string, int> folders;
+  for (Item& item : batch) {
+    if (!item.status) continue;
+    const auto [folder, fresh] = folders.try_emplace(SplitEntry(item.path).folder, 0);
+    if (fresh) folder->second = disk_.SyncFolder(folder->first);
+    // A folder that has gone meanwhile has nothing left to lose.
+    if (folder->second < 0 && folder->second != -ENOENT) item.status = Status::FromErrno(-folder->second);
+  }
+  for (const Item& item : batch) {
+    if (!item.status && item.onFailure == OnFailure::Remove) RemoveTorn(item);
+    if (item.handle >= 0) disk_.Close(item.handle);
+    if (item.status) continue;
+    const std::lock_guard lock(mutex_);
+    failures_.push_back({item.path, item.status});
+  }
+}
+
+void SyncQueue::SyncFile(Item& item) {
+  DiskFacts facts;
+  // What was replaced or removed meanwhile need not be waited for.
+  if (disk_.LookOpen(item.handle, facts) == 0 && facts.links == 0) return;
+  const int synced = disk_.Sync(item.handle);
+  if (synced < 0) item.status = Status::FromErrno(-synced);
+}
+
+void SyncQueue::RemoveTorn(const Item& item) {
+  DiskFacts written;
+  DiskFacts standing;
+  if (disk_.LookOpen(item.handle, written) < 0 || disk_.LookLink(item.path, standing) < 0) return;
+  if (written.device == standing.device && written.inode == standing.inode) disk_.Remove(item.path);
+}
+
+}  // namespace quillon::host

@@ -1,0 +1,147 @@
+// SPDX-FileCopyrightText: 2026 The Quillon developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <functional>
+#include <map>
+#include <mutex>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "host/disk.h"
+
+namespace quillon::host::testing {
+
+// The calls of a disk that can be made to fail.
+enum class DiskCall {
+  OpenNew,
+  OpenRead,
+  OpenOwn,
+  Write,
+  Read,
+  Seek,
+  LookOpen,
+  SetMode,
+  SetOwner,
+  SetTimes,
+  Lock,
+  Unlock,
+  StartSync,
+  Sync,
+  Close,
+  Look,
+  LookLink,
+  MayWrite,
+  ReadLink,
+  RealPath,
+  List,
+  MakeFolder,
+  Remove,
+  RemoveFolder,
+  Rename,
+  RenameNew,
+  SyncFolder,
+};
+
+std::string_view NameOf(DiskCall call);
+
+// What goes wrong.
+struct Fault {
+  enum class Kind {
+    Error,      // the call fails and does nothing
+    Short,      // a write takes, or a read gives, only half of the bytes (at least one)
+    HalfError,  // the first such write takes half of the bytes, the next ones fail, as on a disk that fills up
+  };
+  enum class Length { Once, ForEver };
+
+  DiskCall call = DiskCall::Write;
+  int nth = 1;  // the first call that goes wrong, counted from 1 when the fault is set
+  int error = 0;
+  Length length = Length::Once;
+  Kind kind = Kind::Error;
+  std::string pathHolds;  // only calls whose path holds this text; calls on handles are taken by their open path
+};
+
+// A disk that does what another does, and fails on demand. Counts the calls and tells whether the faults fired.
+class FaultyDisk final : public Disk {
+ public:
+  explicit FaultyDisk(Disk& disk) : disk_(disk) {}
+
+  void Set(Fault fault);
+  // Runs once before the nth call of a kind from now on; the call then goes on.
+  void Before(DiskCall call, int nth, std::function<void()> act);
+  void Clear();
+  // How often any fault made a call go wrong since the last Clear.
+  int Fired() const;
+  // Calls of a kind since the last Clear, and all calls in order.
+  int Count(DiskCall call) const;
+  std::vector<DiskCall> Calls() const;
+  // Handles that were opened and not yet closed.
+  int OpenHandles() const;
+
+  int OpenNew(const std::string& path, unsigned mode) override;
+  int OpenRead(const std::string& path) override;
+  int OpenOwn(const std::string& path) override;
+  std::int64_t Write(int handle, const void* data, std::size_t size) override;
+  std::int64_t Read(int handle, void* data, std::size_t size) override;
+  int Seek(int handle, std::uint64_t position) override;
+  int LookOpen(int handle, DiskFacts& facts) override;
+  int SetMode(int handle, unsigned mode) override;
+  int SetOwner(int handle, unsigned user, unsigned group) override;
+  int SetTimes(int handle, std::int64_t accessed, std::int64_t modified) override;
+  int Lock(int handle) override;
+  int Unlock(int handle) override;
+  int StartSync(int handle) override;
+  int Sync(int handle) override;
+  int Close(int handle) override;
+
+  int Look(const std::string& path, DiskFacts& facts) override;
+  int LookLink(const std::string& path, DiskFacts& facts) override;
+  int MayWrite(const std::string& path) override;
+  int ReadLink(const std::string& path, std::string& target) override;
+  int RealPath(const std::string& path, std::string& real) override;
+  int List(const std::string& folder, const std::function<bool(const FolderEntry&)>& take) override;
+  int MakeFolder(const std::string& path, unsigned mode) override;
+  int Remove(const std::string& path) override;
+  int RemoveFolder(const std::string& path) override;
+  int Rename(const std::string& from, const std::string& to) override;
+  int RenameNew(const std::string& from, const std::string& to) override;
+  int SyncFolder(const std::string& folder) override;
+
+  std::string DataHome() override { return disk_.DataHome(); }
+  unsigned User() override { return disk_.User(); }
+  std::string TimeStamp() override { return disk_.TimeStamp(); }
+
+ private:
+  struct Armed {
+    Fault fault;
+    int seen = 0;
+    bool spent = false;
+  };
+  struct Hook {
+    DiskCall call;
+    int left;
+    std::function<void()> act;
+  };
+  // What is to happen to one call: 0 to go on, minus an error, or half of its bytes.
+  struct Verdict {
+    int error = 0;
+    bool half = false;
+  };
+
+  Verdict Judge(DiskCall call, const std::string& path);
+  Verdict JudgeHandle(DiskCall call, int handle);
+  Verdict JudgeFaults(DiskCall call, const std::string& path);
+  int Opened(int handle, const std::string& path);
+
+  Disk& disk_;
+  mutable std::mutex mutex_;
+  std::vector<Armed> faults_;
+  std::vector<Hook> hooks_;
+  std::vector<DiskCall> calls_;
+  std::map<int, std::string> paths_;
+  int fired_ = 0;
+};
+
+}  // namespace quillon::host::testing

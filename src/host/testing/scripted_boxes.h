@@ -1,0 +1,75 @@
+// SPDX-FileCopyrightText: 2026 The Quillon developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <deque>
+#include <functional>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "host/boxes.h"
+
+namespace quillon::host::testing {
+
+// Answers boxes as told and remembers them.
+class ScriptedBoxes final : public Boxes {
+ public:
+  struct Shown {
+    Box box;
+    Reply reply;
+  };
+
+  // Answers boxes whose text holds textHolds, the next `times` of them (0: all). Answers told first are used first; a
+  // box that none fits takes its default button. A reply that is no button of the box throws std::logic_error.
+  void Answer(const std::string& textHolds, Reply reply, int times = 0);
+  // Runs before each box is answered.
+  void OnShow(std::function<void(const Box&)> act) { act_ = std::move(act); }
+
+  const std::vector<Shown>& All() const { return shown_; }
+  // Boxes whose text holds the given one.
+  int Count(const std::string& textHolds) const;
+  int Beeps() const { return beeps_; }
+  // Forgets what was shown; answers stay.
+  void Forget();
+
+  Reply Show(const Box& box) override;
+  void Beep() override { ++beeps_; }
+
+ private:
+  struct Script {
+    std::string textHolds;
+    Reply reply;
+    int left;  // -1: no end
+  };
+
+  Reply Choose(const Box& box);
+
+  std::vector<Script> scripts_;
+  std::function<void(const Box&)> act_;
+  std::vector<Shown> shown_;
+  int beeps_ = 0;
+};
+
+// Hands out the answers in the order they were told; nothing chosen once they are used up.
+class ScriptedDialogs final : public Dialogs {
+ public:
+  struct Asked {
+    std::string title;
+    std::string filterOrInitial;
+  };
+
+  void ChooseFiles(std::vector<std::string> files) { files_.push_back(std::move(files)); }
+  void ChooseFolderNext(std::optional<std::string> folder) { folders_.push_back(std::move(folder)); }
+  const std::vector<Asked>& All() const { return asked_; }
+
+  std::vector<std::string> OpenFiles(const std::string& title, const std::string& filter, Choice choice) override;
+  std::optional<std::string> ChooseFolder(const std::string& title, const std::string& initial) override;
+
+ private:
+  std::deque<std::vector<std::string>> files_;
+  std::deque<std::optional<std::string>> folders_;
+  std::vector<Asked> asked_;
+};
+
+}  // namespace quillon::host::testing
