@@ -32,3 +32,10 @@ if(QUILLON_CCACHE)
   set(CMAKE_CXX_COMPILER_LAUNCHER ${QUILLON_CCACHE})
   set(CMAKE_C_COMPILER_LAUNCHER ${QUILLON_CCACHE})
 endif()
+
+if(QUILLON_LINT)
+  find_program(QUILLON_CLANG_TIDY clang-tidy REQUIRED)
+  # Sources that moc writes into the build folder are not ours to mend.
+  file(WRITE ${CMAKE_BINARY_DIR}/.clang-tidy "Checks: '-*,bugprone-terminating-continue'\n")
+  set(CMAKE_CXX_CLANG_TIDY ${QUILLON_CLANG_TIDY} --quiet)
+endif()

@@ -119,6 +119,7 @@ class Label : public Control {
 
   // Changes the caption and runs the handler.
   void SetText(std::string text);
+  bool IsEditable() const { return editable_ == Editable::Yes; }
   std::string Value() const override { return Caption(); }
 
  protected:

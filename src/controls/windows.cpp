@@ -56,6 +56,7 @@ std::vector<std::string> Windows::Nearest(std::string_view name, std::size_t cou
   std::stable_sort(ranked.begin(), ranked.end(), [](const auto& a, const auto& b) { return a.first < b.first; });
   if (ranked.size() > count) ranked.resize(count);
   std::vector<std::string> names;
+  names.reserve(ranked.size());
   for (auto& [distance, candidate] : ranked) names.push_back(std::move(candidate));
   return names;
 }

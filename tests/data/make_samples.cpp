@@ -72,11 +72,13 @@ Canvas Page(int width, int height, unsigned seed) {
 // A round badge on a clear ground, with a soft edge.
 Canvas Badge(int side) {
   Canvas canvas(side, side, {255, 255, 255, 0});
-  canvas.Disc(side * 0.5, side * 0.5, side * 0.46, {200, 40, 48});
-  canvas.Disc(side * 0.5, side * 0.5, side * 0.38, {252, 246, 232});
-  canvas.Disc(side * 0.5, side * 0.5, side * 0.34, {200, 40, 48});
-  canvas.Box(side * 3 / 10, side * 9 / 20, side * 4 / 10, side / 10, {252, 246, 232});
-  canvas.Box(side * 9 / 20, side * 3 / 10, side / 10, side * 4 / 10, {252, 246, 232});
+  const Pixel green = {24, 122, 96};
+  const Pixel cream = {252, 246, 232};
+  canvas.Disc(side * 0.5, side * 0.5, side * 0.46, green);
+  canvas.Disc(side * 0.5, side * 0.5, side * 0.38, cream);
+  canvas.Disc(side * 0.5, side * 0.5, side * 0.34, green);
+  canvas.Ellipse(side * 0.5, side * 0.5, side * 0.12, side * 0.27, cream);
+  canvas.Box(side * 99 / 200, side * 3 / 10, side / 100, side * 9 / 20, green);
   return canvas;
 }
 
@@ -90,7 +92,7 @@ Canvas Poster(int width, int height) {
       const Pixel colour = colours[static_cast<std::size_t>(row * 2 + column) % colours.size()];
       canvas.Box(column * width / 3, row * height / 4, width / 3 + 1, height / 4 + 1, colour);
       canvas.Disc((column + 0.5) * width / 3, (row + 0.5) * height / 4, height / 12.0,
-                  colours[static_cast<std::size_t>(row + column + 3) % colours.size()]);
+                  colours[static_cast<std::size_t>(row + column + 4) % colours.size()]);
     }
   }
   canvas.Writing(width / 12, height * 9 / 10, width * 10 / 12, height / 20, {20, 20, 20}, 77);
@@ -112,8 +114,11 @@ bool Save(const Canvas& canvas, const std::string& path) {
   bool saved = raw && vips_copy(raw, &image, "interpretation", VIPS_INTERPRETATION_sRGB, "xres", kDotsPerMillimetre300,
                                 "yres", kDotsPerMillimetre300, nullptr) == 0;
   const bool jpeg = path.ends_with(".jpg");
-  saved = saved && (jpeg ? vips_jpegsave(image, path.c_str(), "Q", 88, nullptr)
-                         : vips_image_write_to_file(image, path.c_str(), nullptr)) == 0;
+  const bool tiff = path.ends_with(".tif");
+  saved =
+      saved && (jpeg   ? vips_jpegsave(image, path.c_str(), "Q", 88, nullptr)
+                : tiff ? vips_tiffsave(image, path.c_str(), "compression", VIPS_FOREIGN_TIFF_COMPRESSION_LZW, nullptr)
+                       : vips_image_write_to_file(image, path.c_str(), nullptr)) == 0;
   if (image) g_object_unref(image);
   if (raw) g_object_unref(raw);
   return saved || Fail(path);
