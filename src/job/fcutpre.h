@@ -13,8 +13,8 @@ class FCutPre : public controls::Window {
  public:
   FCutPre();
 
-  // Shows or hides the buttons and scroll bars, to see the frame better.
-  controls::CheckBox ChHideShow;
+  controls::CheckBox ChHideShow{
+      *this, "ChHideShow", {.caption = "显示/隐藏", .tooltip = "显示/隐藏按钮和右侧、底部滚动条，方便确定裁剪框"}};
 
   Preview preview;
 };

@@ -2,86 +2,118 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include <array>
+#include <string>
+
 #include "controls/grid.h"
 #include "controls/values.h"
 #include "controls/window.h"
+#include "job/lists.h"
+#include "job/looks.h"
+#include "job/presets.h"
 
 namespace quillon::job {
 
 class Program;
 
-// The main window: the shared cut parameters, the file list and the menus that start a batch.
+// The main window: the shared cut parameters, the file list and the menus that start a batch. The members stand in the
+// order in which the window shows them.
 class Form1 : public controls::Window {
  public:
   explicit Form1(Program& program);
 
   // --- Menus, as they stand in the menu bar.
-  controls::Menu MenuFiles;
-  controls::Menu MenuAddFiles;
-  controls::Menu MenuReadFiles;
-  controls::Menu MenuInputDir;
-  controls::Menu MenuOutDir;
-  controls::Menu MenuOpenOutDir;
-  controls::Menu MenuExit;
-  controls::Menu MenuList;
-  controls::Menu MenuDelSelected;
-  controls::Menu MenuClearList;
-  controls::Menu MenuOtherOptions;
-  controls::Menu MenuBaseOptions;
-  controls::Menu MenuGifCutOps;
-  controls::Menu MenuPngCutOps;
-  controls::Menu MenuPdfOps;
-  controls::Menu MenuPenHui;
-  controls::Menu MenuTifCutOps;
-  controls::Menu MenuCut;
-  controls::Menu menuNormalCut;
-  controls::Menu MenuGifCut;
-  controls::Menu MenuPngCut;
-  controls::Menu MenuPdfCut;
-  controls::Menu MenuPenHuiCut;
-  controls::Menu MenuTiffCut;
-  controls::Menu MenuColorCut;
-  controls::Menu MenuStop;
-  controls::Menu MenuOther;
-  controls::Menu MenuChSizeFormat;
-  controls::Menu MenuExtentAndCut;
-  controls::Menu MenuUnitConvert;
-  controls::Menu MenuHelp;
-  controls::Menu MenuGuide;
-  controls::Menu MenuAbout;
+  controls::Menu MenuFiles{*this, "MenuFiles", {.caption = "文件"}};
+  controls::Menu MenuAddFiles{*this, "MenuAddFiles", In(MenuFiles, "添加文件..."), "Ctrl+O"};
+  controls::Menu MenuReadFiles{*this, "MenuReadFiles", In(MenuFiles, "读取输入目录"), "Ctrl+R"};
+  controls::Menu MenuInputDir{*this, "MenuInputDir", In(MenuFiles, "选择输入目录..."), "Ctrl+I"};
+  controls::Menu MenuOutDir{*this, "MenuOutDir", In(MenuFiles, "选择输出目录..."), "Ctrl+D"};
+  controls::Menu MenuOpenOutDir{*this, "MenuOpenOutDir", In(MenuFiles, "打开输出目录"), "Ctrl+E"};
+  controls::Menu MenuExit{*this, "MenuExit", In(MenuFiles, "退出"), "Ctrl+Q"};
+  controls::Menu MenuList{*this, "MenuList", {.caption = "列表"}};
+  controls::Menu MenuDelSelected{*this, "MenuDelSelected", In(MenuList, "删除选中行"), "Del"};
+  controls::Menu MenuClearList{*this, "MenuClearList", In(MenuList, "清空列表"), "Ctrl+L"};
+  controls::Menu MenuOtherOptions{*this, "MenuOtherOptions", {.caption = "选项"}};
+  controls::Menu MenuBaseOptions{*this, "MenuBaseOptions", In(MenuOtherOptions, "高级选项"), "F4"};
+  controls::Menu MenuGifCutOps{*this, "MenuGifCutOps", Off(MenuOtherOptions, "动态Gif裁剪选项"), "Ctrl+Shift+1"};
+  controls::Menu MenuPngCutOps{*this, "MenuPngCutOps", Off(MenuOtherOptions, "透明Png裁剪选项"), "Ctrl+Shift+2"};
+  controls::Menu MenuPdfOps{*this, "MenuPdfOps", Off(MenuOtherOptions, "Pdf页面裁剪选项"), "Ctrl+Shift+3"};
+  controls::Menu MenuPenHui{*this, "MenuPenHui", Off(MenuOtherOptions, "喷绘大图拼头裁剪选项"), "Ctrl+Shift+4"};
+  controls::Menu MenuTifCutOps{*this, "MenuTifCutOps", Off(MenuOtherOptions, "多页Tiff裁剪选项"), "Ctrl+Shift+5"};
+  controls::Menu MenuCut{*this, "MenuCut", {.caption = "裁剪", .enabled = false}};
+  controls::Menu menuNormalCut{*this, "menuNormalCut", In(MenuCut, "普通裁剪"), "F5"};
+  controls::Menu MenuGifCut{*this, "MenuGifCut", Off(MenuCut, "动态Gif裁剪"), "Ctrl+1"};
+  controls::Menu MenuPngCut{*this, "MenuPngCut", Off(MenuCut, "透明Png裁剪"), "Ctrl+2"};
+  controls::Menu MenuPdfCut{*this, "MenuPdfCut", Off(MenuCut, "Pdf页面裁剪"), "Ctrl+3"};
+  controls::Menu MenuPenHuiCut{*this, "MenuPenHuiCut", Off(MenuCut, "喷绘大图拼头裁剪"), "Ctrl+4"};
+  controls::Menu MenuTiffCut{*this, "MenuTiffCut", Off(MenuCut, "多页Tiff裁剪"), "Ctrl+5"};
+  controls::Menu MenuColorCut{*this, "MenuColorCut", Off(MenuCut, "颜色块裁剪"), "Ctrl+6"};
+  // An entry of its own, since a run disables MenuCut and all in it.
+  controls::Menu MenuStop{*this, "MenuStop", {.caption = "终止", .enabled = false}, "Esc"};
+  controls::Menu MenuOther{*this, "MenuOther", {.caption = "其他"}};
+  controls::Menu MenuChSizeFormat{*this, "MenuChSizeFormat", In(MenuOther, "压缩、缩放和转换格式"), "Ctrl+Shift+Z"};
+  controls::Menu MenuExtentAndCut{*this, "MenuExtentAndCut", In(MenuOther, "图片扩边"), "Ctrl+Shift+E"};
+  controls::Menu MenuUnitConvert{*this, "MenuUnitConvert", Off(MenuOther, "像素英寸厘米转换器"), "Ctrl+U"};
+  controls::Menu MenuHelp{*this, "MenuHelp", {.caption = "帮助"}};
+  controls::Menu MenuGuide{*this, "MenuGuide", In(MenuHelp, "使用说明"), "F1"};
+  controls::Menu MenuAbout{*this, "MenuAbout", In(MenuHelp, "关于"), "Shift+F1"};
 
   // --- Frame1 holds all parameters; Frame2 the margins, with the unit in its caption.
-  controls::Frame Frame1;
-  controls::Label LInDir;
-  controls::Label LOutDir;
-  controls::CheckBox ChSubFold;
-  controls::CheckBox ChKeepDir;
-  controls::CheckBox ChOver;
-  controls::CheckBox ChBig;
-  controls::CheckBox ChLarge;
-  controls::CheckBox ChBack;
-  controls::Frame Frame2;
-  controls::ControlArray<controls::TextBox, 4> TCutValue;
-  controls::CheckBox ChCutA;
-  controls::ComboBox CmbCutMode;
-  controls::ComboBox CmbCutStyle;
-  controls::CheckBox ChFixCut;
-  controls::ComboBox CmbKeepCut;
-  controls::ControlArray<controls::TextBox, 2> TFixWH;
-  controls::CheckBox ChAutoCenter;
-  controls::CheckBox ChFull;
-  controls::CheckBox ChAutoZoom;
-  controls::CheckBox ChAddToSize;
-  controls::CheckBox ChMode1;
-  controls::ComboBox CmbOutType;
-  controls::ComboBox CmbDPI;
-  controls::CheckBox ChJpgComp;
-  controls::TextBox TQuality;
-  controls::CheckBox ChCutAndArray;
+  controls::Frame Frame1{*this, "Frame1", {.caption = "参数"}};
+  controls::Label LInDir{*this, "LInDir", In(Frame1, "输入目录未指定"), controls::Editable::Yes};
+  controls::Label LOutDir{*this, "LOutDir", In(Frame1, "输出目录未指定"), controls::Editable::Yes};
+  controls::CheckBox ChSubFold{*this, "ChSubFold", In(Frame1, "含子文件夹")};
+  controls::CheckBox ChKeepDir{*this, "ChKeepDir", In(Frame1, "保留源目录结构")};
+  controls::CheckBox ChOver{*this, "ChOver", In(Frame1, "覆盖原文件")};
+  controls::CheckBox ChBig{*this, "ChBig",
+                           In(Frame1, "超大容量", "一次性处理几十万以上时，文件列表容纳不下时启用本功能")};
+  controls::CheckBox ChLarge{*this, "ChLarge", In(Frame1, "超大图")};
+  controls::CheckBox ChBack{*this, "ChBack", In(Frame1, "备用")};
+  controls::Frame Frame2{*this, "Frame2", In(Frame1, "裁剪参数(单位：%)：")};
+  controls::ControlArray<controls::TextBox, 4> TCutValue{
+      *this, "TCutValue", [this](controls::Window& window, std::string name, std::size_t index) {
+        static constexpr std::array kCaptions{"左：", "上：", "右：", "下："};
+        static constexpr std::array kValues{"0", "0", "0", "5"};
+        return controls::TextBox(window, std::move(name), In(Frame2, kCaptions[index]), kValues[index],
+                                 controls::Content::Number);
+      }};
+  controls::CheckBox ChCutA{*this, "ChCutA", In(Frame1, "绝对裁剪")};
+  controls::ComboBox CmbCutMode{*this, "CmbCutMode", In(Frame1, "裁剪模式："), CutModes(), 0};
+  controls::ComboBox CmbCutStyle{*this, "CmbCutStyle", In(Frame1, "裁剪形状："), CutStyles(), 0};
+  controls::CheckBox ChFixCut{*this, "ChFixCut", Off(Frame1, "固定裁剪")};
+  controls::ComboBox CmbKeepCut{*this, "CmbKeepCut", In(Frame1, "固定尺寸："), PresetTexts(), 0};
+  controls::ControlArray<controls::TextBox, 2> TFixWH{
+      *this, "TFixWH", [this](controls::Window& window, std::string name, std::size_t index) {
+        return controls::TextBox(window, std::move(name),
+                                 index == 0 ? Off(Frame1, "宽：", "像素") : Off(Frame1, "高：", "像素"),
+                                 index == 0 ? "1062" : "1630", controls::Content::Integer);
+      }};
+  controls::CheckBox ChAutoCenter{*this, "ChAutoCenter", In(Frame1, "居中裁剪")};
+  controls::CheckBox ChFull{*this, "ChFull", In(Frame1, "自动顶格")};
+  controls::CheckBox ChAutoZoom{*this, "ChAutoZoom", In(Frame1, "等比缩放")};
+  controls::CheckBox ChAddToSize{*this, "ChAddToSize", Off(Frame1, "补白为指定尺寸")};
+  controls::CheckBox ChMode1{*this, "ChMode1",
+                             In(Frame1, "右扩边补齐", "发生旋转时的扩边模式，启用则右扩边，否则是底扩边")};
+  controls::ComboBox CmbOutType{*this, "CmbOutType", In(Frame1, "输出类型："), OutTypes(), 0};
+  controls::ComboBox CmbDPI{*this, "CmbDPI", In(Frame1, "重设DPI：", "重设DPI，0表示默认，原图像尺寸不变"),
+                            DpiEntries(), 0};
+  controls::CheckBox ChJpgComp{*this, "ChJpgComp", In(Frame1, "压缩")};
+  controls::TextBox TQuality{*this,
+                             "TQuality",
+                             Off(Frame1, "品质：", "30-99，值越小，文件大小越小，但图像清晰度和品质越差，反之则反之"),
+                             "80",
+                             controls::Content::Integer,
+                             {30, 99}};
+  controls::CheckBox ChCutAndArray{*this, "ChCutAndArray", Off(Frame1, "裁剪后拼版")};
 
   // --- The list and the status panel beneath it.
-  controls::Grid MSF;
-  controls::Label LStatus;
+  controls::Grid MSF{
+      *this,
+      "MSF",
+      {.caption = "文件列表",
+       .tooltip = "双击预览当前行；支持文件拖放(Win7,Win10以管理员权限运行和兼容模式下则不支持文件拖放)；右键清空列表"},
+      ListHeaders()};
+  controls::Label LStatus{*this, "LStatus", {}};
 
   // --- Handlers, by control.
   void TCutValue_Change(std::size_t index);
@@ -94,26 +126,50 @@ class Form1 : public controls::Window {
   void CmbDPI_Click();
   void CmbOutType_Click();
   void ChAutoCenter_Click();
-  void ChAutoZoom_Click();
-  void ChAddToSize_Click();
   void ChCutAndArray_Click();
   void ChBig_Click();
-  void ChJpgComp_Click();
+  void ChLarge_Click();
   void TQuality_Change();
   void LOutDir_Change();
   void MenuStop_Click();
-  void MenuUnitConvert_Click();
+  void MenuOpenOutDir_Click();
+  void MenuGuide_Click();
+  void MenuAbout_Click();
 
-  // What the user's close button and MenuExit do: ask, clean up, end. See Program::Unload.
+  // What the user's close button and MenuExit do: ask, clean up, end. While a run or a listing goes on it asks to stop
+  // that instead, and the window stays open. See Program::Unload.
   void Close() override;
 
   // The running text in front of the title, "" for the plain title.
   void ShowStatus(const std::string& statusText);
 
+  // The frame of every driver: a run clears StopRequested, disables Frame1 and the menus and enables MenuStop; its end
+  // enables them again, restores the title and disables MenuStop.
+  void BeginRun();
+  void EndRun();
+  // True from BeginRun to EndRun, and while MenuStop is enabled for a listing.
+  bool Busy() const;
+
+  // Puts the entries of the lists back to the first and lets each act, as the window opens.
+  void SelectFirstEntries();
+  // Puts the limits of TCutValue to the unit in use and the picture in the preview.
+  void ShowMarginLimits();
+  // Puts the frame over the preview where the parameters say, and its share of the picture into the tooltips.
+  void ShowFrame();
+
  private:
-  void ConnectHandlers();
+  void ConnectParameters();
+  void ConnectMenus();
+  // Opens a window, or asks for the missing resource where the program has none of that name.
+  void OpenWindow(const std::string& name);
+  void ApplyStudioPreset(int entry);
+  void ApplyBorderPreset(int entry);
+  void LeaveMode();
+  void ConvertMargins();
 
   Program& program_;
+  bool firstPresetSeen_ = false;  // entry 1 of CmbKeepCut was chosen before
+  bool running_ = false;
 };
 
 }  // namespace quillon::job

@@ -4,12 +4,13 @@
 
 #include <functional>
 #include <string>
+#include <utility>
 
 #include "base/rect.h"
 
 namespace quillon::job {
 
-// The frame over the preview, in pixels of the shown picture (the picture scaled by scale).
+// The frame over the preview. It may reach outside the picture, and its sides may be negative.
 struct PreviewFrame {
   double left = 0;
   double top = 0;
@@ -18,7 +19,8 @@ struct PreviewFrame {
   bool operator==(const PreviewFrame&) const = default;
 };
 
-// What the preview shows: a picture, the scale it is shown at, and the cut frame that follows the parameters.
+// What the preview shows: a picture, the scale it is shown at, and the cut frame that follows the parameters. The frame
+// is kept in pixels of the picture itself, so that no scale of the window ever moves it.
 class Preview {
  public:
   Preview() = default;
@@ -29,13 +31,19 @@ class Preview {
   double Scale() const { return scale_; }
   double ShownWidth() const { return picture_.width * scale_; }
   double ShownHeight() const { return picture_.height * scale_; }
-  const PreviewFrame& Frame() const { return frame_; }
+  // In pixels of the shown picture.
+  PreviewFrame Frame() const;
+  // In pixels of the picture itself.
+  const PreviewFrame& PictureFrame() const { return frame_; }
   int Shape() const { return shape_; }              // as CmbCutStyle
   int BorderStyle() const { return borderStyle_; }  // 15 with a fixed cut, else 0
 
+  // path is empty where there is only an area to draw the frame in.
   void ShowPicture(std::string path, base::Size picture);
+  // A scale of 0 or less is ignored.
   void SetScale(double scale);
-  void SetFrame(const PreviewFrame& frame);
+  void SetFrame(const PreviewFrame& shown);
+  void SetPictureFrame(const PreviewFrame& frame);
   void SetShape(int shape);
   void SetBorderStyle(int style);
 

@@ -21,6 +21,15 @@ namespace quillon::job {
 class FileIntake;
 class NormalCut;
 
+// Engines that an option relies on and that are no object of their own. An option without its engine answers with the
+// missing-resource question and stays off.
+struct Engines {
+  bool largeCapacity = false;  // ChBig: folders walked without a list
+  bool hugeImages = false;     // ChLarge
+  bool edgeRemoval = false;    // ChClsWhite, ChClsBlack
+  bool splitting = false;      // ChSplit
+};
+
 // The whole program without a window system: all window records, the flags, and what the menus start.
 class Program {
  public:
@@ -48,12 +57,13 @@ class Program {
   ManualFrame* manualFrame = nullptr;
   Sheets* sheets = nullptr;
   OutputTools* outputTools = nullptr;
-  PageCounter* pageCounter = nullptr;
   RunObserver* observer = nullptr;
+  Engines engines;
 
   // --- Boxes, all titled "消息".
   host::Reply Ask(const std::string& text, int type = 0);
-  // The missing-resource question; OK opens the browser on the installer's location.
+  // The missing-resource question; OK opens the browser on the installer's location, which the setting "InstallerUrl"
+  // may name.
   void AskMissingResource();
 
   // --- What menus and drops do.
@@ -63,6 +73,11 @@ class Program {
   void ShowInPreview(const std::string& path);
   // Shows the window of that name and answers true, or false where the program has none.
   bool ShowWindow(const std::string& name);
+  // Hides the window of that name, if there is one.
+  void HideWindow(const std::string& name);
+  // Puts the enabled state of all controls to what the parameters allow. Every handler that changes one of them ends
+  // with it.
+  void ShowAvailability();
 
   // --- Settings of the program, section "Default".
   std::string Setting(const std::string& key);
@@ -72,6 +87,14 @@ class Program {
   std::string AppPath(const std::string& name) const;
 
  private:
+  void ReadScreen();
+  void EndLeftOverHelpers();
+  void ShowDesktopPicture();
+  void ShowPreviewBox();
+  void ReadFolders();
+  void WriteCanvas();
+  void SetPreviewSize(base::Size size);
+
   std::unique_ptr<FileIntake> intake_;
   std::unique_ptr<NormalCut> normalCut_;
   bool ended_ = false;

@@ -1,0 +1,53 @@
+// SPDX-FileCopyrightText: 2026 The Quillon developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "job/preview.h"
+
+namespace quillon::job {
+namespace {
+
+PreviewFrame Scaled(const PreviewFrame& frame, double scale) {
+  return {frame.left * scale, frame.top * scale, frame.width * scale, frame.height * scale};
+}
+
+}  // namespace
+
+PreviewFrame Preview::Frame() const { return Scaled(frame_, scale_); }
+
+// The same path may hold another picture by now, so that showing it again is always told.
+void Preview::ShowPicture(std::string path, base::Size picture) {
+  path_ = std::move(path);
+  picture_ = picture;
+  Tell();
+}
+
+void Preview::SetScale(double scale) {
+  if (!(scale > 0) || scale_ == scale) return;
+  scale_ = scale;
+  Tell();
+}
+
+void Preview::SetFrame(const PreviewFrame& shown) { SetPictureFrame(Scaled(shown, 1 / scale_)); }
+
+void Preview::SetPictureFrame(const PreviewFrame& frame) {
+  if (frame_ == frame) return;
+  frame_ = frame;
+  Tell();
+}
+
+void Preview::SetShape(int shape) {
+  if (shape_ == shape) return;
+  shape_ = shape;
+  Tell();
+}
+
+void Preview::SetBorderStyle(int style) {
+  if (borderStyle_ == style) return;
+  borderStyle_ = style;
+  Tell();
+}
+
+void Preview::Tell() {
+  if (observer_) observer_();
+}
+
+}  // namespace quillon::job
