@@ -16,6 +16,7 @@ constexpr unsigned kFreshMode = 0666;
 constexpr unsigned kPrivateMode = 0600;
 constexpr unsigned kAllBits = 07777;
 constexpr unsigned kAccessBits = 0777;
+constexpr unsigned kExecutable = 0111;
 
 struct Times {
   std::int64_t accessed = 0;
@@ -59,6 +60,10 @@ Status CopyContent(Disk& disk, int handle, const DiskFacts& before, Draft& draft
 }
 
 }  // namespace
+
+// A file that is replaced must stand whole before it loses its name, and a program cannot be started while it is open
+// for writing; all else can wait.
+enum class Files::Syncing { First, Behind };
 
 // What a save is to give its file beyond the content.
 struct Files::Wishes {
@@ -112,18 +117,21 @@ Status Files::SaveAs(const std::string& path, const Wishes& wishes, const std::f
   if (times) {
     if (Status set = KeptOr(disk_.SetTimes(draft->Handle(), times->accessed, times->modified)); !set) return set;
   }
-  return Place(*draft, target);
+  const bool program = (wishes.mode & kExecutable) != 0;
+  return Place(*draft, target, target.exists || program ? Syncing::First : Syncing::Behind);
 }
 
-Status Files::Place(DiskDraft& draft, const DiskTarget& target) {
+Status Files::Place(DiskDraft& draft, const DiskTarget& target, Syncing syncing) {
+  if (syncing == Syncing::First) {
+    if (const int synced = disk_.Sync(draft.Handle()); synced < 0) return Status::FromErrno(-synced);
+  }
   int handle = -1;
-  if (!target.exists) {
-    if (Status placed = draft.Place(target.path, DiskDraft::Target::Free, handle); !placed) return placed;
+  const auto place = target.exists ? DiskDraft::Target::Replace : DiskDraft::Target::Free;
+  if (Status placed = draft.Place(target.path, place, handle); !placed) return placed;
+  if (syncing == Syncing::Behind) {
     syncs_->Add(target.path, handle, SyncQueue::OnFailure::Remove);
     return Status::Ok();
   }
-  if (const int synced = disk_.Sync(draft.Handle()); synced < 0) return Status::FromErrno(-synced);
-  if (Status placed = draft.Place(target.path, DiskDraft::Target::Replace, handle); !placed) return placed;
   // After a sync that went well, closing has nothing left to tell.
   disk_.Close(handle);
   syncs_->AddFolderOf(target.path);

@@ -1,0 +1,29 @@
+// SPDX-FileCopyrightText: 2026 The Quillon developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "host/posix/posix_clock.h"
+
+#include <chrono>
+#include <ctime>
+#include <thread>
+
+namespace quillon::host::posix {
+
+double PosixClock::SecondsOfDay() {
+  timespec now{};
+  clock_gettime(CLOCK_REALTIME, &now);
+  tm local{};
+  localtime_r(&now.tv_sec, &local);
+  // A leap second counts as the one before it, which keeps the result below a day.
+  const int second = local.tm_sec < 60 ? local.tm_sec : 59;
+  return local.tm_hour * 3600 + local.tm_min * 60 + second + static_cast<double>(now.tv_nsec) / 1e9;
+}
+
+double PosixClock::Seconds() {
+  return std::chrono::duration<double>(std::chrono::steady_clock::now().time_since_epoch()).count();
+}
+
+void PosixClock::Sleep(double seconds) {
+  if (seconds > 0) std::this_thread::sleep_for(std::chrono::duration<double>(seconds));
+}
+
+}  // namespace quillon::host::posix

@@ -1,0 +1,28 @@
+// SPDX-FileCopyrightText: 2026 The Quillon developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <string>
+
+#include "host/host.h"
+
+namespace quillon::host::posix {
+
+// The claim is a lock on the file "quillon.lock" in the program folder. The file stays; the lock goes with the
+// process. Where no lock can be had at all (a disk without locks, no right to write), the program counts as the only
+// one, since it must be able to start.
+class PosixInstance final : public Instance {
+ public:
+  explicit PosixInstance(std::string programFolder) : programFolder_(std::move(programFolder)) {}
+  ~PosixInstance() override;
+  PosixInstance(const PosixInstance&) = delete;
+  PosixInstance& operator=(const PosixInstance&) = delete;
+
+  bool Claim() override;
+
+ private:
+  std::string programFolder_;
+  int handle_ = -1;
+};
+
+}  // namespace quillon::host::posix

@@ -1,0 +1,115 @@
+// SPDX-FileCopyrightText: 2026 The Quillon developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "host/posix/program_folder.h"
+
+#include <unistd.h>
+
+#include <climits>
+#include <functional>
+#include <vector>
+
+#include "base/path_text.h"
+#include "host/posix/environment.h"
+
+namespace quillon::host::posix {
+namespace {
+
+constexpr const char* kProfiles = "ColorConfigs";
+
+std::string Absolute(const std::string& path) {
+  char here[PATH_MAX];
+  if (path.starts_with('/') || !getcwd(here, sizeof here)) return path;
+  return base::JoinPath(here, path);
+}
+
+// Folders with the files of an installed program, beside the one that its executable lies in.
+std::vector<std::string> InstalledBeside(const Files& files, const std::string& executableFolder) {
+  std::vector<std::string> folders;
+  const std::string prefix = base::SplitPath(executableFolder).folder;
+  for (const char* place : {"lib/quillon", "share/quillon"}) {
+    std::string folder = base::JoinPath(prefix, place);
+    if (files.IsFolder(folder)) folders.push_back(std::move(folder));
+  }
+  return folders;
+}
+
+bool OfTheSystem(const std::string& folder) {
+  const std::string path = folder + "/";
+  return path.starts_with("/usr/") || path.starts_with("/bin/") || path.starts_with("/sbin/");
+}
+
+// What a portable program folder holds for good; all else in it is work.
+bool IsSupply(const Files& files, const std::string& folder, const std::string& name) {
+  const base::PathParts parts = base::SplitPath(name);
+  const std::string extension = base::ToLowerAscii(parts.extension);
+  // Most helpers are made anew from their twin when they are needed.
+  if (extension == "exe") return !files.IsFile(base::JoinPath(folder, parts.name, "dll"));
+  return extension == "dll" || extension == "ini";
+}
+
+using Wanted = std::function<bool(const FolderEntry&)>;
+
+bool SameStand(const Files& files, const std::string& from, const std::string& to) {
+  const auto source = files.Look(from);
+  const auto standing = files.Look(to);
+  return source && standing && source->size == standing->size && source->modified == standing->modified;
+}
+
+void KeepFirst(Status& first, Status next) {
+  if (first && !next) first = std::move(next);
+}
+
+Status Fill(Files& files, const std::string& from, const std::string& to, const Wanted& wanted) {
+  std::vector<FolderEntry> entries;
+  Status status = files.ListFolder(from, [&](const FolderEntry& entry) {
+    if (wanted(entry)) entries.push_back(entry);
+    return true;
+  });
+  KeepFirst(status, files.MakeFolders(to));
+  for (const FolderEntry& entry : entries) {
+    const std::string source = base::JoinPath(from, entry.name);
+    const std::string target = base::JoinPath(to, entry.name);
+    if (entry.kind == FileKind::Folder) {
+      KeepFirst(status, Fill(files, source, target, [](const FolderEntry&) { return true; }));
+    } else if (entry.kind == FileKind::File && !SameStand(files, source, target)) {
+      KeepFirst(status, files.Copy(source, target));
+    }
+  }
+  return status;
+}
+
+}  // namespace
+
+ProgramFolderHints HintsOfThisProcess() {
+  char executable[PATH_MAX];
+  const ssize_t length = readlink("/proc/self/exe", executable, sizeof executable);
+  const std::string path(executable, length > 0 ? static_cast<std::size_t>(length) : 0);
+  return {Environment("QUILLON_APP"), base::SplitPath(path).folder, BaseFolder("XDG_DATA_HOME", ".local/share")};
+}
+
+std::string ChooseProgramFolder(const Files& files, const ProgramFolderHints& hints) {
+  if (!hints.told.empty()) return base::TrimTrailingSeparator(Absolute(hints.told));
+  const std::string& own = hints.executableFolder;
+  const bool installed = own.empty() || OfTheSystem(own) || !InstalledBeside(files, own).empty();
+  if (!installed && access(own.c_str(), W_OK | X_OK) == 0) return own;
+  return base::JoinPath(hints.dataHome, "quillon");
+}
+
+Status PrepareProgramFolder(Files& files, const std::string& programFolder, const std::string& executableFolder) {
+  if (Status made = files.MakeFolders(programFolder); !made) return made;
+  files.SweepDrafts(programFolder);
+  if (files.SameFile(programFolder, executableFolder)) return Status::Ok();
+  Status status;
+  const std::vector<std::string> installed = InstalledBeside(files, executableFolder);
+  for (const std::string& folder : installed) {
+    KeepFirst(status, Fill(files, folder, programFolder, [](const FolderEntry&) { return true; }));
+  }
+  if (!installed.empty() || OfTheSystem(executableFolder)) return status;
+  KeepFirst(status, Fill(files, executableFolder, programFolder, [&](const FolderEntry& entry) {
+              if (entry.kind == FileKind::Folder) return entry.name == kProfiles;
+              return IsSupply(files, executableFolder, entry.name);
+            }));
+  return status;
+}
+
+}  // namespace quillon::host::posix
