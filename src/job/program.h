@@ -57,6 +57,7 @@ class Program {
   ManualFrame* manualFrame = nullptr;
   Sheets* sheets = nullptr;
   OutputTools* outputTools = nullptr;
+  PageCounter* pageCounter = nullptr;
   RunObserver* observer = nullptr;
   Engines engines;
 
