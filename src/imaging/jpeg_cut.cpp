@@ -264,6 +264,7 @@ class Cutter {
   }
 
   void WriteDecoded() {
+    if (rows_.size == 0) return;
     const std::size_t skip = static_cast<std::size_t>(columns_.begin - firstColumn_) * components_;
     const std::size_t used = static_cast<std::size_t>(columns_.size) * components_;
     const bool framed = columns_.size < rect_.width;

@@ -1,0 +1,187 @@
+// SPDX-FileCopyrightText: 2026 The Quillon developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "imaging/jpeg_maker.h"
+
+#include <cmath>
+#include <cstdio>
+#include <cstdlib>
+#include <stdexcept>
+
+#include <jpeglib.h>
+
+namespace quillon::imaging::testing {
+namespace {
+
+[[noreturn]] void Throw(j_common_ptr info) {
+  char text[JMSG_LENGTH_MAX];
+  info->err->format_message(info, text);
+  throw std::runtime_error(text);
+}
+
+J_COLOR_SPACE SpaceOf(Colours colours) {
+  switch (colours) {
+    case Colours::Grey:
+      return JCS_GRAYSCALE;
+    case Colours::YCbCr:
+      return JCS_YCbCr;
+    case Colours::Rgb:
+      return JCS_RGB;
+    case Colours::Cmyk:
+    case Colours::AdobeCmyk:
+      return JCS_CMYK;
+    case Colours::Ycck:
+      return JCS_YCCK;
+  }
+  return JCS_UNKNOWN;
+}
+
+// One scan a component, as some scanners write.
+void SetScanPerComponent(jpeg_compress_struct& encoder, std::vector<jpeg_scan_info>& script) {
+  script.resize(static_cast<std::size_t>(encoder.num_components));
+  for (std::size_t i = 0; i < script.size(); ++i) {
+    script[i] = {};
+    script[i].comps_in_scan = 1;
+    script[i].component_index[0] = static_cast<int>(i);
+    script[i].Se = 63;
+  }
+  encoder.scan_info = script.data();
+  encoder.num_scans = static_cast<int>(script.size());
+}
+
+void SetUp(jpeg_compress_struct& encoder, const Pixels& pixels, const MakeOptions& options) {
+  encoder.image_width = static_cast<JDIMENSION>(pixels.size.width);
+  encoder.image_height = static_cast<JDIMENSION>(pixels.size.height);
+  encoder.input_components = pixels.components;
+  encoder.in_color_space = SpaceOf(options.colours);
+  jpeg_set_defaults(&encoder);
+  jpeg_set_colorspace(&encoder, SpaceOf(options.colours));
+  if (options.colours == Colours::Cmyk) encoder.write_Adobe_marker = FALSE;
+  jpeg_set_quality(&encoder, options.quality, TRUE);
+  const bool chroma = options.colours == Colours::YCbCr || options.colours == Colours::Ycck;
+  for (int i = 0; i < encoder.num_components; ++i) {
+    const bool full = chroma && (i == 0 || i == 3);
+    encoder.comp_info[i].h_samp_factor = full ? options.luma.first : 1;
+    encoder.comp_info[i].v_samp_factor = full ? options.luma.second : 1;
+  }
+  if (!options.jfif) encoder.write_JFIF_header = FALSE;
+  encoder.density_unit = static_cast<UINT8>(options.densityUnit);
+  encoder.X_density = encoder.Y_density = static_cast<UINT16>(options.density);
+  encoder.arith_code = options.arithmetic ? TRUE : FALSE;
+  encoder.restart_in_rows = options.restartRows;
+  if (options.scans == Scans::Progressive) jpeg_simple_progression(&encoder);
+}
+
+}  // namespace
+
+int ComponentsOf(Colours colours) {
+  switch (colours) {
+    case Colours::Grey:
+      return 1;
+    case Colours::YCbCr:
+    case Colours::Rgb:
+      return 3;
+    default:
+      return 4;
+  }
+}
+
+Pixels TestPicture(base::Size size, Colours colours) {
+  Pixels out{size, ComponentsOf(colours), {}};
+  for (int y = 0; y < size.height; ++y) {
+    for (int x = 0; x < size.width; ++x) {
+      for (int c = 0; c < out.components; ++c) {
+        const double wave = std::sin(x * (0.31 + 0.11 * c)) * std::cos(y * (0.23 + 0.07 * c));
+        const int edge = x > size.width / 2 && y > size.height / 3 ? 40 : 0;
+        out.samples.push_back(static_cast<unsigned char>(100 + std::lround(90 * wave) + edge));
+      }
+    }
+  }
+  return out;
+}
+
+std::string MakeJpeg(const Pixels& pixels, const MakeOptions& options) {
+  jpeg_error_mgr errors;
+  jpeg_compress_struct encoder{};
+  encoder.err = jpeg_std_error(&errors);
+  errors.error_exit = Throw;
+  jpeg_create_compress(&encoder);
+  unsigned char* data = nullptr;
+  unsigned long size = 0;
+  jpeg_mem_dest(&encoder, &data, &size);
+  SetUp(encoder, pixels, options);
+  std::vector<jpeg_scan_info> script;
+  if (options.scans == Scans::PerComponent) SetScanPerComponent(encoder, script);
+  jpeg_start_compress(&encoder, TRUE);
+  for (const auto& [marker, payload] : options.segments) {
+    jpeg_write_marker(&encoder, marker, reinterpret_cast<const JOCTET*>(payload.data()),
+                      static_cast<unsigned>(payload.size()));
+  }
+  std::vector<unsigned char> samples = pixels.samples;
+  const std::size_t stride = static_cast<std::size_t>(pixels.size.width) * static_cast<std::size_t>(pixels.components);
+  for (std::size_t y = 0; y < static_cast<std::size_t>(pixels.size.height); ++y) {
+    JSAMPROW row = samples.data() + y * stride;
+    jpeg_write_scanlines(&encoder, &row, 1);
+  }
+  jpeg_finish_compress(&encoder);
+  jpeg_destroy_compress(&encoder);
+  std::string bytes(reinterpret_cast<const char*>(data), size);
+  std::free(data);
+  return bytes;
+}
+
+ReadResult ReadJpeg(const std::string& bytes) {
+  jpeg_error_mgr errors;
+  jpeg_decompress_struct decoder{};
+  decoder.err = jpeg_std_error(&errors);
+  errors.error_exit = Throw;
+  errors.output_message = [](j_common_ptr) {};
+  jpeg_create_decompress(&decoder);
+  jpeg_mem_src(&decoder, reinterpret_cast<const unsigned char*>(bytes.data()), bytes.size());
+  jpeg_save_markers(&decoder, JPEG_APP0 + 1, 0xFFFF);
+  jpeg_save_markers(&decoder, JPEG_APP0 + 2, 0xFFFF);
+  jpeg_read_header(&decoder, TRUE);
+  decoder.out_color_space = decoder.jpeg_color_space;
+  ReadResult out;
+  out.colourSpace = decoder.jpeg_color_space;
+  for (int i = 0; i < decoder.num_components; ++i) {
+    out.sampling.emplace_back(decoder.comp_info[i].h_samp_factor, decoder.comp_info[i].v_samp_factor);
+  }
+  out.jfif = decoder.saw_JFIF_marker == TRUE;
+  out.adobe = decoder.saw_Adobe_marker == TRUE;
+  out.densityUnit = decoder.density_unit;
+  out.densityX = decoder.X_density;
+  out.densityY = decoder.Y_density;
+  for (jpeg_saved_marker_ptr saved = decoder.marker_list; saved; saved = saved->next) {
+    out.segments.emplace_back(saved->marker,
+                              std::string(reinterpret_cast<const char*>(saved->data), saved->data_length));
+  }
+  jpeg_start_decompress(&decoder);
+  out.pixels.size = {static_cast<int>(decoder.output_width), static_cast<int>(decoder.output_height)};
+  out.pixels.components = decoder.output_components;
+  const std::size_t stride = decoder.output_width * static_cast<std::size_t>(decoder.output_components);
+  out.pixels.samples.resize(stride * decoder.output_height);
+  while (decoder.output_scanline < decoder.output_height) {
+    JSAMPROW row = out.pixels.samples.data() + decoder.output_scanline * stride;
+    jpeg_read_scanlines(&decoder, &row, 1);
+  }
+  jpeg_finish_decompress(&decoder);
+  out.warnings = static_cast<int>(errors.num_warnings);
+  jpeg_destroy_decompress(&decoder);
+  return out;
+}
+
+Pixels CutPixels(const Pixels& whole, base::Rect rect, const std::vector<int>& white) {
+  Pixels out{{rect.width, rect.height}, whole.components, {}};
+  for (int y = rect.top; y < rect.top + rect.height; ++y) {
+    for (int x = rect.left; x < rect.left + rect.width; ++x) {
+      const bool inside = x >= 0 && y >= 0 && x < whole.size.width && y < whole.size.height;
+      for (int c = 0; c < whole.components; ++c) {
+        out.samples.push_back(
+            static_cast<unsigned char>(inside ? whole.At(x, y, c) : white[static_cast<std::size_t>(c)]));
+      }
+    }
+  }
+  return out;
+}
+
+}  // namespace quillon::imaging::testing
