@@ -5,18 +5,22 @@
 #include <string>
 #include <vector>
 
+#include "job/file_walk.h"
+
 namespace quillon::job {
 
 class Program;
 
-// How files enter the list: by dialog, by reading a folder, by drag and drop, all through one admission rule.
+// How files enter the list: by dialog, by reading a folder, by drag and drop, all through one admission rule. The
+// handlers beep and do nothing while a listing or a run is under way.
 class FileIntake {
  public:
   explicit FileIntake(Program& program);
 
   // The dialog filter of the mode in CmbCutMode.
   std::string Filter() const;
-  // True when the file's extension, with its point, stands in the filter of the mode.
+  // True when the file's extension, with its point, stands in the filter of the mode; upper and lower case do not
+  // matter. False for a name without an extension.
   bool Accepts(const std::string& path) const;
 
   void MenuAddFiles_Click();
@@ -29,9 +33,28 @@ class FileIntake {
   // Files and folders dropped on the list, after the question.
   void MSF_OLEDragDrop(const std::vector<std::string>& items);
   // Files and folders named on a command line: as a drop answered with No, without the question and the closing box.
+  // Relative paths start at the current folder. The observer hears of files that are not there or not accepted.
   void Admit(const std::vector<std::string>& items);
 
+  // --- What the handlers above do, for drivers that need it within their own work.
+  void AddFiles();
+  void ChooseInputDir();
+  void ChooseOutDir();
+  // Says that the folder in LInDir or LOutDir is not there.
+  void WarnInputDir();
+  void WarnOutDir();
+  bool InputDirExists() const;
+  bool OutDirExists() const;
+
  private:
+  enum class Progress { Adding, Reading };
+
+  // True when everything was taken: neither stopped nor ended by a file without a size.
+  bool List(const std::vector<std::string>& roots, Subfolders subfolders, Progress progress);
+  void TellNotListed(const std::string& path, const std::string& why);
+  void ShowFirstRow();
+  void ShowStatusPanel();
+
   Program& program_;
 };
 

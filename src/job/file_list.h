@@ -5,8 +5,10 @@
 #include <cstdint>
 #include <memory>
 #include <string>
+#include <string_view>
 #include <vector>
 
+#include "base/rect.h"
 #include "controls/grid.h"
 #include "job/run_report.h"
 
@@ -29,6 +31,9 @@ struct FileRow {
   std::string Path() const;
 };
 
+// A length in kb with at most two decimals, "83.25".
+std::string KbText(std::uint64_t bytes);
+
 // The rows of MSF and the running maxima, which only grow until the list is cleared.
 class FileList : public controls::GridSource {
  public:
@@ -36,10 +41,16 @@ class FileList : public controls::GridSource {
 
   std::size_t RowCount() const override { return rows_.size(); }
   // The eight columns of MSF: name, extension, folder, width, height, size in kb, new size in kb or page count, DPI.
+  // Names and folders are shown as text, whatever their bytes. Any other column is empty.
   std::string Cell(std::size_t row, std::size_t column) const override;
   const FileRow& Row(std::size_t row) const { return rows_[row]; }
 
+  // Adds row under folder, and to the maxima.
   void Append(FileRow row, const std::string& folder);
+  // Adds the file at path; the row's name and extension are taken from it.
+  void AppendPath(std::string_view path, FileRow row);
+  // Grows the maxima by a file, whether or not it is added.
+  void Grow(base::Size size, std::uint64_t bytes);
   void Remove(std::size_t row);
   void Clear();
   void SetResult(std::size_t row, Result result, std::string why, std::uint64_t newBytes);
@@ -47,7 +58,7 @@ class FileList : public controls::GridSource {
   int MaxWidth() const { return maxWidth_; }
   int MaxHeight() const { return maxHeight_; }
   std::uint64_t MaxBytes() const { return maxBytes_; }
-  // "文件数：<n>" and "最大值：<w>x<h>像素" with the largest size; "" for an emptied list.
+  // "文件数：<n>  最大值：<w>x<h>像素  <largest size>kb"; "" for a cleared list.
   std::string StatusText() const;
 
  private:

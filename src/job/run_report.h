@@ -37,7 +37,7 @@ class RunObserver {
   // A file told as written whose bytes did not reach the disk after all.
   virtual void FileLost(const FileResult& file) = 0;
   virtual void RunEnded(const RunTotals& totals) = 0;
-  // A file that a listing could not measure; the listing ended there.
+  // A file that a listing did not take although it was named, or that it could not measure and so ended at.
   virtual void FileNotListed(const std::string& /*source*/, const std::string& /*why*/) {}
 };
 

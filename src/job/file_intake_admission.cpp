@@ -1,0 +1,76 @@
+// SPDX-FileCopyrightText: 2026 The Quillon developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "job/file_intake_admission.h"
+
+#include "base/utf8.h"
+#include "job/program.h"
+
+namespace quillon::job {
+namespace {
+
+constexpr int kGifMode = 1;
+constexpr int kPdfMode = 3;
+constexpr int kTiffMode = 5;
+constexpr int kDefaultPageDpi = 72;
+constexpr const char* kNoSize = "本机异常，获取图片的尺寸数据为0，请以管理员权限重新运行安装包覆盖安装！";
+
+}  // namespace
+
+AdmissionRule::AdmissionRule(Program& program) : program_(program), mode_(program.form1.CmbCutMode.Index()) {}
+
+bool AdmissionRule::CountsPages() const { return mode_ == kGifMode || mode_ == kPdfMode || mode_ == kTiffMode; }
+
+bool AdmissionRule::Ready() {
+  if (!CountsPages() || program_.pageCounter) return true;
+  program_.AskMissingResource();
+  program_.form1.CmbCutMode.Select(0);
+  return false;
+}
+
+bool AdmissionRule::TooSmall(int width, int height) const {
+  const FBaseOpt& options = program_.fBaseOpt;
+  if (!program_.flags.AdvancedOptionsLoaded || !options.ChFilter.On()) return false;
+  return width < options.TSmalS[0].Number() || height < options.TSmalS[1].Number();
+}
+
+void AdmissionRule::Refuse(const std::string& path, const std::string& why) {
+  program_.form1.LStatus.SetText(program_.files.StatusText() + "  未加入：" + base::DisplayText(path) + "（" + why +
+                                 "）");
+  if (program_.observer) program_.observer->FileNotListed(path, why);
+  program_.Ask(kNoSize);
+}
+
+Admission AdmissionRule::Admit(const std::string& path) {
+  Flags& flags = program_.flags;
+  flags.InfoWidth = flags.InfoHeight = "0";
+  imaging::ImageFacts facts;
+  facts.dpi = 1;  // asks for the resolution that the list shows
+  const host::Status measured = program_.images.ImageInfo(path, facts);
+  if (!measured) facts = {};
+  flags.InfoWidth = std::to_string(facts.width);
+  flags.InfoHeight = std::to_string(facts.height);
+
+  FileRow row;
+  row.width = facts.width;
+  row.height = facts.height;
+  row.dpi = facts.dpi;
+  const int pageDpi = flags.OutDpi > 0 ? flags.OutDpi : kDefaultPageDpi;
+  if (CountsPages()) row.pages = program_.pageCounter->Count(mode_, path, pageDpi);
+
+  if (facts.width == 0 || facts.height == 0) {
+    Refuse(path, measured ? "图片的宽或高为 0" : measured.Why());
+    return Admission::Ended;
+  }
+  if (TooSmall(facts.width, facts.height)) return Admission::PassedOver;
+  if (const auto file = program_.host.files.Look(path)) row.bytes = file->size;
+  program_.files.Grow({facts.width, facts.height}, row.bytes);
+  if (CountsPages() && mode_ != kPdfMode && row.pages <= 1) {
+    program_.host.boxes.Beep();
+    return Admission::PassedOver;
+  }
+  program_.files.AppendPath(path, std::move(row));
+  if (flags.ArrayLoaded && program_.sheets) program_.sheets->Listed(path, 1);
+  return Admission::Added;
+}
+
+}  // namespace quillon::job

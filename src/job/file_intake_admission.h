@@ -1,0 +1,38 @@
+// SPDX-FileCopyrightText: 2026 The Quillon developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <string>
+
+namespace quillon::job {
+
+class Program;
+
+enum class Admission {
+  Added,
+  PassedOver,  // left out by the filter of small pictures or for its page count
+  Ended        // has no size; adding ends here
+};
+
+// The rule by which a file becomes a row of the list, for the mode that CmbCutMode shows when it is made.
+class AdmissionRule {
+ public:
+  explicit AdmissionRule(Program& program);
+
+  // Asks the missing-resource question, leaves the mode and answers false where the mode counts pages and the program
+  // has nothing to count them with.
+  bool Ready();
+  // Measures the file and adds its row, or tells why not. A file without a size is answered with the one message that
+  // ends the adding; the status panel and the observer name it.
+  Admission Admit(const std::string& path);
+
+ private:
+  bool CountsPages() const;
+  bool TooSmall(int width, int height) const;
+  void Refuse(const std::string& path, const std::string& why);
+
+  Program& program_;
+  int mode_;
+};
+
+}  // namespace quillon::job
