@@ -1,0 +1,7 @@
+// SPDX-FileCopyrightText: 2026 The Quillon developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "batch/batch.h"
+
+int main(int count, char** arguments) {
+  return quillon::batch::RunBatch(std::vector<std::string>(arguments + (count > 0), arguments + count));
+}

@@ -1,0 +1,146 @@
+// SPDX-FileCopyrightText: 2026 The Quillon developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "batch/batch.h"
+
+#include <unistd.h>
+
+#include <cstdio>
+#include <cstdlib>
+#include <exception>
+#include <filesystem>
+#include <memory>
+
+#include "base/utf8.h"
+#include "batch/hosts.h"
+#include "batch/options.h"
+#include "batch/parse.h"
+#include "batch/private_folder.h"
+#include "batch/runner.h"
+#include "batch/stop_signals.h"
+#include "host/posix/posix_clock.h"
+#include "host/posix/posix_disk.h"
+#include "host/posix/posix_processes.h"
+#include "host/posix/posix_shell.h"
+#include "host/posix/program_folder.h"
+#include "host/posix/sqlite_settings.h"
+
+namespace quillon::batch {
+namespace {
+
+constexpr std::uint64_t kLongestScript = 16u << 20;
+
+void Complain(const std::string& sentence) {
+  std::fprintf(stderr, "quillon-batch: %s\n", base::DisplayText(sentence).c_str());
+}
+
+std::optional<std::string> ReadScript(const std::string& path) {
+  host::posix::PosixDisk disk;
+  const host::Files files(disk);
+  std::string text;
+  return files.ReadFile(path, text, kLongestScript) ? std::optional(text) : std::nullopt;
+}
+
+// The world of one run and the program in it. What is made later lives shorter.
+class Session {
+ public:
+  Session(const Plan& plan, std::string folder)
+      : plan_(plan),
+        private_(disk_, files_),
+        reporter_(MakeReporter(plan)),
+        boxes_(plan.answers, *reporter_, clock_, [this] { return signals_.Stopping(); }),
+        dialogs_(plan.answers, std::move(folder), *reporter_),
+        settings_([this] { return std::make_unique<host::posix::SqliteSettings>(private_.Path()); },
+                  [this] { return files_.IsFile(private_.Path() + "/settings.db"); }),
+        shell_(realShell_, *reporter_) {}
+
+  Exit Run() {
+    const auto hints = host::posix::HintsOfThisProcess();
+    if (const host::Status made = private_.Make(TemporaryBase(), hints.executableFolder); !made) {
+      Complain("无法准备临时文件夹 " + TemporaryBase() + "：" + made.Why());
+      return Exit::SomeWithout;
+    }
+    signals_.OnInsist([this] {
+      private_.Remove();
+      std::_Exit(static_cast<int>(Exit::Stopped));
+    });
+    const Outcome outcome = Perform();
+    signals_.OnInsist({});
+    for (const std::string& note : outcome.notes) Complain(note);
+    return outcome.exit;
+  }
+
+ private:
+  static std::unique_ptr<Reporter> MakeReporter(const Plan& plan) {
+    if (plan.json) return std::make_unique<JsonReporter>(stdout);
+    return std::make_unique<TextReporter>(stdout, stderr, isatty(STDERR_FILENO) ? Terminal::Yes : Terminal::No);
+  }
+
+  Outcome Perform() {
+    host::posix::PosixProcesses processes(private_.Path());
+    host::Host world{boxes_,    dialogs_, pump_,   clock_,    files_,         settings_,
+                     processes, shell_,   screen_, instance_, private_.Path()};
+    Outcome outcome;
+    {
+      job::Program program(world);
+      program.Start();
+      Watch watch(program, *reporter_, plan_.json && plan_.trace ? Trace::Yes : Trace::No);
+      pump_.OnTurn([&] {
+        if (signals_.Stopping()) program.flags.StopRequested = true;
+        watch.Turn();
+      });
+      Runner runner(program, watch, *reporter_, [this] { return signals_.Stopping(); });
+      outcome = runner.Perform(plan_);
+      pump_.OnTurn({});
+    }
+    if (shell_.Started()) {
+      for (const host::ProcessFacts& helper : processes.Running()) processes.End(helper.id);
+    }
+    return outcome;
+  }
+
+  const Plan& plan_;
+  StopSignals signals_;
+  host::posix::PosixDisk disk_;
+  host::Files files_{disk_};
+  PrivateFolder private_;
+  std::unique_ptr<Reporter> reporter_;
+  host::posix::PosixClock clock_;
+  BatchBoxes boxes_;
+  BatchDialogs dialogs_;
+  BatchPump pump_;
+  LazySettings settings_;
+  host::posix::PosixShell realShell_;
+  BatchShell shell_;
+  BatchScreen screen_;
+  BatchInstance instance_;
+};
+
+}  // namespace
+
+int RunBatch(const std::vector<std::string>& arguments) {
+  host::posix::IgnoreSignals();
+  std::error_code error;
+  const std::string folder = std::filesystem::current_path(error).native();
+  const Parsed parsed = ParseArguments(arguments, folder, ReadScript);
+  if (!parsed.error.empty()) {
+    Complain(parsed.error);
+    return static_cast<int>(Exit::WrongArguments);
+  }
+  const Plan& plan = parsed.plan;
+  if (plan.help || plan.version) {
+    std::fputs((plan.help ? HelpText() : VersionText()).c_str(), stdout);
+    return static_cast<int>(Exit::AllWritten);
+  }
+  if (plan.steps.empty() && !plan.listControls) {
+    Complain("没有要做的事；用法见 quillon-batch --help");
+    return static_cast<int>(Exit::WrongArguments);
+  }
+  try {
+    return static_cast<int>(Session(plan, folder).Run());
+  } catch (const std::exception& failure) {
+    Complain(std::string("运行中断：") + failure.what());
+    return static_cast<int>(Exit::SomeWithout);
+  }
+}
+
+}  // namespace quillon::batch

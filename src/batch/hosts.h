@@ -1,0 +1,119 @@
+// SPDX-FileCopyrightText: 2026 The Quillon developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "batch/plan.h"
+#include "batch/reporter.h"
+#include "host/host.h"
+
+namespace quillon::batch {
+
+// True once somebody wants the program to stop.
+using Stopping = std::function<bool()>;
+
+// Answers boxes from the given answers: of those whose text the box holds, and whose reply is one of its buttons, the
+// last given. A box without one takes its default button, a question about a full disk Cancel. While the program is
+// stopping nothing is tried again. Every box and beep is told.
+class BatchBoxes final : public host::Boxes {
+ public:
+  BatchBoxes(const std::vector<Answer>& answers, Reporter& reporter, host::Clock& clock, Stopping stopping);
+
+  host::Reply Show(const host::Box& box) override;
+  void Beep() override;
+
+ private:
+  host::Reply Choose(const host::Box& box) const;
+
+  const std::vector<Answer>& answers_;
+  Reporter& reporter_;
+  host::Clock& clock_;
+  Stopping stopping_;
+};
+
+// Answers dialogs with the paths given for them: of the answers whose text the title or the filter holds, all for a
+// choice of many files, else the last given. The name of a reply, and no answer at all, choose nothing.
+class BatchDialogs final : public host::Dialogs {
+ public:
+  BatchDialogs(const std::vector<Answer>& answers, std::string folder, Reporter& reporter);
+
+  std::vector<std::string> OpenFiles(const std::string& title, const std::string& filter, host::Choice choice) override;
+  std::optional<std::string> ChooseFolder(const std::string& title, const std::string& initial) override;
+
+ private:
+  std::vector<std::string> Paths(const std::string& title, const std::string& filter) const;
+
+  const std::vector<Answer>& answers_;
+  std::string folder_;
+  Reporter& reporter_;
+};
+
+// Starts helpers as another shell does; folders, files and addresses are only told.
+class BatchShell final : public host::Shell {
+ public:
+  BatchShell(host::Shell& shell, Reporter& reporter) : shell_(shell), reporter_(reporter) {}
+
+  int Start(const std::string& program, const std::vector<std::string>& arguments, const std::string& folder) override;
+  void OpenFolder(const std::string& folder) override;
+  void Reveal(const std::string& file) override;
+  void OpenBrowser(const std::string& address) override;
+
+  // Whether any helper was ever started.
+  bool Started() const { return started_; }
+
+ private:
+  host::Shell& shell_;
+  Reporter& reporter_;
+  bool started_ = false;
+};
+
+// A desktop of 1920 x 1080 at 96 dots per inch without a picture, so that a run does not depend on where it runs.
+class BatchScreen final : public host::Screen {
+ public:
+  base::Size DesktopSize() override { return {1920, 1080}; }
+  int Dpi() override { return 96; }
+  std::string Wallpaper() override { return {}; }
+};
+
+// Any number of runs may go side by side.
+class BatchInstance final : public host::Instance {
+ public:
+  bool Claim() override { return true; }
+};
+
+// Gives the caller a turn whenever the program pumps.
+class BatchPump final : public host::Pump {
+ public:
+  void OnTurn(std::function<void()> act) { act_ = std::move(act); }
+  void Turn() override {
+    if (act_) act_();
+  }
+
+ private:
+  std::function<void()> act_;
+};
+
+// The settings of one run: a store that is made when the first value is kept, so that a run that keeps none and starts
+// no helper has no store at all. Until then every value is empty.
+class LazySettings final : public host::Settings {
+ public:
+  using Make = std::function<std::unique_ptr<host::Settings>()>;
+  // exists tells whether another process made the store meanwhile.
+  LazySettings(Make make, std::function<bool()> exists) : make_(std::move(make)), exists_(std::move(exists)) {}
+
+  std::string Get(const std::string& application, const std::string& section, const std::string& key) override;
+  void Set(const std::string& application, const std::string& section, const std::string& key,
+           const std::string& value) override;
+
+ private:
+  Make make_;
+  std::function<bool()> exists_;
+  std::unique_ptr<host::Settings> store_;
+};
+
+}  // namespace quillon::batch

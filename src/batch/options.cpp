@@ -1,0 +1,96 @@
+// SPDX-FileCopyrightText: 2026 The Quillon developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "batch/options.h"
+
+#include "batch/replies.h"
+
+namespace quillon::batch {
+namespace {
+
+constexpr const char* kUsage = R"(用法：quillon-batch [步骤...] [文件|文件夹...]
+
+像操作窗口一样批量裁剪：填写参数、点击菜单、回答消息框。步骤按给出的先后执行；
+文件和文件夹在第一个 --click 之前加入列表。“--”之后的一切都是文件或文件夹。
+
+)";
+
+constexpr const char* kExamples = R"help(
+例子：
+  四边各裁去 10%，结果写到 out 文件夹：
+    quillon-batch --set ChCutA=0 --set 'TCutValue(0)=10' --set 'TCutValue(1)=10' \
+      --set 'TCutValue(2)=10' --set 'TCutValue(3)=10' --out out --click menuNormalCut *.jpg
+
+  按预设尺寸固定裁剪并居中，压缩质量 90：
+    quillon-batch --set ChFixCut=1 --set CmbKeepCut=5 --set ChAutoCenter=1 \
+      --set ChJpgComp=1 --set TQuality=90 --out out --click menuNormalCut 照片/
+
+  底边裁去 40 像素，直接覆盖原文件：
+    quillon-batch --set 'TCutValue(3)=40' --set ChOver=1 --click menuNormalCut a.jpg b.png
+
+  同样的步骤写在文件里，事件逐行输出为 JSON：
+    quillon-batch --json --script job.json
+
+  job.json：
+    {"steps": [{"files": ["照片"]},
+               {"set": {"ChCutA": false, "TCutValue(1)": 12.5, "LOutDir": "/tmp/out"}},
+               {"click": "menuNormalCut"},
+               {"print": ["LStatus"]}],
+     "answers": {"打开输出目录": "No"}}
+
+  几个进程同时工作，互不影响：
+    find 照片 -mindepth 1 -maxdepth 1 -type d -print0 |
+      xargs -0 -P 2 -I{} quillon-batch --set ChKeepDir=1 --out out --click menuNormalCut {}
+
+  查看一个控件，或列出全部控件：
+    quillon-batch --print CmbKeepCut
+    quillon-batch --list-controls
+
+退出码：0 全部写出；1 有文件没有输出；2 参数有误；3 被中止。
+)help";
+
+std::string Padded(const std::string& text, std::size_t width) {
+  return text.size() < width ? text + std::string(width - text.size(), ' ') : text + " ";
+}
+
+std::string ReplyList() {
+  std::string list;
+  for (const ReplyName& name : ReplyNames()) {
+    list += (list.empty() ? "" : "、") + std::string(name.name) + "（" + name.chinese + "）";
+  }
+  return list;
+}
+
+}  // namespace
+
+const std::vector<Option>& Options() {
+  static const std::vector<Option> options{
+      {"--set", "NAME=VALUE", "把 VALUE 填入控件 NAME；NAME 为 窗口.控件 或 窗口.控件(i)，Form1. 可省略"},
+      {"--out", "DIR", "输出文件夹，等于 --set Form1.LOutDir=DIR"},
+      {"--open", "WINDOW", "打开一个窗口"},
+      {"--close", "WINDOW", "关闭一个窗口"},
+      {"--click", "NAME", "按一个按钮或选一个菜单项；一次裁剪在其中开始并结束"},
+      {"--answer", "TEXT=REPLY", "回答文字中含有 TEXT 的消息框或对话框；没有回答的取默认按钮，磁盘满时取 Cancel"},
+      {"--print", "NAME", "写出控件的值、文字、可用、可见、选项和范围"},
+      {"--script", "FILE.json", "从文件读取同样的步骤和回答"},
+      {"--json", "", "每个事件在标准输出占一行 JSON"},
+      {"--trace", "", "连同控件的每次变化（只用于 --json）"},
+      {"--list-controls", "", "列出全部控件和当前值"},
+      {"--help", "", "显示本说明"},
+      {"--version", "", "显示版本"},
+  };
+  return options;
+}
+
+std::string HelpText() {
+  std::string text = kUsage;
+  text += "选项：\n";
+  for (const Option& option : Options()) {
+    text += "  " + Padded(std::string(option.name) + " " + option.argument, 24) + option.help + "\n";
+  }
+  text += "\nREPLY 是 " + ReplyList() + "；\n对话框的 REPLY 是文件或文件夹的路径。\n";
+  return text + kExamples;
+}
+
+std::string VersionText() { return std::string("quillon-batch ") + QUILLON_VERSION + "\n"; }
+
+}  // namespace quillon::batch

@@ -1,0 +1,197 @@
+// SPDX-FileCopyrightText: 2026 The Quillon developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "batch/parse.h"
+
+#include <CLI/App.hpp>
+#include <CLI/Config.hpp>
+#include <CLI/Formatter.hpp>
+#include <algorithm>
+#include <filesystem>
+#include <map>
+
+#include "base/path_text.h"
+#include "batch/json_io.h"
+#include "batch/options.h"
+
+namespace quillon::batch {
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr const char* kUnknown = "不认识的选项 ";
+
+bool HasParentPart(const fs::path& path) { return std::find(path.begin(), path.end(), "..") != path.end(); }
+
+Verb VerbOf(const std::string& option) {
+  if (option == "--open") return Verb::Open;
+  if (option == "--close") return Verb::Close;
+  if (option == "--click") return Verb::Click;
+  if (option == "--print") return Verb::Print;
+  return Verb::Set;
+}
+
+// Turns the options into a plan one after the other.
+class Builder {
+ public:
+  Builder(const std::string& folder, const ReadText& readText) : folder_(folder), readText_(readText) {}
+
+  void Take(const std::string& option, const std::string& value) {
+    const std::string place = option + " " + value;
+    if (option == "--set") {
+      TakeSet(value, place);
+    } else if (option == "--answer") {
+      TakeAnswer(value, place);
+    } else if (option == "--script") {
+      TakeScript(value);
+    } else if (value.empty()) {
+      Fail(option + " 后面不能是空的");
+    } else if (option == "--out") {
+      parsed_.plan.steps.push_back({Verb::Set, "Form1.LOutDir", AbsolutePath(value, folder_), {}, place});
+    } else {
+      parsed_.plan.steps.push_back({VerbOf(option), value, "", {}, place});
+    }
+  }
+
+  // What stood outside the options: files, the mark "--", and options that do not exist.
+  void TakeRest(const std::vector<std::string>& rest) {
+    Step files{Verb::Files, "", "", {}, "文件"};
+    bool onlyFiles = false;
+    for (const std::string& item : rest) {
+      if (!onlyFiles && item == "--") {
+        onlyFiles = true;
+      } else if (!onlyFiles && item.size() > 1 && item[0] == '-') {
+        Fail(kUnknown + item);
+      } else if (item.empty()) {
+        Fail("文件名不能是空的");
+      } else {
+        files.files.push_back(AbsolutePath(item, folder_));
+      }
+    }
+    auto& steps = parsed_.plan.steps;
+    if (!files.files.empty()) steps.insert(steps.begin(), std::move(files));
+  }
+
+  void Fail(const std::string& error) {
+    if (parsed_.error.empty()) parsed_.error = error;
+  }
+
+  Parsed& Result() { return parsed_; }
+
+ private:
+  void TakeSet(const std::string& value, const std::string& place) {
+    auto pair = SplitAssignment(value);
+    if (!pair || pair->first.empty()) return Fail(place + "：应写成 NAME=VALUE");
+    parsed_.plan.steps.push_back({Verb::Set, std::move(pair->first), std::move(pair->second), {}, place});
+  }
+
+  void TakeAnswer(const std::string& value, const std::string& place) {
+    auto pair = SplitAssignment(value);
+    if (!pair) return Fail(place + "：应写成 TEXT=REPLY");
+    parsed_.plan.answers.push_back({std::move(pair->first), std::move(pair->second), place});
+  }
+
+  void TakeScript(const std::string& file) {
+    const auto text = readText_(file);
+    if (!text) return Fail("无法读取脚本文件 " + file);
+    Parsed script = ParseScript(*text, file, folder_);
+    if (!script.error.empty()) return Fail(script.error);
+    auto& plan = parsed_.plan;
+    std::move(script.plan.steps.begin(), script.plan.steps.end(), std::back_inserter(plan.steps));
+    std::move(script.plan.answers.begin(), script.plan.answers.end(), std::back_inserter(plan.answers));
+  }
+
+  const std::string& folder_;
+  const ReadText& readText_;
+  Parsed parsed_;
+};
+
+void Define(CLI::App& app) {
+  app.set_help_flag();
+  app.allow_extras();
+  for (const Option& option : Options()) {
+    const std::string name = option.name == std::string("--help") ? "-h,--help" : option.name;
+    if (*option.argument) {
+      app.add_option(name)->expected(1)->multi_option_policy(CLI::MultiOptionPolicy::TakeAll);
+    } else {
+      app.add_flag(name)->disable_flag_override();
+    }
+  }
+}
+
+// Options in the order in which they stood on the command line.
+void TakeOptions(const CLI::App& app, Builder& builder) {
+  std::map<const CLI::Option*, std::size_t> used;
+  for (const CLI::Option* option : app.parse_order()) {
+    if (option->get_items_expected_max() == 0) continue;
+    builder.Take("--" + option->get_lnames().front(), option->results().at(used[option]++));
+  }
+}
+
+const Option* OptionNamed(const std::string& name) {
+  for (const Option& option : Options()) {
+    if (name == option.name) return &option;
+  }
+  return nullptr;
+}
+
+// What the parser itself would let pass or tell unclearly: a value missing at the end, an empty "--out=" that would eat
+// the next argument, a flag with a value. "" where all is well.
+std::string Misuse(const std::vector<std::string>& arguments) {
+  for (std::size_t i = 0; i < arguments.size() && arguments[i] != "--"; ++i) {
+    const auto equals = arguments[i].find('=');
+    const Option* option = OptionNamed(arguments[i].substr(0, equals));
+    if (!option) continue;
+    const bool takesValue = *option->argument;
+    if (!takesValue && equals != std::string::npos) return std::string(option->name) + " 后面不能有内容";
+    if (!takesValue) continue;
+    if (equals == arguments[i].size() - 1) return std::string(option->name) + " 后面不能是空的";
+    if (equals == std::string::npos && ++i == arguments.size()) return std::string(option->name) + " 后面缺少内容";
+  }
+  return {};
+}
+
+}  // namespace
+
+std::optional<std::pair<std::string, std::string>> SplitAssignment(const std::string& text) {
+  const auto equals = text.find('=');
+  if (equals == std::string::npos) return std::nullopt;
+  return std::pair(text.substr(0, equals), text.substr(equals + 1));
+}
+
+std::string AbsolutePath(const std::string& path, const std::string& folder) {
+  fs::path full = fs::path(path).is_absolute() ? fs::path(path) : fs::path(folder) / path;
+  if (HasParentPart(full)) {
+    std::error_code error;
+    const fs::path parent = fs::weakly_canonical(full.filename() == ".." ? full : full.parent_path(), error);
+    if (!error) full = full.filename() == ".." ? parent : parent / full.filename();
+  }
+  return base::TrimTrailingSeparator(full.lexically_normal().native());
+}
+
+Parsed ParseArguments(const std::vector<std::string>& arguments, const std::string& folder, const ReadText& readText) {
+  Builder builder(folder, readText);
+  CLI::App app;
+  Define(app);
+  builder.Fail(Misuse(arguments));
+  if (!builder.Result().error.empty()) return std::move(builder.Result());
+  // The parser takes a bare "++" for a mark of its own.
+  std::vector<std::string> reversed(arguments.rbegin(), arguments.rend());
+  std::replace(reversed.begin(), reversed.end(), std::string("++"), std::string("./++"));
+  try {
+    app.parse(std::move(reversed));
+  } catch (const CLI::ParseError& error) {
+    builder.Fail(std::string("参数有误：") + error.what());
+    return std::move(builder.Result());
+  }
+  Plan& plan = builder.Result().plan;
+  plan.help = app.count("--help") > 0;
+  plan.version = app.count("--version") > 0;
+  plan.json = app.count("--json") > 0;
+  plan.trace = app.count("--trace") > 0;
+  plan.listControls = app.count("--list-controls") > 0;
+  TakeOptions(app, builder);
+  builder.TakeRest(app.remaining());
+  return std::move(builder.Result());
+}
+
+}  // namespace quillon::batch

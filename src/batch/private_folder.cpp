@@ -1,0 +1,104 @@
+// SPDX-FileCopyrightText: 2026 The Quillon developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "batch/private_folder.h"
+
+#include <unistd.h>
+
+#include <cerrno>
+#include <filesystem>
+#include <vector>
+
+#include "base/path_text.h"
+#include "host/posix/environment.h"
+#include "host/posix/program_folder.h"
+
+namespace quillon::batch {
+namespace {
+
+namespace fs = std::filesystem;
+using host::Status;
+
+constexpr const char* kPrefix = "quillon-batch-";
+constexpr const char* kLock = "run.lock";
+constexpr int kMostTries = 1000;
+
+}  // namespace
+
+std::string TemporaryBase() {
+  const std::string told = host::posix::Environment("TMPDIR");
+  return told.starts_with('/') ? base::TrimTrailingSeparator(told) : "/tmp";
+}
+
+PrivateFolder::~PrivateFolder() {
+  Remove();
+  if (lock_ >= 0) disk_.Close(lock_);
+}
+
+void PrivateFolder::Remove() {
+  if (!path_.empty()) (void)!files_.RemoveOwn(path_);
+}
+
+Status PrivateFolder::Make(const std::string& base, const std::string& executableFolder) {
+  Sweep(base);
+  const std::string stem = base::JoinPath(base, kPrefix + std::to_string(getpid()) + "-");
+  Status made;
+  for (int number = 1; number <= kMostTries; ++number) {
+    const std::string path = stem + std::to_string(number);
+    const int result = disk_.MakeFolder(path, 0700);
+    if (result == -EEXIST) continue;
+    made = result < 0 ? Status::FromErrno(-result) : MakeLocked(path);
+    break;
+  }
+  if (path_.empty()) return made ? Status::FromErrno(EEXIST) : made;
+  const std::string prefix = base::SplitPath(executableFolder).folder;
+  LinkFrom(executableFolder);
+  LinkFrom(base::JoinPath(prefix, "lib/quillon"));
+  LinkFrom(base::JoinPath(prefix, "share/quillon"));
+  return host::posix::PrepareProgramFolder(files_, path_, executableFolder);
+}
+
+// The lock is taken before it gets the name that a sweep looks for, so that no sweep finds it free.
+Status PrivateFolder::MakeLocked(const std::string& path) {
+  const std::string lock = base::JoinPath(path, kLock);
+  lock_ = disk_.OpenNew(lock + ".new", 0600);
+  int result = lock_ < 0 ? lock_ : disk_.Lock(lock_);
+  if (result >= 0) result = disk_.Rename(lock + ".new", lock);
+  if (result < 0) {
+    (void)!files_.RemoveOwn(path);
+    return Status::FromErrno(-result);
+  }
+  path_ = path;
+  return Status::Ok();
+}
+
+void PrivateFolder::Sweep(const std::string& base) {
+  std::vector<std::string> found;
+  disk_.List(base, [&](const host::FolderEntry& entry) {
+    if (entry.kind == host::FileKind::Folder && entry.name.starts_with(kPrefix)) found.push_back(entry.name);
+    return true;
+  });
+  for (const std::string& name : found) {
+    const std::string folder = base::JoinPath(base, name);
+    host::DiskFacts facts;
+    if (disk_.LookLink(folder, facts) < 0 || facts.user != disk_.User() || facts.link) continue;
+    const int lock = disk_.OpenOwn(base::JoinPath(folder, kLock));
+    if (lock < 0) continue;
+    if (disk_.Lock(lock) == 0) (void)!files_.RemoveOwn(folder);
+    disk_.Close(lock);
+  }
+}
+
+// Helper twins and colour profiles are never written to.
+void PrivateFolder::LinkFrom(const std::string& folder) {
+  disk_.List(folder, [&](const host::FolderEntry& entry) {
+    const bool twin = entry.kind == host::FileKind::File && entry.name.ends_with(".dll");
+    const bool profiles = entry.kind == host::FileKind::Folder && entry.name == "ColorConfigs";
+    std::error_code ignored;
+    if (twin || profiles) {
+      fs::create_symlink(base::JoinPath(folder, entry.name), base::JoinPath(path_, entry.name), ignored);
+    }
+    return true;
+  });
+}
+
+}  // namespace quillon::batch

@@ -1,0 +1,83 @@
+// SPDX-FileCopyrightText: 2026 The Quillon developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <cstdio>
+#include <string>
+#include <vector>
+
+#include "batch/event.h"
+
+namespace quillon::batch {
+
+// How far a run has come.
+struct Progress {
+  bool running = false;
+  std::size_t done = 0;
+  std::size_t planned = 0;  // 0: not known
+  double seconds = 0;       // since the run began
+  std::string status;       // what the program shows in front of its title
+};
+
+// Where everything that happens is told.
+class Reporter {
+ public:
+  virtual ~Reporter() = default;
+  void Tell(const Event& event);
+  // Called often while something is under way.
+  virtual void Show(const Progress&) {}
+  // The last call, before which the end event was told.
+  virtual void Finish(const Summary&) {}
+  // The text of the last box, "" before the first; Forget makes it "" again.
+  const std::string& LastBox() const { return lastBox_; }
+  void ForgetBox() { lastBox_.clear(); }
+
+ protected:
+  virtual void Write(const Event& event) = 0;
+
+ private:
+  std::string lastBox_;
+};
+
+// Every event as one line of JSON, handed on at once.
+class JsonReporter final : public Reporter {
+ public:
+  explicit JsonReporter(std::FILE* out) : out_(out) {}
+
+ protected:
+  void Write(const Event& event) override;
+
+ private:
+  std::FILE* out_;
+};
+
+enum class Terminal { No, Yes };
+
+// For people: printed controls on out; on err a progress line, where it is a terminal, and at the end the sums with the
+// files that have no output.
+class TextReporter final : public Reporter {
+ public:
+  TextReporter(std::FILE* out, std::FILE* err, Terminal terminal) : out_(out), err_(err), terminal_(terminal) {}
+
+  void Show(const Progress& progress) override;
+  void Finish(const Summary& summary) override;
+
+ protected:
+  void Write(const Event& event) override;
+
+ private:
+  void ClearLine();
+
+  std::FILE* out_;
+  std::FILE* err_;
+  Terminal terminal_;
+  std::string line_;
+  std::vector<std::string> without_;  // one line for each file without output
+};
+
+// "处理中 12/300  4%  35.2 张/秒  剩余 0:08"; without a planned number only what is known.
+std::string ProgressText(const Progress& progress);
+// A control as people read it, several lines.
+std::string PrintText(const Event& print);
+
+}  // namespace quillon::batch

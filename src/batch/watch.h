@@ -1,0 +1,53 @@
+// SPDX-FileCopyrightText: 2026 The Quillon developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <map>
+#include <utility>
+#include <vector>
+
+#include "batch/reporter.h"
+#include "job/program.h"
+
+namespace quillon::batch {
+
+enum class Trace { No, Yes };
+
+// Looks on while a program works, tells its titles, files and (with a trace) changes, and keeps the sums.
+class Watch final : public job::RunObserver {
+ public:
+  Watch(job::Program& program, Reporter& reporter, Trace trace);
+  ~Watch() override;
+  Watch(const Watch&) = delete;
+  Watch& operator=(const Watch&) = delete;
+
+  // Shows how far things have come; to be called at every turn of the pump.
+  void Turn();
+  // Tells of a file that no run took up.
+  void TellFile(const job::FileResult& file);
+
+  const Summary& Sums() const { return sums_; }
+  std::size_t RunsStarted() const { return runs_; }
+
+  void RunStarted(std::size_t planned) override;
+  void FileDone(const job::FileResult& file) override;
+  void FileLost(const job::FileResult& file) override;
+  void RunEnded(const job::RunTotals& totals) override;
+
+ private:
+  void Observe(controls::Window& window, Trace trace);
+  void TellTitle(const controls::Window& window);
+  void Count(job::Result result);
+
+  job::Program& program_;
+  Reporter& reporter_;
+  std::vector<std::pair<controls::Window*, int>> tokens_;
+  std::map<const controls::Window*, std::string> titles_;
+  Summary sums_;
+  std::size_t runs_ = 0;
+  Progress progress_;
+  double runBegan_ = 0;
+  double nextShow_ = 0;
+};
+
+}  // namespace quillon::batch
