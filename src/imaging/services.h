@@ -86,7 +86,7 @@ struct Limits {
 class Services {
  public:
   // stop is told when the user gives up on a full disk.
-  Services(host::Host& host, std::function<void()> stop);
+  Services(host::Host& host, std::function<void()> stop, const Limits& limits = {});
   ~Services();
   Services(const Services&) = delete;
   Services& operator=(const Services&) = delete;

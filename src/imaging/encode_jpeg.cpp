@@ -1,0 +1,130 @@
+// SPDX-FileCopyrightText: 2026 The Quillon developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include <algorithm>
+#include <string>
+#include <vector>
+
+#include "imaging/colours.h"
+#include "imaging/draft_target.h"
+#include "imaging/encode.h"
+#include "imaging/jpeg_exif.h"
+#include "imaging/jpeg_stream.h"
+
+namespace quillon::imaging {
+namespace {
+
+constexpr int kWholeChroma = 90;
+constexpr int kLargestSide = 65500;
+constexpr int kLargestDensity = 65535;
+constexpr std::size_t kSegment = 65519;  // bytes of a profile in one segment
+
+// Everything that a jump out of libjpeg could leave behind is a member.
+class JpegWriter {
+ public:
+  explicit JpegWriter(host::Draft& draft)
+      : sink_([&draft](const void* data, std::size_t size) { return draft.Write(data, size); }),
+        target_(errors_, sink_) {}
+  ~JpegWriter() { jpeg_destroy_compress(&encoder_); }
+  JpegWriter(const JpegWriter&) = delete;
+  JpegWriter& operator=(const JpegWriter&) = delete;
+
+  Status Begin(const Picture& picture, int quality, Exif exif) {
+    inks_ = IsCmyk(picture.pixels);
+    MakeMarkers(picture, exif);
+    return Run([&] {
+      Start(picture, std::clamp(quality, 0, 100));
+      for (const Marker& marker : markers_) {
+        jpeg_write_marker(&encoder_, marker.code, reinterpret_cast<const JOCTET*>(marker.body.data()),
+                          static_cast<unsigned>(marker.body.size()));
+      }
+    });
+  }
+
+  Status Rows(const RowBlock& block) {
+    const std::size_t size = std::size_t{encoder_.image_width} * static_cast<unsigned>(encoder_.input_components);
+    row_.resize(size);
+    for (int y = 0; y < block.count; ++y) {
+      const unsigned char* from = block.first + block.step * static_cast<unsigned>(y);
+      std::transform(from, from + size, row_.begin(),
+                     [this](unsigned char v) { return static_cast<unsigned char>(inks_ ? 255 - v : v); });
+      rowStart_ = row_.data();
+      if (Status status = Run([this] { jpeg_write_scanlines(&encoder_, &rowStart_, 1); }); !status) return status;
+    }
+    return Status::Ok();
+  }
+
+  Status End() {
+    return Run([this] { jpeg_finish_compress(&encoder_); });
+  }
+
+ private:
+  struct Marker {
+    int code;
+    std::string body;
+  };
+
+  template <class Work>
+  Status Run(Work work) {
+    return errors_.Guard(work) ? Status::Ok() : errors_.Result();
+  }
+
+  void MakeMarkers(const Picture& picture, Exif exif) {
+    const PictureTags& tags = picture.tags;
+    std::string block;
+    if (exif == Exif::Keep) block = CutExif(tags.exif, {picture.pixels.width(), picture.pixels.height()}, tags.dpi);
+    if (block.empty()) block = MinimalExif(tags.orientation, 0);
+    if (!block.empty()) markers_.push_back({JPEG_APP0 + 1, std::string("Exif\0\0", 6) + block});
+    const std::size_t count = (tags.profile.size() + kSegment - 1) / kSegment;
+    if (count > 255) return;
+    for (std::size_t i = 0; i < count; ++i) {
+      std::string body("ICC_PROFILE\0", 12);
+      body += static_cast<char>(i + 1);
+      body += static_cast<char>(count);
+      body += tags.profile.substr(i * kSegment, kSegment);
+      markers_.push_back({JPEG_APP0 + 2, std::move(body)});
+    }
+  }
+
+  void Start(const Picture& picture, int quality) {
+    encoder_.err = errors_.Handle();
+    jpeg_create_compress(&encoder_);
+    target_.Attach(encoder_);
+    encoder_.image_width = static_cast<JDIMENSION>(picture.pixels.width());
+    encoder_.image_height = static_cast<JDIMENSION>(picture.pixels.height());
+    encoder_.input_components = picture.pixels.bands();
+    encoder_.in_color_space = inks_ ? JCS_CMYK : encoder_.input_components == 1 ? JCS_GRAYSCALE : JCS_RGB;
+    jpeg_set_defaults(&encoder_);
+    jpeg_set_quality(&encoder_, quality, TRUE);
+    if (encoder_.jpeg_color_space == JCS_YCbCr) {
+      const int across = quality >= kWholeChroma ? 1 : 2;
+      encoder_.comp_info[0].h_samp_factor = encoder_.comp_info[0].v_samp_factor = across;
+    }
+    if (picture.tags.dpi > 0) {
+      encoder_.write_JFIF_header = TRUE;
+      encoder_.density_unit = 1;
+      encoder_.X_density = encoder_.Y_density = static_cast<UINT16>(std::min(picture.tags.dpi, kLargestDensity));
+    }
+    jpeg_start_compress(&encoder_, TRUE);
+  }
+
+  ByteSink sink_;
+  JpegErrors errors_;
+  JpegTarget target_;
+  jpeg_compress_struct encoder_{};
+  bool inks_ = false;
+  std::vector<Marker> markers_;
+  std::vector<unsigned char> row_;
+  JSAMPROW rowStart_ = nullptr;
+};
+
+}  // namespace
+
+Status WriteJpeg(const Picture& picture, int quality, Exif exif, host::Draft& draft) {
+  if (std::max(picture.pixels.width(), picture.pixels.height()) > kLargestSide) return fault::ResultTooLarge();
+  JpegWriter writer(draft);
+  if (Status status = writer.Begin(picture, quality, exif); !status) return status;
+  Status status = ForEachRows(picture.pixels, [&](const RowBlock& block) { return writer.Rows(block); });
+  return status ? writer.End() : status;
+}
+
+}  // namespace quillon::imaging

@@ -1,0 +1,104 @@
+// SPDX-FileCopyrightText: 2026 The Quillon developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "imaging/geometry.h"
+
+#include <algorithm>
+#include <cmath>
+#include <cstdint>
+#include <numbers>
+#include <optional>
+
+#include "imaging/colours.h"
+
+namespace quillon::imaging {
+namespace {
+
+using vips::VImage;
+
+// Sides that sine and cosine leave a hair above a whole number are that number.
+constexpr double kHair = 1e-6;
+
+// The clockwise quarter turns that angle degrees counter-clockwise are, if they are.
+std::optional<VipsAngle> QuarterTurns(double angle) {
+  const double turns = angle / 90;
+  if (turns != std::floor(turns)) return std::nullopt;
+  constexpr VipsAngle kClockwise[] = {VIPS_ANGLE_D0, VIPS_ANGLE_D270, VIPS_ANGLE_D180, VIPS_ANGLE_D90};
+  return kClockwise[static_cast<int>(std::fmod(std::fmod(turns, 4) + 4, 4))];
+}
+
+double Radians(double angle) { return std::fmod(angle, 360) * std::numbers::pi / 180; }
+
+VImage Resized(const VImage& pixels, base::Size size) {
+  const VImage resized = pixels.resize(
+      static_cast<double>(size.width) / pixels.width(),
+      VImage::option()->set("vscale", static_cast<double>(size.height) / pixels.height())->set("kernel", "lanczos3"));
+  if (resized.width() == size.width && resized.height() == size.height) return resized;
+  // A scale that is no exact binary number may end a pixel off.
+  return resized.embed(0, 0, size.width, size.height, VImage::option()->set("extend", VIPS_EXTEND_COPY));
+}
+
+}  // namespace
+
+base::Size TurnedSize(base::Size size, double angle) {
+  const double cosine = std::abs(std::cos(Radians(angle)));
+  const double sine = std::abs(std::sin(Radians(angle)));
+  const auto up = [](double side) { return static_cast<int>(std::clamp(std::ceil(side - kHair), 1.0, 2e9)); };
+  return {up(size.width * cosine + size.height * sine), up(size.width * sine + size.height * cosine)};
+}
+
+VImage Turned(const VImage& pixels, double angle, base::Colour colour) {
+  if (const std::optional<VipsAngle> turns = QuarterTurns(angle)) {
+    return *turns == VIPS_ANGLE_D0 ? pixels : pixels.rot(*turns);
+  }
+  const VImage able = AbleToHold(pixels, colour);
+  const base::Size canvas = TurnedSize({able.width(), able.height()}, angle);
+  const double cosine = std::cos(Radians(angle));
+  const double sine = std::sin(Radians(angle));
+  // Rows count downwards, so that this matrix turns counter-clockwise to the eye. Pixels lie at whole numbers; centre
+  // goes to centre.
+  return able.affine({cosine, sine, -sine, cosine},
+                     VImage::option()
+                         ->set("idx", -(able.width() - 1) / 2.0)
+                         ->set("idy", -(able.height() - 1) / 2.0)
+                         ->set("odx", (canvas.width - 1) / 2.0)
+                         ->set("ody", (canvas.height - 1) / 2.0)
+                         ->set("oarea", std::vector<int>{0, 0, canvas.width, canvas.height})
+                         ->set("interpolate", vips::VInterpolate::new_from_name("bicubic"))
+                         ->set("extend", VIPS_EXTEND_BACKGROUND)
+                         ->set("background", SamplesOf(able, colour)));
+}
+
+VImage Scaled(const VImage& pixels, base::Size size) {
+  if (pixels.width() == size.width && pixels.height() == size.height) return pixels;
+  if (!HasAlpha(pixels)) return Resized(pixels, size);
+  const VImage scaled = Resized(pixels.premultiply(), size).unpremultiply();
+  return scaled.rint().cast(pixels.format()).copy(VImage::option()->set("interpretation", pixels.interpretation()));
+}
+
+VImage Window(const VImage& pixels, base::Rect rect, base::Colour colour) {
+  const base::Rect whole{0, 0, pixels.width(), pixels.height()};
+  if (rect == whole) return pixels;
+  const base::Rect seen = Common(rect, whole);
+  if (seen == rect) return pixels.extract_area(rect.left, rect.top, rect.width, rect.height);
+  const VImage able = AbleToHold(pixels, colour);
+  const std::vector<double> outside = SamplesOf(able, colour);
+  if (seen.Empty()) {
+    const VImage dot = able.extract_area(0, 0, 1, 1).new_from_image(outside);
+    return dot.embed(0, 0, rect.width, rect.height, VImage::option()->set("extend", VIPS_EXTEND_COPY));
+  }
+  return able.extract_area(seen.left, seen.top, seen.width, seen.height)
+      .embed(seen.left - rect.left, seen.top - rect.top, rect.width, rect.height,
+             VImage::option()->set("extend", VIPS_EXTEND_BACKGROUND)->set("background", outside));
+}
+
+base::Rect Common(base::Rect a, base::Rect b) {
+  const std::int64_t left = std::max(a.left, b.left);
+  const std::int64_t top = std::max(a.top, b.top);
+  const std::int64_t right = std::min(std::int64_t{a.left} + a.width, std::int64_t{b.left} + b.width);
+  const std::int64_t bottom = std::min(std::int64_t{a.top} + a.height, std::int64_t{b.top} + b.height);
+  if (right <= left || bottom <= top) return {};
+  return {static_cast<int>(left), static_cast<int>(top), static_cast<int>(right - left),
+          static_cast<int>(bottom - top)};
+}
+
+}  // namespace quillon::imaging

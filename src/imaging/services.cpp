@@ -1,0 +1,173 @@
+// SPDX-FileCopyrightText: 2026 The Quillon developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "imaging/services.h"
+
+#include <utility>
+
+#include "base/path_text.h"
+#include "host/disk_full.h"
+#include "imaging/jpeg_cut.h"
+#include "imaging/limit_checks.h"
+#include "imaging/services_parts.h"
+
+namespace quillon::imaging {
+namespace {
+
+// Only what needs nothing but the JPEG path is done ahead.
+Status CropAhead(const Ahead::Job& job, const Limits& limits) {
+  const CropRequest& request = job.request;
+  if (request.encoder != Encoder::Jpeg) return fault::UnreadKind();
+  return CutJpeg(request.source, request.rect, request.quality, request.dpi, request.exif, limits, job.sink,
+                 {job.stop, job.admit});
+}
+
+// Sizes of pictures that have to be opened for it.
+Status MeasureByOpening(const host::Files& files, const std::string& path, const Limits& limits, ImageFacts& facts) {
+  return Guarded(fault::DamagedPicture(), [&] {
+    OpenedPicture opened;
+    if (Status status = OpenPicture(files, path, limits, {}, opened); !status) return status;
+    facts = {opened.original.width, opened.original.height, opened.picture.tags.dpi};
+    return Status::Ok();
+  });
+}
+
+}  // namespace
+
+Services::Parts::Parts(host::Host& world, std::function<void()> giveUp, const Limits& bounds)
+    : host(world),
+      stop(std::move(giveUp)),
+      limits(bounds),
+      measurer(world.files, [this](const std::string& path, ImageFacts& facts) {
+        return MeasureByOpening(host.files, path, limits, facts);
+      }) {}
+
+Status Services::Parts::Save(const std::string& path, const std::function<Status(host::Draft&)>& fill) {
+  return host::SaveAsking(host.boxes, path, host::DiskFullWording::Comma, stop, [&] {
+    return host.files.Save(path,
+                           [&](host::Draft& draft) { return Guarded(fault::NotSaved(), [&] { return fill(draft); }); });
+  });
+}
+
+Status Services::Parts::SavePicture(const Image& image, const std::string& path, const EncodeOptions& options) {
+  if (image.Empty()) return fault::NoImage();
+  return Save(path, [&](host::Draft& draft) { return EncodePicture(image.Data()->picture, options, draft); });
+}
+
+Status Services::Parts::Load(const std::string& path, Picture& out) {
+  OpenedPicture opened;
+  Status status = Guarded(fault::DamagedPicture(), [&] {
+    if (Status open = OpenPicture(host.files, path, limits, {}, opened); !open) return open;
+    return Hold(opened.picture.pixels);
+  });
+  if (!status) return ReadStatus(opened, std::move(status));
+  out = std::move(opened.picture);
+  return Status::Ok();
+}
+
+Status Services::Parts::Hold(vips::VImage& pixels) {
+  const int pixelBytes = static_cast<int>(VIPS_IMAGE_SIZEOF_PEL(pixels.get_image()));
+  if (!WithinLimits(pixels.width(), pixels.height(), limits)) return fault::SidesTooLarge();
+  if (!FitsMemory(pixels.width(), pixels.height(), pixelBytes, limits)) return fault::OutOfMemory();
+  pixels = pixels.copy_memory();
+  return Status::Ok();
+}
+
+Ahead& Services::Parts::Announce() {
+  if (!ahead) {
+    ahead = std::make_unique<Ahead>(
+        host.files, [this](const Ahead::Job& job) { return CropAhead(job, limits); },
+        [this](const std::string& path) {
+          ImageFacts facts;
+          static_cast<void>(measurer.Measure(path, facts));
+        },
+        Ahead::Bounds());
+  }
+  return *ahead;
+}
+
+Status ReadStatus(const OpenedPicture& opened, Status status) {
+  const Status met = opened.fault ? opened.fault->Get() : Status::Ok();
+  return met ? status : met;
+}
+
+Services::Services(host::Host& host, std::function<void()> stop, const Limits& limits)
+    : parts_(std::make_unique<Parts>(host, std::move(stop), limits)) {}
+
+Services::~Services() = default;
+
+// The library sets itself up when the first picture needs it; a run over plain JPEGs never does.
+void Services::ImageWizardStartUp() {}
+
+void Services::ImageWizardShutDown() { parts_->ahead.reset(); }
+
+Status Services::ImageInfo(const std::string& path, ImageFacts& facts) {
+  if (parts_->ahead) parts_->ahead->AwaitMeasure(path, [this] { parts_->host.pump.Turn(); });
+  return parts_->measurer.Measure(path, facts);
+}
+
+Status Services::LoadImageFromFile(const std::string& path, Image& out) {
+  auto data = std::make_unique<ImageData>();
+  if (Status status = parts_->Load(path, data->picture); !status) return status;
+  out = Image(std::move(data));
+  return Status::Ok();
+}
+
+Status Services::SaveImageToJpgFile(const Image& image, const std::string& path, int quality, Exif exif) {
+  return parts_->SavePicture(image, path, {.encoder = Encoder::Jpeg, .quality = quality, .exif = exif});
+}
+
+Status Services::SaveImageToPngFile(const Image& image, const std::string& path) {
+  return parts_->SavePicture(image, path, {.encoder = Encoder::Png});
+}
+
+Status Services::SaveImageToGifFile(const Image& image, const std::string& path) {
+  return parts_->SavePicture(image, path, {.encoder = Encoder::Gif});
+}
+
+Status Services::SaveImageToTifFile(const Image& image, const std::string& path, int compression) {
+  constexpr int kGroup4 = 4;
+  return parts_->SavePicture(image, path, {.encoder = Encoder::Tiff, .blackWhite = compression == kGroup4});
+}
+
+Status Services::SaveImageToBmpFile(const Image& image, const std::string& path) {
+  return parts_->SavePicture(image, path, {.encoder = Encoder::Bmp});
+}
+
+Status Services::SaveByType(Image& image, const std::string& path, const std::string& type,
+                            const SaveOptions& options) {
+  struct Known {
+    const char* part;
+    Encoder encoder;
+  };
+  constexpr Known kKnown[] = {{"jp", Encoder::Jpeg},
+                              {"png", Encoder::Png},
+                              {"gif", Encoder::Gif},
+                              {"tif", Encoder::Tiff},
+                              {"bmp", Encoder::Bmp}};
+  const Image disposed = std::move(image);
+  const std::string lower = base::ToLowerAscii(type);
+  for (const Known& known : kKnown) {
+    if (lower.find(known.part) == std::string::npos) continue;
+    return parts_->SavePicture(disposed, path, {known.encoder, options.quality, options.blackWhite, options.exif});
+  }
+  return fault::UnknownType();
+}
+
+Status Services::SaveByEncoder(const Image& image, const std::string& path, Encoder encoder, int quality) {
+  return parts_->SavePicture(image, path, {.encoder = encoder, .quality = quality});
+}
+
+void Services::PlanCrops(std::vector<CropRequest> upcoming) { parts_->Announce().PlanCrops(upcoming); }
+
+void Services::PlanMeasures(std::vector<std::string> upcoming) { parts_->Announce().PlanMeasures(std::move(upcoming)); }
+
+Encoder EncoderFor(const std::string& extension) {
+  const std::string lower = base::ToLowerAscii(extension);
+  if (lower == "png") return Encoder::Png;
+  if (lower == "gif") return Encoder::Gif;
+  if (lower == "tif" || lower == "tiff") return Encoder::Tiff;
+  if (lower == "bmp" || lower == "dib") return Encoder::Bmp;
+  return Encoder::Jpeg;
+}
+
+}  // namespace quillon::imaging

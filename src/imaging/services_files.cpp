@@ -1,0 +1,181 @@
+// SPDX-FileCopyrightText: 2026 The Quillon developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include <algorithm>
+#include <cmath>
+#include <optional>
+#include <utility>
+
+#include "base/path_text.h"
+#include "base/rounding.h"
+#include "imaging/colours.h"
+#include "imaging/geometry.h"
+#include "imaging/jpeg_cut.h"
+#include "imaging/limit_checks.h"
+#include "imaging/services.h"
+#include "imaging/services_parts.h"
+
+namespace quillon::imaging {
+namespace {
+
+using host::Problem;
+using vips::VImage;
+
+constexpr int kLargestPreview = 6000;
+
+enum class Alpha { OnWhite, Kept };
+
+// The canvas of a cut: 8 bits a sample; CMYK only stays where the format can hold it.
+Picture Canvas(const OpenedPicture& opened, base::Rect rect, Alpha alpha, int dpi) {
+  Picture cut = opened.picture;
+  cut.pixels = EightBit(Window(cut.pixels, rect, base::kWhite));
+  if (alpha == Alpha::OnWhite) cut.pixels = Flattened(cut.pixels, base::kWhite);
+  if (dpi > 0) cut.tags.dpi = dpi;
+  return cut;
+}
+
+// Cuts through the pipeline. Pixels that come in order are read to their end, so that damage below the cut is found.
+Status CropThrough(const host::Files& files, const Limits& limits, const CropRequest& request, Alpha alpha,
+                   host::Draft& draft) {
+  OpenedPicture opened;
+  Status status = Guarded(fault::DamagedPicture(), [&] {
+    if (Status open = OpenPicture(files, request.source, limits, {}, opened); !open) return open;
+    const VImage& pixels = opened.picture.pixels;
+    const base::Rect seen = Common(request.rect, {0, 0, pixels.width(), pixels.height()});
+    if (opened.inOrder) ReadThrough(pixels, 0, seen.top);
+    const Picture cut = Canvas(opened, request.rect, alpha, request.dpi);
+    Status written = EncodePicture(cut, {request.encoder, request.quality, false, request.exif}, draft);
+    if (written && opened.inOrder) ReadThrough(pixels, seen.top + seen.height, pixels.height());
+    return written;
+  });
+  return ReadStatus(opened, std::move(status));
+}
+
+// Whether an older result has to go after a failure, so that it is not taken for the new one. Where the source could
+// not be used at all, or the result may not be touched, nothing was begun.
+bool BeganToWrite(const Status& status) {
+  switch (status.GetProblem()) {
+    case Problem::Damaged:
+    case Problem::DiskFull:
+    case Problem::Other:
+      return true;
+    default:
+      return false;
+  }
+}
+
+}  // namespace
+
+Status Services::CropToFile(const CropRequest& request) {
+  if (request.rect.Empty()) return fault::EmptyRectangle();
+  if (!WithinLimits(request.rect.width, request.rect.height, parts_->limits)) return fault::SidesTooLarge();
+  const host::Files& files = parts_->host.files;
+  std::optional<std::string> ready;
+  if (parts_->ahead) ready = parts_->ahead->TakeCrop(request, [this] { parts_->host.pump.Turn(); });
+
+  bool direct = request.encoder == Encoder::Jpeg;
+  const auto fill = [&](host::Draft& draft) {
+    if (ready) {
+      Status status = draft.Write(ready->data(), ready->size());
+      return status ? CheckOutput(Encoder::Jpeg, draft) : status;
+    }
+    if (direct) {
+      const auto sink = [&](const void* data, std::size_t size) { return draft.Write(data, size); };
+      Status status =
+          CutJpeg(request.source, request.rect, request.quality, request.dpi, request.exif, parts_->limits, sink);
+      if (status) return CheckOutput(Encoder::Jpeg, draft);
+      if (status.GetProblem() != Problem::Unsupported || draft.Size() > 0) return status;
+      direct = false;
+    }
+    return CropThrough(files, parts_->limits, request, Alpha::OnWhite, draft);
+  };
+  Status status = parts_->Save(request.destination, fill);
+  if (!status && BeganToWrite(status) && !files.SameFile(request.source, request.destination) &&
+      files.IsFile(request.destination)) {
+    static_cast<void>(parts_->host.files.Discard(request.destination));
+  }
+  return status;
+}
+
+Status Services::CropToGif(const CropRequest& request) {
+  if (request.rect.Empty()) return fault::EmptyRectangle();
+  if (!WithinLimits(request.rect.width, request.rect.height, parts_->limits)) return fault::SidesTooLarge();
+  CropRequest gif = request;
+  gif.encoder = Encoder::Gif;
+  return parts_->Save(request.destination, [&](host::Draft& draft) {
+    return CropThrough(parts_->host.files, parts_->limits, gif, Alpha::Kept, draft);
+  });
+}
+
+Status Services::AddBoardToFile(const BorderRequest& request) {
+  const base::Size drawn{base::R(request.drawn.width * request.scale), base::R(request.drawn.height * request.scale)};
+  const base::Size& total = request.total;
+  if (drawn.Empty() || total.Empty()) return fault::EmptyRectangle();
+  if (!WithinLimits(drawn.width, drawn.height, parts_->limits) ||
+      !WithinLimits(total.width, total.height, parts_->limits)) {
+    return fault::SidesTooLarge();
+  }
+  Picture picture;
+  if (Status status = parts_->Load(request.source, picture); !status) return status;
+  Status status = Guarded(fault::DamagedPicture(), [&] {
+    VImage pixels = EightBit(Flattened(picture.pixels, request.colour));
+    if (!request.image.Empty())
+      pixels = Window(pixels, {0, 0, request.image.width, request.image.height}, request.colour);
+    pixels = Turned(pixels, request.rotation, request.colour);
+    if (Status held = parts_->Hold(pixels); !held) return held;
+    pixels = Scaled(pixels, drawn);
+    picture.pixels = Window(pixels, {-request.offsetX, -request.offsetY, total.width, total.height}, request.colour);
+    return Status::Ok();
+  });
+  if (!status) return status;
+  if (request.dpi > 0) picture.tags.dpi = request.dpi;
+  if (request.rotation != 0) picture.tags.orientation = 1;
+  if (!ProfileFits(picture.tags.profile, picture.pixels)) picture.tags.profile.clear();
+  EncodeOptions options{.quality = request.quality, .exif = request.exif};
+  options.encoder = EncoderFor(base::SplitPath(request.destination).extension);
+  return parts_->Save(request.destination, [&](host::Draft& draft) { return EncodePicture(picture, options, draft); });
+}
+
+Status Services::ZoomPic(const std::string& source, const std::string& destination, int width, int height) {
+  if (width < 1 || height < 1) return fault::EmptyRectangle();
+  if (!WithinLimits(width, height, parts_->limits)) return fault::SidesTooLarge();
+  EncodeOptions options{.quality = 98};
+  options.encoder = EncoderFor(base::SplitPath(destination).extension);
+  return parts_->Save(destination, [&](host::Draft& draft) {
+    OpenedPicture opened;
+    Status status = Guarded(fault::DamagedPicture(), [&] {
+      if (Status open = OpenPicture(parts_->host.files, source, parts_->limits, {}, opened); !open) return open;
+      opened.picture.pixels = Scaled(opened.picture.pixels, {width, height});
+      return EncodePicture(opened.picture, options, draft);
+    });
+    return ReadStatus(opened, std::move(status));
+  });
+}
+
+Status Services::LoadPreview(const std::string& path, base::Size limit, Preview& out) {
+  const double across = std::clamp(limit.width, 1, kLargestPreview);
+  const double down = std::clamp(limit.height, 1, kLargestPreview);
+  OpenedPicture opened;
+  Status status = Guarded(fault::DamagedPicture(), [&] {
+    if (Status open = OpenPicture(parts_->host.files, path, parts_->limits, {}, opened); !open) return open;
+    const base::Size whole = opened.original;
+    const double scale = std::min({1.0, across / whole.width, down / whole.height});
+    const auto side = [&](int pixels) { return std::max(1, static_cast<int>(std::floor(pixels * scale + 1e-9))); };
+    const base::Size shown{side(whole.width), side(whole.height)};
+    // Now that the size is known, a JPEG can be decoded to little more than what is shown.
+    if (opened.format == Format::Jpeg && scale < 1) {
+      if (Status open = OpenPicture(parts_->host.files, path, parts_->limits, shown, opened); !open) return open;
+    }
+    Picture small = opened.picture;
+    small.pixels = Scaled(small.pixels, shown);
+    small = Displayed(small);
+    const VImage rgb = AbleToHold(EightBit(Flattened(small.pixels, base::kWhite)), base::Colour{0xFF});
+    std::size_t size = 0;
+    const std::unique_ptr<void, decltype(&g_free)> bytes(rgb.write_to_memory(&size), g_free);
+    const auto* from = static_cast<const unsigned char*>(bytes.get());
+    out = {shown, whole, std::vector<unsigned char>(from, from + size)};
+    return Status::Ok();
+  });
+  return ReadStatus(opened, std::move(status));
+}
+
+}  // namespace quillon::imaging

@@ -1,0 +1,51 @@
+// SPDX-FileCopyrightText: 2026 The Quillon developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <functional>
+#include <memory>
+#include <string>
+
+#include "imaging/ahead.h"
+#include "imaging/encode.h"
+#include "imaging/measure.h"
+#include "imaging/open_picture.h"
+#include "imaging/picture.h"
+#include "imaging/services.h"
+
+namespace quillon::imaging {
+
+// What the services are made of; shared by the files that implement them.
+struct Services::Parts {
+  Parts(host::Host& world, std::function<void()> giveUp, const Limits& bounds);
+
+  // Saves through the one safe way, asking about a full disk. fill may be called again for every retry.
+  Status Save(const std::string& path, const std::function<Status(host::Draft&)>& fill);
+  Status SavePicture(const Image& image, const std::string& path, const EncodeOptions& options);
+
+  // Decodes a picture whole.
+  Status Load(const std::string& path, Picture& out);
+  // Pixels computed and held, so that later work and a second save need not do it again.
+  Status Hold(vips::VImage& pixels);
+
+  // Turns on the work ahead at its first use.
+  Ahead& Announce();
+
+  host::Host& host;
+  std::function<void()> stop;
+  Limits limits;
+  Measurer measurer;
+  std::unique_ptr<Ahead> ahead;  // last: it works with the others
+};
+
+// The failure that a pipeline met while it read its picture; else status.
+Status ReadStatus(const OpenedPicture& opened, Status status);
+
+// Runs work on the picture of an image; NoImage without one.
+template <class Work>
+Status OnPicture(const Image& image, Work work) {
+  if (image.Empty()) return fault::NoImage();
+  return Guarded(fault::DamagedPicture(), [&] { return work(image.Data()->picture); });
+}
+
+}  // namespace quillon::imaging
