@@ -1,0 +1,267 @@
+// SPDX-FileCopyrightText: 2026 The Quillon developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "arch/rules.h"
+
+#include <algorithm>
+#include <map>
+#include <regex>
+#include <set>
+
+namespace quillon::arch {
+namespace {
+
+using Folders = std::vector<std::string_view>;
+
+struct Layer {
+  std::string_view folder;
+  Folders below;  // what it may include besides itself
+};
+
+// Longer names come first where one holds another.
+const std::vector<Layer>& Layers() {
+  static const Folders kBase = {"base"};
+  static const Folders kControls = {"base", "controls"};
+  static const Folders kHost = {"base", "controls", "host"};
+  static const Folders kImaging = {"base", "controls", "host", "imaging"};
+  static const Folders kTools = {"base", "controls", "host", "imaging", "formats/tools"};
+  static const Folders kJob = {"base", "controls", "host", "imaging", "formats/tools", "job"};
+  static const Folders kPrograms = {"base", "controls", "host", "imaging", "formats/tools", "job", "host/posix"};
+  static const Folders kApp = {"base", "controls",   "host",  "imaging", "formats/tools",
+                               "job",  "host/posix", "batch", "ui"};
+  static const std::vector<Layer> kLayers = {
+      {"base", {}},
+      {"controls", kBase},
+      {"host/posix", kHost},
+      {"host/testing", {"base", "controls", "host", "host/posix"}},
+      {"host", kControls},
+      {"imaging", kHost},
+      {"formats/tools", kImaging},
+      {"job", kTools},
+      {"batch", kPrograms},
+      {"ui", kPrograms},
+      {"app", kApp},
+  };
+  return kLayers;
+}
+
+const Layer* LayerOf(std::string_view pathInSrc) {
+  for (const Layer& layer : Layers()) {
+    if (pathInSrc.starts_with(std::string(layer.folder) + "/")) return &layer;
+  }
+  return nullptr;
+}
+
+const Layer* LayerOf(const Source& source) {
+  return source.In("src/") ? LayerOf(std::string_view(source.path).substr(4)) : nullptr;
+}
+
+// A breach for each line that matches, with the matched words behind the sentence. Patterns are slow: where hints are
+// given, only lines that hold one of them are tried.
+void Match(const Source& source, const std::string& text, const std::regex& pattern, const std::string& what,
+           const std::vector<std::string_view>& hints, Breaches& out) {
+  int number = 0;
+  for (const std::string_view line : Lines(text)) {
+    ++number;
+    const bool hinted = std::any_of(hints.begin(), hints.end(),
+                                    [&](std::string_view hint) { return line.find(hint) != std::string_view::npos; });
+    std::match_results<std::string_view::const_iterator> match;
+    if (!hinted || !std::regex_search(line.begin(), line.end(), match, pattern)) continue;
+    out.push_back({source.path, number, what + ": " + match.str()});
+  }
+}
+
+struct Library {
+  std::regex header;
+  Folders homes;
+};
+
+const std::vector<Library>& Libraries() {
+  static const std::vector<Library> kLibraries = {
+      {std::regex("^Q[A-Z]|^qt|^Qt"), {"src/ui/", "src/app/quillon_main.cpp"}},
+      {std::regex("^vips/|^glib|^gobject"), {"src/imaging/"}},
+      {std::regex("^jpeglib|^jerror|^turbojpeg|^tiff|^png\\.h|^gif_lib"), {"src/imaging/"}},
+      {std::regex("^exiv2/"), {"src/imaging/"}},
+      {std::regex("^MediaInfo"), {"src/imaging/"}},
+      {std::regex("^sqlite3"), {"src/host/posix/"}},
+      {std::regex("^nlohmann/|^CLI/"), {"src/batch/"}},
+      {std::regex("^gtest|^gmock"), {}},
+  };
+  return kLibraries;
+}
+
+bool IsHeavy(const std::string& include) {
+  static const std::regex kHeavy("^vips/|^jpeglib|^exiv2/|^MediaInfo|^sqlite3|^nlohmann/|^CLI/");
+  return std::regex_search(include, kHeavy);
+}
+
+std::string FolderOf(std::string_view path) { return std::string(path.substr(0, path.rfind('/'))); }
+
+// Words made of two parts, so that this file does not hold them.
+std::regex UnfinishedWords() { return std::regex(std::string(R"(\b(TO)") + "DO|FIX" + "ME|XX" + "X|HA" + R"(CK)\b)"); }
+
+}  // namespace
+
+Breaches CheckLayers(const Source& source) {
+  Breaches out;
+  if (!source.In("src/") || !source.IsCode()) return out;
+  const Layer* own = LayerOf(source);
+  if (!own) return {{source.path, 0, "lies in no known folder"}};
+  for (const Include& include : IncludesOf(source.text)) {
+    if (!include.quoted) continue;
+    const Layer* other = LayerOf(include.name);
+    if (!other) {
+      out.push_back({source.path, include.line, "names no folder of src/: " + include.name});
+    } else if (other != own && std::find(own->below.begin(), own->below.end(), other->folder) == own->below.end()) {
+      out.push_back({source.path, include.line, std::string(own->folder) + " may not include " + include.name});
+    }
+  }
+  return out;
+}
+
+Breaches CheckLibraries(const Source& source) {
+  Breaches out;
+  if (!source.In("src/") || !source.IsCode()) return out;
+  for (const Include& include : IncludesOf(source.text)) {
+    for (const Library& library : Libraries()) {
+      const bool home = std::any_of(library.homes.begin(), library.homes.end(),
+                                    [&](std::string_view folder) { return source.In(folder); });
+      if (!home && std::regex_search(include.name, library.header)) {
+        out.push_back({source.path, include.line, "this library does not belong here: " + include.name});
+      }
+    }
+  }
+  return out;
+}
+
+Breaches CheckWiring(const Source& source) {
+  Breaches out;
+  if (!source.In("src/") || !source.IsCode() || source.In("src/host/")) return out;
+  for (const Include& include : IncludesOf(source.text)) {
+    if (include.name.starts_with("host/testing/")) {
+      out.push_back({source.path, include.line, "a double for tests in the program: " + include.name});
+    }
+    if (include.name.starts_with("host/posix/") && source.IsHeader()) {
+      out.push_back({source.path, include.line, "the real world is wired up in a .cpp file: " + include.name});
+    }
+  }
+  return out;
+}
+
+Breaches CheckWrites(const Source& source) {
+  static const std::regex kCalls(
+      R"(\bstd::(ofstream|fstream|tmpfile|rename)\b|\bstd::remove\s*\(\s*[^,()]*\)|)"
+      R"((^|[^\w.>:])(::)?(remove|truncate|creat|freopen)\s*\(\s*[^()]*\)|)"
+      R"(\b(renameat2?|rename|unlinkat|unlink|rmdir|mkdir|mkstemps?|mkostemps?|mkdtemp|jpeg_stdio_dest|TIFFOpen)\s*\(|)"
+      R"(\bO_(CREAT|WRONLY|RDWR|TRUNC|APPEND|TMPFILE)\b|)"
+      R"(\b(filesystem|fs)::(remove|remove_all|rename|copy|copy_file|resize_file|create_director\w+|permissions)\b|)"
+      R"(\bQ(SaveFile|TemporaryFile|TemporaryDir|Settings|LockFile)\b|\bQFile::(remove|rename|copy|link)\b|)"
+      R"(\bQIODevice(Base)?::(WriteOnly|ReadWrite|Append|Truncate)\b|\b(mkpath|removeRecursively|moveToTrash)\s*\(|)"
+      R"(\bvips_\w+save\s*\(|\b(vips_image_)?write_to_file\s*\(|[.>]\w+save\s*\()");
+  static const std::regex kOpenForWriting(R"re(\bfopen\s*\((?!.*"r[be]*"\s*\)))re");
+  Breaches out;
+  if (!source.In("src/") || !source.IsCode() || source.In("src/host/")) return out;
+  const std::string what = "files are written by host::Files alone";
+  static const std::vector<std::string_view> kHints = {
+      "fstream", "tmpfile",    "rename",   "remove",    "truncate", "creat",       "freopen",  "unlink",     "rmdir",
+      "mk",      "jpeg_stdio", "TIFFOpen", "O_",        "copy",     "permissions", "QSave",    "QTemp",      "QSett",
+      "QLock",   "QFile",      "QIOD",     "removeRec", "moveTo",   "save",        "write_to", "resize_file"};
+  Match(source, CodeOf(source.text, Literals::Blank), kCalls, what, kHints, out);
+  Match(source, CodeOf(source.text, Literals::Keep), kOpenForWriting, what, {"open"}, out);
+  return out;
+}
+
+Breaches CheckSizes(const Source& source) {
+  constexpr int kLinesOfHeader = 300;
+  constexpr int kLinesOfCpp = 700;
+  constexpr int kLinesOfMain = 60;
+  constexpr int kLinesOfFunction = 100;
+  Breaches out;
+  if (!source.IsCode()) return out;
+  const int limit = source.In("src/app/") ? kLinesOfMain : source.IsHeader() ? kLinesOfHeader : kLinesOfCpp;
+  const int lines = static_cast<int>(Lines(source.text).size());
+  if (lines > limit) {
+    out.push_back({source.path, 0, std::to_string(lines) + " lines, at most " + std::to_string(limit)});
+  }
+  for (const Function& function : FunctionsOf(source.text)) {
+    if (function.lines <= kLinesOfFunction) continue;
+    out.push_back(
+        {source.path, function.line,
+         "a function of " + std::to_string(function.lines) + " lines, at most " + std::to_string(kLinesOfFunction)});
+  }
+  return out;
+}
+
+Breaches CheckLicence(const Source& source) {
+  const bool script = source.In("scripts/") || source.In(".ci/");
+  const bool hashed = script || source.path.ends_with(".cmake") || source.path.ends_with("CMakeLists.txt");
+  if (!source.IsCode() && !hashed) return {};
+  const std::string sign = hashed ? "# " : "// ";
+  std::vector<std::string_view> lines = Lines(source.text);
+  // What the system or a linter reads before anything else.
+  while (!lines.empty() && (lines[0].starts_with("#!") || lines[0].starts_with("# shellcheck")))
+    lines.erase(lines.begin());
+  const bool good = lines.size() >= 2 && lines[0] == sign + "SPDX-FileCopyrightText: 2026 The Quillon developers" &&
+                    lines[1] == sign + "SPDX-License-Identifier: GPL-3.0-or-later";
+  if (good) return {};
+  return {{source.path, 1, "the licence lines are missing"}};
+}
+
+Breaches CheckText(const Source& source) {
+  Breaches out;
+  if (source.path == "LICENSE") return out;
+  static const std::regex kUnfinished = UnfinishedWords();
+  Match(source, source.text, kUnfinished, "unfinished work", {"TO", "FIX", "XX", "HA"}, out);
+  int number = 0;
+  for (const std::string_view line : Lines(source.text)) {
+    ++number;
+    if (line.find('\t') != std::string_view::npos) out.push_back({source.path, number, "a tab"});
+    if (line.find('\r') != std::string_view::npos) out.push_back({source.path, number, "a carriage return"});
+    if (line.ends_with(' ')) out.push_back({source.path, number, "blanks at the end of the line"});
+  }
+  if (!source.text.ends_with("\n") || source.text.ends_with("\n\n")) {
+    out.push_back({source.path, 0, "ends in no newline or in several"});
+  }
+  return out;
+}
+
+Breaches CheckNames(const Source& source) {
+  static const std::regex kName(R"([a-z0-9_]+\.(h|cpp))");
+  static const std::regex kUsing(R"(\busing\s+namespace\b)");
+  Breaches out;
+  if (!source.IsCode()) return out;
+  const std::string name = source.path.substr(source.path.rfind('/') + 1);
+  if (!std::regex_match(name, kName))
+    out.push_back({source.path, 0, "files are named lower_snake.h or lower_snake.cpp"});
+  if (!source.IsHeader()) {
+    const bool tests = source.text.find("\nTEST") != std::string::npos;
+    if (tests && !name.ends_with("_test.cpp")) out.push_back({source.path, 0, "tests stand in files named *_test.cpp"});
+    return out;
+  }
+  const std::string code = CodeOf(source.text, Literals::Blank);
+  if (code.find("#pragma once\n") == std::string::npos) out.push_back({source.path, 0, "has no #pragma once"});
+  Match(source, code, kUsing, "in a header", {"using"}, out);
+  return out;
+}
+
+Breaches CheckHeavyHeaders(const std::vector<Source>& tree) {
+  std::set<std::string> heavy;
+  for (const Source& source : tree) {
+    if (!source.In("src/") || !source.IsHeader()) continue;
+    for (const Include& include : IncludesOf(source.text)) {
+      if (IsHeavy(include.name)) heavy.insert(source.path);
+    }
+  }
+  Breaches out;
+  for (const Source& source : tree) {
+    if (!source.In("src/") || !source.IsCode()) continue;
+    for (const Include& include : IncludesOf(source.text)) {
+      const std::string path = "src/" + include.name;
+      if (heavy.contains(path) && FolderOf(path) != FolderOf(source.path)) {
+        out.push_back({source.path, include.line, "this header is private to its folder: " + include.name});
+      }
+    }
+  }
+  return out;
+}
+
+}  // namespace quillon::arch

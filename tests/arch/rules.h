@@ -1,0 +1,33 @@
+// SPDX-FileCopyrightText: 2026 The Quillon developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <vector>
+
+#include "arch/source.h"
+
+namespace quillon::arch {
+
+// The rules of the house. Each looks at one file and knows itself which files it is about.
+
+// A folder of src/ includes itself and what lies below it, by a path from src/.
+Breaches CheckLayers(const Source& source);
+// Each heavy library is named in the folders that wrap it and nowhere else.
+Breaches CheckLibraries(const Source& source);
+// The real world, host/posix, is wired up by programs and tests; scripted doubles, host/testing, serve tests alone.
+Breaches CheckWiring(const Source& source);
+// Files are made, changed, renamed and removed by host/ alone.
+Breaches CheckWrites(const Source& source);
+// Lines per file and per function.
+Breaches CheckSizes(const Source& source);
+// The two lines at the head that name owner and licence.
+Breaches CheckLicence(const Source& source);
+// No tabs, no blanks at line ends, one newline at the end, no carriage returns, no words that mark unfinished work.
+Breaches CheckText(const Source& source);
+// Names of files; header guards; no using-directives in headers; tests are named *_test.cpp.
+Breaches CheckNames(const Source& source);
+
+// Over all files: a header that brings in a heavy library is not included from other folders.
+Breaches CheckHeavyHeaders(const std::vector<Source>& tree);
+
+}  // namespace quillon::arch

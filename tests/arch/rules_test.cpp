@@ -1,0 +1,261 @@
+// SPDX-FileCopyrightText: 2026 The Quillon developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+// Each rule is shown what it must refuse and what it must let pass.
+#include "arch/rules.h"
+
+#include <gtest/gtest.h>
+
+namespace quillon::arch {
+namespace {
+
+constexpr const char* kHead =
+    "// SPDX-FileCopyrightText: 2026 The Quillon developers\n// SPDX-License-Identifier: GPL-3.0-or-later\n";
+
+using Rule = Breaches (*)(const Source&);
+
+struct RuleCase {
+  const char* path;
+  std::string text;
+};
+
+void ExpectRefused(Rule rule, const std::vector<RuleCase>& cases) {
+  for (const auto& [path, text] : cases) EXPECT_EQ(rule({path, text}).size(), 1u) << path << "\n" << text;
+}
+
+void ExpectPassed(Rule rule, const std::vector<RuleCase>& cases) {
+  for (const auto& [path, text] : cases) EXPECT_EQ(rule({path, text}), Breaches()) << path << "\n" << text;
+}
+
+RuleCase Includes(const char* path, const std::string& name) {
+  return {path, "#include " + (name.front() == '<' ? name : "\"" + name + "\"") + "\n"};
+}
+
+TEST(Rules, LayersPointOneWay) {
+  ExpectRefused(CheckLayers, {
+                                 Includes("src/base/a.cpp", "controls/control.h"),
+                                 Includes("src/controls/a.h", "host/host.h"),
+                                 Includes("src/host/a.cpp", "host/posix/posix_disk.h"),
+                                 Includes("src/host/a.cpp", "imaging/image.h"),
+                                 Includes("src/imaging/a.cpp", "formats/tools/twins.h"),
+                                 Includes("src/imaging/a.cpp", "host/posix/posix_disk.h"),
+                                 Includes("src/formats/tools/a.cpp", "job/form1.h"),
+                                 Includes("src/job/a.cpp", "host/posix/posix_disk.h"),
+                                 Includes("src/job/a.cpp", "batch/steps.h"),
+                                 Includes("src/batch/a.cpp", "ui/text.h"),
+                                 Includes("src/ui/a.cpp", "batch/steps.h"),
+                                 Includes("src/ui/a.cpp", "app/main.h"),
+                                 Includes("src/ui/a.cpp", "host/testing/test_host.h"),
+                                 Includes("src/base/a.cpp", "rect.h"),
+                                 Includes("src/base/a.cpp", "../base/rect.h"),
+                                 {"src/unknown/a.cpp", ""},
+                             });
+  ExpectPassed(CheckLayers, {
+                                Includes("src/base/a.cpp", "base/rect.h"),
+                                Includes("src/base/a.cpp", "<vector>"),
+                                Includes("src/controls/a.h", "base/rect.h"),
+                                Includes("src/host/posix/a.cpp", "host/host.h"),
+                                Includes("src/host/testing/a.cpp", "host/posix/posix_disk.h"),
+                                Includes("src/job/a.cpp", "imaging/services.h"),
+                                Includes("src/ui/bind/a.cpp", "job/form1.h"),
+                                Includes("src/ui/a.cpp", "host/posix/posix_disk.h"),
+                                Includes("src/app/a.cpp", "ui/main/start.h"),
+                                Includes("tests/job/a.cpp", "host/testing/test_host.h"),
+                            });
+}
+
+TEST(Rules, LibrariesStayInTheFoldersThatWrapThem) {
+  ExpectRefused(CheckLibraries, {
+                                    Includes("src/job/a.cpp", "<QString>"),
+                                    Includes("src/app/quillon_batch_main.cpp", "<QApplication>"),
+                                    Includes("src/ui/a.cpp", "<vips/vips.h>"),
+                                    Includes("src/job/a.cpp", "<vips/vips8>"),
+                                    Includes("src/batch/a.cpp", "<jpeglib.h>"),
+                                    Includes("src/host/a.cpp", "<sqlite3.h>"),
+                                    Includes("src/job/a.cpp", "<nlohmann/json.hpp>"),
+                                    Includes("src/ui/a.cpp", "<CLI/CLI.hpp>"),
+                                    Includes("src/job/a.cpp", "<MediaInfo/MediaInfo.h>"),
+                                    Includes("src/job/a.cpp", "<exiv2/exiv2.hpp>"),
+                                    Includes("src/job/a.cpp", "<gtest/gtest.h>"),
+                                });
+  ExpectPassed(CheckLibraries, {
+                                   Includes("src/ui/bind/a.h", "<QString>"),
+                                   Includes("src/app/quillon_main.cpp", "<QApplication>"),
+                                   Includes("src/imaging/a.cpp", "<vips/vips8>"),
+                                   Includes("src/imaging/a.cpp", "<jpeglib.h>"),
+                                   Includes("src/host/posix/a.cpp", "<sqlite3.h>"),
+                                   Includes("src/batch/a.cpp", "<CLI/CLI.hpp>"),
+                                   Includes("src/job/a.cpp", "<queue>"),
+                                   Includes("tests/ui/a.cpp", "<QTest>"),
+                               });
+}
+
+TEST(Rules, TheRealWorldIsWiredUpInSourcesAndDoublesServeTests) {
+  ExpectRefused(CheckWiring, {
+                                 Includes("src/ui/a.h", "host/posix/posix_disk.h"),
+                                 Includes("src/batch/a.h", "host/posix/posix_disk.h"),
+                                 Includes("src/app/a.cpp", "host/testing/test_host.h"),
+                             });
+  ExpectPassed(CheckWiring, {
+                                Includes("src/ui/a.cpp", "host/posix/posix_disk.h"),
+                                Includes("src/host/posix/a.h", "host/posix/posix_disk.h"),
+                                Includes("src/host/testing/a.h", "host/testing/fake.h"),
+                                Includes("tests/job/a.cpp", "host/testing/test_host.h"),
+                            });
+}
+
+TEST(Rules, FilesAreWrittenInOnePlace) {
+  const char* const refused[] = {
+      "auto f = fopen(path, \"wb\");",
+      "auto f = std::fopen(path.c_str(), \"r+\");",
+      "auto f = fopen(path, \"a\");",
+      "auto f = fopen(path,\n    \"w\");",
+      "auto f = fopen(path, mode);",
+      "std::ofstream out(path);",
+      "std::fstream both(path);",
+      "int f = open(path, O_CREAT, 0600);",
+      "int f = ::open(path, O_WRONLY);",
+      "::rename(a, b);",
+      "std::rename(a, b);",
+      "rename(a, b);",
+      "unlink(path);",
+      "::remove(path);",
+      "remove(path.c_str);",
+      "std::remove(path);",
+      "std::filesystem::remove(path);",
+      "fs::rename(a, b);",
+      "std::filesystem::copy_file(a, b);",
+      "std::filesystem::create_directories(a);",
+      "mkdir(path, 0700);",
+      "mkstemp(name);",
+      "QSaveFile file(name);",
+      "QTemporaryFile file;",
+      "QFile::remove(name);",
+      "file.open(QIODevice::WriteOnly);",
+      "QDir().mkpath(name);",
+      "vips_jpegsave(image, path, nullptr);",
+      "vips_image_write_to_file(image, path, nullptr);",
+      "image.write_to_file(path);",
+      "image.pngsave(path);",
+      "jpeg_stdio_dest(&compress, file);",
+  };
+  for (const char* line : refused) ExpectRefused(CheckWrites, {{"src/imaging/a.cpp", line}});
+  const char* const passed[] = {
+      "auto f = std::fopen(path.c_str(), \"rb\");",
+      "std::ifstream in(path);",
+      "int f = open(path, O_RDONLY | O_CLOEXEC);",
+      "v.erase(std::remove(v.begin(), v.end(), 0), v.end());",
+      "list.remove(row);",
+      "list->remove_if(test);",
+      "text.truncate(5);",
+      "// rename(a, b) is done by the host",
+      "const char* k = \"unlink(path)\";",
+      "image.pngsave_target(target);",
+      "vips_jpegsave_buffer(image, &data, &size, nullptr);",
+      "image.write_to_target(\".png\", target);",
+      "host.files.Save(path, content);",
+      "std::filesystem::path(a).lexically_normal();",
+      "RenameRow(a);",
+  };
+  for (const char* line : passed) ExpectPassed(CheckWrites, {{"src/imaging/a.cpp", line}});
+  ExpectPassed(CheckWrites,
+               {{"src/host/posix/a.cpp", "::rename(a, b);"}, {"tests/job/a.cpp", "std::ofstream out(p);"}});
+}
+
+std::string LinesOf(int count) {
+  std::string text;
+  for (int i = 0; i < count; ++i) text += "\n";
+  return text;
+}
+
+std::string FunctionOf(int lines) { return "void F() {\n" + LinesOf(lines - 2) + "}\n"; }
+
+TEST(Rules, FilesAndFunctionsStaySmall) {
+  ExpectRefused(CheckSizes, {
+                                {"src/job/a.cpp", LinesOf(701)},
+                                {"src/job/a.h", LinesOf(301)},
+                                {"src/app/quillon_main.cpp", LinesOf(61)},
+                                {"tests/job/a_test.cpp", LinesOf(701)},
+                                {"src/job/a.cpp", FunctionOf(101)},
+                                {"src/job/a.h", "class A {\n" + FunctionOf(101) + "};\n"},
+                            });
+  ExpectPassed(CheckSizes, {
+                               {"src/job/a.cpp", LinesOf(700)},
+                               {"src/job/a.h", LinesOf(300)},
+                               {"src/app/quillon_main.cpp", LinesOf(60)},
+                               {"src/job/a.cpp", FunctionOf(100) + FunctionOf(100)},
+                               {"docs/a.md", LinesOf(9000)},
+                           });
+}
+
+TEST(Rules, EverySourceNamesOwnerAndLicence) {
+  const std::string head = kHead;
+  std::string hashed = head;
+  for (std::size_t at = 0; (at = hashed.find("//", at)) != std::string::npos;) hashed.replace(at, 2, "#");
+  ExpectRefused(CheckLicence, {
+                                  {"src/a/a.cpp", "#include <vector>\n"},
+                                  {"src/a/a.h", "\n" + head},
+                                  {"src/a/a.h", "// SPDX-License-Identifier: GPL-3.0-or-later\n"},
+                                  {"cmake/a.cmake", head},
+                                  {"src/a/CMakeLists.txt", "add_library(a)\n"},
+                                  {"scripts/run", "#!/usr/bin/env bash\nset -e\n"},
+                              });
+  ExpectPassed(CheckLicence, {
+                                 {"src/a/a.cpp", head + "int a;\n"},
+                                 {"cmake/a.cmake", hashed},
+                                 {"src/a/CMakeLists.txt", hashed},
+                                 {"scripts/run", "#!/usr/bin/env bash\n" + hashed},
+                                 {"docs/a.md", "# A\n"},
+                             });
+}
+
+TEST(Rules, TextIsCleanAndFinished) {
+  const std::string marks[] = {std::string("TO") + "DO", std::string("FIX") + "ME", std::string("XX") + "X",
+                               std::string("HA") + "CK"};
+  for (const std::string& mark : marks) ExpectRefused(CheckText, {{"src/a/a.cpp", "// " + mark + ": later\n"}});
+  ExpectRefused(CheckText, {
+                               {"src/a/a.cpp", "\tint a;\n"},
+                               {"src/a/a.cpp", "int a; \n"},
+                               {"src/a/a.cpp", "int a;\r\n"},
+                               {"src/a/a.cpp", "int a;"},
+                               {"src/a/a.cpp", "int a;\n\n"},
+                               {"docs/a.md", "a\n\n"},
+                           });
+  ExpectPassed(CheckText, {
+                              {"src/a/a.cpp", "int a;\n\nint b;\n"},
+                              {"src/a/a.cpp", std::string("char name[] = \"quillon-XX") + "XXXX\";\n"},
+                              {"src/a/a.cpp", "int hackneyed;\n"},
+                              {"LICENSE", "\t \n\n"},
+                          });
+}
+
+TEST(Rules, NamesFollowTheHouse) {
+  ExpectRefused(CheckNames, {
+                                {"src/a/MyFile.cpp", ""},
+                                {"src/a/my-file.h", "#pragma once\n"},
+                                {"src/a/a.h", "int a;\n"},
+                                {"src/a/a.h", "#pragma once\nusing namespace std;\n"},
+                                {"tests/a/a.cpp", "int a;\nTEST(A, B) {}\n"},
+                            });
+  ExpectPassed(CheckNames, {
+                               {"src/a/my_file2.cpp", "using namespace std;\n"},
+                               {"src/a/a.h", "#pragma once\n// using namespace std;\n"},
+                               {"tests/a/a_test.cpp", "int a;\nTEST(A, B) {}\n"},
+                               {"docs/Read Me.md", ""},
+                           });
+}
+
+TEST(Rules, HeadersOfHeavyLibrariesStayPrivate) {
+  const Source heavy = {"src/imaging/pixels.h", "#include <vips/vips8>\n"};
+  const Source inside = {"src/imaging/a.cpp", "#include \"imaging/pixels.h\"\n"};
+  const Source outside = {"src/job/a.cpp", "#include \"imaging/pixels.h\"\n"};
+  const Source light = {"src/imaging/image.h", "#include <vector>\n"};
+  const Source user = {"src/job/b.cpp", "#include \"imaging/image.h\"\n"};
+  EXPECT_EQ(CheckHeavyHeaders({heavy, inside, light, user}), Breaches());
+  const Breaches found = CheckHeavyHeaders({heavy, outside});
+  ASSERT_EQ(found.size(), 1u);
+  EXPECT_EQ(found[0].path, "src/job/a.cpp");
+  EXPECT_EQ(found[0].line, 1);
+}
+
+}  // namespace
+}  // namespace quillon::arch
