@@ -94,11 +94,9 @@ class FBaseOpt : public controls::Window {
   void CmbZoom_Change();
   void ChZoomAndCut_Click();
   void ChCutAndZoom_Click();
-  void ChAutoCenter_Click();
   void ChMulCut_Click();
   void ChMamal_Click();
   void ChSplit_Click();
-  void ChFilter_Click();
   void TSmalS_Change(std::size_t index);
   void ChAddBoard_Click();
   void ChFrmOnly_Click();
@@ -106,15 +104,17 @@ class FBaseOpt : public controls::Window {
   void ChToGray_Click();
   void ChToWB_Click();
   void ChToCMYK_Click();
-  void ChClsWhite_Click();
-  void ChClsBlack_Click();
+  void ChClsEdge_Click(controls::CheckBox& box, controls::CheckBox& other);
   void CmbDPI_Click();
   void ChKeepExif_Click();
   void ChBig_Click();
+
   void ClearProcessing();
-  // Puts box back off and asks for the missing resource where the program lacks what it needs.
+  void TakeFlags();
+  // Puts box back off and asks for the missing resource where it is on without what it needs.
   bool Lacks(controls::CheckBox& box, bool available);
-  bool InPagedMode() const;
+  // Puts box back off where it is on in a mode that works on pages or frames.
+  bool PutBackInPagedMode(controls::CheckBox& box);
 
   Program& program_;
   bool takingFixedSize_ = false;

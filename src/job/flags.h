@@ -37,10 +37,6 @@ struct Flags {
   bool ToBlackWhite = false;
   bool CutThenZoom = false;
   bool ToCmyk = false;
-  int FilterWidth = 0;  // files narrower or lower than these are passed over; 0 while ChFilter is off
-  int FilterHeight = 0;
-  int PdfDpi = 72;  // resolution of pdf pages: OutDpi where CmbDPI of FBaseOpt names one
-  int PdfQuality = 90;
   std::string OmittedFolders;  // one folder a line, each with CR LF
   bool BackWorkerStarted = false;
   bool Busy = false;  // a listing or a run is under way; what would start another beeps instead

@@ -136,8 +136,8 @@ class Form1 : public controls::Window {
   void MenuGuide_Click();
   void MenuAbout_Click();
 
-  // What the user's close button and MenuExit do: ask, clean up, end. While a run or a listing goes on it asks to stop
-  // that instead, and the window stays open. See Program::Unload.
+  // What the user's close button and MenuExit do: ask, clean up, end. While a run or a listing goes on (Flags::Busy) it
+  // asks to stop that instead, and the window stays open. See Program::Unload.
   void Close() override;
 
   // The running text in front of the title, "" for the plain title.
@@ -147,8 +147,6 @@ class Form1 : public controls::Window {
   // enables them again, restores the title and disables MenuStop.
   void BeginRun();
   void EndRun();
-  // True from BeginRun to EndRun, and while MenuStop is enabled for a listing.
-  bool Busy() const;
 
   // Puts the entries of the lists back to the first and lets each act, as the window opens.
   void SelectFirstEntries();
@@ -160,16 +158,18 @@ class Form1 : public controls::Window {
  private:
   void ConnectParameters();
   void ConnectMenus();
+  void ConnectWindows();
   // Opens a window, or asks for the missing resource where the program has none of that name.
   void OpenWindow(const std::string& name);
-  void ApplyStudioPreset(int entry);
+  // False where the program lacks something that the presets switch on.
+  bool ApplyStudioPreset();
   void ApplyBorderPreset(int entry);
-  void LeaveMode();
   void ConvertMargins();
+  bool ModeIsThere(CutMode mode);
 
   Program& program_;
   bool firstPresetSeen_ = false;  // entry 1 of CmbKeepCut was chosen before
-  bool running_ = false;
+  int lastPreset_ = kCustomSize;
 };
 
 }  // namespace quillon::job

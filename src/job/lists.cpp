@@ -2,6 +2,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "job/lists.h"
 
+#include "base/number_text.h"
+
 namespace quillon::job {
 
 std::vector<std::string> CutModes() {
@@ -19,6 +21,8 @@ std::vector<std::string> DpiEntries() {
   return {"0",   "72",  "78",  "82",  "84",  "86",  "92",  "94",  "96",
           "120", "124", "156", "184", "192", "254", "300", "600", "1200"};
 }
+
+int DpiOf(const controls::ComboBox& list) { return base::ParseInteger(list.Text()).value_or(0); }
 
 std::vector<std::string> RotateRules() {
   return {"不旋转保持原样",           "横向图选逆转90度后再裁剪", "横向图顺转90度后再裁剪",

@@ -34,7 +34,11 @@ std::vector<std::string> OutTypes();
 // Dots per inch; entry 0 leaves the source's.
 std::vector<std::string> DpiEntries();
 inline constexpr int kDpi300Entry = 15;
+// The selected entry of such a list, 0 where none is.
+int DpiOf(const controls::ComboBox& list);
+// Entries of CmbRotate; the last turns by TAngle.
 std::vector<std::string> RotateRules();
+inline constexpr int kOwnAngle = 5;
 std::vector<std::string> ZoomEntries();
 std::vector<std::string> ExtensionCases();
 std::vector<std::string> ListHeaders();

@@ -17,6 +17,7 @@ PreviewFrame Preview::Frame() const { return Scaled(frame_, scale_); }
 void Preview::ShowPicture(std::string path, base::Size picture) {
   path_ = std::move(path);
   picture_ = picture;
+  ++showings_;
   Tell();
 }
 

@@ -28,6 +28,8 @@ class Preview {
   // The picture's own size; the shown size is that times Scale().
   base::Size Picture() const { return picture_; }
   const std::string& Path() const { return path_; }
+  // Grows each time a picture is shown, be it the same path again.
+  int Showings() const { return showings_; }
   double Scale() const { return scale_; }
   double ShownWidth() const { return picture_.width * scale_; }
   double ShownHeight() const { return picture_.height * scale_; }
@@ -54,6 +56,7 @@ class Preview {
   void Tell();
 
   std::string path_;
+  int showings_ = 0;
   base::Size picture_;
   double scale_ = 1.0;
   PreviewFrame frame_;

@@ -72,6 +72,8 @@ class Program {
   NormalCut& Normal() { return *normalCut_; }
   // Shows a picture in the preview; a picture that cannot be measured is passed over.
   void ShowInPreview(const std::string& path);
+  // Writes \Canvas.bmp, a white picture of 50 x 50.
+  void WriteCanvas();
   // Shows the window of that name and answers true, or false where the program has none.
   bool ShowWindow(const std::string& name);
   // Hides the window of that name, if there is one.
@@ -91,10 +93,8 @@ class Program {
   void ReadScreen();
   void EndLeftOverHelpers();
   void ShowDesktopPicture();
-  void ShowPreviewBox();
   void ReadFolders();
-  void WriteCanvas();
-  void SetPreviewSize(base::Size size);
+  void ShowPicture(const std::string& path, base::Size size);
 
   std::unique_ptr<FileIntake> intake_;
   std::unique_ptr<NormalCut> normalCut_;

@@ -1,0 +1,249 @@
+// SPDX-FileCopyrightText: 2026 The Quillon developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "job/fbaseopt.h"
+
+#include <algorithm>
+
+#include "base/path_text.h"
+#include "job/program.h"
+
+namespace quillon::job {
+namespace {
+
+constexpr const char* kColorConfigs = "ColorConfigs";
+constexpr const char* kFrameOnlyNote = "仅边框模式，表示不做任何裁剪和处理，其他启用的功能自动失效！";
+constexpr int kInformation = 64;
+constexpr const char* kWholeSize = "100%";
+
+}  // namespace
+
+FBaseOpt::FBaseOpt(Program& program) : Window("FBaseOpt", "高级选项"), program_(program) {
+  ConnectHandlers();
+  ConnectChecks();
+}
+
+void FBaseOpt::OnLoad() {
+  std::vector<std::string> profiles;
+  for (const std::string& name : CmykProfiles()) {
+    if (program_.host.files.IsFile(base::JoinPath(program_.AppPath(kColorConfigs), name))) profiles.push_back(name);
+  }
+  CmbCMYK.SetItems(std::move(profiles));
+  program_.flags.AdvancedOptionsLoaded = true;
+  TakeFlags();
+  if (CmbDPI.Index() > 0) CmbDPI_Click();
+}
+
+void FBaseOpt::ConnectHandlers() {
+  CmbRotate.SetHandler([this] { CmbRotate_Click(); });
+  TAngle.SetHandler([this] { TAngle_Change(); });
+  CmbZoom.SetHandler([this] { CmbZoom_Change(); });
+  CmbDPI.SetHandler([this] { CmbDPI_Click(); });
+  for (std::size_t i = 0; i < TSmalS.Size(); ++i) TSmalS[i].SetHandler([this, i] { TSmalS_Change(i); });
+  for (std::size_t i = 0; i < TBoard.Size(); ++i) TBoard[i].SetHandler([this, i] { TBoard_Change(i); });
+}
+
+void FBaseOpt::ConnectChecks() {
+  ChRotateCut.SetHandler([this] { ChRotateCut_Click(); });
+  ChZoomAndCut.SetHandler([this] { ChZoomAndCut_Click(); });
+  ChCutAndZoom.SetHandler([this] { ChCutAndZoom_Click(); });
+  ChAutoCenter.SetHandler([this] { program_.form1.ChAutoCenter.Set(ChAutoCenter.On()); });
+  ChMulCut.SetHandler([this] { ChMulCut_Click(); });
+  ChMamal.SetHandler([this] { ChMamal_Click(); });
+  ChSplit.SetHandler([this] { ChSplit_Click(); });
+  ChAddBoard.SetHandler([this] { ChAddBoard_Click(); });
+  ChFrmOnly.SetHandler([this] { ChFrmOnly_Click(); });
+  ChToGray.SetHandler([this] { ChToGray_Click(); });
+  ChToWB.SetHandler([this] { ChToWB_Click(); });
+  ChToCMYK.SetHandler([this] { ChToCMYK_Click(); });
+  ChClsWhite.SetHandler([this] { ChClsEdge_Click(ChClsWhite, ChClsBlack); });
+  ChClsBlack.SetHandler([this] { ChClsEdge_Click(ChClsBlack, ChClsWhite); });
+  ChKeepExif.SetHandler([this] { ChKeepExif_Click(); });
+  ChBig.SetHandler([this] { ChBig_Click(); });
+}
+
+// No option counts before the window was loaded; what was set until then counts from that moment.
+void FBaseOpt::TakeFlags() {
+  if (!Loaded()) return;
+  Flags& flags = program_.flags;
+  flags.ManualCutMode = ChMamal.On();
+  flags.CutThenZoom = ChCutAndZoom.On();
+  flags.ToBlackWhite = ChToWB.On();
+  flags.ToCmyk = ChToCMYK.On();
+  flags.KeepExif = ChKeepExif.On();
+}
+
+bool FBaseOpt::Lacks(controls::CheckBox& box, bool available) {
+  if (!box.On() || available) return false;
+  box.Set(false);
+  program_.AskMissingResource();
+  return true;
+}
+
+bool FBaseOpt::PutBackInPagedMode(controls::CheckBox& box) {
+  const auto mode = Selected<CutMode>(program_.form1.CmbCutMode);
+  const bool paged = mode == CutMode::Gif || mode == CutMode::Pdf || mode == CutMode::Tiff;
+  if (!box.On() || !paged) return false;
+  box.Set(false);
+  return true;
+}
+
+void FBaseOpt::CmbRotate_Click() {
+  const int rule = CmbRotate.Index();
+  if (rule > 0) ChRotateCut.Set(false);
+  if (rule == 1 || rule == 3) {
+    TAngle.SetNumber(90);
+  } else if (rule == 2 || rule == 4) {
+    TAngle.SetNumber(-90);
+  } else if (rule != kOwnAngle) {
+    TAngle.SetNumber(0);
+  }
+  program_.ShowAvailability();
+}
+
+void FBaseOpt::TAngle_Change() {
+  const double angle = TAngle.Number();
+  const double limited = std::clamp(angle, *TAngle.GetLimits().min, *TAngle.GetLimits().max);
+  if (angle == limited) return;
+  program_.host.boxes.Beep();
+  TAngle.SetNumber(limited);
+}
+
+void FBaseOpt::ChRotateCut_Click() {
+  if (ChRotateCut.On()) CmbRotate.Select(0);
+  program_.ShowAvailability();
+}
+
+void FBaseOpt::CmbZoom_Change() {
+  if (ChZoomAndCut.On()) program_.ShowInPreview(program_.flags.CurrentImagePath);
+}
+
+void FBaseOpt::ChZoomAndCut_Click() {
+  if (ChZoomAndCut.On()) {
+    ChCutAndZoom.Set(false);
+  } else {
+    CmbZoom.SetText(kWholeSize);
+  }
+  program_.ShowInPreview(program_.flags.CurrentImagePath);
+}
+
+void FBaseOpt::ChCutAndZoom_Click() {
+  if (ChCutAndZoom.On()) {
+    ChZoomAndCut.Set(false);
+  } else {
+    CmbZoom.SetText(kWholeSize);
+  }
+  TakeFlags();
+}
+
+void FBaseOpt::ChMulCut_Click() {
+  if (PutBackInPagedMode(ChMulCut)) return;
+  if (ChMulCut.On() && Lacks(ChMulCut, program_.ShowWindow("FMultCut"))) return;
+  program_.ShowAvailability();
+}
+
+void FBaseOpt::ChMamal_Click() {
+  if (!Lacks(ChMamal, program_.manualFrame)) TakeFlags();
+}
+
+void FBaseOpt::ChSplit_Click() {
+  if (PutBackInPagedMode(ChSplit) || Lacks(ChSplit, program_.engines.splitting)) return;
+  program_.ShowAvailability();
+}
+
+void FBaseOpt::TakeFixedSize(const std::string& width, const std::string& height) {
+  if (takingFixedSize_) return;
+  takingFixedSize_ = true;
+  TSmalS[3].SetText(width);
+  TSmalS[2].SetText(height);
+  takingFixedSize_ = false;
+}
+
+// The two windows mirror the fixed size crosswise, one text at a time: only a change that began here is sent on, or the
+// half that is still old would come back.
+void FBaseOpt::TSmalS_Change(std::size_t index) {
+  if (takingFixedSize_ || !Loaded() || (index != 2 && index != 3)) return;
+  const std::string width = TSmalS[3].Value();
+  const std::string height = TSmalS[2].Value();
+  takingFixedSize_ = true;
+  program_.form1.TFixWH[0].SetText(width);
+  program_.form1.TFixWH[1].SetText(height);
+  takingFixedSize_ = false;
+}
+
+void FBaseOpt::ChAddBoard_Click() {
+  if (ChAddBoard.On() && !IsStudioPreset(program_.form1.CmbKeepCut.Index())) ChFrmOnly.SetEnabled(true);
+}
+
+// The preset that only frames sets all its options itself.
+void FBaseOpt::ChFrmOnly_Click() {
+  if (program_.form1.CmbKeepCut.Index() == kFrameOnlyPreset) return;
+  if (ChFrmOnly.On()) {
+    if (ChFrmOnly.Tag() != "1") {
+      ChFrmOnly.SetTag("1");
+      program_.Ask(kFrameOnlyNote, kInformation);
+    }
+    ClearProcessing();
+  }
+  program_.ShowAvailability();
+}
+
+void FBaseOpt::ClearProcessing() {
+  program_.form1.ChFixCut.Set(false);
+  for (controls::CheckBox* box :
+       {&ChKeepExif, &ChMamal, &ChMulCut, &ChKeepCut, &ChSplit, &ChClsBlack, &ChClsWhite, &ChRotateCut, &ChRecover,
+        &ChZoomAndCut, &ChCutAndZoom, &ChToGray, &ChToWB, &ChInvert}) {
+    box->Set(false);
+  }
+  CmbRotate.Select(0);
+}
+
+void FBaseOpt::TBoard_Change(std::size_t index) {
+  if (TBoard[index].Number() >= 0) return;
+  program_.host.boxes.Beep();
+  TBoard[index].SetNumber(0);
+}
+
+void FBaseOpt::ChToGray_Click() {
+  if (ChToGray.On()) ChToWB.Set(false);
+}
+
+void FBaseOpt::ChToWB_Click() {
+  if (ChToWB.On()) ChToGray.Set(false);
+  TakeFlags();
+}
+
+void FBaseOpt::ChToCMYK_Click() {
+  if (Lacks(ChToCMYK, program_.outputTools)) return;
+  if (ChToCMYK.On() && !program_.host.files.IsFolder(program_.AppPath(kColorConfigs))) {
+    ChToCMYK.Set(false);
+    return;
+  }
+  TakeFlags();
+}
+
+void FBaseOpt::ChClsEdge_Click(controls::CheckBox& box, controls::CheckBox& other) {
+  if (!Lacks(box, program_.engines.edgeRemoval) && box.On()) other.Set(false);
+}
+
+void FBaseOpt::CmbDPI_Click() {
+  if (Loaded()) program_.flags.OutDpi = DpiOf(CmbDPI);
+}
+
+void FBaseOpt::ChKeepExif_Click() {
+  const Form1& form = program_.form1;
+  const bool tifOfGif =
+      Selected<CutMode>(form.CmbCutMode) == CutMode::Gif && Selected<OutType>(form.CmbOutType) == OutType::Tif;
+  if (ChKeepExif.On() && tifOfGif) {
+    ChKeepExif.Set(false);
+    return;
+  }
+  TakeFlags();
+}
+
+// Form1 decides whether it may be on.
+void FBaseOpt::ChBig_Click() {
+  program_.form1.ChBig.Set(ChBig.On());
+  ChBig.Set(program_.form1.ChBig.On());
+}
+
+}  // namespace quillon::job

@@ -1,0 +1,111 @@
+// SPDX-FileCopyrightText: 2026 The Quillon developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "job/program.h"
+
+#include "base/path_text.h"
+#include "formats/tools/processes.h"
+#include "formats/tools/twins.h"
+#include "job/file_intake.h"
+#include "job/geometry.h"
+#include "job/normal_cut.h"
+
+namespace quillon::job {
+namespace {
+
+constexpr const char* kSection = "Default";
+constexpr const char* kMissingResource =
+    "本机缺失资源文件，请使用最新安装包覆盖安装之后再行使用本功能！\r\n要立即下载安装包吗？";
+constexpr int kMissingResourceType = 17;
+constexpr const char* kInstallerKey = "InstallerUrl";
+constexpr const char* kInstallerUrl = "https://quillon.example/download";
+constexpr const char* kCloseQuestion = "关闭程序？";
+constexpr int kCloseType = 65;
+
+}  // namespace
+
+Program::Program(host::Host& hostIn)
+    : host(hostIn),
+      images(hostIn, [this] { flags.StopRequested = true; }),
+      form1(*this),
+      fBaseOpt(*this),
+      files(form1.MSF),
+      intake_(std::make_unique<FileIntake>(*this)),
+      normalCut_(std::make_unique<NormalCut>(*this)) {
+  windows.Add(form1);
+  windows.Add(fBaseOpt);
+  windows.Add(fCutPre);
+  flags.FixW = form1.TFixWH[0].Integer();
+  flags.FixH = form1.TFixWH[1].Integer();
+  ShowAvailability();
+}
+
+Program::~Program() = default;
+
+bool Program::Unload() {
+  if (Ask(kCloseQuestion, kCloseType) != host::Reply::Ok) return false;
+  // What cannot be removed is passed over: the next start writes it anew.
+  static_cast<void>(host.files.RemoveOwn(AppPath("Pdfs")));
+  images.DisposeImage(flags.FirstImageHandle);
+  images.ImageWizardShutDown();
+  formats::RemoveProgramsAtExit(host);
+  formats::KillProcessByName(host, "PicCirleCut.exe");
+  formats::KillProcessByName(host, "QxImgTool.exe");
+  ended_ = true;
+  return true;
+}
+
+host::Reply Program::Ask(const std::string& text, int type) { return host.boxes.Show({text, type}); }
+
+void Program::AskMissingResource() {
+  if (Ask(kMissingResource, kMissingResourceType) != host::Reply::Ok) return;
+  const std::string told = Setting(kInstallerKey);
+  host.shell.OpenBrowser(told.empty() ? kInstallerUrl : told);
+}
+
+void Program::ShowInPreview(const std::string& path) {
+  imaging::ImageFacts facts;
+  if (path.empty() || !images.ImageInfo(path, facts)) return;
+  base::Size size{facts.width, facts.height};
+  if (size.Empty()) return;
+  if (flags.AdvancedOptionsLoaded && fBaseOpt.ChZoomAndCut.On()) {
+    size = ZoomedSize(fBaseOpt.CmbZoom.Text(), size, ZoomTime::BeforeCut).value_or(size);
+  }
+  flags.CurrentImagePath = path;
+  ShowPicture(path, size);
+}
+
+void Program::ShowPicture(const std::string& path, base::Size size) {
+  flags.PreviewImageWidth = size.width;
+  flags.PreviewImageHeight = size.height;
+  fCutPre.preview.ShowPicture(path, size);
+  form1.ShowMarginLimits();
+  form1.ShowFrame();
+}
+
+void Program::WriteCanvas() {
+  constexpr base::Size kCanvas{50, 50};
+  imaging::Image canvas;
+  if (!images.NewCanvas(kCanvas, base::kWhite, canvas)) return;
+  // Whoever needs the canvas looks for the file.
+  static_cast<void>(images.SaveImageToBmpFile(canvas, AppPath("Canvas.bmp")));
+}
+
+bool Program::ShowWindow(const std::string& name) {
+  controls::Window* window = windows.FindWindow(name);
+  if (window) window->Show();
+  return window != nullptr;
+}
+
+void Program::HideWindow(const std::string& name) {
+  if (controls::Window* window = windows.FindWindow(name)) window->Hide();
+}
+
+std::string Program::Setting(const std::string& key) { return host.settings.Get(kTitle, kSection, key); }
+
+void Program::SaveSetting(const std::string& key, const std::string& value) {
+  host.settings.Set(kTitle, kSection, key, value);
+}
+
+std::string Program::AppPath(const std::string& name) const { return base::JoinPath(host.programFolder, name); }
+
+}  // namespace quillon::job

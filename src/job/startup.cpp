@@ -1,0 +1,82 @@
+// SPDX-FileCopyrightText: 2026 The Quillon developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+// How the program starts. The order matters: each step relies on those before it.
+#include "formats/tools/processes.h"
+#include "formats/tools/twins.h"
+#include "job/file_intake.h"
+#include "job/normal_cut.h"
+#include "job/program.h"
+#include "job/units.h"
+
+namespace quillon::job {
+namespace {
+
+constexpr int kDefaultDpi = 300;
+constexpr float kSheetWidthCm = 32.0F;
+constexpr float kSheetHeightCm = 46.4F;
+// The area of FCutPre before it has shown a picture.
+constexpr base::Size kPreviewBox{640, 480};
+
+// A helper that is missing is told of by whatever needs it.
+void CopyTwinQuietly(host::Host& host, const char* name) { static_cast<void>(formats::CopyTwin(host, name)); }
+
+}  // namespace
+
+bool Program::Start() {
+  if (!host.instance.Claim()) {
+    host.boxes.Beep();
+    ended_ = true;
+    return false;
+  }
+  ReadScreen();
+  CopyTwinQuietly(host, "PicCutConverter");
+  EndLeftOverHelpers();
+  images.ImageWizardStartUp();
+  ShowDesktopPicture();
+  form1.SelectFirstEntries();
+  // Without a screen there is no box either, and the margins have no maximum until a picture is shown.
+  if (fCutPre.preview.Picture().Empty() && !host.screen.DesktopSize().Empty()) ShowPicture("", kPreviewBox);
+  form1.ChCutA.Set(true);
+  for (const char* name : {"QxImgTool", "PicHandler", "TessaExifHandler", "SavePicsToTiff"})
+    CopyTwinQuietly(host, name);
+  ReadFolders();
+  fCutPre.Show();
+  const int sheetDpi = flags.OutDpi != 0 ? flags.OutDpi : kDefaultDpi;
+  flags.SheetWidth = CmToPixels(kSheetWidthCm, sheetDpi);
+  flags.SheetHeight = CmToPixels(kSheetHeightCm, sheetDpi);
+  if (flags.ArrayLoaded) ShowWindow("FArray");
+  WriteCanvas();
+  if (flags.OutDpi == 0) flags.OutDpi = kDefaultDpi;
+  form1.MenuCut.SetEnabled(true);
+  host.files.SweepDrafts(host.programFolder);
+  flags.HandlersLive = true;
+  form1.Show();
+  return true;
+}
+
+void Program::ReadScreen() {
+  const base::Size desktop = host.screen.DesktopSize();
+  if (!desktop.Empty()) flags.ScreenRatio = static_cast<double>(desktop.width) / desktop.height;
+  flags.ScreenDpi = host.screen.Dpi();
+}
+
+// One that a crashed run left behind could answer for a new one.
+void Program::EndLeftOverHelpers() {
+  for (const char* name : {"PicCirleCut.exe", "QxImgTool.exe", "DCRebooter.exe"}) {
+    formats::KillProcessByName(host, name);
+  }
+}
+
+void Program::ShowDesktopPicture() {
+  flags.CurrentImagePath = host.screen.Wallpaper();
+  if (host.files.IsFile(flags.CurrentImagePath)) ShowInPreview(flags.CurrentImagePath);
+}
+
+void Program::ReadFolders() {
+  const std::string input = Setting("LInDir");
+  const std::string output = Setting("LOutDir");
+  if (!input.empty()) form1.LInDir.SetText(input);
+  if (!output.empty()) form1.LOutDir.SetText(output);
+}
+
+}  // namespace quillon::job
