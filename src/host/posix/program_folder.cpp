@@ -49,7 +49,9 @@ bool IsSupply(const Files& files, const std::string& folder, const std::string& 
 
 using Wanted = std::function<bool(const FolderEntry&)>;
 
-bool SameStand(const Files& files, const std::string& from, const std::string& to) {
+// A user may change an .ini file; all else follows what is installed.
+bool UpToDate(const Files& files, const std::string& from, const std::string& to) {
+  if (from.ends_with(".ini") && files.IsFile(to)) return true;
   const auto source = files.Look(from);
   const auto standing = files.Look(to);
   return source && standing && source->size == standing->size && source->modified == standing->modified;
@@ -71,7 +73,7 @@ Status Fill(Files& files, const std::string& from, const std::string& to, const 
     const std::string target = base::JoinPath(to, entry.name);
     if (entry.kind == FileKind::Folder) {
       KeepFirst(status, Fill(files, source, target, [](const FolderEntry&) { return true; }));
-    } else if (entry.kind == FileKind::File && !SameStand(files, source, target)) {
+    } else if (entry.kind == FileKind::File && !UpToDate(files, source, target)) {
       KeepFirst(status, files.Copy(source, target));
     }
   }

@@ -24,7 +24,8 @@ ProgramFolderHints HintsOfThisProcess();
 std::string ChooseProgramFolder(const Files& files, const ProgramFolderHints& hints);
 
 // Makes the program folder, sweeps the drafts of a killed run and, where it is not the executable's own folder, fills
-// it from the installed files; a file of the same size and time is not copied again, and what else lies there stays.
+// it from the installed files; a file of the same size and time is not copied again, an .ini file is never replaced,
+// and what else lies there stays.
 // From an installed program everything in lib/quillon and share/quillon comes along; from a portable one the helper
 // programs, the .ini files and the colour profiles, but none of its work files. Goes on past files that cannot be
 // copied and gives the first failure.
