@@ -1,0 +1,31 @@
+// SPDX-FileCopyrightText: 2026 The Quillon developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include <QApplication>
+#include <QTimer>
+#include <string>
+#include <vector>
+
+#include "job/file_intake.h"
+#include "job/program.h"
+#include "ui/application.h"
+#include "ui/host/desktop.h"
+#include "ui/main/main_window.h"
+
+// quillon [FILE|FOLDER...]: the window, with the named files listed.
+int main(int count, char** arguments) {
+  QApplication application(count, arguments);
+  quillon::ui::SetUp(application);
+  const std::vector<std::string> files(arguments + (count > 0), arguments + count);
+
+  quillon::ui::Desktop desktop;
+  quillon::job::Program program(desktop.Host());
+  if (!program.Start()) return 0;
+  quillon::ui::MainWindow window(program);
+  desktop.SetOwner(&window);
+  window.show();
+  // After the first paint, so that a long list is seen growing.
+  QTimer::singleShot(0, &window, [&] {
+    if (!files.empty()) program.Intake().Admit(files);
+  });
+  return QApplication::exec();
+}

@@ -1,0 +1,29 @@
+// SPDX-FileCopyrightText: 2026 The Quillon developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "ui/application.h"
+
+#include <QApplication>
+#include <QLibraryInfo>
+#include <QLocale>
+#include <QTranslator>
+
+#include "ui/theme/icons.h"
+#include "ui/theme/theme.h"
+
+namespace quillon::ui {
+
+void SetUp(QApplication& application) {
+  QApplication::setApplicationName(QStringLiteral("quillon"));
+  QApplication::setApplicationDisplayName({});
+  QApplication::setApplicationVersion(QStringLiteral(QUILLON_VERSION));
+  QApplication::setDesktopFileName(QStringLiteral("quillon"));
+  QApplication::setWindowIcon(ProgramIcon());
+  QLocale::setDefault(QLocale(QLocale::Chinese, QLocale::China));
+  auto* translator = new QTranslator(&application);
+  const QString folder = QLibraryInfo::path(QLibraryInfo::TranslationsPath);
+  if (translator->load(QStringLiteral("qtbase_zh_CN"), folder)) QApplication::installTranslator(translator);
+  PreferChineseFonts(application);
+  ApplyTheme(application);
+}
+
+}  // namespace quillon::ui

@@ -1,0 +1,81 @@
+// SPDX-FileCopyrightText: 2026 The Quillon developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "ui/bind/binder.h"
+
+#include <QWidget>
+
+#include "controls/window.h"
+#include "ui/bind/binding.h"
+
+namespace quillon::ui {
+namespace {
+
+bool LiesIn(const controls::Control& control, const controls::Control& holder) {
+  for (const controls::Control* parent = control.Parent(); parent; parent = parent->Parent()) {
+    if (parent == &holder) return true;
+  }
+  return false;
+}
+
+}  // namespace
+
+Binder::Binder(controls::Window& window, Refusal onRefusal) : window_(window), onRefusal_(std::move(onRefusal)) {
+  token_ = window_.Observe([this](controls::Control& control, controls::Aspect aspect) { OnChange(control, aspect); });
+}
+
+Binder::~Binder() {
+  window_.Forget(token_);
+  // Widgets outlive their binder for a moment while a window is torn down, and must not speak to it any more.
+  for (auto& [control, list] : bindings_) {
+    for (const QPointer<QObject>& binding : list) delete binding.data();
+  }
+}
+
+void Binder::Attach(Binding* binding) {
+  bindings_[&binding->Control()].emplace_back(binding);
+  binding->ShowLook();
+  binding->ShowValue();
+}
+
+void Binder::Refused(const std::string& sentence) const {
+  if (onRefusal_) onRefusal_(sentence);
+}
+
+void Binder::CommitTyped() {
+  for (auto& [control, list] : bindings_) {
+    for (const QPointer<QObject>& binding : list) {
+      if (binding) static_cast<Binding*>(binding.data())->CommitTyped();
+    }
+  }
+}
+
+void Binder::OnChange(controls::Control& control, controls::Aspect aspect) {
+  for (auto& [bound, list] : bindings_) {
+    const bool itself = bound == &control;
+    const bool inside = aspect == controls::Aspect::Look && !itself && LiesIn(*bound, control);
+    if (!itself && !inside) continue;
+    for (const QPointer<QObject>& pointer : list) {
+      auto* binding = static_cast<Binding*>(pointer.data());
+      if (!binding) continue;
+      if (aspect == controls::Aspect::Look) binding->ShowLook();
+      if (itself) binding->ShowValue();
+    }
+  }
+}
+
+void Binding::Edit(const std::string& text) {
+  const QPointer<QObject> alive(this);
+  const controls::EditResult result = control_.UserEdit(text);
+  if (!alive) return;
+  ShowValue();
+  if (!result.Accepted()) binder_.Refused(result.refusal);
+}
+
+void Binding::Click() {
+  const QPointer<QObject> alive(this);
+  binder_.CommitTyped();
+  const controls::EditResult result = control_.UserClick();
+  if (alive && !result.Accepted()) binder_.Refused(result.refusal);
+}
+
+}  // namespace quillon::ui

@@ -1,0 +1,48 @@
+// SPDX-FileCopyrightText: 2026 The Quillon developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "ui/bind/menu_bindings.h"
+
+#include <QAction>
+#include <QMenu>
+
+#include "ui/bind/binding.h"
+#include "ui/text.h"
+
+namespace quillon::ui {
+namespace {
+
+class ActionBinding : public Binding {
+ public:
+  ActionBinding(controls::Menu& menu, Binder& binder, QAction* action)
+      : Binding(menu, binder, action), action_(action) {
+    action->setShortcut(QKeySequence(Shown(menu.Shortcut())));
+    if (!action->menu()) connect(action, &QAction::triggered, this, [this] { Click(); });
+  }
+
+  void ShowLook() override {
+    action_->setText(Shown(Control().Caption()));
+    if (!Control().Tooltip().empty()) action_->setToolTip(Shown(Control().Tooltip()));
+    action_->setStatusTip(Shown(Control().Tooltip()));
+    action_->setEnabled(Control().Enabled());
+    action_->setVisible(Control().Visible());
+  }
+
+ private:
+  QAction* action_;
+};
+
+}  // namespace
+
+QAction* MakeMenuAction(controls::Menu& menu, Binder& binder, QObject* parent) {
+  auto* action = new QAction(parent);
+  action->setObjectName(Shown(menu.Name()));
+  binder.Attach(new ActionBinding(menu, binder, action));
+  return action;
+}
+
+void JoinMenu(controls::Menu& menu, Binder& binder, QMenu* target) {
+  target->menuAction()->setObjectName(Shown(menu.Name()));
+  binder.Attach(new ActionBinding(menu, binder, target->menuAction()));
+}
+
+}  // namespace quillon::ui

@@ -1,0 +1,63 @@
+// SPDX-FileCopyrightText: 2026 The Quillon developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "ui/main/file_list_model.h"
+
+#include <QApplication>
+
+#include "ui/text.h"
+#include "ui/theme/theme.h"
+
+namespace quillon::ui {
+namespace {
+
+constexpr int kFirstNumber = 3;  // width, height, sizes and resolution stand behind name, type and folder
+
+bool NotWritten(const job::FileRow& row) { return row.result != job::Result::Written; }
+bool Done(const job::FileRow& row) { return row.result == job::Result::Written && row.newBytes > 0; }
+
+QString ResultText(const job::FileRow& row) {
+  if (Done(row)) return QStringLiteral("✓");
+  if (!NotWritten(row)) return {};
+  const QString mark = row.result == job::Result::Skipped ? QStringLiteral("– ") : QStringLiteral("✗ ");
+  return mark + Shown(row.why);
+}
+
+}  // namespace
+
+int FileListModel::columnCount(const QModelIndex& parent) const {
+  return parent.isValid() ? 0 : GridModel::columnCount() + 1;
+}
+
+QVariant FileListModel::headerData(int section, Qt::Orientation orientation, int role) const {
+  if (role == Qt::TextAlignmentRole && orientation == Qt::Horizontal && section >= kFirstNumber) {
+    return section < ResultColumn() ? QVariant(Qt::AlignRight | Qt::AlignVCenter) : QVariant();
+  }
+  if (role == Qt::DisplayRole && orientation == Qt::Horizontal && section == ResultColumn()) {
+    return QStringLiteral("结果");
+  }
+  const QVariant words = GridModel::headerData(section, orientation, role);
+  return role == Qt::DisplayRole ? QVariant(words.toString().trimmed()) : words;
+}
+
+QVariant FileListModel::data(const QModelIndex& index, int role) const {
+  const auto at = static_cast<std::size_t>(index.row());
+  if (!index.isValid() || at >= files_.RowCount()) return {};
+  const job::FileRow& row = files_.Row(at);
+  const bool result = index.column() == ResultColumn();
+  switch (role) {
+    case Qt::DisplayRole:
+      return result ? QVariant(ResultText(row)) : GridModel::data(index, role);
+    case Qt::ToolTipRole:
+      return NotWritten(row) ? Shown(row.why) : Shown(row.Path());
+    case Qt::ForegroundRole:
+      if (NotWritten(row)) return WarningInk(QApplication::palette());
+      return result ? QVariant(GoodInk(QApplication::palette())) : QVariant();
+    case Qt::TextAlignmentRole:
+      if (result || index.column() < kFirstNumber) return {};
+      return QVariant(Qt::AlignRight | Qt::AlignVCenter);
+    default:
+      return {};
+  }
+}
+
+}  // namespace quillon::ui

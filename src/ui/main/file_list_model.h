@@ -1,0 +1,26 @@
+// SPDX-FileCopyrightText: 2026 The Quillon developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "job/file_list.h"
+#include "ui/bind/grid_model.h"
+
+namespace quillon::ui {
+
+// The rows of the list with one more column, which tells what the last run made of each file.
+class FileListModel : public GridModel {
+ public:
+  FileListModel(controls::Grid& grid, const job::FileList& files, QObject* parent = nullptr)
+      : GridModel(grid, parent), files_(files) {}
+
+  int columnCount(const QModelIndex& parent = {}) const override;
+  QVariant data(const QModelIndex& index, int role) const override;
+  QVariant headerData(int section, Qt::Orientation orientation, int role) const override;
+
+  int ResultColumn() const { return GridModel::columnCount(); }
+
+ private:
+  const job::FileList& files_;
+};
+
+}  // namespace quillon::ui

@@ -1,0 +1,29 @@
+// SPDX-FileCopyrightText: 2026 The Quillon developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <QPainterPath>
+#include <QRectF>
+#include <QString>
+
+class QPainter;
+class QWidget;
+
+namespace quillon::ui {
+
+// The outline of a cut of the given shape (as CmbCutStyle: rectangle, square, ellipse, circle, rounded, rounded
+// square).
+QPainterPath FrameOutline(const QRectF& frame, int shape);
+
+struct FrameLook {
+  QRectF picture;  // where the picture is drawn
+  QRectF frame;    // the cut frame over it
+  int shape = 0;
+  bool fixed = false;  // a frame of a fixed size
+  QString label;       // its size in words
+};
+
+// Dims what is cut off, and draws the frame with its size.
+void PaintFrame(QPainter& painter, const FrameLook& look);
+
+}  // namespace quillon::ui

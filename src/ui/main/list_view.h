@@ -1,0 +1,32 @@
+// SPDX-FileCopyrightText: 2026 The Quillon developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "job/program.h"
+#include "ui/bind/binder.h"
+#include "ui/bind/grid_view.h"
+
+namespace quillon::ui {
+
+class FileListModel;
+
+// The list of files, with a hint while it is empty.
+class ListView : public GridView {
+ public:
+  ListView(job::Program& program, Binder& binder, QWidget* parent = nullptr);
+  ~ListView() override;
+
+  FileListModel& Model() const { return *model_; }
+
+ protected:
+  void paintEvent(QPaintEvent* event) override;
+
+ private:
+  void SizeColumns();
+
+  job::Program& program_;
+  FileListModel* model_;
+  int token_;
+};
+
+}  // namespace quillon::ui

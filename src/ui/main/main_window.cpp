@@ -1,0 +1,177 @@
+// SPDX-FileCopyrightText: 2026 The Quillon developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "ui/main/main_window.h"
+
+#include <QApplication>
+#include <QCloseEvent>
+#include <QMenu>
+#include <QMenuBar>
+#include <QMimeData>
+#include <QScreen>
+#include <QSplitter>
+#include <QTimer>
+
+#include "job/file_intake.h"
+#include "ui/bind/uri_list.h"
+#include "ui/main/list_view.h"
+#include "ui/main/menu_bar.h"
+#include "ui/main/parameter_panel.h"
+#include "ui/main/preview_dock.h"
+#include "ui/main/status_strip.h"
+#include "ui/main/tool_bar.h"
+#include "ui/options/options_window.h"
+#include "ui/text.h"
+#include "ui/theme/icons.h"
+#include "ui/theme/metrics.h"
+
+namespace quillon::ui {
+namespace {
+
+constexpr QSize kOpeningSize(1240, 740);
+constexpr int kPreviewWidth = 40 * kGap;
+
+}  // namespace
+
+MainWindow::MainWindow(job::Program& program)
+    : program_(program),
+      form_(program.form1),
+      loader_([&program](const std::string& path, QSize limit) { return ReadPreview(program.images, path, limit); }),
+      binder_(program.form1, [this](const std::string& sentence) { Refused(sentence); }) {
+  setObjectName(Shown(form_.Name()));
+  setWindowIcon(ProgramIcon());
+  setAcceptDrops(true);
+  setContextMenuPolicy(Qt::NoContextMenu);
+  BuildMenus();
+  addToolBar(new ToolBar(form_, binder_, *this));
+
+  auto* middle = new QSplitter(Qt::Horizontal);
+  auto* panel = new ParameterPanel(form_, binder_);
+  list_ = new ListView(program_, binder_);
+  middle->addWidget(panel);
+  middle->addWidget(list_);
+  middle->setStretchFactor(1, 1);
+  middle->setChildrenCollapsible(false);
+  middle->setHandleWidth(1);
+  setCentralWidget(middle);
+
+  preview_ = new PreviewDock(program_.fCutPre, loader_, this);
+  preview_->setAllowedAreas(Qt::LeftDockWidgetArea | Qt::RightDockWidgetArea);
+  addDockWidget(Qt::RightDockWidgetArea, preview_);
+  preview_->setVisible(program_.fCutPre.Visible());
+
+  status_ = new StatusStrip(form_, binder_);
+  setStatusBar(status_);
+  monitor_ = std::make_unique<RunMonitor>(
+      program_.host.clock, [this](const RunFigures& figures) { status_->ShowRun(figures); },
+      [this](const job::RunTotals& totals) { status_->ShowSummary(totals); });
+  program_.observer = monitor_.get();
+
+  token_ = form_.Observe({}, [this](controls::Window&) { ShowTitle(); });
+  optionsToken_ = program_.fBaseOpt.Observe({}, [this](controls::Window&) { ShowOptions(); });
+  ShowTitle();
+  ShowOptions();
+  resize(kOpeningSize.boundedTo(screen()->availableSize()));
+  resizeDocks({preview_}, {kPreviewWidth}, Qt::Horizontal);
+}
+
+MainWindow::~MainWindow() {
+  program_.observer = nullptr;
+  form_.Forget(token_);
+  program_.fBaseOpt.Forget(optionsToken_);
+  // Widgets that listen to the binder and the loader go before those do.
+  delete options_;
+  delete preview_;
+  delete takeCentralWidget();
+}
+
+void MainWindow::BuildMenus() {
+  BuildMenuBar(form_, binder_, *this);
+  AddViewMenu();
+  connect(ActionOf(form_.MenuExit, *this), &QAction::triggered, this, [this] { QuitWhenEnded(); });
+}
+
+// What belongs to this window alone: the way back to a preview that was closed.
+void MainWindow::AddViewMenu() {
+  auto* view = new QMenu(QStringLiteral("视图"), this);
+  QAction* preview = view->addAction(QStringLiteral("预览窗口"));
+  preview->setObjectName(QStringLiteral("viewPreview"));
+  preview->setCheckable(true);
+  preview->setShortcut(QKeySequence(QStringLiteral("F3")));
+  addAction(preview);
+  connect(view, &QMenu::aboutToShow, preview, [this, preview] { preview->setChecked(program_.fCutPre.Visible()); });
+  connect(preview, &QAction::triggered, this, [this] {
+    if (program_.fCutPre.Visible()) {
+      program_.fCutPre.Hide();
+    } else {
+      program_.fCutPre.Show();
+    }
+  });
+  menuBar()->insertMenu(ActionOf(form_.MenuHelp, *this), view);
+}
+
+// A title is a status text in front of the program's name; the status bar repeats the status.
+void MainWindow::ShowTitle() {
+  const QString title = Shown(form_.Title());
+  setWindowTitle(title);
+  QString activity = title;
+  activity.chop(title.endsWith(QString::fromLatin1(job::kTitle)) ? qsizetype(qstrlen(job::kTitle)) : 0);
+  status_->ShowActivity(activity.trimmed());
+}
+
+OptionsWindow& MainWindow::Options() {
+  if (!options_) {
+    options_ = new OptionsWindow(
+        program_.fBaseOpt, [this](const std::string& sentence) { Refused(sentence); }, this);
+  }
+  return *options_;
+}
+
+void MainWindow::ShowOptions() {
+  const bool visible = program_.fBaseOpt.Visible();
+  if (!visible && !options_) return;
+  const bool first = !options_;
+  OptionsWindow& window = Options();
+  if (first) window.move(list_->mapToGlobal(QPoint(3 * kGap, 6 * kGap)));
+  window.setVisible(visible);
+}
+
+void MainWindow::Refused(const std::string& sentence) {
+  program_.host.boxes.Beep();
+  status_->ShowSentence(Shown(sentence));
+}
+
+void MainWindow::QuitWhenEnded() {
+  if (!program_.Ended()) return;
+  hide();
+  QCoreApplication::quit();
+}
+
+// The record asks; the window goes when the program has ended.
+void MainWindow::closeEvent(QCloseEvent* event) {
+  binder_.CommitTyped();
+  if (!program_.Ended()) form_.Close();
+  event->setAccepted(program_.Ended());
+  QuitWhenEnded();
+}
+
+void MainWindow::dragEnterEvent(QDragEnterEvent* event) {
+  if (form_.MenuAddFiles.Enabled() && !PathsOf(*event->mimeData()).empty()) event->acceptProposedAction();
+}
+
+// The question that follows must not keep the program waiting that the files were dragged from.
+void MainWindow::dropEvent(QDropEvent* event) {
+  event->acceptProposedAction();
+  QTimer::singleShot(0, this, [this, paths = PathsOf(*event->mimeData())] {
+    binder_.CommitTyped();
+    program_.Intake().MSF_OLEDragDrop(paths);
+  });
+}
+
+QImage ReadPreview(imaging::Services& images, const std::string& path, QSize limit) {
+  imaging::Services::Preview preview;
+  if (!images.LoadPreview(path, {limit.width(), limit.height()}, preview) || preview.size.Empty()) return {};
+  const qsizetype stride = qsizetype{3} * preview.size.width;
+  return QImage(preview.rgb.data(), preview.size.width, preview.size.height, stride, QImage::Format_RGB888).copy();
+}
+
+}  // namespace quillon::ui

@@ -1,0 +1,60 @@
+// SPDX-FileCopyrightText: 2026 The Quillon developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <QMainWindow>
+#include <memory>
+
+#include "job/program.h"
+#include "ui/bind/binder.h"
+#include "ui/main/preview_loader.h"
+#include "ui/main/run_monitor.h"
+
+namespace quillon::ui {
+
+class ListView;
+class OptionsWindow;
+class ParameterPanel;
+class PreviewDock;
+class StatusStrip;
+
+// Form1 on the screen: parameters on the left, the list in the middle, the preview on the right.
+class MainWindow : public QMainWindow {
+ public:
+  explicit MainWindow(job::Program& program);
+  ~MainWindow() override;
+
+  PreviewLoader& Loader() { return loader_; }
+  // The window of the advanced options; it is made when it is first wanted.
+  OptionsWindow& Options();
+
+ protected:
+  void closeEvent(QCloseEvent* event) override;
+  void dragEnterEvent(QDragEnterEvent* event) override;
+  void dropEvent(QDropEvent* event) override;
+
+ private:
+  void BuildMenus();
+  void AddViewMenu();
+  void ShowTitle();
+  void ShowOptions();
+  void Refused(const std::string& sentence);
+  void QuitWhenEnded();
+
+  job::Program& program_;
+  job::Form1& form_;
+  PreviewLoader loader_;
+  Binder binder_;
+  int token_;
+  int optionsToken_;
+  ListView* list_ = nullptr;
+  PreviewDock* preview_ = nullptr;
+  StatusStrip* status_ = nullptr;
+  OptionsWindow* options_ = nullptr;
+  std::unique_ptr<RunMonitor> monitor_;
+};
+
+// A picture as the preview draws it.
+QImage ReadPreview(imaging::Services& images, const std::string& path, QSize limit);
+
+}  // namespace quillon::ui

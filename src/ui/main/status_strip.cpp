@@ -1,0 +1,70 @@
+// SPDX-FileCopyrightText: 2026 The Quillon developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "ui/main/status_strip.h"
+
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QProgressBar>
+
+#include "ui/bind/elided_label.h"
+#include "ui/theme/metrics.h"
+
+namespace quillon::ui {
+namespace {
+
+constexpr int kProgressWidth = 20 * kGap;
+constexpr int kSentenceMilliseconds = 8000;
+
+}  // namespace
+
+StatusStrip::StatusStrip(job::Form1& form, Binder& binder, QWidget* parent)
+    : QStatusBar(parent), word_(new ElidedLabel), progress_(new QProgressBar), rate_(new QLabel), left_(new QLabel) {
+  word_->setObjectName(QStringLiteral("statusWord"));
+  progress_->setObjectName(QStringLiteral("progress"));
+  progress_->setAccessibleName(QStringLiteral("进度"));
+  progress_->setFixedWidth(kProgressWidth);
+  progress_->setFormat(QStringLiteral("%v / %m"));
+  progress_->setAlignment(Qt::AlignCenter);
+  rate_->setObjectName(QStringLiteral("rate"));
+  left_->setObjectName(QStringLiteral("timeLeft"));
+  setContentsMargins(kGap / 2, 0, kGap / 2, 0);
+  addWidget(binder.Make(form.LStatus), 1);
+  addWidget(word_, 1);
+  addPermanentWidget(rate_);
+  addPermanentWidget(left_);
+  addPermanentWidget(progress_);
+  ShowRun({});
+}
+
+void StatusStrip::ShowRun(const RunFigures& figures) {
+  running_ = figures.running;
+  progress_->setVisible(figures.running);
+  if (figures.running) {
+    active_ = false;
+    progress_->setTextVisible(true);
+    progress_->setRange(0, static_cast<int>(figures.planned));
+    progress_->setValue(static_cast<int>(figures.done));
+    word_->setText(figures.file);
+  }
+  rate_->setText(RateText(figures.rate));
+  rate_->setVisible(!rate_->text().isEmpty());
+  left_->setText(TimeLeftText(figures.secondsLeft));
+  left_->setVisible(!left_->text().isEmpty());
+}
+
+void StatusStrip::ShowSummary(const job::RunTotals& totals) { word_->setText(SummaryText(totals)); }
+
+void StatusStrip::ShowActivity(const QString& text) {
+  if (running_ || (text.isEmpty() && !active_)) return;
+  active_ = !text.isEmpty();
+  progress_->setVisible(active_);
+  if (active_) {
+    progress_->setTextVisible(false);
+    progress_->setRange(0, 0);
+  }
+  word_->setText(text);
+}
+
+void StatusStrip::ShowSentence(const QString& text) { showMessage(text, kSentenceMilliseconds); }
+
+}  // namespace quillon::ui

@@ -1,0 +1,33 @@
+// SPDX-FileCopyrightText: 2026 The Quillon developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <QDialog>
+#include <functional>
+
+#include "job/fbaseopt.h"
+#include "ui/bind/binder.h"
+
+class QVBoxLayout;
+
+namespace quillon::ui {
+
+// FBaseOpt as a tool window: closing it hides it, its record keeps all values.
+class OptionsWindow : public QDialog {
+ public:
+  OptionsWindow(job::FBaseOpt& record, Binder::Refusal onRefusal, QWidget* parent = nullptr);
+
+ protected:
+  void closeEvent(QCloseEvent* event) override;
+  void reject() override;
+
+ private:
+  QWidget* AddGroup(QVBoxLayout* column, controls::Frame& frame);
+  void AddLeft(QVBoxLayout* column);
+  void AddRight(QVBoxLayout* column);
+
+  job::FBaseOpt& record_;
+  Binder binder_;
+};
+
+}  // namespace quillon::ui
