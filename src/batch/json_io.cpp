@@ -113,7 +113,7 @@ class ScriptReader {
 
   std::string Checked(const Json& value) {
     if (!value.is_string()) {
-      Fail("应是一段文字：" + value.dump());
+      Fail(value.is_primitive() ? "应是一段文字：" + value.dump() : "应是一段文字，不是列表或对象");
       return {};
     }
     auto text = value.get<std::string>();
