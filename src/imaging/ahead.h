@@ -21,17 +21,17 @@ namespace quillon::imaging {
 // unchanged since before the work began; whatever fails here is silently left to the caller, who does the work again
 // and reports.
 //
-// Plan and Take are called from one thread. The pump given to a wait is called every few milliseconds; it may call
-// Plan.
+// Plan, Take and Await are called from one thread. The pump given to a wait is called every few milliseconds; it may
+// call Plan.
 class Ahead {
  public:
   struct Job {
     const CropRequest& request;
     std::stop_token stop;
-    // Appends to the result; fails when the results held would grow above the cap.
+    // Appends to the result; fails when the results held would grow above their bound.
     std::function<Status(const void*, std::size_t)> sink;
-    // Waits until so many bytes of working memory are free for this job; false when it was stopped instead. A job that
-    // needs more than all there is never gets it.
+    // Asked before so many bytes of working memory are taken; at false the work has to end. It is begun again when
+    // there is room, and left to the caller when there never can be.
     std::function<bool(std::int64_t bytes)> admit;
   };
   // Does a crop into the job's sink without touching its destination. Called on several threads at once.
@@ -40,9 +40,9 @@ class Ahead {
   using MeasureWork = std::function<void(const std::string& path)>;
 
   struct Bounds {
-    int threads = 0;                                // 0: as many as there are cores
-    std::int64_t results = std::int64_t{48} << 20;  // bytes of finished and growing results
-    std::int64_t working = std::int64_t{96} << 20;  // bytes admitted to running crops
+    int threads = 0;                                 // 0: as many as there are cores
+    std::int64_t results = std::int64_t{48} << 20;   // bytes of finished and growing results
+    std::int64_t working = std::int64_t{120} << 20;  // bytes admitted to running crops
   };
 
   Ahead(host::Files& files, CropWork crop, MeasureWork measure, Bounds bounds);
@@ -59,16 +59,16 @@ class Ahead {
   // Replaces the plan of measurements; they are made in order when no crop is waiting.
   void PlanMeasures(std::vector<std::string> upcoming);
 
-  // The finished bytes for request, which leaves the plan. Waits when it is under way; nothing when it was not planned,
-  // was not begun, failed, or its source has changed.
+  // The finished bytes for request, which leaves the plan. Waits for them when it is planned; nothing when it was not
+  // planned (or is no longer: the pump may replace the plan), failed, or its source has changed.
   std::optional<std::string> TakeCrop(const CropRequest& request, const std::function<void()>& pump);
 
   // Called before path is measured by the caller: takes it out of the plan, and waits when it is under way.
   void AwaitMeasure(const std::string& path, const std::function<void()>& pump);
 
  private:
-  struct Parts;
-  std::unique_ptr<Parts> parts_;
+  class Engine;
+  std::unique_ptr<Engine> engine_;
 };
 
 }  // namespace quillon::imaging

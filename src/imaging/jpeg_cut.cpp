@@ -242,7 +242,7 @@ class Cutter {
 
   void WriteMarkers() {
     if (!exifOut_.empty()) WriteMarker(JPEG_APP0 + 1, exifOut_);
-    for (std::size_t i = 0; i < head_.icc.size(); ++i) WriteMarker(JPEG_APP0 + 2, head_.icc[i]);
+    for (const auto& part : head_.icc) WriteMarker(JPEG_APP0 + 2, part);
   }
 
   void WriteMarker(int marker, std::string_view bytes) {

@@ -1,0 +1,157 @@
+// SPDX-FileCopyrightText: 2026 The Quillon developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "imaging/measure.h"
+
+#include <cstdint>
+#include <mutex>
+#include <optional>
+#include <string_view>
+#include <unordered_map>
+#include <vector>
+
+#include "imaging/measure_dpi.h"
+#include "imaging/measure_probe.h"
+
+namespace quillon::imaging {
+namespace {
+
+using host::FileFacts;
+using host::FileKind;
+using host::Problem;
+
+constexpr int kNotAsked = -1;
+
+struct Answer {
+  std::uint64_t size = 0;
+  std::int64_t modified = 0;
+  std::uint64_t inode = 0;
+  int width = 0;
+  int height = 0;
+  int dpi = kNotAsked;
+
+  bool IsFor(const FileFacts& file) const {
+    return size == file.size && modified == file.modified && inode == file.inode;
+  }
+};
+
+bool SameFile(const FileFacts& a, const FileFacts& b) {
+  return a.kind == b.kind && a.size == b.size && a.modified == b.modified && a.device == b.device && a.inode == b.inode;
+}
+
+// Answers by path. Of the path only a hash is kept; size, time and inode have to agree as well. When the younger half
+// is full the older one is dropped.
+class Memory {
+ public:
+  std::optional<Answer> Find(const std::string& path, const FileFacts& file) {
+    const std::uint64_t key = KeyOf(path, file);
+    const std::lock_guard lock(mutex_);
+    for (Half* half : {&young_, &old_}) {
+      const auto found = half->find(key);
+      if (found != half->end() && found->second.IsFor(file)) return found->second;
+    }
+    return std::nullopt;
+  }
+
+  void Keep(const std::string& path, const FileFacts& file, const Answer& answer) {
+    const std::uint64_t key = KeyOf(path, file);
+    const std::lock_guard lock(mutex_);
+    if (young_.size() >= kHalf) {
+      old_ = std::move(young_);
+      young_ = {};
+    }
+    young_[key] = answer;
+  }
+
+ private:
+  using Half = std::unordered_map<std::uint64_t, Answer>;
+  static constexpr std::size_t kHalf = 150'000;
+
+  static std::uint64_t KeyOf(const std::string& path, const FileFacts& file) {
+    constexpr std::uint64_t kSpread = 0x9E3779B97F4A7C15;
+    return std::hash<std::string_view>{}(path) ^ (file.device * kSpread);
+  }
+
+  std::mutex mutex_;
+  Half young_;
+  Half old_;
+};
+
+}  // namespace
+
+struct Measurer::Parts {
+  host::Files& files;
+  Loader psdLoader;
+  Memory memory;
+  std::mutex probesMutex;
+  std::vector<std::unique_ptr<MeasureProbe>> probes;  // those not in use
+
+  Parts(host::Files& f, Loader loader) : files(f), psdLoader(std::move(loader)) {}
+
+  std::unique_ptr<MeasureProbe> TakeProbe() {
+    {
+      const std::lock_guard lock(probesMutex);
+      if (!probes.empty()) {
+        std::unique_ptr<MeasureProbe> probe = std::move(probes.back());
+        probes.pop_back();
+        return probe;
+      }
+    }
+    return std::make_unique<MeasureProbe>();
+  }
+
+  Status MeasureFile(const std::string& path, Answer& answer) {
+    if (path.find(".psd") != std::string::npos) return MeasureByLoading(path, answer);
+    std::unique_ptr<MeasureProbe> probe = TakeProbe();
+    base::Size size;
+    const Status status = probe->Measure(path, size);
+    {
+      const std::lock_guard lock(probesMutex);
+      probes.push_back(std::move(probe));
+    }
+    answer.width = size.width;
+    answer.height = size.height;
+    return status;
+  }
+
+  Status MeasureByLoading(const std::string& path, Answer& answer) {
+    ImageFacts facts;
+    const Status status = psdLoader(path, facts);
+    answer.width = facts.width;
+    answer.height = facts.height;
+    answer.dpi = facts.dpi;
+    return status;
+  }
+};
+
+Measurer::Measurer(host::Files& files, Loader psdLoader)
+    : parts_(std::make_unique<Parts>(files, std::move(psdLoader))) {}
+
+Measurer::~Measurer() = default;
+
+Status Measurer::Measure(const std::string& path, ImageFacts& facts) {
+  const std::optional<FileFacts> file = parts_->files.Look(path);
+  if (!file) return {Problem::Missing, "找不到图片文件"};
+  if (file->kind != FileKind::File) return {Problem::Unsupported, "不是图片文件"};
+
+  const std::optional<Answer> known = parts_->memory.Find(path, *file);
+  Answer answer = known.value_or(Answer{.size = file->size, .modified = file->modified, .inode = file->inode});
+  if (!known) {
+    if (Status status = parts_->MeasureFile(path, answer); !status) return status;
+  }
+  const bool wantsDpi = facts.dpi > 0 && answer.dpi == kNotAsked;
+  if (wantsDpi) answer.dpi = ReadDpi(path);
+  if (!known || wantsDpi) {
+    const std::optional<FileFacts> after = parts_->files.Look(path);
+    if (after && SameFile(*file, *after)) parts_->memory.Keep(path, *file, answer);
+  }
+  const bool byLoading = path.find(".psd") != std::string::npos;
+  facts = {answer.width, answer.height, facts.dpi > 0 || byLoading ? answer.dpi : 0};
+  return Status::Ok();
+}
+
+bool Measurer::Knows(const std::string& path) const {
+  const std::optional<FileFacts> file = parts_->files.Look(path);
+  return file && parts_->memory.Find(path, *file).has_value();
+}
+
+}  // namespace quillon::imaging

@@ -1,0 +1,425 @@
+// SPDX-FileCopyrightText: 2026 The Quillon developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "imaging/ahead.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <atomic>
+#include <condition_variable>
+#include <mutex>
+#include <set>
+#include <stdexcept>
+
+#include "host/posix/posix_disk.h"
+#include "imaging/jpeg_cut.h"
+#include "imaging/jpeg_maker.h"
+#include "imaging/scratch_folder.h"
+
+namespace quillon::imaging {
+namespace {
+
+using host::Problem;
+using testing::ScratchFolder;
+
+// Lets work go on when the test says so.
+class Gate {
+ public:
+  void Open() {
+    {
+      const std::lock_guard lock(mutex_);
+      open_ = true;
+    }
+    changed_.notify_all();
+  }
+  // Ends early when stop is requested.
+  void Pass(std::stop_token stop = {}) {
+    std::unique_lock lock(mutex_);
+    ++waiting_;
+    changed_.notify_all();
+    changed_.wait(lock, stop, [this] { return open_; });
+    --waiting_;
+  }
+  void AwaitWaiting(int count) {
+    std::unique_lock lock(mutex_);
+    changed_.wait(lock, [&] { return waiting_ >= count; });
+  }
+
+ private:
+  std::mutex mutex_;
+  std::condition_variable_any changed_;
+  bool open_ = false;
+  int waiting_ = 0;
+};
+
+// What worker threads did, in order.
+class Log {
+ public:
+  void Add(const std::string& what) {
+    const std::lock_guard lock(mutex_);
+    lines_.push_back(what);
+  }
+  std::vector<std::string> Lines() const {
+    const std::lock_guard lock(mutex_);
+    return lines_;
+  }
+
+ private:
+  mutable std::mutex mutex_;
+  std::vector<std::string> lines_;
+};
+
+class AheadTest : public ::testing::Test {
+ protected:
+  CropRequest Request(const std::string& name, int left = 0) {
+    CropRequest request;
+    request.source = folder_.Path(name);
+    request.destination = folder_.Path("out-" + name);
+    request.rect = {left, 0, 10, 10};
+    return request;
+  }
+
+  // A source that exists, with a request for it.
+  CropRequest Made(const std::string& name) {
+    folder_.Put(name, "content of " + name);
+    return Request(name);
+  }
+
+  void Start(Ahead::CropWork crop, Ahead::Bounds bounds = {.threads = 2}, Ahead::MeasureWork measure = {}) {
+    if (!measure) measure = [](const std::string&) {};
+    ahead_ = std::make_unique<Ahead>(files_, std::move(crop), std::move(measure), bounds);
+  }
+
+  // The source's name as the result.
+  Ahead::CropWork Naming() {
+    return [this](const Ahead::Job& job) {
+      log_.Add(job.request.source);
+      return job.sink(job.request.source.data(), job.request.source.size());
+    };
+  }
+
+  ScratchFolder folder_;
+  host::posix::PosixDisk disk_;
+  host::Files files_{disk_};
+  Log log_;
+  std::unique_ptr<Ahead> ahead_;
+};
+
+TEST_F(AheadTest, PlannedWorkIsHandedOutOnce) {
+  const CropRequest a = Made("a");
+  const CropRequest b = Made("b");
+  Start(Naming());
+  ahead_->PlanCrops({a, b});
+  EXPECT_EQ(ahead_->TakeCrop(b, {}), b.source);
+  EXPECT_EQ(ahead_->TakeCrop(a, {}), a.source);
+  EXPECT_EQ(ahead_->TakeCrop(a, {}), std::nullopt);
+}
+
+TEST_F(AheadTest, OnlyExactlyTheSameRequest) {
+  const CropRequest planned = Made("a");
+  Start(Naming());
+  std::vector<CropRequest> others(7, planned);
+  others[0].rect.left = 1;
+  others[1].quality = 81;
+  others[2].dpi = 72;
+  others[3].encoder = Encoder::Png;
+  others[4].exif = Exif::Keep;
+  others[5].destination += "x";
+  others[6].source = Made("b").source;
+  ahead_->PlanCrops({planned});
+  for (const CropRequest& other : others) EXPECT_EQ(ahead_->TakeCrop(other, {}), std::nullopt);
+  EXPECT_TRUE(ahead_->TakeCrop(planned, {}).has_value());
+}
+
+TEST_F(AheadTest, NothingWithoutAPlan) {
+  const CropRequest a = Made("a");
+  Start(Naming());
+  EXPECT_EQ(ahead_->TakeCrop(a, {}), std::nullopt);
+  ahead_->PlanCrops({});
+  EXPECT_EQ(ahead_->TakeCrop(a, {}), std::nullopt);
+  EXPECT_TRUE(log_.Lines().empty());
+}
+
+TEST_F(AheadTest, WorkOfAnOldPlanThatStandsInTheNewOneIsKept) {
+  const CropRequest a = Made("a");
+  const CropRequest b = Made("b");
+  Start(Naming(), {.threads = 1});
+  ahead_->PlanCrops({a, b});
+  EXPECT_TRUE(ahead_->TakeCrop(a, {}).has_value());
+  ahead_->PlanCrops({b});
+  ahead_->PlanCrops({b});
+  EXPECT_TRUE(ahead_->TakeCrop(b, {}).has_value());
+  EXPECT_EQ(log_.Lines(), (std::vector<std::string>{a.source, b.source}));
+}
+
+TEST_F(AheadTest, ReplacedPlanIsStoppedAndThrownAway) {
+  const CropRequest a = Made("a");
+  const CropRequest b = Made("b");
+  Gate gate;
+  std::atomic<int> stopped = 0;
+  Start(
+      [&](const Ahead::Job& job) {
+        if (job.request == a) {
+          gate.Pass(job.stop);
+          if (job.stop.stop_requested()) ++stopped;
+        }
+        return job.sink("x", 1);
+      },
+      {.threads = 1});
+  ahead_->PlanCrops({a});
+  gate.AwaitWaiting(1);
+  ahead_->PlanCrops({b});
+  EXPECT_EQ(ahead_->TakeCrop(a, {}), std::nullopt);
+  EXPECT_TRUE(ahead_->TakeCrop(b, {}).has_value());  // the only thread is free again
+  EXPECT_EQ(stopped, 1);
+}
+
+TEST_F(AheadTest, NoMoreThanThePlanLengthIsBegun) {
+  std::vector<CropRequest> many;
+  for (int i = 0; i < 20; ++i) many.push_back(Made("f" + std::to_string(i)));
+  Start(Naming(), {.threads = 2});
+  ASSERT_EQ(ahead_->PlanLength(), 4);
+  ahead_->PlanCrops(many);
+  for (int i = 0; i < 4; ++i) {
+    EXPECT_TRUE(ahead_->TakeCrop(many[static_cast<std::size_t>(i)], {}).has_value());
+  }
+  EXPECT_EQ(ahead_->TakeCrop(many[4], {}), std::nullopt);
+  EXPECT_EQ(log_.Lines().size(), 4u);
+}
+
+TEST_F(AheadTest, SourceChangedAfterwardsIsNotTaken) {
+  const CropRequest a = Made("a");
+  Start(Naming());
+  ahead_->PlanCrops({a});
+  // Asking for it proves that it is finished; planned anew it is made again.
+  ASSERT_TRUE(ahead_->TakeCrop(a, {}).has_value());
+  ahead_->PlanCrops({a});
+  while (log_.Lines().size() < 2) std::this_thread::yield();
+  folder_.Put("a", "other content, of another length");
+  EXPECT_EQ(ahead_->TakeCrop(a, {}), std::nullopt);
+}
+
+TEST_F(AheadTest, SourceChangedDuringTheWorkIsNotTaken) {
+  const CropRequest a = Made("a");
+  Start([&](const Ahead::Job& job) {
+    folder_.Put("a", "changed while it was read");
+    return job.sink("x", 1);
+  });
+  ahead_->PlanCrops({a});
+  EXPECT_EQ(ahead_->TakeCrop(a, {}), std::nullopt);
+}
+
+TEST_F(AheadTest, SourceReplacedByAnotherFileIsNotTaken) {
+  const CropRequest a = Made("a");
+  Start(Naming());
+  ahead_->PlanCrops({a});
+  while (log_.Lines().empty()) std::this_thread::yield();
+  const std::string twin = folder_.Put("twin", "content of a");
+  std::filesystem::last_write_time(twin, std::filesystem::last_write_time(a.source));
+  std::filesystem::rename(twin, a.source);
+  EXPECT_EQ(ahead_->TakeCrop(a, {}), std::nullopt);
+}
+
+TEST_F(AheadTest, MissingSourceAndFailuresAreLeftToTheCaller) {
+  const CropRequest missing = Request("missing");
+  const CropRequest fails = Made("fails");
+  const CropRequest throws = Made("throws");
+  Start([&](const Ahead::Job& job) -> Status {
+    if (job.request == throws) throw std::runtime_error("broken");
+    static_cast<void>(job.sink("half", 4));
+    return {Problem::Damaged, "damaged"};
+  });
+  ahead_->PlanCrops({missing, fails, throws});
+  EXPECT_EQ(ahead_->TakeCrop(missing, {}), std::nullopt);
+  EXPECT_EQ(ahead_->TakeCrop(fails, {}), std::nullopt);
+  EXPECT_EQ(ahead_->TakeCrop(throws, {}), std::nullopt);
+}
+
+TEST_F(AheadTest, WaitingTurnsThePump) {
+  const CropRequest a = Made("a");
+  Gate gate;
+  Start([&](const Ahead::Job& job) {
+    gate.Pass();
+    return job.sink("x", 1);
+  });
+  ahead_->PlanCrops({a});
+  int turns = 0;
+  EXPECT_EQ(ahead_->TakeCrop(a,
+                             [&] {
+                               if (++turns == 3) gate.Open();
+                             }),
+            "x");
+  EXPECT_GE(turns, 3);
+}
+
+TEST_F(AheadTest, PumpMayThrowThePlanAway) {
+  const CropRequest a = Made("a");
+  Gate gate;
+  Start([&](const Ahead::Job& job) {
+    gate.Pass(job.stop);
+    return job.sink("x", 1);
+  });
+  ahead_->PlanCrops({a});
+  EXPECT_EQ(ahead_->TakeCrop(a, [&] { ahead_->PlanCrops({}); }), std::nullopt);
+}
+
+TEST_F(AheadTest, DestructionStopsWhatIsUnderWay) {
+  Gate gate;
+  Start([&](const Ahead::Job& job) {
+    gate.Pass(job.stop);
+    return job.sink("x", 1);
+  });
+  ahead_->PlanCrops({Made("a"), Made("b"), Made("c")});
+  gate.AwaitWaiting(2);
+  ahead_.reset();
+}
+
+TEST_F(AheadTest, ResultsAreBounded) {
+  std::vector<CropRequest> all;
+  for (const char* name : {"a", "b", "c", "d"}) all.push_back(Made(name));
+  const std::string result(600, 'r');
+  std::atomic<int> refused = 0;
+  Start(
+      [&](const Ahead::Job& job) {
+        const Status status = job.sink(result.data(), result.size());
+        if (!status) ++refused;
+        return status;
+      },
+      {.threads = 2, .results = 1000});
+  for (int round = 0; round < 50; ++round) {
+    ahead_->PlanCrops(all);
+    for (const CropRequest& request : all) {
+      const std::optional<std::string> taken = ahead_->TakeCrop(request, {});
+      if (taken) {
+        EXPECT_EQ(*taken, result);
+      }
+    }
+  }
+  // Two at a time are tried only while the size of a result is not known.
+  EXPECT_LE(refused, 2);
+}
+
+TEST_F(AheadTest, ResultLargerThanTheBoundIsLeftToTheCaller) {
+  const CropRequest a = Made("a");
+  const std::string result(600, 'r');
+  Start(
+      [&](const Ahead::Job& job) {
+        for (int i = 0; i < 2; ++i) {
+          if (Status status = job.sink(result.data(), result.size()); !status) return status;
+        }
+        return Status::Ok();
+      },
+      {.threads = 2, .results = 1000});
+  ahead_->PlanCrops({a});
+  EXPECT_EQ(ahead_->TakeCrop(a, {}), std::nullopt);
+}
+
+TEST_F(AheadTest, WorkingMemoryIsBounded) {
+  std::vector<CropRequest> all;
+  for (const char* name : {"a", "b", "c", "d"}) all.push_back(Made(name));
+  std::atomic<int> inside = 0;
+  std::atomic<int> most = 0;
+  std::atomic<int> finished = 0;
+  Start(
+      [&](const Ahead::Job& job) -> Status {
+        if (!job.admit(60)) return {Problem::Stopped, ""};
+        most = std::max(most.load(), ++inside);
+        std::this_thread::yield();
+        --inside;
+        ++finished;
+        return job.sink("x", 1);
+      },
+      {.threads = 3, .working = 100});
+  for (int round = 0; round < 50; ++round) {
+    ahead_->PlanCrops(all);
+    for (const CropRequest& request : all) EXPECT_EQ(ahead_->TakeCrop(request, {}), "x");
+  }
+  EXPECT_EQ(most, 1);
+  EXPECT_EQ(finished, 200);
+}
+
+TEST_F(AheadTest, WorkThatNeverFitsIsLeftToTheCaller) {
+  const CropRequest a = Made("a");
+  Start([](const Ahead::Job& job) { return job.admit(101) ? job.sink("x", 1) : Status(Problem::Stopped, ""); },
+        {.threads = 2, .working = 100});
+  ahead_->PlanCrops({a});
+  EXPECT_EQ(ahead_->TakeCrop(a, {}), std::nullopt);
+}
+
+TEST_F(AheadTest, MeasuresAreMadeInOrderAndNotTwice) {
+  Start(Naming(), {.threads = 1}, [this](const std::string& path) { log_.Add(path); });
+  ahead_->PlanMeasures({"1", "2", "3"});
+  while (log_.Lines().size() < 3) std::this_thread::yield();
+  EXPECT_EQ(log_.Lines(), (std::vector<std::string>{"1", "2", "3"}));
+}
+
+TEST_F(AheadTest, AwaitMeasureTakesAPathOutOfThePlan) {
+  Gate gate;
+  Start(Naming(), {.threads = 1}, [&](const std::string& path) {
+    log_.Add(path);
+    if (path == "1") gate.Pass();
+  });
+  ahead_->PlanMeasures({"1", "2", "3"});
+  gate.AwaitWaiting(1);
+  ahead_->AwaitMeasure("2", {});  // not begun: returns at once
+  int turns = 0;
+  ahead_->AwaitMeasure("1", [&] {
+    if (++turns == 2) gate.Open();
+  });
+  EXPECT_GE(turns, 2);
+  while (log_.Lines().size() < 2) std::this_thread::yield();
+  EXPECT_EQ(log_.Lines(), (std::vector<std::string>{"1", "3"}));
+}
+
+TEST_F(AheadTest, CropsGoBeforeMeasures) {
+  const CropRequest a = Made("a");
+  Gate gate;
+  Start(Naming(), {.threads = 1}, [&](const std::string& path) {
+    if (path == "1") gate.Pass();
+    log_.Add(path);
+  });
+  ahead_->PlanMeasures({"1", "2"});
+  gate.AwaitWaiting(1);
+  ahead_->PlanCrops({a});
+  gate.Open();
+  EXPECT_TRUE(ahead_->TakeCrop(a, {}).has_value());
+  while (log_.Lines().size() < 3) std::this_thread::yield();
+  EXPECT_EQ(log_.Lines(), (std::vector<std::string>{"1", a.source, "2"}));
+}
+
+// A run over real pictures: the bytes are the same with and without, whatever is replanned in between.
+TEST_F(AheadTest, RealCutsAreTheSameAsWithout) {
+  std::vector<CropRequest> all;
+  for (int i = 0; i < 12; ++i) {
+    testing::MakeOptions options;
+    options.scans = i % 3 == 0 ? testing::Scans::Progressive : testing::Scans::One;
+    const std::string name = "p" + std::to_string(i) + ".jpg";
+    folder_.Put(name, MakeJpeg(testing::TestPicture({200 + i, 150}, options.colours), options));
+    all.push_back(Request(name, i));
+    all.back().rect = {i, 3, 150, 120};
+  }
+  const auto cut = [](const CropRequest& r, const ByteSink& sink, const JpegCutControl& control) {
+    return CutJpeg(r.source, r.rect, r.quality, r.dpi, r.exif, Limits{}, sink, control);
+  };
+  Start([&](const Ahead::Job& job) { return cut(job.request, job.sink, {job.stop, job.admit}); });
+  int taken = 0;
+  for (std::size_t i = 0; i < all.size(); ++i) {
+    ahead_->PlanCrops({all.begin() + static_cast<std::ptrdiff_t>(i), all.end()});
+    const std::optional<std::string> early = ahead_->TakeCrop(all[i], {});
+    if (i % 5 == 4) ahead_->PlanCrops({});
+    std::string plain;
+    ASSERT_TRUE(cut(all[i],
+                    [&](const void* data, std::size_t size) {
+                      plain.append(static_cast<const char*>(data), size);
+                      return Status::Ok();
+                    },
+                    {}));
+    if (!early) continue;
+    EXPECT_EQ(*early, plain);
+    ++taken;
+  }
+  EXPECT_EQ(taken, 12);
+}
+
+}  // namespace
+}  // namespace quillon::imaging
