@@ -1,0 +1,69 @@
+// SPDX-FileCopyrightText: 2026 The Quillon developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "job/cut_ahead.h"
+
+#include <algorithm>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "job/cut_steps.h"
+
+namespace quillon::job {
+namespace {
+
+constexpr std::size_t kCropsAhead = 8;
+constexpr std::size_t kMeasuresAhead = 64;
+
+bool OnlyPlainCrops(const CutOptions& options, bool withArray) {
+  const bool changes = EffectsApply(options) || options.zoomAfter || options.rotateRule > 0;
+  return !changes && !options.frameOnly && !options.manual && !options.omitFolders && !withArray;
+}
+
+}  // namespace
+
+CutForecast::CutForecast(CutRun& run)
+    : run_(run), foresees_(OnlyPlainCrops(ReadCutOptions(run.program), run.withArray)) {}
+
+CutForecast::~CutForecast() {
+  run_.program.images.PlanCrops({});
+  run_.program.images.PlanMeasures({});
+}
+
+void CutForecast::Announce(std::size_t row) {
+  AnnounceMeasures(row);
+  if (foresees_) AnnounceCrops(row);
+}
+
+void CutForecast::AnnounceCrops(std::size_t row) {
+  const FileList& files = run_.program.files;
+  while (!next_.empty() && next_.front().row < row) next_.pop_front();
+  looked_ = std::max(looked_, row - 1);
+  while (looked_ < files.RowCount() && looked_ < row + kCropsAhead) {
+    const FileRow& listed = files.Row(looked_++);
+    CutFile file(run_, looked_, listed.Path());
+    if (!IsJpeg(file.extension) || !IsJpeg(file.OutExt)) continue;
+    file.W = listed.width;
+    file.H = listed.height;
+    PredictTarget(file);
+    FindRectangle(file);
+    next_.push_back({looked_, PlainCrop(file)});
+  }
+  std::vector<imaging::CropRequest> requests;
+  for (const Forecast& forecast : next_) requests.push_back(forecast.request);
+  run_.program.images.PlanCrops(std::move(requests));
+}
+
+// What a long list has pushed out of the services' memory is measured ahead again; the rest costs a look each.
+void CutForecast::AnnounceMeasures(std::size_t row) {
+  const FileList& files = run_.program.files;
+  if (measured_ >= files.RowCount() || row + kMeasuresAhead / 2 <= measured_) return;
+  std::vector<std::string> paths;
+  for (std::size_t next = row; next <= files.RowCount() && paths.size() < kMeasuresAhead; ++next) {
+    paths.push_back(files.Row(next - 1).Path());
+  }
+  measured_ = row + paths.size() - 1;
+  run_.program.images.PlanMeasures(std::move(paths));
+}
+
+}  // namespace quillon::job

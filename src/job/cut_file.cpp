@@ -1,0 +1,79 @@
+// SPDX-FileCopyrightText: 2026 The Quillon developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "job/cut_file.h"
+
+#include <utility>
+
+#include "base/path_text.h"
+#include "host/disk_full.h"
+#include "job/cut_steps.h"
+
+namespace quillon::job {
+namespace {
+
+constexpr int kWorkFileQuality = 98;
+
+constexpr Step (*kSteps[])(CutFile&) = {
+    MeasureSource, KeepExifSource, PassOverFolder, ZoomBeforeCut, RotateBeforeCut, NameOutput,
+    AskForFrame,   FindRectangle,  MakeCut,        StopHere,      AddBorder,       ConvertToCmyk,
+    CopyExif,      Deliver,        MakePdf,        RemoveSource,  PlaceOnSheet,
+};
+
+}  // namespace
+
+CutFile::CutFile(CutRun& owner, std::size_t listRow, std::string path)
+    : run(owner),
+      program(owner.program),
+      options(ReadCutOptions(owner.program)),
+      row(listRow),
+      listed(std::move(path)),
+      Src(listed),
+      exifSource(listed) {
+  base::PathParts parts = base::SplitPath(listed);
+  folder = std::move(parts.folder);
+  name = std::move(parts.name);
+  extension = std::move(parts.extension);
+  OutExt = OutputExtension(options, extension);
+}
+
+std::string CutFile::WorkFile(const std::string& stem) const { return program.AppPath(stem + "." + OutExt); }
+
+bool CutFile::ConversionFollows() const {
+  return options.toCmyk || (options.keepExif && program.outputTools && !run.OnBackSide());
+}
+
+int CutFile::CutQuality() const { return BorderFollows() ? kWorkFileQuality : options.quality; }
+
+Step Fail(CutFile& file, std::string why) {
+  file.result.result = Result::None;
+  file.result.output.clear();
+  file.result.why = why.empty() ? "没有得到输出文件" : std::move(why);
+  return Step::FileDone;
+}
+
+Step Fail(CutFile& file, const host::Status& status) { return Fail(file, status.Why()); }
+
+host::Status CopyAsking(Program& program, const std::string& from, const std::string& to) {
+  return host::SaveAsking(
+      program.host.boxes, to, host::DiskFullWording::Comma, [&] { program.flags.StopRequested = true; },
+      [&] { return program.host.files.Copy(from, to); });
+}
+
+FileResult CutOneFile(CutRun& run, std::size_t row, const std::string& path) {
+  Flags& flags = run.program.flags;
+  flags.ManualRotated = false;
+  flags.ManualAngle = 0;
+  flags.ImageRotated = false;
+  flags.SkipCutThisImage = false;
+
+  CutFile file(run, row, path);
+  file.result = {row, path, "", Result::None, ""};
+  for (const auto step : kSteps) {
+    if (step(file) == Step::FileDone) return file.result;
+  }
+  flags.ImageRotated = false;
+  file.result.result = Result::Written;
+  return file.result;
+}
+
+}  // namespace quillon::job

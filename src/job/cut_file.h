@@ -1,0 +1,69 @@
+// SPDX-FileCopyrightText: 2026 The Quillon developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <string>
+
+#include "base/rect.h"
+#include "imaging/image.h"
+#include "job/cut_options.h"
+#include "job/cut_run.h"
+#include "job/geometry.h"
+
+namespace quillon::job {
+
+// One file on its way through the steps of the cut.
+struct CutFile {
+  // row is the data row from 1, or 0 for a file that no row stands for.
+  CutFile(CutRun& owner, std::size_t listRow, std::string path);
+
+  // A work file in the program folder, with the extension of the output.
+  std::string WorkFile(const std::string& name) const;
+  // Whether steps behind the cut change the picture, so that the cut goes to a work file first.
+  bool BorderFollows() const { return options.addBoard; }
+  bool ConversionFollows() const;
+  // Quality of a jpeg that the cut leaves: a work file is saved again later.
+  int CutQuality() const;
+  imaging::Exif ExifWish() const { return options.keepExif ? imaging::Exif::Keep : imaging::Exif::Drop; }
+
+  CutRun& run;
+  Program& program;
+  CutOptions options;
+
+  std::size_t row;
+  std::string listed;  // the source as it is listed, and its parts
+  std::string folder;
+  std::string name;
+  std::string extension;
+
+  std::string Src;  // what is cut: the listed file or a work file made of it
+  std::string OutExt;
+  std::string Dst;
+  std::string exifSource;  // the file whose Exif goes to the output
+  int W = 0;
+  int H = 0;
+  imaging::Image Work;  // the turned picture, once it was turned
+  double RestoreAngle = 0;
+  base::Rect rect;
+  Overhang overhang;
+
+  std::string target;   // where the cut is to be saved: Dst or a work file
+  std::string made;     // where the newest state of the output stands, "" before the cut
+  base::Size madeSize;  // of that picture
+  FileResult result;
+};
+
+// What a step answers: go on, or this file is done with (result tells how).
+enum class Step { Next, FileDone };
+
+Step Fail(CutFile& file, std::string why);
+Step Fail(CutFile& file, const host::Status& status);
+
+// A copy that asks about a full disk; a refused retry sets Flags::StopRequested.
+host::Status CopyAsking(Program& program, const std::string& from, const std::string& to);
+
+// Runs all steps on one file and tells what became of it. Counts a picture that the effects could not load in
+// CutRun::failed; what the observer, the list and the totals hear is up to the caller.
+FileResult CutOneFile(CutRun& run, std::size_t row, const std::string& path);
+
+}  // namespace quillon::job

@@ -1,0 +1,58 @@
+// SPDX-FileCopyrightText: 2026 The Quillon developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "base/path_text.h"
+#include "job/cut_steps.h"
+
+namespace quillon::job {
+
+Step StopHere(CutFile& file) {
+  file.program.host.pump.Turn();
+  const bool unfinished = file.BorderFollows() || file.options.toCmyk || file.run.pdf;
+  return file.program.flags.StopRequested && unfinished ? Fail(file, "已停止，未处理完") : Step::Next;
+}
+
+Step ConvertToCmyk(CutFile& file) {
+  if (!file.options.toCmyk) return Step::Next;
+  const host::Status converted = file.program.outputTools->ToCmyk(file.made);
+  return converted ? Step::Next : Fail(file, converted);
+}
+
+Step CopyExif(CutFile& file) {
+  const bool wanted = file.options.keepExif && !file.run.OnBackSide() && file.program.outputTools;
+  if (wanted) file.program.outputTools->CopyExif(file.exifSource, file.made);
+  return Step::Next;
+}
+
+Step Deliver(CutFile& file) {
+  Program& program = file.program;
+  file.result.output = file.Dst;
+  if (file.made == file.Dst) return Step::Next;
+  const host::Status copied = CopyAsking(program, file.made, file.Dst);
+  if (!copied) return Fail(file, copied);
+  // A work file that is gone need not reach the disk, and the next one is a fresh save.
+  (void)program.host.files.RemoveOwn(file.made);
+  return Step::Next;
+}
+
+Step MakePdf(CutFile& file) {
+  if (!file.run.pdf) return Step::Next;
+  const host::Status made = file.program.outputTools->ToPdf(file.Dst);
+  if (!made) return Fail(file, made);
+  const base::PathParts parts = base::SplitPath(file.Dst);
+  file.result.output = base::JoinPath(parts.folder, parts.name, "pdf");
+  return Step::Next;
+}
+
+Step RemoveSource(CutFile& file) {
+  if (file.options.over && IsPsd(file.extension) && !file.run.OnBackSide()) {
+    file.run.ledger.DiscardAtEnd(file.row, file.listed, file.result.output);
+  }
+  return Step::Next;
+}
+
+Step PlaceOnSheet(CutFile& file) {
+  if (file.run.withArray) file.program.sheets->Place(file.result.output);
+  return Step::Next;
+}
+
+}  // namespace quillon::job

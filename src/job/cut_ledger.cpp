@@ -1,0 +1,101 @@
+// SPDX-FileCopyrightText: 2026 The Quillon developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "job/cut_ledger.h"
+
+#include "base/utf8.h"
+#include "job/program.h"
+
+namespace quillon::job {
+
+CutLedger::CutLedger(Program& program, std::size_t planned) : program_(program) { totals_.planned = planned; }
+
+void CutLedger::Add(const FileResult& result) {
+  if (result.result == Result::Written) {
+    const auto earlier = outputs_.find(result.output);
+    if (earlier != outputs_.end()) {
+      const Origin origin = earlier->second;
+      TakeBack(result.output, origin, "输出文件与 " + base::DisplayText(result.source) + " 的同名，已被后者覆盖");
+    }
+    outputs_[result.output] = {result.row, result.source};
+    ++totals_.written;
+  } else {
+    ++(result.result == Result::None ? totals_.none : totals_.skipped);
+  }
+  ShowResult(result);
+  if (program_.observer) program_.observer->FileDone(result);
+}
+
+void CutLedger::ShowResult(const FileResult& result) {
+  if (result.row == 0) return;
+  std::uint64_t newBytes = 0;
+  if (result.result == Result::Written) {
+    if (const auto output = program_.host.files.Look(result.output)) newBytes = output->size;
+  }
+  program_.files.SetResult(result.row - 1, result.result, result.why, newBytes);
+}
+
+void CutLedger::TakeBack(const std::string& output, const Origin& origin, const std::string& why) {
+  outputs_.erase(output);
+  --totals_.written;
+  ++totals_.none;
+  const FileResult lost{origin.row, origin.source, "", Result::None, why};
+  ShowResult(lost);
+  if (program_.observer) program_.observer->FileLost(lost);
+}
+
+bool CutLedger::IsOtherSource(const std::string& path, const std::string& own) {
+  const host::Files& files = program_.host.files;
+  const auto facts = files.Look(path);
+  if (!facts || files.SameFile(path, own)) return false;
+  if (!sources_) {
+    sources_.emplace();
+    for (std::size_t row = 0; row < program_.files.RowCount(); ++row) {
+      if (const auto source = files.Look(program_.files.Row(row).Path())) {
+        sources_->emplace(source->device, source->inode);
+      }
+    }
+  }
+  return sources_->contains({facts->device, facts->inode});
+}
+
+void CutLedger::DiscardAtEnd(std::size_t row, std::string source, std::string output) {
+  discards_.push_back({{row, std::move(source)}, std::move(output)});
+}
+
+void CutLedger::Settle() {
+  for (const host::LateFailure& failure : program_.host.files.Settle()) {
+    const auto found = outputs_.find(failure.path);
+    if (found == outputs_.end()) continue;
+    const Origin origin = found->second;
+    TakeBack(failure.path, origin, "输出文件没有写到磁盘上：" + failure.status.Why());
+  }
+  for (const Discard& discard : discards_) {
+    program_.host.pump.Turn();
+    DiscardSource(discard);
+  }
+  discards_.clear();
+}
+
+// The source is all there is if the output cannot be read back.
+void CutLedger::DiscardSource(const Discard& discard) {
+  const auto written = outputs_.find(discard.output);
+  if (written == outputs_.end() || written->second.source != discard.origin.source) return;
+  imaging::Image output;
+  host::Status status = program_.images.LoadImageFromFile(discard.output, output);
+  program_.images.DisposeImage(output);
+  if (!status) {
+    TakeBack(discard.output, discard.origin, "输出文件读不回来，源文件已保留：" + status.Why());
+    return;
+  }
+  status = program_.host.files.Discard(discard.origin.source);
+  if (status || discard.origin.row == 0) return;
+  ShowResult({discard.origin.row, discard.origin.source, discard.output, Result::Written,
+              "输出已写好，源文件没能移入回收站：" + status.Why()});
+}
+
+void CutLedger::NoteEnd(double seconds, bool stopped) {
+  totals_.seconds = seconds;
+  totals_.stopped = stopped;
+}
+
+}  // namespace quillon::job

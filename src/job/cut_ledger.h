@@ -1,0 +1,60 @@
+// SPDX-FileCopyrightText: 2026 The Quillon developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <set>
+#include <string>
+#include <unordered_map>
+#include <utility>
+#include <vector>
+
+#include "job/run_report.h"
+
+namespace quillon::job {
+
+class Program;
+
+// What became of the files of one run, kept true to what is on disk: a file counts as written while its output stands
+// under its name and is its own. Rows and the observer are told of every change.
+class CutLedger {
+ public:
+  CutLedger(Program& program, std::size_t planned);
+
+  void Add(const FileResult& result);
+  // True when this run has written a file of that name.
+  bool Wrote(const std::string& output) const { return outputs_.contains(output); }
+  // True when the existing file at path is a listed source other than own.
+  bool IsOtherSource(const std::string& path, const std::string& own);
+  // A source that goes once everything made of it stands.
+  void DiscardAtEnd(std::size_t row, std::string source, std::string output);
+
+  // Waits until the outputs stand on disk, takes back those that do not, and then discards sources.
+  void Settle();
+  const RunTotals& Totals() const { return totals_; }
+  void NoteEnd(double seconds, bool stopped);
+
+ private:
+  struct Origin {
+    std::size_t row = 0;
+    std::string source;
+  };
+  struct Discard {
+    Origin origin;
+    std::string output;
+  };
+  using FileId = std::pair<std::uint64_t, std::uint64_t>;
+
+  void TakeBack(const std::string& output, const Origin& origin, const std::string& why);
+  void DiscardSource(const Discard& discard);
+  void ShowResult(const FileResult& result);
+
+  Program& program_;
+  RunTotals totals_;
+  std::unordered_map<std::string, Origin> outputs_;
+  std::vector<Discard> discards_;
+  std::optional<std::set<FileId>> sources_;  // read when first needed
+};
+
+}  // namespace quillon::job

@@ -1,0 +1,149 @@
+// SPDX-FileCopyrightText: 2026 The Quillon developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "base/path_text.h"
+#include "job/cut_steps.h"
+#include "job/parameters.h"
+
+namespace quillon::job {
+namespace {
+
+using host::Status;
+
+constexpr int kThresholdLevel = 128;
+
+// A picture that was turned already is in Work; after the manual step the picture on show is the one to cut.
+Status LoadWork(CutFile& file) {
+  if (file.Work) return Status::Ok();
+  if (file.options.manual) return file.program.manualFrame->ClonePicture(file.Work);
+  return file.program.images.LoadImageFromFile(file.Src, file.Work);
+}
+
+base::Size SizeOf(const CutFile& file) {
+  const imaging::Services& images = file.program.images;
+  return {images.GetImageWidth(file.Work), images.GetImageHeight(file.Work)};
+}
+
+// ChRotateCut, for pictures that no earlier step has turned.
+Status TurnByRule(CutFile& file) {
+  const CutOptions& options = file.options;
+  if (!options.rotateCut || file.RestoreAngle != 0 || file.program.flags.ImageRotated) return Status::Ok();
+  if (!NeedRotate(file.W, file.H, options.rotateRule, options.angle)) return Status::Ok();
+  if (Status turned = file.program.images.RotateImage(file.Work, options.angle, base::kWhite); !turned) return turned;
+  const base::Size size = SizeOf(file);
+  file.W = size.width;
+  file.H = size.height;
+  file.RestoreAngle = -options.angle;
+  file.program.flags.ImageRotated = true;
+  CutParameters parameters = ReadCutParameters(file.program);
+  file.overhang = TakeOverhang(parameters);
+  file.rect = CutRectangle(parameters, file.overhang, size, Pass::AfterRotation);
+  return Status::Ok();
+}
+
+Status Recolour(CutFile& file) {
+  imaging::Services& images = file.program.images;
+  Status status;
+  if (file.options.toGray) status = images.ConvertImageToGrayMode(file.Work);
+  if (status && file.options.threshold) status = images.Threshold(file.Work, kThresholdLevel);
+  if (status && file.options.invert) status = images.Invert(file.Work);
+  return status;
+}
+
+Status Restore(CutFile& file) {
+  const double angle = file.RestoreAngle;
+  if (angle == 0) return Status::Ok();
+  if (file.run.withArray) file.RestoreAngle = 0;
+  if (file.run.withArray || !file.options.restore) return Status::Ok();
+  file.RestoreAngle = 0;
+  return file.program.images.RotateImage(file.Work, angle, file.options.boardColour);
+}
+
+Status ZoomAfterCut(CutFile& file) {
+  if (!file.options.zoomAfter) return Status::Ok();
+  const auto size = ZoomedSize(file.options.zoom, SizeOf(file), ZoomTime::AfterCut);
+  return size ? file.program.images.ResampleImage(file.Work, size->width, size->height) : Status::Ok();
+}
+
+Status SaveWork(CutFile& file) {
+  imaging::Services& images = file.program.images;
+  images.SetImageResolution(file.Work, file.options.dpi);
+  file.madeSize = SizeOf(file);
+  if (Status kept = KeepReplacedSource(file); !kept) return kept;
+  // The save disposes of what it is given; the second try needs the picture again.
+  imaging::Image second;
+  const bool again = static_cast<bool>(images.CloneImage(file.Work, second));
+  const imaging::SaveOptions save{file.CutQuality(), file.options.blackWhite, file.ExifWish()};
+  const Status saved = images.SaveByType(file.Work, file.target, base::ToLowerAscii(file.OutExt), save);
+  if (saved || saved.DiskFull() || !again) return saved;
+  const Status encoded = images.SaveByEncoder(second, file.target, imaging::EncoderFor(file.OutExt), file.CutQuality());
+  return encoded || encoded.DiskFull() ? encoded : saved;
+}
+
+// The last try of a save that failed twice: under the name of the source's folder, cut without the effects.
+Step Rescue(CutFile& file, const Status& failure) {
+  const CutOptions& options = file.options;
+  if (file.target != file.Dst) return Fail(file, failure);
+  const std::string rescued = imaging::MakeOutputName(
+      file.program.host.files, file.listed, options.outFolder,
+      options.keepFolders ? imaging::KeepFolders::Yes : imaging::KeepFolders::No,
+      options.over ? imaging::Overwrite::Yes : imaging::Overwrite::No, options.outType, options.extensionCase);
+  if (file.run.ledger.IsOtherSource(rescued, file.listed)) return Fail(file, failure);
+  file.Dst = file.target = rescued;
+  if (!KeepReplacedSource(file)) return Fail(file, failure);
+  if (!file.program.images.CropToFile(PlainCrop(file))) return Fail(file, failure);
+  file.made = file.target;
+  file.madeSize = {file.rect.width, file.rect.height};
+  return Step::Next;
+}
+
+// Where memory does not hold the cut beside the picture: by a bitmap on disk.
+Status CutThroughBitmap(CutFile& file) {
+  imaging::Services& images = file.program.images;
+  images.SetImageResolution(file.Work, file.options.dpi);
+  const std::string bitmap = file.program.AppPath("Tmp.bmp");
+  if (Status saved = images.SaveImageToBmpFile(file.Work, bitmap); !saved) return saved;
+  images.DisposeImage(file.Work);
+  imaging::CropRequest request = PlainCrop(file);
+  request.source = bitmap;
+  request.exif = imaging::Exif::Drop;
+  const bool gif = request.encoder == imaging::Encoder::Gif;
+  if (Status cut = gif ? images.CropToGif(request) : images.CropToFile(request); !cut) return cut;
+  file.madeSize = {file.rect.width, file.rect.height};
+  return Status::Ok();
+}
+
+std::string EmptyRectangleText(const base::Rect& rect) {
+  return "裁剪框的宽或高小于 1 像素（" + std::to_string(rect.width) + "x" + std::to_string(rect.height) +
+         "），请检查裁剪参数";
+}
+
+}  // namespace
+
+Step CutInMemory(CutFile& file, LoadFailure loadFailure) {
+  imaging::Services& images = file.program.images;
+  if (const Status loaded = LoadWork(file); !loaded) {
+    if (loadFailure == LoadFailure::Counted) ++file.run.failed;
+    return Fail(file, loaded);
+  }
+  if (loadFailure == LoadFailure::Counted) {
+    if (const Status turned = TurnByRule(file); !turned) return Fail(file, turned);
+    if (const Status recoloured = Recolour(file); !recoloured) return Fail(file, recoloured);
+  }
+  if (file.rect.Empty()) return Fail(file, EmptyRectangleText(file.rect));
+  file.program.host.pump.Turn();
+  if (!images.CutImage(file.Work, file.rect)) {
+    if (const Status cut = CutThroughBitmap(file); !cut) return Fail(file, cut);
+    file.made = file.target;
+    return Step::Next;
+  }
+  if (const Status restored = Restore(file); !restored) return Fail(file, restored);
+  if (const Status zoomed = ZoomAfterCut(file); !zoomed) return Fail(file, zoomed);
+  file.program.host.pump.Turn();
+  const Status saved = SaveWork(file);
+  if (saved.DiskFull()) return Fail(file, saved);
+  if (!saved) return Rescue(file, saved);
+  file.made = file.target;
+  return Step::Next;
+}
+
+}  // namespace quillon::job

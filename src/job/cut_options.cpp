@@ -1,0 +1,97 @@
+// SPDX-FileCopyrightText: 2026 The Quillon developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "job/cut_options.h"
+
+#include "base/number_text.h"
+#include "base/path_text.h"
+#include "job/program.h"
+
+namespace quillon::job {
+namespace {
+
+void ReadAdvanced(const Program& program, CutOptions& options) {
+  const FBaseOpt& window = program.fBaseOpt;
+  options.frameOnly = window.ChFrmOnly.On();
+  options.omitFolders = window.ChOmitFolds.On();
+  options.extensionCase = static_cast<imaging::ExtensionCase>(window.CmbExtCase.Index());
+  options.zoomBefore = window.ChZoomAndCut.On() && !options.frameOnly;
+  options.zoomAfter = (window.ChCutAndZoom.On() || program.flags.CutThenZoom) && !options.frameOnly;
+  options.zoom = window.CmbZoom.Text();
+  options.rotateRule = options.frameOnly ? 0 : window.CmbRotate.Index();
+  options.angle = window.TAngle.Number();
+  options.rotateCut = window.ChRotateCut.On();
+  options.restore = window.ChRecover.On();
+  options.toGray = window.ChToGray.On();
+  options.threshold = window.ChToWB.On();
+  options.invert = window.ChInvert.On();
+  options.ownDpi = base::LeadingNumber(window.CmbDPI.Text()) > 0;
+  options.addBoard = window.ChAddBoard.On();
+  for (std::size_t i = 0; i < options.boardMm.size(); ++i) options.boardMm[i] = window.TBoard[i].Number();
+  options.boardColour = window.PBoardColor.Colour();
+}
+
+// The folder below which a source keeps its structure: a drive in front is dropped.
+std::string WithoutDrive(const std::string& folder) {
+  return folder.size() >= 2 && folder[1] == ':' ? folder.substr(2) : folder;
+}
+
+bool HasExtension(const std::string& extension, std::initializer_list<const char*> wanted) {
+  const std::string lower = base::ToLowerAscii(extension);
+  for (const char* one : wanted) {
+    if (lower == one) return true;
+  }
+  return false;
+}
+
+}  // namespace
+
+CutOptions ReadCutOptions(const Program& program) {
+  const Form1& form = program.form1;
+  const Flags& flags = program.flags;
+  CutOptions options;
+  options.outFolder = form.LOutDir.Value();
+  options.outType = form.CmbOutType.Text();
+  options.over = form.ChOver.On();
+  options.keepFolders = form.ChKeepDir.On();
+  options.quality = form.TQuality.Integer();
+  options.dpi = flags.OutDpi;
+  options.preset = form.CmbKeepCut.Index();
+  options.fixedSize = form.ChFixCut.On();
+  options.padToSize = form.ChAddToSize.On();
+  options.extendRight = form.ChMode1.On();
+  options.FixW = flags.FixW;
+  options.FixH = flags.FixH;
+  options.manual = flags.ManualCutMode;
+  options.keepExif = flags.KeepExif;
+  options.blackWhite = flags.ToBlackWhite;
+  options.toCmyk = flags.ToCmyk;
+  if (flags.AdvancedOptionsLoaded) ReadAdvanced(program, options);
+  return options;
+}
+
+bool EffectsApply(const CutOptions& options) {
+  if (options.frameOnly) return false;
+  return options.rotateCut || options.zoomBefore || options.toGray || options.threshold || options.invert ||
+         options.ownDpi;
+}
+
+std::string OutputExtension(const CutOptions& options, const std::string& sourceExtension) {
+  std::string extension = options.outType;
+  if (options.over) extension = IsPsd(sourceExtension) ? "jpg" : sourceExtension;
+  return imaging::CasedExtension(extension, options.extensionCase);
+}
+
+std::string OutputPath(const CutOptions& options, const std::string& folder, const std::string& name,
+                       const std::string& outExtension) {
+  if (options.over) return base::JoinPath(folder, name, outExtension);
+  const std::string below = options.keepFolders ? options.outFolder + WithoutDrive(folder) : options.outFolder;
+  return base::JoinPath(below, name, outExtension);
+}
+
+bool IsPsd(const std::string& extension) { return HasExtension(extension, {"psd"}); }
+
+bool IsGif(const std::string& extension) { return HasExtension(extension, {"gif"}); }
+
+bool IsJpeg(const std::string& extension) { return HasExtension(extension, {"jpg", "jpeg", "jpe", "jfif"}); }
+
+}  // namespace quillon::job

@@ -1,0 +1,147 @@
+// SPDX-FileCopyrightText: 2026 The Quillon developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "base/path_text.h"
+#include "base/utf8.h"
+#include "job/cut_steps.h"
+#include "job/parameters.h"
+
+namespace quillon::job {
+namespace {
+
+constexpr const char* kBackSideNote = "(背景拼版)";
+
+void TakeSize(CutFile& file, base::Size size) {
+  file.W = size.width;
+  file.H = size.height;
+}
+
+Step FailLoad(CutFile& file, const host::Status& status) {
+  const bool asked = status.DiskFull();
+  if (EffectsApply(file.options) && !asked) ++file.run.failed;
+  return Fail(file, status);
+}
+
+// Loads the source into Work and turns it; the canvas grows on white.
+host::Status TurnSource(CutFile& file, double angle) {
+  imaging::Services& images = file.program.images;
+  if (host::Status loaded = images.LoadImageFromFile(file.Src, file.Work); !loaded) return loaded;
+  if (host::Status turned = images.RotateImage(file.Work, angle, base::kWhite); !turned) return turned;
+  TakeSize(file, {images.GetImageWidth(file.Work), images.GetImageHeight(file.Work)});
+  file.RestoreAngle = -angle;
+  file.program.flags.ImageRotated = true;
+  return host::Status::Ok();
+}
+
+// An output that would take the place of another picture the user listed, or of a picture beside a psd, is refused:
+// neither was meant to be written over.
+bool WouldReplaceOther(CutFile& file) {
+  const host::Files& files = file.program.host.files;
+  if (file.Dst == file.listed || !files.Look(file.Dst)) return false;
+  if (file.options.over && (IsPsd(file.extension) || file.run.ledger.Wrote(file.Dst))) return true;
+  return !file.run.ledger.Wrote(file.Dst) && file.run.ledger.IsOtherSource(file.Dst, file.listed);
+}
+
+// The cut goes to a work file when more is to be done with it, or when a crop would read the file that it writes.
+std::string CutTarget(const CutFile& file) {
+  if (file.BorderFollows()) return file.WorkFile("Tmp");
+  const bool ontoItself = file.options.over && file.Dst == file.listed;
+  return ontoItself || file.ConversionFollows() ? file.WorkFile("Tmp2") : file.Dst;
+}
+
+}  // namespace
+
+Step MeasureSource(CutFile& file) {
+  Flags& flags = file.program.flags;
+  imaging::ImageFacts facts;
+  // A source that cannot be measured has no size; the cut finds out why.
+  if (!file.program.images.ImageInfo(file.Src, facts)) facts = {};
+  flags.InfoWidth = std::to_string(facts.width);
+  flags.InfoHeight = std::to_string(facts.height);
+  TakeSize(file, {facts.width, facts.height});
+  return Step::Next;
+}
+
+Step KeepExifSource(CutFile& file) {
+  if (!file.options.keepExif || !file.options.over) return Step::Next;
+  const std::string copy = file.program.AppPath("tmp." + file.extension);
+  const host::Status copied = CopyAsking(file.program, file.Src, copy);
+  if (copied) file.exifSource = copy;
+  return copied.DiskFull() ? Fail(file, copied) : Step::Next;
+}
+
+Step PassOverFolder(CutFile& file) {
+  if (!file.options.omitFolders || file.run.omitted.Take(file.folder)) return Step::Next;
+  file.result.result = Result::Skipped;
+  file.result.why = "所在文件夹已处理过，按“忽略已处理过的文件夹”跳过";
+  return Step::FileDone;
+}
+
+Step ZoomBeforeCut(CutFile& file) {
+  if (!file.options.zoomBefore) return Step::Next;
+  const auto size = ZoomedSize(file.options.zoom, {file.W, file.H}, ZoomTime::BeforeCut);
+  if (!size) return Step::Next;
+  const std::string zoomed = file.program.AppPath("Tmp.jpg");
+  const host::Status status = file.program.images.ZoomPic(file.Src, zoomed, size->width, size->height);
+  if (!status) return FailLoad(file, status);
+  file.Src = zoomed;
+  TakeSize(file, *size);
+  return Step::Next;
+}
+
+Step RotateBeforeCut(CutFile& file) {
+  const auto angle = PreRotation(file.options.rotateRule, {file.W, file.H}, file.options.angle);
+  if (!angle || *angle == 0) return Step::Next;
+  const host::Status turned = TurnSource(file, *angle);
+  return turned ? Step::Next : FailLoad(file, turned);
+}
+
+void PredictTarget(CutFile& file) {
+  const std::string note = file.run.OnBackSide() ? kBackSideNote : "";
+  file.Dst = OutputPath(file.options, file.folder, file.name + note, file.OutExt);
+  file.target = CutTarget(file);
+}
+
+Step NameOutput(CutFile& file) {
+  PredictTarget(file);
+  if (WouldReplaceOther(file)) {
+    return Fail(file, "会覆盖另一个文件 " + base::DisplayText(file.Dst) + "，已跳过");
+  }
+  if (file.options.keepFolders && !file.options.over) {
+    const host::Status made = file.program.host.files.MakeFolders(base::SplitPath(file.Dst).folder);
+    if (!made) return Fail(file, "无法创建输出文件夹：" + made.Why());
+  }
+  return Step::Next;
+}
+
+Step AskForFrame(CutFile& file) {
+  if (!file.options.manual || file.options.frameOnly) return Step::Next;
+  Program& program = file.program;
+  Flags& flags = program.flags;
+  program.images.DisposeImage(file.Work);
+  flags.ManualStepDone = false;
+  program.manualFrame->Ask(file.Src, {file.W, file.H});
+  const std::string shown = flags.CurrentImagePath;
+  if (!program.host.files.IsFile(shown)) return Fail(file, "裁剪框预览中的图片已不存在");
+  if (shown.substr(shown.rfind('/') + 1).find("." + file.OutExt) == std::string::npos) {
+    return Fail(file, "裁剪框预览中的图片与输出类型不符");
+  }
+  flags.ImageRotated = flags.ManualRotated;
+  file.RestoreAngle = flags.ManualRotated ? -flags.ManualAngle : 0;
+  file.Src = shown;
+  MeasureSource(file);
+  const bool turns = NeedRotate(file.W, file.H, file.options.rotateRule, file.options.angle);
+  if (flags.ManualRotated || !turns) return Step::Next;
+  const host::Status turned = TurnSource(file, file.options.angle);
+  return turned ? Step::Next : FailLoad(file, turned);
+}
+
+Step FindRectangle(CutFile& file) {
+  if (file.options.frameOnly) return Step::Next;
+  CutParameters parameters = ReadCutParameters(file.program);
+  file.overhang = TakeOverhang(parameters);
+  const Pass pass = file.Work ? Pass::AfterRotation : Pass::First;
+  file.rect = CutRectangle(parameters, file.overhang, {file.W, file.H}, pass);
+  return Step::Next;
+}
+
+}  // namespace quillon::job

@@ -1,0 +1,90 @@
+// SPDX-FileCopyrightText: 2026 The Quillon developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "job/normal_cut.h"
+
+#include "job/busy.h"
+#include "job/cut_ahead.h"
+#include "job/cut_file.h"
+#include "job/program.h"
+
+namespace quillon::job {
+namespace {
+
+// The frame of a run: the window is disabled, MenuStop is on.
+class RunFrame {
+ public:
+  explicit RunFrame(Program& program) : program_(program) { program_.form1.BeginRun(); }
+  ~RunFrame() {
+    if (!ended_) End();
+  }
+  RunFrame(const RunFrame&) = delete;
+  RunFrame& operator=(const RunFrame&) = delete;
+
+  void End() {
+    ended_ = true;
+    program_.form1.EndRun();
+  }
+
+ private:
+  Program& program_;
+  bool ended_ = false;
+};
+
+}  // namespace
+
+NormalCut::NormalCut(Program& program) : program_(program) {}
+
+void NormalCut::Run() {
+  const Busy busy(program_);
+  if (!busy) return;
+  if (!ResourcesThere() || !InputThere() || !OutputThere()) return;
+  Form1& form = program_.form1;
+  const bool withArray = form.ChCutAndArray.On();
+  PrepareCanvas(withArray);
+  form.ChBack.Set(false);
+  if (withArray && !PrepareSheets()) return;
+
+  CutRun run(program_, program_.files.RowCount());
+  run.withArray = withArray;
+  run.pdf = Selected<OutType>(form.CmbOutType) == OutType::Pdf;
+  if (run.pdf) Select(form.CmbOutType, OutType::Jpg);
+  program_.SaveSetting("LOutDir", form.LOutDir.Value());
+  program_.SaveSetting("LInDir", form.LInDir.Value());
+  const std::vector<std::string> hidden = HideWindows();
+
+  RunFrame frame(program_);
+  run.omitted.Clear();
+  const bool omits = ReadCutOptions(program_).omitFolders;
+  if (omits) run.omitted.Read();
+  if (program_.observer) program_.observer->RunStarted(run.ledger.Totals().planned);
+  const double start = program_.host.clock.Seconds();
+  CutRows(run);
+  run.ledger.Settle();
+  run.ledger.NoteEnd(program_.host.clock.Seconds() - start, program_.flags.StopRequested);
+  TellEnd(run);
+  EndHelpers();
+  frame.End();
+  if (omits) WriteOmittedFolders(run);
+  ShowWindows(hidden);
+  if (program_.manualFrame) program_.manualFrame->Rest();
+  if (program_.observer) program_.observer->RunEnded(run.ledger.Totals());
+}
+
+void NormalCut::CutRows(CutRun& run) {
+  CutForecast forecast(run);
+  const std::size_t total = program_.files.RowCount();
+  for (std::size_t row = 1; row <= total; ++row) {
+    program_.host.pump.Turn();
+    const std::string path = program_.files.Row(row - 1).Path();
+    if (program_.flags.StopRequested) {
+      run.ledger.Add({row, path, "", Result::Skipped, "已停止，未处理"});
+      continue;
+    }
+    program_.form1.ShowStatus("  正在处理..." + std::to_string(row) + "/" + std::to_string(total));
+    program_.form1.MSF.Select(row);
+    forecast.Announce(row);
+    run.ledger.Add(CutOneFile(run, row, path));
+  }
+}
+
+}  // namespace quillon::job

@@ -1,0 +1,33 @@
+// SPDX-FileCopyrightText: 2026 The Quillon developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <string>
+#include <unordered_set>
+
+#include "host/status.h"
+
+namespace quillon::job {
+
+class Program;
+
+// The folders that ChOmitFolds passes over, kept in \OmitSubfolds.dat, one a line. Flags::OmittedFolders holds the same
+// lines, each with CR LF.
+class OmittedFolders {
+ public:
+  explicit OmittedFolders(Program& program);
+
+  void Clear();
+  // Takes the lines of the file that still are folders.
+  void Read();
+  // True and taken in when the folder is new, false when it is to be passed over.
+  bool Take(const std::string& folder);
+  // Writes the file anew and empties the list.
+  host::Status WriteBack();
+
+ private:
+  Program& program_;
+  std::unordered_set<std::string> folders_;
+};
+
+}  // namespace quillon::job
