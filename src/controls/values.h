@@ -188,7 +188,7 @@ class ControlArray {
 
   T& operator[](std::size_t index) { return items_[index]; }
   const T& operator[](std::size_t index) const { return items_[index]; }
-  static constexpr std::size_t Size() { return N; }
+  constexpr std::size_t Size() const { return N; }
   auto begin() { return items_.begin(); }
   auto end() { return items_.end(); }
   auto begin() const { return items_.begin(); }

@@ -291,7 +291,7 @@ TEST_F(Values, ArrayNamesItsControlsByIndex) {
                                    [](Window& window, const std::string& name, std::size_t index) {
                                      return TextBox(window, name, {}, index == 3 ? "5" : "0");
                                    });
-  static_assert(ControlArray<TextBox, 4>::Size() == 4);
+  EXPECT_EQ(margins.Size(), 4u);
   EXPECT_EQ(margins[0].Name(), "TCutValue(0)");
   EXPECT_EQ(margins[3].FullName(), "Form1.TCutValue(3)");
   EXPECT_EQ(margins[2].Value(), "0");
