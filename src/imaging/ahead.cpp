@@ -201,10 +201,10 @@ class Ahead::Engine {
     --running_;
     workingBytes_ -= crop.admitted;
     crop.admitted = 0;
-    // One giant among small ones is forgotten after a while.
-    largestResult_ = std::max(largestResult_ * 7 / 8, static_cast<std::int64_t>(crop.result.size()));
     const bool again = !done && crop.needs > 0 && crop.needs <= bounds_.working;
     crop.state = done ? State::Done : again ? State::Waiting : State::Failed;
+    // One giant among small ones is forgotten after a while.
+    if (done) largestResult_ = std::max(largestResult_ * 7 / 8, static_cast<std::int64_t>(crop.result.size()));
     if (!done || crop.dropped) ForgetResult(crop);
     wake_.notify_all();
     finished_.notify_all();
