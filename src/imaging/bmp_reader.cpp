@@ -33,6 +33,7 @@ enum class Packing : std::uint32_t { None = 0, Rle8 = 1, Rle4 = 2, BitFields = 3
 
 std::uint32_t Get16(const unsigned char* at) { return at[0] | static_cast<std::uint32_t>(at[1]) << 8; }
 std::uint32_t Get32(const unsigned char* at) { return Get16(at) | Get16(at + 2) << 16; }
+std::int64_t Signed32(const unsigned char* at) { return static_cast<std::int32_t>(Get32(at)); }
 
 // One colour's bits of a pixel, scaled to 8 bits with rounding.
 struct BitField {
@@ -212,8 +213,8 @@ Status ReadHeader(Bytes& bytes, BmpLayout& layout, Header& header) {
 
 Status ReadSides(const Header& header, const Limits& limits, BmpLayout& layout, base::Size& size) {
   const bool core = layout.headerSize == kCoreHeader;
-  const std::int64_t width = core ? Get16(&header[4]) : static_cast<std::int32_t>(Get32(&header[4]));
-  const std::int64_t height = core ? Get16(&header[6]) : static_cast<std::int32_t>(Get32(&header[8]));
+  const std::int64_t width = core ? Get16(&header[4]) : Signed32(&header[4]);
+  const std::int64_t height = core ? Get16(&header[6]) : Signed32(&header[8]);
   layout.topDown = height < 0;
   if (width <= 0 || height == 0) return fault::DamagedPicture();
   if (!WithinLimits(width, std::abs(height), limits)) return fault::SidesTooLarge();
@@ -286,7 +287,7 @@ Status ReadColours(Bytes& bytes, const Header& header, BmpLayout& layout, std::u
 
 void ReadExtras(Bytes& bytes, const Header& header, const BmpLayout& layout, RowFacts& facts) {
   if (layout.headerSize < kInfoHeader) return;
-  const double perMetre = static_cast<std::int32_t>(Get32(&header[24]));
+  const auto perMetre = static_cast<double>(Signed32(&header[24]));
   if (perMetre > 0 && perMetre < 40'000'000) facts.dpi = static_cast<int>(std::lround(perMetre * 0.0254));
   if (layout.headerSize < kV5Header || Get32(&header[56]) != kEmbeddedProfile) return;
   const std::uint32_t offset = Get32(&header[112]);

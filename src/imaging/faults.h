@@ -4,10 +4,8 @@
 
 #include "host/status.h"
 
-namespace quillon::imaging {
-
 // The failures of pictures, each with its one sentence.
-namespace fault {
+namespace quillon::imaging::fault {
 
 host::Status NoImage();         // an operation on no image
 host::Status EmptyFile();       // Damaged: no byte in it
@@ -22,5 +20,4 @@ host::Status EmptyRectangle();  // Other: nothing to cut
 host::Status UnknownType();     // Unsupported: no type to save as
 host::Status NotSaved();        // Other: the encoder failed, or its result did not pass the check
 
-}  // namespace fault
-}  // namespace quillon::imaging
+}  // namespace quillon::imaging::fault

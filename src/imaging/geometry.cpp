@@ -70,8 +70,12 @@ VImage Turned(const VImage& pixels, double angle, base::Colour colour) {
 
 VImage Scaled(const VImage& pixels, base::Size size) {
   if (pixels.width() == size.width && pixels.height() == size.height) return pixels;
-  if (!HasAlpha(pixels)) return Resized(pixels, size);
-  const VImage scaled = Resized(pixels.premultiply(), size).unpremultiply();
+  const bool alpha = HasAlpha(pixels);
+  const bool deep = pixels.format() == VIPS_FORMAT_USHORT;
+  if (!alpha && !deep) return Resized(pixels, size);
+  // The sums of whole numbers are too coarse for 16 bits: white would come out grey.
+  const VImage exact = pixels.cast(VIPS_FORMAT_FLOAT);
+  const VImage scaled = alpha ? Resized(exact.premultiply(), size).unpremultiply() : Resized(exact, size);
   return scaled.rint().cast(pixels.format()).copy(VImage::option()->set("interpretation", pixels.interpretation()));
 }
 

@@ -17,8 +17,8 @@ std::string CasedExtension(const std::string& extension, ExtensionCase wanted);
 
 // The path under which a rescued output is saved. With overwrite: the source with the extension in the wanted case.
 // Without: named after the source's parent folder P, as outFolder/P.type, or outFolder/P/P.type (the folder is made)
-// when folders are kept; several sources of one folder meet in one name, and that is intended. A name holding ".psd"
-// gets ".jpg" in its place.
+// when folders are kept; several sources of one folder meet in one name, and that is intended. A file name holding
+// ".psd", in any case, gets ".jpg" in its place (".JPG" for ".PSD").
 std::string MakeOutputName(host::Files& files, const std::string& source, const std::string& outFolder,
                            KeepFolders keepFolders, Overwrite overwrite, const std::string& type,
                            ExtensionCase extensionCase);

@@ -18,10 +18,10 @@ namespace quillon::imaging {
 
 // What goes with the pixels of a picture. The pixels' own header carries none of it.
 struct PictureTags {
-  std::string profile;  // ICC; fits the pixels' colours, "" for none
-  std::string exif;     // EXIF as a TIFF structure, "" for none
-  int orientation = 1;  // as EXIF tells it, 1..8
-  int dpi = 0;          // 0: not known
+  std::string profile = {};  // ICC; fits the pixels' colours, "" for none
+  std::string exif = {};     // EXIF as a TIFF structure, "" for none
+  int orientation = 1;       // as EXIF tells it, 1..8
+  int dpi = 0;               // 0: not known
 };
 
 // Pixels are grey, RGB or CMYK (as ink), each sample 8 or 16 bits; grey and RGB may have an alpha band. They may be

@@ -136,8 +136,8 @@ class PsdSource : public RowSource {
       return;
     }
     for (int x = 0; x < width; ++x) {
-      const auto sample = static_cast<std::uint16_t>(Get16(&line[unsigned(first + x) * 2]) ^ flip);
-      std::memcpy(out + (unsigned(x) * step + channel) * 2, &sample, 2);
+      const auto sample = static_cast<std::uint16_t>(Get16(&line[std::size_t(first + x) * 2]) ^ flip);
+      std::memcpy(out + (std::size_t(x) * step + channel) * 2, &sample, 2);
     }
   }
 

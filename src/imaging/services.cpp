@@ -85,7 +85,7 @@ Ahead& Services::Parts::Announce() {
   return *ahead;
 }
 
-Status ReadStatus(const OpenedPicture& opened, Status status) {
+Status ReadStatus(const OpenedPicture& opened, const Status& status) {
   const Status met = opened.fault ? opened.fault->Get() : Status::Ok();
   return met ? status : met;
 }
@@ -157,7 +157,7 @@ Status Services::SaveByEncoder(const Image& image, const std::string& path, Enco
   return parts_->SavePicture(image, path, {.encoder = encoder, .quality = quality});
 }
 
-void Services::PlanCrops(std::vector<CropRequest> upcoming) { parts_->Announce().PlanCrops(upcoming); }
+void Services::PlanCrops(const std::vector<CropRequest>& upcoming) { parts_->Announce().PlanCrops(upcoming); }
 
 void Services::PlanMeasures(std::vector<std::string> upcoming) { parts_->Announce().PlanMeasures(std::move(upcoming)); }
 

@@ -152,7 +152,7 @@ class Services {
   // --- Work ahead. What is announced here may be worked on by other threads before it is asked for; CropToFile and
   // ImageInfo take a finished answer only when it is for exactly that work on that unchanged file. A new announcement
   // replaces the old one; work that no longer stands in it is thrown away.
-  void PlanCrops(std::vector<CropRequest> upcoming);
+  void PlanCrops(const std::vector<CropRequest>& upcoming);
   void PlanMeasures(std::vector<std::string> upcoming);
 
  private:

@@ -39,7 +39,7 @@ struct Services::Parts {
 };
 
 // The failure that a pipeline met while it read its picture; else status.
-Status ReadStatus(const OpenedPicture& opened, Status status);
+Status ReadStatus(const OpenedPicture& opened, const Status& status);
 
 // Runs work on the picture of an image; NoImage without one.
 template <class Work>

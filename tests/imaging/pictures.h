@@ -1,0 +1,65 @@
+// SPDX-FileCopyrightText: 2026 The Quillon developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include <gtest/gtest.h>
+#include <vips/vips8>
+
+#include "host/testing/test_host.h"
+#include "imaging/services.h"
+
+namespace quillon::imaging::testing {
+
+// A picture as an array of numbers: rows of pixels of samples.
+struct Sheet {
+  int width = 0;
+  int height = 0;
+  int bands = 1;
+  std::vector<int> values;
+
+  int At(int x, int y, int band = 0) const { return values[static_cast<std::size_t>((y * width + x) * bands + band)]; }
+  std::vector<int> Pixel(int x, int y) const;
+  bool operator==(const Sheet&) const = default;
+};
+
+void PrintTo(const Sheet& sheet, std::ostream* out);
+
+// Smooth colours with noise, different at every place.
+Sheet PhotoLike(int width, int height, int bands, int most = 255);
+
+// The same pixel everywhere.
+Sheet Plain(int width, int height, std::vector<int> pixel);
+
+vips::VImage ToVips(const Sheet& sheet, VipsInterpretation kind = VIPS_INTERPRETATION_sRGB);
+vips::VImage ToVipsDeep(const Sheet& sheet, VipsInterpretation kind = VIPS_INTERPRETATION_RGB16);
+Sheet FromVips(const vips::VImage& image);
+
+// Reads a png, gif, tiff or jpeg with the library alone.
+vips::VImage LoadPlainly(const std::string& path);
+Sheet ReadPlainly(const std::string& path);
+
+Sheet PixelsOf(const Image& image);
+
+// An ICC profile: "RGB " (of a wide screen), "CMYK", or one that only says it is "GRAY".
+std::string ProfileFor(const std::string& colours);
+
+// The largest difference of any sample; 1000 when the sizes differ.
+int Difference(const Sheet& a, const Sheet& b);
+
+// The part of a sheet.
+Sheet Part(const Sheet& sheet, base::Rect rect);
+
+class ServicesTest : public ::testing::Test {
+ protected:
+  std::string Path(const std::string& name) const { return world.folder.Path(name); }
+  Image Load(const std::string& path);
+
+  host::testing::TestHost world;
+  bool stopped = false;
+  Services services{world.host, [this] { stopped = true; }};
+};
+
+}  // namespace quillon::imaging::testing
