@@ -5,6 +5,7 @@
 #include "host/disk.h"
 #include "host/disk_draft.h"
 #include "host/disk_target.h"
+#include "host/entry_path.h"
 #include "host/files.h"
 #include "host/sync_queue.h"
 
@@ -134,8 +135,14 @@ Status Files::Place(DiskDraft& draft, const DiskTarget& target, Syncing syncing)
   }
   // After a sync that went well, closing has nothing left to tell.
   disk_.Close(handle);
-  syncs_->AddFolderOf(target.path);
-  return Status::Ok();
+  if (target.exists) {
+    // Whether the old or the new file is found after a crash, it is whole.
+    syncs_->AddFolderOf(target.path);
+    return Status::Ok();
+  }
+  const int synced = disk_.SyncFolder(SplitEntry(target.path).folder);
+  if (synced < 0) disk_.Remove(target.path);
+  return Status::FromErrno(synced < 0 ? -synced : 0);
 }
 
 }  // namespace quillon::host

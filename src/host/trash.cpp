@@ -8,6 +8,7 @@
 
 #include "base/path_text.h"
 #include "host/entry_path.h"
+#include "host/percent.h"
 
 namespace quillon::host {
 namespace {
@@ -134,22 +135,6 @@ int MoveInto(Disk& disk, SyncQueue& syncs, const Trash& trash, const std::string
 }
 
 }  // namespace
-
-std::string PercentEncoded(const std::string& path) {
-  constexpr std::string_view kPlain = "-_.!~*'()/";
-  constexpr char kHex[] = "0123456789ABCDEF";
-  std::string text;
-  for (const char c : path) {
-    const auto byte = static_cast<unsigned char>(c);
-    const bool plain = (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9');
-    if (plain || kPlain.find(c) != std::string_view::npos) {
-      text += c;
-    } else {
-      text += {'%', kHex[byte >> 4], kHex[byte & 15]};
-    }
-  }
-  return text;
-}
 
 Status MoveToTrash(Disk& disk, SyncQueue& syncs, const std::string& path) {
   DiskFacts facts;

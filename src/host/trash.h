@@ -15,7 +15,4 @@ namespace quillon::host {
 // bringing it back is written first; a taken name gets a number. Nothing is ever copied.
 Status MoveToTrash(Disk& disk, SyncQueue& syncs, const std::string& path);
 
-// Path text of a trash note: every byte but letters, digits and -_.!~*'()/ as %XX.
-std::string PercentEncoded(const std::string& path);
-
 }  // namespace quillon::host

@@ -10,6 +10,7 @@
 #include <filesystem>
 
 #include "base/path_text.h"
+#include "host/percent.h"
 #include "host/posix/environment.h"
 
 namespace quillon::host::posix {
@@ -105,10 +106,16 @@ void SqliteSettings::Drop() {
 }
 
 int SqliteSettings::Open() {
-  sqlite3* opened = nullptr;
   const std::string path = base::JoinPath(folder_, "settings.db");
-  const int flags = SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE | SQLITE_OPEN_FULLMUTEX;
-  int result = sqlite3_open_v2(path.c_str(), &opened, flags, nullptr);
+  const int result = Open(path, SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE);
+  if (result == SQLITE_OK || Damaged(result)) return result;
+  // Where nothing may be written, not even beside the database, what stands in it can still be read.
+  return Open("file:" + PercentEncoded(path) + "?immutable=1", SQLITE_OPEN_READONLY | SQLITE_OPEN_URI);
+}
+
+int SqliteSettings::Open(const std::string& place, int flags) {
+  sqlite3* opened = nullptr;
+  int result = sqlite3_open_v2(place.c_str(), &opened, flags | SQLITE_OPEN_FULLMUTEX, nullptr);
   database_.reset(opened);
   if (result == SQLITE_OK) {
     sqlite3_busy_timeout(opened, kBusyMilliseconds);

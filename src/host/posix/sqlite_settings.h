@@ -43,6 +43,7 @@ class SqliteSettings final : public Settings {
   };
 
   int Open();
+  int Open(const std::string& place, int flags);
   void OpenSound();
   void Drop();
   int Prepare();
