@@ -76,7 +76,8 @@ class Session {
   }
 
   Outcome Perform() {
-    host::posix::PosixProcesses processes(private_.Path());
+    host::posix::PosixProcesses running(private_.Path());
+    BatchProcesses processes(running, shell_);
     host::Host world{boxes_,    dialogs_, pump_,   clock_,    files_,         settings_,
                      processes, shell_,   screen_, instance_, private_.Path()};
     Outcome outcome;
@@ -92,9 +93,7 @@ class Session {
       outcome = runner.Perform(plan_);
       pump_.OnTurn({});
     }
-    if (shell_.Started()) {
-      for (const host::ProcessFacts& helper : processes.Running()) processes.End(helper.id);
-    }
+    processes.EndAll();
     return outcome;
   }
 

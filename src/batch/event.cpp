@@ -3,6 +3,7 @@
 #include "batch/event.h"
 
 #include <algorithm>
+#include <cmath>
 
 #include "base/number_text.h"
 #include "batch/replies.h"
@@ -30,6 +31,8 @@ std::vector<std::string> ItemsOf(const controls::Control& control) {
   }
   return rows;
 }
+
+double Thousandths(double seconds) { return std::round(seconds * 1000) / 1000; }
 
 std::int64_t Count(std::size_t count) { return static_cast<std::int64_t>(count); }
 
@@ -125,7 +128,7 @@ Event EndEvent(const Summary& summary) {
           {{"written", Count(summary.written)},
            {"none", Count(summary.none)},
            {"skipped", Count(summary.skipped)},
-           {"seconds", summary.seconds}}};
+           {"seconds", Thousandths(summary.seconds)}}};
 }
 
 const char* ResultName(job::Result result) {

@@ -85,6 +85,14 @@ void BatchShell::Reveal(const std::string& file) { reporter_.Tell(OpenEvent("fil
 
 void BatchShell::OpenBrowser(const std::string& address) { reporter_.Tell(OpenEvent("address", address)); }
 
+std::vector<host::ProcessFacts> BatchProcesses::Running() {
+  return shell_.Started() ? processes_.Running() : std::vector<host::ProcessFacts>();
+}
+
+void BatchProcesses::EndAll() {
+  for (const host::ProcessFacts& helper : Running()) processes_.End(helper.id);
+}
+
 std::string LazySettings::Get(const std::string& application, const std::string& section, const std::string& key) {
   if (!store_ && exists_()) store_ = make_();
   return store_ ? store_->Get(application, section, key) : std::string();

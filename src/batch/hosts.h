@@ -72,10 +72,26 @@ class BatchShell final : public host::Shell {
   bool started_ = false;
 };
 
-// A desktop of 1920 x 1080 at 96 dots per inch without a picture, so that a run does not depend on where it runs.
+// The helpers of this run: none before the first start, so that the system is not searched for them, then those that
+// another look finds.
+class BatchProcesses final : public host::Processes {
+ public:
+  BatchProcesses(host::Processes& processes, const BatchShell& shell) : processes_(processes), shell_(shell) {}
+
+  std::vector<host::ProcessFacts> Running() override;
+  bool End(int id) override { return processes_.End(id); }
+  void EndAll();
+
+ private:
+  host::Processes& processes_;
+  const BatchShell& shell_;
+};
+
+// No desktop, so that a run does not depend on where it runs: there is no preview box either whose size would limit the
+// margins. 96 dots per inch.
 class BatchScreen final : public host::Screen {
  public:
-  base::Size DesktopSize() override { return {1920, 1080}; }
+  base::Size DesktopSize() override { return {}; }
   int Dpi() override { return 96; }
   std::string Wallpaper() override { return {}; }
 };

@@ -41,6 +41,41 @@ bool FlagOf(const Event& event, const std::string& name) {
   return flag && *flag;
 }
 
+const char* KindName(controls::Kind kind) {
+  switch (kind) {
+    case controls::Kind::CheckBox:
+      return "CheckBox";
+    case controls::Kind::Option:
+      return "Option";
+    case controls::Kind::TextBox:
+      return "TextBox";
+    case controls::Kind::ComboBox:
+      return "ComboBox";
+    case controls::Kind::Button:
+      return "Button";
+    case controls::Kind::Menu:
+      return "Menu";
+    case controls::Kind::Label:
+      return "Label";
+    case controls::Kind::Frame:
+      return "Frame";
+    case controls::Kind::ColourBox:
+      return "ColourBox";
+    case controls::Kind::Slider:
+      return "Slider";
+    case controls::Kind::Grid:
+      return "Grid";
+  }
+  return "";
+}
+
+std::string RangeText(const std::string& min, const std::string& max) {
+  if (min.empty() && max.empty()) return {};
+  if (max.empty()) return "不小于 " + min;
+  if (min.empty()) return "不大于 " + max;
+  return min + " 到 " + max;
+}
+
 std::string TimeText(double seconds) {
   const auto whole = static_cast<long>(std::ceil(seconds));
   if (whole >= 3600) return fmt::format("{}:{:02}:{:02}", whole / 3600, whole / 60 % 60, whole % 60);
@@ -81,9 +116,8 @@ std::string PrintText(const Event& print) {
   lines += "\n";
   const auto* items = std::get_if<std::vector<std::string>>(print.Find("items"));
   if (items && !items->empty()) lines += "    选项：" + Joined(*items) + "\n";
-  const std::string min = NumberOf(print, "min");
-  const std::string max = NumberOf(print, "max");
-  if (!min.empty() || !max.empty()) lines += "    范围：" + min + " 到 " + max + "\n";
+  const std::string range = RangeText(NumberOf(print, "min"), NumberOf(print, "max"));
+  if (!range.empty()) lines += "    范围：" + range + "\n";
   return lines;
 }
 
@@ -112,6 +146,12 @@ void TextReporter::Show(const Progress& progress) {
   line_ = text;
   std::fputs(line_.c_str(), err_);
   std::fflush(err_);
+}
+
+void TextReporter::List(const controls::Control& control) {
+  const std::string line = Shown(control.FullName()) + "\t" + KindName(control.GetKind()) + "\t" +
+                           Shown(control.Value()) + "\t" + Shown(control.Caption()) + "\n";
+  std::fputs(line.c_str(), out_);
 }
 
 void TextReporter::Finish(const Summary& summary) {

@@ -26,6 +26,8 @@ class Reporter {
   void Tell(const Event& event);
   // Called often while something is under way.
   virtual void Show(const Progress&) {}
+  // One control of a list of all.
+  virtual void List(const controls::Control& control) { Tell(PrintEvent(control)); }
   // The last call, before which the end event was told.
   virtual void Finish(const Summary&) {}
   // The text of the last box, "" before the first; Forget makes it "" again.
@@ -60,6 +62,8 @@ class TextReporter final : public Reporter {
   TextReporter(std::FILE* out, std::FILE* err, Terminal terminal) : out_(out), err_(err), terminal_(terminal) {}
 
   void Show(const Progress& progress) override;
+  // "Form1.TQuality", kind, value and caption, parted by tabs.
+  void List(const controls::Control& control) override;
   void Finish(const Summary& summary) override;
 
  protected:

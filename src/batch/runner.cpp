@@ -162,7 +162,7 @@ void Runner::TellGivenUp() {
 
 void Runner::PrintAll() {
   for (const controls::Window* window : program_.windows.All()) {
-    for (const Control* control : window->Controls()) reporter_.Tell(PrintEvent(*control));
+    for (const Control* control : window->Controls()) reporter_.List(*control);
   }
 }
 
@@ -187,7 +187,7 @@ void Runner::TellRefusedFiles(const std::vector<std::string>& named) {
   std::unordered_set<std::string> listed;
   for (std::size_t row = 0; row < program_.files.RowCount(); ++row) listed.insert(program_.files.Row(row).Path());
   for (const std::string& path : named) {
-    if (listed.contains(path) || program_.host.files.IsFolder(path)) continue;
+    if (listed.contains(path) || watch_.Refused(path) || program_.host.files.IsFolder(path)) continue;
     imaging::ImageFacts facts;
     job::FileResult result{0, path, "", job::Result::None, ""};
     if (!program_.host.files.Look(path)) {

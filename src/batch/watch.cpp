@@ -84,6 +84,11 @@ void Watch::FileLost(const job::FileResult& file) {
   reporter_.Tell(FileEvent(file));
 }
 
+void Watch::FileNotListed(const std::string& source, const std::string& why) {
+  refused_.insert(source);
+  TellFile({0, source, "", job::Result::None, why});
+}
+
 void Watch::RunEnded(const job::RunTotals& totals) {
   progress_.running = false;
   sums_.seconds += totals.seconds;

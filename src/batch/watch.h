@@ -3,6 +3,8 @@
 #pragma once
 
 #include <map>
+#include <set>
+#include <string>
 #include <utility>
 #include <vector>
 
@@ -28,11 +30,14 @@ class Watch final : public job::RunObserver {
 
   const Summary& Sums() const { return sums_; }
   std::size_t RunsStarted() const { return runs_; }
+  // Whether a listing told of the file that it could not take it.
+  bool Refused(const std::string& source) const { return refused_.contains(source); }
 
   void RunStarted(std::size_t planned) override;
   void FileDone(const job::FileResult& file) override;
   void FileLost(const job::FileResult& file) override;
   void RunEnded(const job::RunTotals& totals) override;
+  void FileNotListed(const std::string& source, const std::string& why) override;
 
  private:
   void Observe(controls::Window& window, Trace trace);
@@ -43,6 +48,7 @@ class Watch final : public job::RunObserver {
   Reporter& reporter_;
   std::vector<std::pair<controls::Window*, int>> tokens_;
   std::map<const controls::Window*, std::string> titles_;
+  std::set<std::string> refused_;
   Summary sums_;
   std::size_t runs_ = 0;
   Progress progress_;

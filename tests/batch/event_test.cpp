@@ -106,7 +106,7 @@ TEST(JsonLine, TellsFilesAndTheEnd) {
             R"({"event":"file","source":"/a.jpg","output":"","result":"none","why":"坏了"})");
   EXPECT_EQ(JsonLine(FileEvent({0, "/a.jpg", "", job::Result::Skipped, "略过"})),
             R"({"event":"file","source":"/a.jpg","output":"","result":"skipped","why":"略过"})");
-  EXPECT_EQ(JsonLine(EndEvent({5, 1, 2, 0.5, false})),
+  EXPECT_EQ(JsonLine(EndEvent({5, 1, 2, 0.50049, false})),
             R"({"event":"end","written":5,"none":1,"skipped":2,"seconds":0.5})");
 }
 

@@ -135,9 +135,26 @@ TEST(BatchShell, StartsHelpersAndTellsTheRest) {
                                       R"({"event":"open","path":"https://example.org","kind":"address"})"}));
 }
 
+TEST(BatchProcesses, AreLookedForOnceAHelperWasStarted) {
+  Recorder recorder;
+  host::testing::RecordingShell real;
+  BatchShell shell(real, recorder);
+  host::testing::ScriptedProcesses running;
+  running.Add({7, "PicHandler.exe", "/app", true});
+  BatchProcesses processes(running, shell);
+  EXPECT_TRUE(processes.Running().empty());
+  processes.EndAll();
+  EXPECT_EQ(running.Scans(), 0);
+  shell.Start("PicHandler.exe", {}, "/app");
+  ASSERT_EQ(processes.Running().size(), 1u);
+  EXPECT_EQ(processes.Running()[0].id, 7);
+  processes.EndAll();
+  EXPECT_EQ(running.Ended(), (std::vector<int>{7}));
+}
+
 TEST(BatchScreen, IsTheSameEverywhere) {
   BatchScreen screen;
-  EXPECT_EQ(screen.DesktopSize(), (base::Size{1920, 1080}));
+  EXPECT_TRUE(screen.DesktopSize().Empty());
   EXPECT_EQ(screen.Dpi(), 96);
   EXPECT_EQ(screen.Wallpaper(), "");
 }

@@ -6,6 +6,9 @@
 
 #include <cstdlib>
 
+#include "controls/values.h"
+#include "controls/window.h"
+
 namespace quillon::batch {
 namespace {
 
@@ -75,6 +78,20 @@ TEST(PrintText, ShowsWhatTheControlHas) {
   EXPECT_EQ(PrintText(Control("5", "5", true, {}, {}, {})), "Form1.X = 5\n");
   EXPECT_EQ(PrintText(Control("1", "png", true, {"jpg", "png"}, {}, {})), "Form1.X = 1（png）\n    选项：jpg、png\n");
   EXPECT_EQ(PrintText(Control("80", "80", false, {}, 30.0, 99.0)), "Form1.X = 80  不可用\n    范围：30 到 99\n");
+}
+
+TEST(PrintText, ShowsAnOpenRange) {
+  EXPECT_EQ(PrintText(Control("5", "5", true, {}, 0.0, {})), "Form1.X = 5\n    范围：不小于 0\n");
+  EXPECT_EQ(PrintText(Control("5", "5", true, {}, {}, 9.5)), "Form1.X = 5\n    范围：不大于 9.5\n");
+}
+
+TEST(TextReporter, ListsAControlOnOneLine) {
+  controls::Window window("Form1", "");
+  controls::CheckBox box(window, "ChOver", {.caption = "覆盖\t原文件"}, true);
+  Stream out;
+  Stream err;
+  TextReporter(out.File(), err.File(), Terminal::No).List(box);
+  EXPECT_EQ(out.Text(), "Form1.ChOver\tCheckBox\t1\t覆盖?原文件\n");
 }
 
 TEST(PrintText, LetsNoControlCharacterThrough) {
