@@ -195,14 +195,12 @@ class Cutter {
   }
 
   void SetDensity() {
-    if (dpi_ > 0) {
-      SetDensity(JpegHead::Unit::Inch, dpi_, dpi_);
-    } else if (head_.jfif && head_.unit != JpegHead::Unit::None) {
+    const int dpi = dpi_ > 0 ? dpi_ : head_.Dpi();
+    const bool keeps = dpi_ <= 0 && head_.jfif && (head_.unit != JpegHead::Unit::None || dpi <= 0);
+    if (keeps) {
       SetDensity(head_.unit, head_.densityX, head_.densityY);
-    } else if (const int dpi = head_.Dpi(); dpi > 0) {
+    } else if (dpi > 0) {
       SetDensity(JpegHead::Unit::Inch, dpi, dpi);
-    } else if (head_.jfif) {
-      SetDensity(head_.unit, head_.densityX, head_.densityY);
     }
   }
 

@@ -13,7 +13,7 @@ namespace {
 
 using host::Problem;
 
-constexpr std::size_t kBlock = 128 * 1024;
+constexpr std::size_t kBlock = std::size_t{128} * 1024;
 constexpr std::size_t kHeadMax = std::size_t{32} << 20;
 
 constexpr int kEndOfImage = 0xD9;
