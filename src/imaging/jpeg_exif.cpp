@@ -52,9 +52,9 @@ struct Directory {
 class Block {
  public:
   explicit Block(std::string bytes) : bytes_(std::move(bytes)) {
-    const std::string_view view = bytes_;
-    big_ = view.starts_with("MM\0\x2A"sv);
-    valid_ = bytes_.size() >= 8 && (big_ || view.starts_with("II\x2A\0"sv));
+    if (bytes_.size() < 8) return;
+    big_ = View().starts_with("MM\0\x2A"sv);
+    valid_ = big_ || View().starts_with("II\x2A\0"sv);
   }
 
   bool Valid() const { return valid_; }

@@ -1,0 +1,126 @@
+// SPDX-FileCopyrightText: 2026 The Quillon developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+//
+// Makes the pictures that the benchmark does not fetch.
+//
+// usage: make_pictures small OUTFOLDER COUNT PHOTO...   pieces of 300 x 200 cut out of photos
+//        make_pictures bmp FILE WIDTH HEIGHT            24 bit, row by row
+//        make_pictures jpeg FILE WIDTH HEIGHT           4:2:0, quality 90, row by row
+#include <algorithm>
+#include <cstdint>
+#include <cstdio>
+#include <cstdlib>
+#include <fstream>
+#include <string>
+#include <vector>
+
+#include <jpeglib.h>
+
+#include "imaging/jpeg_cut.h"
+
+namespace {
+
+constexpr int kSmallWidth = 300;
+constexpr int kSmallHeight = 200;
+constexpr int kPhotoSide = 2000;  // pieces are taken from the first so many pixels, white where a photo is smaller
+
+int MakeSmall(const std::string& folder, int count, char** photos, int photoCount) {
+  namespace imaging = quillon::imaging;
+  for (int i = 0; i < count; ++i) {
+    char name[32];
+    std::snprintf(name, sizeof name, "/s%04d.jpg", i % 10000);
+    const std::string path = folder + name;
+    const int piece = i / photoCount;
+    const quillon::base::Rect rect = {piece * 97 % (kPhotoSide - kSmallWidth), piece * 61 % (kPhotoSide / 2),
+                                      kSmallWidth, kSmallHeight};
+    std::ofstream out(path, std::ios::binary);
+    const imaging::Status status =
+        imaging::CutJpeg(photos[i % photoCount], rect, 85, 0, imaging::Exif::Drop, imaging::Limits{},
+                         [&out](const void* data, std::size_t size) {
+                           out.write(static_cast<const char*>(data), static_cast<std::streamsize>(size));
+                           return imaging::Status::Ok();
+                         });
+    if (!status || !out.flush()) return 1;
+  }
+  return 0;
+}
+
+// A gradient with noise, so that it neither packs to nothing nor to the full.
+class Rows {
+ public:
+  explicit Rows(int width) : row_(static_cast<std::size_t>(width) * 3) {}
+
+  unsigned char* Next() {
+    for (std::size_t i = 0; i < row_.size(); ++i) {
+      state_ = state_ * 1664525 + 1013904223;
+      row_[i] = static_cast<unsigned char>((i / 64 + y_ / 32 + (state_ >> 28)) & 0xFF);
+    }
+    ++y_;
+    return row_.data();
+  }
+  std::size_t Size() const { return row_.size(); }
+
+ private:
+  std::vector<unsigned char> row_;
+  std::uint32_t state_ = 1;
+  std::size_t y_ = 0;
+};
+
+int MakeBmp(const std::string& path, std::uint32_t width, std::uint32_t height) {
+  std::ofstream out(path, std::ios::binary);
+  const auto number = [&out](std::uint32_t value, int size) {
+    for (int i = 0; i < size; ++i) out.put(static_cast<char>(value >> (8 * i) & 0xFF));
+  };
+  const std::uint32_t stride = (width * 3 + 3) / 4 * 4;
+  out.write("BM", 2);
+  for (const std::uint32_t value : {54 + stride * height, 0U, 54U, 40U, width, height}) number(value, 4);
+  number(1, 2);
+  number(24, 2);
+  for (const std::uint32_t value : {0U, stride * height, 11811U, 11811U, 0U, 0U}) number(value, 4);
+  Rows rows(static_cast<int>(width));
+  const std::string padding(stride - width * 3, '\0');
+  for (std::uint32_t y = 0; y < height; ++y) {
+    out.write(reinterpret_cast<const char*>(rows.Next()), static_cast<std::streamsize>(rows.Size()));
+    out.write(padding.data(), static_cast<std::streamsize>(padding.size()));
+  }
+  return out.flush() ? 0 : 1;
+}
+
+int MakeJpeg(const char* path, int width, int height) {
+  std::FILE* out = std::fopen(path, "wb");
+  if (!out) return 1;
+  jpeg_error_mgr errors;
+  jpeg_compress_struct encoder{};
+  encoder.err = jpeg_std_error(&errors);
+  jpeg_create_compress(&encoder);
+  jpeg_stdio_dest(&encoder, out);
+  encoder.image_width = static_cast<JDIMENSION>(width);
+  encoder.image_height = static_cast<JDIMENSION>(height);
+  encoder.input_components = 3;
+  encoder.in_color_space = JCS_RGB;
+  jpeg_set_defaults(&encoder);
+  jpeg_set_quality(&encoder, 90, TRUE);
+  jpeg_start_compress(&encoder, TRUE);
+  Rows rows(width);
+  for (int y = 0; y < height; ++y) {
+    JSAMPROW row = rows.Next();
+    jpeg_write_scanlines(&encoder, &row, 1);
+  }
+  jpeg_finish_compress(&encoder);
+  jpeg_destroy_compress(&encoder);
+  return std::fclose(out) == 0 ? 0 : 1;
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  const std::string what = argc > 1 ? argv[1] : "";
+  if (what == "small" && argc > 4) return MakeSmall(argv[2], std::atoi(argv[3]), argv + 4, argc - 4);
+  if (what == "bmp" && argc == 5) {
+    return MakeBmp(argv[2], static_cast<std::uint32_t>(std::atoi(argv[3])),
+                   static_cast<std::uint32_t>(std::atoi(argv[4])));
+  }
+  if (what == "jpeg" && argc == 5) return MakeJpeg(argv[2], std::atoi(argv[3]), std::atoi(argv[4]));
+  std::fprintf(stderr, "usage: make_pictures small|bmp|jpeg ...\n");
+  return 2;
+}
