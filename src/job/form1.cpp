@@ -100,12 +100,12 @@ void Form1::MenuOpenOutDir_Click() {
 }
 
 void Form1::MenuGuide_Click() {
-  const std::string guide = program_.AppPath(kGuide);
-  if (program_.host.files.IsFile(guide)) {
+  for (const std::string& guide : {program_.AppPath(kGuide), base::JoinPath(program_.documents, kGuide)}) {
+    if (!program_.host.files.IsFile(guide)) continue;
     program_.host.shell.OpenBrowser(guide);
-  } else {
-    program_.AskMissingResource();
+    return;
   }
+  program_.AskMissingResource();
 }
 
 void Form1::MenuAbout_Click() {

@@ -61,6 +61,9 @@ class Program {
   RunObserver* observer = nullptr;
   Engines engines;
 
+  // Where the guide was installed, for a program folder that holds none.
+  std::string documents = QUILLON_DOCUMENTS;
+
   // --- Boxes, all titled "消息".
   host::Reply Ask(const std::string& text, int type = 0);
   // The missing-resource question; OK opens the browser on the installer's location, which the setting "InstallerUrl"

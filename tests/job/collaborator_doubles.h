@@ -1,0 +1,35 @@
+// SPDX-FileCopyrightText: 2026 The Quillon developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <string>
+
+#include "job/collaborators.h"
+
+// Collaborators that are there and do nothing, for tests of what depends on their being there.
+namespace quillon::job {
+
+class IdleFrame final : public ManualFrame {
+ public:
+  void Ask(const std::string&, base::Size) override {}
+  host::Status ClonePicture(imaging::Image&) override { return {}; }
+  void Rest() override {}
+};
+
+class IdleSheets final : public Sheets {
+ public:
+  bool Prepare() override { return true; }
+  bool OnBackSide() const override { return false; }
+  void Place(const std::string&) override {}
+  void Finish() override {}
+  void Listed(const std::string&, int) override {}
+};
+
+class IdleTools final : public OutputTools {
+ public:
+  host::Status ToCmyk(const std::string&) override { return {}; }
+  void CopyExif(const std::string&, const std::string&) override {}
+  host::Status ToPdf(const std::string&) override { return {}; }
+};
+
+}  // namespace quillon::job
