@@ -6,8 +6,9 @@ add_library(quillon_options INTERFACE)
 target_compile_options(quillon_options INTERFACE
   -Wall -Wextra -Wpedantic -Wshadow -Wnon-virtual-dtor -Woverloaded-virtual -Wcast-qual -Wformat=2
   -Wno-missing-field-initializers -Werror)
-# GCC 12 takes inlined string assignments at -O3 for overlapping copies (its bug 105651).
-target_compile_options(quillon_options INTERFACE $<$<CXX_COMPILER_ID:GNU>:-Wno-restrict>)
+# GCC 12 sees overlapping copies (its bug 105651) and uninitialised reads in inlined strings where there are none, the
+# more so at -O3 and under the sanitizers; clang-tidy's analyzer looks for both.
+target_compile_options(quillon_options INTERFACE $<$<CXX_COMPILER_ID:GNU>:-Wno-restrict -Wno-maybe-uninitialized>)
 target_include_directories(quillon_options INTERFACE ${CMAKE_SOURCE_DIR}/src)
 target_compile_definitions(quillon_options INTERFACE QUILLON_VERSION="${PROJECT_VERSION}")
 
