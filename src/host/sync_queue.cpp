@@ -81,12 +81,7 @@ void SyncQueue::Run() {
 }
 
 void SyncQueue::SyncAll(std::vector<Item>& batch) {
-  for (const Item& item : batch) {
-    if (item.handle >= 0) disk_.StartSync(item.handle);
-  }
-  for (Item& item : batch) {
-    if (item.handle >= 0) SyncFile(item);
-  }
+  SyncFiles(batch);
   std::map<std::string, int> folders;
   for (Item& item : batch) {
     if (!item.status) continue;
@@ -104,12 +99,23 @@ void SyncQueue::SyncAll(std::vector<Item>& batch) {
   }
 }
 
-void SyncQueue::SyncFile(Item& item) {
-  DiskFacts facts;
-  // What was replaced or removed meanwhile need not be waited for.
-  if (disk_.LookOpen(item.handle, facts) == 0 && facts.links == 0) return;
-  const int synced = disk_.Sync(item.handle);
-  if (synced < 0) item.status = Status::FromErrno(-synced);
+void SyncQueue::SyncFiles(std::vector<Item>& batch) {
+  std::vector<int> handles;
+  std::vector<Item*> items;
+  for (Item& item : batch) {
+    if (item.handle < 0) continue;
+    // What was replaced or removed meanwhile need not be waited for.
+    DiskFacts facts;
+    if (disk_.LookOpen(item.handle, facts) == 0 && facts.links == 0) continue;
+    handles.push_back(item.handle);
+    items.push_back(&item);
+  }
+  // All begin to be written before the first is waited for.
+  for (const int handle : handles) disk_.StartSync(handle);
+  const std::vector<int> results = disk_.SyncAll(handles);
+  for (std::size_t i = 0; i < items.size(); ++i) {
+    if (results[i] < 0) items[i]->status = Status::FromErrno(-results[i]);
+  }
 }
 
 void SyncQueue::RemoveTorn(const Item& item) {

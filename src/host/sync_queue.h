@@ -15,9 +15,9 @@
 
 namespace quillon::host {
 
-// Files and folders that wait to be synced, and the thread that does it behind the run. Files are synced in batches:
-// the writing of all is begun before the first is waited for, and each folder is synced once per batch. At most 64
-// files wait; then Add waits for the disk. Ends only when everything is synced.
+// Files and folders that wait to be synced, and the thread that does it behind the run. Files are synced in batches,
+// and each folder once per batch. At most 64 files wait; then Add waits for the disk. Ends only when everything is
+// synced.
 class SyncQueue {
  public:
   // What becomes of a file whose syncing failed: one that was not there before is removed, since it may be torn.
@@ -46,7 +46,7 @@ class SyncQueue {
   void Add(Item item);
   void Run();
   void SyncAll(std::vector<Item>& batch);
-  void SyncFile(Item& item);
+  void SyncFiles(std::vector<Item>& batch);
   void RemoveTorn(const Item& item);
 
   Disk& disk_;

@@ -173,6 +173,22 @@ int FaultyDisk::Sync(int handle) {
   return verdict.error ? verdict.error : disk_.Sync(handle);
 }
 
+// Each of them counts, and can be made to fail, as a call of Sync.
+std::vector<int> FaultyDisk::SyncAll(const std::vector<int>& handles) {
+  std::vector<int> results;
+  std::vector<int> sound;
+  for (const int handle : handles) {
+    results.push_back(JudgeHandle(DiskCall::Sync, handle).error);
+    if (results.back() == 0) sound.push_back(handle);
+  }
+  const std::vector<int> synced = disk_.SyncAll(sound);
+  auto next = synced.begin();
+  for (int& result : results) {
+    if (result == 0) result = *next++;
+  }
+  return results;
+}
+
 int FaultyDisk::Close(int handle) {
   const Verdict verdict = JudgeHandle(DiskCall::Close, handle);
   {

@@ -94,6 +94,7 @@ class FaultyDisk final : public Disk {
   int Unlock(int handle) override;
   int StartSync(int handle) override;
   int Sync(int handle) override;
+  std::vector<int> SyncAll(const std::vector<int>& handles) override;
   int Close(int handle) override;
 
   int Look(const std::string& path, DiskFacts& facts) override;
