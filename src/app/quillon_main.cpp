@@ -25,7 +25,10 @@ int main(int count, char** arguments) {
   window.show();
   // After the first paint, so that a long list is seen growing.
   QTimer::singleShot(0, &window, [&] {
-    if (!files.empty()) program.Intake().Admit(files);
+    if (files.empty()) return;
+    program.Intake().Admit(files);
+    program.form1.MSF.Select(1);
+    program.Intake().MSF_DblClick();
   });
   return QApplication::exec();
 }

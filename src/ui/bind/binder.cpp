@@ -6,6 +6,7 @@
 
 #include "controls/window.h"
 #include "ui/bind/binding.h"
+#include "ui/text.h"
 
 namespace quillon::ui {
 namespace {
@@ -61,6 +62,17 @@ void Binder::OnChange(controls::Control& control, controls::Aspect aspect) {
       if (itself) binding->ShowValue();
     }
   }
+}
+
+void ShowCommon(const controls::Control& control, QWidget& widget) {
+  widget.setToolTip(Shown(control.Tooltip()));
+  widget.setEnabled(control.Enabled());
+  ShowVisible(control, widget);
+}
+
+void ShowVisible(const controls::Control& control, QWidget& widget) {
+  const bool fresh = !widget.testAttribute(Qt::WA_WState_ExplicitShowHide);
+  if (!control.Visible() || !fresh) widget.setVisible(control.Visible());
 }
 
 void Binding::Edit(const std::string& text) {

@@ -42,6 +42,8 @@ class Binder {
   QLabel* MakeLabel(controls::Control& control, QWidget* buddy, const QString& text = {});
   // The action of a menu entry that holds no others.
   QAction* MakeAction(controls::Menu& menu, QObject* parent);
+  // A second action for the same entry, for a button: it bears neither the entry's name nor its shortcut.
+  QAction* MakeTwin(controls::Menu& menu, QObject* parent);
   // Names a menu after its record entry and lets it follow that.
   void Join(controls::Menu& menu, QMenu* target);
   // Lets a widget that is made elsewhere stand for a frame or a grid.

@@ -32,4 +32,9 @@ class Binding : public QObject {
   Binder& binder_;
 };
 
+// Tooltip, enabled and visible state of a control, put on its widget. A widget that is not laid out yet is not shown,
+// since without a parent it would come up as a window.
+void ShowCommon(const controls::Control& control, QWidget& widget);
+void ShowVisible(const controls::Control& control, QWidget& widget);
+
 }  // namespace quillon::ui

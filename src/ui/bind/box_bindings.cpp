@@ -20,12 +20,6 @@
 namespace quillon::ui {
 namespace {
 
-void ShowCommon(const controls::Control& control, QWidget& widget) {
-  widget.setToolTip(Shown(control.Tooltip()));
-  widget.setEnabled(control.Enabled());
-  widget.setVisible(control.Visible());
-}
-
 class NumberBinding : public Binding {
  public:
   NumberBinding(controls::TextBox& box, Binder& binder, NumberEdit* edit)
@@ -239,6 +233,7 @@ QWidget* MakeComboBox(controls::ComboBox& box, Binder& binder) {
 
 QWidget* MakeColourBox(controls::ColourBox& box, Binder& binder) {
   auto* button = new QPushButton;
+  button->setAutoDefault(false);  // Enter in another field must not open the dialog
   binder.Attach(new ColourBinding(box, binder, button));
   return button;
 }

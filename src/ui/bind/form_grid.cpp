@@ -20,8 +20,8 @@ FormGrid::FormGrid(QWidget* body, Binder& binder) : grid_(new QGridLayout(body))
   grid_->setContentsMargins(kIndent, 0, 0, kGap / 2);
   grid_->setHorizontalSpacing(kGap);
   grid_->setVerticalSpacing(kGap * 3 / 4);
-  const int label = body->fontMetrics().horizontalAdvance(QStringLiteral("裁剪模式："));
-  grid_->setColumnMinimumWidth(0, label);
+  grid_->setColumnMinimumWidth(0, body->fontMetrics().horizontalAdvance(QStringLiteral("裁剪模式：")));
+  grid_->setColumnMinimumWidth(2, body->fontMetrics().horizontalAdvance(QStringLiteral("品质：")));
   grid_->setColumnStretch(1, 1);
   grid_->setColumnStretch(3, 1);
 }
@@ -44,7 +44,8 @@ QWidget* FormGrid::Row(const QString& label, controls::Control& control, std::in
 
 void FormGrid::Labelled(int column, const Named& named) {
   QWidget* field = binder_.Make(*named.second);
-  grid_->addWidget(binder_.MakeLabel(*named.second, field, named.first), row_, column);
+  const Qt::Alignment side = column == 0 ? Qt::AlignLeft : Qt::AlignRight;
+  grid_->addWidget(binder_.MakeLabel(*named.second, field, named.first), row_, column, side | Qt::AlignVCenter);
   grid_->addWidget(field, row_, column + 1);
 }
 
@@ -55,13 +56,17 @@ void FormGrid::Pair(const Named& left, const Named& right) {
 }
 
 void FormGrid::Checks(std::initializer_list<controls::Control*> boxes) {
-  int column = 0;
+  QHBoxLayout* line = nullptr;
   for (controls::Control* box : boxes) {
-    const int span = boxes.size() == 1 ? kColumns : 2;
-    grid_->addWidget(binder_.Make(*box), row_ + column / kColumns, column % kColumns, 1, span);
-    column += 2;
+    if (!line || line->count() == 2) {
+      line = new QHBoxLayout;
+      line->setSpacing(kGap);
+      grid_->addLayout(line, row_++, 0, 1, kColumns);
+    }
+    QWidget* widget = binder_.Make(*box);
+    widget->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
+    line->addWidget(widget, 1);
   }
-  row_ += (column + kColumns - 1) / kColumns;
 }
 
 void FormGrid::CheckAndField(controls::Control& check, controls::Control& field) {

@@ -15,7 +15,6 @@ class ActionBinding : public Binding {
  public:
   ActionBinding(controls::Menu& menu, Binder& binder, QAction* action)
       : Binding(menu, binder, action), action_(action) {
-    action->setShortcut(QKeySequence(Shown(menu.Shortcut())));
     if (!action->menu()) connect(action, &QAction::triggered, this, [this] { Click(); });
   }
 
@@ -36,6 +35,13 @@ class ActionBinding : public Binding {
 QAction* MakeMenuAction(controls::Menu& menu, Binder& binder, QObject* parent) {
   auto* action = new QAction(parent);
   action->setObjectName(Shown(menu.Name()));
+  action->setShortcut(QKeySequence(Shown(menu.Shortcut())));
+  binder.Attach(new ActionBinding(menu, binder, action));
+  return action;
+}
+
+QAction* MakeMenuTwin(controls::Menu& menu, Binder& binder, QObject* parent) {
+  auto* action = new QAction(parent);
   binder.Attach(new ActionBinding(menu, binder, action));
   return action;
 }

@@ -13,6 +13,7 @@ namespace quillon::ui {
 class Binder;
 
 QAction* MakeMenuAction(controls::Menu& menu, Binder& binder, QObject* parent);
+QAction* MakeMenuTwin(controls::Menu& menu, Binder& binder, QObject* parent);
 void JoinMenu(controls::Menu& menu, Binder& binder, QMenu* target);
 
 }  // namespace quillon::ui

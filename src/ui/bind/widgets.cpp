@@ -18,13 +18,6 @@
 namespace quillon::ui {
 namespace {
 
-// What every widget takes from its control.
-void ShowCommon(const controls::Control& control, QWidget& widget) {
-  widget.setToolTip(Shown(control.Tooltip()));
-  widget.setEnabled(control.Enabled());
-  widget.setVisible(control.Visible());
-}
-
 // Check boxes, options and buttons: things with a caption that are pressed.
 class PressBinding : public Binding {
  public:
@@ -62,7 +55,7 @@ class FollowBinding : public Binding {
   void ShowLook() override {
     const QString caption = Shown(Control().Caption());
     if (auto* group = dynamic_cast<FoldGroup*>(widget_)) {
-      group->setVisible(Control().Visible());
+      ShowVisible(Control(), *group);
       group->Body()->setEnabled(Control().Enabled());
       group->SetTitle(caption);
       return;
@@ -86,7 +79,7 @@ class BuddyBinding : public Binding {
     const QString words = text_.isEmpty() ? Shown(Control().Caption()) : text_;
     label_->setText(words);
     label_->setEnabled(Control().Enabled());
-    label_->setVisible(Control().Visible());
+    ShowVisible(Control(), *label_);
     if (buddy_) buddy_->setAccessibleName(words);
   }
 
@@ -152,6 +145,8 @@ void Binder::Join(controls::Control& control, QWidget* widget) {
 }
 
 QAction* Binder::MakeAction(controls::Menu& menu, QObject* parent) { return MakeMenuAction(menu, *this, parent); }
+
+QAction* Binder::MakeTwin(controls::Menu& menu, QObject* parent) { return MakeMenuTwin(menu, *this, parent); }
 
 void Binder::Join(controls::Menu& menu, QMenu* target) { JoinMenu(menu, *this, target); }
 

@@ -85,7 +85,7 @@ void PaintFrame(QPainter& painter, const FrameLook& look) {
   painter.setBrush(Qt::NoBrush);
   painter.setPen(QPen(kUnderline, 3));
   painter.drawPath(outline);
-  painter.setPen(QPen(kLine, 1.25, look.fixed ? Qt::SolidLine : Qt::DashLine));
+  painter.setPen(QPen(look.fixed ? kAccent : kLine, 1.25));
   painter.drawPath(outline);
   if (square) PaintCorners(painter, look.frame);
   PaintLabel(painter, look);

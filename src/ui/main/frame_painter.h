@@ -19,7 +19,7 @@ struct FrameLook {
   QRectF picture;  // where the picture is drawn
   QRectF frame;    // the cut frame over it
   int shape = 0;
-  bool fixed = false;  // a frame of a fixed size
+  bool fixed = false;  // a frame of a fixed size, told by its colour
   QString label;       // its size in words
 };
 

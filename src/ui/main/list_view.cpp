@@ -13,7 +13,9 @@ namespace quillon::ui {
 namespace {
 
 // Widths of the columns in digits; a column is never narrower than its header.
-constexpr int kDigits[] = {18, 5, 18, 6, 6, 8, 8, 5, 10};
+constexpr int kDigits[] = {16, 4, 14, 6, 6, 8, 8, 4, 6};
+
+constexpr int kPath = 2;  // takes what room there is
 
 }  // namespace
 
@@ -40,7 +42,8 @@ void ListView::SizeColumns() {
     const int wanted = column < static_cast<int>(std::size(kDigits)) ? kDigits[column] * digit : 0;
     setColumnWidth(column, qMax(wanted + kGap, horizontalHeader()->sectionSizeHint(column)));
   }
-  horizontalHeader()->setStretchLastSection(true);
+  horizontalHeader()->setMinimumSectionSize(5 * kGap);
+  horizontalHeader()->setSectionResizeMode(kPath, QHeaderView::Stretch);
 }
 
 void ListView::paintEvent(QPaintEvent* event) {

@@ -27,8 +27,8 @@
 namespace quillon::ui {
 namespace {
 
-constexpr QSize kOpeningSize(1240, 740);
-constexpr int kPreviewWidth = 40 * kGap;
+constexpr QSize kOpeningSize(1280, 760);
+constexpr int kPreviewWidth = 38 * kGap;
 
 }  // namespace
 
@@ -42,7 +42,7 @@ MainWindow::MainWindow(job::Program& program)
   setAcceptDrops(true);
   setContextMenuPolicy(Qt::NoContextMenu);
   BuildMenus();
-  addToolBar(new ToolBar(form_, binder_, *this));
+  addToolBar(new ToolBar(form_, binder_));
 
   auto* middle = new QSplitter(Qt::Horizontal);
   auto* panel = new ParameterPanel(form_, binder_);

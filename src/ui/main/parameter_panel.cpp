@@ -15,7 +15,7 @@
 namespace quillon::ui {
 namespace {
 
-constexpr int kPanelCharacters = 24;
+constexpr int kPanelLines = 20;
 
 }  // namespace
 
@@ -43,7 +43,7 @@ ParameterPanel::ParameterPanel(job::Form1& form, Binder& binder, QWidget* parent
 
 QSize ParameterPanel::sizeHint() const {
   const int content = widget()->minimumSizeHint().width() + verticalScrollBar()->sizeHint().width();
-  return {qMax(content, kPanelCharacters * fontMetrics().height()), 2 * content};
+  return {qMax(content, kPanelLines * fontMetrics().height()), 2 * content};
 }
 
 QWidget* ParameterPanel::AddGroup(const QString& title) {
@@ -54,9 +54,7 @@ QWidget* ParameterPanel::AddGroup(const QString& title) {
 
 QWidget* ParameterPanel::Shortcut(controls::Menu& menu, const QString& icon, const QString& name) {
   auto* button = new QToolButton;
-  QAction* action = binder_.MakeAction(menu, button);
-  action->setObjectName({});  // the entry in the menu bar bears the name
-  action->setShortcut({});
+  QAction* action = binder_.MakeTwin(menu, button);
   action->setIcon(LineIcon(icon));
   button->setDefaultAction(action);
   button->setToolButtonStyle(Qt::ToolButtonIconOnly);
@@ -102,7 +100,8 @@ void ParameterPanel::AddFixedCut() {
 
 void ParameterPanel::AddOutput() {
   FormGrid form(AddGroup(QStringLiteral("输出")), binder_);
-  form.Pair({{}, &form_.CmbOutType}, {{}, &form_.CmbDPI});
+  form.Row({}, form_.CmbOutType);
+  form.Row({}, form_.CmbDPI);
   form.CheckAndField(form_.ChJpgComp, form_.TQuality);
   form.Checks({&form_.ChCutAndArray});
 }

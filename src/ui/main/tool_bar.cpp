@@ -3,16 +3,14 @@
 #include "ui/main/tool_bar.h"
 
 #include <QAction>
-#include <QMainWindow>
 
-#include "ui/main/menu_bar.h"
 #include "ui/theme/icons.h"
 #include "ui/theme/metrics.h"
 
 namespace quillon::ui {
 
-ToolBar::ToolBar(job::Form1& form, Binder& binder, QMainWindow& window)
-    : QToolBar(QStringLiteral("工具栏"), &window), form_(form), binder_(binder), window_(window) {
+ToolBar::ToolBar(job::Form1& form, Binder& binder, QWidget* parent)
+    : QToolBar(QStringLiteral("工具栏"), parent), form_(form), binder_(binder) {
   setObjectName(QStringLiteral("toolBar"));
   setMovable(false);
   setContextMenuPolicy(Qt::PreventContextMenu);
@@ -44,7 +42,7 @@ ToolBar::ToolBar(job::Form1& form, Binder& binder, QMainWindow& window)
 ToolBar::~ToolBar() { form_.Forget(token_); }
 
 void ToolBar::Add(controls::Menu& menu, const QString& icon, const QString& words) {
-  QAction* action = ActionOf(menu, window_);
+  QAction* action = binder_.MakeTwin(menu, this);
   action->setIcon(LineIcon(icon));
   action->setIconText(words);
   addAction(action);

@@ -7,14 +7,12 @@
 #include "job/form1.h"
 #include "ui/bind/binder.h"
 
-class QMainWindow;
-
 namespace quillon::ui {
 
 // The few things that are done all day. The cut button starts the driver of the chosen mode.
 class ToolBar : public QToolBar {
  public:
-  ToolBar(job::Form1& form, Binder& binder, QMainWindow& window);
+  ToolBar(job::Form1& form, Binder& binder, QWidget* parent = nullptr);
   ~ToolBar() override;
 
  private:
@@ -24,7 +22,6 @@ class ToolBar : public QToolBar {
 
   job::Form1& form_;
   Binder& binder_;
-  QMainWindow& window_;
   QAction* cut_;
   int token_;
 };

@@ -42,6 +42,7 @@ OptionsWindow::OptionsWindow(job::FBaseOpt& record, Binder::Refusal onRefusal, Q
   auto* whole = new QVBoxLayout(this);
   whole->setContentsMargins(0, 0, 0, 0);
   whole->addWidget(scroll);
+  content->layout()->activate();
   const QSize room = screen()->availableSize() * 9 / 10;
   resize(content->sizeHint().boundedTo(room));
 }

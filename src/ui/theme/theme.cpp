@@ -5,10 +5,10 @@
 #include <QApplication>
 #include <QFont>
 #include <QStyle>
-#include <QStyleFactory>
 #include <QToolTip>
 
 #include "ui/theme/desktop_scheme.h"
+#include "ui/theme/flat_style.h"
 
 namespace quillon::ui {
 namespace {
@@ -75,7 +75,7 @@ void PutOn(Scheme scheme) {
 void ApplyTheme(QApplication& application) {
   const QByteArray wanted = qgetenv("QUILLON_THEME");
   if (wanted == "dark" || wanted == "light") {
-    QApplication::setStyle(QStyleFactory::create(QStringLiteral("Fusion")));
+    QApplication::setStyle(new FlatStyle);
     PutOn(wanted == "dark" ? Scheme::Dark : Scheme::Light);
     return;
   }
@@ -84,6 +84,7 @@ void ApplyTheme(QApplication& application) {
   const bool fusion = style->name().compare(QLatin1String("fusion"), Qt::CaseInsensitive) == 0;
   const bool untouched = QApplication::palette().window() == style->standardPalette().window();
   if (!fusion || !untouched) return;
+  QApplication::setStyle(new FlatStyle);
   PutOn(Scheme::Light);
   new DesktopScheme(&application);
 }
