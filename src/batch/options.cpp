@@ -20,12 +20,12 @@ constexpr const char* kExamples = R"help(
     quillon-batch --set ChCutA=0 --set 'TCutValue(0)=10' --set 'TCutValue(1)=10' \
       --set 'TCutValue(2)=10' --set 'TCutValue(3)=10' --out out --click menuNormalCut *.jpg
 
-  按预设尺寸固定裁剪并居中，压缩质量 90：
-    quillon-batch --set ChFixCut=1 --set CmbKeepCut=5 --set ChAutoCenter=1 \
+  固定裁剪，尺寸取自预设“2寸”，质量 90：
+    quillon-batch --set ChFixCut=1 --set 'CmbKeepCut=2寸 3.5cmx5.3cm' \
       --set ChJpgComp=1 --set TQuality=90 --out out --click menuNormalCut 照片/
 
-  底边裁去 40 像素，直接覆盖原文件：
-    quillon-batch --set 'TCutValue(3)=40' --set ChOver=1 --click menuNormalCut a.jpg b.png
+  底边裁去 5%，直接覆盖原文件：
+    quillon-batch --set ChCutA=0 --set 'TCutValue(3)=5' --set ChOver=1 --click menuNormalCut a.jpg b.png
 
   同样的步骤写在文件里，事件逐行输出为 JSON：
     quillon-batch --json --script job.json

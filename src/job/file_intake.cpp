@@ -146,14 +146,15 @@ void FileIntake::Admit(const std::vector<std::string>& items) {
       TellNotListed(path, "当前裁剪模式不支持这种文件");
     }
   }
-  List(roots, Subfolders::Yes, Progress::Reading);
+  List(roots, Subfolders::Yes, Progress::Reading, WithoutSize::PassedOver);
 }
 
 void FileIntake::TellNotListed(const std::string& path, const std::string& why) {
   if (program_.observer) program_.observer->FileNotListed(path, why);
 }
 
-bool FileIntake::List(const std::vector<std::string>& roots, Subfolders subfolders, Progress progress) {
+bool FileIntake::List(const std::vector<std::string>& roots, Subfolders subfolders, Progress progress,
+                      WithoutSize withoutSize) {
   AdmissionRule rule(program_);
   if (!rule.Ready()) return false;
   bool refused = false;
@@ -170,7 +171,7 @@ bool FileIntake::List(const std::vector<std::string>& roots, Subfolders subfolde
     };
     FileWalk walk(program_, subfolders, [this](const std::string& name) { return Accepts(name); });
     const WalkEnd end = walk.Run(roots, [&](const std::string& path) {
-      refused = rule.Admit(path) == Admission::Ended;
+      refused = rule.Admit(path) == Admission::Ended && withoutSize == WithoutSize::EndsListing;
       ++read;
       if (!refused) tell();
       return !refused;

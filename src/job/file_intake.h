@@ -33,6 +33,7 @@ class FileIntake {
   // Files and folders dropped on the list, after the question.
   void MSF_OLEDragDrop(const std::vector<std::string>& items);
   // Files and folders named on a command line: as a drop answered with No, without the question and the closing box.
+  // A file without a size does not end it: the others are taken, the message comes once.
   // Relative paths start at the current folder. The observer hears of files that are not there or not accepted.
   void Admit(const std::vector<std::string>& items);
 
@@ -48,9 +49,11 @@ class FileIntake {
 
  private:
   enum class Progress { Adding, Reading };
+  enum class WithoutSize { EndsListing, PassedOver };
 
   // True when everything was taken: neither stopped nor ended by a file without a size.
-  bool List(const std::vector<std::string>& roots, Subfolders subfolders, Progress progress);
+  bool List(const std::vector<std::string>& roots, Subfolders subfolders, Progress progress,
+            WithoutSize withoutSize = WithoutSize::EndsListing);
   void TellNotListed(const std::string& path, const std::string& why);
   void ShowFirstRow();
   void ShowStatusPanel();

@@ -2,6 +2,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "job/file_intake_admission.h"
 
+#include <utility>
+
 #include "base/utf8.h"
 #include "job/program.h"
 
@@ -37,7 +39,7 @@ void AdmissionRule::Refuse(const std::string& path, const std::string& why) {
   program_.form1.LStatus.SetText(program_.files.StatusText() + "  未加入：" + base::DisplayText(path) + "（" + why +
                                  "）");
   if (program_.observer) program_.observer->FileNotListed(path, why);
-  program_.Ask(kNoSize);
+  if (!std::exchange(asked_, true)) program_.Ask(kNoSize);
 }
 
 Admission AdmissionRule::Admit(const std::string& path) {

@@ -11,7 +11,7 @@ class Program;
 enum class Admission {
   Added,
   PassedOver,  // left out by the filter of small pictures or for its page count
-  Ended        // has no size; adding ends here
+  Ended        // has no size; adding ends here, unless the caller goes on
 };
 
 // The rule by which a file becomes a row of the list, for the mode that CmbCutMode shows when it is made.
@@ -22,8 +22,8 @@ class AdmissionRule {
   // Asks the missing-resource question, leaves the mode and answers false where the mode counts pages and the program
   // has nothing to count them with.
   bool Ready();
-  // Measures the file and adds its row, or tells why not. A file without a size is answered with the one message that
-  // ends the adding; the status panel and the observer name it.
+  // Measures the file and adds its row, or tells why not. A file without a size ends the adding, unless the caller goes
+  // on; the first is answered with the message, the status panel and the observer name each.
   Admission Admit(const std::string& path);
 
  private:
@@ -33,6 +33,7 @@ class AdmissionRule {
 
   Program& program_;
   int mode_;
+  bool asked_ = false;
 };
 
 }  // namespace quillon::job
