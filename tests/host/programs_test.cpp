@@ -125,7 +125,9 @@ TEST_F(ProgramsTest, ThisProcessIsFoundAndSystemProcessesStay) {
   const auto self =
       std::find_if(running.begin(), running.end(), [](const auto& facts) { return facts.id == getpid(); });
   ASSERT_NE(self, running.end());
-  EXPECT_EQ(self->name, "test_host");
+  const fs::path program = fs::read_symlink("/proc/self/exe");
+  EXPECT_EQ(self->name, program.filename().native());
+  EXPECT_EQ(self->folder, program.parent_path().native());
   EXPECT_TRUE(self->own);
   EXPECT_FALSE(processes.End(0));
   EXPECT_FALSE(processes.End(1));
