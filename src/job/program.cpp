@@ -29,6 +29,7 @@ Program::Program(host::Host& hostIn)
       form1(*this),
       fBaseOpt(*this),
       files(form1.MSF),
+      documents(QUILLON_DOCUMENTS),
       intake_(std::make_unique<FileIntake>(*this)),
       normalCut_(std::make_unique<NormalCut>(*this)) {
   windows.Add(form1);
@@ -42,6 +43,7 @@ Program::Program(host::Host& hostIn)
 Program::~Program() = default;
 
 bool Program::Unload() {
+  if (ended_) return true;
   if (Ask(kCloseQuestion, kCloseType) != host::Reply::Ok) return false;
   // What cannot be removed is passed over: the next start writes it anew.
   static_cast<void>(host.files.RemoveOwn(AppPath("Pdfs")));

@@ -62,7 +62,7 @@ class Program {
   Engines engines;
 
   // Where the guide was installed, for a program folder that holds none.
-  std::string documents = QUILLON_DOCUMENTS;
+  std::string documents;
 
   // --- Boxes, all titled "消息".
   host::Reply Ask(const std::string& text, int type = 0);

@@ -175,7 +175,9 @@ TEST_F(MarginsTest, WholePixelsSurviveTheWayThroughPercentAtAnyScale) {
       PutMargins(text.c_str(), text.c_str(), text.c_str(), text.c_str());
       Put("ChCutA", "0");
       Put("ChCutA", "1");
-      EXPECT_EQ(Margins(), text + " " + text + " " + text + " " + text) << scale;
+      std::string four = text;
+      for (int i = 0; i < 3; ++i) four.append(" ").append(text);
+      EXPECT_EQ(Margins(), four) << scale;
     }
   }
 }
