@@ -137,7 +137,7 @@ bool DrawAll(const std::string& folder) {
          Save(Landscape(1800, 600, 41), folder + "/远山 全景.jpg") &&
          Save(Portrait(1067, 1600, 23), folder + "/人像.jpg") && Save(Page(1240, 1754, 31), folder + "/文稿.tif") &&
          Save(Page(827, 1169, 37), folder + "/扫描页.png") && Save(Badge(512), folder + "/徽章.png") &&
-         Save(Poster(480, 640), folder + "/海报.gif") && SaveBmp(Poster(600, 800), folder + "/海报.bmp");
+         Save(Poster(480, 640), folder + "/色块.gif") && SaveBmp(Poster(600, 800), folder + "/海报.bmp");
 }
 
 }  // namespace
