@@ -90,9 +90,14 @@ VImage StandardPixels(const VImage& loaded) {
   return Named(FirstBands(pixels, 4), RgbOf(pixels));
 }
 
-bool ProfileFits(const std::string& profile, const VImage& pixels) {
+bool ProfileFits(const std::string& profile, RowLayout layout) {
   if (profile.size() < kProfileHead || profile.compare(36, 4, "acsp") != 0) return false;
-  return profile.compare(16, 4, IsCmyk(pixels) ? "CMYK" : IsGrey(pixels) ? "GRAY" : "RGB ") == 0;
+  const char* name = layout == RowLayout::Cmyk ? "CMYK" : layout == RowLayout::Grey ? "GRAY" : "RGB ";
+  return profile.compare(16, 4, name) == 0;
+}
+
+bool ProfileFits(const std::string& profile, const VImage& pixels) {
+  return ProfileFits(profile, IsCmyk(pixels) ? RowLayout::Cmyk : IsGrey(pixels) ? RowLayout::Grey : RowLayout::Rgb);
 }
 
 std::vector<double> SamplesOf(const VImage& pixels, base::Colour colour) {

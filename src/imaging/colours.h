@@ -6,6 +6,7 @@
 
 #include "base/colour.h"
 #include "imaging/picture.h"
+#include "imaging/row_source.h"
 
 namespace quillon::imaging {
 
@@ -17,7 +18,8 @@ bool HasAlpha(const vips::VImage& pixels);
 // out, other colour spaces and sample formats become RGB. Throws VError where no colours can be made of them.
 vips::VImage StandardPixels(const vips::VImage& loaded);
 
-// True when the profile is one for pixels of this kind.
+// True when the profile is one for colours of this kind.
+bool ProfileFits(const std::string& profile, RowLayout layout);
 bool ProfileFits(const std::string& profile, const vips::VImage& pixels);
 
 // The sample values of a colour in pixels of this kind, opaque where there is alpha. On grey pixels it must be grey;

@@ -7,6 +7,7 @@
 #include <string_view>
 
 #include "imaging/faults.h"
+#include "imaging/jpeg_exif.h"
 #include "imaging/jpeg_head.h"
 #include "imaging/jpeg_stream.h"
 #include "imaging/limit_checks.h"
@@ -109,6 +110,7 @@ class JpegRows : public RowStream {
     facts_.dpi = head_.Dpi();
     facts_.profile = JoinProfile(head_.icc);
     facts_.exif = head_.exif;
+    facts_.orientation = ReadExif(head_.exif).orientation;
   }
 
   // Only the first row needs the memory of a decoder that runs.

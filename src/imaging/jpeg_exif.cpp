@@ -291,6 +291,16 @@ std::string CutExif(std::string_view bytes, base::Size size, int dpi) {
   return block.Take();
 }
 
+std::string UprightExif(std::string_view bytes) {
+  Block block{std::string(bytes)};
+  if (const std::optional<Directory> first = block.First()) {
+    for (const Entry& entry : first->entries) {
+      if (entry.tag == kOrientation) block.SetInteger(entry, 1);
+    }
+  }
+  return block.Take();
+}
+
 std::string MinimalExif(int orientation, int dpi) {
   if (orientation == 1 && dpi == 0) return {};
   struct Field {

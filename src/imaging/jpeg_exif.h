@@ -25,6 +25,9 @@ ExifFacts ReadExif(std::string_view block);
 // notes stay readable. Empty when the block is no TIFF structure.
 std::string CutExif(std::string_view block, base::Size size, int dpi);
 
+// The block of a picture that was turned: its orientation, where it tells one, becomes 1.
+std::string UprightExif(std::string_view block);
+
 // A block with just the orientation (unless it is 1) and the resolution (unless it is 0); empty when both are absent.
 std::string MinimalExif(int orientation, int dpi);
 

@@ -7,31 +7,44 @@
 #include <string_view>
 
 #include "host/files.h"
+#include "imaging/decode_library.h"
 #include "imaging/picture.h"
+#include "imaging/row_source.h"
 #include "imaging/services.h"
 
 namespace quillon::imaging {
 
-enum class Format { Unknown, Jpeg, Png, Gif, Tiff, Bmp, Psd };
-
 // By the first bytes of the content; 16 are enough.
 Format FormatOf(std::string_view start);
 
-// A picture whose header was read and checked and whose pixels are decoded when they are asked for.
+// A picture whose header was read and checked and whose pixels are decoded when they are asked for. It has either rows,
+// in any order, or a stream of them.
 struct OpenedPicture {
   Format format = Format::Unknown;
-  base::Size original;  // of the picture in the file; pixels may be reduced
-  Picture picture;
-  bool inOrder = false;  // pixels come once, from top to bottom
+  base::Size original;  // of the picture in the file
+  int shrink = 1;       // the rows are reduced by it, sides rounded up
+  PictureTags tags;
+  std::shared_ptr<RowSource> rows;
+  std::shared_ptr<RowStream> stream;
+  int taken = 0;  // rows of the stream that were read or handed out
   std::shared_ptr<ReadFault> fault;
+
+  const RowFacts& Facts() const { return rows ? rows->Facts() : stream->Facts(); }
 };
 
 // Opens by content, whatever the name says; the first frame or page. A JPEG is reduced by as much of 1, 2, 4 or 8 as
-// leaves both sides at least as large as reduceTo, unless that is empty. What a later pixel fails with stands in fault.
+// leaves both sides at least twice as large as reduceTo, unless that is empty. What a later pixel fails with stands in fault.
 Status OpenPicture(const host::Files& files, const std::string& path, const Limits& limits, base::Size reduceTo,
                    OpenedPicture& out);
 
-// Reads on to row (exclusive) in small steps. Rows that a pipeline skips on its own would all be kept.
-void ReadThrough(const vips::VImage& inOrder, int from, int to);
+// The pixels of count rows from top on. Of a stream, rows before them are read over; it hands out every row once, and
+// the pixels have to be used up before the next call.
+Status TakeRows(OpenedPicture& opened, int top, int count, vips::VImage& out);
+
+// The whole picture.
+Status TakeWhole(OpenedPicture& opened, Picture& out);
+
+// Reads what was not taken yet, so that damage there is found as well.
+Status CheckRest(OpenedPicture& opened);
 
 }  // namespace quillon::imaging

@@ -58,10 +58,11 @@ VipsInterpretation InterpretationOf(const RowFacts& facts) {
 }
 
 template <class Rows>
-vips::VImage Generated(std::shared_ptr<Rows> rows, std::shared_ptr<ReadFault> fault, VipsGenerateFn generate) {
+vips::VImage Generated(std::shared_ptr<Rows> rows, int height, std::shared_ptr<ReadFault> fault,
+                       VipsGenerateFn generate) {
   const RowFacts& facts = rows->Facts();
   vips::VImage image(vips_image_new());
-  vips_image_init_fields(image.get_image(), facts.size.width, facts.size.height, static_cast<int>(facts.layout),
+  vips_image_init_fields(image.get_image(), facts.size.width, height, facts.Channels(),
                          facts.bits == 16 ? VIPS_FORMAT_USHORT : VIPS_FORMAT_UCHAR, VIPS_CODING_NONE,
                          InterpretationOf(facts), 1, 1);
   auto reader = std::make_unique<Reader<Rows>>(Reader<Rows>{std::move(rows), std::move(fault)});
@@ -78,11 +79,12 @@ vips::VImage Generated(std::shared_ptr<Rows> rows, std::shared_ptr<ReadFault> fa
 }  // namespace
 
 vips::VImage ImageOfRows(std::shared_ptr<RowSource> rows, std::shared_ptr<ReadFault> fault) {
-  return Generated(std::move(rows), std::move(fault), GenerateSpans);
+  const int height = rows->Facts().size.height;
+  return Generated(std::move(rows), height, std::move(fault), GenerateSpans);
 }
 
-vips::VImage ImageOfRows(std::shared_ptr<RowStream> rows, std::shared_ptr<ReadFault> fault) {
-  return Generated(std::move(rows), std::move(fault), GenerateRows)
+vips::VImage ImageOfRows(std::shared_ptr<RowStream> rows, int count, std::shared_ptr<ReadFault> fault) {
+  return Generated(std::move(rows), count, std::move(fault), GenerateRows)
       .sequential(vips::VImage::option()->set("tile_height", kRowsAtOnce));
 }
 

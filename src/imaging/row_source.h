@@ -15,12 +15,15 @@ enum class RowLayout { Grey = 1, Rgb = 3, Cmyk = 4 };
 struct RowFacts {
   base::Size size;
   RowLayout layout = RowLayout::Rgb;
-  int bits = 8;  // a sample: 8, or 16 in the machine's byte order
+  bool alpha = false;  // one more channel, behind the colours
+  int bits = 8;        // a sample: 8, or 16 in the machine's byte order
   int dpi = 0;
+  int orientation = 1;  // as EXIF tells it
   std::string profile;  // ICC, "" for none
   std::string exif;     // EXIF as a TIFF structure, "" for none
 
-  int PixelBytes() const { return static_cast<int>(layout) * bits / 8; }
+  int Channels() const { return static_cast<int>(layout) + (alpha ? 1 : 0); }
+  int PixelBytes() const { return Channels() * bits / 8; }
 };
 
 // A picture that hands out parts of its rows in any order, without being held whole. Safe to call from several threads.

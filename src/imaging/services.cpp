@@ -26,7 +26,7 @@ Status MeasureByOpening(const host::Files& files, const std::string& path, const
   return Guarded(fault::DamagedPicture(), [&] {
     OpenedPicture opened;
     if (Status status = OpenPicture(files, path, limits, {}, opened); !status) return status;
-    facts = {opened.original.width, opened.original.height, opened.picture.tags.dpi};
+    facts = {opened.original.width, opened.original.height, opened.tags.dpi};
     return Status::Ok();
   });
 }
@@ -57,11 +57,13 @@ Status Services::Parts::Load(const std::string& path, Picture& out) {
   OpenedPicture opened;
   Status status = Guarded(fault::DamagedPicture(), [&] {
     if (Status open = OpenPicture(host.files, path, limits, {}, opened); !open) return open;
-    return Hold(opened.picture.pixels);
+    Picture picture;
+    if (Status take = TakeWhole(opened, picture); !take) return take;
+    if (Status hold = Hold(picture.pixels); !hold) return hold;
+    out = std::move(picture);
+    return Status::Ok();
   });
-  if (!status) return ReadStatus(opened, std::move(status));
-  out = std::move(opened.picture);
-  return Status::Ok();
+  return ReadStatus(opened, status);
 }
 
 Status Services::Parts::Hold(vips::VImage& pixels) {
@@ -86,7 +88,8 @@ Ahead& Services::Parts::Announce() {
 }
 
 Status ReadStatus(const OpenedPicture& opened, const Status& status) {
-  const Status met = opened.fault ? opened.fault->Get() : Status::Ok();
+  if (status || !opened.fault) return status;
+  const Status met = opened.fault->Get();
   return met ? status : met;
 }
 

@@ -10,6 +10,7 @@
 #include "imaging/colours.h"
 #include "imaging/geometry.h"
 #include "imaging/jpeg_cut.h"
+#include "imaging/jpeg_exif.h"
 #include "imaging/limit_checks.h"
 #include "imaging/services.h"
 #include "imaging/services_parts.h"
@@ -24,30 +25,29 @@ constexpr int kLargestPreview = 6000;
 
 enum class Alpha { OnWhite, Kept };
 
-// The canvas of a cut: 8 bits a sample; CMYK only stays where the format can hold it.
-Picture Canvas(const OpenedPicture& opened, base::Rect rect, Alpha alpha, int dpi) {
-  Picture cut = opened.picture;
-  cut.pixels = EightBit(Window(cut.pixels, rect, base::kWhite));
-  if (alpha == Alpha::OnWhite) cut.pixels = Flattened(cut.pixels, base::kWhite);
-  if (dpi > 0) cut.tags.dpi = dpi;
-  return cut;
-}
-
-// Cuts through the pipeline. Pixels that come in order are read to their end, so that damage below the cut is found.
+// Cuts rect out of the source row by row and encodes it on a canvas of 8 bits a sample; CMYK only stays where the
+// format can hold it. What is left of a stream is read to its end, so that damage below the cut is found.
 Status CropThrough(const host::Files& files, const Limits& limits, const CropRequest& request, Alpha alpha,
                    host::Draft& draft) {
   OpenedPicture opened;
   Status status = Guarded(fault::DamagedPicture(), [&] {
     if (Status open = OpenPicture(files, request.source, limits, {}, opened); !open) return open;
-    const VImage& pixels = opened.picture.pixels;
-    const base::Rect seen = Common(request.rect, {0, 0, pixels.width(), pixels.height()});
-    if (opened.inOrder) ReadThrough(pixels, 0, seen.top);
-    const Picture cut = Canvas(opened, request.rect, alpha, request.dpi);
+    const base::Size& size = opened.original;
+    // Where the cut misses the picture, one row of it still tells the kind of pixels.
+    base::Rect seen = Common(request.rect, {0, 0, size.width, size.height});
+    if (seen.Empty()) seen.height = 1;
+    Picture cut;
+    cut.tags = opened.tags;
+    if (Status take = TakeRows(opened, seen.top, seen.height, cut.pixels); !take) return take;
+    base::Rect rect = request.rect;
+    rect.top -= seen.top;
+    cut.pixels = EightBit(Window(cut.pixels, rect, base::kWhite));
+    if (alpha == Alpha::OnWhite) cut.pixels = Flattened(cut.pixels, base::kWhite);
+    if (request.dpi > 0) cut.tags.dpi = request.dpi;
     Status written = EncodePicture(cut, {request.encoder, request.quality, false, request.exif}, draft);
-    if (written && opened.inOrder) ReadThrough(pixels, seen.top + seen.height, pixels.height());
-    return written;
+    return written ? CheckRest(opened) : written;
   });
-  return ReadStatus(opened, std::move(status));
+  return ReadStatus(opened, status);
 }
 
 // Whether an older result has to go after a failure, so that it is not taken for the new one. Where the source could
@@ -128,7 +128,10 @@ Status Services::AddBoardToFile(const BorderRequest& request) {
   });
   if (!status) return status;
   if (request.dpi > 0) picture.tags.dpi = request.dpi;
-  if (request.rotation != 0) picture.tags.orientation = 1;
+  if (request.rotation != 0) {
+    picture.tags.orientation = 1;
+    picture.tags.exif = UprightExif(picture.tags.exif);
+  }
   if (!ProfileFits(picture.tags.profile, picture.pixels)) picture.tags.profile.clear();
   EncodeOptions options{.quality = request.quality, .exif = request.exif};
   options.encoder = EncoderFor(base::SplitPath(request.destination).extension);
@@ -144,10 +147,12 @@ Status Services::ZoomPic(const std::string& source, const std::string& destinati
     OpenedPicture opened;
     Status status = Guarded(fault::DamagedPicture(), [&] {
       if (Status open = OpenPicture(parts_->host.files, source, parts_->limits, {}, opened); !open) return open;
-      opened.picture.pixels = Scaled(opened.picture.pixels, {width, height});
-      return EncodePicture(opened.picture, options, draft);
+      Picture picture;
+      if (Status take = TakeWhole(opened, picture); !take) return take;
+      picture.pixels = Scaled(picture.pixels, {width, height});
+      return EncodePicture(picture, options, draft);
     });
-    return ReadStatus(opened, std::move(status));
+    return ReadStatus(opened, status);
   });
 }
 
@@ -165,7 +170,11 @@ Status Services::LoadPreview(const std::string& path, base::Size limit, Preview&
     if (opened.format == Format::Jpeg && scale < 1) {
       if (Status open = OpenPicture(parts_->host.files, path, parts_->limits, shown, opened); !open) return open;
     }
-    Picture small = opened.picture;
+    Picture small;
+    if (Status take = TakeWhole(opened, small); !take) return take;
+    // A last pixel that the picture fills to less than half would move everything.
+    const auto filled = [&](int pixels) { return (pixels + opened.shrink / 2) / opened.shrink; };
+    small.pixels = small.pixels.extract_area(0, 0, filled(whole.width), filled(whole.height));
     small.pixels = Scaled(small.pixels, shown);
     small = Displayed(small);
     const VImage rgb = AbleToHold(EightBit(Flattened(small.pixels, base::kWhite)), base::Colour{0xFF});
@@ -175,7 +184,7 @@ Status Services::LoadPreview(const std::string& path, base::Size limit, Preview&
     out = {shown, whole, std::vector<unsigned char>(from, from + size)};
     return Status::Ok();
   });
-  return ReadStatus(opened, std::move(status));
+  return ReadStatus(opened, status);
 }
 
 }  // namespace quillon::imaging

@@ -5,6 +5,7 @@
 
 #include "imaging/colours.h"
 #include "imaging/geometry.h"
+#include "imaging/jpeg_exif.h"
 #include "imaging/limit_checks.h"
 #include "imaging/services.h"
 #include "imaging/services_parts.h"
@@ -68,6 +69,7 @@ Status Services::RotateImage(Image& image, double angle, base::Colour background
     if (!ProfileFits(picture.tags.profile, turned)) picture.tags.profile.clear();
     picture.pixels = turned;
     picture.tags.orientation = 1;
+    picture.tags.exif = UprightExif(picture.tags.exif);
     return Status::Ok();
   });
 }

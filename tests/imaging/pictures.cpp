@@ -7,6 +7,7 @@
 #include <memory>
 #include <ostream>
 
+#include "imaging/byte_text.h"
 #include "imaging/picture.h"
 
 namespace quillon::imaging::testing {
@@ -96,6 +97,22 @@ std::string ProfileFor(const std::string& colours) {
   vips_area_unref(VIPS_AREA(blob));
   if (colours == "GRAY") bytes.replace(16, 4, "GRAY");
   return bytes;
+}
+
+std::string ExifWithThumbnail(int orientation) {
+  const std::string thumbnail = "\xFF\xD8\xFF\xDBTHUMB\xFF\xD9";
+  ByteText block;
+  block.U8({'I', 'I', 42, 0}).Little32(8);
+  block.Little16(2);
+  block.Little16(0x010F).Little16(2).Little32(7).Little32(38);  // maker's name
+  block.Little16(0x0112).Little16(3).Little32(1).Little32(static_cast<unsigned>(orientation));
+  block.Little32(46);  // next directory
+  block.Text("Camera").Zeros(2);
+  block.Little16(2);
+  block.Little16(0x0201).Little16(4).Little32(1).Little32(76);
+  block.Little16(0x0202).Little16(4).Little32(1).Little32(static_cast<unsigned>(thumbnail.size()));
+  block.Little32(0);
+  return block.Text(thumbnail).Bytes();
 }
 
 int Difference(const Sheet& a, const Sheet& b) {

@@ -46,6 +46,9 @@ Sheet PixelsOf(const Image& image);
 // An ICC profile: "RGB " (of a wide screen), "CMYK", or one that only says it is "GRAY".
 std::string ProfileFor(const std::string& colours);
 
+// An EXIF block with an orientation, a maker's name "Camera" and the thumbnail "\xFF\xD8\xFF\xDBTHUMB\xFF\xD9".
+std::string ExifWithThumbnail(int orientation);
+
 // The largest difference of any sample; 1000 when the sizes differ.
 int Difference(const Sheet& a, const Sheet& b);
 

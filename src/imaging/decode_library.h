@@ -1,0 +1,21 @@
+// SPDX-FileCopyrightText: 2026 The Quillon developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <memory>
+#include <string_view>
+
+#include "imaging/bytes.h"
+#include "imaging/row_source.h"
+#include "imaging/services.h"
+
+namespace quillon::imaging {
+
+enum class Format { Unknown, Jpeg, Png, Gif, Tiff, Bmp, Psd };
+
+// Opens a png, gif or tiff through the library, first frame or page: pixels as Picture has them. Cut off or corrupt
+// data is damage. Throws what the library throws where the header cannot be read.
+Status OpenLibraryRows(Format format, std::shared_ptr<Bytes> bytes, const Limits& limits,
+                       std::shared_ptr<RowStream>& out);
+
+}  // namespace quillon::imaging
