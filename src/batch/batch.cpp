@@ -71,7 +71,7 @@ class Session {
 
  private:
   static std::unique_ptr<Reporter> MakeReporter(const Plan& plan) {
-    if (plan.json) return std::make_unique<JsonReporter>(stdout);
+    if (plan.json) return std::make_unique<JsonReporter>(stdout, stderr);
     return std::make_unique<TextReporter>(stdout, stderr, isatty(STDERR_FILENO) ? Terminal::Yes : Terminal::No);
   }
 

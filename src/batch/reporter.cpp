@@ -90,9 +90,10 @@ void Reporter::Tell(const Event& event) {
 }
 
 void JsonReporter::Write(const Event& event) {
+  if (failed_) return;
   const std::string line = JsonLine(event) + "\n";
-  std::fwrite(line.data(), 1, line.size(), out_);
-  std::fflush(out_);
+  failed_ = std::fwrite(line.data(), 1, line.size(), out_) != line.size() || std::fflush(out_) != 0;
+  if (failed_) std::fputs("quillon-batch: 标准输出无法写入，以后的事件没有写出\n", err_);
 }
 
 std::string ProgressText(const Progress& progress) {

@@ -41,16 +41,18 @@ class Reporter {
   std::string lastBox_;
 };
 
-// Every event as one line of JSON, handed on at once.
+// Every event as one line of JSON on out, handed on at once. Where that fails it is said once on err.
 class JsonReporter final : public Reporter {
  public:
-  explicit JsonReporter(std::FILE* out) : out_(out) {}
+  JsonReporter(std::FILE* out, std::FILE* err) : out_(out), err_(err) {}
 
  protected:
   void Write(const Event& event) override;
 
  private:
   std::FILE* out_;
+  std::FILE* err_;
+  bool failed_ = false;
 };
 
 enum class Terminal { No, Yes };

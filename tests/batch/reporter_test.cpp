@@ -155,7 +155,8 @@ TEST(TextReporter, DrawsItsLineOnATerminalOnly) {
 
 TEST(JsonReporter, WritesEachEventAtOnce) {
   Stream out;
-  JsonReporter reporter(out.File());
+  Stream err;
+  JsonReporter reporter(out.File(), err.File());
   reporter.Tell(BeepEvent());
   EXPECT_EQ(out.Text(), "{\"event\":\"beep\"}\n");
   reporter.Tell(TitleEvent("Form1", "x"));
