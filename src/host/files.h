@@ -100,9 +100,8 @@ class Files {
 
  private:
   struct Wishes;
-  enum class Syncing;
   Status SaveAs(const std::string& path, const Wishes& wishes, const std::function<Status(Draft&)>& fill);
-  Status Place(DiskDraft& draft, const DiskTarget& target, Syncing syncing);
+  Status Replace(DiskDraft& draft, const DiskTarget& target);
 
   Disk& disk_;
   std::unique_ptr<SyncQueue> syncs_;

@@ -5,7 +5,6 @@
 #include "host/disk.h"
 #include "host/disk_draft.h"
 #include "host/disk_target.h"
-#include "host/entry_path.h"
 #include "host/files.h"
 #include "host/sync_queue.h"
 
@@ -60,11 +59,19 @@ Status CopyContent(Disk& disk, int handle, const DiskFacts& before, Draft& draft
   return Status::Ok();
 }
 
-}  // namespace
+// A program cannot be started while it is open for writing: its handle is exchanged for one that only reads.
+int ForReading(Disk& disk, const std::string& path, int handle) {
+  const int reading = disk.OpenRead(path);
+  if (reading < 0) return handle;
+  DiskFacts written;
+  DiskFacts opened;
+  const bool same = disk.LookOpen(handle, written) == 0 && disk.LookOpen(reading, opened) == 0 &&
+                    written.device == opened.device && written.inode == opened.inode;
+  disk.Close(same ? handle : reading);
+  return same ? reading : handle;
+}
 
-// A file that is replaced must stand whole before it loses its name, and a program cannot be started while it is open
-// for writing; all else can wait.
-enum class Files::Syncing { First, Behind };
+}  // namespace
 
 // What a save is to give its file beyond the content.
 struct Files::Wishes {
@@ -118,31 +125,23 @@ Status Files::SaveAs(const std::string& path, const Wishes& wishes, const std::f
   if (times) {
     if (Status set = KeptOr(disk_.SetTimes(draft->Handle(), times->accessed, times->modified)); !set) return set;
   }
-  const bool program = (wishes.mode & kExecutable) != 0;
-  return Place(*draft, target, target.exists || program ? Syncing::First : Syncing::Behind);
+  if (target.exists) return Replace(*draft, target);
+  int handle = -1;
+  if (Status placed = draft->Place(target.path, DiskDraft::Target::Free, handle); !placed) return placed;
+  if ((wishes.mode & kExecutable) != 0) handle = ForReading(disk_, target.path, handle);
+  syncs_->Add(target.path, handle, SyncQueue::OnFailure::Remove);
+  return Status::Ok();
 }
 
-Status Files::Place(DiskDraft& draft, const DiskTarget& target, Syncing syncing) {
-  if (syncing == Syncing::First) {
-    if (const int synced = disk_.Sync(draft.Handle()); synced < 0) return Status::FromErrno(-synced);
-  }
+Status Files::Replace(DiskDraft& draft, const DiskTarget& target) {
+  if (const int synced = disk_.Sync(draft.Handle()); synced < 0) return Status::FromErrno(-synced);
   int handle = -1;
-  const auto place = target.exists ? DiskDraft::Target::Replace : DiskDraft::Target::Free;
-  if (Status placed = draft.Place(target.path, place, handle); !placed) return placed;
-  if (syncing == Syncing::Behind) {
-    syncs_->Add(target.path, handle, SyncQueue::OnFailure::Remove);
-    return Status::Ok();
-  }
+  if (Status placed = draft.Place(target.path, DiskDraft::Target::Replace, handle); !placed) return placed;
   // After a sync that went well, closing has nothing left to tell.
   disk_.Close(handle);
-  if (target.exists) {
-    // Whether the old or the new file is found after a crash, it is whole.
-    syncs_->AddFolderOf(target.path);
-    return Status::Ok();
-  }
-  const int synced = disk_.SyncFolder(SplitEntry(target.path).folder);
-  if (synced < 0) disk_.Remove(target.path);
-  return Status::FromErrno(synced < 0 ? -synced : 0);
+  // Whether the old or the new file is found after a crash, it is whole: the folder can be synced behind.
+  syncs_->AddFolderOf(target.path);
+  return Status::Ok();
 }
 
 }  // namespace quillon::host

@@ -278,14 +278,23 @@ TEST_F(ProgramsTest, AClaimEndsWithItsProcessHoweverThatEnds) {
 }
 
 TEST_F(ProgramsTest, AClaimIsNotInheritedByStartedPrograms) {
+  const std::string path = Program("/bin/sleep", "Helper.exe");
+  pid_t child = 0;
   {
     PosixInstance claimed(folder.Path());
     EXPECT_TRUE(claimed.Claim());
-    Program("/bin/sleep", "Helper.exe");
-    EXPECT_EQ(shell.Start("Helper.exe", {"600"}, folder.Path()), kStarted);
+    // Started as a library would, that knows nothing of the claim.
+    child = fork();
+    if (child == 0) {
+      execl(path.c_str(), path.c_str(), "600", nullptr);
+      _exit(1);
+    }
+    EXPECT_TRUE(Until([&] { return !Named("Helper.exe").empty(); }));
   }
   PosixInstance next(folder.Path());
   EXPECT_TRUE(next.Claim());
+  kill(child, SIGKILL);
+  waitpid(child, nullptr, 0);
 }
 
 TEST_F(ProgramsTest, WhereNothingCanBeLockedTheProgramRuns) {

@@ -109,6 +109,13 @@ class World {
 const std::set<DiskCall> kHarmless{DiskCall::Lock,  DiskCall::Unlock,   DiskCall::StartSync,
                                    DiskCall::Close, DiskCall::LookOpen, DiskCall::Look};
 
+// The second opening is of a program that was placed already; without it, the program stays open for writing.
+bool Harmless(const Way& way, const Fault& fault) {
+  const bool program = std::string_view(way.name) == "copy of a program";
+  return kHarmless.contains(fault.call) || fault.kind == Fault::Kind::Short ||
+         (program && fault.call == DiskCall::OpenRead && fault.nth == 2);
+}
+
 void ExpectTruth(const Way& way, const Fault& fault, const Outcome& outcome) {
   const std::optional<std::string> old = way.existing ? std::optional<std::string>(kOld) : std::nullopt;
   EXPECT_GE(outcome.fired, 1) << "the fault did not fire";
@@ -121,7 +128,7 @@ void ExpectTruth(const Way& way, const Fault& fault, const Outcome& outcome) {
   } else {
     EXPECT_EQ(outcome.content, kNew) << "reported as written";
   }
-  if (kHarmless.contains(fault.call) || fault.kind == Fault::Kind::Short) return;
+  if (Harmless(way, fault)) return;
   EXPECT_TRUE(!outcome.save || !outcome.late.empty()) << "not reported";
   const Status& told = outcome.save ? outcome.late.front().status : outcome.save;
   EXPECT_EQ(told.DiskFull(), fault.error == ENOSPC) << told.Why();

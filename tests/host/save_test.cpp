@@ -8,6 +8,7 @@
 
 #include <cerrno>
 #include <filesystem>
+#include <future>
 #include <thread>
 
 #include "host/files.h"
@@ -437,6 +438,30 @@ TEST_F(SaveTest, CopiesCarryTimesAndMode) {
   EXPECT_EQ(told.st_mode & 0700, 0700u);
   EXPECT_TRUE(files.Copy(from, folder.Path("to.exe")));
   EXPECT_EQ(world.faults.OpenHandles(), 0);
+}
+
+TEST_F(SaveTest, ACopiedProgramIsNotHeldOpenForWriting) {
+  const std::string from = folder.Write("from.dll", "x");
+  ASSERT_EQ(chmod(from.c_str(), 0755), 0);
+  const auto writers = [&] {
+    int count = 0;
+    for (const auto& entry : fs::directory_iterator("/proc/self/fd")) {
+      std::error_code gone;
+      if (fs::read_symlink(entry.path(), gone) != folder.Path("to.exe")) continue;
+      struct stat told {};
+      count += lstat(entry.path().c_str(), &told) == 0 && (told.st_mode & S_IWUSR) != 0;
+    }
+    return count;
+  };
+  // The sync behind waits until it has been looked.
+  std::promise<void> looked;
+  world.faults.Before(DiskCall::StartSync, 1, [&] { looked.get_future().wait(); });
+  EXPECT_TRUE(files.Copy(from, folder.Path("to.exe")));
+  EXPECT_EQ(writers(), 0);
+  EXPECT_GE(world.faults.OpenHandles(), 1);
+  looked.set_value();
+  EXPECT_THAT(files.Settle(), IsEmpty());
+  EXPECT_EQ(world.faults.Count(DiskCall::Sync), 1);
 }
 
 TEST_F(SaveTest, ACopyOverAFileKeepsItsModeAndTakesTheTimes) {
