@@ -171,7 +171,7 @@ void FBaseOpt::TSmalS_Change(std::size_t index) {
 }
 
 void FBaseOpt::ChAddBoard_Click() {
-  if (ChAddBoard.On() && !IsStudioPreset(program_.form1.CmbKeepCut.Index())) ChFrmOnly.SetEnabled(true);
+  if (ChAddBoard.On()) ChFrmOnly.SetEnabled(true);
 }
 
 // The preset that only frames sets all its options itself.
@@ -240,10 +240,7 @@ void FBaseOpt::ChKeepExif_Click() {
   TakeFlags();
 }
 
-// Form1 decides whether it may be on.
-void FBaseOpt::ChBig_Click() {
-  program_.form1.ChBig.Set(ChBig.On());
-  ChBig.Set(program_.form1.ChBig.On());
-}
+// Form1 decides whether it may be on, and puts both boxes back where it may not.
+void FBaseOpt::ChBig_Click() { program_.form1.ChBig.Set(ChBig.On()); }
 
 }  // namespace quillon::job

@@ -148,8 +148,6 @@ class Form1 : public controls::Window {
   void BeginRun();
   void EndRun();
 
-  // Puts the entries of the lists back to the first and lets each act, as the window opens.
-  void SelectFirstEntries();
   // Puts the limits of TCutValue to the unit in use and the picture in the preview.
   void ShowMarginLimits();
   // Puts the frame over the preview where the parameters say, and its share of the picture into the tooltips.

@@ -139,13 +139,4 @@ void Form1::ChLarge_Click() {
   program_.AskMissingResource();
 }
 
-void Form1::SelectFirstEntries() {
-  for (controls::ComboBox* list : {&CmbKeepCut, &CmbOutType, &CmbCutMode, &CmbCutStyle, &CmbDPI}) list->Select(0);
-  CmbKeepCut_Click();
-  CmbOutType_Click();
-  CmbCutMode_Click();
-  CmbCutStyle_Click();
-  CmbDPI_Click();
-}
-
 }  // namespace quillon::job

@@ -94,7 +94,6 @@ void Form1::ChFixCut_Click() {
     ChAutoCenter.Set(false);
     ChCutAndArray.Set(false);
   }
-  options.ChAutoCenter.Set(ChAutoCenter.On());
   CmbKeepCut.Select(kCustomSize);
   CmbDPI.Select(on ? kDpi300Entry : 0);
   program_.fCutPre.preview.SetBorderStyle(on ? kFixedBorderStyle : 0);

@@ -33,7 +33,10 @@ bool Program::Start() {
   EndLeftOverHelpers();
   images.ImageWizardStartUp();
   ShowDesktopPicture();
-  form1.SelectFirstEntries();
+  for (controls::ComboBox* list :
+       {&form1.CmbKeepCut, &form1.CmbOutType, &form1.CmbCutMode, &form1.CmbCutStyle, &form1.CmbDPI}) {
+    list->Select(0);
+  }
   // Without a screen there is no box either, and the margins have no maximum until a picture is shown.
   if (fCutPre.preview.Picture().Empty() && !host.screen.DesktopSize().Empty()) ShowPicture("", kPreviewBox);
   form1.ChCutA.Set(true);

@@ -332,6 +332,7 @@ TEST_F(FixedCutTest, EntryFiveOnlyFrames) {
   EXPECT_EQ(Value("FBaseOpt.ChAutoCenter"), "0");
   EXPECT_EQ(Board(), "5 5 5 5");
   EXPECT_EQ(Value("ChFixCut"), "1");
+  EXPECT_TRUE(Enabled("ChFixCut"));
   EXPECT_EQ(Value("CmbKeepCut"), "5");
   EXPECT_EQ(world.boxes.Count("仅边框模式"), 0);
 }

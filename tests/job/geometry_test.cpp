@@ -303,6 +303,7 @@ TEST(FitToSize, KeepsProportionsAndCentres) {
   EXPECT_EQ(FitToSize({1062, 1630}, 1062, 1630), (Fit{1062, 1630, 0, 0}));
   EXPECT_EQ(FitToSize({10, 20}, 301, 300), (Fit{150, 300, 76, 0}));
   EXPECT_EQ(FitToSize({3, 2}, 100, 50), (Fit{75, 50, 12, 0}));
+  EXPECT_EQ(FitToSize({2, 1}, 101, 50), (Fit{101, 50, 0, 0}));  // a height that just fits decides nothing
 }
 
 TEST(FitToSize, APictureWithoutAreaGivesNothing) {

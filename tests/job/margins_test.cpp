@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // The margins, their unit, the fixed size and the frame over the preview.
 #include "base/number_text.h"
+#include "collaborator_doubles.h"
 #include "host/testing/test_host.h"
 #include "job/parameters.h"
 #include "program_fixture.h"
@@ -194,8 +195,14 @@ TEST_F(MarginsTest, AFixedFrameIsConverted) {
 
 TEST_F(MarginsTest, ChangingTheUnitPutsFixedCutAndSheetsOff) {
   ShowArea(400, 200);
+  IdleSheets sheets;
+  program.sheets = &sheets;
+  form.ChCutAndArray.Set(true);  // as the presets do, with and without a fixed cut
+  Put("ChCutA", "0");
+  EXPECT_EQ(Value("ChCutAndArray"), "0");
+  Put("ChCutA", "1");
   Put("ChFixCut", "1");
-  form.ChCutAndArray.Set(true);
+  Put("ChCutAndArray", "1");
   Put("ChCutA", "0");
   EXPECT_EQ(Value("ChFixCut"), "0");
   EXPECT_EQ(Value("ChCutAndArray"), "0");
@@ -249,6 +256,53 @@ TEST_F(MarginsTest, TheFixedSizeTakesTheOptionsCrosswise) {
   EXPECT_EQ(Value("TFixWH(1)"), "500");
   EXPECT_EQ(Value("FBaseOpt.TSmalS(2)"), "500");
   EXPECT_EQ(flags.FixW, 400);
+}
+
+TEST_F(MarginsTest, TheMirrorChangesNothingOnItsWay) {
+  options.Load();
+  Put("ChFixCut", "1");
+  Put("TFixWH(0)", "201");
+  std::vector<std::string> changed;
+  const auto note = [&changed](const controls::Control& control, controls::Aspect aspect) {
+    if (aspect == controls::Aspect::Value) changed.push_back(control.FullName());
+  };
+  form.Observe(note);
+  options.Observe(note);
+  Put("TFixWH(0)", "202");
+  EXPECT_EQ(changed, (std::vector<std::string>{"Form1.TFixWH(0)", "FBaseOpt.TSmalS(3)"}));
+  changed.clear();
+  Put("FBaseOpt.TSmalS(2)", "102");
+  EXPECT_EQ(changed, (std::vector<std::string>{"FBaseOpt.TSmalS(2)", "Form1.TFixWH(1)"}));
+  changed.clear();
+  options.TakeFixedSize("7", "8");
+  EXPECT_EQ(changed, (std::vector<std::string>{"FBaseOpt.TSmalS(3)", "FBaseOpt.TSmalS(2)"}));
+}
+
+TEST_F(MarginsTest, BothSidesOfAFreshMirrorChangeOnce) {
+  options.Load();
+  std::vector<std::string> changed;
+  const auto note = [&changed](const controls::Control& control, controls::Aspect aspect) {
+    if (aspect == controls::Aspect::Value) changed.push_back(control.FullName() + "=" + control.Value());
+  };
+  form.Observe(note);
+  options.Observe(note);
+  Put("FBaseOpt.TSmalS(2)", "500");
+  EXPECT_EQ(changed,
+            (std::vector<std::string>{"FBaseOpt.TSmalS(2)=500", "Form1.TFixWH(0)=1000", "Form1.TFixWH(1)=500"}));
+}
+
+TEST_F(MarginsTest, AFreshMirrorTakesBothSidesAtOnce) {
+  options.Load();
+  Put("ChFixCut", "1");
+  std::vector<std::string> changed;
+  const auto note = [&changed](const controls::Control& control, controls::Aspect aspect) {
+    if (aspect == controls::Aspect::Value) changed.push_back(control.FullName() + "=" + control.Value());
+  };
+  form.Observe(note);
+  options.Observe(note);
+  Put("TFixWH(0)", "200");
+  EXPECT_EQ(changed,
+            (std::vector<std::string>{"Form1.TFixWH(0)=200", "FBaseOpt.TSmalS(3)=200", "FBaseOpt.TSmalS(2)=1630"}));
 }
 
 TEST_F(MarginsTest, ThresholdsAndCountsDoNotTouchTheFixedSize) {
@@ -313,14 +367,23 @@ TEST_F(MarginsTest, APictureThatCannotBeMeasuredIsPassedOver) {
 TEST_F(MarginsTest, AZoomBeforeTheCutShowsTheZoomedSize) {
   ShowArea(400, 200);
   options.Load();
+  int told = 0;
+  preview.SetObserver([&told] { ++told; });
   Put("FBaseOpt.CmbZoom", "50%");
-  EXPECT_EQ(preview.Picture(), (base::Size{400, 200}));
+  EXPECT_EQ(told, 0);
   Put("FBaseOpt.ChZoomAndCut", "1");
   EXPECT_EQ(preview.Picture(), (base::Size{200, 100}));
   EXPECT_EQ(form.TCutValue[0].MaxText(), "200");
   Put("FBaseOpt.CmbZoom", "100,60");
   EXPECT_EQ(preview.Picture(), (base::Size{100, 60}));
   Put("FBaseOpt.ChZoomAndCut", "0");
+  EXPECT_EQ(preview.Picture(), (base::Size{400, 200}));
+}
+
+TEST_F(MarginsTest, OptionsThatWereNeverLoadedDoNotZoomThePreview) {
+  ShowArea(400, 200);
+  Put("FBaseOpt.CmbZoom", "50%");
+  Put("FBaseOpt.ChZoomAndCut", "1");
   EXPECT_EQ(preview.Picture(), (base::Size{400, 200}));
 }
 
