@@ -74,7 +74,7 @@ void NormalCut::CutRows(CutRun& run) {
   CutForecast forecast(run);
   const std::size_t total = program_.files.RowCount();
   for (std::size_t row = 1; row <= total; ++row) {
-    program_.host.pump.Turn();
+    if (!program_.flags.StopRequested) program_.host.pump.Turn();
     const std::string path = program_.files.Row(row - 1).Path();
     if (program_.flags.StopRequested) {
       run.ledger.Add({row, path, "", Result::Skipped, "已停止，未处理"});

@@ -1,0 +1,267 @@
+// SPDX-FileCopyrightText: 2026 The Quillon developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+// What follows the cut: helper programs, the source of a psd, and the manual step before it.
+#include <filesystem>
+#include <fstream>
+
+#include "cut_fixture.h"
+
+namespace quillon::job {
+namespace {
+
+// Remembers what it was asked, and what stood under the names at that moment.
+class Tools final : public OutputTools {
+ public:
+  host::Status ToCmyk(const std::string& file) override {
+    cmyk.push_back(file);
+    return cmykStatus;
+  }
+  void CopyExif(const std::string& source, const std::string& target) override { exif.emplace_back(source, target); }
+  host::Status ToPdf(const std::string& picture) override {
+    pdf.push_back(picture);
+    if (!pdfStatus) return pdfStatus;
+    std::filesystem::rename(picture, std::filesystem::path(picture).replace_extension("pdf"));
+    return {};
+  }
+
+  std::vector<std::string> cmyk;
+  std::vector<std::pair<std::string, std::string>> exif;
+  std::vector<std::string> pdf;
+  host::Status cmykStatus;
+  host::Status pdfStatus;
+};
+
+class Frame final : public ManualFrame {
+ public:
+  explicit Frame(Program& owner) : program(owner) {}
+  void Ask(const std::string& source, base::Size size) override {
+    asked.emplace_back(source, size);
+    program.flags.CurrentImagePath = source;
+    if (answer) answer();
+    program.flags.ManualStepDone = true;
+  }
+  host::Status ClonePicture(imaging::Image& out) override {
+    ++cloned;
+    return program.images.LoadImageFromFile(program.flags.CurrentImagePath, out);
+  }
+  void Rest() override { ++rests; }
+
+  Program& program;
+  std::function<void()> answer;
+  std::vector<std::pair<std::string, base::Size>> asked;
+  int cloned = 0;
+  int rests = 0;
+};
+
+// The bytes of a psd of one colour, uncompressed, 8 bits, RGB.
+std::string PsdBytes(int width, int height, Pixel pixel) {
+  std::string bytes;
+  const auto number = [&](std::uint32_t value, int length) {
+    for (int i = length - 1; i >= 0; --i) bytes.push_back(static_cast<char>((value >> (8 * i)) & 0xFF));
+  };
+  bytes += "8BPS";
+  number(1, 2);
+  bytes.append(6, '\0');
+  number(3, 2);
+  number(static_cast<std::uint32_t>(height), 4);
+  number(static_cast<std::uint32_t>(width), 4);
+  number(8, 2);
+  number(3, 2);
+  for (int section = 0; section < 3; ++section) number(0, 4);
+  number(0, 2);
+  for (const int sample : {pixel.red, pixel.green, pixel.blue}) {
+    bytes.append(static_cast<std::size_t>(width * height), static_cast<char>(sample));
+  }
+  return bytes;
+}
+
+class CutFinishTest : public CutTest {
+ protected:
+  Tools tools;
+  Frame frame{program};
+};
+
+TEST_F(CutFinishTest, CmykComesBeforeTheDelivery) {
+  program.outputTools = &tools;
+  flags.ToCmyk = true;
+  Cut({Make("a.jpg")});
+  EXPECT_EQ(tools.cmyk, std::vector<std::string>{program.AppPath("Tmp2.jpg")});
+  EXPECT_EQ(Totals().written, 1u);
+  tools.cmykStatus = {host::Problem::Other, "没有配置文件"};
+  program.files.Clear();
+  Cut({Make("b.jpg")});
+  EXPECT_EQ(Why(1), "没有配置文件");
+  EXPECT_EQ(OutNames(), std::vector<std::string>{"a.jpg"});
+}
+
+TEST_F(CutFinishTest, ExifComesFromTheSource) {
+  program.outputTools = &tools;
+  flags.KeepExif = true;
+  const std::string path = Make("a.jpg");
+  Cut({path});
+  using Copies = std::vector<std::pair<std::string, std::string>>;
+  EXPECT_EQ(tools.exif, (Copies{{path, program.AppPath("Tmp2.jpg")}}));
+  EXPECT_FALSE(AppHas("tmp.jpg"));
+  Put("ChOver", "1");
+  const std::string before = world.folder.Read("in/a.jpg");
+  Cut();
+  EXPECT_EQ(tools.exif.back().first, program.AppPath("tmp.jpg"));
+  EXPECT_EQ(world.folder.Read("app/tmp.jpg"), before);
+}
+
+TEST_F(CutFinishTest, ExifIsKeptWithoutAHelperToo) {
+  flags.KeepExif = true;
+  Cut({Make("a.jpg")});
+  EXPECT_EQ(Totals().written, 1u) << Whys();
+}
+
+TEST_F(CutFinishTest, PdfIsMadeOfAJpgCut) {
+  program.outputTools = &tools;
+  form.CmbOutType.SetText("pdf");
+  Cut({Make("a.png")});
+  EXPECT_EQ(tools.pdf, std::vector<std::string>{Out("a.jpg")});
+  EXPECT_EQ(recorder.done[0].output, Out("a.pdf"));
+  EXPECT_EQ(OutNames(), std::vector<std::string>{"a.pdf"});
+  EXPECT_EQ(form.CmbOutType.Text(), "jpg");
+  EXPECT_GT(program.files.Row(0).newBytes, 0u);
+  form.CmbOutType.SetText("pdf");
+  tools.pdfStatus = {host::Problem::Other, "pdf 没有生成"};
+  Cut();
+  EXPECT_EQ(Why(1), "pdf 没有生成");
+}
+
+TEST_F(CutFinishTest, APsdBecomesAJpg) {
+  const std::string path = world.folder.Write("in/a.psd", PsdBytes(30, 20, {10, 200, 30}));
+  Margins(0, 0, 50, 0);
+  Cut({path});
+  ASSERT_EQ(Totals().written, 1u) << Whys();
+  const Picture cut = Read(Out("a.jpg"));
+  EXPECT_EQ(cut.width, 15);
+  EXPECT_NEAR(cut.At(5, 5).green, 200, 4);
+  EXPECT_TRUE(world.folder.Exists("in/a.psd"));
+}
+
+TEST_F(CutFinishTest, AnOverwrittenPsdGoesToTheTrash) {
+  const std::string path = world.folder.Write("in/a.psd", PsdBytes(30, 20, {10, 200, 30}));
+  Put("ChOver", "1");
+  Cut({path});
+  ASSERT_EQ(Totals().written, 1u) << Whys();
+  EXPECT_EQ(recorder.done[0].output, In("a.jpg"));
+  EXPECT_EQ(world.folder.Names("in"), std::vector<std::string>{"a.jpg"});
+  EXPECT_EQ(SizeOf(In("a.jpg")), (base::Size{30, 20}));
+  EXPECT_EQ(world.folder.Read("data/Trash/files/a.psd"), PsdBytes(30, 20, {10, 200, 30}));
+}
+
+TEST_F(CutFinishTest, APsdWhoseJpgIsNotOnDiskStays) {
+  const std::string path = world.folder.Write("in/a.psd", PsdBytes(30, 20, {10, 200, 30}));
+  Put("ChOver", "1");
+  List({path});
+  world.faults.Set({.call = host::testing::DiskCall::Sync, .error = EIO, .pathHolds = "in/.a.jpg"});
+  Cut();
+  ASSERT_EQ(world.faults.Fired(), 1);
+  EXPECT_TRUE(world.folder.Exists("in/a.psd"));
+  EXPECT_EQ(Totals().none, 1u);
+}
+
+TEST_F(CutFinishTest, APsdWhoseJpgCannotBeReadBackStays) {
+  const std::string path = world.folder.Write("in/a.psd", PsdBytes(30, 20, {10, 200, 30}));
+  Put("ChOver", "1");
+  List({path});
+  recorder.onFileDone = [&](const FileResult& file) { std::ofstream(file.output, std::ios::trunc) << "broken"; };
+  Cut();
+  EXPECT_TRUE(world.folder.Exists("in/a.psd"));
+  EXPECT_EQ(Why(1).find("输出文件读不回来，源文件已保留："), 0u) << Why(1);
+  EXPECT_EQ(Totals().none, 1u);
+  EXPECT_EQ(Totals().written, 0u);
+}
+
+TEST_F(CutFinishTest, APsdThatNoTrashTakesIsNamed) {
+  const std::string path = world.folder.Write("in/a.psd", PsdBytes(30, 20, {10, 200, 30}));
+  Put("ChOver", "1");
+  List({path});
+  world.faults.Set({.call = host::testing::DiskCall::RenameNew,
+                    .error = EACCES,
+                    .length = host::testing::Fault::Length::ForEver,
+                    .pathHolds = "a.psd"});
+  Cut();
+  EXPECT_GE(world.faults.Fired(), 1);
+  EXPECT_TRUE(world.folder.Exists("in/a.psd"));
+  EXPECT_TRUE(world.folder.Exists("in/a.jpg"));
+  EXPECT_EQ(Totals().written, 1u);
+  EXPECT_EQ(Why(1).find("输出已写好，源文件没能移入回收站："), 0u) << Why(1);
+}
+
+TEST_F(CutFinishTest, APsdNeverReplacesTheJpgBesideIt) {
+  const std::string path = world.folder.Write("in/a.psd", PsdBytes(30, 20, {10, 200, 30}));
+  Make("a.jpg", 50, 40);
+  const std::string before = world.folder.Read("in/a.jpg");
+  Put("ChOver", "1");
+  Cut({path});
+  EXPECT_EQ(world.folder.Read("in/a.jpg"), before);
+  EXPECT_TRUE(world.folder.Exists("in/a.psd"));
+  EXPECT_EQ(Why(1), "会覆盖另一个文件 " + In("a.jpg") + "，已跳过");
+}
+
+TEST_F(CutFinishTest, TheManualFrameIsAskedForEachFile) {
+  program.manualFrame = &frame;
+  flags.ManualCutMode = true;
+  frame.answer = [&] { form.TCutValue[0].SetNumber(frame.asked.size() == 1 ? 50 : 0); };
+  Cut({Make("a.jpg", 40, 30), Make("b.jpg", 60, 50)});
+  ASSERT_EQ(frame.asked.size(), 2u);
+  EXPECT_EQ(frame.asked[0].first, In("a.jpg"));
+  EXPECT_EQ(frame.asked[0].second, (base::Size{40, 30}));
+  EXPECT_EQ(SizeOf(Out("a.jpg")), (base::Size{20, 30}));
+  EXPECT_EQ(SizeOf(Out("b.jpg")), (base::Size{60, 50}));
+  EXPECT_EQ(frame.rests, 1);
+}
+
+TEST_F(CutFinishTest, ASkippedPictureStaysWhole) {
+  program.manualFrame = &frame;
+  flags.ManualCutMode = true;
+  Margins(50, 0, 0, 0);
+  frame.answer = [&] { flags.SkipCutThisImage = frame.asked.size() == 1; };
+  Cut({Make("a.jpg", 40, 30), Make("b.jpg", 60, 50)});
+  EXPECT_EQ(SizeOf(Out("a.jpg")), (base::Size{40, 30}));
+  EXPECT_EQ(SizeOf(Out("b.jpg")), (base::Size{30, 50}));
+}
+
+TEST_F(CutFinishTest, ThePictureThatTheFrameLeavesIsCut) {
+  program.manualFrame = &frame;
+  flags.ManualCutMode = true;
+  const std::string turned = Make("turned.jpg", 30, 44);
+  frame.answer = [&] {
+    flags.CurrentImagePath = turned;
+    flags.ManualRotated = true;
+    flags.ManualAngle = 90;
+  };
+  Cut({Make("a.jpg", 44, 30)});
+  EXPECT_EQ(SizeOf(Out("a.jpg")), (base::Size{30, 44}));
+  EXPECT_FALSE(flags.ImageRotated);
+}
+
+TEST_F(CutFinishTest, APictureThatTheFrameLostIsPassedOver) {
+  program.manualFrame = &frame;
+  flags.ManualCutMode = true;
+  frame.answer = [&] { flags.CurrentImagePath = "/nowhere.jpg"; };
+  Cut({Make("a.jpg")});
+  EXPECT_EQ(Why(1), "裁剪框预览中的图片已不存在");
+  frame.answer = {};
+  program.files.Clear();
+  Cut({Make("a.png")});
+  EXPECT_EQ(Why(1), "裁剪框预览中的图片与输出类型不符");
+  EXPECT_TRUE(OutNames().empty());
+}
+
+TEST_F(CutFinishTest, EffectsTakeThePictureOfTheFrame) {
+  program.manualFrame = &frame;
+  form.CmbOutType.SetText("png");
+  Option("ChInvert", "1");
+  flags.ManualCutMode = true;
+  Cut({Make("a.png", Painted(4, 4, [](int, int) { return Pixel{0, 0, 0}; }))});
+  ASSERT_EQ(Totals().written, 1u) << Whys();
+  EXPECT_EQ(frame.cloned, 1);
+  EXPECT_EQ(Read(Out("a.png")).At(0, 0), kWhitePixel);
+}
+
+}  // namespace
+}  // namespace quillon::job
