@@ -83,6 +83,8 @@ class Disk {
   // The user's folder for data of programs, "" where there is none.
   virtual std::string DataHome() = 0;
   virtual unsigned User() = 0;
+  // Nothing above this folder is taken for the top of a disk: "/", or less for runs that must keep to themselves.
+  virtual std::string Root() = 0;
   // The local time as YYYY-MM-DDThh:mm:ss.
   virtual std::string TimeStamp() = 0;
 };

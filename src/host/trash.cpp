@@ -42,7 +42,7 @@ int MakePrivateFolders(Disk& disk, const std::string& path) {
 // The highest folder above a path that lies on the same disk.
 std::string TopFolder(Disk& disk, const std::string& path, std::uint64_t device) {
   std::string top = SplitEntry(path).folder;
-  while (top != "/") {
+  while (top != "/" && top != disk.Root()) {
     const std::string above = SplitEntry(top).folder;
     DiskFacts facts;
     if (disk.LookLink(above, facts) < 0 || facts.device != device) break;

@@ -112,6 +112,14 @@ TEST_F(TrashTest, WhatIsNotThereIsMissing) {
   EXPECT_TRUE(folder.Exists("app"));
 }
 
+TEST_F(TrashTest, TheTrashAtTheTopIsTheSecondChoice) {
+  world.faults.Set({.call = DiskCall::RenameNew, .error = EXDEV});
+  EXPECT_TRUE(files.Discard(folder.Write("in/a.jpg", "x")));
+  EXPECT_EQ(world.faults.Fired(), 1);
+  EXPECT_EQ(folder.Read(".Trash-" + std::to_string(geteuid()) + "/files/a.jpg"), "x");
+  EXPECT_THAT(folder.Names("data/Trash/info"), IsEmpty());
+}
+
 TEST_F(TrashTest, WithoutATrashTheFileStays) {
   const std::string file = folder.Write("a.jpg", "x");
   world.faults.Set({.call = DiskCall::RenameNew, .error = EXDEV, .length = Fault::Length::ForEver});

@@ -117,7 +117,7 @@ FileKind KindOf(const fs::directory_entry& entry) {
 }  // namespace
 
 PosixDisk::PosixDisk() : PosixDisk(BaseFolder("XDG_DATA_HOME", ".local/share")) {}
-PosixDisk::PosixDisk(std::string dataHome) : dataHome_(std::move(dataHome)) {}
+PosixDisk::PosixDisk(std::string dataHome, std::string root) : dataHome_(std::move(dataHome)), root_(std::move(root)) {}
 
 int PosixDisk::OpenNew(const std::string& path, unsigned mode) {
   return Repeat([&] { return open(path.c_str(), O_RDWR | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, mode); });
@@ -264,6 +264,8 @@ int PosixDisk::SyncFolder(const std::string& folder) {
 std::string PosixDisk::DataHome() { return dataHome_; }
 
 unsigned PosixDisk::User() { return geteuid(); }
+
+std::string PosixDisk::Root() { return root_; }
 
 std::string PosixDisk::TimeStamp() {
   const time_t now = std::time(nullptr);

@@ -13,8 +13,8 @@ class PosixDisk final : public Disk {
  public:
   // With the user's data folder from the environment: $XDG_DATA_HOME, else ~/.local/share.
   PosixDisk();
-  // With a given one, for runs that must not touch the user's.
-  explicit PosixDisk(std::string dataHome);
+  // With given ones, for runs that must not touch the user's.
+  explicit PosixDisk(std::string dataHome, std::string root = "/");
 
   int OpenNew(const std::string& path, unsigned mode) override;
   int OpenRead(const std::string& path) override;
@@ -48,10 +48,12 @@ class PosixDisk final : public Disk {
 
   std::string DataHome() override;
   unsigned User() override;
+  std::string Root() override;
   std::string TimeStamp() override;
 
  private:
   std::string dataHome_;
+  std::string root_;
 };
 
 // A write over the limit for file sizes then fails like one to a full disk instead of ending the program, and so does

@@ -112,6 +112,7 @@ class FaultyDisk final : public Disk {
 
   std::string DataHome() override { return disk_.DataHome(); }
   unsigned User() override { return disk_.User(); }
+  std::string Root() override { return disk_.Root(); }
   std::string TimeStamp() override { return disk_.TimeStamp(); }
 
  private:

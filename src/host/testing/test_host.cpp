@@ -7,7 +7,7 @@
 namespace quillon::host::testing {
 
 TestHost::TestHost()
-    : disk(folder.Path("data")),
+    : disk(folder.Path("data"), folder.Path()),
       faults(disk),
       files(faults),
       host{boxes, dialogs, pump, clock, files, settings, processes, shell, screen, instance, folder.Path("app")} {

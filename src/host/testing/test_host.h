@@ -23,8 +23,9 @@ namespace quillon::host::testing {
 //   RunSomething(world.host);
 //   EXPECT_EQ(world.boxes.Count("完成"), 1);
 //
-// The program folder is "app" in the temporary folder, the trash lies under "data". Every turn of the pump takes ten
-// milliseconds of the clock, so that loops that wait by pumping come to their end.
+// The program folder is "app" in the temporary folder, the trash lies under "data" or, where that one fails, at the top
+// of the temporary folder. Every turn of the pump takes ten milliseconds of the clock, so that loops that wait by
+// pumping come to their end.
 class TestHost {
  public:
   TestHost();
