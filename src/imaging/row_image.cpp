@@ -6,6 +6,7 @@ namespace quillon::imaging {
 namespace {
 
 using host::Status;
+using vips::VImage;
 
 // Rows in order are read ahead by this many, so that threads do not wait for each other at every row.
 constexpr int kRowsAtOnce = 16;
@@ -58,10 +59,9 @@ VipsInterpretation InterpretationOf(const RowFacts& facts) {
 }
 
 template <class Rows>
-vips::VImage Generated(std::shared_ptr<Rows> rows, int height, std::shared_ptr<ReadFault> fault,
-                       VipsGenerateFn generate) {
+VImage Generated(std::shared_ptr<Rows> rows, int height, std::shared_ptr<ReadFault> fault, VipsGenerateFn generate) {
   const RowFacts& facts = rows->Facts();
-  vips::VImage image(vips_image_new());
+  VImage image(vips_image_new());
   vips_image_init_fields(image.get_image(), facts.size.width, height, facts.Channels(),
                          facts.bits == 16 ? VIPS_FORMAT_USHORT : VIPS_FORMAT_UCHAR, VIPS_CODING_NONE,
                          InterpretationOf(facts), 1, 1);
@@ -78,14 +78,16 @@ vips::VImage Generated(std::shared_ptr<Rows> rows, int height, std::shared_ptr<R
 
 }  // namespace
 
-vips::VImage ImageOfRows(std::shared_ptr<RowSource> rows, std::shared_ptr<ReadFault> fault) {
+VImage ImageOfRows(std::shared_ptr<RowSource> rows, std::shared_ptr<ReadFault> fault) {
   const int height = rows->Facts().size.height;
   return Generated(std::move(rows), height, std::move(fault), GenerateSpans);
 }
 
-vips::VImage ImageOfRows(std::shared_ptr<RowStream> rows, int count, std::shared_ptr<ReadFault> fault) {
-  return Generated(std::move(rows), count, std::move(fault), GenerateRows)
-      .sequential(vips::VImage::option()->set("tile_height", kRowsAtOnce));
+VImage ImageOfRows(std::shared_ptr<RowStream> rows, int count, std::shared_ptr<ReadFault> fault) {
+  VImage image = Generated(std::move(rows), count, std::move(fault), GenerateRows);
+  // The mark by which steps that would ask out of order know to keep what they need.
+  image.set(VIPS_META_SEQUENTIAL, 1);
+  return image.sequential(VImage::option()->set("tile_height", kRowsAtOnce));
 }
 
 }  // namespace quillon::imaging

@@ -70,7 +70,13 @@ Status Services::Parts::Hold(vips::VImage& pixels) {
   const int pixelBytes = static_cast<int>(VIPS_IMAGE_SIZEOF_PEL(pixels.get_image()));
   if (!WithinLimits(pixels.width(), pixels.height(), limits)) return fault::SidesTooLarge();
   if (!FitsMemory(pixels.width(), pixels.height(), pixelBytes, limits)) return fault::OutOfMemory();
-  pixels = pixels.copy_memory();
+  // In memory they no longer come in order.
+  vips::VImage free = pixels;
+  if (pixels.get_typeof(VIPS_META_SEQUENTIAL) != 0) {
+    free = pixels.copy();
+    free.remove(VIPS_META_SEQUENTIAL);
+  }
+  pixels = free.copy_memory();
   return Status::Ok();
 }
 

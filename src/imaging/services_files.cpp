@@ -69,6 +69,8 @@ Status Services::CropToFile(const CropRequest& request) {
   if (request.rect.Empty()) return fault::EmptyRectangle();
   if (!WithinLimits(request.rect.width, request.rect.height, parts_->limits)) return fault::SidesTooLarge();
   const host::Files& files = parts_->host.files;
+  const std::optional<host::FileFacts> source = files.Look(request.source);
+  if (source && source->kind != host::FileKind::File) return fault::NotAFile();
   std::optional<std::string> ready;
   if (parts_->ahead) ready = parts_->ahead->TakeCrop(request, [this] { parts_->host.pump.Turn(); });
 

@@ -274,6 +274,38 @@ TEST_F(FileServices, WorkAheadGivesTheSameBytes) {
   }
 }
 
+// Only the rows that are needed pass through: the sources here are much larger than what may be held.
+TEST_F(FileServices, LargePicturesAreNotHeld) {
+  ByteText head;
+  head.Text("BM").Little32(0).Little32(0).Little32(54).Little32(40).Little32(18000).Little32(18000).Little16(1);
+  head.Little16(24).Zeros(24);
+  world.folder.Write("large.bmp", head.Bytes());
+  std::filesystem::resize_file(Path("large.bmp"), 54 + 54000ull * 18000);
+  VImage::black(3000, 6000, VImage::option()->set("bands", 3))
+      .copy(VImage::option()->set("interpretation", VIPS_INTERPRETATION_sRGB))
+      .pngsave(Path("large.png").c_str(), VImage::option()->set("compression", 1));
+  Limits limits;
+  limits.memory = 10 << 20;
+  Services tight(
+      world.host, [] {}, limits);
+  const auto before = vips_tracked_get_mem();
+  for (const char* name : {"large.bmp", "large.png"}) {
+    SCOPED_TRACE(name);
+    Image image;
+    EXPECT_EQ(tight.LoadImageFromFile(Path(name), image).GetProblem(), Problem::TooLarge);
+    for (const Encoder encoder : {Encoder::Bmp, Encoder::Jpeg, Encoder::Png, Encoder::Tiff}) {
+      CropRequest request = Request(name, "out", {100, 5000, 2800, 900}, encoder);
+      ASSERT_TRUE(tight.CropToFile(request));
+    }
+  }
+  Services::Preview preview;
+  ASSERT_TRUE(tight.LoadPreview(Path("large.png"), {100, 100}, preview));
+  EXPECT_EQ(preview.size, (base::Size{50, 100}));
+  EXPECT_EQ(preview.rgb[0], 0);
+  ASSERT_TRUE(tight.ZoomPic(Path("large.png"), Path("small.png"), 50, 100));
+  EXPECT_LT(vips_tracked_get_mem_highwater() - before, std::size_t{40} << 20);
+}
+
 TEST_F(FileServices, GifKeepsItsTransparency) {
   ToVips({3, 1, 4, {255, 0, 0, 255, 0, 0, 0, 0, 0, 0, 255, 255}}).gifsave(Path("in.gif").c_str());
   ASSERT_TRUE(services.CropToGif(Request("in.gif", "out.gif", {0, 0, 3, 1}, Encoder::Jpeg)));
