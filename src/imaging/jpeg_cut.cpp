@@ -5,11 +5,13 @@
 #include <algorithm>
 #include <array>
 #include <limits>
+#include <memory>
 #include <new>
-#include <vector>
 
 #include "imaging/jpeg_exif.h"
 #include "imaging/jpeg_head.h"
+#include "imaging/jpeg_planes.h"
+#include "imaging/jpeg_rows.h"
 #include "imaging/jpeg_stream.h"
 
 namespace quillon::imaging {
@@ -18,30 +20,12 @@ namespace {
 using host::Problem;
 
 constexpr int kFullChromaQuality = 90;
-constexpr int kBatch = 16;          // rows moved at a time
-constexpr int kDctRow = 8;          // pixels of a block
+constexpr int kRowsHeld = 96;       // by both codecs together, at most
 constexpr int kCoefficients = 128;  // bytes of a block's coefficients
 constexpr int kScansMin = 30;       // scans that any picture may have
 constexpr int kScansMax = 500;      // and the most
 constexpr double kScanWork = 20e9;  // pixels times scans above kScansMin
 constexpr int kDensityMax = 65535;
-
-// Columns decoded on either side of the wanted ones, so that smooth chroma upsampling sees the same neighbours there
-// as in the whole picture: two samples of the coarsest subsampling, which is 4.
-constexpr int kMargin = 8;
-
-struct Span {
-  int begin = 0;
-  int size = 0;
-};
-
-// What of [begin, begin + size) lies in a picture of length pixels.
-Span Inside(int begin, int size, JDIMENSION length) {
-  const std::int64_t from = std::max<std::int64_t>(begin, 0);
-  const std::int64_t to = std::min<std::int64_t>(std::int64_t{begin} + size, length);
-  return {static_cast<int>(std::min<std::int64_t>(from, length)),
-          static_cast<int>(std::max<std::int64_t>(to - from, 0))};
-}
 
 // One cut. Everything that libjpeg's jumps could leave behind is a member.
 class Cutter {
@@ -70,20 +54,14 @@ class Cutter {
       return {Problem::TooLarge, "裁切区域超出JPEG图片的最大尺寸"};
     }
     if (Status opened = source_.Open(path, head_); !opened) return opened;
-    const bool done = errors_.Guard([this] {
-      ReadHeader();
-      CheckLimits();
-    }) && Admitted() &&
-                      errors_.Guard([this] {
-                        StartDecoder();
-                        StartEncoder();
-                      }) &&
-                      Prepare() && errors_.Guard([this] {
-                        WriteMarkers();
-                        WriteRows();
-                        CheckRest();
-                      });
-    return done ? Status::Ok() : errors_.Result();
+    if (!errors_.Guard([this] { Examine(); })) return errors_.Result();
+    if (control_.admit && !control_.admit(BytesHeld())) return {Problem::Stopped, "已停止"};
+    ChooseMover();
+    if (!errors_.Guard([this] { mover_->Start(); })) return errors_.Result();
+    mover_->Allocate();
+    MakeExif();
+    if (!errors_.Guard([this] { Write(); })) return errors_.Result();
+    return Status::Ok();
   }
 
  private:
@@ -93,6 +71,20 @@ class Cutter {
   };
 
   static void OnProgress(j_common_ptr info) { reinterpret_cast<Progress*>(info->progress)->owner->CheckScan(); }
+
+  void Examine() {
+    ReadHeader();
+    CheckLimits();
+    SetUpEncoder();
+    errors_.DataBegins();
+  }
+
+  void Write() {
+    WriteMarkers();
+    mover_->Move();
+    jpeg_finish_compress(&encoder_);
+    CheckRest();
+  }
 
   void ReadHeader() {
     decoder_.err = errors_.Handle();
@@ -104,6 +96,11 @@ class Cutter {
     if (decoder_.jpeg_color_space == JCS_UNKNOWN) errors_.Fail(Problem::Unsupported, "不支持这种JPEG图片");
     decoder_.out_color_space = decoder_.jpeg_color_space;
     decoder_.do_block_smoothing = FALSE;
+    const double pixels = static_cast<double>(decoder_.image_width) * decoder_.image_height;
+    scansMax_ = static_cast<int>(std::clamp<double>(kScanWork / pixels, kScansMin, kScansMax));
+    progress_.base.progress_monitor = &Cutter::OnProgress;
+    progress_.owner = this;
+    decoder_.progress = &progress_.base;
   }
 
   void CheckLimits() {
@@ -121,7 +118,7 @@ class Cutter {
   // Rows of both codecs, and of a picture in several scans all coefficients.
   std::int64_t BytesHeld() {
     const std::int64_t widest = std::max<std::int64_t>(decoder_.image_width, rect_.width);
-    std::int64_t bytes = widest * decoder_.num_components * kBatch * 6;
+    std::int64_t bytes = widest * decoder_.num_components * kRowsHeld;
     if (!jpeg_has_multiple_scans(&decoder_)) return bytes;
     for (int i = 0; i < decoder_.num_components; ++i) {
       const jpeg_component_info& component = decoder_.comp_info[i];
@@ -131,39 +128,12 @@ class Cutter {
     return bytes;
   }
 
-  bool Admitted() {
-    if (!control_.admit || control_.admit(BytesHeld())) return true;
-    errors_.SetResult({Problem::Stopped, "已停止"});
-    return false;
-  }
-
   void CheckScan() {
     if (control_.stop.stop_requested()) errors_.Fail(Problem::Stopped, "已停止");
     if (decoder_.input_scan_number > scansMax_) errors_.Fail(Problem::Damaged, "图片数据已损坏：扫描次数过多");
   }
 
-  void StartDecoder() {
-    columns_ = Inside(rect_.left, rect_.width, decoder_.image_width);
-    rows_ = Inside(rect_.top, rect_.height, decoder_.image_height);
-    if (columns_.size == 0 || rows_.size == 0) columns_.size = rows_.size = 0;
-    const double pixels = static_cast<double>(decoder_.image_width) * decoder_.image_height;
-    scansMax_ = static_cast<int>(std::clamp<double>(kScanWork / pixels, kScansMin, kScansMax));
-    progress_.base.progress_monitor = &Cutter::OnProgress;
-    progress_.owner = this;
-    decoder_.progress = &progress_.base;
-    errors_.DataBegins();
-    if (rows_.size == 0 && !jpeg_has_multiple_scans(&decoder_)) return;
-    jpeg_start_decompress(&decoder_);
-    if (rows_.size == 0) return;
-    JDIMENSION begin = static_cast<JDIMENSION>(std::max(columns_.begin - kMargin, 0));
-    JDIMENSION size = static_cast<JDIMENSION>(columns_.begin + columns_.size + kMargin) - begin;
-    size = std::min(size, decoder_.image_width - begin);
-    if (size < decoder_.image_width) jpeg_crop_scanline(&decoder_, &begin, &size);
-    firstColumn_ = size < decoder_.image_width ? static_cast<int>(begin) : 0;
-    if (rows_.begin > 0) jpeg_skip_scanlines(&decoder_, static_cast<JDIMENSION>(rows_.begin));
-  }
-
-  void StartEncoder() {
+  void SetUpEncoder() {
     target_.Attach(encoder_);
     encoder_.image_width = static_cast<JDIMENSION>(rect_.width);
     encoder_.image_height = static_cast<JDIMENSION>(rect_.height);
@@ -176,7 +146,6 @@ class Cutter {
     SetDensity();
     // Without the marker, CMYK values are ink amounts; with it they are stored inverted.
     if (decoder_.jpeg_color_space == JCS_CMYK) encoder_.write_Adobe_marker = head_.adobe ? TRUE : FALSE;
-    jpeg_start_compress(&encoder_, TRUE);
   }
 
   void SetSampling() {
@@ -212,30 +181,35 @@ class Cutter {
     encoder_.Y_density = static_cast<UINT16>(std::clamp(y, 1, kDensityMax));
   }
 
-  // The EXIF block and the rows' memory.
-  bool Prepare() {
+  void ChooseMover() {
+    if (JpegPlanes::Suits(decoder_, encoder_, rect_)) {
+      mover_ = std::make_unique<JpegPlanes>(decoder_, encoder_, rect_);
+    } else {
+      mover_ = std::make_unique<JpegRows>(decoder_, encoder_, rect_, White());
+    }
+  }
+
+  std::array<JSAMPLE, 4> White() const {
+    switch (encoder_.jpeg_color_space) {
+      case JCS_YCbCr:
+        return {255, 128, 128, 0};
+      case JCS_YCCK:
+        return {0, 128, 128, 255};
+      case JCS_CMYK:
+        if (!head_.adobe) return {0, 0, 0, 0};
+        [[fallthrough]];
+      default:
+        return {255, 255, 255, 255};
+    }
+  }
+
+  void MakeExif() {
     if (exif_ == Exif::Keep) exifOut_ = CutExif(head_.exif, {rect_.width, rect_.height}, dpi_);
     if (exifOut_.empty()) {
       const bool jfif = encoder_.write_JFIF_header == TRUE;
       exifOut_ = MinimalExif(ReadExif(head_.exif).orientation, jfif ? 0 : dpi_ > 0 ? dpi_ : head_.Dpi());
     }
     if (!exifOut_.empty()) exifOut_.insert(0, "Exif\0\0", 6);
-    components_ = static_cast<std::size_t>(decoder_.num_components);
-    const std::size_t decoded = rows_.size > 0 ? decoder_.output_width * components_ : 0;
-    decoded_.resize(decoded * kBatch);
-    for (std::size_t i = 0; i < kBatch; ++i) decodedRows_[i] = decoded_.data() + i * decoded;
-    if (columns_.size < rect_.width || rows_.size < rect_.height) MakeWhite();
-    return true;
-  }
-
-  void MakeWhite() {
-    std::array<JSAMPLE, 4> white = {255, 255, 255, 255};
-    if (encoder_.jpeg_color_space == JCS_YCbCr) white = {255, 128, 128, 0};
-    if (encoder_.jpeg_color_space == JCS_CMYK && !head_.adobe) white = {0, 0, 0, 0};
-    if (encoder_.jpeg_color_space == JCS_YCCK) white = {0, 128, 128, 255};
-    white_.resize(static_cast<std::size_t>(rect_.width) * components_);
-    for (std::size_t i = 0; i < white_.size(); ++i) white_[i] = white[i % components_];
-    for (std::size_t i = 0; i < kBatch; ++i) framed_.insert(framed_.end(), white_.begin(), white_.end());
   }
 
   void WriteMarkers() {
@@ -248,53 +222,10 @@ class Cutter {
                       static_cast<unsigned>(bytes.size()));
   }
 
-  void WriteRows() {
-    const int above = rows_.size > 0 ? rows_.begin - rect_.top : rect_.height;
-    WriteWhite(above);
-    WriteDecoded();
-    WriteWhite(rect_.height - above - rows_.size);
-    jpeg_finish_compress(&encoder_);
-  }
-
-  void WriteWhite(int count) {
-    JSAMPROW row = white_.data();
-    for (int i = 0; i < count; ++i) jpeg_write_scanlines(&encoder_, &row, 1);
-  }
-
-  void WriteDecoded() {
-    if (rows_.size == 0) return;
-    const std::size_t skip = static_cast<std::size_t>(columns_.begin - firstColumn_) * components_;
-    const std::size_t used = static_cast<std::size_t>(columns_.size) * components_;
-    const bool framed = columns_.size < rect_.width;
-    const std::size_t margin = framed ? static_cast<std::size_t>(columns_.begin - rect_.left) * components_ : 0;
-    std::array<JSAMPROW, kBatch> parts{};
-    for (int left = rows_.size; left > 0;) {
-      const int batch = ReadBatch(std::min(left, kBatch));
-      for (int i = 0; i < batch; ++i) {
-        parts[i] = decodedRows_[i] + skip;
-        if (!framed) continue;
-        JSAMPROW row = framed_.data() + static_cast<std::size_t>(i) * white_.size();
-        std::copy_n(parts[i], used, row + margin);
-        parts[i] = row;
-      }
-      jpeg_write_scanlines(&encoder_, parts.data(), static_cast<JDIMENSION>(batch));
-      left -= batch;
-    }
-  }
-
-  // libjpeg hands out a few rows a call, as the sampling has it.
-  int ReadBatch(int wanted) {
-    int count = 0;
-    while (count < wanted) {
-      count += static_cast<int>(
-          jpeg_read_scanlines(&decoder_, decodedRows_.data() + count, static_cast<JDIMENSION>(wanted - count)));
-    }
-    return count;
-  }
-
   void CheckRest() {
     if (jpeg_has_multiple_scans(&decoder_)) return;  // all was read before the first row
-    const bool all = rows_.size > 0 && decoder_.output_scanline == decoder_.output_height && !decoder_.arith_code;
+    const bool all =
+        decoder_.output_height > 0 && decoder_.output_scanline >= decoder_.output_height && !decoder_.arith_code;
     source_.CheckToEnd(decoder_.unread_marker, all ? JpegSource::Rest::AllDecoded : JpegSource::Rest::Undecoded);
   }
 
@@ -314,14 +245,7 @@ class Cutter {
   Progress progress_{};
   int scansMax_ = kScansMax;
 
-  Span columns_;  // of the picture that are used
-  Span rows_;
-  int firstColumn_ = 0;  // of the picture in a decoded row
-  std::size_t components_ = 0;
-  std::vector<JSAMPLE> decoded_;
-  std::array<JSAMPROW, kBatch> decodedRows_{};
-  std::vector<JSAMPLE> white_;   // one row, where the picture does not reach everywhere
-  std::vector<JSAMPLE> framed_;  // a batch of rows, white on both sides
+  std::unique_ptr<JpegMover> mover_;
   std::string exifOut_;
 };
 

@@ -24,12 +24,14 @@ struct JpegCutControl {
   std::function<bool(std::int64_t bytes)> admit;
 };
 
-// Cuts rect out of the JPEG file at path and encodes it as JPEG of quality 0..100 (outside: clamped) into sink. Only
-// the rows and columns that are needed are decoded, and a picture is never held whole unless it is progressive. What
-// lies outside the picture is white. rect is in stored pixels.
+// Cuts rect out of the JPEG file at path and encodes it as JPEG of quality 0..100 (outside: clamped) into sink. A
+// picture is never held whole unless it is stored in several scans (progressive). What lies outside the picture is
+// white. rect is in stored pixels.
 //
 // Colours pass through: YCbCr, grey, RGB, CMYK and YCCK stay what they are. Chroma is stored at half width and height
-// (4:2:0) below quality 90, from 90 at the source's own subsampling; grey, RGB and CMYK have none.
+// (4:2:0) below quality 90, from 90 at the source's own subsampling; grey, RGB and CMYK have none. Where rect begins
+// on a chroma sample of the source and is a large part of the picture, the components are moved as they are stored;
+// otherwise only the needed rows and columns are decoded, with the chroma of each pixel as in the whole picture.
 //
 // The ICC profile goes with the result. dpi > 0 becomes its resolution, 0 keeps the source's, also when only EXIF
 // tells it. With Exif::Keep the EXIF block goes with it: thumbnail and embedded previews blanked, pixel dimensions

@@ -13,7 +13,8 @@ namespace {
 
 using host::Problem;
 
-constexpr std::size_t kBlock = std::size_t{128} * 1024;
+constexpr std::size_t kBlock = std::size_t{64} * 1024;
+constexpr std::size_t kFirstBlock = std::size_t{16} * 1024;  // all of a small file, the head of most others
 constexpr std::size_t kHeadMax = std::size_t{32} << 20;
 
 constexpr int kEndOfImage = 0xD9;
@@ -103,7 +104,7 @@ Status JpegSource::Open(const std::string& path, JpegHead& head) {
   file_ = std::fopen(path.c_str(), "rb");
   if (!file_) return Status::FromErrno(errno);
   std::setvbuf(file_, nullptr, _IONBF, 0);
-  std::size_t want = kBlock;
+  std::size_t want = kFirstBlock;
   for (;;) {
     const std::size_t before = head_.size();
     head_.resize(want);

@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "imaging/jpeg_maker.h"
 
+#include <algorithm>
 #include <cmath>
 #include <cstdio>
 #include <cstdlib>
@@ -168,6 +169,79 @@ ReadResult ReadJpeg(const std::string& bytes) {
   out.warnings = static_cast<int>(errors.num_warnings);
   jpeg_destroy_decompress(&decoder);
   return out;
+}
+
+std::vector<Plane> ReadPlanes(const std::string& bytes) {
+  jpeg_error_mgr errors;
+  jpeg_decompress_struct decoder{};
+  decoder.err = jpeg_std_error(&errors);
+  errors.error_exit = Throw;
+  jpeg_create_decompress(&decoder);
+  jpeg_mem_src(&decoder, reinterpret_cast<const unsigned char*>(bytes.data()), bytes.size());
+  jpeg_read_header(&decoder, TRUE);
+  decoder.raw_data_out = TRUE;
+  jpeg_start_decompress(&decoder);
+  const std::size_t count = static_cast<std::size_t>(decoder.num_components);
+  const int rows = decoder.max_v_samp_factor * DCTSIZE;
+  std::vector<Plane> planes(count);
+  for (std::size_t c = 0; c < count; ++c) {
+    const jpeg_component_info& info = decoder.comp_info[c];
+    planes[c].size = {static_cast<int>(info.downsampled_width), static_cast<int>(info.downsampled_height)};
+    planes[c].padded = {static_cast<int>(info.width_in_blocks + 4) * DCTSIZE,
+                        static_cast<int>(info.height_in_blocks + 4) * DCTSIZE};
+    planes[c].samples.resize(static_cast<std::size_t>(planes[c].padded.width * planes[c].padded.height));
+  }
+  while (decoder.output_scanline < decoder.output_height) {
+    std::vector<std::vector<JSAMPROW>> pointers(count);
+    std::vector<JSAMPARRAY> image;
+    for (std::size_t c = 0; c < count; ++c) {
+      const int factor = decoder.comp_info[c].v_samp_factor;
+      const int first = static_cast<int>(decoder.output_scanline) / decoder.max_v_samp_factor * factor;
+      for (int k = 0; k < factor * DCTSIZE; ++k) {
+        pointers[c].push_back(planes[c].samples.data() + (first + k) * planes[c].padded.width);
+      }
+      image.push_back(pointers[c].data());
+    }
+    jpeg_read_raw_data(&decoder, image.data(), static_cast<JDIMENSION>(rows));
+  }
+  jpeg_finish_decompress(&decoder);
+  jpeg_destroy_decompress(&decoder);
+  return planes;
+}
+
+std::string MakeJpegOfPlanes(base::Size size, const std::vector<Plane>& planes, const MakeOptions& options) {
+  jpeg_error_mgr errors;
+  jpeg_compress_struct encoder{};
+  encoder.err = jpeg_std_error(&errors);
+  errors.error_exit = Throw;
+  jpeg_create_compress(&encoder);
+  unsigned char* data = nullptr;
+  unsigned long length = 0;
+  jpeg_mem_dest(&encoder, &data, &length);
+  SetUp(encoder, {size, ComponentsOf(options.colours), {}}, options);
+  encoder.raw_data_in = TRUE;
+  jpeg_start_compress(&encoder, TRUE);
+  const int rows = encoder.max_v_samp_factor * DCTSIZE;
+  std::vector<Plane> copies = planes;
+  while (encoder.next_scanline < encoder.image_height) {
+    std::vector<std::vector<JSAMPROW>> pointers(copies.size());
+    std::vector<JSAMPARRAY> image;
+    for (std::size_t c = 0; c < copies.size(); ++c) {
+      const int factor = encoder.comp_info[c].v_samp_factor;
+      const int first = static_cast<int>(encoder.next_scanline) / encoder.max_v_samp_factor * factor;
+      for (int k = 0; k < factor * DCTSIZE; ++k) {
+        const int row = std::min(first + k, copies[c].padded.height - 1);
+        pointers[c].push_back(copies[c].samples.data() + row * copies[c].padded.width);
+      }
+      image.push_back(pointers[c].data());
+    }
+    jpeg_write_raw_data(&encoder, image.data(), static_cast<JDIMENSION>(rows));
+  }
+  jpeg_finish_compress(&encoder);
+  jpeg_destroy_compress(&encoder);
+  std::string bytes(reinterpret_cast<const char*>(data), length);
+  std::free(data);
+  return bytes;
 }
 
 Pixels CutPixels(const Pixels& whole, base::Rect rect, const std::vector<int>& white) {

@@ -66,6 +66,23 @@ struct ReadResult {
 // Decodes the whole file without colour conversion; throws std::runtime_error.
 ReadResult ReadJpeg(const std::string& bytes);
 
+// A component as it is stored, with the samples that fill up its last blocks.
+struct Plane {
+  base::Size size;    // of the picture's own samples
+  base::Size padded;  // of all samples
+  std::vector<unsigned char> samples;
+
+  int At(int x, int y) const {
+    return samples[static_cast<std::size_t>(y) * static_cast<std::size_t>(padded.width) + static_cast<std::size_t>(x)];
+  }
+};
+
+// Decodes the components without upsampling.
+std::vector<Plane> ReadPlanes(const std::string& bytes);
+
+// Encodes components as they are, sampled as options say; padded has to be whole blocks.
+std::string MakeJpegOfPlanes(base::Size size, const std::vector<Plane>& planes, const MakeOptions& options);
+
 // The rectangle, with white as given where it leaves the picture.
 Pixels CutPixels(const Pixels& whole, base::Rect rect, const std::vector<int>& white);
 
