@@ -192,7 +192,7 @@ Breaches CheckSizes(const Source& source) {
 }
 
 Breaches CheckLicence(const Source& source) {
-  const bool script = source.In("scripts/") || source.In(".ci/");
+  const bool script = source.In("scripts/") || source.text.starts_with("#!");
   const bool hashed = script || source.path.ends_with(".cmake") || source.path.ends_with("CMakeLists.txt");
   if (!source.IsCode() && !hashed) return {};
   const std::string sign = hashed ? "# " : "// ";

@@ -197,7 +197,8 @@ TEST(Rules, EverySourceNamesOwnerAndLicence) {
                                   {"src/a/a.h", "// SPDX-License-Identifier: GPL-3.0-or-later\n"},
                                   {"cmake/a.cmake", head},
                                   {"src/a/CMakeLists.txt", "add_library(a)\n"},
-                                  {"scripts/run", "#!/usr/bin/env bash\nset -e\n"},
+                                  {"bench/run", "#!/usr/bin/env bash\nset -e\n"},
+                                  {"scripts/lib.sh", "set -e\n"},
                               });
   ExpectPassed(CheckLicence, {
                                  {"src/a/a.cpp", head + "int a;\n"},
