@@ -33,7 +33,8 @@ struct OpenedPicture {
 };
 
 // Opens by content, whatever the name says; the first frame or page. A JPEG is reduced by as much of 1, 2, 4 or 8 as
-// leaves both sides at least twice as large as reduceTo, unless that is empty. What a later pixel fails with stands in fault.
+// leaves both sides at least twice as large as reduceTo, unless that is empty. What a later pixel fails with stands in
+// fault.
 Status OpenPicture(const host::Files& files, const std::string& path, const Limits& limits, base::Size reduceTo,
                    OpenedPicture& out);
 
