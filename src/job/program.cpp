@@ -2,6 +2,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "job/program.h"
 
+#include <cstdint>
+
 #include "base/path_text.h"
 #include "formats/tools/processes.h"
 #include "formats/tools/twins.h"
@@ -20,6 +22,27 @@ constexpr const char* kInstallerKey = "InstallerUrl";
 constexpr const char* kInstallerUrl = "https://quillon.example/download";
 constexpr const char* kCloseQuestion = "关闭程序？";
 constexpr int kCloseType = 65;
+
+// A white square as a 24-bit BMP.
+std::string WhiteBmp(std::uint32_t side) {
+  constexpr std::uint32_t kHeader = 54;
+  const std::uint32_t row = side * 3;
+  const std::uint32_t stride = (row + 3) / 4 * 4;
+  std::string bytes(kHeader + stride * side, '\0');
+  const auto put = [&](std::size_t at, std::uint32_t value) {
+    for (std::size_t i = 0; i < 4; ++i) bytes[at + i] = static_cast<char>(value >> (8 * i) & 0xFF);
+  };
+  bytes.replace(0, 2, "BM");
+  put(2, kHeader + stride * side);
+  put(10, kHeader);
+  put(14, kHeader - 14);
+  put(18, side);
+  put(22, side);
+  put(26, 1 | 24 << 16);  // one plane, 24 bits a pixel
+  put(34, stride * side);
+  for (std::uint32_t y = 0; y < side; ++y) bytes.replace(kHeader + y * stride, row, row, '\xFF');
+  return bytes;
+}
 
 }  // namespace
 
@@ -84,12 +107,10 @@ void Program::ShowPicture(const std::string& path, base::Size size) {
   form1.ShowFrame();
 }
 
+// Written by hand, so that a start does not have to start the image library.
 void Program::WriteCanvas() {
-  constexpr base::Size kCanvas{50, 50};
-  imaging::Image canvas;
-  if (!images.NewCanvas(kCanvas, base::kWhite, canvas)) return;
   // Whoever needs the canvas looks for the file.
-  static_cast<void>(images.SaveImageToBmpFile(canvas, AppPath("Canvas.bmp")));
+  static_cast<void>(host.files.Save(AppPath("Canvas.bmp"), WhiteBmp(50)));
 }
 
 bool Program::ShowWindow(const std::string& name) {
