@@ -17,7 +17,6 @@ using host::FileFacts;
 using host::Problem;
 
 constexpr auto kPumpInterval = std::chrono::milliseconds(4);
-constexpr int kExtraPlanned = 2;               // crops planned beyond the number of threads
 constexpr std::size_t kSearchedMeasures = 64;  // at the front of the plan, where the caller is
 
 bool Unchanged(const FileFacts& a, const FileFacts& b) {
@@ -26,9 +25,10 @@ bool Unchanged(const FileFacts& a, const FileFacts& b) {
 
 enum class State { Waiting, Running, Done, Failed };
 
-// All but request and stop is guarded by the engine's mutex, result while the job is not running.
+// All but request, sourceSize and stop is guarded by the engine's mutex, result while the job is not running.
 struct PlannedCrop {
   CropRequest request;
+  std::uint64_t sourceSize = 0;
   std::stop_source stop;
   State state = State::Waiting;
   bool dropped = false;       // no longer planned
@@ -62,21 +62,15 @@ class Ahead::Engine {
     for (std::thread& thread : threads_) thread.join();
   }
 
-  int PlanLength() const { return bounds_.threads + kExtraPlanned; }
-
   void PlanCrops(const std::vector<CropRequest>& upcoming) {
+    const std::size_t count = std::min(upcoming.size(), static_cast<std::size_t>(std::max(bounds_.planned, 1)));
+    std::vector<PlannedCropPtr> plan = KeepFromPlan(upcoming, count);
+    // Files are looked at without holding up the threads.
+    for (std::size_t i = 0; i < count; ++i) {
+      if (!plan[i]) plan[i] = NewCrop(upcoming[i]);
+    }
     {
       const std::lock_guard lock(mutex_);
-      const std::size_t count = std::min(upcoming.size(), static_cast<std::size_t>(PlanLength()));
-      std::vector<PlannedCropPtr> plan;
-      for (std::size_t i = 0; i < count; ++i) {
-        plan.push_back(TakeFromPlan(upcoming[i]));
-        if (!plan.back()) {
-          plan.back() = std::make_shared<PlannedCrop>();
-          plan.back()->request = upcoming[i];
-        }
-      }
-      for (const PlannedCropPtr& crop : crops_) Drop(*crop);
       crops_ = std::move(plan);
       if (!crops_.empty()) StartThreads();
     }
@@ -147,9 +141,23 @@ class Ahead::Engine {
     return found == crops_.end() ? nullptr : *found;
   }
 
-  PlannedCropPtr TakeFromPlan(const CropRequest& request) {
-    const PlannedCropPtr crop = FindInPlan(request);
-    if (crop) std::erase(crops_, crop);
+  // What stands in both plans, in the places of the new one; the rest of the old one is dropped.
+  std::vector<PlannedCropPtr> KeepFromPlan(const std::vector<CropRequest>& upcoming, std::size_t count) {
+    const std::lock_guard lock(mutex_);
+    std::vector<PlannedCropPtr> plan(count);
+    for (std::size_t i = 0; i < count; ++i) {
+      plan[i] = FindInPlan(upcoming[i]);
+      if (plan[i]) std::erase(crops_, plan[i]);
+    }
+    for (const PlannedCropPtr& crop : crops_) Drop(*crop);
+    crops_.clear();
+    return plan;
+  }
+
+  PlannedCropPtr NewCrop(const CropRequest& request) const {
+    auto crop = std::make_shared<PlannedCrop>();
+    crop->request = request;
+    if (const std::optional<FileFacts> source = files_.Look(request.source)) crop->sourceSize = source->size;
     return crop;
   }
 
@@ -179,10 +187,13 @@ class Ahead::Engine {
   }
 
   PlannedCropPtr NextCrop() const {
+    PlannedCropPtr next;
     for (const PlannedCropPtr& crop : crops_) {
-      if (crop->state == State::Waiting && HasRoom(*crop)) return crop;
+      if (crop->state != State::Waiting || !HasRoom(*crop)) continue;
+      if (crop == crops_.front()) return crop;
+      if (!next || crop->sourceSize > next->sourceSize) next = crop;
     }
-    return nullptr;
+    return next;
   }
 
   // Room for its working memory, as far as that is known, and for a result as large as the largest so far.
@@ -287,7 +298,6 @@ Ahead::Ahead(host::Files& files, CropWork crop, MeasureWork measure, Bounds boun
 Ahead::~Ahead() = default;
 
 void Ahead::PlanCrops(const std::vector<CropRequest>& upcoming) { engine_->PlanCrops(upcoming); }
-int Ahead::PlanLength() const { return engine_->PlanLength(); }
 void Ahead::PlanMeasures(std::vector<std::string> upcoming) { engine_->PlanMeasures(std::move(upcoming)); }
 
 std::optional<std::string> Ahead::TakeCrop(const CropRequest& request, const std::function<void()>& pump) {

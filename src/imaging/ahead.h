@@ -41,8 +41,9 @@ class Ahead {
 
   struct Bounds {
     int threads = 0;                                 // 0: as many as there are cores
-    std::int64_t results = std::int64_t{48} << 20;   // bytes of finished and growing results
-    std::int64_t working = std::int64_t{120} << 20;  // bytes admitted to running crops
+    int planned = 24;                                // crops planned at once
+    std::int64_t results = std::int64_t{32} << 20;   // bytes of finished and growing results
+    std::int64_t working = std::int64_t{160} << 20;  // bytes admitted to running crops
   };
 
   Ahead(host::Files& files, CropWork crop, MeasureWork measure, Bounds bounds);
@@ -51,10 +52,10 @@ class Ahead {
   Ahead(const Ahead&) = delete;
   Ahead& operator=(const Ahead&) = delete;
 
-  // Replaces the plan of crops by the first PlanLength() of upcoming, in that order. Work that stands in both goes on
-  // or stays finished; everything else is stopped and thrown away.
+  // Replaces the plan of crops by the first Bounds::planned of upcoming. Work that stands in both goes on or stays
+  // finished; everything else is stopped and thrown away. The first is begun first, then the one with the largest
+  // source, so that no long work is left over for the end.
   void PlanCrops(const std::vector<CropRequest>& upcoming);
-  int PlanLength() const;  // threads + 2
 
   // Replaces the plan of measurements; they are made in order when no crop is waiting.
   void PlanMeasures(std::vector<std::string> upcoming);

@@ -12,7 +12,7 @@
 namespace quillon::job {
 namespace {
 
-constexpr std::size_t kCropsAhead = 8;
+constexpr std::size_t kCropsAhead = 23;  // with the row itself what the services plan at once
 constexpr std::size_t kMeasuresAhead = 64;
 
 bool OnlyPlainCrops(const CutOptions& options, bool withArray) {

@@ -174,11 +174,19 @@ TEST_F(AheadTest, ReplacedPlanIsStoppedAndThrownAway) {
   EXPECT_EQ(stopped, 1);
 }
 
-TEST_F(AheadTest, NoMoreThanThePlanLengthIsBegun) {
+TEST_F(AheadTest, TheFirstIsBegunFirstThenTheLargest) {
+  std::vector<CropRequest> all;
+  for (const char* name : {"a", "bb", "eeeee", "dddd"}) all.push_back(Made(name));
+  Start(Naming(), {.threads = 1});
+  ahead_->PlanCrops(all);
+  while (log_.Lines().size() < all.size()) std::this_thread::yield();
+  EXPECT_EQ(log_.Lines(), (std::vector<std::string>{all[0].source, all[2].source, all[3].source, all[1].source}));
+}
+
+TEST_F(AheadTest, NoMoreThanPlannedIsBegun) {
   std::vector<CropRequest> many;
   for (int i = 0; i < 20; ++i) many.push_back(Made("f" + std::to_string(i)));
-  Start(Naming(), {.threads = 2});
-  ASSERT_EQ(ahead_->PlanLength(), 4);
+  Start(Naming(), {.threads = 2, .planned = 4});
   ahead_->PlanCrops(many);
   for (int i = 0; i < 4; ++i) {
     EXPECT_TRUE(ahead_->TakeCrop(many[static_cast<std::size_t>(i)], {}).has_value());
