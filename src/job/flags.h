@@ -44,7 +44,6 @@ struct Flags {
   // Set once at start-up.
   std::string TiffCompression = "lzw";
   double ScreenRatio = 1.0;   // desktop width over height
-  bool NewerSystem = false;   // the environment names a folder for program data
   bool HandlersLive = false;  // start-up is done: limits of boxes beep from now on
   int SheetWidth = 0;         // imposition page, pixels
   int SheetHeight = 0;

@@ -96,10 +96,13 @@ void Form1::ConvertMargins() {
   }
 }
 
-void Form1::TFixWH_Change(std::size_t) {
+void Form1::TFixWH_Change(std::size_t index) {
   program_.flags.FixW = TFixWH[0].Integer();
   program_.flags.FixH = TFixWH[1].Integer();
   if (program_.fBaseOpt.Loaded()) program_.fBaseOpt.TakeFixedSize(TFixWH[0].Value(), TFixWH[1].Value());
+  if (auto* pixels = dynamic_cast<controls::TextBox*>(program_.windows.Find("FConverter.TPexil"))) {
+    pixels->SetText(TFixWH[index].Value());
+  }
   ShowFrame();
 }
 

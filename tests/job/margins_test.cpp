@@ -258,6 +258,17 @@ TEST_F(MarginsTest, TheFixedSizeTakesTheOptionsCrosswise) {
   EXPECT_EQ(flags.FixW, 400);
 }
 
+TEST_F(MarginsTest, TheUnitConverterTakesTheSideThatChanged) {
+  controls::Window converter("FConverter", "");
+  controls::TextBox pixels(converter, "TPexil", {}, "800", controls::Content::Number);
+  program.windows.Add(converter);
+  Put("ChFixCut", "1");
+  Put("TFixWH(0)", "201");
+  EXPECT_EQ(pixels.Value(), "201");
+  Put("TFixWH(1)", "102");
+  EXPECT_EQ(pixels.Value(), "102");
+}
+
 TEST_F(MarginsTest, TheMirrorChangesNothingOnItsWay) {
   options.Load();
   Put("ChFixCut", "1");
