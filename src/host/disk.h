@@ -50,6 +50,8 @@ class Disk {
   virtual int SetMode(int handle, unsigned mode) = 0;
   virtual int SetOwner(int handle, unsigned user, unsigned group) = 0;
   virtual int SetTimes(int handle, std::int64_t accessed, std::int64_t modified) = 0;
+  // Gives the file the labels that other programs put on the one under path: ratings, tags, comments.
+  virtual int CopyLabels(const std::string& path, int handle) = 0;
   // A lock that ends with the handle, or with the process however that ends. Does not wait: -EWOULDBLOCK where
   // another holds it.
   virtual int Lock(int handle) = 0;

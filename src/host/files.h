@@ -79,9 +79,9 @@ class Files {
 
   // The one way to write a file. fill writes the content into a draft beside path; when it and the draft's own checks
   // succeed the draft takes the name, otherwise it vanishes and whatever stood under the name stays whole. An existing
-  // file is synced before it is replaced, keeps its mode, owner and times and is refused when it is read-only; links
-  // are written through. A fresh file is synced behind the run (see Settle), and does not take the place of one that
-  // appeared under its name meanwhile. A fill that passes over a failure of its draft fails all the same.
+  // file is synced before it is replaced, keeps its mode, owner, times and labels and is refused when it is read-only;
+  // links are written through. A fresh file is synced behind the run (see Settle), and does not take the place of one
+  // that appeared under its name meanwhile. A fill that passes over a failure of its draft fails all the same.
   Status Save(const std::string& path, const std::function<Status(Draft&)>& fill);
   Status Save(const std::string& path, std::string_view content);
   // A copy through Save, with the time stamps of the source; a fresh one with its mode too, but never read-only. A

@@ -30,9 +30,11 @@ bool CannotKeep(int result) {
 
 Status KeptOr(int result) { return CannotKeep(result) ? Status::Ok() : Status::FromErrno(result < 0 ? -result : 0); }
 
-// Gives the draft the mode and owner of the file that it is to replace. The owner is kept where the system lets us;
-// the bits that lend an owner's rights go only with the owner.
-Status DressAs(Disk& disk, const DiskDraft& draft, const DiskFacts& facts, const DiskFacts& old) {
+// Gives the draft the labels, mode and owner of the file that it is to replace. The owner is kept where the system lets
+// us; the bits that lend an owner's rights go only with the owner.
+Status DressAs(Disk& disk, const DiskDraft& draft, const DiskFacts& facts, const DiskTarget& target) {
+  const DiskFacts& old = target.facts;
+  if (Status kept = KeptOr(disk.CopyLabels(target.path, draft.Handle())); !kept) return kept;
   unsigned bits = kAllBits;
   if (facts.user != old.user || facts.group != old.group) {
     const int owned = disk.SetOwner(draft.Handle(), old.user, old.group);
@@ -118,7 +120,7 @@ Status Files::SaveAs(const std::string& path, const Wishes& wishes, const std::f
   DiskFacts facts;
   if (Status checked = draft->Check(facts); !checked) return checked;
   if (target.exists) {
-    if (Status dressed = DressAs(disk_, *draft, facts, target.facts); !dressed) return dressed;
+    if (Status dressed = DressAs(disk_, *draft, facts, target); !dressed) return dressed;
   }
   std::optional<Times> times = wishes.times;
   if (!times && target.exists) times = Times{target.facts.accessed, target.facts.modified};

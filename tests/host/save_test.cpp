@@ -4,6 +4,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <sys/stat.h>
+#include <sys/xattr.h>
 #include <unistd.h>
 
 #include <cerrno>
@@ -169,6 +170,20 @@ TEST_F(SaveTest, ReplacingKeepsModeAndTimes) {
   ASSERT_TRUE(before && after);
   EXPECT_EQ(after->modified, before->modified);
   EXPECT_TRUE(after->changed != before->changed || after->inode != before->inode);
+}
+
+TEST_F(SaveTest, ReplacingKeepsTheLabelsOfOtherPrograms) {
+  const std::string file = folder.Write("a.jpg", "old");
+  const std::string comment(500, 'c');
+  if (setxattr(file.c_str(), "user.baloo.rating", "10", 2, 0) != 0) GTEST_SKIP() << "a disk without labels";
+  ASSERT_EQ(setxattr(file.c_str(), "user.xdg.comment", comment.data(), comment.size(), 0), 0);
+  ASSERT_EQ(setxattr(file.c_str(), "user.empty", "", 0, 0), 0);
+  EXPECT_TRUE(files.Save(file, "new"));
+  char value[600];
+  EXPECT_EQ(getxattr(file.c_str(), "user.baloo.rating", value, sizeof value), 2);
+  EXPECT_EQ(getxattr(file.c_str(), "user.xdg.comment", value, sizeof value), 500);
+  EXPECT_EQ(std::string(value, 500), comment);
+  EXPECT_EQ(getxattr(file.c_str(), "user.empty", value, sizeof value), 0);
 }
 
 TEST_F(SaveTest, ReplacingKeepsTheOwner) {
@@ -380,7 +395,7 @@ TEST_F(SaveTest, TakenDraftNamesArePassedOver) {
 
 TEST_F(SaveTest, DisksWithoutModesOwnersAndTimesAreWrittenTo) {
   folder.Write("a", "old");
-  for (const DiskCall call : {DiskCall::SetMode, DiskCall::SetTimes}) {
+  for (const DiskCall call : {DiskCall::SetMode, DiskCall::SetTimes, DiskCall::CopyLabels}) {
     for (const int error : {EPERM, ENOTSUP}) {
       world.faults.Clear();
       world.faults.Set({.call = call, .error = error});

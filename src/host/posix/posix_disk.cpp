@@ -7,6 +7,7 @@
 #include <sys/file.h>
 #include <sys/stat.h>
 #include <sys/statfs.h>
+#include <sys/xattr.h>
 #include <unistd.h>
 
 #include <cerrno>
@@ -18,6 +19,7 @@
 #include <filesystem>
 #include <map>
 #include <memory>
+#include <string_view>
 
 #include "host/posix/environment.h"
 
@@ -108,6 +110,22 @@ int Written(int handle) {
   return Repeat([&] { return sync_file_range(handle, 0, 0, kAll); });
 }
 
+// Reads what a call gives first for its size and then for its bytes; once more if it grew meanwhile.
+template <typename Call>
+int ReadAttribute(std::string& bytes, Call call) {
+  for (;;) {
+    const ssize_t size = call(nullptr, 0);
+    if (size < 0) return -errno;
+    bytes.resize(static_cast<std::size_t>(size));
+    if (size == 0) return 0;
+    const ssize_t read = call(bytes.data(), bytes.size());
+    if (read < 0 && errno == ERANGE) continue;
+    if (read < 0) return -errno;
+    bytes.resize(static_cast<std::size_t>(read));
+    return 0;
+  }
+}
+
 FileKind KindOf(const fs::directory_entry& entry) {
   std::error_code error;
   if (entry.is_regular_file(error)) return FileKind::File;
@@ -154,6 +172,24 @@ int PosixDisk::SetOwner(int handle, unsigned user, unsigned group) { return Resu
 int PosixDisk::SetTimes(int handle, std::int64_t accessed, std::int64_t modified) {
   const timespec times[2] = {TimeOf(accessed), TimeOf(modified)};
   return Result(futimens(handle, times));
+}
+
+int PosixDisk::CopyLabels(const std::string& path, int handle) {
+  std::string names;
+  const int listed =
+      ReadAttribute(names, [&](char* to, std::size_t room) { return listxattr(path.c_str(), to, room); });
+  if (listed < 0) return listed;
+  for (std::size_t at = 0; at < names.size(); at = names.find('\0', at) + 1) {
+    const char* name = names.c_str() + at;
+    if (!std::string_view(name).starts_with("user.")) continue;
+    std::string value;
+    const int read =
+        ReadAttribute(value, [&](char* to, std::size_t room) { return getxattr(path.c_str(), name, to, room); });
+    if (read == -ENODATA) continue;
+    if (read < 0) return read;
+    if (fsetxattr(handle, name, value.data(), value.size(), 0) < 0) return -errno;
+  }
+  return 0;
 }
 
 int PosixDisk::Lock(int handle) {

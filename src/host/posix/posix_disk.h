@@ -26,6 +26,7 @@ class PosixDisk final : public Disk {
   int SetMode(int handle, unsigned mode) override;
   int SetOwner(int handle, unsigned user, unsigned group) override;
   int SetTimes(int handle, std::int64_t accessed, std::int64_t modified) override;
+  int CopyLabels(const std::string& path, int handle) override;
   int Lock(int handle) override;
   int Unlock(int handle) override;
   int StartSync(int handle) override;

@@ -8,9 +8,10 @@ namespace quillon::host::testing {
 
 std::string_view NameOf(DiskCall call) {
   constexpr std::string_view kNames[] = {
-      "OpenNew",  "OpenRead", "OpenOwn", "Write",      "Read",   "Seek",         "LookOpen", "SetMode",   "SetOwner",
-      "SetTimes", "Lock",     "Unlock",  "StartSync",  "Sync",   "Close",        "Look",     "LookLink",  "MayWrite",
-      "ReadLink", "RealPath", "List",    "MakeFolder", "Remove", "RemoveFolder", "Rename",   "RenameNew", "SyncFolder"};
+      "OpenNew", "OpenRead",   "OpenOwn",  "Write",        "Read",     "Seek",      "LookOpen",
+      "SetMode", "SetOwner",   "SetTimes", "CopyLabels",   "Lock",     "Unlock",    "StartSync",
+      "Sync",    "Close",      "Look",     "LookLink",     "MayWrite", "ReadLink",  "RealPath",
+      "List",    "MakeFolder", "Remove",   "RemoveFolder", "Rename",   "RenameNew", "SyncFolder"};
   return kNames[static_cast<std::size_t>(call)];
 }
 
@@ -151,6 +152,11 @@ int FaultyDisk::SetOwner(int handle, unsigned user, unsigned group) {
 int FaultyDisk::SetTimes(int handle, std::int64_t accessed, std::int64_t modified) {
   const Verdict verdict = JudgeHandle(DiskCall::SetTimes, handle);
   return verdict.error ? verdict.error : disk_.SetTimes(handle, accessed, modified);
+}
+
+int FaultyDisk::CopyLabels(const std::string& path, int handle) {
+  const Verdict verdict = Judge(DiskCall::CopyLabels, path);
+  return verdict.error ? verdict.error : disk_.CopyLabels(path, handle);
 }
 
 int FaultyDisk::Lock(int handle) {

@@ -25,6 +25,7 @@ enum class DiskCall {
   SetMode,
   SetOwner,
   SetTimes,
+  CopyLabels,
   Lock,
   Unlock,
   StartSync,
@@ -90,6 +91,7 @@ class FaultyDisk final : public Disk {
   int SetMode(int handle, unsigned mode) override;
   int SetOwner(int handle, unsigned user, unsigned group) override;
   int SetTimes(int handle, std::int64_t accessed, std::int64_t modified) override;
+  int CopyLabels(const std::string& path, int handle) override;
   int Lock(int handle) override;
   int Unlock(int handle) override;
   int StartSync(int handle) override;
