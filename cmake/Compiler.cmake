@@ -8,7 +8,9 @@ target_compile_options(quillon_options INTERFACE
   -Wno-missing-field-initializers -Werror)
 # GCC 12 sees overlapping copies (its bug 105651) and uninitialised reads in inlined strings where there are none, the
 # more so at -O3 and under the sanitizers; clang-tidy's analyzer looks for both.
-target_compile_options(quillon_options INTERFACE $<$<CXX_COMPILER_ID:GNU>:-Wno-restrict -Wno-maybe-uninitialized>)
+if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU" AND NOT QUILLON_LINT)
+  target_compile_options(quillon_options INTERFACE -Wno-restrict -Wno-maybe-uninitialized)
+endif()
 target_include_directories(quillon_options INTERFACE ${CMAKE_SOURCE_DIR}/src)
 target_compile_definitions(quillon_options INTERFACE QUILLON_VERSION="${PROJECT_VERSION}")
 
