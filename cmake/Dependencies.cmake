@@ -12,7 +12,7 @@ pkg_check_modules(SQLITE REQUIRED IMPORTED_TARGET sqlite3)
 find_package(fmt REQUIRED)
 find_package(nlohmann_json REQUIRED)
 find_package(CLI11 REQUIRED)
-find_package(Qt6 REQUIRED COMPONENTS Core Gui Widgets DBus Svg)
+find_package(Qt6 REQUIRED COMPONENTS Core Gui Widgets DBus Svg Test)
 
 # Only the tests and the benchmarks need these: the program builds without them.
 find_package(GTest QUIET)

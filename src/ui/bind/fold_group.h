@@ -9,6 +9,8 @@ namespace quillon::ui {
 
 // The line that carries a group's title; a press or the blank key folds the group.
 class FoldHeader : public QAbstractButton {
+  Q_OBJECT
+
  public:
   explicit FoldHeader(QWidget* parent);
 
@@ -23,6 +25,8 @@ class FoldHeader : public QAbstractButton {
 
 // A titled group that folds down to its title.
 class FoldGroup : public QWidget {
+  Q_OBJECT
+
  public:
   explicit FoldGroup(const QString& title, QWidget* parent = nullptr);
 

@@ -35,10 +35,16 @@ int GridModel::columnCount(const QModelIndex& parent) const {
 }
 
 QVariant GridModel::data(const QModelIndex& index, int role) const {
-  if (!index.isValid() || role != Qt::DisplayRole) return {};
-  const auto row = static_cast<std::size_t>(index.row());
-  if (row >= grid_.RowCount()) return {};
-  return Shown(grid_.Cell(row, static_cast<std::size_t>(index.column())));
+  const std::optional<std::size_t> row = SourceRow(index);
+  if (!row || role != Qt::DisplayRole) return {};
+  return Shown(grid_.Cell(*row, static_cast<std::size_t>(index.column())));
+}
+
+std::optional<std::size_t> GridModel::SourceRow(const QModelIndex& index) const {
+  if (!index.isValid() || index.row() == removing_) return std::nullopt;
+  const bool behind = removing_ >= 0 && index.row() > removing_;
+  const auto row = static_cast<std::size_t>(index.row() - (behind ? 1 : 0));
+  return row < grid_.RowCount() ? std::optional(row) : std::nullopt;
 }
 
 QVariant GridModel::headerData(int section, Qt::Orientation orientation, int role) const {
@@ -75,7 +81,9 @@ void GridModel::OnChange(controls::Grid::Change change, std::size_t row) {
     case controls::Grid::Change::Removed:
       // A row that the view was never told of needs no farewell.
       if (at < known_) {
+        removing_ = at;
         beginRemoveRows({}, at, at);
+        removing_ = -1;
         --known_;
         endRemoveRows();
       }

@@ -4,6 +4,7 @@
 
 #include <QAbstractTableModel>
 #include <QTimer>
+#include <optional>
 
 #include "controls/grid.h"
 
@@ -25,14 +26,16 @@ class GridModel : public QAbstractTableModel {
   void Flush();
 
  protected:
-  controls::Grid& Rows() const { return grid_; }
+  // The source's row that stands in a row of the view; nothing for one that is gone.
+  std::optional<std::size_t> SourceRow(const QModelIndex& index) const;
 
  private:
   void OnChange(controls::Grid::Change change, std::size_t row);
 
   controls::Grid& grid_;
   QTimer timer_;
-  int known_ = 0;  // rows the view was told of
+  int removing_ = -1;  // a row that the source has dropped and the view is about to
+  int known_ = 0;      // rows the view was told of
   int firstEdited_ = -1;
   int lastEdited_ = -1;
 };

@@ -27,8 +27,8 @@ NumberEdit::NumberEdit(controls::Content content, QWidget* parent) : QAbstractSp
 }
 
 void NumberEdit::SetText(const QString& text) {
+  given_ = text;
   if (text != lineEdit()->text()) lineEdit()->setText(text);
-  lineEdit()->setModified(false);
   update();
 }
 
@@ -36,8 +36,6 @@ void NumberEdit::SetLimits(const controls::Limits& limits) {
   limits_ = limits;
   update();
 }
-
-bool NumberEdit::Typed() const { return lineEdit()->isModified(); }
 
 QSize NumberEdit::sizeHint() const {
   ensurePolished();

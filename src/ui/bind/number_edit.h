@@ -13,6 +13,8 @@ namespace quillon::ui {
 // A box for one number, with arrows. It takes anything a number may be typed from and leaves limits to the record; only
 // the arrows stop at the limits that were told.
 class NumberEdit : public QAbstractSpinBox {
+  Q_OBJECT
+
  public:
   explicit NumberEdit(controls::Content content, QWidget* parent = nullptr);
 
@@ -20,7 +22,7 @@ class NumberEdit : public QAbstractSpinBox {
   void SetText(const QString& text);
   void SetLimits(const controls::Limits& limits);
   // True while what is typed was not handed over.
-  bool Typed() const;
+  bool Typed() const { return text() != given_; }
   // Told of the number that an arrow leads to.
   void SetStepHandler(std::function<void(const QString&)> handler) { onStep_ = std::move(handler); }
 
@@ -36,6 +38,7 @@ class NumberEdit : public QAbstractSpinBox {
  private:
   controls::Content content_;
   controls::Limits limits_;
+  QString given_;  // what the record last gave; the line's own mark is lost at Enter
   std::function<void(const QString&)> onStep_;
 };
 

@@ -40,9 +40,9 @@ QVariant FileListModel::headerData(int section, Qt::Orientation orientation, int
 }
 
 QVariant FileListModel::data(const QModelIndex& index, int role) const {
-  const auto at = static_cast<std::size_t>(index.row());
-  if (!index.isValid() || at >= files_.RowCount()) return {};
-  const job::FileRow& row = files_.Row(at);
+  const std::optional<std::size_t> at = SourceRow(index);
+  if (!at || *at >= files_.RowCount()) return {};
+  const job::FileRow& row = files_.Row(*at);
   const bool result = index.column() == ResultColumn();
   switch (role) {
     case Qt::DisplayRole:

@@ -41,9 +41,14 @@ ParameterPanel::ParameterPanel(job::Form1& form, Binder& binder, QWidget* parent
   binder_.Join(form_.Frame1, panel);
 }
 
+QSize ParameterPanel::minimumSizeHint() const {
+  return {widget()->minimumSizeHint().width() + verticalScrollBar()->sizeHint().width(),
+          QScrollArea::minimumSizeHint().height()};
+}
+
 QSize ParameterPanel::sizeHint() const {
-  const int content = widget()->minimumSizeHint().width() + verticalScrollBar()->sizeHint().width();
-  return {qMax(content, kPanelLines * fontMetrics().height()), 2 * content};
+  const int width = qMax(minimumSizeHint().width(), kPanelLines * fontMetrics().height());
+  return {width, 2 * width};
 }
 
 QWidget* ParameterPanel::AddGroup(const QString& title) {

@@ -16,6 +16,8 @@ class ParameterPanel : public QScrollArea {
   ParameterPanel(job::Form1& form, Binder& binder, QWidget* parent = nullptr);
 
   QSize sizeHint() const override;
+  // Narrower than its groups it would cut them, since it scrolls down only.
+  QSize minimumSizeHint() const override;
 
  private:
   QWidget* AddGroup(const QString& title);

@@ -12,6 +12,8 @@ namespace quillon::ui {
 
 // The preview picture, fitted into the widget, with the cut frame over it.
 class PreviewCanvas : public QWidget {
+  Q_OBJECT
+
  public:
   explicit PreviewCanvas(const job::Preview& preview, QWidget* parent = nullptr);
 

@@ -1,0 +1,188 @@
+// SPDX-FileCopyrightText: 2026 The Quillon developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include <gtest/gtest.h>
+
+#include <QLabel>
+#include <QPainter>
+#include <QSemaphore>
+#include <QSignalSpy>
+
+#include "ui/main/frame_painter.h"
+#include "ui/main/preview_canvas.h"
+#include "ui/main/preview_loader.h"
+#include "user_hand.h"
+
+namespace quillon::ui {
+namespace {
+
+// --- Where picture and frame lie
+
+class CanvasTest : public ::testing::Test {
+ protected:
+  CanvasTest() {
+    canvas_.resize(216, 116);  // 200 x 100 within the margins of 8
+    preview_.ShowPicture("/in/a.jpg", {400, 400});
+  }
+  void Show() { canvas_.SetPicture(QImage(50, 50, QImage::Format_RGB32)); }
+
+  job::Preview preview_;
+  PreviewCanvas canvas_{preview_};
+};
+
+TEST_F(CanvasTest, FitsThePictureAndCentresIt) {
+  Show();
+  EXPECT_EQ(canvas_.PictureRect(), QRectF(58, 8, 100, 100));
+}
+
+TEST_F(CanvasTest, ShowsNothingWithoutAPicture) {
+  EXPECT_TRUE(canvas_.PictureRect().isEmpty());
+  EXPECT_TRUE(canvas_.FrameRect().isEmpty());
+  EXPECT_FALSE(canvas_.grab().isNull());
+}
+
+TEST_F(CanvasTest, PlacesTheFrameWhateverTheRecordsScale) {
+  Show();
+  for (const double scale : {1.0, 0.25, 2.0}) {
+    preview_.SetScale(scale);
+    preview_.SetFrame({40 * scale, 80 * scale, 200 * scale, 100 * scale});
+    EXPECT_EQ(canvas_.FrameRect(), QRectF(58 + 10, 8 + 20, 50, 25)) << scale;
+    EXPECT_EQ(canvas_.FrameText(), QStringLiteral("200 × 100 px")) << scale;
+  }
+}
+
+TEST_F(CanvasTest, DimsWhatIsCutOff) {
+  QImage white(50, 50, QImage::Format_RGB32);
+  white.fill(Qt::white);
+  canvas_.SetPicture(white);
+  preview_.SetFrame({200, 0, 200, 400});
+  const QImage shot = canvas_.grab().toImage();
+  EXPECT_LT(shot.pixelColor(58 + 20, 60).lightness(), 200);
+  EXPECT_EQ(shot.pixelColor(58 + 75, 30), QColor(Qt::white));
+}
+
+TEST(FrameOutline, FollowsTheShape) {
+  const QRectF frame(10, 10, 100, 50);
+  const QPointF corner(11, 11);
+  const QPointF centre(60, 35);
+  for (int shape = 0; shape < 6; ++shape) {
+    const QPainterPath path = FrameOutline(frame, shape);
+    EXPECT_EQ(path.boundingRect(), frame) << shape;
+    EXPECT_TRUE(path.contains(centre)) << shape;
+    EXPECT_EQ(path.contains(corner), shape < 2) << shape;
+  }
+  EXPECT_FALSE(FrameOutline(frame, 2).contains(QPointF(20, 15)));
+  EXPECT_TRUE(FrameOutline(frame, 4).contains(QPointF(20, 15)));
+}
+
+// --- Loading beside the event loop
+
+TEST(PreviewLoader, HandsOverTheLastOneAskedFor) {
+  QSemaphore go;
+  std::vector<std::string> read;
+  PreviewLoader loader([&](const std::string& path, QSize) {
+    go.acquire();
+    read.push_back(path);
+    return QImage(static_cast<int>(path.size()), 1, QImage::Format_RGB32);
+  });
+  std::vector<int> taken;
+  loader.SetTaker([&](const QImage& picture) { taken.push_back(picture.width()); });
+  loader.Ask("/a", QSize(10, 10));
+  loader.Ask("/bb", QSize(10, 10));
+  loader.Ask("/ccc", QSize(10, 10));
+  go.release(3);
+  loader.Wait();
+  UiWorld::Turn();
+  EXPECT_EQ(taken, std::vector<int>{4});
+  EXPECT_EQ(read.back(), "/ccc");
+  EXPECT_EQ(std::count(read.begin(), read.end(), "/bb"), 0);
+}
+
+TEST(PreviewLoader, MayGoWhileItReads) {
+  bool taken = false;
+  QSemaphore begun;
+  {
+    PreviewLoader loader([&](const std::string&, QSize) {
+      begun.release();
+      return QImage(1, 1, QImage::Format_RGB32);
+    });
+    loader.SetTaker([&](const QImage&) { taken = true; });
+    loader.Ask("/a", QSize(10, 10));
+    begun.acquire();
+  }
+  UiWorld::Turn();
+  EXPECT_FALSE(taken);
+}
+
+// --- The window
+
+class PreviewWindow : public ::testing::Test {
+ protected:
+  PreviewWindow() {
+    imaging::Image image;
+    EXPECT_TRUE(ui_.program.images.NewCanvas({40, 20}, base::Colour{0x0000FF}, image));
+    EXPECT_TRUE(ui_.program.images.SaveImageToPngFile(image, picture_));
+    ui_.program.fCutPre.Show();
+  }
+  PreviewCanvas& canvas() { return *ui_.window.findChild<PreviewCanvas*>(); }
+  void Wait() {
+    ui_.window.Loader().Wait();
+    UiWorld::Turn();
+  }
+
+  UiWorld ui_;
+  std::string picture_ = ui_.world.folder.Path("红.png");
+};
+
+TEST_F(PreviewWindow, ShowsThePictureOfTheRecord) {
+  EXPECT_FALSE(canvas().HasPicture());
+  ui_.program.ShowInPreview(picture_);
+  Wait();
+  ASSERT_TRUE(canvas().HasPicture());
+  const QRectF shown = canvas().PictureRect();
+  EXPECT_NEAR(shown.width() / shown.height(), 2.0, 0.01);
+}
+
+TEST_F(PreviewWindow, FollowsTheParameters) {
+  ui_.program.ShowInPreview(picture_);
+  Wait();
+  ui_.program.form1.ChCutA.Set(false);
+  Put(ui_, ui_.program.form1.TCutValue[3], "0");
+  Put(ui_, ui_.program.form1.TCutValue[0], "50");
+  EXPECT_EQ(canvas().FrameText(), QStringLiteral("20 × 20 px"));
+  const QRectF shown = canvas().PictureRect();
+  EXPECT_NEAR(canvas().FrameRect().left(), shown.center().x(), 0.5);
+  EXPECT_NEAR(canvas().FrameRect().right(), shown.right(), 0.5);
+}
+
+TEST_F(PreviewWindow, AFileThatIsNoPictureShowsTheHint) {
+  ui_.program.ShowInPreview(picture_);
+  Wait();
+  const std::string broken = ui_.world.folder.Write("坏.png", "no picture");
+  ui_.program.fCutPre.preview.ShowPicture(broken, {10, 10});
+  Wait();
+  EXPECT_FALSE(canvas().HasPicture());
+}
+
+TEST_F(PreviewWindow, HidesItsDetails) {
+  ui_.program.ShowInPreview(picture_);
+  Wait();
+  QLabel* size = nullptr;
+  for (QLabel* label : ui_.window.findChild<QWidget*>(QStringLiteral("FCutPre"))->findChildren<QLabel*>()) {
+    if (label->text() == QStringLiteral("40 × 20")) size = label;
+  }
+  ASSERT_NE(size, nullptr);
+  EXPECT_FALSE(size->isHidden());
+  Put(ui_, ui_.program.fCutPre.ChHideShow, "1");
+  EXPECT_TRUE(size->isHidden());
+}
+
+TEST_F(PreviewWindow, ADoubleClickedRowIsShown) {
+  ui_.List(picture_, 40, 20);
+  ui_.program.form1.MSF.Select(1);
+  ui_.program.form1.MSF.DoubleClick();
+  Wait();
+  EXPECT_TRUE(canvas().HasPicture());
+}
+
+}  // namespace
+}  // namespace quillon::ui

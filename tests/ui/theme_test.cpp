@@ -1,0 +1,123 @@
+// SPDX-FileCopyrightText: 2026 The Quillon developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include <gtest/gtest.h>
+
+#include <QApplication>
+#include <QImage>
+#include <QPainter>
+#include <cmath>
+
+#include "ui/theme/desktop_scheme.h"
+#include "ui/theme/icons.h"
+#include "ui/theme/theme.h"
+#include "ui_world.h"
+
+namespace quillon::ui {
+namespace {
+
+double Channel(double part) { return part <= 0.03928 ? part / 12.92 : std::pow((part + 0.055) / 1.055, 2.4); }
+
+double Luminance(const QColor& colour) {
+  return 0.2126 * Channel(colour.redF()) + 0.7152 * Channel(colour.greenF()) + 0.0722 * Channel(colour.blueF());
+}
+
+double Contrast(const QColor& a, const QColor& b) {
+  const double one = Luminance(a) + 0.05;
+  const double other = Luminance(b) + 0.05;
+  return std::max(one, other) / std::min(one, other);
+}
+
+class Palettes : public ::testing::TestWithParam<Scheme> {};
+
+// 4.5 is what reading needs, 3 what is enough for hints and signs.
+TEST_P(Palettes, CanBeRead) {
+  const QPalette palette = PaletteFor(GetParam());
+  const QColor base = palette.color(QPalette::Base);
+  const QColor window = palette.color(QPalette::Window);
+  EXPECT_GE(Contrast(palette.color(QPalette::Text), base), 7);
+  EXPECT_GE(Contrast(palette.color(QPalette::WindowText), window), 7);
+  EXPECT_GE(Contrast(palette.color(QPalette::ButtonText), palette.color(QPalette::Button)), 7);
+  EXPECT_GE(Contrast(palette.color(QPalette::HighlightedText), palette.color(QPalette::Highlight)), 4);
+  EXPECT_GE(Contrast(palette.color(QPalette::ToolTipText), palette.color(QPalette::ToolTipBase)), 7);
+  for (const QColor& ink : {AccentInk(palette), WarningInk(palette), GoodInk(palette), DangerInk(palette)}) {
+    EXPECT_GE(Contrast(ink, base), 4.5) << ink.name().toStdString();
+    EXPECT_GE(Contrast(ink, window), 4) << ink.name().toStdString();
+  }
+  EXPECT_GE(Contrast(FaintInk(palette), base), 3);
+  EXPECT_GE(Contrast(palette.color(QPalette::Disabled, QPalette::WindowText), window), 2);
+  EXPECT_EQ(IsDark(palette), GetParam() == Scheme::Dark);
+}
+
+INSTANTIATE_TEST_SUITE_P(Schemes, Palettes, ::testing::Values(Scheme::Light, Scheme::Dark));
+
+QColor Darkest(const QIcon& icon, QIcon::Mode mode = QIcon::Normal) {
+  const QImage image = icon.pixmap(QSize(24, 24), mode).toImage();
+  QColor found(Qt::white);
+  for (int y = 0; y < image.height(); ++y) {
+    for (int x = 0; x < image.width(); ++x) {
+      const QColor colour = image.pixelColor(x, y);
+      if (colour.alpha() > 250 && colour.lightness() < found.lightness()) found = colour;
+    }
+  }
+  return found;
+}
+
+TEST(Icons, FollowThePalette) {
+  const QIcon icon = LineIcon(QStringLiteral("browse"));
+  PutOn(Scheme::Light);
+  const QColor onLight = Darkest(icon);
+  const QColor off = Darkest(icon, QIcon::Disabled);
+  PutOn(Scheme::Dark);
+  const QColor onDark = Darkest(icon);
+  PutOn(Scheme::Light);
+  EXPECT_LT(onLight.lightness(), 60);
+  EXPECT_GT(onDark.lightness(), 150);
+  EXPECT_GT(off.lightness(), onLight.lightness() + 40);
+}
+
+TEST(Icons, AreAllThere) {
+  for (const char* name :
+       {"add-files", "read-folder", "input-folder", "output-folder", "cut", "stop", "options", "browse", "drop-here"}) {
+    const QImage image = LineIcon(QString::fromLatin1(name)).pixmap(32, 32).toImage();
+    ASSERT_FALSE(image.isNull()) << name;
+    int painted = 0;
+    for (int y = 0; y < image.height(); ++y) {
+      for (int x = 0; x < image.width(); ++x) painted += image.pixelColor(x, y).alpha() > 100;
+    }
+    EXPECT_GT(painted, 40) << name;
+  }
+  EXPECT_FALSE(ProgramIcon().isNull());
+}
+
+TEST(Theme, ChangesUnderAnOpenWindow) {
+  UiWorld ui;
+  const auto ground = [&ui] { return ui.window.grab().toImage().pixelColor(4, ui.window.height() - 4); };
+  PutOn(Scheme::Dark);
+  UiWorld::Turn();
+  EXPECT_LT(ground().lightness(), 100);
+  PutOn(Scheme::Light);
+  UiWorld::Turn();
+  EXPECT_GT(ground().lightness(), 200);
+}
+
+TEST(Theme, FollowsTheDesktopsWish) {
+  DesktopScheme scheme(nullptr);
+  const auto change = [&scheme](const char* space, const char* key, uint value) {
+    scheme.OnSettingChanged(QString::fromLatin1(space), QString::fromLatin1(key), QDBusVariant(value));
+  };
+  PutOn(Scheme::Light);
+  change("org.freedesktop.appearance", "accent-color", 1);
+  change("org.gnome.desktop", "color-scheme", 1);
+  EXPECT_FALSE(IsDark(QApplication::palette()));
+  change("org.freedesktop.appearance", "color-scheme", 1);
+  EXPECT_TRUE(IsDark(QApplication::palette()));
+  change("org.freedesktop.appearance", "color-scheme", 2);
+  EXPECT_FALSE(IsDark(QApplication::palette()));
+}
+
+TEST(Theme, ChineseTakesItsSimplifiedShapes) {
+  EXPECT_TRUE(QApplication::font().families().contains(QStringLiteral("Noto Sans CJK SC")));
+}
+
+}  // namespace
+}  // namespace quillon::ui

@@ -1,0 +1,73 @@
+// SPDX-FileCopyrightText: 2026 The Quillon developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <QAbstractButton>
+#include <QApplication>
+#include <QComboBox>
+#include <QLineEdit>
+#include <QTest>
+#include <string>
+#include <vector>
+
+#include "host/testing/test_host.h"
+#include "job/program.h"
+#include "ui/main/main_window.h"
+#include "ui/options/options_window.h"
+#include "ui/text.h"
+
+namespace quillon::ui {
+
+// A started program on a made-up world, with its windows on a screen that nobody sees. The advanced options are open,
+// so that every control of every window can be reached.
+struct UiWorld {
+  explicit UiWorld(base::Size desktop = {1920, 1080}) : program(world.host), window(Started(desktop)) {
+    window.resize(1280, 800);
+    window.show();
+    program.fBaseOpt.Show();
+    Turn();
+  }
+
+  static void Turn() {
+    QCoreApplication::sendPostedEvents();
+    QCoreApplication::processEvents();
+  }
+
+  // The widget or action of a control, by its name, in the window of its record.
+  template <typename T>
+  T* Find(const controls::Control& control) {
+    return Holder(control).findChild<T*>(Shown(control.Name()));
+  }
+
+  QWidget& Holder(const controls::Control& control) {
+    if (&control.GetWindow() == &program.fBaseOpt) return window.Options();
+    if (&control.GetWindow() == &program.fCutPre) return *window.findChild<QWidget*>(QStringLiteral("FCutPre"));
+    return window;
+  }
+
+  // A listed row of a file that need not exist.
+  void List(const std::string& path, int width = 400, int height = 300) {
+    job::FileRow row;
+    row.width = width;
+    row.height = height;
+    row.bytes = 1024;
+    program.files.AppendPath(path, row);
+  }
+
+  host::testing::TestHost world;
+  job::Program program;
+  MainWindow window;
+
+ private:
+  job::Program& Started(base::Size desktop) {
+    world.screen.size = desktop;
+    program.Start();
+    return program;
+  }
+};
+
+inline bool IsBox(const controls::Control& control) {
+  return control.GetKind() == controls::Kind::TextBox || control.GetKind() == controls::Kind::ComboBox;
+}
+
+}  // namespace quillon::ui

@@ -1,0 +1,227 @@
+// SPDX-FileCopyrightText: 2026 The Quillon developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include <gtest/gtest.h>
+
+#include <QAction>
+#include <QDockWidget>
+#include <QDragEnterEvent>
+#include <QLabel>
+#include <QMenuBar>
+#include <QMimeData>
+#include <QSignalSpy>
+#include <QTableView>
+
+#include "ui/bind/fold_group.h"
+#include "ui/main/preview_canvas.h"
+#include "user_hand.h"
+
+namespace quillon::ui {
+namespace {
+
+class WindowTest : public ::testing::Test {
+ protected:
+  job::Form1& form() { return ui_.program.form1; }
+  QAction& Action(const controls::Menu& menu) { return *ui_.Find<QAction>(menu); }
+
+  // Drags files over a widget and lets them go; false where they are not taken.
+  bool Drop(QWidget& widget, const QByteArray& list) {
+    QMimeData data;
+    data.setData(QStringLiteral("text/uri-list"), list);
+    QDragEnterEvent enter(QPoint(5, 5), Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+    enter.ignore();
+    QApplication::sendEvent(&widget, &enter);
+    if (!enter.isAccepted()) return false;
+    QDropEvent drop(QPointF(5, 5), Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+    QApplication::sendEvent(&widget, &drop);
+    UiWorld::Turn();
+    return true;
+  }
+
+  UiWorld ui_;
+};
+
+// --- Menus
+
+TEST_F(WindowTest, TheMenuBarHoldsTheRecordsMenusInOrder) {
+  QStringList names;
+  for (const QAction* action : ui_.window.menuBar()->actions()) names << action->objectName();
+  names.removeAll(QString());  // the view menu belongs to the window
+  QStringList wanted;
+  for (const controls::Control* control : form().Controls()) {
+    if (control->GetKind() == controls::Kind::Menu && !control->Parent()) wanted << Shown(control->Name());
+  }
+  EXPECT_EQ(names, wanted);
+}
+
+TEST_F(WindowTest, EveryMenuEntryHasItsShortcut) {
+  for (const controls::Control* control : form().Controls()) {
+    if (control->GetKind() != controls::Kind::Menu) continue;
+    const auto& menu = static_cast<const controls::Menu&>(*control);
+    EXPECT_EQ(Action(menu).shortcut(), QKeySequence(Shown(menu.Shortcut()))) << menu.Name();
+    EXPECT_TRUE(!menu.Parent() || !menu.Shortcut().empty()) << menu.Name();
+  }
+}
+
+TEST_F(WindowTest, NoTwoActionsShareAShortcut) {
+  QHash<QKeySequence, QString> seen;
+  for (const QAction* action : ui_.window.findChildren<QAction*>()) {
+    if (action->shortcut().isEmpty()) continue;
+    EXPECT_FALSE(seen.contains(action->shortcut()))
+        << action->objectName().toStdString() << " and " << seen[action->shortcut()].toStdString();
+    seen[action->shortcut()] = action->objectName();
+  }
+  EXPECT_GE(seen.size(), 25);
+}
+
+TEST_F(WindowTest, AMenuEntryRunsItsHandler) {
+  int clicks = 0;
+  form().MenuChSizeFormat.SetHandler([&] { ++clicks; });
+  Action(form().MenuChSizeFormat).trigger();
+  EXPECT_EQ(clicks, 1);
+}
+
+TEST_F(WindowTest, TheDeleteKeyBelongsToATextBeforeItBelongsToTheList) {
+  ui_.List("/in/a.jpg");
+  form().MSF.Select(1);
+  auto* line = ui_.Find<QLineEdit>(form().LOutDir);
+  ui_.window.activateWindow();
+  line->setFocus();
+  line->setText(QStringLiteral("ab"));
+  line->home(false);
+  QTest::keyClick(line, Qt::Key_Delete);
+  EXPECT_EQ(line->text(), QStringLiteral("b"));
+  EXPECT_EQ(ui_.program.files.RowCount(), 1u);
+  auto* list = ui_.Find<QTableView>(form().MSF);
+  list->setFocus();
+  Action(form().MenuDelSelected).trigger();
+  EXPECT_EQ(ui_.program.files.RowCount(), 0u);
+  EXPECT_EQ(list->model()->rowCount(), 0);
+}
+
+// --- Windows that come and go with their records
+
+TEST_F(WindowTest, TheOptionsFollowTheirRecord) {
+  EXPECT_TRUE(ui_.window.Options().isVisible());
+  EXPECT_EQ(ui_.window.Options().windowTitle(), Shown(ui_.program.fBaseOpt.Title()));
+  ui_.window.Options().close();
+  EXPECT_FALSE(ui_.program.fBaseOpt.Visible());
+  EXPECT_FALSE(ui_.window.Options().isVisible());
+  ui_.program.fBaseOpt.ChInvert.Set(true);
+  Action(form().MenuBaseOptions).trigger();
+  EXPECT_TRUE(ui_.program.fBaseOpt.Visible());
+  EXPECT_TRUE(ui_.window.Options().isVisible());
+  EXPECT_TRUE(ui_.Find<QAbstractButton>(ui_.program.fBaseOpt.ChInvert)->isChecked());
+}
+
+TEST_F(WindowTest, EscapeHidesTheOptionsAndKeepsWhatWasTyped) {
+  controls::TextBox& box = ui_.program.fBaseOpt.TSmalS[0];
+  auto* edit = ui_.Find<QWidget>(box);
+  edit->setFocus();
+  QTest::keyClick(edit, Qt::Key_A, Qt::ControlModifier);
+  QTest::keyClicks(edit, QStringLiteral("77"));
+  QTest::keyClick(&ui_.window.Options(), Qt::Key_Escape);
+  EXPECT_FALSE(ui_.window.Options().isVisible());
+  EXPECT_EQ(box.Value(), "77");
+}
+
+TEST_F(WindowTest, ThePreviewIsDockedAndComesBack) {
+  auto* dock = ui_.window.findChild<QDockWidget*>(QStringLiteral("FCutPre"));
+  ASSERT_NE(dock, nullptr);
+  ui_.program.fCutPre.Show();
+  EXPECT_TRUE(dock->isVisible());
+  EXPECT_EQ(dock->windowTitle(), QStringLiteral("裁剪框预览"));
+  dock->close();
+  EXPECT_FALSE(ui_.program.fCutPre.Visible());
+  EXPECT_FALSE(dock->isVisible());
+  ui_.window.findChild<QAction*>(QStringLiteral("viewPreview"))->trigger();
+  EXPECT_TRUE(ui_.program.fCutPre.Visible());
+  EXPECT_TRUE(dock->isVisible());
+  dock->setFloating(true);
+  EXPECT_EQ(dock->windowTitle(), Shown(ui_.program.fCutPre.Title()));
+}
+
+// --- Closing
+
+TEST_F(WindowTest, StaysWhenTheUserCancelsTheQuestion) {
+  ui_.world.boxes.Answer("关闭程序", host::Reply::Cancel);
+  EXPECT_FALSE(ui_.window.close());
+  EXPECT_TRUE(ui_.window.isVisible());
+  EXPECT_EQ(ui_.world.boxes.Count("关闭程序"), 1);
+}
+
+TEST_F(WindowTest, GoesWhenTheUserAgrees) {
+  ui_.world.boxes.Answer("关闭程序", host::Reply::Ok);
+  EXPECT_TRUE(ui_.window.close());
+  EXPECT_TRUE(ui_.program.Ended());
+  EXPECT_FALSE(ui_.window.isVisible());
+}
+
+TEST_F(WindowTest, GoesByTheMenuToo) {
+  ui_.world.boxes.Answer("关闭程序", host::Reply::Ok);
+  Action(form().MenuExit).trigger();
+  EXPECT_TRUE(ui_.program.Ended());
+  EXPECT_FALSE(ui_.window.isVisible());
+}
+
+TEST_F(WindowTest, AsksToStopFirstDuringARun) {
+  ui_.world.boxes.Answer("终止当前操作", host::Reply::Ok);
+  ui_.program.flags.Busy = true;
+  form().BeginRun();
+  EXPECT_FALSE(ui_.window.close());
+  EXPECT_TRUE(ui_.program.flags.StopRequested);
+  EXPECT_EQ(ui_.world.boxes.Count("关闭程序"), 0);
+  form().EndRun();
+  ui_.program.flags.Busy = false;
+}
+
+// --- Drag and drop
+
+TEST_F(WindowTest, FilesDroppedAnywhereAreListed) {
+  const std::string file = ui_.world.folder.Write("in/a.jpg", "no picture");
+  EXPECT_TRUE(Drop(ui_.window, QByteArray("file://") + file.c_str()));
+  EXPECT_EQ(ui_.world.boxes.Count("每次拖放将清除"), 1);
+}
+
+TEST_F(WindowTest, NothingElseIsTakenByADrop) {
+  EXPECT_FALSE(Drop(ui_.window, "http://somewhere/a.jpg"));
+  form().MenuFiles.SetEnabled(false);
+  EXPECT_FALSE(Drop(ui_.window, "file:///tmp/a.jpg"));
+  EXPECT_TRUE(ui_.world.boxes.All().empty());
+}
+
+TEST_F(WindowTest, AFolderDroppedOnItsLineIsChosen) {
+  EXPECT_TRUE(Drop(*ui_.Find<QLineEdit>(form().LOutDir), "file:///tmp/%E8%BE%93%E5%87%BA"));
+  EXPECT_EQ(form().LOutDir.Value(), "/tmp/输出");
+}
+
+// --- Groups
+
+TEST_F(WindowTest, GroupsFoldAndUnfold) {
+  auto* group = ui_.Find<FoldGroup>(form().Frame2);
+  ASSERT_NE(group, nullptr);
+  auto* box = ui_.Find<QWidget>(form().TCutValue[0]);
+  EXPECT_TRUE(box->isVisible());
+  group->Header()->click();
+  EXPECT_TRUE(group->Folded());
+  EXPECT_FALSE(box->isVisible());
+  group->Header()->setFocus();
+  QTest::keyClick(group->Header(), Qt::Key_Space);
+  EXPECT_TRUE(box->isVisible());
+}
+
+TEST_F(WindowTest, TheMarginsGroupTellsTheUnit) {
+  auto* header = ui_.Find<FoldGroup>(form().Frame2)->Header();
+  EXPECT_EQ(header->text(), Shown(form().Frame2.Caption()));
+  form().ChCutA.Set(!form().ChCutA.On());
+  EXPECT_EQ(header->text(), Shown(form().Frame2.Caption()));
+}
+
+// --- The counts
+
+TEST_F(WindowTest, TheStatusBarTellsCountAndMaxima) {
+  form().LStatus.SetText("文件数：3  最大值：10x20像素");
+  EXPECT_EQ(ui_.Find<QLabel>(form().LStatus)->text(), QStringLiteral("文件数：3  最大值：10x20像素"));
+}
+
+}  // namespace
+}  // namespace quillon::ui
