@@ -51,7 +51,7 @@ void CutForecast::AnnounceCrops(std::size_t row) {
   }
   std::vector<imaging::CropRequest> requests;
   for (const Forecast& forecast : next_) requests.push_back(forecast.request);
-  run_.program.images.PlanCrops(std::move(requests));
+  run_.program.images.PlanCrops(requests);
 }
 
 // What a long list has pushed out of the services' memory is measured ahead again; the rest costs a look each.

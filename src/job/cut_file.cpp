@@ -53,6 +53,12 @@ Step Fail(CutFile& file, std::string why) {
 
 Step Fail(CutFile& file, const host::Status& status) { return Fail(file, status.Why()); }
 
+Step PassOver(CutFile& file, std::string why) {
+  file.result.result = Result::Skipped;
+  file.result.why = std::move(why);
+  return Step::FileDone;
+}
+
 host::Status CopyAsking(Program& program, const std::string& from, const std::string& to) {
   return host::SaveAsking(
       program.host.boxes, to, host::DiskFullWording::Comma, [&] { program.flags.StopRequested = true; },

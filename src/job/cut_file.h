@@ -59,6 +59,8 @@ enum class Step { Next, FileDone };
 Step Fail(CutFile& file, std::string why);
 Step Fail(CutFile& file, const host::Status& status);
 
+Step PassOver(CutFile& file, std::string why);
+
 // A copy that asks about a full disk; a refused retry sets Flags::StopRequested.
 host::Status CopyAsking(Program& program, const std::string& from, const std::string& to);
 

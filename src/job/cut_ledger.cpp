@@ -43,6 +43,11 @@ void CutLedger::TakeBack(const std::string& output, const Origin& origin, const 
   if (program_.observer) program_.observer->FileLost(lost);
 }
 
+bool CutLedger::WroteFrom(const std::string& output, const std::string& source) const {
+  const auto found = outputs_.find(output);
+  return found != outputs_.end() && found->second.source == source;
+}
+
 bool CutLedger::IsOtherSource(const std::string& path, const std::string& own) {
   const host::Files& files = program_.host.files;
   const auto facts = files.Look(path);

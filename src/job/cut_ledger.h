@@ -25,6 +25,8 @@ class CutLedger {
   void Add(const FileResult& result);
   // True when this run has written a file of that name.
   bool Wrote(const std::string& output) const { return outputs_.contains(output); }
+  // True when this run has already made output from source: a file that is listed twice.
+  bool WroteFrom(const std::string& output, const std::string& source) const;
   // True when the existing file at path is a listed source other than own.
   bool IsOtherSource(const std::string& path, const std::string& own);
   // A source that goes once everything made of it stands.

@@ -71,9 +71,7 @@ Step KeepExifSource(CutFile& file) {
 
 Step PassOverFolder(CutFile& file) {
   if (!file.options.omitFolders || file.run.omitted.Take(file.folder)) return Step::Next;
-  file.result.result = Result::Skipped;
-  file.result.why = "所在文件夹已处理过，按“忽略已处理过的文件夹”跳过";
-  return Step::FileDone;
+  return PassOver(file, "所在文件夹已处理过，按“忽略已处理过的文件夹”跳过");
 }
 
 Step ZoomBeforeCut(CutFile& file) {
@@ -103,6 +101,8 @@ void PredictTarget(CutFile& file) {
 
 Step NameOutput(CutFile& file) {
   PredictTarget(file);
+  // Cutting an overwritten source again would cut its cut.
+  if (file.run.ledger.WroteFrom(file.Dst, file.listed)) return PassOver(file, "与列表中前面的文件相同，本次已处理");
   if (WouldReplaceOther(file)) {
     return Fail(file, "会覆盖另一个文件 " + base::DisplayText(file.Dst) + "，已跳过");
   }
@@ -120,6 +120,7 @@ Step AskForFrame(CutFile& file) {
   program.images.DisposeImage(file.Work);
   flags.ManualStepDone = false;
   program.manualFrame->Ask(file.Src, {file.W, file.H});
+  if (flags.StopRequested && !flags.ManualStepDone) return Fail(file, "已停止，未处理完");
   const std::string shown = flags.CurrentImagePath;
   if (!program.host.files.IsFile(shown)) return Fail(file, "裁剪框预览中的图片已不存在");
   if (shown.substr(shown.rfind('/') + 1).find("." + file.OutExt) == std::string::npos) {

@@ -60,7 +60,7 @@ std::vector<std::string> NormalCut::HideWindows() {
     controls::Window* window = program_.windows.FindWindow(name);
     if (!window || !window->Loaded() || !window->Visible()) continue;
     window->Hide();
-    hidden.push_back(name);
+    hidden.emplace_back(name);
   }
   return hidden;
 }

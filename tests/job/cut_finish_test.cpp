@@ -37,8 +37,8 @@ class Frame final : public ManualFrame {
   void Ask(const std::string& source, base::Size size) override {
     asked.emplace_back(source, size);
     program.flags.CurrentImagePath = source;
-    if (answer) answer();
     program.flags.ManualStepDone = true;
+    if (answer) answer();
   }
   host::Status ClonePicture(imaging::Image& out) override {
     ++cloned;
@@ -250,6 +250,20 @@ TEST_F(CutFinishTest, APictureThatTheFrameLostIsPassedOver) {
   Cut({Make("a.png")});
   EXPECT_EQ(Why(1), "裁剪框预览中的图片与输出类型不符");
   EXPECT_TRUE(OutNames().empty());
+}
+
+TEST_F(CutFinishTest, AStopInsideTheManualStepCutsNothing) {
+  program.manualFrame = &frame;
+  flags.ManualCutMode = true;
+  frame.answer = [&] {
+    flags.ManualStepDone = false;
+    flags.StopRequested = true;
+  };
+  Cut({Make("a.jpg"), Make("b.jpg")});
+  EXPECT_TRUE(OutNames().empty());
+  EXPECT_EQ(Why(1), "已停止，未处理完");
+  EXPECT_EQ(Why(2), "已停止，未处理");
+  EXPECT_TRUE(Totals().stopped);
 }
 
 TEST_F(CutFinishTest, EffectsTakeThePictureOfTheFrame) {

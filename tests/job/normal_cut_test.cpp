@@ -315,6 +315,20 @@ TEST_F(NormalCutTest, OutputsOfOneNameCountOnce) {
   EXPECT_EQ(program.files.Row(0).newBytes, 0u);
 }
 
+TEST_F(NormalCutTest, AFileThatIsListedTwiceIsCutOnce) {
+  const std::string path = Make("x.bmp", 40, 20);
+  Margins(50, 0, 0, 0);
+  for (const char* over : {"0", "1"}) {
+    Put("ChOver", over);
+    program.files.Clear();
+    Cut({path, path});
+    EXPECT_EQ(Totals().written, 1u);
+    EXPECT_EQ(Totals().skipped, 1u);
+    EXPECT_EQ(Why(2), "与列表中前面的文件相同，本次已处理");
+    EXPECT_EQ(SizeOf(over[0] == '1' ? path : Out("x.jpg")), (base::Size{20, 20}));
+  }
+}
+
 TEST_F(NormalCutTest, AnOutputNeverTakesThePlaceOfAnotherListedPicture) {
   const std::string png = Make("x.png", 20, 10);
   const std::string jpg = Make("x.jpg", 40, 30);
