@@ -110,7 +110,7 @@ class Ahead::Engine {
     const auto end = measures_.begin() + static_cast<std::ptrdiff_t>(std::min(measures_.size(), kSearchedMeasures));
     const auto found = std::find(measures_.begin(), end, path);
     if (found != end) measures_.erase(found);
-    WaitUntil(lock, pump, [&] { return std::find(measuring_.begin(), measuring_.end(), path) == measuring_.end(); });
+    WaitUntil(lock, pump, [&] { return measuring_ != path; });
   }
 
  private:
@@ -178,7 +178,7 @@ class Ahead::Engine {
       if (ending_) return;
       if (const PlannedCropPtr crop = NextCrop()) {
         RunCrop(lock, *crop);
-      } else if (!measures_.empty()) {
+      } else if (!measures_.empty() && measuring_.empty()) {
         RunMeasure(lock);
       } else {
         wake_.wait(lock);
@@ -261,7 +261,7 @@ class Ahead::Engine {
   void RunMeasure(std::unique_lock<std::mutex>& lock) {
     const std::string path = std::move(measures_.front());
     measures_.pop_front();
-    measuring_.push_back(path);
+    measuring_ = path;
     lock.unlock();
     try {
       measure_(path);
@@ -269,7 +269,7 @@ class Ahead::Engine {
       // The caller measures again and sees for itself.
     }
     lock.lock();
-    measuring_.erase(std::find(measuring_.begin(), measuring_.end(), path));
+    measuring_.clear();
     finished_.notify_all();
   }
 
@@ -284,7 +284,7 @@ class Ahead::Engine {
   bool ending_ = false;
   std::vector<PlannedCropPtr> crops_;
   std::deque<std::string> measures_;
-  std::vector<std::string> measuring_;  // under way
+  std::string measuring_;  // under way; one at a time, since the library for it does not gain by more
   std::int64_t resultBytes_ = 0;
   std::int64_t workingBytes_ = 0;
   std::int64_t largestResult_ = 0;

@@ -36,7 +36,7 @@ class Ahead {
   };
   // Does a crop into the job's sink without touching its destination. Called on several threads at once.
   using CropWork = std::function<Status(const Job& job)>;
-  // Measures a picture and remembers the answer. Called on several threads at once.
+  // Measures a picture and remembers the answer. Called on one thread at a time.
   using MeasureWork = std::function<void(const std::string& path)>;
 
   struct Bounds {

@@ -2,12 +2,12 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "imaging/measure.h"
 
+#include <condition_variable>
 #include <cstdint>
 #include <mutex>
 #include <optional>
 #include <string_view>
 #include <unordered_map>
-#include <vector>
 
 #include "imaging/measure_dpi.h"
 #include "imaging/measure_probe.h"
@@ -76,37 +76,50 @@ class Memory {
   Half old_;
 };
 
+// Lets threads through one at a time, in the order in which they came.
+class Turnstile {
+ public:
+  void lock() {
+    std::unique_lock lock(mutex_);
+    const std::uint64_t mine = next_++;
+    changed_.wait(lock, [&] { return mine == served_; });
+  }
+  void unlock() {
+    {
+      const std::lock_guard lock(mutex_);
+      ++served_;
+    }
+    changed_.notify_all();
+  }
+
+ private:
+  std::mutex mutex_;
+  std::condition_variable changed_;
+  std::uint64_t next_ = 0;
+  std::uint64_t served_ = 0;
+};
+
 }  // namespace
 
 struct Measurer::Parts {
   host::Files& files;
   Loader psdLoader;
   Memory memory;
-  std::mutex probesMutex;
-  std::vector<std::unique_ptr<MeasureProbe>> probes;  // those not in use
+  // MediaInfo takes locks of its own thousands of times a file: two at once are slower than one after the other. A
+  // plain mutex would let the thread that measures ahead take it again and again before the caller.
+  Turnstile turnstile;
+  std::optional<MeasureProbe> probe;  // from the first measurement on
 
   Parts(host::Files& f, Loader loader) : files(f), psdLoader(std::move(loader)) {}
 
-  std::unique_ptr<MeasureProbe> TakeProbe() {
-    {
-      const std::lock_guard lock(probesMutex);
-      if (!probes.empty()) {
-        std::unique_ptr<MeasureProbe> probe = std::move(probes.back());
-        probes.pop_back();
-        return probe;
-      }
-    }
-    return std::make_unique<MeasureProbe>();
-  }
-
   Status MeasureFile(const std::string& path, Answer& answer) {
     if (path.find(".psd") != std::string::npos) return MeasureByLoading(path, answer);
-    std::unique_ptr<MeasureProbe> probe = TakeProbe();
     base::Size size;
-    const Status status = probe->Measure(path, size);
+    Status status;
     {
-      const std::lock_guard lock(probesMutex);
-      probes.push_back(std::move(probe));
+      const std::lock_guard lock(turnstile);
+      if (!probe) probe.emplace();
+      status = probe->Measure(path, size);
     }
     answer.width = size.width;
     answer.height = size.height;

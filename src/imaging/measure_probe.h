@@ -11,7 +11,7 @@
 
 namespace quillon::imaging {
 
-// One MediaInfo object, used again and again by one thread at a time.
+// One MediaInfo object, used again and again, by one thread at a time.
 //
 // The file is opened here and its bytes are handed over, rather than its name: MediaInfo takes numbered names for one
 // image sequence, turns names into wide text by the locale (which fails for names that are not text there), and finds
