@@ -9,6 +9,7 @@
 
 #include "ui/theme/icons.h"
 #include "ui/theme/theme.h"
+#include "ui/toolkit_texts.h"
 
 namespace quillon::ui {
 
@@ -19,6 +20,7 @@ void SetUp(QApplication& application) {
   QApplication::setDesktopFileName(QStringLiteral("quillon"));
   QApplication::setWindowIcon(ProgramIcon());
   QLocale::setDefault(QLocale(QLocale::Chinese, QLocale::China));
+  QApplication::installTranslator(new ToolkitTexts(&application));
   auto* translator = new QTranslator(&application);
   const QString folder = QLibraryInfo::path(QLibraryInfo::TranslationsPath);
   if (translator->load(QStringLiteral("qtbase_zh_CN"), folder)) QApplication::installTranslator(translator);

@@ -212,5 +212,14 @@ TEST_F(ResultColumn, MarksWholeRowsWithoutOutput) {
   EXPECT_EQ(At(0, Qt::ToolTipRole, 0).toString(), QStringLiteral("/in/a.jpg"));
 }
 
+TEST_F(ResultColumn, MakesRoomForTheReasons) {
+  auto* list = ui_.Find<QTableView>(ui_.program.form1.MSF);
+  const int before = list->columnWidth(8);
+  ui_.program.files.SetResult(1, job::Result::None, "裁剪区域的宽或高为零，或者超出了图片", 0);
+  model().Flush();
+  EXPECT_GT(list->columnWidth(8), before);
+  EXPECT_LE(list->columnWidth(8), list->viewport()->width() / 3 + 1);
+}
+
 }  // namespace
 }  // namespace quillon::ui

@@ -3,9 +3,15 @@
 #include <gtest/gtest.h>
 
 #include <QApplication>
+#include <QColorDialog>
+#include <QFileDialog>
 #include <QImage>
+#include <QLabel>
+#include <QMenu>
 #include <QPainter>
+#include <QRegularExpression>
 #include <cmath>
+#include <memory>
 
 #include "ui/theme/desktop_scheme.h"
 #include "ui/theme/icons.h"
@@ -117,6 +123,52 @@ TEST(Theme, FollowsTheDesktopsWish) {
 
 TEST(Theme, ChineseTakesItsSimplifiedShapes) {
   EXPECT_TRUE(QApplication::font().families().contains(QStringLiteral("Noto Sans CJK SC")));
+}
+
+// --- The toolkit's own dialogs
+
+// Words without what is the same in every language: mnemonics, names of formats, numbers.
+QString LatinIn(QString text) {
+  static const QRegularExpression same(QStringLiteral("\\(&[A-Z]\\)|HTML|#[0-9a-f]{6}"));
+  static const QRegularExpression latin(QStringLiteral("[A-Za-z]+"));
+  return latin.match(text.remove(same)).captured();
+}
+
+void ExpectChinese(const QWidget& dialog, int least) {
+  int seen = 0;
+  const auto check = [&seen](const QString& text) {
+    EXPECT_EQ(LatinIn(text), QString()) << text.toStdString();
+    seen += !text.isEmpty();
+  };
+  for (const auto* label : dialog.findChildren<QLabel*>()) check(label->text());
+  for (const auto* button : dialog.findChildren<QAbstractButton*>()) {
+    check(button->text());
+    check(button->toolTip());
+  }
+  EXPECT_GE(seen, least);
+}
+
+TEST(ToolkitTexts, ColourDialogIsChinese) {
+  QColorDialog dialog;
+  dialog.setOption(QColorDialog::DontUseNativeDialog);
+  dialog.show();
+  ExpectChinese(dialog, 12);
+}
+
+TEST(ToolkitTexts, FileDialogIsChinese) {
+  QFileDialog dialog;
+  dialog.setOption(QFileDialog::DontUseNativeDialog);
+  dialog.show();
+  ExpectChinese(dialog, 10);
+}
+
+TEST(ToolkitTexts, MenuOfATextBoxIsChinese) {
+  QLineEdit line;
+  const std::unique_ptr<QMenu> menu(line.createStandardContextMenu());
+  ASSERT_GE(menu->actions().size(), 6);
+  for (const QAction* action : menu->actions()) {
+    EXPECT_EQ(LatinIn(action->text().section(u'\t', 0, 0)), QString()) << action->text().toStdString();
+  }
 }
 
 }  // namespace

@@ -13,9 +13,8 @@ namespace quillon::ui {
 namespace {
 
 // Widths of the columns in digits; a column is never narrower than its header.
-constexpr int kDigits[] = {16, 4, 14, 6, 6, 8, 8, 4, 6};
-
-constexpr int kPath = 2;  // takes what room there is
+constexpr int kDigits[] = {16, 4, 10, 6, 6, 8, 8, 4, 6};
+constexpr int kPath = 2;
 
 }  // namespace
 
@@ -28,6 +27,7 @@ ListView::ListView(job::Program& program, Binder& binder, QWidget* parent)
   setAccessibleName(QStringLiteral("文件列表"));
   setFrameShape(QFrame::NoFrame);
   SizeColumns();
+  connect(model_, &QAbstractItemModel::dataChanged, this, [this] { FitColumns(); });
   connect(model_, &QAbstractItemModel::rowsRemoved, this, [this] { ShowSelection(); });
   token_ = program_.form1.Observe([this](controls::Control& control, controls::Aspect aspect) {
     if (&control == &program_.form1.MSF && aspect == controls::Aspect::Value) ShowSelection();
@@ -42,8 +42,24 @@ void ListView::SizeColumns() {
     const int wanted = column < static_cast<int>(std::size(kDigits)) ? kDigits[column] * digit : 0;
     setColumnWidth(column, qMax(wanted + kGap, horizontalHeader()->sectionSizeHint(column)));
   }
-  horizontalHeader()->setMinimumSectionSize(5 * kGap);
-  horizontalHeader()->setSectionResizeMode(kPath, QHeaderView::Stretch);
+  leastResult_ = columnWidth(model_->ResultColumn());
+}
+
+// The folder takes what room there is. The reasons of rows without output want more than a sign, but never most of the
+// list.
+void ListView::FitColumns() {
+  const int result = model_->ResultColumn();
+  int room = viewport()->width();
+  for (int column = 0; column < result; ++column) room -= column == kPath ? 0 : columnWidth(column);
+  const int least = horizontalHeader()->sectionSizeHint(kPath);
+  const int reasons = qMin(sizeHintForColumn(result), viewport()->width() / 3);
+  setColumnWidth(result, qMax(leastResult_, qMin(reasons, room - least)));
+  setColumnWidth(kPath, qMax(least, room - columnWidth(result)));
+}
+
+void ListView::resizeEvent(QResizeEvent* event) {
+  GridView::resizeEvent(event);
+  FitColumns();
 }
 
 void ListView::paintEvent(QPaintEvent* event) {

@@ -20,13 +20,16 @@ class ListView : public GridView {
 
  protected:
   void paintEvent(QPaintEvent* event) override;
+  void resizeEvent(QResizeEvent* event) override;
 
  private:
   void SizeColumns();
+  void FitColumns();
 
   job::Program& program_;
   FileListModel* model_;
   int token_;
+  int leastResult_ = 0;  // width of a result column without reasons
 };
 
 }  // namespace quillon::ui
