@@ -78,11 +78,14 @@ struct Limits {
 };
 
 // All pixel work. One object per process, after start-up used from one thread. Every operation that writes does so
-// through host::Files::Save, asks about a full disk as SaveByType tells, and leaves no file when it fails.
+// through host::Files::Save, asks about a full disk as SaveByType tells, and leaves no part of a file when it fails.
 //
-// Pictures are worked on as stored: the EXIF orientation tag is kept where it still holds and reset where the picture
-// was turned. The ICC profile and the DPI go with every result; the EXIF thumbnail never does. Angles are degrees,
-// positive counter-clockwise.
+// Read are jpg, png, gif (first frame), tif (first page), bmp and psd (merged picture); the content decides, not the
+// name. Grey, RGB and CMYK are kept as they are, with 8 or 16 bits and alpha.
+//
+// Pictures are worked on as stored: the EXIF orientation tag is kept where it still holds (not by gif and bmp, which
+// have none) and reset where the picture was turned. The ICC profile and the DPI go with every result that can hold
+// them; the EXIF thumbnail never does. Angles are degrees, positive counter-clockwise.
 class Services {
  public:
   // stop is told when the user gives up on a full disk.
@@ -91,6 +94,7 @@ class Services {
   Services(const Services&) = delete;
   Services& operator=(const Services&) = delete;
 
+  // The image library sets itself up at its first picture; shutting down ends the work ahead.
   void ImageWizardStartUp();
   void ImageWizardShutDown();
 
@@ -109,14 +113,15 @@ class Services {
   // About the centre; the canvas grows to hold the whole turned picture (bounding box rounded up to whole pixels);
   // multiples of 90 degrees are exact.
   Status RotateImage(Image& image, double angle, base::Colour background);
-  // Lanczos, three lobes; width and height at least 1.
+  // Lanczos with three lobes to smaller, bicubic to larger; width and height at least 1.
   Status ResampleImage(Image& image, int width, int height);
   Status ConvertImageToGrayMode(Image& image);  // Rec. 601 weights, 0.299 0.587 0.114, as the screen shows them
-  Status Invert(Image& image);
-  Status Threshold(Image& image, int level);  // grey value >= level becomes white, below black
-  // The rectangle of image as a picture of its own; what lies outside is white.
+  Status Invert(Image& image);                  // alpha stays; CMYK is inverted as displayed and becomes RGB
+  Status Threshold(Image& image, int level);    // grey value >= level becomes white, below black; alpha lies on white
+  // The rectangle of image as a picture of its own; what lies outside is white and opaque.
   Status CutImage(Image& image, base::Rect rect);
-  // Draws image scaled to drawn at (x, y) on canvas; a transparent picture is laid over what is there.
+  // Draws image, scaled to the size of drawn, at its place on canvas; a transparent picture is laid over what is
+  // there. Colours become the canvas's.
   Status DrawImage(Image& canvas, const Image& image, base::Rect drawn);
   Status NewCanvas(base::Size size, base::Colour colour, Image& out);
 
@@ -134,9 +139,15 @@ class Services {
   Status SaveByEncoder(const Image& image, const std::string& path, Encoder encoder, int quality);
 
   // --- File to file.
+  // The canvas is white, opaque, with 8 bits a sample; CMYK stays in jpg and tif and becomes sRGB elsewhere. Damage is
+  // looked for in the whole source, also outside rect. Source and destination may be the same file; when the cut
+  // fails it is whole. Any other file that stood at destination is replaced by the result; when the cut had begun and
+  // failed (damage, full disk, write error), it goes to the trash, so that nobody takes it for the result.
   Status CropToFile(const CropRequest& request);
-  // As CropToFile for gif output: transparency is kept.
+  // As CropToFile for gif output, whatever the encoder says: transparency is kept.
   Status CropToGif(const CropRequest& request);
+  // The source rectangle, turned by rotation (uncovered corners in colour), scaled to drawn x scale (rounded) and put
+  // at the offset, which may lie outside; 8 bits a sample. The type is the destination's extension.
   Status AddBoardToFile(const BorderRequest& request);
   // Scales to width x height; the type is the destination's extension.
   Status ZoomPic(const std::string& source, const std::string& destination, int width, int height);

@@ -63,14 +63,30 @@ bool BeganToWrite(const Status& status) {
   }
 }
 
+// Whether a cut can be begun at all.
+Status Check(const host::Files& files, const CropRequest& request, const Limits& limits) {
+  if (request.rect.Empty()) return fault::EmptyRectangle();
+  if (!WithinLimits(request.rect.width, request.rect.height, limits)) return fault::SidesTooLarge();
+  const std::optional<host::FileFacts> source = files.Look(request.source);
+  return source && source->kind != host::FileKind::File ? fault::NotAFile() : Status::Ok();
+}
+
 }  // namespace
 
+// Saves the result of a cut; an older one does not outlive a failure.
+Status Services::Parts::SaveCut(const CropRequest& request, const std::function<Status(host::Draft&)>& fill) {
+  Status status = Save(request.destination, fill);
+  host::Files& files = host.files;
+  if (!status && BeganToWrite(status) && !files.SameFile(request.source, request.destination) &&
+      files.IsFile(request.destination)) {
+    static_cast<void>(files.Discard(request.destination));
+  }
+  return status;
+}
+
 Status Services::CropToFile(const CropRequest& request) {
-  if (request.rect.Empty()) return fault::EmptyRectangle();
-  if (!WithinLimits(request.rect.width, request.rect.height, parts_->limits)) return fault::SidesTooLarge();
   const host::Files& files = parts_->host.files;
-  const std::optional<host::FileFacts> source = files.Look(request.source);
-  if (source && source->kind != host::FileKind::File) return fault::NotAFile();
+  if (Status status = Check(files, request, parts_->limits); !status) return status;
   std::optional<std::string> ready;
   if (parts_->ahead) ready = parts_->ahead->TakeCrop(request, [this] { parts_->host.pump.Turn(); });
 
@@ -90,20 +106,14 @@ Status Services::CropToFile(const CropRequest& request) {
     }
     return CropThrough(files, parts_->limits, request, Alpha::OnWhite, draft);
   };
-  Status status = parts_->Save(request.destination, fill);
-  if (!status && BeganToWrite(status) && !files.SameFile(request.source, request.destination) &&
-      files.IsFile(request.destination)) {
-    static_cast<void>(parts_->host.files.Discard(request.destination));
-  }
-  return status;
+  return parts_->SaveCut(request, fill);
 }
 
 Status Services::CropToGif(const CropRequest& request) {
-  if (request.rect.Empty()) return fault::EmptyRectangle();
-  if (!WithinLimits(request.rect.width, request.rect.height, parts_->limits)) return fault::SidesTooLarge();
+  if (Status status = Check(parts_->host.files, request, parts_->limits); !status) return status;
   CropRequest gif = request;
   gif.encoder = Encoder::Gif;
-  return parts_->Save(request.destination, [&](host::Draft& draft) {
+  return parts_->SaveCut(request, [&](host::Draft& draft) {
     return CropThrough(parts_->host.files, parts_->limits, gif, Alpha::Kept, draft);
   });
 }

@@ -21,6 +21,7 @@ struct Services::Parts {
 
   // Saves through the one safe way, asking about a full disk. fill may be called again for every retry.
   Status Save(const std::string& path, const std::function<Status(host::Draft&)>& fill);
+  Status SaveCut(const CropRequest& request, const std::function<Status(host::Draft&)>& fill);
   Status SavePicture(const Image& image, const std::string& path, const EncodeOptions& options);
 
   // Decodes a picture whole.
