@@ -178,29 +178,24 @@ bool Runner::TimeToAdmit(const std::vector<Step>& steps, std::size_t next) const
 void Runner::Admit() {
   if (waiting_.empty() || program_.Ended()) return;
   const std::vector<std::string> items = std::exchange(waiting_, {});
+  const int mode = program_.form1.CmbCutMode.Index();
+  reporter_.ForgetBox();
   program_.Intake().Admit(items);
-  if (!Stopped()) TellRefusedFiles(items);
+  if (Stopped()) return;
+  // A mode whose resources are missing is left, and nothing is listed.
+  const bool modeLeft = program_.form1.CmbCutMode.Index() != mode;
+  TellUnlisted(items, modeLeft ? job::Result::None : job::Result::Skipped);
 }
 
-// Files that were named one by one and are not in the list now.
-void Runner::TellRefusedFiles(const std::vector<std::string>& named) {
+// Files that were named one by one, are not in the list now and were not told of by the listing.
+void Runner::TellUnlisted(const std::vector<std::string>& named, job::Result result) {
+  const std::string why =
+      result == job::Result::None ? "没有加入列表：" + reporter_.LastBox() : "不合条件，没有加入列表";
   std::unordered_set<std::string> listed;
   for (std::size_t row = 0; row < program_.files.RowCount(); ++row) listed.insert(program_.files.Row(row).Path());
   for (const std::string& path : named) {
     if (listed.contains(path) || watch_.Refused(path) || program_.host.files.IsFolder(path)) continue;
-    imaging::ImageFacts facts;
-    job::FileResult result{0, path, "", job::Result::None, ""};
-    if (!program_.host.files.Look(path)) {
-      result.why = "文件不存在";
-    } else if (!program_.Intake().Accepts(path)) {
-      result.why = "当前裁剪方式不支持这种文件";
-    } else if (const auto status = program_.images.ImageInfo(path, facts); !status) {
-      result.why = status.Why();
-    } else {
-      result.result = job::Result::Skipped;
-      result.why = "没有加入列表";
-    }
-    watch_.TellFile(result);
+    watch_.TellFile({0, path, "", result, why});
   }
 }
 

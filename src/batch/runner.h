@@ -42,7 +42,7 @@ class Runner {
   std::string UnknownWindow(const Step& step) const;
   bool TimeToAdmit(const std::vector<Step>& steps, std::size_t next) const;
   void Admit();
-  void TellRefusedFiles(const std::vector<std::string>& named);
+  void TellUnlisted(const std::vector<std::string>& named, job::Result result);
   void TellGivenUp();
   bool Stopped() const;
   void PrintAll();

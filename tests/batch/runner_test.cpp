@@ -214,6 +214,29 @@ TEST(Runner, TellsNamedFilesThatAreNotListed) {
   EXPECT_THAT(world.recorder.Lines().back(), HasSubstr(R"("written":2,"none":2,"skipped":0)"));
 }
 
+TEST(Runner, AFileThatTheFilterLeavesOutIsSkipped) {
+  World world;
+  const std::string small = world.Picture("small.bmp", 20, 10);
+  const std::string large = world.Picture("large.bmp", 200, 100);
+  const Outcome outcome =
+      world.Perform({World::Files({small, large}), World::Open("FBaseOpt"), World::Set("FBaseOpt.ChFilter", "1"),
+                     World::Set("FBaseOpt.TSmalS(0)", "100"), World::Set("FBaseOpt.TSmalS(1)", "50"), world.Out(),
+                     World::Percent(), World::Click("menuNormalCut")});
+  EXPECT_EQ(outcome.exit, Exit::AllWritten) << testing::PrintToString(outcome.notes);
+  EXPECT_EQ(world.FileResults(), (Texts{"small.bmp skipped", "large.bmp written"}));
+  EXPECT_EQ(world.recorder.Of(EventKind::File).at(0).Text("why"), "不合条件，没有加入列表");
+}
+
+// There is nothing yet to count the frames with, so the mode is left.
+TEST(Runner, FilesOfAModeThatIsLeftHaveNoOutput) {
+  World world;
+  world.test.folder.Write("app/CutMedia.dll", "helper");
+  const Outcome outcome = world.Perform({World::Set("CmbCutMode", "1"), World::Files({world.Picture("a.gif")})});
+  EXPECT_EQ(outcome.exit, Exit::SomeWithout);
+  EXPECT_EQ(world.FileResults(), (Texts{"a.gif none"}));
+  EXPECT_THAT(world.recorder.Of(EventKind::File).at(0).Text("why"), HasSubstr("本机缺失资源文件"));
+}
+
 // One bad file in a folder does not keep the others from being cut.
 TEST(Runner, GoesOnPastABadFileOfAFolder) {
   World world;
