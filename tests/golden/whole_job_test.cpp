@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Whole jobs: pictures of five formats listed, cut with a set of options, and compared pixel by pixel with what the
 // options mean, computed here on plain arrays.
+#include <cmath>
 #include <functional>
 #include <vector>
 
@@ -51,7 +52,7 @@ Picture Framed(const Picture& picture, int left, int top, int right, int bottom,
 }
 
 int Grey(const Pixel& pixel) {
-  return static_cast<int>(0.299 * pixel.red + 0.587 * pixel.green + 0.114 * pixel.blue + 0.5);
+  return static_cast<int>(std::lround(0.299 * pixel.red + 0.587 * pixel.green + 0.114 * pixel.blue));
 }
 
 const std::vector<Job>& Jobs() {

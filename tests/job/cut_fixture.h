@@ -35,7 +35,9 @@ struct Picture {
   int height = 0;
   std::vector<Pixel> pixels;
 
-  const Pixel& At(int x, int y) const { return pixels.at(static_cast<std::size_t>(y * width + x)); }
+  const Pixel& At(int x, int y) const {
+    return pixels.at(static_cast<std::size_t>(y) * static_cast<std::size_t>(width) + static_cast<std::size_t>(x));
+  }
 };
 
 using Paint = std::function<Pixel(int x, int y)>;
@@ -184,7 +186,7 @@ class CutTest : public StartedTest {
   // What the rows tell, for messages of failed tests.
   std::string Whys() const {
     std::string all;
-    for (const auto& [path, why] : recorder.notListed) all += path + ": " + why + "; ";
+    for (const auto& [path, why] : recorder.notListed) all.append(path).append(": ").append(why).append("; ");
     for (std::size_t row = 0; row < program.files.RowCount(); ++row) all += program.files.Row(row).why + "; ";
     return all;
   }
