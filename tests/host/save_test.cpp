@@ -452,6 +452,7 @@ TEST_F(SaveTest, CopiesCarryTimesAndMode) {
   EXPECT_EQ(told.st_mtim.tv_nsec, 22);
   EXPECT_EQ(told.st_mode & 0700, 0700u);
   EXPECT_TRUE(files.Copy(from, folder.Path("to.exe")));
+  EXPECT_THAT(files.Settle(), IsEmpty());
   EXPECT_EQ(world.faults.OpenHandles(), 0);
 }
 
