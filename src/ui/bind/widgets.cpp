@@ -50,23 +50,23 @@ class PressBinding : public Binding {
 class FollowBinding : public Binding {
  public:
   FollowBinding(controls::Control& control, Binder& binder, QWidget* widget)
-      : Binding(control, binder, widget), widget_(widget) {}
+      : Binding(control, binder, widget), widget_(*widget) {}
 
   void ShowLook() override {
     const QString caption = Shown(Control().Caption());
-    if (auto* group = dynamic_cast<FoldGroup*>(widget_)) {
+    if (auto* group = dynamic_cast<FoldGroup*>(&widget_)) {
       ShowVisible(Control(), *group);
       group->Body()->setEnabled(Control().Enabled());
       group->SetTitle(caption);
       return;
     }
-    ShowCommon(Control(), *widget_);
-    if (auto* label = dynamic_cast<QLabel*>(widget_)) label->setText(caption);
-    if (!caption.isEmpty()) widget_->setAccessibleName(caption);
+    ShowCommon(Control(), widget_);
+    if (auto* label = dynamic_cast<QLabel*>(&widget_)) label->setText(caption);
+    if (!caption.isEmpty()) widget_.setAccessibleName(caption);
   }
 
  private:
-  QWidget* widget_;
+  QWidget& widget_;
 };
 
 // The words beside a box.
