@@ -119,10 +119,14 @@ std::vector<double> SamplesOf(const VImage& pixels, base::Colour colour) {
   return samples;
 }
 
+VImage AsRgb(const VImage& pixels) {
+  if (!IsGrey(pixels)) return pixels;
+  return OnColours(pixels, [](const VImage& one) { return Named(one.bandjoin(one).bandjoin(one), RgbOf(one)); });
+}
+
 VImage AbleToHold(const VImage& pixels, base::Colour colour) {
   const bool grey = colour.Red() == colour.Green() && colour.Green() == colour.Blue();
-  if (grey || !IsGrey(pixels)) return pixels;
-  return OnColours(pixels, [](const VImage& one) { return Named(one.bandjoin(one).bandjoin(one), RgbOf(one)); });
+  return grey ? pixels : AsRgb(pixels);
 }
 
 VImage EightBit(const VImage& pixels) {
@@ -172,7 +176,7 @@ Picture InColoursOf(const Picture& picture, const Picture& like) {
   const bool sameKind = IsCmyk(picture.pixels) == IsCmyk(target) && IsGrey(picture.pixels) == IsGrey(target);
   if (!sameKind || picture.tags.profile != like.tags.profile) {
     result = IsGrey(target) ? GreyPicture(picture) : Displayed(picture);
-    if (!IsGrey(target) && IsGrey(result.pixels)) result.pixels = AbleToHold(result.pixels, base::Colour{0xFF});
+    if (!IsGrey(target)) result.pixels = AsRgb(result.pixels);
     if (IsCmyk(target) || (!IsGrey(target) && !like.tags.profile.empty())) {
       result.pixels = OnColours(result.pixels, [&](const VImage& colours) {
         const VImage neutral = colours.icc_import(VImage::option()->set("input_profile", "srgb"));

@@ -26,6 +26,9 @@ bool ProfileFits(const std::string& profile, const vips::VImage& pixels);
 // ink is 255 minus red, green and blue, the common part as black.
 std::vector<double> SamplesOf(const vips::VImage& pixels, base::Colour colour);
 
+// Grey pixels made RGB; all others as they are.
+vips::VImage AsRgb(const vips::VImage& pixels);
+
 // Grey pixels made RGB where colour is none of grey, so that it can stand beside them.
 vips::VImage AbleToHold(const vips::VImage& pixels, base::Colour colour);
 

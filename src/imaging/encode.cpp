@@ -133,7 +133,7 @@ Status Write(const Picture& picture, const EncodeOptions& options, host::Draft& 
     case Encoder::Bmp:
       // Grey is written as RGB, whose profile would be another.
       if (inks || IsGrey(picture.pixels)) ready = Displayed(picture);
-      ready.pixels = AbleToHold(EightBit(Flattened(ready.pixels, base::kWhite)), base::Colour{0xFF});
+      ready.pixels = AsRgb(EightBit(Flattened(ready.pixels, base::kWhite)));
       return WriteBmp(ready, draft);
   }
   return fault::UnknownType();

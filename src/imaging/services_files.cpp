@@ -189,7 +189,7 @@ Status Services::LoadPreview(const std::string& path, base::Size limit, Preview&
     small.pixels = small.pixels.extract_area(0, 0, filled(whole.width), filled(whole.height));
     small.pixels = Scaled(small.pixels, shown);
     small = Displayed(small);
-    const VImage rgb = AbleToHold(EightBit(Flattened(small.pixels, base::kWhite)), base::Colour{0xFF});
+    const VImage rgb = AsRgb(EightBit(Flattened(small.pixels, base::kWhite)));
     std::size_t size = 0;
     const std::unique_ptr<void, decltype(&g_free)> bytes(rgb.write_to_memory(&size), g_free);
     const auto* from = static_cast<const unsigned char*>(bytes.get());
