@@ -96,7 +96,7 @@ void PreferChineseFonts(QApplication& application) {
     families << QString::fromLatin1(family);
   }
   font.setFamilies(families);
-  application.setFont(font);
+  QApplication::setFont(font);
 }
 
 }  // namespace quillon::ui
