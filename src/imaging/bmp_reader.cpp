@@ -21,7 +21,6 @@ constexpr std::uint32_t kFileHeader = 14;
 constexpr std::uint32_t kCoreHeader = 12;
 constexpr std::uint32_t kInfoHeader = 40;
 constexpr std::uint32_t kOs2Header = 64;
-constexpr std::uint32_t kV4Header = 108;
 constexpr std::uint32_t kV5Header = 124;
 constexpr std::uint32_t kEmbeddedProfile = 0x4D424544;  // "MBED"
 constexpr std::uint32_t kLargestProfile = 16u << 20;
