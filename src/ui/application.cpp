@@ -24,7 +24,7 @@ void SetUp(QApplication& application) {
   auto* translator = new QTranslator(&application);
   const QString folder = QLibraryInfo::path(QLibraryInfo::TranslationsPath);
   if (translator->load(QStringLiteral("qtbase_zh_CN"), folder)) QApplication::installTranslator(translator);
-  PreferChineseFonts(application);
+  PreferChineseFonts();
   ApplyTheme(application);
 }
 

@@ -4,6 +4,7 @@
 
 #include <QHeaderView>
 #include <QPainter>
+#include <QStyledItemDelegate>
 
 #include "ui/main/file_list_model.h"
 #include "ui/main/hint.h"
@@ -16,6 +17,18 @@ namespace {
 constexpr int kDigits[] = {16, 4, 10, 6, 6, 8, 8, 4, 6};
 constexpr int kPath = 2;
 
+// A sentence is cut at its end, a path in its middle.
+class SentenceDelegate : public QStyledItemDelegate {
+ public:
+  using QStyledItemDelegate::QStyledItemDelegate;
+
+ protected:
+  void initStyleOption(QStyleOptionViewItem* option, const QModelIndex& index) const override {
+    QStyledItemDelegate::initStyleOption(option, index);
+    option->textElideMode = Qt::ElideRight;
+  }
+};
+
 }  // namespace
 
 ListView::ListView(job::Program& program, Binder& binder, QWidget* parent)
@@ -26,6 +39,7 @@ ListView::ListView(job::Program& program, Binder& binder, QWidget* parent)
   binder.Join(program.form1.MSF, this);
   setAccessibleName(QStringLiteral("文件列表"));
   setFrameShape(QFrame::NoFrame);
+  setItemDelegateForColumn(model_->ResultColumn(), new SentenceDelegate(this));
   SizeColumns();
   connect(model_, &QAbstractItemModel::dataChanged, this, [this] { FitColumns(); });
   connect(model_, &QAbstractItemModel::rowsRemoved, this, [this] { ShowSelection(); });

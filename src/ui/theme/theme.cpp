@@ -89,7 +89,7 @@ void ApplyTheme(QApplication& application) {
   new DesktopScheme(&application);
 }
 
-void PreferChineseFonts(QApplication& application) {
+void PreferChineseFonts() {
   QFont font = QApplication::font();
   QStringList families = font.families();
   for (const char* family : {"Noto Sans CJK SC", "Source Han Sans SC", "WenQuanYi Micro Hei"}) {

@@ -31,6 +31,6 @@ void ApplyTheme(QApplication& application);
 void PutOn(Scheme scheme);
 
 // Lets Chinese characters take their simplified shapes, whatever the language of the desktop.
-void PreferChineseFonts(QApplication& application);
+void PreferChineseFonts();
 
 }  // namespace quillon::ui
