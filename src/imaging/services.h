@@ -158,6 +158,7 @@ class Services {
     base::Size original;  // of the whole picture
     std::vector<unsigned char> rgb;
   };
+  // Unlike all others it may be called from any thread.
   Status LoadPreview(const std::string& path, base::Size limit, Preview& out);
 
   // --- Work ahead. What is announced here may be worked on by other threads before it is asked for; CropToFile and

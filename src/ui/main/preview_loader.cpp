@@ -6,6 +6,7 @@ namespace quillon::ui {
 
 PreviewLoader::PreviewLoader(Reader reader, QObject* parent) : QObject(parent), read_(std::move(reader)) {
   thread_.setMaxThreadCount(1);
+  thread_.setExpiryTimeout(-1);  // the image library keeps buffers for every thread it ever met
 }
 
 PreviewLoader::~PreviewLoader() {
