@@ -56,7 +56,8 @@ Failure FailureOf(int code) {
   }
 }
 
-bool Harmless(int code) { return code == JWRN_ADOBE_XFORM || code == JWRN_JFIF_MAJOR; }
+// Odd numbers in segments that decoding does not depend on.
+bool Harmless(int code) { return code == JWRN_ADOBE_XFORM || code == JWRN_JFIF_MAJOR || code == JWRN_NOT_SEQUENTIAL; }
 
 }  // namespace
 

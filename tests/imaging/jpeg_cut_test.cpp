@@ -557,6 +557,13 @@ TEST_F(JpegCutTest, StrayBytesBetweenSegmentsAreHarmless) {
   EXPECT_TRUE(Cut(bytes, {0, 0, 40, 40}));
 }
 
+TEST_F(JpegCutTest, OddSpectralNumbersOfASequentialScanAreHarmless) {
+  std::string bytes = Source({40, 40}, {});
+  const std::size_t scan = bytes.find("\xFF\xDA");
+  bytes[scan + 12] = 0;  // the end of the spectral range, 63 in every sequential file
+  EXPECT_TRUE(Cut(bytes, {0, 0, 40, 40}));
+}
+
 TEST_F(JpegCutTest, HeadLongerThanOneBlockIsRead) {
   MakeOptions options;
   for (int i = 0; i < 20; ++i) options.segments.emplace_back(JPEG_COM, std::string(60000, 'c'));
