@@ -42,7 +42,7 @@ class Ahead {
   struct Bounds {
     int threads = 0;                                 // 0: as many as there are cores
     int planned = 24;                                // crops planned at once
-    std::int64_t results = std::int64_t{32} << 20;   // bytes of finished and growing results
+    std::int64_t results = std::int64_t{24} << 20;   // bytes of finished and growing results
     std::int64_t working = std::int64_t{160} << 20;  // bytes admitted to running crops
   };
 
