@@ -32,6 +32,22 @@ function(quillon_program name main)
   install(TARGETS ${name} RUNTIME)
 endfunction()
 
+# quillon_helper(<name> [NO_TWIN] [DEPENDS <targets>...]): the helper program of the current folder. It lies beside the
+# programs as its twin <name>.dll, or as <name>.exe where it has none.
+function(quillon_helper name)
+  cmake_parse_arguments(ARG "NO_TWIN" "" "DEPENDS" ${ARGN})
+  set(suffix .dll)
+  if(ARG_NO_TWIN)
+    set(suffix .exe)
+  endif()
+  file(GLOB sources CONFIGURE_DEPENDS *.cpp *.h)
+  add_executable(helper_${name} ${sources})
+  set_target_properties(helper_${name} PROPERTIES OUTPUT_NAME ${name} SUFFIX ${suffix})
+  target_link_libraries(helper_${name} PRIVATE quillon_frame ${ARG_DEPENDS})
+  install(TARGETS helper_${name} RUNTIME DESTINATION lib/quillon)
+  add_dependencies(quillon_helpers helper_${name})
+endfunction()
+
 # quillon_test(<folder> [DEPENDS <targets>...]): one GoogleTest program of the .cpp files in tests/<folder>.
 function(quillon_test folder)
   cmake_parse_arguments(ARG "" "" "DEPENDS" ${ARGN})

@@ -51,7 +51,7 @@ class Session {
         dialogs_(plan.answers, std::move(folder), *reporter_),
         settings_([this] { return std::make_unique<host::posix::SqliteSettings>(private_.Path()); },
                   [this] { return files_.IsFile(private_.Path() + "/settings.db"); }),
-        shell_(realShell_, *reporter_) {}
+        shell_(realShell_, *reporter_, [this] { settings_.Open(); }) {}
 
   Exit Run() {
     const auto hints = host::posix::HintsOfThisProcess();

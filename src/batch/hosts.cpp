@@ -76,6 +76,7 @@ std::optional<std::string> BatchDialogs::ChooseFolder(const std::string& title, 
 int BatchShell::Start(const std::string& program, const std::vector<std::string>& arguments,
                       const std::string& folder) {
   started_ = true;
+  if (prepare_) prepare_();
   return shell_.Start(program, arguments, folder);
 }
 
@@ -100,8 +101,12 @@ std::string LazySettings::Get(const std::string& application, const std::string&
 
 void LazySettings::Set(const std::string& application, const std::string& section, const std::string& key,
                        const std::string& value) {
-  if (!store_) store_ = make_();
+  Open();
   store_->Set(application, section, key, value);
+}
+
+void LazySettings::Open() {
+  if (!store_) store_ = make_();
 }
 
 }  // namespace quillon::batch

@@ -53,10 +53,11 @@ class BatchDialogs final : public host::Dialogs {
   Reporter& reporter_;
 };
 
-// Starts helpers as another shell does; folders, files and addresses are only told.
+// Starts helpers as another shell does; folders, files and addresses are only told. prepare runs before every start.
 class BatchShell final : public host::Shell {
  public:
-  BatchShell(host::Shell& shell, Reporter& reporter) : shell_(shell), reporter_(reporter) {}
+  BatchShell(host::Shell& shell, Reporter& reporter, std::function<void()> prepare = {})
+      : shell_(shell), reporter_(reporter), prepare_(std::move(prepare)) {}
 
   int Start(const std::string& program, const std::vector<std::string>& arguments, const std::string& folder) override;
   void OpenFolder(const std::string& folder) override;
@@ -69,6 +70,7 @@ class BatchShell final : public host::Shell {
  private:
   host::Shell& shell_;
   Reporter& reporter_;
+  std::function<void()> prepare_;
   bool started_ = false;
 };
 
@@ -114,8 +116,8 @@ class BatchPump final : public host::Pump {
   std::function<void()> act_;
 };
 
-// The settings of one run: a store that is made when the first value is kept, so that a run that keeps none and starts
-// no helper has no store at all. Until then every value is empty.
+// The settings of one run: a store that is made when the first value is kept or a helper is to share it, so that a run
+// that keeps none and starts no helper has no store at all. Until then every value is empty.
 class LazySettings final : public host::Settings {
  public:
   using Make = std::function<std::unique_ptr<host::Settings>()>;
@@ -125,6 +127,8 @@ class LazySettings final : public host::Settings {
   std::string Get(const std::string& application, const std::string& section, const std::string& key) override;
   void Set(const std::string& application, const std::string& section, const std::string& key,
            const std::string& value) override;
+  // Makes the store, so that helpers find it.
+  void Open();
 
  private:
   Make make_;

@@ -22,6 +22,11 @@ constexpr const char* kPrefix = "quillon-batch-";
 constexpr const char* kLock = "run.lock";
 constexpr int kMostTries = 1000;
 
+bool IsLoneProgram(const host::Files& files, const std::string& folder, const host::FolderEntry& entry) {
+  const base::PathParts parts = base::SplitPath(entry.name);
+  return parts.extension == "exe" && !files.IsFile(base::JoinPath(folder, parts.name, "dll"));
+}
+
 }  // namespace
 
 std::string TemporaryBase() {
@@ -88,15 +93,17 @@ void PrivateFolder::Sweep(const std::string& base) {
   }
 }
 
-// Helper twins and colour profiles are never written to.
+// Helper programs and colour profiles are never written to. A helper without a twin runs from where it lies, so it is
+// linked as a file of this folder; where the system has no such link, it is copied later.
 void PrivateFolder::LinkFrom(const std::string& folder) {
   disk_.List(folder, [&](const host::FolderEntry& entry) {
     const bool twin = entry.kind == host::FileKind::File && entry.name.ends_with(".dll");
     const bool profiles = entry.kind == host::FileKind::Folder && entry.name == "ColorConfigs";
+    const std::string from = base::JoinPath(folder, entry.name);
+    const std::string to = base::JoinPath(path_, entry.name);
     std::error_code ignored;
-    if (twin || profiles) {
-      fs::create_symlink(base::JoinPath(folder, entry.name), base::JoinPath(path_, entry.name), ignored);
-    }
+    if (twin || profiles) fs::create_symlink(from, to, ignored);
+    if (IsLoneProgram(files_, folder, entry)) fs::create_hard_link(from, to, ignored);
     return true;
   });
 }

@@ -39,6 +39,7 @@ const std::vector<Layer>& Layers() {
       {"job", kTools},
       {"batch", kPrograms},
       {"ui", kPrograms},
+      {"helpers", kPrograms},
       {"app", kApp},
   };
   return kLayers;
@@ -78,9 +79,10 @@ struct Library {
 const std::vector<Library>& Libraries() {
   static const std::vector<Library> kLibraries = {
       {std::regex("^Q[A-Z]|^qt|^Qt"), {"src/ui/", "src/app/quillon_main.cpp"}},
-      {std::regex("^vips/|^glib|^gobject"), {"src/imaging/"}},
-      {std::regex("^jpeglib|^jerror|^turbojpeg|^tiff|^png\\.h|^gif_lib"), {"src/imaging/"}},
-      {std::regex("^exiv2/"), {"src/imaging/"}},
+      {std::regex("^vips/|^glib|^gobject"), {"src/imaging/", "src/helpers/"}},
+      {std::regex("^jpeglib|^jerror|^turbojpeg|^tiff|^png\\.h|^gif_lib"), {"src/imaging/", "src/helpers/"}},
+      {std::regex("^exiv2/"), {"src/imaging/", "src/helpers/"}},
+      {std::regex("^qpdf/|^poppler|^lcms2|^cgif|^seccomp"), {"src/helpers/"}},
       {std::regex("^MediaInfo"), {"src/imaging/"}},
       {std::regex("^sqlite3"), {"src/host/posix/"}},
       {std::regex("^nlohmann/|^CLI/"), {"src/batch/"}},
@@ -90,7 +92,7 @@ const std::vector<Library>& Libraries() {
 }
 
 bool IsHeavy(const std::string& include) {
-  static const std::regex kHeavy("^vips/|^jpeglib|^exiv2/|^MediaInfo|^sqlite3|^nlohmann/|^CLI/");
+  static const std::regex kHeavy("^vips/|^jpeglib|^exiv2/|^MediaInfo|^sqlite3|^nlohmann/|^CLI/|^qpdf/|^poppler");
   return std::regex_search(include, kHeavy);
 }
 
@@ -177,7 +179,8 @@ Breaches CheckSizes(const Source& source) {
   constexpr int kLinesOfFunction = 100;
   Breaches out;
   if (!source.IsCode()) return out;
-  const int limit = source.In("src/app/") ? kLinesOfMain : source.IsHeader() ? kLinesOfHeader : kLinesOfCpp;
+  const bool main = source.In("src/app/") || source.path.ends_with("/main.cpp");
+  const int limit = main ? kLinesOfMain : source.IsHeader() ? kLinesOfHeader : kLinesOfCpp;
   const int lines = static_cast<int>(Lines(source.text).size());
   if (lines > limit) {
     out.push_back({source.path, 0, std::to_string(lines) + " lines, at most " + std::to_string(limit)});

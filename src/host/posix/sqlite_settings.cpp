@@ -21,6 +21,7 @@ namespace fs = std::filesystem;
 constexpr int kBusyMilliseconds = 5000;
 constexpr int kMostAside = 1000;
 
+constexpr const char* kDatabase = "settings.db";
 constexpr const char* kTable =
     "CREATE TABLE IF NOT EXISTS setting ("
     "application TEXT NOT NULL, section TEXT NOT NULL, key TEXT NOT NULL, value TEXT NOT NULL, "
@@ -31,6 +32,8 @@ constexpr const char* kSet =
     "ON CONFLICT (application, section, key) DO UPDATE SET value = excluded.value";
 
 bool Damaged(int result) { return (result & 0xFF) == SQLITE_CORRUPT || (result & 0xFF) == SQLITE_NOTADB; }
+
+std::string UserFolder() { return base::JoinPath(BaseFolder("XDG_CONFIG_HOME", ".config"), "quillon"); }
 
 int Run(sqlite3* database, const char* statement) {
   return sqlite3_exec(database, statement, nullptr, nullptr, nullptr);
@@ -77,8 +80,13 @@ class JudgeLock {
 void SqliteSettings::CloseDatabase::operator()(sqlite3* database) const { sqlite3_close_v2(database); }
 void SqliteSettings::EndStatement::operator()(sqlite3_stmt* statement) const { sqlite3_finalize(statement); }
 
-SqliteSettings::SqliteSettings()
-    : SqliteSettings(base::JoinPath(BaseFolder("XDG_CONFIG_HOME", ".config"), "quillon")) {}
+std::string SettingsFolder(const std::string& programFolder) {
+  std::error_code ignored;
+  if (fs::is_regular_file(base::JoinPath(programFolder, kDatabase), ignored)) return programFolder;
+  return UserFolder();
+}
+
+SqliteSettings::SqliteSettings() : SqliteSettings(UserFolder()) {}
 
 SqliteSettings::SqliteSettings(std::string folder) : folder_(std::move(folder)) {
   std::error_code ignored;
@@ -106,7 +114,7 @@ void SqliteSettings::Drop() {
 }
 
 int SqliteSettings::Open() {
-  const std::string path = base::JoinPath(folder_, "settings.db");
+  const std::string path = base::JoinPath(folder_, kDatabase);
   const int result = Open(path, SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE);
   if (result == SQLITE_OK || Damaged(result)) return result;
   // Where nothing may be written, not even beside the database, what stands in it can still be read.
@@ -144,7 +152,7 @@ int SqliteSettings::Prepare() {
 }
 
 void SqliteSettings::SetAside() {
-  const std::string path = base::JoinPath(folder_, "settings.db");
+  const std::string path = base::JoinPath(folder_, kDatabase);
   std::error_code error;
   for (int number = 1; number <= kMostAside; ++number) {
     const std::string aside = base::JoinPath(folder_, "settings.damaged-" + std::to_string(number) + ".db");

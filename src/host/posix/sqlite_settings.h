@@ -60,4 +60,8 @@ class SqliteSettings final : public Settings {
   std::map<Key, std::string> unsaved_;  // what the database would not take
 };
 
+// The folder of the settings that a helper run in this program folder shares: the program folder itself where it holds
+// a database, as that of a private run does, else the user's.
+std::string SettingsFolder(const std::string& programFolder);
+
 }  // namespace quillon::host::posix
