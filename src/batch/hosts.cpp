@@ -66,6 +66,13 @@ std::vector<std::string> BatchDialogs::OpenFiles(const std::string& title, const
   return paths;
 }
 
+std::string BatchDialogs::OpenFile(const host::FileQuestion& question) {
+  const std::vector<std::string> paths = OpenFiles(question.title, question.filter, host::Choice::One);
+  return paths.empty() ? std::string() : paths.front();
+}
+
+std::string BatchDialogs::SaveFile(const host::FileQuestion& question) { return OpenFile(question); }
+
 std::optional<std::string> BatchDialogs::ChooseFolder(const std::string& title, const std::string&) {
   const std::vector<std::string> paths = Paths(title, "");
   const std::string answer = paths.empty() ? std::string() : paths.back();

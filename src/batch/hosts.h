@@ -43,6 +43,8 @@ class BatchDialogs final : public host::Dialogs {
   BatchDialogs(const std::vector<Answer>& answers, std::string folder, Reporter& reporter);
 
   std::vector<std::string> OpenFiles(const std::string& title, const std::string& filter, host::Choice choice) override;
+  std::string OpenFile(const host::FileQuestion& question) override;
+  std::string SaveFile(const host::FileQuestion& question) override;
   std::optional<std::string> ChooseFolder(const std::string& title, const std::string& initial) override;
 
  private:

@@ -8,6 +8,12 @@
 
 namespace quillon::controls {
 
+void Grid::SetHeaders(std::vector<std::string> headers) {
+  if (headers_ == headers) return;
+  headers_ = std::move(headers);
+  TellLookChanged();
+}
+
 std::string Grid::Cell(std::size_t row, std::size_t column) const {
   return row < RowCount() ? source_->Cell(row, column) : std::string();
 }

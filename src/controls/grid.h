@@ -30,6 +30,8 @@ class Grid : public Control {
 
   void SetSource(const GridSource* source) { source_ = source; }
   const std::vector<std::string>& Headers() const { return headers_; }
+  // As many as before.
+  void SetHeaders(std::vector<std::string> headers);
   // Rows with the header counted, as the batch counts them: 1 for an empty list.
   std::size_t Rows() const { return RowCount() + 1; }
   std::size_t RowCount() const { return source_ ? source_->RowCount() : 0; }

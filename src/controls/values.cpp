@@ -174,4 +174,28 @@ EditResult ColourBox::Apply(std::string_view text) {
   return EditResult::Ok();
 }
 
+void Slider::Set(int value) {
+  value = std::clamp(value, min_, max_);
+  if (value_ == value) return;
+  value_ = value;
+  TellValueChanged();
+}
+
+void Slider::SetRange(int min, int max) {
+  if (min_ == min && max_ == max) return;
+  min_ = min;
+  max_ = max;
+  TellLookChanged();
+  Set(value_);
+}
+
+EditResult Slider::Apply(std::string_view text) {
+  const auto value = base::ParseInteger(text);
+  if (!value || *value < min_ || *value > max_) {
+    return EditResult::Refused(FullName() + " 只接受 " + MinText() + " 到 " + MaxText() + " 的整数");
+  }
+  Set(*value);
+  return EditResult::Ok();
+}
+
 }  // namespace quillon::controls

@@ -177,6 +177,33 @@ class ColourBox : public Control {
   base::Colour colour_;
 };
 
+// A slider over whole numbers. A user's edit outside its range is refused.
+class Slider : public Control {
+ public:
+  Slider(Window& window, std::string name, Look look, int value, int min, int max)
+      : Control(window, Kind::Slider, std::move(name), std::move(look)), value_(value), min_(min), max_(max) {}
+
+  int Position() const { return value_; }
+  int Min() const { return min_; }
+  int Max() const { return max_; }
+  // Limited to the range.
+  void Set(int value);
+  // A value outside the new range moves to its nearest end. min is at most max.
+  void SetRange(int min, int max);
+
+  std::string Value() const override { return std::to_string(value_); }
+  std::string MinText() const override { return std::to_string(min_); }
+  std::string MaxText() const override { return std::to_string(max_); }
+
+ protected:
+  EditResult Apply(std::string_view text) override;
+
+ private:
+  int value_;
+  int min_;
+  int max_;
+};
+
 // N controls of one name, reached by index: TCutValue[0] is named "TCutValue(0)".
 template <typename T, std::size_t N>
 class ControlArray {

@@ -39,6 +39,13 @@ void Window::Hide() {
   TellWindow();
 }
 
+void Window::Unload() {
+  if (!loaded_) return;
+  loaded_ = false;
+  visible_ = false;
+  TellWindow();
+}
+
 Control* Window::Find(std::string_view name) const {
   const std::string wanted = base::ToLowerAscii(name);
   for (Control* control : controls_) {

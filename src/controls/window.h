@@ -34,6 +34,8 @@ class Window {
   void Load();
   void Show();
   void Hide();
+  // Hides the window and forgets that it was loaded: the next Show() runs OnLoad() again. Values stay.
+  void Unload();
   // What the user's close button does; the default hides.
   virtual void Close() { Hide(); }
 

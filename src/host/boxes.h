@@ -38,11 +38,22 @@ class Boxes {
 
 enum class Choice { One, Many };
 
+// What a dialog for one file begins with.
+struct FileQuestion {
+  std::string title;
+  std::string filter;
+  std::string folder;
+  std::string name;
+};
+
 // Dialogs for files and folders. Filters are written "name|*.a;*.b|name|*.c"; nothing chosen is empty.
 class Dialogs {
  public:
   virtual ~Dialogs() = default;
   virtual std::vector<std::string> OpenFiles(const std::string& title, const std::string& filter, Choice choice) = 0;
+  // One file to read, or a name to write under, asked for with the name that is offered; "" where nothing was chosen.
+  virtual std::string OpenFile(const FileQuestion& question) = 0;
+  virtual std::string SaveFile(const FileQuestion& question) = 0;
   virtual std::optional<std::string> ChooseFolder(const std::string& title, const std::string& initial) = 0;
 };
 

@@ -16,8 +16,9 @@ class ManualFrame {
  public:
   virtual ~ManualFrame() = default;
   // Shows the picture and waits until the user has answered; the answer is in the flags (ManualStepDone,
-  // SkipCutThisImage, ManualRotated, ManualAngle, CurrentImagePath) and in TCutValue.
-  virtual void Ask(const std::string& source, base::Size size) = 0;
+  // SkipCutThisImage, ManualRotated, ManualAngle, CurrentImagePath) and in TCutValue. turned is the picture as a rule
+  // has turned it already, no image where none did.
+  virtual void Ask(const std::string& source, const imaging::Image& turned) = 0;
   // The picture on show, for drivers that go on working on it.
   virtual host::Status ClonePicture(imaging::Image& out) = 0;
   // The batch has ended.

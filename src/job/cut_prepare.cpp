@@ -117,9 +117,9 @@ Step AskForFrame(CutFile& file) {
   if (!file.options.manual || file.options.frameOnly) return Step::Next;
   Program& program = file.program;
   Flags& flags = program.flags;
-  program.images.DisposeImage(file.Work);
   flags.ManualStepDone = false;
-  program.manualFrame->Ask(file.Src, {file.W, file.H});
+  program.manualFrame->Ask(file.Src, file.Work);
+  program.images.DisposeImage(file.Work);
   if (flags.StopRequested && !flags.ManualStepDone) return Fail(file, "已停止，未处理完");
   const std::string shown = flags.CurrentImagePath;
   if (!program.host.files.IsFile(shown)) return Fail(file, "裁剪框预览中的图片已不存在");

@@ -77,6 +77,8 @@ void Form1::ConnectWindows() {
   opens(MenuChSizeFormat, "FZoomComp");
   opens(MenuExtentAndCut, "FAddEdges");
   opens(MenuUnitConvert, "FConverter");
+  opens(MenuMulCut, "FMultCut");
+  opens(MenuCutTime, "FCutTime");
 }
 
 void Form1::OpenWindow(const std::string& name) {

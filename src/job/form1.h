@@ -54,6 +54,8 @@ class Form1 : public controls::Window {
   controls::Menu MenuChSizeFormat{*this, "MenuChSizeFormat", In(MenuOther, "压缩、缩放和转换格式"), "Ctrl+Shift+Z"};
   controls::Menu MenuExtentAndCut{*this, "MenuExtentAndCut", In(MenuOther, "图片扩边"), "Ctrl+Shift+E"};
   controls::Menu MenuUnitConvert{*this, "MenuUnitConvert", Off(MenuOther, "像素英寸厘米转换器"), "Ctrl+U"};
+  controls::Menu MenuMulCut{*this, "MenuMulCut", In(MenuOther, "多区域裁剪"), "Ctrl+M"};
+  controls::Menu MenuCutTime{*this, "MenuCutTime", In(MenuOther, "图片定时裁剪"), "Ctrl+T"};
   controls::Menu MenuHelp{*this, "MenuHelp", {.caption = "帮助"}};
   controls::Menu MenuGuide{*this, "MenuGuide", In(MenuHelp, "使用说明"), "F1"};
   controls::Menu MenuAbout{*this, "MenuAbout", In(MenuHelp, "关于"), "Shift+F1"};

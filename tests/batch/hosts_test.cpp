@@ -90,6 +90,12 @@ struct Dialogs : testing::Test {
   BatchDialogs dialogs{answers, "/here", recorder};
 };
 
+TEST_F(Dialogs, AskForOneFileByTitleOrFilter) {
+  answers.push_back({"导入裁剪区域", "/list.clt", ""});
+  EXPECT_EQ(dialogs.OpenFile({"导入裁剪区域操作列表", "列表|*.clt", "/app", "我的"}), "/list.clt");
+  EXPECT_EQ(dialogs.SaveFile({"保存", "列表|*.clt", "/app", "我的"}), "");
+}
+
 TEST_F(Dialogs, ChooseNothingWithoutAnAnswer) {
   EXPECT_TRUE(dialogs.OpenFiles("添加文件", "Png|*.png", host::Choice::Many).empty());
   EXPECT_EQ(dialogs.ChooseFolder("请选择输出目录", "/x"), std::nullopt);

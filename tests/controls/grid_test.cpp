@@ -110,5 +110,14 @@ TEST_F(GridTest, RunsTheHandlersOfDoubleAndRightClick) {
   EXPECT_EQ(probe.Take(), (Notes{"double", "right"}));
 }
 
+TEST_F(GridTest, HeadersMayChangeAndThatIsALook) {
+  int looks = 0;
+  window_.Observe([&](Control& control, Aspect aspect) { looks += &control == &grid_ && aspect == Aspect::Look; });
+  grid_.SetHeaders({"x", "y"});
+  EXPECT_EQ(grid_.Headers(), (std::vector<std::string>{"x", "y"}));
+  grid_.SetHeaders({"x", "y"});
+  EXPECT_EQ(looks, 1);
+}
+
 }  // namespace
 }  // namespace quillon::controls

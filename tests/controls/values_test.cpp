@@ -303,5 +303,34 @@ TEST_F(Values, ArrayNamesItsControlsByIndex) {
   EXPECT_EQ(std::as_const(margins)[1].Value(), "7");
 }
 
+TEST_F(Values, SliderTakesWholeNumbersWithinItsRange) {
+  Slider slider(window_, "Slider1", {}, 40, 1, 800);
+  EXPECT_EQ(slider.Value(), "40");
+  EXPECT_EQ(slider.MinText(), "1");
+  EXPECT_EQ(slider.MaxText(), "800");
+  EXPECT_TRUE(slider.UserEdit("800").Accepted());
+  EXPECT_EQ(slider.Position(), 800);
+  for (const char* text : {"0", "801", "", "1.5", "x"}) {
+    EXPECT_EQ(slider.UserEdit(text).refusal, "Form1.Slider1 只接受 1 到 800 的整数") << text;
+  }
+  EXPECT_EQ(slider.Position(), 800);
+  slider.Set(-3);
+  EXPECT_EQ(slider.Position(), 1);
+}
+
+TEST_F(Values, SliderFollowsItsRangeAndTellsOnlyARealChange) {
+  Slider slider(window_, "HS", {}, 40, 0, 100);
+  Probe probe(window_);
+  probe.NoteHandlerOf(slider);
+  slider.Set(40);
+  slider.SetRange(0, 100);
+  EXPECT_EQ(probe.Take(), Notes());
+  slider.SetRange(0, 30);
+  EXPECT_EQ(slider.Position(), 30);
+  EXPECT_EQ(probe.Take(), (Notes{"look HS", "value HS", "handler HS"}));
+  slider.SetRange(0, 50);
+  EXPECT_EQ(probe.Take(), (Notes{"look HS"}));
+}
+
 }  // namespace
 }  // namespace quillon::controls

@@ -47,6 +47,21 @@ TEST(Window, IsLoadedByItsFirstShow) {
   EXPECT_EQ(window.loads, 1);
 }
 
+TEST(Window, UnloadedItLoadsAgainAndKeepsItsValues) {
+  Counting window;
+  TextBox text(window, "T", {}, "1");
+  window.Unload();
+  EXPECT_EQ(window.loads, 0);
+  window.Show();
+  text.SetText("2");
+  window.Unload();
+  EXPECT_FALSE(window.Loaded());
+  EXPECT_FALSE(window.Visible());
+  window.Show();
+  EXPECT_EQ(window.loads, 2);
+  EXPECT_EQ(text.Value(), "2");
+}
+
 TEST(Window, HideKeepsAllValues) {
   Counting window;
   TextBox text(window, "T", {}, "1");

@@ -42,6 +42,16 @@ TEST(ScriptedBoxes, RefusesAButtonThatIsNotThere) {
   EXPECT_THROW(boxes.Show({"完成", 0}), std::logic_error);
 }
 
+TEST(ScriptedDialogs, RemembersQuestionsAboutOneFile) {
+  ScriptedDialogs dialogs;
+  dialogs.ChooseFiles({"/list.clt"});
+  EXPECT_EQ(dialogs.SaveFile({"保存", "列表|*.clt", "/app", "我的"}), "/list.clt");
+  EXPECT_EQ(dialogs.OpenFile({"导入", "列表|*.clt", "/app", "我的"}), "");
+  ASSERT_EQ(dialogs.Questions().size(), 2U);
+  EXPECT_EQ(dialogs.Questions()[0].title, "保存");
+  EXPECT_EQ(dialogs.Questions()[1].name, "我的");
+}
+
 TEST(ScriptedDialogs, HandsOutWhatWasLaidDown) {
   ScriptedDialogs dialogs;
   dialogs.ChooseFiles({"/a", "/b"});

@@ -34,8 +34,8 @@ class Tools final : public OutputTools {
 class Frame final : public ManualFrame {
  public:
   explicit Frame(Program& owner) : program(owner) {}
-  void Ask(const std::string& source, base::Size size) override {
-    asked.emplace_back(source, size);
+  void Ask(const std::string& source, const imaging::Image& turned) override {
+    asked.emplace_back(source, program.images.GetImageWidth(turned));
     program.flags.CurrentImagePath = source;
     program.flags.ManualStepDone = true;
     if (answer) answer();
@@ -48,7 +48,7 @@ class Frame final : public ManualFrame {
 
   Program& program;
   std::function<void()> answer;
-  std::vector<std::pair<std::string, base::Size>> asked;
+  std::vector<std::pair<std::string, int>> asked;  // with the width of a picture that is turned already
   int cloned = 0;
   int rests = 0;
 };
@@ -209,10 +209,19 @@ TEST_F(CutFinishTest, TheManualFrameIsAskedForEachFile) {
   Cut({Make("a.jpg", 40, 30), Make("b.jpg", 60, 50)});
   ASSERT_EQ(frame.asked.size(), 2u);
   EXPECT_EQ(frame.asked[0].first, In("a.jpg"));
-  EXPECT_EQ(frame.asked[0].second, (base::Size{40, 30}));
+  EXPECT_EQ(frame.asked[0].second, 0);
   EXPECT_EQ(SizeOf(Out("a.jpg")), (base::Size{20, 30}));
   EXPECT_EQ(SizeOf(Out("b.jpg")), (base::Size{60, 50}));
   EXPECT_EQ(frame.rests, 1);
+}
+
+TEST_F(CutFinishTest, TheFrameIsShownAPictureAsARuleTurnedIt) {
+  program.manualFrame = &frame;
+  Option("CmbRotate", "横向图选逆转90度后再裁剪");
+  flags.ManualCutMode = true;
+  Cut({Make("a.jpg", 40, 30)});
+  ASSERT_EQ(frame.asked.size(), 1u);
+  EXPECT_EQ(frame.asked[0].second, 30);
 }
 
 TEST_F(CutFinishTest, ASkippedPictureStaysWhole) {

@@ -4,6 +4,7 @@
 
 #include <gtest/gtest.h>
 
+#include <QAbstractSlider>
 #include <QColorDialog>
 #include <QLabel>
 #include <QMessageBox>
@@ -70,6 +71,10 @@ std::string OtherText(const controls::Control& control, const std::string& folde
     }
     case controls::Kind::ColourBox:
       return "#336699";
+    case controls::Kind::Slider: {
+      const auto& slider = static_cast<const controls::Slider&>(control);
+      return std::to_string(slider.Position() < slider.Max() ? slider.Position() + 1 : slider.Position() - 1);
+    }
     case controls::Kind::Label:
       return static_cast<const controls::Label&>(control).IsEditable() ? folder : std::string();
     default:
@@ -86,6 +91,8 @@ void Put(UiWorld& ui, controls::Control& control, const std::string& text) {
     } else {
       Choose(list, QString::fromStdString(text));
     }
+  } else if (auto* slider = ui.Find<QAbstractSlider>(control)) {
+    slider->setValue(std::stoi(text));
   } else if (auto* line = ui.Find<QLineEdit>(control)) {
     TypeOver(line, text);
   } else if (control.GetKind() == controls::Kind::ColourBox) {
@@ -103,6 +110,7 @@ std::string ShownValue(UiWorld& ui, const controls::Control& control) {
   if (auto* list = ui.Find<QComboBox>(control)) {
     return list->isEditable() ? list->currentText().toStdString() : std::to_string(list->currentIndex());
   }
+  if (auto* slider = ui.Find<QAbstractSlider>(control)) return std::to_string(slider->value());
   if (auto* line = ui.Find<QLineEdit>(control)) return line->text().toStdString();
   if (auto* button = ui.Find<QAbstractButton>(control)) {
     if (control.GetKind() != controls::Kind::ColourBox) return button->isChecked() ? "1" : "0";

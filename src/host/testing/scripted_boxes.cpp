@@ -56,6 +56,14 @@ std::vector<std::string> ScriptedDialogs::OpenFiles(const std::string& title, co
   return files;
 }
 
+std::string ScriptedDialogs::OpenFile(const FileQuestion& question) {
+  questions_.push_back(question);
+  const std::vector<std::string> files = OpenFiles(question.title, question.filter, Choice::One);
+  return files.empty() ? std::string() : files.front();
+}
+
+std::string ScriptedDialogs::SaveFile(const FileQuestion& question) { return OpenFile(question); }
+
 std::optional<std::string> ScriptedDialogs::ChooseFolder(const std::string& title, const std::string& initial) {
   asked_.push_back({title, initial});
   if (folders_.empty()) return std::nullopt;

@@ -62,14 +62,19 @@ class ScriptedDialogs final : public Dialogs {
   void ChooseFiles(std::vector<std::string> files) { files_.push_back(std::move(files)); }
   void ChooseFolderNext(std::optional<std::string> folder) { folders_.push_back(std::move(folder)); }
   const std::vector<Asked>& All() const { return asked_; }
+  // The questions about one file, in order.
+  const std::vector<FileQuestion>& Questions() const { return questions_; }
 
   std::vector<std::string> OpenFiles(const std::string& title, const std::string& filter, Choice choice) override;
+  std::string OpenFile(const FileQuestion& question) override;
+  std::string SaveFile(const FileQuestion& question) override;
   std::optional<std::string> ChooseFolder(const std::string& title, const std::string& initial) override;
 
  private:
   std::deque<std::vector<std::string>> files_;
   std::deque<std::optional<std::string>> folders_;
   std::vector<Asked> asked_;
+  std::vector<FileQuestion> questions_;
 };
 
 }  // namespace quillon::host::testing

@@ -6,6 +6,7 @@
 #include <QMenu>
 #include <QPushButton>
 #include <QRadioButton>
+#include <QSlider>
 
 #include "controls/values.h"
 #include "ui/bind/binding.h"
@@ -13,6 +14,7 @@
 #include "ui/bind/elided_label.h"
 #include "ui/bind/fold_group.h"
 #include "ui/bind/menu_bindings.h"
+#include "ui/bind/slider_binding.h"
 #include "ui/text.h"
 
 namespace quillon::ui {
@@ -112,6 +114,11 @@ QWidget* MakeFor(controls::Control& control, Binder& binder) {
       return MakeComboBox(static_cast<controls::ComboBox&>(control), binder);
     case controls::Kind::ColourBox:
       return MakeColourBox(static_cast<controls::ColourBox&>(control), binder);
+    case controls::Kind::Slider: {
+      auto* slider = new QSlider(Qt::Horizontal);
+      JoinSlider(static_cast<controls::Slider&>(control), binder, slider);
+      return slider;
+    }
     case controls::Kind::Label:
       if (auto& label = static_cast<controls::Label&>(control); label.IsEditable()) return MakePathBox(label, binder);
       break;

@@ -8,6 +8,7 @@
 #include <QMessageBox>
 #include <QPushButton>
 
+#include "base/path_text.h"
 #include "ui/text.h"
 
 namespace quillon::ui {
@@ -53,6 +54,15 @@ ButtonText TextOf(host::Reply reply) {
       return {QMessageBox::NoRole, "否"};
   }
   return {QMessageBox::AcceptRole, "确定"};
+}
+
+QString OfferedPath(const host::FileQuestion& question) {
+  return QFile::decodeName(QByteArray::fromStdString(base::JoinPath(question.folder, question.name)));
+}
+
+// "clt" of "name|*.clt|...".
+QString FirstSuffix(const std::string& filter) {
+  return Shown(filter).section(u'|', 1, 1).section(u';', 0, 0).section(u'.', -1);
 }
 
 QWidget* Front(const QPointer<QWidget>& owner) {
@@ -106,6 +116,20 @@ std::vector<std::string> QtDialogs::OpenFiles(const std::string& title, const st
     if (!name.isEmpty()) paths.push_back(QFile::encodeName(name).toStdString());
   }
   return paths;
+}
+
+std::string QtDialogs::OpenFile(const host::FileQuestion& question) {
+  const QString name = QFileDialog::getOpenFileName(Front(owner_), Shown(question.title), OfferedPath(question),
+                                                    ToolkitFilter(question.filter));
+  return QFile::encodeName(name).toStdString();
+}
+
+std::string QtDialogs::SaveFile(const host::FileQuestion& question) {
+  QFileDialog dialog(Front(owner_), Shown(question.title), OfferedPath(question), ToolkitFilter(question.filter));
+  dialog.setAcceptMode(QFileDialog::AcceptSave);
+  dialog.setDefaultSuffix(FirstSuffix(question.filter));
+  if (dialog.exec() != QDialog::Accepted || dialog.selectedFiles().isEmpty()) return {};
+  return QFile::encodeName(dialog.selectedFiles().constFirst()).toStdString();
 }
 
 std::optional<std::string> QtDialogs::ChooseFolder(const std::string& title, const std::string& initial) {

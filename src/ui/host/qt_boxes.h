@@ -26,6 +26,8 @@ class QtBoxes : public host::Boxes {
 class QtDialogs : public host::Dialogs {
  public:
   std::vector<std::string> OpenFiles(const std::string& title, const std::string& filter, host::Choice choice) override;
+  std::string OpenFile(const host::FileQuestion& question) override;
+  std::string SaveFile(const host::FileQuestion& question) override;
   std::optional<std::string> ChooseFolder(const std::string& title, const std::string& initial) override;
 
   void SetOwner(QWidget* owner) { owner_ = owner; }
