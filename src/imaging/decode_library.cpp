@@ -56,7 +56,7 @@ vips::VSource SourceOf(std::shared_ptr<Bytes> bytes) {
   return vips::VSource(VIPS_SOURCE(custom));
 }
 
-VImage LoadThroughLibrary(Format format, std::shared_ptr<Bytes> bytes) {
+VImage LoadThroughLibrary(Format format, std::shared_ptr<Bytes> bytes, int page) {
   const vips::VSource source = SourceOf(std::move(bytes));
   vips::VOption* options = VImage::option()->set("access", VIPS_ACCESS_SEQUENTIAL)->set("fail_on", VIPS_FAIL_ON_ERROR);
   switch (format) {
@@ -65,7 +65,7 @@ VImage LoadThroughLibrary(Format format, std::shared_ptr<Bytes> bytes) {
     case Format::Gif:
       return VImage::gifload_source(source, options);
     default:
-      return VImage::tiffload_source(source, options);
+      return VImage::tiffload_source(source, options->set("page", page));
   }
 }
 
@@ -131,8 +131,8 @@ class LibraryRows : public RowStream {
 }  // namespace
 
 Status OpenLibraryRows(Format format, std::shared_ptr<Bytes> bytes, const Limits& limits,
-                       std::shared_ptr<RowStream>& out) {
-  const VImage loaded = LoadThroughLibrary(format, std::move(bytes));
+                       std::shared_ptr<RowStream>& out, int page) {
+  const VImage loaded = LoadThroughLibrary(format, std::move(bytes), page);
   if (!WithinLimits(loaded.width(), loaded.height(), limits)) return fault::SidesTooLarge();
   out = std::make_shared<LibraryRows>(loaded, StandardPixels(loaded));
   return Status::Ok();

@@ -70,6 +70,24 @@ Status SkipRows(OpenedPicture& opened, int count) {
   return Status::Ok();
 }
 
+// Opens the file and tells its format.
+Status OpenKnown(const host::Files& files, const std::string& path, std::shared_ptr<FileBytes>& bytes,
+                 OpenedPicture& out) {
+  if (Status status = OpenBytes(files, path, bytes); !status) return status;
+  std::array<char, 16> start{};
+  const std::size_t known = static_cast<std::size_t>(std::min<std::uint64_t>(bytes->Size(), start.size()));
+  if (!bytes->ReadAt(0, start.data(), known)) return fault::DamagedPicture();
+  out.format = FormatOf({start.data(), known});
+  out.fault = std::make_shared<ReadFault>();
+  return Status::Ok();
+}
+
+void SetTags(OpenedPicture& out) {
+  const RowFacts& facts = out.Facts();
+  out.tags = TagsOf(facts);
+  if (!ProfileFits(out.tags.profile, facts.layout)) out.tags.profile.clear();
+}
+
 }  // namespace
 
 Format FormatOf(std::string_view start) {
@@ -87,12 +105,7 @@ Format FormatOf(std::string_view start) {
 Status OpenPicture(const host::Files& files, const std::string& path, const Limits& limits, base::Size reduceTo,
                    OpenedPicture& out) {
   std::shared_ptr<FileBytes> bytes;
-  if (Status status = OpenBytes(files, path, bytes); !status) return status;
-  std::array<char, 16> start{};
-  const std::size_t known = static_cast<std::size_t>(std::min<std::uint64_t>(bytes->Size(), start.size()));
-  if (!bytes->ReadAt(0, start.data(), known)) return fault::DamagedPicture();
-  out.format = FormatOf({start.data(), known});
-  out.fault = std::make_shared<ReadFault>();
+  if (Status status = OpenKnown(files, path, bytes, out); !status) return status;
   Status status;
   switch (out.format) {
     case Format::Unknown:
@@ -105,10 +118,18 @@ Status OpenPicture(const host::Files& files, const std::string& path, const Limi
       status = OpenStream(path, std::move(bytes), limits, reduceTo, out);
       break;
   }
-  if (!status) return status;
-  const RowFacts& facts = out.Facts();
-  out.tags = TagsOf(facts);
-  if (!ProfileFits(out.tags.profile, facts.layout)) out.tags.profile.clear();
+  if (status) SetTags(out);
+  return status;
+}
+
+Status OpenTiffPage(const host::Files& files, const std::string& path, int page, const Limits& limits,
+                    OpenedPicture& out) {
+  std::shared_ptr<FileBytes> bytes;
+  if (Status status = OpenKnown(files, path, bytes, out); !status) return status;
+  if (out.format != Format::Tiff) return fault::NotAPicture();
+  if (Status status = OpenLibraryRows(out.format, std::move(bytes), limits, out.stream, page); !status) return status;
+  out.original = out.stream->Facts().size;
+  SetTags(out);
   return Status::Ok();
 }
 

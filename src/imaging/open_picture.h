@@ -38,6 +38,10 @@ struct OpenedPicture {
 Status OpenPicture(const host::Files& files, const std::string& path, const Limits& limits, base::Size reduceTo,
                    OpenedPicture& out);
 
+// As OpenPicture for a page of a TIFF, counted from 0. Unsupported: no TIFF. Throws where there is no such page.
+Status OpenTiffPage(const host::Files& files, const std::string& path, int page, const Limits& limits,
+                    OpenedPicture& out);
+
 // The pixels of count rows from top on. Of a stream, rows before them are read over; it hands out every row once, and
 // the pixels have to be used up before the next call.
 Status TakeRows(OpenedPicture& opened, int top, int count, vips::VImage& out);

@@ -92,7 +92,8 @@ const std::vector<Library>& Libraries() {
 }
 
 bool IsHeavy(const std::string& include) {
-  static const std::regex kHeavy("^vips/|^jpeglib|^exiv2/|^MediaInfo|^sqlite3|^nlohmann/|^CLI/|^qpdf/|^poppler");
+  static const std::regex kHeavy(
+      "^vips/|^jpeglib|^tiffio|^exiv2/|^MediaInfo|^sqlite3|^nlohmann/|^CLI/|^qpdf/|^poppler");
   return std::regex_search(include, kHeavy);
 }
 
