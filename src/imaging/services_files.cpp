@@ -12,6 +12,7 @@
 #include "imaging/jpeg_cut.h"
 #include "imaging/jpeg_exif.h"
 #include "imaging/limit_checks.h"
+#include "imaging/older_result.h"
 #include "imaging/services.h"
 #include "imaging/services_parts.h"
 
@@ -50,19 +51,6 @@ Status CropThrough(const host::Files& files, const Limits& limits, const CropReq
   return ReadStatus(opened, status);
 }
 
-// Whether an older result has to go after a failure, so that it is not taken for the new one. Where the source could
-// not be used at all, or the result may not be touched, nothing was begun.
-bool BeganToWrite(const Status& status) {
-  switch (status.GetProblem()) {
-    case Problem::Damaged:
-    case Problem::DiskFull:
-    case Problem::Other:
-      return true;
-    default:
-      return false;
-  }
-}
-
 // Whether a cut can be begun at all.
 Status Check(const host::Files& files, const CropRequest& request, const Limits& limits) {
   if (request.rect.Empty()) return fault::EmptyRectangle();
@@ -76,11 +64,7 @@ Status Check(const host::Files& files, const CropRequest& request, const Limits&
 // Saves the result of a cut; an older one does not outlive a failure.
 Status Services::Parts::SaveCut(const CropRequest& request, const std::function<Status(host::Draft&)>& fill) {
   Status status = Save(request.destination, fill);
-  host::Files& files = host.files;
-  if (!status && BeganToWrite(status) && !files.SameFile(request.source, request.destination) &&
-      files.IsFile(request.destination)) {
-    static_cast<void>(files.Discard(request.destination));
-  }
+  if (!status) DropOlderResult(host.files, request.source, request.destination, status);
   return status;
 }
 

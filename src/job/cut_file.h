@@ -42,7 +42,8 @@ struct CutFile {
   std::string exifSource;  // the file whose Exif goes to the output
   int W = 0;
   int H = 0;
-  imaging::Image Work;  // the turned picture, once it was turned
+  host::Status measured;  // why Src has no size
+  imaging::Image Work;    // the turned picture, once it was turned
   double RestoreAngle = 0;
   base::Rect rect;
   Overhang overhang;
@@ -53,10 +54,14 @@ struct CutFile {
   FileResult result;
 };
 
+// Where the output stands in the end: Dst, or the pdf made of it.
+std::string ResultPath(const CutFile& file);
+
 // What a step answers: go on, or this file is done with (result tells how).
 enum class Step { Next, FileDone };
 
 Step Fail(CutFile& file, std::string why);
+// As above, for a step that failed so: an older output of another run may have to go (see imaging::DropOlderResult).
 Step Fail(CutFile& file, const host::Status& status);
 
 Step PassOver(CutFile& file, std::string why);

@@ -38,8 +38,7 @@ Step MakePdf(CutFile& file) {
   if (!file.run.pdf) return Step::Next;
   const host::Status made = file.program.outputTools->ToPdf(file.Dst);
   if (!made) return Fail(file, made);
-  const base::PathParts parts = base::SplitPath(file.Dst);
-  file.result.output = base::JoinPath(parts.folder, parts.name, "pdf");
+  file.result.output = ResultPath(file);
   return Step::Next;
 }
 

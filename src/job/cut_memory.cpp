@@ -1,5 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Quillon developers
 // SPDX-License-Identifier: GPL-3.0-or-later
+#include <utility>
+
 #include "base/path_text.h"
 #include "job/cut_steps.h"
 #include "job/parameters.h"
@@ -88,9 +90,12 @@ Step Rescue(CutFile& file, const Status& failure) {
       options.keepFolders ? imaging::KeepFolders::Yes : imaging::KeepFolders::No,
       options.over ? imaging::Overwrite::Yes : imaging::Overwrite::No, options.outType, options.extensionCase);
   if (file.run.ledger.IsOtherSource(rescued, file.listed)) return Fail(file, failure);
-  file.Dst = file.target = rescued;
-  if (!KeepReplacedSource(file)) return Fail(file, failure);
-  if (!file.program.images.CropToFile(PlainCrop(file))) return Fail(file, failure);
+  const std::string named = std::exchange(file.Dst, rescued);
+  file.target = rescued;
+  if (!KeepReplacedSource(file) || !file.program.images.CropToFile(PlainCrop(file))) {
+    file.Dst = named;
+    return Fail(file, failure);
+  }
   file.made = file.target;
   file.madeSize = {file.rect.width, file.rect.height};
   return Step::Next;
@@ -112,12 +117,13 @@ Status CutThroughBitmap(CutFile& file) {
   return Status::Ok();
 }
 
-std::string EmptyRectangleText(const base::Rect& rect) {
-  return "裁剪框的宽或高小于 1 像素（" + std::to_string(rect.width) + "x" + std::to_string(rect.height) +
-         "），请检查裁剪参数";
-}
-
 }  // namespace
+
+Step FailEmptyRectangle(CutFile& file) {
+  if (!file.measured) return Fail(file, file.measured);
+  return Fail(file, "裁剪框的宽或高小于 1 像素（" + std::to_string(file.rect.width) + "x" +
+                        std::to_string(file.rect.height) + "），请检查裁剪参数");
+}
 
 Step CutInMemory(CutFile& file, LoadFailure loadFailure) {
   imaging::Services& images = file.program.images;
@@ -129,7 +135,7 @@ Step CutInMemory(CutFile& file, LoadFailure loadFailure) {
     if (const Status turned = TurnByRule(file); !turned) return Fail(file, turned);
     if (const Status recoloured = Recolour(file); !recoloured) return Fail(file, recoloured);
   }
-  if (file.rect.Empty()) return Fail(file, EmptyRectangleText(file.rect));
+  if (file.rect.Empty()) return FailEmptyRectangle(file);
   file.program.host.pump.Turn();
   if (!images.CutImage(file.Work, file.rect)) {
     if (const Status cut = CutThroughBitmap(file); !cut) return Fail(file, cut);

@@ -10,6 +10,8 @@ std::string SourceExtension(const CutFile& file) { return base::SplitPath(file.S
 
 host::Status Crop(CutFile& file, const imaging::CropRequest& request) {
   if (host::Status kept = KeepReplacedSource(file); !kept) return kept;
+  // A work file of an earlier run is no result that would have to be kept.
+  if (request.destination != file.Dst) (void)file.program.host.files.RemoveOwn(request.destination);
   imaging::Services& images = file.program.images;
   return request.encoder == imaging::Encoder::Gif ? images.CropToGif(request) : images.CropToFile(request);
 }
@@ -69,6 +71,7 @@ bool NeedsMemory(const CutFile& file) {
 
 Step CutFileToFile(CutFile& file) {
   if (NeedsMemory(file)) return CutInMemory(file, LoadFailure::Told);
+  if (file.rect.Empty()) return FailEmptyRectangle(file);
   if (IsGif(SourceExtension(file))) return CutGifSource(file);
   const host::Status cut = Crop(file, PlainCrop(file));
   return cut ? TakeCrop(file) : Fail(file, cut);

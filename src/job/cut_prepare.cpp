@@ -41,11 +41,13 @@ bool WouldReplaceOther(CutFile& file) {
   return !file.run.ledger.Wrote(file.Dst) && file.run.ledger.IsOtherSource(file.Dst, file.listed);
 }
 
-// The cut goes to a work file when more is to be done with it, or when a crop would read the file that it writes.
+// The cut goes to a work file when more is to be done with it, when a crop would read the file that it writes, or when
+// its failure would take an earlier result of this run with it.
 std::string CutTarget(const CutFile& file) {
   if (file.BorderFollows()) return file.WorkFile("Tmp");
   const bool ontoItself = file.options.over && file.Dst == file.listed;
-  return ontoItself || file.ConversionFollows() ? file.WorkFile("Tmp2") : file.Dst;
+  const bool aside = ontoItself || file.ConversionFollows() || file.run.ledger.Wrote(file.Dst);
+  return aside ? file.WorkFile("Tmp2") : file.Dst;
 }
 
 }  // namespace
@@ -53,8 +55,8 @@ std::string CutTarget(const CutFile& file) {
 Step MeasureSource(CutFile& file) {
   Flags& flags = file.program.flags;
   imaging::ImageFacts facts;
-  // A source that cannot be measured has no size; the cut finds out why.
-  if (!file.program.images.ImageInfo(file.Src, facts)) facts = {};
+  file.measured = file.program.images.ImageInfo(file.Src, facts);
+  if (!file.measured) facts = {};
   flags.InfoWidth = std::to_string(facts.width);
   flags.InfoHeight = std::to_string(facts.height);
   TakeSize(file, {facts.width, facts.height});
@@ -71,7 +73,7 @@ Step KeepExifSource(CutFile& file) {
 
 Step PassOverFolder(CutFile& file) {
   if (!file.options.omitFolders || file.run.omitted.Take(file.folder)) return Step::Next;
-  return PassOver(file, "所在文件夹已处理过，按“忽略已处理过的文件夹”跳过");
+  return PassOver(file, "所在文件夹已有图片处理过，按“忽略已处理过的文件夹”跳过");
 }
 
 Step ZoomBeforeCut(CutFile& file) {
@@ -110,6 +112,7 @@ Step NameOutput(CutFile& file) {
     const host::Status made = file.program.host.files.MakeFolders(base::SplitPath(file.Dst).folder);
     if (!made) return Fail(file, "无法创建输出文件夹：" + made.Why());
   }
+  file.run.SweepDrafts(base::SplitPath(file.Dst).folder);
   return Step::Next;
 }
 

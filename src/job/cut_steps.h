@@ -28,6 +28,8 @@ Step MakeCut(CutFile& file);
 enum class LoadFailure { Counted, Told };
 Step CutInMemory(CutFile& file, LoadFailure loadFailure);
 Step CutFileToFile(CutFile& file);
+// For a rectangle without area; a source that could not be measured is the reason where there is one.
+Step FailEmptyRectangle(CutFile& file);
 // The crop that CutFileToFile asks for, from the parts of file that are known before it is begun: names, size and
 // rectangle.
 imaging::CropRequest PlainCrop(const CutFile& file);

@@ -12,7 +12,8 @@ namespace quillon::job {
 class Program;
 
 // The folders that ChOmitFolds passes over, kept in \OmitSubfolds.dat, one a line. Flags::OmittedFolders holds the same
-// lines, each with CR LF.
+// lines, each with CR LF. A folder counts as done from its first file on, also within the same run: of a folder that is
+// new, one file is handled.
 class OmittedFolders {
  public:
   explicit OmittedFolders(Program& program);

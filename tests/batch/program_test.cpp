@@ -1,72 +1,17 @@
 // SPDX-FileCopyrightText: 2026 The Quillon developers
 // SPDX-License-Identifier: GPL-3.0-or-later
 // The program itself, as its callers meet it.
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
 #include <algorithm>
 #include <csignal>
-#include <filesystem>
 #include <memory>
-#include <nlohmann/json.hpp>
 #include <set>
-#include <sstream>
 
-#include "batch/batch_process.h"
 #include "batch/event.h"
 #include "batch/options.h"
-#include "batch/pictures.h"
+#include "batch/program_fixture.h"
 
 namespace quillon::batch {
 namespace {
-
-namespace fs = std::filesystem;
-using host::testing::TempFolder;
-using testing::HasSubstr;
-using Json = nlohmann::json;
-
-// A folder with pictures and a place for outputs.
-class ProgramTest : public testing::Test {
- protected:
-  TempFolder folder;
-  std::string out = folder.Path("out");
-
-  void SetUp() override { fs::create_directories(out); }
-
-  std::string Picture(const std::string& name) const { return folder.Write(name, BmpPicture(40, 30)); }
-  // Many names of one picture.
-  void Pictures(int count) const {
-    const std::string first = Picture("in/p0.bmp");
-    for (int i = 1; i < count; ++i) fs::create_hard_link(first, folder.Path("in/p" + std::to_string(i) + ".bmp"));
-  }
-  // A cut in percent of the given files into out, without opening it.
-  std::vector<std::string> Cut(std::vector<std::string> files, std::vector<std::string> more = {}) const {
-    std::vector<std::string> all{"--set", "ChCutA=0", "--out", out, "--answer", "打开输出目录=No"};
-    all.insert(all.end(), more.begin(), more.end());
-    all.insert(all.end(), {"--click", "menuNormalCut", "--"});
-    all.insert(all.end(), files.begin(), files.end());
-    return all;
-  }
-  Ran Run(const std::vector<std::string>& arguments) const { return RunProgram(arguments, folder.Path()); }
-};
-
-std::vector<Json> Events(const std::string& out) {
-  std::vector<Json> events;
-  std::istringstream lines(out);
-  for (std::string line; std::getline(lines, line);) {
-    events.push_back(Json::parse(line, nullptr, false));
-    EXPECT_FALSE(events.back().is_discarded()) << line;
-  }
-  return events;
-}
-
-std::vector<Json> EventsOf(const std::string& out, const std::string& kind) {
-  std::vector<Json> found;
-  for (const Json& event : Events(out)) {
-    if (event.value("event", "") == kind) found.push_back(event);
-  }
-  return found;
-}
 
 TEST_F(ProgramTest, CutsAndSumsUp) {
   const Ran ran = Run(Cut({Picture("a.bmp"), Picture("b.bmp")}));
@@ -320,6 +265,13 @@ TEST_F(ProgramTest, GoesOnWhenNobodyHearsItsEvents) {
   EXPECT_EQ(ran.exit, 0);
   EXPECT_EQ(ran.err, "quillon-batch: 标准输出无法写入，以后的事件没有写出\n");
   EXPECT_TRUE(folder.Exists("out/a.jpg"));
+}
+
+TEST_F(ProgramTest, StepsBehindTheClosedMainWindowAreRefused) {
+  const Ran ran = Run({"--answer", "关闭程序=Ok", "--close", "Form1", "--print", "ChOver"});
+  EXPECT_EQ(ran.exit, 2);
+  EXPECT_EQ(ran.out, "");
+  EXPECT_THAT(ran.err, HasSubstr("程序已经关闭"));
 }
 
 TEST_F(ProgramTest, NeedsAFolderForTemporaryFiles) {

@@ -302,13 +302,14 @@ TEST_F(CutPlainTest, ASourceThatChangedMeanwhileIsCutAsItIsNow) {
   EXPECT_NEAR(cut.At(10, 10).green, 200, 6);
 }
 
+// The first file of a folder puts the folder on the list, so that the rest of it is passed over at once.
 TEST_F(CutPlainTest, SkippedFoldersAreNamed) {
   Option("ChOmitFolds", "1");
   Cut({Make("x/1.bmp"), Make("x/2.bmp"), Make("y/3.bmp")});
   EXPECT_EQ(Totals().written, 2u);
   EXPECT_EQ(Totals().skipped, 1u);
   EXPECT_EQ(program.files.Row(1).result, Result::Skipped);
-  EXPECT_EQ(Why(2), "所在文件夹已处理过，按“忽略已处理过的文件夹”跳过");
+  EXPECT_EQ(Why(2), "所在文件夹已有图片处理过，按“忽略已处理过的文件夹”跳过");
   EXPECT_EQ(world.folder.Read("app/OmitSubfolds.dat"), In("x") + "\r\n" + In("y") + "\r\n");
   EXPECT_EQ(flags.OmittedFolders, "");
   Cut();
