@@ -29,6 +29,8 @@ class QuietBoxes final : public host::Boxes {
 class NoDialogs final : public host::Dialogs {
  public:
   std::vector<std::string> OpenFiles(const std::string&, const std::string&, host::Choice) override { return {}; }
+  std::string OpenFile(const host::FileQuestion&) override { return {}; }
+  std::string SaveFile(const host::FileQuestion&) override { return {}; }
   std::optional<std::string> ChooseFolder(const std::string&, const std::string&) override { return std::nullopt; }
 };
 
