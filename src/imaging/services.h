@@ -32,6 +32,9 @@ Encoder EncoderFor(const std::string& extension);
 
 enum class Exif { Drop, Keep };
 
+// Whether transparent pixels are laid on white or stay what they are where the encoder can hold them.
+enum class Alpha { OnWhite, Kept };
+
 // Cuts rect out of source. What lies outside the source is white. Quality 0..100 is for jpeg. dpi 0 keeps the source's.
 struct CropRequest {
   std::string source;
@@ -41,6 +44,7 @@ struct CropRequest {
   int quality = 80;
   int dpi = 0;
   Exif exif = Exif::Drop;
+  Alpha alpha = Alpha::OnWhite;
 
   bool operator==(const CropRequest&) const = default;
 };
@@ -139,11 +143,14 @@ class Services {
   Status SaveByEncoder(const Image& image, const std::string& path, Encoder encoder, int quality);
 
   // --- File to file.
-  // The canvas is white, opaque, with 8 bits a sample; CMYK stays in jpg and tif and becomes sRGB elsewhere. Damage is
-  // looked for in the whole source, also outside rect. Source and destination may be the same file; when the cut
-  // fails it is whole. Any other file that stood at destination is replaced by the result; when the cut had begun and
-  // failed (damage, full disk, write error), it goes to the trash, so that nobody takes it for the result.
+  // The canvas is white, opaque unless transparency is kept, with 8 bits a sample; CMYK stays in jpg and tif and
+  // becomes sRGB elsewhere. Damage is looked for in the whole source, also outside rect. Source and destination may be
+  // the same file; when the cut fails it is whole. Any other file that stood at destination is replaced by the result;
+  // when the cut had begun and failed (damage, full disk, write error), it goes to the trash, so that nobody takes it
+  // for the result.
   Status CropToFile(const CropRequest& request);
+  // As CropToFile, of a picture that was loaded from the request's source: several cuts of one decode.
+  Status CropImageToFile(const Image& image, const CropRequest& request);
   // As CropToFile for gif output, whatever the encoder says: transparency is kept.
   Status CropToGif(const CropRequest& request);
   // The source rectangle, turned by rotation (uncovered corners in colour), scaled to drawn x scale (rounded) and put

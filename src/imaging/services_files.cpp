@@ -24,12 +24,17 @@ using vips::VImage;
 
 constexpr int kLargestPreview = 6000;
 
-enum class Alpha { OnWhite, Kept };
+// Encodes the part of a picture that lies in rect, on a canvas of 8 bits a sample.
+Status EncodeWindow(Picture picture, base::Rect rect, const CropRequest& request, host::Draft& draft) {
+  picture.pixels = EightBit(Window(picture.pixels, rect, base::kWhite));
+  if (request.alpha == Alpha::OnWhite) picture.pixels = Flattened(picture.pixels, base::kWhite);
+  if (request.dpi > 0) picture.tags.dpi = request.dpi;
+  return EncodePicture(picture, {request.encoder, request.quality, false, request.exif}, draft);
+}
 
 // Cuts rect out of the source row by row and encodes it on a canvas of 8 bits a sample; CMYK only stays where the
 // format can hold it. What is left of a stream is read to its end, so that damage below the cut is found.
-Status CropThrough(const host::Files& files, const Limits& limits, const CropRequest& request, Alpha alpha,
-                   host::Draft& draft) {
+Status CropThrough(const host::Files& files, const Limits& limits, const CropRequest& request, host::Draft& draft) {
   OpenedPicture opened;
   Status status = Guarded(fault::DamagedPicture(), [&] {
     if (Status open = OpenPicture(files, request.source, limits, {}, opened); !open) return open;
@@ -42,10 +47,7 @@ Status CropThrough(const host::Files& files, const Limits& limits, const CropReq
     if (Status take = TakeRows(opened, seen.top, seen.height, cut.pixels); !take) return take;
     base::Rect rect = request.rect;
     rect.top -= seen.top;
-    cut.pixels = EightBit(Window(cut.pixels, rect, base::kWhite));
-    if (alpha == Alpha::OnWhite) cut.pixels = Flattened(cut.pixels, base::kWhite);
-    if (request.dpi > 0) cut.tags.dpi = request.dpi;
-    Status written = EncodePicture(cut, {request.encoder, request.quality, false, request.exif}, draft);
+    Status written = EncodeWindow(std::move(cut), rect, request, draft);
     return written ? CheckRest(opened) : written;
   });
   return ReadStatus(opened, status);
@@ -88,7 +90,7 @@ Status Services::CropToFile(const CropRequest& request) {
       if (status.GetProblem() != Problem::Unsupported || draft.Size() > 0) return status;
       direct = false;
     }
-    return CropThrough(files, parts_->limits, request, Alpha::OnWhite, draft);
+    return CropThrough(files, parts_->limits, request, draft);
   };
   return parts_->SaveCut(request, fill);
 }
@@ -97,9 +99,16 @@ Status Services::CropToGif(const CropRequest& request) {
   if (Status status = Check(parts_->host.files, request, parts_->limits); !status) return status;
   CropRequest gif = request;
   gif.encoder = Encoder::Gif;
-  return parts_->SaveCut(request, [&](host::Draft& draft) {
-    return CropThrough(parts_->host.files, parts_->limits, gif, Alpha::Kept, draft);
-  });
+  gif.alpha = Alpha::Kept;
+  return parts_->SaveCut(
+      request, [&](host::Draft& draft) { return CropThrough(parts_->host.files, parts_->limits, gif, draft); });
+}
+
+Status Services::CropImageToFile(const Image& image, const CropRequest& request) {
+  if (image.Empty()) return fault::NoImage();
+  if (Status status = Check(parts_->host.files, request, parts_->limits); !status) return status;
+  return parts_->SaveCut(
+      request, [&](host::Draft& draft) { return EncodeWindow(image.Data()->picture, request.rect, request, draft); });
 }
 
 Status Services::AddBoardToFile(const BorderRequest& request) {

@@ -22,6 +22,8 @@ class CutLedger {
  public:
   CutLedger(Program& program, std::size_t planned);
 
+  // More files than were known at the start.
+  void Plan(std::size_t more) { totals_.planned += more; }
   void Add(const FileResult& result);
   // True when this run has written a file of that name.
   bool Wrote(const std::string& output) const { return outputs_.contains(output); }

@@ -47,6 +47,17 @@ void Preview::SetBorderStyle(int style) {
   Tell();
 }
 
+void Preview::SetSecondLook(bool second) {
+  if (secondLook_ == second) return;
+  secondLook_ = second;
+  Tell();
+}
+
+void Preview::SetUpcoming(std::string path) {
+  upcoming_ = std::move(path);
+  Tell();
+}
+
 void Preview::Tell() {
   if (observer_) observer_();
 }

@@ -49,6 +49,19 @@ class Preview {
   void SetShape(int shape);
   void SetBorderStyle(int style);
 
+  // The two looks that the frame has by turns; a frame that is drawn keeps the first.
+  bool SecondLook() const { return secondLook_; }
+  void SetSecondLook(bool second);
+  // A picture that is likely to be shown next, "" for none; to be fetched early.
+  const std::string& Upcoming() const { return upcoming_; }
+  void SetUpcoming(std::string path);
+  // Dots per inch of the picture that the cut is taken from, 0 where that is not known.
+  int Dpi() const { return dpi_; }
+  void SetDpi(int dpi) { dpi_ = dpi; }
+
+  // Has it shown anew, for what others draw over it.
+  void Refresh() { Tell(); }
+
   // Told of every change.
   void SetObserver(std::function<void()> observer) { observer_ = std::move(observer); }
 
@@ -62,6 +75,9 @@ class Preview {
   PreviewFrame frame_;
   int shape_ = 0;
   int borderStyle_ = 0;
+  bool secondLook_ = false;
+  std::string upcoming_;
+  int dpi_ = 0;
   std::function<void()> observer_;
 };
 

@@ -75,6 +75,8 @@ class Program {
   NormalCut& Normal() { return *normalCut_; }
   // Shows a picture in the preview; a picture that cannot be measured is passed over.
   void ShowInPreview(const std::string& path);
+  // Shows the picture in the file at path, which may be reduced, as one of that size; its frame follows the parameters.
+  void ShowPicture(const std::string& path, base::Size size);
   // Writes \Canvas.bmp, a white picture of 50 x 50.
   void WriteCanvas();
   // Shows the window of that name and answers true, or false where the program has none.
@@ -97,7 +99,6 @@ class Program {
   void EndLeftOverHelpers();
   void ShowDesktopPicture();
   void ReadFolders();
-  void ShowPicture(const std::string& path, base::Size size);
 
   std::unique_ptr<FileIntake> intake_;
   std::unique_ptr<NormalCut> normalCut_;

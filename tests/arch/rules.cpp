@@ -25,9 +25,12 @@ const std::vector<Layer>& Layers() {
   static const Folders kImaging = {"base", "controls", "host", "imaging"};
   static const Folders kTools = {"base", "controls", "host", "imaging", "formats/tools"};
   static const Folders kJob = {"base", "controls", "host", "imaging", "formats/tools", "job"};
-  static const Folders kPrograms = {"base", "controls", "host", "imaging", "formats/tools", "job", "host/posix"};
-  static const Folders kApp = {"base", "controls",   "host",  "imaging", "formats/tools",
-                               "job",  "host/posix", "batch", "ui"};
+  static const Folders kUpper = {"base", "controls", "host", "imaging", "formats/tools", "job"};
+  static const Folders kSuite = {"base", "controls", "host", "imaging", "formats/tools", "job", "regions"};
+  static const Folders kPrograms = {"base", "controls", "host",  "imaging",   "formats/tools",
+                                    "job",  "regions",  "suite", "host/posix"};
+  static const Folders kApp = {"base",  "controls",   "host",  "imaging", "formats/tools", "job", "regions",
+                               "suite", "host/posix", "batch", "ui"};
   static const std::vector<Layer> kLayers = {
       {"base", {}},
       {"controls", kBase},
@@ -37,6 +40,8 @@ const std::vector<Layer>& Layers() {
       {"imaging", kHost},
       {"formats/tools", kImaging},
       {"job", kTools},
+      {"regions", kUpper},
+      {"suite", kSuite},
       {"batch", kPrograms},
       {"ui", kPrograms},
       {"helpers", kPrograms},

@@ -41,6 +41,9 @@ TEST(Rules, LayersPointOneWay) {
                                  Includes("src/formats/tools/a.cpp", "job/form1.h"),
                                  Includes("src/job/a.cpp", "host/posix/posix_disk.h"),
                                  Includes("src/job/a.cpp", "batch/steps.h"),
+                                 Includes("src/job/a.cpp", "regions/regions.h"),
+                                 Includes("src/regions/a.cpp", "suite/suite.h"),
+                                 Includes("src/regions/a.cpp", "host/posix/posix_disk.h"),
                                  Includes("src/batch/a.cpp", "ui/text.h"),
                                  Includes("src/ui/a.cpp", "batch/steps.h"),
                                  Includes("src/ui/a.cpp", "app/main.h"),
@@ -58,6 +61,9 @@ TEST(Rules, LayersPointOneWay) {
                                 Includes("src/job/a.cpp", "imaging/services.h"),
                                 Includes("src/ui/bind/a.cpp", "job/form1.h"),
                                 Includes("src/ui/a.cpp", "host/posix/posix_disk.h"),
+                                Includes("src/ui/a.cpp", "regions/fmultcut.h"),
+                                Includes("src/suite/a.h", "regions/regions.h"),
+                                Includes("src/batch/a.cpp", "suite/suite.h"),
                                 Includes("src/app/a.cpp", "ui/main/start.h"),
                                 Includes("tests/job/a.cpp", "host/testing/test_host.h"),
                             });
@@ -97,6 +103,9 @@ TEST(Rules, TheRealWorldIsWiredUpInSourcesAndDoublesServeTests) {
                              });
   ExpectPassed(CheckWiring, {
                                 Includes("src/ui/a.cpp", "host/posix/posix_disk.h"),
+                                Includes("src/ui/a.cpp", "regions/fmultcut.h"),
+                                Includes("src/suite/a.h", "regions/regions.h"),
+                                Includes("src/batch/a.cpp", "suite/suite.h"),
                                 Includes("src/host/posix/a.h", "host/posix/posix_disk.h"),
                                 Includes("src/host/testing/a.h", "host/testing/fake.h"),
                                 Includes("tests/job/a.cpp", "host/testing/test_host.h"),

@@ -1,0 +1,214 @@
+// SPDX-FileCopyrightText: 2026 The Quillon developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "regions/multi_cut.h"
+
+#include <algorithm>
+
+#include "base/path_text.h"
+#include "base/utf8.h"
+#include "job/cut_options.h"
+#include "job/file_intake.h"
+#include "job/file_walk.h"
+#include "regions/windows_off.h"
+
+namespace quillon::regions {
+namespace {
+
+using job::Result;
+
+constexpr const char* kFolderQuestion = "为每一张底图新建以底图文件名的新建文件夹并将裁剪的小图存入该文件夹中？";
+constexpr const char* kDone = "处理完毕！要打开输出目录吗？";
+constexpr int kYesNoQuestion = 36;
+
+std::string SizeText(base::Size size) { return std::to_string(size.width) + "x" + std::to_string(size.height); }
+
+std::string EmptyBoxText(const base::Rect& box) {
+  return "区域的宽或高小于 1 像素（" + std::to_string(box.width) + "x" + std::to_string(box.height) + "）";
+}
+
+// A doubled separator inside a path counts as one.
+std::string WithoutDoubledSeparators(std::string path) {
+  for (std::size_t at = path.find("//"); at != std::string::npos; at = path.find("//", at)) path.erase(at, 1);
+  return path;
+}
+
+std::size_t PlannedFor(const job::Program& program, std::size_t regions) {
+  return program.flags.LargeCapacityMode ? 0 : program.files.RowCount() * regions;
+}
+
+}  // namespace
+
+MultiCut::MultiCut(job::Program& program, const RegionEditor& editor)
+    : program_(program),
+      regions_(editor.List().All()),
+      unit_(editor.GetUnit()),
+      ledger_(program, PlannedFor(program, regions_.size())) {}
+
+bool MultiCut::Ready() {
+  job::FileIntake& intake = program_.Intake();
+  if (program_.flags.LargeCapacityMode) {
+    if (!intake.InputDirExists()) {
+      intake.WarnInputDir();
+      intake.ChooseInputDir();
+    }
+    if (!intake.InputDirExists()) return false;
+  } else if (program_.files.RowCount() == 0) {
+    program_.Ask("请先添加文件列表！");
+    intake.AddFiles();
+    if (program_.files.RowCount() == 0) return false;
+  }
+  if (!intake.OutDirExists()) {
+    intake.WarnOutDir();
+    intake.ChooseOutDir();
+  }
+  return intake.OutDirExists();
+}
+
+void MultiCut::Run() {
+  job::Form1& form = program_.form1;
+  form.BeginRun();
+  form.MSF.SetEnabled(false);
+  {
+    const WindowsOff windows(program_);
+    if (job::Selected<job::OutType>(form.CmbOutType) == job::OutType::Pdf) {
+      job::Select(form.CmbOutType, job::OutType::Jpg);
+    }
+    const job::CutOptions options = job::ReadCutOptions(program_);
+    extension_ = "." + imaging::CasedExtension(options.outType, options.extensionCase);
+    perImageFolder_ = program_.Ask(kFolderQuestion, kYesNoQuestion) == host::Reply::Yes;
+    if (program_.observer) program_.observer->RunStarted(ledger_.Totals().planned);
+    const double start = program_.host.clock.Seconds();
+    if (program_.flags.LargeCapacityMode) {
+      CutFolder();
+    } else {
+      CutRows();
+    }
+    ledger_.Settle();
+    ledger_.NoteEnd(program_.host.clock.Seconds() - start, program_.flags.StopRequested);
+  }
+  form.EndRun();
+  form.MSF.SetEnabled(true);
+  form.MSF.Select(program_.files.RowCount() > 0 ? 1 : 0);
+  form.LStatus.SetText(program_.files.StatusText());
+  TellEnd();
+  if (program_.observer) program_.observer->RunEnded(ledger_.Totals());
+}
+
+void MultiCut::CutRows() {
+  const std::size_t images = program_.files.RowCount();
+  for (std::size_t i = 1; i <= images; ++i) {
+    const job::FileRow& row = program_.files.Row(i - 1);
+    Source source{i, row.Path(), {row.width, row.height}, {}};
+    source.progress = " 之" + std::to_string(i) + "/" + std::to_string(images);
+    if (!program_.flags.StopRequested) program_.host.pump.Turn();
+    if (program_.flags.StopRequested) {
+      TellAll(source, Result::Skipped, "已停止，未处理");
+      continue;
+    }
+    program_.form1.MSF.Select(i);
+    CutSource(source);
+  }
+}
+
+void MultiCut::CutFolder() {
+  const bool below = program_.form1.ChSubFold.On();
+  job::FileWalk walk(program_, below ? job::Subfolders::Yes : job::Subfolders::No,
+                     [this](const std::string& name) { return program_.Intake().Accepts(name); });
+  std::size_t done = 0;
+  walk.Run({program_.form1.LInDir.Value()}, [&](const std::string& path) {
+    LargeMulCut(path, std::to_string(++done));
+    return !program_.flags.StopRequested;
+  });
+}
+
+void MultiCut::LargeMulCut(const std::string& path, const std::string& text) {
+  imaging::ImageFacts facts;
+  if (!program_.images.ImageInfo(path, facts)) facts = {};
+  ledger_.Plan(regions_.size());
+  CutSource({0, path, {facts.width, facts.height}, "，已处理" + text});
+}
+
+std::string MultiCut::Refusal(const Source& source) {
+  if (!program_.host.files.IsFile(source.path)) return "找不到这个文件";
+  imaging::ImageFacts facts;
+  if (const host::Status read = program_.images.ImageInfo(source.path, facts); !read) return read.Why();
+  const base::Size now{facts.width, facts.height};
+  if (now == source.size) return {};
+  return "图片已被换成另一张（列表中 " + SizeText(source.size) + "，现在 " + SizeText(now) + "），请重新添加";
+}
+
+std::string MultiCut::OutputFolder(const std::string& baseName) {
+  const std::string top = program_.form1.LOutDir.Value();
+  return perImageFolder_ ? base::JoinPath(top, baseName) : top;
+}
+
+void MultiCut::CutSource(const Source& source) {
+  const std::string name = base::SplitPath(source.path).name;
+  const std::string folder = OutputFolder(name);
+  std::string refusal = Refusal(source);
+  if (const host::Status made = program_.host.files.MakeFolders(folder); refusal.empty() && !made) {
+    refusal = "无法创建输出文件夹：" + made.Why();
+  }
+  if (!refusal.empty()) {
+    TellAll(source, Result::None, refusal);
+    return;
+  }
+  std::vector<RegionCut> cuts;
+  for (std::size_t j = 0; j < regions_.size(); ++j) {
+    const std::string file = name + "_裁剪区域" + std::to_string(j + 1) + extension_;
+    cuts.push_back({BoxOf(regions_[j], unit_, source.size), base::JoinPath(folder, file)});
+  }
+  CutAll(source, cuts);
+}
+
+void MultiCut::CutAll(const Source& source, const std::vector<RegionCut>& cuts) {
+  const std::string normal = program_.files.StatusText();
+  const auto whole = std::count_if(cuts.begin(), cuts.end(), [](const RegionCut& cut) { return !cut.box.Empty(); });
+  RegionSource picture(program_.images, source.path,
+                       whole > 1 ? RegionSource::Decode::Once : RegionSource::Decode::ForEach);
+  std::string whys;
+  for (std::size_t j = 0; j < cuts.size(); ++j) {
+    program_.host.pump.Turn();
+    if (program_.flags.StopRequested) {
+      Tell(source, "", Result::Skipped, "已停止，未处理");
+      continue;
+    }
+    const std::string number = std::to_string(j + 1);
+    program_.form1.LStatus.SetText(normal + "  正在裁剪" + number + "/" + std::to_string(cuts.size()) +
+                                   source.progress);
+    const std::string why = CutRegion(picture, source, cuts[j]);
+    Tell(source, cuts[j].output, why.empty() ? Result::Written : Result::None, why);
+    if (!why.empty()) whys += (whys.empty() ? "" : "；") + ("区域" + number + "：" + why);
+  }
+  MarkRow(source, whys);
+}
+
+std::string MultiCut::CutRegion(RegionSource& picture, const Source& source, const RegionCut& cut) {
+  if (cut.box.Empty()) return EmptyBoxText(cut.box);
+  // Nobody meant another listed picture to be written over.
+  if (ledger_.IsOtherSource(cut.output, source.path)) {
+    return "会覆盖另一个文件 " + base::DisplayText(cut.output) + "，已跳过";
+  }
+  const host::Status status = picture.Cut(cut, program_.form1.TQuality.Integer());
+  return status ? std::string() : status.Why();
+}
+
+void MultiCut::Tell(const Source& source, const std::string& output, Result result, const std::string& why) {
+  ledger_.Add({source.row, source.path, result == Result::Written ? output : "", result, why});
+}
+
+void MultiCut::TellAll(const Source& source, Result result, const std::string& why) {
+  for (std::size_t j = 0; j < regions_.size(); ++j) Tell(source, "", result, why);
+}
+
+// One region without output is what the row tells, however many were written behind it.
+void MultiCut::MarkRow(const Source& source, const std::string& why) {
+  if (source.row > 0 && !why.empty()) program_.files.SetResult(source.row - 1, Result::None, why, 0);
+}
+
+void MultiCut::TellEnd() {
+  if (program_.Ask(kDone, kYesNoQuestion) != host::Reply::Yes) return;
+  program_.host.shell.OpenFolder(WithoutDoubledSeparators(program_.form1.LOutDir.Value()));
+}
+
+}  // namespace quillon::regions

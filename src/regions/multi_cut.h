@@ -1,0 +1,56 @@
+// SPDX-FileCopyrightText: 2026 The Quillon developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "job/cut_ledger.h"
+#include "job/program.h"
+#include "regions/region_editor.h"
+#include "regions/region_source.h"
+
+namespace quillon::regions {
+
+// One run that cuts all regions out of every picture: of the list, or in large-capacity mode of the input folder.
+class MultiCut {
+ public:
+  MultiCut(job::Program& program, const RegionEditor& editor);
+
+  // Whether there is something to cut and somewhere to put it, asking for what is missing.
+  bool Ready();
+  void Run();
+  // As Run does with one row; the size comes from the file. text is told as what was done so far.
+  void LargeMulCut(const std::string& path, const std::string& text);
+
+ private:
+  struct Source {
+    std::size_t row = 0;
+    std::string path;
+    base::Size size;
+    std::string progress;  // told behind the region's number
+  };
+
+  void CutRows();
+  void CutFolder();
+  void CutSource(const Source& source);
+  void CutAll(const Source& source, const std::vector<RegionCut>& cuts);
+  // Why the region gave no output, "" where it did.
+  std::string CutRegion(RegionSource& picture, const Source& source, const RegionCut& cut);
+  // Why a source cannot be cut at all; "" for one that can.
+  std::string Refusal(const Source& source);
+  std::string OutputFolder(const std::string& baseName);
+  void Tell(const Source& source, const std::string& output, job::Result result, const std::string& why);
+  void TellAll(const Source& source, job::Result result, const std::string& why);
+  void MarkRow(const Source& source, const std::string& why);
+  void TellEnd();
+
+  job::Program& program_;
+  std::vector<Margins> regions_;
+  Unit unit_;
+  std::string extension_;
+  bool perImageFolder_ = false;
+  job::CutLedger ledger_;
+};
+
+}  // namespace quillon::regions

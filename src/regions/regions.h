@@ -1,0 +1,22 @@
+// SPDX-FileCopyrightText: 2026 The Quillon developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "job/program.h"
+#include "regions/fcuttime.h"
+#include "regions/fmultcut.h"
+
+namespace quillon::regions {
+
+// The cuts whose regions the user draws, joined to a program. Lives shorter than that.
+class Regions {
+ public:
+  explicit Regions(job::Program& program);
+  Regions(const Regions&) = delete;
+  Regions& operator=(const Regions&) = delete;
+
+  FMultCut fMultCut;
+  FCutTime fCutTime;
+};
+
+}  // namespace quillon::regions
