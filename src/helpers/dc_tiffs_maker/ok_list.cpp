@@ -1,0 +1,107 @@
+// SPDX-FileCopyrightText: 2026 The Quillon developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "helpers/dc_tiffs_maker/ok_list.h"
+
+#include <algorithm>
+#include <array>
+#include <regex>
+
+#include "base/number_text.h"
+#include "base/path_text.h"
+#include "helpers/orders/order_text.h"
+
+namespace quillon::helpers {
+namespace {
+
+constexpr std::size_t kValues = 27;
+constexpr std::array kQualities{92, 70, 50};
+constexpr int kMostSide = 65500;
+constexpr int kMostDpi = 10000;
+constexpr std::size_t kMostName = 4096;
+
+// Hands out the values in their order.
+class Values {
+ public:
+  explicit Values(const std::vector<std::string>& lines) : lines_(lines) {}
+
+  const std::string& Text() { return lines_[next_++]; }
+  bool Flag() {
+    const std::string text = base::ToLowerAscii(Text());
+    return text == "true" || base::LeadingNumber(text) != 0;
+  }
+  int Number(int least, int most) {
+    return static_cast<int>(std::clamp<double>(base::LeadingNumber(Text()), least, most));
+  }
+
+ private:
+  const std::vector<std::string>& lines_;
+  std::size_t next_ = 0;
+};
+
+void Fill(Values values, OkList& order) {
+  order.application = values.Text();
+  order.target = values.Text();
+  order.compress = values.Flag();
+  order.quality = kQualities[static_cast<std::size_t>(values.Number(0, kQualities.size() - 1))];
+  order.colour = values.Flag();
+  order.grey = values.Flag();
+  order.resize = values.Flag();
+  order.width = values.Number(0, kMostSide);
+  order.height = values.Number(0, kMostSide);
+  order.cut = values.Flag();
+  order.left = values.Number(0, kMostSide);
+  order.right = values.Number(0, kMostSide);
+  order.top = values.Number(0, kMostSide);
+  order.bottom = values.Number(0, kMostSide);
+  order.cutByRule = values.Flag();
+  order.cutRule = values.Text();
+  order.matchCase = values.Flag();
+  order.cutAll = values.Flag();
+  order.headFirst = values.Flag();
+  order.verify = values.Flag();
+  order.headRule = values.Text();
+  order.dpi = values.Number(0, kMostDpi);
+  order.adjust = values.Flag();
+  order.brightness = values.Number(-100, 100);
+  order.contrast = values.Number(-100, 100);
+  order.adjustHeads = values.Flag();
+  order.sharpen = values.Flag();
+}
+
+}  // namespace
+
+host::Status ReadOkList(const host::Files& files, const std::string& path, OkList& order) {
+  std::vector<std::string> lines;
+  if (host::Status read = ReadOrder(files, path, lines); !read) return read;
+  if (lines.size() < kValues) return WrongCall("命令文件不完整");
+  Fill(Values(lines), order);
+  for (std::size_t i = kValues; i < lines.size(); ++i) {
+    if (lines[i].empty()) continue;
+    if (!IsPlainPath(lines[i])) return WrongCall("图片路径无效");
+    order.pictures.push_back(lines[i]);
+  }
+  if (!IsPlainPath(order.target)) return WrongCall("目标路径无效");
+  return order.pictures.empty() ? WrongCall("没有图片") : host::Status::Ok();
+}
+
+bool NameFits(const std::string& picture, const std::string& rule, Letters letters) {
+  const std::string name = base::SplitPath(picture).name;
+  if (rule.empty() || name.size() > kMostName) return false;
+  const auto kind =
+      std::regex::ECMAScript | (letters == Letters::AsTheyAre ? std::regex::flag_type{} : std::regex::icase);
+  try {
+    return std::regex_search(name, std::regex(rule, kind));
+  } catch (const std::regex_error&) {
+    const bool exact = letters == Letters::AsTheyAre;
+    const std::string in = exact ? name : base::ToLowerAscii(name);
+    return in.find(exact ? rule : base::ToLowerAscii(rule)) != std::string::npos;
+  }
+}
+
+void PutHeadsFirst(OkList& order) {
+  std::stable_partition(order.pictures.begin(), order.pictures.end(), [&](const std::string& picture) {
+    return NameFits(picture, order.headRule, Letters::AsTheyAre);
+  });
+}
+
+}  // namespace quillon::helpers

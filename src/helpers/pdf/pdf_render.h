@@ -1,0 +1,31 @@
+// SPDX-FileCopyrightText: 2026 The Quillon developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <memory>
+#include <string>
+
+#include "host/status.h"
+#include "imaging/image.h"
+
+namespace quillon::helpers {
+
+// Draws the pages of a PDF whose password is empty.
+class PdfRenderer {
+ public:
+  PdfRenderer();
+  ~PdfRenderer();
+  PdfRenderer(const PdfRenderer&) = delete;
+  PdfRenderer& operator=(const PdfRenderer&) = delete;
+
+  host::Status Open(const std::string& path);
+  int Pages() const;
+  // A page, counted from 0, on white, as it is seen; the picture tells dpi, the drawing is made at dpi times scale.
+  host::Status Render(int page, double dpi, double scale, imaging::Image& out) const;
+
+ private:
+  struct Parts;
+  std::unique_ptr<Parts> parts_;
+};
+
+}  // namespace quillon::helpers

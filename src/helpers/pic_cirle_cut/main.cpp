@@ -1,0 +1,38 @@
+// SPDX-FileCopyrightText: 2026 The Quillon developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include <array>
+
+#include "base/number_text.h"
+#include "base/path_text.h"
+#include "helpers/frame/helper.h"
+#include "imaging/ellipse.h"
+#include "imaging/services.h"
+
+namespace {
+
+using namespace quillon;
+
+// Source, target and the box of the shape: x, y, width, height in pixels of the source.
+host::Status Work(helpers::Helper& helper) {
+  const std::vector<std::string> fields = helper.Fields();
+  if (fields.size() != 6) return helpers::WrongCall("需要六个字段");
+  std::array<int, 4> box{};
+  for (std::size_t i = 0; i < box.size(); ++i) {
+    const std::optional<int> number = base::ParseInteger(fields[i + 2]);
+    if (!number) return helpers::WrongCall("不是整数：" + fields[i + 2]);
+    box[i] = *number;
+  }
+  if (base::ToLowerAscii(base::SplitPath(fields[1]).extension) != "png") {
+    return helpers::WrongCall("目标文件必须是png");
+  }
+  imaging::Services services(helper.World(), [] {});
+  imaging::Image source;
+  imaging::Image shape;
+  if (host::Status loaded = services.LoadImageFromFile(fields[0], source); !loaded) return loaded;
+  if (host::Status cut = imaging::CutEllipse(source, {box[0], box[1], box[2], box[3]}, {}, shape); !cut) return cut;
+  return services.SaveImageToPngFile(shape, fields[1]);
+}
+
+}  // namespace
+
+int main(int count, char** arguments) { return helpers::RunHelper("PicCirleCut", count, arguments, Work); }

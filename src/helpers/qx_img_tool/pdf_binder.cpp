@@ -1,0 +1,120 @@
+// SPDX-FileCopyrightText: 2026 The Quillon developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include <optional>
+
+#include "helpers/pdf/pdf_writer.h"
+#include "helpers/qx_img_tool/sheet_binder.h"
+#include "helpers/qx_img_tool/sheet_header.h"
+#include "imaging/press_colours.h"
+
+namespace quillon::helpers {
+namespace {
+
+constexpr double kPointsPerInch = 72;
+constexpr int kDefaultDpi = 300;
+constexpr int kQuality = 98;
+constexpr std::uint64_t kMostBytes = std::uint64_t{1} << 30;
+constexpr unsigned char kHalf = 128;
+
+Stencil StencilOf(const imaging::TextMask& mask) {
+  const auto width = static_cast<std::size_t>(mask.size.width);
+  const std::size_t rowBytes = (width + 7) / 8;
+  Stencil stencil{mask.size.width, mask.size.height,
+                  std::string(rowBytes * static_cast<std::size_t>(mask.size.height), '\0')};
+  for (std::size_t i = 0; i < mask.cover.size(); ++i) {
+    if (mask.cover[i] < kHalf) continue;
+    char& byte = stencil.rows[i / width * rowBytes + i % width / 8];
+    byte = static_cast<char>(byte | (0x80 >> (i % width % 8)));
+  }
+  return stencil;
+}
+
+class PdfBinder final : public SheetBinder {
+ public:
+  PdfBinder(Helper& helper, const BindOptions& options, host::Draft& draft)
+      : helper_(helper), options_(options), writer_(draft) {}
+
+  host::Status Add(const std::string& sheet) override {
+    Shown front;
+    if (host::Status taken = Take(sheet, front); !taken) return taken;
+    if (!options_.back.empty() && !back_) {
+      Shown back;
+      if (host::Status taken = Take(options_.back, back); !taken) return taken;
+      back_ = back;
+    }
+    if (host::Status added = AddPage(front, options_.header); !added) return added;
+    ++sheets_;
+    return back_ ? AddPage(*back_, "") : host::Status::Ok();
+  }
+
+  int Sheets() const override { return sheets_; }
+  host::Status Finish() override { return writer_.Finish(); }
+
+ private:
+  // A picture in the file.
+  struct Shown {
+    int number = 0;
+    JpegFacts facts;
+  };
+
+  // Brings a picture in, as it is where it can stay so.
+  host::Status Take(const std::string& path, Shown& shown) {
+    std::string bytes;
+    if (host::Status read = helper_.Files().ReadFile(path, bytes, kMostBytes); !read) return read;
+    const host::Status known = ReadJpegFacts(bytes, shown.facts);
+    const bool jpeg = bytes.starts_with("\xFF\xD8\xFF");
+    // A damaged JPEG must not pass for a sheet of another kind.
+    if (!known && jpeg && known.GetProblem() == host::Problem::Damaged) return known;
+    if (!known || (options_.cmyk && shown.facts.components != 4)) {
+      if (host::Status made = MakeJpeg(path, bytes); !made) return made;
+      if (host::Status read = ReadJpegFacts(bytes, shown.facts); !read) return read;
+    }
+    return writer_.AddJpeg(bytes, shown.facts, shown.number);
+  }
+
+  host::Status MakeJpeg(const std::string& path, std::string& bytes) {
+    imaging::Services services(helper_.World(), [] {});
+    imaging::Image image;
+    if (host::Status loaded = services.LoadImageFromFile(path, image); !loaded) return loaded;
+    if (options_.cmyk) {
+      std::string profile;
+      static_cast<void>(helper_.Files().ReadFile(helper_.AppPath("ColorConfigs/Default.icm"), profile, kMostBytes));
+      if (host::Status converted = imaging::ConvertToCmyk(image, profile); !converted) return converted;
+    }
+    const std::string aside = helper_.AppPath("QxImgTool.jpg");
+    host::Status status = services.SaveImageToJpgFile(image, aside, kQuality, imaging::Exif::Drop);
+    if (status) status = helper_.Files().ReadFile(aside, bytes, kMostBytes);
+    const host::Status removed = helper_.Files().RemoveOwn(aside);
+    return status ? removed : status;
+  }
+
+  host::Status AddPage(const Shown& shown, const std::string& text) {
+    const int told = shown.facts.dpi > 0 ? shown.facts.dpi : kDefaultDpi;
+    const double scale = kPointsPerInch / (options_.dpi > 0 ? options_.dpi : told);
+    PdfWriter::Page page{
+        .picture = shown.number, .width = shown.facts.width * scale, .height = shown.facts.height * scale};
+    SheetHeader header;
+    if (!text.empty() && DrawHeader(text, {shown.facts.width, shown.facts.height}, header)) {
+      if (host::Status added = writer_.AddStencil(StencilOf(header.text), page.stencil); !added) return added;
+      page.left = header.place.left * scale;
+      page.bottom = page.height - (header.place.top + header.place.height) * scale;
+      page.stencilWidth = header.place.width * scale;
+      page.stencilHeight = header.place.height * scale;
+    }
+    return writer_.AddPage(page);
+  }
+
+  Helper& helper_;
+  BindOptions options_;
+  PdfWriter writer_;
+  std::optional<Shown> back_;
+  int sheets_ = 0;
+};
+
+}  // namespace
+
+std::unique_ptr<SheetBinder> MakePdfBinder(Helper& helper, const BindOptions& options, host::Draft& draft) {
+  return std::make_unique<PdfBinder>(helper, options, draft);
+}
+
+}  // namespace quillon::helpers

@@ -1,0 +1,67 @@
+// SPDX-FileCopyrightText: 2026 The Quillon developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "helpers/qx_img_tool/sheet_binder.h"
+#include "helpers/qx_img_tool/sheet_header.h"
+#include "imaging/press_colours.h"
+#include "imaging/tiff_pages.h"
+
+namespace quillon::helpers {
+namespace {
+
+// Sheets come as long as the program makes some: room is left for that many.
+constexpr int kExpectedPages = 64;
+constexpr base::Colour kRed{0x0000FF};
+constexpr std::uint64_t kMostProfileBytes = 64 << 20;
+
+class TiffBinder final : public SheetBinder {
+ public:
+  TiffBinder(Helper& helper, const BindOptions& options, host::Draft& draft)
+      : helper_(helper), options_(options), tiff_(draft, kExpectedPages), services_(helper.World(), [] {}) {}
+
+  host::Status Add(const std::string& sheet) override {
+    if (host::Status added = AddPage(sheet, options_.header); !added) return added;
+    ++sheets_;
+    return options_.back.empty() ? host::Status::Ok() : AddPage(options_.back, "");
+  }
+
+  int Sheets() const override { return sheets_; }
+  host::Status Finish() override { return tiff_.Finish(); }
+
+ private:
+  host::Status AddPage(const std::string& path, const std::string& text) {
+    imaging::Image image;
+    if (host::Status loaded = services_.LoadImageFromFile(path, image); !loaded) return loaded;
+    if (!text.empty()) {
+      if (host::Status drawn = Mark(image, text); !drawn) return drawn;
+    }
+    if (options_.cmyk) {
+      std::string profile;
+      static_cast<void>(
+          helper_.Files().ReadFile(helper_.AppPath("ColorConfigs/Default.icm"), profile, kMostProfileBytes));
+      if (host::Status converted = imaging::ConvertToCmyk(image, profile); !converted) return converted;
+    }
+    return tiff_.Add(image, {.dpi = options_.dpi});
+  }
+
+  host::Status Mark(imaging::Image& image, const std::string& text) {
+    SheetHeader header;
+    imaging::Image line;
+    const base::Size size{services_.GetImageWidth(image), services_.GetImageHeight(image)};
+    if (!DrawHeader(text, size, header) || !imaging::ImageOfMask(header.text, kRed, line)) return host::Status::Ok();
+    return services_.DrawImage(image, line, header.place);
+  }
+
+  Helper& helper_;
+  BindOptions options_;
+  imaging::TiffPages tiff_;
+  imaging::Services services_;
+  int sheets_ = 0;
+};
+
+}  // namespace
+
+std::unique_ptr<SheetBinder> MakeTiffBinder(Helper& helper, const BindOptions& options, host::Draft& draft) {
+  return std::make_unique<TiffBinder>(helper, options, draft);
+}
+
+}  // namespace quillon::helpers

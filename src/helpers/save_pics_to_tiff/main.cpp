@@ -1,0 +1,9 @@
+// SPDX-FileCopyrightText: 2026 The Quillon developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "helpers/save_pics_to_tiff/tiff_order.h"
+
+// Carries out the order in "Ops.txt" of the program folder. Without one there is nothing to do: the program starts it
+// so to see whether it can be started.
+int main(int count, char** arguments) {
+  return quillon::helpers::RunHelper("SavePicsToTiff", count, arguments, quillon::helpers::RunTiffOrder);
+}

@@ -1,0 +1,56 @@
+// SPDX-FileCopyrightText: 2026 The Quillon developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "helpers/save_pics_to_tiff/tiff_order.h"
+
+#include "helpers/orders/order_text.h"
+#include "imaging/tiff_pages.h"
+
+namespace quillon::helpers {
+namespace {
+
+using imaging::TiffCompression;
+
+constexpr const char* kOrderFile = "Ops.txt";
+
+host::Status CountPages(Helper& helper, const std::string& target) {
+  int pages = 0;
+  const host::Status counted = imaging::CountTiffPages(helper.Files(), target, pages);
+  const host::Status saved =
+      helper.Files().Save(helper.AppPath(kOrderFile), EncodeOrder(std::to_string(pages) + "\r\n"));
+  return saved ? counted : saved;
+}
+
+host::Status SaveNew(Helper& helper, const std::string& target, const std::vector<std::string>& pictures) {
+  host::Files& files = helper.Files();
+  const std::string taken = helper.AppPath("Tmp/");
+  return files.Save(target, [&](host::Draft& draft) {
+    imaging::TiffPages tiff(draft, static_cast<int>(pictures.size()));
+    host::Status first;
+    for (const std::string& picture : pictures) {
+      const auto compression = picture.starts_with(taken) ? TiffCompression::Lzw : TiffCompression::Group4;
+      const host::Status added = IsPlainPath(picture) ? tiff.AddFile(files, picture, {.compression = compression})
+                                                      : host::Status{host::Problem::Denied, "图片路径无效"};
+      if (added.DiskFull()) return added;
+      if (first) first = added;
+    }
+    if (!first && (tiff.Count() == 0 || files.Look(target))) return first;
+    return tiff.Finish();
+  });
+}
+
+}  // namespace
+
+host::Status RunTiffOrder(Helper& helper) {
+  const std::string path = helper.AppPath(kOrderFile);
+  if (!helper.Files().Look(path)) return host::Status::Ok();
+  std::vector<std::string> lines;
+  if (host::Status read = ReadOrder(helper.Files(), path, lines); !read) return read;
+  if (lines.size() < 2) return WrongCall("命令文件不完整");
+  const std::string target = lines[0];
+  if (!IsPlainPath(target)) return WrongCall("目标路径无效");
+  if (lines[1] == "1") return CountPages(helper, target);
+  if (lines[1] == "SaveNew") return SaveNew(helper, target, {lines.begin() + 2, lines.end()});
+  return WrongCall("未知的操作 " + lines[1]);
+}
+
+}  // namespace quillon::helpers
