@@ -11,6 +11,8 @@
 #include "imaging/colours.h"
 #include "imaging/limit_checks.h"
 #include "imaging/picture.h"
+#include "imaging/tiff_exif.h"
+#include "imaging/whole_file.h"
 
 namespace quillon::imaging {
 namespace {
@@ -99,6 +101,7 @@ class LibraryRows : public RowStream {
   LibraryRows(const VImage& loaded, const VImage& pixels) : pixels_(pixels), facts_(FactsOf(loaded, pixels)) {}
 
   const RowFacts& Facts() const override { return facts_; }
+  void SetExif(std::string block) { facts_.exif = std::move(block); }
 
   Status ReadRow(unsigned char* out) override {
     const std::size_t size = static_cast<std::size_t>(facts_.size.width) * static_cast<unsigned>(facts_.PixelBytes());
@@ -132,9 +135,12 @@ class LibraryRows : public RowStream {
 
 Status OpenLibraryRows(Format format, std::shared_ptr<Bytes> bytes, const Limits& limits,
                        std::shared_ptr<RowStream>& out, int page) {
-  const VImage loaded = LoadThroughLibrary(format, std::move(bytes), page);
+  const VImage loaded = LoadThroughLibrary(format, bytes, page);
   if (!WithinLimits(loaded.width(), loaded.height(), limits)) return fault::SidesTooLarge();
-  out = std::make_shared<LibraryRows>(loaded, StandardPixels(loaded));
+  if (!ReachesItsEnd(format, *bytes)) return fault::DamagedPicture();
+  auto rows = std::make_shared<LibraryRows>(loaded, StandardPixels(loaded));
+  if (format == Format::Tiff && page == 0) rows->SetExif(ExifOfTiff(*bytes));
+  out = std::move(rows);
   return Status::Ok();
 }
 

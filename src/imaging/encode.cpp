@@ -11,6 +11,7 @@
 #include "imaging/draft_target.h"
 #include "imaging/jpeg_exif.h"
 #include "imaging/limit_checks.h"
+#include "imaging/tiff_exif.h"
 
 namespace quillon::imaging {
 namespace {
@@ -93,7 +94,7 @@ Status WriteGif(const Picture& shown, host::Draft& draft) {
   return SaveThroughLibrary(draft, [&](const vips::VTarget& target) { pixels.gifsave_target(target); });
 }
 
-Status WriteTiff(const Picture& picture, bool blackWhite, host::Draft& draft) {
+Status WriteTiff(const Picture& picture, bool blackWhite, Exif exif, host::Draft& draft) {
   const int dpi = picture.tags.dpi > 0 ? picture.tags.dpi : kUntoldTiffDpi;
   Picture written = picture;
   if (blackWhite) {
@@ -112,7 +113,10 @@ Status WriteTiff(const Picture& picture, bool blackWhite, host::Draft& draft) {
     options->set("compression", VIPS_FOREIGN_TIFF_COMPRESSION_LZW)
         ->set("predictor", VIPS_FOREIGN_TIFF_PREDICTOR_HORIZONTAL);
   }
-  return SaveThroughLibrary(draft, [&](const vips::VTarget& target) { image.tiffsave_target(target, options); });
+  Status status =
+      SaveThroughLibrary(draft, [&](const vips::VTarget& target) { image.tiffsave_target(target, options); });
+  if (!status || exif == Exif::Drop) return status;
+  return AddExifToTiff(CutExif(picture.tags.exif, {image.width(), image.height()}, dpi), draft);
 }
 
 Status Write(const Picture& picture, const EncodeOptions& options, host::Draft& draft) {
@@ -129,7 +133,7 @@ Status Write(const Picture& picture, const EncodeOptions& options, host::Draft& 
       ready.pixels = EightBit(ready.pixels);
       return WriteGif(ready, draft);
     case Encoder::Tiff:
-      return WriteTiff(picture, options.blackWhite, draft);
+      return WriteTiff(picture, options.blackWhite, options.exif, draft);
     case Encoder::Bmp:
       // Grey is written as RGB, whose profile would be another.
       if (inks || IsGrey(picture.pixels)) ready = Displayed(picture);

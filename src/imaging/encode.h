@@ -12,7 +12,7 @@ struct EncodeOptions {
   Encoder encoder = Encoder::Jpeg;
   int quality = 80;         // jpeg, 0..100; outside: clamped
   bool blackWhite = false;  // tiff: CCITT group 4
-  Exif exif = Exif::Drop;   // jpeg and png; the orientation is kept either way
+  Exif exif = Exif::Drop;   // jpeg, png and tiff; the orientation is kept either way
 };
 
 // Writes picture into draft and checks what was written.

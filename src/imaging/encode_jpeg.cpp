@@ -16,7 +16,8 @@ namespace {
 constexpr int kWholeChroma = 90;
 constexpr int kLargestSide = 65500;
 constexpr int kLargestDensity = 65535;
-constexpr std::size_t kSegment = 65519;  // bytes of a profile in one segment
+constexpr std::size_t kSegment = 65519;      // bytes of a profile in one segment
+constexpr std::size_t kLargestExif = 65527;  // of the only segment that it may have
 
 // Everything that a jump out of libjpeg could leave behind is a member.
 class JpegWriter {
@@ -72,7 +73,7 @@ class JpegWriter {
     const PictureTags& tags = picture.tags;
     std::string block;
     if (exif == Exif::Keep) block = CutExif(tags.exif, {picture.pixels.width(), picture.pixels.height()}, tags.dpi);
-    if (block.empty()) block = MinimalExif(tags.orientation, 0);
+    if (block.empty() || block.size() > kLargestExif) block = MinimalExif(tags.orientation, 0);
     if (!block.empty()) markers_.push_back({JPEG_APP0 + 1, std::string("Exif\0\0", 6) + block});
     const std::size_t count = (tags.profile.size() + kSegment - 1) / kSegment;
     if (count > 255) return;

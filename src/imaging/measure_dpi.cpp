@@ -5,9 +5,13 @@
 #include <cmath>
 #include <cstdint>
 #include <fstream>
+#include <memory>
+#include <optional>
 #include <string_view>
 
+#include "imaging/bytes.h"
 #include "imaging/jpeg_head.h"
+#include "imaging/tiff_tags.h"
 
 namespace quillon::imaging {
 namespace {
@@ -94,30 +98,20 @@ int BmpDpi(Reader& reader) {
   return Rounded(static_cast<double>(reader.Number(38, 4)) * kMetresPerInch);
 }
 
-// First directory. BigTIFF has wider counts and offsets.
-int TiffDpi(Reader& reader, bool bigEndian) {
-  constexpr std::uint64_t kXResolution = 282;
-  constexpr std::uint64_t kResolutionUnit = 296;
-  constexpr std::uint64_t kEntriesMax = 4096;
-  reader.SetBigEndian(bigEndian);
-  const bool wide = reader.Number(2, 2) == 43;
-  const int offsetSize = wide ? 8 : 4;
-  const int countSize = wide ? 8 : 2;
-  const std::uint64_t entrySize = wide ? 20 : 12;
-  const std::uint64_t directory = reader.Number(wide ? 8 : 4, offsetSize);
-  const std::uint64_t count = reader.Number(directory, countSize);
+// Of the first directory.
+int TiffDpi(const std::string& path) {
+  constexpr std::uint32_t kXResolution = 282;
+  constexpr std::uint32_t kResolutionUnit = 296;
+  std::shared_ptr<FileBytes> bytes;
+  if (!FileBytes::Open(path, bytes)) return 0;
+  const std::optional<TiffTags> tags = TiffTags::Open(*bytes);
+  const auto directory = tags ? tags->Directory(tags->First()) : std::nullopt;
+  if (!directory) return 0;
   double resolution = 0;
   std::uint64_t unit = 2;
-  for (std::uint64_t i = 0; i < count && i < kEntriesMax && reader.Good(); ++i) {
-    const std::uint64_t entry = directory + static_cast<std::uint64_t>(countSize) + i * entrySize;
-    const std::uint64_t value = entry + (wide ? 12 : 8);
-    const std::uint64_t tag = reader.Number(entry, 2);
-    if (tag == kResolutionUnit) unit = reader.Number(value, 2);
-    if (tag != kXResolution) continue;
-    // Eight bytes stand in the entry itself where it has room for them.
-    const std::uint64_t at = wide ? value : reader.Number(value, 4);
-    const double divisor = static_cast<double>(reader.Number(at + 4, 4));
-    if (divisor > 0) resolution = static_cast<double>(reader.Number(at, 4)) / divisor;
+  for (const TiffEntry& entry : *directory) {
+    if (entry.tag == kResolutionUnit) unit = tags->Integer(entry).value_or(2);
+    if (entry.tag == kXResolution) resolution = tags->Rational(entry).value_or(0);
   }
   if (unit == 3) return Rounded(resolution * kCentimetresPerInch);
   return unit == 2 ? Rounded(resolution) : 0;
@@ -133,8 +127,9 @@ int ReadDpi(const std::string& path) {
   if (view.starts_with("\xFF\xD8\xFF"sv)) return JpegDpi(reader);
   if (view.starts_with("\x89PNG\r\n\x1A\n"sv)) return PngDpi(reader);
   if (view.starts_with("BM"sv)) return BmpDpi(reader);
-  if (view.starts_with("II*\0"sv) || view.starts_with("II+\0"sv)) return TiffDpi(reader, false);
-  if (view.starts_with("MM\0*"sv) || view.starts_with("MM\0+"sv)) return TiffDpi(reader, true);
+  for (const std::string_view head : {"II*\0"sv, "MM\0*"sv, "II+\0"sv, "MM\0+"sv}) {
+    if (view.starts_with(head)) return TiffDpi(path);
+  }
   return 0;
 }
 
