@@ -10,6 +10,8 @@
 #include <system_error>
 #include <thread>
 
+#include "imaging/unchanged.h"
+
 namespace quillon::imaging {
 namespace {
 
@@ -18,10 +20,6 @@ using host::Problem;
 
 constexpr auto kPumpInterval = std::chrono::milliseconds(4);
 constexpr std::size_t kSearchedMeasures = 64;  // at the front of the plan, where the caller is
-
-bool Unchanged(const FileFacts& a, const FileFacts& b) {
-  return a.kind == b.kind && a.size == b.size && a.modified == b.modified && a.device == b.device && a.inode == b.inode;
-}
 
 enum class State { Waiting, Running, Done, Failed };
 

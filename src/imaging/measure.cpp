@@ -11,6 +11,7 @@
 
 #include "imaging/measure_dpi.h"
 #include "imaging/measure_probe.h"
+#include "imaging/unchanged.h"
 
 namespace quillon::imaging {
 namespace {
@@ -24,21 +25,18 @@ constexpr int kNotAsked = -1;
 struct Answer {
   std::uint64_t size = 0;
   std::int64_t modified = 0;
+  std::int64_t changed = 0;
   std::uint64_t inode = 0;
   int width = 0;
   int height = 0;
   int dpi = kNotAsked;
 
   bool IsFor(const FileFacts& file) const {
-    return size == file.size && modified == file.modified && inode == file.inode;
+    return size == file.size && modified == file.modified && changed == file.changed && inode == file.inode;
   }
 };
 
-bool SameFile(const FileFacts& a, const FileFacts& b) {
-  return a.kind == b.kind && a.size == b.size && a.modified == b.modified && a.device == b.device && a.inode == b.inode;
-}
-
-// Answers by path. Of the path only a hash is kept; size, time and inode have to agree as well. When the younger half
+// Answers by path. Of the path only a hash is kept; size, times and inode have to agree as well. When the younger half
 // is full the older one is dropped.
 class Memory {
  public:
@@ -103,14 +101,14 @@ class Turnstile {
 
 struct Measurer::Parts {
   host::Files& files;
-  Loader psdLoader;
+  Loader loader;
   Memory memory;
   // MediaInfo takes locks of its own thousands of times a file: two at once are slower than one after the other. A
   // plain mutex would let the thread that measures ahead take it again and again before the caller.
   Turnstile turnstile;
   std::optional<MeasureProbe> probe;  // from the first measurement on
 
-  Parts(host::Files& f, Loader loader) : files(f), psdLoader(std::move(loader)) {}
+  Parts(host::Files& f, Loader byOpening) : files(f), loader(std::move(byOpening)) {}
 
   Status MeasureFile(const std::string& path, Answer& answer) {
     if (path.find(".psd") != std::string::npos) return MeasureByLoading(path, answer);
@@ -121,6 +119,8 @@ struct Measurer::Parts {
       if (!probe) probe.emplace();
       status = probe->Measure(path, size);
     }
+    // It knows no pictures of a few pixels, and not every kind of file that is read here.
+    if (status.GetProblem() == Problem::Unsupported) return MeasureByLoading(path, answer);
     answer.width = size.width;
     answer.height = size.height;
     return status;
@@ -128,7 +128,7 @@ struct Measurer::Parts {
 
   Status MeasureByLoading(const std::string& path, Answer& answer) {
     ImageFacts facts;
-    const Status status = psdLoader(path, facts);
+    const Status status = loader(path, facts);
     answer.width = facts.width;
     answer.height = facts.height;
     answer.dpi = facts.dpi;
@@ -136,8 +136,7 @@ struct Measurer::Parts {
   }
 };
 
-Measurer::Measurer(host::Files& files, Loader psdLoader)
-    : parts_(std::make_unique<Parts>(files, std::move(psdLoader))) {}
+Measurer::Measurer(host::Files& files, Loader loader) : parts_(std::make_unique<Parts>(files, std::move(loader))) {}
 
 Measurer::~Measurer() = default;
 
@@ -147,7 +146,8 @@ Status Measurer::Measure(const std::string& path, ImageFacts& facts) {
   if (file->kind != FileKind::File) return {Problem::Unsupported, "不是图片文件"};
 
   const std::optional<Answer> known = parts_->memory.Find(path, *file);
-  Answer answer = known.value_or(Answer{.size = file->size, .modified = file->modified, .inode = file->inode});
+  Answer answer = known.value_or(
+      Answer{.size = file->size, .modified = file->modified, .changed = file->changed, .inode = file->inode});
   if (!known) {
     if (Status status = parts_->MeasureFile(path, answer); !status) return status;
   }
@@ -155,7 +155,7 @@ Status Measurer::Measure(const std::string& path, ImageFacts& facts) {
   if (wantsDpi) answer.dpi = ReadDpi(path);
   if (!known || wantsDpi) {
     const std::optional<FileFacts> after = parts_->files.Look(path);
-    if (after && SameFile(*file, *after)) parts_->memory.Keep(path, *file, answer);
+    if (after && Unchanged(*file, *after)) parts_->memory.Keep(path, *file, answer);
   }
   const bool byLoading = path.find(".psd") != std::string::npos;
   facts = {answer.width, answer.height, facts.dpi > 0 || byLoading ? answer.dpi : 0};

@@ -14,11 +14,11 @@ namespace quillon::imaging {
 // Sizes of pictures without decoding them. Every call may come from any thread.
 class Measurer {
  public:
-  // Measures by loading; used for paths that hold ".psd". Fills width, height and dpi. May be called on any thread
-  // that calls Measure.
+  // Measures by opening the picture; used for paths that hold ".psd", and where MediaInfo reports no size. Fills width,
+  // height and dpi. May be called on any thread that calls Measure.
   using Loader = std::function<Status(const std::string& path, ImageFacts& facts)>;
 
-  Measurer(host::Files& files, Loader psdLoader);
+  Measurer(host::Files& files, Loader loader);
   ~Measurer();
   Measurer(const Measurer&) = delete;
   Measurer& operator=(const Measurer&) = delete;
@@ -28,7 +28,7 @@ class Measurer {
   // except for psd, where loading gives it anyway. On failure facts keep what they held: Missing, Denied, Unsupported
   // (no picture, or a folder), Damaged.
   //
-  // Answers are remembered by path while size, time and inode of the file stay the same: the latest 300 000 or so.
+  // Answers are remembered by path while size, times and inode of the file stay the same: the latest 300 000 or so.
   Status Measure(const std::string& path, ImageFacts& facts);
 
   // True when Measure would answer this from memory, asked with dpi 0.

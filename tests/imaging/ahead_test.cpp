@@ -228,6 +228,25 @@ TEST_F(AheadTest, SourceReplacedByAnotherFileIsNotTaken) {
   EXPECT_EQ(ahead_->TakeCrop(a, {}), std::nullopt);
 }
 
+TEST_F(AheadTest, SourceThatKeptItsTimesIsNotTaken) {
+  const CropRequest a = Made("a");
+  Start(Naming());
+  ahead_->PlanCrops({a});
+  ASSERT_TRUE(ahead_->TakeCrop(a, {}).has_value());
+  ahead_->PlanCrops({a});
+  while (log_.Lines().size() < 2) std::this_thread::yield();
+  const host::FileFacts before = *files_.Look(a.source);
+  const auto time = std::filesystem::last_write_time(a.source);
+  // The system's clock for changes moves in steps.
+  do {
+    folder_.Put("a", "CONTENT OF a");
+    std::filesystem::last_write_time(a.source, time);
+  } while (files_.Look(a.source)->changed == before.changed);
+  EXPECT_EQ(files_.Look(a.source)->size, before.size);
+  EXPECT_EQ(files_.Look(a.source)->modified, before.modified);
+  EXPECT_EQ(ahead_->TakeCrop(a, {}), std::nullopt);
+}
+
 TEST_F(AheadTest, MissingSourceAndFailuresAreLeftToTheCaller) {
   const CropRequest missing = Request("missing");
   const CropRequest fails = Made("fails");

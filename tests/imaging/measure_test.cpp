@@ -113,6 +113,7 @@ class MeasureTest : public ::testing::Test {
   Measurer measurer_{files_, [this](const std::string& path, ImageFacts& facts) -> Status {
                        ++loads_;
                        if (path.find("bad") != std::string::npos) return {Problem::Damaged, "bad"};
+                       if (path.ends_with(".jpg")) return {Problem::Unsupported, "no picture"};
                        facts = {640, 480, 300};
                        return Status::Ok();
                      }};
@@ -244,15 +245,31 @@ TEST_F(MeasureTest, AnswerIsRememberedUntilSizeTimeOrFileChanges) {
   EXPECT_FALSE(measurer_.Knows(path));
 }
 
-TEST_F(MeasureTest, RememberedAnswerIsUsed) {
-  const std::string path = folder_.Put("a.jpg", Jpeg({33, 44}));
+TEST_F(MeasureTest, ContentThatKeptItsTimesIsMeasuredAgain) {
+  std::string one = Jpeg({33, 44});
+  std::string other = Jpeg({43, 34});
+  one.resize(std::max(one.size(), other.size()), 'x');
+  other.resize(one.size(), 'x');
+  const std::string path = folder_.Put("a.jpg", one);
   const auto time = std::filesystem::last_write_time(path);
   Measured(path);
-  // Same inode, size and time, so only memory can still tell the size.
-  const std::string junk(std::filesystem::file_size(path), 'j');
-  std::fstream(path, std::ios::in | std::ios::out | std::ios::binary) << junk;
-  std::filesystem::last_write_time(path, time);
-  EXPECT_EQ(SizeOf(Measured(path)), (base::Size{33, 44}));
+  const std::optional<host::FileFacts> before = files_.Look(path);
+  // Same inode, size and modified time. The system's clock for changes moves in steps, so this may take a few rounds.
+  do {
+    std::fstream(path, std::ios::in | std::ios::out | std::ios::binary) << other;
+    std::filesystem::last_write_time(path, time);
+  } while (files_.Look(path)->changed == before->changed);
+  EXPECT_EQ(files_.Look(path)->modified, before->modified);
+  EXPECT_EQ(SizeOf(Measured(path)), (base::Size{43, 34}));
+}
+
+TEST_F(MeasureTest, WhatMediaInfoCannotTellIsOpened) {
+  const std::string path = folder_.Put("odd.xyz", "nothing that a report would tell the size of");
+  EXPECT_EQ(SizeOf(Measured(path)), (base::Size{640, 480}));
+  EXPECT_EQ(loads_, 1);
+  EXPECT_EQ(Measured(path).dpi, 0);
+  EXPECT_EQ(loads_, 1);
+  EXPECT_EQ(Refused(folder_.Put("bad.xyz", "nor this")), Problem::Damaged);
 }
 
 TEST_F(MeasureTest, ResolutionOnRequestOnly) {
