@@ -9,6 +9,7 @@
 #include <optional>
 
 #include "imaging/colours.h"
+#include "imaging/resample.h"
 
 namespace quillon::imaging {
 namespace {
@@ -28,13 +29,15 @@ std::optional<VipsAngle> QuarterTurns(double angle) {
 
 double Radians(double angle) { return std::fmod(angle, 360) * std::numbers::pi / 180; }
 
-VImage Resized(const VImage& pixels, base::Size size) {
-  const VImage resized = pixels.resize(
-      static_cast<double>(size.width) / pixels.width(),
-      VImage::option()->set("vscale", static_cast<double>(size.height) / pixels.height())->set("kernel", "lanczos3"));
-  if (resized.width() == size.width && resized.height() == size.height) return resized;
-  // A scale that is no exact binary number may end a pixel off.
-  return resized.embed(0, 0, size.width, size.height, VImage::option()->set("extend", VIPS_EXTEND_COPY));
+// Runs work on pixels whose colours count as much as they are seen, where there is alpha.
+template <class Work>
+VImage Weighed(const VImage& pixels, Work work) {
+  if (!HasAlpha(pixels)) return work(pixels);
+  const VImage done = work(pixels.cast(VIPS_FORMAT_FLOAT).premultiply());
+  return done.unpremultiply()
+      .rint()
+      .cast(pixels.format())
+      .copy(VImage::option()->set("interpretation", pixels.interpretation()));
 }
 
 }  // namespace
@@ -52,31 +55,13 @@ VImage Turned(const VImage& pixels, double angle, base::Colour colour) {
   }
   const VImage able = AbleToHold(pixels, colour);
   const base::Size canvas = TurnedSize({able.width(), able.height()}, angle);
-  const double cosine = std::cos(Radians(angle));
-  const double sine = std::sin(Radians(angle));
-  // Rows count downwards, so that this matrix turns counter-clockwise to the eye. Pixels lie at whole numbers; centre
-  // goes to centre.
-  return able.affine({cosine, sine, -sine, cosine},
-                     VImage::option()
-                         ->set("idx", -(able.width() - 1) / 2.0)
-                         ->set("idy", -(able.height() - 1) / 2.0)
-                         ->set("odx", (canvas.width - 1) / 2.0)
-                         ->set("ody", (canvas.height - 1) / 2.0)
-                         ->set("oarea", std::vector<int>{0, 0, canvas.width, canvas.height})
-                         ->set("interpolate", vips::VInterpolate::new_from_name("bicubic"))
-                         ->set("extend", VIPS_EXTEND_BACKGROUND)
-                         ->set("background", SamplesOf(able, colour)));
+  const std::vector<double> background = SamplesOf(able, colour);
+  return Weighed(able, [&](const VImage& seen) { return LanczosTurned(seen, Radians(angle), canvas, background); });
 }
 
 VImage Scaled(const VImage& pixels, base::Size size) {
   if (pixels.width() == size.width && pixels.height() == size.height) return pixels;
-  const bool alpha = HasAlpha(pixels);
-  const bool deep = pixels.format() == VIPS_FORMAT_USHORT;
-  if (!alpha && !deep) return Resized(pixels, size);
-  // The sums of whole numbers are too coarse for 16 bits: white would come out grey.
-  const VImage exact = pixels.cast(VIPS_FORMAT_FLOAT);
-  const VImage scaled = alpha ? Resized(exact.premultiply(), size).unpremultiply() : Resized(exact, size);
-  return scaled.rint().cast(pixels.format()).copy(VImage::option()->set("interpretation", pixels.interpretation()));
+  return Weighed(pixels, [&](const VImage& seen) { return LanczosScaled(seen, size); });
 }
 
 VImage Window(const VImage& pixels, base::Rect rect, base::Colour colour) {

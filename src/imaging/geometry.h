@@ -12,11 +12,12 @@ namespace quillon::imaging {
 base::Size TurnedSize(base::Size size, double angle);
 
 // Turned about the centre by angle degrees counter-clockwise, on a canvas of TurnedSize. Multiples of 90 degrees are
-// exact; between them pixels are interpolated (bicubic) and the canvas shows colour, opaque, where nothing lies.
+// exact; between them pixels are interpolated by Lanczos with three lobes, the rim is smooth, and the canvas shows
+// colour, opaque, where nothing lies.
 vips::VImage Turned(const vips::VImage& pixels, double angle, base::Colour colour);
 
-// Scaled to size, both sides at least 1: Lanczos with three lobes to smaller, bicubic to larger. Transparent pixels
-// do not bleed into their neighbours.
+// Scaled to size, both sides at least 1, by Lanczos with three lobes. Transparent pixels do not bleed into their
+// neighbours.
 vips::VImage Scaled(const vips::VImage& pixels, base::Size size);
 
 // The rectangle of a picture; what lies outside is colour, opaque. rect is not empty.

@@ -4,6 +4,8 @@
 
 #include <gtest/gtest.h>
 
+#include <cmath>
+
 #include "imaging/colours.h"
 #include "imaging/pictures.h"
 
@@ -107,6 +109,72 @@ TEST(Geometry, TurnsKeepKindAndDepth) {
   const Sheet clear = FromVips(Turned(ToVips(Plain(20, 20, {9, 9, 9, 0})), 45, kRed));
   EXPECT_EQ(clear.Pixel(0, 0), (std::vector<int>{255, 0, 0, 255}));
   EXPECT_EQ(clear.At(clear.width / 2, clear.height / 2, 3), 0);
+}
+
+// Nothing rings at the rim: all that is seen lies between the picture and the colour around it.
+TEST(Geometry, TheRimOfATurnedPictureIsSmooth) {
+  const Sheet white = FromVips(Turned(ToVips(Plain(60, 40, {255, 255, 255})), 7.3, base::kWhite));
+  for (const int value : white.values) ASSERT_EQ(value, 255);
+  const Sheet dark = FromVips(Turned(ToVips(Plain(60, 40, {100, 100, 100})), 7.3, base::kWhite));
+  int between = 0;
+  for (const int value : dark.values) {
+    ASSERT_GE(value, 100);
+    if (value > 100 && value < 255) ++between;
+  }
+  EXPECT_GT(between, 100);
+  // It covers as much as before.
+  const double area = 60 * 40;
+  double covered = 0;
+  for (std::size_t i = 0; i < dark.values.size(); i += 3) covered += (255 - dark.values[i]) / 155.0;
+  EXPECT_NEAR(covered, area, area * 0.005);
+}
+
+TEST(Geometry, TransparentPixelsDoNotBleedWhenTurned) {
+  // Left half red and opaque, right half green and clear.
+  Sheet sheet{20, 20, 4, {}};
+  for (int i = 0; i < 400; ++i) {
+    const bool left = i % 20 < 10;
+    for (const int value : {left ? 255 : 0, left ? 0 : 255, 0, left ? 255 : 0}) sheet.values.push_back(value);
+  }
+  const Sheet turned = FromVips(Turned(ToVips(sheet), 10, kRed));
+  for (int i = 0; i < turned.width * turned.height; ++i) {
+    const auto at = static_cast<std::size_t>(i * 4);
+    if (turned.values[at + 3] < 8) continue;
+    ASSERT_LE(turned.values[at + 1], 1) << i;
+  }
+}
+
+// A smooth wave is known at every place; it comes back to half a step of the samples.
+TEST(Geometry, InterpolationIsPrecise) {
+  const auto wave = [](double x, double y) { return 128 + 100 * std::sin(x / 4) * std::cos(y / 5); };
+  Sheet sheet{80, 60, 1, {}};
+  for (int y = 0; y < 60; ++y) {
+    for (int x = 0; x < 80; ++x) sheet.values.push_back(static_cast<int>(std::lround(wave(x, y))));
+  }
+  const VImage image = ToVips(sheet, VIPS_INTERPRETATION_B_W);
+  const Sheet larger = FromVips(Scaled(image, {208, 156}));
+  for (int y = 20; y < 136; ++y) {
+    for (int x = 20; x < 188; ++x) {
+      ASSERT_NEAR(larger.At(x, y), wave((x + 0.5) / 2.6 - 0.5, (y + 0.5) / 2.6 - 0.5), 2) << x << " " << y;
+    }
+  }
+  const Sheet turned = FromVips(Turned(image, 7.3, base::kWhite));
+  const double angle = 7.3 * 3.14159265358979 / 180;
+  for (int y = 20; y < turned.height - 20; ++y) {
+    for (int x = 20; x < turned.width - 20; ++x) {
+      const double dx = x - (turned.width - 1) / 2.0;
+      const double dy = y - (turned.height - 1) / 2.0;
+      const double sx = 39.5 + std::cos(angle) * dx - std::sin(angle) * dy;
+      const double sy = 29.5 + std::sin(angle) * dx + std::cos(angle) * dy;
+      if (sx < 6 || sx > 73 || sy < 6 || sy > 53) continue;
+      ASSERT_NEAR(turned.At(x, y), wave(sx, sy), 2) << x << " " << y;
+    }
+  }
+}
+
+TEST(Geometry, WhiteOfSixteenBitsStaysWhite) {
+  const Sheet scaled = FromVips(Scaled(ToVipsDeep(Plain(30, 20, {65535, 65535, 65535})), {77, 9}));
+  EXPECT_EQ(scaled, Plain(77, 9, {65535, 65535, 65535}));
 }
 
 TEST(Geometry, ScalesToTheExactSize) {
