@@ -5,9 +5,6 @@
 #include "base/path_text.h"
 
 namespace quillon::imaging {
-namespace {
-
-// No psd is ever written: path with ".psd" in its last part, in any case, made a jpg.
 std::string WithoutPsd(std::string path) {
   const std::size_t slash = path.rfind('/');
   const std::size_t start = slash == std::string::npos ? 0 : slash + 1;
@@ -17,8 +14,6 @@ std::string WithoutPsd(std::string path) {
   }
   return path;
 }
-
-}  // namespace
 
 std::string CasedExtension(const std::string& extension, ExtensionCase wanted) {
   switch (wanted) {

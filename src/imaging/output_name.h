@@ -15,10 +15,13 @@ enum class ExtensionCase { Keep, Upper, Lower };
 // extension in the wanted case (ASCII letters only).
 std::string CasedExtension(const std::string& extension, ExtensionCase wanted);
 
+// No psd is ever written: path with every ".psd" in its last part, in any case, made ".jpg" (".JPG" for ".PSD").
+std::string WithoutPsd(std::string path);
+
 // The path under which a rescued output is saved. With overwrite: the source with the extension in the wanted case.
 // Without: named after the source's parent folder P, as outFolder/P.type, or outFolder/P/P.type (the folder is made)
-// when folders are kept; several sources of one folder meet in one name, and that is intended. A file name holding
-// ".psd", in any case, gets ".jpg" in its place (".JPG" for ".PSD").
+// when folders are kept; several sources of one folder meet in one name, and that is intended. The name is
+// WithoutPsd.
 std::string MakeOutputName(host::Files& files, const std::string& source, const std::string& outFolder,
                            KeepFolders keepFolders, Overwrite overwrite, const std::string& type,
                            ExtensionCase extensionCase);

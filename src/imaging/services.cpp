@@ -8,6 +8,7 @@
 #include "host/disk_full.h"
 #include "imaging/jpeg_cut.h"
 #include "imaging/limit_checks.h"
+#include "imaging/output_name.h"
 #include "imaging/services_parts.h"
 
 namespace quillon::imaging {
@@ -16,7 +17,7 @@ namespace {
 // Only what needs nothing but the JPEG path is done ahead.
 Status CropAhead(const Ahead::Job& job, const Limits& limits) {
   const CropRequest& request = job.request;
-  if (request.encoder != Encoder::Jpeg) return fault::UnreadKind();
+  if (!IsDirect(request)) return fault::UnreadKind();
   return CutJpeg(request.source, request.rect, request.quality, request.dpi, request.exif, limits, job.sink,
                  {job.stop, job.admit});
 }
@@ -164,6 +165,16 @@ Status Services::SaveByType(Image& image, const std::string& path, const std::st
 
 Status Services::SaveByEncoder(const Image& image, const std::string& path, Encoder encoder, int quality) {
   return parts_->SavePicture(image, path, {.encoder = encoder, .quality = quality});
+}
+
+Status Services::SaveByEncoder(const Image& image, const std::string& path, Encoder encoder, int quality,
+                               double angle) {
+  Image turned;
+  if (Status status = CloneImage(image, turned); !status) return status;
+  if (angle != 0) {
+    if (Status status = RotateImage(turned, angle, base::kWhite); !status) return status;
+  }
+  return SaveByEncoder(turned, WithoutPsd(path), encoder, quality);
 }
 
 void Services::PlanCrops(const std::vector<CropRequest>& upcoming) { parts_->Announce().PlanCrops(upcoming); }

@@ -4,6 +4,7 @@
 
 #include <functional>
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -45,8 +46,18 @@ struct CropRequest {
   int dpi = 0;
   Exif exif = Exif::Drop;
   Alpha alpha = Alpha::OnWhite;
+  // The file that EXIF and orientation are taken from, for a source that could not hold them; "": source itself.
+  std::string tagSource = {};
+  bool upright = false;  // the source was turned since: that orientation no longer holds
 
   bool operator==(const CropRequest&) const = default;
+};
+
+// A picture laid over a cut, transparent where it is, with its top left corner at a place of the result.
+struct Overlay {
+  std::string picture;
+  int left = 0;
+  int top = 0;
 };
 
 // Draws source, scaled to drawn, at offset on a canvas of total pixels filled with colour.
@@ -102,8 +113,9 @@ class Services {
   void ImageWizardStartUp();
   void ImageWizardShutDown();
 
-  // Without decoding: MediaInfo, psd through the loader. A request for the resolution reads the header for it.
-  // On failure facts keep what they held. Answers are remembered while path, size and time of the file are the same.
+  // Without decoding: MediaInfo; psd, and what MediaInfo cannot tell, by opening it. A request for the resolution reads
+  // the header for it. On failure facts keep what they held. Answers are remembered while path, size and times of the
+  // file are the same.
   Status ImageInfo(const std::string& path, ImageFacts& facts);
 
   // --- Images in memory. Operations on no image fail.
@@ -117,7 +129,7 @@ class Services {
   // About the centre; the canvas grows to hold the whole turned picture (bounding box rounded up to whole pixels);
   // multiples of 90 degrees are exact.
   Status RotateImage(Image& image, double angle, base::Colour background);
-  // Lanczos with three lobes to smaller, bicubic to larger; width and height at least 1.
+  // Lanczos with three lobes; width and height at least 1.
   Status ResampleImage(Image& image, int width, int height);
   Status ConvertImageToGrayMode(Image& image);  // Rec. 601 weights, 0.299 0.587 0.114, as the screen shows them
   Status Invert(Image& image);                  // alpha stays; CMYK is inverted as displayed and becomes RGB
@@ -128,6 +140,12 @@ class Services {
   // there. Colours become the canvas's.
   Status DrawImage(Image& canvas, const Image& image, base::Rect drawn);
   Status NewCanvas(base::Size size, base::Colour colour, Image& out);
+  // EXIF and orientation of from, and its resolution, for a picture that was made of it.
+  void TakeTags(Image& image, const Image& from);
+  // The private lane between the program and its helpers, a file in the program folder; the desktop's clipboard is
+  // never touched. A picture comes out as it was put in, with everything that goes with it. Missing: nothing was put.
+  Status PutImageOnClipBoard(const Image& image);
+  Status CreateImageFromClipBoard(Image& out);
 
   // --- Saves. The format is the operation's, whatever the path's extension says.
   Status SaveImageToJpgFile(const Image& image, const std::string& path, int quality, Exif exif);
@@ -141,23 +159,26 @@ class Services {
   Status SaveByType(Image& image, const std::string& path, const std::string& type, const SaveOptions& options);
   // Quality is clamped to 0..100.
   Status SaveByEncoder(const Image& image, const std::string& path, Encoder encoder, int quality);
+  // The picture of a window: turned by angle as RotateImage does, on white; ".psd" in the name becomes ".jpg".
+  Status SaveByEncoder(const Image& image, const std::string& path, Encoder encoder, int quality, double angle);
 
   // --- File to file.
   // The canvas is white, opaque unless transparency is kept, with 8 bits a sample; CMYK stays in jpg and tif and
   // becomes sRGB elsewhere. Damage is looked for in the whole source, also outside rect. Source and destination may be
-  // the same file; when the cut fails it is whole. Any other file that stood at destination is replaced by the result;
-  // when the cut had begun and failed (damage, full disk, write error), it goes to the trash, so that nobody takes it
-  // for the result.
+  // the same file: what stood there is kept as "<source>.bak", and when the cut fails nothing changes. Any other file
+  // that stood at destination is replaced by the result; when the cut had begun and failed (damage, full disk, write
+  // error), it goes to the trash, so that nobody takes it for the result.
   Status CropToFile(const CropRequest& request);
   // As CropToFile, of a picture that was loaded from the request's source: several cuts of one decode.
   Status CropImageToFile(const Image& image, const CropRequest& request);
-  // As CropToFile for gif output, whatever the encoder says: transparency is kept.
-  Status CropToGif(const CropRequest& request);
+  // As CropToFile for gif output, whatever the encoder says: transparency is kept. overlay is drawn on the cut.
+  Status CropToGif(const CropRequest& request, const std::optional<Overlay>& overlay = std::nullopt);
   // The source rectangle, turned by rotation (uncovered corners in colour), scaled to drawn x scale (rounded) and put
   // at the offset, which may lie outside; 8 bits a sample. The type is the destination's extension.
   Status AddBoardToFile(const BorderRequest& request);
-  // Scales to width x height; the type is the destination's extension.
-  Status ZoomPic(const std::string& source, const std::string& destination, int width, int height);
+  // Scales to width x height; the type is the destination's extension. EXIF goes along where it is asked for.
+  Status ZoomPic(const std::string& source, const std::string& destination, int width, int height,
+                 Exif exif = Exif::Drop);
 
   // A reduced picture for the screen, neither side above limit, 8-bit RGB rows without padding.
   struct Preview {
@@ -175,6 +196,8 @@ class Services {
   void PlanMeasures(std::vector<std::string> upcoming);
 
  private:
+  Status CropUnder(const CropRequest& request, const Overlay& overlay);
+
   struct Parts;
   std::unique_ptr<Parts> parts_;
 };

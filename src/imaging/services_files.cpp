@@ -32,6 +32,22 @@ Status EncodeWindow(Picture picture, base::Rect rect, const CropRequest& request
   return EncodePicture(picture, {request.encoder, request.quality, false, request.exif}, draft);
 }
 
+// EXIF and orientation from the file that the request names for them, as far as it can be read.
+void TakeTags(const host::Files& files, const Limits& limits, const CropRequest& request, PictureTags& tags) {
+  if (!request.tagSource.empty()) {
+    OpenedPicture named;
+    const Status opened =
+        Guarded(fault::DamagedPicture(), [&] { return OpenPicture(files, request.tagSource, limits, {}, named); });
+    if (opened) {
+      tags.exif = named.tags.exif;
+      tags.orientation = named.tags.orientation;
+    }
+  }
+  if (!request.upright) return;
+  tags.exif = UprightExif(tags.exif);
+  tags.orientation = 1;
+}
+
 // Cuts rect out of the source row by row and encodes it on a canvas of 8 bits a sample; CMYK only stays where the
 // format can hold it. What is left of a stream is read to its end, so that damage below the cut is found.
 Status CropThrough(const host::Files& files, const Limits& limits, const CropRequest& request, host::Draft& draft) {
@@ -44,6 +60,7 @@ Status CropThrough(const host::Files& files, const Limits& limits, const CropReq
     if (seen.Empty()) seen.height = 1;
     Picture cut;
     cut.tags = opened.tags;
+    TakeTags(files, limits, request, cut.tags);
     if (Status take = TakeRows(opened, seen.top, seen.height, cut.pixels); !take) return take;
     base::Rect rect = request.rect;
     rect.top -= seen.top;
@@ -63,10 +80,15 @@ Status Check(const host::Files& files, const CropRequest& request, const Limits&
 
 }  // namespace
 
-// Saves the result of a cut; an older one does not outlive a failure.
+// Saves the result of a cut; an older one does not outlive a failure. A source that is replaced is kept beside it.
 Status Services::Parts::SaveCut(const CropRequest& request, const std::function<Status(host::Draft&)>& fill) {
-  Status status = Save(request.destination, fill);
-  if (!status) DropOlderResult(host.files, request.source, request.destination, status);
+  host::Files& files = host.files;
+  Status status = Save(request.destination, [&](host::Draft& draft) {
+    Status filled = fill(draft);
+    if (!filled || !files.SameFile(request.source, request.destination)) return filled;
+    return files.Copy(request.source, request.source + ".bak");
+  });
+  if (!status) DropOlderResult(files, request.source, request.destination, status);
   return status;
 }
 
@@ -76,7 +98,7 @@ Status Services::CropToFile(const CropRequest& request) {
   std::optional<std::string> ready;
   if (parts_->ahead) ready = parts_->ahead->TakeCrop(request, [this] { parts_->host.pump.Turn(); });
 
-  bool direct = request.encoder == Encoder::Jpeg;
+  bool direct = IsDirect(request);
   const auto fill = [&](host::Draft& draft) {
     if (ready) {
       Status status = draft.Write(ready->data(), ready->size());
@@ -95,11 +117,12 @@ Status Services::CropToFile(const CropRequest& request) {
   return parts_->SaveCut(request, fill);
 }
 
-Status Services::CropToGif(const CropRequest& request) {
+Status Services::CropToGif(const CropRequest& request, const std::optional<Overlay>& overlay) {
   if (Status status = Check(parts_->host.files, request, parts_->limits); !status) return status;
   CropRequest gif = request;
   gif.encoder = Encoder::Gif;
   gif.alpha = Alpha::Kept;
+  if (overlay) return CropUnder(gif, *overlay);
   return parts_->SaveCut(
       request, [&](host::Draft& draft) { return CropThrough(parts_->host.files, parts_->limits, gif, draft); });
 }
@@ -109,6 +132,25 @@ Status Services::CropImageToFile(const Image& image, const CropRequest& request)
   if (Status status = Check(parts_->host.files, request, parts_->limits); !status) return status;
   return parts_->SaveCut(
       request, [&](host::Draft& draft) { return EncodeWindow(image.Data()->picture, request.rect, request, draft); });
+}
+
+// In memory, where a gif is held whole anyway to choose its colours.
+Status Services::CropUnder(const CropRequest& request, const Overlay& overlay) {
+  Image cut;
+  Image above;
+  if (Status status = LoadImageFromFile(request.source, cut); !status) return status;
+  if (Status status = LoadImageFromFile(overlay.picture, above); !status) return status;
+  Status status = OnPicture(cut, [&](Picture& picture) {
+    picture = Displayed(picture);
+    picture.pixels = AsRgb(Window(picture.pixels, request.rect, base::kWhite));
+    return parts_->Hold(picture.pixels);
+  });
+  const base::Rect place{overlay.left, overlay.top, GetImageWidth(above), GetImageHeight(above)};
+  if (status) status = DrawImage(cut, above, place);
+  if (!status) return status;
+  const EncodeOptions options{.encoder = request.encoder};
+  return parts_->SaveCut(request,
+                         [&](host::Draft& draft) { return EncodePicture(cut.Data()->picture, options, draft); });
 }
 
 Status Services::AddBoardToFile(const BorderRequest& request) {
@@ -143,10 +185,10 @@ Status Services::AddBoardToFile(const BorderRequest& request) {
   return parts_->Save(request.destination, [&](host::Draft& draft) { return EncodePicture(picture, options, draft); });
 }
 
-Status Services::ZoomPic(const std::string& source, const std::string& destination, int width, int height) {
+Status Services::ZoomPic(const std::string& source, const std::string& destination, int width, int height, Exif exif) {
   if (width < 1 || height < 1) return fault::EmptyRectangle();
   if (!WithinLimits(width, height, parts_->limits)) return fault::SidesTooLarge();
-  EncodeOptions options{.quality = 98};
+  EncodeOptions options{.quality = 98, .exif = exif};
   options.encoder = EncoderFor(base::SplitPath(destination).extension);
   return parts_->Save(destination, [&](host::Draft& draft) {
     OpenedPicture opened;

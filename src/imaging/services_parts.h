@@ -24,6 +24,8 @@ struct Services::Parts {
   Status SaveCut(const CropRequest& request, const std::function<Status(host::Draft&)>& fill);
   Status SavePicture(const Image& image, const std::string& path, const EncodeOptions& options);
 
+  std::string ClipBoardPath() const { return host.programFolder + "/ClipBoard.lane"; }
+
   // Decodes a picture whole.
   Status Load(const std::string& path, Picture& out);
   // Pixels computed and held, so that later work and a second save need not do it again.
@@ -38,6 +40,11 @@ struct Services::Parts {
   Measurer measurer;
   std::unique_ptr<Ahead> ahead;  // last: it works with the others
 };
+
+// Whether the JPEG path may take a cut, if its source is one.
+inline bool IsDirect(const CropRequest& request) {
+  return request.encoder == Encoder::Jpeg && request.tagSource.empty() && !request.upright;
+}
 
 // The failure that a pipeline met while it read its picture; else status.
 Status ReadStatus(const OpenedPicture& opened, const Status& status);

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <utility>
 
+#include "imaging/clip_lane.h"
 #include "imaging/colours.h"
 #include "imaging/geometry.h"
 #include "imaging/jpeg_exif.h"
@@ -161,6 +162,32 @@ Status Services::NewCanvas(base::Size size, base::Colour colour, Image& out) {
                            .copy(VImage::option()->set("interpretation", VIPS_INTERPRETATION_sRGB));
     data->picture.pixels = Window(dot.new_from_image(SamplesOf(dot, colour)), {0, 0, size.width, size.height}, colour);
     if (Status status = parts_->Hold(data->picture.pixels); !status) return status;
+    out = Image(std::move(data));
+    return Status::Ok();
+  });
+}
+
+void Services::TakeTags(Image& image, const Image& from) {
+  if (image.Empty() || from.Empty()) return;
+  PictureTags& tags = image.Data()->picture.tags;
+  const PictureTags& source = from.Data()->picture.tags;
+  tags.exif = source.exif;
+  tags.orientation = source.orientation;
+  tags.dpi = source.dpi;
+}
+
+Status Services::PutImageOnClipBoard(const Image& image) {
+  if (image.Empty()) return fault::NoImage();
+  const std::string lane = parts_->ClipBoardPath();
+  // A fresh file need not reach the disk before the picture is taken out again.
+  static_cast<void>(parts_->host.files.RemoveOwn(lane));
+  return parts_->Save(lane, [&](host::Draft& draft) { return WriteLane(image.Data()->picture, draft); });
+}
+
+Status Services::CreateImageFromClipBoard(Image& out) {
+  return Guarded(fault::DamagedPicture(), [&] {
+    auto data = std::make_unique<ImageData>();
+    if (Status status = ReadLane(parts_->ClipBoardPath(), parts_->limits, data->picture); !status) return status;
     out = Image(std::move(data));
     return Status::Ok();
   });

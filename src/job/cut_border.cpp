@@ -90,6 +90,7 @@ Status PadToSize(CutFile& file, const std::string& destination) {
   if (Status made = images.NewCanvas({options.FixW, options.FixH}, base::kWhite, canvas); !made) return made;
   const base::Rect place{fit.offsetX, fit.offsetY, fit.FitW, fit.FitH};
   if (Status drawn = images.DrawImage(canvas, picture, place); !drawn) return drawn;
+  images.TakeTags(canvas, picture);
   images.SetImageResolution(canvas, options.dpi);
   file.madeSize = {options.FixW, options.FixH};
   return images.SaveByType(canvas, destination, base::ToLowerAscii(file.OutExt),

@@ -110,7 +110,8 @@ Status CutThroughBitmap(CutFile& file) {
   images.DisposeImage(file.Work);
   imaging::CropRequest request = PlainCrop(file);
   request.source = bitmap;
-  request.exif = imaging::Exif::Drop;
+  request.tagSource = file.exifSource;
+  request.upright = file.RestoreAngle != 0 || file.program.flags.ImageRotated;
   const bool gif = request.encoder == imaging::Encoder::Gif;
   if (Status cut = gif ? images.CropToGif(request) : images.CropToFile(request); !cut) return cut;
   file.madeSize = {file.rect.width, file.rect.height};

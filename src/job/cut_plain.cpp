@@ -8,10 +8,14 @@ namespace {
 
 std::string SourceExtension(const CutFile& file) { return base::SplitPath(file.Src).extension; }
 
+// A crop onto its own source keeps that by itself.
 host::Status Crop(CutFile& file, const imaging::CropRequest& request) {
-  if (host::Status kept = KeepReplacedSource(file); !kept) return kept;
+  host::Files& files = file.program.host.files;
+  if (!files.SameFile(request.source, request.destination)) {
+    if (host::Status kept = KeepReplacedSource(file); !kept) return kept;
+  }
   // A work file of an earlier run is no result that would have to be kept.
-  if (request.destination != file.Dst) (void)file.program.host.files.RemoveOwn(request.destination);
+  if (request.destination != file.Dst) (void)files.RemoveOwn(request.destination);
   imaging::Services& images = file.program.images;
   return request.encoder == imaging::Encoder::Gif ? images.CropToGif(request) : images.CropToFile(request);
 }

@@ -81,7 +81,7 @@ Step ZoomBeforeCut(CutFile& file) {
   const auto size = ZoomedSize(file.options.zoom, {file.W, file.H}, ZoomTime::BeforeCut);
   if (!size) return Step::Next;
   const std::string zoomed = file.program.AppPath("Tmp.jpg");
-  const host::Status status = file.program.images.ZoomPic(file.Src, zoomed, size->width, size->height);
+  const host::Status status = file.program.images.ZoomPic(file.Src, zoomed, size->width, size->height, file.ExifWish());
   if (!status) return FailLoad(file, status);
   file.Src = zoomed;
   TakeSize(file, *size);

@@ -190,10 +190,12 @@ TEST_F(FileServices, ASourceMayBeItsOwnDestination) {
   for (const Case& c :
        {Case{"in.png", Encoder::Png}, {"in.tif", Encoder::Tiff}, {"in.bmp", Encoder::Bmp}, {"in.jpg", Encoder::Jpeg}}) {
     SCOPED_TRACE(c.name);
+    const std::string backup = std::string(c.name) + ".bak";
+    const std::string source = world.folder.Read(c.name);
     ASSERT_TRUE(services.CropToFile(Request(c.name, c.name, {10, 10, 30, 20}, c.encoder)));
     EXPECT_EQ(services.GetImageWidth(Load(Path(c.name))), 30);
-    EXPECT_FALSE(world.folder.Exists(std::string(c.name) + ".bak"));
-    // And when it fails, it is still whole.
+    EXPECT_TRUE(world.folder.Read(backup) == source);
+    // And when it fails, both are still whole.
     const std::string before = world.folder.Read(c.name);
     world.faults.Set(
         {.call = DiskCall::Write, .nth = 1, .error = EIO, .length = Fault::Length::ForEver, .pathHolds = ""});
@@ -201,7 +203,54 @@ TEST_F(FileServices, ASourceMayBeItsOwnDestination) {
     EXPECT_GE(world.faults.Fired(), 1);
     world.faults.Clear();
     EXPECT_TRUE(world.folder.Read(c.name) == before);
+    EXPECT_TRUE(world.folder.Read(backup) == source);
   }
+}
+
+TEST_F(FileServices, ASourceThatCannotBeKeptIsNotReplaced) {
+  WriteEverywhere(PhotoLike(60, 40, 3));
+  const std::string before = world.folder.Read("in.png");
+  world.faults.Set({.call = DiskCall::Write, .nth = 1, .error = EIO, .pathHolds = ".bak"});
+  EXPECT_FALSE(services.CropToFile(Request("in.png", "in.png", {0, 0, 5, 5}, Encoder::Png)));
+  EXPECT_EQ(world.faults.Fired(), 1);
+  EXPECT_TRUE(world.folder.Read("in.png") == before);
+  EXPECT_FALSE(world.folder.Exists("in.png.bak"));
+}
+
+TEST_F(FileServices, TagsMayComeFromAnotherFile) {
+  Image tagged;
+  ToVips(PhotoLike(20, 10, 3)).pngsave(Path("plain.png").c_str());
+  tagged = Load(Path("plain.png"));
+  tagged.Data()->picture.tags.exif = ExifWithThumbnail(6);
+  tagged.Data()->picture.tags.orientation = 6;
+  ASSERT_TRUE(services.SaveImageToJpgFile(tagged, Path("tagged.jpg"), 90, Exif::Keep));
+  ASSERT_TRUE(services.SaveImageToBmpFile(tagged, Path("work.bmp")));
+  CropRequest request = Request("work.bmp", "out.jpg", {0, 0, 10, 10}, Encoder::Jpeg);
+  request.tagSource = Path("tagged.jpg");
+  request.exif = Exif::Keep;
+  ASSERT_TRUE(services.CropToFile(request));
+  EXPECT_NE(world.folder.Read("out.jpg").find("Camera"), std::string::npos);
+  EXPECT_EQ(Load(Path("out.jpg")).Data()->picture.tags.orientation, 6);
+  request.upright = true;
+  ASSERT_TRUE(services.CropToFile(request));
+  EXPECT_NE(world.folder.Read("out.jpg").find("Camera"), std::string::npos);
+  EXPECT_EQ(Load(Path("out.jpg")).Data()->picture.tags.orientation, 1);
+  // The orientation goes along in any case; a file that is not there is done without.
+  request.upright = false;
+  request.exif = Exif::Drop;
+  ASSERT_TRUE(services.CropToFile(request));
+  EXPECT_EQ(world.folder.Read("out.jpg").find("Camera"), std::string::npos);
+  EXPECT_EQ(Load(Path("out.jpg")).Data()->picture.tags.orientation, 6);
+  request.tagSource = Path("missing.jpg");
+  ASSERT_TRUE(services.CropToFile(request));
+  EXPECT_EQ(Load(Path("out.jpg")).Data()->picture.tags.orientation, 1);
+  // A jpeg source is not cut past them either, with work ahead or without.
+  request.source = Path("tagged.jpg");
+  request.exif = Exif::Keep;
+  request.upright = true;
+  services.PlanCrops({request});
+  ASSERT_TRUE(services.CropToFile(request));
+  EXPECT_EQ(Load(Path("out.jpg")).Data()->picture.tags.orientation, 1);
 }
 
 TEST_F(FileServices, AnOlderResultDoesNotPassForTheNewOne) {
@@ -317,6 +366,47 @@ TEST_F(FileServices, GifKeepsItsTransparency) {
   ASSERT_TRUE(services.CropToFile(Request("in.gif", "out.gif", {0, 0, 3, 1}, Encoder::Gif)));
   EXPECT_EQ(ReadPlainly(Path("out.gif")).At(1, 0, 0), 255);
   EXPECT_EQ(ReadPlainly(Path("out.gif")).At(1, 0, 1), 255);
+}
+
+TEST_F(FileServices, GifCutsMayLieUnderAPicture) {
+  ToVips({4, 1, 1, {10, 20, 30, 40}}, VIPS_INTERPRETATION_B_W).gifsave(Path("in.gif").c_str());
+  ToVips({3, 1, 4, {255, 0, 0, 255, 0, 255, 0, 0, 0, 0, 255, 255}}).pngsave(Path("over.png").c_str());
+  const CropRequest request = Request("in.gif", "out.gif", {0, 0, 4, 1}, Encoder::Gif);
+  ASSERT_TRUE(services.CropToGif(request, Overlay{Path("over.png"), 1, 0}));
+  const Sheet out = ReadPlainly(Path("out.gif"));
+  EXPECT_EQ(out.At(0, 0, 0), 10);
+  EXPECT_EQ(out.Pixel(1, 0), (std::vector<int>{255, 0, 0, 255}));
+  EXPECT_EQ(out.Pixel(2, 0), (std::vector<int>{30, 30, 30, 255}));  // clear there
+  EXPECT_EQ(out.Pixel(3, 0), (std::vector<int>{0, 0, 255, 255}));
+  // As far as it lies on the cut.
+  ASSERT_TRUE(services.CropToGif(request, Overlay{Path("over.png"), -2, 0}));
+  EXPECT_EQ(ReadPlainly(Path("out.gif")).Pixel(0, 0), (std::vector<int>{0, 0, 255, 255}));
+  ASSERT_TRUE(services.CropToGif(request, Overlay{Path("over.png"), 9, 0}));
+  EXPECT_EQ(ReadPlainly(Path("out.gif")).At(3, 0, 0), 40);
+  EXPECT_EQ(services.CropToGif(request, Overlay{Path("missing.png"), 0, 0}).GetProblem(), Problem::Missing);
+  EXPECT_EQ(ReadPlainly(Path("out.gif")).At(3, 0, 0), 40);
+}
+
+// MediaInfo knows none of these.
+TEST_F(FileServices, ImageInfoMeasuresTheSmallestPictures) {
+  for (const base::Size size : {base::Size{4, 1}, {1, 1}, {1, 4}, {2, 2}}) {
+    const VImage made = ToVips(PhotoLike(size.width, size.height, 3));
+    made.pngsave(Path("a.png").c_str());
+    made.gifsave(Path("a.gif").c_str());
+    made.jpegsave(Path("a.jpg").c_str());
+    made.tiffsave(Path("a.tif").c_str());
+    ASSERT_TRUE(services.SaveImageToBmpFile(Load(Path("a.png")), Path("a.bmp")));
+    for (const char* name : {"a.png", "a.gif", "a.jpg", "a.tif", "a.bmp"}) {
+      ImageFacts facts;
+      const Status status = services.ImageInfo(Path(name), facts);
+      EXPECT_TRUE(status) << name << status.Why();
+      EXPECT_EQ((base::Size{facts.width, facts.height}), size) << name;
+    }
+  }
+  world.folder.Write("text.png", "this is no picture");
+  ImageFacts facts{1, 2, 3};
+  EXPECT_EQ(services.ImageInfo(Path("text.png"), facts).GetProblem(), Problem::Unsupported);
+  EXPECT_EQ(facts.width, 1);
 }
 
 TEST_F(FileServices, ImageInfoMeasuresEveryFormat) {
@@ -440,6 +530,17 @@ TEST_F(FileServices, ZoomPicScalesEveryFormat) {
   EXPECT_FALSE(services.ZoomPic(Path("in.png"), Path("no.png"), 0, 5));
   EXPECT_FALSE(services.ZoomPic(Path("missing"), Path("no.png"), 5, 5));
   EXPECT_FALSE(world.folder.Exists("no.png"));
+}
+
+TEST_F(FileServices, ZoomPicKeepsExifWhereAsked) {
+  Image tagged;
+  ASSERT_TRUE(services.NewCanvas({40, 20}, base::kWhite, tagged));
+  tagged.Data()->picture.tags.exif = ExifWithThumbnail(3);
+  ASSERT_TRUE(services.SaveImageToJpgFile(tagged, Path("a.jpg"), 90, Exif::Keep));
+  ASSERT_TRUE(services.ZoomPic(Path("a.jpg"), Path("b.jpg"), 20, 10, Exif::Keep));
+  EXPECT_NE(world.folder.Read("b.jpg").find("Camera"), std::string::npos);
+  ASSERT_TRUE(services.ZoomPic(Path("a.jpg"), Path("b.jpg"), 20, 10));
+  EXPECT_EQ(world.folder.Read("b.jpg").find("Camera"), std::string::npos);
 }
 
 TEST_F(FileServices, PreviewsFitAndShowDisplayedColours) {

@@ -259,5 +259,78 @@ TEST_F(PixelServices, DrawingOnACanvasOfOneOwnerCopiesNothing) {
   EXPECT_EQ(vips_image_get_data(canvas.Data()->picture.pixels.get_image()), before);
 }
 
+// Whatever a picture is, it comes out of the lane as it was put in.
+TEST_F(PixelServices, TheClipBoardLaneKeepsEverything) {
+  Image out;
+  EXPECT_EQ(services.CreateImageFromClipBoard(out).GetProblem(), host::Problem::Missing);
+  EXPECT_TRUE(out.Empty());
+  const VImage kinds[] = {
+      ToVips(PhotoLike(31, 17, 3)),
+      ToVips(PhotoLike(31, 17, 4)),
+      ToVips(PhotoLike(31, 17, 1), VIPS_INTERPRETATION_B_W),
+      ToVips(PhotoLike(31, 17, 2), VIPS_INTERPRETATION_B_W),
+      ToVips(PhotoLike(31, 17, 4), VIPS_INTERPRETATION_CMYK),
+      ToVipsDeep(PhotoLike(31, 17, 3, 65535)),
+      ToVipsDeep(PhotoLike(31, 17, 1, 65535), VIPS_INTERPRETATION_GREY16),
+  };
+  const PictureTags tags{.profile = ProfileFor("RGB "), .exif = ExifWithThumbnail(8), .orientation = 8, .dpi = 254};
+  for (const VImage& kind : kinds) {
+    auto data = std::make_unique<ImageData>();
+    data->picture = {kind, tags};
+    const Image image(std::move(data));
+    ASSERT_TRUE(services.PutImageOnClipBoard(image));
+    ASSERT_TRUE(services.CreateImageFromClipBoard(out));
+    const Picture& taken = out.Data()->picture;
+    EXPECT_EQ(FromVips(taken.pixels), FromVips(kind));
+    EXPECT_EQ(taken.pixels.interpretation(), kind.interpretation());
+    EXPECT_EQ(taken.pixels.format(), kind.format());
+    EXPECT_EQ(taken.tags.profile, tags.profile);
+    EXPECT_EQ(taken.tags.exif, tags.exif);
+    EXPECT_EQ(taken.tags.orientation, 8);
+    EXPECT_EQ(taken.tags.dpi, 254);
+  }
+  // Work goes on with it as with any other.
+  ASSERT_TRUE(services.RotateImage(out, 7.3, base::kWhite));
+  EXPECT_FALSE(services.PutImageOnClipBoard(Image()));
+}
+
+TEST_F(PixelServices, ATornLaneIsRefused) {
+  Image image;
+  ASSERT_TRUE(services.NewCanvas({9, 5}, base::kWhite, image));
+  ASSERT_TRUE(services.PutImageOnClipBoard(image));
+  const std::string lane = world.host.programFolder + "/ClipBoard.lane";
+  std::string whole;
+  ASSERT_TRUE(world.host.files.ReadFile(lane, whole));
+  Image out;
+  for (std::size_t size = 0; size < whole.size(); size += 7) {
+    ASSERT_TRUE(world.host.files.Save(lane, whole.substr(0, size)));
+    EXPECT_FALSE(services.CreateImageFromClipBoard(out));
+  }
+  for (std::size_t at = 0; at < 80; ++at) {
+    std::string odd = whole;
+    odd[at] = static_cast<char>(odd[at] ^ 0x81);
+    ASSERT_TRUE(world.host.files.Save(lane, odd));
+    static_cast<void>(services.CreateImageFromClipBoard(out));
+  }
+  ASSERT_TRUE(world.host.files.Save(lane, whole + "x"));
+  EXPECT_EQ(services.CreateImageFromClipBoard(out).GetProblem(), host::Problem::Damaged);
+}
+
+TEST_F(PixelServices, TagsOfAPictureGoToWhatIsMadeOfIt) {
+  Image canvas;
+  Image source;
+  ASSERT_TRUE(services.NewCanvas({4, 4}, base::kWhite, canvas));
+  ASSERT_TRUE(services.NewCanvas({4, 4}, base::kWhite, source));
+  source.Data()->picture.tags = {.profile = "p", .exif = ExifWithThumbnail(6), .orientation = 6, .dpi = 254};
+  services.TakeTags(canvas, source);
+  const PictureTags& tags = canvas.Data()->picture.tags;
+  EXPECT_EQ(tags.exif, ExifWithThumbnail(6));
+  EXPECT_EQ(tags.orientation, 6);
+  EXPECT_EQ(tags.dpi, 254);
+  EXPECT_EQ(tags.profile, "");  // its colours are its own
+  services.TakeTags(canvas, Image());
+  EXPECT_EQ(tags.dpi, 254);
+}
+
 }  // namespace
 }  // namespace quillon::imaging

@@ -251,6 +251,19 @@ TEST_F(Saving, ATurnedPictureTellsNoTurnAnyMore) {
   }
 }
 
+TEST_F(Saving, APictureOfAWindowMayBeTurnedAndIsNoPsd) {
+  const Image image = Make(ToVips({2, 1, 3, {255, 0, 0, 0, 0, 255}}));
+  ASSERT_TRUE(services.SaveByEncoder(image, Path("a.psd"), Encoder::Jpeg, 95, 0));
+  EXPECT_FALSE(world.folder.Exists("a.psd"));
+  EXPECT_EQ(services.GetImageWidth(Load(Path("a.jpg"))), 2);
+  ASSERT_TRUE(services.SaveByEncoder(image, Path("a.png"), Encoder::Png, 95, 90));
+  EXPECT_EQ(ReadPlainly(Path("a.png")), (Sheet{1, 2, 3, {0, 0, 255, 255, 0, 0}}));
+  ASSERT_TRUE(services.SaveByEncoder(image, Path("a.png"), Encoder::Png, 95, 45));
+  EXPECT_EQ(ReadPlainly(Path("a.png")).Pixel(0, 0), (std::vector<int>{255, 255, 255}));
+  EXPECT_EQ(services.GetImageWidth(image), 2);
+  EXPECT_FALSE(services.SaveByEncoder(Image(), Path("b.png"), Encoder::Png, 95, 0));
+}
+
 TEST_F(Saving, SidesThatAFormatCannotHoldAreRefused) {
   const VImage wide = Window(ToVips(Plain(1, 1, {1, 2, 3})), {0, 0, 70000, 1}, base::kWhite);
   for (const Encoder encoder : kAll) {
