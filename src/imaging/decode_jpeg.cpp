@@ -57,6 +57,17 @@ class JpegRows : public RowStream {
 
   const RowFacts& Facts() const override { return facts_; }
 
+  // Rows before the first one that is wanted need not be transformed.
+  Status SkipRows(int count) override {
+    if (begun_ || count >= facts_.size.height) return RowStream::SkipRows(count);
+    skipped_ = static_cast<JDIMENSION>(count);
+    const bool skipped = errors_.Guard([this] {
+      Begin();
+      jpeg_skip_scanlines(&decoder_, skipped_);
+    });
+    return skipped ? Status::Ok() : errors_.Result();
+  }
+
   Status ReadRow(unsigned char* out) override {
     row_ = out;
     const bool read = errors_.Guard([this] {
@@ -141,6 +152,7 @@ class JpegRows : public RowStream {
   Progress progress_{};
   RowFacts facts_;
   JSAMPROW row_ = nullptr;
+  JDIMENSION skipped_ = 0;
 };
 
 }  // namespace

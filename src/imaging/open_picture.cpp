@@ -60,14 +60,9 @@ Status OpenBytes(const host::Files& files, const std::string& path, std::shared_
 }
 
 Status SkipRows(OpenedPicture& opened, int count) {
-  if (opened.rows) return Status::Ok();
-  const RowFacts& facts = opened.Facts();
-  std::vector<unsigned char> row(static_cast<std::size_t>(facts.size.width) *
-                                 static_cast<unsigned>(facts.PixelBytes()));
-  for (int i = 0; i < count; ++i, ++opened.taken) {
-    if (Status status = opened.stream->ReadRow(row.data()); !status) return status;
-  }
-  return Status::Ok();
+  if (opened.rows || count == 0) return Status::Ok();
+  opened.taken += count;
+  return opened.stream->SkipRows(count);
 }
 
 // Opens the file and tells its format.
@@ -100,6 +95,16 @@ Format FormatOf(std::string_view start) {
   if (start.starts_with("BM"sv)) return Format::Bmp;
   if (start.starts_with("8BPS"sv)) return Format::Psd;
   return Format::Unknown;
+}
+
+Status RowStream::SkipRows(int count) {
+  const RowFacts& facts = Facts();
+  std::vector<unsigned char> row(static_cast<std::size_t>(facts.size.width) *
+                                 static_cast<unsigned>(facts.PixelBytes()));
+  for (int i = 0; i < count; ++i) {
+    if (Status status = ReadRow(row.data()); !status) return status;
+  }
+  return Status::Ok();
 }
 
 Status OpenPicture(const host::Files& files, const std::string& path, const Limits& limits, base::Size reduceTo,
@@ -149,6 +154,16 @@ Status TakeRows(OpenedPicture& opened, int top, int count, vips::VImage& out) {
 Status TakeWhole(OpenedPicture& opened, Picture& out) {
   out.tags = opened.tags;
   return TakeRows(opened, 0, opened.Facts().size.height, out.pixels);
+}
+
+Status TakeReduced(OpenedPicture& opened, Picture& out) {
+  if (Status status = TakeWhole(opened, out); !status) return status;
+  // A last pixel that the picture fills to less than half would move everything.
+  const auto filled = [&](int pixels) { return (pixels + opened.shrink / 2) / opened.shrink; };
+  if (opened.shrink > 1) {
+    out.pixels = out.pixels.extract_area(0, 0, filled(opened.original.width), filled(opened.original.height));
+  }
+  return Status::Ok();
 }
 
 Status CheckRest(OpenedPicture& opened) { return SkipRows(opened, opened.Facts().size.height - opened.taken); }

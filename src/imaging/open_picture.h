@@ -49,6 +49,9 @@ Status TakeRows(OpenedPicture& opened, int top, int count, vips::VImage& out);
 // The whole picture.
 Status TakeWhole(OpenedPicture& opened, Picture& out);
 
+// The whole picture as far as its reduced rows show it; it differs in size from the original by less than shrink.
+Status TakeReduced(OpenedPicture& opened, Picture& out);
+
 // Reads what was not taken yet, so that damage there is found as well.
 Status CheckRest(OpenedPicture& opened);
 

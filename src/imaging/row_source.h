@@ -42,6 +42,8 @@ class RowStream {
   virtual const RowFacts& Facts() const = 0;
   // The next row. With the last one everything behind it is checked too.
   virtual host::Status ReadRow(unsigned char* out) = 0;
+  // As reading count rows that nobody wants to see; where a kind of file knows a quicker way, it takes it.
+  virtual host::Status SkipRows(int count);
 };
 
 }  // namespace quillon::imaging

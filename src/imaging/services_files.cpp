@@ -218,10 +218,7 @@ Status Services::LoadPreview(const std::string& path, base::Size limit, Preview&
       if (Status open = OpenPicture(parts_->host.files, path, parts_->limits, shown, opened); !open) return open;
     }
     Picture small;
-    if (Status take = TakeWhole(opened, small); !take) return take;
-    // A last pixel that the picture fills to less than half would move everything.
-    const auto filled = [&](int pixels) { return (pixels + opened.shrink / 2) / opened.shrink; };
-    small.pixels = small.pixels.extract_area(0, 0, filled(whole.width), filled(whole.height));
+    if (Status take = TakeReduced(opened, small); !take) return take;
     small.pixels = Scaled(small.pixels, shown);
     small = Displayed(small);
     const VImage rgb = AsRgb(EightBit(Flattened(small.pixels, base::kWhite)));

@@ -1,0 +1,144 @@
+// SPDX-FileCopyrightText: 2026 The Quillon developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "imaging/huge_picture.h"
+
+#include "base/path_text.h"
+#include "imaging/colours.h"
+#include "imaging/encode.h"
+#include "imaging/geometry.h"
+#include "imaging/jpeg_cut.h"
+#include "imaging/jpeg_exif.h"
+#include "imaging/limit_checks.h"
+#include "imaging/older_result.h"
+#include "imaging/open_picture.h"
+#include "imaging/tiff_part.h"
+
+namespace quillon::imaging {
+namespace {
+
+using host::Problem;
+using vips::VImage;
+
+class Maker {
+ public:
+  Maker(host::Files& files, const HugeOrder& order, const Limits& limits)
+      : files_(files), order_(order), limits_(limits), encoder_(EncoderFor(base::SplitPath(order.target).extension)) {}
+
+  Status Fill(host::Draft& draft) {
+    Status status = Guarded(fault::DamagedPicture(), [&] { return Make(draft); });
+    return status || !opened_.fault || opened_.fault->Get() ? status : opened_.fault->Get();
+  }
+
+ private:
+  Status Make(host::Draft& draft) {
+    if (Status open = OpenPicture(files_, order_.source, limits_, {}, opened_); !open) return open;
+    const base::Size whole = opened_.original;
+    if (whole.width < order_.least.width || whole.height < order_.least.height) {
+      return {Problem::Unsupported, "图片小于要求的最小尺寸"};
+    }
+    rect_ = Common(order_.cut.value_or(base::Rect{0, 0, whole.width, whole.height}), {0, 0, whole.width, whole.height});
+    if (rect_.Empty()) return fault::EmptyRectangle();
+    target_ = TargetSize({rect_.width, rect_.height});
+    if (PassesThrough()) return CutPlainly(draft);
+    Picture picture;
+    if (Status taken = Take(picture); !taken) return taken;
+    if (picture.pixels.width() != target_.width || picture.pixels.height() != target_.height) {
+      picture.pixels = Scaled(picture.pixels, target_);
+    }
+    if (Status turned = Turn(picture); !turned) return turned;
+    if (order_.grey) picture = GreyPicture(picture);
+    return EncodePicture(picture, {.encoder = encoder_, .quality = order_.quality}, draft);
+  }
+
+  base::Size TargetSize(base::Size made) const {
+    const base::Size& size = order_.size;
+    if (size.Empty()) return made;
+    const bool smaller = size.width <= made.width && size.height <= made.height;
+    const bool larger = size.width >= made.width && size.height >= made.height;
+    const bool wanted = smaller ? order_.shrink : larger ? order_.enlarge : order_.shrink && order_.enlarge;
+    return wanted ? size : made;
+  }
+
+  // A jpeg whose colours need not be touched.
+  bool PassesThrough() const {
+    return opened_.format == Format::Jpeg && encoder_ == Encoder::Jpeg && !order_.grey && order_.angle == 0 &&
+           target_.width == rect_.width && target_.height == rect_.height;
+  }
+
+  Status CutPlainly(host::Draft& draft) {
+    const auto sink = [&](const void* data, std::size_t size) { return draft.Write(data, size); };
+    Status status = CutJpeg(order_.source, rect_, order_.quality, 0, Exif::Drop, limits_, sink);
+    return status ? CheckOutput(Encoder::Jpeg, draft) : status;
+  }
+
+  Status Take(Picture& picture) {
+    const bool all = rect_.width == opened_.original.width && rect_.height == opened_.original.height;
+    if (all && opened_.format == Format::Jpeg) return TakeReducedJpeg(picture);
+    if (opened_.format == Format::Tiff) {
+      Status plain = TakeTiffPart(picture);
+      if (plain.GetProblem() != Problem::Unsupported) return plain;
+    }
+    picture.tags = opened_.tags;
+    if (Status status = TakeRows(opened_, rect_.top, rect_.height, picture.pixels); !status) return status;
+    picture.pixels = Window(picture.pixels, {rect_.left, 0, rect_.width, rect_.height}, base::kWhite);
+    return Status::Ok();
+  }
+
+  // A picture for the screen need not be decoded to twice its size.
+  Status TakeReducedJpeg(Picture& picture) {
+    const base::Size enough{(target_.width + 1) / 2, (target_.height + 1) / 2};
+    if (Status open = OpenPicture(files_, order_.source, limits_, enough, opened_); !open) return open;
+    return TakeReduced(opened_, picture);
+  }
+
+  Status TakeTiffPart(Picture& picture) {
+    std::shared_ptr<FileBytes> bytes;
+    if (Status status = FileBytes::Open(order_.source, bytes); !status) return status;
+    OpenedPicture part;
+    Status status = OpenTiffPart(bytes, rect_, limits_, part.stream, part.original);
+    if (!status) return status;
+    part.fault = opened_.fault;
+    part.tags = opened_.tags;
+    opened_ = std::move(part);
+    return TakeWhole(opened_, picture);
+  }
+
+  Status Turn(Picture& picture) {
+    if (order_.angle == 0) return Status::Ok();
+    const base::Size canvas = TurnedSize(target_, order_.angle);
+    if (!WithinLimits(canvas.width, canvas.height, limits_)) return fault::SidesTooLarge();
+    VImage held = picture.pixels.copy();
+    if (held.get_typeof(VIPS_META_SEQUENTIAL) != 0) held.remove(VIPS_META_SEQUENTIAL);
+    const int pixelBytes = static_cast<int>(VIPS_IMAGE_SIZEOF_PEL(held.get_image()));
+    if (FitsMemory(held.width(), held.height(), pixelBytes, limits_)) {
+      held = held.copy_memory();
+    } else {
+      VImage onDisk = VImage::new_temp_file();
+      held.write(onDisk);
+      held = onDisk;
+    }
+    picture.pixels = Turned(held, order_.angle, base::kWhite);
+    picture.tags.orientation = 1;
+    picture.tags.exif = UprightExif(picture.tags.exif);
+    return Status::Ok();
+  }
+
+  host::Files& files_;
+  const HugeOrder& order_;
+  const Limits& limits_;
+  const Encoder encoder_;
+  OpenedPicture opened_;
+  base::Rect rect_;
+  base::Size target_;
+};
+
+}  // namespace
+
+Status MakeFromHuge(host::Files& files, const HugeOrder& order, const Limits& limits) {
+  Maker maker(files, order, limits);
+  Status status = files.Save(order.target, [&](host::Draft& draft) { return maker.Fill(draft); });
+  if (!status) DropOlderResult(files, order.source, order.target, status);
+  return status;
+}
+
+}  // namespace quillon::imaging
