@@ -134,7 +134,7 @@ void Form1::ChBig_Click() {
 }
 
 void Form1::ChLarge_Click() {
-  if (!ChLarge.On() || program_.engines.hugeImages) return;
+  if (!ChLarge.On() || program_.converter.Present()) return;
   ChLarge.Set(false);
   program_.AskMissingResource();
 }

@@ -2,9 +2,11 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "job/program.h"
 
+#include <algorithm>
 #include <cstdint>
 
 #include "base/path_text.h"
+#include "base/rounding.h"
 #include "formats/tools/processes.h"
 #include "formats/tools/twins.h"
 #include "job/file_intake.h"
@@ -49,6 +51,7 @@ std::string WhiteBmp(std::uint32_t side) {
 Program::Program(host::Host& hostIn)
     : host(hostIn),
       images(hostIn, [this] { flags.StopRequested = true; }),
+      converter(hostIn),
       form1(*this),
       fBaseOpt(*this),
       files(form1.MSF),
@@ -96,7 +99,21 @@ void Program::ShowInPreview(const std::string& path) {
     size = ZoomedSize(fBaseOpt.CmbZoom.Text(), size, ZoomTime::BeforeCut).value_or(size);
   }
   flags.CurrentImagePath = path;
-  ShowPicture(path, size);
+  ShowPicture(PreviewSource(path, {facts.width, facts.height}), size);
+}
+
+// With ChLarge, what is larger than a preview may be is reduced beside the program, at most to that.
+std::string Program::PreviewSource(const std::string& path, base::Size size) {
+  constexpr int kMostSide = 6000;
+  constexpr int kQuality = 98;
+  const int longer = std::max(size.width, size.height);
+  if (!form1.ChLarge.On() || longer <= kMostSide) return path;
+  const double scale = static_cast<double>(kMostSide) / longer;
+  const auto capped = [&](int side) { return std::max(1, base::R(side * scale)); };
+  const std::string reduced = AppPath("Tmp.jpg");
+  const bool made = converter.ZoomHuge(path, reduced, capped(size.width), capped(size.height), kQuality, size.width,
+                                       size.height, false);
+  return made ? reduced : path;
 }
 
 void Program::ShowPicture(const std::string& path, base::Size size) {

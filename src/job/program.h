@@ -6,6 +6,7 @@
 #include <string>
 
 #include "controls/windows.h"
+#include "formats/tools/converter.h"
 #include "host/host.h"
 #include "imaging/services.h"
 #include "job/collaborators.h"
@@ -25,7 +26,6 @@ class NormalCut;
 // missing-resource question and stays off.
 struct Engines {
   bool largeCapacity = false;  // ChBig: folders walked without a list
-  bool hugeImages = false;     // ChLarge
   bool edgeRemoval = false;    // ChClsWhite, ChClsBlack
   bool splitting = false;      // ChSplit
 };
@@ -47,6 +47,7 @@ class Program {
   host::Host& host;
   Flags flags;
   imaging::Services images;
+  formats::Converter converter;
   controls::Windows windows;
   Form1 form1;
   FBaseOpt fBaseOpt;
@@ -99,6 +100,7 @@ class Program {
   void EndLeftOverHelpers();
   void ShowDesktopPicture();
   void ReadFolders();
+  std::string PreviewSource(const std::string& path, base::Size size);
 
   std::unique_ptr<FileIntake> intake_;
   std::unique_ptr<NormalCut> normalCut_;

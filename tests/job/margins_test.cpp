@@ -375,6 +375,33 @@ TEST_F(MarginsTest, APictureThatCannotBeMeasuredIsPassedOver) {
   EXPECT_EQ(preview.Picture(), (base::Size{400, 200}));
 }
 
+// With ChLarge the helper reduces what has a side above 6000; the frame keeps to the whole picture.
+TEST_F(MarginsTest, HugePicturesAreReducedBesideTheProgram) {
+  world.folder.Write("app/PicCutConverter.dll", "");
+  std::string order;
+  world.shell.OnStart([&](const host::testing::RecordingShell::Started&) {
+    order = world.folder.Read("app/Param.txt");
+    world.folder.Write("app/Tmp.jpg", "reduced");
+  });
+  ShowArea(12000, 10);
+  EXPECT_EQ(preview.Path(), flags.CurrentImagePath);
+  Put("ChLarge", "1");
+  ShowArea(6000, 10);
+  EXPECT_EQ(preview.Path(), flags.CurrentImagePath);
+  EXPECT_EQ(order, "");
+  ShowArea(12000, 10);
+  EXPECT_EQ(preview.Path(), world.folder.Path("app/Tmp.jpg"));
+  EXPECT_EQ(flags.CurrentImagePath, world.folder.Path("shown.bmp"));
+  EXPECT_TRUE(order.starts_with("OnlyZoom=True\n")) << order;
+  EXPECT_NE(order.find("\n60\n6000\n5\n98\n" + world.folder.Path("app/Tmp.jpg") + "\n"), std::string::npos) << order;
+  EXPECT_NE(order.find("NeedConverter=False\n12000\n10\n"), std::string::npos) << order;
+  // A helper that leaves nothing: the picture itself is shown.
+  world.shell.OnStart([](const host::testing::RecordingShell::Started&) {});
+  ShowArea(12000, 10);
+  EXPECT_EQ(preview.Path(), flags.CurrentImagePath);
+  EXPECT_FALSE(world.folder.Exists("app/Param.txt"));
+}
+
 TEST_F(MarginsTest, AZoomBeforeTheCutShowsTheZoomedSize) {
   ShowArea(400, 200);
   options.Load();

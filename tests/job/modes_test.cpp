@@ -316,11 +316,11 @@ TEST_F(ModesTest, LargeCapacityAndSheetsExcludeEachOther) {
   EXPECT_EQ(Questions(), 0);
 }
 
-TEST_F(ModesTest, HugePicturesNeedTheirEngine) {
+TEST_F(ModesTest, HugePicturesNeedTheirHelper) {
   Put("ChLarge", "1");
   EXPECT_EQ(Value("ChLarge"), "0");
   EXPECT_EQ(Questions(), 1);
-  program.engines.hugeImages = true;
+  world.folder.Write("app/PicCutConverter.dll", "");
   Put("ChLarge", "1");
   EXPECT_EQ(Value("ChLarge"), "1");
 }
