@@ -1,0 +1,109 @@
+// SPDX-FileCopyrightText: 2026 The Quillon developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include <gtest/gtest.h>
+
+#include <csignal>
+
+#include "formats/tools/converter_order.h"
+#include "helpers/helper_process.h"
+#include "host/testing/test_host.h"
+#include "imaging/services.h"
+
+namespace quillon::helpers {
+namespace {
+
+using formats::ConverterOrder;
+using imaging::ImageFacts;
+
+class PicCutConverter : public ::testing::Test {
+ protected:
+  PicCutConverter() {
+    imaging::Image canvas;
+    EXPECT_TRUE(images.NewCanvas({600, 400}, base::kWhite, canvas));
+    EXPECT_TRUE(images.SaveByEncoder(canvas, folder.Path("source.jpg"), imaging::Encoder::Jpeg, 90));
+    order.source = folder.Path("source.jpg");
+    order.target = folder.Path("target.jpg");
+  }
+
+  Ran Run() {
+    folder.Write("Param.txt", *formats::OrderText(order));
+    return folder.Run("PicCutConverter", {});
+  }
+  base::Size Made(const std::string& name = "target.jpg") {
+    ImageFacts facts;
+    EXPECT_TRUE(images.ImageInfo(folder.Path(name), facts));
+    return {facts.width, facts.height};
+  }
+
+  host::testing::TestHost world;
+  imaging::Services images{world.host, [] {}};
+  HelperFolder folder;
+  ConverterOrder order;
+};
+
+TEST_F(PicCutConverter, ZoomsToTheSize) {
+  order.OnlyZoom = true;
+  order.size = {150, 90};
+  const Ran ran = Run();
+  EXPECT_EQ(ran.exit, 0) << ran.err;
+  EXPECT_EQ(Made(), (base::Size{150, 90}));
+  EXPECT_TRUE(folder.Exists("Param.txt"));  // the program removes it
+}
+
+TEST_F(PicCutConverter, CutsClamped) {
+  order.CutPic = true;
+  order.cutX = 500;
+  order.cutY = 100;
+  order.size = {300, 50};
+  EXPECT_EQ(Run().exit, 0);
+  EXPECT_EQ(Made(), (base::Size{100, 50}));
+}
+
+TEST_F(PicCutConverter, ConvertsTurnsAndZoomsWhereItIsAsked) {
+  order.target = folder.Path("target.png");
+  order.OnlyConverter = true;
+  EXPECT_EQ(Run().exit, 0);
+  EXPECT_EQ(Made("target.png"), (base::Size{600, 400}));
+  order.PicRotate = true;
+  EXPECT_EQ(Run().exit, 0);
+  EXPECT_EQ(Made("target.png"), (base::Size{400, 600}));
+  order.PicRotate = false;
+  order.NeedZoomS = true;
+  order.size = {1200, 800};
+  EXPECT_EQ(Run().exit, 0);
+  EXPECT_EQ(Made("target.png"), (base::Size{600, 400}));
+  order.NeedZoomB = true;
+  EXPECT_EQ(Run().exit, 0);
+  EXPECT_EQ(Made("target.png"), (base::Size{1200, 800}));
+}
+
+TEST_F(PicCutConverter, FailuresLeaveNoTarget) {
+  order.OnlyZoom = true;
+  order.size = {150, 90};
+  order.least = {601, 400};
+  Ran ran = Run();
+  EXPECT_EQ(ran.exit, 1);
+  EXPECT_EQ(ran.err, "PicCutConverter: 图片小于要求的最小尺寸\n");
+  order.least = {32, 32};
+  order.source = folder.Path("missing.jpg");
+  EXPECT_EQ(Run().exit, 1);
+  order.source = folder.Write("torn.jpg", folder.Read("source.jpg").substr(0, 900));
+  EXPECT_EQ(Run().exit, 1);
+  EXPECT_FALSE(folder.Exists("target.jpg"));
+}
+
+TEST_F(PicCutConverter, OddOrdersAreRefused) {
+  EXPECT_EQ(folder.Run("PicCutConverter", {}).exit, 1);  // none
+  for (const std::string& text : {std::string(), std::string("OnlyZoom=True\n"), std::string(2 << 20, 'x')}) {
+    folder.Write("Param.txt", text);
+    EXPECT_EQ(folder.Run("PicCutConverter", {}).exit, 1);
+  }
+  order.OnlyZoom = true;
+  order.size = {150, 90};
+  order.CoupleArray = true;
+  EXPECT_EQ(Run().exit, 1);
+  EXPECT_FALSE(folder.Exists("target.jpg"));
+}
+
+}  // namespace
+}  // namespace quillon::helpers
