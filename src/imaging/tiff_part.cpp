@@ -17,6 +17,7 @@ namespace quillon::imaging {
 namespace {
 
 constexpr double kCentimetresPerInch = 2.54;
+constexpr std::uint64_t kLargestStrip = std::uint64_t{32} << 20;  // of stored bytes, which are held whole
 
 template <class Value>
 Value Tag(TIFF* tiff, std::uint32_t tag, Value otherwise) {
@@ -55,6 +56,8 @@ class TiffPart : public RowStream {
       // Its own reckoning has to be ours before a row of it is written to our memory.
       const auto size = static_cast<std::size_t>(page_.width) * pixelBytes_;
       if (TIFFScanlineSize(tiff_.get()) != static_cast<tmsize_t>(size)) return fault::UnreadKind();
+      const std::uint32_t strip = TIFFComputeStrip(tiff_.get(), static_cast<std::uint32_t>(rect_.top), 0);
+      if (TIFFGetStrileByteCount(tiff_.get(), strip) > kLargestStrip) return fault::UnreadKind();
       row_.resize(size);
       return Status::Ok();
     }
@@ -128,8 +131,13 @@ class TiffPart : public RowStream {
     facts_.exif = ExifOfTiff(*stream_.bytes);
   }
 
+  // Most compressions know no way into the middle of a strip.
   Status ReadFromStrips(int y, unsigned char* out) {
-    if (TIFFReadScanline(tiff_.get(), row_.data(), static_cast<std::uint32_t>(y)) != 1) return fault::DamagedPicture();
+    const auto strip = static_cast<std::int64_t>(Tag<std::uint32_t>(tiff_.get(), TIFFTAG_ROWSPERSTRIP, 1));
+    for (int row = y == rect_.top && strip > 0 ? static_cast<int>(y - y % strip) : y; row <= y; ++row) {
+      const auto at = static_cast<std::uint32_t>(row);
+      if (TIFFReadScanline(tiff_.get(), row_.data(), at) != 1) return fault::DamagedPicture();
+    }
     const std::size_t skip = static_cast<std::size_t>(rect_.left) * pixelBytes_;
     std::memcpy(out, row_.data() + skip, static_cast<std::size_t>(rect_.width) * pixelBytes_);
     return Status::Ok();

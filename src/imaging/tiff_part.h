@@ -16,7 +16,7 @@ namespace quillon::imaging {
 // nothing means the whole page. original is the size of the page.
 //
 // Plain files only: grey, RGB or CMYK of 8 or 16 bits with the samples of a pixel side by side, and at most one more
-// sample, which is alpha. Unsupported: any other. Other: rect misses the page.
+// sample, which is alpha; strips of up to 32 MB. Unsupported: any other. Other: rect misses the page.
 Status OpenTiffPart(std::shared_ptr<Bytes> bytes, const std::optional<base::Rect>& rect, const Limits& limits,
                     std::shared_ptr<RowStream>& out, base::Size& original);
 

@@ -1,0 +1,64 @@
+// SPDX-FileCopyrightText: 2026 The Quillon developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+//
+// Any bytes as a TIFF file, and as any file whose end is looked for: a part of it opens with a status and hands out its
+// rows or fails, and the EXIF that is found in it is a block that survives being cut. The first bytes choose the part.
+#include <cstdint>
+#include <cstdlib>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "imaging/jpeg_exif.h"
+#include "imaging/tiff_exif.h"
+#include "imaging/tiff_part.h"
+#include "imaging/whole_file.h"
+
+namespace imaging = quillon::imaging;
+
+namespace {
+
+void Require(bool holds) {
+  if (!holds) std::abort();
+}
+
+imaging::Limits SmallLimits() {
+  imaging::Limits limits;
+  limits.pixels = 1'000'000;
+  limits.memory = 16 << 20;
+  return limits;
+}
+
+void ReadPart(const std::shared_ptr<imaging::Bytes>& bytes, const quillon::base::Rect& rect) {
+  std::shared_ptr<imaging::RowStream> rows;
+  quillon::base::Size original;
+  const imaging::Status status = imaging::OpenTiffPart(bytes, rect, SmallLimits(), rows, original);
+  Require(static_cast<bool>(status) == (rows != nullptr));
+  if (!rows) return;
+  const imaging::RowFacts& facts = rows->Facts();
+  Require(facts.size.width > 0 && facts.size.height > 0 && facts.size.width <= original.width);
+  std::vector<unsigned char> row(static_cast<std::size_t>(facts.size.width) *
+                                 static_cast<std::size_t>(facts.PixelBytes()));
+  for (int y = 0; y < facts.size.height; ++y) {
+    if (!rows->ReadRow(row.data())) return;
+  }
+}
+
+}  // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+  constexpr std::size_t kChoice = 4;
+  if (size < kChoice) return 0;
+  auto bytes = std::make_shared<imaging::MemoryBytes>(
+      std::string(reinterpret_cast<const char*>(data) + kChoice, size - kChoice));
+  ReadPart(bytes, {data[0] - 64, data[1] - 64, data[2] + 1, data[3] + 1});
+  for (const imaging::Format format : {imaging::Format::Png, imaging::Format::Gif, imaging::Format::Tiff}) {
+    static_cast<void>(imaging::ReachesItsEnd(format, *bytes));
+  }
+  const std::string block = imaging::ExifOfTiff(*bytes);
+  if (block.empty()) return 0;
+  Require(!imaging::CutExif(block, {7, 7}, 96).empty());
+  imaging::MemoryBytes again(block);
+  Require(imaging::ExifOfTiff(again) == block);
+  return 0;
+}
