@@ -102,6 +102,11 @@ TEST_F(PicCutConverter, OddOrdersAreRefused) {
   order.size = {150, 90};
   order.CoupleArray = true;
   EXPECT_EQ(Run().exit, 1);
+  order.CoupleArray = false;
+  for (const std::string& path : {std::string("target.jpg"), folder.Path("../target.jpg"), std::string()}) {
+    order.target = path;
+    EXPECT_EQ(Run().exit, 1) << path;
+  }
   EXPECT_FALSE(folder.Exists("target.jpg"));
 }
 

@@ -6,6 +6,7 @@
 
 #include "formats/tools/converter_order.h"
 #include "helpers/frame/helper.h"
+#include "helpers/orders/order_text.h"
 #include "imaging/huge_picture.h"
 
 namespace {
@@ -40,6 +41,9 @@ Status Convert(Helper& helper) {
   if (Status read = helper.Files().ReadFile(helper.AppPath("Param.txt"), text, kLongestOrder); !read) return read;
   const std::optional<ConverterOrder> order = quillon::formats::ParseOrder(text);
   if (!order) return quillon::helpers::WrongCall("Param.txt 的内容无法识别");
+  if (!quillon::helpers::IsPlainPath(order->source) || !quillon::helpers::IsPlainPath(order->target)) {
+    return quillon::helpers::WrongCall("Param.txt 中的路径必须完整");
+  }
   if (order->CoupleArray || order->DrawTxtMode) return quillon::helpers::WrongCall("不支持 Param.txt 要求的操作");
   // What does not fit into memory goes where the program works, not into a /tmp that is memory itself.
   setenv("TMPDIR", helper.World().programFolder.c_str(), 1);
