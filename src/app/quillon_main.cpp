@@ -7,6 +7,7 @@
 
 #include "job/file_intake.h"
 #include "job/program.h"
+#include "suite/suite.h"
 #include "ui/application.h"
 #include "ui/host/desktop.h"
 #include "ui/main/main_window.h"
@@ -19,8 +20,9 @@ int main(int count, char** arguments) {
 
   quillon::ui::Desktop desktop;
   quillon::job::Program program(desktop.Host());
+  quillon::suite::Suite suite(program);
   if (!program.Start()) return 0;
-  quillon::ui::MainWindow window(program);
+  quillon::ui::MainWindow window(suite);
   desktop.SetOwner(&window);
   window.show();
   // After the first paint, so that a long list is seen growing.

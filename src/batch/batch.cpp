@@ -12,6 +12,7 @@
 
 #include "base/utf8.h"
 #include "batch/hosts.h"
+#include "batch/manual_steps.h"
 #include "batch/options.h"
 #include "batch/parse.h"
 #include "batch/private_folder.h"
@@ -23,6 +24,7 @@
 #include "host/posix/posix_shell.h"
 #include "host/posix/program_folder.h"
 #include "host/posix/sqlite_settings.h"
+#include "suite/suite.h"
 
 namespace quillon::batch {
 namespace {
@@ -83,10 +85,13 @@ class Session {
     Outcome outcome;
     {
       job::Program program(world);
+      const suite::Suite suite(program);
       program.Start();
       Watch watch(program, *reporter_, plan_.json && plan_.trace ? Trace::Yes : Trace::No);
+      ManualSteps manual(program, suite.regions.cutFrame, plan_.answers, *reporter_);
       pump_.OnTurn([&] {
         if (signals_.Stopping()) program.flags.StopRequested = true;
+        manual.Turn();
         watch.Turn();
       });
       Runner runner(program, watch, *reporter_, [this] { return signals_.Stopping(); });

@@ -89,6 +89,11 @@ Event FolderDialogEvent(const std::string& title, const std::string& answer) {
           {{"kind", std::string("folder")}, {"title", title}, {"filter", std::string()}, {"answer", answer}}};
 }
 
+Event FrameEvent(const std::string& picture, const std::string& button) {
+  return {EventKind::Dialog,
+          {{"kind", std::string("frame")}, {"title", picture}, {"filter", std::string()}, {"answer", button}}};
+}
+
 Event TitleEvent(const std::string& window, const std::string& text) {
   return {EventKind::Title, {{"text", text}, {"window", window}}};
 }

@@ -55,6 +55,8 @@ struct Summary {
 Event BoxEvent(const host::Box& box, host::Reply answer);
 Event FilesDialogEvent(const std::string& title, const std::string& filter, const std::vector<std::string>& answer);
 Event FolderDialogEvent(const std::string& title, const std::string& answer);
+// A button of the manual step was pressed for a picture.
+Event FrameEvent(const std::string& picture, const std::string& button);
 Event TitleEvent(const std::string& window, const std::string& text);
 Event BeepEvent();
 // kind is "folder", "file" or "address".

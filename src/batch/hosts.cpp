@@ -4,6 +4,7 @@
 
 #include <algorithm>
 
+#include "batch/manual_steps.h"
 #include "batch/parse.h"
 #include "batch/replies.h"
 
@@ -52,7 +53,7 @@ std::vector<std::string> BatchDialogs::Paths(const std::string& title, const std
   std::vector<std::string> paths;
   for (const Answer& answer : answers_) {
     if (!Holds(title, answer.text) && !Holds(filter, answer.text)) continue;
-    if (answer.reply.empty() || ReplyNamed(answer.reply)) continue;
+    if (answer.reply.empty() || ReplyNamed(answer.reply) || ManualSteps::IsButton(answer.reply)) continue;
     paths.push_back(AbsolutePath(answer.reply, folder_));
   }
   return paths;

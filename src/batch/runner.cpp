@@ -7,6 +7,7 @@
 #include <utility>
 
 #include "base/utf8.h"
+#include "batch/manual_steps.h"
 #include "batch/replies.h"
 #include "controls/grid.h"
 #include "job/file_intake.h"
@@ -91,7 +92,7 @@ std::string Runner::CheckStep(const Step& step) const {
 
 std::string Runner::CheckAnswer(const Answer& answer) const {
   const bool path = answer.reply.find('/') != std::string::npos || program_.host.files.Look(answer.reply);
-  if (path || ReplyNamed(answer.reply)) return {};
+  if (path || ReplyNamed(answer.reply) || ManualSteps::IsButton(answer.reply)) return {};
   return Sentence(answer.place, "“" + answer.reply + "”不是回答，也不是路径");
 }
 

@@ -19,6 +19,8 @@ class ManualFrame {
   // SkipCutThisImage, ManualRotated, ManualAngle, CurrentImagePath) and in TCutValue. turned is the picture as a rule
   // has turned it already, no image where none did.
   virtual void Ask(const std::string& source, const imaging::Image& turned) = 0;
+  // Another picture is on show, here or at rest.
+  virtual void Shown() = 0;
   // The picture on show, for drivers that go on working on it.
   virtual host::Status ClonePicture(imaging::Image& out) = 0;
   // The batch has ended.

@@ -4,6 +4,19 @@
 
 namespace quillon::job {
 
-FCutPre::FCutPre() : Window("FCutPre", "裁剪框预览(空格键=下一张，Ctrl=本图扩边，Z=本图不裁剪)") {}
+FCutPre::FCutPre() : Window("FCutPre", kPreviewCaption) {
+  ChHideShow.SetHandler([this] { ChHideShow_Click(); });
+}
+
+void FCutPre::Close() {
+  if (!CmdNext.OwnEnabled()) Hide();
+}
+
+void FCutPre::ChHideShow_Click() {
+  for (controls::Control* control :
+       std::initializer_list<controls::Control*>{&HS, &VS, &CmdNext, &CmdNotCut, &CmdAddBoard, &CmdRot90, &CmdRot270}) {
+    control->SetVisible(!ChHideShow.On());
+  }
+}
 
 }  // namespace quillon::job

@@ -120,6 +120,7 @@ void Program::ShowPicture(const std::string& path, base::Size size) {
   flags.PreviewImageWidth = size.width;
   flags.PreviewImageHeight = size.height;
   fCutPre.preview.ShowPicture(path, size);
+  if (manualFrame) manualFrame->Shown();
   form1.ShowMarginLimits();
   form1.ShowFrame();
 }

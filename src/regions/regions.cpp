@@ -4,7 +4,7 @@
 
 namespace quillon::regions {
 
-Regions::Regions(job::Program& program) : fMultCut(program), fCutTime(program) {
+Regions::Regions(job::Program& program) : cutFrame(program), fMultCut(program), fCutTime(program) {
   program.windows.Add(fMultCut);
   program.windows.Add(fCutTime);
 }

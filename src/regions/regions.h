@@ -3,6 +3,7 @@
 #pragma once
 
 #include "job/program.h"
+#include "regions/cut_frame.h"
 #include "regions/fcuttime.h"
 #include "regions/fmultcut.h"
 
@@ -15,6 +16,7 @@ class Regions {
   Regions(const Regions&) = delete;
   Regions& operator=(const Regions&) = delete;
 
+  CutFrame cutFrame;
   FMultCut fMultCut;
   FCutTime fCutTime;
 };

@@ -18,6 +18,8 @@ void SetUp(QApplication& application) {
   QApplication::setApplicationDisplayName({});
   QApplication::setApplicationVersion(QStringLiteral(QUILLON_VERSION));
   QApplication::setDesktopFileName(QStringLiteral("quillon"));
+  // The main window may be hidden while others work on; it ends the program itself.
+  QApplication::setQuitOnLastWindowClosed(false);
   QApplication::setWindowIcon(ProgramIcon());
   QLocale::setDefault(QLocale(QLocale::Chinese, QLocale::China));
   QApplication::installTranslator(new ToolkitTexts(&application));

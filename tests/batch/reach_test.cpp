@@ -29,13 +29,16 @@ std::optional<std::string> OtherValue(const Control& control) {
     case Kind::ColourBox:
       return "66051";
     case Kind::Slider:
-      return control.Value() == "2" ? "3" : "2";
+      if (control.MinText() == control.MaxText()) return std::nullopt;
+      return control.Value() == control.MaxText() ? control.MinText() : control.MaxText();
     default:
       return std::nullopt;
   }
 }
 
-bool IsChosenFolder(const Control& control) { return control.Name() == "LInDir" || control.Name() == "LOutDir"; }
+bool IsChosenFolder(const Control& control) {
+  return control.Name() == "LInDir" || control.Name() == "LOutDir" || control.Name() == "LDir";
+}
 
 // Takes away what would answer the change, so that the way there and back alone is looked at. A list whose entries come
 // from files gets some.

@@ -10,7 +10,7 @@
 #include "batch/recorder.h"
 #include "batch/runner.h"
 #include "host/testing/test_host.h"
-#include "job/program.h"
+#include "suite/suite.h"
 
 namespace quillon::batch {
 
@@ -40,6 +40,7 @@ class World {
                   test.instance,
                   test.host.programFolder};
   job::Program program{host};
+  suite::Suite suite{program};
 
   Outcome Perform(const std::vector<Step>& steps) {
     if (!watch_) {

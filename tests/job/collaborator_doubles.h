@@ -12,6 +12,7 @@ namespace quillon::job {
 class IdleFrame final : public ManualFrame {
  public:
   void Ask(const std::string&, const imaging::Image&) override {}
+  void Shown() override {}
   host::Status ClonePicture(imaging::Image&) override { return {}; }
   void Rest() override {}
 };

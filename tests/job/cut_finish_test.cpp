@@ -40,6 +40,7 @@ class Frame final : public ManualFrame {
     program.flags.ManualStepDone = true;
     if (answer) answer();
   }
+  void Shown() override {}
   host::Status ClonePicture(imaging::Image& out) override {
     ++cloned;
     return program.images.LoadImageFromFile(program.flags.CurrentImagePath, out);

@@ -237,18 +237,20 @@ TEST_F(RecordsTest, EveryMenuEntryHasACaptionAndAShortcutOfItsOwn) {
 }
 
 TEST_F(RecordsTest, OpenedWithWhatTheDefaultsAllow) {
-  const char* disabled[] = {"TFixWH(0)",         "TFixWH(1)",       "ChAddToSize",        "TQuality",
-                            "ChCutAndArray",     "MenuStop",        "MenuGifCut",         "MenuGifCutOps",
-                            "MenuPngCut",        "MenuPngCutOps",   "MenuPdfCut",         "MenuPdfOps",
-                            "MenuPenHui",        "MenuPenHuiCut",   "MenuTiffCut",        "MenuTifCutOps",
-                            "MenuColorCut",      "FBaseOpt.TAngle", "FBaseOpt.ChRecover", "FBaseOpt.TSmalS(4)",
-                            "FBaseOpt.TSmalS(5)"};
+  const char* disabled[] = {"TFixWH(0)",          "TFixWH(1)",        "ChAddToSize",        "TQuality",
+                            "ChCutAndArray",      "MenuStop",         "MenuGifCut",         "MenuGifCutOps",
+                            "MenuPngCut",         "MenuPngCutOps",    "MenuPdfCut",         "MenuPdfOps",
+                            "MenuPenHui",         "MenuPenHuiCut",    "MenuTiffCut",        "MenuTifCutOps",
+                            "MenuColorCut",       "FBaseOpt.TAngle",  "FBaseOpt.ChRecover", "FBaseOpt.TSmalS(4)",
+                            "FBaseOpt.TSmalS(5)", "FCutPre.CmdNext",  "FCutPre.CmdNotCut",  "FCutPre.CmdAddBoard",
+                            "FCutPre.CmdRot90",   "FCutPre.CmdRot270"};
   const std::set<std::string> expected(std::begin(disabled), std::end(disabled));
   for (const controls::Window* window : program.windows.All()) {
     for (const controls::Control* control : window->Controls()) {
       const std::string name = window == &form ? control->Name() : control->FullName();
       EXPECT_EQ(control->Enabled(), !expected.contains(name)) << name;
-      EXPECT_TRUE(control->Visible()) << name;
+      // There is nothing to scroll before a picture is larger than its room.
+      EXPECT_EQ(control->Visible(), name != "FCutPre.HS" && name != "FCutPre.VS") << name;
     }
   }
 }

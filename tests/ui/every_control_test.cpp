@@ -68,6 +68,10 @@ TEST_F(EveryControl, StartsAsTheRecordSays) {
     ASSERT_NE(widget, nullptr) << control->FullName();
     EXPECT_EQ(!widget->isHidden(), control->Visible()) << control->FullName();
     if (control->GetKind() == Kind::Frame || control->GetKind() == Kind::Grid) continue;
+    if (control->GetKind() == Kind::Button) {
+      EXPECT_EQ(ui_.Find<QAbstractButton>(*control)->text(), Shown(control->Caption())) << control->FullName();
+      continue;
+    }
     EXPECT_EQ(widget->isEnabled(), control->Enabled()) << control->FullName();
     const bool edited = control->GetKind() == Kind::ComboBox && static_cast<controls::ComboBox*>(control)->IsEditable();
     EXPECT_EQ(ShownValue(ui_, *control), edited ? control->Text() : control->Value()) << control->FullName();
@@ -143,6 +147,7 @@ TEST_F(EveryControl, OfABoxHasALabelBesideIt) {
         std::find_if(labels.begin(), labels.end(), [widget](const QLabel* label) { return label->buddy() == widget; });
     ASSERT_NE(found, labels.end()) << control->FullName();
     EXPECT_FALSE((*found)->text().isEmpty()) << control->FullName();
+    for (Control* holder = control->Parent(); holder; holder = holder->Parent()) holder->SetVisible(true);
     control->SetVisible(false);
     EXPECT_TRUE((*found)->isHidden()) << control->FullName();
     control->SetVisible(true);

@@ -7,9 +7,9 @@
 #include <QSemaphore>
 #include <QSignalSpy>
 
-#include "ui/main/frame_painter.h"
-#include "ui/main/preview_canvas.h"
-#include "ui/main/preview_loader.h"
+#include "ui/frame/frame_painter.h"
+#include "ui/frame/preview_canvas.h"
+#include "ui/frame/preview_loader.h"
 #include "user_hand.h"
 
 namespace quillon::ui {

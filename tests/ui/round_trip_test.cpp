@@ -83,6 +83,7 @@ class Worlds {
   UiWorld ui_{kNoDesktop};
   host::testing::TestHost plainWorld_;
   job::Program plain_{plainWorld_.host};
+  suite::Suite plainSuite_{plain_};
   batch::World batch_;
 };
 

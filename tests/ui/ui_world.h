@@ -11,7 +11,7 @@
 #include <vector>
 
 #include "host/testing/test_host.h"
-#include "job/program.h"
+#include "suite/suite.h"
 #include "ui/main/main_window.h"
 #include "ui/options/options_window.h"
 #include "ui/text.h"
@@ -42,7 +42,8 @@ struct UiWorld {
   QWidget& Holder(const controls::Control& control) {
     if (&control.GetWindow() == &program.fBaseOpt) return window.Options();
     if (&control.GetWindow() == &program.fCutPre) return *window.findChild<QWidget*>(QStringLiteral("FCutPre"));
-    return window;
+    QWidget* beside = window.Beside(control.GetWindow());
+    return beside ? *beside : window;
   }
 
   // A listed row of a file that need not exist.
@@ -56,13 +57,14 @@ struct UiWorld {
 
   host::testing::TestHost world;
   job::Program program;
+  suite::Suite suite{program};
   MainWindow window;
 
  private:
-  job::Program& Started(base::Size desktop) {
+  suite::Suite& Started(base::Size desktop) {
     world.screen.size = desktop;
     program.Start();
-    return program;
+    return suite;
   }
 };
 

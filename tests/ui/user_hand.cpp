@@ -73,6 +73,7 @@ std::string OtherText(const controls::Control& control, const std::string& folde
       return "#336699";
     case controls::Kind::Slider: {
       const auto& slider = static_cast<const controls::Slider&>(control);
+      if (slider.Min() == slider.Max()) return {};
       return std::to_string(slider.Position() < slider.Max() ? slider.Position() + 1 : slider.Position() - 1);
     }
     case controls::Kind::Label:

@@ -12,7 +12,7 @@
 #include <QTableView>
 
 #include "ui/bind/fold_group.h"
-#include "ui/main/preview_canvas.h"
+#include "ui/frame/preview_canvas.h"
 #include "user_hand.h"
 
 namespace quillon::ui {

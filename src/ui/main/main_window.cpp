@@ -13,16 +13,18 @@
 
 #include "job/file_intake.h"
 #include "ui/bind/uri_list.h"
+#include "ui/frame/preview_dock.h"
 #include "ui/main/list_view.h"
 #include "ui/main/menu_bar.h"
 #include "ui/main/parameter_panel.h"
-#include "ui/main/preview_dock.h"
 #include "ui/main/status_strip.h"
 #include "ui/main/tool_bar.h"
 #include "ui/options/options_window.h"
+#include "ui/regions/regions_window.h"
 #include "ui/text.h"
 #include "ui/theme/icons.h"
 #include "ui/theme/metrics.h"
+#include "ui/timed/timed_window.h"
 
 namespace quillon::ui {
 namespace {
@@ -32,11 +34,14 @@ constexpr int kPreviewWidth = 38 * kGap;
 
 }  // namespace
 
-MainWindow::MainWindow(job::Program& program)
-    : program_(program),
-      form_(program.form1),
-      loader_([&program](const std::string& path, QSize limit) { return ReadPreview(program.images, path, limit); }),
-      binder_(program.form1, [this](const std::string& sentence) { Refused(sentence); }) {
+MainWindow::MainWindow(suite::Suite& suite)
+    : program_(suite.program),
+      form_(program_.form1),
+      loader_([&program = program_](const std::string& path, QSize limit) {
+        return ReadPreview(program.images, path, limit);
+      }),
+      binder_(program_.form1, [this](const std::string& sentence) { Refused(sentence); }) {
+  loader_.SetVersion([&files = program_.host.files](const std::string& path) { return VersionOf(files, path); });
   setObjectName(Shown(form_.Name()));
   setWindowIcon(ProgramIcon());
   setAcceptDrops(true);
@@ -54,7 +59,7 @@ MainWindow::MainWindow(job::Program& program)
   middle->setHandleWidth(1);
   setCentralWidget(middle);
 
-  preview_ = new PreviewDock(program_.fCutPre, loader_, this);
+  preview_ = new PreviewDock(suite, loader_, this);
   preview_->setAllowedAreas(Qt::LeftDockWidgetArea | Qt::RightDockWidgetArea);
   addDockWidget(Qt::RightDockWidgetArea, preview_);
   preview_->setVisible(program_.fCutPre.Visible());
@@ -66,7 +71,14 @@ MainWindow::MainWindow(job::Program& program)
       [this](const job::RunTotals& totals) { status_->ShowSummary(totals); });
   program_.observer = monitor_.get();
 
-  token_ = form_.Observe({}, [this](controls::Window&) { ShowTitle(); });
+  const auto refused = [this](const std::string& sentence) { Refused(sentence); };
+  regions_ = new RegionsWindow(suite.regions.fMultCut, refused, this);
+  timed_ = std::make_unique<TimedWindow>(suite.regions.fCutTime, refused);
+
+  token_ = form_.Observe({}, [this](controls::Window&) {
+    ShowTitle();
+    FollowRecord();
+  });
   optionsToken_ = program_.fBaseOpt.Observe({}, [this](controls::Window&) { ShowOptions(); });
   ShowTitle();
   ShowOptions();
@@ -80,6 +92,8 @@ MainWindow::~MainWindow() {
   program_.fBaseOpt.Forget(optionsToken_);
   // Widgets that listen to the binder and the loader go before those do.
   delete options_;
+  delete regions_;
+  timed_.reset();
   delete preview_;
   delete takeCentralWidget();
 }
@@ -126,6 +140,20 @@ OptionsWindow& MainWindow::Options() {
   return *options_;
 }
 
+QWidget* MainWindow::Beside(const controls::Window& record) const {
+  for (ToolWindow* window : {regions_, timed_.get()}) {
+    if (window->objectName() == Shown(record.Name())) return window;
+  }
+  return nullptr;
+}
+
+// The timed cut hides this window while it watches.
+void MainWindow::FollowRecord() {
+  if (recordShown_ == form_.Visible()) return;
+  recordShown_ = form_.Visible();
+  if (!program_.Ended()) setVisible(recordShown_);
+}
+
 void MainWindow::ShowOptions() {
   const bool visible = program_.fBaseOpt.Visible();
   if (!visible && !options_) return;
@@ -165,6 +193,12 @@ void MainWindow::dropEvent(QDropEvent* event) {
     binder_.CommitTyped();
     program_.Intake().MSF_OLEDragDrop(paths);
   });
+}
+
+std::string VersionOf(const host::Files& files, const std::string& path) {
+  const auto facts = files.Look(path);
+  if (!facts) return {};
+  return std::to_string(facts->size) + "/" + std::to_string(facts->modified) + "/" + std::to_string(facts->changed);
 }
 
 QImage ReadPreview(imaging::Services& images, const std::string& path, QSize limit) {

@@ -5,9 +5,9 @@
 #include <QMainWindow>
 #include <memory>
 
-#include "job/program.h"
+#include "suite/suite.h"
 #include "ui/bind/binder.h"
-#include "ui/main/preview_loader.h"
+#include "ui/frame/preview_loader.h"
 #include "ui/main/run_monitor.h"
 
 namespace quillon::ui {
@@ -17,16 +17,19 @@ class OptionsWindow;
 class ParameterPanel;
 class PreviewDock;
 class StatusStrip;
+class ToolWindow;
 
 // Form1 on the screen: parameters on the left, the list in the middle, the preview on the right.
 class MainWindow : public QMainWindow {
  public:
-  explicit MainWindow(job::Program& program);
+  explicit MainWindow(suite::Suite& suite);
   ~MainWindow() override;
 
   PreviewLoader& Loader() { return loader_; }
   // The window of the advanced options; it is made when it is first wanted.
   OptionsWindow& Options();
+  // The window of a record that stands beside this one, nullptr where the record has no such window.
+  QWidget* Beside(const controls::Window& record) const;
 
  protected:
   void closeEvent(QCloseEvent* event) override;
@@ -38,6 +41,7 @@ class MainWindow : public QMainWindow {
   void AddViewMenu();
   void ShowTitle();
   void ShowOptions();
+  void FollowRecord();
   void Refused(const std::string& sentence);
   void QuitWhenEnded();
 
@@ -51,8 +55,14 @@ class MainWindow : public QMainWindow {
   PreviewDock* preview_ = nullptr;
   StatusStrip* status_ = nullptr;
   OptionsWindow* options_ = nullptr;
+  ToolWindow* regions_ = nullptr;
+  std::unique_ptr<ToolWindow> timed_;
+  bool recordShown_ = true;
   std::unique_ptr<RunMonitor> monitor_;
 };
+
+// What a file is now, by its size and times; "" for none.
+std::string VersionOf(const host::Files& files, const std::string& path);
 
 // A picture as the preview draws it.
 QImage ReadPreview(imaging::Services& images, const std::string& path, QSize limit);

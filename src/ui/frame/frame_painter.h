@@ -19,11 +19,24 @@ struct FrameLook {
   QRectF picture;  // where the picture is drawn
   QRectF frame;    // the cut frame over it
   int shape = 0;
-  bool fixed = false;  // a frame of a fixed size, told by its colour
-  QString label;       // its size in words
+  bool fixed = false;    // a frame of a fixed size, told by its colour
+  QString label;         // its size in words
+  bool handles = false;  // it can be taken hold of
+  bool second = false;   // the other of its two looks
+  QRectF visible;        // what of the picture can be seen
 };
 
 // Dims what is cut off, and draws the frame with its size.
 void PaintFrame(QPainter& painter, const FrameLook& look);
+
+struct RegionLook {
+  QRectF frame;
+  QRectF badge;  // its number stands there
+  int number = 0;
+  bool picked = false;
+};
+
+// One of several regions with its number.
+void PaintRegion(QPainter& painter, const RegionLook& look);
 
 }  // namespace quillon::ui

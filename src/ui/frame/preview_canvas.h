@@ -1,0 +1,74 @@
+// SPDX-FileCopyrightText: 2026 The Quillon developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <QImage>
+#include <QPixmap>
+#include <QWidget>
+#include <optional>
+#include <vector>
+
+#include "job/preview.h"
+#include "regions/frame_math.h"
+
+namespace quillon::ui {
+
+// The preview picture, fitted into the widget or larger, with the cut frame over it.
+class PreviewCanvas : public QWidget {
+  Q_OBJECT
+
+ public:
+  explicit PreviewCanvas(const job::Preview& preview, QWidget* parent = nullptr);
+
+  // A reduced picture to draw; a null one shows the hint.
+  void SetPicture(const QImage& picture);
+  bool HasPicture() const { return !picture_.isNull(); }
+  // How much larger than fitted the picture is drawn, and what part of the rest lies to the left and above, 0 to 1.
+  void SetView(double zoom, double across, double down);
+  // Whether the frame can be taken hold of.
+  void SetHandles(bool handles);
+  // Regions to show over the picture, in pixels of it, and the one that is picked, if any.
+  void SetRegions(std::vector<job::PreviewFrame> regions, std::optional<std::size_t> picked);
+
+  // Where the picture and the frame lie in this widget; empty without a picture.
+  QRectF PictureRect() const;
+  QRectF FrameRect() const;
+  // How much of the picture there is no room for.
+  QSizeF Hidden() const;
+  // A frame in pixels of the picture, as it lies in this widget.
+  QRectF Placed(const job::PreviewFrame& frame) const;
+  // The place in pixels of the picture under a point of this widget.
+  regions::Point PlaceAt(const QPointF& point) const;
+  // What a press at a point takes hold of.
+  std::optional<regions::Grip> GripAt(const QPointF& point) const;
+  std::optional<std::size_t> RegionAt(const QPointF& point) const;
+  // The frame's size in pixels of the picture, "1062 × 1630 px", with millimetres where the resolution is known.
+  QString FrameText() const;
+
+  QSize sizeHint() const override { return {320, 320}; }
+  QSize minimumSizeHint() const override { return {160, 120}; }
+
+ signals:
+  // What is drawn would be sharper from a picture with sides of this many pixels.
+  void DetailWanted(int side);
+
+ protected:
+  void paintEvent(QPaintEvent* event) override;
+
+ private:
+  void PaintPicture(QPainter& painter, const QRectF& shown);
+  void PaintRegions(QPainter& painter) const;
+  QRectF RegionBadge(std::size_t region) const;
+
+  const job::Preview& preview_;
+  QImage picture_;
+  QPixmap scaled_;  // picture_ at the size it is shown in, while it is fitted
+  double zoom_ = 1;
+  double across_ = 0.5;
+  double down_ = 0.5;
+  bool handles_ = false;
+  std::vector<job::PreviewFrame> regions_;
+  std::optional<std::size_t> picked_;
+};
+
+}  // namespace quillon::ui

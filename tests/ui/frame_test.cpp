@@ -1,0 +1,322 @@
+// SPDX-FileCopyrightText: 2026 The Quillon developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+// The user's mouse, wheel and keys over the preview, and the window of the manual step.
+#include <gtest/gtest.h>
+
+#include <QLineEdit>
+#include <QPushButton>
+#include <QScrollBar>
+#include <QSemaphore>
+#include <QWheelEvent>
+
+#include "ui/frame/frame_hand.h"
+#include "ui/frame/key_overlay.h"
+#include "ui/frame/preview_canvas.h"
+#include "ui/frame/preview_dock.h"
+#include "ui/frame/preview_loader.h"
+#include "user_hand.h"
+
+namespace quillon::ui {
+namespace {
+
+using job::PreviewFrame;
+
+class FrameUi : public ::testing::Test {
+ protected:
+  FrameUi() {
+    form_.ChCutA.Set(true);
+    ui_.program.fCutPre.Show();
+    ui_.program.ShowPicture("/none.jpg", {400, 300});
+    UiWorld::Turn();
+    ui_.window.Loader().Wait();
+    UiWorld::Turn();
+    canvas_.SetPicture(QImage(80, 60, QImage::Format_RGB32));
+    for (controls::TextBox& margin : form_.TCutValue) margin.SetText("0");
+  }
+
+  // A place of the picture on the canvas.
+  QPoint At(double x, double y) { return canvas_.Placed({x, y, 0, 0}).topLeft().toPoint(); }
+  void Drag(QPoint from, QPoint to) {
+    QTest::mousePress(&canvas_, Qt::LeftButton, {}, from);
+    QTest::mouseMove(&canvas_, (from + to) / 2);
+    QTest::mouseMove(&canvas_, to);
+    QTest::mouseRelease(&canvas_, Qt::LeftButton, {}, to);
+  }
+  void ExpectFrame(const PreviewFrame& expected) {
+    const PreviewFrame& frame = preview_.PictureFrame();
+    const double pixel = 1.5 * 400 / canvas_.PictureRect().width() + 1;
+    EXPECT_NEAR(frame.left, expected.left, pixel);
+    EXPECT_NEAR(frame.top, expected.top, pixel);
+    EXPECT_NEAR(frame.width, expected.width, 2 * pixel);
+    EXPECT_NEAR(frame.height, expected.height, 2 * pixel);
+  }
+  void Wheel(QPointF at, int delta) {
+    QWheelEvent event(at, canvas_.mapToGlobal(at), {}, QPoint(0, delta), Qt::NoButton, Qt::NoModifier,
+                      Qt::NoScrollPhase, false);
+    QApplication::sendEvent(&canvas_, &event);
+  }
+
+  UiWorld ui_;
+  job::Form1& form_ = ui_.program.form1;
+  job::FCutPre& cutPre_ = ui_.program.fCutPre;
+  job::Preview& preview_ = cutPre_.preview;
+  PreviewCanvas& canvas_ = *ui_.window.findChild<PreviewCanvas*>();
+};
+
+TEST_F(FrameUi, TheMouseDrawsAFrame) {
+  Drag(At(40, 30), At(240, 180));
+  ExpectFrame({40, 30, 200, 150});
+  EXPECT_EQ(form_.TCutValue[0].Number(), preview_.PictureFrame().left);
+  EXPECT_EQ(std::floor(preview_.PictureFrame().width), preview_.PictureFrame().width);
+}
+
+TEST_F(FrameUi, APressOutsideDrawsANewFrame) {
+  Drag(At(40, 30), At(140, 130));
+  Drag(At(390, 290), At(200, 200));
+  ExpectFrame({200, 200, 190, 90});
+}
+
+TEST_F(FrameUi, AFrameIsMovedByItsInsideAndResizedByItsSides) {
+  Drag(At(40, 30), At(240, 180));
+  Drag(At(140, 100), At(160, 110));
+  ExpectFrame({60, 40, 200, 150});
+  Drag(At(260, 115), At(300, 115));
+  ExpectFrame({60, 40, 240, 150});
+  Drag(At(60, 40), At(100, 60));
+  ExpectFrame({100, 60, 200, 130});
+}
+
+TEST_F(FrameUi, APressAloneClearsTheFrame) {
+  Drag(At(40, 30), At(240, 180));
+  const std::string before = form_.TCutValue[0].Value();
+  QTest::mouseClick(&canvas_, Qt::LeftButton, {}, At(350, 280));
+  EXPECT_EQ(preview_.PictureFrame(), PreviewFrame());
+  EXPECT_EQ(form_.TCutValue[0].Value(), before);
+}
+
+TEST_F(FrameUi, ArrowsMoveTheFrameByPixels) {
+  Drag(At(40, 30), At(240, 180));
+  const PreviewFrame before = preview_.PictureFrame();
+  canvas_.setFocus();
+  QTest::keyClick(&canvas_, Qt::Key_Right);
+  EXPECT_EQ(preview_.PictureFrame().left, before.left + 1);
+  QTest::keyClick(&canvas_, Qt::Key_Down, Qt::ShiftModifier);
+  EXPECT_EQ(preview_.PictureFrame().top, before.top + 10);
+  QTest::keyClick(&canvas_, Qt::Key_Left, Qt::AltModifier);
+  EXPECT_EQ(preview_.PictureFrame().width, before.width - 1);
+}
+
+TEST_F(FrameUi, TheWheelZoomsAboutThePointer) {
+  const QPointF at = At(100, 100);
+  const regions::Point before = canvas_.PlaceAt(at);
+  Wheel(at, 120);
+  Wheel(at, 120);
+  Wheel(at, 120);
+  EXPECT_GT(cutPre_.Slider1.Position(), 100);
+  EXPECT_GT(canvas_.PictureRect().width(), canvas_.width());
+  const regions::Point after = canvas_.PlaceAt(at);
+  EXPECT_NEAR(after.x, before.x, 4);
+  EXPECT_NEAR(after.y, before.y, 4);
+  for (int i = 0; i < 3; ++i) Wheel(at, -120);
+  EXPECT_EQ(cutPre_.Slider1.Position(), 100);
+  EXPECT_EQ(ZoomStep(1, 1), 2);
+  EXPECT_EQ(ZoomStep(2, -1), 1);
+}
+
+TEST_F(FrameUi, TheScrollBarsMoveThePictureAndNoMargin) {
+  Drag(At(40, 30), At(240, 180));
+  const std::string before = form_.TCutValue[0].Value();
+  cutPre_.Slider1.Set(300);
+  UiWorld::Turn();
+  auto* across = ui_.Find<QScrollBar>(cutPre_.HS);
+  ASSERT_NE(across, nullptr);
+  EXPECT_FALSE(across->isHidden());
+  const double left = canvas_.PictureRect().left();
+  across->setValue(across->maximum());
+  EXPECT_LT(canvas_.PictureRect().left(), left);
+  EXPECT_EQ(form_.TCutValue[0].Value(), before);
+}
+
+TEST_F(FrameUi, MillimetresAreToldWhereTheResolutionIsKnown) {
+  preview_.SetPictureFrame({0, 0, 300, 150});
+  EXPECT_EQ(canvas_.FrameText(), QStringLiteral("300 × 150 px"));
+  preview_.SetDpi(254);
+  EXPECT_EQ(canvas_.FrameText(), QStringLiteral("300 × 150 px　30.0 × 15.0 mm"));
+}
+
+// --- Regions over the picture
+
+TEST_F(FrameUi, RegionsArePickedAndMoved) {
+  regions::FMultCut& window = ui_.suite.regions.fMultCut;
+  window.Show();
+  for (const char* left : {"50", "200"}) {
+    form_.TCutValue[0].SetText(left);
+    form_.TCutValue[1].SetText("50");
+    form_.TCutValue[2].SetText(std::string(left) == "50" ? "250" : "100");
+    form_.TCutValue[3].SetText("150");
+    window.CmdAdd.UserClick();
+  }
+  ASSERT_EQ(window.MSFlexGrid1.RowCount(), 2u);
+  QTest::mousePress(&canvas_, Qt::LeftButton, {}, At(52, 52));
+  EXPECT_EQ(window.MSFlexGrid1.Selected(), 1u);
+  QTest::mouseMove(&canvas_, At(72, 52));
+  QTest::mouseRelease(&canvas_, Qt::LeftButton, {}, At(72, 52));
+  EXPECT_NEAR(std::stod(window.MSFlexGrid1.Cell(0, 1)), 70, 4);
+  EXPECT_EQ(window.MSFlexGrid1.Cell(1, 1), "200");
+  // The frame's margins are not touched.
+  EXPECT_EQ(form_.TCutValue[0].Value(), "200");
+  window.Close();
+}
+
+// --- The manual step
+
+class StepUi : public FrameUi {
+ protected:
+  StepUi() {
+    ui_.program.fBaseOpt.Load();
+    form_.ChCutA.Set(false);
+    form_.LOutDir.SetText(ui_.world.folder.Path());
+    for (const char* name : {"a.png", "b.png"}) {
+      imaging::Image image;
+      EXPECT_TRUE(ui_.program.images.NewCanvas({40, 20}, base::Colour{0x0000FF}, image));
+      EXPECT_TRUE(ui_.program.images.SaveImageToPngFile(image, ui_.world.folder.Path(std::string("in_") + name)));
+      ui_.List(ui_.world.folder.Path(std::string("in_") + name), 40, 20);
+    }
+  }
+  PreviewDock& Dock() { return *ui_.window.findChild<PreviewDock*>(); }
+  // Runs the manual cut; act is done at the first picture, what is left is then stopped.
+  void RunWith(const std::function<void()>& act) {
+    ui_.program.flags.ManualCutMode = true;
+    bool acted = false;
+    ui_.world.pump.EveryTurn([&, this] {
+      if (!ui_.suite.regions.cutFrame.Waiting()) return;
+      UiWorld::Turn();
+      if (std::exchange(acted, true)) {
+        ui_.program.flags.StopRequested = true;
+        return;
+      }
+      act();
+    });
+    form_.menuNormalCut.UserClick();
+    EXPECT_TRUE(acted);
+    UiWorld::Turn();
+  }
+  void Key(int key, Qt::KeyboardModifiers modifiers = {}) {
+    QWidget* focus = QApplication::focusWidget();
+    QTest::keyClick(focus ? focus : &canvas_, static_cast<Qt::Key>(key), modifiers);
+  }
+};
+
+TEST_F(StepUi, TheWindowFloatsWithItsButtonsAndGoesBack) {
+  EXPECT_FALSE(Dock().isFloating());
+  RunWith([this] {
+    EXPECT_TRUE(Dock().isFloating());
+    auto* next = ui_.Find<QPushButton>(cutPre_.CmdNext);
+    EXPECT_TRUE(next->isVisible());
+    EXPECT_TRUE(next->isEnabled());
+    EXPECT_GT(Dock().width(), 600);
+    next->click();
+    EXPECT_TRUE(ui_.program.flags.ManualStepDone);
+  });
+  EXPECT_FALSE(Dock().isFloating());
+}
+
+struct KeyCase {
+  int key;
+  bool skips;
+};
+
+class StepKeys : public StepUi, public ::testing::WithParamInterface<KeyCase> {};
+
+TEST_P(StepKeys, LeaveThePicture) {
+  RunWith([this] {
+    canvas_.setFocus();
+    Key(GetParam().key);
+    EXPECT_TRUE(ui_.program.flags.ManualStepDone);
+    EXPECT_EQ(ui_.program.flags.SkipCutThisImage, GetParam().skips);
+  });
+}
+
+INSTANTIATE_TEST_SUITE_P(Keys, StepKeys,
+                         ::testing::Values(KeyCase{Qt::Key_Space, false}, KeyCase{Qt::Key_Control, false},
+                                           KeyCase{Qt::Key_Z, true}));
+
+TEST_F(StepUi, ModifiersHeldForOtherKeysDoNothing) {
+  RunWith([this] {
+    canvas_.setFocus();
+    QTest::keyPress(&canvas_, Qt::Key_Control);
+    QTest::keyClick(&canvas_, Qt::Key_X, Qt::ControlModifier);
+    QTest::keyRelease(&canvas_, Qt::Key_Control);
+    EXPECT_FALSE(ui_.program.flags.ManualStepDone);
+    QTest::keyClick(&canvas_, Qt::Key_Z, Qt::ControlModifier);
+    EXPECT_FALSE(ui_.program.flags.ManualStepDone);
+  });
+}
+
+TEST_F(StepUi, KeysAreQuietWhileTextIsTyped) {
+  QLineEdit line(&Dock());
+  line.show();
+  RunWith([&] {
+    line.setFocus();
+    QTest::keyClicks(&line, QStringLiteral("zaq "));
+    QTest::keyClick(&line, Qt::Key_Control);
+    EXPECT_FALSE(ui_.program.flags.ManualStepDone);
+    EXPECT_EQ(line.text(), QStringLiteral("zaq "));
+  });
+}
+
+TEST_F(StepUi, F1ListsTheKeys) {
+  auto* overlay = static_cast<KeyOverlay*>(ui_.window.findChild<QWidget*>(QStringLiteral("keyOverlay")));
+  ASSERT_NE(overlay, nullptr);
+  EXPECT_TRUE(overlay->isHidden());
+  RunWith([&] {
+    canvas_.setFocus();
+    Key(Qt::Key_F1);
+    EXPECT_FALSE(overlay->isHidden());
+    EXPECT_FALSE(overlay->grab().isNull());
+    Key(Qt::Key_F1);
+    EXPECT_TRUE(overlay->isHidden());
+  });
+}
+
+TEST_F(StepUi, TheNextPictureIsFetchedWhileThisOneIsLookedAt) {
+  RunWith([this] {
+    ui_.window.Loader().Wait();
+    UiWorld::Turn();
+    EXPECT_TRUE(canvas_.HasPicture());
+    EXPECT_EQ(preview_.Upcoming(), ui_.world.folder.Path("in_b.png"));
+  });
+}
+
+// --- Fetching early
+
+TEST(EarlyPicture, IsHandedOverAtOnceUnlessTheFileChanged) {
+  std::vector<std::string> read;
+  std::string version = "1";
+  PreviewLoader loader([&](const std::string& path, QSize) {
+    read.push_back(path);
+    return QImage(5, 1, QImage::Format_RGB32);
+  });
+  loader.SetVersion([&](const std::string&) { return version; });
+  int taken = 0;
+  loader.SetTaker([&](const QImage&) { ++taken; });
+  loader.Fetch("/next", QSize(10, 10));
+  loader.Fetch("/next", QSize(10, 10));
+  loader.Wait();
+  EXPECT_EQ(read.size(), 1u);
+  loader.Ask("/next", QSize(10, 10));
+  EXPECT_EQ(taken, 1);
+  EXPECT_EQ(read.size(), 1u);
+  loader.Fetch("/other", QSize(10, 10));
+  loader.Wait();
+  version = "2";
+  loader.Ask("/other", QSize(10, 10));
+  EXPECT_EQ(taken, 1);
+  loader.Wait();
+  UiWorld::Turn();
+  EXPECT_EQ(taken, 2);
+  EXPECT_EQ(read.size(), 3u);
+}
+
+}  // namespace
+}  // namespace quillon::ui
