@@ -43,6 +43,7 @@ bool NotWhole(const host::Status& status) {
 
 std::vector<std::string> WatchTypes() {
   std::vector<std::string> items;
+  items.reserve(kTypes.size());
   for (const TypeFilter& type : kTypes) items.emplace_back(type.item);
   return items;
 }

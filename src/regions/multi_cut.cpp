@@ -174,11 +174,12 @@ void MultiCut::CutAll(const Source& source, const std::vector<RegionCut>& cuts) 
       continue;
     }
     const std::string number = std::to_string(j + 1);
-    program_.form1.LStatus.SetText(normal + "  正在裁剪" + number + "/" + std::to_string(cuts.size()) +
-                                   source.progress);
+    std::string status = normal;
+    status.append("  正在裁剪").append(number).append("/").append(std::to_string(cuts.size()));
+    program_.form1.LStatus.SetText(status + source.progress);
     const std::string why = CutRegion(picture, source, cuts[j]);
     Tell(source, cuts[j].output, why.empty() ? Result::Written : Result::None, why);
-    if (!why.empty()) whys += (whys.empty() ? "" : "；") + ("区域" + number + "：" + why);
+    if (!why.empty()) whys.append(whys.empty() ? "区域" : "；区域").append(number).append("：").append(why);
   }
   MarkRow(source, whys);
 }
