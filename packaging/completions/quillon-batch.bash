@@ -34,10 +34,10 @@ _quillon_batch() {
     --out)
       _quillon_batch_paths -d
       ;;
-    --answer) ;;
+    --answer | --jobs | --shard) ;;
     *)
       if [[ $previous != --script && $cur == -* ]]; then
-        _quillon_batch_offer $'--set\n--out\n--open\n--close\n--click\n--answer\n--print\n--script\n--json\n--trace\n--list-controls\n--help\n--version'
+        _quillon_batch_offer $'--set\n--out\n--open\n--close\n--click\n--answer\n--print\n--script\n--jobs\n--shard\n--json\n--trace\n--list-controls\n--help\n--version'
       else
         _quillon_batch_paths -f
       fi

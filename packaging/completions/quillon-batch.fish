@@ -20,6 +20,8 @@ complete -c quillon-batch -l click -x -a '(__quillon_batch_controls)' -d 'press 
 complete -c quillon-batch -l answer -x -d 'answer a box or dialog'
 complete -c quillon-batch -l print -x -a '(__quillon_batch_controls)' -d 'write what a control holds'
 complete -c quillon-batch -l script -r -d 'steps from a file'
+complete -c quillon-batch -l jobs -x -d 'share the work among processes'
+complete -c quillon-batch -l shard -x -d 'handle one share of all files'
 complete -c quillon-batch -l json -d 'every event as a line of JSON'
 complete -c quillon-batch -l trace -d 'changes of controls too'
 complete -c quillon-batch -l list-controls -d 'list all controls'

@@ -21,6 +21,7 @@ int main(int count, char** arguments) {
   quillon::ui::Desktop desktop;
   quillon::job::Program program(desktop.Host());
   quillon::suite::Suite suite(program);
+  program.journals = &desktop.Journals();
   if (!program.Start()) return 0;
   quillon::ui::MainWindow window(suite);
   desktop.SetOwner(&window);

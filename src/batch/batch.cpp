@@ -9,6 +9,7 @@
 #include <exception>
 #include <filesystem>
 #include <memory>
+#include <unordered_set>
 
 #include "base/utf8.h"
 #include "batch/hosts.h"
@@ -18,11 +19,14 @@
 #include "batch/private_folder.h"
 #include "batch/runner.h"
 #include "batch/stop_signals.h"
+#include "batch/workers.h"
+#include "host/posix/environment.h"
 #include "host/posix/posix_clock.h"
 #include "host/posix/posix_disk.h"
 #include "host/posix/posix_processes.h"
 #include "host/posix/posix_shell.h"
 #include "host/posix/program_folder.h"
+#include "host/posix/sqlite_journals.h"
 #include "host/posix/sqlite_settings.h"
 #include "suite/suite.h"
 
@@ -45,8 +49,9 @@ std::optional<std::string> ReadScript(const std::string& path) {
 // The world of one run and the program in it. What is made later lives shorter.
 class Session {
  public:
-  Session(const Plan& plan, std::string folder)
+  Session(const Plan& plan, std::vector<std::string> arguments, std::string folder)
       : plan_(plan),
+        arguments_(std::move(arguments)),
         private_(disk_, files_),
         reporter_(MakeReporter(plan)),
         boxes_(plan.answers, *reporter_, clock_, [this] { return signals_.Stopping(); }),
@@ -65,6 +70,7 @@ class Session {
       private_.Remove();
       std::_Exit(static_cast<int>(Exit::Stopped));
     });
+    if (plan_.jobs > 1) return RunWorkers();
     const Outcome outcome = Perform();
     signals_.OnInsist({});
     for (const std::string& note : outcome.notes) Complain(note);
@@ -73,8 +79,34 @@ class Session {
 
  private:
   static std::unique_ptr<Reporter> MakeReporter(const Plan& plan) {
+    if (!host::posix::Environment(kWorkerVariable).empty()) return std::make_unique<WorkerReporter>(stdout, stderr);
     if (plan.json) return std::make_unique<JsonReporter>(stdout, stderr);
     return std::make_unique<TextReporter>(stdout, stderr, isatty(STDERR_FILENO) ? Terminal::Yes : Terminal::No);
+  }
+
+  Exit RunWorkers() {
+    Workers workers(plan_, arguments_, private_.Path(), files_, clock_, *reporter_,
+                    [this] { return signals_.Stopping(); });
+    signals_.OnInsist([&] {
+      workers.Signal();
+      private_.Remove();
+      std::_Exit(static_cast<int>(Exit::Stopped));
+    });
+    const Exit exit = workers.Run();
+    signals_.OnInsist({});
+    return exit;
+  }
+
+  // What an earlier worker in the place of this one has handled.
+  std::unordered_set<std::string> Handled() const {
+    std::unordered_set<std::string> handled;
+    std::string names;
+    const std::string list = host::posix::Environment(kWorkerVariable);
+    if (list.empty() || !files_.ReadFile(list, names)) return handled;
+    for (std::size_t begin = 0, end; (end = names.find('\0', begin)) != std::string::npos; begin = end + 1) {
+      handled.insert(names.substr(begin, end - begin));
+    }
+    return handled;
   }
 
   Outcome Perform() {
@@ -86,6 +118,9 @@ class Session {
     {
       job::Program program(world);
       const suite::Suite suite(program);
+      program.journals = &journals_;
+      program.share = plan_.share;
+      program.handled = Handled();
       program.Start();
       Watch watch(program, *reporter_, plan_.json && plan_.trace ? Trace::Yes : Trace::No);
       ManualSteps manual(program, suite.regions.cutFrame, plan_.answers, *reporter_);
@@ -103,6 +138,7 @@ class Session {
   }
 
   const Plan& plan_;
+  std::vector<std::string> arguments_;
   StopSignals signals_;
   host::posix::PosixDisk disk_;
   host::Files files_{disk_};
@@ -113,6 +149,7 @@ class Session {
   BatchDialogs dialogs_;
   BatchPump pump_;
   LazySettings settings_;
+  host::posix::SqliteJournals journals_;
   host::posix::PosixShell realShell_;
   BatchShell shell_;
   BatchScreen screen_;
@@ -140,7 +177,7 @@ int RunBatch(const std::vector<std::string>& arguments) {
     return static_cast<int>(Exit::WrongArguments);
   }
   try {
-    return static_cast<int>(Session(plan, folder).Run());
+    return static_cast<int>(Session(plan, arguments, folder).Run());
   } catch (const std::exception& failure) {
     Complain(std::string("运行中断：") + failure.what());
     return static_cast<int>(Exit::SomeWithout);

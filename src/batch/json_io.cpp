@@ -152,17 +152,6 @@ class DuplicateKeys {
   std::string first_;
 };
 
-std::string Hex(const std::string& bytes) {
-  static constexpr char kDigits[] = "0123456789abcdef";
-  std::string hex;
-  for (const char c : bytes) {
-    const auto byte = static_cast<unsigned char>(c);
-    hex += kDigits[byte >> 4];
-    hex += kDigits[byte & 15];
-  }
-  return hex;
-}
-
 // Puts one field into an event's object, and its bytes beside it where they are no UTF-8.
 struct FieldWriter {
   const std::string& name;
@@ -190,6 +179,17 @@ struct FieldWriter {
 };
 
 }  // namespace
+
+std::string Hex(const std::string& bytes) {
+  static constexpr char kDigits[] = "0123456789abcdef";
+  std::string hex;
+  for (const char c : bytes) {
+    const auto byte = static_cast<unsigned char>(c);
+    hex += kDigits[byte >> 4];
+    hex += kDigits[byte & 15];
+  }
+  return hex;
+}
 
 Parsed ParseScript(const std::string& text, const std::string& file, const std::string& folder) {
   ScriptReader reader(file, folder);

@@ -16,6 +16,9 @@ namespace quillon::batch {
 // paths are taken from folder.
 Parsed ParseScript(const std::string& text, const std::string& file, const std::string& folder);
 
+// Two small digits for each byte.
+std::string Hex(const std::string& bytes);
+
 // The event as one JSON object, without a line end. A text that is not UTF-8 is shown with U+FFFD, and its bytes stand
 // in the object "bytes" under the same field name, in hexadecimal.
 std::string JsonLine(const Event& event);

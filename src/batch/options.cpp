@@ -37,9 +37,15 @@ constexpr const char* kExamples = R"help(
                {"print": ["LStatus"]}],
      "answers": {"打开输出目录": "No"}}
 
-  几个进程同时工作，互不影响：
-    find 照片 -mindepth 1 -maxdepth 1 -type d -print0 |
-      xargs -0 -P 2 -I{} quillon-batch --set ChKeepDir=1 --out out --click menuNormalCut {}
+  用四个进程处理一个文件夹：
+    quillon-batch --jobs 4 --set ChKeepDir=1 --out out --click menuNormalCut 照片/
+
+  几十万张图片，不列表，从输入目录直接处理；中断后再运行同一条命令就接着做：
+    quillon-batch --jobs 4 --set ChBig=1 --set ChSubFold=1 --set LInDir=/data/照片 --set ChKeepDir=1 \
+      --out /data/out --click menuNormalCut
+
+  三台机器中的第一台，图片在共享存储上：
+    quillon-batch --shard 1/3 --set ChKeepDir=1 --out /mnt/out --click menuNormalCut /mnt/照片
 
   查看一个控件，或列出全部控件：
     quillon-batch --print CmbKeepCut
@@ -72,6 +78,8 @@ const std::vector<Option>& Options() {
       {"--answer", "TEXT=REPLY", "回答文字中含有 TEXT 的消息框或对话框；没有回答的取默认按钮，磁盘满时取 Cancel"},
       {"--print", "NAME", "写出控件的值、文字、可用、可见、选项和范围"},
       {"--script", "FILE.json", "从文件读取同样的步骤和回答"},
+      {"--jobs", "N", "用 N 个进程同时处理，各取文件的一份，结果合并报告"},
+      {"--shard", "I/N", "只处理全部文件的 N 份中的第 I 份；按相对路径分，每次、每台机器都一样"},
       {"--json", "", "每个事件在标准输出占一行 JSON"},
       {"--trace", "", "连同控件的每次变化（只用于 --json）"},
       {"--list-controls", "", "列出全部控件和当前值"},

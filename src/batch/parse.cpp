@@ -6,6 +6,7 @@
 #include <CLI/Config.hpp>
 #include <CLI/Formatter.hpp>
 #include <algorithm>
+#include <charconv>
 #include <filesystem>
 #include <map>
 
@@ -30,6 +31,17 @@ Verb VerbOf(const std::string& option) {
   return Verb::Set;
 }
 
+constexpr std::size_t kMostShares = 1'000'000;
+constexpr std::size_t kMostJobs = 256;
+
+// Digits alone, from 1 to most.
+std::optional<std::size_t> WholeNumber(const std::string& text, std::size_t most) {
+  std::size_t number = 0;
+  const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
+  const bool whole = error == std::errc() && end == text.data() + text.size();
+  return whole && number >= 1 && number <= most ? std::optional(number) : std::nullopt;
+}
+
 // Turns the options into a plan one after the other.
 class Builder {
  public:
@@ -43,6 +55,10 @@ class Builder {
       TakeAnswer(value, place);
     } else if (option == "--script") {
       TakeScript(value);
+    } else if (option == "--shard") {
+      TakeShard(value);
+    } else if (option == "--jobs") {
+      TakeJobs(value);
     } else if (value.empty()) {
       Fail(option + " 后面不能是空的");
     } else if (option == "--out") {
@@ -98,6 +114,22 @@ class Builder {
     auto& plan = parsed_.plan;
     std::move(script.plan.steps.begin(), script.plan.steps.end(), std::back_inserter(plan.steps));
     std::move(script.plan.answers.begin(), script.plan.answers.end(), std::back_inserter(plan.answers));
+  }
+
+  void TakeShard(const std::string& value) {
+    const auto slash = value.find('/');
+    const auto index = WholeNumber(value.substr(0, slash), kMostShares);
+    const auto count = slash == std::string::npos ? std::nullopt : WholeNumber(value.substr(slash + 1), kMostShares);
+    if (!index || !count || *index > *count) {
+      return Fail("--shard " + value + "：应写成 I/N，I 从 1 到 N，N 不大于 " + std::to_string(kMostShares));
+    }
+    parsed_.plan.share = {*index - 1, *count, folder_ == "/" ? "" : folder_};
+  }
+
+  void TakeJobs(const std::string& value) {
+    const auto jobs = WholeNumber(value, kMostJobs);
+    if (!jobs) return Fail("--jobs " + value + "：应是 1 到 " + std::to_string(kMostJobs) + " 的整数");
+    parsed_.plan.jobs = *jobs;
   }
 
   const std::string& folder_;

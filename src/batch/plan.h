@@ -5,6 +5,8 @@
 #include <string>
 #include <vector>
 
+#include "job/share.h"
+
 namespace quillon::batch {
 
 enum class Verb { Set, Open, Close, Click, Print, Files };
@@ -34,6 +36,8 @@ struct Answer {
 struct Plan {
   std::vector<Step> steps;
   std::vector<Answer> answers;
+  job::Share share;      // of all files, the part that this call is to handle
+  std::size_t jobs = 1;  // processes that share the work
   bool json = false;
   bool trace = false;
   bool listControls = false;

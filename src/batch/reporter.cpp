@@ -10,6 +10,7 @@
 #include "base/number_text.h"
 #include "base/utf8.h"
 #include "batch/json_io.h"
+#include "batch/worker_lines.h"
 
 namespace quillon::batch {
 namespace {
@@ -76,6 +77,9 @@ std::string RangeText(const std::string& min, const std::string& max) {
   return min + " 到 " + max;
 }
 
+// Nobody reads more, and a long run must not hold them all.
+constexpr std::size_t kMostLines = 1000;
+
 std::string TimeText(double seconds) {
   const auto whole = static_cast<long>(std::ceil(seconds));
   if (whole >= 3600) return fmt::format("{}:{:02}:{:02}", whole / 3600, whole / 60 % 60, whole % 60);
@@ -89,12 +93,20 @@ void Reporter::Tell(const Event& event) {
   Write(event);
 }
 
-void JsonReporter::Write(const Event& event) {
+void JsonReporter::Write(const Event& event) { WriteLine(JsonLine(event)); }
+
+void JsonReporter::WriteLine(std::string line) {
   if (failed_) return;
-  const std::string line = JsonLine(event) + "\n";
+  line += '\n';
   failed_ = std::fwrite(line.data(), 1, line.size(), out_) != line.size() || std::fflush(out_) != 0;
   if (failed_) std::fputs("quillon-batch: 标准输出无法写入，以后的事件没有写出\n", err_);
 }
+
+void WorkerReporter::Show(const Progress& progress) {
+  if (progress.running) WriteLine(ProgressLine(progress));
+}
+
+void WorkerReporter::Begun(const std::string& source) { WriteLine(BegunLine(source)); }
 
 std::string ProgressText(const Progress& progress) {
   if (!progress.running) return progress.status;
@@ -135,6 +147,10 @@ void TextReporter::Write(const Event& event) {
     std::fflush(out_);
   } else if (event.kind == EventKind::File && event.Text("result") != ResultName(job::Result::Written)) {
     const char* kind = event.Text("result") == ResultName(job::Result::Skipped) ? "略过" : "没有输出";
+    if (without_.size() >= kMostLines) {
+      ++untold_;
+      return;
+    }
     without_.push_back(std::string(kind) + "：" + Shown(event.Text("source")) + "：" + Shown(event.Text("why")));
   }
 }
@@ -158,6 +174,7 @@ void TextReporter::List(const controls::Control& control) {
 void TextReporter::Finish(const Summary& summary) {
   ClearLine();
   for (const std::string& line : without_) std::fprintf(err_, "%s\n", line.c_str());
+  if (untold_ > 0) std::fprintf(err_, "……另有 %zu 个文件没有输出或略过\n", untold_);
   if (summary.written + summary.none + summary.skipped > 0 || summary.stopped) {
     const std::string sums =
         fmt::format("写出 {}，没有输出 {}，略过 {}，用时 {:.1f} 秒{}\n", summary.written, summary.none, summary.skipped,

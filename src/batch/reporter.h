@@ -26,6 +26,8 @@ class Reporter {
   void Tell(const Event& event);
   // Called often while something is under way.
   virtual void Show(const Progress&) {}
+  // A file is taken up.
+  virtual void Begun(const std::string& /*source*/) {}
   // One control of a list of all.
   virtual void List(const controls::Control& control) { Tell(PrintEvent(control)); }
   // The last call, before which the end event was told.
@@ -42,17 +44,27 @@ class Reporter {
 };
 
 // Every event as one line of JSON on out, handed on at once. Where that fails it is said once on err.
-class JsonReporter final : public Reporter {
+class JsonReporter : public Reporter {
  public:
   JsonReporter(std::FILE* out, std::FILE* err) : out_(out), err_(err) {}
 
  protected:
   void Write(const Event& event) override;
+  void WriteLine(std::string line);
 
  private:
   std::FILE* out_;
   std::FILE* err_;
   bool failed_ = false;
+};
+
+// In a worker: what the one that started it has to know besides.
+class WorkerReporter final : public JsonReporter {
+ public:
+  using JsonReporter::JsonReporter;
+
+  void Show(const Progress& progress) override;
+  void Begun(const std::string& source) override;
 };
 
 enum class Terminal { No, Yes };
@@ -78,7 +90,8 @@ class TextReporter final : public Reporter {
   std::FILE* err_;
   Terminal terminal_;
   std::string line_;
-  std::vector<std::string> without_;  // one line for each file without output
+  std::vector<std::string> without_;  // one line for each file without output, the first of them
+  std::size_t untold_ = 0;            // and how many more there are
 };
 
 // "处理中 12/300  4%  35.2 张/秒  剩余 0:08"; without a planned number only what is known.

@@ -141,12 +141,18 @@ std::string Runner::Click(Control& control) {
     grid->DoubleClick();
     return {};
   }
+  const bool driver = control.Parent() == &program_.form1.MenuCut && &control != &program_.form1.MenuStop;
+  if (driver && NothingLeftForUs()) return {};
   const std::size_t runs = watch_.RunsStarted();
   reporter_.ForgetBox();
   const controls::EditResult result = control.UserClick();
-  const bool driver = control.Parent() == &program_.form1.MenuCut && &control != &program_.form1.MenuStop;
   if (result.Accepted() && driver && watch_.RunsStarted() == runs && !Stopped()) TellGivenUp();
   return result.refusal;
+}
+
+// Files were named, and all of them are handled by others.
+bool Runner::NothingLeftForUs() const {
+  return program_.leftToOthers > 0 && program_.files.RowCount() == 0 && !program_.flags.LargeCapacityMode;
 }
 
 // A run that did not begin leaves every listed file without output.
@@ -196,6 +202,7 @@ void Runner::TellUnlisted(const std::vector<std::string>& named, job::Result res
   for (std::size_t row = 0; row < program_.files.RowCount(); ++row) listed.insert(program_.files.Row(row).Path());
   for (const std::string& path : named) {
     if (listed.contains(path) || watch_.Refused(path) || program_.host.files.IsFolder(path)) continue;
+    if (!program_.share.TakesNamed(path) || program_.handled.contains(path)) continue;
     watch_.TellFile({0, path, "", result, why});
   }
 }

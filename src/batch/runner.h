@@ -44,6 +44,7 @@ class Runner {
   void Admit();
   void TellUnlisted(const std::vector<std::string>& named, job::Result result);
   void TellGivenUp();
+  bool NothingLeftForUs() const;
   bool Stopped() const;
   void PrintAll();
   Exit ExitNow() const;

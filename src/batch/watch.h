@@ -34,6 +34,8 @@ class Watch final : public job::RunObserver {
   bool Refused(const std::string& source) const { return refused_.contains(source); }
 
   void RunStarted(std::size_t planned) override;
+  void FileBegun(const std::string& source) override { reporter_.Begun(source); }
+  void RunPlanned(std::size_t planned) override { progress_.planned = planned; }
   void FileDone(const job::FileResult& file) override;
   void FileLost(const job::FileResult& file) override;
   void RunEnded(const job::RunTotals& totals) override;

@@ -53,16 +53,25 @@ class Memory {
   void Keep(const std::string& path, const FileFacts& file, const Answer& answer) {
     const std::uint64_t key = KeyOf(path, file);
     const std::lock_guard lock(mutex_);
-    if (young_.size() >= kHalf) {
-      old_ = std::move(young_);
-      young_ = {};
-    }
+    MakeRoom();
     young_[key] = answer;
+  }
+
+  void Limit(std::size_t count) {
+    const std::lock_guard lock(mutex_);
+    half_ = count / 2;
+    if (old_.size() > half_) old_ = {};
+    MakeRoom();
   }
 
  private:
   using Half = std::unordered_map<std::uint64_t, Answer>;
-  static constexpr std::size_t kHalf = 150'000;
+
+  void MakeRoom() {
+    if (young_.size() < half_) return;
+    old_ = std::move(young_);
+    young_ = {};
+  }
 
   static std::uint64_t KeyOf(const std::string& path, const FileFacts& file) {
     constexpr std::uint64_t kSpread = 0x9E3779B97F4A7C15;
@@ -70,6 +79,7 @@ class Memory {
   }
 
   std::mutex mutex_;
+  std::size_t half_ = kSizesRemembered / 2;
   Half young_;
   Half old_;
 };
@@ -161,6 +171,8 @@ Status Measurer::Measure(const std::string& path, ImageFacts& facts) {
   facts = {answer.width, answer.height, facts.dpi > 0 || byLoading ? answer.dpi : 0};
   return Status::Ok();
 }
+
+void Measurer::Remember(std::size_t count) { parts_->memory.Limit(count); }
 
 bool Measurer::Knows(const std::string& path) const {
   const std::optional<FileFacts> file = parts_->files.Look(path);

@@ -28,8 +28,12 @@ class Measurer {
   // except for psd, where loading gives it anyway. On failure facts keep what they held: Missing, Denied, Unsupported
   // (no picture, or a folder), Damaged.
   //
-  // Answers are remembered by path while size, times and inode of the file stay the same: the latest 300 000 or so.
+  // Answers are remembered by path while size, times and inode of the file stay the same: the latest kSizesRemembered
+  // or so.
   Status Measure(const std::string& path, ImageFacts& facts);
+
+  // Remembers that many answers from now on; fewer than before are kept only as far as they are the latest.
+  void Remember(std::size_t count);
 
   // True when Measure would answer this from memory, asked with dpi 0.
   bool Knows(const std::string& path) const;

@@ -115,6 +115,8 @@ Status Services::ImageInfo(const std::string& path, ImageFacts& facts) {
   return parts_->measurer.Measure(path, facts);
 }
 
+void Services::RememberSizes(std::size_t count) { parts_->measurer.Remember(count); }
+
 Status Services::LoadImageFromFile(const std::string& path, Image& out) {
   auto data = std::make_unique<ImageData>();
   if (Status status = parts_->Load(path, data->picture); !status) return status;

@@ -92,6 +92,9 @@ struct Limits {
   std::int64_t memory = std::int64_t{2} << 30;  // a decoded picture held whole
 };
 
+// How many sizes are remembered, if nothing else is said.
+inline constexpr std::size_t kSizesRemembered = 300'000;
+
 // All pixel work. One object per process, after start-up used from one thread. Every operation that writes does so
 // through host::Files::Save, asks about a full disk as SaveByType tells, and leaves no part of a file when it fails.
 //
@@ -117,6 +120,8 @@ class Services {
   // the header for it. On failure facts keep what they held. Answers are remembered while path, size and times of the
   // file are the same.
   Status ImageInfo(const std::string& path, ImageFacts& facts);
+  // How many answers of ImageInfo are remembered, roughly; what is remembered beyond them is forgotten.
+  void RememberSizes(std::size_t count);
 
   // --- Images in memory. Operations on no image fail.
   Status LoadImageFromFile(const std::string& path, Image& out);

@@ -35,22 +35,47 @@ void CutForecast::Announce(std::size_t row) {
   if (foresees_) AnnounceCrops(row);
 }
 
+std::size_t CutForecast::Reach() const { return foresees_ ? kCropsAhead + 1 : 0; }
+
+void CutForecast::Announce(const std::vector<std::string>& paths) {
+  if (!foresees_ || paths.empty()) return;
+  while (!next_.empty() && next_.front().path != paths.front()) next_.pop_front();
+  for (std::size_t i = next_.size(); i < paths.size(); ++i) {
+    imaging::ImageFacts facts;
+    std::optional<imaging::CropRequest> request;
+    if (run_.program.images.ImageInfo(paths[i], facts)) request = Foresee(0, paths[i], {facts.width, facts.height});
+    next_.push_back({0, paths[i], std::move(request)});
+  }
+  PlanCrops();
+}
+
 void CutForecast::AnnounceCrops(std::size_t row) {
   const FileList& files = run_.program.files;
   while (!next_.empty() && next_.front().row < row) next_.pop_front();
   looked_ = std::max(looked_, row - 1);
   while (looked_ < files.RowCount() && looked_ < row + kCropsAhead) {
     const FileRow& listed = files.Row(looked_++);
-    CutFile file(run_, looked_, listed.Path());
-    if (!IsJpeg(file.extension) || !IsJpeg(file.OutExt)) continue;
-    file.W = listed.width;
-    file.H = listed.height;
-    PredictTarget(file);
-    FindRectangle(file);
-    next_.push_back({looked_, PlainCrop(file)});
+    auto request = Foresee(looked_, listed.Path(), {listed.width, listed.height});
+    if (request) next_.push_back({looked_, "", std::move(request)});
   }
+  PlanCrops();
+}
+
+std::optional<imaging::CropRequest> CutForecast::Foresee(std::size_t row, const std::string& path, base::Size size) {
+  CutFile file(run_, row, path);
+  if (!IsJpeg(file.extension) || !IsJpeg(file.OutExt)) return std::nullopt;
+  file.W = size.width;
+  file.H = size.height;
+  PredictTarget(file);
+  FindRectangle(file);
+  return PlainCrop(file);
+}
+
+void CutForecast::PlanCrops() {
   std::vector<imaging::CropRequest> requests;
-  for (const Forecast& forecast : next_) requests.push_back(forecast.request);
+  for (const Forecast& forecast : next_) {
+    if (forecast.request) requests.push_back(*forecast.request);
+  }
   run_.program.images.PlanCrops(requests);
 }
 

@@ -4,13 +4,16 @@
 
 #include <cstddef>
 #include <deque>
+#include <optional>
+#include <string>
+#include <vector>
 
 #include "imaging/services.h"
 #include "job/cut_run.h"
 
 namespace quillon::job {
 
-// Tells the image services which crops and sizes the next rows of the list will ask for. A forecast that comes out
+// Tells the image services which crops and sizes the next files of a run will ask for. A forecast that comes out
 // otherwise costs time and nothing else.
 class CutForecast {
  public:
@@ -19,21 +22,30 @@ class CutForecast {
   CutForecast(const CutForecast&) = delete;
   CutForecast& operator=(const CutForecast&) = delete;
 
-  // Before row n (from 1) is handled.
+  // How many files of a run without a list are worth announcing.
+  std::size_t Reach() const;
+
+  // Before row n (from 1) of the list is handled.
   void Announce(std::size_t row);
+  // In a run without a list: the file that is handled next, and those behind it.
+  void Announce(const std::vector<std::string>& paths);
 
  private:
   struct Forecast {
-    std::size_t row;
-    imaging::CropRequest request;
+    std::size_t row;   // 0 without a list
+    std::string path;  // "" with one
+    std::optional<imaging::CropRequest> request;
   };
 
+  // Nothing for a file whose cut cannot be foreseen.
+  std::optional<imaging::CropRequest> Foresee(std::size_t row, const std::string& path, base::Size size);
+  void PlanCrops();
   void AnnounceCrops(std::size_t row);
   void AnnounceMeasures(std::size_t row);
 
   CutRun& run_;
   bool foresees_;              // the options leave the plain crop of a jpeg as the only way
-  std::deque<Forecast> next_;  // in the order of rows
+  std::deque<Forecast> next_;  // in the order of the run
   std::size_t looked_ = 0;     // the last row that was looked at for a crop
   std::size_t measured_ = 0;   // the last row that was announced for measuring
 };

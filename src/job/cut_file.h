@@ -17,6 +17,8 @@ struct CutFile {
   // row is the data row from 1, or 0 for a file that no row stands for.
   CutFile(CutRun& owner, std::size_t listRow, std::string path);
 
+  // Whether a row stands for it.
+  bool Listed() const { return row > 0; }
   // A work file in the program folder, with the extension of the output.
   std::string WorkFile(const std::string& name) const;
   // Whether steps behind the cut change the picture, so that the cut goes to a work file first.

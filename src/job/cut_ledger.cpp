@@ -7,14 +7,24 @@
 
 namespace quillon::job {
 
-CutLedger::CutLedger(Program& program, std::size_t planned) : program_(program) { totals_.planned = planned; }
+CutLedger::CutLedger(Program& program, std::size_t planned) : program_(program), open_(planned == 0) {
+  totals_.planned = planned;
+}
+
+std::optional<CutLedger::Origin> CutLedger::Find(const std::string& output) const {
+  const auto found = outputs_.find(output);
+  if (found != outputs_.end()) return found->second;
+  if (!recall_ || !program_.host.files.IsFile(output)) return std::nullopt;
+  const std::string source = recall_(output);
+  return source.empty() ? std::nullopt : std::optional(Origin{0, source});
+}
 
 void CutLedger::Add(const FileResult& result) {
+  if (open_) ++totals_.planned;
   if (result.result == Result::Written) {
-    const auto earlier = outputs_.find(result.output);
-    if (earlier != outputs_.end()) {
-      const Origin origin = earlier->second;
-      TakeBack(result.output, origin, "输出文件与 " + base::DisplayText(result.source) + " 的同名，已被后者覆盖");
+    const auto earlier = Find(result.output);
+    if (earlier && earlier->source != result.source) {
+      TakeBack(result.output, *earlier, "输出文件与 " + base::DisplayText(result.source) + " 的同名，已被后者覆盖");
     }
     outputs_[result.output] = {result.row, result.source};
     ++totals_.written;
@@ -50,8 +60,14 @@ bool CutLedger::WroteFrom(const std::string& output, const std::string& source) 
 
 bool CutLedger::IsOtherSource(const std::string& path, const std::string& own) {
   const host::Files& files = program_.host.files;
+  if (!files.Look(path) || files.SameFile(path, own)) return false;
+  return isSource_ ? isSource_(path) : IsListed(path);
+}
+
+bool CutLedger::IsListed(const std::string& path) {
+  const host::Files& files = program_.host.files;
   const auto facts = files.Look(path);
-  if (!facts || files.SameFile(path, own)) return false;
+  if (!facts) return false;
   if (!sources_) {
     sources_.emplace();
     for (std::size_t row = 0; row < program_.files.RowCount(); ++row) {

@@ -3,6 +3,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <optional>
 #include <set>
 #include <string>
@@ -20,16 +21,32 @@ class Program;
 // under its name and is its own. Rows and the observer are told of every change.
 class CutLedger {
  public:
+  // Tells the source that an output was made of in this run, "" where it was not.
+  using Recall = std::function<std::string(const std::string& output)>;
+  // Whether the existing file at path is one that the run is still to read or has read.
+  using IsSource = std::function<bool(const std::string& path)>;
+
+  // planned 0: not known beforehand; what is added was planned, unless Plan tells more.
   CutLedger(Program& program, std::size_t planned);
 
+  // For a run without a list: what counts as a source.
+  void TakeSourcesFrom(IsSource isSource) { isSource_ = std::move(isSource); }
+  // For a run of any length: where outputs that were forgotten are asked for.
+  void RecallBy(Recall recall) { recall_ = std::move(recall); }
+  // To be called behind Settle: no output is in memory any more.
+  void Forget() { outputs_.clear(); }
   // More files than were known at the start.
-  void Plan(std::size_t more) { totals_.planned += more; }
+  void Plan(std::size_t more) {
+    totals_.planned += more;
+    open_ = false;
+  }
+
   void Add(const FileResult& result);
   // True when this run has written a file of that name.
-  bool Wrote(const std::string& output) const { return outputs_.contains(output); }
-  // True when this run has already made output from source: a file that is listed twice.
+  bool Wrote(const std::string& output) const { return Find(output).has_value(); }
+  // True when this run has already made output from source, and has not forgotten it: a file that is listed twice.
   bool WroteFrom(const std::string& output, const std::string& source) const;
-  // True when the existing file at path is a listed source other than own.
+  // True when the existing file at path is a source other than own.
   bool IsOtherSource(const std::string& path, const std::string& own);
   // A source that goes once everything made of it stands.
   void DiscardAtEnd(std::size_t row, std::string source, std::string output);
@@ -50,12 +67,17 @@ class CutLedger {
   };
   using FileId = std::pair<std::uint64_t, std::uint64_t>;
 
+  std::optional<Origin> Find(const std::string& output) const;
+  bool IsListed(const std::string& path);
   void TakeBack(const std::string& output, const Origin& origin, const std::string& why);
   void DiscardSource(const Discard& discard);
   void ShowResult(const FileResult& result);
 
   Program& program_;
   RunTotals totals_;
+  bool open_;  // not planned beforehand
+  IsSource isSource_;
+  Recall recall_;
   std::unordered_map<std::string, Origin> outputs_;
   std::vector<Discard> discards_;
   std::optional<std::set<FileId>> sources_;  // read when first needed

@@ -3,6 +3,7 @@
 #include "base/path_text.h"
 #include "base/utf8.h"
 #include "job/cut_steps.h"
+#include "job/file_intake.h"
 #include "job/parameters.h"
 
 namespace quillon::job {
@@ -41,6 +42,13 @@ bool WouldReplaceOther(CutFile& file) {
   return !file.run.ledger.Wrote(file.Dst) && file.run.ledger.IsOtherSource(file.Dst, file.listed);
 }
 
+// Without a list a picture that has no size ends the whole run.
+Step EndWithoutSize(CutFile& file) {
+  file.program.flags.StopRequested = true;
+  file.program.Ask(kNoSize);
+  return file.measured ? Fail(file, "图片的宽或高为 0") : Fail(file, file.measured);
+}
+
 // The cut goes to a work file when more is to be done with it, when a crop would read the file that it writes, or when
 // its failure would take an earlier result of this run with it.
 std::string CutTarget(const CutFile& file) {
@@ -55,12 +63,14 @@ std::string CutTarget(const CutFile& file) {
 Step MeasureSource(CutFile& file) {
   Flags& flags = file.program.flags;
   imaging::ImageFacts facts;
+  facts.dpi = file.Listed() ? 0 : 1;
   file.measured = file.program.images.ImageInfo(file.Src, facts);
   if (!file.measured) facts = {};
   flags.InfoWidth = std::to_string(facts.width);
   flags.InfoHeight = std::to_string(facts.height);
   TakeSize(file, {facts.width, facts.height});
-  return Step::Next;
+  const bool nothing = facts.width == 0 || facts.height == 0;
+  return nothing && !file.Listed() ? EndWithoutSize(file) : Step::Next;
 }
 
 Step KeepExifSource(CutFile& file) {

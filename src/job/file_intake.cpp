@@ -11,6 +11,7 @@
 #include "job/busy.h"
 #include "job/file_intake_admission.h"
 #include "job/program.h"
+#include "job/stoppable_frame.h"
 
 namespace quillon::job {
 namespace {
@@ -49,24 +50,6 @@ std::string MissingFolderText(const char* what, const std::string& caption) {
   return std::string(what) + "不存在：" + base::DisplayText(caption);
 }
 
-// Enables MenuStop for as long as a listing goes on and puts the title back at its end.
-class ListingFrame {
- public:
-  explicit ListingFrame(Program& program) : program_(program) {
-    program_.flags.StopRequested = false;
-    program_.form1.MenuStop.SetEnabled(true);
-  }
-  ~ListingFrame() {
-    program_.form1.MenuStop.SetEnabled(false);
-    program_.form1.ShowStatus("");
-  }
-  ListingFrame(const ListingFrame&) = delete;
-  ListingFrame& operator=(const ListingFrame&) = delete;
-
- private:
-  Program& program_;
-};
-
 }  // namespace
 
 FileIntake::FileIntake(Program& program) : program_(program) {}
@@ -86,9 +69,11 @@ std::string FileIntake::Filter() const {
   }
 }
 
-bool FileIntake::Accepts(const std::string& path) const {
+bool FileIntake::Accepts(const std::string& path) const { return FitsFilter(Filter(), path); }
+
+bool FileIntake::FitsFilter(const std::string& filter, const std::string& path) {
   const std::string extension = base::ToLowerAscii(base::SplitPath(path).extension);
-  return !extension.empty() && base::ToLowerAscii(Filter()).find("." + extension) != std::string::npos;
+  return !extension.empty() && base::ToLowerAscii(filter).find("." + extension) != std::string::npos;
 }
 
 void FileIntake::MenuAddFiles_Click() {
@@ -138,9 +123,12 @@ void FileIntake::Admit(const std::vector<std::string>& items) {
   for (const std::string& item : items) {
     const std::string path = Absolute(item);
     const auto facts = program_.host.files.Look(path);
-    if (!facts) {
+    const bool folder = facts && facts->kind == host::FileKind::Folder;
+    if (!folder && (!program_.share.TakesNamed(path) || program_.handled.contains(path))) {
+      ++program_.leftToOthers;
+    } else if (!facts) {
       TellNotListed(path, "找不到这个文件或文件夹");
-    } else if (facts->kind == host::FileKind::Folder || Accepts(path)) {
+    } else if (folder || Accepts(path)) {
       roots.push_back(path);
     } else {
       TellNotListed(path, "当前裁剪模式不支持这种文件");
@@ -159,7 +147,7 @@ bool FileIntake::List(const std::vector<std::string>& roots, Subfolders subfolde
   if (!rule.Ready()) return false;
   bool refused = false;
   {
-    const ListingFrame frame(program_);
+    const StoppableFrame frame(program_);
     std::size_t read = 0;
     double told = -kSecondsBetweenTitles;
     const auto tell = [&] {
@@ -169,13 +157,15 @@ bool FileIntake::List(const std::vector<std::string>& roots, Subfolders subfolde
       program_.form1.ShowStatus(progress == Progress::Adding ? kAddingTitle : kReadingTitle + std::to_string(read));
       ShowStatusPanel();
     };
-    FileWalk walk(program_, subfolders, [this](const std::string& name) { return Accepts(name); });
+    FileWalk walk(program_,
+                  {subfolders, [this](const std::string& name) { return Accepts(name); }, program_.share, ""});
     const WalkEnd end = walk.Run(roots, [&](const std::string& path) {
       refused = rule.Admit(path) == Admission::Ended && withoutSize == WithoutSize::EndsListing;
       ++read;
       if (!refused) tell();
       return !refused;
     });
+    program_.leftToOthers += walk.LeftToOthers();
     if (refused) return false;
     ShowStatusPanel();
     return end == WalkEnd::Complete;
@@ -228,6 +218,10 @@ void FileIntake::MenuClearList_Click() {
   const Busy busy(program_);
   if (!busy || program_.files.RowCount() == 0) return;
   if (program_.Ask(kClearQuestion, kOkCancelDefaultCancel) != host::Reply::Ok) return;
+  Clear();
+}
+
+void FileIntake::Clear() {
   program_.files.Clear();
   ShowStatusPanel();
 }

@@ -11,6 +11,9 @@ namespace quillon::job {
 
 class Program;
 
+// Said where a picture has no size.
+inline constexpr const char* kNoSize = "本机异常，获取图片的尺寸数据为0，请以管理员权限重新运行安装包覆盖安装！";
+
 // How files enter the list: by dialog, by reading a folder, by drag and drop, all through one admission rule. The
 // handlers beep and do nothing while a listing or a run is under way.
 class FileIntake {
@@ -22,6 +25,8 @@ class FileIntake {
   // True when the file's extension, with its point, stands in the filter of the mode; upper and lower case do not
   // matter. False for a name without an extension.
   bool Accepts(const std::string& path) const;
+  // The same for the filter of any mode.
+  static bool FitsFilter(const std::string& filter, const std::string& path);
 
   void MenuAddFiles_Click();
   void MenuReadFiles_Click();
@@ -39,6 +44,8 @@ class FileIntake {
 
   // --- What the handlers above do, for drivers that need it within their own work.
   void AddFiles();
+  // Empties the list and the status panel.
+  void Clear();
   void ChooseInputDir();
   void ChooseOutDir();
   // Says that the folder in LInDir or LOutDir is not there.

@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "base/utf8.h"
+#include "job/file_intake.h"
 #include "job/program.h"
 
 namespace quillon::job {
@@ -14,7 +15,6 @@ constexpr int kGifMode = 1;
 constexpr int kPdfMode = 3;
 constexpr int kTiffMode = 5;
 constexpr int kDefaultPageDpi = 72;
-constexpr const char* kNoSize = "本机异常，获取图片的尺寸数据为0，请以管理员权限重新运行安装包覆盖安装！";
 
 }  // namespace
 

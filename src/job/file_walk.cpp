@@ -2,12 +2,13 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "job/file_walk.h"
 
+#include <algorithm>
 #include <deque>
-#include <memory>
 #include <set>
 #include <utility>
 
 #include "base/path_text.h"
+#include "job/folder_reader.h"
 #include "job/program.h"
 
 namespace quillon::job {
@@ -18,12 +19,20 @@ namespace {
 constexpr std::size_t kAnnounced = 64;
 constexpr std::size_t kEntriesPerTurn = 256;
 
+}  // namespace
+
 // Files in the order of the walk, found a little ahead of their visit.
-class Finder {
+class FileWalk::Finder {
  public:
-  Finder(Program& program, Subfolders subfolders, const FileWalk::Accepts& accepts,
-         const std::vector<std::string>& roots)
-      : program_(program), subfolders_(subfolders), accepts_(accepts), todo_(roots.rbegin(), roots.rend()) {}
+  Finder(Program& program, const WalkRule& rule) : program_(program), rule_(rule) {
+    if (const auto out = rule.leftOut.empty() ? std::nullopt : program.host.files.Look(rule.leftOut)) {
+      walked_.emplace(out->device, out->inode);
+    }
+  }
+
+  void Begin(const std::vector<std::string>& roots) {
+    for (auto root = roots.rbegin(); root != roots.rend(); ++root) todo_.push_back({*root, 0});
+  }
 
   // The next path, false at the end.
   bool Next(std::string& path) {
@@ -36,7 +45,19 @@ class Finder {
     return true;
   }
 
+  std::vector<std::string> Upcoming(std::size_t count) const {
+    std::vector<std::string> paths;
+    for (std::size_t i = 0; i < found_.size() && i < count; ++i) paths.push_back(found_[i].Path());
+    return paths;
+  }
+
+  std::size_t LeftToOthers() const { return leftToOthers_; }
+
  private:
+  struct Place {
+    std::string path;
+    std::size_t rootLength;  // how much of the path is its root; 0 for a root itself
+  };
   struct Found {
     std::shared_ptr<const std::string> folder;  // none for a root
     std::string name;
@@ -46,59 +67,82 @@ class Finder {
 
   void Announce() {
     while (found_.size() < kAnnounced && !todo_.empty() && !program_.flags.StopRequested) Expand();
-    std::vector<std::string> paths;
-    for (std::size_t i = 0; i < found_.size() && i < kAnnounced; ++i) paths.push_back(found_[i].Path());
+    std::vector<std::string> paths = Upcoming(kAnnounced);
     announced_ = paths.size();
     program_.images.PlanMeasures(std::move(paths));
   }
 
   void Expand() {
-    const std::string path = std::move(todo_.back());
+    const Place place = std::move(todo_.back());
     todo_.pop_back();
-    const auto facts = program_.host.files.Look(path);
-    if (!facts || facts->kind != host::FileKind::Folder) {
-      found_.push_back({nullptr, path});
-    } else if (walked_.emplace(facts->device, facts->inode).second) {
-      List(path);
+    const FolderContent content = ReadFolder(program_, place.path);
+    const bool root = place.rootLength == 0;
+    const bool folder = content.facts && content.facts->kind == host::FileKind::Folder;
+    if (root && !folder && content.listed) {
+      Take({nullptr, place.path}, rule_.share.TakesNamed(place.path));
+    } else if (!content.listed && (root || rule_.share.Takes(Relative(place.path, place.rootLength)))) {
+      TellNotListed(place.path, content.listed);
     }
-  }
-
-  void List(const std::string& path) {
-    const auto folder = std::make_shared<const std::string>(path);
-    std::vector<std::string> below;
-    std::size_t seen = 0;
-    // Whatever was listed before an error counts; the rest of that folder is passed over.
-    (void)program_.host.files.ListFolder(path, [&](const host::FolderEntry& entry) {
-      if (entry.kind == host::FileKind::File && accepts_(entry.name)) found_.push_back({folder, entry.name});
-      if (entry.kind == host::FileKind::Folder && subfolders_ == Subfolders::Yes) {
-        below.push_back(base::JoinPath(path, entry.name));
-      }
-      if (++seen % kEntriesPerTurn == 0) program_.host.pump.Turn();
-      return !program_.flags.StopRequested;
-    });
-    todo_.insert(todo_.end(), below.rbegin(), below.rend());
+    if (folder && walked_.emplace(content.facts->device, content.facts->inode).second) {
+      TakeEntries(place, content.entries);
+    }
     program_.host.pump.Turn();
   }
 
+  void TakeEntries(const Place& place, const std::vector<host::FolderEntry>& entries) {
+    const auto folder = std::make_shared<const std::string>(place.path);
+    const std::size_t rootLength = place.rootLength > 0 ? place.rootLength : place.path.size();
+    std::vector<Place> below;
+    std::size_t seen = 0;
+    for (const host::FolderEntry& entry : entries) {
+      if (entry.kind == host::FileKind::File && rule_.accepts(entry.name)) {
+        Take({folder, entry.name}, rule_.share.Takes(Relative(base::JoinPath(place.path, entry.name), rootLength)));
+      } else if (entry.kind == host::FileKind::Folder && rule_.subfolders == Subfolders::Yes) {
+        below.push_back({base::JoinPath(place.path, entry.name), rootLength});
+      }
+      if (++seen % kEntriesPerTurn == 0) program_.host.pump.Turn();
+    }
+    todo_.insert(todo_.end(), below.rbegin(), below.rend());
+  }
+
+  static std::string Relative(const std::string& path, std::size_t rootLength) {
+    return path.substr(path[rootLength] == '/' ? rootLength + 1 : rootLength);
+  }
+
+  void Take(Found found, bool mine) {
+    if (mine && (program_.handled.empty() || !program_.handled.contains(found.Path()))) {
+      found_.push_back(std::move(found));
+    } else {
+      ++leftToOthers_;
+    }
+  }
+
+  // A folder that went away meanwhile holds nothing.
+  void TellNotListed(const std::string& folder, const host::Status& why) {
+    const bool gone = why.GetProblem() == host::Problem::Missing || why.GetProblem() == host::Problem::Stopped;
+    if (gone || !program_.observer) return;
+    program_.observer->FileNotListed(folder, "文件夹无法读取，已跳过：" + why.Why());
+  }
+
   Program& program_;
-  Subfolders subfolders_;
-  const FileWalk::Accepts& accepts_;
-  std::vector<std::string> todo_;  // roots and folders, the next one last
+  const WalkRule& rule_;
+  std::vector<Place> todo_;  // roots and folders, the next one last
   std::deque<Found> found_;
   std::size_t announced_ = 0;  // how many of found_ stand in the plan
+  std::size_t leftToOthers_ = 0;
   std::set<std::pair<std::uint64_t, std::uint64_t>> walked_;
 };
 
-}  // namespace
+FileWalk::FileWalk(Program& program, WalkRule rule)
+    : program_(program), rule_(std::move(rule)), finder_(std::make_unique<Finder>(program_, rule_)) {}
 
-FileWalk::FileWalk(Program& program, Subfolders subfolders, Accepts accepts)
-    : program_(program), subfolders_(subfolders), accepts_(std::move(accepts)) {}
+FileWalk::~FileWalk() = default;
 
 WalkEnd FileWalk::Run(const std::vector<std::string>& roots, const Visit& visit) {
-  Finder finder(program_, subfolders_, accepts_, roots);
+  finder_->Begin(roots);
   WalkEnd end = WalkEnd::Complete;
   std::string path;
-  while (end == WalkEnd::Complete && finder.Next(path)) {
+  while (end == WalkEnd::Complete && finder_->Next(path)) {
     program_.host.pump.Turn();
     if (program_.flags.StopRequested || !visit(path)) end = WalkEnd::Stopped;
   }
@@ -106,5 +150,9 @@ WalkEnd FileWalk::Run(const std::vector<std::string>& roots, const Visit& visit)
   program_.images.PlanMeasures({});
   return end;
 }
+
+std::vector<std::string> FileWalk::Upcoming(std::size_t count) const { return finder_->Upcoming(count); }
+
+std::size_t FileWalk::LeftToOthers() const { return finder_->LeftToOthers(); }
 
 }  // namespace quillon::job

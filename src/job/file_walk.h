@@ -3,8 +3,11 @@
 #pragma once
 
 #include <functional>
+#include <memory>
 #include <string>
 #include <vector>
+
+#include "job/share.h"
 
 namespace quillon::job {
 
@@ -13,27 +16,47 @@ class Program;
 enum class Subfolders { No, Yes };
 enum class WalkEnd { Complete, Stopped };
 
+// Which files a walk hands out.
+struct WalkRule {
+  // Whether a file that lies in a walked folder is handed out; told its name. May be called on any thread.
+  using Accepts = std::function<bool(const std::string& name)>;
+
+  Subfolders subfolders = Subfolders::No;
+  Accepts accepts;
+  Share share;          // what is left to others is passed over
+  std::string leftOut;  // a folder below a root that is passed over with all it holds, "" for none
+};
+
 // The one walk over files and folders that all drivers share: of each folder first its files, then its subfolders, in
 // the order of the file system. The pump gets a turn at each step; Flags::StopRequested ends the walk. What cannot be
 // listed is passed over, as are drafts and what is neither file nor folder; a folder reached twice over links is walked
-// once. The pictures that come next are announced for measuring.
+// once, and a disk that does not answer is given up after a while. The observer hears of folders that are there and
+// could not be listed. The pictures that come next are announced for measuring.
 class FileWalk {
  public:
-  // Whether a file that lies in a walked folder is handed out; told its name.
-  using Accepts = std::function<bool(const std::string& name)>;
   // Takes the next file; false ends the walk.
   using Visit = std::function<bool(const std::string& path)>;
 
-  FileWalk(Program& program, Subfolders subfolders, Accepts accepts);
+  FileWalk(Program& program, WalkRule rule);
+  ~FileWalk();
+  FileWalk(const FileWalk&) = delete;
+  FileWalk& operator=(const FileWalk&) = delete;
 
   // Walks the roots in order. A root that is no folder is handed out as it is, whether it exists or not. Stopped when
   // visit or StopRequested ended it.
   WalkEnd Run(const std::vector<std::string>& roots, const Visit& visit);
 
+  // While a file is visited: those that come behind it, as far as they are found, at most that many.
+  std::vector<std::string> Upcoming(std::size_t count) const;
+  // Files that would have been handed out but for the share, or that were handled already.
+  std::size_t LeftToOthers() const;
+
  private:
+  class Finder;
+
   Program& program_;
-  Subfolders subfolders_;
-  Accepts accepts_;
+  WalkRule rule_;
+  std::unique_ptr<Finder> finder_;
 };
 
 }  // namespace quillon::job

@@ -123,11 +123,6 @@ void Form1::ChBig_Click() {
     ChBig.Set(false);
     return;
   }
-  if (ChBig.On() && !program_.engines.largeCapacity) {
-    ChBig.Set(false);
-    program_.AskMissingResource();
-    return;
-  }
   program_.flags.LargeCapacityMode = ChBig.On();
   program_.fBaseOpt.ChBig.Set(ChBig.On());
   program_.ShowAvailability();

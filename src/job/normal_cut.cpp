@@ -5,6 +5,8 @@
 #include "job/busy.h"
 #include "job/cut_ahead.h"
 #include "job/cut_file.h"
+#include "job/folder_run.h"
+#include "job/large_normal_cut.h"
 #include "job/program.h"
 
 namespace quillon::job {
@@ -44,7 +46,8 @@ void NormalCut::Run() {
   form.ChBack.Set(false);
   if (withArray && !PrepareSheets()) return;
 
-  CutRun run(program_, program_.files.RowCount());
+  const bool large = program_.flags.LargeCapacityMode;
+  CutRun run(program_, large ? 0 : program_.files.RowCount());
   run.withArray = withArray;
   run.pdf = Selected<OutType>(form.CmbOutType) == OutType::Pdf;
   if (run.pdf) Select(form.CmbOutType, OutType::Jpg);
@@ -52,9 +55,21 @@ void NormalCut::Run() {
   program_.SaveSetting("LInDir", form.LInDir.Value());
   const std::vector<std::string> hidden = HideWindows();
 
+  const bool omits = ReadCutOptions(program_).omitFolders;
+  bool ran = true;
+  if (large) {
+    ran = RunFolder(run, omits);
+  } else {
+    RunList(run, omits);
+  }
+  ShowWindows(hidden);
+  if (program_.manualFrame) program_.manualFrame->Rest();
+  if (ran && program_.observer) program_.observer->RunEnded(run.ledger.Totals());
+}
+
+void NormalCut::RunList(CutRun& run, bool omits) {
   RunFrame frame(program_);
   run.omitted.Clear();
-  const bool omits = ReadCutOptions(program_).omitFolders;
   if (omits) run.omitted.Read();
   if (program_.observer) program_.observer->RunStarted(run.ledger.Totals().planned);
   const double start = program_.host.clock.Seconds();
@@ -65,9 +80,18 @@ void NormalCut::Run() {
   EndHelpers();
   frame.End();
   if (omits) WriteOmittedFolders(run);
-  ShowWindows(hidden);
-  if (program_.manualFrame) program_.manualFrame->Rest();
-  if (program_.observer) program_.observer->RunEnded(run.ledger.Totals());
+}
+
+bool NormalCut::RunFolder(CutRun& run, bool omits) {
+  LargeNormalCut driver(run);
+  FolderRun folder(program_, run.ledger, driver);
+  if (!folder.Begin()) return false;
+  run.omitted.Clear();
+  if (omits) run.omitted.Read();
+  folder.Walk();
+  if (omits) WriteOmittedFolders(run);
+  EndHelpers();
+  return true;
 }
 
 void NormalCut::CutRows(CutRun& run) {
@@ -83,6 +107,7 @@ void NormalCut::CutRows(CutRun& run) {
     program_.form1.ShowStatus("  正在处理..." + std::to_string(row) + "/" + std::to_string(total));
     program_.form1.MSF.Select(row);
     forecast.Announce(row);
+    if (program_.observer) program_.observer->FileBegun(path);
     run.ledger.Add(CutOneFile(run, row, path));
   }
 }

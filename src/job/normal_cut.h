@@ -10,7 +10,8 @@ namespace quillon::job {
 class Program;
 struct CutRun;
 
-// The normal cut: takes the rows of the list one by one and turns each into one output file.
+// The normal cut: takes the rows of the list one by one and turns each into one output file. In large-capacity mode it
+// hands the files of the input folder over to a folder run instead.
 class NormalCut {
  public:
   explicit NormalCut(Program& program);
@@ -22,12 +23,16 @@ class NormalCut {
   // --- Before the run; false gives up.
   bool ResourcesThere();
   bool InputThere();
+  bool InputFolderThere();
   bool OutputThere();
   void PrepareCanvas(bool withArray);
   bool PrepareSheets();
   std::vector<std::string> HideWindows();
 
   // --- The run and its end.
+  void RunList(CutRun& run, bool omits);
+  // False when the user wants no run after all.
+  bool RunFolder(CutRun& run, bool omits);
   void CutRows(CutRun& run);
   void TellEnd(const CutRun& run);
   void EndHelpers();

@@ -40,7 +40,7 @@ void NormalCut::WriteOmittedFolders(CutRun& run) {
 void NormalCut::ShowWindows(const std::vector<std::string>& hidden) {
   for (const std::string& name : hidden) program_.windows.FindWindow(name)->Show();
   program_.fCutPre.ChHideShow.SetVisible(true);
-  program_.form1.MSF.Select(1);
+  if (program_.files.RowCount() > 0) program_.form1.MSF.Select(1);
 }
 
 }  // namespace quillon::job

@@ -17,7 +17,7 @@ bool NormalCut::ResourcesThere() {
   const Flags& flags = program_.flags;
   const Form1& form = program_.form1;
   const bool pdf = Selected<OutType>(form.CmbOutType) == OutType::Pdf;
-  const bool missing = flags.LargeCapacityMode || (flags.ManualCutMode && !program_.manualFrame) ||
+  const bool missing = (flags.ManualCutMode && !program_.manualFrame) ||
                        (form.ChCutAndArray.On() && !program_.sheets) ||
                        ((flags.ToCmyk || pdf) && !program_.outputTools);
   if (missing) program_.AskMissingResource();
@@ -25,10 +25,19 @@ bool NormalCut::ResourcesThere() {
 }
 
 bool NormalCut::InputThere() {
+  if (program_.flags.LargeCapacityMode) return InputFolderThere();
   if (program_.files.RowCount() > 0) return true;
   program_.Ask("请先添加文件列表！");
   program_.Intake().AddFiles();
   return program_.files.RowCount() > 0;
+}
+
+bool NormalCut::InputFolderThere() {
+  FileIntake& intake = program_.Intake();
+  if (intake.InputDirExists()) return true;
+  intake.WarnInputDir();
+  intake.ChooseInputDir();
+  return intake.InputDirExists();
 }
 
 bool NormalCut::OutputThere() {

@@ -4,10 +4,12 @@
 
 #include <memory>
 #include <string>
+#include <unordered_set>
 
 #include "controls/windows.h"
 #include "formats/tools/converter.h"
 #include "host/host.h"
+#include "host/journal.h"
 #include "imaging/services.h"
 #include "job/collaborators.h"
 #include "job/fbaseopt.h"
@@ -16,6 +18,7 @@
 #include "job/flags.h"
 #include "job/form1.h"
 #include "job/run_report.h"
+#include "job/share.h"
 
 namespace quillon::job {
 
@@ -25,9 +28,8 @@ class NormalCut;
 // Engines that an option relies on and that are no object of their own. An option without its engine answers with the
 // missing-resource question and stays off.
 struct Engines {
-  bool largeCapacity = false;  // ChBig: folders walked without a list
-  bool edgeRemoval = false;    // ChClsWhite, ChClsBlack
-  bool splitting = false;      // ChSplit
+  bool edgeRemoval = false;  // ChClsWhite, ChClsBlack
+  bool splitting = false;    // ChSplit
 };
 
 // The whole program without a window system: all window records, the flags, and what the menus start.
@@ -60,7 +62,14 @@ class Program {
   OutputTools* outputTools = nullptr;
   PageCounter* pageCounter = nullptr;
   RunObserver* observer = nullptr;
+  host::Journals* journals = nullptr;
   Engines engines;
+
+  // The part of all files that this program is to handle, and how many it has left to the others.
+  Share share;
+  std::size_t leftToOthers = 0;
+  // Files that are left out because an earlier process has handled them.
+  std::unordered_set<std::string> handled;
 
   // Where the guide was installed, for a program folder that holds none.
   std::string documents;

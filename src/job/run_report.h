@@ -33,11 +33,16 @@ class RunObserver {
  public:
   virtual ~RunObserver() = default;
   virtual void RunStarted(std::size_t planned) = 0;  // 0: not known beforehand
+  // The number that was not known when the run started, once it is; what goes on meanwhile may still change it.
+  virtual void RunPlanned(std::size_t /*planned*/) {}
+  // A file of a run is taken up.
+  virtual void FileBegun(const std::string& /*source*/) {}
   virtual void FileDone(const FileResult& file) = 0;
   // A file told as written whose bytes did not reach the disk after all.
   virtual void FileLost(const FileResult& file) = 0;
   virtual void RunEnded(const RunTotals& totals) = 0;
-  // A file that a listing did not take although it was named, or that it could not measure and so ended at.
+  // A file that a listing did not take although it was named, or that it could not measure and so ended at; a folder
+  // that could not be listed.
   virtual void FileNotListed(const std::string& /*source*/, const std::string& /*why*/) {}
 };
 

@@ -7,9 +7,12 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <csignal>
 #include <ctime>
 #include <filesystem>
+#include <fstream>
+#include <sstream>
 #include <stdexcept>
 
 namespace quillon::batch {
@@ -49,6 +52,7 @@ void BatchProcess::Start(const std::vector<std::string>& arguments, const std::s
   std::filesystem::create_directories(temporary_, ignored);
   const std::string errorFile = own_.Path("err");
   const std::string temporary = "TMPDIR=" + temporary_;
+  const std::string settings = "XDG_CONFIG_HOME=" + temporary_ + ".config";
   std::vector<char*> words{const_cast<char*>(kProgram)};
   for (const std::string& argument : arguments) words.push_back(const_cast<char*>(argument.c_str()));
   words.push_back(nullptr);
@@ -64,6 +68,7 @@ void BatchProcess::Start(const std::vector<std::string>& arguments, const std::s
     dup2(ends[1], STDOUT_FILENO);
     dup2(err, STDERR_FILENO);
     putenv(const_cast<char*>(temporary.c_str()));
+    putenv(const_cast<char*>(settings.c_str()));
     if (chdir(folder.c_str()) == 0) execv(kProgram, words.data());
     _exit(127);
   }
@@ -87,6 +92,23 @@ bool BatchProcess::ReadTo(const std::string& text) {
 }
 
 void BatchProcess::Signal(int signal) const { kill(process_, signal); }
+
+std::vector<pid_t> BatchProcess::Children() const {
+  std::vector<pid_t> found;
+  for (const auto& entry : std::filesystem::directory_iterator("/proc")) {
+    const std::string name = entry.path().filename();
+    if (name.find_first_not_of("0123456789") != std::string::npos) continue;
+    std::ifstream status(entry.path() / "stat");
+    std::string text;
+    std::getline(status, text);
+    // Behind the name, which may hold anything: the state and the parent.
+    std::istringstream rest(text.substr(std::min(text.size(), text.rfind(')') + 1)));
+    char state = 0;
+    pid_t parent = 0;
+    if (rest >> state >> parent && parent == process_ && state != 'Z') found.push_back(std::stoi(name));
+  }
+  return found;
+}
 
 void BatchProcess::Take(int status) {
   process_ = -1;

@@ -35,6 +35,8 @@ class BatchProcess {
   // Reads stdout up to a line that holds the text; false at its end.
   bool ReadTo(const std::string& text);
   void Signal(int signal) const;
+  // The processes that it has started and that still run.
+  std::vector<pid_t> Children() const;
   // Sends the signal again and again until the process has ended, without reading what it writes.
   Ran Insist(int signal);
   Ran Wait();

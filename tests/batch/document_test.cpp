@@ -13,6 +13,8 @@
 #include "batch/options.h"
 #include "batch/plan.h"
 #include "batch/replies.h"
+#include "host/testing/test_host.h"
+#include "job/program.h"
 
 namespace quillon::batch {
 namespace {
@@ -131,6 +133,23 @@ TEST(Contract, ShowsAScriptThatWorks) {
   ASSERT_NE(text, std::string::npos);
   for (const std::string& verb : Codes(section.substr(text, section.find('.', text) - text))) {
     EXPECT_NE(script.find("{\"" + verb + "\": "), std::string::npos) << verb;
+  }
+}
+
+// The page about many machines names no option that is not there, and its job is one that the program takes.
+TEST(ManyMachines, ShowsWhatWorks) {
+  const std::string page = ReadSource("docs/many-machines.md");
+  const auto begin = page.find("```json\n") + 8;
+  const Parsed job = ParseScript(page.substr(begin, page.find("```", begin) - begin), "page", "/");
+  EXPECT_EQ(job.error, "");
+  host::testing::TestHost world;
+  const job::Program program(world.host);
+  for (const Step& step : job.plan.steps) EXPECT_NE(program.windows.Find(step.name), nullptr) << step.name;
+  for (std::size_t at = 0; (at = page.find("quillon-batch --", at)) != std::string::npos; ++at) {
+    const std::string line = page.substr(at, page.find('\n', at) - at);
+    for (const std::string& option : Found(line, "--([a-z-]+)")) {
+      EXPECT_TRUE(OptionNames().contains(option)) << line;
+    }
   }
 }
 

@@ -78,6 +78,14 @@ INSTANTIATE_TEST_SUITE_P(
                     Wrong{{"--out=", "a.jpg"}, "--out 后面不能是空的"}, Wrong{{"--out", ""}, "--out 后面不能是空的"},
                     Wrong{{"--click", ""}, "--click 后面不能是空的"}, Wrong{{"--json=1"}, "--json 后面不能有内容"},
                     Wrong{{"--set", "ChCutA"}, "--set ChCutA：应写成 NAME=VALUE"},
+                    Wrong{{"--jobs", "0"}, "--jobs 0：应是 1 到 256 的整数"},
+                    Wrong{{"--jobs", "257"}, "--jobs 257：应是 1 到 256 的整数"},
+                    Wrong{{"--jobs", "2x"}, "--jobs 2x：应是 1 到 256 的整数"},
+                    Wrong{{"--shard", "0/3"}, "--shard 0/3：应写成 I/N，I 从 1 到 N，N 不大于 1000000"},
+                    Wrong{{"--shard", "4/3"}, "--shard 4/3：应写成 I/N，I 从 1 到 N，N 不大于 1000000"},
+                    Wrong{{"--shard", "1"}, "--shard 1：应写成 I/N，I 从 1 到 N，N 不大于 1000000"},
+                    Wrong{{"--shard", "1/"}, "--shard 1/：应写成 I/N，I 从 1 到 N，N 不大于 1000000"},
+                    Wrong{{"--shard", "-1/2"}, "--shard -1/2：应写成 I/N，I 从 1 到 N，N 不大于 1000000"},
                     Wrong{{"--set", "=1"}, "--set =1：应写成 NAME=VALUE"},
                     Wrong{{"--answer", "确定"}, "--answer 确定：应写成 TEXT=REPLY"}, Wrong{{""}, "文件名不能是空的"},
                     Wrong{{"--script", "no.json"}, "无法读取脚本文件 no.json"}));
@@ -96,6 +104,17 @@ TEST(ParseArguments, ReadsAnswersAndFlags) {
   EXPECT_FALSE(parsed.plan.listControls);
 }
 
+TEST(ParseArguments, ReadsSharesAndJobs) {
+  const Plan plan = Parse({"--shard", "2/5", "--jobs", "8"}).plan;
+  EXPECT_EQ(plan.share.index, 1u);
+  EXPECT_EQ(plan.share.count, 5u);
+  EXPECT_EQ(plan.share.base, "/here");
+  EXPECT_EQ(plan.jobs, 8u);
+  EXPECT_TRUE(Parse({}).plan.share.Whole());
+  EXPECT_EQ(Parse({}).plan.jobs, 1u);
+  EXPECT_EQ(ParseArguments({"--shard", "1/2"}, "/", NoScript).plan.share.base, "");
+}
+
 TEST(ParseArguments, KnowsEveryFlagOnItsOwn) {
   EXPECT_TRUE(Parse({"--help"}).plan.help);
   EXPECT_TRUE(Parse({"-h"}).plan.help);
@@ -110,7 +129,8 @@ TEST(ParseArguments, TakesTheOptionsOfTheTable) {
   const auto script = [](const std::string&) { return std::optional<std::string>("{}"); };
   for (const Option& option : Options()) {
     std::vector<std::string> arguments{option.name};
-    if (*option.argument) arguments.emplace_back("A=B");
+    const std::string form = option.argument;
+    if (!form.empty()) arguments.emplace_back(form == "N" ? "2" : form == "I/N" ? "1/2" : "A=B");
     EXPECT_EQ(ParseArguments(arguments, "/here", script).error, "") << option.name;
   }
 }

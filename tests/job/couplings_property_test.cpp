@@ -100,9 +100,6 @@ class RandomUserTest : public StartedTest, public ::testing::WithParamInterface<
       EXPECT_FALSE(options.ChToCMYK.On());
       EXPECT_TRUE(form.CmbOutType.Index() != 5 || form.CmbCutMode.Index() == 3);
     }
-    if (!program.engines.largeCapacity) {
-      EXPECT_FALSE(form.ChBig.On());
-    }
     if (!program.engines.edgeRemoval) {
       EXPECT_FALSE(options.ChClsWhite.On() || options.ChClsBlack.On());
     }
@@ -125,7 +122,7 @@ TEST_P(RandomUserTest, FindsNoWayPastTheRules) {
     program.manualFrame = &manualFrame;
     program.sheets = &sheets;
     program.outputTools = &tools;
-    program.engines.largeCapacity = program.engines.edgeRemoval = program.engines.splitting = true;
+    program.engines.edgeRemoval = program.engines.splitting = true;
     WriteApp("ColorConfigs/Default.icm");
     WriteApp("CutMedia.dll");
     WriteApp("Aspose.pdf.dll");

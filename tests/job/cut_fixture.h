@@ -96,6 +96,8 @@ inline std::string BitmapBytes(const Picture& picture) {
 class Recorder final : public RunObserver {
  public:
   void RunStarted(std::size_t planned) override { started.push_back(planned); }
+  void RunPlanned(std::size_t number) override { counted.push_back(number); }
+  void FileBegun(const std::string& source) override { begun.push_back(source); }
   void FileDone(const FileResult& file) override {
     done.push_back(file);
     if (onFileDone) onFileDone(file);
@@ -107,6 +109,8 @@ class Recorder final : public RunObserver {
   }
 
   std::vector<std::size_t> started;
+  std::vector<std::size_t> counted;
+  std::vector<std::string> begun;
   std::vector<FileResult> done;
   std::vector<FileResult> lost;
   std::vector<RunTotals> ended;

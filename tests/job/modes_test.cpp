@@ -130,7 +130,6 @@ TEST_F(ModesTest, ModesPutTheShapeBack) {
 TEST_F(ModesTest, ModesPutSheetsAndLargeCapacityOff) {
   GiveResources();
   program.sheets = &sheets;
-  program.engines.largeCapacity = true;
   Put("ChFixCut", "1");
   for (const int mode : {1, 2, 3, 4, 5}) {
     Put("CmbCutMode", "0");
@@ -267,19 +266,7 @@ TEST_F(ModesTest, SheetsNeedTheirEngine) {
   EXPECT_EQ(Value("ChCutAndArray"), "1");
 }
 
-TEST_F(ModesTest, LargeCapacityNeedsItsEngine) {
-  for (const char* name : {"ChBig", "FBaseOpt.ChBig"}) {
-    world.boxes.Forget();
-    Put(name, "1");
-    EXPECT_EQ(Value("ChBig"), "0");
-    EXPECT_EQ(Value("FBaseOpt.ChBig"), "0");
-    EXPECT_FALSE(flags.LargeCapacityMode);
-    EXPECT_EQ(Questions(), 1);
-  }
-}
-
 TEST_F(ModesTest, LargeCapacityIsMirroredInBothWindows) {
-  program.engines.largeCapacity = true;
   Put("ChBig", "1");
   EXPECT_EQ(Value("FBaseOpt.ChBig"), "1");
   EXPECT_TRUE(flags.LargeCapacityMode);
@@ -294,7 +281,6 @@ TEST_F(ModesTest, LargeCapacityIsMirroredInBothWindows) {
 }
 
 TEST_F(ModesTest, LargeCapacityAndSheetsExcludeEachOther) {
-  program.engines.largeCapacity = true;
   program.sheets = &sheets;
   Put("ChFixCut", "1");
   Put("ChCutAndArray", "1");

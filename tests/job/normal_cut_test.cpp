@@ -90,9 +90,6 @@ TEST_F(NormalCutTest, OptionsWithoutTheirPartStopTheRun) {
   form.CmbOutType.Select(5);
   expectAsked("pdf");
   form.CmbOutType.Select(0);
-  flags.LargeCapacityMode = true;
-  expectAsked("large capacity");
-  flags.LargeCapacityMode = false;
   world.boxes.Forget();
   Cut();
   EXPECT_EQ(OutNames(), std::vector<std::string>{"a.jpg"});

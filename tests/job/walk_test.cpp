@@ -6,10 +6,14 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <condition_variable>
 #include <filesystem>
+#include <mutex>
 #include <vector>
 
-#include "program_fixture.h"
+#include "base/path_text.h"
+#include "cut_fixture.h"
+#include "job/file_count.h"
 
 namespace quillon::job {
 namespace {
@@ -23,7 +27,8 @@ class WalkTest : public ProgramTest {
 
   Paths Walk(const Paths& roots, Subfolders subfolders = Subfolders::Yes) {
     Paths seen;
-    FileWalk walk(program, subfolders, [](const std::string& name) { return !name.ends_with(".txt"); });
+    FileWalk walk(program,
+                  {subfolders, [](const std::string& name) { return !name.ends_with(".txt"); }, share, leftOut});
     end = walk.Run(roots, [&](const std::string& path) {
       seen.push_back(path);
       return !visit || visit(path);
@@ -35,6 +40,8 @@ class WalkTest : public ProgramTest {
     return paths;
   }
 
+  Share share;
+  std::string leftOut;
   std::function<bool(const std::string&)> visit;
   WalkEnd end = WalkEnd::Complete;
 };
@@ -117,6 +124,119 @@ TEST_F(WalkTest, ASubfolderWithAnErrorIsSkipped) {
   EXPECT_EQ(Sorted(Walk({Path("")})), (Paths{Path("a/1.jpg"), Path("c/3.jpg")}));
   EXPECT_EQ(end, WalkEnd::Complete);
   EXPECT_EQ(world.faults.Fired(), 1);
+}
+
+TEST_F(WalkTest, AFolderThatVanishesIsSkippedSilently) {
+  for (const char* name : {"a/1.jpg", "b/2.jpg", "c/3.jpg"}) File(name);
+  Recorder recorder;
+  program.observer = &recorder;
+  visit = [&](const std::string&) {
+    std::filesystem::remove_all(Path("b"));
+    return true;
+  };
+  // All folders are found before the first file is visited, so the one that goes is begun before it is gone.
+  world.faults.Before(host::testing::DiskCall::List, 3, [&] { std::filesystem::remove_all(Path("c")); });
+  EXPECT_GE(Walk({Path("")}).size(), 1u);
+  EXPECT_EQ(end, WalkEnd::Complete);
+  EXPECT_TRUE(recorder.notListed.empty());
+}
+
+// A disk that is there and never answers.
+class DeadDisk {
+ public:
+  void Answer() {
+    const std::lock_guard lock(mutex_);
+    answers_ = true;
+    changed_.notify_all();
+  }
+  void Hang() {
+    std::unique_lock lock(mutex_);
+    changed_.wait(lock, [&] { return answers_; });
+  }
+
+ private:
+  std::mutex mutex_;
+  std::condition_variable changed_;
+  bool answers_ = false;
+};
+
+TEST_F(WalkTest, AFolderThatNeverAnswersIsGivenUp) {
+  for (const char* name : {"a/1.jpg", "b/2.jpg", "c/3.jpg"}) File(name);
+  Recorder recorder;
+  program.observer = &recorder;
+  DeadDisk dead;
+  world.faults.Before(host::testing::DiskCall::List, 3, [&] { dead.Hang(); });
+  world.pump.EveryTurn([&] { world.clock.Advance(1); });
+  EXPECT_EQ(Walk({Path("")}).size(), 2u);
+  EXPECT_EQ(end, WalkEnd::Complete);
+  ASSERT_EQ(recorder.notListed.size(), 1u);
+  EXPECT_EQ(recorder.notListed[0].second, "文件夹无法读取，已跳过：没有响应");
+  dead.Answer();
+}
+
+TEST_F(WalkTest, AStopIsObeyedWhileAFolderDoesNotAnswer) {
+  File("a/1.jpg");
+  DeadDisk dead;
+  world.faults.Before(host::testing::DiskCall::List, 2, [&] { dead.Hang(); });
+  int turns = 0;
+  world.pump.EveryTurn([&] { flags.StopRequested = ++turns > 20; });
+  EXPECT_TRUE(Walk({Path("")}).empty());
+  EXPECT_EQ(end, WalkEnd::Stopped);
+  dead.Answer();
+}
+
+TEST_F(WalkTest, TheLeftOutFolderIsPassedOver) {
+  for (const char* name : {"a/1.jpg", "out/2.jpg", "out/deep/3.jpg"}) File(name);
+  leftOut = Path("out");
+  EXPECT_EQ(Walk({Path("")}), Paths{Path("a/1.jpg")});
+}
+
+TEST_F(WalkTest, ShowsWhatComesNext) {
+  for (int i = 0; i < 10; ++i) File("d/" + std::to_string(i) + ".jpg");
+  const Paths order = Walk({Path("d")});
+  FileWalk walk(program, {Subfolders::Yes, [](const std::string&) { return true; }, {}, ""});
+  std::size_t at = 0;
+  walk.Run({Path("d")}, [&](const std::string& path) {
+    EXPECT_EQ(path, order[at++]);
+    EXPECT_EQ(walk.Upcoming(3), Paths(order.begin() + static_cast<std::ptrdiff_t>(at),
+                                      order.begin() + static_cast<std::ptrdiff_t>(std::min(at + 3, order.size()))));
+    return true;
+  });
+  EXPECT_EQ(at, 10u);
+}
+
+// Which part a file of a tree belongs to does not depend on where the tree stands.
+TEST_F(WalkTest, SharesGoByThePathBelowTheRoot) {
+  for (int i = 0; i < 60; ++i) {
+    for (const char* tree : {"one/", "far/away/two/"}) File(tree + std::to_string(i % 4) + "/" + std::to_string(i));
+  }
+  share = {1, 3, ""};
+  Paths one = Walk({Path("one")});
+  Paths two = Walk({Path("far/away/two")});
+  EXPECT_GT(one.size(), 5u);
+  EXPECT_LT(one.size(), 40u);
+  for (std::string& path : one) path = path.substr(Path("one").size());
+  for (std::string& path : two) path = path.substr(Path("far/away/two").size());
+  EXPECT_EQ(Sorted(one), Sorted(two));
+}
+
+TEST_F(WalkTest, TheCountIsThatOfTheWalk) {
+  for (int i = 0; i < 300; ++i) File(std::to_string(i % 11) + "/" + std::to_string(i % 3) + "/" + std::to_string(i));
+  File("note.txt");
+  File("out/1.jpg");
+  std::filesystem::create_directory_symlink("..", Path("1/up"));
+  leftOut = Path("out");
+  const auto accepts = [](const std::string& name) { return !name.ends_with(".txt"); };
+  for (const Subfolders subfolders : {Subfolders::Yes, Subfolders::No}) {
+    for (const std::uint64_t parts : {1u, 4u}) {
+      share = {parts - 1, parts, ""};
+      const FileCount count(world.files, base::TrimTrailingSeparator(Path("")), {subfolders, accepts, share, leftOut});
+      const std::size_t walked = Walk({base::TrimTrailingSeparator(Path(""))}, subfolders).size();
+      while (!count.Result()) {
+      }
+      EXPECT_EQ(*count.Result(), walked);
+    }
+  }
 }
 
 TEST_F(WalkTest, RootsInOrderFilesAsTheyAre) {

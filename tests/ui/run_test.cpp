@@ -96,6 +96,19 @@ TEST(RunMonitor, KnowsNoTimeLeftWithoutAPlan) {
   EXPECT_EQ(monitor.Figures().secondsLeft, 0);
 }
 
+TEST(RunMonitor, LearnsTheNumberOfFilesOnTheWay) {
+  host::testing::FakeClock clock;
+  RunMonitor monitor(
+      clock, [](const RunFigures&) {}, [](const job::RunTotals&) {});
+  monitor.RunStarted(0);
+  monitor.FileDone({.source = "/a.jpg"});
+  EXPECT_EQ(CountText(monitor.Figures()), QStringLiteral("已处理 1"));
+  clock.Advance(1);
+  monitor.RunPlanned(11);
+  EXPECT_DOUBLE_EQ(monitor.Figures().secondsLeft, 10);
+  EXPECT_EQ(CountText(monitor.Figures()), QString());
+}
+
 // --- The window during a run
 
 class RunWindow : public ::testing::Test {
@@ -126,6 +139,25 @@ TEST_F(RunWindow, ShowsProgressWhileItLasts) {
   EXPECT_TRUE(progress.isHidden());
   EXPECT_TRUE(Named<QLabel>("rate").isHidden());
   EXPECT_EQ(Named<QLabel>("statusWord").text(), QStringLiteral("已终止：写出 2，用时 1.0 秒"));
+}
+
+TEST_F(RunWindow, CountsWithoutAPlanAndShowsTheShareOnceItIsKnown) {
+  auto& progress = Named<QProgressBar>("progress");
+  job::RunObserver& observer = *ui_.program.observer;
+  observer.RunStarted(0);
+  EXPECT_FALSE(progress.isHidden());
+  ui_.world.clock.Advance(1);
+  for (const char* source : {"/in/a.jpg", "/in/b.jpg"}) {
+    observer.FileDone({.source = source, .result = job::Result::Written});
+  }
+  ASSERT_TRUE(QTest::qWaitFor([&] { return Named<QLabel>("rate").text() == QStringLiteral("已处理 2  2.0 张/秒"); }));
+  EXPECT_TRUE(Named<QLabel>("timeLeft").isHidden());
+  observer.RunPlanned(8);
+  ASSERT_TRUE(QTest::qWaitFor([&] { return progress.maximum() == 8; }));
+  EXPECT_EQ(progress.value(), 2);
+  EXPECT_EQ(Named<QLabel>("rate").text(), QStringLiteral("2.0 张/秒"));
+  EXPECT_EQ(Named<QLabel>("timeLeft").text(), QStringLiteral("剩余 3 秒"));
+  observer.RunEnded({.planned = 8, .written = 8, .seconds = 1});
 }
 
 TEST_F(RunWindow, KeepsTheSummaryWhenTheTitleComesBack) {

@@ -8,6 +8,7 @@
 #include "host/posix/posix_processes.h"
 #include "host/posix/posix_shell.h"
 #include "host/posix/program_folder.h"
+#include "host/posix/sqlite_journals.h"
 #include "host/posix/sqlite_settings.h"
 #include "ui/host/desktop_shell.h"
 #include "ui/host/qt_boxes.h"
@@ -36,6 +37,7 @@ struct Desktop::Parts {
   QtPump pump;
   host::posix::PosixClock clock;
   host::posix::SqliteSettings settings;
+  host::posix::SqliteJournals journals;
   host::posix::PosixProcesses processes;
   host::posix::PosixShell plainShell;
   DesktopShell shell{plainShell};
@@ -49,6 +51,8 @@ Desktop::Desktop() : parts_(std::make_unique<Parts>()) { host::posix::IgnoreSign
 Desktop::~Desktop() = default;
 
 host::Host& Desktop::Host() { return parts_->host; }
+
+host::Journals& Desktop::Journals() { return parts_->journals; }
 
 void Desktop::SetOwner(QWidget* owner) {
   parts_->boxes.SetOwner(owner);

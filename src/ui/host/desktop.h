@@ -5,6 +5,7 @@
 #include <memory>
 
 #include "host/host.h"
+#include "host/journal.h"
 
 class QWidget;
 
@@ -20,6 +21,7 @@ class Desktop {
   Desktop& operator=(const Desktop&) = delete;
 
   host::Host& Host();
+  host::Journals& Journals();
   // The window that boxes and dialogs belong to.
   void SetOwner(QWidget* owner);
 

@@ -32,6 +32,11 @@ void RunMonitor::RunStarted(std::size_t planned) {
   told_(Figures());
 }
 
+void RunMonitor::RunPlanned(std::size_t planned) {
+  counted_.planned = planned;
+  Later();
+}
+
 void RunMonitor::FileDone(const job::FileResult& file) {
   ++counted_.done;
   if (file.result == job::Result::None) ++counted_.failed;
@@ -66,6 +71,11 @@ RunFigures RunMonitor::Figures() const {
     figures.secondsLeft = static_cast<double>(left) / figures.rate;
   }
   return figures;
+}
+
+QString CountText(const RunFigures& figures) {
+  const bool counting = figures.running && figures.planned == 0;
+  return counting ? QStringLiteral("已处理 %1").arg(figures.done) : QString();
 }
 
 QString RateText(double rate) {

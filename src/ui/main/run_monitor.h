@@ -32,6 +32,7 @@ class RunMonitor : public QObject, public job::RunObserver {
   RunMonitor(host::Clock& clock, Told told, Ended ended, QObject* parent = nullptr);
 
   void RunStarted(std::size_t planned) override;
+  void RunPlanned(std::size_t planned) override;
   void FileDone(const job::FileResult& file) override;
   void FileLost(const job::FileResult& file) override;
   void RunEnded(const job::RunTotals& totals) override;
@@ -50,6 +51,8 @@ class RunMonitor : public QObject, public job::RunObserver {
   double begun_ = 0;
 };
 
+// "已处理 1234" while the number of files is not known; else "".
+QString CountText(const RunFigures& figures);
 // "128 张/秒", below ten with one decimal; "" for 0.
 QString RateText(double rate);
 // "剩余 8 秒", "剩余 1 分 05 秒", "剩余 2 小时 03 分"; "" for 0.

@@ -46,7 +46,9 @@ void StatusStrip::ShowRun(const RunFigures& figures) {
     progress_->setValue(static_cast<int>(figures.done));
     word_->setText(figures.file);
   }
-  rate_->setText(RateText(figures.rate));
+  const QString count = CountText(figures);
+  const QString rate = RateText(figures.rate);
+  rate_->setText(count.isEmpty() || rate.isEmpty() ? count + rate : count + QStringLiteral("  ") + rate);
   rate_->setVisible(!rate_->text().isEmpty());
   left_->setText(TimeLeftText(figures.secondsLeft));
   left_->setVisible(!left_->text().isEmpty());

@@ -1,0 +1,114 @@
+// SPDX-FileCopyrightText: 2026 The Quillon developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "batch/worker.h"
+
+#include <fcntl.h>
+#include <sys/prctl.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <csignal>
+#include <string_view>
+#include <utility>
+
+namespace quillon::batch {
+namespace {
+
+constexpr const char* kThisProgram = "/proc/self/exe";
+constexpr int kCannotStart = 127;
+
+// Everything that needs memory is made before the process is parted.
+struct Call {
+  Call(const std::vector<std::string>& arguments, const std::string& leftOut)
+      : variable(std::string(kWorkerVariable) + "=" + leftOut) {
+    words.push_back(const_cast<char*>("quillon-batch"));
+    for (const std::string& argument : arguments) words.push_back(const_cast<char*>(argument.c_str()));
+    words.push_back(nullptr);
+    for (char** entry = environ; *entry; ++entry) {
+      if (!std::string_view(*entry).starts_with(kWorkerVariable)) variables.push_back(*entry);
+    }
+    variables.push_back(variable.data());
+    variables.push_back(nullptr);
+  }
+
+  std::string variable;
+  std::vector<char*> words;
+  std::vector<char*> variables;
+};
+
+[[noreturn]] void Become(const Call& call, int out, int err, pid_t parent) {
+  setpgid(0, 0);
+  prctl(PR_SET_PDEATHSIG, SIGTERM);
+  if (getppid() != parent) _exit(kCannotStart);
+  sigset_t none;
+  sigemptyset(&none);
+  sigprocmask(SIG_SETMASK, &none, nullptr);
+  dup2(out, STDOUT_FILENO);
+  dup2(err, STDERR_FILENO);
+  execve(kThisProgram, call.words.data(), call.variables.data());
+  _exit(kCannotStart);
+}
+
+}  // namespace
+
+Worker::Worker(const std::vector<std::string>& arguments, const std::string& leftOut, TakeLine out, TakeLine err) {
+  out_.take = std::move(out);
+  err_.take = std::move(err);
+  const Call call(arguments, leftOut);
+  int outEnds[2] = {-1, -1};
+  int errEnds[2] = {-1, -1};
+  if (pipe2(outEnds, O_CLOEXEC) == 0 && pipe2(errEnds, O_CLOEXEC) == 0) {
+    const pid_t parent = getpid();
+    process_ = fork();
+    if (process_ == 0) Become(call, outEnds[1], errEnds[1], parent);
+  }
+  for (const int handle : {outEnds[1], errEnds[1]}) {
+    if (handle >= 0) close(handle);
+  }
+  out_.handle = outEnds[0];
+  err_.handle = errEnds[0];
+}
+
+Worker::~Worker() {
+  for (const End* end : {&out_, &err_}) {
+    if (end->handle >= 0) close(end->handle);
+  }
+  if (process_ > 0) {
+    kill(process_, SIGKILL);
+    waitpid(process_, nullptr, 0);
+  }
+}
+
+void Worker::Read(int handle) { ReadFrom(handle == out_.handle ? out_ : err_); }
+
+void Worker::ReadFrom(End& end) {
+  char block[65536];
+  const ssize_t got = read(end.handle, block, sizeof block);
+  if (got < 0 && errno == EINTR) return;
+  if (got <= 0) {
+    close(std::exchange(end.handle, -1));
+    if (!end.rest.empty()) end.take(std::exchange(end.rest, {}));
+    return;
+  }
+  end.rest.append(block, static_cast<std::size_t>(got));
+  std::size_t begin = 0;
+  for (std::size_t line; (line = end.rest.find('\n', begin)) != std::string::npos; begin = line + 1) {
+    end.take(end.rest.substr(begin, line - begin));
+  }
+  end.rest.erase(0, begin);
+}
+
+WorkerEnd Worker::Wait() {
+  WorkerEnd end;
+  if (process_ <= 0) return end;
+  int status = 0;
+  while (waitpid(process_, &status, 0) < 0 && errno == EINTR) {
+  }
+  process_ = -1;
+  if (WIFEXITED(status)) end.exit = WEXITSTATUS(status);
+  if (WIFSIGNALED(status)) end.signal = WTERMSIG(status);
+  return end;
+}
+
+}  // namespace quillon::batch

@@ -1,0 +1,92 @@
+// SPDX-FileCopyrightText: 2026 The Quillon developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "batch/worker_lines.h"
+
+#include <cstdint>
+#include <nlohmann/json.hpp>
+
+#include "batch/json_io.h"
+
+namespace quillon::batch {
+namespace {
+
+using Json = nlohmann::ordered_json;
+
+constexpr const char* kBegun = "begun";
+constexpr const char* kProgress = "progress";
+
+int Digit(char c) { return c <= '9' ? c - '0' : c - 'a' + 10; }
+
+std::string Bytes(const std::string& hex) {
+  std::string bytes;
+  for (std::size_t i = 0; i + 1 < hex.size(); i += 2)
+    bytes += static_cast<char>(Digit(hex[i]) * 16 + Digit(hex[i + 1]));
+  return bytes;
+}
+
+std::vector<std::string> Texts(const Json& list) {
+  std::vector<std::string> texts;
+  for (const Json& one : list) texts.push_back(one.get<std::string>());
+  return texts;
+}
+
+FieldValue ValueOf(const Json& value) {
+  if (value.is_boolean()) return value.get<bool>();
+  if (value.is_number_integer()) return value.get<std::int64_t>();
+  if (value.is_number()) return value.get<double>();
+  if (value.is_string()) return value.get<std::string>();
+  if (value.is_array()) return Texts(value);
+  return std::monostate();
+}
+
+FieldValue TrueBytes(const Json& hex) {
+  if (hex.is_string()) return Bytes(hex.get<std::string>());
+  std::vector<std::string> texts = Texts(hex);
+  for (std::string& text : texts) text = Bytes(text);
+  return texts;
+}
+
+std::optional<Event> EventOf(const Json& object) {
+  const std::string name = object.value("event", "");
+  for (const EventFormat& format : EventFormats()) {
+    if (name != format.name) continue;
+    Event event{format.kind, {}};
+    for (const std::string& field : format.fields) {
+      const bool bytes = object.contains("bytes") && object["bytes"].contains(field);
+      event.fields.push_back({field, bytes ? TrueBytes(object["bytes"][field]) : ValueOf(object.at(field))});
+    }
+    return event;
+  }
+  return std::nullopt;
+}
+
+WorkerLine LineOf(const Json& object) {
+  WorkerLine line;
+  if (!object.is_object()) return line;
+  line.event = EventOf(object);
+  if (object.contains(kBegun)) line.begun = Bytes(object[kBegun].get<std::string>());
+  if (object.contains(kProgress)) {
+    line.progress.emplace();
+    line.progress->done = object[kProgress].at(0).get<std::size_t>();
+    line.progress->planned = object[kProgress].at(1).get<std::size_t>();
+  }
+  return line;
+}
+
+}  // namespace
+
+std::string BegunLine(const std::string& source) { return Json{{kBegun, Hex(source)}}.dump(); }
+
+std::string ProgressLine(const Progress& progress) {
+  return Json{{kProgress, Json::array({progress.done, progress.planned})}}.dump();
+}
+
+WorkerLine ReadWorkerLine(const std::string& line) {
+  try {
+    return LineOf(Json::parse(line));
+  } catch (const Json::exception&) {
+    return {};
+  }
+}
+
+}  // namespace quillon::batch

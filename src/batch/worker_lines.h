@@ -1,0 +1,25 @@
+// SPDX-FileCopyrightText: 2026 The Quillon developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <optional>
+#include <string>
+
+#include "batch/event.h"
+#include "batch/reporter.h"
+
+namespace quillon::batch {
+
+// What a worker process says to the one that started it: its events, and two lines that only pass between the two.
+struct WorkerLine {
+  std::optional<Event> event;
+  std::optional<std::string> begun;  // the file that it takes up
+  std::optional<Progress> progress;  // done and planned alone count
+};
+
+std::string BegunLine(const std::string& source);
+std::string ProgressLine(const Progress& progress);
+// An empty one for anything that is no such line.
+WorkerLine ReadWorkerLine(const std::string& line);
+
+}  // namespace quillon::batch

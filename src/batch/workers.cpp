@@ -1,0 +1,269 @@
+// SPDX-FileCopyrightText: 2026 The Quillon developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "batch/workers.h"
+
+#include <poll.h>
+
+#include <algorithm>
+#include <csignal>
+#include <cstdio>
+#include <unordered_set>
+#include <utility>
+
+#include "base/path_text.h"
+#include "base/utf8.h"
+#include "batch/options.h"
+#include "batch/worker_lines.h"
+
+namespace quillon::batch {
+namespace {
+
+constexpr int kWaitMilliseconds = 100;
+constexpr double kShowEvery = 0.1;  // seconds
+
+const char* const kWritten = ResultName(job::Result::Written);
+const char* const kNone = ResultName(job::Result::None);
+
+bool TakesValue(const std::string& option) {
+  const auto& options = Options();
+  return std::any_of(options.begin(), options.end(),
+                     [&](const Option& one) { return option == one.name && *one.argument != '\0'; });
+}
+
+}  // namespace
+
+struct Workers::Member {
+  std::size_t number = 0;
+  job::Share share;
+  std::unique_ptr<Worker> worker;
+  std::unordered_set<std::string> handled;  // sources that were told of
+  std::string underWay;
+  bool finished = false;  // its end event has come
+  bool gone = false;
+  int exit = 0;
+  Progress progress;       // of the process that runs now
+  std::size_t before = 0;  // files that earlier ones in its place have handled
+};
+
+Workers::Workers(const Plan& plan, std::vector<std::string> arguments, std::string folder, host::Files& files,
+                 host::Clock& clock, Reporter& reporter, Stopping stopping)
+    : plan_(plan),
+      arguments_(std::move(arguments)),
+      folder_(std::move(folder)),
+      files_(files),
+      clock_(clock),
+      reporter_(reporter),
+      stopping_(std::move(stopping)) {}
+
+Workers::~Workers() = default;
+
+Exit Workers::Run() {
+  begun_ = clock_.Seconds();
+  for (std::size_t i = 0; i < plan_.jobs; ++i) {
+    auto member = std::make_unique<Member>();
+    member->number = i;
+    member->share = plan_.share.Part(i, plan_.jobs);
+    Start(*member);
+    members_.push_back(std::move(member));
+  }
+  const auto running = [](const auto& member) { return !member->gone; };
+  while (std::any_of(members_.begin(), members_.end(), running)) {
+    if (stopping_() && !std::exchange(signalled_, true)) Signal();
+    WaitForSome();
+    ShowProgress();
+  }
+  sums_.seconds = clock_.Seconds() - begun_;
+  const Exit exit = Sum();
+  sums_.stopped = exit == Exit::Stopped;
+  reporter_.Tell(EndEvent(sums_));
+  reporter_.Finish(sums_);
+  return exit;
+}
+
+void Workers::Start(Member& member) {
+  const std::vector<std::string> arguments = WorkerArguments(arguments_, member.share);
+  const std::string leftOut = SaveLeftOut(member);
+  const auto out = [this, &member](const std::string& line) { TakeLine(member, line); };
+  const auto err = [this](const std::string& line) {
+    if (said_.insert(line).second) std::fprintf(stderr, "%s\n", line.c_str());
+  };
+  member.before = member.handled.size();
+  member.progress = {};
+  member.finished = false;
+  const std::lock_guard lock(mutex_);
+  member.worker = std::make_unique<Worker>(arguments, leftOut, out, err);
+}
+
+std::string Workers::SaveLeftOut(const Member& member) {
+  std::string names;
+  for (const std::string& source : member.handled) names.append(source).push_back('\0');
+  const std::string path = base::JoinPath(folder_, "done-" + std::to_string(member.number));
+  (void)files_.Save(path, names);
+  return path;
+}
+
+void Workers::Signal() {
+  const std::lock_guard lock(mutex_);
+  for (const auto& member : members_) {
+    if (member->worker && member->worker->Id() > 0) kill(member->worker->Id(), SIGTERM);
+  }
+}
+
+void Workers::WaitForSome() {
+  std::vector<pollfd> waits;
+  std::vector<Member*> owners;
+  for (const auto& member : members_) {
+    if (member->gone) continue;
+    for (const int handle : {member->worker->Out(), member->worker->Err()}) {
+      if (handle < 0) continue;
+      waits.push_back({handle, POLLIN, 0});
+      owners.push_back(member.get());
+    }
+  }
+  if (!waits.empty()) poll(waits.data(), waits.size(), kWaitMilliseconds);
+  for (std::size_t i = 0; i < waits.size(); ++i) {
+    if (waits[i].revents != 0) owners[i]->worker->Read(waits[i].fd);
+  }
+  for (const auto& member : members_) {
+    if (!member->gone && !member->worker->Open()) TakeEnd(*member);
+  }
+}
+
+void Workers::TakeLine(Member& member, const std::string& text) {
+  const WorkerLine line = ReadWorkerLine(text);
+  if (line.begun) member.underWay = *line.begun;
+  if (line.progress) member.progress = *line.progress;
+  if (line.event) TakeEvent(member, *line.event);
+}
+
+void Workers::TakeEvent(Member& member, const Event& event) {
+  switch (event.kind) {
+    case EventKind::File:
+      TakeFile(member, event);
+      break;
+    case EventKind::End:
+      member.finished = true;
+      break;
+    case EventKind::Title:
+      break;
+    case EventKind::Box:
+      reporter_.Tell(event);
+      break;
+    default:
+      if (member.number == 0) reporter_.Tell(event);
+  }
+}
+
+void Workers::TakeFile(Member& member, const Event& event) {
+  const std::string source = event.Text("source");
+  const std::string output = event.Text("output");
+  const std::string result = event.Text("result");
+  if (source == member.underWay) member.underWay.clear();
+  member.handled.insert(source);
+  // Its worker finds out later than we do that its output was lost.
+  if (result == kNone && lost_.erase(source) > 0) return;
+  // Told a second time: its output was lost after all.
+  const auto earlier = result == kNone ? outputs_.find(source) : outputs_.end();
+  if (earlier != outputs_.end()) {
+    Count(kWritten, -1);
+    sources_.erase(earlier->second);
+    outputs_.erase(earlier);
+  }
+  if (result == kWritten) {
+    const auto other = sources_.find(output);
+    if (other != sources_.end() && other->second != source) {
+      const std::string lost = other->second;
+      outputs_.erase(lost);
+      lost_.insert(lost);
+      Count(kWritten, -1);
+      TellLost(lost, "输出文件与 " + base::DisplayText(source) + " 的同名，已被后者覆盖");
+    }
+    sources_[output] = source;
+    outputs_[source] = output;
+  }
+  Count(result, 1);
+  reporter_.Tell(event);
+}
+
+void Workers::TellLost(const std::string& source, const std::string& why) {
+  Count(kNone, 1);
+  reporter_.Tell(FileEvent({0, source, "", job::Result::None, why}));
+}
+
+void Workers::Count(const std::string& result, int step) {
+  std::size_t& sum = result == kWritten ? sums_.written : result == kNone ? sums_.none : sums_.skipped;
+  sum += static_cast<std::size_t>(step);
+}
+
+// A process that ends without its end event has died.
+void Workers::TakeEnd(Member& member) {
+  const WorkerEnd end = member.worker->Wait();
+  member.gone = member.finished || end.exit >= 0;
+  member.exit = end.exit;
+  if (member.gone) return;
+  const std::string how = end.signal > 0 ? "（信号 " + std::to_string(end.signal) + "）" : "";
+  const std::string source = std::exchange(member.underWay, {});
+  if (!source.empty()) {
+    member.handled.insert(source);
+    TellLost(source, "处理进程意外结束" + how + "，这个文件可能没有处理完");
+  }
+  member.exit = static_cast<int>(Exit::SomeWithout);
+  const bool progressed = member.handled.size() > member.before;
+  member.gone = stopping_() || !progressed;
+  if (!member.gone) {
+    Start(member);
+  } else if (!progressed) {
+    std::fprintf(stderr, "quillon-batch: 第 %zu 个处理进程意外结束%s，它的文件没有处理完\n", member.number + 1,
+                 how.c_str());
+  }
+}
+
+void Workers::ShowProgress() {
+  const double now = clock_.Seconds();
+  if (now - shown_ < kShowEvery) return;
+  shown_ = now;
+  Progress all;
+  all.running = true;
+  all.seconds = now - begun_;
+  bool known = true;
+  for (const auto& member : members_) {
+    all.done += member->handled.size();
+    all.planned += member->before + member->progress.planned;
+    known = known && (member->gone || member->progress.planned > 0);
+  }
+  if (!known) all.planned = 0;
+  reporter_.Show(all);
+}
+
+Exit Workers::Sum() const {
+  bool some = sums_.none > 0;
+  bool stopped = stopping_();
+  for (const auto& member : members_) {
+    if (member->exit == static_cast<int>(Exit::WrongArguments)) return Exit::WrongArguments;
+    stopped = stopped || member->exit == static_cast<int>(Exit::Stopped);
+    some = some || member->exit != 0;
+  }
+  if (stopped) return Exit::Stopped;
+  return some ? Exit::SomeWithout : Exit::AllWritten;
+}
+
+std::vector<std::string> WorkerArguments(const std::vector<std::string>& arguments, const job::Share& share) {
+  std::vector<std::string> own{"--json",
+                               "--shard=" + std::to_string(share.index + 1) + "/" + std::to_string(share.count)};
+  for (std::size_t i = 0; i < arguments.size(); ++i) {
+    const std::string& argument = arguments[i];
+    if (argument == "--") {
+      own.insert(own.end(), arguments.begin() + static_cast<std::ptrdiff_t>(i), arguments.end());
+      break;
+    }
+    const bool dropped = argument == "--jobs" || argument == "--shard";
+    const bool valueFollows = TakesValue(argument) && i + 1 < arguments.size();
+    if (argument == "--json" || argument.starts_with("--jobs=") || argument.starts_with("--shard=")) continue;
+    if (!dropped) own.push_back(argument);
+    if (valueFollows && !dropped) own.push_back(arguments[i + 1]);
+    if (valueFollows) ++i;
+  }
+  return own;
+}
+
+}  // namespace quillon::batch

@@ -1,0 +1,78 @@
+// SPDX-FileCopyrightText: 2026 The Quillon developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <functional>
+#include <memory>
+#include <mutex>
+#include <set>
+#include <string>
+#include <unordered_map>
+#include <vector>
+
+#include "batch/hosts.h"
+#include "batch/plan.h"
+#include "batch/reporter.h"
+#include "batch/worker.h"
+#include "host/files.h"
+#include "job/share.h"
+
+namespace quillon::batch {
+
+// Carries out a plan by several workers, each with its share of the files, and tells what they do as one run.
+//
+// Told are the files and boxes of all, and everything else of the first. The sums are those of all file events: an
+// output that two workers made under one name counts once. A worker that dies costs the file that it had under way,
+// which is told as one without output; the rest of its share is done by another in its place.
+class Workers {
+ public:
+  // arguments are those of the plan; folder is one of our own, for the lists of files that are left out.
+  Workers(const Plan& plan, std::vector<std::string> arguments, std::string folder, host::Files& files,
+          host::Clock& clock, Reporter& reporter, Stopping stopping);
+  ~Workers();
+  Workers(const Workers&) = delete;
+  Workers& operator=(const Workers&) = delete;
+
+  // Tells the end event and finishes the reporter. Lines that workers write on stderr are passed on, each once.
+  Exit Run();
+  // Asks all workers to stop; may be called from any thread, and a second time from one who insists.
+  void Signal();
+
+ private:
+  struct Member;
+
+  void Start(Member& member);
+  std::string SaveLeftOut(const Member& member);
+  void WaitForSome();
+  void TakeLine(Member& member, const std::string& line);
+  void TakeEvent(Member& member, const Event& event);
+  void TakeFile(Member& member, const Event& event);
+  void TakeEnd(Member& member);
+  void Count(const std::string& result, int step);
+  void TellLost(const std::string& source, const std::string& why);
+  void ShowProgress();
+  Exit Sum() const;
+
+  const Plan& plan_;
+  std::vector<std::string> arguments_;
+  std::string folder_;
+  host::Files& files_;
+  host::Clock& clock_;
+  Reporter& reporter_;
+  Stopping stopping_;
+  std::mutex mutex_;  // over the processes, which a second signal looks at from another thread
+  std::vector<std::unique_ptr<Member>> members_;
+  std::unordered_map<std::string, std::string> sources_;  // by output
+  std::unordered_map<std::string, std::string> outputs_;  // by source, of those written
+  std::set<std::string> lost_;                            // told as lost before their worker did
+  std::set<std::string> said_;                            // lines on stderr
+  Summary sums_;
+  double begun_ = 0;
+  double shown_ = 0;
+  bool signalled_ = false;
+};
+
+// The arguments of a worker: those given, without --json, --jobs and --shard, as the share of all that it is.
+std::vector<std::string> WorkerArguments(const std::vector<std::string>& arguments, const job::Share& share);
+
+}  // namespace quillon::batch

@@ -1,0 +1,33 @@
+// SPDX-FileCopyrightText: 2026 The Quillon developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <atomic>
+#include <functional>
+#include <memory>
+
+namespace quillon::host {
+
+// Work on a thread of its own that may never come back: a call to a disk that no longer answers. It can be waited for
+// a moment at a time, and be left behind.
+class Errand {
+ public:
+  // work has to look at stop now and then, and to own or share whatever it touches once stop is set.
+  using Work = std::function<void(const std::atomic<bool>& stop)>;
+
+  // Where no thread can be had, the work is done at once.
+  explicit Errand(Work work);
+  // Stops the work and gives it a second to end; what does not is left behind.
+  ~Errand();
+  Errand(const Errand&) = delete;
+  Errand& operator=(const Errand&) = delete;
+
+  // True once the work is done; waits at most so long for it.
+  bool Done(double seconds = 0) const;
+
+ private:
+  struct State;
+  std::shared_ptr<State> state_;
+};
+
+}  // namespace quillon::host

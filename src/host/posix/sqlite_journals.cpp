@@ -1,0 +1,194 @@
+// SPDX-FileCopyrightText: 2026 The Quillon developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "host/posix/sqlite_journals.h"
+
+#include <sqlite3.h>
+
+#include <chrono>
+#include <cstdint>
+#include <filesystem>
+
+#include "base/path_text.h"
+#include "host/posix/environment.h"
+
+namespace quillon::host::posix {
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr std::chrono::hours kKept{24 * 60};
+constexpr const char* kExtension = ".db";
+
+// One process has the journal for itself. Little is held in memory, however long it grows.
+constexpr const char* kSetUp =
+    "PRAGMA locking_mode = EXCLUSIVE; PRAGMA journal_mode = DELETE; PRAGMA synchronous = FULL; "
+    "PRAGMA cache_size = -512; BEGIN IMMEDIATE; "
+    "CREATE TABLE IF NOT EXISTS job (text BLOB NOT NULL); "
+    "CREATE TABLE IF NOT EXISTS record (file BLOB NOT NULL, key BLOB NOT NULL, value BLOB NOT NULL, "
+    "PRIMARY KEY (file, key)) WITHOUT ROWID; COMMIT";
+
+struct CloseDatabase {
+  void operator()(sqlite3* database) const { sqlite3_close_v2(database); }
+};
+struct EndStatement {
+  void operator()(sqlite3_stmt* statement) const { sqlite3_finalize(statement); }
+};
+using Database = std::unique_ptr<sqlite3, CloseDatabase>;
+using Statement = std::unique_ptr<sqlite3_stmt, EndStatement>;
+
+bool Run(sqlite3* database, const char* text) {
+  return sqlite3_exec(database, text, nullptr, nullptr, nullptr) == SQLITE_OK;
+}
+
+Statement Prepare(sqlite3* database, const char* text) {
+  sqlite3_stmt* statement = nullptr;
+  sqlite3_prepare_v2(database, text, -1, &statement, nullptr);
+  return Statement(statement);
+}
+
+void Bind(sqlite3_stmt* statement, int place, const std::string& bytes) {
+  sqlite3_bind_blob(statement, place, bytes.data(), static_cast<int>(bytes.size()), SQLITE_TRANSIENT);
+}
+
+std::string BlobAt(sqlite3_stmt* statement, int column) {
+  const void* bytes = sqlite3_column_blob(statement, column);
+  const auto size = static_cast<std::size_t>(sqlite3_column_bytes(statement, column));
+  return bytes ? std::string(static_cast<const char*>(bytes), size) : std::string();
+}
+
+// The first value of the only row, nothing without a row.
+std::optional<std::string> ValueOf(sqlite3_stmt* statement) {
+  std::optional<std::string> value;
+  if (sqlite3_step(statement) == SQLITE_ROW) value = BlobAt(statement, 0);
+  sqlite3_reset(statement);
+  return value;
+}
+
+class SqliteJournal final : public Journal {
+ public:
+  SqliteJournal(Database database, std::string path) : path_(std::move(path)), database_(std::move(database)) {
+    get_ = Prepare(Raw(), "SELECT value FROM record WHERE file = ?1 AND key = ?2");
+    set_ = Prepare(Raw(), "INSERT OR REPLACE INTO record (file, key, value) VALUES (?1, ?2, ?3)");
+    count_ = Prepare(Raw(), "SELECT count(*) FROM record WHERE key = ?1");
+  }
+  ~SqliteJournal() override { Commit(); }
+
+  std::optional<std::string> Get(const std::string& file, const std::string& key) override {
+    if (!get_) return std::nullopt;
+    Bind(get_.get(), 1, file);
+    Bind(get_.get(), 2, key);
+    return ValueOf(get_.get());
+  }
+
+  void Set(const std::string& file, const std::string& key, const std::string& value) override {
+    if (!set_) return;
+    if (sqlite3_get_autocommit(Raw()) != 0) Run(Raw(), "BEGIN");
+    Bind(set_.get(), 1, file);
+    Bind(set_.get(), 2, key);
+    Bind(set_.get(), 3, value);
+    sqlite3_step(set_.get());
+    sqlite3_reset(set_.get());
+  }
+
+  std::size_t Count(const std::string& key) override {
+    if (!count_) return 0;
+    Bind(count_.get(), 1, key);
+    std::size_t count = 0;
+    if (sqlite3_step(count_.get()) == SQLITE_ROW)
+      count = static_cast<std::size_t>(sqlite3_column_int64(count_.get(), 0));
+    sqlite3_reset(count_.get());
+    return count;
+  }
+
+  void Commit() override {
+    if (database_ && sqlite3_get_autocommit(Raw()) == 0) Run(Raw(), "COMMIT");
+  }
+
+  void Clear() override { Run(Raw(), "DELETE FROM record"); }
+
+  void Remove() override {
+    get_.reset();
+    set_.reset();
+    count_.reset();
+    database_.reset();
+    std::error_code ignored;
+    fs::remove(path_, ignored);
+    fs::remove(path_ + "-journal", ignored);
+  }
+
+ private:
+  sqlite3* Raw() const { return database_.get(); }
+
+  std::string path_;
+  Database database_;
+  Statement get_;
+  Statement set_;
+  Statement count_;
+};
+
+// A short name for a long text. The text itself stands in the database, should two ever meet in one name.
+std::string NameOf(const std::string& job) {
+  std::uint64_t hash = 0xCBF29CE484222325;
+  for (const char byte : job) hash = (hash ^ static_cast<unsigned char>(byte)) * 0x100000001B3;
+  std::string name;
+  for (int i = 0; i < 16; ++i, hash >>= 4) name += "0123456789abcdef"[hash & 15];
+  return name;
+}
+
+void SweepOld(const std::string& folder) {
+  std::error_code ignored;
+  const auto now = fs::file_time_type::clock::now();
+  for (const auto& entry : fs::directory_iterator(folder, ignored)) {
+    if (now - entry.last_write_time(ignored) > kKept) fs::remove(entry.path(), ignored);
+  }
+}
+
+// Whether the database can be used and nobody else has it; busy where somebody has.
+bool SetUp(sqlite3* database, bool& busy) {
+  if (Run(database, kSetUp)) return true;
+  busy = (sqlite3_errcode(database) & 0xFF) == SQLITE_BUSY;
+  return false;
+}
+
+Database OpenAt(const std::string& path) {
+  sqlite3* raw = nullptr;
+  const int opened = sqlite3_open_v2(path.c_str(), &raw, SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE, nullptr);
+  Database database(raw);
+  return opened == SQLITE_OK ? std::move(database) : nullptr;
+}
+
+void TakeJob(sqlite3* database, const std::string& job) {
+  const Statement read = Prepare(database, "SELECT text FROM job");
+  if (read && ValueOf(read.get()) == job) return;
+  Run(database, "DELETE FROM record; DELETE FROM job");
+  const Statement write = Prepare(database, "INSERT INTO job (text) VALUES (?1)");
+  if (!write) return;
+  Bind(write.get(), 1, job);
+  sqlite3_step(write.get());
+}
+
+}  // namespace
+
+SqliteJournals::SqliteJournals()
+    : folder_(base::JoinPath(BaseFolder("XDG_CONFIG_HOME", ".config"), "quillon/journals")) {}
+
+std::unique_ptr<Journal> SqliteJournals::Open(const std::string& job) {
+  std::error_code error;
+  fs::create_directories(folder_, error);
+  if (error) return nullptr;
+  SweepOld(folder_);
+  const std::string path = base::JoinPath(folder_, NameOf(job) + kExtension);
+  bool busy = false;
+  Database database = OpenAt(path);
+  if (!database || !SetUp(database.get(), busy)) {
+    if (busy) return nullptr;
+    database.reset();
+    fs::remove(path, error);
+    database = OpenAt(path);
+    if (!database || !SetUp(database.get(), busy)) return nullptr;
+  }
+  TakeJob(database.get(), job);
+  return std::make_unique<SqliteJournal>(std::move(database), path);
+}
+
+}  // namespace quillon::host::posix

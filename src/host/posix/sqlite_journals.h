@@ -1,0 +1,25 @@
+// SPDX-FileCopyrightText: 2026 The Quillon developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <string>
+
+#include "host/journal.h"
+
+namespace quillon::host::posix {
+
+// Each journal is a database of its own in a folder; a damaged one counts as empty. Those that nobody has touched for
+// two months are removed when another is opened.
+class SqliteJournals final : public Journals {
+ public:
+  // In the folder "journals" beside the user's settings.
+  SqliteJournals();
+  explicit SqliteJournals(std::string folder) : folder_(std::move(folder)) {}
+
+  std::unique_ptr<Journal> Open(const std::string& job) override;
+
+ private:
+  std::string folder_;
+};
+
+}  // namespace quillon::host::posix

@@ -1,0 +1,151 @@
+// SPDX-FileCopyrightText: 2026 The Quillon developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "job/folder_run.h"
+
+#include <utility>
+
+#include "base/path_text.h"
+#include "job/file_intake.h"
+#include "job/stoppable_frame.h"
+
+namespace quillon::job {
+namespace {
+
+// Between two checkpoints: what a broken run does again, and what a run holds in memory.
+constexpr std::size_t kFilesPerCheckPoint = 500;
+constexpr double kSecondsPerCheckPoint = 2;
+// Sources that are written down at once before they are overwritten.
+constexpr std::size_t kIntendedAtOnce = 256;
+
+// Far more than a walk measures ahead.
+constexpr std::size_t kRememberedSizes = 1000;
+
+// Keeps few sizes for as long as it lives: no file of a walk is measured a second time.
+class FewSizes {
+ public:
+  explicit FewSizes(imaging::Services& images) : images_(images) { images_.RememberSizes(kRememberedSizes); }
+  ~FewSizes() { images_.RememberSizes(imaging::kSizesRemembered); }
+  FewSizes(const FewSizes&) = delete;
+  FewSizes& operator=(const FewSizes&) = delete;
+
+ private:
+  imaging::Services& images_;
+};
+
+// The folder that path lies in; "" for the root.
+std::string FolderOf(const std::string& path) { return path == "/" ? std::string() : base::SplitPath(path).folder; }
+
+}  // namespace
+
+FolderRun::FolderRun(Program& program, CutLedger& ledger, OneFileDriver& driver)
+    : program_(program),
+      ledger_(ledger),
+      driver_(driver),
+      journal_(program, driver.Name(), driver.Windows()),
+      root_(program.form1.LInDir.Value()),
+      rule_(Rule()) {
+  ledger_.TakeSourcesFrom([this](const std::string& path) { return IsSource(path); });
+}
+
+FolderRun::~FolderRun() {
+  ledger_.TakeSourcesFrom({});
+  ledger_.RecallBy({});
+}
+
+// The mode is that of the start, whatever the window shows later.
+WalkRule FolderRun::Rule() const {
+  const Form1& form = program_.form1;
+  WalkRule rule;
+  rule.subfolders = form.ChSubFold.On() ? Subfolders::Yes : Subfolders::No;
+  rule.accepts = [filter = program_.Intake().Filter()](const std::string& name) {
+    return FileIntake::FitsFilter(filter, name);
+  };
+  rule.share = program_.share;
+  const std::string out = form.LOutDir.Value();
+  const host::Files& files = program_.host.files;
+  if (!form.ChOver.On() && files.IsFolder(out) && !files.SameFile(out, root_)) rule.leftOut = out;
+  return rule;
+}
+
+void FolderRun::Walk() {
+  const StoppableFrame frame(program_);
+  const FewSizes sizes(program_.images);
+  program_.Intake().Clear();
+  if (program_.observer) program_.observer->RunStarted(0);
+  if (journal_.Kept()) ledger_.RecallBy([this](const std::string& output) { return journal_.SourceOf(output); });
+  const double start = checked_ = program_.host.clock.Seconds();
+  WalkEnd end = WalkEnd::Stopped;
+  {
+    const FileCount count(program_.host.files, root_, rule_);
+    FileWalk walk(program_, rule_);
+    end = walk.Run({root_}, [&](const std::string& path) {
+      HandleNext(walk, path);
+      TellCount(count);
+      return !program_.flags.StopRequested;
+    });
+    program_.leftToOthers += walk.LeftToOthers();
+  }
+  ledger_.Settle();
+  journal_.End(ledger_, end == WalkEnd::Complete);
+  ledger_.NoteEnd(program_.host.clock.Seconds() - start, program_.flags.StopRequested);
+  // The window was usable meanwhile.
+  if (program_.form1.ChOver.On()) program_.Intake().Clear();
+}
+
+void FolderRun::HandleNext(const FileWalk& walk, const std::string& path) {
+  program_.form1.ShowStatus("  已处理..." + std::to_string(++number_));
+  if (program_.observer) program_.observer->FileBegun(path);
+  if (journal_.Stands(path)) {
+    ledger_.Add({0, path, "", Result::Skipped, "上次已经处理好"});
+  } else {
+    Handle(walk, path);
+  }
+  const double now = program_.host.clock.Seconds();
+  const bool due = ++unchecked_ >= kFilesPerCheckPoint || now - checked_ >= kSecondsPerCheckPoint;
+  if (due && journal_.Kept()) CheckPoint();
+}
+
+void FolderRun::Handle(const FileWalk& walk, const std::string& path) {
+  if (const std::size_t reach = driver_.Reach(); reach > 0) {
+    std::vector<std::string> next = walk.Upcoming(reach - 1);
+    next.insert(next.begin(), path);
+    driver_.Announce(next);
+  }
+  journal_.Begun(path, walk.Upcoming(kIntendedAtOnce));
+  FileResult result{0, path, "", Result::None, ""};
+  driver_.Cut(path, number_, result);
+  journal_.Ended(result);
+  ledger_.Add(result);
+}
+
+// What stands on disk is written down, and need not be held in memory any more.
+void FolderRun::CheckPoint() {
+  ledger_.Settle();
+  journal_.Commit(ledger_);
+  ledger_.Forget();
+  unchecked_ = 0;
+  checked_ = program_.host.clock.Seconds();
+}
+
+void FolderRun::TellCount(const FileCount& count) {
+  if (countTold_ || !program_.observer) return;
+  const auto planned = count.Result();
+  if (!planned) return;
+  countTold_ = true;
+  program_.observer->RunPlanned(*planned);
+}
+
+bool FolderRun::IsSource(const std::string& path) const {
+  if (!rule_.accepts(path.substr(path.rfind('/') + 1))) return false;
+  const host::Files& files = program_.host.files;
+  std::string folder = FolderOf(path);
+  const bool direct = files.SameFile(folder, root_);
+  if (direct || rule_.subfolders == Subfolders::No) return direct;
+  for (; !folder.empty(); folder = FolderOf(folder)) {
+    if (!rule_.leftOut.empty() && files.SameFile(folder, rule_.leftOut)) return false;
+    if (files.SameFile(folder, root_)) return true;
+  }
+  return false;
+}
+
+}  // namespace quillon::job

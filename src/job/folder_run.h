@@ -1,0 +1,55 @@
+// SPDX-FileCopyrightText: 2026 The Quillon developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <string>
+
+#include "job/cut_ledger.h"
+#include "job/file_count.h"
+#include "job/file_walk.h"
+#include "job/one_file_driver.h"
+#include "job/run_journal.h"
+
+namespace quillon::job {
+
+// The large-capacity run that all drivers share: no list; every file of the input folder that the mode takes goes
+// straight to the driver, in the order of the walk. The window stays usable, MenuStop ends the run after any file, and
+// what the run needs of memory does not grow with it.
+//
+// Files in an output folder that lies below the input folder are not handled, unless sources are overwritten: they are
+// results.
+class FolderRun {
+ public:
+  FolderRun(Program& program, CutLedger& ledger, OneFileDriver& driver);
+  ~FolderRun();
+  FolderRun(const FolderRun&) = delete;
+  FolderRun& operator=(const FolderRun&) = delete;
+
+  // Asks whether a run of the same job that was broken off is to be continued; false when the user wants no run.
+  bool Begin() { return journal_.Begin(); }
+  // Empties the list and walks the input folder, with its subfolders where ChSubFold is on; tells the observer of the
+  // start, each file and, once they are counted, the number of files. The end is told by the caller.
+  void Walk();
+
+ private:
+  WalkRule Rule() const;
+  void HandleNext(const FileWalk& walk, const std::string& path);
+  void Handle(const FileWalk& walk, const std::string& path);
+  void CheckPoint();
+  void TellCount(const FileCount& count);
+  // Whether path, which exists, is one that this walk hands out.
+  bool IsSource(const std::string& path) const;
+
+  Program& program_;
+  CutLedger& ledger_;
+  OneFileDriver& driver_;
+  RunJournal journal_;
+  std::string root_;
+  WalkRule rule_;
+  std::size_t number_ = 0;
+  std::size_t unchecked_ = 0;  // files since the last checkpoint
+  double checked_ = 0;         // when that was
+  bool countTold_ = false;
+};
+
+}  // namespace quillon::job

@@ -1,0 +1,16 @@
+// SPDX-FileCopyrightText: 2026 The Quillon developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "job/large_normal_cut.h"
+
+#include "job/cut_file.h"
+
+namespace quillon::job {
+
+void LargeNormalCut::Cut(const std::string& path, std::size_t /*number*/, FileResult& result) {
+  // The window stays usable during the run, so that the type may be chosen again before any file.
+  controls::ComboBox& type = run_.program.form1.CmbOutType;
+  if (Selected<OutType>(type) == OutType::Pdf) Select(type, OutType::Jpg);
+  result = CutOneFile(run_, 0, path);
+}
+
+}  // namespace quillon::job

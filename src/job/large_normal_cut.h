@@ -1,0 +1,25 @@
+// SPDX-FileCopyrightText: 2026 The Quillon developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "job/cut_ahead.h"
+#include "job/one_file_driver.h"
+
+namespace quillon::job {
+
+// The normal cut of one file that no row stands for.
+class LargeNormalCut final : public OneFileDriver {
+ public:
+  explicit LargeNormalCut(CutRun& run) : run_(run), forecast_(run) {}
+
+  std::string Name() const override { return run_.pdf ? "menuNormalCut pdf" : "menuNormalCut"; }
+  void Cut(const std::string& path, std::size_t number, FileResult& result) override;
+  std::size_t Reach() const override { return forecast_.Reach(); }
+  void Announce(const std::vector<std::string>& paths) override { forecast_.Announce(paths); }
+
+ private:
+  CutRun& run_;
+  CutForecast forecast_;
+};
+
+}  // namespace quillon::job

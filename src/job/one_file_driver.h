@@ -1,0 +1,31 @@
+// SPDX-FileCopyrightText: 2026 The Quillon developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "job/run_report.h"
+
+namespace quillon::job {
+
+// What a driver does to one file of a folder run.
+class OneFileDriver {
+ public:
+  virtual ~OneFileDriver() = default;
+
+  // What tells this driver's jobs from those of others, and the windows that hold its parameters.
+  virtual std::string Name() const = 0;
+  virtual std::vector<std::string> Windows() const { return {"Form1", "FBaseOpt"}; }
+
+  // Handles the file with that running number (from 1). result comes with its source, no output and Result::None, and
+  // tells at the end what became of the file.
+  virtual void Cut(const std::string& path, std::size_t number, FileResult& result) = 0;
+
+  // For work ahead: how many of the files that come next are to be told before each Cut, and those files, the one that
+  // is handled now first. Fewer come near the end.
+  virtual std::size_t Reach() const { return 0; }
+  virtual void Announce(const std::vector<std::string>& /*paths*/) {}
+};
+
+}  // namespace quillon::job

@@ -1,0 +1,72 @@
+// SPDX-FileCopyrightText: 2026 The Quillon developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <memory>
+#include <optional>
+#include <string>
+#include <unordered_set>
+#include <vector>
+
+#include "host/files.h"
+#include "host/journal.h"
+#include "job/run_report.h"
+
+namespace quillon::job {
+
+class CutLedger;
+class Program;
+
+// What a run remembers of its files, so that one that was stopped, killed or lost its power can be continued. A job is
+// the same when its driver, its folders and all its parameters are. Where no journal can be kept nothing is remembered
+// and a run is always a fresh one.
+class RunJournal {
+ public:
+  // The windows whose controls are parameters of the job.
+  RunJournal(Program& program, std::string driver, std::vector<std::string> windows);
+
+  // Asks whether a run of the same job that did not come to its end is to be continued, and forgets it if not. False
+  // when the user wants no run at all.
+  bool Begin();
+  bool Kept() const { return journal_ != nullptr; }
+
+  // True when the result of an earlier part of the job stands unchanged, made of the source as it is now.
+  bool Stands(const std::string& source);
+  // Before source is handled; next are those that come behind it. An overwritten source cannot be told from a fresh one
+  // afterwards, so what it is before is written down first.
+  void Begun(const std::string& source, const std::vector<std::string>& next);
+  // Behind it.
+  void Ended(const FileResult& result);
+  // Writes down what has ended and stands on disk (the ledger has just settled). Nothing is written down of files that
+  // were handled with parameters changed meanwhile.
+  void Commit(const CutLedger& ledger);
+  // The source that output was made of in this job, "" for none.
+  std::string SourceOf(const std::string& output);
+  // A job that came to its end is forgotten.
+  void End(const CutLedger& ledger, bool complete);
+
+  // --- Records of other parts, by source; the key is theirs. Kept with the next Commit.
+  std::optional<std::string> Get(const std::string& source, const std::string& key);
+  void Set(const std::string& source, const std::string& key, const std::string& value);
+
+ private:
+  struct Made {
+    std::string source;
+    host::FileFacts before;
+    std::string output;
+  };
+
+  std::string JobText() const;
+  void WriteDown(const Made& made);
+
+  Program& program_;
+  std::string driver_;
+  std::vector<std::string> windows_;
+  std::string job_;
+  std::unique_ptr<host::Journal> journal_;
+  std::optional<host::FileFacts> before_;     // of the source under way
+  std::unordered_set<std::string> intended_;  // overwritten sources that are written down already
+  std::vector<Made> made_;                    // since the last Commit
+};
+
+}  // namespace quillon::job

@@ -1,0 +1,32 @@
+// SPDX-FileCopyrightText: 2026 The Quillon developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "job/share.h"
+
+namespace quillon::job {
+namespace {
+
+// FNV-1a, with its bits mixed at the end so that every count parts names evenly. It must never change: runs on many
+// machines, and of many versions, have to agree.
+std::uint64_t Hash(std::string_view text) {
+  std::uint64_t hash = 0xCBF29CE484222325;
+  for (const char byte : text) hash = (hash ^ static_cast<unsigned char>(byte)) * 0x100000001B3;
+  hash ^= hash >> 33;
+  hash *= 0xFF51AFD7ED558CCD;
+  return hash ^ hash >> 33;
+}
+
+}  // namespace
+
+bool Share::Takes(std::string_view relativePath) const { return Whole() || Hash(relativePath) % count == index; }
+
+bool Share::TakesNamed(std::string_view path) const {
+  const bool below = path.size() > base.size() && path.starts_with(base) && path[base.size()] == '/';
+  if (below) path.remove_prefix(base.size() + 1);
+  return Takes(path);
+}
+
+Share Share::Part(std::uint64_t number, std::uint64_t among) const {
+  return {index + count * number, count * among, base};
+}
+
+}  // namespace quillon::job

@@ -1,0 +1,26 @@
+// SPDX-FileCopyrightText: 2026 The Quillon developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+
+namespace quillon::job {
+
+// One of several stable parts of all files. Which part a file belongs to depends on its relative path alone (the bytes
+// of it), so that it is the same on every machine and in every run; each file belongs to exactly one.
+struct Share {
+  std::uint64_t index = 0;  // from 0
+  std::uint64_t count = 1;
+  std::string base;  // the folder that named files are seen from, "" for the root
+
+  bool Whole() const { return count <= 1; }
+  bool Takes(std::string_view relativePath) const;
+  // A named file is seen from base where it lies below it, and else by its whole path.
+  bool TakesNamed(std::string_view path) const;
+  // The part of this part: one of `among` equal ones.
+  Share Part(std::uint64_t number, std::uint64_t among) const;
+};
+
+}  // namespace quillon::job

@@ -1,0 +1,356 @@
+// SPDX-FileCopyrightText: 2026 The Quillon developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+// Many processes for one job, and shares of it.
+#include "batch/workers.h"
+
+#include <algorithm>
+#include <csignal>
+#include <map>
+#include <set>
+
+#include "batch/json_io.h"
+#include "batch/program_fixture.h"
+#include "batch/worker_lines.h"
+
+namespace quillon::batch {
+namespace {
+
+class WorkersTest : public ProgramTest {
+ protected:
+  // Last words on each file: it may be told twice.
+  static std::map<std::string, std::string> Results(const std::string& out) {
+    std::map<std::string, std::string> results;
+    for (const Json& file : EventsOf(out, "file")) results[file.at("source")] = file.at("result");
+    return results;
+  }
+  static std::size_t CountOf(const std::map<std::string, std::string>& results, const std::string& result) {
+    return static_cast<std::size_t>(
+        std::count_if(results.begin(), results.end(), [&](const auto& one) { return one.second == result; }));
+  }
+  // The sums of the end event are those of the files.
+  static void ExpectSums(const Ran& ran) {
+    const auto results = Results(ran.out);
+    const Json end = Events(ran.out).back();
+    ASSERT_EQ(end.value("event", ""), "end");
+    for (const char* result : {"written", "none", "skipped"}) {
+      EXPECT_EQ(end.at(result).get<std::size_t>(), CountOf(results, result)) << result;
+    }
+  }
+};
+
+TEST_F(WorkersTest, AddUpToOneRun) {
+  Pictures(60);
+  const Ran ran = Run(Cut({"in"}, {"--json", "--jobs", "3"}));
+  EXPECT_EQ(ran.exit, 0) << ran.err;
+  EXPECT_EQ(EventsOf(ran.out, "file").size(), 60u);
+  EXPECT_EQ(Results(ran.out).size(), 60u);
+  EXPECT_EQ(folder.Names("out").size(), 60u);
+  EXPECT_EQ(EventsOf(ran.out, "end").size(), 1u);
+  EXPECT_EQ(EventsOf(ran.out, "box").size(), 3u);
+  ExpectSums(ran);
+}
+
+TEST_F(WorkersTest, TellPeopleToo) {
+  Pictures(10);
+  folder.Write("in/bad.jpg", "");
+  BatchProcess process(Cut({"in"}, {"--jobs=2"}), folder.Path(), ErrorsTo::Terminal);
+  const Ran ran = process.Wait();
+  EXPECT_EQ(ran.exit, 1);
+  EXPECT_THAT(ran.err, HasSubstr("没有输出：" + folder.Path("in/bad.jpg")));
+  EXPECT_THAT(ran.err, HasSubstr("写出 10，没有输出 1，略过 0"));
+}
+
+TEST_F(WorkersTest, AShareMayBeEmpty) {
+  const Ran ran = Run(Cut({Picture("a.bmp")}, {"--json", "--jobs", "5"}));
+  EXPECT_EQ(ran.exit, 0) << ran.err;
+  EXPECT_EQ(ran.err, "");
+  EXPECT_EQ(Results(ran.out).size(), 1u);
+  EXPECT_EQ(EventsOf(ran.out, "box").size(), 1u) << "those without files say nothing";
+}
+
+TEST_F(WorkersTest, FilesThatCannotBeListedAreToldOnce) {
+  folder.Write("notes.txt", "x");
+  const Ran ran = Run(Cut({Picture("a.bmp"), "missing.jpg", "notes.txt"}, {"--json", "--jobs", "4"}));
+  EXPECT_EQ(ran.exit, 1);
+  EXPECT_EQ(EventsOf(ran.out, "file").size(), 3u);
+  ExpectSums(ran);
+}
+
+TEST_F(WorkersTest, OutputsOfOneNameCountOnce) {
+  for (int i = 0; i < 12; ++i) Picture("in/" + std::to_string(i) + "/x.bmp");
+  const Ran ran = Run(Cut({"in"}, {"--json", "--jobs", "3"}));
+  EXPECT_EQ(ran.exit, 1);
+  EXPECT_EQ(folder.Names("out"), std::vector<std::string>{"x.jpg"});
+  const auto results = Results(ran.out);
+  EXPECT_EQ(results.size(), 12u);
+  EXPECT_EQ(CountOf(results, "written"), 1u);
+  ExpectSums(ran);
+}
+
+TEST_F(WorkersTest, WrongArgumentsAreToldOnce) {
+  const Ran ran = Run(Cut({Picture("a.bmp")}, {"--jobs", "3", "--set", "TQuality=50"}));
+  EXPECT_EQ(ran.exit, 2);
+  EXPECT_THAT(ran.err, HasSubstr("Form1.TQuality 当前不可用"));
+  EXPECT_EQ(ran.err.find("Form1.TQuality"), ran.err.rfind("Form1.TQuality"));
+}
+
+TEST_F(WorkersTest, PrintOnce) { EXPECT_EQ(Run({"--jobs", "3", "--print", "ChOver"}).out, "Form1.ChOver = 0\n"); }
+
+TEST_F(WorkersTest, AStopReachesAll) {
+  Pictures(2000);
+  BatchProcess process(Cut({"in"}, {"--json", "--jobs", "2"}), folder.Path());
+  ASSERT_TRUE(process.ReadTo("\"event\":\"file\""));
+  const std::vector<pid_t> children = process.Children();
+  EXPECT_EQ(children.size(), 2u);
+  process.Signal(SIGINT);
+  const Ran ran = process.Wait();
+  EXPECT_EQ(ran.exit, 3);
+  for (const pid_t child : children) EXPECT_NE(kill(child, 0), 0);
+  EXPECT_TRUE(process.Temporaries().empty());
+  const auto results = Results(ran.out);
+  EXPECT_EQ(results.size(), 2000u) << "those that were not reached are skipped";
+  EXPECT_GT(CountOf(results, "skipped"), 0u);
+  ExpectSums(ran);
+}
+
+TEST_F(WorkersTest, AWorkerThatDiesCostsOneFileAtMost) {
+  Pictures(1500);
+  BatchProcess process(Cut({"in"}, {"--json", "--jobs", "2"}), folder.Path());
+  ASSERT_TRUE(process.ReadTo("\"event\":\"file\""));
+  const std::vector<pid_t> children = process.Children();
+  ASSERT_EQ(children.size(), 2u);
+  kill(children[0], SIGKILL);
+  const Ran ran = process.Wait();
+  const auto results = Results(ran.out);
+  EXPECT_EQ(results.size(), 1500u);
+  EXPECT_LE(CountOf(results, "none"), 1u);
+  EXPECT_EQ(ran.exit, CountOf(results, "none") > 0 ? 1 : 0) << ran.err;
+  for (const Json& file : EventsOf(ran.out, "file")) {
+    if (file.at("result") != "none") continue;
+    EXPECT_THAT(file.at("why").get<std::string>(), HasSubstr("处理进程意外结束（信号 9）"));
+  }
+  ExpectSums(ran);
+  for (const auto& [source, result] : results) {
+    const std::string name = fs::path(source).stem();
+    EXPECT_TRUE(result != "written" || folder.Exists("out/" + name + ".jpg")) << source;
+  }
+}
+
+// No source is cut twice by the one that takes the place of a dead worker.
+TEST_F(WorkersTest, OverwrittenSourcesSurviveTheDeathOfAWorker) {
+  const std::string before = BmpPicture(40, 30);
+  const std::vector<std::string> over{"--json", "--set", "ChOver=1", "--set", "TCutValue(0)=50"};
+  folder.Write("one.bmp", before);
+  ASSERT_EQ(Run(Cut({"one.bmp"}, over)).exit, 0);
+  const std::string after = folder.Read("one.bmp");
+  for (int i = 0; i < 600; ++i) folder.Write("in/" + std::to_string(i) + ".bmp", before);
+  std::vector<std::string> jobs = over;
+  jobs.insert(jobs.end(), {"--jobs", "2"});
+  BatchProcess process(Cut({"in"}, jobs), folder.Path());
+  ASSERT_TRUE(process.ReadTo("\"event\":\"file\""));
+  for (const pid_t child : process.Children()) kill(child, SIGKILL);
+  const Ran ran = process.Wait();
+  const auto results = Results(ran.out);
+  EXPECT_EQ(results.size(), 600u);
+  for (const auto& [source, result] : results) {
+    const std::string now = folder.Read(source.substr(folder.Path().size() + 1));
+    EXPECT_TRUE(now == after || (result == "none" && now == before)) << source;
+  }
+}
+
+TEST_F(WorkersTest, StopWhenTheOneThatStartedThemIsGone) {
+  Pictures(3000);
+  BatchProcess process(Cut({"in"}, {"--json", "--jobs", "2"}), folder.Path());
+  ASSERT_TRUE(process.ReadTo("\"event\":\"file\""));
+  const std::vector<pid_t> children = process.Children();
+  ASSERT_EQ(children.size(), 2u);
+  process.Signal(SIGKILL);
+  EXPECT_EQ(process.Wait().signal, SIGKILL);
+  for (const pid_t child : children) {
+    while (kill(child, 0) == 0) {
+    }
+  }
+  EXPECT_LT(folder.Names("out").size(), 3000u);
+}
+
+// --- Shares
+
+TEST_F(WorkersTest, SharesOfAWalkAddUp) {
+  Pictures(50);
+  std::set<std::string> all;
+  std::size_t files = 0;
+  for (const char* share : {"1/3", "2/3", "3/3"}) {
+    const Ran ran = Run(Cut({"in"}, {"--json", "--shard", share}));
+    EXPECT_EQ(ran.exit, 0) << ran.err;
+    for (const auto& [source, result] : Results(ran.out)) {
+      all.insert(source);
+      ++files;
+    }
+  }
+  EXPECT_EQ(all.size(), 50u);
+  EXPECT_EQ(files, 50u);
+  EXPECT_EQ(folder.Names("out").size(), 50u);
+}
+
+TEST_F(WorkersTest, SharesOfAListAddUp) {
+  std::vector<std::string> names{"missing.jpg"};
+  for (int i = 0; i < 20; ++i) {
+    Picture(std::to_string(i) + ".bmp");
+    names.push_back(std::to_string(i) + ".bmp");
+  }
+  std::size_t files = 0;
+  for (const char* share : {"1/2", "2/2"}) files += Results(Run(Cut(names, {"--json", "--shard", share})).out).size();
+  EXPECT_EQ(files, 21u);
+  EXPECT_EQ(folder.Names("out").size(), 20u);
+}
+
+TEST_F(WorkersTest, AShareIsSharedByJobs) {
+  Pictures(50);
+  std::size_t files = 0;
+  for (const char* share : {"1/2", "2/2"}) {
+    files += Results(Run(Cut({"in"}, {"--json", "--shard", share, "--jobs", "2"})).out).size();
+  }
+  EXPECT_EQ(files, 50u);
+  EXPECT_EQ(folder.Names("out").size(), 50u);
+}
+
+// --- Large-capacity runs
+
+class LargeBatchTest : public WorkersTest {
+ protected:
+  std::vector<std::string> Large(std::vector<std::string> more = {}) const {
+    std::vector<std::string> all{"--json",
+                                 "--set",
+                                 "ChCutA=0",
+                                 "--set",
+                                 "TCutValue(0)=50",
+                                 "--set",
+                                 "ChBig=1",
+                                 "--set",
+                                 "ChSubFold=1",
+                                 "--set",
+                                 "LInDir=" + folder.Path("in"),
+                                 "--out",
+                                 out};
+    all.insert(all.end(), more.begin(), more.end());
+    all.insert(all.end(), {"--click", "menuNormalCut"});
+    return all;
+  }
+};
+
+TEST_F(LargeBatchTest, HandlesAFolderWithoutAList) {
+  for (int i = 0; i < 30; ++i) Picture("in/" + std::to_string(i % 4) + "/" + std::to_string(i) + ".bmp");
+  const Ran ran = Run(Large());
+  EXPECT_EQ(ran.exit, 0) << ran.err;
+  EXPECT_EQ(Results(ran.out).size(), 30u);
+  EXPECT_TRUE(EventsOf(ran.out, "box").empty());
+  EXPECT_EQ(folder.Names("out").size(), 30u);
+}
+
+TEST_F(LargeBatchTest, JobsAddUp) {
+  for (int i = 0; i < 60; ++i) Picture("in/" + std::to_string(i % 4) + "/" + std::to_string(i) + ".bmp");
+  const Ran ran = Run(Large({"--jobs", "3"}));
+  EXPECT_EQ(ran.exit, 0) << ran.err;
+  EXPECT_EQ(Results(ran.out).size(), 60u);
+  EXPECT_EQ(folder.Names("out").size(), 60u);
+  ExpectSums(ran);
+}
+
+TEST_F(LargeBatchTest, DrawsProgressWithShareAndTimeLeft) {
+  Pictures(2000);
+  std::vector<std::string> arguments = Large();
+  std::erase(arguments, "--json");
+  BatchProcess process(arguments, folder.Path(), ErrorsTo::Terminal);
+  const Ran ran = process.Wait();
+  EXPECT_EQ(ran.exit, 0);
+  EXPECT_THAT(ran.err, HasSubstr("处理中 "));
+  EXPECT_THAT(ran.err, HasSubstr("/2000"));
+  EXPECT_THAT(ran.err, HasSubstr("写出 2000"));
+}
+
+TEST_F(LargeBatchTest, AKilledRunIsContinued) {
+  const std::string before = BmpPicture(40, 30);
+  for (const char* over : {"0", "1"}) {
+    SCOPED_TRACE(over);
+    for (int i = 0; i < 1500; ++i) folder.Write("in/" + std::to_string(i) + ".bmp", before);
+    const std::string temporary = folder.Path(std::string("tmp") + over);
+    const std::vector<std::string> arguments = Large({"--set", std::string("ChOver=") + over});
+    BatchProcess process(arguments, folder.Path(), temporary);
+    // Beyond the first checkpoint.
+    ASSERT_TRUE(process.ReadTo("  已处理...900Quillon"));
+    process.Signal(SIGKILL);
+    EXPECT_EQ(process.Wait().signal, SIGKILL);
+    const Ran ran = BatchProcess(arguments, folder.Path(), temporary).Wait();
+    EXPECT_EQ(ran.exit, 0) << ran.err;
+    const auto results = Results(ran.out);
+    EXPECT_EQ(results.size(), 1500u);
+    EXPECT_GE(CountOf(results, "skipped"), 500u);
+    EXPECT_EQ(CountOf(results, "skipped") + CountOf(results, "written"), 1500u);
+    EXPECT_EQ(EventsOf(ran.out, "box").at(0).at("answer"), "Yes");
+    std::set<std::string> contents;
+    const std::string where = over[0] == '1' ? "in" : "out";
+    for (const std::string& name : folder.Names(where)) contents.insert(folder.Read(where + "/" + name));
+    EXPECT_EQ(contents.size(), 1u) << "each is cut once";
+    EXPECT_EQ(folder.Names(where).size(), 1500u);
+    const Ran fresh =
+        BatchProcess(Large({"--set", std::string("ChOver=0"), "--set", "ChKeepDir=1"}), folder.Path(), temporary)
+            .Wait();
+    EXPECT_TRUE(EventsOf(fresh.out, "box").empty()) << "another job is not asked about";
+  }
+}
+
+// --- What workers say
+
+TEST(WorkerLines, CarryEveryEvent) {
+  const std::string odd("\xD6\xD0\n\x01", 4);
+  const std::vector<Event> events{
+      BoxEvent({"text", 36}, host::Reply::No),
+      FilesDialogEvent("title", "filter", {"/a", odd}),
+      FolderDialogEvent("title", ""),
+      TitleEvent("Form1", "  正在处理"),
+      BeepEvent(),
+      OpenEvent("folder", odd),
+      FileEvent({3, odd, "/out", job::Result::Written, ""}),
+      EndEvent({1, 2, 3, 4.5, false}),
+  };
+  for (const Event& event : events) {
+    const WorkerLine line = ReadWorkerLine(JsonLine(event));
+    ASSERT_TRUE(line.event) << JsonLine(event);
+    EXPECT_EQ(JsonLine(*line.event), JsonLine(event));
+    EXPECT_FALSE(line.begun || line.progress);
+  }
+  EXPECT_EQ(ReadWorkerLine(JsonLine(events[6])).event->Text("source"), odd);
+}
+
+TEST(WorkerLines, TellWhatIsUnderWayAndHowFarItIs) {
+  const std::string odd("/a\xFF\n", 4);
+  EXPECT_EQ(ReadWorkerLine(BegunLine(odd)).begun, odd);
+  Progress progress;
+  progress.done = 7;
+  progress.planned = 90;
+  const auto read = ReadWorkerLine(ProgressLine(progress)).progress;
+  ASSERT_TRUE(read);
+  EXPECT_EQ(read->done, 7u);
+  EXPECT_EQ(read->planned, 90u);
+}
+
+TEST(WorkerLines, NothingElseIsTaken) {
+  for (const char* text : {"", "no json", "[]", "{}", "{\"event\":\"other\"}", "{\"event\":\"file\"}", "7"}) {
+    const WorkerLine line = ReadWorkerLine(text);
+    EXPECT_FALSE(line.event || line.begun || line.progress) << text;
+  }
+}
+
+TEST(WorkerArguments, AreThoseGivenAsAShare) {
+  using Words = std::vector<std::string>;
+  const job::Share share{4, 6, ""};
+  EXPECT_EQ(WorkerArguments({"--jobs", "2", "--json", "--set", "ChOver=1", "--shard=1/3", "--trace", "a.jpg"}, share),
+            (Words{"--json", "--shard=5/6", "--set", "ChOver=1", "--trace", "a.jpg"}));
+  EXPECT_EQ(WorkerArguments({"--jobs=2", "--shard", "1/3", "--", "--json", "--jobs"}, share),
+            (Words{"--json", "--shard=5/6", "--", "--json", "--jobs"}));
+  EXPECT_EQ(WorkerArguments({"--print", "--jobs", "--click", "--"}, share),
+            (Words{"--json", "--shard=5/6", "--print", "--jobs", "--click", "--"}));
+}
+
+}  // namespace
+}  // namespace quillon::batch

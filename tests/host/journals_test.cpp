@@ -1,0 +1,112 @@
+// SPDX-FileCopyrightText: 2026 The Quillon developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include <gtest/gtest.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <csignal>
+#include <filesystem>
+
+#include "host/posix/sqlite_journals.h"
+#include "host/testing/temp_folder.h"
+
+namespace quillon::host {
+namespace {
+
+class JournalsTest : public ::testing::Test {
+ protected:
+  host::testing::TempFolder folder;
+  posix::SqliteJournals journals{folder.Path("journals")};
+};
+
+TEST_F(JournalsTest, RememberBeyondTheirEnd) {
+  const std::string file = "/a/\xFF\n照片.jpg";
+  const std::string value("1\0\n2", 4);
+  {
+    const auto journal = journals.Open("job");
+    ASSERT_TRUE(journal);
+    EXPECT_EQ(journal->Get(file, "done"), std::nullopt);
+    journal->Set(file, "done", "0");
+    journal->Set(file, "done", value);
+    journal->Set(file, "frame", "x");
+    EXPECT_EQ(journal->Get(file, "done"), value);
+    journal->Commit();
+  }
+  const auto journal = journals.Open("job");
+  ASSERT_TRUE(journal);
+  EXPECT_EQ(journal->Get(file, "done"), value);
+  EXPECT_EQ(journal->Get(file, "frame"), "x");
+  EXPECT_EQ(journal->Get(file, "other"), std::nullopt);
+  EXPECT_EQ(journal->Get("/a/b", "done"), std::nullopt);
+  EXPECT_EQ(journal->Count("done"), 1u);
+  journal->Clear();
+  EXPECT_EQ(journal->Count("done"), 0u);
+}
+
+TEST_F(JournalsTest, EachJobHasItsOwn) {
+  journals.Open("one")->Set("f", "k", "1");
+  EXPECT_EQ(journals.Open("two")->Get("f", "k"), std::nullopt);
+  EXPECT_EQ(journals.Open("one")->Get("f", "k"), "1");
+}
+
+TEST_F(JournalsTest, AFinishedJobLeavesNothing) {
+  const auto journal = journals.Open("job");
+  journal->Set("f", "k", "1");
+  journal->Commit();
+  EXPECT_FALSE(folder.Names("journals").empty());
+  journal->Remove();
+  EXPECT_TRUE(folder.Names("journals").empty());
+  EXPECT_EQ(journals.Open("job")->Get("f", "k"), std::nullopt);
+}
+
+TEST_F(JournalsTest, OneProcessAtATime) {
+  const auto mine = journals.Open("job");
+  ASSERT_TRUE(mine);
+  posix::SqliteJournals others(folder.Path("journals"));
+  EXPECT_EQ(others.Open("job"), nullptr);
+  EXPECT_NE(others.Open("another"), nullptr);
+}
+
+TEST_F(JournalsTest, WhatWasCommittedSurvivesAKill) {
+  const pid_t child = fork();
+  if (child == 0) {
+    const auto journal = journals.Open("job");
+    journal->Set("a", "k", "1");
+    journal->Commit();
+    journal->Set("b", "k", "2");
+    kill(getpid(), SIGKILL);
+  }
+  waitpid(child, nullptr, 0);
+  const auto journal = journals.Open("job");
+  ASSERT_TRUE(journal);
+  EXPECT_EQ(journal->Get("a", "k"), "1");
+  EXPECT_EQ(journal->Get("b", "k"), std::nullopt);
+}
+
+TEST_F(JournalsTest, ADamagedOneCountsAsEmpty) {
+  journals.Open("job")->Set("a", "k", "1");
+  const std::string name = folder.Names("journals").at(0);
+  folder.Write("journals/" + name, std::string(5000, 'x'));
+  const auto journal = journals.Open("job");
+  ASSERT_TRUE(journal);
+  EXPECT_EQ(journal->Get("a", "k"), std::nullopt);
+  journal->Set("a", "k", "2");
+  EXPECT_EQ(journal->Get("a", "k"), "2");
+}
+
+TEST_F(JournalsTest, OldOnesAreSwept) {
+  journals.Open("old")->Set("a", "k", "1");
+  const std::string old = folder.Path("journals/" + folder.Names("journals").at(0));
+  std::filesystem::last_write_time(old, std::filesystem::file_time_type::clock::now() - std::chrono::hours(24 * 61));
+  journals.Open("new")->Set("a", "k", "1");
+  EXPECT_FALSE(std::filesystem::exists(old));
+  EXPECT_EQ(folder.Names("journals").size(), 1u);
+}
+
+TEST_F(JournalsTest, WhereNoneCanBeKeptThereIsNone) {
+  folder.Write("file", "x");
+  EXPECT_EQ(posix::SqliteJournals(folder.Path("file/below")).Open("job"), nullptr);
+}
+
+}  // namespace
+}  // namespace quillon::host

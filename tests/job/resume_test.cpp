@@ -1,0 +1,245 @@
+// SPDX-FileCopyrightText: 2026 The Quillon developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+// A large-capacity run that is broken off, and the next start of the same job.
+#include <chrono>
+#include <filesystem>
+
+#include "cut_fixture.h"
+#include "host/posix/sqlite_journals.h"
+#include "job/cut_ledger.h"
+#include "job/run_journal.h"
+
+namespace quillon::job {
+namespace {
+
+using host::Reply;
+
+constexpr const char* kQuestion = "上次的这项任务没有做完";
+
+class ResumeTest : public CutTest {
+ protected:
+  void SetUp() override {
+    CutTest::SetUp();
+    program.journals = &journals;
+    Put("ChBig", "1");
+    Put("ChSubFold", "1");
+    Put("LInDir", world.folder.Path("in"));
+    Margins(50, 0, 0, 0);
+    for (int i = 0; i < 6; ++i) Make(std::to_string(i) + ".png", 40, 30);
+  }
+  // Runs until so many files are handled.
+  void StopBehind(std::size_t files) {
+    recorder.done.clear();
+    recorder.onFileDone = [this, files](const FileResult&) { flags.StopRequested = recorder.done.size() >= files; };
+    Cut();
+    recorder.onFileDone = {};
+    EXPECT_TRUE(Totals().stopped);
+    first = recorder.done;
+    recorder.done.clear();
+    world.boxes.Forget();
+  }
+  void Answer(Reply reply) { world.boxes.Answer(kQuestion, reply, 1); }
+  std::size_t Count(Result result) const {
+    return static_cast<std::size_t>(std::count_if(recorder.done.begin(), recorder.done.end(),
+                                                  [&](const FileResult& file) { return file.result == result; }));
+  }
+  std::string Results() const {
+    std::string all;
+    for (const FileResult& file : recorder.done) {
+      all += file.source + ": " + (file.result == Result::Written ? "written" : file.why) + "; ";
+    }
+    return all;
+  }
+  std::vector<std::string> Journals() const {
+    std::vector<std::string> names = world.folder.Names("journals");
+    std::erase_if(names, [](const std::string& name) { return !name.ends_with(".db"); });
+    return names;
+  }
+
+  host::posix::SqliteJournals journals{world.folder.Path("journals")};
+  std::vector<FileResult> first;
+};
+
+TEST_F(ResumeTest, AFinishedRunLeavesNoJournalAndAsksNothing) {
+  Cut();
+  EXPECT_TRUE(Journals().empty());
+  Cut();
+  EXPECT_EQ(world.boxes.Count(kQuestion), 0);
+  EXPECT_EQ(Totals().written, 6u);
+}
+
+TEST_F(ResumeTest, AStoppedRunIsContinued) {
+  StopBehind(4);
+  EXPECT_EQ(Journals().size(), 1u);
+  const std::string made = world.folder.Read("out/" + first[0].output.substr(outFolder.size() + 1));
+  Answer(Reply::Yes);
+  Cut();
+  ASSERT_EQ(world.boxes.All().size(), 1u);
+  EXPECT_EQ(world.boxes.All()[0].box.text,
+            "上次的这项任务没有做完，已写好 4 个文件。要接着处理吗？\r\n是——接着处理，已写好的不再处理\r\n"
+            "否——全部重新处理\r\n取消——不处理");
+  EXPECT_EQ(world.boxes.All()[0].box.type, 35);
+  EXPECT_EQ(Totals().written, 2u);
+  EXPECT_EQ(Totals().skipped, 4u);
+  EXPECT_EQ(recorder.done[0].why, "上次已经处理好");
+  EXPECT_EQ(OutNames().size(), 6u);
+  EXPECT_TRUE(Journals().empty()) << "the job has come to its end";
+}
+
+TEST_F(ResumeTest, NoBeginsAnew) {
+  StopBehind(4);
+  Answer(Reply::No);
+  Cut();
+  EXPECT_EQ(Totals().written, 6u);
+  EXPECT_EQ(Totals().skipped, 0u);
+}
+
+TEST_F(ResumeTest, CancelDoesNothingAndKeepsTheJournal) {
+  StopBehind(4);
+  const std::size_t runs = recorder.ended.size();
+  Answer(Reply::Cancel);
+  Cut();
+  EXPECT_EQ(recorder.ended.size(), runs);
+  EXPECT_FALSE(flags.Busy);
+  Answer(Reply::Yes);
+  Cut();
+  EXPECT_EQ(Totals().skipped, 4u);
+}
+
+TEST_F(ResumeTest, AnotherJobIsAnotherRun) {
+  StopBehind(4);
+  const std::string out = outFolder;
+  for (const auto& [name, value] : std::vector<std::pair<std::string, std::string>>{
+           {"TCutValue(1)", "10"}, {"CmbOutType", "png"}, {"ChKeepDir", "1"}}) {
+    const std::string before = Value(name);
+    Put(name, value);
+    Cut();
+    EXPECT_EQ(world.boxes.Count(kQuestion), 0) << name;
+    Put(name, name == "CmbOutType" ? "jpg" : before);
+  }
+  options.Load();
+  Cut();
+  EXPECT_EQ(world.boxes.Count(kQuestion), 0) << "with the options other parameters count";
+}
+
+TEST_F(ResumeTest, WhatDoesNotStandAnyMoreIsDoneAgain) {
+  StopBehind(5);
+  // The output went away, was changed, or the source was.
+  std::filesystem::remove(first[0].output);
+  world.folder.Write("out/" + first[1].output.substr(outFolder.size() + 1), "changed");
+  const std::string source = first[2].source.substr(In("").size());
+  Make(source, 60, 30);
+  std::filesystem::last_write_time(In(source), std::filesystem::file_time_type::clock::now() + std::chrono::hours(1));
+  Answer(Reply::Yes);
+  Cut();
+  EXPECT_EQ(Totals().written, 4u) << Results();
+  EXPECT_EQ(Totals().skipped, 2u);
+  EXPECT_EQ(SizeOf(first[2].output), (base::Size{30, 30}));
+  EXPECT_EQ(SizeOf(first[1].output), (base::Size{20, 30}));
+}
+
+TEST_F(ResumeTest, OverwrittenSourcesAreNeverCutTwice) {
+  Put("ChOver", "1");
+  StopBehind(3);
+  Answer(Reply::Yes);
+  Cut();
+  EXPECT_EQ(Totals().written, 3u);
+  EXPECT_EQ(Totals().skipped, 3u);
+  for (int i = 0; i < 6; ++i) EXPECT_EQ(SizeOf(In(std::to_string(i) + ".png")), (base::Size{20, 30})) << i;
+}
+
+// Killed between two checkpoints: nothing is written down as done, but what a source was before it was replaced is.
+TEST_F(ResumeTest, OverwrittenSourcesOfAKilledRunAreNeverCutTwice) {
+  Put("ChOver", "1");
+  const std::string journal = world.folder.Path("journals");
+  const std::string copy = world.folder.Path("copy");
+  recorder.onFileDone = [&](const FileResult&) {
+    if (recorder.done.size() == 3) std::filesystem::copy(journal, copy);
+    flags.StopRequested = recorder.done.size() == 3;
+  };
+  Cut();
+  recorder.onFileDone = {};
+  // What a kill leaves: the journal as it stood on disk behind the third file.
+  std::filesystem::remove_all(journal);
+  std::filesystem::rename(copy, journal);
+  Answer(Reply::Yes);
+  Cut();
+  EXPECT_EQ(world.boxes.Count("已写好 0 个文件"), 1);
+  EXPECT_EQ(Totals().written, 3u);
+  EXPECT_EQ(Totals().skipped, 3u);
+  for (int i = 0; i < 6; ++i) EXPECT_EQ(SizeOf(In(std::to_string(i) + ".png")), (base::Size{20, 30})) << i;
+}
+
+TEST_F(ResumeTest, ARestoredSourceIsCutAgain) {
+  Put("ChOver", "1");
+  const std::string before = world.folder.Read("in/0.png");
+  const auto time = std::filesystem::last_write_time(In("0.png"));
+  StopBehind(6);
+  std::filesystem::remove(In("0.png"));
+  world.folder.Write("in/0.png", before);
+  std::filesystem::last_write_time(In("0.png"), time);
+  Answer(Reply::Yes);
+  Cut();
+  EXPECT_EQ(Totals().written, 1u);
+  EXPECT_EQ(SizeOf(In("0.png")), (base::Size{20, 30}));
+}
+
+TEST_F(ResumeTest, OutputsOfOneNameAreToldBeyondACheckpoint) {
+  for (int i = 0; i < 6; ++i) std::filesystem::remove(In(std::to_string(i) + ".png"));
+  Make("a/x.png", 40, 30);
+  Make("b/x.png", 40, 30);
+  Make("c/x.png", 40, 30);
+  // More than the time between two checkpoints passes behind each file.
+  recorder.onFileDone = [&](const FileResult&) { world.clock.Advance(5); };
+  Cut();
+  EXPECT_EQ(Totals().written, 1u);
+  EXPECT_EQ(Totals().none, 2u);
+  EXPECT_EQ(recorder.lost.size(), 2u);
+}
+
+TEST_F(ResumeTest, AnOutputThatDidNotReachTheDiskIsNotWrittenDown) {
+  world.faults.Set({.call = host::testing::DiskCall::Sync, .error = EIO, .pathHolds = "out/.0.jpg"});
+  StopBehind(6);
+  EXPECT_EQ(world.faults.Fired(), 1);
+  Answer(Reply::Yes);
+  Cut();
+  EXPECT_EQ(Totals().written, 1u);
+  EXPECT_EQ(Totals().skipped, 5u);
+  EXPECT_EQ(OutNames().size(), 6u);
+}
+
+TEST_F(ResumeTest, NothingIsWrittenDownOfParametersChangedMeanwhile) {
+  recorder.onFileDone = [&](const FileResult&) {
+    if (recorder.done.size() == 2) form.TCutValue[1].SetNumber(10);
+    flags.StopRequested = recorder.done.size() == 4;
+  };
+  Cut();
+  recorder.onFileDone = {};
+  form.TCutValue[1].SetNumber(0);
+  world.boxes.Forget();
+  Cut();
+  EXPECT_EQ(world.boxes.Count(kQuestion), 0);
+  EXPECT_EQ(Totals().written, 6u);
+}
+
+TEST_F(ResumeTest, WithoutAJournalEveryRunIsFresh) {
+  host::posix::SqliteJournals nowhere(world.folder.Path("in/0.png/below"));
+  program.journals = &nowhere;
+  StopBehind(4);
+  Cut();
+  EXPECT_EQ(world.boxes.Count(kQuestion), 0);
+  EXPECT_EQ(Totals().written, 6u);
+}
+
+TEST_F(ResumeTest, OtherPartsKeepTheirOwnRecords) {
+  RunJournal journal(program, "other", {"Form1"});
+  ASSERT_TRUE(journal.Begin());
+  CutLedger ledger(program, 0);
+  journal.Set("/a.jpg", "frame", "10,20,30,40");
+  journal.End(ledger, false);
+  EXPECT_EQ(journal.Get("/a.jpg", "frame"), "10,20,30,40");
+  EXPECT_EQ(journal.Get("/b.jpg", "frame"), std::nullopt);
+}
+
+}  // namespace
+}  // namespace quillon::job
