@@ -7,6 +7,7 @@
 #include <algorithm>
 #include <cmath>
 #include <cstdlib>
+#include <fstream>
 #include <memory>
 #include <vips/vips8>
 
@@ -25,6 +26,13 @@ VImage Opened(const std::string& path, int page) {
   const bool tiff = path.ends_with(".tif") || path.ends_with(".tiff");
   return tiff ? VImage::tiffload(path.c_str(), VImage::option()->set("page", page))
               : VImage::new_from_file(path.c_str());
+}
+
+// The library always tells a resolution: in the segment behind the start, one to one becomes its only meaning.
+void TakeDensityAway(const std::string& path) {
+  std::fstream file(path, std::ios::in | std::ios::out | std::ios::binary);
+  file.seekp(13);
+  file.write("\0\0\1\0\1", 5);
 }
 
 Pixels PixelsOf(const VImage& image) {
@@ -85,9 +93,18 @@ void Save(const std::string& path, const Pixels& pixels, int dpi) {
       image.copy(VImage::option()->set("interpretation", kind)->set("xres", perMillimetre)->set("yres", perMillimetre));
   if (path.ends_with(".jpg")) {
     marked.jpegsave(path.c_str(), VImage::option()->set("Q", 98)->set("subsample_mode", VIPS_FOREIGN_SUBSAMPLE_OFF));
+    if (dpi == 0) TakeDensityAway(path);
   } else {
     marked.write_to_file(path.c_str());
   }
+}
+
+void SaveText(const std::string& path, const std::string& text) {
+  Ensure();
+  VImage::text(text.c_str(), VImage::option()->set("font", "Sans 48")->set("dpi", 96))
+      .embed(40, 40, 900, 200)
+      .invert()
+      .write_to_file(path.c_str());
 }
 
 Pixels Load(const std::string& path, int page) { return PixelsOf(Opened(path, page)); }

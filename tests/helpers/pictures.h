@@ -31,6 +31,9 @@ void Save(const std::string& path, const Pixels& pixels, int dpi = 0);
 Pixels Load(const std::string& path, int page = 0);
 int DpiOf(const std::string& path, int page = 0);
 
+// Black letters on white, large enough to be read.
+void SaveText(const std::string& path, const std::string& text);
+
 // A TIFF as its own library sees it.
 int TiffPageCount(const std::string& path);
 int TiffTag(const std::string& path, int page, unsigned tag);
