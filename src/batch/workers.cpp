@@ -20,6 +20,8 @@ namespace {
 
 constexpr int kWaitMilliseconds = 100;
 constexpr double kShowEvery = 0.1;  // seconds
+// Processes in the place of one that may die in a row without having handled a file.
+constexpr int kMostInVain = 3;
 
 const char* const kWritten = ResultName(job::Result::Written);
 const char* const kNone = ResultName(job::Result::None);
@@ -42,6 +44,7 @@ struct Workers::Member {
   bool gone = false;
   int exit = 0;
   Progress progress;       // of the process that runs now
+  int inVain = 0;          // processes in a row that handled no file
   std::size_t before = 0;  // files that earlier ones in its place have handled
 };
 
@@ -209,10 +212,11 @@ void Workers::TakeEnd(Member& member) {
   }
   member.exit = static_cast<int>(Exit::SomeWithout);
   const bool progressed = member.handled.size() > member.before;
-  member.gone = stopping_() || !progressed;
+  member.inVain = progressed ? 0 : member.inVain + 1;
+  member.gone = stopping_() || member.inVain >= kMostInVain;
   if (!member.gone) {
     Start(member);
-  } else if (!progressed) {
+  } else if (!stopping_()) {
     std::fprintf(stderr, "quillon-batch: 第 %zu 个处理进程意外结束%s，它的文件没有处理完\n", member.number + 1,
                  how.c_str());
   }

@@ -112,10 +112,10 @@ void FolderRun::Handle(const FileWalk& walk, const std::string& path) {
     driver_.Announce(next);
   }
   journal_.Begun(path, walk.Upcoming(kIntendedAtOnce));
-  FileResult result{0, path, "", Result::None, ""};
-  driver_.Cut(path, number_, result);
-  journal_.Ended(result);
-  ledger_.Add(result);
+  std::vector<FileResult> results;
+  driver_.Cut(path, number_, results);
+  journal_.Ended(path, results);
+  for (const FileResult& result : results) ledger_.Add(result);
 }
 
 // What stands on disk is written down, and need not be held in memory any more.

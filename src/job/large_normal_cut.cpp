@@ -6,11 +6,11 @@
 
 namespace quillon::job {
 
-void LargeNormalCut::Cut(const std::string& path, std::size_t /*number*/, FileResult& result) {
+void LargeNormalCut::Cut(const std::string& path, std::size_t /*number*/, std::vector<FileResult>& results) {
   // The window stays usable during the run, so that the type may be chosen again before any file.
   controls::ComboBox& type = run_.program.form1.CmbOutType;
   if (Selected<OutType>(type) == OutType::Pdf) Select(type, OutType::Jpg);
-  result = CutOneFile(run_, 0, path);
+  results.push_back(CutOneFile(run_, 0, path));
 }
 
 }  // namespace quillon::job

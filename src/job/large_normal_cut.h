@@ -13,7 +13,7 @@ class LargeNormalCut final : public OneFileDriver {
   explicit LargeNormalCut(CutRun& run) : run_(run), forecast_(run) {}
 
   std::string Name() const override { return run_.pdf ? "menuNormalCut pdf" : "menuNormalCut"; }
-  void Cut(const std::string& path, std::size_t number, FileResult& result) override;
+  void Cut(const std::string& path, std::size_t number, std::vector<FileResult>& results) override;
   std::size_t Reach() const override { return forecast_.Reach(); }
   void Announce(const std::vector<std::string>& paths) override { forecast_.Announce(paths); }
 

@@ -18,9 +18,9 @@ class OneFileDriver {
   virtual std::string Name() const = 0;
   virtual std::vector<std::string> Windows() const { return {"Form1", "FBaseOpt"}; }
 
-  // Handles the file with that running number (from 1). result comes with its source, no output and Result::None, and
-  // tells at the end what became of the file.
-  virtual void Cut(const std::string& path, std::size_t number, FileResult& result) = 0;
+  // Handles the file with that running number (from 1). results come empty and tell at the end what became of it, one
+  // for each output that was wanted, all with row 0 and the path as their source.
+  virtual void Cut(const std::string& path, std::size_t number, std::vector<FileResult>& results) = 0;
 
   // For work ahead: how many of the files that come next are to be told before each Cut, and those files, the one that
   // is handled now first. Fewer come near the end.

@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "job/run_journal.h"
 
+#include <algorithm>
 #include <sstream>
 #include <utility>
 
@@ -37,24 +38,35 @@ std::ostream& operator<<(std::ostream& out, const Stamp& stamp) {
 
 std::istream& operator>>(std::istream& in, Stamp& stamp) { return in >> stamp.size >> stamp.modified >> stamp.inode; }
 
+// As text: the source's stamp, and for each output its stamp and path, ended by a zero byte.
 struct Done {
   Stamp source;
-  Stamp output;
-  std::string path;
+  std::vector<std::pair<Stamp, std::string>> outputs;
 };
 
 std::string TextOf(const Done& done) {
   std::ostringstream text;
-  text << done.source << ' ' << done.output << '\n' << done.path;
+  text << done.source;
+  for (const auto& [stamp, path] : done.outputs) text << ' ' << stamp << ' ' << path << '\0';
   return text.str();
 }
 
-std::optional<Done> ReadDone(const std::string& text) {
+// One without outputs where the text is none of these.
+Done ReadDone(const std::string& text) {
   std::istringstream in(text);
   Done done;
-  if (!(in >> done.source >> done.output) || in.get() != '\n') return std::nullopt;
-  done.path = text.substr(static_cast<std::size_t>(in.tellg()));
+  in >> done.source;
+  Stamp stamp;
+  std::string path;
+  while (in >> stamp && in.get() == ' ' && std::getline(in, path, '\0')) done.outputs.emplace_back(stamp, path);
   return done;
+}
+
+bool OutputsStand(const host::Files& files, const Done& done) {
+  return !done.outputs.empty() && std::all_of(done.outputs.begin(), done.outputs.end(), [&](const auto& output) {
+    const auto now = files.Look(output.second);
+    return now && StampOf(*now) == output.first;
+  });
 }
 
 bool IsParameter(const controls::Control& control) {
@@ -114,10 +126,9 @@ bool RunJournal::Stands(const std::string& source) {
   const auto now = files.Look(source);
   if (!now) return false;
   if (!doneText.empty()) {
-    const auto done = ReadDone(doneText);
-    const auto output = done ? files.Look(done->path) : std::nullopt;
-    if (!output || StampOf(*output) != done->output) return false;
-    return done->path == source || StampOf(*now) == done->source;
+    const Done done = ReadDone(doneText);
+    if (!OutputsStand(files, done)) return false;
+    return done.outputs.front().second == source || StampOf(*now) == done.source;
   }
   // Replaced as a whole: that is what a finished cut does to its source.
   std::istringstream in(begunText);
@@ -147,9 +158,14 @@ void RunJournal::Begun(const std::string& source, const std::vector<std::string>
   journal_->Commit();
 }
 
-void RunJournal::Ended(const FileResult& result) {
-  if (journal_ && before_ && result.result == Result::Written)
-    made_.push_back({result.source, *before_, result.output});
+void RunJournal::Ended(const std::string& source, const std::vector<FileResult>& results) {
+  if (!journal_ || !before_) return;
+  Made made{source, *before_, {}};
+  for (const FileResult& result : results) {
+    if (result.result != Result::Written) return;
+    made.outputs.push_back(result.output);
+  }
+  made_.push_back(std::move(made));
 }
 
 void RunJournal::Commit(const CutLedger& ledger) {
@@ -157,16 +173,21 @@ void RunJournal::Commit(const CutLedger& ledger) {
   const std::vector<Made> made = std::exchange(made_, {});
   if (JobText() != job_) return;
   for (const Made& one : made) {
-    if (ledger.WroteFrom(one.output, one.source)) WriteDown(one);
+    const auto stands = [&](const std::string& output) { return ledger.WroteFrom(output, one.source); };
+    if (std::all_of(one.outputs.begin(), one.outputs.end(), stands)) WriteDown(one);
   }
   journal_->Commit();
 }
 
 void RunJournal::WriteDown(const Made& made) {
-  const auto output = program_.host.files.Look(made.output);
-  if (!output) return;
-  journal_->Set(made.source, kDone, TextOf({StampOf(made.before), StampOf(*output), made.output}));
-  if (made.output != made.source) journal_->Set(made.output, kFrom, made.source);
+  Done done{StampOf(made.before), {}};
+  for (const std::string& output : made.outputs) {
+    const auto facts = program_.host.files.Look(output);
+    if (!facts) return;
+    done.outputs.emplace_back(StampOf(*facts), output);
+    if (output != made.source) journal_->Set(output, kFrom, made.source);
+  }
+  journal_->Set(made.source, kDone, TextOf(done));
 }
 
 std::string RunJournal::SourceOf(const std::string& output) {

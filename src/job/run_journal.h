@@ -36,7 +36,7 @@ class RunJournal {
   // afterwards, so what it is before is written down first.
   void Begun(const std::string& source, const std::vector<std::string>& next);
   // Behind it.
-  void Ended(const FileResult& result);
+  void Ended(const std::string& source, const std::vector<FileResult>& results);
   // Writes down what has ended and stands on disk (the ledger has just settled). Nothing is written down of files that
   // were handled with parameters changed meanwhile.
   void Commit(const CutLedger& ledger);
@@ -53,7 +53,7 @@ class RunJournal {
   struct Made {
     std::string source;
     host::FileFacts before;
-    std::string output;
+    std::vector<std::string> outputs;
   };
 
   std::string JobText() const;

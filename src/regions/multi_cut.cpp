@@ -112,8 +112,9 @@ void MultiCut::CutRows() {
 
 void MultiCut::CutFolder() {
   const bool below = program_.form1.ChSubFold.On();
-  job::FileWalk walk(program_, below ? job::Subfolders::Yes : job::Subfolders::No,
-                     [this](const std::string& name) { return program_.Intake().Accepts(name); });
+  job::WalkRule rule{below ? job::Subfolders::Yes : job::Subfolders::No,
+                     [this](const std::string& name) { return program_.Intake().Accepts(name); }, program_.share, ""};
+  job::FileWalk walk(program_, std::move(rule));
   std::size_t done = 0;
   walk.Run({program_.form1.LInDir.Value()}, [&](const std::string& path) {
     LargeMulCut(path, std::to_string(++done));
