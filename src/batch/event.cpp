@@ -121,11 +121,13 @@ Event ChangeEvent(const controls::Control& control) {
 }
 
 Event FileEvent(const job::FileResult& file) {
-  return {EventKind::File,
-          {{"source", file.source},
-           {"output", file.output},
-           {"result", std::string(ResultName(file.result))},
-           {"why", file.why}}};
+  Event event{EventKind::File,
+              {{"source", file.source},
+               {"output", file.output},
+               {"result", std::string(ResultName(file.result))},
+               {"why", file.why}}};
+  if (!file.more.empty()) event.fields.push_back({"more", file.more});
+  return event;
 }
 
 Event EndEvent(const Summary& summary) {

@@ -29,10 +29,17 @@ void Control::SetTooltip(std::string tooltip) {
   TellLookChanged();
 }
 
-void Control::SetEnabled(bool enabled) {
-  if (look_.enabled == enabled) return;
+void Control::SetEnabled(bool enabled, std::string why) {
+  if (enabled) why.clear();
+  if (look_.enabled == enabled && whyDisabled_ == why) return;
   look_.enabled = enabled;
+  whyDisabled_ = std::move(why);
   TellLookChanged();
+}
+
+std::string Control::WhyDisabled() const {
+  if (!look_.enabled) return whyDisabled_;
+  return look_.parent ? look_.parent->WhyDisabled() : std::string();
 }
 
 void Control::SetVisible(bool visible) {
@@ -43,8 +50,9 @@ void Control::SetVisible(bool visible) {
 
 EditResult Control::RefusalForUser() const {
   if (!Visible()) return EditResult::Refused(FullName() + " 当前不可见");
-  if (!Enabled()) return EditResult::Refused(FullName() + " 当前不可用");
-  return EditResult::Ok();
+  if (Enabled()) return EditResult::Ok();
+  const std::string why = WhyDisabled();
+  return EditResult::Refused(FullName() + " 当前不可用" + (why.empty() ? why : "：" + why));
 }
 
 EditResult Control::UserEdit(std::string_view text) {

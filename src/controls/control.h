@@ -65,7 +65,11 @@ class Control {
 
   void SetCaption(std::string caption);
   void SetTooltip(std::string tooltip);
-  void SetEnabled(bool enabled);
+  // why tells the user what stands in the way, one sentence without its full stop; it only counts while disabled.
+  void SetEnabled(bool enabled, std::string why = {});
+  // Why the user cannot use the control, of itself or else of its nearest disabled parent; "" while it can be used and
+  // where nobody told.
+  std::string WhyDisabled() const;
   void SetVisible(bool visible);
   // Marker text of a control, "" at start; handlers use it to remember that a question was answered.
   const std::string& Tag() const { return tag_; }
@@ -101,6 +105,7 @@ class Control {
   Kind kind_;
   std::string name_;
   Look look_;
+  std::string whyDisabled_;
   std::string tag_;
   std::function<void()> handler_;
 };

@@ -19,5 +19,7 @@ Status ResultTooLarge() { return {Problem::TooLarge, "结果太大，此格式�
 Status EmptyRectangle() { return {Problem::Other, "裁切区域的宽和高必须大于零"}; }
 Status UnknownType() { return {Problem::Unsupported, "不支持保存为此类型"}; }
 Status NotSaved() { return {Problem::Other, "图片保存失败"}; }
+Status NoProfile() { return {Problem::Missing, "找不到颜色配置文件"}; }
+Status NotAProfile() { return {Problem::Unsupported, "不是可用的颜色配置文件"}; }
 
 }  // namespace quillon::imaging::fault

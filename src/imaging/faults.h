@@ -19,5 +19,7 @@ host::Status ResultTooLarge();  // TooLarge: more than the format written can ho
 host::Status EmptyRectangle();  // Other: nothing to cut
 host::Status UnknownType();     // Unsupported: no type to save as
 host::Status NotSaved();        // Other: the encoder failed, or its result did not pass the check
+host::Status NoProfile();       // Missing: no such profile
+host::Status NotAProfile();     // Unsupported: no profile of the colours wanted, or a damaged one
 
 }  // namespace quillon::imaging::fault

@@ -16,9 +16,6 @@ namespace {
 
 using vips::VImage;
 
-// Sides that sine and cosine leave a hair above a whole number are that number.
-constexpr double kHair = 1e-6;
-
 // The clockwise quarter turns that angle degrees counter-clockwise are, if they are.
 std::optional<VipsAngle> QuarterTurns(double angle) {
   const double turns = angle / 90;
@@ -41,13 +38,6 @@ VImage Weighed(const VImage& pixels, Work work) {
 }
 
 }  // namespace
-
-base::Size TurnedSize(base::Size size, double angle) {
-  const double cosine = std::abs(std::cos(Radians(angle)));
-  const double sine = std::abs(std::sin(Radians(angle)));
-  const auto up = [](double side) { return static_cast<int>(std::clamp(std::ceil(side - kHair), 1.0, 2e9)); };
-  return {up(size.width * cosine + size.height * sine), up(size.width * sine + size.height * cosine)};
-}
 
 VImage Turned(const VImage& pixels, double angle, base::Colour colour) {
   if (const std::optional<VipsAngle> turns = QuarterTurns(angle)) {

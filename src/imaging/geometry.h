@@ -5,11 +5,9 @@
 #include "base/colour.h"
 #include "base/rect.h"
 #include "imaging/picture.h"
+#include "imaging/turned_size.h"
 
 namespace quillon::imaging {
-
-// The size of the bounding box of a picture turned by angle degrees, rounded up to whole pixels.
-base::Size TurnedSize(base::Size size, double angle);
 
 // Turned about the centre by angle degrees counter-clockwise, on a canvas of TurnedSize. Multiples of 90 degrees are
 // exact; between them pixels are interpolated by Lanczos with three lobes, the rim is smooth, and the canvas shows

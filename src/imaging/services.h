@@ -194,6 +194,10 @@ class Services {
   // Unlike all others it may be called from any thread.
   Status LoadPreview(const std::string& path, base::Size limit, Preview& out);
 
+  // Whether the file at path is a profile (ICC) of these colours that conversions can use; if not, why.
+  enum class ProfileColours { Rgb, Cmyk };
+  Status CheckProfile(const std::string& path, ProfileColours colours);
+
   // --- Work ahead. What is announced here may be worked on by other threads before it is asked for; CropToFile and
   // ImageInfo take a finished answer only when it is for exactly that work on that unchanged file. A new announcement
   // replaces the old one; work that no longer stands in it is thrown away.

@@ -16,7 +16,7 @@ constexpr std::size_t kCropsAhead = 23;  // with the row itself what the service
 constexpr std::size_t kMeasuresAhead = 64;
 
 bool OnlyPlainCrops(const CutOptions& options, bool withArray) {
-  const bool changes = EffectsApply(options) || options.zoomAfter || options.rotateRule > 0;
+  const bool changes = EffectsApply(options) || options.zoomAfter || options.split || options.rotateRule > 0;
   return !changes && !options.frameOnly && !options.manual && !options.omitFolders && !withArray;
 }
 

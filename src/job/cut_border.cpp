@@ -1,6 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Quillon developers
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "base/path_text.h"
+#include "base/rounding.h"
 #include "job/cut_steps.h"
 #include "job/presets.h"
 
@@ -9,34 +10,28 @@ namespace {
 
 using host::Status;
 
-struct Resolution {
-  int dpi = 0;   // at which millimetres are counted
-  double k = 1;  // from there to the output's
-};
-
-// With a fixed cut the border has the output's resolution from the start; otherwise the source's, or the screen's where
-// the source tells none.
-Resolution BorderResolution(CutFile& file) {
+BoardResolution ResolutionFor(CutFile& file) {
   const CutOptions& options = file.options;
-  const int screen = file.program.flags.ScreenDpi;
-  if (options.fixedSize && !options.frameOnly) return {options.dpi > 0 ? options.dpi : screen, 1};
+  const bool fixedCut = options.fixedSize && !options.frameOnly;
   imaging::ImageFacts facts;
   facts.dpi = 1;
-  if (!file.program.images.ImageInfo(file.listed, facts)) facts.dpi = 0;
-  const int dpi = facts.dpi > 0 ? facts.dpi : screen;
-  return {dpi, options.dpi > 0 && dpi > 0 ? static_cast<double>(options.dpi) / dpi : 1};
+  if (fixedCut || !file.program.images.ImageInfo(file.listed, facts)) facts.dpi = 0;
+  return ResolutionOfBoard(fixedCut, options.dpi, facts.dpi, file.program.flags.ScreenDpi);
 }
+
+// Limited to what an int holds: no canvas of that size is ever made.
+int Sum(double image, int before, int behind) { return base::R(image + before + behind); }
 
 void PlaceFit(imaging::BorderRequest& request, base::Size inner, int left, int top) {
   const Fit fit = FitToSize(request.image, inner.width, inner.height);
-  request.offsetX = left + fit.offsetX;
-  request.offsetY = top + fit.offsetY;
+  request.offsetX = Sum(left, fit.offsetX, 0);
+  request.offsetY = Sum(top, fit.offsetY, 0);
   request.drawn = {fit.FitW, fit.FitH};
 }
 
 void PlaceWhole(imaging::BorderRequest& request, const Board& board) {
   const base::Size image = request.image;
-  request.total = {image.width + board.left + board.right, image.height + board.top + board.bottom};
+  request.total = {Sum(image.width, board.left, board.right), Sum(image.height, board.top, board.bottom)};
   request.offsetX = board.left;
   request.offsetY = board.top;
   request.drawn = image;
@@ -58,13 +53,13 @@ void PlacePicture(const CutFile& file, const Board& board, imaging::BorderReques
     PlaceFit(request, {options.FixH, options.FixW}, right ? board.left : board.top, right ? board.top : board.left);
     return;
   }
-  request.total = {options.FixW + board.left + board.right, options.FixH + board.top + board.bottom};
+  request.total = {Sum(options.FixW, board.left, board.right), Sum(options.FixH, board.top, board.bottom)};
   PlaceFit(request, {options.FixW, options.FixH}, board.left, board.top);
 }
 
 Status DrawBorder(CutFile& file, const std::string& destination) {
   const CutOptions& options = file.options;
-  const Resolution resolution = BorderResolution(file);
+  const BoardResolution resolution = ResolutionFor(file);
   imaging::BorderRequest request;
   request.source = options.frameOnly ? file.Src : file.made;
   request.destination = destination;
@@ -114,6 +109,11 @@ Step AddBorder(CutFile& file) {
   (void)file.program.host.files.RemoveOwn(bordered);
   const bool pads = options.frameOnly && options.padToSize;
   const Status status = pads ? PadToSize(file, bordered) : DrawBorder(file, bordered);
+  if (status.GetProblem() == host::Problem::TooLarge) {
+    const base::Size& size = file.madeSize;
+    return Fail(file, "加上边框后的画布为 " + std::to_string(size.width) + "x" + std::to_string(size.height) +
+                          " 像素，超过上限：" + status.Why());
+  }
   if (!status) return Fail(file, status);
   file.made = bordered;
   file.RestoreAngle = 0;

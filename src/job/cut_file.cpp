@@ -16,8 +16,8 @@ constexpr int kWorkFileQuality = 98;
 
 constexpr Step (*kSteps[])(CutFile&) = {
     MeasureSource, KeepExifSource, PassOverFolder, ZoomBeforeCut, RotateBeforeCut, NameOutput,
-    AskForFrame,   FindRectangle,  MakeCut,        StopHere,      AddBorder,       ConvertToCmyk,
-    CopyExif,      Deliver,        MakePdf,        RemoveSource,  PlaceOnSheet,
+    AskForFrame,   FindRectangle,  MakeCut,        StopHere,      SplitCut,        AddBorder,
+    ConvertToCmyk, CopyExif,       Deliver,        MakePdf,       RemoveSource,    PlaceOnSheet,
 };
 
 }  // namespace
@@ -71,7 +71,7 @@ Step Fail(CutFile& file, std::string why) {
 }
 
 Step Fail(CutFile& file, const host::Status& status) {
-  if (!file.options.over) DropOlderOutput(file, status);
+  if (!file.options.over && !file.options.split) DropOlderOutput(file, status);
   return Fail(file, status.Why());
 }
 

@@ -1,18 +1,20 @@
 // SPDX-FileCopyrightText: 2026 The Quillon developers
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "base/path_text.h"
+#include "job/cmyk_profiles.h"
 #include "job/cut_steps.h"
 
 namespace quillon::job {
 
 Step StopHere(CutFile& file) {
   file.program.host.pump.Turn();
-  const bool unfinished = file.BorderFollows() || file.options.toCmyk || file.run.pdf;
+  const bool unfinished = file.BorderFollows() || file.options.split || file.options.toCmyk || file.run.pdf;
   return file.program.flags.StopRequested && unfinished ? Fail(file, "已停止，未处理完") : Step::Next;
 }
 
 Step ConvertToCmyk(CutFile& file) {
   if (!file.options.toCmyk) return Step::Next;
+  if (const host::Status usable = CheckCmykProfiles(file.program); !usable) return Fail(file, usable);
   const host::Status converted = file.program.outputTools->ToCmyk(file.made);
   return converted ? Step::Next : Fail(file, converted);
 }

@@ -22,11 +22,9 @@ std::optional<CutLedger::Origin> CutLedger::Find(const std::string& output) cons
 void CutLedger::Add(const FileResult& result) {
   if (open_) ++totals_.planned;
   if (result.result == Result::Written) {
-    const auto earlier = Find(result.output);
-    if (earlier && earlier->source != result.source) {
-      TakeBack(result.output, *earlier, "输出文件与 " + base::DisplayText(result.source) + " 的同名，已被后者覆盖");
-    }
-    outputs_[result.output] = {result.row, result.source};
+    ++results_;
+    Register(result.output, result);
+    for (const std::string& output : result.more) Register(output, result);
     ++totals_.written;
   } else {
     ++(result.result == Result::None ? totals_.none : totals_.skipped);
@@ -35,17 +33,31 @@ void CutLedger::Add(const FileResult& result) {
   if (program_.observer) program_.observer->FileDone(result);
 }
 
+void CutLedger::Register(const std::string& output, const FileResult& result) {
+  const auto earlier = Find(output);
+  if (earlier && earlier->source != result.source) {
+    TakeBack(output, *earlier, "输出文件与 " + base::DisplayText(result.source) + " 的同名，已被后者覆盖");
+  }
+  outputs_[output] = {result.row, result.source, result.more.empty() ? 0 : results_};
+}
+
 void CutLedger::ShowResult(const FileResult& result) {
   if (result.row == 0) return;
   std::uint64_t newBytes = 0;
   if (result.result == Result::Written) {
     if (const auto output = program_.host.files.Look(result.output)) newBytes = output->size;
+    for (const std::string& more : result.more) {
+      if (const auto output = program_.host.files.Look(more)) newBytes += output->size;
+    }
   }
   program_.files.SetResult(result.row - 1, result.result, result.why, newBytes);
 }
 
 void CutLedger::TakeBack(const std::string& output, const Origin& origin, const std::string& why) {
   outputs_.erase(output);
+  if (origin.several != 0) {
+    std::erase_if(outputs_, [&](const auto& other) { return other.second.several == origin.several; });
+  }
   --totals_.written;
   ++totals_.none;
   const FileResult lost{origin.row, origin.source, "", Result::None, why};
@@ -105,7 +117,7 @@ void CutLedger::DiscardSource(const Discard& discard) {
   host::Status status = program_.images.LoadImageFromFile(discard.output, output);
   program_.images.DisposeImage(output);
   if (!status) {
-    TakeBack(discard.output, discard.origin, "输出文件读不回来，源文件已保留：" + status.Why());
+    TakeBack(discard.output, Origin(written->second), "输出文件读不回来，源文件已保留：" + status.Why());
     return;
   }
   status = program_.host.files.Discard(discard.origin.source);

@@ -60,6 +60,7 @@ class CutLedger {
   struct Origin {
     std::size_t row = 0;
     std::string source;
+    std::size_t several = 0;  // the same for all outputs of one result that has several, else 0
   };
   struct Discard {
     Origin origin;
@@ -69,6 +70,8 @@ class CutLedger {
 
   std::optional<Origin> Find(const std::string& output) const;
   bool IsListed(const std::string& path);
+  void Register(const std::string& output, const FileResult& result);
+  // A result one of whose outputs is lost counts as without output.
   void TakeBack(const std::string& output, const Origin& origin, const std::string& why);
   void DiscardSource(const Discard& discard);
   void ShowResult(const FileResult& result);
@@ -79,6 +82,7 @@ class CutLedger {
   IsSource isSource_;
   Recall recall_;
   std::unordered_map<std::string, Origin> outputs_;
+  std::size_t results_ = 0;
   std::vector<Discard> discards_;
   std::optional<std::set<FileId>> sources_;  // read when first needed
 };

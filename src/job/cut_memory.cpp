@@ -4,6 +4,7 @@
 
 #include "base/path_text.h"
 #include "job/cut_steps.h"
+#include "job/lists.h"
 #include "job/parameters.h"
 
 namespace quillon::job {
@@ -25,11 +26,12 @@ base::Size SizeOf(const CutFile& file) {
   return {images.GetImageWidth(file.Work), images.GetImageHeight(file.Work)};
 }
 
-// ChRotateCut, for pictures that no earlier step has turned.
+// ChRotateCut, for pictures that no earlier step has turned. It puts CmbRotate to its first entry, so that it turns by
+// TAngle as the last entry does.
 Status TurnByRule(CutFile& file) {
   const CutOptions& options = file.options;
   if (!options.rotateCut || file.RestoreAngle != 0 || file.program.flags.ImageRotated) return Status::Ok();
-  if (!NeedRotate(file.W, file.H, options.rotateRule, options.angle)) return Status::Ok();
+  if (!NeedRotate(file.W, file.H, kOwnAngle, options.angle)) return Status::Ok();
   if (Status turned = file.program.images.RotateImage(file.Work, options.angle, base::kWhite); !turned) return turned;
   const base::Size size = SizeOf(file);
   file.W = size.width;
@@ -64,21 +66,6 @@ Status ZoomAfterCut(CutFile& file) {
   if (!file.options.zoomAfter) return Status::Ok();
   const auto size = ZoomedSize(file.options.zoom, SizeOf(file), ZoomTime::AfterCut);
   return size ? file.program.images.ResampleImage(file.Work, size->width, size->height) : Status::Ok();
-}
-
-Status SaveWork(CutFile& file) {
-  imaging::Services& images = file.program.images;
-  images.SetImageResolution(file.Work, file.options.dpi);
-  file.madeSize = SizeOf(file);
-  if (Status kept = KeepReplacedSource(file); !kept) return kept;
-  // The save disposes of what it is given; the second try needs the picture again.
-  imaging::Image second;
-  const bool again = static_cast<bool>(images.CloneImage(file.Work, second));
-  const imaging::SaveOptions save{file.CutQuality(), file.options.blackWhite, file.ExifWish()};
-  const Status saved = images.SaveByType(file.Work, file.target, base::ToLowerAscii(file.OutExt), save);
-  if (saved || saved.DiskFull() || !again) return saved;
-  const Status encoded = images.SaveByEncoder(second, file.target, imaging::EncoderFor(file.OutExt), file.CutQuality());
-  return encoded || encoded.DiskFull() ? encoded : saved;
 }
 
 // The last try of a save that failed twice: under the name of the source's folder, cut without the effects.
@@ -126,6 +113,21 @@ Step FailEmptyRectangle(CutFile& file) {
                         std::to_string(file.rect.height) + "），请检查裁剪参数");
 }
 
+Status SaveWork(CutFile& file) {
+  imaging::Services& images = file.program.images;
+  images.SetImageResolution(file.Work, file.options.dpi);
+  file.madeSize = SizeOf(file);
+  if (Status kept = KeepReplacedSource(file); !kept) return kept;
+  // The save disposes of what it is given; the second try needs the picture again.
+  imaging::Image second;
+  const bool again = static_cast<bool>(images.CloneImage(file.Work, second));
+  const imaging::SaveOptions save{file.CutQuality(), file.options.blackWhite, file.ExifWish()};
+  const Status saved = images.SaveByType(file.Work, file.target, base::ToLowerAscii(file.OutExt), save);
+  if (saved || saved.DiskFull() || !again) return saved;
+  const Status encoded = images.SaveByEncoder(second, file.target, imaging::EncoderFor(file.OutExt), file.CutQuality());
+  return encoded || encoded.DiskFull() ? encoded : saved;
+}
+
 Step CutInMemory(CutFile& file, LoadFailure loadFailure) {
   imaging::Services& images = file.program.images;
   if (const Status loaded = LoadWork(file); !loaded) {
@@ -138,13 +140,15 @@ Step CutInMemory(CutFile& file, LoadFailure loadFailure) {
   }
   if (file.rect.Empty()) return FailEmptyRectangle(file);
   file.program.host.pump.Turn();
-  if (!images.CutImage(file.Work, file.rect)) {
-    if (const Status cut = CutThroughBitmap(file); !cut) return Fail(file, cut);
+  if (const Status cut = images.CutImage(file.Work, file.rect); !cut) {
+    if (file.options.split) return Fail(file, cut);
+    if (const Status saved = CutThroughBitmap(file); !saved) return Fail(file, saved);
     file.made = file.target;
     return Step::Next;
   }
   if (const Status restored = Restore(file); !restored) return Fail(file, restored);
   if (const Status zoomed = ZoomAfterCut(file); !zoomed) return Fail(file, zoomed);
+  if (file.options.split) return Step::Next;
   file.program.host.pump.Turn();
   const Status saved = SaveWork(file);
   if (saved.DiskFull()) return Fail(file, saved);

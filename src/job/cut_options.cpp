@@ -25,6 +25,9 @@ void ReadAdvanced(const Program& program, CutOptions& options) {
   options.threshold = window.ChToWB.On();
   options.invert = window.ChInvert.On();
   options.ownDpi = base::LeadingNumber(window.CmbDPI.Text()) > 0;
+  options.columns = window.TSmalS[4].Integer();
+  options.rows = window.TSmalS[5].Integer();
+  options.split = window.ChSplit.On() && !options.frameOnly && (options.columns > 1 || options.rows > 1);
   options.addBoard = window.ChAddBoard.On();
   for (std::size_t i = 0; i < options.boardMm.size(); ++i) options.boardMm[i] = window.TBoard[i].Number();
   options.boardColour = window.PBoardColor.Colour();

@@ -46,6 +46,9 @@ struct CutOptions {
   bool threshold = false;
   bool invert = false;
   bool ownDpi = false;  // CmbDPI of FBaseOpt is above 0
+  bool split = false;   // ChSplit, into more than one piece
+  int columns = 1;      // TSmalS(4)
+  int rows = 1;         // TSmalS(5)
   bool addBoard = false;
   std::array<double, 4> boardMm{};
   base::Colour boardColour = base::kWhite;

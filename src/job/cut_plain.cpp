@@ -70,7 +70,7 @@ imaging::CropRequest PlainCrop(const CutFile& file) {
 
 bool NeedsMemory(const CutFile& file) {
   const bool restores = file.RestoreAngle != 0 && file.options.restore;
-  return file.Work || restores || file.options.zoomAfter || IsPsd(SourceExtension(file));
+  return file.Work || restores || file.options.split || file.options.zoomAfter || IsPsd(SourceExtension(file));
 }
 
 Step CutFileToFile(CutFile& file) {

@@ -30,17 +30,20 @@ Step CutInMemory(CutFile& file, LoadFailure loadFailure);
 Step CutFileToFile(CutFile& file);
 // For a rectangle without area; a source that could not be measured is the reason where there is one.
 Step FailEmptyRectangle(CutFile& file);
+// Work, which it disposes of, as a file at target.
+host::Status SaveWork(CutFile& file);
 // The crop that CutFileToFile asks for, from the parts of file that are known before it is begun: names, size and
 // rectangle.
 imaging::CropRequest PlainCrop(const CutFile& file);
 // Without ChOver an output may still fall on its own source, when it lies in the output folder: a copy "<source>.bak"
 // stays beside it.
 host::Status KeepReplacedSource(CutFile& file);
-// True when the cut must hold the picture in memory.
+// True when the cut must hold the picture in memory. A cut that is to be split stays in Work.
 bool NeedsMemory(const CutFile& file);
 
 // --- Behind the cut.
 Step StopHere(CutFile& file);
+Step SplitCut(CutFile& file);       // ChSplit: each piece goes through the steps from here on as a cut of its own
 Step AddBorder(CutFile& file);      // ChAddBoard
 Step ConvertToCmyk(CutFile& file);  // ToCmyk
 Step CopyExif(CutFile& file);       // KeepExif

@@ -5,15 +5,22 @@
 #include <algorithm>
 
 #include "base/path_text.h"
+#include "job/cmyk_profiles.h"
+#include "job/geometry.h"
 #include "job/program.h"
 
 namespace quillon::job {
 namespace {
 
-constexpr const char* kColorConfigs = "ColorConfigs";
 constexpr const char* kFrameOnlyNote = "仅边框模式，表示不做任何裁剪和处理，其他启用的功能自动失效！";
 constexpr int kInformation = 64;
+constexpr const char* kNoColorConfigs = "找不到颜色配置文件夹 ColorConfigs，不能转CMYK！";
+constexpr int kExclamation = 48;
 constexpr const char* kWholeSize = "100%";
+constexpr double kLargestThreshold = 1'000'000;
+constexpr const char* kThreshold = "100";
+constexpr double kMostPieces = 1000;
+constexpr const char* kPieces = "2";
 
 }  // namespace
 
@@ -31,6 +38,7 @@ void FBaseOpt::OnLoad() {
   program_.flags.AdvancedOptionsLoaded = true;
   TakeFlags();
   if (CmbDPI.Index() > 0) CmbDPI_Click();
+  program_.ShowAsCut();
 }
 
 void FBaseOpt::ConnectHandlers() {
@@ -46,6 +54,7 @@ void FBaseOpt::ConnectChecks() {
   ChRotateCut.SetHandler([this] { ChRotateCut_Click(); });
   ChZoomAndCut.SetHandler([this] { ChZoomAndCut_Click(); });
   ChCutAndZoom.SetHandler([this] { ChCutAndZoom_Click(); });
+  PBoardColor.SetHandler([this] { program_.ShowAsCut(); });
   ChAutoCenter.SetHandler([this] { program_.form1.ChAutoCenter.Set(ChAutoCenter.On()); });
   ChMulCut.SetHandler([this] { ChMulCut_Click(); });
   ChMamal.SetHandler([this] { ChMamal_Click(); });
@@ -98,23 +107,33 @@ void FBaseOpt::CmbRotate_Click() {
     TAngle.SetNumber(0);
   }
   program_.ShowAvailability();
+  program_.ShowAsCut();
 }
 
 void FBaseOpt::TAngle_Change() {
   const double angle = TAngle.Number();
   const double limited = std::clamp(angle, *TAngle.GetLimits().min, *TAngle.GetLimits().max);
-  if (angle == limited) return;
-  program_.host.boxes.Beep();
-  TAngle.SetNumber(limited);
+  if (angle != limited) {
+    program_.host.boxes.Beep();
+    TAngle.SetNumber(limited);
+  } else {
+    program_.ShowAsCut();
+  }
 }
 
 void FBaseOpt::ChRotateCut_Click() {
   if (ChRotateCut.On()) CmbRotate.Select(0);
   program_.ShowAvailability();
+  program_.ShowAsCut();
 }
 
 void FBaseOpt::CmbZoom_Change() {
-  if (ChZoomAndCut.On()) program_.ShowInPreview(program_.flags.CurrentImagePath);
+  if (!IsZoomText(CmbZoom.Text())) {
+    program_.host.boxes.Beep();
+    CmbZoom.SetText(kWholeSize);
+  } else {
+    program_.ShowAsCut();
+  }
 }
 
 void FBaseOpt::ChZoomAndCut_Click() {
@@ -123,7 +142,7 @@ void FBaseOpt::ChZoomAndCut_Click() {
   } else {
     CmbZoom.SetText(kWholeSize);
   }
-  program_.ShowInPreview(program_.flags.CurrentImagePath);
+  program_.ShowAsCut();
 }
 
 void FBaseOpt::ChCutAndZoom_Click() {
@@ -133,6 +152,7 @@ void FBaseOpt::ChCutAndZoom_Click() {
     CmbZoom.SetText(kWholeSize);
   }
   TakeFlags();
+  program_.ShowAsCut();
 }
 
 void FBaseOpt::ChMulCut_Click() {
@@ -146,7 +166,7 @@ void FBaseOpt::ChMamal_Click() {
 }
 
 void FBaseOpt::ChSplit_Click() {
-  if (PutBackInPagedMode(ChSplit) || Lacks(ChSplit, program_.engines.splitting)) return;
+  if (PutBackInPagedMode(ChSplit)) return;
   program_.ShowAvailability();
 }
 
@@ -158,10 +178,28 @@ void FBaseOpt::TakeFixedSize(const std::string& width, const std::string& height
   takingFixedSize_ = false;
 }
 
+controls::Limits FBaseOpt::LimitsOf(std::size_t sizeBox) {
+  if (sizeBox < 2) return {0, kLargestThreshold};
+  if (sizeBox > 3) return {1, kMostPieces};
+  return {};
+}
+
+void FBaseOpt::TSmalS_Change(std::size_t index) {
+  controls::TextBox& box = TSmalS[index];
+  const controls::Limits& limits = box.GetLimits();
+  const double value = box.Number();
+  if (limits.max && (value < *limits.min || value > *limits.max)) {
+    program_.host.boxes.Beep();
+    box.SetText(index < 2 ? kThreshold : kPieces);
+  } else if (index == 2 || index == 3) {
+    MirrorFixedSize();
+  }
+}
+
 // The two windows mirror the fixed size crosswise, one text at a time: only a change that began here is sent on, or the
 // half that is still old would come back.
-void FBaseOpt::TSmalS_Change(std::size_t index) {
-  if (takingFixedSize_ || !Loaded() || (index != 2 && index != 3)) return;
+void FBaseOpt::MirrorFixedSize() {
+  if (takingFixedSize_ || !Loaded()) return;
   const std::string width = TSmalS[3].Value();
   const std::string height = TSmalS[2].Value();
   takingFixedSize_ = true;
@@ -172,6 +210,7 @@ void FBaseOpt::TSmalS_Change(std::size_t index) {
 
 void FBaseOpt::ChAddBoard_Click() {
   if (ChAddBoard.On()) ChFrmOnly.SetEnabled(true);
+  program_.ShowAsCut();
 }
 
 // The preset that only frames sets all its options itself.
@@ -185,22 +224,26 @@ void FBaseOpt::ChFrmOnly_Click() {
     ClearProcessing();
   }
   program_.ShowAvailability();
+  program_.ShowAsCut();
 }
 
 void FBaseOpt::ClearProcessing() {
   program_.form1.ChFixCut.Set(false);
   for (controls::CheckBox* box :
        {&ChKeepExif, &ChMamal, &ChMulCut, &ChKeepCut, &ChSplit, &ChClsBlack, &ChClsWhite, &ChRotateCut, &ChRecover,
-        &ChZoomAndCut, &ChCutAndZoom, &ChToGray, &ChToWB, &ChInvert}) {
+        &ChZoomAndCut, &ChCutAndZoom, &ChToGray, &ChToWB, &ChInvert, &ChToCMYK}) {
     box->Set(false);
   }
   CmbRotate.Select(0);
 }
 
 void FBaseOpt::TBoard_Change(std::size_t index) {
-  if (TBoard[index].Number() >= 0) return;
-  program_.host.boxes.Beep();
-  TBoard[index].SetNumber(0);
+  if (TBoard[index].Number() < 0) {
+    program_.host.boxes.Beep();
+    TBoard[index].SetNumber(0);
+  } else {
+    program_.ShowAsCut();
+  }
 }
 
 void FBaseOpt::ChToGray_Click() {
@@ -216,6 +259,7 @@ void FBaseOpt::ChToCMYK_Click() {
   if (Lacks(ChToCMYK, program_.outputTools)) return;
   if (ChToCMYK.On() && !program_.host.files.IsFolder(program_.AppPath(kColorConfigs))) {
     ChToCMYK.Set(false);
+    program_.Ask(kNoColorConfigs, kExclamation);
     return;
   }
   TakeFlags();
@@ -226,7 +270,9 @@ void FBaseOpt::ChClsEdge_Click(controls::CheckBox& box, controls::CheckBox& othe
 }
 
 void FBaseOpt::CmbDPI_Click() {
-  if (Loaded()) program_.flags.OutDpi = DpiOf(CmbDPI);
+  if (!Loaded()) return;
+  program_.flags.OutDpi = DpiOf(CmbDPI);
+  program_.ShowAsCut();
 }
 
 void FBaseOpt::ChKeepExif_Click() {

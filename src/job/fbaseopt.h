@@ -42,7 +42,8 @@ class FBaseOpt : public controls::Window {
   controls::CheckBox ChMamal{*this, "ChMamal", In(FrameSize, "手动裁剪")};
   controls::CheckBox ChSplit{*this, "ChSplit", In(FrameSize, "图片分切")};
   controls::CheckBox ChFilter{*this, "ChFilter", In(FrameSize, "过滤小图片", "忽略处理或加载小于等于指定尺寸的图片")};
-  // (0), (1) thresholds of ChFilter; (2), (3) the fixed size, height and width; (4), (5) counts of ChSplit.
+  // (0), (1) thresholds of ChFilter; (2), (3) the fixed size, height and width; (4), (5) counts of ChSplit. A threshold
+  // or count beyond its limits is put back to its first value.
   controls::ControlArray<controls::TextBox, 6> TSmalS{
       *this, "TSmalS", [this](controls::Window& window, std::string name, std::size_t index) {
         static constexpr std::array kCaptions{"最小宽：", "最小高：", "高：", "宽：", "分切列数：", "分切行数："};
@@ -51,9 +52,9 @@ class FBaseOpt : public controls::Window {
         return controls::TextBox(
             window, std::move(name),
             index < 4 ? In(FrameSize, kCaptions[index], kTips[index]) : Off(FrameSize, kCaptions[index]),
-            kValues[index], controls::Content::Integer);
+            kValues[index], controls::Content::Integer, LimitsOf(index));
       }};
-  controls::Frame FrameBoard{*this, "FrameBoard", {.caption = "边框"}};
+  controls::Frame FrameBoard{*this, "FrameBoard", {.caption = "边框(单位：mm)"}};
   controls::CheckBox ChAddBoard{*this, "ChAddBoard", In(FrameBoard, "裁剪后加边框")};
   controls::CheckBox ChFrmOnly{*this, "ChFrmOnly", In(FrameBoard, "仅边框")};
   controls::ControlArray<controls::TextBox, 4> TBoard{
@@ -86,6 +87,7 @@ class FBaseOpt : public controls::Window {
   void OnLoad() override;
 
  private:
+  static controls::Limits LimitsOf(std::size_t sizeBox);
   void ConnectHandlers();
   void ConnectChecks();
   void CmbRotate_Click();
@@ -98,6 +100,7 @@ class FBaseOpt : public controls::Window {
   void ChMamal_Click();
   void ChSplit_Click();
   void TSmalS_Change(std::size_t index);
+  void MirrorFixedSize();
   void ChAddBoard_Click();
   void ChFrmOnly_Click();
   void TBoard_Change(std::size_t index);

@@ -145,6 +145,7 @@ bool FileIntake::List(const std::vector<std::string>& roots, Subfolders subfolde
                       WithoutSize withoutSize) {
   AdmissionRule rule(program_);
   if (!rule.Ready()) return false;
+  Form1& form = program_.form1;
   bool refused = false;
   {
     const StoppableFrame frame(program_);
@@ -168,6 +169,7 @@ bool FileIntake::List(const std::vector<std::string>& roots, Subfolders subfolde
     program_.leftToOthers += walk.LeftToOthers();
     if (refused) return false;
     ShowStatusPanel();
+    form.LStatus.SetText(form.LStatus.Value() + rule.FilterText());
     return end == WalkEnd::Complete;
   }
 }

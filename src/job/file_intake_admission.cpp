@@ -35,6 +35,13 @@ bool AdmissionRule::TooSmall(int width, int height) const {
   return width < options.TSmalS[0].Number() || height < options.TSmalS[1].Number();
 }
 
+std::string AdmissionRule::FilterText() const {
+  if (filtered_ == 0) return {};
+  const FBaseOpt& options = program_.fBaseOpt;
+  return "  过滤小图片：" + std::to_string(filtered_) + " 张不足 " + options.TSmalS[0].Value() + "x" +
+         options.TSmalS[1].Value() + " 像素，未加入";
+}
+
 void AdmissionRule::Refuse(const std::string& path, const std::string& why) {
   program_.form1.LStatus.SetText(program_.files.StatusText() + "  未加入：" + base::DisplayText(path) + "（" + why +
                                  "）");
@@ -63,7 +70,10 @@ Admission AdmissionRule::Admit(const std::string& path) {
     Refuse(path, measured ? "图片的宽或高为 0" : measured.Why());
     return Admission::Ended;
   }
-  if (TooSmall(facts.width, facts.height)) return Admission::PassedOver;
+  if (TooSmall(facts.width, facts.height)) {
+    ++filtered_;
+    return Admission::PassedOver;
+  }
   if (const auto file = program_.host.files.Look(path)) row.bytes = file->size;
   program_.files.Grow({facts.width, facts.height}, row.bytes);
   if (CountsPages() && mode_ != kPdfMode && row.pages <= 1) {

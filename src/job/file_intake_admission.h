@@ -25,6 +25,8 @@ class AdmissionRule {
   // Measures the file and adds its row, or tells why not. A file without a size ends the adding, unless the caller goes
   // on; the first is answered with the message, the status panel and the observer name each.
   Admission Admit(const std::string& path);
+  // What the status panel tells of the pictures that ChFilter left out, "" where it left out none.
+  std::string FilterText() const;
 
  private:
   bool CountsPages() const;
@@ -34,6 +36,7 @@ class AdmissionRule {
   Program& program_;
   int mode_;
   bool asked_ = false;
+  std::size_t filtered_ = 0;
 };
 
 }  // namespace quillon::job

@@ -13,6 +13,8 @@ namespace {
 constexpr const char* kStopQuestion = "终止当前操作？";
 constexpr int kOkCancelDefaultCancel = 305;
 constexpr int kInformation = 64;
+constexpr const char* kRunning = "正在处理，请等待处理完毕或先终止";
+constexpr const char* kNothingRuns = "当前没有可以终止的操作";
 constexpr const char* kGuide = "用户手册.md";
 
 }  // namespace
@@ -55,6 +57,7 @@ void Form1::ConnectMenus() {
   MenuDelSelected.SetHandler([this] { program_.Intake().MenuDelSelected_Click(); });
   MenuClearList.SetHandler([this] { program_.Intake().MenuClearList_Click(); });
   menuNormalCut.SetHandler([this] { program_.Normal().Run(); });
+  MenuStop.SetEnabled(false, kNothingRuns);
   MenuStop.SetHandler([this] { MenuStop_Click(); });
   MenuGuide.SetHandler([this] { MenuGuide_Click(); });
   MenuAbout.SetHandler([this] { MenuAbout_Click(); });
@@ -130,15 +133,15 @@ void Form1::ShowStatus(const std::string& statusText) { SetTitle(statusText + kT
 
 void Form1::BeginRun() {
   program_.flags.StopRequested = false;
-  Frame1.SetEnabled(false);
+  Frame1.SetEnabled(false, kRunning);
   for (controls::Menu* menu : {&MenuFiles, &MenuList, &MenuOtherOptions, &MenuCut, &MenuOther, &MenuHelp}) {
-    menu->SetEnabled(false);
+    menu->SetEnabled(false, kRunning);
   }
   MenuStop.SetEnabled(true);
 }
 
 void Form1::EndRun() {
-  MenuStop.SetEnabled(false);
+  MenuStop.SetEnabled(false, kNothingRuns);
   for (controls::Menu* menu : {&MenuFiles, &MenuList, &MenuOtherOptions, &MenuCut, &MenuOther, &MenuHelp}) {
     menu->SetEnabled(true);
   }

@@ -164,6 +164,8 @@ class Form1 : public controls::Window {
   // False where the program lacks something that the presets switch on.
   bool ApplyStudioPreset();
   void ApplyBorderPreset(int entry);
+  // Lets the border stand alone where there is one.
+  void FreeFrameOnly();
   void ConvertMargins();
   bool ModeIsThere(CutMode mode);
 

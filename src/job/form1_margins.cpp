@@ -4,6 +4,8 @@
 #include <cmath>
 
 #include "base/number_text.h"
+#include "job/cut_options.h"
+#include "job/cut_outlook.h"
 #include "job/form1.h"
 #include "job/program.h"
 
@@ -66,7 +68,9 @@ void Form1::ShowFrame() {
     frame.left = (W - frame.width) / 2;
     frame.top = (H - frame.height) / 2;
   }
+  if (ReadCutOptions(program_).frameOnly) frame = {0, 0, W, H};
   preview.SetPictureFrame(picture.Empty() ? PreviewFrame{} : frame);
+  preview.SetBoard(BoardAroundCut(program_, preview));
   for (std::size_t i = 0; i < TCutValue.Size(); ++i) {
     const bool known = ChCutA.On() && !picture.Empty();
     const std::string share = known ? base::NumberText(TCutValue[i].Number() * 100 / SideOf(picture, i)) + "%" : "";

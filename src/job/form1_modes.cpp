@@ -45,11 +45,12 @@ void Form1::CmbCutMode_Click() {
     return;
   }
   if (!ModeIsThere(mode)) {
-    Select(CmbCutMode, CutMode::Normal);
     program_.AskMissingResource();
+    Select(CmbCutMode, CutMode::Normal);
     return;
   }
   ChCutAndArray.Set(false);
+  ChCutA.SetEnabled(true);
   if (const auto type = TypeOf(mode)) {
     Select(CmbOutType, *type);
     Select(CmbCutStyle, CutStyle::Rectangle);
@@ -79,8 +80,8 @@ void Form1::CmbCutStyle_Click() {
   if (style == CutStyle::Ellipse || style == CutStyle::Circle) {
     const bool there = program_.host.files.IsFile(program_.AppPath("PicCirleCut.dll"));
     if (!there || !program_.ShowWindow("FCircleCut")) {
-      Select(CmbCutStyle, CutStyle::Rectangle);
       program_.AskMissingResource();
+      Select(CmbCutStyle, CutStyle::Rectangle);
       return;
     }
   } else {
@@ -96,7 +97,10 @@ void Form1::CmbOutType_Click() {
   program_.AskMissingResource();
 }
 
-void Form1::CmbDPI_Click() { program_.flags.OutDpi = DpiOf(CmbDPI); }
+void Form1::CmbDPI_Click() {
+  program_.flags.OutDpi = DpiOf(CmbDPI);
+  program_.ShowAsCut();
+}
 
 void Form1::TQuality_Change() {
   const double quality = TQuality.Number();

@@ -1,6 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The Quillon developers
 // SPDX-License-Identifier: GPL-3.0-or-later
 // The fixed cut of Form1 and the presets of its size.
+#include <utility>
+
 #include "job/form1.h"
 #include "job/program.h"
 #include "job/units.h"
@@ -12,6 +14,8 @@ constexpr const char* kStudioQuality = "98";
 constexpr const char* kBoard = "5";
 constexpr const char* kWideBoard = "43";
 constexpr int kFixedBorderStyle = 15;
+constexpr const char* kStudioSets = "所选的固定尺寸已指定本项";
+constexpr const char* kNeedsBoard = "请先启用“裁剪后加边框”";
 
 void SetBoard(FBaseOpt& options, const char* millimetres) {
   for (controls::TextBox& side : options.TBoard) side.SetText(millimetres);
@@ -30,8 +34,8 @@ void Form1::CmbKeepCut_Click() {
     TFixWH[1].SetNumber(CmToPixels(size->second, dpi));
   }
   ChAddToSize.Set(entry == kFrameOnlyPreset);
-  if (lastPreset_ == kFrameOnlyPreset) program_.fBaseOpt.ChFrmOnly.Set(false);
-  lastPreset_ = entry;
+  const int before = std::exchange(lastPreset_, entry);
+  if (before == kFrameOnlyPreset) program_.fBaseOpt.ChFrmOnly.Set(false);
   bool complete = true;
   if (studio) {
     complete = ApplyStudioPreset();
@@ -39,6 +43,7 @@ void Form1::CmbKeepCut_Click() {
   } else {
     ChOver.Set(false);
     ChCutAndArray.Set(false);
+    if (IsStudioPreset(before)) FreeFrameOnly();
   }
   if (entry == kFrameOnlyPreset) {
     complete = program_.ShowWindow("FConverter") && complete;
@@ -46,7 +51,7 @@ void Form1::CmbKeepCut_Click() {
     program_.HideWindow("FConverter");
   }
   program_.ShowAvailability();
-  ShowFrame();
+  program_.ShowAsCut();
   if (!complete) program_.AskMissingResource();
 }
 
@@ -71,11 +76,11 @@ void Form1::ApplyBorderPreset(int entry) {
     ChAutoCenter.Set(false);
     options.ChFrmOnly.SetTag("1");
     options.ChFrmOnly.Set(true);
-  } else if (entry != kPresetB) {
+  } else {
     options.ChFrmOnly.Set(false);
   }
   options.ChAddBoard.Set(entry != kPresetB);
-  options.ChFrmOnly.SetEnabled(false);
+  options.ChFrmOnly.SetEnabled(false, kStudioSets);
   if (entry == kPresetB) {
     SetBoard(options, "0");
   } else if (entry != kPresetA || !firstPresetSeen_) {
@@ -84,6 +89,11 @@ void Form1::ApplyBorderPreset(int entry) {
   if (entry == kPresetA) firstPresetSeen_ = true;
   if (entry == kPresetC) options.TBoard[3].SetText(kWideBoard);
   if (entry == kPresetD) options.TBoard[2].SetText(kWideBoard);
+}
+
+void Form1::FreeFrameOnly() {
+  FBaseOpt& options = program_.fBaseOpt;
+  options.ChFrmOnly.SetEnabled(options.ChAddBoard.On() || options.ChFrmOnly.On(), kNeedsBoard);
 }
 
 void Form1::ChFixCut_Click() {
@@ -98,10 +108,10 @@ void Form1::ChFixCut_Click() {
   CmbDPI.Select(on ? kDpi300Entry : 0);
   program_.fCutPre.preview.SetBorderStyle(on ? kFixedBorderStyle : 0);
   options.ChKeepCut.Set(on);
-  if (!on) options.ChFrmOnly.SetEnabled(options.ChAddBoard.On() || options.ChFrmOnly.On());
+  if (!on) FreeFrameOnly();
   options.ChRecover.Set(on && options.ChRotateCut.On() && Selected<CutMode>(CmbCutMode) == CutMode::Normal);
   program_.ShowAvailability();
-  ShowFrame();
+  program_.ShowAsCut();
 }
 
 }  // namespace quillon::job

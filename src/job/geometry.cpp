@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <limits>
+#include <string>
 
 #include "base/number_text.h"
 #include "base/rounding.h"
@@ -66,6 +67,19 @@ base::Rect PercentRectangle(const CutParameters& p, base::Size picture) {
   cut.width = R(((100 - p.ML - p.MR) / 100) * W);
   cut.height = R(((100 - p.MT - p.MB) / 100) * H);
   return cut;
+}
+
+// A text of CmbZoom in plain characters. "w,h" is a pair; with "%" or without a comma it is a percentage.
+struct ZoomText {
+  bool pair = false;
+  std::string_view width;
+  std::string_view height;
+};
+
+ZoomText ReadZoomText(std::string_view text) {
+  const auto comma = text.find(',');
+  if (comma == std::string_view::npos || text.find('%') != std::string_view::npos) return {};
+  return {true, text.substr(0, comma), text.substr(comma + 1)};
 }
 
 int ZoomSide(std::string_view text, double highest) {
@@ -160,6 +174,12 @@ Fit FitToSize(base::Size picture, int FixW, int FixH) {
   return fit;
 }
 
+BoardResolution ResolutionOfBoard(bool fixedCut, int outDpi, int sourceDpi, int screenDpi) {
+  if (fixedCut) return {outDpi > 0 ? outDpi : screenDpi, 1};
+  const int dpi = sourceDpi > 0 ? sourceDpi : screenDpi;
+  return {dpi, outDpi > 0 && dpi > 0 ? static_cast<double>(outDpi) / dpi : 1};
+}
+
 Board BoardPixels(const std::array<double, 4>& millimetres, int dpi, double k) {
   const auto pixels = [&](double mm) { return R(CmToPixels(static_cast<float>(mm / 10), dpi) * k); };
   return {pixels(millimetres[0]), pixels(millimetres[1]), pixels(millimetres[2]), pixels(millimetres[3])};
@@ -172,12 +192,20 @@ base::Size ExtendedSize(Extend extend, int FixW, int FixH, const Board& board) {
   return {R(FixH + above), R(FixW + beside)};
 }
 
-std::optional<base::Size> ZoomedSize(std::string_view text, base::Size picture, ZoomTime time) {
-  const auto comma = text.find(',');
-  if (comma != std::string_view::npos && text.find('%') == std::string_view::npos) {
+bool IsZoomText(std::string_view text) {
+  const std::string plain = base::ToHalfWidth(text);
+  const ZoomText zoom = ReadZoomText(plain);
+  if (zoom.pair) return base::ParseNumber(zoom.width) && base::ParseNumber(zoom.height);
+  return base::ParseNumber(plain.substr(0, plain.find('%'))).has_value();
+}
+
+std::optional<base::Size> ZoomedSize(std::string_view given, base::Size picture, ZoomTime time) {
+  const std::string text = base::ToHalfWidth(given);
+  const ZoomText zoom = ReadZoomText(text);
+  if (zoom.pair) {
     const double highest =
         time == ZoomTime::BeforeCut ? kMaxZoomSide : static_cast<double>(std::numeric_limits<int>::max());
-    return base::Size{ZoomSide(text.substr(0, comma), kMaxZoomSide), ZoomSide(text.substr(comma + 1), highest)};
+    return base::Size{ZoomSide(zoom.width, kMaxZoomSide), ZoomSide(zoom.height, highest)};
   }
   const double percent = base::LeadingNumber(text);
   if (percent < kMinZoomPercent || percent > kMaxZoomPercent || percent == 100) return std::nullopt;

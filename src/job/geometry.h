@@ -79,6 +79,17 @@ struct Board {
   bool operator==(const Board&) const = default;
 };
 
+// How millimetres of a border become pixels.
+struct BoardResolution {
+  int dpi = 0;   // at which they are counted
+  double k = 1;  // from there to the output's resolution
+  bool operator==(const BoardResolution&) const = default;
+};
+
+// With a fixed cut the border has the output's resolution from the start; otherwise the source's, or the screen's where
+// the source tells none. A resolution of 0 is not known.
+BoardResolution ResolutionOfBoard(bool fixedCut, int outDpi, int sourceDpi, int screenDpi);
+
 // Millimetres in the order of TBoard as pixels: CmToPixels at dpi, then R(value * k).
 Board BoardPixels(const std::array<double, 4>& millimetres, int dpi, double k);
 
@@ -90,6 +101,10 @@ base::Size ExtendedSize(Extend extend, int FixW, int FixH, const Board& board);
 
 // Before the cut both sides of a size in pixels are limited to 32..30000; after it the height has no upper limit.
 enum class ZoomTime { BeforeCut, AfterCut };
+
+// Whether a text is one for CmbZoom: a number, alone or before a "%", or two numbers with a comma between them.
+// Full-width characters count as their plain twins.
+bool IsZoomText(std::string_view text);
 
 // The size that the text of CmbZoom asks for: "w,h", or a percentage (with "%" or without a comma), which counts as
 // 100 below 10 and above 500. Nothing where the picture stays as it is.

@@ -2,6 +2,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "job/preview.h"
 
+#include "imaging/turned_size.h"
+
 namespace quillon::job {
 namespace {
 
@@ -16,8 +18,18 @@ PreviewFrame Preview::Frame() const { return Scaled(frame_, scale_); }
 // The same path may hold another picture by now, so that showing it again is always told.
 void Preview::ShowPicture(std::string path, base::Size picture) {
   path_ = std::move(path);
-  picture_ = picture;
+  original_ = upright_ = picture_ = picture;
+  angle_ = 0;
   ++showings_;
+  Tell();
+}
+
+void Preview::Reshape(base::Size picture, double angle) {
+  const base::Size turned = angle == 0 ? picture : imaging::TurnedSize(picture, angle);
+  if (upright_ == picture && angle_ == angle) return;
+  upright_ = picture;
+  picture_ = turned;
+  angle_ = angle;
   Tell();
 }
 
@@ -32,6 +44,12 @@ void Preview::SetFrame(const PreviewFrame& shown) { SetPictureFrame(Scaled(shown
 void Preview::SetPictureFrame(const PreviewFrame& frame) {
   if (frame_ == frame) return;
   frame_ = frame;
+  Tell();
+}
+
+void Preview::SetBoard(const PreviewBoard& board) {
+  if (board_ == board) return;
+  board_ = board;
   Tell();
 }
 

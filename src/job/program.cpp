@@ -9,8 +9,8 @@
 #include "base/rounding.h"
 #include "formats/tools/processes.h"
 #include "formats/tools/twins.h"
+#include "job/cut_outlook.h"
 #include "job/file_intake.h"
-#include "job/geometry.h"
 #include "job/normal_cut.h"
 
 namespace quillon::job {
@@ -93,13 +93,11 @@ void Program::AskMissingResource() {
 void Program::ShowInPreview(const std::string& path) {
   imaging::ImageFacts facts;
   if (path.empty() || !images.ImageInfo(path, facts)) return;
-  base::Size size{facts.width, facts.height};
+  const base::Size size{facts.width, facts.height};
   if (size.Empty()) return;
-  if (flags.AdvancedOptionsLoaded && fBaseOpt.ChZoomAndCut.On()) {
-    size = ZoomedSize(fBaseOpt.CmbZoom.Text(), size, ZoomTime::BeforeCut).value_or(size);
-  }
   flags.CurrentImagePath = path;
-  ShowPicture(PreviewSource(path, {facts.width, facts.height}), size);
+  previewFollows_ = true;
+  Present(PreviewSource(path, size), size);
 }
 
 // With ChLarge, what is larger than a preview may be is reduced beside the program, at most to that.
@@ -117,10 +115,24 @@ std::string Program::PreviewSource(const std::string& path, base::Size size) {
 }
 
 void Program::ShowPicture(const std::string& path, base::Size size) {
-  flags.PreviewImageWidth = size.width;
-  flags.PreviewImageHeight = size.height;
+  previewFollows_ = false;
+  Present(path, size);
+}
+
+void Program::Present(const std::string& path, base::Size size) {
   fCutPre.preview.ShowPicture(path, size);
   if (manualFrame) manualFrame->Shown();
+  ShowAsCut();
+}
+
+void Program::ShowAsCut() {
+  Preview& preview = fCutPre.preview;
+  if (previewFollows_) {
+    const CutShape shape = ShapeBeforeCut(*this, preview.Original());
+    preview.Reshape(shape.size, shape.angle);
+  }
+  flags.PreviewImageWidth = preview.Picture().width;
+  flags.PreviewImageHeight = preview.Picture().height;
   form1.ShowMarginLimits();
   form1.ShowFrame();
 }

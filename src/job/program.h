@@ -29,7 +29,6 @@ class NormalCut;
 // missing-resource question and stays off.
 struct Engines {
   bool edgeRemoval = false;  // ChClsWhite, ChClsBlack
-  bool splitting = false;    // ChSplit
 };
 
 // The whole program without a window system: all window records, the flags, and what the menus start.
@@ -85,8 +84,12 @@ class Program {
   NormalCut& Normal() { return *normalCut_; }
   // Shows a picture in the preview; a picture that cannot be measured is passed over.
   void ShowInPreview(const std::string& path);
-  // Shows the picture in the file at path, which may be reduced, as one of that size; its frame follows the parameters.
+  // Shows the picture in the file at path, which may be reduced, as one of that size; its frame follows the parameters,
+  // its shape no option.
   void ShowPicture(const std::string& path, base::Size size);
+  // Puts the picture of ShowInPreview to the size and angle at which it will be cut, and the frame and the border over
+  // any.
+  void ShowAsCut();
   // Writes \Canvas.bmp, a white picture of 50 x 50.
   void WriteCanvas();
   // Shows the window of that name and answers true, or false where the program has none.
@@ -111,6 +114,9 @@ class Program {
   void ReadFolders();
   std::string PreviewSource(const std::string& path, base::Size size);
 
+  void Present(const std::string& path, base::Size size);
+
+  bool previewFollows_ = false;  // the picture on show takes the shape of its cut
   std::unique_ptr<FileIntake> intake_;
   std::unique_ptr<NormalCut> normalCut_;
   bool ended_ = false;

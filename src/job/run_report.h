@@ -4,6 +4,7 @@
 
 #include <cstddef>
 #include <string>
+#include <vector>
 
 namespace quillon::job {
 
@@ -15,7 +16,8 @@ struct FileResult {
   std::string source;
   std::string output;  // "" when none was written
   Result result = Result::None;
-  std::string why;  // one Chinese sentence, "" when written
+  std::string why;                     // one Chinese sentence, "" when written
+  std::vector<std::string> more = {};  // further outputs, where one source gives several
 };
 
 // Sums of a run: planned = written + none + skipped. Files that a stopped run did not reach are skipped.

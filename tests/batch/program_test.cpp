@@ -99,7 +99,7 @@ TEST_F(ProgramTest, ExitsWithTwoOnWrongArguments) {
   EXPECT_TRUE(folder.Names("out").empty());
   const Ran refused = Run({"--set", "TQuality=50"});
   EXPECT_EQ(refused.exit, 2);
-  EXPECT_EQ(refused.err, "quillon-batch: --set TQuality=50：Form1.TQuality 当前不可用\n");
+  EXPECT_EQ(refused.err, "quillon-batch: --set TQuality=50：Form1.TQuality 当前不可用：请先启用“压缩”\n");
 }
 
 TEST_F(ProgramTest, ARefusalLeavesWhatWasDoneBefore) {

@@ -39,7 +39,7 @@ TEST(Runner, ADisabledControlRefuses) {
   const Outcome outcome =
       world.Perform({World::Set("TQuality", "50"), World::Set("ChJpgComp", "1"), World::Print("ChJpgComp")});
   EXPECT_EQ(outcome.exit, Exit::WrongArguments);
-  EXPECT_THAT(outcome.notes, ElementsAre("--set TQuality=50：Form1.TQuality 当前不可用"));
+  EXPECT_THAT(outcome.notes, ElementsAre("--set TQuality=50：Form1.TQuality 当前不可用：请先启用“压缩”"));
   EXPECT_TRUE(world.Printed().empty());
   EXPECT_FALSE(world.program.form1.ChJpgComp.On());
 }
@@ -83,7 +83,7 @@ TEST(Runner, OnlyButtonsMenusAndTheListCanBeClicked) {
   EXPECT_THAT(world.Perform({World::Click("ChOver")}).notes,
               ElementsAre("--click ChOver：Form1.ChOver 不是按钮或菜单项"));
   EXPECT_THAT(world.Perform({World::Click("MenuGifCut")}).notes,
-              ElementsAre("--click MenuGifCut：Form1.MenuGifCut 当前不可用"));
+              ElementsAre("--click MenuGifCut：Form1.MenuGifCut 当前不可用：请先把裁剪模式选为“1-动态Gif裁剪”"));
 }
 
 TEST(Runner, AnAnswerThatCanBeNothingIsRefused) {

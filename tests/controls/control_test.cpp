@@ -136,6 +136,33 @@ TEST(UserEdit, IsRefusedWhileDisabledOrHiddenThoughTheProgramMayStillSet) {
   EXPECT_TRUE(sheet.box.On());
 }
 
+TEST(Control, TellsWhyItCannotBeUsed) {
+  Sheet sheet;
+  EXPECT_EQ(sheet.box.WhyDisabled(), "");
+  sheet.group.SetEnabled(false, "外面");
+  EXPECT_EQ(sheet.box.WhyDisabled(), "外面");
+  EXPECT_EQ(sheet.box.UserEdit("1").refusal, "Form1.ChBox 当前不可用：外面");
+  sheet.inner.SetEnabled(false, "里面");
+  EXPECT_EQ(sheet.box.WhyDisabled(), "里面");
+  sheet.box.SetEnabled(false);
+  EXPECT_EQ(sheet.box.WhyDisabled(), "");
+  sheet.box.SetEnabled(true, "不算");
+  sheet.inner.SetEnabled(true);
+  sheet.group.SetEnabled(true);
+  EXPECT_EQ(sheet.box.WhyDisabled(), "");
+}
+
+TEST(Control, ANewReasonIsAChangeOfLook) {
+  Sheet sheet;
+  Probe probe(sheet);
+  sheet.box.SetEnabled(false, "甲");
+  sheet.box.SetEnabled(false, "甲");
+  EXPECT_EQ(probe.Take(), (Notes{"look ChBox"}));
+  sheet.box.SetEnabled(false, "乙");
+  EXPECT_EQ(probe.Take(), (Notes{"look ChBox"}));
+  EXPECT_EQ(sheet.box.WhyDisabled(), "乙");
+}
+
 TEST(UserEdit, RunsTheHandlerOnceAndOnlyWhenTheValueChanged) {
   Sheet sheet;
   Probe probe(sheet);

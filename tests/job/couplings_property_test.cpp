@@ -103,9 +103,6 @@ class RandomUserTest : public StartedTest, public ::testing::WithParamInterface<
     if (!program.engines.edgeRemoval) {
       EXPECT_FALSE(options.ChClsWhite.On() || options.ChClsBlack.On());
     }
-    if (!program.engines.splitting) {
-      EXPECT_FALSE(options.ChSplit.On());
-    }
     EXPECT_FALSE(form.ChLarge.On());
     EXPECT_FALSE(options.ChMulCut.On());
   }
@@ -122,7 +119,7 @@ TEST_P(RandomUserTest, FindsNoWayPastTheRules) {
     program.manualFrame = &manualFrame;
     program.sheets = &sheets;
     program.outputTools = &tools;
-    program.engines.edgeRemoval = program.engines.splitting = true;
+    program.engines.edgeRemoval = true;
     WriteApp("ColorConfigs/Default.icm");
     WriteApp("CutMedia.dll");
     WriteApp("Aspose.pdf.dll");

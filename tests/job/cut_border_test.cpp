@@ -177,6 +177,26 @@ TEST_F(CutBorderTest, ABorderThatFailsLeavesNothing) {
   EXPECT_FALSE(Why(1).empty());
 }
 
+TEST_F(CutBorderTest, ACanvasBeyondEveryLimitIsTold) {
+  const std::string path = Make("a.png", Painted(60, 40, Slope), 254);
+  struct Case {
+    double left;
+    double bottom;
+    const char* canvas;
+  };
+  // What an int cannot hold ends at its highest.
+  for (const Case& c :
+       {Case{60000, 0, "600059x40"}, Case{40000, 40000, "400059x400039"}, Case{1e15, 1e15, "2147483647x2147483647"}}) {
+    Board(0, 0, 0, 0);
+    options.TBoard[0].SetNumber(c.left);
+    options.TBoard[3].SetNumber(c.bottom);
+    program.files.Clear();
+    Cut({path});
+    EXPECT_EQ(Why(1), std::string("加上边框后的画布为 ") + c.canvas + " 像素，超过上限：图片尺寸超出允许的范围");
+    EXPECT_TRUE(OutNames().empty());
+  }
+}
+
 TEST_F(CutBorderTest, NoWorkFilesStayBehind) {
   Board(1, 1, 1, 1);
   Cut({Make("a.png", Painted(60, 40, Slope), 254)});

@@ -86,6 +86,29 @@ TEST_F(CutEffectsTest, RotationRules) {
   }
 }
 
+TEST_F(CutEffectsTest, RotatingBeforeTheCutTurnsByTheAngle) {
+  Option("ChRotateCut", "1");
+  for (const double angle : {90.0, -90.0, 0.0}) {
+    Put("FBaseOpt.TAngle", angle > 0 ? "90" : angle < 0 ? "-90" : "0");
+    for (const base::Size size : {base::Size{50, 20}, base::Size{20, 20}, base::Size{20, 50}}) {
+      program.files.Clear();
+      Cut({Make("a.png", size.width, size.height)});
+      ASSERT_EQ(Totals().written, 1u) << Whys();
+      EXPECT_EQ(Difference(Read(Out("a.png")), Turned(size.width, size.height, angle)), 0) << angle;
+    }
+  }
+}
+
+TEST_F(CutEffectsTest, RotatedBeforeTheCutAndTurnedBackBehindIt) {
+  Option("ChRotateCut", "1");
+  Put("FBaseOpt.TAngle", "90");
+  Put("FBaseOpt.ChRecover", "1");
+  Margins(10, 20, 0, 0);
+  Cut({Make("a.png", 50, 20)});
+  ASSERT_EQ(Totals().written, 1u) << Whys();
+  EXPECT_EQ(Difference(Read(Out("a.png")), Painted(40, 18, [](int x, int y) { return Slope(x, y + 2); })), 0);
+}
+
 TEST_F(CutEffectsTest, AnyAngleGrowsTheCanvasOnWhite) {
   Option("CmbRotate", "5");
   options.TAngle.SetText("45");

@@ -78,11 +78,22 @@ std::string PsdBytes(int width, int height, Pixel pixel) {
 
 class CutFinishTest : public CutTest {
  protected:
+  // The profiles of a conversion, as the system has them.
+  void GiveProfiles() {
+    for (const auto& [from, to] : {std::pair("srgb.icc", "sRGB.icc"), std::pair("default_cmyk.icc", "Default.icm")}) {
+      WriteApp(std::string("ColorConfigs/") + to, "");
+      std::filesystem::copy_file(std::string("/usr/share/color/icc/ghostscript/") + from,
+                                 program.AppPath(std::string("ColorConfigs/") + to),
+                                 std::filesystem::copy_options::overwrite_existing);
+    }
+  }
+
   Tools tools;
   Frame frame{program};
 };
 
 TEST_F(CutFinishTest, CmykComesBeforeTheDelivery) {
+  GiveProfiles();
   program.outputTools = &tools;
   flags.ToCmyk = true;
   Cut({Make("a.jpg")});
@@ -93,6 +104,32 @@ TEST_F(CutFinishTest, CmykComesBeforeTheDelivery) {
   Cut({Make("b.jpg")});
   EXPECT_EQ(Why(1), "没有配置文件");
   EXPECT_EQ(OutNames(), std::vector<std::string>{"a.jpg"});
+}
+
+TEST_F(CutFinishTest, CmykWithoutUsableProfilesIsTold) {
+  program.outputTools = &tools;
+  flags.ToCmyk = true;
+  const std::string path = Make("a.jpg");
+  const auto why = [&] {
+    program.files.Clear();
+    Cut({path});
+    EXPECT_TRUE(tools.cmyk.empty());
+    EXPECT_TRUE(OutNames().empty());
+    return Why(1);
+  };
+  EXPECT_EQ(why(), "无法转CMYK，ColorConfigs/sRGB.icc：找不到颜色配置文件");
+  GiveProfiles();
+  std::filesystem::remove(program.AppPath("ColorConfigs/Default.icm"));
+  EXPECT_EQ(why(), "无法转CMYK，ColorConfigs/Default.icm：找不到颜色配置文件");
+  const std::string cmyk = world.folder.Read("app/ColorConfigs/sRGB.icc");
+  for (const std::string& broken : {std::string(), std::string("no profile"), cmyk, cmyk.substr(0, 200)}) {
+    WriteApp("ColorConfigs/Default.icm", broken);
+    EXPECT_EQ(why(), "无法转CMYK，ColorConfigs/Default.icm：不是可用的颜色配置文件") << broken.size();
+  }
+  GiveProfiles();
+  const std::string whole = world.folder.Read("app/ColorConfigs/Default.icm");
+  WriteApp("ColorConfigs/Default.icm", whole.substr(0, whole.size() / 3));
+  EXPECT_EQ(why(), "无法转CMYK，ColorConfigs/Default.icm：不是可用的颜色配置文件");
 }
 
 TEST_F(CutFinishTest, ExifComesFromTheSource) {

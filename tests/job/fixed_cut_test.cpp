@@ -299,6 +299,25 @@ TEST_F(FixedCutTest, EntryTwoHasNoBorder) {
   EXPECT_EQ(Board(), "0 0 0 0");
 }
 
+TEST_F(FixedCutTest, EntryTwoHasNoBorderThatCouldStandAlone) {
+  GiveCollaborators();
+  Put("FBaseOpt.ChFrmOnly", "1");
+  Select(2);
+  EXPECT_EQ(Value("FBaseOpt.ChFrmOnly"), "0");
+  EXPECT_FALSE(Enabled("FBaseOpt.ChFrmOnly"));
+}
+
+TEST_F(FixedCutTest, LeavingTheStudioFreesTheFrameOnlyBoxWhereThereIsABorder) {
+  GiveCollaborators();
+  Select(1);
+  Select(6);
+  EXPECT_TRUE(Enabled("FBaseOpt.ChFrmOnly"));
+  Select(2);
+  Select(6);
+  EXPECT_FALSE(Enabled("FBaseOpt.ChFrmOnly"));
+  EXPECT_EQ(options.ChFrmOnly.WhyDisabled(), "请先启用“裁剪后加边框”");
+}
+
 TEST_F(FixedCutTest, EntryThreeIsWideBelow) {
   GiveCollaborators();
   Select(3);

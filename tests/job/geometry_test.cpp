@@ -329,6 +329,25 @@ TEST(ExtendedSize, PutsTheBorderOnTheRightOrTheBottom) {
   EXPECT_EQ(ExtendedSize(Extend::Bottom, 10000, 20000, board), (Size{24020, 10301}));
 }
 
+TEST(ZoomText, IsAPercentageOrTwoNumbers) {
+  for (const char* text : {"50%", "50", "99.5 %", "0%", "501%", "-5", "800,600", "0,99999", " 800 , 600 ", "５０％",
+                           "８００，６００", "50%,60"}) {
+    EXPECT_TRUE(IsZoomText(text)) << text;
+  }
+  for (const char* text : {"", "%", ",", "10,", ",10", "abc", "abc%", "10,b", "10,20,30", "1e999", "NaN", "nan,5"}) {
+    EXPECT_FALSE(IsZoomText(text)) << text;
+  }
+}
+
+TEST(ResolutionOfBoard, IsTheOutputsWithAFixedCutAndElseTheSources) {
+  EXPECT_EQ(ResolutionOfBoard(true, 300, 72, 96), (BoardResolution{300, 1}));
+  EXPECT_EQ(ResolutionOfBoard(true, 0, 72, 96), (BoardResolution{96, 1}));
+  EXPECT_EQ(ResolutionOfBoard(false, 300, 75, 96), (BoardResolution{75, 4}));
+  EXPECT_EQ(ResolutionOfBoard(false, 300, 0, 100), (BoardResolution{100, 3}));
+  EXPECT_EQ(ResolutionOfBoard(false, 0, 254, 96), (BoardResolution{254, 1}));
+  EXPECT_EQ(ResolutionOfBoard(false, 300, 0, 0), (BoardResolution{0, 1}));
+}
+
 struct ZoomCase {
   const char* text;
   Size picture;
@@ -358,6 +377,13 @@ TEST(ZoomedSize, ReadsPercentAndSizes) {
       {"-5,0", {1000, 600}, same({32, 32}), same({32, 32})},
       {"800,", {1000, 600}, same({800, 32}), same({800, 32})},
       {"50%,60", {1000, 600}, same({500, 300}), same({500, 300})},
+      {"%", {1000, 600}, {}, {}},
+      {"0%", {1000, 600}, {}, {}},
+      {",", {1000, 600}, same({32, 32}), same({32, 32})},
+      {"99999,99999", {1000, 600}, same({30000, 30000}), same({30000, 99999})},
+      {"99999,99999999999", {1000, 600}, same({30000, 30000}), same({30000, 2147483647})},
+      {"５０％", {1000, 600}, same({500, 300}), same({500, 300})},
+      {"８００，６００", {1000, 600}, same({800, 600}), same({800, 600})},
   };
   for (const ZoomCase& c : cases) {
     EXPECT_EQ(ZoomedSize(c.text, c.picture, ZoomTime::BeforeCut), c.before) << c.text;

@@ -251,6 +251,20 @@ TEST_F(IntakeTest, SmallPicturesAreLeftOut) {
   EXPECT_EQ(program.files.RowCount(), 2u);
 }
 
+TEST_F(IntakeTest, AFilterThatLetsNothingThroughIsTold) {
+  options.Load();
+  Put("FBaseOpt.ChFilter", "1");
+  Put("FBaseOpt.TSmalS(0)", "100000");
+  program.Intake().Admit({Make("a.bmp", 40, 30), Make("b.bmp", 50, 60)});
+  EXPECT_EQ(program.files.RowCount(), 0u);
+  EXPECT_THAT(form.LStatus.Value(), ::testing::EndsWith("  过滤小图片：2 张不足 100000x100 像素，未加入"));
+  Put("FBaseOpt.TSmalS(0)", "0");
+  Put("FBaseOpt.TSmalS(1)", "0");
+  program.Intake().Admit({Make("a.bmp", 40, 30)});
+  EXPECT_EQ(program.files.RowCount(), 1u);
+  EXPECT_THAT(form.LStatus.Value(), ::testing::Not(::testing::HasSubstr("过滤")));
+}
+
 TEST_F(IntakeTest, PagedModesAskForTheirEngine) {
   const std::string gif = Make("a.gif");
   for (const int mode : {1, 3, 5}) {

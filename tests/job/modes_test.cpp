@@ -71,6 +71,24 @@ TEST_F(ModesTest, ModesWithoutTheirResourceAskAndAreLeft) {
   }
 }
 
+TEST_F(ModesTest, TheModeIsLeftBehindTheQuestion) {
+  std::string asked;
+  world.boxes.OnShow([&](const host::Box&) { asked = Value("CmbCutMode"); });
+  Put("CmbCutMode", "3");
+  EXPECT_EQ(asked, "3");
+  EXPECT_EQ(Value("CmbCutMode"), "0");
+  world.boxes.OnShow([&](const host::Box&) { asked = Value("CmbCutStyle"); });
+  Put("CmbCutStyle", "2");
+  EXPECT_EQ(asked, "2");
+  EXPECT_EQ(Value("CmbCutStyle"), "0");
+}
+
+TEST_F(ModesTest, ChoosingAModeFreesTheUnit) {
+  form.ChCutA.SetEnabled(false);
+  Put("CmbCutMode", "2");
+  EXPECT_TRUE(Enabled("ChCutA"));
+}
+
 TEST_F(ModesTest, EachModeLooksForItsOwnResource) {
   WriteApp("CutMedia.dll");
   Put("CmbCutMode", "1");
@@ -148,7 +166,6 @@ TEST_F(ModesTest, ModesPutSheetsAndLargeCapacityOff) {
 
 TEST_F(ModesTest, ModesWithPagesPutRegionsAndSplittingOff) {
   GiveResources();
-  program.engines.splitting = true;
   controls::Window regions("FMultCut", "");
   program.windows.Add(regions);
   for (const int mode : {1, 2, 3, 4, 5}) {

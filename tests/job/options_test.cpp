@@ -37,11 +37,12 @@ TEST_F(OptionsTest, FrameOnlyShowsItsNoteOnce) {
 }
 
 TEST_F(OptionsTest, FrameOnlyClearsAndLocksAllProcessing) {
-  program.engines.edgeRemoval = program.engines.splitting = true;
+  program.engines.edgeRemoval = true;
   controls::Window regions("FMultCut", "");
   program.windows.Add(regions);
-  const char* boxes[] = {"ChKeepExif", "ChMamal", "ChMulCut",    "ChSplit",     "ChClsBlack",
-                         "ChInvert",   "ChToWB",  "ChRotateCut", "ChCutAndZoom"};
+  const char* boxes[] = {"ChKeepExif", "ChMamal", "ChMulCut",    "ChSplit",      "ChClsBlack",
+                         "ChInvert",   "ChToWB",  "ChRotateCut", "ChCutAndZoom", "ChToCMYK"};
+  WriteApp("ColorConfigs/Default.icm");
   for (const char* name : boxes) PutOption(name, "1");
   Put("ChFixCut", "1");
   ASSERT_EQ(Option("ChKeepCut"), "1");
@@ -50,13 +51,13 @@ TEST_F(OptionsTest, FrameOnlyClearsAndLocksAllProcessing) {
   EXPECT_FALSE(Enabled("ChFixCut"));
   const char* locked[] = {"ChKeepExif", "ChMamal", "ChMulCut",    "ChKeepCut",    "ChClsBlack",
                           "ChClsWhite", "ChSplit", "ChRotateCut", "ChZoomAndCut", "ChCutAndZoom",
-                          "ChToGray",   "ChToWB",  "ChInvert",    "ChRecover"};
+                          "ChToGray",   "ChToWB",  "ChInvert",    "ChRecover",    "ChToCMYK"};
   for (const char* name : locked) {
     EXPECT_EQ(Option(name), "0") << name;
     EXPECT_FALSE(OptionEnabled(name)) << name;
   }
   EXPECT_FALSE(OptionEnabled("CmbRotate"));
-  EXPECT_FALSE(flags.KeepExif || flags.ManualCutMode || flags.CutThenZoom || flags.ToBlackWhite);
+  EXPECT_FALSE(flags.KeepExif || flags.ManualCutMode || flags.CutThenZoom || flags.ToBlackWhite || flags.ToCmyk);
   EXPECT_EQ(Option("ChFrmOnly"), "1");
   EXPECT_TRUE(OptionEnabled("ChFrmOnly"));
   PutOption("ChFrmOnly", "0");
@@ -164,6 +165,59 @@ TEST_F(OptionsTest, TheAngleStaysWithinItsLimits) {
   }
 }
 
+TEST_F(OptionsTest, TextsThatAreNoAngleAreRefused) {
+  PutOption("CmbRotate", "5");
+  PutOption("TAngle", "7.3");
+  for (const char* text : {"", "-", "NaN", "inf", "7,3", "abc"}) {
+    const controls::EditResult result = options.TAngle.UserEdit(text);
+    EXPECT_EQ(result.refusal, "FBaseOpt.TAngle 只接受数字") << text;
+    EXPECT_EQ(Option("TAngle"), "7.3") << text;
+  }
+  PutOption("TAngle", "1e9");
+  EXPECT_EQ(Option("TAngle"), "180");
+  PutOption("TAngle", "－４５．５");
+  EXPECT_EQ(Option("TAngle"), "-45.5");
+}
+
+TEST_F(OptionsTest, TextsThatAreNoZoomArePutBack) {
+  for (const char* text : {"%", ",", "10,", "", "abc", "NaN"}) {
+    PutOption("CmbZoom", "50%");
+    const int beeps = world.boxes.Beeps();
+    PutOption("CmbZoom", text);
+    EXPECT_EQ(options.CmbZoom.Text(), "100%") << text;
+    EXPECT_EQ(world.boxes.Beeps(), beeps + 1) << text;
+  }
+  const int beeps = world.boxes.Beeps();
+  for (const char* text : {"0%", "9%", "99999,99999", "８００，６００"}) {
+    PutOption("CmbZoom", text);
+    EXPECT_EQ(options.CmbZoom.Text(), text);
+  }
+  EXPECT_EQ(world.boxes.Beeps(), beeps);
+}
+
+TEST_F(OptionsTest, ThresholdsAndCountsStayWithinTheirLimits) {
+  for (const char* name : {"TSmalS(0)", "TSmalS(1)"}) {
+    for (const char* text : {"0", "100000"}) {
+      PutOption(name, text);
+      EXPECT_EQ(Option(name), text);
+    }
+    PutOption(name, "-1");
+    EXPECT_EQ(Option(name), "100");
+  }
+  options.TSmalS[4].SetEnabled(true);
+  options.TSmalS[5].SetEnabled(true);
+  for (const char* name : {"TSmalS(4)", "TSmalS(5)"}) {
+    PutOption(name, "1000");
+    EXPECT_EQ(Option(name), "1000");
+    for (const char* text : {"0", "-3", "1001"}) {
+      PutOption(name, "3");
+      PutOption(name, text);
+      EXPECT_EQ(Option(name), "2") << text;
+    }
+  }
+  EXPECT_EQ(world.boxes.Beeps(), 8);
+}
+
 TEST_F(OptionsTest, RegionsNeedTheirWindow) {
   PutOption("ChMulCut", "1");
   EXPECT_EQ(Option("ChMulCut"), "0");
@@ -184,7 +238,6 @@ TEST_F(OptionsTest, RegionsAndSplittingArePutBackInModesWithPages) {
   WriteApp("Aspose.pdf.dll");
   controls::Window regions("FMultCut", "");
   program.windows.Add(regions);
-  program.engines.splitting = true;
   for (const int mode : {1, 3, 5}) {
     Put("CmbCutMode", std::to_string(mode));
     PutOption("ChMulCut", "1");
@@ -196,11 +249,7 @@ TEST_F(OptionsTest, RegionsAndSplittingArePutBackInModesWithPages) {
   EXPECT_EQ(Questions(), 0);
 }
 
-TEST_F(OptionsTest, SplittingNeedsItsEngineAndFreesItsCounts) {
-  PutOption("ChSplit", "1");
-  EXPECT_EQ(Option("ChSplit"), "0");
-  EXPECT_EQ(Questions(), 1);
-  program.engines.splitting = true;
+TEST_F(OptionsTest, SplittingFreesItsCounts) {
   PutOption("ChSplit", "1");
   EXPECT_TRUE(OptionEnabled("TSmalS(4)"));
   EXPECT_TRUE(OptionEnabled("TSmalS(5)"));
@@ -226,6 +275,7 @@ TEST_F(OptionsTest, CmykNeedsToolsAndProfiles) {
   EXPECT_EQ(Option("ChToCMYK"), "0");
   EXPECT_FALSE(flags.ToCmyk);
   EXPECT_EQ(Questions(), 0);
+  EXPECT_EQ(world.boxes.Count("找不到颜色配置文件夹 ColorConfigs，不能转CMYK！"), 1);
   WriteApp("ColorConfigs/Default.icm");
   PutOption("ChToCMYK", "1");
   EXPECT_EQ(Option("ChToCMYK"), "1");

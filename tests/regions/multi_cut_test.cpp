@@ -310,7 +310,6 @@ class LargeMultiCutTest : public MultiCutTest {
  protected:
   void SetUp() override {
     MultiCutTest::SetUp();
-    program.engines.largeCapacity = true;
     flags.LargeCapacityMode = true;
     Regions("D\r\n0\t0\t50\t50\r\n50\t50\t0\t0\r\n");
     Make("a.bmp", 40, 30);

@@ -6,6 +6,7 @@
 #include <QLabel>
 #include <QTableView>
 
+#include "ui/bind/binding.h"
 #include "ui/bind/fold_group.h"
 #include "user_hand.h"
 
@@ -96,6 +97,20 @@ TEST_F(EveryControl, FollowsEnabledAndVisible) {
   }
 }
 
+TEST_F(EveryControl, TellsWhyItCannotBeUsedAboveItsTooltip) {
+  Control& quality = ui_.program.form1.TQuality;
+  auto* widget = ui_.Find<QWidget>(quality);
+  EXPECT_EQ(widget->toolTip(), QStringLiteral("请先启用“压缩”\n") + Shown(quality.Tooltip()));
+  ui_.program.form1.ChJpgComp.Set(true);
+  EXPECT_EQ(widget->toolTip(), Shown(quality.Tooltip()));
+  EXPECT_EQ(ui_.Find<QAction>(ui_.program.form1.MenuGifCut)->toolTip(),
+            QStringLiteral("请先把裁剪模式选为“1-动态Gif裁剪”"));
+  ui_.program.form1.BeginRun();
+  EXPECT_EQ(ui_.Find<QWidget>(ui_.program.form1.ChOver)->toolTip(), QStringLiteral("正在处理，请等待处理完毕或先终止"));
+  ui_.program.form1.EndRun();
+  EXPECT_EQ(ui_.Find<QWidget>(ui_.program.form1.ChOver)->toolTip(), QString());
+}
+
 TEST_F(EveryControl, FollowsCaptionAndTooltip) {
   for (Control* control : Controls()) {
     control->SetTooltip("提示 " + control->Name());
@@ -103,9 +118,9 @@ TEST_F(EveryControl, FollowsCaptionAndTooltip) {
     auto* widget = ui_.Find<QWidget>(*control);
     const bool path = control->GetKind() == Kind::Label && static_cast<controls::Label*>(control)->IsEditable();
     if (action) {
-      EXPECT_EQ(action->toolTip(), Shown(control->Tooltip()));
+      EXPECT_EQ(action->toolTip(), TooltipOf(*control));
     } else if (!dynamic_cast<FoldGroup*>(widget) && !path) {
-      EXPECT_EQ(widget->toolTip(), Shown(control->Tooltip())) << control->FullName();
+      EXPECT_EQ(widget->toolTip(), TooltipOf(*control)) << control->FullName();
     }
     if (control->GetKind() == Kind::CheckBox) {
       control->SetCaption("新标题 & 更多");

@@ -60,6 +60,49 @@ TEST_F(CanvasTest, DimsWhatIsCutOff) {
   EXPECT_EQ(shot.pixelColor(58 + 75, 30), QColor(Qt::white));
 }
 
+TEST_F(CanvasTest, TurnsThePictureCounterClockwiseOnWhite) {
+  QImage halves(40, 40, QImage::Format_RGB32);
+  halves.fill(Qt::red);
+  for (int y = 0; y < 20; ++y) {
+    for (int x = 0; x < 40; ++x) halves.setPixelColor(x, y, Qt::blue);
+  }
+  canvas_.SetPicture(halves);
+  preview_.SetFrame({0, 0, 400, 400});
+  preview_.Reshape({400, 400}, 90);
+  const QImage quarter = canvas_.grab().toImage();
+  EXPECT_EQ(quarter.pixelColor(58 + 20, 58), QColor(Qt::blue));  // the top is on the left now
+  EXPECT_EQ(quarter.pixelColor(58 + 80, 58), QColor(Qt::red));
+  preview_.Reshape({400, 400}, 45);
+  preview_.SetFrame({0, 0, 566, 566});
+  EXPECT_EQ(canvas_.PictureRect(), QRectF(58, 8, 100, 100));
+  const QImage eighth = canvas_.grab().toImage();
+  EXPECT_EQ(eighth.pixelColor(58 + 5, 8 + 90), QColor(Qt::white));  // below left of the turned square
+  EXPECT_EQ(eighth.pixelColor(58 + 20, 50), QColor(Qt::blue));
+  EXPECT_EQ(eighth.pixelColor(58 + 80, 60), QColor(Qt::red));
+}
+
+TEST_F(CanvasTest, TheBorderHasRoomAndColour) {
+  QImage white(50, 50, QImage::Format_RGB32);
+  white.fill(Qt::white);
+  canvas_.SetPicture(white);
+  preview_.SetFrame({0, 0, 400, 400});
+  preview_.SetBoard({400, 200, 0, 200, base::Colour{0x0000FF}});
+  // 800 x 800 pixels with the border, an eighth of them shown.
+  EXPECT_EQ(canvas_.PictureRect(), QRectF(58 + 50, 8 + 25, 50, 50));
+  const QImage shot = canvas_.grab().toImage();
+  EXPECT_EQ(shot.pixelColor(58 + 25, 58), QColor(Qt::red));
+  EXPECT_EQ(shot.pixelColor(58 + 75, 8 + 12), QColor(Qt::red));
+  EXPECT_EQ(shot.pixelColor(58 + 75, 8 + 90), QColor(Qt::red));
+}
+
+TEST_F(CanvasTest, AnEndlessBorderLeavesThePictureToBeSeen) {
+  Show();
+  preview_.SetFrame({0, 0, 400, 400});
+  preview_.SetBoard({1e15, 1e15, 1e15, 1e15});
+  EXPECT_GT(canvas_.PictureRect().width(), 10);
+  EXPECT_FALSE(canvas_.grab().isNull());
+}
+
 TEST(FrameOutline, FollowsTheShape) {
   const QRectF frame(10, 10, 100, 50);
   const QPointF corner(11, 11);

@@ -64,8 +64,16 @@ void Binder::OnChange(controls::Control& control, controls::Aspect aspect) {
   }
 }
 
+QString TooltipOf(const controls::Control& control) {
+  QStringList lines;
+  for (const std::string& line : {control.WhyDisabled(), control.Tooltip()}) {
+    if (!line.empty()) lines << Shown(line);
+  }
+  return lines.join(u'\n');
+}
+
 void ShowCommon(const controls::Control& control, QWidget& widget) {
-  widget.setToolTip(Shown(control.Tooltip()));
+  widget.setToolTip(TooltipOf(control));
   widget.setEnabled(control.Enabled());
   ShowVisible(control, widget);
 }

@@ -32,6 +32,9 @@ class Binding : public QObject {
   Binder& binder_;
 };
 
+// What a control says to the mouse: why it cannot be used, if it cannot, above its own tooltip.
+QString TooltipOf(const controls::Control& control);
+
 // Tooltip, enabled and visible state of a control, put on its widget. A widget that is not laid out yet is not shown,
 // since without a parent it would come up as a window.
 void ShowCommon(const controls::Control& control, QWidget& widget);

@@ -20,8 +20,9 @@ class ActionBinding : public Binding {
 
   void ShowLook() override {
     action_->setText(Shown(Control().Caption()));
-    if (!Control().Tooltip().empty()) action_->setToolTip(Shown(Control().Tooltip()));
-    action_->setStatusTip(Shown(Control().Tooltip()));
+    const QString tip = TooltipOf(Control());
+    action_->setToolTip(tip);
+    action_->setStatusTip(tip);
     action_->setEnabled(Control().Enabled());
     action_->setVisible(Control().Visible());
   }

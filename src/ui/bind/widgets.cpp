@@ -81,6 +81,7 @@ class BuddyBinding : public Binding {
     const QString words = text_.isEmpty() ? Shown(Control().Caption()) : text_;
     label_->setText(words);
     label_->setEnabled(Control().Enabled());
+    label_->setToolTip(TooltipOf(Control()));
     ShowVisible(Control(), *label_);
     if (buddy_) buddy_->setAccessibleName(words);
   }

@@ -34,6 +34,20 @@ void PaintCorners(QPainter& painter, const QRectF& frame) {
   }
 }
 
+// With a line around it, so that it is seen on a ground of its own colour.
+void PaintBoard(QPainter& painter, const FrameLook& look) {
+  if (look.board.isNull()) return;
+  const QRectF outside = look.frame.marginsAdded(look.board);
+  QPainterPath band;
+  band.addRect(outside);
+  QPainterPath inside;
+  inside.addRect(look.frame);
+  painter.fillPath(band.subtracted(inside), look.boardColour);
+  painter.setBrush(Qt::NoBrush);
+  painter.setPen(QPen(kUnderline, 1));
+  painter.drawRect(outside);
+}
+
 void PaintThirds(QPainter& painter, const QRectF& frame) {
   painter.setPen(QPen(QColor(255, 255, 255, 70), 1));
   for (const double part : {1.0 / 3, 2.0 / 3}) {
@@ -105,6 +119,7 @@ void PaintFrame(QPainter& painter, const FrameLook& look) {
   QPainterPath shade;
   shade.addRect(look.picture);
   painter.fillPath(shade.subtracted(outline), kShade);
+  PaintBoard(painter, look);
 
   const bool square = look.shape < 2;
   if (square) PaintThirds(painter, look.frame);

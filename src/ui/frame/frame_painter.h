@@ -2,6 +2,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include <QColor>
+#include <QMarginsF>
 #include <QPainterPath>
 #include <QRectF>
 #include <QString>
@@ -24,9 +26,11 @@ struct FrameLook {
   bool handles = false;  // it can be taken hold of
   bool second = false;   // the other of its two looks
   QRectF visible;        // what of the picture can be seen
+  QMarginsF board;       // the border around it
+  QColor boardColour;
 };
 
-// Dims what is cut off, and draws the frame with its size.
+// Dims what is cut off, and draws the frame with its size and border.
 void PaintFrame(QPainter& painter, const FrameLook& look);
 
 struct RegionLook {

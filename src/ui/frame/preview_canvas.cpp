@@ -30,7 +30,7 @@ PreviewCanvas::PreviewCanvas(const job::Preview& preview, QWidget* parent) : QWi
 
 void PreviewCanvas::SetPicture(const QImage& picture) {
   picture_ = picture;
-  scaled_ = {};
+  shaped_ = {};
   update();
 }
 
@@ -52,18 +52,57 @@ void PreviewCanvas::SetRegions(std::vector<job::PreviewFrame> regions, std::opti
   update();
 }
 
-QRectF PreviewCanvas::PictureRect() const {
-  const QSizeF whole(preview_.Picture().width, preview_.Picture().height);
-  if (picture_.isNull() || whole.isEmpty()) return {};
+QRectF PreviewCanvas::Extent() const {
+  const QRectF whole(0, 0, preview_.Picture().width, preview_.Picture().height);
+  const job::PreviewBoard& board = preview_.Board();
+  if (board.Empty()) return whole;
+  const job::PreviewFrame& frame = preview_.PictureFrame();
+  // A border wider than this leaves nothing of the picture to be seen.
+  const double most = 3 * qMax(whole.width(), whole.height());
+  const auto side = [most](double width) { return qMin(width, most); };
+  const QRectF framed(frame.left, frame.top, frame.width, frame.height);
+  return whole.united(framed.adjusted(-side(board.left), -side(board.top), side(board.right), side(board.bottom)));
+}
+
+QRectF PreviewCanvas::ExtentRect() const {
   const QRectF room = Room(*this);
-  QRectF shown(QPointF(), whole.scaled(room.size(), Qt::KeepAspectRatio) * zoom_);
+  QRectF shown(QPointF(), Extent().size().scaled(room.size(), Qt::KeepAspectRatio) * zoom_);
   shown.moveCenter(room.center());
   if (shown.width() > room.width()) shown.moveLeft(room.left() - (shown.width() - room.width()) * across_);
   if (shown.height() > room.height()) shown.moveTop(room.top() - (shown.height() - room.height()) * down_);
   return shown;
 }
 
-QSizeF PreviewCanvas::Hidden() const { return (PictureRect().size() - Room(*this).size()).expandedTo(QSizeF(0, 0)); }
+QRectF PreviewCanvas::PictureRect() const {
+  const QSizeF whole(preview_.Picture().width, preview_.Picture().height);
+  if (picture_.isNull() || whole.isEmpty()) return {};
+  const QRectF extent = Extent();
+  const QRectF shown = ExtentRect();
+  const double scale = shown.width() / extent.width();
+  return {shown.topLeft() - extent.topLeft() * scale, whole * scale};
+}
+
+QSizeF PreviewCanvas::Hidden() const {
+  if (PictureRect().isEmpty()) return {0, 0};
+  return (ExtentRect().size() - Room(*this).size()).expandedTo(QSizeF(0, 0));
+}
+
+void PreviewCanvas::Shape() {
+  const double angle = preview_.Angle();
+  if (!shaped_.isNull() && angle_ == angle && upright_ == preview_.Upright()) return;
+  angle_ = angle;
+  upright_ = preview_.Upright();
+  shaped_ = picture_;
+  scaled_ = {};
+  if (angle == 0) return;
+  const QSize upright =
+      QSize(upright_.width, upright_.height).scaled(picture_.size(), Qt::KeepAspectRatio).expandedTo(QSize(1, 1));
+  const QImage turned = picture_.scaled(upright, Qt::IgnoreAspectRatio, Qt::SmoothTransformation)
+                            .transformed(QTransform().rotate(-angle), Qt::SmoothTransformation);
+  shaped_ = QImage(turned.size(), QImage::Format_RGB32);
+  shaped_.fill(Qt::white);
+  QPainter(&shaped_).drawImage(0, 0, turned);
+}
 
 QRectF PreviewCanvas::Placed(const job::PreviewFrame& frame) const {
   const QRectF shown = PictureRect();
@@ -124,12 +163,13 @@ QString PreviewCanvas::FrameText() const {
 }
 
 void PreviewCanvas::PaintPicture(QPainter& painter, const QRectF& shown) {
+  Shape();
   const double ratio = devicePixelRatioF();
   painter.setRenderHint(QPainter::SmoothPixmapTransform);
   if (zoom_ <= 1) {
     const QSize pixels = (shown.size() * ratio).toSize().expandedTo(QSize(1, 1));
     if (scaled_.size() != pixels) {
-      scaled_ = QPixmap::fromImage(picture_.scaled(pixels, Qt::IgnoreAspectRatio, Qt::SmoothTransformation));
+      scaled_ = QPixmap::fromImage(shaped_.scaled(pixels, Qt::IgnoreAspectRatio, Qt::SmoothTransformation));
       scaled_.setDevicePixelRatio(ratio);
     }
     painter.drawPixmap(shown, scaled_, QRectF(QPointF(), QSizeF(pixels)));
@@ -137,13 +177,13 @@ void PreviewCanvas::PaintPicture(QPainter& painter, const QRectF& shown) {
   }
   // Of a picture larger than its room only the part on show is drawn.
   const QRectF seen = shown.intersected(QRectF(rect()));
-  const double across = picture_.width() / shown.width();
-  const double down = picture_.height() / shown.height();
-  painter.drawImage(seen, picture_,
+  const double across = shaped_.width() / shown.width();
+  const double down = shaped_.height() / shown.height();
+  painter.drawImage(seen, shaped_,
                     QRectF((seen.left() - shown.left()) * across, (seen.top() - shown.top()) * down,
                            seen.width() * across, seen.height() * down));
   const double wanted = qMax(shown.width(), shown.height()) * ratio;
-  if (wanted > 1.2 * qMax(picture_.width(), picture_.height())) emit DetailWanted(static_cast<int>(wanted));
+  if (wanted > 1.2 * qMax(shaped_.width(), shaped_.height())) emit DetailWanted(static_cast<int>(wanted));
 }
 
 void PreviewCanvas::PaintRegions(QPainter& painter) const {
@@ -169,6 +209,10 @@ void PreviewCanvas::paintEvent(QPaintEvent*) {
   look.handles = handles_;
   look.second = preview_.SecondLook();
   look.visible = rect();
+  const job::PreviewBoard& board = preview_.Board();
+  const double scale = shown.width() / preview_.Picture().width;
+  look.board = QMarginsF(board.left, board.top, board.right, board.bottom) * scale;
+  look.boardColour = QColor(board.colour.Red(), board.colour.Green(), board.colour.Blue());
   PaintFrame(painter, look);
 }
 

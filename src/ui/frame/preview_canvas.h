@@ -56,13 +56,22 @@ class PreviewCanvas : public QWidget {
   void paintEvent(QPaintEvent* event) override;
 
  private:
+  // What has to have room, in pixels of the picture: the picture itself and the border around its frame.
+  QRectF Extent() const;
+  // Where that lies in this widget.
+  QRectF ExtentRect() const;
+  // The picture as it is cut: zoomed out of proportion where it is, turned on white.
+  void Shape();
   void PaintPicture(QPainter& painter, const QRectF& shown);
   void PaintRegions(QPainter& painter) const;
   QRectF RegionBadge(std::size_t region) const;
 
   const job::Preview& preview_;
   QImage picture_;
-  QPixmap scaled_;  // picture_ at the size it is shown in, while it is fitted
+  QImage shaped_;   // picture_ as it is cut
+  QPixmap scaled_;  // shaped_ at the size it is shown in, while it is fitted
+  base::Size upright_;
+  double angle_ = 0;
   double zoom_ = 1;
   double across_ = 0.5;
   double down_ = 0.5;

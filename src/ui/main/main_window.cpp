@@ -159,8 +159,18 @@ void MainWindow::ShowOptions() {
   if (!visible && !options_) return;
   const bool first = !options_;
   OptionsWindow& window = Options();
-  if (first) window.move(list_->mapToGlobal(QPoint(3 * kGap, 6 * kGap)));
+  if (first) window.move(PlaceForOptions(window));
   window.setVisible(visible);
+}
+
+// Over the list, and clear of the preview where there is room: it shows what the options do.
+QPoint MainWindow::PlaceForOptions(const OptionsWindow& window) const {
+  QPoint place = list_->mapToGlobal(QPoint(3 * kGap, 6 * kGap));
+  if (preview_->isVisible() && !preview_->isFloating()) {
+    const int free = preview_->mapToGlobal(QPoint(0, 0)).x() - window.width() - kGap;
+    place.setX(qMax(mapToGlobal(QPoint(kGap, 0)).x(), qMin(place.x(), free)));
+  }
+  return place;
 }
 
 void MainWindow::Refused(const std::string& sentence) {

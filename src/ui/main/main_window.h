@@ -42,6 +42,7 @@ class MainWindow : public QMainWindow {
   void ShowTitle();
   void ShowOptions();
   void FollowRecord();
+  QPoint PlaceForOptions(const OptionsWindow& window) const;
   void Refused(const std::string& sentence);
   void QuitWhenEnded();
 

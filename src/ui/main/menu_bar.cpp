@@ -38,6 +38,7 @@ void Fill(job::Form1& form, Binder& binder, QMainWindow& window, QMenu* target, 
       continue;
     }
     QMenu* submenu = parent ? target->addMenu(QString()) : window.menuBar()->addMenu(QString());
+    submenu->setToolTipsVisible(true);
     binder.Join(menu, submenu);
     Fill(form, binder, window, submenu, &menu);
   }

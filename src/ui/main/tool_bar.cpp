@@ -4,6 +4,7 @@
 
 #include <QAction>
 
+#include "ui/text.h"
 #include "ui/theme/icons.h"
 #include "ui/theme/metrics.h"
 
@@ -31,7 +32,8 @@ ToolBar::ToolBar(job::Form1& form, Binder& binder, QWidget* parent)
   const auto show = [this] {
     controls::Menu* driver = Driver();
     cut_->setEnabled(driver != nullptr);
-    cut_->setToolTip(driver ? QString::fromStdString(driver->Caption() + " (" + driver->Shortcut() + ")") : QString());
+    const controls::Menu& normal = form_.menuNormalCut;
+    cut_->setToolTip(Shown(driver ? driver->Caption() + " (" + driver->Shortcut() + ")" : normal.WhyDisabled()));
   };
   token_ = form_.Observe([show](controls::Control& control, controls::Aspect) {
     if (control.GetKind() == controls::Kind::Menu) show();

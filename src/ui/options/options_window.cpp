@@ -77,7 +77,7 @@ void OptionsWindow::AddRight(QVBoxLayout* column) {
   board.Checks({&record_.ChAddBoard, &record_.ChFrmOnly});
   board.Pair({{}, &record_.TBoard[0]}, {{}, &record_.TBoard[2]});
   board.Pair({{}, &record_.TBoard[1]}, {{}, &record_.TBoard[3]});
-  board.Row({}, record_.PBoardColor);
+  board.Row(QStringLiteral("边框颜色："), record_.PBoardColor);
 
   FormGrid colour(AddGroup(column, record_.FrameColour), binder_);
   colour.Checks({&record_.ChToGray, &record_.ChToWB, &record_.ChInvert, &record_.ChToCMYK});
