@@ -80,6 +80,8 @@ class Disk {
   // -EEXIST where something stands under the new name already.
   virtual int RenameNew(const std::string& from, const std::string& to) = 0;
   virtual int SyncFolder(const std::string& folder) = 0;
+  // A second name, still free, for the file that from leads to.
+  virtual int Link(const std::string& from, const std::string& to) = 0;
 
   // --- What surrounds the disk; these never fail.
   // The user's folder for data of programs, "" where there is none.

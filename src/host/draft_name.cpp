@@ -35,4 +35,11 @@ bool IsDraftName(std::string_view name) {
   return name.starts_with(kMark) && name.find_first_not_of(kDigits, kMark.size()) == std::string_view::npos;
 }
 
+bool IsDraftOf(std::string_view name, std::string_view draft) {
+  if (!IsDraftName(draft)) return false;
+  draft.remove_prefix(1);
+  draft.remove_suffix(kMark.size() + kSerialLength);
+  return !draft.empty() && name.starts_with(draft);
+}
+
 }  // namespace quillon::host

@@ -13,4 +13,7 @@ namespace quillon::host {
 // differ. The name in the middle is cut to what longest leaves of it, at the end of a character.
 std::string DraftName(std::string_view name, std::uint64_t serial, std::size_t longest);
 
+// Whether draft can be the name of a draft of a file of that name.
+bool IsDraftOf(std::string_view name, std::string_view draft);
+
 }  // namespace quillon::host

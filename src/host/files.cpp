@@ -7,6 +7,7 @@
 
 #include "base/path_text.h"
 #include "host/disk.h"
+#include "host/draft_name.h"
 #include "host/entry_path.h"
 #include "host/sync_queue.h"
 #include "host/trash.h"
@@ -139,6 +140,18 @@ Status Files::RemoveOwn(const std::string& path) {
 }
 
 Status Files::Discard(const std::string& path) { return MoveToTrash(disk_, *syncs_, path); }
+
+std::uint64_t Files::SizeWithDrafts(const std::string& path) const {
+  const EntryPath entry = SplitEntry(path);
+  std::uint64_t size = 0;
+  disk_.List(entry.folder, [&](const FolderEntry& found) {
+    DiskFacts facts;
+    const bool counts = found.name == entry.name || IsDraftOf(entry.name, found.name);
+    if (counts && disk_.Look(base::JoinPath(entry.folder, found.name), facts) == 0) size += facts.size;
+    return true;
+  });
+  return size;
+}
 
 void Files::SweepDrafts(const std::string& folder) const {
   std::vector<std::string> drafts;

@@ -71,6 +71,8 @@ class Files {
   bool SameFile(const std::string& a, const std::string& b) const;
   // Hands out entries in the order of the file system, left-over drafts excepted; take returns false to end early.
   Status ListFolder(const std::string& folder, const std::function<bool(const FolderEntry&)>& take) const;
+  // Bytes of the file and of the drafts that any program is writing for it; 0 where there are none yet.
+  std::uint64_t SizeWithDrafts(const std::string& path) const;
   // The whole file; TooLarge above limit bytes.
   Status ReadFile(const std::string& path, std::string& out, std::uint64_t limit = 1u << 30) const;
 
@@ -87,6 +89,9 @@ class Files {
   // A copy through Save, with the time stamps of the source; a fresh one with its mode too, but never read-only. A
   // source that changes while it is read makes it fail. A copy of a file onto itself does nothing.
   Status Copy(const std::string& from, const std::string& to);
+  // A copy of a work file of our own that nobody changes any more, cheaply: where the disk allows, the copy is a second
+  // name of the same file, and nothing waits for it to reach the disk. A missing source leaves what stands at to.
+  Status CopyOwn(const std::string& from, const std::string& to);
   // Waits until everything saved so far stands on disk; returns what failed since the last call.
   std::vector<LateFailure> Settle();
 

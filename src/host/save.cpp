@@ -2,9 +2,12 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include <cerrno>
 
+#include "base/path_text.h"
 #include "host/disk.h"
 #include "host/disk_draft.h"
 #include "host/disk_target.h"
+#include "host/draft_name.h"
+#include "host/entry_path.h"
 #include "host/files.h"
 #include "host/sync_queue.h"
 
@@ -103,6 +106,16 @@ Status Files::Copy(const std::string& from, const std::string& to) {
   }
   disk_.Close(handle);
   return status;
+}
+
+Status Files::CopyOwn(const std::string& from, const std::string& to) {
+  if (SameFile(from, to)) return Status::Ok();
+  const EntryPath entry = SplitEntry(to);
+  const std::string link = base::JoinPath(entry.folder, DraftName(entry.name, serial_++, kLongestName));
+  if (disk_.Link(from, link) < 0) return Copy(from, to);
+  if (disk_.Rename(link, to) == 0) return Status::Ok();
+  disk_.Remove(link);
+  return Copy(from, to);
 }
 
 Status Files::SaveAs(const std::string& path, const Wishes& wishes, const std::function<Status(Draft&)>& fill) {

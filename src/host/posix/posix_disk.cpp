@@ -287,6 +287,10 @@ int PosixDisk::RenameNew(const std::string& from, const std::string& to) {
   return looked == -ENOENT ? Rename(from, to) : looked;
 }
 
+int PosixDisk::Link(const std::string& from, const std::string& to) {
+  return Result(linkat(AT_FDCWD, from.c_str(), AT_FDCWD, to.c_str(), AT_SYMLINK_FOLLOW));
+}
+
 int PosixDisk::SyncFolder(const std::string& folder) {
   const int handle = Repeat([&] { return open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC); });
   // A folder that may be written but not read cannot be opened, hence not synced; its disk still writes it in time.

@@ -46,6 +46,7 @@ class PosixDisk final : public Disk {
   int Rename(const std::string& from, const std::string& to) override;
   int RenameNew(const std::string& from, const std::string& to) override;
   int SyncFolder(const std::string& folder) override;
+  int Link(const std::string& from, const std::string& to) override;
 
   std::string DataHome() override;
   unsigned User() override;

@@ -8,10 +8,10 @@ namespace quillon::host::testing {
 
 std::string_view NameOf(DiskCall call) {
   constexpr std::string_view kNames[] = {
-      "OpenNew", "OpenRead",   "OpenOwn",  "Write",        "Read",     "Seek",      "LookOpen",
-      "SetMode", "SetOwner",   "SetTimes", "CopyLabels",   "Lock",     "Unlock",    "StartSync",
-      "Sync",    "Close",      "Look",     "LookLink",     "MayWrite", "ReadLink",  "RealPath",
-      "List",    "MakeFolder", "Remove",   "RemoveFolder", "Rename",   "RenameNew", "SyncFolder"};
+      "OpenNew",      "OpenRead", "OpenOwn",    "Write",      "Read",     "Seek",      "LookOpen",   "SetMode",
+      "SetOwner",     "SetTimes", "CopyLabels", "Lock",       "Unlock",   "StartSync", "Sync",       "Close",
+      "Look",         "LookLink", "MayWrite",   "ReadLink",   "RealPath", "List",      "MakeFolder", "Remove",
+      "RemoveFolder", "Rename",   "RenameNew",  "SyncFolder", "Link"};
   return kNames[static_cast<std::size_t>(call)];
 }
 
@@ -259,6 +259,11 @@ int FaultyDisk::Rename(const std::string& from, const std::string& to) {
 int FaultyDisk::RenameNew(const std::string& from, const std::string& to) {
   const Verdict verdict = Judge(DiskCall::RenameNew, from);
   return verdict.error ? verdict.error : disk_.RenameNew(from, to);
+}
+
+int FaultyDisk::Link(const std::string& from, const std::string& to) {
+  const Verdict verdict = Judge(DiskCall::Link, from);
+  return verdict.error ? verdict.error : disk_.Link(from, to);
 }
 
 int FaultyDisk::SyncFolder(const std::string& folder) {

@@ -43,6 +43,7 @@ enum class DiskCall {
   Rename,
   RenameNew,
   SyncFolder,
+  Link,
 };
 
 std::string_view NameOf(DiskCall call);
@@ -111,6 +112,7 @@ class FaultyDisk final : public Disk {
   int Rename(const std::string& from, const std::string& to) override;
   int RenameNew(const std::string& from, const std::string& to) override;
   int SyncFolder(const std::string& folder) override;
+  int Link(const std::string& from, const std::string& to) override;
 
   std::string DataHome() override { return disk_.DataHome(); }
   unsigned User() override { return disk_.User(); }
