@@ -38,7 +38,7 @@ std::string ProgramPath(const host::Host& host, const std::string& name) {
 }
 
 host::Status CopyTwin(host::Host& host, const std::string& name) {
-  return host.files.Copy(TwinPath(host, name), ProgramPath(host, name));
+  return host.files.CopyOwn(TwinPath(host, name), ProgramPath(host, name));
 }
 
 host::Status EnsureProgram(host::Host& host, const std::string& name) {

@@ -1,0 +1,15 @@
+// SPDX-FileCopyrightText: 2026 The Quillon developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <string>
+
+#include "formats/tools/tools.h"
+
+namespace quillon::formats {
+
+// Has TessaExifHandler copy what describes source to target. Waits for it for at most 20 seconds; it is not ended then.
+// A failure is only one of names that the order cannot carry; how the copying went shows in the file.
+host::Status CopyExif(Tools& tools, const std::string& source, const std::string& target);
+
+}  // namespace quillon::formats

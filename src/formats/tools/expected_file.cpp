@@ -1,0 +1,29 @@
+// SPDX-FileCopyrightText: 2026 The Quillon developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "formats/tools/expected_file.h"
+
+#include <utility>
+
+#include "base/path_text.h"
+
+namespace quillon::formats {
+
+ExpectedFile::ExpectedFile(Tools& tools, std::string path)
+    : tools_(tools), path_(std::move(path)), before_(tools.World().files.Look(path_)) {}
+
+bool ExpectedFile::Made() const {
+  const auto now = tools_.World().files.Look(path_);
+  if (!now || now->kind != host::FileKind::File) return false;
+  return !before_ || before_->device != now->device || before_->inode != now->inode || before_->changed != now->changed;
+}
+
+host::Status ExpectedFile::Result(Waited waited, const std::string& missing) const {
+  if (Made()) return host::Status::Ok();
+  if (waited == Waited::Stopped) return {host::Problem::Stopped, "已停止"};
+  host::Files& files = tools_.World().files;
+  const bool own = base::SplitPath(path_).folder == tools_.App();
+  if (before_) static_cast<void>(own ? files.RemoveOwn(path_) : files.Discard(path_));
+  return {host::Problem::Other, missing};
+}
+
+}  // namespace quillon::formats

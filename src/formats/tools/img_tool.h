@@ -1,0 +1,58 @@
+// SPDX-FileCopyrightText: 2026 The Quillon developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <functional>
+#include <string>
+
+#include "formats/tools/command_lines.h"
+#include "formats/tools/tools.h"
+
+// What QxImgTool does for the program. Its copy is put there before each run where it is missing.
+namespace quillon::formats {
+
+inline constexpr const char* kImgTool = "QxImgTool";
+
+// Page count and the size of the first page in pixels; zeros where the tool left no answer.
+struct PdfPages {
+  int count = 0;
+  int width = 0;
+  int height = 0;
+};
+PdfPages CountPdfPages(Tools& tools, const std::string& pdf, int dpi, int quality);
+
+// 0 where the tool left no answer. The first page lies in \Tmp.jpg then; what lay there before is gone.
+int CountTiffPages(Tools& tools, const std::string& tiff, int number = 1);
+
+// Cuts all pages as they are drawn; show gets the progress text. The status is fine when out is a new file. What stood
+// there before and was not replaced goes to the trash.
+host::Status CutPdf(Tools& tools, const std::string& pdf, const std::string& out, const CutTexts& margins,
+                    const std::function<void(const std::string&)>& show);
+
+// Starts to split a pdf into pages and does not wait; false where it did not start.
+bool StartSplitPdf(Tools& tools, const std::string& pdf, const std::string& out);
+
+// Starts to assemble pages that are still being made.
+bool StartMakeTiff(Tools& tools, const std::string& parameters);
+// Waits for that; show gets the size of out so far.
+Waited WaitMakeTiff(Tools& tools, const std::string& out, const std::function<void(std::uint64_t)>& show);
+
+// Hands pictures one by one to the tool that binds them into one pdf.
+class BinderFeed {
+ public:
+  explicit BinderFeed(Tools& tools) : tools_(tools) {}
+
+  // The first picture starts the tool with that text. Comes back when the tool has taken the picture; false when it
+  // answers otherwise, ended, or the user wants to end.
+  bool Give(const std::string& picture, const BindOrder& order);
+  // Says that this was the last one; the tool writes the pdf and ends by itself.
+  void End();
+
+ private:
+  bool Taken();
+
+  Tools& tools_;
+  bool started_ = false;
+};
+
+}  // namespace quillon::formats

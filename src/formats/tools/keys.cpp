@@ -1,0 +1,20 @@
+// SPDX-FileCopyrightText: 2026 The Quillon developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "formats/tools/keys.h"
+
+namespace quillon::formats {
+namespace {
+
+constexpr const char* kSection = "Default";
+
+}  // namespace
+
+std::string ReadKey(host::Host& host, const std::string& key, const std::string& application) {
+  return host.settings.Get(application, kSection, key);
+}
+
+void WriteKey(host::Host& host, const std::string& key, const std::string& value, const std::string& application) {
+  host.settings.Set(application, kSection, key, value);
+}
+
+}  // namespace quillon::formats

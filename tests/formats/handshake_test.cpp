@@ -1,0 +1,382 @@
+// SPDX-FileCopyrightText: 2026 The Quillon developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+// The conversations with single helpers.
+#include "formats/tools/back_image.h"
+#include "formats/tools/exif.h"
+#include "formats/tools/img_tool.h"
+#include "formats/tools/pic_handler.h"
+#include "formats/tools/small_calls.h"
+#include "formats/tools_fixture.h"
+
+namespace quillon::formats {
+namespace {
+
+class PicHandlerTest : public ToolsFixture {
+ protected:
+  const Sound sound = [this](const std::string& file) {
+    std::string content;
+    return world.files.ReadFile(file, content) && content != "garbage";
+  };
+};
+
+TEST_F(PicHandlerTest, TheConvertedPictureReplacesTheFirst) {
+  const std::string file = world.folder.Write("out/a.jpg", "rgb");
+  Helper("PicHandler.exe", 3, [this](const std::string&) { WriteApp("Tmp.jpg", "cmyk"); });
+  const double before = world.clock.Seconds();
+  ASSERT_TRUE(ConvertToCmyk(tools, file, sound));
+  EXPECT_EQ(world.folder.Read("out/a.jpg"), "cmyk");
+  EXPECT_EQ(Started(0), "PicHandler.exe: " + CmykText(file, tools.App(), ".jpg"));
+  EXPECT_EQ(world.shell.Starts().size(), 1u);
+  EXPECT_GE(world.clock.Seconds() - before, 0.2);
+  EXPECT_FALSE(AppHas("Tmp.jpg"));
+}
+
+TEST_F(PicHandlerTest, AFailureLeavesThePictureAsItWas) {
+  const std::string file = world.folder.Write("out/a.jpg", "rgb");
+  WriteApp("Tmp.jpg", "of an earlier file");
+  Helper("PicHandler.exe", 1);
+  const host::Status status = ConvertToCmyk(tools, file, sound);
+  EXPECT_FALSE(status);
+  EXPECT_EQ(status.Why(), "转CMYK没有成功");
+  EXPECT_EQ(world.folder.Read("out/a.jpg"), "rgb");
+}
+
+TEST_F(PicHandlerTest, GarbageDoesNotReplaceThePicture) {
+  const std::string file = world.folder.Write("out/a.jpg", "rgb");
+  Helper("PicHandler.exe", 1, [this](const std::string&) { WriteApp("Tmp.jpg", "garbage"); });
+  EXPECT_EQ(ConvertToCmyk(tools, file, sound).Why(), "转CMYK的结果已损坏");
+  EXPECT_EQ(world.folder.Read("out/a.jpg"), "rgb");
+  Helper("PicHandler.exe", 1, [this](const std::string&) { world.folder.Write("out/a.pdf", "garbage"); });
+  EXPECT_EQ(MakePdf(tools, file, world.folder.Path("out/a"), "x").Why(), "生成的PDF已损坏");
+  EXPECT_FALSE(world.folder.Exists("out/a.pdf"));
+}
+
+TEST_F(PicHandlerTest, TheInterpreterRunsWhatCannotBeStarted) {
+  for (const int result : {host::kStartMissing, host::kStartDenied, 33}) {
+    const std::string file = world.folder.Write("out/a.jpg", "rgb");
+    const std::size_t starts = world.shell.Starts().size();
+    world.shell.SetResult("PicHandler.exe", result);
+    Helper("CMD.exe", 4, [this](const std::string&) { WriteApp("Tmp.jpg", "cmyk"); });
+    ASSERT_TRUE(ConvertToCmyk(tools, file, sound));
+    EXPECT_EQ(Started(starts + 1), "CMD.exe: /c<>PicHandler.exe " + CmykText(file, tools.App(), ".jpg"));
+    EXPECT_EQ(world.folder.Read("out/a.jpg"), "cmyk");
+  }
+}
+
+TEST_F(PicHandlerTest, AnOpenConsoleKeepsTheInterpretersWaitGoing) {
+  const std::string file = world.folder.Write("out/a.jpg", "rgb");
+  world.shell.SetResult("PicHandler.exe", host::kStartMissing);
+  world.processes.Add({1, "cmd.exe", "/elsewhere", false}, 50);
+  EXPECT_FALSE(ConvertToCmyk(tools, file, sound));
+  EXPECT_EQ(world.processes.Scans(), 51);
+}
+
+TEST_F(PicHandlerTest, NamesWithQuotesAreRefused) {
+  const std::string file = world.folder.Write("out/a\"b.jpg", "rgb");
+  EXPECT_EQ(ConvertToCmyk(tools, file, sound).GetProblem(), host::Problem::Unsupported);
+  EXPECT_FALSE(MakePdf(tools, file, file, ""));
+  EXPECT_TRUE(world.shell.Starts().empty());
+}
+
+TEST_F(PicHandlerTest, AStoppedConversionLeavesThePictureAsItWas) {
+  const std::string file = world.folder.Write("out/a.jpg", "rgb");
+  Helper("PicHandler.exe", 0);
+  world.pump.OnTurn(40, [this] { stop = true; });
+  EXPECT_EQ(ConvertToCmyk(tools, file, sound).GetProblem(), host::Problem::Stopped);
+  EXPECT_EQ(world.folder.Read("out/a.jpg"), "rgb");
+  EXPECT_EQ(world.processes.Ended().size(), 1u);
+}
+
+TEST_F(PicHandlerTest, ARefusedCopyStops) {
+  const std::string file = world.folder.Write("out/a.jpg", "rgb");
+  Helper("PicHandler.exe", 1, [this](const std::string&) { WriteApp("Tmp.jpg", "cmyk"); });
+  world.faults.Set({.call = host::testing::DiskCall::Write, .error = ENOSPC, .pathHolds = "a.jpg"});
+  world.boxes.Answer("盘空间不足", host::Reply::Cancel);
+  EXPECT_TRUE(ConvertToCmyk(tools, file, sound).DiskFull());
+  EXPECT_TRUE(stop);
+  EXPECT_EQ(world.folder.Read("out/a.jpg"), "rgb");
+}
+
+TEST_F(PicHandlerTest, APdfIsMadeWithTheTwinCopiedWhereItIsMissing) {
+  WriteApp("PicHandler.dll", "twin");
+  const std::string file = world.folder.Write("out/a.jpg", "rgb");
+  const std::string base = world.folder.Path("out/a");
+  Helper("PicHandler.exe", 2, [this](const std::string&) { world.folder.Write("out/a.pdf", "%PDF-1.7\n%%EOF\n"); });
+  EXPECT_TRUE(MakePdf(tools, file, base, PdfText(file, base)));
+  EXPECT_EQ(Started(0), "PicHandler.exe: " + PdfText(file, base));
+  EXPECT_TRUE(AppHas("PicHandler.exe"));
+}
+
+TEST_F(PicHandlerTest, AnOldPdfDoesNotPassForANewOne) {
+  const std::string base = world.folder.Path("out/a");
+  world.folder.Write("out/a.pdf", "old");
+  Helper("PicHandler.exe", 1);
+  EXPECT_EQ(MakePdf(tools, base + ".jpg", base, "x").Why(), "没有生成PDF");
+  EXPECT_FALSE(world.folder.Exists("out/a.pdf"));
+}
+
+class ExifTest : public ToolsFixture {};
+
+TEST_F(ExifTest, TheOrderStandsInTheKeyWhileTheToolRuns) {
+  std::string order;
+  double started = 0;
+  Helper("TessaExifHandler.exe", 5, [&](const std::string&) {
+    order = Key("Exif");
+    started = world.clock.Seconds();
+  });
+  EXPECT_TRUE(CopyExif(tools, "/in/a.jpg", "/out/a.jpg"));
+  EXPECT_EQ(order, "/in/a.jpg|/out/a.jpg|Tessa批量处理系列软件");
+  EXPECT_GE(started, 0.09);
+  EXPECT_EQ(Started(0), "TessaExifHandler.exe: ");
+  EXPECT_EQ(Key("Exif"), "");
+}
+
+TEST_F(ExifTest, AToolThatHangsIsLeftAfterTwentySeconds) {
+  Helper("TessaExifHandler.exe", 0);
+  const double before = world.clock.Seconds();
+  EXPECT_TRUE(CopyExif(tools, "/in/a.jpg", "/out/a.jpg"));
+  EXPECT_NEAR(world.clock.Seconds() - before, 20.1, 0.5);
+  EXPECT_TRUE(world.processes.Ended().empty());
+  EXPECT_EQ(Key("Exif"), "");
+}
+
+TEST_F(ExifTest, ABarInANameIsRefused) {
+  EXPECT_EQ(CopyExif(tools, "/in/a|b.jpg", "/out/a.jpg").GetProblem(), host::Problem::Unsupported);
+  EXPECT_TRUE(world.shell.Starts().empty());
+}
+
+class ImgToolTest : public ToolsFixture {};
+
+TEST_F(ImgToolTest, APdfIsCountedAndMeasured) {
+  WriteApp("QxImgTool.dll", "twin");
+  Helper("QxImgTool.exe", 2, [this](const std::string&) {
+    WriteKey(world.host, "GetPdfPages", "12");
+    WriteKey(world.host, "PdfW", "595");
+    WriteKey(world.host, "PdfH", "842");
+  });
+  const PdfPages pages = CountPdfPages(tools, "/in/a.pdf", 72, 90);
+  EXPECT_EQ(pages.count, 12);
+  EXPECT_EQ(pages.width, 595);
+  EXPECT_EQ(pages.height, 842);
+  EXPECT_TRUE(AppHas("QxImgTool.exe"));
+  EXPECT_EQ(Started(0), "QxImgTool.exe: " + CountPdfPagesText("/in/a.pdf", tools.App(), 72, 90));
+}
+
+TEST_F(ImgToolTest, NoAnswerMeansNoPages) {
+  WriteKey(world.host, "GetPdfPages", "7");
+  WriteKey(world.host, "GetTiffPages", "8");
+  Helper("QxImgTool.exe", 1);
+  EXPECT_EQ(CountPdfPages(tools, "/in/a.pdf", 72, 90).count, 0);
+  EXPECT_EQ(CountTiffPages(tools, "/in/a.tif"), 0);
+  Helper("QxImgTool.exe", 1, [this](const std::string&) { WriteKey(world.host, "GetTiffPages", "many"); });
+  EXPECT_EQ(CountTiffPages(tools, "/in/a.tif"), 0);
+  world.shell.SetResult("QxImgTool", 33);
+  EXPECT_EQ(CountTiffPages(tools, "/in/a.tif"), 0);
+}
+
+TEST_F(ImgToolTest, TheOldFirstPageIsGoneBeforeATiffIsCounted) {
+  WriteApp("Tmp.jpg", "old");
+  bool there = true;
+  Helper("QxImgTool.exe", 1, [&](const std::string&) {
+    there = AppHas("Tmp.jpg");
+    WriteKey(world.host, "GetTiffPages", "3");
+  });
+  EXPECT_EQ(CountTiffPages(tools, "/in/a.tif", 4), 3);
+  EXPECT_FALSE(there);
+  EXPECT_EQ(Started(0), "QxImgTool.exe: " + CountTiffPagesText("/in/a.tif", tools.App(), 4));
+}
+
+TEST_F(ImgToolTest, TheProgressOfACutIsShown) {
+  Helper("QxImgTool.exe", 5, [this](const std::string&) {
+    WriteKey(world.host, "CutPdf", "1/2");
+    world.folder.Write("out/a.pdf", "cut");
+  });
+  world.pump.OnTurn(3, [this] { WriteKey(world.host, "CutPdf", "2/2"); });
+  std::vector<std::string> shown;
+  const std::string out = world.folder.Path("out/a.pdf");
+  EXPECT_TRUE(
+      CutPdf(tools, "/in/a.pdf", out, {"0", "0", "0", "5"}, [&](const std::string& text) { shown.push_back(text); }));
+  EXPECT_EQ(shown.front(), "1/2");
+  EXPECT_EQ(shown.back(), "2/2");
+  EXPECT_EQ(Started(0), "QxImgTool.exe: " + CutPdfText("/in/a.pdf", out, {"0", "0", "0", "5"}));
+}
+
+TEST_F(ImgToolTest, ACutThatLeavesNothingFails) {
+  const std::string out = world.folder.Write("out/a.pdf", "old");
+  Helper("QxImgTool.exe", 1);
+  EXPECT_FALSE(CutPdf(tools, "/in/a.pdf", out, {}, [](const std::string&) {}));
+  EXPECT_FALSE(world.folder.Exists("out/a.pdf"));
+}
+
+TEST_F(ImgToolTest, ASplitIsStartedAndNotWaitedFor) {
+  WriteKey(world.host, "SplitPdf", "9");
+  std::string seen = "?";
+  Helper("QxImgTool.exe", 0, [&](const std::string&) { seen = Key("SplitPdf"); });
+  EXPECT_TRUE(StartSplitPdf(tools, "/in/a.pdf", "/out/a.pdf"));
+  EXPECT_EQ(seen, "");
+  EXPECT_EQ(world.pump.Turns(), 0);
+  EXPECT_EQ(Started(0), "QxImgTool.exe: " + SplitPdfText("/in/a.pdf", "/out/a.pdf", tools.App()));
+}
+
+TEST_F(ImgToolTest, TheSizeOfAnAssemblyIsShown) {
+  const std::string out = world.folder.Path("out/a.tif");
+  Helper("QxImgTool.exe", 4);
+  EXPECT_TRUE(StartMakeTiff(tools, "x"));
+  world.pump.OnTurn(2, [this] { world.folder.Write("out/.a.tif.quillon-abc123", "12345"); });
+  std::vector<std::uint64_t> shown;
+  EXPECT_EQ(WaitMakeTiff(tools, out, [&](std::uint64_t size) { shown.push_back(size); }), Waited::Gone);
+  EXPECT_EQ(shown.front(), 0u);
+  EXPECT_EQ(shown.back(), 5u);
+}
+
+class BinderTest : public ToolsFixture {
+ protected:
+  const BindOrder order{"0", "/out/a.pdf", "", "", "1", "2", "3"};
+  std::string first = world.folder.Write("a.jpg", "x");
+};
+
+TEST_F(BinderTest, EachPictureWaitsUntilItIsTaken) {
+  BinderFeed feed(tools);
+  Helper("QxImgTool.exe", 0);
+  world.pump.OnTurn(3, [this] {
+    EXPECT_EQ(Key("QxImgTool"), first);
+    WriteKey(world.host, "QxImgTool", "");
+  });
+  EXPECT_TRUE(feed.Give(first, order));
+  EXPECT_EQ(world.pump.Turns(), 3);
+  EXPECT_EQ(Started(0), "QxImgTool.exe: " + BindPdfText(order));
+  world.pump.OnTurn(2, [this] { WriteKey(world.host, "QxImgTool", ""); });
+  EXPECT_TRUE(feed.Give(first, order));
+  EXPECT_EQ(world.shell.Starts().size(), 1u);
+  feed.End();
+  EXPECT_EQ(Key("QxImgTool"), "end");
+}
+
+TEST_F(BinderTest, AnAnswerThatNamesNoFileIsAFailure) {
+  BinderFeed feed(tools);
+  Helper("QxImgTool.exe", 0);
+  world.pump.OnTurn(2, [this] { WriteKey(world.host, "QxImgTool", "磁盘已满"); });
+  EXPECT_FALSE(feed.Give(first, order));
+}
+
+TEST_F(BinderTest, ABinderThatEndsIsNotWaitedFor) {
+  BinderFeed feed(tools);
+  Helper("QxImgTool.exe", 3);
+  EXPECT_FALSE(feed.Give(first, order));
+}
+
+TEST_F(BinderTest, EndSaysNothingBeforeAnyPicture) {
+  BinderFeed(tools).End();
+  EXPECT_EQ(Key("QxImgTool"), "");
+}
+
+class BackImageTest : public ToolsFixture {
+ protected:
+  bool started = false;
+};
+
+TEST_F(BackImageTest, TheFirstCommandStartsTheServer) {
+  WriteKey(world.host, "QxBackImg", "1");
+  Helper("QxBackImg.exe", 0);
+  world.pump.OnTurn(4, [this] { WriteKey(world.host, "QxBackImg", "1"); });
+  EXPECT_TRUE(SendToBackImg(tools, "command", "QxBackImg", started));
+  EXPECT_TRUE(started);
+  EXPECT_EQ(Started(0), "QxBackImg.exe: command");
+  EXPECT_EQ(world.pump.Turns(), 4);
+}
+
+TEST_F(BackImageTest, LaterCommandsGoIntoTheKey) {
+  started = true;
+  world.processes.Add({1, "QxBackImg.exe", world.host.programFolder, true});
+  std::string seen;
+  world.pump.OnTurn(2, [&] {
+    seen = Key("QxBackImg");
+    WriteKey(world.host, "QxBackImg", "1");
+  });
+  EXPECT_TRUE(SendToBackImg(tools, "cut|x", "QxBackImg", started));
+  EXPECT_EQ(seen, "cut|x");
+  EXPECT_TRUE(world.shell.Starts().empty());
+}
+
+TEST_F(BackImageTest, OnlyAOneIsAnAnswer) {
+  started = true;
+  world.processes.Add({1, "QxBackImg.exe", world.host.programFolder, true});
+  world.pump.OnTurn(2, [this] { WriteKey(world.host, "QxBackImg", "10"); });
+  world.pump.OnTurn(5, [this] { WriteKey(world.host, "QxBackImg", "1"); });
+  EXPECT_TRUE(SendToBackImg(tools, "c", "QxBackImg", started));
+  EXPECT_EQ(world.pump.Turns(), 5);
+}
+
+TEST_F(BackImageTest, AServerThatIsGoneIsStartedAgainByTheNextCommand) {
+  Helper("QxBackImg.exe", 2);
+  EXPECT_FALSE(SendToBackImg(tools, "c", "QxBackImg", started));
+  EXPECT_FALSE(started);
+  world.shell.SetResult("QxBackImg", host::kStartMissing);
+  EXPECT_FALSE(SendToBackImg(tools, "c", "QxBackImg", started));
+  EXPECT_FALSE(started);
+}
+
+TEST_F(BackImageTest, ThePictureComesByTheLane) {
+  Helper("QxBackImg.exe", 0, [this](const std::string& parameters) {
+    EXPECT_EQ(parameters, "Quillon\tQxBackImg\t/in/a.jpg\tload|/in/a.jpg|0");
+    EXPECT_FALSE(world.files.IsFile(LanePath(world.host)));
+    WriteApp("ClipBoard.lane", "picture");
+    WriteKey(world.host, "QxBackImg", "1");
+  });
+  WriteApp("ClipBoard.lane", "an earlier picture");
+  EXPECT_TRUE(LoadThroughBackImg(tools, "/in/a.jpg", started));
+  world.pump.OnTurn(1, [this] { WriteKey(world.host, "QxBackImg", "1"); });
+  EXPECT_FALSE(LoadThroughBackImg(tools, "/in/b.jpg", started)) << "nothing in the lane";
+  EXPECT_FALSE(LoadThroughBackImg(tools, "/in/b|c.jpg", started));
+}
+
+TEST_F(BackImageTest, ACutIsFineWhenItLeavesAFile) {
+  const std::string out = world.folder.Path("out/a.jpg");
+  EXPECT_FALSE(CutThroughBackImg(tools, {}, out, "80", started));
+  started = true;
+  world.processes.Add({1, "QxBackImg.exe", world.host.programFolder, true});
+  world.pump.OnTurn(1, [this] {
+    EXPECT_EQ(Key("QxBackImg"), CutBackText(tools.App(), {1, 2, 3, 4}, world.folder.Path("out/a.jpg"), "80"));
+    world.folder.Write("out/a.jpg", "cut");
+    WriteKey(world.host, "QxBackImg", "1");
+  });
+  EXPECT_TRUE(CutThroughBackImg(tools, {1, 2, 3, 4}, out, "80", started));
+  world.pump.OnTurn(1, [this] { WriteKey(world.host, "QxBackImg", "1"); });
+  EXPECT_FALSE(CutThroughBackImg(tools, {1, 2, 3, 4}, out, "80", started)) << "nothing new";
+}
+
+class SmallCallsTest : public ToolsFixture {};
+
+TEST_F(SmallCallsTest, TextIsReadWithoutAnEffectiveLimit) {
+  WriteKey(world.host, "OCRRes", "of an earlier picture");
+  Helper("QxBackOCRer.exe", 3000, [this](const std::string& parameters) {
+    EXPECT_EQ(parameters, "Quillon\r\n/in/a.jpg");
+    EXPECT_EQ(Key("OCRRes"), "");
+    WriteKey(world.host, "OCRRes", "文字");
+  });
+  const double before = world.clock.Seconds();
+  EXPECT_EQ(RecogniseText(tools, "/in/a.jpg"), "文字");
+  EXPECT_GT(world.clock.Seconds() - before, 25);
+  EXPECT_TRUE(world.processes.Ended().empty());
+}
+
+TEST_F(SmallCallsTest, ACircleIsFineWhenItLeavesAFile) {
+  const std::string target = world.folder.Write("out/a.png", "old");
+  Helper("PicCirleCut.exe", 2, [&](const std::string&) { world.folder.Write("out/b.png", "new"); });
+  EXPECT_FALSE(CutCircle(tools, "/in/a.jpg", target, {1, 2, 3, 4}));
+  EXPECT_FALSE(world.folder.Exists("out/a.png"));
+  EXPECT_EQ(Started(0), "PicCirleCut.exe: " + CircleText("/in/a.jpg", target, {1, 2, 3, 4}));
+  Helper("PicCirleCut.exe", 2, [&](const std::string&) { world.folder.Write("out/a.png", "new"); });
+  EXPECT_TRUE(CutCircle(tools, "/in/a.jpg", target, {1, 2, 3, 4}));
+}
+
+TEST_F(SmallCallsTest, MediaArgumentsPassThrough) {
+  WriteApp("CutMedia.dll", "twin");
+  Helper("CutMedia.exe", 2);
+  EXPECT_EQ(RunCutMedia(tools, "-i \"/in/a.gif\" -y \"/out/a.gif\""), Waited::Gone);
+  EXPECT_EQ(Started(0), "CutMedia.exe: -i \"/in/a.gif\" -y \"/out/a.gif\"");
+  EXPECT_TRUE(AppHas("CutMedia.exe"));
+}
+
+}  // namespace
+}  // namespace quillon::formats
