@@ -1,0 +1,102 @@
+// SPDX-FileCopyrightText: 2026 The Quillon developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "imaging/by_profiles.h"
+
+#include "imaging/jpeg_maker.h"
+#include "imaging/pictures.h"
+
+namespace quillon::imaging {
+namespace {
+
+using testing::MakeJpeg;
+using testing::Sheet;
+
+TEST(JpegQuality, IsReadFromTheTables) {
+  const testing::Pixels picture = testing::TestPicture({16, 16}, testing::Colours::YCbCr);
+  for (const int quality : {1, 5, 30, 49, 50, 51, 75, 80, 90, 95, 98, 99, 100}) {
+    EXPECT_EQ(JpegQuality(MakeJpeg(picture, {.quality = quality})), quality);
+  }
+}
+
+TEST(JpegQuality, OfOtherBytesIsNone) {
+  EXPECT_EQ(JpegQuality(""), 0);
+  EXPECT_EQ(JpegQuality("\xFF\xD8"), 0);
+  EXPECT_EQ(JpegQuality("\xFF\xD8\xFF\xDB\x7F\xFF"), 0);
+  EXPECT_EQ(JpegQuality(std::string("\xFF\xD8\xFF\xDB\0\x03\0", 7)), 0);
+  EXPECT_EQ(JpegQuality(std::string("\xFF\xD8\xFF\xDB\0\0", 6)), 0);
+  EXPECT_EQ(JpegQuality("no picture"), 0);
+}
+
+class ByProfilesTest : public testing::ServicesTest {
+ protected:
+  ByProfilesTest() {
+    world.folder.Write("screen.icc", testing::ProfileFor("RGB "));
+    world.folder.Write("press.icc", testing::ProfileFor("CMYK"));
+  }
+
+  Status Convert(const std::string& source, const std::string& destination, int quality = 0, int dpi = 0) {
+    return ConvertByProfiles(world.files,
+                             {source, Path(destination), Path("screen.icc"), Path("press.icc"), quality, dpi});
+  }
+  std::string Jpeg(const std::string& name, testing::Colours colours, int quality = 77) {
+    return world.folder.Write(
+        name, MakeJpeg(testing::TestPicture({40, 30}, colours), {.colours = colours, .quality = quality}));
+  }
+};
+
+TEST_F(ByProfilesTest, APictureWithoutAProfileIsTakenForTheScreens) {
+  const std::string source = Jpeg("a.jpg", testing::Colours::YCbCr);
+  const Status status = Convert(source, "b.jpg", 0, 254);
+  ASSERT_TRUE(status) << status.Why();
+  const Sheet made = testing::ReadPlainly(Path("b.jpg"));
+  EXPECT_EQ(made.bands, 4);
+  EXPECT_EQ(made.width, 40);
+  EXPECT_EQ(made.height, 30);
+  EXPECT_EQ(JpegQuality(world.folder.Read("b.jpg")), 77) << "the quality of the source";
+  ImageFacts facts{.dpi = 1};
+  ASSERT_TRUE(services.ImageInfo(Path("b.jpg"), facts));
+  EXPECT_EQ(facts.dpi, 254);
+}
+
+TEST_F(ByProfilesTest, AQualityThatIsToldIsUsed) {
+  ASSERT_TRUE(Convert(Jpeg("a.jpg", testing::Colours::YCbCr), "b.jpg", 60));
+  EXPECT_EQ(JpegQuality(world.folder.Read("b.jpg")), 60);
+}
+
+TEST_F(ByProfilesTest, InksWithoutAProfileStay) {
+  const std::string source = Jpeg("a.jpg", testing::Colours::AdobeCmyk, 95);
+  const Sheet before = testing::ReadPlainly(source);
+  ASSERT_TRUE(Convert(source, "b.tif"));
+  EXPECT_EQ(testing::Difference(testing::ReadPlainly(Path("b.tif")), before), 0);
+}
+
+TEST_F(ByProfilesTest, GreyBecomesInk) {
+  ASSERT_TRUE(Convert(Jpeg("a.jpg", testing::Colours::Grey), "b.tif"));
+  EXPECT_EQ(testing::ReadPlainly(Path("b.tif")).bands, 4);
+}
+
+TEST_F(ByProfilesTest, WhatCannotHoldInkShowsIt) {
+  ASSERT_TRUE(Convert(Jpeg("a.jpg", testing::Colours::YCbCr), "b.png"));
+  EXPECT_EQ(testing::ReadPlainly(Path("b.png")).bands, 3);
+}
+
+TEST_F(ByProfilesTest, AFailureLeavesTheDestination) {
+  const std::string source = Jpeg("a.jpg", testing::Colours::YCbCr);
+  const std::string whole = world.folder.Read("a.jpg");
+  world.folder.Write("b.jpg", "old");
+  world.folder.Write("torn.jpg", whole.substr(0, whole.size() * 2 / 3));
+  EXPECT_EQ(Convert(Path("torn.jpg"), "b.jpg").GetProblem(), host::Problem::Damaged);
+  EXPECT_EQ(Convert(Path("none.jpg"), "b.jpg").GetProblem(), host::Problem::Missing);
+  EXPECT_EQ(Convert(world.folder.Path(), "b.jpg").GetProblem(), host::Problem::Unsupported);
+  world.folder.Write("press.icc", "no profile");
+  EXPECT_EQ(Convert(source, "b.jpg").GetProblem(), host::Problem::Unsupported);
+  world.folder.Write("press.icc", testing::ProfileFor("CMYK"));
+  world.folder.Write("screen.icc", testing::ProfileFor("CMYK"));
+  EXPECT_EQ(Convert(source, "b.jpg").GetProblem(), host::Problem::Unsupported);
+  EXPECT_TRUE(world.files.RemoveOwn(Path("screen.icc")));
+  EXPECT_EQ(Convert(source, "b.jpg").GetProblem(), host::Problem::Missing);
+  EXPECT_EQ(world.folder.Read("b.jpg"), "old");
+}
+
+}  // namespace
+}  // namespace quillon::imaging
