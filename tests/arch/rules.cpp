@@ -26,11 +26,11 @@ const std::vector<Layer>& Layers() {
   static const Folders kTools = {"base", "controls", "host", "imaging", "formats/tools"};
   static const Folders kJob = {"base", "controls", "host", "imaging", "formats/tools", "job"};
   static const Folders kUpper = {"base", "controls", "host", "imaging", "formats/tools", "job"};
-  static const Folders kSuite = {"base", "controls", "host", "imaging", "formats/tools", "job", "regions"};
-  static const Folders kPrograms = {"base", "controls", "host",  "imaging",   "formats/tools",
-                                    "job",  "regions",  "suite", "host/posix"};
-  static const Folders kApp = {"base",  "controls",   "host",  "imaging", "formats/tools", "job", "regions",
-                               "suite", "host/posix", "batch", "ui"};
+  static const Folders kSuite = {"base", "controls", "host", "imaging", "formats/tools", "job", "formats", "regions"};
+  static const Folders kPrograms = {"base", "controls", "host",    "imaging", "formats/tools",
+                                    "job",  "formats",  "regions", "suite",   "host/posix"};
+  static const Folders kApp = {"base",    "controls", "host",  "imaging",    "formats/tools", "job",
+                               "formats", "regions",  "suite", "host/posix", "batch",         "ui"};
   static const std::vector<Layer> kLayers = {
       {"base", {}},
       {"controls", kBase},
@@ -39,6 +39,7 @@ const std::vector<Layer>& Layers() {
       {"host", kControls},
       {"imaging", kHost},
       {"formats/tools", kImaging},
+      {"formats", kJob},
       {"job", kTools},
       {"regions", kUpper},
       {"suite", kSuite},
@@ -87,7 +88,8 @@ const std::vector<Library>& Libraries() {
       {std::regex("^vips/|^glib|^gobject"), {"src/imaging/", "src/helpers/"}},
       {std::regex("^jpeglib|^jerror|^turbojpeg|^tiff|^png\\.h|^gif_lib"), {"src/imaging/", "src/helpers/"}},
       {std::regex("^exiv2/"), {"src/imaging/", "src/helpers/"}},
-      {std::regex("^qpdf/|^poppler|^lcms2|^cgif|^seccomp"), {"src/helpers/"}},
+      {std::regex("^lcms2"), {"src/imaging/"}},
+      {std::regex("^qpdf/|^poppler|^cgif|^seccomp"), {"src/helpers/"}},
       {std::regex("^MediaInfo"), {"src/imaging/"}},
       {std::regex("^sqlite3"), {"src/host/posix/"}},
       {std::regex("^nlohmann/|^CLI/"), {"src/batch/"}},

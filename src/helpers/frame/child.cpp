@@ -15,18 +15,19 @@ namespace quillon::helpers {
 namespace {
 
 constexpr std::size_t kMostOutput = 64 * 1024;
+constexpr int kNotStarted = 127;
 
 // In the new process, up to the exec. Only calls that are safe there.
 [[noreturn]] void Become(char* const* words, int output, pid_t parent) {
   prctl(PR_SET_PDEATHSIG, SIGKILL);
-  if (getppid() != parent) _exit(127);
+  if (getppid() != parent) _exit(kNotStarted);
   const int nowhere = open("/dev/null", O_RDONLY);
   dup2(nowhere, 0);
   dup2(output, 1);
   dup2(output, 2);
   close_range(3, ~0U, CLOSE_RANGE_CLOEXEC);
   execvp(words[0], words);
-  _exit(127);
+  _exit(kNotStarted);
 }
 
 // Reads to the end, so that the writer is never held up; keeps the beginning.
@@ -41,12 +42,13 @@ std::string ReadAll(int handle) {
   }
 }
 
-int Collect(pid_t child) {
+void Collect(pid_t child, Ended& ended) {
   int told = 0;
   while (waitpid(child, &told, 0) < 0) {
-    if (errno != EINTR) return -1;
+    if (errno != EINTR) return;
   }
-  return WIFEXITED(told) && WEXITSTATUS(told) != 127 ? WEXITSTATUS(told) : -1;
+  ended.started = !WIFEXITED(told) || WEXITSTATUS(told) != kNotStarted;
+  if (WIFEXITED(told) && ended.started) ended.exit = WEXITSTATUS(told);
 }
 
 }  // namespace
@@ -65,7 +67,7 @@ Ended RunProgram(const std::vector<std::string>& words) {
   Ended ended;
   if (child > 0) {
     ended.output = ReadAll(ends[0]);
-    ended.exit = Collect(child);
+    Collect(child, ended);
   }
   close(ends[0]);
   return ended;

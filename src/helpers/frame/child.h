@@ -9,6 +9,7 @@ namespace quillon::helpers {
 
 // How a program ended that was run to its end.
 struct Ended {
+  bool started = false;
   int exit = -1;       // its exit code; -1 where it could not be started or was killed
   std::string output;  // the beginning of what it wrote to both its outputs
 

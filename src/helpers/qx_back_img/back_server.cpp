@@ -1,0 +1,88 @@
+// SPDX-FileCopyrightText: 2026 The Quillon developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "helpers/qx_back_img/back_server.h"
+
+#include <algorithm>
+#include <array>
+#include <cstdio>
+
+#include "base/number_text.h"
+#include "base/path_text.h"
+#include "base/rounding.h"
+#include "formats/tools/back_image.h"
+
+namespace quillon::helpers {
+namespace {
+
+constexpr double kRest = 0.005;
+constexpr double kIdle = 1800;
+constexpr const char* kDone = "1";
+constexpr int kQuality = 80;
+
+std::vector<std::string> Split(const std::string& text, char separator) {
+  std::vector<std::string> parts;
+  std::size_t from = 0;
+  for (std::size_t end; (end = text.find(separator, from)) != std::string::npos; from = end + 1) {
+    parts.push_back(text.substr(from, end - from));
+  }
+  parts.push_back(text.substr(from));
+  return parts;
+}
+
+}  // namespace
+
+BackServer::BackServer(Helper& helper) : helper_(helper), services_(helper.World(), [] {}) {}
+
+host::Status BackServer::Serve() {
+  const std::vector<std::string> fields = helper_.Fields();
+  if (fields.size() != 4) return WrongCall("需要四个字段");
+  const std::string& application = fields[0];
+  const std::string& key = fields[1];
+  host::Clock& clock = helper_.World().clock;
+  std::string command = fields[3];
+  for (double last = clock.Seconds(); clock.Seconds() - last < kIdle;) {
+    if (command.empty() || command == kDone) {
+      clock.Sleep(kRest);
+    } else {
+      if (const host::Status done = Obey(command); !done) std::fprintf(stderr, "QxBackImg: %s\n", done.Why().c_str());
+      helper_.Set(application, key, kDone);
+      last = clock.Seconds();
+    }
+    if (!helper_.Files().IsFolder(helper_.World().programFolder)) break;
+    command = helper_.Get(application, key);
+  }
+  return host::Status::Ok();
+}
+
+host::Status BackServer::Obey(const std::string& command) {
+  const std::vector<std::string> words = Split(command, '|');
+  if (words.size() == 3 && (words.front() == "load" || words.back() == "load")) return Load(words[1]);
+  if (words.size() == 8 && words.front() == "cut") return Cut(words);
+  return WrongCall("不认识的命令");
+}
+
+host::Status BackServer::Load(const std::string& file) {
+  const std::string lane = formats::LanePath(helper_.World());
+  imaging::Image image;
+  host::Status status = services_.LoadImageFromFile(file, image);
+  if (status) status = services_.PutImageOnClipBoard(image);
+  // A picture from before is not the answer to this command.
+  if (!status) static_cast<void>(helper_.Files().RemoveOwn(lane));
+  return status;
+}
+
+host::Status BackServer::Cut(const std::vector<std::string>& words) {
+  std::array<int, 4> box{};
+  for (std::size_t i = 0; i < box.size(); ++i) {
+    const std::optional<double> number = base::ParseNumber(words[i + 2]);
+    if (!number) return WrongCall("不是数：" + words[i + 2]);
+    box[i] = base::R(*number);
+  }
+  imaging::CropRequest request{.source = words[1], .destination = words[6], .rect = {box[0], box[1], box[2], box[3]}};
+  request.encoder = imaging::EncoderFor(base::SplitPath(request.destination).extension);
+  request.quality = base::ParseInteger(words[7]).value_or(kQuality);
+  request.exif = imaging::Exif::Keep;
+  return services_.CropToFile(request);
+}
+
+}  // namespace quillon::helpers

@@ -1,0 +1,64 @@
+// SPDX-FileCopyrightText: 2026 The Quillon developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include <gtest/gtest.h>
+
+#include "helpers/helper_process.h"
+#include "helpers/pictures.h"
+
+namespace quillon::helpers {
+namespace {
+
+TEST(CutMedia, CutsAFile) {
+  const HelperFolder folder;
+  const std::string source = folder.Path("a b%d[1].png");
+  const std::string target = folder.Path("c d%d.png");
+  testing::Save(source, testing::Waves(60, 40));
+  const Ran ran =
+      folder.Run("CutMedia", {"-i \"" + source + "\" -vf crop=x=10:y=5:w=20:h=30 -y -q:v 0 \"" + target + "\""});
+  ASSERT_EQ(ran.exit, 0) << ran.err;
+  const testing::Pixels cut = testing::Load(target);
+  EXPECT_EQ(cut.width, 20);
+  EXPECT_EQ(cut.height, 30);
+  EXPECT_EQ(cut.At(0, 0), testing::Waves(60, 40).At(10, 5));
+  EXPECT_EQ(folder.Names(), (std::vector<std::string>{"a b%d[1].png", "c d%d.png"}));
+}
+
+TEST(CutMedia, UsesAPaletteOfItsOwn) {
+  const HelperFolder folder;
+  const std::string source = folder.Path("a.gif");
+  const std::string palette = folder.Path("paletten.png");
+  const std::string target = folder.Path("b.gif");
+  testing::Save(source, testing::Waves(60, 40));
+  ASSERT_EQ(
+      folder
+          .Run("CutMedia", {"-i \"" + source + "\" -vf \"fps=2,scale=-1:-1::flags=lanczos,palettegen\" -y -q:v 0 \"" +
+                            palette + "\""})
+          .exit,
+      0);
+  const Ran ran = folder.Run(
+      "CutMedia", {"-i \"" + source + "\" -i \"" + palette +
+                   "\" -filter_complex \"crop=x=1:y=2:w=30:h=20,scale=-1:-1:flags=lanczos[x];[x][1:v]paletteuse\"  -y "
+                   "-q:v 0 \"" +
+                   target + "\""});
+  ASSERT_EQ(ran.exit, 0) << ran.err;
+  EXPECT_EQ(testing::Load(target).width, 30);
+}
+
+TEST(CutMedia, LeavesTheOldResultWhenItFails) {
+  const HelperFolder folder;
+  const std::string target = folder.Write("b.gif", "old");
+  folder.Write("bad.gif", "no gif at all");
+  EXPECT_EQ(folder.Run("CutMedia", {"-i \"" + folder.Path("bad.gif") + "\" -y \"" + target + "\""}).exit, 1);
+  EXPECT_EQ(folder.Run("CutMedia", {"-i \"" + folder.Path("none.gif") + "\" -y \"" + target + "\""}).exit, 1);
+  EXPECT_EQ(folder.Run("CutMedia", {}).exit, 1);
+  EXPECT_EQ(folder.Read("b.gif"), "old");
+  EXPECT_EQ(folder.Names(), (std::vector<std::string>{"b.gif", "bad.gif"}));
+}
+
+TEST(CutMedia, ReadsNothingFromTheNetwork) {
+  const HelperFolder folder;
+  EXPECT_EQ(folder.Run("CutMedia", {"-i http://127.0.0.1:9/a.gif -y \"" + folder.Path("b.gif") + "\""}).exit, 1);
+}
+
+}  // namespace
+}  // namespace quillon::helpers

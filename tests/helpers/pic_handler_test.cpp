@@ -1,0 +1,140 @@
+// SPDX-FileCopyrightText: 2026 The Quillon developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include <gtest/gtest.h>
+
+#include <filesystem>
+
+#include "helpers/helper_process.h"
+#include "helpers/pdfs.h"
+#include "helpers/pictures.h"
+
+namespace quillon::helpers {
+namespace {
+
+using testing::Load;
+using testing::Plain;
+using testing::Save;
+using testing::Waves;
+
+class PicHandlerTest : public ::testing::Test {
+ protected:
+  PicHandlerTest() { std::filesystem::copy(QUILLON_BINARY_DIR "/bin/ColorConfigs", folder.Path("ColorConfigs")); }
+
+  Ran ToCmyk(const std::string& file, const std::string& extension = ".jpg") {
+    return folder.Run("PicHandler",
+                      {"\"" + file + "\"  -profile \"" + folder.Path("ColorConfigs/sRGB.icc") + "\" -profile \"" +
+                       folder.Path("ColorConfigs/Default.icm") + "\" \"" + folder.Path("Tmp" + extension) + "\""});
+  }
+  Ran ToPdf(const std::string& file, const std::string& base, const std::string& options) {
+    return folder.Run("PicHandler", {"\"" + file + "\"  -interlace none -verbose -quality " + options +
+                                     " -depth 24 -colorspace RGB \"" + base + ".pdf\""});
+  }
+
+  HelperFolder folder;
+};
+
+TEST_F(PicHandlerTest, WhiteIsNoInkAndBlackIsDark) {
+  testing::Pixels page = Plain(64, 64, {255, 255, 255});
+  for (int i = 0; i < 64 * 32 * 3; ++i) page.values[static_cast<std::size_t>(i)] = 0;
+  Save(folder.Path("a b.jpg"), page, 254);
+  const Ran ran = ToCmyk(folder.Path("a b.jpg"));
+  ASSERT_EQ(ran.exit, 0) << ran.err;
+  const testing::Pixels made = Load(folder.Path("Tmp.jpg"));
+  ASSERT_EQ(made.bands, 4);
+  EXPECT_EQ(made.width, 64);
+  EXPECT_EQ(testing::DpiOf(folder.Path("Tmp.jpg")), 254);
+  for (const int ink : made.At(32, 60)) EXPECT_LE(ink, 2);
+  const std::vector<int> black = made.At(32, 4);
+  EXPECT_GE(black[0] + black[1] + black[2] + black[3], 2 * 255);
+  EXPECT_NE(folder.Read("Tmp.jpg").find("ICC_PROFILE"), std::string::npos);
+}
+
+TEST_F(PicHandlerTest, ColoursAreThoseOfImageMagick) {
+  for (const std::vector<int>& colour :
+       std::vector<std::vector<int>>{{255, 0, 0}, {0, 128, 0}, {30, 60, 200}, {128, 128, 128}}) {
+    Save(folder.Path("a.jpg"), Plain(32, 32, colour));
+    ASSERT_EQ(ToCmyk(folder.Path("a.jpg")).exit, 0);
+    // An option that is not known here makes convert do it.
+    const Ran ran = folder.Run("PicHandler", {folder.Path("a.jpg"), "-sampling-factor", "1x1", "-profile",
+                                              folder.Path("ColorConfigs/sRGB.icc"), "-profile",
+                                              folder.Path("ColorConfigs/Default.icm"), folder.Path("b.jpg")});
+    ASSERT_EQ(ran.exit, 0) << ran.err;
+    const std::vector<int> ours = Load(folder.Path("Tmp.jpg")).At(16, 16);
+    const std::vector<int> theirs = Load(folder.Path("b.jpg")).At(16, 16);
+    for (std::size_t i = 0; i < 4; ++i) EXPECT_NEAR(ours[i], theirs[i], 6) << colour[0] << " ink " << i;
+  }
+}
+
+TEST_F(PicHandlerTest, TiffAndGreyAreConvertedToo) {
+  Save(folder.Path("a.tif"), Waves(40, 30), 300);
+  ASSERT_EQ(ToCmyk(folder.Path("a.tif"), ".tif").exit, 0);
+  EXPECT_EQ(Load(folder.Path("Tmp.tif")).bands, 4);
+  Save(folder.Path("g.jpg"), Waves(40, 30, 1));
+  ASSERT_EQ(ToCmyk(folder.Path("g.jpg")).exit, 0);
+  EXPECT_EQ(Load(folder.Path("Tmp.jpg")).bands, 4);
+}
+
+TEST_F(PicHandlerTest, PicturesBeyondTheLimitsOfImageMagickAreConverted) {
+  Save(folder.Path("a.jpg"), Plain(17000, 8, {200, 100, 50}));
+  const Ran ran = ToCmyk(folder.Path("a.jpg"));
+  ASSERT_EQ(ran.exit, 0) << ran.err;
+  EXPECT_EQ(Load(folder.Path("Tmp.jpg")).width, 17000);
+}
+
+TEST_F(PicHandlerTest, AJpegGoesIntoThePdfByteForByte) {
+  Save(folder.Path("a b.jpg"), Waves(900, 600), 96);
+  const Ran ran = ToPdf(folder.Path("a b.jpg"), folder.Path("a b"), "100 -units pixelsperinch -density 300x300");
+  ASSERT_EQ(ran.exit, 0) << ran.err;
+  ASSERT_EQ(testing::PagesOf(folder.Path("a b.pdf")), 1);
+  const testing::Seen seen = testing::SeenSize(folder.Path("a b.pdf"), 0);
+  EXPECT_DOUBLE_EQ(seen.width, 216);
+  EXPECT_DOUBLE_EQ(seen.height, 144);
+  EXPECT_NE(folder.Read("a b.pdf").find(folder.Read("a b.jpg")), std::string::npos);
+}
+
+TEST_F(PicHandlerTest, WithoutADensityThePageFollowsThePicture) {
+  Save(folder.Path("a.jpg"), Waves(300, 150), 150);
+  ASSERT_EQ(ToPdf(folder.Path("a.jpg"), folder.Path("a"), " 85  -units pixelsperinch ").exit, 0);
+  EXPECT_DOUBLE_EQ(testing::SeenSize(folder.Path("a.pdf"), 0).width, 144);
+}
+
+TEST_F(PicHandlerTest, OtherPicturesBecomeJpegsInThePdf) {
+  Save(folder.Path("a.png"), Waves(300, 150), 150);
+  const Ran ran = ToPdf(folder.Path("a.png"), folder.Path("a"), "85 -units pixelsperinch -density 72x72");
+  ASSERT_EQ(ran.exit, 0) << ran.err;
+  EXPECT_DOUBLE_EQ(testing::SeenSize(folder.Path("a.pdf"), 0).width, 300);
+  EXPECT_FALSE(folder.Exists("PicHandler.jpg"));
+}
+
+TEST_F(PicHandlerTest, OtherOrdersGoToImageMagickUnderPlainNames) {
+  const std::string source = folder.Path("100%d [1] *.png");
+  const std::string target = folder.Path("out %d[0].png");
+  Save(source, Waves(40, 30));
+  const Ran ran = folder.Run("PicHandler", {"\"" + source + "\" -rotate 90 \"" + target + "\""});
+  ASSERT_EQ(ran.exit, 0) << ran.err;
+  EXPECT_EQ(Load(target).width, 30);
+  EXPECT_EQ(folder.Names(), (std::vector<std::string>{"100%d [1] *.png", "ColorConfigs", "out %d[0].png"}));
+}
+
+TEST_F(PicHandlerTest, AFailureLeavesWhatStoodThere) {
+  folder.Write("bad.jpg", "no picture");
+  folder.Write("Tmp.jpg", "old");
+  folder.Write("a.pdf", "old");
+  Save(folder.Path("good.jpg"), Waves(40, 30));
+  folder.Write("torn.jpg", folder.Read("good.jpg").substr(0, folder.Read("good.jpg").size() / 2));
+  for (const char* name : {"bad.jpg", "torn.jpg", "none.jpg", "ColorConfigs"}) {
+    EXPECT_EQ(ToCmyk(folder.Path(name)).exit, 1) << name;
+    EXPECT_EQ(ToPdf(folder.Path(name), folder.Path("a"), "100").exit, 1) << name;
+  }
+  folder.Write("ColorConfigs/Default.icm", "no profile");
+  EXPECT_EQ(ToCmyk(folder.Path("good.jpg")).exit, 1);
+  std::filesystem::remove(folder.Path("ColorConfigs/Default.icm"));
+  EXPECT_EQ(ToCmyk(folder.Path("good.jpg")).exit, 1);
+  EXPECT_EQ(folder.Run("PicHandler", {}).exit, 1);
+  EXPECT_EQ(folder.Run("PicHandler", {"\"" + folder.Path("good.jpg") + "\""}).exit, 1);
+  EXPECT_EQ(folder.Read("Tmp.jpg"), "old");
+  EXPECT_EQ(folder.Read("a.pdf"), "old");
+}
+
+}  // namespace
+}  // namespace quillon::helpers

@@ -1,0 +1,159 @@
+// SPDX-FileCopyrightText: 2026 The Quillon developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+// Whole runs of the program with its helpers, good ones and broken ones.
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <csignal>
+#include <cstdlib>
+#include <filesystem>
+#include <future>
+
+#include "helpers/frame/child.h"
+#include "helpers/pictures.h"
+#include "helpers/until.h"
+#include "host/posix/posix_processes.h"
+#include "host/testing/temp_folder.h"
+
+namespace quillon::helpers {
+namespace {
+
+namespace fs = std::filesystem;
+using testing::Load;
+using testing::Save;
+using testing::Waves;
+
+const std::vector<std::string> kCmyk = {"--open", "FBaseOpt", "--set", "FBaseOpt.ChToCMYK=1"};
+
+class RunTest : public ::testing::Test {
+ protected:
+  RunTest() {
+    for (const char* name : {"in", "out", "tmp", "bin"}) fs::create_directory(folder.Path(name));
+    Save(folder.Path("in/a.jpg"), Waves(60, 40), 300);
+  }
+
+  // Lays the program out again, with that script in the place of a helper.
+  void Break(const std::string& helper, const std::string& script) {
+    fs::copy_options options = fs::copy_options::update_existing;
+    for (const auto& entry : fs::directory_iterator(QUILLON_BINARY_DIR "/bin")) {
+      const std::string name = entry.path().filename();
+      if (name == "quillon-batch") fs::copy(entry.path(), folder.Path("bin/" + name), options);
+      if (name == "ColorConfigs" || (name.ends_with(".dll") && name != helper + ".dll")) {
+        fs::create_symlink(entry.path(), folder.Path("bin/" + name));
+      }
+    }
+    const std::string path = folder.Write("bin/" + helper + ".dll", "#!/bin/sh\n" + script);
+    chmod(path.c_str(), 0755);
+    program = folder.Path("bin/quillon-batch");
+  }
+
+  std::vector<std::string> Words(const std::vector<std::string>& steps, const std::string& out = "out") const {
+    std::vector<std::string> words{"env", "TMPDIR=" + folder.Path("tmp"), program};
+    words.insert(words.end(), steps.begin(), steps.end());
+    for (const std::string& word : {std::string("--out"), folder.Path(out), std::string("--click"),
+                                    std::string("menuNormalCut"), folder.Path("in/a.jpg")}) {
+      words.push_back(word);
+    }
+    return words;
+  }
+
+  Ended Run(const std::vector<std::string>& steps, const std::string& out = "out") const {
+    return RunProgram(Words(steps, out));
+  }
+
+  // Helpers of runs of this test that still run.
+  std::vector<std::string> Left() const {
+    std::vector<std::string> left;
+    for (const host::ProcessFacts& process : host::posix::PosixProcesses().Running()) {
+      if (process.folder.starts_with(folder.Path())) left.push_back(process.name);
+    }
+    return left;
+  }
+
+  host::testing::TempFolder folder;
+  std::string program = QUILLON_BINARY_DIR "/bin/quillon-batch";
+};
+
+TEST_F(RunTest, APictureBecomesCmyk) {
+  const Ended ended = Run(kCmyk);
+  EXPECT_EQ(ended.exit, 0) << ended.output;
+  EXPECT_EQ(Load(folder.Path("out/a.jpg")).bands, 4);
+  EXPECT_EQ(testing::DpiOf(folder.Path("out/a.jpg")), 300);
+  EXPECT_EQ(folder.Names("tmp"), std::vector<std::string>{});
+  EXPECT_EQ(folder.Names("out"), std::vector<std::string>{"a.jpg"});
+}
+
+TEST_F(RunTest, APictureBecomesAPdf) {
+  const Ended ended = Run({"--set", "CmbOutType=pdf"});
+  EXPECT_EQ(ended.exit, 0) << ended.output;
+  EXPECT_EQ(folder.Names("out"), std::vector<std::string>{"a.pdf"});
+}
+
+TEST_F(RunTest, ExifIsKept) {
+  const Ended ended = Run({"--open", "FBaseOpt", "--set", "FBaseOpt.ChKeepExif=1"});
+  EXPECT_EQ(ended.exit, 0) << ended.output;
+  EXPECT_EQ(Load(folder.Path("out/a.jpg")).width, 60);
+  EXPECT_EQ(folder.Names("tmp"), std::vector<std::string>{});
+}
+
+TEST_F(RunTest, TwoRunsDoNotMeet) {
+  fs::create_directory(folder.Path("out2"));
+  auto other = std::async(std::launch::async, [this] { return Run(kCmyk, "out2"); });
+  EXPECT_EQ(Run(kCmyk).exit, 0);
+  EXPECT_EQ(other.get().exit, 0);
+  EXPECT_EQ(Load(folder.Path("out/a.jpg")).bands, 4);
+  EXPECT_EQ(Load(folder.Path("out2/a.jpg")).bands, 4);
+}
+
+TEST_F(RunTest, ABrokenHelperCostsTheColoursAndNotTheRun) {
+  for (const char* script : {"kill -9 $$\n", "exit 3\n", "echo garbage > Tmp.jpg\n"}) {
+    fs::remove_all(folder.Path("bin"));
+    fs::create_directory(folder.Path("bin"));
+    fs::remove(folder.Path("out/a.jpg"));
+    Break("PicHandler", script);
+    const Ended ended = Run(kCmyk);
+    EXPECT_EQ(ended.exit, 0) << script << ended.output;
+    EXPECT_EQ(Load(folder.Path("out/a.jpg")).bands, 3) << script;
+    EXPECT_EQ(folder.Names("tmp"), std::vector<std::string>{}) << script;
+  }
+}
+
+TEST_F(RunTest, AHelperThatHangsIsEndedByAStop) {
+  Break("PicHandler", "touch \"$(dirname \"$0\")/hangs\"\nwhile :; do sleep 0.01; done\n");
+  std::vector<std::string> texts = Words(kCmyk);
+  std::vector<char*> words;
+  for (std::string& text : texts) words.push_back(text.data());
+  words.push_back(nullptr);
+  const pid_t run = fork();
+  if (run == 0) {
+    execvp(words[0], words.data());
+    _exit(127);
+  }
+  const bool hangs = testing::Until([this] {
+    const std::vector<std::string> left = Left();
+    return std::find(left.begin(), left.end(), "PicHandler.exe") != left.end();
+  });
+  EXPECT_TRUE(hangs);
+  kill(run, SIGINT);
+  int status = 0;
+  waitpid(run, &status, 0);
+  EXPECT_TRUE(WIFEXITED(status));
+  EXPECT_EQ(WEXITSTATUS(status), 3);
+  EXPECT_EQ(folder.Names("out"), std::vector<std::string>{});
+  EXPECT_EQ(folder.Names("tmp"), std::vector<std::string>{});
+  EXPECT_TRUE(testing::Until([this] { return Left().empty(); }));
+}
+
+TEST_F(RunTest, WithoutTheHelperTheOptionAsksForIt) {
+  Break("PicHandler", "exit 0\n");
+  fs::remove(folder.Path("bin/PicHandler.dll"));
+  const Ended ended = Run({"--set", "CmbOutType=pdf"});
+  EXPECT_NE(ended.output.find("缺失资源文件"), std::string::npos) << ended.output;
+  EXPECT_EQ(folder.Names("out"), std::vector<std::string>{"a.jpg"});
+}
+
+}  // namespace
+}  // namespace quillon::helpers
