@@ -43,8 +43,9 @@ class Sheets {
 class OutputTools {
  public:
   virtual ~OutputTools() = default;
+  // Turns the colours of the picture into ink; where that fails it stays as it was.
   virtual host::Status ToCmyk(const std::string& file) = 0;
-  virtual void CopyExif(const std::string& source, const std::string& target) = 0;
+  virtual host::Status CopyExif(const std::string& source, const std::string& target) = 0;
   // Makes the pdf beside the picture and removes the picture when the pdf stands.
   virtual host::Status ToPdf(const std::string& picture) = 0;
 };

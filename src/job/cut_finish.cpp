@@ -6,6 +6,13 @@
 
 namespace quillon::job {
 
+namespace {
+
+// What is missing in an output that is written all the same.
+void Note(CutFile& file, const std::string& why) { file.result.why += (file.result.why.empty() ? "" : "；") + why; }
+
+}  // namespace
+
 Step StopHere(CutFile& file) {
   file.program.host.pump.Turn();
   const bool unfinished = file.BorderFollows() || file.options.split || file.options.toCmyk || file.run.pdf;
@@ -16,12 +23,16 @@ Step ConvertToCmyk(CutFile& file) {
   if (!file.options.toCmyk) return Step::Next;
   if (const host::Status usable = CheckCmykProfiles(file.program); !usable) return Fail(file, usable);
   const host::Status converted = file.program.outputTools->ToCmyk(file.made);
-  return converted ? Step::Next : Fail(file, converted);
+  if (converted.DiskFull() || converted.GetProblem() == host::Problem::Stopped) return Fail(file, converted);
+  if (!converted) Note(file, "颜色没有转换：" + converted.Why());
+  return Step::Next;
 }
 
 Step CopyExif(CutFile& file) {
   const bool wanted = file.options.keepExif && !file.run.OnBackSide() && file.program.outputTools;
-  if (wanted) file.program.outputTools->CopyExif(file.exifSource, file.made);
+  if (!wanted) return Step::Next;
+  const host::Status copied = file.program.outputTools->CopyExif(file.exifSource, file.made);
+  if (!copied) Note(file, "Exif没有保留：" + copied.Why());
   return Step::Next;
 }
 

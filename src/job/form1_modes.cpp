@@ -3,6 +3,7 @@
 // The lists and switches of Form1 that choose what is cut, how, and into what.
 #include <algorithm>
 
+#include "formats/tools/twins.h"
 #include "job/form1.h"
 #include "job/program.h"
 
@@ -84,6 +85,8 @@ void Form1::CmbCutStyle_Click() {
       Select(CmbCutStyle, CutStyle::Rectangle);
       return;
     }
+    // A twin that cannot be copied shows in the cut.
+    static_cast<void>(formats::CopyTwin(program_.host, "PicCirleCut"));
   } else {
     program_.HideWindow("FCircleCut");
   }

@@ -41,6 +41,8 @@ void NormalCut::Run() {
   if (!busy) return;
   if (!ResourcesThere() || !InputThere() || !OutputThere()) return;
   Form1& form = program_.form1;
+  EndHelpers();
+  program_.flags.BackWorkerStarted = false;
   const bool withArray = form.ChCutAndArray.On();
   PrepareCanvas(withArray);
   form.ChBack.Set(false);

@@ -16,7 +16,7 @@ struct FileResult {
   std::string source;
   std::string output;  // "" when none was written
   Result result = Result::None;
-  std::string why;                     // one Chinese sentence, "" when written
+  std::string why;                     // one Chinese sentence; "" when written and nothing is missing in the output
   std::vector<std::string> more = {};  // further outputs, where one source gives several
 };
 

@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "formats/output_tools.h"
 #include "job/program.h"
 #include "regions/regions.h"
 
@@ -11,9 +12,10 @@ namespace quillon::suite {
 // and lets it go first.
 class Suite {
  public:
-  explicit Suite(job::Program& owner) : program(owner), regions(owner) {}
+  explicit Suite(job::Program& owner) : program(owner), outputTools(owner), regions(owner) {}
 
   job::Program& program;
+  formats::OutputTools outputTools;
   regions::Regions regions;
 };
 

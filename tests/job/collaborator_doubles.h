@@ -29,7 +29,7 @@ class IdleSheets final : public Sheets {
 class IdleTools final : public OutputTools {
  public:
   host::Status ToCmyk(const std::string&) override { return {}; }
-  void CopyExif(const std::string&, const std::string&) override {}
+  host::Status CopyExif(const std::string&, const std::string&) override { return {}; }
   host::Status ToPdf(const std::string&) override { return {}; }
 };
 

@@ -16,7 +16,10 @@ class Tools final : public OutputTools {
     cmyk.push_back(file);
     return cmykStatus;
   }
-  void CopyExif(const std::string& source, const std::string& target) override { exif.emplace_back(source, target); }
+  host::Status CopyExif(const std::string& source, const std::string& target) override {
+    exif.emplace_back(source, target);
+    return exifStatus;
+  }
   host::Status ToPdf(const std::string& picture) override {
     pdf.push_back(picture);
     if (!pdfStatus) return pdfStatus;
@@ -28,6 +31,7 @@ class Tools final : public OutputTools {
   std::vector<std::pair<std::string, std::string>> exif;
   std::vector<std::string> pdf;
   host::Status cmykStatus;
+  host::Status exifStatus;
   host::Status pdfStatus;
 };
 
@@ -102,8 +106,29 @@ TEST_F(CutFinishTest, CmykComesBeforeTheDelivery) {
   tools.cmykStatus = {host::Problem::Other, "没有配置文件"};
   program.files.Clear();
   Cut({Make("b.jpg")});
-  EXPECT_EQ(Why(1), "没有配置文件");
-  EXPECT_EQ(OutNames(), std::vector<std::string>{"a.jpg"});
+  EXPECT_EQ(Why(1), "颜色没有转换：没有配置文件");
+  EXPECT_EQ(OutNames(), (std::vector<std::string>{"a.jpg", "b.jpg"}));
+}
+
+TEST_F(CutFinishTest, ARefusedOrStoppedConversionLeavesNoOutput) {
+  program.outputTools = &tools;
+  flags.ToCmyk = true;
+  for (const host::Problem problem : {host::Problem::DiskFull, host::Problem::Stopped}) {
+    tools.cmykStatus = {problem, "没有完成"};
+    program.files.Clear();
+    Cut({Make("a.jpg")});
+    EXPECT_EQ(Why(1), "没有完成");
+    EXPECT_EQ(OutNames(), std::vector<std::string>{});
+  }
+}
+
+TEST_F(CutFinishTest, ALostExifIsTold) {
+  program.outputTools = &tools;
+  flags.KeepExif = true;
+  tools.exifStatus = {host::Problem::Unsupported, "名字不行"};
+  Cut({Make("a.jpg")});
+  EXPECT_EQ(Totals().written, 1u);
+  EXPECT_EQ(Why(1), "Exif没有保留：名字不行");
 }
 
 TEST_F(CutFinishTest, CmykWithoutUsableProfilesIsTold) {

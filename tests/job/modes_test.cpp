@@ -214,6 +214,7 @@ TEST_F(ModesTest, RoundShapesOpenTheirWindowAndOthersHideIt) {
   Put("CmbCutStyle", "3");
   EXPECT_EQ(Value("CmbCutStyle"), "3");
   EXPECT_TRUE(circles.Visible());
+  EXPECT_TRUE(AppHas("PicCirleCut.exe"));
   EXPECT_EQ(program.fCutPre.preview.Shape(), 3);
   Put("CmbCutStyle", "1");
   EXPECT_FALSE(circles.Visible());

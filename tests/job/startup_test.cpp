@@ -141,9 +141,10 @@ TEST_F(StartTest, TwinsAreCopied) {
 
 TEST_F(StartTest, ATwinThatCannotBeCopiedIsNotReported) {
   WriteApp("QxImgTool.dll");
+  world.faults.Set({.call = host::testing::DiskCall::Link, .error = EXDEV, .pathHolds = "QxImgTool"});
   world.faults.Set({.call = host::testing::DiskCall::Write, .error = EIO, .pathHolds = "QxImgTool"});
   ASSERT_TRUE(program.Start());
-  EXPECT_EQ(world.faults.Fired(), 1);
+  EXPECT_EQ(world.faults.Fired(), 2);
   EXPECT_FALSE(AppHas("QxImgTool.exe"));
   EXPECT_TRUE(world.boxes.All().empty());
 }

@@ -1,0 +1,50 @@
+// SPDX-FileCopyrightText: 2026 The Quillon developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "formats/output_tools.h"
+
+#include "base/path_text.h"
+#include "formats/tools/command_lines.h"
+#include "formats/tools/exif.h"
+#include "formats/tools/pic_handler.h"
+#include "formats/tools/twins.h"
+
+namespace quillon::formats {
+
+ToolsOwner OwnerOf(job::Program& program) {
+  return {[&program] { return program.flags.StopRequested; }, [&program] { program.flags.StopRequested = true; },
+          [&program](const std::string& helper) {
+            if (!helper.empty()) program.form1.ShowStatus("  正在等待 " + helper + "...（可用“停止”结束它）");
+          }};
+}
+
+OutputTools::OutputTools(job::Program& program) : program_(program), tools_(program.host, OwnerOf(program)) {
+  if (program.host.files.IsFile(TwinPath(program.host, "PicHandler"))) program.outputTools = this;
+}
+
+OutputTools::~OutputTools() {
+  if (program_.outputTools == this) program_.outputTools = nullptr;
+}
+
+host::Status OutputTools::ToCmyk(const std::string& file) {
+  const auto sizeOf = [this](const std::string& path) {
+    imaging::ImageFacts facts;
+    return program_.images.ImageInfo(path, facts) ? base::Size{facts.width, facts.height} : base::Size{};
+  };
+  const base::Size size = sizeOf(file);
+  return ConvertToCmyk(tools_, file, [&](const std::string& made) { return sizeOf(made) == size; });
+}
+
+host::Status OutputTools::CopyExif(const std::string& source, const std::string& target) {
+  return formats::CopyExif(tools_, source, target);
+}
+
+host::Status OutputTools::ToPdf(const std::string& picture) {
+  const base::PathParts parts = base::SplitPath(picture);
+  const std::string base = base::JoinPath(parts.folder, parts.name);
+  host::Status made = MakePdf(tools_, picture, base, PdfText(picture, base));
+  // The picture was only on its way to the pdf.
+  if (made) static_cast<void>(program_.host.files.RemoveOwn(picture));
+  return made;
+}
+
+}  // namespace quillon::formats

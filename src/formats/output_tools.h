@@ -1,0 +1,34 @@
+// SPDX-FileCopyrightText: 2026 The Quillon developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <string>
+
+#include "formats/tools/tools.h"
+#include "job/collaborators.h"
+#include "job/program.h"
+
+namespace quillon::formats {
+
+// Waits of a program: its stop ends them, and its title says what is waited for.
+ToolsOwner OwnerOf(job::Program& program);
+
+// What the helpers PicHandler and TessaExifHandler do to finished outputs. While it lives, and where PicHandler is in
+// the program folder, the program offers what needs it.
+class OutputTools final : public job::OutputTools {
+ public:
+  explicit OutputTools(job::Program& program);
+  ~OutputTools() override;
+  OutputTools(const OutputTools&) = delete;
+  OutputTools& operator=(const OutputTools&) = delete;
+
+  host::Status ToCmyk(const std::string& file) override;
+  host::Status CopyExif(const std::string& source, const std::string& target) override;
+  host::Status ToPdf(const std::string& picture) override;
+
+ private:
+  job::Program& program_;
+  Tools tools_;
+};
+
+}  // namespace quillon::formats
