@@ -183,7 +183,7 @@ TEST_F(LargeRunTest, AFullDiskThatIsGivenUpEndsTheRun) {
 TEST_F(LargeRunTest, PdfIsChosenAtTheStartOnly) {
   struct Tools final : OutputTools {
     host::Status ToCmyk(const std::string&) override { return {}; }
-    void CopyExif(const std::string&, const std::string&) override {}
+    host::Status CopyExif(const std::string&, const std::string&) override { return {}; }
     host::Status ToPdf(const std::string& picture) override {
       made.push_back(picture);
       return {};
