@@ -4,6 +4,7 @@
 
 #include "host/files.h"
 #include "imaging/picture.h"
+#include "imaging/row_source.h"
 #include "imaging/services.h"
 
 namespace quillon::imaging {
@@ -30,6 +31,8 @@ Status CheckOutput(Encoder encoder, host::Draft& draft);
 
 // The parts of EncodePicture that are written here; pixels are 8 bit.
 Status WriteJpeg(const Picture& picture, int quality, Exif exif, host::Draft& draft);  // grey, RGB or CMYK
+// Rows of 8 bits without alpha, as they are read: nothing else is held.
+Status WriteJpeg(RowStream& rows, const PictureTags& tags, int quality, host::Draft& draft);
 Status WriteBmp(const Picture& rgb, host::Draft& draft);
 
 }  // namespace quillon::imaging

@@ -13,6 +13,8 @@
 namespace quillon::imaging {
 namespace {
 
+using vips::VImage;
+
 constexpr int kWholeChroma = 90;
 constexpr int kLargestSide = 65500;
 constexpr int kLargestDensity = 65535;
@@ -29,11 +31,18 @@ class JpegWriter {
   JpegWriter(const JpegWriter&) = delete;
   JpegWriter& operator=(const JpegWriter&) = delete;
 
-  Status Begin(const Picture& picture, int quality, Exif exif) {
-    inks_ = IsCmyk(picture.pixels);
-    MakeMarkers(picture, exif);
+  // What the rows to come are.
+  struct Kind {
+    base::Size size;
+    int bands = 0;
+    bool inks = false;
+  };
+
+  Status Begin(const Kind& kind, const PictureTags& tags, int quality, Exif exif) {
+    inks_ = kind.inks;
+    MakeMarkers(kind.size, tags, exif);
     return Run([&] {
-      Start(picture, std::clamp(quality, 0, 100));
+      Start(kind, tags.dpi, std::clamp(quality, 0, 100));
       for (const Marker& marker : markers_) {
         jpeg_write_marker(&encoder_, marker.code, reinterpret_cast<const JOCTET*>(marker.body.data()),
                           static_cast<unsigned>(marker.body.size()));
@@ -69,10 +78,9 @@ class JpegWriter {
     return errors_.Guard(work) ? Status::Ok() : errors_.Result();
   }
 
-  void MakeMarkers(const Picture& picture, Exif exif) {
-    const PictureTags& tags = picture.tags;
+  void MakeMarkers(base::Size size, const PictureTags& tags, Exif exif) {
     std::string block;
-    if (exif == Exif::Keep) block = CutExif(tags.exif, {picture.pixels.width(), picture.pixels.height()}, tags.dpi);
+    if (exif == Exif::Keep) block = CutExif(tags.exif, size, tags.dpi);
     if (block.empty() || block.size() > kLargestExif) block = MinimalExif(tags.orientation, 0);
     if (!block.empty()) markers_.push_back({JPEG_APP0 + 1, std::string("Exif\0\0", 6) + block});
     const std::size_t count = (tags.profile.size() + kSegment - 1) / kSegment;
@@ -86,13 +94,13 @@ class JpegWriter {
     }
   }
 
-  void Start(const Picture& picture, int quality) {
+  void Start(const Kind& kind, int dpi, int quality) {
     encoder_.err = errors_.Handle();
     jpeg_create_compress(&encoder_);
     target_.Attach(encoder_);
-    encoder_.image_width = static_cast<JDIMENSION>(picture.pixels.width());
-    encoder_.image_height = static_cast<JDIMENSION>(picture.pixels.height());
-    encoder_.input_components = picture.pixels.bands();
+    encoder_.image_width = static_cast<JDIMENSION>(kind.size.width);
+    encoder_.image_height = static_cast<JDIMENSION>(kind.size.height);
+    encoder_.input_components = kind.bands;
     encoder_.in_color_space = inks_ ? JCS_CMYK : encoder_.input_components == 1 ? JCS_GRAYSCALE : JCS_RGB;
     jpeg_set_defaults(&encoder_);
     jpeg_set_quality(&encoder_, quality, TRUE);
@@ -100,10 +108,10 @@ class JpegWriter {
       const int across = quality >= kWholeChroma ? 1 : 2;
       encoder_.comp_info[0].h_samp_factor = encoder_.comp_info[0].v_samp_factor = across;
     }
-    if (picture.tags.dpi > 0) {
+    if (dpi > 0) {
       encoder_.write_JFIF_header = TRUE;
       encoder_.density_unit = 1;
-      encoder_.X_density = encoder_.Y_density = static_cast<UINT16>(std::min(picture.tags.dpi, kLargestDensity));
+      encoder_.X_density = encoder_.Y_density = static_cast<UINT16>(std::min(dpi, kLargestDensity));
     }
     jpeg_start_compress(&encoder_, TRUE);
   }
@@ -121,11 +129,28 @@ class JpegWriter {
 }  // namespace
 
 Status WriteJpeg(const Picture& picture, int quality, Exif exif, host::Draft& draft) {
-  if (std::max(picture.pixels.width(), picture.pixels.height()) > kLargestSide) return fault::ResultTooLarge();
+  const VImage& pixels = picture.pixels;
+  if (std::max(pixels.width(), pixels.height()) > kLargestSide) return fault::ResultTooLarge();
   JpegWriter writer(draft);
-  if (Status status = writer.Begin(picture, quality, exif); !status) return status;
-  Status status = ForEachRows(picture.pixels, [&](const RowBlock& block) { return writer.Rows(block); });
+  const JpegWriter::Kind kind{{pixels.width(), pixels.height()}, pixels.bands(), IsCmyk(pixels)};
+  if (Status status = writer.Begin(kind, picture.tags, quality, exif); !status) return status;
+  Status status = ForEachRows(pixels, [&](const RowBlock& block) { return writer.Rows(block); });
   return status ? writer.End() : status;
+}
+
+Status WriteJpeg(RowStream& rows, const PictureTags& tags, int quality, host::Draft& draft) {
+  const RowFacts& facts = rows.Facts();
+  if (std::max(facts.size.width, facts.size.height) > kLargestSide) return fault::ResultTooLarge();
+  JpegWriter writer(draft);
+  const JpegWriter::Kind kind{facts.size, facts.Channels(), facts.layout == RowLayout::Cmyk};
+  if (Status status = writer.Begin(kind, tags, quality, Exif::Drop); !status) return status;
+  const auto size = static_cast<std::size_t>(facts.size.width) * static_cast<std::size_t>(facts.PixelBytes());
+  std::vector<unsigned char> row(size);
+  for (int y = 0; y < facts.size.height; ++y) {
+    if (Status read = rows.ReadRow(row.data()); !read) return read;
+    if (Status written = writer.Rows({y, 1, row.data(), size}); !written) return written;
+  }
+  return writer.End();
 }
 
 }  // namespace quillon::imaging

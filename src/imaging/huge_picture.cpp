@@ -40,6 +40,11 @@ class Maker {
     if (rect_.Empty()) return fault::EmptyRectangle();
     target_ = TargetSize({rect_.width, rect_.height});
     if (PassesThrough()) return CutPlainly(draft);
+    if (Status chosen = ChoosePart(); !chosen) return chosen;
+    if (PassesRows()) {
+      Status status = WriteJpeg(*opened_.stream, opened_.tags, order_.quality, draft);
+      return status ? CheckOutput(Encoder::Jpeg, draft) : status;
+    }
     Picture picture;
     if (Status taken = Take(picture); !taken) return taken;
     if (picture.pixels.width() != target_.width || picture.pixels.height() != target_.height) {
@@ -59,10 +64,18 @@ class Maker {
     return wanted ? size : made;
   }
 
+  // Whether pixels go into a jpeg as they are.
+  bool StayAsTheyAre() const {
+    return encoder_ == Encoder::Jpeg && !order_.grey && order_.angle == 0 && target_.width == rect_.width &&
+           target_.height == rect_.height;
+  }
+
   // A jpeg whose colours need not be touched.
-  bool PassesThrough() const {
-    return opened_.format == Format::Jpeg && encoder_ == Encoder::Jpeg && !order_.grey && order_.angle == 0 &&
-           target_.width == rect_.width && target_.height == rect_.height;
+  bool PassesThrough() const { return opened_.format == Format::Jpeg && StayAsTheyAre(); }
+
+  bool PassesRows() const {
+    const RowFacts& facts = opened_.Facts();
+    return part_ && StayAsTheyAre() && facts.bits == 8 && !facts.alpha;
   }
 
   Status CutPlainly(host::Draft& draft) {
@@ -74,10 +87,7 @@ class Maker {
   Status Take(Picture& picture) {
     const bool all = rect_.width == opened_.original.width && rect_.height == opened_.original.height;
     if (all && opened_.format == Format::Jpeg) return TakeReducedJpeg(picture);
-    if (opened_.format == Format::Tiff) {
-      Status plain = TakeTiffPart(picture);
-      if (plain.GetProblem() != Problem::Unsupported) return plain;
-    }
+    if (part_) return TakeWhole(opened_, picture);
     picture.tags = opened_.tags;
     if (Status status = TakeRows(opened_, rect_.top, rect_.height, picture.pixels); !status) return status;
     picture.pixels = Window(picture.pixels, {rect_.left, 0, rect_.width, rect_.height}, base::kWhite);
@@ -91,16 +101,18 @@ class Maker {
     return TakeReduced(opened_, picture);
   }
 
-  Status TakeTiffPart(Picture& picture) {
+  // Of a plain tiff only the part is opened.
+  Status ChoosePart() {
+    if (opened_.format != Format::Tiff) return Status::Ok();
     std::shared_ptr<FileBytes> bytes;
     if (Status status = FileBytes::Open(order_.source, bytes); !status) return status;
-    OpenedPicture part;
-    Status status = OpenTiffPart(bytes, rect_, limits_, part.stream, part.original);
-    if (!status) return status;
-    part.fault = opened_.fault;
-    part.tags = opened_.tags;
-    opened_ = std::move(part);
-    return TakeWhole(opened_, picture);
+    std::shared_ptr<RowStream> rows;
+    base::Size original;
+    Status status = OpenTiffPart(bytes, rect_, limits_, rows, original);
+    if (status.GetProblem() == Problem::Unsupported) return Status::Ok();
+    part_ = static_cast<bool>(status);
+    if (part_) opened_.stream = std::move(rows);
+    return status;
   }
 
   Status Turn(Picture& picture) {
@@ -130,6 +142,7 @@ class Maker {
   OpenedPicture opened_;
   base::Rect rect_;
   base::Size target_;
+  bool part_ = false;  // the rows are those of rect_ alone
 };
 
 }  // namespace

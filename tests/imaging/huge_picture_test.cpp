@@ -113,6 +113,25 @@ TEST_F(HugePicture, AJpegIsCutAsTheNormalCutDoes) {
   EXPECT_TRUE(world.folder.Read("out.jpg") == world.folder.Read("b.jpg"));
 }
 
+// Row by row or through the pipeline, the same jpeg comes out.
+TEST_F(HugePicture, TiffPartsBecomeTheJpegOfTheNormalCut) {
+  const base::Rect rect{13, 41, 100, 90};
+  std::vector<std::string> names = WriteTiffs(PhotoLike(211, 157, 3));
+  ToVips(PhotoLike(211, 157, 1), VIPS_INTERPRETATION_B_W).tiffsave(Path("grey.tif").c_str());
+  ToVips(PhotoLike(211, 157, 4), VIPS_INTERPRETATION_CMYK).tiffsave(Path("ink.tif").c_str());
+  ToVips(PhotoLike(211, 157, 4)).tiffsave(Path("clear.tif").c_str());
+  ToVipsDeep(PhotoLike(211, 157, 3, 65535)).tiffsave(Path("deep.tif").c_str());
+  names.insert(names.end(), {"grey.tif", "ink.tif", "clear.tif", "deep.tif"});
+  for (const std::string& name : names) {
+    HugeOrder order = Order(name, "out.jpg");
+    order.cut = rect;
+    ASSERT_TRUE(Make(order));
+    ASSERT_TRUE(services.CropToFile(
+        {.source = Path(name), .destination = Path("b.jpg"), .rect = rect, .encoder = Encoder::Jpeg, .quality = 98}));
+    EXPECT_TRUE(world.folder.Read("out.jpg") == world.folder.Read("b.jpg")) << name;
+  }
+}
+
 TEST_F(HugePicture, ACutPastTheEdgeIsClamped) {
   const Sheet photo = PhotoLike(60, 40, 3);
   ToVips(photo).tiffsave(Path("a.tif").c_str());
