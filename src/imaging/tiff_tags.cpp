@@ -62,7 +62,7 @@ std::optional<std::vector<TiffEntry>> TiffTags::Directory(std::uint64_t at) cons
     entry.tag = static_cast<std::uint32_t>(tag);
     entry.type = static_cast<std::uint32_t>(type);
     const bool pair = entry.type == kRational || entry.type == kSignedRational;
-    const auto unit = static_cast<std::uint64_t>(TiffNumberSize(entry.type) * (pair ? 2 : 1));
+    const std::uint64_t unit = static_cast<unsigned>(TiffNumberSize(entry.type)) * (pair ? 2U : 1U);
     const std::uint64_t room = std::numeric_limits<std::uint64_t>::max() / 16;
     entry.size = entry.count > room ? room : entry.count * unit;
     entry.at = from + 4 + static_cast<unsigned>(field);
