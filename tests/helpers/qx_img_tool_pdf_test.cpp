@@ -274,6 +274,19 @@ TEST_F(QxImgToolSplit, KeepsTheResolutionOfAScan) {
   EXPECT_EQ(Entry(app.Path("out.pdf"), 0, "/MediaBox"), "[ 0 0 216 144 ]");
 }
 
+TEST_F(QxImgToolSplit, LeavesOutPagesThatAreTooLargeToDraw) {
+  const std::string pdf = Pdf("a.pdf", {{.media = "[0 0 9000000 9000000]"}, {}});
+  ASSERT_EQ(Count(pdf).exit, 0);
+  EXPECT_EQ(app.Get("GetPdfPages"), "2");
+  EXPECT_FALSE(app.Exists("Tmp.jpg"));
+  const pid_t tool = Split(pdf, app.Path("out.pdf"));
+  ASSERT_TRUE(Until([&] { return app.Exists("Images/0002.jpg"); }));
+  EXPECT_FALSE(app.Exists("Images/0001.jpg"));
+  app.Set("SplitPdf", "2");
+  EXPECT_EQ(app.Wait(tool).exit, 0);
+  EXPECT_EQ(PagesOf(app.Path("out.pdf")), 1);
+}
+
 TEST_F(QxImgToolSplit, EndsWithAnotherRunAndThenReplacesNothing) {
   app.Write("old.pdf", "what stood there");
   const std::string pdf = Pdf("a.pdf", {{}, {}, {}});

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 #include <tiffio.h>
 
+#include "base/utf16.h"
 #include "helpers/helper_process.h"
 #include "helpers/orders/order_text.h"
 #include "helpers/pictures.h"
@@ -17,7 +18,7 @@ class SavePicsToTiff : public ::testing::Test {
   Ran Run(const std::vector<std::string>& lines) {
     std::string text;
     for (const std::string& line : lines) text += line + "\r\n";
-    app.Write("Ops.txt", EncodeOrder(text));
+    app.Write("Ops.txt", base::Utf16WithMark(text));
     return app.Run("SavePicsToTiff", {""});
   }
 
@@ -94,7 +95,7 @@ TEST_F(SavePicsToTiff, RefusesOrdersThatAreNone) {
       {app.Path("no/folder/a.tif"), "SaveNew", page},
   };
   for (const auto& order : orders) EXPECT_EQ(Run(order).exit, 1);
-  const std::string torn = EncodeOrder(app.Path("a.tif") + "\r\nSaveNew\r\n" + page);
+  const std::string torn = base::Utf16WithMark(app.Path("a.tif") + "\r\nSaveNew\r\n" + page);
   for (const std::string& bytes : {torn.substr(0, torn.size() - 1), std::string(), std::string("\0\0\0\0", 4)}) {
     app.Write("Ops.txt", bytes);
     EXPECT_EQ(app.Run("SavePicsToTiff", {""}).exit, 1);

@@ -2,9 +2,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "helpers/orders/order_text.h"
 
+#include <algorithm>
 #include <cstdint>
-
-#include "base/utf8.h"
 
 namespace quillon::helpers {
 namespace {
@@ -58,21 +57,6 @@ std::optional<std::string> DecodeUtf16(std::string_view bytes, bool bigEndFirst)
   return text;
 }
 
-// The next character of well-formed UTF-8.
-char32_t NextLetter(std::string_view text, std::size_t& at) {
-  const auto first = static_cast<unsigned char>(text[at++]);
-  if (first < 0x80) return first;
-  const int more = first >= 0xF0 ? 3 : first >= 0xE0 ? 2 : 1;
-  char32_t letter = first & (0x3F >> more);
-  for (int i = 0; i < more; ++i) letter = letter << 6 | (static_cast<unsigned char>(text[at++]) & 0x3F);
-  return letter;
-}
-
-void AppendUnit(char32_t unit, std::string& out) {
-  out += static_cast<char>(unit & 0xFF);
-  out += static_cast<char>(unit >> 8);
-}
-
 }  // namespace
 
 std::optional<std::string> DecodeOrder(std::string_view bytes) {
@@ -80,21 +64,6 @@ std::optional<std::string> DecodeOrder(std::string_view bytes) {
   if (bytes.starts_with("\xFE\xFF"sv)) return DecodeUtf16(bytes.substr(2), true);
   if (bytes.starts_with(kMark8)) bytes.remove_prefix(kMark8.size());
   return std::string(bytes);
-}
-
-std::string EncodeOrder(std::string_view text) {
-  const std::string sound = base::DisplayText(text);
-  std::string out = "\xFF\xFE";
-  for (std::size_t at = 0; at < sound.size();) {
-    char32_t letter = NextLetter(sound, at);
-    if (letter >= kPlane) {
-      letter -= kPlane;
-      AppendUnit(kHighFirst + (letter >> 10), out);
-      letter = kLowFirst + (letter & 0x3FF);
-    }
-    AppendUnit(letter, out);
-  }
-  return out;
 }
 
 std::vector<std::string> LinesOf(std::string_view text) {

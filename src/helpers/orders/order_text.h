@@ -16,9 +16,6 @@ namespace quillon::helpers {
 // holds half a pair.
 std::optional<std::string> DecodeOrder(std::string_view bytes);
 
-// As UTF-16, little end first, with a byte order mark; bytes that are no UTF-8 become U+FFFD.
-std::string EncodeOrder(std::string_view text);
-
 // Without their ends, "\r\n" or "\n"; one behind the last line adds none.
 std::vector<std::string> LinesOf(std::string_view text);
 

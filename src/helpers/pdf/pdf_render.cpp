@@ -17,6 +17,8 @@ namespace quillon::helpers {
 namespace {
 
 constexpr std::size_t kBands = 3;
+constexpr double kPointsPerInch = 72;
+constexpr double kMostPixels = 120e6;
 
 void Silence(const std::string&, void*) {}
 
@@ -54,6 +56,10 @@ host::Status PdfRenderer::Render(int page, double dpi, double scale, imaging::Im
   if (!parts_->document) return failed;
   const std::unique_ptr<poppler::page> drawn(parts_->document->create_page(page));
   if (!drawn) return failed;
+  const poppler::rectf box = drawn->page_rect();
+  const double pixelsPerPoint = dpi * scale / kPointsPerInch;
+  const double pixels = box.width() * box.height() * pixelsPerPoint * pixelsPerPoint;
+  if (!(pixels <= kMostPixels)) return {host::Problem::TooLarge, "页面太大"};
   poppler::page_renderer renderer;
   renderer.set_image_format(poppler::image::format_rgb24);
   renderer.set_render_hint(poppler::page_renderer::antialiasing);

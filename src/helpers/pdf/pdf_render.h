@@ -21,6 +21,7 @@ class PdfRenderer {
   host::Status Open(const std::string& path);
   int Pages() const;
   // A page, counted from 0, on white, as it is seen; the picture tells dpi, the drawing is made at dpi times scale.
+  // TooLarge: above 120 million pixels.
   host::Status Render(int page, double dpi, double scale, imaging::Image& out) const;
 
  private:

@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "helpers/save_pics_to_tiff/tiff_order.h"
 
+#include "base/utf16.h"
 #include "helpers/orders/order_text.h"
 #include "imaging/tiff_pages.h"
 
@@ -16,7 +17,7 @@ host::Status CountPages(Helper& helper, const std::string& target) {
   int pages = 0;
   const host::Status counted = imaging::CountTiffPages(helper.Files(), target, pages);
   const host::Status saved =
-      helper.Files().Save(helper.AppPath(kOrderFile), EncodeOrder(std::to_string(pages) + "\r\n"));
+      helper.Files().Save(helper.AppPath(kOrderFile), base::Utf16WithMark(std::to_string(pages) + "\r\n"));
   return saved ? counted : saved;
 }
 
