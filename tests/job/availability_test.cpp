@@ -23,7 +23,8 @@ class AvailabilityTest : public StartedTest {
     return control ? control->WhyDisabled() : "no such control";
   }
   void ExpectReasons(const std::string& when) const {
-    for (const controls::Window* window : program.windows.All()) {
+    for (const controls::Window* window :
+         {static_cast<const controls::Window*>(&form), static_cast<const controls::Window*>(&options)}) {
       for (const controls::Control* control : window->Controls()) {
         EXPECT_EQ(control->Enabled(), control->WhyDisabled().empty()) << when << ": " << control->FullName();
       }

@@ -111,6 +111,7 @@ TEST_F(CutFinishTest, CmykComesBeforeTheDelivery) {
 }
 
 TEST_F(CutFinishTest, ARefusedOrStoppedConversionLeavesNoOutput) {
+  GiveProfiles();
   program.outputTools = &tools;
   flags.ToCmyk = true;
   for (const host::Problem problem : {host::Problem::DiskFull, host::Problem::Stopped}) {
