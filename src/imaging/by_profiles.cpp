@@ -53,12 +53,19 @@ cmsUInt32Number PixelsOf(const Profile& profile) {
   }
 }
 
-int Convert(VipsRegion* out, void* sequence, void*, void* transform, gboolean*) {
+// Lives as long as the pixels that it makes.
+struct Conversion {
+  VImage pixels;
+  Transform transform;
+};
+
+int Convert(VipsRegion* out, void* sequence, void*, void* conversion, gboolean*) {
+  const Transform& transform = static_cast<Conversion*>(conversion)->transform;
   auto* in = static_cast<VipsRegion*>(sequence);
   const VipsRect& area = out->valid;
   if (vips_region_prepare(in, &area) != 0) return -1;
   for (int y = area.top; y < area.top + area.height; ++y) {
-    cmsDoTransform(transform, VIPS_REGION_ADDR(in, area.left, y), VIPS_REGION_ADDR(out, area.left, y),
+    cmsDoTransform(transform.get(), VIPS_REGION_ADDR(in, area.left, y), VIPS_REGION_ADDR(out, area.left, y),
                    static_cast<cmsUInt32Number>(area.width));
   }
   return 0;
@@ -72,9 +79,9 @@ VImage Transformed(const VImage& pixels, Transform transform, bool inks) {
   }
   image.get_image()->Bands = inks ? 4 : 3;
   image.get_image()->Type = inks ? VIPS_INTERPRETATION_CMYK : VIPS_INTERPRETATION_sRGB;
-  void* kept = transform.release();
+  auto* kept = std::make_unique<Conversion>(Conversion{pixels, std::move(transform)}).release();
   g_object_set_data_full(G_OBJECT(image.get_image()), "quillon-colours", kept,
-                         [](gpointer data) { cmsDeleteTransform(data); });
+                         [](gpointer data) { delete static_cast<Conversion*>(data); });
   if (vips_image_generate(image.get_image(), vips_start_one, Convert, vips_stop_one, pixels.get_image(), kept) != 0) {
     throw vips::VError();
   }

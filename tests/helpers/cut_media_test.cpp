@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include <gtest/gtest.h>
 
+#include "helpers/frame/child.h"
 #include "helpers/helper_process.h"
 #include "helpers/pictures.h"
 
@@ -28,7 +29,7 @@ TEST(CutMedia, UsesAPaletteOfItsOwn) {
   const std::string source = folder.Path("a.gif");
   const std::string palette = folder.Path("paletten.png");
   const std::string target = folder.Path("b.gif");
-  testing::Save(source, testing::Waves(60, 40));
+  ASSERT_TRUE(RunProgram({"ffmpeg", "-f", "lavfi", "-i", "testsrc=duration=2:size=60x40:rate=10", source}));
   ASSERT_EQ(
       folder
           .Run("CutMedia", {"-i \"" + source + "\" -vf \"fps=2,scale=-1:-1::flags=lanczos,palettegen\" -y -q:v 0 \"" +

@@ -8,22 +8,29 @@ namespace {
 
 using namespace quillon;
 
-// Arguments of FFmpeg. The result, which is the last of them, is written aside in the program folder and takes its name
-// when FFmpeg has ended well.
-host::Status Work(helpers::Helper& helper) {
-  const std::vector<std::string> words = helper.Words();
-  const helpers::MediaOrder order = helpers::ReadMediaOrder(words);
-  if (order.words.empty()) return helpers::WrongCall("没有FFmpeg的参数");
+host::Status Run(helpers::Helper& helper, const helpers::MediaOrder& order) {
+  host::Files& files = helper.Files();
+  for (const helpers::Aside& input : order.inputs) {
+    if (host::Status put = files.CopyOwn(input.path, helper.AppPath(input.name)); !put) return put;
+  }
   std::vector<std::string> command{"ffmpeg", "-nostdin", "-hide_banner", "-loglevel", "error"};
   command.insert(command.end(), order.words.begin(), order.words.end());
-  if (!order.output.empty()) command.push_back(order.aside);
-  host::Files& files = helper.Files();
   const helpers::Ended ended = helpers::RunProgram(command);
-  if (order.output.empty()) return ended ? host::Status::Ok() : host::Status{host::Problem::Other, ended.output};
-  host::Status status;
-  if (!ended) status = {host::Problem::Other, ended.output.empty() ? "无法运行 ffmpeg" : ended.output};
-  if (status) status = files.Copy(helper.AppPath(order.aside), order.output);
-  static_cast<void>(files.RemoveOwn(helper.AppPath(order.aside)));
+  if (!ended) return {host::Problem::Other, ended.started ? ended.output : "无法运行 ffmpeg"};
+  if (order.output.path.empty()) return host::Status::Ok();
+  return files.Copy(helper.AppPath(order.output.name), order.output.path);
+}
+
+// Arguments of FFmpeg. The result, which is the last of them, is made aside and takes its name when FFmpeg has ended
+// well.
+host::Status Work(helpers::Helper& helper) {
+  const helpers::MediaOrder order = helpers::ReadMediaOrder(helper.Words());
+  if (order.words.empty()) return helpers::WrongCall("没有FFmpeg的参数");
+  const host::Status status = Run(helper, order);
+  for (const helpers::Aside& input : order.inputs) {
+    static_cast<void>(helper.Files().RemoveOwn(helper.AppPath(input.name)));
+  }
+  if (!order.output.path.empty()) static_cast<void>(helper.Files().RemoveOwn(helper.AppPath(order.output.name)));
   return status;
 }
 

@@ -2,30 +2,36 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "helpers/cut_media/media_order.h"
 
+#include <algorithm>
+
 #include "base/path_text.h"
 
 namespace quillon::helpers {
 namespace {
 
-constexpr const char* kAside = "CutMedia.out";
-
-// A path as an address of a file, which FFmpeg does not look into any further.
-std::string FileAddress(const std::string& path) { return path.starts_with('/') ? "file:" + path : path; }
+// stem with the extension of path, where that is made of nothing but letters and digits.
+std::string PlainName(const std::string& stem, const std::string& path) {
+  const std::string extension = base::SplitPath(path).extension;
+  const bool plain = std::all_of(extension.begin(), extension.end(), [](char sign) {
+    return (sign >= '0' && sign <= '9') || (sign >= 'a' && sign <= 'z') || (sign >= 'A' && sign <= 'Z');
+  });
+  return plain && !extension.empty() ? stem + "." + extension : stem;
+}
 
 }  // namespace
 
 MediaOrder ReadMediaOrder(const std::vector<std::string>& words) {
   MediaOrder order{.words = words};
-  for (std::size_t i = 1; i < words.size(); ++i) {
-    if (words[i - 1] == "-i") order.words[i] = FileAddress(words[i]);
+  for (std::size_t i = 0; i < words.size(); ++i) {
+    if (!words[i].starts_with('/')) continue;
+    if (i > 0 && words[i - 1] == "-i") {
+      order.inputs.push_back({words[i], PlainName("CutMediaIn" + std::to_string(order.inputs.size() + 1), words[i])});
+      order.words[i] = order.inputs.back().name;
+    } else if (i + 1 == words.size()) {
+      order.output = {words[i], PlainName("CutMediaOut", words[i])};
+      order.words[i] = order.output.name;
+    }
   }
-  const bool named =
-      !words.empty() && words.back().starts_with('/') && (words.size() < 2 || words[words.size() - 2] != "-i");
-  if (!named) return order;
-  order.output = words.back();
-  order.words.pop_back();
-  const std::string extension = base::SplitPath(order.output).extension;
-  order.aside = base::JoinPath(".", kAside, extension).substr(2);
   return order;
 }
 

@@ -7,15 +7,20 @@
 
 namespace quillon::helpers {
 
-// A call of FFmpeg, with its output set apart.
-struct MediaOrder {
-  std::vector<std::string> words;  // all but the output
-  std::string output;              // "" where the last word is none: an option, or a device
-  std::string aside;               // the name under which it is made in the program folder, of the same kind
+// A file under another name in the program folder.
+struct Aside {
+  std::string path;
+  std::string name;
 };
 
-// Files that are read and written are named so that FFmpeg takes them for nothing else: neither a protocol nor an
-// option nor a number pattern.
+// A call of FFmpeg that reads and writes nothing but files with plain names, since FFmpeg takes others for addresses or
+// for patterns of numbers.
+struct MediaOrder {
+  std::vector<std::string> words;  // with the plain names
+  std::vector<Aside> inputs;       // to be put there before
+  Aside output;                    // to be taken from there afterwards; path is "" where the last word is no file
+};
+
 MediaOrder ReadMediaOrder(const std::vector<std::string>& words);
 
 }  // namespace quillon::helpers
