@@ -17,8 +17,10 @@ class ManualFrame {
   virtual ~ManualFrame() = default;
   // Shows the picture and waits until the user has answered; the answer is in the flags (ManualStepDone,
   // SkipCutThisImage, ManualRotated, ManualAngle, CurrentImagePath) and in TCutValue. turned is the picture as a rule
-  // has turned it already, no image where none did.
-  virtual void Ask(const std::string& source, const imaging::Image& turned) = 0;
+  // has turned it already, no image where none did. CutBefore: nothing is to be done, an earlier part of this run has
+  // cut the source in its place.
+  enum class Answer { Given, CutBefore };
+  virtual Answer Ask(const std::string& source, const imaging::Image& turned) = 0;
   // Another picture is on show, here or at rest.
   virtual void Shown() = 0;
   // The picture on show, for drivers that go on working on it.

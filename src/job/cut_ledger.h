@@ -26,7 +26,7 @@ class CutLedger {
   // Whether the existing file at path is one that the run is still to read or has read.
   using IsSource = std::function<bool(const std::string& path)>;
 
-  // planned 0: not known beforehand; what is added was planned, unless Plan tells more.
+  // planned 0: not known beforehand; what is added was planned.
   CutLedger(Program& program, std::size_t planned);
 
   // For a run without a list: what counts as a source.
@@ -35,11 +35,6 @@ class CutLedger {
   void RecallBy(Recall recall) { recall_ = std::move(recall); }
   // To be called behind Settle: no output is in memory any more.
   void Forget() { outputs_.clear(); }
-  // More files than were known at the start.
-  void Plan(std::size_t more) {
-    totals_.planned += more;
-    open_ = false;
-  }
 
   void Add(const FileResult& result);
   // True when this run has written a file of that name.

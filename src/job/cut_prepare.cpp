@@ -131,8 +131,9 @@ Step AskForFrame(CutFile& file) {
   Program& program = file.program;
   Flags& flags = program.flags;
   flags.ManualStepDone = false;
-  program.manualFrame->Ask(file.Src, file.Work);
+  const ManualFrame::Answer answer = program.manualFrame->Ask(file.Src, file.Work);
   program.images.DisposeImage(file.Work);
+  if (answer == ManualFrame::Answer::CutBefore) return PassOver(file, "上次中断之前已按手动裁剪框裁好");
   if (flags.StopRequested && !flags.ManualStepDone) return Fail(file, "已停止，未处理完");
   const std::string shown = flags.CurrentImagePath;
   if (!program.host.files.IsFile(shown)) return Fail(file, "裁剪框预览中的图片已不存在");

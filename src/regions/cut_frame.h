@@ -7,6 +7,7 @@
 
 #include "job/collaborators.h"
 #include "job/program.h"
+#include "regions/decisions.h"
 #include "regions/frame_math.h"
 
 namespace quillon::regions {
@@ -29,7 +30,7 @@ class CutFrame final : public job::ManualFrame {
   CutFrame(const CutFrame&) = delete;
   CutFrame& operator=(const CutFrame&) = delete;
 
-  void Ask(const std::string& source, const imaging::Image& turned) override;
+  Answer Ask(const std::string& source, const imaging::Image& turned) override;
   host::Status ClonePicture(imaging::Image& out) override;
   void Shown() override { FitSlider(); }
   void Rest() override;
@@ -81,12 +82,22 @@ class CutFrame final : public job::ManualFrame {
   void FitSlider();
   void ShowScrollBars();
   void EnableForPicture();
+  void Wait();
   void EndWait();
+  // Does again what was decided at this picture in an earlier part of the run.
+  void Replay(const Decision& decision);
+  Decision Decided() const;
+  // The listed file that stands behind the picture on show, which may be a work file.
+  std::string ListedSource(const std::string& source) const;
   void Rotate(double angle);
+  void Turn(double angle);
   bool MayRotate();
+  void Grow();
   void PollKeys(const Keys& held);
 
   job::Program& program_;
+  Decisions decisions_;
+  std::string steps_;  // what was done to the picture on show
   bool waiting_ = false;
   Drag drag_ = Drag::None;
   Grip grip_;

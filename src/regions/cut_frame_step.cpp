@@ -17,6 +17,10 @@ constexpr const char* kAgreed = "1";
 constexpr int kWorkQuality = 98;
 constexpr int kLargestShown = 8000;
 constexpr double kSecondsBetweenTurns = 0.005;
+// Steps of a decision.
+constexpr char kTurnedLeft = 'A';
+constexpr char kTurnedRight = 'Q';
+constexpr char kGrown = 'S';
 
 // A side above the limit is brought down to it, the other follows.
 base::Size Reduced(base::Size size) {
@@ -29,17 +33,36 @@ base::Size Reduced(base::Size size) {
 
 }  // namespace
 
-void CutFrame::Ask(const std::string& source, const imaging::Image& turned) {
+job::ManualFrame::Answer CutFrame::Ask(const std::string& source, const imaging::Image& turned) {
   job::Flags& flags = program_.flags;
-  job::FCutPre& window = Window();
+  const std::string listed = ListedSource(source);
   flags.CurrentImagePath = source;
   flags.ManualStepDone = false;
   flags.SkipCutThisImage = false;
+  steps_.clear();
+  if (!decisions_.Begun() && !decisions_.Begin()) {
+    flags.StopRequested = true;
+    return Answer::Given;
+  }
+  decisions_.NoteCut();
+  if (decisions_.CutInPlace(listed)) return Answer::CutBefore;
+  UpdateImage(source, turned);
+  if (const auto decision = decisions_.Of(listed)) {
+    Replay(*decision);
+    return Answer::Given;
+  }
   const std::size_t row = program_.form1.MSF.Selected();
   const bool more = row > 0 && row < program_.files.RowCount();
-  UpdateImage(source, turned);
   Preview().SetUpcoming(more ? program_.files.Row(row).Path() : std::string());
   WriteBack();
+  Wait();
+  if (flags.ManualStepDone) decisions_.Decided(listed, Decided());
+  return Answer::Given;
+}
+
+void CutFrame::Wait() {
+  job::Flags& flags = program_.flags;
+  job::FCutPre& window = Window();
   waiting_ = true;
   EnableForPicture();
   window.SetTitle(window.CmdNotCut.OwnEnabled() ? kWaiting : kWaitingForNext);
@@ -49,6 +72,33 @@ void CutFrame::Ask(const std::string& source, const imaging::Image& turned) {
     if (!flags.ManualStepDone) program_.host.clock.Sleep(kSecondsBetweenTurns);
   }
   EndWait();
+}
+
+std::string CutFrame::ListedSource(const std::string& source) const {
+  const std::size_t row = program_.form1.MSF.Selected();
+  const bool listed = row > 0 && row <= program_.files.RowCount() && !program_.flags.LargeCapacityMode;
+  return listed ? program_.files.Row(row - 1).Path() : source;
+}
+
+Decision CutFrame::Decided() const {
+  Decision decision;
+  for (std::size_t i = 0; i < decision.margins.size(); ++i) {
+    decision.margins[i] = program_.form1.TCutValue[i].Value();
+  }
+  decision.skip = program_.flags.SkipCutThisImage;
+  decision.steps = steps_;
+  return decision;
+}
+
+void CutFrame::Replay(const Decision& decision) {
+  for (const char step : decision.steps) {
+    if (step == kTurnedLeft) Turn(90);
+    if (step == kTurnedRight) Turn(-90);
+    if (step == kGrown) Grow();
+  }
+  for (std::size_t i = 0; i < decision.margins.size(); ++i) program_.form1.TCutValue[i].SetText(decision.margins[i]);
+  program_.flags.SkipCutThisImage = decision.skip;
+  program_.flags.ManualStepDone = true;
 }
 
 void CutFrame::EnableForPicture() {
@@ -76,6 +126,7 @@ void CutFrame::EndWait() {
 }
 
 void CutFrame::Rest() {
+  decisions_.End(!program_.flags.StopRequested);
   job::FCutPre& window = Window();
   window.SetTitle(job::kPreviewCaption);
   for (controls::Button* button : {&window.CmdRot90, &window.CmdRot270}) button->SetTag("");
@@ -106,7 +157,12 @@ std::string CutFrame::ShownFile(const std::string& path, const imaging::Image& i
   }
   if (std::max(size.width, size.height) <= kLargestShown) return path;
   const base::Size shown = Reduced(size);
-  return program_.images.ZoomPic(path, copy, shown.width, shown.height) ? copy : path;
+  formats::Converter& worker = program_.converter;
+  const bool made =
+      worker.Present()
+          ? worker.ZoomHuge(path, copy, shown.width, shown.height, kWorkQuality, size.width, size.height, false)
+          : static_cast<bool>(program_.images.ZoomPic(path, copy, shown.width, shown.height));
+  return made ? copy : path;
 }
 
 std::string CutFrame::OtherWorkFile(const std::string& path) const {
@@ -144,7 +200,10 @@ bool CutFrame::MayRotate() {
 }
 
 void CutFrame::Rotate(double angle) {
-  if (!waiting_ || !MayRotate()) return;
+  if (waiting_ && MayRotate()) Turn(angle);
+}
+
+void CutFrame::Turn(double angle) {
   imaging::Services& images = program_.images;
   job::Flags& flags = program_.flags;
   imaging::Image picture;
@@ -157,6 +216,7 @@ void CutFrame::Rotate(double angle) {
   flags.CurrentImagePath = work;
   flags.ManualRotated = true;
   flags.ManualAngle += angle;
+  steps_ += angle > 0 ? kTurnedLeft : kTurnedRight;
   UpdateImage(work, {});
   WriteBack();
 }
@@ -171,6 +231,11 @@ void CutFrame::CmdAddBoard_Click() {
     button.SetEnabled(false);
     return;
   }
+  Grow();
+}
+
+void CutFrame::Grow() {
+  controls::Button& button = Window().CmdAddBoard;
   const std::string source = program_.flags.CurrentImagePath;
   imaging::ImageFacts facts;
   facts.dpi = 1;
@@ -195,6 +260,7 @@ void CutFrame::CmdAddBoard_Click() {
     CmdNext_Click();
     return;
   }
+  steps_ += kGrown;
   program_.flags.CurrentImagePath = board.destination;
   UpdateImage(board.destination, {});
   WriteBack();

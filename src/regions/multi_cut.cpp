@@ -8,7 +8,7 @@
 #include "base/utf8.h"
 #include "job/cut_options.h"
 #include "job/file_intake.h"
-#include "job/file_walk.h"
+#include "job/folder_run.h"
 #include "regions/windows_off.h"
 
 namespace quillon::regions {
@@ -68,6 +68,7 @@ void MultiCut::Run() {
   job::Form1& form = program_.form1;
   form.BeginRun();
   form.MSF.SetEnabled(false);
+  bool ran = true;
   {
     const WindowsOff windows(program_);
     if (job::Selected<job::OutType>(form.CmbOutType) == job::OutType::Pdf) {
@@ -76,22 +77,29 @@ void MultiCut::Run() {
     const job::CutOptions options = job::ReadCutOptions(program_);
     extension_ = "." + imaging::CasedExtension(options.outType, options.extensionCase);
     perImageFolder_ = program_.Ask(kFolderQuestion, kYesNoQuestion) == host::Reply::Yes;
-    if (program_.observer) program_.observer->RunStarted(ledger_.Totals().planned);
-    const double start = program_.host.clock.Seconds();
     if (program_.flags.LargeCapacityMode) {
-      CutFolder();
+      job::FolderRun folder(program_, ledger_, *this);
+      ran = folder.Begin();
+      if (ran) folder.Walk();
     } else {
-      CutRows();
+      RunList();
     }
-    ledger_.Settle();
-    ledger_.NoteEnd(program_.host.clock.Seconds() - start, program_.flags.StopRequested);
   }
   form.EndRun();
   form.MSF.SetEnabled(true);
   form.MSF.Select(program_.files.RowCount() > 0 ? 1 : 0);
   form.LStatus.SetText(program_.files.StatusText());
+  if (!ran) return;
   TellEnd();
   if (program_.observer) program_.observer->RunEnded(ledger_.Totals());
+}
+
+void MultiCut::RunList() {
+  if (program_.observer) program_.observer->RunStarted(ledger_.Totals().planned);
+  const double start = program_.host.clock.Seconds();
+  CutRows();
+  ledger_.Settle();
+  ledger_.NoteEnd(program_.host.clock.Seconds() - start, program_.flags.StopRequested);
 }
 
 void MultiCut::CutRows() {
@@ -110,22 +118,21 @@ void MultiCut::CutRows() {
   }
 }
 
-void MultiCut::CutFolder() {
-  const bool below = program_.form1.ChSubFold.On();
-  job::WalkRule rule{below ? job::Subfolders::Yes : job::Subfolders::No,
-                     [this](const std::string& name) { return program_.Intake().Accepts(name); }, program_.share, ""};
-  job::FileWalk walk(program_, std::move(rule));
-  std::size_t done = 0;
-  walk.Run({program_.form1.LInDir.Value()}, [&](const std::string& path) {
-    LargeMulCut(path, std::to_string(++done));
-    return !program_.flags.StopRequested;
-  });
+std::string MultiCut::ListText() const {
+  std::string text = perImageFolder_ ? "folders" : "files";
+  for (const Margins& margins : regions_) text.append("\n").append(RowText(margins));
+  return text;
+}
+
+void MultiCut::Cut(const std::string& path, std::size_t number, std::vector<job::FileResult>& results) {
+  results_ = &results;
+  LargeMulCut(path, std::to_string(number));
+  results_ = nullptr;
 }
 
 void MultiCut::LargeMulCut(const std::string& path, const std::string& text) {
   imaging::ImageFacts facts;
   if (!program_.images.ImageInfo(path, facts)) facts = {};
-  ledger_.Plan(regions_.size());
   CutSource({0, path, {facts.width, facts.height}, "，已处理" + text});
 }
 
@@ -196,7 +203,12 @@ std::string MultiCut::CutRegion(RegionSource& picture, const Source& source, con
 }
 
 void MultiCut::Tell(const Source& source, const std::string& output, Result result, const std::string& why) {
-  ledger_.Add({source.row, source.path, result == Result::Written ? output : "", result, why});
+  const job::FileResult told{source.row, source.path, result == Result::Written ? output : "", result, why};
+  if (results_) {
+    results_->push_back(told);
+  } else {
+    ledger_.Add(told);
+  }
 }
 
 void MultiCut::TellAll(const Source& source, Result result, const std::string& why) {

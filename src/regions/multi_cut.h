@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "job/cut_ledger.h"
+#include "job/one_file_driver.h"
 #include "job/program.h"
 #include "regions/region_editor.h"
 #include "regions/region_source.h"
@@ -13,7 +14,7 @@
 namespace quillon::regions {
 
 // One run that cuts all regions out of every picture: of the list, or in large-capacity mode of the input folder.
-class MultiCut {
+class MultiCut final : public job::OneFileDriver {
  public:
   MultiCut(job::Program& program, const RegionEditor& editor);
 
@@ -23,6 +24,10 @@ class MultiCut {
   // As Run does with one row; the size comes from the file. text is told as what was done so far.
   void LargeMulCut(const std::string& path, const std::string& text);
 
+  // --- For the walk of the folder run.
+  std::string Name() const override { return "FMultCut " + ListText(); }
+  void Cut(const std::string& path, std::size_t number, std::vector<job::FileResult>& results) override;
+
  private:
   struct Source {
     std::size_t row = 0;
@@ -31,8 +36,10 @@ class MultiCut {
     std::string progress;  // told behind the region's number
   };
 
+  void RunList();
   void CutRows();
-  void CutFolder();
+  // The regions as text: another list is another job.
+  std::string ListText() const;
   void CutSource(const Source& source);
   void CutAll(const Source& source, const std::vector<RegionCut>& cuts);
   // Why the region gave no output, "" where it did.
@@ -51,6 +58,7 @@ class MultiCut {
   std::string extension_;
   bool perImageFolder_ = false;
   job::CutLedger ledger_;
+  std::vector<job::FileResult>* results_ = nullptr;  // of the file that the folder run handles
 };
 
 }  // namespace quillon::regions

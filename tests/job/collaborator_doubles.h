@@ -11,7 +11,7 @@ namespace quillon::job {
 
 class IdleFrame final : public ManualFrame {
  public:
-  void Ask(const std::string&, const imaging::Image&) override {}
+  Answer Ask(const std::string&, const imaging::Image&) override { return Answer::Given; }
   void Shown() override {}
   host::Status ClonePicture(imaging::Image&) override { return {}; }
   void Rest() override {}

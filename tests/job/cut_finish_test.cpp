@@ -38,11 +38,12 @@ class Tools final : public OutputTools {
 class Frame final : public ManualFrame {
  public:
   explicit Frame(Program& owner) : program(owner) {}
-  void Ask(const std::string& source, const imaging::Image& turned) override {
+  Answer Ask(const std::string& source, const imaging::Image& turned) override {
     asked.emplace_back(source, program.images.GetImageWidth(turned));
     program.flags.CurrentImagePath = source;
     program.flags.ManualStepDone = true;
     if (answer) answer();
+    return cutBefore ? Answer::CutBefore : Answer::Given;
   }
   void Shown() override {}
   host::Status ClonePicture(imaging::Image& out) override {
@@ -56,6 +57,7 @@ class Frame final : public ManualFrame {
   std::vector<std::pair<std::string, int>> asked;  // with the width of a picture that is turned already
   int cloned = 0;
   int rests = 0;
+  bool cutBefore = false;
 };
 
 // The bytes of a psd of one colour, uncompressed, 8 bits, RGB.
@@ -286,6 +288,16 @@ TEST_F(CutFinishTest, TheFrameIsShownAPictureAsARuleTurnedIt) {
   Cut({Make("a.jpg", 40, 30)});
   ASSERT_EQ(frame.asked.size(), 1u);
   EXPECT_EQ(frame.asked[0].second, 30);
+}
+
+TEST_F(CutFinishTest, APictureThatWasCutBeforeIsLeftAlone) {
+  program.manualFrame = &frame;
+  flags.ManualCutMode = true;
+  frame.cutBefore = true;
+  Cut({Make("a.jpg", 40, 30)});
+  EXPECT_TRUE(OutNames().empty());
+  EXPECT_EQ(Totals().skipped, 1u);
+  EXPECT_EQ(Why(1), "上次中断之前已按手动裁剪框裁好");
 }
 
 TEST_F(CutFinishTest, ASkippedPictureStaysWhole) {
