@@ -3,6 +3,7 @@
 // The manual step of a batch: how a picture is shown, turned, widened and left.
 #include <algorithm>
 
+#include "formats/tools/back_image.h"
 #include "regions/cut_frame.h"
 
 namespace quillon::regions {
@@ -134,14 +135,24 @@ void CutFrame::Rest() {
   Preview().SetUpcoming("");
 }
 
+// What does not load here is tried by the server beside the program.
 host::Status CutFrame::ClonePicture(imaging::Image& out) {
-  return program_.images.LoadImageFromFile(program_.flags.CurrentImagePath, out);
+  const std::string& path = program_.flags.CurrentImagePath;
+  host::Status loaded = program_.images.LoadImageFromFile(path, out);
+  if (loaded || !program_.host.files.IsFile(path)) return loaded;
+  if (!formats::LoadThroughBackImg(tools_, path, program_.flags.BackWorkerStarted)) return loaded;
+  return program_.images.CreateImageFromClipBoard(out);
 }
 
 void CutFrame::UpdateImage(const std::string& path, const imaging::Image& image) {
   imaging::ImageFacts facts;
   facts.dpi = 1;
-  if (!program_.images.ImageInfo(path, facts)) facts = {};
+  const bool measured = static_cast<bool>(program_.images.ImageInfo(path, facts));
+  if (imaging::Image served; !measured && !image && ClonePicture(served)) {
+    UpdateImage(path, served);
+    return;
+  }
+  if (!measured) facts = {};
   if (image) facts = {program_.images.GetImageWidth(image), program_.images.GetImageHeight(image), facts.dpi};
   const base::Size size{facts.width, facts.height};
   Preview().SetDpi(facts.dpi);

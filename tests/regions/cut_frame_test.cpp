@@ -520,6 +520,40 @@ TEST_F(ManualStepTest, APictureThatVanishedIsPassedOver) {
   EXPECT_EQ(Totals().written, 1u);
 }
 
+TEST_F(ManualStepTest, APictureThatDoesNotLoadComesFromTheServer) {
+  const std::string path = world.folder.Write("in/odd.jpg", "no picture");
+  world.processes.Add({.id = 7, .name = "QxBackImg.exe", .folder = world.host.programFolder, .own = true});
+  std::vector<std::string> started;
+  world.shell.OnStart([&](const host::testing::RecordingShell::Started& start) {
+    started.push_back(start.program);
+    imaging::Image picture;
+    ASSERT_TRUE(program.images.NewCanvas({50, 40}, base::kWhite, picture));
+    ASSERT_TRUE(program.images.PutImageOnClipBoard(picture));
+    world.settings.Set("Quillon", "Default", "QxBackImg", "1");
+  });
+  base::Size shown;
+  world.pump.EveryTurn([&] {
+    if (!frame.Waiting()) return;
+    shown = cutPre.preview.Picture();
+    cutPre.CmdNext.UserClick();
+  });
+  EXPECT_EQ(frame.Ask(path, {}), job::ManualFrame::Answer::Given);
+  EXPECT_EQ(shown, (base::Size{50, 40}));
+  ASSERT_FALSE(started.empty());
+  EXPECT_NE(started[0].find("QxBackImg.exe"), std::string::npos);
+  EXPECT_TRUE(flags.BackWorkerStarted);
+}
+
+TEST_F(ManualStepTest, APictureThatNobodyLoadsShowsNothing) {
+  const std::string path = world.folder.Write("in/odd.jpg", "no picture");
+  world.shell.SetResult("QxBackImg", host::kStartMissing);
+  world.pump.EveryTurn([&] {
+    if (frame.Waiting()) cutPre.CmdNext.UserClick();
+  });
+  frame.Ask(path, {});
+  EXPECT_EQ(cutPre.preview.Path(), "");
+}
+
 TEST_F(ManualStepTest, AStopEndsTheWait) {
   AtPicture(1, [&] { flags.StopRequested = true; });
   CutWith({Make("a.jpg"), Make("b.jpg")});
