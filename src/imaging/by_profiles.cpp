@@ -106,8 +106,7 @@ Status Apply(Picture& picture, const std::string& screen, const std::string& pre
   chain.push_back(last.get());
   const cmsUInt32Number inKind = own ? PixelsOf(own) : TYPE_RGB_8;
   Transform transform(cmsCreateMultiprofileTransform(chain.data(), static_cast<cmsUInt32Number>(chain.size()), inKind,
-                                                     outKind, INTENT_PERCEPTUAL,
-                                                     cmsFLAGS_BLACKPOINTCOMPENSATION | cmsFLAGS_NOCACHE));
+                                                     outKind, INTENT_PERCEPTUAL, cmsFLAGS_NOCACHE));
   if (!transform) return NoProfile(request.press);
   picture.pixels = Transformed(picture.pixels, std::move(transform), outKind == TYPE_CMYK_8);
   picture.tags.profile = press;

@@ -61,7 +61,7 @@ TEST_F(PicHandlerTest, ColoursAreThoseOfImageMagick) {
     ASSERT_EQ(ran.exit, 0) << ran.err;
     const std::vector<int> ours = Load(folder.Path("Tmp.jpg")).At(16, 16);
     const std::vector<int> theirs = Load(folder.Path("b.jpg")).At(16, 16);
-    for (std::size_t i = 0; i < 4; ++i) EXPECT_NEAR(ours[i], theirs[i], 6) << colour[0] << " ink " << i;
+    for (std::size_t i = 0; i < 4; ++i) EXPECT_NEAR(ours[i], theirs[i], 2) << colour[0] << " ink " << i;
   }
 }
 

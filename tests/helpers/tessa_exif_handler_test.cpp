@@ -163,7 +163,7 @@ TEST_F(ExifTest, LeavesAloneWhatItCannotWrite) {
     EXPECT_EQ(Copy(source, folder.Path(name)).exit, 1) << name;
     EXPECT_EQ(folder.Read(name), before) << name;
   }
-  Save(folder.Path("good.jpg"), Waves(30, 20));
+  Save(folder.Path("good.jpg"), Waves(30, 20), 300);
   const std::string before = folder.Read("good.jpg");
   EXPECT_EQ(Copy(folder.Path("b.txt"), folder.Path("good.jpg")).exit, 1);
   EXPECT_EQ(Copy(folder.Path("none.jpg"), folder.Path("good.jpg")).exit, 1);
@@ -189,7 +189,7 @@ TEST_F(ExifTest, DoesNothingWithoutAnOrder) {
 TEST_F(ExifTest, AKillAtAnyMomentLeavesAWholeFile) {
   const std::string source = Source("a.jpg");
   const std::string target = folder.Path("b.jpg");
-  Save(target, Waves(900, 600));
+  Save(target, Waves(900, 600), 300);
   const std::string before = folder.Read("b.jpg");
   const Ran ran = Copy(source, target);
   ASSERT_EQ(ran.exit, 0) << ran.err;
