@@ -11,7 +11,7 @@ namespace quillon::imaging {
 
 // Turns the colours of a picture into those of another device. screen and press are ICC files. A picture with a profile
 // of its own goes from that to screen and on to press; one without is taken for screen; CMYK without one stays as it
-// is. Perceptual, with the black points matched, so that white stays white and black black.
+// is. Perceptual, to the value what ImageMagick makes of these profiles.
 struct ProfileRequest {
   std::string source;
   std::string destination;  // its extension tells the format; only jpg and tif hold CMYK, the others show it in sRGB
