@@ -87,6 +87,7 @@ class FrameRows : public RowStream {
 Status Save(const VImage& film, const std::vector<Frame>& frames, int height, host::Draft& draft) {
   VImage image = film.copy();
   std::vector<int> delays;
+  delays.reserve(frames.size());
   for (const Frame& frame : frames) delays.push_back(frame.milliseconds);
   image.set(VIPS_META_PAGE_HEIGHT, height);
   image.set("delay", delays);

@@ -133,7 +133,7 @@ class LibraryRows : public RowStream {
 
 }  // namespace
 
-Status OpenLibraryRows(Format format, std::shared_ptr<Bytes> bytes, const Limits& limits,
+Status OpenLibraryRows(Format format, const std::shared_ptr<Bytes>& bytes, const Limits& limits,
                        std::shared_ptr<RowStream>& out, int page) {
   const VImage loaded = LoadThroughLibrary(format, bytes, page);
   if (!WithinLimits(loaded.width(), loaded.height(), limits)) return fault::SidesTooLarge();
