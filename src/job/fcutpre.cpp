@@ -6,10 +6,17 @@ namespace quillon::job {
 
 FCutPre::FCutPre() : Window("FCutPre", kPreviewCaption) {
   ChHideShow.SetHandler([this] { ChHideShow_Click(); });
+  LockButtons();
 }
 
 void FCutPre::Close() {
   if (!CmdNext.OwnEnabled()) Hide();
+}
+
+void FCutPre::LockButtons() {
+  for (controls::Button* button : {&CmdNext, &CmdNotCut, &CmdAddBoard, &CmdRot90, &CmdRot270}) {
+    button->SetEnabled(false, "手动裁剪停在一张图片上时才能用");
+  }
 }
 
 void FCutPre::ChHideShow_Click() {

@@ -35,6 +35,8 @@ class FCutPre : public controls::Window {
   void Close() override;
   // On: the buttons and scroll bars are hidden.
   void ChHideShow_Click();
+  // No picture waits for an answer.
+  void LockButtons();
 };
 
 // The caption while nothing is asked.

@@ -15,6 +15,7 @@ constexpr const char* kBetween = "裁剪框预览";
 constexpr const char* kRotateQuestion = "确定旋转？\r\n是——旋转\r\n否——旋转，下次不再提示";
 constexpr int kYesNoCancelQuestion = 35;
 constexpr const char* kAgreed = "1";
+constexpr const char* kGrownOnce = "每张图片只扩边一次";
 constexpr int kWorkQuality = 98;
 constexpr int kLargestShown = 8000;
 constexpr double kSecondsBetweenTurns = 0.005;
@@ -107,10 +108,11 @@ void CutFrame::EnableForPicture() {
   const bool studio = job::IsStudioPreset(program_.form1.CmbKeepCut.Index());
   const bool turned = program_.flags.ImageRotated || program_.flags.ManualRotated;
   window.CmdNext.SetEnabled(true);
-  window.CmdNotCut.SetEnabled(!(Fixed() && studio));
-  window.CmdAddBoard.SetEnabled(Ratio().has_value());
+  window.CmdNotCut.SetEnabled(!(Fixed() && studio), "这种预设的每一张都要裁剪");
+  window.CmdAddBoard.SetEnabled(Ratio().has_value(), "没有固定尺寸或预设，不知道要扩成什么比例");
   window.CmdAddBoard.SetTag("");
-  for (controls::Button* button : {&window.CmdRot90, &window.CmdRot270}) button->SetEnabled(!turned);
+  for (controls::Button* button : {&window.CmdRot90, &window.CmdRot270})
+    button->SetEnabled(!turned, "这张图片已经按旋转规则转过");
   for (controls::Slider* slider : {&window.Slider1, &window.HS, &window.VS}) slider->SetEnabled(true);
 }
 
@@ -119,10 +121,9 @@ void CutFrame::EndWait() {
   waiting_ = false;
   drag_ = Drag::None;
   window.SetTitle(kBetween);
-  for (controls::Control* control : std::initializer_list<controls::Control*>{
-           &window.CmdNext, &window.CmdNotCut, &window.CmdAddBoard, &window.CmdRot90, &window.CmdRot270,
-           &window.Slider1, &window.HS, &window.VS}) {
-    control->SetEnabled(false);
+  window.LockButtons();
+  for (controls::Slider* slider : {&window.Slider1, &window.HS, &window.VS}) {
+    slider->SetEnabled(false, "正在裁剪这一张");
   }
 }
 
@@ -239,7 +240,7 @@ void CutFrame::CmdAddBoard_Click() {
   if (!waiting_) return;
   if (!button.Tag().empty()) {
     program_.host.boxes.Beep();
-    button.SetEnabled(false);
+    button.SetEnabled(false, kGrownOnce);
     return;
   }
   Grow();
@@ -266,7 +267,7 @@ void CutFrame::Grow() {
   board.dpi = facts.dpi;
   board.exif = imaging::Exif::Keep;
   if (!program_.images.AddBoardToFile(board)) {
-    button.SetEnabled(false);
+    button.SetEnabled(false, kGrownOnce);
     program_.flags.CurrentImagePath.clear();
     CmdNext_Click();
     return;
@@ -276,7 +277,7 @@ void CutFrame::Grow() {
   UpdateImage(board.destination, {});
   WriteBack();
   button.SetTag(kAgreed);
-  button.SetEnabled(false);
+  button.SetEnabled(false, kGrownOnce);
 }
 
 }  // namespace quillon::regions

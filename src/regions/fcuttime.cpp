@@ -14,6 +14,7 @@ namespace {
 
 constexpr const char* kStopQuestion = "终止定时裁剪？";
 constexpr const char* kCloseQuestion = "图片定时裁剪进行中，确定终止?";
+constexpr const char* kNotWatching = "定时裁剪还没有开始";
 constexpr const char* kCount = "已裁剪数：";
 constexpr int kOkCancelDefaultCancel = 305;
 constexpr int kOkCancelQuestion = 33;
@@ -38,6 +39,8 @@ FCutTime::FCutTime(job::Program& program)
   Chback.SetHandler([this] { Chback_Click(); });
   CmdDo.SetHandler([this] { CmdDo_Click(); });
   CmdStop.SetHandler([this] { CmdStop_Click(); });
+  CmdStop.SetEnabled(false, kNotWatching);
+  Chback.SetEnabled(false, kNotWatching);
 }
 
 void FCutTime::OnLoad() {
@@ -113,12 +116,12 @@ void FCutTime::CmdDo_Click() {
 
 void FCutTime::EnableForWatch(bool watching) {
   running_ = watching;
-  CmdStop.SetEnabled(watching);
+  CmdStop.SetEnabled(watching, kNotWatching);
   for (controls::Control* control : std::initializer_list<controls::Control*>{&Frame1, &LDir, &CmdInDir, &CmdDo}) {
-    control->SetEnabled(!watching);
+    control->SetEnabled(!watching, "正在监控，终止以后才能改");
   }
   if (!watching) Chback.Set(false);
-  Chback.SetEnabled(watching);
+  Chback.SetEnabled(watching, kNotWatching);
 }
 
 bool FCutTime::GoesOn() const { return CmdStop.OwnEnabled() && !program_.flags.StopRequested; }

@@ -53,7 +53,7 @@ void FMultCut::Close() {
 
 void FMultCut::ShowCount() {
   const std::size_t count = editor_.List().RowCount();
-  CmdOk.SetEnabled(count >= kFewest);
+  CmdOk.SetEnabled(count >= kFewest && !running_, "至少要有 2 个区域");
   List1.SetText(count == 0 ? kNoCount : "区域列表（共" + std::to_string(count) + "个）：");
   program_.fCutPre.preview.Refresh();
 }
@@ -75,7 +75,7 @@ void FMultCut::CmdOk_Click() {
   running_ = &cut;
   for (controls::Control* control :
        std::initializer_list<controls::Control*>{&CmdAdd, &CmdCancel, &MSFlexGrid1, &CmdOk, &CmdInput, &CmdOut}) {
-    control->SetEnabled(false);
+    control->SetEnabled(false, "正在裁剪");
   }
   cut.Run();
   running_ = nullptr;

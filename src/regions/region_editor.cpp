@@ -18,6 +18,7 @@ constexpr const char* kRead = "操作列表导入完毕！";
 constexpr const char* kClearQuestion = "确实清空列表？";
 constexpr const char* kFilter = "多区域裁剪操作列表(*.clt)|*.clt";
 constexpr const char* kName = "我的多区域裁剪操作列表";
+constexpr const char* kNothingToSave = "列表里还没有区域";
 constexpr int kOkCancelDefaultCancel = 305;
 constexpr int kExclamation = 48;
 constexpr int kInformation = 64;
@@ -52,7 +53,7 @@ RegionEditor::RegionEditor(job::Program& program, Parts parts, std::function<voi
   token_ = program_.form1.Observe([this](controls::Control& control, controls::Aspect aspect) {
     if (&control == &program_.form1.ChCutA && aspect == controls::Aspect::Value) CmdUpdate_Click();
   });
-  parts_.CmdOut.SetEnabled(false);
+  parts_.CmdOut.SetEnabled(false, kNothingToSave);
   CmdUpdate_Click();
 }
 
@@ -142,7 +143,7 @@ void RegionEditor::Clear() {
 }
 
 void RegionEditor::Changed() {
-  parts_.CmdOut.SetEnabled(list_.RowCount() > 0);
+  parts_.CmdOut.SetEnabled(list_.RowCount() > 0, kNothingToSave);
   if (onChange_) onChange_();
 }
 
