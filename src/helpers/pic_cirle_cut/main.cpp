@@ -8,22 +8,21 @@
 #include "imaging/ellipse.h"
 #include "imaging/services.h"
 
+namespace quillon::helpers {
 namespace {
 
-using namespace quillon;
-
 // Source, target and the box of the shape: x, y, width, height in pixels of the source.
-host::Status Work(helpers::Helper& helper) {
+host::Status Execute(Helper& helper) {
   const std::vector<std::string> fields = helper.Fields();
-  if (fields.size() != 6) return helpers::WrongCall("需要六个字段");
+  if (fields.size() != 6) return WrongCall("需要六个字段");
   std::array<int, 4> box{};
   for (std::size_t i = 0; i < box.size(); ++i) {
     const std::optional<int> number = base::ParseInteger(fields[i + 2]);
-    if (!number) return helpers::WrongCall("不是整数：" + fields[i + 2]);
+    if (!number) return WrongCall("不是整数：" + fields[i + 2]);
     box[i] = *number;
   }
   if (base::ToLowerAscii(base::SplitPath(fields[1]).extension) != "png") {
-    return helpers::WrongCall("目标文件必须是png");
+    return WrongCall("目标文件必须是png");
   }
   imaging::Services services(helper.World(), [] {});
   imaging::Image source;
@@ -34,5 +33,8 @@ host::Status Work(helpers::Helper& helper) {
 }
 
 }  // namespace
+}  // namespace quillon::helpers
 
-int main(int count, char** arguments) { return helpers::RunHelper("PicCirleCut", count, arguments, Work); }
+int main(int count, char** arguments) {
+  return quillon::helpers::RunHelper("PicCirleCut", count, arguments, quillon::helpers::Execute);
+}

@@ -3,16 +3,15 @@
 #include "helpers/pics_to_ani_gif/gif_order.h"
 #include "imaging/animation.h"
 
+namespace quillon::helpers {
 namespace {
-
-using namespace quillon;
 
 constexpr const char* kApplication = "PicsCut";
 constexpr const char* kKey = "PicsToGif";
 
-host::Status Work(helpers::Helper& helper) {
-  helpers::GifOrder order;
-  if (host::Status read = helpers::ReadGifOrder(helper, order); !read) return read;
+host::Status Execute(Helper& helper) {
+  GifOrder order;
+  if (host::Status read = ReadGifOrder(helper, order); !read) return read;
   return helper.Files().Save(order.target, [&](host::Draft& draft) {
     return imaging::WriteAnimation(
         helper.Files(), order.frames, order.canvas, {},
@@ -21,5 +20,8 @@ host::Status Work(helpers::Helper& helper) {
 }
 
 }  // namespace
+}  // namespace quillon::helpers
 
-int main(int count, char** arguments) { return helpers::RunHelper("PicsToAniGif", count, arguments, Work); }
+int main(int count, char** arguments) {
+  return quillon::helpers::RunHelper("PicsToAniGif", count, arguments, quillon::helpers::Execute);
+}

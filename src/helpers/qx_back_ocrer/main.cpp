@@ -4,24 +4,26 @@
 
 #include "helpers/qx_back_ocrer/recognition.h"
 
+namespace quillon::helpers {
 namespace {
-
-using namespace quillon;
 
 constexpr const char* kKey = "OCRRes";
 
-host::Status Work(helpers::Helper& helper) {
-  helpers::Recognition order;
-  if (host::Status parsed = helpers::ParseRecognition(helper.Parameters(), order); !parsed) return parsed;
+host::Status Execute(Helper& helper) {
+  Recognition order;
+  if (host::Status parsed = ParseRecognition(helper.Parameters(), order); !parsed) return parsed;
   helper.Set(order.application, kKey, "");
   // Tesseract's threads wait for each other more than they work.
   setenv("OMP_THREAD_LIMIT", "1", 1);
   std::string text;
-  const host::Status recognised = helpers::Recognise(helper, order.picture, text);
+  const host::Status recognised = Recognise(helper, order.picture, text);
   helper.Set(order.application, kKey, recognised ? text : recognised.Why());
   return recognised;
 }
 
 }  // namespace
+}  // namespace quillon::helpers
 
-int main(int count, char** arguments) { return helpers::RunHelper("QxBackOCRer", count, arguments, Work); }
+int main(int count, char** arguments) {
+  return quillon::helpers::RunHelper("QxBackOCRer", count, arguments, quillon::helpers::Execute);
+}
