@@ -25,7 +25,8 @@ Sample Rounded(float value) {
     return value;
   } else {
     constexpr float kMost = std::numeric_limits<Sample>::max();
-    return static_cast<Sample>(std::clamp(value, 0.0F, kMost) + 0.5F);
+    const float raised = std::clamp(value, 0.0F, kMost) + 0.5F;
+    return static_cast<Sample>(raised);
   }
 }
 
@@ -159,7 +160,10 @@ class Weights {
     }
   }
 
-  const float* At(double fraction) const { return table_[static_cast<int>(fraction * kSteps + 0.5)].data(); }
+  const float* At(double fraction) const {
+    const double raised = fraction * kSteps + 0.5;
+    return table_[static_cast<int>(raised)].data();
+  }
 
  private:
   static constexpr int kSteps = 2048;

@@ -62,7 +62,8 @@ class TiffPart : public RowStream {
       return Status::Ok();
     }
     firstTile_ = rect_.left / tile_.width;
-    const auto across = static_cast<std::size_t>((rect_.left + rect_.width - 1) / tile_.width - firstTile_ + 1);
+    const int lastTile = (rect_.left + rect_.width - 1) / tile_.width;
+    const std::size_t across = static_cast<unsigned>(lastTile - firstTile_ + 1);
     const std::size_t size = static_cast<std::size_t>(tile_.width) * static_cast<unsigned>(tile_.height) * pixelBytes_;
     if (tileBytes_ != static_cast<tmsize_t>(size)) return fault::UnreadKind();
     if (static_cast<std::int64_t>(across * size) > limits.memory) return fault::OutOfMemory();
