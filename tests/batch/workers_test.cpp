@@ -97,7 +97,7 @@ TEST_F(WorkersTest, WrongArgumentsAreToldOnce) {
 TEST_F(WorkersTest, PrintOnce) { EXPECT_EQ(Run({"--jobs", "3", "--print", "ChOver"}).out, "Form1.ChOver = 0\n"); }
 
 TEST_F(WorkersTest, AStopReachesAll) {
-  Pictures(2000);
+  Pictures(800);
   BatchProcess process(Cut({"in"}, {"--json", "--jobs", "2"}), folder.Path());
   ASSERT_TRUE(process.ReadTo("\"event\":\"file\""));
   const std::vector<pid_t> children = process.Children();
@@ -109,14 +109,14 @@ TEST_F(WorkersTest, AStopReachesAll) {
   EXPECT_TRUE(process.Temporaries().empty());
   const auto results = Results(ran.out);
   // One that was still listing tells of no file.
-  EXPECT_LE(results.size(), 2000u);
-  EXPECT_LT(CountOf(results, "written"), 2000u);
+  EXPECT_LE(results.size(), 800u);
+  EXPECT_LT(CountOf(results, "written"), 800u);
   EXPECT_EQ(CountOf(results, "none"), 0u);
   ExpectSums(ran);
 }
 
 TEST_F(WorkersTest, AWorkerThatDiesCostsOneFileAtMost) {
-  Pictures(1500);
+  Pictures(600);
   BatchProcess process(Cut({"in"}, {"--json", "--jobs", "2"}), folder.Path());
   ASSERT_TRUE(process.ReadTo("\"event\":\"file\""));
   const std::vector<pid_t> children = process.Children();
@@ -124,7 +124,7 @@ TEST_F(WorkersTest, AWorkerThatDiesCostsOneFileAtMost) {
   kill(children[0], SIGKILL);
   const Ran ran = process.Wait();
   const auto results = Results(ran.out);
-  EXPECT_EQ(results.size(), 1500u);
+  EXPECT_EQ(results.size(), 600u);
   EXPECT_LE(CountOf(results, "none"), 1u);
   EXPECT_EQ(ran.exit, CountOf(results, "none") > 0 ? 1 : 0) << ran.err;
   for (const Json& file : EventsOf(ran.out, "file")) {
@@ -145,7 +145,7 @@ TEST_F(WorkersTest, OverwrittenSourcesSurviveTheDeathOfAWorker) {
   folder.Write("one.bmp", before);
   ASSERT_EQ(Run(Cut({"one.bmp"}, over)).exit, 0);
   const std::string after = folder.Read("one.bmp");
-  for (int i = 0; i < 600; ++i) folder.Write("in/" + std::to_string(i) + ".bmp", before);
+  for (int i = 0; i < 300; ++i) folder.Write("in/" + std::to_string(i) + ".bmp", before);
   std::vector<std::string> jobs = over;
   jobs.insert(jobs.end(), {"--jobs", "2"});
   BatchProcess process(Cut({"in"}, jobs), folder.Path());
@@ -153,7 +153,7 @@ TEST_F(WorkersTest, OverwrittenSourcesSurviveTheDeathOfAWorker) {
   for (const pid_t child : process.Children()) kill(child, SIGKILL);
   const Ran ran = process.Wait();
   const auto results = Results(ran.out);
-  EXPECT_EQ(results.size(), 600u);
+  EXPECT_EQ(results.size(), 300u);
   for (const auto& [source, result] : results) {
     const std::string now = folder.Read(source.substr(folder.Path().size() + 1));
     EXPECT_TRUE(now == after || (result == "none" && now == before)) << source;
@@ -161,7 +161,7 @@ TEST_F(WorkersTest, OverwrittenSourcesSurviveTheDeathOfAWorker) {
 }
 
 TEST_F(WorkersTest, StopWhenTheOneThatStartedThemIsGone) {
-  Pictures(3000);
+  Pictures(1000);
   BatchProcess process(Cut({"in"}, {"--json", "--jobs", "2"}), folder.Path());
   ASSERT_TRUE(process.ReadTo("\"event\":\"file\""));
   const std::vector<pid_t> children = process.Children();
@@ -172,7 +172,7 @@ TEST_F(WorkersTest, StopWhenTheOneThatStartedThemIsGone) {
     while (kill(child, 0) == 0) {
     }
   }
-  EXPECT_LT(folder.Names("out").size(), 3000u);
+  EXPECT_LT(folder.Names("out").size(), 1000u);
 }
 
 // --- Shares
