@@ -4,31 +4,32 @@
 #include "helpers/frame/child.h"
 #include "helpers/frame/helper.h"
 
+namespace quillon::helpers {
 namespace {
-
-using namespace quillon;
 
 // "/c", then the name of a helper's program in this folder and, behind a blank, its parameter text, as one argument. It
 // is run to its end; its twin takes its place where it is missing or may not run.
-host::Status Work(helpers::Helper& helper) {
+host::Status Execute(Helper& helper) {
   const std::vector<std::string> arguments = helper.Fields();
-  if (arguments.size() != 2 || arguments[0] != "/c") return helpers::WrongCall("需要 /c 和一条命令");
+  if (arguments.size() != 2 || arguments[0] != "/c") return WrongCall("需要 /c 和一条命令");
   const std::string& command = arguments[1];
   const std::size_t blank = command.find(' ');
   const std::string program = command.substr(0, blank);
-  if (program.empty() || program.find('/') != std::string::npos)
-    return helpers::WrongCall("只能运行程序文件夹里的程序");
+  if (program.empty() || program.find('/') != std::string::npos) return WrongCall("只能运行程序文件夹里的程序");
   std::vector<std::string> words{helper.AppPath(program)};
   if (blank != std::string::npos) words.push_back(command.substr(blank + 1));
-  helpers::Ended ended = helpers::RunProgram(words);
+  Ended ended = RunProgram(words);
   if (!ended.started) {
     words[0] = helper.AppPath(base::SplitPath(program).name + ".dll");
-    ended = helpers::RunProgram(words);
+    ended = RunProgram(words);
   }
   return ended ? host::Status::Ok() : host::Status{host::Problem::Other, "命令没有成功：" + program};
 }
 
 }  // namespace
+}  // namespace quillon::helpers
 
 // The command interpreter by which the program runs a helper that it cannot start itself.
-int main(int count, char** arguments) { return helpers::RunHelper("CMD", count, arguments, Work); }
+int main(int count, char** arguments) {
+  return quillon::helpers::RunHelper("CMD", count, arguments, quillon::helpers::Execute);
+}

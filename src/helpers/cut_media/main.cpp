@@ -4,18 +4,17 @@
 #include "helpers/frame/child.h"
 #include "helpers/frame/helper.h"
 
+namespace quillon::helpers {
 namespace {
 
-using namespace quillon;
-
-host::Status Run(helpers::Helper& helper, const helpers::MediaOrder& order) {
+host::Status Run(Helper& helper, const MediaOrder& order) {
   host::Files& files = helper.Files();
-  for (const helpers::Aside& input : order.inputs) {
+  for (const Aside& input : order.inputs) {
     if (host::Status put = files.CopyOwn(input.path, helper.AppPath(input.name)); !put) return put;
   }
   std::vector<std::string> command{"ffmpeg", "-nostdin", "-hide_banner", "-loglevel", "error"};
   command.insert(command.end(), order.words.begin(), order.words.end());
-  const helpers::Ended ended = helpers::RunProgram(command);
+  const Ended ended = RunProgram(command);
   if (!ended) return {host::Problem::Other, ended.started ? ended.output : "无法运行 ffmpeg"};
   if (order.output.path.empty()) return host::Status::Ok();
   return files.Copy(helper.AppPath(order.output.name), order.output.path);
@@ -23,11 +22,11 @@ host::Status Run(helpers::Helper& helper, const helpers::MediaOrder& order) {
 
 // Arguments of FFmpeg. The result, which is the last of them, is made aside and takes its name when FFmpeg has ended
 // well.
-host::Status Work(helpers::Helper& helper) {
-  const helpers::MediaOrder order = helpers::ReadMediaOrder(helper.Words());
-  if (order.words.empty()) return helpers::WrongCall("没有FFmpeg的参数");
+host::Status Execute(Helper& helper) {
+  const MediaOrder order = ReadMediaOrder(helper.Words());
+  if (order.words.empty()) return WrongCall("没有FFmpeg的参数");
   const host::Status status = Run(helper, order);
-  for (const helpers::Aside& input : order.inputs) {
+  for (const Aside& input : order.inputs) {
     static_cast<void>(helper.Files().RemoveOwn(helper.AppPath(input.name)));
   }
   if (!order.output.path.empty()) static_cast<void>(helper.Files().RemoveOwn(helper.AppPath(order.output.name)));
@@ -35,5 +34,8 @@ host::Status Work(helpers::Helper& helper) {
 }
 
 }  // namespace
+}  // namespace quillon::helpers
 
-int main(int count, char** arguments) { return quillon::helpers::RunHelper("CutMedia", count, arguments, Work); }
+int main(int count, char** arguments) {
+  return quillon::helpers::RunHelper("CutMedia", count, arguments, quillon::helpers::Execute);
+}

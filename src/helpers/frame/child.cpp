@@ -56,6 +56,7 @@ void Collect(pid_t child, Ended& ended) {
 Ended RunProgram(const std::vector<std::string>& words) {
   std::vector<std::string> texts = words;
   std::vector<char*> arguments;
+  arguments.reserve(texts.size() + 1);
   for (std::string& text : texts) arguments.push_back(text.data());
   arguments.push_back(nullptr);
   std::array<int, 2> ends{};

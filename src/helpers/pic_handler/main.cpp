@@ -7,21 +7,23 @@
 #include "helpers/pic_handler/run_convert.h"
 #include "imaging/by_profiles.h"
 
+namespace quillon::helpers {
 namespace {
-
-using namespace quillon;
 
 // Arguments of ImageMagick's convert. What the program asks for is done here, where neither ImageMagick's policy nor
 // its limits stand in the way and no second program has to be started; all else goes to convert.
-host::Status Work(helpers::Helper& helper) {
-  helpers::PicOrder order;
-  if (host::Status read = helpers::ReadPicOrder(helper.Words(), order); !read) return read;
-  if (base::ToLowerAscii(base::SplitPath(order.target).extension) == "pdf") return helpers::MakePdf(helper, order);
-  if (!order.plain || order.profiles.size() != 2) return helpers::RunConvert(helper, order);
+host::Status Execute(Helper& helper) {
+  PicOrder order;
+  if (host::Status read = ReadPicOrder(helper.Words(), order); !read) return read;
+  if (base::ToLowerAscii(base::SplitPath(order.target).extension) == "pdf") return MakePdf(helper, order);
+  if (!order.plain || order.profiles.size() != 2) return RunConvert(helper, order);
   return imaging::ConvertByProfiles(
       helper.Files(), {order.source, order.target, order.profiles[0], order.profiles[1], order.quality, order.dpi});
 }
 
 }  // namespace
+}  // namespace quillon::helpers
 
-int main(int count, char** arguments) { return quillon::helpers::RunHelper("PicHandler", count, arguments, Work); }
+int main(int count, char** arguments) {
+  return quillon::helpers::RunHelper("PicHandler", count, arguments, quillon::helpers::Execute);
+}
