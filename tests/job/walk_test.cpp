@@ -9,6 +9,8 @@
 #include <condition_variable>
 #include <filesystem>
 #include <mutex>
+#include <string>
+#include <thread>
 #include <vector>
 
 #include "base/path_text.h"
@@ -144,13 +146,21 @@ TEST_F(WalkTest, AFolderThatVanishesIsSkippedSilently) {
 // A disk that is there and never answers.
 class DeadDisk {
  public:
+  // Comes back when the thread that hung has ended: it still looks at what the test owns.
   void Answer() {
-    const std::lock_guard lock(mutex_);
-    answers_ = true;
+    pid_t thread = 0;
+    {
+      const std::lock_guard lock(mutex_);
+      answers_ = true;
+      thread = thread_;
+    }
     changed_.notify_all();
+    const std::string entry = "/proc/self/task/" + std::to_string(thread);
+    while (thread != 0 && std::filesystem::exists(entry)) std::this_thread::yield();
   }
   void Hang() {
     std::unique_lock lock(mutex_);
+    thread_ = gettid();
     changed_.wait(lock, [&] { return answers_; });
   }
 
@@ -158,6 +168,7 @@ class DeadDisk {
   std::mutex mutex_;
   std::condition_variable changed_;
   bool answers_ = false;
+  pid_t thread_ = 0;
 };
 
 TEST_F(WalkTest, AFolderThatNeverAnswersIsGivenUp) {
