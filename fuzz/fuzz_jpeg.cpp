@@ -5,17 +5,18 @@
 // size, and its EXIF block survives being cut again. The first bytes choose rectangle, quality and the rest.
 #include <cstdint>
 #include <cstdio>
-#include <cstdlib>
 #include <filesystem>
 #include <string>
 
 #include <unistd.h>
 
+#include "fuzz_pictures.h"
 #include "imaging/jpeg_cut.h"
 #include "imaging/jpeg_exif.h"
 #include "imaging/jpeg_head.h"
 
 namespace imaging = quillon::imaging;
+using quillon::fuzz::Require;
 
 namespace {
 
@@ -26,11 +27,7 @@ const std::string& InputPath() {
   return path;
 }
 
-void Require(bool holds) {
-  if (!holds) std::abort();
-}
-
-imaging::Limits SmallLimits() {
+imaging::Limits JpegLimits() {
   imaging::Limits limits;
   limits.pixels = 4'000'000;
   limits.memory = 64 << 20;
@@ -45,7 +42,7 @@ void CutFile(const std::uint8_t* choice, const std::string& bytes) {
   const imaging::Exif exif = choice[4] & 1 ? imaging::Exif::Keep : imaging::Exif::Drop;
   std::string result;
   const imaging::Status status = imaging::CutJpeg(InputPath(), rect, choice[5] % 101, choice[4] & 2 ? 300 : 0, exif,
-                                                  SmallLimits(), [&](const void* data, std::size_t size) {
+                                                  JpegLimits(), [&](const void* data, std::size_t size) {
                                                     result.append(static_cast<const char*>(data), size);
                                                     return imaging::Status::Ok();
                                                   });

@@ -4,30 +4,21 @@
 // Any bytes as a TIFF file, and as any file whose end is looked for: a part of it opens with a status and hands out its
 // rows or fails, and the EXIF that is found in it is a block that survives being cut. The first bytes choose the part.
 #include <cstdint>
-#include <cstdlib>
 #include <memory>
 #include <string>
 #include <vector>
 
+#include "fuzz_pictures.h"
 #include "imaging/jpeg_exif.h"
 #include "imaging/tiff_exif.h"
 #include "imaging/tiff_part.h"
 #include "imaging/whole_file.h"
 
 namespace imaging = quillon::imaging;
+using quillon::fuzz::Require;
+using quillon::fuzz::SmallLimits;
 
 namespace {
-
-void Require(bool holds) {
-  if (!holds) std::abort();
-}
-
-imaging::Limits SmallLimits() {
-  imaging::Limits limits;
-  limits.pixels = 1'000'000;
-  limits.memory = 16 << 20;
-  return limits;
-}
 
 void ReadPart(const std::shared_ptr<imaging::Bytes>& bytes, const quillon::base::Rect& rect) {
   std::shared_ptr<imaging::RowStream> rows;

@@ -32,10 +32,10 @@ int ShrinkFor(base::Size original, base::Size reduceTo) {
   return shrink;
 }
 
-Status OpenStream(const std::string& path, std::shared_ptr<Bytes> bytes, const Limits& limits, base::Size reduceTo,
-                  OpenedPicture& out) {
+Status OpenStream(const std::string& path, const std::shared_ptr<Bytes>& bytes, const Limits& limits,
+                  base::Size reduceTo, OpenedPicture& out) {
   if (out.format != Format::Jpeg) {
-    Status status = OpenLibraryRows(out.format, std::move(bytes), limits, out.stream);
+    Status status = OpenLibraryRows(out.format, bytes, limits, out.stream);
     if (status) out.original = out.stream->Facts().size;
     return status;
   }
