@@ -35,6 +35,7 @@ class PreviewDock : public QDockWidget {
   QWidget* MakeDetails();
   void ConnectHands();
   void OnPreview();
+  void ShowResult();
   void ShowNewPicture();
   void ShowRegions();
   void ShowView();
