@@ -12,6 +12,7 @@
 #include "imaging/colours.h"
 #include "imaging/encode.h"
 #include "imaging/open_picture.h"
+#include "imaging/services_parts.h"
 
 namespace quillon::imaging {
 namespace {
@@ -31,8 +32,18 @@ struct EndTransform {
 using Profile = std::unique_ptr<void, CloseProfile>;
 using Transform = std::unique_ptr<void, EndTransform>;
 
-Status NoProfile(const std::string& path) {
-  return {host::Problem::Unsupported, "配置文件不能使用：" + base::SplitPath(path).name};
+// An ICC file as it was read.
+struct IccFile {
+  std::string path;
+  std::string bytes;
+
+  Status Unusable() const { return {host::Problem::Unsupported, "配置文件不能使用：" + base::SplitPath(path).name}; }
+};
+
+Status ReadIcc(const host::Files& files, const std::string& path, IccFile& icc) {
+  icc.path = path;
+  const Status read = files.ReadFile(path, icc.bytes, kLargestProfile);
+  return read ? read : Status{read.GetProblem(), icc.Unusable().Why()};
 }
 
 Profile OpenProfile(const std::string& bytes) {
@@ -89,15 +100,15 @@ VImage Transformed(const VImage& pixels, Transform transform, bool inks) {
 }
 
 // Takes the pixels of picture through its own profile, screen and press.
-Status Apply(Picture& picture, const std::string& screen, const std::string& press, const ProfileRequest& request) {
+Status Apply(Picture& picture, const IccFile& screen, const IccFile& press) {
   picture.pixels = EightBit(Flattened(picture.pixels, base::kWhite));
   const bool told = ProfileFits(picture.tags.profile, picture.pixels);
   if (!told && IsCmyk(picture.pixels)) return Status::Ok();
-  const Profile middle = OpenProfile(screen);
-  const Profile last = OpenProfile(press);
-  if (!middle || PixelsOf(middle) != TYPE_RGB_8) return NoProfile(request.screen);
+  const Profile middle = OpenProfile(screen.bytes);
+  const Profile last = OpenProfile(press.bytes);
+  if (!middle || PixelsOf(middle) != TYPE_RGB_8) return screen.Unusable();
   const cmsUInt32Number outKind = last ? PixelsOf(last) : 0;
-  if (outKind != TYPE_CMYK_8 && outKind != TYPE_RGB_8) return NoProfile(request.press);
+  if (outKind != TYPE_CMYK_8 && outKind != TYPE_RGB_8) return press.Unusable();
   if (!told) picture.pixels = AsRgb(picture.pixels);
   const Profile own = told ? OpenProfile(picture.tags.profile) : Profile();
   std::vector<cmsHPROFILE> chain;
@@ -107,9 +118,9 @@ Status Apply(Picture& picture, const std::string& screen, const std::string& pre
   const cmsUInt32Number inKind = own ? PixelsOf(own) : TYPE_RGB_8;
   Transform transform(cmsCreateMultiprofileTransform(chain.data(), static_cast<cmsUInt32Number>(chain.size()), inKind,
                                                      outKind, INTENT_PERCEPTUAL, cmsFLAGS_NOCACHE));
-  if (!transform) return NoProfile(request.press);
+  if (!transform) return press.Unusable();
   picture.pixels = Transformed(picture.pixels, std::move(transform), outKind == TYPE_CMYK_8);
-  picture.tags.profile = press;
+  picture.tags.profile = press.bytes;
   return Status::Ok();
 }
 
@@ -124,10 +135,10 @@ int QualityOf(const std::string& path) {
 }  // namespace
 
 Status ConvertByProfiles(host::Files& files, const ProfileRequest& request, const Limits& limits) {
-  std::string screen;
-  std::string press;
-  if (Status read = files.ReadFile(request.screen, screen, kLargestProfile); !read) return read;
-  if (Status read = files.ReadFile(request.press, press, kLargestProfile); !read) return read;
+  IccFile screen;
+  IccFile press;
+  if (Status read = ReadIcc(files, request.screen, screen); !read) return read;
+  if (Status read = ReadIcc(files, request.press, press); !read) return read;
   const std::optional<host::FileFacts> facts = files.Look(request.source);
   if (facts && facts->kind != host::FileKind::File) return fault::NotAFile();
   EncodeOptions options{.quality = request.quality, .exif = Exif::Keep};
@@ -142,11 +153,25 @@ Status ConvertByProfiles(host::Files& files, const ProfileRequest& request, cons
       picture.tags = opened.tags;
       if (Status take = TakeRows(opened, 0, opened.original.height, picture.pixels); !take) return take;
       if (request.dpi > 0) picture.tags.dpi = request.dpi;
-      if (Status applied = Apply(picture, screen, press, request); !applied) return applied;
+      if (Status applied = Apply(picture, screen, press); !applied) return applied;
       if (Status written = EncodePicture(picture, options, draft); !written) return written;
       return CheckRest(opened);
     });
     return !status && opened.fault && !opened.fault->Get() ? opened.fault->Get() : status;
+  });
+}
+
+Status ConvertByProfiles(const host::Files& files, Image& image, const std::string& screen, const std::string& press) {
+  IccFile screenIcc;
+  IccFile pressIcc;
+  if (Status read = ReadIcc(files, screen, screenIcc); !read) return read;
+  if (Status read = ReadIcc(files, press, pressIcc); !read) return read;
+  return OnPicture(image, [&](Picture& picture) {
+    Picture inks = picture;
+    if (Status applied = Apply(inks, screenIcc, pressIcc); !applied) return applied;
+    inks.pixels = inks.pixels.copy_memory();
+    picture = inks;
+    return Status::Ok();
   });
 }
 

@@ -5,6 +5,7 @@
 #include <string>
 
 #include "host/files.h"
+#include "imaging/image.h"
 #include "imaging/services.h"
 
 namespace quillon::imaging {
@@ -24,6 +25,8 @@ struct ProfileRequest {
 // The picture is streamed and not held whole. Missing, Damaged or Unsupported where a profile is none that serves; what
 // stood at destination stays when it fails.
 Status ConvertByProfiles(host::Files& files, const ProfileRequest& request, const Limits& limits = {});
+// The same for a picture in memory, which stays as it is when that fails.
+Status ConvertByProfiles(const host::Files& files, Image& image, const std::string& screen, const std::string& press);
 
 // The quality that the luminance table of a JPEG was made for, 1..100; 0 where bytes hold none. The beginning of a file
 // is enough.

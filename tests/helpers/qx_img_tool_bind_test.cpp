@@ -169,6 +169,7 @@ TEST_F(QxImgToolBind, MakesATiffOfManyPages) {
 }
 
 TEST_F(QxImgToolBind, TurnsColoursToCmykWhereItIsAsked) {
+  std::filesystem::copy(QUILLON_BINARY_DIR "/bin/ColorConfigs", app.Path("ColorConfigs"));
   const pid_t tool = Start(app.Path("out.pdf"), {.cmyk = "True"});
   EXPECT_EQ(Feed(Sheet("1.jpg")), "");
   ASSERT_EQ(End(tool), 0);
@@ -179,6 +180,13 @@ TEST_F(QxImgToolBind, TurnsColoursToCmykWhereItIsAsked) {
   ASSERT_EQ(End(second), 0);
   EXPECT_EQ(TiffTag(app.Path("out.tif"), 0, TIFFTAG_PHOTOMETRIC), PHOTOMETRIC_SEPARATED);
   EXPECT_FALSE(app.Exists("QxImgTool.jpg"));
+}
+
+TEST_F(QxImgToolBind, TakesNoSheetForCmykWithoutItsProfile) {
+  const pid_t tool = Start(app.Path("out.pdf"), {.cmyk = "True"});
+  EXPECT_NE(Feed(Sheet("1.jpg")).find("sRGB.icc"), std::string::npos);
+  EXPECT_NE(End(tool), 0);
+  EXPECT_FALSE(app.Exists("out.pdf"));
 }
 
 TEST_F(QxImgToolBind, TakesCmykAndGreyJpegsAsTheyAre) {

@@ -8,7 +8,6 @@
 
 #include "imaging/picture.h"
 #include "imaging/pictures.h"
-#include "imaging/press_colours.h"
 #include "imaging/raw_pixels.h"
 #include "imaging/text_mask.h"
 
@@ -90,25 +89,6 @@ TEST(TextMask, TakesNamesThatAreNoText) {
   EXPECT_TRUE(DrawTextMask("a\xFF\n\tb", 20, mask));
   EXPECT_FALSE(DrawTextMask("", 20, mask));
   EXPECT_FALSE(DrawTextMask(std::string(5000, 'a'), 20, mask));
-}
-
-TEST(PressColours, WhiteHasNoInkAndBlackHasMuch) {
-  Image image = Of({2, 1, 3, {255, 255, 255, 0, 0, 0}});
-  ASSERT_TRUE(ConvertToCmyk(image, ""));
-  const Sheet inks = PixelsOf(image);
-  ASSERT_EQ(inks.bands, 4);
-  for (const int ink : inks.Pixel(0, 0)) EXPECT_LE(ink, 3);
-  EXPECT_GT(inks.Pixel(1, 0)[3], 150);
-  EXPECT_TRUE(image.Data()->picture.tags.profile.empty());
-  ASSERT_TRUE(ConvertToCmyk(image, ""));
-  EXPECT_EQ(PixelsOf(image), inks);
-}
-
-TEST(PressColours, KeepTheProfileThatMadeThem) {
-  const std::string press = ProfileFor("CMYK");
-  Image image = Of(Plain(2, 2, {200, 100, 50}));
-  ASSERT_TRUE(ConvertToCmyk(image, press));
-  EXPECT_EQ(image.Data()->picture.tags.profile, press);
 }
 
 }  // namespace

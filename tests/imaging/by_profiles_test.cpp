@@ -3,6 +3,7 @@
 #include "imaging/by_profiles.h"
 
 #include "imaging/jpeg_maker.h"
+#include "imaging/picture.h"
 #include "imaging/pictures.h"
 
 namespace quillon::imaging {
@@ -78,6 +79,26 @@ TEST_F(ByProfilesTest, GreyBecomesInk) {
 TEST_F(ByProfilesTest, WhatCannotHoldInkShowsIt) {
   ASSERT_TRUE(Convert(Jpeg("a.jpg", testing::Colours::YCbCr), "b.png"));
   EXPECT_EQ(testing::ReadPlainly(Path("b.png")).bands, 3);
+}
+
+TEST_F(ByProfilesTest, APictureInMemoryBecomesWhatItsFileBecomes) {
+  const std::string source = Jpeg("a.jpg", testing::Colours::YCbCr);
+  ASSERT_TRUE(Convert(source, "b.tif"));
+  Image image = Load(source);
+  ASSERT_TRUE(ConvertByProfiles(world.files, image, Path("screen.icc"), Path("press.icc")));
+  EXPECT_EQ(testing::Difference(testing::PixelsOf(image), testing::ReadPlainly(Path("b.tif"))), 0);
+  EXPECT_EQ(image.Data()->picture.tags.profile, world.folder.Read("press.icc"));
+}
+
+TEST_F(ByProfilesTest, APictureInMemoryStaysWhereAProfileIsMissing) {
+  Image image = Load(Jpeg("a.jpg", testing::Colours::YCbCr));
+  const Sheet before = testing::PixelsOf(image);
+  const Status status = ConvertByProfiles(world.files, image, Path("screen.icc"), Path("none.icm"));
+  EXPECT_EQ(status.GetProblem(), host::Problem::Missing);
+  EXPECT_EQ(status.Why(), "配置文件不能使用：none.icm");
+  EXPECT_EQ(testing::PixelsOf(image), before);
+  Image none;
+  EXPECT_FALSE(ConvertByProfiles(world.files, none, Path("screen.icc"), Path("press.icc")));
 }
 
 TEST_F(ByProfilesTest, AFailureLeavesTheDestination) {

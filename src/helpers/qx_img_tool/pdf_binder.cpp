@@ -5,7 +5,7 @@
 #include "helpers/pdf/pdf_writer.h"
 #include "helpers/qx_img_tool/sheet_binder.h"
 #include "helpers/qx_img_tool/sheet_header.h"
-#include "imaging/press_colours.h"
+#include "imaging/by_profiles.h"
 
 namespace quillon::helpers {
 namespace {
@@ -77,9 +77,9 @@ class PdfBinder final : public SheetBinder {
     imaging::Image image;
     if (host::Status loaded = services.LoadImageFromFile(path, image); !loaded) return loaded;
     if (options_.cmyk) {
-      std::string profile;
-      static_cast<void>(helper_.Files().ReadFile(helper_.AppPath("ColorConfigs/Default.icm"), profile, kMostBytes));
-      if (host::Status converted = imaging::ConvertToCmyk(image, profile); !converted) return converted;
+      const host::Status converted = imaging::ConvertByProfiles(helper_.Files(), image, helper_.AppPath(kScreenProfile),
+                                                                helper_.AppPath(kPressProfile));
+      if (!converted) return converted;
     }
     const std::string aside = helper_.AppPath("QxImgTool.jpg");
     host::Status status = services.SaveImageToJpgFile(image, aside, kQuality, imaging::Exif::Drop);

@@ -9,13 +9,17 @@
 
 namespace quillon::helpers {
 
+// Where CMYK is made: by the profiles of the program's own conversion.
+inline constexpr const char* kScreenProfile = "ColorConfigs/sRGB.icc";
+inline constexpr const char* kPressProfile = "ColorConfigs/Default.icm";
+
 // How sheets are bound.
 struct BindOptions {
   std::string back;    // a picture that follows every sheet; "" for none
   std::string header;  // drawn in red at the top of every sheet; "" for none
   bool tiff = false;   // a TIFF instead of a PDF
   int dpi = 0;         // 0: what the sheet tells, else 300
-  bool cmyk = false;
+  bool cmyk = false;   // a sheet fails where a profile for it is missing
 };
 
 // Takes finished sheets one by one into a draft.

@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "helpers/qx_img_tool/sheet_binder.h"
 #include "helpers/qx_img_tool/sheet_header.h"
-#include "imaging/press_colours.h"
+#include "imaging/by_profiles.h"
 #include "imaging/tiff_pages.h"
 
 namespace quillon::helpers {
@@ -11,7 +11,6 @@ namespace {
 // Sheets come as long as the program makes some: room is left for that many.
 constexpr int kExpectedPages = 64;
 constexpr base::Colour kRed{0x0000FF};
-constexpr std::uint64_t kMostProfileBytes = 64 << 20;
 
 class TiffBinder final : public SheetBinder {
  public:
@@ -35,10 +34,9 @@ class TiffBinder final : public SheetBinder {
       if (host::Status drawn = Mark(image, text); !drawn) return drawn;
     }
     if (options_.cmyk) {
-      std::string profile;
-      static_cast<void>(
-          helper_.Files().ReadFile(helper_.AppPath("ColorConfigs/Default.icm"), profile, kMostProfileBytes));
-      if (host::Status converted = imaging::ConvertToCmyk(image, profile); !converted) return converted;
+      const host::Status converted = imaging::ConvertByProfiles(helper_.Files(), image, helper_.AppPath(kScreenProfile),
+                                                                helper_.AppPath(kPressProfile));
+      if (!converted) return converted;
     }
     return tiff_.Add(image, {.dpi = options_.dpi});
   }
