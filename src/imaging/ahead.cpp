@@ -176,7 +176,7 @@ class Ahead::Engine {
       if (ending_) return;
       if (const PlannedCropPtr crop = NextCrop()) {
         RunCrop(lock, *crop);
-      } else if (!measures_.empty() && measuring_.empty()) {
+      } else if (!measures_.empty() && !measuring_) {
         RunMeasure(lock);
       } else {
         wake_.wait(lock);
@@ -267,7 +267,7 @@ class Ahead::Engine {
       // The caller measures again and sees for itself.
     }
     lock.lock();
-    measuring_.clear();
+    measuring_.reset();
     finished_.notify_all();
   }
 
@@ -282,7 +282,8 @@ class Ahead::Engine {
   bool ending_ = false;
   std::vector<PlannedCropPtr> crops_;
   std::deque<std::string> measures_;
-  std::string measuring_;  // under way; one at a time, since the library for it does not gain by more
+  // Under way; one at a time, since the library for it does not gain by more.
+  std::optional<std::string> measuring_;
   std::int64_t resultBytes_ = 0;
   std::int64_t workingBytes_ = 0;
   std::int64_t largestResult_ = 0;

@@ -394,6 +394,11 @@ TEST_F(AheadTest, AwaitMeasureTakesAPathOutOfThePlan) {
   EXPECT_EQ(log_.Lines(), (std::vector<std::string>{"1", "3"}));
 }
 
+TEST_F(AheadTest, AnEmptyPathIsNeverAwaited) {
+  Start(Naming(), {.threads = 1});
+  EXPECT_NO_THROW(ahead_->AwaitMeasure("", [] { throw std::runtime_error("it waits"); }));
+}
+
 TEST_F(AheadTest, CropsGoBeforeMeasures) {
   const CropRequest a = Made("a");
   Start(Naming(), {.threads = 1}, [&](const std::string& path) {
