@@ -17,6 +17,7 @@ Status SidesTooLarge() { return {Problem::TooLarge, "图片尺寸超出允许的
 Status OutOfMemory() { return {Problem::TooLarge, "图片太大，内存不足"}; }
 Status ResultTooLarge() { return {Problem::TooLarge, "结果太大，此格式无法保存"}; }
 Status EmptyRectangle() { return {Problem::Other, "裁切区域的宽和高必须大于零"}; }
+Status NoSize() { return {Problem::Other, "结果的宽和高至少要有 1 像素"}; }
 Status UnknownType() { return {Problem::Unsupported, "不支持保存为此类型"}; }
 Status NotSaved() { return {Problem::Other, "图片保存失败"}; }
 Status NoProfile() { return {Problem::Missing, "找不到颜色配置文件"}; }

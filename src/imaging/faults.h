@@ -17,6 +17,7 @@ host::Status SidesTooLarge();   // TooLarge: sides or pixels above the limits
 host::Status OutOfMemory();     // TooLarge: decoded size above the limits, or memory ran out
 host::Status ResultTooLarge();  // TooLarge: more than the format written can hold
 host::Status EmptyRectangle();  // Other: nothing to cut
+host::Status NoSize();          // Other: a picture without area was to be made
 host::Status UnknownType();     // Unsupported: no type to save as
 host::Status NotSaved();        // Other: the encoder failed, or its result did not pass the check
 host::Status NoProfile();       // Missing: no such profile

@@ -156,7 +156,7 @@ Status Services::CropUnder(const CropRequest& request, const Overlay& overlay) {
 Status Services::AddBoardToFile(const BorderRequest& request) {
   const base::Size drawn{base::R(request.drawn.width * request.scale), base::R(request.drawn.height * request.scale)};
   const base::Size& total = request.total;
-  if (drawn.Empty() || total.Empty()) return fault::EmptyRectangle();
+  if (drawn.Empty() || total.Empty()) return fault::NoSize();
   if (!WithinLimits(drawn.width, drawn.height, parts_->limits) ||
       !WithinLimits(total.width, total.height, parts_->limits)) {
     return fault::SidesTooLarge();
@@ -186,7 +186,7 @@ Status Services::AddBoardToFile(const BorderRequest& request) {
 }
 
 Status Services::ZoomPic(const std::string& source, const std::string& destination, int width, int height, Exif exif) {
-  if (width < 1 || height < 1) return fault::EmptyRectangle();
+  if (width < 1 || height < 1) return fault::NoSize();
   if (!WithinLimits(width, height, parts_->limits)) return fault::SidesTooLarge();
   EncodeOptions options{.quality = 98, .exif = exif};
   options.encoder = EncoderFor(base::SplitPath(destination).extension);

@@ -77,7 +77,7 @@ Status Services::RotateImage(Image& image, double angle, base::Colour background
 
 Status Services::ResampleImage(Image& image, int width, int height) {
   return OnPicture(image, [&](Picture& picture) {
-    if (width < 1 || height < 1) return fault::EmptyRectangle();
+    if (width < 1 || height < 1) return fault::NoSize();
     if (!WithinLimits(width, height, parts_->limits)) return fault::SidesTooLarge();
     VImage scaled = Scaled(picture.pixels, {width, height});
     if (Status status = parts_->Hold(scaled); !status) return status;
@@ -154,7 +154,7 @@ Status Services::DrawImage(Image& canvas, const Image& image, base::Rect drawn) 
 }
 
 Status Services::NewCanvas(base::Size size, base::Colour colour, Image& out) {
-  if (size.Empty()) return fault::EmptyRectangle();
+  if (size.Empty()) return fault::NoSize();
   if (!WithinLimits(size.width, size.height, parts_->limits)) return fault::SidesTooLarge();
   return Guarded(fault::OutOfMemory(), [&] {
     auto data = std::make_unique<ImageData>();
