@@ -38,6 +38,8 @@ void FBaseOpt::OnLoad() {
   program_.flags.AdvancedOptionsLoaded = true;
   TakeFlags();
   if (CmbDPI.Index() > 0) CmbDPI_Click();
+  ChAutoCenter_Click();
+  ChBig_Click();
   program_.ShowAsCut();
 }
 
@@ -55,7 +57,7 @@ void FBaseOpt::ConnectChecks() {
   ChZoomAndCut.SetHandler([this] { ChZoomAndCut_Click(); });
   ChCutAndZoom.SetHandler([this] { ChCutAndZoom_Click(); });
   PBoardColor.SetHandler([this] { program_.ShowAsCut(); });
-  ChAutoCenter.SetHandler([this] { program_.form1.ChAutoCenter.Set(ChAutoCenter.On()); });
+  ChAutoCenter.SetHandler([this] { ChAutoCenter_Click(); });
   ChMulCut.SetHandler([this] { ChMulCut_Click(); });
   ChMamal.SetHandler([this] { ChMamal_Click(); });
   ChSplit.SetHandler([this] { ChSplit_Click(); });
@@ -286,7 +288,13 @@ void FBaseOpt::ChKeepExif_Click() {
   TakeFlags();
 }
 
+void FBaseOpt::ChAutoCenter_Click() {
+  if (Loaded()) program_.form1.ChAutoCenter.Set(ChAutoCenter.On());
+}
+
 // Form1 decides whether it may be on, and puts both boxes back where it may not.
-void FBaseOpt::ChBig_Click() { program_.form1.ChBig.Set(ChBig.On()); }
+void FBaseOpt::ChBig_Click() {
+  if (Loaded()) program_.form1.ChBig.Set(ChBig.On());
+}
 
 }  // namespace quillon::job

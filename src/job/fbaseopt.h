@@ -110,6 +110,7 @@ class FBaseOpt : public controls::Window {
   void ChClsEdge_Click(controls::CheckBox& box, controls::CheckBox& other);
   void CmbDPI_Click();
   void ChKeepExif_Click();
+  void ChAutoCenter_Click();
   void ChBig_Click();
 
   void ClearProcessing();

@@ -65,8 +65,10 @@ class RandomUserTest : public StartedTest, public ::testing::WithParamInterface<
   }
 
   void CheckMirrors() {
-    EXPECT_EQ(form.ChBig.On(), options.ChBig.On());
-    EXPECT_EQ(form.ChAutoCenter.On(), options.ChAutoCenter.On());
+    if (options.Loaded()) {
+      EXPECT_EQ(form.ChBig.On(), options.ChBig.On());
+      EXPECT_EQ(form.ChAutoCenter.On(), options.ChAutoCenter.On());
+    }
     EXPECT_EQ(flags.LargeCapacityMode, form.ChBig.On());
     EXPECT_EQ(flags.FixW, form.TFixWH[0].Integer());
     EXPECT_EQ(flags.FixH, form.TFixWH[1].Integer());

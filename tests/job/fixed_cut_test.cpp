@@ -64,6 +64,7 @@ TEST_F(FixedCutTest, SwitchingItOff) {
 }
 
 TEST_F(FixedCutTest, CentringIsCopiedToTheOptionsAndBack) {
+  options.Load();
   Put("ChAutoCenter", "1");
   EXPECT_EQ(Value("FBaseOpt.ChAutoCenter"), "1");
   Put("FBaseOpt.ChAutoCenter", "0");

@@ -285,6 +285,7 @@ TEST_F(ModesTest, SheetsNeedTheirEngine) {
 }
 
 TEST_F(ModesTest, LargeCapacityIsMirroredInBothWindows) {
+  options.Load();
   Put("ChBig", "1");
   EXPECT_EQ(Value("FBaseOpt.ChBig"), "1");
   EXPECT_TRUE(flags.LargeCapacityMode);
@@ -300,6 +301,7 @@ TEST_F(ModesTest, LargeCapacityIsMirroredInBothWindows) {
 
 TEST_F(ModesTest, LargeCapacityAndSheetsExcludeEachOther) {
   program.sheets = &sheets;
+  options.Load();
   Put("ChFixCut", "1");
   Put("ChCutAndArray", "1");
   for (const char* name : {"ChBig", "FBaseOpt.ChBig"}) {

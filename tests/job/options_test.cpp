@@ -355,6 +355,27 @@ TEST_F(UnloadedOptionsTest, NothingCountsBeforeTheFirstOpening) {
   EXPECT_EQ(flags.OutDpi, 72);
 }
 
+TEST_F(UnloadedOptionsTest, WhatTheyShareWithTheMainWindowCountsFromTheFirstOpening) {
+  Put("FBaseOpt.ChBig", "1");
+  Put("FBaseOpt.ChAutoCenter", "1");
+  EXPECT_FALSE(flags.LargeCapacityMode);
+  EXPECT_EQ(Value("ChBig"), "0");
+  EXPECT_EQ(Value("ChAutoCenter"), "0");
+  Click("MenuBaseOptions");
+  EXPECT_TRUE(flags.LargeCapacityMode);
+  EXPECT_EQ(Value("ChBig"), "1");
+  EXPECT_EQ(Value("ChAutoCenter"), "1");
+}
+
+TEST_F(UnloadedOptionsTest, OpeningThemKeepsWhatTheMainWindowSays) {
+  Put("ChBig", "1");
+  Put("ChAutoCenter", "1");
+  Click("MenuBaseOptions");
+  EXPECT_TRUE(flags.LargeCapacityMode);
+  EXPECT_EQ(Value("FBaseOpt.ChBig"), "1");
+  EXPECT_EQ(Value("FBaseOpt.ChAutoCenter"), "1");
+}
+
 TEST_F(UnloadedOptionsTest, OpeningThemLeavesTheResolutionWhereTheyNameNone) {
   Put("CmbDPI", "600");
   options.Load();
