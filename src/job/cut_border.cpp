@@ -37,8 +37,9 @@ void PlaceWhole(imaging::BorderRequest& request, const Board& board) {
   request.drawn = image;
 }
 
-// Where the picture lies in its border. A turned picture of presets 3 and 4 lies across, and without ChMode1 its border
-// is turned with it.
+// Where the picture lies in its border. Without a fixed cut the frame is the cut itself, whatever TFixWH holds, and the
+// border lies around it; a fixed cut is fitted into its size. A turned picture of presets 3 and 4 lies across, and
+// without ChMode1 its border is turned with it.
 void PlacePicture(const CutFile& file, const Board& board, imaging::BorderRequest& request) {
   const CutOptions& options = file.options;
   if (options.frameOnly || !options.fixedSize) {

@@ -59,6 +59,7 @@ Status Restore(CutFile& file) {
   if (file.run.withArray) file.RestoreAngle = 0;
   if (file.run.withArray || !file.options.restore) return Status::Ok();
   file.RestoreAngle = 0;
+  file.program.flags.ImageRotated = false;
   return file.program.images.RotateImage(file.Work, angle, file.options.boardColour);
 }
 

@@ -127,6 +127,22 @@ const std::vector<Job>& Jobs() {
        [](const Picture& p) {
          return Framed(Part(p, {80, 0, 80, 120}), 10, 20, 30, 40, {0, 0, 255});
        }},
+      {"TurnedCutGreyInverseBordered",
+       {{"FBaseOpt.CmbRotate", "1"},
+        {"FBaseOpt.ChToGray", "1"},
+        {"FBaseOpt.ChInvert", "1"},
+        {"FBaseOpt.ChAddBoard", "1"},
+        {"FBaseOpt.TBoard(1)", "1"},
+        {"FBaseOpt.PBoardColor", "#0000FF"},
+        {"FBaseOpt.CmbDPI", "254"},
+        {"TCutValue(0)", "25"}},
+       true,
+       [](const Picture& p) {
+         const Picture cut = Each(Part(LeftTurned(p), {30, 0, 90, 160}), [](const Pixel& q) {
+           return Pixel{255 - Grey(q), 255 - Grey(q), 255 - Grey(q)};
+         });
+         return Framed(cut, 0, 10, 0, 0, {0, 0, 255});
+       }},
   };
   return jobs;
 }

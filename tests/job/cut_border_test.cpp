@@ -23,7 +23,10 @@ class CutBorderTest : public CutTest {
     const int values[] = {left, top, right, bottom};
     for (std::size_t i = 0; i < 4; ++i) options.TBoard[i].SetText(std::to_string(values[i]));
   }
-  void FixedSize(int width, int height) {
+  // Without handlers, so that only what is under test is set.
+  void FixedCutOf(int width, int height) {
+    Put("ChCutA", "1");
+    form.CmbKeepCut.SetHandler({});
     form.ChFixCut.SetHandler({});
     form.ChFixCut.Set(true);
     flags.FixW = width;
@@ -71,10 +74,7 @@ TEST_F(CutBorderTest, TheCutComesFirst) {
 
 TEST_F(CutBorderTest, AFixedSizeTakesTheFittedPicture) {
   Board(1, 2, 1, 2);
-  FixedSize(30, 30);
-  Put("ChCutA", "1");
-  form.ChFixCut.Set(true);
-  Margins(0, 0, 0, 0);
+  FixedCutOf(30, 30);
   Cut({Make("a.png", Painted(90, 50, [](int, int) { return Pixel{0, 255, 0}; }))});
   ASSERT_EQ(Totals().written, 1u) << Whys();
   // The cut leaves 60 x 20, which fits 30 x 30 as 30 x 10.
@@ -129,13 +129,7 @@ struct ExtendCase {
 };
 
 TEST_F(CutBorderTest, TurnedPicturesOfPresetsThreeAndFour) {
-  // Without handlers, so that only what is under test is set.
-  form.CmbKeepCut.SetHandler({});
-  FixedSize(40, 20);
-  Put("ChCutA", "1");
-  form.ChFixCut.Set(true);
-  flags.FixW = 40;
-  flags.FixH = 20;
+  FixedCutOf(40, 20);
   options.CmbRotate.Select(1);
   Board(1, 2, 3, 4);
   const ExtendCase cases[] = {{3, true, {20 + 40, 40 + 60}},
@@ -151,6 +145,73 @@ TEST_F(CutBorderTest, TurnedPicturesOfPresetsThreeAndFour) {
     ASSERT_EQ(Totals().written, 1u) << Whys();
     EXPECT_EQ(SizeOf(Out("a.png")), c.total) << c.preset << " " << c.right;
   }
+}
+
+// The turned 90 x 100 is cut to 50 x 80, which fits 20 x 40 as 20 x 32 and 40 x 20 as 12 x 20.
+TEST_F(CutBorderTest, WhereATurnedPictureLiesInItsBorder) {
+  FixedCutOf(40, 20);
+  options.CmbRotate.Select(1);
+  Board(1, 2, 3, 4);
+  const Paint green = [](int, int) { return Pixel{0, 255, 0}; };
+  struct Case {
+    int preset;
+    bool right;
+    Picture framed;
+  };
+  const Case cases[] = {{3, true, Framed({60, 100}, 10, 24, Painted(20, 32, green))},
+                        {4, false, Framed({80, 80}, 20, 14, Painted(20, 32, green))},
+                        {7, true, Framed({80, 80}, 24, 20, Painted(12, 20, green))}};
+  for (const Case& c : cases) {
+    form.CmbKeepCut.Select(c.preset);
+    form.ChMode1.Set(c.right);
+    program.files.Clear();
+    Cut({Make("a.png", Painted(100, 90, green), 254)});
+    ASSERT_EQ(Totals().written, 1u) << Whys();
+    EXPECT_EQ(Difference(Read(Out("a.png")), c.framed), 0) << c.preset;
+  }
+}
+
+// What was turned back lies upright, with and without the option that turns a border.
+TEST_F(CutBorderTest, ARestoredPictureLiesUpright) {
+  FixedCutOf(40, 20);
+  options.CmbRotate.Select(1);
+  options.ChRecover.Set(true);
+  Board(1, 2, 3, 5);
+  for (const int preset : {3, 4}) {
+    form.CmbKeepCut.Select(preset);
+    program.files.Clear();
+    Cut({Make("a.png", Painted(100, 90, Slope), 254)});
+    ASSERT_EQ(Totals().written, 1u) << Whys();
+    EXPECT_EQ(SizeOf(Out("a.png")), (base::Size{40 + 40, 20 + 70})) << preset;
+  }
+}
+
+// 5 mm are 14 pixels at the 72 dpi of the source, and 14 * 254 / 72 is 49.4; the picture itself stays.
+TEST_F(CutBorderTest, FrameOnlyScalesItsBorderToTheOutput) {
+  Board(5, 0, 0, 0);
+  options.ChFrmOnly.Set(true);
+  const Picture picture = Painted(60, 40, Slope);
+  Cut({Make("a.png", picture, 72)});
+  ASSERT_EQ(Totals().written, 1u) << Whys();
+  EXPECT_EQ(Difference(Read(Out("a.png")), Framed({60 + 49, 40}, 49, 0, picture)), 0);
+  EXPECT_EQ(DpiOf(Out("a.png")), 254);
+}
+
+TEST_F(CutBorderTest, BrokenMillimetres) {
+  Put("FBaseOpt.TBoard(0)", "2.5");
+  Put("FBaseOpt.TBoard(3)", "0.04");  // 0.4 pixels
+  Cut({Make("a.png", Painted(60, 40, Slope), 254)});
+  EXPECT_EQ(SizeOf(Out("a.png")), (base::Size{60 + 25, 40}));
+}
+
+// Without a fixed cut its size is no frame: the border goes around what was cut.
+TEST_F(CutBorderTest, WithoutAFixedCutTheFixedSizeDoesNotMatter) {
+  Board(1, 1, 1, 1);
+  flags.FixW = 1062;
+  flags.FixH = 1630;
+  Margins(50, 50, 0, 0);
+  Cut({Make("a.png", Painted(60, 40, Slope), 254)});
+  EXPECT_EQ(SizeOf(Out("a.png")), (base::Size{30 + 20, 20 + 20}));
 }
 
 TEST_F(CutBorderTest, OverTheSource) {

@@ -3,6 +3,7 @@
 // Rotation, colours and zoom before, in and behind the cut.
 #include <filesystem>
 
+#include "collaborator_doubles.h"
 #include "cut_fixture.h"
 
 namespace quillon::job {
@@ -42,6 +43,37 @@ TEST_F(CutEffectsTest, BlackAndWhite) {
   ASSERT_EQ(Totals().written, 1u) << Whys();
   const Picture cut = Read(Out("a.png"));
   for (int x = 0; x < 20; ++x) EXPECT_EQ(cut.At(x, 7).red, x < 10 ? 0 : 255) << x;
+}
+
+// The value of a tag of the first directory, which holds 16 bits; -1 where it has none.
+int TiffTag(const std::string& tiff, int tag) {
+  const auto at = [&](std::size_t place, int bytes) {
+    std::size_t value = 0;
+    for (int i = bytes; i-- > 0;)
+      value = value << 8 | static_cast<unsigned char>(tiff.at(place + static_cast<std::size_t>(i)));
+    return value;
+  };
+  const std::size_t directory = at(4, 4);
+  for (std::size_t i = 0; i < at(directory, 2); ++i) {
+    const std::size_t entry = directory + 2 + i * 12;
+    if (at(entry, 2) == static_cast<std::size_t>(tag)) return static_cast<int>(at(entry + 8, 2));
+  }
+  return -1;
+}
+
+TEST_F(CutEffectsTest, BlackAndWhiteTiffsAreFaxes) {
+  form.CmbOutType.SetText("tif");
+  Option("ChToWB", "1");
+  const std::string path = Make("a.png", 40, 30);
+  Cut({path});
+  ASSERT_EQ(Totals().written, 1u) << Whys();
+  const std::string tiff = world.folder.Read("out/a.tif");
+  EXPECT_EQ(TiffTag(tiff, 259), 4);
+  EXPECT_EQ(TiffTag(tiff, 258), 1);
+  Put("FBaseOpt.ChToGray", "1");
+  program.files.Clear();
+  Cut({path});
+  EXPECT_EQ(TiffTag(world.folder.Read("out/a.tif"), 259), 5);
 }
 
 TEST_F(CutEffectsTest, Inverse) {
@@ -150,6 +182,35 @@ TEST_F(CutEffectsTest, RestoredBehindTheCut) {
   }
 }
 
+// 40 x 40 turned by 30 degrees is 55 x 55, with white corners; turned back that is 76 x 76.
+TEST_F(CutEffectsTest, RestoringFillsWithTheColourOfTheBorder) {
+  Option("CmbRotate", "5");
+  Put("FBaseOpt.TAngle", "30");
+  Put("FBaseOpt.ChRecover", "1");
+  Put("FBaseOpt.PBoardColor", "#FF0000");
+  Cut({Make("a.png", Painted(40, 40, [](int, int) { return Pixel{0, 0, 0}; }))});
+  ASSERT_EQ(Totals().written, 1u) << Whys();
+  const Picture cut = Read(Out("a.png"));
+  EXPECT_EQ(cut.width, 76);
+  EXPECT_EQ(cut.height, 76);
+  EXPECT_EQ(cut.At(1, 1), (Pixel{255, 0, 0}));
+  EXPECT_EQ(cut.At(74, 74), (Pixel{255, 0, 0}));
+  EXPECT_EQ(cut.At(38, 38), (Pixel{0, 0, 0}));
+  EXPECT_EQ(cut.At(38, 12), kWhitePixel);  // the corner of the first turn
+}
+
+TEST_F(CutEffectsTest, ForASheetAPictureStaysTurned) {
+  IdleSheets sheets;
+  program.sheets = &sheets;
+  form.ChCutAndArray.SetHandler({});
+  form.ChCutAndArray.Set(true);
+  Option("CmbRotate", "1");
+  Put("FBaseOpt.ChRecover", "1");
+  Cut({Make("a.png", 50, 20)});
+  ASSERT_EQ(Totals().written, 1u) << Whys();
+  EXPECT_EQ(Difference(Read(Out("a.png")), Turned(50, 20, 90)), 0);
+}
+
 TEST_F(CutEffectsTest, EffectsOnATurnedPicture) {
   Option("CmbRotate", "2");
   Put("FBaseOpt.ChInvert", "1");
@@ -191,6 +252,57 @@ TEST_F(CutEffectsTest, TheRectangleIsThatOfTheZoomedPicture) {
   EXPECT_EQ(cut.height, 40);
   EXPECT_NEAR(cut.At(15, 20).blue, 255, 6);
   EXPECT_NEAR(cut.At(15, 20).red, 0, 6);
+}
+
+TEST_F(CutEffectsTest, AZoomToNothingIsTold) {
+  options.Load();
+  const std::string path = Make("a.png", 4, 400);
+  for (const char* time : {"ChZoomAndCut", "ChCutAndZoom"}) {
+    Put(std::string("FBaseOpt.") + time, "1");
+    Put("FBaseOpt.CmbZoom", "10%");
+    program.files.Clear();
+    Cut({path});
+    EXPECT_EQ(Why(1), "结果的宽和高至少要有 1 像素") << time;
+    EXPECT_TRUE(OutNames().empty()) << time;
+  }
+}
+
+TEST_F(CutEffectsTest, TextsThatAreNoZoomCutTheWholeSize) {
+  Option("ChZoomAndCut", "1");
+  const std::string path = Make("a.png", 100, 80);
+  for (const char* text : {"%", "0%", ",", "10,", "abc", ""}) {
+    Put("FBaseOpt.CmbZoom", text);
+    program.files.Clear();
+    Cut({path});
+    ASSERT_EQ(Totals().written, 1u) << text << Whys();
+    EXPECT_EQ(SizeOf(Out("a.png")), (base::Size{100, 80})) << text;
+  }
+  Put("FBaseOpt.CmbZoom", "６４，４８");
+  program.files.Clear();
+  Cut({path});
+  EXPECT_EQ(SizeOf(Out("a.png")), (base::Size{64, 48}));
+}
+
+TEST_F(CutEffectsTest, ZoomBeforeTheCutKeepsTheExif) {
+  Option("ChZoomAndCut", "1");
+  Put("FBaseOpt.CmbZoom", "50%");
+  form.CmbOutType.SetText("jpg");
+  Make("a.jpg");
+  std::string jpeg = world.folder.Read("in/a.jpg");
+  // A directory of one entry, the maker's name.
+  const std::string block = std::string("Exif\0\0II*\0\x08\0\0\0", 14) +
+                            std::string("\x01\0\x0F\x01\x02\0\x07\0\0\0", 10) +
+                            std::string("\x1A\0\0\0\0\0\0\0Camera\0\0", 16);
+  const std::string head{'\xFF', '\xE1', '\0', static_cast<char>(block.size() + 2)};
+  const std::string path = world.folder.Write("in/a.jpg", jpeg.insert(2, head + block));
+  for (const bool keep : {true, false}) {
+    Put("FBaseOpt.ChKeepExif", keep ? "1" : "0");
+    program.files.Clear();
+    Cut({path});
+    ASSERT_EQ(Totals().written, 1u) << Whys();
+    EXPECT_EQ(SizeOf(Out("a.jpg")), (base::Size{50, 40}));
+    EXPECT_EQ(world.folder.Read("out/a.jpg").find("Camera") != std::string::npos, keep);
+  }
 }
 
 TEST_F(CutEffectsTest, AStaleZoomIsNeverCut) {
