@@ -6,11 +6,6 @@
 #include "job/program.h"
 
 namespace quillon::job {
-namespace {
-
-constexpr int kCanvasSide = 50;
-
-}  // namespace
 
 // Options are refused where they are chosen, but a part may also have been taken away since.
 bool NormalCut::ResourcesThere() {
@@ -53,10 +48,8 @@ bool NormalCut::OutputThere() {
 void NormalCut::PrepareCanvas(bool withArray) {
   const bool border = program_.flags.AdvancedOptionsLoaded && program_.fBaseOpt.ChAddBoard.On();
   if (!border && !withArray) return;
-  imaging::Image canvas;
-  if (!program_.images.NewCanvas({kCanvasSide, kCanvasSide}, base::kWhite, canvas)) return;
+  program_.WriteCanvas();
   const std::string path = program_.AppPath("Canvas.bmp");
-  if (!program_.images.SaveImageToBmpFile(canvas, path)) return;
   (void)program_.images.ZoomPic(path, path, program_.flags.FixW, program_.flags.FixH);
 }
 
