@@ -40,17 +40,11 @@ std::vector<std::string> ListHeaders() {
 }
 
 std::vector<std::string> CmykProfiles() {
-  return {"Default.icm",
-          "EuroscaleCoated.icc",
-          "EuroscaleUncoated.icc",
-          "JapanStandard.icc",
-          "Photoshop4DefaultCMYK.icc",
-          "Photoshop5DefaultCMYK.icc",
-          "JapanColor2001Coated.icc",
-          "CoatedFOGRA39.icc",
-          "USWebCoatedSWOP.icc",
-          "ISOcoated_v2.icc",
-          "default_cmyk.icc"};
+  return {"Default.icm",          "EuroscaleCoated.icc",       "EuroscaleUncoated.icc",
+          "JapanStandard.icc",    "Photoshop4DefaultCMYK.icc", "Photoshop5DefaultCMYK.icc",
+          "USSheetfedCoated.icc", "USSheetfedUncoated.icc",    "USWebCoatedSWOP.icc",
+          "USWebUncoated.icc",    "JapanColor2001Coated.icc",  "CoatedFOGRA39.icc",
+          "ISOcoated_v2.icc",     "default_cmyk.icc"};
 }
 
 }  // namespace quillon::job

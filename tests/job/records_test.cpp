@@ -266,11 +266,12 @@ TEST_F(RecordsTest, ProfilesAreOfferedOnceTheirFilesAreThere) {
 
 TEST_F(RecordsTest, EveryNamedProfileCanBeOffered) {
   for (const char* name : {"Default.icm", "EuroscaleCoated.icc", "EuroscaleUncoated.icc", "JapanStandard.icc",
-                           "Photoshop4DefaultCMYK.icc", "Photoshop5DefaultCMYK.icc"}) {
+                           "Photoshop4DefaultCMYK.icc", "Photoshop5DefaultCMYK.icc", "USSheetfedCoated.icc",
+                           "USSheetfedUncoated.icc", "USWebCoatedSWOP.icc", "USWebUncoated.icc"}) {
     WriteApp(std::string("ColorConfigs/") + name);
   }
   options.Load();
-  EXPECT_EQ(options.CmbCMYK.Items().size(), 6U);
+  EXPECT_EQ(options.CmbCMYK.Items().size(), 10U);
 }
 
 }  // namespace
