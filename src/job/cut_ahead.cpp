@@ -63,7 +63,7 @@ void CutForecast::AnnounceCrops(std::size_t row) {
 
 std::optional<imaging::CropRequest> CutForecast::Foresee(std::size_t row, const std::string& path, base::Size size) {
   CutFile file(run_, row, path);
-  if (!IsJpeg(file.extension) || !IsJpeg(file.OutExt)) return std::nullopt;
+  if (!IsJpeg(file.extension) || !IsJpeg(file.OutExt) || TooSmall(size, file.options.smallest)) return std::nullopt;
   file.W = size.width;
   file.H = size.height;
   PredictTarget(file);

@@ -15,9 +15,9 @@ namespace {
 constexpr int kWorkFileQuality = 98;
 
 constexpr Step (*kSteps[])(CutFile&) = {
-    MeasureSource, KeepExifSource, PassOverFolder, ZoomBeforeCut, RotateBeforeCut, NameOutput,
-    AskForFrame,   FindRectangle,  MakeCut,        StopHere,      SplitCut,        AddBorder,
-    ConvertToCmyk, CopyExif,       Deliver,        MakePdf,       RemoveSource,    PlaceOnSheet,
+    MeasureSource, PassOverSmall, KeepExifSource, PassOverFolder, ZoomBeforeCut, RotateBeforeCut, NameOutput,
+    AskForFrame,   FindRectangle, MakeCut,        StopHere,       SplitCut,      AddBorder,       ConvertToCmyk,
+    CopyExif,      Deliver,       MakePdf,        RemoveSource,   PlaceOnSheet,
 };
 
 }  // namespace

@@ -68,8 +68,24 @@ CutOptions ReadCutOptions(const Program& program) {
   options.keepExif = flags.KeepExif;
   options.blackWhite = flags.ToBlackWhite;
   options.toCmyk = flags.ToCmyk;
+  options.smallest = FilterThresholds(program);
   if (flags.AdvancedOptionsLoaded) ReadAdvanced(program, options);
   return options;
+}
+
+base::Size FilterThresholds(const Program& program) {
+  const FBaseOpt& window = program.fBaseOpt;
+  if (!program.flags.AdvancedOptionsLoaded || !window.ChFilter.On()) return {};
+  return {window.TSmalS[0].Integer(), window.TSmalS[1].Integer()};
+}
+
+bool TooSmall(base::Size picture, base::Size thresholds) {
+  return !picture.Empty() && (picture.width < thresholds.width || picture.height < thresholds.height);
+}
+
+std::string TooSmallText(base::Size thresholds) {
+  return "宽或高不足 " + std::to_string(thresholds.width) + "x" + std::to_string(thresholds.height) +
+         " 像素，按“过滤小图片”跳过";
 }
 
 bool EffectsApply(const CutOptions& options) {

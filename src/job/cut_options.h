@@ -6,6 +6,7 @@
 #include <string>
 
 #include "base/colour.h"
+#include "base/rect.h"
 #include "imaging/output_name.h"
 
 namespace quillon::job {
@@ -34,6 +35,7 @@ struct CutOptions {
 
   bool frameOnly = false;
   bool omitFolders = false;
+  base::Size smallest;  // thresholds of ChFilter
   imaging::ExtensionCase extensionCase = imaging::ExtensionCase::Keep;
   bool zoomBefore = false;
   bool zoomAfter = false;
@@ -55,6 +57,13 @@ struct CutOptions {
 };
 
 CutOptions ReadCutOptions(const Program& program);
+
+// The thresholds of ChFilter, TSmalS(0) and (1) in pixels; 0 with the filter off.
+base::Size FilterThresholds(const Program& program);
+// Whether a side of picture lies below its threshold. A picture without area is no small one: it cannot be read.
+bool TooSmall(base::Size picture, base::Size thresholds);
+// What the row of such a picture tells.
+std::string TooSmallText(base::Size thresholds);
 
 // Whether the cut is made in memory, with the options that change pixels or resolution.
 bool EffectsApply(const CutOptions& options);

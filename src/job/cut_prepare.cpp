@@ -73,6 +73,11 @@ Step MeasureSource(CutFile& file) {
   return nothing && !file.Listed() ? EndWithoutSize(file) : Step::Next;
 }
 
+Step PassOverSmall(CutFile& file) {
+  const bool small = TooSmall({file.W, file.H}, file.options.smallest);
+  return small ? PassOver(file, TooSmallText(file.options.smallest)) : Step::Next;
+}
+
 Step KeepExifSource(CutFile& file) {
   if (!file.options.keepExif || !file.options.over) return Step::Next;
   const std::string copy = file.program.AppPath("tmp." + file.extension);

@@ -12,6 +12,7 @@ namespace quillon::job {
 
 // --- Before the cut.
 Step MeasureSource(CutFile& file);
+Step PassOverSmall(CutFile& file);    // ChFilter
 Step KeepExifSource(CutFile& file);   // an overwritten source is gone when its Exif is wanted
 Step PassOverFolder(CutFile& file);   // ChOmitFolds
 Step ZoomBeforeCut(CutFile& file);    // ChZoomAndCut

@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "base/utf8.h"
+#include "job/cut_options.h"
 #include "job/file_intake.h"
 #include "job/program.h"
 
@@ -29,17 +30,11 @@ bool AdmissionRule::Ready() {
   return false;
 }
 
-bool AdmissionRule::TooSmall(int width, int height) const {
-  const FBaseOpt& options = program_.fBaseOpt;
-  if (!program_.flags.AdvancedOptionsLoaded || !options.ChFilter.On()) return false;
-  return width < options.TSmalS[0].Number() || height < options.TSmalS[1].Number();
-}
-
 std::string AdmissionRule::FilterText() const {
   if (filtered_ == 0) return {};
-  const FBaseOpt& options = program_.fBaseOpt;
-  return "  过滤小图片：" + std::to_string(filtered_) + " 张不足 " + options.TSmalS[0].Value() + "x" +
-         options.TSmalS[1].Value() + " 像素，未加入";
+  const base::Size least = FilterThresholds(program_);
+  return "  过滤小图片：" + std::to_string(filtered_) + " 张不足 " + std::to_string(least.width) + "x" +
+         std::to_string(least.height) + " 像素，未加入";
 }
 
 void AdmissionRule::Refuse(const std::string& path, const std::string& why) {
@@ -70,7 +65,7 @@ Admission AdmissionRule::Admit(const std::string& path) {
     Refuse(path, measured ? "图片的宽或高为 0" : measured.Why());
     return Admission::Ended;
   }
-  if (TooSmall(facts.width, facts.height)) {
+  if (TooSmall({facts.width, facts.height}, FilterThresholds(program_))) {
     ++filtered_;
     return Admission::PassedOver;
   }

@@ -30,7 +30,6 @@ class AdmissionRule {
 
  private:
   bool CountsPages() const;
-  bool TooSmall(int width, int height) const;
   void Refuse(const std::string& path, const std::string& why);
 
   Program& program_;

@@ -151,6 +151,10 @@ std::string MultiCut::OutputFolder(const std::string& baseName) {
 }
 
 void MultiCut::CutSource(const Source& source) {
+  if (const base::Size least = job::FilterThresholds(program_); job::TooSmall(source.size, least)) {
+    TellAll(source, Result::Skipped, job::TooSmallText(least));
+    return;
+  }
   const std::string name = base::SplitPath(source.path).name;
   const std::string folder = OutputFolder(name);
   std::string refusal = Refusal(source);

@@ -339,6 +339,16 @@ TEST_F(LargeMultiCutTest, WithItsSubfoldersOnRequest) {
   EXPECT_EQ(SizeOf(Out("b_裁剪区域1.bmp")), (base::Size{30, 25}));
 }
 
+TEST_F(LargeMultiCutTest, SmallPicturesAreLeftOut) {
+  form.ChSubFold.Set(true);
+  Option("ChFilter", "1");
+  Put("FBaseOpt.TSmalS(0)", "50");
+  Put("FBaseOpt.TSmalS(1)", "50");
+  CutListed();
+  EXPECT_EQ(OutNames(), (std::vector<std::string>{"b_裁剪区域1.bmp", "b_裁剪区域2.bmp"}));
+  EXPECT_EQ(Totals().skipped, 2u);
+}
+
 TEST_F(LargeMultiCutTest, AStopEndsTheWalk) {
   form.ChSubFold.Set(true);
   recorder.onFileDone = [&](const job::FileResult&) { flags.StopRequested = true; };
