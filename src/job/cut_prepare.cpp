@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "base/path_text.h"
 #include "base/utf8.h"
+#include "imaging/limit_checks.h"
 #include "job/cut_steps.h"
 #include "job/file_intake.h"
 #include "job/parameters.h"
@@ -31,6 +32,14 @@ host::Status TurnSource(CutFile& file, double angle) {
   file.RestoreAngle = -angle;
   file.program.flags.ImageRotated = true;
   return host::Status::Ok();
+}
+
+// The zoomed picture is loaded whole by what follows: one that cannot be is not worth minutes of scaling.
+host::Status FitsZoomed(base::Size size) {
+  constexpr int kRgb = 3;
+  if (imaging::FitsMemory(size.width, size.height, kRgb, imaging::Limits())) return host::Status::Ok();
+  return {host::Problem::TooLarge,
+          "缩放后为 " + std::to_string(size.width) + "x" + std::to_string(size.height) + " 像素，图片太大，内存不足"};
 }
 
 // An output that would take the place of another picture the user listed, or of a picture beside a psd, is refused:
@@ -96,7 +105,8 @@ Step ZoomBeforeCut(CutFile& file) {
   const auto size = ZoomedSize(file.options.zoom, {file.W, file.H}, ZoomTime::BeforeCut);
   if (!size) return Step::Next;
   const std::string zoomed = file.program.AppPath("Tmp.jpg");
-  const host::Status status = file.program.images.ZoomPic(file.Src, zoomed, size->width, size->height, file.ExifWish());
+  host::Status status = FitsZoomed(*size);
+  if (status) status = file.program.images.ZoomPic(file.Src, zoomed, size->width, size->height, file.ExifWish());
   if (!status) return FailLoad(file, status);
   file.Src = zoomed;
   TakeSize(file, *size);

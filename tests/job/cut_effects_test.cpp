@@ -267,6 +267,22 @@ TEST_F(CutEffectsTest, AZoomToNothingIsTold) {
   }
 }
 
+TEST_F(CutEffectsTest, AZoomBeyondAllMemoryIsToldAtOnce) {
+  options.Load();
+  const std::string path = Make("a.png", 40, 30);
+  const std::pair<const char*, const char*> whys[] = {{"ChZoomAndCut", "缩放后为 30000x30000 像素，图片太大，内存不足"},
+                                                      {"ChCutAndZoom", "图片太大，内存不足"}};
+  for (const auto& [time, why] : whys) {
+    Put(std::string("FBaseOpt.") + time, "1");
+    Put("FBaseOpt.CmbZoom", "99999,99999");
+    program.files.Clear();
+    Cut({path});
+    EXPECT_EQ(Why(1), why) << time;
+    EXPECT_TRUE(OutNames().empty()) << time;
+    EXPECT_FALSE(AppHas("Tmp.jpg")) << time;
+  }
+}
+
 TEST_F(CutEffectsTest, TextsThatAreNoZoomCutTheWholeSize) {
   Option("ChZoomAndCut", "1");
   const std::string path = Make("a.png", 100, 80);
