@@ -37,7 +37,9 @@ struct IccFile {
   std::string path;
   std::string bytes;
 
-  Status Unusable() const { return {host::Problem::Unsupported, "配置文件不能使用：" + base::SplitPath(path).name}; }
+  Status Unusable() const {
+    return {host::Problem::Unsupported, "配置文件不能使用：" + path.substr(path.rfind('/') + 1)};
+  }
 };
 
 Status ReadIcc(const host::Files& files, const std::string& path, IccFile& icc) {
