@@ -114,7 +114,8 @@ Status Apply(Picture& picture, const IccFile& screen, const IccFile& press) {
   if (!told) picture.pixels = AsRgb(picture.pixels);
   const Profile own = told ? OpenProfile(picture.tags.profile) : Profile();
   std::vector<cmsHPROFILE> chain;
-  if (own) chain.push_back(own.get());
+  // From its own colours to those of the screen, and from there on: a profile in the middle is needed both ways.
+  if (own) chain.insert(chain.end(), {own.get(), middle.get()});
   chain.push_back(middle.get());
   chain.push_back(last.get());
   const cmsUInt32Number inKind = own ? PixelsOf(own) : TYPE_RGB_8;

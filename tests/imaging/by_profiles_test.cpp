@@ -59,6 +59,29 @@ TEST_F(ByProfilesTest, APictureWithoutAProfileIsTakenForTheScreens) {
   EXPECT_EQ(facts.dpi, 254);
 }
 
+// The profile of the screen says of a picture what is taken for granted without one.
+TEST_F(ByProfilesTest, APictureGoesThroughItsOwnProfile) {
+  const std::string plain = Jpeg("a.jpg", testing::Colours::YCbCr, 98);
+  Image image = Load(plain);
+  image.Data()->picture.tags.profile = testing::ProfileFor("RGB ");
+  ASSERT_TRUE(services.SaveImageToTifFile(image, Path("own.tif"), 2));
+  ASSERT_TRUE(Convert(plain, "plain-inks.tif"));
+  const Status status = Convert(Path("own.tif"), "own-inks.tif");
+  ASSERT_TRUE(status) << status.Why();
+  const Sheet made = testing::ReadPlainly(Path("own-inks.tif"));
+  EXPECT_EQ(made.bands, 4);
+  EXPECT_LE(testing::Difference(made, testing::ReadPlainly(Path("plain-inks.tif"))), 3);
+}
+
+TEST_F(ByProfilesTest, InksGoThroughTheirOwnProfileToo) {
+  Image ink = Load(Jpeg("ink.jpg", testing::Colours::AdobeCmyk));
+  ink.Data()->picture.tags.profile = testing::ProfileFor("CMYK");
+  ASSERT_TRUE(services.SaveImageToTifFile(ink, Path("ink.tif"), 2));
+  const Status status = Convert(Path("ink.tif"), "out.tif");
+  ASSERT_TRUE(status) << status.Why();
+  EXPECT_EQ(testing::ReadPlainly(Path("out.tif")).bands, 4);
+}
+
 TEST_F(ByProfilesTest, AQualityThatIsToldIsUsed) {
   ASSERT_TRUE(Convert(Jpeg("a.jpg", testing::Colours::YCbCr), "b.jpg", 60));
   EXPECT_EQ(JpegQuality(world.folder.Read("b.jpg")), 60);
