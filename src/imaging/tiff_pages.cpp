@@ -249,9 +249,9 @@ Status TiffPages::Parts::Add(const Picture& picture, const TiffPageOptions& opti
     ++count;
     return status;
   }
-  // What was told of the page so far must not become a page when the file is closed.
-  TIFFFreeDirectory(tiff.get());
-  TIFFCreateDirectory(tiff.get());
+  // What was told of the page so far must not become a page. Ending it and taking it out again sets all of its state
+  // free; dropping the directory alone would keep what the compression holds.
+  if (TIFFWriteDirectory(tiff.get()) == 1) TIFFUnlinkDirectory(tiff.get(), static_cast<tdir_t>(count + 1));
   return stream.failure ? status : stream.failure;
 }
 
