@@ -9,6 +9,7 @@
 #include <string_view>
 #include <unordered_map>
 
+#include "base/path_text.h"
 #include "imaging/measure_dpi.h"
 #include "imaging/measure_probe.h"
 #include "imaging/unchanged.h"
@@ -107,6 +108,9 @@ class Turnstile {
   std::uint64_t served_ = 0;
 };
 
+// MediaInfo tells nothing of their resolution.
+bool IsPsd(const std::string& path) { return base::ToLowerAscii(path).find(".psd") != std::string::npos; }
+
 }  // namespace
 
 struct Measurer::Parts {
@@ -121,7 +125,7 @@ struct Measurer::Parts {
   Parts(host::Files& f, Loader byOpening) : files(f), loader(std::move(byOpening)) {}
 
   Status MeasureFile(const std::string& path, Answer& answer) {
-    if (path.find(".psd") != std::string::npos) return MeasureByLoading(path, answer);
+    if (IsPsd(path)) return MeasureByLoading(path, answer);
     base::Size size;
     Status status;
     {
@@ -167,8 +171,7 @@ Status Measurer::Measure(const std::string& path, ImageFacts& facts) {
     const std::optional<FileFacts> after = parts_->files.Look(path);
     if (after && Unchanged(*file, *after)) parts_->memory.Keep(path, *file, answer);
   }
-  const bool byLoading = path.find(".psd") != std::string::npos;
-  facts = {answer.width, answer.height, facts.dpi > 0 || byLoading ? answer.dpi : 0};
+  facts = {answer.width, answer.height, facts.dpi > 0 || IsPsd(path) ? answer.dpi : 0};
   return Status::Ok();
 }
 

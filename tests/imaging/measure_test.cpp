@@ -218,6 +218,16 @@ TEST_F(MeasureTest, PsdGoesThroughTheLoader) {
   EXPECT_EQ(loads_, 2);  // remembered, resolution and all
 }
 
+TEST_F(MeasureTest, PsdInCapitalsGoesThroughTheLoaderToo) {
+  // Whole, so that MediaInfo would tell its size and no resolution.
+  const std::string psd = "8BPS" + Big(1, 2) + std::string(6, '\0') + Big(3, 2) + Big(43, 4) + Big(61, 4) + Big(8, 2) +
+                          Big(3, 2) + Big(0, 4) + Big(0, 4) + Big(0, 4) + Big(0, 2) +
+                          std::string(std::size_t{61} * 43 * 3, '\0');
+  const ImageFacts facts = Measured(folder_.Put("B.PSD", psd), 1);
+  EXPECT_EQ(SizeOf(facts), (base::Size{640, 480}));
+  EXPECT_EQ(facts.dpi, 300);
+}
+
 TEST_F(MeasureTest, AnswerIsRememberedUntilSizeTimeOrFileChanges) {
   const std::string path = folder_.Put("a.jpg", Jpeg({33, 44}));
   EXPECT_FALSE(measurer_.Knows(path));
