@@ -13,7 +13,7 @@ namespace quillon::formats {
 ToolsOwner OwnerOf(job::Program& program) {
   return {[&program] { return program.flags.StopRequested; }, [&program] { program.flags.StopRequested = true; },
           [&program](const std::string& helper) {
-            if (!helper.empty()) program.form1.ShowStatus("  正在等待 " + helper + "...（可用“停止”结束它）");
+            if (!helper.empty()) program.form1.ShowStatus("  正在等待 " + helper + "...（可用“终止”结束它）");
           }};
 }
 
@@ -38,13 +38,10 @@ host::Status OutputTools::CopyExif(const std::string& source, const std::string&
   return formats::CopyExif(tools_, source, target);
 }
 
-host::Status OutputTools::ToPdf(const std::string& picture) {
-  const base::PathParts parts = base::SplitPath(picture);
+host::Status OutputTools::ToPdf(const std::string& picture, const std::string& pdf) {
+  const base::PathParts parts = base::SplitPath(pdf);
   const std::string base = base::JoinPath(parts.folder, parts.name);
-  host::Status made = MakePdf(tools_, picture, base, PdfText(picture, base));
-  // The picture was only on its way to the pdf.
-  if (made) static_cast<void>(program_.host.files.RemoveOwn(picture));
-  return made;
+  return MakePdf(tools_, picture, base, PdfText(picture, base));
 }
 
 }  // namespace quillon::formats

@@ -24,7 +24,7 @@ class OutputTools final : public job::OutputTools {
 
   host::Status ToCmyk(const std::string& file) override;
   host::Status CopyExif(const std::string& source, const std::string& target) override;
-  host::Status ToPdf(const std::string& picture) override;
+  host::Status ToPdf(const std::string& picture, const std::string& pdf) override;
 
  private:
   job::Program& program_;

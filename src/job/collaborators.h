@@ -48,8 +48,8 @@ class OutputTools {
   // Turns the colours of the picture into ink; where that fails it stays as it was.
   virtual host::Status ToCmyk(const std::string& file) = 0;
   virtual host::Status CopyExif(const std::string& source, const std::string& target) = 0;
-  // Makes the pdf beside the picture and removes the picture when the pdf stands.
-  virtual host::Status ToPdf(const std::string& picture) = 0;
+  // Makes a pdf of the picture; both are files of the program's own. What failed leaves no pdf.
+  virtual host::Status ToPdf(const std::string& picture, const std::string& pdf) = 0;
 };
 
 // Page and frame counts of the files that modes 1 (gif), 3 (pdf) and 5 (tiff) list.

@@ -17,7 +17,7 @@ constexpr int kWorkFileQuality = 98;
 constexpr Step (*kSteps[])(CutFile&) = {
     MeasureSource, PassOverSmall, KeepExifSource, PassOverFolder, ZoomBeforeCut, RotateBeforeCut, NameOutput,
     AskForFrame,   FindRectangle, MakeCut,        StopHere,       SplitCut,      AddBorder,       ConvertToCmyk,
-    CopyExif,      Deliver,       MakePdf,        RemoveSource,   PlaceOnSheet,
+    CopyExif,      MakePdf,       Deliver,        RemoveSource,   PlaceOnSheet,
 };
 
 }  // namespace
@@ -40,7 +40,7 @@ CutFile::CutFile(CutRun& owner, std::size_t listRow, std::string path)
 std::string CutFile::WorkFile(const std::string& stem) const { return program.AppPath(stem + "." + OutExt); }
 
 bool CutFile::ConversionFollows() const {
-  return options.toCmyk || (options.keepExif && program.outputTools && !run.OnBackSide());
+  return run.pdf || options.toCmyk || (options.keepExif && program.outputTools && !run.OnBackSide());
 }
 
 int CutFile::CutQuality() const { return BorderFollows() ? kWorkFileQuality : options.quality; }

@@ -36,27 +36,29 @@ Step CopyExif(CutFile& file) {
   return Step::Next;
 }
 
-Step Deliver(CutFile& file) {
-  Program& program = file.program;
-  file.result.output = file.Dst;
-  if (file.made == file.Dst) return Step::Next;
-  const host::Status copied = CopyAsking(program, file.made, file.Dst);
-  if (!copied) return Fail(file, copied);
-  // A work file that is gone need not reach the disk, and the next one is a fresh save.
-  (void)program.host.files.RemoveOwn(file.made);
+Step MakePdf(CutFile& file) {
+  if (!file.run.pdf) return Step::Next;
+  const std::string pdf = file.program.AppPath("Tmp.pdf");
+  const host::Status made = file.program.outputTools->ToPdf(file.made, pdf);
+  (void)file.program.host.files.RemoveOwn(file.made);
+  if (!made) return Fail(file, made);
+  file.made = pdf;
   return Step::Next;
 }
 
-Step MakePdf(CutFile& file) {
-  if (!file.run.pdf) return Step::Next;
-  const host::Status made = file.program.outputTools->ToPdf(file.Dst);
-  if (!made) return Fail(file, made);
+Step Deliver(CutFile& file) {
+  Program& program = file.program;
   file.result.output = ResultPath(file);
-  return Step::Next;
+  if (file.made == file.result.output) return Step::Next;
+  const host::Status copied = CopyAsking(program, file.made, file.result.output);
+  // A work file that is gone need not reach the disk, and the next one is a fresh save.
+  (void)program.host.files.RemoveOwn(file.made);
+  return copied ? Step::Next : Fail(file, copied);
 }
 
 Step RemoveSource(CutFile& file) {
-  if (file.options.over && IsPsd(file.extension) && !file.run.OnBackSide()) {
+  const bool otherName = IsPsd(file.extension) || file.run.pdf;
+  if (file.options.over && otherName && !file.run.OnBackSide()) {
     file.run.ledger.DiscardAtEnd(file.row, file.listed, file.result.output);
   }
   return Step::Next;

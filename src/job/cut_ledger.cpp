@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "job/cut_ledger.h"
 
+#include "base/path_text.h"
 #include "base/utf8.h"
 #include "job/program.h"
 
@@ -109,13 +110,20 @@ void CutLedger::Settle() {
   discards_.clear();
 }
 
+// A pdf was looked at whole when it was made.
+host::Status CutLedger::ReadBack(const std::string& output) {
+  if (base::SplitPath(output).extension == "pdf") return host::Status::Ok();
+  imaging::Image picture;
+  host::Status status = program_.images.LoadImageFromFile(output, picture);
+  program_.images.DisposeImage(picture);
+  return status;
+}
+
 // The source is all there is if the output cannot be read back.
 void CutLedger::DiscardSource(const Discard& discard) {
   const auto written = outputs_.find(discard.output);
   if (written == outputs_.end() || written->second.source != discard.origin.source) return;
-  imaging::Image output;
-  host::Status status = program_.images.LoadImageFromFile(discard.output, output);
-  program_.images.DisposeImage(output);
+  host::Status status = ReadBack(discard.output);
   if (!status) {
     TakeBack(discard.output, Origin(written->second), "输出文件读不回来，源文件已保留：" + status.Why());
     return;

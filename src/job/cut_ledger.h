@@ -11,6 +11,7 @@
 #include <utility>
 #include <vector>
 
+#include "host/status.h"
 #include "job/run_report.h"
 
 namespace quillon::job {
@@ -68,6 +69,7 @@ class CutLedger {
   void Register(const std::string& output, const FileResult& result);
   // A result one of whose outputs is lost counts as without output.
   void TakeBack(const std::string& output, const Origin& origin, const std::string& why);
+  host::Status ReadBack(const std::string& output);
   void DiscardSource(const Discard& discard);
   void ShowResult(const FileResult& result);
 

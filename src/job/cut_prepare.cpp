@@ -42,13 +42,15 @@ host::Status FitsZoomed(base::Size size) {
           "缩放后为 " + std::to_string(size.width) + "x" + std::to_string(size.height) + " 像素，图片太大，内存不足"};
 }
 
-// An output that would take the place of another picture the user listed, or of a picture beside a psd, is refused:
+// An output that would take the place of another picture the user listed, or of a file beside a source that
+// will go, is refused:
 // neither was meant to be written over.
 bool WouldReplaceOther(CutFile& file) {
-  const host::Files& files = file.program.host.files;
-  if (file.Dst == file.listed || !files.Look(file.Dst)) return false;
-  if (file.options.over && (IsPsd(file.extension) || file.run.ledger.Wrote(file.Dst))) return true;
-  return !file.run.ledger.Wrote(file.Dst) && file.run.ledger.IsOtherSource(file.Dst, file.listed);
+  const std::string output = ResultPath(file);
+  if (output == file.listed || !file.program.host.files.Look(output)) return false;
+  const bool written = file.run.ledger.Wrote(output);
+  if (file.options.over && (IsPsd(file.extension) || file.run.pdf || written)) return true;
+  return !written && file.run.ledger.IsOtherSource(output, file.listed);
 }
 
 // Without a list a picture that has no size ends the whole run.
@@ -129,9 +131,10 @@ void PredictTarget(CutFile& file) {
 Step NameOutput(CutFile& file) {
   PredictTarget(file);
   // Cutting an overwritten source again would cut its cut.
-  if (file.run.ledger.WroteFrom(file.Dst, file.listed)) return PassOver(file, "与列表中前面的文件相同，本次已处理");
+  if (file.run.ledger.WroteFrom(ResultPath(file), file.listed))
+    return PassOver(file, "与列表中前面的文件相同，本次已处理");
   if (WouldReplaceOther(file)) {
-    return Fail(file, "会覆盖另一个文件 " + base::DisplayText(file.Dst) + "，已跳过");
+    return Fail(file, "会覆盖另一个文件 " + base::DisplayText(ResultPath(file)) + "，已跳过");
   }
   if (file.options.keepFolders && !file.options.over) {
     const host::Status made = file.program.host.files.MakeFolders(base::SplitPath(file.Dst).folder);
@@ -152,7 +155,8 @@ Step AskForFrame(CutFile& file) {
   if (flags.StopRequested && !flags.ManualStepDone) return Fail(file, "已停止，未处理完");
   const std::string shown = flags.CurrentImagePath;
   if (!program.host.files.IsFile(shown)) return Fail(file, "裁剪框预览中的图片已不存在");
-  if (shown.substr(shown.rfind('/') + 1).find("." + file.OutExt) == std::string::npos) {
+  const std::string shownName = base::ToLowerAscii(shown.substr(shown.rfind('/') + 1));
+  if (shownName.find("." + base::ToLowerAscii(file.OutExt)) == std::string::npos) {
     return Fail(file, "裁剪框预览中的图片与输出类型不符");
   }
   flags.ImageRotated = flags.ManualRotated;

@@ -40,7 +40,7 @@ std::string Numbered(const std::string& name, std::size_t number, std::size_t co
 }
 
 Step FinishPiece(CutFile& piece) {
-  for (const auto step : {AddBorder, ConvertToCmyk, CopyExif, Deliver, MakePdf, PlaceOnSheet}) {
+  for (const auto step : {AddBorder, ConvertToCmyk, CopyExif, MakePdf, Deliver, PlaceOnSheet}) {
     if (step(piece) == Step::FileDone) return Step::FileDone;
   }
   return Step::Next;
@@ -103,7 +103,6 @@ Step SplitCut(CutFile& file) {
   file.result.output = outputs.front();
   file.result.more.assign(outputs.begin() + 1, outputs.end());
   file.result.result = Result::Written;
-  RemoveSource(file);
   return Step::FileDone;
 }
 

@@ -48,9 +48,9 @@ Step SplitCut(CutFile& file);       // ChSplit: each piece goes through the step
 Step AddBorder(CutFile& file);      // ChAddBoard
 Step ConvertToCmyk(CutFile& file);  // ToCmyk
 Step CopyExif(CutFile& file);       // KeepExif
-Step Deliver(CutFile& file);        // a finished work file over Dst
 Step MakePdf(CutFile& file);
-Step RemoveSource(CutFile& file);  // a psd that became a jpg
+Step Deliver(CutFile& file);       // a finished work file over the output
+Step RemoveSource(CutFile& file);  // ChOver: a source whose output has another name
 Step PlaceOnSheet(CutFile& file);  // ChCutAndArray
 
 }  // namespace quillon::job

@@ -30,7 +30,7 @@ class IdleTools final : public OutputTools {
  public:
   host::Status ToCmyk(const std::string&) override { return {}; }
   host::Status CopyExif(const std::string&, const std::string&) override { return {}; }
-  host::Status ToPdf(const std::string&) override { return {}; }
+  host::Status ToPdf(const std::string&, const std::string&) override { return {}; }
 };
 
 }  // namespace quillon::job

@@ -4,6 +4,7 @@
 #include <filesystem>
 #include <fstream>
 
+#include "collaborator_doubles.h"
 #include "cut_fixture.h"
 
 namespace quillon::job {
@@ -20,10 +21,10 @@ class Tools final : public OutputTools {
     exif.emplace_back(source, target);
     return exifStatus;
   }
-  host::Status ToPdf(const std::string& picture) override {
+  host::Status ToPdf(const std::string& picture, const std::string& made) override {
     pdf.push_back(picture);
     if (!pdfStatus) return pdfStatus;
-    std::filesystem::rename(picture, std::filesystem::path(picture).replace_extension("pdf"));
+    std::filesystem::copy_file(picture, made);
     return {};
   }
 
@@ -176,16 +177,27 @@ TEST_F(CutFinishTest, ExifComesFromTheSource) {
 }
 
 TEST_F(CutFinishTest, ExifIsKeptWithoutAHelperToo) {
+  // One text of the first directory: the maker.
+  const std::string exif = std::string("Exif\0\0II*\0\x08\0\0\0\x01\0\x0F\x01\x02\0\x08\0\0\0\x1A\0\0\0\0\0\0\0", 32) +
+                           std::string("Quillon\0", 8);
+  const std::string path = Make("a.jpg");
+  const std::string plain = world.folder.Read("in/a.jpg");
+  const std::string segment = std::string("\xFF\xE1\0", 3) + static_cast<char>(exif.size() + 2) + exif;
+  world.folder.Write("in/a.jpg", plain.substr(0, 2) + segment + plain.substr(2));
   flags.KeepExif = true;
-  Cut({Make("a.jpg")});
+  Cut({path});
   EXPECT_EQ(Totals().written, 1u) << Whys();
+  EXPECT_NE(world.folder.Read("out/a.jpg").find("Quillon"), std::string::npos);
+  flags.KeepExif = false;
+  Cut();
+  EXPECT_EQ(world.folder.Read("out/a.jpg").find("Quillon"), std::string::npos);
 }
 
 TEST_F(CutFinishTest, PdfIsMadeOfAJpgCut) {
   program.outputTools = &tools;
   form.CmbOutType.SetText("pdf");
   Cut({Make("a.png")});
-  EXPECT_EQ(tools.pdf, std::vector<std::string>{Out("a.jpg")});
+  EXPECT_EQ(tools.pdf, std::vector<std::string>{program.AppPath("Tmp2.jpg")});
   EXPECT_EQ(recorder.done[0].output, Out("a.pdf"));
   EXPECT_EQ(OutNames(), std::vector<std::string>{"a.pdf"});
   EXPECT_EQ(form.CmbOutType.Text(), "jpg");
@@ -194,6 +206,124 @@ TEST_F(CutFinishTest, PdfIsMadeOfAJpgCut) {
   tools.pdfStatus = {host::Problem::Other, "pdf 没有生成"};
   Cut();
   EXPECT_EQ(Why(1), "pdf 没有生成");
+  EXPECT_FALSE(AppHas("Tmp.pdf") || AppHas("Tmp2.jpg"));
+}
+
+TEST_F(CutFinishTest, APdfLeavesThePictureBesideItAlone) {
+  program.outputTools = &tools;
+  world.folder.Write("out/a.jpg", "mine");
+  form.CmbOutType.SetText("pdf");
+  Cut({Make("a.png")});
+  EXPECT_EQ(OutNames(), (std::vector<std::string>{"a.jpg", "a.pdf"}));
+  EXPECT_EQ(world.folder.Read("out/a.jpg"), "mine");
+}
+
+TEST_F(CutFinishTest, ASourceThatBecameAPdfGoesToTheTrash) {
+  program.outputTools = &tools;
+  for (const std::string name : {"a.jpg", "b.psd"}) {
+    SCOPED_TRACE(name);
+    Put("ChOver", "1");
+    const std::string path =
+        name == "a.jpg" ? Make(name) : world.folder.Write("in/" + name, PsdBytes(30, 20, {10, 200, 30}));
+    const std::string before = world.folder.Read("in/" + name);
+    program.files.Clear();
+    form.CmbOutType.SetText("pdf");
+    tools.pdfStatus = {host::Problem::Other, "pdf 没有生成"};
+    Cut({path});
+    EXPECT_EQ(Totals().none, 1u);
+    EXPECT_EQ(world.folder.Read("in/" + name), before);
+    tools.pdfStatus = {};
+    form.CmbOutType.SetText("pdf");
+    Cut();
+    EXPECT_EQ(Totals().written, 1u) << Whys();
+    EXPECT_EQ(recorder.done.back().output, In(name.substr(0, 1) + ".pdf"));
+    EXPECT_TRUE(world.folder.Exists("in/" + name.substr(0, 1) + ".pdf"));
+    EXPECT_FALSE(world.folder.Exists("in/" + name));
+    EXPECT_EQ(world.folder.Read("data/Trash/files/" + name), before);
+  }
+}
+
+TEST_F(CutFinishTest, AForeignPdfBesideAnOverwrittenSourceStays) {
+  program.outputTools = &tools;
+  Put("ChOver", "1");
+  const std::string path = Make("a.jpg");
+  const std::string before = world.folder.Read("in/a.jpg");
+  world.folder.Write("in/a.pdf", "mine");
+  form.CmbOutType.SetText("pdf");
+  Cut({path});
+  EXPECT_EQ(world.folder.Read("in/a.pdf"), "mine");
+  EXPECT_EQ(world.folder.Read("in/a.jpg"), before);
+  EXPECT_EQ(Why(1), "会覆盖另一个文件 " + In("a.pdf") + "，已跳过");
+}
+
+TEST_F(CutFinishTest, APictureThatIsListedTwiceBecomesOnePdf) {
+  program.outputTools = &tools;
+  const std::string path = Make("a.jpg");
+  form.CmbOutType.SetText("pdf");
+  Cut({path, path});
+  EXPECT_EQ(Totals().written, 1u);
+  EXPECT_EQ(Totals().skipped, 1u);
+}
+
+TEST_F(CutFinishTest, APdfThatIsNotMadeTakesNoneOfThisRunAway) {
+  program.outputTools = &tools;
+  const std::string first = Make("x/a.jpg");
+  const std::string second = Make("y/a.jpg");
+  recorder.onFileDone = [&](const FileResult&) { tools.pdfStatus = {host::Problem::Other, "pdf 没有生成"}; };
+  form.CmbOutType.SetText("pdf");
+  Cut({first, second});
+  EXPECT_EQ(Totals().written, 1u);
+  EXPECT_EQ(Totals().none, 1u);
+  EXPECT_EQ(OutNames(), std::vector<std::string>{"a.pdf"});
+}
+
+TEST_F(CutFinishTest, AFullDiskIsAskedAboutWithAPdfToo) {
+  program.outputTools = &tools;
+  world.faults.Set({.call = host::testing::DiskCall::Write, .nth = 1, .error = ENOSPC, .pathHolds = "out/"});
+  world.boxes.Answer("/盘空间不足，请释放空间后重试保存！", host::Reply::Retry, 1);
+  form.CmbOutType.SetText("pdf");
+  Cut({Make("a.jpg")});
+  EXPECT_EQ(world.faults.Fired(), 1);
+  EXPECT_EQ(world.boxes.Count("盘空间不足"), 1);
+  EXPECT_EQ(OutNames(), std::vector<std::string>{"a.pdf"});
+}
+
+TEST_F(CutFinishTest, TheBackSideTakesNeitherExifNorTheSource) {
+  struct BackSide final : Sheets {
+    bool Prepare() override { return true; }
+    bool OnBackSide() const override { return true; }
+    void Place(const std::string&) override {}
+    void Finish() override {}
+    void Listed(const std::string&, int) override {}
+  } back;
+  program.sheets = &back;
+  program.outputTools = &tools;
+  form.ChCutAndArray.SetHandler({});
+  form.ChCutAndArray.Set(true);
+  flags.KeepExif = true;
+  Put("ChOver", "1");
+  Cut({world.folder.Write("in/a.psd", PsdBytes(30, 20, {10, 200, 30}))});
+  ASSERT_EQ(Totals().written, 1u) << Whys();
+  EXPECT_TRUE(tools.exif.empty());
+  EXPECT_EQ(world.folder.Names("in"), (std::vector<std::string>{"a(背景拼版).jpg", "a.psd"}));
+}
+
+TEST_F(CutFinishTest, ASheetTakesThePictureTurned) {
+  IdleSheets sheets;
+  program.sheets = &sheets;
+  form.ChCutAndArray.SetHandler({});
+  form.ChCutAndArray.Set(true);
+  form.CmbOutType.SetText("png");
+  Option("CmbRotate", "1");
+  options.ChRecover.SetEnabled(true);
+  options.ChRecover.Set(true);
+  Option("ChToGray", "1");
+  Cut({Make("a.png", 60, 40)});
+  ASSERT_EQ(Totals().written, 1u) << Whys();
+  EXPECT_EQ(SizeOf(Out("a.png")), (base::Size{40, 60}));
+  form.ChCutAndArray.Set(false);
+  Cut();
+  EXPECT_EQ(SizeOf(Out("a.png")), (base::Size{60, 40}));
 }
 
 TEST_F(CutFinishTest, APsdBecomesAJpg) {

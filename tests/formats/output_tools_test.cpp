@@ -1,0 +1,69 @@
+// SPDX-FileCopyrightText: 2026 The Quillon developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+// The helper programs as the job uses them.
+#include "formats/output_tools.h"
+
+#include "formats/tools/command_lines.h"
+#include "formats/tools_fixture.h"
+#include "job/program.h"
+
+namespace quillon::formats {
+namespace {
+
+class OutputToolsTest : public ToolsFixture {
+ protected:
+  OutputToolsTest() { WriteApp("PicHandler.dll", "twin"); }
+
+  std::string Bitmap(int width, int height) {
+    imaging::Image image;
+    EXPECT_TRUE(program.images.NewCanvas({width, height}, base::kWhite, image));
+    EXPECT_TRUE(program.images.SaveByEncoder(image, App("made.bmp"), imaging::Encoder::Bmp, 98));
+    return world.folder.Read("app/made.bmp");
+  }
+
+  job::Program program{world.host};
+};
+
+TEST_F(OutputToolsTest, AreOfferedOnlyWithTheProgram) {
+  {
+    const OutputTools helpers(program);
+    EXPECT_EQ(program.outputTools, &helpers);
+  }
+  EXPECT_EQ(program.outputTools, nullptr);
+  ASSERT_TRUE(world.files.RemoveOwn(App("PicHandler.dll")));
+  const OutputTools none(program);
+  EXPECT_EQ(program.outputTools, nullptr);
+}
+
+TEST_F(OutputToolsTest, APdfIsMadeUnderItsOwnName) {
+  OutputTools helpers(program);
+  WriteApp("Tmp2.jpg", "picture");
+  Helper("PicHandler.exe", 1, [this](const std::string&) { WriteApp("Tmp.pdf", "%PDF-1.7\n%%EOF\n"); });
+  EXPECT_TRUE(helpers.ToPdf(App("Tmp2.jpg"), App("Tmp.pdf")));
+  EXPECT_EQ(Started(0), "PicHandler.exe: " + PdfText(App("Tmp2.jpg"), App("Tmp")));
+  EXPECT_TRUE(AppHas("Tmp2.jpg"));
+}
+
+TEST_F(OutputToolsTest, AnEarlierPdfIsNotTakenForTheResult) {
+  OutputTools helpers(program);
+  WriteApp("Tmp2.jpg", "picture");
+  WriteApp("Tmp.pdf", "%PDF-1.7\n%%EOF\n");
+  Helper("PicHandler.exe", 1);
+  EXPECT_EQ(helpers.ToPdf(App("Tmp2.jpg"), App("Tmp.pdf")).Why(), "没有生成PDF");
+  EXPECT_FALSE(AppHas("Tmp.pdf"));
+}
+
+TEST_F(OutputToolsTest, AConversionOfAnotherSizeIsRefused) {
+  OutputTools helpers(program);
+  const std::string file = world.folder.Write("out/a.bmp", Bitmap(20, 10));
+  const std::string before = world.folder.Read("out/a.bmp");
+  const std::string other = Bitmap(20, 11);
+  Helper("PicHandler.exe", 1, [&](const std::string&) { WriteApp("Tmp.bmp", other); });
+  EXPECT_EQ(helpers.ToCmyk(file).Why(), "转CMYK的结果已损坏");
+  EXPECT_EQ(world.folder.Read("out/a.bmp"), before);
+  Helper("PicHandler.exe", 1, [&](const std::string&) { WriteApp("Tmp.bmp", before); });
+  EXPECT_TRUE(helpers.ToCmyk(file));
+}
+
+}  // namespace
+}  // namespace quillon::formats
