@@ -127,6 +127,8 @@ Status Services::CutImage(Image& image, base::Rect rect) {
   return OnPicture(image, [&](Picture& picture) {
     if (rect.Empty()) return fault::EmptyRectangle();
     if (!WithinLimits(rect.width, rect.height, parts_->limits)) return fault::SidesTooLarge();
+    const int pixelBytes = static_cast<int>(VIPS_IMAGE_SIZEOF_PEL(picture.pixels.get_image()));
+    if (!FitsMemory(rect.width, rect.height, pixelBytes, parts_->limits)) return fault::OutOfMemory();
     picture.pixels = Window(picture.pixels, rect, base::kWhite);
     return Status::Ok();
   });

@@ -97,12 +97,12 @@ Status PadToSize(CutFile& file, const std::string& destination) {
 
 Step AddBorder(CutFile& file) {
   CutOptions& options = file.options;
-  if (!options.addBoard) {
-    return options.frameOnly ? Fail(file, "仅边框模式没有启用“裁剪后加边框”，没有输出") : Step::Next;
-  }
   if (options.padToSize) {
     file.program.fBaseOpt.PBoardColor.Set(base::kWhite);
     options.boardColour = base::kWhite;
+  }
+  if (!options.addBoard) {
+    return options.frameOnly ? Fail(file, "仅边框模式没有启用“裁剪后加边框”，没有输出") : Step::Next;
   }
   file.program.host.pump.Turn();
   const std::string bordered = file.WorkFile("Tmp2");

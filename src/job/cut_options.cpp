@@ -103,7 +103,8 @@ std::string OutputExtension(const CutOptions& options, const std::string& source
 std::string OutputPath(const CutOptions& options, const std::string& folder, const std::string& name,
                        const std::string& outExtension) {
   if (options.over) return base::JoinPath(folder, name, outExtension);
-  const std::string below = options.keepFolders ? options.outFolder + WithoutDrive(folder) : options.outFolder;
+  const std::string root = options.outFolder == "/" ? std::string() : options.outFolder;
+  const std::string below = options.keepFolders ? root + WithoutDrive(folder) : options.outFolder;
   return base::JoinPath(below, name, outExtension);
 }
 

@@ -46,7 +46,7 @@ std::string Absolute(const std::string& path) {
 
 // The folder in a label, or the label's own text where none was chosen yet.
 std::string MissingFolderText(const char* what, const std::string& caption) {
-  if (!caption.starts_with('/')) return caption + "！";
+  if (caption == kNoInputFolder || caption == kNoOutputFolder) return caption + "！";
   return std::string(what) + "不存在：" + base::DisplayText(caption);
 }
 

@@ -14,7 +14,6 @@ constexpr const char* kStopQuestion = "终止当前操作？";
 constexpr int kOkCancelDefaultCancel = 305;
 constexpr int kInformation = 64;
 constexpr const char* kRunning = "正在处理，请等待处理完毕或先终止";
-constexpr const char* kNothingRuns = "当前没有可以终止的操作";
 constexpr const char* kGuide = "用户手册.md";
 
 }  // namespace
@@ -92,7 +91,7 @@ void Form1::LOutDir_Change() { LOutDir.SetText(base::TrimTrailingSeparator(LOutD
 
 void Form1::MenuStop_Click() {
   if (program_.Ask(kStopQuestion, kOkCancelDefaultCancel) != host::Reply::Ok) return;
-  MenuStop.SetEnabled(false);
+  MenuStop.SetEnabled(false, kNothingRuns);
   program_.flags.StopRequested = true;
 }
 

@@ -16,6 +16,12 @@ namespace quillon::job {
 
 class Program;
 
+// What the labels of the folders say before one was chosen.
+inline constexpr const char* kNoInputFolder = "输入目录未指定";
+inline constexpr const char* kNoOutputFolder = "输出目录未指定";
+// Why MenuStop is locked between runs.
+inline constexpr const char* kNothingRuns = "当前没有可以终止的操作";
+
 // The main window: the shared cut parameters, the file list and the menus that start a batch. The members stand in the
 // order in which the window shows them.
 class Form1 : public controls::Window {
@@ -62,8 +68,8 @@ class Form1 : public controls::Window {
 
   // --- Frame1 holds all parameters; Frame2 the margins, with the unit in its caption.
   controls::Frame Frame1{*this, "Frame1", {.caption = "参数"}};
-  controls::Label LInDir{*this, "LInDir", In(Frame1, "输入目录未指定"), controls::Editable::Yes};
-  controls::Label LOutDir{*this, "LOutDir", In(Frame1, "输出目录未指定"), controls::Editable::Yes};
+  controls::Label LInDir{*this, "LInDir", In(Frame1, kNoInputFolder), controls::Editable::Yes};
+  controls::Label LOutDir{*this, "LOutDir", In(Frame1, kNoOutputFolder), controls::Editable::Yes};
   controls::CheckBox ChSubFold{*this, "ChSubFold", In(Frame1, "含子文件夹")};
   controls::CheckBox ChKeepDir{*this, "ChKeepDir", In(Frame1, "保留源目录结构")};
   controls::CheckBox ChOver{*this, "ChOver", In(Frame1, "覆盖原文件")};

@@ -53,8 +53,7 @@ void NormalCut::Run() {
   run.withArray = withArray;
   run.pdf = Selected<OutType>(form.CmbOutType) == OutType::Pdf;
   if (run.pdf) Select(form.CmbOutType, OutType::Jpg);
-  program_.SaveSetting("LOutDir", form.LOutDir.Value());
-  program_.SaveSetting("LInDir", form.LInDir.Value());
+  program_.SaveFolders();
   const std::vector<std::string> hidden = HideWindows();
 
   const bool omits = ReadCutOptions(program_).omitFolders;

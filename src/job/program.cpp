@@ -159,6 +159,11 @@ void Program::SaveSetting(const std::string& key, const std::string& value) {
   host.settings.Set(kTitle, kSection, key, value);
 }
 
+void Program::SaveFolders() {
+  SaveSetting("LOutDir", form1.LOutDir.Value());
+  SaveSetting("LInDir", form1.LInDir.Value());
+}
+
 std::string Program::AppPath(const std::string& name) const { return base::JoinPath(host.programFolder, name); }
 
 }  // namespace quillon::job

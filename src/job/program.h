@@ -103,6 +103,8 @@ class Program {
   // --- Settings of the program, section "Default".
   std::string Setting(const std::string& key);
   void SaveSetting(const std::string& key, const std::string& value);
+  // Remembers the folders of both labels, as every batch does at its start.
+  void SaveFolders();
 
   // A path in the program folder: AppPath("Tmp.jpg").
   std::string AppPath(const std::string& name) const;

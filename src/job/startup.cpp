@@ -72,7 +72,10 @@ void Program::EndLeftOverHelpers() {
 
 void Program::ShowDesktopPicture() {
   flags.CurrentImagePath = host.screen.Wallpaper();
-  if (host.files.IsFile(flags.CurrentImagePath)) ShowInPreview(flags.CurrentImagePath);
+  if (!host.files.IsFile(flags.CurrentImagePath)) return;
+  ShowInPreview(flags.CurrentImagePath);
+  // One that cannot be decoded leaves the preview as it is.
+  static_cast<void>(images.LoadImageFromFile(flags.CurrentImagePath, flags.FirstImageHandle));
 }
 
 void Program::ReadFolders() {

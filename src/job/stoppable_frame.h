@@ -15,7 +15,7 @@ class StoppableFrame {
     program_.form1.MenuStop.SetEnabled(true);
   }
   ~StoppableFrame() {
-    program_.form1.MenuStop.SetEnabled(false);
+    program_.form1.MenuStop.SetEnabled(false, kNothingRuns);
     program_.form1.ShowStatus("");
   }
   StoppableFrame(const StoppableFrame&) = delete;

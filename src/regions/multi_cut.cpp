@@ -66,6 +66,7 @@ bool MultiCut::Ready() {
 
 void MultiCut::Run() {
   job::Form1& form = program_.form1;
+  program_.SaveFolders();
   form.BeginRun();
   form.MSF.SetEnabled(false);
   bool ran = true;

@@ -217,7 +217,15 @@ TEST_F(BadInput, AbsurdHeadersAreRefusedBeforeAnythingIsHeld) {
   std::string psd = world.folder.Read("a.psd");
   psd.replace(14, 8, "\xFF\xFF\xFF\xFF\xFF\xFF\xFF\xFF");
   world.folder.Write("absurd.psd", psd);
-  for (const char* name : {"absurd.png", "absurd.bmp", "absurd.psd"}) {
+  // One strip of grey, as wide and high as a tif can say.
+  ByteText tif;
+  tif.Text("II*").Zeros(1).Little32(8).Little16(5);
+  for (const auto& [tag, value] : {std::pair(256, 0x7FFFFFFF), {257, 0x7FFFFFFF}, {258, 8}, {262, 1}, {273, 8}}) {
+    tif.Little16(tag).Little16(4).Little32(1).Little32(static_cast<std::uint32_t>(value));
+  }
+  tif.Little32(0);
+  world.folder.Write("absurd.tif", tif.Bytes());
+  for (const char* name : {"absurd.png", "absurd.bmp", "absurd.psd", "absurd.tif"}) {
     SCOPED_TRACE(name);
     const Outcome outcome = TryAll(Path(name));
     EXPECT_FALSE(outcome.load);

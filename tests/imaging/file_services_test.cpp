@@ -4,6 +4,7 @@
 
 #include <cerrno>
 #include <filesystem>
+#include <functional>
 #include <string>
 
 #include "imaging/byte_text.h"
@@ -22,6 +23,8 @@ using host::Reply;
 using host::testing::DiskCall;
 using host::testing::Fault;
 using vips::VImage;
+
+constexpr const char* kFullDisk = "盘空间不足，请释放空间后重试保存！";
 
 class FileServices : public ServicesTest {
  protected:
@@ -282,7 +285,7 @@ TEST_F(FileServices, AFullDiskIsAskedAbout) {
   for (const Encoder encoder : {Encoder::Png, Encoder::Jpeg}) {
     for (const char* source : {"in.bmp", "in.jpg"}) {
       world.boxes.Forget();
-      world.boxes.Answer("盘空间不足，请释放空间后重试保存！", Reply::Retry, 1);
+      world.boxes.Answer(kFullDisk, Reply::Retry, 1);
       world.faults.Clear();
       world.faults.Set({.call = DiskCall::Write, .nth = 1, .error = ENOSPC, .pathHolds = ""});
       EXPECT_TRUE(services.CropToFile(Request(source, "out", {0, 0, 50, 30}, encoder)));
@@ -347,6 +350,10 @@ TEST_F(FileServices, LargePicturesAreNotHeld) {
       ASSERT_TRUE(tight.CropToFile(request));
     }
   }
+  Image small;
+  ASSERT_TRUE(tight.NewCanvas({100, 100}, base::kWhite, small));
+  EXPECT_EQ(tight.CutImage(small, {0, 0, 3000, 3000}).GetProblem(), Problem::TooLarge);
+  EXPECT_TRUE(tight.CutImage(small, {0, 0, 1000, 1000}));
   Services::Preview preview;
   ASSERT_TRUE(tight.LoadPreview(Path("large.png"), {100, 100}, preview));
   EXPECT_EQ(preview.size, (base::Size{50, 100}));
@@ -431,6 +438,45 @@ BorderRequest Border(const std::string& source, const std::string& destination) 
   request.source = source;
   request.destination = destination;
   return request;
+}
+
+TEST_F(FileServices, EverySaveAsksAboutAFullDisk) {
+  WriteEverywhere(PhotoLike(60, 40, 3));
+  const Image image = Load(Path("in.png"));
+  BorderRequest border = Border(Path("in.png"), Path("out.png"));
+  border.total = {70, 50};
+  border.drawn = {60, 40};
+  const CropRequest crop = Request("in.png", "out.gif", {0, 0, 50, 30}, Encoder::Gif);
+  const std::function<Status()> saves[] = {
+      [&] { return services.AddBoardToFile(border); },
+      [&] { return services.ZoomPic(Path("in.png"), Path("zoom.png"), 30, 20); },
+      [&] { return services.CropToGif(crop); },
+      [&] { return services.CropImageToFile(image, crop); },
+      [&] { return services.SaveByEncoder(image, Path("out.bmp"), Encoder::Bmp, 80); },
+  };
+  for (const auto& save : saves) {
+    world.boxes.Forget();
+    world.boxes.Answer(kFullDisk, Reply::Retry, 1);
+    world.faults.Clear();
+    world.faults.Set({.call = DiskCall::Write, .nth = 1, .error = ENOSPC, .pathHolds = ""});
+    const Status status = save();
+    EXPECT_TRUE(status) << status.Why();
+    EXPECT_EQ(world.faults.Fired(), 1);
+    EXPECT_EQ(world.boxes.Count(kFullDisk), 1);
+  }
+}
+
+TEST_F(FileServices, ABorderedJpegHasTheQualityAskedFor) {
+  WriteEverywhere(PhotoLike(60, 40, 3));
+  BorderRequest border = Border(Path("in.png"), Path("low.jpg"));
+  border.total = {70, 50};
+  border.drawn = {60, 40};
+  border.quality = 30;
+  ASSERT_TRUE(services.AddBoardToFile(border));
+  border.destination = Path("high.jpg");
+  border.quality = 95;
+  ASSERT_TRUE(services.AddBoardToFile(border));
+  EXPECT_LT(std::filesystem::file_size(Path("low.jpg")), std::filesystem::file_size(Path("high.jpg")));
 }
 
 TEST_F(FileServices, BordersAreAdded) {

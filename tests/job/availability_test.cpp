@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Why a control cannot be used.
 #include "collaborator_doubles.h"
+#include "job/stoppable_frame.h"
 #include "program_fixture.h"
 
 namespace quillon::job {
@@ -58,6 +59,8 @@ TEST_F(AvailabilityTest, WhateverIsLockedTellsWhy) {
   ExpectReasons("a run");
   form.EndRun();
   ExpectReasons("after a run");
+  { const StoppableFrame frame(program); }
+  ExpectReasons("after a listing");
 }
 
 TEST_F(AvailabilityTest, TheReasonsAreThese) {

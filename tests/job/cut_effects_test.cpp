@@ -24,6 +24,17 @@ class CutEffectsTest : public CutTest {
   }
 };
 
+TEST_F(CutEffectsTest, ABlackAndWhiteTifIsFaxed) {
+  form.CmbOutType.SetText("tif");
+  const std::string path = Make("a.bmp", 64, 48);
+  const auto compression = [](char value) { return std::string("\x03\x01\x03\0\1\0\0\0", 8) + value; };  // tag 259
+  Cut({path});
+  EXPECT_NE(world.folder.Read("out/a.tif").find(compression(5)), std::string::npos);
+  Option("ChToWB", "1");
+  Cut();
+  EXPECT_NE(world.folder.Read("out/a.tif").find(compression(4)), std::string::npos);
+}
+
 TEST_F(CutEffectsTest, Grey) {
   Option("ChToGray", "1");
   Margins(10, 0, 0, 0);

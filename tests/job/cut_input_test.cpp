@@ -225,7 +225,8 @@ TEST_F(CutInputTest, FaultSweepOverTheSources) {
   for (const DiskCall call : {DiskCall::OpenNew, DiskCall::Write, DiskCall::Sync, DiskCall::Rename}) {
     for (const Fault::Length length : {Fault::Length::Once, Fault::Length::ForEver}) {
       bool fired = true;
-      for (int nth = 1; fired && nth < 60; ++nth) {
+      int nth = 1;
+      for (; fired && nth < 60; ++nth) {
         SCOPED_TRACE(testing::Message() << host::testing::NameOf(call) << " " << nth);
         program.files.Clear();
         List({Make("a.jpg", 60, 40), Make("b.png", 60, 40)});
@@ -243,6 +244,88 @@ TEST_F(CutInputTest, FaultSweepOverTheSources) {
         EXPECT_EQ(Totals().written + Totals().none, 2u);
       }
       EXPECT_FALSE(fired);
+      EXPECT_GT(nth, 2);  // the first one at least
+    }
+  }
+}
+
+// The same for every way that an output takes to its place over its source.
+struct SavePath {
+  const char* what;
+  const char* file;
+  const char* option;  // "" or an advanced option that is put on
+};
+
+class SavePathTest : public CutInputTest, public ::testing::WithParamInterface<SavePath> {};
+
+TEST_P(SavePathTest, AFaultLeavesTheSourceOrAWholeResult) {
+  using host::testing::DiskCall;
+  const SavePath& path = GetParam();
+  Put("ChOver", "1");
+  Margins(50, 0, 0, 0);
+  if (*path.option != 0) Option(path.option, "1");
+  for (std::size_t i = 0; i < 4; ++i) options.TBoard[i].SetText("0");
+  for (const DiskCall call : {DiskCall::OpenNew, DiskCall::Write, DiskCall::Sync, DiskCall::Rename}) {
+    bool fired = true;
+    int nth = 1;
+    for (; fired && nth < 60; ++nth) {
+      SCOPED_TRACE(testing::Message() << host::testing::NameOf(call) << " " << nth);
+      program.files.Clear();
+      List({Make(path.file, 60, 40)});
+      const std::string before = world.folder.Read(std::string("in/") + path.file);
+      world.faults.Set({.call = call, .nth = nth, .error = EIO});
+      Cut();
+      fired = world.faults.Fired() > 0;
+      world.faults.Clear();
+      const bool old = world.folder.Read(std::string("in/") + path.file) == before;
+      EXPECT_TRUE(old || SizeOf(In(path.file)) == (base::Size{30, 40}));
+      EXPECT_TRUE(fired || !old) << Whys();
+      EXPECT_EQ(world.folder.Names("in"), std::vector<std::string>{path.file});
+      EXPECT_EQ(Totals().written + Totals().none, 1u);
+    }
+    EXPECT_FALSE(fired);
+    EXPECT_GT(nth, 2);
+  }
+}
+
+INSTANTIATE_TEST_SUITE_P(Ways, SavePathTest,
+                         ::testing::Values(SavePath{"plain", "a.bmp", ""}, SavePath{"plain", "a.tif", ""},
+                                           SavePath{"gif", "a.gif", ""}, SavePath{"effects", "a.jpg", "ChToGray"},
+                                           SavePath{"border", "a.png", "ChAddBoard"},
+                                           SavePath{"exif", "a.jpg", "ChKeepExif"}),
+                         [](const auto& way) {
+                           const std::string file = way.param.file;
+                           return std::string(way.param.what) + "_" + file.substr(file.find('.') + 1);
+                         });
+
+// Retry after room was made goes on; Cancel ends the run and leaves the source as it was.
+TEST_F(CutInputTest, AFullDiskIsAskedAboutAtEveryCopyAndWorkFile) {
+  struct Row {
+    const char* option;
+    const char* pathHolds;
+    bool over;
+  };
+  for (const Row& row : {Row{"ChKeepExif", "app/.tmp.jpg", true}, Row{"ChAddBoard", "app/.Tmp2.jpg", true},
+                         Row{"", ".a.jpg.bak", false}}) {
+    for (const bool retry : {true, false}) {
+      SCOPED_TRACE(row.pathHolds);
+      for (const char* option : {"ChKeepExif", "ChAddBoard"})
+        Option(option, option == std::string(row.option) ? "1" : "0");
+      Put("ChOver", row.over ? "1" : "0");
+      Put("LOutDir", row.over ? outFolder : world.folder.Path("in"));
+      program.files.Clear();
+      List({Make("a.jpg", 60, 40)});
+      const std::string before = world.folder.Read("in/a.jpg");
+      world.boxes.Forget();
+      world.boxes.Answer("盘空间不足", retry ? host::Reply::Retry : host::Reply::Cancel, 1);
+      world.faults.Set({.call = host::testing::DiskCall::Write, .nth = 1, .error = ENOSPC, .pathHolds = row.pathHolds});
+      Cut();
+      EXPECT_EQ(world.faults.Fired(), 1);
+      world.faults.Clear();
+      EXPECT_EQ(world.boxes.Count("盘空间不足"), 1);
+      EXPECT_EQ(Totals().written, retry ? 1u : 0u);
+      EXPECT_EQ(Totals().stopped, !retry);
+      EXPECT_EQ(world.folder.Read("in/a.jpg") == before, !retry);
     }
   }
 }

@@ -63,6 +63,17 @@ TEST_F(FixedCutTest, SwitchingItOff) {
   }
 }
 
+TEST_F(FixedCutTest, SwitchingItOffUnlocksWhatAStudioPresetLocked) {
+  GiveCollaborators();
+  Put("ChFixCut", "1");
+  Select(1);
+  const auto locked = {"ChMulCut", "ChCutAndZoom", "ChZoomAndCut", "ChSplit"};
+  for (const char* name : locked) EXPECT_FALSE(Enabled(std::string("FBaseOpt.") + name)) << name;
+  Put("ChFixCut", "0");
+  for (const char* name : locked) EXPECT_TRUE(Enabled(std::string("FBaseOpt.") + name)) << name;
+  EXPECT_EQ(Value("CmbKeepCut"), "0");
+}
+
 TEST_F(FixedCutTest, CentringIsCopiedToTheOptionsAndBack) {
   options.Load();
   Put("ChAutoCenter", "1");
@@ -210,7 +221,11 @@ TEST_P(StudioPresetTest, SwitchesTheWholeJob) {
   GiveCollaborators();
   Put("ChFixCut", "1");
   options.Load();
-  for (const char* name : {"ChCutAndZoom", "ChToWB", "ChKeepExif"}) Put(std::string("FBaseOpt.") + name, "1");
+  controls::Window regions("FMultCut", "");
+  program.windows.Add(regions);
+  for (const char* name : {"ChCutAndZoom", "ChToWB", "ChKeepExif", "ChSplit", "ChMulCut"}) {
+    Put(std::string("FBaseOpt.") + name, "1");
+  }
   options.ChAutoCenter.SetEnabled(false);
   options.Hide();
   Select(GetParam());
@@ -232,6 +247,15 @@ TEST_P(StudioPresetTest, SwitchesTheWholeJob) {
   EXPECT_EQ(Value("ChCutAndArray"), "1");
   EXPECT_EQ(Enabled("ChAutoCenter"), GetParam() != 5);
   EXPECT_EQ(Enabled("FBaseOpt.ChAutoCenter"), GetParam() != 5);
+}
+
+TEST_P(StudioPresetTest, SwitchesTheZoomBeforeTheCutOff) {
+  GiveCollaborators();
+  Put("ChFixCut", "1");
+  options.Load();
+  Put("FBaseOpt.ChZoomAndCut", "1");
+  Select(GetParam());
+  EXPECT_EQ(Value("FBaseOpt.ChZoomAndCut"), "0");
 }
 
 TEST_P(StudioPresetTest, WithoutTheirEnginesFrameAndSheetsStayOffAfterOneQuestion) {

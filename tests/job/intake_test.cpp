@@ -302,6 +302,20 @@ TEST_F(IntakeTest, PagedModesTakeFilesOfSeveralPages) {
   EXPECT_EQ(counter.asked[1].dpi, 200);
 }
 
+TEST_F(IntakeTest, ATiffOfOnePageIsNotTaken) {
+  PageNumbers counter;
+  program.pageCounter = &counter;
+  form.CmbCutMode.SetHandler({});
+  form.CmbCutMode.Select(5);
+  const std::string tif = Make("a.tif");
+  List({tif});
+  EXPECT_EQ(program.files.RowCount(), 0u);
+  EXPECT_EQ(world.boxes.Beeps(), 1);
+  counter.pages = 2;
+  List({tif});
+  EXPECT_EQ(program.files.RowCount(), 1u);
+}
+
 TEST_F(IntakeTest, DropAsksFirst) {
   const std::string path = Make("a.jpg");
   program.Intake().MSF_OLEDragDrop({path});

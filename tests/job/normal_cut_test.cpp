@@ -66,6 +66,20 @@ TEST_F(NormalCutTest, OverwritingNeedsNoOutputFolder) {
   EXPECT_EQ(world.boxes.Count("输出目录"), 0);
 }
 
+TEST_F(NormalCutTest, SheetsNeedAnOutputFolderThoughSourcesAreOverwritten) {
+  IdleSheets sheets;
+  program.sheets = &sheets;
+  form.ChCutAndArray.SetHandler({});
+  form.ChCutAndArray.Set(true);
+  Put("LOutDir", "/nowhere");
+  Put("ChOver", "1");
+  Cut({Make("a.bmp")});
+  ASSERT_EQ(Boxes().size(), 1u);
+  EXPECT_EQ(Boxes()[0].box.text, "输出目录不存在：/nowhere");
+  EXPECT_EQ(Boxes()[0].box.type, 16);
+  ExpectNoRun();
+}
+
 TEST_F(NormalCutTest, OptionsWithoutTheirPartStopTheRun) {
   List({Make("a.bmp")});
   const auto expectAsked = [&](const char* what) {
@@ -159,8 +173,10 @@ TEST_F(NormalCutTest, WindowsHideForTheRunAndComeBack) {
   EXPECT_TRUE(options.Visible());
   EXPECT_TRUE(program.fCutPre.Visible());
   options.Hide();
+  program.fCutPre.ChHideShow.SetVisible(false);
   Cut();
   EXPECT_FALSE(options.Visible());
+  EXPECT_TRUE(program.fCutPre.ChHideShow.Visible());
 }
 
 TEST_F(NormalCutTest, TheEndIsToldAndTheFolderOpened) {
@@ -293,8 +309,12 @@ TEST_F(NormalCutTest, HelpersAreEndedByName) {
   world.processes.Add({11, "QxImgTool.exe", world.host.programFolder, true});
   world.processes.Add({12, "QxBackImg.exe", world.host.programFolder, true});
   world.processes.Add({13, "other.exe", world.host.programFolder, true});
+  recorder.onFileDone = [&](const FileResult&) {
+    world.processes.Add({21, "QxImgTool.exe", world.host.programFolder, true});
+    world.processes.Add({22, "QxBackImg.exe", world.host.programFolder, true});
+  };
   Cut(MakeSeveral(1));
-  EXPECT_EQ(world.processes.Ended(), (std::vector<int>{11, 12}));
+  EXPECT_EQ(world.processes.Ended(), (std::vector<int>{11, 12, 21, 22}));
 }
 
 TEST_F(NormalCutTest, OutputsOfOneNameCountOnce) {

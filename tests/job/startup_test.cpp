@@ -61,6 +61,14 @@ TEST_F(StartTest, ASecondInstanceBeepsAndEnds) {
   EXPECT_FALSE(form.Visible());
 }
 
+TEST_F(StartTest, AResolutionThatIsKnownStays) {
+  flags.OutDpi = 600;
+  ASSERT_TRUE(program.Start());
+  EXPECT_EQ(flags.OutDpi, 600);
+  EXPECT_EQ(flags.SheetWidth, 7559);    // 7559.04
+  EXPECT_EQ(flags.SheetHeight, 10961);  // 10960.6
+}
+
 TEST_F(StartTest, FlagsAfterTheStart) {
   ASSERT_TRUE(program.Start());
   EXPECT_FALSE(program.Ended());
@@ -208,6 +216,7 @@ TEST_F(StartTest, TheDesktopPictureIsTheFirstPreview) {
   ASSERT_TRUE(program.Start());
   EXPECT_EQ(flags.CurrentImagePath, world.screen.wallpaper);
   EXPECT_EQ(program.fCutPre.preview.Path(), world.screen.wallpaper);
+  EXPECT_FALSE(flags.FirstImageHandle.Empty());
   EXPECT_EQ(flags.PreviewImageWidth, 321);
   EXPECT_EQ(flags.PreviewImageHeight, 123);
 }

@@ -65,6 +65,8 @@ TEST_F(MultiCutTest, EachSourceGivesOneFileForEachRegion) {
   EXPECT_EQ(job::Difference(Read(Out("a_裁剪区域1.bmp")), Part(picture, {20, 10, 50, 55})), 0);
   EXPECT_EQ(job::Difference(Read(Out("b_裁剪区域2.bmp")), Part(picture, {0, 0, 40, 30})), 0);
   EXPECT_EQ(Totals().planned, 4u);
+  EXPECT_EQ(program.Setting("LOutDir"), form.LOutDir.Value());
+  EXPECT_EQ(program.Setting("LInDir"), form.LInDir.Value());
   EXPECT_EQ(Totals().written, 4u);
   ASSERT_EQ(world.boxes.All().size(), 2u);
   EXPECT_EQ(world.boxes.All()[0].box.text, kFolders);
