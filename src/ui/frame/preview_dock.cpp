@@ -171,16 +171,11 @@ void PreviewDock::OnPreview() {
   const job::Preview& preview = record_.preview;
   if (shown_ != preview.Showings()) ShowNewPicture();
   loader_.Fetch(preview.Upcoming(), QSize(kPreviewLimit, kPreviewLimit));
-  ShowResult();
+  const base::Rect cut = frame_.Result();
+  const bool known = !preview.Path().empty();
+  result_->setText(known ? QStringLiteral("裁出 %1 × %2").arg(qMax(cut.width, 0)).arg(qMax(cut.height, 0)) : QString());
   ShowRegions();
   ShowView();
-}
-
-// Outside a step the canvas itself tells what will be cut, with rotation and zoom.
-void PreviewDock::ShowResult() {
-  if (!frame_.Waiting()) return result_->clear();
-  const base::Rect cut = frame_.Result();
-  result_->setText(QStringLiteral("裁出 %1 × %2").arg(qMax(cut.width, 0)).arg(qMax(cut.height, 0)));
 }
 
 void PreviewDock::ShowNewPicture() {
@@ -241,7 +236,6 @@ void PreviewDock::ShowDetails() {
 void PreviewDock::ShowStep() {
   const bool rests = record_.Title() == job::kPreviewCaption;
   buttons_->setVisible(!rests || frame_.Waiting());
-  ShowResult();
   if (frame_.Waiting() && !floated_ && !isFloating()) {
     floated_ = true;
     setFloating(true);

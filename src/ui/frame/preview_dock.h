@@ -35,7 +35,6 @@ class PreviewDock : public QDockWidget {
   QWidget* MakeDetails();
   void ConnectHands();
   void OnPreview();
-  void ShowResult();
   void ShowNewPicture();
   void ShowRegions();
   void ShowView();
