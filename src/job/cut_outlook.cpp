@@ -10,6 +10,18 @@
 #include "job/program.h"
 
 namespace quillon::job {
+namespace {
+
+// What lies around a picture that is padded to the fixed size, in pixels of the picture.
+PreviewBoard PaddingAround(const PreviewFrame& picture, const CutOptions& options) {
+  const Fit fit = FitToSize({base::R(picture.width), base::R(picture.height)}, options.FixW, options.FixH);
+  if (fit.FitW <= 0 || fit.FitH <= 0) return {};
+  const double beside = fit.offsetX * picture.width / fit.FitW;
+  const double above = fit.offsetY * picture.height / fit.FitH;
+  return {beside, above, beside, above, base::kWhite};
+}
+
+}  // namespace
 
 CutShape ShapeBeforeCut(const Program& program, base::Size picture) {
   const CutOptions options = ReadCutOptions(program);
@@ -25,6 +37,7 @@ PreviewBoard BoardAroundCut(Program& program, const Preview& preview) {
   const CutOptions options = ReadCutOptions(program);
   const PreviewFrame& frame = preview.PictureFrame();
   if (!options.addBoard || !(frame.width > 0 && frame.height > 0)) return {};
+  if (options.frameOnly && options.padToSize) return PaddingAround(frame, options);
   const bool fixedCut = options.fixedSize && !options.frameOnly;
   imaging::ImageFacts facts;
   facts.dpi = 1;

@@ -127,6 +127,21 @@ TEST_F(OutlookTest, FrameOnlyShowsTheWholePictureAsItIs) {
   EXPECT_EQ(preview.PictureFrame(), (PreviewFrame{0, 0, 400, 200}));
 }
 
+// 400 x 200 fits 100 x 100 as 100 x 50, with 25 above and below it: 100 of the picture's own pixels.
+TEST_F(OutlookTest, PaddingToASizeIsShownInPlaceOfTheBorder) {
+  Put("FBaseOpt.ChAddBoard", "1");
+  Put("FBaseOpt.TBoard(0)", "10");
+  Put("FBaseOpt.PBoardColor", "#FF0000");
+  Put("FBaseOpt.ChFrmOnly", "1");
+  form.ChAddToSize.Set(true);
+  flags.FixW = flags.FixH = 100;
+  program.ShowAsCut();
+  EXPECT_EQ(preview.Board(), (PreviewBoard{0, 100, 0, 100, base::kWhite}));
+  flags.FixW = 0;
+  program.ShowAsCut();
+  EXPECT_EQ(preview.Board(), PreviewBoard{});
+}
+
 TEST_F(OutlookTest, APictureThatIsShownAsItIsKeepsItsShape) {
   program.ShowPicture(In("shown.png"), {100, 50});
   Put("FBaseOpt.CmbRotate", "1");
