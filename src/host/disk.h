@@ -61,6 +61,8 @@ class Disk {
   // Waits until the file stands on the disk; also brings to light what closing it would report.
   virtual int Sync(int handle) = 0;
   // As Sync for each of them, at a small part of the price where they lie on one disk; the results in their order.
+  // kSyncedWithName where the name under which the file lies needs no SyncFolder any more.
+  static constexpr int kSyncedWithName = 1;
   virtual std::vector<int> SyncAll(const std::vector<int>& handles) = 0;
   virtual int Close(int handle) = 0;
 

@@ -31,10 +31,10 @@ SyncQueue::~SyncQueue() {
 }
 
 void SyncQueue::Add(const std::string& path, int handle, OnFailure onFailure) {
-  Add(Item{path, handle, onFailure, {}});
+  Add({.path = path, .handle = handle, .onFailure = onFailure, .status = {}});
 }
 
-void SyncQueue::AddFolderOf(const std::string& path) { Add(Item{path, -1, OnFailure::Keep, {}}); }
+void SyncQueue::AddFolderOf(const std::string& path) { Add({.path = path, .status = {}}); }
 
 void SyncQueue::Add(Item item) {
   std::unique_lock lock(mutex_);
@@ -84,7 +84,7 @@ void SyncQueue::SyncAll(std::vector<Item>& batch) {
   SyncFiles(batch);
   std::map<std::string, int> folders;
   for (Item& item : batch) {
-    if (!item.status) continue;
+    if (!item.status || item.named) continue;
     const auto [folder, fresh] = folders.try_emplace(SplitEntry(item.path).folder, 0);
     if (fresh) folder->second = disk_.SyncFolder(folder->first);
     // A folder that has gone meanwhile has nothing left to lose.
@@ -115,6 +115,7 @@ void SyncQueue::SyncFiles(std::vector<Item>& batch) {
   const std::vector<int> results = disk_.SyncAll(handles);
   for (std::size_t i = 0; i < items.size(); ++i) {
     if (results[i] < 0) items[i]->status = Status::FromErrno(-results[i]);
+    items[i]->named = results[i] == Disk::kSyncedWithName;
   }
 }
 

@@ -16,8 +16,8 @@
 namespace quillon::host {
 
 // Files and folders that wait to be synced, and the thread that does it behind the run. Files are synced in batches,
-// and each folder once per batch. At most 64 files wait; then Add waits for the disk. Ends only when everything is
-// synced.
+// and each folder once per batch, unless its names went with the files. At most 64 files wait; then Add waits for the
+// disk. Ends only when everything is synced.
 class SyncQueue {
  public:
   // What becomes of a file whose syncing failed: one that was not there before is removed, since it may be torn.
@@ -41,6 +41,7 @@ class SyncQueue {
     int handle = -1;
     OnFailure onFailure = OnFailure::Keep;
     Status status;
+    bool named = false;  // its name stands synced too
   };
 
   void Add(Item item);

@@ -247,6 +247,18 @@ TEST_F(SaveTest, FreshFilesAreSyncedBehindInBatches) {
   EXPECT_EQ(folder.Names("app").size(), 60u);
 }
 
+TEST_F(SaveTest, FoldersAreNotSyncedOnceMoreBehindAWholeDisk) {
+  world.faults.NamesGoAlong(true);
+  for (const char* name : {"app/a", "app/b", "app/c"}) EXPECT_TRUE(files.Save(folder.Path(name), "x"));
+  EXPECT_THAT(files.Settle(), IsEmpty());
+  EXPECT_EQ(world.faults.Count(DiskCall::Sync), 3);
+  EXPECT_EQ(world.faults.Count(DiskCall::SyncFolder), 0);
+  // A replaced file was synced by itself.
+  EXPECT_TRUE(files.Save(folder.Path("app/a"), "new"));
+  EXPECT_THAT(files.Settle(), IsEmpty());
+  EXPECT_EQ(world.faults.Count(DiskCall::SyncFolder), 1);
+}
+
 TEST_F(SaveTest, AtMostSixtyFourFilesWaitForTheirSync) {
   int most = 0;
   for (int i = 0; i < 300; ++i) {

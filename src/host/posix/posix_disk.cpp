@@ -104,10 +104,11 @@ bool SyncsTogether(int handle) {
   }
 }
 
-// What went wrong with a file whose disk was synced as a whole: its own failed writes are kept for it.
+// How it went with a file whose disk was synced as a whole: its own failed writes are kept for it.
 int Written(int handle) {
   constexpr unsigned kAll = SYNC_FILE_RANGE_WAIT_BEFORE | SYNC_FILE_RANGE_WRITE | SYNC_FILE_RANGE_WAIT_AFTER;
-  return Repeat([&] { return sync_file_range(handle, 0, 0, kAll); });
+  const int written = Repeat([&] { return sync_file_range(handle, 0, 0, kAll); });
+  return written < 0 ? written : Disk::kSyncedWithName;
 }
 
 // Reads what a call gives first for its size and then for its bytes; once more if it grew meanwhile.

@@ -102,6 +102,11 @@ int FaultyDisk::Opened(int handle, const std::string& path) {
   return handle;
 }
 
+int FaultyDisk::Told(int result, DiskFacts& facts) const {
+  facts.inode += renumbered_;
+  return result;
+}
+
 int FaultyDisk::OpenNew(const std::string& path, unsigned mode) {
   const Verdict verdict = Judge(DiskCall::OpenNew, path);
   return verdict.error ? verdict.error : Opened(disk_.OpenNew(path, mode), path);
@@ -136,7 +141,7 @@ int FaultyDisk::Seek(int handle, std::uint64_t position) {
 
 int FaultyDisk::LookOpen(int handle, DiskFacts& facts) {
   const Verdict verdict = JudgeHandle(DiskCall::LookOpen, handle);
-  return verdict.error ? verdict.error : disk_.LookOpen(handle, facts);
+  return verdict.error ? verdict.error : Told(disk_.LookOpen(handle, facts), facts);
 }
 
 int FaultyDisk::SetMode(int handle, unsigned mode) {
@@ -190,7 +195,9 @@ std::vector<int> FaultyDisk::SyncAll(const std::vector<int>& handles) {
   const std::vector<int> synced = disk_.SyncAll(sound);
   auto next = synced.begin();
   for (int& result : results) {
-    if (result == 0) result = *next++;
+    if (result != 0) continue;
+    result = *next++;
+    if (result >= 0) result = namesGoAlong_ ? kSyncedWithName : 0;
   }
   return results;
 }
@@ -208,12 +215,12 @@ int FaultyDisk::Close(int handle) {
 
 int FaultyDisk::Look(const std::string& path, DiskFacts& facts) {
   const Verdict verdict = Judge(DiskCall::Look, path);
-  return verdict.error ? verdict.error : disk_.Look(path, facts);
+  return verdict.error ? verdict.error : Told(disk_.Look(path, facts), facts);
 }
 
 int FaultyDisk::LookLink(const std::string& path, DiskFacts& facts) {
   const Verdict verdict = Judge(DiskCall::LookLink, path);
-  return verdict.error ? verdict.error : disk_.LookLink(path, facts);
+  return verdict.error ? verdict.error : Told(disk_.LookLink(path, facts), facts);
 }
 
 int FaultyDisk::MayWrite(const std::string& path) {

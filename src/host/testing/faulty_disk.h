@@ -2,6 +2,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include <atomic>
+#include <cstdint>
 #include <functional>
 #include <map>
 #include <mutex>
@@ -74,6 +76,11 @@ class FaultyDisk final : public Disk {
   // Runs once before the nth call of a kind from now on; the call then goes on.
   void Before(DiskCall call, int nth, std::function<void()> act);
   void Clear();
+  // From now on files that are synced together take their names with them, or leave them to SyncFolder, whatever the
+  // disk below does.
+  void NamesGoAlong(bool along) { namesGoAlong_ = along; }
+  // From now on each file has a number so much higher, as on a disk that was mounted anew.
+  void Renumber(std::uint64_t by) { renumbered_ += by; }
   // How often any fault made a call go wrong since the last Clear.
   int Fired() const;
   // Calls of a kind since the last Clear, and all calls in order.
@@ -140,6 +147,7 @@ class FaultyDisk final : public Disk {
   Verdict JudgeHandle(DiskCall call, int handle);
   Verdict JudgeFaults(DiskCall call, const std::string& path);
   int Opened(int handle, const std::string& path);
+  int Told(int result, DiskFacts& facts) const;
 
   Disk& disk_;
   mutable std::mutex mutex_;
@@ -148,6 +156,8 @@ class FaultyDisk final : public Disk {
   std::vector<DiskCall> calls_;
   std::map<int, std::string> paths_;
   int fired_ = 0;
+  std::atomic<std::uint64_t> renumbered_ = 0;
+  std::atomic<bool> namesGoAlong_ = false;
 };
 
 }  // namespace quillon::host::testing
