@@ -23,7 +23,7 @@ bool OnlyPlainCrops(const CutOptions& options, bool withArray) {
 }  // namespace
 
 CutForecast::CutForecast(CutRun& run)
-    : run_(run), foresees_(OnlyPlainCrops(ReadCutOptions(run.program), run.withArray)) {}
+    : run_(run), foresees_(!run.program.careful && OnlyPlainCrops(ReadCutOptions(run.program), run.withArray)) {}
 
 CutForecast::~CutForecast() {
   run_.program.images.PlanCrops({});
@@ -31,7 +31,7 @@ CutForecast::~CutForecast() {
 }
 
 void CutForecast::Announce(std::size_t row) {
-  AnnounceMeasures(row);
+  if (!run_.program.careful) AnnounceMeasures(row);
   if (foresees_) AnnounceCrops(row);
 }
 

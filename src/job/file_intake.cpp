@@ -141,6 +141,10 @@ void FileIntake::TellNotListed(const std::string& path, const std::string& why) 
   if (program_.observer) program_.observer->FileNotListed(path, why);
 }
 
+void FileIntake::TellTakenUp(const std::string& path) {
+  if (program_.careful && program_.observer) program_.observer->FileBegun(path);
+}
+
 bool FileIntake::List(const std::vector<std::string>& roots, Subfolders subfolders, Progress progress,
                       WithoutSize withoutSize) {
   AdmissionRule rule(program_);
@@ -161,11 +165,13 @@ bool FileIntake::List(const std::vector<std::string>& roots, Subfolders subfolde
     FileWalk walk(program_,
                   {subfolders, [this](const std::string& name) { return Accepts(name); }, program_.share, ""});
     const WalkEnd end = walk.Run(roots, [&](const std::string& path) {
+      TellTakenUp(path);
       refused = rule.Admit(path) == Admission::Ended && withoutSize == WithoutSize::EndsListing;
       ++read;
       if (!refused) tell();
       return !refused;
     });
+    TellTakenUp("");
     program_.leftToOthers += walk.LeftToOthers();
     if (refused) return false;
     ShowStatusPanel();

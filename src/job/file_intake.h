@@ -61,6 +61,7 @@ class FileIntake {
   // True when everything was taken: neither stopped nor ended by a file without a size.
   bool List(const std::vector<std::string>& roots, Subfolders subfolders, Progress progress,
             WithoutSize withoutSize = WithoutSize::EndsListing);
+  void TellTakenUp(const std::string& path);
   void TellNotListed(const std::string& path, const std::string& why);
   void ShowFirstRow();
   void ShowStatusPanel();

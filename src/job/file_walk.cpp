@@ -18,6 +18,8 @@ namespace {
 // walk is seen late.
 constexpr std::size_t kAnnounced = 64;
 constexpr std::size_t kEntriesPerTurn = 256;
+// How long files that are found wait for a folder behind them, in seconds.
+constexpr double kPatience = 0.02;
 
 }  // namespace
 
@@ -36,7 +38,7 @@ class FileWalk::Finder {
 
   // The next path, false at the end.
   bool Next(std::string& path) {
-    const bool more = announced_ < found_.size() || !todo_.empty();
+    const bool more = announced_ < found_.size() || !todo_.empty() || reading_;
     if (announced_ <= kAnnounced / 2 && more) Announce();
     if (found_.empty()) return false;
     path = found_.front().Path();
@@ -52,11 +54,12 @@ class FileWalk::Finder {
   }
 
   std::size_t LeftToOthers() const { return leftToOthers_; }
+  bool ReachedAll() const { return reachedAll_; }
 
  private:
   struct Place {
     std::string path;
-    std::size_t rootLength;  // how much of the path is its root; 0 for a root itself
+    std::size_t rootLength = 0;  // how much of the path is its root; 0 for a root itself
   };
   struct Found {
     std::shared_ptr<const std::string> folder;  // none for a root
@@ -66,27 +69,42 @@ class FileWalk::Finder {
   };
 
   void Announce() {
-    while (found_.size() < kAnnounced && !todo_.empty() && !program_.flags.StopRequested) Expand();
+    while (found_.size() < kAnnounced && !program_.flags.StopRequested && Expand()) {
+    }
     std::vector<std::string> paths = Upcoming(kAnnounced);
     announced_ = paths.size();
+    if (program_.careful) return;
     program_.images.PlanMeasures(std::move(paths));
   }
 
-  void Expand() {
-    const Place place = std::move(todo_.back());
-    todo_.pop_back();
-    const FolderContent content = ReadFolder(program_, place.path);
+  // False at the end, and where what is found would have to wait for the next folder.
+  bool Expand() {
+    if (!reading_) {
+      if (todo_.empty()) return false;
+      place_ = std::move(todo_.back());
+      todo_.pop_back();
+      reading_ = std::make_unique<FolderReader>(program_, place_.path);
+    }
+    if (!found_.empty() && !reading_->Done(kPatience)) return false;
+    const FolderContent content = reading_->Take();
+    reading_.reset();
+    TakeContent(std::exchange(place_, {}), content);
+    program_.host.pump.Turn();
+    return true;
+  }
+
+  void TakeContent(const Place& place, const FolderContent& content) {
     const bool root = place.rootLength == 0;
     const bool folder = content.facts && content.facts->kind == host::FileKind::Folder;
     if (root && !folder && content.listed) {
       Take({nullptr, place.path}, rule_.share.TakesNamed(place.path));
-    } else if (!content.listed && (root || rule_.share.Takes(Relative(place.path, place.rootLength)))) {
-      TellNotListed(place.path, content.listed);
+    } else if (!content.listed) {
+      const bool mine = root || rule_.share.Takes(Relative(place.path, place.rootLength));
+      NoteNotListed(place.path, content.listed, mine);
     }
     if (folder && walked_.emplace(content.facts->device, content.facts->inode).second) {
       TakeEntries(place, content.entries);
     }
-    program_.host.pump.Turn();
   }
 
   void TakeEntries(const Place& place, const std::vector<host::FolderEntry>& entries) {
@@ -118,18 +136,24 @@ class FileWalk::Finder {
   }
 
   // A folder that went away meanwhile holds nothing.
-  void TellNotListed(const std::string& folder, const host::Status& why) {
-    const bool gone = why.GetProblem() == host::Problem::Missing || why.GetProblem() == host::Problem::Stopped;
-    if (gone || !program_.observer) return;
-    program_.observer->FileNotListed(folder, "文件夹无法读取，已跳过：" + why.Why());
+  void NoteNotListed(const std::string& folder, const host::Status& why, bool mine) {
+    const host::Problem problem = why.GetProblem();
+    if (problem == host::Problem::Missing || problem == host::Problem::Stopped) return;
+    if (problem != host::Problem::Denied) reachedAll_ = false;
+    if (mine && program_.observer) {
+      program_.observer->FileNotListed(folder, "文件夹无法读取，已跳过：" + why.Why());
+    }
   }
 
   Program& program_;
   const WalkRule& rule_;
   std::vector<Place> todo_;  // roots and folders, the next one last
+  std::unique_ptr<FolderReader> reading_;
+  Place place_;  // that is read
   std::deque<Found> found_;
   std::size_t announced_ = 0;  // how many of found_ stand in the plan
   std::size_t leftToOthers_ = 0;
+  bool reachedAll_ = true;
   std::set<std::pair<std::uint64_t, std::uint64_t>> walked_;
 };
 
@@ -154,5 +178,7 @@ WalkEnd FileWalk::Run(const std::vector<std::string>& roots, const Visit& visit)
 std::vector<std::string> FileWalk::Upcoming(std::size_t count) const { return finder_->Upcoming(count); }
 
 std::size_t FileWalk::LeftToOthers() const { return finder_->LeftToOthers(); }
+
+bool FileWalk::ReachedAll() const { return finder_->ReachedAll(); }
 
 }  // namespace quillon::job

@@ -30,8 +30,9 @@ struct WalkRule {
 // The one walk over files and folders that all drivers share: of each folder first its files, then its subfolders, in
 // the order of the file system. The pump gets a turn at each step; Flags::StopRequested ends the walk. What cannot be
 // listed is passed over, as are drafts and what is neither file nor folder; a folder reached twice over links is walked
-// once, and a disk that does not answer is given up after a while. The observer hears of folders that are there and
-// could not be listed. The pictures that come next are announced for measuring.
+// once, and a disk that does not answer is given up after a while; what was found before it is visited first. The
+// observer hears of folders that are there and could not be listed. The pictures that come next are announced for
+// measuring.
 class FileWalk {
  public:
   // Takes the next file; false ends the walk.
@@ -50,6 +51,9 @@ class FileWalk {
   std::vector<std::string> Upcoming(std::size_t count) const;
   // Files that would have been handed out but for the share, or that were handled already.
   std::size_t LeftToOthers() const;
+  // False when a folder could not be read that another time may be: its disk failed or did not answer. A folder that
+  // the user may not read is none of them.
+  bool ReachedAll() const;
 
  private:
   class Finder;

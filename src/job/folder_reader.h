@@ -2,12 +2,13 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include <memory>
 #include <optional>
 #include <string>
 #include <vector>
 
+#include "host/errand.h"
 #include "host/files.h"
-#include "host/host.h"
 
 namespace quillon::job {
 
@@ -20,8 +21,27 @@ struct FolderContent {
   host::Status listed;  // what ended the listing early; the entries before it count
 };
 
-// Looks at a path without waiting for a disk that no longer answers: the pump has its turns meanwhile, a stop request
-// is obeyed at once, and after half a minute of silence the path is given up with the sentence "没有响应".
-FolderContent ReadFolder(Program& program, const std::string& path);
+// A look at a path that waits for no disk that answers no longer. It begins at once, behind the program.
+class FolderReader {
+ public:
+  FolderReader(Program& program, const std::string& path);
+  FolderReader(const FolderReader&) = delete;
+  FolderReader& operator=(const FolderReader&) = delete;
+
+  // True once all is read; waits at most so long for it.
+  bool Done(double seconds) const { return errand_.Done(seconds); }
+  // Waits for the content. The pump has its turns meanwhile, a stop request is obeyed at once, and after half a minute
+  // of silence the path is given up with the sentence "没有响应". The last call.
+  FolderContent Take();
+
+ private:
+  struct Reading;
+  static host::Errand::Work WorkOf(std::shared_ptr<Reading> reading, const host::Files& files, std::string path);
+
+  Program& program_;
+  double heard_;  // when the disk last answered
+  std::shared_ptr<Reading> reading_;
+  host::Errand errand_;
+};
 
 }  // namespace quillon::job

@@ -74,19 +74,20 @@ void FolderRun::Walk() {
   if (program_.observer) program_.observer->RunStarted(0);
   if (journal_.Kept()) ledger_.RecallBy([this](const std::string& output) { return journal_.SourceOf(output); });
   const double start = checked_ = program_.host.clock.Seconds();
-  WalkEnd end = WalkEnd::Stopped;
+  bool complete = false;
   {
     const FileCount count(program_.host.files, root_, rule_);
     FileWalk walk(program_, rule_);
-    end = walk.Run({root_}, [&](const std::string& path) {
+    const WalkEnd end = walk.Run({root_}, [&](const std::string& path) {
       HandleNext(walk, path);
       TellCount(count);
       return !program_.flags.StopRequested;
     });
+    complete = end == WalkEnd::Complete && walk.ReachedAll();
     program_.leftToOthers += walk.LeftToOthers();
   }
   ledger_.Settle();
-  journal_.End(ledger_, end == WalkEnd::Complete);
+  journal_.End(ledger_, complete);
   ledger_.NoteEnd(program_.host.clock.Seconds() - start, program_.flags.StopRequested);
   // The window was usable meanwhile.
   if (program_.form1.ChOver.On()) program_.Intake().Clear();

@@ -17,7 +17,7 @@ namespace quillon::job {
 // what the run needs of memory does not grow with it.
 //
 // Files in an output folder that lies below the input folder are not handled, unless sources are overwritten: they are
-// results.
+// results. A run that could not reach all folders has not come to its end and can be continued.
 class FolderRun {
  public:
   FolderRun(Program& program, CutLedger& ledger, OneFileDriver& driver);

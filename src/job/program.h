@@ -69,6 +69,9 @@ class Program {
   std::size_t leftToOthers = 0;
   // Files that are left out because an earlier process has handled them.
   std::unordered_set<std::string> handled;
+  // An earlier process died in the place of this one: nothing is worked on ahead, and the observer hears also of each
+  // file that is taken up for the list, so that it is known which file another death was about.
+  bool careful = false;
 
   // Where the guide was installed, for a program folder that holds none.
   std::string documents;

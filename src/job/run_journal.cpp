@@ -26,17 +26,22 @@ struct Stamp {
   std::uint64_t size = 0;
   std::int64_t modified = 0;
   std::uint64_t inode = 0;
+  std::int64_t changed = 0;
 
-  bool operator==(const Stamp&) const = default;
+  bool SameContent(const Stamp& other) const { return size == other.size && modified == other.modified; }
+  // Some disks number their files anew each time they are mounted; the time of the last change stays even then.
+  bool SameFile(const Stamp& other) const { return inode == other.inode || changed == other.changed; }
 };
 
-Stamp StampOf(const FileFacts& facts) { return {facts.size, facts.modified, facts.inode}; }
+Stamp StampOf(const FileFacts& facts) { return {facts.size, facts.modified, facts.inode, facts.changed}; }
 
 std::ostream& operator<<(std::ostream& out, const Stamp& stamp) {
-  return out << stamp.size << ' ' << stamp.modified << ' ' << stamp.inode;
+  return out << stamp.size << ' ' << stamp.modified << ' ' << stamp.inode << ' ' << stamp.changed;
 }
 
-std::istream& operator>>(std::istream& in, Stamp& stamp) { return in >> stamp.size >> stamp.modified >> stamp.inode; }
+std::istream& operator>>(std::istream& in, Stamp& stamp) {
+  return in >> stamp.size >> stamp.modified >> stamp.inode >> stamp.changed;
+}
 
 // As text: the source's stamp, and for each output its stamp and path, ended by a zero byte.
 struct Done {
@@ -64,8 +69,10 @@ Done ReadDone(const std::string& text) {
 
 bool OutputsStand(const host::Files& files, const Done& done) {
   return !done.outputs.empty() && std::all_of(done.outputs.begin(), done.outputs.end(), [&](const auto& output) {
-    const auto now = files.Look(output.second);
-    return now && StampOf(*now) == output.first;
+    const auto facts = files.Look(output.second);
+    if (!facts) return false;
+    const Stamp now = StampOf(*facts);
+    return now.SameContent(output.first) && now.SameFile(output.first);
   });
 }
 
@@ -128,12 +135,12 @@ bool RunJournal::Stands(const std::string& source) {
   if (!doneText.empty()) {
     const Done done = ReadDone(doneText);
     if (!OutputsStand(files, done)) return false;
-    return done.outputs.front().second == source || StampOf(*now) == done.source;
+    return done.outputs.front().second == source || StampOf(*now).SameContent(done.source);
   }
   // Replaced as a whole: that is what a finished cut does to its source.
   std::istringstream in(begunText);
   Stamp before;
-  return in >> before && now->inode != before.inode;
+  return in >> before && !StampOf(*now).SameFile(before);
 }
 
 void RunJournal::Begun(const std::string& source, const std::vector<std::string>& next) {
@@ -164,6 +171,7 @@ void RunJournal::Ended(const std::string& source, const std::vector<FileResult>&
   for (const FileResult& result : results) {
     if (result.result != Result::Written) return;
     made.outputs.push_back(result.output);
+    made.outputs.insert(made.outputs.end(), result.more.begin(), result.more.end());
   }
   made_.push_back(std::move(made));
 }

@@ -37,7 +37,7 @@ class RunObserver {
   virtual void RunStarted(std::size_t planned) = 0;  // 0: not known beforehand
   // The number that was not known when the run started, once it is; what goes on meanwhile may still change it.
   virtual void RunPlanned(std::size_t /*planned*/) {}
-  // A file of a run is taken up.
+  // A file of a run is taken up; "": none is.
   virtual void FileBegun(const std::string& /*source*/) {}
   virtual void FileDone(const FileResult& file) = 0;
   // A file told as written whose bytes did not reach the disk after all.

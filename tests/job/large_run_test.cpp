@@ -156,6 +156,26 @@ TEST_F(LargeRunTest, FrameOnlyIsReadForEachFile) {
   EXPECT_EQ(SizeOf(Out("2.jpg")), (base::Size{40, 30}));
 }
 
+TEST_F(LargeRunTest, TheBackupWorkerIsSwitchedOff) {
+  Make("a.bmp", 10, 10);
+  form.ChBack.Set(true);
+  Cut();
+  EXPECT_FALSE(form.ChBack.On());
+}
+
+// What may have killed an earlier process must be the file under way.
+TEST_F(LargeRunTest, ACarefulRunTellsAFileBeforeItTouchesIt) {
+  for (int i = 0; i < 5; ++i) Make(std::to_string(i) + ".jpg", 40, 30);
+  program.careful = true;
+  recorder.onFileDone = [&](const FileResult& file) { EXPECT_EQ(recorder.begun.back(), file.source); };
+  Cut();
+  EXPECT_EQ(recorder.begun.size(), 5u);
+  recorder.begun.clear();
+  Put("ChBig", "0");
+  List({In("0.jpg"), In("1.jpg")});
+  EXPECT_EQ(recorder.begun, (std::vector<std::string>{In("0.jpg"), In("1.jpg"), ""}));
+}
+
 TEST_F(LargeRunTest, FoldersDoneAreReadBeforeAndWrittenBehind) {
   Option("ChOmitFolds", "1");
   for (const char* name : {"x/1.bmp", "y/2.bmp"}) Make(name, 10, 10);

@@ -184,6 +184,92 @@ TEST_F(ResumeTest, ARestoredSourceIsCutAgain) {
   EXPECT_EQ(SizeOf(In("0.png")), (base::Size{20, 30}));
 }
 
+// Network disks may number their files anew each time they are mounted.
+TEST_F(ResumeTest, NothingIsDoneTwiceOnADiskThatNumbersItsFilesAnew) {
+  for (const char* over : {"0", "1"}) {
+    SCOPED_TRACE(over);
+    for (int i = 0; i < 6; ++i) Make(std::to_string(i) + ".png", 40, 30);
+    Put("ChOver", over);
+    StopBehind(4);
+    world.faults.Renumber(1000);
+    Answer(Reply::Yes);
+    Cut();
+    EXPECT_EQ(Totals().written, 2u) << Results();
+    EXPECT_EQ(Totals().skipped, 4u);
+  }
+  for (int i = 0; i < 6; ++i) EXPECT_EQ(SizeOf(In(std::to_string(i) + ".png")), (base::Size{20, 30})) << i;
+}
+
+// What was only about to be overwritten when the run was killed is done, also when its number or its rights changed.
+TEST_F(ResumeTest, SourcesThatAKilledRunDidNotReachAreCut) {
+  Put("ChOver", "1");
+  const std::string journal = world.folder.Path("journals");
+  const std::string copy = world.folder.Path("copy");
+  recorder.onFileDone = [&](const FileResult&) {
+    if (recorder.done.size() == 3) std::filesystem::copy(journal, copy);
+    flags.StopRequested = recorder.done.size() == 3;
+  };
+  for (const bool renumbered : {true, false}) {
+    SCOPED_TRACE(renumbered);
+    recorder.done.clear();
+    Cut();
+    std::filesystem::remove_all(journal);
+    std::filesystem::rename(copy, journal);
+    if (renumbered) {
+      world.faults.Renumber(1000);
+    } else {
+      for (int i = 0; i < 6; ++i) {
+        std::filesystem::permissions(In(std::to_string(i) + ".png"), std::filesystem::perms::owner_all);
+      }
+    }
+    const auto keep = std::exchange(recorder.onFileDone, {});
+    Answer(Reply::Yes);
+    Cut();
+    EXPECT_EQ(Totals().written, 3u) << Results();
+    for (int i = 0; i < 6; ++i) {
+      EXPECT_EQ(SizeOf(In(std::to_string(i) + ".png")), (base::Size{20, 30})) << i;
+      Make(std::to_string(i) + ".png", 40, 30);
+    }
+    recorder.onFileDone = keep;
+  }
+}
+
+TEST_F(ResumeTest, ASplitPictureStandsWithAllItsPieces) {
+  Option("ChSplit", "1");
+  Put("FBaseOpt.TSmalS(4)", "2");
+  Put("FBaseOpt.TSmalS(5)", "1");
+  StopBehind(3);
+  ASSERT_EQ(first[0].more.size(), 1u);
+  std::filesystem::remove(first[0].more[0]);
+  Answer(Reply::Yes);
+  Cut();
+  EXPECT_EQ(Totals().written, 4u) << Results();
+  EXPECT_EQ(Totals().skipped, 2u);
+  EXPECT_EQ(OutNames().size(), 12u);
+}
+
+// A disk that fails is not the end of the job, a folder that the user may not read is.
+TEST_F(ResumeTest, AJobThatCouldNotReachAllFoldersIsContinued) {
+  Make("x/6.png", 40, 30);
+  for (const int error : {EIO, EACCES}) {
+    SCOPED_TRACE(error);
+    world.faults.Set({.call = host::testing::DiskCall::List,
+                      .error = error,
+                      .length = host::testing::Fault::Length::ForEver,
+                      .pathHolds = "in/x"});
+    Cut();
+    EXPECT_EQ(Totals().written, 6u);
+    EXPECT_FALSE(Totals().stopped);
+    EXPECT_EQ(Journals().size(), error == EIO ? 1u : 0u);
+    world.faults.Clear();
+    if (error != EIO) continue;
+    Answer(Reply::Yes);
+    Cut();
+    EXPECT_EQ(Totals().written, 1u);
+    EXPECT_EQ(Totals().skipped, 6u);
+  }
+}
+
 TEST_F(ResumeTest, OutputsOfOneNameAreToldBeyondACheckpoint) {
   for (int i = 0; i < 6; ++i) std::filesystem::remove(In(std::to_string(i) + ".png"));
   Make("a/x.png", 40, 30);

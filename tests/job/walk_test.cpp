@@ -35,6 +35,7 @@ class WalkTest : public ProgramTest {
       seen.push_back(path);
       return !visit || visit(path);
     });
+    reachedAll = walk.ReachedAll();
     return seen;
   }
   static Paths Sorted(Paths paths) {
@@ -46,6 +47,7 @@ class WalkTest : public ProgramTest {
   std::string leftOut;
   std::function<bool(const std::string&)> visit;
   WalkEnd end = WalkEnd::Complete;
+  bool reachedAll = false;
 };
 
 TEST_F(WalkTest, FilesOfAFolderComeBeforeItsSubfolders) {
@@ -126,6 +128,7 @@ TEST_F(WalkTest, ASubfolderWithAnErrorIsSkipped) {
   EXPECT_EQ(Sorted(Walk({Path("")})), (Paths{Path("a/1.jpg"), Path("c/3.jpg")}));
   EXPECT_EQ(end, WalkEnd::Complete);
   EXPECT_EQ(world.faults.Fired(), 1);
+  EXPECT_TRUE(reachedAll) << "what may not be read never will be";
 }
 
 TEST_F(WalkTest, AFolderThatVanishesIsSkippedSilently) {
@@ -182,6 +185,24 @@ TEST_F(WalkTest, AFolderThatNeverAnswersIsGivenUp) {
   EXPECT_EQ(end, WalkEnd::Complete);
   ASSERT_EQ(recorder.notListed.size(), 1u);
   EXPECT_EQ(recorder.notListed[0].second, "文件夹无法读取，已跳过：没有响应");
+  dead.Answer();
+}
+
+TEST_F(WalkTest, WhatIsFoundDoesNotWaitForADeadFolder) {
+  for (const char* name : {"0.jpg", "a/1.jpg"}) File(name);
+  DeadDisk dead;
+  world.faults.Before(host::testing::DiskCall::List, 2, [&] { dead.Hang(); });
+  world.pump.EveryTurn([&] { world.clock.Advance(1); });
+  double visited = -1;
+  visit = [&](const std::string&) {
+    visited = world.clock.Seconds();
+    return true;
+  };
+  EXPECT_EQ(Walk({Path("")}), Paths{Path("0.jpg")});
+  EXPECT_GE(visited, 0);
+  EXPECT_LT(visited, 10);
+  EXPECT_GE(world.clock.Seconds(), 30);
+  EXPECT_FALSE(reachedAll);
   dead.Answer();
 }
 
