@@ -121,6 +121,7 @@ class Session {
       program.journals = &journals_;
       program.share = plan_.share;
       program.handled = Handled();
+      program.careful = !host::posix::Environment(kCarefulVariable).empty();
       program.Start();
       Watch watch(program, *reporter_, plan_.json && plan_.trace ? Trace::Yes : Trace::No);
       ManualSteps manual(program, suite.regions.cutFrame, plan_.answers, *reporter_);

@@ -108,6 +108,10 @@ void WorkerReporter::Show(const Progress& progress) {
 
 void WorkerReporter::Begun(const std::string& source) { WriteLine(BegunLine(source)); }
 
+void WorkerReporter::Write(const Event& event) {
+  if (event.kind != EventKind::Title) JsonReporter::Write(event);
+}
+
 std::string ProgressText(const Progress& progress) {
   if (!progress.running) return progress.status;
   const double rate = progress.seconds > 0 ? static_cast<double>(progress.done) / progress.seconds : 0;

@@ -65,6 +65,10 @@ class WorkerReporter final : public JsonReporter {
 
   void Show(const Progress& progress) override;
   void Begun(const std::string& source) override;
+
+ protected:
+  // All but titles, which nobody hears.
+  void Write(const Event& event) override;
 };
 
 enum class Terminal { No, Yes };

@@ -15,24 +15,27 @@
 namespace quillon::batch {
 namespace {
 
-constexpr const char* kThisProgram = "/proc/self/exe";
 constexpr int kCannotStart = 127;
 
 // Everything that needs memory is made before the process is parted.
 struct Call {
-  Call(const std::vector<std::string>& arguments, const std::string& leftOut)
-      : variable(std::string(kWorkerVariable) + "=" + leftOut) {
+  Call(std::string file, const std::vector<std::string>& arguments, const std::string& leftOut, Careful careful)
+      : program(std::move(file)), own{std::string(kWorkerVariable) + "=" + leftOut} {
+    if (careful == Careful::Yes) own.push_back(std::string(kCarefulVariable) + "=1");
     words.push_back(const_cast<char*>("quillon-batch"));
     for (const std::string& argument : arguments) words.push_back(const_cast<char*>(argument.c_str()));
     words.push_back(nullptr);
     for (char** entry = environ; *entry; ++entry) {
-      if (!std::string_view(*entry).starts_with(kWorkerVariable)) variables.push_back(*entry);
+      const std::string_view variable = *entry;
+      const bool ours = variable.starts_with(kWorkerVariable) || variable.starts_with(kCarefulVariable);
+      if (!ours) variables.push_back(*entry);
     }
-    variables.push_back(variable.data());
+    for (std::string& variable : own) variables.push_back(variable.data());
     variables.push_back(nullptr);
   }
 
-  std::string variable;
+  std::string program;
+  std::vector<std::string> own;  // variables
   std::vector<char*> words;
   std::vector<char*> variables;
 };
@@ -46,16 +49,17 @@ struct Call {
   sigprocmask(SIG_SETMASK, &none, nullptr);
   dup2(out, STDOUT_FILENO);
   dup2(err, STDERR_FILENO);
-  execve(kThisProgram, call.words.data(), call.variables.data());
+  execve(call.program.c_str(), call.words.data(), call.variables.data());
   _exit(kCannotStart);
 }
 
 }  // namespace
 
-Worker::Worker(const std::vector<std::string>& arguments, const std::string& leftOut, TakeLine out, TakeLine err) {
+Worker::Worker(const std::string& program, const std::vector<std::string>& arguments, const std::string& leftOut,
+               Careful careful, TakeLine out, TakeLine err) {
   out_.take = std::move(out);
   err_.take = std::move(err);
-  const Call call(arguments, leftOut);
+  const Call call(program, arguments, leftOut, careful);
   int outEnds[2] = {-1, -1};
   int errEnds[2] = {-1, -1};
   if (pipe2(outEnds, O_CLOEXEC) == 0 && pipe2(errEnds, O_CLOEXEC) == 0) {

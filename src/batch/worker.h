@@ -12,6 +12,10 @@ namespace quillon::batch {
 
 // Set for a worker process: a file that names the sources it is to leave out, each ended by a zero byte.
 inline constexpr const char* kWorkerVariable = "QUILLON_BATCH_WORKER";
+// Set for one that takes the place of a dead worker: see job::Program::careful.
+inline constexpr const char* kCarefulVariable = "QUILLON_BATCH_CAREFUL";
+
+enum class Careful { No, Yes };
 
 // How a worker process ended.
 struct WorkerEnd {
@@ -19,14 +23,15 @@ struct WorkerEnd {
   int signal = 0;  // 0 where none did
 };
 
-// One worker: this program once more, in a process of its own that is no part of the terminal's group, so that a
-// Ctrl-C reaches it only through us, and that is asked to stop when we are gone.
+// One worker: a program, as a rule this one once more, in a process of its own that is no part of the terminal's group,
+// so that a Ctrl-C reaches it only through us, and that is asked to stop when we are gone.
 class Worker {
  public:
   using TakeLine = std::function<void(const std::string& line)>;
 
   // Starts it; out and err are given its lines while Read is called.
-  Worker(const std::vector<std::string>& arguments, const std::string& leftOut, TakeLine out, TakeLine err);
+  Worker(const std::string& program, const std::vector<std::string>& arguments, const std::string& leftOut,
+         Careful careful, TakeLine out, TakeLine err);
   // Ends the process at once if it still runs.
   ~Worker();
   Worker(const Worker&) = delete;

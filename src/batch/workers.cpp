@@ -49,14 +49,15 @@ struct Workers::Member {
 };
 
 Workers::Workers(const Plan& plan, std::vector<std::string> arguments, std::string folder, host::Files& files,
-                 host::Clock& clock, Reporter& reporter, Stopping stopping)
+                 host::Clock& clock, Reporter& reporter, Stopping stopping, std::string program)
     : plan_(plan),
       arguments_(std::move(arguments)),
       folder_(std::move(folder)),
       files_(files),
       clock_(clock),
       reporter_(reporter),
-      stopping_(std::move(stopping)) {}
+      stopping_(std::move(stopping)),
+      program_(std::move(program)) {}
 
 Workers::~Workers() = default;
 
@@ -66,7 +67,7 @@ Exit Workers::Run() {
     auto member = std::make_unique<Member>();
     member->number = i;
     member->share = plan_.share.Part(i, plan_.jobs);
-    Start(*member);
+    Start(*member, Careful::No);
     members_.push_back(std::move(member));
   }
   const auto running = [](const auto& member) { return !member->gone; };
@@ -83,7 +84,7 @@ Exit Workers::Run() {
   return exit;
 }
 
-void Workers::Start(Member& member) {
+void Workers::Start(Member& member, Careful careful) {
   const std::vector<std::string> arguments = WorkerArguments(arguments_, member.share);
   const std::string leftOut = SaveLeftOut(member);
   const auto out = [this, &member](const std::string& line) { TakeLine(member, line); };
@@ -94,7 +95,7 @@ void Workers::Start(Member& member) {
   member.progress = {};
   member.finished = false;
   const std::lock_guard lock(mutex_);
-  member.worker = std::make_unique<Worker>(arguments, leftOut, out, err);
+  member.worker = std::make_unique<Worker>(program_, arguments, leftOut, careful, out, err);
 }
 
 std::string Workers::SaveLeftOut(const Member& member) {
@@ -215,10 +216,22 @@ void Workers::TakeEnd(Member& member) {
   member.inVain = progressed ? 0 : member.inVain + 1;
   member.gone = stopping_() || member.inVain >= kMostInVain;
   if (!member.gone) {
-    Start(member);
+    Start(member, Careful::Yes);
   } else if (!stopping_()) {
-    std::fprintf(stderr, "quillon-batch: 第 %zu 个处理进程意外结束%s，它的文件没有处理完\n", member.number + 1,
-                 how.c_str());
+    TellUnfinished(member, how);
+  }
+}
+
+// What lies in a folder only a worker finds out.
+void Workers::TellUnfinished(Member& member, const std::string& how) {
+  const std::string what = "第 " + std::to_string(member.number + 1) + " 个处理进程意外结束" + how;
+  std::fprintf(stderr, "quillon-batch: %s，它的文件没有处理完\n", what.c_str());
+  for (const Step& step : plan_.steps) {
+    for (const std::string& path : step.files) {
+      const bool folder = files_.IsFolder(path);
+      if (!folder && (!member.share.TakesNamed(path) || !member.handled.insert(path).second)) continue;
+      TellLost(path, what + (folder ? "，其中由它负责的文件没有处理完" : "，这个文件没有处理"));
+    }
   }
 }
 

@@ -19,16 +19,20 @@
 
 namespace quillon::batch {
 
+inline constexpr const char* kThisProgram = "/proc/self/exe";
+
 // Carries out a plan by several workers, each with its share of the files, and tells what they do as one run.
 //
 // Told are the files and boxes of all, and everything else of the first. The sums are those of all file events: an
 // output that two workers made under one name counts once. A worker that dies costs the file that it had under way,
-// which is told as one without output; the rest of its share is done by another in its place.
+// which is told as one without output; the rest of its share is done by another in its place, which works on one file
+// at a time. Where that cannot be done either, the named files and folders are told as left without output.
 class Workers {
  public:
-  // arguments are those of the plan; folder is one of our own, for the lists of files that are left out.
+  // arguments are those of the plan; folder is one of our own, for the lists of files that are left out; program is
+  // what the workers run.
   Workers(const Plan& plan, std::vector<std::string> arguments, std::string folder, host::Files& files,
-          host::Clock& clock, Reporter& reporter, Stopping stopping);
+          host::Clock& clock, Reporter& reporter, Stopping stopping, std::string program = kThisProgram);
   ~Workers();
   Workers(const Workers&) = delete;
   Workers& operator=(const Workers&) = delete;
@@ -41,13 +45,14 @@ class Workers {
  private:
   struct Member;
 
-  void Start(Member& member);
+  void Start(Member& member, Careful careful);
   std::string SaveLeftOut(const Member& member);
   void WaitForSome();
   void TakeLine(Member& member, const std::string& line);
   void TakeEvent(Member& member, const Event& event);
   void TakeFile(Member& member, const Event& event);
   void TakeEnd(Member& member);
+  void TellUnfinished(Member& member, const std::string& how);
   void Count(const std::string& result, int step);
   void TellLost(const std::string& source, const std::string& why);
   void ShowProgress();
@@ -60,6 +65,7 @@ class Workers {
   host::Clock& clock_;
   Reporter& reporter_;
   Stopping stopping_;
+  std::string program_;
   std::mutex mutex_;  // over the processes, which a second signal looks at from another thread
   std::vector<std::unique_ptr<Member>> members_;
   std::unordered_map<std::string, std::string> sources_;  // by output

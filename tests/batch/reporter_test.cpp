@@ -163,5 +163,14 @@ TEST(JsonReporter, WritesEachEventAtOnce) {
   EXPECT_EQ(out.Text(), "{\"event\":\"beep\"}\n{\"event\":\"title\",\"text\":\"x\",\"window\":\"Form1\"}\n");
 }
 
+TEST(WorkerReporter, LeavesTitlesOut) {
+  Stream out;
+  Stream err;
+  WorkerReporter reporter(out.File(), err.File());
+  reporter.Tell(TitleEvent("Form1", "x"));
+  reporter.Tell(BeepEvent());
+  EXPECT_EQ(out.Text(), "{\"event\":\"beep\"}\n");
+}
+
 }  // namespace
 }  // namespace quillon::batch

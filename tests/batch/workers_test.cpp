@@ -10,7 +10,10 @@
 
 #include "batch/json_io.h"
 #include "batch/program_fixture.h"
+#include "batch/recorder.h"
 #include "batch/worker_lines.h"
+#include "host/posix/posix_clock.h"
+#include "host/testing/test_host.h"
 
 namespace quillon::batch {
 namespace {
@@ -173,6 +176,61 @@ TEST_F(WorkersTest, StopWhenTheOneThatStartedThemIsGone) {
     }
   }
   EXPECT_LT(folder.Names("out").size(), 1000u);
+}
+
+// --- Workers that die, played by a script. It is told by its variables what it is to leave out and whether an earlier
+// one died, and notes each start.
+class DyingWorkersTest : public testing::Test {
+ protected:
+  Exit Perform(const std::string& script, const std::vector<std::string>& files) {
+    const std::string program = world_.folder.Write("worker", "#!/bin/sh\necho start >>'" + Log() + "'\n" + script);
+    fs::permissions(program, fs::perms::owner_all);
+    Plan plan;
+    plan.steps.push_back({Verb::Files, "", "", files, ""});
+    Workers workers(
+        plan, {}, world_.folder.Path(), world_.files, clock_, recorder_, [] { return false; }, program);
+    return workers.Run();
+  }
+  std::string Log() const { return world_.folder.Path("log"); }
+  std::size_t Starts() const {
+    const std::string log = world_.folder.Read("log");
+    return static_cast<std::size_t>(std::count(log.begin(), log.end(), '\n'));
+  }
+  static std::string Says(const std::string& line) { return "printf '%s\\n' '" + line + "'\n"; }
+  std::map<std::string, std::string> Whys() const {
+    std::map<std::string, std::string> whys;
+    for (const Event& event : recorder_.Of(EventKind::File)) whys[event.Text("source")] = event.Text("why");
+    return whys;
+  }
+
+  host::testing::TestHost world_;
+  host::posix::PosixClock clock_;
+  Recorder recorder_;
+};
+
+TEST_F(DyingWorkersTest, OneThatDiesWhileItListsCostsTheFileItLookedAt) {
+  const std::string good = JsonLine(FileEvent({0, "/good.jpg", "/out/good.jpg", job::Result::Written, ""}));
+  const std::string end = JsonLine(EndEvent({1, 0, 0, 0.1, false}));
+  // The first does not say what it looks at; the careful ones do.
+  const Exit exit = Perform("if grep -q bad \"$QUILLON_BATCH_WORKER\"; then\n" + Says(good) + Says(end) +
+                                "exit 0\nfi\n"
+                                "if [ -n \"$QUILLON_BATCH_CAREFUL\" ]; then\n" +
+                                Says(BegunLine("/good.jpg")) + Says(BegunLine("/bad.jpg")) + "fi\nkill -9 $$\n",
+                            {"/good.jpg", "/bad.jpg"});
+  EXPECT_EQ(exit, Exit::SomeWithout);
+  EXPECT_EQ(Starts(), 3u);
+  EXPECT_EQ(Whys(), (std::map<std::string, std::string>{
+                        {"/good.jpg", ""}, {"/bad.jpg", "处理进程意外结束（信号 9），这个文件可能没有处理完"}}));
+}
+
+TEST_F(DyingWorkersTest, WhatNoneCouldDoIsNamed) {
+  const std::string folder = world_.folder.Path("folder");
+  fs::create_directories(folder);
+  EXPECT_EQ(Perform("kill -9 $$\n", {"/a.jpg", folder}), Exit::SomeWithout);
+  EXPECT_EQ(Starts(), 3u);
+  EXPECT_EQ(Whys(), (std::map<std::string, std::string>{
+                        {"/a.jpg", "第 1 个处理进程意外结束（信号 9），这个文件没有处理"},
+                        {folder, "第 1 个处理进程意外结束（信号 9），其中由它负责的文件没有处理完"}}));
 }
 
 // --- Shares
