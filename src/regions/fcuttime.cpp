@@ -71,27 +71,26 @@ void FCutTime::ChMul_Click() {
   Frame3.SetVisible(ChMul.On());
 }
 
+// A window that was closed does not come back.
 void FCutTime::Chback_Click() {
   if (Chback.On()) {
     Hide();
-  } else if (running_) {
+  } else if (Loaded()) {
     Show();
   }
 }
 
 WatchOptions FCutTime::Options() const {
-  WatchOptions options;
-  options.folder = LDir.Value();
-  options.type = CmbType.Index();
-  options.fast = ChFast.On();
-  options.sizeFilter = ChSizeFilter.On();
-  options.both = ChBoth.On();
-  options.smallWidth = TW.Integer();
-  options.smallHeight = TH.Integer();
-  options.several = ChMul.On();
-  options.regions = editor_.List().All();
-  options.unit = editor_.GetUnit();
-  return options;
+  return {.folder = LDir.Value(),
+          .type = CmbType.Index(),
+          .fast = ChFast.On(),
+          .sizeFilter = ChSizeFilter.On(),
+          .both = ChBoth.On(),
+          .smallWidth = TW.Integer(),
+          .smallHeight = TH.Integer(),
+          .several = ChMul.On(),
+          .regions = editor_.List().All(),
+          .unit = editor_.GetUnit()};
 }
 
 void FCutTime::CmdDo_Click() {
@@ -134,12 +133,16 @@ void FCutTime::Watch() {
       {[this] { return GoesOn(); }, [this](std::size_t cut) { LFiles.SetText(kCount + std::to_string(cut)); },
        [this](const std::string& sentence) { LNote.SetText(sentence); }});
   if (program_.observer) program_.observer->RunStarted(0);
+  const double start = program_.host.clock.Seconds();
   while (GoesOn()) {
     watch.Round();
     program_.host.pump.Turn();
     Wait();
   }
-  if (program_.observer) program_.observer->RunEnded(watch.Totals());
+  job::RunTotals totals = watch.Totals();
+  totals.seconds = program_.host.clock.Seconds() - start;
+  totals.stopped = program_.flags.StopRequested;
+  if (program_.observer) program_.observer->RunEnded(totals);
 }
 
 void FCutTime::Wait() {

@@ -66,7 +66,7 @@ bool FolderLooks::ListingNeeded() {
 void FolderLooks::List() {
   listedAt_ = host_.clock.Seconds();
   const host::Status listed = host_.files.ListFolder(folder_, [this](const host::FolderEntry& entry) {
-    if (entry.kind == host::FileKind::File && accepts_(entry.name) && !seen_.contains(entry.name)) {
+    if (entry.kind == host::FileKind::File && accepts_(entry.name) && !seenNames_.contains(entry.name)) {
       waiting_.try_emplace(entry.name);
     }
     return true;
@@ -75,7 +75,7 @@ void FolderLooks::List() {
 }
 
 void FolderLooks::Take(const std::string& name) {
-  seen_.insert(name);
+  seenNames_.insert(name);
   waiting_.erase(name);
 }
 

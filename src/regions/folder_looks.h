@@ -40,7 +40,8 @@ class FolderLooks {
   bool FolderThere() const { return there_; }
   // The name is done with, whatever comes under it.
   void Take(const std::string& name);
-  bool Seen(const std::string& name) const { return seen_.contains(name); }
+  // The names that are done with: what is in here is not new.
+  const std::unordered_set<std::string>& SeenNames() const { return seenNames_; }
   // The file is not whole: it is ready again when it has changed and settled once more.
   void Refuse(const std::string& name);
   std::optional<Stamp> StampOf(const std::string& name) const;
@@ -57,7 +58,7 @@ class FolderLooks {
   host::Host& host_;
   std::string folder_;
   Accepts accepts_;
-  std::unordered_set<std::string> seen_;
+  std::unordered_set<std::string> seenNames_;
   std::map<std::string, Waiting> waiting_;
   bool there_ = false;
   std::optional<Stamp> folderStamp_;

@@ -126,22 +126,27 @@ std::vector<RegionCut> FolderWatch::CutsOf(const std::string& path, base::Size s
   return cuts;
 }
 
-// Cut aside first: a source that another program has replaced meanwhile is not written over. A picture that cannot be
-// loaded for the fast way goes the other one.
-host::Status FolderWatch::CutInPlace(const std::string& path, const Stamp& stamp, const RegionCut& cut) {
+// A picture that cannot be loaded for the fast way goes the other one.
+RegionSource FolderWatch::Open(const std::string& path) const {
   using Decode = RegionSource::Decode;
+  if (options_.fast) {
+    RegionSource fast(program_.images, path, Decode::Once, imaging::Alpha::OnWhite);
+    if (fast.Opened()) return fast;
+  }
+  return {program_.images, path, options_.several ? Decode::Once : Decode::ForEach};
+}
+
+// Cut aside first: a source that another program has replaced meanwhile is not written over.
+host::Status FolderWatch::CutInPlace(const std::string& path, const Stamp& stamp, const RegionCut& cut) {
   const std::string work = program_.AppPath("Tmp2." + base::SplitPath(path).extension);
-  RegionSource picture(program_.images, path, options_.fast ? Decode::Once : Decode::ForEach);
-  RegionSource other(program_.images, path, Decode::ForEach);
-  const int quality = program_.form1.TQuality.Integer();
-  const host::Status made = (picture.Opened() ? picture : other).Cut({cut.box, work}, quality);
+  const host::Status made = Open(path).Cut({cut.box, work}, program_.form1.TQuality.Integer());
   if (!made) return made;
   if (StampOf(program_.host.files, path) != stamp) return {Problem::Damaged, "图片在裁剪期间被改动"};
   return job::CopyAsking(program_, work, path);
 }
 
 host::Status FolderWatch::CutBeside(const std::string& name, const Stamp& stamp, const std::vector<RegionCut>& cuts) {
-  RegionSource picture(program_.images, PathOf(name), RegionSource::Decode::Once);
+  RegionSource picture = Open(PathOf(name));
   if (!picture.Opened()) return picture.Opened();
   Leaving leaving{name, stamp, {}};
   host::Status failure;
@@ -187,7 +192,10 @@ void FolderWatch::LetGoOf(const Leaving& leaving, const std::vector<host::LateFa
     return;
   }
   Tell(leaving.name, Result::Written, "", leaving.outputs.front());
-  if (StampOf(program_.host.files, path) != leaving.stamp) return;
+  if (StampOf(program_.host.files, path) != leaving.stamp) {
+    hooks_.note(base::DisplayText(leaving.name) + "：图片在裁剪期间被改动，源文件已保留");
+    return;
+  }
   const host::Status gone = program_.host.files.Discard(path);
   if (!gone) hooks_.note("源文件没能移入回收站：" + base::DisplayText(path) + "：" + gone.Why());
 }

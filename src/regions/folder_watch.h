@@ -20,8 +20,8 @@ bool PassesType(int type, const std::string& name);
 
 struct WatchOptions {
   std::string folder;
-  int type = 0;  // CmbType
-  bool fast = false;
+  int type = 0;       // CmbType
+  bool fast = false;  // ChFast: transparency goes, laid on white
   bool sizeFilter = false;
   bool both = false;
   int smallWidth = 0;  // TW
@@ -61,6 +61,7 @@ class FolderWatch {
   void Work(const std::string& name);
   bool IsSmall(const imaging::ImageFacts& facts) const;
   std::vector<RegionCut> CutsOf(const std::string& path, base::Size size) const;
+  RegionSource Open(const std::string& path) const;
   // The one region, in the place of the source.
   host::Status CutInPlace(const std::string& path, const Stamp& stamp, const RegionCut& cut);
   host::Status CutBeside(const std::string& name, const Stamp& stamp, const std::vector<RegionCut>& cuts);

@@ -8,8 +8,8 @@
 
 namespace quillon::regions {
 
-RegionSource::RegionSource(imaging::Services& images, std::string path, Decode decode)
-    : images_(images), path_(std::move(path)) {
+RegionSource::RegionSource(imaging::Services& images, std::string path, Decode decode, imaging::Alpha alpha)
+    : images_(images), path_(std::move(path)), alpha_(alpha) {
   if (decode == Decode::ForEach) return;
   opened_ = images_.LoadImageFromFile(path_, picture_);
   if (opened_.GetProblem() == host::Problem::TooLarge) opened_ = host::Status::Ok();
@@ -24,7 +24,7 @@ host::Status RegionSource::Cut(const RegionCut& cut, int quality) {
   request.encoder = imaging::EncoderFor(base::SplitPath(cut.output).extension);
   request.quality = quality;
   const bool holdsAlpha = request.encoder == imaging::Encoder::Png || request.encoder == imaging::Encoder::Gif;
-  request.alpha = holdsAlpha ? imaging::Alpha::Kept : imaging::Alpha::OnWhite;
+  request.alpha = holdsAlpha ? alpha_ : imaging::Alpha::OnWhite;
   return picture_ ? images_.CropImageToFile(picture_, request) : images_.CropToFile(request);
 }
 

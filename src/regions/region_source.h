@@ -14,13 +14,14 @@ struct RegionCut {
   std::string output;
 };
 
-// A picture that regions are cut out of. png and gif keep their transparency.
+// A picture that regions are cut out of.
 class RegionSource {
  public:
   // Once: the picture is decoded now and all cuts come from that, unless memory does not hold it. ForEach: each cut
   // reads the file.
   enum class Decode { Once, ForEach };
-  RegionSource(imaging::Services& images, std::string path, Decode decode);
+  // Transparency that is kept is kept by png and gif, which can hold it.
+  RegionSource(imaging::Services& images, std::string path, Decode decode, imaging::Alpha alpha = imaging::Alpha::Kept);
 
   // How decoding went; fine where each cut reads the file.
   const host::Status& Opened() const { return opened_; }
@@ -30,6 +31,7 @@ class RegionSource {
  private:
   imaging::Services& images_;
   std::string path_;
+  imaging::Alpha alpha_;
   imaging::Image picture_;
   host::Status opened_;
 };

@@ -4,10 +4,12 @@
 #include <filesystem>
 
 #include "regions_fixture.h"
+#include "transparent_png.h"
 
 namespace quillon::regions {
 namespace {
 
+using controls::Kind;
 using host::Reply;
 using job::Painted;
 using job::Picture;
@@ -23,9 +25,10 @@ class CutTimeTest : public RegionsTest {
     program.ShowWindow("FCutTime");
     Put("FCutTime.LDir", world.folder.Path("in"));
     Put("FCutTime.CmbType", "0");
-    world.boxes.Answer("终止定时裁剪？", Reply::Ok);
+    AnswerStop();
     Fill("10", "20", "30", "40");
   }
+  virtual void AnswerStop() { world.boxes.Answer("终止定时裁剪？", Reply::Ok); }
   // Presses the start and, once done() holds, the stop. done is asked at every turn.
   void WatchUntil(const std::function<bool()>& done) {
     int turns = 0;
@@ -59,6 +62,12 @@ class CutTimeTest : public RegionsTest {
   std::vector<std::shared_ptr<std::function<void()>>> acts_;
 };
 
+// The question at the end is answered by the test.
+class StopTest : public CutTimeTest {
+ protected:
+  void AnswerStop() override {}
+};
+
 TEST_F(RegionsTest, TheTimedWindowOpensWithTheInputFolderOfTheMainWindow) {
   FCutTime& timed = regions.fCutTime;
   form.LInDir.SetText(world.folder.Path("out"));
@@ -71,6 +80,58 @@ TEST_F(RegionsTest, TheTimedWindowOpensWithTheInputFolderOfTheMainWindow) {
   for (const char* name : {"ChFast", "ChBak", "ChSizeFilter", "ChBoth", "ChMul", "Chback"}) {
     EXPECT_EQ(timed.Find(name)->Value(), "0") << name;
   }
+}
+
+TEST_F(RegionsTest, TheTimedWindowHasItsControls) {
+  struct Case {
+    const char* name;
+    Kind kind;
+    const char* caption;
+    const char* tooltip;
+  };
+  const Case cases[] = {
+      {"CmdInDir", Kind::Button, "工作目录...", ""},
+      {"CmbType", Kind::ComboBox, "图片类型：", ""},
+      {"ChFast", Kind::CheckBox, "快速模式(不能处理超大图)",
+       "不能处理过大的图像，比如超过四五千以上像素的文件；遇超大图自动切换到超大图处理模式"},
+      {"ChBak", Kind::CheckBox, "本机异常，启用备用模式(处理缓慢)",
+       "如果正常处理时，程序在你本机异常不能正常运行，请勾选备用模式；处理缓慢，适用任何图，包括超大图"},
+      {"ChSizeFilter", Kind::CheckBox, "忽略小图片", ""},
+      {"TW", Kind::TextBox, "宽<=", "30-1000"},
+      {"TH", Kind::TextBox, "高<=", "30-1000"},
+      {"ChBoth", Kind::CheckBox, "同时满足", ""},
+      {"ChMul", Kind::CheckBox, "多区域裁剪", ""},
+      {"Chback", Kind::CheckBox, "后台监控", "将程序最小化到任务栏"},
+      {"CmdDo", Kind::Button, "开始定时裁剪", ""},
+      {"CmdStop", Kind::Button, "终止", ""},
+      {"LFiles", Kind::Label, "已裁剪数：0", ""},
+  };
+  for (const Case& one : cases) {
+    const controls::Control* control = regions.fCutTime.Find(one.name);
+    ASSERT_NE(control, nullptr) << one.name;
+    EXPECT_EQ(control->GetKind(), one.kind) << one.name;
+    EXPECT_EQ(control->Caption(), one.caption) << one.name;
+    EXPECT_EQ(control->Tooltip(), one.tooltip) << one.name;
+  }
+  EXPECT_STREQ(kWatchingText, "定时裁剪器正在运行中...");
+}
+
+TEST_F(CutTimeTest, TheGridFollowsTheUnitAndTheLimitOfRegions) {
+  const auto header = [this] { return window.MSFlexGrid1.Headers()[0]; };
+  Put("FCutTime.ChMul", "1");
+  EXPECT_EQ(header(), "上边距/像素");
+  form.ChCutA.Set(false);
+  EXPECT_EQ(header(), "上边距/%");
+  world.dialogs.ChooseFiles({world.folder.Write("a.clt", "R\r\n1\t2\t3\t4\r\n")});
+  Click("FCutTime.CmdInput");
+  EXPECT_EQ(header(), "上边距/像素");
+  EXPECT_EQ(window.MSFlexGrid1.RowCount(), 1u);
+  for (int i = 1; i < 101; ++i) Region("200", std::to_string(i), "0", "0");
+  EXPECT_EQ(window.MSFlexGrid1.RowCount(), 101u);
+  EXPECT_EQ(Boxes("裁剪区域个数超出上限100！"), 0);
+  Region("150", "0", "0", "0");
+  EXPECT_EQ(window.MSFlexGrid1.RowCount(), 101u);
+  EXPECT_EQ(Boxes("裁剪区域个数超出上限100！"), 1);
 }
 
 TEST_F(CutTimeTest, FastAndBackupModeExcludeEachOther) {
@@ -105,6 +166,10 @@ TEST_F(CutTimeTest, TheLimitsPutValuesBackIntoTheirRange) {
   Put("FCutTime.TW", "30");
   Put("FCutTime.TH", "1000");
   EXPECT_EQ(world.boxes.Beeps(), 2);
+  for (const char* text : {"", "abc", "1e9", "NaN", "12.5"}) {
+    EXPECT_FALSE(window.TW.UserEdit(text).Accepted()) << text;
+    EXPECT_EQ(window.TW.Value(), "30") << text;
+  }
 }
 
 TEST(WatchTypes, PassTheirExtensions) {
@@ -176,6 +241,52 @@ TEST_F(CutTimeTest, StoppingAsksFirst) {
   WatchFor(1);
   ASSERT_EQ(boxes.Count("终止定时裁剪？"), 1);
   EXPECT_EQ(boxes.All()[0].box.type, 305);
+  EXPECT_FALSE(Totals().stopped);
+  EXPECT_NEAR(Totals().seconds, 1, 0.6);
+}
+
+TEST_F(StopTest, CancelGoesOnWatching) {
+  world.boxes.Answer("终止定时裁剪？", Reply::Cancel, 1);
+  world.boxes.Answer("终止定时裁剪？", Reply::Ok);
+  bool asked = false;
+  WatchUntil([&] {
+    if (!std::exchange(asked, true)) {
+      Click("FCutTime.CmdStop");
+      EXPECT_TRUE(Enabled("FCutTime.CmdStop"));
+      EXPECT_FALSE(form.Visible());
+      Make("a.bmp", 100, 80);
+    }
+    return window.LFiles.Value() == "已裁剪数：1";
+  });
+  EXPECT_EQ(Boxes("终止定时裁剪？"), 2);
+}
+
+// Two looks, half a second apart, then the cut.
+TEST_F(CutTimeTest, TheFolderIsLookedAtTwiceASecond) {
+  double made = 0;
+  double cut = 0;
+  recorder.onFileDone = [&](const job::FileResult&) { cut = world.clock.Seconds(); };
+  WatchUntil([&] {
+    if (made == 0) {
+      Make("a.bmp", 100, 80);
+      made = world.clock.Seconds();
+    }
+    return cut > 0;
+  });
+  EXPECT_GE(cut - made, 0.49);
+  EXPECT_LE(cut - made, 1.1);
+}
+
+TEST_F(CutTimeTest, OneRegionIsMadeOfTheParameters) {
+  Put("FCutTime.ChMul", "1");
+  Region("1", "2", "3", "4");
+  Region("5", "6", "7", "8");
+  Put("FCutTime.ChMul", "0");
+  Fill("10", "20", "30", "40");
+  WatchFor(1);
+  ASSERT_EQ(window.MSFlexGrid1.RowCount(), 1u);
+  EXPECT_EQ(window.MSFlexGrid1.Cell(0, 0), "10");
+  EXPECT_EQ(window.MSFlexGrid1.Cell(0, 1), "20");
 }
 
 TEST_F(CutTimeTest, ClosingAsksAndCancelStays) {
@@ -215,6 +326,22 @@ TEST_F(CutTimeTest, TheBackgroundHidesTheWindow) {
     }
   });
   EXPECT_FALSE(window.Chback.On());
+  EXPECT_TRUE(window.Visible()) << "the watch has ended";
+}
+
+TEST_F(CutTimeTest, AWindowClosedInTheBackgroundStaysClosed) {
+  world.boxes.Answer("图片定时裁剪进行中，确定终止?", Reply::Ok);
+  bool closed = false;
+  WatchUntil([&] {
+    if (!std::exchange(closed, true)) {
+      window.Chback.Set(true);
+      window.Close();
+    }
+    return false;
+  });
+  EXPECT_FALSE(window.Visible());
+  EXPECT_FALSE(window.Loaded());
+  EXPECT_TRUE(form.Visible());
 }
 
 TEST_F(CutTimeTest, TheSizeFilterLeavesSmallPicturesAlone) {
@@ -223,15 +350,18 @@ TEST_F(CutTimeTest, TheSizeFilterLeavesSmallPicturesAlone) {
   Put("FCutTime.TH", "80");
   Make("both.bmp", 100, 80);
   Make("narrow.bmp", 100, 81);
+  Make("low.bmp", 101, 80);
   Make("large.bmp", 101, 81);
   WatchFor(3);
   EXPECT_EQ(SizeOf(In("both.bmp")), (base::Size{100, 80}));
   EXPECT_EQ(SizeOf(In("narrow.bmp")), (base::Size{100, 81}));
+  EXPECT_EQ(SizeOf(In("low.bmp")), (base::Size{101, 80}));
   EXPECT_EQ(SizeOf(In("large.bmp")), (base::Size{51, 31}));
   Put("FCutTime.ChBoth", "1");
   WatchFor(3);
   EXPECT_EQ(SizeOf(In("both.bmp")), (base::Size{100, 80}));
   EXPECT_EQ(SizeOf(In("narrow.bmp")), (base::Size{50, 31}));
+  EXPECT_EQ(SizeOf(In("low.bmp")), (base::Size{51, 30}));
 }
 
 TEST_F(CutTimeTest, TheFastWayCutsTheSame) {
@@ -241,6 +371,60 @@ TEST_F(CutTimeTest, TheFastWayCutsTheSame) {
   WatchFor(3);
   EXPECT_EQ(SizeOf(In("a.bmp")), (base::Size{50, 30}));
   EXPECT_EQ(Read(In("a.bmp")).At(3, 4), Slope(23, 14));
+}
+
+TEST_F(CutTimeTest, TheFastWayHasNoTransparency) {
+  Fill("0", "0", "0", "0");
+  for (const char* fast : {"0", "1"}) {
+    Put("FCutTime.ChFast", fast);
+    world.folder.Write("in/a.png", HalfTransparentPng());
+    WatchFor(3);
+    EXPECT_EQ(world.folder.Read("in/a.png")[kColourType], *fast == '1' ? kRgb : kRgbWithAlpha);
+  }
+}
+
+TEST_F(CutTimeTest, TheQualityIsThatOfTheMainWindow) {
+  std::vector<std::size_t> sizes;
+  Put("ChJpgComp", "1");
+  for (const char* quality : {"95", "40"}) {
+    Put("TQuality", quality);
+    Make("a.jpg", 100, 80);
+    WatchFor(3);
+    sizes.push_back(world.folder.Read("in/a.jpg").size());
+  }
+  EXPECT_GT(sizes[0], sizes[1]);
+}
+
+// Another program puts a new picture in the place of one that is being cut.
+TEST_F(CutTimeTest, APictureReplacedDuringItsCutIsNotWrittenOver) {
+  Make("a.bmp", 100, 80);
+  const std::string other = job::BitmapBytes(Painted(90, 80, Slope));
+  const std::string before = world.folder.Read("in/a.bmp");
+  std::string after;
+  world.faults.Before(host::testing::DiskCall::Write, 1, [&] { world.folder.Write("in/a.bmp", other); });
+  WatchUntil([&] {
+    const std::string now = world.folder.Read("in/a.bmp");
+    if (after.empty() && now != before) after = now;
+    return window.LFiles.Value() == "已裁剪数：1";
+  });
+  EXPECT_TRUE(after == other);
+  EXPECT_EQ(SizeOf(In("a.bmp")), (base::Size{40, 30})) << "the new one is cut once it has settled";
+  EXPECT_EQ(recorder.done.size(), 1u);
+}
+
+TEST_F(CutTimeTest, ASourceReplacedWhileItsRegionsAreCutStays) {
+  Put("FCutTime.ChMul", "1");
+  Put("FCutTime.CmbType", "*.bmp");
+  Region("0", "0", "50", "40");
+  Put("FCutTime.ChSizeFilter", "1");
+  Put("FCutTime.ChBoth", "1");
+  Put("FCutTime.TW", "60");
+  Make("a.bmp", 100, 80);
+  const std::string other = job::BitmapBytes(Painted(90, 80, Slope));
+  world.faults.Before(host::testing::DiskCall::Write, 1, [&] { world.folder.Write("in/a.bmp", other); });
+  WatchUntil([&] { return window.LFiles.Value() == "已裁剪数：1"; });
+  EXPECT_TRUE(world.folder.Read("in/a.bmp") == other);
+  EXPECT_EQ(window.LNote.Value(), "a.bmp：图片在裁剪期间被改动，源文件已保留");
 }
 
 TEST_F(CutTimeTest, SeveralRegionsGoBesideTheSourceWhichLeaves) {
@@ -372,6 +556,20 @@ TEST_F(CutTimeTest, AFolderThatGoesIsToldAndWaitedFor) {
   EXPECT_EQ(SizeOf(In("a.bmp")), (base::Size{50, 30}));
 }
 
+TEST_F(CutTimeTest, ADeletedFolderIsWaitedFor) {
+  int turns = 0;
+  WatchUntil([&] {
+    ++turns;
+    if (turns == 60) std::filesystem::remove_all(world.folder.Path("in"));
+    if (turns == 200) {
+      EXPECT_NE(window.LNote.Value(), "");
+      Make("a.bmp", 100, 80);
+    }
+    return window.LFiles.Value() == "已裁剪数：1";
+  });
+  EXPECT_EQ(SizeOf(In("a.bmp")), (base::Size{50, 30}));
+}
+
 TEST_F(CutTimeTest, AMissingFolderIsToldAndNothingStarts) {
   Put("FCutTime.LDir", "/nowhere");
   Click("FCutTime.CmdDo");
@@ -401,6 +599,7 @@ TEST_F(CutTimeTest, ADiskThatIsFullAsksAndCancelEndsTheWatch) {
   EXPECT_EQ(Boxes("盘空间不足，请释放空间后重试保存！"), 2);
   EXPECT_EQ(world.folder.Read("in/a.bmp"), before);
   EXPECT_FALSE(window.Running());
+  EXPECT_TRUE(Totals().stopped);
 }
 
 TEST_F(CutTimeTest, ABurstIsCutExactlyOnce) {

@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // The cut of all regions out of every picture.
 #include "regions_fixture.h"
+#include "transparent_png.h"
 
 namespace quillon::regions {
 namespace {
@@ -14,20 +15,6 @@ using job::Slope;
 
 constexpr const char* kFolders = "为每一张底图新建以底图文件名的新建文件夹并将裁剪的小图存入该文件夹中？";
 constexpr const char* kDone = "处理完毕！要打开输出目录吗？";
-
-// Where a png tells its colour type, and the type that has transparency.
-constexpr std::size_t kColourType = 25;
-constexpr char kRgbWithAlpha = 6;
-
-// 8 x 8 pixels of one colour, the left half transparent.
-std::string HalfTransparentPng() {
-  const std::string hex =
-      "89504E470D0A1A0A0000000D4948445200000008000000080806000000C40FBE8B000000154944415478DA63389162C4"
-      "8086FF23638691A10000B47C7761F5CA3B6D0000000049454E44AE426082";
-  std::string bytes;
-  for (std::size_t i = 0; i < hex.size(); i += 2) bytes += static_cast<char>(std::stoi(hex.substr(i, 2), nullptr, 16));
-  return bytes;
-}
 
 // The part of a picture that a box leaves.
 Picture Part(const Picture& whole, base::Rect box) {

@@ -67,6 +67,9 @@ TEST_F(RegionWindows, TheMainWindowHidesWhileTheFolderIsWatched) {
       EXPECT_TRUE(Window(timed_).isVisible());
       ui_.Find<QAbstractButton>(timed_.Chback)->click();
       EXPECT_TRUE(Window(timed_).isHidden() || Window(timed_).isMinimized());
+      if (Window(timed_).isMinimized()) {
+        EXPECT_EQ(Window(timed_).windowTitle(), QStringLiteral("定时裁剪器正在运行中..."));
+      }
     } else if (turns == 2) {
       timed_.Chback.Set(false);
       EXPECT_TRUE(Window(timed_).isVisible());
