@@ -35,7 +35,7 @@ std::string JoinProfile(const std::vector<std::string_view>& segments) {
 // Everything that a jump out of libjpeg could leave behind is a member.
 class JpegRows : public RowStream {
  public:
-  JpegRows() : source_(errors_, {}) {}
+  explicit JpegRows(JpegColours colours) : colours_(colours), source_(errors_, {}) {}
   ~JpegRows() override { jpeg_destroy_decompress(&decoder_); }
   JpegRows(const JpegRows&) = delete;
   JpegRows& operator=(const JpegRows&) = delete;
@@ -77,7 +77,7 @@ class JpegRows : public RowStream {
     });
     if (!read) return errors_.Result();
     // With this marker, inks are stored as what they leave of the paper's white.
-    if (head_.adobe && facts_.layout == RowLayout::Cmyk) {
+    if (colours_ == JpegColours::Displayed && head_.adobe && facts_.layout == RowLayout::Cmyk) {
       const std::size_t samples = std::size_t{4} * static_cast<unsigned>(facts_.size.width);
       for (std::size_t i = 0; i < samples; ++i) out[i] = static_cast<unsigned char>(255 - out[i]);
     }
@@ -95,29 +95,28 @@ class JpegRows : public RowStream {
     jpeg_create_decompress(&decoder_);
     source_.Attach(decoder_);
     jpeg_read_header(&decoder_, TRUE);
-    switch (decoder_.jpeg_color_space) {
-      case JCS_GRAYSCALE:
-        decoder_.out_color_space = JCS_GRAYSCALE;
-        break;
-      case JCS_CMYK:
-      case JCS_YCCK:
-        decoder_.out_color_space = JCS_CMYK;
-        break;
-      default:
-        decoder_.out_color_space = JCS_RGB;
-        break;
-    }
+    decoder_.out_color_space = colours_ == JpegColours::AsStored ? decoder_.jpeg_color_space : DisplayedColours();
     decoder_.scale_num = 1;
     decoder_.scale_denom = static_cast<unsigned>(shrink);
     decoder_.do_block_smoothing = FALSE;
     jpeg_calc_output_dimensions(&decoder_);
   }
 
+  J_COLOR_SPACE DisplayedColours() const {
+    switch (decoder_.jpeg_color_space) {
+      case JCS_GRAYSCALE:
+        return JCS_GRAYSCALE;
+      case JCS_CMYK:
+      case JCS_YCCK:
+        return JCS_CMYK;
+      default:
+        return JCS_RGB;
+    }
+  }
+
   void SetFacts() {
     facts_.size = {static_cast<int>(decoder_.output_width), static_cast<int>(decoder_.output_height)};
-    facts_.layout = decoder_.out_color_space == JCS_GRAYSCALE ? RowLayout::Grey
-                    : decoder_.out_color_space == JCS_CMYK    ? RowLayout::Cmyk
-                                                              : RowLayout::Rgb;
+    facts_.layout = static_cast<RowLayout>(decoder_.out_color_components);
     facts_.dpi = head_.Dpi();
     facts_.profile = JoinProfile(head_.icc);
     facts_.exif = head_.exif;
@@ -144,6 +143,7 @@ class JpegRows : public RowStream {
     source_.CheckToEnd(decoder_.unread_marker, rest);
   }
 
+  const JpegColours colours_;
   JpegErrors errors_;
   JpegSource source_;
   JpegHead head_;
@@ -157,8 +157,9 @@ class JpegRows : public RowStream {
 
 }  // namespace
 
-Status OpenJpegRows(const std::string& path, int shrink, const Limits& limits, std::shared_ptr<RowStream>& out) {
-  auto rows = std::make_shared<JpegRows>();
+Status OpenJpegRows(const std::string& path, int shrink, const Limits& limits, std::shared_ptr<RowStream>& out,
+                    JpegColours colours) {
+  auto rows = std::make_shared<JpegRows>(colours);
   if (Status status = rows->Open(path, shrink, limits); !status) return status;
   out = std::move(rows);
   return Status::Ok();

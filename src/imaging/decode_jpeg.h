@@ -10,9 +10,14 @@
 
 namespace quillon::imaging {
 
-// Opens a JPEG to be decoded row by row: grey stays grey, CMYK and YCCK become ink, everything else RGB. It is decoded
-// at 1/shrink of its size (1, 2, 4 or 8; sides rounded up). A picture is only held whole when it is progressive.
-// Warnings of the decoder about the picture's data are damage, and so is a missing end.
-Status OpenJpegRows(const std::string& path, int shrink, const Limits& limits, std::shared_ptr<RowStream>& out);
+// Displayed: grey stays grey, CMYK and YCCK become ink, everything else RGB. AsStored: samples in the colour space of
+// the file, whatever the layout calls them, with the chroma of every pixel.
+enum class JpegColours { Displayed, AsStored };
+
+// Opens a JPEG to be decoded row by row. It is decoded at 1/shrink of its size (1, 2, 4 or 8; sides rounded up). A
+// picture is only held whole when it is progressive. Warnings of the decoder about the picture's data are damage, and
+// so is a missing end.
+Status OpenJpegRows(const std::string& path, int shrink, const Limits& limits, std::shared_ptr<RowStream>& out,
+                    JpegColours colours = JpegColours::Displayed);
 
 }  // namespace quillon::imaging

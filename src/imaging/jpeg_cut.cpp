@@ -83,7 +83,7 @@ class Cutter {
     WriteMarkers();
     mover_->Move();
     jpeg_finish_compress(&encoder_);
-    CheckRest();
+    if (decodes_) CheckRest();
   }
 
   void ReadHeader() {
@@ -185,7 +185,8 @@ class Cutter {
     if (JpegPlanes::Suits(decoder_, encoder_, rect_)) {
       mover_ = std::make_unique<JpegPlanes>(decoder_, encoder_, rect_);
     } else {
-      mover_ = std::make_unique<JpegRows>(decoder_, encoder_, rect_, White());
+      mover_ = std::make_unique<JpegRows>(decoder_, encoder_, rect_, White(), control_.decoded);
+      decodes_ = !control_.decoded;
     }
   }
 
@@ -244,6 +245,7 @@ class Cutter {
   jpeg_compress_struct encoder_{};
   Progress progress_{};
   int scansMax_ = kScansMax;
+  bool decodes_ = true;
 
   std::unique_ptr<JpegMover> mover_;
   std::string exifOut_;

@@ -13,15 +13,21 @@
 
 namespace quillon::imaging {
 
+struct JpegPixels;
+
 // Takes the bytes of a result in order, in blocks of 64 KB and more; a failure ends the cut and is its result.
 using ByteSink = std::function<Status(const void*, std::size_t)>;
 
-// Hooks for cuts that run on other threads; the defaults are right for a call that may simply run to its end.
+// Hooks for cuts that run on other threads, and for several cuts of one picture; the defaults are right for a single
+// call that may simply run to its end.
 struct JpegCutControl {
   // Stops the cut soon, with Problem::Stopped.
   std::stop_token stop;
   // Told once, before they are allocated, how many bytes the cut holds at its peak; false ends it with Stopped.
   std::function<bool(std::int64_t bytes)> admit;
+  // The file at path as DecodeJpeg gave it, and unchanged since: its rows are taken from there. Where the components
+  // are moved as they are stored, they are decoded again, so that the result is the same with it and without.
+  const JpegPixels* decoded = nullptr;
 };
 
 // Cuts rect out of the JPEG file at path and encodes it as JPEG of quality 0..100 (outside: clamped) into sink. A

@@ -15,11 +15,12 @@ constexpr int kMargin = 8;
 }  // namespace
 
 JpegRows::JpegRows(jpeg_decompress_struct& decoder, jpeg_compress_struct& encoder, base::Rect rect,
-                   const std::array<JSAMPLE, 4>& white)
+                   const std::array<JSAMPLE, 4>& white, const JpegPixels* decoded)
     : decoder_(decoder),
       encoder_(encoder),
       rect_(rect),
       whitePixel_(white),
+      whole_(decoded),
       columns_(Inside(rect.left, rect.width, decoder.image_width)),
       rows_(Inside(rect.top, rect.height, decoder.image_height)) {
   if (columns_.size == 0 || rows_.size == 0) columns_.size = rows_.size = 0;
@@ -34,6 +35,10 @@ JpegRows::Span JpegRows::Inside(int begin, int size, JDIMENSION length) {
 
 void JpegRows::Start() {
   jpeg_start_compress(&encoder_, TRUE);
+  if (whole_) {
+    firstColumn_ = columns_.begin;
+    return;
+  }
   // A picture in several scans is read to its end here, which finds all damage.
   if (rows_.size == 0 && !jpeg_has_multiple_scans(&decoder_)) return;
   jpeg_start_decompress(&decoder_);
@@ -50,7 +55,8 @@ void JpegRows::Start() {
 
 void JpegRows::Allocate() {
   components_ = static_cast<std::size_t>(decoder_.num_components);
-  const std::size_t decoded = rows_.size > 0 ? decoder_.output_width * components_ : 0;
+  const std::size_t width = whole_ ? static_cast<std::size_t>(columns_.size) : decoder_.output_width;
+  const std::size_t decoded = rows_.size > 0 ? width * components_ : 0;
   decoded_.resize(decoded * kBatch);
   for (std::size_t i = 0; i < kBatch; ++i) decodedRows_[i] = decoded_.data() + i * decoded;
   if (columns_.size == rect_.width && rows_.size == rect_.height) return;
@@ -79,7 +85,8 @@ void JpegRows::WriteDecoded() {
   const std::size_t margin = framed ? static_cast<std::size_t>(columns_.begin - rect_.left) * components_ : 0;
   std::array<JSAMPROW, kBatch> parts{};
   for (int left = rows_.size; left > 0;) {
-    const int batch = ReadBatch(std::min(left, kBatch));
+    const int batch = std::min(left, kBatch);
+    whole_ ? CopyBatch(rows_.begin + rows_.size - left, batch) : ReadBatch(batch);
     for (int i = 0; i < batch; ++i) {
       parts[i] = decodedRows_[i] + skip;
       if (!framed) continue;
@@ -93,13 +100,18 @@ void JpegRows::WriteDecoded() {
 }
 
 // libjpeg hands out a few rows a call, as the sampling has it.
-int JpegRows::ReadBatch(int wanted) {
-  int count = 0;
-  while (count < wanted) {
-    count += static_cast<int>(
-        jpeg_read_scanlines(&decoder_, decodedRows_.data() + count, static_cast<JDIMENSION>(wanted - count)));
+void JpegRows::ReadBatch(int count) {
+  for (int read = 0; read < count;) {
+    read += static_cast<int>(
+        jpeg_read_scanlines(&decoder_, decodedRows_.data() + read, static_cast<JDIMENSION>(count - read)));
   }
-  return count;
+}
+
+void JpegRows::CopyBatch(int row, int count) {
+  const std::size_t used = static_cast<std::size_t>(columns_.size) * components_;
+  for (int i = 0; i < count; ++i) {
+    std::copy_n(whole_->At(columns_.begin, row + i), used, decodedRows_[static_cast<std::size_t>(i)]);
+  }
 }
 
 }  // namespace quillon::imaging

@@ -7,6 +7,7 @@
 
 #include "base/rect.h"
 #include "imaging/jpeg_mover.h"
+#include "imaging/jpeg_pixels.h"
 
 namespace quillon::imaging {
 
@@ -15,9 +16,10 @@ namespace quillon::imaging {
 // the whole picture, and reduced again by the encoder.
 class JpegRows : public JpegMover {
  public:
-  // white: a pixel in the colour space of the file.
+  // white: a pixel in the colour space of the file. decoded: the picture, where it was decoded before, else nullptr;
+  // the decoder then only tells what it read of the header.
   JpegRows(jpeg_decompress_struct& decoder, jpeg_compress_struct& encoder, base::Rect rect,
-           const std::array<JSAMPLE, 4>& white);
+           const std::array<JSAMPLE, 4>& white, const JpegPixels* decoded);
 
   void Start() override;
   void Allocate() override;
@@ -34,12 +36,14 @@ class JpegRows : public JpegMover {
   static Span Inside(int begin, int size, JDIMENSION length);
   void WriteWhite(int count);
   void WriteDecoded();
-  int ReadBatch(int wanted);
+  void ReadBatch(int count);
+  void CopyBatch(int row, int count);
 
   jpeg_decompress_struct& decoder_;
   jpeg_compress_struct& encoder_;
   const base::Rect rect_;
   const std::array<JSAMPLE, 4> whitePixel_;
+  const JpegPixels* const whole_;
   Span columns_;  // of the picture that are used
   Span rows_;
   int firstColumn_ = 0;  // of the picture in a decoded row

@@ -11,6 +11,7 @@
 #include "base/colour.h"
 #include "base/rect.h"
 #include "host/host.h"
+#include "imaging/cut_source.h"
 #include "imaging/image.h"
 
 namespace quillon::imaging {
@@ -174,8 +175,11 @@ class Services {
   // that stood at destination is replaced by the result; when the cut had begun and failed (damage, full disk, write
   // error), it goes to the trash, so that nobody takes it for the result.
   Status CropToFile(const CropRequest& request);
-  // As CropToFile, of a picture that was loaded from the request's source: several cuts of one decode.
-  Status CropImageToFile(const Image& image, const CropRequest& request);
+  // Decodes the picture at path for several cuts into files of that type.
+  Status OpenForCuts(const std::string& path, Encoder encoder, CutSource& out);
+  // As CropToFile, from a source that was opened for the request's file: the results are the same, byte for byte. A
+  // file that has changed since, or another type, goes the long way.
+  Status CropToFile(const CutSource& source, const CropRequest& request);
   // As CropToFile for gif output, whatever the encoder says: transparency is kept. overlay is drawn on the cut.
   Status CropToGif(const CropRequest& request, const std::optional<Overlay>& overlay = std::nullopt);
   // The source rectangle, turned by rotation (uncovered corners in colour), scaled to drawn x scale (rounded) and put

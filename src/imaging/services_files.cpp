@@ -8,8 +8,8 @@
 #include "base/path_text.h"
 #include "base/rounding.h"
 #include "imaging/colours.h"
+#include "imaging/crop_window.h"
 #include "imaging/geometry.h"
-#include "imaging/jpeg_cut.h"
 #include "imaging/jpeg_exif.h"
 #include "imaging/limit_checks.h"
 #include "imaging/older_result.h"
@@ -23,14 +23,6 @@ using host::Problem;
 using vips::VImage;
 
 constexpr int kLargestPreview = 6000;
-
-// Encodes the part of a picture that lies in rect, on a canvas of 8 bits a sample.
-Status EncodeWindow(Picture picture, base::Rect rect, const CropRequest& request, host::Draft& draft) {
-  picture.pixels = EightBit(Window(picture.pixels, rect, base::kWhite));
-  if (request.alpha == Alpha::OnWhite) picture.pixels = Flattened(picture.pixels, base::kWhite);
-  if (request.dpi > 0) picture.tags.dpi = request.dpi;
-  return EncodePicture(picture, {request.encoder, request.quality, false, request.exif}, draft);
-}
 
 // EXIF and orientation from the file that the request names for them, as far as it can be read.
 void TakeTags(const host::Files& files, const Limits& limits, const CropRequest& request, PictureTags& tags) {
@@ -70,14 +62,6 @@ Status CropThrough(const host::Files& files, const Limits& limits, const CropReq
   return ReadStatus(opened, status);
 }
 
-// Whether a cut can be begun at all.
-Status Check(const host::Files& files, const CropRequest& request, const Limits& limits) {
-  if (request.rect.Empty()) return fault::EmptyRectangle();
-  if (!WithinLimits(request.rect.width, request.rect.height, limits)) return fault::SidesTooLarge();
-  const std::optional<host::FileFacts> source = files.Look(request.source);
-  return source && source->kind != host::FileKind::File ? fault::NotAFile() : Status::Ok();
-}
-
 }  // namespace
 
 // Saves the result of a cut; an older one does not outlive a failure. A source that is replaced is kept beside it.
@@ -94,7 +78,7 @@ Status Services::Parts::SaveCut(const CropRequest& request, const std::function<
 
 Status Services::CropToFile(const CropRequest& request) {
   const host::Files& files = parts_->host.files;
-  if (Status status = Check(files, request, parts_->limits); !status) return status;
+  if (Status status = CheckCrop(files, request, parts_->limits); !status) return status;
   std::optional<std::string> ready;
   if (parts_->ahead) ready = parts_->ahead->TakeCrop(request, [this] { parts_->host.pump.Turn(); });
 
@@ -105,11 +89,8 @@ Status Services::CropToFile(const CropRequest& request) {
       return status ? CheckOutput(Encoder::Jpeg, draft) : status;
     }
     if (direct) {
-      const auto sink = [&](const void* data, std::size_t size) { return draft.Write(data, size); };
-      Status status =
-          CutJpeg(request.source, request.rect, request.quality, request.dpi, request.exif, parts_->limits, sink);
-      if (status) return CheckOutput(Encoder::Jpeg, draft);
-      if (status.GetProblem() != Problem::Unsupported || draft.Size() > 0) return status;
+      Status status = CropJpeg(request, parts_->limits, draft);
+      if (status || status.GetProblem() != Problem::Unsupported || draft.Size() > 0) return status;
       direct = false;
     }
     return CropThrough(files, parts_->limits, request, draft);
@@ -118,20 +99,13 @@ Status Services::CropToFile(const CropRequest& request) {
 }
 
 Status Services::CropToGif(const CropRequest& request, const std::optional<Overlay>& overlay) {
-  if (Status status = Check(parts_->host.files, request, parts_->limits); !status) return status;
+  if (Status status = CheckCrop(parts_->host.files, request, parts_->limits); !status) return status;
   CropRequest gif = request;
   gif.encoder = Encoder::Gif;
   gif.alpha = Alpha::Kept;
   if (overlay) return CropUnder(gif, *overlay);
   return parts_->SaveCut(
       request, [&](host::Draft& draft) { return CropThrough(parts_->host.files, parts_->limits, gif, draft); });
-}
-
-Status Services::CropImageToFile(const Image& image, const CropRequest& request) {
-  if (image.Empty()) return fault::NoImage();
-  if (Status status = Check(parts_->host.files, request, parts_->limits); !status) return status;
-  return parts_->SaveCut(
-      request, [&](host::Draft& draft) { return EncodeWindow(image.Data()->picture, request.rect, request, draft); });
 }
 
 // In memory, where a gif is held whole anyway to choose its colours.

@@ -129,11 +129,12 @@ std::vector<RegionCut> FolderWatch::CutsOf(const std::string& path, base::Size s
 // A picture that cannot be loaded for the fast way goes the other one.
 RegionSource FolderWatch::Open(const std::string& path) const {
   using Decode = RegionSource::Decode;
+  const std::string extension = base::SplitPath(path).extension;
   if (options_.fast) {
-    RegionSource fast(program_.images, path, Decode::Once, imaging::Alpha::OnWhite);
+    RegionSource fast(program_.images, path, extension, Decode::Once, imaging::Alpha::OnWhite);
     if (fast.Opened()) return fast;
   }
-  return {program_.images, path, options_.several ? Decode::Once : Decode::ForEach};
+  return {program_.images, path, extension, options_.several ? Decode::Once : Decode::ForEach};
 }
 
 // Cut aside first: a source that another program has replaced meanwhile is not written over.

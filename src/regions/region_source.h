@@ -18,10 +18,11 @@ struct RegionCut {
 class RegionSource {
  public:
   // Once: the picture is decoded now and all cuts come from that, unless memory does not hold it. ForEach: each cut
-  // reads the file.
+  // reads the file. Either way gives the same results. extension is that of the outputs.
   enum class Decode { Once, ForEach };
   // Transparency that is kept is kept by png and gif, which can hold it.
-  RegionSource(imaging::Services& images, std::string path, Decode decode, imaging::Alpha alpha = imaging::Alpha::Kept);
+  RegionSource(imaging::Services& images, std::string path, const std::string& extension, Decode decode,
+               imaging::Alpha alpha = imaging::Alpha::Kept);
 
   // How decoding went; fine where each cut reads the file.
   const host::Status& Opened() const { return opened_; }
@@ -32,7 +33,7 @@ class RegionSource {
   imaging::Services& images_;
   std::string path_;
   imaging::Alpha alpha_;
-  imaging::Image picture_;
+  imaging::CutSource picture_;
   host::Status opened_;
 };
 

@@ -72,12 +72,22 @@ TEST_F(MultiCutTest, PercentRegionsFollowEachPicture) {
 
 TEST_F(MultiCutTest, JpegsAreCutAsOneByOne) {
   form.CmbOutType.SetText("jpg");
-  form.TQuality.SetText("95");
-  Regions("R\r\n8\t8\t20\t20\r\n0\t0\t60\t50\r\n");
-  const Picture picture = Painted(100, 80, Slope);
-  CutRegionsOf({Make("a.jpg", picture)});
-  EXPECT_LE(job::Difference(Read(Out("a_裁剪区域1.jpg")), Part(picture, {8, 8, 72, 52})), 12);
-  EXPECT_LE(job::Difference(Read(Out("a_裁剪区域2.jpg")), Part(picture, {0, 0, 40, 30})), 12);
+  form.TQuality.SetText("85");
+  Regions("R\r\n8\t8\t20\t20\r\n0\t0\t60\t50\r\n41\t33\t20\t11\r\n");
+  const std::string source = Make("a.jpg", 100, 80);
+  CutRegionsOf({source});
+  const base::Rect boxes[] = {{8, 8, 72, 52}, {0, 0, 40, 30}, {33, 41, 47, 28}};
+  for (std::size_t i = 0; i < std::size(boxes); ++i) {
+    imaging::CropRequest request;
+    request.source = source;
+    request.destination = world.folder.Path("alone.jpg");
+    request.rect = boxes[i];
+    request.encoder = imaging::Encoder::Jpeg;
+    request.quality = 85;
+    ASSERT_TRUE(program.images.CropToFile(request));
+    EXPECT_EQ(world.folder.Read("out/a_裁剪区域" + std::to_string(i + 1) + ".jpg"), world.folder.Read("alone.jpg"))
+        << i;
+  }
 }
 
 TEST_F(MultiCutTest, TheExtensionFollowsItsCaseOption) {
@@ -85,6 +95,11 @@ TEST_F(MultiCutTest, TheExtensionFollowsItsCaseOption) {
   Option("CmbExtCase", "后缀名全大写");
   CutRegionsOf({Make("a.bmp")});
   EXPECT_EQ(OutNames(), (std::vector<std::string>{"a_裁剪区域1.BMP", "a_裁剪区域2.BMP"}));
+  Option("CmbExtCase", "后缀名全小写");
+  world.boxes.Forget();
+  CutListed();
+  EXPECT_EQ(OutNames().size(), 4u);
+  EXPECT_TRUE(world.folder.Exists("out/a_裁剪区域2.bmp"));
 }
 
 TEST_F(MultiCutTest, PdfIsNoTypeOfARegion) {
@@ -161,6 +176,18 @@ TEST_F(MultiCutTest, WhatLiesOutsideThePictureIsWhite) {
   EXPECT_EQ(cut.height, 30);
   EXPECT_EQ(cut.At(0, 0), job::kWhitePixel);
   EXPECT_EQ(cut.At(12, 11), Slope(2, 1));
+}
+
+TEST_F(MultiCutTest, RegionsBesideThePictureAndBeyondAllSizesHarmNothing) {
+  Regions("R\r\n0\t150\t-100\t0\r\n-2000000000\t0\t0\t-2000000000\r\n1e300\t0\t0\t-1e300\r\n0\t0\t60\t50\r\n");
+  CutRegionsOf({Make("a.bmp", 100, 80)});
+  EXPECT_EQ(OutNames(), (std::vector<std::string>{"a_裁剪区域1.bmp", "a_裁剪区域4.bmp"}));
+  const Picture beside = Read(Out("a_裁剪区域1.bmp"));
+  EXPECT_EQ(beside.width, 50);
+  EXPECT_EQ(beside.At(0, 0), job::kWhitePixel);
+  EXPECT_EQ(Totals().none, 2u);
+  EXPECT_NE(Why(1).find("区域2："), std::string::npos) << Why(1);
+  EXPECT_NE(Why(1).find("区域3："), std::string::npos) << Why(1);
 }
 
 TEST_F(MultiCutTest, MalformedRowsCountAsNought) {
