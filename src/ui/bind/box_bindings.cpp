@@ -16,6 +16,7 @@
 #include "ui/bind/number_edit.h"
 #include "ui/bind/uri_list.h"
 #include "ui/text.h"
+#include "ui/theme/metrics.h"
 
 namespace quillon::ui {
 namespace {
@@ -144,15 +145,19 @@ class ColourBinding : public Binding {
   }
 
   void ShowValue() override {
-    QPixmap swatch(QSize(32, 16) * button_->devicePixelRatioF());
-    swatch.fill(Colour());
-    QPainter painter(&swatch);
+    // With a clear edge on the right, so that it keeps its distance from the text.
+    constexpr QSize kSwatch(32, 16);
+    const QSize whole = kSwatch + QSize(kGap / 2, 0);
+    QPixmap icon(whole * button_->devicePixelRatioF());
+    icon.setDevicePixelRatio(button_->devicePixelRatioF());
+    icon.fill(Qt::transparent);
+    QPainter painter(&icon);
     painter.setPen(button_->palette().color(QPalette::Mid));
-    painter.drawRect(swatch.rect().adjusted(0, 0, -1, -1));
+    painter.setBrush(Colour());
+    painter.drawRect(QRectF(QPointF(), kSwatch).adjusted(0.5, 0.5, -0.5, -0.5));
     painter.end();
-    swatch.setDevicePixelRatio(button_->devicePixelRatioF());
-    button_->setIconSize(QSize(32, 16));
-    button_->setIcon(swatch);
+    button_->setIconSize(whole);
+    button_->setIcon(icon);
     button_->setText(Colour().name().toUpper());
   }
 
