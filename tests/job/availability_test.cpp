@@ -1,24 +1,14 @@
 // SPDX-FileCopyrightText: 2026 The Quillon developers
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Why a control cannot be used.
-#include "collaborator_doubles.h"
 #include "job/stoppable_frame.h"
-#include "program_fixture.h"
+#include "options_fixture.h"
 
 namespace quillon::job {
 namespace {
 
-class AvailabilityTest : public StartedTest {
+class AvailabilityTest : public OpenOptionsTest {
  protected:
-  IdleFrame manualFrame;
-  IdleSheets sheets;
-
-  void SetUp() override {
-    StartedTest::SetUp();
-    program.manualFrame = &manualFrame;
-    program.sheets = &sheets;
-    options.Load();
-  }
   std::string Why(const std::string& name) const {
     const controls::Control* control = program.windows.Find(name);
     return control ? control->WhyDisabled() : "no such control";

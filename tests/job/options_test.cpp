@@ -1,8 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Quillon developers
 // SPDX-License-Identifier: GPL-3.0-or-later
 // The couplings of the advanced options.
-#include "collaborator_doubles.h"
-#include "program_fixture.h"
+#include "options_fixture.h"
 
 namespace quillon::job {
 namespace {
@@ -10,17 +9,8 @@ namespace {
 constexpr const char* kMissing = "本机缺失资源文件";
 constexpr const char* kFrameOnlyNote = "仅边框模式，表示不做任何裁剪和处理，其他启用的功能自动失效！";
 
-class OptionsTest : public StartedTest {
+class OptionsTest : public OpenOptionsTest {
  protected:
-  IdleFrame manualFrame;
-  IdleTools tools;
-
-  void SetUp() override {
-    StartedTest::SetUp();
-    program.manualFrame = &manualFrame;
-    program.outputTools = &tools;
-    options.Show();
-  }
   void PutOption(const std::string& name, std::string_view text) { Put("FBaseOpt." + name, text); }
   std::string Option(const std::string& name) const { return Value("FBaseOpt." + name); }
   bool OptionEnabled(const std::string& name) const { return Enabled("FBaseOpt." + name); }
