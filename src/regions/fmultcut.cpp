@@ -33,7 +33,7 @@ FMultCut::~FMultCut() = default;
 void FMultCut::OnLoad() {
   for (controls::CheckBox* box : {&program_.form1.ChOver, &program_.form1.ChKeepDir}) {
     box->Set(false);
-    box->SetEnabled(false);
+    box->SetEnabled(false, "多区域裁剪窗口打开时不能用");
   }
   editor_.CmdUpdate_Click();
 }

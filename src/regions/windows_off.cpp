@@ -11,7 +11,7 @@ WindowsOff::WindowsOff(job::Program& program) {
     if (!window || !window->Loaded()) continue;
     for (controls::Control* control : window->Controls()) {
       if (control->Parent() || !control->OwnEnabled()) continue;
-      control->SetEnabled(false);
+      control->SetEnabled(false, "正在裁剪");
       off_.push_back(control);
     }
   }

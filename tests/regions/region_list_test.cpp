@@ -40,6 +40,7 @@ TEST_F(RegionListTest, OpeningSwitchesOffWhatDoesNotGoWithRegions) {
   for (const controls::CheckBox* box : {&form.ChOver, &form.ChKeepDir}) {
     EXPECT_FALSE(box->On()) << box->Name();
     EXPECT_FALSE(box->Enabled()) << box->Name();
+    EXPECT_EQ(box->WhyDisabled(), "多区域裁剪窗口打开时不能用") << box->Name();
   }
   Click("FMultCut.CmdCancel");
   EXPECT_FALSE(window.Loaded());

@@ -16,6 +16,7 @@ constexpr int kRowsShown = 8;
 
 RegionGrid::RegionGrid(controls::Grid& grid, Binder& binder) : GridView(grid), grid_(grid) {
   auto* model = new GridModel(grid, this);
+  setFrameShape(QFrame::NoFrame);
   Use(model);
   binder.Join(grid, this);
   horizontalHeader()->setSectionResizeMode(QHeaderView::Stretch);
