@@ -10,7 +10,11 @@ FCutPre::FCutPre() : Window("FCutPre", kPreviewCaption) {
 }
 
 void FCutPre::Close() {
-  if (!CmdNext.OwnEnabled()) Hide();
+  if (!CmdNext.OwnEnabled()) Unload();
+}
+
+void FCutPre::OnLoad() {
+  for (controls::Button* button : {&CmdRot90, &CmdRot270}) button->SetTag("");
 }
 
 void FCutPre::LockButtons() {

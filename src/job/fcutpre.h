@@ -31,12 +31,15 @@ class FCutPre : public controls::Window {
 
   Preview preview;
 
-  // Stays while it waits for the user's answer.
+  // Stays while it waits for the user's answer. What was agreed to for good holds until the next Show().
   void Close() override;
   // On: the buttons and scroll bars are hidden.
   void ChHideShow_Click();
   // No picture waits for an answer.
   void LockButtons();
+
+ protected:
+  void OnLoad() override;
 };
 
 // The caption while nothing is asked.

@@ -21,6 +21,8 @@ void Preview::ShowPicture(std::string path, base::Size picture) {
   original_ = upright_ = picture_ = picture;
   angle_ = 0;
   ++showings_;
+  glances_ = false;
+  if (upcoming_ == path_) upcoming_.clear();
   Tell();
 }
 
@@ -73,6 +75,12 @@ void Preview::SetSecondLook(bool second) {
 
 void Preview::SetUpcoming(std::string path) {
   upcoming_ = std::move(path);
+  glances_ = false;
+  Tell();
+}
+
+void Preview::Glance() {
+  glances_ = !upcoming_.empty();
   Tell();
 }
 

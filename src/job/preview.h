@@ -77,6 +77,10 @@ class Preview {
   // A picture that is likely to be shown next, "" for none; to be fetched early.
   const std::string& Upcoming() const { return upcoming_; }
   void SetUpcoming(std::string path);
+  // Whether that is to be seen already, without a frame, while the picture on show is still being cut. Ends when
+  // another picture is shown or upcoming.
+  bool Glances() const { return glances_; }
+  void Glance();
   // Dots per inch of the picture that the cut is taken from, 0 where that is not known.
   int Dpi() const { return dpi_; }
   void SetDpi(int dpi) { dpi_ = dpi; }
@@ -103,6 +107,7 @@ class Preview {
   int borderStyle_ = 0;
   bool secondLook_ = false;
   std::string upcoming_;
+  bool glances_ = false;
   int dpi_ = 0;
   std::function<void()> observer_;
 };

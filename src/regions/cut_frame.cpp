@@ -136,7 +136,8 @@ void CutFrame::WriteBack() {
 }
 
 void CutFrame::Timer1_Timer(const Keys& held) {
-  if (drag_ == Drag::None) Preview().SetSecondLook(!Preview().SecondLook());
+  if (drag_ != Drag::None) return;
+  Preview().SetSecondLook(!Preview().SecondLook());
   PollKeys(held);
 }
 

@@ -55,14 +55,14 @@ class CutFrame final : public job::ManualFrame {
   // By keys: the frame, or its right and lower side, in whole pixels.
   void Nudge(int across, int down);
   void Stretch(int across, int down);
-  // Turns to the frame's other look, unless it is being drawn, and does what the first of the held keys stands for.
+  // Turns to the frame's other look and does what the first of the held keys stands for; nothing while it is drawn.
   void Timer1_Timer(const Keys& held);
 
   void CmdNext_Click();
   void CmdNotCut_Click();
   void CmdAddBoard_Click();
-  void CmdRot90_Click() { Rotate(90); }
-  void CmdRot270_Click() { Rotate(-90); }
+  void CmdRot90_Click() { Rotate(Window().CmdRot90, 90); }
+  void CmdRot270_Click() { Rotate(Window().CmdRot270, -90); }
   void Slider1_Change();
 
  private:
@@ -75,8 +75,11 @@ class CutFrame final : public job::ManualFrame {
   // Puts the frame into the picture and its margins into TCutValue.
   void WriteBack();
 
-  // Shows the picture of a file; an image that holds it already, turned or read, is shown in its place.
+  // Shows the picture of a file; an image that holds it already, turned or read, is shown in its place. What the
+  // options turn before they cut it is shown turned.
   void UpdateImage(const std::string& path, const imaging::Image& image);
+  // The picture of the file as the options turn it, no image where they do not or where it does not load.
+  imaging::Image TurnedByOptions(base::Size size);
   // The file to show for a picture: itself, or a reduced or turned copy in the program folder.
   std::string ShownFile(const std::string& path, const imaging::Image& image, base::Size size);
   std::string OtherWorkFile(const std::string& path) const;
@@ -84,15 +87,16 @@ class CutFrame final : public job::ManualFrame {
   void ShowScrollBars();
   void EnableForPicture();
   void Wait();
+  bool OptionsTurn() const;
   void EndWait();
   // Does again what was decided at this picture in an earlier part of the run.
   void Replay(const Decision& decision);
   Decision Decided() const;
   // The listed file that stands behind the picture on show, which may be a work file.
   std::string ListedSource(const std::string& source) const;
-  void Rotate(double angle);
+  void Rotate(controls::Button& button, double angle);
   void Turn(double angle);
-  bool MayRotate();
+  bool MayRotate(controls::Button& button);
   void Grow();
   void PollKeys(const Keys& held);
 

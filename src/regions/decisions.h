@@ -12,12 +12,16 @@
 
 namespace quillon::regions {
 
+// What can be done to a picture before it is decided about.
+inline constexpr char kTurnedLeft = 'A';
+inline constexpr char kTurnedRight = 'Q';
+inline constexpr char kGrown = 'S';
+
 // What the user decided at one picture of a manual run.
 struct Decision {
   std::array<std::string, 4> margins;  // texts of TCutValue
   bool skip = false;                   // SkipCutThisImage
-  // What was done to the picture, in its order: 'A' and 'Q' for turns, 'S' for the border.
-  std::string steps;
+  std::string steps;                   // what was done to the picture, in its order
 
   bool operator==(const Decision&) const = default;
 };

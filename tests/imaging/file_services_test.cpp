@@ -447,11 +447,13 @@ TEST_F(FileServices, EverySaveAsksAboutAFullDisk) {
   border.total = {70, 50};
   border.drawn = {60, 40};
   const CropRequest crop = Request("in.png", "out.gif", {0, 0, 50, 30}, Encoder::Gif);
+  CutSource opened;
+  ASSERT_TRUE(services.OpenForCuts(crop.source, crop.encoder, opened));
   const std::function<Status()> saves[] = {
       [&] { return services.AddBoardToFile(border); },
       [&] { return services.ZoomPic(Path("in.png"), Path("zoom.png"), 30, 20); },
       [&] { return services.CropToGif(crop); },
-      [&] { return services.CropImageToFile(image, crop); },
+      [&] { return services.CropToFile(opened, crop); },
       [&] { return services.SaveByEncoder(image, Path("out.bmp"), Encoder::Bmp, 80); },
   };
   for (const auto& save : saves) {

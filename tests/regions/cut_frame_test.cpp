@@ -1,54 +1,26 @@
 // SPDX-FileCopyrightText: 2026 The Quillon developers
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The cut frame in its window, and the step of a batch that waits for it.
-#include <filesystem>
-
-#include "regions_fixture.h"
+// The cut frame in its window.
+#include "frame_fixture.h"
 
 namespace quillon::regions {
 namespace {
 
-using host::Reply;
-using job::Painted;
-using job::Picture;
 using job::PreviewFrame;
-using job::Slope;
-
-constexpr const char* kAsk = "裁剪框预览    请人工指定本张图的裁剪框，指定完毕之后单击【下一张】或【本图不裁剪】";
-constexpr const char* kAskForNext = "裁剪框预览    请人工指定本张图的裁剪框，指定完毕之后单击【下一张】";
-constexpr const char* kRest = "裁剪框预览(空格键=下一张，Ctrl=本图扩边，Z=本图不裁剪)";
-constexpr const char* kRotate = "确定旋转？\r\n是——旋转\r\n否——旋转，下次不再提示";
-
-class CutFrameTest : public RegionsTest {
- protected:
-  std::vector<std::string> Margins() const {
-    return {form.TCutValue[0].Value(), form.TCutValue[1].Value(), form.TCutValue[2].Value(), form.TCutValue[3].Value()};
-  }
-  using Texts = std::vector<std::string>;
-  void Drag(Point from, Point to) {
-    frame.Pic_MouseDown(from);
-    frame.Pic_MouseMove(to);
-    frame.Pic_MouseUp();
-  }
-  void Drag(Point from, Point to, Grip grip) {
-    frame.Pic_MouseDown(from, grip);
-    frame.Pic_MouseMove(to);
-    frame.Pic_MouseUp();
-  }
-  const PreviewFrame& Frame() const { return cutPre.preview.PictureFrame(); }
-
-  CutFrame& frame = regions.cutFrame;
-  job::FCutPre& cutPre = program.fCutPre;
-};
 
 TEST_F(CutFrameTest, RestsWithItsCaptionAndTips) {
-  EXPECT_EQ(cutPre.Title(), kRest);
+  EXPECT_EQ(cutPre.Title(), kRestTitle);
   EXPECT_EQ(cutPre.CmdNext.Caption(), "下一张>>>");
   EXPECT_EQ(cutPre.CmdNext.Tooltip(), "Ctrl键下一张");
   EXPECT_EQ(cutPre.CmdRot90.Tooltip(), "A键代表本图逆转");
   EXPECT_EQ(cutPre.CmdRot270.Tooltip(), "Q键代表本图顺转");
   EXPECT_EQ(cutPre.CmdAddBoard.Tooltip(), "Shift键代表本图扩边");
   EXPECT_EQ(cutPre.CmdNotCut.Tooltip(), "Z键代表本图不裁剪");
+  EXPECT_EQ(cutPre.CmdNotCut.Caption(), "本图不裁剪");
+  EXPECT_EQ(cutPre.CmdAddBoard.Caption(), "本图扩边");
+  EXPECT_EQ(cutPre.CmdRot90.Caption(), "逆转90度");
+  EXPECT_EQ(cutPre.CmdRot270.Caption(), "顺转90度");
+  EXPECT_EQ(cutPre.ChHideShow.Tooltip(), "显示/隐藏按钮和右侧、底部滚动条，方便确定裁剪框");
   for (const char* name : {"CmdNext", "CmdNotCut", "CmdAddBoard", "CmdRot90", "CmdRot270"}) {
     EXPECT_FALSE(cutPre.Find(name)->Enabled()) << name;
   }
@@ -187,6 +159,25 @@ TEST_F(CutFrameTest, TheFrameBlinksUnlessItIsDrawn) {
   EXPECT_TRUE(cutPre.preview.SecondLook());
 }
 
+TEST_F(CutFrameTest, AFrameOverAllOfThePictureLeavesNothingOut) {
+  form.ChCutA.Set(false);
+  CutTest::Margins(10, 10, 10, 10);
+  Drag({0, 0}, {400, 300});
+  EXPECT_EQ(Margins(), (Texts{"0", "0", "0", "0"}));
+}
+
+TEST_F(CutFrameTest, TheSliderStartsAtTheFittedSize) {
+  world.screen.size = {1920, 1080};
+  program.ShowPicture("", {2048, 100});
+  EXPECT_EQ(cutPre.Slider1.Position(), 50);
+  EXPECT_DOUBLE_EQ(cutPre.preview.Scale(), 0.5);
+  EXPECT_EQ(cutPre.HS.Max(), 0);
+  Put("FCutPre.Slider1", "75");
+  EXPECT_EQ(cutPre.HS.Max(), 500);
+  program.ShowPicture("", {100, 80});
+  EXPECT_EQ(cutPre.Slider1.Position(), 100);
+}
+
 TEST_F(CutFrameTest, ZoomChangesTheScaleAndNoMargin) {
   Drag({40, 30}, {240, 180});
   const auto before = Margins();
@@ -194,6 +185,7 @@ TEST_F(CutFrameTest, ZoomChangesTheScaleAndNoMargin) {
   EXPECT_DOUBLE_EQ(cutPre.preview.Scale(), 2);
   EXPECT_EQ(cutPre.preview.Frame(), (PreviewFrame{80, 60, 400, 300}));
   EXPECT_EQ(cutPre.HS.Max(), 1000);
+  EXPECT_EQ(cutPre.VS.Max(), 1000);
   EXPECT_TRUE(cutPre.HS.Visible());
   EXPECT_EQ(Margins(), before);
   Put("FCutPre.Slider1", "50");
@@ -216,361 +208,6 @@ TEST_F(CutFrameTest, HidingTheButtonsIsABox) {
   }
   Put("FCutPre.ChHideShow", "0");
   EXPECT_TRUE(cutPre.CmdNext.Visible());
-}
-
-// --- The step of a batch.
-
-class ManualStepTest : public CutFrameTest {
- protected:
-  void SetUp() override {
-    CutFrameTest::SetUp();
-    form.ChCutA.Set(false);
-    CutTest::Margins(0, 0, 0, 0);
-    Option("ChMamal", "1");
-    ASSERT_TRUE(flags.ManualCutMode);
-  }
-  // What the user does at the nth picture; at those without an answer he goes on.
-  void AtPicture(int number, std::function<void()> act) { acts_[number] = std::move(act); }
-  void CutWith(const std::vector<std::string>& paths) {
-    world.pump.EveryTurn([this] {
-      if (!frame.Waiting() || flags.ManualStepDone) return;
-      if (++picture_ > 20) flags.StopRequested = true;
-      const auto act = acts_.find(picture_);
-      if (act != acts_.end()) {
-        act->second();
-      } else {
-        cutPre.CmdNext.UserClick();
-      }
-    });
-    Cut(paths);
-  }
-
-  std::map<int, std::function<void()>> acts_;
-  int picture_ = 0;
-};
-
-TEST_F(ManualStepTest, TheOptionNeedsNothingMore) {
-  EXPECT_TRUE(options.ChMamal.On());
-  EXPECT_EQ(Boxes("本机缺失资源文件"), 0);
-}
-
-TEST_F(ManualStepTest, TheBatchStopsAtEachPictureAndCutsWithItsFrame) {
-  AtPicture(1, [&] {
-    EXPECT_EQ(cutPre.Title(), kAsk);
-    EXPECT_TRUE(cutPre.Visible());
-    EXPECT_EQ(cutPre.preview.Path(), In("a.bmp"));
-    EXPECT_EQ(cutPre.preview.Upcoming(), In("b.bmp"));
-    for (const char* name : {"CmdNext", "CmdNotCut", "CmdRot90", "CmdRot270", "Slider1"}) {
-      EXPECT_TRUE(cutPre.Find(name)->Enabled()) << name;
-    }
-    EXPECT_FALSE(Enabled("Frame1"));
-    Drag({20, 8}, {70, 40});
-    cutPre.CmdNext.UserClick();
-  });
-  AtPicture(2, [&] {
-    EXPECT_EQ(cutPre.preview.Upcoming(), "");
-    // The margins of the picture before, on this one.
-    EXPECT_EQ(Frame(), (PreviewFrame{40, 10, 100, 40}));
-    cutPre.CmdNext.UserClick();
-  });
-  form.CmbOutType.SetText("bmp");
-  CutWith({Make("a.bmp", 100, 80), Make("b.bmp", 200, 100)});
-  EXPECT_EQ(Read(Out("a.bmp")).At(0, 0), Slope(20, 8));
-  EXPECT_EQ(SizeOf(Out("a.bmp")), (base::Size{50, 32}));
-  EXPECT_EQ(SizeOf(Out("b.bmp")), (base::Size{100, 40}));
-  EXPECT_EQ(cutPre.Title(), kRest);
-  EXPECT_FALSE(cutPre.CmdNext.Enabled());
-  EXPECT_FALSE(cutPre.CmdRot90.Enabled());
-  EXPECT_TRUE(cutPre.Slider1.Enabled());
-}
-
-TEST_F(ManualStepTest, BetweenThePicturesTheButtonsAreOff) {
-  recorder.onFileDone = [&](const job::FileResult&) {
-    EXPECT_EQ(cutPre.Title(), "裁剪框预览");
-    for (const char* name : {"CmdNext", "CmdNotCut", "Slider1", "VS", "HS"}) {
-      EXPECT_FALSE(cutPre.Find(name)->Enabled()) << name;
-    }
-  };
-  CutWith({Make("a.jpg"), Make("b.jpg")});
-  EXPECT_EQ(recorder.done.size(), 2u);
-}
-
-TEST_F(ManualStepTest, APictureThatIsNotCutStaysWhole) {
-  CutTest::Margins(50, 0, 0, 0);
-  AtPicture(1, [&] { cutPre.CmdNotCut.UserClick(); });
-  CutWith({Make("a.jpg", 100, 80), Make("b.jpg", 100, 80)});
-  EXPECT_EQ(SizeOf(Out("a.jpg")), (base::Size{100, 80}));
-  EXPECT_EQ(SizeOf(Out("b.jpg")), (base::Size{50, 80}));
-}
-
-TEST_F(ManualStepTest, AStudioPresetHasNoWayPastTheCut) {
-  form.ChCutA.Set(true);
-  form.ChFixCut.Set(true);
-  form.CmbKeepCut.Select(6);
-  AtPicture(1, [&] {
-    EXPECT_EQ(cutPre.Title(), kAsk);
-    EXPECT_TRUE(cutPre.CmdNotCut.Enabled());
-    cutPre.CmdNext.UserClick();
-  });
-  AtPicture(2, [&] {
-    EXPECT_EQ(cutPre.Title(), kAskForNext);
-    EXPECT_FALSE(cutPre.CmdNotCut.Enabled());
-    cutPre.CmdNext.UserClick();
-  });
-  recorder.onFileDone = [&](const job::FileResult&) {
-    form.CmbKeepCut.SetHandler({});
-    form.CmbKeepCut.Select(2);
-  };
-  CutWith({Make("a.jpg", 1200, 1800), Make("b.jpg", 1200, 1800)});
-  EXPECT_EQ(recorder.done.size(), 2u);
-}
-
-TEST_F(ManualStepTest, KeysActInTheirOrderAndOnlyInABatch) {
-  frame.Timer1_Timer({.Ctrl = true, .Z = true});
-  EXPECT_FALSE(flags.ManualStepDone);
-  AtPicture(1, [&] { frame.Timer1_Timer({.Z = true}); });
-  AtPicture(2, [&] {
-    // Ctrl comes first: next, not passed over.
-    frame.Timer1_Timer({.Ctrl = true, .A = true, .Z = true});
-    frame.Timer1_Timer({.Ctrl = true});
-    EXPECT_FALSE(cutPre.CmdNext.Enabled());
-  });
-  CutTest::Margins(50, 0, 0, 0);
-  CutWith({Make("a.jpg", 100, 80), Make("b.jpg", 100, 80), Make("c.jpg", 100, 80)});
-  EXPECT_EQ(SizeOf(Out("a.jpg")), (base::Size{100, 80}));
-  EXPECT_EQ(SizeOf(Out("b.jpg")), (base::Size{50, 80}));
-  EXPECT_EQ(recorder.done.size(), 3u);
-}
-
-TEST_F(ManualStepTest, HoldingCtrlGoesOnOnce) {
-  AtPicture(1, [&] {
-    for (int i = 0; i < 5; ++i) frame.Timer1_Timer({.Ctrl = true});
-  });
-  int asked = 0;
-  AtPicture(2, [&] {
-    ++asked;
-    cutPre.CmdNext.UserClick();
-  });
-  CutWith({Make("a.jpg"), Make("b.jpg")});
-  EXPECT_EQ(asked, 1);
-}
-
-TEST_F(ManualStepTest, ATurnedPictureIsCutAsItIsShown) {
-  world.boxes.Answer(kRotate, Reply::Yes);
-  AtPicture(1, [&] {
-    frame.Timer1_Timer({.A = true});
-    EXPECT_EQ(flags.CurrentImagePath, program.AppPath("Tmp.jpg"));
-    EXPECT_TRUE(flags.ManualRotated);
-    EXPECT_EQ(flags.ManualAngle, 90);
-    EXPECT_EQ(cutPre.preview.Picture(), (base::Size{80, 100}));
-    Drag({0, 0}, {40, 100});
-    cutPre.CmdNext.UserClick();
-  });
-  CutWith({Make("a.jpg", 100, 80)});
-  EXPECT_EQ(SizeOf(Out("a.jpg")), (base::Size{40, 100}));
-  ASSERT_EQ(Boxes(kRotate), 1);
-  EXPECT_EQ(world.boxes.All()[0].box.type & 7, 3);
-}
-
-TEST_F(ManualStepTest, TurnsAddUpAndBothWaysAreThere) {
-  world.boxes.Answer(kRotate, Reply::No);
-  AtPicture(1, [&] {
-    cutPre.CmdRot270.UserClick();
-    EXPECT_EQ(flags.ManualAngle, -90);
-    cutPre.CmdRot270.UserClick();
-    EXPECT_EQ(flags.ManualAngle, -180);
-    EXPECT_EQ(cutPre.preview.Picture(), (base::Size{100, 80}));
-    cutPre.CmdNext.UserClick();
-  });
-  AtPicture(2, [&] {
-    cutPre.CmdRot90.UserClick();
-    cutPre.CmdNext.UserClick();
-  });
-  CutWith({Make("a.jpg", 100, 80), Make("b.jpg", 60, 50)});
-  // "No" turns and asks no more.
-  EXPECT_EQ(Boxes(kRotate), 1);
-  EXPECT_EQ(SizeOf(Out("b.jpg")), (base::Size{50, 60}));
-}
-
-TEST_F(ManualStepTest, ATurnThatIsTakenBackChangesNothing) {
-  world.boxes.Answer(kRotate, Reply::Cancel);
-  AtPicture(1, [&] {
-    cutPre.CmdRot90.UserClick();
-    EXPECT_EQ(flags.CurrentImagePath, In("a.jpg"));
-    EXPECT_FALSE(flags.ManualRotated);
-    cutPre.CmdNext.UserClick();
-  });
-  CutWith({Make("a.jpg", 100, 80)});
-  EXPECT_EQ(SizeOf(Out("a.jpg")), (base::Size{100, 80}));
-}
-
-TEST_F(ManualStepTest, ATurnWithoutAWorkFileKeepsTheOldPicture) {
-  world.boxes.Answer(kRotate, Reply::Yes);
-  AtPicture(1, [&] {
-    world.faults.Set({.call = host::testing::DiskCall::OpenNew,
-                      .error = EACCES,
-                      .length = host::testing::Fault::Length::ForEver,
-                      .pathHolds = "Tmp.jpg"});
-    cutPre.CmdRot90.UserClick();
-    world.faults.Clear();
-    EXPECT_EQ(flags.CurrentImagePath, In("a.jpg"));
-    EXPECT_FALSE(flags.ManualRotated);
-    cutPre.CmdNext.UserClick();
-  });
-  CutWith({Make("a.jpg", 100, 80)});
-  EXPECT_EQ(Totals().written, 1u);
-}
-
-TEST_F(ManualStepTest, APictureThatARuleTurnedIsShownTurnedAndNotTurnedAgain) {
-  Put("FBaseOpt.CmbRotate", "横向图选逆转90度后再裁剪");
-  AtPicture(1, [&] {
-    EXPECT_EQ(cutPre.preview.Picture(), (base::Size{80, 100}));
-    EXPECT_NE(cutPre.preview.Path(), In("a.jpg"));
-    EXPECT_EQ(flags.CurrentImagePath, In("a.jpg"));
-    EXPECT_FALSE(cutPre.CmdRot90.Enabled());
-    EXPECT_FALSE(cutPre.CmdRot270.Enabled());
-    Drag({0, 0}, {40, 100});
-    cutPre.CmdNext.UserClick();
-  });
-  CutWith({Make("a.jpg", 100, 80)});
-  EXPECT_EQ(SizeOf(Out("a.jpg")), (base::Size{40, 100}));
-}
-
-class BoardStepTest : public ManualStepTest {
- protected:
-  void SetUp() override {
-    ManualStepTest::SetUp();
-    form.ChCutA.Set(true);
-    form.ChFixCut.Set(true);
-    form.TFixWH[0].SetText("200");
-    form.TFixWH[1].SetText("100");
-  }
-};
-
-TEST_F(BoardStepTest, ThePictureGrowsToTheRatioOncePerPicture) {
-  AtPicture(1, [&] {
-    EXPECT_TRUE(cutPre.CmdAddBoard.Enabled());
-    frame.Timer1_Timer({.Shift = true});
-    EXPECT_EQ(flags.CurrentImagePath, program.AppPath("Tmp.jpg"));
-    EXPECT_EQ(cutPre.preview.Picture(), (base::Size{800, 400}));
-    EXPECT_FALSE(cutPre.CmdAddBoard.Enabled());
-    EXPECT_EQ(cutPre.CmdAddBoard.Tag(), "1");
-    const Picture grown = Read(program.AppPath("Tmp.jpg"));
-    EXPECT_EQ(grown.At(2, 200), job::kWhitePixel);
-    EXPECT_NE(grown.At(400, 200), job::kWhitePixel);
-    const int beeps = world.boxes.Beeps();
-    frame.CmdAddBoard_Click();
-    EXPECT_EQ(world.boxes.Beeps(), beeps + 1);
-    EXPECT_EQ(cutPre.preview.Picture(), (base::Size{800, 400}));
-    cutPre.CmdNext.UserClick();
-  });
-  AtPicture(2, [&] {
-    EXPECT_EQ(cutPre.CmdAddBoard.Tag(), "");
-    EXPECT_TRUE(cutPre.CmdAddBoard.Enabled());
-    cutPre.CmdNext.UserClick();
-  });
-  CutWith({Make("a.jpg", 300, 400), Make("b.jpg", 300, 400)});
-  EXPECT_EQ(recorder.done.size(), 2u);
-}
-
-TEST_F(BoardStepTest, ATurnedPictureGrowsIntoTheOtherWorkFile) {
-  world.boxes.Answer(kRotate, Reply::Yes);
-  AtPicture(1, [&] {
-    cutPre.CmdRot90.UserClick();
-    cutPre.CmdAddBoard.UserClick();
-    EXPECT_EQ(flags.CurrentImagePath, program.AppPath("Tmp2.jpg"));
-    EXPECT_EQ(cutPre.preview.Picture(), (base::Size{600, 300}));
-    cutPre.CmdNext.UserClick();
-  });
-  CutWith({Make("a.jpg", 300, 400)});
-}
-
-TEST_F(BoardStepTest, APictureOfTheRatioIsLeftAlone) {
-  AtPicture(1, [&] {
-    cutPre.CmdAddBoard.UserClick();
-    EXPECT_EQ(flags.CurrentImagePath, In("a.jpg"));
-    EXPECT_EQ(cutPre.CmdAddBoard.Tag(), "");
-    cutPre.CmdNext.UserClick();
-  });
-  CutWith({Make("a.jpg", 400, 200)});
-}
-
-TEST_F(BoardStepTest, WithoutTheGrownPictureItIsPassedOver) {
-  AtPicture(1, [&] {
-    world.faults.Set({.call = host::testing::DiskCall::OpenNew,
-                      .error = EACCES,
-                      .length = host::testing::Fault::Length::ForEver,
-                      .pathHolds = "Tmp.jpg"});
-    cutPre.CmdAddBoard.UserClick();
-    world.faults.Clear();
-    EXPECT_EQ(flags.CurrentImagePath, "");
-    EXPECT_TRUE(flags.ManualStepDone);
-  });
-  CutWith({Make("a.jpg", 300, 400)});
-  EXPECT_EQ(Why(1), "裁剪框预览中的图片已不存在");
-}
-
-TEST_F(ManualStepTest, APictureThatVanishedIsPassedOver) {
-  AtPicture(1, [&] {
-    std::filesystem::remove(In("a.jpg"));
-    cutPre.CmdNext.UserClick();
-  });
-  CutWith({Make("a.jpg"), Make("b.jpg")});
-  EXPECT_EQ(Why(1), "裁剪框预览中的图片已不存在");
-  EXPECT_EQ(Totals().written, 1u);
-}
-
-TEST_F(ManualStepTest, APictureThatDoesNotLoadComesFromTheServer) {
-  const std::string path = world.folder.Write("in/odd.jpg", "no picture");
-  world.processes.Add({.id = 7, .name = "QxBackImg.exe", .folder = world.host.programFolder, .own = true});
-  std::vector<std::string> started;
-  world.shell.OnStart([&](const host::testing::RecordingShell::Started& start) {
-    started.push_back(start.program);
-    imaging::Image picture;
-    ASSERT_TRUE(program.images.NewCanvas({50, 40}, base::kWhite, picture));
-    ASSERT_TRUE(program.images.PutImageOnClipBoard(picture));
-    world.settings.Set("Quillon", "Default", "QxBackImg", "1");
-  });
-  base::Size shown;
-  world.pump.EveryTurn([&] {
-    if (!frame.Waiting()) return;
-    shown = cutPre.preview.Picture();
-    cutPre.CmdNext.UserClick();
-  });
-  EXPECT_EQ(frame.Ask(path, {}), job::ManualFrame::Answer::Given);
-  EXPECT_EQ(shown, (base::Size{50, 40}));
-  ASSERT_FALSE(started.empty());
-  EXPECT_NE(started[0].find("QxBackImg.exe"), std::string::npos);
-  EXPECT_TRUE(flags.BackWorkerStarted);
-}
-
-TEST_F(ManualStepTest, APictureThatNobodyLoadsShowsNothing) {
-  const std::string path = world.folder.Write("in/odd.jpg", "no picture");
-  world.shell.SetResult("QxBackImg", host::kStartMissing);
-  world.pump.EveryTurn([&] {
-    if (frame.Waiting()) cutPre.CmdNext.UserClick();
-  });
-  frame.Ask(path, {});
-  EXPECT_EQ(cutPre.preview.Path(), "");
-}
-
-TEST_F(ManualStepTest, AStopEndsTheWait) {
-  AtPicture(1, [&] { flags.StopRequested = true; });
-  CutWith({Make("a.jpg"), Make("b.jpg")});
-  EXPECT_EQ(Totals().written, 0u);
-  EXPECT_FALSE(frame.Waiting());
-  EXPECT_EQ(cutPre.Title(), kRest);
-}
-
-TEST_F(ManualStepTest, TheWindowStaysWhileItWaits) {
-  AtPicture(1, [&] {
-    cutPre.Close();
-    EXPECT_TRUE(cutPre.Visible());
-    cutPre.CmdNext.UserClick();
-  });
-  CutWith({Make("a.jpg")});
-  cutPre.Close();
-  EXPECT_FALSE(cutPre.Visible());
 }
 
 }  // namespace

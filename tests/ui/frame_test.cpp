@@ -4,12 +4,14 @@
 #include <gtest/gtest.h>
 
 #include <QLineEdit>
+#include <QPainter>
 #include <QPushButton>
 #include <QScrollBar>
 #include <QSemaphore>
 #include <QWheelEvent>
 
 #include "ui/frame/frame_hand.h"
+#include "ui/frame/frame_painter.h"
 #include "ui/frame/key_overlay.h"
 #include "ui/frame/preview_canvas.h"
 #include "ui/frame/preview_dock.h"
@@ -136,6 +138,47 @@ TEST_F(FrameUi, TheScrollBarsMoveThePictureAndNoMargin) {
   EXPECT_EQ(form_.TCutValue[0].Value(), before);
 }
 
+TEST_F(FrameUi, AFixedFrameHasTheCursorOfMoving) {
+  QTest::mouseMove(&canvas_, At(200, 150));
+  EXPECT_EQ(canvas_.cursor().shape(), Qt::CrossCursor);
+  form_.ChFixCut.Set(true);
+  for (const QPoint place : {At(20, 20), At(390, 290)}) {
+    QTest::mouseMove(&canvas_, place);
+    EXPECT_EQ(canvas_.cursor().shape(), Qt::SizeAllCursor);
+  }
+}
+
+TEST_F(FrameUi, AGlanceTakesThePlaceOfThePictureUntilAnotherIsShown) {
+  QImage red(80, 60, QImage::Format_RGB32);
+  red.fill(Qt::red);
+  canvas_.SetGlance(red);
+  EXPECT_TRUE(canvas_.Glances());
+  EXPECT_EQ(canvas_.grab().toImage().pixelColor(canvas_.rect().center()), QColor(Qt::red));
+  canvas_.SetPicture(QImage(80, 60, QImage::Format_RGB32));
+  EXPECT_FALSE(canvas_.Glances());
+  EXPECT_NE(canvas_.grab().toImage().pixelColor(canvas_.rect().center()), QColor(Qt::red));
+}
+
+TEST(FramePainter, DrawsThirdsAndTheCentre) {
+  QImage black(120, 120, QImage::Format_RGB32);
+  black.fill(Qt::black);
+  QPainter painter(&black);
+  FrameLook look;
+  look.picture = QRectF(0, 0, 120, 120);
+  look.frame = QRectF(15, 15, 90, 90);
+  PaintFrame(painter, look);
+  painter.end();
+  const auto brightness = [&](int x, int y) {
+    return qMax(qGray(black.pixel(x, y)), qMax(qGray(black.pixel(x - 1, y)), qGray(black.pixel(x, y - 1))));
+  };
+  for (const int third : {45, 75}) {
+    EXPECT_GT(brightness(third, 25), 20) << third;
+    EXPECT_GT(brightness(25, third), 20) << third;
+  }
+  EXPECT_LT(brightness(35, 25), 10);
+  EXPECT_GT(brightness(60, 60), 40);
+}
+
 TEST_F(FrameUi, MillimetresAreToldWhereTheResolutionIsKnown) {
   preview_.SetPictureFrame({0, 0, 300, 150});
   EXPECT_EQ(canvas_.FrameText(), QStringLiteral("300 × 150 px"));
@@ -181,29 +224,37 @@ class StepUi : public FrameUi {
       EXPECT_TRUE(ui_.program.images.SaveImageToPngFile(image, ui_.world.folder.Path(std::string("in_") + name)));
       ui_.List(ui_.world.folder.Path(std::string("in_") + name), 40, 20);
     }
+    ui_.world.pump.EveryTurn([this] { Turn(); });
   }
   PreviewDock& Dock() { return *ui_.window.findChild<PreviewDock*>(); }
   // Runs the manual cut; act is done at the first picture, what is left is then stopped.
   void RunWith(const std::function<void()>& act) {
     ui_.program.flags.ManualCutMode = true;
-    bool acted = false;
-    ui_.world.pump.EveryTurn([&, this] {
-      if (!ui_.suite.regions.cutFrame.Waiting()) return;
-      UiWorld::Turn();
-      if (std::exchange(acted, true)) {
-        ui_.program.flags.StopRequested = true;
-        return;
-      }
-      act();
-    });
+    act_ = act;
     form_.menuNormalCut.UserClick();
-    EXPECT_TRUE(acted);
+    EXPECT_FALSE(act_);
     UiWorld::Turn();
+  }
+  void Turn() {
+    if (!ui_.suite.regions.cutFrame.Waiting()) {
+      if (canvas_.Glances()) ++glances_;
+      return;
+    }
+    EXPECT_FALSE(canvas_.Glances());
+    UiWorld::Turn();
+    if (const auto act = std::exchange(act_, {})) {
+      act();
+    } else {
+      ui_.program.flags.StopRequested = true;
+    }
   }
   void Key(int key, Qt::KeyboardModifiers modifiers = {}) {
     QWidget* focus = QApplication::focusWidget();
     QTest::keyClick(focus ? focus : &canvas_, static_cast<Qt::Key>(key), modifiers);
   }
+
+  std::function<void()> act_;
+  int glances_ = 0;  // turns between two steps that showed the next picture
 };
 
 TEST_F(StepUi, TheWindowFloatsWithItsButtonsAndGoesBack) {
@@ -218,6 +269,37 @@ TEST_F(StepUi, TheWindowFloatsWithItsButtonsAndGoesBack) {
     EXPECT_TRUE(ui_.program.flags.ManualStepDone);
   });
   EXPECT_FALSE(Dock().isFloating());
+}
+
+TEST_F(StepUi, TheWindowComesBackToItsLastPlace) {
+  const QRect place(100, 80, 700, 500);
+  RunWith([&] {
+    EXPECT_NE(Dock().geometry(), place);
+    Dock().setGeometry(place);
+  });
+  RunWith([&] { EXPECT_EQ(Dock().geometry(), place); });
+  // A place that no screen has is no place.
+  ui_.program.SaveSetting("FCutPre", "90000 90000 700 500");
+  RunWith([&] { EXPECT_TRUE(ui_.window.screen()->geometry().contains(Dock().geometry().center())); });
+}
+
+TEST_F(StepUi, AClickOnATurnLeavesTheSpaceBarToGoOn) {
+  RunWith([this] {
+    QTest::mouseClick(ui_.Find<QPushButton>(cutPre_.CmdRot90), Qt::LeftButton);
+    EXPECT_EQ(ui_.world.boxes.Count("确定旋转？"), 1);
+    EXPECT_EQ(QApplication::focusWidget(), ui_.Find<QPushButton>(cutPre_.CmdNext));
+    Key(Qt::Key_Space);
+    EXPECT_TRUE(ui_.program.flags.ManualStepDone);
+  });
+}
+
+TEST_F(StepUi, TheNextPictureIsSeenAsSoonAsThisOneIsLeft) {
+  RunWith([this] {
+    ui_.window.Loader().Wait();
+    cutPre_.CmdNext.UserClick();
+  });
+  EXPECT_GT(glances_, 0);
+  EXPECT_FALSE(canvas_.Glances());
 }
 
 struct KeyCase {
@@ -303,6 +385,9 @@ TEST(EarlyPicture, IsHandedOverAtOnceUnlessTheFileChanged) {
   loader.Fetch("/next", QSize(10, 10));
   loader.Wait();
   EXPECT_EQ(read.size(), 1u);
+  EXPECT_FALSE(loader.Fetched("/next", QSize(10, 10)).isNull());
+  EXPECT_TRUE(loader.Fetched("/next", QSize(20, 10)).isNull());
+  EXPECT_TRUE(loader.Fetched("/other", QSize(10, 10)).isNull());
   loader.Ask("/next", QSize(10, 10));
   EXPECT_EQ(taken, 1);
   EXPECT_EQ(read.size(), 1u);

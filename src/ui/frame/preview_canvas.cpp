@@ -30,7 +30,13 @@ PreviewCanvas::PreviewCanvas(const job::Preview& preview, QWidget* parent) : QWi
 
 void PreviewCanvas::SetPicture(const QImage& picture) {
   picture_ = picture;
+  glance_ = {};
   shaped_ = {};
+  update();
+}
+
+void PreviewCanvas::SetGlance(const QImage& picture) {
+  glance_ = picture;
   update();
 }
 
@@ -194,6 +200,14 @@ void PreviewCanvas::PaintRegions(QPainter& painter) const {
 
 void PreviewCanvas::paintEvent(QPaintEvent*) {
   QPainter painter(this);
+  if (Glances()) {
+    const QRectF room = Room(*this);
+    QRectF place(QPointF(), QSizeF(glance_.size()).scaled(room.size(), Qt::KeepAspectRatio));
+    place.moveCenter(room.center());
+    painter.setRenderHint(QPainter::SmoothPixmapTransform);
+    painter.drawImage(place, glance_);
+    return;
+  }
   const QRectF shown = PictureRect();
   if (shown.isEmpty()) {
     PaintDropHint(painter, *this);

@@ -23,6 +23,9 @@ class PreviewCanvas : public QWidget {
   // A reduced picture to draw; a null one shows the hint.
   void SetPicture(const QImage& picture);
   bool HasPicture() const { return !picture_.isNull(); }
+  // A picture that is seen in its place, fitted and without anything over it, until a null one or another picture.
+  void SetGlance(const QImage& picture);
+  bool Glances() const { return !glance_.isNull(); }
   // How much larger than fitted the picture is drawn, and what part of the rest lies to the left and above, 0 to 1.
   void SetView(double zoom, double across, double down);
   // Whether the frame can be taken hold of.
@@ -68,6 +71,7 @@ class PreviewCanvas : public QWidget {
 
   const job::Preview& preview_;
   QImage picture_;
+  QImage glance_;
   QImage shaped_;   // picture_ as it is cut
   QPixmap scaled_;  // shaped_ at the size it is shown in, while it is fitted
   base::Size upright_;

@@ -4,6 +4,7 @@
 
 #include <QCloseEvent>
 #include <QGridLayout>
+#include <QGuiApplication>
 #include <QLabel>
 #include <QPushButton>
 #include <QScreen>
@@ -29,6 +30,7 @@ constexpr int kPreviewLimit = 1600;
 constexpr int kLargestDetail = 6000;
 constexpr int kBlinkMilliseconds = 600;
 constexpr double kStepShare = 0.85;  // of the screen
+constexpr const char* kPlaceKey = "FCutPre";
 
 double PartOf(const controls::Slider& bar) {
   return bar.Max() > 0 ? static_cast<double>(bar.Position()) / bar.Max() : 0.5;
@@ -99,11 +101,17 @@ QWidget* PreviewDock::MakeView() {
 QWidget* PreviewDock::MakeButtons() {
   buttons_ = new QWidget;
   auto* line = Line(buttons_);
+  // A click on one of these leaves the space bar to CmdNext.
+  const auto make = [this](controls::Button& button) {
+    QWidget* widget = binder_.Make(button);
+    widget->setFocusPolicy(Qt::TabFocus);
+    return widget;
+  };
   for (controls::Button* button : {&record_.CmdRot90, &record_.CmdRot270, &record_.CmdAddBoard}) {
-    line->addWidget(binder_.Make(*button));
+    line->addWidget(make(*button));
   }
   line->addStretch(1);
-  line->addWidget(binder_.Make(record_.CmdNotCut));
+  line->addWidget(make(record_.CmdNotCut));
   auto* next = static_cast<QPushButton*>(binder_.Make(record_.CmdNext));
   next->setDefault(true);
   line->addWidget(next);
@@ -171,11 +179,19 @@ void PreviewDock::OnPreview() {
   const job::Preview& preview = record_.preview;
   if (shown_ != preview.Showings()) ShowNewPicture();
   loader_.Fetch(preview.Upcoming(), QSize(kPreviewLimit, kPreviewLimit));
+  if (glances_ != preview.Glances()) ShowGlance();
   const base::Rect cut = frame_.Result();
   const bool known = !preview.Path().empty();
   result_->setText(known ? QStringLiteral("裁出 %1 × %2").arg(qMax(cut.width, 0)).arg(qMax(cut.height, 0)) : QString());
   ShowRegions();
   ShowView();
+}
+
+// The next picture is there the moment this one is left, be it that the cut of this one takes a while.
+void PreviewDock::ShowGlance() {
+  const job::Preview& preview = record_.preview;
+  glances_ = preview.Glances();
+  canvas_->SetGlance(glances_ ? loader_.Fetched(preview.Upcoming(), QSize(kPreviewLimit, kPreviewLimit)) : QImage());
 }
 
 void PreviewDock::ShowNewPicture() {
@@ -239,18 +255,40 @@ void PreviewDock::ShowStep() {
   if (frame_.Waiting() && !floated_ && !isFloating()) {
     floated_ = true;
     setFloating(true);
-    const QRect room = screen()->availableGeometry();
-    QRect place(QPoint(), room.size() * kStepShare);
-    place.moveCenter(room.center());
-    setGeometry(place);
+    Float();
   } else if (rests && floated_) {
     floated_ = false;
+    KeepPlace();
     setFloating(false);
   }
   if (!frame_.Waiting()) return;
   raise();
   activateWindow();
   if (auto* next = findChild<QPushButton*>(Shown(record_.CmdNext.Name()))) next->setFocus();
+}
+
+// Where the step stood last, as far as that is on a screen; else most of the screen.
+void PreviewDock::Float() {
+  QRect room = screen()->availableGeometry();
+  QRect place(QPoint(), room.size() * kStepShare);
+  place.moveCenter(room.center());
+  const QStringList kept = Shown(program_.Setting(kPlaceKey)).split(u' ');
+  if (kept.size() == 4) {
+    const QRect last(kept[0].toInt(), kept[1].toInt(), kept[2].toInt(), kept[3].toInt());
+    const QScreen* there = QGuiApplication::screenAt(last.center());
+    if (there && last.width() >= minimumSizeHint().width() && last.height() >= minimumSizeHint().height()) {
+      room = there->availableGeometry();
+      place = last & room;
+    }
+  }
+  setGeometry(place);
+}
+
+void PreviewDock::KeepPlace() {
+  const QRect place = geometry();
+  program_.SaveSetting(
+      kPlaceKey,
+      Bytes(QStringLiteral("%1 %2 %3 %4").arg(place.left()).arg(place.top()).arg(place.width()).arg(place.height())));
 }
 
 // Closing is the record's business; the dock follows it.

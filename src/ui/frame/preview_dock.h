@@ -35,12 +35,15 @@ class PreviewDock : public QDockWidget {
   QWidget* MakeDetails();
   void ConnectHands();
   void OnPreview();
+  void ShowGlance();
   void ShowNewPicture();
   void ShowRegions();
   void ShowView();
   void ShowTitle();
   void ShowDetails();
   void ShowStep();
+  void Float();
+  void KeepPlace();
   void AskForDetail(int side);
 
   job::Program& program_;
@@ -53,6 +56,7 @@ class PreviewDock : public QDockWidget {
   int regionsToken_;
   int shown_ = -1;
   int limit_ = 0;  // of the picture that was asked for
+  bool glances_ = false;
   bool floated_ = false;
   QTimer blink_;
   PreviewCanvas* canvas_;

@@ -18,8 +18,13 @@ PreviewLoader::~PreviewLoader() {
 QImage PreviewLoader::TakeEarly(const std::string& path, QSize limit) {
   const std::string version = VersionOf(path);
   const std::lock_guard lock(mutex_);
-  const bool fits = early_.path == path && early_.limit == limit && early_.version == version;
-  return fits ? std::exchange(early_, {}).picture : QImage();
+  return early_.Is(path, version, limit) ? std::exchange(early_, {}).picture : QImage();
+}
+
+QImage PreviewLoader::Fetched(const std::string& path, QSize limit) {
+  const std::string version = VersionOf(path);
+  const std::lock_guard lock(mutex_);
+  return early_.Is(path, version, limit) ? early_.picture : QImage();
 }
 
 void PreviewLoader::Ask(const std::string& path, QSize limit) {

@@ -31,6 +31,8 @@ class PreviewLoader : public QObject {
   void Ask(const std::string& path, QSize limit);
   // Reads a picture that is likely to be asked for next; "" forgets it.
   void Fetch(const std::string& path, QSize limit);
+  // That picture once it is there, to be looked at before it is asked for; a null image else.
+  QImage Fetched(const std::string& path, QSize limit);
   // Waits until nothing is being read; what was read is handed over in the next turn of the event loop.
   void Wait() { thread_.waitForDone(); }
 
@@ -40,6 +42,10 @@ class PreviewLoader : public QObject {
     std::string version;
     QSize limit;
     QImage picture;
+
+    bool Is(const std::string& wanted, const std::string& now, QSize size) const {
+      return path == wanted && version == now && limit == size;
+    }
   };
 
   std::string VersionOf(const std::string& path) const { return version_ ? version_(path) : std::string(); }
