@@ -86,7 +86,11 @@ void JpegRows::WriteDecoded() {
   std::array<JSAMPROW, kBatch> parts{};
   for (int left = rows_.size; left > 0;) {
     const int batch = std::min(left, kBatch);
-    whole_ ? CopyBatch(rows_.begin + rows_.size - left, batch) : ReadBatch(batch);
+    if (whole_) {
+      CopyBatch(rows_.begin + rows_.size - left, batch);
+    } else {
+      ReadBatch(batch);
+    }
     for (int i = 0; i < batch; ++i) {
       parts[i] = decodedRows_[i] + skip;
       if (!framed) continue;
