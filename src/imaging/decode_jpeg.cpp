@@ -95,11 +95,16 @@ class JpegRows : public RowStream {
     jpeg_create_decompress(&decoder_);
     source_.Attach(decoder_);
     jpeg_read_header(&decoder_, TRUE);
-    decoder_.out_color_space = colours_ == JpegColours::AsStored ? decoder_.jpeg_color_space : DisplayedColours();
+    decoder_.out_color_space = TakesAsStored() ? decoder_.jpeg_color_space : DisplayedColours();
     decoder_.scale_num = 1;
     decoder_.scale_denom = static_cast<unsigned>(shrink);
     decoder_.do_block_smoothing = FALSE;
     jpeg_calc_output_dimensions(&decoder_);
+  }
+
+  bool TakesAsStored() const {
+    return colours_ == JpegColours::AsStored ||
+           (colours_ == JpegColours::YccAsStored && decoder_.jpeg_color_space == JCS_YCbCr);
   }
 
   J_COLOR_SPACE DisplayedColours() const {
@@ -117,6 +122,7 @@ class JpegRows : public RowStream {
   void SetFacts() {
     facts_.size = {static_cast<int>(decoder_.output_width), static_cast<int>(decoder_.output_height)};
     facts_.layout = static_cast<RowLayout>(decoder_.out_color_components);
+    facts_.ycc = decoder_.out_color_space == JCS_YCbCr;
     facts_.dpi = head_.Dpi();
     facts_.profile = JoinProfile(head_.icc);
     facts_.exif = head_.exif;

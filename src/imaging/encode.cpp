@@ -21,7 +21,6 @@ using vips::VImage;
 using vips::VOption;
 
 constexpr double kMillimetres = 25.4;
-constexpr int kUntoldTiffDpi = 96;
 constexpr int kGifSide = 65535;
 constexpr std::int64_t kGifMemory = std::int64_t{1} << 30;  // held whole at four bytes a pixel to choose its colours
 constexpr int kBlackLevel = 128;

@@ -31,8 +31,14 @@ Status CheckOutput(Encoder encoder, host::Draft& draft);
 
 // The parts of EncodePicture that are written here; pixels are 8 bit.
 Status WriteJpeg(const Picture& picture, int quality, Exif exif, host::Draft& draft);  // grey, RGB or CMYK
-// Rows of 8 bits without alpha, as they are read: nothing else is held.
-Status WriteJpeg(RowStream& rows, const PictureTags& tags, int quality, host::Draft& draft);
 Status WriteBmp(const Picture& rgb, host::Draft& draft);
+
+// Rows as they are read: nothing else is held. EXIF is dropped. Jpeg takes 8 bits without alpha, png no inks.
+Status WriteJpeg(RowStream& rows, const PictureTags& tags, int quality, host::Draft& draft);
+Status WritePng(RowStream& rows, const PictureTags& tags, host::Draft& draft);
+Status WriteTiff(RowStream& rows, const PictureTags& tags, host::Draft& draft);
+
+// What a tiff tells whose resolution is not known.
+inline constexpr int kUntoldTiffDpi = 96;
 
 }  // namespace quillon::imaging

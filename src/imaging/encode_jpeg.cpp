@@ -36,6 +36,7 @@ class JpegWriter {
     base::Size size;
     int bands = 0;
     bool inks = false;
+    bool ycc = false;
   };
 
   Status Begin(const Kind& kind, const PictureTags& tags, int quality, Exif exif) {
@@ -101,7 +102,10 @@ class JpegWriter {
     encoder_.image_width = static_cast<JDIMENSION>(kind.size.width);
     encoder_.image_height = static_cast<JDIMENSION>(kind.size.height);
     encoder_.input_components = kind.bands;
-    encoder_.in_color_space = inks_ ? JCS_CMYK : encoder_.input_components == 1 ? JCS_GRAYSCALE : JCS_RGB;
+    encoder_.in_color_space = inks_                            ? JCS_CMYK
+                              : encoder_.input_components == 1 ? JCS_GRAYSCALE
+                              : kind.ycc                       ? JCS_YCbCr
+                                                               : JCS_RGB;
     jpeg_set_defaults(&encoder_);
     jpeg_set_quality(&encoder_, quality, TRUE);
     if (encoder_.jpeg_color_space == JCS_YCbCr) {
@@ -142,7 +146,7 @@ Status WriteJpeg(RowStream& rows, const PictureTags& tags, int quality, host::Dr
   const RowFacts& facts = rows.Facts();
   if (std::max(facts.size.width, facts.size.height) > kLargestSide) return fault::ResultTooLarge();
   JpegWriter writer(draft);
-  const JpegWriter::Kind kind{facts.size, facts.Channels(), facts.layout == RowLayout::Cmyk};
+  const JpegWriter::Kind kind{facts.size, facts.Channels(), facts.layout == RowLayout::Cmyk, facts.ycc};
   if (Status status = writer.Begin(kind, tags, quality, Exif::Drop); !status) return status;
   const auto size = static_cast<std::size_t>(facts.size.width) * static_cast<std::size_t>(facts.PixelBytes());
   std::vector<unsigned char> row(size);

@@ -2,8 +2,11 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "imaging/huge_picture.h"
 
+#include <memory>
+
 #include "base/path_text.h"
 #include "imaging/colours.h"
+#include "imaging/decode_jpeg.h"
 #include "imaging/encode.h"
 #include "imaging/geometry.h"
 #include "imaging/jpeg_cut.h"
@@ -11,6 +14,7 @@
 #include "imaging/limit_checks.h"
 #include "imaging/older_result.h"
 #include "imaging/open_picture.h"
+#include "imaging/row_steps.h"
 #include "imaging/tiff_part.h"
 
 namespace quillon::imaging {
@@ -18,6 +22,8 @@ namespace {
 
 using host::Problem;
 using vips::VImage;
+
+constexpr int kMostShrink = 8;  // that a jpeg can be decoded to
 
 class Maker {
  public:
@@ -40,11 +46,9 @@ class Maker {
     if (rect_.Empty()) return fault::EmptyRectangle();
     target_ = TargetSize({rect_.width, rect_.height});
     if (PassesThrough()) return CutPlainly(draft);
+    if (ScalesRows()) return ScalePlainly(draft);
     if (Status chosen = ChoosePart(); !chosen) return chosen;
-    if (PassesRows()) {
-      Status status = WriteJpeg(*opened_.stream, opened_.tags, order_.quality, draft);
-      return status ? CheckOutput(Encoder::Jpeg, draft) : status;
-    }
+    if (PassesRows()) return WriteRows(draft);
     Picture picture;
     if (Status taken = Take(picture); !taken) return taken;
     if (picture.pixels.width() != target_.width || picture.pixels.height() != target_.height) {
@@ -64,18 +68,46 @@ class Maker {
     return wanted ? size : made;
   }
 
-  // Whether pixels go into a jpeg as they are.
+  // Whether pixels are written as they are.
   bool StayAsTheyAre() const {
-    return encoder_ == Encoder::Jpeg && !order_.grey && order_.angle == 0 && target_.width == rect_.width &&
-           target_.height == rect_.height;
+    return !order_.grey && order_.angle == 0 && target_.width == rect_.width && target_.height == rect_.height;
   }
 
   // A jpeg whose colours need not be touched.
-  bool PassesThrough() const { return opened_.format == Format::Jpeg && StayAsTheyAre(); }
+  bool PassesThrough() const { return opened_.format == Format::Jpeg && encoder_ == Encoder::Jpeg && StayAsTheyAre(); }
 
+  bool TakesAll() const { return rect_.width == opened_.original.width && rect_.height == opened_.original.height; }
+
+  // A jpeg that becomes a smaller one: for the screen, as a rule.
+  bool ScalesRows() const {
+    return opened_.format == Format::Jpeg && encoder_ == Encoder::Jpeg && TakesAll() && !order_.grey &&
+           order_.angle == 0 && target_.width <= rect_.width && target_.height <= rect_.height;
+  }
+
+  // Rows that the format written can hold as they are.
   bool PassesRows() const {
+    if (!opened_.stream || !StayAsTheyAre()) return false;
     const RowFacts& facts = opened_.Facts();
-    return part_ && StayAsTheyAre() && facts.bits == 8 && !facts.alpha;
+    switch (encoder_) {
+      case Encoder::Jpeg:
+        return facts.bits == 8 && !facts.alpha;
+      case Encoder::Png:
+        return facts.layout != RowLayout::Cmyk;
+      case Encoder::Tiff:
+        return true;
+      default:
+        return false;
+    }
+  }
+
+  Status WriteRows(host::Draft& draft) {
+    std::shared_ptr<RowStream> rows = opened_.stream;
+    if (!part_) rows = std::make_shared<PartRows>(std::move(rows), rect_);
+    RowsAhead ahead(std::move(rows));
+    Status status = encoder_ == Encoder::Jpeg  ? WriteJpeg(ahead, opened_.tags, order_.quality, draft)
+                    : encoder_ == Encoder::Png ? WritePng(ahead, opened_.tags, draft)
+                                               : WriteTiff(ahead, opened_.tags, draft);
+    return status ? CheckOutput(encoder_, draft) : status;
   }
 
   Status CutPlainly(host::Draft& draft) {
@@ -84,9 +116,20 @@ class Maker {
     return status ? CheckOutput(Encoder::Jpeg, draft) : status;
   }
 
+  // Decoded to no more than the size needs, in the colours that it is stored in, while the result is written.
+  Status ScalePlainly(host::Draft& draft) {
+    int shrink = kMostShrink;
+    while (shrink > 1 && (rect_.width / shrink < target_.width || rect_.height / shrink < target_.height)) shrink /= 2;
+    std::shared_ptr<RowStream> rows;
+    if (Status open = OpenJpegRows(order_.source, shrink, limits_, rows, JpegColours::YccAsStored); !open) return open;
+    const base::Size used{FilledPixels(rect_.width, shrink), FilledPixels(rect_.height, shrink)};
+    ScaledRows scaled(std::make_shared<RowsAhead>(std::move(rows)), used, target_);
+    Status status = WriteJpeg(scaled, opened_.tags, order_.quality, draft);
+    return status ? CheckOutput(Encoder::Jpeg, draft) : status;
+  }
+
   Status Take(Picture& picture) {
-    const bool all = rect_.width == opened_.original.width && rect_.height == opened_.original.height;
-    if (all && opened_.format == Format::Jpeg) return TakeReducedJpeg(picture);
+    if (TakesAll() && opened_.format == Format::Jpeg) return TakeReducedJpeg(picture);
     if (part_) return TakeWhole(opened_, picture);
     picture.tags = opened_.tags;
     if (Status status = TakeRows(opened_, rect_.top, rect_.height, picture.pixels); !status) return status;

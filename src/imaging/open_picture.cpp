@@ -158,13 +158,14 @@ Status TakeWhole(OpenedPicture& opened, Picture& out) {
 
 Status TakeReduced(OpenedPicture& opened, Picture& out) {
   if (Status status = TakeWhole(opened, out); !status) return status;
-  // A last pixel that the picture fills to less than half would move everything.
-  const auto filled = [&](int pixels) { return (pixels + opened.shrink / 2) / opened.shrink; };
   if (opened.shrink > 1) {
-    out.pixels = out.pixels.extract_area(0, 0, filled(opened.original.width), filled(opened.original.height));
+    out.pixels = out.pixels.extract_area(0, 0, FilledPixels(opened.original.width, opened.shrink),
+                                         FilledPixels(opened.original.height, opened.shrink));
   }
   return Status::Ok();
 }
+
+int FilledPixels(int pixels, int shrink) { return (pixels + shrink / 2) / shrink; }
 
 Status CheckRest(OpenedPicture& opened) { return SkipRows(opened, opened.Facts().size.height - opened.taken); }
 

@@ -52,6 +52,9 @@ Status TakeWhole(OpenedPicture& opened, Picture& out);
 // The whole picture as far as its reduced rows show it; it differs in size from the original by less than shrink.
 Status TakeReduced(OpenedPicture& opened, Picture& out);
 
+// Reduced pixels of a side that its pixels fill to a half at least: one that they fill to less would move everything.
+int FilledPixels(int pixels, int shrink);
+
 // Reads what was not taken yet, so that damage there is found as well.
 Status CheckRest(OpenedPicture& opened);
 

@@ -15,6 +15,7 @@ enum class RowLayout { Grey = 1, Rgb = 3, Cmyk = 4 };
 struct RowFacts {
   base::Size size;
   RowLayout layout = RowLayout::Rgb;
+  bool ycc = false;    // the channels of Rgb are Y, Cb and Cr instead: for those alone who asked for them
   bool alpha = false;  // one more channel, behind the colours
   int bits = 8;        // a sample: 8, or 16 in the machine's byte order
   int dpi = 0;

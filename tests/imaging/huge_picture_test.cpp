@@ -4,6 +4,7 @@
 
 #include <gtest/gtest.h>
 
+#include "base/path_text.h"
 #include "imaging/jpeg_maker.h"
 #include "imaging/picture.h"
 #include "imaging/pictures.h"
@@ -225,6 +226,51 @@ TEST_F(HugePicture, JpegsAreScaledOnTheWay) {
   }
 }
 
+// Written as it is decoded, in the colours it is stored in.
+TEST_F(HugePicture, AJpegBecomesASmallerJpegRowByRow) {
+  struct Case {
+    Colours colours;
+    int quality;
+    Scans scans;
+  };
+  for (const Case& c : {Case{Colours::YCbCr, 98, Scans::One},
+                        {Colours::YCbCr, 80, Scans::Progressive},
+                        {Colours::Grey, 98, Scans::One},
+                        {Colours::Rgb, 98, Scans::One},
+                        {Colours::AdobeCmyk, 98, Scans::One},
+                        {Colours::Ycck, 98, Scans::One}}) {
+    world.folder.Write("a.jpg", MakeJpeg(TestPicture({803, 605}, c.colours),
+                                         {.colours = c.colours, .scans = c.scans, .densityUnit = 1, .density = 254}));
+    for (const base::Size size : {base::Size{803, 300}, {400, 301}, {201, 151}, {100, 75}, {50, 38}, {7, 5}}) {
+      HugeOrder order = Order("a.jpg", "out.jpg");
+      order.size = size;
+      order.quality = c.quality;
+      ASSERT_TRUE(Make(order));
+      Image image = Load(Path("a.jpg"));
+      ASSERT_TRUE(services.ResampleImage(image, size.width, size.height));
+      const Image made = Load(Path("out.jpg"));
+      const Sheet expected = PixelsOf(image);
+      const Sheet pixels = PixelsOf(made);
+      ASSERT_EQ(pixels.values.size(), expected.values.size()) << static_cast<int>(c.colours);
+      double sum = 0;
+      for (std::size_t i = 0; i < pixels.values.size(); ++i) sum += std::abs(pixels.values[i] - expected.values[i]);
+      EXPECT_LT(sum / static_cast<double>(pixels.values.size()), 8) << static_cast<int>(c.colours) << " " << size.width;
+      EXPECT_EQ(services.GetImageResolution(made), services.GetImageResolution(Load(Path("a.jpg"))));
+    }
+  }
+}
+
+TEST_F(HugePicture, ATornJpegMakesNoSmallerOne) {
+  const std::string whole = MakeJpeg(TestPicture({800, 600}, Colours::YCbCr), {});
+  for (const std::size_t size : {whole.size() - 3, whole.size() * 9 / 10, whole.size() / 2}) {
+    world.folder.Write("a.jpg", whole.substr(0, size));
+    HugeOrder order = Order("a.jpg", "out.jpg");
+    order.size = {100, 75};
+    EXPECT_EQ(Make(order).GetProblem(), Problem::Damaged) << size;
+    EXPECT_FALSE(world.folder.Exists("out.jpg"));
+  }
+}
+
 TEST_F(HugePicture, TagsGoAlong) {
   Image image = Load(Path((ToVips(PhotoLike(40, 30, 3)).pngsave(Path("a.png").c_str()), "a.png")));
   image.Data()->picture.tags = {.profile = ProfileFor("RGB "), .orientation = 6, .dpi = 254};
@@ -232,16 +278,60 @@ TEST_F(HugePicture, TagsGoAlong) {
     Image copy;
     ASSERT_TRUE(services.CloneImage(image, copy));
     ASSERT_TRUE(services.SaveByType(copy, Path(std::string("t.") + type), type, {}));
-    for (const double angle : {0.0, 90.0}) {
-      HugeOrder order = Order(std::string("t.") + type, "out.tif");
-      order.cut = {1, 2, 20, 20};
-      order.angle = angle;
-      ASSERT_TRUE(Make(order));
-      const PictureTags tags = Load(Path("out.tif")).Data()->picture.tags;
-      EXPECT_EQ(tags.profile, ProfileFor("RGB "));
-      EXPECT_EQ(tags.dpi, 254);
-      EXPECT_EQ(tags.orientation, angle == 0 ? 6 : 1);
+    for (const char* target : {"out.tif", "out.png", "out.jpg"}) {
+      for (const double angle : {0.0, 90.0}) {
+        HugeOrder order = Order(std::string("t.") + type, target);
+        order.cut = {1, 2, 20, 20};
+        order.angle = angle;
+        ASSERT_TRUE(Make(order));
+        const PictureTags tags = Load(Path(target)).Data()->picture.tags;
+        EXPECT_EQ(tags.profile, ProfileFor("RGB ")) << type << " " << target;
+        EXPECT_EQ(tags.dpi, 254) << type << " " << target;
+        EXPECT_EQ(tags.orientation, angle == 0 ? 6 : 1) << type << " " << target;
+      }
     }
+  }
+}
+
+// What is written row by row is what the pipeline writes.
+TEST_F(HugePicture, PartsOfEveryKindAreSavedAsTiffAndPng) {
+  const base::Rect rect{13, 41, 50, 9};
+  ToVips(PhotoLike(70, 60, 1), VIPS_INTERPRETATION_B_W).tiffsave(Path("grey.tif").c_str());
+  ToVips(PhotoLike(70, 60, 3)).tiffsave(Path("rgb.tif").c_str());
+  ToVips(PhotoLike(70, 60, 4)).tiffsave(Path("clear.tif").c_str(), VImage::option()->set("tile", true));
+  ToVips(PhotoLike(70, 60, 4), VIPS_INTERPRETATION_CMYK).tiffsave(Path("ink.tif").c_str());
+  ToVipsDeep(PhotoLike(70, 60, 3, 65535)).tiffsave(Path("deep.tif").c_str());
+  ToVips(PhotoLike(70, 60, 4)).pngsave(Path("clear.png").c_str());
+  ToVipsDeep(PhotoLike(70, 60, 3, 65535)).pngsave(Path("deep.png").c_str());
+  for (const char* name : {"grey.tif", "rgb.tif", "clear.tif", "ink.tif", "deep.tif", "clear.png", "deep.png"}) {
+    for (const char* target : {"out.tif", "out.png"}) {
+      HugeOrder order = Order(name, target);
+      order.cut = rect;
+      ASSERT_TRUE(Make(order)) << name;
+      Image image = Load(Path(name));
+      ASSERT_TRUE(services.CutImage(image, rect));
+      ASSERT_TRUE(services.SaveByType(image, Path(std::string("b") + target), base::SplitPath(target).extension, {}));
+      const VImage made = LoadPlainly(Path(target));
+      const VImage expected = LoadPlainly(Path(std::string("b") + target));
+      EXPECT_EQ(FromVips(made), FromVips(expected)) << name << " " << target;
+      EXPECT_EQ(made.interpretation(), expected.interpretation()) << name << " " << target;
+      EXPECT_EQ(made.format(), expected.format()) << name << " " << target;
+      EXPECT_EQ(services.GetImageResolution(Load(Path(target))),
+                services.GetImageResolution(Load(Path(std::string("b") + target))));
+    }
+  }
+}
+
+// A disk that fills up leaves nothing behind.
+TEST_F(HugePicture, AFullDiskIsTold) {
+  ToVips(PhotoLike(200, 200, 3)).tiffsave(Path("a.tif").c_str());
+  for (const char* target : {"out.tif", "out.png", "out.jpg"}) {
+    world.faults.Set({.call = host::testing::DiskCall::Write, .nth = 1, .error = ENOSPC, .pathHolds = target});
+    HugeOrder order = Order("a.tif", target);
+    order.cut = {0, 0, 150, 150};
+    EXPECT_TRUE(Make(order).DiskFull()) << target;
+    EXPECT_FALSE(world.folder.Exists(target));
+    world.faults.Clear();
   }
 }
 
