@@ -10,14 +10,7 @@
 
 namespace quillon::formats {
 
-ToolsOwner OwnerOf(job::Program& program) {
-  return {[&program] { return program.flags.StopRequested; }, [&program] { program.flags.StopRequested = true; },
-          [&program](const std::string& helper) {
-            if (!helper.empty()) program.form1.ShowStatus("  正在等待 " + helper + "...（可用“终止”结束它）");
-          }};
-}
-
-OutputTools::OutputTools(job::Program& program) : program_(program), tools_(program.host, OwnerOf(program)) {
+OutputTools::OutputTools(job::Program& program) : program_(program) {
   if (program.host.files.IsFile(TwinPath(program.host, "PicHandler"))) program.outputTools = this;
 }
 
@@ -31,17 +24,17 @@ host::Status OutputTools::ToCmyk(const std::string& file) {
     return program_.images.ImageInfo(path, facts) ? base::Size{facts.width, facts.height} : base::Size{};
   };
   const base::Size size = sizeOf(file);
-  return ConvertToCmyk(tools_, file, [&](const std::string& made) { return sizeOf(made) == size; });
+  return ConvertToCmyk(program_.tools, file, [&](const std::string& made) { return sizeOf(made) == size; });
 }
 
 host::Status OutputTools::CopyExif(const std::string& source, const std::string& target) {
-  return formats::CopyExif(tools_, source, target);
+  return formats::CopyExif(program_.tools, source, target);
 }
 
 host::Status OutputTools::ToPdf(const std::string& picture, const std::string& pdf) {
   const base::PathParts parts = base::SplitPath(pdf);
   const std::string base = base::JoinPath(parts.folder, parts.name);
-  return MakePdf(tools_, picture, base, PdfText(picture, base));
+  return MakePdf(program_.tools, picture, base, PdfText(picture, base));
 }
 
 }  // namespace quillon::formats

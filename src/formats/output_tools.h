@@ -4,14 +4,10 @@
 
 #include <string>
 
-#include "formats/tools/tools.h"
 #include "job/collaborators.h"
 #include "job/program.h"
 
 namespace quillon::formats {
-
-// Waits of a program: its stop ends them, and its title says what is waited for.
-ToolsOwner OwnerOf(job::Program& program);
 
 // What the helpers PicHandler and TessaExifHandler do to finished outputs. While it lives, and where PicHandler is in
 // the program folder, the program offers what needs it.
@@ -28,7 +24,6 @@ class OutputTools final : public job::OutputTools {
 
  private:
   job::Program& program_;
-  Tools tools_;
 };
 
 }  // namespace quillon::formats

@@ -27,10 +27,12 @@ Box DiskFullBox(const std::string& path, DiskFullWording wording) {
 }
 
 Status SaveAsking(Boxes& boxes, const std::string& path, DiskFullWording wording, const std::function<void()>& stop,
-                  const std::function<Status()>& save) {
+                  const std::function<Status()>& save, const std::string& title) {
   Status status = save();
+  Box box = DiskFullBox(path, wording);
+  box.title = title;
   while (status.DiskFull()) {
-    if (boxes.Show(DiskFullBox(path, wording)) != Reply::Retry) {
+    if (boxes.Show(box) != Reply::Retry) {
       if (stop) stop();
       break;
     }

@@ -20,6 +20,6 @@ Box DiskFullBox(const std::string& path, DiskFullWording wording);
 // Saves and, while the disk is full, asks about it. Retry saves again, without limit; Cancel (or a closed box) calls
 // stop and hands back the failure. Every other failure comes back unasked.
 Status SaveAsking(Boxes& boxes, const std::string& path, DiskFullWording wording, const std::function<void()>& stop,
-                  const std::function<Status()>& save);
+                  const std::function<Status()>& save, const std::string& title = kBoxTitle);
 
 }  // namespace quillon::host

@@ -77,7 +77,7 @@ class JpegRows : public RowStream {
     });
     if (!read) return errors_.Result();
     // With this marker, inks are stored as what they leave of the paper's white.
-    if (colours_ == JpegColours::Displayed && head_.adobe && facts_.layout == RowLayout::Cmyk) {
+    if (colours_ != JpegColours::AsStored && head_.adobe && facts_.layout == RowLayout::Cmyk) {
       const std::size_t samples = std::size_t{4} * static_cast<unsigned>(facts_.size.width);
       for (std::size_t i = 0; i < samples; ++i) out[i] = static_cast<unsigned char>(255 - out[i]);
     }

@@ -1,11 +1,11 @@
 // SPDX-FileCopyrightText: 2026 The Quillon developers
 // SPDX-License-Identifier: GPL-3.0-or-later
 // ChSplit: the finished cut becomes columns x rows pieces, named "<name>_01" and on, row by row from the top left.
-#include <algorithm>
 #include <cstdint>
 #include <string>
 #include <vector>
 
+#include "base/numbered_name.h"
 #include "base/utf8.h"
 #include "job/cut_steps.h"
 
@@ -13,8 +13,6 @@ namespace quillon::job {
 namespace {
 
 using host::Status;
-
-constexpr std::size_t kLeastDigits = 2;
 
 // Where part number index of count begins along a side; part count would begin at its end. Sides differ by at most one.
 int BeginOf(int side, int index, int count) { return static_cast<int>(std::int64_t{side} * index / count); }
@@ -30,13 +28,6 @@ std::vector<base::Rect> PiecesOf(base::Size size, int columns, int rows) {
     }
   }
   return pieces;
-}
-
-// All of one source have the same number of digits, so that they sort in their order.
-std::string Numbered(const std::string& name, std::size_t number, std::size_t count) {
-  const std::string digits = std::to_string(number);
-  const std::size_t width = std::max(kLeastDigits, std::to_string(count).size());
-  return name + "_" + std::string(width - digits.size(), '0') + digits;
 }
 
 Step FinishPiece(CutFile& piece) {
@@ -86,7 +77,7 @@ Step SplitCut(CutFile& file) {
     CutFile piece(file.run, file.row, file.listed);
     piece.options = options;
     piece.options.split = false;
-    piece.name = Numbered(file.name, outputs.size() + 1, rects.size());
+    piece.name = base::NumberedName(file.name, outputs.size() + 1, rects.size());
     piece.exifSource = file.exifSource;
     piece.RestoreAngle = file.RestoreAngle;
     file.program.flags.ImageRotated = turned;

@@ -4,11 +4,13 @@
 
 #include <algorithm>
 #include <cstdint>
+#include <optional>
 
 #include "base/path_text.h"
 #include "base/rounding.h"
 #include "formats/tools/processes.h"
 #include "formats/tools/twins.h"
+#include "job/busy.h"
 #include "job/cut_outlook.h"
 #include "job/file_intake.h"
 #include "job/normal_cut.h"
@@ -46,12 +48,26 @@ std::string WhiteBmp(std::uint32_t side) {
   return bytes;
 }
 
+// Waits for helpers are shown in the title while they last.
+formats::ToolsOwner OwnerOf(Program& program) {
+  return {[&program] { return program.flags.StopRequested; }, [&program] { program.flags.StopRequested = true; },
+          [&program, before = std::string()](const std::string& helper) mutable {
+            if (helper.empty()) {
+              program.form1.SetTitle(before);
+            } else {
+              before = program.form1.Title();
+              program.form1.ShowStatus("  正在等待 " + helper + "...（可用“终止”结束它）");
+            }
+          }};
+}
+
 }  // namespace
 
 Program::Program(host::Host& hostIn)
     : host(hostIn),
       images(hostIn, [this] { flags.StopRequested = true; }),
-      converter(hostIn),
+      tools(hostIn, OwnerOf(*this)),
+      converter(tools),
       form1(*this),
       fBaseOpt(*this),
       files(form1.MSF),
@@ -103,15 +119,25 @@ void Program::ShowInPreview(const std::string& path) {
 // With ChLarge, what is larger than a preview may be is reduced beside the program, at most to that.
 std::string Program::PreviewSource(const std::string& path, base::Size size) {
   constexpr int kMostSide = 6000;
-  constexpr int kQuality = 98;
   const int longer = std::max(size.width, size.height);
   if (!form1.ChLarge.On() || longer <= kMostSide) return path;
   const double scale = static_cast<double>(kMostSide) / longer;
   const auto capped = [&](int side) { return std::max(1, base::R(side * scale)); };
   const std::string reduced = AppPath("Tmp.jpg");
-  const bool made = converter.ZoomHuge(path, reduced, capped(size.width), capped(size.height), kQuality, size.width,
-                                       size.height, false);
-  return made ? reduced : path;
+  return Reduce(path, size, reduced, {capped(size.width), capped(size.height)}) ? reduced : path;
+}
+
+// Where nothing runs it is a run of its own, so that it can be stopped and nothing else begins meanwhile.
+bool Program::Reduce(const std::string& path, base::Size size, const std::string& target, base::Size to) {
+  constexpr int kQuality = 98;
+  std::optional<Busy> busy;
+  if (!flags.Busy) {
+    busy.emplace(*this);
+    form1.BeginRun();
+  }
+  const bool made = converter.ZoomHuge(path, target, to.width, to.height, kQuality, size.width, size.height, false);
+  if (busy) form1.EndRun();
+  return made;
 }
 
 void Program::ShowPicture(const std::string& path, base::Size size) {

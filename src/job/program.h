@@ -8,6 +8,7 @@
 
 #include "controls/windows.h"
 #include "formats/tools/converter.h"
+#include "formats/tools/tools.h"
 #include "host/host.h"
 #include "host/journal.h"
 #include "imaging/services.h"
@@ -48,6 +49,7 @@ class Program {
   host::Host& host;
   Flags flags;
   imaging::Services images;
+  formats::Tools tools;  // its waits end with MenuStop, and the title tells of those that last
   formats::Converter converter;
   controls::Windows windows;
   Form1 form1;
@@ -118,6 +120,7 @@ class Program {
   void ShowDesktopPicture();
   void ReadFolders();
   std::string PreviewSource(const std::string& path, base::Size size);
+  bool Reduce(const std::string& path, base::Size size, const std::string& target, base::Size to);
 
   void Present(const std::string& path, base::Size size);
 

@@ -15,10 +15,7 @@ constexpr int kSmallestShown = 32;  // pixels of the screen
 
 }  // namespace
 
-CutFrame::CutFrame(job::Program& program)
-    : program_(program),
-      tools_(program.host, {.stopped = [&program] { return program.flags.StopRequested; }}),
-      decisions_(program) {
+CutFrame::CutFrame(job::Program& program) : program_(program), decisions_(program) {
   job::FCutPre& window = Window();
   window.CmdNext.SetHandler([this] { CmdNext_Click(); });
   window.CmdNotCut.SetHandler([this] { CmdNotCut_Click(); });

@@ -5,7 +5,6 @@
 #include <optional>
 #include <string>
 
-#include "formats/tools/tools.h"
 #include "job/collaborators.h"
 #include "job/program.h"
 #include "regions/decisions.h"
@@ -101,7 +100,6 @@ class CutFrame final : public job::ManualFrame {
   void PollKeys(const Keys& held);
 
   job::Program& program_;
-  formats::Tools tools_;
   Decisions decisions_;
   std::string steps_;  // what was done to the picture on show
   bool waiting_ = false;

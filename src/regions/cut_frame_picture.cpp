@@ -35,7 +35,7 @@ host::Status CutFrame::ClonePicture(imaging::Image& out) {
   const std::string& path = program_.flags.CurrentImagePath;
   host::Status loaded = program_.images.LoadImageFromFile(path, out);
   if (loaded || !program_.host.files.IsFile(path)) return loaded;
-  if (!formats::LoadThroughBackImg(tools_, path, program_.flags.BackWorkerStarted)) return loaded;
+  if (!formats::LoadThroughBackImg(program_.tools, path, program_.flags.BackWorkerStarted)) return loaded;
   return program_.images.CreateImageFromClipBoard(out);
 }
 

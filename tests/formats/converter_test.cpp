@@ -32,7 +32,9 @@ class ConverterTest : public ::testing::Test {
   }
 
   host::testing::TestHost world;
-  Converter converter{world.host, Path("system")};
+  bool stop = false;
+  Tools tools{world.host, {.stopped = [this] { return stop; }}};
+  Converter converter{tools, Path("system")};
   std::string order;
 };
 
@@ -176,10 +178,67 @@ TEST_F(ConverterTest, TheCoupleOrderHasAFileOfItsOwn) {
     order = world.folder.Read("app/CoupleParam.txt");
     EXPECT_FALSE(world.folder.Exists("app/Param.txt"));
   });
-  CoupleOrder couple{"/in/a.jpg", "/out/b.jpg", {1, 2}, 3, true, {4, 5, 6}, {"x", "y"}};
+  const CoupleOrder couple{"/in/a.jpg", "/out/b.jpg", {1, 2}, 3, true, 4, {5, 6}, {"x", "y"}};
   converter.RunConverter(couple);
   EXPECT_EQ(order, Lines({"/in/a.jpg", "/out/b.jpg", "1", "2", "3", "True", "#4#5#6", "x", "y"}));
   EXPECT_FALSE(world.folder.Exists("app/CoupleParam.txt"));
+  EXPECT_EQ(ParseCoupleOrder(order), couple);
+  // Seven lines are the least.
+  for (std::size_t size = 0; size < order.size() - 4; ++size) EXPECT_FALSE(ParseCoupleOrder(order.substr(0, size)));
+  for (const char* line : {"#4#5", "#4#5#6#7", "4#5#6", "#4#5#x", "#4#5#6 ", ""}) {
+    std::string odd = order;
+    odd.replace(odd.find("#4#5#6"), 6, line);
+    EXPECT_FALSE(ParseCoupleOrder(odd)) << line;
+  }
+}
+
+TEST_F(ConverterTest, PartsAreNamedOneByOne) {
+  EXPECT_EQ(PartOf("#1#-2#30#40"), (base::Rect{1, -2, 30, 40}));
+  for (const char* none :
+       {"", "#1#2#3", "#1#2#3#4#5", "1#2#3#4", "#1#2#0#4", "#1#2#3#-4", "#a#2#3#4", "#99999999999#2#3#4"}) {
+    EXPECT_FALSE(PartOf(none)) << none;
+  }
+  CoupleOrder couple{.source = "/in/a.jpg", .target = "/out/b.c.jpg"};
+  EXPECT_EQ(TargetsOf(couple), std::vector<std::string>{"/out/b.c.jpg"});
+  couple.items = {"#0#0#1#1", "#1#0#1#1"};
+  EXPECT_EQ(TargetsOf(couple), (std::vector<std::string>{"/out/b.c_01.jpg", "/out/b.c_02.jpg"}));
+  ConverterOrder full{.target = "/out/b.tif", .items = {"#0#0#1#1"}};
+  EXPECT_EQ(TargetsOf(full), std::vector<std::string>{"/out/b.tif"});
+  full.CoupleArray = true;
+  EXPECT_EQ(TargetsOf(full), std::vector<std::string>{"/out/b_01.tif"});
+}
+
+TEST_F(ConverterTest, AllPartsHaveToBeMade) {
+  CoupleOrder couple{.source = "/in/a.jpg", .target = Path("out/b.jpg"), .items = {"#0#0#1#1", "#1#0#1#1"}};
+  Makes("out/b_02.jpg");
+  EXPECT_FALSE(converter.RunConverter(couple));
+  world.shell.OnStart([this](const RecordingShell::Started&) {
+    world.folder.Write("out/b_01.jpg", "first");
+    world.folder.Write("out/b_02.jpg", "the second");
+  });
+  EXPECT_TRUE(converter.RunConverter(couple));
+}
+
+TEST_F(ConverterTest, AStopEndsTheHelperAndTheWait) {
+  world.folder.Write("out/b.jpg", "older");
+  world.processes.Add({1, "PicCutConverter.exe", world.host.programFolder, true});
+  world.pump.OnTurn(3, [this] { stop = true; });
+  EXPECT_FALSE(converter.ZoomHuge("/in/a.jpg", Path("out/b.jpg"), 60, 20, 98, 32, 32, false));
+  EXPECT_EQ(world.processes.Ended(), std::vector<int>{1});
+  EXPECT_EQ(world.pump.Turns(), 3);
+  EXPECT_EQ(world.folder.Read("out/b.jpg"), "older");
+  EXPECT_FALSE(world.folder.Exists("app/Param.txt"));
+}
+
+// A click that the wait lets in must not write over the order of the helper that runs.
+TEST_F(ConverterTest, AnOrderInsideAnotherIsNotCarriedOut) {
+  Makes("out/b.jpg");
+  world.processes.Add({1, "PicCutConverter.exe", world.host.programFolder, true}, 3);
+  bool inner = true;
+  world.pump.OnTurn(2, [&] { inner = converter.ZoomHuge("/in/c.jpg", Path("out/c.jpg"), 6, 2, 98, 32, 32, false); });
+  EXPECT_TRUE(converter.ZoomHuge("/in/a.jpg", Path("out/b.jpg"), 60, 20, 98, 32, 32, false));
+  EXPECT_FALSE(inner);
+  EXPECT_EQ(world.shell.Starts().size(), 1u);
 }
 
 TEST_F(ConverterTest, TornOrdersAreNotRead) {
@@ -284,7 +343,8 @@ TEST_F(ConverterTest, EveryTryMaySucceedAndClearsTheFlag) {
                     world.screen,
                     world.instance,
                     world.host.programFolder};
-    Converter late(host, Path("system"));
+    Tools lateTools(host);
+    Converter late(lateTools, Path("system"));
     late.ConverterFailed = true;
     late.ZoomHuge("/in/a.jpg", "/out/b.jpg", 60, 20, 98, 32, 32, false);
     EXPECT_EQ(shell.starts, std::min(failures + 1, 3));

@@ -56,6 +56,14 @@ TEST_F(WaitsTest, ALookSeesTheAnswerOfAHelperThatIsGone) {
   EXPECT_EQ(tools.Wait("X.exe", [] { return true; }), Waited::Done);
 }
 
+// It said so between a look and the scan that no longer found it.
+TEST_F(WaitsTest, ALookSeesWhatAHelperSaidLast) {
+  int looks = 0;
+  EXPECT_EQ(tools.Wait("X.exe", [&] { return ++looks == 2; }), Waited::Done);
+  EXPECT_EQ(looks, 2);
+  EXPECT_EQ(tools.Wait("X.exe", [] { return false; }), Waited::Gone);
+}
+
 TEST_F(WaitsTest, ALimitEndsTheWaitAndNotTheProcess) {
   world.processes.Add({1, "X.exe", world.host.programFolder, true});
   const double before = world.clock.Seconds();
@@ -88,6 +96,9 @@ TEST_F(WaitsTest, ACopyAsksAboutAFullDisk) {
   EXPECT_TRUE(tools.CopyAsking(App("a"), App("b")));
   EXPECT_EQ(world.folder.Read("app/b"), "content");
   EXPECT_FALSE(stop);
+  ASSERT_EQ(world.boxes.All().size(), 1u);
+  EXPECT_EQ(world.boxes.All()[0].box.title, "Quillon");
+  EXPECT_EQ(world.boxes.All()[0].box.type, 21);
   world.faults.Set({.call = host::testing::DiskCall::Write, .error = ENOSPC});
   world.boxes.Answer("盘空间不足", host::Reply::Cancel, 1);
   EXPECT_TRUE(tools.CopyAsking(App("a"), App("c")).DiskFull());

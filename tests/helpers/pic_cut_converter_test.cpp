@@ -77,6 +77,36 @@ TEST_F(PicCutConverter, ConvertsTurnsAndZoomsWhereItIsAsked) {
   EXPECT_EQ(Made("target.png"), (base::Size{1200, 800}));
 }
 
+TEST_F(PicCutConverter, MakesSeveralPartsOfOneSource) {
+  formats::CoupleOrder couple{.source = order.source, .target = order.target, .quality = 90};
+  couple.items = {"#0#0#100#50", "#550#390#100#50"};
+  const auto run = [&] {
+    folder.Write("CoupleParam.txt", *formats::OrderText(couple));
+    return folder.Run("PicCutConverter", {});
+  };
+  Ran ran = run();
+  EXPECT_EQ(ran.exit, 0) << ran.err;
+  EXPECT_EQ(Made("target_01.jpg"), (base::Size{100, 50}));
+  EXPECT_EQ(Made("target_02.jpg"), (base::Size{50, 10}));
+  couple.items.clear();
+  couple.size = {60, 40};
+  couple.angle = 90;
+  couple.grey = true;
+  EXPECT_EQ(run().exit, 0);
+  EXPECT_EQ(Made(), (base::Size{40, 60}));
+  couple.least = {601, 400};
+  EXPECT_EQ(run().exit, 1);
+  EXPECT_FALSE(folder.Exists("target.jpg"));
+}
+
+TEST_F(PicCutConverter, MakesThePartsOfALongOrderToo) {
+  order.CoupleArray = true;
+  order.items = {"#10#20#30#40"};
+  EXPECT_EQ(Run().exit, 0);
+  EXPECT_EQ(Made("target_01.jpg"), (base::Size{30, 40}));
+  EXPECT_FALSE(folder.Exists("target.jpg"));
+}
+
 TEST_F(PicCutConverter, FailuresLeaveNoTarget) {
   order.OnlyZoom = true;
   order.size = {150, 90};
@@ -94,15 +124,27 @@ TEST_F(PicCutConverter, FailuresLeaveNoTarget) {
 
 TEST_F(PicCutConverter, OddOrdersAreRefused) {
   EXPECT_EQ(folder.Run("PicCutConverter", {}).exit, 1);  // none
-  for (const std::string& text : {std::string(), std::string("OnlyZoom=True\n"), std::string(2 << 20, 'x')}) {
-    folder.Write("Param.txt", text);
-    EXPECT_EQ(folder.Run("PicCutConverter", {}).exit, 1);
+  for (const char* name : {"Param.txt", "CoupleParam.txt"}) {
+    for (const std::string& text : {std::string(), std::string("OnlyZoom=True\n"), std::string(10 << 20, 'x'),
+                                    std::string(10 << 20, '\n'), std::string("a\0b\n", 4)}) {
+      folder.Write(name, text);
+      EXPECT_EQ(folder.Run("PicCutConverter", {}).exit, 1) << name;
+    }
   }
+  (void)world.host.files.RemoveOwn(folder.Path("CoupleParam.txt"));
   order.OnlyZoom = true;
   order.size = {150, 90};
-  order.CoupleArray = true;
+  order.DrawTxtMode = true;
   EXPECT_EQ(Run().exit, 1);
+  order.DrawTxtMode = false;
+  order.CoupleArray = true;
+  for (const char* item : {"", "first", "#0#0#10", "#0#0#0#10", "#600#0#10#10"}) {
+    order.items = {"#0#0#10#10", item};
+    EXPECT_EQ(Run().exit, 1) << item;
+    (void)world.host.files.RemoveOwn(folder.Path("target_01.jpg"));
+  }
   order.CoupleArray = false;
+  order.items.clear();
   for (const std::string& path : {std::string("target.jpg"), folder.Path("../target.jpg"), std::string()}) {
     order.target = path;
     EXPECT_EQ(Run().exit, 1) << path;

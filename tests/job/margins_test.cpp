@@ -402,6 +402,30 @@ TEST_F(MarginsTest, HugePicturesAreReducedBesideTheProgram) {
   EXPECT_FALSE(world.folder.Exists("app/Param.txt"));
 }
 
+// It is a run of its own: it can be stopped, and nothing else begins meanwhile.
+TEST_F(MarginsTest, TheReductionOfAHugePictureCanBeStopped) {
+  world.folder.Write("app/PicCutConverter.dll", "");
+  Put("ChLarge", "1");
+  flags.StopRequested = true;  // of an earlier run
+  world.processes.Add({1, "PicCutConverter.exe", world.host.programFolder, true});
+  world.boxes.Answer("终止当前操作？", host::Reply::Ok);
+  std::string title;
+  world.pump.EveryTurn([&] {
+    EXPECT_TRUE(flags.Busy);
+    EXPECT_TRUE(form.MenuStop.Enabled());
+    if (world.clock.Seconds() < 4) return;
+    title = form.Title();
+    form.MenuStop.UserClick();
+  });
+  ShowArea(12000, 10);
+  EXPECT_EQ(title, "  正在等待 PicCutConverter.exe...（可用“终止”结束它）Quillon");
+  EXPECT_EQ(world.processes.Ended(), std::vector<int>{1});
+  EXPECT_EQ(preview.Path(), flags.CurrentImagePath);
+  EXPECT_FALSE(flags.Busy);
+  EXPECT_FALSE(form.MenuStop.Enabled());
+  EXPECT_EQ(form.Title(), "Quillon");
+}
+
 TEST_F(MarginsTest, AZoomBeforeTheCutShowsTheZoomedSize) {
   ShowArea(400, 200);
   options.Load();

@@ -5,7 +5,7 @@
 #include <utility>
 
 #include "base/path_text.h"
-#include "formats/tools/processes.h"
+#include "formats/tools/expected_file.h"
 #include "formats/tools/twins.h"
 
 namespace quillon::formats {
@@ -15,25 +15,19 @@ constexpr const char* kName = "PicCutConverter";
 constexpr const char* kProgram = "PicCutConverter.exe";
 constexpr const char* kOrder = "Param.txt";
 constexpr const char* kCoupleOrder = "CoupleParam.txt";
-constexpr double kSecondsBetweenLooks = 0.005;
-
-bool SameFile(const host::FileFacts& a, const host::FileFacts& b) {
-  return a.inode == b.inode && a.device == b.device && a.changed == b.changed && a.size == b.size;
-}
 
 }  // namespace
 
-Converter::Converter(host::Host& host, std::string systemFolder)
-    : host_(host), systemFolder_(std::move(systemFolder)) {}
+Converter::Converter(Tools& tools, std::string systemFolder) : tools_(tools), systemFolder_(std::move(systemFolder)) {}
 
 bool Converter::Present() const {
-  const host::Files& files = host_.files;
-  return files.IsFile(TwinPath(host_, kName)) || files.IsFile(ProgramPath(host_, kName));
+  host::Host& world = tools_.World();
+  return world.files.IsFile(TwinPath(world, kName)) || world.files.IsFile(ProgramPath(world, kName));
 }
 
-bool Converter::RunConverter(const ConverterOrder& order) { return Run(OrderText(order), kOrder, order.target); }
+bool Converter::RunConverter(const ConverterOrder& order) { return Run(OrderText(order), kOrder, TargetsOf(order)); }
 
-bool Converter::RunConverter(const CoupleOrder& order) { return Run(OrderText(order), kCoupleOrder, order.target); }
+bool Converter::RunConverter(const CoupleOrder& order) { return Run(OrderText(order), kCoupleOrder, TargetsOf(order)); }
 
 bool Converter::ZoomHuge(const std::string& source, const std::string& target, int w, int h, int quality, int minW,
                          int minH, bool toGray) {
@@ -65,27 +59,36 @@ bool Converter::ConvertHuge(const std::string& source, const std::string& target
   return RunConverter(order);
 }
 
-bool Converter::Run(const std::optional<std::string>& text, const std::string& name, const std::string& target) {
-  host::Files& files = host_.files;
-  if (!text) return false;
-  if (base::SplitPath(target).folder == host_.programFolder) static_cast<void>(files.RemoveOwn(target));
-  const auto before = files.Look(target);
-  for (const char* order : {kOrder, kCoupleOrder}) {
-    static_cast<void>(files.RemoveOwn(base::JoinPath(host_.programFolder, order)));
-  }
-  if (files.Save(base::JoinPath(host_.programFolder, name), *text)) {
-    static_cast<void>(EnsureProgram(host_, kName));
+bool Converter::Run(const std::optional<std::string>& text, const std::string& name,
+                    const std::vector<std::string>& targets) {
+  if (!text || Busy) return false;
+  std::vector<ExpectedFile> expected;
+  for (const std::string& target : targets) expected.emplace_back(tools_, target);
+  Busy = true;
+  const Waited waited = Perform(name, *text);
+  Busy = false;
+  bool made = true;
+  for (const ExpectedFile& file : expected)
+    made = static_cast<bool>(file.Result(waited, "没有得到处理后的图片")) && made;
+  return made;
+}
+
+Waited Converter::Perform(const std::string& name, const std::string& text) {
+  RemoveOrders();
+  Waited waited = Waited::Gone;
+  if (tools_.World().files.Save(tools_.AppPath(name), text)) {
+    static_cast<void>(EnsureProgram(tools_.World(), kName));
     Start();
-    if (!ConverterFailed) AwaitEnd();
+    if (!ConverterFailed) waited = tools_.Wait(kProgram);
   }
+  RemoveOrders();
+  return waited;
+}
+
+void Converter::RemoveOrders() {
   for (const char* order : {kCoupleOrder, kOrder}) {
-    static_cast<void>(files.RemoveOwn(base::JoinPath(host_.programFolder, order)));
+    static_cast<void>(tools_.World().files.RemoveOwn(tools_.AppPath(order)));
   }
-  const auto after = files.Look(target);
-  if (!after) return false;
-  if (!before || !SameFile(*before, *after)) return true;
-  static_cast<void>(files.Discard(target));
-  return false;
 }
 
 // The second try takes the program that the system keeps, the third the one that is there once more.
@@ -96,32 +99,24 @@ void Converter::Start() {
     started = TryStart();
   }
   if (!started) {
-    const std::string program = ProgramPath(host_, kName);
-    static_cast<void>(host_.files.Copy(program, program));
+    const std::string program = ProgramPath(tools_.World(), kName);
+    static_cast<void>(tools_.World().files.Copy(program, program));
     started = TryStart();
   }
   ConverterFailed = !started;
   if (!started) ++Retries;
 }
 
-bool Converter::TryStart() { return host_.shell.Start(kProgram, {}, host_.programFolder) == host::kStarted; }
+bool Converter::TryStart() { return tools_.Start(kName, "") == host::kStarted; }
 
 void Converter::CopyFromSystem() {
   for (const char* extension : {"exe", "dll"}) {
     const std::string kept = base::JoinPath(systemFolder_, kName, extension);
-    if (!host_.files.IsFile(kept)) continue;
-    static_cast<void>(host_.files.Copy(kept, ProgramPath(host_, kName)));
+    host::Host& world = tools_.World();
+    if (!world.files.IsFile(kept)) continue;
+    static_cast<void>(world.files.Copy(kept, ProgramPath(world, kName)));
     return;
   }
-}
-
-void Converter::AwaitEnd() {
-  Busy = true;
-  while (ProcessExists(host_, kProgram)) {
-    host_.pump.Turn();
-    host_.clock.Sleep(kSecondsBetweenLooks);
-  }
-  Busy = false;
 }
 
 }  // namespace quillon::formats

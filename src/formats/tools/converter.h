@@ -4,26 +4,27 @@
 
 #include <string>
 
+#include <vector>
+
 #include "formats/tools/converter_order.h"
-#include "host/host.h"
+#include "formats/tools/tools.h"
 
 namespace quillon::formats {
 
-// Where programs for all users lie, should the program folder have lost one.
-inline constexpr const char* kSystemFolder = "/usr/lib/quillon";
-
 // Pictures too large for this process are zoomed, converted and cut by the helper PicCutConverter, so that a failure of
-// memory cannot take the program down. One order at a time.
+// memory cannot take the program down. One order at a time: another one, from a handler that the pump let in, is not
+// carried out.
 class Converter {
  public:
-  explicit Converter(host::Host& host, std::string systemFolder = kSystemFolder);
+  // A program that the program folder has lost is taken from systemFolder.
+  explicit Converter(Tools& tools, std::string systemFolder = kSystemFolder);
 
   // Whether there is a helper to start.
   bool Present() const;
 
-  // Writes the order file, starts the helper up to three times and waits until no process of its name runs, giving the
-  // message loop its turns. True when the target was made; one that stood there before goes to the trash when it was
-  // not (a work file in the program folder is simply removed before). No order file is left behind.
+  // Writes the order file, starts the helper up to three times and waits until no process of its name runs or the user
+  // stops it. True when all its files were made (TargetsOf); what stood there before and was not replaced goes to the
+  // trash, or from the program folder for good, unless the user stopped it. No order file is left behind.
   bool RunConverter(const ConverterOrder& order);
   bool RunConverter(const CoupleOrder& order);
 
@@ -40,13 +41,14 @@ class Converter {
   bool Busy = false;             // an order is under way
 
  private:
-  bool Run(const std::optional<std::string>& text, const std::string& name, const std::string& target);
+  bool Run(const std::optional<std::string>& text, const std::string& name, const std::vector<std::string>& targets);
+  Waited Perform(const std::string& name, const std::string& text);
+  void RemoveOrders();
   void Start();
   bool TryStart();
   void CopyFromSystem();
-  void AwaitEnd();
 
-  host::Host& host_;
+  Tools& tools_;
   std::string systemFolder_;
 };
 

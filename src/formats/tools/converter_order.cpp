@@ -5,8 +5,35 @@
 #include <charconv>
 #include <string_view>
 
+#include "base/numbered_name.h"
+#include "base/path_text.h"
+
 namespace quillon::formats {
 namespace {
+
+// "#1#2#3": as many whole numbers as there is room for, each behind its mark.
+template <std::size_t kCount>
+bool ParseMarked(std::string_view text, std::array<int, kCount>& numbers) {
+  for (int& number : numbers) {
+    if (!text.starts_with('#')) return false;
+    text.remove_prefix(1);
+    const auto [stopped, error] = std::from_chars(text.data(), text.data() + text.size(), number);
+    if (error != std::errc()) return false;
+    text.remove_prefix(static_cast<std::size_t>(stopped - text.data()));
+  }
+  return text.empty();
+}
+
+// The target itself where there are no parts.
+std::vector<std::string> Numbered(const std::string& target, std::size_t parts) {
+  if (parts == 0) return {target};
+  const base::PathParts names = base::SplitPath(target);
+  std::vector<std::string> targets;
+  for (std::size_t number = 1; number <= parts; ++number) {
+    targets.push_back(base::JoinPath(names.folder, base::NumberedName(names.name, number, parts), names.extension));
+  }
+  return targets;
+}
 
 // Writes values line by line.
 class Writer {
@@ -19,6 +46,11 @@ class Writer {
   void Flag(bool& value) { Text(value ? "True" : "False"); }
   void Flag(std::string_view key, bool& value) { Text(std::string(key) + (value ? "True" : "False")); }
   void Number(int& value) { Text(std::to_string(value)); }
+  void Marked(std::array<int*, 3> values) {
+    std::string line;
+    for (const int* value : values) line += "#" + std::to_string(*value);
+    Text(line);
+  }
 
   std::optional<std::string> Take() { return carried_ ? std::optional(std::move(text_)) : std::nullopt; }
 
@@ -55,6 +87,14 @@ class Reader {
     const char* end = line.data() + line.size();
     const auto [stopped, error] = std::from_chars(line.data(), end, value);
     good_ = good_ && error == std::errc() && stopped == end;
+  }
+
+  void Marked(std::array<int*, 3> values) {
+    std::string line;
+    Text(line);
+    std::array<int, 3> numbers{};
+    good_ = good_ && ParseMarked(line, numbers);
+    for (std::size_t i = 0; i < values.size(); ++i) *values[i] = numbers[i];
   }
 
   bool Good() const { return good_; }
@@ -103,6 +143,17 @@ void Pass(Lines& lines, ConverterOrder& order) {
   lines.Text(order.text46);
 }
 
+template <class Lines>
+void Pass(Lines& lines, CoupleOrder& order) {
+  lines.Text(order.source);
+  lines.Text(order.target);
+  lines.Number(order.size.width);
+  lines.Number(order.size.height);
+  lines.Number(order.quality);
+  lines.Flag(order.grey);
+  lines.Marked({&order.angle, &order.least.width, &order.least.height});
+}
+
 }  // namespace
 
 std::optional<std::string> OrderText(const ConverterOrder& order) {
@@ -118,15 +169,8 @@ std::optional<std::string> OrderText(const ConverterOrder& order) {
 std::optional<std::string> OrderText(const CoupleOrder& order) {
   Writer writer;
   CoupleOrder written = order;
-  writer.Text(written.source);
-  writer.Text(written.target);
-  for (int& number : written.numbers3) writer.Number(number);
-  writer.Number(written.number5);
-  writer.Flag(written.flag6);
-  std::string three;
-  for (const int number : written.numbers7) three += "#" + std::to_string(number);
-  writer.Text(three);
-  for (const std::string& item : written.items) writer.Text(item);
+  Pass(writer, written);
+  for (const std::string& item : order.items) writer.Text(item);
   return writer.Take();
 }
 
@@ -137,5 +181,26 @@ std::optional<ConverterOrder> ParseOrder(const std::string& text) {
   while (reader.Good() && order.CoupleArray && !reader.AtEnd()) reader.Text(order.items.emplace_back());
   return reader.Good() && reader.AtEnd() ? std::optional(std::move(order)) : std::nullopt;
 }
+
+std::optional<CoupleOrder> ParseCoupleOrder(const std::string& text) {
+  Reader reader(text);
+  CoupleOrder order;
+  Pass(reader, order);
+  while (reader.Good() && !reader.AtEnd()) reader.Text(order.items.emplace_back());
+  return reader.Good() ? std::optional(std::move(order)) : std::nullopt;
+}
+
+std::optional<base::Rect> PartOf(const std::string& item) {
+  std::array<int, 4> numbers{};
+  if (!ParseMarked(item, numbers)) return std::nullopt;
+  const base::Rect part{numbers[0], numbers[1], numbers[2], numbers[3]};
+  return part.Empty() ? std::nullopt : std::optional(part);
+}
+
+std::vector<std::string> TargetsOf(const ConverterOrder& order) {
+  return Numbered(order.target, order.CoupleArray ? order.items.size() : 0);
+}
+
+std::vector<std::string> TargetsOf(const CoupleOrder& order) { return Numbered(order.target, order.items.size()); }
 
 }  // namespace quillon::formats

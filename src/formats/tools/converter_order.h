@@ -47,27 +47,39 @@ struct ConverterOrder {
   bool DrawTxtMode = false;
   bool BackSY = false;
   std::string text46;
-  std::vector<std::string> items;  // with CoupleArray
+  std::vector<std::string> items;  // with CoupleArray: parts of the source, see PartOf
 
   bool operator==(const ConverterOrder&) const = default;
 };
 
-// CoupleParam.txt.
+// CoupleParam.txt: one source, several parts of it.
 struct CoupleOrder {
   std::string source;
   std::string target;
-  std::array<int, 2> numbers3 = {};
-  int number5 = 0;
-  bool flag6 = false;
-  std::array<int, 3> numbers7 = {};  // one line, "#{a}#{b}#{c}"
-  std::vector<std::string> items;
+  base::Size size;  // of each result; 0 leaves it as it was cut
+  int quality = 98;
+  bool grey = false;
+  int angle = 0;  // with least on one line, "#{angle}#{width}#{height}"
+  base::Size least;
+  std::vector<std::string> items;  // parts of the source, see PartOf
+
+  bool operator==(const CoupleOrder&) const = default;
 };
+
+// The item that names a part of the source: "#{x}#{y}#{width}#{height}". Nothing for another text or an empty part.
+std::optional<base::Rect> PartOf(const std::string& item);
+
+// The files that an order makes: its target; where it names parts, "<target>_01" and on instead, with the target's
+// extension, in their order.
+std::vector<std::string> TargetsOf(const ConverterOrder& order);
+std::vector<std::string> TargetsOf(const CoupleOrder& order);
 
 // Every line ends with a line feed. Nothing when a text holds one itself, which the file could not carry.
 std::optional<std::string> OrderText(const ConverterOrder& order);
 std::optional<std::string> OrderText(const CoupleOrder& order);
 
-// Reads Param.txt back, with line ends of either kind. Nothing for any other text.
+// Read Param.txt and CoupleParam.txt back, with line ends of either kind. Nothing for any other text.
 std::optional<ConverterOrder> ParseOrder(const std::string& text);
+std::optional<CoupleOrder> ParseCoupleOrder(const std::string& text);
 
 }  // namespace quillon::formats

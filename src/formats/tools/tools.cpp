@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "base/path_text.h"
+#include "formats/tools/keys.h"
 #include "formats/tools/processes.h"
 #include "formats/tools/twins.h"
 #include "host/disk_full.h"
@@ -51,9 +52,13 @@ Tools::Tools(host::Host& host, ToolsOwner owner) : host_(host), owner_(std::move
 std::string Tools::AppPath(const std::string& entry) const { return base::JoinPath(host_.programFolder, entry); }
 
 int Tools::Start(const std::string& name, const std::string& parameters) {
+  return StartIn(host_.programFolder, name, parameters);
+}
+
+int Tools::StartIn(const std::string& folder, const std::string& name, const std::string& parameters) {
   std::vector<std::string> arguments;
   if (!parameters.empty()) arguments.push_back(parameters);
-  return host_.shell.Start(name + ".exe", arguments, host_.programFolder);
+  return host_.shell.Start(name + ".exe", arguments, folder);
 }
 
 int Tools::EnsureAndStart(const std::string& name, const std::string& parameters) {
@@ -72,7 +77,7 @@ Waited Tools::Wait(const std::string& program, const Look& look, double limit) {
     }
     if (look && look()) return Waited::Done;
     const double before = host_.clock.Seconds();
-    if (!ProcessExists(host_, program)) return Waited::Gone;
+    if (!ProcessExists(host_, program)) return look && look() ? Waited::Done : Waited::Gone;
     if (limit != kNoLimit && lasting.Seconds() > limit) return Waited::Limit;
     lasting.Look(program);
     const double took = host_.clock.Seconds() - before;
@@ -81,8 +86,8 @@ Waited Tools::Wait(const std::string& program, const Look& look, double limit) {
 }
 
 host::Status Tools::CopyAsking(const std::string& from, const std::string& to) {
-  return host::SaveAsking(host_.boxes, to, host::DiskFullWording::Comma, owner_.stop,
-                          [&] { return host_.files.Copy(from, to); });
+  return host::SaveAsking(
+      host_.boxes, to, host::DiskFullWording::Comma, owner_.stop, [&] { return host_.files.Copy(from, to); }, kTitle);
 }
 
 }  // namespace quillon::formats

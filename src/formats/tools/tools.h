@@ -9,6 +9,9 @@
 
 namespace quillon::formats {
 
+// Where programs for all users lie.
+inline constexpr const char* kSystemFolder = "/usr/lib/quillon";
+
 // What the waits for helpers ask of the one who runs them.
 struct ToolsOwner {
   // Whether the user wants everything to end.
@@ -42,6 +45,8 @@ class Tools {
   // Starts "<name>.exe" hidden in the program folder, with parameters as its only argument (none where they are
   // empty). host::kStarted, and nothing else, means that it runs.
   int Start(const std::string& name, const std::string& parameters);
+  // As Start, in another folder, where it is looked for first.
+  int StartIn(const std::string& folder, const std::string& name, const std::string& parameters);
   // The copy of the twin is put there where it is missing, then as Start.
   int EnsureAndStart(const std::string& name, const std::string& parameters);
 
@@ -49,11 +54,11 @@ class Tools {
   using Look = std::function<bool()>;
   static constexpr double kNoLimit = 0;
   // Turns until no process runs whose name begins with program ("PicHandler.exe"), wherever it comes from, until look
-  // is satisfied or limit seconds are over. A user who wants to end has the process ended, where it is ours, and is not
-  // kept waiting for others of the name.
+  // is satisfied or limit seconds are over. What a helper did last is still seen by a look after its end. A user who
+  // wants to end has the process ended, where it is ours, and is not kept waiting for others of the name.
   Waited Wait(const std::string& program, const Look& look = {}, double limit = kNoLimit);
 
-  // A copy in which a full disk is asked about; a refused retry stops.
+  // A copy in which a full disk is asked about, under the program's title; a refused retry stops.
   host::Status CopyAsking(const std::string& from, const std::string& to);
 
  private:

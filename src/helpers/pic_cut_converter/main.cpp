@@ -3,24 +3,25 @@
 #include <cstdlib>
 #include <optional>
 #include <string>
+#include <vector>
 
 #include "formats/tools/converter_order.h"
 #include "helpers/frame/helper.h"
 #include "helpers/orders/order_text.h"
 #include "imaging/huge_picture.h"
 
+namespace quillon::helpers {
 namespace {
 
-using quillon::formats::ConverterOrder;
-using quillon::helpers::Helper;
-using quillon::host::Status;
+using formats::ConverterOrder;
+using formats::CoupleOrder;
+using imaging::HugeOrder;
 
 constexpr std::uint64_t kLongestOrder = std::uint64_t{1} << 20;
 
-quillon::imaging::HugeOrder HugeOrderOf(const ConverterOrder& order) {
-  quillon::imaging::HugeOrder huge;
+HugeOrder HugeOrderOf(const ConverterOrder& order) {
+  HugeOrder huge;
   huge.source = order.source;
-  huge.target = order.target;
   huge.least = order.least;
   huge.quality = order.quality;
   huge.grey = order.ToGray;
@@ -35,23 +36,62 @@ quillon::imaging::HugeOrder HugeOrderOf(const ConverterOrder& order) {
   return huge;
 }
 
-// The order lies in the program folder; without one there is nothing to do.
-Status Convert(Helper& helper) {
-  std::string text;
-  if (Status read = helper.Files().ReadFile(helper.AppPath("Param.txt"), text, kLongestOrder); !read) return read;
-  const std::optional<ConverterOrder> order = quillon::formats::ParseOrder(text);
-  if (!order) return quillon::helpers::WrongCall("Param.txt 的内容无法识别");
-  if (!quillon::helpers::IsPlainPath(order->source) || !quillon::helpers::IsPlainPath(order->target)) {
-    return quillon::helpers::WrongCall("Param.txt 中的路径必须完整");
+HugeOrder HugeOrderOf(const CoupleOrder& order) {
+  HugeOrder huge;
+  huge.source = order.source;
+  huge.least = order.least;
+  huge.size = order.size;
+  huge.angle = order.angle;
+  huge.grey = order.grey;
+  huge.quality = order.quality;
+  return huge;
+}
+
+// All parts are known to be good before the first one is made; what fails ends it.
+host::Status Make(Helper& helper, HugeOrder huge, const std::vector<std::string>& items,
+                  const std::vector<std::string>& targets) {
+  if (!IsPlainPath(huge.source) || !IsPlainPath(targets.front())) return WrongCall("命令文件中的路径必须完整");
+  std::vector<base::Rect> parts;
+  for (const std::string& item : items) {
+    const std::optional<base::Rect> part = formats::PartOf(item);
+    if (!part) return WrongCall("命令文件中的区域无法识别：" + item);
+    parts.push_back(*part);
   }
-  if (order->CoupleArray || order->DrawTxtMode) return quillon::helpers::WrongCall("不支持 Param.txt 要求的操作");
   // What does not fit into memory goes where the program works, not into a /tmp that is memory itself.
   setenv("TMPDIR", helper.World().programFolder.c_str(), 1);
-  return quillon::imaging::MakeFromHuge(helper.Files(), HugeOrderOf(*order), {});
+  for (std::size_t i = 0; i < targets.size(); ++i) {
+    huge.target = targets[i];
+    if (!parts.empty()) huge.cut = parts[i];
+    if (host::Status made = imaging::MakeFromHuge(helper.Files(), huge, {}); !made) return made;
+  }
+  return host::Status::Ok();
+}
+
+host::Status Obey(Helper& helper, const std::string& text) {
+  const std::optional<ConverterOrder> order = formats::ParseOrder(text);
+  if (!order) return WrongCall("Param.txt 的内容无法识别");
+  if (order->DrawTxtMode) return WrongCall("不支持 Param.txt 要求的操作");
+  return Make(helper, HugeOrderOf(*order), order->items, TargetsOf(*order));
+}
+
+host::Status ObeyCouple(Helper& helper, const std::string& text) {
+  const std::optional<CoupleOrder> order = formats::ParseCoupleOrder(text);
+  if (!order) return WrongCall("CoupleParam.txt 的内容无法识别");
+  return Make(helper, HugeOrderOf(*order), order->items, TargetsOf(*order));
+}
+
+// The order lies in the program folder, in one of two forms; without one there is nothing to do.
+host::Status Execute(Helper& helper) {
+  const bool couple = helper.Files().IsFile(helper.AppPath("CoupleParam.txt"));
+  const std::string path = helper.AppPath(couple ? "CoupleParam.txt" : "Param.txt");
+  std::string text;
+  if (host::Status read = helper.Files().ReadFile(path, text, kLongestOrder); !read) return read;
+  return couple ? ObeyCouple(helper, text) : Obey(helper, text);
 }
 
 }  // namespace
+}  // namespace quillon::helpers
 
 int main(int count, char** arguments) {
-  return quillon::helpers::RunHelper("PicCutConverter", count, arguments, Convert);
+  return quillon::helpers::RunHelper("PicCutConverter", count, arguments, quillon::helpers::Execute);
 }
