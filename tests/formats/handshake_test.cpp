@@ -1,12 +1,17 @@
 // SPDX-FileCopyrightText: 2026 The Quillon developers
 // SPDX-License-Identifier: GPL-3.0-or-later
 // The conversations with single helpers.
+#include <filesystem>
+#include <functional>
+
 #include "formats/tools/back_image.h"
 #include "formats/tools/exif.h"
 #include "formats/tools/img_tool.h"
 #include "formats/tools/pic_handler.h"
 #include "formats/tools/small_calls.h"
+#include "formats/tools/tiffs_maker.h"
 #include "formats/tools_fixture.h"
+#include "host/posix/sqlite_settings.h"
 
 namespace quillon::formats {
 namespace {
@@ -55,11 +60,13 @@ TEST_F(PicHandlerTest, TheInterpreterRunsWhatCannotBeStarted) {
   for (const int result : {host::kStartMissing, host::kStartDenied, 33}) {
     const std::string file = world.folder.Write("out/a.jpg", "rgb");
     const std::size_t starts = world.shell.Starts().size();
+    const double before = world.clock.Seconds();
     world.shell.SetResult("PicHandler.exe", result);
     Helper("CMD.exe", 4, [this](const std::string&) { WriteApp("Tmp.jpg", "cmyk"); });
     ASSERT_TRUE(ConvertToCmyk(tools, file, sound));
     EXPECT_EQ(Started(starts + 1), "CMD.exe: /c<>PicHandler.exe " + CmykText(file, tools.App(), ".jpg"));
     EXPECT_EQ(world.folder.Read("out/a.jpg"), "cmyk");
+    EXPECT_GE(world.clock.Seconds() - before, 0.2);
   }
 }
 
@@ -115,7 +122,34 @@ TEST_F(PicHandlerTest, AnOldPdfDoesNotPassForANewOne) {
   EXPECT_FALSE(world.folder.Exists("out/a.pdf"));
 }
 
-class ExifTest : public ToolsFixture {};
+// First from the system's folder, then from the program's, then through the interpreter.
+TEST_F(PicHandlerTest, ThePressPreviewIsTriedInTheSystemFolderFirst) {
+  const std::string out = world.folder.Path("out/p.jpg");
+  const auto act = [this](const std::string&) { world.folder.Write("out/p.jpg", "inks"); };
+  world.folder.Write("out/keep", "");
+  Helper("PicHandler.exe", 1, act);
+  ASSERT_TRUE(MakeCmykPreview(tools, "/in/a.jpg", "Press.icm", out, "/system"));
+  ASSERT_EQ(world.shell.Starts().size(), 1u);
+  EXPECT_EQ(world.shell.Starts()[0].folder, "/system");
+  EXPECT_EQ(Started(0), "PicHandler.exe: " + CmykPreviewText("/in/a.jpg", tools.App(), "Press.icm", out));
+  world.shell.SetResult("PicHandler.exe", host::kStartMissing);
+  Helper("CMD.exe", 1, act);
+  ASSERT_TRUE(MakeCmykPreview(tools, "/in/a.jpg", "Press.icm", out, "/system"));
+  ASSERT_EQ(world.shell.Starts().size(), 4u);
+  EXPECT_EQ(world.shell.Starts()[1].folder, "/system");
+  EXPECT_EQ(world.shell.Starts()[2].folder, world.host.programFolder);
+  EXPECT_EQ(Started(3), "CMD.exe: /c<>PicHandler.exe " + CmykPreviewText("/in/a.jpg", tools.App(), "Press.icm", out));
+  Helper("CMD.exe", 1);
+  EXPECT_EQ(MakeCmykPreview(tools, "/in/a.jpg", "Press.icm", out, "/system").Why(), "没有生成CMYK预览");
+}
+
+class ExifTest : public ToolsFixture {
+ protected:
+  // What the tool does when it goes well.
+  void Describe() { world.folder.Write("out/a.jpg", "described"); }
+
+  std::string target = world.folder.Write("out/a.jpg", "plain");
+};
 
 TEST_F(ExifTest, TheOrderStandsInTheKeyWhileTheToolRuns) {
   std::string order;
@@ -123,9 +157,11 @@ TEST_F(ExifTest, TheOrderStandsInTheKeyWhileTheToolRuns) {
   Helper("TessaExifHandler.exe", 5, [&](const std::string&) {
     order = Key("Exif");
     started = world.clock.Seconds();
+    std::filesystem::remove(target);
+    Describe();
   });
-  EXPECT_TRUE(CopyExif(tools, "/in/a.jpg", "/out/a.jpg"));
-  EXPECT_EQ(order, "/in/a.jpg|/out/a.jpg|Tessa批量处理系列软件");
+  EXPECT_TRUE(CopyExif(tools, "/in/a.jpg", target));
+  EXPECT_EQ(order, "/in/a.jpg|" + target + "|Tessa批量处理系列软件");
   EXPECT_GE(started, 0.09);
   EXPECT_EQ(Started(0), "TessaExifHandler.exe: ");
   EXPECT_EQ(Key("Exif"), "");
@@ -134,9 +170,18 @@ TEST_F(ExifTest, TheOrderStandsInTheKeyWhileTheToolRuns) {
 TEST_F(ExifTest, AToolThatHangsIsLeftAfterTwentySeconds) {
   Helper("TessaExifHandler.exe", 0);
   const double before = world.clock.Seconds();
-  EXPECT_TRUE(CopyExif(tools, "/in/a.jpg", "/out/a.jpg"));
+  EXPECT_EQ(CopyExif(tools, "/in/a.jpg", target).Why(), "TessaExifHandler 没有按时完成");
   EXPECT_NEAR(world.clock.Seconds() - before, 20.1, 0.5);
   EXPECT_TRUE(world.processes.Ended().empty());
+  EXPECT_EQ(Key("Exif"), "");
+}
+
+TEST_F(ExifTest, ATargetThatIsNotWrittenAnewIsTold) {
+  Helper("TessaExifHandler.exe", 1);
+  EXPECT_EQ(CopyExif(tools, "/in/a.jpg", target).Why(), "TessaExifHandler 没有写入");
+  EXPECT_EQ(world.folder.Read("out/a.jpg"), "plain");
+  world.shell.SetResult("TessaExifHandler", host::kStartMissing);
+  EXPECT_EQ(CopyExif(tools, "/in/a.jpg", target).GetProblem(), host::Problem::Missing);
   EXPECT_EQ(Key("Exif"), "");
 }
 
@@ -172,6 +217,49 @@ TEST_F(ImgToolTest, NoAnswerMeansNoPages) {
   EXPECT_EQ(CountTiffPages(tools, "/in/a.tif"), 0);
   world.shell.SetResult("QxImgTool", 33);
   EXPECT_EQ(CountTiffPages(tools, "/in/a.tif"), 0);
+}
+
+// Deleted while the program runs, it is there again at the next start, whatever it is started for.
+TEST_F(ImgToolTest, TheTwinIsCopiedAgainBeforeAnyRun) {
+  WriteApp("QxImgTool.dll", "twin");
+  BinderFeed feed(tools);
+  const std::string picture = world.folder.Write("a.jpg", "x");
+  const std::function<void()> runs[] = {
+      [&] { CountPdfPages(tools, "/in/a.pdf", 72, 90); },
+      [&] { CountTiffPages(tools, "/in/a.tif"); },
+      [&] { static_cast<void>(CutPdf(tools, "/in/a.pdf", "/out/a.pdf", {}, [](const std::string&) {})); },
+      [&] { StartSplitPdf(tools, "/in/a.pdf", "/out/a.pdf"); },
+      [&] { StartMakeTiff(tools, "x"); },
+      [&] { feed.Give(picture, {}); },
+  };
+  std::size_t starts = 0;
+  for (const auto& run : runs) {
+    static_cast<void>(world.files.RemoveOwn(App("QxImgTool.exe")));
+    run();
+    EXPECT_EQ(world.folder.Read("app/QxImgTool.exe"), "twin") << starts;
+    EXPECT_EQ(world.shell.Starts().size(), ++starts);
+  }
+}
+
+TEST_F(ImgToolTest, ATiffThatThisProcessCanCountNeverStartsTheTool) {
+  // A directory of one page: width 1, height 1, nothing more.
+  using namespace std::string_literals;
+  const std::string tiff =
+      "II*\0\x08\0\0\0"s + "\2\0"s + "\0\1\3\0\1\0\0\0\1\0\0\0"s + "\1\1\3\0\1\0\0\0\1\0\0\0"s + "\0\0\0\0"s;
+  EXPECT_EQ(TiffPages(tools, world.folder.Write("a.tif", tiff)), 1);
+  EXPECT_TRUE(world.shell.Starts().empty());
+  Helper("QxImgTool.exe", 1, [this](const std::string&) { WriteKey(world.host, "GetTiffPages", "3"); });
+  EXPECT_EQ(TiffPages(tools, world.folder.Write("b.tif", "no tiff for this process"), 4), 3);
+  EXPECT_EQ(Started(0), "QxImgTool.exe: " + CountTiffPagesText(world.folder.Path("b.tif"), tools.App(), 4));
+}
+
+// Once this process has failed at it, the tool makes every tiff, in later runs too.
+TEST_F(ImgToolTest, WhoMakesTiffsOutlivesARestart) {
+  using Store = host::posix::SqliteSettings;
+  Store(world.folder.Path("store")).Set(kTitle, "Default", key::kBackMakeTiff, "1");
+  for (int run = 0; run < 2; ++run) {
+    EXPECT_EQ(Store(world.folder.Path("store")).Get("Quillon", "Default", "BackMakeTiff"), "1");
+  }
 }
 
 TEST_F(ImgToolTest, TheOldFirstPageIsGoneBeforeATiffIsCounted) {
@@ -360,6 +448,18 @@ TEST_F(SmallCallsTest, TextIsReadWithoutAnEffectiveLimit) {
   EXPECT_TRUE(world.processes.Ended().empty());
 }
 
+// Before the first look for a process that may not be seen yet.
+TEST_F(SmallCallsTest, TheWaitsBeginWithTheirPauses) {
+  WriteApp("QxBackOCRer.dll", "twin");
+  double before = world.clock.Seconds();
+  RecogniseText(tools, "/in/a.jpg");
+  EXPECT_NEAR(world.clock.Seconds() - before, 0.5, 0.05);
+  EXPECT_TRUE(AppHas("QxBackOCRer.exe"));
+  before = world.clock.Seconds();
+  EXPECT_FALSE(CutCircle(tools, "/in/a.jpg", "/out/a.png", {1, 2, 3, 4}));
+  EXPECT_NEAR(world.clock.Seconds() - before, 0.1, 0.05);
+}
+
 TEST_F(SmallCallsTest, ACircleIsFineWhenItLeavesAFile) {
   const std::string target = world.folder.Write("out/a.png", "old");
   Helper("PicCirleCut.exe", 2, [&](const std::string&) { world.folder.Write("out/b.png", "new"); });
@@ -376,6 +476,63 @@ TEST_F(SmallCallsTest, MediaArgumentsPassThrough) {
   EXPECT_EQ(RunCutMedia(tools, "-i \"/in/a.gif\" -y \"/out/a.gif\""), Waited::Gone);
   EXPECT_EQ(Started(0), "CutMedia.exe: -i \"/in/a.gif\" -y \"/out/a.gif\"");
   EXPECT_TRUE(AppHas("CutMedia.exe"));
+}
+
+class TiffsMakerTest : public ToolsFixture {
+ protected:
+  host::Status Run(int pages = 3) {
+    return RunTiffsMaker(tools, "/app/OkList.txt", out, pages, [this](const std::string& text) { shown = text; });
+  }
+  void Says(int turn, const std::string& text) {
+    world.pump.OnTurn(turn, [this, text] { WriteKey(world.host, "MakeTiffProg", text); });
+  }
+
+  std::string out = world.folder.Write("out/a.tif", "older");
+  std::string shown;
+};
+
+TEST_F(TiffsMakerTest, ItsTrueIsTheEnd) {
+  WriteKey(world.host, "MakeTiffProg", "True");
+  std::string cleared = "?";
+  Helper("DCTiffsMaker.exe", 0, [&](const std::string& parameters) {
+    EXPECT_EQ(parameters, "/app/OkList.txt");
+    cleared = Key("MakeTiffProg");
+  });
+  Says(3, "Tiff压制中，2/3");
+  world.pump.OnTurn(6, [this] {
+    std::filesystem::remove(out);
+    world.folder.Write("out/a.tif", "made");
+  });
+  Says(6, "True");
+  EXPECT_TRUE(Run());
+  EXPECT_EQ(cleared, "");
+  EXPECT_EQ(shown, "Tiff压制中，2/3");
+  EXPECT_EQ(world.pump.Turns(), 6);
+  EXPECT_EQ(world.processes.Ended().size(), 1u);
+}
+
+TEST_F(TiffsMakerTest, TwoSecondsAPageAreTheMost) {
+  for (const auto& [pages, seconds] : {std::pair{3, 6.0}, {0, 2.0}}) {
+    const std::size_t ended = world.processes.Ended().size();
+    Helper("DCTiffsMaker.exe", 0);
+    const double before = world.clock.Seconds();
+    EXPECT_EQ(Run(pages).Why(), "没有生成Tiff");
+    EXPECT_NEAR(world.clock.Seconds() - before, seconds, 0.5);
+    EXPECT_EQ(world.processes.Ended().size(), ended + 1);
+    EXPECT_FALSE(world.folder.Exists("out/a.tif"));
+  }
+}
+
+TEST_F(TiffsMakerTest, WhatItFailsWithIsTold) {
+  Helper("DCTiffsMaker.exe", 5, [this](const std::string&) { WriteKey(world.host, "MakeTiffProg", "没有图片"); });
+  EXPECT_EQ(Run().Why(), "没有图片");
+  Helper("DCTiffsMaker.exe", 5, [this](const std::string&) { WriteKey(world.host, "MakeTiffProg", "FullDisk"); });
+  EXPECT_TRUE(Run().DiskFull());
+  Helper("DCTiffsMaker.exe", 5,
+         [this](const std::string&) { WriteKey(world.host, "MakeTiffProg", "Tiff压制中，1/3"); });
+  EXPECT_EQ(Run().Why(), "没有生成Tiff");
+  world.shell.SetResult("DCTiffsMaker", host::kStartMissing);
+  EXPECT_EQ(Run().Why(), "无法启动 DCTiffsMaker");
 }
 
 }  // namespace

@@ -44,6 +44,20 @@ TEST_F(TiffOrderTest, PicturesAreOrderedAsOneNewTiff) {
   EXPECT_FALSE(AppHas("Ops.txt"));
 }
 
+TEST_F(TiffOrderTest, AnOrderFileThatDoesNotOpenIsTriedOnceMore) {
+  using Length = host::testing::Fault::Length;
+  for (const Length length : {Length::Once, Length::ForEver}) {
+    world.faults.Set(
+        {.call = host::testing::DiskCall::OpenNew, .error = EACCES, .length = length, .pathHolds = "Ops.txt"});
+    const std::size_t before = world.shell.Starts().size();
+    Helper("SavePicsToTiff.exe", 1);
+    Order("SaveNew", "/in/a.jpg", Finish::No);
+    Order("SaveNew", "", Finish::Yes);
+    EXPECT_EQ(world.shell.Starts().size() - before, length == Length::Once ? 1u : 0u);
+    world.faults.Clear();
+  }
+}
+
 TEST_F(TiffOrderTest, ANewTiffAppearsUnderTheShortName) {
   EXPECT_EQ(TiffOrders::NewTiffPath("/out/Tiff.tiff"), "/out/Tiff~1.tif");
   EXPECT_EQ(TiffOrders::NewTiffPath("/out/Tiff.tif"), "/out/Tiff.tif");

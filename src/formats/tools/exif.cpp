@@ -4,6 +4,7 @@
 
 #include "formats/tools/carried.h"
 #include "formats/tools/command_lines.h"
+#include "formats/tools/expected_file.h"
 #include "formats/tools/keys.h"
 #include "formats/tools/pause.h"
 
@@ -18,12 +19,16 @@ constexpr double kLimit = 20;
 
 host::Status CopyExif(Tools& tools, const std::string& source, const std::string& target) {
   if (host::Status fits = MayStand(Carrier::Bars, kName, {source, target}); !fits) return fits;
+  const ExpectedFile described(tools, target);
   WriteKey(tools.World(), key::kExif, ExifText(source, target));
   PauseSeconds(tools.World(), kPause);
-  tools.Start(kName, "");
-  tools.Wait(std::string(kName) + ".exe", {}, kLimit);
+  const int started = tools.Start(kName, "");
+  const Waited waited = tools.Wait(std::string(kName) + ".exe", {}, kLimit);
   WriteKey(tools.World(), key::kExif, "");
-  return host::Status::Ok();
+  if (described.Made()) return host::Status::Ok();
+  if (started != host::kStarted) return {host::Problem::Missing, "无法启动 TessaExifHandler"};
+  if (waited == Waited::Stopped) return {host::Problem::Stopped, "已停止"};
+  return {host::Problem::Other, waited == Waited::Limit ? "TessaExifHandler 没有按时完成" : "TessaExifHandler 没有写入"};
 }
 
 }  // namespace quillon::formats

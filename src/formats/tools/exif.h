@@ -9,7 +9,7 @@
 namespace quillon::formats {
 
 // Has TessaExifHandler copy what describes source to target. Waits for it for at most 20 seconds; it is not ended then.
-// A failure is only one of names that the order cannot carry; how the copying went shows in the file.
+// Fine when target was written anew; else it is as it was, and the failure says as far as it can be known why.
 host::Status CopyExif(Tools& tools, const std::string& source, const std::string& target);
 
 }  // namespace quillon::formats

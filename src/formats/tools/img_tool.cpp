@@ -9,6 +9,7 @@
 #include "formats/tools/carried.h"
 #include "formats/tools/expected_file.h"
 #include "formats/tools/keys.h"
+#include "imaging/tiff_pages.h"
 
 namespace quillon::formats {
 namespace {
@@ -31,6 +32,12 @@ PdfPages CountPdfPages(Tools& tools, const std::string& pdf, int dpi, int qualit
   if (tools.EnsureAndStart(kImgTool, CountPdfPagesText(pdf, tools.App(), dpi, quality)) != host::kStarted) return {};
   tools.Wait(kProgram);
   return {Number(tools, key::kGetPdfPages), Number(tools, key::kPdfW), Number(tools, key::kPdfH)};
+}
+
+int TiffPages(Tools& tools, const std::string& tiff, int number) {
+  int pages = 0;
+  if (imaging::CountTiffPages(tools.World().files, tiff, pages) && pages > 0) return pages;
+  return CountTiffPages(tools, tiff, number);
 }
 
 int CountTiffPages(Tools& tools, const std::string& tiff, int number) {

@@ -21,6 +21,9 @@ struct PdfPages {
 };
 PdfPages CountPdfPages(Tools& tools, const std::string& pdf, int dpi, int quality);
 
+// The page count of a TIFF: by this process, and by the tool only where it finds none. 0 where neither does.
+int TiffPages(Tools& tools, const std::string& tiff, int number = 1);
+
 // 0 where the tool left no answer. The first page lies in \Tmp.jpg then; what lay there before is gone.
 int CountTiffPages(Tools& tools, const std::string& tiff, int number = 1);
 

@@ -63,12 +63,14 @@ host::Status MakePdf(Tools& tools, const std::string& picture, const std::string
   return {host::Problem::Damaged, "生成的PDF已损坏"};
 }
 
-host::Status MakeCmykPreview(Tools& tools, const std::string& file, const std::string& profile,
-                             const std::string& out) {
+host::Status MakeCmykPreview(Tools& tools, const std::string& file, const std::string& profile, const std::string& out,
+                             const std::string& systemFolder) {
   if (host::Status fits = MayStand(Carrier::Quotes, kName, {file, profile, out, tools.App()}); !fits) return fits;
   const ExpectedFile expected(tools, out);
-  const Waited waited = Run(tools, CmykPreviewText(file, tools.App(), profile, out));
-  return expected.Result(waited, "没有生成CMYK预览");
+  const std::string text = CmykPreviewText(file, tools.App(), profile, out);
+  int started = tools.StartIn(systemFolder, kName, text);
+  if (started != host::kStarted) started = tools.Start(kName, text);
+  return expected.Result(RunTo(tools, text, started), "没有生成CMYK预览");
 }
 
 }  // namespace quillon::formats

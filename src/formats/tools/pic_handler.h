@@ -20,7 +20,9 @@ host::Status ConvertToCmyk(Tools& tools, const std::string& file, const Sound& s
 // was made it goes to the trash, so that nobody takes it for the result. So does one that has no beginning and no end.
 host::Status MakePdf(Tools& tools, const std::string& picture, const std::string& base, const std::string& text);
 
-// Makes out of file in the colours of a profile in ColorConfigs, as the press would print it.
-host::Status MakeCmykPreview(Tools& tools, const std::string& file, const std::string& profile, const std::string& out);
+// Makes out of file in the colours of a profile in ColorConfigs, as the press would print it. The helper is started
+// from systemFolder where it lies there, else from the program folder.
+host::Status MakeCmykPreview(Tools& tools, const std::string& file, const std::string& profile, const std::string& out,
+                             const std::string& systemFolder = kSystemFolder);
 
 }  // namespace quillon::formats

@@ -73,8 +73,11 @@ void TiffOrders::AddLine(const std::string& line) {
 bool TiffOrders::Hand() {
   if (!refused_.empty() && refused_.front() == out_) return false;
   host::Host& world = tools_.World();
-  const host::Status written = world.files.Save(tools_.AppPath(kOrder), base::Utf16WithMark(lines_));
+  const std::string order = base::Utf16WithMark(lines_);
   lines_.clear();
+  host::Status written = world.files.Save(tools_.AppPath(kOrder), order);
+  // What kept the file for itself a moment ago may have let it go.
+  if (!written) written = world.files.Save(tools_.AppPath(kOrder), order);
   if (!written) return false;
   // A missing twin leaves the copy of an earlier run, or nothing to start.
   static_cast<void>(CopyTwin(world, kName));
