@@ -1,6 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Quillon developers
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include <gtest/gtest.h>
+#include <sys/resource.h>
 #include <tiffio.h>
 
 #include "helpers/helper_process.h"
@@ -214,6 +215,21 @@ TEST_F(DCTiffsMaker, TellsWhatItFailedWith) {
   app.Write("out.tif", "what stood there");
   EXPECT_EQ(Run(Of({"1.png", "text.png"})).exit, 1);
   EXPECT_EQ(app.Read("out.tif"), "what stood there");
+}
+
+TEST_F(DCTiffsMaker, SaysThatTheDiskIsFull) {
+  Picture("1.png", Waves(500, 500));
+  rlimit before{};
+  getrlimit(RLIMIT_FSIZE, &before);
+  // Room for the settings, not for the result.
+  const rlimit tight{100 << 10, before.rlim_max};
+  app.Write("OkList.txt", Of({"1.png"}).Text());
+  setrlimit(RLIMIT_FSIZE, &tight);
+  const pid_t maker = app.Start("DCTiffsMaker", {app.Path("OkList.txt")});
+  setrlimit(RLIMIT_FSIZE, &before);
+  EXPECT_EQ(app.Wait(maker).exit, 1);
+  EXPECT_EQ(app.Get("MakeTiffProg"), "FullDisk");
+  EXPECT_EQ(app.Names(), (std::vector<std::string>{"1.png", "OkList.txt"}));
 }
 
 TEST_F(DCTiffsMaker, RefusesOrdersThatAreNone) {

@@ -5,10 +5,12 @@
 #include <tiffio.h>
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 #include <cstdlib>
 #include <fstream>
 #include <memory>
+#include <string_view>
 #include <vips/vips8>
 
 namespace quillon::helpers::testing {
@@ -28,9 +30,12 @@ VImage Opened(const std::string& path, int page) {
               : VImage::new_from_file(path.c_str());
 }
 
-// The library always tells a resolution: in the segment behind the start, one to one becomes its only meaning.
+// The library always tells a resolution: in the JFIF segment, where there is one, one to one becomes its only meaning.
 void TakeDensityAway(const std::string& path) {
   std::fstream file(path, std::ios::in | std::ios::out | std::ios::binary);
+  std::array<char, 11> head{};
+  file.read(head.data(), head.size());
+  if (std::string_view(head.data() + 6, 5) != std::string_view("JFIF\0", 5)) return;
   file.seekp(13);
   file.write("\0\0\1\0\1", 5);
 }
@@ -92,7 +97,10 @@ void Save(const std::string& path, const Pixels& pixels, int dpi) {
   const VImage marked =
       image.copy(VImage::option()->set("interpretation", kind)->set("xres", perMillimetre)->set("yres", perMillimetre));
   if (path.ends_with(".jpg")) {
-    marked.jpegsave(path.c_str(), VImage::option()->set("Q", 98)->set("subsample_mode", VIPS_FOREIGN_SUBSAMPLE_OFF));
+    // Its EXIF tells a resolution as well.
+    marked.jpegsave(
+        path.c_str(),
+        VImage::option()->set("Q", 98)->set("subsample_mode", VIPS_FOREIGN_SUBSAMPLE_OFF)->set("strip", dpi == 0));
     if (dpi == 0) TakeDensityAway(path);
   } else {
     marked.write_to_file(path.c_str());

@@ -55,7 +55,7 @@ class RunTest : public ::testing::Test {
         "env", "TMPDIR=" + folder.Path("tmp"), program, "--json", "--set", "ChCutA=0", "--set", "TCutValue(3)=50"};
     words.insert(words.end(), steps.begin(), steps.end());
     for (const std::string& word : {std::string("--out"), folder.Path(out), std::string("--click"),
-                                    std::string("menuNormalCut"), folder.Path("in/a.jpg")}) {
+                                    std::string("menuNormalCut"), folder.Path("in/" + source)}) {
       words.push_back(word);
     }
     return words;
@@ -75,6 +75,7 @@ class RunTest : public ::testing::Test {
   }
 
   host::testing::TempFolder folder;
+  std::string source = "a.jpg";
   std::string program = QUILLON_BINARY_DIR "/bin/quillon-batch";
 };
 
@@ -146,6 +147,66 @@ TEST_F(RunTest, AHelperThatHangsIsEndedByAStop) {
   EXPECT_EQ(folder.Names("out"), std::vector<std::string>{});
   EXPECT_EQ(folder.Names("tmp"), std::vector<std::string>{});
   EXPECT_TRUE(testing::Until([this] { return Left().empty(); }));
+}
+
+// The cut stands; what the helper would have added is said to be missing.
+TEST_F(RunTest, NamesThatNoOrderCanCarryAreTold) {
+  const std::vector<std::string> exif = {"--open", "FBaseOpt", "--set", "FBaseOpt.ChKeepExif=1"};
+  struct Case {
+    const char* name;
+    const std::vector<std::string>& steps;
+    const char* told;
+  };
+  for (const Case& c : {Case{"a\"b.jpg", kCmyk, "无法交给 PicHandler"},
+                        {"a\nb.jpg", kCmyk, "无法交给 PicHandler"},
+                        {"a|b.jpg", exif, "无法交给 TessaExifHandler"},
+                        {"a\tb.jpg", exif, "无法交给 TessaExifHandler"},
+                        {"a\nb.jpg", exif, "无法交给 TessaExifHandler"}}) {
+    source = c.name;
+    fs::copy_file(folder.Path("in/a.jpg"), folder.Path("in/" + source), fs::copy_options::overwrite_existing);
+    const Ended ended = Run(c.steps);
+    EXPECT_EQ(ended.exit, 0) << c.name << ended.output;
+    EXPECT_NE(ended.output.find(c.told), std::string::npos) << c.name << ended.output;
+    EXPECT_EQ(folder.Names("out"), std::vector<std::string>{c.name});
+    EXPECT_EQ(Load(folder.Path("out/" + source)).bands, 3) << c.name;
+    fs::remove(folder.Path("out/" + source));
+  }
+}
+
+TEST_F(RunTest, NamesThatAnOrderCanCarryAreConverted) {
+  for (const char* name : {"a|b.jpg", "a\tb.jpg", "-a %d[1] 'b'.jpg"}) {
+    source = name;
+    fs::copy_file(folder.Path("in/a.jpg"), folder.Path("in/" + source));
+    const Ended ended = Run(kCmyk);
+    EXPECT_EQ(ended.exit, 0) << name << ended.output;
+    EXPECT_EQ(Load(folder.Path("out/" + source)).bands, 4) << name << ended.output;
+  }
+}
+
+TEST_F(RunTest, ABrokenHelperCostsTheExifAndNotTheRun) {
+  for (const char* script : {"kill -9 $$\n", "exit 3\n", "echo garbage > Tmp.jpg\n", "true\n"}) {
+    fs::remove_all(folder.Path("bin"));
+    fs::create_directory(folder.Path("bin"));
+    fs::remove(folder.Path("out/a.jpg"));
+    Break("TessaExifHandler", script);
+    const Ended ended = Run({"--open", "FBaseOpt", "--set", "FBaseOpt.ChKeepExif=1"});
+    EXPECT_EQ(ended.exit, 0) << script << ended.output;
+    EXPECT_EQ(Load(folder.Path("out/a.jpg")).height, 20) << script;
+    EXPECT_NE(ended.output.find("Exif没有保留"), std::string::npos) << script << ended.output;
+    EXPECT_EQ(folder.Names("tmp"), std::vector<std::string>{}) << script;
+  }
+}
+
+TEST_F(RunTest, ABrokenHelperCostsThePdfAndNotTheRun) {
+  for (const char* script : {"kill -9 $$\n", "exit 3\n", "echo garbage > \"${1##*RGB \\\"}\"\n"}) {
+    fs::remove_all(folder.Path("bin"));
+    fs::create_directory(folder.Path("bin"));
+    Break("PicHandler", script);
+    const Ended ended = Run({"--set", "CmbOutType=pdf"});
+    EXPECT_EQ(ended.exit, 1) << script << ended.output;
+    EXPECT_FALSE(fs::exists(folder.Path("out/a.pdf"))) << script;
+    EXPECT_EQ(folder.Names("tmp"), std::vector<std::string>{}) << script;
+  }
 }
 
 TEST_F(RunTest, WithoutTheHelperTheOptionAsksForIt) {
