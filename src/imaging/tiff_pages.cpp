@@ -134,8 +134,12 @@ class PageWriter {
     if (strip_.empty()) return true;
     const bool good = TIFFWriteEncodedStrip(tiff_, next_++, strip_.data(), static_cast<tmsize_t>(strip_.size())) >= 0;
     strip_.clear();
+    broken_ = broken_ || !good;
     return good;
   }
+
+  // A strip could not be written: some of it may still stand in the library's memory.
+  bool Broken() const { return broken_; }
 
  private:
   template <class... Values>
@@ -160,6 +164,7 @@ class PageWriter {
   std::uint32_t rowsPerStrip_ = 1;
   std::uint32_t next_ = 0;
   std::vector<unsigned char> strip_;
+  bool broken_ = false;
 };
 
 Status OpenBytes(const host::Files& files, const std::string& path, TiffStream& stream) {
@@ -249,6 +254,8 @@ Status TiffPages::Parts::Add(const Picture& picture, const TiffPageOptions& opti
     ++count;
     return status;
   }
+  if (writer.Broken() && stream.failure) stream.failure = fault::NotSaved();
+  if (!stream.failure) return stream.failure;
   // What was told of the page so far must not become a page. Ending it and taking it out again sets all of its state
   // free; dropping the directory alone would keep what the compression holds.
   if (TIFFWriteDirectory(tiff.get()) == 1) TIFFUnlinkDirectory(tiff.get(), static_cast<tdir_t>(count + 1));

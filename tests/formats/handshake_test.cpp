@@ -242,10 +242,14 @@ TEST_F(ImgToolTest, TheTwinIsCopiedAgainBeforeAnyRun) {
 }
 
 TEST_F(ImgToolTest, ATiffThatThisProcessCanCountNeverStartsTheTool) {
-  // A directory of one page: width 1, height 1, nothing more.
+  // A page of one pixel: the directory stands behind the head, each entry a number of 16 bits.
   using namespace std::string_literals;
-  const std::string tiff =
-      "II*\0\x08\0\0\0"s + "\2\0"s + "\0\1\3\0\1\0\0\0\1\0\0\0"s + "\1\1\3\0\1\0\0\0\1\0\0\0"s + "\0\0\0\0"s;
+  std::string tiff = "II*\0\x08\0\0\0\x09\0"s;
+  for (const auto& [tag, value] :
+       {std::pair{0x00, 1}, {0x01, 1}, {0x02, 8}, {0x03, 1}, {0x06, 1}, {0x11, 8}, {0x15, 1}, {0x16, 1}, {0x17, 1}}) {
+    tiff += {static_cast<char>(tag), 1, 3, 0, 1, 0, 0, 0, static_cast<char>(value), 0, 0, 0};
+  }
+  tiff += "\0\0\0\0"s;
   EXPECT_EQ(TiffPages(tools, world.folder.Write("a.tif", tiff)), 1);
   EXPECT_TRUE(world.shell.Starts().empty());
   Helper("QxImgTool.exe", 1, [this](const std::string&) { WriteKey(world.host, "GetTiffPages", "3"); });

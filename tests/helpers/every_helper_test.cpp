@@ -84,7 +84,8 @@ const Job kJobs[] = {
      "out.pdf"},
     {"PicHandler",
      [](const HelperFolder& app) {
-       fs::copy(QUILLON_BINARY_DIR "/bin/ColorConfigs", app.Path("ColorConfigs"), fs::copy_options::skip_existing);
+       fs::copy(QUILLON_BINARY_DIR "/bin/ColorConfigs", app.Path("ColorConfigs"),
+                fs::copy_options::skip_existing | fs::copy_options::recursive);
        return std::vector{"\"" + app.Path("a.jpg") + "\"  -profile \"" + app.Path("ColorConfigs/sRGB.icc") +
                           "\" -profile \"" + app.Path("ColorConfigs/Default.icm") + "\" \"" + app.Path("out.jpg") +
                           "\""};
@@ -191,6 +192,7 @@ TEST_P(EveryJob, ADamagedStoreKeepsNothingFromBeingMade) {
     app.Write("settings.db", bytes);
     const Ran ran = app.Run(job.helper, parameters);
     EXPECT_EQ(ran.exit, 0) << ran.err;
+    ASSERT_TRUE(app.Exists(job.target));
     EXPECT_GT(app.Read(job.target).size(), 100U);
   }
 }
@@ -199,19 +201,24 @@ TEST_P(EveryJob, ADamagedStoreKeepsNothingFromBeingMade) {
 TEST_P(EveryJob, AStoreThatMayOnlyBeReadKeepsNothingFromBeingMade) {
   const Job& job = GetParam();
   const std::vector<std::string> parameters = job.prepare(app);
-  fs::permissions(app.Path(), fs::perms::all);
-  for (const auto& entry : fs::recursive_directory_iterator(app.Path())) {
+  const fs::path folder = fs::path(app.Path()).parent_path();
+  fs::permissions(folder, fs::perms::all);
+  for (const auto& entry : fs::recursive_directory_iterator(folder)) {
     const bool store = entry.path().filename().string().starts_with("settings.");
     fs::permissions(entry.path(), store ? fs::perms(0444) : fs::perms::all);
   }
+  // Root may write everything.
   const pid_t child = fork();
   if (child == 0) {
     if (geteuid() == 0 && setuid(65534) != 0) _exit(9);
-    _exit(app.Run(job.helper, parameters).exit);
+    int status = 0;
+    waitpid(app.Start(job.helper, parameters), &status, 0);
+    _exit(WEXITSTATUS(status));
   }
   int status = 0;
   waitpid(child, &status, 0);
   EXPECT_EQ(WEXITSTATUS(status), 0);
+  ASSERT_TRUE(app.Exists(job.target));
   EXPECT_GT(app.Read(job.target).size(), 100U);
 }
 

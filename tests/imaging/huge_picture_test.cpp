@@ -226,36 +226,35 @@ TEST_F(HugePicture, JpegsAreScaledOnTheWay) {
   }
 }
 
-// Written as it is decoded, in the colours it is stored in.
+// Written as it is decoded, in the colours it is stored in: what the pipeline makes of it, but for the coding.
 TEST_F(HugePicture, AJpegBecomesASmallerJpegRowByRow) {
   struct Case {
     Colours colours;
-    int quality;
-    Scans scans;
+    Scans scans = Scans::One;
   };
-  for (const Case& c : {Case{Colours::YCbCr, 98, Scans::One},
-                        {Colours::YCbCr, 80, Scans::Progressive},
-                        {Colours::Grey, 98, Scans::One},
-                        {Colours::Rgb, 98, Scans::One},
-                        {Colours::AdobeCmyk, 98, Scans::One},
-                        {Colours::Ycck, 98, Scans::One}}) {
-    world.folder.Write("a.jpg", MakeJpeg(TestPicture({803, 605}, c.colours),
-                                         {.colours = c.colours, .scans = c.scans, .densityUnit = 1, .density = 254}));
-    for (const base::Size size : {base::Size{803, 300}, {400, 301}, {201, 151}, {100, 75}, {50, 38}, {7, 5}}) {
+  for (const Case& c : {Case{Colours::YCbCr},
+                        {Colours::YCbCr, Scans::Progressive},
+                        {Colours::Grey},
+                        {Colours::Rgb},
+                        {Colours::AdobeCmyk},
+                        {Colours::Ycck}}) {
+    world.folder.Write(
+        "a.jpg", MakeJpeg(TestPicture({803, 605}, c.colours),
+                          {.colours = c.colours, .luma = {1, 1}, .scans = c.scans, .densityUnit = 1, .density = 254}));
+    for (const base::Size size : {base::Size{803, 300}, {400, 301}, {201, 151}, {99, 74}, {50, 38}, {7, 5}}) {
       HugeOrder order = Order("a.jpg", "out.jpg");
       order.size = size;
-      order.quality = c.quality;
+      order.quality = 100;
       ASSERT_TRUE(Make(order));
-      Image image = Load(Path("a.jpg"));
-      ASSERT_TRUE(services.ResampleImage(image, size.width, size.height));
-      const Image made = Load(Path("out.jpg"));
-      const Sheet expected = PixelsOf(image);
-      const Sheet pixels = PixelsOf(made);
-      ASSERT_EQ(pixels.values.size(), expected.values.size()) << static_cast<int>(c.colours);
+      order.target = Path("out.tif");
+      ASSERT_TRUE(Make(order));
+      const Sheet expected = PixelsOf(Load(Path("out.tif")));
+      const Sheet made = PixelsOf(Load(Path("out.jpg")));
+      ASSERT_EQ(made.values.size(), expected.values.size()) << static_cast<int>(c.colours);
       double sum = 0;
-      for (std::size_t i = 0; i < pixels.values.size(); ++i) sum += std::abs(pixels.values[i] - expected.values[i]);
-      EXPECT_LT(sum / static_cast<double>(pixels.values.size()), 8) << static_cast<int>(c.colours) << " " << size.width;
-      EXPECT_EQ(services.GetImageResolution(made), services.GetImageResolution(Load(Path("a.jpg"))));
+      for (std::size_t i = 0; i < made.values.size(); ++i) sum += std::abs(made.values[i] - expected.values[i]);
+      EXPECT_LT(sum / static_cast<double>(made.values.size()), 4) << static_cast<int>(c.colours) << " " << size.width;
+      EXPECT_EQ(services.GetImageResolution(Load(Path("out.jpg"))), services.GetImageResolution(Load(Path("a.jpg"))));
     }
   }
 }
@@ -316,8 +315,6 @@ TEST_F(HugePicture, PartsOfEveryKindAreSavedAsTiffAndPng) {
       EXPECT_EQ(FromVips(made), FromVips(expected)) << name << " " << target;
       EXPECT_EQ(made.interpretation(), expected.interpretation()) << name << " " << target;
       EXPECT_EQ(made.format(), expected.format()) << name << " " << target;
-      EXPECT_EQ(services.GetImageResolution(Load(Path(target))),
-                services.GetImageResolution(Load(Path(std::string("b") + target))));
     }
   }
 }

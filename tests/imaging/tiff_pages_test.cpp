@@ -155,6 +155,27 @@ TEST_F(TiffPagesTest, AFullDiskIsTold) {
   EXPECT_FALSE(world.folder.Exists("full.tif"));
 }
 
+// Wherever it fills up: in the middle of a page, at its directory, at the end.
+TEST_F(TiffPagesTest, AFullDiskIsToldAtEveryWrite) {
+  const std::string page = Png("1.png", PhotoLike(600, 500, 3));
+  for (const auto compression : {TiffCompression::None, TiffCompression::Lzw, TiffCompression::Jpeg}) {
+    int nth = 1;
+    for (;; ++nth) {
+      world.faults.Clear();
+      world.faults.Set({.call = host::testing::DiskCall::Write,
+                        .nth = nth,
+                        .error = ENOSPC,
+                        .length = host::testing::Fault::Length::ForEver});
+      const Status status = Write("full.tif", {page, page}, {.compression = compression});
+      if (world.faults.Fired() == 0) break;
+      EXPECT_TRUE(status.DiskFull()) << nth << status.Why();
+      EXPECT_FALSE(world.folder.Exists("full.tif")) << nth;
+    }
+    EXPECT_GT(nth, 3);
+    static_cast<void>(world.files.RemoveOwn(Path("full.tif")));
+  }
+}
+
 TEST_F(TiffPagesTest, LoadOnePage) {
   const Sheet second = PhotoLike(7, 12, 3);
   ASSERT_TRUE(Write("a.tif", {Png("1.png", PhotoLike(12, 7, 3)), Png("2.png", second)}, {.dpi = 150}));

@@ -28,7 +28,8 @@ host::Status CopyExif(Tools& tools, const std::string& source, const std::string
   if (described.Made()) return host::Status::Ok();
   if (started != host::kStarted) return {host::Problem::Missing, "无法启动 TessaExifHandler"};
   if (waited == Waited::Stopped) return {host::Problem::Stopped, "已停止"};
-  return {host::Problem::Other, waited == Waited::Limit ? "TessaExifHandler 没有按时完成" : "TessaExifHandler 没有写入"};
+  return {host::Problem::Other,
+          waited == Waited::Limit ? "TessaExifHandler 没有按时完成" : "TessaExifHandler 没有写入"};
 }
 
 }  // namespace quillon::formats

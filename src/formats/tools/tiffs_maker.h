@@ -10,8 +10,8 @@
 namespace quillon::formats {
 
 // Has DCTiffsMaker make a tiff by the order in a file, and waits for it until it says "True", is gone, or has taken two
-// seconds a page (at least one is counted); then it is ended. show gets what the helper says meanwhile. Fine when out is
-// a new file; DiskFull where the helper says so. What stood at out before and was not replaced goes to the trash.
+// seconds a page (at least one is counted); then it is ended. show gets what the helper says meanwhile. Fine when out
+// is a new file; DiskFull where the helper says so. What stood at out before and was not replaced goes to the trash.
 host::Status RunTiffsMaker(Tools& tools, const std::string& list, const std::string& out, int pages,
                            const std::function<void(const std::string&)>& show);
 

@@ -1,0 +1,94 @@
+// SPDX-FileCopyrightText: 2026 The Quillon developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "helpers/pic_cut_converter/converter_orders.h"
+
+#include <cstdlib>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "formats/tools/converter_order.h"
+#include "helpers/orders/order_text.h"
+#include "imaging/huge_picture.h"
+
+namespace quillon::helpers {
+namespace {
+
+using formats::ConverterOrder;
+using formats::CoupleOrder;
+using imaging::HugeOrder;
+
+constexpr std::uint64_t kLongestOrder = std::uint64_t{1} << 20;
+
+HugeOrder HugeOrderOf(const ConverterOrder& order) {
+  HugeOrder huge;
+  huge.source = order.source;
+  huge.least = order.least;
+  huge.quality = order.quality;
+  huge.grey = order.ToGray;
+  if (order.PicRotate) huge.angle = order.angle;
+  if (order.CutPic) {
+    huge.cut = {order.cutX, order.cutY, order.size.width, order.size.height};
+  } else if (order.OnlyZoom || order.NeedZoomS || order.NeedZoomB) {
+    huge.size = order.size;
+    huge.shrink = order.OnlyZoom || order.NeedZoomS;
+    huge.enlarge = order.OnlyZoom || order.NeedZoomB;
+  }
+  return huge;
+}
+
+HugeOrder HugeOrderOf(const CoupleOrder& order) {
+  HugeOrder huge;
+  huge.source = order.source;
+  huge.least = order.least;
+  huge.size = order.size;
+  huge.angle = order.angle;
+  huge.grey = order.grey;
+  huge.quality = order.quality;
+  return huge;
+}
+
+// All parts are known to be good before the first one is made; what fails ends it.
+host::Status Make(Helper& helper, HugeOrder huge, const std::vector<std::string>& items,
+                  const std::vector<std::string>& targets) {
+  if (!IsPlainPath(huge.source) || !IsPlainPath(targets.front())) return WrongCall("命令文件中的路径必须完整");
+  std::vector<base::Rect> parts;
+  for (const std::string& item : items) {
+    const std::optional<base::Rect> part = formats::PartOf(item);
+    if (!part) return WrongCall("命令文件中的区域无法识别：" + item);
+    parts.push_back(*part);
+  }
+  // What does not fit into memory goes where the program works, not into a /tmp that is memory itself.
+  setenv("TMPDIR", helper.World().programFolder.c_str(), 1);
+  for (std::size_t i = 0; i < targets.size(); ++i) {
+    huge.target = targets[i];
+    if (!parts.empty()) huge.cut = parts[i];
+    if (host::Status made = imaging::MakeFromHuge(helper.Files(), huge, {}); !made) return made;
+  }
+  return host::Status::Ok();
+}
+
+host::Status Obey(Helper& helper, const std::string& text) {
+  const std::optional<ConverterOrder> order = formats::ParseOrder(text);
+  if (!order) return WrongCall("Param.txt 的内容无法识别");
+  if (order->DrawTxtMode) return WrongCall("不支持 Param.txt 要求的操作");
+  return Make(helper, HugeOrderOf(*order), order->items, TargetsOf(*order));
+}
+
+host::Status ObeyCouple(Helper& helper, const std::string& text) {
+  const std::optional<CoupleOrder> order = formats::ParseCoupleOrder(text);
+  if (!order) return WrongCall("CoupleParam.txt 的内容无法识别");
+  return Make(helper, HugeOrderOf(*order), order->items, TargetsOf(*order));
+}
+
+}  // namespace
+
+host::Status RunConverterOrder(Helper& helper) {
+  const bool couple = helper.Files().IsFile(helper.AppPath("CoupleParam.txt"));
+  const std::string path = helper.AppPath(couple ? "CoupleParam.txt" : "Param.txt");
+  std::string text;
+  if (host::Status read = helper.Files().ReadFile(path, text, kLongestOrder); !read) return read;
+  return couple ? ObeyCouple(helper, text) : Obey(helper, text);
+}
+
+}  // namespace quillon::helpers
