@@ -63,6 +63,7 @@ bool Converter::Run(const std::optional<std::string>& text, const std::string& n
                     const std::vector<std::string>& targets) {
   if (!text || Busy) return false;
   std::vector<ExpectedFile> expected;
+  expected.reserve(targets.size());
   for (const std::string& target : targets) expected.emplace_back(tools_, target);
   Busy = true;
   const Waited waited = Perform(name, *text);
