@@ -20,7 +20,10 @@ struct Sheet {
   int bands = 1;
   std::vector<int> values;
 
-  int At(int x, int y, int band = 0) const { return values[static_cast<std::size_t>((y * width + x) * bands + band)]; }
+  int At(int x, int y, int band = 0) const {
+    const int place = (y * width + x) * bands + band;
+    return values[static_cast<std::size_t>(place)];
+  }
   std::vector<int> Pixel(int x, int y) const;
   bool operator==(const Sheet&) const = default;
 };
