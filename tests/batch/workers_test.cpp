@@ -183,7 +183,9 @@ TEST_F(WorkersTest, StopWhenTheOneThatStartedThemIsGone) {
 class DyingWorkersTest : public testing::Test {
  protected:
   Exit Perform(const std::string& script, const std::vector<std::string>& files) {
-    const std::string program = world_.folder.Write("worker", "#!/bin/sh\necho start >>'" + Log() + "'\n" + script);
+    std::string text = "#!/bin/sh\necho start >>'";
+    text.append(Log()).append("'\n").append(script);
+    const std::string program = world_.folder.Write("worker", text);
     fs::permissions(program, fs::perms::owner_all);
     Plan plan;
     plan.steps.push_back({Verb::Files, "", "", files, ""});
@@ -349,7 +351,7 @@ TEST_F(LargeBatchTest, AKilledRunIsContinued) {
     EXPECT_EQ(EventsOf(ran.out, "box").at(0).at("answer"), "Yes");
     std::set<std::string> contents;
     const std::string where = over[0] == '1' ? "in" : "out";
-    for (const std::string& name : folder.Names(where)) contents.insert(folder.Read(where + "/" + name));
+    for (const std::string& name : folder.Names(where)) contents.insert(folder.Read((fs::path(where) / name).native()));
     EXPECT_EQ(contents.size(), 1u) << "each is cut once";
     EXPECT_EQ(folder.Names(where).size(), 1500u);
     const Ran fresh =
@@ -395,7 +397,7 @@ TEST(WorkerLines, TellWhatIsUnderWayAndHowFarItIs) {
 }
 
 TEST(WorkerLines, NothingElseIsTaken) {
-  for (const char* text : {"", "no json", "[]", "{}", "{\"event\":\"other\"}", "{\"event\":\"file\"}", "7"}) {
+  for (const char* text : {"", "no json", "[]", "{}", R"({"event":"other"})", R"({"event":"file"})", "7"}) {
     const WorkerLine line = ReadWorkerLine(text);
     EXPECT_FALSE(line.event || line.begun || line.progress) << text;
   }
