@@ -9,7 +9,7 @@
 
 namespace quillon::host {
 
-// The name of a draft of a file: ".<name>.quillon-XXXXXX". Serials that differ by less than 36^6 give names that
+// The name of a draft of a file: ".<name>.quillon-<serial>". Serials that differ by less than 36^6 give names that
 // differ. The name in the middle is cut to what longest leaves of it, at the end of a character.
 std::string DraftName(std::string_view name, std::uint64_t serial, std::size_t longest);
 

@@ -38,6 +38,20 @@ class ResumeTest : public CutTest {
     recorder.done.clear();
     world.boxes.Forget();
   }
+  // Leaves the journal as it stood on disk behind so many files, between two checkpoints: what a kill leaves.
+  void KillBehind(std::size_t files) {
+    const std::string journal = world.folder.Path("journals");
+    const std::string copy = world.folder.Path("copy");
+    recorder.done.clear();
+    recorder.onFileDone = [&](const FileResult&) {
+      if (recorder.done.size() == files) std::filesystem::copy(journal, copy);
+      flags.StopRequested = recorder.done.size() == files;
+    };
+    Cut();
+    recorder.onFileDone = {};
+    std::filesystem::remove_all(journal);
+    std::filesystem::rename(copy, journal);
+  }
   void Answer(Reply reply) { world.boxes.Answer(kQuestion, reply, 1); }
   std::size_t Count(Result result) const {
     return static_cast<std::size_t>(std::count_if(recorder.done.begin(), recorder.done.end(),
@@ -148,20 +162,10 @@ TEST_F(ResumeTest, OverwrittenSourcesAreNeverCutTwice) {
   for (int i = 0; i < 6; ++i) EXPECT_EQ(SizeOf(In(std::to_string(i) + ".png")), (base::Size{20, 30})) << i;
 }
 
-// Killed between two checkpoints: nothing is written down as done, but what a source was before it was replaced is.
+// Nothing is written down as done, but what a source was before it was replaced is.
 TEST_F(ResumeTest, OverwrittenSourcesOfAKilledRunAreNeverCutTwice) {
   Put("ChOver", "1");
-  const std::string journal = world.folder.Path("journals");
-  const std::string copy = world.folder.Path("copy");
-  recorder.onFileDone = [&](const FileResult&) {
-    if (recorder.done.size() == 3) std::filesystem::copy(journal, copy);
-    flags.StopRequested = recorder.done.size() == 3;
-  };
-  Cut();
-  recorder.onFileDone = {};
-  // What a kill leaves: the journal as it stood on disk behind the third file.
-  std::filesystem::remove_all(journal);
-  std::filesystem::rename(copy, journal);
+  KillBehind(3);
   Answer(Reply::Yes);
   Cut();
   EXPECT_EQ(world.boxes.Count("已写好 0 个文件"), 1);
@@ -203,18 +207,9 @@ TEST_F(ResumeTest, NothingIsDoneTwiceOnADiskThatNumbersItsFilesAnew) {
 // What was only about to be overwritten when the run was killed is done, also when its number or its rights changed.
 TEST_F(ResumeTest, SourcesThatAKilledRunDidNotReachAreCut) {
   Put("ChOver", "1");
-  const std::string journal = world.folder.Path("journals");
-  const std::string copy = world.folder.Path("copy");
-  recorder.onFileDone = [&](const FileResult&) {
-    if (recorder.done.size() == 3) std::filesystem::copy(journal, copy);
-    flags.StopRequested = recorder.done.size() == 3;
-  };
   for (const bool renumbered : {true, false}) {
     SCOPED_TRACE(renumbered);
-    recorder.done.clear();
-    Cut();
-    std::filesystem::remove_all(journal);
-    std::filesystem::rename(copy, journal);
+    KillBehind(3);
     if (renumbered) {
       world.faults.Renumber(1000);
     } else {
@@ -222,7 +217,6 @@ TEST_F(ResumeTest, SourcesThatAKilledRunDidNotReachAreCut) {
         std::filesystem::permissions(In(std::to_string(i) + ".png"), std::filesystem::perms::owner_all);
       }
     }
-    const auto keep = std::exchange(recorder.onFileDone, {});
     Answer(Reply::Yes);
     Cut();
     EXPECT_EQ(Totals().written, 3u) << Results();
@@ -230,7 +224,6 @@ TEST_F(ResumeTest, SourcesThatAKilledRunDidNotReachAreCut) {
       EXPECT_EQ(SizeOf(In(std::to_string(i) + ".png")), (base::Size{20, 30})) << i;
       Make(std::to_string(i) + ".png", 40, 30);
     }
-    recorder.onFileDone = keep;
   }
 }
 
