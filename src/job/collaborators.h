@@ -52,12 +52,17 @@ class OutputTools {
   virtual host::Status ToPdf(const std::string& picture, const std::string& pdf) = 0;
 };
 
-// Page and frame counts of the files that modes 1 (gif), 3 (pdf) and 5 (tiff) list.
+// The pages or frames of a file; 0 where none can be told.
+struct Pages {
+  int count = 0;
+  base::Size first;  // of a pdf in pixels at the resolution asked for; empty for others
+};
+
+// Counts the pages of the files that modes 1 (gif), 3 (pdf) and 5 (tiff) list.
 class PageCounter {
  public:
   virtual ~PageCounter() = default;
-  // 0 where the file has none that can be told. dpi is the resolution that pdf pages are measured at.
-  virtual int Count(int mode, const std::string& path, int dpi) = 0;
+  virtual Pages Count(int mode, const std::string& path, int dpi) = 0;
 };
 
 }  // namespace quillon::job

@@ -51,6 +51,9 @@ Admission AdmissionRule::Admit(const std::string& path) {
   facts.dpi = 1;  // asks for the resolution that the list shows
   const host::Status measured = program_.images.ImageInfo(path, facts);
   if (!measured) facts = {};
+  const int pageDpi = flags.OutDpi > 0 ? flags.OutDpi : kDefaultPageDpi;
+  const Pages pages = CountsPages() ? program_.pageCounter->Count(mode_, path, pageDpi) : Pages();
+  if (mode_ == kPdfMode) facts = {pages.first.width, pages.first.height, pageDpi};
   flags.InfoWidth = std::to_string(facts.width);
   flags.InfoHeight = std::to_string(facts.height);
 
@@ -58,8 +61,7 @@ Admission AdmissionRule::Admit(const std::string& path) {
   row.width = facts.width;
   row.height = facts.height;
   row.dpi = facts.dpi;
-  const int pageDpi = flags.OutDpi > 0 ? flags.OutDpi : kDefaultPageDpi;
-  if (CountsPages()) row.pages = program_.pageCounter->Count(mode_, path, pageDpi);
+  row.pages = pages.count;
 
   if (facts.width == 0 || facts.height == 0) {
     Refuse(path, measured ? "图片的宽或高为 0" : measured.Why());

@@ -23,9 +23,9 @@ constexpr const char* kDropText =
 
 class PageNumbers final : public PageCounter {
  public:
-  int Count(int mode, const std::string& path, int dpi) override {
+  Pages Count(int mode, const std::string& path, int dpi) override {
     asked.push_back({mode, path, dpi});
-    return pages;
+    return {pages, first};
   }
   struct Asked {
     int mode;
@@ -34,6 +34,7 @@ class PageNumbers final : public PageCounter {
   };
   std::vector<Asked> asked;
   int pages = 1;
+  base::Size first;
 };
 
 class IntakeTest : public CutTest {
@@ -314,6 +315,28 @@ TEST_F(IntakeTest, ATiffOfOnePageIsNotTaken) {
   counter.pages = 2;
   List({tif});
   EXPECT_EQ(program.files.RowCount(), 1u);
+}
+
+TEST_F(IntakeTest, PdfsAreListedWithTheSizeOfTheirFirstPage) {
+  PageNumbers counter;
+  program.pageCounter = &counter;
+  form.CmbCutMode.SetHandler({});
+  form.CmbCutMode.Select(3);
+  flags.OutDpi = 200;
+  const std::string pdf = world.folder.Write("in/a.pdf", "%PDF-1.7\n%%EOF\n");
+  counter.first = {1654, 2339};
+  List({pdf});
+  ASSERT_EQ(program.files.RowCount(), 1u);
+  EXPECT_EQ(program.files.Row(0).width, 1654);
+  EXPECT_EQ(program.files.Row(0).height, 2339);
+  EXPECT_EQ(program.files.Row(0).dpi, 200);
+  EXPECT_EQ(flags.InfoWidth, "1654");
+  EXPECT_EQ(program.files.Cell(0, 6), "1");
+  counter.first = {};
+  world.boxes.Forget();
+  List({pdf});
+  EXPECT_EQ(program.files.RowCount(), 1u);
+  EXPECT_EQ(world.boxes.Count("获取图片的尺寸数据为0"), 1);
 }
 
 TEST_F(IntakeTest, DropAsksFirst) {
