@@ -105,7 +105,7 @@ Status DiskDraft::Check(DiskFacts& facts) {
 
 Status DiskDraft::Place(const std::string& path, Target target, int& handle) {
   const int renamed = target == Target::Free ? disk_.RenameNew(path_, path) : disk_.Rename(path_, path);
-  if (renamed == -EEXIST) return {Problem::Other, "保存期间出现了同名文件"};
+  if (renamed == -EEXIST) return {Problem::Denied, "保存期间出现了同名文件"};
   if (renamed < 0) return Status::FromErrno(-renamed);
   disk_.Unlock(handle_);
   handle = handle_;

@@ -317,6 +317,7 @@ TEST_F(SaveTest, AFileThatAppearsMeanwhileIsNotOverwritten) {
     folder.Write("app/a.jpg", "somebody else's");
     return draft.Write("x", 1);
   });
+  EXPECT_EQ(status.GetProblem(), Problem::Denied);
   EXPECT_EQ(status.Why(), "保存期间出现了同名文件");
   EXPECT_EQ(folder.Read("app/a.jpg"), "somebody else's");
   EXPECT_THAT(folder.Names("app"), ElementsAre("a.jpg"));

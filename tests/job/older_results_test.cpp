@@ -74,6 +74,19 @@ TEST_F(OlderResultsTest, GoToTheTrashWhenASaveFails) {
   }
 }
 
+// Another worker of the same run, say, was quicker.
+TEST_F(OlderResultsTest, StayWhereTheyAppearedDuringTheSave) {
+  bool appeared = false;
+  world.faults.Before(host::testing::DiskCall::RenameNew, 1, [&] {
+    appeared = true;
+    world.folder.Write("out/a.jpg", "somebody else's");
+  });
+  Cut({Make("a.png")});
+  EXPECT_TRUE(appeared);
+  EXPECT_EQ(Why(1), "保存期间出现了同名文件");
+  EXPECT_EQ(world.folder.Read("out/a.jpg"), "somebody else's");
+}
+
 TEST_F(OlderResultsTest, StayWhereTheSourceIsGone) {
   for (const char* effects : {"0", "1"}) {
     Option("ChInvert", effects);
