@@ -42,9 +42,8 @@ host::Status FitsZoomed(base::Size size) {
           "缩放后为 " + std::to_string(size.width) + "x" + std::to_string(size.height) + " 像素，图片太大，内存不足"};
 }
 
-// An output that would take the place of another picture the user listed, or of a file beside a source that
-// will go, is refused:
-// neither was meant to be written over.
+// An output that would take the place of another picture the user listed, or of a file beside a source that will go, is
+// refused: neither was meant to be written over.
 bool WouldReplaceOther(CutFile& file) {
   const std::string output = ResultPath(file);
   if (output == file.listed || !file.program.host.files.Look(output)) return false;
@@ -131,11 +130,9 @@ void PredictTarget(CutFile& file) {
 Step NameOutput(CutFile& file) {
   PredictTarget(file);
   // Cutting an overwritten source again would cut its cut.
-  if (file.run.ledger.WroteFrom(ResultPath(file), file.listed))
-    return PassOver(file, "与列表中前面的文件相同，本次已处理");
-  if (WouldReplaceOther(file)) {
-    return Fail(file, "会覆盖另一个文件 " + base::DisplayText(ResultPath(file)) + "，已跳过");
-  }
+  const std::string output = ResultPath(file);
+  if (file.run.ledger.WroteFrom(output, file.listed)) return PassOver(file, "与列表中前面的文件相同，本次已处理");
+  if (WouldReplaceOther(file)) return Fail(file, "会覆盖另一个文件 " + base::DisplayText(output) + "，已跳过");
   if (file.options.keepFolders && !file.options.over) {
     const host::Status made = file.program.host.files.MakeFolders(base::SplitPath(file.Dst).folder);
     if (!made) return Fail(file, "无法创建输出文件夹：" + made.Why());
