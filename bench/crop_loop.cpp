@@ -2,9 +2,10 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 //
 // The yardstick for parts of huge pictures: skips to the rectangle, decodes its columns, encodes it as it is. Nothing
-// is checked, kept or made safe. A rectangle of no size only decodes the whole picture.
+// is checked, kept or made safe. A rectangle of no size only decodes the whole picture; with "least" it decodes as little
+// of it as the library can, grey and at an eighth of the size, which leaves hardly more than to read the coefficients.
 //
-// usage: crop_loop LEFT TOP WIDTH HEIGHT QUALITY SOURCE DESTINATION
+// usage: crop_loop LEFT TOP WIDTH HEIGHT QUALITY SOURCE DESTINATION [least]
 #include <cstdio>
 #include <cstdlib>
 #include <vector>
@@ -55,8 +56,8 @@ void Cut(jpeg_decompress_struct& decoder, const Rect& rect, int quality, FILE* o
 }  // namespace
 
 int main(int argc, char** argv) {
-  if (argc != 8) {
-    std::fprintf(stderr, "usage: crop_loop LEFT TOP WIDTH HEIGHT QUALITY SOURCE DESTINATION\n");
+  if (argc != 8 && argc != 9) {
+    std::fprintf(stderr, "usage: crop_loop LEFT TOP WIDTH HEIGHT QUALITY SOURCE DESTINATION [least]\n");
     return 2;
   }
   const auto number = [&](int i) { return static_cast<JDIMENSION>(std::atoi(argv[i])); };
@@ -71,6 +72,10 @@ int main(int argc, char** argv) {
   jpeg_stdio_src(&decoder, in);
   jpeg_read_header(&decoder, TRUE);
   decoder.out_color_space = decoder.jpeg_color_space;
+  if (argc == 9) {
+    decoder.out_color_space = JCS_GRAYSCALE;
+    decoder.scale_denom = 8;
+  }
   rect.width > 0 ? Cut(decoder, rect, std::atoi(argv[5]), out) : DecodeAll(decoder);
   jpeg_destroy_decompress(&decoder);
   std::fclose(in);
