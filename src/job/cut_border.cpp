@@ -58,6 +58,13 @@ void PlacePicture(const CutFile& file, const Board& board, imaging::BorderReques
   PlaceFit(request, {options.FixW, options.FixH}, board.left, board.top);
 }
 
+// A failure on a canvas that is too large tells its size.
+Status OnCanvas(base::Size size, Status status) {
+  if (status.GetProblem() != host::Problem::TooLarge) return status;
+  return {host::Problem::TooLarge, "加上边框后的画布为 " + std::to_string(size.width) + "x" +
+                                       std::to_string(size.height) + " 像素，超过上限：" + status.Why()};
+}
+
 Status DrawBorder(CutFile& file, const std::string& destination) {
   const CutOptions& options = file.options;
   const BoardResolution resolution = ResolutionFor(file);
@@ -71,7 +78,7 @@ Status DrawBorder(CutFile& file, const std::string& destination) {
   request.exif = file.ExifWish();
   PlacePicture(file, BoardPixels(options.boardMm, resolution.dpi, resolution.k), request);
   file.madeSize = request.total;
-  return file.program.images.AddBoardToFile(request);
+  return OnCanvas(request.total, file.program.images.AddBoardToFile(request));
 }
 
 // Frame-only with ChAddToSize: the whole picture, fitted and centred on white.
@@ -83,12 +90,12 @@ Status PadToSize(CutFile& file, const std::string& destination) {
   if (Status loaded = images.LoadImageFromFile(file.Src, picture); !loaded) return loaded;
   const base::Size size{images.GetImageWidth(picture), images.GetImageHeight(picture)};
   const Fit fit = FitToSize(size, options.FixW, options.FixH);
-  if (Status made = images.NewCanvas({options.FixW, options.FixH}, base::kWhite, canvas); !made) return made;
+  file.madeSize = {options.FixW, options.FixH};
+  if (Status made = images.NewCanvas(file.madeSize, base::kWhite, canvas); !made) return OnCanvas(file.madeSize, made);
   const base::Rect place{fit.offsetX, fit.offsetY, fit.FitW, fit.FitH};
   if (Status drawn = images.DrawImage(canvas, picture, place); !drawn) return drawn;
   images.TakeTags(canvas, picture);
   images.SetImageResolution(canvas, options.dpi);
-  file.madeSize = {options.FixW, options.FixH};
   return images.SaveByType(canvas, destination, base::ToLowerAscii(file.OutExt),
                            {options.quality, options.blackWhite, file.ExifWish()});
 }
@@ -110,11 +117,6 @@ Step AddBorder(CutFile& file) {
   (void)file.program.host.files.RemoveOwn(bordered);
   const bool pads = options.frameOnly && options.padToSize;
   const Status status = pads ? PadToSize(file, bordered) : DrawBorder(file, bordered);
-  if (status.GetProblem() == host::Problem::TooLarge) {
-    const base::Size& size = file.madeSize;
-    return Fail(file, "加上边框后的画布为 " + std::to_string(size.width) + "x" + std::to_string(size.height) +
-                          " 像素，超过上限：" + status.Why());
-  }
   if (!status) return Fail(file, status);
   file.made = bordered;
   file.RestoreAngle = 0;

@@ -81,10 +81,10 @@ Step PassOver(CutFile& file, std::string why) {
   return Step::FileDone;
 }
 
-host::Status CopyAsking(Program& program, const std::string& from, const std::string& to) {
+host::Status CopyAsking(Program& program, const std::string& from, const std::string& to, const std::string& title) {
   return host::SaveAsking(
       program.host.boxes, to, host::DiskFullWording::Comma, [&] { program.flags.StopRequested = true; },
-      [&] { return program.host.files.Copy(from, to); });
+      [&] { return program.host.files.Copy(from, to); }, title);
 }
 
 FileResult CutOneFile(CutRun& run, std::size_t row, const std::string& path) {

@@ -5,6 +5,7 @@
 #include <string>
 
 #include "base/rect.h"
+#include "host/boxes.h"
 #include "imaging/image.h"
 #include "job/cut_options.h"
 #include "job/cut_run.h"
@@ -69,7 +70,8 @@ Step Fail(CutFile& file, const host::Status& status);
 Step PassOver(CutFile& file, std::string why);
 
 // A copy that asks about a full disk; a refused retry sets Flags::StopRequested.
-host::Status CopyAsking(Program& program, const std::string& from, const std::string& to);
+host::Status CopyAsking(Program& program, const std::string& from, const std::string& to,
+                        const std::string& title = host::kBoxTitle);
 
 // Runs all steps on one file and tells what became of it. Counts a picture that the effects could not load in
 // CutRun::failed; what the observer, the list and the totals hear is up to the caller.

@@ -1,6 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Quillon developers
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "base/path_text.h"
+#include "formats/tools/keys.h"
 #include "job/cmyk_profiles.h"
 #include "job/cut_steps.h"
 
@@ -50,15 +51,18 @@ Step Deliver(CutFile& file) {
   Program& program = file.program;
   file.result.output = ResultPath(file);
   if (file.made == file.result.output) return Step::Next;
-  const host::Status copied = CopyAsking(program, file.made, file.result.output);
+  // What helpers have worked on is copied under the program's name.
+  const char* title = file.ConversionFollows() ? formats::kTitle : host::kBoxTitle;
+  const host::Status copied = CopyAsking(program, file.made, file.result.output, title);
   // A work file that is gone need not reach the disk, and the next one is a fresh save.
   (void)program.host.files.RemoveOwn(file.made);
   return copied ? Step::Next : Fail(file, copied);
 }
 
+// A result of another name takes the place of its source all the same.
 Step RemoveSource(CutFile& file) {
-  const bool otherName = IsPsd(file.extension) || file.run.pdf;
-  if (file.options.over && otherName && !file.run.OnBackSide()) {
+  const bool beside = !file.program.host.files.SameFile(file.result.output, file.listed);
+  if (file.options.over && beside && !file.run.OnBackSide()) {
     file.run.ledger.DiscardAtEnd(file.row, file.listed, file.result.output);
   }
   return Step::Next;

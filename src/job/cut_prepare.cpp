@@ -42,14 +42,13 @@ host::Status FitsZoomed(base::Size size) {
           "缩放后为 " + std::to_string(size.width) + "x" + std::to_string(size.height) + " 像素，图片太大，内存不足"};
 }
 
-// An output that would take the place of another picture the user listed, or of a file beside a source that will go, is
+// An output that would take the place of another picture the user listed, or of a file beside an overwritten source, is
 // refused: neither was meant to be written over.
 bool WouldReplaceOther(CutFile& file) {
   const std::string output = ResultPath(file);
   if (output == file.listed || !file.program.host.files.Look(output)) return false;
-  const bool written = file.run.ledger.Wrote(output);
-  if (file.options.over && (IsPsd(file.extension) || file.run.pdf || written)) return true;
-  return !written && file.run.ledger.IsOtherSource(output, file.listed);
+  if (file.options.over) return !file.program.host.files.SameFile(output, file.listed);
+  return !file.run.ledger.Wrote(output) && file.run.ledger.IsOtherSource(output, file.listed);
 }
 
 // Without a list a picture that has no size ends the whole run.
@@ -132,7 +131,9 @@ Step NameOutput(CutFile& file) {
   // Cutting an overwritten source again would cut its cut.
   const std::string output = ResultPath(file);
   if (file.run.ledger.WroteFrom(output, file.listed)) return PassOver(file, "与列表中前面的文件相同，本次已处理");
-  if (WouldReplaceOther(file)) return Fail(file, "会覆盖另一个文件 " + base::DisplayText(output) + "，已跳过");
+  // What is split is written piece by piece.
+  if (!file.options.split && WouldReplaceOther(file))
+    return Fail(file, "会覆盖另一个文件 " + base::DisplayText(output) + "，已跳过");
   if (file.options.keepFolders && !file.options.over) {
     const host::Status made = file.program.host.files.MakeFolders(base::SplitPath(file.Dst).folder);
     if (!made) return Fail(file, "无法创建输出文件夹：" + made.Why());

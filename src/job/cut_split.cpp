@@ -39,10 +39,6 @@ Step FinishPiece(CutFile& piece) {
 
 Step MakePiece(const CutFile& whole, const base::Rect& rect, CutFile& piece) {
   if (NameOutput(piece) == Step::FileDone) return Step::FileDone;
-  // Beside an overwritten source a name that is taken belongs to another picture.
-  if (piece.options.over && piece.program.host.files.Look(piece.Dst)) {
-    return Fail(piece, "会覆盖另一个文件 " + base::DisplayText(piece.Dst) + "，已跳过");
-  }
   imaging::Services& images = piece.program.images;
   if (const Status cloned = images.CloneImage(whole.Work, piece.Work); !cloned) return Fail(piece, cloned);
   if (const Status cut = images.CutImage(piece.Work, rect); !cut) return Fail(piece, cut);

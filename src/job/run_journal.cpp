@@ -90,6 +90,13 @@ bool IsParameter(const controls::Control& control) {
   }
 }
 
+// What a run itself puts into the windows is no parameter of it: the margins of the frame that is placed by hand, and
+// the white around a picture that is padded.
+bool SetByRun(const Program& program, const controls::Control& control) {
+  if (&control == &program.fBaseOpt.PBoardColor) return program.form1.ChAddToSize.On();
+  return program.flags.ManualCutMode && control.FullName().starts_with("Form1.TCutValue");
+}
+
 }  // namespace
 
 RunJournal::RunJournal(Program& program, std::string driver, std::vector<std::string> windows)
@@ -100,11 +107,13 @@ std::string RunJournal::JobText() const {
   std::ostringstream text;
   text << driver_ << '\n' << share.index << '/' << share.count << '\n';
   text << program_.form1.LInDir.Value() << '\n' << program_.form1.LOutDir.Value() << '\n';
+  text << program_.flags.OutDpi << '\n';
   for (const std::string& name : windows_) {
     const controls::Window* window = program_.windows.FindWindow(name);
     if (!window || !window->Loaded()) continue;
     for (const controls::Control* control : window->Controls()) {
-      if (IsParameter(*control)) text << control->FullName() << '=' << control->Value() << '\n';
+      if (IsParameter(*control) && !SetByRun(program_, *control))
+        text << control->FullName() << '=' << control->Value() << '\n';
     }
   }
   return text.str();

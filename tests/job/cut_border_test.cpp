@@ -122,6 +122,16 @@ TEST_F(CutBorderTest, FrameOnlyPadsToASize) {
   EXPECT_EQ(Difference(Read(Out("a.png")), Framed({50, 40}, 15, 0, inner, kWhitePixel)), 0);
 }
 
+TEST_F(CutBorderTest, PaddingBeyondEveryLimitIsTold) {
+  Board(5, 5, 5, 5);
+  options.ChFrmOnly.Set(true);
+  form.ChAddToSize.Set(true);
+  flags.FixW = 600000;
+  flags.FixH = 40;
+  Cut({Make("a.png")});
+  EXPECT_EQ(Why(1), "加上边框后的画布为 600000x40 像素，超过上限：图片尺寸超出允许的范围");
+}
+
 struct ExtendCase {
   int preset;
   bool right;

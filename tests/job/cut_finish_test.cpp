@@ -285,6 +285,7 @@ TEST_F(CutFinishTest, AFullDiskIsAskedAboutWithAPdfToo) {
   Cut({Make("a.jpg")});
   EXPECT_EQ(world.faults.Fired(), 1);
   EXPECT_EQ(world.boxes.Count("盘空间不足"), 1);
+  EXPECT_EQ(world.boxes.All()[0].box.title, "Quillon");
   EXPECT_EQ(OutNames(), std::vector<std::string>{"a.pdf"});
 }
 

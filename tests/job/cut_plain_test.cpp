@@ -150,6 +150,43 @@ TEST_F(CutPlainTest, CaseOfTheExtension) {
   EXPECT_EQ(recorder.done.back().output, In("B.png"));
 }
 
+TEST_F(CutPlainTest, AnOverwrittenSourceGoesAlsoWhereTheCaseOfItsExtensionChanges) {
+  Option("CmbExtCase", "2");
+  Put("ChOver", "1");
+  Cut({Make("B.PNG")});
+  EXPECT_EQ(world.folder.Names("in"), std::vector<std::string>{"B.png"});
+  EXPECT_TRUE(world.folder.Exists("data/Trash/files/B.PNG"));
+}
+
+TEST_F(CutPlainTest, AForeignFileUnderTheNewNameIsKept) {
+  Option("CmbExtCase", "2");
+  Put("ChOver", "1");
+  const std::string foreign = Make("B.png", 8, 8);
+  const std::string before = world.folder.Read("in/B.png");
+  Cut({Make("B.PNG", 40, 30)});
+  EXPECT_EQ(Why(1), "会覆盖另一个文件 " + foreign + "，已跳过");
+  EXPECT_EQ(world.folder.Read("in/B.png"), before);
+  EXPECT_TRUE(world.folder.Exists("in/B.PNG"));
+}
+
+// Nothing is written under the name of the whole.
+TEST_F(CutPlainTest, ASplitPictureMindsTheNamesOfItsPiecesAlone) {
+  Option("CmbExtCase", "2");
+  Option("ChSplit", "1");
+  Put("FBaseOpt.TSmalS(4)", "2");
+  Put("FBaseOpt.TSmalS(5)", "1");
+  Put("ChOver", "1");
+  Make("B.png", 8, 8);
+  const std::string source = Make("B.PNG", 40, 30);
+  Cut({source});
+  EXPECT_EQ(world.folder.Names("in"), (std::vector<std::string>{"B.PNG", "B.png", "B_01.png", "B_02.png"}));
+  program.files.Clear();
+  const std::string piece = world.folder.Read("in/B_01.png");
+  Cut({source});
+  EXPECT_EQ(Why(1), "会覆盖另一个文件 " + In("B_01.png") + "，已跳过");
+  EXPECT_EQ(world.folder.Read("in/B_01.png"), piece);
+}
+
 TEST_F(CutPlainTest, ExtensionCaseCountsOnlyWithTheWindowLoaded) {
   options.CmbExtCase.Select(1);
   Cut({Make("a.jpg")});

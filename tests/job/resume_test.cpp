@@ -136,6 +136,41 @@ TEST_F(ResumeTest, AnotherJobIsAnotherRun) {
   EXPECT_EQ(world.boxes.Count(kQuestion), 0) << "with the options other parameters count";
 }
 
+// Both windows can set it, and neither tells it at the start.
+TEST_F(ResumeTest, AnotherResolutionIsAnotherJob) {
+  StopBehind(4);
+  flags.OutDpi = 0;
+  Cut();
+  EXPECT_EQ(world.boxes.Count(kQuestion), 0);
+}
+
+TEST_F(ResumeTest, TheWhiteThatARunPadsWithIsNoParameter) {
+  Option("ChAddBoard", "1");
+  form.ChAddToSize.Set(true);
+  options.PBoardColor.Set(base::Colour{255});
+  StopBehind(4);
+  options.PBoardColor.Set(base::Colour{255});
+  Answer(Reply::Yes);
+  Cut();
+  EXPECT_EQ(Totals().skipped, 4u) << Results();
+}
+
+TEST_F(ResumeTest, MarginsOfAFramePlacedByHandAreNoParameters) {
+  flags.ManualCutMode = true;
+  RunJournal journal(program, "manual", {"Form1"});
+  ASSERT_TRUE(journal.Begin());
+  CutLedger ledger(program, 0);
+  const std::string source = In("0.png");
+  journal.Begun(source, {});
+  form.TCutValue[1].SetNumber(10);
+  const std::string output = Make("out.png");
+  const FileResult written{0, source, output, Result::Written, ""};
+  ledger.Add(written);
+  journal.Ended(source, {written});
+  journal.Commit(ledger);
+  EXPECT_TRUE(journal.Stands(source));
+}
+
 TEST_F(ResumeTest, WhatDoesNotStandAnyMoreIsDoneAgain) {
   StopBehind(5);
   // The output went away, was changed, or the source was.
