@@ -2,8 +2,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 //
 // The yardstick for parts of huge pictures: skips to the rectangle, decodes its columns, encodes it as it is. Nothing
-// is checked, kept or made safe. A rectangle of no size only decodes the whole picture; with "least" it decodes as little
-// of it as the library can, grey and at an eighth of the size, which leaves hardly more than to read the coefficients.
+// is checked, kept or made safe. A rectangle of no size only decodes the whole picture; with "least" it decodes as
+// little of it as the library can, grey and at an eighth of the size, which leaves hardly more than to read the
+// coefficients.
 //
 // usage: crop_loop LEFT TOP WIDTH HEIGHT QUALITY SOURCE DESTINATION [least]
 #include <cstdio>
