@@ -47,7 +47,7 @@ const std::vector<EventFormat>& EventFormats() {
       {EventKind::Open, "open", {"path", "kind"}},
       {EventKind::Print, "print", {"control", "value", "text", "enabled", "visible", "items", "min", "max"}},
       {EventKind::Change, "change", {"control", "value"}},
-      {EventKind::File, "file", {"source", "output", "result", "why"}},
+      {EventKind::File, "file", {"source", "output", "result", "why"}, {"more"}},
       {EventKind::End, "end", {"written", "none", "skipped", "seconds"}},
   };
   return formats;

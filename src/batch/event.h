@@ -39,6 +39,7 @@ struct EventFormat {
   EventKind kind;
   const char* name;
   std::vector<std::string> fields;
+  std::vector<std::string> atTimes = {};  // fields that not every event of the kind has
 };
 const std::vector<EventFormat>& EventFormats();
 const EventFormat& FormatOf(EventKind kind);

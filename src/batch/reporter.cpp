@@ -108,6 +108,8 @@ void WorkerReporter::Show(const Progress& progress) {
 
 void WorkerReporter::Begun(const std::string& source) { WriteLine(BegunLine(source)); }
 
+void WorkerReporter::OlderLeft(const std::string& path) { WriteLine(OlderLine(path)); }
+
 void WorkerReporter::Write(const Event& event) {
   if (event.kind != EventKind::Title) JsonReporter::Write(event);
 }

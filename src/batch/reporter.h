@@ -28,6 +28,8 @@ class Reporter {
   virtual void Show(const Progress&) {}
   // A file is taken up.
   virtual void Begun(const std::string& /*source*/) {}
+  // An older file stands under the name of an output that could not be made.
+  virtual void OlderLeft(const std::string& /*path*/) {}
   // One control of a list of all.
   virtual void List(const controls::Control& control) { Tell(PrintEvent(control)); }
   // The last call, before which the end event was told.
@@ -65,6 +67,7 @@ class WorkerReporter final : public JsonReporter {
 
   void Show(const Progress& progress) override;
   void Begun(const std::string& source) override;
+  void OlderLeft(const std::string& path) override;
 
  protected:
   // All but titles, which nobody hears.

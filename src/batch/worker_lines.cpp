@@ -13,6 +13,7 @@ namespace {
 using Json = nlohmann::ordered_json;
 
 constexpr const char* kBegun = "begun";
+constexpr const char* kOlder = "older";
 constexpr const char* kProgress = "progress";
 
 int Digit(char c) { return c <= '9' ? c - '0' : c - 'a' + 10; }
@@ -51,9 +52,13 @@ std::optional<Event> EventOf(const Json& object) {
   for (const EventFormat& format : EventFormats()) {
     if (name != format.name) continue;
     Event event{format.kind, {}};
-    for (const std::string& field : format.fields) {
+    const auto take = [&](const std::string& field) {
       const bool bytes = object.contains("bytes") && object["bytes"].contains(field);
       event.fields.push_back({field, bytes ? TrueBytes(object["bytes"][field]) : ValueOf(object.at(field))});
+    };
+    for (const std::string& field : format.fields) take(field);
+    for (const std::string& field : format.atTimes) {
+      if (object.contains(field)) take(field);
     }
     return event;
   }
@@ -65,6 +70,7 @@ WorkerLine LineOf(const Json& object) {
   if (!object.is_object()) return line;
   line.event = EventOf(object);
   if (object.contains(kBegun)) line.begun = Bytes(object[kBegun].get<std::string>());
+  if (object.contains(kOlder)) line.older = Bytes(object[kOlder].get<std::string>());
   if (object.contains(kProgress)) {
     line.progress.emplace();
     line.progress->done = object[kProgress].at(0).get<std::size_t>();
@@ -76,6 +82,8 @@ WorkerLine LineOf(const Json& object) {
 }  // namespace
 
 std::string BegunLine(const std::string& source) { return Json{{kBegun, Hex(source)}}.dump(); }
+
+std::string OlderLine(const std::string& path) { return Json{{kOlder, Hex(path)}}.dump(); }
 
 std::string ProgressLine(const Progress& progress) {
   return Json{{kProgress, Json::array({progress.done, progress.planned})}}.dump();

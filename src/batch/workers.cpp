@@ -7,13 +7,13 @@
 #include <algorithm>
 #include <csignal>
 #include <cstdio>
-#include <unordered_set>
 #include <utility>
 
 #include "base/path_text.h"
 #include "base/utf8.h"
 #include "batch/options.h"
 #include "batch/worker_lines.h"
+#include "imaging/unchanged.h"
 
 namespace quillon::batch {
 namespace {
@@ -78,6 +78,7 @@ Exit Workers::Run() {
   }
   sums_.seconds = clock_.Seconds() - begun_;
   const Exit exit = Sum();
+  if (exit == Exit::AllWritten || exit == Exit::SomeWithout) DropOlder();
   sums_.stopped = exit == Exit::Stopped;
   reporter_.Tell(EndEvent(sums_));
   reporter_.Finish(sums_);
@@ -136,6 +137,7 @@ void Workers::WaitForSome() {
 void Workers::TakeLine(Member& member, const std::string& text) {
   const WorkerLine line = ReadWorkerLine(text);
   if (line.begun) member.underWay = *line.begun;
+  if (line.older) TakeOlder(*line.older);
   if (line.progress) member.progress = *line.progress;
   if (line.event) TakeEvent(member, *line.event);
 }
@@ -164,6 +166,10 @@ void Workers::TakeFile(Member& member, const Event& event) {
   const std::string result = event.Text("result");
   if (source == member.underWay) member.underWay.clear();
   member.handled.insert(source);
+  if (!output.empty()) made_.insert(output);
+  if (const auto* more = std::get_if<std::vector<std::string>>(event.Find("more"))) {
+    made_.insert(more->begin(), more->end());
+  }
   // Its worker finds out later than we do that its output was lost.
   if (result == kNone && lost_.erase(source) > 0) return;
   // Told a second time: its output was lost after all.
@@ -189,6 +195,10 @@ void Workers::TakeFile(Member& member, const Event& event) {
   reporter_.Tell(event);
 }
 
+void Workers::TakeOlder(const std::string& path) {
+  if (const auto facts = files_.Look(path)) older_.push_back({path, *facts});
+}
+
 void Workers::TellLost(const std::string& source, const std::string& why) {
   Count(kNone, 1);
   reporter_.Tell(FileEvent({0, source, "", job::Result::None, why}));
@@ -202,6 +212,7 @@ void Workers::Count(const std::string& result, int step) {
 // A process that ends without its end event has died.
 void Workers::TakeEnd(Member& member) {
   const WorkerEnd end = member.worker->Wait();
+  someDied_ = someDied_ || !member.finished;
   member.gone = member.finished || end.exit >= 0;
   member.exit = end.exit;
   if (member.gone) return;
@@ -250,6 +261,21 @@ void Workers::ShowProgress() {
   }
   if (!known) all.planned = 0;
   reporter_.Show(all);
+}
+
+void Workers::DropOlder() {
+  if (someDied_ || !plan_.share.Whole()) return;
+  for (const Older& older : older_) {
+    const auto now = files_.Look(older.path);
+    if (!now || !imaging::Unchanged(*now, older.facts)) continue;
+    if (!made_.contains(older.path) && !IsSource(older.path)) static_cast<void>(files_.Discard(older.path));
+  }
+  static_cast<void>(files_.Settle());
+}
+
+bool Workers::IsSource(const std::string& path) const {
+  return std::any_of(members_.begin(), members_.end(),
+                     [&](const auto& member) { return member->handled.contains(path); });
 }
 
 Exit Workers::Sum() const {

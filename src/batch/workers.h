@@ -8,6 +8,7 @@
 #include <set>
 #include <string>
 #include <unordered_map>
+#include <unordered_set>
 #include <vector>
 
 #include "batch/hosts.h"
@@ -27,6 +28,10 @@ inline constexpr const char* kThisProgram = "/proc/self/exe";
 // output that two workers made under one name counts once. A worker that dies costs the file that it had under way,
 // which is told as one without output; the rest of its share is done by another in its place, which works on one file
 // at a time. Where that cannot be done either, the named files and folders are told as left without output.
+//
+// An older file under the name of an output that could not be made goes to the trash once all have come to their end
+// and none has made it or has it as a source; where one died or was stopped, or all are only a share themselves, it
+// stays.
 class Workers {
  public:
   // arguments are those of the plan; folder is one of our own, for the lists of files that are left out; program is
@@ -44,6 +49,10 @@ class Workers {
 
  private:
   struct Member;
+  struct Older {
+    std::string path;
+    host::FileFacts facts;
+  };
 
   void Start(Member& member, Careful careful);
   std::string SaveLeftOut(const Member& member);
@@ -51,11 +60,14 @@ class Workers {
   void TakeLine(Member& member, const std::string& line);
   void TakeEvent(Member& member, const Event& event);
   void TakeFile(Member& member, const Event& event);
+  void TakeOlder(const std::string& path);
   void TakeEnd(Member& member);
   void TellUnfinished(Member& member, const std::string& how);
   void Count(const std::string& result, int step);
   void TellLost(const std::string& source, const std::string& why);
   void ShowProgress();
+  void DropOlder();
+  bool IsSource(const std::string& path) const;
   Exit Sum() const;
 
   const Plan& plan_;
@@ -70,12 +82,15 @@ class Workers {
   std::vector<std::unique_ptr<Member>> members_;
   std::unordered_map<std::string, std::string> sources_;  // by output
   std::unordered_map<std::string, std::string> outputs_;  // by source, of those written
-  std::set<std::string> lost_;                            // told as lost before their worker did
-  std::set<std::string> said_;                            // lines on stderr
+  std::unordered_set<std::string> made_;                  // outputs of this run, and of earlier parts of it
+  std::vector<Older> older_;
+  std::set<std::string> lost_;  // told as lost before their worker did
+  std::set<std::string> said_;  // lines on stderr
   Summary sums_;
   double begun_ = 0;
   double shown_ = 0;
   bool signalled_ = false;
+  bool someDied_ = false;
 };
 
 // The arguments of a worker: those given, without --json, --jobs and --shard, as the share of all that it is.

@@ -20,9 +20,14 @@ bool HadBegun(const host::Status& failure) {
 
 }  // namespace
 
+bool PassesForResult(const host::Files& files, const std::string& source, const std::string& destination,
+                     const host::Status& failure) {
+  return HadBegun(failure) && files.IsFile(destination) && !files.SameFile(source, destination);
+}
+
 void DropOlderResult(host::Files& files, const std::string& source, const std::string& destination,
                      const host::Status& failure) {
-  if (!HadBegun(failure) || !files.IsFile(destination) || files.SameFile(source, destination)) return;
+  if (!PassesForResult(files, source, destination, failure)) return;
   // Where no trash takes it, it stays: a file of the user is never simply removed.
   static_cast<void>(files.Discard(destination));
 }

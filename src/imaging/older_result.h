@@ -8,9 +8,13 @@
 
 namespace quillon::imaging {
 
-// An older file under the name of a result does not outlive a failure to make the new one, so that nobody takes it for
-// the result: it goes to the trash. It stays where nothing was begun (the source is not there, may not be read or is of
-// no known kind, or the result may not be written) and where it is the source itself.
+// Whether an older file stands under the name of a result that could not be made, so that it would pass for the result.
+// It does not where nothing was begun (the source is not there, may not be read or is of no known kind, or the result
+// may not be written) nor where it is the source itself.
+bool PassesForResult(const host::Files& files, const std::string& source, const std::string& destination,
+                     const host::Status& failure);
+
+// Moves such a file to the trash, so that it does not outlive the failure.
 void DropOlderResult(host::Files& files, const std::string& source, const std::string& destination,
                      const host::Status& failure);
 

@@ -171,9 +171,8 @@ class Services {
   // --- File to file.
   // The canvas is white, opaque unless transparency is kept, with 8 bits a sample; CMYK stays in jpg and tif and
   // becomes sRGB elsewhere. Damage is looked for in the whole source, also outside rect. Source and destination may be
-  // the same file: what stood there is kept as "<source>.bak", and when the cut fails nothing changes. Any other file
-  // that stood at destination is replaced by the result; when the cut had begun and failed (damage, full disk, write
-  // error), it goes to the trash, so that nobody takes it for the result.
+  // the same file: what stood there is kept as "<source>.bak". Any other file that stood at destination is replaced by
+  // the result. When the cut fails nothing changes.
   Status CropToFile(const CropRequest& request);
   // Decodes the picture at path for several cuts into files of that type.
   Status OpenForCuts(const std::string& path, Encoder encoder, CutSource& out);

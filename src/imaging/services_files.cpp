@@ -12,7 +12,6 @@
 #include "imaging/geometry.h"
 #include "imaging/jpeg_exif.h"
 #include "imaging/limit_checks.h"
-#include "imaging/older_result.h"
 #include "imaging/services.h"
 #include "imaging/services_parts.h"
 
@@ -64,16 +63,14 @@ Status CropThrough(const host::Files& files, const Limits& limits, const CropReq
 
 }  // namespace
 
-// Saves the result of a cut; an older one does not outlive a failure. A source that is replaced is kept beside it.
+// Saves the result of a cut. A source that is replaced is kept beside it.
 Status Services::Parts::SaveCut(const CropRequest& request, const std::function<Status(host::Draft&)>& fill) {
   host::Files& files = host.files;
-  Status status = Save(request.destination, [&](host::Draft& draft) {
+  return Save(request.destination, [&](host::Draft& draft) {
     Status filled = fill(draft);
     if (!filled || !files.SameFile(request.source, request.destination)) return filled;
     return files.Copy(request.source, request.source + ".bak");
   });
-  if (!status) DropOlderResult(files, request.source, request.destination, status);
-  return status;
 }
 
 Status Services::CropToFile(const CropRequest& request) {

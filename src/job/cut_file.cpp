@@ -6,7 +6,6 @@
 
 #include "base/path_text.h"
 #include "host/disk_full.h"
-#include "imaging/older_result.h"
 #include "job/cut_steps.h"
 
 namespace quillon::job {
@@ -45,18 +44,6 @@ bool CutFile::ConversionFollows() const {
 
 int CutFile::CutQuality() const { return BorderFollows() ? kWorkFileQuality : options.quality; }
 
-namespace {
-
-// What this run made of another source under that name is a result of its own, and a source is never taken away.
-void DropOlderOutput(CutFile& file, const host::Status& status) {
-  if (file.Dst.empty()) PredictTarget(file);
-  const std::string output = ResultPath(file);
-  if (file.run.ledger.Wrote(output) || file.run.ledger.IsOtherSource(output, file.listed)) return;
-  imaging::DropOlderResult(file.program.host.files, file.listed, output, status);
-}
-
-}  // namespace
-
 std::string ResultPath(const CutFile& file) {
   if (!file.run.pdf) return file.Dst;
   const base::PathParts parts = base::SplitPath(file.Dst);
@@ -71,7 +58,10 @@ Step Fail(CutFile& file, std::string why) {
 }
 
 Step Fail(CutFile& file, const host::Status& status) {
-  if (!file.options.over && !file.options.split) DropOlderOutput(file, status);
+  if (!file.options.over && !file.options.split) {
+    if (file.Dst.empty()) PredictTarget(file);
+    file.run.ledger.NoteFailed(file.listed, ResultPath(file), status);
+  }
   return Fail(file, status.Why());
 }
 

@@ -64,7 +64,7 @@ std::string ResultPath(const CutFile& file);
 enum class Step { Next, FileDone };
 
 Step Fail(CutFile& file, std::string why);
-// As above, for a step that failed so: an older output of another run may have to go (see imaging::DropOlderResult).
+// As above, for a step that failed so: an older output of another run may have to go (see CutLedger::NoteFailed).
 Step Fail(CutFile& file, const host::Status& status);
 
 Step PassOver(CutFile& file, std::string why);

@@ -2,8 +2,12 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "job/cut_ledger.h"
 
+#include <utility>
+
 #include "base/path_text.h"
 #include "base/utf8.h"
+#include "imaging/older_result.h"
+#include "imaging/unchanged.h"
 #include "job/program.h"
 
 namespace quillon::job {
@@ -92,11 +96,32 @@ bool CutLedger::IsListed(const std::string& path) {
   return sources_->contains({facts->device, facts->inode});
 }
 
+void CutLedger::NoteFailed(const std::string& source, const std::string& output, const host::Status& failure) {
+  const host::Files& files = program_.host.files;
+  if (!imaging::PassesForResult(files, source, output, failure)) return;
+  if (const auto facts = files.Look(output)) older_.push_back({source, output, *facts});
+}
+
+// What has changed since then is no older file any more, whoever wrote it.
+void CutLedger::Drop(const Older& older) {
+  const auto now = program_.host.files.Look(older.output);
+  if (!now || !imaging::Unchanged(*now, older.facts)) return;
+  const auto written = Find(older.output);
+  if ((written && written->source != older.source) || IsOtherSource(older.output, older.source)) return;
+  if (!program_.share.Whole()) {
+    if (program_.observer) program_.observer->OlderLeft(older.output);
+    return;
+  }
+  // Where no trash takes it, it stays: a file of the user is never simply removed.
+  static_cast<void>(program_.host.files.Discard(older.output));
+}
+
 void CutLedger::DiscardAtEnd(std::size_t row, std::string source, std::string output) {
   discards_.push_back({{row, std::move(source)}, std::move(output)});
 }
 
 void CutLedger::Settle() {
+  for (const Older& older : std::exchange(older_, {})) Drop(older);
   for (const host::LateFailure& failure : program_.host.files.Settle()) {
     const auto found = outputs_.find(failure.path);
     if (found == outputs_.end()) continue;

@@ -11,6 +11,7 @@
 #include <utility>
 #include <vector>
 
+#include "host/files.h"
 #include "host/status.h"
 #include "job/run_report.h"
 
@@ -44,10 +45,14 @@ class CutLedger {
   bool WroteFrom(const std::string& output, const std::string& source) const;
   // True when the existing file at path is a source other than own.
   bool IsOtherSource(const std::string& path, const std::string& own);
+  // The output could not be made of source. An older file under its name would pass for it: it is dropped at the next
+  // Settle, unless it is an output of this run by then or another source.
+  void NoteFailed(const std::string& source, const std::string& output, const host::Status& failure);
   // A source that goes once everything made of it stands.
   void DiscardAtEnd(std::size_t row, std::string source, std::string output);
 
-  // Waits until the outputs stand on disk, takes back those that do not, and then discards sources.
+  // Drops older outputs, waits until the new ones stand on disk, takes back those that do not, and then discards
+  // sources.
   void Settle();
   const RunTotals& Totals() const { return totals_; }
   void NoteEnd(double seconds, bool stopped);
@@ -62,6 +67,11 @@ class CutLedger {
     Origin origin;
     std::string output;
   };
+  struct Older {
+    std::string source;
+    std::string output;
+    host::FileFacts facts;  // of the older file
+  };
   using FileId = std::pair<std::uint64_t, std::uint64_t>;
 
   std::optional<Origin> Find(const std::string& output) const;
@@ -70,6 +80,7 @@ class CutLedger {
   // A result one of whose outputs is lost counts as without output.
   void TakeBack(const std::string& output, const Origin& origin, const std::string& why);
   host::Status ReadBack(const std::string& output);
+  void Drop(const Older& older);
   void DiscardSource(const Discard& discard);
   void ShowResult(const FileResult& result);
 
@@ -80,6 +91,7 @@ class CutLedger {
   Recall recall_;
   std::unordered_map<std::string, Origin> outputs_;
   std::size_t results_ = 0;
+  std::vector<Older> older_;
   std::vector<Discard> discards_;
   std::optional<std::set<FileId>> sources_;  // read when first needed
 };

@@ -58,13 +58,11 @@ Step EndWithoutSize(CutFile& file) {
   return file.measured ? Fail(file, "图片的宽或高为 0") : Fail(file, file.measured);
 }
 
-// The cut goes to a work file when more is to be done with it, when a crop would read the file that it writes, or when
-// its failure would take an earlier result of this run with it.
+// The cut goes to a work file when more is to be done with it, or when a crop would read the file that it writes.
 std::string CutTarget(const CutFile& file) {
   if (file.BorderFollows()) return file.WorkFile("Tmp");
   const bool ontoItself = file.options.over && file.Dst == file.listed;
-  const bool aside = ontoItself || file.ConversionFollows() || file.run.ledger.Wrote(file.Dst);
-  return aside ? file.WorkFile("Tmp2") : file.Dst;
+  return ontoItself || file.ConversionFollows() ? file.WorkFile("Tmp2") : file.Dst;
 }
 
 }  // namespace

@@ -97,13 +97,23 @@ void FolderRun::HandleNext(const FileWalk& walk, const std::string& path) {
   program_.form1.ShowStatus("  已处理..." + std::to_string(++number_));
   if (program_.observer) program_.observer->FileBegun(path);
   if (journal_.Stands(path)) {
-    ledger_.Add({0, path, "", Result::Skipped, "上次已经处理好"});
+    TellStanding(path);
   } else {
     Handle(walk, path);
   }
   const double now = program_.host.clock.Seconds();
   const bool due = ++unchecked_ >= kFilesPerCheckPoint || now - checked_ >= kSecondsPerCheckPoint;
   if (due && journal_.Kept()) CheckPoint();
+}
+
+void FolderRun::TellStanding(const std::string& path) {
+  std::vector<std::string> outputs = journal_.OutputsOf(path);
+  FileResult result{0, path, "", Result::Skipped, "上次已经处理好"};
+  if (!outputs.empty()) {
+    result.output = outputs.front();
+    result.more.assign(outputs.begin() + 1, outputs.end());
+  }
+  ledger_.Add(result);
 }
 
 void FolderRun::Handle(const FileWalk& walk, const std::string& path) {

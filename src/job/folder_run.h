@@ -35,6 +35,8 @@ class FolderRun {
   WalkRule Rule() const;
   void HandleNext(const FileWalk& walk, const std::string& path);
   void Handle(const FileWalk& walk, const std::string& path);
+  // A file that an earlier part of the job has handled.
+  void TellStanding(const std::string& path);
   void CheckPoint();
   void TellCount(const FileCount& count);
   // Whether path, which exists, is one that this walk hands out.

@@ -152,6 +152,13 @@ bool RunJournal::Stands(const std::string& source) {
   return in >> before && !StampOf(*now).SameFile(before);
 }
 
+std::vector<std::string> RunJournal::OutputsOf(const std::string& source) {
+  std::vector<std::string> paths;
+  const std::string text = journal_ ? journal_->Get(source, kDone).value_or("") : std::string();
+  for (const auto& [stamp, path] : ReadDone(text).outputs) paths.push_back(path);
+  return paths;
+}
+
 void RunJournal::Begun(const std::string& source, const std::vector<std::string>& next) {
   if (!journal_) return;
   const host::Files& files = program_.host.files;

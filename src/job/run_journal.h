@@ -32,6 +32,8 @@ class RunJournal {
 
   // True when the result of an earlier part of the job stands unchanged, made of the source as it is now.
   bool Stands(const std::string& source);
+  // The outputs of that result, as far as they were written down.
+  std::vector<std::string> OutputsOf(const std::string& source);
   // Before source is handled; next are those that come behind it. An overwritten source cannot be told from a fresh one
   // afterwards, so what it is before is written down first.
   void Begun(const std::string& source, const std::vector<std::string>& next);

@@ -14,7 +14,7 @@ enum class Result { Written, None, Skipped };
 struct FileResult {
   std::size_t row = 0;  // data row from 1, 0 where the run has no list
   std::string source;
-  std::string output;  // "" when none was written
+  std::string output;  // "" when none was written and none of an earlier part of the run stands
   Result result = Result::None;
   std::string why;                     // one Chinese sentence; "" when written and nothing is missing in the output
   std::vector<std::string> more = {};  // further outputs, where one source gives several
@@ -42,6 +42,9 @@ class RunObserver {
   virtual void FileDone(const FileResult& file) = 0;
   // A file told as written whose bytes did not reach the disk after all.
   virtual void FileLost(const FileResult& file) = 0;
+  // An older file stands under the name of an output that could not be made. It is left there by a run that has only a
+  // share of the files: it may be an output of another share.
+  virtual void OlderLeft(const std::string& /*path*/) {}
   virtual void RunEnded(const RunTotals& totals) = 0;
   // A file that a listing did not take although it was named, or that it could not measure and so ended at; a folder
   // that could not be listed.

@@ -204,6 +204,7 @@ std::string MultiCut::CutRegion(RegionSource& picture, const Source& source, con
     return "会覆盖另一个文件 " + base::DisplayText(cut.output) + "，已跳过";
   }
   const host::Status status = picture.Cut(cut, program_.form1.TQuality.Integer());
+  if (!status) ledger_.NoteFailed(source.path, cut.output, status);
   return status ? std::string() : status.Why();
 }
 

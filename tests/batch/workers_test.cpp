@@ -178,19 +178,18 @@ TEST_F(WorkersTest, StopWhenTheOneThatStartedThemIsGone) {
   EXPECT_LT(folder.Names("out").size(), 1000u);
 }
 
-// --- Workers that die, played by a script. It is told by its variables what it is to leave out and whether an earlier
-// one died, and notes each start.
-class DyingWorkersTest : public testing::Test {
+// --- Workers played by a script. It is told by its arguments its share, by its variables what it is to leave out and
+// whether an earlier one died, and notes each start.
+class PlayedWorkersTest : public testing::Test {
  protected:
   Exit Perform(const std::string& script, const std::vector<std::string>& files) {
+    plan_.steps.push_back({Verb::Files, "", "", files, ""});
     std::string text = "#!/bin/sh\necho start >>'";
     text.append(Log()).append("'\n").append(script);
     const std::string program = world_.folder.Write("worker", text);
     fs::permissions(program, fs::perms::owner_all);
-    Plan plan;
-    plan.steps.push_back({Verb::Files, "", "", files, ""});
     Workers workers(
-        plan, {}, world_.folder.Path(), world_.files, clock_, recorder_, [] { return false; }, program);
+        plan_, {}, world_.folder.Path(), world_.files, clock_, recorder_, [this] { return stopping_; }, program);
     return workers.Run();
   }
   std::string Log() const { return world_.folder.Path("log"); }
@@ -199,6 +198,8 @@ class DyingWorkersTest : public testing::Test {
     return static_cast<std::size_t>(std::count(log.begin(), log.end(), '\n'));
   }
   static std::string Says(const std::string& line) { return "printf '%s\\n' '" + line + "'\n"; }
+  static std::string SaysFile(const job::FileResult& file) { return Says(JsonLine(FileEvent(file))); }
+  static std::string SaysEnd() { return Says(JsonLine(EndEvent({}))); }
   std::map<std::string, std::string> Whys() const {
     std::map<std::string, std::string> whys;
     for (const Event& event : recorder_.Of(EventKind::File)) whys[event.Text("source")] = event.Text("why");
@@ -208,7 +209,11 @@ class DyingWorkersTest : public testing::Test {
   host::testing::TestHost world_;
   host::posix::PosixClock clock_;
   Recorder recorder_;
+  Plan plan_;
+  bool stopping_ = false;
 };
+
+using DyingWorkersTest = PlayedWorkersTest;
 
 TEST_F(DyingWorkersTest, OneThatDiesWhileItListsCostsTheFileItLookedAt) {
   const std::string good = JsonLine(FileEvent({0, "/good.jpg", "/out/good.jpg", job::Result::Written, ""}));
@@ -233,6 +238,91 @@ TEST_F(DyingWorkersTest, WhatNoneCouldDoIsNamed) {
   EXPECT_EQ(Whys(), (std::map<std::string, std::string>{
                         {"/a.jpg", "第 1 个处理进程意外结束（信号 9），这个文件没有处理"},
                         {folder, "第 1 个处理进程意外结束（信号 9），其中由它负责的文件没有处理完"}}));
+}
+
+// --- Older results: what one worker could not make, another may have.
+
+class OlderResultsOfWorkersTest : public PlayedWorkersTest {
+ protected:
+  // The first of two workers could not make out/x.jpg, where a file stands; the second does what it is told to.
+  Exit PerformBeside(const std::string& second) {
+    plan_.jobs = 2;
+    world_.folder.Write("out/x.jpg", "it");
+    const std::string first = SaysFile({0, "/1/x.bmp", "", job::Result::None, "damaged"}) + Says(OlderLine(It()));
+    return Perform("case \"$*\" in\n*--shard=1/*)\n" + first + SaysEnd() + "exit 1;;\nesac\n" + second, {});
+  }
+  std::string It() const { return world_.folder.Path("out/x.jpg"); }
+  bool Stands() const { return world_.folder.Exists("out/x.jpg"); }
+};
+
+TEST_F(OlderResultsOfWorkersTest, GoToTheTrashAtTheEnd) {
+  EXPECT_EQ(PerformBeside("[ -e '" + It() + "' ] || exit 7\n" + SaysEnd() + "exit 0\n"), Exit::SomeWithout);
+  EXPECT_FALSE(Stands());
+  EXPECT_EQ(world_.folder.Read("data/Trash/files/x.jpg"), "it");
+}
+
+TEST_F(OlderResultsOfWorkersTest, AreNoneThatAnotherHasMade) {
+  EXPECT_EQ(PerformBeside(SaysFile({0, "/2/x.bmp", It(), job::Result::Written, ""}) + SaysEnd() + "exit 0\n"),
+            Exit::SomeWithout);
+  EXPECT_TRUE(Stands());
+}
+
+TEST_F(OlderResultsOfWorkersTest, AreNoneThatAnotherHasMadeBesideOthers) {
+  PerformBeside(SaysFile({0, "/2/x.bmp", "/out/w.jpg", job::Result::Written, "", {It()}}) + SaysEnd() + "exit 0\n");
+  EXPECT_TRUE(Stands());
+}
+
+TEST_F(OlderResultsOfWorkersTest, AreNoneOfAnEarlierPartOfTheJob) {
+  PerformBeside(SaysFile({0, "/2/x.bmp", It(), job::Result::Skipped, "done"}) + SaysEnd() + "exit 0\n");
+  EXPECT_TRUE(Stands());
+}
+
+TEST_F(OlderResultsOfWorkersTest, AreNoSources) {
+  PerformBeside(SaysFile({0, It(), "/out/z.jpg", job::Result::Written, ""}) + SaysEnd() + "exit 0\n");
+  EXPECT_TRUE(Stands());
+}
+
+TEST_F(OlderResultsOfWorkersTest, StayWhereAWorkerDied) {
+  PerformBeside("kill -9 $$\n");
+  EXPECT_TRUE(Stands());
+}
+
+TEST_F(OlderResultsOfWorkersTest, StayWhereAWorkerBrokeOff) {
+  PerformBeside("exit 1\n");
+  EXPECT_TRUE(Stands());
+}
+
+TEST_F(OlderResultsOfWorkersTest, StayInARunThatIsStopped) {
+  EXPECT_EQ(PerformBeside(SaysEnd() + "exit 3\n"), Exit::Stopped);
+  EXPECT_TRUE(Stands());
+}
+
+TEST_F(OlderResultsOfWorkersTest, StayInAShare) {
+  plan_.share = {0, 2, ""};
+  PerformBeside(SaysEnd() + "exit 0\n");
+  EXPECT_TRUE(Stands());
+}
+
+// Of two sources of one name, in either order of their shares.
+TEST_F(WorkersTest, AShareLeavesTheOutputsOfAnother) {
+  for (const char* broken : {"in/1/x.bmp", "in/2/x.bmp"}) {
+    SCOPED_TRACE(broken);
+    for (int i = 1; i <= 6; ++i) Picture("in/" + std::to_string(i) + "/x.bmp");
+    folder.Write(broken, BmpPicture(40, 30).substr(0, 2000));
+    for (const char* share : {"1/3", "2/3", "3/3"}) Run(Cut({"in"}, {"--json", "--shard", share}));
+    EXPECT_EQ(folder.Names("out"), std::vector<std::string>{"x.jpg"});
+    fs::remove(folder.Path("out/x.jpg"));
+  }
+}
+
+TEST_F(WorkersTest, NoWorkerDropsTheOutputOfAnother) {
+  for (int i = 1; i <= 6; ++i) Picture("in/" + std::to_string(i) + "/x.bmp");
+  folder.Write("in/3/x.bmp", BmpPicture(40, 30).substr(0, 2000));
+  folder.Write("out/x.jpg", "older");
+  const Ran ran = Run(Cut({"in"}, {"--json", "--jobs", "3"}));
+  EXPECT_EQ(ran.exit, 1);
+  EXPECT_EQ(CountOf(Results(ran.out), "written"), 1u);
+  EXPECT_NE(folder.Read("out/x.jpg"), "older");
 }
 
 // --- Shares
@@ -373,13 +463,14 @@ TEST(WorkerLines, CarryEveryEvent) {
       BeepEvent(),
       OpenEvent("folder", odd),
       FileEvent({3, odd, "/out", job::Result::Written, ""}),
+      FileEvent({0, "/a", "/out/1", job::Result::Written, "", {"/out/2", odd}}),
       EndEvent({1, 2, 3, 4.5, false}),
   };
   for (const Event& event : events) {
     const WorkerLine line = ReadWorkerLine(JsonLine(event));
     ASSERT_TRUE(line.event) << JsonLine(event);
     EXPECT_EQ(JsonLine(*line.event), JsonLine(event));
-    EXPECT_FALSE(line.begun || line.progress);
+    EXPECT_FALSE(line.begun || line.older || line.progress);
   }
   EXPECT_EQ(ReadWorkerLine(JsonLine(events[6])).event->Text("source"), odd);
 }
@@ -387,6 +478,7 @@ TEST(WorkerLines, CarryEveryEvent) {
 TEST(WorkerLines, TellWhatIsUnderWayAndHowFarItIs) {
   const std::string odd("/a\xFF\n", 4);
   EXPECT_EQ(ReadWorkerLine(BegunLine(odd)).begun, odd);
+  EXPECT_EQ(ReadWorkerLine(OlderLine(odd)).older, odd);
   Progress progress;
   progress.done = 7;
   progress.planned = 90;
@@ -399,7 +491,7 @@ TEST(WorkerLines, TellWhatIsUnderWayAndHowFarItIs) {
 TEST(WorkerLines, NothingElseIsTaken) {
   for (const char* text : {"", "no json", "[]", "{}", R"({"event":"other"})", R"({"event":"file"})", "7"}) {
     const WorkerLine line = ReadWorkerLine(text);
-    EXPECT_FALSE(line.event || line.begun || line.progress) << text;
+    EXPECT_FALSE(line.event || line.begun || line.older || line.progress) << text;
   }
 }
 

@@ -207,6 +207,8 @@ TEST_F(CutFinishTest, PdfIsMadeOfAJpgCut) {
   Cut();
   EXPECT_EQ(Why(1), "pdf 没有生成");
   EXPECT_FALSE(AppHas("Tmp.pdf") || AppHas("Tmp2.jpg"));
+  EXPECT_TRUE(OutNames().empty()) << "the pdf of the earlier run is no result of this one";
+  EXPECT_TRUE(world.folder.Exists("data/Trash/files/a.pdf"));
 }
 
 TEST_F(CutFinishTest, APdfLeavesThePictureBesideItAlone) {

@@ -103,6 +103,7 @@ class Recorder final : public RunObserver {
     if (onFileDone) onFileDone(file);
   }
   void FileLost(const FileResult& file) override { lost.push_back(file); }
+  void OlderLeft(const std::string& path) override { olderLeft.push_back(path); }
   void RunEnded(const RunTotals& totals) override { ended.push_back(totals); }
   void FileNotListed(const std::string& source, const std::string& why) override {
     notListed.emplace_back(source, why);
@@ -113,6 +114,7 @@ class Recorder final : public RunObserver {
   std::vector<std::string> begun;
   std::vector<FileResult> done;
   std::vector<FileResult> lost;
+  std::vector<std::string> olderLeft;
   std::vector<RunTotals> ended;
   std::vector<std::pair<std::string, std::string>> notListed;
   std::function<void(const FileResult&)> onFileDone;

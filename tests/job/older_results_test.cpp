@@ -10,16 +10,20 @@ namespace {
 
 class OlderResultsTest : public CutTest {
  protected:
+  void Break(const std::string& name) const {
+    const std::string whole = world.folder.Read("in/" + name);
+    world.folder.Write("in/" + name, whole.substr(0, whole.size() / 2));
+  }
   // Cuts a file that breaks off between its listing and the run, over an older result.
   void CutBroken(const std::string& name) {
     const std::string path = Make(name);
     world.folder.Write("out/a.jpg", "older");
     List({path});
-    const std::string whole = world.folder.Read("in/" + name);
-    world.folder.Write("in/" + name, whole.substr(0, whole.size() / 2));
+    Break(name);
     Cut();
     EXPECT_EQ(Totals().none, 1u) << name;
   }
+  bool TrashUsed() const { return world.folder.Exists("data/Trash"); }
   void ExpectInTrash() {
     EXPECT_TRUE(OutNames().empty());
     EXPECT_EQ(world.folder.Read("data/Trash/files/a.jpg"), "older");
@@ -121,13 +125,94 @@ TEST_F(OlderResultsTest, OfThisRunStay) {
     Option("ChInvert", effects);
     program.files.Clear();
     List({Make("1/a.png", 20, 10), Make("2/a.png", 30, 15)});
-    world.folder.Write("in/2/a.png", world.folder.Read("in/2/a.png").substr(0, 60));
+    Break("2/a.png");
     Cut();
     EXPECT_EQ(Totals().written, 1u);
     EXPECT_EQ(Totals().none, 1u);
     EXPECT_TRUE(recorder.lost.empty());
     EXPECT_EQ(SizeOf(Out("a.jpg")), (base::Size{20, 10}));
   }
+}
+
+// The first of one name fails, and the second takes the place of what stood there.
+TEST_F(OlderResultsTest, ReplacedLaterInTheRunAreNotDropped) {
+  for (const char* effects : {"0", "1"}) {
+    SCOPED_TRACE(effects);
+    Option("ChInvert", effects);
+    program.files.Clear();
+    world.folder.Write("out/a.jpg", "older");
+    List({Make("1/a.png", 20, 10), Make("2/a.png", 30, 15)});
+    Break("1/a.png");
+    Cut();
+    EXPECT_EQ(Totals().written, 1u);
+    EXPECT_EQ(Totals().none, 1u);
+    EXPECT_EQ(SizeOf(Out("a.jpg")), (base::Size{30, 15}));
+    EXPECT_FALSE(TrashUsed());
+  }
+}
+
+TEST_F(OlderResultsTest, GoAtTheEndOfTheRun) {
+  world.folder.Write("out/a.jpg", "older");
+  List({Make("a.png"), Make("b.png")});
+  Break("a.png");
+  recorder.onFileDone = [&](const FileResult&) { EXPECT_EQ(world.folder.Read("out/a.jpg"), "older"); };
+  Cut();
+  EXPECT_EQ(OutNames(), std::vector<std::string>{"b.jpg"});
+  EXPECT_EQ(world.folder.Read("data/Trash/files/a.jpg"), "older");
+  EXPECT_TRUE(recorder.olderLeft.empty());
+}
+
+TEST_F(OlderResultsTest, ThatSomebodyElseReplacedMeanwhileStay) {
+  world.folder.Write("out/a.jpg", "older");
+  List({Make("a.png"), Make("b.png")});
+  Break("a.png");
+  recorder.onFileDone = [&](const FileResult&) { world.folder.Write("out/a.jpg", "another program's"); };
+  Cut();
+  EXPECT_EQ(world.folder.Read("out/a.jpg"), "another program's");
+}
+
+// Another listed picture that lies under the name of an output.
+TEST_F(OlderResultsTest, ThatAreSourcesStay) {
+  const std::string source = world.folder.Write("out/a.jpg", "");
+  std::filesystem::copy_file(Make("other.jpg"), source, std::filesystem::copy_options::overwrite_existing);
+  const std::string before = world.folder.Read("out/a.jpg");
+  Option("CmbRotate", "1");
+  List({Make("a.png"), source});
+  Break("a.png");
+  recorder.onFileDone = [&](const FileResult&) { flags.StopRequested = true; };
+  Cut();
+  EXPECT_EQ(Totals().none, 1u);
+  EXPECT_EQ(world.folder.Read("out/a.jpg"), before);
+  EXPECT_FALSE(TrashUsed());
+}
+
+// It may be an output of another share.
+TEST_F(OlderResultsTest, StayInAShareAndAreTold) {
+  for (const std::uint64_t index : {0, 1}) {
+    program.files.Clear();
+    program.share = {index, 2, ""};
+    world.folder.Write("out/a.jpg", "older");
+    List({Make("a.png")});
+    if (program.files.RowCount() == 0) continue;
+    Break("a.png");
+    Cut();
+  }
+  EXPECT_EQ(Totals().none, 1u);
+  EXPECT_EQ(recorder.olderLeft, std::vector<std::string>{Out("a.jpg")});
+  EXPECT_EQ(world.folder.Read("out/a.jpg"), "older");
+  EXPECT_FALSE(TrashUsed());
+}
+
+TEST_F(OlderResultsTest, AnOverwrittenSourceIsNone) {
+  Put("ChOver", "1");
+  const std::string path = Make("a.png");
+  List({path});
+  Break("a.png");
+  const std::string before = world.folder.Read("in/a.png");
+  Cut();
+  EXPECT_EQ(Totals().none, 1u);
+  EXPECT_EQ(world.folder.Read("in/a.png"), before);
+  EXPECT_FALSE(TrashUsed());
 }
 
 TEST_F(OlderResultsTest, WorkFilesNeverGoToTheTrash) {

@@ -96,6 +96,7 @@ TEST_F(ResumeTest, AStoppedRunIsContinued) {
   EXPECT_EQ(Totals().written, 2u);
   EXPECT_EQ(Totals().skipped, 4u);
   EXPECT_EQ(recorder.done[0].why, "上次已经处理好");
+  EXPECT_EQ(recorder.done[0].output, first[0].output);
   EXPECT_EQ(OutNames().size(), 6u);
   EXPECT_TRUE(Journals().empty()) << "the job has come to its end";
 }
@@ -309,6 +310,40 @@ TEST_F(ResumeTest, OutputsOfOneNameAreToldBeyondACheckpoint) {
   EXPECT_EQ(Totals().written, 1u);
   EXPECT_EQ(Totals().none, 2u);
   EXPECT_EQ(recorder.lost.size(), 2u);
+}
+
+// --- Older results of a picture that is damaged now.
+
+TEST_F(ResumeTest, AnOlderResultGoesAtTheNextCheckpoint) {
+  Make("broken.png", 40, 30);
+  world.folder.Write("in/broken.png", world.folder.Read("in/broken.png").substr(0, 100));
+  world.folder.Write("out/broken.jpg", "older");
+  bool behind = false;
+  recorder.onFileDone = [&](const FileResult& file) {
+    EXPECT_NE(world.folder.Exists("out/broken.jpg"), behind);
+    behind = behind || file.source == In("broken.png");
+    world.clock.Advance(5);
+  };
+  Cut();
+  EXPECT_EQ(Totals().none, 1u);
+  EXPECT_EQ(OutNames().size(), 6u);
+  EXPECT_EQ(world.folder.Read("data/Trash/files/broken.jpg"), "older");
+}
+
+TEST_F(ResumeTest, WhatThisJobMadeIsNoOlderResult) {
+  for (int i = 0; i < 6; ++i) std::filesystem::remove(In(std::to_string(i) + ".png"));
+  for (const char* broken : {"a", "b"}) {
+    SCOPED_TRACE(broken);
+    for (const char* folder : {"a", "b"}) Make(std::string(folder) + "/x.png", 40, 30);
+    const std::string name = std::string("in/") + broken + "/x.png";
+    world.folder.Write(name, world.folder.Read(name).substr(0, 100));
+    recorder.onFileDone = [&](const FileResult&) { world.clock.Advance(5); };
+    Cut();
+    EXPECT_EQ(Totals().written, 1u);
+    EXPECT_EQ(Totals().none, 1u);
+    EXPECT_EQ(SizeOf(Out("x.jpg")), (base::Size{20, 30}));
+    std::filesystem::remove(Out("x.jpg"));
+  }
 }
 
 TEST_F(ResumeTest, AnOutputThatDidNotReachTheDiskIsNotWrittenDown) {

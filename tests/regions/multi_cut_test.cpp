@@ -302,9 +302,13 @@ TEST_F(MultiCutTest, ADamagedSourceGivesNothing) {
   const std::string bytes = world.folder.Read("in/a.jpg");
   List({path});
   world.folder.Write("in/a.jpg", bytes.substr(0, bytes.size() / 2));
+  for (const char* name : {"a_裁剪区域1.bmp", "a_裁剪区域2.bmp", "b.bmp"}) {
+    world.folder.Write(std::string("out/") + name, "older");
+  }
   CutListed();
-  EXPECT_TRUE(OutNames().empty());
   EXPECT_EQ(Totals().none, 2u);
+  EXPECT_EQ(OutNames(), std::vector<std::string>{"b.bmp"}) << "older results go to the trash";
+  EXPECT_EQ(world.folder.Read("data/Trash/files/a_裁剪区域2.bmp"), "older");
 }
 
 TEST_F(MultiCutTest, WithoutListOrFolderItAsksForThem) {
