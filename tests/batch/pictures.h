@@ -33,4 +33,14 @@ inline std::string BmpPicture(int width, int height) {
   return bytes;
 }
 
+// A PNG of 40 x 30 that has a size but ends before its pixels do.
+inline std::string BrokenPngPicture() {
+  static constexpr char kBytes[] =
+      "\x89PNG\r\n\x1A\n"
+      "\0\0\0\x0DIHDR\0\0\0\x28\0\0\0\x1E\x08\0\0\0\0"
+      "\x7B\xB6\x03\x01"
+      "\0\0\x01\0IDAT\x78\x9C\0\0";
+  return {kBytes, sizeof kBytes - 1};
+}
+
 }  // namespace quillon::batch

@@ -303,24 +303,27 @@ TEST_F(OlderResultsOfWorkersTest, StayInAShare) {
   EXPECT_TRUE(Stands());
 }
 
-// Of two sources of one name, in either order of their shares.
+// Among sources of one name one is damaged.
 TEST_F(WorkersTest, AShareLeavesTheOutputsOfAnother) {
-  for (const char* broken : {"in/1/x.bmp", "in/2/x.bmp"}) {
-    SCOPED_TRACE(broken);
-    for (int i = 1; i <= 6; ++i) Picture("in/" + std::to_string(i) + "/x.bmp");
-    folder.Write(broken, BmpPicture(40, 30).substr(0, 2000));
-    for (const char* share : {"1/3", "2/3", "3/3"}) Run(Cut({"in"}, {"--json", "--shard", share}));
-    EXPECT_EQ(folder.Names("out"), std::vector<std::string>{"x.jpg"});
-    fs::remove(folder.Path("out/x.jpg"));
+  for (int i = 1; i <= 6; ++i) Picture("in/" + std::to_string(i) + "/x.bmp");
+  folder.Write("in/3/x.png", BrokenPngPicture());
+  std::size_t damaged = 0;
+  folder.Write("out/x.jpg", "of the one before");
+  for (const char* share : {"1/3", "2/3", "3/3"}) {
+    const auto results = Results(Run(Cut({"in"}, {"--json", "--shard", share})).out);
+    damaged += results.contains(folder.Path("in/3/x.png"));
+    EXPECT_TRUE(folder.Exists("out/x.jpg")) << share;
   }
+  EXPECT_EQ(damaged, 1u);
 }
 
 TEST_F(WorkersTest, NoWorkerDropsTheOutputOfAnother) {
   for (int i = 1; i <= 6; ++i) Picture("in/" + std::to_string(i) + "/x.bmp");
-  folder.Write("in/3/x.bmp", BmpPicture(40, 30).substr(0, 2000));
+  folder.Write("in/3/x.png", BrokenPngPicture());
   folder.Write("out/x.jpg", "older");
   const Ran ran = Run(Cut({"in"}, {"--json", "--jobs", "3"}));
   EXPECT_EQ(ran.exit, 1);
+  EXPECT_EQ(Results(ran.out).size(), 7u);
   EXPECT_EQ(CountOf(Results(ran.out), "written"), 1u);
   EXPECT_NE(folder.Read("out/x.jpg"), "older");
 }
