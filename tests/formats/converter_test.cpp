@@ -371,5 +371,22 @@ TEST_F(ConverterTest, AnOlderTargetDoesNotPassForTheNewOne) {
   EXPECT_EQ(world.folder.Read("out/b.jpg"), "made");
 }
 
+// A helper that dies, or does not start, takes no source with it that it was to replace.
+TEST_F(ConverterTest, ASourceThatWasToBeReplacedStays) {
+  const std::string file = world.folder.Write("in/a.jpg", "source");
+  const std::string part = world.folder.Write("in/b_01.jpg", "source");
+  world.shell.OnStart([](const RecordingShell::Started&) {});
+  for (const bool starts : {true, false}) {
+    if (!starts) world.shell.SetResult("PicCutConverter", host::kStartMissing);
+    EXPECT_FALSE(converter.ZoomHuge(file, file, 60, 20, 98, 32, 32, false));
+    EXPECT_FALSE(converter.ConvertHuge(file, file, 0, 0, 60, 20, 98, false));
+    EXPECT_FALSE(
+        converter.RunConverter(CoupleOrder{.source = part, .target = Path("in/b.jpg"), .items = {"#0#0#1#1"}}));
+    EXPECT_EQ(world.folder.Read("in/a.jpg"), "source");
+    EXPECT_EQ(world.folder.Read("in/b_01.jpg"), "source");
+    EXPECT_EQ(converter.ConverterFailed, !starts);
+  }
+}
+
 }  // namespace
 }  // namespace quillon::formats

@@ -300,6 +300,17 @@ TEST_F(ImgToolTest, ACutThatLeavesNothingFails) {
   EXPECT_FALSE(world.folder.Exists("out/a.pdf"));
 }
 
+TEST_F(ImgToolTest, ACutOntoItsSourceThatLeavesNothingKeepsIt) {
+  const std::string pdf = world.folder.Write("in/a.pdf", "torn");
+  std::filesystem::create_symlink(pdf, world.folder.Path("in/link.pdf"));
+  Helper("QxImgTool.exe", 1);
+  for (const std::string& out : {pdf, world.folder.Path("in/../in/a.pdf"), world.folder.Path("in/link.pdf")}) {
+    EXPECT_EQ(CutPdf(tools, pdf, out, {}, [](const std::string&) {}).Why(), "没有得到裁剪后的PDF");
+    EXPECT_EQ(world.folder.Read("in/a.pdf"), "torn");
+    EXPECT_TRUE(world.folder.Exists("in/link.pdf"));
+  }
+}
+
 TEST_F(ImgToolTest, ASplitIsStartedAndNotWaitedFor) {
   WriteKey(world.host, "SplitPdf", "9");
   std::string seen = "?";
@@ -474,6 +485,13 @@ TEST_F(SmallCallsTest, ACircleIsFineWhenItLeavesAFile) {
   EXPECT_TRUE(CutCircle(tools, "/in/a.jpg", target, {1, 2, 3, 4}));
 }
 
+TEST_F(SmallCallsTest, ACircleOverItsSourceThatWasNotMadeKeepsIt) {
+  const std::string source = world.folder.Write("in/a.png", "picture");
+  Helper("PicCirleCut.exe", 2);
+  EXPECT_FALSE(CutCircle(tools, source, source, {1, 2, 3, 4}));
+  EXPECT_EQ(world.folder.Read("in/a.png"), "picture");
+}
+
 TEST_F(SmallCallsTest, MediaArgumentsPassThrough) {
   WriteApp("CutMedia.dll", "twin");
   Helper("CutMedia.exe", 2);
@@ -485,13 +503,15 @@ TEST_F(SmallCallsTest, MediaArgumentsPassThrough) {
 class TiffsMakerTest : public ToolsFixture {
  protected:
   host::Status Run(int pages = 3) {
-    return RunTiffsMaker(tools, "/app/OkList.txt", out, pages, [this](const std::string& text) { shown = text; });
+    return RunTiffsMaker(tools, "/app/OkList.txt", pictures, out, pages,
+                         [this](const std::string& text) { shown = text; });
   }
   void Says(int turn, const std::string& text) {
     world.pump.OnTurn(turn, [this, text] { WriteKey(world.host, "MakeTiffProg", text); });
   }
 
   std::string out = world.folder.Write("out/a.tif", "older");
+  std::vector<std::string> pictures{"/in/a.jpg"};
   std::string shown;
 };
 
@@ -525,6 +545,13 @@ TEST_F(TiffsMakerTest, TwoSecondsAPageAreTheMost) {
     EXPECT_EQ(world.processes.Ended().size(), ended + 1);
     EXPECT_FALSE(world.folder.Exists("out/a.tif"));
   }
+}
+
+TEST_F(TiffsMakerTest, APictureThatWasToBeReplacedStaysWhereNothingWasMade) {
+  pictures.push_back(out);
+  Helper("DCTiffsMaker.exe", 5);
+  EXPECT_EQ(Run().Why(), "没有生成Tiff");
+  EXPECT_EQ(world.folder.Read("out/a.tif"), "older");
 }
 
 TEST_F(TiffsMakerTest, WhatItFailsWithIsTold) {

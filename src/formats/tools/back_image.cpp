@@ -48,7 +48,7 @@ bool LoadThroughBackImg(Tools& tools, const std::string& file, bool& startedFlag
 bool CutThroughBackImg(Tools& tools, const BackCut& cut, const std::string& out, const std::string& quality,
                        bool& startedFlag) {
   if (!startedFlag || !MayStand(Carrier::Bars, kName, {out, tools.App()})) return false;
-  const ExpectedFile expected(tools, out);
+  const ExpectedFile expected(tools, out, {tools.AppPath("Tmp.jpg")});
   const std::string command = CutBackText(tools.App(), cut, out, quality);
   return SendToBackImg(tools, command, key::kQxBackImg, startedFlag) && expected.Made();
 }

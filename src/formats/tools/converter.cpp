@@ -25,9 +25,14 @@ bool Converter::Present() const {
   return world.files.IsFile(TwinPath(world, kName)) || world.files.IsFile(ProgramPath(world, kName));
 }
 
-bool Converter::RunConverter(const ConverterOrder& order) { return Run(OrderText(order), kOrder, TargetsOf(order)); }
+bool Converter::RunConverter(const ConverterOrder& order) {
+  const auto& [first, second, third] = order.paths6;
+  return Run(OrderText(order), kOrder, {order.source, first, second, third}, TargetsOf(order));
+}
 
-bool Converter::RunConverter(const CoupleOrder& order) { return Run(OrderText(order), kCoupleOrder, TargetsOf(order)); }
+bool Converter::RunConverter(const CoupleOrder& order) {
+  return Run(OrderText(order), kCoupleOrder, {order.source}, TargetsOf(order));
+}
 
 bool Converter::ZoomHuge(const std::string& source, const std::string& target, int w, int h, int quality, int minW,
                          int minH, bool toGray) {
@@ -60,11 +65,11 @@ bool Converter::ConvertHuge(const std::string& source, const std::string& target
 }
 
 bool Converter::Run(const std::optional<std::string>& text, const std::string& name,
-                    const std::vector<std::string>& targets) {
+                    const std::vector<std::string>& sources, const std::vector<std::string>& targets) {
   if (!text || Busy) return false;
   std::vector<ExpectedFile> expected;
   expected.reserve(targets.size());
-  for (const std::string& target : targets) expected.emplace_back(tools_, target);
+  for (const std::string& target : targets) expected.emplace_back(tools_, target, sources);
   Busy = true;
   const Waited waited = Perform(name, *text);
   Busy = false;

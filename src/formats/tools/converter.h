@@ -24,7 +24,8 @@ class Converter {
 
   // Writes the order file, starts the helper up to three times and waits until no process of its name runs or the user
   // stops it. True when all its files were made (TargetsOf); what stood there before and was not replaced goes to the
-  // trash, or from the program folder for good, unless the user stopped it. No order file is left behind.
+  // trash, or from the program folder for good, unless the user stopped it or it is the source. No order file is left
+  // behind.
   bool RunConverter(const ConverterOrder& order);
   bool RunConverter(const CoupleOrder& order);
 
@@ -41,7 +42,8 @@ class Converter {
   bool Busy = false;             // an order is under way
 
  private:
-  bool Run(const std::optional<std::string>& text, const std::string& name, const std::vector<std::string>& targets);
+  bool Run(const std::optional<std::string>& text, const std::string& name, const std::vector<std::string>& sources,
+           const std::vector<std::string>& targets);
   Waited Perform(const std::string& name, const std::string& text);
   void RemoveOrders();
   void Start();

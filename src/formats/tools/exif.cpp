@@ -19,7 +19,7 @@ constexpr double kLimit = 20;
 
 host::Status CopyExif(Tools& tools, const std::string& source, const std::string& target) {
   if (host::Status fits = MayStand(Carrier::Bars, kName, {source, target}); !fits) return fits;
-  const ExpectedFile described(tools, target);
+  const ExpectedFile described(tools, target, {source});
   WriteKey(tools.World(), key::kExif, ExifText(source, target));
   PauseSeconds(tools.World(), kPause);
   const int started = tools.Start(kName, "");

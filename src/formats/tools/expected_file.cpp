@@ -2,14 +2,19 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "formats/tools/expected_file.h"
 
+#include <algorithm>
 #include <utility>
 
 #include "base/path_text.h"
 
 namespace quillon::formats {
 
-ExpectedFile::ExpectedFile(Tools& tools, std::string path)
-    : tools_(tools), path_(std::move(path)), before_(tools.World().files.Look(path_)) {}
+ExpectedFile::ExpectedFile(Tools& tools, std::string path, const std::vector<std::string>& sources)
+    : tools_(tools),
+      path_(std::move(path)),
+      before_(tools.World().files.Look(path_)),
+      isSource_(std::any_of(sources.begin(), sources.end(),
+                            [&](const std::string& source) { return tools.World().files.SameFile(source, path_); })) {}
 
 bool ExpectedFile::Made() const {
   const auto now = tools_.World().files.Look(path_);
@@ -22,7 +27,7 @@ host::Status ExpectedFile::Result(Waited waited, const std::string& missing) con
   if (waited == Waited::Stopped) return {host::Problem::Stopped, "已停止"};
   host::Files& files = tools_.World().files;
   const bool own = base::SplitPath(path_).folder == tools_.App();
-  if (before_) static_cast<void>(own ? files.RemoveOwn(path_) : files.Discard(path_));
+  if (before_ && !isSource_) static_cast<void>(own ? files.RemoveOwn(path_) : files.Discard(path_));
   return {host::Problem::Other, missing};
 }
 

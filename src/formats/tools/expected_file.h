@@ -4,6 +4,7 @@
 
 #include <optional>
 #include <string>
+#include <vector>
 
 #include "formats/tools/tools.h"
 
@@ -13,18 +14,20 @@ namespace quillon::formats {
 // its result. To be made before the helper is started.
 class ExpectedFile {
  public:
-  ExpectedFile(Tools& tools, std::string path);
+  // sources are the files that the helper reads.
+  ExpectedFile(Tools& tools, std::string path, const std::vector<std::string>& sources);
 
   // Whether a file stands there that did not before.
   bool Made() const;
-  // After the wait: fine when it was made. Else, unless the user stopped it, the file from before goes, into the trash
-  // or, from the program folder, for good, and missing is the failure.
+  // After the wait: fine when it was made. Else missing is the failure, and the file from before goes, into the trash
+  // or, from the program folder, for good; it stays when the user stopped the helper and when it is one of the sources.
   host::Status Result(Waited waited, const std::string& missing) const;
 
  private:
   Tools& tools_;
   std::string path_;
   std::optional<host::FileFacts> before_;
+  bool isSource_;
 };
 
 }  // namespace quillon::formats

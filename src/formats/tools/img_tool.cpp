@@ -53,7 +53,7 @@ host::Status CutPdf(Tools& tools, const std::string& pdf, const std::string& out
                     const std::function<void(const std::string&)>& show) {
   if (host::Status fits = MayStand(Carrier::Fields, kImgTool, {pdf, out}); !fits) return fits;
   Clear(tools, {key::kCutPdf});
-  const ExpectedFile expected(tools, out);
+  const ExpectedFile expected(tools, out, {pdf});
   const int started = tools.EnsureAndStart(kImgTool, CutPdfText(pdf, out, margins));
   if (started != host::kStarted) return {host::Problem::Other, "无法启动 QxImgTool"};
   const Waited waited = tools.Wait(kProgram, [&] {

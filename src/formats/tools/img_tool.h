@@ -28,7 +28,7 @@ int TiffPages(Tools& tools, const std::string& tiff, int number = 1);
 int CountTiffPages(Tools& tools, const std::string& tiff, int number = 1);
 
 // Cuts all pages as they are drawn; show gets the progress text. The status is fine when out is a new file. What stood
-// there before and was not replaced goes to the trash.
+// there before and was not replaced goes to the trash, unless it is pdf itself.
 host::Status CutPdf(Tools& tools, const std::string& pdf, const std::string& out, const CutTexts& margins,
                     const std::function<void(const std::string&)>& show);
 

@@ -43,7 +43,7 @@ host::Status ConvertToCmyk(Tools& tools, const std::string& file, const Sound& s
   if (host::Status fits = MayStand(Carrier::Quotes, kName, {file, tools.App()}); !fits) return fits;
   const std::string extension = "." + base::SplitPath(file).extension;
   const std::string made = tools.AppPath("Tmp" + extension);
-  const ExpectedFile expected(tools, made);
+  const ExpectedFile expected(tools, made, {file});
   const Waited waited = Run(tools, CmykText(file, tools.App(), extension));
   host::Status status = expected.Result(waited, "转CMYK没有成功");
   if (status && !sound(made)) status = {host::Problem::Damaged, "转CMYK的结果已损坏"};
@@ -55,7 +55,7 @@ host::Status ConvertToCmyk(Tools& tools, const std::string& file, const Sound& s
 host::Status MakePdf(Tools& tools, const std::string& picture, const std::string& base, const std::string& text) {
   const std::string pdf = base + ".pdf";
   if (host::Status fits = MayStand(Carrier::Quotes, kName, {picture, pdf}); !fits) return fits;
-  const ExpectedFile expected(tools, pdf);
+  const ExpectedFile expected(tools, pdf, {picture});
   const Waited waited = RunTo(tools, text, tools.EnsureAndStart(kName, text));
   host::Status status = expected.Result(waited, "没有生成PDF");
   if (!status || IsWholePdf(tools.World().files, pdf)) return status;
@@ -66,7 +66,7 @@ host::Status MakePdf(Tools& tools, const std::string& picture, const std::string
 host::Status MakeCmykPreview(Tools& tools, const std::string& file, const std::string& profile, const std::string& out,
                              const std::string& systemFolder) {
   if (host::Status fits = MayStand(Carrier::Quotes, kName, {file, profile, out, tools.App()}); !fits) return fits;
-  const ExpectedFile expected(tools, out);
+  const ExpectedFile expected(tools, out, {file});
   const std::string text = CmykPreviewText(file, tools.App(), profile, out);
   int started = tools.StartIn(systemFolder, kName, text);
   if (started != host::kStarted) started = tools.Start(kName, text);

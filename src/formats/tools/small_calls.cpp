@@ -27,7 +27,7 @@ std::string RecogniseText(Tools& tools, const std::string& picture) {
 
 host::Status CutCircle(Tools& tools, const std::string& source, const std::string& target, const base::Rect& box) {
   if (host::Status fits = MayStand(Carrier::Fields, "PicCirleCut", {source, target}); !fits) return fits;
-  const ExpectedFile expected(tools, target);
+  const ExpectedFile expected(tools, target, {source});
   const int started = tools.Start("PicCirleCut", CircleText(source, target, box));
   if (started != host::kStarted) return {host::Problem::Other, "无法启动 PicCirleCut"};
   PauseSeconds(tools.World(), kCirclePause);

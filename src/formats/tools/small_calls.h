@@ -14,7 +14,7 @@ namespace quillon::formats {
 std::string RecogniseText(Tools& tools, const std::string& picture);
 
 // PicCirleCut: the ellipse inside box as a picture of its own. Fine when target is a new file; one from before is
-// replaced, or goes where none was made.
+// replaced, or goes where none was made, unless it is source itself.
 host::Status CutCircle(Tools& tools, const std::string& source, const std::string& target, const base::Rect& box);
 
 // CutMedia, with arguments of FFmpeg in one text; a result other than Gone is no reason to look for its output.

@@ -21,9 +21,9 @@ constexpr double kSecondsAPage = 2;
 
 }  // namespace
 
-host::Status RunTiffsMaker(Tools& tools, const std::string& list, const std::string& out, int pages,
-                           const std::function<void(const std::string&)>& show) {
-  const ExpectedFile expected(tools, out);
+host::Status RunTiffsMaker(Tools& tools, const std::string& list, const std::vector<std::string>& pictures,
+                           const std::string& out, int pages, const std::function<void(const std::string&)>& show) {
+  const ExpectedFile expected(tools, out, pictures);
   WriteKey(tools.World(), key::kMakeTiffProg, "");
   if (tools.Start(kName, list) != host::kStarted) return {host::Problem::Other, "无法启动 DCTiffsMaker"};
   std::string told;
