@@ -39,7 +39,7 @@ std::string Cleaned(const std::string& text) {
 
 }  // namespace
 
-std::string ShortName(const std::string& name) {
+std::string ShortName(const std::string& name, int number) {
   const std::size_t point = name.rfind('.');
   const bool extended = point != std::string::npos && point > 0;
   const std::string stem = extended ? name.substr(0, point) : name;
@@ -49,13 +49,14 @@ std::string ShortName(const std::string& name) {
   const bool fits = !stem.empty() && stem == stemClean && extension == extensionClean && First(stem, kName) == stem &&
                     First(extension, kExtension) == extension && name.back() != '.';
   if (fits) return name;
-  return base::JoinPath("", First(stemClean, kNumbered) + "~1", First(extensionClean, kExtension));
+  const std::string numbered = First(stemClean, kNumbered) + "~" + std::to_string(number);
+  return base::JoinPath("", numbered, First(extensionClean, kExtension));
 }
 
-std::string ShortPath(const std::string& path) {
+std::string ShortPath(const std::string& path, int number) {
   const std::size_t slash = path.rfind('/');
-  if (slash == std::string::npos) return ShortName(path);
-  return path.substr(0, slash + 1) + ShortName(path.substr(slash + 1));
+  if (slash == std::string::npos) return ShortName(path, number);
+  return path.substr(0, slash + 1) + ShortName(path.substr(slash + 1), number);
 }
 
 }  // namespace quillon::imaging

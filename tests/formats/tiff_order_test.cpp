@@ -38,6 +38,7 @@ TEST_F(TiffOrderTest, PicturesAreOrderedAsOneNewTiff) {
   EXPECT_TRUE(world.shell.Starts().empty());
   EXPECT_EQ(Order("SaveNew", "", Finish::Yes), 0);
   EXPECT_TRUE(first);
+  EXPECT_EQ(orders.NewTiff(), made);
   EXPECT_EQ(order, base::Utf16WithMark(made + "\r\nSaveNew\r\n/in/中文.jpg\r\n/in/b.jpg\r\n"));
   EXPECT_EQ(world.folder.Names("out"), std::vector<std::string>{"keep.txt"});
   EXPECT_FALSE(AppHas("SavePicsToTiff.exe"));
@@ -58,9 +59,59 @@ TEST_F(TiffOrderTest, AnOrderFileThatDoesNotOpenIsTriedOnceMore) {
   }
 }
 
-TEST_F(TiffOrderTest, ANewTiffAppearsUnderTheShortName) {
-  EXPECT_EQ(TiffOrders::NewTiffPath("/out/Tiff.tiff"), "/out/Tiff~1.tif");
-  EXPECT_EQ(TiffOrders::NewTiffPath("/out/Tiff.tif"), "/out/Tiff.tif");
+// What has no file yet has no short name: one is put there for a moment. Where that fails the order is the same.
+TEST_F(TiffOrderTest, ANewNameIsTriedOut) {
+  for (const bool fails : {false, true}) {
+    world.faults.Clear();
+    if (fails) {
+      world.faults.Set({.call = host::testing::DiskCall::OpenNew, .error = EACCES, .pathHolds = "Tiff.tiff"});
+    } else {
+      world.faults.Before(host::testing::DiskCall::Remove, 1,
+                          [this] { EXPECT_EQ(world.folder.Read("out/Tiff.tiff"), "pdf"); });
+    }
+    Order("SaveNew", "/in/a.jpg", Finish::No);
+    EXPECT_EQ(world.faults.Fired(), fails ? 1 : 0);
+    EXPECT_EQ(world.faults.Count(host::testing::DiskCall::Remove), fails ? 0 : 1);
+    EXPECT_EQ(world.folder.Names("out"), std::vector<std::string>{"keep.txt"});
+    std::string order;
+    Helper("SavePicsToTiff.exe", 1, [&](const std::string&) { order = world.folder.Read("app/Ops.txt"); });
+    Order("SaveNew", "", Finish::Yes);
+    EXPECT_EQ(order, base::Utf16WithMark(made + "\r\nSaveNew\r\n/in/a.jpg\r\n"));
+  }
+}
+
+TEST_F(TiffOrderTest, ANameThatIsShortIsTakenAsItIs) {
+  target = world.folder.Write("out/Tiff.tif", "to be replaced");
+  Order("SaveNew", "/in/a.jpg", Finish::No);
+  EXPECT_EQ(orders.NewTiff(), target);
+}
+
+TEST_F(TiffOrderTest, AFileThatHasTheShortNameStays) {
+  world.folder.Write("out/Tiff~1.tif", "of the user");
+  world.folder.Write("out/Tiff~2.tif", "another result");
+  std::string order;
+  Helper("SavePicsToTiff.exe", 1, [&](const std::string&) {
+    order = world.folder.Read("app/Ops.txt");
+    EXPECT_TRUE(world.files.Save(orders.NewTiff(), "made"));
+  });
+  Order("SaveNew", "/in/a.jpg", Finish::No);
+  EXPECT_EQ(orders.NewTiff(), world.folder.Path("out/Tiff~3.tif"));
+  Order("SaveNew", "", Finish::Yes);
+  EXPECT_EQ(order, base::Utf16WithMark(orders.NewTiff() + "\r\nSaveNew\r\n/in/a.jpg\r\n"));
+  EXPECT_EQ(world.folder.Read("out/Tiff~1.tif"), "of the user");
+  EXPECT_EQ(world.folder.Read("out/Tiff~2.tif"), "another result");
+  EXPECT_EQ(world.folder.Read("out/Tiff~3.tif"), "made");
+}
+
+TEST_F(TiffOrderTest, WithoutAFreeShortNameNothingIsOrdered) {
+  for (int number = 1; number <= 9; ++number) {
+    world.folder.Write("out/Tiff~" + std::to_string(number) + ".tif", "taken");
+  }
+  Order("SaveNew", "/in/a.jpg", Finish::No);
+  EXPECT_EQ(orders.NewTiff(), "");
+  EXPECT_EQ(Order("SaveNew", "", Finish::Yes), 0);
+  EXPECT_TRUE(world.shell.Starts().empty());
+  EXPECT_EQ(world.folder.Read("out/Tiff~9.tif"), "taken");
 }
 
 TEST_F(TiffOrderTest, AFileThatGrowsIsWaitedFor) {

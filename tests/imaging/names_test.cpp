@@ -107,6 +107,8 @@ TEST(ShortName, MakesEightAndThree) {
   for (const Case& c : cases) EXPECT_EQ(ShortName(c.name), c.expected);
   EXPECT_EQ(ShortPath("/a long folder/Tiff.tiff"), "/a long folder/Tiff~1.tif");
   EXPECT_EQ(ShortPath("Tiff.tiff"), "Tiff~1.tif");
+  EXPECT_EQ(ShortPath("/a/Tiff.tiff", 2), "/a/Tiff~2.tif");
+  EXPECT_EQ(ShortPath("/a/Tiff.tif", 2), "/a/Tiff.tif");
 }
 
 TEST(Md5, OfFiles) {

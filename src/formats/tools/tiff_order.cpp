@@ -25,10 +25,17 @@ constexpr const char* kNoRuntime =
     "本机需要先安装Microsoft Net Framework 3.5或以上版本运行环境方能使用本功能！\r\n要立即下载Net3.5安装包吗？";
 constexpr int kYesNoQuestion = 36;
 constexpr const char* kRuntimeUrl = "https://quillon.example/download/net35";
+constexpr int kMostNumber = 9;
+
+std::string FreeShortPath(const host::Files& files, const std::string& target) {
+  for (int number = 1; number <= kMostNumber; ++number) {
+    std::string path = imaging::ShortPath(target, number);
+    if (path == target || !files.Look(path)) return path;
+  }
+  return "";
+}
 
 }  // namespace
-
-std::string TiffOrders::NewTiffPath(const std::string& target) { return imaging::ShortPath(target); }
 
 int TiffOrders::TiffOrder(const std::string& target, bool& firstFlag, const std::string& mode, const std::string& image,
                           Finish finish) {
@@ -52,7 +59,7 @@ int TiffOrders::TiffOrder(const std::string& target, bool& firstFlag, const std:
 void TiffOrders::Begin(const std::string& target, const std::string& mode) {
   host::Files& files = tools_.World().files;
   mode_ = mode;
-  out_ = mode == kCount ? target : NewTiffPath(target);
+  out_ = mode == kCount ? target : FreeShortPath(files, target);
   if (!files.Look(target) && files.Copy(tools_.AppPath("BasePdf.dll"), target)) {
     static_cast<void>(files.RemoveOwn(target));
   }
@@ -71,7 +78,7 @@ void TiffOrders::AddLine(const std::string& line) {
 }
 
 bool TiffOrders::Hand() {
-  if (!refused_.empty() && refused_.front() == out_) return false;
+  if (out_.empty() || (!refused_.empty() && refused_.front() == out_)) return false;
   host::Host& world = tools_.World();
   const std::string order = base::Utf16WithMark(lines_);
   lines_.clear();

@@ -21,8 +21,8 @@ class TiffOrders {
   static constexpr const char* kCount = "1";          // count the pages of the target
 
   // Each call adds image to the order; firstFlag set begins a new one and is cleared. With Finish::Yes, and at once for
-  // kCount, the order goes to the tool, and firstFlag is set again. A new tiff appears under the short name of target
-  // (NewTiffPath). The tool is ended when its result stops growing for 0.2 seconds, and in any case 0.6 seconds after
+  // kCount, the order goes to the tool, and firstFlag is set again. A new tiff appears under a short name of target
+  // (NewTiff). The tool is ended when its result stops growing for 0.2 seconds, and in any case 0.6 seconds after
   // it began to count. The page count for kCount, else 0.
   int TiffOrder(const std::string& target, bool& firstFlag, const std::string& mode, const std::string& image,
                 Finish finish);
@@ -31,8 +31,9 @@ class TiffOrders {
   // is one of them, nothing is ordered.
   const std::vector<std::string>& Refused() const { return refused_; }
 
-  // Where the tool puts a new tiff that was ordered under that name.
-  static std::string NewTiffPath(const std::string& target);
+  // Where the tool puts the new tiff of the last order: the target itself where it is short enough, else the first of
+  // its short names, numbered 1 to 9, that no file has. "" where all of them are taken; then nothing is ordered.
+  const std::string& NewTiff() const { return out_; }
 
  private:
   void Begin(const std::string& target, const std::string& mode);
