@@ -28,7 +28,17 @@ host::Status OutputTools::ToCmyk(const std::string& file) {
 }
 
 host::Status OutputTools::CopyExif(const std::string& source, const std::string& target) {
-  return formats::CopyExif(program_.tools, source, target);
+  host::Files& files = program_.host.files;
+  const auto facts = files.Look(target);
+  // A helper that is late is not ended and may still write: the name that it knows must never be that of a later
+  // picture, whose work file has the name of this one.
+  const std::string stem = "Exif" + std::to_string(facts ? facts->changed : 0);
+  const std::string own = base::JoinPath(program_.host.programFolder, stem, base::SplitPath(target).extension);
+  host::Status status = files.CopyOwn(target, own);
+  if (status) status = formats::CopyExif(program_.tools, source, own);
+  if (status) status = files.CopyOwn(own, target);
+  static_cast<void>(files.RemoveOwn(own));
+  return status;
 }
 
 host::Status OutputTools::ToPdf(const std::string& picture, const std::string& pdf) {

@@ -65,5 +65,43 @@ TEST_F(OutputToolsTest, AConversionOfAnotherSizeIsRefused) {
   EXPECT_TRUE(helpers.ToCmyk(file));
 }
 
+// The target that an order of the helper names.
+std::string TargetIn(const std::string& order) {
+  const std::size_t bar = order.find('|');
+  return bar == std::string::npos ? "" : order.substr(bar + 1, order.find('|', bar + 1) - bar - 1);
+}
+
+TEST_F(OutputToolsTest, ADescribedPictureReplacesTheWorkFile) {
+  OutputTools helpers(program);
+  WriteApp("Tmp2.jpg", "plain");
+  Helper("TessaExifHandler.exe", 2, [this](const std::string&) {
+    const std::string target = TargetIn(Key("Exif"));
+    std::string content;
+    EXPECT_TRUE(world.files.ReadFile(target, content));
+    EXPECT_TRUE(world.files.Save(target, content + " described"));
+  });
+  EXPECT_TRUE(helpers.CopyExif("/in/a.jpg", App("Tmp2.jpg")));
+  EXPECT_EQ(world.folder.Read("app/Tmp2.jpg"), "plain described");
+  EXPECT_EQ(world.folder.Names("app"), (std::vector<std::string>{"PicHandler.dll", "Tmp2.jpg"}));
+}
+
+// A helper that hangs is left behind with the first picture. What it writes at last, while the second one stands in the
+// same work file, goes nowhere.
+TEST_F(OutputToolsTest, ALateHelperDoesNotMeetTheNextPicture) {
+  OutputTools helpers(program);
+  std::vector<std::string> targets;
+  Helper("TessaExifHandler.exe", 0, [&](const std::string&) { targets.push_back(TargetIn(Key("Exif"))); });
+  WriteApp("Tmp2.jpg", "first");
+  EXPECT_EQ(helpers.CopyExif("/in/a.jpg", App("Tmp2.jpg")).Why(), "TessaExifHandler 没有按时完成");
+  EXPECT_EQ(world.folder.Read("app/Tmp2.jpg"), "first");
+  ASSERT_TRUE(world.files.RemoveOwn(App("Tmp2.jpg")));
+  WriteApp("Tmp2.jpg", "second");
+  world.pump.OnTurn(20, [&] { EXPECT_TRUE(world.files.Save(targets.at(0), "first described")); });
+  EXPECT_FALSE(helpers.CopyExif("/in/b.jpg", App("Tmp2.jpg")));
+  EXPECT_EQ(world.folder.Read("app/Tmp2.jpg"), "second");
+  ASSERT_EQ(targets.size(), 2u);
+  EXPECT_NE(targets[0], targets[1]);
+}
+
 }  // namespace
 }  // namespace quillon::formats

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Quillon developers
 // SPDX-License-Identifier: GPL-3.0-or-later
+#include "helpers/exif/describe.h"
 #include "helpers/frame/helper.h"
-#include "helpers/tessa_exif_handler/describe.h"
 #include "helpers/tessa_exif_handler/exif_order.h"
 
 namespace quillon::helpers {

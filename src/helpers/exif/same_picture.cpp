@@ -1,13 +1,13 @@
 // SPDX-FileCopyrightText: 2026 The Quillon developers
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "helpers/tessa_exif_handler/same_picture.h"
+#include "helpers/exif/same_picture.h"
 
 #include <array>
 #include <cstdint>
 #include <cstring>
 #include <string>
 
-#include "helpers/tessa_exif_handler/tiff_data.h"
+#include "helpers/exif/tiff_data.h"
 
 namespace quillon::helpers {
 namespace {

@@ -13,6 +13,7 @@ namespace quillon::helpers {
 // Thumbnails and previews, which show what may have been cut away, do not come along.
 //
 // target is replaced by a copy that was checked to hold the very same picture; on any failure it stays as it is.
+// So does another file that took its place meanwhile.
 // Unsupported: a format that can hold none of this. Damaged: one of the files cannot be read.
 host::Status CopyDescription(host::Files& files, const std::string& source, const std::string& target);
 

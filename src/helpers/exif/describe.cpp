@@ -1,15 +1,16 @@
 // SPDX-FileCopyrightText: 2026 The Quillon developers
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "helpers/tessa_exif_handler/describe.h"
+#include "helpers/exif/describe.h"
 
 #include <exiv2/exiv2.hpp>
 
 #include <array>
+#include <optional>
 #include <set>
 #include <string_view>
 
 #include "base/rect.h"
-#include "helpers/tessa_exif_handler/same_picture.h"
+#include "helpers/exif/same_picture.h"
 #include "imaging/jpeg_exif.h"
 #include "imaging/jpeg_head.h"
 
@@ -198,9 +199,16 @@ Status FromLibrary(const Exiv2::Error& error) {
   }
 }
 
+bool IsStill(const host::Files& files, const std::string& path, const std::optional<host::FileFacts>& before) {
+  const auto now = files.Look(path);
+  return now && before && now->device == before->device && now->inode == before->inode &&
+         now->changed == before->changed;
+}
+
 }  // namespace
 
 Status CopyDescription(host::Files& files, const std::string& source, const std::string& target) {
+  const auto before = files.Look(target);
   std::string from;
   std::string to;
   if (Status read = files.ReadFile(source, from, kLargestFile); !read) return read;
@@ -213,7 +221,12 @@ Status CopyDescription(host::Files& files, const std::string& source, const std:
     return FromLibrary(error);
   }
   if (!SamePicture(to, described)) return {Problem::Damaged, "写入Exif后的图片与原图不符，没有保存"};
-  return files.Save(target, described);
+  return files.Save(target, [&](host::Draft& draft) {
+    Status written = draft.Write(described.data(), described.size());
+    // As late as can be: who waited for this too long may have put another picture there.
+    if (written && !IsStill(files, target, before)) written = {Problem::Other, "目标文件已有变化，没有写入Exif"};
+    return written;
+  });
 }
 
 }  // namespace quillon::helpers

@@ -1,6 +1,6 @@
 // SPDX-FileCopyrightText: 2026 The Quillon developers
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "helpers/tessa_exif_handler/tiff_data.h"
+#include "helpers/exif/tiff_data.h"
 
 #include <tiffio.h>
 
