@@ -29,6 +29,8 @@ const std::vector<Layer>& Layers() {
   static const Folders kSuite = {"base", "controls", "host", "imaging", "formats/tools", "job", "formats", "regions"};
   static const Folders kPrograms = {"base", "controls", "host",    "imaging", "formats/tools",
                                     "job",  "formats",  "regions", "suite",   "host/posix"};
+  static const Folders kHelpers = {"base",    "controls", "host",       "imaging", "formats/tools", "job", "formats",
+                                   "regions", "suite",    "host/posix", "ui"};
   static const Folders kApp = {"base",    "controls", "host",  "imaging",    "formats/tools", "job",
                                "formats", "regions",  "suite", "host/posix", "batch",         "ui"};
   static const std::vector<Layer> kLayers = {
@@ -45,7 +47,7 @@ const std::vector<Layer>& Layers() {
       {"suite", kSuite},
       {"batch", kPrograms},
       {"ui", kPrograms},
-      {"helpers", kPrograms},
+      {"helpers", kHelpers},
       {"app", kApp},
   };
   return kLayers;

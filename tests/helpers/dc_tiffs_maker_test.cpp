@@ -249,11 +249,14 @@ TEST_F(DCTiffsMaker, RefusesOrdersThatAreNone) {
   EXPECT_EQ(app.Names(), (std::vector<std::string>{"1.png", "OkList.txt"}));
 }
 
-TEST_F(DCTiffsMaker, ANumberStandsForTheOrderOfTheProgramFolder) {
-  EXPECT_EQ(app.Run("DCTiffsMaker", {"3"}).exit, 1);
+// The run tells of a picture that it had to leave out.
+TEST_F(DCTiffsMaker, NamesThePicturesThatItLeavesOut) {
   Picture("1.png", Waves(10, 10));
-  app.Write("OkList.txt", Of({"1.png"}).Text());
-  EXPECT_EQ(app.Run("DCTiffsMaker", {"3"}).exit, 0);
+  app.Write("2.png", "no picture");
+  const Ran ran = Run(Of({"1.png", "2.png"}));
+  EXPECT_EQ(ran.exit, 0);
+  EXPECT_EQ(ran.err.rfind("DCTiffsMaker: 2.png：", 0), 0U) << ran.err;
+  EXPECT_EQ(app.Get("MakeTiffProg"), "True");
   EXPECT_EQ(TiffPageCount(app.Path("out.tif")), 1);
 }
 

@@ -1,11 +1,12 @@
 // SPDX-FileCopyrightText: 2026 The Quillon developers
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "helpers/dc_tiffs_maker/tiff_maker.h"
+#include "helpers/dc_tiffs_maker/visible_form.h"
 
 namespace quillon::helpers {
 namespace {
 
-// The parameter is the path of the order; a number of files, which a person's call has, stands for "OkList.txt" of the
+// The parameter is the path of the order; anything else, where no window can be shown, stands for "OkList.txt" of the
 // program folder.
 host::Status Execute(Helper& helper) {
   const std::string& text = helper.Parameters();
@@ -19,5 +20,10 @@ host::Status Execute(Helper& helper) {
 }  // namespace quillon::helpers
 
 int main(int count, char** arguments) {
-  return quillon::helpers::RunHelper("DCTiffsMaker", count, arguments, quillon::helpers::Execute);
+  using namespace quillon::helpers;
+  // Its time grows with the number of pictures.
+  constexpr unsigned kSeconds = 24 * 3600;
+  // Only the one without a window decodes pictures, and is shut in.
+  if (WantsWindow(count, arguments)) return ShowWindow(count, arguments);
+  return RunHelper("DCTiffsMaker", count, arguments, Execute, {.seconds = kSeconds});
 }

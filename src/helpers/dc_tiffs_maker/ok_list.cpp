@@ -3,18 +3,18 @@
 #include "helpers/dc_tiffs_maker/ok_list.h"
 
 #include <algorithm>
-#include <array>
 #include <regex>
 
 #include "base/number_text.h"
 #include "base/path_text.h"
+#include "helpers/frame/helper.h"
 #include "helpers/orders/order_text.h"
 
 namespace quillon::helpers {
 namespace {
 
 constexpr std::size_t kValues = 27;
-constexpr std::array kQualities{92, 70, 50};
+constexpr int kLastQuality = 2;
 constexpr int kMostSide = 65500;
 constexpr int kMostDpi = 10000;
 constexpr std::size_t kMostName = 4096;
@@ -42,7 +42,7 @@ void Fill(Values values, OkList& order) {
   order.application = values.Text();
   order.target = values.Text();
   order.compress = values.Flag();
-  order.quality = kQualities[static_cast<std::size_t>(values.Number(0, kQualities.size() - 1))];
+  order.quality = values.Number(0, kLastQuality);
   order.colour = values.Flag();
   order.grey = values.Flag();
   order.resize = values.Flag();

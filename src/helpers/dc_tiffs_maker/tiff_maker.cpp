@@ -2,6 +2,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "helpers/dc_tiffs_maker/tiff_maker.h"
 
+#include <array>
+
+#include "formats/tools/keys.h"
 #include "helpers/dc_tiffs_maker/ok_list.h"
 #include "imaging/adjust.h"
 #include "imaging/services.h"
@@ -12,7 +15,9 @@ namespace {
 
 using imaging::TiffCompression;
 
-constexpr const char* kKey = "MakeTiffProg";
+constexpr std::array kQualities{92, 70, 50};
+
+std::string NameOf(const std::string& path) { return path.substr(path.rfind('/') + 1); }
 
 class Maker {
  public:
@@ -27,6 +32,7 @@ class Maker {
         Tell(++number);
         const host::Status added = AddPicture(picture, tiff);
         if (added.DiskFull()) return added;
+        if (!added) Complain("DCTiffsMaker", NameOf(picture) + "：" + added.Why());
         if (first) first = added;
       }
       if (!first && (tiff.Count() == 0 || helper_.Files().Look(order_.target))) return first;
@@ -36,7 +42,7 @@ class Maker {
 
  private:
   void Tell(int number) {
-    helper_.Set(order_.application, kKey,
+    helper_.Set(order_.application, formats::key::kMakeTiffProg,
                 "Tiff压制中，" + std::to_string(number) + "/" + std::to_string(order_.pictures.size()));
   }
 
@@ -59,9 +65,9 @@ class Maker {
     if (host::Status prepared = Prepare(picture, image); !prepared) return prepared;
     const bool blackWhite = !order_.colour && !order_.grey;
     const TiffCompression kept = order_.compress ? TiffCompression::Jpeg : TiffCompression::Lzw;
-    return tiff.Add(
-        image,
-        {.compression = blackWhite ? TiffCompression::Group4 : kept, .quality = order_.quality, .dpi = order_.dpi});
+    return tiff.Add(image, {.compression = blackWhite ? TiffCompression::Group4 : kept,
+                            .quality = kQualities[static_cast<std::size_t>(order_.quality)],
+                            .dpi = order_.dpi});
   }
 
   host::Status Prepare(const std::string& picture, imaging::Image& image) {
@@ -109,13 +115,13 @@ host::Status MakeTiffByList(Helper& helper, const std::string& path) {
   OkList order;
   if (host::Status read = ReadOkList(helper.Files(), path, order); !read) {
     // The file tells whose settings; without it nobody can be told.
-    if (!order.application.empty()) helper.Set(order.application, kKey, read.Why());
+    if (!order.application.empty()) helper.Set(order.application, formats::key::kMakeTiffProg, read.Why());
     return read;
   }
   if (order.headFirst) PutHeadsFirst(order);
   host::Status made = Maker(helper, order).Make();
   if (made) made = Verify(helper, order);
-  helper.Set(order.application, kKey, made ? "True" : made.DiskFull() ? "FullDisk" : made.Why());
+  helper.Set(order.application, formats::key::kMakeTiffProg, made ? "True" : made.DiskFull() ? "FullDisk" : made.Why());
   return made;
 }
 

@@ -17,8 +17,6 @@ namespace {
 
 constexpr const char* kSection = "Default";
 
-void Complain(const char* name, const std::string& why) { std::fprintf(stderr, "%s: %s\n", name, why.c_str()); }
-
 host::Status Guarded(Helper& helper, Work work) {
   try {
     return work(helper);
@@ -47,6 +45,8 @@ std::string Helper::Get(const std::string& application, const std::string& key) 
 void Helper::Set(const std::string& application, const std::string& key, const std::string& value) {
   world_.settings.Set(application, kSection, key, value);
 }
+
+void Complain(const char* name, const std::string& why) { std::fprintf(stderr, "%s: %s\n", name, why.c_str()); }
 
 host::Status WrongCall(const std::string& why) { return {host::Problem::Other, "参数错误：" + why}; }
 

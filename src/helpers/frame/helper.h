@@ -38,6 +38,9 @@ class Helper {
   std::string text_;
 };
 
+// A line on the error output, behind the helper's name.
+void Complain(const char* name, const std::string& why);
+
 // A failure of the call itself: text that the helper cannot read.
 host::Status WrongCall(const std::string& why);
 
