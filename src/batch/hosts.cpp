@@ -107,10 +107,10 @@ std::string LazySettings::Get(const std::string& application, const std::string&
   return store_ ? store_->Get(application, section, key) : std::string();
 }
 
-void LazySettings::Set(const std::string& application, const std::string& section, const std::string& key,
+bool LazySettings::Set(const std::string& application, const std::string& section, const std::string& key,
                        const std::string& value) {
   Open();
-  store_->Set(application, section, key, value);
+  return store_->Set(application, section, key, value);
 }
 
 void LazySettings::Open() {

@@ -127,7 +127,7 @@ class LazySettings final : public host::Settings {
   LazySettings(Make make, std::function<bool()> exists) : make_(std::move(make)), exists_(std::move(exists)) {}
 
   std::string Get(const std::string& application, const std::string& section, const std::string& key) override;
-  void Set(const std::string& application, const std::string& section, const std::string& key,
+  bool Set(const std::string& application, const std::string& section, const std::string& key,
            const std::string& value) override;
   // Makes the store, so that helpers find it.
   void Open();

@@ -30,12 +30,13 @@ class Clock {
   virtual void Sleep(double seconds) = 0;
 };
 
-// Per-user texts by application, section and key, shared with the helper programs. A missing value is empty.
+// Per-user texts by application, section and key, shared with the helper programs. A missing value is empty. Set tells
+// whether the others see the value; one that they do not see is kept for this program alone.
 class Settings {
  public:
   virtual ~Settings() = default;
   virtual std::string Get(const std::string& application, const std::string& section, const std::string& key) = 0;
-  virtual void Set(const std::string& application, const std::string& section, const std::string& key,
+  virtual bool Set(const std::string& application, const std::string& section, const std::string& key,
                    const std::string& value) = 0;
 };
 

@@ -3,12 +3,15 @@
 #include <fcntl.h>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <sqlite3.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
 #include <cstdlib>
 #include <filesystem>
 #include <functional>
+#include <optional>
+#include <stdexcept>
 #include <thread>
 
 #include "host/posix/sqlite_settings.h"
@@ -33,6 +36,100 @@ class SettingsTest : public ::testing::Test {
 
   TempFolder folder;
 };
+
+// Another program at the database.
+class Intruder {
+ public:
+  explicit Intruder(const std::string& path) {
+    if (sqlite3_open(path.c_str(), &database_) != SQLITE_OK) throw std::runtime_error("cannot open " + path);
+  }
+  ~Intruder() { sqlite3_close(database_); }
+  Intruder(const Intruder&) = delete;
+  Intruder& operator=(const Intruder&) = delete;
+
+  void Does(const char* statement) {
+    const int result = sqlite3_exec(database_, statement, nullptr, nullptr, nullptr);
+    EXPECT_EQ(result, SQLITE_OK) << statement << ": " << sqlite3_errmsg(database_);
+  }
+
+ private:
+  sqlite3* database_ = nullptr;
+};
+
+// Two programs that do not wait long.
+class SharedSettingsTest : public SettingsTest {
+ protected:
+  static constexpr int kImpatient = 1;
+
+  static bool Set(SqliteSettings& settings, const std::string& value) {
+    return settings.Set("Quillon", "Default", "QxBackImg", value);
+  }
+  static std::string Get(SqliteSettings& settings) { return settings.Get("Quillon", "Default", "QxBackImg"); }
+
+  SqliteSettings program{folder.Path("q"), kImpatient};
+  SqliteSettings helper{folder.Path("q"), kImpatient};
+  Intruder intruder{folder.Path("q/settings.db")};
+};
+
+TEST_F(SharedSettingsTest, AValueThatALockKeptOutIsWrittenByALaterGet) {
+  EXPECT_TRUE(Set(program, "old"));
+  intruder.Does("BEGIN IMMEDIATE");
+  EXPECT_FALSE(Set(program, "command"));
+  EXPECT_EQ(Get(program), "command");
+  EXPECT_EQ(Get(helper), "old");
+  intruder.Does("COMMIT");
+  EXPECT_EQ(Get(program), "command");
+  EXPECT_EQ(Get(helper), "command");
+  EXPECT_TRUE(Set(helper, "1"));
+  EXPECT_EQ(Get(program), "1");
+}
+
+TEST_F(SharedSettingsTest, AnAnswerGivenMeanwhileStands) {
+  for (const char* before : {"", "old"}) {
+    if (*before != '\0') Set(helper, before);
+    intruder.Does("BEGIN IMMEDIATE");
+    EXPECT_FALSE(Set(program, "command"));
+    intruder.Does("COMMIT");
+    EXPECT_TRUE(Set(helper, "answer"));
+    EXPECT_EQ(Get(program), "answer");
+    EXPECT_EQ(Get(helper), "answer");
+  }
+}
+
+// Nothing is ever deleted, so a value that is gone went with a database that somebody set aside.
+TEST_F(SharedSettingsTest, AValueIsPutIntoADatabaseBegunAnew) {
+  EXPECT_TRUE(Set(program, "/a.jpg"));
+  intruder.Does("DELETE FROM setting");
+  EXPECT_EQ(Get(helper), "");
+  EXPECT_EQ(Get(program), "/a.jpg");
+  EXPECT_EQ(Get(helper), "/a.jpg");
+}
+
+TEST_F(SharedSettingsTest, AReadThatFailsAnswersWhatWasKnown) {
+  EXPECT_TRUE(Set(program, "/a.jpg"));
+  EXPECT_EQ(Get(helper), "/a.jpg");
+  intruder.Does("ALTER TABLE setting RENAME TO elsewhere");
+  EXPECT_EQ(Get(program), "/a.jpg");
+  EXPECT_EQ(Get(helper), "/a.jpg");
+  EXPECT_EQ(helper.Get("Quillon", "Default", "Other"), "");
+  intruder.Does("ALTER TABLE elsewhere RENAME TO setting");
+  EXPECT_TRUE(Set(helper, ""));
+  EXPECT_EQ(Get(program), "");
+}
+
+TEST_F(SettingsTest, ADatabaseThatIsLockedAtTheStartIsSharedLater) {
+  SqliteSettings(folder.Path("q")).Set("Quillon", "Default", "Key", "old");
+  std::optional<Intruder> intruder(folder.Path("q/settings.db"));
+  intruder->Does("PRAGMA locking_mode = EXCLUSIVE");
+  intruder->Does("BEGIN EXCLUSIVE");
+  SqliteSettings settings(folder.Path("q"), 1);
+  EXPECT_FALSE(settings.Set("Quillon", "Default", "Key", "new"));
+  EXPECT_EQ(settings.Get("Quillon", "Default", "Key"), "new");
+  intruder->Does("COMMIT");
+  intruder.reset();
+  EXPECT_TRUE(settings.Set("Quillon", "Default", "Key", "newer"));
+  EXPECT_EQ(SqliteSettings(folder.Path("q")).Get("Quillon", "Default", "Key"), "newer");
+}
 
 TEST_F(SettingsTest, AMissingValueIsEmpty) {
   SqliteSettings settings(folder.Path("q"));
@@ -165,7 +262,7 @@ TEST_F(SettingsTest, WithoutAPlaceValuesLiveOnInMemory) {
   folder.Write("file", "");
   SqliteSettings settings(folder.Path("file/q"));
   EXPECT_EQ(settings.Get("Quillon", "Default", "Key"), "");
-  settings.Set("Quillon", "Default", "Key", "kept");
+  EXPECT_FALSE(settings.Set("Quillon", "Default", "Key", "kept"));
   EXPECT_EQ(settings.Get("Quillon", "Default", "Key"), "kept");
 }
 
@@ -178,7 +275,7 @@ TEST_F(SettingsTest, AReadOnlyDatabaseIsReadAndChangesLiveOnInMemory) {
               if (geteuid() == 0 && setuid(65534) != 0) return 9;
               SqliteSettings settings(folder.Path("q"));
               if (settings.Get("Quillon", "Default", "Key") != "stored") return 1;
-              settings.Set("Quillon", "Default", "Key", "changed");
+              if (settings.Set("Quillon", "Default", "Key", "changed")) return 3;
               return settings.Get("Quillon", "Default", "Key") == "changed" ? 0 : 2;
             }),
             0);

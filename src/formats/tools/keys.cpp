@@ -13,8 +13,12 @@ std::string ReadKey(host::Host& host, const std::string& key, const std::string&
   return host.settings.Get(application, kSection, key);
 }
 
-void WriteKey(host::Host& host, const std::string& key, const std::string& value, const std::string& application) {
-  host.settings.Set(application, kSection, key, value);
+bool WriteKey(host::Host& host, const std::string& key, const std::string& value, const std::string& application) {
+  return host.settings.Set(application, kSection, key, value);
+}
+
+host::Status NotHeard(const std::string& helper) {
+  return {host::Problem::Other, "设置无法写入，不能把命令交给 " + helper};
 }
 
 }  // namespace quillon::formats

@@ -33,9 +33,12 @@ inline constexpr const char* kPicsToGif = "PicsToGif";        // frames assemble
 
 }  // namespace key
 
-// A missing value is empty.
+// A missing value is empty. WriteKey tells whether the helpers see the value; where they do not, there is no use in
+// waiting for their answer.
 std::string ReadKey(host::Host& host, const std::string& key, const std::string& application = kTitle);
-void WriteKey(host::Host& host, const std::string& key, const std::string& value,
+bool WriteKey(host::Host& host, const std::string& key, const std::string& value,
               const std::string& application = kTitle);
+// What a call fails with then.
+host::Status NotHeard(const std::string& helper);
 
 }  // namespace quillon::formats

@@ -59,9 +59,9 @@ class LateSettings final : public host::Settings {
   std::string Get(const std::string& application, const std::string& section, const std::string& key) override {
     return Store().Get(application, section, key);
   }
-  void Set(const std::string& application, const std::string& section, const std::string& key,
+  bool Set(const std::string& application, const std::string& section, const std::string& key,
            const std::string& value) override {
-    Store().Set(application, section, key, value);
+    return Store().Set(application, section, key, value);
   }
 
  private:

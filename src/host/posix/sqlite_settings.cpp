@@ -18,7 +18,6 @@ namespace {
 
 namespace fs = std::filesystem;
 
-constexpr int kBusyMilliseconds = 5000;
 constexpr int kMostAside = 1000;
 
 constexpr const char* kDatabase = "settings.db";
@@ -75,6 +74,23 @@ class JudgeLock {
   int handle_;
 };
 
+// Lets nothing wait for a lock meanwhile.
+class Impatient {
+ public:
+  Impatient(sqlite3* database, int patience) : database_(database), patience_(patience) {
+    if (database_) sqlite3_busy_timeout(database_, 0);
+  }
+  ~Impatient() {
+    if (database_) sqlite3_busy_timeout(database_, patience_);
+  }
+  Impatient(const Impatient&) = delete;
+  Impatient& operator=(const Impatient&) = delete;
+
+ private:
+  sqlite3* database_;
+  int patience_;
+};
+
 }  // namespace
 
 void SqliteSettings::CloseDatabase::operator()(sqlite3* database) const { sqlite3_close_v2(database); }
@@ -88,7 +104,7 @@ std::string SettingsFolder(const std::string& programFolder) {
 
 SqliteSettings::SqliteSettings() : SqliteSettings(UserFolder()) {}
 
-SqliteSettings::SqliteSettings(std::string folder) : folder_(std::move(folder)) {
+SqliteSettings::SqliteSettings(std::string folder, int patience) : folder_(std::move(folder)), patience_(patience) {
   std::error_code ignored;
   fs::create_directories(folder_, ignored);
   OpenSound();
@@ -98,13 +114,11 @@ SqliteSettings::~SqliteSettings() = default;
 
 void SqliteSettings::OpenSound() {
   if (!Damaged(Open())) return;
-  Drop();
   const JudgeLock lock(folder_);
   // Another program may have begun it anew meanwhile.
   if (!Damaged(Open())) return;
-  Drop();
   SetAside();
-  if (Open() != SQLITE_OK) Drop();
+  Open();
 }
 
 void SqliteSettings::Drop() {
@@ -116,17 +130,19 @@ void SqliteSettings::Drop() {
 int SqliteSettings::Open() {
   const std::string path = base::JoinPath(folder_, kDatabase);
   const int result = Open(path, SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE);
-  if (result == SQLITE_OK || Damaged(result)) return result;
+  shared_ = result == SQLITE_OK;
+  if (shared_ || Damaged(result)) return result;
   // Where nothing may be written, not even beside the database, what stands in it can still be read.
   return Open("file:" + PercentEncoded(path) + "?immutable=1", SQLITE_OPEN_READONLY | SQLITE_OPEN_URI);
 }
 
 int SqliteSettings::Open(const std::string& place, int flags) {
+  Drop();
   sqlite3* opened = nullptr;
   int result = sqlite3_open_v2(place.c_str(), &opened, flags | SQLITE_OPEN_FULLMUTEX, nullptr);
   database_.reset(opened);
   if (result == SQLITE_OK) {
-    sqlite3_busy_timeout(opened, kBusyMilliseconds);
+    sqlite3_busy_timeout(opened, patience_);
     result = Prepare();
   }
   if (result != SQLITE_OK) Drop();
@@ -191,35 +207,60 @@ int SqliteSettings::Write(const Key& key, const std::string& value) {
   return result;
 }
 
+// Does it once more where it found damage, in the database begun anew.
+int SqliteSettings::Sound(const std::function<int()>& act) {
+  const int result = act();
+  if (!Damaged(result)) return result;
+  OpenSound();
+  return act();
+}
+
+std::optional<std::string> SqliteSettings::Standing(const Key& key) {
+  const Impatient impatient(database_.get(), patience_);
+  std::string value;
+  const int result = Read(key, value);
+  return result == SQLITE_ROW || result == SQLITE_DONE ? std::optional(std::move(value)) : std::nullopt;
+}
+
+// For a value that others do not see yet.
+std::string SqliteSettings::TryAgain(const Key& key, Known& known) {
+  const auto now = Standing(key);
+  if (now && known.before && *now != *known.before) {
+    known = {*now};
+    return known.value;
+  }
+  const Impatient impatient(database_.get(), patience_);
+  known.stands = Write(key, known.value) == SQLITE_DONE;
+  return known.value;
+}
+
 std::string SqliteSettings::Get(const std::string& application, const std::string& section, const std::string& key) {
   const std::lock_guard lock(mutex_);
   const Key place{application, section, key};
-  if (const auto found = unsaved_.find(place); found != unsaved_.end()) return found->second;
+  const auto known = known_.find(place);
+  if (known != known_.end() && !known->second.stands) return TryAgain(place, known->second);
   std::string value;
-  if (Damaged(Read(place, value))) {
-    Drop();
-    OpenSound();
-    value.clear();
-    Read(place, value);
+  const int result = Sound([&] { return Read(place, value); });
+  if (result == SQLITE_ROW) {
+    known_[place] = {value};
+    return value;
   }
-  return value;
+  if (known == known_.end()) return "";
+  // Nobody deletes a value: without one the database was begun anew.
+  if (result == SQLITE_DONE) Write(place, known->second.value);
+  return known->second.value;
 }
 
-void SqliteSettings::Set(const std::string& application, const std::string& section, const std::string& key,
+bool SqliteSettings::Set(const std::string& application, const std::string& section, const std::string& key,
                          const std::string& value) {
   const std::lock_guard lock(mutex_);
   const Key place{application, section, key};
-  int result = Write(place, value);
-  if (Damaged(result)) {
-    Drop();
-    OpenSound();
-    result = Write(place, value);
-  }
-  if (result == SQLITE_DONE) {
-    unsaved_.erase(place);
-  } else {
-    unsaved_[place] = value;
-  }
+  if (!shared_) OpenSound();
+  Known known{value, false, Standing(place)};
+  known.stands = Sound([&] { return Write(place, value); }) == SQLITE_DONE;
+  const bool stands = known.stands;
+  known_[place] = std::move(known);
+  return stands;
 }
 
 }  // namespace quillon::host::posix

@@ -34,10 +34,11 @@ std::string MemorySettings::Get(const std::string& application, const std::strin
   return found == values_.end() ? "" : found->second;
 }
 
-void MemorySettings::Set(const std::string& application, const std::string& section, const std::string& key,
+bool MemorySettings::Set(const std::string& application, const std::string& section, const std::string& key,
                          const std::string& value) {
   values_[{application, section, key}] = value;
   if (act_) act_(key, value);
+  return !refuses_;
 }
 
 std::vector<ProcessFacts> ScriptedProcesses::Running() {

@@ -51,14 +51,17 @@ class MemorySettings final : public Settings {
  public:
   // Runs after each Set, as a helper program that watches the store would.
   void OnSet(std::function<void(const std::string& key, const std::string& value)> act) { act_ = std::move(act); }
+  // From now on nobody else sees what is set.
+  void Refuse() { refuses_ = true; }
 
   std::string Get(const std::string& application, const std::string& section, const std::string& key) override;
-  void Set(const std::string& application, const std::string& section, const std::string& key,
+  bool Set(const std::string& application, const std::string& section, const std::string& key,
            const std::string& value) override;
 
  private:
   std::map<std::tuple<std::string, std::string, std::string>, std::string> values_;
   std::function<void(const std::string&, const std::string&)> act_;
+  bool refuses_ = false;
 };
 
 // Processes that a test makes up.
