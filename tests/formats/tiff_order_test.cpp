@@ -128,6 +128,17 @@ TEST_F(TiffOrderTest, AFileThatGrowsIsWaitedFor) {
   EXPECT_TRUE(world.folder.Exists("out/Tiff~1.tif"));
 }
 
+TEST_F(TiffOrderTest, AnAssemblyThatLastsIsShown) {
+  Helper("SavePicsToTiff.exe", 0);
+  std::string content;
+  world.pump.EveryTurn([&] {
+    if (world.clock.Seconds() < 4) world.folder.Write("out/Tiff~1.tif", content += "1");
+  });
+  Order("SaveNew", "/in/a.jpg", Finish::No);
+  Order("SaveNew", "", Finish::Yes);
+  EXPECT_EQ(waiting, (std::vector<std::string>{"SavePicsToTiff.exe", ""}));
+}
+
 TEST_F(TiffOrderTest, ADraftThatGrowsIsWaitedForAndSweptWhenItStops) {
   Helper("SavePicsToTiff.exe", 0,
          [&](const std::string&) { world.folder.Write("out/.Tiff~1.tif.quillon-aaaaaa", ""); });

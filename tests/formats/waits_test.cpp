@@ -2,6 +2,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "formats/tools_fixture.h"
 
+#include <algorithm>
+
 namespace quillon::formats {
 namespace {
 
@@ -42,6 +44,68 @@ TEST_F(WaitsTest, AWaitRestsBetweenLooks) {
   tools.Wait("X.exe");
   EXPECT_GE(world.clock.Slept(), 0.045);
   EXPECT_LT(world.clock.Slept(), 0.5);
+}
+
+// Looking for processes takes a while, as on a machine that runs thousands.
+class SlowProcesses final : public host::Processes {
+ public:
+  static constexpr double kSeconds = 0.02;
+
+  SlowProcesses(host::testing::FakeClock& clock, int looks) : clock_(clock), left_(looks) {}
+  std::vector<host::ProcessFacts> Running() override {
+    clock_.Advance(kSeconds);
+    if (left_-- <= 0) return {};
+    return {{1, "X.exe", "/elsewhere", false}};
+  }
+  bool End(int) override { return false; }
+
+ private:
+  host::testing::FakeClock& clock_;
+  int left_;
+};
+
+TEST_F(WaitsTest, ALongRestHasTurnsWithinIt) {
+  constexpr int kLooks = 5;
+  SlowProcesses processes(world.clock, kLooks);
+  host::Host slow{world.boxes,
+                  world.dialogs,
+                  world.pump,
+                  world.clock,
+                  world.files,
+                  world.settings,
+                  processes,
+                  world.shell,
+                  world.screen,
+                  world.instance,
+                  world.host.programFolder};
+  double last = 0;
+  double longest = 0;
+  world.pump.EveryTurn([&] {
+    longest = std::max(longest, world.clock.Seconds() - last);
+    last = world.clock.Seconds();
+  });
+  EXPECT_EQ(Tools(slow).Wait("X.exe"), Waited::Gone);
+  EXPECT_LT(longest, 2 * SlowProcesses::kSeconds);
+  EXPECT_GT(world.clock.Seconds(), 9 * kLooks * SlowProcesses::kSeconds) << "looks take a tenth of the time";
+}
+
+TEST_F(WaitsTest, ALongRestEndsWithAStop) {
+  SlowProcesses processes(world.clock, 100);
+  host::Host slow{world.boxes,
+                  world.dialogs,
+                  world.pump,
+                  world.clock,
+                  world.files,
+                  world.settings,
+                  processes,
+                  world.shell,
+                  world.screen,
+                  world.instance,
+                  world.host.programFolder};
+  bool ends = false;
+  world.pump.OnTurn(3, [&] { ends = true; });
+  EXPECT_EQ(Tools(slow, {.stopped = [&] { return ends; }}).Wait("X.exe"), Waited::Stopped);
+  EXPECT_LT(world.clock.Seconds(), 5 * SlowProcesses::kSeconds);
 }
 
 TEST_F(WaitsTest, ALookCanEndTheWait) {

@@ -6,6 +6,7 @@
 #include "base/path_text.h"
 #include "base/utf16.h"
 #include "base/utf8.h"
+#include "formats/tools/lasting_wait.h"
 #include "formats/tools/pause.h"
 #include "formats/tools/processes.h"
 #include "formats/tools/twins.h"
@@ -100,7 +101,9 @@ void TiffOrders::AskForRuntime() {
 }
 
 void TiffOrders::Await() {
+  LastingWait lasting(tools_, kProgram);
   while (ProcessExists(tools_.World(), kProgram)) {
+    lasting.Look();
     if (mode_ == kCount) {
       PauseSeconds(tools_.World(), kCountTime);
       EndProcess(tools_.World(), kProgram);

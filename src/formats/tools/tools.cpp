@@ -2,12 +2,12 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "formats/tools/tools.h"
 
-#include <algorithm>
 #include <utility>
 #include <vector>
 
 #include "base/path_text.h"
 #include "formats/tools/keys.h"
+#include "formats/tools/lasting_wait.h"
 #include "formats/tools/processes.h"
 #include "formats/tools/twins.h"
 #include "host/disk_full.h"
@@ -18,32 +18,6 @@ namespace {
 constexpr double kShortestRest = 0.005;
 // Looking for processes takes at most a tenth of the time.
 constexpr double kRestPerLook = 9;
-// A wait that is longer than this is shown.
-constexpr double kLasting = 3;
-
-// Shows a wait that lasts, and takes it back at the end.
-class LastingWait {
- public:
-  LastingWait(host::Clock& clock, const ToolsOwner& owner) : clock_(clock), owner_(owner), start_(clock.Seconds()) {}
-  ~LastingWait() {
-    if (shown_) owner_.waiting("");
-  }
-  LastingWait(const LastingWait&) = delete;
-  LastingWait& operator=(const LastingWait&) = delete;
-
-  double Seconds() const { return clock_.Seconds() - start_; }
-  void Look(const std::string& program) {
-    if (shown_ || Seconds() < kLasting) return;
-    shown_ = true;
-    owner_.waiting(program);
-  }
-
- private:
-  host::Clock& clock_;
-  const ToolsOwner& owner_;
-  double start_;
-  bool shown_ = false;
-};
 
 }  // namespace
 
@@ -68,7 +42,7 @@ int Tools::EnsureAndStart(const std::string& name, const std::string& parameters
 }
 
 Waited Tools::Wait(const std::string& program, const Look& look, double limit) {
-  LastingWait lasting(host_.clock, owner_);
+  LastingWait lasting(*this, program);
   for (;;) {
     host_.pump.Turn();
     if (owner_.stopped()) {
@@ -79,9 +53,18 @@ Waited Tools::Wait(const std::string& program, const Look& look, double limit) {
     const double before = host_.clock.Seconds();
     if (!ProcessExists(host_, program)) return look && look() ? Waited::Done : Waited::Gone;
     if (limit != kNoLimit && lasting.Seconds() > limit) return Waited::Limit;
-    lasting.Look(program);
+    lasting.Look();
     const double took = host_.clock.Seconds() - before;
-    host_.clock.Sleep(std::max(kShortestRest, took * kRestPerLook));
+    Rest(took * kRestPerLook);
+  }
+}
+
+void Tools::Rest(double seconds) {
+  const double end = host_.clock.Seconds() + seconds;
+  for (;;) {
+    host_.clock.Sleep(kShortestRest);
+    if (host_.clock.Seconds() >= end || owner_.stopped()) return;
+    host_.pump.Turn();
   }
 }
 
@@ -89,5 +72,9 @@ host::Status Tools::CopyAsking(const std::string& from, const std::string& to) {
   return host::SaveAsking(
       host_.boxes, to, host::DiskFullWording::Comma, owner_.stop, [&] { return host_.files.Copy(from, to); }, kTitle);
 }
+
+host::Status NotStarted(const std::string& helper) { return {host::Problem::Missing, "无法启动 " + helper}; }
+
+host::Status Interrupted() { return {host::Problem::Stopped, "已停止"}; }
 
 }  // namespace quillon::formats

@@ -31,7 +31,7 @@ enum class Waited {
 };
 
 // Starts helpers and waits for them. A wait gives the message loop its turns and rests between its looks, so that it
-// takes little of the processor.
+// takes little of the processor; a rest that grows long has turns within it.
 class Tools {
  public:
   explicit Tools(host::Host& host, ToolsOwner owner = {});
@@ -41,6 +41,7 @@ class Tools {
   std::string AppPath(const std::string& entry) const;
   bool Stopped() const { return owner_.stopped(); }
   void Stop() { owner_.stop(); }
+  void ShowWait(const std::string& program) { owner_.waiting(program); }
 
   // Starts "<name>.exe" hidden in the program folder, with parameters as its only argument (none where they are
   // empty). host::kStarted, and nothing else, means that it runs.
@@ -62,8 +63,15 @@ class Tools {
   host::Status CopyAsking(const std::string& from, const std::string& to);
 
  private:
+  void Rest(double seconds);
+
   host::Host& host_;
   ToolsOwner owner_;
 };
+
+// What a call fails with whose helper did not start.
+host::Status NotStarted(const std::string& helper);
+// What a call fails with that the user ended.
+host::Status Interrupted();
 
 }  // namespace quillon::formats
