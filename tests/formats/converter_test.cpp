@@ -6,6 +6,7 @@
 
 #include <filesystem>
 
+#include "formats/tools_fixture.h"
 #include "host/testing/test_host.h"
 
 namespace quillon::formats {
@@ -28,7 +29,7 @@ class ConverterTest : public ::testing::Test {
   std::string Path(const std::string& name) const { return world.folder.Path(name); }
   // The helper writes the target.
   void Makes(const std::string& target) {
-    world.shell.OnStart([this, target](const RecordingShell::Started&) { world.folder.Write(target, "made"); });
+    world.shell.OnStart([this, target](const RecordingShell::Started&) { world.folder.Write(target, TinyPicture()); });
   }
 
   host::testing::TestHost world;
@@ -213,8 +214,8 @@ TEST_F(ConverterTest, AllPartsHaveToBeMade) {
   Makes("out/b_02.jpg");
   EXPECT_FALSE(converter.RunConverter(couple));
   world.shell.OnStart([this](const RecordingShell::Started&) {
-    world.folder.Write("out/b_01.jpg", "first");
-    world.folder.Write("out/b_02.jpg", "the second");
+    world.folder.Write("out/b_01.jpg", TinyPicture());
+    world.folder.Write("out/b_02.jpg", TinyPicture() + "later");
   });
   EXPECT_TRUE(converter.RunConverter(couple));
 }
@@ -368,7 +369,13 @@ TEST_F(ConverterTest, AnOlderTargetDoesNotPassForTheNewOne) {
   EXPECT_TRUE(inTrash);
   Makes("out/b.jpg");
   EXPECT_TRUE(converter.ZoomHuge("/in/a.jpg", Path("out/b.jpg"), 60, 20, 98, 32, 32, false));
-  EXPECT_EQ(world.folder.Read("out/b.jpg"), "made");
+  EXPECT_EQ(world.folder.Read("out/b.jpg"), TinyPicture());
+}
+
+TEST_F(ConverterTest, GarbageIsNoPicture) {
+  world.shell.OnStart([this](const RecordingShell::Started&) { world.folder.Write("out/b.jpg", "garbage"); });
+  EXPECT_FALSE(converter.ZoomHuge("/in/a.jpg", Path("out/b.jpg"), 60, 20, 98, 32, 32, false));
+  EXPECT_FALSE(world.folder.Exists("out/b.jpg"));
 }
 
 // A helper that dies, or does not start, takes no source with it that it was to replace.

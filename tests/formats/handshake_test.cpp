@@ -125,7 +125,7 @@ TEST_F(PicHandlerTest, AnOldPdfDoesNotPassForANewOne) {
 // First from the system's folder, then from the program's, then through the interpreter.
 TEST_F(PicHandlerTest, ThePressPreviewIsTriedInTheSystemFolderFirst) {
   const std::string out = world.folder.Path("out/p.jpg");
-  const auto act = [this](const std::string&) { world.folder.Write("out/p.jpg", "inks"); };
+  const auto act = [this](const std::string&) { world.folder.Write("out/p.jpg", TinyPicture()); };
   world.folder.Write("out/keep", "");
   Helper("PicHandler.exe", 1, act);
   ASSERT_TRUE(MakeCmykPreview(tools, "/in/a.jpg", "Press.icm", out, "/system"));
@@ -190,7 +190,32 @@ TEST_F(ExifTest, ABarInANameIsRefused) {
   EXPECT_TRUE(world.shell.Starts().empty());
 }
 
-class ImgToolTest : public ToolsFixture {};
+TEST_F(ExifTest, OtherSignsAreCarried) {
+  std::string order;
+  Helper("TessaExifHandler.exe", 1, [&](const std::string&) { order = Key("Exif"); });
+  EXPECT_FALSE(CopyExif(tools, "/in/a\tb\n\"c\".jpg", target));
+  EXPECT_EQ(order, "/in/a\tb\n\"c\".jpg|" + target + "|Tessa批量处理系列软件");
+}
+
+TEST_F(ExifTest, AnOrderThatCannotBeReadStartsNothing) {
+  world.settings.Refuse();
+  EXPECT_EQ(CopyExif(tools, "/in/a.jpg", target).Why(), "设置无法写入，不能把命令交给 TessaExifHandler");
+  EXPECT_TRUE(world.shell.Starts().empty());
+}
+
+class ImgToolTest : public ToolsFixture {
+ protected:
+  PdfPages Counted(const std::string& pdf) {
+    PdfPages pages{7, 7, 7};
+    EXPECT_TRUE(CountPdfPages(tools, pdf, 72, 90, pages));
+    return pages;
+  }
+  int CountedTiff(const std::string& tiff, int number = 1) {
+    int pages = 7;
+    EXPECT_TRUE(CountTiffPages(tools, tiff, pages, number));
+    return pages;
+  }
+};
 
 TEST_F(ImgToolTest, APdfIsCountedAndMeasured) {
   WriteApp("QxImgTool.dll", "twin");
@@ -199,7 +224,7 @@ TEST_F(ImgToolTest, APdfIsCountedAndMeasured) {
     WriteKey(world.host, "PdfW", "595");
     WriteKey(world.host, "PdfH", "842");
   });
-  const PdfPages pages = CountPdfPages(tools, "/in/a.pdf", 72, 90);
+  const PdfPages pages = Counted("/in/a.pdf");
   EXPECT_EQ(pages.count, 12);
   EXPECT_EQ(pages.width, 595);
   EXPECT_EQ(pages.height, 842);
@@ -211,12 +236,43 @@ TEST_F(ImgToolTest, NoAnswerMeansNoPages) {
   WriteKey(world.host, "GetPdfPages", "7");
   WriteKey(world.host, "GetTiffPages", "8");
   Helper("QxImgTool.exe", 1);
-  EXPECT_EQ(CountPdfPages(tools, "/in/a.pdf", 72, 90).count, 0);
-  EXPECT_EQ(CountTiffPages(tools, "/in/a.tif"), 0);
+  EXPECT_EQ(Counted("/in/a.pdf").count, 0);
+  EXPECT_EQ(CountedTiff("/in/a.tif"), 0);
   Helper("QxImgTool.exe", 1, [this](const std::string&) { WriteKey(world.host, "GetTiffPages", "many"); });
-  EXPECT_EQ(CountTiffPages(tools, "/in/a.tif"), 0);
+  EXPECT_EQ(CountedTiff("/in/a.tif"), 0);
+}
+
+TEST_F(ImgToolTest, ACountBelowZeroIsNone) {
+  Helper("QxImgTool.exe", 1, [this](const std::string&) {
+    for (const char* key : {"GetPdfPages", "PdfW", "PdfH", "GetTiffPages"}) WriteKey(world.host, key, "-7");
+  });
+  const PdfPages pages = Counted("/in/a.pdf");
+  EXPECT_EQ(pages.count, 0);
+  EXPECT_EQ(pages.width, 0);
+  EXPECT_EQ(pages.height, 0);
+  EXPECT_EQ(CountedTiff("/in/a.tif"), 0);
+}
+
+TEST_F(ImgToolTest, AToolThatDoesNotStartIsTold) {
   world.shell.SetResult("QxImgTool", 33);
-  EXPECT_EQ(CountTiffPages(tools, "/in/a.tif"), 0);
+  PdfPages pages{1, 2, 3};
+  EXPECT_EQ(CountPdfPages(tools, "/in/a.pdf", 72, 90, pages).Why(), "无法启动 QxImgTool");
+  EXPECT_EQ(pages.count, 0);
+  int count = 9;
+  EXPECT_EQ(CountTiffPages(tools, "/in/a.tif", count).Why(), "无法启动 QxImgTool");
+  EXPECT_EQ(count, 0);
+  EXPECT_EQ(StartSplitPdf(tools, "/in/a.pdf", "/out/a.pdf").Why(), "无法启动 QxImgTool");
+  EXPECT_EQ(StartMakeTiff(tools, "/in", "/out/a.tif", "lzw", 3).Why(), "无法启动 QxImgTool");
+}
+
+TEST_F(ImgToolTest, AStopEndsACount) {
+  Helper("QxImgTool.exe", 0);
+  stop = true;
+  PdfPages pages;
+  int count = 0;
+  EXPECT_EQ(CountPdfPages(tools, "/in/a.pdf", 72, 90, pages).GetProblem(), host::Problem::Stopped);
+  EXPECT_EQ(CountTiffPages(tools, "/in/a.tif", count).GetProblem(), host::Problem::Stopped);
+  EXPECT_EQ(world.processes.Ended().size(), 2u);
 }
 
 // Deleted while the program runs, it is there again at the next start, whatever it is started for.
@@ -225,12 +281,12 @@ TEST_F(ImgToolTest, TheTwinIsCopiedAgainBeforeAnyRun) {
   BinderFeed feed(tools);
   const std::string picture = world.folder.Write("a.jpg", "x");
   const std::function<void()> runs[] = {
-      [&] { CountPdfPages(tools, "/in/a.pdf", 72, 90); },
-      [&] { CountTiffPages(tools, "/in/a.tif"); },
+      [&] { Counted("/in/a.pdf"); },
+      [&] { CountedTiff("/in/a.tif"); },
       [&] { static_cast<void>(CutPdf(tools, "/in/a.pdf", "/out/a.pdf", {}, [](const std::string&) {})); },
-      [&] { StartSplitPdf(tools, "/in/a.pdf", "/out/a.pdf"); },
-      [&] { StartMakeTiff(tools, "x"); },
-      [&] { feed.Give(picture, {}); },
+      [&] { EXPECT_TRUE(StartSplitPdf(tools, "/in/a.pdf", "/out/a.pdf")); },
+      [&] { EXPECT_TRUE(StartMakeTiff(tools, "/in", "/out/a.tif", "lzw", 3)); },
+      [&] { EXPECT_FALSE(feed.Give(picture, {})); },
   };
   std::size_t starts = 0;
   for (const auto& run : runs) {
@@ -250,10 +306,13 @@ TEST_F(ImgToolTest, ATiffThatThisProcessCanCountNeverStartsTheTool) {
     tiff += {static_cast<char>(tag), 1, 3, 0, 1, 0, 0, 0, static_cast<char>(value), 0, 0, 0};
   }
   tiff += "\0\0\0\0"s;
-  EXPECT_EQ(TiffPages(tools, world.folder.Write("a.tif", tiff)), 1);
+  int pages = 0;
+  EXPECT_TRUE(TiffPages(tools, world.folder.Write("a.tif", tiff), pages));
+  EXPECT_EQ(pages, 1);
   EXPECT_TRUE(world.shell.Starts().empty());
   Helper("QxImgTool.exe", 1, [this](const std::string&) { WriteKey(world.host, "GetTiffPages", "3"); });
-  EXPECT_EQ(TiffPages(tools, world.folder.Write("b.tif", "no tiff for this process"), 4), 3);
+  EXPECT_TRUE(TiffPages(tools, world.folder.Write("b.tif", "no tiff for this process"), pages, 4));
+  EXPECT_EQ(pages, 3);
   EXPECT_EQ(Started(0), "QxImgTool.exe: " + CountTiffPagesText(world.folder.Path("b.tif"), tools.App(), 4));
 }
 
@@ -273,7 +332,7 @@ TEST_F(ImgToolTest, TheOldFirstPageIsGoneBeforeATiffIsCounted) {
     there = AppHas("Tmp.jpg");
     WriteKey(world.host, "GetTiffPages", "3");
   });
-  EXPECT_EQ(CountTiffPages(tools, "/in/a.tif", 4), 3);
+  EXPECT_EQ(CountedTiff("/in/a.tif", 4), 3);
   EXPECT_FALSE(there);
   EXPECT_EQ(Started(0), "QxImgTool.exe: " + CountTiffPagesText("/in/a.tif", tools.App(), 4));
 }
@@ -281,7 +340,7 @@ TEST_F(ImgToolTest, TheOldFirstPageIsGoneBeforeATiffIsCounted) {
 TEST_F(ImgToolTest, TheProgressOfACutIsShown) {
   Helper("QxImgTool.exe", 5, [this](const std::string&) {
     WriteKey(world.host, "CutPdf", "1/2");
-    world.folder.Write("out/a.pdf", "cut");
+    world.folder.Write("out/a.pdf", "%PDF-1.7\n%%EOF\n");
   });
   world.pump.OnTurn(3, [this] { WriteKey(world.host, "CutPdf", "2/2"); });
   std::vector<std::string> shown;
@@ -298,6 +357,17 @@ TEST_F(ImgToolTest, ACutThatLeavesNothingFails) {
   Helper("QxImgTool.exe", 1);
   EXPECT_FALSE(CutPdf(tools, "/in/a.pdf", out, {}, [](const std::string&) {}));
   EXPECT_FALSE(world.folder.Exists("out/a.pdf"));
+}
+
+TEST_F(ImgToolTest, ACutThatIsNoPdfFails) {
+  const std::string out = world.folder.Path("out/a.pdf");
+  for (const char* garbage : {"garbage", "%PDF-1.7\nno end"}) {
+    Helper("QxImgTool.exe", 1, [&](const std::string&) { world.folder.Write("out/a.pdf", garbage); });
+    const host::Status cut = CutPdf(tools, "/in/a.pdf", out, {}, [](const std::string&) {});
+    EXPECT_EQ(cut.GetProblem(), host::Problem::Damaged);
+    EXPECT_EQ(cut.Why(), "没有得到裁剪后的PDF：结果已损坏");
+    EXPECT_FALSE(world.folder.Exists("out/a.pdf"));
+  }
 }
 
 TEST_F(ImgToolTest, ACutOntoItsSourceThatLeavesNothingKeepsIt) {
@@ -324,7 +394,8 @@ TEST_F(ImgToolTest, ASplitIsStartedAndNotWaitedFor) {
 TEST_F(ImgToolTest, TheSizeOfAnAssemblyIsShown) {
   const std::string out = world.folder.Path("out/a.tif");
   Helper("QxImgTool.exe", 4);
-  EXPECT_TRUE(StartMakeTiff(tools, "x"));
+  EXPECT_TRUE(StartMakeTiff(tools, "/pages", out, "ccitt4", 12));
+  EXPECT_EQ(Started(0), "QxImgTool.exe: " + MakeTiffText("/pages", out, "ccitt4", 12));
   world.pump.OnTurn(2, [this] { world.folder.Write("out/.a.tif.quillon-abc123", "12345"); });
   std::vector<std::uint64_t> shown;
   EXPECT_EQ(WaitMakeTiff(tools, out, [&](std::uint64_t size) { shown.push_back(size); }), Waited::Gone);
@@ -351,7 +422,7 @@ TEST_F(BinderTest, EachPictureWaitsUntilItIsTaken) {
   world.pump.OnTurn(2, [this] { WriteKey(world.host, "QxImgTool", ""); });
   EXPECT_TRUE(feed.Give(first, order));
   EXPECT_EQ(world.shell.Starts().size(), 1u);
-  feed.End();
+  EXPECT_TRUE(feed.End());
   EXPECT_EQ(Key("QxImgTool"), "end");
 }
 
@@ -359,17 +430,32 @@ TEST_F(BinderTest, AnAnswerThatNamesNoFileIsAFailure) {
   BinderFeed feed(tools);
   Helper("QxImgTool.exe", 0);
   world.pump.OnTurn(2, [this] { WriteKey(world.host, "QxImgTool", "磁盘已满"); });
-  EXPECT_FALSE(feed.Give(first, order));
+  EXPECT_EQ(feed.Give(first, order).Why(), "磁盘已满");
 }
 
 TEST_F(BinderTest, ABinderThatEndsIsNotWaitedFor) {
   BinderFeed feed(tools);
   Helper("QxImgTool.exe", 3);
+  EXPECT_EQ(feed.Give(first, order).Why(), "QxImgTool 已中断");
+}
+
+// It would wait for ever for an answer to what was never heard.
+TEST_F(BinderTest, APictureThatTheBinderCannotHearOfFailsAtOnce) {
+  BinderFeed feed(tools);
+  Helper("QxImgTool.exe", 0);
+  world.pump.OnTurn(3, [this] { WriteKey(world.host, "QxImgTool", ""); });
+  EXPECT_TRUE(feed.Give(first, order));
+  const int turns = world.pump.Turns();
+  world.settings.Refuse();
+  EXPECT_EQ(feed.Give(first, order).Why(), "设置无法写入，不能把命令交给 QxImgTool");
+  EXPECT_EQ(feed.End().Why(), "设置无法写入，不能把命令交给 QxImgTool");
   EXPECT_FALSE(feed.Give(first, order));
+  EXPECT_EQ(world.pump.Turns(), turns);
+  EXPECT_EQ(world.shell.Starts().size(), 1u);
 }
 
 TEST_F(BinderTest, EndSaysNothingBeforeAnyPicture) {
-  BinderFeed(tools).End();
+  EXPECT_TRUE(BinderFeed(tools).End());
   EXPECT_EQ(Key("QxImgTool"), "");
 }
 
@@ -419,6 +505,17 @@ TEST_F(BackImageTest, AServerThatIsGoneIsStartedAgainByTheNextCommand) {
   EXPECT_FALSE(started);
 }
 
+TEST_F(BackImageTest, ACommandThatTheServerCannotHearOfFailsAtOnce) {
+  world.settings.Refuse();
+  EXPECT_FALSE(SendToBackImg(tools, "c", "QxBackImg", started));
+  EXPECT_FALSE(started);
+  EXPECT_TRUE(world.shell.Starts().empty());
+  started = true;
+  world.processes.Add({1, "QxBackImg.exe", world.host.programFolder, true});
+  EXPECT_FALSE(SendToBackImg(tools, "c", "QxBackImg", started));
+  EXPECT_EQ(world.pump.Turns(), 0);
+}
+
 TEST_F(BackImageTest, ThePictureComesByTheLane) {
   Helper("QxBackImg.exe", 0, [this](const std::string& parameters) {
     EXPECT_EQ(parameters, "Quillon\tQxBackImg\t/in/a.jpg\tload|/in/a.jpg|0");
@@ -440,15 +537,28 @@ TEST_F(BackImageTest, ACutIsFineWhenItLeavesAFile) {
   world.processes.Add({1, "QxBackImg.exe", world.host.programFolder, true});
   world.pump.OnTurn(1, [this] {
     EXPECT_EQ(Key("QxBackImg"), CutBackText(tools.App(), {1, 2, 3, 4}, world.folder.Path("out/a.jpg"), "80"));
-    world.folder.Write("out/a.jpg", "cut");
+    world.folder.Write("out/a.jpg", TinyPicture());
     WriteKey(world.host, "QxBackImg", "1");
   });
   EXPECT_TRUE(CutThroughBackImg(tools, {1, 2, 3, 4}, out, "80", started));
   world.pump.OnTurn(1, [this] { WriteKey(world.host, "QxBackImg", "1"); });
   EXPECT_FALSE(CutThroughBackImg(tools, {1, 2, 3, 4}, out, "80", started)) << "nothing new";
+  world.pump.OnTurn(1, [this] {
+    world.folder.Write("out/a.jpg", "garbage");
+    WriteKey(world.host, "QxBackImg", "1");
+  });
+  EXPECT_EQ(CutThroughBackImg(tools, {1, 2, 3, 4}, out, "80", started).GetProblem(), host::Problem::Damaged);
+  EXPECT_FALSE(world.folder.Exists("out/a.jpg"));
 }
 
-class SmallCallsTest : public ToolsFixture {};
+class SmallCallsTest : public ToolsFixture {
+ protected:
+  std::string Recognised(const std::string& picture) {
+    std::string text = "of an earlier picture";
+    EXPECT_TRUE(RecogniseText(tools, picture, text));
+    return text;
+  }
+};
 
 TEST_F(SmallCallsTest, TextIsReadWithoutAnEffectiveLimit) {
   WriteKey(world.host, "OCRRes", "of an earlier picture");
@@ -458,7 +568,7 @@ TEST_F(SmallCallsTest, TextIsReadWithoutAnEffectiveLimit) {
     WriteKey(world.host, "OCRRes", "文字");
   });
   const double before = world.clock.Seconds();
-  EXPECT_EQ(RecogniseText(tools, "/in/a.jpg"), "文字");
+  EXPECT_EQ(Recognised("/in/a.jpg"), "文字");
   EXPECT_GT(world.clock.Seconds() - before, 25);
   EXPECT_TRUE(world.processes.Ended().empty());
 }
@@ -467,7 +577,7 @@ TEST_F(SmallCallsTest, TextIsReadWithoutAnEffectiveLimit) {
 TEST_F(SmallCallsTest, TheWaitsBeginWithTheirPauses) {
   WriteApp("QxBackOCRer.dll", "twin");
   double before = world.clock.Seconds();
-  RecogniseText(tools, "/in/a.jpg");
+  Recognised("/in/a.jpg");
   EXPECT_NEAR(world.clock.Seconds() - before, 0.5, 0.05);
   EXPECT_TRUE(AppHas("QxBackOCRer.exe"));
   before = world.clock.Seconds();
@@ -481,8 +591,11 @@ TEST_F(SmallCallsTest, ACircleIsFineWhenItLeavesAFile) {
   EXPECT_FALSE(CutCircle(tools, "/in/a.jpg", target, {1, 2, 3, 4}));
   EXPECT_FALSE(world.folder.Exists("out/a.png"));
   EXPECT_EQ(Started(0), "PicCirleCut.exe: " + CircleText("/in/a.jpg", target, {1, 2, 3, 4}));
-  Helper("PicCirleCut.exe", 2, [&](const std::string&) { world.folder.Write("out/a.png", "new"); });
+  Helper("PicCirleCut.exe", 2, [&](const std::string&) { world.folder.Write("out/a.png", TinyPicture()); });
   EXPECT_TRUE(CutCircle(tools, "/in/a.jpg", target, {1, 2, 3, 4}));
+  Helper("PicCirleCut.exe", 2, [&](const std::string&) { world.folder.Write("out/a.png", "garbage"); });
+  EXPECT_EQ(CutCircle(tools, "/in/a.jpg", target, {1, 2, 3, 4}).GetProblem(), host::Problem::Damaged);
+  EXPECT_FALSE(world.folder.Exists("out/a.png"));
 }
 
 TEST_F(SmallCallsTest, ACircleOverItsSourceThatWasNotMadeKeepsIt) {
@@ -495,7 +608,7 @@ TEST_F(SmallCallsTest, ACircleOverItsSourceThatWasNotMadeKeepsIt) {
 TEST_F(SmallCallsTest, MediaArgumentsPassThrough) {
   WriteApp("CutMedia.dll", "twin");
   Helper("CutMedia.exe", 2);
-  EXPECT_EQ(RunCutMedia(tools, "-i \"/in/a.gif\" -y \"/out/a.gif\""), Waited::Gone);
+  EXPECT_TRUE(RunCutMedia(tools, "-i \"/in/a.gif\" -y \"/out/a.gif\"", {"/in/a.gif", "/out/a.gif"}));
   EXPECT_EQ(Started(0), "CutMedia.exe: -i \"/in/a.gif\" -y \"/out/a.gif\"");
   EXPECT_TRUE(AppHas("CutMedia.exe"));
 }
@@ -525,7 +638,7 @@ TEST_F(TiffsMakerTest, ItsTrueIsTheEnd) {
   Says(3, "Tiff压制中，2/3");
   world.pump.OnTurn(6, [this] {
     std::filesystem::remove(out);
-    world.folder.Write("out/a.tif", "made");
+    world.folder.Write("out/a.tif", TinyPicture());
   });
   Says(6, "True");
   EXPECT_TRUE(Run());
@@ -552,6 +665,12 @@ TEST_F(TiffsMakerTest, APictureThatWasToBeReplacedStaysWhereNothingWasMade) {
   Helper("DCTiffsMaker.exe", 5);
   EXPECT_EQ(Run().Why(), "没有生成Tiff");
   EXPECT_EQ(world.folder.Read("out/a.tif"), "older");
+}
+
+TEST_F(TiffsMakerTest, GarbageIsNoTiff) {
+  Helper("DCTiffsMaker.exe", 1, [this](const std::string&) { world.folder.Write("out/a.tif", "some garbage"); });
+  EXPECT_EQ(Run().Why(), "没有生成Tiff：结果已损坏");
+  EXPECT_FALSE(world.folder.Exists("out/a.tif"));
 }
 
 TEST_F(TiffsMakerTest, WhatItFailsWithIsTold) {

@@ -14,6 +14,12 @@
 
 namespace quillon::formats {
 
+// A picture of one pixel.
+inline std::string TinyPicture() {
+  constexpr char kGif[] = "GIF89a\1\0\1\0\x80\0\0\0\0\0\xFF\xFF\xFF,\0\0\0\0\1\0\1\0\0\2\2D\1\0;";
+  return {kGif, sizeof kGif - 1};
+}
+
 // A program folder with the twins of all helpers, and helpers that a test makes up: what they do happens at their
 // start, and they are seen by as many looks as told.
 class ToolsFixture : public ::testing::Test {

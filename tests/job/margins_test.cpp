@@ -381,7 +381,7 @@ TEST_F(MarginsTest, HugePicturesAreReducedBesideTheProgram) {
   std::string order;
   world.shell.OnStart([&](const host::testing::RecordingShell::Started&) {
     order = world.folder.Read("app/Param.txt");
-    world.folder.Write("app/Tmp.jpg", "reduced");
+    world.folder.Write("app/Tmp.jpg", world.folder.Read("shown.bmp"));
   });
   ShowArea(12000, 10);
   EXPECT_EQ(preview.Path(), flags.CurrentImagePath);

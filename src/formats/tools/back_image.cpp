@@ -6,6 +6,7 @@
 #include "formats/tools/carried.h"
 #include "formats/tools/expected_file.h"
 #include "formats/tools/keys.h"
+#include "formats/tools/sound_result.h"
 
 namespace quillon::formats {
 namespace {
@@ -15,14 +16,15 @@ constexpr const char* kProgram = "QxBackImg.exe";
 constexpr const char* kDone = "1";
 
 bool Begin(Tools& tools, const std::string& command, const std::string& key, bool& startedFlag) {
-  if (startedFlag) {
-    WriteKey(tools.World(), key, command);
-    return true;
-  }
+  if (startedFlag) return WriteKey(tools.World(), key, command);
   // The answer to the last command of an earlier batch.
-  WriteKey(tools.World(), key, "");
+  if (!WriteKey(tools.World(), key, "")) return false;
   startedFlag = tools.Start(kName, command) == host::kStarted;
   return startedFlag;
+}
+
+host::Status NoAnswer(Tools& tools) {
+  return tools.Stopped() ? Interrupted() : host::Status(host::Problem::Other, "QxBackImg 没有回答");
 }
 
 }  // namespace
@@ -36,21 +38,24 @@ bool SendToBackImg(Tools& tools, const std::string& command, const std::string& 
 
 std::string LanePath(const host::Host& host) { return base::JoinPath(host.programFolder, "ClipBoard.lane"); }
 
-bool LoadThroughBackImg(Tools& tools, const std::string& file, bool& startedFlag) {
-  if (!MayStand(Carrier::Bars, kName, {file})) return false;
+host::Status LoadThroughBackImg(Tools& tools, const std::string& file, bool& startedFlag) {
+  if (host::Status fits = MayStand(Carrier::Bars, kName, {file}); !fits) return fits;
   host::Files& files = tools.World().files;
   const std::string lane = LanePath(tools.World());
   static_cast<void>(files.RemoveOwn(lane));
   const std::string command = startedFlag ? LoadBackText(file) : FirstBackText(file);
-  return SendToBackImg(tools, command, key::kQxBackImg, startedFlag) && files.IsFile(lane);
+  if (!SendToBackImg(tools, command, key::kQxBackImg, startedFlag)) return NoAnswer(tools);
+  return files.IsFile(lane) ? host::Status::Ok() : host::Status(host::Problem::Other, "QxBackImg 没有读出图片");
 }
 
-bool CutThroughBackImg(Tools& tools, const BackCut& cut, const std::string& out, const std::string& quality,
-                       bool& startedFlag) {
-  if (!startedFlag || !MayStand(Carrier::Bars, kName, {out, tools.App()})) return false;
+host::Status CutThroughBackImg(Tools& tools, const BackCut& cut, const std::string& out, const std::string& quality,
+                               bool& startedFlag) {
+  if (host::Status fits = MayStand(Carrier::Bars, kName, {out, tools.App()}); !fits) return fits;
+  if (!startedFlag) return NoAnswer(tools);
   const ExpectedFile expected(tools, out, {tools.AppPath("Tmp.jpg")});
   const std::string command = CutBackText(tools.App(), cut, out, quality);
-  return SendToBackImg(tools, command, key::kQxBackImg, startedFlag) && expected.Made();
+  if (!SendToBackImg(tools, command, key::kQxBackImg, startedFlag)) return NoAnswer(tools);
+  return expected.Result(Waited::Done, "没有得到裁剪后的图片", IsPicture);
 }
 
 }  // namespace quillon::formats

@@ -13,17 +13,17 @@ namespace quillon::formats {
 
 // Sends a command and waits until the server has answered "1". The first one of a batch (startedFlag clear) starts the
 // server with the command as its parameter text; later ones are written into the key. False, and the flag clear again,
-// when the server did not start or is gone; false too when the user wants to end.
+// when the server did not start or is gone; false too when the user wants to end or the settings cannot be written.
 bool SendToBackImg(Tools& tools, const std::string& command, const std::string& key, bool& startedFlag);
 
 // The lane that imaging::Services::CreateImageFromClipBoard reads; the picture that the server has loaded lies there
 // until the next one does.
 std::string LanePath(const host::Host& host);
 
-// Loads a picture through the server. True when it lies in the lane.
-bool LoadThroughBackImg(Tools& tools, const std::string& file, bool& startedFlag);
-// Cuts {App}/Tmp.jpg through the server, which must have been started. True when out is a new file.
-bool CutThroughBackImg(Tools& tools, const BackCut& cut, const std::string& out, const std::string& quality,
-                       bool& startedFlag);
+// Loads a picture through the server. Fine when it lies in the lane.
+host::Status LoadThroughBackImg(Tools& tools, const std::string& file, bool& startedFlag);
+// Cuts {App}/Tmp.jpg through the server, which must have been started. Fine when out is a new picture.
+host::Status CutThroughBackImg(Tools& tools, const BackCut& cut, const std::string& out, const std::string& quality,
+                               bool& startedFlag);
 
 }  // namespace quillon::formats

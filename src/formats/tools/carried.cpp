@@ -18,6 +18,8 @@ Refused RefusedBy(Carrier carrier) {
       return {"\t\r\n", "制表符或换行"};
     case Carrier::Bars:
       return {"\t\r\n|", "制表符、换行或“|”"};
+    case Carrier::Value:
+      return {"|", "“|”"};
     case Carrier::Quotes:
       return {"\"\r\n", "引号或换行"};
   }

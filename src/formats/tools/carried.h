@@ -13,6 +13,7 @@ namespace quillon::formats {
 enum class Carrier {
   Fields,  // between tabs: no tab, no line break
   Bars,    // between tabs and bars: no bar either
+  Value,   // between bars alone, in a value of the settings: no bar
   Quotes   // between quotes: no quote, no line break
 };
 

@@ -6,6 +6,7 @@
 
 #include "base/path_text.h"
 #include "formats/tools/expected_file.h"
+#include "formats/tools/sound_result.h"
 #include "formats/tools/twins.h"
 
 namespace quillon::formats {
@@ -75,7 +76,7 @@ bool Converter::Run(const std::optional<std::string>& text, const std::string& n
   Busy = false;
   bool made = true;
   for (const ExpectedFile& file : expected)
-    made = static_cast<bool>(file.Result(waited, "没有得到处理后的图片")) && made;
+    made = static_cast<bool>(file.Result(waited, "没有得到处理后的图片", IsPicture)) && made;
   return made;
 }
 

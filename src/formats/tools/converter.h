@@ -23,9 +23,9 @@ class Converter {
   bool Present() const;
 
   // Writes the order file, starts the helper up to three times and waits until no process of its name runs or the user
-  // stops it. True when all its files were made (TargetsOf); what stood there before and was not replaced goes to the
-  // trash, or from the program folder for good, unless the user stopped it or it is the source. No order file is left
-  // behind.
+  // stops it. True when all its files were made (TargetsOf) and are pictures; what stood there before and was not
+  // replaced goes to the trash, or from the program folder for good, unless the user stopped it or it is the source. No
+  // order file is left behind.
   bool RunConverter(const ConverterOrder& order);
   bool RunConverter(const CoupleOrder& order);
 

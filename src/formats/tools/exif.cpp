@@ -18,16 +18,16 @@ constexpr double kLimit = 20;
 }  // namespace
 
 host::Status CopyExif(Tools& tools, const std::string& source, const std::string& target) {
-  if (host::Status fits = MayStand(Carrier::Bars, kName, {source, target}); !fits) return fits;
+  if (host::Status fits = MayStand(Carrier::Value, kName, {source, target}); !fits) return fits;
   const ExpectedFile described(tools, target, {source});
-  WriteKey(tools.World(), key::kExif, ExifText(source, target));
+  if (!WriteKey(tools.World(), key::kExif, ExifText(source, target))) return NotHeard(kName);
   PauseSeconds(tools.World(), kPause);
   const int started = tools.Start(kName, "");
   const Waited waited = tools.Wait(std::string(kName) + ".exe", {}, kLimit);
   WriteKey(tools.World(), key::kExif, "");
   if (described.Made()) return host::Status::Ok();
-  if (started != host::kStarted) return {host::Problem::Missing, "无法启动 TessaExifHandler"};
-  if (waited == Waited::Stopped) return {host::Problem::Stopped, "已停止"};
+  if (started != host::kStarted) return NotStarted(kName);
+  if (waited == Waited::Stopped) return Interrupted();
   return {host::Problem::Other,
           waited == Waited::Limit ? "TessaExifHandler 没有按时完成" : "TessaExifHandler 没有写入"};
 }

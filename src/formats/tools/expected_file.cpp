@@ -22,13 +22,21 @@ bool ExpectedFile::Made() const {
   return !before_ || before_->device != now->device || before_->inode != now->inode || before_->changed != now->changed;
 }
 
-host::Status ExpectedFile::Result(Waited waited, const std::string& missing) const {
-  if (Made()) return host::Status::Ok();
-  if (waited == Waited::Stopped) return {host::Problem::Stopped, "已停止"};
+host::Status ExpectedFile::Result(Waited waited, const std::string& missing, const Sound& sound) const {
+  if (Made()) {
+    if (!sound || sound(tools_.World().files, path_)) return host::Status::Ok();
+    Drop();
+    return {host::Problem::Damaged, missing + "：结果已损坏"};
+  }
+  if (waited == Waited::Stopped) return Interrupted();
+  if (before_ && !isSource_) Drop();
+  return {host::Problem::Other, missing};
+}
+
+void ExpectedFile::Drop() const {
   host::Files& files = tools_.World().files;
   const bool own = base::SplitPath(path_).folder == tools_.App();
-  if (before_ && !isSource_) static_cast<void>(own ? files.RemoveOwn(path_) : files.Discard(path_));
-  return {host::Problem::Other, missing};
+  static_cast<void>(own ? files.RemoveOwn(path_) : files.Discard(path_));
 }
 
 }  // namespace quillon::formats

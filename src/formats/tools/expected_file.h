@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include <functional>
 #include <optional>
 #include <string>
 #include <vector>
@@ -19,11 +20,15 @@ class ExpectedFile {
 
   // Whether a file stands there that did not before.
   bool Made() const;
-  // After the wait: fine when it was made. Else missing is the failure, and the file from before goes, into the trash
-  // or, from the program folder, for good; it stays when the user stopped the helper and when it is one of the sources.
-  host::Status Result(Waited waited, const std::string& missing) const;
+  // After the wait: fine when it was made and is sound. Garbage goes like a file from before. Else missing is the
+  // failure, and the file from before goes, into the trash or, from the program folder, for good; it stays when the
+  // user stopped the helper and when it is one of the sources.
+  using Sound = std::function<bool(const host::Files& files, const std::string& path)>;
+  host::Status Result(Waited waited, const std::string& missing, const Sound& sound = {}) const;
 
  private:
+  void Drop() const;
+
   Tools& tools_;
   std::string path_;
   std::optional<host::FileFacts> before_;

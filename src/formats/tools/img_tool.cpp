@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "formats/tools/img_tool.h"
 
+#include <algorithm>
 #include <cstdint>
 #include <initializer_list>
 
@@ -9,6 +10,7 @@
 #include "formats/tools/carried.h"
 #include "formats/tools/expected_file.h"
 #include "formats/tools/keys.h"
+#include "formats/tools/sound_result.h"
 #include "imaging/tiff_pages.h"
 
 namespace quillon::formats {
@@ -17,36 +19,47 @@ namespace {
 constexpr const char* kProgram = "QxImgTool.exe";
 constexpr const char* kEnd = "end";
 
-int Number(Tools& tools, const char* key) { return base::ParseInteger(ReadKey(tools.World(), key)).value_or(0); }
+// No count and no size is below zero, whatever a helper says.
+int Number(Tools& tools, const char* key) {
+  return std::max(0, base::ParseInteger(ReadKey(tools.World(), key)).value_or(0));
+}
 
 // An answer of an earlier run is none to this one.
 void Clear(Tools& tools, std::initializer_list<const char*> keys) {
   for (const char* key : keys) WriteKey(tools.World(), key, "");
 }
 
+host::Status Start(Tools& tools, const std::string& parameters) {
+  const int started = tools.EnsureAndStart(kImgTool, parameters);
+  return started == host::kStarted ? host::Status::Ok() : NotStarted(kImgTool);
+}
+
 }  // namespace
 
-PdfPages CountPdfPages(Tools& tools, const std::string& pdf, int dpi, int quality) {
-  if (!MayStand(Carrier::Fields, kImgTool, {pdf, tools.App()})) return {};
+host::Status CountPdfPages(Tools& tools, const std::string& pdf, int dpi, int quality, PdfPages& pages) {
+  pages = {};
+  if (host::Status fits = MayStand(Carrier::Fields, kImgTool, {pdf, tools.App()}); !fits) return fits;
   Clear(tools, {key::kGetPdfPages, key::kPdfW, key::kPdfH});
-  if (tools.EnsureAndStart(kImgTool, CountPdfPagesText(pdf, tools.App(), dpi, quality)) != host::kStarted) return {};
-  tools.Wait(kProgram);
-  return {Number(tools, key::kGetPdfPages), Number(tools, key::kPdfW), Number(tools, key::kPdfH)};
+  if (host::Status started = Start(tools, CountPdfPagesText(pdf, tools.App(), dpi, quality)); !started) return started;
+  if (tools.Wait(kProgram) == Waited::Stopped) return Interrupted();
+  pages = {Number(tools, key::kGetPdfPages), Number(tools, key::kPdfW), Number(tools, key::kPdfH)};
+  return host::Status::Ok();
 }
 
-int TiffPages(Tools& tools, const std::string& tiff, int number) {
-  int pages = 0;
-  if (imaging::CountTiffPages(tools.World().files, tiff, pages) && pages > 0) return pages;
-  return CountTiffPages(tools, tiff, number);
+host::Status TiffPages(Tools& tools, const std::string& tiff, int& pages, int number) {
+  if (imaging::CountTiffPages(tools.World().files, tiff, pages) && pages > 0) return host::Status::Ok();
+  return CountTiffPages(tools, tiff, pages, number);
 }
 
-int CountTiffPages(Tools& tools, const std::string& tiff, int number) {
-  if (!MayStand(Carrier::Fields, kImgTool, {tiff, tools.App()})) return 0;
+host::Status CountTiffPages(Tools& tools, const std::string& tiff, int& pages, int number) {
+  pages = 0;
+  if (host::Status fits = MayStand(Carrier::Fields, kImgTool, {tiff, tools.App()}); !fits) return fits;
   Clear(tools, {key::kGetTiffPages});
   static_cast<void>(tools.World().files.RemoveOwn(tools.AppPath("Tmp.jpg")));
-  if (tools.EnsureAndStart(kImgTool, CountTiffPagesText(tiff, tools.App(), number)) != host::kStarted) return 0;
-  tools.Wait(kProgram);
-  return Number(tools, key::kGetTiffPages);
+  if (host::Status started = Start(tools, CountTiffPagesText(tiff, tools.App(), number)); !started) return started;
+  if (tools.Wait(kProgram) == Waited::Stopped) return Interrupted();
+  pages = Number(tools, key::kGetTiffPages);
+  return host::Status::Ok();
 }
 
 host::Status CutPdf(Tools& tools, const std::string& pdf, const std::string& out, const CutTexts& margins,
@@ -54,23 +67,24 @@ host::Status CutPdf(Tools& tools, const std::string& pdf, const std::string& out
   if (host::Status fits = MayStand(Carrier::Fields, kImgTool, {pdf, out}); !fits) return fits;
   Clear(tools, {key::kCutPdf});
   const ExpectedFile expected(tools, out, {pdf});
-  const int started = tools.EnsureAndStart(kImgTool, CutPdfText(pdf, out, margins));
-  if (started != host::kStarted) return {host::Problem::Other, "无法启动 QxImgTool"};
+  if (host::Status started = Start(tools, CutPdfText(pdf, out, margins)); !started) return started;
   const Waited waited = tools.Wait(kProgram, [&] {
     show(ReadKey(tools.World(), key::kCutPdf));
     return false;
   });
-  return expected.Result(waited, "没有得到裁剪后的PDF");
+  return expected.Result(waited, "没有得到裁剪后的PDF", IsWholePdf);
 }
 
-bool StartSplitPdf(Tools& tools, const std::string& pdf, const std::string& out) {
-  if (!MayStand(Carrier::Fields, kImgTool, {pdf, out, tools.App()})) return false;
+host::Status StartSplitPdf(Tools& tools, const std::string& pdf, const std::string& out) {
+  if (host::Status fits = MayStand(Carrier::Fields, kImgTool, {pdf, out, tools.App()}); !fits) return fits;
   Clear(tools, {key::kSplitPdf});
-  return tools.EnsureAndStart(kImgTool, SplitPdfText(pdf, out, tools.App())) == host::kStarted;
+  return Start(tools, SplitPdfText(pdf, out, tools.App()));
 }
 
-bool StartMakeTiff(Tools& tools, const std::string& parameters) {
-  return tools.EnsureAndStart(kImgTool, parameters) == host::kStarted;
+host::Status StartMakeTiff(Tools& tools, const std::string& pageFolder, const std::string& out,
+                           const std::string& compression, int pages) {
+  if (host::Status fits = MayStand(Carrier::Fields, kImgTool, {pageFolder, out}); !fits) return fits;
+  return Start(tools, MakeTiffText(pageFolder, out, compression, pages));
 }
 
 Waited WaitMakeTiff(Tools& tools, const std::string& out, const std::function<void(std::uint64_t)>& show) {
@@ -80,29 +94,36 @@ Waited WaitMakeTiff(Tools& tools, const std::string& out, const std::function<vo
   });
 }
 
-bool BinderFeed::Give(const std::string& picture, const BindOrder& order) {
-  if (!MayStand(Carrier::Fields, kImgTool, {picture, order.out, order.backImage})) return false;
-  if (!started_) {
-    Clear(tools_, {key::kQxImgTool});
-    started_ = tools_.EnsureAndStart(kImgTool, BindPdfText(order)) == host::kStarted;
-    if (!started_) return false;
-  }
-  WriteKey(tools_.World(), key::kQxImgTool, picture);
+host::Status BinderFeed::Give(const std::string& picture, const BindOrder& order) {
+  if (host::Status fits = MayStand(Carrier::Fields, kImgTool, {picture, order.out, order.backImage}); !fits)
+    return fits;
+  if (host::Status started = started_ ? host::Status::Ok() : Start(order); !started) return started;
+  if (!WriteKey(tools_.World(), key::kQxImgTool, picture)) return NotHeard(kImgTool);
   return Taken();
 }
 
-bool BinderFeed::Taken() {
+host::Status BinderFeed::Start(const BindOrder& order) {
+  if (!WriteKey(tools_.World(), key::kQxImgTool, "")) return NotHeard(kImgTool);
+  host::Status started = formats::Start(tools_, BindPdfText(order));
+  started_ = static_cast<bool>(started);
+  return started;
+}
+
+host::Status BinderFeed::Taken() {
   std::string answer;
   const Waited waited = tools_.Wait(kProgram, [&] {
     answer = ReadKey(tools_.World(), key::kQxImgTool);
     return answer.empty() || (answer != kEnd && !tools_.World().files.IsFile(answer));
   });
-  return waited == Waited::Done && answer.empty();
+  if (waited == Waited::Stopped) return Interrupted();
+  if (waited != Waited::Done) return {host::Problem::Other, "QxImgTool 已中断"};
+  return answer.empty() ? host::Status::Ok() : host::Status(host::Problem::Other, answer);
 }
 
-void BinderFeed::End() {
-  if (started_) WriteKey(tools_.World(), key::kQxImgTool, kEnd);
+host::Status BinderFeed::End() {
+  const bool said = !started_ || WriteKey(tools_.World(), key::kQxImgTool, kEnd);
   started_ = false;
+  return said ? host::Status::Ok() : NotHeard(kImgTool);
 }
 
 }  // namespace quillon::formats

@@ -8,7 +8,8 @@
 #include "formats/tools/command_lines.h"
 #include "formats/tools/tools.h"
 
-// What QxImgTool does for the program. Its copy is put there before each run where it is missing.
+// What QxImgTool does for the program. Its copy is put there before each run where it is missing. A status that is not
+// fine says why the tool was not asked, or that the user ended it.
 namespace quillon::formats {
 
 inline constexpr const char* kImgTool = "QxImgTool";
@@ -19,24 +20,25 @@ struct PdfPages {
   int width = 0;
   int height = 0;
 };
-PdfPages CountPdfPages(Tools& tools, const std::string& pdf, int dpi, int quality);
+host::Status CountPdfPages(Tools& tools, const std::string& pdf, int dpi, int quality, PdfPages& pages);
 
 // The page count of a TIFF: by this process, and by the tool only where it finds none. 0 where neither does.
-int TiffPages(Tools& tools, const std::string& tiff, int number = 1);
+host::Status TiffPages(Tools& tools, const std::string& tiff, int& pages, int number = 1);
 
 // 0 where the tool left no answer. The first page lies in \Tmp.jpg then; what lay there before is gone.
-int CountTiffPages(Tools& tools, const std::string& tiff, int number = 1);
+host::Status CountTiffPages(Tools& tools, const std::string& tiff, int& pages, int number = 1);
 
-// Cuts all pages as they are drawn; show gets the progress text. The status is fine when out is a new file. What stood
+// Cuts all pages as they are drawn; show gets the progress text. The status is fine when out is a new pdf. What stood
 // there before and was not replaced goes to the trash, unless it is pdf itself.
 host::Status CutPdf(Tools& tools, const std::string& pdf, const std::string& out, const CutTexts& margins,
                     const std::function<void(const std::string&)>& show);
 
-// Starts to split a pdf into pages and does not wait; false where it did not start.
-bool StartSplitPdf(Tools& tools, const std::string& pdf, const std::string& out);
+// Starts to split a pdf into pages and does not wait.
+host::Status StartSplitPdf(Tools& tools, const std::string& pdf, const std::string& out);
 
-// Starts to assemble pages that are still being made.
-bool StartMakeTiff(Tools& tools, const std::string& parameters);
+// Starts to assemble pages that are still being made; compression as in MakeTiffText.
+host::Status StartMakeTiff(Tools& tools, const std::string& pageFolder, const std::string& out,
+                           const std::string& compression, int pages);
 // Waits for that; show gets the size of out so far.
 Waited WaitMakeTiff(Tools& tools, const std::string& out, const std::function<void(std::uint64_t)>& show);
 
@@ -45,14 +47,15 @@ class BinderFeed {
  public:
   explicit BinderFeed(Tools& tools) : tools_(tools) {}
 
-  // The first picture starts the tool with that text. Comes back when the tool has taken the picture; false when it
-  // answers otherwise, ended, or the user wants to end.
-  bool Give(const std::string& picture, const BindOrder& order);
+  // The first picture starts the tool with that text. Comes back when the tool has taken the picture, or at once when
+  // it cannot hear of it. What else the tool answers is the failure.
+  host::Status Give(const std::string& picture, const BindOrder& order);
   // Says that this was the last one; the tool writes the pdf and ends by itself.
-  void End();
+  host::Status End();
 
  private:
-  bool Taken();
+  host::Status Start(const BindOrder& order);
+  host::Status Taken();
 
   Tools& tools_;
   bool started_ = false;

@@ -7,6 +7,7 @@
 #include "formats/tools/command_lines.h"
 #include "formats/tools/expected_file.h"
 #include "formats/tools/pause.h"
+#include "formats/tools/sound_result.h"
 
 namespace quillon::formats {
 namespace {
@@ -28,13 +29,6 @@ Waited RunTo(Tools& tools, const std::string& parameters, int started) {
 
 Waited Run(Tools& tools, const std::string& parameters) {
   return RunTo(tools, parameters, tools.Start(kName, parameters));
-}
-
-bool IsWholePdf(const host::Files& files, const std::string& path) {
-  constexpr std::size_t kTail = 1024;
-  std::string bytes;
-  if (!files.ReadFile(path, bytes) || !bytes.starts_with("%PDF-")) return false;
-  return bytes.find("%%EOF", bytes.size() > kTail ? bytes.size() - kTail : 0) != std::string::npos;
 }
 
 }  // namespace
@@ -70,7 +64,7 @@ host::Status MakeCmykPreview(Tools& tools, const std::string& file, const std::s
   const std::string text = CmykPreviewText(file, tools.App(), profile, out);
   int started = tools.StartIn(systemFolder, kName, text);
   if (started != host::kStarted) started = tools.Start(kName, text);
-  return expected.Result(RunTo(tools, text, started), "没有生成CMYK预览");
+  return expected.Result(RunTo(tools, text, started), "没有生成CMYK预览", IsPicture);
 }
 
 }  // namespace quillon::formats

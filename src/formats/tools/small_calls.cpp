@@ -7,6 +7,7 @@
 #include "formats/tools/expected_file.h"
 #include "formats/tools/keys.h"
 #include "formats/tools/pause.h"
+#include "formats/tools/sound_result.h"
 
 namespace quillon::formats {
 namespace {
@@ -16,27 +17,30 @@ constexpr float kCirclePause = 0.1F;
 
 }  // namespace
 
-std::string RecogniseText(Tools& tools, const std::string& picture) {
-  if (!MayStand(Carrier::Fields, "QxBackOCRer", {picture})) return "";
+host::Status RecogniseText(Tools& tools, const std::string& picture, std::string& text) {
+  text.clear();
+  if (host::Status fits = MayStand(Carrier::Fields, "QxBackOCRer", {picture}); !fits) return fits;
   WriteKey(tools.World(), key::kOcrRes, "");
-  if (tools.EnsureAndStart("QxBackOCRer", OcrText(picture)) != host::kStarted) return "";
+  if (tools.EnsureAndStart("QxBackOCRer", OcrText(picture)) != host::kStarted) return NotStarted("QxBackOCRer");
   PauseSeconds(tools.World(), kOcrPause);
-  tools.Wait("QxBackOCRer.exe");
-  return ReadKey(tools.World(), key::kOcrRes);
+  if (tools.Wait("QxBackOCRer.exe") == Waited::Stopped) return Interrupted();
+  text = ReadKey(tools.World(), key::kOcrRes);
+  return host::Status::Ok();
 }
 
 host::Status CutCircle(Tools& tools, const std::string& source, const std::string& target, const base::Rect& box) {
   if (host::Status fits = MayStand(Carrier::Fields, "PicCirleCut", {source, target}); !fits) return fits;
   const ExpectedFile expected(tools, target, {source});
   const int started = tools.Start("PicCirleCut", CircleText(source, target, box));
-  if (started != host::kStarted) return {host::Problem::Other, "无法启动 PicCirleCut"};
+  if (started != host::kStarted) return NotStarted("PicCirleCut");
   PauseSeconds(tools.World(), kCirclePause);
-  return expected.Result(tools.Wait("PicCirleCut.exe"), "没有得到圆形裁剪的结果");
+  return expected.Result(tools.Wait("PicCirleCut.exe"), "没有得到圆形裁剪的结果", IsPicture);
 }
 
-Waited RunCutMedia(Tools& tools, const std::string& parameters) {
-  if (tools.EnsureAndStart("CutMedia", parameters) != host::kStarted) return Waited::Gone;
-  return tools.Wait("CutMedia.exe");
+host::Status RunCutMedia(Tools& tools, const std::string& parameters, std::initializer_list<std::string> paths) {
+  if (host::Status fits = MayStand(Carrier::Quotes, "CutMedia", paths); !fits) return fits;
+  if (tools.EnsureAndStart("CutMedia", parameters) != host::kStarted) return NotStarted("CutMedia");
+  return tools.Wait("CutMedia.exe") == Waited::Stopped ? Interrupted() : host::Status::Ok();
 }
 
 }  // namespace quillon::formats

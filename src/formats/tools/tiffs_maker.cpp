@@ -8,6 +8,7 @@
 #include "formats/tools/expected_file.h"
 #include "formats/tools/keys.h"
 #include "formats/tools/processes.h"
+#include "formats/tools/sound_result.h"
 
 namespace quillon::formats {
 namespace {
@@ -25,7 +26,7 @@ host::Status RunTiffsMaker(Tools& tools, const std::string& list, const std::vec
                            const std::string& out, int pages, const std::function<void(const std::string&)>& show) {
   const ExpectedFile expected(tools, out, pictures);
   WriteKey(tools.World(), key::kMakeTiffProg, "");
-  if (tools.Start(kName, list) != host::kStarted) return {host::Problem::Other, "无法启动 DCTiffsMaker"};
+  if (tools.Start(kName, list) != host::kStarted) return NotStarted(kName);
   std::string told;
   const auto look = [&] {
     told = ReadKey(tools.World(), key::kMakeTiffProg);
@@ -37,7 +38,7 @@ host::Status RunTiffsMaker(Tools& tools, const std::string& list, const std::vec
   EndProcess(tools.World(), kProgram);
   if (told == kFullDisk) return host::Status::FromErrno(ENOSPC);
   const bool failure = !told.empty() && told.find(kWorking) == std::string::npos;
-  return expected.Result(waited, failure ? told : "没有生成Tiff");
+  return expected.Result(waited, failure ? told : "没有生成Tiff", IsPicture);
 }
 
 }  // namespace quillon::formats
