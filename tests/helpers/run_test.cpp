@@ -12,6 +12,8 @@
 #include <filesystem>
 #include <future>
 
+#include <exiv2/exiv2.hpp>
+
 #include "helpers/frame/child.h"
 #include "helpers/pictures.h"
 #include "helpers/until.h"
@@ -27,6 +29,20 @@ using testing::Save;
 using testing::Waves;
 
 const std::vector<std::string> kCmyk = {"--open", "FBaseOpt", "--set", "FBaseOpt.ChToCMYK=1"};
+const std::vector<std::string> kExif = {"--open", "FBaseOpt", "--set", "FBaseOpt.ChKeepExif=1"};
+
+void SetMaker(const std::string& picture, const std::string& maker) {
+  const auto image = Exiv2::ImageFactory::open(picture);
+  image->readMetadata();
+  image->exifData()["Exif.Image.Make"] = maker;
+  image->writeMetadata();
+}
+
+std::string MakerOf(const std::string& picture) {
+  const auto image = Exiv2::ImageFactory::open(picture);
+  image->readMetadata();
+  return image->exifData()["Exif.Image.Make"].toString();
+}
 
 class RunTest : public ::testing::Test {
  protected:
@@ -95,9 +111,11 @@ TEST_F(RunTest, APictureBecomesAPdf) {
 }
 
 TEST_F(RunTest, ExifIsKept) {
-  const Ended ended = Run({"--open", "FBaseOpt", "--set", "FBaseOpt.ChKeepExif=1"});
+  SetMaker(folder.Path("in/a.jpg"), "Camera");
+  const Ended ended = Run(kExif);
   EXPECT_EQ(ended.exit, 0) << ended.output;
   EXPECT_EQ(Load(folder.Path("out/a.jpg")).height, 20);
+  EXPECT_EQ(MakerOf(folder.Path("out/a.jpg")), "Camera");
   EXPECT_EQ(folder.Names("tmp"), std::vector<std::string>{});
 }
 
@@ -108,6 +126,22 @@ TEST_F(RunTest, TwoRunsDoNotMeet) {
   EXPECT_EQ(other.get().exit, 0);
   EXPECT_EQ(Load(folder.Path("out/a.jpg")).bands, 4);
   EXPECT_EQ(Load(folder.Path("out2/a.jpg")).bands, 4);
+}
+
+// Both orders stand under the same key.
+TEST_F(RunTest, TwoRunsDoNotTakeEachOthersExif) {
+  fs::create_directory(folder.Path("out2"));
+  fs::copy_file(folder.Path("in/a.jpg"), folder.Path("in/b.jpg"));
+  SetMaker(folder.Path("in/a.jpg"), "First");
+  SetMaker(folder.Path("in/b.jpg"), "Second");
+  const std::vector<std::string> first = Words(kExif, "out");
+  source = "b.jpg";
+  const std::vector<std::string> second = Words(kExif, "out2");
+  auto other = std::async(std::launch::async, [&] { return RunProgram(second); });
+  EXPECT_EQ(RunProgram(first).exit, 0);
+  EXPECT_EQ(other.get().exit, 0);
+  EXPECT_EQ(MakerOf(folder.Path("out/a.jpg")), "First");
+  EXPECT_EQ(MakerOf(folder.Path("out2/b.jpg")), "Second");
 }
 
 TEST_F(RunTest, ABrokenHelperCostsTheColoursAndNotTheRun) {
@@ -150,15 +184,23 @@ TEST_F(RunTest, AHelperThatHangsIsEndedByAStop) {
 }
 
 // The cut stands; what the helper would have added is said to be missing.
-TEST_F(RunTest, NamesThatNoOrderCanCarryAreTold) {
-  const std::vector<std::string> exif = {"--open", "FBaseOpt", "--set", "FBaseOpt.ChKeepExif=1"};
-  for (const char* name : {"a|b.jpg", "a\tb.jpg", "a\nb.jpg"}) {
+TEST_F(RunTest, ANameThatNoOrderCanCarryIsTold) {
+  source = "a|b.jpg";
+  fs::copy_file(folder.Path("in/a.jpg"), folder.Path("in/" + source));
+  const Ended ended = Run(kExif);
+  EXPECT_EQ(ended.exit, 0) << ended.output;
+  EXPECT_NE(ended.output.find("无法交给 TessaExifHandler"), std::string::npos) << ended.output;
+  EXPECT_EQ(Load(folder.Path("out/" + source)).height, 20);
+}
+
+TEST_F(RunTest, ExifIsKeptUnderNamesThatAnOrderCanCarry) {
+  SetMaker(folder.Path("in/a.jpg"), "Camera");
+  for (const char* name : {"a\tb.jpg", "a\nb.jpg", "a\"b.jpg"}) {
     source = name;
     fs::copy_file(folder.Path("in/a.jpg"), folder.Path("in/" + source));
-    const Ended ended = Run(exif);
+    const Ended ended = Run(kExif);
     EXPECT_EQ(ended.exit, 0) << name << ended.output;
-    EXPECT_NE(ended.output.find("无法交给 TessaExifHandler"), std::string::npos) << name << ended.output;
-    EXPECT_EQ(Load(folder.Path("out/" + source)).height, 20) << name;
+    EXPECT_EQ(MakerOf(folder.Path("out/" + source)), "Camera") << name << ended.output;
   }
 }
 
@@ -181,7 +223,7 @@ TEST_F(RunTest, ABrokenHelperCostsTheExifAndNotTheRun) {
     fs::create_directory(folder.Path("bin"));
     fs::remove(folder.Path("out/a.jpg"));
     Break("TessaExifHandler", script);
-    const Ended ended = Run({"--open", "FBaseOpt", "--set", "FBaseOpt.ChKeepExif=1"});
+    const Ended ended = Run(kExif);
     EXPECT_EQ(ended.exit, 0) << script << ended.output;
     EXPECT_EQ(Load(folder.Path("out/a.jpg")).height, 20) << script;
     EXPECT_NE(ended.output.find("Exif没有保留"), std::string::npos) << script << ended.output;

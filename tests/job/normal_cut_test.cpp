@@ -109,6 +109,14 @@ TEST_F(NormalCutTest, OptionsWithoutTheirPartStopTheRun) {
   EXPECT_EQ(OutNames(), std::vector<std::string>{"a.jpg"});
 }
 
+// It was ended with the last run; the next picture for it starts it again.
+TEST_F(NormalCutTest, TheBackWorkerIsFoundNotStarted) {
+  List({Make("a.bmp")});
+  flags.BackWorkerStarted = true;
+  Cut();
+  EXPECT_FALSE(flags.BackWorkerStarted);
+}
+
 TEST_F(NormalCutTest, ChBackIsFoundCleared) {
   Put("ChBack", "1");
   Cut({Make("a.bmp")});
