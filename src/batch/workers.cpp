@@ -38,7 +38,7 @@ struct Workers::Member {
   std::size_t number = 0;
   job::Share share;
   std::unique_ptr<Worker> worker;
-  std::unordered_set<std::string> handled;  // sources that were told of
+  std::size_t handled = 0;  // sources that were told of
   std::string underWay;
   bool finished = false;  // its end event has come
   bool gone = false;
@@ -57,12 +57,14 @@ Workers::Workers(const Plan& plan, std::vector<std::string> arguments, std::stri
       clock_(clock),
       reporter_(reporter),
       stopping_(std::move(stopping)),
-      program_(std::move(program)) {}
+      program_(std::move(program)),
+      records_(base::JoinPath(folder_, "records")) {}
 
 Workers::~Workers() = default;
 
 Exit Workers::Run() {
   begun_ = clock_.Seconds();
+  if (!records_.Complete()) return GiveUp();
   for (std::size_t i = 0; i < plan_.jobs; ++i) {
     auto member = std::make_unique<Member>();
     member->number = i;
@@ -85,26 +87,40 @@ Exit Workers::Run() {
   return exit;
 }
 
+Exit Workers::GiveUp() {
+  std::fprintf(stderr, "quillon-batch: 无法在临时文件夹中记录处理进度：%s\n", base::DisplayText(folder_).c_str());
+  reporter_.Tell(EndEvent(sums_));
+  reporter_.Finish(sums_);
+  return Exit::SomeWithout;
+}
+
 void Workers::Start(Member& member, Careful careful) {
   const std::vector<std::string> arguments = WorkerArguments(arguments_, member.share);
-  const std::string leftOut = SaveLeftOut(member);
   const auto out = [this, &member](const std::string& line) { TakeLine(member, line); };
   const auto err = [this](const std::string& line) {
     if (said_.insert(line).second) std::fprintf(stderr, "%s\n", line.c_str());
   };
-  member.before = member.handled.size();
+  member.before = member.handled;
   member.progress = {};
   member.finished = false;
   const std::lock_guard lock(mutex_);
-  member.worker = std::make_unique<Worker>(program_, arguments, leftOut, careful, out, err);
+  member.worker = std::make_unique<Worker>(program_, arguments, LeftOutPath(member), careful, out, err);
 }
 
-std::string Workers::SaveLeftOut(const Member& member) {
-  std::string names;
-  for (const std::string& source : member.handled) names.append(source).push_back('\0');
-  const std::string path = base::JoinPath(folder_, "done-" + std::to_string(member.number));
-  (void)files_.Save(path, names);
-  return path;
+std::string Workers::LeftOutPath(const Member& member) const {
+  return base::JoinPath(folder_, "done-" + std::to_string(member.number));
+}
+
+// What all have handled: the sources of others are none of its share anyway.
+bool Workers::SaveLeftOut(const Member& member) {
+  const auto fill = [this](host::Draft& draft) {
+    host::Status status;
+    records_.EachSource([&](const std::string& source) {
+      if (status) status = draft.Write(source.c_str(), source.size() + 1);
+    });
+    return status;
+  };
+  return records_.Complete() && files_.Save(LeftOutPath(member), fill);
 }
 
 void Workers::Signal() {
@@ -165,34 +181,40 @@ void Workers::TakeFile(Member& member, const Event& event) {
   const std::string output = event.Text("output");
   const std::string result = event.Text("result");
   if (source == member.underWay) member.underWay.clear();
-  member.handled.insert(source);
-  if (!output.empty()) made_.insert(output);
-  if (const auto* more = std::get_if<std::vector<std::string>>(event.Find("more"))) {
-    made_.insert(more->begin(), more->end());
-  }
+  const std::optional<std::string> earlier = records_.OutputOf(source);
+  if (!earlier) ++member.handled;
   // Its worker finds out later than we do that its output was lost.
-  if (result == kNone && lost_.erase(source) > 0) return;
+  if (result == kNone && earlier && records_.TakeLost(source)) return;
   // Told a second time: its output was lost after all.
-  const auto earlier = result == kNone ? outputs_.find(source) : outputs_.end();
-  if (earlier != outputs_.end()) {
+  if (result == kNone && !earlier.value_or("").empty()) {
     Count(kWritten, -1);
-    sources_.erase(earlier->second);
-    outputs_.erase(earlier);
+    records_.TellMade(*earlier, "");
   }
-  if (result == kWritten) {
-    const auto other = sources_.find(output);
-    if (other != sources_.end() && other->second != source) {
-      const std::string lost = other->second;
-      outputs_.erase(lost);
-      lost_.insert(lost);
-      Count(kWritten, -1);
-      TellLost(lost, "输出文件与 " + base::DisplayText(source) + " 的同名，已被后者覆盖");
-    }
-    sources_[output] = source;
-    outputs_[source] = output;
-  }
+  TakeOutputs(source, event);
   Count(result, 1);
   reporter_.Tell(event);
+}
+
+// A written output is that of its source alone; others are only known to be none of an earlier run.
+void Workers::TakeOutputs(const std::string& source, const Event& event) {
+  const std::string output = event.Text("output");
+  const bool written = event.Text("result") == kWritten;
+  if (written) {
+    const std::string other = records_.SourceOf(output).value_or("");
+    if (!other.empty() && other != source) {
+      records_.Tell(other, "");
+      records_.Lose(other);
+      Count(kWritten, -1);
+      TellLost(other, "输出文件与 " + base::DisplayText(source) + " 的同名，已被后者覆盖");
+    }
+    records_.TellMade(output, source);
+  } else if (!output.empty() && !records_.SourceOf(output)) {
+    records_.TellMade(output, "");
+  }
+  if (const auto* more = std::get_if<std::vector<std::string>>(event.Find("more"))) {
+    for (const std::string& one : *more) records_.TellMade(one, "");
+  }
+  records_.Tell(source, written ? output : "");
 }
 
 void Workers::TakeOlder(const std::string& path) {
@@ -219,13 +241,15 @@ void Workers::TakeEnd(Member& member) {
   const std::string how = end.signal > 0 ? "（信号 " + std::to_string(end.signal) + "）" : "";
   const std::string source = std::exchange(member.underWay, {});
   if (!source.empty()) {
-    member.handled.insert(source);
+    if (!records_.OutputOf(source)) ++member.handled;
+    records_.Tell(source, "");
     TellLost(source, "处理进程意外结束" + how + "，这个文件可能没有处理完");
   }
   member.exit = static_cast<int>(Exit::SomeWithout);
-  const bool progressed = member.handled.size() > member.before;
+  const bool progressed = member.handled > member.before;
   member.inVain = progressed ? 0 : member.inVain + 1;
-  member.gone = stopping_() || member.inVain >= kMostInVain;
+  // None may take its place that would not know what is done: it would cut overwritten sources again.
+  member.gone = stopping_() || member.inVain >= kMostInVain || !SaveLeftOut(member);
   if (!member.gone) {
     Start(member, Careful::Yes);
   } else if (!stopping_()) {
@@ -240,7 +264,8 @@ void Workers::TellUnfinished(Member& member, const std::string& how) {
   for (const Step& step : plan_.steps) {
     for (const std::string& path : step.files) {
       const bool folder = files_.IsFolder(path);
-      if (!folder && (!member.share.TakesNamed(path) || !member.handled.insert(path).second)) continue;
+      if (!folder && (!member.share.TakesNamed(path) || records_.OutputOf(path))) continue;
+      if (!folder) records_.Tell(path, "");
       TellLost(path, what + (folder ? "，其中由它负责的文件没有处理完" : "，这个文件没有处理"));
     }
   }
@@ -255,7 +280,7 @@ void Workers::ShowProgress() {
   all.seconds = now - begun_;
   bool known = true;
   for (const auto& member : members_) {
-    all.done += member->handled.size();
+    all.done += member->handled;
     all.planned += member->before + member->progress.planned;
     known = known && (member->gone || member->progress.planned > 0);
   }
@@ -264,18 +289,14 @@ void Workers::ShowProgress() {
 }
 
 void Workers::DropOlder() {
-  if (someDied_ || !plan_.share.Whole()) return;
+  if (older_.empty() || someDied_ || !plan_.share.Whole() || !records_.Complete()) return;
   for (const Older& older : older_) {
     const auto now = files_.Look(older.path);
     if (!now || !imaging::Unchanged(*now, older.facts)) continue;
-    if (!made_.contains(older.path) && !IsSource(older.path)) static_cast<void>(files_.Discard(older.path));
+    const bool ours = records_.SourceOf(older.path) || records_.OutputOf(older.path);
+    if (!ours) static_cast<void>(files_.Discard(older.path));
   }
   static_cast<void>(files_.Settle());
-}
-
-bool Workers::IsSource(const std::string& path) const {
-  return std::any_of(members_.begin(), members_.end(),
-                     [&](const auto& member) { return member->handled.contains(path); });
 }
 
 Exit Workers::Sum() const {

@@ -7,10 +7,9 @@
 #include <mutex>
 #include <set>
 #include <string>
-#include <unordered_map>
-#include <unordered_set>
 #include <vector>
 
+#include "batch/file_records.h"
 #include "batch/hosts.h"
 #include "batch/plan.h"
 #include "batch/reporter.h"
@@ -31,11 +30,11 @@ inline constexpr const char* kThisProgram = "/proc/self/exe";
 //
 // An older file under the name of an output that could not be made goes to the trash once all have come to their end
 // and none has made it or has it as a source; where one died or was stopped, or all are only a share themselves, it
-// stays.
+// stays. What is held in memory does not grow with the number of files.
 class Workers {
  public:
-  // arguments are those of the plan; folder is one of our own, for the lists of files that are left out; program is
-  // what the workers run.
+  // arguments are those of the plan; folder is one of our own, for what is noted of the files; program is what the
+  // workers run.
   Workers(const Plan& plan, std::vector<std::string> arguments, std::string folder, host::Files& files,
           host::Clock& clock, Reporter& reporter, Stopping stopping, std::string program = kThisProgram);
   ~Workers();
@@ -54,12 +53,16 @@ class Workers {
     host::FileFacts facts;
   };
 
+  // Before anything is begun.
+  Exit GiveUp();
   void Start(Member& member, Careful careful);
-  std::string SaveLeftOut(const Member& member);
+  std::string LeftOutPath(const Member& member) const;
+  bool SaveLeftOut(const Member& member);
   void WaitForSome();
   void TakeLine(Member& member, const std::string& line);
   void TakeEvent(Member& member, const Event& event);
   void TakeFile(Member& member, const Event& event);
+  void TakeOutputs(const std::string& source, const Event& event);
   void TakeOlder(const std::string& path);
   void TakeEnd(Member& member);
   void TellUnfinished(Member& member, const std::string& how);
@@ -67,7 +70,6 @@ class Workers {
   void TellLost(const std::string& source, const std::string& why);
   void ShowProgress();
   void DropOlder();
-  bool IsSource(const std::string& path) const;
   Exit Sum() const;
 
   const Plan& plan_;
@@ -80,11 +82,8 @@ class Workers {
   std::string program_;
   std::mutex mutex_;  // over the processes, which a second signal looks at from another thread
   std::vector<std::unique_ptr<Member>> members_;
-  std::unordered_map<std::string, std::string> sources_;  // by output
-  std::unordered_map<std::string, std::string> outputs_;  // by source, of those written
-  std::unordered_set<std::string> made_;                  // outputs of this run, and of earlier parts of it
+  FileRecords records_;
   std::vector<Older> older_;
-  std::set<std::string> lost_;  // told as lost before their worker did
   std::set<std::string> said_;  // lines on stderr
   Summary sums_;
   double begun_ = 0;

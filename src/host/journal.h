@@ -3,6 +3,7 @@
 #pragma once
 
 #include <cstddef>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
@@ -20,6 +21,8 @@ class Journal {
   virtual void Set(const std::string& file, const std::string& key, const std::string& value) = 0;
   // How many files have a value under the key.
   virtual std::size_t Count(const std::string& key) = 0;
+  // Hands out those files, in no order that anyone may rely on.
+  virtual void Each(const std::string& key, const std::function<void(const std::string& file)>& take) = 0;
   // From here on what was set outlives the program and the machine.
   virtual void Commit() = 0;
   // Forgets everything.

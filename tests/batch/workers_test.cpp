@@ -219,7 +219,7 @@ TEST_F(DyingWorkersTest, OneThatDiesWhileItListsCostsTheFileItLookedAt) {
   const std::string good = JsonLine(FileEvent({0, "/good.jpg", "/out/good.jpg", job::Result::Written, ""}));
   const std::string end = JsonLine(EndEvent({1, 0, 0, 0.1, false}));
   // The first does not say what it looks at; the careful ones do.
-  const Exit exit = Perform("if grep -q bad \"$QUILLON_BATCH_WORKER\"; then\n" + Says(good) + Says(end) +
+  const Exit exit = Perform("if grep -qs bad \"$QUILLON_BATCH_WORKER\"; then\n" + Says(good) + Says(end) +
                                 "exit 0\nfi\n"
                                 "if [ -n \"$QUILLON_BATCH_CAREFUL\" ]; then\n" +
                                 Says(BegunLine("/good.jpg")) + Says(BegunLine("/bad.jpg")) + "fi\nkill -9 $$\n",
@@ -238,6 +238,37 @@ TEST_F(DyingWorkersTest, WhatNoneCouldDoIsNamed) {
   EXPECT_EQ(Whys(), (std::map<std::string, std::string>{
                         {"/a.jpg", "第 1 个处理进程意外结束（信号 9），这个文件没有处理"},
                         {folder, "第 1 个处理进程意外结束（信号 9），其中由它负责的文件没有处理完"}}));
+}
+
+TEST_F(DyingWorkersTest, TheNextIsToldOfEverySource) {
+  const std::string good = JsonLine(FileEvent({0, "/good.jpg", "/out/good.jpg", job::Result::Written, ""}));
+  const std::string bad = JsonLine(FileEvent({0, "/bad.jpg", "", job::Result::None, "damaged"}));
+  Perform("if [ -n \"$QUILLON_BATCH_CAREFUL\" ]; then\ntr '\\0' '\\n' <\"$QUILLON_BATCH_WORKER\" | sort >'" +
+              world_.folder.Path("told") + "'\n" + SaysEnd() + "exit 0\nfi\n" + Says(good) + Says(bad) +
+              Says(BegunLine("/killer.jpg")) + "kill -9 $$\n",
+          {});
+  EXPECT_EQ(world_.folder.Read("told"), "/bad.jpg\n/good.jpg\n/killer.jpg\n");
+}
+
+// It would cut overwritten sources again.
+TEST_F(DyingWorkersTest, NoneFollowsWhereItCannotBeToldWhatIsDone) {
+  world_.faults.Set({.call = host::testing::DiskCall::Write,
+                     .error = ENOSPC,
+                     .length = host::testing::Fault::Length::ForEver,
+                     .pathHolds = "done-"});
+  EXPECT_EQ(Perform(SaysFile({0, "/good.jpg", "/out/good.jpg", job::Result::Written, ""}) + "kill -9 $$\n",
+                    {"/good.jpg", "/other.jpg"}),
+            Exit::SomeWithout);
+  EXPECT_EQ(Starts(), 1u);
+  EXPECT_EQ(Whys().count("/other.jpg"), 1u);
+}
+
+TEST_F(DyingWorkersTest, NothingBeginsWhereNothingCanBeNoted) {
+  fs::create_directories(world_.folder.Path("records"));
+  EXPECT_EQ(Perform(SaysEnd() + "exit 0\n", {"/a.jpg"}), Exit::SomeWithout);
+  EXPECT_FALSE(world_.folder.Exists("log"));
+  EXPECT_EQ(recorder_.Of(EventKind::End).size(), 1u);
+  EXPECT_EQ(recorder_.Finished(), 1);
 }
 
 // --- Older results: what one worker could not make, another may have.

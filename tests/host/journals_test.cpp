@@ -6,6 +6,7 @@
 
 #include <csignal>
 #include <filesystem>
+#include <set>
 
 #include "host/posix/sqlite_journals.h"
 #include "host/testing/temp_folder.h"
@@ -39,6 +40,10 @@ TEST_F(JournalsTest, RememberBeyondTheirEnd) {
   EXPECT_EQ(journal->Get(file, "other"), std::nullopt);
   EXPECT_EQ(journal->Get("/a/b", "done"), std::nullopt);
   EXPECT_EQ(journal->Count("done"), 1u);
+  journal->Set("/b", "done", "");
+  std::set<std::string> files;
+  journal->Each("done", [&](const std::string& one) { files.insert(one); });
+  EXPECT_EQ(files, (std::set<std::string>{file, "/b"}));
   journal->Clear();
   EXPECT_EQ(journal->Count("done"), 0u);
 }
@@ -101,6 +106,21 @@ TEST_F(JournalsTest, OldOnesAreSwept) {
   journals.Open("new")->Set("a", "k", "1");
   EXPECT_FALSE(std::filesystem::exists(old));
   EXPECT_EQ(folder.Names("journals").size(), 1u);
+}
+
+TEST_F(JournalsTest, AScratchOneLastsAsLongAsItIsOpen) {
+  const std::string path = folder.Path("scratch");
+  const auto journal = posix::OpenScratchJournal(path);
+  ASSERT_TRUE(journal);
+  for (int i = 0; i < 60'000; ++i) journal->Set("/folder/" + std::to_string(i), "k", std::to_string(i * 7));
+  EXPECT_EQ(journal->Get("/folder/0", "k"), "0");
+  EXPECT_EQ(journal->Get("/folder/59999", "k"), "419993");
+  EXPECT_EQ(journal->Get("/folder/60000", "k"), std::nullopt);
+  EXPECT_EQ(journal->Count("k"), 60'000u);
+  EXPECT_GT(std::filesystem::file_size(path), 1'000'000u) << "not in memory";
+  journal->Remove();
+  EXPECT_FALSE(std::filesystem::exists(path));
+  EXPECT_EQ(posix::OpenScratchJournal(folder.Path("missing/scratch")), nullptr);
 }
 
 TEST_F(JournalsTest, WhereNoneCanBeKeptThereIsNone) {

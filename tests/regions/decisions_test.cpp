@@ -40,6 +40,11 @@ class MemoryJournals final : public host::Journals {
       for (const auto& [place, value] : values_) count += place.second == key;
       return count;
     }
+    void Each(const std::string& key, const std::function<void(const std::string&)>& take) override {
+      for (const auto& [place, value] : values_) {
+        if (place.second == key) take(place.first);
+      }
+    }
     void Commit() override {}
     void Clear() override { values_.clear(); }
     void Remove() override { values_.clear(); }

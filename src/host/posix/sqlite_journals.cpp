@@ -20,9 +20,11 @@ constexpr std::chrono::hours kKept{24 * 60};
 constexpr const char* kExtension = ".db";
 
 // One process has the journal for itself. Little is held in memory, however long it grows.
-constexpr const char* kSetUp =
-    "PRAGMA locking_mode = EXCLUSIVE; PRAGMA journal_mode = DELETE; PRAGMA synchronous = FULL; "
-    "PRAGMA cache_size = -512; BEGIN IMMEDIATE; "
+constexpr const char* kAlone = "PRAGMA locking_mode = EXCLUSIVE; PRAGMA cache_size = -512";
+constexpr const char* kSafe = "PRAGMA journal_mode = DELETE; PRAGMA synchronous = FULL";
+constexpr const char* kFast = "PRAGMA journal_mode = OFF; PRAGMA synchronous = OFF";
+constexpr const char* kTables =
+    "BEGIN IMMEDIATE; "
     "CREATE TABLE IF NOT EXISTS job (text BLOB NOT NULL); "
     "CREATE TABLE IF NOT EXISTS record (file BLOB NOT NULL, key BLOB NOT NULL, value BLOB NOT NULL, "
     "PRIMARY KEY (file, key)) WITHOUT ROWID; COMMIT";
@@ -100,6 +102,13 @@ class SqliteJournal final : public Journal {
     return count;
   }
 
+  void Each(const std::string& key, const std::function<void(const std::string& file)>& take) override {
+    const Statement each = Prepare(Raw(), "SELECT file FROM record WHERE key = ?1");
+    if (!each) return;
+    Bind(each.get(), 1, key);
+    while (sqlite3_step(each.get()) == SQLITE_ROW) take(BlobAt(each.get(), 0));
+  }
+
   void Commit() override {
     if (database_ && sqlite3_get_autocommit(Raw()) == 0) Run(Raw(), "COMMIT");
   }
@@ -144,8 +153,8 @@ void SweepOld(const std::string& folder) {
 }
 
 // Whether the database can be used and nobody else has it; busy where somebody has.
-bool SetUp(sqlite3* database, bool& busy) {
-  if (Run(database, kSetUp)) return true;
+bool SetUp(sqlite3* database, const char* manner, bool& busy) {
+  if (Run(database, kAlone) && Run(database, manner) && Run(database, kTables)) return true;
   busy = (sqlite3_errcode(database) & 0xFF) == SQLITE_BUSY;
   return false;
 }
@@ -180,14 +189,21 @@ std::unique_ptr<Journal> SqliteJournals::Open(const std::string& job) {
   const std::string path = base::JoinPath(folder_, NameOf(job) + kExtension);
   bool busy = false;
   Database database = OpenAt(path);
-  if (!database || !SetUp(database.get(), busy)) {
+  if (!database || !SetUp(database.get(), kSafe, busy)) {
     if (busy) return nullptr;
     database.reset();
     fs::remove(path, error);
     database = OpenAt(path);
-    if (!database || !SetUp(database.get(), busy)) return nullptr;
+    if (!database || !SetUp(database.get(), kSafe, busy)) return nullptr;
   }
   TakeJob(database.get(), job);
+  return std::make_unique<SqliteJournal>(std::move(database), path);
+}
+
+std::unique_ptr<Journal> OpenScratchJournal(const std::string& path) {
+  bool busy = false;
+  Database database = OpenAt(path);
+  if (!database || !SetUp(database.get(), kFast, busy)) return nullptr;
   return std::make_unique<SqliteJournal>(std::move(database), path);
 }
 

@@ -22,4 +22,8 @@ class SqliteJournals final : public Journals {
   std::string folder_;
 };
 
+// A journal that lasts no longer than it is open, in a file of the program's own: nothing waits for the disk. nullptr
+// where none can be made.
+std::unique_ptr<Journal> OpenScratchJournal(const std::string& path);
+
 }  // namespace quillon::host::posix
