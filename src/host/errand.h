@@ -8,6 +8,11 @@
 
 namespace quillon::host {
 
+// After so many seconds without any answer a disk is given up.
+inline constexpr double kLongestSilence = 30;
+// What is told of a file on it.
+inline constexpr const char* kDiskSilent = "磁盘没有响应，已跳过；请检查磁盘或网络连接后重新处理";
+
 // Work on a thread of its own that may never come back: a call to a disk that no longer answers. It can be waited for
 // a moment at a time, and be left behind.
 class Errand {

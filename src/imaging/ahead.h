@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include <atomic>
 #include <cstddef>
 #include <cstdint>
 #include <functional>
@@ -22,7 +23,9 @@ namespace quillon::imaging {
 // and reports.
 //
 // Plan, Take and Await are called from one thread. The pump given to a wait is called every few milliseconds; it may
-// call Plan.
+// call Plan. A wait lasts as long as the work computes, but not for a disk that answers no longer: a read that has not
+// come back for half a minute ends it, with a stop request one of a second. The thread that hangs there is left behind;
+// as long as it does, its file fails at once.
 class Ahead {
  public:
   struct Job {
@@ -33,8 +36,11 @@ class Ahead {
     // Asked before so many bytes of working memory are taken; at false the work has to end. It is begun again when
     // there is room, and left to the caller when there never can be.
     std::function<bool(std::int64_t bytes)> admit;
+    // Counted up when a read of the source begins and again when it ends.
+    std::atomic<unsigned>& reads;
   };
-  // Does a crop into the job's sink without touching its destination. Called on several threads at once.
+  // Does a crop into the job's sink without touching its destination. Called on several threads at once. Like the
+  // other work it owns whatever it touches behind a read that hung.
   using CropWork = std::function<Status(const Job& job)>;
   // Measures a picture and remembers the answer. Called on one thread at a time.
   using MeasureWork = std::function<void(const std::string& path)>;
@@ -44,10 +50,12 @@ class Ahead {
     int planned = 24;                                // crops planned at once
     std::int64_t results = std::int64_t{24} << 20;   // bytes of finished and growing results
     std::int64_t working = std::int64_t{160} << 20;  // bytes admitted to running crops
+    std::function<double()> seconds = {};            // the clock of the waits, the system's where there is none
+    std::function<bool()> stopped = {};              // whether a stop is requested; asked during waits
   };
 
   Ahead(host::Files& files, CropWork crop, MeasureWork measure, Bounds bounds);
-  // Stops what is under way and waits for it.
+  // Stops what is under way and waits for it, for a read that does not come back no longer than a second.
   ~Ahead();
   Ahead(const Ahead&) = delete;
   Ahead& operator=(const Ahead&) = delete;
@@ -61,15 +69,17 @@ class Ahead {
   void PlanMeasures(std::vector<std::string> upcoming);
 
   // The finished bytes for request, which leaves the plan. Waits for them when it is planned; nothing when it was not
-  // planned (or is no longer: the pump may replace the plan), failed, or its source has changed.
-  std::optional<std::string> TakeCrop(const CropRequest& request, const std::function<void()>& pump);
+  // planned (or is no longer: the pump may replace the plan), failed, or its source has changed. Stopped, with a
+  // sentence, when the wait was given up: the caller had better not touch the source either.
+  Status TakeCrop(const CropRequest& request, const std::function<void()>& pump, std::optional<std::string>& bytes);
 
-  // Called before path is measured by the caller: takes it out of the plan, and waits when it is under way.
-  void AwaitMeasure(const std::string& path, const std::function<void()>& pump);
+  // Called before path is measured by the caller: takes it out of the plan, and waits when it is under way. Stopped as
+  // above.
+  Status AwaitMeasure(const std::string& path, const std::function<void()>& pump);
 
  private:
   class Engine;
-  std::unique_ptr<Engine> engine_;
+  std::shared_ptr<Engine> engine_;
 };
 
 }  // namespace quillon::imaging

@@ -38,7 +38,7 @@ class Cutter {
         exif_(exif),
         limits_(limits),
         control_(control),
-        source_(errors_, control.stop),
+        source_(errors_, control.stop, control.reads),
         target_(errors_, sink) {}
 
   ~Cutter() {

@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include <atomic>
 #include <cstddef>
 #include <cstdint>
 #include <functional>
@@ -28,6 +29,8 @@ struct JpegCutControl {
   // The file at path as DecodeJpeg gave it, and unchanged since: its rows are taken from there. Where the components
   // are moved as they are stored, they are decoded again, so that the result is the same with it and without.
   const JpegPixels* decoded = nullptr;
+  // Counted up when a read of the file begins and again when it ends: odd while the disk is waited for.
+  std::atomic<unsigned>* reads = nullptr;
 };
 
 // Cuts rect out of the JPEG file at path and encodes it as JPEG of quality 0..100 (outside: clamped) into sink. A

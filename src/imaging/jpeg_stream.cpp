@@ -97,12 +97,20 @@ void JpegErrors::OnMessage(j_common_ptr info, int level) {
   self.Fail(Problem::Damaged, code == JWRN_JPEG_EOF ? kTruncated : kCorrupt);
 }
 
+template <class Call>
+auto JpegSource::Reading(Call call) {
+  if (reads_) ++*reads_;
+  const auto answer = call();
+  if (reads_) ++*reads_;
+  return answer;
+}
+
 JpegSource::~JpegSource() {
   if (file_) std::fclose(file_);
 }
 
 Status JpegSource::Open(const std::string& path, JpegHead& head) {
-  file_ = std::fopen(path.c_str(), "rb");
+  file_ = Reading([&] { return std::fopen(path.c_str(), "rb"); });
   if (!file_) return Status::FromErrno(errno);
   std::setvbuf(file_, nullptr, _IONBF, 0);
   std::size_t want = kFirstBlock;
@@ -110,7 +118,7 @@ Status JpegSource::Open(const std::string& path, JpegHead& head) {
     const std::size_t before = head_.size();
     head_.resize(want);
     errno = 0;
-    head_.resize(before + std::fread(head_.data() + before, 1, want - before, file_));
+    head_.resize(before + Reading([&] { return std::fread(head_.data() + before, 1, want - before, file_); }));
     if (std::ferror(file_)) return Status::FromErrno(errno);
     switch (ParseJpegHead(head_, head)) {
       case HeadState::Complete:
@@ -143,7 +151,7 @@ void JpegSource::Attach(jpeg_decompress_struct& decoder) {
 std::size_t JpegSource::ReadInto(unsigned char* data, std::size_t size) {
   if (stop_.stop_requested()) errors_.Fail(Problem::Stopped, "已停止");
   errno = 0;
-  const std::size_t count = std::fread(data, 1, size, file_);
+  const std::size_t count = Reading([&] { return std::fread(data, 1, size, file_); });
   if (count == 0 && std::ferror(file_)) errors_.FailErrno(errno);
   if (count == 0) errors_.Fail(Problem::Damaged, kTruncated);
   return count;

@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include <atomic>
 #include <csetjmp>
 #include <cstdio>
 #include <stop_token>
@@ -63,7 +64,9 @@ class JpegErrors {
 // Reads a file for libjpeg; everything up to the picture data is kept.
 class JpegSource {
  public:
-  JpegSource(JpegErrors& errors, std::stop_token stop) : errors_(errors), stop_(std::move(stop)) {}
+  // reads: see JpegCutControl.
+  JpegSource(JpegErrors& errors, std::stop_token stop, std::atomic<unsigned>* reads = nullptr)
+      : errors_(errors), stop_(std::move(stop)), reads_(reads) {}
   ~JpegSource();
   JpegSource(const JpegSource&) = delete;
   JpegSource& operator=(const JpegSource&) = delete;
@@ -86,6 +89,9 @@ class JpegSource {
   static boolean OnFill(j_decompress_ptr decoder);
   static void OnSkip(j_decompress_ptr decoder, long count);
 
+  // Runs a call that the disk has to answer.
+  template <class Call>
+  auto Reading(Call call);
   std::size_t ReadInto(unsigned char* data, std::size_t size);
   void Fill();
   void Skip(std::size_t count);
@@ -94,6 +100,7 @@ class JpegSource {
 
   JpegErrors& errors_;
   std::stop_token stop_;
+  std::atomic<unsigned>* reads_;
   std::FILE* file_ = nullptr;
   std::string head_;  // from the first byte of the file
   std::vector<unsigned char> block_;

@@ -118,7 +118,8 @@ struct Measurer::Parts {
   Loader loader;
   Memory memory;
   // MediaInfo takes locks of its own thousands of times a file: two at once are slower than one after the other. A
-  // plain mutex would let the thread that measures ahead take it again and again before the caller.
+  // plain mutex would let the thread that measures ahead take it again and again before the caller. Files are opened
+  // outside, so that one on a disk that does not answer holds up no other.
   Turnstile turnstile;
   std::optional<MeasureProbe> probe;  // from the first measurement on
 
@@ -127,11 +128,12 @@ struct Measurer::Parts {
   Status MeasureFile(const std::string& path, Answer& answer) {
     if (IsPsd(path)) return MeasureByLoading(path, answer);
     base::Size size;
-    Status status;
-    {
+    MeasureProbe::Source source;
+    Status status = source.Open(path);
+    if (status) {
       const std::lock_guard lock(turnstile);
       if (!probe) probe.emplace();
-      status = probe->Measure(path, size);
+      status = probe->Measure(source, size);
     }
     // It knows no pictures of a few pixels, and not every kind of file that is read here.
     if (status.GetProblem() == Problem::Unsupported) return MeasureByLoading(path, answer);

@@ -4,11 +4,9 @@
 
 #include <cerrno>
 #include <cstdint>
-#include <cstdio>
 #include <exception>
 #include <limits>
 #include <optional>
-#include <vector>
 
 #include <MediaInfo/MediaInfo.h>
 
@@ -23,11 +21,6 @@ constexpr std::size_t kBlock = std::size_t{32} * 1024;
 constexpr std::size_t kAllDone = 8;  // bit of Open_Buffer_Continue's result: nothing more is wanted
 constexpr int kSeeksMax = 1000;      // of a file whose offsets lead in circles
 constexpr std::uint64_t kStay = std::numeric_limits<std::uint64_t>::max();
-
-struct CloseFile {
-  void operator()(std::FILE* file) const { std::fclose(file); }
-};
-using OpenFile = std::unique_ptr<std::FILE, CloseFile>;
 
 // MediaInfo's name for the kind of file; empty leaves it to try them all.
 const wchar_t* ParserFor(std::string_view begin) {
@@ -73,37 +66,31 @@ bool SizeFromReport(std::wstring_view report, base::Size& size) {
 
 struct MeasureProbe::Parts {
   MediaInfoLib::MediaInfo info;
-  std::vector<unsigned char> block = std::vector<unsigned char>(kBlock);
   std::wstring parser;
 
-  std::size_t Read(std::FILE* file) { return std::fread(block.data(), 1, block.size(), file); }
-
-  void ChooseParser(std::size_t count) {
-    const std::wstring wanted = ParserFor({reinterpret_cast<const char*>(block.data()), count});
+  void ChooseParser(std::string_view begin) {
+    const std::wstring wanted = ParserFor(begin);
     if (wanted == parser) return;
     parser = wanted;
     info.Option(L"File_ForceParser", parser);
   }
 
   // Feeds the file until MediaInfo has seen enough; follows it where it wants to go on reading.
-  Status Feed(std::FILE* file, std::uint64_t size) {
-    errno = 0;
-    std::size_t count = Read(file);
-    if (std::ferror(file)) return Status::FromErrno(errno);
-    ChooseParser(count);
-    info.Open_Buffer_Init(size, 0);
-    for (int seeks = 0; count > 0;) {
-      if (info.Open_Buffer_Continue(block.data(), count) & kAllDone) break;
+  void Feed(Source& source) {
+    ChooseParser({reinterpret_cast<const char*>(source.block_.data()), source.count_});
+    info.Open_Buffer_Init(source.length_, 0);
+    std::FILE* file = source.file_.get();
+    for (int seeks = 0; source.count_ > 0;) {
+      if (info.Open_Buffer_Continue(source.block_.data(), source.count_) & kAllDone) break;
       const std::uint64_t go = info.Open_Buffer_Continue_GoTo_Get();
       if (go != kStay) {
         if (++seeks > kSeeksMax) break;
         if (std::fseek(file, static_cast<long>(go), SEEK_SET) != 0) break;
-        info.Open_Buffer_Init(size, go);
+        info.Open_Buffer_Init(source.length_, go);
       }
-      count = Read(file);
+      source.count_ = std::fread(source.block_.data(), 1, source.block_.size(), file);
     }
     info.Open_Buffer_Finalize();
-    return Status::Ok();
   }
 };
 
@@ -114,21 +101,28 @@ MeasureProbe::MeasureProbe() : parts_(std::make_unique<Parts>()) {
 
 MeasureProbe::~MeasureProbe() = default;
 
-Status MeasureProbe::Measure(const std::string& path, base::Size& size) {
-  const OpenFile file(std::fopen(path.c_str(), "rb"));
-  if (!file) return Status::FromErrno(errno);
-  std::setvbuf(file.get(), nullptr, _IONBF, 0);
+Status MeasureProbe::Source::Open(const std::string& path) {
+  file_.reset(std::fopen(path.c_str(), "rb"));
+  if (!file_) return Status::FromErrno(errno);
+  std::setvbuf(file_.get(), nullptr, _IONBF, 0);
   errno = 0;
-  if (std::fseek(file.get(), 0, SEEK_END) != 0) return Status::FromErrno(errno);
-  const long length = std::ftell(file.get());
-  std::rewind(file.get());
+  if (std::fseek(file_.get(), 0, SEEK_END) != 0) return Status::FromErrno(errno);
+  const long length = std::ftell(file_.get());
+  std::rewind(file_.get());
   if (length == 0) return {Problem::Damaged, "图片文件是空的"};
+  length_ = static_cast<std::uint64_t>(length);
+  block_.resize(kBlock);
+  errno = 0;
+  count_ = std::fread(block_.data(), 1, block_.size(), file_.get());
+  return std::ferror(file_.get()) ? Status::FromErrno(errno) : Status::Ok();
+}
+
+Status MeasureProbe::Measure(Source& source, base::Size& size) {
   std::wstring report;
   try {
-    const Status fed = parts_->Feed(file.get(), static_cast<std::uint64_t>(length));
+    parts_->Feed(source);
     report = parts_->info.Inform();
     parts_->info.Close();
-    if (!fed) return fed;
   } catch (const std::exception&) {
     return {Problem::Damaged, "无法读取图片的尺寸"};
   }

@@ -2,9 +2,12 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include <cstdint>
+#include <cstdio>
 #include <memory>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "base/rect.h"
 #include "host/status.h"
@@ -23,9 +26,28 @@ class MeasureProbe {
   MeasureProbe(const MeasureProbe&) = delete;
   MeasureProbe& operator=(const MeasureProbe&) = delete;
 
-  // Size in pixels. Missing, Denied or another system failure when it cannot be read; Unsupported when no size is
-  // reported; Damaged when it is zero. size is set on success only.
-  host::Status Measure(const std::string& path, base::Size& size);
+  // A file opened for it, and its first bytes: most pictures need no more. A disk that does not answer is met here,
+  // before the object is taken.
+  class Source {
+   public:
+    // Missing, Denied or another system failure.
+    host::Status Open(const std::string& path);
+
+   private:
+    friend MeasureProbe;
+    struct Close {
+      void operator()(std::FILE* file) const { std::fclose(file); }
+    };
+
+    std::unique_ptr<std::FILE, Close> file_;
+    std::uint64_t length_ = 0;
+    std::vector<unsigned char> block_;  // read last
+    std::size_t count_ = 0;             // bytes in it
+  };
+
+  // Size in pixels. A system failure when it cannot be read; Unsupported when no size is reported; Damaged when it is
+  // zero. size is set on success only.
+  host::Status Measure(Source& source, base::Size& size);
 
  private:
   struct Parts;

@@ -19,7 +19,7 @@ Status CropAhead(const Ahead::Job& job, const Limits& limits) {
   const CropRequest& request = job.request;
   if (!IsDirect(request)) return fault::UnreadKind();
   return CutJpeg(request.source, request.rect, request.quality, request.dpi, request.exif, limits, job.sink,
-                 {job.stop, job.admit});
+                 {.stop = job.stop, .admit = job.admit, .reads = &job.reads});
 }
 
 // Sizes of pictures that have to be opened for it.
@@ -38,9 +38,10 @@ Services::Parts::Parts(host::Host& world, std::function<void()> giveUp, const Li
     : host(world),
       stop(std::move(giveUp)),
       limits(bounds),
-      measurer(world.files, [this](const std::string& path, ImageFacts& facts) {
-        return MeasureByOpening(host.files, path, limits, facts);
-      }) {}
+      measurer(std::make_shared<Measurer>(world.files,
+                                          [&files = world.files, bounds](const std::string& path, ImageFacts& facts) {
+                                            return MeasureByOpening(files, path, bounds, facts);
+                                          })) {}
 
 Status Services::Parts::Save(const std::string& path, const std::function<Status(host::Draft&)>& fill) {
   return host::SaveAsking(host.boxes, path, host::DiskFullWording::Comma, stop, [&] {
@@ -83,13 +84,16 @@ Status Services::Parts::Hold(vips::VImage& pixels) {
 
 Ahead& Services::Parts::Announce() {
   if (!ahead) {
+    Ahead::Bounds bounds;
+    bounds.seconds = [&clock = host.clock] { return clock.Seconds(); };
+    bounds.stopped = stopped;
     ahead = std::make_unique<Ahead>(
-        host.files, [this](const Ahead::Job& job) { return CropAhead(job, limits); },
-        [this](const std::string& path) {
+        host.files, [limits = limits](const Ahead::Job& job) { return CropAhead(job, limits); },
+        [measurer = measurer](const std::string& path) {
           ImageFacts facts;
-          static_cast<void>(measurer.Measure(path, facts));
+          static_cast<void>(measurer->Measure(path, facts));
         },
-        Ahead::Bounds());
+        std::move(bounds));
   }
   return *ahead;
 }
@@ -105,17 +109,21 @@ Services::Services(host::Host& host, std::function<void()> stop, const Limits& l
 
 Services::~Services() = default;
 
+void Services::EndWaitsWhen(std::function<bool()> stopped) { parts_->stopped = std::move(stopped); }
+
 // The library sets itself up when the first picture needs it; a run over plain JPEGs never does.
 void Services::ImageWizardStartUp() {}
 
 void Services::ImageWizardShutDown() { parts_->ahead.reset(); }
 
 Status Services::ImageInfo(const std::string& path, ImageFacts& facts) {
-  if (parts_->ahead) parts_->ahead->AwaitMeasure(path, [this] { parts_->host.pump.Turn(); });
-  return parts_->measurer.Measure(path, facts);
+  if (parts_->ahead) {
+    if (Status waited = parts_->ahead->AwaitMeasure(path, [this] { parts_->host.pump.Turn(); }); !waited) return waited;
+  }
+  return parts_->measurer->Measure(path, facts);
 }
 
-void Services::RememberSizes(std::size_t count) { parts_->measurer.Remember(count); }
+void Services::RememberSizes(std::size_t count) { parts_->measurer->Remember(count); }
 
 Status Services::LoadImageFromFile(const std::string& path, Image& out) {
   auto data = std::make_unique<ImageData>();

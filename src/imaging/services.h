@@ -113,6 +113,9 @@ class Services {
   Services(const Services&) = delete;
   Services& operator=(const Services&) = delete;
 
+  // Tells whether a stop is requested: then work ahead that hangs on a disk is waited for no longer.
+  void EndWaitsWhen(std::function<bool()> stopped);
+
   // The image library sets itself up at its first picture; shutting down ends the work ahead.
   void ImageWizardStartUp();
   void ImageWizardShutDown();
@@ -203,7 +206,8 @@ class Services {
 
   // --- Work ahead. What is announced here may be worked on by other threads before it is asked for; CropToFile and
   // ImageInfo take a finished answer only when it is for exactly that work on that unchanged file. A new announcement
-  // replaces the old one; work that no longer stands in it is thrown away.
+  // replaces the old one; work that no longer stands in it is thrown away. Where it hangs on a disk that does not
+  // answer for half a minute, the operation that waits for it fails with Stopped and host::kDiskSilent.
   void PlanCrops(const std::vector<CropRequest>& upcoming);
   void PlanMeasures(std::vector<std::string> upcoming);
 

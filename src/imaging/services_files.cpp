@@ -77,7 +77,11 @@ Status Services::CropToFile(const CropRequest& request) {
   const host::Files& files = parts_->host.files;
   if (Status status = CheckCrop(files, request, parts_->limits); !status) return status;
   std::optional<std::string> ready;
-  if (parts_->ahead) ready = parts_->ahead->TakeCrop(request, [this] { parts_->host.pump.Turn(); });
+  if (parts_->ahead) {
+    const Status waited = parts_->ahead->TakeCrop(
+        request, [this] { parts_->host.pump.Turn(); }, ready);
+    if (!waited) return waited;
+  }
 
   bool direct = IsDirect(request);
   const auto fill = [&](host::Draft& draft) {

@@ -36,9 +36,10 @@ struct Services::Parts {
 
   host::Host& host;
   std::function<void()> stop;
+  std::function<bool()> stopped;
   Limits limits;
-  Measurer measurer;
-  std::unique_ptr<Ahead> ahead;  // last: it works with the others
+  std::shared_ptr<Measurer> measurer;  // also of a thread ahead that hangs
+  std::unique_ptr<Ahead> ahead;        // last: it works with the others
 };
 
 // Whether the JPEG path may take a cut, if its source is one.

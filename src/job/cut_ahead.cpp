@@ -43,7 +43,8 @@ void CutForecast::Announce(const std::vector<std::string>& paths) {
   for (std::size_t i = next_.size(); i < paths.size(); ++i) {
     imaging::ImageFacts facts;
     std::optional<imaging::CropRequest> request;
-    if (run_.program.images.ImageInfo(paths[i], facts)) request = Foresee(0, paths[i], {facts.width, facts.height});
+    const bool measured = !run_.program.disks.Silent(paths[i]) && run_.program.images.ImageInfo(paths[i], facts);
+    if (measured) request = Foresee(0, paths[i], {facts.width, facts.height});
     next_.push_back({0, paths[i], std::move(request)});
   }
   PlanCrops();
@@ -74,7 +75,8 @@ std::optional<imaging::CropRequest> CutForecast::Foresee(std::size_t row, const 
 void CutForecast::PlanCrops() {
   std::vector<imaging::CropRequest> requests;
   for (const Forecast& forecast : next_) {
-    if (forecast.request) requests.push_back(*forecast.request);
+    const bool planned = forecast.request && !run_.program.disks.Silent(forecast.request->source);
+    if (planned) requests.push_back(*forecast.request);
   }
   run_.program.images.PlanCrops(requests);
 }
@@ -88,6 +90,7 @@ void CutForecast::AnnounceMeasures(std::size_t row) {
     paths.push_back(files.Row(next - 1).Path());
   }
   measured_ = row + paths.size() - 1;
+  std::erase_if(paths, [this](const std::string& path) { return run_.program.disks.Silent(path); });
   run_.program.images.PlanMeasures(std::move(paths));
 }
 

@@ -76,6 +76,7 @@ Step MeasureSource(CutFile& file) {
   flags.InfoWidth = std::to_string(facts.width);
   flags.InfoHeight = std::to_string(facts.height);
   TakeSize(file, {facts.width, facts.height});
+  if (file.measured.GetProblem() == host::Problem::Stopped) return Fail(file, file.measured);
   const bool nothing = facts.width == 0 || facts.height == 0;
   return nothing && !file.Listed() ? EndWithoutSize(file) : Step::Next;
 }

@@ -44,12 +44,6 @@ std::string Absolute(const std::string& path) {
   return error ? path : base::TrimTrailingSeparator(whole.lexically_normal().native());
 }
 
-// The folder in a label, or the label's own text where none was chosen yet.
-std::string MissingFolderText(const char* what, const std::string& caption) {
-  if (caption == kNoInputFolder || caption == kNoOutputFolder) return caption + "！";
-  return std::string(what) + "不存在：" + base::DisplayText(caption);
-}
-
 }  // namespace
 
 FileIntake::FileIntake(Program& program) : program_(program) {}
@@ -111,7 +105,7 @@ void FileIntake::MSF_OLEDragDrop(const std::vector<std::string>& items) {
   if (reply == host::Reply::Yes) program_.files.Clear();
   std::vector<std::string> roots;
   std::copy_if(items.begin(), items.end(), std::back_inserter(roots),
-               [this](const std::string& item) { return program_.host.files.IsFolder(item) || Accepts(item); });
+               [this](const std::string& item) { return Accepts(item) || FolderExists(item); });
   if (List(roots, Subfolders::Yes, Progress::Reading)) program_.Ask(kDropped);
   ShowFirstRow();
 }
@@ -122,10 +116,13 @@ void FileIntake::Admit(const std::vector<std::string>& items) {
   std::vector<std::string> roots;
   for (const std::string& item : items) {
     const std::string path = Absolute(item);
-    const auto facts = program_.host.files.Look(path);
+    const host::Status answered = DiskAnswers(path);
+    const auto facts = answered ? program_.host.files.Look(path) : std::nullopt;
     const bool folder = facts && facts->kind == host::FileKind::Folder;
     if (!folder && (!program_.share.TakesNamed(path) || program_.handled.contains(path))) {
       ++program_.leftToOthers;
+    } else if (!answered) {
+      TellNotListed(path, answered.Why());
     } else if (!facts) {
       TellNotListed(path, "找不到这个文件或文件夹");
     } else if (folder || Accepts(path)) {
@@ -166,6 +163,10 @@ bool FileIntake::List(const std::vector<std::string>& roots, Subfolders subfolde
                   {subfolders, [this](const std::string& name) { return Accepts(name); }, program_.share, ""});
     const WalkEnd end = walk.Run(roots, [&](const std::string& path) {
       TellTakenUp(path);
+      if (const host::Status answered = program_.disks.AskFile(path); !answered) {
+        if (!program_.flags.StopRequested) TellNotListed(path, answered.Why());
+        return !program_.flags.StopRequested;
+      }
       refused = rule.Admit(path) == Admission::Ended && withoutSize == WithoutSize::EndsListing;
       ++read;
       if (!refused) tell();
@@ -186,17 +187,32 @@ void FileIntake::ShowFirstRow() {
 
 void FileIntake::ShowStatusPanel() { program_.form1.LStatus.SetText(program_.files.StatusText()); }
 
-bool FileIntake::InputDirExists() const { return program_.host.files.IsFolder(program_.form1.LInDir.Value()); }
-
-bool FileIntake::OutDirExists() const { return program_.host.files.IsFolder(program_.form1.LOutDir.Value()); }
-
-void FileIntake::WarnInputDir() {
-  program_.Ask(MissingFolderText("输入目录", program_.form1.LInDir.Value()), kStopIcon);
+// What has no name of a picture is a folder, and may be where a disk begins.
+host::Status FileIntake::DiskAnswers(const std::string& item) const {
+  return Accepts(item) ? program_.disks.AskFile(item) : program_.disks.AskFolder(item);
 }
 
-void FileIntake::WarnOutDir() {
-  program_.Ask(MissingFolderText("输出目录", program_.form1.LOutDir.Value()), kStopIcon);
+bool FileIntake::FolderExists(const std::string& folder) const {
+  return program_.disks.AskFolder(folder) && program_.host.files.IsFolder(folder);
 }
+
+// The folder in a label, or the label's own text where none was chosen yet.
+void FileIntake::WarnFolder(const char* what, const std::string& caption) {
+  std::string text = caption + "！";
+  if (caption != kNoInputFolder && caption != kNoOutputFolder) {
+    const char* why = program_.disks.AskFolder(caption) ? "不存在：" : "没有响应：";
+    text = what + (why + base::DisplayText(caption));
+  }
+  program_.Ask(text, kStopIcon);
+}
+
+bool FileIntake::InputDirExists() const { return FolderExists(program_.form1.LInDir.Value()); }
+
+bool FileIntake::OutDirExists() const { return FolderExists(program_.form1.LOutDir.Value()); }
+
+void FileIntake::WarnInputDir() { WarnFolder("输入目录", program_.form1.LInDir.Value()); }
+
+void FileIntake::WarnOutDir() { WarnFolder("输出目录", program_.form1.LOutDir.Value()); }
 
 void FileIntake::MenuInputDir_Click() {
   if (const Busy busy(program_); busy) ChooseInputDir();

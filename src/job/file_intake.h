@@ -5,6 +5,7 @@
 #include <string>
 #include <vector>
 
+#include "host/status.h"
 #include "job/file_walk.h"
 
 namespace quillon::job {
@@ -48,9 +49,10 @@ class FileIntake {
   void Clear();
   void ChooseInputDir();
   void ChooseOutDir();
-  // Says that the folder in LInDir or LOutDir is not there.
+  // Says that the folder in LInDir or LOutDir is not there, or that its disk does not answer.
   void WarnInputDir();
   void WarnOutDir();
+  // False also for a folder whose disk does not answer for half a minute.
   bool InputDirExists() const;
   bool OutDirExists() const;
 
@@ -61,6 +63,10 @@ class FileIntake {
   // True when everything was taken: neither stopped nor ended by a file without a size.
   bool List(const std::vector<std::string>& roots, Subfolders subfolders, Progress progress,
             WithoutSize withoutSize = WithoutSize::EndsListing);
+  // Whether the disk of something that a user named answers.
+  host::Status DiskAnswers(const std::string& item) const;
+  bool FolderExists(const std::string& folder) const;
+  void WarnFolder(const char* what, const std::string& caption);
   void TellTakenUp(const std::string& path);
   void TellNotListed(const std::string& path, const std::string& why);
   void ShowFirstRow();

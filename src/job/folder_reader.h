@@ -9,6 +9,7 @@
 
 #include "host/errand.h"
 #include "host/files.h"
+#include "job/disk_patience.h"
 
 namespace quillon::job {
 
@@ -38,8 +39,7 @@ class FolderReader {
   struct Reading;
   static host::Errand::Work WorkOf(std::shared_ptr<Reading> reading, const host::Files& files, std::string path);
 
-  Program& program_;
-  double heard_;  // when the disk last answered
+  DiskPatience patience_;
   std::shared_ptr<Reading> reading_;
   host::Errand errand_;
 };

@@ -83,7 +83,7 @@ void FolderRun::Walk() {
       TellCount(count);
       return !program_.flags.StopRequested;
     });
-    complete = end == WalkEnd::Complete && walk.ReachedAll();
+    complete = end == WalkEnd::Complete && walk.ReachedAll() && reachedAll_;
     program_.leftToOthers += walk.LeftToOthers();
   }
   ledger_.Settle();
@@ -94,9 +94,14 @@ void FolderRun::Walk() {
 }
 
 void FolderRun::HandleNext(const FileWalk& walk, const std::string& path) {
+  const host::Status answered = program_.disks.AskForCut(path);
+  if (program_.flags.StopRequested) return;
   program_.form1.ShowStatus("  已处理..." + std::to_string(++number_));
   if (program_.observer) program_.observer->FileBegun(path);
-  if (journal_.Stands(path)) {
+  if (!answered) {
+    reachedAll_ = false;
+    ledger_.Add({0, path, "", Result::None, answered.Why()});
+  } else if (journal_.Stands(path)) {
     TellStanding(path);
   } else {
     Handle(walk, path);

@@ -52,6 +52,7 @@ class FolderRun {
   std::size_t unchecked_ = 0;  // files since the last checkpoint
   double checked_ = 0;         // when that was
   bool countTold_ = false;
+  bool reachedAll_ = true;  // no file was passed over because its disk did not answer
 };
 
 }  // namespace quillon::job

@@ -101,8 +101,14 @@ void NormalCut::CutRows(CutRun& run) {
   for (std::size_t row = 1; row <= total; ++row) {
     if (!program_.flags.StopRequested) program_.host.pump.Turn();
     const std::string path = program_.files.Row(row - 1).Path();
+    host::Status answered;
+    if (!program_.flags.StopRequested) answered = program_.disks.AskForCut(path);
     if (program_.flags.StopRequested) {
       run.ledger.Add({row, path, "", Result::Skipped, "已停止，未处理"});
+      continue;
+    }
+    if (!answered) {
+      run.ledger.Add({row, path, "", Result::None, answered.Why()});
       continue;
     }
     program_.form1.ShowStatus("  正在处理..." + std::to_string(row) + "/" + std::to_string(total));

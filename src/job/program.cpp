@@ -71,9 +71,11 @@ Program::Program(host::Host& hostIn)
       form1(*this),
       fBaseOpt(*this),
       files(form1.MSF),
+      disks(*this),
       documents(QUILLON_DOCUMENTS),
       intake_(std::make_unique<FileIntake>(*this)),
       normalCut_(std::make_unique<NormalCut>(*this)) {
+  images.EndWaitsWhen([this] { return flags.StopRequested; });
   windows.Add(form1);
   windows.Add(fBaseOpt);
   windows.Add(fCutPre);

@@ -13,6 +13,7 @@
 #include "host/journal.h"
 #include "imaging/services.h"
 #include "job/collaborators.h"
+#include "job/disk_answer.h"
 #include "job/fbaseopt.h"
 #include "job/fcutpre.h"
 #include "job/file_list.h"
@@ -56,6 +57,7 @@ class Program {
   FBaseOpt fBaseOpt;
   FCutPre fCutPre;
   FileList files;
+  DiskAnswer disks;
 
   // Parts built above the job; nullptr where the program has none.
   ManualFrame* manualFrame = nullptr;

@@ -110,11 +110,18 @@ void MultiCut::CutRows() {
     Source source{i, row.Path(), {row.width, row.height}, {}};
     source.progress = " 之" + std::to_string(i) + "/" + std::to_string(images);
     if (!program_.flags.StopRequested) program_.host.pump.Turn();
+    host::Status answered;
+    if (!program_.flags.StopRequested) answered = program_.disks.AskForCut(source.path);
     if (program_.flags.StopRequested) {
       TellAll(source, Result::Skipped, "已停止，未处理");
       continue;
     }
+    if (!answered) {
+      TellAll(source, Result::None, answered.Why());
+      continue;
+    }
     program_.form1.MSF.Select(i);
+    if (program_.observer) program_.observer->FileBegun(source.path);
     CutSource(source);
   }
 }

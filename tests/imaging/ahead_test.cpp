@@ -11,6 +11,7 @@
 #include <set>
 #include <stdexcept>
 
+#include "host/errand.h"
 #include "host/posix/posix_disk.h"
 #include "imaging/jpeg_cut.h"
 #include "imaging/jpeg_maker.h"
@@ -90,6 +91,14 @@ class AheadTest : public ::testing::Test {
     ahead_ = std::make_unique<Ahead>(files_, std::move(crop), std::move(measure), bounds);
   }
 
+  // What a wait that is not given up gives.
+  std::optional<std::string> Take(const CropRequest& request, const std::function<void()>& pump) {
+    std::optional<std::string> bytes;
+    const Status taken = ahead_->TakeCrop(request, pump, bytes);
+    EXPECT_TRUE(taken) << taken.Why();
+    return bytes;
+  }
+
   // The source's name as the result.
   Ahead::CropWork Naming() {
     return [this](const Ahead::Job& job) {
@@ -111,9 +120,9 @@ TEST_F(AheadTest, PlannedWorkIsHandedOutOnce) {
   const CropRequest b = Made("b");
   Start(Naming());
   ahead_->PlanCrops({a, b});
-  EXPECT_EQ(ahead_->TakeCrop(b, {}), b.source);
-  EXPECT_EQ(ahead_->TakeCrop(a, {}), a.source);
-  EXPECT_EQ(ahead_->TakeCrop(a, {}), std::nullopt);
+  EXPECT_EQ(Take(b, {}), b.source);
+  EXPECT_EQ(Take(a, {}), a.source);
+  EXPECT_EQ(Take(a, {}), std::nullopt);
 }
 
 TEST_F(AheadTest, OnlyExactlyTheSameRequest) {
@@ -128,16 +137,16 @@ TEST_F(AheadTest, OnlyExactlyTheSameRequest) {
   others[5].destination += "x";
   others[6].source = Made("b").source;
   ahead_->PlanCrops({planned});
-  for (const CropRequest& other : others) EXPECT_EQ(ahead_->TakeCrop(other, {}), std::nullopt);
-  EXPECT_TRUE(ahead_->TakeCrop(planned, {}).has_value());
+  for (const CropRequest& other : others) EXPECT_EQ(Take(other, {}), std::nullopt);
+  EXPECT_TRUE(Take(planned, {}).has_value());
 }
 
 TEST_F(AheadTest, NothingWithoutAPlan) {
   const CropRequest a = Made("a");
   Start(Naming());
-  EXPECT_EQ(ahead_->TakeCrop(a, {}), std::nullopt);
+  EXPECT_EQ(Take(a, {}), std::nullopt);
   ahead_->PlanCrops({});
-  EXPECT_EQ(ahead_->TakeCrop(a, {}), std::nullopt);
+  EXPECT_EQ(Take(a, {}), std::nullopt);
   EXPECT_TRUE(log_.Lines().empty());
 }
 
@@ -146,10 +155,10 @@ TEST_F(AheadTest, WorkOfAnOldPlanThatStandsInTheNewOneIsKept) {
   const CropRequest b = Made("b");
   Start(Naming(), {.threads = 1});
   ahead_->PlanCrops({a, b});
-  EXPECT_TRUE(ahead_->TakeCrop(a, {}).has_value());
+  EXPECT_TRUE(Take(a, {}).has_value());
   ahead_->PlanCrops({b});
   ahead_->PlanCrops({b});
-  EXPECT_TRUE(ahead_->TakeCrop(b, {}).has_value());
+  EXPECT_TRUE(Take(b, {}).has_value());
   EXPECT_EQ(log_.Lines(), (std::vector<std::string>{a.source, b.source}));
 }
 
@@ -169,8 +178,8 @@ TEST_F(AheadTest, ReplacedPlanIsStoppedAndThrownAway) {
   ahead_->PlanCrops({a});
   gate_.AwaitWaiting(1);
   ahead_->PlanCrops({b});
-  EXPECT_EQ(ahead_->TakeCrop(a, {}), std::nullopt);
-  EXPECT_TRUE(ahead_->TakeCrop(b, {}).has_value());  // the only thread is free again
+  EXPECT_EQ(Take(a, {}), std::nullopt);
+  EXPECT_TRUE(Take(b, {}).has_value());  // the only thread is free again
   EXPECT_EQ(stopped, 1);
 }
 
@@ -189,9 +198,9 @@ TEST_F(AheadTest, NoMoreThanPlannedIsBegun) {
   Start(Naming(), {.threads = 2, .planned = 4});
   ahead_->PlanCrops(many);
   for (int i = 0; i < 4; ++i) {
-    EXPECT_TRUE(ahead_->TakeCrop(many[static_cast<std::size_t>(i)], {}).has_value());
+    EXPECT_TRUE(Take(many[static_cast<std::size_t>(i)], {}).has_value());
   }
-  EXPECT_EQ(ahead_->TakeCrop(many[4], {}), std::nullopt);
+  EXPECT_EQ(Take(many[4], {}), std::nullopt);
   EXPECT_EQ(log_.Lines().size(), 4u);
 }
 
@@ -200,11 +209,11 @@ TEST_F(AheadTest, SourceChangedAfterwardsIsNotTaken) {
   Start(Naming());
   ahead_->PlanCrops({a});
   // Asking for it proves that it is finished; planned anew it is made again.
-  ASSERT_TRUE(ahead_->TakeCrop(a, {}).has_value());
+  ASSERT_TRUE(Take(a, {}).has_value());
   ahead_->PlanCrops({a});
   while (log_.Lines().size() < 2) std::this_thread::yield();
   folder_.Put("a", "other content, of another length");
-  EXPECT_EQ(ahead_->TakeCrop(a, {}), std::nullopt);
+  EXPECT_EQ(Take(a, {}), std::nullopt);
 }
 
 TEST_F(AheadTest, SourceChangedDuringTheWorkIsNotTaken) {
@@ -214,7 +223,7 @@ TEST_F(AheadTest, SourceChangedDuringTheWorkIsNotTaken) {
     return job.sink("x", 1);
   });
   ahead_->PlanCrops({a});
-  EXPECT_EQ(ahead_->TakeCrop(a, {}), std::nullopt);
+  EXPECT_EQ(Take(a, {}), std::nullopt);
 }
 
 TEST_F(AheadTest, SourceReplacedByAnotherFileIsNotTaken) {
@@ -225,14 +234,14 @@ TEST_F(AheadTest, SourceReplacedByAnotherFileIsNotTaken) {
   const std::string twin = folder_.Put("twin", "content of a");
   std::filesystem::last_write_time(twin, std::filesystem::last_write_time(a.source));
   std::filesystem::rename(twin, a.source);
-  EXPECT_EQ(ahead_->TakeCrop(a, {}), std::nullopt);
+  EXPECT_EQ(Take(a, {}), std::nullopt);
 }
 
 TEST_F(AheadTest, SourceThatKeptItsTimesIsNotTaken) {
   const CropRequest a = Made("a");
   Start(Naming());
   ahead_->PlanCrops({a});
-  ASSERT_TRUE(ahead_->TakeCrop(a, {}).has_value());
+  ASSERT_TRUE(Take(a, {}).has_value());
   ahead_->PlanCrops({a});
   while (log_.Lines().size() < 2) std::this_thread::yield();
   const host::FileFacts before = *files_.Look(a.source);
@@ -244,7 +253,7 @@ TEST_F(AheadTest, SourceThatKeptItsTimesIsNotTaken) {
   } while (files_.Look(a.source)->changed == before.changed);
   EXPECT_EQ(files_.Look(a.source)->size, before.size);
   EXPECT_EQ(files_.Look(a.source)->modified, before.modified);
-  EXPECT_EQ(ahead_->TakeCrop(a, {}), std::nullopt);
+  EXPECT_EQ(Take(a, {}), std::nullopt);
 }
 
 TEST_F(AheadTest, MissingSourceAndFailuresAreLeftToTheCaller) {
@@ -257,9 +266,9 @@ TEST_F(AheadTest, MissingSourceAndFailuresAreLeftToTheCaller) {
     return {Problem::Damaged, "damaged"};
   });
   ahead_->PlanCrops({missing, fails, throws});
-  EXPECT_EQ(ahead_->TakeCrop(missing, {}), std::nullopt);
-  EXPECT_EQ(ahead_->TakeCrop(fails, {}), std::nullopt);
-  EXPECT_EQ(ahead_->TakeCrop(throws, {}), std::nullopt);
+  EXPECT_EQ(Take(missing, {}), std::nullopt);
+  EXPECT_EQ(Take(fails, {}), std::nullopt);
+  EXPECT_EQ(Take(throws, {}), std::nullopt);
 }
 
 TEST_F(AheadTest, WaitingTurnsThePump) {
@@ -270,10 +279,10 @@ TEST_F(AheadTest, WaitingTurnsThePump) {
   });
   ahead_->PlanCrops({a});
   int turns = 0;
-  EXPECT_EQ(ahead_->TakeCrop(a,
-                             [&] {
-                               if (++turns == 3) gate_.Open();
-                             }),
+  EXPECT_EQ(Take(a,
+                 [&] {
+                   if (++turns == 3) gate_.Open();
+                 }),
             "x");
   EXPECT_GE(turns, 3);
 }
@@ -285,7 +294,7 @@ TEST_F(AheadTest, PumpMayThrowThePlanAway) {
     return job.sink("x", 1);
   });
   ahead_->PlanCrops({a});
-  EXPECT_EQ(ahead_->TakeCrop(a, [&] { ahead_->PlanCrops({}); }), std::nullopt);
+  EXPECT_EQ(Take(a, [&] { ahead_->PlanCrops({}); }), std::nullopt);
 }
 
 TEST_F(AheadTest, DestructionStopsWhatIsUnderWay) {
@@ -313,7 +322,7 @@ TEST_F(AheadTest, ResultsAreBounded) {
   for (int round = 0; round < 50; ++round) {
     ahead_->PlanCrops(all);
     for (const CropRequest& request : all) {
-      const std::optional<std::string> taken = ahead_->TakeCrop(request, {});
+      const std::optional<std::string> taken = Take(request, {});
       if (taken) {
         EXPECT_EQ(*taken, result);
       }
@@ -335,7 +344,7 @@ TEST_F(AheadTest, ResultLargerThanTheBoundIsLeftToTheCaller) {
       },
       {.threads = 2, .results = 1000});
   ahead_->PlanCrops({a});
-  EXPECT_EQ(ahead_->TakeCrop(a, {}), std::nullopt);
+  EXPECT_EQ(Take(a, {}), std::nullopt);
 }
 
 TEST_F(AheadTest, WorkingMemoryIsBounded) {
@@ -356,7 +365,7 @@ TEST_F(AheadTest, WorkingMemoryIsBounded) {
       {.threads = 3, .working = 100});
   for (int round = 0; round < 50; ++round) {
     ahead_->PlanCrops(all);
-    for (const CropRequest& request : all) EXPECT_EQ(ahead_->TakeCrop(request, {}), "x");
+    for (const CropRequest& request : all) EXPECT_EQ(Take(request, {}), "x");
   }
   EXPECT_EQ(most, 1);
   EXPECT_EQ(finished, 200);
@@ -367,7 +376,7 @@ TEST_F(AheadTest, WorkThatNeverFitsIsLeftToTheCaller) {
   Start([](const Ahead::Job& job) { return job.admit(101) ? job.sink("x", 1) : Status(Problem::Stopped, ""); },
         {.threads = 2, .working = 100});
   ahead_->PlanCrops({a});
-  EXPECT_EQ(ahead_->TakeCrop(a, {}), std::nullopt);
+  EXPECT_EQ(Take(a, {}), std::nullopt);
 }
 
 TEST_F(AheadTest, MeasuresAreMadeInOrderAndNotTwice) {
@@ -384,11 +393,11 @@ TEST_F(AheadTest, AwaitMeasureTakesAPathOutOfThePlan) {
   });
   ahead_->PlanMeasures({"1", "2", "3"});
   gate_.AwaitWaiting(1);
-  ahead_->AwaitMeasure("2", {});  // not begun: returns at once
+  EXPECT_TRUE(ahead_->AwaitMeasure("2", {}));  // not begun: returns at once
   int turns = 0;
-  ahead_->AwaitMeasure("1", [&] {
+  EXPECT_TRUE(ahead_->AwaitMeasure("1", [&] {
     if (++turns == 2) gate_.Open();
-  });
+  }));
   EXPECT_GE(turns, 2);
   while (log_.Lines().size() < 2) std::this_thread::yield();
   EXPECT_EQ(log_.Lines(), (std::vector<std::string>{"1", "3"}));
@@ -396,7 +405,7 @@ TEST_F(AheadTest, AwaitMeasureTakesAPathOutOfThePlan) {
 
 TEST_F(AheadTest, AnEmptyPathIsNeverAwaited) {
   Start(Naming(), {.threads = 1});
-  EXPECT_NO_THROW(ahead_->AwaitMeasure("", [] { throw std::runtime_error("it waits"); }));
+  EXPECT_NO_THROW(EXPECT_TRUE(ahead_->AwaitMeasure("", [] { throw std::runtime_error("it waits"); })));
 }
 
 TEST_F(AheadTest, CropsGoBeforeMeasures) {
@@ -409,9 +418,190 @@ TEST_F(AheadTest, CropsGoBeforeMeasures) {
   gate_.AwaitWaiting(1);
   ahead_->PlanCrops({a});
   gate_.Open();
-  EXPECT_TRUE(ahead_->TakeCrop(a, {}).has_value());
+  EXPECT_TRUE(Take(a, {}).has_value());
   while (log_.Lines().size() < 3) std::this_thread::yield();
   EXPECT_EQ(log_.Lines(), (std::vector<std::string>{"1", a.source, "2"}));
+}
+
+// Waits for reads that do not come back: each turn of the pump takes ten seconds of a clock.
+class SilentDiskTest : public AheadTest {
+ protected:
+  // Work that reads until the gate opens, on the sources of that name, and is done at once on others.
+  Ahead::CropWork Hanging(const std::string& name) {
+    return [gate = gate_, name](const Ahead::Job& job) -> Status {
+      if (job.request.source.ends_with(name)) {
+        ++job.reads;
+        gate->Pass();
+        ++job.reads;
+      }
+      return job.sink("x", 1);
+    };
+  }
+  Ahead::Bounds Clocked(int threads) {
+    Ahead::Bounds bounds;
+    bounds.threads = threads;
+    bounds.seconds = [this] { return seconds_; };
+    bounds.stopped = [this] { return stopped_; };
+    return bounds;
+  }
+  Status TakeSilent(const CropRequest& request) {
+    std::optional<std::string> bytes;
+    Status taken = ahead_->TakeCrop(request, pump_, bytes);
+    EXPECT_EQ(bytes, std::nullopt);
+    return taken;
+  }
+  // Whether the gate still stands: threads that were left behind hold it.
+  bool AllThreadsEnded() const { return gate_.use_count() == 1; }
+
+  void TearDown() override {
+    gate_->Open();
+    ahead_.reset();
+    while (!AllThreadsEnded()) std::this_thread::yield();
+  }
+
+  double seconds_ = 1000;
+  bool stopped_ = false;
+  std::function<void()> pump_ = [this] { seconds_ += 10; };
+  std::shared_ptr<Gate> gate_ = std::make_shared<Gate>();
+};
+
+TEST_F(SilentDiskTest, AReadThatDoesNotComeBackIsGivenUp) {
+  const CropRequest a = Made("a");
+  Start(Hanging("a"), Clocked(1));
+  ahead_->PlanCrops({a});
+  gate_->AwaitWaiting(1);
+  const Status taken = TakeSilent(a);
+  EXPECT_EQ(taken.GetProblem(), Problem::Stopped);
+  EXPECT_EQ(taken.Why(), "磁盘没有响应，已跳过；请检查磁盘或网络连接后重新处理");
+  EXPECT_GE(seconds_, 1030);
+  EXPECT_LE(seconds_, 1050);
+}
+
+TEST_F(SilentDiskTest, AnotherThreadTakesItsPlace) {
+  const CropRequest a = Made("a");
+  const CropRequest b = Made("b");
+  Start(Hanging("a"), Clocked(1));
+  ahead_->PlanCrops({a, b});
+  gate_->AwaitWaiting(1);
+  EXPECT_EQ(Take(b, pump_), "x");
+  const double then = seconds_;
+  EXPECT_EQ(TakeSilent(a).Why(), host::kDiskSilent);
+  EXPECT_EQ(seconds_, then) << "it is known by now";
+  ahead_->PlanCrops({a});
+  EXPECT_EQ(TakeSilent(a).Why(), host::kDiskSilent) << "it is not tried again";
+  EXPECT_EQ(ahead_->AwaitMeasure(a.source, pump_).Why(), host::kDiskSilent);
+  // Until it answers.
+  gate_->Open();
+  std::optional<std::string> bytes;
+  do {
+    ahead_->PlanCrops({a});
+    static_cast<void>(ahead_->TakeCrop(a, pump_, bytes));
+  } while (!bytes);
+}
+
+TEST_F(SilentDiskTest, AComputationIsWaitedForHoweverLongItTakes) {
+  const CropRequest a = Made("a");
+  Start(
+      [gate = gate_](const Ahead::Job& job) {
+        gate->Pass();
+        return job.sink("x", 1);
+      },
+      Clocked(1));
+  stopped_ = true;
+  ahead_->PlanCrops({a});
+  gate_->AwaitWaiting(1);
+  int turns = 0;
+  EXPECT_EQ(Take(a,
+                 [&] {
+                   pump_();
+                   if (++turns == 50) gate_->Open();
+                 }),
+            "x");
+}
+
+TEST_F(SilentDiskTest, ReadsThatComeBackAreNoSilence) {
+  const CropRequest a = Made("a");
+  std::atomic<int> wanted = 0;
+  Start(
+      [&, gate = gate_](const Ahead::Job& job) {
+        for (int i = 0; i < 20; ++i) {
+          ++job.reads;
+          while (wanted <= i) std::this_thread::yield();
+          ++job.reads;
+        }
+        return job.sink("x", 1);
+      },
+      Clocked(1));
+  ahead_->PlanCrops({a});
+  EXPECT_EQ(Take(a,
+                 [&] {
+                   seconds_ += 20;
+                   ++wanted;
+                 }),
+            "x");
+}
+
+TEST_F(SilentDiskTest, AStopEndsTheWaitForARead) {
+  const CropRequest a = Made("a");
+  Start(Hanging("a"), Clocked(1));
+  ahead_->PlanCrops({a});
+  gate_->AwaitWaiting(1);
+  pump_ = [this] {
+    seconds_ += 0.5;
+    stopped_ = true;
+  };
+  EXPECT_EQ(TakeSilent(a).Why(), "已停止");
+  EXPECT_LE(seconds_, 1002);
+}
+
+TEST_F(SilentDiskTest, AStopEndsTheWaitForWhatIsNotBegun) {
+  const CropRequest a = Made("a");
+  const CropRequest b = Made("b");
+  Start(Hanging("a"), Clocked(1));
+  ahead_->PlanCrops({a, b});
+  gate_->AwaitWaiting(1);
+  pump_ = [this] {
+    seconds_ += 0.5;
+    stopped_ = true;
+  };
+  EXPECT_EQ(TakeSilent(b).Why(), "已停止");
+}
+
+TEST_F(SilentDiskTest, TheEndDoesNotWaitForADeadRead) {
+  const CropRequest a = Made("a");
+  Start(Hanging("a"), Clocked(2));
+  ahead_->PlanCrops({a, Made("b")});
+  gate_->AwaitWaiting(1);
+  ahead_.reset();
+  EXPECT_FALSE(AllThreadsEnded());
+}
+
+TEST_F(SilentDiskTest, AMeasurementThatDoesNotComeBackIsGivenUp) {
+  auto measured = std::make_shared<Log>();
+  Start(Naming(), Clocked(1), [gate = gate_, measured](const std::string& path) {
+    if (path == "1") gate->Pass();
+    measured->Add(path);
+  });
+  ahead_->PlanMeasures({"1", "2"});
+  gate_->AwaitWaiting(1);
+  EXPECT_EQ(ahead_->AwaitMeasure("1", pump_).Why(), host::kDiskSilent);
+  EXPECT_GE(seconds_, 1030);
+  const double then = seconds_;
+  EXPECT_EQ(ahead_->AwaitMeasure("1", pump_).Why(), host::kDiskSilent);
+  EXPECT_EQ(seconds_, then);
+  while (measured->Lines().empty()) std::this_thread::yield();
+  EXPECT_EQ(measured->Lines(), std::vector<std::string>{"2"});
+}
+
+TEST_F(SilentDiskTest, AStopEndsTheWaitForAMeasurement) {
+  Start(Naming(), Clocked(1), [gate = gate_](const std::string&) { gate->Pass(); });
+  ahead_->PlanMeasures({"1"});
+  gate_->AwaitWaiting(1);
+  pump_ = [this] {
+    seconds_ += 0.5;
+    stopped_ = true;
+  };
+  EXPECT_EQ(ahead_->AwaitMeasure("1", pump_).Why(), "已停止");
 }
 
 // A run over real pictures: the bytes are the same with and without, whatever is replanned in between.
@@ -428,11 +618,11 @@ TEST_F(AheadTest, RealCutsAreTheSameAsWithout) {
   const auto cut = [](const CropRequest& r, const ByteSink& sink, const JpegCutControl& control) {
     return CutJpeg(r.source, r.rect, r.quality, r.dpi, r.exif, Limits{}, sink, control);
   };
-  Start([&](const Ahead::Job& job) { return cut(job.request, job.sink, {job.stop, job.admit}); });
+  Start([&](const Ahead::Job& job) { return cut(job.request, job.sink, {.stop = job.stop, .admit = job.admit}); });
   int taken = 0;
   for (std::size_t i = 0; i < all.size(); ++i) {
     ahead_->PlanCrops({all.begin() + static_cast<std::ptrdiff_t>(i), all.end()});
-    const std::optional<std::string> early = ahead_->TakeCrop(all[i], {});
+    const std::optional<std::string> early = Take(all[i], {});
     if (i % 5 == 4) ahead_->PlanCrops({});
     std::string plain;
     ASSERT_TRUE(cut(all[i],

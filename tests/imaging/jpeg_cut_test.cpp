@@ -5,6 +5,12 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <sys/stat.h>
+
+#include <atomic>
+#include <fstream>
+#include <thread>
+
 #include <jpeglib.h>
 
 #include "imaging/jpeg_exif.h"
@@ -608,6 +614,28 @@ TEST_F(JpegCutTest, StopRequestEndsTheCut) {
   options.quality = 100;
   EXPECT_EQ(Cut(Source({1200, 900}, options), {0, 800, 8, 8}).GetProblem(), Problem::Stopped);
   EXPECT_TRUE(result_.empty());
+}
+
+TEST_F(JpegCutTest, ReadsAreCountedAtTheirBeginAndEnd) {
+  std::atomic<unsigned> reads = 0;
+  control_.reads = &reads;
+  ASSERT_TRUE(Cut(MakeJpeg(TestPicture({600, 400}, Colours::YCbCr), {}), {0, 0, 300, 200}));
+  EXPECT_GE(reads, 6u);
+  EXPECT_EQ(reads % 2, 0u);
+
+  // A pipe that nobody writes to stands still as a dead disk does.
+  const std::string pipe = folder_.Path("pipe.jpg");
+  ASSERT_EQ(mkfifo(pipe.c_str(), 0600), 0);
+  reads = 0;
+  std::thread cutter([&] {
+    EXPECT_FALSE(CutJpeg(
+        pipe, {0, 0, 3, 2}, 80, 0, Exif::Drop, {}, [](const void*, std::size_t) { return Status::Ok(); }, control_));
+  });
+  while (reads == 0) std::this_thread::yield();
+  EXPECT_EQ(reads, 1u);
+  std::ofstream(pipe).close();
+  cutter.join();
+  EXPECT_EQ(reads % 2, 0u);
 }
 
 TEST_F(JpegCutTest, MemoryIsAnnouncedAndMayBeRefused) {

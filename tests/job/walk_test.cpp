@@ -6,15 +6,13 @@
 #include <unistd.h>
 
 #include <algorithm>
-#include <condition_variable>
 #include <filesystem>
-#include <mutex>
 #include <string>
-#include <thread>
 #include <vector>
 
 #include "base/path_text.h"
 #include "cut_fixture.h"
+#include "dead_disk.h"
 #include "job/file_count.h"
 
 namespace quillon::job {
@@ -145,34 +143,6 @@ TEST_F(WalkTest, AFolderThatVanishesIsSkippedSilently) {
   EXPECT_EQ(end, WalkEnd::Complete);
   EXPECT_TRUE(recorder.notListed.empty());
 }
-
-// A disk that is there and never answers.
-class DeadDisk {
- public:
-  // Comes back when the thread that hung has ended: it still looks at what the test owns.
-  void Answer() {
-    pid_t thread = 0;
-    {
-      const std::lock_guard lock(mutex_);
-      answers_ = true;
-      thread = thread_;
-    }
-    changed_.notify_all();
-    const std::string entry = "/proc/self/task/" + std::to_string(thread);
-    while (thread != 0 && std::filesystem::exists(entry)) std::this_thread::yield();
-  }
-  void Hang() {
-    std::unique_lock lock(mutex_);
-    thread_ = gettid();
-    changed_.wait(lock, [&] { return answers_; });
-  }
-
- private:
-  std::mutex mutex_;
-  std::condition_variable changed_;
-  bool answers_ = false;
-  pid_t thread_ = 0;
-};
 
 TEST_F(WalkTest, AFolderThatNeverAnswersIsGivenUp) {
   for (const char* name : {"a/1.jpg", "b/2.jpg", "c/3.jpg"}) File(name);

@@ -1,6 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The Quillon developers
 // SPDX-License-Identifier: GPL-3.0-or-later
 // The cut of all regions out of every picture.
+#include "host/errand.h"
+#include "job/dead_disk.h"
 #include "regions_fixture.h"
 #include "transparent_png.h"
 
@@ -263,6 +265,26 @@ TEST_F(MultiCutTest, AStopEndsBothLoopsAndCountsTheRest) {
   EXPECT_EQ(Totals().written, 1u);
   EXPECT_EQ(Totals().skipped, 3u);
   EXPECT_TRUE(Totals().stopped);
+}
+
+TEST_F(MultiCutTest, ADiskThatDoesNotAnswerIsToldForEachRegion) {
+  Regions("R\r\n0\t0\t60\t50\r\n0\t0\t10\t10\r\n");
+  List({Make("x/a.bmp", 100, 80), Make("y/b.bmp", 100, 80), Make("z/c.bmp", 100, 80)});
+  job::DeadDisk dead;
+  dead.Take(world.faults, host::testing::DiskCall::OpenRead, "b.bmp");
+  world.pump.EveryTurn([&] { world.clock.Advance(1); });
+  CutListed();
+  EXPECT_EQ(Totals().written, 4u);
+  EXPECT_EQ(Totals().none, 2u);
+  EXPECT_EQ(Why(2), host::kDiskSilent);
+  EXPECT_EQ(OutNames().size(), 4u);
+}
+
+TEST_F(MultiCutTest, EachPictureIsToldAtItsBegin) {
+  Regions("R\r\n0\t0\t60\t50\r\n0\t0\t10\t10\r\n");
+  const std::vector<std::string> pictures{Make("a.bmp", 100, 80), Make("b.bmp", 100, 80)};
+  CutRegionsOf(pictures);
+  EXPECT_EQ(recorder.begun, pictures);
 }
 
 TEST_F(MultiCutTest, ClosingDuringTheRunAsksAndStays) {

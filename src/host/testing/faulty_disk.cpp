@@ -20,9 +20,9 @@ void FaultyDisk::Set(Fault fault) {
   faults_.push_back({std::move(fault)});
 }
 
-void FaultyDisk::Before(DiskCall call, int nth, std::function<void()> act) {
+void FaultyDisk::Before(DiskCall call, int nth, std::function<void()> act, std::string pathHolds) {
   const std::lock_guard lock(mutex_);
-  hooks_.push_back({call, nth, std::move(act)});
+  hooks_.push_back({call, nth, std::move(act), std::move(pathHolds)});
 }
 
 void FaultyDisk::Clear() {
@@ -79,7 +79,8 @@ FaultyDisk::Verdict FaultyDisk::Judge(DiskCall call, const std::string& path) {
     const std::lock_guard lock(mutex_);
     calls_.push_back(call);
     for (Hook& hook : hooks_) {
-      if (hook.call == call && --hook.left == 0) acts.push_back(hook.act);
+      const bool meant = hook.call == call && path.find(hook.pathHolds) != std::string::npos;
+      if (meant && --hook.left == 0) acts.push_back(hook.act);
     }
     verdict = JudgeFaults(call, path);
   }

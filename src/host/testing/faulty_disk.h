@@ -73,8 +73,8 @@ class FaultyDisk final : public Disk {
   explicit FaultyDisk(Disk& disk) : disk_(disk) {}
 
   void Set(Fault fault);
-  // Runs once before the nth call of a kind from now on; the call then goes on.
-  void Before(DiskCall call, int nth, std::function<void()> act);
+  // Runs once before the nth call of a kind from now on, of those whose path holds the text; the call then goes on.
+  void Before(DiskCall call, int nth, std::function<void()> act, std::string pathHolds = "");
   void Clear();
   // From now on files that are synced together take their names with them, or leave them to SyncFolder, whatever the
   // disk below does.
@@ -136,6 +136,7 @@ class FaultyDisk final : public Disk {
     DiskCall call;
     int left;
     std::function<void()> act;
+    std::string pathHolds;
   };
   // What is to happen to one call: 0 to go on, minus an error, or half of its bytes.
   struct Verdict {

@@ -1,0 +1,75 @@
+// SPDX-FileCopyrightText: 2026 The Quillon developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <unistd.h>
+
+#include <condition_variable>
+#include <filesystem>
+#include <functional>
+#include <mutex>
+#include <set>
+#include <string>
+#include <thread>
+
+#include "host/testing/faulty_disk.h"
+
+namespace quillon::job {
+
+// A disk that is there and never answers, to the threads behind the program; the program itself, which no test could
+// bring back, it answers.
+class DeadDisk {
+ public:
+  DeadDisk() : program_(gettid()) {}
+  ~DeadDisk() { Answer(); }
+  DeadDisk(const DeadDisk&) = delete;
+  DeadDisk& operator=(const DeadDisk&) = delete;
+
+  // From the nth call of a kind on, of those whose path holds the text.
+  void Take(host::testing::FaultyDisk& disk, host::testing::DiskCall call, const std::string& pathHolds, int nth = 1) {
+    constexpr int kMany = 100;
+    for (int i = 0; i < kMany; ++i)
+      disk.Before(
+          call, nth + i, [this] { Hang(); }, pathHolds);
+  }
+  void Hang() {
+    if (gettid() == program_) return;
+    std::unique_lock lock(mutex_);
+    if (answers_) return;
+    threads_.insert(gettid());
+    changed_.notify_all();
+    changed_.wait(lock, [&] { return answers_; });
+  }
+  // Waits until a thread hangs.
+  void AwaitHanging() {
+    std::unique_lock lock(mutex_);
+    changed_.wait(lock, [&] { return !threads_.empty(); });
+  }
+  bool Hangs() {
+    const std::lock_guard lock(mutex_);
+    return !threads_.empty();
+  }
+  // Comes back when the threads that hung have ended: they still look at what the test owns.
+  void Answer() {
+    std::set<pid_t> threads;
+    {
+      const std::lock_guard lock(mutex_);
+      answers_ = true;
+      threads = threads_;
+    }
+    changed_.notify_all();
+    for (const pid_t thread : threads) {
+      const std::string entry = "/proc/self/task/" + std::to_string(thread);
+      while (std::filesystem::exists(entry)) std::this_thread::yield();
+    }
+  }
+
+ private:
+  const pid_t program_;
+  std::mutex mutex_;
+  std::condition_variable changed_;
+  bool answers_ = false;
+  std::set<pid_t> threads_;
+};
+
+}  // namespace quillon::job
