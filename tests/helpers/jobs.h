@@ -1,0 +1,64 @@
+// SPDX-FileCopyrightText: 2026 The Quillon developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <functional>
+#include <ostream>
+#include <string>
+#include <vector>
+
+#include "helpers/helper_process.h"
+
+namespace quillon::helpers::testing {
+
+// One job of a helper, as the program gives it. Each has the picture "a.jpg", 600 x 400, in its folder.
+struct Job {
+  const char* helper;
+  // Lays the input out and gives the parameters.
+  std::function<std::vector<std::string>(const HelperFolder& app)> prepare;
+  // The file that comes of it in the program folder; "" where the answer is all.
+  const char* target;
+  // The answer that stands in the store once it is done; key "" where it tells nothing.
+  const char* key = "";
+  const char* answer = "";
+  const char* application = "Quillon";
+  // Whether a finished target is whole, where it is not the same every time.
+  std::function<bool(const std::string& path)> whole = {};
+  // The program's side of the talk while the helper works.
+  std::function<void(const HelperFolder& app)> talk = {};
+  // A server stays when it is done.
+  bool serves = false;
+};
+
+// Jobs that a helper does by itself, and those that follow a key of the store.
+const std::vector<Job>& Jobs();
+const std::vector<Job>& Followers();
+
+// Starts a job, with the program's side of it.
+struct Started {
+  pid_t helper = -1;
+  pid_t program = -1;
+};
+Started Start(const HelperFolder& app, const Job& job, const std::vector<std::string>& parameters);
+// Waits until it is done; a server is ended then.
+Ran Finish(const HelperFolder& app, const Job& job, const Started& started);
+// Ends it at once.
+void Kill(const HelperFolder& app, const Started& started);
+
+// A process that is writing into the store and does not come to an end.
+class StoreHolder {
+ public:
+  explicit StoreHolder(const HelperFolder& app);
+  ~StoreHolder() { LetGo(); }
+  StoreHolder(const StoreHolder&) = delete;
+  StoreHolder& operator=(const StoreHolder&) = delete;
+
+  void LetGo();
+
+ private:
+  pid_t process_ = -1;
+};
+
+inline void PrintTo(const Job& job, std::ostream* out) { *out << job.helper; }
+
+}  // namespace quillon::helpers::testing
