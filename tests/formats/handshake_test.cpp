@@ -11,7 +11,6 @@
 #include "formats/tools/small_calls.h"
 #include "formats/tools/tiffs_maker.h"
 #include "formats/tools_fixture.h"
-#include "host/posix/sqlite_settings.h"
 
 namespace quillon::formats {
 namespace {
@@ -314,15 +313,6 @@ TEST_F(ImgToolTest, ATiffThatThisProcessCanCountNeverStartsTheTool) {
   EXPECT_TRUE(TiffPages(tools, world.folder.Write("b.tif", "no tiff for this process"), pages, 4));
   EXPECT_EQ(pages, 3);
   EXPECT_EQ(Started(0), "QxImgTool.exe: " + CountTiffPagesText(world.folder.Path("b.tif"), tools.App(), 4));
-}
-
-// Once this process has failed at it, the tool makes every tiff, in later runs too.
-TEST_F(ImgToolTest, WhoMakesTiffsOutlivesARestart) {
-  using Store = host::posix::SqliteSettings;
-  Store(world.folder.Path("store")).Set(kTitle, "Default", key::kBackMakeTiff, "1");
-  for (int run = 0; run < 2; ++run) {
-    EXPECT_EQ(Store(world.folder.Path("store")).Get("Quillon", "Default", "BackMakeTiff"), "1");
-  }
 }
 
 TEST_F(ImgToolTest, TheOldFirstPageIsGoneBeforeATiffIsCounted) {

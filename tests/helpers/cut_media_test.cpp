@@ -1,6 +1,11 @@
 // SPDX-FileCopyrightText: 2026 The Quillon developers
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include <gtest/gtest.h>
+#include <netinet/in.h>
+#include <sys/socket.h>
+#include <unistd.h>
+
+#include <cerrno>
 
 #include "helpers/frame/child.h"
 #include "helpers/helper_process.h"
@@ -56,9 +61,42 @@ TEST(CutMedia, LeavesTheOldResultWhenItFails) {
   EXPECT_EQ(folder.Names(), (std::vector<std::string>{"b.gif", "bad.gif"}));
 }
 
+// A server that would answer is never asked.
 TEST(CutMedia, ReadsNothingFromTheNetwork) {
+  const int server = socket(AF_INET, SOCK_STREAM | SOCK_NONBLOCK | SOCK_CLOEXEC, 0);
+  sockaddr_in address{.sin_family = AF_INET, .sin_port = 0, .sin_addr = {htonl(INADDR_LOOPBACK)}, .sin_zero = {}};
+  socklen_t size = sizeof address;
+  ASSERT_EQ(bind(server, reinterpret_cast<sockaddr*>(&address), size), 0);
+  ASSERT_EQ(listen(server, 4), 0);
+  ASSERT_EQ(getsockname(server, reinterpret_cast<sockaddr*>(&address), &size), 0);
+  const std::string port = std::to_string(ntohs(address.sin_port));
   const HelperFolder folder;
-  EXPECT_EQ(folder.Run("CutMedia", {"-i http://127.0.0.1:9/a.gif -y \"" + folder.Path("b.gif") + "\""}).exit, 1);
+  const Ran ran = folder.Run(
+      "CutMedia", {"-timeout 2000000 -i http://127.0.0.1:" + port + "/a.gif -y \"" + folder.Path("b.gif") + "\""});
+  EXPECT_EQ(ran.exit, 1);
+  EXPECT_LT(accept(server, nullptr, nullptr), 0);
+  EXPECT_EQ(errno, EAGAIN);
+  close(server);
+}
+
+// FFmpeg would write there at once.
+TEST(CutMedia, RefusesFilesThatItDoesNotHandOver) {
+  const HelperFolder folder;
+  testing::Save(folder.Path("a.png"), testing::Waves(60, 40));
+  const std::string other = folder.Write("other.png", "a user's");
+  const std::string input = "-i \"" + folder.Path("a.png") + "\" -y ";
+  const std::string end = " \"" + folder.Path("b.png") + "\"";
+  for (const std::string& word : {other, std::string("../app/other.png"), "file:" + other,
+                                  std::string("./x/../other.png"), std::string("file:../app/other.png")}) {
+    const Ran ran = folder.Run("CutMedia", {input + word + end});
+    EXPECT_EQ(ran.exit, 1) << word;
+    EXPECT_EQ(ran.err, "CutMedia: 参数错误：不能直接读写 " + word + "\n");
+    if (word.front() != '/') {
+      EXPECT_EQ(folder.Run("CutMedia", {input + word}).exit, 1) << word;
+    }
+  }
+  EXPECT_EQ(folder.Read("other.png"), "a user's");
+  EXPECT_EQ(folder.Names(), (std::vector<std::string>{"a.png", "other.png"}));
 }
 
 }  // namespace

@@ -1,11 +1,13 @@
 // SPDX-FileCopyrightText: 2026 The Quillon developers
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include <gtest/gtest.h>
+#include <sys/resource.h>
 
 #include <csignal>
 
 #include "formats/tools/converter_order.h"
 #include "helpers/helper_process.h"
+#include "helpers/pictures.h"
 #include "host/testing/test_host.h"
 #include "imaging/services.h"
 
@@ -104,6 +106,33 @@ TEST_F(PicCutConverter, MakesThePartsOfALongOrderToo) {
   EXPECT_EQ(Run().exit, 0);
   EXPECT_EQ(Made("target_01.jpg"), (base::Size{30, 40}));
   EXPECT_FALSE(folder.Exists("target.jpg"));
+}
+
+// Whatever part is cut, a picture many times as large as that does not come into memory.
+TEST_F(PicCutConverter, TakesLittleMemoryForALargePicture) {
+#if defined(__SANITIZE_ADDRESS__)
+  GTEST_SKIP() << "The sanitizer needs more";
+#endif
+  constexpr rlim_t kMemory = 120 << 20;
+  rlimit before{};
+  getrlimit(RLIMIT_DATA, &before);
+  for (const char* source : {"a.jpg", "a.tif[compression=lzw]", "a.tif[tile,compression=lzw]", "a.tif"}) {
+    testing::SaveLarge(folder.Path(source), 9000, 7000);
+    order.source = folder.Path(std::string(source).substr(0, 5));
+    for (const char* target : {"b.jpg", "b.tif", "b.png"}) {
+      order.target = folder.Path(target);
+      order.CutPic = true;
+      order.cutX = 100;
+      order.cutY = 6900;
+      order.size = {8000, 100};
+      const rlimit tight{kMemory, before.rlim_max};
+      setrlimit(RLIMIT_DATA, &tight);
+      const Ran ran = Run();
+      setrlimit(RLIMIT_DATA, &before);
+      EXPECT_EQ(ran.exit, 0) << source << " " << target << " " << ran.err;
+      EXPECT_EQ(Made(target), (base::Size{8000, 100})) << source;
+    }
+  }
 }
 
 TEST_F(PicCutConverter, FailuresLeaveNoTarget) {

@@ -4,6 +4,7 @@
 
 #include <filesystem>
 
+#include "helpers/frame/child.h"
 #include "helpers/helper_process.h"
 #include "helpers/pdfs.h"
 #include "helpers/pictures.h"
@@ -104,6 +105,49 @@ TEST_F(PicHandlerTest, OtherPicturesBecomeJpegsInThePdf) {
   ASSERT_EQ(ran.exit, 0) << ran.err;
   EXPECT_DOUBLE_EQ(testing::SeenSize(folder.Path("a.pdf"), 0).width, 300);
   EXPECT_FALSE(folder.Exists("PicHandler.jpg"));
+}
+
+// --- The page as another program draws it
+
+class PicHandlerPage : public PicHandlerTest {
+ protected:
+  // Upper half black, lower half white.
+  static testing::Pixels Halves(int bands) {
+    testing::Pixels page = Plain(64, 64, std::vector<int>(static_cast<std::size_t>(bands), 255));
+    for (int i = 0; i < 64 * 32 * bands; ++i) {
+      if (bands < 4 || i % 4 != 3) page.values[static_cast<std::size_t>(i)] = 0;
+    }
+    return page;
+  }
+  void ExpectHalves(const std::string& pdf) {
+    ASSERT_TRUE(RunProgram({"pdftoppm", "-r", "72", "-png", "-singlefile", pdf, folder.Path("seen")}));
+    const testing::Pixels seen = Load(folder.Path("seen.png"));
+    ASSERT_EQ(seen.width, 64);
+    for (const int sample : seen.At(32, 8)) EXPECT_LE(sample, 60);
+    for (const int sample : seen.At(32, 56)) EXPECT_GE(sample, 250);
+  }
+};
+
+TEST_F(PicHandlerPage, BlackAndWhiteStay) {
+  const std::string density = "98 -units pixelsperinch -density 72x72";
+  for (const int bands : {1, 3, 4}) {
+    const std::string picture = folder.Path("a" + std::to_string(bands) + ".png");
+    Save(picture, Halves(bands));
+    ASSERT_EQ(ToPdf(picture, folder.Path("a"), density).exit, 0) << bands;
+    ExpectHalves(folder.Path("a.pdf"));
+  }
+  ASSERT_EQ(ToCmyk(folder.Path("a3.png")).exit, 0);
+  ASSERT_EQ(ToPdf(folder.Path("Tmp.jpg"), folder.Path("a"), density).exit, 0);
+  ExpectHalves(folder.Path("a.pdf"));
+}
+
+TEST_F(PicHandlerPage, SidesBeyondTheLimitsOfImageMagickAreBound) {
+  for (const char* name : {"a.jpg", "a.png"}) {
+    Save(folder.Path(name), Plain(17000, 8, {200, 100, 50}));
+    const Ran ran = ToPdf(folder.Path(name), folder.Path("a"), "90 -units pixelsperinch -density 170x170");
+    ASSERT_EQ(ran.exit, 0) << ran.err;
+    EXPECT_DOUBLE_EQ(testing::SeenSize(folder.Path("a.pdf"), 0).width, 7200) << name;
+  }
 }
 
 TEST_F(PicHandlerTest, OtherOrdersGoToImageMagickUnderPlainNames) {

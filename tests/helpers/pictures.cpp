@@ -107,6 +107,15 @@ void Save(const std::string& path, const Pixels& pixels, int dpi) {
   }
 }
 
+void SaveLarge(const std::string& pathAndOptions, int width, int height) {
+  Ensure();
+  const VImage pixel = VImage::black(1, 1, VImage::option()->set("bands", 3)) + std::vector<double>{200, 120, 40};
+  pixel.cast(VIPS_FORMAT_UCHAR)
+      .copy(VImage::option()->set("interpretation", VIPS_INTERPRETATION_sRGB))
+      .embed(0, 0, width, height, VImage::option()->set("extend", VIPS_EXTEND_COPY))
+      .write_to_file(pathAndOptions.c_str());
+}
+
 void SaveText(const std::string& path, const std::string& text) {
   Ensure();
   VImage::text(text.c_str(), VImage::option()->set("font", "Sans 48")->set("dpi", 96))

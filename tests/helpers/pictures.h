@@ -31,6 +31,9 @@ void Save(const std::string& path, const Pixels& pixels, int dpi = 0);
 Pixels Load(const std::string& path, int page = 0);
 int DpiOf(const std::string& path, int page = 0);
 
+// A picture of one colour, however large, with the saver's own options behind its name: "a.tif[compression=lzw]".
+void SaveLarge(const std::string& pathAndOptions, int width, int height);
+
 // Black letters on white, large enough to be read.
 void SaveText(const std::string& path, const std::string& text);
 

@@ -52,8 +52,21 @@ TEST_F(QxBackImgTest, LoadsAndCuts) {
   testing::Save(folder.Path("b.png"), testing::Waves(30, 20));
   ASSERT_TRUE(Send("load|" + folder.Path("b.png") + "|0"));
   EXPECT_TRUE(folder.Exists("ClipBoard.lane"));
-  ASSERT_TRUE(Send("0|" + picture + "|load"));
-  EXPECT_TRUE(folder.Exists("ClipBoard.lane"));
+}
+
+TEST_F(QxBackImgTest, KnowsTheOtherFormsOfItsCommands) {
+  ASSERT_TRUE(StartLoading(picture));
+  for (const std::string& load : {"0|" + picture + "|load", "0|load|" + picture}) {
+    std::filesystem::remove(folder.Path("ClipBoard.lane"));
+    ASSERT_TRUE(Send(load));
+    EXPECT_TRUE(folder.Exists("ClipBoard.lane")) << load;
+  }
+  const std::string out = folder.Path("out.png");
+  ASSERT_TRUE(Send("80|" + picture + "|cut|10|5|20|30|" + out));
+  const testing::Pixels cut = testing::Load(out);
+  EXPECT_EQ(cut.width, 20);
+  EXPECT_EQ(cut.height, 30);
+  EXPECT_EQ(cut.At(0, 0), testing::Waves(60, 40).At(10, 5));
 }
 
 TEST_F(QxBackImgTest, AnswersWhatItCannotDo) {

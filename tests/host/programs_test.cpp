@@ -255,6 +255,18 @@ TEST_F(ProgramsTest, OnlyOneProcessClaimsAFolder) {
   EXPECT_TRUE(other.Claim());
 }
 
+TEST_F(ProgramsTest, AClaimIsSeenWithoutBeingTouched) {
+  EXPECT_FALSE(IsClaimed(folder.Path()));
+  {
+    PosixInstance program(folder.Path());
+    EXPECT_TRUE(program.Claim());
+    EXPECT_TRUE(IsClaimed(folder.Path()));
+    EXPECT_TRUE(IsClaimed(folder.Path()));
+  }
+  EXPECT_TRUE(folder.Exists("quillon.lock"));
+  EXPECT_FALSE(IsClaimed(folder.Path()));
+}
+
 TEST_F(ProgramsTest, AClaimEndsWithItsProcessHoweverThatEnds) {
   int ready[2];
   ASSERT_EQ(pipe(ready), 0);

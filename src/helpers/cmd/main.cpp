@@ -31,5 +31,7 @@ host::Status Execute(Helper& helper) {
 
 // The command interpreter by which the program runs a helper that it cannot start itself.
 int main(int count, char** arguments) {
-  return quillon::helpers::RunHelper("CMD", count, arguments, quillon::helpers::Execute);
+  using namespace quillon::helpers;
+  // What it runs knows its own time.
+  return RunHelper("CMD", count, arguments, Execute, {.seconds = kSecondsOfABatch});
 }

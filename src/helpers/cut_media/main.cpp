@@ -25,6 +25,7 @@ host::Status Run(Helper& helper, const MediaOrder& order) {
 host::Status Execute(Helper& helper) {
   const MediaOrder order = ReadMediaOrder(helper.Words());
   if (order.words.empty()) return WrongCall("没有FFmpeg的参数");
+  if (!order.stray.empty()) return WrongCall("不能直接读写 " + order.stray);
   const host::Status status = Run(helper, order);
   for (const Aside& input : order.inputs) {
     static_cast<void>(helper.Files().RemoveOwn(helper.AppPath(input.name)));
@@ -37,5 +38,7 @@ host::Status Execute(Helper& helper) {
 }  // namespace quillon::helpers
 
 int main(int count, char** arguments) {
-  return quillon::helpers::RunHelper("CutMedia", count, arguments, quillon::helpers::Execute);
+  using namespace quillon::helpers;
+  // All threads of FFmpeg count, and a film may be long.
+  return RunHelper("CutMedia", count, arguments, Execute, {.seconds = kSecondsOfABatch});
 }

@@ -19,6 +19,7 @@ struct MediaOrder {
   std::vector<std::string> words;  // with the plain names
   std::vector<Aside> inputs;       // to be put there before
   Aside output;                    // to be taken from there afterwards; path is "" where the last word is no file
+  std::string stray;               // a word that would lead FFmpeg to a file elsewhere; "" where there is none
 };
 
 MediaOrder ReadMediaOrder(const std::vector<std::string>& words);

@@ -21,9 +21,7 @@ host::Status Execute(Helper& helper) {
 
 int main(int count, char** arguments) {
   using namespace quillon::helpers;
-  // Its time grows with the number of pictures.
-  constexpr unsigned kSeconds = 24 * 3600;
   // Only the one without a window decodes pictures, and is shut in.
   if (WantsWindow(count, arguments)) return ShowWindow(count, arguments);
-  return RunHelper("DCTiffsMaker", count, arguments, Execute, {.seconds = kSeconds});
+  return RunHelper("DCTiffsMaker", count, arguments, Execute, {.seconds = kSecondsOfABatch});
 }

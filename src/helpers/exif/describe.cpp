@@ -125,7 +125,7 @@ Exiv2::XmpData XmpFor(const Exiv2::XmpData& source, const Target& target) {
   return xmp;
 }
 
-// The kind of colours that a profile is for, as its header tells, against the components of a jpeg.
+// The kind of colours that a profile is for, as its header tells, against the components of a picture.
 bool ProfileServes(const Exiv2::DataBuf& profile, int components) {
   constexpr long kKindAt = 16;
   if (profile.size_ < kKindAt + 4) return false;
@@ -134,10 +134,9 @@ bool ProfileServes(const Exiv2::DataBuf& profile, int components) {
          (components == 4 && kind == "CMYK");
 }
 
-// Components of a jpeg's frame; 0 for other files.
-int ComponentsOf(std::string_view bytes) {
+// Components of a jpeg's frame; 0 where it has none.
+int JpegComponents(std::string_view bytes) {
   const auto byte = [&](std::size_t at) { return static_cast<unsigned char>(bytes[at]); };
-  if (!bytes.starts_with("\xFF\xD8")) return 0;
   for (std::size_t at = 2; at + 10 <= bytes.size() && byte(at) == 0xFF;) {
     const unsigned marker = byte(at + 1);
     const bool frame = marker >= 0xC0 && marker <= 0xCF && marker != 0xC4 && marker != 0xC8 && marker != 0xCC;
@@ -145,6 +144,30 @@ int ComponentsOf(std::string_view bytes) {
     at += 2 + (static_cast<std::size_t>(byte(at + 2)) << 8 | byte(at + 3));
   }
   return 0;
+}
+
+// A palette holds colours of three components.
+int PngComponents(std::string_view bytes) {
+  constexpr std::size_t kColourTypeAt = 25;
+  if (bytes.size() <= kColourTypeAt) return 0;
+  const bool colour = (bytes[kColourTypeAt] & 2) != 0;
+  return colour ? 3 : 1;
+}
+
+int TiffComponents(const Exiv2::ExifData& exif) {
+  const auto kind = exif.findKey(Exiv2::ExifKey("Exif.Image.PhotometricInterpretation"));
+  if (kind == exif.end() || kind->count() == 0) return 0;
+  static constexpr std::array kComponents = {1, 1, 3, 3, 0, 4, 3};
+  const long number = kind->toLong();
+  return number >= 0 && number < static_cast<long>(kComponents.size()) ? kComponents[static_cast<std::size_t>(number)]
+                                                                       : 0;
+}
+
+// 0 for what is none of the three kinds.
+int ComponentsOf(std::string_view bytes, const Exiv2::Image& image) {
+  if (bytes.starts_with("\xFF\xD8")) return JpegComponents(bytes);
+  if (bytes.starts_with("\x89PNG")) return PngComponents(bytes);
+  return TiffComponents(image.exifData());
 }
 
 Exiv2::Image::AutoPtr Open(const std::string& bytes) {
@@ -173,7 +196,7 @@ std::string Described(const std::string& source, const std::string& target) {
   EraseIf(iptc, [](const auto& datum) { return datum.key().find("Preview") != std::string::npos; });
   to->setIptcData(iptc);
   if (!to->iccProfileDefined() && from->iccProfileDefined() &&
-      ProfileServes(*from->iccProfile(), ComponentsOf(target))) {
+      ProfileServes(*from->iccProfile(), ComponentsOf(target, *to))) {
     Exiv2::DataBuf profile(*from->iccProfile());
     to->setIccProfile(profile, false);
   }

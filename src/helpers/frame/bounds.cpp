@@ -44,9 +44,11 @@ void LeaveNetwork() {
 void ShutIn(const Bounds& bounds) {
   // One byte and not none: it also keeps a program that collects cores from being started.
   Limit(RLIMIT_CORE, 1);
-  Limit(RLIMIT_CPU, bounds.seconds);
+  LimitTime(bounds.seconds);
   if (kLimitsMemory) Limit(RLIMIT_DATA, bounds.memory);
   LeaveNetwork();
 }
+
+void LimitTime(unsigned seconds) { Limit(RLIMIT_CPU, seconds); }
 
 }  // namespace quillon::helpers

@@ -20,12 +20,19 @@ using imaging::HugeOrder;
 
 constexpr std::uint64_t kLongestOrder = std::uint64_t{1} << 20;
 
-HugeOrder HugeOrderOf(const ConverterOrder& order) {
+// What both forms tell alike.
+template <class Order>
+HugeOrder Common(const Order& order, bool grey) {
   HugeOrder huge;
   huge.source = order.source;
   huge.least = order.least;
   huge.quality = order.quality;
-  huge.grey = order.ToGray;
+  huge.grey = grey;
+  return huge;
+}
+
+HugeOrder HugeOrderOf(const ConverterOrder& order) {
+  HugeOrder huge = Common(order, order.ToGray);
   if (order.PicRotate) huge.angle = order.angle;
   if (order.CutPic) {
     huge.cut = {order.cutX, order.cutY, order.size.width, order.size.height};
@@ -38,13 +45,9 @@ HugeOrder HugeOrderOf(const ConverterOrder& order) {
 }
 
 HugeOrder HugeOrderOf(const CoupleOrder& order) {
-  HugeOrder huge;
-  huge.source = order.source;
-  huge.least = order.least;
+  HugeOrder huge = Common(order, order.grey);
   huge.size = order.size;
   huge.angle = order.angle;
-  huge.grey = order.grey;
-  huge.quality = order.quality;
   return huge;
 }
 

@@ -23,5 +23,6 @@ host::Status Execute(Helper& helper) {
 }  // namespace quillon::helpers
 
 int main(int count, char** arguments) {
-  return quillon::helpers::RunHelper("PicsToAniGif", count, arguments, quillon::helpers::Execute);
+  using namespace quillon::helpers;
+  return RunHelper("PicsToAniGif", count, arguments, Execute, {.seconds = kSecondsOfABatch});
 }

@@ -10,12 +10,12 @@
 #include "base/path_text.h"
 #include "base/rounding.h"
 #include "formats/tools/back_image.h"
+#include "helpers/frame/patience.h"
 
 namespace quillon::helpers {
 namespace {
 
 constexpr double kRest = 0.005;
-constexpr double kIdle = 1800;
 constexpr const char* kDone = "1";
 constexpr int kQuality = 80;
 
@@ -38,15 +38,14 @@ host::Status BackServer::Serve() {
   if (fields.size() != 4) return WrongCall("需要四个字段");
   const std::string& application = fields[0];
   const std::string& key = fields[1];
-  host::Clock& clock = helper_.World().clock;
   std::string command = fields[3];
-  for (double last = clock.Seconds(); clock.Seconds() - last < kIdle;) {
+  for (Patience patience(helper_); !patience.Over();) {
     if (command.empty() || command == kDone) {
-      clock.Sleep(kRest);
+      helper_.World().clock.Sleep(kRest);
     } else {
       if (const host::Status done = Obey(command); !done) std::fprintf(stderr, "QxBackImg: %s\n", done.Why().c_str());
       helper_.Set(application, key, kDone);
-      last = clock.Seconds();
+      patience.Renew();
     }
     if (!helper_.Files().IsFolder(helper_.World().programFolder)) break;
     command = helper_.Get(application, key);
@@ -56,8 +55,14 @@ host::Status BackServer::Serve() {
 
 host::Status BackServer::Obey(const std::string& command) {
   const std::vector<std::string> words = Split(command, '|');
-  if (words.size() == 3 && (words.front() == "load" || words.back() == "load")) return Load(words[1]);
-  if (words.size() == 8 && words.front() == "cut") return Cut(words);
+  if (words.size() == 3) {
+    if (words[0] == "load" || words[2] == "load") return Load(words[1]);
+    if (words[1] == "load") return Load(words[2]);
+  }
+  if (words.size() == 8) {
+    if (words[0] == "cut") return Cut(words[1], {words.begin() + 2, words.begin() + 6}, words[6], words[7]);
+    if (words[2] == "cut") return Cut(words[1], {words.begin() + 3, words.begin() + 7}, words[7], words[0]);
+  }
   return WrongCall("不认识的命令");
 }
 
@@ -71,16 +76,17 @@ host::Status BackServer::Load(const std::string& file) {
   return status;
 }
 
-host::Status BackServer::Cut(const std::vector<std::string>& words) {
+host::Status BackServer::Cut(const std::string& picture, const std::vector<std::string>& numbers,
+                             const std::string& out, const std::string& quality) {
   std::array<int, 4> box{};
   for (std::size_t i = 0; i < box.size(); ++i) {
-    const std::optional<double> number = base::ParseNumber(words[i + 2]);
-    if (!number) return WrongCall("不是数：" + words[i + 2]);
+    const std::optional<double> number = base::ParseNumber(numbers[i]);
+    if (!number) return WrongCall("不是数：" + numbers[i]);
     box[i] = base::R(*number);
   }
-  imaging::CropRequest request{.source = words[1], .destination = words[6], .rect = {box[0], box[1], box[2], box[3]}};
-  request.encoder = imaging::EncoderFor(base::SplitPath(request.destination).extension);
-  request.quality = base::ParseInteger(words[7]).value_or(kQuality);
+  imaging::CropRequest request{.source = picture, .destination = out, .rect = {box[0], box[1], box[2], box[3]}};
+  request.encoder = imaging::EncoderFor(base::SplitPath(out).extension);
+  request.quality = base::ParseInteger(quality).value_or(kQuality);
   request.exif = imaging::Exif::Keep;
   return services_.CropToFile(request);
 }

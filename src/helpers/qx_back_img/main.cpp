@@ -11,7 +11,6 @@ host::Status Execute(Helper& helper) { return BackServer(helper).Serve(); }
 }  // namespace quillon::helpers
 
 int main(int count, char** arguments) {
-  // It serves a whole batch.
-  constexpr unsigned kDay = 24 * 3600;
-  return quillon::helpers::RunHelper("QxBackImg", count, arguments, quillon::helpers::Execute, {.seconds = kDay});
+  using namespace quillon::helpers;
+  return RunHelper("QxBackImg", count, arguments, Execute, {.seconds = kSecondsOfABatch});
 }

@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "base/number_text.h"
 #include "base/path_text.h"
+#include "helpers/frame/patience.h"
 #include "helpers/qx_img_tool/operations.h"
 #include "helpers/qx_img_tool/pages.h"
 #include "helpers/qx_img_tool/sheet_binder.h"
@@ -10,7 +11,6 @@ namespace quillon::helpers {
 namespace {
 
 constexpr double kSecondsBetweenLooks = 0.005;
-constexpr double kSecondsOfSilence = 1800;
 constexpr const char* kEnd = "end";
 
 bool IsTrue(const std::string& text) {
@@ -37,8 +37,7 @@ class Feed {
   // Hands sheets to take, and answers them with what it says, until the program says that was the last.
   template <class Take>
   Ended Run(Take take) {
-    host::Clock& clock = helper_.World().clock;
-    double last = clock.Seconds();
+    Patience patience(helper_);
     std::string answer;
     for (;;) {
       const std::string text = helper_.Get(order_.application, order_.key);
@@ -47,10 +46,10 @@ class Feed {
         const host::Status taken = helper_.Files().IsFile(text) ? take(text) : Missing();
         answer = taken ? "" : taken.Why();
         helper_.Set(order_.application, order_.key, answer);
-        last = clock.Seconds();
+        patience.Renew();
       }
-      if (clock.Seconds() - last > kSecondsOfSilence) return Ended::BySilence;
-      clock.Sleep(kSecondsBetweenLooks);
+      if (patience.Over()) return Ended::BySilence;
+      helper_.World().clock.Sleep(kSecondsBetweenLooks);
     }
   }
 

@@ -11,11 +11,16 @@ namespace {
 struct Operation {
   std::string_view name;
   host::Status (*run)(Helper& helper, const ToolOrder& order);
+  unsigned seconds;
 };
 
 constexpr std::array kOperations{
-    Operation{"getpdfpages", GetPdfPages}, Operation{"gettiffpages", GetTiffPages}, Operation{"cutpdf", CutPdfPages},
-    Operation{"splitpdf", SplitPdf},       Operation{"maketiff", MakeTiff},         Operation{"bindpdf", BindSheets},
+    Operation{"getpdfpages", GetPdfPages, kSecondsOfOneFile},
+    Operation{"gettiffpages", GetTiffPages, kSecondsOfOneFile},
+    Operation{"cutpdf", CutPdfPages, kSecondsOfOneFile},
+    Operation{"splitpdf", SplitPdf, kSecondsOfABatch},
+    Operation{"maketiff", MakeTiff, kSecondsOfABatch},
+    Operation{"bindpdf", BindSheets, kSecondsOfABatch},
 };
 
 host::Status Execute(Helper& helper) {
@@ -25,7 +30,9 @@ host::Status Execute(Helper& helper) {
   const std::string name = fields[4];
   const ToolOrder order{fields[0], fields[1], fields[2], fields[3], {fields.begin() + kFixed, fields.end()}};
   for (const Operation& operation : kOperations) {
-    if (operation.name == name) return operation.run(helper, order);
+    if (operation.name != name) continue;
+    LimitTime(operation.seconds);
+    return operation.run(helper, order);
   }
   return WrongCall("未知的操作 " + name);
 }
@@ -34,7 +41,6 @@ host::Status Execute(Helper& helper) {
 }  // namespace quillon::helpers
 
 int main(int count, char** arguments) {
-  // Runs beside a whole batch, so that its time is the batch's.
-  constexpr unsigned kSeconds = 24 * 3600;
-  return quillon::helpers::RunHelper("QxImgTool", count, arguments, quillon::helpers::Execute, {.seconds = kSeconds});
+  using namespace quillon::helpers;
+  return RunHelper("QxImgTool", count, arguments, Execute, {.seconds = kSecondsOfABatch});
 }

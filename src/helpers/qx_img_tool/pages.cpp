@@ -5,12 +5,12 @@
 #include <algorithm>
 
 #include "base/number_text.h"
+#include "helpers/frame/patience.h"
 
 namespace quillon::helpers {
 namespace {
 
 constexpr double kSecondsBetweenLooks = 0.01;
-constexpr double kSecondsOfSilence = 1800;
 
 }  // namespace
 
@@ -21,8 +21,7 @@ std::string PageName(int page) {
 }
 
 host::Status FollowPages(Helper& helper, const ToolOrder& order, const Follow& follow, Followed& followed) {
-  host::Clock& clock = helper.World().clock;
-  double last = clock.Seconds();
+  Patience patience(helper);
   int taken = 0;
   std::string known;
   followed = Followed::Part;
@@ -31,15 +30,15 @@ host::Status FollowPages(Helper& helper, const ToolOrder& order, const Follow& f
     const std::string text = helper.Get(order.application, order.key);
     if (text == "end" || (text.empty() && taken > 0)) return host::Status::Ok();
     const int finished = std::min(base::ParseInteger(text).value_or(0), follow.pages);
-    if (text != known) last = clock.Seconds();
+    if (text != known) patience.Renew();
     known = text;
     while (taken < finished) {
       if (host::Status status = follow.take(++taken); !status) return status;
-      last = clock.Seconds();
+      patience.Renew();
     }
     if (taken >= follow.pages) break;
-    if (clock.Seconds() - last > kSecondsOfSilence) return host::Status::Ok();
-    if (!busy) clock.Sleep(kSecondsBetweenLooks);
+    if (patience.Over()) return host::Status::Ok();
+    if (!busy) helper.World().clock.Sleep(kSecondsBetweenLooks);
   }
   followed = Followed::All;
   return host::Status::Ok();

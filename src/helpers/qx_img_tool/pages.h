@@ -18,7 +18,7 @@ enum class Followed { All, Part };
 
 // Follows a key in which the program counts finished pages, calling take for each of them in order. idle is called at
 // every look with the page that is awaited, and tells whether it had something to do. Part: the program began another
-// run ("" after a count), said "end", or gave no sign for half an hour. A failure of take ends it too.
+// run ("" after a count), said "end", or gave no sign for too long. A failure of take ends it too.
 struct Follow {
   int pages = 0;
   std::function<host::Status(int page)> take;

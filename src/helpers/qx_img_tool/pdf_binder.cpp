@@ -5,7 +5,7 @@
 #include "helpers/pdf/pdf_writer.h"
 #include "helpers/qx_img_tool/sheet_binder.h"
 #include "helpers/qx_img_tool/sheet_header.h"
-#include "imaging/by_profiles.h"
+#include "imaging/services.h"
 
 namespace quillon::helpers {
 namespace {
@@ -76,11 +76,7 @@ class PdfBinder final : public SheetBinder {
     imaging::Services services(helper_.World(), [] {});
     imaging::Image image;
     if (host::Status loaded = services.LoadImageFromFile(path, image); !loaded) return loaded;
-    if (options_.cmyk) {
-      const host::Status converted = imaging::ConvertByProfiles(helper_.Files(), image, helper_.AppPath(kScreenProfile),
-                                                                helper_.AppPath(kPressProfile));
-      if (!converted) return converted;
-    }
+    if (host::Status made = ToPress(helper_, options_, image); !made) return made;
     const std::string aside = helper_.AppPath("QxImgTool.jpg");
     host::Status status = services.SaveImageToJpgFile(image, aside, kQuality, imaging::Exif::Drop);
     if (status) status = helper_.Files().ReadFile(aside, bytes, kMostBytes);

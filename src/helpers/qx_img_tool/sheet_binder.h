@@ -6,12 +6,9 @@
 #include <string>
 
 #include "helpers/frame/helper.h"
+#include "imaging/image.h"
 
 namespace quillon::helpers {
-
-// Where CMYK is made: by the profiles of the program's own conversion.
-inline constexpr const char* kScreenProfile = "ColorConfigs/sRGB.icc";
-inline constexpr const char* kPressProfile = "ColorConfigs/Default.icm";
 
 // How sheets are bound.
 struct BindOptions {
@@ -35,5 +32,8 @@ class SheetBinder {
 // A PDF takes JPEG sheets byte for byte, unless they are to become CMYK; others become JPEG first.
 std::unique_ptr<SheetBinder> MakePdfBinder(Helper& helper, const BindOptions& options, host::Draft& draft);
 std::unique_ptr<SheetBinder> MakeTiffBinder(Helper& helper, const BindOptions& options, host::Draft& draft);
+
+// Brings a picture to CMYK where the options ask for it, by the profiles of the program's own conversion.
+host::Status ToPress(Helper& helper, const BindOptions& options, imaging::Image& image);
 
 }  // namespace quillon::helpers

@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "helpers/qx_img_tool/sheet_binder.h"
 #include "helpers/qx_img_tool/sheet_header.h"
-#include "imaging/by_profiles.h"
+#include "imaging/services.h"
 #include "imaging/tiff_pages.h"
 
 namespace quillon::helpers {
@@ -33,11 +33,7 @@ class TiffBinder final : public SheetBinder {
     if (!text.empty()) {
       if (host::Status drawn = Mark(image, text); !drawn) return drawn;
     }
-    if (options_.cmyk) {
-      const host::Status converted = imaging::ConvertByProfiles(helper_.Files(), image, helper_.AppPath(kScreenProfile),
-                                                                helper_.AppPath(kPressProfile));
-      if (!converted) return converted;
-    }
+    if (host::Status made = ToPress(helper_, options_, image); !made) return made;
     return tiff_.Add(image, {.dpi = options_.dpi});
   }
 

@@ -5,5 +5,6 @@
 // Carries out the order in "Ops.txt" of the program folder. Without one there is nothing to do: the program starts it
 // so to see whether it can be started.
 int main(int count, char** arguments) {
-  return quillon::helpers::RunHelper("SavePicsToTiff", count, arguments, quillon::helpers::RunTiffOrder);
+  using namespace quillon::helpers;
+  return RunHelper("SavePicsToTiff", count, arguments, RunTiffOrder, {.seconds = kSecondsOfABatch});
 }

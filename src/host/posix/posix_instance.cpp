@@ -4,13 +4,20 @@
 
 #include <fcntl.h>
 #include <sys/file.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <cerrno>
+#include <fstream>
 
 #include "base/path_text.h"
 
 namespace quillon::host::posix {
+namespace {
+
+std::string LockPath(const std::string& programFolder) { return base::JoinPath(programFolder, "quillon.lock"); }
+
+}  // namespace
 
 PosixInstance::~PosixInstance() {
   if (handle_ >= 0) close(handle_);
@@ -18,7 +25,7 @@ PosixInstance::~PosixInstance() {
 
 bool PosixInstance::Claim() {
   if (handle_ >= 0) return true;
-  const std::string path = base::JoinPath(programFolder_, "quillon.lock");
+  const std::string path = LockPath(programFolder_);
   const int handle = open(path.c_str(), O_RDWR | O_CREAT | O_NOFOLLOW | O_CLOEXEC, 0600);
   if (handle < 0) return true;
   if (flock(handle, LOCK_EX | LOCK_NB) < 0 && errno == EWOULDBLOCK) {
@@ -27,6 +34,18 @@ bool PosixInstance::Claim() {
   }
   handle_ = handle;
   return true;
+}
+
+bool IsClaimed(const std::string& programFolder) {
+  struct stat told {};
+  if (lstat(LockPath(programFolder).c_str(), &told) < 0) return false;
+  // "1: FLOCK  ADVISORY  WRITE 4711 08:01:1234 0 EOF"; the numbers of the device are not those of stat on every disk.
+  const std::string inode = ":" + std::to_string(told.st_ino) + " ";
+  std::ifstream locks("/proc/locks");
+  for (std::string line; std::getline(locks, line);) {
+    if (line.find(" FLOCK ") != std::string::npos && line.find(inode) != std::string::npos) return true;
+  }
+  return false;
 }
 
 }  // namespace quillon::host::posix

@@ -25,4 +25,8 @@ class PosixInstance final : public Instance {
   int handle_ = -1;
 };
 
+// Whether a program of any process holds the claim. Only looks, so that it is in nobody's way; false where the system
+// does not tell.
+bool IsClaimed(const std::string& programFolder);
+
 }  // namespace quillon::host::posix
