@@ -19,6 +19,7 @@
 #include "batch/private_folder.h"
 #include "batch/runner.h"
 #include "batch/stop_signals.h"
+#include "batch/worker_journals.h"
 #include "batch/workers.h"
 #include "host/posix/environment.h"
 #include "host/posix/posix_clock.h"
@@ -78,14 +79,16 @@ class Session {
   }
 
  private:
+  static bool IsWorker() { return !host::posix::Environment(kWorkerVariable).empty(); }
+
   static std::unique_ptr<Reporter> MakeReporter(const Plan& plan) {
-    if (!host::posix::Environment(kWorkerVariable).empty()) return std::make_unique<WorkerReporter>(stdout, stderr);
+    if (IsWorker()) return std::make_unique<WorkerReporter>(stdout, stderr);
     if (plan.json) return std::make_unique<JsonReporter>(stdout, stderr);
     return std::make_unique<TextReporter>(stdout, stderr, isatty(STDERR_FILENO) ? Terminal::Yes : Terminal::No);
   }
 
   Exit RunWorkers() {
-    Workers workers(plan_, arguments_, private_.Path(), files_, clock_, *reporter_,
+    Workers workers(plan_, arguments_, private_.Path(), files_, journals_, clock_, *reporter_,
                     [this] { return signals_.Stopping(); });
     signals_.OnInsist([&] {
       workers.Signal();
@@ -114,11 +117,12 @@ class Session {
     BatchProcesses processes(running, shell_);
     host::Host world{boxes_,    dialogs_, pump_,   clock_,    files_,         settings_,
                      processes, shell_,   screen_, instance_, private_.Path()};
+    WorkerJournals workerJournals(journals_, *reporter_);
     Outcome outcome;
     {
       job::Program program(world);
       const suite::Suite suite(program);
-      program.journals = &journals_;
+      program.journals = IsWorker() ? static_cast<host::Journals*>(&workerJournals) : &journals_;
       program.share = plan_.share;
       program.handled = Handled();
       program.careful = !host::posix::Environment(kCarefulVariable).empty();

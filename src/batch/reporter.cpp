@@ -110,6 +110,10 @@ void WorkerReporter::Begun(const std::string& source) { WriteLine(BegunLine(sour
 
 void WorkerReporter::OlderLeft(const std::string& path) { WriteLine(OlderLine(path)); }
 
+void WorkerReporter::JournalOpened(const std::string& job) { WriteLine(JournalLine(job)); }
+
+void WorkerReporter::JournalDone(const std::string& job) { WriteLine(JournalDoneLine(job)); }
+
 void WorkerReporter::Write(const Event& event) {
   if (event.kind != EventKind::Title) JsonReporter::Write(event);
 }

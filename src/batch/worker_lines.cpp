@@ -14,6 +14,8 @@ using Json = nlohmann::ordered_json;
 
 constexpr const char* kBegun = "begun";
 constexpr const char* kOlder = "older";
+constexpr const char* kJournal = "journal";
+constexpr const char* kJournalDone = "journalDone";
 constexpr const char* kProgress = "progress";
 
 int Digit(char c) { return c <= '9' ? c - '0' : c - 'a' + 10; }
@@ -23,6 +25,10 @@ std::string Bytes(const std::string& hex) {
   for (std::size_t i = 0; i + 1 < hex.size(); i += 2)
     bytes += static_cast<char>(Digit(hex[i]) * 16 + Digit(hex[i + 1]));
   return bytes;
+}
+
+std::optional<std::string> BytesOf(const Json& object, const char* key) {
+  return object.contains(key) ? std::optional(Bytes(object[key].get<std::string>())) : std::nullopt;
 }
 
 std::vector<std::string> Texts(const Json& list) {
@@ -65,12 +71,16 @@ std::optional<Event> EventOf(const Json& object) {
   return std::nullopt;
 }
 
+std::string LineOf(const char* key, const std::string& bytes) { return Json{{key, Hex(bytes)}}.dump(); }
+
 WorkerLine LineOf(const Json& object) {
   WorkerLine line;
   if (!object.is_object()) return line;
   line.event = EventOf(object);
-  if (object.contains(kBegun)) line.begun = Bytes(object[kBegun].get<std::string>());
-  if (object.contains(kOlder)) line.older = Bytes(object[kOlder].get<std::string>());
+  line.begun = BytesOf(object, kBegun);
+  line.older = BytesOf(object, kOlder);
+  line.journal = BytesOf(object, kJournal);
+  line.journalDone = BytesOf(object, kJournalDone);
   if (object.contains(kProgress)) {
     line.progress.emplace();
     line.progress->done = object[kProgress].at(0).get<std::size_t>();
@@ -81,9 +91,13 @@ WorkerLine LineOf(const Json& object) {
 
 }  // namespace
 
-std::string BegunLine(const std::string& source) { return Json{{kBegun, Hex(source)}}.dump(); }
+std::string BegunLine(const std::string& source) { return LineOf(kBegun, source); }
 
-std::string OlderLine(const std::string& path) { return Json{{kOlder, Hex(path)}}.dump(); }
+std::string OlderLine(const std::string& path) { return LineOf(kOlder, path); }
+
+std::string JournalLine(const std::string& job) { return LineOf(kJournal, job); }
+
+std::string JournalDoneLine(const std::string& job) { return LineOf(kJournalDone, job); }
 
 std::string ProgressLine(const Progress& progress) {
   return Json{{kProgress, Json::array({progress.done, progress.planned})}}.dump();

@@ -49,11 +49,13 @@ struct Workers::Member {
 };
 
 Workers::Workers(const Plan& plan, std::vector<std::string> arguments, std::string folder, host::Files& files,
-                 host::Clock& clock, Reporter& reporter, Stopping stopping, std::string program)
+                 host::Journals& journals, host::Clock& clock, Reporter& reporter, Stopping stopping,
+                 std::string program)
     : plan_(plan),
       arguments_(std::move(arguments)),
       folder_(std::move(folder)),
       files_(files),
+      journals_(journals),
       clock_(clock),
       reporter_(reporter),
       stopping_(std::move(stopping)),
@@ -80,7 +82,10 @@ Exit Workers::Run() {
   }
   sums_.seconds = clock_.Seconds() - begun_;
   const Exit exit = Sum();
-  if (exit == Exit::AllWritten || exit == Exit::SomeWithout) DropOlder();
+  if (exit == Exit::AllWritten || exit == Exit::SomeWithout) {
+    DropOlder();
+    RemoveJournals();
+  }
   sums_.stopped = exit == Exit::Stopped;
   reporter_.Tell(EndEvent(sums_));
   reporter_.Finish(sums_);
@@ -154,6 +159,11 @@ void Workers::TakeLine(Member& member, const std::string& text) {
   const WorkerLine line = ReadWorkerLine(text);
   if (line.begun) member.underWay = *line.begun;
   if (line.older) TakeOlder(*line.older);
+  if (line.journal) {
+    jobsTaken_.insert(*line.journal);
+    jobsDone_.erase(*line.journal);
+  }
+  if (line.journalDone) jobsDone_.insert(*line.journalDone);
   if (line.progress) member.progress = *line.progress;
   if (line.event) TakeEvent(member, *line.event);
 }
@@ -297,6 +307,15 @@ void Workers::DropOlder() {
     if (!ours) static_cast<void>(files_.Discard(older.path));
   }
   static_cast<void>(files_.Settle());
+}
+
+// One who broke off would find only its own when the run is continued, and the others would do everything again.
+void Workers::RemoveJournals() {
+  const bool all = std::all_of(members_.begin(), members_.end(), [](const auto& member) { return member->finished; });
+  if (!all || jobsDone_ != jobsTaken_) return;
+  for (const std::string& job : jobsDone_) {
+    if (const auto journal = journals_.Open(job)) journal->Remove();
+  }
 }
 
 Exit Workers::Sum() const {

@@ -15,6 +15,7 @@
 #include "batch/reporter.h"
 #include "batch/worker.h"
 #include "host/files.h"
+#include "host/journal.h"
 #include "job/share.h"
 
 namespace quillon::batch {
@@ -30,13 +31,15 @@ inline constexpr const char* kThisProgram = "/proc/self/exe";
 //
 // An older file under the name of an output that could not be made goes to the trash once all have come to their end
 // and none has made it or has it as a source; where one died or was stopped, or all are only a share themselves, it
-// stays. What is held in memory does not grow with the number of files.
+// stays. So do the journals of all as long as one has not done its part. What is held in memory does not grow with the
+// number of files.
 class Workers {
  public:
   // arguments are those of the plan; folder is one of our own, for what is noted of the files; program is what the
   // workers run.
   Workers(const Plan& plan, std::vector<std::string> arguments, std::string folder, host::Files& files,
-          host::Clock& clock, Reporter& reporter, Stopping stopping, std::string program = kThisProgram);
+          host::Journals& journals, host::Clock& clock, Reporter& reporter, Stopping stopping,
+          std::string program = kThisProgram);
   ~Workers();
   Workers(const Workers&) = delete;
   Workers& operator=(const Workers&) = delete;
@@ -70,12 +73,14 @@ class Workers {
   void TellLost(const std::string& source, const std::string& why);
   void ShowProgress();
   void DropOlder();
+  void RemoveJournals();
   Exit Sum() const;
 
   const Plan& plan_;
   std::vector<std::string> arguments_;
   std::string folder_;
   host::Files& files_;
+  host::Journals& journals_;
   host::Clock& clock_;
   Reporter& reporter_;
   Stopping stopping_;
@@ -84,7 +89,9 @@ class Workers {
   std::vector<std::unique_ptr<Member>> members_;
   FileRecords records_;
   std::vector<Older> older_;
-  std::set<std::string> said_;  // lines on stderr
+  std::set<std::string> jobsTaken_;  // whose journals workers keep
+  std::set<std::string> jobsDone_;   // of these, those whose worker has done its part
+  std::set<std::string> said_;       // lines on stderr
   Summary sums_;
   double begun_ = 0;
   double shown_ = 0;

@@ -220,12 +220,10 @@ std::string RunJournal::SourceOf(const std::string& output) {
 
 void RunJournal::End(const CutLedger& ledger, bool complete) {
   if (!journal_) return;
-  if (complete) {
-    journal_->Remove();
-    journal_.reset();
-  } else {
-    Commit(ledger);
-  }
+  Commit(ledger);
+  if (!complete) return;
+  journal_->Remove();
+  journal_.reset();
 }
 
 std::optional<std::string> RunJournal::Get(const std::string& source, const std::string& key) {

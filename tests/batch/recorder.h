@@ -29,9 +29,12 @@ class Recorder final : public Reporter {
   }
   const std::vector<Progress>& Shown() const { return shown_; }
   int Finished() const { return finished_; }
+  const std::vector<std::string>& Journals() const { return journals_; }
 
   void Show(const Progress& progress) override { shown_.push_back(progress); }
   void Finish(const Summary&) override { ++finished_; }
+  void JournalOpened(const std::string& job) override { journals_.push_back("opened " + job); }
+  void JournalDone(const std::string& job) override { journals_.push_back("done " + job); }
 
  protected:
   void Write(const Event& event) override { events_.push_back(event); }
@@ -39,6 +42,7 @@ class Recorder final : public Reporter {
  private:
   std::vector<Event> events_;
   std::vector<Progress> shown_;
+  std::vector<std::string> journals_;
   int finished_ = 0;
 };
 

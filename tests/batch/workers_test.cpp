@@ -11,8 +11,10 @@
 #include "batch/json_io.h"
 #include "batch/program_fixture.h"
 #include "batch/recorder.h"
+#include "batch/worker_journals.h"
 #include "batch/worker_lines.h"
 #include "host/posix/posix_clock.h"
+#include "host/posix/sqlite_journals.h"
 #include "host/testing/test_host.h"
 
 namespace quillon::batch {
@@ -189,7 +191,8 @@ class PlayedWorkersTest : public testing::Test {
     const std::string program = world_.folder.Write("worker", text);
     fs::permissions(program, fs::perms::owner_all);
     Workers workers(
-        plan_, {}, world_.folder.Path(), world_.files, clock_, recorder_, [this] { return stopping_; }, program);
+        plan_, {}, world_.folder.Path(), world_.files, journals_, clock_, recorder_, [this] { return stopping_; },
+        program);
     return workers.Run();
   }
   std::string Log() const { return world_.folder.Path("log"); }
@@ -207,6 +210,7 @@ class PlayedWorkersTest : public testing::Test {
   }
 
   host::testing::TestHost world_;
+  host::posix::SqliteJournals journals_{world_.folder.Path("journals")};
   host::posix::PosixClock clock_;
   Recorder recorder_;
   Plan plan_;
@@ -332,6 +336,63 @@ TEST_F(OlderResultsOfWorkersTest, StayInAShare) {
   plan_.share = {0, 2, ""};
   PerformBeside(SaysEnd() + "exit 0\n");
   EXPECT_TRUE(Stands());
+}
+
+// --- Journals: what is kept for a run that is continued.
+
+class JournalsOfWorkersTest : public PlayedWorkersTest {
+ protected:
+  // The first of two workers has done its part of a job.
+  void PerformBeside(const std::string& second) {
+    plan_.jobs = 2;
+    for (const char* job : {"one", "two"}) journals_.Open(job)->Set("/a.jpg", "done", "1");
+    Perform("case \"$*\" in\n*--shard=1/*)\n" + Says(JournalLine("one")) + Says(JournalDoneLine("one")) + SaysEnd() +
+                "exit 0;;\nesac\n" + second,
+            {});
+  }
+  std::size_t Kept() {
+    std::size_t kept = 0;
+    for (const char* job : {"one", "two"}) kept += journals_.Open(job)->Count("done");
+    return kept;
+  }
+};
+
+TEST_F(JournalsOfWorkersTest, GoWhenAllHaveDoneTheirParts) {
+  PerformBeside(Says(JournalLine("two")) + Says(JournalDoneLine("two")) + SaysEnd() + "exit 1\n");
+  EXPECT_EQ(Kept(), 0u);
+}
+
+TEST_F(JournalsOfWorkersTest, StayWhereOneHasNotDoneItsPart) {
+  PerformBeside(Says(JournalLine("two")) + SaysEnd() + "exit 0\n");
+  EXPECT_EQ(Kept(), 2u);
+}
+
+TEST_F(JournalsOfWorkersTest, StayWhereOneIsDoingAPartAgain) {
+  PerformBeside(Says(JournalLine("two")) + Says(JournalDoneLine("two")) + Says(JournalLine("two")) + SaysEnd() +
+                "exit 0\n");
+  EXPECT_EQ(Kept(), 2u);
+}
+
+TEST_F(JournalsOfWorkersTest, StayWhereOneWasStopped) {
+  PerformBeside(SaysEnd() + "exit 3\n");
+  EXPECT_EQ(Kept(), 2u);
+}
+
+TEST_F(JournalsOfWorkersTest, StayWhereOneDied) {
+  PerformBeside("kill -9 $$\n");
+  EXPECT_EQ(Kept(), 2u);
+}
+
+TEST_F(JournalsOfWorkersTest, OfAWorkerStayAndAreTold) {
+  WorkerJournals workers(journals_, recorder_);
+  const auto journal = workers.Open("one");
+  ASSERT_TRUE(journal);
+  journal->Set("/a.jpg", "done", "1");
+  EXPECT_EQ(journal->Get("/a.jpg", "done"), "1");
+  journal->Remove();
+  EXPECT_EQ(journals_.Open("one")->Count("done"), 1u);
+  EXPECT_EQ(workers.Open("one")->Count("done"), 0u) << "done once more by the same worker";
+  EXPECT_EQ(recorder_.Journals(), (std::vector<std::string>{"opened one", "done one", "opened one"}));
 }
 
 // Among sources of one name one is damaged.
@@ -485,6 +546,25 @@ TEST_F(LargeBatchTest, AKilledRunIsContinued) {
   }
 }
 
+// A picture without a size stops its worker; the other one comes to its end.
+TEST_F(LargeBatchTest, AContinuedRunDoesNothingTwiceThatAWorkerHadFinished) {
+  const std::string before = BmpPicture(40, 30);
+  for (int i = 0; i < 40; ++i) folder.Write("in/" + std::to_string(i) + ".bmp", before);
+  folder.Write("in/bad.jpg", "no picture");
+  const std::string temporary = folder.Path("tmp");
+  const std::vector<std::string> arguments = Large({"--jobs", "2", "--set", "ChOver=1"});
+  EXPECT_EQ(BatchProcess(arguments, folder.Path(), temporary).Wait().exit, 3);
+  fs::remove(folder.Path("in/bad.jpg"));
+  const Ran ran = BatchProcess(arguments, folder.Path(), temporary).Wait();
+  EXPECT_EQ(ran.exit, 0) << ran.err;
+  EXPECT_EQ(Results(ran.out).size(), 40u);
+  std::set<std::string> contents;
+  for (const std::string& name : folder.Names("in")) contents.insert(folder.Read("in/" + name));
+  EXPECT_EQ(contents.size(), 1u) << "each is cut once";
+  const Ran again = BatchProcess(arguments, folder.Path(), temporary).Wait();
+  EXPECT_EQ(CountOf(Results(again.out), "written"), 40u) << "a job that came to its end leaves no journal";
+}
+
 // --- What workers say
 
 TEST(WorkerLines, CarryEveryEvent) {
@@ -513,6 +593,8 @@ TEST(WorkerLines, TellWhatIsUnderWayAndHowFarItIs) {
   const std::string odd("/a\xFF\n", 4);
   EXPECT_EQ(ReadWorkerLine(BegunLine(odd)).begun, odd);
   EXPECT_EQ(ReadWorkerLine(OlderLine(odd)).older, odd);
+  EXPECT_EQ(ReadWorkerLine(JournalLine(odd)).journal, odd);
+  EXPECT_EQ(ReadWorkerLine(JournalDoneLine(odd)).journalDone, odd);
   Progress progress;
   progress.done = 7;
   progress.planned = 90;

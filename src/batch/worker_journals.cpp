@@ -1,0 +1,48 @@
+// SPDX-FileCopyrightText: 2026 The Quillon developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "batch/worker_journals.h"
+
+#include <utility>
+
+namespace quillon::batch {
+
+class WorkerJournals::Kept final : public host::Journal {
+ public:
+  Kept(WorkerJournals& owner, std::string job, std::unique_ptr<host::Journal> journal)
+      : owner_(owner), job_(std::move(job)), journal_(std::move(journal)) {}
+
+  std::optional<std::string> Get(const std::string& file, const std::string& key) override {
+    return journal_->Get(file, key);
+  }
+  void Set(const std::string& file, const std::string& key, const std::string& value) override {
+    journal_->Set(file, key, value);
+  }
+  std::size_t Count(const std::string& key) override { return journal_->Count(key); }
+  void Each(const std::string& key, const std::function<void(const std::string& file)>& take) override {
+    journal_->Each(key, take);
+  }
+  void Commit() override { journal_->Commit(); }
+  void Clear() override { journal_->Clear(); }
+  void Remove() override {
+    journal_->Commit();
+    journal_.reset();
+    owner_.done_.insert(job_);
+    owner_.reporter_.JournalDone(job_);
+  }
+
+ private:
+  WorkerJournals& owner_;
+  std::string job_;
+  std::unique_ptr<host::Journal> journal_;
+};
+
+std::unique_ptr<host::Journal> WorkerJournals::Open(const std::string& job) {
+  std::unique_ptr<host::Journal> journal = journals_.Open(job);
+  if (!journal) return nullptr;
+  // Done once more by the same worker: that is a fresh run.
+  if (done_.erase(job) > 0) journal->Clear();
+  reporter_.JournalOpened(job);
+  return std::make_unique<Kept>(*this, job, std::move(journal));
+}
+
+}  // namespace quillon::batch

@@ -1,0 +1,31 @@
+// SPDX-FileCopyrightText: 2026 The Quillon developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <memory>
+#include <set>
+#include <string>
+
+#include "batch/reporter.h"
+#include "host/journal.h"
+
+namespace quillon::batch {
+
+// The journals of a worker. A job is done when all workers have done their parts of it: until then none of them may
+// forget what it did, or a run that is continued would do that again. So a journal that is done with stays, and the
+// reporter is told, as it is of each that is opened.
+class WorkerJournals final : public host::Journals {
+ public:
+  WorkerJournals(host::Journals& journals, Reporter& reporter) : journals_(journals), reporter_(reporter) {}
+
+  std::unique_ptr<host::Journal> Open(const std::string& job) override;
+
+ private:
+  class Kept;
+
+  host::Journals& journals_;
+  Reporter& reporter_;
+  std::set<std::string> done_;
+};
+
+}  // namespace quillon::batch
