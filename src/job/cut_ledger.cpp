@@ -104,6 +104,7 @@ void CutLedger::NoteFailed(const std::string& source, const std::string& output,
 
 // What has changed since then is no older file any more, whoever wrote it.
 void CutLedger::Drop(const Older& older) {
+  if (program_.disks.Silent(older.output)) return;
   const auto now = program_.host.files.Look(older.output);
   if (!now || !imaging::Unchanged(*now, older.facts)) return;
   const auto written = Find(older.output);

@@ -164,6 +164,22 @@ TEST_F(SilentRunTest, AListGoesOnBehindAFileThatDoesNotAnswer) {
   EXPECT_EQ(recorder.done.size(), 3u);
 }
 
+TEST_F(SilentRunTest, AnOlderResultOnADiskThatFellSilentIsLeftAlone) {
+  world.folder.Write("out/1.jpg", "older");
+  List({Make("x/1.png"), Make("y/2.jpg")});
+  world.folder.Write("in/x/1.png", world.folder.Read("in/x/1.png").substr(0, 100));
+  program.careful = true;
+  recorder.onFileDone = [&](const FileResult&) {
+    if (recorder.done.size() > 1) return;
+    dead.Take(world.faults, DiskCall::Look, "/out");
+    world.clock.Advance(5);
+  };
+  Cut();
+  EXPECT_EQ(Totals().none, 2u);
+  EXPECT_TRUE(dead.Hangs());
+  EXPECT_EQ(world.folder.Read("out/1.jpg"), "older");
+}
+
 TEST_F(SilentRunTest, AStopEndsTheWait) {
   List(MakeThree());
   program.careful = true;
