@@ -202,7 +202,7 @@ void Runner::TellUnlisted(const std::vector<std::string>& named, job::Result res
   for (std::size_t row = 0; row < program_.files.RowCount(); ++row) listed.insert(program_.files.Row(row).Path());
   for (const std::string& path : named) {
     if (listed.contains(path) || watch_.Refused(path) || program_.host.files.IsFolder(path)) continue;
-    if (!program_.share.TakesNamed(path) || program_.handled.contains(path)) continue;
+    if (!program_.Intake().IsOurs(path)) continue;
     watch_.TellFile({0, path, "", result, why});
   }
 }

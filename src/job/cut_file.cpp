@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "job/cut_file.h"
 
+#include <algorithm>
 #include <utility>
 
 #include "base/path_text.h"
@@ -12,6 +13,8 @@ namespace quillon::job {
 namespace {
 
 constexpr int kWorkFileQuality = 98;
+// Pieces of one picture.
+constexpr std::size_t kMostForeseen = 1000;
 
 constexpr Step (*kSteps[])(CutFile&) = {
     MeasureSource, PassOverSmall, KeepExifSource, PassOverFolder, ZoomBeforeCut, RotateBeforeCut, NameOutput,
@@ -48,6 +51,21 @@ std::string ResultPath(const CutFile& file) {
   if (!file.run.pdf) return file.Dst;
   const base::PathParts parts = base::SplitPath(file.Dst);
   return base::JoinPath(parts.folder, parts.name, "pdf");
+}
+
+std::vector<std::string> ForeseenOutputs(CutRun& run, const std::string& path) {
+  CutFile file(run, 0, path);
+  PredictTarget(file);
+  if (!file.options.split) return {ResultPath(file)};
+  const std::size_t count = std::min(PieceCount(file.options), kMostForeseen);
+  std::vector<std::string> outputs;
+  for (std::size_t number = 1; number <= count; ++number) {
+    CutFile piece(run, 0, path);
+    piece.name = PieceName(file, number);
+    PredictTarget(piece);
+    outputs.push_back(ResultPath(piece));
+  }
+  return outputs;
 }
 
 Step Fail(CutFile& file, std::string why) {

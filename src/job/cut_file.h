@@ -3,6 +3,7 @@
 #pragma once
 
 #include <string>
+#include <vector>
 
 #include "base/rect.h"
 #include "host/boxes.h"
@@ -59,6 +60,9 @@ struct CutFile {
 
 // Where the output stands in the end: Dst, or the pdf made of it.
 std::string ResultPath(const CutFile& file);
+
+// The outputs of that source, as far as they can be told before it is begun.
+std::vector<std::string> ForeseenOutputs(CutRun& run, const std::string& path);
 
 // What a step answers: go on, or this file is done with (result tells how).
 enum class Step { Next, FileDone };

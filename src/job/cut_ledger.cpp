@@ -70,9 +70,13 @@ void CutLedger::TakeBack(const std::string& output, const Origin& origin, const 
   if (program_.observer) program_.observer->FileLost(lost);
 }
 
-bool CutLedger::WroteFrom(const std::string& output, const std::string& source) const {
+std::string CutLedger::SourceOf(const std::string& output) const {
   const auto found = outputs_.find(output);
-  return found != outputs_.end() && found->second.source == source;
+  return found == outputs_.end() ? std::string() : found->second.source;
+}
+
+bool CutLedger::WroteFrom(const std::string& output, const std::string& source) const {
+  return SourceOf(output) == source;
 }
 
 bool CutLedger::IsOtherSource(const std::string& path, const std::string& own) {

@@ -43,6 +43,8 @@ class CutLedger {
   bool Wrote(const std::string& output) const { return Find(output).has_value(); }
   // True when this run has already made output from source, and has not forgotten it: a file that is listed twice.
   bool WroteFrom(const std::string& output, const std::string& source) const;
+  // The source of an output of this run that is not forgotten, "" for any other file.
+  std::string SourceOf(const std::string& output) const;
   // True when the existing file at path is a source other than own.
   bool IsOtherSource(const std::string& path, const std::string& own);
   // The output could not be made of source. An older file under its name would pass for it: it is dropped at the next

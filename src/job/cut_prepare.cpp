@@ -51,6 +51,12 @@ bool WouldReplaceOther(CutFile& file) {
   return !file.run.ledger.Wrote(output) && file.run.ledger.IsOtherSource(output, file.listed);
 }
 
+// Where several processes walk one folder a result beside its source, under another name, is a source to the others.
+bool OthersWouldCutIt(const CutFile& file) {
+  const bool anotherName = file.options.split || ResultPath(file) != file.listed;
+  return anotherName && file.options.over && file.program.Intake().SharesFolders();
+}
+
 // Without a list a picture that has no size ends the whole run.
 Step EndWithoutSize(CutFile& file) {
   file.program.flags.StopRequested = true;
@@ -130,6 +136,11 @@ Step NameOutput(CutFile& file) {
   // Cutting an overwritten source again would cut its cut.
   const std::string output = ResultPath(file);
   if (file.run.ledger.WroteFrom(output, file.listed)) return PassOver(file, "与列表中前面的文件相同，本次已处理");
+  if (OthersWouldCutIt(file)) {
+    return Fail(file,
+                "结果不用原文件的名字，由几个进程分担时会被当作原文件再裁一次，已跳过：请按文件名列出它，"
+                "或不带 --jobs 和 --shard 运行");
+  }
   // What is split is written piece by piece.
   if (!file.options.split && WouldReplaceOther(file))
     return Fail(file, "会覆盖另一个文件 " + base::DisplayText(output) + "，已跳过");

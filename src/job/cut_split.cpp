@@ -56,6 +56,14 @@ Step GiveUp(CutFile& file, const std::vector<std::string>& outputs) {
 
 }  // namespace
 
+std::size_t PieceCount(const CutOptions& options) {
+  return static_cast<std::size_t>(options.columns) * static_cast<std::size_t>(options.rows);
+}
+
+std::string PieceName(const CutFile& file, std::size_t number) {
+  return base::NumberedName(file.name, number, PieceCount(file.options));
+}
+
 Step SplitCut(CutFile& file) {
   const CutOptions& options = file.options;
   if (!options.split) return Step::Next;
@@ -73,7 +81,7 @@ Step SplitCut(CutFile& file) {
     CutFile piece(file.run, file.row, file.listed);
     piece.options = options;
     piece.options.split = false;
-    piece.name = base::NumberedName(file.name, outputs.size() + 1, rects.size());
+    piece.name = PieceName(file, outputs.size() + 1);
     piece.exifSource = file.exifSource;
     piece.RestoreAngle = file.RestoreAngle;
     file.program.flags.ImageRotated = turned;

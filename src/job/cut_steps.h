@@ -2,7 +2,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include <cstddef>
 #include <optional>
+#include <string>
 
 #include "imaging/services.h"
 #include "job/cut_file.h"
@@ -44,7 +46,10 @@ bool NeedsMemory(const CutFile& file);
 
 // --- Behind the cut.
 Step StopHere(CutFile& file);
-Step SplitCut(CutFile& file);       // ChSplit: each piece goes through the steps from here on as a cut of its own
+Step SplitCut(CutFile& file);  // ChSplit: each piece goes through the steps from here on as a cut of its own
+std::size_t PieceCount(const CutOptions& options);
+// What its piece of that number (from 1) is called.
+std::string PieceName(const CutFile& file, std::size_t number);
 Step AddBorder(CutFile& file);      // ChAddBoard
 Step ConvertToCmyk(CutFile& file);  // ToCmyk
 Step CopyExif(CutFile& file);       // KeepExif

@@ -28,7 +28,7 @@ std::size_t Count(const host::Files& files, const std::string& root, const WalkR
     if (!facts || !seen.emplace(facts->device, facts->inode).second) continue;
     (void)files.ListFolder(path, [&](const host::FolderEntry& entry) {
       const std::string below = folder.empty() ? entry.name : base::JoinPath(folder, entry.name);
-      if (entry.kind == host::FileKind::File && rule.accepts(entry.name) && rule.share.Takes(below)) ++count;
+      if (entry.kind == host::FileKind::File && rule.accepts(entry.name) && rule.Takes(below)) ++count;
       if (entry.kind == host::FileKind::Folder && rule.subfolders == Subfolders::Yes) todo.push_back(below);
       return !stop;
     });

@@ -9,6 +9,7 @@
 #include "base/path_text.h"
 #include "base/utf8.h"
 #include "job/busy.h"
+#include "job/cut_options.h"
 #include "job/file_intake_admission.h"
 #include "job/program.h"
 #include "job/stoppable_frame.h"
@@ -119,7 +120,7 @@ void FileIntake::Admit(const std::vector<std::string>& items) {
     const host::Status answered = DiskAnswers(path);
     const auto facts = answered ? program_.host.files.Look(path) : std::nullopt;
     const bool folder = facts && facts->kind == host::FileKind::Folder;
-    if (!folder && (!program_.share.TakesNamed(path) || program_.handled.contains(path))) {
+    if (!folder && !IsOurs(path)) {
       ++program_.leftToOthers;
     } else if (!answered) {
       TellNotListed(path, answered.Why());
@@ -132,6 +133,51 @@ void FileIntake::Admit(const std::vector<std::string>& items) {
     }
   }
   List(roots, Subfolders::Yes, Progress::Reading, WithoutSize::PassedOver);
+}
+
+bool FileIntake::IsOurs(const std::string& path) const {
+  return OwnShare().TakesNamed(path) && !program_.handled.contains(path);
+}
+
+bool FileIntake::SharesFolders() const {
+  return !program_.share.Whole() && (walked_ || program_.flags.LargeCapacityMode);
+}
+
+WalkRule FileIntake::OwnShare() const {
+  WalkRule rule;
+  rule.share = program_.share;
+  rule.byFolder = ReadCutOptions(program_).omitFolders;
+  return rule;
+}
+
+WalkRule FileIntake::Rule(Subfolders subfolders) const {
+  WalkRule rule = OwnShare();
+  rule.subfolders = subfolders;
+  rule.accepts = [this](const std::string& name) { return Accepts(name); };
+  // Others may have begun to cut already: what lies there are results.
+  if (!program_.share.Whole() && !program_.form1.ChOver.On() && OutDirExists()) {
+    rule.leftOut = program_.form1.LOutDir.Value();
+  }
+  return rule;
+}
+
+std::vector<std::string> FileIntake::Shareable(const std::vector<std::string>& roots) {
+  if (program_.share.Whole()) return roots;
+  const host::Files& files = program_.host.files;
+  const Form1& form = program_.form1;
+  std::vector<std::string> shareable;
+  for (const std::string& root : roots) {
+    const bool folder = files.IsFolder(root);
+    walked_ = walked_ || folder;
+    if (!folder || form.ChOver.On() || !files.SameFile(root, form.LOutDir.Value())) {
+      shareable.push_back(root);
+    } else if (IsOurs(root)) {
+      TellNotListed(root, kSharedOutput);
+    } else {
+      ++program_.leftToOthers;
+    }
+  }
+  return shareable;
 }
 
 void FileIntake::TellNotListed(const std::string& path, const std::string& why) {
@@ -159,9 +205,8 @@ bool FileIntake::List(const std::vector<std::string>& roots, Subfolders subfolde
       program_.form1.ShowStatus(progress == Progress::Adding ? kAddingTitle : kReadingTitle + std::to_string(read));
       ShowStatusPanel();
     };
-    FileWalk walk(program_,
-                  {subfolders, [this](const std::string& name) { return Accepts(name); }, program_.share, ""});
-    const WalkEnd end = walk.Run(roots, [&](const std::string& path) {
+    FileWalk walk(program_, Rule(subfolders));
+    const WalkEnd end = walk.Run(Shareable(roots), [&](const std::string& path) {
       TellTakenUp(path);
       if (const host::Status answered = program_.disks.AskFile(path); !answered) {
         if (!program_.flags.StopRequested) TellNotListed(path, answered.Why());

@@ -15,6 +15,11 @@ class Program;
 // Said where a picture has no size.
 inline constexpr const char* kNoSize = "本机异常，获取图片的尺寸数据为0，请以管理员权限重新运行安装包覆盖安装！";
 
+// Said where several processes would take each other's results for sources.
+inline constexpr const char* kSharedOutput =
+    "输出目录就是输入目录，由几个进程分担时，彼此的结果会被当作原文件再裁一次。"
+    "请另选输出目录，或不带 --jobs 和 --shard 运行";
+
 // How files enter the list: by dialog, by reading a folder, by drag and drop, all through one admission rule. The
 // handlers beep and do nothing while a listing or a run is under way.
 class FileIntake {
@@ -43,6 +48,11 @@ class FileIntake {
   // Relative paths start at the current folder. The observer hears of files that are not there or not accepted.
   void Admit(const std::vector<std::string>& items);
 
+  // Whether a file that was named is one for this process, and not for others or handled already.
+  bool IsOurs(const std::string& path) const;
+  // Whether other processes walk the same folders, so that they may come upon the results of this one.
+  bool SharesFolders() const;
+
   // --- What the handlers above do, for drivers that need it within their own work.
   void AddFiles();
   // Empties the list and the status panel.
@@ -67,12 +77,17 @@ class FileIntake {
   host::Status DiskAnswers(const std::string& item) const;
   bool FolderExists(const std::string& folder) const;
   void WarnFolder(const char* what, const std::string& caption);
+  WalkRule OwnShare() const;
+  WalkRule Rule(Subfolders subfolders) const;
+  // Without folders among whose files results of other processes would be: those are told as not listed.
+  std::vector<std::string> Shareable(const std::vector<std::string>& roots);
   void TellTakenUp(const std::string& path);
   void TellNotListed(const std::string& path, const std::string& why);
   void ShowFirstRow();
   void ShowStatusPanel();
 
   Program& program_;
+  bool walked_ = false;  // a folder was named
 };
 
 }  // namespace quillon::job

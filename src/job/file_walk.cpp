@@ -21,7 +21,17 @@ constexpr std::size_t kEntriesPerTurn = 256;
 // How long files that are found wait for a folder behind them, in seconds.
 constexpr double kPatience = 0.02;
 
+std::string FolderPart(const std::string& path) { return path.substr(0, path.rfind('/') + 1); }
+
 }  // namespace
+
+bool WalkRule::Takes(const std::string& relativePath) const {
+  return share.Takes(byFolder ? FolderPart(relativePath) : relativePath);
+}
+
+bool WalkRule::TakesNamed(const std::string& path) const {
+  return share.TakesNamed(byFolder ? FolderPart(path) : path);
+}
 
 // Files in the order of the walk, found a little ahead of their visit.
 class FileWalk::Finder {
@@ -97,7 +107,7 @@ class FileWalk::Finder {
     const bool root = place.rootLength == 0;
     const bool folder = content.facts && content.facts->kind == host::FileKind::Folder;
     if (root && !folder && content.listed) {
-      Take({nullptr, place.path}, rule_.share.TakesNamed(place.path));
+      Take({nullptr, place.path}, rule_.TakesNamed(place.path));
     } else if (!content.listed) {
       const bool mine = root || rule_.share.Takes(Relative(place.path, place.rootLength));
       NoteNotListed(place.path, content.listed, mine);
@@ -114,7 +124,7 @@ class FileWalk::Finder {
     std::size_t seen = 0;
     for (const host::FolderEntry& entry : entries) {
       if (entry.kind == host::FileKind::File && rule_.accepts(entry.name)) {
-        Take({folder, entry.name}, rule_.share.Takes(Relative(base::JoinPath(place.path, entry.name), rootLength)));
+        Take({folder, entry.name}, rule_.Takes(Relative(base::JoinPath(place.path, entry.name), rootLength)));
       } else if (entry.kind == host::FileKind::Folder && rule_.subfolders == Subfolders::Yes) {
         below.push_back({base::JoinPath(place.path, entry.name), rootLength});
       }

@@ -23,8 +23,13 @@ struct WalkRule {
 
   Subfolders subfolders = Subfolders::No;
   Accepts accepts;
-  Share share;          // what is left to others is passed over
-  std::string leftOut;  // a folder below a root that is passed over with all it holds, "" for none
+  Share share;            // what is left to others is passed over
+  std::string leftOut;    // a folder below a root that is passed over with all it holds, "" for none
+  bool byFolder = false;  // all files of a folder fall to one share
+
+  // Whether a file belongs to the share; see Share.
+  bool Takes(const std::string& relativePath) const;
+  bool TakesNamed(const std::string& path) const;
 };
 
 // The one walk over files and folders that all drivers share: of each folder first its files, then its subfolders, in

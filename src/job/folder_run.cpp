@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "base/path_text.h"
+#include "job/cut_options.h"
 #include "job/file_intake.h"
 #include "job/stoppable_frame.h"
 
@@ -14,9 +15,6 @@ namespace {
 // Between two checkpoints: what a broken run does again, and what a run holds in memory.
 constexpr std::size_t kFilesPerCheckPoint = 500;
 constexpr double kSecondsPerCheckPoint = 2;
-// Sources that are written down at once before they are overwritten.
-constexpr std::size_t kIntendedAtOnce = 256;
-
 // Far more than a walk measures ahead.
 constexpr std::size_t kRememberedSizes = 1000;
 
@@ -42,7 +40,7 @@ FolderRun::FolderRun(Program& program, CutLedger& ledger, OneFileDriver& driver)
       ledger_(ledger),
       driver_(driver),
       journal_(program, driver.Name(), driver.Windows()),
-      root_(program.form1.LInDir.Value()),
+      root_(Root()),
       rule_(Rule()) {
   ledger_.TakeSourcesFrom([this](const std::string& path) { return IsSource(path); });
 }
@@ -50,6 +48,23 @@ FolderRun::FolderRun(Program& program, CutLedger& ledger, OneFileDriver& driver)
 FolderRun::~FolderRun() {
   ledger_.TakeSourcesFrom({});
   ledger_.RecallBy({});
+}
+
+bool FolderRun::Begin() {
+  const bool resultsMeet = !driver_.BesideSources() && program_.form1.LOutDir.Value() == root_;
+  if (resultsMeet && !program_.share.Whole()) {
+    program_.Ask(kSharedOutput);
+    return false;
+  }
+  return journal_.Begin();
+}
+
+// Results are known again by their names: where they go to the input folder itself it is called as they are.
+std::string FolderRun::Root() const {
+  const Form1& form = program_.form1;
+  const std::string in = form.LInDir.Value();
+  const std::string out = form.LOutDir.Value();
+  return !driver_.BesideSources() && program_.host.files.SameFile(in, out) ? out : in;
 }
 
 // The mode is that of the start, whatever the window shows later.
@@ -62,8 +77,8 @@ WalkRule FolderRun::Rule() const {
   };
   rule.share = program_.share;
   const std::string out = form.LOutDir.Value();
-  const host::Files& files = program_.host.files;
-  if (!form.ChOver.On() && files.IsFolder(out) && !files.SameFile(out, root_)) rule.leftOut = out;
+  if (!driver_.BesideSources() && out != root_ && program_.host.files.IsFolder(out)) rule.leftOut = out;
+  rule.byFolder = ReadCutOptions(program_).omitFolders;
   return rule;
 }
 
@@ -103,8 +118,13 @@ void FolderRun::HandleNext(const FileWalk& walk, const std::string& path) {
     ledger_.Add({0, path, "", Result::None, answered.Why()});
   } else if (journal_.Stands(path)) {
     TellStanding(path);
+  } else if (IsResult(path)) {
+    ledger_.Add({0, path, "", Result::Skipped, "是这项任务写出的结果，不再处理"});
   } else {
     Handle(walk, path);
+  }
+  else {
+    ledger_.Add({0, path, "", Result::Skipped, done});
   }
   const double now = program_.host.clock.Seconds();
   const bool due = ++unchecked_ >= kFilesPerCheckPoint || now - checked_ >= kSecondsPerCheckPoint;
@@ -112,6 +132,7 @@ void FolderRun::HandleNext(const FileWalk& walk, const std::string& path) {
 }
 
 void FolderRun::TellStanding(const std::string& path) {
+  driver_.HandledBefore(path);
   std::vector<std::string> outputs = journal_.OutputsOf(path);
   FileResult result{0, path, "", Result::Skipped, "上次已经处理好"};
   if (!outputs.empty()) {
@@ -121,13 +142,28 @@ void FolderRun::TellStanding(const std::string& path) {
   ledger_.Add(result);
 }
 
+bool FolderRun::IsResult(const std::string& path) {
+  if (!rule_.leftOut.empty()) return false;
+  return !ledger_.SourceOf(path).empty() || !journal_.MadeOf(path).empty();
+}
+
+// It is made anew, and where its place is taken nothing goes there.
+void FolderRun::DiscardOlder(const std::string& source) {
+  for (const std::string& output : journal_.Older(source)) {
+    if (ledger_.SourceOf(output).empty()) static_cast<void>(program_.host.files.Discard(output));
+  }
+}
+
 void FolderRun::Handle(const FileWalk& walk, const std::string& path) {
   if (const std::size_t reach = driver_.Reach(); reach > 0) {
     std::vector<std::string> next = walk.Upcoming(reach - 1);
     next.insert(next.begin(), path);
     driver_.Announce(next);
   }
-  journal_.Begun(path, walk.Upcoming(kIntendedAtOnce));
+  journal_.Begun(path, walk.Upcoming(RunJournal::kIntendedAtOnce), [this](const std::string& source) {
+    return rule_.leftOut.empty() ? driver_.Outputs(source) : std::vector<std::string>();
+  });
+  DiscardOlder(path);
   std::vector<FileResult> results;
   driver_.Cut(path, number_, results);
   journal_.Ended(path, results);

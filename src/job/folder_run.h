@@ -16,8 +16,9 @@ namespace quillon::job {
 // straight to the driver, in the order of the walk. The window stays usable, MenuStop ends the run after any file, and
 // what the run needs of memory does not grow with it.
 //
-// Files in an output folder that lies below the input folder are not handled, unless sources are overwritten: they are
-// results. A run that could not reach all folders has not come to its end and can be continued.
+// Files in an output folder that lies below the input folder are not handled, unless results go beside their sources.
+// Where the walk can come upon results, those of this run and of the part that it continues are passed over. A run that
+// could not reach all folders has not come to its end and can be continued.
 class FolderRun {
  public:
   FolderRun(Program& program, CutLedger& ledger, OneFileDriver& driver);
@@ -26,17 +27,21 @@ class FolderRun {
   FolderRun& operator=(const FolderRun&) = delete;
 
   // Asks whether a run of the same job that was broken off is to be continued; false when the user wants no run.
-  bool Begin() { return journal_.Begin(); }
+  bool Begin();
   // Empties the list and walks the input folder, with its subfolders where ChSubFold is on; tells the observer of the
   // start, each file and, once they are counted, the number of files. The end is told by the caller.
   void Walk();
 
  private:
+  std::string Root() const;
   WalkRule Rule() const;
   void HandleNext(const FileWalk& walk, const std::string& path);
   void Handle(const FileWalk& walk, const std::string& path);
   // A file that an earlier part of the job has handled.
   void TellStanding(const std::string& path);
+  // A result that the walk has come upon.
+  bool IsResult(const std::string& path);
+  void DiscardOlder(const std::string& source);
   void CheckPoint();
   void TellCount(const FileCount& count);
   // Whether path, which exists, is one that this walk hands out.

@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "job/large_normal_cut.h"
 
-#include "job/cut_file.h"
+#include "base/path_text.h"
 
 namespace quillon::job {
 
@@ -11,6 +11,10 @@ void LargeNormalCut::Cut(const std::string& path, std::size_t /*number*/, std::v
   controls::ComboBox& type = run_.program.form1.CmbOutType;
   if (Selected<OutType>(type) == OutType::Pdf) Select(type, OutType::Jpg);
   results.push_back(CutOneFile(run_, 0, path));
+}
+
+void LargeNormalCut::HandledBefore(const std::string& path) {
+  if (ReadCutOptions(run_.program).omitFolders) run_.omitted.Take(base::SplitPath(path).folder);
 }
 
 }  // namespace quillon::job

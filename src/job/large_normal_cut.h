@@ -2,7 +2,11 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include <string>
+#include <vector>
+
 #include "job/cut_ahead.h"
+#include "job/cut_file.h"
 #include "job/one_file_driver.h"
 
 namespace quillon::job {
@@ -14,6 +18,9 @@ class LargeNormalCut final : public OneFileDriver {
 
   std::string Name() const override { return run_.pdf ? "menuNormalCut pdf" : "menuNormalCut"; }
   void Cut(const std::string& path, std::size_t number, std::vector<FileResult>& results) override;
+  bool BesideSources() const override { return run_.program.form1.ChOver.On(); }
+  std::vector<std::string> Outputs(const std::string& path) const override { return ForeseenOutputs(run_, path); }
+  void HandledBefore(const std::string& path) override;
   std::size_t Reach() const override { return forecast_.Reach(); }
   void Announce(const std::vector<std::string>& paths) override { forecast_.Announce(paths); }
 

@@ -22,6 +22,13 @@ class OneFileDriver {
   // for each output that was wanted, all with row 0 and the path as their source.
   virtual void Cut(const std::string& path, std::size_t number, std::vector<FileResult>& results) = 0;
 
+  // Whether results go beside their sources, and not into the output folder.
+  virtual bool BesideSources() const { return false; }
+  // The files that Cut would write for path, as far as it can be foreseen.
+  virtual std::vector<std::string> Outputs(const std::string& path) const = 0;
+  // A source that an earlier part of the run has handled: Cut is not asked for it.
+  virtual void HandledBefore(const std::string& /*path*/) {}
+
   // For work ahead: how many of the files that come next are to be told before each Cut, and those files, the one that
   // is handled now first. Fewer come near the end.
   virtual std::size_t Reach() const { return 0; }

@@ -15,10 +15,11 @@ namespace {
 using host::FileFacts;
 
 // Keys. A source that is to be overwritten is written down as begun, every finished one as done; an output tells from
-// which source it came.
+// which source it came, and one that is not made yet of which it is meant to be. An empty value is none.
 constexpr const char* kBegun = "begun";
 constexpr const char* kDone = "done";
 constexpr const char* kFrom = "from";
+constexpr const char* kMeant = "meant";
 
 constexpr int kYesNoCancelQuestion = 35;
 
@@ -67,13 +68,17 @@ Done ReadDone(const std::string& text) {
   return done;
 }
 
+// Output is one of those in Done.
+bool Unchanged(const host::Files& files, const std::pair<Stamp, std::string>& output) {
+  const auto facts = files.Look(output.second);
+  if (!facts) return false;
+  const Stamp now = StampOf(*facts);
+  return now.SameContent(output.first) && now.SameFile(output.first);
+}
+
 bool OutputsStand(const host::Files& files, const Done& done) {
-  return !done.outputs.empty() && std::all_of(done.outputs.begin(), done.outputs.end(), [&](const auto& output) {
-    const auto facts = files.Look(output.second);
-    if (!facts) return false;
-    const Stamp now = StampOf(*facts);
-    return now.SameContent(output.first) && now.SameFile(output.first);
-  });
+  return !done.outputs.empty() && std::all_of(done.outputs.begin(), done.outputs.end(),
+                                              [&](const auto& output) { return Unchanged(files, output); });
 }
 
 bool IsParameter(const controls::Control& control) {
@@ -124,7 +129,7 @@ bool RunJournal::Begin() {
   if (program_.journals) journal_ = program_.journals->Open(job_);
   if (!journal_) return true;
   const std::size_t done = journal_->Count(kDone);
-  if (done == 0 && journal_->Count(kBegun) == 0) return true;
+  if (done == 0 && journal_->Count(kBegun) == 0 && journal_->Count(kMeant) == 0) return true;
   const host::Reply reply = program_.Ask("上次的这项任务没有做完，已写好 " + std::to_string(done) +
                                              " 个文件。要接着处理吗？\r\n是——接着处理，已写好的不再处理\r\n"
                                              "否——全部重新处理\r\n取消——不处理",
@@ -159,33 +164,86 @@ std::vector<std::string> RunJournal::OutputsOf(const std::string& source) {
   return paths;
 }
 
-void RunJournal::Begun(const std::string& source, const std::vector<std::string>& next) {
+std::string RunJournal::MadeOf(const std::string& path) {
+  if (!journal_) return {};
+  if (std::string source = SourceOf(path); !source.empty()) {
+    const Done done = ReadDone(journal_->Get(source, kDone).value_or(""));
+    const auto output =
+        std::find_if(done.outputs.begin(), done.outputs.end(), [&](const auto& one) { return one.second == path; });
+    if (output != done.outputs.end() && Unchanged(program_.host.files, *output)) return source;
+    // Another file has taken its place.
+    if (!IsMeant(path)) journal_->Set(path, kFrom, "");
+  }
+  return journal_->Get(path, kMeant).value_or("");
+}
+
+void RunJournal::Begun(const std::string& source, const std::vector<std::string>& next, const Foreseen& foreseen) {
   if (!journal_) return;
-  const host::Files& files = program_.host.files;
-  before_ = files.Look(source);
-  if (!program_.form1.ChOver.On() || intended_.contains(source)) return;
+  before_ = program_.host.files.Look(source);
+  if (intended_.contains(source)) return;
   intended_.clear();
-  std::vector<std::string> all = next;
-  all.push_back(source);
-  for (const std::string& path : all) {
-    intended_.insert(path);
-    const auto facts = files.Look(path);
-    // What an earlier part of the job has overwritten is not touched again.
-    if (!facts || (path != source && Stands(path))) continue;
-    std::ostringstream text;
-    text << StampOf(*facts);
-    journal_->Set(path, kBegun, text.str());
-    // What was done does not hold any more.
-    if (journal_->Get(path, kDone)) journal_->Set(path, kDone, "");
+  std::size_t names = Intend(source, foreseen(source));
+  if (names == 0) return;
+  for (const std::string& path : next) {
+    if (names >= kIntendedAtOnce) break;
+    // What an earlier part of the job has made is not touched again.
+    if (!Stands(path) && MadeOf(path).empty()) names += Intend(path, foreseen(path));
   }
   journal_->Commit();
 }
 
+bool RunJournal::IsMeant(const std::string& output) const {
+  return !journal_->Get(output, kMeant).value_or("").empty();
+}
+
+// How many names were looked at. A name that is taken belongs to the user, and nothing is meant to go there.
+std::size_t RunJournal::Intend(const std::string& source, const std::vector<std::string>& outputs) {
+  const host::Files& files = program_.host.files;
+  const auto before = files.Look(source);
+  if (!before || outputs.empty()) return 0;
+  Intent& intent = intended_[source];
+  for (const std::string& output : outputs) {
+    const auto there = files.Look(output);
+    if (there && there->device == before->device && there->inode == before->inode) {
+      intent.inPlace = true;
+      std::ostringstream text;
+      text << StampOf(*before);
+      journal_->Set(source, kBegun, text.str());
+      continue;
+    }
+    const std::string maker = there ? MadeOf(output) : std::string();
+    if (there && maker.empty()) continue;
+    if (!there) intent.fresh.push_back(output);
+    if (maker == source) intent.older.push_back(output);
+    if (!IsMeant(output)) journal_->Set(output, kMeant, source);
+  }
+  // What was done does not hold any more.
+  if (journal_->Get(source, kDone)) journal_->Set(source, kDone, "");
+  return outputs.size();
+}
+
+std::vector<std::string> RunJournal::Older(const std::string& source) const {
+  const auto intent = intended_.find(source);
+  return intent == intended_.end() ? std::vector<std::string>() : intent->second.older;
+}
+
+// Nothing was made of source: what comes to stand under those names is the user's.
+void RunJournal::Drop(const std::string& source, const Intent& intent) {
+  if (intent.inPlace) journal_->Set(source, kBegun, "");
+  for (const std::string& output : intent.fresh) {
+    if (!program_.host.files.Look(output)) journal_->Set(output, kMeant, "");
+  }
+}
+
 void RunJournal::Ended(const std::string& source, const std::vector<FileResult>& results) {
   if (!journal_ || !before_) return;
+  const auto intent = intended_.extract(source);
   Made made{source, *before_, {}};
   for (const FileResult& result : results) {
-    if (result.result != Result::Written) return;
+    if (result.result != Result::Written) {
+      if (intent) Drop(source, intent.mapped());
+      return;
+    }
     made.outputs.push_back(result.output);
     made.outputs.insert(made.outputs.end(), result.more.begin(), result.more.end());
   }
@@ -209,7 +267,9 @@ void RunJournal::WriteDown(const Made& made) {
     const auto facts = program_.host.files.Look(output);
     if (!facts) return;
     done.outputs.emplace_back(StampOf(*facts), output);
-    if (output != made.source) journal_->Set(output, kFrom, made.source);
+    if (output == made.source) continue;
+    journal_->Set(output, kFrom, made.source);
+    if (IsMeant(output)) journal_->Set(output, kMeant, "");
   }
   journal_->Set(made.source, kDone, TextOf(done));
 }
@@ -220,6 +280,7 @@ std::string RunJournal::SourceOf(const std::string& output) {
 
 void RunJournal::End(const CutLedger& ledger, bool complete) {
   if (!journal_) return;
+  for (const auto& [source, intent] : intended_) Drop(source, intent);
   Commit(ledger);
   if (!complete) return;
   journal_->Remove();

@@ -2,10 +2,11 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
-#include <unordered_set>
+#include <unordered_map>
 #include <vector>
 
 #include "host/files.h"
@@ -22,6 +23,12 @@ class Program;
 // and a run is always a fresh one.
 class RunJournal {
  public:
+  // The files that a source is about to be made into, where the run could come upon them later; else none.
+  using Foreseen = std::function<std::vector<std::string>(const std::string& source)>;
+
+  // Sources, and their outputs, that are written down at once before they are handled.
+  static constexpr std::size_t kIntendedAtOnce = 256;
+
   // The windows whose controls are parameters of the job.
   RunJournal(Program& program, std::string driver, std::vector<std::string> windows);
 
@@ -34,9 +41,14 @@ class RunJournal {
   bool Stands(const std::string& source);
   // The outputs of that result, as far as they were written down.
   std::vector<std::string> OutputsOf(const std::string& source);
+  // The source of path, where path is a result of this job and unchanged, or was made by a part that was killed; else
+  // "".
+  std::string MadeOf(const std::string& path);
   // Before source is handled; next are those that come behind it. An overwritten source cannot be told from a fresh one
-  // afterwards, so what it is before is written down first.
-  void Begun(const std::string& source, const std::vector<std::string>& next);
+  // afterwards, nor a result beside its source from one, so what there is before is written down first.
+  void Begun(const std::string& source, const std::vector<std::string>& next, const Foreseen& foreseen);
+  // What an earlier part has made of a source that is begun now.
+  std::vector<std::string> Older(const std::string& source) const;
   // Behind it.
   void Ended(const std::string& source, const std::vector<FileResult>& results);
   // Writes down what has ended and stands on disk (the ledger has just settled). Nothing is written down of files that
@@ -57,8 +69,17 @@ class RunJournal {
     host::FileFacts before;
     std::vector<std::string> outputs;
   };
+  // What is written down of a source that is not ended.
+  struct Intent {
+    bool inPlace = false;
+    std::vector<std::string> fresh;  // outputs that were not there
+    std::vector<std::string> older;  // those of an earlier part
+  };
 
   std::string JobText() const;
+  bool IsMeant(const std::string& output) const;
+  std::size_t Intend(const std::string& source, const std::vector<std::string>& outputs);
+  void Drop(const std::string& source, const Intent& intent);
   void WriteDown(const Made& made);
 
   Program& program_;
@@ -66,9 +87,9 @@ class RunJournal {
   std::vector<std::string> windows_;
   std::string job_;
   std::unique_ptr<host::Journal> journal_;
-  std::optional<host::FileFacts> before_;     // of the source under way
-  std::unordered_set<std::string> intended_;  // overwritten sources that are written down already
-  std::vector<Made> made_;                    // since the last Commit
+  std::optional<host::FileFacts> before_;             // of the source under way
+  std::unordered_map<std::string, Intent> intended_;  // by source
+  std::vector<Made> made_;                            // since the last Commit
 };
 
 }  // namespace quillon::job

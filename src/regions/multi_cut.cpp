@@ -153,7 +153,17 @@ std::string MultiCut::Refusal(const Source& source) {
   return "图片已被换成另一张（列表中 " + SizeText(source.size) + "，现在 " + SizeText(now) + "），请重新添加";
 }
 
-std::string MultiCut::OutputFolder(const std::string& baseName) {
+std::vector<std::string> MultiCut::Outputs(const std::string& path) const {
+  const std::string name = base::SplitPath(path).name;
+  const std::string stem = base::JoinPath(OutputFolder(name), name) + "_裁剪区域";
+  std::vector<std::string> outputs;
+  for (std::size_t number = 1; number <= regions_.size(); ++number) {
+    outputs.push_back(stem + std::to_string(number) + extension_);
+  }
+  return outputs;
+}
+
+std::string MultiCut::OutputFolder(const std::string& baseName) const {
   const std::string top = program_.form1.LOutDir.Value();
   return perImageFolder_ ? base::JoinPath(top, baseName) : top;
 }
@@ -163,8 +173,7 @@ void MultiCut::CutSource(const Source& source) {
     TellAll(source, Result::Skipped, job::TooSmallText(least));
     return;
   }
-  const std::string name = base::SplitPath(source.path).name;
-  const std::string folder = OutputFolder(name);
+  const std::string folder = OutputFolder(base::SplitPath(source.path).name);
   std::string refusal = Refusal(source);
   if (const host::Status made = program_.host.files.MakeFolders(folder); refusal.empty() && !made) {
     refusal = "无法创建输出文件夹：" + made.Why();
@@ -173,10 +182,10 @@ void MultiCut::CutSource(const Source& source) {
     TellAll(source, Result::None, refusal);
     return;
   }
+  const std::vector<std::string> outputs = Outputs(source.path);
   std::vector<RegionCut> cuts;
   for (std::size_t j = 0; j < regions_.size(); ++j) {
-    const std::string file = name + "_裁剪区域" + std::to_string(j + 1) + extension_;
-    cuts.push_back({BoxOf(regions_[j], unit_, source.size), base::JoinPath(folder, file)});
+    cuts.push_back({BoxOf(regions_[j], unit_, source.size), outputs[j]});
   }
   CutAll(source, cuts);
 }

@@ -27,6 +27,7 @@ class MultiCut final : public job::OneFileDriver {
   // --- For the walk of the folder run.
   std::string Name() const override { return "FMultCut " + ListText(); }
   void Cut(const std::string& path, std::size_t number, std::vector<job::FileResult>& results) override;
+  std::vector<std::string> Outputs(const std::string& path) const override;
 
  private:
   struct Source {
@@ -46,7 +47,7 @@ class MultiCut final : public job::OneFileDriver {
   std::string CutRegion(RegionSource& picture, const Source& source, const RegionCut& cut);
   // Why a source cannot be cut at all; "" for one that can.
   std::string Refusal(const Source& source);
-  std::string OutputFolder(const std::string& baseName);
+  std::string OutputFolder(const std::string& baseName) const;
   void Tell(const Source& source, const std::string& output, job::Result result, const std::string& why);
   void TellAll(const Source& source, job::Result result, const std::string& why);
   void MarkRow(const Source& source, const std::string& why);

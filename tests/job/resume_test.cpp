@@ -4,75 +4,14 @@
 #include <chrono>
 #include <filesystem>
 
-#include "cut_fixture.h"
-#include "host/posix/sqlite_journals.h"
 #include "job/cut_ledger.h"
 #include "job/run_journal.h"
+#include "resume_fixture.h"
 
 namespace quillon::job {
 namespace {
 
 using host::Reply;
-
-constexpr const char* kQuestion = "上次的这项任务没有做完";
-
-class ResumeTest : public CutTest {
- protected:
-  void SetUp() override {
-    CutTest::SetUp();
-    program.journals = &journals;
-    Put("ChBig", "1");
-    Put("ChSubFold", "1");
-    Put("LInDir", world.folder.Path("in"));
-    Margins(50, 0, 0, 0);
-    for (int i = 0; i < 6; ++i) Make(std::to_string(i) + ".png", 40, 30);
-  }
-  // Runs until so many files are handled.
-  void StopBehind(std::size_t files) {
-    recorder.done.clear();
-    recorder.onFileDone = [this, files](const FileResult&) { flags.StopRequested = recorder.done.size() >= files; };
-    Cut();
-    recorder.onFileDone = {};
-    EXPECT_TRUE(Totals().stopped);
-    first = recorder.done;
-    recorder.done.clear();
-    world.boxes.Forget();
-  }
-  // Leaves the journal as it stood on disk behind so many files, between two checkpoints: what a kill leaves.
-  void KillBehind(std::size_t files) {
-    const std::string journal = world.folder.Path("journals");
-    const std::string copy = world.folder.Path("copy");
-    recorder.done.clear();
-    recorder.onFileDone = [&](const FileResult&) {
-      if (recorder.done.size() == files) std::filesystem::copy(journal, copy);
-      flags.StopRequested = recorder.done.size() == files;
-    };
-    Cut();
-    recorder.onFileDone = {};
-    std::filesystem::remove_all(journal);
-    std::filesystem::rename(copy, journal);
-  }
-  void Answer(Reply reply) { world.boxes.Answer(kQuestion, reply, 1); }
-  std::size_t Count(Result result) const {
-    return static_cast<std::size_t>(std::count_if(recorder.done.begin(), recorder.done.end(),
-                                                  [&](const FileResult& file) { return file.result == result; }));
-  }
-  std::string Results() const {
-    std::string all;
-    for (const FileResult& file : recorder.done) {
-      all += file.source + ": " + (file.result == Result::Written ? "written" : file.why) + "; ";
-    }
-    return all;
-  }
-  std::vector<std::string> Journals() const {
-    std::vector<std::string> names = world.folder.Names("journals");
-    std::erase_if(names, [](const std::string& name) { return !name.ends_with(".db"); });
-    return names;
-  }
-
-  host::posix::SqliteJournals journals{world.folder.Path("journals")};
-  std::vector<FileResult> first;
-};
 
 TEST_F(ResumeTest, AFinishedRunLeavesNoJournalAndAsksNothing) {
   Cut();
@@ -162,7 +101,7 @@ TEST_F(ResumeTest, MarginsOfAFramePlacedByHandAreNoParameters) {
   ASSERT_TRUE(journal.Begin());
   CutLedger ledger(program, 0);
   const std::string source = In("0.png");
-  journal.Begun(source, {});
+  journal.Begun(source, {}, [](const std::string&) { return std::vector<std::string>(); });
   form.TCutValue[1].SetNumber(10);
   const std::string output = Make("out.png");
   const FileResult written{0, source, output, Result::Written, ""};
