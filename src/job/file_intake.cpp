@@ -164,12 +164,13 @@ WalkRule FileIntake::Rule(Subfolders subfolders) const {
 std::vector<std::string> FileIntake::Shareable(const std::vector<std::string>& roots) {
   if (program_.share.Whole()) return roots;
   const host::Files& files = program_.host.files;
-  const Form1& form = program_.form1;
+  const std::string out = program_.form1.LOutDir.Value();
+  const bool used = !program_.form1.ChOver.On() && OutDirExists();
   std::vector<std::string> shareable;
   for (const std::string& root : roots) {
     const bool folder = files.IsFolder(root);
     walked_ = walked_ || folder;
-    if (!folder || form.ChOver.On() || !files.SameFile(root, form.LOutDir.Value())) {
+    if (!folder || !used || !files.SameFile(root, out)) {
       shareable.push_back(root);
     } else if (IsOurs(root)) {
       TellNotListed(root, kSharedOutput);

@@ -123,9 +123,6 @@ void FolderRun::HandleNext(const FileWalk& walk, const std::string& path) {
   } else {
     Handle(walk, path);
   }
-  else {
-    ledger_.Add({0, path, "", Result::Skipped, done});
-  }
   const double now = program_.host.clock.Seconds();
   const bool due = ++unchecked_ >= kFilesPerCheckPoint || now - checked_ >= kSecondsPerCheckPoint;
   if (due && journal_.Kept()) CheckPoint();

@@ -252,6 +252,29 @@ TEST_F(CutEffectsTest, ZoomBeforeTheCut) {
   }
 }
 
+// What is turned is the zoomed picture, and whether it is turned goes by its sides.
+TEST_F(CutEffectsTest, ZoomComesBeforeTheRotation) {
+  Option("ChZoomAndCut", "1");
+  struct Case {
+    int rule;  // 1 turns what is wide, 4 what is high
+    base::Size source;
+    const char* zoom;
+    base::Size size;
+  };
+  const Case cases[] = {{1, {20, 30}, "64,48", {48, 64}},
+                        {1, {30, 20}, "48,64", {48, 64}},
+                        {4, {30, 20}, "48,64", {64, 48}},
+                        {4, {20, 30}, "64,48", {64, 48}}};
+  for (const Case& c : cases) {
+    Put("FBaseOpt.CmbZoom", c.zoom);
+    options.CmbRotate.Select(c.rule);
+    program.files.Clear();
+    Cut({Make("a.png", c.source.width, c.source.height)});
+    ASSERT_EQ(Totals().written, 1u) << Whys();
+    EXPECT_EQ(SizeOf(Out("a.png")), c.size) << c.rule;
+  }
+}
+
 TEST_F(CutEffectsTest, TheRectangleIsThatOfTheZoomedPicture) {
   Option("ChZoomAndCut", "1");
   options.CmbZoom.SetText("50%");

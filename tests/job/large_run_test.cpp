@@ -4,7 +4,7 @@
 #include <filesystem>
 
 #include "collaborator_doubles.h"
-#include "cut_fixture.h"
+#include "psd_bytes.h"
 
 namespace quillon::job {
 namespace {
@@ -342,6 +342,77 @@ TEST_F(LargeRunTest, OnlyTheOwnShareIsHandled) {
   EXPECT_EQ(all.size(), 40u);
   EXPECT_EQ(std::unique(all.begin(), all.end()), all.end());
   EXPECT_EQ(program.leftToOthers, 80u);
+}
+
+// --- Shares of a folder whose results lie among its files.
+
+TEST_F(LargeRunTest, NoShareIsCutIntoTheInputFolder) {
+  const std::string link = world.folder.Path("link");
+  std::filesystem::create_directory_symlink(world.folder.Path("in"), link);
+  Make("a.png", 20, 10);
+  program.share = {0, 2, ""};
+  for (const std::string& out : {world.folder.Path("in"), link}) {
+    Put("LOutDir", out);
+    Cut();
+    EXPECT_EQ(world.boxes.Count(kSharedOutput), 1);
+    EXPECT_TRUE(recorder.started.empty());
+    EXPECT_EQ(world.folder.Names("in"), std::vector<std::string>{"a.png"});
+    world.boxes.Forget();
+  }
+  // Over the sources the output folder does not count.
+  Put("ChOver", "1");
+  Cut();
+  EXPECT_EQ(world.boxes.Count(kSharedOutput), 0);
+  EXPECT_EQ(recorder.started.size(), 1u);
+}
+
+TEST_F(LargeRunTest, AShareMakesNoResultOfAnotherNameBesideItsSource) {
+  const auto inShares = [&](const char* source) {
+    world.folder.Write("in/a.psd", PsdBytes(20, 10, {10, 200, 30}));
+    Make("b.png", 20, 10);
+    recorder.done.clear();
+    for (const std::uint64_t index : {0, 1}) {
+      program.share = {index, 2, ""};
+      Cut();
+    }
+    for (const FileResult& file : recorder.done) {
+      const bool refused = file.source == In(source);
+      EXPECT_EQ(file.result, refused ? Result::None : Result::Written) << file.source << ": " << file.why;
+      EXPECT_EQ(file.why.find("结果不用原文件的名字，由几个进程分担时") == 0, refused) << file.why;
+    }
+    EXPECT_EQ(recorder.done.size(), 2u);
+    EXPECT_EQ(world.folder.Names("in"), (std::vector<std::string>{"a.psd", "b.png"}));
+  };
+  Put("ChOver", "1");
+  inShares("a.psd");
+  std::filesystem::remove(In("a.psd"));
+  Option("ChSplit", "1");
+  recorder.done.clear();
+  for (const std::uint64_t index : {0, 1}) {
+    program.share = {index, 2, ""};
+    Cut();
+  }
+  ASSERT_EQ(recorder.done.size(), 1u);
+  EXPECT_EQ(recorder.done[0].result, Result::None);
+  EXPECT_EQ(world.folder.Names("in"), std::vector<std::string>{"b.png"});
+}
+
+TEST_F(LargeRunTest, SharesHandleOneFileOfAFolderInAll) {
+  for (int i = 0; i < 24; ++i) {
+    const std::string name = "in/" + std::to_string(i % 6) + "/" + std::to_string(i) + ".bmp";
+    world.folder.Write(name, BitmapBytes(Painted(4, 4, Slope)));
+  }
+  Option("ChOmitFolds", "1");
+  for (const std::uint64_t index : {0, 1, 2}) {
+    program.share = {index, 3, ""};
+    const std::size_t before = recorder.done.size();
+    Cut();
+    EXPECT_EQ(recorder.counted.back(), recorder.done.size() - before);
+    // Another process has a program folder of its own.
+    std::filesystem::remove(program.AppPath("OmitSubfolds.dat"));
+  }
+  EXPECT_EQ(recorder.done.size(), 24u);
+  EXPECT_EQ(OutNames().size(), 6u);
 }
 
 }  // namespace

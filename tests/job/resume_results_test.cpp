@@ -207,7 +207,8 @@ TEST_F(ResultsTest, ThatTookThePlaceOfTheirSourcesAreNotCutAgain) {
   }
 }
 
-// The folder for results below the input folder was there before, and more files lie above it than the walk looks ahead.
+// The folder for results below the input folder was there before, and more files lie above it than the walk looks
+// ahead.
 TEST_F(ResultsTest, OfTheSameRunAreNotCutAgain) {
   constexpr std::size_t kFiles = 150;
   std::filesystem::remove_all(In(""));
@@ -261,6 +262,34 @@ TEST_F(ResultsTest, AContinuedRunHandlesOneFileOfAFolderInAll) {
   Continue();
   EXPECT_EQ(OutNames().size(), 3u) << Results();
   EXPECT_EQ(Totals().written, 1u);
+}
+
+// --- Sources that no row stands for.
+
+TEST_F(ResultsTest, TakeThePlaceOfTheirSourcesAtACheckpoint) {
+  Put("ChOver", "1");
+  Sources("psd");
+  recorder.onFileDone = [&](const FileResult&) {
+    const std::vector<std::string> names = world.folder.Names("in");
+    const auto left = std::count_if(names.begin(), names.end(), [](const auto& name) { return name.ends_with("psd"); });
+    EXPECT_EQ(static_cast<std::size_t>(left), 7 - recorder.done.size());
+    world.clock.Advance(5);
+  };
+  Cut();
+  EXPECT_EQ(recorder.done.size(), 6u);
+  EXPECT_EQ(world.folder.Names("in").size(), 6u);
+  ExpectCutOnce("jpg");
+  EXPECT_EQ(world.folder.Names("data/Trash/files").size(), 6u);
+}
+
+TEST_F(ResultsTest, TakeThePlaceOfTheirSourcesAtTheEnd) {
+  Put("ChOver", "1");
+  Sources("psd");
+  program.journals = nullptr;
+  recorder.onFileDone = [&](const FileResult&) { EXPECT_GE(world.folder.Names("in").size(), 7u); };
+  Cut();
+  EXPECT_EQ(world.folder.Names("in").size(), 6u);
+  ExpectCutOnce("jpg");
 }
 
 }  // namespace

@@ -329,5 +329,40 @@ TEST_F(ResumeTest, OtherPartsKeepTheirOwnRecords) {
   EXPECT_EQ(journal.Get("/b.jpg", "frame"), std::nullopt);
 }
 
+TEST_F(ResumeTest, ASourceOfAnotherTimeIsDoneAgain) {
+  std::filesystem::remove_all(In(""));
+  const auto write = [&](int number, const Paint& paint) {
+    world.folder.Write("in/" + std::to_string(number) + ".bmp", BitmapBytes(Painted(40, 30, paint)));
+  };
+  for (int i = 0; i < 6; ++i) write(i, Slope);
+  StopBehind(6);
+  const auto time = std::filesystem::last_write_time(In("2.bmp"));
+  write(2, [](int, int) { return kWhitePixel; });
+  std::filesystem::last_write_time(In("2.bmp"), time + std::chrono::hours(1));
+  Answer(Reply::Yes);
+  Cut();
+  EXPECT_EQ(Totals().written, 1u) << Results();
+  EXPECT_EQ(Totals().skipped, 5u);
+  EXPECT_EQ(Read(Out("2.jpg")).At(5, 5), kWhitePixel);
+}
+
+TEST_F(ResumeTest, AnotherShareIsAnotherRun) {
+  const auto stop = [&](std::uint64_t index, std::uint64_t count) {
+    program.share = {index, count, ""};
+    world.boxes.Forget();
+    StopBehind(1);
+    return first.size();
+  };
+  EXPECT_EQ(stop(0, 2), 1u);
+  for (const Share& share : {Share{1, 2, ""}, Share{0, 3, ""}, Share{0, 1, ""}}) {
+    program.share = share;
+    Cut();
+    EXPECT_EQ(world.boxes.Count(kQuestion), 0) << share.index << "/" << share.count;
+  }
+  program.share = {0, 2, ""};
+  Cut();
+  EXPECT_EQ(world.boxes.Count(kQuestion), 1);
+}
+
 }  // namespace
 }  // namespace quillon::job

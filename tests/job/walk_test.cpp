@@ -7,6 +7,7 @@
 
 #include <algorithm>
 #include <filesystem>
+#include <map>
 #include <string>
 #include <vector>
 
@@ -27,8 +28,8 @@ class WalkTest : public ProgramTest {
 
   Paths Walk(const Paths& roots, Subfolders subfolders = Subfolders::Yes) {
     Paths seen;
-    FileWalk walk(program,
-                  {subfolders, [](const std::string& name) { return !name.ends_with(".txt"); }, share, leftOut});
+    FileWalk walk(program, {subfolders, [](const std::string& name) { return !name.ends_with(".txt"); }, share, leftOut,
+                            byFolder});
     end = walk.Run(roots, [&](const std::string& path) {
       seen.push_back(path);
       return !visit || visit(path);
@@ -43,6 +44,7 @@ class WalkTest : public ProgramTest {
 
   Share share;
   std::string leftOut;
+  bool byFolder = false;
   std::function<bool(const std::string&)> visit;
   WalkEnd end = WalkEnd::Complete;
   bool reachedAll = false;
@@ -222,6 +224,25 @@ TEST_F(WalkTest, SharesGoByThePathBelowTheRoot) {
   EXPECT_EQ(Sorted(one), Sorted(two));
 }
 
+TEST_F(WalkTest, SharesMayGoByFolder) {
+  constexpr int kFolders = 20;
+  for (int i = 0; i < 100; ++i) File("d/" + std::to_string(i % kFolders) + "/" + std::to_string(i));
+  File("d/top");
+  byFolder = true;
+  std::map<std::string, std::size_t> files;
+  for (const std::uint64_t index : {0, 1, 2}) {
+    share = {index, 3, ""};
+    std::map<std::string, std::size_t> own;
+    for (const std::string& path : Walk({Path("d")})) ++own[base::SplitPath(path).folder];
+    EXPECT_LT(own.size(), 18u) << "each share has some";
+    for (const auto& [folder, count] : own) {
+      EXPECT_TRUE(files.emplace(folder, count).second) << folder;
+      EXPECT_EQ(count, folder == Path("d") ? 1u : 5u) << folder;
+    }
+  }
+  EXPECT_EQ(files.size(), kFolders + 1u);
+}
+
 TEST_F(WalkTest, TheCountIsThatOfTheWalk) {
   for (int i = 0; i < 300; ++i) File(std::to_string(i % 11) + "/" + std::to_string(i % 3) + "/" + std::to_string(i));
   File("note.txt");
@@ -230,9 +251,11 @@ TEST_F(WalkTest, TheCountIsThatOfTheWalk) {
   leftOut = Path("out");
   const auto accepts = [](const std::string& name) { return !name.ends_with(".txt"); };
   for (const Subfolders subfolders : {Subfolders::Yes, Subfolders::No}) {
-    for (const std::uint64_t parts : {1u, 4u}) {
+    for (const std::uint64_t parts : {1u, 4u, 5u}) {
       share = {parts - 1, parts, ""};
-      const FileCount count(world.files, base::TrimTrailingSeparator(Path("")), {subfolders, accepts, share, leftOut});
+      byFolder = parts == 5;
+      const FileCount count(world.files, base::TrimTrailingSeparator(Path("")),
+                            {subfolders, accepts, share, leftOut, byFolder});
       const std::size_t walked = Walk({base::TrimTrailingSeparator(Path(""))}, subfolders).size();
       while (!count.Result()) {
       }

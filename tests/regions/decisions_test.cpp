@@ -186,5 +186,31 @@ TEST_F(DecisionsTest, APictureCutInItsPlaceIsNotCutAgain) {
   EXPECT_EQ(Totals().skipped, 2u);
 }
 
+// A walk has no list to tell a number from, and a row on show is not the picture.
+TEST_F(DecisionsTest, AStoppedWalkIsGoneOnWithWhereItStood) {
+  Put("ChBig", "1");
+  Put("LInDir", world.folder.Path("in"));
+  Run(3);
+  ASSERT_EQ(asked_.size(), 3u);
+  const std::vector<std::string> order = asked_;
+  world.boxes.Answer(kQuestion, Reply::Yes);
+  world.boxes.Answer("上次的这项任务没有做完", Reply::No);
+  Run();
+  EXPECT_EQ(Boxes("上次的手动裁剪没有做完，已指定 2 张。要接着做吗？"), 1);
+  EXPECT_EQ(asked_, std::vector<std::string>{order[2]});
+  EXPECT_EQ(Totals().written, 3u);
+  for (std::size_t i = 0; i < 2; ++i) {
+    const std::string name = std::filesystem::path(order[i]).filename();
+    EXPECT_EQ(Width(Out(name)), 90 - 10 * static_cast<int>(i)) << name;
+  }
+  // Pictures of another folder are another run.
+  Run(3);
+  Put("LInDir", world.folder.Path());
+  Put("ChSubFold", "1");
+  world.boxes.Forget();
+  Run(1);
+  EXPECT_EQ(Boxes(kQuestion), 0);
+}
+
 }  // namespace
 }  // namespace quillon::regions

@@ -549,5 +549,36 @@ TEST_F(ManualStepTest, TheWindowStaysWhileItWaits) {
   EXPECT_FALSE(cutPre.Visible());
 }
 
+TEST_F(ManualStepTest, AWalkStopsAtEachPictureToo) {
+  Put("ChBig", "1");
+  Put("LInDir", world.folder.Path("in"));
+  for (const char* name : {"a.bmp", "b.bmp"}) Make(name, 100, 80);
+  std::vector<std::string> shown;
+  const auto look = [&] {
+    EXPECT_EQ(cutPre.Title(), kAsk);
+    EXPECT_EQ(cutPre.preview.Path(), flags.CurrentImagePath);
+    shown.push_back(flags.CurrentImagePath);
+  };
+  AtPicture(1, [&] {
+    look();
+    Drag({20, 8}, {70, 40});
+    cutPre.CmdNext.UserClick();
+  });
+  AtPicture(2, [&] {
+    look();
+    EXPECT_EQ(Frame(), (PreviewFrame{20, 8, 50, 32})) << "that of the picture before";
+    cutPre.CmdNotCut.UserClick();
+  });
+  form.CmbOutType.SetText("bmp");
+  CutWith({});
+  ASSERT_EQ(recorder.done.size(), 2u);
+  EXPECT_EQ(Totals().written, 2u);
+  EXPECT_EQ(shown, (std::vector<std::string>{recorder.done[0].source, recorder.done[1].source}));
+  EXPECT_EQ(SizeOf(recorder.done[0].output), (base::Size{50, 32}));
+  EXPECT_EQ(Read(recorder.done[0].output).At(0, 0), Slope(20, 8));
+  EXPECT_EQ(SizeOf(recorder.done[1].output), (base::Size{100, 80}));
+  EXPECT_EQ(cutPre.Title(), kRestTitle);
+}
+
 }  // namespace
 }  // namespace quillon::regions

@@ -1,7 +1,10 @@
 // SPDX-FileCopyrightText: 2026 The Quillon developers
 // SPDX-License-Identifier: GPL-3.0-or-later
 // The cut of all regions out of every picture.
+#include <filesystem>
+
 #include "host/errand.h"
+#include "host/posix/sqlite_journals.h"
 #include "job/dead_disk.h"
 #include "regions_fixture.h"
 #include "transparent_png.h"
@@ -400,6 +403,46 @@ TEST_F(LargeMultiCutTest, AStopEndsTheWalk) {
   EXPECT_EQ(Totals().planned, 2u);
   EXPECT_EQ(Totals().written, 2u);
   EXPECT_TRUE(Totals().stopped);
+}
+
+// ChOver does not count for regions: they always go to the output folder.
+TEST_F(LargeMultiCutTest, ResultsAreNoSources) {
+  form.ChSubFold.Set(true);
+  form.ChOver.Set(true);
+  for (const char* out : {"in/out", "in"}) {
+    ASSERT_TRUE(world.files.MakeFolders(world.folder.Path(out)));
+    form.LOutDir.SetText(world.folder.Path(out));
+    recorder.done.clear();
+    CutListed();
+    EXPECT_EQ(Totals().written, 4u) << out;
+    EXPECT_EQ(Totals().skipped, 0u) << out;
+    EXPECT_EQ(Totals().none, 0u) << out;
+    if (std::string(out) == "in/out") std::filesystem::remove_all(world.folder.Path(out));
+  }
+}
+
+TEST_F(LargeMultiCutTest, ResultsOfAStoppedRunAreNotCutAgain) {
+  host::posix::SqliteJournals journals(world.folder.Path("journals"));
+  program.journals = &journals;
+  form.ChSubFold.Set(true);
+  form.LOutDir.SetText(world.folder.Path("in"));
+  recorder.onFileDone = [&](const job::FileResult&) { flags.StopRequested = true; };
+  CutListed();
+  EXPECT_EQ(Totals().written, 2u);
+  recorder.onFileDone = {};
+  world.boxes.Answer("上次的这项任务没有做完", Reply::Yes);
+  CutListed();
+  EXPECT_EQ(Totals().written, 2u);
+  EXPECT_EQ(Totals().skipped, 3u) << "a source and its two regions";
+  EXPECT_EQ(world.folder.Names("in").size(), 7u);
+}
+
+TEST_F(LargeMultiCutTest, NoShareIsCutIntoTheInputFolder) {
+  form.LOutDir.SetText(world.folder.Path("in"));
+  program.share = {0, 2, ""};
+  CutListed();
+  EXPECT_EQ(Boxes(job::kSharedOutput), 1);
+  EXPECT_TRUE(recorder.started.empty());
 }
 
 }  // namespace
