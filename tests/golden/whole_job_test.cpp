@@ -56,6 +56,28 @@ int Grey(const Pixel& pixel) {
   return static_cast<int>(std::lround(0.299 * pixel.red + 0.587 * pixel.green + 0.114 * pixel.blue));
 }
 
+Job ZoomedTurnedCutGreyBordered() {
+  return {"ZoomedTurnedCutGreyBordered",
+          {{"FBaseOpt.ChZoomAndCut", "1"},
+           {"FBaseOpt.CmbZoom", "80,60"},
+           {"FBaseOpt.CmbRotate", "1"},
+           {"FBaseOpt.ChToGray", "1"},
+           {"FBaseOpt.ChAddBoard", "1"},
+           {"FBaseOpt.TBoard(1)", "1"},
+           {"FBaseOpt.PBoardColor", "#0000FF"},
+           {"FBaseOpt.CmbDPI", "254"},
+           {"TCutValue(0)", "25"}},
+          true,
+          [](const Picture& p) {
+            const Picture half = Painted(80, 60, [&](int x, int y) { return p.At(2 * x, 2 * y); });
+            const Picture cut = Each(Part(LeftTurned(half), {15, 0, 45, 80}), [](const Pixel& q) {
+              return Pixel{Grey(q), Grey(q), Grey(q)};
+            });
+            return Framed(cut, 0, 10, 0, 0, {0, 0, 255});
+          },
+          true};
+}
+
 const std::vector<Job>& Jobs() {
   // The pictures are 160 x 120, cut in percent unless a job says otherwise.
   static const std::vector<Job> jobs{
@@ -144,25 +166,7 @@ const std::vector<Job>& Jobs() {
          });
          return Framed(cut, 0, 10, 0, 0, {0, 0, 255});
        }},
-      {"ZoomedTurnedCutGreyBordered",
-       {{"FBaseOpt.ChZoomAndCut", "1"},
-        {"FBaseOpt.CmbZoom", "80,60"},
-        {"FBaseOpt.CmbRotate", "1"},
-        {"FBaseOpt.ChToGray", "1"},
-        {"FBaseOpt.ChAddBoard", "1"},
-        {"FBaseOpt.TBoard(1)", "1"},
-        {"FBaseOpt.PBoardColor", "#0000FF"},
-        {"FBaseOpt.CmbDPI", "254"},
-        {"TCutValue(0)", "25"}},
-       true,
-       [](const Picture& p) {
-         const Picture half = Painted(80, 60, [&](int x, int y) { return p.At(2 * x, 2 * y); });
-         const Picture cut = Each(Part(LeftTurned(half), {15, 0, 45, 80}), [](const Pixel& q) {
-           return Pixel{Grey(q), Grey(q), Grey(q)};
-         });
-         return Framed(cut, 0, 10, 0, 0, {0, 0, 255});
-       },
-       true},
+      ZoomedTurnedCutGreyBordered(),
   };
   return jobs;
 }
