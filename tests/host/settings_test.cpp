@@ -84,6 +84,17 @@ TEST_F(SharedSettingsTest, AValueThatALockKeptOutIsWrittenByALaterGet) {
   EXPECT_EQ(Get(program), "1");
 }
 
+TEST_F(SharedSettingsTest, AValueThatALockKeptOutIsWrittenAtTheEnd) {
+  {
+    SqliteSettings brief(folder.Path("q"), kImpatient);
+    intruder.Does("BEGIN IMMEDIATE");
+    EXPECT_FALSE(Set(brief, "answer"));
+    intruder.Does("COMMIT");
+    EXPECT_EQ(Get(program), "");
+  }
+  EXPECT_EQ(Get(program), "answer");
+}
+
 TEST_F(SharedSettingsTest, AnAnswerGivenMeanwhileStands) {
   for (const char* before : {"", "old"}) {
     if (*before != '\0') Set(helper, before);

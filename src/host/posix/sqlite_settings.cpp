@@ -110,7 +110,11 @@ SqliteSettings::SqliteSettings(std::string folder, int patience) : folder_(std::
   OpenSound();
 }
 
-SqliteSettings::~SqliteSettings() = default;
+SqliteSettings::~SqliteSettings() {
+  for (auto& [key, known] : known_) {
+    if (!known.stands) TryAgain(key, known);
+  }
+}
 
 void SqliteSettings::OpenSound() {
   if (!Damaged(Open())) return;

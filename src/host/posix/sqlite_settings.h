@@ -20,8 +20,9 @@ namespace quillon::host::posix {
 // The settings in a database "settings.db" that several programs may use at once; a value is seen by all of them as
 // soon as Set comes back. A damaged database is set aside under another name and begun anew, with the values that this
 // object knows. Where none can be used, or it can only be read, values live as long as this object and others do not
-// see them. A value that a lock kept out is tried again by each Get of it, unless another program has written the key
-// since. A read that fails answers what was read or set last. Nothing here throws. Every call may come from any thread.
+// see them. A value that a lock kept out is tried again by each Get of it and at the end, unless another program has
+// written the key since. A read that fails answers what was read or set last. Nothing here throws. Every call may come
+// from any thread.
 class SqliteSettings final : public Settings {
  public:
   // In $XDG_CONFIG_HOME/quillon, else ~/.config/quillon.
