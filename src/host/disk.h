@@ -86,6 +86,9 @@ class Disk {
   virtual int Link(const std::string& from, const std::string& to) = 0;
 
   // --- What surrounds the disk; these never fail.
+  // Whether this machine itself answers for the disk that folder lies on, and no other machine or program. Asks the
+  // disk, as every look does.
+  virtual bool AnswersHere(const std::string& folder) = 0;
   // The user's folder for data of programs, "" where there is none.
   virtual std::string DataHome() = 0;
   virtual unsigned User() = 0;

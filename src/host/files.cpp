@@ -97,6 +97,8 @@ bool Files::SameFile(const std::string& a, const std::string& b) const {
   return one && other && one->device == other->device && one->inode == other->inode;
 }
 
+bool Files::AnswersHere(const std::string& folder) const { return disk_.AnswersHere(folder); }
+
 Status Files::ListFolder(const std::string& folder, const std::function<bool(const FolderEntry&)>& take) const {
   return Status::FromErrno(
       -disk_.List(folder, [&](const FolderEntry& entry) { return IsDraftName(entry.name) || take(entry); }));

@@ -69,6 +69,8 @@ class Files {
   bool IsFolder(const std::string& path) const;
   // True when both lead to the same file, links followed.
   bool SameFile(const std::string& a, const std::string& b) const;
+  // Whether this machine itself answers for the disk that folder lies on, and no other machine or program.
+  bool AnswersHere(const std::string& folder) const;
   // Hands out entries in the order of the file system, left-over drafts excepted; take returns false to end early.
   Status ListFolder(const std::string& folder, const std::function<bool(const FolderEntry&)>& take) const;
   // Bytes of the file and of the drafts that any program is writing for it; 0 where there are none yet.

@@ -2,12 +2,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "job/disk_answer.h"
 
-#include <sys/sysmacros.h>
-
 #include <algorithm>
-#include <array>
 #include <atomic>
-#include <sstream>
 #include <utility>
 
 #include "base/path_text.h"
@@ -38,12 +34,6 @@ bool IsBelow(const std::string& folder, const std::string& place) {
   return folder == place || (folder.starts_with(place) && (place == "/" || folder[place.size()] == '/'));
 }
 
-// Kinds of disks that another machine or another program answers for.
-bool AnswersFromElsewhere(const std::string& kind) {
-  constexpr std::array<const char*, 9> kKinds = {"nfs", "cifs", "smb", "fuse", "9p", "ceph", "afs", "gluster", "vbox"};
-  return std::any_of(kKinds.begin(), kKinds.end(), [&](const char* known) { return kind.starts_with(known); });
-}
-
 }  // namespace
 
 // Shared with the errand, which may outlive its caller.
@@ -51,11 +41,10 @@ struct DiskAnswer::Asking {
   std::vector<std::string> folders;
   std::string path;
   std::atomic<std::size_t> heard = 0;  // folders that have answered
-  std::uint64_t device = 0;            // of the last folder
+  bool here = true;                    // see host::Files::AnswersHere
 };
 
-DiskAnswer::DiskAnswer(Program& program, std::string mountTable)
-    : program_(program), mountTable_(std::move(mountTable)) {}
+DiskAnswer::DiskAnswer(Program& program) : program_(program) {}
 
 DiskAnswer::~DiskAnswer() = default;
 
@@ -83,17 +72,17 @@ host::Status DiskAnswer::Ask(const std::string& folder, const std::string& path,
   auto errand = std::make_unique<host::Errand>([asking, &files = program_.host.files](const std::atomic<bool>& stop) {
     for (const std::string& place : asking->folders) {
       if (stop) return;
-      const auto facts = files.Look(place);
-      asking->device = facts ? facts->device : 0;
+      static_cast<void>(files.Look(place));
       ++asking->heard;
     }
     // What a network disk tells of a file may be from memory; it is asked anew when the file is opened.
     std::string begin;
     if (!stop) static_cast<void>(files.ReadFile(asking->path, begin, kReadAtOnce));
+    if (!stop) asking->here = files.AnswersHere(asking->folders.back());
   });
   host::Status answered = patience.Await(*errand, asking->heard);
   if (answered) {
-    Note(folder, asking->device);
+    Note(folder, asking->here);
   } else if (answered.GetProblem() != host::Problem::Stopped) {
     answered = {host::Problem::Other, sentence};
     silent_.push_back(
@@ -107,7 +96,7 @@ host::Status DiskAnswer::Ask(const std::string& folder, const std::string& path,
 
 bool DiskAnswer::Fresh(const std::string& folder) const {
   const auto found = answered_.find(folder);
-  if (found == answered_.end() || found->second.remote) return false;
+  if (found == answered_.end() || !found->second.here) return false;
   return program_.host.clock.Seconds() - found->second.when < kFreshFor;
 }
 
@@ -118,28 +107,9 @@ bool DiskAnswer::SilentBelow(const std::string& folder) {
                      [&](const Silence& silence) { return IsBelow(folder, silence.place); });
 }
 
-void DiskAnswer::Note(const std::string& folder, std::uint64_t device) {
+void DiskAnswer::Note(const std::string& folder, bool here) {
   if (answered_.size() >= kFoldersRemembered) answered_.clear();
-  answered_[folder] = {program_.host.clock.Seconds(), IsRemote(device)};
-}
-
-// Each line of the table holds the device as "major:minor" in its third place, and behind " - " the kind of disk.
-bool DiskAnswer::IsRemote(std::uint64_t device) {
-  const auto [known, unknown] = remote_.emplace(device, false);
-  if (!unknown) return known->second;
-  std::string table;
-  static_cast<void>(program_.host.files.ReadFile(mountTable_, table));
-  const std::string wanted = std::to_string(major(device)) + ":" + std::to_string(minor(device));
-  std::istringstream lines(table);
-  for (std::string line; std::getline(lines, line);) {
-    std::istringstream words(line);
-    std::string number;
-    words >> number >> number >> number;
-    const std::size_t kind = line.find(" - ");
-    if (number != wanted || kind == std::string::npos) continue;
-    known->second = AnswersFromElsewhere(line.substr(kind + 3, line.find(' ', kind + 3) - kind - 3));
-  }
-  return known->second;
+  answered_[folder] = {program_.host.clock.Seconds(), here};
 }
 
 }  // namespace quillon::job

@@ -2,7 +2,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include <cstdint>
 #include <memory>
 #include <string>
 #include <unordered_map>
@@ -25,8 +24,7 @@ class Program;
 // A disk of this machine is asked at most every half second for each folder, one on the network before every file.
 class DiskAnswer {
  public:
-  // mountTable lists the mounted disks as the system tells them.
-  explicit DiskAnswer(Program& program, std::string mountTable = "/proc/self/mountinfo");
+  explicit DiskAnswer(Program& program);
   ~DiskAnswer();
   DiskAnswer(const DiskAnswer&) = delete;
   DiskAnswer& operator=(const DiskAnswer&) = delete;
@@ -50,20 +48,17 @@ class DiskAnswer {
   };
   struct Answered {
     double when = 0;
-    bool remote = false;
+    bool here = true;  // see host::Files::AnswersHere
   };
 
   host::Status Ask(const std::string& folder, const std::string& path, const char* sentence);
   bool Fresh(const std::string& folder) const;
   bool SilentBelow(const std::string& folder);
-  void Note(const std::string& folder, std::uint64_t device);
-  bool IsRemote(std::uint64_t device);
+  void Note(const std::string& folder, bool here);
 
   Program& program_;
-  std::string mountTable_;
   std::vector<Silence> silent_;
   std::unordered_map<std::string, Answered> answered_;  // by folder
-  std::unordered_map<std::uint64_t, bool> remote_;      // by device
 };
 
 }  // namespace quillon::job

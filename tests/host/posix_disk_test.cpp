@@ -54,6 +54,10 @@ TEST_F(PosixDiskTest, OpensOnlyRegularFiles) {
   EXPECT_EQ(disk.OpenRead(folder.Path("none")), -ENOENT);
 }
 
+TEST_F(PosixDiskTest, AnswersForItsOwnDisks) {
+  for (const char* place : {"/proc", "/", "/nowhere"}) EXPECT_TRUE(disk.AnswersHere(place)) << place;
+}
+
 TEST_F(PosixDiskTest, ALockIsHeldByOneHandleAtATime) {
   folder.Write("a", "x");
   const int one = disk.OpenOwn(folder.Path("a"));

@@ -10,6 +10,7 @@
 #include <sys/xattr.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <climits>
 #include <csignal>
@@ -223,6 +224,16 @@ std::vector<int> PosixDisk::SyncAll(const std::vector<int>& handles) {
     for (const std::size_t i : places) results[i] = together ? Written(handles[i]) : Sync(handles[i]);
   }
   return results;
+}
+
+// Programs that answer for a disk hang like other machines.
+bool PosixDisk::AnswersHere(const std::string& folder) {
+  struct statfs told {};
+  if (statfs(folder.c_str(), &told) < 0) return true;
+  constexpr unsigned long kElsewhere[] = {NFS_SUPER_MAGIC,  SMB_SUPER_MAGIC, CIFS_SUPER_MAGIC, SMB2_SUPER_MAGIC,
+                                          FUSE_SUPER_MAGIC, V9FS_MAGIC,      CEPH_SUPER_MAGIC, AFS_SUPER_MAGIC};
+  const auto kind = static_cast<std::uint32_t>(told.f_type);
+  return std::find(std::begin(kElsewhere), std::end(kElsewhere), kind) == std::end(kElsewhere);
 }
 
 int PosixDisk::Close(int handle) { return Result(close(handle)); }

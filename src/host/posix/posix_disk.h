@@ -48,6 +48,7 @@ class PosixDisk final : public Disk {
   int SyncFolder(const std::string& folder) override;
   int Link(const std::string& from, const std::string& to) override;
 
+  bool AnswersHere(const std::string& folder) override;
   std::string DataHome() override;
   unsigned User() override;
   std::string Root() override;

@@ -81,6 +81,8 @@ class FaultyDisk final : public Disk {
   void NamesGoAlong(bool along) { namesGoAlong_ = along; }
   // From now on each file has a number so much higher, as on a disk that was mounted anew.
   void Renumber(std::uint64_t by) { renumbered_ += by; }
+  // From now on the disk is one that another machine answers for.
+  void MoveAway() { here_ = false; }
   // How often any fault made a call go wrong since the last Clear.
   int Fired() const;
   // Calls of a kind since the last Clear, and all calls in order.
@@ -121,6 +123,7 @@ class FaultyDisk final : public Disk {
   int SyncFolder(const std::string& folder) override;
   int Link(const std::string& from, const std::string& to) override;
 
+  bool AnswersHere(const std::string& folder) override { return here_ && disk_.AnswersHere(folder); }
   std::string DataHome() override { return disk_.DataHome(); }
   unsigned User() override { return disk_.User(); }
   std::string Root() override { return disk_.Root(); }
@@ -159,6 +162,7 @@ class FaultyDisk final : public Disk {
   int fired_ = 0;
   std::atomic<std::uint64_t> renumbered_ = 0;
   std::atomic<bool> namesGoAlong_ = false;
+  std::atomic<bool> here_ = true;
 };
 
 }  // namespace quillon::host::testing
