@@ -19,6 +19,7 @@
 
 #include "host/posix/sqlite_settings.h"
 #include "imaging/tiff_pages.h"
+#include "ui/theme/theme.h"
 #include "ui/tiffs_maker/task.h"
 #include "ui/tiffs_maker/tiffs_window.h"
 #include "ui_world.h"
@@ -411,6 +412,22 @@ TEST_F(TiffsMaker, TheRealHelperMakesTheTiff) {
   int pages = 0;
   EXPECT_TRUE(imaging::CountTiffPages(world.files, order.target, pages));
   EXPECT_EQ(pages, 2);
+}
+
+TEST_F(TiffsMaker, WordsFollowTheScheme) {
+  order.sharpen = true;
+  Open(kHelper);
+  PutOn(Scheme::Dark);
+  UiWorld::Turn();
+  const QPalette dark = PaletteFor(Scheme::Dark);
+  EXPECT_EQ(Find<QLabel>("status")->palette().windowText().color(), dark.windowText().color());
+  EXPECT_EQ(Find<QLabel>("further")->palette().windowText().color(), FaintInk(dark));
+  Press("清空");
+  Press("开始");
+  EXPECT_EQ(Find<QLabel>("status")->palette().windowText().color(), DangerInk(dark));
+  PutOn(Scheme::Light);
+  UiWorld::Turn();
+  EXPECT_EQ(Find<QLabel>("status")->palette().windowText().color(), DangerInk(PaletteFor(Scheme::Light)));
 }
 
 // --- The keyboard

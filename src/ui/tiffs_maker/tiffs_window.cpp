@@ -204,7 +204,6 @@ void TiffsWindow::Show(const formats::OkList& order) {
   const std::string further = FurtherSteps(order);
   further_->setText(Shown("任务文件还要求：" + further));
   further_->setVisible(!further.empty());
-  Ink(*further_, FaintInk(palette()));
   Refresh();
 }
 
@@ -304,7 +303,13 @@ void TiffsWindow::OnEnded(const MakerEnd& end) {
 
 void TiffsWindow::Say(const std::string& sentence, Mood mood) {
   status_->setText(Shown(sentence));
-  Ink(*status_, InkOf(mood, palette()));
+  mood_ = mood;
+  InkWords();
+}
+
+void TiffsWindow::InkWords() {
+  Ink(*status_, InkOf(mood_, palette()));
+  Ink(*further_, FaintInk(palette()));
 }
 
 void TiffsWindow::Refresh() {
@@ -315,6 +320,12 @@ void TiffsWindow::Refresh() {
   const bool coloured = colours_->currentIndex() != kBlackWhite;
   compress_->setEnabled(!running && coloured);
   quality_->setEnabled(!running && coloured && compress_->isChecked());
+}
+
+// The desktop may turn dark while the window is there.
+void TiffsWindow::changeEvent(QEvent* event) {
+  QDialog::changeEvent(event);
+  if (event->type() == QEvent::PaletteChange && status_) InkWords();
 }
 
 void TiffsWindow::closeEvent(QCloseEvent* event) {

@@ -35,6 +35,7 @@ class TiffsWindow : public QDialog {
   formats::OkList Order() const;
 
  protected:
+  void changeEvent(QEvent* event) override;
   void closeEvent(QCloseEvent* event) override;
   void reject() override;
 
@@ -61,6 +62,7 @@ class TiffsWindow : public QDialog {
   void OnTold(const std::string& told);
   void OnEnded(const MakerEnd& end);
   void Say(const std::string& sentence, Mood mood);
+  void InkWords();
   void Refresh();
 
   host::Host& world_;
@@ -73,9 +75,10 @@ class TiffsWindow : public QDialog {
   QCheckBox* compress_;
   QComboBox* quality_;
   QSpinBox* dpi_;
-  QLabel* further_;
+  QLabel* further_ = nullptr;
   QProgressBar* bar_;
-  QLabel* status_;
+  QLabel* status_ = nullptr;
+  Mood mood_ = Mood::Plain;
   QPushButton* start_;
   QPushButton* stop_;
   std::vector<QWidget*> inputs_;  // not to be touched during a run
