@@ -4,7 +4,6 @@
 
 #include "base/path_text.h"
 #include "job/cut_steps.h"
-#include "job/lists.h"
 #include "job/parameters.h"
 
 namespace quillon::job {
@@ -26,17 +25,16 @@ base::Size SizeOf(const CutFile& file) {
   return {images.GetImageWidth(file.Work), images.GetImageHeight(file.Work)};
 }
 
-// ChRotateCut, for pictures that no earlier step has turned. It puts CmbRotate to its first entry, so that it turns by
-// TAngle as the last entry does.
+// ChRotateCut, for pictures that no earlier step has turned.
 Status TurnByRule(CutFile& file) {
-  const CutOptions& options = file.options;
-  if (!options.rotateCut || file.RestoreAngle != 0 || file.program.flags.ImageRotated) return Status::Ok();
-  if (!NeedRotate(file.W, file.H, kOwnAngle, options.angle)) return Status::Ok();
-  if (Status turned = file.program.images.RotateImage(file.Work, options.angle, base::kWhite); !turned) return turned;
+  const double angle = TurnAngle(file.options, {file.W, file.H});
+  const bool turned = file.RestoreAngle != 0 || file.program.flags.ImageRotated;
+  if (!file.options.rotateCut || turned || angle == 0) return Status::Ok();
+  if (Status rotated = file.program.images.RotateImage(file.Work, angle, base::kWhite); !rotated) return rotated;
   const base::Size size = SizeOf(file);
   file.W = size.width;
   file.H = size.height;
-  file.RestoreAngle = -options.angle;
+  file.RestoreAngle = -angle;
   file.program.flags.ImageRotated = true;
   CutParameters parameters = ReadCutParameters(file.program);
   file.overhang = TakeOverhang(parameters);

@@ -4,6 +4,8 @@
 
 #include "base/number_text.h"
 #include "base/path_text.h"
+#include "job/geometry.h"
+#include "job/lists.h"
 #include "job/program.h"
 
 namespace quillon::job {
@@ -92,6 +94,17 @@ bool EffectsApply(const CutOptions& options) {
   if (options.frameOnly) return false;
   return options.rotateCut || options.zoomBefore || options.toGray || options.threshold || options.invert ||
          options.ownDpi;
+}
+
+double RuleAngle(const CutOptions& options, base::Size picture) {
+  return PreRotation(options.rotateRule, picture, options.angle).value_or(0);
+}
+
+double TurnAngle(const CutOptions& options, base::Size picture) {
+  const double angle = RuleAngle(options, picture);
+  if (angle != 0) return angle;
+  const bool turns = options.rotateCut && NeedRotate(picture.width, picture.height, kOwnAngle, options.angle);
+  return turns ? options.angle : 0;
 }
 
 std::string OutputExtension(const CutOptions& options, const std::string& sourceExtension) {

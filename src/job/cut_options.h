@@ -68,6 +68,11 @@ std::string TooSmallText(base::Size thresholds);
 // Whether the cut is made in memory, with the options that change pixels or resolution.
 bool EffectsApply(const CutOptions& options);
 
+// The angle by which CmbRotate turns a picture of that size, degrees counter-clockwise; 0 where it does not.
+double RuleAngle(const CutOptions& options, base::Size picture);
+// The same for both options that turn, of which the first that turns decides: CmbRotate, then ChRotateCut by TAngle.
+double TurnAngle(const CutOptions& options, base::Size picture);
+
 // The extension of the output of a source with that extension.
 std::string OutputExtension(const CutOptions& options, const std::string& sourceExtension);
 

@@ -2,8 +2,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "job/cut_outlook.h"
 
-#include <optional>
-
 #include "base/rounding.h"
 #include "job/cut_options.h"
 #include "job/geometry.h"
@@ -28,8 +26,7 @@ CutShape ShapeBeforeCut(const Program& program, base::Size picture) {
   CutShape shape{picture, 0};
   if (options.frameOnly) return shape;
   if (options.zoomBefore) shape.size = ZoomedSize(options.zoom, picture, ZoomTime::BeforeCut).value_or(picture);
-  shape.angle = PreRotation(options.rotateRule, shape.size, options.angle).value_or(0);
-  if (options.rotateCut && shape.angle == 0) shape.angle = options.angle;
+  shape.angle = TurnAngle(options, shape.size);
   return shape;
 }
 

@@ -119,9 +119,9 @@ Step ZoomBeforeCut(CutFile& file) {
 }
 
 Step RotateBeforeCut(CutFile& file) {
-  const auto angle = PreRotation(file.options.rotateRule, {file.W, file.H}, file.options.angle);
-  if (!angle || *angle == 0) return Step::Next;
-  const host::Status turned = TurnSource(file, *angle);
+  const double angle = RuleAngle(file.options, {file.W, file.H});
+  if (angle == 0) return Step::Next;
+  const host::Status turned = TurnSource(file, angle);
   return turned ? Step::Next : FailLoad(file, turned);
 }
 
@@ -171,9 +171,9 @@ Step AskForFrame(CutFile& file) {
   file.RestoreAngle = flags.ManualRotated ? -flags.ManualAngle : 0;
   file.Src = shown;
   MeasureSource(file);
-  const bool turns = NeedRotate(file.W, file.H, file.options.rotateRule, file.options.angle);
-  if (flags.ManualRotated || !turns) return Step::Next;
-  const host::Status turned = TurnSource(file, file.options.angle);
+  const double angle = RuleAngle(file.options, {file.W, file.H});
+  if (flags.ManualRotated || angle == 0) return Step::Next;
+  const host::Status turned = TurnSource(file, angle);
   return turned ? Step::Next : FailLoad(file, turned);
 }
 

@@ -5,8 +5,6 @@
 
 #include "formats/tools/back_image.h"
 #include "job/cut_options.h"
-#include "job/geometry.h"
-#include "job/lists.h"
 #include "regions/cut_frame.h"
 
 namespace quillon::regions {
@@ -62,11 +60,10 @@ void CutFrame::UpdateImage(const std::string& path, const imaging::Image& image)
 
 imaging::Image CutFrame::TurnedByOptions(base::Size size) {
   job::Flags& flags = program_.flags;
-  const job::CutOptions options = job::ReadCutOptions(program_);
-  const int rule = options.rotateCut ? job::kOwnAngle : options.rotateRule;
+  const double angle = job::TurnAngle(job::ReadCutOptions(program_), size);
   imaging::Image picture;
-  if (flags.ManualRotated || !job::NeedRotate(size.width, size.height, rule, options.angle)) return {};
-  if (!ClonePicture(picture) || !program_.images.RotateImage(picture, options.angle, base::kWhite)) return {};
+  if (flags.ManualRotated || angle == 0) return {};
+  if (!ClonePicture(picture) || !program_.images.RotateImage(picture, angle, base::kWhite)) return {};
   flags.ImageRotated = true;
   return picture;
 }

@@ -152,6 +152,62 @@ TEST_F(CutEffectsTest, RotatedBeforeTheCutAndTurnedBackBehindIt) {
   EXPECT_EQ(Difference(Read(Out("a.png")), Painted(40, 18, [](int x, int y) { return Slope(x, y + 2); })), 0);
 }
 
+// An uncompressed tiff of 16 bits a sample with alpha.
+std::string DeepTiff(int width, int height, const Paint& paint) {
+  std::string bytes("II*\0", 4);
+  const auto number = [&](int value, int length) {
+    for (int i = 0; i < length; ++i) bytes.push_back(static_cast<char>(value >> (8 * i)));
+  };
+  constexpr int kFields = 10;
+  constexpr int kBitsAt = 8 + 2 + kFields * 12 + 4;
+  constexpr int kPixelsAt = kBitsAt + 8;
+  const int fields[kFields][4] = {{256, 3, 1, width}, {257, 3, 1, height}, {258, 3, 4, kBitsAt},
+                                  {259, 3, 1, 1},     {262, 3, 1, 2},      {273, 4, 1, kPixelsAt},
+                                  {277, 3, 1, 4},     {278, 3, 1, height}, {279, 4, 1, width * height * 8},
+                                  {338, 3, 1, 2}};
+  number(8, 4);
+  number(kFields, 2);
+  for (const auto& field : fields) {
+    number(field[0], 2);
+    number(field[1], 2);
+    number(field[2], 4);
+    number(field[3], 4);
+  }
+  number(0, 4);
+  for (int i = 0; i < 4; ++i) number(16, 2);
+  for (int i = 0; i < width * height; ++i) {
+    const Pixel pixel = paint(i % width, i / width);
+    for (const int sample : {pixel.red, pixel.green, pixel.blue, 255}) number(sample * 257, 2);
+  }
+  return bytes;
+}
+
+TEST_F(CutEffectsTest, ACutThatMemoryDoesNotHoldGoesThroughABitmapOnDisk) {
+  constexpr int kSide = 16400;  // with eight bytes a pixel more than 2 GB
+  Option("ChInvert", "1");
+  Put("ChCutA", "1");
+  Margins(10, 5, 0, 0);
+  options.TSmalS[2].SetText(std::to_string(kSide));
+  options.TSmalS[3].SetText(std::to_string(kSide));
+  form.CmbOutType.SetText("jpg");
+  form.TQuality.SetText("100");
+  Cut({world.folder.Write("in/a.tif", DeepTiff(40, 30, Slope))});
+  ASSERT_EQ(Totals().written, 1u) << Whys();
+  EXPECT_EQ(SizeOf(Out("a.jpg")), (base::Size{kSide, kSide}));
+  EXPECT_EQ(SizeOf(world.folder.Path("app/Tmp.bmp")), (base::Size{40, 30}));
+  imaging::CropRequest corner;
+  corner.source = Out("a.jpg");
+  corner.destination = world.folder.Path("corner.png");
+  corner.encoder = imaging::Encoder::Png;
+  corner.rect = {0, 0, 32, 28};
+  ASSERT_TRUE(program.images.CropToFile(corner));
+  const Picture wanted = Painted(32, 28, [](int x, int y) {
+    const Pixel source = Slope(x + 10, y + 5);
+    return x < 30 && y < 25 ? Pixel{255 - source.red, 255 - source.green, 255 - source.blue} : kWhitePixel;
+  });
+  EXPECT_LE(Difference(Read(corner.destination), wanted), 8);
+}
+
 TEST_F(CutEffectsTest, AnyAngleGrowsTheCanvasOnWhite) {
   Option("CmbRotate", "5");
   options.TAngle.SetText("45");
