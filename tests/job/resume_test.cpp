@@ -202,6 +202,23 @@ TEST_F(ResumeTest, SourcesThatAKilledRunDidNotReachAreCut) {
   }
 }
 
+// A new file under the name of a source looks as a finished cut does, but nothing was cut there.
+TEST_F(ResumeTest, ASourceThatWasReplacedBeyondTheStopIsCut) {
+  Put("ChOver", "1");
+  StopBehind(3);
+  std::string open;
+  for (int i = 0; i < 6; ++i) {
+    const std::string path = In(std::to_string(i) + ".png");
+    const bool handled = std::any_of(first.begin(), first.end(), [&](const auto& file) { return file.source == path; });
+    if (!handled) open = path;
+  }
+  std::filesystem::rename(Make("other/new.png", 60, 30), open);
+  Answer(Reply::Yes);
+  Cut();
+  EXPECT_EQ(Totals().written, 3u) << Results();
+  EXPECT_EQ(SizeOf(open), (base::Size{30, 30}));
+}
+
 TEST_F(ResumeTest, ASplitPictureStandsWithAllItsPieces) {
   Option("ChSplit", "1");
   Put("FBaseOpt.TSmalS(4)", "2");
