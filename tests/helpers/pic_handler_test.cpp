@@ -4,10 +4,12 @@
 
 #include <filesystem>
 
-#include "helpers/frame/child.h"
 #include "helpers/helper_process.h"
+#include "helpers/pdf/pdf_render.h"
 #include "helpers/pdfs.h"
 #include "helpers/pictures.h"
+#include "host/testing/test_host.h"
+#include "imaging/services.h"
 
 namespace quillon::helpers {
 namespace {
@@ -107,7 +109,7 @@ TEST_F(PicHandlerTest, OtherPicturesBecomeJpegsInThePdf) {
   EXPECT_FALSE(folder.Exists("PicHandler.jpg"));
 }
 
-// --- The page as another program draws it
+// --- The page as it is seen
 
 class PicHandlerPage : public PicHandlerTest {
  protected:
@@ -120,12 +122,19 @@ class PicHandlerPage : public PicHandlerTest {
     return page;
   }
   void ExpectHalves(const std::string& pdf) {
-    ASSERT_TRUE(RunProgram({"pdftoppm", "-r", "72", "-png", "-singlefile", pdf, folder.Path("seen")}));
+    PdfRenderer renderer;
+    imaging::Image page;
+    ASSERT_TRUE(renderer.Open(pdf));
+    ASSERT_TRUE(renderer.Render(0, 72, 1, page));
+    ASSERT_TRUE(images.SaveByEncoder(page, folder.Path("seen.png"), imaging::Encoder::Png, 90));
     const testing::Pixels seen = Load(folder.Path("seen.png"));
     ASSERT_EQ(seen.width, 64);
     for (const int sample : seen.At(32, 8)) EXPECT_LE(sample, 60);
     for (const int sample : seen.At(32, 56)) EXPECT_GE(sample, 250);
   }
+
+  host::testing::TestHost world;
+  imaging::Services images{world.host, [] {}};
 };
 
 TEST_F(PicHandlerPage, BlackAndWhiteStay) {
