@@ -47,7 +47,7 @@ const std::vector<EventFormat>& EventFormats() {
       {EventKind::Open, "open", {"path", "kind"}},
       {EventKind::Print, "print", {"control", "value", "text", "enabled", "visible", "items", "min", "max"}},
       {EventKind::Change, "change", {"control", "value"}},
-      {EventKind::File, "file", {"source", "output", "result", "why"}, {"more"}},
+      {EventKind::File, "file", {"source", "output", "result", "why"}, {"more", "lost"}},
       {EventKind::End, "end", {"written", "none", "skipped", "seconds"}},
   };
   return formats;
@@ -127,6 +127,12 @@ Event FileEvent(const job::FileResult& file) {
                {"result", std::string(ResultName(file.result))},
                {"why", file.why}}};
   if (!file.more.empty()) event.fields.push_back({"more", file.more});
+  return event;
+}
+
+Event LostEvent(const job::FileResult& file, const std::string& output) {
+  Event event = FileEvent(file);
+  event.fields.push_back({"lost", output});
   return event;
 }
 

@@ -65,6 +65,8 @@ Event OpenEvent(const std::string& kind, const std::string& path);
 Event PrintEvent(const controls::Control& control);
 Event ChangeEvent(const controls::Control& control);
 Event FileEvent(const job::FileResult& file);
+// A file that was told as written with this output, which does not stand after all.
+Event LostEvent(const job::FileResult& file, const std::string& output);
 Event EndEvent(const Summary& summary);
 
 // "written", "none", "skipped".

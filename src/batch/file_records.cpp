@@ -8,9 +8,8 @@ namespace quillon::batch {
 namespace {
 
 // Keys.
-constexpr const char* kOutput = "output";
+constexpr const char* kHandled = "handled";
 constexpr const char* kSource = "source";
-constexpr const char* kLost = "lost";
 
 }  // namespace
 
@@ -20,17 +19,17 @@ FileRecords::~FileRecords() {
   if (journal_) journal_->Remove();
 }
 
-std::optional<std::string> FileRecords::OutputOf(const std::string& source) {
-  return journal_ ? journal_->Get(source, kOutput) : std::nullopt;
-}
+bool FileRecords::Handled(const std::string& source) { return journal_ && journal_->Get(source, kHandled); }
 
-void FileRecords::Tell(const std::string& source, const std::string& output) {
-  if (!OutputOf(source)) ++sources_;
-  if (journal_) journal_->Set(source, kOutput, output);
+bool FileRecords::TellHandled(const std::string& source) {
+  if (Handled(source)) return false;
+  ++sources_;
+  if (journal_) journal_->Set(source, kHandled, "");
+  return true;
 }
 
 void FileRecords::EachSource(const std::function<void(const std::string& source)>& take) {
-  if (journal_) journal_->Each(kOutput, take);
+  if (journal_) journal_->Each(kHandled, take);
 }
 
 std::optional<std::string> FileRecords::SourceOf(const std::string& output) {
@@ -42,18 +41,8 @@ void FileRecords::TellMade(const std::string& output, const std::string& source)
   if (journal_) journal_->Set(output, kSource, source);
 }
 
-void FileRecords::Lose(const std::string& source) {
-  if (journal_) journal_->Set(source, kLost, "1");
-}
-
-bool FileRecords::TakeLost(const std::string& source) {
-  if (!journal_ || journal_->Get(source, kLost).value_or("").empty()) return false;
-  journal_->Set(source, kLost, "");
-  return true;
-}
-
 bool FileRecords::Complete() {
-  return journal_ && journal_->Count(kOutput) == sources_ && journal_->Count(kSource) == outputs_;
+  return journal_ && journal_->Count(kHandled) == sources_ && journal_->Count(kSource) == outputs_;
 }
 
 }  // namespace quillon::batch

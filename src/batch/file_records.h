@@ -22,9 +22,9 @@ class FileRecords {
   FileRecords(const FileRecords&) = delete;
   FileRecords& operator=(const FileRecords&) = delete;
 
-  // --- Of a source: the output that was made of it, "" where none stands; nothing before it was told of.
-  std::optional<std::string> OutputOf(const std::string& source);
-  void Tell(const std::string& source, const std::string& output);
+  // --- Sources that were told of. True for one that was not before.
+  bool TellHandled(const std::string& source);
+  bool Handled(const std::string& source);
 
   // Every source that was told of.
   void EachSource(const std::function<void(const std::string& source)>& take);
@@ -33,11 +33,6 @@ class FileRecords {
   // worker has named as its output.
   std::optional<std::string> SourceOf(const std::string& output);
   void TellMade(const std::string& output, const std::string& source);
-
-  // --- A source whose output another one has taken, until its worker says so too.
-  void Lose(const std::string& source);
-  // Whether it was, from now on it is not.
-  bool TakeLost(const std::string& source);
 
   // Whether nothing of what was told got lost, on a full disk, say. Takes the longer, the more was told.
   bool Complete();

@@ -78,10 +78,10 @@ void Watch::FileDone(const job::FileResult& file) {
   TellFile(file);
 }
 
-void Watch::FileLost(const job::FileResult& file) {
+void Watch::FileLost(const job::FileResult& file, const std::string& output) {
   if (sums_.written > 0) --sums_.written;
   ++sums_.none;
-  reporter_.Tell(FileEvent(file));
+  reporter_.Tell(LostEvent(file, output));
 }
 
 void Watch::FileNotListed(const std::string& source, const std::string& why) {

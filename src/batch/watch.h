@@ -37,7 +37,7 @@ class Watch final : public job::RunObserver {
   void FileBegun(const std::string& source) override { reporter_.Begun(source); }
   void RunPlanned(std::size_t planned) override { progress_.planned = planned; }
   void FileDone(const job::FileResult& file) override;
-  void FileLost(const job::FileResult& file) override;
+  void FileLost(const job::FileResult& file, const std::string& output) override;
   void OlderLeft(const std::string& path) override { reporter_.OlderLeft(path); }
   void RunEnded(const job::RunTotals& totals) override;
   void FileNotListed(const std::string& source, const std::string& why) override;

@@ -187,33 +187,31 @@ void Workers::TakeEvent(Member& member, const Event& event) {
 }
 
 void Workers::TakeFile(Member& member, const Event& event) {
+  if (event.Find("lost")) return TakeLost(event);
   const std::string source = event.Text("source");
-  const std::string output = event.Text("output");
-  const std::string result = event.Text("result");
   if (source == member.underWay) member.underWay.clear();
-  const std::optional<std::string> earlier = records_.OutputOf(source);
-  if (!earlier) ++member.handled;
-  // Its worker finds out later than we do that its output was lost.
-  if (result == kNone && earlier && records_.TakeLost(source)) return;
-  // Told a second time: its output was lost after all.
-  if (result == kNone && !earlier.value_or("").empty()) {
-    Count(kWritten, -1);
-    records_.TellMade(*earlier, "");
-  }
+  if (records_.TellHandled(source)) ++member.handled;
   TakeOutputs(source, event);
-  Count(result, 1);
+  Count(event.Text("result"), 1);
+  reporter_.Tell(event);
+}
+
+// An output that was told of as written does not stand after all. Where another worker has taken it, that was told.
+void Workers::TakeLost(const Event& event) {
+  const std::string output = event.Text("lost");
+  if (records_.SourceOf(output) != event.Text("source")) return;
+  records_.TellMade(output, "");
+  Count(kWritten, -1);
+  Count(kNone, 1);
   reporter_.Tell(event);
 }
 
 // A written output is that of its source alone; others are only known to be none of an earlier run.
 void Workers::TakeOutputs(const std::string& source, const Event& event) {
   const std::string output = event.Text("output");
-  const bool written = event.Text("result") == kWritten;
-  if (written) {
+  if (event.Text("result") == kWritten) {
     const std::string other = records_.SourceOf(output).value_or("");
     if (!other.empty() && other != source) {
-      records_.Tell(other, "");
-      records_.Lose(other);
       Count(kWritten, -1);
       TellLost(other, "输出文件与 " + base::DisplayText(source) + " 的同名，已被后者覆盖");
     }
@@ -224,7 +222,6 @@ void Workers::TakeOutputs(const std::string& source, const Event& event) {
   if (const auto* more = std::get_if<std::vector<std::string>>(event.Find("more"))) {
     for (const std::string& one : *more) records_.TellMade(one, "");
   }
-  records_.Tell(source, written ? output : "");
 }
 
 void Workers::TakeOlder(const std::string& path) {
@@ -251,8 +248,7 @@ void Workers::TakeEnd(Member& member) {
   const std::string how = end.signal > 0 ? "（信号 " + std::to_string(end.signal) + "）" : "";
   const std::string source = std::exchange(member.underWay, {});
   if (!source.empty()) {
-    if (!records_.OutputOf(source)) ++member.handled;
-    records_.Tell(source, "");
+    if (records_.TellHandled(source)) ++member.handled;
     TellLost(source, "处理进程意外结束" + how + "，这个文件可能没有处理完");
   }
   member.exit = static_cast<int>(Exit::SomeWithout);
@@ -274,8 +270,7 @@ void Workers::TellUnfinished(Member& member, const std::string& how) {
   for (const Step& step : plan_.steps) {
     for (const std::string& path : step.files) {
       const bool folder = files_.IsFolder(path);
-      if (!folder && (!member.share.TakesNamed(path) || records_.OutputOf(path))) continue;
-      if (!folder) records_.Tell(path, "");
+      if (!folder && (!member.share.TakesNamed(path) || !records_.TellHandled(path))) continue;
       TellLost(path, what + (folder ? "，其中由它负责的文件没有处理完" : "，这个文件没有处理"));
     }
   }
@@ -303,7 +298,7 @@ void Workers::DropOlder() {
   for (const Older& older : older_) {
     const auto now = files_.Look(older.path);
     if (!now || !imaging::Unchanged(*now, older.facts)) continue;
-    const bool ours = records_.SourceOf(older.path) || records_.OutputOf(older.path);
+    const bool ours = records_.SourceOf(older.path) || records_.Handled(older.path);
     if (!ours) static_cast<void>(files_.Discard(older.path));
   }
   static_cast<void>(files_.Settle());

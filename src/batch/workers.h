@@ -65,6 +65,7 @@ class Workers {
   void TakeLine(Member& member, const std::string& line);
   void TakeEvent(Member& member, const Event& event);
   void TakeFile(Member& member, const Event& event);
+  void TakeLost(const Event& event);
   void TakeOutputs(const std::string& source, const Event& event);
   void TakeOlder(const std::string& path);
   void TakeEnd(Member& member);

@@ -67,7 +67,7 @@ void CutLedger::TakeBack(const std::string& output, const Origin& origin, const 
   ++totals_.none;
   const FileResult lost{origin.row, origin.source, "", Result::None, why};
   ShowResult(lost);
-  if (program_.observer) program_.observer->FileLost(lost);
+  if (program_.observer) program_.observer->FileLost(lost, output);
 }
 
 std::string CutLedger::SourceOf(const std::string& output) const {

@@ -40,8 +40,8 @@ class RunObserver {
   // A file of a run is taken up; "": none is.
   virtual void FileBegun(const std::string& /*source*/) {}
   virtual void FileDone(const FileResult& file) = 0;
-  // A file told as written whose bytes did not reach the disk after all.
-  virtual void FileLost(const FileResult& file) = 0;
+  // A file told as written with this output, which does not stand after all.
+  virtual void FileLost(const FileResult& file, const std::string& output) = 0;
   // An older file stands under the name of an output that could not be made. It is left there by a run that has only a
   // share of the files: it may be an output of another share.
   virtual void OlderLeft(const std::string& /*path*/) {}

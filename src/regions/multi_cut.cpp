@@ -206,6 +206,8 @@ void MultiCut::CutAll(const Source& source, const std::vector<RegionCut>& cuts) 
     std::string status = normal;
     status.append("  正在裁剪").append(number).append("/").append(std::to_string(cuts.size()));
     program_.form1.LStatus.SetText(status + source.progress);
+    // Still this one, for whoever takes the result of a region for the end of the picture.
+    if (j > 0 && program_.observer) program_.observer->FileBegun(source.path);
     const std::string why = CutRegion(picture, source, cuts[j]);
     Tell(source, cuts[j].output, why.empty() ? Result::Written : Result::None, why);
     if (!why.empty()) whys.append(whys.empty() ? "区域" : "；区域").append(number).append("：").append(why);

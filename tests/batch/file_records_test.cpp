@@ -22,11 +22,10 @@ class FileRecordsTest : public testing::Test {
 
 TEST_F(FileRecordsTest, KnowWhatWasTold) {
   FileRecords records(path_);
-  EXPECT_EQ(records.OutputOf(kOdd), std::nullopt);
-  records.Tell(kOdd, "/out/a.jpg");
-  EXPECT_EQ(records.OutputOf(kOdd), "/out/a.jpg");
-  records.Tell(kOdd, "");
-  EXPECT_EQ(records.OutputOf(kOdd), "");
+  EXPECT_FALSE(records.Handled(kOdd));
+  EXPECT_TRUE(records.TellHandled(kOdd));
+  EXPECT_FALSE(records.TellHandled(kOdd));
+  EXPECT_TRUE(records.Handled(kOdd));
   EXPECT_EQ(records.SourceOf("/out/a.jpg"), std::nullopt);
   records.TellMade("/out/a.jpg", kOdd);
   EXPECT_EQ(records.SourceOf("/out/a.jpg"), kOdd);
@@ -35,8 +34,8 @@ TEST_F(FileRecordsTest, KnowWhatWasTold) {
 
 TEST_F(FileRecordsTest, HandOutEverySource) {
   FileRecords records(path_);
-  records.Tell(kOdd, "/out/a.jpg");
-  records.Tell("/in/b.jpg", "");
+  records.TellHandled(kOdd);
+  records.TellHandled("/in/b.jpg");
   records.TellMade("/out/a.jpg", kOdd);
   std::set<std::string> sources;
   records.EachSource([&](const std::string& source) { sources.insert(source); });
@@ -47,38 +46,28 @@ TEST_F(FileRecordsTest, HandOutEverySource) {
 TEST_F(FileRecordsTest, PartSourcesFromOutputs) {
   FileRecords records(path_);
   records.TellMade("/a.jpg", "/b.jpg");
-  EXPECT_EQ(records.OutputOf("/a.jpg"), std::nullopt);
-  records.Tell("/a.jpg", "/c.jpg");
+  EXPECT_TRUE(records.TellHandled("/a.jpg"));
   EXPECT_EQ(records.SourceOf("/a.jpg"), "/b.jpg");
   EXPECT_TRUE(records.Complete());
 }
 
-TEST_F(FileRecordsTest, ALossIsTakenOnce) {
-  FileRecords records(path_);
-  EXPECT_FALSE(records.TakeLost(kOdd));
-  records.Lose(kOdd);
-  EXPECT_FALSE(records.TakeLost("/other"));
-  EXPECT_TRUE(records.TakeLost(kOdd));
-  EXPECT_FALSE(records.TakeLost(kOdd));
-}
-
 TEST_F(FileRecordsTest, LeaveNothingBehind) {
-  { FileRecords(path_).Tell(kOdd, ""); }
+  { FileRecords(path_).TellHandled(kOdd); }
   EXPECT_TRUE(folder_.Names("").empty());
 }
 
 TEST_F(FileRecordsTest, WithoutAFileTheyAreNotComplete) {
   FileRecords records(folder_.Path("missing/records"));
   EXPECT_FALSE(records.Complete());
-  records.Tell(kOdd, "/out/a.jpg");
-  EXPECT_EQ(records.OutputOf(kOdd), std::nullopt);
+  records.TellHandled(kOdd);
+  EXPECT_FALSE(records.Handled(kOdd));
   EXPECT_FALSE(records.Complete());
 }
 
 // Other bytes under the records stand for a disk that failed.
 TEST_F(FileRecordsTest, WhatWasLostIsNoticed) {
   FileRecords records(path_);
-  for (int i = 0; i < 20'000; ++i) records.Tell("/in/" + std::to_string(i), "/out/" + std::to_string(i));
+  for (int i = 0; i < 20'000; ++i) records.TellHandled("/in/" + std::to_string(i));
   EXPECT_TRUE(records.Complete());
   std::fstream(path_, std::ios::in | std::ios::out | std::ios::binary).seekp(40'000) << std::string(400'000, 'x');
   EXPECT_FALSE(records.Complete());

@@ -395,7 +395,7 @@ TEST(Watch, CountsALostFileOnceAsWithout) {
   const job::FileResult written{1, "/a.jpg", "/o/a.jpg", job::Result::Written, ""};
   watch.RunStarted(1);
   watch.FileDone(written);
-  watch.FileLost({1, "/a.jpg", "", job::Result::None, "没有写到磁盘上"});
+  watch.FileLost({1, "/a.jpg", "", job::Result::None, "没有写到磁盘上"}, "/out/a.jpg");
   EXPECT_EQ(watch.Sums().written, 0u);
   EXPECT_EQ(watch.Sums().none, 1u);
   EXPECT_EQ(recorder.Of(EventKind::File).size(), 2u);

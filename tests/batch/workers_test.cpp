@@ -209,6 +209,17 @@ class PlayedWorkersTest : public testing::Test {
     return whys;
   }
 
+  std::string Sums() const {
+    std::string sums;
+    const Event end = recorder_.Of(EventKind::End).at(0);
+    for (const Field& sum : end.fields) {
+      if (const auto* count = std::get_if<std::int64_t>(&sum.value)) {
+        sums.append(sums.empty() ? "" : ", ").append(std::to_string(*count)).append(" ").append(sum.name);
+      }
+    }
+    return sums;
+  }
+
   host::testing::TestHost world_;
   host::posix::SqliteJournals journals_{world_.folder.Path("journals")};
   host::posix::PosixClock clock_;
@@ -252,6 +263,45 @@ TEST_F(DyingWorkersTest, TheNextIsToldOfEverySource) {
               Says(BegunLine("/killer.jpg")) + "kill -9 $$\n",
           {});
   EXPECT_EQ(world_.folder.Read("told"), "/bad.jpg\n/good.jpg\n/killer.jpg\n");
+}
+
+// A region without output says nothing of those that were written.
+TEST_F(DyingWorkersTest, EachRegionOfASourceCounts) {
+  const std::string source = "/in/a.bmp";
+  Perform(SaysFile({0, source, "/out/a_1.bmp", job::Result::Written, ""}) +
+              SaysFile({0, source, "", job::Result::None, "empty"}) +
+              SaysFile({0, source, "/out/a_3.bmp", job::Result::Written, ""}) + SaysEnd() + "exit 1\n",
+          {});
+  EXPECT_EQ(Sums(), "2 written, 1 none, 0 skipped");
+}
+
+TEST_F(DyingWorkersTest, OneThatDiesBetweenTwoRegionsCostsTheRestOfThePicture) {
+  const std::string source = "/in/a.bmp";
+  Perform("if [ -n \"$QUILLON_BATCH_CAREFUL\" ]; then\n" + SaysEnd() + "exit 0\nfi\n" + Says(BegunLine(source)) +
+              SaysFile({0, source, "/out/a_1.bmp", job::Result::Written, ""}) + Says(BegunLine(source)) +
+              "kill -9 $$\n",
+          {});
+  EXPECT_EQ(Sums(), "1 written, 1 none, 0 skipped");
+  EXPECT_EQ(Whys()[source], "处理进程意外结束（信号 9），这个文件可能没有处理完");
+}
+
+TEST_F(DyingWorkersTest, ALostOutputIsTakenBack) {
+  const job::FileResult lost{0, "/in/a.bmp", "", job::Result::None, "lost"};
+  Perform(SaysFile({0, "/in/a.bmp", "/out/a.jpg", job::Result::Written, ""}) +
+              SaysFile({0, "/in/b.bmp", "/out/b.jpg", job::Result::Written, ""}) +
+              Says(JsonLine(LostEvent(lost, "/out/a.jpg"))) + SaysEnd() + "exit 1\n",
+          {});
+  EXPECT_EQ(Sums(), "1 written, 1 none, 0 skipped");
+}
+
+// Told when the other one took the name; its own worker finds out later.
+TEST_F(DyingWorkersTest, AnOutputThatAnotherOneTookIsTakenBackOnce) {
+  const job::FileResult lost{0, "/in/a.bmp", "", job::Result::None, "lost"};
+  Perform(SaysFile({0, "/in/a.bmp", "/out/x.jpg", job::Result::Written, ""}) +
+              SaysFile({0, "/in/b.bmp", "/out/x.jpg", job::Result::Written, ""}) +
+              Says(JsonLine(LostEvent(lost, "/out/x.jpg"))) + SaysEnd() + "exit 1\n",
+          {});
+  EXPECT_EQ(Sums(), "1 written, 1 none, 0 skipped");
 }
 
 // It would cut overwritten sources again.

@@ -102,7 +102,7 @@ class Recorder final : public RunObserver {
     done.push_back(file);
     if (onFileDone) onFileDone(file);
   }
-  void FileLost(const FileResult& file) override { lost.push_back(file); }
+  void FileLost(const FileResult& file, const std::string&) override { lost.push_back(file); }
   void OlderLeft(const std::string& path) override { olderLeft.push_back(path); }
   void RunEnded(const RunTotals& totals) override { ended.push_back(totals); }
   void FileNotListed(const std::string& source, const std::string& why) override {

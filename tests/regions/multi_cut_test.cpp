@@ -283,11 +283,13 @@ TEST_F(MultiCutTest, ADiskThatDoesNotAnswerIsToldForEachRegion) {
   EXPECT_EQ(OutNames().size(), 4u);
 }
 
+// And again for each further region.
 TEST_F(MultiCutTest, EachPictureIsToldAtItsBegin) {
   Regions("R\r\n0\t0\t60\t50\r\n0\t0\t10\t10\r\n");
-  const std::vector<std::string> pictures{Make("a.bmp", 100, 80), Make("b.bmp", 100, 80)};
-  CutRegionsOf(pictures);
-  EXPECT_EQ(recorder.begun, pictures);
+  const std::string a = Make("a.bmp", 100, 80);
+  const std::string b = Make("b.bmp", 100, 80);
+  CutRegionsOf({a, b});
+  EXPECT_EQ(recorder.begun, (std::vector<std::string>{a, a, b, b}));
 }
 
 TEST_F(MultiCutTest, ClosingDuringTheRunAsksAndStays) {

@@ -66,7 +66,7 @@ TEST(RunMonitor, CountsRateAndTimeLeft) {
   EXPECT_DOUBLE_EQ(figures.secondsLeft, 3);
   EXPECT_EQ(figures.file, QStringLiteral("图3.jpg"));
 
-  monitor.FileLost({.source = "/in/图0.jpg"});
+  monitor.FileLost({.source = "/in/图0.jpg"}, "/out/图0.jpg");
   EXPECT_EQ(monitor.Figures().failed, 2u);
   EXPECT_EQ(monitor.Figures().done, 4u);
   monitor.RunEnded({.planned = 10, .written = 2});

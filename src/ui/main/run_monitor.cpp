@@ -44,7 +44,7 @@ void RunMonitor::FileDone(const job::FileResult& file) {
   Later();
 }
 
-void RunMonitor::FileLost(const job::FileResult&) {
+void RunMonitor::FileLost(const job::FileResult&, const std::string&) {
   ++counted_.failed;
   Later();
 }

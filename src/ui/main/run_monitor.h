@@ -34,7 +34,7 @@ class RunMonitor : public QObject, public job::RunObserver {
   void RunStarted(std::size_t planned) override;
   void RunPlanned(std::size_t planned) override;
   void FileDone(const job::FileResult& file) override;
-  void FileLost(const job::FileResult& file) override;
+  void FileLost(const job::FileResult& file, const std::string& output) override;
   void RunEnded(const job::RunTotals& totals) override;
 
   RunFigures Figures() const;
