@@ -244,6 +244,8 @@ void Workers::TakeEnd(Member& member) {
   someDied_ = someDied_ || !member.finished;
   member.gone = member.finished || end.exit >= 0;
   member.exit = end.exit;
+  // What stops one stops the run.
+  if (end.exit == static_cast<int>(Exit::Stopped) && !std::exchange(signalled_, true)) Signal();
   if (member.gone) return;
   const std::string how = end.signal > 0 ? "（信号 " + std::to_string(end.signal) + "）" : "";
   const std::string source = std::exchange(member.underWay, {});
@@ -255,10 +257,10 @@ void Workers::TakeEnd(Member& member) {
   const bool progressed = member.handled > member.before;
   member.inVain = progressed ? 0 : member.inVain + 1;
   // None may take its place that would not know what is done: it would cut overwritten sources again.
-  member.gone = stopping_() || member.inVain >= kMostInVain || !SaveLeftOut(member);
+  member.gone = Ending() || member.inVain >= kMostInVain || !SaveLeftOut(member);
   if (!member.gone) {
     Start(member, Careful::Yes);
-  } else if (!stopping_()) {
+  } else if (!Ending()) {
     TellUnfinished(member, how);
   }
 }

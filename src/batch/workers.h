@@ -75,6 +75,7 @@ class Workers {
   void ShowProgress();
   void DropOlder();
   void RemoveJournals();
+  bool Ending() const { return signalled_ || stopping_(); }
   Exit Sum() const;
 
   const Plan& plan_;
@@ -96,7 +97,7 @@ class Workers {
   Summary sums_;
   double begun_ = 0;
   double shown_ = 0;
-  bool signalled_ = false;
+  bool signalled_ = false;  // all were asked to stop
   bool someDied_ = false;
 };
 

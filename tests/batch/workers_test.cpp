@@ -304,6 +304,15 @@ TEST_F(DyingWorkersTest, AnOutputThatAnotherOneTookIsTakenBackOnce) {
   EXPECT_EQ(Sums(), "1 written, 1 none, 0 skipped");
 }
 
+// A picture without a size, say, or a full disk that the user is asked about.
+TEST_F(PlayedWorkersTest, OneThatStopsByItselfEndsTheRun) {
+  plan_.jobs = 2;
+  const Exit exit = Perform("case \"$*\" in\n*--shard=1/*)\n" + SaysEnd() +
+                                "exit 3;;\nesac\ntrap 'kill $!; exit 3' TERM\nsleep 1000 &\nwait\n",
+                            {});
+  EXPECT_EQ(exit, Exit::Stopped);
+}
+
 // It would cut overwritten sources again.
 TEST_F(DyingWorkersTest, NoneFollowsWhereItCannotBeToldWhatIsDone) {
   world_.faults.Set({.call = host::testing::DiskCall::Write,
