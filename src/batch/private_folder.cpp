@@ -10,6 +10,7 @@
 
 #include "base/path_text.h"
 #include "host/posix/environment.h"
+#include "host/posix/posix_instance.h"
 #include "host/posix/program_folder.h"
 
 namespace quillon::batch {
@@ -19,7 +20,6 @@ namespace fs = std::filesystem;
 using host::Status;
 
 constexpr const char* kPrefix = "quillon-batch-";
-constexpr const char* kLock = "run.lock";
 constexpr int kMostTries = 1000;
 
 bool IsLoneProgram(const host::Files& files, const std::string& folder, const host::FolderEntry& entry) {
@@ -64,7 +64,7 @@ Status PrivateFolder::Make(const std::string& base, const std::string& executabl
 
 // The lock is taken before it gets the name that a sweep looks for, so that no sweep finds it free.
 Status PrivateFolder::MakeLocked(const std::string& path) {
-  const std::string lock = base::JoinPath(path, kLock);
+  const std::string lock = base::JoinPath(path, host::posix::kInstanceLock);
   lock_ = disk_.OpenNew(lock + ".new", 0600);
   int result = lock_ < 0 ? lock_ : disk_.Lock(lock_);
   if (result >= 0) result = disk_.Rename(lock + ".new", lock);
@@ -86,7 +86,7 @@ void PrivateFolder::Sweep(const std::string& base) {
     const std::string folder = base::JoinPath(base, name);
     host::DiskFacts facts;
     if (disk_.LookLink(folder, facts) < 0 || facts.user != disk_.User() || facts.link) continue;
-    const int lock = disk_.OpenOwn(base::JoinPath(folder, kLock));
+    const int lock = disk_.OpenOwn(base::JoinPath(folder, host::posix::kInstanceLock));
     if (lock < 0) continue;
     if (disk_.Lock(lock) == 0) (void)!files_.RemoveOwn(folder);
     disk_.Close(lock);

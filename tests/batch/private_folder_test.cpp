@@ -8,6 +8,7 @@
 #include <filesystem>
 
 #include "host/posix/posix_disk.h"
+#include "host/posix/posix_instance.h"
 #include "host/testing/temp_folder.h"
 
 namespace quillon::batch {
@@ -41,6 +42,13 @@ TEST_F(PrivateFolderTest, IsMadeForTheUserAloneAndRemoved) {
     folder.Write("tmp/" + fs::path(path).filename().native() + "/deep/Tmp.bmp", "x");
   }
   EXPECT_FALSE(fs::exists(path));
+}
+
+// Helpers in it wait for as long as it is.
+TEST_F(PrivateFolderTest, IsClaimed) {
+  PrivateFolder own(disk, files);
+  ASSERT_TRUE(Make(own));
+  EXPECT_TRUE(host::posix::IsClaimed(own.Path()));
 }
 
 TEST_F(PrivateFolderTest, EachIsItsOwn) {
@@ -82,10 +90,10 @@ TEST_F(PrivateFolderTest, TakesTheFilesOfAnInstalledProgram) {
 }
 
 TEST_F(PrivateFolderTest, SweepsWhatAKilledRunLeft) {
-  folder.Write("tmp/quillon-batch-1-1/run.lock", "");
+  folder.Write("tmp/quillon-batch-1-1/quillon.lock", "");
   folder.Write("tmp/quillon-batch-1-1/Tmp.bmp", "x");
   folder.Write("tmp/quillon-batch-2-1/Tmp.bmp", "just begun, without a lock yet");
-  folder.Write("tmp/something/run.lock", "");
+  folder.Write("tmp/something/quillon.lock", "");
   PrivateFolder running(disk, files);
   ASSERT_TRUE(Make(running));
   PrivateFolder own(disk, files);
@@ -97,7 +105,7 @@ TEST_F(PrivateFolderTest, SweepsWhatAKilledRunLeft) {
 }
 
 TEST_F(PrivateFolderTest, SweepsNothingThroughALink) {
-  folder.Write("precious/run.lock", "");
+  folder.Write("precious/quillon.lock", "");
   folder.Write("precious/work", "x");
   fs::create_directory_symlink(folder.Path("precious"), base + "/quillon-batch-1-1");
   PrivateFolder own(disk, files);

@@ -15,7 +15,7 @@
 namespace quillon::host::posix {
 namespace {
 
-std::string LockPath(const std::string& programFolder) { return base::JoinPath(programFolder, "quillon.lock"); }
+std::string LockPath(const std::string& programFolder) { return base::JoinPath(programFolder, kInstanceLock); }
 
 }  // namespace
 

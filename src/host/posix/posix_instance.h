@@ -8,9 +8,11 @@
 
 namespace quillon::host::posix {
 
-// The claim is a lock on the file "quillon.lock" in the program folder. The file stays; the lock goes with the
-// process. Where no lock can be had at all (a disk without locks, no right to write), the program counts as the only
-// one, since it must be able to start.
+// In the program folder.
+inline constexpr const char* kInstanceLock = "quillon.lock";
+
+// The claim is a lock on that file. The file stays; the lock goes with the process. Where no lock can be had at all (a
+// disk without locks, no right to write), the program counts as the only one, since it must be able to start.
 class PosixInstance final : public Instance {
  public:
   explicit PosixInstance(std::string programFolder) : programFolder_(std::move(programFolder)) {}
