@@ -31,7 +31,7 @@ host::Status Execute(Helper& helper) {
 
 // The command interpreter by which the program runs a helper that it cannot start itself.
 int main(int count, char** arguments) {
-  using namespace quillon::helpers;
+  namespace helpers = quillon::helpers;
   // What it runs knows its own time.
-  return RunHelper("CMD", count, arguments, Execute, {.seconds = kSecondsOfABatch});
+  return helpers::RunHelper("CMD", count, arguments, helpers::Execute, {.seconds = helpers::kSecondsOfABatch});
 }

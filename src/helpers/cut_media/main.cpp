@@ -38,7 +38,7 @@ host::Status Execute(Helper& helper) {
 }  // namespace quillon::helpers
 
 int main(int count, char** arguments) {
-  using namespace quillon::helpers;
+  namespace helpers = quillon::helpers;
   // All threads of FFmpeg count, and a film may be long.
-  return RunHelper("CutMedia", count, arguments, Execute, {.seconds = kSecondsOfABatch});
+  return helpers::RunHelper("CutMedia", count, arguments, helpers::Execute, {.seconds = helpers::kSecondsOfABatch});
 }

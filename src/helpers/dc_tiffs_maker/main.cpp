@@ -20,8 +20,8 @@ host::Status Execute(Helper& helper) {
 }  // namespace quillon::helpers
 
 int main(int count, char** arguments) {
-  using namespace quillon::helpers;
+  namespace helpers = quillon::helpers;
   // Only the one without a window decodes pictures, and is shut in.
-  if (WantsWindow(count, arguments)) return ShowWindow(count, arguments);
-  return RunHelper("DCTiffsMaker", count, arguments, Execute, {.seconds = kSecondsOfABatch});
+  if (helpers::WantsWindow(count, arguments)) return helpers::ShowWindow(count, arguments);
+  return helpers::RunHelper("DCTiffsMaker", count, arguments, helpers::Execute, {.seconds = helpers::kSecondsOfABatch});
 }

@@ -23,6 +23,6 @@ host::Status Execute(Helper& helper) {
 }  // namespace quillon::helpers
 
 int main(int count, char** arguments) {
-  using namespace quillon::helpers;
-  return RunHelper("PicsToAniGif", count, arguments, Execute, {.seconds = kSecondsOfABatch});
+  namespace helpers = quillon::helpers;
+  return helpers::RunHelper("PicsToAniGif", count, arguments, helpers::Execute, {.seconds = helpers::kSecondsOfABatch});
 }

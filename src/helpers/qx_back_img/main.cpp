@@ -11,6 +11,6 @@ host::Status Execute(Helper& helper) { return BackServer(helper).Serve(); }
 }  // namespace quillon::helpers
 
 int main(int count, char** arguments) {
-  using namespace quillon::helpers;
-  return RunHelper("QxBackImg", count, arguments, Execute, {.seconds = kSecondsOfABatch});
+  namespace helpers = quillon::helpers;
+  return helpers::RunHelper("QxBackImg", count, arguments, helpers::Execute, {.seconds = helpers::kSecondsOfABatch});
 }

@@ -41,6 +41,6 @@ host::Status Execute(Helper& helper) {
 }  // namespace quillon::helpers
 
 int main(int count, char** arguments) {
-  using namespace quillon::helpers;
-  return RunHelper("QxImgTool", count, arguments, Execute, {.seconds = kSecondsOfABatch});
+  namespace helpers = quillon::helpers;
+  return helpers::RunHelper("QxImgTool", count, arguments, helpers::Execute, {.seconds = helpers::kSecondsOfABatch});
 }

@@ -5,6 +5,7 @@
 // Carries out the order in "Ops.txt" of the program folder. Without one there is nothing to do: the program starts it
 // so to see whether it can be started.
 int main(int count, char** arguments) {
-  using namespace quillon::helpers;
-  return RunHelper("SavePicsToTiff", count, arguments, RunTiffOrder, {.seconds = kSecondsOfABatch});
+  namespace helpers = quillon::helpers;
+  return helpers::RunHelper("SavePicsToTiff", count, arguments, helpers::RunTiffOrder,
+                            {.seconds = helpers::kSecondsOfABatch});
 }
