@@ -4,8 +4,6 @@
 
 #include <gtest/gtest.h>
 #include <sqlite3.h>
-#include <sys/wait.h>
-#include <unistd.h>
 
 #include <csignal>
 #include <filesystem>
@@ -204,8 +202,9 @@ const std::vector<Job>& Followers() {
        .target = "out.pdf",
        .whole = HasThreePages,
        .talk =
-           [](const HelperFolder& app) {
-             if (Until([&] { return app.Exists("Images/0003.jpg"); })) app.Set("SplitPdf", "3");
+           [](const HelperFolder& app, const std::stop_token& stop) {
+             Until([&] { return stop.stop_requested() || app.Exists("Images/0003.jpg"); });
+             if (!stop.stop_requested()) app.Set("SplitPdf", "3");
            }},
       {.helper = "QxImgTool",
        .prepare =
@@ -227,9 +226,10 @@ const std::vector<Job>& Followers() {
        .target = "out.pdf",
        .whole = HasOnePage,
        .talk =
-           [](const HelperFolder& app) {
+           [](const HelperFolder& app, const std::stop_token& stop) {
              app.Set("QxImgTool", app.Path("a.jpg"));
-             if (Until([&] { return app.Get("QxImgTool").empty(); })) app.Set("QxImgTool", "end");
+             Until([&] { return stop.stop_requested() || app.Get("QxImgTool").empty(); });
+             if (!stop.stop_requested()) app.Set("QxImgTool", "end");
            }},
       {.helper = "TessaExifHandler",
        .prepare =
@@ -246,11 +246,7 @@ const std::vector<Job>& Followers() {
 Started Start(const HelperFolder& app, const Job& job, const std::vector<std::string>& parameters) {
   Started started{.helper = app.Start(job.helper, parameters)};
   if (!job.talk) return started;
-  started.program = fork();
-  if (started.program == 0) {
-    job.talk(app);
-    _exit(0);
-  }
+  started.program = std::make_shared<std::jthread>([&](const std::stop_token& stop) { job.talk(app, stop); });
   return started;
 }
 
@@ -262,41 +258,26 @@ Ran Finish(const HelperFolder& app, const Job& job, const Started& started) {
     return {.exit = done ? 0 : 1};
   }
   Ran ran = app.Wait(started.helper);
-  if (started.program > 0) waitpid(started.program, nullptr, 0);
+  if (started.program) started.program->join();
   return ran;
 }
 
 void Kill(const HelperFolder& app, const Started& started) {
-  for (const pid_t process : {started.helper, started.program}) {
-    if (process <= 0) continue;
-    kill(process, SIGKILL);
-    app.Wait(process);
-  }
+  kill(started.helper, SIGKILL);
+  app.Wait(started.helper);
+  if (!started.program) return;
+  started.program->request_stop();
+  started.program->join();
 }
 
 StoreHolder::StoreHolder(const HelperFolder& app) {
-  int ready[2] = {};
-  if (pipe(ready) < 0) return;
-  process_ = fork();
-  if (process_ == 0) {
-    sqlite3* store = nullptr;
-    const bool held = sqlite3_open(app.Path("settings.db").c_str(), &store) == SQLITE_OK &&
-                      sqlite3_exec(store, "BEGIN IMMEDIATE", nullptr, nullptr, nullptr) == SQLITE_OK;
-    if (!held) _exit(1);
-    (void)!write(ready[1], "1", 1);
-    for (;;) pause();
-  }
-  close(ready[1]);
-  char told = 0;
-  EXPECT_EQ(read(ready[0], &told, 1), 1);
-  close(ready[0]);
+  EXPECT_EQ(sqlite3_open(app.Path("settings.db").c_str(), &store_), SQLITE_OK);
+  EXPECT_EQ(sqlite3_exec(store_, "BEGIN IMMEDIATE", nullptr, nullptr, nullptr), SQLITE_OK);
 }
 
 void StoreHolder::LetGo() {
-  if (process_ <= 0) return;
-  kill(process_, SIGKILL);
-  waitpid(process_, nullptr, 0);
-  process_ = -1;
+  sqlite3_close(store_);
+  store_ = nullptr;
 }
 
 }  // namespace quillon::helpers::testing

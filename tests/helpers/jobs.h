@@ -3,11 +3,16 @@
 #pragma once
 
 #include <functional>
+#include <memory>
 #include <ostream>
+#include <stop_token>
 #include <string>
+#include <thread>
 #include <vector>
 
 #include "helpers/helper_process.h"
+
+struct sqlite3;
 
 namespace quillon::helpers::testing {
 
@@ -24,8 +29,8 @@ struct Job {
   const char* application = "Quillon";
   // Whether a finished target is whole, where it is not the same every time.
   std::function<bool(const std::string& path)> whole = {};
-  // The program's side of the talk while the helper works.
-  std::function<void(const HelperFolder& app)> talk = {};
+  // The program's side of the talk while the helper works, until it is done or to stop.
+  std::function<void(const HelperFolder& app, const std::stop_token& stop)> talk = {};
   // A server stays when it is done.
   bool serves = false;
 };
@@ -37,7 +42,7 @@ const std::vector<Job>& Followers();
 // Starts a job, with the program's side of it.
 struct Started {
   pid_t helper = -1;
-  pid_t program = -1;
+  std::shared_ptr<std::jthread> program;
 };
 Started Start(const HelperFolder& app, const Job& job, const std::vector<std::string>& parameters);
 // Waits until it is done; a server is ended then.
@@ -45,7 +50,7 @@ Ran Finish(const HelperFolder& app, const Job& job, const Started& started);
 // Ends it at once.
 void Kill(const HelperFolder& app, const Started& started);
 
-// A process that is writing into the store and does not come to an end.
+// One that is writing into the store and does not come to an end.
 class StoreHolder {
  public:
   explicit StoreHolder(const HelperFolder& app);
@@ -56,7 +61,7 @@ class StoreHolder {
   void LetGo();
 
  private:
-  pid_t process_ = -1;
+  sqlite3* store_ = nullptr;
 };
 
 inline void PrintTo(const Job& job, std::ostream* out) { *out << job.helper; }
