@@ -137,12 +137,19 @@ TEST_P(EveryStoreJob, ADamagedStoreKeepsNothingFromBeingMade) {
 class NotRoot {
  public:
   NotRoot() {
-    if (geteuid() != 0) return;
-    EXPECT_EQ(seteuid(65534), 0);
+    if (!root_) return;
+    EXPECT_EQ(setresuid(kNobody, kNobody, 0), 0);
   }
-  ~NotRoot() { EXPECT_EQ(seteuid(getuid()), 0); }
+  ~NotRoot() {
+    if (!root_) return;
+    EXPECT_EQ(setresuid(0, 0, 0), 0);
+  }
   NotRoot(const NotRoot&) = delete;
   NotRoot& operator=(const NotRoot&) = delete;
+
+ private:
+  static constexpr uid_t kNobody = 65534;
+  bool root_ = geteuid() == 0;
 };
 
 // Neither are answers that nobody can read, where the store may not be written.
