@@ -50,7 +50,9 @@ void Measure(benchmark::State& state) {
   imaging::MeasureProbe probe;
   for (auto _ : state) {
     quillon::base::Size size;
-    if (!probe.Measure(path, size)) state.SkipWithError("QUILLON_BENCH_PICTURE names no picture");
+    imaging::MeasureProbe::Source source;
+    if (!source.Open(path) || !probe.Measure(source, size))
+      state.SkipWithError("QUILLON_BENCH_PICTURE names no picture");
     benchmark::DoNotOptimize(size);
   }
 }
