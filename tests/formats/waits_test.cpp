@@ -64,20 +64,24 @@ class SlowProcesses final : public host::Processes {
   int left_;
 };
 
+host::Host WorldWith(host::testing::TestHost& world, host::Processes& processes) {
+  return {world.boxes,
+          world.dialogs,
+          world.pump,
+          world.clock,
+          world.files,
+          world.settings,
+          processes,
+          world.shell,
+          world.screen,
+          world.instance,
+          world.host.programFolder};
+}
+
 TEST_F(WaitsTest, ALongRestHasTurnsWithinIt) {
   constexpr int kLooks = 5;
   SlowProcesses processes(world.clock, kLooks);
-  host::Host slow{world.boxes,
-                  world.dialogs,
-                  world.pump,
-                  world.clock,
-                  world.files,
-                  world.settings,
-                  processes,
-                  world.shell,
-                  world.screen,
-                  world.instance,
-                  world.host.programFolder};
+  host::Host slow = WorldWith(world, processes);
   double last = 0;
   double longest = 0;
   world.pump.EveryTurn([&] {
@@ -91,17 +95,7 @@ TEST_F(WaitsTest, ALongRestHasTurnsWithinIt) {
 
 TEST_F(WaitsTest, ALongRestEndsWithAStop) {
   SlowProcesses processes(world.clock, 100);
-  host::Host slow{world.boxes,
-                  world.dialogs,
-                  world.pump,
-                  world.clock,
-                  world.files,
-                  world.settings,
-                  processes,
-                  world.shell,
-                  world.screen,
-                  world.instance,
-                  world.host.programFolder};
+  host::Host slow = WorldWith(world, processes);
   bool ends = false;
   world.pump.OnTurn(3, [&] { ends = true; });
   EXPECT_EQ(Tools(slow, {.stopped = [&] { return ends; }}).Wait("X.exe"), Waited::Stopped);

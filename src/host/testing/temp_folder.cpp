@@ -16,7 +16,7 @@ namespace quillon::host::testing {
 namespace fs = std::filesystem;
 
 TempFolder::TempFolder() {
-  std::string path = (fs::temp_directory_path() / "quillon-test-XXXXXX").native();
+  std::string path = (fs::temp_directory_path() / ("quillon-test-" + std::string(6, 'X'))).native();
   if (!mkdtemp(path.data())) throw std::runtime_error("no temporary folder: " + path);
   path_ = fs::canonical(path).native();
 }
