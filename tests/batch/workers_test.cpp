@@ -308,7 +308,7 @@ TEST_F(DyingWorkersTest, AnOutputThatAnotherOneTookIsTakenBackOnce) {
 TEST_F(PlayedWorkersTest, OneThatStopsByItselfEndsTheRun) {
   plan_.jobs = 2;
   const Exit exit = Perform("case \"$*\" in\n*--shard=1/*)\n" + SaysEnd() +
-                                "exit 3;;\nesac\ntrap 'kill $!; exit 3' TERM\nsleep 1000 &\nwait\n",
+                                "exit 3;;\nesac\ntrap 'exit 3' TERM\nwhile :; do sleep 0.01; done\n",
                             {});
   EXPECT_EQ(exit, Exit::Stopped);
 }
