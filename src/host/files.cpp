@@ -56,9 +56,11 @@ Status ReadAll(Disk& disk, int handle, std::string& out, std::uint64_t limit) {
   DiskFacts facts;
   if (const int looked = disk.LookOpen(handle, facts); looked < 0) return Status::FromErrno(-looked);
   if (facts.size > limit) return tooLarge;
-  // The size is only a hint: the file may grow, and some files of the system tell none.
+  // The size is only a hint: the file may grow, and some files of the system tell none. The byte above it tells the
+  // end.
+  out.resize(facts.size > 0 ? static_cast<std::size_t>(facts.size) + 1 : kChunk);
   for (std::size_t filled = 0;;) {
-    out.resize(filled + (filled < facts.size ? static_cast<std::size_t>(facts.size) - filled + 1 : kChunk));
+    if (filled == out.size()) out.resize(filled + kChunk);
     const std::int64_t read = disk.Read(handle, out.data() + filled, out.size() - filled);
     if (read < 0) return Status::FromErrno(static_cast<int>(-read));
     filled += static_cast<std::size_t>(read);

@@ -117,6 +117,7 @@ TEST_F(FilesTest, ReadsWholeFiles) {
   std::string read;
   EXPECT_TRUE(files.ReadFile(folder.Write("a", content), read));
   EXPECT_EQ(read, content);
+  EXPECT_LT(read.capacity(), content.size() + 1000) << "nothing is taken on for what does not follow";
   EXPECT_TRUE(files.ReadFile(folder.Write("b", ""), read));
   EXPECT_EQ(read, "");
   // The system tells no size for this one.
