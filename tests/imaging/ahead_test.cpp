@@ -13,6 +13,7 @@
 
 #include "host/errand.h"
 #include "host/posix/posix_disk.h"
+#include "host/testing/other_threads.h"
 #include "imaging/jpeg_cut.h"
 #include "imaging/jpeg_maker.h"
 #include "imaging/scratch_folder.h"
@@ -461,7 +462,9 @@ class SilentDiskTest : public AheadTest {
 
   double seconds_ = 1000;
   bool stopped_ = false;
-  std::function<void()> pump_ = [this] { seconds_ += 10; };
+  std::function<void()> pump_ = [this] {
+    if (host::testing::OtherThreadsWait()) seconds_ += 10;
+  };
   std::shared_ptr<Gate> gate_ = std::make_shared<Gate>();
 };
 
@@ -520,14 +523,18 @@ TEST_F(SilentDiskTest, AComputationIsWaitedForHoweverLongItTakes) {
 }
 
 TEST_F(SilentDiskTest, ReadsThatComeBackAreNoSilence) {
+  constexpr int kReads = 20;
   const CropRequest a = Made("a");
-  std::atomic<int> wanted = 0;
+  auto wanted = std::make_shared<std::atomic<int>>(0);
+  auto read = std::make_shared<std::atomic<int>>(0);
   Start(
-      [&, gate = gate_](const Ahead::Job& job) {
-        for (int i = 0; i < 20; ++i) {
+      [=](const Ahead::Job& job) {
+        while (*read < kReads) {
           ++job.reads;
-          while (wanted <= i) std::this_thread::yield();
+          wanted->wait(*read);
           ++job.reads;
+          ++*read;
+          read->notify_one();
         }
         return job.sink("x", 1);
       },
@@ -535,8 +542,11 @@ TEST_F(SilentDiskTest, ReadsThatComeBackAreNoSilence) {
   ahead_->PlanCrops({a});
   EXPECT_EQ(Take(a,
                  [&] {
+                   if (*wanted == kReads) return;
                    seconds_ += 20;
-                   ++wanted;
+                   ++*wanted;
+                   wanted->notify_one();
+                   read->wait(*wanted - 1);
                  }),
             "x");
 }

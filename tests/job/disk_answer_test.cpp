@@ -5,6 +5,7 @@
 #include "cut_fixture.h"
 #include "dead_disk.h"
 #include "host/errand.h"
+#include "host/testing/other_threads.h"
 
 namespace quillon::job {
 namespace {
@@ -21,7 +22,9 @@ class DiskAnswerTest : public ProgramTest {
   void File(const std::string& name) { world.folder.Write("tree/" + name, "x"); }
   // Each turn of the pump takes a second.
   void TimeGoesBy() {
-    world.pump.EveryTurn([&] { world.clock.Advance(1); });
+    world.pump.EveryTurn([&] {
+      if (host::testing::OtherThreadsWait()) world.clock.Advance(1);
+    });
   }
   int Asked() const { return world.faults.Count(DiskCall::OpenRead); }
 
@@ -123,7 +126,14 @@ class SilentRunTest : public CutTest {
  protected:
   void SetUp() override {
     CutTest::SetUp();
-    world.pump.EveryTurn([&] { world.clock.Advance(1); });
+    world.pump.EveryTurn([&] {
+      if (host::testing::OtherThreadsWait()) world.clock.Advance(1);
+    });
+  }
+  // Some time before the cut, which asks the disk anew.
+  void ListEarlier(const std::vector<std::string>& paths) {
+    List(paths);
+    world.clock.Advance(1);
   }
   std::vector<std::string> MakeThree() { return {Make("x/1.jpg"), Make("y/2.jpg"), Make("z/3.jpg")}; }
   // The second file is met by a thread that works ahead, and hangs there before the first is done with.
@@ -138,7 +148,7 @@ class SilentRunTest : public CutTest {
 };
 
 TEST_F(SilentRunTest, AListGoesOnBehindAFileThatDoesNotAnswer) {
-  List(MakeThree());
+  ListEarlier(MakeThree());
   dead.Take(world.faults, DiskCall::OpenRead, "/in/y/2.jpg");
   program.careful = true;  // so that nobody else reads
   Cut();
@@ -151,7 +161,7 @@ TEST_F(SilentRunTest, AListGoesOnBehindAFileThatDoesNotAnswer) {
 
 TEST_F(SilentRunTest, AnOlderResultOnADiskThatFellSilentIsLeftAlone) {
   world.folder.Write("out/1.jpg", "older");
-  List({Make("x/1.png"), Make("y/2.jpg")});
+  ListEarlier({Make("x/1.png"), Make("y/2.jpg")});
   world.folder.Write("in/x/1.png", world.folder.Read("in/x/1.png").substr(0, 100));
   program.careful = true;
   recorder.onFileDone = [&](const FileResult&) {
@@ -166,7 +176,7 @@ TEST_F(SilentRunTest, AnOlderResultOnADiskThatFellSilentIsLeftAlone) {
 }
 
 TEST_F(SilentRunTest, AStopEndsTheWait) {
-  List(MakeThree());
+  ListEarlier(MakeThree());
   program.careful = true;
   dead.Take(world.faults, DiskCall::OpenRead, "/in/y/2.jpg");
   world.pump.EveryTurn([&] { flags.StopRequested |= dead.Hangs(); });
@@ -178,7 +188,7 @@ TEST_F(SilentRunTest, AStopEndsTheWait) {
 }
 
 TEST_F(SilentRunTest, ACutAheadThatHangsFailsItsFileAlone) {
-  List(MakeThree());
+  ListEarlier(MakeThree());
   HangAheadOf("/in/y/2.jpg");
   Cut();
   EXPECT_EQ(Totals().written, 2u) << Whys();

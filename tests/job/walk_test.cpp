@@ -14,6 +14,7 @@
 #include "base/path_text.h"
 #include "cut_fixture.h"
 #include "dead_disk.h"
+#include "host/testing/other_threads.h"
 #include "job/file_count.h"
 
 namespace quillon::job {
@@ -152,7 +153,9 @@ TEST_F(WalkTest, AFolderThatNeverAnswersIsGivenUp) {
   program.observer = &recorder;
   DeadDisk dead;
   world.faults.Before(host::testing::DiskCall::List, 3, [&] { dead.Hang(); });
-  world.pump.EveryTurn([&] { world.clock.Advance(1); });
+  world.pump.EveryTurn([&] {
+    if (host::testing::OtherThreadsWait()) world.clock.Advance(1);
+  });
   EXPECT_EQ(Walk({Path("")}).size(), 2u);
   EXPECT_EQ(end, WalkEnd::Complete);
   ASSERT_EQ(recorder.notListed.size(), 1u);
@@ -164,7 +167,9 @@ TEST_F(WalkTest, WhatIsFoundDoesNotWaitForADeadFolder) {
   for (const char* name : {"0.jpg", "a/1.jpg"}) File(name);
   DeadDisk dead;
   world.faults.Before(host::testing::DiskCall::List, 2, [&] { dead.Hang(); });
-  world.pump.EveryTurn([&] { world.clock.Advance(1); });
+  world.pump.EveryTurn([&] {
+    if (host::testing::OtherThreadsWait()) world.clock.Advance(1);
+  });
   double visited = -1;
   visit = [&](const std::string&) {
     visited = world.clock.Seconds();

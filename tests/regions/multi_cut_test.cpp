@@ -5,6 +5,7 @@
 
 #include "host/errand.h"
 #include "host/posix/sqlite_journals.h"
+#include "host/testing/other_threads.h"
 #include "job/dead_disk.h"
 #include "regions_fixture.h"
 #include "transparent_png.h"
@@ -273,9 +274,12 @@ TEST_F(MultiCutTest, AStopEndsBothLoopsAndCountsTheRest) {
 TEST_F(MultiCutTest, ADiskThatDoesNotAnswerIsToldForEachRegion) {
   Regions("R\r\n0\t0\t60\t50\r\n0\t0\t10\t10\r\n");
   List({Make("x/a.bmp", 100, 80), Make("y/b.bmp", 100, 80), Make("z/c.bmp", 100, 80)});
+  world.clock.Advance(1);
   job::DeadDisk dead;
   dead.Take(world.faults, host::testing::DiskCall::OpenRead, "b.bmp");
-  world.pump.EveryTurn([&] { world.clock.Advance(1); });
+  world.pump.EveryTurn([&] {
+    if (host::testing::OtherThreadsWait()) world.clock.Advance(1);
+  });
   CutListed();
   EXPECT_EQ(Totals().written, 4u);
   EXPECT_EQ(Totals().none, 2u);
