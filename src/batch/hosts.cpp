@@ -5,8 +5,8 @@
 #include <algorithm>
 
 #include "batch/manual_steps.h"
-#include "batch/parse.h"
 #include "batch/replies.h"
+#include "host/absolute_path.h"
 
 namespace quillon::batch {
 namespace {
@@ -54,7 +54,7 @@ std::vector<std::string> BatchDialogs::Paths(const std::string& title, const std
   for (const Answer& answer : answers_) {
     if (!Holds(title, answer.text) && !Holds(filter, answer.text)) continue;
     if (answer.reply.empty() || ReplyNamed(answer.reply) || ManualSteps::IsButton(answer.reply)) continue;
-    paths.push_back(AbsolutePath(answer.reply, folder_));
+    paths.push_back(host::AbsolutePath(answer.reply, folder_));
   }
   return paths;
 }

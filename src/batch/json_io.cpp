@@ -8,6 +8,7 @@
 
 #include "base/number_text.h"
 #include "base/utf8.h"
+#include "host/absolute_path.h"
 
 namespace quillon::batch {
 namespace {
@@ -63,7 +64,7 @@ class ScriptReader {
       ReadSet(value);
     } else if (verb == "files") {
       Step step{Verb::Files, "", "", {}, place_};
-      for (const std::string& file : Texts(value)) step.files.push_back(AbsolutePath(file, folder_));
+      for (const std::string& file : Texts(value)) step.files.push_back(host::AbsolutePath(file, folder_));
       parsed_.plan.steps.push_back(std::move(step));
     } else if (verb == "print") {
       for (std::string& name : Texts(value)) Add(Verb::Print, std::move(name));
@@ -74,7 +75,7 @@ class ScriptReader {
     } else if (verb == "click") {
       Add(Verb::Click, Text(value));
     } else if (verb == "out") {
-      Add(Verb::Set, "Form1.LOutDir", AbsolutePath(Text(value), folder_));
+      Add(Verb::Set, "Form1.LOutDir", host::AbsolutePath(Text(value), folder_));
     } else {
       Fail("不认识的步骤 \"" + verb + "\"");
     }

@@ -7,21 +7,16 @@
 #include <CLI/Formatter.hpp>
 #include <algorithm>
 #include <charconv>
-#include <filesystem>
 #include <map>
 
-#include "base/path_text.h"
 #include "batch/json_io.h"
 #include "batch/options.h"
+#include "host/absolute_path.h"
 
 namespace quillon::batch {
 namespace {
 
-namespace fs = std::filesystem;
-
 constexpr const char* kUnknown = "不认识的选项 ";
-
-bool HasParentPart(const fs::path& path) { return std::find(path.begin(), path.end(), "..") != path.end(); }
 
 Verb VerbOf(const std::string& option) {
   if (option == "--open") return Verb::Open;
@@ -62,7 +57,7 @@ class Builder {
     } else if (value.empty()) {
       Fail(option + " 后面不能是空的");
     } else if (option == "--out") {
-      parsed_.plan.steps.push_back({Verb::Set, "Form1.LOutDir", AbsolutePath(value, folder_), {}, place});
+      parsed_.plan.steps.push_back({Verb::Set, "Form1.LOutDir", host::AbsolutePath(value, folder_), {}, place});
     } else {
       parsed_.plan.steps.push_back({VerbOf(option), value, "", {}, place});
     }
@@ -80,7 +75,7 @@ class Builder {
       } else if (item.empty()) {
         Fail("文件名不能是空的");
       } else {
-        files.files.push_back(AbsolutePath(item, folder_));
+        files.files.push_back(host::AbsolutePath(item, folder_));
       }
     }
     auto& steps = parsed_.plan.steps;
@@ -188,16 +183,6 @@ std::optional<std::pair<std::string, std::string>> SplitAssignment(const std::st
   const auto equals = text.find('=');
   if (equals == std::string::npos) return std::nullopt;
   return std::pair(text.substr(0, equals), text.substr(equals + 1));
-}
-
-std::string AbsolutePath(const std::string& path, const std::string& folder) {
-  fs::path full = fs::path(path).is_absolute() ? fs::path(path) : fs::path(folder) / path;
-  if (HasParentPart(full)) {
-    std::error_code error;
-    const fs::path parent = fs::weakly_canonical(full.filename() == ".." ? full : full.parent_path(), error);
-    if (!error) full = full.filename() == ".." ? parent : parent / full.filename();
-  }
-  return base::TrimTrailingSeparator(full.lexically_normal().native());
 }
 
 Parsed ParseArguments(const std::vector<std::string>& arguments, const std::string& folder, const ReadText& readText) {

@@ -28,7 +28,4 @@ Parsed ParseArguments(const std::vector<std::string>& arguments, const std::stri
 // "NAME=VALUE" at the first equals sign that stands behind a name; nothing without one.
 std::optional<std::pair<std::string, std::string>> SplitAssignment(const std::string& text);
 
-// path as it stands when absolute, else below folder.
-std::string AbsolutePath(const std::string& path, const std::string& folder);
-
 }  // namespace quillon::batch

@@ -3,11 +3,11 @@
 #include "job/file_intake.h"
 
 #include <algorithm>
-#include <filesystem>
 #include <utility>
 
 #include "base/path_text.h"
 #include "base/utf8.h"
+#include "host/absolute_path.h"
 #include "job/busy.h"
 #include "job/cut_options.h"
 #include "job/file_intake_admission.h"
@@ -38,12 +38,6 @@ constexpr const char* kImageFilter =
     "支持的类型|*.jpg;*.jpeg;*.bmp;*.dib;*jpe;*.jfif;*.gif;*.tif;*.tiff;*.png;*.psd|"
     "图片文件(*.jpg,*.jpeg,*.jpe,*.jfif)|*.jpg;*.jpeg;*.jpe;*.jfif|图片文件(*.bmp,*.dib)|"
     "*.bmp;*.dib|图片文件(*.gif)|*.gif|图片文件(*.tif,*.tiff)|*.tif;*.tiff|图片文件(*.png)|*.png|PSD文件|*.psd";
-
-std::string Absolute(const std::string& path) {
-  std::error_code error;
-  const std::filesystem::path whole = std::filesystem::absolute(path, error);
-  return error ? path : base::TrimTrailingSeparator(whole.lexically_normal().native());
-}
 
 }  // namespace
 
@@ -116,7 +110,7 @@ void FileIntake::Admit(const std::vector<std::string>& items) {
   if (!busy) return;
   std::vector<std::string> roots;
   for (const std::string& item : items) {
-    const std::string path = Absolute(item);
+    const std::string path = host::AbsolutePath(item);
     const host::Status answered = DiskAnswers(path);
     const auto facts = answered ? program_.host.files.Look(path) : std::nullopt;
     const bool folder = facts && facts->kind == host::FileKind::Folder;
@@ -272,7 +266,7 @@ void FileIntake::ChooseInputDir() {
   const std::string initial = InputDirExists() ? program_.form1.LInDir.Value() : std::string();
   const auto folder = program_.host.dialogs.ChooseFolder("请选择输入目录", initial);
   if (!folder) return;
-  program_.form1.LInDir.SetText(base::TrimTrailingSeparator(*folder));
+  program_.form1.LInDir.SetText(*folder);
   program_.SaveSetting("LInDir", program_.form1.LInDir.Value());
 }
 
@@ -280,7 +274,7 @@ void FileIntake::ChooseOutDir() {
   const std::string initial = OutDirExists() ? program_.form1.LOutDir.Value() : std::string();
   const auto folder = program_.host.dialogs.ChooseFolder("请选择输出目录", initial);
   if (!folder) return;
-  program_.form1.LOutDir.SetText(base::TrimTrailingSeparator(*folder));
+  program_.form1.LOutDir.SetText(*folder);
   program_.SaveSetting("LOutDir", program_.form1.LOutDir.Value());
 }
 

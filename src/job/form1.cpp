@@ -3,6 +3,7 @@
 #include "job/form1.h"
 
 #include "base/path_text.h"
+#include "host/absolute_path.h"
 #include "job/file_intake.h"
 #include "job/normal_cut.h"
 #include "job/program.h"
@@ -27,6 +28,7 @@ Form1::Form1(Program& program) : Window("Form1", kTitle), program_(program) {
 void Form1::ConnectParameters() {
   for (std::size_t i = 0; i < TCutValue.Size(); ++i) TCutValue[i].SetHandler([this, i] { TCutValue_Change(i); });
   for (std::size_t i = 0; i < TFixWH.Size(); ++i) TFixWH[i].SetHandler([this, i] { TFixWH_Change(i); });
+  LInDir.SetHandler([this] { LInDir_Change(); });
   LOutDir.SetHandler([this] { LOutDir_Change(); });
   ChBig.SetHandler([this] { ChBig_Click(); });
   ChLarge.SetHandler([this] { ChLarge_Click(); });
@@ -87,7 +89,9 @@ void Form1::OpenWindow(const std::string& name) {
   if (!program_.ShowWindow(name)) program_.AskMissingResource();
 }
 
-void Form1::LOutDir_Change() { LOutDir.SetText(base::TrimTrailingSeparator(LOutDir.Value())); }
+void Form1::LInDir_Change() { LInDir.SetText(host::AbsoluteFolder(program_.host.files, LInDir.Value())); }
+
+void Form1::LOutDir_Change() { LOutDir.SetText(host::AbsoluteFolder(program_.host.files, LOutDir.Value())); }
 
 void Form1::MenuStop_Click() {
   if (program_.Ask(kStopQuestion, kOkCancelDefaultCancel) != host::Reply::Ok) return;

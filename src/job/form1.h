@@ -138,6 +138,7 @@ class Form1 : public controls::Window {
   void ChBig_Click();
   void ChLarge_Click();
   void TQuality_Change();
+  void LInDir_Change();
   void LOutDir_Change();
   void MenuStop_Click();
   void MenuOpenOutDir_Click();

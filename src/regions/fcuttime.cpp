@@ -4,8 +4,8 @@
 
 #include <algorithm>
 
-#include "base/path_text.h"
 #include "base/utf8.h"
+#include "host/absolute_path.h"
 #include "job/busy.h"
 #include "job/file_intake.h"
 
@@ -28,7 +28,7 @@ FCutTime::FCutTime(job::Program& program)
     : Window("FCutTime", "Quillon—图片定时裁剪"),
       program_(program),
       editor_(program, {MSFlexGrid1, CmdAdd, CmdInput, CmdOut}, {}) {
-  LDir.SetHandler([this] { LDir.SetText(base::TrimTrailingSeparator(LDir.Value())); });
+  LDir.SetHandler([this] { LDir.SetText(host::AbsoluteFolder(program_.host.files, LDir.Value())); });
   CmdInDir.SetHandler([this] { CmdInDir_Click(); });
   ChFast.SetHandler([this] { ChFast_Click(ChFast, ChBak); });
   ChBak.SetHandler([this] { ChFast_Click(ChBak, ChFast); });

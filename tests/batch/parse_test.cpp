@@ -4,10 +4,7 @@
 
 #include <gtest/gtest.h>
 
-#include <filesystem>
-
 #include "batch/options.h"
-#include "host/testing/temp_folder.h"
 
 namespace quillon::batch {
 namespace {
@@ -151,25 +148,6 @@ TEST(ParseArguments, PutsTheStepsOfAScriptWhereItStands) {
 TEST(ParseArguments, RemembersWhereAStepWasGiven) {
   EXPECT_EQ(Parse({"--set", "A=1"}).plan.steps.at(0).place, "--set A=1");
   EXPECT_EQ(Parse({"--click", "M"}).plan.steps.at(0).place, "--click M");
-}
-
-TEST(AbsolutePath, StartsAtTheFolder) {
-  EXPECT_EQ(AbsolutePath("a/b.jpg", "/here"), "/here/a/b.jpg");
-  EXPECT_EQ(AbsolutePath("/a", "/here"), "/a");
-  EXPECT_EQ(AbsolutePath(".", "/here"), "/here");
-  EXPECT_EQ(AbsolutePath("/", "/here"), "/");
-  EXPECT_EQ(AbsolutePath("./a//b/", "/here"), "/here/a/b");
-  EXPECT_EQ(AbsolutePath("..", "/here/there"), "/here");
-  EXPECT_EQ(AbsolutePath("../a", "/here/there"), "/here/a");
-}
-
-// "link/.." is the folder above the link's target, not the one that the link stands in.
-TEST(AbsolutePath, GoesUpFromWhereALinkLeads) {
-  namespace fs = std::filesystem;
-  const host::testing::TempFolder folder;
-  fs::create_directories(folder.Path("far/away"));
-  fs::create_directory_symlink(folder.Path("far/away"), folder.Path("link"));
-  EXPECT_EQ(AbsolutePath("link/../a.jpg", folder.Path()), fs::canonical(folder.Path()).native() + "/far/a.jpg");
 }
 
 }  // namespace

@@ -9,18 +9,13 @@
 #include <vector>
 
 #include "base/path_text.h"
+#include "host/absolute_path.h"
 #include "host/posix/environment.h"
 
 namespace quillon::host::posix {
 namespace {
 
 constexpr const char* kProfiles = "ColorConfigs";
-
-std::string Absolute(const std::string& path) {
-  char here[PATH_MAX];
-  if (path.starts_with('/') || !getcwd(here, sizeof here)) return path;
-  return base::JoinPath(here, path);
-}
 
 // Folders with the files of an installed program, beside the one that its executable lies in.
 std::vector<std::string> InstalledBeside(const Files& files, const std::string& executableFolder) {
@@ -90,7 +85,7 @@ ProgramFolderHints HintsOfThisProcess() {
 }
 
 std::string ChooseProgramFolder(const Files& files, const ProgramFolderHints& hints) {
-  if (!hints.told.empty()) return base::TrimTrailingSeparator(Absolute(hints.told));
+  if (!hints.told.empty()) return AbsolutePath(hints.told);
   const std::string& own = hints.executableFolder;
   const bool installed = own.empty() || OfTheSystem(own) || !InstalledBeside(files, own).empty();
   if (!installed && access(own.c_str(), W_OK | X_OK) == 0) return own;
