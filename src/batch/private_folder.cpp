@@ -39,8 +39,11 @@ PrivateFolder::~PrivateFolder() {
   if (lock_ >= 0) disk_.Close(lock_);
 }
 
+// What still works in the folder finds it no more, so that nothing appears behind its removal.
 void PrivateFolder::Remove() {
-  if (!path_.empty()) (void)!files_.RemoveOwn(path_);
+  if (path_.empty()) return;
+  const std::string removed = path_ + "-removed";
+  (void)!files_.RemoveOwn(disk_.Rename(path_, removed) < 0 ? path_ : removed);
 }
 
 Status PrivateFolder::Make(const std::string& base, const std::string& executableFolder) {

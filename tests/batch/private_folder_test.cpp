@@ -6,9 +6,11 @@
 #include <sys/stat.h>
 
 #include <filesystem>
+#include <fstream>
 
 #include "host/posix/posix_disk.h"
 #include "host/posix/posix_instance.h"
+#include "host/testing/faulty_disk.h"
 #include "host/testing/temp_folder.h"
 
 namespace quillon::batch {
@@ -58,6 +60,19 @@ TEST_F(PrivateFolderTest, EachIsItsOwn) {
   ASSERT_TRUE(Make(two));
   EXPECT_NE(one.Path(), two.Path());
   EXPECT_TRUE(fs::exists(one.Path()));
+}
+
+TEST_F(PrivateFolderTest, NothingAppearsBehindItsRemoval) {
+  host::testing::FaultyDisk faults(disk);
+  host::Files world{faults};
+  PrivateFolder own(faults, world);
+  ASSERT_TRUE(Make(own));
+  const std::string work = own.Path() + "/Tmp.bmp";
+  bool begun = false;
+  faults.Before(host::testing::DiskCall::RemoveFolder, 1, [&] { begun = std::ofstream(work).is_open(); });
+  own.Remove();
+  EXPECT_FALSE(begun);
+  EXPECT_TRUE(fs::is_empty(base));
 }
 
 TEST_F(PrivateFolderTest, HoldsWhatIsInstalledWithoutCopyingTheLargeThings) {
