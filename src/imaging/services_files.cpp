@@ -14,6 +14,7 @@
 #include "imaging/limit_checks.h"
 #include "imaging/services.h"
 #include "imaging/services_parts.h"
+#include "imaging/source_backup.h"
 
 namespace quillon::imaging {
 namespace {
@@ -69,7 +70,7 @@ Status Services::Parts::SaveCut(const CropRequest& request, const std::function<
   return Save(request.destination, [&](host::Draft& draft) {
     Status filled = fill(draft);
     if (!filled || !files.SameFile(request.source, request.destination)) return filled;
-    return files.Copy(request.source, request.source + ".bak");
+    return KeepBackup(files, request.source);
   });
 }
 

@@ -89,10 +89,15 @@ Step PassOver(CutFile& file, std::string why) {
   return Step::FileDone;
 }
 
-host::Status CopyAsking(Program& program, const std::string& from, const std::string& to, const std::string& title) {
+host::Status SaveAsking(Program& program, const std::string& path, const std::function<host::Status()>& save,
+                        const std::string& title) {
   return host::SaveAsking(
-      program.host.boxes, to, host::DiskFullWording::Comma, [&] { program.flags.StopRequested = true; },
-      [&] { return program.host.files.Copy(from, to); }, title);
+      program.host.boxes, path, host::DiskFullWording::Comma, [&] { program.flags.StopRequested = true; }, save, title);
+}
+
+host::Status CopyAsking(Program& program, const std::string& from, const std::string& to, const std::string& title) {
+  return SaveAsking(
+      program, to, [&] { return program.host.files.Copy(from, to); }, title);
 }
 
 FileResult CutOneFile(CutRun& run, std::size_t row, const std::string& path) {

@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -73,7 +74,9 @@ Step Fail(CutFile& file, const host::Status& status);
 
 Step PassOver(CutFile& file, std::string why);
 
-// A copy that asks about a full disk; a refused retry sets Flags::StopRequested.
+// A save, or a copy, that asks about a full disk; a refused retry sets Flags::StopRequested.
+host::Status SaveAsking(Program& program, const std::string& path, const std::function<host::Status()>& save,
+                        const std::string& title = host::kBoxTitle);
 host::Status CopyAsking(Program& program, const std::string& from, const std::string& to,
                         const std::string& title = host::kBoxTitle);
 

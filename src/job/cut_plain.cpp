@@ -1,6 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Quillon developers
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "base/path_text.h"
+#include "imaging/source_backup.h"
 #include "job/cut_steps.h"
 
 namespace quillon::job {
@@ -53,7 +54,7 @@ bool OnlyOwnDpi(const CutFile& file) {
 host::Status KeepReplacedSource(CutFile& file) {
   Program& program = file.program;
   if (file.options.over || !program.host.files.SameFile(file.target, file.listed)) return host::Status::Ok();
-  return CopyAsking(program, file.listed, file.listed + ".bak");
+  return SaveAsking(program, file.listed, [&] { return imaging::KeepBackup(program.host.files, file.listed); });
 }
 
 imaging::CropRequest PlainCrop(const CutFile& file) {

@@ -13,6 +13,7 @@
 #include "imaging/jpeg_maker.h"
 #include "imaging/picture.h"
 #include "imaging/pictures.h"
+#include "imaging/source_backup.h"
 
 namespace quillon::imaging {
 namespace {
@@ -208,6 +209,31 @@ TEST_F(FileServices, ASourceMayBeItsOwnDestination) {
     EXPECT_TRUE(world.folder.Read(c.name) == before);
     EXPECT_TRUE(world.folder.Read(backup) == source);
   }
+}
+
+TEST_F(FileServices, AnOlderBackupGoesToTheTrash) {
+  WriteEverywhere(PhotoLike(60, 40, 3));
+  world.folder.Write("in.png.bak", "the user's own");
+  const std::string source = world.folder.Read("in.png");
+  ASSERT_TRUE(services.CropToFile(Request("in.png", "in.png", {0, 0, 5, 5}, Encoder::Png)));
+  EXPECT_TRUE(world.folder.Read("in.png.bak") == source);
+  EXPECT_EQ(world.folder.Read("data/Trash/files/in.png.bak"), "the user's own");
+  // A copy of this very source stays where it is.
+  const std::string cut = world.folder.Read("in.png");
+  ASSERT_TRUE(KeepBackup(world.files, Path("in.png")));
+  ASSERT_TRUE(KeepBackup(world.files, Path("in.png")));
+  EXPECT_TRUE(world.folder.Read("in.png.bak") == cut);
+  EXPECT_EQ(world.folder.Names("data/Trash/files").size(), 2u);
+  // Without a trash nothing is replaced.
+  world.folder.Write("in.png.bak", "again");
+  world.faults.Set({.call = DiskCall::RenameNew,
+                    .nth = 1,
+                    .error = EACCES,
+                    .length = Fault::Length::ForEver,
+                    .pathHolds = "in.png.bak"});
+  EXPECT_FALSE(services.CropToFile(Request("in.png", "in.png", {0, 0, 2, 2}, Encoder::Png)));
+  EXPECT_TRUE(world.folder.Read("in.png") == cut);
+  EXPECT_EQ(world.folder.Read("in.png.bak"), "again");
 }
 
 TEST_F(FileServices, ASourceThatCannotBeKeptIsNotReplaced) {

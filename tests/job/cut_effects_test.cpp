@@ -495,9 +495,11 @@ TEST_F(CutEffectsTest, EffectsInTheFolderOfTheSourceKeepIt) {
   Option("ChInvert", "1");
   const std::string path = Make("a.png");
   const std::string before = world.folder.Read("in/a.png");
+  world.folder.Write("in/a.png.bak", "an older one");
   Put("LOutDir", world.folder.Path("in"));
   Cut({path});
   EXPECT_EQ(world.folder.Read("in/a.png.bak"), before);
+  EXPECT_EQ(world.folder.Read("data/Trash/files/a.png.bak"), "an older one");
   EXPECT_EQ(Totals().written, 1u);
 }
 
