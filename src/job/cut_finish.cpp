@@ -12,6 +12,11 @@ namespace {
 // What is missing in an output that is written all the same.
 void Note(CutFile& file, const std::string& why) { file.result.why += (file.result.why.empty() ? "" : "；") + why; }
 
+bool HoldsCmyk(const std::string& extension) {
+  const imaging::Encoder encoder = imaging::EncoderFor(extension);
+  return encoder == imaging::Encoder::Jpeg || encoder == imaging::Encoder::Tiff;
+}
+
 }  // namespace
 
 Step StopHere(CutFile& file) {
@@ -26,6 +31,8 @@ Step ConvertToCmyk(CutFile& file) {
   const host::Status converted = file.program.outputTools->ToCmyk(file.made);
   if (converted.DiskFull() || converted.GetProblem() == host::Problem::Stopped) return Fail(file, converted);
   if (!converted) Note(file, "颜色没有转换：" + converted.Why());
+  const std::string format = base::SplitPath(file.made).extension;
+  if (converted && !HoldsCmyk(format)) Note(file, format + " 不能保存 CMYK，印刷效果的颜色存成了 RGB");
   return Step::Next;
 }
 

@@ -91,6 +91,21 @@ TEST_F(CutFinishTest, CmykComesBeforeTheDelivery) {
   EXPECT_EQ(OutNames(), (std::vector<std::string>{"a.jpg", "b.jpg"}));
 }
 
+TEST_F(CutFinishTest, FormatsWithoutCmykAreTold) {
+  GiveProfiles();
+  program.outputTools = &tools;
+  flags.ToCmyk = true;
+  const std::string path = Make("a.jpg");
+  for (const std::string type : {"jpg", "png", "gif", "tif", "bmp", "pdf"}) {
+    form.CmbOutType.SetText(type);
+    program.files.Clear();
+    Cut({path});
+    EXPECT_EQ(Totals().written, 1u) << type;
+    const bool told = type == "png" || type == "gif" || type == "bmp";
+    EXPECT_EQ(Why(1), told ? type + " 不能保存 CMYK，印刷效果的颜色存成了 RGB" : "") << type;
+  }
+}
+
 TEST_F(CutFinishTest, ARefusedOrStoppedConversionLeavesNoOutput) {
   GiveProfiles();
   program.outputTools = &tools;
