@@ -19,6 +19,7 @@ using controls::Control;
 using controls::Kind;
 
 constexpr std::size_t kNearest = 3;
+constexpr const char* kOnlyInputFolder = "已启用“超大容量”，只处理输入目录中的文件";
 
 std::string Joined(const std::vector<std::string>& names) {
   std::string all;
@@ -143,16 +144,25 @@ std::string Runner::Click(Control& control) {
   }
   const bool driver = control.Parent() == &program_.form1.MenuCut && &control != &program_.form1.MenuStop;
   if (driver && NothingLeftForUs()) return {};
+  if (driver && program_.flags.LargeCapacityMode) TellNotTaken();
   const std::size_t runs = watch_.RunsStarted();
   reporter_.ForgetBox();
   const controls::EditResult result = control.UserClick();
   if (result.Accepted() && driver && watch_.RunsStarted() == runs && !Stopped()) TellGivenUp();
+  if (driver) rowsTold_ = program_.files.RowCount();
   return result.refusal;
 }
 
 // Files were named, and all of them are handled by others.
 bool Runner::NothingLeftForUs() const {
   return program_.leftToOthers > 0 && program_.files.RowCount() == 0 && !program_.flags.LargeCapacityMode;
+}
+
+// A large-capacity run does not take the list.
+void Runner::TellNotTaken() {
+  for (; rowsTold_ < program_.files.RowCount(); ++rowsTold_) {
+    watch_.TellFile({rowsTold_ + 1, program_.files.Row(rowsTold_).Path(), "", job::Result::None, kOnlyInputFolder});
+  }
 }
 
 // A run that did not begin leaves every listed file without output.

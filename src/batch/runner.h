@@ -43,6 +43,7 @@ class Runner {
   bool TimeToAdmit(const std::vector<Step>& steps, std::size_t next) const;
   void Admit();
   void TellUnlisted(const std::vector<std::string>& named, job::Result result);
+  void TellNotTaken();
   void TellGivenUp();
   bool NothingLeftForUs() const;
   bool Stopped() const;
@@ -55,6 +56,7 @@ class Runner {
   Stopping stopping_;
   std::vector<std::string> waiting_;  // files and folders to be admitted
   Outcome outcome_;
+  std::size_t rowsTold_ = 0;  // of the list, by a run or as not taken
   bool gaveUp_ = false;
 };
 

@@ -85,8 +85,16 @@ void Watch::FileLost(const job::FileResult& file, const std::string& output) {
 }
 
 void Watch::FileNotListed(const std::string& source, const std::string& why) {
+  TellRefused(source, job::Result::None, why);
+}
+
+void Watch::FileFilteredOut(const std::string& source, const std::string& why) {
+  TellRefused(source, job::Result::Skipped, why);
+}
+
+void Watch::TellRefused(const std::string& source, job::Result result, const std::string& why) {
   refused_.insert(source);
-  TellFile({0, source, "", job::Result::None, why});
+  TellFile({0, source, "", result, why});
 }
 
 void Watch::RunEnded(const job::RunTotals& totals) {

@@ -30,7 +30,7 @@ class Watch final : public job::RunObserver {
 
   const Summary& Sums() const { return sums_; }
   std::size_t RunsStarted() const { return runs_; }
-  // Whether a listing told of the file that it could not take it.
+  // Whether a listing told of the file that it did not take it.
   bool Refused(const std::string& source) const { return refused_.contains(source); }
 
   void RunStarted(std::size_t planned) override;
@@ -41,10 +41,12 @@ class Watch final : public job::RunObserver {
   void OlderLeft(const std::string& path) override { reporter_.OlderLeft(path); }
   void RunEnded(const job::RunTotals& totals) override;
   void FileNotListed(const std::string& source, const std::string& why) override;
+  void FileFilteredOut(const std::string& source, const std::string& why) override;
 
  private:
   void Observe(controls::Window& window, Trace trace);
   void TellTitle(const controls::Window& window);
+  void TellRefused(const std::string& source, job::Result result, const std::string& why);
   void Count(job::Result result);
 
   job::Program& program_;

@@ -67,8 +67,9 @@ Admission AdmissionRule::Admit(const std::string& path) {
     Refuse(path, measured ? "图片的宽或高为 0" : measured.Why());
     return Admission::Ended;
   }
-  if (TooSmall({facts.width, facts.height}, FilterThresholds(program_))) {
+  if (const base::Size least = FilterThresholds(program_); TooSmall({facts.width, facts.height}, least)) {
     ++filtered_;
+    if (program_.observer) program_.observer->FileFilteredOut(path, TooSmallText(least));
     return Admission::PassedOver;
   }
   if (const auto file = program_.host.files.Look(path)) row.bytes = file->size;

@@ -49,6 +49,8 @@ class RunObserver {
   // A file that a listing did not take although it was named, or that it could not measure and so ended at; a folder
   // that could not be listed.
   virtual void FileNotListed(const std::string& /*source*/, const std::string& /*why*/) {}
+  // A file that the filter of small pictures kept out of a listing.
+  virtual void FileFilteredOut(const std::string& /*source*/, const std::string& /*why*/) {}
 };
 
 }  // namespace quillon::job

@@ -128,6 +128,33 @@ TEST_F(ProgramTest, ExitsWithThreeWhenStopped) {
   }
 }
 
+TEST_F(ProgramTest, AFolderMayBeNamedFromTheCurrentOne) {
+  Picture("in/deep/a.bmp");
+  for (const char* name : {"in", "./in/", "deep/../in"}) {
+    fs::remove_all(out);
+    fs::create_directories(out);
+    fs::create_directories(folder.Path("deep"));
+    const Ran ran =
+        Run({"--set", "ChCutA=0", "--set", "ChBig=1", "--set", "ChSubFold=1", "--set", "ChKeepDir=1", "--set",
+             std::string("LInDir=") + name, "--out", "out", "--answer", "打开输出目录=No", "--click", "menuNormalCut"});
+    EXPECT_EQ(ran.exit, 0) << ran.err;
+    EXPECT_TRUE(fs::exists(out + folder.Path("in/deep/a.jpg"))) << name;
+  }
+}
+
+TEST_F(ProgramTest, WhatTheFilterKeepsOutIsTold) {
+  Picture("in/a.bmp");
+  const Ran ran = Run(Cut({"in", Picture("b.bmp")}, {"--json", "--open", "FBaseOpt", "--set", "FBaseOpt.ChFilter=1",
+                                                     "--set", "FBaseOpt.TSmalS(0)=41"}));
+  EXPECT_EQ(ran.exit, 0) << ran.err;
+  const auto files = EventsOf(ran.out, "file");
+  ASSERT_EQ(files.size(), 2u) << ran.out;
+  for (const Json& file : files) {
+    EXPECT_EQ(file.at("result"), "skipped");
+    EXPECT_THAT(file.at("why").get<std::string>(), testing::StartsWith("宽或高不足 41x"));
+  }
+}
+
 // Nobody reads what it writes, so it cannot go on by itself.
 TEST_F(ProgramTest, ASecondSignalEndsItAtOnce) {
   Pictures(1000);

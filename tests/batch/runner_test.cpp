@@ -214,6 +214,29 @@ TEST(Runner, TellsNamedFilesThatAreNotListed) {
   EXPECT_THAT(world.recorder.Lines().back(), HasSubstr(R"("written":2,"none":2,"skipped":0)"));
 }
 
+TEST(Runner, NamedFilesThatALargeRunDoesNotTakeAreTold) {
+  World world;
+  world.Picture("in/a.bmp", 20, 10);
+  const std::string named = world.Picture("named.bmp", 20, 10);
+  const Outcome outcome = world.Perform({World::Files({named}), World::Set("ChBig", "1"),
+                                         World::Set("LInDir", world.test.folder.Path("in")), world.Out(),
+                                         World::Percent(), World::Click("menuNormalCut")});
+  EXPECT_EQ(outcome.exit, Exit::SomeWithout);
+  EXPECT_EQ(world.FileResults(), (Texts{"named.bmp none", "a.bmp written"}));
+  EXPECT_EQ(world.recorder.Of(EventKind::File).at(0).Text("why"), "已启用“超大容量”，只处理输入目录中的文件");
+}
+
+TEST(Runner, AListThatWasCutBeforeALargeRunIsToldOnce) {
+  World world;
+  world.Picture("in/a.bmp", 20, 10);
+  const std::string named = world.Picture("named.bmp", 20, 10);
+  const Outcome outcome = world.Perform(
+      {World::Files({named}), world.Out(), World::Percent(), World::Click("menuNormalCut"), World::Set("ChBig", "1"),
+       World::Set("LInDir", world.test.folder.Path("in")), World::Click("menuNormalCut")});
+  EXPECT_EQ(outcome.exit, Exit::AllWritten);
+  EXPECT_EQ(world.FileResults(), (Texts{"named.bmp written", "a.bmp written"}));
+}
+
 TEST(Runner, AFileThatTheFilterLeavesOutIsSkipped) {
   World world;
   const std::string small = world.Picture("small.bmp", 20, 10);
@@ -224,7 +247,7 @@ TEST(Runner, AFileThatTheFilterLeavesOutIsSkipped) {
                      World::Percent(), World::Click("menuNormalCut")});
   EXPECT_EQ(outcome.exit, Exit::AllWritten) << testing::PrintToString(outcome.notes);
   EXPECT_EQ(world.FileResults(), (Texts{"small.bmp skipped", "large.bmp written"}));
-  EXPECT_EQ(world.recorder.Of(EventKind::File).at(0).Text("why"), "不合条件，没有加入列表");
+  EXPECT_EQ(world.recorder.Of(EventKind::File).at(0).Text("why"), "宽或高不足 100x50 像素，按“过滤小图片”跳过");
 }
 
 // There is nothing yet to count the frames with, so the mode is left.

@@ -108,6 +108,9 @@ class Recorder final : public RunObserver {
   void FileNotListed(const std::string& source, const std::string& why) override {
     notListed.emplace_back(source, why);
   }
+  void FileFilteredOut(const std::string& source, const std::string& why) override {
+    filteredOut.emplace_back(source, why);
+  }
 
   std::vector<std::size_t> started;
   std::vector<std::size_t> counted;
@@ -117,6 +120,7 @@ class Recorder final : public RunObserver {
   std::vector<std::string> olderLeft;
   std::vector<RunTotals> ended;
   std::vector<std::pair<std::string, std::string>> notListed;
+  std::vector<std::pair<std::string, std::string>> filteredOut;
   std::function<void(const FileResult&)> onFileDone;
 };
 

@@ -140,6 +140,21 @@ TEST_F(IntakeTest, TheRowHoldsWhatWasMeasured) {
   EXPECT_EQ(row.pages, 0);
 }
 
+TEST_F(IntakeTest, AFolderHasOneText) {
+  const std::string folder = world.folder.Path("in");
+  ASSERT_TRUE(world.files.MakeFolders(folder));
+  for (const char* label : {"LInDir", "LOutDir"}) {
+    for (const char* way : {"", "/", "//", "/./"}) {
+      Put(label, folder + way);
+      EXPECT_EQ(program.windows.Find(label)->Value(), folder) << label << way;
+    }
+    Put(label, ".");
+    EXPECT_EQ(program.windows.Find(label)->Value(), std::filesystem::current_path().native());
+    Put(label, "未选择");
+    EXPECT_EQ(program.windows.Find(label)->Value(), "未选择");
+  }
+}
+
 TEST_F(IntakeTest, ReadFilesNeedsAnInputFolder) {
   Click("MenuReadFiles");
   ASSERT_EQ(Boxes().size(), 1u);
@@ -256,8 +271,13 @@ TEST_F(IntakeTest, AFilterThatLetsNothingThroughIsTold) {
   options.Load();
   Put("FBaseOpt.ChFilter", "1");
   Put("FBaseOpt.TSmalS(0)", "100000");
-  program.Intake().Admit({Make("a.bmp", 40, 30), Make("b.bmp", 50, 60)});
+  program.observer = &recorder;
+  const std::vector<std::string> small{Make("a.bmp", 40, 30), Make("b.bmp", 50, 60)};
+  program.Intake().Admit(small);
   EXPECT_EQ(program.files.RowCount(), 0u);
+  ASSERT_EQ(recorder.filteredOut.size(), 2u);
+  EXPECT_EQ(recorder.filteredOut[1],
+            std::pair(small[1], std::string("宽或高不足 100000x100 像素，按“过滤小图片”跳过")));
   EXPECT_THAT(form.LStatus.Value(), ::testing::EndsWith("  过滤小图片：2 张不足 100000x100 像素，未加入"));
   Put("FBaseOpt.TSmalS(0)", "0");
   Put("FBaseOpt.TSmalS(1)", "0");
