@@ -53,7 +53,9 @@ void StopSignals::Listen() {
     if (waits[1].revents) return;
     signalfd_siginfo told{};
     if (!(waits[0].revents & POLLIN) || read(taken_, &told, sizeof told) != sizeof told) continue;
-    if (stopping_.exchange(true)) {
+    // A process may be told more than once that the one that started it is gone.
+    const bool insists = told.ssi_signo != SIGHUP;
+    if (stopping_.exchange(true) && insists) {
       const std::lock_guard lock(mutex_);
       if (insist_) insist_();
     }

@@ -21,7 +21,7 @@ class StopSignals {
   StopSignals& operator=(const StopSignals&) = delete;
 
   bool Stopping() const { return stopping_; }
-  // Called at the second signal, on the thread that takes it: the first one was not obeyed.
+  // Called at a second SIGINT or SIGTERM, on the thread that takes it: the first one was not obeyed.
   void OnInsist(std::function<void()> act);
 
  private:

@@ -42,7 +42,9 @@ struct Call {
 
 [[noreturn]] void Become(const Call& call, int out, int err, pid_t parent) {
   setpgid(0, 0);
-  prctl(PR_SET_PDEATHSIG, SIGTERM);
+  // It comes for each of our threads that ends, so it must be one that nobody insists by, even where we ignore it.
+  std::signal(SIGHUP, SIG_DFL);
+  prctl(PR_SET_PDEATHSIG, SIGHUP);
   if (getppid() != parent) _exit(kCannotStart);
   sigset_t none;
   sigemptyset(&none);

@@ -20,6 +20,13 @@ void Send(int signal, const StopSignals& signals) {
   while (!signals.Stopping()) std::this_thread::yield();
 }
 
+// Until it is taken, one behind the other.
+bool Pending(int signal) {
+  sigset_t signals;
+  sigpending(&signals);
+  return sigismember(&signals, signal) == 1;
+}
+
 TEST_F(StopSignalsTest, AreWishesToStop) {
   for (const int signal : {SIGINT, SIGTERM, SIGHUP}) {
     EXPECT_EXIT(
@@ -43,6 +50,21 @@ TEST_F(StopSignalsTest, TheSecondIsInsisted) {
         for (;;) pause();
       },
       testing::ExitedWithCode(41), "");
+}
+
+TEST_F(StopSignalsTest, HangUpsDoNotInsist) {
+  EXPECT_EXIT(
+      {
+        StopSignals signals;
+        signals.OnInsist([] { _exit(41); });
+        Send(SIGHUP, signals);
+        for (int i = 0; i < 3; ++i) {
+          kill(getpid(), SIGHUP);
+          while (Pending(SIGHUP)) std::this_thread::yield();
+        }
+        _exit(43);
+      },
+      testing::ExitedWithCode(43), "");
 }
 
 // As nohup asks for.
