@@ -5,6 +5,7 @@
 #include <string>
 #include <vector>
 
+#include "host/posix/freed_memory.h"
 #include "job/file_intake.h"
 #include "job/program.h"
 #include "suite/suite.h"
@@ -14,6 +15,7 @@
 
 // quillon [FILE|FOLDER...]: the window, with the named files listed.
 int main(int count, char** arguments) {
+  quillon::host::posix::ReturnFreedMemory();
   QApplication application(count, arguments);
   quillon::ui::SetUp(application);
   const std::vector<std::string> files(arguments + (count > 0), arguments + count);

@@ -45,11 +45,12 @@ class Ahead {
   // Measures a picture and remembers the answer. Called on one thread at a time.
   using MeasureWork = std::function<void(const std::string& path)>;
 
+  // By default results and working memory together stay at most 168 MB.
   struct Bounds {
     int threads = 0;                                 // 0: as many as there are cores
     int planned = 24;                                // crops planned at once
     std::int64_t results = std::int64_t{24} << 20;   // bytes of finished and growing results
-    std::int64_t working = std::int64_t{160} << 20;  // bytes admitted to running crops
+    std::int64_t working = std::int64_t{144} << 20;  // bytes admitted to running crops
     std::function<double()> seconds = {};            // the clock of the waits, the system's where there is none
     std::function<bool()> stopped = {};              // whether a stop is requested; asked during waits
   };

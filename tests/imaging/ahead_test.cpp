@@ -372,6 +372,33 @@ TEST_F(AheadTest, WorkingMemoryIsBounded) {
   EXPECT_EQ(finished, 200);
 }
 
+// 88 million bytes are a progressive picture of 5120 x 2880, 55 million one of 3840 x 2400, with colour at every pixel.
+TEST_F(AheadTest, TwoLargePicturesAreHeldAtOnceButNoThird) {
+  std::vector<CropRequest> all;
+  for (const char* name : {"a", "b", "c", "d"}) all.push_back(Made(name));
+  const std::vector<std::int64_t> bytes = {88'000'000, 55'000'000, 8'000'000, 88'000'000};
+  std::mutex mutex;
+  std::condition_variable_any changed;
+  std::int64_t held = 0;
+  std::size_t asked = 0;
+  const auto work = [&](const Ahead::Job& job) -> Status {
+    std::unique_lock lock(mutex);
+    const bool admitted = job.admit(bytes.at(asked));
+    if (admitted) held += bytes.at(asked);
+    ++asked;
+    changed.notify_all();
+    if (admitted) changed.wait(lock, job.stop, [] { return false; });
+    return {Problem::Stopped, ""};
+  };
+  Start(work, {.threads = 4});
+  ahead_->PlanCrops(all);
+  std::unique_lock lock(mutex);
+  changed.wait(lock, [&] { return asked == all.size(); });
+  EXPECT_EQ(held, 143'000'000);
+  lock.unlock();
+  ahead_.reset();
+}
+
 TEST_F(AheadTest, WorkThatNeverFitsIsLeftToTheCaller) {
   const CropRequest a = Made("a");
   Start([](const Ahead::Job& job) { return job.admit(101) ? job.sink("x", 1) : Status(Problem::Stopped, ""); },
