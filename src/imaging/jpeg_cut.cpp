@@ -10,6 +10,7 @@
 
 #include "imaging/jpeg_exif.h"
 #include "imaging/jpeg_head.h"
+#include "imaging/jpeg_pages.h"
 #include "imaging/jpeg_planes.h"
 #include "imaging/jpeg_rows.h"
 #include "imaging/jpeg_stream.h"
@@ -89,6 +90,7 @@ class Cutter {
   void ReadHeader() {
     decoder_.err = errors_.Handle();
     jpeg_create_decompress(&decoder_);
+    pages_.Attach(decoder_);
     encoder_.err = errors_.Handle();
     jpeg_create_compress(&encoder_);
     source_.Attach(decoder_);
@@ -240,6 +242,7 @@ class Cutter {
   JpegErrors errors_;
   JpegSource source_;
   JpegTarget target_;
+  JpegPages pages_;
   JpegHead head_;
   jpeg_decompress_struct decoder_{};
   jpeg_compress_struct encoder_{};
