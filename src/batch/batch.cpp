@@ -4,6 +4,7 @@
 
 #include <unistd.h>
 
+#include <charconv>
 #include <cstdio>
 #include <cstdlib>
 #include <exception>
@@ -100,6 +101,15 @@ class Session {
     return exit;
   }
 
+  // How many workers the call has that this is one of.
+  std::uint64_t Among() const {
+    const std::string text = host::posix::Environment(kAmongVariable);
+    std::uint64_t among = 1;
+    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), among);
+    const bool told = IsWorker() && error == std::errc() && among > 0 && plan_.share.count % among == 0;
+    return told ? among : 1;
+  }
+
   // What an earlier worker in the place of this one has handled.
   std::unordered_set<std::string> Handled() const {
     std::unordered_set<std::string> handled;
@@ -124,6 +134,7 @@ class Session {
       const suite::Suite suite(program);
       program.journals = IsWorker() ? static_cast<host::Journals*>(&workerJournals) : &journals_;
       program.share = plan_.share;
+      program.share.among = Among();
       program.handled = Handled();
       program.careful = !host::posix::Environment(kCarefulVariable).empty();
       program.Start();

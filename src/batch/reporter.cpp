@@ -110,9 +110,9 @@ void WorkerReporter::Begun(const std::string& source) { WriteLine(BegunLine(sour
 
 void WorkerReporter::OlderLeft(const std::string& path) { WriteLine(OlderLine(path)); }
 
-void WorkerReporter::JournalOpened(const std::string& job) { WriteLine(JournalLine(job)); }
+void WorkerReporter::JournalOpened(const host::JobPart& part) { WriteLine(JournalLine(part)); }
 
-void WorkerReporter::JournalDone(const std::string& job) { WriteLine(JournalDoneLine(job)); }
+void WorkerReporter::JournalDone(const host::JobPart& part) { WriteLine(JournalDoneLine(part)); }
 
 void WorkerReporter::Write(const Event& event) {
   if (event.kind != EventKind::Title) JsonReporter::Write(event);

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "batch/event.h"
+#include "host/journal.h"
 
 namespace quillon::batch {
 
@@ -30,9 +31,9 @@ class Reporter {
   virtual void Begun(const std::string& /*source*/) {}
   // An older file stands under the name of an output that could not be made.
   virtual void OlderLeft(const std::string& /*path*/) {}
-  // The journal of a job is taken up, and done with.
-  virtual void JournalOpened(const std::string& /*job*/) {}
-  virtual void JournalDone(const std::string& /*job*/) {}
+  // The journal of a part of a job is asked for, and done with.
+  virtual void JournalOpened(const host::JobPart&) {}
+  virtual void JournalDone(const host::JobPart&) {}
   // One control of a list of all.
   virtual void List(const controls::Control& control) { Tell(PrintEvent(control)); }
   // The last call, before which the end event was told.
@@ -71,8 +72,8 @@ class WorkerReporter final : public JsonReporter {
   void Show(const Progress& progress) override;
   void Begun(const std::string& source) override;
   void OlderLeft(const std::string& path) override;
-  void JournalOpened(const std::string& job) override;
-  void JournalDone(const std::string& job) override;
+  void JournalOpened(const host::JobPart& part) override;
+  void JournalDone(const host::JobPart& part) override;
 
  protected:
   // All but titles, which nobody hears.

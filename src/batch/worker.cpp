@@ -19,15 +19,18 @@ constexpr int kCannotStart = 127;
 
 // Everything that needs memory is made before the process is parted.
 struct Call {
-  Call(std::string file, const std::vector<std::string>& arguments, const std::string& leftOut, Careful careful)
-      : program(std::move(file)), own{std::string(kWorkerVariable) + "=" + leftOut} {
-    if (careful == Careful::Yes) own.push_back(std::string(kCarefulVariable) + "=1");
+  Call(std::string file, const std::vector<std::string>& arguments, const WorkerPlace& place)
+      : program(std::move(file)),
+        own{std::string(kWorkerVariable) + "=" + place.leftOut,
+            std::string(kAmongVariable) + "=" + std::to_string(place.among)} {
+    if (place.careful == Careful::Yes) own.push_back(std::string(kCarefulVariable) + "=1");
     words.push_back(const_cast<char*>("quillon-batch"));
     for (const std::string& argument : arguments) words.push_back(const_cast<char*>(argument.c_str()));
     words.push_back(nullptr);
     for (char** entry = environ; *entry; ++entry) {
       const std::string_view variable = *entry;
-      const bool ours = variable.starts_with(kWorkerVariable) || variable.starts_with(kCarefulVariable);
+      const auto named = [&](const char* name) { return variable.starts_with(name); };
+      const bool ours = named(kWorkerVariable) || named(kAmongVariable) || named(kCarefulVariable);
       if (!ours) variables.push_back(*entry);
     }
     for (std::string& variable : own) variables.push_back(variable.data());
@@ -57,11 +60,11 @@ struct Call {
 
 }  // namespace
 
-Worker::Worker(const std::string& program, const std::vector<std::string>& arguments, const std::string& leftOut,
-               Careful careful, TakeLine out, TakeLine err) {
+Worker::Worker(const std::string& program, const std::vector<std::string>& arguments, const WorkerPlace& place,
+               TakeLine out, TakeLine err) {
   out_.take = std::move(out);
   err_.take = std::move(err);
-  const Call call(program, arguments, leftOut, careful);
+  const Call call(program, arguments, place);
   int outEnds[2] = {-1, -1};
   int errEnds[2] = {-1, -1};
   if (pipe2(outEnds, O_CLOEXEC) == 0 && pipe2(errEnds, O_CLOEXEC) == 0) {

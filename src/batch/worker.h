@@ -4,6 +4,7 @@
 
 #include <sys/types.h>
 
+#include <cstdint>
 #include <functional>
 #include <string>
 #include <vector>
@@ -16,7 +17,17 @@ inline constexpr const char* kWorkerVariable = "QUILLON_BATCH_WORKER";
 // Set for one that takes the place of a dead worker: see job::Program::careful.
 inline constexpr const char* kCarefulVariable = "QUILLON_BATCH_CAREFUL";
 
+// How many workers the call has, set for each of them.
+inline constexpr const char* kAmongVariable = "QUILLON_BATCH_AMONG";
+
 enum class Careful { No, Yes };
+
+// What a worker is told by its variables.
+struct WorkerPlace {
+  std::string leftOut;
+  Careful careful = Careful::No;
+  std::uint64_t among = 1;
+};
 
 // How a worker process ended.
 struct WorkerEnd {
@@ -31,8 +42,8 @@ class Worker {
   using TakeLine = std::function<void(const std::string& line)>;
 
   // Starts it; out and err are given its lines while Read is called.
-  Worker(const std::string& program, const std::vector<std::string>& arguments, const std::string& leftOut,
-         Careful careful, TakeLine out, TakeLine err);
+  Worker(const std::string& program, const std::vector<std::string>& arguments, const WorkerPlace& place, TakeLine out,
+         TakeLine err);
   // Ends the process at once if it still runs.
   ~Worker();
   Worker(const Worker&) = delete;

@@ -8,8 +8,8 @@ namespace quillon::batch {
 
 class WorkerJournals::Kept final : public host::Journal {
  public:
-  Kept(WorkerJournals& owner, std::string job, std::unique_ptr<host::Journal> journal)
-      : owner_(owner), job_(std::move(job)), journal_(std::move(journal)) {}
+  Kept(WorkerJournals& owner, host::JobPart part, std::unique_ptr<host::Journal> journal)
+      : owner_(owner), part_(std::move(part)), journal_(std::move(journal)) {}
 
   std::optional<std::string> Get(const std::string& file, const std::string& key) override {
     return journal_->Get(file, key);
@@ -26,23 +26,23 @@ class WorkerJournals::Kept final : public host::Journal {
   void Remove() override {
     journal_->Commit();
     journal_.reset();
-    owner_.done_.insert(job_);
-    owner_.reporter_.JournalDone(job_);
+    owner_.done_.insert(part_);
+    owner_.reporter_.JournalDone(part_);
   }
 
  private:
   WorkerJournals& owner_;
-  std::string job_;
+  host::JobPart part_;
   std::unique_ptr<host::Journal> journal_;
 };
 
-std::unique_ptr<host::Journal> WorkerJournals::Open(const std::string& job) {
-  std::unique_ptr<host::Journal> journal = journals_.Open(job);
+std::unique_ptr<host::Journal> WorkerJournals::Open(const host::JobPart& part) {
+  std::unique_ptr<host::Journal> journal = journals_.Open(part);
+  reporter_.JournalOpened(part);
   if (!journal) return nullptr;
   // Done once more by the same worker: that is a fresh run.
-  if (done_.erase(job) > 0) journal->Clear();
-  reporter_.JournalOpened(job);
-  return std::make_unique<Kept>(*this, job, std::move(journal));
+  if (done_.erase(part) > 0) journal->Clear();
+  return std::make_unique<Kept>(*this, part, std::move(journal));
 }
 
 }  // namespace quillon::batch

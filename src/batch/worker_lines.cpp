@@ -71,7 +71,18 @@ std::optional<Event> EventOf(const Json& object) {
   return std::nullopt;
 }
 
+std::optional<host::JobPart> PartOf(const Json& object, const char* key) {
+  if (!object.contains(key)) return std::nullopt;
+  const Json& part = object[key];
+  return host::JobPart{Bytes(part.at(0).get<std::string>()), part.at(1).get<std::uint64_t>(),
+                       part.at(2).get<std::uint64_t>()};
+}
+
 std::string LineOf(const char* key, const std::string& bytes) { return Json{{key, Hex(bytes)}}.dump(); }
+
+std::string LineOf(const char* key, const host::JobPart& part) {
+  return Json{{key, Json::array({Hex(part.job), part.index, part.count})}}.dump();
+}
 
 WorkerLine LineOf(const Json& object) {
   WorkerLine line;
@@ -79,8 +90,8 @@ WorkerLine LineOf(const Json& object) {
   line.event = EventOf(object);
   line.begun = BytesOf(object, kBegun);
   line.older = BytesOf(object, kOlder);
-  line.journal = BytesOf(object, kJournal);
-  line.journalDone = BytesOf(object, kJournalDone);
+  line.journal = PartOf(object, kJournal);
+  line.journalDone = PartOf(object, kJournalDone);
   if (object.contains(kProgress)) {
     line.progress.emplace();
     line.progress->done = object[kProgress].at(0).get<std::size_t>();
@@ -95,9 +106,9 @@ std::string BegunLine(const std::string& source) { return LineOf(kBegun, source)
 
 std::string OlderLine(const std::string& path) { return LineOf(kOlder, path); }
 
-std::string JournalLine(const std::string& job) { return LineOf(kJournal, job); }
+std::string JournalLine(const host::JobPart& part) { return LineOf(kJournal, part); }
 
-std::string JournalDoneLine(const std::string& job) { return LineOf(kJournalDone, job); }
+std::string JournalDoneLine(const host::JobPart& part) { return LineOf(kJournalDone, part); }
 
 std::string ProgressLine(const Progress& progress) {
   return Json{{kProgress, Json::array({progress.done, progress.planned})}}.dump();

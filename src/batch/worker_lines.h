@@ -7,23 +7,24 @@
 
 #include "batch/event.h"
 #include "batch/reporter.h"
+#include "host/journal.h"
 
 namespace quillon::batch {
 
 // What a worker process says to the one that started it: its events, and lines that only pass between the two.
 struct WorkerLine {
   std::optional<Event> event;
-  std::optional<std::string> begun;        // the file that it takes up
-  std::optional<std::string> older;        // a file that stands under the name of an output that could not be made
-  std::optional<std::string> journal;      // the job whose journal it takes up
-  std::optional<std::string> journalDone;  // the one whose journal it needs no more
-  std::optional<Progress> progress;        // done and planned alone count
+  std::optional<std::string> begun;          // the file that it takes up
+  std::optional<std::string> older;          // a file that stands under the name of an output that could not be made
+  std::optional<host::JobPart> journal;      // the part of a job whose journal it asks for
+  std::optional<host::JobPart> journalDone;  // the one whose journal it needs no more
+  std::optional<Progress> progress;          // done and planned alone count
 };
 
 std::string BegunLine(const std::string& source);
 std::string OlderLine(const std::string& path);
-std::string JournalLine(const std::string& job);
-std::string JournalDoneLine(const std::string& job);
+std::string JournalLine(const host::JobPart& part);
+std::string JournalDoneLine(const host::JobPart& part);
 std::string ProgressLine(const Progress& progress);
 // An empty one for anything that is no such line.
 WorkerLine ReadWorkerLine(const std::string& line);

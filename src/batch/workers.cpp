@@ -109,7 +109,8 @@ void Workers::Start(Member& member, Careful careful) {
   member.progress = {};
   member.finished = false;
   const std::lock_guard lock(mutex_);
-  member.worker = std::make_unique<Worker>(program_, arguments, LeftOutPath(member), careful, out, err);
+  const WorkerPlace place{LeftOutPath(member), careful, member.share.among};
+  member.worker = std::make_unique<Worker>(program_, arguments, place, out, err);
 }
 
 std::string Workers::LeftOutPath(const Member& member) const {
@@ -160,10 +161,10 @@ void Workers::TakeLine(Member& member, const std::string& text) {
   if (line.begun) member.underWay = *line.begun;
   if (line.older) TakeOlder(*line.older);
   if (line.journal) {
-    jobsTaken_.insert(*line.journal);
-    jobsDone_.erase(*line.journal);
+    partsTaken_.insert(*line.journal);
+    partsDone_.erase(*line.journal);
   }
-  if (line.journalDone) jobsDone_.insert(*line.journalDone);
+  if (line.journalDone) partsDone_.insert(*line.journalDone);
   if (line.progress) member.progress = *line.progress;
   if (line.event) TakeEvent(member, *line.event);
 }
@@ -309,9 +310,9 @@ void Workers::DropOlder() {
 // One who broke off would find only its own when the run is continued, and the others would do everything again.
 void Workers::RemoveJournals() {
   const bool all = std::all_of(members_.begin(), members_.end(), [](const auto& member) { return member->finished; });
-  if (!all || jobsDone_ != jobsTaken_) return;
-  for (const std::string& job : jobsDone_) {
-    if (const auto journal = journals_.Open(job)) journal->Remove();
+  if (!all || partsDone_ != partsTaken_) return;
+  for (const host::JobPart& part : partsDone_) {
+    if (const auto journal = journals_.Open(part)) journal->Remove();
   }
 }
 

@@ -91,9 +91,9 @@ class Workers {
   std::vector<std::unique_ptr<Member>> members_;
   FileRecords records_;
   std::vector<Older> older_;
-  std::set<std::string> jobsTaken_;  // whose journals workers keep
-  std::set<std::string> jobsDone_;   // of these, those whose worker has done its part
-  std::set<std::string> said_;       // lines on stderr
+  std::set<host::JobPart> partsTaken_;  // whose journals workers have asked for
+  std::set<host::JobPart> partsDone_;   // of these, those that their worker has done
+  std::set<std::string> said_;          // lines on stderr
   Summary sums_;
   double begun_ = 0;
   double shown_ = 0;

@@ -3,10 +3,12 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <functional>
 #include <memory>
 #include <optional>
 #include <string>
+#include <tuple>
 
 namespace quillon::host {
 
@@ -31,14 +33,33 @@ class Journal {
   virtual void Remove() = 0;
 };
 
-// The journals of a user.
+// One of `count` parts of a job, index from 0. Jobs are the same when their texts are.
+struct JobPart {
+  std::string job;
+  std::uint64_t index = 0;
+  std::uint64_t count = 1;
+
+  bool operator==(const JobPart&) const = default;
+  bool operator<(const JobPart& other) const {
+    return std::tie(job, index, count) < std::tie(other.job, other.index, other.count);
+  }
+};
+
+// The journals of a user, one for each part of a job.
 class Journals {
  public:
+  using Wanted = std::function<bool(const JobPart& part)>;
+
   virtual ~Journals() = default;
 
-  // The journal of the job that the text describes, empty for one that has none yet. nullptr where none can be kept,
-  // and while another process works on the same job.
-  virtual std::unique_ptr<Journal> Open(const std::string& job) = 0;
+  // The journal of that part, empty for one that has none yet. nullptr where none can be kept, and while another
+  // process works on the same part.
+  virtual std::unique_ptr<Journal> Open(const JobPart& part) = 0;
+  // One of the wanted parts of the job whose journal holds anything or is in use; nothing where there is none.
+  virtual std::optional<JobPart> FindUnfinished(const std::string& job, const Wanted& wanted) = 0;
+  // Removes the journals of all wanted parts of the job. False, and nothing is removed, while another process works on
+  // one of them.
+  virtual bool Forget(const std::string& job, const Wanted& wanted) = 0;
 };
 
 }  // namespace quillon::host

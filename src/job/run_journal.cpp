@@ -22,6 +22,8 @@ constexpr const char* kFrom = "from";
 constexpr const char* kMeant = "meant";
 
 constexpr int kYesNoCancelQuestion = 35;
+constexpr int kYesNoQuestion = 36;
+constexpr const char* kInUse = "这项任务正由另一个程序处理，或者它的记录现在无法读取，请稍后再试";
 
 struct Stamp {
   std::uint64_t size = 0;
@@ -102,16 +104,24 @@ bool SetByRun(const Program& program, const controls::Control& control) {
   return program.flags.ManualCutMode && control.FullName().starts_with("Form1.TCutValue");
 }
 
+std::string PartedQuestion(std::uint64_t count) {
+  const std::string before = std::to_string(count);
+  const std::string how =
+      count > 1 ? "当时分成 " + before + " 份处理，这次分得不同，认不出哪些文件已经处理过。要接着处理，请仍分成 " +
+                      before + " 份：用 --jobs " + before + "，或者与上次相同的 --shard 和 --jobs"
+                : "当时没有分份，这次分了份，认不出哪些文件已经处理过。要接着处理，请不带 --jobs 和 --shard 运行";
+  return "上次的这项任务没有做完，" + how +
+         "。这次先不处理吗？\r\n是——不处理\r\n否——全部重新处理，已覆盖的原文件会再裁一次";
+}
+
 }  // namespace
 
 RunJournal::RunJournal(Program& program, std::string driver, std::vector<std::string> windows)
     : program_(program), driver_(std::move(driver)), windows_(std::move(windows)) {}
 
 std::string RunJournal::JobText() const {
-  const Share& share = program_.share;
   std::ostringstream text;
-  text << driver_ << '\n' << share.index << '/' << share.count << '\n';
-  text << program_.form1.LInDir.Value() << '\n' << program_.form1.LOutDir.Value() << '\n';
+  text << driver_ << '\n' << program_.form1.LInDir.Value() << '\n' << program_.form1.LOutDir.Value() << '\n';
   text << program_.flags.OutDpi << '\n';
   for (const std::string& name : windows_) {
     const controls::Window* window = program_.windows.FindWindow(name);
@@ -126,16 +136,42 @@ std::string RunJournal::JobText() const {
 
 bool RunJournal::Begin() {
   job_ = JobText();
-  if (program_.journals) journal_ = program_.journals->Open(job_);
-  if (!journal_) return true;
-  const std::size_t done = journal_->Count(kDone);
-  if (done == 0 && journal_->Count(kBegun) == 0 && journal_->Count(kMeant) == 0) return true;
-  const host::Reply reply = program_.Ask("上次的这项任务没有做完，已写好 " + std::to_string(done) +
+  if (!program_.journals) return true;
+  // Ours is taken first: of two that begin at once one at least sees the other.
+  const host::JobPart own{job_, program_.share.index, program_.share.count};
+  journal_ = program_.journals->Open(own);
+  if (!journal_ && program_.journals->FindUnfinished(job_, [&](const auto& part) { return part == own; })) {
+    program_.Ask(kInUse);
+    return false;
+  }
+  if (!NoneParted()) return false;
+  if (!journal_ || Empty() || program_.careful) return true;
+  const host::Reply reply = program_.Ask("上次的这项任务没有做完，已写好 " + std::to_string(journal_->Count(kDone)) +
                                              " 个文件。要接着处理吗？\r\n是——接着处理，已写好的不再处理\r\n"
                                              "否——全部重新处理\r\n取消——不处理",
                                          kYesNoCancelQuestion);
   if (reply == host::Reply::No) journal_->Clear();
   return reply == host::Reply::Yes || reply == host::Reply::No;
+}
+
+bool RunJournal::Empty() {
+  return journal_->Count(kDone) == 0 && journal_->Count(kBegun) == 0 && journal_->Count(kMeant) == 0;
+}
+
+// True when no run is left that has parted the same files otherwise: what it has done lies in journals that would not
+// be looked into. All processes of a call have to come to the same answer, so that none of them begins where another
+// one does not.
+bool RunJournal::NoneParted() {
+  const Share call = program_.share.OfCall();
+  const auto parted = [&](const host::JobPart& part) {
+    return part.count != program_.share.count && call.Meets({part.index, part.count, ""});
+  };
+  const auto unfinished = program_.journals->FindUnfinished(job_, parted);
+  if (!unfinished) return true;
+  if (program_.Ask(PartedQuestion(unfinished->count), kYesNoQuestion) != host::Reply::No) return false;
+  if (program_.journals->Forget(job_, parted)) return true;
+  program_.Ask(kInUse);
+  return false;
 }
 
 bool RunJournal::Stands(const std::string& source) {

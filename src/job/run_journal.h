@@ -32,8 +32,8 @@ class RunJournal {
   // The windows whose controls are parameters of the job.
   RunJournal(Program& program, std::string driver, std::vector<std::string> windows);
 
-  // Asks whether a run of the same job that did not come to its end is to be continued, and forgets it if not. False
-  // when the user wants no run at all.
+  // Asks whether a run of the same job that did not come to its end is to be continued, and forgets it if not. One
+  // whose files were parted otherwise cannot be. False when the user wants no run at all.
   bool Begin();
   bool Kept() const { return journal_ != nullptr; }
 
@@ -77,6 +77,8 @@ class RunJournal {
   };
 
   std::string JobText() const;
+  bool NoneParted();
+  bool Empty();
   bool IsMeant(const std::string& output) const;
   std::size_t Intend(const std::string& source, const std::vector<std::string>& outputs);
   void Drop(const std::string& source, const Intent& intent);

@@ -2,6 +2,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "job/share.h"
 
+#include <numeric>
+
 namespace quillon::job {
 namespace {
 
@@ -25,8 +27,19 @@ bool Share::TakesNamed(std::string_view path) const {
   return Takes(path);
 }
 
-Share Share::Part(std::uint64_t number, std::uint64_t among) const {
-  return {index + count * number, count * among, base};
+// Remainders by two numbers can be had of one hash where they agree by what divides both.
+bool Share::Meets(const Share& other) const {
+  const std::uint64_t common = std::gcd(count, other.count);
+  return index % common == other.index % common;
+}
+
+Share Share::Part(std::uint64_t number, std::uint64_t processes) const {
+  return {index + count * number, count * processes, base, processes};
+}
+
+Share Share::OfCall() const {
+  const std::uint64_t ofCall = count / among;
+  return {index % ofCall, ofCall, base};
 }
 
 }  // namespace quillon::job

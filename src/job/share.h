@@ -13,14 +13,19 @@ namespace quillon::job {
 struct Share {
   std::uint64_t index = 0;  // from 0
   std::uint64_t count = 1;
-  std::string base;  // the folder that named files are seen from, "" for the root
+  std::string base;         // the folder that named files are seen from, "" for the root
+  std::uint64_t among = 1;  // how many processes of one call have parts of its share, where this is one of them
 
   bool Whole() const { return count <= 1; }
   bool Takes(std::string_view relativePath) const;
   // A named file is seen from base where it lies below it, and else by its whole path.
   bool TakesNamed(std::string_view path) const;
-  // The part of this part: one of `among` equal ones.
-  Share Part(std::uint64_t number, std::uint64_t among) const;
+  // Whether any file can belong to both.
+  bool Meets(const Share& other) const;
+  // The part of this part: one of `processes` equal ones.
+  Share Part(std::uint64_t number, std::uint64_t processes) const;
+  // What all processes of the call have together.
+  Share OfCall() const;
 };
 
 }  // namespace quillon::job

@@ -65,7 +65,8 @@ std::size_t Decisions::FirstOpen() const {
 bool Decisions::Begin() {
   begun_ = true;
   last_.clear();
-  journal_ = program_.journals ? program_.journals->Open(JobText()) : nullptr;
+  const job::Share& share = program_.share;
+  journal_ = program_.journals ? program_.journals->Open({JobText(), share.index, share.count}) : nullptr;
   if (!journal_ || journal_->Count(kDecision) == 0) return true;
   const std::size_t open = FirstOpen();
   std::string question = "上次的手动裁剪没有做完，已指定 " + std::to_string(journal_->Count(kDecision)) + " 张。";

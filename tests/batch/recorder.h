@@ -33,8 +33,8 @@ class Recorder final : public Reporter {
 
   void Show(const Progress& progress) override { shown_.push_back(progress); }
   void Finish(const Summary&) override { ++finished_; }
-  void JournalOpened(const std::string& job) override { journals_.push_back("opened " + job); }
-  void JournalDone(const std::string& job) override { journals_.push_back("done " + job); }
+  void JournalOpened(const host::JobPart& part) override { journals_.push_back("opened " + part.job); }
+  void JournalDone(const host::JobPart& part) override { journals_.push_back("done " + part.job); }
 
  protected:
   void Write(const Event& event) override { events_.push_back(event); }

@@ -7,41 +7,19 @@
 #include <csignal>
 #include <map>
 #include <set>
+#include <sstream>
 
 #include "batch/json_io.h"
-#include "batch/program_fixture.h"
 #include "batch/recorder.h"
 #include "batch/worker_journals.h"
 #include "batch/worker_lines.h"
+#include "batch/workers_fixture.h"
 #include "host/posix/posix_clock.h"
 #include "host/posix/sqlite_journals.h"
 #include "host/testing/test_host.h"
 
 namespace quillon::batch {
 namespace {
-
-class WorkersTest : public ProgramTest {
- protected:
-  // Last words on each file: it may be told twice.
-  static std::map<std::string, std::string> Results(const std::string& out) {
-    std::map<std::string, std::string> results;
-    for (const Json& file : EventsOf(out, "file")) results[file.at("source")] = file.at("result");
-    return results;
-  }
-  static std::size_t CountOf(const std::map<std::string, std::string>& results, const std::string& result) {
-    return static_cast<std::size_t>(
-        std::count_if(results.begin(), results.end(), [&](const auto& one) { return one.second == result; }));
-  }
-  // The sums of the end event are those of the files.
-  static void ExpectSums(const Ran& ran) {
-    const auto results = Results(ran.out);
-    const Json end = Events(ran.out).back();
-    ASSERT_EQ(end.value("event", ""), "end");
-    for (const char* result : {"written", "none", "skipped"}) {
-      EXPECT_EQ(end.at(result).get<std::size_t>(), CountOf(results, result)) << result;
-    }
-  }
-};
 
 TEST_F(WorkersTest, AddUpToOneRun) {
   Pictures(60);
@@ -313,6 +291,16 @@ TEST_F(PlayedWorkersTest, OneThatStopsByItselfEndsTheRun) {
   EXPECT_EQ(exit, Exit::Stopped);
 }
 
+TEST_F(PlayedWorkersTest, AreToldHowManyTheyAre) {
+  plan_.jobs = 3;
+  plan_.share = {1, 2, ""};
+  Perform("echo $* $QUILLON_BATCH_AMONG >>'" + world_.folder.Path("told") + "'\n" + SaysEnd() + "exit 0\n", {});
+  std::istringstream told(world_.folder.Read("told"));
+  std::set<std::string> lines;
+  for (std::string line; std::getline(told, line);) lines.insert(line);
+  EXPECT_EQ(lines, (std::set<std::string>{"--json --shard=2/6 3", "--json --shard=4/6 3", "--json --shard=6/6 3"}));
+}
+
 // It would cut overwritten sources again.
 TEST_F(DyingWorkersTest, NoneFollowsWhereItCannotBeToldWhatIsDone) {
   world_.faults.Set({.call = host::testing::DiskCall::Write,
@@ -404,30 +392,30 @@ class JournalsOfWorkersTest : public PlayedWorkersTest {
   // The first of two workers has done its part of a job.
   void PerformBeside(const std::string& second) {
     plan_.jobs = 2;
-    for (const char* job : {"one", "two"}) journals_.Open(job)->Set("/a.jpg", "done", "1");
-    Perform("case \"$*\" in\n*--shard=1/*)\n" + Says(JournalLine("one")) + Says(JournalDoneLine("one")) + SaysEnd() +
-                "exit 0;;\nesac\n" + second,
+    for (const char* job : {"one", "two"}) journals_.Open({job})->Set("/a.jpg", "done", "1");
+    Perform("case \"$*\" in\n*--shard=1/*)\n" + Says(JournalLine({"one"})) + Says(JournalDoneLine({"one"})) +
+                SaysEnd() + "exit 0;;\nesac\n" + second,
             {});
   }
   std::size_t Kept() {
     std::size_t kept = 0;
-    for (const char* job : {"one", "two"}) kept += journals_.Open(job)->Count("done");
+    for (const char* job : {"one", "two"}) kept += journals_.Open({job})->Count("done");
     return kept;
   }
 };
 
 TEST_F(JournalsOfWorkersTest, GoWhenAllHaveDoneTheirParts) {
-  PerformBeside(Says(JournalLine("two")) + Says(JournalDoneLine("two")) + SaysEnd() + "exit 1\n");
+  PerformBeside(Says(JournalLine({"two"})) + Says(JournalDoneLine({"two"})) + SaysEnd() + "exit 1\n");
   EXPECT_EQ(Kept(), 0u);
 }
 
 TEST_F(JournalsOfWorkersTest, StayWhereOneHasNotDoneItsPart) {
-  PerformBeside(Says(JournalLine("two")) + SaysEnd() + "exit 0\n");
+  PerformBeside(Says(JournalLine({"two"})) + SaysEnd() + "exit 0\n");
   EXPECT_EQ(Kept(), 2u);
 }
 
 TEST_F(JournalsOfWorkersTest, StayWhereOneIsDoingAPartAgain) {
-  PerformBeside(Says(JournalLine("two")) + Says(JournalDoneLine("two")) + Says(JournalLine("two")) + SaysEnd() +
+  PerformBeside(Says(JournalLine({"two"})) + Says(JournalDoneLine({"two"})) + Says(JournalLine({"two"})) + SaysEnd() +
                 "exit 0\n");
   EXPECT_EQ(Kept(), 2u);
 }
@@ -442,15 +430,25 @@ TEST_F(JournalsOfWorkersTest, StayWhereOneDied) {
   EXPECT_EQ(Kept(), 2u);
 }
 
+// Another process works on the same part, say, so that its worker does nothing.
+TEST_F(JournalsOfWorkersTest, OfAWorkerAreToldAlsoWhereItGetsNone) {
+  const auto used = journals_.Open({"one"});
+  WorkerJournals workers(journals_, recorder_);
+  EXPECT_EQ(workers.Open({"one"}), nullptr);
+  EXPECT_EQ(recorder_.Journals(), std::vector<std::string>{"opened one"});
+  EXPECT_TRUE(workers.FindUnfinished("one", [](const auto&) { return true; }));
+  EXPECT_FALSE(workers.Forget("one", [](const auto&) { return true; }));
+}
+
 TEST_F(JournalsOfWorkersTest, OfAWorkerStayAndAreTold) {
   WorkerJournals workers(journals_, recorder_);
-  const auto journal = workers.Open("one");
+  const auto journal = workers.Open({"one"});
   ASSERT_TRUE(journal);
   journal->Set("/a.jpg", "done", "1");
   EXPECT_EQ(journal->Get("/a.jpg", "done"), "1");
   journal->Remove();
-  EXPECT_EQ(journals_.Open("one")->Count("done"), 1u);
-  EXPECT_EQ(workers.Open("one")->Count("done"), 0u) << "done once more by the same worker";
+  EXPECT_EQ(journals_.Open({"one"})->Count("done"), 1u);
+  EXPECT_EQ(workers.Open({"one"})->Count("done"), 0u) << "done once more by the same worker";
   EXPECT_EQ(recorder_.Journals(), (std::vector<std::string>{"opened one", "done one", "opened one"}));
 }
 
@@ -518,167 +516,6 @@ TEST_F(WorkersTest, AShareIsSharedByJobs) {
   }
   EXPECT_EQ(files, 50u);
   EXPECT_EQ(folder.Names("out").size(), 50u);
-}
-
-// --- Large-capacity runs
-
-class LargeBatchTest : public WorkersTest {
- protected:
-  std::vector<std::string> Large(std::vector<std::string> more = {}) const {
-    std::vector<std::string> all{"--json",
-                                 "--set",
-                                 "ChCutA=0",
-                                 "--set",
-                                 "TCutValue(0)=50",
-                                 "--set",
-                                 "ChBig=1",
-                                 "--set",
-                                 "ChSubFold=1",
-                                 "--set",
-                                 "LInDir=" + folder.Path("in"),
-                                 "--out",
-                                 out};
-    all.insert(all.end(), more.begin(), more.end());
-    all.insert(all.end(), {"--click", "menuNormalCut"});
-    return all;
-  }
-};
-
-TEST_F(LargeBatchTest, HandlesAFolderWithoutAList) {
-  for (int i = 0; i < 30; ++i) Picture("in/" + std::to_string(i % 4) + "/" + std::to_string(i) + ".bmp");
-  const Ran ran = Run(Large());
-  EXPECT_EQ(ran.exit, 0) << ran.err;
-  EXPECT_EQ(Results(ran.out).size(), 30u);
-  EXPECT_TRUE(EventsOf(ran.out, "box").empty());
-  EXPECT_EQ(folder.Names("out").size(), 30u);
-}
-
-TEST_F(LargeBatchTest, JobsAddUp) {
-  for (int i = 0; i < 60; ++i) Picture("in/" + std::to_string(i % 4) + "/" + std::to_string(i) + ".bmp");
-  const Ran ran = Run(Large({"--jobs", "3"}));
-  EXPECT_EQ(ran.exit, 0) << ran.err;
-  EXPECT_EQ(Results(ran.out).size(), 60u);
-  EXPECT_EQ(folder.Names("out").size(), 60u);
-  ExpectSums(ran);
-}
-
-TEST_F(LargeBatchTest, DrawsProgressWithShareAndTimeLeft) {
-  Pictures(2000);
-  std::vector<std::string> arguments = Large();
-  std::erase(arguments, "--json");
-  BatchProcess process(arguments, folder.Path(), ErrorsTo::Terminal);
-  const Ran ran = process.Wait();
-  EXPECT_EQ(ran.exit, 0);
-  EXPECT_THAT(ran.err, HasSubstr("处理中 "));
-  EXPECT_THAT(ran.err, HasSubstr("/2000"));
-  EXPECT_THAT(ran.err, HasSubstr("写出 2000"));
-}
-
-TEST_F(LargeBatchTest, AKilledRunIsContinued) {
-  const std::string before = BmpPicture(40, 30);
-  for (const char* over : {"0", "1"}) {
-    SCOPED_TRACE(over);
-    for (int i = 0; i < 1500; ++i) folder.Write("in/" + std::to_string(i) + ".bmp", before);
-    const std::string temporary = folder.Path(std::string("tmp") + over);
-    const std::vector<std::string> arguments = Large({"--set", std::string("ChOver=") + over});
-    BatchProcess process(arguments, folder.Path(), temporary);
-    // Beyond the first checkpoint.
-    ASSERT_TRUE(process.ReadTo("  已处理...900Quillon"));
-    process.Signal(SIGKILL);
-    EXPECT_EQ(process.Wait().signal, SIGKILL);
-    const Ran ran = BatchProcess(arguments, folder.Path(), temporary).Wait();
-    EXPECT_EQ(ran.exit, 0) << ran.err;
-    const auto results = Results(ran.out);
-    EXPECT_EQ(results.size(), 1500u);
-    EXPECT_GT(CountOf(results, "skipped"), 0u);
-    EXPECT_EQ(CountOf(results, "skipped") + CountOf(results, "written"), 1500u);
-    EXPECT_EQ(EventsOf(ran.out, "box").at(0).at("answer"), "Yes");
-    std::set<std::string> contents;
-    const std::string where = over[0] == '1' ? "in" : "out";
-    for (const std::string& name : folder.Names(where)) contents.insert(folder.Read((fs::path(where) / name).native()));
-    EXPECT_EQ(contents.size(), 1u) << "each is cut once";
-    EXPECT_EQ(folder.Names(where).size(), 1500u);
-    const Ran fresh =
-        BatchProcess(Large({"--set", std::string("ChOver=0"), "--set", "ChKeepDir=1"}), folder.Path(), temporary)
-            .Wait();
-    EXPECT_TRUE(EventsOf(fresh.out, "box").empty()) << "another job is not asked about";
-  }
-}
-
-// A picture without a size stops its worker; the other one comes to its end.
-TEST_F(LargeBatchTest, AContinuedRunDoesNothingTwiceThatAWorkerHadFinished) {
-  const std::string before = BmpPicture(40, 30);
-  for (int i = 0; i < 40; ++i) folder.Write("in/" + std::to_string(i) + ".bmp", before);
-  folder.Write("in/bad.jpg", "no picture");
-  const std::string temporary = folder.Path("tmp");
-  const std::vector<std::string> arguments = Large({"--jobs", "2", "--set", "ChOver=1"});
-  EXPECT_EQ(BatchProcess(arguments, folder.Path(), temporary).Wait().exit, 3);
-  fs::remove(folder.Path("in/bad.jpg"));
-  const Ran ran = BatchProcess(arguments, folder.Path(), temporary).Wait();
-  EXPECT_EQ(ran.exit, 0) << ran.err;
-  EXPECT_EQ(Results(ran.out).size(), 40u);
-  std::set<std::string> contents;
-  for (const std::string& name : folder.Names("in")) contents.insert(folder.Read("in/" + name));
-  EXPECT_EQ(contents.size(), 1u) << "each is cut once";
-  const Ran again = BatchProcess(arguments, folder.Path(), temporary).Wait();
-  EXPECT_EQ(CountOf(Results(again.out), "written"), 40u) << "a job that came to its end leaves no journal";
-}
-
-// --- What workers say
-
-TEST(WorkerLines, CarryEveryEvent) {
-  const std::string odd("\xD6\xD0\n\x01", 4);
-  const std::vector<Event> events{
-      BoxEvent({"text", 36}, host::Reply::No),
-      FilesDialogEvent("title", "filter", {"/a", odd}),
-      FolderDialogEvent("title", ""),
-      TitleEvent("Form1", "  正在处理"),
-      BeepEvent(),
-      OpenEvent("folder", odd),
-      FileEvent({3, odd, "/out", job::Result::Written, ""}),
-      FileEvent({0, "/a", "/out/1", job::Result::Written, "", {"/out/2", odd}}),
-      EndEvent({1, 2, 3, 4.5, false}),
-  };
-  for (const Event& event : events) {
-    const WorkerLine line = ReadWorkerLine(JsonLine(event));
-    ASSERT_TRUE(line.event) << JsonLine(event);
-    EXPECT_EQ(JsonLine(*line.event), JsonLine(event));
-    EXPECT_FALSE(line.begun || line.older || line.progress);
-  }
-  EXPECT_EQ(ReadWorkerLine(JsonLine(events[6])).event->Text("source"), odd);
-}
-
-TEST(WorkerLines, TellWhatIsUnderWayAndHowFarItIs) {
-  const std::string odd("/a\xFF\n", 4);
-  EXPECT_EQ(ReadWorkerLine(BegunLine(odd)).begun, odd);
-  EXPECT_EQ(ReadWorkerLine(OlderLine(odd)).older, odd);
-  EXPECT_EQ(ReadWorkerLine(JournalLine(odd)).journal, odd);
-  EXPECT_EQ(ReadWorkerLine(JournalDoneLine(odd)).journalDone, odd);
-  Progress progress;
-  progress.done = 7;
-  progress.planned = 90;
-  const auto read = ReadWorkerLine(ProgressLine(progress)).progress;
-  ASSERT_TRUE(read);
-  EXPECT_EQ(read->done, 7u);
-  EXPECT_EQ(read->planned, 90u);
-}
-
-TEST(WorkerLines, NothingElseIsTaken) {
-  for (const char* text : {"", "no json", "[]", "{}", R"({"event":"other"})", R"({"event":"file"})", "7"}) {
-    const WorkerLine line = ReadWorkerLine(text);
-    EXPECT_FALSE(line.event || line.begun || line.older || line.progress) << text;
-  }
-}
-
-TEST(WorkerArguments, AreThoseGivenAsAShare) {
-  using Words = std::vector<std::string>;
-  const job::Share share{4, 6, ""};
-  EXPECT_EQ(WorkerArguments({"--jobs", "2", "--json", "--set", "ChOver=1", "--shard=1/3", "--trace", "a.jpg"}, share),
-            (Words{"--json", "--shard=5/6", "--set", "ChOver=1", "--trace", "a.jpg"}));
-  EXPECT_EQ(WorkerArguments({"--jobs=2", "--shard", "1/3", "--", "--json", "--jobs"}, share),
-            (Words{"--json", "--shard=5/6", "--", "--json", "--jobs"}));
-  EXPECT_EQ(WorkerArguments({"--print", "--jobs", "--click", "--"}, share),
-            (Words{"--json", "--shard=5/6", "--print", "--jobs", "--click", "--"}));
 }
 
 }  // namespace

@@ -7,6 +7,7 @@
 #include <csignal>
 #include <filesystem>
 #include <set>
+#include <thread>
 
 #include "host/posix/sqlite_journals.h"
 #include "host/testing/temp_folder.h"
@@ -24,7 +25,7 @@ TEST_F(JournalsTest, RememberBeyondTheirEnd) {
   const std::string file = "/a/\xFF\n照片.jpg";
   const std::string value("1\0\n2", 4);
   {
-    const auto journal = journals.Open("job");
+    const auto journal = journals.Open({"job"});
     ASSERT_TRUE(journal);
     EXPECT_EQ(journal->Get(file, "done"), std::nullopt);
     journal->Set(file, "done", "0");
@@ -33,7 +34,7 @@ TEST_F(JournalsTest, RememberBeyondTheirEnd) {
     EXPECT_EQ(journal->Get(file, "done"), value);
     journal->Commit();
   }
-  const auto journal = journals.Open("job");
+  const auto journal = journals.Open({"job"});
   ASSERT_TRUE(journal);
   EXPECT_EQ(journal->Get(file, "done"), value);
   EXPECT_EQ(journal->Get(file, "frame"), "x");
@@ -49,50 +50,139 @@ TEST_F(JournalsTest, RememberBeyondTheirEnd) {
 }
 
 TEST_F(JournalsTest, EachJobHasItsOwn) {
-  journals.Open("one")->Set("f", "k", "1");
-  EXPECT_EQ(journals.Open("two")->Get("f", "k"), std::nullopt);
-  EXPECT_EQ(journals.Open("one")->Get("f", "k"), "1");
+  journals.Open({"one"})->Set("f", "k", "1");
+  EXPECT_EQ(journals.Open({"two"})->Get("f", "k"), std::nullopt);
+  EXPECT_EQ(journals.Open({"one"})->Get("f", "k"), "1");
 }
 
 TEST_F(JournalsTest, AFinishedJobLeavesNothing) {
-  const auto journal = journals.Open("job");
+  const auto journal = journals.Open({"job"});
   journal->Set("f", "k", "1");
   journal->Commit();
   EXPECT_FALSE(folder.Names("journals").empty());
   journal->Remove();
   EXPECT_TRUE(folder.Names("journals").empty());
-  EXPECT_EQ(journals.Open("job")->Get("f", "k"), std::nullopt);
+  EXPECT_EQ(journals.Open({"job"})->Get("f", "k"), std::nullopt);
 }
 
 TEST_F(JournalsTest, OneProcessAtATime) {
-  const auto mine = journals.Open("job");
+  const auto mine = journals.Open({"job"});
   ASSERT_TRUE(mine);
   posix::SqliteJournals others(folder.Path("journals"));
-  EXPECT_EQ(others.Open("job"), nullptr);
-  EXPECT_NE(others.Open("another"), nullptr);
+  EXPECT_EQ(others.Open({"job"}), nullptr);
+  EXPECT_NE(others.Open({"another"}), nullptr);
+}
+
+TEST_F(JournalsTest, EachPartOfAJobHasItsOwn) {
+  journals.Open({"job", 0, 2})->Set("f", "k", "1");
+  for (const JobPart& other : {JobPart{"job", 1, 2}, JobPart{"job", 0, 3}, JobPart{"job"}}) {
+    EXPECT_EQ(journals.Open(other)->Get("f", "k"), std::nullopt) << other.index << "/" << other.count;
+  }
+  EXPECT_EQ(journals.Open({"job", 0, 2})->Get("f", "k"), "1");
+}
+
+TEST_F(JournalsTest, APartIsUnfinishedAsLongAsItsJournalHoldsAnything) {
+  const auto any = [](const JobPart&) { return true; };
+  const JobPart part{"job", 10, 12};
+  EXPECT_EQ(journals.FindUnfinished("job", any), std::nullopt);
+  // Of a run that was killed before it did anything.
+  auto killed = journals.Open({"job", 0, 3});
+  const std::string left = folder.Path("journals/" + folder.Names("journals").at(0));
+  std::filesystem::copy_file(left, folder.Path("copy"));
+  killed.reset();
+  std::filesystem::rename(folder.Path("copy"), left);
+  journals.Open({"other", 1, 12})->Set("f", "k", "1");
+  EXPECT_EQ(journals.FindUnfinished("job", any), std::nullopt);
+  EXPECT_FALSE(std::filesystem::exists(left));
+  journals.Open(part)->Set("f", "k", "1");
+  EXPECT_EQ(journals.FindUnfinished("job", any), part);
+  EXPECT_EQ(journals.FindUnfinished("job", [](const JobPart& one) { return one.count != 12; }), std::nullopt);
+  EXPECT_EQ(journals.FindUnfinished("job", any), part) << "looked at, and left as it is";
+  journals.Open(part)->Remove();
+  EXPECT_EQ(journals.FindUnfinished("job", any), std::nullopt);
+  const auto used = journals.Open(part);
+  EXPECT_EQ(posix::SqliteJournals(folder.Path("journals")).FindUnfinished("job", any), part);
+}
+
+TEST_F(JournalsTest, PartsAreForgottenAllOrNone) {
+  const auto ofFour = [](const JobPart& part) { return part.count == 4; };
+  for (const JobPart& part : {JobPart{"job", 0, 4}, JobPart{"job", 3, 4}, JobPart{"job", 0, 2}, JobPart{"two", 0, 4}}) {
+    journals.Open(part)->Set("f", "k", "1");
+  }
+  auto used = journals.Open({"job", 3, 4});
+  EXPECT_FALSE(journals.Forget("job", ofFour));
+  EXPECT_EQ(journals.Open({"job", 0, 4})->Get("f", "k"), "1");
+  used.reset();
+  EXPECT_TRUE(journals.Forget("job", ofFour));
+  EXPECT_EQ(journals.FindUnfinished("job", ofFour), std::nullopt);
+  EXPECT_EQ(folder.Names("journals").size(), 2u);
+  EXPECT_EQ(journals.Open({"job", 0, 2})->Get("f", "k"), "1");
+  EXPECT_EQ(journals.Open({"two", 0, 4})->Get("f", "k"), "1");
+}
+
+// A journal is lost only where nothing can be read of it.
+TEST_F(JournalsTest, OneThatIsOutOfReachIsNotRemoved) {
+  journals.Open({"job"})->Set("a", "k", "1");
+  const std::string path = folder.Path("journals/" + folder.Names("journals").at(0));
+  std::filesystem::rename(path, folder.Path("aside"));
+  std::filesystem::create_directories(path);
+  EXPECT_EQ(journals.Open({"job"}), nullptr);
+  EXPECT_TRUE(journals.FindUnfinished("job", [](const JobPart&) { return true; }));
+  ASSERT_TRUE(std::filesystem::is_directory(path));
+  std::filesystem::remove(path);
+  std::filesystem::rename(folder.Path("aside"), path);
+  EXPECT_EQ(journals.Open({"job"})->Get("a", "k"), "1");
+}
+
+// It would be kept in a file that has no name any more.
+TEST_F(JournalsTest, OneThatIsRemovedWhileItIsWaitedForIsBegunAnew) {
+  for (int i = 0; i < 20; ++i) {
+    auto used = journals.Open({"job"});
+    ASSERT_TRUE(used);
+    used->Set("a", "k", "1");
+    used->Commit();
+    std::thread waits([&] {
+      posix::SqliteJournals others(folder.Path("journals"));
+      std::unique_ptr<Journal> journal;
+      while (!journal) journal = others.Open({"job"});
+      EXPECT_EQ(journal->Get("a", "k"), std::nullopt);
+      journal->Set("b", "k", "2");
+    });
+    used->Remove();
+    waits.join();
+    const auto journal = journals.Open({"job"});
+    ASSERT_TRUE(journal);
+    EXPECT_EQ(journal->Get("b", "k"), "2");
+    journal->Remove();
+  }
+}
+
+TEST_F(JournalsTest, OneThatHoldsNothingLeavesNothing) {
+  journals.Open({"job"})->Commit();
+  EXPECT_TRUE(folder.Names("journals").empty());
 }
 
 TEST_F(JournalsTest, WhatWasCommittedSurvivesAKill) {
   const pid_t child = fork();
   if (child == 0) {
-    const auto journal = journals.Open("job");
+    const auto journal = journals.Open({"job"});
     journal->Set("a", "k", "1");
     journal->Commit();
     journal->Set("b", "k", "2");
     kill(getpid(), SIGKILL);
   }
   waitpid(child, nullptr, 0);
-  const auto journal = journals.Open("job");
+  const auto journal = journals.Open({"job"});
   ASSERT_TRUE(journal);
   EXPECT_EQ(journal->Get("a", "k"), "1");
   EXPECT_EQ(journal->Get("b", "k"), std::nullopt);
 }
 
 TEST_F(JournalsTest, ADamagedOneCountsAsEmpty) {
-  journals.Open("job")->Set("a", "k", "1");
+  journals.Open({"job"})->Set("a", "k", "1");
   const std::string name = folder.Names("journals").at(0);
   folder.Write("journals/" + name, std::string(5000, 'x'));
-  const auto journal = journals.Open("job");
+  const auto journal = journals.Open({"job"});
   ASSERT_TRUE(journal);
   EXPECT_EQ(journal->Get("a", "k"), std::nullopt);
   journal->Set("a", "k", "2");
@@ -100,10 +190,10 @@ TEST_F(JournalsTest, ADamagedOneCountsAsEmpty) {
 }
 
 TEST_F(JournalsTest, OldOnesAreSwept) {
-  journals.Open("old")->Set("a", "k", "1");
+  journals.Open({"old"})->Set("a", "k", "1");
   const std::string old = folder.Path("journals/" + folder.Names("journals").at(0));
   std::filesystem::last_write_time(old, std::filesystem::file_time_type::clock::now() - std::chrono::hours(24 * 61));
-  journals.Open("new")->Set("a", "k", "1");
+  journals.Open({"new"})->Set("a", "k", "1");
   EXPECT_FALSE(std::filesystem::exists(old));
   EXPECT_EQ(folder.Names("journals").size(), 1u);
 }
@@ -125,7 +215,7 @@ TEST_F(JournalsTest, AScratchOneLastsAsLongAsItIsOpen) {
 
 TEST_F(JournalsTest, WhereNoneCanBeKeptThereIsNone) {
   folder.Write("file", "x");
-  EXPECT_EQ(posix::SqliteJournals(folder.Path("file/below")).Open("job"), nullptr);
+  EXPECT_EQ(posix::SqliteJournals(folder.Path("file/below")).Open({"job"}), nullptr);
 }
 
 }  // namespace

@@ -363,22 +363,154 @@ TEST_F(ResumeTest, ASourceOfAnotherTimeIsDoneAgain) {
   EXPECT_EQ(Read(Out("2.jpg")).At(5, 5), kWhitePixel);
 }
 
-TEST_F(ResumeTest, AnotherShareIsAnotherRun) {
-  const auto stop = [&](std::uint64_t index, std::uint64_t count) {
+// --- Shares of one job.
+
+class SharedResumeTest : public ResumeTest {
+ protected:
+  void Take(std::uint64_t index, std::uint64_t count) {
     program.share = {index, count, ""};
     world.boxes.Forget();
-    StopBehind(1);
-    return first.size();
-  };
-  EXPECT_EQ(stop(0, 2), 1u);
-  for (const Share& share : {Share{1, 2, ""}, Share{0, 3, ""}, Share{0, 1, ""}}) {
-    program.share = share;
+    recorder.done.clear();
+  }
+  std::string Box() const { return world.boxes.All().empty() ? std::string() : world.boxes.All()[0].box.text; }
+  // The share of the whole that the first picture belongs to.
+  std::uint64_t ShareOfFirst(std::uint64_t count) const {
+    for (std::uint64_t index = 0; index < count; ++index) {
+      if (Share{index, count, ""}.Takes("0.png")) return index;
+    }
+    return 0;
+  }
+};
+
+TEST_F(SharedResumeTest, AnotherShareIsAnotherRun) {
+  Take(0, 2);
+  StopBehind(1);
+  for (const Share& share : {Share{1, 2, ""}, Share{3, 4, ""}}) {
+    Take(share.index, share.count);
     Cut();
     EXPECT_EQ(world.boxes.Count(kQuestion), 0) << share.index << "/" << share.count;
   }
-  program.share = {0, 2, ""};
+  Take(0, 2);
   Cut();
-  EXPECT_EQ(world.boxes.Count(kQuestion), 1);
+  EXPECT_EQ(Box().substr(0, Box().find("要接着")), "上次的这项任务没有做完，已写好 1 个文件。");
+}
+
+TEST_F(SharedResumeTest, WhatWasPartedOtherwiseIsNotBegun) {
+  Put("ChOver", "1");
+  const std::uint64_t half = ShareOfFirst(2);
+  const std::string again = "这次先不处理吗？\r\n是——不处理\r\n否——全部重新处理，已覆盖的原文件会再裁一次";
+  Take(half, 2);
+  StopBehind(1);
+  const std::string cut = first[0].source;
+  const std::size_t runs = recorder.ended.size();
+  for (const Share& share : {Share{0, 1, ""}, Share{half, 4, ""}, Share{half + 2, 4, ""}, Share{2, 3, ""}}) {
+    SCOPED_TRACE(std::to_string(share.index) + "/" + std::to_string(share.count));
+    Take(share.index, share.count);
+    Cut();
+    EXPECT_EQ(Box(),
+              "上次的这项任务没有做完，当时分成 2 份处理，这次分得不同，认不出哪些文件已经处理过。"
+              "要接着处理，请仍分成 2 份：用 --jobs 2，或者与上次相同的 --shard 和 --jobs。" +
+                  again);
+    EXPECT_EQ(world.boxes.All()[0].box.type, 36) << "yes, the default, does nothing";
+    EXPECT_EQ(recorder.ended.size(), runs);
+    EXPECT_FALSE(flags.Busy);
+    EXPECT_EQ(Journals().size(), 1u);
+  }
+  EXPECT_EQ(SizeOf(cut), (base::Size{20, 30}));
+  Take(half, 2);
+  Answer(Reply::Yes);
+  Cut();
+  EXPECT_EQ(Totals().skipped, 1u);
+  EXPECT_TRUE(Journals().empty());
+  EXPECT_EQ(SizeOf(cut), (base::Size{20, 30}));
+}
+
+// Those parts of a call that what was done does not belong to are not begun either.
+TEST_F(SharedResumeTest, NoWorkerBeginsWhereAnotherDoesNot) {
+  Take(ShareOfFirst(4), 4);
+  StopBehind(1);
+  const std::uint64_t other = (ShareOfFirst(2) + 1) % 2;
+  const auto asked = [&](std::uint64_t among) {
+    Take(other, 2);
+    program.share.among = among;
+    RunJournal journal(program, "menuNormalCut", {"Form1", "FBaseOpt"});
+    return !journal.Begin();
+  };
+  EXPECT_TRUE(asked(2)) << "of a call of two workers";
+  EXPECT_FALSE(asked(1)) << "of a call that has this share alone";
+}
+
+TEST_F(SharedResumeTest, WhatWasWholeIsNotParted) {
+  StopBehind(4);
+  Take(0, 2);
+  Answer(Reply::Yes);
+  Cut();
+  EXPECT_EQ(Box(),
+            "上次的这项任务没有做完，当时没有分份，这次分了份，认不出哪些文件已经处理过。"
+            "要接着处理，请不带 --jobs 和 --shard 运行。这次先不处理吗？\r\n是——不处理\r\n"
+            "否——全部重新处理，已覆盖的原文件会再裁一次");
+  EXPECT_TRUE(recorder.done.empty());
+  Take(0, 1);
+  Answer(Reply::Yes);
+  Cut();
+  EXPECT_EQ(Totals().skipped, 4u);
+}
+
+TEST_F(SharedResumeTest, NoBeginsAnewHoweverItWasParted) {
+  for (const std::uint64_t index : {0, 1}) {
+    Take(index, 2);
+    StopBehind(1);
+  }
+  ASSERT_EQ(Journals().size(), 2u);
+  Take(0, 1);
+  Answer(Reply::No);
+  StopBehind(2);
+  EXPECT_EQ(Totals().skipped, 0u);
+  EXPECT_EQ(Journals().size(), 1u) << "ours alone";
+  Answer(Reply::Yes);
+  Cut();
+  EXPECT_EQ(Totals().written, 4u);
+  EXPECT_TRUE(Journals().empty());
+}
+
+// Another program is at it.
+TEST_F(SharedResumeTest, NoJobIsHandledTwiceAtATime) {
+  constexpr const char* kInUse = "这项任务正由另一个程序处理，或者它的记录现在无法读取，请稍后再试";
+  const auto begins = [this](std::uint64_t index, std::uint64_t count) {
+    Take(index, count);
+    RunJournal journal(program, "other", {"Form1"});
+    return journal.Begin();
+  };
+  {
+    Take(0, 2);
+    RunJournal running(program, "other", {"Form1"});
+    ASSERT_TRUE(running.Begin());
+    EXPECT_FALSE(begins(0, 2));
+    EXPECT_EQ(Box(), kInUse);
+    EXPECT_FALSE(begins(0, 1));
+    EXPECT_EQ(world.boxes.Count(kQuestion), 1);
+    EXPECT_EQ(world.boxes.Count(kInUse), 0);
+    Answer(Reply::No);
+    EXPECT_FALSE(begins(0, 1));
+    EXPECT_EQ(world.boxes.Count(kInUse), 1);
+    EXPECT_TRUE(begins(1, 2));
+    EXPECT_EQ(Box(), "");
+    EXPECT_EQ(Journals().size(), 1u) << "what does nothing leaves nothing";
+  }
+  EXPECT_TRUE(begins(0, 1)) << "it did nothing";
+  EXPECT_EQ(Box(), "");
+}
+
+// A worker in the place of one that died goes on, whatever is answered.
+TEST_F(SharedResumeTest, OneInThePlaceOfADeadOneAsksNothing) {
+  Put("ChOver", "1");
+  StopBehind(4);
+  program.careful = true;
+  Answer(Reply::No);
+  Cut();
+  EXPECT_EQ(world.boxes.Count(kQuestion), 0);
+  EXPECT_EQ(Totals().skipped, 4u);
+  for (int i = 0; i < 6; ++i) EXPECT_EQ(SizeOf(In(std::to_string(i) + ".png")), (base::Size{20, 30})) << i;
 }
 
 }  // namespace

@@ -55,6 +55,24 @@ TEST(Share, NamedFilesAreSeenFromTheBase) {
   }
 }
 
+// Told by what they take.
+TEST(Share, MeetWhereAFileCanBelongToBoth) {
+  for (std::uint64_t count = 1; count <= 6; ++count) {
+    for (std::uint64_t other = 1; other <= 6; ++other) {
+      for (std::uint64_t index = 0; index < count * other; ++index) {
+        const Share one{index % count, count, ""};
+        const Share two{index / count, other, ""};
+        bool meet = false;
+        for (int i = 0; i < 2000 && !meet; ++i) {
+          const std::string path = std::to_string(i);
+          meet = one.Takes(path) && two.Takes(path);
+        }
+        EXPECT_EQ(one.Meets(two), meet) << one.index << "/" << count << " " << two.index << "/" << other;
+      }
+    }
+  }
+}
+
 TEST(Share, PartsOfAPartAddUpToIt) {
   const Share share{2, 3, ""};
   for (int i = 0; i < 500; ++i) {
@@ -63,6 +81,13 @@ TEST(Share, PartsOfAPartAddUpToIt) {
     for (std::uint64_t number = 0; number < 4; ++number) takers += share.Part(number, 4).Takes(path) ? 1 : 0;
     EXPECT_EQ(takers, share.Takes(path) ? 1 : 0) << path;
   }
+  for (std::uint64_t number = 0; number < 4; ++number) {
+    const Share call = share.Part(number, 4).OfCall();
+    EXPECT_EQ(call.index, 2u);
+    EXPECT_EQ(call.count, 3u);
+  }
+  EXPECT_EQ(share.OfCall().index, 2u);
+  EXPECT_EQ(share.OfCall().count, 3u);
 }
 
 }  // namespace

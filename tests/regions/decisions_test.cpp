@@ -20,7 +20,11 @@ class MemoryJournals final : public host::Journals {
  public:
   using Values = std::map<std::pair<std::string, std::string>, std::string>;
 
-  std::unique_ptr<host::Journal> Open(const std::string& job) override { return std::make_unique<One>(jobs[job]); }
+  std::unique_ptr<host::Journal> Open(const host::JobPart& part) override {
+    return std::make_unique<One>(jobs[part.job]);
+  }
+  std::optional<host::JobPart> FindUnfinished(const std::string&, const Wanted&) override { return std::nullopt; }
+  bool Forget(const std::string&, const Wanted&) override { return true; }
 
   std::map<std::string, Values> jobs;
 

@@ -4,9 +4,11 @@
 
 #include <sqlite3.h>
 
+#include <algorithm>
 #include <chrono>
 #include <cstdint>
 #include <filesystem>
+#include <sstream>
 
 #include "base/path_text.h"
 #include "host/posix/environment.h"
@@ -18,13 +20,18 @@ namespace fs = std::filesystem;
 
 constexpr std::chrono::hours kKept{24 * 60};
 constexpr const char* kExtension = ".db";
+constexpr char kParting = '-';
+// Others that only look into a journal, or repair one of a killed process, are done with it sooner.
+constexpr int kWaitMilliseconds = 1000;
+constexpr int kAttempts = 5;
 
-// One process has the journal for itself. Little is held in memory, however long it grows.
-constexpr const char* kAlone = "PRAGMA locking_mode = EXCLUSIVE; PRAGMA cache_size = -512";
-constexpr const char* kSafe = "PRAGMA journal_mode = DELETE; PRAGMA synchronous = FULL";
-constexpr const char* kFast = "PRAGMA journal_mode = OFF; PRAGMA synchronous = OFF";
+// Little is held in memory, however long a journal grows.
+constexpr const char* kSafe = "PRAGMA journal_mode = DELETE; PRAGMA synchronous = FULL; PRAGMA cache_size = -512";
+constexpr const char* kFast = "PRAGMA journal_mode = OFF; PRAGMA synchronous = OFF; PRAGMA cache_size = -512";
+// One process has the journal for itself. It keeps no lock while it waits for that, so that of two who wait none keeps
+// the other waiting.
 constexpr const char* kTables =
-    "BEGIN IMMEDIATE; "
+    "BEGIN EXCLUSIVE; PRAGMA locking_mode = EXCLUSIVE; "
     "CREATE TABLE IF NOT EXISTS job (text BLOB NOT NULL); "
     "CREATE TABLE IF NOT EXISTS record (file BLOB NOT NULL, key BLOB NOT NULL, value BLOB NOT NULL, "
     "PRIMARY KEY (file, key)) WITHOUT ROWID; COMMIT";
@@ -73,7 +80,11 @@ class SqliteJournal final : public Journal {
     set_ = Prepare(Raw(), "INSERT OR REPLACE INTO record (file, key, value) VALUES (?1, ?2, ?3)");
     count_ = Prepare(Raw(), "SELECT count(*) FROM record WHERE key = ?1");
   }
-  ~SqliteJournal() override { Commit(); }
+  // One that holds nothing leaves nothing.
+  ~SqliteJournal() override {
+    Commit();
+    if (database_ && Empty()) Remove();
+  }
 
   std::optional<std::string> Get(const std::string& file, const std::string& key) override {
     if (!get_) return std::nullopt;
@@ -114,15 +125,21 @@ class SqliteJournal final : public Journal {
   }
 
   void Clear() override { Run(Raw(), "DELETE FROM record"); }
+  bool Empty() const {
+    const Statement any = Prepare(Raw(), "SELECT 1 FROM record LIMIT 1");
+    return any && sqlite3_step(any.get()) == SQLITE_DONE;
+  }
 
+  // The file goes while it is still ours: one who waits for it notices, and makes another.
   void Remove() override {
+    Commit();
+    std::error_code ignored;
+    fs::remove(path_ + "-journal", ignored);
+    fs::remove(path_, ignored);
     get_.reset();
     set_.reset();
     count_.reset();
     database_.reset();
-    std::error_code ignored;
-    fs::remove(path_, ignored);
-    fs::remove(path_ + "-journal", ignored);
   }
 
  private:
@@ -152,18 +169,27 @@ void SweepOld(const std::string& folder) {
   }
 }
 
-// Whether the database can be used and nobody else has it; busy where somebody has.
-bool SetUp(sqlite3* database, const char* manner, bool& busy) {
-  if (Run(database, kAlone) && Run(database, manner) && Run(database, kTables)) return true;
-  busy = (sqlite3_errcode(database) & 0xFF) == SQLITE_BUSY;
-  return false;
+enum class State { Ours, Gone, Damaged, OutOfReach };
+
+// Gone is one that was removed while it was waited for, out of reach what another process has, and what cannot be read
+// or written now.
+State SetUp(sqlite3* database, const char* manner) {
+  if (database && Run(database, manner) && Run(database, kTables)) {
+    int moved = 0;
+    sqlite3_file_control(database, "main", SQLITE_FCNTL_HAS_MOVED, &moved);
+    return moved != 0 ? State::Gone : State::Ours;
+  }
+  const int why = database ? sqlite3_errcode(database) & 0xFF : SQLITE_CANTOPEN;
+  return why == SQLITE_NOTADB || why == SQLITE_CORRUPT ? State::Damaged : State::OutOfReach;
 }
 
 Database OpenAt(const std::string& path) {
   sqlite3* raw = nullptr;
   const int opened = sqlite3_open_v2(path.c_str(), &raw, SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE, nullptr);
   Database database(raw);
-  return opened == SQLITE_OK ? std::move(database) : nullptr;
+  if (opened != SQLITE_OK) return nullptr;
+  sqlite3_busy_timeout(raw, kWaitMilliseconds);
+  return database;
 }
 
 void TakeJob(sqlite3* database, const std::string& job) {
@@ -176,34 +202,85 @@ void TakeJob(sqlite3* database, const std::string& job) {
   sqlite3_step(write.get());
 }
 
+// nullptr where another process has it, or none can be kept.
+std::unique_ptr<SqliteJournal> OpenKept(const std::string& path, const std::string& job) {
+  for (int attempt = 0; attempt < kAttempts; ++attempt) {
+    Database database = OpenAt(path);
+    const State state = SetUp(database.get(), kSafe);
+    if (state == State::OutOfReach) break;
+    if (state == State::Ours) {
+      TakeJob(database.get(), job);
+      return std::make_unique<SqliteJournal>(std::move(database), path);
+    }
+    std::error_code ignored;
+    if (state == State::Damaged) fs::remove(path, ignored);
+  }
+  return nullptr;
+}
+
+// The part of the job that a journal of that name is of; nothing where it is of another job, or is no journal.
+std::optional<JobPart> PartNamed(const std::string& name, const std::string& job) {
+  const std::string begin = NameOf(job) + kParting;
+  if (!name.starts_with(begin) || !name.ends_with(kExtension)) return std::nullopt;
+  std::istringstream rest(name.substr(begin.size()));
+  JobPart part{job, 0, 0};
+  char parting = 0;
+  const bool read = rest >> part.index >> parting >> part.count && parting == kParting && part.count > 0;
+  return read ? std::optional(part) : std::nullopt;
+}
+
 }  // namespace
 
 SqliteJournals::SqliteJournals()
     : folder_(base::JoinPath(BaseFolder("XDG_CONFIG_HOME", ".config"), "quillon/journals")) {}
 
-std::unique_ptr<Journal> SqliteJournals::Open(const std::string& job) {
+std::string SqliteJournals::PathOf(const JobPart& part) const {
+  const std::string name =
+      NameOf(part.job) + kParting + std::to_string(part.index) + kParting + std::to_string(part.count) + kExtension;
+  return base::JoinPath(folder_, name);
+}
+
+std::unique_ptr<Journal> SqliteJournals::Open(const JobPart& part) {
   std::error_code error;
   fs::create_directories(folder_, error);
   if (error) return nullptr;
   SweepOld(folder_);
-  const std::string path = base::JoinPath(folder_, NameOf(job) + kExtension);
-  bool busy = false;
-  Database database = OpenAt(path);
-  if (!database || !SetUp(database.get(), kSafe, busy)) {
-    if (busy) return nullptr;
-    database.reset();
-    fs::remove(path, error);
-    database = OpenAt(path);
-    if (!database || !SetUp(database.get(), kSafe, busy)) return nullptr;
+  return OpenKept(PathOf(part), part.job);
+}
+
+std::vector<JobPart> SqliteJournals::PartsOf(const std::string& job, const Wanted& wanted) const {
+  std::vector<JobPart> parts;
+  std::error_code ignored;
+  for (const auto& entry : fs::directory_iterator(folder_, ignored)) {
+    const auto part = PartNamed(entry.path().filename().native(), job);
+    if (part && wanted(*part)) parts.push_back(*part);
   }
-  TakeJob(database.get(), job);
-  return std::make_unique<SqliteJournal>(std::move(database), path);
+  // Processes that take several must take them in one order.
+  std::sort(parts.begin(), parts.end());
+  return parts;
+}
+
+std::optional<JobPart> SqliteJournals::FindUnfinished(const std::string& job, const Wanted& wanted) {
+  for (const JobPart& part : PartsOf(job, wanted)) {
+    const auto journal = OpenKept(PathOf(part), job);
+    if (!journal || !journal->Empty()) return part;
+  }
+  return std::nullopt;
+}
+
+bool SqliteJournals::Forget(const std::string& job, const Wanted& wanted) {
+  std::vector<std::unique_ptr<Journal>> journals;
+  for (const JobPart& part : PartsOf(job, wanted)) {
+    journals.push_back(OpenKept(PathOf(part), job));
+    if (!journals.back()) return false;
+  }
+  for (const auto& journal : journals) journal->Remove();
+  return true;
 }
 
 std::unique_ptr<Journal> OpenScratchJournal(const std::string& path) {
-  bool busy = false;
   Database database = OpenAt(path);
-  if (!database || !SetUp(database.get(), kFast, busy)) return nullptr;
+  if (SetUp(database.get(), kFast) != State::Ours) return nullptr;
   return std::make_unique<SqliteJournal>(std::move(database), path);
 }
 

@@ -3,22 +3,28 @@
 #pragma once
 
 #include <string>
+#include <vector>
 
 #include "host/journal.h"
 
 namespace quillon::host::posix {
 
-// Each journal is a database of its own in a folder; a damaged one counts as empty. Those that nobody has touched for
-// two months are removed when another is opened.
+// Each journal is a database of its own in a folder; a damaged one counts as empty. One that another process holds is
+// waited for a moment. Those that nobody has touched for two months are removed when another is opened.
 class SqliteJournals final : public Journals {
  public:
   // In the folder "journals" beside the user's settings.
   SqliteJournals();
   explicit SqliteJournals(std::string folder) : folder_(std::move(folder)) {}
 
-  std::unique_ptr<Journal> Open(const std::string& job) override;
+  std::unique_ptr<Journal> Open(const JobPart& part) override;
+  std::optional<JobPart> FindUnfinished(const std::string& job, const Wanted& wanted) override;
+  bool Forget(const std::string& job, const Wanted& wanted) override;
 
  private:
+  std::string PathOf(const JobPart& part) const;
+  std::vector<JobPart> PartsOf(const std::string& job, const Wanted& wanted) const;
+
   std::string folder_;
 };
 
