@@ -13,8 +13,9 @@ namespace quillon::job {
 namespace {
 
 constexpr int kWorkFileQuality = 98;
-// Pieces of one picture.
-constexpr std::size_t kMostForeseen = 1000;
+// Pieces of one picture. A piece can be split again if the whole has as many pixels as there are pieces, squared: where
+// there are more than these, none is that large.
+constexpr std::size_t kMostForeseen = 100'000;
 
 constexpr Step (*kSteps[])(CutFile&) = {
     MeasureSource, PassOverSmall, KeepExifSource, PassOverFolder, ZoomBeforeCut, RotateBeforeCut, NameOutput,
@@ -59,8 +60,8 @@ std::vector<std::string> ForeseenOutputs(CutRun& run, const std::string& path) {
   if (!file.options.split) return {ResultPath(file)};
   const std::size_t count = std::min(PieceCount(file.options), kMostForeseen);
   std::vector<std::string> outputs;
+  CutFile piece(run, 0, path);
   for (std::size_t number = 1; number <= count; ++number) {
-    CutFile piece(run, 0, path);
     piece.name = PieceName(file, number);
     PredictTarget(piece);
     outputs.push_back(ResultPath(piece));

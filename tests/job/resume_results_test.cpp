@@ -264,6 +264,25 @@ TEST_F(ResultsTest, AContinuedRunHandlesOneFileOfAFolderInAll) {
   EXPECT_EQ(Totals().written, 1u);
 }
 
+// --- Pieces
+
+TEST_F(ResultsTest, OfManyPiecesAreAllKnown) {
+  constexpr std::size_t kPieces = 32 * 32;
+  Put("ChOver", "1");
+  Option("ChSplit", "1");
+  Put("FBaseOpt.TSmalS(4)", "32");
+  Put("FBaseOpt.TSmalS(5)", "32");
+  std::filesystem::remove_all(In(""));
+  Make("a.bmp", 64, 32);
+  KillBehind(1);
+  ASSERT_EQ(world.folder.Names("in").size(), kPieces + 1);
+  Continue();
+  EXPECT_EQ(Totals().written, 1u);
+  EXPECT_EQ(Totals().none, 0u);
+  EXPECT_EQ(PassedOver(), kPieces);
+  EXPECT_EQ(world.folder.Names("in").size(), kPieces + 1);
+}
+
 // --- Sources that no row stands for.
 
 TEST_F(ResultsTest, TakeThePlaceOfTheirSourcesAtACheckpoint) {
