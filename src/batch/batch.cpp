@@ -10,7 +10,6 @@
 #include <exception>
 #include <filesystem>
 #include <memory>
-#include <unordered_set>
 
 #include "base/utf8.h"
 #include "batch/hosts.h"
@@ -111,13 +110,14 @@ class Session {
   }
 
   // What an earlier worker in the place of this one has handled.
-  std::unordered_set<std::string> Handled() const {
-    std::unordered_set<std::string> handled;
+  job::Handled Handled() const {
+    job::Handled handled;
     std::string names;
     const std::string list = host::posix::Environment(kWorkerVariable);
     if (list.empty() || !files_.ReadFile(list, names)) return handled;
     for (std::size_t begin = 0, end; (end = names.find('\0', begin)) != std::string::npos; begin = end + 1) {
-      handled.insert(names.substr(begin, end - begin));
+      const job::Wrote wrote = names[begin] == kWroteMark ? job::Wrote::Yes : job::Wrote::No;
+      handled.emplace(names.substr(begin + 1, end - begin - 1), wrote);
     }
     return handled;
   }

@@ -10,6 +10,8 @@ namespace {
 // Keys.
 constexpr const char* kHandled = "handled";
 constexpr const char* kSource = "source";
+// Of a handled source.
+constexpr const char* kWritten = "written";
 
 }  // namespace
 
@@ -21,15 +23,20 @@ FileRecords::~FileRecords() {
 
 bool FileRecords::Handled(const std::string& source) { return journal_ && journal_->Get(source, kHandled); }
 
-bool FileRecords::TellHandled(const std::string& source) {
-  if (Handled(source)) return false;
-  ++sources_;
-  if (journal_) journal_->Set(source, kHandled, "");
-  return true;
+bool FileRecords::TellHandled(const std::string& source, job::Wrote wrote) {
+  const bool known = Handled(source);
+  if (!known) ++sources_;
+  if (journal_ && (!known || wrote == job::Wrote::Yes)) {
+    journal_->Set(source, kHandled, wrote == job::Wrote::Yes ? kWritten : "");
+  }
+  return !known;
 }
 
-void FileRecords::EachSource(const std::function<void(const std::string& source)>& take) {
-  if (journal_) journal_->Each(kHandled, take);
+void FileRecords::EachSource(const std::function<void(const std::string& source, job::Wrote wrote)>& take) {
+  if (!journal_) return;
+  journal_->Each(kHandled, [&](const std::string& source) {
+    take(source, journal_->Get(source, kHandled) == kWritten ? job::Wrote::Yes : job::Wrote::No);
+  });
 }
 
 std::optional<std::string> FileRecords::SourceOf(const std::string& output) {

@@ -9,6 +9,7 @@
 #include <string>
 
 #include "host/journal.h"
+#include "job/handled.h"
 
 namespace quillon::batch {
 
@@ -22,12 +23,12 @@ class FileRecords {
   FileRecords(const FileRecords&) = delete;
   FileRecords& operator=(const FileRecords&) = delete;
 
-  // --- Sources that were told of. True for one that was not before.
-  bool TellHandled(const std::string& source);
+  // --- Sources that were told of, and whether ever a result of it was. True for one that was not before.
+  bool TellHandled(const std::string& source, job::Wrote wrote);
   bool Handled(const std::string& source);
 
   // Every source that was told of.
-  void EachSource(const std::function<void(const std::string& source)>& take);
+  void EachSource(const std::function<void(const std::string& source, job::Wrote wrote)>& take);
 
   // --- Of an output: the source that it was made of last, "" where that is not known; nothing for a file that no
   // worker has named as its output.

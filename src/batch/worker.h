@@ -11,9 +11,11 @@
 
 namespace quillon::batch {
 
-// Set for a worker process: a file that names the sources it is to leave out, each ended by a zero byte; there is none
-// where it is the first in its place.
+// Set for a worker process: a file that names the sources it is to leave out, each behind a mark that tells whether a
+// result of it stands, and ended by a zero byte; there is none where it is the first in its place.
 inline constexpr const char* kWorkerVariable = "QUILLON_BATCH_WORKER";
+inline constexpr char kWroteMark = '+';
+inline constexpr char kOtherMark = '-';
 // Set for one that takes the place of a dead worker: see job::Program::careful.
 inline constexpr const char* kCarefulVariable = "QUILLON_BATCH_CAREFUL";
 

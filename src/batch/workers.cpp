@@ -121,8 +121,9 @@ std::string Workers::LeftOutPath(const Member& member) const {
 bool Workers::SaveLeftOut(const Member& member) {
   const auto fill = [this](host::Draft& draft) {
     host::Status status;
-    records_.EachSource([&](const std::string& source) {
-      if (status) status = draft.Write(source.c_str(), source.size() + 1);
+    records_.EachSource([&](const std::string& source, job::Wrote wrote) {
+      const std::string entry = (wrote == job::Wrote::Yes ? kWroteMark : kOtherMark) + source;
+      if (status) status = draft.Write(entry.c_str(), entry.size() + 1);
     });
     return status;
   };
@@ -191,7 +192,8 @@ void Workers::TakeFile(Member& member, const Event& event) {
   if (event.Find("lost")) return TakeLost(event);
   const std::string source = event.Text("source");
   if (source == member.underWay) member.underWay.clear();
-  if (records_.TellHandled(source)) ++member.handled;
+  const job::Wrote wrote = event.Text("output").empty() ? job::Wrote::No : job::Wrote::Yes;
+  if (records_.TellHandled(source, wrote)) ++member.handled;
   TakeOutputs(source, event);
   Count(event.Text("result"), 1);
   reporter_.Tell(event);
@@ -251,7 +253,7 @@ void Workers::TakeEnd(Member& member) {
   const std::string how = end.signal > 0 ? "（信号 " + std::to_string(end.signal) + "）" : "";
   const std::string source = std::exchange(member.underWay, {});
   if (!source.empty()) {
-    if (records_.TellHandled(source)) ++member.handled;
+    if (records_.TellHandled(source, job::Wrote::No)) ++member.handled;
     TellLost(source, "处理进程意外结束" + how + "，这个文件可能没有处理完");
   }
   member.exit = static_cast<int>(Exit::SomeWithout);
@@ -273,7 +275,7 @@ void Workers::TellUnfinished(Member& member, const std::string& how) {
   for (const Step& step : plan_.steps) {
     for (const std::string& path : step.files) {
       const bool folder = files_.IsFolder(path);
-      if (!folder && (!member.share.TakesNamed(path) || !records_.TellHandled(path))) continue;
+      if (!folder && (!member.share.TakesNamed(path) || !records_.TellHandled(path, job::Wrote::No))) continue;
       TellLost(path, what + (folder ? "，其中由它负责的文件没有处理完" : "，这个文件没有处理"));
     }
   }

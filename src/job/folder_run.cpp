@@ -88,6 +88,8 @@ void FolderRun::Walk() {
   program_.Intake().Clear();
   if (program_.observer) program_.observer->RunStarted(0);
   if (journal_.Kept()) ledger_.RecallBy([this](const std::string& output) { return journal_.SourceOf(output); });
+  // The walk may come upon them late, or no more.
+  if (rule_.byFolder) journal_.EachHandled([this](const std::string& source) { driver_.HandledBefore(source); });
   const double start = checked_ = program_.host.clock.Seconds();
   bool complete = false;
   {

@@ -4,6 +4,7 @@
 
 #include <string_view>
 
+#include "base/path_text.h"
 #include "job/program.h"
 
 namespace quillon::job {
@@ -22,6 +23,9 @@ void OmittedFolders::Clear() {
 }
 
 void OmittedFolders::Read() {
+  for (const auto& [source, wrote] : program_.handled) {
+    if (wrote == Wrote::Yes) Take(base::SplitPath(source).folder);
+  }
   std::string text;
   // Before the first run there is no such file, and an unreadable one omits nothing.
   if (!program_.host.files.ReadFile(program_.AppPath(kFile), text)) return;

@@ -19,7 +19,8 @@ class OmittedFolders {
   explicit OmittedFolders(Program& program);
 
   void Clear();
-  // Takes the lines of the file that still are folders.
+  // Takes the lines of the file that still are folders, and the folders of what an earlier process in the place of this
+  // one has written.
   void Read();
   // True and taken in when the folder is new, false when it is to be passed over.
   bool Take(const std::string& folder);

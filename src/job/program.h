@@ -4,7 +4,6 @@
 
 #include <memory>
 #include <string>
-#include <unordered_set>
 
 #include "controls/windows.h"
 #include "formats/tools/converter.h"
@@ -19,6 +18,7 @@
 #include "job/file_list.h"
 #include "job/flags.h"
 #include "job/form1.h"
+#include "job/handled.h"
 #include "job/run_report.h"
 #include "job/share.h"
 
@@ -72,7 +72,7 @@ class Program {
   Share share;
   std::size_t leftToOthers = 0;
   // Files that are left out because an earlier process has handled them.
-  std::unordered_set<std::string> handled;
+  Handled handled;
   // An earlier process died in the place of this one: nothing is worked on ahead, and the observer hears also of each
   // file that is taken up for the list, so that it is known which file another death was about.
   bool careful = false;

@@ -6,6 +6,7 @@
 #include <sstream>
 #include <utility>
 
+#include "base/path_text.h"
 #include "job/cut_ledger.h"
 #include "job/program.h"
 
@@ -181,16 +182,36 @@ bool RunJournal::Stands(const std::string& source) {
   if (doneText.empty() && begunText.empty()) return false;
   const host::Files& files = program_.host.files;
   const auto now = files.Look(source);
-  if (!now) return false;
   if (!doneText.empty()) {
     const Done done = ReadDone(doneText);
     if (!OutputsStand(files, done)) return false;
-    return done.outputs.front().second == source || StampOf(*now).SameContent(done.source);
+    return !now || done.outputs.front().second == source || StampOf(*now).SameContent(done.source);
   }
+  if (!now) return false;
   // Replaced as a whole: that is what a finished cut does to its source.
   std::istringstream in(begunText);
   Stamp before;
   return in >> before && !StampOf(*now).SameFile(before);
+}
+
+void RunJournal::EachHandled(const std::function<void(const std::string& source)>& take) {
+  if (!journal_) return;
+  const auto answers = [this](const std::string& source) {
+    program_.host.pump.Turn();
+    return !program_.flags.StopRequested && static_cast<bool>(program_.disks.AskFolder(base::SplitPath(source).folder));
+  };
+  const auto takeStanding = [&](const std::string& source) {
+    if (answers(source) && Stands(source)) take(source);
+  };
+  journal_->Each(kDone, takeStanding);
+  journal_->Each(kBegun, takeStanding);
+  // Killed when the source had gone, before that was noted.
+  journal_->Each(kMeant, [&](const std::string& output) {
+    const std::string source = journal_->Get(output, kMeant).value_or("");
+    if (source.empty() || !answers(source)) return;
+    const host::Files& files = program_.host.files;
+    if (!files.Look(source) && files.Look(output)) take(source);
+  });
 }
 
 std::vector<std::string> RunJournal::OutputsOf(const std::string& source) {

@@ -37,8 +37,12 @@ class RunJournal {
   bool Begin();
   bool Kept() const { return journal_ != nullptr; }
 
-  // True when the result of an earlier part of the job stands unchanged, made of the source as it is now.
+  // True when the result of an earlier part of the job stands unchanged, made of the source as it is now; also where
+  // the source has gone.
   bool Stands(const std::string& source);
+  // Hands out the sources that an earlier part of the job has handled, as far as what was made of them stands and its
+  // disk answers.
+  void EachHandled(const std::function<void(const std::string& source)>& take);
   // The outputs of that result, as far as they were written down.
   std::vector<std::string> OutputsOf(const std::string& source);
   // The source of path, where path is a result of this job and unchanged, or was made by a part that was killed; else

@@ -5,12 +5,16 @@
 #include <gtest/gtest.h>
 
 #include <fstream>
-#include <set>
+#include <map>
+#include <utility>
+#include <vector>
 
 #include "host/testing/temp_folder.h"
 
 namespace quillon::batch {
 namespace {
+
+using job::Wrote;
 
 const std::string kOdd("/in/\xFF\n.jpg");
 
@@ -23,8 +27,8 @@ class FileRecordsTest : public testing::Test {
 TEST_F(FileRecordsTest, KnowWhatWasTold) {
   FileRecords records(path_);
   EXPECT_FALSE(records.Handled(kOdd));
-  EXPECT_TRUE(records.TellHandled(kOdd));
-  EXPECT_FALSE(records.TellHandled(kOdd));
+  EXPECT_TRUE(records.TellHandled(kOdd, Wrote::No));
+  EXPECT_FALSE(records.TellHandled(kOdd, Wrote::No));
   EXPECT_TRUE(records.Handled(kOdd));
   EXPECT_EQ(records.SourceOf("/out/a.jpg"), std::nullopt);
   records.TellMade("/out/a.jpg", kOdd);
@@ -34,32 +38,37 @@ TEST_F(FileRecordsTest, KnowWhatWasTold) {
 
 TEST_F(FileRecordsTest, HandOutEverySource) {
   FileRecords records(path_);
-  records.TellHandled(kOdd);
-  records.TellHandled("/in/b.jpg");
+  const std::vector<std::pair<std::string, Wrote>> told{{kOdd, Wrote::Yes},        {"/in/b.jpg", Wrote::No},
+                                                        {"/in/c.jpg", Wrote::No},  {"/in/c.jpg", Wrote::Yes},
+                                                        {"/in/d.jpg", Wrote::Yes}, {"/in/d.jpg", Wrote::No}};
+  for (const auto& [source, wrote] : told) records.TellHandled(source, wrote);
   records.TellMade("/out/a.jpg", kOdd);
-  std::set<std::string> sources;
-  records.EachSource([&](const std::string& source) { sources.insert(source); });
-  EXPECT_EQ(sources, (std::set<std::string>{kOdd, "/in/b.jpg"}));
+  std::map<std::string, Wrote> sources;
+  records.EachSource([&](const std::string& source, Wrote wrote) { sources[source] = wrote; });
+  EXPECT_EQ(sources,
+            (std::map<std::string, Wrote>{
+                {kOdd, Wrote::Yes}, {"/in/b.jpg", Wrote::No}, {"/in/c.jpg", Wrote::Yes}, {"/in/d.jpg", Wrote::Yes}}));
+  EXPECT_TRUE(records.Complete());
 }
 
 // A file may be a source and an output at once.
 TEST_F(FileRecordsTest, PartSourcesFromOutputs) {
   FileRecords records(path_);
   records.TellMade("/a.jpg", "/b.jpg");
-  EXPECT_TRUE(records.TellHandled("/a.jpg"));
+  EXPECT_TRUE(records.TellHandled("/a.jpg", Wrote::No));
   EXPECT_EQ(records.SourceOf("/a.jpg"), "/b.jpg");
   EXPECT_TRUE(records.Complete());
 }
 
 TEST_F(FileRecordsTest, LeaveNothingBehind) {
-  { FileRecords(path_).TellHandled(kOdd); }
+  { FileRecords(path_).TellHandled(kOdd, Wrote::No); }
   EXPECT_TRUE(folder_.Names("").empty());
 }
 
 TEST_F(FileRecordsTest, WithoutAFileTheyAreNotComplete) {
   FileRecords records(folder_.Path("missing/records"));
   EXPECT_FALSE(records.Complete());
-  records.TellHandled(kOdd);
+  records.TellHandled(kOdd, Wrote::No);
   EXPECT_FALSE(records.Handled(kOdd));
   EXPECT_FALSE(records.Complete());
 }
@@ -67,7 +76,7 @@ TEST_F(FileRecordsTest, WithoutAFileTheyAreNotComplete) {
 // Other bytes under the records stand for a disk that failed.
 TEST_F(FileRecordsTest, WhatWasLostIsNoticed) {
   FileRecords records(path_);
-  for (int i = 0; i < 20'000; ++i) records.TellHandled("/in/" + std::to_string(i));
+  for (int i = 0; i < 20'000; ++i) records.TellHandled("/in/" + std::to_string(i), Wrote::No);
   EXPECT_TRUE(records.Complete());
   std::fstream(path_, std::ios::in | std::ios::out | std::ios::binary).seekp(40'000) << std::string(400'000, 'x');
   EXPECT_FALSE(records.Complete());

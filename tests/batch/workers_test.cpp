@@ -143,6 +143,26 @@ TEST_F(WorkersTest, OverwrittenSourcesSurviveTheDeathOfAWorker) {
   }
 }
 
+// All second files of the folders come behind all first ones.
+TEST_F(WorkersTest, OneFileOfAFolderIsHandledBeyondTheDeathOfAWorker) {
+  constexpr int kFolders = 150;
+  std::vector<std::string> names;
+  for (const char* name : {"/1.bmp", "/2.bmp"}) {
+    for (int i = 0; i < kFolders; ++i) names.push_back(Picture("in/" + std::to_string(i) + name));
+  }
+  const std::vector<std::string> more{
+      "--json", "--jobs", "2", "--set", "ChKeepDir=1", "--open", "FBaseOpt", "--set", "FBaseOpt.ChOmitFolds=1"};
+  BatchProcess process(Cut(names, more), folder.Path());
+  ASSERT_TRUE(process.ReadTo("\"event\":\"file\""));
+  for (const pid_t child : process.Children()) kill(child, SIGKILL);
+  const Ran ran = process.Wait();
+  const auto results = Results(ran.out);
+  EXPECT_EQ(results.size(), 2u * kFolders);
+  std::map<std::string, int> written;
+  for (const auto& [source, result] : results) written[fs::path(source).parent_path()] += result == "written";
+  for (const auto& [path, count] : written) EXPECT_EQ(count, 1) << path;
+}
+
 TEST_F(WorkersTest, StopWhenTheOneThatStartedThemIsGone) {
   Pictures(1000);
   BatchProcess process(Cut({"in"}, {"--json", "--jobs", "2"}), folder.Path());
@@ -236,11 +256,11 @@ TEST_F(DyingWorkersTest, WhatNoneCouldDoIsNamed) {
 TEST_F(DyingWorkersTest, TheNextIsToldOfEverySource) {
   const std::string good = JsonLine(FileEvent({0, "/good.jpg", "/out/good.jpg", job::Result::Written, ""}));
   const std::string bad = JsonLine(FileEvent({0, "/bad.jpg", "", job::Result::None, "damaged"}));
-  Perform("if [ -n \"$QUILLON_BATCH_CAREFUL\" ]; then\ntr '\\0' '\\n' <\"$QUILLON_BATCH_WORKER\" | sort >'" +
+  Perform("if [ -n \"$QUILLON_BATCH_CAREFUL\" ]; then\ntr '\\0' '\\n' <\"$QUILLON_BATCH_WORKER\" | LC_ALL=C sort >'" +
               world_.folder.Path("told") + "'\n" + SaysEnd() + "exit 0\nfi\n" + Says(good) + Says(bad) +
               Says(BegunLine("/killer.jpg")) + "kill -9 $$\n",
           {});
-  EXPECT_EQ(world_.folder.Read("told"), "/bad.jpg\n/good.jpg\n/killer.jpg\n");
+  EXPECT_EQ(world_.folder.Read("told"), "+/good.jpg\n-/bad.jpg\n-/killer.jpg\n");
 }
 
 // A region without output says nothing of those that were written.

@@ -397,6 +397,24 @@ TEST_F(LargeRunTest, AShareMakesNoResultOfAnotherNameBesideItsSource) {
   EXPECT_EQ(world.folder.Names("in"), std::vector<std::string>{"b.png"});
 }
 
+// --- In the place of a process that died.
+
+TEST_F(LargeRunTest, FoldersOfWhatWasWrittenAreDone) {
+  Option("ChOmitFolds", "1");
+  for (const char* name : {"x/1.bmp", "x/2.bmp", "y/3.bmp", "y/4.bmp", "z/5.bmp"}) Make(name, 10, 10);
+  program.handled = {{In("x/1.bmp"), Wrote::Yes}, {In("y/3.bmp"), Wrote::No}};
+  for (const char* big : {"1", "0"}) {
+    SCOPED_TRACE(big);
+    Put("ChBig", big);
+    if (big[0] == '0') List({world.folder.Path("in")});
+    Cut();
+    EXPECT_EQ(OutNames(), (std::vector<std::string>{"4.jpg", "5.jpg"}));
+    EXPECT_EQ(Totals().skipped, 1u);
+    std::filesystem::remove(program.AppPath("OmitSubfolds.dat"));
+    for (const char* name : {"4.jpg", "5.jpg"}) std::filesystem::remove(Out(name));
+  }
+}
+
 TEST_F(LargeRunTest, SharesHandleOneFileOfAFolderInAll) {
   for (int i = 0; i < 24; ++i) {
     const std::string name = "in/" + std::to_string(i % 6) + "/" + std::to_string(i) + ".bmp";

@@ -264,6 +264,49 @@ TEST_F(ResultsTest, AContinuedRunHandlesOneFileOfAFolderInAll) {
   EXPECT_EQ(Totals().written, 1u);
 }
 
+struct Broken {
+  const char* over;
+  bool killed;
+};
+
+// An overwritten psd goes by itself, any other one by its user.
+TEST_F(ResultsTest, OfASourceThatIsGoneCountForItsFolder) {
+  Option("ChOmitFolds", "1");
+  for (const Broken& broken : {Broken{"0", false}, Broken{"1", false}, Broken{"1", true}}) {
+    SCOPED_TRACE(std::string(broken.over) + (broken.killed ? " killed" : " stopped"));
+    Put("ChOver", broken.over);
+    std::filesystem::remove_all(In(""));
+    for (int i = 0; i < 3; ++i) {
+      const std::string name = "in/a/" + std::to_string(i) + ".psd";
+      world.folder.Write(name, PsdBytes(kWhole.width, kWhole.height, {10, 200, 30}));
+    }
+    if (broken.killed) {
+      KillBehind(1);
+    } else {
+      StopBehind(1);
+      std::filesystem::remove(first[0].source);
+    }
+    std::filesystem::remove(program.AppPath("OmitSubfolds.dat"));
+    Continue();
+    std::filesystem::remove(program.AppPath("OmitSubfolds.dat"));
+    EXPECT_EQ(Totals().written, 0u) << Results();
+    EXPECT_EQ(Totals().none, 0u) << Results();
+    EXPECT_EQ(world.folder.Names("in/a").size(), broken.over[0] == '1' ? 3u : 2u);
+  }
+}
+
+TEST_F(ResultsTest, ThatDoNotStandAnyMoreCountForNoFolder) {
+  Option("ChOmitFolds", "1");
+  std::filesystem::remove_all(In(""));
+  Make("a/1.png", kWhole.width, kWhole.height);
+  StopBehind(1);
+  std::filesystem::remove(program.AppPath("OmitSubfolds.dat"));
+  std::filesystem::remove(Out("1.jpg"));
+  Continue();
+  EXPECT_EQ(Totals().written, 1u) << Results();
+  EXPECT_TRUE(world.folder.Exists("out/1.jpg"));
+}
+
 // --- Pieces
 
 TEST_F(ResultsTest, OfManyPiecesAreAllKnown) {
