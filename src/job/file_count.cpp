@@ -14,7 +14,7 @@ namespace {
 
 using Seen = std::set<std::pair<std::uint64_t, std::uint64_t>>;
 
-std::size_t Count(const host::Files& files, const std::string& root, const WalkRule& rule,
+std::size_t Count(const host::Files& files, const std::string& root, const WalkRule& rule, const Handled& handled,
                   const std::atomic<bool>& stop) {
   std::size_t count = 0;
   Seen seen;
@@ -27,10 +27,12 @@ std::size_t Count(const host::Files& files, const std::string& root, const WalkR
     const auto facts = files.Look(path);
     if (!facts || !seen.emplace(facts->device, facts->inode).second) continue;
     (void)files.ListFolder(path, [&](const host::FolderEntry& entry) {
+      if (stop) return false;
       const std::string below = folder.empty() ? entry.name : base::JoinPath(folder, entry.name);
-      if (entry.kind == host::FileKind::File && rule.accepts(entry.name) && rule.Takes(below)) ++count;
+      const bool ours = entry.kind == host::FileKind::File && rule.accepts(entry.name) && rule.Takes(below);
+      if (ours && (handled.empty() || !handled.contains(base::JoinPath(path, entry.name)))) ++count;
       if (entry.kind == host::FileKind::Folder && rule.subfolders == Subfolders::Yes) todo.push_back(below);
-      return !stop;
+      return true;
     });
   }
   return count;
@@ -38,11 +40,10 @@ std::size_t Count(const host::Files& files, const std::string& root, const WalkR
 
 }  // namespace
 
-FileCount::FileCount(const host::Files& files, std::string root, WalkRule rule)
+FileCount::FileCount(const host::Files& files, std::string root, WalkRule rule, const Handled& handled)
     : count_(std::make_shared<std::size_t>(0)),
-      errand_([count = count_, &files, root = std::move(root), rule = std::move(rule)](const std::atomic<bool>& stop) {
-        *count = Count(files, root, rule, stop);
-      }) {}
+      errand_([count = count_, &files, root = std::move(root), rule = std::move(rule),
+               &handled](const std::atomic<bool>& stop) { *count = Count(files, root, rule, handled, stop); }) {}
 
 std::optional<std::size_t> FileCount::Result() const { return errand_.Done() ? std::optional(*count_) : std::nullopt; }
 

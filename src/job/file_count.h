@@ -9,6 +9,7 @@
 #include "host/errand.h"
 #include "host/files.h"
 #include "job/file_walk.h"
+#include "job/handled.h"
 
 namespace quillon::job {
 
@@ -16,7 +17,8 @@ namespace quillon::job {
 // it was seen.
 class FileCount {
  public:
-  FileCount(const host::Files& files, std::string root, WalkRule rule);
+  // What was handled already is none of them; it has to live as long as this.
+  FileCount(const host::Files& files, std::string root, WalkRule rule, const Handled& handled);
 
   // Nothing as long as it is counting.
   std::optional<std::size_t> Result() const;

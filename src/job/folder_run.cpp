@@ -93,7 +93,7 @@ void FolderRun::Walk() {
   const double start = checked_ = program_.host.clock.Seconds();
   bool complete = false;
   {
-    const FileCount count(program_.host.files, root_, rule_);
+    const FileCount count(program_.host.files, root_, rule_, program_.handled);
     FileWalk walk(program_, rule_);
     const WalkEnd end = walk.Run({root_}, [&](const std::string& path) {
       HandleNext(walk, path);
