@@ -99,8 +99,10 @@ bool IsParameter(const controls::Control& control) {
 }
 
 // What a run itself puts into the windows is no parameter of it: the margins of the frame that is placed by hand, and
-// the white around a picture that is padded.
-bool SetByRun(const Program& program, const controls::Control& control) {
+// the white around a picture that is padded. Nor is the profile, which no cut looks at and which is only chosen when
+// its window is opened.
+bool ChangesNothing(const Program& program, const controls::Control& control) {
+  if (&control == &program.fBaseOpt.CmbCMYK) return true;
   if (&control == &program.fBaseOpt.PBoardColor) return program.form1.ChAddToSize.On();
   return program.flags.ManualCutMode && control.FullName().starts_with("Form1.TCutValue");
 }
@@ -124,11 +126,13 @@ std::string RunJournal::JobText() const {
   std::ostringstream text;
   text << driver_ << '\n' << program_.form1.LInDir.Value() << '\n' << program_.form1.LOutDir.Value() << '\n';
   text << program_.flags.OutDpi << '\n';
+  const bool pixels = program_.form1.ChCutA.On() && !program_.form1.ChFixCut.On();
+  text << (pixels && program_.flags.AdvancedOptionsLoaded) << '\n';  // margins count otherwise then
   for (const std::string& name : windows_) {
     const controls::Window* window = program_.windows.FindWindow(name);
-    if (!window || !window->Loaded()) continue;
+    if (!window) continue;
     for (const controls::Control* control : window->Controls()) {
-      if (IsParameter(*control) && !SetByRun(program_, *control))
+      if (IsParameter(*control) && !ChangesNothing(program_, *control))
         text << control->FullName() << '=' << control->Value() << '\n';
     }
   }
@@ -147,10 +151,10 @@ bool RunJournal::Begin() {
   }
   if (!NoneParted()) return false;
   if (!journal_ || Empty() || program_.careful) return true;
-  const host::Reply reply = program_.Ask("上次的这项任务没有做完，已写好 " + std::to_string(journal_->Count(kDone)) +
-                                             " 个文件。要接着处理吗？\r\n是——接着处理，已写好的不再处理\r\n"
-                                             "否——全部重新处理\r\n取消——不处理",
-                                         kYesNoCancelQuestion);
+  const std::string question = "上次的这项任务没有做完，已写好 " + std::to_string(journal_->Count(kDone)) +
+                               " 个文件。要接着处理吗？\r\n是——接着处理，已写好的不再处理\r\n否——全部重新处理";
+  const char* twice = program_.form1.ChOver.On() ? "，已覆盖的原文件会再裁一次" : "";
+  const host::Reply reply = program_.Ask(question + twice + "\r\n取消——不处理", kYesNoCancelQuestion);
   if (reply == host::Reply::No) journal_->Clear();
   return reply == host::Reply::Yes || reply == host::Reply::No;
 }

@@ -48,6 +48,52 @@ TEST_F(ResumeTest, NoBeginsAnew) {
   EXPECT_EQ(Totals().skipped, 0u);
 }
 
+TEST_F(ResumeTest, NoCutsOverwrittenSourcesAgainAndSaysSo) {
+  Put("ChOver", "1");
+  StopBehind(4);
+  Answer(Reply::No);
+  Cut();
+  EXPECT_EQ(world.boxes.All().at(0).box.text,
+            "上次的这项任务没有做完，已写好 4 个文件。要接着处理吗？\r\n是——接着处理，已写好的不再处理\r\n"
+            "否——全部重新处理，已覆盖的原文件会再裁一次\r\n取消——不处理");
+  EXPECT_EQ(Totals().written, 6u);
+}
+
+TEST_F(ResumeTest, TheSameFolderIsTheSameJobHoweverItIsWritten) {
+  Put("ChOver", "1");
+  StopBehind(4);
+  for (const char* way : {"/", "//", "/./"}) {
+    Put("LInDir", world.folder.Path("in") + way);
+    Answer(Reply::Cancel);
+    Cut();
+    EXPECT_EQ(world.boxes.Count(kQuestion), 1) << way;
+    world.boxes.Forget();
+  }
+}
+
+TEST_F(ResumeTest, OpeningAWindowMakesNoOtherJob) {
+  StopBehind(4);
+  options.Load();
+  Answer(Reply::Yes);
+  Cut();
+  EXPECT_EQ(Totals().skipped, 4u);
+}
+
+TEST_F(ResumeTest, OpeningAWindowMakesAnotherJobWhereMarginsChangeByIt) {
+  for (const bool fixed : {false, true}) {
+    Put("ChCutA", "1");
+    Put("ChFixCut", fixed ? "1" : "0");
+    Margins(5, 0, 0, 0);
+    flags.FixW = flags.FixH = 1;
+    StopBehind(4);
+    ASSERT_EQ(first[0].result, Result::Written) << first[0].why;
+    flags.AdvancedOptionsLoaded = !flags.AdvancedOptionsLoaded;
+    Cut();
+    EXPECT_EQ(world.boxes.Count(kQuestion), fixed ? 1 : 0);
+    world.boxes.Forget();
+  }
+}
+
 TEST_F(ResumeTest, CancelDoesNothingAndKeepsTheJournal) {
   StopBehind(4);
   const std::size_t runs = recorder.ended.size();
@@ -71,9 +117,6 @@ TEST_F(ResumeTest, AnotherJobIsAnotherRun) {
     EXPECT_EQ(world.boxes.Count(kQuestion), 0) << name;
     Put(name, name == "CmbOutType" ? "jpg" : before);
   }
-  options.Load();
-  Cut();
-  EXPECT_EQ(world.boxes.Count(kQuestion), 0) << "with the options other parameters count";
 }
 
 // Both windows can set it, and neither tells it at the start.
