@@ -48,6 +48,12 @@ Step MakePiece(const CutFile& whole, const base::Rect& rect, CutFile& piece) {
   return FinishPiece(piece);
 }
 
+// What is missing in several pieces is told once.
+void TakeNote(FileResult& whole, const std::string& note) {
+  if (note.empty() || whole.why.find(note) != std::string::npos) return;
+  whole.why += (whole.why.empty() ? "" : "；") + note;
+}
+
 // A source stands for all its pieces: what was made of them goes when one is missing.
 Step GiveUp(CutFile& file, const std::vector<std::string>& outputs) {
   for (const std::string& output : outputs) static_cast<void>(file.program.host.files.Discard(output));
@@ -94,6 +100,7 @@ Step SplitCut(CutFile& file) {
       file.result.why = piece.result.why;
       return GiveUp(file, outputs);
     }
+    TakeNote(file.result, piece.result.why);
   }
   file.result.output = outputs.front();
   file.result.more.assign(outputs.begin() + 1, outputs.end());

@@ -5,6 +5,7 @@
 #include <fstream>
 
 #include "collaborator_doubles.h"
+#include "marking_tools.h"
 #include "psd_bytes.h"
 
 namespace quillon::job {
@@ -63,15 +64,7 @@ class Frame final : public ManualFrame {
 
 class CutFinishTest : public CutTest {
  protected:
-  // The profiles of a conversion, as the system has them.
-  void GiveProfiles() {
-    for (const auto& [from, to] : {std::pair("srgb.icc", "sRGB.icc"), std::pair("default_cmyk.icc", "Default.icm")}) {
-      WriteApp(std::string("ColorConfigs/") + to, "");
-      std::filesystem::copy_file(std::string("/usr/share/color/icc/ghostscript/") + from,
-                                 program.AppPath(std::string("ColorConfigs/") + to),
-                                 std::filesystem::copy_options::overwrite_existing);
-    }
-  }
+  void GiveProfiles() { LayOutProfiles(program); }
 
   Tools tools;
   Frame frame{program};
