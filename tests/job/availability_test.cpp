@@ -72,6 +72,32 @@ TEST_F(AvailabilityTest, TheReasonsAreThese) {
   EXPECT_EQ(Why("MenuUnitConvert"), "请先启用“绝对裁剪”");
 }
 
+TEST_F(AvailabilityTest, ModesTellWhatTheyLeaveNoChoiceOf) {
+  WriteApp("CutMedia.dll");
+  WriteApp("Aspose.pdf.dll");
+  const char* noOptions = "本裁剪模式没有高级选项";
+  const char* ownType = "输出类型由裁剪模式决定";
+  const char* rectangles = "本裁剪模式只做矩形裁剪";
+  const struct {
+    const char* mode;
+    const char* options;
+    const char* type;
+    const char* style;
+  } kModes[] = {{"1", noOptions, ownType, ""},
+                {"2", noOptions, ownType, ""},
+                {"3", "", ownType, ""},
+                {"4", noOptions, ownType, rectangles},
+                {"5", "", "", ""},
+                {"0", "", "", ""}};
+  for (const auto& row : kModes) {
+    Put("CmbCutMode", row.mode);
+    ASSERT_EQ(Value("CmbCutMode"), row.mode);
+    EXPECT_EQ(Why("MenuBaseOptions"), row.options) << row.mode;
+    EXPECT_EQ(Why("CmbOutType"), row.type) << row.mode;
+    EXPECT_EQ(Why("CmbCutStyle"), row.style) << row.mode;
+  }
+}
+
 TEST_F(AvailabilityTest, PresetsTellWhatTheySet) {
   Put("ChFixCut", "1");
   EXPECT_EQ(Why("FBaseOpt.ChKeepCut"), "“固定裁剪”启用时，本项随之启用");

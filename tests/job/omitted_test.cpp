@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "job/omitted_folders.h"
 
-#include "program_fixture.h"
+#include "cut_fixture.h"
 
 namespace quillon::job {
 namespace {
@@ -60,6 +60,45 @@ TEST_F(OmittedTest, AFailedWriteKeepsTheOldList) {
   EXPECT_EQ(world.faults.Fired(), 1);
   EXPECT_EQ(world.folder.Read("app/OmitSubfolds.dat"), "/old\r\n");
 }
+
+// What the run of a list and that of a folder tell, which have cut their pictures all the same.
+class OmittedRunTest : public CutTest, public ::testing::WithParamInterface<const char*> {};
+
+TEST_P(OmittedRunTest, AListThatIsNotWrittenBackIsTold) {
+  const std::string path = Make("x/a.png", 20, 10);
+  Option("ChOmitFolds", "1");
+  Put("ChBig", GetParam());
+  Put("ChSubFold", "1");
+  Put("LInDir", world.folder.Path("in"));
+  List({path});
+  WriteApp("OmitSubfolds.dat", "/old\r\n");
+  world.faults.Set({.call = host::testing::DiskCall::Rename,
+                    .error = EIO,
+                    .length = host::testing::Fault::Length::ForEver,
+                    .pathHolds = "OmitSubfolds.dat"});
+  Cut();
+  EXPECT_GE(world.faults.Fired(), 1);
+  ASSERT_FALSE(world.boxes.All().empty());
+  const host::Box& told = world.boxes.All().back().box;
+  EXPECT_TRUE(told.text.starts_with("已处理文件夹的记录没有保存：")) << told.text;
+  EXPECT_GT(told.text.size(), std::string("已处理文件夹的记录没有保存：").size()) << "the reason";
+  EXPECT_EQ(Totals().written, 1u) << Whys();
+  EXPECT_EQ(Totals().none + Totals().skipped, 0u);
+  EXPECT_FALSE(Totals().stopped);
+  EXPECT_EQ(OutNames(), std::vector<std::string>{"a.jpg"});
+  EXPECT_EQ(world.folder.Read("app/OmitSubfolds.dat"), "/old\r\n");
+  EXPECT_FALSE(flags.Busy);
+  // The folder is done again once its record can be kept.
+  world.faults.Clear();
+  world.boxes.Forget();
+  Cut();
+  EXPECT_EQ(world.boxes.Count("已处理文件夹的记录没有保存"), 0);
+  EXPECT_EQ(Totals().written, 1u) << Whys();
+  EXPECT_EQ(world.folder.Read("app/OmitSubfolds.dat"), In("x") + "\r\n");
+}
+
+INSTANTIATE_TEST_SUITE_P(Runs, OmittedRunTest, ::testing::Values("0", "1"),
+                         [](const auto& large) { return large.param[0] == '1' ? "OfAFolder" : "OfAList"; });
 
 }  // namespace
 }  // namespace quillon::job

@@ -265,13 +265,14 @@ TEST_F(RecordsTest, ProfilesAreOfferedOnceTheirFilesAreThere) {
 }
 
 TEST_F(RecordsTest, EveryNamedProfileCanBeOffered) {
-  for (const char* name : {"Default.icm", "EuroscaleCoated.icc", "EuroscaleUncoated.icc", "JapanStandard.icc",
-                           "Photoshop4DefaultCMYK.icc", "Photoshop5DefaultCMYK.icc", "USSheetfedCoated.icc",
-                           "USSheetfedUncoated.icc", "USWebCoatedSWOP.icc", "USWebUncoated.icc"}) {
-    WriteApp(std::string("ColorConfigs/") + name);
-  }
+  const Texts names{"Default.icm",          "EuroscaleCoated.icc",       "EuroscaleUncoated.icc",
+                    "JapanStandard.icc",    "Photoshop4DefaultCMYK.icc", "Photoshop5DefaultCMYK.icc",
+                    "USSheetfedCoated.icc", "USSheetfedUncoated.icc",    "USWebCoatedSWOP.icc",
+                    "USWebUncoated.icc",    "JapanColor2001Coated.icc",  "CoatedFOGRA39.icc",
+                    "ISOcoated_v2.icc",     "default_cmyk.icc"};
+  for (const std::string& name : names) WriteApp("ColorConfigs/" + name);
   options.Load();
-  EXPECT_EQ(options.CmbCMYK.Items().size(), 10U);
+  EXPECT_EQ(options.CmbCMYK.Items(), names);
 }
 
 }  // namespace
