@@ -31,7 +31,7 @@ TEST(FreedMemory, LargeBlocksGoBackHoweverLargeOnesWereFreedBefore) {
   std::thread([] {
     const std::size_t before = OwnBlocks();
     const std::size_t kept = Kept();
-    for (const std::size_t size : {30 * kMegabyte, 18 * kMegabyte, 29 * kMegabyte, kMegabyte}) {
+    for (const std::size_t size : {30 * kMegabyte, 18 * kMegabyte, 29 * kMegabyte, 4 * kMegabyte}) {
       const Block block = Allocated(size);
       ASSERT_NE(block, nullptr);
       EXPECT_GE(OwnBlocks(), before + size);

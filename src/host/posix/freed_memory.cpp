@@ -7,7 +7,7 @@
 namespace quillon::host::posix {
 namespace {
 
-constexpr int kReturned = 1 << 20;  // bytes
+constexpr int kReturned = 4 << 20;  // bytes
 
 }  // namespace
 
