@@ -172,6 +172,7 @@ void Runner::TellGivenUp() {
   outcome_.notes.push_back(why);
   const std::size_t rows = program_.files.RowCount();
   gaveUp_ = gaveUp_ || rows > 0 || program_.flags.LargeCapacityMode;
+  if (program_.flags.LargeCapacityMode) return;  // the list was no part of it
   for (std::size_t row = 0; row < rows; ++row) {
     watch_.TellFile({row + 1, program_.files.Row(row).Path(), "", job::Result::None, why});
   }

@@ -28,6 +28,7 @@ std::string AbsolutePath(const std::string& path, const std::string& folder) {
 }
 
 std::string AbsolutePath(const std::string& path) {
+  if (path.empty()) return path;
   std::error_code error;
   const fs::path here = fs::path(path).is_absolute() ? fs::path() : fs::current_path(error);
   return error ? path : AbsolutePath(path, here.native());

@@ -226,6 +226,15 @@ TEST(Runner, NamedFilesThatALargeRunDoesNotTakeAreTold) {
   EXPECT_EQ(world.recorder.Of(EventKind::File).at(0).Text("why"), "已启用“超大容量”，只处理输入目录中的文件");
 }
 
+TEST(Runner, NamedFilesAreToldOnceWhereALargeRunDoesNotBegin) {
+  World world;
+  const std::string named = world.Picture("named.bmp", 20, 10);
+  const Outcome outcome = world.Perform(
+      {World::Files({named}), World::Set("ChBig", "1"), world.Out(), World::Percent(), World::Click("menuNormalCut")});
+  EXPECT_EQ(outcome.exit, Exit::SomeWithout);
+  EXPECT_EQ(world.FileResults(), Texts{"named.bmp none"});
+}
+
 TEST(Runner, AListThatWasCutBeforeALargeRunIsToldOnce) {
   World world;
   world.Picture("in/a.bmp", 20, 10);

@@ -34,6 +34,7 @@ TEST(AbsolutePath, GoesUpFromWhereALinkLeads) {
 TEST(AbsolutePath, StartsAtTheCurrentFolder) {
   EXPECT_EQ(AbsolutePath("a"), (fs::current_path() / "a").native());
   EXPECT_EQ(AbsolutePath("/a//b/./"), "/a/b");
+  EXPECT_EQ(AbsolutePath(""), "");
 }
 
 TEST(AbsoluteFolder, LeavesTextsThatAreNone) {
