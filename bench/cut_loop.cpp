@@ -10,7 +10,7 @@
 
 #include <jpeglib.h>
 
-#include "imaging/jpeg_cut.h"
+#include "imaging/jpeg/jpeg_cut.h"
 
 namespace {
 

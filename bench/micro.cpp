@@ -9,12 +9,12 @@
 #include <string>
 #include <vector>
 
-#include "host/files.h"
+#include "host/files/files.h"
 #include "host/posix/posix_disk.h"
-#include "imaging/jpeg_cut.h"
-#include "imaging/jpeg_exif.h"
-#include "imaging/measure.h"
-#include "imaging/measure_probe.h"
+#include "imaging/jpeg/jpeg_cut.h"
+#include "imaging/measure/measure.h"
+#include "imaging/measure/measure_probe.h"
+#include "imaging/metadata/exif_block.h"
 
 namespace {
 

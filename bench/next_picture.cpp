@@ -15,13 +15,13 @@
 #include <string>
 #include <vector>
 
-#include "job/file_intake.h"
+#include "job/list/file_intake.h"
 #include "job/program.h"
-#include "suite/suite.h"
-#include "ui/application.h"
-#include "ui/frame/preview_canvas.h"
-#include "ui/host/desktop.h"
+#include "parts/parts.h"
+#include "ui/desktop/desktop.h"
+#include "ui/kit/application.h"
 #include "ui/main/main_window.h"
+#include "ui/preview/preview_canvas.h"
 
 namespace {
 
@@ -56,8 +56,8 @@ struct Times {
 
 class User {
  public:
-  User(quillon::suite::Suite& suite, quillon::ui::MainWindow& window)
-      : program_(suite.program), frame_(suite.regions.cutFrame), window_(window) {}
+  User(quillon::parts::Parts& parts, quillon::ui::MainWindow& window)
+      : program_(parts.program), frame_(parts.regions.cutFrame), window_(window) {}
 
   const std::vector<Times>& Taken() const { return taken_; }
 
@@ -120,10 +120,10 @@ int main(int count, char** arguments) {
   quillon::ui::SetUp(application);
   quillon::ui::Desktop desktop;
   quillon::job::Program program(desktop.Host());
-  quillon::suite::Suite suite(program);
+  quillon::parts::Parts parts(program);
   program.journals = &desktop.Journals();
   if (!program.Start()) return 1;
-  quillon::ui::MainWindow window(suite);
+  quillon::ui::MainWindow window(parts);
   desktop.SetOwner(&window);
   window.show();
   program.fBaseOpt.Load();
@@ -133,7 +133,7 @@ int main(int count, char** arguments) {
     Put(program, margin, "10");
   Put(program, "FBaseOpt.ChMamal", "1");
 
-  User user(suite, window);
+  User user(parts, window);
   QTimer ticks;
   QObject::connect(&ticks, &QTimer::timeout, [&] { user.Tick(); });
   ticks.start(kTickMilliseconds);

@@ -18,8 +18,8 @@
 
 #include <vips/vips8>
 
-#include "imaging/geometry.h"
-#include "imaging/picture.h"
+#include "imaging/pixels/geometry.h"
+#include "imaging/pixels/picture.h"
 
 namespace {
 

@@ -2,15 +2,19 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
 # Sources are found by folder, so that a new file needs no build change.
 
-# quillon_library(<name> [RECURSE] [DEPENDS <targets>...]): one static library of the .cpp files in the current folder,
-# with RECURSE of those below it too. A folder of headers alone becomes an interface library.
+# quillon_library(<name> [RECURSE [EXCEPT <folders>...]] [DEPENDS <targets>...]): one static library of the .cpp files in
+# the current folder; with RECURSE also of those below it, except in the named folders. A folder of headers alone becomes
+# an interface library.
 function(quillon_library name)
-  cmake_parse_arguments(ARG "RECURSE" "" "DEPENDS" ${ARGN})
+  cmake_parse_arguments(ARG "RECURSE" "" "EXCEPT;DEPENDS" ${ARGN})
   set(glob GLOB)
   if(ARG_RECURSE)
     set(glob GLOB_RECURSE)
   endif()
   file(${glob} sources CONFIGURE_DEPENDS *.cpp *.h *.qrc)
+  foreach(folder ${ARG_EXCEPT})
+    list(FILTER sources EXCLUDE REGEX "^${CMAKE_CURRENT_SOURCE_DIR}/${folder}/")
+  endforeach()
   if("${sources}" MATCHES "\\.cpp(;|$)")
     add_library(${name} STATIC ${sources})
     target_link_libraries(${name} PUBLIC quillon_options ${ARG_DEPENDS})
@@ -43,15 +47,15 @@ function(quillon_helper name)
   file(GLOB sources CONFIGURE_DEPENDS *.cpp *.h)
   add_executable(helper_${name} ${sources})
   set_target_properties(helper_${name} PROPERTIES OUTPUT_NAME ${name} SUFFIX ${suffix})
-  target_link_libraries(helper_${name} PRIVATE quillon_frame ${ARG_DEPENDS})
+  target_link_libraries(helper_${name} PRIVATE quillon_runtime ${ARG_DEPENDS})
   install(TARGETS helper_${name} RUNTIME DESTINATION lib/quillon)
   add_dependencies(quillon_helpers helper_${name})
 endfunction()
 
-# quillon_test(<folder> [DEPENDS <targets>...]): one GoogleTest program of the .cpp files in tests/<folder>.
+# quillon_test(<folder> [DEPENDS <targets>...]): one GoogleTest program of the .cpp files in tests/<folder> and below.
 function(quillon_test folder)
   cmake_parse_arguments(ARG "" "" "DEPENDS" ${ARGN})
-  file(GLOB sources CONFIGURE_DEPENDS ${folder}/*.cpp ${folder}/*.h)
+  file(GLOB_RECURSE sources CONFIGURE_DEPENDS ${folder}/*.cpp ${folder}/*.h)
   if(NOT sources)
     return()
   endif()

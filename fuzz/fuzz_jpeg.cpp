@@ -11,9 +11,9 @@
 #include <unistd.h>
 
 #include "fuzz_pictures.h"
-#include "imaging/jpeg_cut.h"
-#include "imaging/jpeg_exif.h"
-#include "imaging/jpeg_head.h"
+#include "imaging/jpeg/jpeg_cut.h"
+#include "imaging/jpeg/jpeg_head.h"
+#include "imaging/metadata/exif_block.h"
 
 namespace imaging = quillon::imaging;
 using quillon::fuzz::Require;

@@ -6,14 +6,14 @@
 #include <cstdlib>
 #include <string>
 
-#include "formats/tools/converter_order.h"
+#include "tools/converter_order.h"
 
-namespace formats = quillon::formats;
+namespace tools = quillon::tools;
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-  const auto order = formats::ParseOrder(std::string(reinterpret_cast<const char*>(data), size));
+  const auto order = tools::ParseOrder(std::string(reinterpret_cast<const char*>(data), size));
   if (!order) return 0;
-  const auto text = formats::OrderText(*order);
-  if (text && formats::ParseOrder(*text) != order) std::abort();
+  const auto text = tools::OrderText(*order);
+  if (text && tools::ParseOrder(*text) != order) std::abort();
   return 0;
 }

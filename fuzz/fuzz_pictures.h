@@ -7,7 +7,7 @@
 #include <cstdlib>
 #include <vector>
 
-#include "imaging/row_source.h"
+#include "imaging/rows/row_source.h"
 #include "imaging/services.h"
 
 // What the fuzzers of pictures share.

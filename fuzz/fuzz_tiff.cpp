@@ -9,10 +9,10 @@
 #include <vector>
 
 #include "fuzz_pictures.h"
-#include "imaging/jpeg_exif.h"
-#include "imaging/tiff_exif.h"
-#include "imaging/tiff_part.h"
-#include "imaging/whole_file.h"
+#include "imaging/codecs/truncation_check.h"
+#include "imaging/metadata/exif_block.h"
+#include "imaging/metadata/tiff_exif.h"
+#include "imaging/tiff/tiff_part.h"
 
 namespace imaging = quillon::imaging;
 using quillon::fuzz::Require;

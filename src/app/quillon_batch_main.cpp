@@ -1,9 +1,9 @@
 // SPDX-FileCopyrightText: 2026 The Quillon developers
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "batch/batch.h"
+#include "cli/cli.h"
 #include "host/posix/freed_memory.h"
 
 int main(int count, char** arguments) {
   quillon::host::posix::ReturnFreedMemory();
-  return quillon::batch::RunBatch(std::vector<std::string>(arguments + (count > 0), arguments + count));
+  return quillon::cli::RunBatch(std::vector<std::string>(arguments + (count > 0), arguments + count));
 }

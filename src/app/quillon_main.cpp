@@ -6,11 +6,11 @@
 #include <vector>
 
 #include "host/posix/freed_memory.h"
-#include "job/file_intake.h"
+#include "job/list/file_intake.h"
 #include "job/program.h"
-#include "suite/suite.h"
-#include "ui/application.h"
-#include "ui/host/desktop.h"
+#include "parts/parts.h"
+#include "ui/desktop/desktop.h"
+#include "ui/kit/application.h"
 #include "ui/main/main_window.h"
 
 // quillon [FILE|FOLDER...]: the window, with the named files listed.
@@ -22,10 +22,10 @@ int main(int count, char** arguments) {
 
   quillon::ui::Desktop desktop;
   quillon::job::Program program(desktop.Host());
-  quillon::suite::Suite suite(program);
+  quillon::parts::Parts parts(program);
   program.journals = &desktop.Journals();
   if (!program.Start()) return 0;
-  quillon::ui::MainWindow window(suite);
+  quillon::ui::MainWindow window(parts);
   desktop.SetOwner(&window);
   window.show();
   // After the first paint, so that a long list is seen growing.

@@ -44,6 +44,16 @@ std::string TrimTrailingSeparator(std::string_view path) {
   return std::string(path);
 }
 
+std::string WithoutPsd(std::string path) {
+  const std::size_t slash = path.rfind('/');
+  const std::size_t start = slash == std::string::npos ? 0 : slash + 1;
+  const std::string lower = ToLowerAscii(path);
+  for (std::size_t at = lower.find(".psd", start); at != std::string::npos; at = lower.find(".psd", at + 4)) {
+    path.replace(at, 4, path.compare(at, 4, ".PSD") == 0 ? ".JPG" : ".jpg");
+  }
+  return path;
+}
+
 std::string ToLowerAscii(std::string_view text) {
   return Changed(text, [](char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c + ('a' - 'A')) : c; });
 }

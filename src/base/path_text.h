@@ -27,6 +27,10 @@ std::string JoinPath(std::string_view folder, std::string_view entry);
 // Without trailing separators; a root stays "/".
 std::string TrimTrailingSeparator(std::string_view path);
 
+// The path with every ".psd" in its last part, in any case, replaced by ".jpg" (".PSD" by ".JPG"), because no psd is
+// ever written.
+std::string WithoutPsd(std::string path);
+
 // Text with the ASCII letters changed; all other bytes stay.
 std::string ToLowerAscii(std::string_view text);
 std::string ToUpperAscii(std::string_view text);

@@ -6,46 +6,46 @@
 
 namespace quillon::controls {
 
-Control::Control(Window& window, Kind kind, std::string name, Look look)
-    : window_(window), kind_(kind), name_(std::move(name)), look_(std::move(look)) {
+Control::Control(Window& window, Kind kind, std::string name, Appearance appearance)
+    : window_(window), kind_(kind), name_(std::move(name)), appearance_(std::move(appearance)) {
   window_.Add(*this);
 }
 
 std::string Control::FullName() const { return window_.Name() + "." + name_; }
 
-bool Control::Enabled() const { return look_.enabled && (!look_.parent || look_.parent->Enabled()); }
+bool Control::Enabled() const { return appearance_.enabled && (!appearance_.parent || appearance_.parent->Enabled()); }
 
-bool Control::Visible() const { return look_.visible && (!look_.parent || look_.parent->Visible()); }
+bool Control::Visible() const { return appearance_.visible && (!appearance_.parent || appearance_.parent->Visible()); }
 
 void Control::SetCaption(std::string caption) {
-  if (look_.caption == caption) return;
-  look_.caption = std::move(caption);
-  TellLookChanged();
+  if (appearance_.caption == caption) return;
+  appearance_.caption = std::move(caption);
+  NotifyAppearanceChanged();
 }
 
 void Control::SetTooltip(std::string tooltip) {
-  if (look_.tooltip == tooltip) return;
-  look_.tooltip = std::move(tooltip);
-  TellLookChanged();
+  if (appearance_.tooltip == tooltip) return;
+  appearance_.tooltip = std::move(tooltip);
+  NotifyAppearanceChanged();
 }
 
 void Control::SetEnabled(bool enabled, std::string why) {
   if (enabled) why.clear();
-  if (look_.enabled == enabled && whyDisabled_ == why) return;
-  look_.enabled = enabled;
+  if (appearance_.enabled == enabled && whyDisabled_ == why) return;
+  appearance_.enabled = enabled;
   whyDisabled_ = std::move(why);
-  TellLookChanged();
+  NotifyAppearanceChanged();
 }
 
 std::string Control::WhyDisabled() const {
-  if (!look_.enabled) return whyDisabled_;
-  return look_.parent ? look_.parent->WhyDisabled() : std::string();
+  if (!appearance_.enabled) return whyDisabled_;
+  return appearance_.parent ? appearance_.parent->WhyDisabled() : std::string();
 }
 
 void Control::SetVisible(bool visible) {
-  if (look_.visible == visible) return;
-  look_.visible = visible;
-  TellLookChanged();
+  if (appearance_.visible == visible) return;
+  appearance_.visible = visible;
+  NotifyAppearanceChanged();
 }
 
 EditResult Control::RefusalForUser() const {
@@ -69,12 +69,12 @@ EditResult Control::Apply(std::string_view) { return EditResult::Refused(FullNam
 
 EditResult Control::Press() { return EditResult::Refused(FullName() + " 不能点击"); }
 
-void Control::TellValueChanged() {
-  window_.Tell(*this, Aspect::Value);
+void Control::NotifyValueChanged() {
+  window_.Notify(*this, Aspect::Value);
   RunHandler();
 }
 
-void Control::TellLookChanged() { window_.Tell(*this, Aspect::Look); }
+void Control::NotifyAppearanceChanged() { window_.Notify(*this, Aspect::Appearance); }
 
 void Control::RunHandler() {
   if (handler_) handler_();

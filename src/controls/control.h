@@ -14,10 +14,10 @@ class Window;
 enum class Kind { CheckBox, Option, TextBox, ComboBox, Button, Menu, Label, Frame, ColourBox, Slider, Grid };
 
 // What changed about a control: its value, its looks (caption, tooltip, enabled, visible, items, limits) or grid rows.
-enum class Aspect { Value, Look };
+enum class Aspect { Value, Appearance };
 
 // How a control starts. A control inside a disabled or hidden parent counts as disabled or hidden itself.
-struct Look {
+struct Appearance {
   std::string caption = {};
   std::string tooltip = {};
   bool enabled = true;
@@ -41,7 +41,7 @@ struct EditResult {
 // value really changed, and observers of the window are told.
 class Control {
  public:
-  Control(Window& window, Kind kind, std::string name, Look look);
+  Control(Window& window, Kind kind, std::string name, Appearance appearance);
   virtual ~Control() = default;
   Control(const Control&) = delete;
   Control& operator=(const Control&) = delete;
@@ -52,16 +52,16 @@ class Control {
   // With the window in front: "Form1.TCutValue(0)".
   std::string FullName() const;
   Window& GetWindow() const { return window_; }
-  Control* Parent() const { return look_.parent; }
+  Control* Parent() const { return appearance_.parent; }
 
-  const std::string& Caption() const { return look_.caption; }
-  const std::string& Tooltip() const { return look_.tooltip; }
+  const std::string& Caption() const { return appearance_.caption; }
+  const std::string& Tooltip() const { return appearance_.tooltip; }
   // Enabled and visible for the user: together with all parents.
   bool Enabled() const;
   bool Visible() const;
   // Of the control alone, whatever its parents say.
-  bool OwnEnabled() const { return look_.enabled; }
-  bool OwnVisible() const { return look_.visible; }
+  bool OwnEnabled() const { return appearance_.enabled; }
+  bool OwnVisible() const { return appearance_.visible; }
 
   void SetCaption(std::string caption);
   void SetTooltip(std::string tooltip);
@@ -94,8 +94,8 @@ class Control {
   virtual EditResult Apply(std::string_view text);
   // What a click does.
   virtual EditResult Press();
-  void TellValueChanged();
-  void TellLookChanged();
+  void NotifyValueChanged();
+  void NotifyAppearanceChanged();
   void RunHandler();
 
  private:
@@ -104,7 +104,7 @@ class Control {
   Window& window_;
   Kind kind_;
   std::string name_;
-  Look look_;
+  Appearance appearance_;
   std::string whyDisabled_;
   std::string tag_;
   std::function<void()> handler_;

@@ -11,7 +11,7 @@ namespace quillon::controls {
 void Grid::SetHeaders(std::vector<std::string> headers) {
   if (headers_ == headers) return;
   headers_ = std::move(headers);
-  TellLookChanged();
+  NotifyAppearanceChanged();
 }
 
 std::string Grid::Cell(std::size_t row, std::size_t column) const {
@@ -22,10 +22,10 @@ void Grid::Select(std::size_t row) {
   row = std::min(row, RowCount());
   if (selected_ == row) return;
   selected_ = row;
-  TellValueChanged();
+  NotifyValueChanged();
 }
 
-void Grid::Tell(Change change, std::size_t row) {
+void Grid::Notify(Change change, std::size_t row) {
   selected_ = std::min(selected_, RowCount());
   if (rowObserver_) rowObserver_(change, row);
 }

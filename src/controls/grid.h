@@ -25,8 +25,8 @@ class Grid : public Control {
   enum class Change { Appended, Removed, Edited, Reset };
   using RowObserver = std::function<void(Change, std::size_t row)>;
 
-  Grid(Window& window, std::string name, Look look, std::vector<std::string> headers)
-      : Control(window, Kind::Grid, std::move(name), std::move(look)), headers_(std::move(headers)) {}
+  Grid(Window& window, std::string name, Appearance appearance, std::vector<std::string> headers)
+      : Control(window, Kind::Grid, std::move(name), std::move(appearance)), headers_(std::move(headers)) {}
 
   void SetSource(const GridSource* source) { source_ = source; }
   const std::vector<std::string>& Headers() const { return headers_; }
@@ -44,7 +44,7 @@ class Grid : public Control {
 
   // The source tells of its changes here; row counts from 0. A selection that lies beyond the rows left moves to the
   // last of them without a word.
-  void Tell(Change change, std::size_t row);
+  void Notify(Change change, std::size_t row);
   void SetRowObserver(RowObserver observer) { rowObserver_ = std::move(observer); }
 
   void SetDoubleClickHandler(std::function<void()> handler) { doubleClick_ = std::move(handler); }

@@ -30,7 +30,7 @@ std::optional<std::int32_t> ParseColour(std::string_view text) {
 void CheckBox::Set(bool on) {
   if (on_ == on) return;
   on_ = on;
-  TellValueChanged();
+  NotifyValueChanged();
 }
 
 EditResult CheckBox::Apply(std::string_view text) {
@@ -47,7 +47,7 @@ EditResult CheckBox::Press() {
 void TextBox::SetText(std::string text) {
   if (text_ == text) return;
   text_ = std::move(text);
-  TellValueChanged();
+  NotifyValueChanged();
 }
 
 void TextBox::SetNumber(double value) { SetText(base::NumberText(value)); }
@@ -55,7 +55,7 @@ void TextBox::SetNumber(double value) { SetText(base::NumberText(value)); }
 void TextBox::SetLimits(Limits limits) {
   if (limits_ == limits) return;
   limits_ = limits;
-  TellLookChanged();
+  NotifyAppearanceChanged();
 }
 
 double TextBox::Number() const { return base::LeadingNumber(text_); }
@@ -78,9 +78,9 @@ EditResult TextBox::Apply(std::string_view text) {
   return EditResult::Ok();
 }
 
-ComboBox::ComboBox(Window& window, std::string name, Look look, std::vector<std::string> items, int index,
+ComboBox::ComboBox(Window& window, std::string name, Appearance appearance, std::vector<std::string> items, int index,
                    Editable editable)
-    : Control(window, Kind::ComboBox, std::move(name), std::move(look)),
+    : Control(window, Kind::ComboBox, std::move(name), std::move(appearance)),
       items_(std::move(items)),
       index_(Inside(index)),
       editable_(editable),
@@ -101,7 +101,7 @@ void ComboBox::Take(int index, std::string text) {
   if (index_ == index && text_ == text) return;
   index_ = index;
   text_ = std::move(text);
-  TellValueChanged();
+  NotifyValueChanged();
 }
 
 void ComboBox::SetText(std::string text) {
@@ -117,8 +117,8 @@ void ComboBox::SetItems(std::vector<std::string> items) {
   items_ = std::move(items);
   const int before = std::exchange(index_, Inside(0));
   const std::string textBefore = std::exchange(text_, TextAt(index_));
-  TellLookChanged();
-  if (before != index_ || textBefore != text_) TellValueChanged();
+  NotifyAppearanceChanged();
+  if (before != index_ || textBefore != text_) NotifyValueChanged();
 }
 
 EditResult ComboBox::Apply(std::string_view text) {
@@ -152,7 +152,7 @@ EditResult Menu::Press() {
 void Label::SetText(std::string text) {
   if (Caption() == text) return;
   SetCaption(std::move(text));
-  TellValueChanged();
+  NotifyValueChanged();
 }
 
 EditResult Label::Apply(std::string_view text) {
@@ -164,7 +164,7 @@ EditResult Label::Apply(std::string_view text) {
 void ColourBox::Set(base::Colour colour) {
   if (colour_ == colour) return;
   colour_ = colour;
-  TellValueChanged();
+  NotifyValueChanged();
 }
 
 EditResult ColourBox::Apply(std::string_view text) {
@@ -178,14 +178,14 @@ void Slider::Set(int value) {
   value = std::clamp(value, min_, max_);
   if (value_ == value) return;
   value_ = value;
-  TellValueChanged();
+  NotifyValueChanged();
 }
 
 void Slider::SetRange(int min, int max) {
   if (min_ == min && max_ == max) return;
   min_ = min;
   max_ = max;
-  TellLookChanged();
+  NotifyAppearanceChanged();
   Set(value_);
 }
 

@@ -16,8 +16,8 @@ namespace quillon::controls {
 // A box that is on or off. A user's edit takes "0" and "1".
 class CheckBox : public Control {
  public:
-  CheckBox(Window& window, std::string name, Look look, bool on = false)
-      : Control(window, Kind::CheckBox, std::move(name), std::move(look)), on_(on) {}
+  CheckBox(Window& window, std::string name, Appearance appearance, bool on = false)
+      : Control(window, Kind::CheckBox, std::move(name), std::move(appearance)), on_(on) {}
 
   bool On() const { return on_; }
   void Set(bool on);
@@ -43,9 +43,9 @@ struct Limits {
 
 class TextBox : public Control {
  public:
-  TextBox(Window& window, std::string name, Look look, std::string text, Content content = Content::Any,
+  TextBox(Window& window, std::string name, Appearance appearance, std::string text, Content content = Content::Any,
           Limits limits = {})
-      : Control(window, Kind::TextBox, std::move(name), std::move(look)),
+      : Control(window, Kind::TextBox, std::move(name), std::move(appearance)),
         text_(std::move(text)),
         content_(content),
         limits_(limits) {}
@@ -79,7 +79,7 @@ enum class Editable { No, Yes };
 // A user's edit takes an entry's text, or else, in a list that is not editable, an index.
 class ComboBox : public Control {
  public:
-  ComboBox(Window& window, std::string name, Look look, std::vector<std::string> items, int index = -1,
+  ComboBox(Window& window, std::string name, Appearance appearance, std::vector<std::string> items, int index = -1,
            Editable editable = Editable::No);
 
   int Index() const { return index_; }
@@ -114,8 +114,8 @@ class ComboBox : public Control {
 // Editable, as the folder labels are: choosing a folder puts its path there.
 class Label : public Control {
  public:
-  Label(Window& window, std::string name, Look look, Editable editable = Editable::No)
-      : Control(window, Kind::Label, std::move(name), std::move(look)), editable_(editable) {}
+  Label(Window& window, std::string name, Appearance appearance, Editable editable = Editable::No)
+      : Control(window, Kind::Label, std::move(name), std::move(appearance)), editable_(editable) {}
 
   // Changes the caption and runs the handler.
   void SetText(std::string text);
@@ -131,8 +131,8 @@ class Label : public Control {
 
 class Button : public Control {
  public:
-  Button(Window& window, std::string name, Look look)
-      : Control(window, Kind::Button, std::move(name), std::move(look)) {}
+  Button(Window& window, std::string name, Appearance appearance)
+      : Control(window, Kind::Button, std::move(name), std::move(appearance)) {}
 
  protected:
   EditResult Press() override;
@@ -141,8 +141,8 @@ class Button : public Control {
 // An entry of the menu bar. A menu with no parent is a top entry; parents hold sub-entries.
 class Menu : public Control {
  public:
-  Menu(Window& window, std::string name, Look look, std::string shortcut = {})
-      : Control(window, Kind::Menu, std::move(name), std::move(look)), shortcut_(std::move(shortcut)) {}
+  Menu(Window& window, std::string name, Appearance appearance, std::string shortcut = {})
+      : Control(window, Kind::Menu, std::move(name), std::move(appearance)), shortcut_(std::move(shortcut)) {}
 
   // As a key sequence, "Ctrl+O"; "" for none.
   const std::string& Shortcut() const { return shortcut_; }
@@ -157,14 +157,15 @@ class Menu : public Control {
 // A titled group; disabling it disables what lies in it.
 class Frame : public Control {
  public:
-  Frame(Window& window, std::string name, Look look) : Control(window, Kind::Frame, std::move(name), std::move(look)) {}
+  Frame(Window& window, std::string name, Appearance appearance)
+      : Control(window, Kind::Frame, std::move(name), std::move(appearance)) {}
 };
 
 // A colour that the user picks. A user's edit takes the value 0x00BBGGRR as a decimal number or "#RRGGBB".
 class ColourBox : public Control {
  public:
-  ColourBox(Window& window, std::string name, Look look, base::Colour colour)
-      : Control(window, Kind::ColourBox, std::move(name), std::move(look)), colour_(colour) {}
+  ColourBox(Window& window, std::string name, Appearance appearance, base::Colour colour)
+      : Control(window, Kind::ColourBox, std::move(name), std::move(appearance)), colour_(colour) {}
 
   base::Colour Colour() const { return colour_; }
   void Set(base::Colour colour);
@@ -180,8 +181,8 @@ class ColourBox : public Control {
 // A slider over whole numbers. A user's edit outside its range is refused.
 class Slider : public Control {
  public:
-  Slider(Window& window, std::string name, Look look, int value, int min, int max)
-      : Control(window, Kind::Slider, std::move(name), std::move(look)), value_(value), min_(min), max_(max) {}
+  Slider(Window& window, std::string name, Appearance appearance, int value, int min, int max)
+      : Control(window, Kind::Slider, std::move(name), std::move(appearance)), value_(value), min_(min), max_(max) {}
 
   int Position() const { return value_; }
   int Min() const { return min_; }

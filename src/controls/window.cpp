@@ -16,34 +16,34 @@ Window::Window(std::string name, std::string title) : name_(std::move(name)), ti
 void Window::SetTitle(std::string title) {
   if (title_ == title) return;
   title_ = std::move(title);
-  TellWindow();
+  NotifyWindow();
 }
 
 void Window::Load() {
   if (loaded_) return;
   loaded_ = true;
   OnLoad();
-  TellWindow();
+  NotifyWindow();
 }
 
 void Window::Show() {
   Load();
   if (visible_) return;
   visible_ = true;
-  TellWindow();
+  NotifyWindow();
 }
 
 void Window::Hide() {
   if (!visible_) return;
   visible_ = false;
-  TellWindow();
+  NotifyWindow();
 }
 
 void Window::Unload() {
   if (!loaded_) return;
   loaded_ = false;
   visible_ = false;
-  TellWindow();
+  NotifyWindow();
 }
 
 Control* Window::Find(std::string_view name) const {
@@ -66,22 +66,22 @@ void Window::Forget(int token) {
   if (telling_ == 0) watches_.remove_if([](const Watch& watch) { return watch.token == kForgotten; });
 }
 
-void Window::TellAll(const std::function<void(const Watch&)>& tell) {
+void Window::NotifyAll(const std::function<void(const Watch&)>& notify) {
   ++telling_;
   for (const Watch& watch : watches_) {
-    if (watch.token != kForgotten) tell(watch);
+    if (watch.token != kForgotten) notify(watch);
   }
   if (--telling_ == 0) Forget(kForgotten);
 }
 
-void Window::Tell(Control& control, Aspect aspect) {
-  TellAll([&](const Watch& watch) {
+void Window::Notify(Control& control, Aspect aspect) {
+  NotifyAll([&](const Watch& watch) {
     if (watch.onControl) watch.onControl(control, aspect);
   });
 }
 
-void Window::TellWindow() {
-  TellAll([&](const Watch& watch) {
+void Window::NotifyWindow() {
+  NotifyAll([&](const Watch& watch) {
     if (watch.onWindow) watch.onWindow(*this);
   });
 }

@@ -60,9 +60,9 @@ class Window {
   };
 
   void Add(Control& control) { controls_.push_back(&control); }
-  void Tell(Control& control, Aspect aspect);
-  void TellWindow();
-  void TellAll(const std::function<void(const Watch&)>& tell);
+  void Notify(Control& control, Aspect aspect);
+  void NotifyWindow();
+  void NotifyAll(const std::function<void(const Watch&)>& notify);
 
   std::string name_;
   std::string title_;

@@ -3,15 +3,15 @@
 #include "formats/output_tools.h"
 
 #include "base/path_text.h"
-#include "formats/tools/command_lines.h"
-#include "formats/tools/exif.h"
-#include "formats/tools/pic_handler.h"
-#include "formats/tools/twins.h"
+#include "tools/command_lines.h"
+#include "tools/exif.h"
+#include "tools/pic_handler.h"
+#include "tools/twins.h"
 
 namespace quillon::formats {
 
 OutputTools::OutputTools(job::Program& program) : program_(program) {
-  if (program.host.files.IsFile(TwinPath(program.host, "PicHandler"))) program.outputTools = this;
+  if (program.host.files.IsFile(tools::TwinPath(program.host, "PicHandler"))) program.outputTools = this;
 }
 
 OutputTools::~OutputTools() {
@@ -24,18 +24,18 @@ host::Status OutputTools::ToCmyk(const std::string& file) {
     return program_.images.ImageInfo(path, facts) ? base::Size{facts.width, facts.height} : base::Size{};
   };
   const base::Size size = sizeOf(file);
-  return ConvertToCmyk(program_.tools, file, [&](const std::string& made) { return sizeOf(made) == size; });
+  return tools::ConvertToCmyk(program_.tools, file, [&](const std::string& made) { return sizeOf(made) == size; });
 }
 
 host::Status OutputTools::CopyExif(const std::string& source, const std::string& target) {
   host::Files& files = program_.host.files;
-  const auto facts = files.Look(target);
+  const auto facts = files.Stat(target);
   // A helper that is late is not ended and may still write: the name that it knows must never be that of a later
   // picture, whose work file has the name of this one.
   const std::string stem = "Exif" + std::to_string(facts ? facts->changed : 0);
   const std::string own = base::JoinPath(program_.host.programFolder, stem, base::SplitPath(target).extension);
   host::Status status = files.CopyOwn(target, own);
-  if (status) status = formats::CopyExif(program_.tools, source, own);
+  if (status) status = tools::CopyExif(program_.tools, source, own);
   if (status) status = files.CopyOwn(own, target);
   static_cast<void>(files.RemoveOwn(own));
   return status;
@@ -44,7 +44,7 @@ host::Status OutputTools::CopyExif(const std::string& source, const std::string&
 host::Status OutputTools::ToPdf(const std::string& picture, const std::string& pdf) {
   const base::PathParts parts = base::SplitPath(pdf);
   const std::string base = base::JoinPath(parts.folder, parts.name);
-  return MakePdf(program_.tools, picture, base, PdfText(picture, base));
+  return tools::MakePdf(program_.tools, picture, base, tools::PdfText(picture, base));
 }
 
 }  // namespace quillon::formats

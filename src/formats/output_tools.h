@@ -4,8 +4,8 @@
 
 #include <string>
 
-#include "job/collaborators.h"
 #include "job/program.h"
+#include "job/settings/collaborators.h"
 
 namespace quillon::formats {
 

@@ -9,7 +9,7 @@
 
 #include "base/rect.h"
 #include "host/boxes.h"
-#include "host/files.h"
+#include "host/files/files.h"
 
 namespace quillon::host {
 

@@ -6,16 +6,15 @@
 
 #include "base/path_text.h"
 #include "host/disk_full.h"
-#include "imaging/jpeg_cut.h"
-#include "imaging/limit_checks.h"
-#include "imaging/output_name.h"
+#include "imaging/jpeg/jpeg_cut.h"
+#include "imaging/limits.h"
 #include "imaging/services_parts.h"
 
 namespace quillon::imaging {
 namespace {
 
 // Only what needs nothing but the JPEG path is done ahead.
-Status CropAhead(const Ahead::Job& job, const Limits& limits) {
+Status CropForPrefetch(const Prefetcher::Job& job, const Limits& limits) {
   const CropRequest& request = job.request;
   if (!IsDirect(request)) return fault::UnreadKind();
   return CutJpeg(request.source, request.rect, request.quality, request.dpi, request.exif, limits, job.sink,
@@ -60,15 +59,15 @@ Status Services::Parts::Load(const std::string& path, Picture& out) {
   Status status = Guarded(fault::DamagedPicture(), [&] {
     if (Status open = OpenPicture(host.files, path, limits, {}, opened); !open) return open;
     Picture picture;
-    if (Status take = TakeWhole(opened, picture); !take) return take;
-    if (Status hold = Hold(picture.pixels); !hold) return hold;
+    if (Status take = ReadWhole(opened, picture); !take) return take;
+    if (Status hold = Materialize(picture.pixels); !hold) return hold;
     out = std::move(picture);
     return Status::Ok();
   });
   return ReadStatus(opened, status);
 }
 
-Status Services::Parts::Hold(vips::VImage& pixels) {
+Status Services::Parts::Materialize(vips::VImage& pixels) {
   const int pixelBytes = static_cast<int>(VIPS_IMAGE_SIZEOF_PEL(pixels.get_image()));
   if (!WithinLimits(pixels.width(), pixels.height(), limits)) return fault::SidesTooLarge();
   if (!FitsMemory(pixels.width(), pixels.height(), pixelBytes, limits)) return fault::OutOfMemory();
@@ -82,13 +81,13 @@ Status Services::Parts::Hold(vips::VImage& pixels) {
   return Status::Ok();
 }
 
-Ahead& Services::Parts::Announce() {
+Prefetcher& Services::Parts::StartPrefetcher() {
   if (!ahead) {
-    Ahead::Bounds bounds;
+    Prefetcher::Bounds bounds;
     bounds.seconds = [&clock = host.clock] { return clock.Seconds(); };
     bounds.stopped = stopped;
-    ahead = std::make_unique<Ahead>(
-        host.files, [limits = limits](const Ahead::Job& job) { return CropAhead(job, limits); },
+    ahead = std::make_unique<Prefetcher>(
+        host.files, [limits = limits](const Prefetcher::Job& job) { return CropForPrefetch(job, limits); },
         [measurer = measurer](const std::string& path) {
           ImageFacts facts;
           static_cast<void>(measurer->Measure(path, facts));
@@ -96,12 +95,6 @@ Ahead& Services::Parts::Announce() {
         std::move(bounds));
   }
   return *ahead;
-}
-
-Status ReadStatus(const OpenedPicture& opened, const Status& status) {
-  if (status || !opened.fault) return status;
-  const Status met = opened.fault->Get();
-  return met ? status : met;
 }
 
 Services::Services(host::Host& host, std::function<void()> stop, const Limits& limits)
@@ -184,20 +177,13 @@ Status Services::SaveByEncoder(const Image& image, const std::string& path, Enco
   if (angle != 0) {
     if (Status status = RotateImage(turned, angle, base::kWhite); !status) return status;
   }
-  return SaveByEncoder(turned, WithoutPsd(path), encoder, quality);
+  return SaveByEncoder(turned, base::WithoutPsd(path), encoder, quality);
 }
 
-void Services::PlanCrops(const std::vector<CropRequest>& upcoming) { parts_->Announce().PlanCrops(upcoming); }
+void Services::PlanCrops(const std::vector<CropRequest>& upcoming) { parts_->StartPrefetcher().PlanCrops(upcoming); }
 
-void Services::PlanMeasures(std::vector<std::string> upcoming) { parts_->Announce().PlanMeasures(std::move(upcoming)); }
-
-Encoder EncoderFor(const std::string& extension) {
-  const std::string lower = base::ToLowerAscii(extension);
-  if (lower == "png") return Encoder::Png;
-  if (lower == "gif") return Encoder::Gif;
-  if (lower == "tif" || lower == "tiff") return Encoder::Tiff;
-  if (lower == "bmp" || lower == "dib") return Encoder::Bmp;
-  return Encoder::Jpeg;
+void Services::PlanMeasures(std::vector<std::string> upcoming) {
+  parts_->StartPrefetcher().PlanMeasures(std::move(upcoming));
 }
 
 }  // namespace quillon::imaging

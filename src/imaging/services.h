@@ -13,88 +13,10 @@
 #include "host/host.h"
 #include "imaging/cut_source.h"
 #include "imaging/image.h"
+#include "imaging/limits.h"
+#include "imaging/types.h"
 
 namespace quillon::imaging {
-
-using host::Status;
-
-// Size in pixels and resolution in dots per inch (0: the file tells none).
-struct ImageFacts {
-  int width = 0;
-  int height = 0;
-  int dpi = 0;
-};
-
-// Encoders of CropToFile and SaveByEncoder, by number.
-enum class Encoder { Bmp = 1, Jpeg = 2, Png = 3, Gif = 4, Tiff = 5 };
-
-// By extension, upper or lower case ("jpg", "jpeg", "jpe", "jfif", "png", "gif", "tif", "tiff", "bmp", "dib");
-// Jpeg for any other.
-Encoder EncoderFor(const std::string& extension);
-
-enum class Exif { Drop, Keep };
-
-// Whether transparent pixels are laid on white or stay what they are where the encoder can hold them.
-enum class Alpha { OnWhite, Kept };
-
-// Cuts rect out of source. What lies outside the source is white. Quality 0..100 is for jpeg. dpi 0 keeps the source's.
-struct CropRequest {
-  std::string source;
-  std::string destination;
-  base::Rect rect;
-  Encoder encoder = Encoder::Jpeg;
-  int quality = 80;
-  int dpi = 0;
-  Exif exif = Exif::Drop;
-  Alpha alpha = Alpha::OnWhite;
-  // The file that EXIF and orientation are taken from, for a source that could not hold them; "": source itself.
-  std::string tagSource = {};
-  bool upright = false;  // the source was turned since: that orientation no longer holds
-
-  bool operator==(const CropRequest&) const = default;
-};
-
-// A picture laid over a cut, transparent where it is, with its top left corner at a place of the result.
-struct Overlay {
-  std::string picture;
-  int left = 0;
-  int top = 0;
-};
-
-// Draws source, scaled to drawn, at offset on a canvas of total pixels filled with colour.
-struct BorderRequest {
-  std::string source;
-  std::string destination;
-  int offsetX = 0;
-  int offsetY = 0;
-  base::Size total;
-  base::Size image;  // size of the source as the caller knows it; the source rectangle drawn
-  base::Size drawn;
-  int quality = 98;
-  int dpi = 0;
-  double scale = 1.0;  // multiplies drawn
-  base::Colour colour = base::kWhite;
-  double rotation = 0;  // degrees, counter-clockwise
-  Exif exif = Exif::Drop;
-};
-
-// How a picture is saved by type text.
-struct SaveOptions {
-  int quality = 80;
-  bool blackWhite = false;  // tiff: CCITT group 4 instead of LZW
-  Exif exif = Exif::Drop;
-};
-
-// Limits that are checked before anything is allocated. Public members are the defaults.
-struct Limits {
-  int side = 500000;
-  std::int64_t pixels = 4'000'000'000;
-  int jpegSide = 65500;
-  std::int64_t memory = std::int64_t{2} << 30;  // a decoded picture held whole
-};
-
-// How many sizes are remembered, if nothing else is said.
-inline constexpr std::size_t kSizesRemembered = 300'000;
 
 // All pixel work. One object per process, after start-up used from one thread. Every operation that writes does so
 // through host::Files::Save, asks about a full disk as SaveByType tells, and leaves no part of a file when it fails.
@@ -150,7 +72,7 @@ class Services {
   Status DrawImage(Image& canvas, const Image& image, base::Rect drawn);
   Status NewCanvas(base::Size size, base::Colour colour, Image& out);
   // EXIF and orientation of from, and its resolution, for a picture that was made of it.
-  void TakeTags(Image& image, const Image& from);
+  void CopyTags(Image& image, const Image& from);
   // The private lane between the program and its helpers, a file in the program folder; the desktop's clipboard is
   // never touched. A picture comes out as it was put in, with everything that goes with it. Missing: nothing was put.
   Status PutImageOnClipBoard(const Image& image);

@@ -4,12 +4,12 @@
 #include <optional>
 #include <utility>
 
-#include "imaging/crop_window.h"
-#include "imaging/jpeg_cut.h"
-#include "imaging/jpeg_pixels.h"
+#include "host/files/file_stamp.h"
+#include "imaging/crop/crop_window.h"
+#include "imaging/jpeg/jpeg_cut.h"
+#include "imaging/jpeg/jpeg_pixels.h"
 #include "imaging/services.h"
 #include "imaging/services_parts.h"
-#include "imaging/unchanged.h"
 
 namespace quillon::imaging {
 
@@ -29,7 +29,7 @@ CutSource::CutSource(CutSource&&) noexcept = default;
 CutSource& CutSource::operator=(CutSource&&) noexcept = default;
 
 Status Services::OpenForCuts(const std::string& path, Encoder encoder, CutSource& out) {
-  const std::optional<host::FileFacts> facts = parts_->host.files.Look(path);
+  const std::optional<host::FileFacts> facts = parts_->host.files.Stat(path);
   auto data = std::make_unique<CutSourceData>();
   data->path = path;
   data->facts = facts.value_or(host::FileFacts());
@@ -49,7 +49,7 @@ Status Services::OpenForCuts(const std::string& path, Encoder encoder, CutSource
 
 Status Services::CropToFile(const CutSource& source, const CropRequest& request) {
   const CutSourceData* data = source.Data();
-  const std::optional<host::FileFacts> now = parts_->host.files.Look(request.source);
+  const std::optional<host::FileFacts> now = parts_->host.files.Stat(request.source);
   const bool fits = data && data->path == request.source && data->encoder == request.encoder && now &&
                     Unchanged(*now, data->facts) && request.tagSource.empty() && !request.upright;
   if (!fits) return CropToFile(request);

@@ -7,14 +7,14 @@
 
 #include "base/path_text.h"
 #include "base/rounding.h"
-#include "imaging/colours.h"
-#include "imaging/crop_window.h"
-#include "imaging/geometry.h"
-#include "imaging/jpeg_exif.h"
-#include "imaging/limit_checks.h"
+#include "host/files/source_backup.h"
+#include "imaging/crop/crop_window.h"
+#include "imaging/limits.h"
+#include "imaging/metadata/exif_block.h"
+#include "imaging/pixels/colours.h"
+#include "imaging/pixels/geometry.h"
 #include "imaging/services.h"
 #include "imaging/services_parts.h"
-#include "imaging/source_backup.h"
 
 namespace quillon::imaging {
 namespace {
@@ -25,7 +25,7 @@ using vips::VImage;
 constexpr int kLargestPreview = 6000;
 
 // EXIF and orientation from the file that the request names for them, as far as it can be read.
-void TakeTags(const host::Files& files, const Limits& limits, const CropRequest& request, PictureTags& tags) {
+void CopyTags(const host::Files& files, const Limits& limits, const CropRequest& request, PictureTags& tags) {
   if (!request.tagSource.empty()) {
     OpenedPicture named;
     const Status opened =
@@ -52,8 +52,8 @@ Status CropThrough(const host::Files& files, const Limits& limits, const CropReq
     if (seen.Empty()) seen.height = 1;
     Picture cut;
     cut.tags = opened.tags;
-    TakeTags(files, limits, request, cut.tags);
-    if (Status take = TakeRows(opened, seen.top, seen.height, cut.pixels); !take) return take;
+    CopyTags(files, limits, request, cut.tags);
+    if (Status take = ReadRows(opened, seen.top, seen.height, cut.pixels); !take) return take;
     base::Rect rect = request.rect;
     rect.top -= seen.top;
     Status written = EncodeWindow(std::move(cut), rect, request, draft);
@@ -79,7 +79,7 @@ Status Services::CropToFile(const CropRequest& request) {
   if (Status status = CheckCrop(files, request, parts_->limits); !status) return status;
   std::optional<std::string> ready;
   if (parts_->ahead) {
-    const Status waited = parts_->ahead->TakeCrop(
+    const Status waited = parts_->ahead->PopCrop(
         request, [this] { parts_->host.pump.Turn(); }, ready);
     if (!waited) return waited;
   }
@@ -118,8 +118,8 @@ Status Services::CropUnder(const CropRequest& request, const Overlay& overlay) {
   if (Status status = LoadImageFromFile(overlay.picture, above); !status) return status;
   Status status = OnPicture(cut, [&](Picture& picture) {
     picture = Displayed(picture);
-    picture.pixels = AsRgb(Window(picture.pixels, request.rect, base::kWhite));
-    return parts_->Hold(picture.pixels);
+    picture.pixels = AsRgb(CropOrPad(picture.pixels, request.rect, base::kWhite));
+    return parts_->Materialize(picture.pixels);
   });
   const base::Rect place{overlay.left, overlay.top, GetImageWidth(above), GetImageHeight(above)};
   if (status) status = DrawImage(cut, above, place);
@@ -142,11 +142,11 @@ Status Services::AddBoardToFile(const BorderRequest& request) {
   Status status = Guarded(fault::DamagedPicture(), [&] {
     VImage pixels = EightBit(Flattened(picture.pixels, request.colour));
     if (!request.image.Empty())
-      pixels = Window(pixels, {0, 0, request.image.width, request.image.height}, request.colour);
+      pixels = CropOrPad(pixels, {0, 0, request.image.width, request.image.height}, request.colour);
     pixels = Turned(pixels, request.rotation, request.colour);
-    if (Status held = parts_->Hold(pixels); !held) return held;
+    if (Status held = parts_->Materialize(pixels); !held) return held;
     pixels = Scaled(pixels, drawn);
-    picture.pixels = Window(pixels, {-request.offsetX, -request.offsetY, total.width, total.height}, request.colour);
+    picture.pixels = CropOrPad(pixels, {-request.offsetX, -request.offsetY, total.width, total.height}, request.colour);
     return Status::Ok();
   });
   if (!status) return status;
@@ -171,7 +171,7 @@ Status Services::ZoomPic(const std::string& source, const std::string& destinati
     Status status = Guarded(fault::DamagedPicture(), [&] {
       if (Status open = OpenPicture(parts_->host.files, source, parts_->limits, {}, opened); !open) return open;
       Picture picture;
-      if (Status take = TakeWhole(opened, picture); !take) return take;
+      if (Status take = ReadWhole(opened, picture); !take) return take;
       picture.pixels = Scaled(picture.pixels, {width, height});
       return EncodePicture(picture, options, draft);
     });
@@ -194,7 +194,7 @@ Status Services::LoadPreview(const std::string& path, base::Size limit, Preview&
       if (Status open = OpenPicture(parts_->host.files, path, parts_->limits, shown, opened); !open) return open;
     }
     Picture small;
-    if (Status take = TakeReduced(opened, small); !take) return take;
+    if (Status take = ReadReduced(opened, small); !take) return take;
     small.pixels = Scaled(small.pixels, shown);
     small = Displayed(small);
     const VImage rgb = AsRgb(EightBit(Flattened(small.pixels, base::kWhite)));

@@ -6,11 +6,11 @@
 #include <memory>
 #include <string>
 
-#include "imaging/ahead.h"
-#include "imaging/encode.h"
-#include "imaging/measure.h"
-#include "imaging/open_picture.h"
-#include "imaging/picture.h"
+#include "imaging/codecs/encode.h"
+#include "imaging/codecs/open_picture.h"
+#include "imaging/measure/measure.h"
+#include "imaging/pixels/picture.h"
+#include "imaging/prefetch/prefetcher.h"
 #include "imaging/services.h"
 
 namespace quillon::imaging {
@@ -29,32 +29,22 @@ struct Services::Parts {
   // Decodes a picture whole.
   Status Load(const std::string& path, Picture& out);
   // Pixels computed and held, so that later work and a second save need not do it again.
-  Status Hold(vips::VImage& pixels);
+  Status Materialize(vips::VImage& pixels);
 
   // Turns on the work ahead at its first use.
-  Ahead& Announce();
+  Prefetcher& StartPrefetcher();
 
   host::Host& host;
   std::function<void()> stop;
   std::function<bool()> stopped;
   Limits limits;
   std::shared_ptr<Measurer> measurer;  // also of a thread ahead that hangs
-  std::unique_ptr<Ahead> ahead;        // last: it works with the others
+  std::unique_ptr<Prefetcher> ahead;   // last: it works with the others
 };
 
 // Whether the JPEG path may take a cut, if its source is one.
 inline bool IsDirect(const CropRequest& request) {
   return request.encoder == Encoder::Jpeg && request.tagSource.empty() && !request.upright;
-}
-
-// The failure that a pipeline met while it read its picture; else status.
-Status ReadStatus(const OpenedPicture& opened, const Status& status);
-
-// Runs work on the picture of an image; NoImage without one.
-template <class Work>
-Status OnPicture(const Image& image, Work work) {
-  if (image.Empty()) return fault::NoImage();
-  return Guarded(fault::DamagedPicture(), [&] { return work(image.Data()->picture); });
 }
 
 }  // namespace quillon::imaging

@@ -3,11 +3,11 @@
 #include <algorithm>
 #include <utility>
 
-#include "imaging/clip_lane.h"
-#include "imaging/colours.h"
-#include "imaging/geometry.h"
-#include "imaging/jpeg_exif.h"
-#include "imaging/limit_checks.h"
+#include "imaging/limits.h"
+#include "imaging/metadata/exif_block.h"
+#include "imaging/pixels/clip_lane.h"
+#include "imaging/pixels/colours.h"
+#include "imaging/pixels/geometry.h"
 #include "imaging/services.h"
 #include "imaging/services_parts.h"
 
@@ -63,10 +63,10 @@ void Services::SetImageResolution(Image& image, int dpi) {
 
 Status Services::RotateImage(Image& image, double angle, base::Colour background) {
   return OnPicture(image, [&](Picture& picture) {
-    const base::Size canvas = TurnedSize({picture.pixels.width(), picture.pixels.height()}, angle);
+    const base::Size canvas = base::TurnedSize({picture.pixels.width(), picture.pixels.height()}, angle);
     if (!WithinLimits(canvas.width, canvas.height, parts_->limits)) return fault::SidesTooLarge();
     VImage turned = Turned(picture.pixels, angle, background);
-    if (Status status = parts_->Hold(turned); !status) return status;
+    if (Status status = parts_->Materialize(turned); !status) return status;
     if (!ProfileFits(picture.tags.profile, turned)) picture.tags.profile.clear();
     picture.pixels = turned;
     picture.tags.orientation = 1;
@@ -80,7 +80,7 @@ Status Services::ResampleImage(Image& image, int width, int height) {
     if (width < 1 || height < 1) return fault::NoSize();
     if (!WithinLimits(width, height, parts_->limits)) return fault::SidesTooLarge();
     VImage scaled = Scaled(picture.pixels, {width, height});
-    if (Status status = parts_->Hold(scaled); !status) return status;
+    if (Status status = parts_->Materialize(scaled); !status) return status;
     picture.pixels = scaled;
     return Status::Ok();
   });
@@ -89,7 +89,7 @@ Status Services::ResampleImage(Image& image, int width, int height) {
 Status Services::ConvertImageToGrayMode(Image& image) {
   return OnPicture(image, [&](Picture& picture) {
     Picture grey = GreyPicture(picture);
-    if (Status status = parts_->Hold(grey.pixels); !status) return status;
+    if (Status status = parts_->Materialize(grey.pixels); !status) return status;
     picture = std::move(grey);
     return Status::Ok();
   });
@@ -117,7 +117,7 @@ Status Services::Threshold(Image& image, int level) {
     grey.pixels = EightBit(Flattened(grey.pixels, base::kWhite)) >= level;
     grey.pixels = grey.pixels.copy(VImage::option()->set("interpretation", VIPS_INTERPRETATION_B_W));
     grey.tags.profile.clear();
-    if (Status status = parts_->Hold(grey.pixels); !status) return status;
+    if (Status status = parts_->Materialize(grey.pixels); !status) return status;
     picture = std::move(grey);
     return Status::Ok();
   });
@@ -129,7 +129,7 @@ Status Services::CutImage(Image& image, base::Rect rect) {
     if (!WithinLimits(rect.width, rect.height, parts_->limits)) return fault::SidesTooLarge();
     const int pixelBytes = static_cast<int>(VIPS_IMAGE_SIZEOF_PEL(picture.pixels.get_image()));
     if (!FitsMemory(rect.width, rect.height, pixelBytes, parts_->limits)) return fault::OutOfMemory();
-    picture.pixels = Window(picture.pixels, rect, base::kWhite);
+    picture.pixels = CropOrPad(picture.pixels, rect, base::kWhite);
     return Status::Ok();
   });
 }
@@ -162,14 +162,15 @@ Status Services::NewCanvas(base::Size size, base::Colour colour, Image& out) {
     auto data = std::make_unique<ImageData>();
     const VImage dot = VImage::black(1, 1, VImage::option()->set("bands", 3))
                            .copy(VImage::option()->set("interpretation", VIPS_INTERPRETATION_sRGB));
-    data->picture.pixels = Window(dot.new_from_image(SamplesOf(dot, colour)), {0, 0, size.width, size.height}, colour);
-    if (Status status = parts_->Hold(data->picture.pixels); !status) return status;
+    data->picture.pixels =
+        CropOrPad(dot.new_from_image(SamplesOf(dot, colour)), {0, 0, size.width, size.height}, colour);
+    if (Status status = parts_->Materialize(data->picture.pixels); !status) return status;
     out = Image(std::move(data));
     return Status::Ok();
   });
 }
 
-void Services::TakeTags(Image& image, const Image& from) {
+void Services::CopyTags(Image& image, const Image& from) {
   if (image.Empty() || from.Empty()) return;
   PictureTags& tags = image.Data()->picture.tags;
   const PictureTags& source = from.Data()->picture.tags;

@@ -2,8 +2,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include <memory>
 
-#include "imaging/bytes.h"
-#include "imaging/colours.h"
+#include "imaging/io/bytes.h"
+#include "imaging/pixels/colours.h"
 #include "imaging/services.h"
 #include "imaging/services_parts.h"
 

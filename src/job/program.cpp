@@ -8,12 +8,12 @@
 
 #include "base/path_text.h"
 #include "base/rounding.h"
-#include "formats/tools/processes.h"
-#include "formats/tools/twins.h"
-#include "job/busy.h"
-#include "job/cut_outlook.h"
-#include "job/file_intake.h"
-#include "job/normal_cut.h"
+#include "job/cut/normal_cut.h"
+#include "job/list/file_intake.h"
+#include "job/list/run_guard.h"
+#include "job/windows/preview_shape.h"
+#include "tools/processes.h"
+#include "tools/twins.h"
 
 namespace quillon::job {
 namespace {
@@ -49,7 +49,7 @@ std::string WhiteBmp(std::uint32_t side) {
 }
 
 // Waits for helpers are shown in the title while they last.
-formats::ToolsOwner OwnerOf(Program& program) {
+tools::ToolsOwner OwnerOf(Program& program) {
   return {[&program] { return program.flags.StopRequested; }, [&program] { program.flags.StopRequested = true; },
           [&program, before = std::string()](const std::string& helper) mutable {
             if (helper.empty()) {
@@ -93,9 +93,9 @@ bool Program::Unload() {
   static_cast<void>(host.files.RemoveOwn(AppPath("Pdfs")));
   images.DisposeImage(flags.FirstImageHandle);
   images.ImageWizardShutDown();
-  formats::RemoveProgramsAtExit(host);
-  formats::KillProcessByName(host, "PicCirleCut.exe");
-  formats::KillProcessByName(host, "QxImgTool.exe");
+  tools::RemoveProgramsAtExit(host);
+  tools::KillProcessByName(host, "PicCirleCut.exe");
+  tools::KillProcessByName(host, "QxImgTool.exe");
   ended_ = true;
   return true;
 }

@@ -6,21 +6,21 @@
 #include <string>
 
 #include "controls/windows.h"
-#include "formats/tools/converter.h"
-#include "formats/tools/tools.h"
 #include "host/host.h"
 #include "host/journal.h"
 #include "imaging/services.h"
-#include "job/collaborators.h"
-#include "job/disk_answer.h"
-#include "job/fbaseopt.h"
-#include "job/fcutpre.h"
-#include "job/file_list.h"
-#include "job/flags.h"
-#include "job/form1.h"
-#include "job/handled.h"
-#include "job/run_report.h"
-#include "job/share.h"
+#include "job/list/disk_monitor.h"
+#include "job/list/file_list.h"
+#include "job/settings/collaborators.h"
+#include "job/settings/done_elsewhere.h"
+#include "job/settings/flags.h"
+#include "job/settings/run_report.h"
+#include "job/settings/shard.h"
+#include "job/windows/fbaseopt.h"
+#include "job/windows/fcutpre.h"
+#include "job/windows/form1.h"
+#include "tools/converter.h"
+#include "tools/tools.h"
 
 namespace quillon::job {
 
@@ -50,14 +50,14 @@ class Program {
   host::Host& host;
   Flags flags;
   imaging::Services images;
-  formats::Tools tools;  // its waits end with MenuStop, and the title tells of those that last
-  formats::Converter converter;
+  tools::Tools tools;  // its waits end with MenuStop, and the title tells of those that last
+  tools::Converter converter;
   controls::Windows windows;
   Form1 form1;
   FBaseOpt fBaseOpt;
   FCutPre fCutPre;
   FileList files;
-  DiskAnswer disks;
+  DiskMonitor disks;
 
   // Parts built above the job; nullptr where the program has none.
   ManualFrame* manualFrame = nullptr;
@@ -69,13 +69,13 @@ class Program {
   Engines engines;
 
   // The part of all files that this program is to handle, and how many it has left to the others.
-  Share share;
+  Shard shard;
   std::size_t leftToOthers = 0;
   // Files that are left out because an earlier process has handled them.
-  Handled handled;
+  DoneElsewhere doneElsewhere;
   // An earlier process died in the place of this one: nothing is worked on ahead, and the observer hears also of each
   // file that is taken up for the list, so that it is known which file another death was about.
-  bool careful = false;
+  bool recovering = false;
 
   // Where the guide was installed, for a program folder that holds none.
   std::string documents;

@@ -1,12 +1,12 @@
 // SPDX-FileCopyrightText: 2026 The Quillon developers
 // SPDX-License-Identifier: GPL-3.0-or-later
 // How the program starts. The order matters: each step relies on those before it.
-#include "formats/tools/processes.h"
-#include "formats/tools/twins.h"
-#include "job/file_intake.h"
-#include "job/normal_cut.h"
+#include "job/cut/normal_cut.h"
+#include "job/list/file_intake.h"
 #include "job/program.h"
-#include "job/units.h"
+#include "job/settings/units.h"
+#include "tools/processes.h"
+#include "tools/twins.h"
 
 namespace quillon::job {
 namespace {
@@ -18,7 +18,7 @@ constexpr float kSheetHeightCm = 46.4F;
 constexpr base::Size kPreviewBox{640, 480};
 
 // A helper that is missing is told of by whatever needs it.
-void CopyTwinQuietly(host::Host& host, const char* name) { static_cast<void>(formats::CopyTwin(host, name)); }
+void CopyTwinQuietly(host::Host& host, const char* name) { static_cast<void>(tools::CopyTwin(host, name)); }
 
 }  // namespace
 
@@ -66,7 +66,7 @@ void Program::ReadScreen() {
 // One that a crashed run left behind could answer for a new one.
 void Program::EndLeftOverHelpers() {
   for (const char* name : {"PicCirleCut.exe", "QxImgTool.exe", "DCRebooter.exe"}) {
-    formats::KillProcessByName(host, name);
+    tools::KillProcessByName(host, name);
   }
 }
 

@@ -3,9 +3,9 @@
 #pragma once
 
 #include "job/program.h"
-#include "regions/cut_frame.h"
-#include "regions/fcuttime.h"
-#include "regions/fmultcut.h"
+#include "regions/frame/cut_frame.h"
+#include "regions/lists/fmultcut.h"
+#include "regions/timed/fcuttime.h"
 
 namespace quillon::regions {
 

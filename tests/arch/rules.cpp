@@ -17,40 +17,88 @@ struct Layer {
   Folders below;  // what it may include besides itself
 };
 
-// Longer names come first where one holds another.
-const std::vector<Layer>& Layers() {
-  static const Folders kBase = {"base"};
-  static const Folders kControls = {"base", "controls"};
-  static const Folders kHost = {"base", "controls", "host"};
-  static const Folders kImaging = {"base", "controls", "host", "imaging"};
-  static const Folders kTools = {"base", "controls", "host", "imaging", "formats/tools"};
-  static const Folders kJob = {"base", "controls", "host", "imaging", "formats/tools", "job"};
-  static const Folders kUpper = {"base", "controls", "host", "imaging", "formats/tools", "job"};
-  static const Folders kSuite = {"base", "controls", "host", "imaging", "formats/tools", "job", "formats", "regions"};
-  static const Folders kPrograms = {"base", "controls", "host",    "imaging", "formats/tools",
-                                    "job",  "formats",  "regions", "suite",   "host/posix"};
-  static const Folders kHelpers = {"base",    "controls", "host",       "imaging", "formats/tools", "job", "formats",
-                                   "regions", "suite",    "host/posix", "ui"};
-  static const Folders kApp = {"base",    "controls", "host",  "imaging",    "formats/tools", "job",
-                               "formats", "regions",  "suite", "host/posix", "batch",         "ui"};
-  static const std::vector<Layer> kLayers = {
+Folders operator+(Folders folders, const Folders& more) {
+  folders.insert(folders.end(), more.begin(), more.end());
+  return folders;
+}
+
+// Longer names come first if one holds another. Features stand side by side: what two of them need goes down into job
+// or imaging.
+std::vector<Layer> MakeLayers() {
+  const Folders features = {"regions", "formats", "smart", "print", "shapes", "update"};
+  const Folders job = {"base", "controls", "host", "imaging", "tools"};
+  const Folders aboveJob = job + Folders{"job"};
+  const Folders programs = aboveJob + features + Folders{"parts", "host/posix"};
+  std::vector<Layer> layers = {
       {"base", {}},
-      {"controls", kBase},
-      {"host/posix", kHost},
+      {"controls", {"base"}},
+      {"host/posix", {"base", "controls", "host"}},
       {"host/testing", {"base", "controls", "host", "host/posix"}},
-      {"host", kControls},
-      {"imaging", kHost},
-      {"formats/tools", kImaging},
-      {"formats", kJob},
-      {"job", kTools},
-      {"regions", kUpper},
-      {"suite", kSuite},
-      {"batch", kPrograms},
-      {"ui", kPrograms},
-      {"helpers", kHelpers},
-      {"app", kApp},
+      {"host", {"base", "controls"}},
+      {"imaging", {"base", "controls", "host"}},
+      {"tools", {"base", "controls", "host", "imaging"}},
+      {"job", job},
+      {"parts", aboveJob + features},
+      {"cli", programs},
+      {"ui/kit", {"base", "controls"}},
+      {"ui/desktop", {"base", "controls", "host", "host/posix", "ui/kit"}},
+      {"ui", programs + Folders{"ui/kit", "ui/desktop"}},
+      {"helpers", job + Folders{"host/posix", "ui/kit", "ui/desktop"}},
+      {"app", programs + Folders{"cli", "ui", "ui/kit", "ui/desktop"}},
   };
+  for (const std::string_view feature : features) layers.push_back({feature, aboveJob});
+  return layers;
+}
+
+const std::vector<Layer>& Layers() {
+  static const std::vector<Layer> kLayers = MakeLayers();
   return kLayers;
+}
+
+// The rooms of a library in their order: a room includes itself and those of a lower rank. A room is a folder, or a
+// file of the library's own folder without its ending; "*" is every other file there.
+struct House {
+  std::string_view library;
+  std::map<std::string_view, int> ranks;
+};
+
+const std::vector<House>& Houses() {
+  static const std::vector<House> kHouses = {
+      {"host", {{"status", 0}, {"files", 1}, {"*", 2}, {"posix", 3}, {"testing", 4}}},
+      {"imaging",
+       {{"types", 0},
+        {"limits", 0},
+        {"faults", 0},
+        {"image", 0},
+        {"cut_source", 0},
+        {"io", 0},
+        {"rows", 1},
+        {"prefetch", 1},
+        {"pixels", 2},
+        {"metadata", 3},
+        {"jpeg", 4},
+        {"tiff", 4},
+        {"codecs", 5},
+        {"measure", 5},
+        {"crop", 6},
+        {"*", 7}}},
+  };
+  return kHouses;
+}
+
+struct Room {
+  std::string_view name;
+  int rank = 0;
+  bool known = false;
+};
+
+Room RoomOf(const House& house, std::string_view pathInSrc) {
+  std::string_view rest = pathInSrc.substr(house.library.size() + 1);
+  const std::size_t slash = rest.find('/');
+  const std::string_view name = rest.substr(0, slash == std::string_view::npos ? rest.rfind('.') : slash);
+  if (const auto found = house.ranks.find(name); found != house.ranks.end()) return {name, found->second, true};
+  if (slash != std::string_view::npos) return {name, 0, false};
+  return {"*", house.ranks.at("*"), true};
 }
 
 const Layer* LayerOf(std::string_view pathInSrc) {
@@ -86,15 +134,16 @@ struct Library {
 
 const std::vector<Library>& Libraries() {
   static const std::vector<Library> kLibraries = {
-      {std::regex("^Q[A-Z]|^qt|^Qt"), {"src/ui/", "src/app/quillon_main.cpp"}},
-      {std::regex("^vips/|^glib|^gobject"), {"src/imaging/", "src/helpers/"}},
+      {std::regex("^Q[A-Z]|^qt|^Qt"), {"src/ui/", "src/helpers/dc_tiffs_maker/window/", "src/app/quillon_main.cpp"}},
+      {std::regex("^vips/|^gobject"), {"src/imaging/", "src/helpers/"}},
+      {std::regex("^glib"), {"src/imaging/", "src/helpers/", "src/update/"}},
       {std::regex("^jpeglib|^jerror|^turbojpeg|^tiff|^png\\.h|^gif_lib"), {"src/imaging/", "src/helpers/"}},
       {std::regex("^exiv2/"), {"src/imaging/", "src/helpers/"}},
       {std::regex("^lcms2"), {"src/imaging/"}},
       {std::regex("^qpdf/|^poppler|^cgif|^seccomp"), {"src/helpers/"}},
       {std::regex("^MediaInfo"), {"src/imaging/"}},
       {std::regex("^sqlite3"), {"src/host/posix/"}},
-      {std::regex("^nlohmann/|^CLI/"), {"src/batch/"}},
+      {std::regex("^nlohmann/|^CLI/"), {"src/cli/"}},
       {std::regex("^gtest|^gmock"), {}},
   };
   return kLibraries;
@@ -106,7 +155,12 @@ bool IsHeavy(const std::string& include) {
   return std::regex_search(include, kHeavy);
 }
 
-std::string FolderOf(std::string_view path) { return std::string(path.substr(0, path.rfind('/'))); }
+// The layer, or for a helper its own folder.
+std::string LibraryOf(std::string_view path) {
+  const Layer* layer = LayerOf(path.substr(4));
+  if (!layer || layer->folder == "helpers") return std::string(path.substr(0, path.rfind('/')));
+  return std::string(layer->folder);
+}
 
 // Words made of two parts, so that this file does not hold them.
 std::regex UnfinishedWords() { return std::regex(std::string(R"(\b(TO)") + "DO|FIX" + "ME|XX" + "X|HA" + R"(CK)\b)"); }
@@ -125,6 +179,28 @@ Breaches CheckLayers(const Source& source) {
       out.push_back({source.path, include.line, "names no folder of src/: " + include.name});
     } else if (other != own && std::find(own->below.begin(), own->below.end(), other->folder) == own->below.end()) {
       out.push_back({source.path, include.line, std::string(own->folder) + " may not include " + include.name});
+    }
+  }
+  return out;
+}
+
+Breaches CheckRooms(const Source& source) {
+  Breaches out;
+  if (!source.In("src/") || !source.IsCode()) return out;
+  const std::string_view path = std::string_view(source.path).substr(4);
+  for (const House& house : Houses()) {
+    const std::string prefix = std::string(house.library) + "/";
+    if (!path.starts_with(prefix)) continue;
+    const Room own = RoomOf(house, path);
+    if (!own.known) out.push_back({source.path, 0, "lies in no known room"});
+    for (const Include& include : IncludesOf(source.text)) {
+      if (!own.known || !include.quoted || !include.name.starts_with(prefix)) continue;
+      const Room other = RoomOf(house, include.name);
+      if (other.name != own.name &&
+          (!other.known || other.rank > own.rank || (own.rank > 0 && other.rank == own.rank))) {
+        out.push_back(
+            {source.path, include.line, "the room " + std::string(own.name) + " may not include " + include.name});
+      }
     }
   }
   return out;
@@ -269,8 +345,8 @@ Breaches CheckHeavyHeaders(const std::vector<Source>& tree) {
     if (!source.In("src/") || !source.IsCode()) continue;
     for (const Include& include : IncludesOf(source.text)) {
       const std::string path = "src/" + include.name;
-      if (heavy.contains(path) && FolderOf(path) != FolderOf(source.path)) {
-        out.push_back({source.path, include.line, "this header is private to its folder: " + include.name});
+      if (heavy.contains(path) && LibraryOf(path) != LibraryOf(source.path)) {
+        out.push_back({source.path, include.line, "this header is private to its library: " + include.name});
       }
     }
   }

@@ -12,6 +12,8 @@ namespace quillon::arch {
 
 // A folder of src/ includes itself and what lies below it, by a path from src/.
 Breaches CheckLayers(const Source& source);
+// Inside a library, a room includes itself and the rooms below it.
+Breaches CheckRooms(const Source& source);
 // Each heavy library is named in the folders that wrap it and nowhere else.
 Breaches CheckLibraries(const Source& source);
 // The real world, host/posix, is wired up by programs and tests; scripted doubles, host/testing, serve tests alone.
@@ -27,7 +29,7 @@ Breaches CheckText(const Source& source);
 // Names of files; header guards; no using-directives in headers; tests are named *_test.cpp.
 Breaches CheckNames(const Source& source);
 
-// Over all files: a header that brings in a heavy library is not included from other folders.
+// Over all files: a header that includes a heavy library is not included from other libraries.
 Breaches CheckHeavyHeaders(const std::vector<Source>& tree);
 
 }  // namespace quillon::arch

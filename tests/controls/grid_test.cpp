@@ -76,11 +76,11 @@ TEST_F(GridTest, UsersEditSelectsARowThatIsThere) {
 
 TEST_F(GridTest, HandsTheChangesOfItsSourceToItsObserver) {
   grid_.SetSource(&rows_);
-  grid_.Tell(Grid::Change::Appended, 0);
+  grid_.Notify(Grid::Change::Appended, 0);
   std::vector<std::pair<Grid::Change, std::size_t>> told;
   grid_.SetRowObserver([&](Grid::Change change, std::size_t row) { told.emplace_back(change, row); });
-  grid_.Tell(Grid::Change::Appended, 7);
-  grid_.Tell(Grid::Change::Reset, 0);
+  grid_.Notify(Grid::Change::Appended, 7);
+  grid_.Notify(Grid::Change::Reset, 0);
   EXPECT_EQ(told,
             (std::vector<std::pair<Grid::Change, std::size_t>>{{Grid::Change::Appended, 7}, {Grid::Change::Reset, 0}}));
 }
@@ -91,10 +91,10 @@ TEST_F(GridTest, MovesALostSelectionToTheLastRowQuietly) {
   grid_.Select(3);
   Probe probe(window_);
   rows_.count = 2;
-  grid_.Tell(Grid::Change::Removed, 2);
+  grid_.Notify(Grid::Change::Removed, 2);
   EXPECT_EQ(grid_.Selected(), 2u);
   rows_.count = 0;
-  grid_.Tell(Grid::Change::Reset, 0);
+  grid_.Notify(Grid::Change::Reset, 0);
   EXPECT_EQ(grid_.Selected(), 0u);
   EXPECT_EQ(probe.Take(), Notes());
 }
@@ -112,7 +112,8 @@ TEST_F(GridTest, RunsTheHandlersOfDoubleAndRightClick) {
 
 TEST_F(GridTest, HeadersMayChangeAndThatIsALook) {
   int looks = 0;
-  window_.Observe([&](Control& control, Aspect aspect) { looks += &control == &grid_ && aspect == Aspect::Look; });
+  window_.Observe(
+      [&](Control& control, Aspect aspect) { looks += &control == &grid_ && aspect == Aspect::Appearance; });
   grid_.SetHeaders({"x", "y"});
   EXPECT_EQ(grid_.Headers(), (std::vector<std::string>{"x", "y"}));
   grid_.SetHeaders({"x", "y"});

@@ -3,14 +3,14 @@
 // The helper programs as the job uses them.
 #include "formats/output_tools.h"
 
-#include "formats/tools/command_lines.h"
-#include "formats/tools_fixture.h"
 #include "job/program.h"
+#include "tools/command_lines.h"
+#include "tools/tools_fixture.h"
 
 namespace quillon::formats {
 namespace {
 
-class OutputToolsTest : public ToolsFixture {
+class OutputToolsTest : public tools::ToolsFixture {
  protected:
   OutputToolsTest() { WriteApp("PicHandler.dll", "twin"); }
 
@@ -40,7 +40,7 @@ TEST_F(OutputToolsTest, APdfIsMadeUnderItsOwnName) {
   WriteApp("Tmp2.jpg", "picture");
   Helper("PicHandler.exe", 1, [this](const std::string&) { WriteApp("Tmp.pdf", "%PDF-1.7\n%%EOF\n"); });
   EXPECT_TRUE(helpers.ToPdf(App("Tmp2.jpg"), App("Tmp.pdf")));
-  EXPECT_EQ(Started(0), "PicHandler.exe: " + PdfText(App("Tmp2.jpg"), App("Tmp")));
+  EXPECT_EQ(Started(0), "PicHandler.exe: " + tools::PdfText(App("Tmp2.jpg"), App("Tmp")));
   EXPECT_TRUE(AppHas("Tmp2.jpg"));
 }
 

@@ -7,9 +7,9 @@
 
 #include <cerrno>
 
-#include "helpers/frame/child.h"
 #include "helpers/helper_process.h"
 #include "helpers/pictures.h"
+#include "helpers/runtime/child.h"
 
 namespace quillon::helpers {
 namespace {

@@ -32,8 +32,8 @@ class DescribeTest : public ::testing::Test {
 
 TEST_F(DescribeTest, AFileThatStandsAsItWasIsReplaced) {
   std::uint64_t before = 0;
-  EXPECT_TRUE(CopyWith([&] { before = world.files.Look(target)->inode; }));
-  EXPECT_NE(world.files.Look(target)->inode, before);
+  EXPECT_TRUE(CopyWith([&] { before = world.files.Stat(target)->inode; }));
+  EXPECT_NE(world.files.Stat(target)->inode, before);
 }
 
 // The next picture of a batch, which stands under the same name by the time that a slow helper is done.

@@ -8,13 +8,13 @@
 #include <ctime>
 #include <filesystem>
 
-#include "formats/tools/twins.h"
-#include "helpers/frame/child.h"
 #include "helpers/helper_process.h"
 #include "helpers/jobs.h"
 #include "helpers/pdfs.h"
 #include "helpers/pictures.h"
+#include "helpers/runtime/child.h"
 #include "helpers/until.h"
+#include "tools/twins.h"
 
 namespace quillon::helpers {
 namespace {
@@ -203,8 +203,8 @@ INSTANTIATE_TEST_SUITE_P(Jobs, EveryStoreJob, ::testing::ValuesIn(Jobs()), NameO
 // --- What lies in the program folder
 
 TEST(ProgramFolder, HoldsEveryHelperAsItsTwinOrByItself) {
-  for (const formats::Helper& helper : formats::Helpers()) {
-    const bool alone = helper.copied == formats::Copied::Never;
+  for (const tools::Helper& helper : tools::Helpers()) {
+    const bool alone = helper.copied == tools::Copied::Never;
     const std::string path = std::string(QUILLON_BINARY_DIR "/bin/") + helper.name + (alone ? ".exe" : ".dll");
     EXPECT_EQ(access(path.c_str(), X_OK), 0) << path;
   }

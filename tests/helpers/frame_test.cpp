@@ -11,10 +11,10 @@
 #include <csignal>
 #include <filesystem>
 
-#include "helpers/frame/bounds.h"
-#include "helpers/frame/child.h"
-#include "helpers/frame/helper.h"
 #include "helpers/helper_process.h"
+#include "helpers/runtime/child.h"
+#include "helpers/runtime/helper.h"
+#include "helpers/runtime/resource_limits.h"
 
 namespace quillon::helpers {
 namespace {
@@ -35,31 +35,31 @@ rlim_t LimitOf(__rlimit_resource what) {
   return limit.rlim_cur;
 }
 
-TEST(Bounds, LimitMemoryTimeAndCores) {
+TEST(ResourceLimits, LimitMemoryTimeAndCores) {
   EXPECT_TRUE(InOwnProcess([] {
-    ShutIn({.memory = 1 << 30, .seconds = 7});
+    Sandbox({.memory = 1 << 30, .seconds = 7});
     return LimitOf(RLIMIT_CPU) == 7 && LimitOf(RLIMIT_CORE) <= 1;
   }));
 #if !defined(__SANITIZE_ADDRESS__)
   EXPECT_TRUE(InOwnProcess([] {
-    ShutIn({.memory = 1 << 30, .seconds = 7});
+    Sandbox({.memory = 1 << 30, .seconds = 7});
     return LimitOf(RLIMIT_DATA) == 1 << 30;
   }));
 #endif
 }
 
-TEST(Bounds, NeverRaiseALimit) {
+TEST(ResourceLimits, NeverRaiseALimit) {
   EXPECT_TRUE(InOwnProcess([] {
     const rlimit tight{5, 5};
     setrlimit(RLIMIT_CPU, &tight);
-    ShutIn({.seconds = 7});
+    Sandbox({.seconds = 7});
     return LimitOf(RLIMIT_CPU) == 5;
   }));
 }
 
-TEST(Bounds, TakeTheNetworkAway) {
+TEST(ResourceLimits, TakeTheNetworkAway) {
   EXPECT_TRUE(InOwnProcess([] {
-    ShutIn({});
+    Sandbox({});
     for (const int family : {AF_INET, AF_INET6, AF_NETLINK}) {
       if (socket(family, SOCK_STREAM, 0) >= 0 || errno != EACCES) return false;
     }

@@ -8,10 +8,10 @@
 #include <csignal>
 #include <filesystem>
 
-#include "formats/tools/converter_order.h"
 #include "helpers/pdfs.h"
 #include "helpers/pictures.h"
 #include "helpers/until.h"
+#include "tools/converter_order.h"
 
 namespace quillon::helpers::testing {
 namespace {
@@ -30,8 +30,8 @@ std::string ThreePages(const HelperFolder& app) {
 }
 
 std::string CoupleOrderOf(const HelperFolder& app) {
-  return *formats::OrderText(
-      formats::CoupleOrder{.source = app.Path("a.jpg"), .target = app.Path("out.jpg"), .size = {300, 200}});
+  return *tools::OrderText(
+      tools::CoupleOrder{.source = app.Path("a.jpg"), .target = app.Path("out.jpg"), .size = {300, 200}});
 }
 
 bool HasThreePages(const std::string& path) { return PagesOf(path) == 3; }

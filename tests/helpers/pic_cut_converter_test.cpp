@@ -5,17 +5,17 @@
 
 #include <csignal>
 
-#include "formats/tools/converter_order.h"
 #include "helpers/helper_process.h"
 #include "helpers/pictures.h"
 #include "host/testing/test_host.h"
 #include "imaging/services.h"
+#include "tools/converter_order.h"
 
 namespace quillon::helpers {
 namespace {
 
-using formats::ConverterOrder;
 using imaging::ImageFacts;
+using tools::ConverterOrder;
 
 class PicCutConverter : public ::testing::Test {
  protected:
@@ -28,7 +28,7 @@ class PicCutConverter : public ::testing::Test {
   }
 
   Ran Run() {
-    folder.Write("Param.txt", *formats::OrderText(order));
+    folder.Write("Param.txt", *tools::OrderText(order));
     return folder.Run("PicCutConverter", {});
   }
   base::Size Made(const std::string& name = "target.jpg") {
@@ -80,10 +80,10 @@ TEST_F(PicCutConverter, ConvertsTurnsAndZoomsWhereItIsAsked) {
 }
 
 TEST_F(PicCutConverter, MakesSeveralPartsOfOneSource) {
-  formats::CoupleOrder couple{.source = order.source, .target = order.target, .quality = 90};
+  tools::CoupleOrder couple{.source = order.source, .target = order.target, .quality = 90};
   couple.items = {"#0#0#100#50", "#550#390#100#50"};
   const auto run = [&] {
-    folder.Write("CoupleParam.txt", *formats::OrderText(couple));
+    folder.Write("CoupleParam.txt", *tools::OrderText(couple));
     return folder.Run("PicCutConverter", {});
   };
   Ran ran = run();

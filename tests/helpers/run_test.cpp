@@ -14,8 +14,8 @@
 
 #include <exiv2/exiv2.hpp>
 
-#include "helpers/frame/child.h"
 #include "helpers/pictures.h"
+#include "helpers/runtime/child.h"
 #include "helpers/until.h"
 #include "host/posix/posix_processes.h"
 #include "host/testing/temp_folder.h"

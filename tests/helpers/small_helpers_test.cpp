@@ -4,9 +4,9 @@
 
 #include <cstdlib>
 
-#include "helpers/frame/child.h"
 #include "helpers/helper_process.h"
 #include "helpers/pictures.h"
+#include "helpers/runtime/child.h"
 
 namespace quillon::helpers {
 namespace {

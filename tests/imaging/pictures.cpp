@@ -8,7 +8,7 @@
 #include <ostream>
 
 #include "imaging/byte_text.h"
-#include "imaging/picture.h"
+#include "imaging/pixels/picture.h"
 
 namespace quillon::imaging::testing {
 

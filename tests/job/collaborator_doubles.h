@@ -4,7 +4,7 @@
 
 #include <string>
 
-#include "job/collaborators.h"
+#include "job/settings/collaborators.h"
 
 // Collaborators that are there and do nothing, for tests of what depends on their being there.
 namespace quillon::job {

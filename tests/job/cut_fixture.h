@@ -11,8 +11,8 @@
 #include <utility>
 #include <vector>
 
-#include "job/file_list.h"
-#include "program_fixture.h"
+#include "job/list/file_list.h"
+#include "job/program_fixture.h"
 
 namespace quillon::job {
 

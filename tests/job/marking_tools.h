@@ -9,8 +9,8 @@
 #include <utility>
 #include <vector>
 
-#include "job/cmyk_profiles.h"
 #include "job/program.h"
+#include "job/settings/cmyk_profiles.h"
 
 namespace quillon::job {
 

@@ -9,8 +9,8 @@
 #include <string_view>
 
 #include "host/testing/test_host.h"
-#include "job/file_intake.h"
-#include "job/normal_cut.h"
+#include "job/cut/normal_cut.h"
+#include "job/list/file_intake.h"
 #include "job/program.h"
 
 namespace quillon::job {

@@ -5,7 +5,7 @@
 #include <cstdint>
 #include <string>
 
-#include "cut_fixture.h"
+#include "job/cut_fixture.h"
 
 namespace quillon::job {
 

@@ -3,7 +3,7 @@
 // How the program starts and ends.
 #include <functional>
 
-#include "program_fixture.h"
+#include "job/program_fixture.h"
 
 namespace quillon::job {
 namespace {

@@ -7,8 +7,8 @@
 #include <QToolButton>
 #include <QWheelEvent>
 
-#include "ui/bind/number_edit.h"
-#include "user_hand.h"
+#include "ui/kit/bind/number_edit.h"
+#include "ui/user_hand.h"
 
 namespace quillon::ui {
 namespace {

@@ -6,9 +6,9 @@
 #include <QLabel>
 #include <QTableView>
 
-#include "ui/bind/binding.h"
-#include "ui/bind/fold_group.h"
-#include "user_hand.h"
+#include "ui/kit/bind/binding.h"
+#include "ui/kit/bind/fold_group.h"
+#include "ui/user_hand.h"
 
 namespace quillon::ui {
 namespace {

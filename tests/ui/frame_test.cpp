@@ -10,13 +10,13 @@
 #include <QSemaphore>
 #include <QWheelEvent>
 
-#include "ui/frame/frame_hand.h"
-#include "ui/frame/frame_painter.h"
-#include "ui/frame/key_overlay.h"
-#include "ui/frame/preview_canvas.h"
-#include "ui/frame/preview_dock.h"
-#include "ui/frame/preview_loader.h"
-#include "user_hand.h"
+#include "ui/preview/frame_hand.h"
+#include "ui/preview/frame_painter.h"
+#include "ui/preview/key_overlay.h"
+#include "ui/preview/preview_canvas.h"
+#include "ui/preview/preview_dock.h"
+#include "ui/preview/preview_loader.h"
+#include "ui/user_hand.h"
 
 namespace quillon::ui {
 namespace {

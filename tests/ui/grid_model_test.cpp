@@ -1,6 +1,6 @@
 // SPDX-FileCopyrightText: 2026 The Quillon developers
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "ui/bind/grid_model.h"
+#include "ui/kit/bind/grid_model.h"
 
 #include <gtest/gtest.h>
 
@@ -10,7 +10,7 @@
 #include <QTest>
 
 #include "controls/window.h"
-#include "ui/bind/grid_view.h"
+#include "ui/kit/bind/grid_view.h"
 
 namespace quillon::ui {
 namespace {
@@ -31,11 +31,11 @@ class GridModelTest : public ::testing::Test {
 
   void Append(int value) {
     source_.rows.push_back(value);
-    grid_.Tell(Grid::Change::Appended, source_.rows.size() - 1);
+    grid_.Notify(Grid::Change::Appended, source_.rows.size() - 1);
   }
   void Remove(std::size_t row) {
     source_.rows.erase(source_.rows.begin() + static_cast<std::ptrdiff_t>(row));
-    grid_.Tell(Grid::Change::Removed, row);
+    grid_.Notify(Grid::Change::Removed, row);
   }
   QString At(int row, int column) { return model_->data(model_->index(row, column), Qt::DisplayRole).toString(); }
 
@@ -47,7 +47,7 @@ class GridModelTest : public ::testing::Test {
 
 TEST_F(GridModelTest, ShowsHeadersAndCells) {
   source_.rows = {5, 6};
-  grid_.Tell(Grid::Change::Reset, 0);
+  grid_.Notify(Grid::Change::Reset, 0);
   EXPECT_EQ(model_->rowCount(), 2);
   EXPECT_EQ(model_->columnCount(), 2);
   EXPECT_EQ(model_->headerData(1, Qt::Horizontal, Qt::DisplayRole).toString(), QStringLiteral("乙"));
@@ -67,9 +67,9 @@ TEST_F(GridModelTest, TakesNewRowsAtTheNextBatch) {
 
 TEST_F(GridModelTest, EditsOfABatchBecomeOneRange) {
   source_.rows = {1, 2, 3, 4};
-  grid_.Tell(Grid::Change::Reset, 0);
+  grid_.Notify(Grid::Change::Reset, 0);
   QSignalSpy changed(model_.get(), &QAbstractItemModel::dataChanged);
-  for (const std::size_t row : {2u, 1u, 2u}) grid_.Tell(Grid::Change::Edited, row);
+  for (const std::size_t row : {2u, 1u, 2u}) grid_.Notify(Grid::Change::Edited, row);
   ASSERT_TRUE(changed.wait());
   ASSERT_EQ(changed.count(), 1);
   EXPECT_EQ(changed[0][0].toModelIndex().row(), 1);
@@ -86,13 +86,13 @@ TEST_F(GridModelTest, StaysSoundWhateverComesTogether) {
   EXPECT_EQ(model_->rowCount(), 2);
   Append(4);
   Remove(0);
-  grid_.Tell(Grid::Change::Edited, 1);
+  grid_.Notify(Grid::Change::Edited, 1);
   model_->Flush();
   EXPECT_EQ(model_->rowCount(), 2);
   EXPECT_EQ(At(0, 0), QStringLiteral("2/0"));
   EXPECT_EQ(At(1, 0), QStringLiteral("4/0"));
   source_.rows.clear();
-  grid_.Tell(Grid::Change::Reset, 0);
+  grid_.Notify(Grid::Change::Reset, 0);
   EXPECT_EQ(model_->rowCount(), 0);
   model_->Flush();
 }
@@ -130,7 +130,7 @@ class GridViewTest : public GridModelTest {
  protected:
   GridViewTest() {
     source_.rows = {1, 2, 3};
-    grid_.Tell(Grid::Change::Reset, 0);
+    grid_.Notify(Grid::Change::Reset, 0);
     view_.Use(model_.get());
     view_.resize(400, 300);
     view_.show();

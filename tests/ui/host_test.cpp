@@ -9,13 +9,13 @@
 #include <QTimer>
 
 #include "host/testing/test_host.h"
-#include "ui/bind/uri_list.h"
-#include "ui/host/desktop_shell.h"
-#include "ui/host/qt_boxes.h"
-#include "ui/host/qt_pump.h"
-#include "ui/host/qt_screen.h"
-#include "ui/host/wallpaper.h"
-#include "user_hand.h"
+#include "ui/desktop/desktop_shell.h"
+#include "ui/desktop/qt_boxes.h"
+#include "ui/desktop/qt_pump.h"
+#include "ui/desktop/qt_screen.h"
+#include "ui/desktop/wallpaper.h"
+#include "ui/kit/bind/uri_list.h"
+#include "ui/user_hand.h"
 
 namespace quillon::ui {
 namespace {

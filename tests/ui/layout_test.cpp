@@ -12,13 +12,13 @@
 #include <QTableView>
 #include <QToolBar>
 
-#include "ui/bind/elided_label.h"
-#include "ui/bind/fold_group.h"
-#include "ui/bind/number_edit.h"
+#include "helpers/dc_tiffs_maker/window/tiffs_window.h"
+#include "ui/kit/bind/elided_label.h"
+#include "ui/kit/bind/fold_group.h"
+#include "ui/kit/bind/number_edit.h"
+#include "ui/kit/theme/theme.h"
 #include "ui/main/parameter_panel.h"
-#include "ui/theme/theme.h"
-#include "ui/tiffs_maker/tiffs_window.h"
-#include "user_hand.h"
+#include "ui/user_hand.h"
 
 namespace quillon::ui {
 namespace {
@@ -147,8 +147,8 @@ TEST_P(LayoutAtThisScale, Fits) {
 TEST_P(LayoutAtThisScale, TheTiffMakerFits) {
   PutOn(GetParam() ? Scheme::Dark : Scheme::Light);
   host::testing::TestHost world;
-  TiffsWindow window(world.host, {.sharpen = true, .pictures = {"/a.jpg"}}, "请添加图片，选择保存位置，再点“开始”。",
-                     "");
+  helpers::TiffsWindow window(world.host, {.sharpen = true, .pictures = {"/a.jpg"}},
+                              "请添加图片，选择保存位置，再点“开始”。", "");
   for (const QSize size : {window.minimumSizeHint(), QSize(1200, 700)}) {
     window.resize(size);
     window.show();

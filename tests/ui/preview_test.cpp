@@ -7,10 +7,10 @@
 #include <QSemaphore>
 #include <QSignalSpy>
 
-#include "ui/frame/frame_painter.h"
-#include "ui/frame/preview_canvas.h"
-#include "ui/frame/preview_loader.h"
-#include "user_hand.h"
+#include "ui/preview/frame_painter.h"
+#include "ui/preview/preview_canvas.h"
+#include "ui/preview/preview_loader.h"
+#include "ui/user_hand.h"
 
 namespace quillon::ui {
 namespace {

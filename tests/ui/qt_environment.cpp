@@ -5,7 +5,7 @@
 #include <QApplication>
 #include <memory>
 
-#include "ui/application.h"
+#include "ui/kit/application.h"
 
 namespace quillon::ui {
 namespace {

@@ -7,7 +7,7 @@
 #include <QTableView>
 
 #include "ui/regions/region_grid.h"
-#include "user_hand.h"
+#include "ui/user_hand.h"
 
 namespace quillon::ui {
 namespace {

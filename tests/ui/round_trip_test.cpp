@@ -4,8 +4,8 @@
 
 #include <memory>
 
-#include "batch/world.h"
-#include "user_hand.h"
+#include "cli/world.h"
+#include "ui/user_hand.h"
 
 namespace quillon::ui {
 namespace {
@@ -67,7 +67,7 @@ std::vector<std::string> TakingNames() {
 class Worlds {
  public:
   Worlds() {
-    batch_.Perform({{.verb = batch::Verb::Open, .name = "FBaseOpt"}});
+    batch_.Perform({{.verb = cli::Verb::Open, .name = "FBaseOpt"}});
     batch_.program.fCutPre.Show();
     plainWorld_.screen.size = kNoDesktop;
     plain_.Start();
@@ -83,8 +83,8 @@ class Worlds {
   UiWorld ui_{kNoDesktop};
   host::testing::TestHost plainWorld_;
   job::Program plain_{plainWorld_.host};
-  suite::Suite plainSuite_{plain_};
-  batch::World batch_;
+  parts::Parts plainSuite_{plain_};
+  cli::World batch_;
 };
 
 TEST(RoundTrip, ByWindowRecordAndBatchIsTheSame) {
@@ -103,7 +103,7 @@ TEST(RoundTrip, ByWindowRecordAndBatchIsTheSame) {
 
     Put(worlds.ui_, inWindow, text);
     EXPECT_TRUE(inRecord.UserEdit(text).Accepted());
-    worlds.batch_.Perform({{.verb = batch::Verb::Set, .name = name, .value = text}});
+    worlds.batch_.Perform({{.verb = cli::Verb::Set, .name = name, .value = text}});
 
     ExpectAlike(worlds.ui_.program, worlds.plain_);
     ExpectAlike(worlds.batch_.program, worlds.plain_);

@@ -7,13 +7,13 @@
 #include <QProgressBar>
 #include <QTableView>
 
-#include "ui/bind/elided_label.h"
+#include "ui/kit/bind/elided_label.h"
+#include "ui/kit/theme/theme.h"
 #include "ui/main/file_list_model.h"
 #include "ui/main/list_view.h"
 #include "ui/main/run_monitor.h"
 #include "ui/main/status_strip.h"
-#include "ui/theme/theme.h"
-#include "ui_world.h"
+#include "ui/ui_world.h"
 
 namespace quillon::ui {
 namespace {

@@ -13,10 +13,10 @@
 #include <cmath>
 #include <memory>
 
-#include "ui/theme/desktop_scheme.h"
-#include "ui/theme/icons.h"
-#include "ui/theme/theme.h"
-#include "ui_world.h"
+#include "ui/kit/theme/desktop_scheme.h"
+#include "ui/kit/theme/icons.h"
+#include "ui/kit/theme/theme.h"
+#include "ui/ui_world.h"
 
 namespace quillon::ui {
 namespace {

@@ -17,12 +17,12 @@
 #include <memory>
 #include <set>
 
+#include "helpers/dc_tiffs_maker/window/task.h"
+#include "helpers/dc_tiffs_maker/window/tiffs_window.h"
 #include "host/posix/sqlite_settings.h"
-#include "imaging/tiff_pages.h"
-#include "ui/theme/theme.h"
-#include "ui/tiffs_maker/task.h"
-#include "ui/tiffs_maker/tiffs_window.h"
-#include "ui_world.h"
+#include "imaging/codecs/tiff_pages.h"
+#include "ui/kit/theme/theme.h"
+#include "ui/ui_world.h"
 
 namespace quillon::ui {
 namespace {
@@ -59,7 +59,7 @@ class TiffsMaker : public ::testing::Test {
   }
 
   void Open(const std::string& program) {
-    window = std::make_unique<TiffsWindow>(world.host, order, "说明", program);
+    window = std::make_unique<helpers::TiffsWindow>(world.host, order, "说明", program);
     window->show();
     UiWorld::Turn();
   }
@@ -94,8 +94,8 @@ class TiffsMaker : public ::testing::Test {
   }
 
   host::testing::TestHost world;
-  formats::OkList order;
-  std::unique_ptr<TiffsWindow> window;
+  tools::OkList order;
+  std::unique_ptr<helpers::TiffsWindow> window;
 };
 
 // --- The order
@@ -142,16 +142,16 @@ TEST_F(TiffsMaker, ColoursDecideWhatElseCanBeChosen) {
   EXPECT_FALSE(quality->isEnabled());
   Find<QComboBox>("colours")->setCurrentIndex(2);
   EXPECT_FALSE(compress->isEnabled());
-  const formats::OkList changed = window->Order();
+  const tools::OkList changed = window->Order();
   EXPECT_FALSE(changed.colour || changed.grey || changed.compress);
 }
 
 TEST_F(TiffsMaker, ATargetGetsTheExtensionOfATiff) {
-  EXPECT_EQ(TiffName("/a/b"), "/a/b.tif");
-  EXPECT_EQ(TiffName("/a/b.TIFF"), "/a/b.TIFF");
-  EXPECT_EQ(TiffName("/a/b.jpg"), "/a/b.jpg.tif");
-  EXPECT_EQ(TiffName(""), "");
-  EXPECT_EQ(TiffName("/a/"), "/a/");
+  EXPECT_EQ(helpers::TiffName("/a/b"), "/a/b.tif");
+  EXPECT_EQ(helpers::TiffName("/a/b.TIFF"), "/a/b.TIFF");
+  EXPECT_EQ(helpers::TiffName("/a/b.jpg"), "/a/b.jpg.tif");
+  EXPECT_EQ(helpers::TiffName(""), "");
+  EXPECT_EQ(helpers::TiffName("/a/"), "/a/");
 }
 
 // --- The list
@@ -222,11 +222,11 @@ TEST_F(TiffsMaker, TakesWhatIsDroppedOnTheList) {
 
 TEST_F(TiffsMaker, SaysWhatIsMissing) {
   const auto hindrance = [&](auto change) {
-    formats::OkList changed = order;
+    tools::OkList changed = order;
     change(changed);
-    return Hindrance(world.files, changed);
+    return helpers::Hindrance(world.files, changed);
   };
-  EXPECT_EQ(Hindrance(world.files, order), "");
+  EXPECT_EQ(helpers::Hindrance(world.files, order), "");
   EXPECT_EQ(hindrance([](auto& o) { o.pictures.clear(); }), "请先添加要合成的图片。");
   EXPECT_EQ(hindrance([](auto& o) { o.pictures = {"/a\nb.png"}; }),
             "“a\nb.png”的路径里有换行：请改名，或移除这张图片。");
@@ -347,11 +347,12 @@ INSTANTIATE_TEST_SUITE_P(
         EndCase{"", "kill -9 $$\n", "程序意外中止，没有生成Tiff：请再点“开始”；如果仍然中止，请移除这张图片。"}));
 
 TEST(TiffsMakerProgress, IsReadFromItsText) {
-  const auto picture = PictureIn("Tiff压制中，12/345");
+  const auto picture = helpers::PictureIn("Tiff压制中，12/345");
   ASSERT_TRUE(picture);
   EXPECT_EQ(picture->number, 12);
   EXPECT_EQ(picture->count, 345);
-  for (const char* text : {"", "True", "/", "x/3", "3/", "4/3", "99999999999/3"}) EXPECT_FALSE(PictureIn(text)) << text;
+  for (const char* text : {"", "True", "/", "x/3", "3/", "4/3", "99999999999/3"})
+    EXPECT_FALSE(helpers::PictureIn(text)) << text;
 }
 
 TEST_F(TiffsMaker, StopEndsTheProcess) {
@@ -404,7 +405,7 @@ TEST_F(TiffsMaker, TheRealHelperMakesTheTiff) {
     image.fill(Qt::red);
     ASSERT_TRUE(image.save(Shown(picture)));
   }
-  window = std::make_unique<TiffsWindow>(real, order, "", kHelper);
+  window = std::make_unique<helpers::TiffsWindow>(real, order, "", kHelper);
   window->show();
   Press("开始");
   ASSERT_TRUE(Ends());

@@ -11,10 +11,10 @@
 #include <vector>
 
 #include "host/testing/test_host.h"
-#include "suite/suite.h"
+#include "parts/parts.h"
+#include "ui/kit/text.h"
 #include "ui/main/main_window.h"
 #include "ui/options/options_window.h"
-#include "ui/text.h"
 
 namespace quillon::ui {
 
@@ -57,11 +57,11 @@ struct UiWorld {
 
   host::testing::TestHost world;
   job::Program program;
-  suite::Suite suite{program};
+  parts::Parts suite{program};
   MainWindow window;
 
  private:
-  suite::Suite& Started(base::Size desktop) {
+  parts::Parts& Started(base::Size desktop) {
     world.screen.size = desktop;
     program.Start();
     return suite;

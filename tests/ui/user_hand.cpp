@@ -1,6 +1,6 @@
 // SPDX-FileCopyrightText: 2026 The Quillon developers
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "user_hand.h"
+#include "ui/user_hand.h"
 
 #include <gtest/gtest.h>
 
@@ -13,7 +13,7 @@
 #include <algorithm>
 
 #include "base/number_text.h"
-#include "ui/bind/number_edit.h"
+#include "ui/kit/bind/number_edit.h"
 
 namespace quillon::ui {
 namespace {

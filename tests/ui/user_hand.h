@@ -5,7 +5,7 @@
 #include <string>
 
 #include "controls/values.h"
-#include "ui_world.h"
+#include "ui/ui_world.h"
 
 namespace quillon::ui {
 

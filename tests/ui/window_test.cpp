@@ -11,9 +11,9 @@
 #include <QSignalSpy>
 #include <QTableView>
 
-#include "ui/bind/fold_group.h"
-#include "ui/frame/preview_canvas.h"
-#include "user_hand.h"
+#include "ui/kit/bind/fold_group.h"
+#include "ui/preview/preview_canvas.h"
+#include "ui/user_hand.h"
 
 namespace quillon::ui {
 namespace {

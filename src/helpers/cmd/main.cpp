@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The Quillon developers
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "base/path_text.h"
-#include "helpers/frame/child.h"
-#include "helpers/frame/helper.h"
+#include "helpers/runtime/child.h"
+#include "helpers/runtime/helper.h"
 
 namespace quillon::helpers {
 namespace {
@@ -11,11 +11,11 @@ namespace {
 // is run to its end; its twin takes its place where it is missing or may not run.
 host::Status Execute(Helper& helper) {
   const std::vector<std::string> arguments = helper.Fields();
-  if (arguments.size() != 2 || arguments[0] != "/c") return WrongCall("需要 /c 和一条命令");
+  if (arguments.size() != 2 || arguments[0] != "/c") return UsageError("需要 /c 和一条命令");
   const std::string& command = arguments[1];
   const std::size_t blank = command.find(' ');
   const std::string program = command.substr(0, blank);
-  if (program.empty() || program.find('/') != std::string::npos) return WrongCall("只能运行程序文件夹里的程序");
+  if (program.empty() || program.find('/') != std::string::npos) return UsageError("只能运行程序文件夹里的程序");
   std::vector<std::string> words{helper.AppPath(program)};
   if (blank != std::string::npos) words.push_back(command.substr(blank + 1));
   Ended ended = RunProgram(words);

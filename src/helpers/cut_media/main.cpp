@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The Quillon developers
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "helpers/cut_media/media_order.h"
-#include "helpers/frame/child.h"
-#include "helpers/frame/helper.h"
+#include "helpers/runtime/child.h"
+#include "helpers/runtime/helper.h"
 
 namespace quillon::helpers {
 namespace {
@@ -24,8 +24,8 @@ host::Status Run(Helper& helper, const MediaOrder& order) {
 // well.
 host::Status Execute(Helper& helper) {
   const MediaOrder order = ReadMediaOrder(helper.Words());
-  if (order.words.empty()) return WrongCall("没有FFmpeg的参数");
-  if (!order.stray.empty()) return WrongCall("不能直接读写 " + order.stray);
+  if (order.words.empty()) return UsageError("没有FFmpeg的参数");
+  if (!order.stray.empty()) return UsageError("不能直接读写 " + order.stray);
   const host::Status status = Run(helper, order);
   for (const Aside& input : order.inputs) {
     static_cast<void>(helper.Files().RemoveOwn(helper.AppPath(input.name)));

@@ -7,8 +7,8 @@
 
 #include "base/number_text.h"
 #include "base/path_text.h"
-#include "helpers/frame/helper.h"
 #include "helpers/orders/order_text.h"
+#include "helpers/runtime/helper.h"
 
 namespace quillon::helpers {
 namespace {
@@ -73,15 +73,15 @@ void Fill(Values values, OkList& order) {
 host::Status ReadOkList(const host::Files& files, const std::string& path, OkList& order) {
   std::vector<std::string> lines;
   if (host::Status read = ReadOrder(files, path, lines); !read) return read;
-  if (lines.size() < kValues) return WrongCall("命令文件不完整");
+  if (lines.size() < kValues) return UsageError("命令文件不完整");
   Fill(Values(lines), order);
   for (std::size_t i = kValues; i < lines.size(); ++i) {
     if (lines[i].empty()) continue;
-    if (!IsPlainPath(lines[i])) return WrongCall("图片路径无效");
+    if (!IsPlainPath(lines[i])) return UsageError("图片路径无效");
     order.pictures.push_back(lines[i]);
   }
-  if (!IsPlainPath(order.target)) return WrongCall("目标路径无效");
-  return order.pictures.empty() ? WrongCall("没有图片") : host::Status::Ok();
+  if (!IsPlainPath(order.target)) return UsageError("目标路径无效");
+  return order.pictures.empty() ? UsageError("没有图片") : host::Status::Ok();
 }
 
 bool NameFits(const std::string& picture, const std::string& rule, Letters letters) {

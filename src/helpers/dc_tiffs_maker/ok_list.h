@@ -4,12 +4,12 @@
 
 #include <string>
 
-#include "formats/tools/ok_list.h"
-#include "host/files.h"
+#include "host/files/files.h"
+#include "tools/ok_list.h"
 
 namespace quillon::helpers {
 
-using formats::OkList;
+using tools::OkList;
 
 // Fails where the file is missing, torn, holds too few lines or names a target or picture by a path that may not be.
 host::Status ReadOkList(const host::Files& files, const std::string& path, OkList& order);

@@ -4,11 +4,11 @@
 
 #include <array>
 
-#include "formats/tools/keys.h"
 #include "helpers/dc_tiffs_maker/ok_list.h"
-#include "imaging/adjust.h"
+#include "imaging/codecs/tiff_pages.h"
+#include "imaging/pixels/adjust.h"
 #include "imaging/services.h"
-#include "imaging/tiff_pages.h"
+#include "tools/keys.h"
 
 namespace quillon::helpers {
 namespace {
@@ -35,14 +35,14 @@ class Maker {
         if (!added) Complain("DCTiffsMaker", NameOf(picture) + "：" + added.Why());
         if (first) first = added;
       }
-      if (!first && (tiff.Count() == 0 || helper_.Files().Look(order_.target))) return first;
+      if (!first && (tiff.Count() == 0 || helper_.Files().Stat(order_.target))) return first;
       return tiff.Finish();
     });
   }
 
  private:
   void Tell(int number) {
-    helper_.Set(order_.application, formats::key::kMakeTiffProg,
+    helper_.Set(order_.application, tools::key::kMakeTiffProg,
                 "Tiff压制中，" + std::to_string(number) + "/" + std::to_string(order_.pictures.size()));
   }
 
@@ -115,13 +115,13 @@ host::Status MakeTiffByList(Helper& helper, const std::string& path) {
   OkList order;
   if (host::Status read = ReadOkList(helper.Files(), path, order); !read) {
     // The file tells whose settings; without it nobody can be told.
-    if (!order.application.empty()) helper.Set(order.application, formats::key::kMakeTiffProg, read.Why());
+    if (!order.application.empty()) helper.Set(order.application, tools::key::kMakeTiffProg, read.Why());
     return read;
   }
   if (order.headFirst) PutHeadsFirst(order);
   host::Status made = Maker(helper, order).Make();
   if (made) made = Verify(helper, order);
-  helper.Set(order.application, formats::key::kMakeTiffProg, made ? "True" : made.DiskFull() ? "FullDisk" : made.Why());
+  helper.Set(order.application, tools::key::kMakeTiffProg, made ? "True" : made.DiskFull() ? "FullDisk" : made.Why());
   return made;
 }
 

@@ -4,7 +4,7 @@
 
 #include <string>
 
-#include "helpers/frame/helper.h"
+#include "helpers/runtime/helper.h"
 
 namespace quillon::helpers {
 

@@ -7,11 +7,11 @@
 
 #include "base/path_text.h"
 #include "helpers/dc_tiffs_maker/ok_list.h"
-#include "helpers/frame/quiet_world.h"
+#include "helpers/dc_tiffs_maker/window/show.h"
+#include "helpers/runtime/headless_host.h"
 #include "host/posix/environment.h"
 #include "host/posix/posix_disk.h"
 #include "host/posix/program_folder.h"
-#include "ui/tiffs_maker/show.h"
 
 namespace quillon::helpers {
 namespace {
@@ -48,16 +48,16 @@ bool WantsWindow(int count, char** arguments) {
 
 int ShowWindow(int count, char** arguments) {
   host::posix::IgnoreSignals();
-  QuietWorld world(ProgramFolder());
+  HeadlessHost world(ProgramFolder());
   host::Host& host = world.Host();
   const std::string path = base::JoinPath(host.programFolder, "OkList.txt");
   OkList order;
   const host::Status read = ReadOkList(host.files, path, order);
-  if (read) return ui::ShowTiffsWindow(count, arguments, host, order, "已读入任务文件；点“开始”合成，或先修改。");
+  if (read) return ShowTiffsWindow(count, arguments, host, order, "已读入任务文件；点“开始”合成，或先修改。");
   const bool missing = read.GetProblem() == host::Problem::Missing;
-  return ui::ShowTiffsWindow(count, arguments, host, FreshOrder(),
-                             missing ? "请添加图片，选择保存位置，再点“开始”。"
-                                     : "任务文件不能用（" + read.Why() + "）：请添加图片，选择保存位置，再点“开始”。");
+  return ShowTiffsWindow(count, arguments, host, FreshOrder(),
+                         missing ? "请添加图片，选择保存位置，再点“开始”。"
+                                 : "任务文件不能用（" + read.Why() + "）：请添加图片，选择保存位置，再点“开始”。");
 }
 
 }  // namespace quillon::helpers

@@ -11,8 +11,8 @@
 
 #include "base/rect.h"
 #include "helpers/exif/same_picture.h"
-#include "imaging/jpeg_exif.h"
-#include "imaging/jpeg_head.h"
+#include "imaging/jpeg/jpeg_head.h"
+#include "imaging/metadata/exif_block.h"
 
 namespace quillon::helpers {
 namespace {
@@ -223,7 +223,7 @@ Status FromLibrary(const Exiv2::Error& error) {
 }
 
 bool IsStill(const host::Files& files, const std::string& path, const std::optional<host::FileFacts>& before) {
-  const auto now = files.Look(path);
+  const auto now = files.Stat(path);
   return now && before && now->device == before->device && now->inode == before->inode &&
          now->changed == before->changed;
 }
@@ -231,7 +231,7 @@ bool IsStill(const host::Files& files, const std::string& path, const std::optio
 }  // namespace
 
 Status CopyDescription(host::Files& files, const std::string& source, const std::string& target) {
-  const auto before = files.Look(target);
+  const auto before = files.Stat(target);
   std::string from;
   std::string to;
   if (Status read = files.ReadFile(source, from, kLargestFile); !read) return read;

@@ -7,7 +7,7 @@
 #include <string_view>
 #include <vector>
 
-#include "host/files.h"
+#include "host/files/files.h"
 
 // Order files: texts that the program writes for its helpers, a value a line.
 namespace quillon::helpers {

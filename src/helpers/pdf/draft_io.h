@@ -7,7 +7,7 @@
 #include <qpdf/InputSource.hh>
 #include <qpdf/Pipeline.hh>
 
-#include "host/files.h"
+#include "host/files/files.h"
 
 namespace quillon::helpers {
 

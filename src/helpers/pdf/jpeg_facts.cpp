@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "helpers/pdf/jpeg_facts.h"
 
-#include "imaging/jpeg_head.h"
+#include "imaging/jpeg/jpeg_head.h"
 
 namespace quillon::helpers {
 namespace {

@@ -28,7 +28,7 @@ host::Status StatusOf(const QPDFExc& failure) {
 }
 
 host::Status OpenPdf(const host::Files& files, const std::string& path, QPDF& pdf) {
-  const auto facts = files.Look(path);
+  const auto facts = files.Stat(path);
   if (!facts) return {host::Problem::Missing, "文件不存在"};
   if (facts->kind != host::FileKind::File) return {host::Problem::Unsupported, "这不是Pdf文件"};
   if (facts->size == 0) return {host::Problem::Damaged, "文件是空的"};

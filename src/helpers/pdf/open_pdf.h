@@ -10,7 +10,7 @@
 #include <qpdf/QPDFPageObjectHelper.hh>
 
 #include "helpers/pdf/page_box.h"
-#include "host/files.h"
+#include "host/files/files.h"
 
 namespace quillon::helpers {
 

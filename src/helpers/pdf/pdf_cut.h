@@ -6,7 +6,7 @@
 #include <string>
 
 #include "helpers/pdf/page_box.h"
-#include "host/files.h"
+#include "host/files/files.h"
 
 namespace quillon::helpers {
 

@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "host/files.h"
+#include "host/files/files.h"
 
 namespace quillon::helpers {
 

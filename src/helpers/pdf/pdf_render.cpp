@@ -11,7 +11,7 @@
 #include <poppler/cpp/poppler-page.h>
 
 #include "base/rounding.h"
-#include "imaging/raw_pixels.h"
+#include "imaging/pixels/raw_pixels.h"
 
 namespace quillon::helpers {
 namespace {

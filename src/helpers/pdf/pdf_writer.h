@@ -8,7 +8,7 @@
 #include <vector>
 
 #include "helpers/pdf/jpeg_facts.h"
-#include "host/files.h"
+#include "host/files/files.h"
 
 namespace quillon::helpers {
 

@@ -4,8 +4,8 @@
 
 #include "base/number_text.h"
 #include "base/path_text.h"
-#include "helpers/frame/helper.h"
-#include "imaging/ellipse.h"
+#include "helpers/runtime/helper.h"
+#include "imaging/pixels/ellipse.h"
 #include "imaging/services.h"
 
 namespace quillon::helpers {
@@ -14,15 +14,15 @@ namespace {
 // Source, target and the box of the shape: x, y, width, height in pixels of the source.
 host::Status Execute(Helper& helper) {
   const std::vector<std::string> fields = helper.Fields();
-  if (fields.size() != 6) return WrongCall("需要六个字段");
+  if (fields.size() != 6) return UsageError("需要六个字段");
   std::array<int, 4> box{};
   for (std::size_t i = 0; i < box.size(); ++i) {
     const std::optional<int> number = base::ParseInteger(fields[i + 2]);
-    if (!number) return WrongCall("不是整数：" + fields[i + 2]);
+    if (!number) return UsageError("不是整数：" + fields[i + 2]);
     box[i] = *number;
   }
   if (base::ToLowerAscii(base::SplitPath(fields[1]).extension) != "png") {
-    return WrongCall("目标文件必须是png");
+    return UsageError("目标文件必须是png");
   }
   imaging::Services services(helper.World(), [] {});
   imaging::Image source;

@@ -7,16 +7,16 @@
 #include <string>
 #include <vector>
 
-#include "formats/tools/converter_order.h"
 #include "helpers/orders/order_text.h"
-#include "imaging/huge_picture.h"
+#include "imaging/crop/huge_picture.h"
+#include "tools/converter_order.h"
 
 namespace quillon::helpers {
 namespace {
 
-using formats::ConverterOrder;
-using formats::CoupleOrder;
 using imaging::HugeOrder;
+using tools::ConverterOrder;
+using tools::CoupleOrder;
 
 constexpr std::uint64_t kLongestOrder = std::uint64_t{1} << 20;
 
@@ -54,11 +54,11 @@ HugeOrder HugeOrderOf(const CoupleOrder& order) {
 // All parts are known to be good before the first one is made; what fails ends it.
 host::Status Make(Helper& helper, HugeOrder huge, const std::vector<std::string>& items,
                   const std::vector<std::string>& targets) {
-  if (!IsPlainPath(huge.source) || !IsPlainPath(targets.front())) return WrongCall("命令文件中的路径必须完整");
+  if (!IsPlainPath(huge.source) || !IsPlainPath(targets.front())) return UsageError("命令文件中的路径必须完整");
   std::vector<base::Rect> parts;
   for (const std::string& item : items) {
-    const std::optional<base::Rect> part = formats::PartOf(item);
-    if (!part) return WrongCall("命令文件中的区域无法识别：" + item);
+    const std::optional<base::Rect> part = tools::PartOf(item);
+    if (!part) return UsageError("命令文件中的区域无法识别：" + item);
     parts.push_back(*part);
   }
   // What does not fit into memory goes where the program works, not into a /tmp that is memory itself.
@@ -72,15 +72,15 @@ host::Status Make(Helper& helper, HugeOrder huge, const std::vector<std::string>
 }
 
 host::Status Obey(Helper& helper, const std::string& text) {
-  const std::optional<ConverterOrder> order = formats::ParseOrder(text);
-  if (!order) return WrongCall("Param.txt 的内容无法识别");
-  if (order->DrawTxtMode) return WrongCall("不支持 Param.txt 要求的操作");
+  const std::optional<ConverterOrder> order = tools::ParseOrder(text);
+  if (!order) return UsageError("Param.txt 的内容无法识别");
+  if (order->DrawTxtMode) return UsageError("不支持 Param.txt 要求的操作");
   return Make(helper, HugeOrderOf(*order), order->items, TargetsOf(*order));
 }
 
 host::Status ObeyCouple(Helper& helper, const std::string& text) {
-  const std::optional<CoupleOrder> order = formats::ParseCoupleOrder(text);
-  if (!order) return WrongCall("CoupleParam.txt 的内容无法识别");
+  const std::optional<CoupleOrder> order = tools::ParseCoupleOrder(text);
+  if (!order) return UsageError("CoupleParam.txt 的内容无法识别");
   return Make(helper, HugeOrderOf(*order), order->items, TargetsOf(*order));
 }
 

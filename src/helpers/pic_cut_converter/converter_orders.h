@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "helpers/frame/helper.h"
+#include "helpers/runtime/helper.h"
 
 namespace quillon::helpers {
 

@@ -1,11 +1,11 @@
 // SPDX-FileCopyrightText: 2026 The Quillon developers
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "base/path_text.h"
-#include "helpers/frame/helper.h"
 #include "helpers/pic_handler/make_pdf.h"
 #include "helpers/pic_handler/pic_order.h"
 #include "helpers/pic_handler/run_convert.h"
-#include "imaging/by_profiles.h"
+#include "helpers/runtime/helper.h"
+#include "imaging/codecs/icc_convert.h"
 
 namespace quillon::helpers {
 namespace {

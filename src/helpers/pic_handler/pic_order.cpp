@@ -7,7 +7,7 @@
 
 #include "base/number_text.h"
 #include "base/rounding.h"
-#include "helpers/frame/helper.h"
+#include "helpers/runtime/helper.h"
 
 namespace quillon::helpers {
 namespace {
@@ -30,10 +30,10 @@ void Take(const std::string& option, const std::string& value, PicOrder& order) 
 }  // namespace
 
 host::Status ReadPicOrder(const std::vector<std::string>& words, PicOrder& order) {
-  if (words.size() < 2) return WrongCall("需要源文件和目标文件");
+  if (words.size() < 2) return UsageError("需要源文件和目标文件");
   order = {words.front(), words.back(), {words.begin() + 1, words.end() - 1}};
   for (const std::string& path : {order.source, order.target}) {
-    if (path.empty() || path.starts_with('-')) return WrongCall("需要源文件和目标文件");
+    if (path.empty() || path.starts_with('-')) return UsageError("需要源文件和目标文件");
   }
   for (std::size_t i = 0; i < order.options.size(); ++i) {
     if (order.options[i] == "-verbose") continue;

@@ -5,7 +5,7 @@
 #include <algorithm>
 
 #include "base/path_text.h"
-#include "helpers/frame/child.h"
+#include "helpers/runtime/child.h"
 
 namespace quillon::helpers {
 namespace {

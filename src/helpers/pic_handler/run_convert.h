@@ -2,8 +2,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "helpers/frame/helper.h"
 #include "helpers/pic_handler/pic_order.h"
+#include "helpers/runtime/helper.h"
 
 namespace quillon::helpers {
 

@@ -6,8 +6,8 @@
 
 #include "base/number_text.h"
 #include "base/path_text.h"
-#include "helpers/frame/command_text.h"
 #include "helpers/orders/order_text.h"
+#include "helpers/runtime/command_text.h"
 
 namespace quillon::helpers {
 namespace {
@@ -34,22 +34,22 @@ host::Status ReadFrames(Helper& helper, const std::string& folder, int milliseco
     const std::vector<std::string> fields = Fields(line);
     std::string path = fields[0];
     if (!path.starts_with('/')) path = base::JoinPath(base::JoinPath(folder, "GifTmp"), path);
-    if (!IsPlainPath(path)) return WrongCall("图片路径无效");
+    if (!IsPlainPath(path)) return UsageError("图片路径无效");
     order.frames.push_back({path, NumberAt(fields, 1, 0), NumberAt(fields, 2, 0), TimeAt(fields, 3, milliseconds)});
   }
-  return order.frames.empty() ? WrongCall("没有图片") : host::Status::Ok();
+  return order.frames.empty() ? UsageError("没有图片") : host::Status::Ok();
 }
 
 }  // namespace
 
 host::Status ReadGifOrder(Helper& helper, GifOrder& order) {
   const std::vector<std::string> fields = helper.Fields();
-  if (fields.size() < kLeastFields) return WrongCall("字段太少");
+  if (fields.size() < kLeastFields) return UsageError("字段太少");
   const std::string folder = base::TrimTrailingSeparator(fields[0]);
   order.canvas = {NumberAt(fields, 5, 0), NumberAt(fields, 6, 0)};
   order.target = fields.size() > 8 && !fields[8].empty() ? fields[8] : base::JoinPath(folder, "Tmp.gif");
-  if (!IsPlainPath(folder) || !IsPlainPath(order.target)) return WrongCall("文件夹或目标路径无效");
-  if (order.canvas.Empty()) return WrongCall("宽和高必须大于零");
+  if (!IsPlainPath(folder) || !IsPlainPath(order.target)) return UsageError("文件夹或目标路径无效");
+  if (order.canvas.Empty()) return UsageError("宽和高必须大于零");
   return ReadFrames(helper, folder, TimeAt(fields, 7, kMilliseconds), order);
 }
 

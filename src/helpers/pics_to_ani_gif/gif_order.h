@@ -6,8 +6,8 @@
 #include <vector>
 
 #include "base/rect.h"
-#include "helpers/frame/helper.h"
-#include "imaging/animation.h"
+#include "helpers/runtime/helper.h"
+#include "imaging/codecs/animation.h"
 
 namespace quillon::helpers {
 

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Quillon developers
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "helpers/pics_to_ani_gif/gif_order.h"
-#include "imaging/animation.h"
+#include "imaging/codecs/animation.h"
 
 namespace quillon::helpers {
 namespace {

@@ -9,8 +9,8 @@
 #include "base/number_text.h"
 #include "base/path_text.h"
 #include "base/rounding.h"
-#include "formats/tools/back_image.h"
-#include "helpers/frame/patience.h"
+#include "helpers/runtime/patience.h"
+#include "tools/back_image.h"
 
 namespace quillon::helpers {
 namespace {
@@ -35,7 +35,7 @@ BackServer::BackServer(Helper& helper) : helper_(helper), services_(helper.World
 
 host::Status BackServer::Serve() {
   const std::vector<std::string> fields = helper_.Fields();
-  if (fields.size() != 4) return WrongCall("需要四个字段");
+  if (fields.size() != 4) return UsageError("需要四个字段");
   const std::string& application = fields[0];
   const std::string& key = fields[1];
   std::string command = fields[3];
@@ -63,11 +63,11 @@ host::Status BackServer::Obey(const std::string& command) {
     if (words[0] == "cut") return Cut(words[1], {words.begin() + 2, words.begin() + 6}, words[6], words[7]);
     if (words[2] == "cut") return Cut(words[1], {words.begin() + 3, words.begin() + 7}, words[7], words[0]);
   }
-  return WrongCall("不认识的命令");
+  return UsageError("不认识的命令");
 }
 
 host::Status BackServer::Load(const std::string& file) {
-  const std::string lane = formats::LanePath(helper_.World());
+  const std::string lane = tools::LanePath(helper_.World());
   imaging::Image image;
   host::Status status = services_.LoadImageFromFile(file, image);
   if (status) status = services_.PutImageOnClipBoard(image);
@@ -81,7 +81,7 @@ host::Status BackServer::Cut(const std::string& picture, const std::vector<std::
   std::array<int, 4> box{};
   for (std::size_t i = 0; i < box.size(); ++i) {
     const std::optional<double> number = base::ParseNumber(numbers[i]);
-    if (!number) return WrongCall("不是数：" + numbers[i]);
+    if (!number) return UsageError("不是数：" + numbers[i]);
     box[i] = base::R(*number);
   }
   imaging::CropRequest request{.source = picture, .destination = out, .rect = {box[0], box[1], box[2], box[3]}};

@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "helpers/frame/helper.h"
+#include "helpers/runtime/helper.h"
 #include "imaging/services.h"
 
 namespace quillon::helpers {

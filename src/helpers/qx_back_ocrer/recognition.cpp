@@ -4,7 +4,7 @@
 
 #include <utility>
 
-#include "helpers/frame/child.h"
+#include "helpers/runtime/child.h"
 
 namespace quillon::helpers {
 namespace {
@@ -32,11 +32,11 @@ std::string Trimmed(std::string text) {
 
 host::Status ParseRecognition(const std::string& text, Recognition& order) {
   const std::size_t end = text.find('\n');
-  if (end == std::string::npos) return WrongCall("缺少图片路径");
+  if (end == std::string::npos) return UsageError("缺少图片路径");
   order = {text.substr(0, end), text.substr(end + 1)};
   if (order.application.ends_with('\r')) order.application.pop_back();
   while (order.picture.ends_with('\n') || order.picture.ends_with('\r')) order.picture.pop_back();
-  if (order.picture.empty()) return WrongCall("缺少图片路径");
+  if (order.picture.empty()) return UsageError("缺少图片路径");
   return host::Status::Ok();
 }
 

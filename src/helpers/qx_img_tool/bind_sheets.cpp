@@ -2,10 +2,10 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "base/number_text.h"
 #include "base/path_text.h"
-#include "helpers/frame/patience.h"
 #include "helpers/qx_img_tool/operations.h"
 #include "helpers/qx_img_tool/pages.h"
 #include "helpers/qx_img_tool/sheet_binder.h"
+#include "helpers/runtime/patience.h"
 
 namespace quillon::helpers {
 namespace {

@@ -9,8 +9,8 @@
 #include "helpers/pdf/pdf_render.h"
 #include "helpers/qx_img_tool/operations.h"
 #include "helpers/qx_img_tool/pages.h"
+#include "imaging/codecs/tiff_pages.h"
 #include "imaging/services.h"
-#include "imaging/tiff_pages.h"
 
 namespace quillon::helpers {
 namespace {
@@ -49,7 +49,7 @@ host::Status GetPdfPages(Helper& helper, const ToolOrder& order) {
     helper.Set(order.application, key, "");
   }
   std::vector<PdfPageFacts> pages;
-  return TellingKey(helper, order, [&] {
+  return ReportingKey(helper, order, [&] {
     if (host::Status read = ReadPdfFacts(helper.Files(), order.input, pages); !read) return read;
     const int dpi = NumberOr(order.Field(0), kDefaultDpi, 10000);
     helper.Set(order.application, "PdfW", std::to_string(Pixels(pages.front().width, dpi)));
@@ -63,7 +63,7 @@ host::Status GetPdfPages(Helper& helper, const ToolOrder& order) {
 
 host::Status GetTiffPages(Helper& helper, const ToolOrder& order) {
   helper.Set(order.application, order.key, "");
-  return TellingKey(helper, order, [&] {
+  return ReportingKey(helper, order, [&] {
     int pages = 0;
     if (host::Status counted = imaging::CountTiffPages(helper.Files(), order.input, pages); !counted) return counted;
     imaging::Image image;

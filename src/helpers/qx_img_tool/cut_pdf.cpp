@@ -8,7 +8,7 @@ namespace quillon::helpers {
 
 host::Status CutPdfPages(Helper& helper, const ToolOrder& order) {
   helper.Set(order.application, order.key, "");
-  return TellingKey(helper, order, [&] {
+  return ReportingKey(helper, order, [&] {
     Margins margins;
     if (host::Status parsed = ParseMargins(order.Field(0), margins); !parsed) return parsed;
     return CutPdf(helper.Files(), order.input, order.output, margins, [&](int done, int all) {

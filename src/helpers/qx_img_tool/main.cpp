@@ -26,7 +26,7 @@ constexpr std::array kOperations{
 host::Status Execute(Helper& helper) {
   constexpr std::size_t kFixed = 5;
   std::vector<std::string> fields = helper.Fields();
-  if (fields.size() < kFixed) return WrongCall("字段太少");
+  if (fields.size() < kFixed) return UsageError("字段太少");
   const std::string name = fields[4];
   const ToolOrder order{fields[0], fields[1], fields[2], fields[3], {fields.begin() + kFixed, fields.end()}};
   for (const Operation& operation : kOperations) {
@@ -34,7 +34,7 @@ host::Status Execute(Helper& helper) {
     LimitTime(operation.seconds);
     return operation.run(helper, order);
   }
-  return WrongCall("未知的操作 " + name);
+  return UsageError("未知的操作 " + name);
 }
 
 }  // namespace

@@ -7,7 +7,7 @@
 #include "base/path_text.h"
 #include "helpers/qx_img_tool/operations.h"
 #include "helpers/qx_img_tool/pages.h"
-#include "imaging/tiff_pages.h"
+#include "imaging/codecs/tiff_pages.h"
 
 namespace quillon::helpers {
 namespace {
@@ -35,7 +35,7 @@ std::optional<TiffCompression> CompressionOf(const std::string& word) {
 host::Status MakeTiff(Helper& helper, const ToolOrder& order) {
   const std::optional<TiffCompression> compression = CompressionOf(order.Field(0));
   const int pages = base::ParseInteger(order.Field(2)).value_or(0);
-  if (!compression || pages < 1 || pages > kMostPages) return WrongCall("压缩方式或页数");
+  if (!compression || pages < 1 || pages > kMostPages) return UsageError("压缩方式或页数");
   host::Files& files = helper.Files();
   return files.Save(order.output, [&](host::Draft& draft) {
     imaging::TiffPages tiff(draft, pages);

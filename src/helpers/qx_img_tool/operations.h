@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-#include "helpers/frame/helper.h"
+#include "helpers/runtime/helper.h"
 
 namespace quillon::helpers {
 

@@ -5,7 +5,7 @@
 #include <algorithm>
 
 #include "base/number_text.h"
-#include "helpers/frame/patience.h"
+#include "helpers/runtime/patience.h"
 
 namespace quillon::helpers {
 namespace {
@@ -45,7 +45,7 @@ host::Status FollowPages(Helper& helper, const ToolOrder& order, const Follow& f
 }
 
 host::Status MayReplace(Helper& helper, const std::string& target, bool whole) {
-  if (whole || !helper.Files().Look(target)) return host::Status::Ok();
+  if (whole || !helper.Files().Stat(target)) return host::Status::Ok();
   return {host::Problem::Stopped, "页面不完整，原有文件保持不变"};
 }
 

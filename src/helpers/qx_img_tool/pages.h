@@ -5,8 +5,8 @@
 #include <functional>
 #include <string>
 
-#include "helpers/frame/helper.h"
 #include "helpers/qx_img_tool/operations.h"
+#include "helpers/runtime/helper.h"
 
 namespace quillon::helpers {
 
@@ -31,7 +31,7 @@ host::Status MayReplace(Helper& helper, const std::string& target, bool whole);
 
 // Runs work, and tells in the order's key what it failed with.
 template <class Work>
-host::Status TellingKey(Helper& helper, const ToolOrder& order, Work work) {
+host::Status ReportingKey(Helper& helper, const ToolOrder& order, Work work) {
   host::Status status = work();
   if (!status) helper.Set(order.application, order.key, status.Why());
   return status;

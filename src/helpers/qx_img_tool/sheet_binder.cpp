@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "helpers/qx_img_tool/sheet_binder.h"
 
-#include "imaging/by_profiles.h"
+#include "imaging/codecs/icc_convert.h"
 
 namespace quillon::helpers {
 

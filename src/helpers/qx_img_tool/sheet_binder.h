@@ -5,7 +5,7 @@
 #include <memory>
 #include <string>
 
-#include "helpers/frame/helper.h"
+#include "helpers/runtime/helper.h"
 #include "imaging/image.h"
 
 namespace quillon::helpers {

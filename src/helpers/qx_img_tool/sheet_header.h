@@ -5,7 +5,7 @@
 #include <string>
 
 #include "base/rect.h"
-#include "imaging/text_mask.h"
+#include "imaging/pixels/text_mask.h"
 
 namespace quillon::helpers {
 

@@ -11,7 +11,7 @@
 #include "helpers/pdf/pdf_writer.h"
 #include "helpers/qx_img_tool/operations.h"
 #include "helpers/qx_img_tool/pages.h"
-#include "imaging/bytes.h"
+#include "imaging/io/bytes.h"
 #include "imaging/services.h"
 
 namespace quillon::helpers {
@@ -112,7 +112,7 @@ class Splitter {
 }  // namespace
 
 host::Status SplitPdf(Helper& helper, const ToolOrder& order) {
-  return TellingKey(helper, order, [&] {
+  return ReportingKey(helper, order, [&] {
     Splitter splitter(helper, order);
     if (host::Status opened = splitter.Open(); !opened) return opened;
     return helper.Files().Save(order.output, [&](host::Draft& draft) { return splitter.Merge(draft); });

@@ -2,8 +2,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "helpers/qx_img_tool/sheet_binder.h"
 #include "helpers/qx_img_tool/sheet_header.h"
+#include "imaging/codecs/tiff_pages.h"
 #include "imaging/services.h"
-#include "imaging/tiff_pages.h"
 
 namespace quillon::helpers {
 namespace {

@@ -4,7 +4,7 @@
 
 #include "base/utf16.h"
 #include "helpers/orders/order_text.h"
-#include "imaging/tiff_pages.h"
+#include "imaging/codecs/tiff_pages.h"
 
 namespace quillon::helpers {
 namespace {
@@ -34,7 +34,7 @@ host::Status SaveNew(Helper& helper, const std::string& target, const std::vecto
       if (added.DiskFull()) return added;
       if (first) first = added;
     }
-    if (!first && (tiff.Count() == 0 || files.Look(target))) return first;
+    if (!first && (tiff.Count() == 0 || files.Stat(target))) return first;
     return tiff.Finish();
   });
 }
@@ -43,15 +43,15 @@ host::Status SaveNew(Helper& helper, const std::string& target, const std::vecto
 
 host::Status RunTiffOrder(Helper& helper) {
   const std::string path = helper.AppPath(kOrderFile);
-  if (!helper.Files().Look(path)) return host::Status::Ok();
+  if (!helper.Files().Stat(path)) return host::Status::Ok();
   std::vector<std::string> lines;
   if (host::Status read = ReadOrder(helper.Files(), path, lines); !read) return read;
-  if (lines.size() < 2) return WrongCall("命令文件不完整");
+  if (lines.size() < 2) return UsageError("命令文件不完整");
   const std::string target = lines[0];
-  if (!IsPlainPath(target)) return WrongCall("目标路径无效");
+  if (!IsPlainPath(target)) return UsageError("目标路径无效");
   if (lines[1] == "1") return CountPages(helper, target);
   if (lines[1] == "SaveNew") return SaveNew(helper, target, {lines.begin() + 2, lines.end()});
-  return WrongCall("未知的操作 " + lines[1]);
+  return UsageError("未知的操作 " + lines[1]);
 }
 
 }  // namespace quillon::helpers

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Quillon developers
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "helpers/exif/describe.h"
-#include "helpers/frame/helper.h"
+#include "helpers/runtime/helper.h"
 #include "helpers/tessa_exif_handler/exif_order.h"
 
 namespace quillon::helpers {
@@ -17,7 +17,7 @@ host::Status Execute(Helper& helper) {
   if (fields.size() == 2) {
     order = {fields[0], fields[1]};
   } else if (!ReadExifOrder(helper.Get(kApplication, kKey), order)) {
-    return WrongCall("没有要处理的文件");
+    return UsageError("没有要处理的文件");
   }
   return CopyDescription(helper.Files(), order.source, order.target);
 }

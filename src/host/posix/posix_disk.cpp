@@ -160,7 +160,7 @@ int PosixDisk::Seek(int handle, std::uint64_t position) {
   return lseek(handle, static_cast<off_t>(position), SEEK_SET) < 0 ? -errno : 0;
 }
 
-int PosixDisk::LookOpen(int handle, DiskFacts& facts) {
+int PosixDisk::StatOpen(int handle, DiskFacts& facts) {
   struct stat told {};
   if (fstat(handle, &told) < 0) return -errno;
   facts = FactsOf(told);
@@ -227,7 +227,7 @@ std::vector<int> PosixDisk::SyncAll(const std::vector<int>& handles) {
 }
 
 // Programs that answer for a disk hang like other machines.
-bool PosixDisk::AnswersHere(const std::string& folder) {
+bool PosixDisk::IsLocalDisk(const std::string& folder) {
   struct statfs told {};
   if (statfs(folder.c_str(), &told) < 0) return true;
   constexpr unsigned long kElsewhere[] = {NFS_SUPER_MAGIC,  SMB_SUPER_MAGIC, CIFS_SUPER_MAGIC, SMB2_SUPER_MAGIC,
@@ -238,14 +238,14 @@ bool PosixDisk::AnswersHere(const std::string& folder) {
 
 int PosixDisk::Close(int handle) { return Result(close(handle)); }
 
-int PosixDisk::Look(const std::string& path, DiskFacts& facts) {
+int PosixDisk::Stat(const std::string& path, DiskFacts& facts) {
   struct stat told {};
   if (stat(path.c_str(), &told) < 0) return -errno;
   facts = FactsOf(told);
   return 0;
 }
 
-int PosixDisk::LookLink(const std::string& path, DiskFacts& facts) {
+int PosixDisk::StatLink(const std::string& path, DiskFacts& facts) {
   struct stat told {};
   if (lstat(path.c_str(), &told) < 0) return -errno;
   facts = FactsOf(told);
@@ -294,7 +294,7 @@ int PosixDisk::RenameNew(const std::string& from, const std::string& to) {
   if (renamed != -EINVAL && renamed != -ENOSYS && renamed != -ENOTSUP) return renamed;
   // Some file systems cannot refuse at the moment of renaming; looking first leaves only a very small gap.
   DiskFacts facts;
-  const int looked = LookLink(to, facts);
+  const int looked = StatLink(to, facts);
   if (looked == 0) return -EEXIST;
   return looked == -ENOENT ? Rename(from, to) : looked;
 }

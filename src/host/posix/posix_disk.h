@@ -4,7 +4,7 @@
 
 #include <string>
 
-#include "host/disk.h"
+#include "host/files/disk.h"
 
 namespace quillon::host::posix {
 
@@ -22,7 +22,7 @@ class PosixDisk final : public Disk {
   std::int64_t Write(int handle, const void* data, std::size_t size) override;
   std::int64_t Read(int handle, void* data, std::size_t size) override;
   int Seek(int handle, std::uint64_t position) override;
-  int LookOpen(int handle, DiskFacts& facts) override;
+  int StatOpen(int handle, DiskFacts& facts) override;
   int SetMode(int handle, unsigned mode) override;
   int SetOwner(int handle, unsigned user, unsigned group) override;
   int SetTimes(int handle, std::int64_t accessed, std::int64_t modified) override;
@@ -34,8 +34,8 @@ class PosixDisk final : public Disk {
   std::vector<int> SyncAll(const std::vector<int>& handles) override;
   int Close(int handle) override;
 
-  int Look(const std::string& path, DiskFacts& facts) override;
-  int LookLink(const std::string& path, DiskFacts& facts) override;
+  int Stat(const std::string& path, DiskFacts& facts) override;
+  int StatLink(const std::string& path, DiskFacts& facts) override;
   int MayWrite(const std::string& path) override;
   int ReadLink(const std::string& path, std::string& target) override;
   int RealPath(const std::string& path, std::string& real) override;
@@ -48,7 +48,7 @@ class PosixDisk final : public Disk {
   int SyncFolder(const std::string& folder) override;
   int Link(const std::string& from, const std::string& to) override;
 
-  bool AnswersHere(const std::string& folder) override;
+  bool IsLocalDisk(const std::string& folder) override;
   std::string DataHome() override;
   unsigned User() override;
   std::string Root() override;

@@ -9,7 +9,7 @@
 #include <vector>
 
 #include "base/path_text.h"
-#include "host/absolute_path.h"
+#include "host/files/absolute_path.h"
 #include "host/posix/environment.h"
 
 namespace quillon::host::posix {
@@ -47,8 +47,8 @@ using Wanted = std::function<bool(const FolderEntry&)>;
 // A user may change an .ini file; all else follows what is installed.
 bool UpToDate(const Files& files, const std::string& from, const std::string& to) {
   if (from.ends_with(".ini") && files.IsFile(to)) return true;
-  const auto source = files.Look(from);
-  const auto standing = files.Look(to);
+  const auto source = files.Stat(from);
+  const auto standing = files.Stat(to);
   return source && standing && source->size == standing->size && source->modified == standing->modified;
 }
 

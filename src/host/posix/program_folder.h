@@ -4,7 +4,7 @@
 
 #include <string>
 
-#include "host/files.h"
+#include "host/files/files.h"
 
 namespace quillon::host::posix {
 

@@ -192,7 +192,7 @@ Database OpenAt(const std::string& path) {
   return database;
 }
 
-void TakeJob(sqlite3* database, const std::string& job) {
+void ReadJob(sqlite3* database, const std::string& job) {
   const Statement read = Prepare(database, "SELECT text FROM job");
   if (read && ValueOf(read.get()) == job) return;
   Run(database, "DELETE FROM record; DELETE FROM job");
@@ -209,7 +209,7 @@ std::unique_ptr<SqliteJournal> OpenKept(const std::string& path, const std::stri
     const State state = SetUp(database.get(), kSafe);
     if (state == State::OutOfReach) break;
     if (state == State::Ours) {
-      TakeJob(database.get(), job);
+      ReadJob(database.get(), job);
       return std::make_unique<SqliteJournal>(std::move(database), path);
     }
     std::error_code ignored;

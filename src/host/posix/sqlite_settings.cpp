@@ -10,7 +10,7 @@
 #include <filesystem>
 
 #include "base/path_text.h"
-#include "host/percent.h"
+#include "host/files/percent.h"
 #include "host/posix/environment.h"
 
 namespace quillon::host::posix {

@@ -8,9 +8,9 @@ namespace quillon::host::testing {
 
 std::string_view NameOf(DiskCall call) {
   constexpr std::string_view kNames[] = {
-      "OpenNew",      "OpenRead", "OpenOwn",    "Write",      "Read",     "Seek",      "LookOpen",   "SetMode",
+      "OpenNew",      "OpenRead", "OpenOwn",    "Write",      "Read",     "Seek",      "StatOpen",   "SetMode",
       "SetOwner",     "SetTimes", "CopyLabels", "Lock",       "Unlock",   "StartSync", "Sync",       "Close",
-      "Look",         "LookLink", "MayWrite",   "ReadLink",   "RealPath", "List",      "MakeFolder", "Remove",
+      "Stat",         "StatLink", "MayWrite",   "ReadLink",   "RealPath", "List",      "MakeFolder", "Remove",
       "RemoveFolder", "Rename",   "RenameNew",  "SyncFolder", "Link"};
   return kNames[static_cast<std::size_t>(call)];
 }
@@ -140,9 +140,9 @@ int FaultyDisk::Seek(int handle, std::uint64_t position) {
   return verdict.error ? verdict.error : disk_.Seek(handle, position);
 }
 
-int FaultyDisk::LookOpen(int handle, DiskFacts& facts) {
-  const Verdict verdict = JudgeHandle(DiskCall::LookOpen, handle);
-  return verdict.error ? verdict.error : Told(disk_.LookOpen(handle, facts), facts);
+int FaultyDisk::StatOpen(int handle, DiskFacts& facts) {
+  const Verdict verdict = JudgeHandle(DiskCall::StatOpen, handle);
+  return verdict.error ? verdict.error : Told(disk_.StatOpen(handle, facts), facts);
 }
 
 int FaultyDisk::SetMode(int handle, unsigned mode) {
@@ -214,14 +214,14 @@ int FaultyDisk::Close(int handle) {
   return verdict.error ? verdict.error : closed;
 }
 
-int FaultyDisk::Look(const std::string& path, DiskFacts& facts) {
-  const Verdict verdict = Judge(DiskCall::Look, path);
-  return verdict.error ? verdict.error : Told(disk_.Look(path, facts), facts);
+int FaultyDisk::Stat(const std::string& path, DiskFacts& facts) {
+  const Verdict verdict = Judge(DiskCall::Stat, path);
+  return verdict.error ? verdict.error : Told(disk_.Stat(path, facts), facts);
 }
 
-int FaultyDisk::LookLink(const std::string& path, DiskFacts& facts) {
-  const Verdict verdict = Judge(DiskCall::LookLink, path);
-  return verdict.error ? verdict.error : Told(disk_.LookLink(path, facts), facts);
+int FaultyDisk::StatLink(const std::string& path, DiskFacts& facts) {
+  const Verdict verdict = Judge(DiskCall::StatLink, path);
+  return verdict.error ? verdict.error : Told(disk_.StatLink(path, facts), facts);
 }
 
 int FaultyDisk::MayWrite(const std::string& path) {

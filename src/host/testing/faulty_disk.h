@@ -11,7 +11,7 @@
 #include <string_view>
 #include <vector>
 
-#include "host/disk.h"
+#include "host/files/disk.h"
 
 namespace quillon::host::testing {
 
@@ -23,7 +23,7 @@ enum class DiskCall {
   Write,
   Read,
   Seek,
-  LookOpen,
+  StatOpen,
   SetMode,
   SetOwner,
   SetTimes,
@@ -33,8 +33,8 @@ enum class DiskCall {
   StartSync,
   Sync,
   Close,
-  Look,
-  LookLink,
+  Stat,
+  StatLink,
   MayWrite,
   ReadLink,
   RealPath,
@@ -97,7 +97,7 @@ class FaultyDisk final : public Disk {
   std::int64_t Write(int handle, const void* data, std::size_t size) override;
   std::int64_t Read(int handle, void* data, std::size_t size) override;
   int Seek(int handle, std::uint64_t position) override;
-  int LookOpen(int handle, DiskFacts& facts) override;
+  int StatOpen(int handle, DiskFacts& facts) override;
   int SetMode(int handle, unsigned mode) override;
   int SetOwner(int handle, unsigned user, unsigned group) override;
   int SetTimes(int handle, std::int64_t accessed, std::int64_t modified) override;
@@ -109,8 +109,8 @@ class FaultyDisk final : public Disk {
   std::vector<int> SyncAll(const std::vector<int>& handles) override;
   int Close(int handle) override;
 
-  int Look(const std::string& path, DiskFacts& facts) override;
-  int LookLink(const std::string& path, DiskFacts& facts) override;
+  int Stat(const std::string& path, DiskFacts& facts) override;
+  int StatLink(const std::string& path, DiskFacts& facts) override;
   int MayWrite(const std::string& path) override;
   int ReadLink(const std::string& path, std::string& target) override;
   int RealPath(const std::string& path, std::string& real) override;
@@ -123,7 +123,7 @@ class FaultyDisk final : public Disk {
   int SyncFolder(const std::string& folder) override;
   int Link(const std::string& from, const std::string& to) override;
 
-  bool AnswersHere(const std::string& folder) override { return here_ && disk_.AnswersHere(folder); }
+  bool IsLocalDisk(const std::string& folder) override { return here_ && disk_.IsLocalDisk(folder); }
   std::string DataHome() override { return disk_.DataHome(); }
   unsigned User() override { return disk_.User(); }
   std::string Root() override { return disk_.Root(); }

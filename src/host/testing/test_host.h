@@ -4,7 +4,7 @@
 
 #include <string>
 
-#include "host/files.h"
+#include "host/files/files.h"
 #include "host/host.h"
 #include "host/posix/posix_disk.h"
 #include "host/testing/fakes.h"

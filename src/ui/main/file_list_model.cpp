@@ -4,8 +4,8 @@
 
 #include <QApplication>
 
-#include "ui/text.h"
-#include "ui/theme/theme.h"
+#include "ui/kit/text.h"
+#include "ui/kit/theme/theme.h"
 
 namespace quillon::ui {
 namespace {

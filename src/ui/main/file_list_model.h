@@ -2,8 +2,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "job/file_list.h"
-#include "ui/bind/grid_model.h"
+#include "job/list/file_list.h"
+#include "ui/kit/bind/grid_model.h"
 
 namespace quillon::ui {
 

@@ -6,9 +6,9 @@
 #include <QPainter>
 #include <QStyledItemDelegate>
 
+#include "ui/kit/hint.h"
+#include "ui/kit/theme/metrics.h"
 #include "ui/main/file_list_model.h"
-#include "ui/main/hint.h"
-#include "ui/theme/metrics.h"
 
 namespace quillon::ui {
 namespace {

@@ -3,8 +3,8 @@
 #pragma once
 
 #include "job/program.h"
-#include "ui/bind/binder.h"
-#include "ui/bind/grid_view.h"
+#include "ui/kit/bind/binder.h"
+#include "ui/kit/bind/grid_view.h"
 
 namespace quillon::ui {
 

@@ -11,19 +11,19 @@
 #include <QSplitter>
 #include <QTimer>
 
-#include "job/file_intake.h"
-#include "ui/bind/uri_list.h"
-#include "ui/frame/preview_dock.h"
+#include "job/list/file_intake.h"
+#include "ui/kit/bind/uri_list.h"
+#include "ui/kit/text.h"
+#include "ui/kit/theme/icons.h"
+#include "ui/kit/theme/metrics.h"
 #include "ui/main/list_view.h"
 #include "ui/main/menu_bar.h"
 #include "ui/main/parameter_panel.h"
 #include "ui/main/status_strip.h"
 #include "ui/main/tool_bar.h"
 #include "ui/options/options_window.h"
+#include "ui/preview/preview_dock.h"
 #include "ui/regions/regions_window.h"
-#include "ui/text.h"
-#include "ui/theme/icons.h"
-#include "ui/theme/metrics.h"
 #include "ui/timed/timed_window.h"
 
 namespace quillon::ui {
@@ -34,8 +34,8 @@ constexpr int kPreviewWidth = 38 * kGap;
 
 }  // namespace
 
-MainWindow::MainWindow(suite::Suite& suite)
-    : program_(suite.program),
+MainWindow::MainWindow(parts::Parts& parts)
+    : program_(parts.program),
       form_(program_.form1),
       loader_([&program = program_](const std::string& path, QSize limit) {
         return ReadPreview(program.images, path, limit);
@@ -59,7 +59,7 @@ MainWindow::MainWindow(suite::Suite& suite)
   middle->setHandleWidth(1);
   setCentralWidget(middle);
 
-  preview_ = new PreviewDock(suite, loader_, this);
+  preview_ = new PreviewDock(parts, loader_, this);
   preview_->setAllowedAreas(Qt::LeftDockWidgetArea | Qt::RightDockWidgetArea);
   addDockWidget(Qt::RightDockWidgetArea, preview_);
   preview_->setVisible(program_.fCutPre.Visible());
@@ -72,8 +72,8 @@ MainWindow::MainWindow(suite::Suite& suite)
   program_.observer = monitor_.get();
 
   const auto refused = [this](const std::string& sentence) { Refused(sentence); };
-  regions_ = new RegionsWindow(suite.regions.fMultCut, refused, this);
-  timed_ = std::make_unique<TimedWindow>(suite.regions.fCutTime, refused);
+  regions_ = new RegionsWindow(parts.regions.fMultCut, refused, this);
+  timed_ = std::make_unique<TimedWindow>(parts.regions.fCutTime, refused);
 
   token_ = form_.Observe({}, [this](controls::Window&) {
     ShowTitle();
@@ -206,7 +206,7 @@ void MainWindow::dropEvent(QDropEvent* event) {
 }
 
 std::string VersionOf(const host::Files& files, const std::string& path) {
-  const auto facts = files.Look(path);
+  const auto facts = files.Stat(path);
   if (!facts) return {};
   return std::to_string(facts->size) + "/" + std::to_string(facts->modified) + "/" + std::to_string(facts->changed);
 }

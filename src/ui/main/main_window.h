@@ -5,10 +5,10 @@
 #include <QMainWindow>
 #include <memory>
 
-#include "suite/suite.h"
-#include "ui/bind/binder.h"
-#include "ui/frame/preview_loader.h"
+#include "parts/parts.h"
+#include "ui/kit/bind/binder.h"
 #include "ui/main/run_monitor.h"
+#include "ui/preview/preview_loader.h"
 
 namespace quillon::ui {
 
@@ -22,7 +22,7 @@ class ToolWindow;
 // Form1 on the screen: parameters on the left, the list in the middle, the preview on the right.
 class MainWindow : public QMainWindow {
  public:
-  explicit MainWindow(suite::Suite& suite);
+  explicit MainWindow(parts::Parts& parts);
   ~MainWindow() override;
 
   PreviewLoader& Loader() { return loader_; }

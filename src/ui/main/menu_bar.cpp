@@ -8,7 +8,7 @@
 #include <QMenuBar>
 #include <algorithm>
 
-#include "ui/text.h"
+#include "ui/kit/text.h"
 
 namespace quillon::ui {
 namespace {

@@ -2,8 +2,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "job/form1.h"
-#include "ui/bind/binder.h"
+#include "job/windows/form1.h"
+#include "ui/kit/bind/binder.h"
 
 class QMainWindow;
 

@@ -6,11 +6,11 @@
 #include <QToolButton>
 #include <QVBoxLayout>
 
-#include "ui/bind/fold_group.h"
-#include "ui/bind/form_grid.h"
-#include "ui/text.h"
-#include "ui/theme/icons.h"
-#include "ui/theme/metrics.h"
+#include "ui/kit/bind/fold_group.h"
+#include "ui/kit/bind/form_grid.h"
+#include "ui/kit/text.h"
+#include "ui/kit/theme/icons.h"
+#include "ui/kit/theme/metrics.h"
 
 namespace quillon::ui {
 namespace {

@@ -5,8 +5,8 @@
 #include <QScrollArea>
 #include <functional>
 
-#include "job/form1.h"
-#include "ui/bind/binder.h"
+#include "job/windows/form1.h"
+#include "ui/kit/bind/binder.h"
 
 namespace quillon::ui {
 

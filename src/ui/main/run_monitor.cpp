@@ -6,7 +6,7 @@
 #include <cmath>
 
 #include "base/path_text.h"
-#include "ui/text.h"
+#include "ui/kit/text.h"
 
 namespace quillon::ui {
 namespace {

@@ -8,7 +8,7 @@
 #include <functional>
 
 #include "host/host.h"
-#include "job/run_report.h"
+#include "job/settings/run_report.h"
 
 namespace quillon::ui {
 

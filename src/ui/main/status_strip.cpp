@@ -6,8 +6,8 @@
 #include <QLabel>
 #include <QProgressBar>
 
-#include "ui/bind/elided_label.h"
-#include "ui/theme/metrics.h"
+#include "ui/kit/bind/elided_label.h"
+#include "ui/kit/theme/metrics.h"
 
 namespace quillon::ui {
 namespace {

@@ -4,8 +4,8 @@
 
 #include <QStatusBar>
 
-#include "job/form1.h"
-#include "ui/bind/binder.h"
+#include "job/windows/form1.h"
+#include "ui/kit/bind/binder.h"
 #include "ui/main/run_monitor.h"
 
 class QLabel;

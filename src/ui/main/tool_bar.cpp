@@ -4,9 +4,9 @@
 
 #include <QAction>
 
-#include "ui/text.h"
-#include "ui/theme/icons.h"
-#include "ui/theme/metrics.h"
+#include "ui/kit/text.h"
+#include "ui/kit/theme/icons.h"
+#include "ui/kit/theme/metrics.h"
 
 namespace quillon::ui {
 

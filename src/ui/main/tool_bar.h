@@ -4,8 +4,8 @@
 
 #include <QToolBar>
 
-#include "job/form1.h"
-#include "ui/bind/binder.h"
+#include "job/windows/form1.h"
+#include "ui/kit/bind/binder.h"
 
 namespace quillon::ui {
 

@@ -8,10 +8,10 @@
 #include <QScrollBar>
 #include <QVBoxLayout>
 
-#include "ui/bind/fold_group.h"
-#include "ui/bind/form_grid.h"
-#include "ui/text.h"
-#include "ui/theme/metrics.h"
+#include "ui/kit/bind/fold_group.h"
+#include "ui/kit/bind/form_grid.h"
+#include "ui/kit/text.h"
+#include "ui/kit/theme/metrics.h"
 
 namespace quillon::ui {
 

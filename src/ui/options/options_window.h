@@ -5,8 +5,8 @@
 #include <QDialog>
 #include <functional>
 
-#include "job/fbaseopt.h"
-#include "ui/bind/binder.h"
+#include "job/windows/fbaseopt.h"
+#include "ui/kit/bind/binder.h"
 
 class QVBoxLayout;
 

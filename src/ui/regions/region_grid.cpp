@@ -5,7 +5,7 @@
 #include <QHeaderView>
 
 #include "controls/window.h"
-#include "ui/bind/binder.h"
+#include "ui/kit/bind/binder.h"
 
 namespace quillon::ui {
 namespace {
@@ -24,7 +24,8 @@ RegionGrid::RegionGrid(controls::Grid& grid, Binder& binder) : GridView(grid), g
   token_ = grid_.GetWindow().Observe([this, model](controls::Control& control, controls::Aspect aspect) {
     if (&control != &grid_) return;
     if (aspect == controls::Aspect::Value) ShowSelection();
-    if (aspect == controls::Aspect::Look) emit model->headerDataChanged(Qt::Horizontal, 0, model->columnCount() - 1);
+    if (aspect == controls::Aspect::Appearance)
+      emit model->headerDataChanged(Qt::Horizontal, 0, model->columnCount() - 1);
   });
 }
 

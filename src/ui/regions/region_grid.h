@@ -3,7 +3,7 @@
 #pragma once
 
 #include "controls/grid.h"
-#include "ui/bind/grid_view.h"
+#include "ui/kit/bind/grid_view.h"
 
 namespace quillon::ui {
 

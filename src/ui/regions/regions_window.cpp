@@ -6,9 +6,9 @@
 #include <QPushButton>
 #include <QVBoxLayout>
 
+#include "ui/kit/theme/metrics.h"
+#include "ui/kit/theme/theme.h"
 #include "ui/regions/region_grid.h"
-#include "ui/theme/metrics.h"
-#include "ui/theme/theme.h"
 
 namespace quillon::ui {
 

@@ -2,8 +2,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "regions/fmultcut.h"
-#include "ui/tool_window.h"
+#include "regions/lists/fmultcut.h"
+#include "ui/kit/tool_window.h"
 
 namespace quillon::ui {
 

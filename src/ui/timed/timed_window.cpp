@@ -8,12 +8,12 @@
 #include <QTimer>
 #include <QVBoxLayout>
 
-#include "ui/bind/fold_group.h"
-#include "ui/bind/form_grid.h"
+#include "ui/kit/bind/fold_group.h"
+#include "ui/kit/bind/form_grid.h"
+#include "ui/kit/text.h"
+#include "ui/kit/theme/icons.h"
+#include "ui/kit/theme/metrics.h"
 #include "ui/regions/region_grid.h"
-#include "ui/text.h"
-#include "ui/theme/icons.h"
-#include "ui/theme/metrics.h"
 
 namespace quillon::ui {
 

@@ -4,8 +4,8 @@
 
 #include <QSystemTrayIcon>
 
-#include "regions/fcuttime.h"
-#include "ui/tool_window.h"
+#include "regions/timed/fcuttime.h"
+#include "ui/kit/tool_window.h"
 
 class QVBoxLayout;
 

@@ -1,0 +1,203 @@
+// SPDX-FileCopyrightText: 2026 The Quillon developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "cli/cli.h"
+
+#include <unistd.h>
+
+#include <charconv>
+#include <cstdio>
+#include <cstdlib>
+#include <exception>
+#include <filesystem>
+#include <memory>
+
+#include "base/utf8.h"
+#include "cli/hosts.h"
+#include "cli/manual_steps.h"
+#include "cli/options.h"
+#include "cli/parse.h"
+#include "cli/private_folder.h"
+#include "cli/runner.h"
+#include "cli/stop_signals.h"
+#include "cli/workers/worker_journals.h"
+#include "cli/workers/workers.h"
+#include "host/posix/environment.h"
+#include "host/posix/posix_clock.h"
+#include "host/posix/posix_disk.h"
+#include "host/posix/posix_processes.h"
+#include "host/posix/posix_shell.h"
+#include "host/posix/program_folder.h"
+#include "host/posix/sqlite_journals.h"
+#include "host/posix/sqlite_settings.h"
+#include "parts/parts.h"
+
+namespace quillon::cli {
+namespace {
+
+constexpr std::uint64_t kLongestScript = 16u << 20;
+
+void Complain(const std::string& sentence) {
+  std::fprintf(stderr, "quillon-batch: %s\n", base::DisplayText(sentence).c_str());
+}
+
+std::optional<std::string> ReadScript(const std::string& path) {
+  host::posix::PosixDisk disk;
+  const host::Files files(disk);
+  std::string text;
+  return files.ReadFile(path, text, kLongestScript) ? std::optional(text) : std::nullopt;
+}
+
+// The world of one run and the program in it. What is made later lives shorter.
+class Session {
+ public:
+  Session(const Plan& plan, std::vector<std::string> arguments, std::string folder)
+      : plan_(plan),
+        arguments_(std::move(arguments)),
+        private_(disk_, files_),
+        reporter_(MakeReporter(plan)),
+        boxes_(plan.answers, *reporter_, clock_, [this] { return signals_.Stopping(); }),
+        dialogs_(plan.answers, std::move(folder), *reporter_),
+        settings_([this] { return std::make_unique<host::posix::SqliteSettings>(private_.Path()); },
+                  [this] { return files_.IsFile(private_.Path() + "/settings.db"); }),
+        shell_(realShell_, *reporter_, [this] { settings_.Open(); }) {}
+
+  Exit Run() {
+    const auto hints = host::posix::HintsOfThisProcess();
+    if (const host::Status made = private_.Make(TemporaryBase(), hints.executableFolder); !made) {
+      Complain("无法准备临时文件夹 " + TemporaryBase() + "：" + made.Why());
+      return Exit::SomeWithout;
+    }
+    signals_.OnInsist([this] {
+      private_.Remove();
+      std::_Exit(static_cast<int>(Exit::Stopped));
+    });
+    if (plan_.jobs > 1) return RunWorkers();
+    const Outcome outcome = Perform();
+    signals_.OnInsist({});
+    for (const std::string& note : outcome.notes) Complain(note);
+    return outcome.exit;
+  }
+
+ private:
+  static bool IsWorker() { return !host::posix::Environment(kWorkerVariable).empty(); }
+
+  static std::unique_ptr<Reporter> MakeReporter(const Plan& plan) {
+    if (IsWorker()) return std::make_unique<WorkerReporter>(stdout, stderr);
+    if (plan.json) return std::make_unique<JsonReporter>(stdout, stderr);
+    return std::make_unique<TextReporter>(stdout, stderr, isatty(STDERR_FILENO) ? Terminal::Yes : Terminal::No);
+  }
+
+  Exit RunWorkers() {
+    Workers workers(plan_, arguments_, private_.Path(), files_, journals_, clock_, *reporter_,
+                    [this] { return signals_.Stopping(); });
+    signals_.OnInsist([&] {
+      workers.Signal();
+      private_.Remove();
+      std::_Exit(static_cast<int>(Exit::Stopped));
+    });
+    const Exit exit = workers.Run();
+    signals_.OnInsist({});
+    return exit;
+  }
+
+  // How many workers the call has that this is one of.
+  std::uint64_t Among() const {
+    const std::string text = host::posix::Environment(kAmongVariable);
+    std::uint64_t among = 1;
+    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), among);
+    const bool told = IsWorker() && error == std::errc() && among > 0 && plan_.shard.count % among == 0;
+    return told ? among : 1;
+  }
+
+  // What an earlier worker in the place of this one has handled.
+  job::DoneElsewhere Handled() const {
+    job::DoneElsewhere handled;
+    std::string names;
+    const std::string list = host::posix::Environment(kWorkerVariable);
+    if (list.empty() || !files_.ReadFile(list, names)) return handled;
+    for (std::size_t begin = 0, end; (end = names.find('\0', begin)) != std::string::npos; begin = end + 1) {
+      const job::Wrote wrote = names[begin] == kWroteMark ? job::Wrote::Yes : job::Wrote::No;
+      handled.emplace(names.substr(begin + 1, end - begin - 1), wrote);
+    }
+    return handled;
+  }
+
+  Outcome Perform() {
+    host::posix::PosixProcesses running(private_.Path());
+    BatchProcesses processes(running, shell_);
+    host::Host world{boxes_,    dialogs_, pump_,   clock_,    files_,         settings_,
+                     processes, shell_,   screen_, instance_, private_.Path()};
+    WorkerJournals workerJournals(journals_, *reporter_);
+    Outcome outcome;
+    {
+      job::Program program(world);
+      const parts::Parts parts(program);
+      program.journals = IsWorker() ? static_cast<host::Journals*>(&workerJournals) : &journals_;
+      program.shard = plan_.shard;
+      program.shard.among = Among();
+      program.doneElsewhere = Handled();
+      program.recovering = !host::posix::Environment(kRecoveringVariable).empty();
+      program.Start();
+      RunListener watch(program, *reporter_, plan_.json && plan_.trace ? Trace::Yes : Trace::No);
+      ManualSteps manual(program, parts.regions.cutFrame, plan_.answers, *reporter_);
+      pump_.OnTurn([&] {
+        if (signals_.Stopping()) program.flags.StopRequested = true;
+        manual.Turn();
+        watch.Turn();
+      });
+      Runner runner(program, watch, *reporter_, [this] { return signals_.Stopping(); });
+      outcome = runner.Perform(plan_);
+      pump_.OnTurn({});
+    }
+    processes.EndAll();
+    return outcome;
+  }
+
+  const Plan& plan_;
+  std::vector<std::string> arguments_;
+  StopSignals signals_;
+  host::posix::PosixDisk disk_;
+  host::Files files_{disk_};
+  PrivateFolder private_;
+  std::unique_ptr<Reporter> reporter_;
+  host::posix::PosixClock clock_;
+  BatchBoxes boxes_;
+  BatchDialogs dialogs_;
+  BatchPump pump_;
+  LazySettings settings_;
+  host::posix::SqliteJournals journals_;
+  host::posix::PosixShell realShell_;
+  BatchShell shell_;
+  BatchScreen screen_;
+  BatchInstance instance_;
+};
+
+}  // namespace
+
+int RunBatch(const std::vector<std::string>& arguments) {
+  host::posix::IgnoreSignals();
+  std::error_code error;
+  const std::string folder = std::filesystem::current_path(error).native();
+  const Parsed parsed = ParseArguments(arguments, folder, ReadScript);
+  if (!parsed.error.empty()) {
+    Complain(parsed.error);
+    return static_cast<int>(Exit::WrongArguments);
+  }
+  const Plan& plan = parsed.plan;
+  if (plan.help || plan.version) {
+    std::fputs((plan.help ? HelpText() : VersionText()).c_str(), stdout);
+    return static_cast<int>(Exit::AllWritten);
+  }
+  if (plan.steps.empty() && !plan.listControls) {
+    Complain("没有要做的事；用法见 quillon-batch --help");
+    return static_cast<int>(Exit::WrongArguments);
+  }
+  try {
+    return static_cast<int>(Session(plan, arguments, folder).Run());
+  } catch (const std::exception& failure) {
+    Complain(std::string("运行中断：") + failure.what());
+    return static_cast<int>(Exit::SomeWithout);
+  }
+}
+
+}  // namespace quillon::cli

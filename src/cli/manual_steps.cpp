@@ -1,0 +1,46 @@
+// SPDX-FileCopyrightText: 2026 The Quillon developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "cli/manual_steps.h"
+
+#include <algorithm>
+#include <array>
+
+#include "base/path_text.h"
+
+namespace quillon::cli {
+namespace {
+
+constexpr std::array kButtons{"CmdNext", "CmdNotCut", "CmdAddBoard", "CmdRot90", "CmdRot270"};
+constexpr const char* kGoOn = "CmdNext";
+
+}  // namespace
+
+ManualSteps::ManualSteps(job::Program& program, const regions::CutFrame& frame, const std::vector<Answer>& answers,
+                         Reporter& reporter)
+    : program_(program), frame_(frame), answers_(answers), reporter_(reporter) {}
+
+bool ManualSteps::IsButton(const std::string& reply) {
+  const std::string wanted = base::ToLowerAscii(reply);
+  return std::any_of(kButtons.begin(), kButtons.end(),
+                     [&](const char* button) { return base::ToLowerAscii(button) == wanted; });
+}
+
+void ManualSteps::Turn() {
+  if (pressing_ || !frame_.Waiting() || program_.flags.ManualStepDone) return;
+  pressing_ = true;
+  const std::string picture = program_.flags.CurrentImagePath;
+  for (const Answer& answer : answers_) {
+    if (program_.flags.ManualStepDone) break;
+    if (picture.find(answer.text) != std::string::npos && IsButton(answer.reply)) Press(picture, answer.reply);
+  }
+  if (!program_.flags.ManualStepDone) Press(picture, kGoOn);
+  pressing_ = false;
+}
+
+// A button that is off does nothing; the picture goes on all the same.
+void ManualSteps::Press(const std::string& picture, const std::string& button) {
+  reporter_.Tell(FrameEvent(picture, button));
+  if (controls::Control* control = program_.fCutPre.Find(button)) static_cast<void>(control->UserClick());
+}
+
+}  // namespace quillon::cli

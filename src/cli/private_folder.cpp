@@ -1,0 +1,114 @@
+// SPDX-FileCopyrightText: 2026 The Quillon developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "cli/private_folder.h"
+
+#include <unistd.h>
+
+#include <cerrno>
+#include <filesystem>
+#include <vector>
+
+#include "base/path_text.h"
+#include "host/posix/environment.h"
+#include "host/posix/posix_instance.h"
+#include "host/posix/program_folder.h"
+
+namespace quillon::cli {
+namespace {
+
+namespace fs = std::filesystem;
+using host::Status;
+
+constexpr const char* kPrefix = "quillon-batch-";
+constexpr int kMostTries = 1000;
+
+bool IsLoneProgram(const host::Files& files, const std::string& folder, const host::FolderEntry& entry) {
+  const base::PathParts parts = base::SplitPath(entry.name);
+  return parts.extension == "exe" && !files.IsFile(base::JoinPath(folder, parts.name, "dll"));
+}
+
+}  // namespace
+
+std::string TemporaryBase() {
+  const std::string told = host::posix::Environment("TMPDIR");
+  return told.starts_with('/') ? base::TrimTrailingSeparator(told) : "/tmp";
+}
+
+PrivateFolder::~PrivateFolder() {
+  Remove();
+  if (lock_ >= 0) disk_.Close(lock_);
+}
+
+// What still works in the folder finds it no more, so that nothing appears behind its removal.
+void PrivateFolder::Remove() {
+  if (path_.empty()) return;
+  const std::string removed = path_ + "-removed";
+  (void)!files_.RemoveOwn(disk_.Rename(path_, removed) < 0 ? path_ : removed);
+}
+
+Status PrivateFolder::Make(const std::string& base, const std::string& executableFolder) {
+  Sweep(base);
+  const std::string stem = base::JoinPath(base, kPrefix + std::to_string(getpid()) + "-");
+  Status made;
+  for (int number = 1; number <= kMostTries; ++number) {
+    const std::string path = stem + std::to_string(number);
+    const int result = disk_.MakeFolder(path, 0700);
+    if (result == -EEXIST) continue;
+    made = result < 0 ? Status::FromErrno(-result) : MakeLocked(path);
+    break;
+  }
+  if (path_.empty()) return made ? Status::FromErrno(EEXIST) : made;
+  const std::string prefix = base::SplitPath(executableFolder).folder;
+  LinkFrom(executableFolder);
+  LinkFrom(base::JoinPath(prefix, "lib/quillon"));
+  LinkFrom(base::JoinPath(prefix, "share/quillon"));
+  return host::posix::PrepareProgramFolder(files_, path_, executableFolder);
+}
+
+// The lock is taken before it gets the name that a sweep looks for, so that no sweep finds it free.
+Status PrivateFolder::MakeLocked(const std::string& path) {
+  const std::string lock = base::JoinPath(path, host::posix::kInstanceLock);
+  lock_ = disk_.OpenNew(lock + ".new", 0600);
+  int result = lock_ < 0 ? lock_ : disk_.Lock(lock_);
+  if (result >= 0) result = disk_.Rename(lock + ".new", lock);
+  if (result < 0) {
+    (void)!files_.RemoveOwn(path);
+    return Status::FromErrno(-result);
+  }
+  path_ = path;
+  return Status::Ok();
+}
+
+void PrivateFolder::Sweep(const std::string& base) {
+  std::vector<std::string> found;
+  disk_.List(base, [&](const host::FolderEntry& entry) {
+    if (entry.kind == host::FileKind::Folder && entry.name.starts_with(kPrefix)) found.push_back(entry.name);
+    return true;
+  });
+  for (const std::string& name : found) {
+    const std::string folder = base::JoinPath(base, name);
+    host::DiskFacts facts;
+    if (disk_.StatLink(folder, facts) < 0 || facts.user != disk_.User() || facts.link) continue;
+    const int lock = disk_.OpenOwn(base::JoinPath(folder, host::posix::kInstanceLock));
+    if (lock < 0) continue;
+    if (disk_.Lock(lock) == 0) (void)!files_.RemoveOwn(folder);
+    disk_.Close(lock);
+  }
+}
+
+// Helper programs and colour profiles are never written to. A helper without a twin runs from where it lies, so it is
+// linked as a file of this folder; where the system has no such link, it is copied later.
+void PrivateFolder::LinkFrom(const std::string& folder) {
+  disk_.List(folder, [&](const host::FolderEntry& entry) {
+    const bool twin = entry.kind == host::FileKind::File && entry.name.ends_with(".dll");
+    const bool profiles = entry.kind == host::FileKind::Folder && entry.name == "ColorConfigs";
+    const std::string from = base::JoinPath(folder, entry.name);
+    const std::string to = base::JoinPath(path_, entry.name);
+    std::error_code ignored;
+    if (twin || profiles) fs::create_symlink(from, to, ignored);
+    if (IsLoneProgram(files_, folder, entry)) fs::create_hard_link(from, to, ignored);
+    return true;
+  });
+}
+
+}  // namespace quillon::cli

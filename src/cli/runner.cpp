@@ -1,0 +1,221 @@
+// SPDX-FileCopyrightText: 2026 The Quillon developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "cli/runner.h"
+
+#include <algorithm>
+#include <unordered_set>
+#include <utility>
+
+#include "base/utf8.h"
+#include "cli/manual_steps.h"
+#include "cli/replies.h"
+#include "controls/grid.h"
+#include "job/list/file_intake.h"
+
+namespace quillon::cli {
+namespace {
+
+using controls::Control;
+using controls::Kind;
+
+constexpr std::size_t kNearest = 3;
+constexpr const char* kOnlyInputFolder = "已启用“超大容量”，只处理输入目录中的文件";
+
+std::string Joined(const std::vector<std::string>& names) {
+  std::string all;
+  for (const std::string& name : names) all += (all.empty() ? "" : "、") + name;
+  return all;
+}
+
+std::string Sentence(const std::string& place, const std::string& why) {
+  return base::DisplayText(place) + "：" + base::DisplayText(why);
+}
+
+bool CanBeClicked(const Control& control) {
+  return control.GetKind() == Kind::Button || control.GetKind() == Kind::Menu || control.GetKind() == Kind::Grid;
+}
+
+}  // namespace
+
+Runner::Runner(job::Program& program, RunListener& watch, Reporter& reporter, Stopping stopping)
+    : program_(program), watch_(watch), reporter_(reporter), stopping_(std::move(stopping)) {}
+
+Outcome Runner::Perform(const Plan& plan) {
+  std::string refusal = CheckNames(plan);
+  for (std::size_t i = 0; i < plan.steps.size() && refusal.empty() && !Stopped(); ++i) {
+    if (TimeToAdmit(plan.steps, i)) Admit();
+    if (!Stopped()) refusal = Do(plan.steps[i]);
+  }
+  if (refusal.empty() && !Stopped()) {
+    Admit();
+    if (plan.listControls) PrintAll();
+  }
+  outcome_.exit = refusal.empty() ? ExitNow() : Exit::WrongArguments;
+  if (!refusal.empty()) outcome_.notes.push_back(refusal);
+  reporter_.Tell(EndEvent(watch_.Sums()));
+  reporter_.Finish(watch_.Sums());
+  return outcome_;
+}
+
+bool Runner::Stopped() const { return stopping_() || watch_.Sums().stopped; }
+
+Exit Runner::ExitNow() const {
+  if (Stopped()) return Exit::Stopped;
+  return gaveUp_ || watch_.Sums().none > 0 ? Exit::SomeWithout : Exit::AllWritten;
+}
+
+// --- Names
+
+std::string Runner::CheckNames(const Plan& plan) const {
+  for (const Step& step : plan.steps) {
+    std::string error = CheckStep(step);
+    if (!error.empty()) return error;
+  }
+  for (const Answer& answer : plan.answers) {
+    std::string error = CheckAnswer(answer);
+    if (!error.empty()) return error;
+  }
+  return {};
+}
+
+std::string Runner::CheckStep(const Step& step) const {
+  if (step.verb == Verb::Files) return {};
+  if (step.verb == Verb::Open || step.verb == Verb::Close) {
+    return program_.windows.FindWindow(step.name) ? std::string() : UnknownWindow(step);
+  }
+  const Control* control = program_.windows.Find(step.name);
+  if (!control) return UnknownControl(step);
+  if (step.verb == Verb::Click && !CanBeClicked(*control)) {
+    return Sentence(step.place, control->FullName() + " 不是按钮或菜单项");
+  }
+  return {};
+}
+
+std::string Runner::CheckAnswer(const Answer& answer) const {
+  const bool path = answer.reply.find('/') != std::string::npos || program_.host.files.Stat(answer.reply);
+  if (path || ReplyNamed(answer.reply) || ManualSteps::IsButton(answer.reply)) return {};
+  return Sentence(answer.place, "“" + answer.reply + "”不是回答，也不是路径");
+}
+
+std::string Runner::UnknownControl(const Step& step) const {
+  return Sentence(step.place,
+                  "没有控件 " + step.name + "，相近的有 " + Joined(program_.windows.Nearest(step.name, kNearest)));
+}
+
+std::string Runner::UnknownWindow(const Step& step) const {
+  std::vector<std::string> names;
+  for (const controls::Window* window : program_.windows.All()) names.push_back(window->Name());
+  return Sentence(step.place, "没有窗口 " + step.name + "，现有 " + Joined(names));
+}
+
+// --- Steps
+
+std::string Runner::Do(const Step& step) {
+  if (program_.Ended()) return Sentence(step.place, "程序已经关闭");
+  std::string why;
+  switch (step.verb) {
+    case Verb::Set:
+      why = program_.windows.Find(step.name)->UserEdit(step.value).refusal;
+      break;
+    case Verb::Open:
+      program_.ShowWindow(program_.windows.FindWindow(step.name)->Name());
+      break;
+    case Verb::Close:
+      program_.windows.FindWindow(step.name)->Close();
+      break;
+    case Verb::Click:
+      why = Click(*program_.windows.Find(step.name));
+      break;
+    case Verb::Print:
+      reporter_.Tell(PrintEvent(*program_.windows.Find(step.name)));
+      break;
+    case Verb::Files:
+      waiting_.insert(waiting_.end(), step.files.begin(), step.files.end());
+      break;
+  }
+  return why.empty() ? why : Sentence(step.place, why);
+}
+
+std::string Runner::Click(Control& control) {
+  if (auto* grid = dynamic_cast<controls::Grid*>(&control)) {
+    if (!grid->Enabled() || !grid->Visible()) return grid->FullName() + " 当前不可用";
+    grid->DoubleClick();
+    return {};
+  }
+  const bool driver = control.Parent() == &program_.form1.MenuCut && &control != &program_.form1.MenuStop;
+  if (driver && NothingLeftForUs()) return {};
+  if (driver && program_.flags.LargeCapacityMode) ReportNotTaken();
+  const std::size_t runs = watch_.RunsStarted();
+  reporter_.ForgetBox();
+  const controls::EditResult result = control.UserClick();
+  if (result.Accepted() && driver && watch_.RunsStarted() == runs && !Stopped()) ReportGivenUp();
+  if (driver) rowsTold_ = program_.files.RowCount();
+  return result.refusal;
+}
+
+// Files were named, and all of them are handled by others.
+bool Runner::NothingLeftForUs() const {
+  return program_.leftToOthers > 0 && program_.files.RowCount() == 0 && !program_.flags.LargeCapacityMode;
+}
+
+// A large-capacity run does not take the list.
+void Runner::ReportNotTaken() {
+  for (; rowsTold_ < program_.files.RowCount(); ++rowsTold_) {
+    watch_.ReportFile({rowsTold_ + 1, program_.files.Row(rowsTold_).Path(), "", job::Result::None, kOnlyInputFolder});
+  }
+}
+
+// A run that did not begin leaves every listed file without output.
+void Runner::ReportGivenUp() {
+  const std::string box = reporter_.LastBox();
+  const std::string why = "裁剪没有开始" + (box.empty() ? box : "：" + box);
+  outcome_.notes.push_back(why);
+  const std::size_t rows = program_.files.RowCount();
+  gaveUp_ = gaveUp_ || rows > 0 || program_.flags.LargeCapacityMode;
+  if (program_.flags.LargeCapacityMode) return;  // the list was no part of it
+  for (std::size_t row = 0; row < rows; ++row) {
+    watch_.ReportFile({row + 1, program_.files.Row(row).Path(), "", job::Result::None, why});
+  }
+}
+
+void Runner::PrintAll() {
+  for (const controls::Window* window : program_.windows.All()) {
+    for (const Control* control : window->Controls()) reporter_.List(*control);
+  }
+}
+
+// --- Files
+
+bool Runner::TimeToAdmit(const std::vector<Step>& steps, std::size_t next) const {
+  if (waiting_.empty()) return false;
+  if (steps[next].verb == Verb::Click) return true;
+  return std::all_of(steps.begin() + static_cast<std::ptrdiff_t>(next), steps.end(),
+                     [](const Step& step) { return step.verb == Verb::Print; });
+}
+
+void Runner::Admit() {
+  if (waiting_.empty() || program_.Ended()) return;
+  const std::vector<std::string> items = std::exchange(waiting_, {});
+  const int mode = program_.form1.CmbCutMode.Index();
+  reporter_.ForgetBox();
+  program_.Intake().Admit(items);
+  if (Stopped()) return;
+  // A mode whose resources are missing is left, and nothing is listed.
+  const bool modeLeft = program_.form1.CmbCutMode.Index() != mode;
+  ReportUnlisted(items, modeLeft ? job::Result::None : job::Result::Skipped);
+}
+
+// Files that were named one by one, are not in the list now and were not told of by the listing.
+void Runner::ReportUnlisted(const std::vector<std::string>& named, job::Result result) {
+  const std::string why =
+      result == job::Result::None ? "没有加入列表：" + reporter_.LastBox() : "不合条件，没有加入列表";
+  std::unordered_set<std::string> listed;
+  for (std::size_t row = 0; row < program_.files.RowCount(); ++row) listed.insert(program_.files.Row(row).Path());
+  for (const std::string& path : named) {
+    if (listed.contains(path) || watch_.Refused(path) || program_.host.files.IsFolder(path)) continue;
+    if (!program_.Intake().IsOurs(path)) continue;
+    watch_.ReportFile({0, path, "", result, why});
+  }
+}
+
+}  // namespace quillon::cli

@@ -1,0 +1,54 @@
+// SPDX-FileCopyrightText: 2026 The Quillon developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "helpers/runtime/resource_limits.h"
+
+#include <seccomp.h>
+#include <sys/resource.h>
+#include <sys/socket.h>
+
+#include <algorithm>
+#include <cerrno>
+
+namespace quillon::helpers {
+namespace {
+
+// The sanitizers reserve more than any limit leaves.
+#if defined(__SANITIZE_ADDRESS__)
+constexpr bool kLimitsMemory = false;
+#else
+constexpr bool kLimitsMemory = true;
+#endif
+
+void Limit(__rlimit_resource what, rlim_t most) {
+  rlimit limit{};
+  if (getrlimit(what, &limit) < 0) return;
+  limit.rlim_cur = std::min(limit.rlim_cur, most);
+  limit.rlim_max = std::min(limit.rlim_max, most);
+  (void)setrlimit(what, &limit);
+}
+
+// Of all sockets only those inside this machine can be made.
+void LeaveNetwork() {
+  scmp_filter_ctx filter = seccomp_init(SCMP_ACT_ALLOW);
+  if (!filter) return;
+  const std::uint32_t denied = SCMP_ACT_ERRNO(EACCES);
+  int result = seccomp_rule_add(filter, denied, SCMP_SYS(socket), 1, SCMP_A0(SCMP_CMP_NE, AF_UNIX));
+  // It could make sockets past the rule.
+  if (result == 0) result = seccomp_rule_add(filter, SCMP_ACT_ERRNO(ENOSYS), SCMP_SYS(io_uring_setup), 0);
+  if (result == 0) (void)seccomp_load(filter);
+  seccomp_release(filter);
+}
+
+}  // namespace
+
+void Sandbox(const ResourceLimits& limits) {
+  // One byte and not none: it also keeps a program that collects cores from being started.
+  Limit(RLIMIT_CORE, 1);
+  LimitTime(limits.seconds);
+  if (kLimitsMemory) Limit(RLIMIT_DATA, limits.memory);
+  LeaveNetwork();
+}
+
+void LimitTime(unsigned seconds) { Limit(RLIMIT_CPU, seconds); }
+
+}  // namespace quillon::helpers

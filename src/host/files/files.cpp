@@ -1,0 +1,169 @@
+// SPDX-FileCopyrightText: 2026 The Quillon developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "host/files/files.h"
+
+#include <cerrno>
+#include <chrono>
+
+#include "base/path_text.h"
+#include "host/files/disk.h"
+#include "host/files/draft_name.h"
+#include "host/files/entry_path.h"
+#include "host/files/sync_queue.h"
+#include "host/files/trash.h"
+
+namespace quillon::host {
+namespace {
+
+constexpr std::size_t kChunk = 1 << 20;
+constexpr unsigned kFolderMode = 0777;
+
+// Drafts of different processes in one folder must not meet too often; when they do, the next name is tried.
+std::uint64_t FirstSerial(const void* self) {
+  const auto now = static_cast<std::uint64_t>(std::chrono::steady_clock::now().time_since_epoch().count());
+  return (now ^ reinterpret_cast<std::uintptr_t>(self)) * 0x9E3779B97F4A7C15ull;
+}
+
+Status RemoveTree(Disk& disk, const std::string& path) {
+  DiskFacts facts;
+  int result = disk.StatLink(path, facts);
+  if (result == 0 && facts.kind != FileKind::Folder) result = disk.Remove(path);
+  if (result == 0 && facts.kind == FileKind::Folder) {
+    std::vector<std::string> names;
+    const int listed = disk.List(path, [&](const FolderEntry& entry) {
+      names.push_back(entry.name);
+      return true;
+    });
+    if (listed < 0) return Status::FromErrno(-listed);
+    for (const std::string& name : names) {
+      if (Status removed = RemoveTree(disk, base::JoinPath(path, name)); !removed) return removed;
+    }
+    result = disk.RemoveFolder(path);
+  }
+  return result == -ENOENT ? Status::Ok() : Status::FromErrno(-result);
+}
+
+// Only a draft that nobody holds locked is one that was left behind.
+void SweepDraft(Disk& disk, const std::string& path) {
+  const int handle = disk.OpenOwn(path);
+  if (handle < 0) return;
+  if (disk.Lock(handle) == 0) disk.Remove(path);
+  disk.Close(handle);
+}
+
+Status ReadAll(Disk& disk, int handle, std::string& out, std::uint64_t limit) {
+  const Status tooLarge{Problem::TooLarge, "文件太大"};
+  DiskFacts facts;
+  if (const int looked = disk.StatOpen(handle, facts); looked < 0) return Status::FromErrno(-looked);
+  if (facts.size > limit) return tooLarge;
+  // The size is only a hint: the file may grow, and some files of the system tell none. The byte above it tells the
+  // end.
+  out.resize(facts.size > 0 ? static_cast<std::size_t>(facts.size) + 1 : kChunk);
+  for (std::size_t filled = 0;;) {
+    if (filled == out.size()) out.resize(filled + kChunk);
+    const std::int64_t read = disk.Read(handle, out.data() + filled, out.size() - filled);
+    if (read < 0) return Status::FromErrno(static_cast<int>(-read));
+    filled += static_cast<std::size_t>(read);
+    if (filled > limit) return tooLarge;
+    if (read > 0) continue;
+    out.resize(filled);
+    return Status::Ok();
+  }
+}
+
+}  // namespace
+
+Files::Files(Disk& disk) : disk_(disk), syncs_(std::make_unique<SyncQueue>(disk)), serial_(FirstSerial(this)) {}
+
+Files::~Files() = default;
+
+std::optional<FileFacts> Files::Stat(const std::string& path) const {
+  DiskFacts facts;
+  if (disk_.Stat(path, facts) < 0) return std::nullopt;
+  return FileFacts{facts.kind, facts.size, facts.modified, facts.device, facts.inode, facts.changed};
+}
+
+bool Files::IsFile(const std::string& path) const {
+  const auto facts = Stat(path);
+  return facts && facts->kind == FileKind::File;
+}
+
+bool Files::IsFolder(const std::string& path) const {
+  const auto facts = Stat(path);
+  return facts && facts->kind == FileKind::Folder;
+}
+
+bool Files::SameFile(const std::string& a, const std::string& b) const {
+  const auto one = Stat(a);
+  const auto other = Stat(b);
+  return one && other && one->device == other->device && one->inode == other->inode;
+}
+
+bool Files::IsLocalDisk(const std::string& folder) const { return disk_.IsLocalDisk(folder); }
+
+Status Files::ListFolder(const std::string& folder, const std::function<bool(const FolderEntry&)>& take) const {
+  return Status::FromErrno(
+      -disk_.List(folder, [&](const FolderEntry& entry) { return IsDraftName(entry.name) || take(entry); }));
+}
+
+Status Files::ReadFile(const std::string& path, std::string& out, std::uint64_t limit) const {
+  out.clear();
+  const int handle = disk_.OpenRead(path);
+  if (handle < 0) return Status::FromErrno(-handle);
+  Status status = ReadAll(disk_, handle, out, limit);
+  disk_.Close(handle);
+  if (!status) out.clear();
+  return status;
+}
+
+Status Files::MakeFolders(const std::string& folder) const {
+  const std::string path = base::TrimTrailingSeparator(folder);
+  if (path.empty()) return Status::FromErrno(ENOENT);
+  DiskFacts facts;
+  int result = disk_.Stat(path, facts);
+  if (result == -ENOENT) {
+    const EntryPath entry = SplitEntry(path);
+    if (Status above = MakeFolders(entry.folder); !above) return above;
+    result = disk_.MakeFolder(path, kFolderMode);
+    if (result == 0) {
+      syncs_->AddFolderOf(path);
+      return Status::Ok();
+    }
+    if (result == -EEXIST) result = disk_.Stat(path, facts);
+  }
+  if (result == 0 && facts.kind != FileKind::Folder) return Status::FromErrno(ENOTDIR);
+  return Status::FromErrno(-result);
+}
+
+std::vector<LateFailure> Files::Flush() { return syncs_->Flush(); }
+
+Status Files::RemoveOwn(const std::string& path) {
+  const std::string trimmed = base::TrimTrailingSeparator(path);
+  if (trimmed.empty() || trimmed == "/") return Status::FromErrno(EPERM);
+  return RemoveTree(disk_, trimmed);
+}
+
+Status Files::Discard(const std::string& path) { return MoveToTrash(disk_, *syncs_, path); }
+
+std::uint64_t Files::SizeWithDrafts(const std::string& path) const {
+  const EntryPath entry = SplitEntry(path);
+  std::uint64_t size = 0;
+  disk_.List(entry.folder, [&](const FolderEntry& found) {
+    DiskFacts facts;
+    const bool counts = found.name == entry.name || IsDraftOf(entry.name, found.name);
+    if (counts && disk_.Stat(base::JoinPath(entry.folder, found.name), facts) == 0) size += facts.size;
+    return true;
+  });
+  return size;
+}
+
+void Files::SweepDrafts(const std::string& folder) const {
+  std::vector<std::string> drafts;
+  disk_.List(folder, [&](const FolderEntry& entry) {
+    if (entry.kind == FileKind::File && IsDraftName(entry.name)) drafts.push_back(base::JoinPath(folder, entry.name));
+    return true;
+  });
+  for (const std::string& draft : drafts) SweepDraft(disk_, draft);
+}
+
+}  // namespace quillon::host

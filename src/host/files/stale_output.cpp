@@ -1,0 +1,35 @@
+// SPDX-FileCopyrightText: 2026 The Quillon developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "host/files/stale_output.h"
+
+namespace quillon::host {
+namespace {
+
+using host::Problem;
+
+bool HadBegun(const host::Status& failure) {
+  switch (failure.GetProblem()) {
+    case Problem::Damaged:
+    case Problem::DiskFull:
+    case Problem::Other:
+      return true;
+    default:
+      return false;
+  }
+}
+
+}  // namespace
+
+bool WouldBeStaleOutput(const host::Files& files, const std::string& source, const std::string& destination,
+                        const host::Status& failure) {
+  return HadBegun(failure) && files.IsFile(destination) && !files.SameFile(source, destination);
+}
+
+void DiscardStaleOutput(host::Files& files, const std::string& source, const std::string& destination,
+                        const host::Status& failure) {
+  if (!WouldBeStaleOutput(files, source, destination, failure)) return;
+  // Where no trash takes it, it stays: a file of the user is never simply removed.
+  static_cast<void>(files.Discard(destination));
+}
+
+}  // namespace quillon::host

@@ -1,0 +1,157 @@
+// SPDX-FileCopyrightText: 2026 The Quillon developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "host/files/trash.h"
+
+#include <cerrno>
+#include <string_view>
+#include <vector>
+
+#include "base/path_text.h"
+#include "host/files/entry_path.h"
+#include "host/files/percent.h"
+
+namespace quillon::host {
+namespace {
+
+constexpr unsigned kFolderMode = 0700;
+constexpr unsigned kNoteMode = 0600;
+constexpr unsigned kSticky = 01000;
+constexpr int kMostNumbers = 10000;
+constexpr std::string_view kNoteEnd = ".trashinfo";
+
+// A trash folder, and the path under which its notes tell of the file.
+struct Trash {
+  enum class Place { Home, Shared };
+
+  std::string folder;
+  std::string told;
+  Place place;
+};
+
+// Makes the folder and those above it, readable for the user only.
+int MakePrivateFolders(Disk& disk, const std::string& path) {
+  DiskFacts facts;
+  int result = disk.Stat(path, facts);
+  if (result == 0) return facts.kind == FileKind::Folder ? 0 : -ENOTDIR;
+  if (result != -ENOENT || path == "/" || path == ".") return result;
+  result = MakePrivateFolders(disk, SplitEntry(path).folder);
+  if (result == 0) result = disk.MakeFolder(path, kFolderMode);
+  return result == -EEXIST ? 0 : result;
+}
+
+// The highest folder above a path that lies on the same disk.
+std::string TopFolder(Disk& disk, const std::string& path, std::uint64_t device) {
+  std::string top = SplitEntry(path).folder;
+  while (top != "/" && top != disk.Root()) {
+    const std::string above = SplitEntry(top).folder;
+    DiskFacts facts;
+    if (disk.StatLink(above, facts) < 0 || facts.device != device) break;
+    top = above;
+  }
+  return top;
+}
+
+// The trash folders that may take a path, best first. real is its path without links above the last name.
+std::vector<Trash> TrashesFor(Disk& disk, const std::string& real, std::uint64_t device) {
+  std::vector<Trash> trashes;
+  DiskFacts facts;
+  if (const std::string home = disk.DataHome(); !home.empty()) {
+    const std::string folder = base::JoinPath(home, "Trash");
+    if (MakePrivateFolders(disk, folder) == 0 && disk.Stat(folder, facts) == 0 && facts.device == device) {
+      trashes.push_back({folder, real, Trash::Place::Home});
+    }
+  }
+  const std::string top = TopFolder(disk, real, device);
+  const std::string told = top == "/" ? real.substr(1) : real.substr(top.size() + 1);
+  const std::string user = std::to_string(disk.User());
+  // A shared trash counts only as the administrator makes it: a real folder with the sticky bit.
+  const std::string shared = base::JoinPath(top, ".Trash");
+  if (disk.StatLink(shared, facts) == 0 && facts.kind == FileKind::Folder && (facts.mode & kSticky) != 0) {
+    trashes.push_back({base::JoinPath(shared, user), told, Trash::Place::Shared});
+  }
+  trashes.push_back({base::JoinPath(top, ".Trash-" + user), told, Trash::Place::Shared});
+  return trashes;
+}
+
+// Where others may write too, the trash must be a real folder of the user's own: a link or a folder that someone else
+// put there could lead anywhere.
+int Prepare(Disk& disk, const Trash& trash) {
+  int result = MakePrivateFolders(disk, trash.folder);
+  if (result == 0 && trash.place == Trash::Place::Shared) {
+    DiskFacts facts;
+    result = disk.StatLink(trash.folder, facts);
+    if (result == 0 && (facts.kind != FileKind::Folder || facts.user != disk.User())) result = -EACCES;
+  }
+  if (result == 0) result = MakePrivateFolders(disk, base::JoinPath(trash.folder, "info"));
+  if (result == 0) result = MakePrivateFolders(disk, base::JoinPath(trash.folder, "files"));
+  return result;
+}
+
+// The name in the trash: the file's own, from the second try on with a number before the extension.
+std::string NumberedName(const std::string& name, int number) {
+  const std::string tail = number == 1 ? "" : " " + std::to_string(number);
+  const std::size_t room = kLongestName - kNoteEnd.size() - tail.size();
+  const std::size_t point = name.rfind('.');
+  const bool extended = point != std::string::npos && point > 0 && name.size() - point <= 16;
+  const std::string extension = extended ? name.substr(point) : "";
+  return HeadOfName(name.substr(0, name.size() - extension.size()), room - extension.size()) + tail + extension;
+}
+
+int WriteAll(Disk& disk, int handle, std::string_view text) {
+  while (!text.empty()) {
+    const std::int64_t written = disk.Write(handle, text.data(), text.size());
+    if (written <= 0) return written < 0 ? static_cast<int>(written) : -EIO;
+    text.remove_prefix(static_cast<std::size_t>(written));
+  }
+  return 0;
+}
+
+// Moves the file into one trash; a failure leaves it where it is and no note behind.
+int MoveInto(Disk& disk, SyncQueue& syncs, const Trash& trash, const std::string& path) {
+  if (const int prepared = Prepare(disk, trash); prepared < 0) return prepared;
+  const std::string text =
+      "[Trash Info]\nPath=" + PercentEncoded(trash.told) + "\nDeletionDate=" + disk.TimeStamp() + "\n";
+  for (int number = 1; number <= kMostNumbers; ++number) {
+    const std::string name = NumberedName(SplitEntry(path).name, number);
+    const std::string note = base::JoinPath(trash.folder, "info/" + name + std::string(kNoteEnd));
+    const std::string file = base::JoinPath(trash.folder, "files/" + name);
+    const int handle = disk.OpenNew(note, kNoteMode);
+    if (handle == -EEXIST) continue;
+    if (handle < 0) return handle;
+    int result = WriteAll(disk, handle, text);
+    if (result == 0) result = disk.RenameNew(path, file);
+    if (result < 0) {
+      disk.Remove(note);
+      disk.Close(handle);
+      if (result == -EEXIST) continue;
+      return result;
+    }
+    syncs.Add(note, handle, SyncQueue::OnFailure::Keep);
+    syncs.AddFolderOf(file);
+    syncs.AddFolderOf(path);
+    return 0;
+  }
+  return -EEXIST;
+}
+
+}  // namespace
+
+Status MoveToTrash(Disk& disk, SyncQueue& syncs, const std::string& path) {
+  DiskFacts facts;
+  const std::string trimmed = base::TrimTrailingSeparator(path);
+  if (const int looked = disk.StatLink(trimmed, facts); looked < 0) return Status::FromErrno(-looked);
+  const EntryPath entry = SplitEntry(trimmed);
+  if (entry.name.empty() || entry.name == "." || entry.name == "..") return Status::FromErrno(EINVAL);
+  std::string folder;
+  if (const int found = disk.RealPath(entry.folder, folder); found < 0) return Status::FromErrno(-found);
+  const std::string real = base::JoinPath(folder, entry.name);
+  int result = -ENOENT;
+  for (const Trash& trash : TrashesFor(disk, real, facts.device)) {
+    result = MoveInto(disk, syncs, trash, real);
+    if (result == 0) return Status::Ok();
+  }
+  const Status reason = Status::FromErrno(-result);
+  return {reason.GetProblem(), "无法移入回收站，文件保留原处（" + reason.Why() + "）"};
+}
+
+}  // namespace quillon::host

@@ -1,0 +1,188 @@
+// SPDX-FileCopyrightText: 2026 The Quillon developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "imaging/codecs/encode.h"
+
+#include <algorithm>
+#include <array>
+#include <cstring>
+#include <string_view>
+
+#include "imaging/limits.h"
+#include "imaging/metadata/exif_block.h"
+#include "imaging/metadata/tiff_exif.h"
+#include "imaging/pixels/colours.h"
+#include "imaging/pixels/draft_target.h"
+
+namespace quillon::imaging {
+namespace {
+
+using namespace std::string_view_literals;
+using vips::VImage;
+using vips::VOption;
+
+constexpr double kMillimetres = 25.4;
+constexpr int kGifSide = 65535;
+constexpr std::int64_t kGifMemory = std::int64_t{1} << 30;  // held whole at four bytes a pixel to choose its colours
+constexpr int kBlackLevel = 128;
+constexpr std::uint64_t kBigTiff = 4'000'000'000;
+// A density chunk without a unit: one to one.
+constexpr std::string_view kUntoldDensity = "\0\0\0\x09pHYs\0\0\0\1\0\0\0\1\0\x4F\x25\xC4\xD6"sv;
+
+void SetBlob(VImage& image, const char* field, const std::string& bytes) {
+  if (!bytes.empty()) vips_image_set_blob_copy(image.get_image(), field, bytes.data(), bytes.size());
+}
+
+// The pixels with a header that tells what their saver is to write.
+VImage WithHeader(const Picture& picture, double dpi) {
+  VImage image = picture.pixels.copy(VImage::option()
+                                         ->set("xres", dpi > 0 ? dpi / kMillimetres : 1.0)
+                                         ->set("yres", dpi > 0 ? dpi / kMillimetres : 1.0));
+  SetBlob(image, VIPS_META_ICC_NAME, picture.tags.profile);
+  return image;
+}
+
+// Runs a saver of the library on the draft.
+template <class Save>
+Status SaveThroughLibrary(host::Draft& draft, Save save) {
+  DraftTarget target(draft);
+  try {
+    save(target.Target());
+  } catch (const vips::VError&) {
+    if (target.Result()) throw;
+    vips_error_clear();
+  }
+  return target.Result();
+}
+
+// Turns the density chunk that the saver always writes into one that tells none.
+Status EraseDensity(host::Draft& draft) {
+  std::uint64_t at = 8;
+  std::array<unsigned char, 8> chunk{};
+  while (ReadDraft(draft, at, chunk.data(), chunk.size())) {
+    const std::uint64_t size = std::uint64_t{chunk[0]} << 24 | chunk[1] << 16 | chunk[2] << 8 | chunk[3];
+    if (std::memcmp(&chunk[4], "IDAT", 4) == 0) break;
+    if (std::memcmp(&chunk[4], "pHYs", 4) == 0) {
+      if (Status status = draft.Seek(at); !status) return status;
+      return draft.Write(kUntoldDensity.data(), kUntoldDensity.size());
+    }
+    at += size + 12;
+  }
+  return Status::Ok();
+}
+
+Status WritePng(const Picture& picture, Exif exif, host::Draft& draft) {
+  VImage image = WithHeader(picture, picture.tags.dpi);
+  const PictureTags& tags = picture.tags;
+  std::string block =
+      exif == Exif::Keep ? CutExif(tags.exif, {image.width(), image.height()}, tags.dpi) : std::string();
+  if (block.empty()) block = MinimalExif(tags.orientation, 0);
+  if (!block.empty()) {
+    SetBlob(image, VIPS_META_EXIF_NAME, std::string("Exif\0\0", 6) + block);
+    image.set(VIPS_META_ORIENTATION, tags.orientation);
+  }
+  Status status = SaveThroughLibrary(draft, [&](const vips::VTarget& target) {
+    image.pngsave_target(target, VImage::option()->set("filter", VIPS_FOREIGN_PNG_FILTER_ALL));
+  });
+  return status && tags.dpi == 0 ? EraseDensity(draft) : status;
+}
+
+Status WriteGif(const Picture& shown, host::Draft& draft) {
+  const VImage& pixels = shown.pixels;
+  if (pixels.width() > kGifSide || pixels.height() > kGifSide) return fault::ResultTooLarge();
+  if (std::int64_t{pixels.width()} * pixels.height() > kGifMemory / 4) return fault::OutOfMemory();
+  return SaveThroughLibrary(draft, [&](const vips::VTarget& target) { pixels.gifsave_target(target); });
+}
+
+Status WriteTiff(const Picture& picture, bool blackWhite, Exif exif, host::Draft& draft) {
+  const int dpi = picture.tags.dpi > 0 ? picture.tags.dpi : kUntoldTiffDpi;
+  Picture written = picture;
+  if (blackWhite) {
+    written = GreyPicture(picture);
+    written.pixels = EightBit(Flattened(written.pixels, base::kWhite)) >= kBlackLevel;
+    written.tags.profile.clear();
+  }
+  VImage image = WithHeader(written, dpi);
+  if (written.tags.orientation != 1) image.set(VIPS_META_ORIENTATION, written.tags.orientation);
+  const std::uint64_t size = static_cast<std::uint64_t>(VIPS_IMAGE_SIZEOF_IMAGE(image.get_image()));
+  VOption* options =
+      VImage::option()->set("resunit", VIPS_FOREIGN_TIFF_RESUNIT_INCH)->set("bigtiff", !blackWhite && size > kBigTiff);
+  if (blackWhite) {
+    options->set("compression", VIPS_FOREIGN_TIFF_COMPRESSION_CCITTFAX4)->set("bitdepth", 1);
+  } else {
+    options->set("compression", VIPS_FOREIGN_TIFF_COMPRESSION_LZW)
+        ->set("predictor", VIPS_FOREIGN_TIFF_PREDICTOR_HORIZONTAL);
+  }
+  Status status =
+      SaveThroughLibrary(draft, [&](const vips::VTarget& target) { image.tiffsave_target(target, options); });
+  if (!status || exif == Exif::Drop) return status;
+  return AddExifToTiff(CutExif(picture.tags.exif, {image.width(), image.height()}, dpi), draft);
+}
+
+Status Write(const Picture& picture, const EncodeOptions& options, host::Draft& draft) {
+  Picture ready = picture;
+  const bool inks = IsCmyk(picture.pixels);
+  switch (options.encoder) {
+    case Encoder::Jpeg:
+      ready.pixels = EightBit(Flattened(ready.pixels, base::kWhite));
+      return WriteJpeg(ready, options.quality, options.exif, draft);
+    case Encoder::Png:
+      return WritePng(inks ? Displayed(picture) : picture, options.exif, draft);
+    case Encoder::Gif:
+      ready = Displayed(picture);
+      ready.pixels = EightBit(ready.pixels);
+      return WriteGif(ready, draft);
+    case Encoder::Tiff:
+      return WriteTiff(picture, options.blackWhite, options.exif, draft);
+    case Encoder::Bmp:
+      // Grey is written as RGB, whose profile would be another.
+      if (inks || IsGrey(picture.pixels)) ready = Displayed(picture);
+      ready.pixels = AsRgb(EightBit(Flattened(ready.pixels, base::kWhite)));
+      return WriteBmp(ready, draft);
+  }
+  return fault::UnknownType();
+}
+
+}  // namespace
+
+Status EncodePicture(const Picture& picture, const EncodeOptions& options, host::Draft& draft) {
+  Status status = Write(picture, options, draft);
+  return status ? CheckOutput(options.encoder, draft) : status;
+}
+
+Status CheckOutput(Encoder encoder, host::Draft& draft) {
+  const std::uint64_t size = draft.Size();
+  std::array<unsigned char, 12> head{};
+  std::array<unsigned char, 12> tail{};
+  if (size < head.size() || !ReadDraft(draft, 0, head.data(), head.size()) ||
+      !ReadDraft(draft, size - tail.size(), tail.data(), tail.size())) {
+    return fault::NotSaved();
+  }
+  const auto little = [&](std::size_t at) {
+    return std::uint64_t{head[at]} | std::uint64_t{head[at + 1]} << 8 | std::uint64_t{head[at + 2]} << 16 |
+           std::uint64_t{head[at + 3]} << 24;
+  };
+  bool whole = false;
+  switch (encoder) {
+    case Encoder::Jpeg:
+      whole = head[0] == 0xFF && head[1] == 0xD8 && tail[10] == 0xFF && tail[11] == 0xD9;
+      break;
+    case Encoder::Png:
+      whole = std::memcmp(head.data(), "\x89PNG\r\n\x1A\n", 8) == 0 &&
+              std::memcmp(tail.data(), "\0\0\0\0IEND\xAE\x42\x60\x82", 12) == 0;
+      break;
+    case Encoder::Gif:
+      whole = std::memcmp(head.data(), "GIF8", 4) == 0 && tail[11] == 0x3B;
+      break;
+    case Encoder::Bmp:
+      whole = head[0] == 'B' && head[1] == 'M' && little(2) == size;
+      break;
+    case Encoder::Tiff:
+      // The directory lies behind the pixels; a BigTIFF keeps its offset further on.
+      whole = std::memcmp(head.data(), "II+\0", 4) == 0 ||
+              (std::memcmp(head.data(), "II*\0", 4) == 0 && little(4) >= 8 && little(4) < size);
+      break;
+  }
+  return whole ? Status::Ok() : fault::NotSaved();
+}
+
+}  // namespace quillon::imaging

@@ -1,0 +1,178 @@
+// SPDX-FileCopyrightText: 2026 The Quillon developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "imaging/codecs/open_picture.h"
+
+#include <algorithm>
+#include <array>
+#include <vector>
+
+#include "imaging/codecs/bmp_reader.h"
+#include "imaging/codecs/psd_reader.h"
+#include "imaging/codecs/vips_loader.h"
+#include "imaging/io/bytes.h"
+#include "imaging/jpeg/jpeg_reader.h"
+#include "imaging/limits.h"
+#include "imaging/pixels/colours.h"
+#include "imaging/pixels/row_image.h"
+
+namespace quillon::imaging {
+namespace {
+
+using namespace std::string_view_literals;
+
+PictureTags TagsOf(const RowFacts& facts) { return {facts.profile, facts.exif, facts.orientation, facts.dpi}; }
+
+int ShrinkFor(base::Size original, base::Size reduceTo) {
+  if (reduceTo.Empty()) return 1;
+  int shrink = 8;
+  while (shrink > 1 &&
+         (original.width / shrink < 2 * reduceTo.width || original.height / shrink < 2 * reduceTo.height)) {
+    shrink /= 2;
+  }
+  return shrink;
+}
+
+Status OpenStream(const std::string& path, const std::shared_ptr<Bytes>& bytes, const Limits& limits,
+                  base::Size reduceTo, OpenedPicture& out) {
+  if (out.format != Format::Jpeg) {
+    Status status = OpenLibraryRows(out.format, bytes, limits, out.stream);
+    if (status) out.original = out.stream->Facts().size;
+    return status;
+  }
+  if (Status status = OpenJpegRows(path, 1, limits, out.stream); !status) return status;
+  out.original = out.stream->Facts().size;
+  out.shrink = ShrinkFor(out.original, reduceTo);
+  return out.shrink > 1 ? OpenJpegRows(path, out.shrink, limits, out.stream) : Status::Ok();
+}
+
+Status OpenRows(std::shared_ptr<Bytes> bytes, const Limits& limits, OpenedPicture& out) {
+  Status status = out.format == Format::Bmp ? OpenBmp(std::move(bytes), limits, out.rows)
+                                            : OpenPsd(std::move(bytes), limits, out.rows);
+  if (status) out.original = out.rows->Facts().size;
+  return status;
+}
+
+Status OpenBytes(const host::Files& files, const std::string& path, std::shared_ptr<FileBytes>& bytes) {
+  const std::optional<host::FileFacts> facts = files.Stat(path);
+  if (facts && facts->kind != host::FileKind::File) return fault::NotAFile();
+  if (Status status = FileBytes::Open(path, bytes); !status) return status;
+  return bytes->Size() == 0 ? fault::EmptyFile() : Status::Ok();
+}
+
+Status SkipRows(OpenedPicture& opened, int count) {
+  if (opened.rows || count == 0) return Status::Ok();
+  opened.taken += count;
+  return opened.stream->SkipRows(count);
+}
+
+// Opens the file and tells its format.
+Status OpenKnown(const host::Files& files, const std::string& path, std::shared_ptr<FileBytes>& bytes,
+                 OpenedPicture& out) {
+  if (Status status = OpenBytes(files, path, bytes); !status) return status;
+  std::array<char, 16> start{};
+  const std::size_t known = static_cast<std::size_t>(std::min<std::uint64_t>(bytes->Size(), start.size()));
+  if (!bytes->ReadAt(0, start.data(), known)) return fault::DamagedPicture();
+  out.format = FormatOf({start.data(), known});
+  out.fault = std::make_shared<ReadFault>();
+  return Status::Ok();
+}
+
+void SetTags(OpenedPicture& out) {
+  const RowFacts& facts = out.Facts();
+  out.tags = TagsOf(facts);
+  if (!ProfileFits(out.tags.profile, facts.layout)) out.tags.profile.clear();
+}
+
+}  // namespace
+
+Format FormatOf(std::string_view start) {
+  if (start.starts_with("\xFF\xD8\xFF"sv)) return Format::Jpeg;
+  if (start.starts_with("\x89PNG\r\n\x1A\n"sv)) return Format::Png;
+  if (start.starts_with("GIF87a"sv) || start.starts_with("GIF89a"sv)) return Format::Gif;
+  for (const std::string_view head : {"II*\0"sv, "MM\0*"sv, "II+\0"sv, "MM\0+"sv}) {
+    if (start.starts_with(head)) return Format::Tiff;
+  }
+  if (start.starts_with("BM"sv)) return Format::Bmp;
+  if (start.starts_with("8BPS"sv)) return Format::Psd;
+  return Format::Unknown;
+}
+
+Status RowStream::SkipRows(int count) {
+  const RowFacts& facts = Facts();
+  std::vector<unsigned char> row(static_cast<std::size_t>(facts.size.width) *
+                                 static_cast<unsigned>(facts.PixelBytes()));
+  for (int i = 0; i < count; ++i) {
+    if (Status status = ReadRow(row.data()); !status) return status;
+  }
+  return Status::Ok();
+}
+
+Status OpenPicture(const host::Files& files, const std::string& path, const Limits& limits, base::Size reduceTo,
+                   OpenedPicture& out) {
+  std::shared_ptr<FileBytes> bytes;
+  if (Status status = OpenKnown(files, path, bytes, out); !status) return status;
+  Status status;
+  switch (out.format) {
+    case Format::Unknown:
+      return fault::NotAPicture();
+    case Format::Bmp:
+    case Format::Psd:
+      status = OpenRows(std::move(bytes), limits, out);
+      break;
+    default:
+      status = OpenStream(path, std::move(bytes), limits, reduceTo, out);
+      break;
+  }
+  if (status) SetTags(out);
+  return status;
+}
+
+Status OpenTiffPage(const host::Files& files, const std::string& path, int page, const Limits& limits,
+                    OpenedPicture& out) {
+  std::shared_ptr<FileBytes> bytes;
+  if (Status status = OpenKnown(files, path, bytes, out); !status) return status;
+  if (out.format != Format::Tiff) return fault::NotAPicture();
+  if (Status status = OpenLibraryRows(out.format, std::move(bytes), limits, out.stream, page); !status) return status;
+  out.original = out.stream->Facts().size;
+  SetTags(out);
+  return Status::Ok();
+}
+
+Status ReadRows(OpenedPicture& opened, int top, int count, vips::VImage& out) {
+  if (opened.rows) {
+    const vips::VImage whole = ImageOfRows(opened.rows, opened.fault);
+    out = whole.extract_area(0, top, whole.width(), count);
+    return Status::Ok();
+  }
+  Status status = SkipRows(opened, top - opened.taken);
+  if (!status) return status;
+  opened.taken += count;
+  out = ImageOfRows(opened.stream, count, opened.fault);
+  return Status::Ok();
+}
+
+Status ReadWhole(OpenedPicture& opened, Picture& out) {
+  out.tags = opened.tags;
+  return ReadRows(opened, 0, opened.Facts().size.height, out.pixels);
+}
+
+Status ReadReduced(OpenedPicture& opened, Picture& out) {
+  if (Status status = ReadWhole(opened, out); !status) return status;
+  if (opened.shrink > 1) {
+    out.pixels = out.pixels.extract_area(0, 0, FilledPixels(opened.original.width, opened.shrink),
+                                         FilledPixels(opened.original.height, opened.shrink));
+  }
+  return Status::Ok();
+}
+
+int FilledPixels(int pixels, int shrink) { return (pixels + shrink / 2) / shrink; }
+
+Status CheckRest(OpenedPicture& opened) { return SkipRows(opened, opened.Facts().size.height - opened.taken); }
+
+Status ReadStatus(const OpenedPicture& opened, const Status& status) {
+  if (status || !opened.fault) return status;
+  const Status met = opened.fault->Get();
+  return met ? status : met;
+}
+
+}  // namespace quillon::imaging

@@ -1,0 +1,147 @@
+// SPDX-FileCopyrightText: 2026 The Quillon developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "imaging/codecs/vips_loader.h"
+
+#include <algorithm>
+#include <cmath>
+#include <cstring>
+#include <string>
+#include <vector>
+
+#include "imaging/codecs/truncation_check.h"
+#include "imaging/limits.h"
+#include "imaging/metadata/tiff_exif.h"
+#include "imaging/pixels/colours.h"
+#include "imaging/pixels/picture.h"
+
+namespace quillon::imaging {
+namespace {
+
+using namespace std::string_view_literals;
+using vips::VImage;
+
+constexpr double kMillimetres = 25.4;
+constexpr std::string_view kExifPrefix = "Exif\0\0"sv;
+constexpr int kStrip = 16;  // rows that the loaders read at a time
+
+// Feeds a loader from an open file, so that the file's name, whatever is in it, is never looked at again.
+struct SourceReader {
+  std::shared_ptr<Bytes> bytes;
+  std::uint64_t at = 0;
+};
+
+gint64 OnRead(VipsSourceCustom*, void* buffer, gint64 size, SourceReader* reader) {
+  const std::uint64_t left = reader->bytes->Size() - std::min(reader->at, reader->bytes->Size());
+  const std::uint64_t count = std::min<std::uint64_t>(left, static_cast<std::uint64_t>(std::max<gint64>(size, 0)));
+  if (count == 0) return 0;
+  if (!reader->bytes->ReadAt(reader->at, buffer, count)) return -1;
+  reader->at += count;
+  return static_cast<gint64>(count);
+}
+
+gint64 OnSeek(VipsSourceCustom*, gint64 offset, int whence, SourceReader* reader) {
+  const auto base = static_cast<gint64>(whence == SEEK_SET   ? 0
+                                        : whence == SEEK_CUR ? reader->at
+                                                             : reader->bytes->Size());
+  if (offset < -base) return -1;
+  reader->at = static_cast<std::uint64_t>(base + offset);
+  return base + offset;
+}
+
+vips::VSource SourceOf(std::shared_ptr<Bytes> bytes) {
+  VipsSourceCustom* custom = vips_source_custom_new();
+  auto* reader = new SourceReader{std::move(bytes), 0};
+  g_object_set_data_full(G_OBJECT(custom), "quillon-bytes", reader,
+                         [](gpointer data) { delete static_cast<SourceReader*>(data); });
+  g_signal_connect(custom, "read", G_CALLBACK(OnRead), reader);
+  g_signal_connect(custom, "seek", G_CALLBACK(OnSeek), reader);
+  return vips::VSource(VIPS_SOURCE(custom));
+}
+
+VImage LoadThroughLibrary(Format format, std::shared_ptr<Bytes> bytes, int page) {
+  const vips::VSource source = SourceOf(std::move(bytes));
+  vips::VOption* options = VImage::option()->set("access", VIPS_ACCESS_SEQUENTIAL)->set("fail_on", VIPS_FAIL_ON_ERROR);
+  switch (format) {
+    case Format::Png:
+      return VImage::pngload_source(source, options);
+    case Format::Gif:
+      return VImage::gifload_source(source, options);
+    default:
+      return VImage::tiffload_source(source, options->set("page", page));
+  }
+}
+
+std::string BlobOf(const VImage& image, const char* field) {
+  if (image.get_typeof(field) != VIPS_TYPE_BLOB) return {};
+  std::size_t size = 0;
+  const void* data = image.get_blob(field, &size);
+  return {static_cast<const char*>(data), size};
+}
+
+RowFacts FactsOf(const VImage& loaded, const VImage& pixels) {
+  RowFacts facts;
+  facts.size = {pixels.width(), pixels.height()};
+  facts.layout = IsCmyk(pixels) ? RowLayout::Cmyk : IsGrey(pixels) ? RowLayout::Grey : RowLayout::Rgb;
+  facts.alpha = HasAlpha(pixels);
+  facts.bits = pixels.format() == VIPS_FORMAT_USHORT ? 16 : 8;
+  facts.profile = BlobOf(loaded, VIPS_META_ICC_NAME);
+  facts.exif = BlobOf(loaded, VIPS_META_EXIF_NAME);
+  if (facts.exif.starts_with(kExifPrefix)) facts.exif.erase(0, kExifPrefix.size());
+  const int orientation = vips_image_get_orientation(loaded.get_image());
+  if (orientation >= 1 && orientation <= 8) facts.orientation = orientation;
+  // One pixel a millimetre is what the library says when the file tells nothing.
+  if (loaded.xres() != 1.0) facts.dpi = static_cast<int>(std::lround(loaded.xres() * kMillimetres));
+  return facts;
+}
+
+// Takes the rows out of the loader strip by strip. Not a part of the pipeline that uses them: that one lets its caches
+// go when it ends, and the loader could not go on from there.
+class LibraryRows : public RowStream {
+ public:
+  LibraryRows(const VImage& loaded, const VImage& pixels) : pixels_(pixels), facts_(FactsOf(loaded, pixels)) {}
+
+  const RowFacts& Facts() const override { return facts_; }
+  void SetExif(std::string block) { facts_.exif = std::move(block); }
+
+  Status ReadRow(unsigned char* out) override {
+    const std::size_t size = static_cast<std::size_t>(facts_.size.width) * static_cast<unsigned>(facts_.PixelBytes());
+    if (next_ % kStrip == 0) {
+      Status status = Guarded(fault::DamagedPicture(), [&] { return ReadStrip(size); });
+      if (!status) return status;
+    }
+    std::memcpy(out, strip_.data() + size * static_cast<unsigned>(next_ % kStrip), size);
+    ++next_;
+    return Status::Ok();
+  }
+
+ private:
+  Status ReadStrip(std::size_t size) {
+    const int count = std::min(kStrip, facts_.size.height - next_);
+    const vips::VRegion region = pixels_.region(0, next_, facts_.size.width, count);
+    strip_.resize(size * static_cast<unsigned>(count));
+    for (int y = 0; y < count; ++y) {
+      std::memcpy(strip_.data() + size * static_cast<unsigned>(y), region.addr(0, next_ + y), size);
+    }
+    return Status::Ok();
+  }
+
+  VImage pixels_;
+  RowFacts facts_;
+  std::vector<unsigned char> strip_;
+  int next_ = 0;
+};
+
+}  // namespace
+
+Status OpenLibraryRows(Format format, const std::shared_ptr<Bytes>& bytes, const Limits& limits,
+                       std::shared_ptr<RowStream>& out, int page) {
+  const VImage loaded = LoadThroughLibrary(format, bytes, page);
+  if (!WithinLimits(loaded.width(), loaded.height(), limits)) return fault::SidesTooLarge();
+  if (!ReachesItsEnd(format, *bytes)) return fault::DamagedPicture();
+  auto rows = std::make_shared<LibraryRows>(loaded, StandardPixels(loaded));
+  if (format == Format::Tiff && page == 0) rows->SetExif(ExifOfTiff(*bytes));
+  out = std::move(rows);
+  return Status::Ok();
+}
+
+}  // namespace quillon::imaging

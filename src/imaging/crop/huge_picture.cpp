@@ -1,0 +1,200 @@
+// SPDX-FileCopyrightText: 2026 The Quillon developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "imaging/crop/huge_picture.h"
+
+#include <memory>
+
+#include "base/path_text.h"
+#include "host/files/stale_output.h"
+#include "imaging/codecs/encode.h"
+#include "imaging/codecs/open_picture.h"
+#include "imaging/jpeg/jpeg_cut.h"
+#include "imaging/jpeg/jpeg_reader.h"
+#include "imaging/limits.h"
+#include "imaging/metadata/exif_block.h"
+#include "imaging/pixels/colours.h"
+#include "imaging/pixels/geometry.h"
+#include "imaging/rows/row_steps.h"
+#include "imaging/tiff/tiff_part.h"
+
+namespace quillon::imaging {
+namespace {
+
+using host::Problem;
+using vips::VImage;
+
+constexpr int kMostShrink = 8;  // that a jpeg can be decoded to
+
+class Maker {
+ public:
+  Maker(host::Files& files, const HugeOrder& order, const Limits& limits)
+      : files_(files), order_(order), limits_(limits), encoder_(EncoderFor(base::SplitPath(order.target).extension)) {}
+
+  Status Fill(host::Draft& draft) {
+    Status status = Guarded(fault::DamagedPicture(), [&] { return Make(draft); });
+    return status || !opened_.fault || opened_.fault->Get() ? status : opened_.fault->Get();
+  }
+
+ private:
+  Status Make(host::Draft& draft) {
+    if (Status open = OpenPicture(files_, order_.source, limits_, {}, opened_); !open) return open;
+    const base::Size whole = opened_.original;
+    if (whole.width < order_.least.width || whole.height < order_.least.height) {
+      return {Problem::Unsupported, "图片小于要求的最小尺寸"};
+    }
+    rect_ = Common(order_.cut.value_or(base::Rect{0, 0, whole.width, whole.height}), {0, 0, whole.width, whole.height});
+    if (rect_.Empty()) return fault::EmptyRectangle();
+    target_ = TargetSize({rect_.width, rect_.height});
+    if (PassesThrough()) return CutPlainly(draft);
+    if (ScalesRows()) return ScalePlainly(draft);
+    if (Status chosen = ChoosePart(); !chosen) return chosen;
+    if (PassesRows()) return WriteRows(draft);
+    Picture picture;
+    if (Status taken = Take(picture); !taken) return taken;
+    if (picture.pixels.width() != target_.width || picture.pixels.height() != target_.height) {
+      picture.pixels = Scaled(picture.pixels, target_);
+    }
+    if (Status turned = Turn(picture); !turned) return turned;
+    if (order_.grey) picture = GreyPicture(picture);
+    return EncodePicture(picture, {.encoder = encoder_, .quality = order_.quality}, draft);
+  }
+
+  base::Size TargetSize(base::Size made) const {
+    const base::Size& size = order_.size;
+    if (size.Empty()) return made;
+    const bool smaller = size.width <= made.width && size.height <= made.height;
+    const bool larger = size.width >= made.width && size.height >= made.height;
+    const bool wanted = smaller ? order_.shrink : larger ? order_.enlarge : order_.shrink && order_.enlarge;
+    return wanted ? size : made;
+  }
+
+  // Whether pixels are written as they are.
+  bool StayAsTheyAre() const {
+    return !order_.grey && order_.angle == 0 && target_.width == rect_.width && target_.height == rect_.height;
+  }
+
+  // A jpeg whose colours need not be touched.
+  bool PassesThrough() const { return opened_.format == Format::Jpeg && encoder_ == Encoder::Jpeg && StayAsTheyAre(); }
+
+  bool AcceptsAll() const { return rect_.width == opened_.original.width && rect_.height == opened_.original.height; }
+
+  // A jpeg that becomes a smaller one: for the screen, as a rule.
+  bool ScalesRows() const {
+    return opened_.format == Format::Jpeg && encoder_ == Encoder::Jpeg && AcceptsAll() && !order_.grey &&
+           order_.angle == 0 && target_.width <= rect_.width && target_.height <= rect_.height;
+  }
+
+  // Rows that the format written can hold as they are.
+  bool PassesRows() const {
+    if (!opened_.stream || !StayAsTheyAre()) return false;
+    const RowFacts& facts = opened_.Facts();
+    switch (encoder_) {
+      case Encoder::Jpeg:
+        return facts.bits == 8 && !facts.alpha;
+      case Encoder::Png:
+        return facts.layout != RowLayout::Cmyk;
+      case Encoder::Tiff:
+        return true;
+      default:
+        return false;
+    }
+  }
+
+  Status WriteRows(host::Draft& draft) {
+    std::shared_ptr<RowStream> rows = opened_.stream;
+    if (!part_) rows = std::make_shared<PartRows>(std::move(rows), rect_);
+    RowsAhead ahead(std::move(rows));
+    Status status = encoder_ == Encoder::Jpeg  ? WriteJpeg(ahead, opened_.tags, order_.quality, draft)
+                    : encoder_ == Encoder::Png ? WritePng(ahead, opened_.tags, draft)
+                                               : WriteTiff(ahead, opened_.tags, draft);
+    return status ? CheckOutput(encoder_, draft) : status;
+  }
+
+  Status CutPlainly(host::Draft& draft) {
+    const auto sink = [&](const void* data, std::size_t size) { return draft.Write(data, size); };
+    Status status = CutJpeg(order_.source, rect_, order_.quality, 0, Exif::Drop, limits_, sink);
+    return status ? CheckOutput(Encoder::Jpeg, draft) : status;
+  }
+
+  // Decoded to no more than the size needs, in the colours that it is stored in, while the result is written.
+  Status ScalePlainly(host::Draft& draft) {
+    int shrink = kMostShrink;
+    while (shrink > 1 && (rect_.width / shrink < target_.width || rect_.height / shrink < target_.height)) shrink /= 2;
+    std::shared_ptr<RowStream> rows;
+    if (Status open = OpenJpegRows(order_.source, shrink, limits_, rows, JpegColours::YccAsStored); !open) return open;
+    const base::Size used{FilledPixels(rect_.width, shrink), FilledPixels(rect_.height, shrink)};
+    ScaledRows scaled(std::make_shared<RowsAhead>(std::move(rows)), used, target_);
+    Status status = WriteJpeg(scaled, opened_.tags, order_.quality, draft);
+    return status ? CheckOutput(Encoder::Jpeg, draft) : status;
+  }
+
+  Status Take(Picture& picture) {
+    if (AcceptsAll() && opened_.format == Format::Jpeg) return ReadReducedJpeg(picture);
+    if (part_) return ReadWhole(opened_, picture);
+    picture.tags = opened_.tags;
+    if (Status status = ReadRows(opened_, rect_.top, rect_.height, picture.pixels); !status) return status;
+    picture.pixels = CropOrPad(picture.pixels, {rect_.left, 0, rect_.width, rect_.height}, base::kWhite);
+    return Status::Ok();
+  }
+
+  // A picture for the screen need not be decoded to twice its size.
+  Status ReadReducedJpeg(Picture& picture) {
+    const base::Size enough{(target_.width + 1) / 2, (target_.height + 1) / 2};
+    if (Status open = OpenPicture(files_, order_.source, limits_, enough, opened_); !open) return open;
+    return ReadReduced(opened_, picture);
+  }
+
+  // Of a plain tiff only the part is opened.
+  Status ChoosePart() {
+    if (opened_.format != Format::Tiff) return Status::Ok();
+    std::shared_ptr<FileBytes> bytes;
+    if (Status status = FileBytes::Open(order_.source, bytes); !status) return status;
+    std::shared_ptr<RowStream> rows;
+    base::Size original;
+    Status status = OpenTiffPart(bytes, rect_, limits_, rows, original);
+    if (status.GetProblem() == Problem::Unsupported) return Status::Ok();
+    part_ = static_cast<bool>(status);
+    if (part_) opened_.stream = std::move(rows);
+    return status;
+  }
+
+  Status Turn(Picture& picture) {
+    if (order_.angle == 0) return Status::Ok();
+    const base::Size canvas = TurnedSize(target_, order_.angle);
+    if (!WithinLimits(canvas.width, canvas.height, limits_)) return fault::SidesTooLarge();
+    VImage held = picture.pixels.copy();
+    if (held.get_typeof(VIPS_META_SEQUENTIAL) != 0) held.remove(VIPS_META_SEQUENTIAL);
+    const int pixelBytes = static_cast<int>(VIPS_IMAGE_SIZEOF_PEL(held.get_image()));
+    if (FitsMemory(held.width(), held.height(), pixelBytes, limits_)) {
+      held = held.copy_memory();
+    } else {
+      VImage onDisk = VImage::new_temp_file();
+      held.write(onDisk);
+      held = onDisk;
+    }
+    picture.pixels = Turned(held, order_.angle, base::kWhite);
+    picture.tags.orientation = 1;
+    picture.tags.exif = UprightExif(picture.tags.exif);
+    return Status::Ok();
+  }
+
+  host::Files& files_;
+  const HugeOrder& order_;
+  const Limits& limits_;
+  const Encoder encoder_;
+  OpenedPicture opened_;
+  base::Rect rect_;
+  base::Size target_;
+  bool part_ = false;  // the rows are those of rect_ alone
+};
+
+}  // namespace
+
+Status MakeFromHuge(host::Files& files, const HugeOrder& order, const Limits& limits) {
+  Maker maker(files, order, limits);
+  Status status = files.Save(order.target, [&](host::Draft& draft) { return maker.Fill(draft); });
+  if (!status) DiscardStaleOutput(files, order.source, order.target, status);
+  return status;
+}
+
+}  // namespace quillon::imaging

@@ -1,0 +1,39 @@
+// SPDX-FileCopyrightText: 2026 The Quillon developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "imaging/io/bytes.h"
+
+#include <cerrno>
+#include <cstring>
+
+namespace quillon::imaging {
+
+host::Status FileBytes::Open(const std::string& path, std::shared_ptr<FileBytes>& out) {
+  auto bytes = std::make_shared<FileBytes>();
+  errno = 0;
+  bytes->file_.open(path, std::ios::binary | std::ios::ate);
+  if (!bytes->file_) {
+    return errno != 0 ? host::Status::FromErrno(errno) : host::Status(host::Problem::Other, "文件无法打开");
+  }
+  const std::streamoff end = bytes->file_.tellg();
+  if (end < 0) return {host::Problem::Other, "文件无法读取"};
+  bytes->size_ = static_cast<std::uint64_t>(end);
+  out = std::move(bytes);
+  return host::Status::Ok();
+}
+
+bool FileBytes::ReadAt(std::uint64_t offset, void* out, std::size_t size) {
+  if (offset > size_ || size > size_ - offset) return false;
+  const std::lock_guard lock(mutex_);
+  file_.clear();
+  file_.seekg(static_cast<std::streamoff>(offset));
+  file_.read(static_cast<char*>(out), static_cast<std::streamsize>(size));
+  return file_.good() && static_cast<std::size_t>(file_.gcount()) == size;
+}
+
+bool MemoryBytes::ReadAt(std::uint64_t offset, void* out, std::size_t size) {
+  if (offset > content_.size() || size > content_.size() - offset) return false;
+  if (size > 0) std::memcpy(out, content_.data() + offset, size);
+  return true;
+}
+
+}  // namespace quillon::imaging

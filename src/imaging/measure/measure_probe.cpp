@@ -1,0 +1,136 @@
+// SPDX-FileCopyrightText: 2026 The Quillon developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "imaging/measure/measure_probe.h"
+
+#include <cerrno>
+#include <cstdint>
+#include <exception>
+#include <limits>
+#include <optional>
+
+#include <MediaInfo/MediaInfo.h>
+
+namespace quillon::imaging {
+namespace {
+
+using namespace std::string_view_literals;
+using host::Problem;
+using host::Status;
+
+constexpr std::size_t kBlock = std::size_t{32} * 1024;
+constexpr std::size_t kAllDone = 8;  // bit of Open_Buffer_Continue's result: nothing more is wanted
+constexpr int kSeeksMax = 1000;      // of a file whose offsets lead in circles
+constexpr std::uint64_t kStay = std::numeric_limits<std::uint64_t>::max();
+
+// MediaInfo's name for the kind of file; empty leaves it to try them all.
+const wchar_t* ParserFor(std::string_view begin) {
+  if (begin.starts_with("\xFF\xD8\xFF"sv)) return L"Jpeg";
+  if (begin.starts_with("\x89PNG"sv)) return L"Png";
+  if (begin.starts_with("GIF8"sv)) return L"Gif";
+  if (begin.starts_with("BM"sv)) return L"Bmp";
+  if (begin.starts_with("II*\0"sv) || begin.starts_with("MM\0*"sv)) return L"Tiff";
+  return L"";
+}
+
+// The number in the text between label and "pixels", searched from position at, which is moved behind it.
+std::optional<int> NumberAfter(std::wstring_view report, std::wstring_view label, std::size_t& at) {
+  const std::size_t from = report.find(label, at);
+  if (from == std::wstring_view::npos) return std::nullopt;
+  const std::size_t to = report.find(L"pixels", from);
+  if (to == std::wstring_view::npos) return std::nullopt;
+  at = to;
+  std::int64_t value = 0;
+  bool any = false;
+  for (const wchar_t c : report.substr(from + label.size(), to - from - label.size())) {
+    if (c == L' ' || c == L':' || c == L'\u00A0' || c == L'\u202F' || c == L'\t') continue;
+    if (c < L'0' || c > L'9') return std::nullopt;
+    value = value * 10 + (c - L'0');
+    any = true;
+    if (value > std::numeric_limits<int>::max()) return std::nullopt;
+  }
+  if (!any) return std::nullopt;
+  return static_cast<int>(value);
+}
+
+}  // namespace
+
+bool SizeFromReport(std::wstring_view report, base::Size& size) {
+  std::size_t at = 0;
+  const std::optional<int> width = NumberAfter(report, L"Width", at);
+  if (!width) return false;
+  const std::optional<int> height = NumberAfter(report, L"Height", at);
+  if (!height) return false;
+  size = {*width, *height};
+  return true;
+}
+
+struct MeasureProbe::Parts {
+  MediaInfoLib::MediaInfo info;
+  std::wstring parser;
+
+  void ChooseParser(std::string_view begin) {
+    const std::wstring wanted = ParserFor(begin);
+    if (wanted == parser) return;
+    parser = wanted;
+    info.Option(L"File_ForceParser", parser);
+  }
+
+  // Feeds the file until MediaInfo has seen enough; follows it where it wants to go on reading.
+  void Feed(Source& source) {
+    ChooseParser({reinterpret_cast<const char*>(source.block_.data()), source.count_});
+    info.Open_Buffer_Init(source.length_, 0);
+    std::FILE* file = source.file_.get();
+    for (int seeks = 0; source.count_ > 0;) {
+      if (info.Open_Buffer_Continue(source.block_.data(), source.count_) & kAllDone) break;
+      const std::uint64_t go = info.Open_Buffer_Continue_GoTo_Get();
+      if (go != kStay) {
+        if (++seeks > kSeeksMax) break;
+        if (std::fseek(file, static_cast<long>(go), SEEK_SET) != 0) break;
+        info.Open_Buffer_Init(source.length_, go);
+      }
+      source.count_ = std::fread(source.block_.data(), 1, source.block_.size(), file);
+    }
+    info.Open_Buffer_Finalize();
+  }
+};
+
+MeasureProbe::MeasureProbe() : parts_(std::make_unique<Parts>()) {
+  parts_->info.Option(L"File_TestContinuousFileNames", L"0");
+  parts_->info.Option(L"Complete", L"");
+}
+
+MeasureProbe::~MeasureProbe() = default;
+
+Status MeasureProbe::Source::Open(const std::string& path) {
+  file_.reset(std::fopen(path.c_str(), "rb"));
+  if (!file_) return Status::FromErrno(errno);
+  std::setvbuf(file_.get(), nullptr, _IONBF, 0);
+  errno = 0;
+  if (std::fseek(file_.get(), 0, SEEK_END) != 0) return Status::FromErrno(errno);
+  const long length = std::ftell(file_.get());
+  std::rewind(file_.get());
+  if (length == 0) return {Problem::Damaged, "图片文件是空的"};
+  length_ = static_cast<std::uint64_t>(length);
+  block_.resize(kBlock);
+  errno = 0;
+  count_ = std::fread(block_.data(), 1, block_.size(), file_.get());
+  return std::ferror(file_.get()) ? Status::FromErrno(errno) : Status::Ok();
+}
+
+Status MeasureProbe::Measure(Source& source, base::Size& size) {
+  std::wstring report;
+  try {
+    parts_->Feed(source);
+    report = parts_->info.Inform();
+    parts_->info.Close();
+  } catch (const std::exception&) {
+    return {Problem::Damaged, "无法读取图片的尺寸"};
+  }
+  base::Size found;
+  if (!SizeFromReport(report, found)) return {Problem::Unsupported, "无法读取图片的尺寸"};
+  if (found.Empty()) return {Problem::Damaged, "图片的尺寸为零"};
+  size = found;
+  return Status::Ok();
+}
+
+}  // namespace quillon::imaging

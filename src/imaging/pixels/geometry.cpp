@@ -1,0 +1,83 @@
+// SPDX-FileCopyrightText: 2026 The Quillon developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "imaging/pixels/geometry.h"
+
+#include <algorithm>
+#include <cmath>
+#include <cstdint>
+#include <numbers>
+#include <optional>
+
+#include "imaging/pixels/colours.h"
+#include "imaging/pixels/resample.h"
+
+namespace quillon::imaging {
+namespace {
+
+using vips::VImage;
+
+// The clockwise quarter turns that angle degrees counter-clockwise are, if they are.
+std::optional<VipsAngle> QuarterTurns(double angle) {
+  const double turns = angle / 90;
+  if (turns != std::floor(turns)) return std::nullopt;
+  constexpr VipsAngle kClockwise[] = {VIPS_ANGLE_D0, VIPS_ANGLE_D270, VIPS_ANGLE_D180, VIPS_ANGLE_D90};
+  return kClockwise[static_cast<int>(std::fmod(std::fmod(turns, 4) + 4, 4))];
+}
+
+double Radians(double angle) { return std::fmod(angle, 360) * std::numbers::pi / 180; }
+
+// Runs work on pixels whose colours count as much as they are seen, where there is alpha.
+template <class Work>
+VImage Weighed(const VImage& pixels, Work work) {
+  if (!HasAlpha(pixels)) return work(pixels);
+  const VImage done = work(pixels.cast(VIPS_FORMAT_FLOAT).premultiply());
+  return done.unpremultiply()
+      .rint()
+      .cast(pixels.format())
+      .copy(VImage::option()->set("interpretation", pixels.interpretation()));
+}
+
+}  // namespace
+
+VImage Turned(const VImage& pixels, double angle, base::Colour colour) {
+  if (const std::optional<VipsAngle> turns = QuarterTurns(angle)) {
+    return *turns == VIPS_ANGLE_D0 ? pixels : pixels.rot(*turns);
+  }
+  const VImage able = AbleToHold(pixels, colour);
+  const base::Size canvas = base::TurnedSize({able.width(), able.height()}, angle);
+  const std::vector<double> background = SamplesOf(able, colour);
+  return Weighed(able, [&](const VImage& seen) { return LanczosTurned(seen, Radians(angle), canvas, background); });
+}
+
+VImage Scaled(const VImage& pixels, base::Size size) {
+  if (pixels.width() == size.width && pixels.height() == size.height) return pixels;
+  return Weighed(pixels, [&](const VImage& seen) { return LanczosScaled(seen, size); });
+}
+
+VImage CropOrPad(const VImage& pixels, base::Rect rect, base::Colour colour) {
+  const base::Rect whole{0, 0, pixels.width(), pixels.height()};
+  if (rect == whole) return pixels;
+  const base::Rect seen = Common(rect, whole);
+  if (seen == rect) return pixels.extract_area(rect.left, rect.top, rect.width, rect.height);
+  const VImage able = AbleToHold(pixels, colour);
+  const std::vector<double> outside = SamplesOf(able, colour);
+  if (seen.Empty()) {
+    const VImage dot = able.extract_area(0, 0, 1, 1).new_from_image(outside);
+    return dot.embed(0, 0, rect.width, rect.height, VImage::option()->set("extend", VIPS_EXTEND_COPY));
+  }
+  return able.extract_area(seen.left, seen.top, seen.width, seen.height)
+      .embed(seen.left - rect.left, seen.top - rect.top, rect.width, rect.height,
+             VImage::option()->set("extend", VIPS_EXTEND_BACKGROUND)->set("background", outside));
+}
+
+base::Rect Common(base::Rect a, base::Rect b) {
+  const std::int64_t left = std::max(a.left, b.left);
+  const std::int64_t top = std::max(a.top, b.top);
+  const std::int64_t right = std::min(std::int64_t{a.left} + a.width, std::int64_t{b.left} + b.width);
+  const std::int64_t bottom = std::min(std::int64_t{a.top} + a.height, std::int64_t{b.top} + b.height);
+  if (right <= left || bottom <= top) return {};
+  return {static_cast<int>(left), static_cast<int>(top), static_cast<int>(right - left),
+          static_cast<int>(bottom - top)};
+}
+
+}  // namespace quillon::imaging

@@ -1,0 +1,93 @@
+// SPDX-FileCopyrightText: 2026 The Quillon developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "imaging/pixels/row_image.h"
+
+namespace quillon::imaging {
+namespace {
+
+using host::Status;
+using vips::VImage;
+
+// Rows in order are read ahead by this many, so that threads do not wait for each other at every row.
+constexpr int kRowsAtOnce = 16;
+
+template <class Rows>
+struct Reader {
+  std::shared_ptr<Rows> rows;
+  std::shared_ptr<ReadFault> fault;
+  int next = 0;
+};
+
+int Failed(ReadFault& fault, Status status) {
+  fault.Set(std::move(status));
+  vips_error("quillon", "rows cannot be read");
+  return -1;
+}
+
+int GenerateSpans(VipsRegion* out, void*, void*, void* reader, gboolean*) {
+  auto& self = *static_cast<Reader<RowSource>*>(reader);
+  const VipsRect& area = out->valid;
+  for (int y = area.top; y < area.top + area.height; ++y) {
+    Status status = self.rows->ReadSpan(y, area.left, area.width, VIPS_REGION_ADDR(out, area.left, y));
+    if (!status) return Failed(*self.fault, std::move(status));
+  }
+  return 0;
+}
+
+int GenerateRows(VipsRegion* out, void*, void*, void* reader, gboolean*) {
+  auto& self = *static_cast<Reader<RowStream>*>(reader);
+  const VipsRect& area = out->valid;
+  for (int y = area.top; y < area.top + area.height; ++y, ++self.next) {
+    if (y != self.next || area.left != 0) return Failed(*self.fault, fault::DamagedPicture());
+    Status status = self.rows->ReadRow(VIPS_REGION_ADDR(out, 0, y));
+    if (!status) return Failed(*self.fault, std::move(status));
+  }
+  return 0;
+}
+
+VipsInterpretation InterpretationOf(const RowFacts& facts) {
+  const bool deep = facts.bits == 16;
+  switch (facts.layout) {
+    case RowLayout::Grey:
+      return deep ? VIPS_INTERPRETATION_GREY16 : VIPS_INTERPRETATION_B_W;
+    case RowLayout::Rgb:
+      return deep ? VIPS_INTERPRETATION_RGB16 : VIPS_INTERPRETATION_sRGB;
+    case RowLayout::Cmyk:
+      break;
+  }
+  return VIPS_INTERPRETATION_CMYK;
+}
+
+template <class Rows>
+VImage Generated(std::shared_ptr<Rows> rows, int height, std::shared_ptr<ReadFault> fault, VipsGenerateFn generate) {
+  const RowFacts& facts = rows->Facts();
+  VImage image(vips_image_new());
+  vips_image_init_fields(image.get_image(), facts.size.width, height, facts.Channels(),
+                         facts.bits == 16 ? VIPS_FORMAT_USHORT : VIPS_FORMAT_UCHAR, VIPS_CODING_NONE,
+                         InterpretationOf(facts), 1, 1);
+  auto reader = std::make_unique<Reader<Rows>>(Reader<Rows>{std::move(rows), std::move(fault)});
+  auto* kept = reader.release();
+  g_object_set_data_full(G_OBJECT(image.get_image()), "quillon-rows", kept,
+                         [](gpointer data) { delete static_cast<Reader<Rows>*>(data); });
+  if (vips_image_pipelinev(image.get_image(), VIPS_DEMAND_STYLE_THINSTRIP, nullptr) != 0 ||
+      vips_image_generate(image.get_image(), nullptr, generate, nullptr, nullptr, kept) != 0) {
+    throw vips::VError();
+  }
+  return image;
+}
+
+}  // namespace
+
+VImage ImageOfRows(std::shared_ptr<RowSource> rows, std::shared_ptr<ReadFault> fault) {
+  const int height = rows->Facts().size.height;
+  return Generated(std::move(rows), height, std::move(fault), GenerateSpans);
+}
+
+VImage ImageOfRows(std::shared_ptr<RowStream> rows, int count, std::shared_ptr<ReadFault> fault) {
+  VImage image = Generated(std::move(rows), count, std::move(fault), GenerateRows);
+  // The mark by which steps that would ask out of order know to keep what they need.
+  image.set(VIPS_META_SEQUENTIAL, 1);
+  return image.sequential(VImage::option()->set("tile_height", kRowsAtOnce));
+}
+
+}  // namespace quillon::imaging

@@ -1,0 +1,128 @@
+// SPDX-FileCopyrightText: 2026 The Quillon developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "base/path_text.h"
+#include "base/rounding.h"
+#include "job/cut/cut_steps.h"
+#include "job/settings/presets.h"
+
+namespace quillon::job {
+namespace {
+
+using host::Status;
+
+BoardResolution ResolutionFor(CutFile& file) {
+  const CutOptions& options = file.options;
+  const bool fixedCut = options.fixedSize && !options.frameOnly;
+  imaging::ImageFacts facts;
+  facts.dpi = 1;
+  if (fixedCut || !file.program.images.ImageInfo(file.listedPath, facts)) facts.dpi = 0;
+  return ResolutionOfBoard(fixedCut, options.dpi, facts.dpi, file.program.flags.ScreenDpi);
+}
+
+// Limited to what an int holds: no canvas of that size is ever made.
+int Sum(double image, int before, int behind) { return base::R(image + before + behind); }
+
+void PlaceFit(imaging::BorderRequest& request, base::Size inner, int left, int top) {
+  const Fit fit = FitToSize(request.image, inner.width, inner.height);
+  request.offsetX = Sum(left, fit.offsetX, 0);
+  request.offsetY = Sum(top, fit.offsetY, 0);
+  request.drawn = {fit.FitW, fit.FitH};
+}
+
+void PlaceWhole(imaging::BorderRequest& request, const Board& board) {
+  const base::Size image = request.image;
+  request.total = {Sum(image.width, board.left, board.right), Sum(image.height, board.top, board.bottom)};
+  request.offsetX = board.left;
+  request.offsetY = board.top;
+  request.drawn = image;
+}
+
+// Where the picture lies in its border. Without a fixed cut the frame is the cut itself, whatever TFixWH holds, and the
+// border lies around it; a fixed cut is fitted into its size. A turned picture of presets 3 and 4 lies across, and
+// without ChMode1 its border is turned with it.
+void PlacePicture(const CutFile& file, const Board& board, imaging::BorderRequest& request) {
+  const CutOptions& options = file.options;
+  if (options.frameOnly || !options.fixedSize) {
+    PlaceWhole(request, board);
+    return;
+  }
+  const bool turned = file.RestoreAngle != 0 || file.program.flags.ImageRotated;
+  if (turned && (options.preset == kPresetC || options.preset == kPresetD)) {
+    const Extend extend = options.extendRight ? Extend::Right : Extend::Bottom;
+    request.total = ExtendedSize(extend, options.FixW, options.FixH, board);
+    const bool right = extend == Extend::Right;
+    PlaceFit(request, {options.FixH, options.FixW}, right ? board.left : board.top, right ? board.top : board.left);
+    return;
+  }
+  request.total = {Sum(options.FixW, board.left, board.right), Sum(options.FixH, board.top, board.bottom)};
+  PlaceFit(request, {options.FixW, options.FixH}, board.left, board.top);
+}
+
+// A failure on a canvas that is too large tells its size.
+Status OnCanvas(base::Size size, Status status) {
+  if (status.GetProblem() != host::Problem::TooLarge) return status;
+  return {host::Problem::TooLarge, "加上边框后的画布为 " + std::to_string(size.width) + "x" +
+                                       std::to_string(size.height) + " 像素，超过上限：" + status.Why()};
+}
+
+Status DrawBorder(CutFile& file, const std::string& destination) {
+  const CutOptions& options = file.options;
+  const BoardResolution resolution = ResolutionFor(file);
+  imaging::BorderRequest request;
+  request.source = options.frameOnly ? file.Src : file.latestFile;
+  request.destination = destination;
+  request.image = options.frameOnly ? base::Size{file.W, file.H} : file.latestSize;
+  request.quality = options.quality;
+  request.dpi = options.dpi;
+  request.colour = options.boardColour;
+  request.exif = file.ExifWish();
+  PlacePicture(file, BoardPixels(options.boardMm, resolution.dpi, resolution.k), request);
+  file.latestSize = request.total;
+  return OnCanvas(request.total, file.program.images.AddBoardToFile(request));
+}
+
+// Frame-only with ChAddToSize: the whole picture, fitted and centred on white.
+Status PadToSize(CutFile& file, const std::string& destination) {
+  imaging::Services& images = file.program.images;
+  const CutOptions& options = file.options;
+  imaging::Image picture;
+  imaging::Image canvas;
+  if (Status loaded = images.LoadImageFromFile(file.Src, picture); !loaded) return loaded;
+  const base::Size size{images.GetImageWidth(picture), images.GetImageHeight(picture)};
+  const Fit fit = FitToSize(size, options.FixW, options.FixH);
+  file.latestSize = {options.FixW, options.FixH};
+  if (Status made = images.NewCanvas(file.latestSize, base::kWhite, canvas); !made)
+    return OnCanvas(file.latestSize, made);
+  const base::Rect place{fit.offsetX, fit.offsetY, fit.FitW, fit.FitH};
+  if (Status drawn = images.DrawImage(canvas, picture, place); !drawn) return drawn;
+  images.CopyTags(canvas, picture);
+  images.SetImageResolution(canvas, options.dpi);
+  return images.SaveByType(canvas, destination, base::ToLowerAscii(file.OutExt),
+                           {options.quality, options.blackWhite, file.ExifWish()});
+}
+
+}  // namespace
+
+Step AddBorder(CutFile& file) {
+  CutOptions& options = file.options;
+  if (options.padToSize) {
+    file.program.fBaseOpt.PBoardColor.Set(base::kWhite);
+    options.boardColour = base::kWhite;
+  }
+  if (!options.addBoard) {
+    return options.frameOnly ? Fail(file, "仅边框模式没有启用“裁剪后加边框”，没有输出") : Step::Next;
+  }
+  file.program.host.pump.Turn();
+  const std::string bordered = file.WorkFile("Tmp2");
+  // Gone at the start, so that the save is a fresh one and need not wait for the disk.
+  (void)file.program.host.files.RemoveOwn(bordered);
+  const bool pads = options.frameOnly && options.padToSize;
+  const Status status = pads ? PadToSize(file, bordered) : DrawBorder(file, bordered);
+  if (!status) return Fail(file, status);
+  file.latestFile = bordered;
+  file.RestoreAngle = 0;
+  file.program.flags.ImageRotated = false;
+  return Step::Next;
+}
+
+}  // namespace quillon::job

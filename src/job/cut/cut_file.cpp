@@ -1,0 +1,121 @@
+// SPDX-FileCopyrightText: 2026 The Quillon developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "job/cut/cut_file.h"
+
+#include <algorithm>
+#include <utility>
+
+#include "base/path_text.h"
+#include "host/disk_full.h"
+#include "job/cut/cut_steps.h"
+
+namespace quillon::job {
+namespace {
+
+constexpr int kWorkFileQuality = 98;
+// Pieces of one picture. A piece can be split again if the whole has as many pixels as there are pieces, squared: where
+// there are more than these, none is that large.
+constexpr std::size_t kMostForeseen = 100'000;
+
+constexpr Step (*kSteps[])(CutFile&) = {
+    MeasureSource, PassOverSmall, KeepExifSource, PassOverFolder, ZoomBeforeCut, RotateBeforeCut, NameOutput,
+    AskForFrame,   FindRectangle, MakeCut,        StopHere,       SplitCut,      AddBorder,       ConvertToCmyk,
+    CopyExif,      MakePdf,       Deliver,        RemoveSource,   PlaceOnSheet,
+};
+
+}  // namespace
+
+CutFile::CutFile(CutRun& owner, std::size_t listRow, std::string path)
+    : run(owner),
+      program(owner.program),
+      options(ReadCutOptions(owner.program)),
+      row(listRow),
+      listedPath(std::move(path)),
+      Src(listedPath),
+      exifSource(listedPath) {
+  base::PathParts parts = base::SplitPath(listedPath);
+  folder = std::move(parts.folder);
+  name = std::move(parts.name);
+  extension = std::move(parts.extension);
+  OutExt = OutputExtension(options, extension);
+}
+
+std::string CutFile::WorkFile(const std::string& stem) const { return program.AppPath(stem + "." + OutExt); }
+
+bool CutFile::ConversionFollows() const {
+  return run.pdf || options.toCmyk || (options.keepExif && program.outputTools && !run.OnBackSide());
+}
+
+int CutFile::CutQuality() const { return BorderFollows() ? kWorkFileQuality : options.quality; }
+
+std::string ResultPath(const CutFile& file) {
+  if (!file.run.pdf) return file.Dst;
+  const base::PathParts parts = base::SplitPath(file.Dst);
+  return base::JoinPath(parts.folder, parts.name, "pdf");
+}
+
+std::vector<std::string> ForeseenOutputs(CutRun& run, const std::string& path) {
+  CutFile file(run, 0, path);
+  PredictTarget(file);
+  if (!file.options.split) return {ResultPath(file)};
+  const std::size_t count = std::min(PieceCount(file.options), kMostForeseen);
+  std::vector<std::string> outputs;
+  CutFile piece(run, 0, path);
+  for (std::size_t number = 1; number <= count; ++number) {
+    piece.name = PieceName(file, number);
+    PredictTarget(piece);
+    outputs.push_back(ResultPath(piece));
+  }
+  return outputs;
+}
+
+Step Fail(CutFile& file, std::string why) {
+  file.result.result = Result::None;
+  file.result.output.clear();
+  file.result.why = why.empty() ? "没有得到输出文件" : std::move(why);
+  return Step::FileDone;
+}
+
+Step Fail(CutFile& file, const host::Status& status) {
+  if (!file.options.over && !file.options.split) {
+    if (file.Dst.empty()) PredictTarget(file);
+    file.run.ledger.NoteFailed(file.listedPath, ResultPath(file), status);
+  }
+  return Fail(file, status.Why());
+}
+
+Step PassOver(CutFile& file, std::string why) {
+  file.result.result = Result::Skipped;
+  file.result.why = std::move(why);
+  return Step::FileDone;
+}
+
+host::Status SaveAsking(Program& program, const std::string& path, const std::function<host::Status()>& save,
+                        const std::string& title) {
+  return host::SaveAsking(
+      program.host.boxes, path, host::DiskFullWording::Comma, [&] { program.flags.StopRequested = true; }, save, title);
+}
+
+host::Status CopyAsking(Program& program, const std::string& from, const std::string& to, const std::string& title) {
+  return SaveAsking(
+      program, to, [&] { return program.host.files.Copy(from, to); }, title);
+}
+
+FileResult CutOneFile(CutRun& run, std::size_t row, const std::string& path) {
+  Flags& flags = run.program.flags;
+  flags.ManualRotated = false;
+  flags.ManualAngle = 0;
+  flags.ImageRotated = false;
+  flags.SkipCutThisImage = false;
+
+  CutFile file(run, row, path);
+  file.result = {row, path, "", Result::None, ""};
+  for (const auto step : kSteps) {
+    if (step(file) == Step::FileDone) return file.result;
+  }
+  flags.ImageRotated = false;
+  file.result.result = Result::Written;
+  return file.result;
+}
+
+}  // namespace quillon::job

@@ -1,0 +1,87 @@
+// SPDX-FileCopyrightText: 2026 The Quillon developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <functional>
+#include <string>
+#include <vector>
+
+#include "base/rect.h"
+#include "host/boxes.h"
+#include "imaging/image.h"
+#include "job/cut/cut_run.h"
+#include "job/settings/cut_options.h"
+#include "job/settings/geometry.h"
+
+namespace quillon::job {
+
+// One file on its way through the steps of the cut.
+struct CutFile {
+  // row is the data row from 1, or 0 for a file that no row stands for.
+  CutFile(CutRun& owner, std::size_t listRow, std::string path);
+
+  // Whether a row stands for it.
+  bool Listed() const { return row > 0; }
+  // A work file in the program folder, with the extension of the output.
+  std::string WorkFile(const std::string& name) const;
+  // Whether steps behind the cut change the picture, so that the cut goes to a work file first.
+  bool BorderFollows() const { return options.addBoard; }
+  bool ConversionFollows() const;
+  // Quality of a jpeg that the cut leaves: a work file is saved again later.
+  int CutQuality() const;
+  imaging::Exif ExifWish() const { return options.keepExif ? imaging::Exif::Keep : imaging::Exif::Drop; }
+
+  CutRun& run;
+  Program& program;
+  CutOptions options;
+
+  std::size_t row;
+  std::string listedPath;  // the source as it is listed, and its parts
+  std::string folder;
+  std::string name;
+  std::string extension;
+
+  std::string Src;  // what is cut: the listed file or a work file made of it
+  std::string OutExt;
+  std::string Dst;
+  std::string exifSource;  // the file whose Exif goes to the output
+  int W = 0;
+  int H = 0;
+  host::Status measured;  // why Src has no size
+  imaging::Image Work;    // the turned picture, once it was turned
+  double RestoreAngle = 0;
+  base::Rect rect;
+  Overhang overhang;
+
+  std::string target;      // where the cut is to be saved: Dst or a work file
+  std::string latestFile;  // where the newest state of the output stands, "" before the cut
+  base::Size latestSize;   // of that picture
+  FileResult result;
+};
+
+// Where the output stands in the end: Dst, or the pdf made of it.
+std::string ResultPath(const CutFile& file);
+
+// The outputs of that source, as far as they can be told before it is begun.
+std::vector<std::string> ForeseenOutputs(CutRun& run, const std::string& path);
+
+// What a step answers: go on, or this file is done with (result tells how).
+enum class Step { Next, FileDone };
+
+Step Fail(CutFile& file, std::string why);
+// As above, for a step that failed so: an older output of another run may have to go (see RunLedger::NoteFailed).
+Step Fail(CutFile& file, const host::Status& status);
+
+Step PassOver(CutFile& file, std::string why);
+
+// A save, or a copy, that asks about a full disk; a refused retry sets Flags::StopRequested.
+host::Status SaveAsking(Program& program, const std::string& path, const std::function<host::Status()>& save,
+                        const std::string& title = host::kBoxTitle);
+host::Status CopyAsking(Program& program, const std::string& from, const std::string& to,
+                        const std::string& title = host::kBoxTitle);
+
+// Runs all steps on one file and tells what became of it. Counts a picture that the effects could not load in
+// CutRun::failed; what the observer, the list and the totals hear is up to the caller.
+FileResult CutOneFile(CutRun& run, std::size_t row, const std::string& path);
+
+}  // namespace quillon::job

@@ -1,0 +1,83 @@
+// SPDX-FileCopyrightText: 2026 The Quillon developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "base/path_text.h"
+#include "job/cut/cut_steps.h"
+#include "job/settings/cmyk_profiles.h"
+#include "tools/keys.h"
+
+namespace quillon::job {
+
+namespace {
+
+// What is missing in an output that is written all the same.
+void Note(CutFile& file, const std::string& why) { file.result.why += (file.result.why.empty() ? "" : "；") + why; }
+
+bool HoldsCmyk(const std::string& extension) {
+  const imaging::Encoder encoder = imaging::EncoderFor(extension);
+  return encoder == imaging::Encoder::Jpeg || encoder == imaging::Encoder::Tiff;
+}
+
+}  // namespace
+
+Step StopHere(CutFile& file) {
+  file.program.host.pump.Turn();
+  const bool unfinished = file.BorderFollows() || file.options.split || file.options.toCmyk || file.run.pdf;
+  return file.program.flags.StopRequested && unfinished ? Fail(file, "已停止，未处理完") : Step::Next;
+}
+
+Step ConvertToCmyk(CutFile& file) {
+  if (!file.options.toCmyk) return Step::Next;
+  if (const host::Status usable = CheckCmykProfiles(file.program); !usable) return Fail(file, usable);
+  const host::Status converted = file.program.outputTools->ToCmyk(file.latestFile);
+  if (converted.DiskFull() || converted.GetProblem() == host::Problem::Stopped) return Fail(file, converted);
+  if (!converted) Note(file, "颜色没有转换：" + converted.Why());
+  const std::string format = base::SplitPath(file.latestFile).extension;
+  if (converted && !HoldsCmyk(format)) Note(file, format + " 不能保存 CMYK，印刷效果的颜色存成了 RGB");
+  return Step::Next;
+}
+
+Step CopyExif(CutFile& file) {
+  const bool wanted = file.options.keepExif && !file.run.OnBackSide() && file.program.outputTools;
+  if (!wanted) return Step::Next;
+  const host::Status copied = file.program.outputTools->CopyExif(file.exifSource, file.latestFile);
+  if (!copied) Note(file, "Exif没有保留：" + copied.Why());
+  return Step::Next;
+}
+
+Step MakePdf(CutFile& file) {
+  if (!file.run.pdf) return Step::Next;
+  const std::string pdf = file.program.AppPath("Tmp.pdf");
+  const host::Status made = file.program.outputTools->ToPdf(file.latestFile, pdf);
+  (void)file.program.host.files.RemoveOwn(file.latestFile);
+  if (!made) return Fail(file, made);
+  file.latestFile = pdf;
+  return Step::Next;
+}
+
+Step Deliver(CutFile& file) {
+  Program& program = file.program;
+  file.result.output = ResultPath(file);
+  if (file.latestFile == file.result.output) return Step::Next;
+  // What helpers have worked on is copied under the program's name.
+  const char* title = file.ConversionFollows() ? tools::kTitle : host::kBoxTitle;
+  const host::Status copied = CopyAsking(program, file.latestFile, file.result.output, title);
+  // A work file that is gone need not reach the disk, and the next one is a fresh save.
+  (void)program.host.files.RemoveOwn(file.latestFile);
+  return copied ? Step::Next : Fail(file, copied);
+}
+
+// A result of another name takes the place of its source all the same.
+Step RemoveSource(CutFile& file) {
+  const bool beside = !file.program.host.files.SameFile(file.result.output, file.listedPath);
+  if (file.options.over && beside && !file.run.OnBackSide()) {
+    file.run.ledger.DiscardAtEnd(file.row, file.listedPath, file.result.output);
+  }
+  return Step::Next;
+}
+
+Step PlaceOnSheet(CutFile& file) {
+  if (file.run.withArray) file.program.sheets->Place(file.result.output);
+  return Step::Next;
+}
+
+}  // namespace quillon::job

@@ -1,0 +1,159 @@
+// SPDX-FileCopyrightText: 2026 The Quillon developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include <utility>
+
+#include "base/path_text.h"
+#include "job/cut/cut_steps.h"
+#include "job/settings/parameters.h"
+
+namespace quillon::job {
+namespace {
+
+using host::Status;
+
+constexpr int kThresholdLevel = 128;
+
+// A picture that was turned already is in Work; after the manual step the picture on show is the one to cut.
+Status LoadWork(CutFile& file) {
+  if (file.Work) return Status::Ok();
+  if (file.options.manual) return file.program.manualFrame->ClonePicture(file.Work);
+  return file.program.images.LoadImageFromFile(file.Src, file.Work);
+}
+
+base::Size SizeOf(const CutFile& file) {
+  const imaging::Services& images = file.program.images;
+  return {images.GetImageWidth(file.Work), images.GetImageHeight(file.Work)};
+}
+
+// ChRotateCut, for pictures that no earlier step has turned.
+Status TurnByRule(CutFile& file) {
+  const double angle = TurnAngle(file.options, {file.W, file.H});
+  const bool turned = file.RestoreAngle != 0 || file.program.flags.ImageRotated;
+  if (!file.options.rotateCut || turned || angle == 0) return Status::Ok();
+  if (Status rotated = file.program.images.RotateImage(file.Work, angle, base::kWhite); !rotated) return rotated;
+  const base::Size size = SizeOf(file);
+  file.W = size.width;
+  file.H = size.height;
+  file.RestoreAngle = -angle;
+  file.program.flags.ImageRotated = true;
+  CutParameters parameters = ReadCutParameters(file.program);
+  file.overhang = PopOverhang(parameters);
+  file.rect = CutRectangle(parameters, file.overhang, size, Pass::AfterRotation);
+  return Status::Ok();
+}
+
+Status Recolour(CutFile& file) {
+  imaging::Services& images = file.program.images;
+  Status status;
+  if (file.options.toGray) status = images.ConvertImageToGrayMode(file.Work);
+  if (status && file.options.threshold) status = images.Threshold(file.Work, kThresholdLevel);
+  if (status && file.options.invert) status = images.Invert(file.Work);
+  return status;
+}
+
+Status Restore(CutFile& file) {
+  const double angle = file.RestoreAngle;
+  if (angle == 0) return Status::Ok();
+  if (file.run.withArray) file.RestoreAngle = 0;
+  if (file.run.withArray || !file.options.restore) return Status::Ok();
+  file.RestoreAngle = 0;
+  file.program.flags.ImageRotated = false;
+  return file.program.images.RotateImage(file.Work, angle, file.options.boardColour);
+}
+
+Status ZoomAfterCut(CutFile& file) {
+  if (!file.options.zoomAfter) return Status::Ok();
+  const auto size = ZoomedSize(file.options.zoom, SizeOf(file), ZoomTime::AfterCut);
+  return size ? file.program.images.ResampleImage(file.Work, size->width, size->height) : Status::Ok();
+}
+
+// The last try of a save that failed twice: under the name of the source's folder, cut without the effects.
+Step Rescue(CutFile& file, const Status& failure) {
+  const CutOptions& options = file.options;
+  if (file.target != file.Dst) return Fail(file, failure);
+  const std::string rescued = job::MakeOutputName(file.program.host.files, file.listedPath, options.outFolder,
+                                                  options.keepFolders ? job::KeepFolders::Yes : job::KeepFolders::No,
+                                                  options.over ? job::Overwrite::Yes : job::Overwrite::No,
+                                                  options.outType, options.extensionCase);
+  if (file.run.ledger.IsOtherSource(rescued, file.listedPath)) return Fail(file, failure);
+  const std::string named = std::exchange(file.Dst, rescued);
+  file.target = rescued;
+  if (!KeepReplacedSource(file) || !file.program.images.CropToFile(PlainCrop(file))) {
+    file.Dst = named;
+    return Fail(file, failure);
+  }
+  file.latestFile = file.target;
+  file.latestSize = {file.rect.width, file.rect.height};
+  return Step::Next;
+}
+
+// Where memory does not hold the cut beside the picture: by a bitmap on disk.
+Status CutThroughBitmap(CutFile& file) {
+  imaging::Services& images = file.program.images;
+  images.SetImageResolution(file.Work, file.options.dpi);
+  const std::string bitmap = file.program.AppPath("Tmp.bmp");
+  if (Status saved = images.SaveImageToBmpFile(file.Work, bitmap); !saved) return saved;
+  images.DisposeImage(file.Work);
+  imaging::CropRequest request = PlainCrop(file);
+  request.source = bitmap;
+  request.tagSource = file.exifSource;
+  request.upright = file.RestoreAngle != 0 || file.program.flags.ImageRotated;
+  const bool gif = request.encoder == imaging::Encoder::Gif;
+  if (Status cut = gif ? images.CropToGif(request) : images.CropToFile(request); !cut) return cut;
+  file.latestSize = {file.rect.width, file.rect.height};
+  return Status::Ok();
+}
+
+}  // namespace
+
+Step FailEmptyRectangle(CutFile& file) {
+  if (!file.measured) return Fail(file, file.measured);
+  return Fail(file, "裁剪框的宽或高小于 1 像素（" + std::to_string(file.rect.width) + "x" +
+                        std::to_string(file.rect.height) + "），请检查裁剪参数");
+}
+
+Status SaveWork(CutFile& file) {
+  imaging::Services& images = file.program.images;
+  images.SetImageResolution(file.Work, file.options.dpi);
+  file.latestSize = SizeOf(file);
+  if (Status kept = KeepReplacedSource(file); !kept) return kept;
+  // The save disposes of what it is given; the second try needs the picture again.
+  imaging::Image second;
+  const bool again = static_cast<bool>(images.CloneImage(file.Work, second));
+  const imaging::SaveOptions save{file.CutQuality(), file.options.blackWhite, file.ExifWish()};
+  const Status saved = images.SaveByType(file.Work, file.target, base::ToLowerAscii(file.OutExt), save);
+  if (saved || saved.DiskFull() || !again) return saved;
+  const Status encoded = images.SaveByEncoder(second, file.target, imaging::EncoderFor(file.OutExt), file.CutQuality());
+  return encoded || encoded.DiskFull() ? encoded : saved;
+}
+
+Step CutInMemory(CutFile& file, LoadFailure loadFailure) {
+  imaging::Services& images = file.program.images;
+  if (const Status loaded = LoadWork(file); !loaded) {
+    if (loadFailure == LoadFailure::Counted) ++file.run.failed;
+    return Fail(file, loaded);
+  }
+  if (loadFailure == LoadFailure::Counted) {
+    if (const Status turned = TurnByRule(file); !turned) return Fail(file, turned);
+    if (const Status recoloured = Recolour(file); !recoloured) return Fail(file, recoloured);
+  }
+  if (file.rect.Empty()) return FailEmptyRectangle(file);
+  file.program.host.pump.Turn();
+  if (const Status cut = images.CutImage(file.Work, file.rect); !cut) {
+    if (file.options.split) return Fail(file, cut);
+    if (const Status saved = CutThroughBitmap(file); !saved) return Fail(file, saved);
+    file.latestFile = file.target;
+    return Step::Next;
+  }
+  if (const Status restored = Restore(file); !restored) return Fail(file, restored);
+  if (const Status zoomed = ZoomAfterCut(file); !zoomed) return Fail(file, zoomed);
+  if (file.options.split) return Step::Next;
+  file.program.host.pump.Turn();
+  const Status saved = SaveWork(file);
+  if (saved.DiskFull()) return Fail(file, saved);
+  if (!saved) return Rescue(file, saved);
+  file.latestFile = file.target;
+  return Step::Next;
+}
+
+}  // namespace quillon::job

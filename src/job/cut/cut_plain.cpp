@@ -1,0 +1,97 @@
+// SPDX-FileCopyrightText: 2026 The Quillon developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "base/path_text.h"
+#include "host/files/source_backup.h"
+#include "job/cut/cut_steps.h"
+
+namespace quillon::job {
+namespace {
+
+std::string SourceExtension(const CutFile& file) { return base::SplitPath(file.Src).extension; }
+
+// A crop onto its own source keeps that by itself.
+host::Status Crop(CutFile& file, const imaging::CropRequest& request) {
+  host::Files& files = file.program.host.files;
+  if (!files.SameFile(request.source, request.destination)) {
+    if (host::Status kept = KeepReplacedSource(file); !kept) return kept;
+  }
+  // A work file of an earlier run is no result that would have to be kept.
+  if (request.destination != file.Dst) (void)files.RemoveOwn(request.destination);
+  imaging::Services& images = file.program.images;
+  return request.encoder == imaging::Encoder::Gif ? images.CropToGif(request) : images.CropToFile(request);
+}
+
+Step PopCrop(CutFile& file) {
+  file.latestFile = file.target;
+  file.latestSize = {file.rect.width, file.rect.height};
+  return Step::Next;
+}
+
+// A gif goes through a work file; one that cannot be cut so is loaded and cut in memory.
+Step CutGifSource(CutFile& file) {
+  imaging::CropRequest request = PlainCrop(file);
+  request.destination = file.WorkFile("Tmp");
+  const host::Status cut = Crop(file, request);
+  if (cut.DiskFull()) return Fail(file, cut);
+  if (!cut) return CutInMemory(file, LoadFailure::Told);
+  if (file.target != request.destination) {
+    const host::Status copied = CopyAsking(file.program, request.destination, file.target);
+    if (!copied) return Fail(file, copied);
+  }
+  return PopCrop(file);
+}
+
+// Only the resolution is to change, and a crop stamps it on the way.
+bool OnlyOwnDpi(const CutFile& file) {
+  const CutOptions& options = file.options;
+  const bool pixels = options.rotateCut || options.zoomBefore || options.toGray || options.threshold || options.invert;
+  const bool direct = !IsGif(SourceExtension(file)) && imaging::EncoderFor(file.OutExt) != imaging::Encoder::Gif;
+  return options.ownDpi && !pixels && direct && !NeedsMemory(file) && !options.manual;
+}
+
+}  // namespace
+
+host::Status KeepReplacedSource(CutFile& file) {
+  Program& program = file.program;
+  if (file.options.over || !program.host.files.SameFile(file.target, file.listedPath)) return host::Status::Ok();
+  return SaveAsking(program, file.listedPath, [&] { return host::KeepBackup(program.host.files, file.listedPath); });
+}
+
+imaging::CropRequest PlainCrop(const CutFile& file) {
+  imaging::CropRequest request;
+  request.source = file.Src;
+  request.destination = file.target;
+  request.rect = file.rect;
+  request.encoder = imaging::EncoderFor(file.OutExt);
+  request.quality = file.CutQuality();
+  request.dpi = file.options.dpi;
+  request.exif = file.ExifWish();
+  return request;
+}
+
+bool NeedsMemory(const CutFile& file) {
+  const bool restores = file.RestoreAngle != 0 && file.options.restore;
+  return file.Work || restores || file.options.split || file.options.zoomAfter || IsPsd(SourceExtension(file));
+}
+
+Step CutFileToFile(CutFile& file) {
+  if (NeedsMemory(file)) return CutInMemory(file, LoadFailure::Told);
+  if (file.rect.Empty()) return FailEmptyRectangle(file);
+  if (IsGif(SourceExtension(file))) return CutGifSource(file);
+  const host::Status cut = Crop(file, PlainCrop(file));
+  return cut ? PopCrop(file) : Fail(file, cut);
+}
+
+Step MakeCut(CutFile& file) {
+  if (file.options.frameOnly) return Step::Next;
+  file.program.host.pump.Turn();
+  if (!EffectsApply(file.options)) return CutFileToFile(file);
+  if (OnlyOwnDpi(file) && !file.rect.Empty()) {
+    const host::Status cut = Crop(file, PlainCrop(file));
+    if (cut) return PopCrop(file);
+    if (cut.DiskFull()) return Fail(file, cut);
+  }
+  return CutInMemory(file, LoadFailure::Counted);
+}
+
+}  // namespace quillon::job

@@ -1,0 +1,189 @@
+// SPDX-FileCopyrightText: 2026 The Quillon developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "base/path_text.h"
+#include "base/utf8.h"
+#include "imaging/limits.h"
+#include "job/cut/cut_steps.h"
+#include "job/list/file_intake.h"
+#include "job/settings/parameters.h"
+
+namespace quillon::job {
+namespace {
+
+constexpr const char* kBackSideNote = "(背景拼版)";
+
+void ApplySize(CutFile& file, base::Size size) {
+  file.W = size.width;
+  file.H = size.height;
+}
+
+Step FailLoad(CutFile& file, const host::Status& status) {
+  const bool asked = status.DiskFull();
+  if (EffectsApply(file.options) && !asked) ++file.run.failed;
+  return Fail(file, status);
+}
+
+// Loads the source into Work and turns it; the canvas grows on white.
+host::Status TurnSource(CutFile& file, double angle) {
+  imaging::Services& images = file.program.images;
+  if (host::Status loaded = images.LoadImageFromFile(file.Src, file.Work); !loaded) return loaded;
+  if (host::Status turned = images.RotateImage(file.Work, angle, base::kWhite); !turned) return turned;
+  ApplySize(file, {images.GetImageWidth(file.Work), images.GetImageHeight(file.Work)});
+  file.RestoreAngle = -angle;
+  file.program.flags.ImageRotated = true;
+  return host::Status::Ok();
+}
+
+// The zoomed picture is loaded whole by what follows: one that cannot be is not worth minutes of scaling.
+host::Status FitsZoomed(base::Size size) {
+  constexpr int kRgb = 3;
+  if (imaging::FitsMemory(size.width, size.height, kRgb, imaging::Limits())) return host::Status::Ok();
+  return {host::Problem::TooLarge,
+          "缩放后为 " + std::to_string(size.width) + "x" + std::to_string(size.height) + " 像素，图片太大，内存不足"};
+}
+
+// An output that would take the place of another picture the user listed, or of a file beside an overwritten source, is
+// refused: neither was meant to be written over.
+bool WouldReplaceOther(CutFile& file) {
+  const std::string output = ResultPath(file);
+  if (output == file.listedPath || !file.program.host.files.Stat(output)) return false;
+  if (file.options.over) return !file.program.host.files.SameFile(output, file.listedPath);
+  return !file.run.ledger.Wrote(output) && file.run.ledger.IsOtherSource(output, file.listedPath);
+}
+
+// Where several processes walk one folder a result beside its source, under another name, is a source to the others.
+bool OthersWouldCutIt(const CutFile& file) {
+  const bool anotherName = file.options.split || ResultPath(file) != file.listedPath;
+  return anotherName && file.options.over && file.program.Intake().SharesFolders();
+}
+
+// Without a list a picture that has no size ends the whole run.
+Step EndWithoutSize(CutFile& file) {
+  file.program.flags.StopRequested = true;
+  file.program.Ask(kNoSize);
+  return file.measured ? Fail(file, "图片的宽或高为 0") : Fail(file, file.measured);
+}
+
+// The cut goes to a work file when more is to be done with it, or when a crop would read the file that it writes.
+std::string CutTarget(const CutFile& file) {
+  if (file.BorderFollows()) return file.WorkFile("Tmp");
+  const bool ontoItself = file.options.over && file.Dst == file.listedPath;
+  return ontoItself || file.ConversionFollows() ? file.WorkFile("Tmp2") : file.Dst;
+}
+
+}  // namespace
+
+Step MeasureSource(CutFile& file) {
+  Flags& flags = file.program.flags;
+  imaging::ImageFacts facts;
+  facts.dpi = file.Listed() ? 0 : 1;
+  file.measured = file.program.images.ImageInfo(file.Src, facts);
+  if (!file.measured) facts = {};
+  flags.InfoWidth = std::to_string(facts.width);
+  flags.InfoHeight = std::to_string(facts.height);
+  ApplySize(file, {facts.width, facts.height});
+  if (file.measured.GetProblem() == host::Problem::Stopped) return Fail(file, file.measured);
+  const bool nothing = facts.width == 0 || facts.height == 0;
+  return nothing && !file.Listed() ? EndWithoutSize(file) : Step::Next;
+}
+
+Step PassOverSmall(CutFile& file) {
+  const bool small = TooSmall({file.W, file.H}, file.options.smallest);
+  return small ? PassOver(file, TooSmallText(file.options.smallest)) : Step::Next;
+}
+
+Step KeepExifSource(CutFile& file) {
+  if (!file.options.keepExif || !file.options.over) return Step::Next;
+  const std::string copy = file.program.AppPath("tmp." + file.extension);
+  const host::Status copied = CopyAsking(file.program, file.Src, copy);
+  if (copied) file.exifSource = copy;
+  return copied.DiskFull() ? Fail(file, copied) : Step::Next;
+}
+
+Step PassOverFolder(CutFile& file) {
+  if (!file.options.omitFolders || file.run.omitted.Take(file.folder)) return Step::Next;
+  return PassOver(file, "所在文件夹已有图片处理过，按“忽略已处理过的文件夹”跳过");
+}
+
+Step ZoomBeforeCut(CutFile& file) {
+  if (!file.options.zoomBefore) return Step::Next;
+  const auto size = ZoomedSize(file.options.zoom, {file.W, file.H}, ZoomTime::BeforeCut);
+  if (!size) return Step::Next;
+  const std::string zoomed = file.program.AppPath("Tmp.jpg");
+  host::Status status = FitsZoomed(*size);
+  if (status) status = file.program.images.ZoomPic(file.Src, zoomed, size->width, size->height, file.ExifWish());
+  if (!status) return FailLoad(file, status);
+  file.Src = zoomed;
+  ApplySize(file, *size);
+  return Step::Next;
+}
+
+Step RotateBeforeCut(CutFile& file) {
+  const double angle = RuleAngle(file.options, {file.W, file.H});
+  if (angle == 0) return Step::Next;
+  const host::Status turned = TurnSource(file, angle);
+  return turned ? Step::Next : FailLoad(file, turned);
+}
+
+void PredictTarget(CutFile& file) {
+  const std::string note = file.run.OnBackSide() ? kBackSideNote : "";
+  file.Dst = OutputPath(file.options, file.folder, file.name + note, file.OutExt);
+  file.target = CutTarget(file);
+}
+
+Step NameOutput(CutFile& file) {
+  PredictTarget(file);
+  // Cutting an overwritten source again would cut its cut.
+  const std::string output = ResultPath(file);
+  if (file.run.ledger.WroteFrom(output, file.listedPath)) return PassOver(file, "与列表中前面的文件相同，本次已处理");
+  if (OthersWouldCutIt(file)) {
+    return Fail(file,
+                "结果不用原文件的名字，由几个进程分担时会被当作原文件再裁一次，已跳过：请按文件名列出它，"
+                "或不带 --jobs 和 --shard 运行");
+  }
+  // What is split is written piece by piece.
+  if (!file.options.split && WouldReplaceOther(file))
+    return Fail(file, "会覆盖另一个文件 " + base::DisplayText(output) + "，已跳过");
+  if (file.options.keepFolders && !file.options.over) {
+    const host::Status made = file.program.host.files.MakeFolders(base::SplitPath(file.Dst).folder);
+    if (!made) return Fail(file, "无法创建输出文件夹：" + made.Why());
+  }
+  file.run.SweepDrafts(base::SplitPath(file.Dst).folder);
+  return Step::Next;
+}
+
+Step AskForFrame(CutFile& file) {
+  if (!file.options.manual || file.options.frameOnly) return Step::Next;
+  Program& program = file.program;
+  Flags& flags = program.flags;
+  flags.ManualStepDone = false;
+  const ManualFrame::Answer answer = program.manualFrame->Ask(file.Src, file.Work);
+  program.images.DisposeImage(file.Work);
+  if (answer == ManualFrame::Answer::CutBefore) return PassOver(file, "上次中断之前已按手动裁剪框裁好");
+  if (flags.StopRequested && !flags.ManualStepDone) return Fail(file, "已停止，未处理完");
+  const std::string shown = flags.CurrentImagePath;
+  if (!program.host.files.IsFile(shown)) return Fail(file, "裁剪框预览中的图片已不存在");
+  const std::string shownName = base::ToLowerAscii(shown.substr(shown.rfind('/') + 1));
+  if (shownName.find("." + base::ToLowerAscii(file.OutExt)) == std::string::npos) {
+    return Fail(file, "裁剪框预览中的图片与输出类型不符");
+  }
+  flags.ImageRotated = flags.ManualRotated;
+  file.RestoreAngle = flags.ManualRotated ? -flags.ManualAngle : 0;
+  file.Src = shown;
+  MeasureSource(file);
+  const double angle = RuleAngle(file.options, {file.W, file.H});
+  if (flags.ManualRotated || angle == 0) return Step::Next;
+  const host::Status turned = TurnSource(file, angle);
+  return turned ? Step::Next : FailLoad(file, turned);
+}
+
+Step FindRectangle(CutFile& file) {
+  if (file.options.frameOnly) return Step::Next;
+  CutParameters parameters = ReadCutParameters(file.program);
+  file.overhang = PopOverhang(parameters);
+  const Pass pass = file.Work ? Pass::AfterRotation : Pass::First;
+  file.rect = CutRectangle(parameters, file.overhang, {file.W, file.H}, pass);
+  return Step::Next;
+}
+
+}  // namespace quillon::job

@@ -1,0 +1,61 @@
+// SPDX-FileCopyrightText: 2026 The Quillon developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <cstddef>
+#include <optional>
+#include <string>
+
+#include "imaging/services.h"
+#include "job/cut/cut_file.h"
+
+// The steps that one file goes through, in their order.
+namespace quillon::job {
+
+// --- Before the cut.
+Step MeasureSource(CutFile& file);
+Step PassOverSmall(CutFile& file);    // ChFilter
+Step KeepExifSource(CutFile& file);   // an overwritten source is gone when its Exif is wanted
+Step PassOverFolder(CutFile& file);   // ChOmitFolds
+Step ZoomBeforeCut(CutFile& file);    // ChZoomAndCut
+Step RotateBeforeCut(CutFile& file);  // CmbRotate
+Step NameOutput(CutFile& file);       // Dst, its folder, and where the cut goes first
+// Names Dst and target as NameOutput does, without looking at the disk.
+void PredictTarget(CutFile& file);
+Step AskForFrame(CutFile& file);  // ManualCutMode
+Step FindRectangle(CutFile& file);
+
+// --- The cut.
+Step MakeCut(CutFile& file);
+// A load that fails here is counted as the run's failure, or only told in the row.
+enum class LoadFailure { Counted, Told };
+Step CutInMemory(CutFile& file, LoadFailure loadFailure);
+Step CutFileToFile(CutFile& file);
+// For a rectangle without area; a source that could not be measured is the reason where there is one.
+Step FailEmptyRectangle(CutFile& file);
+// Work, which it disposes of, as a file at target.
+host::Status SaveWork(CutFile& file);
+// The crop that CutFileToFile asks for, from the parts of file that are known before it is begun: names, size and
+// rectangle.
+imaging::CropRequest PlainCrop(const CutFile& file);
+// Without ChOver an output may still fall on its own source, when it lies in the output folder: a copy "<source>.bak"
+// stays beside it.
+host::Status KeepReplacedSource(CutFile& file);
+// True when the cut must hold the picture in memory. A cut that is to be split stays in Work.
+bool NeedsMemory(const CutFile& file);
+
+// --- Behind the cut.
+Step StopHere(CutFile& file);
+Step SplitCut(CutFile& file);  // ChSplit: each piece goes through the steps from here on as a cut of its own
+std::size_t PieceCount(const CutOptions& options);
+// What its piece of that number (from 1) is called.
+std::string PieceName(const CutFile& file, std::size_t number);
+Step AddBorder(CutFile& file);      // ChAddBoard
+Step ConvertToCmyk(CutFile& file);  // ToCmyk
+Step CopyExif(CutFile& file);       // KeepExif
+Step MakePdf(CutFile& file);
+Step Deliver(CutFile& file);       // a finished work file over the output
+Step RemoveSource(CutFile& file);  // ChOver: a source whose output has another name
+Step PlaceOnSheet(CutFile& file);  // ChCutAndArray
+
+}  // namespace quillon::job

@@ -1,0 +1,50 @@
+// SPDX-FileCopyrightText: 2026 The Quillon developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "job/list/file_count.h"
+
+#include <atomic>
+#include <set>
+#include <utility>
+#include <vector>
+
+#include "base/path_text.h"
+
+namespace quillon::job {
+namespace {
+
+using Seen = std::set<std::pair<std::uint64_t, std::uint64_t>>;
+
+std::size_t Count(const host::Files& files, const std::string& root, const WalkRule& rule,
+                  const DoneElsewhere& doneElsewhere, const std::atomic<bool>& stop) {
+  std::size_t count = 0;
+  Seen seen;
+  if (const auto out = files.Stat(rule.leftOut)) seen.emplace(out->device, out->inode);
+  std::vector<std::string> todo{""};  // relative to the root
+  while (!todo.empty() && !stop) {
+    const std::string folder = std::move(todo.back());
+    todo.pop_back();
+    const std::string path = folder.empty() ? root : base::JoinPath(root, folder);
+    const auto facts = files.Stat(path);
+    if (!facts || !seen.emplace(facts->device, facts->inode).second) continue;
+    (void)files.ListFolder(path, [&](const host::FolderEntry& entry) {
+      if (stop) return false;
+      const std::string below = folder.empty() ? entry.name : base::JoinPath(folder, entry.name);
+      const bool ours = entry.kind == host::FileKind::File && rule.accepts(entry.name) && rule.Owns(below);
+      if (ours && (doneElsewhere.empty() || !doneElsewhere.contains(base::JoinPath(path, entry.name)))) ++count;
+      if (entry.kind == host::FileKind::Folder && rule.subfolders == Subfolders::Yes) todo.push_back(below);
+      return true;
+    });
+  }
+  return count;
+}
+
+}  // namespace
+
+FileCount::FileCount(const host::Files& files, std::string root, WalkRule rule, const DoneElsewhere& doneElsewhere)
+    : count_(std::make_shared<std::size_t>(0)),
+      errand_([count = count_, &files, root = std::move(root), rule = std::move(rule), &doneElsewhere](
+                  const std::atomic<bool>& stop) { *count = Count(files, root, rule, doneElsewhere, stop); }) {}
+
+std::optional<std::size_t> FileCount::Result() const { return errand_.Done() ? std::optional(*count_) : std::nullopt; }
+
+}  // namespace quillon::job

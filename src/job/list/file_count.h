@@ -1,0 +1,31 @@
+// SPDX-FileCopyrightText: 2026 The Quillon developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <memory>
+#include <optional>
+#include <string>
+
+#include "host/background_call.h"
+#include "host/files/files.h"
+#include "job/list/file_walk.h"
+#include "job/settings/done_elsewhere.h"
+
+namespace quillon::job {
+
+// Counts behind the run how many files a walk over a folder will hand out. A tree that changes meanwhile is counted as
+// it was seen.
+class FileCount {
+ public:
+  // What was doneElsewhere already is none of them; it has to live as long as this.
+  FileCount(const host::Files& files, std::string root, WalkRule rule, const DoneElsewhere& doneElsewhere);
+
+  // Nothing as long as it is counting.
+  std::optional<std::size_t> Result() const;
+
+ private:
+  std::shared_ptr<std::size_t> count_;
+  host::BackgroundCall errand_;
+};
+
+}  // namespace quillon::job

@@ -1,0 +1,192 @@
+// SPDX-FileCopyrightText: 2026 The Quillon developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "job/list/file_walk.h"
+
+#include <algorithm>
+#include <deque>
+#include <set>
+#include <utility>
+
+#include "base/path_text.h"
+#include "job/list/folder_reader.h"
+#include "job/program.h"
+
+namespace quillon::job {
+namespace {
+
+// Enough to keep every core measuring while rows are added, and little enough that a folder which changes under the
+// walk is seen late.
+constexpr std::size_t kAnnounced = 64;
+constexpr std::size_t kEntriesPerTurn = 256;
+// How long files that are found wait for a folder behind them, in seconds.
+constexpr double kPatience = 0.02;
+
+std::string FolderPart(const std::string& path) { return path.substr(0, path.rfind('/') + 1); }
+
+}  // namespace
+
+bool WalkRule::Owns(const std::string& relativePath) const {
+  return shard.Owns(byFolder ? FolderPart(relativePath) : relativePath);
+}
+
+bool WalkRule::OwnsNamed(const std::string& path) const { return shard.OwnsNamed(byFolder ? FolderPart(path) : path); }
+
+// Files in the order of the walk, found a little ahead of their visit.
+class FileWalk::Finder {
+ public:
+  Finder(Program& program, const WalkRule& rule) : program_(program), rule_(rule) {
+    if (const auto out = rule.leftOut.empty() ? std::nullopt : program.host.files.Stat(rule.leftOut)) {
+      walked_.emplace(out->device, out->inode);
+    }
+  }
+
+  void Begin(const std::vector<std::string>& roots) {
+    for (auto root = roots.rbegin(); root != roots.rend(); ++root) todo_.push_back({*root, 0});
+  }
+
+  // The next path, false at the end.
+  bool Next(std::string& path) {
+    const bool more = announced_ < found_.size() || !todo_.empty() || reading_;
+    if (announced_ <= kAnnounced / 2 && more) Prefetch();
+    if (found_.empty()) return false;
+    path = found_.front().Path();
+    found_.pop_front();
+    --announced_;
+    return true;
+  }
+
+  std::vector<std::string> Upcoming(std::size_t count) const {
+    std::vector<std::string> paths;
+    for (std::size_t i = 0; i < found_.size() && i < count; ++i) paths.push_back(found_[i].Path());
+    return paths;
+  }
+
+  std::size_t LeftToOthers() const { return leftToOthers_; }
+  bool ReachedAll() const { return reachedAll_; }
+
+ private:
+  struct Place {
+    std::string path;
+    std::size_t rootLength = 0;  // how much of the path is its root; 0 for a root itself
+  };
+  struct Found {
+    std::shared_ptr<const std::string> folder;  // none for a root
+    std::string name;
+
+    std::string Path() const { return folder ? base::JoinPath(*folder, name) : name; }
+  };
+
+  void Prefetch() {
+    while (found_.size() < kAnnounced && !program_.flags.StopRequested && Expand()) {
+    }
+    std::vector<std::string> paths = Upcoming(kAnnounced);
+    announced_ = paths.size();
+    if (program_.recovering) return;
+    program_.images.PlanMeasures(std::move(paths));
+  }
+
+  // False at the end, and where what is found would have to wait for the next folder.
+  bool Expand() {
+    if (!reading_) {
+      if (todo_.empty()) return false;
+      place_ = std::move(todo_.back());
+      todo_.pop_back();
+      reading_ = std::make_unique<FolderReader>(program_, place_.path);
+    }
+    if (!found_.empty() && !reading_->Done(kPatience)) return false;
+    const FolderContent content = reading_->Take();
+    reading_.reset();
+    ReadContent(std::exchange(place_, {}), content);
+    program_.host.pump.Turn();
+    return true;
+  }
+
+  void ReadContent(const Place& place, const FolderContent& content) {
+    const bool root = place.rootLength == 0;
+    const bool folder = content.facts && content.facts->kind == host::FileKind::Folder;
+    if (root && !folder && content.listed) {
+      Take({nullptr, place.path}, rule_.OwnsNamed(place.path));
+    } else if (!content.listed) {
+      const bool mine = root || rule_.shard.Owns(Relative(place.path, place.rootLength));
+      NoteNotListed(place.path, content.listed, mine);
+    }
+    if (folder && walked_.emplace(content.facts->device, content.facts->inode).second) {
+      ReadEntries(place, content.entries);
+    }
+  }
+
+  void ReadEntries(const Place& place, const std::vector<host::FolderEntry>& entries) {
+    const auto folder = std::make_shared<const std::string>(place.path);
+    const std::size_t rootLength = place.rootLength > 0 ? place.rootLength : place.path.size();
+    std::vector<Place> below;
+    std::size_t seen = 0;
+    for (const host::FolderEntry& entry : entries) {
+      if (entry.kind == host::FileKind::File && rule_.accepts(entry.name)) {
+        Take({folder, entry.name}, rule_.Owns(Relative(base::JoinPath(place.path, entry.name), rootLength)));
+      } else if (entry.kind == host::FileKind::Folder && rule_.subfolders == Subfolders::Yes) {
+        below.push_back({base::JoinPath(place.path, entry.name), rootLength});
+      }
+      if (++seen % kEntriesPerTurn == 0) program_.host.pump.Turn();
+    }
+    todo_.insert(todo_.end(), below.rbegin(), below.rend());
+  }
+
+  static std::string Relative(const std::string& path, std::size_t rootLength) {
+    return path.substr(path[rootLength] == '/' ? rootLength + 1 : rootLength);
+  }
+
+  void Take(Found found, bool mine) {
+    if (mine && (program_.doneElsewhere.empty() || !program_.doneElsewhere.contains(found.Path()))) {
+      found_.push_back(std::move(found));
+    } else {
+      ++leftToOthers_;
+    }
+  }
+
+  // A folder that went away meanwhile holds nothing.
+  void NoteNotListed(const std::string& folder, const host::Status& why, bool mine) {
+    const host::Problem problem = why.GetProblem();
+    if (problem == host::Problem::Missing || problem == host::Problem::Stopped) return;
+    if (problem != host::Problem::Denied) reachedAll_ = false;
+    if (mine && program_.observer) {
+      program_.observer->FileNotListed(folder, "文件夹无法读取，已跳过：" + why.Why());
+    }
+  }
+
+  Program& program_;
+  const WalkRule& rule_;
+  std::vector<Place> todo_;  // roots and folders, the next one last
+  std::unique_ptr<FolderReader> reading_;
+  Place place_;  // that is read
+  std::deque<Found> found_;
+  std::size_t announced_ = 0;  // how many of found_ stand in the plan
+  std::size_t leftToOthers_ = 0;
+  bool reachedAll_ = true;
+  std::set<std::pair<std::uint64_t, std::uint64_t>> walked_;
+};
+
+FileWalk::FileWalk(Program& program, WalkRule rule)
+    : program_(program), rule_(std::move(rule)), finder_(std::make_unique<Finder>(program_, rule_)) {}
+
+FileWalk::~FileWalk() = default;
+
+WalkEnd FileWalk::Run(const std::vector<std::string>& roots, const Visit& visit) {
+  finder_->Begin(roots);
+  WalkEnd end = WalkEnd::Complete;
+  std::string path;
+  while (end == WalkEnd::Complete && finder_->Next(path)) {
+    program_.host.pump.Turn();
+    if (program_.flags.StopRequested || !visit(path)) end = WalkEnd::Stopped;
+  }
+  if (program_.flags.StopRequested) end = WalkEnd::Stopped;
+  program_.images.PlanMeasures({});
+  return end;
+}
+
+std::vector<std::string> FileWalk::Upcoming(std::size_t count) const { return finder_->Upcoming(count); }
+
+std::size_t FileWalk::LeftToOthers() const { return finder_->LeftToOthers(); }
+
+bool FileWalk::ReachedAll() const { return finder_->ReachedAll(); }
+
+}  // namespace quillon::job

@@ -1,0 +1,53 @@
+// SPDX-FileCopyrightText: 2026 The Quillon developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "job/list/omitted_folders.h"
+
+#include <string_view>
+
+#include "base/path_text.h"
+#include "job/program.h"
+
+namespace quillon::job {
+namespace {
+
+constexpr const char* kFile = "OmitSubfolds.dat";
+constexpr const char* kLineEnd = "\r\n";
+
+}  // namespace
+
+OmittedFolders::OmittedFolders(Program& program) : program_(program) {}
+
+void OmittedFolders::Clear() {
+  folders_.clear();
+  program_.flags.OmittedFolders.clear();
+}
+
+void OmittedFolders::Read() {
+  for (const auto& [source, wrote] : program_.doneElsewhere) {
+    if (wrote == Wrote::Yes) Take(base::SplitPath(source).folder);
+  }
+  std::string text;
+  // Before the first run there is no such file, and an unreadable one omits nothing.
+  if (!program_.host.files.ReadFile(program_.AppPath(kFile), text)) return;
+  for (std::string_view rest = text; !rest.empty();) {
+    const std::size_t end = rest.find('\n');
+    std::string line(rest.substr(0, end));
+    rest.remove_prefix(end == std::string_view::npos ? rest.size() : end + 1);
+    if (line.ends_with('\r')) line.pop_back();
+    if (!line.empty() && program_.host.files.IsFolder(line)) Take(line);
+  }
+}
+
+bool OmittedFolders::Take(const std::string& folder) {
+  if (!folders_.insert(folder).second) return false;
+  program_.flags.OmittedFolders += folder + kLineEnd;
+  return true;
+}
+
+host::Status OmittedFolders::WriteBack() {
+  const host::Status saved = program_.host.files.Save(program_.AppPath(kFile), program_.flags.OmittedFolders);
+  Clear();
+  return saved;
+}
+
+}  // namespace quillon::job

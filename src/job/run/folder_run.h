@@ -1,0 +1,63 @@
+// SPDX-FileCopyrightText: 2026 The Quillon developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <string>
+
+#include "job/list/file_count.h"
+#include "job/list/file_walk.h"
+#include "job/run/driver.h"
+#include "job/run/run_journal.h"
+#include "job/run/run_ledger.h"
+
+namespace quillon::job {
+
+// The large-capacity run that all drivers share: no list; every file of the input folder that the mode takes goes
+// straight to the driver, in the order of the walk. The window stays usable, MenuStop ends the run after any file, and
+// what the run needs of memory does not grow with it.
+//
+// Files in an output folder that lies below the input folder are not handled, unless results go beside their sources.
+// Where the walk can come upon results, those of this run and of the part that it continues are passed over. A run that
+// could not reach all folders has not come to its end and can be continued.
+class FolderRun {
+ public:
+  FolderRun(Program& program, RunLedger& ledger, FileDriver& driver);
+  ~FolderRun();
+  FolderRun(const FolderRun&) = delete;
+  FolderRun& operator=(const FolderRun&) = delete;
+
+  // Asks whether a run of the same job that was broken off is to be continued; false when the user wants no run.
+  bool Begin();
+  // Empties the list and walks the input folder, with its subfolders where ChSubFold is on; tells the observer of the
+  // start, each file and, once they are counted, the number of files. The end is told by the caller.
+  void Walk();
+
+ private:
+  std::string Root() const;
+  WalkRule Rule() const;
+  void HandleNext(const FileWalk& walk, const std::string& path);
+  void Handle(const FileWalk& walk, const std::string& path);
+  // A file that an earlier part of the job has handled.
+  void ReportStanding(const std::string& path);
+  // A result that the walk has come upon.
+  bool IsResult(const std::string& path);
+  void DiscardOlder(const std::string& source);
+  void CheckPoint();
+  void ReportCount(const FileCount& count);
+  // Whether path, which exists, is one that this walk hands out.
+  bool IsSource(const std::string& path) const;
+
+  Program& program_;
+  RunLedger& ledger_;
+  FileDriver& driver_;
+  RunJournal journal_;
+  std::string root_;
+  WalkRule rule_;
+  std::size_t number_ = 0;
+  std::size_t unchecked_ = 0;  // files since the last checkpoint
+  double checked_ = 0;         // when that was
+  bool countTold_ = false;
+  bool reachedAll_ = true;  // no file was passed over because its disk did not answer
+};
+
+}  // namespace quillon::job

@@ -1,0 +1,359 @@
+// SPDX-FileCopyrightText: 2026 The Quillon developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "job/run/run_journal.h"
+
+#include <algorithm>
+#include <sstream>
+#include <utility>
+
+#include "base/path_text.h"
+#include "job/program.h"
+#include "job/run/run_ledger.h"
+
+namespace quillon::job {
+namespace {
+
+using host::FileFacts;
+
+// Keys. A source that is to be overwritten is written down as begun, every finished one as done; an output tells from
+// which source it came, and one that is not made yet of which it is meant to be. An empty value is none.
+constexpr const char* kBegun = "begun";
+constexpr const char* kDone = "done";
+constexpr const char* kFrom = "from";
+constexpr const char* kMeant = "meant";
+
+constexpr int kYesNoCancelQuestion = 35;
+constexpr int kYesNoQuestion = 36;
+constexpr const char* kInUse = "这项任务正由另一个程序处理，或者它的记录现在无法读取，请稍后再试";
+
+struct Stamp {
+  std::uint64_t size = 0;
+  std::int64_t modified = 0;
+  std::uint64_t inode = 0;
+  std::int64_t changed = 0;
+
+  bool SameContent(const Stamp& other) const { return size == other.size && modified == other.modified; }
+  // Some disks number their files anew each time they are mounted; the time of the last change stays even then.
+  bool SameFile(const Stamp& other) const { return inode == other.inode || changed == other.changed; }
+};
+
+Stamp StampOf(const FileFacts& facts) { return {facts.size, facts.modified, facts.inode, facts.changed}; }
+
+std::ostream& operator<<(std::ostream& out, const Stamp& stamp) {
+  return out << stamp.size << ' ' << stamp.modified << ' ' << stamp.inode << ' ' << stamp.changed;
+}
+
+std::istream& operator>>(std::istream& in, Stamp& stamp) {
+  return in >> stamp.size >> stamp.modified >> stamp.inode >> stamp.changed;
+}
+
+// As text: the source's stamp, and for each output its stamp and path, ended by a zero byte.
+struct Done {
+  Stamp source;
+  std::vector<std::pair<Stamp, std::string>> outputs;
+};
+
+std::string TextOf(const Done& done) {
+  std::ostringstream text;
+  text << done.source;
+  for (const auto& [stamp, path] : done.outputs) text << ' ' << stamp << ' ' << path << '\0';
+  return text.str();
+}
+
+// One without outputs where the text is none of these.
+Done ReadDone(const std::string& text) {
+  std::istringstream in(text);
+  Done done;
+  in >> done.source;
+  Stamp stamp;
+  std::string path;
+  while (in >> stamp && in.get() == ' ' && std::getline(in, path, '\0')) done.outputs.emplace_back(stamp, path);
+  return done;
+}
+
+// Output is one of those in Done.
+bool Unchanged(const host::Files& files, const std::pair<Stamp, std::string>& output) {
+  const auto facts = files.Stat(output.second);
+  if (!facts) return false;
+  const Stamp now = StampOf(*facts);
+  return now.SameContent(output.first) && now.SameFile(output.first);
+}
+
+bool OutputsStand(const host::Files& files, const Done& done) {
+  return !done.outputs.empty() && std::all_of(done.outputs.begin(), done.outputs.end(),
+                                              [&](const auto& output) { return Unchanged(files, output); });
+}
+
+bool IsParameter(const controls::Control& control) {
+  switch (control.GetKind()) {
+    case controls::Kind::CheckBox:
+    case controls::Kind::Option:
+    case controls::Kind::TextBox:
+    case controls::Kind::ComboBox:
+    case controls::Kind::ColourBox:
+    case controls::Kind::Slider:
+      return true;
+    default:
+      return false;
+  }
+}
+
+// What a run itself puts into the windows is no parameter of it: the margins of the frame that is placed by hand, and
+// the white around a picture that is padded. Nor is the profile, which no cut looks at and which is only chosen when
+// its window is opened.
+bool ChangesNothing(const Program& program, const controls::Control& control) {
+  if (&control == &program.fBaseOpt.CmbCMYK) return true;
+  if (&control == &program.fBaseOpt.PBoardColor) return program.form1.ChAddToSize.On();
+  return program.flags.ManualCutMode && control.FullName().starts_with("Form1.TCutValue");
+}
+
+std::string PartedQuestion(std::uint64_t count) {
+  const std::string before = std::to_string(count);
+  const std::string how =
+      count > 1 ? "当时分成 " + before + " 份处理，这次分得不同，认不出哪些文件已经处理过。要接着处理，请仍分成 " +
+                      before + " 份：用 --jobs " + before + "，或者与上次相同的 --shard 和 --jobs"
+                : "当时没有分份，这次分了份，认不出哪些文件已经处理过。要接着处理，请不带 --jobs 和 --shard 运行";
+  return "上次的这项任务没有做完，" + how +
+         "。这次先不处理吗？\r\n是——不处理\r\n否——全部重新处理，已覆盖的原文件会再裁一次";
+}
+
+}  // namespace
+
+RunJournal::RunJournal(Program& program, std::string driver, std::vector<std::string> windows)
+    : program_(program), driver_(std::move(driver)), windows_(std::move(windows)) {}
+
+std::string RunJournal::JobText() const {
+  std::ostringstream text;
+  text << driver_ << '\n' << program_.form1.LInDir.Value() << '\n' << program_.form1.LOutDir.Value() << '\n';
+  text << program_.flags.OutDpi << '\n';
+  const bool pixels = program_.form1.ChCutA.On() && !program_.form1.ChFixCut.On();
+  text << (pixels && program_.flags.AdvancedOptionsLoaded) << '\n';  // margins count otherwise then
+  for (const std::string& name : windows_) {
+    const controls::Window* window = program_.windows.FindWindow(name);
+    if (!window) continue;
+    for (const controls::Control* control : window->Controls()) {
+      if (IsParameter(*control) && !ChangesNothing(program_, *control))
+        text << control->FullName() << '=' << control->Value() << '\n';
+    }
+  }
+  return text.str();
+}
+
+bool RunJournal::Begin() {
+  job_ = JobText();
+  if (!program_.journals) return true;
+  // Ours is taken first: of two that begin at once one at least sees the other.
+  const host::JobPart own{job_, program_.shard.index, program_.shard.count};
+  journal_ = program_.journals->Open(own);
+  if (!journal_ && program_.journals->FindUnfinished(job_, [&](const auto& part) { return part == own; })) {
+    program_.Ask(kInUse);
+    return false;
+  }
+  if (!NoConflictingSplit()) return false;
+  if (!journal_ || Empty() || program_.recovering) return true;
+  const std::string question = "上次的这项任务没有做完，已写好 " + std::to_string(journal_->Count(kDone)) +
+                               " 个文件。要接着处理吗？\r\n是——接着处理，已写好的不再处理\r\n否——全部重新处理";
+  const char* twice = program_.form1.ChOver.On() ? "，已覆盖的原文件会再裁一次" : "";
+  const host::Reply reply = program_.Ask(question + twice + "\r\n取消——不处理", kYesNoCancelQuestion);
+  if (reply == host::Reply::No) journal_->Clear();
+  return reply == host::Reply::Yes || reply == host::Reply::No;
+}
+
+bool RunJournal::Empty() {
+  return journal_->Count(kDone) == 0 && journal_->Count(kBegun) == 0 && journal_->Count(kMeant) == 0;
+}
+
+// True when no run is left that has parted the same files otherwise: what it has done lies in journals that would not
+// be looked into. All processes of a call have to come to the same answer, so that none of them begins where another
+// one does not.
+bool RunJournal::NoConflictingSplit() {
+  const Shard call = program_.shard.OfCall();
+  const auto parted = [&](const host::JobPart& part) {
+    return part.count != program_.shard.count && call.Overlaps({part.index, part.count, ""});
+  };
+  const auto unfinished = program_.journals->FindUnfinished(job_, parted);
+  if (!unfinished) return true;
+  if (program_.Ask(PartedQuestion(unfinished->count), kYesNoQuestion) != host::Reply::No) return false;
+  if (program_.journals->Forget(job_, parted)) return true;
+  program_.Ask(kInUse);
+  return false;
+}
+
+bool RunJournal::Stands(const std::string& source) {
+  if (!journal_) return false;
+  const std::string doneText = journal_->Get(source, kDone).value_or("");
+  const std::string begunText = doneText.empty() ? journal_->Get(source, kBegun).value_or("") : std::string();
+  if (doneText.empty() && begunText.empty()) return false;
+  const host::Files& files = program_.host.files;
+  const auto now = files.Stat(source);
+  if (!doneText.empty()) {
+    const Done done = ReadDone(doneText);
+    if (!OutputsStand(files, done)) return false;
+    return !now || done.outputs.front().second == source || StampOf(*now).SameContent(done.source);
+  }
+  if (!now) return false;
+  // Replaced as a whole: that is what a finished cut does to its source.
+  std::istringstream in(begunText);
+  Stamp before;
+  return in >> before && !StampOf(*now).SameFile(before);
+}
+
+void RunJournal::EachHandled(const std::function<void(const std::string& source)>& take) {
+  if (!journal_) return;
+  const auto answers = [this](const std::string& source) {
+    program_.host.pump.Turn();
+    return !program_.flags.StopRequested && static_cast<bool>(program_.disks.AskFolder(base::SplitPath(source).folder));
+  };
+  const auto takeStanding = [&](const std::string& source) {
+    if (answers(source) && Stands(source)) take(source);
+  };
+  journal_->Each(kDone, takeStanding);
+  journal_->Each(kBegun, takeStanding);
+  // Killed when the source had gone, before that was noted.
+  journal_->Each(kMeant, [&](const std::string& output) {
+    const std::string source = journal_->Get(output, kMeant).value_or("");
+    if (source.empty() || !answers(source)) return;
+    const host::Files& files = program_.host.files;
+    if (!files.Stat(source) && files.Stat(output)) take(source);
+  });
+}
+
+std::vector<std::string> RunJournal::OutputsOf(const std::string& source) {
+  std::vector<std::string> paths;
+  const std::string text = journal_ ? journal_->Get(source, kDone).value_or("") : std::string();
+  for (const auto& [stamp, path] : ReadDone(text).outputs) paths.push_back(path);
+  return paths;
+}
+
+std::string RunJournal::MadeOf(const std::string& path) {
+  if (!journal_) return {};
+  if (std::string source = SourceOf(path); !source.empty()) {
+    const Done done = ReadDone(journal_->Get(source, kDone).value_or(""));
+    const auto output =
+        std::find_if(done.outputs.begin(), done.outputs.end(), [&](const auto& one) { return one.second == path; });
+    if (output != done.outputs.end() && Unchanged(program_.host.files, *output)) return source;
+    // Another file has taken its place.
+    if (!IsMeant(path)) journal_->Set(path, kFrom, "");
+  }
+  return journal_->Get(path, kMeant).value_or("");
+}
+
+void RunJournal::Begun(const std::string& source, const std::vector<std::string>& next, const Foreseen& foreseen) {
+  if (!journal_) return;
+  before_ = program_.host.files.Stat(source);
+  if (intended_.contains(source)) return;
+  intended_.clear();
+  std::size_t names = Intend(source, foreseen(source));
+  if (names == 0) return;
+  for (const std::string& path : next) {
+    if (names >= kIntendedAtOnce) break;
+    // What an earlier part of the job has made is not touched again.
+    if (!Stands(path) && MadeOf(path).empty()) names += Intend(path, foreseen(path));
+  }
+  journal_->Commit();
+}
+
+bool RunJournal::IsMeant(const std::string& output) const {
+  return !journal_->Get(output, kMeant).value_or("").empty();
+}
+
+// How many names were looked at. A name that is taken belongs to the user, and nothing is meant to go there.
+std::size_t RunJournal::Intend(const std::string& source, const std::vector<std::string>& outputs) {
+  const host::Files& files = program_.host.files;
+  const auto before = files.Stat(source);
+  if (!before || outputs.empty()) return 0;
+  Intent& intent = intended_[source];
+  for (const std::string& output : outputs) {
+    const auto there = files.Stat(output);
+    if (there && there->device == before->device && there->inode == before->inode) {
+      intent.inPlace = true;
+      std::ostringstream text;
+      text << StampOf(*before);
+      journal_->Set(source, kBegun, text.str());
+      continue;
+    }
+    const std::string maker = there ? MadeOf(output) : std::string();
+    if (there && maker.empty()) continue;
+    if (!there) intent.fresh.push_back(output);
+    if (maker == source) intent.older.push_back(output);
+    if (!IsMeant(output)) journal_->Set(output, kMeant, source);
+  }
+  // What was done does not hold any more.
+  if (journal_->Get(source, kDone)) journal_->Set(source, kDone, "");
+  return outputs.size();
+}
+
+std::vector<std::string> RunJournal::Older(const std::string& source) const {
+  const auto intent = intended_.find(source);
+  return intent == intended_.end() ? std::vector<std::string>() : intent->second.older;
+}
+
+// Nothing was made of source: what comes to stand under those names is the user's.
+void RunJournal::Drop(const std::string& source, const Intent& intent) {
+  if (intent.inPlace) journal_->Set(source, kBegun, "");
+  for (const std::string& output : intent.fresh) {
+    if (!program_.host.files.Stat(output)) journal_->Set(output, kMeant, "");
+  }
+}
+
+void RunJournal::Ended(const std::string& source, const std::vector<FileResult>& results) {
+  if (!journal_ || !before_) return;
+  const auto intent = intended_.extract(source);
+  Made made{source, *before_, {}};
+  for (const FileResult& result : results) {
+    if (result.result != Result::Written) {
+      if (intent) Drop(source, intent.mapped());
+      return;
+    }
+    made.outputs.push_back(result.output);
+    made.outputs.insert(made.outputs.end(), result.more.begin(), result.more.end());
+  }
+  made_.push_back(std::move(made));
+}
+
+void RunJournal::Commit(const RunLedger& ledger) {
+  if (!journal_) return;
+  const std::vector<Made> made = std::exchange(made_, {});
+  if (JobText() != job_) return;
+  for (const Made& one : made) {
+    const auto stands = [&](const std::string& output) { return ledger.WroteFrom(output, one.source); };
+    if (std::all_of(one.outputs.begin(), one.outputs.end(), stands)) WriteDown(one);
+  }
+  journal_->Commit();
+}
+
+void RunJournal::WriteDown(const Made& made) {
+  Done done{StampOf(made.before), {}};
+  for (const std::string& output : made.outputs) {
+    const auto facts = program_.host.files.Stat(output);
+    if (!facts) return;
+    done.outputs.emplace_back(StampOf(*facts), output);
+    if (output == made.source) continue;
+    journal_->Set(output, kFrom, made.source);
+    if (IsMeant(output)) journal_->Set(output, kMeant, "");
+  }
+  journal_->Set(made.source, kDone, TextOf(done));
+}
+
+std::string RunJournal::SourceOf(const std::string& output) {
+  return journal_ ? journal_->Get(output, kFrom).value_or("") : std::string();
+}
+
+void RunJournal::End(const RunLedger& ledger, bool complete) {
+  if (!journal_) return;
+  for (const auto& [source, intent] : intended_) Drop(source, intent);
+  Commit(ledger);
+  if (!complete) return;
+  journal_->Remove();
+  journal_.reset();
+}
+
+std::optional<std::string> RunJournal::Get(const std::string& source, const std::string& key) {
+  return journal_ ? journal_->Get(source, key) : std::nullopt;
+}
+
+void RunJournal::Set(const std::string& source, const std::string& key, const std::string& value) {
+  if (journal_) journal_->Set(source, key, value);
+}
+
+}  // namespace quillon::job

@@ -1,0 +1,215 @@
+// SPDX-FileCopyrightText: 2026 The Quillon developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "job/settings/geometry.h"
+
+#include <algorithm>
+#include <limits>
+#include <string>
+
+#include "base/number_text.h"
+#include "base/rounding.h"
+#include "job/settings/units.h"
+
+namespace quillon::job {
+namespace {
+
+using base::R;
+
+constexpr double kMinZoomPercent = 10;
+constexpr double kMaxZoomPercent = 500;
+constexpr double kMinZoomSide = 32;
+constexpr double kMaxZoomSide = 30000;
+
+void MoveNegative(double& margin, double& sum) {
+  if (margin >= 0) return;
+  sum += margin;
+  margin = 0;
+}
+
+// A fixed frame with equal proportions: the margins are percent although the unit in use is pixels.
+base::Rect ProportionalRectangle(const CutParameters& p, const Overhang& overhang, base::Size picture) {
+  const double W = picture.width;
+  const double H = picture.height;
+  base::Rect cut;
+  if (p.ChFull && overhang.OverH != 0) {
+    cut.left = R(p.ML * W / 100);
+    cut.width = R((100 - p.ML) * W / 100);
+    cut.height = picture.height;
+  } else if (p.ChFull && overhang.OverV != 0) {
+    cut.top = R(p.MT * H / 100);
+    cut.width = picture.width;
+    cut.height = R((100 - p.MT) * H / 100);
+  } else {
+    cut.left = R((p.ML / 100) * W);
+    cut.top = R((p.MT / 100) * H);
+    cut.width = R((W - cut.left) - (p.MR / 100) * W);
+    cut.height = R((H - cut.top) - (p.MB / 100) * H);
+  }
+  return cut;
+}
+
+base::Rect PixelRectangle(const CutParameters& p, base::Size picture, Pass pass) {
+  const bool remainders = p.ChFixCut || (pass == Pass::First && !p.AdvancedOptionsLoaded);
+  base::Rect cut;
+  cut.left = R(p.ML);
+  cut.top = R(p.MT);
+  cut.width = R(remainders ? (static_cast<double>(picture.width) - cut.left) - p.FixW : p.TSmalS2);
+  cut.height = R(remainders ? (static_cast<double>(picture.height) - cut.top) - p.FixH : p.TSmalS3);
+  return cut;
+}
+
+base::Rect PercentRectangle(const CutParameters& p, base::Size picture) {
+  const double W = picture.width;
+  const double H = picture.height;
+  base::Rect cut;
+  cut.left = R((p.ML / 100) * W);
+  cut.top = R((p.MT / 100) * H);
+  cut.width = R(((100 - p.ML - p.MR) / 100) * W);
+  cut.height = R(((100 - p.MT - p.MB) / 100) * H);
+  return cut;
+}
+
+// A text of CmbZoom in plain characters. "w,h" is a pair; with "%" or without a comma it is a percentage.
+struct ZoomText {
+  bool pair = false;
+  std::string_view width;
+  std::string_view height;
+};
+
+ZoomText ReadZoomText(std::string_view text) {
+  const auto comma = text.find(',');
+  if (comma == std::string_view::npos || text.find('%') != std::string_view::npos) return {};
+  return {true, text.substr(0, comma), text.substr(comma + 1)};
+}
+
+int ZoomSide(std::string_view text, double highest) {
+  return R(std::clamp(base::LeadingNumber(text), kMinZoomSide, highest));
+}
+
+}  // namespace
+
+Overhang PopOverhang(CutParameters& parameters) {
+  Overhang overhang;
+  if (!parameters.ChFixCut) return overhang;
+  MoveNegative(parameters.MT, overhang.OverV);
+  MoveNegative(parameters.ML, overhang.OverH);
+  MoveNegative(parameters.MR, overhang.OverH);
+  MoveNegative(parameters.MB, overhang.OverV);
+  return overhang;
+}
+
+base::Rect CutRectangle(const CutParameters& parameters, const Overhang& overhang, base::Size picture, Pass pass) {
+  if (parameters.SkipCutThisImage) return {0, 0, picture.width, picture.height};
+  if (!parameters.ChCutA) return PercentRectangle(parameters, picture);
+  const bool proportional = parameters.ChFixCut && parameters.ChAutoZoom;
+  return proportional ? ProportionalRectangle(parameters, overhang, picture)
+                      : PixelRectangle(parameters, picture, pass);
+}
+
+base::Rect FormatCutRectangle(const CutParameters& p, base::Size picture) {
+  const double W = picture.width;
+  const double H = picture.height;
+  base::Rect cut;
+  if (p.ChCutA) {
+    cut.left = R(p.ML);
+    cut.top = R(p.MT);
+    cut.width = R(W - cut.left - p.FixW);
+    cut.height = R(H - cut.top - p.FixH);
+  } else {
+    cut.left = R((p.ML / 100) * W);
+    cut.top = R((p.MT / 100) * H);
+    cut.width = R((W - cut.left) - (p.FixW / 100.0) * W);
+    cut.height = R((H - cut.top) - (p.FixH / 100.0) * H);
+  }
+  return cut;
+}
+
+bool NeedRotate(int width, int height, int rule, double angle) {
+  if (angle == 0) return false;
+  switch (rule) {
+    case 1:
+    case 2:
+      return width > height;
+    case 3:
+    case 4:
+      return height > width;
+    case 5:
+      return true;
+    default:
+      return false;
+  }
+}
+
+std::optional<double> PreRotation(int entry, base::Size picture, double ownAngle) {
+  const bool wide = picture.width > picture.height;
+  const bool tall = picture.width < picture.height;
+  switch (entry) {
+    case 1:
+      return wide ? std::optional(90.0) : std::nullopt;
+    case 2:
+      return wide ? std::optional(-90.0) : std::nullopt;
+    case 3:
+      return tall ? std::optional(90.0) : std::nullopt;
+    case 4:
+      return tall ? std::optional(-90.0) : std::nullopt;
+    case 5:
+      return ownAngle;
+    default:
+      return std::nullopt;
+  }
+}
+
+Fit FitToSize(base::Size picture, int FixW, int FixH) {
+  if (picture.Empty()) return {};
+  const double r = static_cast<double>(picture.width) / picture.height;
+  Fit fit;
+  fit.FitW = FixW;
+  fit.FitH = R(fit.FitW / r);
+  if (fit.FitH > FixH) {
+    fit.FitH = FixH;
+    fit.FitW = R(fit.FitH * r);
+  }
+  fit.offsetX = R((static_cast<double>(FixW) - fit.FitW) / 2);
+  fit.offsetY = R((static_cast<double>(FixH) - fit.FitH) / 2);
+  return fit;
+}
+
+BoardResolution ResolutionOfBoard(bool fixedCut, int outDpi, int sourceDpi, int screenDpi) {
+  if (fixedCut) return {outDpi > 0 ? outDpi : screenDpi, 1};
+  const int dpi = sourceDpi > 0 ? sourceDpi : screenDpi;
+  return {dpi, outDpi > 0 && dpi > 0 ? static_cast<double>(outDpi) / dpi : 1};
+}
+
+Board BoardPixels(const std::array<double, 4>& millimetres, int dpi, double k) {
+  const auto pixels = [&](double mm) { return R(CmToPixels(static_cast<float>(mm / 10), dpi) * k); };
+  return {pixels(millimetres[0]), pixels(millimetres[1]), pixels(millimetres[2]), pixels(millimetres[3])};
+}
+
+base::Size ExtendedSize(Extend extend, int FixW, int FixH, const Board& board) {
+  const double beside = static_cast<double>(board.left) + board.right;
+  const double above = static_cast<double>(board.top) + board.bottom;
+  if (extend == Extend::Right) return {R(FixH + beside), R(FixW + above)};
+  return {R(FixH + above), R(FixW + beside)};
+}
+
+bool IsZoomText(std::string_view text) {
+  const std::string plain = base::ToHalfWidth(text);
+  const ZoomText zoom = ReadZoomText(plain);
+  if (zoom.pair) return base::ParseNumber(zoom.width) && base::ParseNumber(zoom.height);
+  return base::ParseNumber(plain.substr(0, plain.find('%'))).has_value();
+}
+
+std::optional<base::Size> ZoomedSize(std::string_view given, base::Size picture, ZoomTime time) {
+  const std::string text = base::ToHalfWidth(given);
+  const ZoomText zoom = ReadZoomText(text);
+  if (zoom.pair) {
+    const double highest =
+        time == ZoomTime::BeforeCut ? kMaxZoomSide : static_cast<double>(std::numeric_limits<int>::max());
+    return base::Size{ZoomSide(zoom.width, kMaxZoomSide), ZoomSide(zoom.height, highest)};
+  }
+  const double percent = base::LeadingNumber(text);
+  if (percent < kMinZoomPercent || percent > kMaxZoomPercent || percent == 100) return std::nullopt;
+  return base::Size{R(percent * picture.width / 100), R(percent * picture.height / 100)};
+}
+
+}  // namespace quillon::job

@@ -1,0 +1,118 @@
+// SPDX-FileCopyrightText: 2026 The Quillon developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+// The margins of Form1, their unit, and the frame over the preview that follows them.
+#include <cmath>
+
+#include "base/number_text.h"
+#include "job/program.h"
+#include "job/settings/cut_options.h"
+#include "job/windows/form1.h"
+#include "job/windows/preview_shape.h"
+
+namespace quillon::job {
+namespace {
+
+constexpr const char* kPixelCaption = "裁剪参数(单位：像素)：";
+constexpr const char* kPercentCaption = "裁剪参数(单位：%)：";
+constexpr const char* kPercentTooltip = "相对裁剪模式下，最大不能超过90%";
+constexpr double kMaxPercent = 90;
+
+// Left and right are measured along the width, top and bottom along the height.
+int SideOf(base::Size size, std::size_t margin) { return margin % 2 == 0 ? size.width : size.height; }
+
+// The whole part of an offset; what arithmetic lost below a millionth of a pixel counts as there.
+double WholePixels(double offset) { return std::floor(offset + 1e-6); }
+
+}  // namespace
+
+void Form1::TCutValue_Change(std::size_t index) {
+  controls::TextBox& box = TCutValue[index];
+  const double value = box.Number();
+  const bool live = program_.flags.HandlersLive;
+  if (value < 0) {
+    if (live) program_.host.boxes.Beep();
+    box.SetNumber(0);
+  } else if (live && box.GetLimits().max && value > *box.GetLimits().max) {
+    program_.host.boxes.Beep();
+    box.SetNumber(*box.GetLimits().max);
+  } else {
+    ShowFrame();
+  }
+}
+
+void Form1::ShowMarginLimits() {
+  const base::Size preview{program_.flags.PreviewImageWidth, program_.flags.PreviewImageHeight};
+  for (std::size_t i = 0; i < TCutValue.Size(); ++i) {
+    controls::Limits limits{0, kMaxPercent};
+    if (ChCutA.On()) limits.max = preview.Empty() ? std::nullopt : std::optional<double>(SideOf(preview, i));
+    TCutValue[i].SetLimits(limits);
+  }
+}
+
+void Form1::ShowFrame() {
+  Preview& preview = program_.fCutPre.preview;
+  const base::Size picture = preview.Picture();
+  const double W = picture.width;
+  const double H = picture.height;
+  const double ML = TCutValue[0].Number();
+  const double MT = TCutValue[1].Number();
+  const double MR = TCutValue[2].Number();
+  const double MB = TCutValue[3].Number();
+  PreviewFrame frame{ML, MT, W - ML - MR, H - MT - MB};
+  if (!ChCutA.On()) frame = {W * ML / 100, H * MT / 100, W * (100 - ML - MR) / 100, H * (100 - MT - MB) / 100};
+  if (ChFixCut.On()) {
+    frame.width = program_.flags.FixW;
+    frame.height = program_.flags.FixH;
+  }
+  if (ChAutoCenter.On()) {
+    frame.left = (W - frame.width) / 2;
+    frame.top = (H - frame.height) / 2;
+  }
+  if (ReadCutOptions(program_).frameOnly) frame = {0, 0, W, H};
+  preview.SetPictureFrame(picture.Empty() ? PreviewFrame{} : frame);
+  preview.SetBoard(BoardAroundCut(program_, preview));
+  for (std::size_t i = 0; i < TCutValue.Size(); ++i) {
+    const bool known = ChCutA.On() && !picture.Empty();
+    const std::string shard = known ? base::NumberText(TCutValue[i].Number() * 100 / SideOf(picture, i)) + "%" : "";
+    TCutValue[i].SetTooltip(ChCutA.On() ? shard : kPercentTooltip);
+  }
+}
+
+void Form1::ChCutA_Click() {
+  Frame2.SetCaption(ChCutA.On() ? kPixelCaption : kPercentCaption);
+  ConvertMargins();
+  ChFixCut.Set(false);
+  ChCutAndArray.Set(false);
+  program_.ShowAvailability();
+  ShowFrame();
+}
+
+// The values follow the frame that is on show. While the window opens there is none yet, and they stay.
+void Form1::ConvertMargins() {
+  ShowMarginLimits();
+  const base::Size picture = program_.fCutPre.preview.Picture();
+  if (!program_.flags.HandlersLive || picture.Empty()) return;
+  const PreviewFrame frame = program_.fCutPre.preview.PictureFrame();
+  const std::array offsets{frame.left, frame.top, picture.width - frame.left - frame.width,
+                           picture.height - frame.top - frame.height};
+  for (std::size_t i = 0; i < TCutValue.Size(); ++i) {
+    TCutValue[i].SetNumber(ChCutA.On() ? WholePixels(offsets[i]) : offsets[i] * 100 / SideOf(picture, i));
+  }
+}
+
+void Form1::TFixWH_Change(std::size_t index) {
+  program_.flags.FixW = TFixWH[0].Integer();
+  program_.flags.FixH = TFixWH[1].Integer();
+  if (program_.fBaseOpt.Loaded()) program_.fBaseOpt.AcceptFixedSize(TFixWH[0].Value(), TFixWH[1].Value());
+  if (auto* pixels = dynamic_cast<controls::TextBox*>(program_.windows.Find("FConverter.TPexil"))) {
+    pixels->SetText(TFixWH[index].Value());
+  }
+  ShowFrame();
+}
+
+void Form1::ChAutoCenter_Click() {
+  program_.fBaseOpt.ChAutoCenter.Set(ChAutoCenter.On());
+  ShowFrame();
+}
+
+}  // namespace quillon::job

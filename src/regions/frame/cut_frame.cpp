@@ -1,0 +1,200 @@
+// SPDX-FileCopyrightText: 2026 The Quillon developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+// The frame itself: how it is drawn and moved, and what it leaves in the parameters.
+#include "regions/frame/cut_frame.h"
+
+#include <algorithm>
+
+#include "base/rounding.h"
+#include "job/settings/parameters.h"
+
+namespace quillon::regions {
+namespace {
+
+constexpr int kSmallestShown = 32;  // pixels of the screen
+
+}  // namespace
+
+CutFrame::CutFrame(job::Program& program) : program_(program), decisions_(program) {
+  job::FCutPre& window = Window();
+  window.CmdNext.SetHandler([this] { CmdNext_Click(); });
+  window.CmdNotCut.SetHandler([this] { CmdNotCut_Click(); });
+  window.CmdAddBoard.SetHandler([this] { CmdAddBoard_Click(); });
+  window.CmdRot90.SetHandler([this] { CmdRot90_Click(); });
+  window.CmdRot270.SetHandler([this] { CmdRot270_Click(); });
+  window.Slider1.SetHandler([this] { Slider1_Change(); });
+  program_.manualFrame = this;
+}
+
+CutFrame::~CutFrame() {
+  program_.manualFrame = nullptr;
+  job::FCutPre& window = Window();
+  for (controls::Control* control :
+       std::initializer_list<controls::Control*>{&window.CmdNext, &window.CmdNotCut, &window.CmdAddBoard,
+                                                 &window.CmdRot90, &window.CmdRot270, &window.Slider1}) {
+    control->SetHandler({});
+  }
+}
+
+bool CutFrame::Draws() const {
+  return !program_.form1.ChFull.On() && !Preview().Picture().Empty() && (waiting_ || !program_.flags.Busy);
+}
+
+bool CutFrame::Fixed() const { return program_.form1.ChFixCut.On(); }
+
+std::optional<double> CutFrame::Ratio() const {
+  const job::Flags& flags = program_.flags;
+  const bool preset = program_.form1.CmbKeepCut.Index() > job::kCustomSize;
+  if ((!preset && !Fixed()) || flags.FixW <= 0 || flags.FixH <= 0) return std::nullopt;
+  return static_cast<double>(flags.FixW) / flags.FixH;
+}
+
+FrameRule CutFrame::Rule() const { return {Fixed(), Fixed() ? std::nullopt : Ratio()}; }
+
+void CutFrame::Pic_MouseDown(Point at) {
+  if (!Draws()) return;
+  drag_ = Drag::Draw;
+  anchor_ = at;
+  begun_ = Preview().PictureFrame();
+  moved_ = false;
+  Preview().SetSecondLook(false);
+}
+
+void CutFrame::Pic_MouseDown(Point at, Grip grip) {
+  Pic_MouseDown(at);
+  if (drag_ == Drag::None) return;
+  drag_ = Drag::Hold;
+  grip_ = Fixed() ? Grip() : grip;
+}
+
+void CutFrame::Pic_MouseMove(Point at) {
+  if (drag_ == Drag::None) return;
+  moved_ = true;
+  job::PreviewFrame frame = begun_;
+  const Point by{at.x - anchor_.x, at.y - anchor_.y};
+  if (drag_ == Drag::Draw && Fixed()) {
+    frame.left = at.x;
+    frame.top = at.y;
+  } else if (drag_ == Drag::Draw) {
+    frame = Stretched(anchor_, at);
+  } else if (grip_ == Grip()) {
+    frame.left += by.x;
+    frame.top += by.y;
+  } else {
+    frame = Resized(begun_, grip_, by, Ratio());
+  }
+  Preview().SetPictureFrame(frame);
+}
+
+void CutFrame::Pic_MouseUp() {
+  if (drag_ == Drag::None) return;
+  drag_ = Drag::None;
+  if (!Draws()) return;
+  if (!moved_ && !Fixed()) {
+    Preview().SetPictureFrame({});
+    return;
+  }
+  WriteBack();
+}
+
+void CutFrame::Nudge(int across, int down) {
+  if (!Draws() || drag_ != Drag::None) return;
+  job::PreviewFrame frame = Preview().PictureFrame();
+  frame.left += across;
+  frame.top += down;
+  Preview().SetPictureFrame(frame);
+  WriteBack();
+}
+
+void CutFrame::Stretch(int across, int down) {
+  if (!Draws() || drag_ != Drag::None || Fixed()) return;
+  const Grip grip{across != 0 ? 1 : 0, down != 0 ? 1 : 0};
+  const Point by{static_cast<double>(across), static_cast<double>(down)};
+  Preview().SetPictureFrame(Resized(Preview().PictureFrame(), grip, by, Ratio()));
+  WriteBack();
+}
+
+// The frame follows each margin that is written, so that it ends where the margins say.
+void CutFrame::WriteBack() {
+  job::Form1& form = program_.form1;
+  const base::Size picture = Preview().Picture();
+  if (form.ChFull.On() || picture.Empty()) return;
+  job::PreviewFrame frame = Constrained(Preview().PictureFrame(), picture, Rule());
+  if (form.ChAutoCenter.On()) {
+    frame.left = (picture.width - frame.width) / 2;
+    frame.top = (picture.height - frame.height) / 2;
+  }
+  Preview().SetPictureFrame(frame);
+  WriteBackRule rule{form.ChCutA.On() ? Unit::Pixels : Unit::Percent, Fixed(), program_.flags.FixW,
+                     program_.flags.FixH};
+  rule.PreviewScale = Window().Slider1.Position() / 100.0;
+  const std::array<double, 4> values = WrittenBack(frame, picture, rule);
+  for (std::size_t i = 0; i < values.size(); ++i) form.TCutValue[i].SetNumber(values[i]);
+}
+
+void CutFrame::Timer1_Timer(const Keys& held) {
+  if (drag_ != Drag::None) return;
+  Preview().SetSecondLook(!Preview().SecondLook());
+  PollKeys(held);
+}
+
+void CutFrame::PollKeys(const Keys& held) {
+  if (!waiting_) return;
+  const auto press = [](controls::Button& button, auto act) {
+    if (button.OwnEnabled()) act();
+  };
+  job::FCutPre& window = Window();
+  if (held.Ctrl) {
+    press(window.CmdNext, [this] { CmdNext_Click(); });
+  } else if (held.A) {
+    press(window.CmdRot90, [this] { CmdRot90_Click(); });
+  } else if (held.Q) {
+    press(window.CmdRot270, [this] { CmdRot270_Click(); });
+  } else if (held.Shift) {
+    press(window.CmdAddBoard, [this] { CmdAddBoard_Click(); });
+  } else if (held.Z) {
+    press(window.CmdNotCut, [this] { CmdNotCut_Click(); });
+  }
+}
+
+base::Rect CutFrame::Result() const {
+  job::CutParameters parameters = job::ReadCutParameters(program_);
+  const job::Overhang overhang = job::PopOverhang(parameters);
+  return job::CutRectangle(parameters, overhang, Preview().Picture());
+}
+
+// --- Zoom
+
+void CutFrame::FitSlider() {
+  const double scale = FittedScale(Preview().Picture(), program_.host.screen.DesktopSize());
+  fitted_ = lastZoom_ = std::max(1, base::R(scale * 100));
+  Window().Slider1.Set(lastZoom_);
+  Preview().SetScale(lastZoom_ / 100.0);
+  ShowScrollBars();
+}
+
+// The picture may always be as small as it fits.
+void CutFrame::Slider1_Change() {
+  const int zoom = Window().Slider1.Position();
+  const base::Size picture = Preview().Picture();
+  const bool small = std::min(picture.width, picture.height) * zoom / 100 < kSmallestShown;
+  if (small && zoom < lastZoom_) {
+    program_.host.boxes.Beep();
+    Window().Slider1.Set(lastZoom_);
+    return;
+  }
+  lastZoom_ = zoom;
+  Preview().SetScale(zoom / 100.0);
+  ShowScrollBars();
+}
+
+// Their range is what does not fit, in thousandths of the room.
+void CutFrame::ShowScrollBars() {
+  const int hidden = std::max(0, base::R(Zoom() * 1000) - 1000);
+  for (controls::Slider* bar : {&Window().HS, &Window().VS}) {
+    bar->SetRange(0, hidden);
+    bar->SetVisible(hidden > 0 && !Window().ChHideShow.On());
+  }
+}
+
+}  // namespace quillon::regions

@@ -1,0 +1,171 @@
+// SPDX-FileCopyrightText: 2026 The Quillon developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+// The picture in the frame: how it is shown, turned and widened.
+#include <algorithm>
+
+#include "job/settings/cut_options.h"
+#include "regions/frame/cut_frame.h"
+#include "tools/back_image.h"
+
+namespace quillon::regions {
+namespace {
+
+constexpr const char* kRotateQuestion = "确定旋转？\r\n是——旋转\r\n否——旋转，下次不再提示";
+constexpr int kYesNoCancelQuestion = 35;
+constexpr const char* kAgreed = "1";
+constexpr const char* kGrownOnce = "每张图片只扩边一次";
+constexpr int kWorkQuality = 98;
+constexpr int kLargestShown = 8000;
+
+// A side above the limit is brought down to it, the other follows.
+base::Size Reduced(base::Size size) {
+  const int longer = std::max(size.width, size.height);
+  const auto side = [&](int pixels) {
+    return std::max(1, static_cast<int>(static_cast<long long>(pixels) * kLargestShown / longer));
+  };
+  return {side(size.width), side(size.height)};
+}
+
+}  // namespace
+
+// What does not load here is tried by the server beside the program.
+host::Status CutFrame::ClonePicture(imaging::Image& out) {
+  const std::string& path = program_.flags.CurrentImagePath;
+  host::Status loaded = program_.images.LoadImageFromFile(path, out);
+  if (loaded || !program_.host.files.IsFile(path)) return loaded;
+  if (!tools::LoadThroughBackImg(program_.tools, path, program_.flags.BackWorkerStarted)) return loaded;
+  return program_.images.CreateImageFromClipBoard(out);
+}
+
+void CutFrame::UpdateImage(const std::string& path, const imaging::Image& image) {
+  imaging::ImageFacts facts;
+  facts.dpi = 1;
+  const bool measured = static_cast<bool>(program_.images.ImageInfo(path, facts));
+  if (imaging::Image served; !measured && !image && ClonePicture(served)) {
+    UpdateImage(path, served);
+    return;
+  }
+  if (!measured) facts = {};
+  if (!image && measured) {
+    if (imaging::Image turned = TurnedByOptions({facts.width, facts.height})) {
+      UpdateImage(path, turned);
+      return;
+    }
+  }
+  if (image) facts = {program_.images.GetImageWidth(image), program_.images.GetImageHeight(image), facts.dpi};
+  const base::Size size{facts.width, facts.height};
+  Preview().SetDpi(facts.dpi);
+  program_.ShowPicture(size.Empty() ? std::string() : ShownFile(path, image, size), size);
+}
+
+imaging::Image CutFrame::TurnedByOptions(base::Size size) {
+  job::Flags& flags = program_.flags;
+  const double angle = job::TurnAngle(job::ReadCutOptions(program_), size);
+  imaging::Image picture;
+  if (flags.ManualRotated || angle == 0) return {};
+  if (!ClonePicture(picture) || !program_.images.RotateImage(picture, angle, base::kWhite)) return {};
+  flags.ImageRotated = true;
+  return picture;
+}
+
+// Only to be looked at: the cut takes the whole picture.
+std::string CutFrame::ShownFile(const std::string& path, const imaging::Image& image, base::Size size) {
+  const std::string copy = OtherWorkFile(path);
+  if (image) {
+    const host::Status saved = program_.images.SaveImageToJpgFile(image, copy, kWorkQuality, imaging::Exif::Drop);
+    return saved ? copy : path;
+  }
+  if (std::max(size.width, size.height) <= kLargestShown) return path;
+  const base::Size shown = Reduced(size);
+  tools::Converter& worker = program_.converter;
+  const bool made =
+      worker.Present()
+          ? worker.ZoomHuge(path, copy, shown.width, shown.height, kWorkQuality, size.width, size.height, false)
+          : static_cast<bool>(program_.images.ZoomPic(path, copy, shown.width, shown.height));
+  return made ? copy : path;
+}
+
+std::string CutFrame::OtherWorkFile(const std::string& path) const {
+  const std::string first = program_.AppPath("Tmp.jpg");
+  return path == first ? program_.AppPath("Tmp2.jpg") : first;
+}
+
+// --- Turning
+
+bool CutFrame::MayRotate(controls::Button& button) {
+  if (!button.Tag().empty()) return true;
+  const host::Reply reply = program_.Ask(kRotateQuestion, kYesNoCancelQuestion);
+  if (reply == host::Reply::No) button.SetTag(kAgreed);
+  return reply != host::Reply::Cancel;
+}
+
+void CutFrame::Rotate(controls::Button& button, double angle) {
+  if (waiting_ && MayRotate(button)) Turn(angle);
+}
+
+void CutFrame::Turn(double angle) {
+  imaging::Services& images = program_.images;
+  job::Flags& flags = program_.flags;
+  imaging::Image picture;
+  if (!ClonePicture(picture)) return;
+  const int dpi = images.GetImageResolution(picture);
+  if (!images.RotateImage(picture, angle, base::kWhite)) return;
+  images.SetImageResolution(picture, dpi);
+  const std::string work = program_.AppPath("Tmp.jpg");
+  if (!images.SaveImageToJpgFile(picture, work, kWorkQuality, imaging::Exif::Keep)) return;
+  flags.CurrentImagePath = work;
+  flags.ManualRotated = true;
+  flags.ManualAngle += angle;
+  steps_ += angle > 0 ? kTurnedLeft : kTurnedRight;
+  UpdateImage(work, {});
+  WriteBack();
+}
+
+// --- Widening
+
+void CutFrame::CmdAddBoard_Click() {
+  controls::Button& button = Window().CmdAddBoard;
+  if (!waiting_) return;
+  if (!button.Tag().empty()) {
+    program_.host.boxes.Beep();
+    button.SetEnabled(false, kGrownOnce);
+    return;
+  }
+  Grow();
+}
+
+void CutFrame::Grow() {
+  controls::Button& button = Window().CmdAddBoard;
+  const std::string source = program_.flags.CurrentImagePath;
+  imaging::ImageFacts facts;
+  facts.dpi = 1;
+  const std::optional<double> ratio = Ratio();
+  if (!ratio || !program_.images.ImageInfo(source, facts)) return;
+  const base::Size picture{facts.width, facts.height};
+  const base::Size total = GrownToRatio(picture, *ratio);
+  if (total == picture) return;
+  imaging::BorderRequest board;
+  board.source = source;
+  board.destination = OtherWorkFile(source);
+  board.offsetX = (total.width - picture.width) / 2;
+  board.offsetY = (total.height - picture.height) / 2;
+  board.total = total;
+  board.image = board.drawn = picture;
+  board.quality = kWorkQuality;
+  board.dpi = facts.dpi;
+  board.exif = imaging::Exif::Keep;
+  if (!program_.images.AddBoardToFile(board)) {
+    button.SetEnabled(false, kGrownOnce);
+    program_.flags.CurrentImagePath.clear();
+    CmdNext_Click();
+    return;
+  }
+  steps_ += kGrown;
+  program_.flags.CurrentImagePath = board.destination;
+  UpdateImage(board.destination, {});
+  WriteBack();
+  button.SetTag(kAgreed);
+  button.SetEnabled(false, kGrownOnce);
+}
+
+}  // namespace quillon::regions

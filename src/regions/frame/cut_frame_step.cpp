@@ -1,0 +1,138 @@
+// SPDX-FileCopyrightText: 2026 The Quillon developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+// The manual step of a batch: how a picture is waited at and left.
+#include "job/settings/cut_options.h"
+#include "regions/frame/cut_frame.h"
+
+namespace quillon::regions {
+namespace {
+
+constexpr const char* kWaiting = "裁剪框预览    请人工指定本张图的裁剪框，指定完毕之后单击【下一张】或【本图不裁剪】";
+constexpr const char* kWaitingForNext = "裁剪框预览    请人工指定本张图的裁剪框，指定完毕之后单击【下一张】";
+constexpr const char* kBetween = "裁剪框预览";
+constexpr double kSecondsBetweenTurns = 0.005;
+
+}  // namespace
+
+job::ManualFrame::Answer CutFrame::Ask(const std::string& source, const imaging::Image& turned) {
+  job::Flags& flags = program_.flags;
+  const std::string listed = ListedSource(source);
+  flags.CurrentImagePath = source;
+  flags.ManualStepDone = false;
+  flags.SkipCutThisImage = false;
+  steps_.clear();
+  if (!decisions_.Begun() && !decisions_.Begin()) {
+    flags.StopRequested = true;
+    return Answer::Given;
+  }
+  decisions_.NoteCut();
+  if (decisions_.CutInPlace(listed)) return Answer::CutBefore;
+  UpdateImage(source, turned);
+  if (const auto decision = decisions_.Of(listed)) {
+    Replay(*decision);
+    return Answer::Given;
+  }
+  const std::size_t row = program_.form1.MSF.Selected();
+  const bool more = row > 0 && row < program_.files.RowCount();
+  Preview().SetUpcoming(more ? program_.files.Row(row).Path() : std::string());
+  WriteBack();
+  Wait();
+  if (flags.ManualStepDone) decisions_.Decided(listed, Decided());
+  return Answer::Given;
+}
+
+void CutFrame::Wait() {
+  job::Flags& flags = program_.flags;
+  job::FCutPre& window = Window();
+  waiting_ = true;
+  EnableForPicture();
+  window.SetTitle(window.CmdNotCut.OwnEnabled() ? kWaiting : kWaitingForNext);
+  window.Show();
+  while (!flags.ManualStepDone && !flags.StopRequested) {
+    program_.host.pump.Turn();
+    if (!flags.ManualStepDone) program_.host.clock.Sleep(kSecondsBetweenTurns);
+  }
+  EndWait();
+  if (flags.ManualStepDone && !OptionsTurn()) Preview().Glance();
+}
+
+// The next picture may then have to be turned before it can be shown.
+bool CutFrame::OptionsTurn() const {
+  const job::CutOptions options = job::ReadCutOptions(program_);
+  return options.rotateCut || options.rotateRule > 0;
+}
+
+std::string CutFrame::ListedSource(const std::string& source) const {
+  const std::size_t row = program_.form1.MSF.Selected();
+  const bool listed = row > 0 && row <= program_.files.RowCount() && !program_.flags.LargeCapacityMode;
+  return listed ? program_.files.Row(row - 1).Path() : source;
+}
+
+Decision CutFrame::Decided() const {
+  Decision decision;
+  for (std::size_t i = 0; i < decision.margins.size(); ++i) {
+    decision.margins[i] = program_.form1.TCutValue[i].Value();
+  }
+  decision.skip = program_.flags.SkipCutThisImage;
+  decision.steps = steps_;
+  return decision;
+}
+
+void CutFrame::Replay(const Decision& decision) {
+  for (const char step : decision.steps) {
+    if (step == kTurnedLeft) Turn(90);
+    if (step == kTurnedRight) Turn(-90);
+    if (step == kGrown) Grow();
+  }
+  for (std::size_t i = 0; i < decision.margins.size(); ++i) program_.form1.TCutValue[i].SetText(decision.margins[i]);
+  program_.flags.SkipCutThisImage = decision.skip;
+  program_.flags.ManualStepDone = true;
+}
+
+void CutFrame::EnableForPicture() {
+  job::FCutPre& window = Window();
+  const bool studio = job::IsStudioPreset(program_.form1.CmbKeepCut.Index());
+  const bool turned = program_.flags.ImageRotated || program_.flags.ManualRotated;
+  window.CmdNext.SetEnabled(true);
+  window.CmdNotCut.SetEnabled(!(Fixed() && studio), "这种预设的每一张都要裁剪");
+  window.CmdAddBoard.SetEnabled(Ratio().has_value(), "没有固定尺寸或预设，不知道要扩成什么比例");
+  window.CmdAddBoard.SetTag("");
+  for (controls::Button* button : {&window.CmdRot90, &window.CmdRot270})
+    button->SetEnabled(!turned, "这张图片已经按旋转规则转过");
+  for (controls::Slider* slider : {&window.Slider1, &window.HS, &window.VS}) slider->SetEnabled(true);
+}
+
+void CutFrame::EndWait() {
+  job::FCutPre& window = Window();
+  waiting_ = false;
+  drag_ = Drag::None;
+  window.SetTitle(kBetween);
+  window.LockButtons();
+  for (controls::Slider* slider : {&window.Slider1, &window.HS, &window.VS}) {
+    slider->SetEnabled(false, "正在裁剪这一张");
+  }
+}
+
+void CutFrame::Rest() {
+  decisions_.End(!program_.flags.StopRequested);
+  job::FCutPre& window = Window();
+  window.SetTitle(job::kPreviewCaption);
+  for (controls::Slider* slider : {&window.Slider1, &window.HS, &window.VS}) slider->SetEnabled(true);
+  Preview().SetUpcoming("");
+}
+
+void CutFrame::CmdNext_Click() {
+  if (!Window().CmdNext.OwnEnabled()) return;
+  Window().CmdNext.SetEnabled(false);
+  Window().CmdAddBoard.SetTag("");
+  program_.flags.ManualStepDone = true;
+}
+
+void CutFrame::CmdNotCut_Click() {
+  if (!Window().CmdNotCut.OwnEnabled()) return;
+  Window().CmdNotCut.SetEnabled(false);
+  program_.flags.SkipCutThisImage = true;
+  program_.flags.ManualStepDone = true;
+}
+
+}  // namespace quillon::regions

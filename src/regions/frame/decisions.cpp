@@ -1,0 +1,127 @@
+// SPDX-FileCopyrightText: 2026 The Quillon developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "regions/frame/decisions.h"
+
+#include "base/utf8.h"
+#include "job/settings/cut_options.h"
+
+namespace quillon::regions {
+namespace {
+
+constexpr const char* kDecision = "decision";
+constexpr const char* kBefore = "before";
+constexpr const char* kAfter = "after";
+constexpr int kYesNoCancelQuestion = 35;
+constexpr char kParting = '\t';
+
+}  // namespace
+
+std::string TextOf(const Decision& decision) {
+  std::string text;
+  for (const std::string& margin : decision.margins) text += margin + kParting;
+  return text + (decision.skip ? "Z" : "") + kParting + decision.steps;
+}
+
+std::optional<Decision> DecisionFrom(const std::string& text) {
+  Decision decision;
+  std::size_t at = 0;
+  const auto next = [&]() -> std::string {
+    if (at > text.size()) return {};
+    const std::size_t end = text.find(kParting, at);
+    const std::string part = text.substr(at, end - at);
+    at = end == std::string::npos ? text.size() + 1 : end + 1;
+    return part;
+  };
+  for (std::string& margin : decision.margins) margin = next();
+  decision.skip = next() == "Z";
+  if (at > text.size()) return std::nullopt;
+  decision.steps = next();
+  return decision;
+}
+
+std::string Decisions::JobText() const {
+  const job::CutOptions options = job::ReadCutOptions(program_);
+  std::string text = "manual\n" + options.outFolder + "\n" + options.outType + (options.over ? "\nover\n" : "\n");
+  if (program_.flags.LargeCapacityMode) return text + program_.form1.LInDir.Value();
+  for (std::size_t row = 0; row < program_.files.RowCount(); ++row) text += program_.files.Row(row).Path() + "\n";
+  return text;
+}
+
+std::string Decisions::StampOf(const std::string& source) const {
+  const auto facts = program_.host.files.Stat(source);
+  if (!facts) return {};
+  return std::to_string(facts->size) + "/" + std::to_string(facts->modified) + "/" + std::to_string(facts->inode) +
+         "/" + std::to_string(facts->changed);
+}
+
+std::size_t Decisions::FirstOpen() const {
+  for (std::size_t row = 0; row < program_.files.RowCount(); ++row) {
+    const std::string path = program_.files.Row(row).Path();
+    if (!Of(path) && !CutInPlace(path)) return row + 1;
+  }
+  return 0;
+}
+
+bool Decisions::Begin() {
+  begun_ = true;
+  last_.clear();
+  const job::Shard& shard = program_.shard;
+  journal_ = program_.journals ? program_.journals->Open({JobText(), shard.index, shard.count}) : nullptr;
+  if (!journal_ || journal_->Count(kDecision) == 0) return true;
+  const std::size_t open = FirstOpen();
+  std::string question = "上次的手动裁剪没有做完，已指定 " + std::to_string(journal_->Count(kDecision)) + " 张。";
+  if (open > 0) {
+    question +=
+        "要从第 " + std::to_string(open) + " 张继续吗？\r\n" + base::DisplayText(program_.files.Row(open - 1).Path());
+  } else {
+    question += "要接着做吗？";
+  }
+  question += "\r\n是——继续，前面的按上次指定的裁剪框处理\r\n否——从头重新指定\r\n取消——不裁剪";
+  const host::Reply reply = program_.Ask(question, kYesNoCancelQuestion);
+  if (reply == host::Reply::No) {
+    journal_->Clear();
+    journal_->Commit();
+  }
+  return reply == host::Reply::Yes || reply == host::Reply::No;
+}
+
+std::optional<Decision> Decisions::Of(const std::string& source) const {
+  if (!journal_ || journal_->Get(source, kBefore) != StampOf(source)) return std::nullopt;
+  const auto text = journal_->Get(source, kDecision);
+  return text ? DecisionFrom(*text) : std::nullopt;
+}
+
+bool Decisions::CutInPlace(const std::string& source) const {
+  if (!journal_) return false;
+  const auto before = journal_->Get(source, kBefore);
+  const auto after = journal_->Get(source, kAfter);
+  const std::string now = StampOf(source);
+  if (!before || *before == now) return false;
+  // Where the power went between the cut and this note of it, a changed source is taken for cut.
+  return after ? *after == now : job::ReadCutOptions(program_).over;
+}
+
+void Decisions::Decided(const std::string& source, const Decision& decision) {
+  last_ = source;
+  if (!journal_) return;
+  journal_->Set(source, kBefore, StampOf(source));
+  journal_->Set(source, kDecision, TextOf(decision));
+  journal_->Commit();
+}
+
+void Decisions::NoteCut() {
+  if (journal_ && !last_.empty()) {
+    journal_->Set(last_, kAfter, StampOf(last_));
+    journal_->Commit();
+  }
+  last_.clear();
+}
+
+void Decisions::End(bool complete) {
+  NoteCut();
+  if (journal_ && complete) journal_->Remove();
+  journal_.reset();
+  begun_ = false;
+}
+
+}  // namespace quillon::regions

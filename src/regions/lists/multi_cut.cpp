@@ -1,0 +1,252 @@
+// SPDX-FileCopyrightText: 2026 The Quillon developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "regions/lists/multi_cut.h"
+
+#include <algorithm>
+
+#include "base/path_text.h"
+#include "base/utf8.h"
+#include "job/list/file_intake.h"
+#include "job/run/folder_run.h"
+#include "job/settings/cut_options.h"
+#include "job/windows/disable_option_windows.h"
+
+namespace quillon::regions {
+namespace {
+
+using job::Result;
+
+constexpr const char* kFolderQuestion = "为每一张底图新建以底图文件名的新建文件夹并将裁剪的小图存入该文件夹中？";
+constexpr const char* kDone = "处理完毕！要打开输出目录吗？";
+constexpr int kYesNoQuestion = 36;
+
+std::string SizeText(base::Size size) { return std::to_string(size.width) + "x" + std::to_string(size.height); }
+
+std::string EmptyBoxText(const base::Rect& box) {
+  return "区域的宽或高小于 1 像素（" + std::to_string(box.width) + "x" + std::to_string(box.height) + "）";
+}
+
+// A doubled separator inside a path counts as one.
+std::string WithoutDoubledSeparators(std::string path) {
+  for (std::size_t at = path.find("//"); at != std::string::npos; at = path.find("//", at)) path.erase(at, 1);
+  return path;
+}
+
+std::size_t PlannedFor(const job::Program& program, std::size_t regions) {
+  return program.flags.LargeCapacityMode ? 0 : program.files.RowCount() * regions;
+}
+
+}  // namespace
+
+MultiCut::MultiCut(job::Program& program, const RegionEditor& editor)
+    : program_(program),
+      regions_(editor.List().All()),
+      unit_(editor.GetUnit()),
+      ledger_(program, PlannedFor(program, regions_.size())) {}
+
+bool MultiCut::Ready() {
+  job::FileIntake& intake = program_.Intake();
+  if (program_.flags.LargeCapacityMode) {
+    if (!intake.InputDirExists()) {
+      intake.WarnInputDir();
+      intake.ChooseInputDir();
+    }
+    if (!intake.InputDirExists()) return false;
+  } else if (program_.files.RowCount() == 0) {
+    program_.Ask("请先添加文件列表！");
+    intake.AddFiles();
+    if (program_.files.RowCount() == 0) return false;
+  }
+  if (!intake.OutDirExists()) {
+    intake.WarnOutDir();
+    intake.ChooseOutDir();
+  }
+  return intake.OutDirExists();
+}
+
+void MultiCut::Run() {
+  job::Form1& form = program_.form1;
+  program_.SaveFolders();
+  form.BeginRun();
+  form.MSF.SetEnabled(false);
+  bool ran = true;
+  {
+    const job::DisableOptionWindows windows(program_);
+    if (job::Selected<job::OutType>(form.CmbOutType) == job::OutType::Pdf) {
+      job::Select(form.CmbOutType, job::OutType::Jpg);
+    }
+    const job::CutOptions options = job::ReadCutOptions(program_);
+    extension_ = "." + job::CasedExtension(options.outType, options.extensionCase);
+    perImageFolder_ = program_.Ask(kFolderQuestion, kYesNoQuestion) == host::Reply::Yes;
+    if (program_.flags.LargeCapacityMode) {
+      job::FolderRun folder(program_, ledger_, *this);
+      ran = folder.Begin();
+      if (ran) folder.Walk();
+    } else {
+      RunList();
+    }
+  }
+  form.EndRun();
+  form.MSF.SetEnabled(true);
+  form.MSF.Select(program_.files.RowCount() > 0 ? 1 : 0);
+  form.LStatus.SetText(program_.files.StatusText());
+  if (!ran) return;
+  ReportEnd();
+  if (program_.observer) program_.observer->RunEnded(ledger_.Totals());
+}
+
+void MultiCut::RunList() {
+  if (program_.observer) program_.observer->RunStarted(ledger_.Totals().planned);
+  const double start = program_.host.clock.Seconds();
+  CutRows();
+  ledger_.Flush();
+  ledger_.NoteEnd(program_.host.clock.Seconds() - start, program_.flags.StopRequested);
+}
+
+void MultiCut::CutRows() {
+  const std::size_t images = program_.files.RowCount();
+  for (std::size_t i = 1; i <= images; ++i) {
+    const job::FileRow& row = program_.files.Row(i - 1);
+    Source source{i, row.Path(), {row.width, row.height}, {}};
+    source.progress = " 之" + std::to_string(i) + "/" + std::to_string(images);
+    if (!program_.flags.StopRequested) program_.host.pump.Turn();
+    host::Status answered;
+    if (!program_.flags.StopRequested) answered = program_.disks.AskForCut(source.path);
+    if (program_.flags.StopRequested) {
+      TellAll(source, Result::Skipped, "已停止，未处理");
+      continue;
+    }
+    if (!answered) {
+      TellAll(source, Result::None, answered.Why());
+      continue;
+    }
+    program_.form1.MSF.Select(i);
+    if (program_.observer) program_.observer->FileBegun(source.path);
+    CutSource(source);
+  }
+}
+
+std::string MultiCut::ListText() const {
+  std::string text = perImageFolder_ ? "folders" : "files";
+  for (const Margins& margins : regions_) text.append("\n").append(RowText(margins));
+  return text;
+}
+
+void MultiCut::Cut(const std::string& path, std::size_t number, std::vector<job::FileResult>& results) {
+  results_ = &results;
+  LargeMulCut(path, std::to_string(number));
+  results_ = nullptr;
+}
+
+void MultiCut::LargeMulCut(const std::string& path, const std::string& text) {
+  imaging::ImageFacts facts;
+  if (!program_.images.ImageInfo(path, facts)) facts = {};
+  CutSource({0, path, {facts.width, facts.height}, "，已处理" + text});
+}
+
+std::string MultiCut::Refusal(const Source& source) {
+  if (!program_.host.files.IsFile(source.path)) return "找不到这个文件";
+  imaging::ImageFacts facts;
+  if (const host::Status read = program_.images.ImageInfo(source.path, facts); !read) return read.Why();
+  const base::Size now{facts.width, facts.height};
+  if (now == source.size) return {};
+  return "图片已被换成另一张（列表中 " + SizeText(source.size) + "，现在 " + SizeText(now) + "），请重新添加";
+}
+
+std::vector<std::string> MultiCut::Outputs(const std::string& path) const {
+  const std::string name = base::SplitPath(path).name;
+  const std::string stem = base::JoinPath(OutputFolder(name), name) + "_裁剪区域";
+  std::vector<std::string> outputs;
+  for (std::size_t number = 1; number <= regions_.size(); ++number) {
+    outputs.push_back(stem + std::to_string(number) + extension_);
+  }
+  return outputs;
+}
+
+std::string MultiCut::OutputFolder(const std::string& baseName) const {
+  const std::string top = program_.form1.LOutDir.Value();
+  return perImageFolder_ ? base::JoinPath(top, baseName) : top;
+}
+
+void MultiCut::CutSource(const Source& source) {
+  if (const base::Size least = job::FilterThresholds(program_); job::TooSmall(source.size, least)) {
+    TellAll(source, Result::Skipped, job::TooSmallText(least));
+    return;
+  }
+  const std::string folder = OutputFolder(base::SplitPath(source.path).name);
+  std::string refusal = Refusal(source);
+  if (const host::Status made = program_.host.files.MakeFolders(folder); refusal.empty() && !made) {
+    refusal = "无法创建输出文件夹：" + made.Why();
+  }
+  if (!refusal.empty()) {
+    TellAll(source, Result::None, refusal);
+    return;
+  }
+  const std::vector<std::string> outputs = Outputs(source.path);
+  std::vector<RegionCut> cuts;
+  for (std::size_t j = 0; j < regions_.size(); ++j) {
+    cuts.push_back({BoxOf(regions_[j], unit_, source.size), outputs[j]});
+  }
+  CutAll(source, cuts);
+}
+
+void MultiCut::CutAll(const Source& source, const std::vector<RegionCut>& cuts) {
+  const std::string normal = program_.files.StatusText();
+  const auto whole = std::count_if(cuts.begin(), cuts.end(), [](const RegionCut& cut) { return !cut.box.Empty(); });
+  RegionSource picture(program_.images, source.path, base::SplitPath(cuts.front().output).extension,
+                       whole > 1 ? RegionSource::Decode::Once : RegionSource::Decode::ForEach);
+  std::string whys;
+  for (std::size_t j = 0; j < cuts.size(); ++j) {
+    program_.host.pump.Turn();
+    if (program_.flags.StopRequested) {
+      Tell(source, "", Result::Skipped, "已停止，未处理");
+      continue;
+    }
+    const std::string number = std::to_string(j + 1);
+    std::string status = normal;
+    status.append("  正在裁剪").append(number).append("/").append(std::to_string(cuts.size()));
+    program_.form1.LStatus.SetText(status + source.progress);
+    // Still this one, for whoever takes the result of a region for the end of the picture.
+    if (j > 0 && program_.observer) program_.observer->FileBegun(source.path);
+    const std::string why = CutRegion(picture, source, cuts[j]);
+    Tell(source, cuts[j].output, why.empty() ? Result::Written : Result::None, why);
+    if (!why.empty()) whys.append(whys.empty() ? "区域" : "；区域").append(number).append("：").append(why);
+  }
+  MarkRow(source, whys);
+}
+
+std::string MultiCut::CutRegion(RegionSource& picture, const Source& source, const RegionCut& cut) {
+  if (cut.box.Empty()) return EmptyBoxText(cut.box);
+  // Nobody meant another listed picture to be written over.
+  if (ledger_.IsOtherSource(cut.output, source.path)) {
+    return "会覆盖另一个文件 " + base::DisplayText(cut.output) + "，已跳过";
+  }
+  const host::Status status = picture.Cut(cut, program_.form1.TQuality.Integer());
+  if (!status) ledger_.NoteFailed(source.path, cut.output, status);
+  return status ? std::string() : status.Why();
+}
+
+void MultiCut::Tell(const Source& source, const std::string& output, Result result, const std::string& why) {
+  const job::FileResult told{source.row, source.path, result == Result::Written ? output : "", result, why};
+  if (results_) {
+    results_->push_back(told);
+  } else {
+    ledger_.Add(told);
+  }
+}
+
+void MultiCut::TellAll(const Source& source, Result result, const std::string& why) {
+  for (std::size_t j = 0; j < regions_.size(); ++j) Tell(source, "", result, why);
+}
+
+// One region without output is what the row tells, however many were written behind it.
+void MultiCut::MarkRow(const Source& source, const std::string& why) {
+  if (source.row > 0 && !why.empty()) program_.files.SetResult(source.row - 1, Result::None, why, 0);
+}
+
+void MultiCut::ReportEnd() {
+  if (program_.Ask(kDone, kYesNoQuestion) != host::Reply::Yes) return;
+  program_.host.shell.OpenFolder(WithoutDoubledSeparators(program_.form1.LOutDir.Value()));
+}
+
+}  // namespace quillon::regions

@@ -1,0 +1,91 @@
+// SPDX-FileCopyrightText: 2026 The Quillon developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "regions/timed/folder_poller.h"
+
+#include <utility>
+
+#include "base/path_text.h"
+
+namespace quillon::regions {
+namespace {
+
+// A name may come into a folder without moving its time once more, as long as the clock of the disk has not ticked.
+constexpr double kSecondsToTrustAStamp = 2;
+// Some network disks do not move it at all.
+constexpr double kSecondsBetweenListings = 10;
+
+}  // namespace
+
+std::optional<Stamp> StampOf(const host::Files& files, const std::string& path) {
+  const auto facts = files.Stat(path);
+  if (!facts || facts->kind != host::FileKind::File) return std::nullopt;
+  return Stamp{facts->size, facts->modified, facts->changed, facts->inode};
+}
+
+FolderPoller::FolderPoller(host::Host& host, std::string folder, Accepts accepts)
+    : host_(host), folder_(std::move(folder)), accepts_(std::move(accepts)) {}
+
+std::vector<std::string> FolderPoller::Poll() {
+  if (ListingNeeded()) List();
+  std::vector<std::string> ready;
+  for (auto entry = waiting_.begin(); entry != waiting_.end();) {
+    auto& [name, waiting] = *entry;
+    const std::optional<Stamp> now = regions::StampOf(host_.files, base::JoinPath(folder_, name));
+    if (!now) {
+      entry = waiting_.erase(entry);
+      continue;
+    }
+    if (*now != waiting.stamp) {
+      waiting = {*now, false};
+    } else if (!waiting.refused) {
+      ready.push_back(name);
+    }
+    ++entry;
+  }
+  return ready;
+}
+
+bool FolderPoller::ListingNeeded() {
+  const double now = host_.clock.Seconds();
+  const auto facts = host_.files.Stat(folder_);
+  if (!facts || facts->kind != host::FileKind::Folder) {
+    there_ = false;
+    folderStamp_.reset();
+    return false;
+  }
+  const Stamp stamp{0, facts->modified, facts->changed, facts->inode};
+  if (!there_ || folderStamp_ != stamp) {
+    folderStamp_ = stamp;
+    stampSince_ = now;
+    return true;
+  }
+  return listedAt_ - stampSince_ < kSecondsToTrustAStamp || now - listedAt_ >= kSecondsBetweenListings;
+}
+
+// A new name waits with a stamp that no file has, so that its first look is a look like any other.
+void FolderPoller::List() {
+  listedAt_ = host_.clock.Seconds();
+  const host::Status listed = host_.files.ListFolder(folder_, [this](const host::FolderEntry& entry) {
+    if (entry.kind == host::FileKind::File && accepts_(entry.name) && !seenNames_.contains(entry.name)) {
+      waiting_.try_emplace(entry.name);
+    }
+    return true;
+  });
+  there_ = static_cast<bool>(listed);
+}
+
+void FolderPoller::Take(const std::string& name) {
+  seenNames_.insert(name);
+  waiting_.erase(name);
+}
+
+void FolderPoller::Refuse(const std::string& name) {
+  if (const auto found = waiting_.find(name); found != waiting_.end()) found->second.refused = true;
+}
+
+std::optional<Stamp> FolderPoller::StampOf(const std::string& name) const {
+  const auto found = waiting_.find(name);
+  return found == waiting_.end() ? std::nullopt : std::optional(found->second.stamp);
+}
+
+}  // namespace quillon::regions

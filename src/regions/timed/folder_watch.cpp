@@ -1,0 +1,212 @@
+// SPDX-FileCopyrightText: 2026 The Quillon developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "regions/timed/folder_watch.h"
+
+#include <algorithm>
+#include <array>
+#include <utility>
+
+#include "base/path_text.h"
+#include "base/utf8.h"
+#include "job/cut/cut_file.h"
+
+namespace quillon::regions {
+namespace {
+
+using host::Problem;
+using job::Result;
+
+// Sources that are let go of together, so that one wait for the disk does for all of them.
+constexpr std::size_t kLeavingTogether = 32;
+
+struct TypeFilter {
+  const char* item;
+  std::array<const char*, 7> extensions;
+};
+
+constexpr std::array<TypeFilter, 6> kTypes{{
+    {"jpg/bmp/png/gif/tif常用类型", {"jpg", "jpeg", "bmp", "png", "gif", "tif", "tiff"}},
+    {"*.jpg/jpeg", {"jpg", "jpeg"}},
+    {"*.gif", {"gif"}},
+    {"*.bmp", {"bmp"}},
+    {"*.png", {"png"}},
+    {"*.tif/tiff", {"tif", "tiff"}},
+}};
+
+// Whether a failure says that the file is not whole, or not there any more, so that it was not really tried.
+bool NotWhole(const host::Status& status) {
+  const Problem problem = status.GetProblem();
+  return problem == Problem::Damaged || problem == Problem::Unsupported || problem == Problem::Missing;
+}
+
+}  // namespace
+
+std::vector<std::string> WatchTypes() {
+  std::vector<std::string> items;
+  items.reserve(kTypes.size());
+  for (const TypeFilter& type : kTypes) items.emplace_back(type.item);
+  return items;
+}
+
+bool PassesType(int type, const std::string& name) {
+  if (type < 0 || type >= static_cast<int>(kTypes.size()) || name.starts_with('.')) return false;
+  const std::string extension = base::ToLowerAscii(base::SplitPath(name).extension);
+  const auto& extensions = kTypes[static_cast<std::size_t>(type)].extensions;
+  return std::any_of(extensions.begin(), extensions.end(), [&](const char* one) { return one && extension == one; });
+}
+
+FolderWatch::FolderWatch(job::Program& program, WatchOptions options, WatchHooks hooks)
+    : program_(program),
+      options_(std::move(options)),
+      hooks_(std::move(hooks)),
+      looks_(program.host, options_.folder,
+             [this](const std::string& name) { return PassesType(options_.type, name); }) {}
+
+std::string FolderWatch::PathOf(const std::string& name) const { return base::JoinPath(options_.folder, name); }
+
+void FolderWatch::Round() {
+  const std::vector<std::string> ready = looks_.Poll();
+  if (toldMissing_ != !looks_.FolderThere()) {
+    toldMissing_ = !looks_.FolderThere();
+    hooks_.note(toldMissing_ ? "工作目录打不开，恢复之后自动继续：" + base::DisplayText(options_.folder)
+                             : std::string());
+  }
+  for (const std::string& name : ready) {
+    if (!hooks_.goesOn()) break;
+    Work(name);
+    if (leaving_.size() >= kLeavingTogether) LetGo();
+    program_.host.pump.Turn();
+  }
+  LetGo();
+}
+
+void FolderWatch::Work(const std::string& name) {
+  const std::string path = PathOf(name);
+  const std::optional<Stamp> stamp = looks_.StampOf(name);
+  imaging::ImageFacts facts;
+  if (!stamp || !program_.images.ImageInfo(path, facts) || facts.width < 1 || facts.height < 1) {
+    looks_.Refuse(name);
+    return;
+  }
+  if (IsSmall(facts)) {
+    looks_.Take(name);
+    Tell(name, Result::Skipped, "按“忽略小图片”跳过", "");
+    return;
+  }
+  const std::vector<RegionCut> cuts = CutsOf(path, {facts.width, facts.height});
+  host::Status status;
+  if (!cuts.empty()) status = options_.several ? CutBeside(name, *stamp, cuts) : CutInPlace(path, *stamp, cuts.front());
+  if (NotWhole(status)) {
+    looks_.Refuse(name);
+    return;
+  }
+  looks_.Take(name);
+  if (!status) {
+    Tell(name, Result::None, status.Why(), "");
+  } else if (!options_.several) {
+    Tell(name, Result::Written, "", path);
+  }
+}
+
+bool FolderWatch::IsSmall(const imaging::ImageFacts& facts) const {
+  if (!options_.sizeFilter) return false;
+  const bool narrow = facts.width <= options_.smallWidth;
+  const bool low = facts.height <= options_.smallHeight;
+  return options_.both ? narrow && low : narrow || low;
+}
+
+std::vector<RegionCut> FolderWatch::CutsOf(const std::string& path, base::Size size) const {
+  const base::PathParts parts = base::SplitPath(path);
+  std::vector<RegionCut> cuts;
+  for (std::size_t i = 0; i < options_.regions.size(); ++i) {
+    const std::string name = options_.several ? parts.name + "_" + std::to_string(i + 1) : parts.name;
+    cuts.push_back(
+        {BoxOf(options_.regions[i], options_.unit, size), base::JoinPath(parts.folder, name, parts.extension)});
+  }
+  return cuts;
+}
+
+// A picture that cannot be loaded for the fast way goes the other one.
+RegionSource FolderWatch::Open(const std::string& path) const {
+  using Decode = RegionSource::Decode;
+  const std::string extension = base::SplitPath(path).extension;
+  if (options_.fast) {
+    RegionSource fast(program_.images, path, extension, Decode::Once, imaging::Alpha::OnWhite);
+    if (fast.Opened()) return fast;
+  }
+  return {program_.images, path, extension, options_.several ? Decode::Once : Decode::ForEach};
+}
+
+// Cut aside first: a source that another program has replaced meanwhile is not written over.
+host::Status FolderWatch::CutInPlace(const std::string& path, const Stamp& stamp, const RegionCut& cut) {
+  const std::string work = program_.AppPath("Tmp2." + base::SplitPath(path).extension);
+  const host::Status made = Open(path).Cut({cut.box, work}, program_.form1.TQuality.Integer());
+  if (!made) return made;
+  if (StampOf(program_.host.files, path) != stamp) return {Problem::Damaged, "图片在裁剪期间被改动"};
+  return job::CopyAsking(program_, work, path);
+}
+
+host::Status FolderWatch::CutBeside(const std::string& name, const Stamp& stamp, const std::vector<RegionCut>& cuts) {
+  RegionSource picture = Open(PathOf(name));
+  if (!picture.Opened()) return picture.Opened();
+  Leaving leaving{name, stamp, {}};
+  host::Status failure;
+  for (const RegionCut& cut : cuts) {
+    program_.host.pump.Turn();
+    if (program_.flags.StopRequested) return {Problem::Stopped, "已停止，未处理完"};
+    host::Status made = cut.box.Empty() ? host::Status() : MakeRoom(cut.output);
+    if (made) made = picture.Cut(cut, program_.form1.TQuality.Integer());
+    if (made) leaving.outputs.push_back(cut.output);
+    if (!made && failure) failure = made;
+  }
+  if (failure) leaving_.push_back(std::move(leaving));
+  return failure;
+}
+
+// What stands under the name of a region is not ours to write over.
+host::Status FolderWatch::MakeRoom(const std::string& target) {
+  if (!program_.host.files.Stat(target)) return host::Status::Ok();
+  host::Status gone = program_.host.files.Discard(target);
+  if (gone) return gone;
+  return {Problem::Denied, "同名文件无法移入回收站：" + base::DisplayText(target)};
+}
+
+void FolderWatch::LetGo() {
+  if (leaving_.empty()) return;
+  const std::vector<host::LateFailure> lost = program_.host.files.Flush();
+  for (const Leaving& leaving : std::exchange(leaving_, {})) {
+    LetGoOf(leaving, lost);
+    program_.host.pump.Turn();
+  }
+}
+
+// The source is all there is until each of its regions can be read back to its end.
+void FolderWatch::LetGoOf(const Leaving& leaving, const std::vector<host::LateFailure>& lost) {
+  const auto stands = [&](const std::string& output) {
+    const bool late = std::any_of(lost.begin(), lost.end(), [&](const auto& one) { return one.path == output; });
+    imaging::Image read;
+    return !late && program_.images.LoadImageFromFile(output, read);
+  };
+  const std::string path = PathOf(leaving.name);
+  if (!std::all_of(leaving.outputs.begin(), leaving.outputs.end(), stands)) {
+    Tell(leaving.name, Result::None, "裁出的文件读不回来，源文件已保留", "");
+    return;
+  }
+  Tell(leaving.name, Result::Written, "", leaving.outputs.front());
+  if (StampOf(program_.host.files, path) != leaving.stamp) {
+    hooks_.note(base::DisplayText(leaving.name) + "：图片在裁剪期间被改动，源文件已保留");
+    return;
+  }
+  const host::Status gone = program_.host.files.Discard(path);
+  if (!gone) hooks_.note("源文件没能移入回收站：" + base::DisplayText(path) + "：" + gone.Why());
+}
+
+void FolderWatch::Tell(const std::string& name, Result result, const std::string& why, const std::string& output) {
+  ++totals_.planned;
+  ++(result == Result::Written ? totals_.written : result == Result::None ? totals_.none : totals_.skipped);
+  hooks_.counted(totals_.written);
+  if (result == Result::None) hooks_.note(base::DisplayText(name) + "：" + why);
+  if (program_.observer) program_.observer->FileDone({0, PathOf(name), output, result, why});
+}
+
+}  // namespace quillon::regions

@@ -1,0 +1,101 @@
+// SPDX-FileCopyrightText: 2026 The Quillon developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "ui/kit/bind/binder.h"
+
+#include <QWidget>
+
+#include "controls/window.h"
+#include "ui/kit/bind/binding.h"
+#include "ui/kit/text.h"
+
+namespace quillon::ui {
+namespace {
+
+bool LiesIn(const controls::Control& control, const controls::Control& holder) {
+  for (const controls::Control* parent = control.Parent(); parent; parent = parent->Parent()) {
+    if (parent == &holder) return true;
+  }
+  return false;
+}
+
+}  // namespace
+
+Binder::Binder(controls::Window& window, Refusal onRefusal) : window_(window), onRefusal_(std::move(onRefusal)) {
+  token_ = window_.Observe([this](controls::Control& control, controls::Aspect aspect) { OnChange(control, aspect); });
+}
+
+Binder::~Binder() {
+  window_.Forget(token_);
+  // Widgets outlive their binder for a moment while a window is torn down, and must not speak to it any more.
+  for (auto& [control, list] : bindings_) {
+    for (const QPointer<QObject>& binding : list) delete binding.data();
+  }
+}
+
+void Binder::Attach(Binding* binding) {
+  bindings_[&binding->Control()].emplace_back(binding);
+  binding->ShowLook();
+  binding->ShowValue();
+}
+
+void Binder::Refused(const std::string& sentence) const {
+  if (onRefusal_) onRefusal_(sentence);
+}
+
+void Binder::CommitTyped() {
+  for (auto& [control, list] : bindings_) {
+    for (const QPointer<QObject>& binding : list) {
+      if (binding) static_cast<Binding*>(binding.data())->CommitTyped();
+    }
+  }
+}
+
+void Binder::OnChange(controls::Control& control, controls::Aspect aspect) {
+  for (auto& [bound, list] : bindings_) {
+    const bool itself = bound == &control;
+    const bool inside = aspect == controls::Aspect::Appearance && !itself && LiesIn(*bound, control);
+    if (!itself && !inside) continue;
+    for (const QPointer<QObject>& pointer : list) {
+      auto* binding = static_cast<Binding*>(pointer.data());
+      if (!binding) continue;
+      if (aspect == controls::Aspect::Appearance) binding->ShowLook();
+      if (itself) binding->ShowValue();
+    }
+  }
+}
+
+QString TooltipOf(const controls::Control& control) {
+  QStringList lines;
+  for (const std::string& line : {control.WhyDisabled(), control.Tooltip()}) {
+    if (!line.empty()) lines << Shown(line);
+  }
+  return lines.join(u'\n');
+}
+
+void ShowCommon(const controls::Control& control, QWidget& widget) {
+  widget.setToolTip(TooltipOf(control));
+  widget.setEnabled(control.Enabled());
+  ShowVisible(control, widget);
+}
+
+void ShowVisible(const controls::Control& control, QWidget& widget) {
+  const bool fresh = !widget.testAttribute(Qt::WA_WState_ExplicitShowHide);
+  if (!control.Visible() || !fresh) widget.setVisible(control.Visible());
+}
+
+void Binding::Edit(const std::string& text) {
+  const QPointer<QObject> alive(this);
+  const controls::EditResult result = control_.UserEdit(text);
+  if (!alive) return;
+  ShowValue();
+  if (!result.Accepted()) binder_.Refused(result.refusal);
+}
+
+void Binding::Click() {
+  const QPointer<QObject> alive(this);
+  binder_.CommitTyped();
+  const controls::EditResult result = control_.UserClick();
+  if (alive && !result.Accepted()) binder_.Refused(result.refusal);
+}
+
+}  // namespace quillon::ui

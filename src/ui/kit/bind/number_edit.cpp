@@ -1,0 +1,83 @@
+// SPDX-FileCopyrightText: 2026 The Quillon developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "ui/kit/bind/number_edit.h"
+
+#include <QLineEdit>
+#include <QRegularExpression>
+#include <QStyle>
+#include <QStyleOptionSpinBox>
+#include <QWheelEvent>
+#include <algorithm>
+
+#include "base/number_text.h"
+#include "ui/kit/text.h"
+
+namespace quillon::ui {
+namespace {
+
+constexpr int kDigits = 6;
+
+}  // namespace
+
+NumberEdit::NumberEdit(controls::Content content, QWidget* parent) : QAbstractSpinBox(parent), content_(content) {
+  setAccelerated(true);
+  lineEdit()->setAcceptDrops(false);  // files dropped anywhere belong to the list
+  setFocusPolicy(Qt::StrongFocus);
+  setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
+}
+
+void NumberEdit::SetText(const QString& text) {
+  given_ = text;
+  if (text != lineEdit()->text()) lineEdit()->setText(text);
+  update();
+}
+
+void NumberEdit::SetLimits(const controls::Limits& limits) {
+  limits_ = limits;
+  update();
+}
+
+QSize NumberEdit::sizeHint() const {
+  ensurePolished();
+  QStyleOptionSpinBox option;
+  initStyleOption(&option);
+  const int width = fontMetrics().horizontalAdvance(QString(kDigits, u'0')) + 2 * fontMetrics().averageCharWidth();
+  const QSize content(width, lineEdit()->sizeHint().height());
+  return style()->sizeFromContents(QStyle::CT_SpinBox, &option, content, this);
+}
+
+void NumberEdit::stepBy(int steps) {
+  double value = base::LeadingNumber(Bytes(text())) + steps;
+  if (limits_.min) value = std::max(value, *limits_.min);
+  if (limits_.max) value = std::min(value, *limits_.max);
+  SetText(QString::fromStdString(base::NumberText(value)));
+  if (onStep_) onStep_(text());
+  selectAll();
+}
+
+// Full-width digits come out of Chinese input methods and count like their plain twins.
+QValidator::State NumberEdit::validate(QString& input, int&) const {
+  static const QRegularExpression whole(QStringLiteral("^\\s*[-+－＋]?[0-9０-９]*\\s*$"));
+  static const QRegularExpression broken(QStringLiteral("^\\s*[-+－＋]?[0-9０-９]*[.．。]?[0-9０-９]*\\s*$"));
+  const QRegularExpression& shape = content_ == controls::Content::Integer ? whole : broken;
+  return shape.match(input).hasMatch() ? QValidator::Acceptable : QValidator::Invalid;
+}
+
+QAbstractSpinBox::StepEnabled NumberEdit::stepEnabled() const {
+  const double value = base::LeadingNumber(Bytes(text()));
+  StepEnabled able = StepNone;
+  if (!limits_.min || value > *limits_.min) able |= StepDownEnabled;
+  if (!limits_.max || value < *limits_.max) able |= StepUpEnabled;
+  return able;
+}
+
+// A wheel that scrolls the panel must not change the number it happens to pass over.
+void NumberEdit::wheelEvent(QWheelEvent* event) {
+  if (hasFocus()) {
+    QAbstractSpinBox::wheelEvent(event);
+  } else {
+    event->ignore();
+  }
+}
+
+}  // namespace quillon::ui

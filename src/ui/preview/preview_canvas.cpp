@@ -1,0 +1,233 @@
+// SPDX-FileCopyrightText: 2026 The Quillon developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "ui/preview/preview_canvas.h"
+
+#include <QPainter>
+#include <cmath>
+
+#include "ui/kit/hint.h"
+#include "ui/kit/theme/metrics.h"
+#include "ui/preview/frame_painter.h"
+
+namespace quillon::ui {
+namespace {
+
+constexpr double kReach = 7;  // around a side of the frame
+constexpr double kMillimetres = 25.4;
+constexpr double kBadge = 22;
+
+QRectF Room(const QWidget& canvas) { return QRectF(canvas.rect()).adjusted(kGap, kGap, -kGap, -kGap); }
+
+}  // namespace
+
+PreviewCanvas::PreviewCanvas(const job::Preview& preview, QWidget* parent) : QWidget(parent), preview_(preview) {
+  setObjectName(QStringLiteral("previewCanvas"));
+  setAccessibleName(QStringLiteral("预览"));
+  setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Expanding);
+  setMouseTracking(true);
+  setFocusPolicy(Qt::StrongFocus);
+}
+
+void PreviewCanvas::SetPicture(const QImage& picture) {
+  picture_ = picture;
+  glance_ = {};
+  shaped_ = {};
+  update();
+}
+
+void PreviewCanvas::SetGlance(const QImage& picture) {
+  glance_ = picture;
+  update();
+}
+
+void PreviewCanvas::SetView(double zoom, double across, double down) {
+  zoom_ = zoom;
+  across_ = across;
+  down_ = down;
+  update();
+}
+
+void PreviewCanvas::SetHandles(bool handles) {
+  handles_ = handles;
+  update();
+}
+
+void PreviewCanvas::SetRegions(std::vector<job::PreviewFrame> regions, std::optional<std::size_t> picked) {
+  regions_ = std::move(regions);
+  picked_ = picked;
+  update();
+}
+
+QRectF PreviewCanvas::Extent() const {
+  const QRectF whole(0, 0, preview_.Picture().width, preview_.Picture().height);
+  const job::PreviewBoard& board = preview_.Board();
+  if (board.Empty()) return whole;
+  const job::PreviewFrame& frame = preview_.PictureFrame();
+  // A border wider than this leaves nothing of the picture to be seen.
+  const double most = 3 * qMax(whole.width(), whole.height());
+  const auto side = [most](double width) { return qMin(width, most); };
+  const QRectF framed(frame.left, frame.top, frame.width, frame.height);
+  return whole.united(framed.adjusted(-side(board.left), -side(board.top), side(board.right), side(board.bottom)));
+}
+
+QRectF PreviewCanvas::ExtentRect() const {
+  const QRectF room = Room(*this);
+  QRectF shown(QPointF(), Extent().size().scaled(room.size(), Qt::KeepAspectRatio) * zoom_);
+  shown.moveCenter(room.center());
+  if (shown.width() > room.width()) shown.moveLeft(room.left() - (shown.width() - room.width()) * across_);
+  if (shown.height() > room.height()) shown.moveTop(room.top() - (shown.height() - room.height()) * down_);
+  return shown;
+}
+
+QRectF PreviewCanvas::PictureRect() const {
+  const QSizeF whole(preview_.Picture().width, preview_.Picture().height);
+  if (picture_.isNull() || whole.isEmpty()) return {};
+  const QRectF extent = Extent();
+  const QRectF shown = ExtentRect();
+  const double scale = shown.width() / extent.width();
+  return {shown.topLeft() - extent.topLeft() * scale, whole * scale};
+}
+
+QSizeF PreviewCanvas::Hidden() const {
+  if (PictureRect().isEmpty()) return {0, 0};
+  return (ExtentRect().size() - Room(*this).size()).expandedTo(QSizeF(0, 0));
+}
+
+void PreviewCanvas::Shape() {
+  const double angle = preview_.Angle();
+  if (!shaped_.isNull() && angle_ == angle && upright_ == preview_.Upright()) return;
+  angle_ = angle;
+  upright_ = preview_.Upright();
+  shaped_ = picture_;
+  scaled_ = {};
+  if (angle == 0) return;
+  const QSize upright =
+      QSize(upright_.width, upright_.height).scaled(picture_.size(), Qt::KeepAspectRatio).expandedTo(QSize(1, 1));
+  const QImage turned = picture_.scaled(upright, Qt::IgnoreAspectRatio, Qt::SmoothTransformation)
+                            .transformed(QTransform().rotate(-angle), Qt::SmoothTransformation);
+  shaped_ = QImage(turned.size(), QImage::Format_RGB32);
+  shaped_.fill(Qt::white);
+  QPainter(&shaped_).drawImage(0, 0, turned);
+}
+
+QRectF PreviewCanvas::Placed(const job::PreviewFrame& frame) const {
+  const QRectF shown = PictureRect();
+  if (shown.isEmpty()) return {};
+  const double across = shown.width() / preview_.Picture().width;
+  const double down = shown.height() / preview_.Picture().height;
+  return {shown.left() + frame.left * across, shown.top() + frame.top * down, frame.width * across,
+          frame.height * down};
+}
+
+QRectF PreviewCanvas::FrameRect() const { return Placed(preview_.PictureFrame()); }
+
+regions::Point PreviewCanvas::PlaceAt(const QPointF& point) const {
+  const QRectF shown = PictureRect();
+  if (shown.isEmpty()) return {};
+  return {(point.x() - shown.left()) * preview_.Picture().width / shown.width(),
+          (point.y() - shown.top()) * preview_.Picture().height / shown.height()};
+}
+
+// A frame over the whole picture cannot be moved: a press inside begins a new one.
+std::optional<regions::Grip> PreviewCanvas::GripAt(const QPointF& point) const {
+  const QRectF frame = FrameRect();
+  if (frame.width() <= 0 || frame.height() <= 0) return std::nullopt;
+  if (!frame.adjusted(-kReach, -kReach, kReach, kReach).contains(point)) return std::nullopt;
+  const auto side = [](double at, double first, double second) {
+    if (std::abs(at - second) <= kReach) return 1;
+    return std::abs(at - first) <= kReach ? -1 : 0;
+  };
+  const regions::Grip grip{side(point.x(), frame.left(), frame.right()), side(point.y(), frame.top(), frame.bottom())};
+  const base::Size picture = preview_.Picture();
+  const job::PreviewFrame& own = preview_.PictureFrame();
+  const bool whole = own.width >= picture.width && own.height >= picture.height;
+  if (grip == regions::Grip() && whole) return std::nullopt;
+  return grip;
+}
+
+QRectF PreviewCanvas::RegionBadge(std::size_t region) const {
+  const QRectF frame = Placed(regions_[region]);
+  return {frame.left(), frame.top(), qMin(kBadge, qMax(frame.width(), 1.0)), qMin(kBadge, qMax(frame.height(), 1.0))};
+}
+
+std::optional<std::size_t> PreviewCanvas::RegionAt(const QPointF& point) const {
+  for (std::size_t i = regions_.size(); i-- > 0;) {
+    const QRectF frame = Placed(regions_[i]);
+    const bool near = frame.adjusted(-kReach, -kReach, kReach, kReach).contains(point);
+    const bool inside = frame.adjusted(kReach, kReach, -kReach, -kReach).contains(point);
+    if (RegionBadge(i).contains(point) || (near && !inside) || (near && picked_ == i)) return i;
+  }
+  return std::nullopt;
+}
+
+QString PreviewCanvas::FrameText() const {
+  const job::PreviewFrame& frame = preview_.PictureFrame();
+  const QString pixels = QStringLiteral("%1 × %2 px").arg(qRound(frame.width)).arg(qRound(frame.height));
+  if (preview_.Dpi() <= 0) return pixels;
+  const auto mm = [this](double side) { return QString::number(side * kMillimetres / preview_.Dpi(), 'f', 1); };
+  return pixels + QStringLiteral("　%1 × %2 mm").arg(mm(frame.width), mm(frame.height));
+}
+
+void PreviewCanvas::PaintPicture(QPainter& painter, const QRectF& shown) {
+  Shape();
+  const double ratio = devicePixelRatioF();
+  painter.setRenderHint(QPainter::SmoothPixmapTransform);
+  if (zoom_ <= 1) {
+    const QSize pixels = (shown.size() * ratio).toSize().expandedTo(QSize(1, 1));
+    if (scaled_.size() != pixels) {
+      scaled_ = QPixmap::fromImage(shaped_.scaled(pixels, Qt::IgnoreAspectRatio, Qt::SmoothTransformation));
+      scaled_.setDevicePixelRatio(ratio);
+    }
+    painter.drawPixmap(shown, scaled_, QRectF(QPointF(), QSizeF(pixels)));
+    return;
+  }
+  // Of a picture larger than its room only the part on show is drawn.
+  const QRectF seen = shown.intersected(QRectF(rect()));
+  const double across = shaped_.width() / shown.width();
+  const double down = shaped_.height() / shown.height();
+  painter.drawImage(seen, shaped_,
+                    QRectF((seen.left() - shown.left()) * across, (seen.top() - shown.top()) * down,
+                           seen.width() * across, seen.height() * down));
+  const double wanted = qMax(shown.width(), shown.height()) * ratio;
+  if (wanted > 1.2 * qMax(shaped_.width(), shaped_.height())) emit DetailWanted(static_cast<int>(wanted));
+}
+
+void PreviewCanvas::PaintRegions(QPainter& painter) const {
+  for (std::size_t i = 0; i < regions_.size(); ++i) {
+    PaintRegion(painter, {Placed(regions_[i]), RegionBadge(i), static_cast<int>(i) + 1, picked_ == i});
+  }
+}
+
+void PreviewCanvas::paintEvent(QPaintEvent*) {
+  QPainter painter(this);
+  if (Glances()) {
+    const QRectF room = Room(*this);
+    QRectF place(QPointF(), QSizeF(glance_.size()).scaled(room.size(), Qt::KeepAspectRatio));
+    place.moveCenter(room.center());
+    painter.setRenderHint(QPainter::SmoothPixmapTransform);
+    painter.drawImage(place, glance_);
+    return;
+  }
+  const QRectF shown = PictureRect();
+  if (shown.isEmpty()) {
+    PaintDropHint(painter, *this);
+    return;
+  }
+  PaintPicture(painter, shown);
+  painter.setClipRect(rect());
+  if (!regions_.empty()) {
+    PaintRegions(painter);
+    return;
+  }
+  FrameLook look{shown, FrameRect(), preview_.Shape(), preview_.BorderStyle() != 0, FrameText()};
+  look.handles = handles_;
+  look.second = preview_.SecondLook();
+  look.visible = rect();
+  const job::PreviewBoard& board = preview_.Board();
+  const double scale = shown.width() / preview_.Picture().width;
+  look.board = QMarginsF(board.left, board.top, board.right, board.bottom) * scale;
+  look.boardColour = QColor(board.colour.Red(), board.colour.Green(), board.colour.Blue());
+  PaintFrame(painter, look);
+}
+
+}  // namespace quillon::ui

@@ -1,0 +1,162 @@
+// SPDX-FileCopyrightText: 2026 The Quillon developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "cli/batch_process.h"
+
+#include <fcntl.h>
+#include <pty.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <csignal>
+#include <ctime>
+#include <filesystem>
+#include <fstream>
+#include <sstream>
+#include <stdexcept>
+
+namespace quillon::cli {
+namespace {
+
+constexpr const char* kProgram = QUILLON_BINARY_DIR "/bin/quillon-batch";
+
+void Nap() {
+  const timespec moment{0, 5'000'000};
+  nanosleep(&moment, nullptr);
+}
+
+}  // namespace
+
+BatchProcess::BatchProcess(const std::vector<std::string>& arguments, const std::string& folder, ErrorsTo errors)
+    : temporary_(own_.Path("tmp")) {
+  Start(arguments, folder, errors);
+}
+
+BatchProcess::BatchProcess(const std::vector<std::string>& arguments, const std::string& folder,
+                           const std::string& temporary)
+    : temporary_(temporary) {
+  Start(arguments, folder, ErrorsTo::File);
+}
+
+BatchProcess::~BatchProcess() {
+  if (process_ > 0) {
+    kill(process_, SIGKILL);
+    waitpid(process_, nullptr, 0);
+  }
+  if (out_ >= 0) close(out_);
+  if (terminal_ >= 0) close(terminal_);
+}
+
+void BatchProcess::Start(const std::vector<std::string>& arguments, const std::string& folder, ErrorsTo errors) {
+  std::error_code ignored;
+  std::filesystem::create_directories(temporary_, ignored);
+  const std::string errorFile = own_.Path("err");
+  const std::string temporary = "TMPDIR=" + temporary_;
+  const std::string settings = "XDG_CONFIG_HOME=" + temporary_ + ".config";
+  std::vector<char*> words{const_cast<char*>(kProgram)};
+  for (const std::string& argument : arguments) words.push_back(const_cast<char*>(argument.c_str()));
+  words.push_back(nullptr);
+  int ends[2];
+  if (pipe2(ends, O_CLOEXEC) < 0) throw std::runtime_error("pipe");
+  int slave = -1;
+  if (errors == ErrorsTo::Terminal && openpty(&terminal_, &slave, nullptr, nullptr, nullptr) < 0) {
+    throw std::runtime_error("openpty");
+  }
+  process_ = fork();
+  if (process_ == 0) {
+    const int err = slave >= 0 ? slave : open(errorFile.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0600);
+    dup2(ends[1], STDOUT_FILENO);
+    dup2(err, STDERR_FILENO);
+    putenv(const_cast<char*>(temporary.c_str()));
+    putenv(const_cast<char*>(settings.c_str()));
+    if (chdir(folder.c_str()) == 0) execv(kProgram, words.data());
+    _exit(127);
+  }
+  close(ends[1]);
+  if (slave >= 0) close(slave);
+  out_ = ends[0];
+}
+
+bool BatchProcess::ReadMore() {
+  char block[4096];
+  const ssize_t got = read(out_, block, sizeof block);
+  if (got > 0) ran_.out.append(block, static_cast<std::size_t>(got));
+  return got > 0;
+}
+
+bool BatchProcess::ReadTo(const std::string& text) {
+  while (ran_.out.find(text) == std::string::npos) {
+    if (!ReadMore()) return false;
+  }
+  return true;
+}
+
+void BatchProcess::Signal(int signal) const { kill(process_, signal); }
+
+std::vector<pid_t> BatchProcess::Children() const {
+  std::vector<pid_t> found;
+  for (const auto& entry : std::filesystem::directory_iterator("/proc")) {
+    const std::string name = entry.path().filename();
+    if (name.find_first_not_of("0123456789") != std::string::npos) continue;
+    std::ifstream status(entry.path() / "stat");
+    std::string text;
+    std::getline(status, text);
+    // Behind the name, which may hold anything: the state and the parent.
+    std::istringstream rest(text.substr(std::min(text.size(), text.rfind(')') + 1)));
+    char state = 0;
+    pid_t parent = 0;
+    if (rest >> state >> parent && parent == process_ && state != 'Z') found.push_back(std::stoi(name));
+  }
+  return found;
+}
+
+void BatchProcess::Take(int status) {
+  process_ = -1;
+  if (WIFEXITED(status)) ran_.exit = WEXITSTATUS(status);
+  if (WIFSIGNALED(status)) ran_.signal = WTERMSIG(status);
+  if (terminal_ < 0) ran_.err = own_.Read("err");
+}
+
+Ran BatchProcess::Insist(int signal) {
+  int status = 0;
+  while (waitpid(process_, &status, WNOHANG) == 0) {
+    kill(process_, signal);
+    Nap();
+  }
+  Take(status);
+  return ran_;
+}
+
+Ran BatchProcess::Wait() {
+  while (ReadMore()) {
+  }
+  int status = 0;
+  waitpid(process_, &status, 0);
+  if (terminal_ >= 0) {
+    char block[4096];
+    fcntl(terminal_, F_SETFL, O_NONBLOCK);
+    for (ssize_t got; (got = read(terminal_, block, sizeof block)) > 0;) {
+      ran_.err.append(block, static_cast<std::size_t>(got));
+    }
+  }
+  Take(status);
+  return ran_;
+}
+
+Ran BatchProcess::WaitUnheard() {
+  close(out_);
+  out_ = -1;
+  return Wait();
+}
+
+std::vector<std::string> BatchProcess::Temporaries() const {
+  std::vector<std::string> names;
+  for (const auto& entry : std::filesystem::directory_iterator(temporary_)) names.push_back(entry.path().filename());
+  return names;
+}
+
+Ran RunProgram(const std::vector<std::string>& arguments, const std::string& folder) {
+  return BatchProcess(arguments, folder).Wait();
+}
+
+}  // namespace quillon::cli

@@ -1,0 +1,65 @@
+// SPDX-FileCopyrightText: 2026 The Quillon developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <sys/types.h>
+
+#include <string>
+#include <vector>
+
+#include "host/testing/temp_folder.h"
+
+namespace quillon::cli {
+
+// How a process ended, with all that it wrote.
+struct Ran {
+  int exit = -1;  // -1 where a signal ended it
+  int signal = 0;
+  std::string out;
+  std::string err;
+};
+
+enum class ErrorsTo { File, Terminal };
+
+// One call of the program, with a folder for temporary files of its own.
+class BatchProcess {
+ public:
+  explicit BatchProcess(const std::vector<std::string>& arguments, const std::string& folder = "/",
+                        ErrorsTo errors = ErrorsTo::File);
+  // For a call that uses the temporary folder of another.
+  BatchProcess(const std::vector<std::string>& arguments, const std::string& folder, const std::string& temporary);
+  ~BatchProcess();
+  BatchProcess(const BatchProcess&) = delete;
+  BatchProcess& operator=(const BatchProcess&) = delete;
+
+  // Reads stdout up to a line that holds the text; false at its end.
+  bool ReadTo(const std::string& text);
+  void Signal(int signal) const;
+  // The processes that it has started and that still run.
+  std::vector<pid_t> Children() const;
+  // Sends the signal again and again until the process has ended, without reading what it writes.
+  Ran Insist(int signal);
+  Ran Wait();
+  // Waits with the reading end of stdout closed.
+  Ran WaitUnheard();
+
+  // What it left in the folder for temporary files, so far.
+  std::vector<std::string> Temporaries() const;
+  const std::string& TemporaryFolder() const { return temporary_; }
+
+ private:
+  void Start(const std::vector<std::string>& arguments, const std::string& folder, ErrorsTo errors);
+  bool ReadMore();
+  void Take(int status);
+
+  host::testing::TempFolder own_;
+  std::string temporary_;
+  pid_t process_ = -1;
+  int out_ = -1;
+  int terminal_ = -1;
+  Ran ran_;
+};
+
+Ran RunProgram(const std::vector<std::string>& arguments, const std::string& folder = "/");
+
+}  // namespace quillon::cli

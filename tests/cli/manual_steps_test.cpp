@@ -1,0 +1,60 @@
+// SPDX-FileCopyrightText: 2026 The Quillon developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+// Pictures at which a run waits are answered by name.
+#include "cli/manual_steps.h"
+
+#include <gtest/gtest.h>
+
+#include "cli/world.h"
+
+namespace quillon::cli {
+namespace {
+
+class ManualStepsTest : public testing::Test {
+ protected:
+  Outcome Cut(const std::vector<std::string>& files) {
+    world_.onTurn = [this] { manual_.Turn(); };
+    return world_.Perform({world_.Out(), World::Percent(), World::Set("TCutValue(3)", "50"),
+                           World::Set("CmbOutType", "bmp"), World::Open("FBaseOpt"),
+                           World::Set("FBaseOpt.ChMamal", "1"), World::Files(files), World::Click("menuNormalCut")});
+  }
+  int HeightOf(const std::string& name) {
+    imaging::ImageFacts facts;
+    EXPECT_TRUE(world_.program.images.ImageInfo(world_.test.folder.Path("out/" + name), facts)) << name;
+    return facts.height;
+  }
+  std::vector<std::string> Pressed() const {
+    std::vector<std::string> pressed;
+    for (const Event& event : world_.recorder.Of(EventKind::Dialog)) {
+      if (event.Text("kind") == "frame") pressed.push_back(event.Text("answer"));
+    }
+    return pressed;
+  }
+
+  World world_;
+  ManualSteps manual_{world_.program, world_.suite.regions.cutFrame, world_.answers, world_.recorder};
+};
+
+TEST_F(ManualStepsTest, APictureWithoutAnAnswerGoesOn) {
+  EXPECT_EQ(Cut({world_.Picture("a.bmp"), world_.Picture("b.bmp")}).exit, Exit::AllWritten);
+  EXPECT_EQ(Pressed(), (std::vector<std::string>{"CmdNext", "CmdNext"}));
+  EXPECT_EQ(HeightOf("a.bmp"), 15);
+}
+
+TEST_F(ManualStepsTest, AnswersArePressedInTheirOrder) {
+  world_.answers = {{"b.bmp", "CmdNotCut", ""}, {"b.bmp", "CmdNext", ""}, {"确定旋转", "Yes", ""}};
+  Cut({world_.Picture("a.bmp"), world_.Picture("b.bmp")});
+  EXPECT_EQ(Pressed(), (std::vector<std::string>{"CmdNext", "CmdNotCut"}));
+  EXPECT_EQ(HeightOf("a.bmp"), 15);
+  EXPECT_EQ(HeightOf("b.bmp"), 30);
+}
+
+TEST_F(ManualStepsTest, ButtonsAreNamesOfAnswers) {
+  for (const char* name : {"CmdNext", "cmdnotcut", "CmdAddBoard", "CmdRot90", "CmdRot270"}) {
+    EXPECT_TRUE(ManualSteps::IsButton(name)) << name;
+  }
+  for (const char* name : {"", "Cmd", "Yes", "CmdOk"}) EXPECT_FALSE(ManualSteps::IsButton(name)) << name;
+}
+
+}  // namespace
+}  // namespace quillon::cli

@@ -1,0 +1,95 @@
+// SPDX-FileCopyrightText: 2026 The Quillon developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "cli/stop_signals.h"
+
+#include <gtest/gtest.h>
+#include <unistd.h>
+
+#include <thread>
+
+namespace quillon::cli {
+namespace {
+
+// Each in a process of its own, in which no other thread can take the signal.
+struct StopSignalsTest : testing::Test {
+  void SetUp() override { GTEST_FLAG_SET(death_test_style, "threadsafe"); }
+};
+
+void Send(int signal, const StopSignals& signals) {
+  kill(getpid(), signal);
+  while (!signals.Stopping()) std::this_thread::yield();
+}
+
+// Until it is taken, one behind the other.
+bool Pending(int signal) {
+  sigset_t signals;
+  sigpending(&signals);
+  return sigismember(&signals, signal) == 1;
+}
+
+TEST_F(StopSignalsTest, AreWishesToStop) {
+  for (const int signal : {SIGINT, SIGTERM, SIGHUP}) {
+    EXPECT_EXIT(
+        {
+          StopSignals signals;
+          const bool before = signals.Stopping();
+          Send(signal, signals);
+          _exit(before ? 1 : 40);
+        },
+        testing::ExitedWithCode(40), "");
+  }
+}
+
+TEST_F(StopSignalsTest, TheSecondIsInsisted) {
+  EXPECT_EXIT(
+      {
+        StopSignals signals;
+        signals.OnInsist([] { _exit(41); });
+        Send(SIGINT, signals);
+        kill(getpid(), SIGTERM);
+        for (;;) pause();
+      },
+      testing::ExitedWithCode(41), "");
+}
+
+TEST_F(StopSignalsTest, HangUpsDoNotInsist) {
+  EXPECT_EXIT(
+      {
+        StopSignals signals;
+        signals.OnInsist([] { _exit(41); });
+        Send(SIGHUP, signals);
+        for (int i = 0; i < 3; ++i) {
+          kill(getpid(), SIGHUP);
+          while (Pending(SIGHUP)) std::this_thread::yield();
+        }
+        _exit(43);
+      },
+      testing::ExitedWithCode(43), "");
+}
+
+// As nohup asks for.
+TEST_F(StopSignalsTest, AHangUpThatIsIgnoredStaysIgnored) {
+  EXPECT_EXIT(
+      {
+        std::signal(SIGHUP, SIG_IGN);
+        StopSignals signals;
+        kill(getpid(), SIGHUP);
+        const bool hung = signals.Stopping();
+        Send(SIGTERM, signals);
+        _exit(hung ? 1 : 42);
+      },
+      testing::ExitedWithCode(42), "");
+}
+
+TEST_F(StopSignalsTest, LeaveTheSignalsAsTheyWere) {
+  EXPECT_EXIT(
+      {
+        { StopSignals signals; }
+        kill(getpid(), SIGTERM);
+        for (;;) pause();
+      },
+      testing::KilledBySignal(SIGTERM), "");
+}
+
+}  // namespace
+}  // namespace quillon::cli

@@ -1,0 +1,155 @@
+// SPDX-FileCopyrightText: 2026 The Quillon developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "host/posix/posix_disk.h"
+
+#include <fcntl.h>
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <cstdint>
+#include <filesystem>
+#include <regex>
+
+#include "host/testing/temp_folder.h"
+
+namespace quillon::host::posix {
+namespace {
+
+namespace fs = std::filesystem;
+using ::testing::AnyOf;
+using ::testing::Each;
+using ::testing::ElementsAre;
+using testing::TempFolder;
+
+class PosixDiskTest : public ::testing::Test {
+ protected:
+  TempFolder folder;
+  PosixDisk disk{folder.Path("data")};
+};
+
+TEST_F(PosixDiskTest, ANewFileTakesNobodysPlace) {
+  folder.Write("a", "x");
+  fs::create_symlink("none", folder.Path("dangling"));
+  EXPECT_EQ(disk.OpenNew(folder.Path("a"), 0600), -EEXIST);
+  EXPECT_EQ(disk.OpenNew(folder.Path("dangling"), 0600), -EEXIST);
+  EXPECT_EQ(disk.OpenNew(folder.Path("none/a"), 0600), -ENOENT);
+  EXPECT_FALSE(folder.Exists("none"));
+}
+
+TEST_F(PosixDiskTest, OpensOnlyRegularFiles) {
+  folder.Write("a", "x");
+  fs::create_symlink("a", folder.Path("link"));
+  ASSERT_EQ(mkfifo(folder.Path("pipe").c_str(), 0600), 0);
+  const int handle = disk.OpenRead(folder.Path("link"));
+  EXPECT_GE(handle, 0);
+  EXPECT_EQ(fcntl(handle, F_GETFD) & FD_CLOEXEC, FD_CLOEXEC);
+  disk.Close(handle);
+  EXPECT_EQ(disk.OpenOwn(folder.Path("link")), -ELOOP);
+  EXPECT_EQ(disk.OpenRead(folder.Path("pipe")), -ENXIO);
+  EXPECT_EQ(disk.OpenOwn(folder.Path("pipe")), -ENXIO);
+  EXPECT_EQ(disk.OpenRead(folder.Path()), -EISDIR);
+  EXPECT_EQ(disk.OpenRead(folder.Path("none")), -ENOENT);
+}
+
+TEST_F(PosixDiskTest, AnswersForItsOwnDisks) {
+  for (const char* place : {"/proc", "/", "/nowhere"}) EXPECT_TRUE(disk.IsLocalDisk(place)) << place;
+}
+
+TEST_F(PosixDiskTest, ALockIsHeldByOneHandleAtATime) {
+  folder.Write("a", "x");
+  const int one = disk.OpenOwn(folder.Path("a"));
+  const int other = disk.OpenOwn(folder.Path("a"));
+  EXPECT_EQ(disk.Lock(one), 0);
+  EXPECT_EQ(disk.Lock(other), -EWOULDBLOCK);
+  EXPECT_EQ(disk.Unlock(one), 0);
+  EXPECT_EQ(disk.Lock(other), 0);
+  disk.Close(other);
+  EXPECT_EQ(disk.Lock(one), 0);
+  disk.Close(one);
+}
+
+TEST_F(PosixDiskTest, RenamingToAFreeNameRefusesATakenOne) {
+  folder.Write("a", "a");
+  folder.Write("b", "b");
+  fs::create_symlink("none", folder.Path("dangling"));
+  EXPECT_EQ(disk.RenameNew(folder.Path("a"), folder.Path("b")), -EEXIST);
+  EXPECT_EQ(disk.RenameNew(folder.Path("a"), folder.Path("dangling")), -EEXIST);
+  EXPECT_EQ(disk.RenameNew(folder.Path("none"), folder.Path("c")), -ENOENT);
+  EXPECT_EQ(disk.RenameNew(folder.Path("a"), folder.Path("c")), 0);
+  EXPECT_EQ(folder.Read("b"), "b");
+  EXPECT_EQ(folder.Read("c"), "a");
+}
+
+TEST_F(PosixDiskTest, TimesGoBothWaysAndBefore1970) {
+  const int handle = disk.OpenNew(folder.Path("a"), 0600);
+  for (const std::int64_t time : {std::int64_t{1'700'000'000'123'456'789}, std::int64_t{0}, std::int64_t{-1},
+                                  std::int64_t{-1'000'000'000}, std::int64_t{-1'500'000'000}}) {
+    EXPECT_EQ(disk.SetTimes(handle, time, time), 0);
+    DiskFacts facts;
+    EXPECT_EQ(disk.StatOpen(handle, facts), 0);
+    EXPECT_EQ(facts.modified, time);
+    EXPECT_EQ(facts.accessed, time);
+  }
+  disk.Close(handle);
+}
+
+TEST_F(PosixDiskTest, PositionsBeyondEveryFileAreRefused) {
+  const int handle = disk.OpenNew(folder.Path("a"), 0600);
+  EXPECT_EQ(disk.Seek(handle, std::uint64_t{1} << 63), -EFBIG);
+  EXPECT_EQ(disk.Seek(handle, 7), 0);
+  disk.Close(handle);
+}
+
+TEST_F(PosixDiskTest, SyncsAllAndTellsOfEach) {
+  for (const int count : {1, 3, 4, 40}) {
+    std::vector<int> handles;
+    for (int i = 0; i < count; ++i) {
+      const int handle = disk.OpenNew(folder.Path(std::to_string(count) + "-" + std::to_string(i)), 0600);
+      ASSERT_EQ(disk.Write(handle, "x", 1), 1);
+      EXPECT_EQ(disk.StartSync(handle), 0);
+      handles.push_back(handle);
+    }
+    EXPECT_THAT(disk.SyncAll(handles), Each(AnyOf(0, Disk::kSyncedWithName)));
+    for (const int handle : handles) EXPECT_EQ(disk.Close(handle), 0);
+    // Closed ones cannot be synced, and each says so.
+    EXPECT_THAT(disk.SyncAll(handles), Each(-EBADF));
+    EXPECT_EQ(disk.SyncAll(handles).size(), handles.size());
+  }
+  EXPECT_TRUE(disk.SyncAll({}).empty());
+}
+
+TEST_F(PosixDiskTest, SyncLeavesNoHandleBehind) {
+  const int handle = disk.OpenNew(folder.Path("a"), 0600);
+  EXPECT_EQ(disk.Sync(handle), 0);
+  EXPECT_EQ(disk.SyncFolder(folder.Path()), 0);
+  const int next = disk.OpenNew(folder.Path("b"), 0600);
+  EXPECT_EQ(next, handle + 1);
+  disk.Close(next);
+  disk.Close(handle);
+  EXPECT_EQ(disk.SyncFolder(folder.Path("none")), -ENOENT);
+  EXPECT_EQ(disk.Sync(handle), -EBADF);
+}
+
+TEST_F(PosixDiskTest, LinksAndRealPaths) {
+  fs::create_directory(folder.Path("a"));
+  fs::create_symlink("a/../a", folder.Path("link"));
+  std::string text;
+  EXPECT_EQ(disk.ReadLink(folder.Path("link"), text), 0);
+  EXPECT_EQ(text, "a/../a");
+  EXPECT_EQ(disk.RealPath(folder.Path("link/."), text), 0);
+  EXPECT_EQ(text, folder.Path("a"));
+  EXPECT_EQ(disk.ReadLink(folder.Path("a"), text), -EINVAL);
+  EXPECT_EQ(disk.RealPath(folder.Path("none"), text), -ENOENT);
+}
+
+TEST_F(PosixDiskTest, TellsItsSurroundings) {
+  EXPECT_EQ(disk.DataHome(), folder.Path("data"));
+  EXPECT_EQ(disk.User(), geteuid());
+  EXPECT_TRUE(std::regex_match(disk.TimeStamp(), std::regex("\\d{4}-\\d\\d-\\d\\dT\\d\\d:\\d\\d:\\d\\d")));
+}
+
+}  // namespace
+}  // namespace quillon::host::posix

@@ -1,0 +1,354 @@
+// SPDX-FileCopyrightText: 2026 The Quillon developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "imaging/measure/measure.h"
+
+#include <gtest/gtest.h>
+
+#include <chrono>
+#include <clocale>
+#include <thread>
+
+#include <unistd.h>
+
+#include <jpeglib.h>
+
+#include "host/posix/posix_disk.h"
+#include "imaging/jpeg_maker.h"
+#include "imaging/measure/measure_dpi.h"
+#include "imaging/measure/measure_probe.h"
+#include "imaging/metadata/exif_block.h"
+#include "imaging/scratch_folder.h"
+
+namespace quillon::imaging {
+namespace {
+
+using host::Problem;
+using testing::MakeOptions;
+using testing::ScratchFolder;
+
+std::string Jpeg(base::Size size, MakeOptions options = {}) {
+  options.quality = 40;
+  return MakeJpeg(testing::TestPicture(size, options.colours), options);
+}
+
+// Numbers of the little files below, least significant byte first unless said.
+std::string Little(unsigned long value, int size) {
+  std::string out;
+  for (int i = 0; i < size; ++i) out.push_back(static_cast<char>(value >> (8 * i) & 0xFF));
+  return out;
+}
+std::string Big(unsigned long value, int size) {
+  const std::string little = Little(value, size);
+  return {little.rbegin(), little.rend()};
+}
+
+std::string Bmp(int width, int height, unsigned perMetre) {
+  const std::string pixels(static_cast<std::size_t>((width * 3 + 3) / 4 * 4 * height), '\x55');
+  return "BM" + Little(54 + pixels.size(), 4) + Little(0, 4) + Little(54, 4) + Little(40, 4) +
+         Little(static_cast<unsigned long>(width), 4) + Little(static_cast<unsigned long>(height), 4) + Little(1, 2) +
+         Little(24, 2) + Little(0, 4) + Little(pixels.size(), 4) + Little(perMetre, 4) + Little(perMetre, 4) +
+         Little(0, 8) + pixels;
+}
+
+std::string Chunk(const std::string& type, const std::string& data) {
+  return Big(data.size(), 4) + type + data + Big(0, 4);
+}
+
+std::string Png(int width, int height, const std::string& more) {
+  return "\x89PNG\r\n\x1A\n" +
+         Chunk("IHDR", Big(static_cast<unsigned long>(width), 4) + Big(static_cast<unsigned long>(height), 4) +
+                           std::string("\x08\x02\0\0\0", 5)) +
+         more + Chunk("IDAT", "") + Chunk("IEND", "");
+}
+
+// One directory behind the pixels, as many writers have it.
+std::string Tiff(bool big, int width, int height, unsigned dpi, unsigned unit) {
+  const auto number = [&](unsigned long value, int size) { return big ? Big(value, size) : Little(value, size); };
+  const auto entry = [&](unsigned tag, unsigned type, unsigned long value) {
+    const std::string shown = type == 3 ? number(value, 2) + number(0, 2) : number(value, 4);
+    return number(tag, 2) + number(type, 2) + number(1, 4) + shown;
+  };
+  const std::string pixels(static_cast<std::size_t>(width * height), '\x55');
+  const unsigned long rational = 8 + pixels.size();
+  return (big ? std::string("MM\0*", 4) : std::string("II*\0", 4)) + number(rational + 8, 4) + pixels + number(dpi, 4) +
+         number(1, 4) + number(10, 2) + entry(256, 4, static_cast<unsigned long>(width)) +
+         entry(257, 4, static_cast<unsigned long>(height)) + entry(258, 3, 8) + entry(259, 3, 1) + entry(262, 3, 1) +
+         entry(273, 4, 8) + entry(277, 3, 1) + entry(279, 4, pixels.size()) + entry(282, 5, rational) +
+         entry(296, 3, unit) + number(0, 4);
+}
+
+std::string BigTiff(bool big, unsigned dpi) {
+  const auto number = [&](unsigned long value, int size) { return big ? Big(value, size) : Little(value, size); };
+  return (big ? "MM" : "II") + number(43, 2) + number(8, 2) + number(0, 2) + number(16, 8) + number(2, 8) +
+         number(282, 2) + number(5, 2) + number(1, 8) + number(dpi, 4) + number(1, 4) + number(296, 2) + number(3, 2) +
+         number(1, 8) + number(2, 2) + std::string(6, '\0') + number(0, 8);
+}
+
+class MeasureTest : public ::testing::Test {
+ protected:
+  ImageFacts Measured(const std::string& path, int dpi = 0) {
+    ImageFacts facts{1, 2, dpi};
+    const Status status = measurer_.Measure(path, facts);
+    EXPECT_TRUE(status) << path << ": " << status.Why();
+    return facts;
+  }
+
+  // The facts stay as they were.
+  Problem Refused(const std::string& path) {
+    ImageFacts facts{11, 22, 33};
+    const Status status = measurer_.Measure(path, facts);
+    EXPECT_EQ(status.Why().empty(), static_cast<bool>(status));
+    EXPECT_EQ(facts.width, 11);
+    EXPECT_EQ(facts.height, 22);
+    EXPECT_EQ(facts.dpi, 33);
+    return status.GetProblem();
+  }
+
+  static base::Size SizeOf(const ImageFacts& facts) { return {facts.width, facts.height}; }
+
+  ScratchFolder folder_;
+  host::posix::PosixDisk disk_;
+  host::Files files_{disk_};
+  int loads_ = 0;
+  Measurer measurer_{files_, [this](const std::string& path, ImageFacts& facts) -> Status {
+                       ++loads_;
+                       if (path.find("bad") != std::string::npos) return {Problem::Damaged, "bad"};
+                       if (path.ends_with(".jpg")) return {Problem::Unsupported, "no picture"};
+                       facts = {640, 480, 300};
+                       return Status::Ok();
+                     }};
+};
+
+TEST(MeasureReportTest, SizeIsTheTextBetweenTheLabels) {
+  struct Case {
+    std::wstring report;
+    bool good;
+    base::Size size;
+  };
+  const Case cases[] = {
+      {L"Width   : 300 pixels\nHeight  : 200 pixels\n", true, {300, 200}},
+      {L"Image\nFormat : JPEG\nWidth : 3 840 pixels\nHeight : 2\u00A0400 pixels\n", true, {3840, 2400}},
+      {L"Width : 1 234 567 pixels\nHeight : 1 pixels", true, {1234567, 1}},
+      {L"Height : 5 pixels\nWidth : 7 pixels\nHeight : 9 pixels\n", true, {7, 9}},
+      {L"Width : 7 pixels\n", false, {}},
+      {L"Width : 7\nHeight : 9\n", false, {}},
+      {L"Width : pixels\nHeight : 9 pixels", false, {}},
+      {L"Width : 12x pixels\nHeight : 9 pixels", false, {}},
+      {L"Width : 99999999999 pixels\nHeight : 9 pixels", false, {}},
+      {L"Format : JPEG\n", false, {}},
+      {L"", false, {}}};
+  for (const Case& c : cases) {
+    base::Size size;
+    EXPECT_EQ(SizeFromReport(c.report, size), c.good);
+    EXPECT_EQ(size, c.size);
+  }
+}
+
+TEST_F(MeasureTest, EveryFormat) {
+  const std::string gif = "GIF89a" + Little(320, 2) + Little(99, 2) + std::string("\0\0\0", 3) + "," + Little(0, 4) +
+                          Little(320, 2) + Little(99, 2) + std::string("\0\x02\x01\x44\0;", 6);
+  EXPECT_EQ(SizeOf(Measured(folder_.Put("a.jpg", Jpeg({33, 44})))), (base::Size{33, 44}));
+  EXPECT_EQ(SizeOf(Measured(folder_.Put("a.png", Png(1200, 44, "")))), (base::Size{1200, 44}));
+  EXPECT_EQ(SizeOf(Measured(folder_.Put("a.bmp", Bmp(31, 17, 0)))), (base::Size{31, 17}));
+  EXPECT_EQ(SizeOf(Measured(folder_.Put("a.gif", gif))), (base::Size{320, 99}));
+  EXPECT_EQ(SizeOf(Measured(folder_.Put("i.tif", Tiff(false, 31, 17, 72, 2)))), (base::Size{31, 17}));
+  EXPECT_EQ(SizeOf(Measured(folder_.Put("m.tif", Tiff(true, 310, 170, 72, 2)))), (base::Size{310, 170}));
+}
+
+TEST_F(MeasureTest, NumbersWithBlanks) {
+  EXPECT_EQ(SizeOf(Measured(folder_.Put("wide.jpg", Jpeg({3840, 9})))), (base::Size{3840, 9}));
+  EXPECT_EQ(SizeOf(Measured(folder_.Put("tall.jpg", Jpeg({8, 12345})))), (base::Size{8, 12345}));
+}
+
+TEST_F(MeasureTest, WrongExtensionIsMeasuredByContent) {
+  EXPECT_EQ(SizeOf(Measured(folder_.Put("is_jpeg.png", Jpeg({33, 44})))), (base::Size{33, 44}));
+  EXPECT_EQ(SizeOf(Measured(folder_.Put("is_bmp.jpg", Bmp(31, 17, 0)))), (base::Size{31, 17}));
+  EXPECT_EQ(SizeOf(Measured(folder_.Put("none", Jpeg({35, 46})))), (base::Size{35, 46}));
+}
+
+TEST_F(MeasureTest, NumberedPicturesAreNoSequence) {
+  for (int i = 1; i <= 37; ++i) {
+    const std::string name = (i < 10 ? "p00" : "p0") + std::to_string(i) + ".jpg";
+    folder_.Put(name, Jpeg({100 + i, 50 + i}));
+  }
+  EXPECT_EQ(SizeOf(Measured(folder_.Path("p001.jpg"))), (base::Size{101, 51}));
+  EXPECT_EQ(SizeOf(Measured(folder_.Path("p020.jpg"))), (base::Size{120, 70}));
+  EXPECT_EQ(SizeOf(Measured(folder_.Path("p037.jpg"))), (base::Size{137, 87}));
+}
+
+TEST_F(MeasureTest, NamesAreBytesInAnyLocale) {
+  const std::string names[] = {"照片.jpg",
+                               "\xD5\xD5\xC6\xAC.jpg",
+                               "%d [1].jpg",
+                               "-x.jpg",
+                               "line\nbreak.jpg",
+                               "Width 7 pixels Height 9 pixels.jpg",
+                               std::string(251, 'n') + ".jpg"};
+  ASSERT_NE(std::setlocale(LC_ALL, "C"), nullptr);
+  for (const std::string& name : names) {
+    EXPECT_EQ(SizeOf(Measured(folder_.Put(name, Jpeg({33, 44})))), (base::Size{33, 44})) << name;
+  }
+}
+
+TEST_F(MeasureTest, Refusals) {
+  EXPECT_EQ(Refused(folder_.Path("missing.jpg")), Problem::Missing);
+  EXPECT_EQ(Refused(folder_.Put("empty.jpg", "")), Problem::Damaged);
+  EXPECT_EQ(Refused(folder_.Put("text.jpg", "this is no picture at all")), Problem::Unsupported);
+  EXPECT_EQ(Refused(folder_.Put("short.jpg", Jpeg({33, 44}).substr(0, 30))), Problem::Unsupported);
+  std::filesystem::create_directory(folder_.Path("folder.jpg"));
+  EXPECT_EQ(Refused(folder_.Path("folder.jpg")), Problem::Unsupported);
+  // The object goes on working after a failure.
+  EXPECT_EQ(SizeOf(Measured(folder_.Put("good.jpg", Jpeg({33, 44})))), (base::Size{33, 44}));
+}
+
+TEST_F(MeasureTest, UnreadableFile) {
+  if (geteuid() == 0) GTEST_SKIP() << "root may read everything";
+  const std::string path = folder_.Put("locked.jpg", Jpeg({33, 44}));
+  std::filesystem::permissions(path, std::filesystem::perms::none);
+  EXPECT_EQ(Refused(path), Problem::Denied);
+}
+
+TEST_F(MeasureTest, PsdGoesThroughTheLoader) {
+  const ImageFacts facts = Measured(folder_.Put("a.psd", "8BPS"));
+  EXPECT_EQ(SizeOf(facts), (base::Size{640, 480}));
+  EXPECT_EQ(facts.dpi, 300);
+  EXPECT_EQ(Refused(folder_.Put("bad.psd", "8BPS")), Problem::Damaged);
+  EXPECT_EQ(loads_, 2);
+  Measured(folder_.Path("a.psd"), 1);
+  EXPECT_EQ(loads_, 2);  // remembered, resolution and all
+}
+
+TEST_F(MeasureTest, PsdInCapitalsGoesThroughTheLoaderToo) {
+  // Whole, so that MediaInfo would tell its size and no resolution.
+  const std::string psd = "8BPS" + Big(1, 2) + std::string(6, '\0') + Big(3, 2) + Big(43, 4) + Big(61, 4) + Big(8, 2) +
+                          Big(3, 2) + Big(0, 4) + Big(0, 4) + Big(0, 4) + Big(0, 2) +
+                          std::string(std::size_t{61} * 43 * 3, '\0');
+  const ImageFacts facts = Measured(folder_.Put("B.PSD", psd), 1);
+  EXPECT_EQ(SizeOf(facts), (base::Size{640, 480}));
+  EXPECT_EQ(facts.dpi, 300);
+}
+
+TEST_F(MeasureTest, AnswerIsRememberedUntilSizeTimeOrFileChanges) {
+  const std::string path = folder_.Put("a.jpg", Jpeg({33, 44}));
+  EXPECT_FALSE(measurer_.Knows(path));
+  Measured(path);
+  EXPECT_TRUE(measurer_.Knows(path));
+
+  const auto time = std::filesystem::last_write_time(path);
+  std::filesystem::last_write_time(path, time + std::chrono::seconds(1));
+  EXPECT_FALSE(measurer_.Knows(path));
+  Measured(path);
+
+  // Other content under the old time: the size tells.
+  folder_.Put("a.jpg", Jpeg({35, 46}) + "x");
+  std::filesystem::last_write_time(path, time + std::chrono::seconds(1));
+  EXPECT_EQ(SizeOf(Measured(path)), (base::Size{35, 46}));
+
+  // Another file of the same size and time under the name.
+  const std::string content = Jpeg({33, 44});
+  folder_.Put("a.jpg", content);
+  std::filesystem::last_write_time(path, time);
+  Measured(path);
+  const std::string twin = folder_.Put("twin.jpg", content);
+  std::filesystem::last_write_time(twin, time);
+  std::filesystem::rename(twin, path);
+  EXPECT_FALSE(measurer_.Knows(path));
+}
+
+TEST_F(MeasureTest, ContentThatKeptItsTimesIsMeasuredAgain) {
+  std::string one = Jpeg({33, 44});
+  std::string other = Jpeg({43, 34});
+  one.resize(std::max(one.size(), other.size()), 'x');
+  other.resize(one.size(), 'x');
+  const std::string path = folder_.Put("a.jpg", one);
+  const auto time = std::filesystem::last_write_time(path);
+  Measured(path);
+  const std::optional<host::FileFacts> before = files_.Stat(path);
+  // Same inode, size and modified time. The system's clock for changes moves in steps, so this may take a few rounds.
+  do {
+    std::fstream(path, std::ios::in | std::ios::out | std::ios::binary) << other;
+    std::filesystem::last_write_time(path, time);
+  } while (files_.Stat(path)->changed == before->changed);
+  EXPECT_EQ(files_.Stat(path)->modified, before->modified);
+  EXPECT_EQ(SizeOf(Measured(path)), (base::Size{43, 34}));
+}
+
+TEST_F(MeasureTest, WhatMediaInfoCannotTellIsOpened) {
+  const std::string path = folder_.Put("odd.xyz", "nothing that a report would tell the size of");
+  EXPECT_EQ(SizeOf(Measured(path)), (base::Size{640, 480}));
+  EXPECT_EQ(loads_, 1);
+  EXPECT_EQ(Measured(path).dpi, 0);
+  EXPECT_EQ(loads_, 1);
+  EXPECT_EQ(Refused(folder_.Put("bad.xyz", "nor this")), Problem::Damaged);
+}
+
+TEST_F(MeasureTest, ResolutionOnRequestOnly) {
+  MakeOptions options;
+  options.densityUnit = 1;
+  options.density = 300;
+  const std::string path = folder_.Put("a.jpg", Jpeg({33, 44}, options));
+  EXPECT_EQ(Measured(path).dpi, 0);
+  EXPECT_EQ(Measured(path, 1).dpi, 300);
+  EXPECT_EQ(Measured(path, 1).dpi, 300);
+  EXPECT_EQ(Measured(path).dpi, 0);
+  EXPECT_EQ(Measured(folder_.Put("none.jpg", Jpeg({33, 44})), 1).dpi, 0);
+}
+
+TEST_F(MeasureTest, SeveralThreadsAtOnce) {
+  constexpr int kFiles = 40;
+  for (int i = 0; i < kFiles; ++i) folder_.Put(std::to_string(i), Jpeg({10 + i, 20 + i}));
+  std::vector<std::thread> threads;
+  for (int t = 0; t < 4; ++t) {
+    threads.emplace_back([&, t] {
+      for (int i = 0; i < kFiles; ++i) {
+        const int n = (i * 7 + t * 10) % kFiles;
+        ImageFacts facts;
+        EXPECT_TRUE(measurer_.Measure(folder_.Path(std::to_string(n)), facts));
+        EXPECT_EQ(facts.width, 10 + n);
+        EXPECT_EQ(facts.height, 20 + n);
+      }
+    });
+  }
+  for (std::thread& thread : threads) thread.join();
+}
+
+TEST(MeasureDpiTest, FromHeaders) {
+  struct Case {
+    std::string bytes;
+    int dpi;
+  };
+  MakeOptions exifOnly;
+  exifOnly.jfif = false;
+  exifOnly.segments = {{JPEG_COM, std::string(65000, 'c')},
+                       {JPEG_APP0 + 1, std::string("Exif\0\0", 6) + MinimalExif(1, 240)}};
+  const Case cases[] = {{Jpeg({9, 9}, exifOnly), 240},
+                        {Jpeg({9, 9}, exifOnly).substr(0, 60000), 0},
+                        {Png(5, 5, Chunk("pHYs", Big(11811, 4) + Big(11811, 4) + Big(1, 1))), 300},
+                        {Png(5, 5, Chunk("tEXt", "x") + Chunk("pHYs", Big(10000, 4) + Big(1, 4) + Big(1, 1))), 254},
+                        {Png(5, 5, Chunk("pHYs", Big(11811, 4) + Big(11811, 4) + Big(0, 1))), 0},  // a ratio
+                        {Png(5, 5, Chunk("IDAT", "") + Chunk("pHYs", Big(11811, 4) + Big(0, 4) + Big(1, 1))), 0},
+                        {Png(5, 5, "").substr(0, 20), 0},
+                        {Bmp(5, 5, 2835), 72},
+                        {Bmp(5, 5, 0), 0},
+                        {"BM" + std::string(12, '\0') + Little(12, 4) + std::string(40, '\x22'), 0},  // no such fields
+                        {Tiff(false, 5, 5, 300, 2), 300},
+                        {Tiff(true, 5, 5, 300, 2), 300},
+                        {Tiff(true, 5, 5, 100, 3), 254},
+                        {Tiff(true, 5, 5, 300, 1), 0},  // no unit
+                        {Tiff(false, 5, 5, 0, 2), 0},
+                        {Tiff(false, 5, 5, 300, 2).substr(0, 60), 0},
+                        {BigTiff(false, 600), 600},
+                        {BigTiff(true, 600), 600},
+                        {"GIF89a", 0},
+                        {"", 0}};
+  const ScratchFolder folder;
+  int number = 0;
+  for (const Case& c : cases) {
+    EXPECT_EQ(ReadDpi(folder.Put(std::to_string(number), c.bytes)), c.dpi) << "case " << number;
+    ++number;
+  }
+  EXPECT_EQ(ReadDpi(folder.Path("missing")), 0);
+}
+
+}  // namespace
+}  // namespace quillon::imaging

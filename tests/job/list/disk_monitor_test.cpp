@@ -1,0 +1,299 @@
+// SPDX-FileCopyrightText: 2026 The Quillon developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "job/list/disk_monitor.h"
+
+#include "host/background_call.h"
+#include "host/testing/other_threads.h"
+#include "job/cut_fixture.h"
+#include "job/list/dead_disk.h"
+
+namespace quillon::job {
+namespace {
+
+using host::Problem;
+using host::testing::DiskCall;
+
+class DiskAnswerTest : public ProgramTest {
+ protected:
+  void SetUp() override {
+    for (const char* name : {"a/1.jpg", "a/2.jpg", "a/deep/3.jpg", "b/4.jpg", "abc/5.jpg"}) File(name);
+  }
+  std::string Path(const std::string& name) const { return world.folder.Path("tree/" + name); }
+  void File(const std::string& name) { world.folder.Write("tree/" + name, "x"); }
+  // Each turn of the pump takes a second.
+  void TimeGoesBy() {
+    world.pump.EveryTurn([&] {
+      if (host::testing::OtherThreadsWait()) world.clock.Advance(1);
+    });
+  }
+  int Asked() const { return world.faults.Count(DiskCall::OpenRead); }
+
+  DeadDisk dead;  // answers before the world ends
+};
+
+TEST_F(DiskAnswerTest, WhatIsThereAndWhatIsNotAnswers) {
+  EXPECT_TRUE(program.disks.AskFile(Path("a/1.jpg")));
+  EXPECT_TRUE(program.disks.AskFile(Path("nowhere/1.jpg")));
+  EXPECT_TRUE(program.disks.AskFolder(Path("b")));
+  EXPECT_TRUE(program.disks.AskFolder("未选择"));
+  EXPECT_TRUE(program.disks.AskFolder(""));
+}
+
+TEST_F(DiskAnswerTest, ADiskOfThisMachineIsAskedEveryHalfSecondForEachFolder) {
+  DiskMonitor& disks = program.disks;
+  ASSERT_TRUE(disks.AskFile(Path("a/1.jpg")));
+  const int once = Asked();
+  EXPECT_TRUE(disks.AskFile(Path("a/2.jpg")));
+  EXPECT_TRUE(disks.AskFolder(Path("a")));
+  EXPECT_EQ(Asked(), once);
+  EXPECT_TRUE(disks.AskFile(Path("b/4.jpg")));
+  EXPECT_EQ(Asked(), once + 1);
+  world.clock.Advance(0.4);
+  EXPECT_TRUE(disks.AskFile(Path("a/2.jpg")));
+  EXPECT_EQ(Asked(), once + 1);
+  world.clock.Advance(0.2);
+  EXPECT_TRUE(disks.AskFile(Path("a/2.jpg")));
+  EXPECT_EQ(Asked(), once + 2);
+}
+
+TEST_F(DiskAnswerTest, ADiskOfTheNetworkIsAskedBeforeEveryFile) {
+  world.faults.MoveAway();
+  ASSERT_TRUE(program.disks.AskFile(Path("a/1.jpg")));
+  const int once = Asked();
+  EXPECT_TRUE(program.disks.AskFile(Path("a/1.jpg")));
+  EXPECT_TRUE(program.disks.AskFile(Path("a/2.jpg")));
+  EXPECT_EQ(Asked(), once + 2);
+}
+
+TEST_F(DiskAnswerTest, ASilentDiskIsGivenUpAfterHalfAMinute) {
+  dead.Take(world.faults, DiskCall::OpenRead, "1.jpg");
+  TimeGoesBy();
+  const double start = world.clock.Seconds();
+  const host::Status answered = program.disks.AskFile(Path("a/1.jpg"));
+  EXPECT_EQ(answered.GetProblem(), Problem::Other);
+  EXPECT_EQ(answered.Why(), "磁盘没有响应，已跳过；请检查磁盘或网络连接后重新处理");
+  EXPECT_GE(world.clock.Seconds() - start, 30);
+  EXPECT_LE(world.clock.Seconds() - start, 32);
+}
+
+TEST_F(DiskAnswerTest, AllBelowTheSilentPlaceFailsAtOnceUntilItAnswers) {
+  dead.Take(world.faults, DiskCall::Stat, "/tree/a");
+  TimeGoesBy();
+  EXPECT_FALSE(program.disks.AskFile(Path("a/deep/3.jpg")));
+  const int turns = world.pump.Turns();
+  const int looks = world.faults.Count(DiskCall::Stat);
+  EXPECT_FALSE(program.disks.AskFile(Path("a/1.jpg")));
+  EXPECT_EQ(program.disks.AskFolder(Path("a/deep")).Why(), "没有响应");
+  EXPECT_TRUE(program.disks.Silent(Path("a/1.jpg")));
+  EXPECT_FALSE(program.disks.Silent(Path("abc/5.jpg"))) << "another folder with the same beginning";
+  EXPECT_EQ(world.pump.Turns(), turns);
+  EXPECT_EQ(world.faults.Count(DiskCall::Stat), looks);
+  EXPECT_TRUE(program.disks.AskFile(Path("b/4.jpg")));
+  dead.Answer();
+  EXPECT_FALSE(program.disks.Silent(Path("a/1.jpg")));
+  EXPECT_TRUE(program.disks.AskFile(Path("a/1.jpg")));
+}
+
+TEST_F(DiskAnswerTest, AStopIsObeyedWhileTheDiskIsSilent) {
+  dead.Take(world.faults, DiskCall::OpenRead, "1.jpg");
+  world.pump.OnTurn(3, [&] { flags.StopRequested = true; });
+  const host::Status answered = program.disks.AskFile(Path("a/1.jpg"));
+  EXPECT_EQ(answered.GetProblem(), Problem::Stopped);
+  EXPECT_LT(world.clock.Seconds(), 1);
+}
+
+TEST_F(DiskAnswerTest, AStopOfEarlierWorkDoesNotMatter) {
+  flags.StopRequested = true;
+  EXPECT_TRUE(program.disks.AskFile(Path("a/1.jpg")));
+  dead.Take(world.faults, DiskCall::OpenRead, "4.jpg");
+  TimeGoesBy();
+  EXPECT_EQ(program.disks.AskFile(Path("b/4.jpg")).GetProblem(), Problem::Other);
+}
+
+TEST_F(DiskAnswerTest, TheOutputFolderIsAskedUnlessSourcesAreOverwritten) {
+  world.folder.Write("out/x", "x");
+  Put("LOutDir", world.folder.Path("out"));
+  dead.Take(world.faults, DiskCall::Stat, "/out");
+  TimeGoesBy();
+  EXPECT_EQ(program.disks.AskForCut(Path("a/1.jpg")).Why(), "输出目录没有响应，已跳过；请检查磁盘或网络连接后重新处理");
+  Put("ChOver", "1");
+  EXPECT_TRUE(program.disks.AskForCut(Path("a/1.jpg")));
+}
+
+// --- Runs and lists.
+
+class SilentRunTest : public CutTest {
+ protected:
+  void SetUp() override {
+    CutTest::SetUp();
+    world.pump.EveryTurn([&] {
+      if (host::testing::OtherThreadsWait()) world.clock.Advance(1);
+    });
+  }
+  // Some time before the cut, which asks the disk anew.
+  void ListEarlier(const std::vector<std::string>& paths) {
+    List(paths);
+    world.clock.Advance(1);
+  }
+  std::vector<std::string> MakeThree() { return {Make("x/1.jpg"), Make("y/2.jpg"), Make("z/3.jpg")}; }
+  // The second file is met by a thread that works ahead, and hangs there before the first is done with.
+  void HangAheadOf(const std::string& name) {
+    dead.Take(world.faults, DiskCall::Stat, name);
+    recorder.onFileDone = [&](const FileResult& file) {
+      if (file.source.ends_with("1.jpg")) dead.AwaitHanging();
+    };
+  }
+
+  DeadDisk dead;
+};
+
+TEST_F(SilentRunTest, AListGoesOnBehindAFileThatDoesNotAnswer) {
+  ListEarlier(MakeThree());
+  dead.Take(world.faults, DiskCall::OpenRead, "/in/y/2.jpg");
+  program.recovering = true;  // so that nobody else reads
+  Cut();
+  EXPECT_EQ(Totals().written, 2u) << Whys();
+  EXPECT_EQ(Why(2), host::kDiskSilent);
+  EXPECT_EQ(program.files.Row(1).result, Result::None);
+  EXPECT_EQ(OutNames(), (std::vector<std::string>{"1.jpg", "3.jpg"}));
+  EXPECT_EQ(recorder.done.size(), 3u);
+}
+
+TEST_F(SilentRunTest, AnOlderResultOnADiskThatFellSilentIsLeftAlone) {
+  world.folder.Write("out/1.jpg", "older");
+  ListEarlier({Make("x/1.png"), Make("y/2.jpg")});
+  world.folder.Write("in/x/1.png", world.folder.Read("in/x/1.png").substr(0, 100));
+  program.recovering = true;
+  recorder.onFileDone = [&](const FileResult&) {
+    if (recorder.done.size() > 1) return;
+    dead.Take(world.faults, DiskCall::Stat, "/out");
+    world.clock.Advance(5);
+  };
+  Cut();
+  EXPECT_EQ(Totals().none, 2u);
+  EXPECT_TRUE(dead.Hangs());
+  EXPECT_EQ(world.folder.Read("out/1.jpg"), "older");
+}
+
+TEST_F(SilentRunTest, AStopEndsTheWait) {
+  ListEarlier(MakeThree());
+  program.recovering = true;
+  dead.Take(world.faults, DiskCall::OpenRead, "/in/y/2.jpg");
+  world.pump.EveryTurn([&] { flags.StopRequested |= dead.Hangs(); });
+  Cut();
+  EXPECT_EQ(Totals().written, 1u) << Whys();
+  EXPECT_EQ(Totals().skipped, 2u);
+  EXPECT_EQ(Why(2), "已停止，未处理");
+  EXPECT_LT(world.clock.Seconds(), 30);
+}
+
+TEST_F(SilentRunTest, ACutAheadThatHangsFailsItsFileAlone) {
+  ListEarlier(MakeThree());
+  HangAheadOf("/in/y/2.jpg");
+  Cut();
+  EXPECT_EQ(Totals().written, 2u) << Whys();
+  EXPECT_EQ(Why(2), host::kDiskSilent);
+}
+
+TEST_F(SilentRunTest, AFolderRunGoesOnAndCanBeContinued) {
+  Make("1.bmp", 20, 20);
+  Make("x/2.bmp", 20, 20);
+  Make("y/3.bmp", 20, 20);
+  program.recovering = true;
+  Put("ChBig", "1");
+  Put("ChSubFold", "1");
+  Put("LInDir", world.folder.Path("in"));
+  dead.Take(world.faults, DiskCall::OpenRead, "2.bmp");
+  Cut();
+  EXPECT_EQ(OutNames(), (std::vector<std::string>{"1.jpg", "3.jpg"}));
+  EXPECT_EQ(Totals().none, 1u);
+  ASSERT_EQ(recorder.done.size(), 3u);
+  for (const FileResult& file : recorder.done) {
+    EXPECT_EQ(file.why, file.source.ends_with("2.bmp") ? host::kDiskSilent : "");
+  }
+  EXPECT_TRUE(world.boxes.All().empty()) << "it is no picture without a size";
+}
+
+TEST_F(SilentRunTest, AStopEndsAFolderRun) {
+  Make("1.bmp", 20, 20);
+  Make("x/2.bmp", 20, 20);
+  program.recovering = true;
+  Put("ChBig", "1");
+  Put("ChSubFold", "1");
+  Put("LInDir", world.folder.Path("in"));
+  dead.Take(world.faults, DiskCall::OpenRead, "2.bmp");
+  world.pump.EveryTurn([&] { flags.StopRequested |= dead.Hangs(); });
+  Cut();
+  EXPECT_EQ(OutNames(), std::vector<std::string>{"1.jpg"});
+  EXPECT_EQ(recorder.done.size(), 1u);
+  EXPECT_TRUE(Totals().stopped);
+}
+
+TEST_F(SilentRunTest, AMeasurementAheadThatHangsDoesNotEndAFolderRun) {
+  Make("1.jpg");
+  Make("x/2.jpg");
+  Make("y/3.jpg");
+  Put("ChBig", "1");
+  Put("ChSubFold", "1");
+  Put("LInDir", world.folder.Path("in"));
+  HangAheadOf("2.jpg");
+  Cut();
+  EXPECT_EQ(OutNames(), (std::vector<std::string>{"1.jpg", "3.jpg"}));
+  EXPECT_TRUE(world.boxes.All().empty());
+}
+
+TEST_F(SilentRunTest, FoldersThatDoNotAnswerAreTold) {
+  Make("1.jpg");
+  struct Case {
+    const char* label;
+    const char* text;
+  };
+  Put("ChBig", "1");
+  for (const Case& c : {Case{"LInDir", "输入目录没有响应："}, Case{"LOutDir", "输出目录没有响应："}}) {
+    DeadDisk silent;
+    const std::string folder = world.folder.Path(std::string("dead-") + c.label);
+    ASSERT_TRUE(world.files.MakeFolders(folder));
+    Put("LInDir", world.folder.Path("in"));
+    Put("LOutDir", outFolder);
+    Put(c.label, folder);
+    silent.Take(world.faults, DiskCall::Stat, folder);
+    world.boxes.Forget();
+    Cut();
+    ASSERT_EQ(world.boxes.All().size(), 1u) << c.label;
+    EXPECT_EQ(world.boxes.All()[0].box.text, c.text + folder);
+    EXPECT_EQ(world.boxes.All()[0].box.type, 16);
+    EXPECT_TRUE(recorder.started.empty());
+  }
+}
+
+TEST_F(SilentRunTest, NamedFilesThatDoNotAnswerAreNotListed) {
+  const std::vector<std::string> three{Make("x/1.jpg"), Make("x/2.jpg"), Make("z/3.jpg")};
+  dead.Take(world.faults, DiskCall::OpenRead, "1.jpg");
+  List(three);
+  ASSERT_EQ(recorder.notListed.size(), 2u) << Whys();
+  EXPECT_EQ(recorder.notListed[0], (std::pair<std::string, std::string>(three[0], host::kDiskSilent)));
+  EXPECT_EQ(recorder.notListed[1].first, three[1]) << "in the same folder";
+  EXPECT_EQ(program.files.RowCount(), 1u);
+}
+
+// --- A folder whose files go while it is walked.
+
+TEST_F(SilentRunTest, FilesThatVanishBeforeTheirCutEndTheRunWithTheBox) {
+  Make("1.bmp", 20, 20);
+  Make("x/2.bmp", 20, 20);
+  Make("x/3.bmp", 20, 20);
+  Put("ChBig", "1");
+  Put("ChSubFold", "1");
+  Put("LInDir", world.folder.Path("in"));
+  recorder.onFileDone = [&](const FileResult&) { std::filesystem::remove_all(world.folder.Path("in/x")); };
+  Cut();
+  EXPECT_EQ(OutNames(), std::vector<std::string>{"1.jpg"});
+  EXPECT_EQ(world.boxes.Count("获取图片的尺寸数据为0"), 1);
+  ASSERT_EQ(recorder.done.size(), 2u);
+  EXPECT_EQ(recorder.done[1].result, Result::None);
+  EXPECT_EQ(recorder.done[1].why, "找不到图片文件");
+  EXPECT_TRUE(flags.StopRequested);
+}
+
+}  // namespace
+}  // namespace quillon::job

@@ -1,0 +1,128 @@
+// SPDX-FileCopyrightText: 2026 The Quillon developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+// Why a control cannot be used.
+#include "job/list/stoppable_frame.h"
+#include "job/windows/options_fixture.h"
+
+namespace quillon::job {
+namespace {
+
+class AvailabilityTest : public OpenOptionsTest {
+ protected:
+  std::string Why(const std::string& name) const {
+    const controls::Control* control = program.windows.Find(name);
+    return control ? control->WhyDisabled() : "no such control";
+  }
+  void ExpectReasons(const std::string& when) const {
+    for (const controls::Window* window :
+         {static_cast<const controls::Window*>(&form), static_cast<const controls::Window*>(&options)}) {
+      for (const controls::Control* control : window->Controls()) {
+        EXPECT_EQ(control->Enabled(), control->WhyDisabled().empty()) << when << ": " << control->FullName();
+      }
+    }
+  }
+};
+
+TEST_F(AvailabilityTest, WhateverIsLockedTellsWhy) {
+  WriteApp("CutMedia.dll");
+  WriteApp("Aspose.pdf.dll");
+  ExpectReasons("at the start");
+  for (int mode = 0; mode <= 5; ++mode) {
+    Put("CmbCutMode", std::to_string(mode));
+    ExpectReasons("mode " + std::to_string(mode));
+  }
+  Put("CmbCutMode", "0");
+  Put("ChCutA", "0");
+  ExpectReasons("percent");
+  Put("ChCutA", "1");
+  Put("ChFixCut", "1");
+  ExpectReasons("fixed cut");
+  for (int preset = 0; preset <= 6; ++preset) {
+    Put("CmbKeepCut", std::to_string(preset));
+    ExpectReasons("preset " + std::to_string(preset));
+  }
+  Put("ChFixCut", "0");
+  Put("FBaseOpt.ChAddBoard", "1");
+  Put("FBaseOpt.ChFrmOnly", "1");
+  ExpectReasons("frame only");
+  form.BeginRun();
+  ExpectReasons("a run");
+  form.EndRun();
+  ExpectReasons("after a run");
+  { const StoppableFrame frame(program); }
+  ExpectReasons("after a listing");
+}
+
+TEST_F(AvailabilityTest, TheReasonsAreThese) {
+  EXPECT_EQ(Why("TQuality"), "请先启用“压缩”");
+  EXPECT_EQ(Why("ChCutAndArray"), "请先启用“固定裁剪”");
+  EXPECT_EQ(Why("TFixWH(0)"), "请先启用“固定裁剪”");
+  EXPECT_EQ(Why("ChAddToSize"), "只用于固定尺寸“不裁剪，居中补白”");
+  EXPECT_EQ(Why("MenuGifCut"), "请先把裁剪模式选为“1-动态Gif裁剪”");
+  EXPECT_EQ(Why("MenuStop"), "当前没有可以终止的操作");
+  EXPECT_EQ(Why("FBaseOpt.ChRecover"), "请先选择旋转规则或启用“先旋转后裁剪”");
+  EXPECT_EQ(Why("FBaseOpt.TAngle"), "请先选择“旋转任一角度”或启用“先旋转后裁剪”");
+  EXPECT_EQ(Why("FBaseOpt.TSmalS(4)"), "请先启用“图片分切”");
+  Put("FBaseOpt.CmbRotate", "1");
+  EXPECT_EQ(Why("FBaseOpt.TAngle"), "角度由旋转规则决定");
+  EXPECT_EQ(Why("FBaseOpt.ChRecover"), "");
+  Put("ChCutA", "0");
+  EXPECT_EQ(Why("ChFixCut"), "请先启用“绝对裁剪”");
+  EXPECT_EQ(Why("ChCutAndArray"), "请先启用“绝对裁剪”");
+  EXPECT_EQ(Why("MenuUnitConvert"), "请先启用“绝对裁剪”");
+}
+
+TEST_F(AvailabilityTest, ModesTellWhatTheyLeaveNoChoiceOf) {
+  WriteApp("CutMedia.dll");
+  WriteApp("Aspose.pdf.dll");
+  const char* noOptions = "本裁剪模式没有高级选项";
+  const char* ownType = "输出类型由裁剪模式决定";
+  const char* rectangles = "本裁剪模式只做矩形裁剪";
+  const struct {
+    const char* mode;
+    const char* options;
+    const char* type;
+    const char* style;
+  } kModes[] = {{"1", noOptions, ownType, ""},
+                {"2", noOptions, ownType, ""},
+                {"3", "", ownType, ""},
+                {"4", noOptions, ownType, rectangles},
+                {"5", "", "", ""},
+                {"0", "", "", ""}};
+  for (const auto& row : kModes) {
+    Put("CmbCutMode", row.mode);
+    ASSERT_EQ(Value("CmbCutMode"), row.mode);
+    EXPECT_EQ(Why("MenuBaseOptions"), row.options) << row.mode;
+    EXPECT_EQ(Why("CmbOutType"), row.type) << row.mode;
+    EXPECT_EQ(Why("CmbCutStyle"), row.style) << row.mode;
+  }
+}
+
+TEST_F(AvailabilityTest, PresetsTellWhatTheySet) {
+  Put("ChFixCut", "1");
+  EXPECT_EQ(Why("FBaseOpt.ChKeepCut"), "“固定裁剪”启用时，本项随之启用");
+  Put("CmbKeepCut", "6");
+  EXPECT_EQ(Why("TFixWH(1)"), "尺寸由所选的固定尺寸决定");
+  EXPECT_EQ(Why("MenuUnitConvert"), "固定尺寸选为“自定义”时可用");
+  Put("CmbKeepCut", "1");
+  for (const char* name : {"ChAutoZoom", "FBaseOpt.ChAddBoard", "FBaseOpt.ChFrmOnly", "FBaseOpt.ChMamal",
+                           "FBaseOpt.ChZoomAndCut", "FBaseOpt.ChSplit", "FBaseOpt.ChKeepExif"}) {
+    EXPECT_EQ(Why(name), "所选的固定尺寸已指定本项") << name;
+  }
+}
+
+TEST_F(AvailabilityTest, FrameOnlyTellsThatNothingElseCounts) {
+  Put("FBaseOpt.ChAddBoard", "1");
+  Put("FBaseOpt.ChFrmOnly", "1");
+  for (const char* name : {"ChFixCut", "FBaseOpt.CmbRotate", "FBaseOpt.TAngle", "FBaseOpt.ChToGray",
+                           "FBaseOpt.ChToCMYK", "FBaseOpt.ChKeepCut", "FBaseOpt.ChCutAndZoom"}) {
+    EXPECT_EQ(Why(name), "仅边框模式不做任何裁剪和处理") << name;
+  }
+}
+
+TEST_F(AvailabilityTest, ARefusedEditTellsTheReason) {
+  EXPECT_EQ(form.TQuality.UserEdit("50").refusal, "Form1.TQuality 当前不可用：请先启用“压缩”");
+}
+
+}  // namespace
+}  // namespace quillon::job

@@ -1,0 +1,173 @@
+// SPDX-FileCopyrightText: 2026 The Quillon developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+// The preview shows what the cut will make: zoom, rotation and border.
+#include <memory>
+
+#include "job/cut_fixture.h"
+
+namespace quillon::job {
+
+void PrintTo(const PreviewBoard& board, std::ostream* out) {
+  *out << board.left << " " << board.top << " " << board.right << " " << board.bottom << " " << board.colour.value;
+}
+
+namespace {
+
+class OutlookTest : public CutTest {
+ protected:
+  const Preview& preview = program.fCutPre.preview;
+
+  void SetUp() override {
+    CutTest::SetUp();
+    options.Load();
+    Put("ChCutA", "0");
+    Margins(0, 0, 0, 0);
+    program.ShowInPreview(Make("shown.png", Painted(400, 200, Slope), 254));
+    ASSERT_EQ(preview.Picture(), (base::Size{400, 200}));
+  }
+};
+
+TEST_F(OutlookTest, RulesTurnThePictureTheyHoldFor) {
+  const std::tuple<const char*, base::Size, double> rules[] = {
+      {"1", {200, 400}, 90}, {"2", {200, 400}, -90}, {"3", {400, 200}, 0}, {"4", {400, 200}, 0}, {"0", {400, 200}, 0}};
+  for (const auto& [rule, size, angle] : rules) {
+    Put("FBaseOpt.CmbRotate", rule);
+    EXPECT_EQ(preview.Picture(), size) << rule;
+    EXPECT_EQ(preview.Angle(), angle) << rule;
+    EXPECT_EQ(flags.PreviewImageWidth, size.width) << rule;
+  }
+}
+
+TEST_F(OutlookTest, TheFrameLiesOnTheTurnedPicture) {
+  Margins(10, 20, 30, 40);
+  Put("FBaseOpt.CmbRotate", "1");
+  EXPECT_EQ(preview.PictureFrame(), (PreviewFrame{20, 80, 120, 160}));
+}
+
+TEST_F(OutlookTest, AnyAngleShowsTheGrownCanvas) {
+  for (const char* way : {"CmbRotate", "ChRotateCut"}) {
+    Put(std::string("FBaseOpt.") + way, std::string(way) == "CmbRotate" ? "5" : "1");
+    Put("FBaseOpt.TAngle", "30");
+    EXPECT_EQ(preview.Angle(), 30) << way;
+    EXPECT_EQ(preview.Picture(), (base::Size{447, 374})) << way;  // 346.4 + 100, 200 + 173.2
+    Put("FBaseOpt.TAngle", "0");
+    EXPECT_EQ(preview.Picture(), (base::Size{400, 200})) << way;
+    Put(std::string("FBaseOpt.") + way, "0");
+  }
+}
+
+TEST_F(OutlookTest, ZoomedThenTurned) {
+  Put("FBaseOpt.CmbZoom", "50%");
+  Put("FBaseOpt.ChZoomAndCut", "1");
+  Put("FBaseOpt.CmbRotate", "2");
+  EXPECT_EQ(preview.Picture(), (base::Size{100, 200}));
+  Put("FBaseOpt.ChZoomAndCut", "0");
+  EXPECT_EQ(preview.Picture(), (base::Size{200, 400}));
+  EXPECT_EQ(preview.Original(), (base::Size{400, 200}));
+}
+
+TEST_F(OutlookTest, TheSamePictureIsNotReadAgain) {
+  const int showings = preview.Showings();
+  Put("FBaseOpt.CmbRotate", "1");
+  Put("FBaseOpt.ChAddBoard", "1");
+  EXPECT_EQ(preview.Showings(), showings);
+}
+
+TEST_F(OutlookTest, TheNextPictureIsShownByTheSameRules) {
+  Put("FBaseOpt.CmbRotate", "1");
+  program.ShowInPreview(Make("next.png", 60, 50));
+  EXPECT_EQ(preview.Picture(), (base::Size{50, 60}));
+  program.ShowInPreview(Make("tall.png", 50, 60));
+  EXPECT_EQ(preview.Picture(), (base::Size{50, 60}));
+  EXPECT_EQ(preview.Angle(), 0);
+}
+
+TEST_F(OutlookTest, TheBorderHasTheSourcesResolution) {
+  Put("CmbDPI", "0");
+  Put("FBaseOpt.ChAddBoard", "1");
+  EXPECT_EQ(preview.Board(), PreviewBoard{});
+  Put("FBaseOpt.TBoard(0)", "1");
+  Put("FBaseOpt.TBoard(1)", "2");
+  Put("FBaseOpt.TBoard(2)", "3");
+  Put("FBaseOpt.TBoard(3)", "4");
+  Put("FBaseOpt.PBoardColor", "#FF0000");
+  flags.OutDpi = 0;
+  program.ShowAsCut();
+  EXPECT_EQ(preview.Board(), (PreviewBoard{10, 20, 30, 40, base::Colour{0x0000FF}}));
+  Put("FBaseOpt.ChAddBoard", "0");
+  EXPECT_EQ(preview.Board(), PreviewBoard{});
+}
+
+TEST_F(OutlookTest, AnotherResolutionScalesTheBorder) {
+  Put("FBaseOpt.ChAddBoard", "1");
+  Put("FBaseOpt.TBoard(0)", "10");
+  Put("CmbDPI", "600");
+  EXPECT_EQ(preview.Board().left, 236);  // 100 pixels at 254 dpi, times 600 / 254
+  Put("FBaseOpt.CmbDPI", "300");
+  EXPECT_EQ(preview.Board().left, 118);
+}
+
+TEST_F(OutlookTest, AZoomBehindTheCutMakesTheBorderLookThinner) {
+  flags.OutDpi = 0;
+  Put("FBaseOpt.ChAddBoard", "1");
+  Put("FBaseOpt.TBoard(0)", "10");
+  Put("FBaseOpt.TBoard(1)", "10");
+  Put("FBaseOpt.CmbZoom", "800,800");
+  Put("FBaseOpt.ChCutAndZoom", "1");
+  EXPECT_EQ(preview.Board().left, 50);
+  EXPECT_EQ(preview.Board().top, 25);
+}
+
+TEST_F(OutlookTest, FrameOnlyShowsTheWholePictureAsItIs) {
+  Margins(10, 10, 10, 10);
+  Put("FBaseOpt.ChAddBoard", "1");
+  Put("FBaseOpt.CmbRotate", "1");
+  Put("FBaseOpt.ChFrmOnly", "1");
+  EXPECT_EQ(preview.Picture(), (base::Size{400, 200}));
+  EXPECT_EQ(preview.PictureFrame(), (PreviewFrame{0, 0, 400, 200}));
+}
+
+// 400 x 200 fits 100 x 100 as 100 x 50, with 25 above and below it: 100 of the picture's own pixels.
+TEST_F(OutlookTest, PaddingToASizeIsShownInPlaceOfTheBorder) {
+  Put("FBaseOpt.ChAddBoard", "1");
+  Put("FBaseOpt.TBoard(0)", "10");
+  Put("FBaseOpt.PBoardColor", "#FF0000");
+  Put("FBaseOpt.ChFrmOnly", "1");
+  form.ChAddToSize.Set(true);
+  flags.FixW = flags.FixH = 100;
+  program.ShowAsCut();
+  EXPECT_EQ(preview.Board(), (PreviewBoard{0, 100, 0, 100, base::kWhite}));
+  flags.FixW = 0;
+  program.ShowAsCut();
+  EXPECT_EQ(preview.Board(), PreviewBoard{});
+}
+
+TEST_F(OutlookTest, APictureThatIsShownAsItIsKeepsItsShape) {
+  program.ShowPicture(In("shown.png"), {100, 50});
+  Put("FBaseOpt.CmbRotate", "1");
+  EXPECT_EQ(preview.Picture(), (base::Size{100, 50}));
+  EXPECT_EQ(preview.Angle(), 0);
+  program.ShowInPreview(In("shown.png"));
+  EXPECT_EQ(preview.Picture(), (base::Size{200, 400}));
+}
+
+TEST(PreviewShape, AnotherShapeIsToldOnce) {
+  Preview preview;
+  preview.ShowPicture("a", {30, 20});
+  int told = 0;
+  preview.SetObserver([&told] { ++told; });
+  preview.Reshape({30, 20}, 0);
+  EXPECT_EQ(told, 0);
+  preview.Reshape({30, 20}, 90);
+  preview.Reshape({30, 20}, 90);
+  EXPECT_EQ(told, 1);
+  EXPECT_EQ(preview.Picture(), (base::Size{20, 30}));
+  preview.SetBoard({1, 0, 0, 0});
+  preview.SetBoard({1, 0, 0, 0});
+  EXPECT_EQ(told, 2);
+  preview.ShowPicture("b", {30, 20});
+  EXPECT_EQ(preview.Angle(), 0);
+}
+
+}  // namespace
+}  // namespace quillon::job

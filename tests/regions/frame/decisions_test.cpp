@@ -1,0 +1,220 @@
+// SPDX-FileCopyrightText: 2026 The Quillon developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+// What was decided at the pictures of a manual run outlives a run that did not come to its end.
+#include "regions/frame/decisions.h"
+
+#include <filesystem>
+#include <map>
+
+#include "regions/regions_fixture.h"
+
+namespace quillon::regions {
+namespace {
+
+using host::Reply;
+
+constexpr const char* kQuestion = "上次的手动裁剪没有做完";
+
+// Journals that outlive their program, as a disk does.
+class MemoryJournals final : public host::Journals {
+ public:
+  using Values = std::map<std::pair<std::string, std::string>, std::string>;
+
+  std::unique_ptr<host::Journal> Open(const host::JobPart& part) override {
+    return std::make_unique<One>(jobs[part.job]);
+  }
+  std::optional<host::JobPart> FindUnfinished(const std::string&, const Wanted&) override { return std::nullopt; }
+  bool Forget(const std::string&, const Wanted&) override { return true; }
+
+  std::map<std::string, Values> jobs;
+
+ private:
+  class One final : public host::Journal {
+   public:
+    explicit One(Values& values) : values_(values) {}
+    std::optional<std::string> Get(const std::string& file, const std::string& key) override {
+      const auto found = values_.find({file, key});
+      return found == values_.end() ? std::nullopt : std::optional(found->second);
+    }
+    void Set(const std::string& file, const std::string& key, const std::string& value) override {
+      values_[{file, key}] = value;
+    }
+    std::size_t Count(const std::string& key) override {
+      std::size_t count = 0;
+      for (const auto& [place, value] : values_) count += place.second == key;
+      return count;
+    }
+    void Each(const std::string& key, const std::function<void(const std::string&)>& take) override {
+      for (const auto& [place, value] : values_) {
+        if (place.second == key) take(place.first);
+      }
+    }
+    void Commit() override {}
+    void Clear() override { values_.clear(); }
+    void Remove() override { values_.clear(); }
+
+   private:
+    Values& values_;
+  };
+};
+
+TEST(DecisionText, GoesThereAndBack) {
+  const Decision decision{{"1", "2.5", "3", "4"}, true, "AQS"};
+  EXPECT_EQ(TextOf(decision), "1\t2.5\t3\t4\tZ\tAQS");
+  EXPECT_EQ(DecisionFrom(TextOf(decision)), decision);
+  const Decision plain{{"0", "0", "0", "0"}, false, ""};
+  EXPECT_EQ(DecisionFrom(TextOf(plain)), plain);
+  EXPECT_EQ(DecisionFrom("1\t2"), std::nullopt);
+  EXPECT_EQ(DecisionFrom(""), std::nullopt);
+}
+
+class DecisionsTest : public RegionsTest {
+ protected:
+  void SetUp() override {
+    RegionsTest::SetUp();
+    form.ChCutA.Set(false);
+    CutTest::Margins(0, 0, 0, 0);
+    Option("ChMamal", "1");
+    program.journals = &journals_;
+    // At each picture a frame of its own: 10, 20, 30 per cent off the left.
+    world.pump.EveryTurn([this] {
+      if (!regions.cutFrame.Waiting() || flags.ManualStepDone) return;
+      asked_.push_back(flags.CurrentImagePath);
+      if (asked_.size() == stopAt_) {
+        flags.StopRequested = true;
+        return;
+      }
+      if (act_) act_();
+      form.TCutValue[0].SetText(std::to_string(10 * asked_.size()));
+      program.fCutPre.CmdNext.UserClick();
+    });
+    for (const char* name : {"a.jpg", "b.jpg", "c.jpg"}) paths_.push_back(Make(name, 100, 80));
+    List(paths_);
+  }
+  // A run that is stopped at its nth picture, 0 for none.
+  void Run(std::size_t stopAt = 0) {
+    asked_.clear();
+    stopAt_ = stopAt;
+    Cut();
+  }
+  int Width(const std::string& path) { return SizeOf(path).width; }
+
+  MemoryJournals journals_;
+  std::vector<std::string> paths_;
+  std::vector<std::string> asked_;
+  std::size_t stopAt_ = 0;
+  std::function<void()> act_;
+};
+
+TEST_F(DecisionsTest, AStoppedRunIsGoneOnWithWhereItStood) {
+  Run(3);
+  EXPECT_EQ(asked_.size(), 3u);
+  EXPECT_EQ(Boxes(kQuestion), 0);
+  world.boxes.Answer(kQuestion, Reply::Yes);
+  Run();
+  EXPECT_EQ(Boxes("已指定 2 张。要从第 3 张继续吗？\r\n" + In("c.jpg")), 1);
+  EXPECT_EQ(asked_, (std::vector<std::string>{In("c.jpg")}));
+  EXPECT_EQ(Width(Out("a.jpg")), 90);
+  EXPECT_EQ(Width(Out("b.jpg")), 80);
+  EXPECT_EQ(Totals().written, 3u);
+}
+
+TEST_F(DecisionsTest, ARunThatCameToItsEndIsForgotten) {
+  Run();
+  Run();
+  EXPECT_EQ(Boxes(kQuestion), 0);
+  EXPECT_EQ(asked_.size(), 3u);
+}
+
+TEST_F(DecisionsTest, NoBeginsAnew) {
+  Run(3);
+  world.boxes.Answer(kQuestion, Reply::No);
+  Run();
+  EXPECT_EQ(asked_.size(), 3u);
+}
+
+TEST_F(DecisionsTest, CancelCutsNothing) {
+  Run(3);
+  world.boxes.Answer(kQuestion, Reply::Cancel);
+  Run();
+  EXPECT_TRUE(asked_.empty());
+  EXPECT_EQ(Totals().written, 0u);
+  world.boxes.Forget();
+  // What was decided is still there.
+  Run();
+  EXPECT_EQ(Boxes(kQuestion), 1);
+}
+
+TEST_F(DecisionsTest, AnotherListIsAnotherRun) {
+  Run(3);
+  program.files.Remove(0);
+  Run();
+  EXPECT_EQ(Boxes(kQuestion), 0);
+  EXPECT_EQ(asked_.size(), 2u);
+}
+
+TEST_F(DecisionsTest, APictureThatChangedIsAskedAboutAgain) {
+  Run(3);
+  Make("a.jpg", 60, 50);
+  world.boxes.Answer(kQuestion, Reply::Yes);
+  Run();
+  EXPECT_EQ(asked_, (std::vector<std::string>{In("a.jpg"), In("c.jpg")}));
+}
+
+TEST_F(DecisionsTest, TurnsAndPassedOverPicturesAreDoneAgain) {
+  world.boxes.Answer("确定旋转？", Reply::No);
+  act_ = [this] {
+    if (asked_.size() == 1) program.fCutPre.CmdRot90.UserClick();
+    if (asked_.size() == 2) program.fCutPre.CmdNotCut.UserClick();
+  };
+  Run(3);
+  EXPECT_EQ(SizeOf(Out("a.jpg")), (base::Size{72, 100}));
+  for (const char* name : {"a.jpg", "b.jpg"}) std::filesystem::remove(Out(name));
+  act_ = {};
+  world.boxes.Answer(kQuestion, Reply::Yes);
+  Run();
+  EXPECT_EQ(asked_.size(), 1u);
+  EXPECT_EQ(SizeOf(Out("a.jpg")), (base::Size{72, 100}));
+  EXPECT_EQ(SizeOf(Out("b.jpg")), (base::Size{100, 80}));
+}
+
+TEST_F(DecisionsTest, APictureCutInItsPlaceIsNotCutAgain) {
+  form.ChOver.Set(true);
+  Run(3);
+  EXPECT_EQ(Width(In("a.jpg")), 90);
+  world.boxes.Answer(kQuestion, Reply::Yes);
+  Run();
+  EXPECT_EQ(asked_, (std::vector<std::string>{In("c.jpg")}));
+  EXPECT_EQ(Width(In("a.jpg")), 90);
+  EXPECT_EQ(Width(In("b.jpg")), 80);
+  EXPECT_EQ(Totals().skipped, 2u);
+}
+
+// A walk has no list to tell a number from, and a row on show is not the picture.
+TEST_F(DecisionsTest, AStoppedWalkIsGoneOnWithWhereItStood) {
+  Put("ChBig", "1");
+  Put("LInDir", world.folder.Path("in"));
+  Run(3);
+  ASSERT_EQ(asked_.size(), 3u);
+  const std::vector<std::string> order = asked_;
+  world.boxes.Answer(kQuestion, Reply::Yes);
+  world.boxes.Answer("上次的这项任务没有做完", Reply::No);
+  Run();
+  EXPECT_EQ(Boxes("上次的手动裁剪没有做完，已指定 2 张。要接着做吗？"), 1);
+  EXPECT_EQ(asked_, std::vector<std::string>{order[2]});
+  EXPECT_EQ(Totals().written, 3u);
+  for (std::size_t i = 0; i < 2; ++i) {
+    const std::string name = std::filesystem::path(order[i]).filename();
+    EXPECT_EQ(Width(Out(name)), 90 - 10 * static_cast<int>(i)) << name;
+  }
+  // Pictures of another folder are another run.
+  Run(3);
+  Put("LInDir", world.folder.Path());
+  Put("ChSubFold", "1");
+  world.boxes.Forget();
+  Run(1);
+  EXPECT_EQ(Boxes(kQuestion), 0);
+}
+
+}  // namespace
+}  // namespace quillon::regions

@@ -1,0 +1,121 @@
+// SPDX-FileCopyrightText: 2026 The Quillon developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+// Which files of a watched folder are new and have settled.
+#include "regions/timed/folder_poller.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <filesystem>
+
+#include "host/testing/test_host.h"
+
+namespace quillon::regions {
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+class FolderLooksTest : public testing::Test {
+ protected:
+  void SetUp() override { ASSERT_TRUE(world_.files.MakeFolders(world_.folder.Path("in"))); }
+  void Write(const std::string& name, const std::string& content = "x") { world_.folder.Write("in/" + name, content); }
+  std::vector<std::string> Poll() {
+    world_.clock.Advance(0.5);
+    return looks_.Poll();
+  }
+  int Listings() { return world_.faults.Count(host::testing::DiskCall::List); }
+
+  host::testing::TestHost world_;
+  FolderPoller looks_{world_.host, world_.folder.Path("in"),
+                      [](const std::string& name) { return name.ends_with(".jpg"); }};
+};
+
+TEST_F(FolderLooksTest, AFileIsReadyWhenTwoLooksFoundItAlike) {
+  Write("b.jpg");
+  Write("a.jpg");
+  Write("c.txt");
+  EXPECT_THAT(Poll(), IsEmpty());
+  EXPECT_THAT(Poll(), ElementsAre("a.jpg", "b.jpg"));
+  EXPECT_THAT(Poll(), ElementsAre("a.jpg", "b.jpg"));
+}
+
+TEST_F(FolderLooksTest, AGrowingFileIsWaitedFor) {
+  Write("a.jpg", "1");
+  Poll();
+  Write("a.jpg", "12");
+  EXPECT_THAT(Poll(), IsEmpty());
+  Write("a.jpg", "123");
+  EXPECT_THAT(Poll(), IsEmpty());
+  EXPECT_THAT(Poll(), ElementsAre("a.jpg"));
+}
+
+TEST_F(FolderLooksTest, ATakenNameStaysTakenWhateverComesUnderIt) {
+  Write("a.jpg");
+  Poll();
+  Poll();
+  looks_.Take("a.jpg");
+  EXPECT_THAT(looks_.SeenNames(), ElementsAre("a.jpg"));
+  EXPECT_THAT(Poll(), IsEmpty());
+  Write("a.jpg", "another");
+  EXPECT_THAT(Poll(), IsEmpty());
+  EXPECT_THAT(Poll(), IsEmpty());
+}
+
+TEST_F(FolderLooksTest, ARefusedFileIsReadyAgainOnceItChangedAndSettled) {
+  Write("a.jpg", "half");
+  Poll();
+  EXPECT_THAT(Poll(), ElementsAre("a.jpg"));
+  looks_.Refuse("a.jpg");
+  EXPECT_THAT(Poll(), IsEmpty());
+  EXPECT_THAT(Poll(), IsEmpty());
+  Write("a.jpg", "the whole");
+  EXPECT_THAT(Poll(), IsEmpty());
+  EXPECT_THAT(Poll(), ElementsAre("a.jpg"));
+}
+
+TEST_F(FolderLooksTest, AVanishedFileIsForgotten) {
+  Write("a.jpg");
+  Poll();
+  std::filesystem::remove(world_.folder.Path("in/a.jpg"));
+  EXPECT_THAT(Poll(), IsEmpty());
+  EXPECT_FALSE(looks_.StampOf("a.jpg").has_value());
+  EXPECT_THAT(looks_.SeenNames(), IsEmpty());
+}
+
+TEST_F(FolderLooksTest, AQuietFolderIsListedNowAndThenOnly) {
+  Write("a.jpg");
+  for (int i = 0; i < 5; ++i) Poll();
+  const int before = Listings();
+  for (int i = 0; i < 19; ++i) Poll();
+  EXPECT_LE(Listings() - before, 2);
+  Write("b.jpg");
+  Poll();
+  EXPECT_THAT(Poll(), testing::Contains("b.jpg"));
+}
+
+TEST_F(FolderLooksTest, AFolderMayGoAndComeBack) {
+  Poll();
+  EXPECT_TRUE(looks_.FolderThere());
+  std::filesystem::rename(world_.folder.Path("in"), world_.folder.Path("away"));
+  EXPECT_THAT(Poll(), IsEmpty());
+  EXPECT_FALSE(looks_.FolderThere());
+  std::filesystem::rename(world_.folder.Path("away"), world_.folder.Path("in"));
+  Write("a.jpg");
+  Poll();
+  EXPECT_TRUE(looks_.FolderThere());
+  EXPECT_THAT(Poll(), ElementsAre("a.jpg"));
+}
+
+TEST_F(FolderLooksTest, AListingThatFailsIsTriedAgain) {
+  Write("a.jpg");
+  world_.faults.Set({.call = host::testing::DiskCall::List, .nth = 1, .error = EIO});
+  EXPECT_THAT(Poll(), IsEmpty());
+  EXPECT_FALSE(looks_.FolderThere());
+  Poll();
+  EXPECT_TRUE(looks_.FolderThere());
+  EXPECT_THAT(Poll(), ElementsAre("a.jpg"));
+}
+
+}  // namespace
+}  // namespace quillon::regions
