@@ -4,6 +4,8 @@
 
 #include <gtest/gtest.h>
 
+#include "build_paths.h"
+
 namespace quillon::arch {
 namespace {
 

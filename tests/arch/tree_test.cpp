@@ -9,6 +9,7 @@
 #include <cstdlib>
 
 #include "arch/rules.h"
+#include "build_paths.h"
 
 namespace quillon::arch {
 namespace {

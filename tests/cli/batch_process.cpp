@@ -15,6 +15,8 @@
 #include <sstream>
 #include <stdexcept>
 
+#include "build_paths.h"
+
 namespace quillon::cli {
 namespace {
 

@@ -8,6 +8,7 @@
 #include <set>
 #include <sstream>
 
+#include "build_paths.h"
 #include "cli/options.h"
 #include "cli/plan.h"
 #include "cli/replies.h"

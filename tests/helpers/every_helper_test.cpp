@@ -8,6 +8,7 @@
 #include <ctime>
 #include <filesystem>
 
+#include "build_paths.h"
 #include "helpers/helper_process.h"
 #include "helpers/jobs.h"
 #include "helpers/pdfs.h"

@@ -9,6 +9,7 @@
 #include <algorithm>
 #include <filesystem>
 
+#include "build_paths.h"
 #include "host/posix/sqlite_settings.h"
 
 namespace quillon::helpers {

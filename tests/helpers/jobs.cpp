@@ -8,6 +8,7 @@
 #include <csignal>
 #include <filesystem>
 
+#include "build_paths.h"
 #include "helpers/pdfs.h"
 #include "helpers/pictures.h"
 #include "helpers/until.h"

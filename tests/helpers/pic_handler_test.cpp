@@ -4,6 +4,7 @@
 
 #include <filesystem>
 
+#include "build_paths.h"
 #include "helpers/helper_process.h"
 #include "helpers/pdf/pdf_render.h"
 #include "helpers/pdfs.h"

@@ -5,6 +5,7 @@
 
 #include <filesystem>
 
+#include "build_paths.h"
 #include "helpers/helper_process.h"
 #include "helpers/pdfs.h"
 #include "helpers/pictures.h"

@@ -14,6 +14,7 @@
 
 #include <exiv2/exiv2.hpp>
 
+#include "build_paths.h"
 #include "helpers/pictures.h"
 #include "helpers/runtime/child.h"
 #include "helpers/until.h"

@@ -17,6 +17,7 @@
 #include <memory>
 #include <set>
 
+#include "build_paths.h"
 #include "helpers/dc_tiffs_maker/window/task.h"
 #include "helpers/dc_tiffs_maker/window/tiffs_window.h"
 #include "host/posix/sqlite_settings.h"
