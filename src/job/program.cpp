@@ -132,13 +132,13 @@ std::string Program::PreviewSource(const std::string& path, base::Size size) {
 // Where nothing runs it is a run of its own, so that it can be stopped and nothing else begins meanwhile.
 bool Program::Reduce(const std::string& path, base::Size size, const std::string& target, base::Size to) {
   constexpr int kQuality = 98;
-  std::optional<Busy> busy;
+  std::optional<RunGuard> guard;
   if (!flags.Busy) {
-    busy.emplace(*this);
+    guard.emplace(*this);
     form1.BeginRun();
   }
   const bool made = converter.ZoomHuge(path, target, to.width, to.height, kQuality, size.width, size.height, false);
-  if (busy) form1.EndRun();
+  if (guard) form1.EndRun();
   return made;
 }
 

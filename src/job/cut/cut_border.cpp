@@ -11,7 +11,7 @@ namespace {
 using host::Status;
 
 BoardResolution ResolutionFor(CutFile& file) {
-  const CutOptions& options = file.options;
+  const CutSettings& options = file.settings;
   const bool fixedCut = options.fixedSize && !options.frameOnly;
   imaging::ImageFacts facts;
   facts.dpi = 1;
@@ -41,7 +41,7 @@ void PlaceWhole(imaging::BorderRequest& request, const Board& board) {
 // border lies around it; a fixed cut is fitted into its size. A turned picture of presets 3 and 4 lies across, and
 // without ChMode1 its border is turned with it.
 void PlacePicture(const CutFile& file, const Board& board, imaging::BorderRequest& request) {
-  const CutOptions& options = file.options;
+  const CutSettings& options = file.settings;
   if (options.frameOnly || !options.fixedSize) {
     PlaceWhole(request, board);
     return;
@@ -66,7 +66,7 @@ Status OnCanvas(base::Size size, Status status) {
 }
 
 Status DrawBorder(CutFile& file, const std::string& destination) {
-  const CutOptions& options = file.options;
+  const CutSettings& options = file.settings;
   const BoardResolution resolution = ResolutionFor(file);
   imaging::BorderRequest request;
   request.source = options.frameOnly ? file.Src : file.latestFile;
@@ -84,7 +84,7 @@ Status DrawBorder(CutFile& file, const std::string& destination) {
 // Frame-only with ChAddToSize: the whole picture, fitted and centred on white.
 Status PadToSize(CutFile& file, const std::string& destination) {
   imaging::Services& images = file.program.images;
-  const CutOptions& options = file.options;
+  const CutSettings& options = file.settings;
   imaging::Image picture;
   imaging::Image canvas;
   if (Status loaded = images.LoadImageFromFile(file.Src, picture); !loaded) return loaded;
@@ -104,7 +104,7 @@ Status PadToSize(CutFile& file, const std::string& destination) {
 }  // namespace
 
 Step AddBorder(CutFile& file) {
-  CutOptions& options = file.options;
+  CutSettings& options = file.settings;
   if (options.padToSize) {
     file.program.fBaseOpt.PBoardColor.Set(base::kWhite);
     options.boardColour = base::kWhite;

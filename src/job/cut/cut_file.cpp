@@ -28,7 +28,7 @@ constexpr Step (*kSteps[])(CutFile&) = {
 CutFile::CutFile(CutRun& owner, std::size_t listRow, std::string path)
     : run(owner),
       program(owner.program),
-      options(ReadCutOptions(owner.program)),
+      settings(ReadCutSettings(owner.program)),
       row(listRow),
       listedPath(std::move(path)),
       Src(listedPath),
@@ -37,16 +37,16 @@ CutFile::CutFile(CutRun& owner, std::size_t listRow, std::string path)
   folder = std::move(parts.folder);
   name = std::move(parts.name);
   extension = std::move(parts.extension);
-  OutExt = OutputExtension(options, extension);
+  OutExt = OutputExtension(settings, extension);
 }
 
 std::string CutFile::WorkFile(const std::string& stem) const { return program.AppPath(stem + "." + OutExt); }
 
 bool CutFile::ConversionFollows() const {
-  return run.pdf || options.toCmyk || (options.keepExif && program.outputTools && !run.OnBackSide());
+  return run.pdf || settings.toCmyk || (settings.keepExif && program.outputTools && !run.OnBackSide());
 }
 
-int CutFile::CutQuality() const { return BorderFollows() ? kWorkFileQuality : options.quality; }
+int CutFile::CutQuality() const { return BorderFollows() ? kWorkFileQuality : settings.quality; }
 
 std::string ResultPath(const CutFile& file) {
   if (!file.run.pdf) return file.Dst;
@@ -57,8 +57,8 @@ std::string ResultPath(const CutFile& file) {
 std::vector<std::string> ForeseenOutputs(CutRun& run, const std::string& path) {
   CutFile file(run, 0, path);
   PredictTarget(file);
-  if (!file.options.split) return {ResultPath(file)};
-  const std::size_t count = std::min(PieceCount(file.options), kMostForeseen);
+  if (!file.settings.split) return {ResultPath(file)};
+  const std::size_t count = std::min(PieceCount(file.settings), kMostForeseen);
   std::vector<std::string> outputs;
   CutFile piece(run, 0, path);
   for (std::size_t number = 1; number <= count; ++number) {
@@ -77,7 +77,7 @@ Step Fail(CutFile& file, std::string why) {
 }
 
 Step Fail(CutFile& file, const host::Status& status) {
-  if (!file.options.over && !file.options.split) {
+  if (!file.settings.over && !file.settings.split) {
     if (file.Dst.empty()) PredictTarget(file);
     file.run.ledger.NoteFailed(file.listedPath, ResultPath(file), status);
   }

@@ -10,7 +10,7 @@
 #include "host/boxes.h"
 #include "imaging/image.h"
 #include "job/cut/cut_run.h"
-#include "job/settings/cut_options.h"
+#include "job/settings/cut_settings.h"
 #include "job/settings/geometry.h"
 
 namespace quillon::job {
@@ -25,15 +25,15 @@ struct CutFile {
   // A work file in the program folder, with the extension of the output.
   std::string WorkFile(const std::string& name) const;
   // Whether steps behind the cut change the picture, so that the cut goes to a work file first.
-  bool BorderFollows() const { return options.addBoard; }
+  bool BorderFollows() const { return settings.addBoard; }
   bool ConversionFollows() const;
   // Quality of a jpeg that the cut leaves: a work file is saved again later.
   int CutQuality() const;
-  imaging::Exif ExifWish() const { return options.keepExif ? imaging::Exif::Keep : imaging::Exif::Drop; }
+  imaging::Exif ExifWish() const { return settings.keepExif ? imaging::Exif::Keep : imaging::Exif::Drop; }
 
   CutRun& run;
   Program& program;
-  CutOptions options;
+  CutSettings settings;
 
   std::size_t row;
   std::string listedPath;  // the source as it is listed, and its parts

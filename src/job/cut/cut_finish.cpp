@@ -21,12 +21,12 @@ bool HoldsCmyk(const std::string& extension) {
 
 Step StopHere(CutFile& file) {
   file.program.host.pump.Turn();
-  const bool unfinished = file.BorderFollows() || file.options.split || file.options.toCmyk || file.run.pdf;
+  const bool unfinished = file.BorderFollows() || file.settings.split || file.settings.toCmyk || file.run.pdf;
   return file.program.flags.StopRequested && unfinished ? Fail(file, "已停止，未处理完") : Step::Next;
 }
 
 Step ConvertToCmyk(CutFile& file) {
-  if (!file.options.toCmyk) return Step::Next;
+  if (!file.settings.toCmyk) return Step::Next;
   if (const host::Status usable = CheckCmykProfiles(file.program); !usable) return Fail(file, usable);
   const host::Status converted = file.program.outputTools->ToCmyk(file.latestFile);
   if (converted.DiskFull() || converted.GetProblem() == host::Problem::Stopped) return Fail(file, converted);
@@ -37,7 +37,7 @@ Step ConvertToCmyk(CutFile& file) {
 }
 
 Step CopyExif(CutFile& file) {
-  const bool wanted = file.options.keepExif && !file.run.OnBackSide() && file.program.outputTools;
+  const bool wanted = file.settings.keepExif && !file.run.OnBackSide() && file.program.outputTools;
   if (!wanted) return Step::Next;
   const host::Status copied = file.program.outputTools->CopyExif(file.exifSource, file.latestFile);
   if (!copied) Note(file, "Exif没有保留：" + copied.Why());
@@ -69,7 +69,7 @@ Step Deliver(CutFile& file) {
 // A result of another name takes the place of its source all the same.
 Step RemoveSource(CutFile& file) {
   const bool beside = !file.program.host.files.SameFile(file.result.output, file.listedPath);
-  if (file.options.over && beside && !file.run.OnBackSide()) {
+  if (file.settings.over && beside && !file.run.OnBackSide()) {
     file.run.ledger.DiscardAtEnd(file.row, file.listedPath, file.result.output);
   }
   return Step::Next;

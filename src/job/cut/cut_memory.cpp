@@ -16,7 +16,7 @@ constexpr int kThresholdLevel = 128;
 // A picture that was turned already is in Work; after the manual step the picture on show is the one to cut.
 Status LoadWork(CutFile& file) {
   if (file.Work) return Status::Ok();
-  if (file.options.manual) return file.program.manualFrame->ClonePicture(file.Work);
+  if (file.settings.manual) return file.program.manualFrame->ClonePicture(file.Work);
   return file.program.images.LoadImageFromFile(file.Src, file.Work);
 }
 
@@ -27,9 +27,9 @@ base::Size SizeOf(const CutFile& file) {
 
 // ChRotateCut, for pictures that no earlier step has turned.
 Status TurnByRule(CutFile& file) {
-  const double angle = TurnAngle(file.options, {file.W, file.H});
+  const double angle = TurnAngle(file.settings, {file.W, file.H});
   const bool turned = file.RestoreAngle != 0 || file.program.flags.ImageRotated;
-  if (!file.options.rotateCut || turned || angle == 0) return Status::Ok();
+  if (!file.settings.rotateCut || turned || angle == 0) return Status::Ok();
   if (Status rotated = file.program.images.RotateImage(file.Work, angle, base::kWhite); !rotated) return rotated;
   const base::Size size = SizeOf(file);
   file.W = size.width;
@@ -45,9 +45,9 @@ Status TurnByRule(CutFile& file) {
 Status Recolour(CutFile& file) {
   imaging::Services& images = file.program.images;
   Status status;
-  if (file.options.toGray) status = images.ConvertImageToGrayMode(file.Work);
-  if (status && file.options.threshold) status = images.Threshold(file.Work, kThresholdLevel);
-  if (status && file.options.invert) status = images.Invert(file.Work);
+  if (file.settings.toGray) status = images.ConvertImageToGrayMode(file.Work);
+  if (status && file.settings.threshold) status = images.Threshold(file.Work, kThresholdLevel);
+  if (status && file.settings.invert) status = images.Invert(file.Work);
   return status;
 }
 
@@ -55,21 +55,21 @@ Status Restore(CutFile& file) {
   const double angle = file.RestoreAngle;
   if (angle == 0) return Status::Ok();
   if (file.run.withArray) file.RestoreAngle = 0;
-  if (file.run.withArray || !file.options.restore) return Status::Ok();
+  if (file.run.withArray || !file.settings.restore) return Status::Ok();
   file.RestoreAngle = 0;
   file.program.flags.ImageRotated = false;
-  return file.program.images.RotateImage(file.Work, angle, file.options.boardColour);
+  return file.program.images.RotateImage(file.Work, angle, file.settings.boardColour);
 }
 
 Status ZoomAfterCut(CutFile& file) {
-  if (!file.options.zoomAfter) return Status::Ok();
-  const auto size = ZoomedSize(file.options.zoom, SizeOf(file), ZoomTime::AfterCut);
+  if (!file.settings.zoomAfter) return Status::Ok();
+  const auto size = ZoomedSize(file.settings.zoom, SizeOf(file), ZoomTime::AfterCut);
   return size ? file.program.images.ResampleImage(file.Work, size->width, size->height) : Status::Ok();
 }
 
 // The last try of a save that failed twice: under the name of the source's folder, cut without the effects.
 Step Rescue(CutFile& file, const Status& failure) {
-  const CutOptions& options = file.options;
+  const CutSettings& options = file.settings;
   if (file.target != file.Dst) return Fail(file, failure);
   const std::string rescued = job::MakeOutputName(file.program.host.files, file.listedPath, options.outFolder,
                                                   options.keepFolders ? job::KeepFolders::Yes : job::KeepFolders::No,
@@ -90,7 +90,7 @@ Step Rescue(CutFile& file, const Status& failure) {
 // Where memory does not hold the cut beside the picture: by a bitmap on disk.
 Status CutThroughBitmap(CutFile& file) {
   imaging::Services& images = file.program.images;
-  images.SetImageResolution(file.Work, file.options.dpi);
+  images.SetImageResolution(file.Work, file.settings.dpi);
   const std::string bitmap = file.program.AppPath("Tmp.bmp");
   if (Status saved = images.SaveImageToBmpFile(file.Work, bitmap); !saved) return saved;
   images.DisposeImage(file.Work);
@@ -114,13 +114,13 @@ Step FailEmptyRectangle(CutFile& file) {
 
 Status SaveWork(CutFile& file) {
   imaging::Services& images = file.program.images;
-  images.SetImageResolution(file.Work, file.options.dpi);
+  images.SetImageResolution(file.Work, file.settings.dpi);
   file.latestSize = SizeOf(file);
   if (Status kept = KeepReplacedSource(file); !kept) return kept;
   // The save disposes of what it is given; the second try needs the picture again.
   imaging::Image second;
   const bool again = static_cast<bool>(images.CloneImage(file.Work, second));
-  const imaging::SaveOptions save{file.CutQuality(), file.options.blackWhite, file.ExifWish()};
+  const imaging::SaveOptions save{file.CutQuality(), file.settings.blackWhite, file.ExifWish()};
   const Status saved = images.SaveByType(file.Work, file.target, base::ToLowerAscii(file.OutExt), save);
   if (saved || saved.DiskFull() || !again) return saved;
   const Status encoded = images.SaveByEncoder(second, file.target, imaging::EncoderFor(file.OutExt), file.CutQuality());
@@ -140,14 +140,14 @@ Step CutInMemory(CutFile& file, LoadFailure loadFailure) {
   if (file.rect.Empty()) return FailEmptyRectangle(file);
   file.program.host.pump.Turn();
   if (const Status cut = images.CutImage(file.Work, file.rect); !cut) {
-    if (file.options.split) return Fail(file, cut);
+    if (file.settings.split) return Fail(file, cut);
     if (const Status saved = CutThroughBitmap(file); !saved) return Fail(file, saved);
     file.latestFile = file.target;
     return Step::Next;
   }
   if (const Status restored = Restore(file); !restored) return Fail(file, restored);
   if (const Status zoomed = ZoomAfterCut(file); !zoomed) return Fail(file, zoomed);
-  if (file.options.split) return Step::Next;
+  if (file.settings.split) return Step::Next;
   file.program.host.pump.Turn();
   const Status saved = SaveWork(file);
   if (saved.DiskFull()) return Fail(file, saved);

@@ -43,7 +43,7 @@ Step CutGifSource(CutFile& file) {
 
 // Only the resolution is to change, and a crop stamps it on the way.
 bool OnlyOwnDpi(const CutFile& file) {
-  const CutOptions& options = file.options;
+  const CutSettings& options = file.settings;
   const bool pixels = options.rotateCut || options.zoomBefore || options.toGray || options.threshold || options.invert;
   const bool direct = !IsGif(SourceExtension(file)) && imaging::EncoderFor(file.OutExt) != imaging::Encoder::Gif;
   return options.ownDpi && !pixels && direct && !NeedsMemory(file) && !options.manual;
@@ -53,7 +53,7 @@ bool OnlyOwnDpi(const CutFile& file) {
 
 host::Status KeepReplacedSource(CutFile& file) {
   Program& program = file.program;
-  if (file.options.over || !program.host.files.SameFile(file.target, file.listedPath)) return host::Status::Ok();
+  if (file.settings.over || !program.host.files.SameFile(file.target, file.listedPath)) return host::Status::Ok();
   return SaveAsking(program, file.listedPath, [&] { return host::KeepBackup(program.host.files, file.listedPath); });
 }
 
@@ -64,14 +64,14 @@ imaging::CropRequest PlainCrop(const CutFile& file) {
   request.rect = file.rect;
   request.encoder = imaging::EncoderFor(file.OutExt);
   request.quality = file.CutQuality();
-  request.dpi = file.options.dpi;
+  request.dpi = file.settings.dpi;
   request.exif = file.ExifWish();
   return request;
 }
 
 bool NeedsMemory(const CutFile& file) {
-  const bool restores = file.RestoreAngle != 0 && file.options.restore;
-  return file.Work || restores || file.options.split || file.options.zoomAfter || IsPsd(SourceExtension(file));
+  const bool restores = file.RestoreAngle != 0 && file.settings.restore;
+  return file.Work || restores || file.settings.split || file.settings.zoomAfter || IsPsd(SourceExtension(file));
 }
 
 Step CutFileToFile(CutFile& file) {
@@ -83,9 +83,9 @@ Step CutFileToFile(CutFile& file) {
 }
 
 Step MakeCut(CutFile& file) {
-  if (file.options.frameOnly) return Step::Next;
+  if (file.settings.frameOnly) return Step::Next;
   file.program.host.pump.Turn();
-  if (!EffectsApply(file.options)) return CutFileToFile(file);
+  if (!EffectsApply(file.settings)) return CutFileToFile(file);
   if (OnlyOwnDpi(file) && !file.rect.Empty()) {
     const host::Status cut = Crop(file, PlainCrop(file));
     if (cut) return PopCrop(file);

@@ -15,7 +15,7 @@ namespace {
 constexpr std::size_t kCropsAhead = 23;  // with the row itself what the services plan at once
 constexpr std::size_t kMeasuresAhead = 64;
 
-bool OnlyPlainCrops(const CutOptions& options, bool withArray) {
+bool OnlyPlainCrops(const CutSettings& options, bool withArray) {
   const bool changes = EffectsApply(options) || options.zoomAfter || options.split || options.rotateRule > 0;
   return !changes && !options.frameOnly && !options.manual && !options.omitFolders && !withArray;
 }
@@ -23,7 +23,7 @@ bool OnlyPlainCrops(const CutOptions& options, bool withArray) {
 }  // namespace
 
 CutPrefetch::CutPrefetch(CutRun& run)
-    : run_(run), foresees_(!run.program.recovering && OnlyPlainCrops(ReadCutOptions(run.program), run.withArray)) {}
+    : run_(run), foresees_(!run.program.recovering && OnlyPlainCrops(ReadCutSettings(run.program), run.withArray)) {}
 
 CutPrefetch::~CutPrefetch() {
   run_.program.images.PlanCrops({});
@@ -64,7 +64,7 @@ void CutPrefetch::PrefetchCrops(std::size_t row) {
 
 std::optional<imaging::CropRequest> CutPrefetch::Foresee(std::size_t row, const std::string& path, base::Size size) {
   CutFile file(run_, row, path);
-  if (!IsJpeg(file.extension) || !IsJpeg(file.OutExt) || TooSmall(size, file.options.smallest)) return std::nullopt;
+  if (!IsJpeg(file.extension) || !IsJpeg(file.OutExt) || TooSmall(size, file.settings.smallest)) return std::nullopt;
   file.W = size.width;
   file.H = size.height;
   PredictTarget(file);

@@ -19,7 +19,7 @@ void ApplySize(CutFile& file, base::Size size) {
 
 Step FailLoad(CutFile& file, const host::Status& status) {
   const bool asked = status.DiskFull();
-  if (EffectsApply(file.options) && !asked) ++file.run.failed;
+  if (EffectsApply(file.settings) && !asked) ++file.run.failed;
   return Fail(file, status);
 }
 
@@ -47,14 +47,14 @@ host::Status FitsZoomed(base::Size size) {
 bool WouldReplaceOther(CutFile& file) {
   const std::string output = ResultPath(file);
   if (output == file.listedPath || !file.program.host.files.Stat(output)) return false;
-  if (file.options.over) return !file.program.host.files.SameFile(output, file.listedPath);
+  if (file.settings.over) return !file.program.host.files.SameFile(output, file.listedPath);
   return !file.run.ledger.Wrote(output) && file.run.ledger.IsOtherSource(output, file.listedPath);
 }
 
 // Where several processes walk one folder a result beside its source, under another name, is a source to the others.
 bool OthersWouldCutIt(const CutFile& file) {
-  const bool anotherName = file.options.split || ResultPath(file) != file.listedPath;
-  return anotherName && file.options.over && file.program.Intake().SharesFolders();
+  const bool anotherName = file.settings.split || ResultPath(file) != file.listedPath;
+  return anotherName && file.settings.over && file.program.Intake().SharesFolders();
 }
 
 // Without a list a picture that has no size ends the whole run.
@@ -67,7 +67,7 @@ Step EndWithoutSize(CutFile& file) {
 // The cut goes to a work file when more is to be done with it, or when a crop would read the file that it writes.
 std::string CutTarget(const CutFile& file) {
   if (file.BorderFollows()) return file.WorkFile("Tmp");
-  const bool ontoItself = file.options.over && file.Dst == file.listedPath;
+  const bool ontoItself = file.settings.over && file.Dst == file.listedPath;
   return ontoItself || file.ConversionFollows() ? file.WorkFile("Tmp2") : file.Dst;
 }
 
@@ -88,12 +88,12 @@ Step MeasureSource(CutFile& file) {
 }
 
 Step PassOverSmall(CutFile& file) {
-  const bool small = TooSmall({file.W, file.H}, file.options.smallest);
-  return small ? PassOver(file, TooSmallText(file.options.smallest)) : Step::Next;
+  const bool small = TooSmall({file.W, file.H}, file.settings.smallest);
+  return small ? PassOver(file, TooSmallText(file.settings.smallest)) : Step::Next;
 }
 
 Step KeepExifSource(CutFile& file) {
-  if (!file.options.keepExif || !file.options.over) return Step::Next;
+  if (!file.settings.keepExif || !file.settings.over) return Step::Next;
   const std::string copy = file.program.AppPath("tmp." + file.extension);
   const host::Status copied = CopyAsking(file.program, file.Src, copy);
   if (copied) file.exifSource = copy;
@@ -101,13 +101,13 @@ Step KeepExifSource(CutFile& file) {
 }
 
 Step PassOverFolder(CutFile& file) {
-  if (!file.options.omitFolders || file.run.omitted.Take(file.folder)) return Step::Next;
+  if (!file.settings.omitFolders || file.run.omitted.Take(file.folder)) return Step::Next;
   return PassOver(file, "所在文件夹已有图片处理过，按“忽略已处理过的文件夹”跳过");
 }
 
 Step ZoomBeforeCut(CutFile& file) {
-  if (!file.options.zoomBefore) return Step::Next;
-  const auto size = ZoomedSize(file.options.zoom, {file.W, file.H}, ZoomTime::BeforeCut);
+  if (!file.settings.zoomBefore) return Step::Next;
+  const auto size = ZoomedSize(file.settings.zoom, {file.W, file.H}, ZoomTime::BeforeCut);
   if (!size) return Step::Next;
   const std::string zoomed = file.program.AppPath("Tmp.jpg");
   host::Status status = FitsZoomed(*size);
@@ -119,7 +119,7 @@ Step ZoomBeforeCut(CutFile& file) {
 }
 
 Step RotateBeforeCut(CutFile& file) {
-  const double angle = RuleAngle(file.options, {file.W, file.H});
+  const double angle = RuleAngle(file.settings, {file.W, file.H});
   if (angle == 0) return Step::Next;
   const host::Status turned = TurnSource(file, angle);
   return turned ? Step::Next : FailLoad(file, turned);
@@ -127,7 +127,7 @@ Step RotateBeforeCut(CutFile& file) {
 
 void PredictTarget(CutFile& file) {
   const std::string note = file.run.OnBackSide() ? kBackSideNote : "";
-  file.Dst = OutputPath(file.options, file.folder, file.name + note, file.OutExt);
+  file.Dst = OutputPath(file.settings, file.folder, file.name + note, file.OutExt);
   file.target = CutTarget(file);
 }
 
@@ -142,9 +142,9 @@ Step NameOutput(CutFile& file) {
                 "或不带 --jobs 和 --shard 运行");
   }
   // What is split is written piece by piece.
-  if (!file.options.split && WouldReplaceOther(file))
+  if (!file.settings.split && WouldReplaceOther(file))
     return Fail(file, "会覆盖另一个文件 " + base::DisplayText(output) + "，已跳过");
-  if (file.options.keepFolders && !file.options.over) {
+  if (file.settings.keepFolders && !file.settings.over) {
     const host::Status made = file.program.host.files.MakeFolders(base::SplitPath(file.Dst).folder);
     if (!made) return Fail(file, "无法创建输出文件夹：" + made.Why());
   }
@@ -153,7 +153,7 @@ Step NameOutput(CutFile& file) {
 }
 
 Step AskForFrame(CutFile& file) {
-  if (!file.options.manual || file.options.frameOnly) return Step::Next;
+  if (!file.settings.manual || file.settings.frameOnly) return Step::Next;
   Program& program = file.program;
   Flags& flags = program.flags;
   flags.ManualStepDone = false;
@@ -171,14 +171,14 @@ Step AskForFrame(CutFile& file) {
   file.RestoreAngle = flags.ManualRotated ? -flags.ManualAngle : 0;
   file.Src = shown;
   MeasureSource(file);
-  const double angle = RuleAngle(file.options, {file.W, file.H});
+  const double angle = RuleAngle(file.settings, {file.W, file.H});
   if (flags.ManualRotated || angle == 0) return Step::Next;
   const host::Status turned = TurnSource(file, angle);
   return turned ? Step::Next : FailLoad(file, turned);
 }
 
 Step FindRectangle(CutFile& file) {
-  if (file.options.frameOnly) return Step::Next;
+  if (file.settings.frameOnly) return Step::Next;
   CutParameters parameters = ReadCutParameters(file.program);
   file.overhang = PopOverhang(parameters);
   const Pass pass = file.Work ? Pass::AfterRotation : Pass::First;

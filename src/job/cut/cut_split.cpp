@@ -62,16 +62,16 @@ Step GiveUp(CutFile& file, const std::vector<std::string>& outputs) {
 
 }  // namespace
 
-std::size_t PieceCount(const CutOptions& options) {
+std::size_t PieceCount(const CutSettings& options) {
   return static_cast<std::size_t>(options.columns) * static_cast<std::size_t>(options.rows);
 }
 
 std::string PieceName(const CutFile& file, std::size_t number) {
-  return base::NumberedName(file.name, number, PieceCount(file.options));
+  return base::NumberedName(file.name, number, PieceCount(file.settings));
 }
 
 Step SplitCut(CutFile& file) {
-  const CutOptions& options = file.options;
+  const CutSettings& options = file.settings;
   if (!options.split) return Step::Next;
   const imaging::Services& images = file.program.images;
   const base::Size size{images.GetImageWidth(file.Work), images.GetImageHeight(file.Work)};
@@ -85,8 +85,8 @@ Step SplitCut(CutFile& file) {
   std::vector<std::string> outputs;
   for (const base::Rect& rect : rects) {
     CutFile piece(file.run, file.row, file.listedPath);
-    piece.options = options;
-    piece.options.split = false;
+    piece.settings = options;
+    piece.settings.split = false;
     piece.name = PieceName(file, outputs.size() + 1);
     piece.exifSource = file.exifSource;
     piece.RestoreAngle = file.RestoreAngle;

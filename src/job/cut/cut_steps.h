@@ -47,7 +47,7 @@ bool NeedsMemory(const CutFile& file);
 // --- Behind the cut.
 Step StopHere(CutFile& file);
 Step SplitCut(CutFile& file);  // ChSplit: each piece goes through the steps from here on as a cut of its own
-std::size_t PieceCount(const CutOptions& options);
+std::size_t PieceCount(const CutSettings& options);
 // What its piece of that number (from 1) is called.
 std::string PieceName(const CutFile& file, std::size_t number);
 Step AddBorder(CutFile& file);      // ChAddBoard

@@ -14,7 +14,7 @@ void LargeNormalCut::Cut(const std::string& path, std::size_t /*number*/, std::v
 }
 
 void LargeNormalCut::HandledBefore(const std::string& path) {
-  if (ReadCutOptions(run_.program).omitFolders) run_.omitted.Take(base::SplitPath(path).folder);
+  if (ReadCutSettings(run_.program).omitFolders) run_.omitted.Take(base::SplitPath(path).folder);
 }
 
 }  // namespace quillon::job

@@ -37,8 +37,8 @@ class RunFrame {
 NormalCut::NormalCut(Program& program) : program_(program) {}
 
 void NormalCut::Run() {
-  const Busy busy(program_);
-  if (!busy) return;
+  const RunGuard guard(program_);
+  if (!guard) return;
   if (!ResourcesThere() || !InputThere() || !OutputThere()) return;
   Form1& form = program_.form1;
   EndHelpers();
@@ -56,7 +56,7 @@ void NormalCut::Run() {
   program_.SaveFolders();
   const std::vector<std::string> hidden = HideWindows();
 
-  const bool omits = ReadCutOptions(program_).omitFolders;
+  const bool omits = ReadCutSettings(program_).omitFolders;
   bool ran = true;
   if (large) {
     ran = RunFolder(run, omits);

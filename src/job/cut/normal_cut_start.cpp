@@ -3,7 +3,7 @@
 #include "job/cut/normal_cut.h"
 #include "job/list/file_intake.h"
 #include "job/program.h"
-#include "job/settings/cut_options.h"
+#include "job/settings/cut_settings.h"
 
 namespace quillon::job {
 

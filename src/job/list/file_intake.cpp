@@ -12,7 +12,7 @@
 #include "job/list/run_guard.h"
 #include "job/list/stoppable_frame.h"
 #include "job/program.h"
-#include "job/settings/cut_options.h"
+#include "job/settings/cut_settings.h"
 
 namespace quillon::job {
 namespace {
@@ -66,7 +66,7 @@ bool FileIntake::FitsFilter(const std::string& filter, const std::string& path) 
 }
 
 void FileIntake::MenuAddFiles_Click() {
-  if (const Busy busy(program_); busy) AddFiles();
+  if (const RunGuard guard(program_); guard) AddFiles();
 }
 
 void FileIntake::AddFiles() {
@@ -79,8 +79,8 @@ void FileIntake::AddFiles() {
 }
 
 void FileIntake::MenuReadFiles_Click() {
-  const Busy busy(program_);
-  if (!busy) return;
+  const RunGuard guard(program_);
+  if (!guard) return;
   if (!InputDirExists()) {
     WarnInputDir();
     ChooseInputDir();
@@ -93,8 +93,8 @@ void FileIntake::MenuReadFiles_Click() {
 
 void FileIntake::MSF_OLEDragDrop(const std::vector<std::string>& items) {
   if (items.empty()) return;
-  const Busy busy(program_);
-  if (!busy) return;
+  const RunGuard guard(program_);
+  if (!guard) return;
   const host::Reply reply = program_.Ask(kDropQuestion, kDropQuestionType);
   if (reply != host::Reply::Yes && reply != host::Reply::No) return;
   if (reply == host::Reply::Yes) program_.files.Clear();
@@ -106,8 +106,8 @@ void FileIntake::MSF_OLEDragDrop(const std::vector<std::string>& items) {
 }
 
 void FileIntake::Admit(const std::vector<std::string>& items) {
-  const Busy busy(program_);
-  if (!busy) return;
+  const RunGuard guard(program_);
+  if (!guard) return;
   std::vector<std::string> roots;
   for (const std::string& item : items) {
     const std::string path = host::AbsolutePath(item);
@@ -140,7 +140,7 @@ bool FileIntake::SharesFolders() const {
 WalkRule FileIntake::OwnShard() const {
   WalkRule rule;
   rule.shard = program_.shard;
-  rule.byFolder = ReadCutOptions(program_).omitFolders;
+  rule.byFolder = ReadCutSettings(program_).omitFolders;
   return rule;
 }
 
@@ -255,11 +255,11 @@ void FileIntake::WarnInputDir() { WarnFolder("输入目录", program_.form1.LInD
 void FileIntake::WarnOutDir() { WarnFolder("输出目录", program_.form1.LOutDir.Value()); }
 
 void FileIntake::MenuInputDir_Click() {
-  if (const Busy busy(program_); busy) ChooseInputDir();
+  if (const RunGuard guard(program_); guard) ChooseInputDir();
 }
 
 void FileIntake::MenuOutDir_Click() {
-  if (const Busy busy(program_); busy) ChooseOutDir();
+  if (const RunGuard guard(program_); guard) ChooseOutDir();
 }
 
 void FileIntake::ChooseInputDir() {
@@ -279,8 +279,8 @@ void FileIntake::ChooseOutDir() {
 }
 
 void FileIntake::MenuClearList_Click() {
-  const Busy busy(program_);
-  if (!busy || program_.files.RowCount() == 0) return;
+  const RunGuard guard(program_);
+  if (!guard || program_.files.RowCount() == 0) return;
   if (program_.Ask(kClearQuestion, kOkCancelDefaultCancel) != host::Reply::Ok) return;
   Clear();
 }
@@ -291,9 +291,9 @@ void FileIntake::Clear() {
 }
 
 void FileIntake::MenuDelSelected_Click() {
-  const Busy busy(program_);
+  const RunGuard guard(program_);
   const std::size_t selected = program_.form1.MSF.Selected();
-  if (!busy || selected == 0) return;
+  if (!guard || selected == 0) return;
   program_.files.Remove(selected - 1);
   ShowStatusPanel();
 }

@@ -7,7 +7,7 @@
 #include "base/utf8.h"
 #include "job/list/file_intake.h"
 #include "job/program.h"
-#include "job/settings/cut_options.h"
+#include "job/settings/cut_settings.h"
 
 namespace quillon::job {
 namespace {

@@ -8,20 +8,20 @@ namespace quillon::job {
 
 // Claims the one place of work for a listing or a run. A second claim, made by a handler that the pump let in, beeps
 // and gets nothing.
-class Busy {
+class RunGuard {
  public:
-  explicit Busy(Program& program) : program_(program), got_(!program.flags.Busy) {
+  explicit RunGuard(Program& program) : program_(program), got_(!program.flags.Busy) {
     if (got_) {
       program_.flags.Busy = true;
     } else {
       program_.host.boxes.Beep();
     }
   }
-  ~Busy() {
+  ~RunGuard() {
     if (got_) program_.flags.Busy = false;
   }
-  Busy(const Busy&) = delete;
-  Busy& operator=(const Busy&) = delete;
+  RunGuard(const RunGuard&) = delete;
+  RunGuard& operator=(const RunGuard&) = delete;
 
   explicit operator bool() const { return got_; }
 

@@ -7,7 +7,7 @@
 #include "base/path_text.h"
 #include "job/list/file_intake.h"
 #include "job/list/stoppable_frame.h"
-#include "job/settings/cut_options.h"
+#include "job/settings/cut_settings.h"
 
 namespace quillon::job {
 namespace {
@@ -78,7 +78,7 @@ WalkRule FolderRun::Rule() const {
   rule.shard = program_.shard;
   const std::string out = form.LOutDir.Value();
   if (!driver_.BesideSources() && out != root_ && program_.host.files.IsFolder(out)) rule.leftOut = out;
-  rule.byFolder = ReadCutOptions(program_).omitFolders;
+  rule.byFolder = ReadCutSettings(program_).omitFolders;
   return rule;
 }
 

@@ -5,7 +5,7 @@
 
 #include "base/number_text.h"
 #include "job/program.h"
-#include "job/settings/cut_options.h"
+#include "job/settings/cut_settings.h"
 #include "job/windows/form1.h"
 #include "job/windows/preview_shape.h"
 
@@ -68,7 +68,7 @@ void Form1::ShowFrame() {
     frame.left = (W - frame.width) / 2;
     frame.top = (H - frame.height) / 2;
   }
-  if (ReadCutOptions(program_).frameOnly) frame = {0, 0, W, H};
+  if (ReadCutSettings(program_).frameOnly) frame = {0, 0, W, H};
   preview.SetPictureFrame(picture.Empty() ? PreviewFrame{} : frame);
   preview.SetBoard(BoardAroundCut(program_, preview));
   for (std::size_t i = 0; i < TCutValue.Size(); ++i) {

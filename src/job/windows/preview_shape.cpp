@@ -4,14 +4,14 @@
 
 #include "base/rounding.h"
 #include "job/program.h"
-#include "job/settings/cut_options.h"
+#include "job/settings/cut_settings.h"
 #include "job/settings/geometry.h"
 
 namespace quillon::job {
 namespace {
 
 // What lies around a picture that is padded to the fixed size, in pixels of the picture.
-PreviewBoard PaddingAround(const PreviewFrame& picture, const CutOptions& options) {
+PreviewBoard PaddingAround(const PreviewFrame& picture, const CutSettings& options) {
   const Fit fit = FitToSize({base::R(picture.width), base::R(picture.height)}, options.FixW, options.FixH);
   if (fit.FitW <= 0 || fit.FitH <= 0) return {};
   const double beside = fit.offsetX * picture.width / fit.FitW;
@@ -22,7 +22,7 @@ PreviewBoard PaddingAround(const PreviewFrame& picture, const CutOptions& option
 }  // namespace
 
 CutShape ShapeBeforeCut(const Program& program, base::Size picture) {
-  const CutOptions options = ReadCutOptions(program);
+  const CutSettings options = ReadCutSettings(program);
   CutShape shape{picture, 0};
   if (options.frameOnly) return shape;
   if (options.zoomBefore) shape.size = ZoomedSize(options.zoom, picture, ZoomTime::BeforeCut).value_or(picture);
@@ -31,7 +31,7 @@ CutShape ShapeBeforeCut(const Program& program, base::Size picture) {
 }
 
 PreviewBoard BoardAroundCut(Program& program, const Preview& preview) {
-  const CutOptions options = ReadCutOptions(program);
+  const CutSettings options = ReadCutSettings(program);
   const PreviewFrame& frame = preview.PictureFrame();
   if (!options.addBoard || !(frame.width > 0 && frame.height > 0)) return {};
   if (options.frameOnly && options.padToSize) return PaddingAround(frame, options);

@@ -3,7 +3,7 @@
 // The picture in the frame: how it is shown, turned and widened.
 #include <algorithm>
 
-#include "job/settings/cut_options.h"
+#include "job/settings/cut_settings.h"
 #include "regions/frame/cut_frame.h"
 #include "tools/back_image.h"
 
@@ -60,7 +60,7 @@ void CutFrame::UpdateImage(const std::string& path, const imaging::Image& image)
 
 imaging::Image CutFrame::TurnedByOptions(base::Size size) {
   job::Flags& flags = program_.flags;
-  const double angle = job::TurnAngle(job::ReadCutOptions(program_), size);
+  const double angle = job::TurnAngle(job::ReadCutSettings(program_), size);
   imaging::Image picture;
   if (flags.ManualRotated || angle == 0) return {};
   if (!ClonePicture(picture) || !program_.images.RotateImage(picture, angle, base::kWhite)) return {};

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Quillon developers
 // SPDX-License-Identifier: GPL-3.0-or-later
 // The manual step of a batch: how a picture is waited at and left.
-#include "job/settings/cut_options.h"
+#include "job/settings/cut_settings.h"
 #include "regions/frame/cut_frame.h"
 
 namespace quillon::regions {
@@ -58,7 +58,7 @@ void CutFrame::Wait() {
 
 // The next picture may then have to be turned before it can be shown.
 bool CutFrame::OptionsTurn() const {
-  const job::CutOptions options = job::ReadCutOptions(program_);
+  const job::CutSettings options = job::ReadCutSettings(program_);
   return options.rotateCut || options.rotateRule > 0;
 }
 

@@ -3,7 +3,7 @@
 #include "regions/frame/decisions.h"
 
 #include "base/utf8.h"
-#include "job/settings/cut_options.h"
+#include "job/settings/cut_settings.h"
 
 namespace quillon::regions {
 namespace {
@@ -40,7 +40,7 @@ std::optional<Decision> DecisionFrom(const std::string& text) {
 }
 
 std::string Decisions::JobText() const {
-  const job::CutOptions options = job::ReadCutOptions(program_);
+  const job::CutSettings options = job::ReadCutSettings(program_);
   std::string text = "manual\n" + options.outFolder + "\n" + options.outType + (options.over ? "\nover\n" : "\n");
   if (program_.flags.LargeCapacityMode) return text + program_.form1.LInDir.Value();
   for (std::size_t row = 0; row < program_.files.RowCount(); ++row) text += program_.files.Row(row).Path() + "\n";
@@ -98,7 +98,7 @@ bool Decisions::CutInPlace(const std::string& source) const {
   const std::string now = StampOf(source);
   if (!before || *before == now) return false;
   // Where the power went between the cut and this note of it, a changed source is taken for cut.
-  return after ? *after == now : job::ReadCutOptions(program_).over;
+  return after ? *after == now : job::ReadCutSettings(program_).over;
 }
 
 void Decisions::Decided(const std::string& source, const Decision& decision) {

@@ -68,8 +68,8 @@ void FMultCut::CmdOk_Click() {
     program_.Ask(kTooFew, kExclamation);
     return;
   }
-  const job::Busy busy(program_);
-  if (!busy) return;
+  const job::RunGuard guard(program_);
+  if (!guard) return;
   MultiCut cut(program_, editor_);
   if (!cut.Ready()) return;
   running_ = &cut;

@@ -8,7 +8,7 @@
 #include "base/utf8.h"
 #include "job/list/file_intake.h"
 #include "job/run/folder_run.h"
-#include "job/settings/cut_options.h"
+#include "job/settings/cut_settings.h"
 #include "job/windows/disable_option_windows.h"
 
 namespace quillon::regions {
@@ -75,7 +75,7 @@ void MultiCut::Run() {
     if (job::Selected<job::OutType>(form.CmbOutType) == job::OutType::Pdf) {
       job::Select(form.CmbOutType, job::OutType::Jpg);
     }
-    const job::CutOptions options = job::ReadCutOptions(program_);
+    const job::CutSettings options = job::ReadCutSettings(program_);
     extension_ = "." + job::CasedExtension(options.outType, options.extensionCase);
     perImageFolder_ = program_.Ask(kFolderQuestion, kYesNoQuestion) == host::Reply::Yes;
     if (program_.flags.LargeCapacityMode) {

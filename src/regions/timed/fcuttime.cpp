@@ -94,8 +94,8 @@ WatchOptions FCutTime::Options() const {
 }
 
 void FCutTime::CmdDo_Click() {
-  const job::Busy busy(program_);
-  if (!busy) return;
+  const job::RunGuard guard(program_);
+  if (!guard) return;
   if (!program_.host.files.IsFolder(LDir.Value())) {
     program_.Ask(LDir.Value().empty() ? "请先选择工作目录！" : "工作目录不存在：" + base::DisplayText(LDir.Value()),
                  kStopIcon);

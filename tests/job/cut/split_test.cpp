@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Splitting: one cut becomes several files.
 #include "job/cut_fixture.h"
-#include "job/settings/cut_options.h"
+#include "job/settings/cut_settings.h"
 
 namespace quillon::job {
 namespace {
@@ -207,11 +207,11 @@ TEST_F(SplitTest, JpegsKeepTheirQualityAndType) {
 TEST_F(SplitTest, OptionsThatWereNeverLoadedDoNotSplit) {
   Program other(world.host);
   other.fBaseOpt.ChSplit.Set(true);
-  EXPECT_FALSE(ReadCutOptions(other).split);
+  EXPECT_FALSE(ReadCutSettings(other).split);
   other.fBaseOpt.Load();
-  EXPECT_TRUE(ReadCutOptions(other).split);
-  EXPECT_EQ(ReadCutOptions(other).columns, 2);
-  EXPECT_EQ(ReadCutOptions(other).rows, 2);
+  EXPECT_TRUE(ReadCutSettings(other).split);
+  EXPECT_EQ(ReadCutSettings(other).columns, 2);
+  EXPECT_EQ(ReadCutSettings(other).rows, 2);
 }
 
 }  // namespace

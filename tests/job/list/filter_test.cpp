@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // The filter of small pictures in a run: pictures that were listed before it was ticked, and runs without a list.
 #include "job/cut_fixture.h"
-#include "job/settings/cut_options.h"
+#include "job/settings/cut_settings.h"
 
 namespace quillon::job {
 namespace {

@@ -1,6 +1,6 @@
 // SPDX-FileCopyrightText: 2026 The Quillon developers
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "job/settings/cut_options.h"
+#include "job/settings/cut_settings.h"
 
 #include <gtest/gtest.h>
 
@@ -18,7 +18,7 @@ TEST(OutputPath, KeepsTheFoldersOfTheSourceBelowTheOutputFolder) {
       {"/", "/in", "/in/a.jpg"},
       {"/o", "C:/in", "/o/in/a.jpg"},
   };
-  CutOptions options;
+  CutSettings options;
   options.keepFolders = true;
   for (const Row& row : kRows) {
     options.outFolder = row.outFolder;
@@ -27,7 +27,7 @@ TEST(OutputPath, KeepsTheFoldersOfTheSourceBelowTheOutputFolder) {
 }
 
 TEST(OutputPath, IsFlatOrBesideTheSource) {
-  CutOptions options;
+  CutSettings options;
   options.outFolder = "/o";
   EXPECT_EQ(OutputPath(options, "/in", "a", "jpg"), "/o/a.jpg");
   options.outFolder = "/";
@@ -53,7 +53,7 @@ TEST(TurnAngle, IsThatOfTheFirstOptionThatTurns) {
       {1, true, 30, {20, 40}, 0, 30},
   };
   for (const Row& row : kRows) {
-    CutOptions options;
+    CutSettings options;
     options.rotateRule = row.rule;
     options.rotateCut = row.rotateCut;
     options.angle = row.own;

@@ -15,7 +15,7 @@ class Program;
 
 // What the windows and flags say about the cut of one file, read when the file is begun. What comes from FBaseOpt is
 // off, 0 or empty as long as that window was never loaded.
-struct CutOptions {
+struct CutSettings {
   std::string outFolder;
   std::string outType;  // the text of CmbOutType
   bool over = false;
@@ -56,7 +56,7 @@ struct CutOptions {
   base::Colour boardColour = base::kWhite;
 };
 
-CutOptions ReadCutOptions(const Program& program);
+CutSettings ReadCutSettings(const Program& program);
 
 // The thresholds of ChFilter, TSmalS(0) and (1) in pixels; 0 with the filter off.
 base::Size FilterThresholds(const Program& program);
@@ -66,18 +66,18 @@ bool TooSmall(base::Size picture, base::Size thresholds);
 std::string TooSmallText(base::Size thresholds);
 
 // Whether the cut is made in memory, with the options that change pixels or resolution.
-bool EffectsApply(const CutOptions& options);
+bool EffectsApply(const CutSettings& options);
 
 // The angle by which CmbRotate turns a picture of that size, degrees counter-clockwise; 0 where it does not.
-double RuleAngle(const CutOptions& options, base::Size picture);
+double RuleAngle(const CutSettings& options, base::Size picture);
 // The same for both options that turn, of which the first that turns decides: CmbRotate, then ChRotateCut by TAngle.
-double TurnAngle(const CutOptions& options, base::Size picture);
+double TurnAngle(const CutSettings& options, base::Size picture);
 
 // The extension of the output of a source with that extension.
-std::string OutputExtension(const CutOptions& options, const std::string& sourceExtension);
+std::string OutputExtension(const CutSettings& options, const std::string& sourceExtension);
 
 // Where the output of the listed file goes; makes no folder.
-std::string OutputPath(const CutOptions& options, const std::string& folder, const std::string& name,
+std::string OutputPath(const CutSettings& options, const std::string& folder, const std::string& name,
                        const std::string& outExtension);
 
 // By the letters of the extension, in upper or lower case.

@@ -1,6 +1,6 @@
 // SPDX-FileCopyrightText: 2026 The Quillon developers
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "job/settings/cut_options.h"
+#include "job/settings/cut_settings.h"
 
 #include "base/number_text.h"
 #include "base/path_text.h"
@@ -11,7 +11,7 @@
 namespace quillon::job {
 namespace {
 
-void ReadAdvanced(const Program& program, CutOptions& options) {
+void ReadAdvanced(const Program& program, CutSettings& options) {
   const FBaseOpt& window = program.fBaseOpt;
   options.frameOnly = window.ChFrmOnly.On();
   options.omitFolders = window.ChOmitFolds.On();
@@ -50,10 +50,10 @@ bool HasExtension(const std::string& extension, std::initializer_list<const char
 
 }  // namespace
 
-CutOptions ReadCutOptions(const Program& program) {
+CutSettings ReadCutSettings(const Program& program) {
   const Form1& form = program.form1;
   const Flags& flags = program.flags;
-  CutOptions options;
+  CutSettings options;
   options.outFolder = form.LOutDir.Value();
   options.outType = form.CmbOutType.Text();
   options.over = form.ChOver.On();
@@ -90,30 +90,30 @@ std::string TooSmallText(base::Size thresholds) {
          " 像素，按“过滤小图片”跳过";
 }
 
-bool EffectsApply(const CutOptions& options) {
+bool EffectsApply(const CutSettings& options) {
   if (options.frameOnly) return false;
   return options.rotateCut || options.zoomBefore || options.toGray || options.threshold || options.invert ||
          options.ownDpi;
 }
 
-double RuleAngle(const CutOptions& options, base::Size picture) {
+double RuleAngle(const CutSettings& options, base::Size picture) {
   return PreRotation(options.rotateRule, picture, options.angle).value_or(0);
 }
 
-double TurnAngle(const CutOptions& options, base::Size picture) {
+double TurnAngle(const CutSettings& options, base::Size picture) {
   const double angle = RuleAngle(options, picture);
   if (angle != 0) return angle;
   const bool turns = options.rotateCut && NeedRotate(picture.width, picture.height, kOwnAngle, options.angle);
   return turns ? options.angle : 0;
 }
 
-std::string OutputExtension(const CutOptions& options, const std::string& sourceExtension) {
+std::string OutputExtension(const CutSettings& options, const std::string& sourceExtension) {
   std::string extension = options.outType;
   if (options.over) extension = IsPsd(sourceExtension) ? "jpg" : sourceExtension;
   return job::CasedExtension(extension, options.extensionCase);
 }
 
-std::string OutputPath(const CutOptions& options, const std::string& folder, const std::string& name,
+std::string OutputPath(const CutSettings& options, const std::string& folder, const std::string& name,
                        const std::string& outExtension) {
   if (options.over) return base::JoinPath(folder, name, outExtension);
   const std::string root = options.outFolder == "/" ? std::string() : options.outFolder;
