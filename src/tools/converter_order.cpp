@@ -5,7 +5,6 @@
 #include <charconv>
 #include <string_view>
 
-#include "base/numbered_name.h"
 #include "base/path_text.h"
 
 namespace quillon::tools {

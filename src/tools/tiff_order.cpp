@@ -4,7 +4,6 @@
 
 #include "base/number_text.h"
 #include "base/path_text.h"
-#include "base/utf16.h"
 #include "base/utf8.h"
 #include "tools/lasting_wait.h"
 #include "tools/pause.h"

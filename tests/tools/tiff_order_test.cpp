@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "tools/tiff_order.h"
 
-#include "base/utf16.h"
+#include "base/utf8.h"
 #include "tools/tools_fixture.h"
 
 namespace quillon::tools {

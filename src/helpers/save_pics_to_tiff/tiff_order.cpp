@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "helpers/save_pics_to_tiff/tiff_order.h"
 
-#include "base/utf16.h"
+#include "base/utf8.h"
 #include "helpers/orders/order_text.h"
 #include "imaging/codecs/tiff_pages.h"
 
