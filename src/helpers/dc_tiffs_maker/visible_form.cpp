@@ -11,6 +11,7 @@
 #include "helpers/runtime/headless_host.h"
 #include "host/posix/environment.h"
 #include "host/posix/posix_disk.h"
+#include "host/posix/process_setup.h"
 #include "host/posix/program_folder.h"
 
 namespace quillon::helpers {

@@ -10,7 +10,7 @@
 #include "base/path_text.h"
 #include "helpers/runtime/command_text.h"
 #include "helpers/runtime/headless_host.h"
-#include "host/posix/posix_disk.h"
+#include "host/posix/process_setup.h"
 
 namespace quillon::helpers {
 namespace {
