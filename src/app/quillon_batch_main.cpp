@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Quillon developers
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "cli/cli.h"
-#include "host/posix/freed_memory.h"
+#include "host/posix/process_setup.h"
 
 int main(int count, char** arguments) {
   quillon::host::posix::ReturnFreedMemory();

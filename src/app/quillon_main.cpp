@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "host/posix/freed_memory.h"
+#include "host/posix/process_setup.h"
 #include "job/list/file_intake.h"
 #include "job/program.h"
 #include "parts/parts.h"

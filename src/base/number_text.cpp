@@ -14,14 +14,15 @@ std::string_view TrimBlanks(std::string_view text) {
   return text.substr(first, text.find_last_not_of(" \t\r\n") - first + 1);
 }
 
-// from_chars knows no leading plus.
+// std::from_chars does not accept a leading plus. "+-1" and "++1" keep theirs, so that they stay invalid.
 std::string_view WithoutPlus(std::string_view text) {
   const bool plus = text.size() > 1 && text[0] == '+' && text[1] != '-' && text[1] != '+';
   return plus ? text.substr(1) : text;
 }
 
-// The ASCII twin of the full-width character at the head of the text, 0 if there is none. All of them take three bytes.
-char AsciiTwin(std::string_view text) {
+// Returns the ASCII form of the full-width character at the start of the text, or 0 if there is none. All of them are
+// three bytes long in UTF-8.
+char HalfWidthForm(std::string_view text) {
   if (text.substr(0, 3) == "\u3000") return ' ';
   if (text.size() < 3 || text[0] != '\xEF') return 0;
   const auto second = static_cast<unsigned char>(text[1]);
@@ -34,8 +35,8 @@ char AsciiTwin(std::string_view text) {
 
 struct Parsed {
   double value = 0;
-  bool found = false;
-  bool whole = false;
+  bool found = false;  // the text starts with a finite number
+  bool whole = false;  // and holds nothing else
 };
 
 Parsed ParseHead(std::string_view text) {
@@ -82,9 +83,9 @@ std::string ToHalfWidth(std::string_view text) {
   std::string out;
   out.reserve(text.size());
   while (!text.empty()) {
-    const char twin = AsciiTwin(text);
-    out.push_back(twin != 0 ? twin : text[0]);
-    text.remove_prefix(twin != 0 ? 3 : 1);
+    const char ascii = HalfWidthForm(text);
+    out.push_back(ascii != 0 ? ascii : text[0]);
+    text.remove_prefix(ascii != 0 ? 3 : 1);
   }
   return out;
 }

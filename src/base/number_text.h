@@ -8,23 +8,26 @@
 
 namespace quillon::base {
 
-// The whole text as a finite decimal number: optional sign, digits with an optional point, optional exponent, blanks
-// around it allowed, full-width digits, signs and points taken as their ASCII twins. Anything else is no number, and so
-// is a value too large or too small for a double.
+// Returns the number that the whole text spells, or nullopt if it is not a number.
+// Accepted: an optional sign, decimal digits with an optional point, an optional exponent, blanks around all of it.
+// Full-width digits, signs and points count as their ASCII forms.
+// A value that overflows or underflows a double is not a number.
 std::optional<double> ParseNumber(std::string_view text);
 
-// The whole text as a whole number that fits int; rules as ParseNumber, no fraction, no exponent.
+// Returns the integer that the whole text spells, by the rules of ParseNumber but without a point or an exponent.
+// Returns nullopt if the text is not an integer or does not fit an int.
 std::optional<int> ParseInteger(std::string_view text);
 
-// The number at the head of the text, by the same rules; 0 where there is none: "12px" is 12, "" and "abc" are 0.
+// Returns the number at the start of the text, by the rules of ParseNumber; "12px" gives 12.
+// Returns 0 if the text does not start with a number, as "" and "abc" do not.
 double LeadingNumber(std::string_view text);
 
-// The shortest decimal text that reads back as the same number; never an exponent for values below 1e15 in size. Both
-// zeros, the infinities and NaN give "0".
+// Returns the shortest decimal text that reads back as the same double.
+// Never uses an exponent if the absolute value is below 1e15. Both zeros, the infinities and NaN give "0".
 std::string NumberText(double value);
 
-// Full-width forms of the ASCII characters (U+FF01..U+FF5E) and the ideographic blank become ASCII;
-// all other bytes stay.
+// Returns the text with the full-width ASCII forms (U+FF01..U+FF5E) and the ideographic space replaced by ASCII.
+// All other bytes are copied unchanged, valid UTF-8 or not.
 std::string ToHalfWidth(std::string_view text);
 
 }  // namespace quillon::base

@@ -4,8 +4,8 @@
 
 namespace quillon::base {
 
-// A rectangle in whole pixels of the picture it belongs to. Width and height may be zero or negative where arithmetic
-// led there; Empty() tells. The right and bottom edges are exclusive.
+// A rectangle in pixels of the picture that it belongs to. The right and bottom edges are exclusive.
+// Width and height may be zero or negative as a result of arithmetic; such a rectangle is Empty().
 struct Rect {
   int left = 0;
   int top = 0;
@@ -24,5 +24,9 @@ struct Size {
   bool Empty() const { return width <= 0 || height <= 0; }
   bool operator==(const Size&) const = default;
 };
+
+// Returns the size of the bounding box of a picture rotated by angle, in degrees of either direction.
+// Sides are rounded up to whole pixels, are at least 1 and at most 2e9.
+Size TurnedSize(Size size, double angle);
 
 }  // namespace quillon::base

@@ -17,6 +17,7 @@ int ClampToInt(double whole) {
   return static_cast<int>(whole);
 }
 
+// std::nearbyint would depend on the rounding mode of the calling thread.
 double RoundTiesToEven(double value) {
   const double below = std::floor(value);
   const double fraction = value - below;

@@ -4,11 +4,12 @@
 
 namespace quillon::base {
 
-// Rounds to the nearest integer; a tie goes to the even neighbour. Values beyond the range of int become its nearest
-// end; NaN becomes 0.
+// Returns value rounded to the nearest integer; ties go to the even neighbour (2.5 gives 2, 3.5 gives 4).
+// Values beyond the range of int are clamped to its nearest end. NaN gives 0.
+// This is the rounding of every pixel coordinate and length of the program.
 int R(double value);
 
-// The largest integer not above value, limited to the range of int; NaN becomes 0.
+// Returns the largest integer that is not greater than value (-0.5 gives -1), clamped to the range of int. NaN gives 0.
 int Floor(double value);
 
 }  // namespace quillon::base

@@ -30,6 +30,7 @@ void Control::SetTooltip(std::string tooltip) {
 }
 
 void Control::SetEnabled(bool enabled, std::string why) {
+  // Callers may pass a reason in any case; it counts only while the control is disabled.
   if (enabled) why.clear();
   if (appearance_.enabled == enabled && whyDisabled_ == why) return;
   appearance_.enabled = enabled;
@@ -48,6 +49,7 @@ void Control::SetVisible(bool visible) {
   NotifyAppearanceChanged();
 }
 
+// Hidden is reported first: a control that the user cannot see needs no reason why it is disabled.
 EditResult Control::RefusalForUser() const {
   if (!Visible()) return EditResult::Refused(FullName() + " 当前不可见");
   if (Enabled()) return EditResult::Ok();
@@ -65,6 +67,7 @@ EditResult Control::UserClick() {
   return result.Accepted() ? Press() : result;
 }
 
+// Kinds that the user can neither fill in nor click inherit these refusals.
 EditResult Control::Apply(std::string_view) { return EditResult::Refused(FullName() + " 不能填写"); }
 
 EditResult Control::Press() { return EditResult::Refused(FullName() + " 不能点击"); }

@@ -5,27 +5,41 @@
 #include <functional>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 namespace quillon::controls {
 
+class Control;
 class Window;
 
+// The kind of a control, which decides how a window shows it.
 enum class Kind { CheckBox, Option, TextBox, ComboBox, Button, Menu, Label, Frame, ColourBox, Slider, Grid };
 
-// What changed about a control: its value, its looks (caption, tooltip, enabled, visible, items, limits) or grid rows.
+// What changed about a control: its value, or its appearance (caption, tooltip, enabled, visible, items, limits).
 enum class Aspect { Value, Appearance };
 
-// How a control starts. A control inside a disabled or hidden parent counts as disabled or hidden itself.
+// The initial appearance of a control. A control inside a disabled or hidden parent counts as disabled or hidden
+// itself.
 struct Appearance {
   std::string caption = {};
   std::string tooltip = {};
   bool enabled = true;
   bool visible = true;
-  class Control* parent = nullptr;
+  Control* parent = nullptr;
 };
 
-// What became of a user's edit: accepted, or refused with a sentence.
+// Return the appearance of a control inside a frame or menu: enabled from the start, or disabled until something
+// enables it.
+inline Appearance Inside(Control& parent, std::string caption, std::string tooltip = {}) {
+  return {.caption = std::move(caption), .tooltip = std::move(tooltip), .parent = &parent};
+}
+
+inline Appearance DisabledInside(Control& parent, std::string caption, std::string tooltip = {}) {
+  return {.caption = std::move(caption), .tooltip = std::move(tooltip), .enabled = false, .parent = &parent};
+}
+
+// The result of a user's edit: accepted, or refused with one Chinese sentence that says why.
 struct EditResult {
   std::string refusal;
 
@@ -34,11 +48,11 @@ struct EditResult {
   static EditResult Refused(std::string why) { return {std::move(why)}; }
 };
 
-// One control of a window, as data. It belongs to its window and lists itself there when it is made.
+// One control of a window, as data. It belongs to its window and registers itself there when it is constructed.
 //
-// Values are changed in two ways. The program's own setters (of the derived classes) always act; the user's way,
-// UserEdit and UserClick, is refused while the control is disabled or hidden. Either way the handler runs once when the
-// value really changed, and observers of the window are told.
+// A value can change in two ways. The program's own setters (of the derived classes) always act. The user's way,
+// UserEdit and UserClick, is refused while the control is disabled or hidden. Either way the handler runs once if the
+// value really changed, and the observers of the window are notified before it.
 class Control {
  public:
   Control(Window& window, Kind kind, std::string name, Appearance appearance);
@@ -47,58 +61,66 @@ class Control {
   Control& operator=(const Control&) = delete;
 
   Kind GetKind() const { return kind_; }
-  // The name with its index where the control is one of an array: "TCutValue(0)".
+  // The name, followed by the index if the control is an element of an array: "TCutValue(0)".
   const std::string& Name() const { return name_; }
-  // With the window in front: "Form1.TCutValue(0)".
+  // The name after that of the window: "Form1.TCutValue(0)".
   std::string FullName() const;
   Window& GetWindow() const { return window_; }
   Control* Parent() const { return appearance_.parent; }
 
   const std::string& Caption() const { return appearance_.caption; }
   const std::string& Tooltip() const { return appearance_.tooltip; }
-  // Enabled and visible for the user: together with all parents.
+  // As the user sees it: false if the control or any of its parents is disabled or hidden.
   bool Enabled() const;
   bool Visible() const;
-  // Of the control alone, whatever its parents say.
+  // The state of the control alone, regardless of its parents.
   bool OwnEnabled() const { return appearance_.enabled; }
   bool OwnVisible() const { return appearance_.visible; }
 
+  // SetCaption, SetTooltip, SetEnabled and SetVisible notify the observers with Aspect::Appearance, unless nothing
+  // changes. They run no handler.
   void SetCaption(std::string caption);
   void SetTooltip(std::string tooltip);
-  // why tells the user what stands in the way, one sentence without its full stop; it only counts while disabled.
+  // why explains to the user what prevents the use, in one sentence without a full stop. It is kept only while the
+  // control is disabled.
   void SetEnabled(bool enabled, std::string why = {});
-  // Why the user cannot use the control, of itself or else of its nearest disabled parent; "" while it can be used and
-  // where nobody told.
+  // Returns why the user cannot use the control: its own reason, or that of the nearest disabled parent.
+  // Returns "" if the control is enabled or no reason was given.
   std::string WhyDisabled() const;
   void SetVisible(bool visible);
-  // Marker text of a control, "" at start; handlers use it to remember that a question was answered.
+  // A free text, "" at first. Handlers use it to remember that a question has been answered.
   const std::string& Tag() const { return tag_; }
   void SetTag(std::string tag) { tag_ = std::move(tag); }
 
-  // The value for machines ("0"/"1", a list's index, a text as it is) and for people (a list's entry).
+  // Value() is meant for scripts ("0" or "1", the index of a list entry, a text as it is), Text() for people (the text
+  // of the list entry). The limits are "" if the control has none.
   virtual std::string Value() const { return {}; }
   virtual std::string Text() const { return Value(); }
+  // The entries of a list, in order.
   virtual std::vector<std::string> Items() const { return {}; }
   virtual std::string MinText() const { return {}; }
   virtual std::string MaxText() const { return {}; }
 
+  // Sets the value as a user would, by typing or choosing. Refused if the control is not usable or the text is invalid.
   EditResult UserEdit(std::string_view text);
-  // Presses a button or a menu entry, ticks or clears a box; refused by every other kind.
+  // Presses a button or menu entry, or toggles a check box. Refused by controls of every other kind.
   EditResult UserClick();
 
-  // Runs after each change of the value, or at a click of a button or menu entry.
+  // Called after each change of the value, or on a click on a button or menu entry. There is one handler.
   void SetHandler(std::function<void()> handler) { handler_ = std::move(handler); }
 
  protected:
-  // Puts a checked or unchecked text into the value; the derived class decides what it takes.
+  // Sets the value from a user's text; the derived class decides which texts are valid. The default refuses.
   virtual EditResult Apply(std::string_view text);
-  // What a click does.
+  // Called on a user's click. The default refuses.
   virtual EditResult Press();
+  // Notifies the observers of a changed value and then runs the handler.
   void NotifyValueChanged();
   void NotifyAppearanceChanged();
   void RunHandler();
 
  private:
+  // Returns why a user may not change the control now, or Ok().
   EditResult RefusalForUser() const;
 
   Window& window_;

@@ -26,6 +26,7 @@ void Grid::Select(std::size_t row) {
 }
 
 void Grid::Notify(Change change, std::size_t row) {
+  // Rows may be gone; the selection follows silently, because the user did not select anything.
   selected_ = std::min(selected_, RowCount());
   if (rowObserver_) rowObserver_(change, row);
 }

@@ -11,7 +11,7 @@
 
 namespace quillon::controls {
 
-// Where a grid's cells come from. Rows are counted from 0 and hold no header.
+// The data of a grid. Rows are counted from 0, without the header.
 class GridSource {
  public:
   virtual ~GridSource() = default;
@@ -19,44 +19,49 @@ class GridSource {
   virtual std::string Cell(std::size_t row, std::size_t column) const = 0;
 };
 
-// A table of rows that its source keeps; the grid itself knows the headers, the selection and who watches.
+// A table. The rows are kept by its source; the grid itself keeps the headers, the selection and the observer.
 class Grid : public Control {
  public:
+  // How the rows changed. Reset means that any row may differ, and the number of rows too.
   enum class Change { Appended, Removed, Edited, Reset };
   using RowObserver = std::function<void(Change, std::size_t row)>;
 
   Grid(Window& window, std::string name, Appearance appearance, std::vector<std::string> headers)
       : Control(window, Kind::Grid, std::move(name), std::move(appearance)), headers_(std::move(headers)) {}
 
+  // Not owned, and must outlive the grid. A grid without a source is empty.
   void SetSource(const GridSource* source) { source_ = source; }
   const std::vector<std::string>& Headers() const { return headers_; }
-  // As many as before.
+  // The number of headers must not change.
   void SetHeaders(std::vector<std::string> headers);
-  // Rows with the header counted, as the batch counts them: 1 for an empty list.
+  // The number of rows including the header, as scripts count them: 1 for an empty list.
   std::size_t Rows() const { return RowCount() + 1; }
+  // The number of data rows.
   std::size_t RowCount() const { return source_ ? source_->RowCount() : 0; }
-  // "" outside the rows.
+  // Returns "" if row is out of range. row counts from 0.
   std::string Cell(std::size_t row, std::size_t column) const;
 
-  // Row 1 is the first data row, 0 selects nothing; a row beyond the last selects the last.
+  // The selected row, counted from 1; 0 if none is selected. Selecting a row after the last one selects the last.
   std::size_t Selected() const { return selected_; }
   void Select(std::size_t row);
 
-  // The source tells of its changes here; row counts from 0. A selection that lies beyond the rows left moves to the
-  // last of them without a word.
+  // Called by the source when its rows change; row counts from 0.
+  // If the selected row no longer exists, the last row becomes the selected one, without a notification.
   void Notify(Change change, std::size_t row);
+  // Called after each Notify. There is one observer, the view of the grid.
   void SetRowObserver(RowObserver observer) { rowObserver_ = std::move(observer); }
 
+  // Called on a double click or right click. The Enter key on a row counts as a double click.
   void SetDoubleClickHandler(std::function<void()> handler) { doubleClick_ = std::move(handler); }
   void SetRightClickHandler(std::function<void()> handler) { rightClick_ = std::move(handler); }
   void DoubleClick();
   void RightClick();
 
-  // The number of data rows.
+  // Returns the number of data rows as text.
   std::string Value() const override { return std::to_string(RowCount()); }
 
  protected:
-  // A user's edit selects a row by its number from 1.
+  // Selects a row by its number, counted from 1; 0 clears the selection.
   EditResult Apply(std::string_view text) override;
 
  private:

@@ -14,6 +14,7 @@ namespace {
 
 std::string LimitText(const std::optional<double>& limit) { return limit ? base::NumberText(*limit) : std::string(); }
 
+// "#RRGGBB" has red first, but the value holds red in its lowest byte: red and blue are swapped.
 std::optional<std::int32_t> ParseColour(std::string_view text) {
   const bool hex = text.size() == 7 && text[0] == '#';
   std::int32_t value = 0;
@@ -72,6 +73,7 @@ EditResult TextBox::Apply(std::string_view text) {
     return EditResult::Ok();
   }
   const auto number = base::ParseNumber(text);
+  // ParseInteger also refuses forms such as "1.0" and "1e3", which are numbers.
   const bool fits = number && (content_ == Content::Number || base::ParseInteger(text));
   if (!fits) return EditResult::Refused(FullName() + (content_ == Content::Number ? " 只接受数字" : " 只接受整数"));
   SetNumber(*number);
@@ -82,22 +84,22 @@ ComboBox::ComboBox(Window& window, std::string name, Appearance appearance, std:
                    Editable editable)
     : Control(window, Kind::ComboBox, std::move(name), std::move(appearance)),
       items_(std::move(items)),
-      index_(Inside(index)),
+      index_(ValidIndex(index)),
       editable_(editable),
       text_(TextAt(index_)) {}
 
-int ComboBox::Inside(int index) const { return index >= 0 && index < static_cast<int>(items_.size()) ? index : -1; }
+int ComboBox::ValidIndex(int index) const { return index >= 0 && index < static_cast<int>(items_.size()) ? index : -1; }
 
 std::string ComboBox::TextAt(int index) const {
   return index < 0 ? std::string() : items_[static_cast<std::size_t>(index)];
 }
 
 void ComboBox::Select(int index) {
-  index = Inside(index);
-  Take(index, TextAt(index));
+  index = ValidIndex(index);
+  Assign(index, TextAt(index));
 }
 
-void ComboBox::Take(int index, std::string text) {
+void ComboBox::Assign(int index, std::string text) {
   if (index_ == index && text_ == text) return;
   index_ = index;
   text_ = std::move(text);
@@ -109,13 +111,14 @@ void ComboBox::SetText(std::string text) {
   if (found != items_.end()) {
     Select(static_cast<int>(found - items_.begin()));
   } else if (editable_ == Editable::Yes) {
-    Take(-1, std::move(text));
+    Assign(-1, std::move(text));
   }
 }
 
 void ComboBox::SetItems(std::vector<std::string> items) {
   items_ = std::move(items);
-  const int before = std::exchange(index_, Inside(0));
+  // The index and the text may stay the same although the entries differ. The handler must not run then.
+  const int before = std::exchange(index_, ValidIndex(0));
   const std::string textBefore = std::exchange(text_, TextAt(index_));
   NotifyAppearanceChanged();
   if (before != index_ || textBefore != text_) NotifyValueChanged();
@@ -186,6 +189,7 @@ void Slider::SetRange(int min, int max) {
   min_ = min;
   max_ = max;
   NotifyAppearanceChanged();
+  // Clamps the value to the new range.
   Set(value_);
 }
 

@@ -13,13 +13,14 @@
 
 namespace quillon::controls {
 
-// A box that is on or off. A user's edit takes "0" and "1".
+// A check box. A user's edit accepts "0" and "1".
 class CheckBox : public Control {
  public:
   CheckBox(Window& window, std::string name, Appearance appearance, bool on = false)
       : Control(window, Kind::CheckBox, std::move(name), std::move(appearance)), on_(on) {}
 
   bool On() const { return on_; }
+  // Like all setters of values below: runs the handler if the value really changes.
   void Set(bool on);
   std::string Value() const override { return on_ ? "1" : "0"; }
 
@@ -31,16 +32,19 @@ class CheckBox : public Control {
   bool on_;
 };
 
-// What a text box takes from a user; a number box refuses a text that is no number and keeps its value.
+// What a text box accepts from a user. A number box refuses any text that is not a number and keeps its value; it shows
+// an accepted number in its shortest form.
 enum class Content { Any, Integer, Number };
 
-// Range told to the user. What happens to a value beyond it is the business of the box's handler.
+// The range that is shown to the user. It is not enforced here: the handler of the box decides what happens to a value
+// outside of it.
 struct Limits {
   std::optional<double> min;
   std::optional<double> max;
   bool operator==(const Limits&) const = default;
 };
 
+// A line of text, or a number as text. The program's own setters accept any text.
 class TextBox : public Control {
  public:
   TextBox(Window& window, std::string name, Appearance appearance, std::string text, Content content = Content::Any,
@@ -51,13 +55,15 @@ class TextBox : public Control {
         limits_(limits) {}
 
   void SetText(std::string text);
+  // Sets the shortest text of the number (see base::NumberText).
   void SetNumber(double value);
+  // Changes the displayed range only; the text stays as it is.
   void SetLimits(Limits limits);
   Content GetContent() const { return content_; }
   const Limits& GetLimits() const { return limits_; }
-  // The number at the head of the text, 0 where there is none.
+  // The number at the start of the text, 0 if there is none.
   double Number() const;
-  // That number rounded, a tie to the even neighbour.
+  // That number rounded; ties go to the even neighbour.
   int Integer() const;
 
   std::string Value() const override { return text_; }
@@ -73,22 +79,24 @@ class TextBox : public Control {
   Limits limits_;
 };
 
+// Whether a user may enter a text of their own.
 enum class Editable { No, Yes };
 
-// A list with at most one selected entry; an editable one also takes a text of its own, its index is then -1.
-// A user's edit takes an entry's text, or else, in a list that is not editable, an index.
+// A drop-down list with at most one selected entry. An editable list also accepts a text that is not in the list; its
+// index is then -1.
+// A user's edit accepts the text of an entry, or an index if the list is not editable.
 class ComboBox : public Control {
  public:
   ComboBox(Window& window, std::string name, Appearance appearance, std::vector<std::string> items, int index = -1,
            Editable editable = Editable::No);
 
   int Index() const { return index_; }
-  // An index outside the list selects nothing (-1), and a text of its own goes too.
+  // Selects nothing (-1) if the index is out of range, and clears a text that is not in the list.
   void Select(int index);
-  // Selects the first entry with this text; where there is none, an editable list takes the text as its own and any
-  // other stays as it is.
+  // Selects the first entry with this text. If there is none, an editable list keeps the text as its own and any other
+  // list stays unchanged.
   void SetText(std::string text);
-  // Selects the first new entry.
+  // Replaces the entries and selects the first of them, or nothing if there are none.
   void SetItems(std::vector<std::string> items);
   bool IsEditable() const { return editable_ == Editable::Yes; }
 
@@ -100,9 +108,9 @@ class ComboBox : public Control {
   EditResult Apply(std::string_view text) override;
 
  private:
-  int Inside(int index) const;
+  int ValidIndex(int index) const;
   std::string TextAt(int index) const;
-  void Take(int index, std::string text);
+  void Assign(int index, std::string text);
 
   std::vector<std::string> items_;
   int index_;
@@ -110,14 +118,14 @@ class ComboBox : public Control {
   std::string text_;
 };
 
-// A label whose caption is its value (LInDir, LOutDir, status texts). A user's edit is taken only by labels made
-// Editable, as the folder labels are: choosing a folder puts its path there.
+// A label whose caption is its value (LInDir, LOutDir, status texts). A user's edit is accepted only by editable
+// labels, such as the folder labels: choosing a folder stores its path there.
 class Label : public Control {
  public:
   Label(Window& window, std::string name, Appearance appearance, Editable editable = Editable::No)
       : Control(window, Kind::Label, std::move(name), std::move(appearance)), editable_(editable) {}
 
-  // Changes the caption and runs the handler.
+  // Changes the caption. If it differs, the handler runs.
   void SetText(std::string text);
   bool IsEditable() const { return editable_ == Editable::Yes; }
   std::string Value() const override { return Caption(); }
@@ -129,6 +137,7 @@ class Label : public Control {
   Editable editable_;
 };
 
+// A push button. A click runs its handler.
 class Button : public Control {
  public:
   Button(Window& window, std::string name, Appearance appearance)
@@ -138,13 +147,13 @@ class Button : public Control {
   EditResult Press() override;
 };
 
-// An entry of the menu bar. A menu with no parent is a top entry; parents hold sub-entries.
+// An entry of the menu bar. A menu without a parent is a top-level entry; a parent contains sub-entries.
 class Menu : public Control {
  public:
   Menu(Window& window, std::string name, Appearance appearance, std::string shortcut = {})
       : Control(window, Kind::Menu, std::move(name), std::move(appearance)), shortcut_(std::move(shortcut)) {}
 
-  // As a key sequence, "Ctrl+O"; "" for none.
+  // The key sequence, such as "Ctrl+O"; "" if there is none.
   const std::string& Shortcut() const { return shortcut_; }
 
  protected:
@@ -154,14 +163,14 @@ class Menu : public Control {
   std::string shortcut_;
 };
 
-// A titled group; disabling it disables what lies in it.
+// A group with a title. Disabling it disables all controls inside.
 class Frame : public Control {
  public:
   Frame(Window& window, std::string name, Appearance appearance)
       : Control(window, Kind::Frame, std::move(name), std::move(appearance)) {}
 };
 
-// A colour that the user picks. A user's edit takes the value 0x00BBGGRR as a decimal number or "#RRGGBB".
+// A colour that the user picks. A user's edit accepts the value 0x00BBGGRR as a decimal number, or "#RRGGBB".
 class ColourBox : public Control {
  public:
   ColourBox(Window& window, std::string name, Appearance appearance, base::Colour colour)
@@ -178,7 +187,7 @@ class ColourBox : public Control {
   base::Colour colour_;
 };
 
-// A slider over whole numbers. A user's edit outside its range is refused.
+// A slider over integers, both ends included. A user's edit outside of the range is refused.
 class Slider : public Control {
  public:
   Slider(Window& window, std::string name, Appearance appearance, int value, int min, int max)
@@ -187,9 +196,9 @@ class Slider : public Control {
   int Position() const { return value_; }
   int Min() const { return min_; }
   int Max() const { return max_; }
-  // Limited to the range.
+  // Clamps value to the range.
   void Set(int value);
-  // A value outside the new range moves to its nearest end. min is at most max.
+  // Sets the range, and clamps the value to it. min must not exceed max.
   void SetRange(int min, int max);
 
   std::string Value() const override { return std::to_string(value_); }
@@ -205,11 +214,11 @@ class Slider : public Control {
   int max_;
 };
 
-// N controls of one name, reached by index: TCutValue[0] is named "TCutValue(0)".
+// An array of N controls with one name, reached by index: TCutValue[0] is named "TCutValue(0)".
 template <typename T, std::size_t N>
 class ControlArray {
  public:
-  // make(window, name, index) returns the control of that index.
+  // make(window, name, index) returns the control with that index.
   template <typename Make>
   ControlArray(Window& window, const std::string& name, Make make)
       : items_(Build(window, name, make, std::make_index_sequence<N>())) {}

@@ -7,6 +7,8 @@
 namespace quillon::controls {
 namespace {
 
+// The token of an observer that was removed while a notification was in progress. Such an entry is skipped, and erased
+// after the last notification, because the list must not change while it is iterated.
 constexpr int kForgotten = 0;
 
 }  // namespace
@@ -55,34 +57,36 @@ Control* Window::Find(std::string_view name) const {
 }
 
 int Window::Observe(Observer onControl, WindowObserver onWindow) {
-  watches_.push_back({nextToken_, std::move(onControl), std::move(onWindow)});
+  subscriptions_.push_back({nextToken_, std::move(onControl), std::move(onWindow)});
   return nextToken_++;
 }
 
 void Window::Forget(int token) {
-  for (Watch& watch : watches_) {
-    if (watch.token == token) watch.token = kForgotten;
+  for (Subscription& subscription : subscriptions_) {
+    if (subscription.token == token) subscription.token = kForgotten;
   }
-  if (telling_ == 0) watches_.remove_if([](const Watch& watch) { return watch.token == kForgotten; });
+  if (notifying_ == 0) {
+    subscriptions_.remove_if([](const Subscription& subscription) { return subscription.token == kForgotten; });
+  }
 }
 
-void Window::NotifyAll(const std::function<void(const Watch&)>& notify) {
-  ++telling_;
-  for (const Watch& watch : watches_) {
-    if (watch.token != kForgotten) notify(watch);
+void Window::NotifyAll(const std::function<void(const Subscription&)>& notify) {
+  ++notifying_;
+  for (const Subscription& subscription : subscriptions_) {
+    if (subscription.token != kForgotten) notify(subscription);
   }
-  if (--telling_ == 0) Forget(kForgotten);
+  if (--notifying_ == 0) Forget(kForgotten);
 }
 
 void Window::Notify(Control& control, Aspect aspect) {
-  NotifyAll([&](const Watch& watch) {
-    if (watch.onControl) watch.onControl(control, aspect);
+  NotifyAll([&](const Subscription& subscription) {
+    if (subscription.onControl) subscription.onControl(control, aspect);
   });
 }
 
 void Window::NotifyWindow() {
-  NotifyAll([&](const Watch& watch) {
-    if (watch.onWindow) watch.onWindow(*this);
+  NotifyAll([&](const Subscription& subscription) {
+    if (subscription.onWindow) subscription.onWindow(*this);
   });
 }
 

@@ -12,11 +12,12 @@
 
 namespace quillon::controls {
 
-// A window as a record of its controls, in the order in which they are declared. Records derive from it.
+// A window as a record of its controls, in order of declaration. The records of the program derive from it.
 //
-// A window starts unloaded and hidden. Load() runs OnLoad() once; Show() loads and shows; Hide() keeps all values.
+// A window starts unloaded and hidden. Load() runs OnLoad() once, Show() loads and shows, Hide() keeps all values.
 class Window {
  public:
+  // Called after each change of a control, and of the window itself.
   using Observer = std::function<void(Control&, Aspect)>;
   using WindowObserver = std::function<void(Window&)>;
 
@@ -34,26 +35,29 @@ class Window {
   void Load();
   void Show();
   void Hide();
-  // Hides the window and forgets that it was loaded: the next Show() runs OnLoad() again. Values stay.
+  // Hides the window and marks it as not loaded: the next Show() runs OnLoad() again. Values are kept.
   void Unload();
-  // What the user's close button does; the default hides.
+  // Called when the user presses the close button. The default hides the window.
   virtual void Close() { Hide(); }
 
   const std::vector<Control*>& Controls() const { return controls_; }
-  // By name with index, "TCutValue(0)"; upper and lower case do not matter; nullptr if there is none.
+  // Returns the control of that name, with its index if it has one ("TCutValue(0)"). Ignores case. nullptr if not
+  // found.
   Control* Find(std::string_view name) const;
 
-  // Keeps an observer until the returned token is handed to Forget, which an observer may also do while it is told.
-  // Observers of the window itself hear title, loading and visibility.
+  // Registers an observer and returns a token, never 0. Forget(token) removes it and may be called from inside an
+  // observer.
+  // onWindow is called after changes of the title and after the window is loaded, shown, hidden or unloaded.
   int Observe(Observer onControl, WindowObserver onWindow = {});
   void Forget(int token);
 
  protected:
+  // Called when the window is loaded, before it is shown for the first time.
   virtual void OnLoad() {}
 
  private:
   friend class Control;
-  struct Watch {
+  struct Subscription {
     int token;
     Observer onControl;
     WindowObserver onWindow;
@@ -62,16 +66,16 @@ class Window {
   void Add(Control& control) { controls_.push_back(&control); }
   void Notify(Control& control, Aspect aspect);
   void NotifyWindow();
-  void NotifyAll(const std::function<void(const Watch&)>& notify);
+  void NotifyAll(const std::function<void(const Subscription&)>& notify);
 
   std::string name_;
   std::string title_;
   bool loaded_ = false;
   bool visible_ = false;
   std::vector<Control*> controls_;
-  std::list<Watch> watches_;
+  std::list<Subscription> subscriptions_;
   int nextToken_ = 1;
-  int telling_ = 0;  // tellings in progress; forgotten observers are only swept out when none is
+  int notifying_ = 0;  // nested notifications in progress; removed observers are erased once it is 0 again
 };
 
 }  // namespace quillon::controls

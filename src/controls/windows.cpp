@@ -10,6 +10,8 @@
 namespace quillon::controls {
 namespace {
 
+// The Levenshtein distance: the number of insertions, removals and replacements of bytes that turn a into b. Computed
+// row by row; row[j] is the distance from the part of a read so far to the first j bytes of b.
 std::size_t EditDistance(std::string_view a, std::string_view b) {
   std::vector<std::size_t> row(b.size() + 1);
   for (std::size_t j = 0; j <= b.size(); ++j) row[j] = j;

@@ -10,17 +10,19 @@
 
 namespace quillon::controls {
 
-// The one table through which every control of every window is reached by name.
+// The table through which every control of every window is reached by name. It does not own the windows.
 class Windows {
  public:
   void Add(Window& window) { windows_.push_back(&window); }
   const std::vector<Window*>& All() const { return windows_; }
 
-  // Case does not matter; nullptr if there is none.
+  // Returns the window of that name, ignoring case; nullptr if there is none.
   Window* FindWindow(std::string_view name) const;
-  // "Form1.TCutValue(0)"; "Form1." may be left out. nullptr if there is none.
+  // Returns the control of a full name such as "Form1.TCutValue(0)", ignoring case. A name without a window is looked
+  // up in Form1. nullptr if there is none.
   Control* Find(std::string_view name) const;
-  // Up to count full names closest to a mistyped one, nearest first.
+  // Returns at most count full names that are closest to a mistyped name, the closest first.
+  // If name has no point, only the part after the window is compared.
   std::vector<std::string> Nearest(std::string_view name, std::size_t count) const;
 
  private:

@@ -4,7 +4,7 @@
 
 #include "base/path_text.h"
 #include "tools/command_lines.h"
-#include "tools/exif.h"
+#include "tools/helper_calls.h"
 #include "tools/pic_handler.h"
 #include "tools/twins.h"
 

@@ -11,14 +11,16 @@
 namespace quillon::host {
 namespace {
 
-constexpr double kLastSecond = 1.0;
+// Seconds that work has to return after stop is set. Only a hanging disk call needs longer.
+constexpr double kGracePeriod = 1.0;
 
 }  // namespace
 
+// Shared with the thread, which may outlive the BackgroundCall.
 struct BackgroundCall::State {
   explicit State(Work given) : work(std::move(given)) {}
 
-  void Do() {
+  void Run() {
     work(stop);
     const std::lock_guard lock(mutex);
     done = true;
@@ -34,15 +36,15 @@ struct BackgroundCall::State {
 
 BackgroundCall::BackgroundCall(Work work) : state_(std::make_shared<State>(std::move(work))) {
   try {
-    std::thread([state = state_] { state->Do(); }).detach();
+    std::thread([state = state_] { state->Run(); }).detach();
   } catch (const std::system_error&) {
-    state_->Do();
+    state_->Run();
   }
 }
 
 BackgroundCall::~BackgroundCall() {
   state_->stop = true;
-  Done(kLastSecond);
+  Done(kGracePeriod);
 }
 
 bool BackgroundCall::Done(double seconds) const {

@@ -8,26 +8,29 @@
 
 namespace quillon::host {
 
-// After so many seconds without any answer a disk is given up.
-inline constexpr double kLongestSilence = 30;
-// What is told of a file on it.
-inline constexpr const char* kDiskSilent = "磁盘没有响应，已跳过；请检查磁盘或网络连接后重新处理";
+// Timeout in seconds: a disk that does not answer any call for this long is treated as unresponsive.
+inline constexpr double kDiskTimeoutSeconds = 30;
+// The message for a file on an unresponsive disk.
+inline constexpr const char* kDiskUnresponsive = "磁盘没有响应，已跳过；请检查磁盘或网络连接后重新处理";
 
-// Work on a thread of its own that may never come back: a call to a disk that no longer answers. It can be waited for
-// a moment at a time, and be left behind.
+// Runs one function on a background thread of its own, so that a call that never returns (a read from an unresponsive
+// disk) cannot block the caller. The caller waits for a limited time and may abandon the call.
+//
+// The thread is detached: a system call that hangs cannot be interrupted, so its thread stays until the call returns.
 class BackgroundCall {
  public:
-  // work has to look at stop now and then, and to own or share whatever it touches once stop is set.
+  // The function to run. It must check stop now and then and return once it is set.
+  // It must own or share everything it touches after stop is set, because the caller may be gone by then.
   using Work = std::function<void(const std::atomic<bool>& stop)>;
 
-  // Where no thread can be had, the work is done at once.
+  // Starts work immediately. If no thread can be created, work runs to its end inside the constructor.
   explicit BackgroundCall(Work work);
-  // Stops the work and gives it a second to end; what does not is left behind.
+  // Sets stop and waits up to one second for work to return. A call that takes longer is abandoned.
   ~BackgroundCall();
   BackgroundCall(const BackgroundCall&) = delete;
   BackgroundCall& operator=(const BackgroundCall&) = delete;
 
-  // True once the work is done; waits at most so long for it.
+  // Returns true if work has returned. Waits at most that many seconds for it.
   bool Done(double seconds = 0) const;
 
  private:

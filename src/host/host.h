@@ -13,25 +13,28 @@
 
 namespace quillon::host {
 
-// Gives the window's message loop a turn; comes back soon.
+// Processes pending events of the windows. Turn() returns after the events that are due; it does not wait for more.
 class Pump {
  public:
   virtual ~Pump() = default;
   virtual void Turn() = 0;
 };
 
+// The clock. Waits go through it, so that tests need not really wait.
 class Clock {
  public:
   virtual ~Clock() = default;
-  // Local time of day in seconds, 0 up to 86400; jumps back to 0 at midnight.
+  // The local time of day in seconds, from 0 to below 86400. Restarts at 0 at midnight.
   virtual double SecondsOfDay() = 0;
-  // Seconds of a clock that never jumps, for measuring.
+  // Seconds of a monotonic clock with an arbitrary start, for measuring durations.
   virtual double Seconds() = 0;
+  // Returns after at least that many seconds, at once if seconds is 0 or negative.
   virtual void Sleep(double seconds) = 0;
 };
 
-// Per-user texts by application, section and key, shared with the helper programs. A missing value is empty. Set tells
-// whether the others see the value; one that they do not see is kept for this program alone.
+// Per-user settings, addressed by application, section and key, and shared with the helper programs. All are texts.
+// Get returns "" for a missing value.
+// Set returns false if other programs cannot see the value; it is then kept for this process alone.
 class Settings {
  public:
   virtual ~Settings() = default;
@@ -40,55 +43,62 @@ class Settings {
                    const std::string& value) = 0;
 };
 
+// A running process.
 struct ProcessFacts {
   int id = 0;
   std::string name;    // file name of the program that was started, without its folder
-  std::string folder;  // folder of that program, "" when it cannot be told
-  bool own = false;    // runs for this user
+  std::string folder;  // folder of that program, "" if unknown
+  bool own = false;    // belongs to the current user
 };
 
+// The running processes of the system.
 class Processes {
  public:
   virtual ~Processes() = default;
+  // Returns the processes that run now, in no particular order.
   virtual std::vector<ProcessFacts> Running() = 0;
-  // Ends a process at once; false when it is gone or may not be ended.
+  // Kills a process. Returns false if it no longer exists or must not be killed.
   virtual bool End(int id) = 0;
 };
 
-// Results of a start, as callers compare them.
+// Results of Shell::Start, with the numbers that callers compare them with.
 inline constexpr int kStarted = 42;
 inline constexpr int kStartMissing = 2;
 inline constexpr int kStartDenied = 5;
 
+// Starts programs and opens things in the desktop's own programs.
 class Shell {
  public:
   virtual ~Shell() = default;
-  // Starts a program with arguments, no shell between; kStarted, kStartMissing or kStartDenied.
+  // Starts a program in folder without waiting for it. Arguments are passed as they are; no shell parses them.
+  // Returns kStarted, kStartMissing or kStartDenied.
   virtual int Start(const std::string& program, const std::vector<std::string>& arguments,
                     const std::string& folder) = 0;
-  // Opens a folder in the file manager, shows a file in it, opens an address in the browser.
+  // Open a folder in the file manager, show a file in it, open an address in the browser. Failures are ignored.
   virtual void OpenFolder(const std::string& folder) = 0;
   virtual void Reveal(const std::string& file) = 0;
   virtual void OpenBrowser(const std::string& address) = 0;
 };
 
+// The screen that the program is shown on.
 class Screen {
  public:
   virtual ~Screen() = default;
-  virtual base::Size DesktopSize() = 0;
+  virtual base::Size DesktopSize() = 0;  // in pixels
   virtual int Dpi() = 0;
-  // The desktop picture, "" where there is none.
+  // The path of the desktop picture, "" if there is none.
   virtual std::string Wallpaper() = 0;
 };
 
-// Whether this is the only running program; the claim ends with the process, however that ends.
+// Keeps a second instance of the program from starting. Claim() returns true if this process is the only one; the claim
+// is released when the process ends, even by a crash.
 class Instance {
  public:
   virtual ~Instance() = default;
   virtual bool Claim() = 0;
 };
 
-// The world as the program sees it.
+// Everything outside of the program that it may use. Passed by reference; tests replace each part by a double.
 struct Host {
   Boxes& boxes;
   Dialogs& dialogs;

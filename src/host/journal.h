@@ -12,28 +12,30 @@
 
 namespace quillon::host {
 
-// What is remembered of the files of one job beyond the end of the program, so that the job can be taken up again: a
-// value for each file and key, all bytes. Nothing here fails or throws: what cannot be kept is not remembered.
+// Persistent records about the files of one job, so that an interrupted job can be resumed after a restart. Each record
+// is a value for a file and a key; all three are arbitrary bytes.
+// Nothing here fails or throws: a record that cannot be stored is lost, and the job merely cannot be resumed there.
 class Journal {
  public:
   virtual ~Journal() = default;
 
+  // Returns the value, nullopt if there is none.
   virtual std::optional<std::string> Get(const std::string& file, const std::string& key) = 0;
-  // Seen by Get at once, kept from the next Commit on.
+  // Stores a value. Get returns it immediately; it survives a crash only after the next Commit.
   virtual void Set(const std::string& file, const std::string& key, const std::string& value) = 0;
-  // How many files have a value under the key.
+  // Returns the number of files that have a value under the key.
   virtual std::size_t Count(const std::string& key) = 0;
-  // Hands out those files, in no order that anyone may rely on.
-  virtual void Each(const std::string& key, const std::function<void(const std::string& file)>& take) = 0;
-  // From here on what was set outlives the program and the machine.
+  // Calls visit for each of those files, in no particular order.
+  virtual void Each(const std::string& key, const std::function<void(const std::string& file)>& visit) = 0;
+  // Flushes: once it returns, all values set so far survive a crash of the program and of the machine.
   virtual void Commit() = 0;
-  // Forgets everything.
+  // Deletes all records.
   virtual void Clear() = 0;
-  // The job is done: nothing stays on disk. The last call.
+  // Deletes the journal from disk because its job is done. Call at most once; the object must not be used afterwards.
   virtual void Remove() = 0;
 };
 
-// One of `count` parts of a job, index from 0. Jobs are the same when their texts are.
+// One of count parts of a job; index counts from 0. Two jobs are the same if their texts are equal.
 struct JobPart {
   std::string job;
   std::uint64_t index = 0;
@@ -45,20 +47,21 @@ struct JobPart {
   }
 };
 
-// The journals of a user, one for each part of a job.
+// The journals of the current user, one for each part of a job.
 class Journals {
  public:
+  // Returns true for the parts that a call is about.
   using Wanted = std::function<bool(const JobPart& part)>;
 
   virtual ~Journals() = default;
 
-  // The journal of that part, empty for one that has none yet. nullptr where none can be kept, and while another
-  // process works on the same part.
+  // Opens the journal of that part, or creates an empty one.
+  // Returns nullptr if no journal can be kept, or while another process works on the same part.
   virtual std::unique_ptr<Journal> Open(const JobPart& part) = 0;
-  // One of the wanted parts of the job whose journal holds anything or is in use; nothing where there is none.
+  // Returns one of the wanted parts of the job whose journal has records or is in use; nullopt if there is none.
   virtual std::optional<JobPart> FindUnfinished(const std::string& job, const Wanted& wanted) = 0;
-  // Removes the journals of all wanted parts of the job. False, and nothing is removed, while another process works on
-  // one of them.
+  // Removes the journals of all wanted parts of the job.
+  // Returns false, and removes nothing, if another process works on one of them.
   virtual bool Forget(const std::string& job, const Wanted& wanted) = 0;
 };
 

@@ -129,7 +129,7 @@ class Services {
   // --- Work ahead. What is announced here may be worked on by other threads before it is asked for; CropToFile and
   // ImageInfo take a finished answer only when it is for exactly that work on that unchanged file. A new announcement
   // replaces the old one; work that no longer stands in it is thrown away. Where it hangs on a disk that does not
-  // answer for half a minute, the operation that waits for it fails with Stopped and host::kDiskSilent.
+  // answer for half a minute, the operation that waits for it fails with Stopped and host::kDiskUnresponsive.
   void PlanCrops(const std::vector<CropRequest>& upcoming);
   void PlanMeasures(std::vector<std::string> upcoming);
 

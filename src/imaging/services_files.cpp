@@ -7,7 +7,7 @@
 
 #include "base/path_text.h"
 #include "base/rounding.h"
-#include "host/files/source_backup.h"
+#include "host/files/files.h"
 #include "imaging/crop/crop_window.h"
 #include "imaging/limits.h"
 #include "imaging/metadata/exif_block.h"

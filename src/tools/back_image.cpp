@@ -3,10 +3,9 @@
 #include "tools/back_image.h"
 
 #include "base/path_text.h"
-#include "tools/carried.h"
+#include "tools/command_lines.h"
 #include "tools/expected_file.h"
 #include "tools/keys.h"
-#include "tools/sound_result.h"
 
 namespace quillon::tools {
 namespace {
@@ -17,7 +16,7 @@ constexpr const char* kDone = "1";
 
 bool Begin(Tools& tools, const std::string& command, const std::string& key, bool& startedFlag) {
   if (startedFlag) return WriteKey(tools.World(), key, command);
-  // The answer to the last command of an earlier batch.
+  // Clears the answer to the last command of an earlier batch.
   if (!WriteKey(tools.World(), key, "")) return false;
   startedFlag = tools.Start(kName, command) == host::kStarted;
   return startedFlag;
@@ -31,15 +30,15 @@ host::Status NoAnswer(Tools& tools) {
 
 bool SendToBackImg(Tools& tools, const std::string& command, const std::string& key, bool& startedFlag) {
   if (!Begin(tools, command, key, startedFlag)) return false;
-  const Waited waited = tools.Wait(kProgram, [&] { return ReadKey(tools.World(), key) == kDone; });
-  if (waited != Waited::Done) startedFlag = false;
-  return waited == Waited::Done;
+  const WaitResult waited = tools.Wait(kProgram, [&] { return ReadKey(tools.World(), key) == kDone; });
+  if (waited != WaitResult::Done) startedFlag = false;
+  return waited == WaitResult::Done;
 }
 
 std::string LanePath(const host::Host& host) { return base::JoinPath(host.programFolder, "ClipBoard.lane"); }
 
 host::Status LoadThroughBackImg(Tools& tools, const std::string& file, bool& startedFlag) {
-  if (host::Status fits = MayStand(Carrier::Bars, kName, {file}); !fits) return fits;
+  if (host::Status fits = CheckPaths(TextFormat::TabsAndBars, kName, {file}); !fits) return fits;
   host::Files& files = tools.World().files;
   const std::string lane = LanePath(tools.World());
   static_cast<void>(files.RemoveOwn(lane));
@@ -50,12 +49,12 @@ host::Status LoadThroughBackImg(Tools& tools, const std::string& file, bool& sta
 
 host::Status CutThroughBackImg(Tools& tools, const BackCut& cut, const std::string& out, const std::string& quality,
                                bool& startedFlag) {
-  if (host::Status fits = MayStand(Carrier::Bars, kName, {out, tools.App()}); !fits) return fits;
+  if (host::Status fits = CheckPaths(TextFormat::TabsAndBars, kName, {out, tools.App()}); !fits) return fits;
   if (!startedFlag) return NoAnswer(tools);
   const ExpectedFile expected(tools, out, {tools.AppPath("Tmp.jpg")});
   const std::string command = CutBackText(tools.App(), cut, out, quality);
   if (!SendToBackImg(tools, command, key::kQxBackImg, startedFlag)) return NoAnswer(tools);
-  return expected.Result(Waited::Done, "没有得到裁剪后的图片", IsPicture);
+  return expected.Result(WaitResult::Done, "没有得到裁剪后的图片", IsPicture);
 }
 
 }  // namespace quillon::tools

@@ -2,16 +2,35 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "tools/command_lines.h"
 
-#include <initializer_list>
 #include <string_view>
 
 #include "base/number_text.h"
+#include "base/utf8.h"
 #include "tools/keys.h"
 
 namespace quillon::tools {
 namespace {
 
 constexpr const char* kMarker = "Tessa批量处理系列软件";
+
+struct Forbidden {
+  const char* bytes;
+  const char* description;
+};
+
+Forbidden ForbiddenIn(TextFormat format) {
+  switch (format) {
+    case TextFormat::Tabs:
+      return {"\t\r\n", "制表符或换行"};
+    case TextFormat::TabsAndBars:
+      return {"\t\r\n|", "制表符、换行或“|”"};
+    case TextFormat::Bars:
+      return {"|", "“|”"};
+    case TextFormat::Quotes:
+      return {"\"\r\n", "引号或换行"};
+  }
+  return {"", ""};
+}
 
 std::string Joined(char separator, std::initializer_list<std::string_view> parts) {
   std::string text;
@@ -32,6 +51,16 @@ std::string Quoted(const std::string& path) { return '"' + path + '"'; }
 std::string Profile(const std::string& app, const std::string& name) { return Quoted(app + "/ColorConfigs/" + name); }
 
 }  // namespace
+
+host::Status CheckPaths(TextFormat format, const std::string& helper, std::initializer_list<std::string> paths) {
+  const auto [bytes, description] = ForbiddenIn(format);
+  for (const std::string& path : paths) {
+    if (path.find_first_of(bytes) == std::string::npos) continue;
+    return {host::Problem::Unsupported,
+            "文件名含有" + std::string(description) + "，无法交给 " + helper + " 处理：" + base::DisplayText(path)};
+  }
+  return host::Status::Ok();
+}
 
 std::string CountPdfPagesText(const std::string& pdf, const std::string& app, int dpi, int quality) {
   return Tabbed({kTitle, pdf, app, key::kGetPdfPages, "getpdfpages", std::to_string(dpi), std::to_string(quality)});

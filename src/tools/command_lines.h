@@ -2,19 +2,34 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include <initializer_list>
 #include <string>
 
 #include "base/rect.h"
+#include "host/status.h"
 
-// The parameter texts of the helpers, to the letter: each is handed over as one argument. Paths stand in them as they
-// are; MayStand in carried.h tells whether one can. app is the program folder.
+// The parameter texts of the helpers. Each text is passed to the helper as its one argument, byte for byte as given
+// here.
+// Paths are inserted unchanged; CheckPaths finds those that would break the format. app is the program folder.
 namespace quillon::tools {
 
-// --- QxImgTool: fields between tabs. 1 application, 2 input, 3 output, 4 key of the answer, 5 operation.
+// How a parameter text separates its fields, and so which bytes a path in it must not contain.
+enum class TextFormat {
+  Tabs,         // tabs between fields: no tab, no line break
+  TabsAndBars,  // tabs, and bars inside of fields: no bar either
+  Bars,         // bars only, in a settings value: no bar
+  Quotes        // quoted words: no quote, no line break
+};
+
+// Succeeds if all paths can be inserted into such a text and read back unchanged. Otherwise fails with Unsupported; the
+// message contains the path and the name of the helper.
+host::Status CheckPaths(TextFormat format, const std::string& helper, std::initializer_list<std::string> paths);
+
+// --- QxImgTool: fields between tabs. 1 application, 2 input, 3 output, 4 settings key of the answer, 5 operation.
 std::string CountPdfPagesText(const std::string& pdf, const std::string& app, int dpi, int quality);
-// number is ignored by the tool; a folder walk hands over a share of the running number, all others 1.
+// The tool ignores number; a folder walk passes part of its running number, other callers 1.
 std::string CountTiffPagesText(const std::string& tiff, const std::string& app, int number = 1);
-// The margins left, top, right, bottom as they stand in TCutValue.
+// The margins left, top, right and bottom, as the texts of TCutValue.
 struct CutTexts {
   std::string left;
   std::string top;
@@ -22,7 +37,7 @@ struct CutTexts {
   std::string bottom;
 };
 std::string CutPdfText(const std::string& pdf, const std::string& out, const CutTexts& margins);
-// Pages come out as Images/0001.jpg and on.
+// The tool writes the pages to Images/0001.jpg, Images/0002.jpg and so on.
 std::string SplitPdfText(const std::string& pdf, const std::string& out, const std::string& app);
 // compression is "lzw", "ccitt3", "ccitt4", "rle" or "noe".
 std::string MakeTiffText(const std::string& pageFolder, const std::string& out, const std::string& compression,
@@ -38,7 +53,7 @@ struct BindOrder {
 };
 std::string BindPdfText(const BindOrder& order);
 
-// --- QxBackImg. A rectangle has whole or broken pixels, told in the shortest decimal text.
+// --- QxBackImg: fields between bars. Rectangles are in pixels, with fractions, in the shortest decimal text.
 std::string FirstBackText(const std::string& file);
 std::string LoadBackText(const std::string& file);
 struct BackCut {
@@ -50,11 +65,11 @@ struct BackCut {
 std::string CutBackText(const std::string& app, const BackCut& cut, const std::string& out, const std::string& quality);
 
 // --- PicHandler: words between blanks, paths in quotes.
-// extension with its point, as in "Tmp.jpg".
+// extension includes its point, as in "Tmp.jpg".
 std::string CmykText(const std::string& file, const std::string& app, const std::string& extension);
-// base is the output path without extension.
+// base is the output path without its extension.
 std::string PdfText(const std::string& file, const std::string& base);
-// With quality and density of the job; no density is told for dpi 0.
+// With the quality and the density of the job; a dpi of 0 omits the density.
 std::string PdfText(const std::string& file, const std::string& base, const std::string& quality, int dpi);
 std::string CmykPreviewText(const std::string& file, const std::string& app, const std::string& profile,
                             const std::string& out);

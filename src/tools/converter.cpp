@@ -6,7 +6,6 @@
 
 #include "base/path_text.h"
 #include "tools/expected_file.h"
-#include "tools/sound_result.h"
 #include "tools/twins.h"
 
 namespace quillon::tools {
@@ -72,7 +71,7 @@ bool Converter::Run(const std::optional<std::string>& text, const std::string& n
   expected.reserve(targets.size());
   for (const std::string& target : targets) expected.emplace_back(tools_, target, sources);
   Busy = true;
-  const Waited waited = Perform(name, *text);
+  const WaitResult waited = Perform(name, *text);
   Busy = false;
   bool made = true;
   for (const ExpectedFile& file : expected)
@@ -80,9 +79,9 @@ bool Converter::Run(const std::optional<std::string>& text, const std::string& n
   return made;
 }
 
-Waited Converter::Perform(const std::string& name, const std::string& text) {
+WaitResult Converter::Perform(const std::string& name, const std::string& text) {
   RemoveOrders();
-  Waited waited = Waited::Gone;
+  WaitResult waited = WaitResult::Exited;
   if (tools_.World().files.Save(tools_.AppPath(name), text)) {
     static_cast<void>(EnsureProgram(tools_.World(), kName));
     Start();
@@ -98,18 +97,14 @@ void Converter::RemoveOrders() {
   }
 }
 
-// The second try takes the program that the system keeps, the third the one that is there once more.
+// The second attempt uses the program from the system folder, the third repeats it.
 void Converter::Start() {
   bool started = TryStart();
   if (!started) {
     CopyFromSystem();
     started = TryStart();
   }
-  if (!started) {
-    const std::string program = ProgramPath(tools_.World(), kName);
-    static_cast<void>(tools_.World().files.Copy(program, program));
-    started = TryStart();
-  }
+  if (!started) started = TryStart();
   ConverterFailed = !started;
   if (!started) ++Retries;
 }

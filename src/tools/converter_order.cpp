@@ -5,13 +5,12 @@
 #include <charconv>
 #include <string_view>
 
-#include "base/numbered_name.h"
 #include "base/path_text.h"
 
 namespace quillon::tools {
 namespace {
 
-// "#1#2#3": as many whole numbers as there is room for, each behind its mark.
+// Reads "#1#2#3" with exactly as many integers as numbers has elements.
 template <std::size_t kCount>
 bool ParseMarked(std::string_view text, std::array<int, kCount>& numbers) {
   for (int& number : numbers) {
@@ -24,7 +23,7 @@ bool ParseMarked(std::string_view text, std::array<int, kCount>& numbers) {
   return text.empty();
 }
 
-// The target itself where there are no parts.
+// Returns the target itself if there are no parts.
 std::vector<std::string> Numbered(const std::string& target, std::size_t parts) {
   if (parts == 0) return {target};
   const base::PathParts names = base::SplitPath(target);
@@ -35,11 +34,11 @@ std::vector<std::string> Numbered(const std::string& target, std::size_t parts) 
   return targets;
 }
 
-// Writes values line by line.
+// Writes one value a line. Has the same methods as Reader, so that VisitLines can list the lines once for both.
 class Writer {
  public:
   void Text(std::string_view value) {
-    carried_ = carried_ && value.find('\n') == std::string_view::npos && value.find('\r') == std::string_view::npos;
+    valid_ = valid_ && value.find('\n') == std::string_view::npos && value.find('\r') == std::string_view::npos;
     text_ += value;
     text_ += '\n';
   }
@@ -52,14 +51,14 @@ class Writer {
     Text(line);
   }
 
-  std::optional<std::string> Take() { return carried_ ? std::optional(std::move(text_)) : std::nullopt; }
+  std::optional<std::string> Finish() { return valid_ ? std::optional(std::move(text_)) : std::nullopt; }
 
  private:
   std::string text_;
-  bool carried_ = true;
+  bool valid_ = true;
 };
 
-// Reads the same values back.
+// Reads the same values back. After the first invalid line the values are meaningless and Good() is false.
 class Reader {
  public:
   explicit Reader(std::string_view text) : left_(text) {}
@@ -105,9 +104,9 @@ class Reader {
   bool good_ = true;
 };
 
-// The lines in their order, for both ways.
+// Passes every value to lines, in the order of the file. Used for writing and for reading.
 template <class Lines>
-void Pass(Lines& lines, ConverterOrder& order) {
+void VisitLines(Lines& lines, ConverterOrder& order) {
   lines.Flag("OnlyZoom=", order.OnlyZoom);
   lines.Flag("OnlyConverter=", order.OnlyConverter);
   lines.Flag("NeedZoomS=", order.NeedZoomS);
@@ -144,7 +143,7 @@ void Pass(Lines& lines, ConverterOrder& order) {
 }
 
 template <class Lines>
-void Pass(Lines& lines, CoupleOrder& order) {
+void VisitLines(Lines& lines, CoupleOrder& order) {
   lines.Text(order.source);
   lines.Text(order.target);
   lines.Number(order.size.width);
@@ -159,25 +158,25 @@ void Pass(Lines& lines, CoupleOrder& order) {
 std::optional<std::string> OrderText(const ConverterOrder& order) {
   Writer writer;
   ConverterOrder written = order;
-  Pass(writer, written);
+  VisitLines(writer, written);
   if (order.CoupleArray) {
     for (const std::string& item : order.items) writer.Text(item);
   }
-  return writer.Take();
+  return writer.Finish();
 }
 
 std::optional<std::string> OrderText(const CoupleOrder& order) {
   Writer writer;
   CoupleOrder written = order;
-  Pass(writer, written);
+  VisitLines(writer, written);
   for (const std::string& item : order.items) writer.Text(item);
-  return writer.Take();
+  return writer.Finish();
 }
 
 std::optional<ConverterOrder> ParseOrder(const std::string& text) {
   Reader reader(text);
   ConverterOrder order;
-  Pass(reader, order);
+  VisitLines(reader, order);
   while (reader.Good() && order.CoupleArray && !reader.AtEnd()) reader.Text(order.items.emplace_back());
   return reader.Good() && reader.AtEnd() ? std::optional(std::move(order)) : std::nullopt;
 }
@@ -185,7 +184,7 @@ std::optional<ConverterOrder> ParseOrder(const std::string& text) {
 std::optional<CoupleOrder> ParseCoupleOrder(const std::string& text) {
   Reader reader(text);
   CoupleOrder order;
-  Pass(reader, order);
+  VisitLines(reader, order);
   while (reader.Good() && !reader.AtEnd()) reader.Text(order.items.emplace_back());
   return reader.Good() ? std::optional(std::move(order)) : std::nullopt;
 }

@@ -11,15 +11,15 @@
 
 namespace quillon::tools {
 
-// The order files of PicCutConverter, texts of one value a line. Fields named after their line have no meaning of their
-// own; their places are kept.
+// The order files of PicCutConverter: text with one value a line. A field that is named after its line number has no
+// known meaning, but its line must be written.
 
 // Param.txt. The defaults are those of ZoomHuge and ConvertHuge.
 struct ConverterOrder {
   bool OnlyZoom = false;       // the whole picture, scaled to size
   bool OnlyConverter = false;  // the whole picture in the target's format
-  bool NeedZoomS = false;      // scaled to size where it is larger
-  bool NeedZoomB = false;      // scaled to size where it is smaller
+  bool NeedZoomS = false;      // scaled to size if it is larger
+  bool NeedZoomB = false;      // scaled to size if it is smaller
   std::string source;
   std::array<std::string, 3> paths6;
   std::array<bool, 2> flags9 = {};
@@ -27,10 +27,10 @@ struct ConverterOrder {
   bool flag15 = false;
   std::array<int, 3> numbers16 = {0, 0, 60};
   base::Size size;   // of the result or of the cut
-  int quality = 98;  // of a jpeg
+  int quality = 98;  // of a JPEG
   std::string target;
   bool NeedConverter = false;
-  base::Size least{32, 32};  // a source that is smaller on a side is not the one that was meant
+  base::Size least{32, 32};  // the minimum size of the source; a smaller one is refused
   std::array<int, 2> numbers26 = {};
   bool flag28 = false;
   bool CutPic = false;  // the rectangle of size at cutX, cutY
@@ -52,33 +52,34 @@ struct ConverterOrder {
   bool operator==(const ConverterOrder&) const = default;
 };
 
-// CoupleParam.txt: one source, several parts of it.
+// CoupleParam.txt: several parts of one source.
 struct CoupleOrder {
   std::string source;
   std::string target;
-  base::Size size;  // of each result; 0 leaves it as it was cut
+  base::Size size;  // of each result; 0 keeps the size of the part
   int quality = 98;
   bool grey = false;
-  int angle = 0;  // with least on one line, "#{angle}#{width}#{height}"
+  int angle = 0;  // on one line with least, "#{angle}#{width}#{height}"
   base::Size least;
   std::vector<std::string> items;  // parts of the source, see PartOf
 
   bool operator==(const CoupleOrder&) const = default;
 };
 
-// The item that names a part of the source: "#{x}#{y}#{width}#{height}". Nothing for another text or an empty part.
+// Returns the part of the source that an item "#{x}#{y}#{width}#{height}" describes, in pixels; nullopt for any other
+// text or an empty part.
 std::optional<base::Rect> PartOf(const std::string& item);
 
-// The files that an order makes: its target; where it names parts, "<target>_01" and on instead, with the target's
-// extension, in their order.
+// Returns the files that an order makes: its target, or, if it has parts, "<target>_01", "<target>_02" and so on with
+// the extension of the target, in the order of the parts.
 std::vector<std::string> TargetsOf(const ConverterOrder& order);
 std::vector<std::string> TargetsOf(const CoupleOrder& order);
 
-// Every line ends with a line feed. Nothing when a text holds one itself, which the file could not carry.
+// Return the content of the order file; every line ends with a line feed. nullopt if a text contains a line break.
 std::optional<std::string> OrderText(const ConverterOrder& order);
 std::optional<std::string> OrderText(const CoupleOrder& order);
 
-// Read Param.txt and CoupleParam.txt back, with line ends of either kind. Nothing for any other text.
+// Read the content of Param.txt and CoupleParam.txt, with line ends of either kind. nullopt for any other text.
 std::optional<ConverterOrder> ParseOrder(const std::string& text);
 std::optional<CoupleOrder> ParseCoupleOrder(const std::string& text);
 

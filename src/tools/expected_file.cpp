@@ -6,6 +6,7 @@
 #include <utility>
 
 #include "base/path_text.h"
+#include "imaging/codecs/open_picture.h"
 
 namespace quillon::tools {
 
@@ -22,21 +23,40 @@ bool ExpectedFile::Made() const {
   return !before_ || before_->device != now->device || before_->inode != now->inode || before_->changed != now->changed;
 }
 
-host::Status ExpectedFile::Result(Waited waited, const std::string& missing, const Sound& sound) const {
+host::Status ExpectedFile::Result(WaitResult waited, const std::string& missing, const Validator& validate) const {
   if (Made()) {
-    if (!sound || sound(tools_.World().files, path_)) return host::Status::Ok();
-    Drop();
+    if (!validate || validate(tools_.World().files, path_)) return host::Status::Ok();
+    Discard();
     return {host::Problem::Damaged, missing + "：结果已损坏"};
   }
-  if (waited == Waited::Stopped) return Interrupted();
-  if (before_ && !isSource_) Drop();
+  if (waited == WaitResult::Stopped) return Interrupted();
+  if (before_ && !isSource_) Discard();
   return {host::Problem::Other, missing};
 }
 
-void ExpectedFile::Drop() const {
+void ExpectedFile::Discard() const {
   host::Files& files = tools_.World().files;
   const bool own = base::SplitPath(path_).folder == tools_.App();
   static_cast<void>(own ? files.RemoveOwn(path_) : files.Discard(path_));
+}
+
+bool IsWholePdf(const host::Files& files, const std::string& path) {
+  constexpr std::uint64_t kMaxChecked = 256U << 20;
+  constexpr std::size_t kTail = 1024;
+  const auto facts = files.Stat(path);
+  if (facts && facts->size > kMaxChecked) return true;
+  std::string bytes;
+  if (!files.ReadFile(path, bytes) || !bytes.starts_with("%PDF-")) return false;
+  return bytes.find("%%EOF", bytes.size() > kTail ? bytes.size() - kTail : 0) != std::string::npos;
+}
+
+bool IsPicture(const host::Files& files, const std::string& path) {
+  const host::Status opened = imaging::Guarded({host::Problem::Damaged, ""}, [&] {
+    imaging::OpenedPicture picture;
+    return imaging::OpenPicture(files, path, {}, {}, picture);
+  });
+  // A picture that is too large for this process is still a valid one.
+  return opened || opened.GetProblem() == host::Problem::TooLarge;
 }
 
 }  // namespace quillon::tools

@@ -11,28 +11,38 @@
 
 namespace quillon::tools {
 
-// A file that a helper is to make. A failed helper leaves what stood under the name before, which must not be taken for
-// its result. To be made before the helper is started.
+// A file that a helper is expected to write. Construct it before the helper is started: a failed helper leaves an older
+// file under the name, which must not be mistaken for its result.
 class ExpectedFile {
  public:
   // sources are the files that the helper reads.
   ExpectedFile(Tools& tools, std::string path, const std::vector<std::string>& sources);
 
-  // Whether a file stands there that did not before.
+  // Returns true if the file is new or has changed since construction.
   bool Made() const;
-  // After the wait: fine when it was made and is sound. Garbage goes like a file from before. Else missing is the
-  // failure, and the file from before goes, into the trash or, from the program folder, for good; it stays when the
-  // user stopped the helper and when it is one of the sources.
-  using Sound = std::function<bool(const host::Files& files, const std::string& path)>;
-  host::Status Result(Waited waited, const std::string& missing, const Sound& sound = {}) const;
+  // Returns the result after the wait. Succeeds if the file was written and validate, if given, accepts it.
+  // A file that validate rejects is discarded, and the result is Damaged.
+  // If nothing was written, the result is a failure with the text missing, and an older file at path is discarded,
+  // unless the user stopped the helper or the file is one of the sources.
+  // Discarded files go to the trash; work files in the program folder are deleted.
+  using Validator = std::function<bool(const host::Files& files, const std::string& path)>;
+  host::Status Result(WaitResult waited, const std::string& missing, const Validator& validate = {}) const;
 
  private:
-  void Drop() const;
+  void Discard() const;
 
   Tools& tools_;
   std::string path_;
   std::optional<host::FileFacts> before_;
   bool isSource_;
 };
+
+// Returns true if the file is a PDF with a header and an end marker. A file of more than 256 MB is not read and counts
+// as valid.
+bool IsWholePdf(const host::Files& files, const std::string& path);
+
+// Returns true if the file is a picture of a format that the program reads, with a complete header. Its pixels are not
+// decoded.
+bool IsPicture(const host::Files& files, const std::string& path);
 
 }  // namespace quillon::tools

@@ -8,13 +8,13 @@
 #include "tools/command_lines.h"
 #include "tools/tools.h"
 
-// What QxImgTool does for the program. Its copy is put there before each run where it is missing. A status that is not
-// fine says why the tool was not asked, or that the user ended it.
+// Calls to QxImgTool. Its program file is copied into the program folder before each run if it is missing.
+// A failed status means that the tool could not be asked, or that the user stopped it.
 namespace quillon::tools {
 
 inline constexpr const char* kImgTool = "QxImgTool";
 
-// Page count and the size of the first page in pixels; zeros where the tool left no answer.
+// The page count, and the size of the first page in pixels. All are 0 if the tool left no answer.
 struct PdfPages {
   int count = 0;
   int width = 0;
@@ -22,40 +22,44 @@ struct PdfPages {
 };
 host::Status CountPdfPages(Tools& tools, const std::string& pdf, int dpi, int quality, PdfPages& pages);
 
-// The page count of a TIFF: by this process, and by the tool only where it finds none. 0 where neither does.
+// Gives the page count of a TIFF. Counted in this process; the tool is asked only if that finds no page. 0 if both
+// fail.
 host::Status TiffPages(Tools& tools, const std::string& tiff, int& pages, int number = 1);
 
-// 0 where the tool left no answer. The first page lies in \Tmp.jpg then; what lay there before is gone.
+// Gives the page count as the tool reports it, 0 if it left no answer. The tool writes the first page to {App}/Tmp.jpg;
+// a file from before is removed.
 host::Status CountTiffPages(Tools& tools, const std::string& tiff, int& pages, int number = 1);
 
-// Cuts all pages as they are drawn; show gets the progress text. The status is fine when out is a new pdf. What stood
-// there before and was not replaced goes to the trash, unless it is pdf itself.
+// Cuts all pages of a PDF. show is called with the progress text.
+// Succeeds if out is a new PDF. An older file at out that was not replaced is moved to the trash, unless it is pdf
+// itself.
 host::Status CutPdf(Tools& tools, const std::string& pdf, const std::string& out, const CutTexts& margins,
                     const std::function<void(const std::string&)>& show);
 
-// Starts to split a pdf into pages and does not wait.
+// Starts to split a PDF into pages and returns without waiting.
 host::Status StartSplitPdf(Tools& tools, const std::string& pdf, const std::string& out);
 
-// Starts to assemble pages that are still being made; compression as in MakeTiffText.
+// Starts to assemble pages while they are still being written. compression is as in MakeTiffText.
 host::Status StartMakeTiff(Tools& tools, const std::string& pageFolder, const std::string& out,
                            const std::string& compression, int pages);
-// Waits for that; show gets the size of out so far.
-Waited WaitMakeTiff(Tools& tools, const std::string& out, const std::function<void(std::uint64_t)>& show);
+// Waits for that. show is called with the size of out so far, in bytes.
+WaitResult WaitMakeTiff(Tools& tools, const std::string& out, const std::function<void(std::uint64_t)>& show);
 
-// Hands pictures one by one to the tool that binds them into one pdf.
+// Feeds pictures one by one to the tool, which binds them into one PDF.
 class BinderFeed {
  public:
   explicit BinderFeed(Tools& tools) : tools_(tools) {}
 
-  // The first picture starts the tool with that text. Comes back when the tool has taken the picture, or at once when
-  // it cannot hear of it. What else the tool answers is the failure.
-  host::Status Give(const std::string& picture, const BindOrder& order);
-  // Says that this was the last one; the tool writes the pdf and ends by itself.
+  // Adds a picture. The first one starts the tool with the text of order.
+  // Returns when the tool has accepted the picture, or fails at once if the settings cannot be written. Any other
+  // answer of the tool is the text of the failure.
+  host::Status Add(const std::string& picture, const BindOrder& order);
+  // Reports that there are no more pictures. The tool then writes the PDF and exits by itself.
   host::Status End();
 
  private:
   host::Status Start(const BindOrder& order);
-  host::Status Taken();
+  host::Status WaitUntilAccepted();
 
   Tools& tools_;
   bool started_ = false;

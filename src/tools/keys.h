@@ -6,39 +6,46 @@
 
 #include "host/host.h"
 
-// The values of the settings store that the program and its helpers talk through. All stand in section "Default".
+// The settings values through which the program and its helpers communicate. All are in the section "Default".
 namespace quillon::tools {
 
-// The program's title, the application of all keys but one.
+// The application of all keys but one; also the title of the program.
 inline constexpr const char* kTitle = "Quillon";
-// The application of PicsToGif alone.
+// The application of the key PicsToGif.
 inline constexpr const char* kGifApplication = "PicsCut";
+inline constexpr const char* kSection = "Default";
 
 namespace key {
 
-inline constexpr const char* kGetTiffPages = "GetTiffPages";  // page count of a tiff, from QxImgTool
-inline constexpr const char* kGetPdfPages = "GetPdfPages";    // page count of a pdf, from QxImgTool
+inline constexpr const char* kGetTiffPages = "GetTiffPages";  // page count of a TIFF, from QxImgTool
+inline constexpr const char* kGetPdfPages = "GetPdfPages";    // page count of a PDF, from QxImgTool
 inline constexpr const char* kPdfW = "PdfW";                  // page size in pixels, with the count
 inline constexpr const char* kPdfH = "PdfH";
 inline constexpr const char* kCutPdf = "CutPdf";              // progress text of cutpdf
-inline constexpr const char* kSplitPdf = "SplitPdf";          // page number, both sides write
+inline constexpr const char* kSplitPdf = "SplitPdf";          // page number, written by both sides
 inline constexpr const char* kMakeTiff = "MakeTiff";          // number of the page just finished, for QxImgTool
-inline constexpr const char* kBackMakeTiff = "BackMakeTiff";  // "1" for ever once the program's own assembly failed
+inline constexpr const char* kBackMakeTiff = "BackMakeTiff";  // "1" permanently after the program's own assembly failed
 inline constexpr const char* kMakeTiffProg = "MakeTiffProg";  // progress of DCTiffsMaker
 inline constexpr const char* kQxBackImg = "QxBackImg";        // command, then "1"
-inline constexpr const char* kQxImgTool = "QxImgTool";        // feed of the binder
-inline constexpr const char* kExif = "Exif";                  // order of TessaExifHandler
+inline constexpr const char* kQxImgTool = "QxImgTool";        // next picture for the PDF, then the tool's answer
+inline constexpr const char* kExif = "Exif";                  // order for TessaExifHandler
 inline constexpr const char* kOcrRes = "OCRRes";              // text found by QxBackOCRer
 inline constexpr const char* kPicsToGif = "PicsToGif";        // frames assembled so far, of kGifApplication
 
 }  // namespace key
 
-// A missing value is empty. WriteKey tells whether the helpers see the value; where they do not, there is no use in
-// waiting for their answer.
-std::string ReadKey(host::Host& host, const std::string& key, const std::string& application = kTitle);
-bool WriteKey(host::Host& host, const std::string& key, const std::string& value,
-              const std::string& application = kTitle);
-// What a call fails with then.
-host::Status NotHeard(const std::string& helper);
+// ReadKey returns "" for a missing value.
+// WriteKey returns false if the helpers cannot see the value; waiting for their answer would then be useless.
+inline std::string ReadKey(host::Host& host, const std::string& key, const std::string& application = kTitle) {
+  return host.settings.Get(application, kSection, key);
+}
+inline bool WriteKey(host::Host& host, const std::string& key, const std::string& value,
+                     const std::string& application = kTitle) {
+  return host.settings.Set(application, kSection, key, value);
+}
+// The failure of a call whose command could not be written.
+inline host::Status CommandNotWritten(const std::string& helper) {
+  return {host::Problem::Other, "设置无法写入，不能把命令交给 " + helper};
+}
 
 }  // namespace quillon::tools

@@ -7,7 +7,7 @@
 namespace quillon::tools {
 namespace {
 
-// A wait that is longer than this is shown.
+// Seconds after which a wait is shown.
 constexpr double kLasting = 3;
 
 }  // namespace

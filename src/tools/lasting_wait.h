@@ -8,7 +8,7 @@
 
 namespace quillon::tools {
 
-// One wait for a program: shown to the user once it lasts, and taken back at the end.
+// Shows a wait for a program to the user once it takes longer than three seconds, and hides it when destroyed.
 class LastingWait {
  public:
   LastingWait(Tools& tools, std::string program);
@@ -16,9 +16,9 @@ class LastingWait {
   LastingWait(const LastingWait&) = delete;
   LastingWait& operator=(const LastingWait&) = delete;
 
-  // Seconds since it began.
+  // The seconds since construction.
   double Seconds() const;
-  // To be called once each round of the wait.
+  // Must be called once in each round of the wait.
   void Update();
 
  private:

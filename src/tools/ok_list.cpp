@@ -7,10 +7,11 @@
 namespace quillon::tools {
 namespace {
 
+// Writes one value a line. Texts that a line cannot hold make the result invalid.
 class Lines {
  public:
   void Text(std::string_view value) {
-    carried_ = carried_ && value.find_first_of(std::string_view("\n\r\0", 3)) == std::string_view::npos;
+    valid_ = valid_ && value.find_first_of(std::string_view("\n\r\0", 3)) == std::string_view::npos;
     text_ += value;
     text_ += '\n';
   }
@@ -18,11 +19,11 @@ class Lines {
   void Check(bool value) { Text(value ? "1" : "0"); }
   void Option(bool value) { Text(value ? "True" : "False"); }
 
-  std::optional<std::string> Take() { return carried_ ? std::optional(std::move(text_)) : std::nullopt; }
+  std::optional<std::string> Finish() { return valid_ ? std::optional(std::move(text_)) : std::nullopt; }
 
  private:
   std::string text_;
-  bool carried_ = true;
+  bool valid_ = true;
 };
 
 }  // namespace
@@ -54,7 +55,7 @@ std::optional<std::string> OkListText(const OkList& list) {
   lines.Check(list.adjustHeads);
   lines.Check(list.sharpen);
   for (const std::string& picture : list.pictures) lines.Text(picture);
-  return lines.Take();
+  return lines.Finish();
 }
 
 }  // namespace quillon::tools

@@ -6,23 +6,23 @@
 
 #include "host/host.h"
 
-// Helper programs are looked for by name. ASCII upper and lower case do not matter.
+// Finds and ends helper processes by name. ASCII case is ignored.
 namespace quillon::tools {
 
 enum class Want { First, Second };
 
-// Whether a process runs whose name begins with the given one; with Want::Second, whether more than one does. By name
-// alone: a process of that name from anywhere counts.
+// Returns true if a process runs whose name starts with name; with Want::Second, if at least two do.
+// Processes from any folder count.
 bool ProcessExists(host::Host& host, const std::string& name, Want want = Want::First);
 
-// Whether a process of exactly that name runs.
+// Returns true if a process with exactly that name runs.
 bool IsProcessRunning(host::Host& host, const std::string& name);
 
-// Ends the first process whose name is or begins with the given one, and only that; 1 when one was ended, else 0. Only
-// processes of this user that run from the program folder are ended.
+// Kills the first process whose name starts with name. Returns 1 if one was killed, otherwise 0.
+// Only processes of the current user that were started from the program folder are killed.
 int EndProcess(host::Host& host, const std::string& name);
 
-// Ends all processes of exactly that name, under the same rule. A name that is not running does nothing.
+// Kills all processes with exactly that name, under the same condition. Does nothing if there is none.
 void KillProcessByName(host::Host& host, const std::string& name);
 
 }  // namespace quillon::tools

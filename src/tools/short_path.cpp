@@ -16,7 +16,7 @@ constexpr std::string_view kRefused = "+,;=[]";
 
 bool Continues(char c) { return (static_cast<unsigned char>(c) & 0xC0) == 0x80; }
 
-// The first characters of UTF-8 text.
+// Returns the first characters of UTF-8 text, without cutting one.
 std::string First(const std::string& text, std::size_t characters) {
   std::size_t at = 0;
   while (at < text.size() && characters > 0) {
@@ -27,7 +27,7 @@ std::string First(const std::string& text, std::size_t characters) {
   return text.substr(0, at);
 }
 
-// Without blanks and points, refused signs replaced.
+// Returns the text without blanks and points, and with "_" for signs that short names must not contain.
 std::string Cleaned(const std::string& text) {
   std::string out;
   for (const char c : text) {

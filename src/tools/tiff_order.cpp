@@ -4,12 +4,11 @@
 
 #include "base/number_text.h"
 #include "base/path_text.h"
-#include "base/utf16.h"
 #include "base/utf8.h"
 #include "tools/lasting_wait.h"
-#include "tools/pause.h"
 #include "tools/processes.h"
 #include "tools/short_path.h"
+#include "tools/tools.h"
 #include "tools/twins.h"
 
 namespace quillon::tools {
@@ -47,16 +46,16 @@ int TiffOrders::TiffOrder(const std::string& target, bool& firstFlag, const std:
   if (!image.empty() && mode != kCount) AddLine(image);
   if (finish == Finish::No && mode != kCount) return 0;
   firstFlag = true;
-  if (!Hand()) return 0;
-  Await();
+  if (!Submit()) return 0;
+  WaitForTool();
   static_cast<void>(tools_.World().files.RemoveOwn(ProgramPath(tools_.World(), kName)));
   const int count = mode_ == kCount ? ReadCount() : 0;
   static_cast<void>(tools_.World().files.RemoveOwn(tools_.AppPath(kOrder)));
   return count;
 }
 
-// The name of a file that is to be made becomes the short one. There is none before there is a file, so one is put
-// there for a moment; where that fails, so will the tool. A file that is to be read keeps the name it has.
+// A file that will be created gets its short name. A short name exists only for an existing file, so one is created for
+// a moment; if that fails, the tool will fail too. A file that will be read keeps its name.
 void TiffOrders::Begin(const std::string& target, const std::string& mode) {
   host::Files& files = tools_.World().files;
   mode_ = mode;
@@ -78,16 +77,16 @@ void TiffOrders::AddLine(const std::string& line) {
   }
 }
 
-bool TiffOrders::Hand() {
+bool TiffOrders::Submit() {
   if (out_.empty() || (!refused_.empty() && refused_.front() == out_)) return false;
   host::Host& world = tools_.World();
   const std::string order = base::Utf16WithMark(lines_);
   lines_.clear();
   host::Status written = world.files.Save(tools_.AppPath(kOrder), order);
-  // What kept the file for itself a moment ago may have let it go.
+  // A program that kept the file open a moment ago may have closed it.
   if (!written) written = world.files.Save(tools_.AppPath(kOrder), order);
   if (!written) return false;
-  // A missing twin leaves the copy of an earlier run, or nothing to start.
+  // If the twin is missing, the copy of an earlier run is used, or there is nothing to start.
   static_cast<void>(CopyTwin(world, kName));
   if (tools_.Start(kName, "") == host::kStarted) return true;
   if (world.files.IsFile(ProgramPath(world, kName))) AskForRuntime();
@@ -100,7 +99,7 @@ void TiffOrders::AskForRuntime() {
   tools_.World().shell.OpenBrowser(kRuntimeUrl);
 }
 
-void TiffOrders::Await() {
+void TiffOrders::WaitForTool() {
   LastingWait lasting(tools_, kProgram);
   while (ProcessExists(tools_.World(), kProgram)) {
     lasting.Update();
@@ -108,18 +107,18 @@ void TiffOrders::Await() {
       PauseSeconds(tools_.World(), kCountTime);
       EndProcess(tools_.World(), kProgram);
     } else {
-      AwaitGrowth();
+      EndUnlessGrowing();
     }
     if (tools_.Stopped()) {
       EndProcess(tools_.World(), kProgram);
       break;
     }
   }
-  // What an ended tool was still writing.
+  // Removes the unfinished drafts of a tool that was ended.
   tools_.World().files.SweepDrafts(base::SplitPath(out_).folder);
 }
 
-void TiffOrders::AwaitGrowth() {
+void TiffOrders::EndUnlessGrowing() {
   const host::Files& files = tools_.World().files;
   const std::uint64_t before = files.SizeWithDrafts(out_);
   PauseSeconds(tools_.World(), kGrowthTime);
@@ -129,7 +128,7 @@ void TiffOrders::AwaitGrowth() {
 int TiffOrders::ReadCount() const {
   std::string text;
   if (!tools_.World().files.ReadFile(tools_.AppPath(kOrder), text, kMostBytes)) return 0;
-  // The digits are the same in every coding that the tool may choose, but for the zero bytes of the wide ones.
+  // The tool may write any encoding. Digits are the same in all of them, except for the zero bytes of UTF-16.
   std::string line;
   for (const char sign : text.substr(0, text.find('\n'))) {
     if (sign >= '0' && sign <= '9') {

@@ -11,37 +11,38 @@ namespace quillon::tools {
 
 enum class Finish { No, Yes };
 
-// Orders to SavePicsToTiff, which stand in Ops.txt: the target, the mode, and a picture a line.
+// Collects orders for SavePicsToTiff in Ops.txt (the target, the mode and one line for each picture) and runs them.
 class TiffOrders {
  public:
   explicit TiffOrders(Tools& tools) : tools_(tools) {}
 
-  // The modes in use.
-  static constexpr const char* kSaveNew = "SaveNew";  // a new tiff of the pictures
+  // The modes.
+  static constexpr const char* kSaveNew = "SaveNew";  // make a new TIFF from the pictures
   static constexpr const char* kCount = "1";          // count the pages of the target
 
-  // Each call adds image to the order; firstFlag set begins a new one and is cleared. With Finish::Yes, and at once for
-  // kCount, the order goes to the tool, and firstFlag is set again. A new tiff appears under a short name of target
-  // (NewTiff). The tool is ended when its result stops growing for 0.2 seconds, and in any case 0.6 seconds after
-  // it began to count. The page count for kCount, else 0.
+  // Adds image to the order. If firstFlag is true, a new order is started first and the flag is cleared.
+  // With Finish::Yes, and always for kCount, the order is run and firstFlag is set again.
+  // The new TIFF appears under a short name of target (see NewTiff).
+  // The tool is ended when its result has not grown for 0.2 seconds; when it counts, after 0.6 seconds.
+  // Returns the page count for kCount, otherwise 0.
   int TiffOrder(const std::string& target, bool& firstFlag, const std::string& mode, const std::string& image,
                 Finish finish);
 
-  // Pictures of the last order whose names it cannot carry; they are not in the new tiff. Where the target's own name
-  // is one of them, nothing is ordered.
+  // The pictures of the last order whose names the order file cannot hold; the new TIFF does not contain them. If the
+  // name of the target is one of them, the tool is not run.
   const std::vector<std::string>& Refused() const { return refused_; }
 
-  // Where the tool puts the new tiff of the last order: the target itself where it is short enough, else the first of
-  // its short names, numbered 1 to 9, that no file has. "" where all of them are taken; then nothing is ordered.
+  // The path of the new TIFF of the last order: target itself if its name is short enough, otherwise the first of its
+  // short names, numbered 1 to 9, that does not exist. "" if all of them exist; the tool is not run then.
   const std::string& NewTiff() const { return out_; }
 
  private:
   void Begin(const std::string& target, const std::string& mode);
   void AddLine(const std::string& line);
-  bool Hand();
+  bool Submit();
   void AskForRuntime();
-  void Await();
-  void AwaitGrowth();
+  void WaitForTool();
+  void EndUnlessGrowing();
   int ReadCount() const;
 
   Tools& tools_;

@@ -15,9 +15,11 @@
 namespace quillon::tools {
 namespace {
 
-constexpr double kShortestRest = 0.005;
-// Looking for processes takes at most a tenth of the time.
-constexpr double kRestPerLook = 9;
+// Seconds between two turns of the event loop.
+constexpr double kTurnInterval = 0.005;
+// After a poll that took some time the wait sleeps this many times as long, so that polling for processes uses at most
+// a tenth of the time.
+constexpr double kSleepPerPoll = 9;
 
 }  // namespace
 
@@ -36,33 +38,33 @@ int Tools::StartIn(const std::string& folder, const std::string& name, const std
 }
 
 int Tools::EnsureAndStart(const std::string& name, const std::string& parameters) {
-  // A program that could not be put there does not start either.
+  // If the program could not be copied, it does not start either.
   static_cast<void>(EnsureProgram(host_, name));
   return Start(name, parameters);
 }
 
-Waited Tools::Wait(const std::string& program, const Look& look, double limit) {
+WaitResult Tools::Wait(const std::string& program, const Condition& condition, double timeout) {
   LastingWait lasting(*this, program);
   for (;;) {
     host_.pump.Turn();
     if (owner_.stopped()) {
       KillProcessByName(host_, program);
-      return Waited::Stopped;
+      return WaitResult::Stopped;
     }
-    if (look && look()) return Waited::Done;
+    if (condition && condition()) return WaitResult::Done;
     const double before = host_.clock.Seconds();
-    if (!ProcessExists(host_, program)) return look && look() ? Waited::Done : Waited::Gone;
-    if (limit != kNoLimit && lasting.Seconds() > limit) return Waited::Limit;
+    if (!ProcessExists(host_, program)) return condition && condition() ? WaitResult::Done : WaitResult::Exited;
+    if (timeout != kNoTimeout && lasting.Seconds() > timeout) return WaitResult::TimedOut;
     lasting.Update();
-    const double took = host_.clock.Seconds() - before;
-    Rest(took * kRestPerLook);
+    const double elapsed = host_.clock.Seconds() - before;
+    SleepPumping(elapsed * kSleepPerPoll);
   }
 }
 
-void Tools::Rest(double seconds) {
+void Tools::SleepPumping(double seconds) {
   const double end = host_.clock.Seconds() + seconds;
   for (;;) {
-    host_.clock.Sleep(kShortestRest);
+    host_.clock.Sleep(kTurnInterval);
     if (host_.clock.Seconds() >= end || owner_.stopped()) return;
     host_.pump.Turn();
   }
@@ -76,5 +78,15 @@ host::Status Tools::CopyAsking(const std::string& from, const std::string& to) {
 host::Status NotStarted(const std::string& helper) { return {host::Problem::Missing, "无法启动 " + helper}; }
 
 host::Status Interrupted() { return {host::Problem::Stopped, "已停止"}; }
+
+void PauseSeconds(host::Host& host, float seconds) {
+  const auto start = static_cast<float>(host.clock.SecondsOfDay());
+  for (;;) {
+    host.pump.Turn();
+    const auto now = static_cast<float>(host.clock.SecondsOfDay());
+    if (now < start || now - start >= seconds) return;
+    host.clock.Sleep(kTurnInterval);
+  }
+}
 
 }  // namespace quillon::tools

@@ -9,29 +9,29 @@
 
 namespace quillon::tools {
 
-// Where programs for all users lie.
+// The folder of programs that are installed for all users.
 inline constexpr const char* kSystemFolder = "/usr/lib/quillon";
 
-// What the waits for helpers ask of the one who runs them.
+// Callbacks of the waits for helpers.
 struct ToolsOwner {
-  // Whether the user wants everything to end.
+  // Returns true if the user wants to stop everything.
   std::function<bool()> stopped = [] { return false; };
-  // Gives up for the user: a full disk that is not to be tried again.
+  // Called to stop everything after the user gave up on a full disk.
   std::function<void()> stop = [] {};
-  // Says what is waited for, once a wait lasts; "" when it is over.
+  // Called with the program's name once a wait takes long, and with "" when it ends.
   std::function<void(const std::string& program)> waiting = [](const std::string&) {};
 };
 
 // How a wait ended.
-enum class Waited {
-  Gone,     // no process of the name runs
-  Done,     // the look between two turns was satisfied
-  Limit,    // the time was up; the process may still run
-  Stopped,  // the user wants to end: the process was ended
+enum class WaitResult {
+  Exited,    // no process of the name runs
+  Done,      // the condition became true
+  TimedOut,  // the timeout expired; the process may still run
+  Stopped,   // the user stopped the run; the process was killed
 };
 
-// Starts helpers and waits for them. A wait gives the message loop its turns and rests between its looks, so that it
-// takes little of the processor; a rest that grows long has turns within it.
+// Starts helpers and waits for them. While it waits, it processes window events, and sleeps between polls so that it
+// uses little of the processor. Events are also processed during long sleeps.
 class Tools {
  public:
   explicit Tools(host::Host& host, ToolsOwner owner = {});
@@ -43,35 +43,42 @@ class Tools {
   void Stop() { owner_.stop(); }
   void ShowWait(const std::string& program) { owner_.waiting(program); }
 
-  // Starts "<name>.exe" hidden in the program folder, with parameters as its only argument (none where they are
-  // empty). host::kStarted, and nothing else, means that it runs.
+  // Starts "<name>.exe" in the program folder without a window. parameters is its only argument; it gets none if
+  // parameters is empty. The program runs only if the result is host::kStarted.
   int Start(const std::string& name, const std::string& parameters);
-  // As Start, in another folder, where it is looked for first.
+  // Like Start, but looks for the program in folder first and runs it there.
   int StartIn(const std::string& folder, const std::string& name, const std::string& parameters);
-  // The copy of the twin is put there where it is missing, then as Start.
+  // Like Start, but first copies the twin to the program file if that is missing.
   int EnsureAndStart(const std::string& name, const std::string& parameters);
 
-  // Called once each turn; true ends the wait.
-  using Look = std::function<bool()>;
-  static constexpr double kNoLimit = 0;
-  // Turns until no process runs whose name begins with program ("PicHandler.exe"), wherever it comes from, until look
-  // is satisfied or limit seconds are over. What a helper did last is still seen by a look after its end. A user who
-  // wants to end has the process ended, where it is ours, and is not kept waiting for others of the name.
-  Waited Wait(const std::string& program, const Look& look = {}, double limit = kNoLimit);
+  // Called once in each round of a wait; returning true ends the wait.
+  using Condition = std::function<bool()>;
+  static constexpr double kNoTimeout = 0;
+  // Waits until no process runs whose name starts with program ("PicHandler.exe"), in any folder, until condition
+  // returns true, or until timeout seconds have passed. condition is called once more after the process has exited, so
+  // that it sees the last action of the helper.
+  // If the user stops the run, the process is killed if it is one of the program folder; other processes of the name
+  // are not waited for.
+  WaitResult Wait(const std::string& program, const Condition& condition = {}, double timeout = kNoTimeout);
 
-  // A copy in which a full disk is asked about, under the program's title; a refused retry stops.
+  // Copies a file and asks the user if the disk is full, under the program's title. If the user gives up, stop is
+  // called.
   host::Status CopyAsking(const std::string& from, const std::string& to);
 
  private:
-  void Rest(double seconds);
+  void SleepPumping(double seconds);
 
   host::Host& host_;
   ToolsOwner owner_;
 };
 
-// What a call fails with whose helper did not start.
+// The failure of a call whose helper did not start.
 host::Status NotStarted(const std::string& helper);
-// What a call fails with that the user ended.
+// The failure of a call that the user stopped.
 host::Status Interrupted();
+
+// Waits that many seconds of the time of day and processes window events meanwhile.
+// The time is computed in single precision. If the clock jumps back, as at midnight, the wait ends at once.
+void PauseSeconds(host::Host& host, float seconds);
 
 }  // namespace quillon::tools

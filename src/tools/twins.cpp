@@ -9,7 +9,7 @@
 namespace quillon::tools {
 namespace {
 
-// Those that go at exit stand in the order in which they go.
+// Programs are removed at exit in this order.
 constexpr std::array kHelpers{
     Helper{"PicHandler", Copied::AtStart, Removed::AtExit},
     Helper{"TessaExifHandler", Copied::AtStart, Removed::AtExit},
@@ -47,7 +47,7 @@ host::Status EnsureProgram(host::Host& host, const std::string& name) {
 
 void RemoveProgramsAtExit(host::Host& host) {
   for (const Helper& helper : kHelpers) {
-    // A program that still runs from its file, or was never there, is passed over.
+    // A program that is still running or that does not exist is skipped.
     if (helper.removed != Removed::Never) static_cast<void>(host.files.RemoveOwn(ProgramPath(host, helper.name)));
   }
 }

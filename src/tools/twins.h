@@ -7,10 +7,11 @@
 
 #include "host/host.h"
 
-// Helper programs lie in the program folder as X.dll, their twin, and run as X.exe, a copy of it.
+// The program files of the helpers. In the program folder a helper X is installed as X.dll, its twin, and run as X.exe,
+// a copy of the twin.
 namespace quillon::tools {
 
-// When the program of a helper is put beside its twin, and when it is removed again.
+// When the program of a helper is copied from its twin, and when it is removed again.
 enum class Copied { Never, AtStart, WhenMissing };
 enum class Removed { Never, AtExit, AfterRunAndAtExit };
 
@@ -20,19 +21,19 @@ struct Helper {
   Removed removed;
 };
 
-// All helpers. QxBackImg and DCTiffsMaker have no twin; DCTiffsMaker is removed at exit all the same.
+// All helpers. QxBackImg and DCTiffsMaker have no twin; DCTiffsMaker is removed at exit nevertheless.
 std::span<const Helper> Helpers();
 
-// "<program folder>/X.dll" and "<program folder>/X.exe".
+// Return "<program folder>/X.dll" and "<program folder>/X.exe".
 std::string TwinPath(const host::Host& host, const std::string& name);
 std::string ProgramPath(const host::Host& host, const std::string& name);
 
-// Copies the twin onto the program, whatever stood there; a missing twin leaves it as it is and fails.
+// Copies the twin over the program. Fails, and leaves the program unchanged, if the twin is missing.
 host::Status CopyTwin(host::Host& host, const std::string& name);
-// As CopyTwin, where the program is missing.
+// Like CopyTwin, but only if the program is missing.
 host::Status EnsureProgram(host::Host& host, const std::string& name);
 
-// Removes the programs of all helpers that go at exit, in their order; one that cannot be removed stays.
+// Removes the programs of all helpers that are removed at exit. One that cannot be removed stays.
 void RemoveProgramsAtExit(host::Host& host);
 
 }  // namespace quillon::tools

@@ -83,5 +83,13 @@ TEST(AsciiCase, ChangesLettersAndNothingElse) {
   EXPECT_EQ(ToUpperAscii(std::string_view("a\0b", 3)), std::string("A\0B", 3));
 }
 
+TEST(NumberedName, HasTheSameDigitsInEveryPart) {
+  EXPECT_EQ(NumberedName("a", 1, 1), "a_01");
+  EXPECT_EQ(NumberedName("a.b", 9, 99), "a.b_09");
+  EXPECT_EQ(NumberedName("", 99, 99), "_99");
+  EXPECT_EQ(NumberedName("a", 7, 100), "a_007");
+  EXPECT_EQ(NumberedName("a", 1234, 1234), "a_1234");
+}
+
 }  // namespace
 }  // namespace quillon::base

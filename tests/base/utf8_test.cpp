@@ -7,6 +7,8 @@
 namespace quillon::base {
 namespace {
 
+using namespace std::string_literals;
+
 const std::string kMark = "\uFFFD";
 
 std::string Marks(int count) {
@@ -67,6 +69,26 @@ TEST(Utf8, ShownTextIsAlwaysWellFormed) {
       EXPECT_TRUE(IsUtf8(DisplayText(bytes))) << a << " " << b;
     }
   }
+}
+
+TEST(Utf16WithMark, HoldsEveryLetter) {
+  EXPECT_EQ(Utf16WithMark(""), "\xFF\xFE");
+  EXPECT_EQ(Utf16WithMark("a\n"),
+            "\xFF\xFE"
+            "a\0\n\0"s);
+  EXPECT_EQ(Utf16WithMark("é"), "\xFF\xFE\xE9\0"s);
+  EXPECT_EQ(Utf16WithMark("中"), "\xFF\xFE\x2D\x4E"s);
+  EXPECT_EQ(Utf16WithMark("😀"), "\xFF\xFE\x3D\xD8\x00\xDE"s);
+}
+
+TEST(Utf16WithMark, EndsAtBadBytes) {
+  EXPECT_EQ(Utf16WithMark("a\xFF"
+                          "b"),
+            "\xFF\xFE"
+            "a\0"s);
+  EXPECT_EQ(Utf16WithMark("a\xE4\xB8"),
+            "\xFF\xFE"
+            "a\0"s);
 }
 
 }  // namespace

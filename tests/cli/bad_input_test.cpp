@@ -230,7 +230,7 @@ TEST_F(BadInputTest, AFullDisk) {
   const SmallDisk disk(folder.Path("small"));
   if (!disk.Mounted()) GTEST_SKIP() << "no disk can be mounted here: " << disk.Why();
   Pictures(30);
-  disk.Leave(10);
+  disk.FillUntil(10);
   const Ran ran = Run(Cut({"in"}, {"--json", "--out", folder.Path("small"), "--set", "CmbOutType=bmp"}));
   EXPECT_EQ(ran.exit, 3);
   const auto boxes = EventsOf(ran.out, "box");

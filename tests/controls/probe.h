@@ -9,7 +9,7 @@
 
 namespace quillon::controls {
 
-// Writes down what a window tells its observers, and what handlers are asked to note, in order.
+// Records what a window reports to its observers, and what handlers note, in order.
 class Probe {
  public:
   explicit Probe(Window& window) : window_(window) {

@@ -1,6 +1,6 @@
 // SPDX-FileCopyrightText: 2026 The Quillon developers
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "helpers/runtime/command_text.h"
+#include "helpers/runtime/helper.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

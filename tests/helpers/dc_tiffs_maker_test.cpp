@@ -249,7 +249,7 @@ TEST_F(DCTiffsMaker, RefusesOrdersThatAreNone) {
   EXPECT_EQ(app.Names(), (std::vector<std::string>{"1.png", "OkList.txt"}));
 }
 
-// The run tells of a picture that it had to leave out.
+// The run reports a picture that it had to omit.
 TEST_F(DCTiffsMaker, NamesThePicturesThatItLeavesOut) {
   Picture("1.png", Waves(10, 10));
   app.Write("2.png", "no picture");

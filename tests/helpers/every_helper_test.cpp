@@ -38,7 +38,7 @@ TEST(EveryHelper, TellsItsVersion) {
   EXPECT_TRUE(app.Names().empty());
 }
 
-// What comes of a job is its file, or its answer where it makes none.
+// The result of a job is its file, or its answer if it makes no file.
 class EveryJob : public ::testing::TestWithParam<Job> {
  protected:
   void SetUp() override {
@@ -153,7 +153,7 @@ class NotRoot {
   bool root_ = geteuid() == 0;
 };
 
-// Neither are answers that nobody can read, where the store may not be written.
+// Nor are answers that nobody can read, if the settings cannot be written.
 TEST_P(EveryStoreJob, AStoreThatMayOnlyBeReadKeepsNothingFromBeingMade) {
   const std::vector<std::string> parameters = job.prepare(app);
   const fs::path folder = fs::path(app.Path()).parent_path();
@@ -171,7 +171,7 @@ TEST_P(EveryStoreJob, AStoreThatMayOnlyBeReadKeepsNothingFromBeingMade) {
   }
 }
 
-// Another program holds the store for a while: what is to be told comes when it lets go.
+// Another program locks the settings for a while: the answer arrives when it releases them.
 TEST_P(EveryJob, WaitsForALockedStore) {
   const std::vector<std::string> parameters = job.prepare(app);
   const bool answers = *job.key != 0;

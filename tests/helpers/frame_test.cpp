@@ -78,10 +78,10 @@ TEST(RunProgram, WaitsAndTellsHowItEnded) {
 
 TEST(RunProgram, KeepsTheBeginningOfTheOutput) {
   EXPECT_EQ(RunProgram({"sh", "-c", "echo a; echo b >&2"}).output, "a\nb\n");
-  const Ended ended = RunProgram({"sh", "-c", "head -c 10000000 /dev/zero"});
-  EXPECT_EQ(ended.exit, 0);
-  EXPECT_GT(ended.output.size(), 1000U);
-  EXPECT_LT(ended.output.size(), 100'000U);
+  const ProgramResult result = RunProgram({"sh", "-c", "head -c 10000000 /dev/zero"});
+  EXPECT_EQ(result.exit, 0);
+  EXPECT_GT(result.output.size(), 1000U);
+  EXPECT_LT(result.output.size(), 100'000U);
 }
 
 TEST(RunProgram, GivesNoInput) { EXPECT_EQ(RunProgram({"cat"}).output, ""); }

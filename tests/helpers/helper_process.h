@@ -13,14 +13,14 @@ namespace quillon::helpers {
 
 // How a helper ended.
 struct Ran {
-  int exit = -1;  // -1 where a signal ended it
+  int exit = -1;  // -1 if a signal ended it
   int signal = 0;
   std::string out;
   std::string err;
 };
 
-// Helpers in a program folder of a test's own, with settings of their own. The folder holds nothing but what the test
-// puts there; the helpers themselves run from where they were built.
+// Helpers in a program folder and with settings of the test. The folder contains only what the test puts there; the
+// helpers themselves run from their build folder.
 class HelperFolder {
  public:
   HelperFolder();
@@ -46,7 +46,7 @@ class HelperFolder {
   std::string path_;
 };
 
-// Where a helper was built: its twin, or its program where it has none.
+// The path of a helper in the build folder: its twin, or its program if it has none.
 std::string BuiltHelper(const std::string& helper);
 
 }  // namespace quillon::helpers

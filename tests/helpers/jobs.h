@@ -21,13 +21,13 @@ struct Job {
   const char* helper;
   // Lays the input out and gives the parameters.
   std::function<std::vector<std::string>(const HelperFolder& app)> prepare;
-  // The file that comes of it in the program folder; "" where the answer is all.
+  // The resulting file in the program folder; "" if the answer is the only result.
   const char* target;
-  // The answer that stands in the store once it is done; key "" where it tells nothing.
+  // The answer in the settings after the job is done; key is "" if there is no answer.
   const char* key = "";
   const char* answer = "";
   const char* application = "Quillon";
-  // Whether a finished target is whole, where it is not the same every time.
+  // Returns true if a finished target is valid, for targets that are not the same every time.
   std::function<bool(const std::string& path)> whole = {};
   // The program's side of the talk while the helper works, until it is done or to stop.
   std::function<void(const HelperFolder& app, const std::stop_token& stop)> talk = {};

@@ -22,7 +22,7 @@ using namespace testing;
 constexpr const char* kFile = "600";
 constexpr const char* kBatch = "86400";
 
-// The soft limit of a line of /proc/<process>/limits, "" where there is none.
+// Returns the soft limit in a line of /proc/<process>/limits, "" if there is none.
 std::string LimitIn(const std::string& limits, const std::string& name) {
   std::istringstream lines(limits);
   for (std::string line; std::getline(lines, line);) {

@@ -4,7 +4,7 @@
 
 #include <gtest/gtest.h>
 
-#include "base/utf16.h"
+#include "base/utf8.h"
 #include "host/testing/test_host.h"
 
 namespace quillon::helpers {

@@ -29,8 +29,8 @@ void MakePdf(const std::string& path, const std::vector<PdfPage>& pages, const s
 void MakeScan(const std::string& path, const std::string& jpeg, int width, int height, double points);
 
 // What another reader sees.
-int PagesOf(const std::string& path);  // 0 where it is no sound PDF
-// An entry of a page as text, "null" where there is none.
+int PagesOf(const std::string& path);  // 0 if it is not a valid PDF
+// An entry of a page as text, "null" if there is none.
 std::string Entry(const std::string& path, int page, const std::string& key);
 // The bytes of the picture that a page shows, as they are stored.
 std::string StoredPicture(const std::string& path, int page, const std::string& name = "/P");

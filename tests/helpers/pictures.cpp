@@ -30,8 +30,8 @@ VImage Opened(const std::string& path, int page) {
               : VImage::new_from_file(path.c_str());
 }
 
-// The library always tells a resolution: in the JFIF segment, where there is one, one to one becomes its only meaning.
-void TakeDensityAway(const std::string& path) {
+// The library always writes a resolution. In a JFIF segment, if there is one, 1:1 then only means the aspect ratio.
+void RemoveDensity(const std::string& path) {
   std::fstream file(path, std::ios::in | std::ios::out | std::ios::binary);
   std::array<char, 11> head{};
   file.read(head.data(), head.size());
@@ -97,11 +97,11 @@ void Save(const std::string& path, const Pixels& pixels, int dpi) {
   const VImage marked =
       image.copy(VImage::option()->set("interpretation", kind)->set("xres", perMillimetre)->set("yres", perMillimetre));
   if (path.ends_with(".jpg")) {
-    // Its EXIF tells a resolution as well.
+    // Its Exif block has a resolution too.
     marked.jpegsave(
         path.c_str(),
         VImage::option()->set("Q", 98)->set("subsample_mode", VIPS_FOREIGN_SUBSAMPLE_OFF)->set("strip", dpi == 0));
-    if (dpi == 0) TakeDensityAway(path);
+    if (dpi == 0) RemoveDensity(path);
   } else {
     marked.write_to_file(path.c_str());
   }

@@ -25,13 +25,13 @@ Pixels Plain(int width, int height, std::vector<int> pixel);
 // The largest difference of any sample; 1000 when the sizes differ.
 int Difference(const Pixels& a, const Pixels& b);
 
-// Written and read by the image library alone; the kind is the extension's. dpi 0: not told. Four bands in a JPEG are
-// CMYK.
+// Written and read by the image library alone, in the format of the extension. A dpi of 0 means none. Four bands in a
+// JPEG are CMYK.
 void Save(const std::string& path, const Pixels& pixels, int dpi = 0);
 Pixels Load(const std::string& path, int page = 0);
 int DpiOf(const std::string& path, int page = 0);
 
-// A picture of one colour, however large, with the saver's own options behind its name: "a.tif[compression=lzw]".
+// A picture of one colour, of any size. Options of the saver may follow the name: "a.tif[compression=lzw]".
 void SaveLarge(const std::string& pathAndOptions, int width, int height);
 
 // Black letters on white, large enough to be read.

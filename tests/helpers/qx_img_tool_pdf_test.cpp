@@ -247,7 +247,7 @@ TEST_F(QxImgToolSplit, DrawsPagesAndBindsWhatWasCut) {
     app.Set("SplitPdf", std::to_string(page));
   }
   ASSERT_EQ(app.Wait(tool).exit, 0);
-  // 200 dots an inch where nothing was scanned.
+  // 200 dpi if nothing was scanned.
   const Pixels first = Load(app.Path("Images/0001.jpg"));
   EXPECT_EQ(first.width, 400);
   EXPECT_EQ(first.height, 200);

@@ -78,7 +78,7 @@ class RunTest : public ::testing::Test {
     return words;
   }
 
-  Ended Run(const std::vector<std::string>& steps, const std::string& out = "out") const {
+  ProgramResult Run(const std::vector<std::string>& steps, const std::string& out = "out") const {
     return RunProgram(Words(steps, out));
   }
 
@@ -97,8 +97,8 @@ class RunTest : public ::testing::Test {
 };
 
 TEST_F(RunTest, APictureBecomesCmyk) {
-  const Ended ended = Run(kCmyk);
-  EXPECT_EQ(ended.exit, 0) << ended.output;
+  const ProgramResult result = Run(kCmyk);
+  EXPECT_EQ(result.exit, 0) << result.output;
   EXPECT_EQ(Load(folder.Path("out/a.jpg")).bands, 4);
   EXPECT_EQ(testing::DpiOf(folder.Path("out/a.jpg")), 300);
   EXPECT_EQ(folder.Names("tmp"), std::vector<std::string>{});
@@ -106,15 +106,15 @@ TEST_F(RunTest, APictureBecomesCmyk) {
 }
 
 TEST_F(RunTest, APictureBecomesAPdf) {
-  const Ended ended = Run({"--set", "CmbOutType=pdf"});
-  EXPECT_EQ(ended.exit, 0) << ended.output;
+  const ProgramResult result = Run({"--set", "CmbOutType=pdf"});
+  EXPECT_EQ(result.exit, 0) << result.output;
   EXPECT_EQ(folder.Names("out"), std::vector<std::string>{"a.pdf"});
 }
 
 TEST_F(RunTest, ExifIsKept) {
   SetMaker(folder.Path("in/a.jpg"), "Camera");
-  const Ended ended = Run(kExif);
-  EXPECT_EQ(ended.exit, 0) << ended.output;
+  const ProgramResult result = Run(kExif);
+  EXPECT_EQ(result.exit, 0) << result.output;
   EXPECT_EQ(Load(folder.Path("out/a.jpg")).height, 20);
   EXPECT_EQ(MakerOf(folder.Path("out/a.jpg")), "Camera");
   EXPECT_EQ(folder.Names("tmp"), std::vector<std::string>{});
@@ -151,8 +151,8 @@ TEST_F(RunTest, ABrokenHelperCostsTheColoursAndNotTheRun) {
     fs::create_directory(folder.Path("bin"));
     fs::remove(folder.Path("out/a.jpg"));
     Break("PicHandler", script);
-    const Ended ended = Run(kCmyk);
-    EXPECT_EQ(ended.exit, 0) << script << ended.output;
+    const ProgramResult result = Run(kCmyk);
+    EXPECT_EQ(result.exit, 0) << script << result.output;
     EXPECT_EQ(Load(folder.Path("out/a.jpg")).bands, 3) << script;
     EXPECT_EQ(folder.Names("tmp"), std::vector<std::string>{}) << script;
   }
@@ -188,9 +188,9 @@ TEST_F(RunTest, AHelperThatHangsIsEndedByAStop) {
 TEST_F(RunTest, ANameThatNoOrderCanCarryIsTold) {
   source = "a|b.jpg";
   fs::copy_file(folder.Path("in/a.jpg"), folder.Path("in/" + source));
-  const Ended ended = Run(kExif);
-  EXPECT_EQ(ended.exit, 0) << ended.output;
-  EXPECT_NE(ended.output.find("无法交给 TessaExifHandler"), std::string::npos) << ended.output;
+  const ProgramResult result = Run(kExif);
+  EXPECT_EQ(result.exit, 0) << result.output;
+  EXPECT_NE(result.output.find("无法交给 TessaExifHandler"), std::string::npos) << result.output;
   EXPECT_EQ(Load(folder.Path("out/" + source)).height, 20);
 }
 
@@ -199,9 +199,9 @@ TEST_F(RunTest, ExifIsKeptUnderNamesThatAnOrderCanCarry) {
   for (const char* name : {"a\tb.jpg", "a\nb.jpg", "a\"b.jpg"}) {
     source = name;
     fs::copy_file(folder.Path("in/a.jpg"), folder.Path("in/" + source));
-    const Ended ended = Run(kExif);
-    EXPECT_EQ(ended.exit, 0) << name << ended.output;
-    EXPECT_EQ(MakerOf(folder.Path("out/" + source)), "Camera") << name << ended.output;
+    const ProgramResult result = Run(kExif);
+    EXPECT_EQ(result.exit, 0) << name << result.output;
+    EXPECT_EQ(MakerOf(folder.Path("out/" + source)), "Camera") << name << result.output;
   }
 }
 
@@ -210,9 +210,9 @@ TEST_F(RunTest, NamesThatAnOrderCanCarryAreConverted) {
   for (const char* name : {"a|b.jpg", "a\tb.jpg", "a\"b.jpg", "a\nb.jpg", "-a %d[1] 'b'.jpg"}) {
     source = name;
     fs::copy_file(folder.Path("in/a.jpg"), folder.Path("in/" + source));
-    const Ended ended = Run(kCmyk);
-    EXPECT_EQ(ended.exit, 0) << name << ended.output;
-    EXPECT_EQ(Load(folder.Path("out/" + source)).bands, 4) << name << ended.output;
+    const ProgramResult result = Run(kCmyk);
+    EXPECT_EQ(result.exit, 0) << name << result.output;
+    EXPECT_EQ(Load(folder.Path("out/" + source)).bands, 4) << name << result.output;
     EXPECT_EQ(Run({"--set", "CmbOutType=pdf"}).exit, 0) << name;
     EXPECT_TRUE(fs::exists(fs::path(folder.Path("out/" + source)).replace_extension("pdf"))) << name;
   }
@@ -224,10 +224,10 @@ TEST_F(RunTest, ABrokenHelperCostsTheExifAndNotTheRun) {
     fs::create_directory(folder.Path("bin"));
     fs::remove(folder.Path("out/a.jpg"));
     Break("TessaExifHandler", script);
-    const Ended ended = Run(kExif);
-    EXPECT_EQ(ended.exit, 0) << script << ended.output;
+    const ProgramResult result = Run(kExif);
+    EXPECT_EQ(result.exit, 0) << script << result.output;
     EXPECT_EQ(Load(folder.Path("out/a.jpg")).height, 20) << script;
-    EXPECT_NE(ended.output.find("Exif没有保留"), std::string::npos) << script << ended.output;
+    EXPECT_NE(result.output.find("Exif没有保留"), std::string::npos) << script << result.output;
     EXPECT_EQ(folder.Names("tmp"), std::vector<std::string>{}) << script;
   }
 }
@@ -237,8 +237,8 @@ TEST_F(RunTest, ABrokenHelperCostsThePdfAndNotTheRun) {
     fs::remove_all(folder.Path("bin"));
     fs::create_directory(folder.Path("bin"));
     Break("PicHandler", script);
-    const Ended ended = Run({"--set", "CmbOutType=pdf"});
-    EXPECT_EQ(ended.exit, 1) << script << ended.output;
+    const ProgramResult result = Run({"--set", "CmbOutType=pdf"});
+    EXPECT_EQ(result.exit, 1) << script << result.output;
     EXPECT_FALSE(fs::exists(folder.Path("out/a.pdf"))) << script;
     EXPECT_EQ(folder.Names("tmp"), std::vector<std::string>{}) << script;
   }
@@ -247,8 +247,8 @@ TEST_F(RunTest, ABrokenHelperCostsThePdfAndNotTheRun) {
 TEST_F(RunTest, WithoutTheHelperTheOptionAsksForIt) {
   Break("PicHandler", "exit 0\n");
   fs::remove(folder.Path("bin/PicHandler.dll"));
-  const Ended ended = Run({"--set", "CmbOutType=pdf"});
-  EXPECT_NE(ended.output.find("缺失资源文件"), std::string::npos) << ended.output;
+  const ProgramResult result = Run({"--set", "CmbOutType=pdf"});
+  EXPECT_NE(result.output.find("缺失资源文件"), std::string::npos) << result.output;
   EXPECT_EQ(folder.Names("out"), std::vector<std::string>{"a.jpg"});
 }
 

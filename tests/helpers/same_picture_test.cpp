@@ -56,7 +56,7 @@ TEST_F(SamePictureTest, SeesOneChangedBit) {
   const std::string png = Picture("a.png");
   EXPECT_FALSE(SamePicture(png, Changed(png, png.find("IDAT") + 20)));
   EXPECT_FALSE(SamePicture(png, Changed(png, png.find("IHDR") + 8)));
-  // Pixels stand behind the head, directories at the end.
+  // Pixels follow the header, directories are at the end.
   const std::string tiff = Picture("a.tif");
   EXPECT_FALSE(SamePicture(tiff, Changed(tiff, 100)));
 }

@@ -3,7 +3,7 @@
 #include <gtest/gtest.h>
 #include <tiffio.h>
 
-#include "base/utf16.h"
+#include "base/utf8.h"
 #include "helpers/helper_process.h"
 #include "helpers/orders/order_text.h"
 #include "helpers/pictures.h"

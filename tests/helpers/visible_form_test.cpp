@@ -1,6 +1,6 @@
 // SPDX-FileCopyrightText: 2026 The Quillon developers
 // SPDX-License-Identifier: GPL-3.0-or-later
-// DCTiffsMaker as a person starts it: with a window where there is a display, and without one elsewhere.
+// DCTiffsMaker as a person starts it: with a window if there is a display, and without one otherwise.
 #include <gtest/gtest.h>
 
 #include <csignal>

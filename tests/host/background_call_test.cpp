@@ -31,7 +31,7 @@ TEST(BackgroundCall, IsToldToStop) {
   EXPECT_TRUE(*stopped);
 }
 
-// What hangs is left behind, and may come back when nobody waits any more.
+// A call that hangs is abandoned, and may return when nobody waits for it any more.
 TEST(BackgroundCall, IsLeftBehindWhenItNeverComesBack) {
   struct Gate {
     std::mutex mutex;

@@ -5,8 +5,6 @@
 
 #include <gtest/gtest.h>
 
-#include "tools/carried.h"
-
 namespace quillon::tools {
 namespace {
 
@@ -66,14 +64,14 @@ TEST(OtherTexts, StandAsGiven) {
   EXPECT_EQ(ExifText("/in/a.jpg", "/out/a.jpg"), "/in/a.jpg|/out/a.jpg|Tessa批量处理系列软件");
 }
 
-TEST(MayStand, RefusesWhatATextCannotHold) {
-  EXPECT_TRUE(MayStand(Carrier::Fields, "X", {"/a b/\"c\"|d", "/e"}));
-  EXPECT_FALSE(MayStand(Carrier::Fields, "X", {"/a", "/b\tc"}));
-  EXPECT_FALSE(MayStand(Carrier::Fields, "X", {"/a\n"}));
-  EXPECT_TRUE(MayStand(Carrier::Bars, "X", {"/a\"b"}));
-  EXPECT_FALSE(MayStand(Carrier::Bars, "X", {"/a|b"}));
-  EXPECT_TRUE(MayStand(Carrier::Quotes, "X", {"/a|b\tc"}));
-  const host::Status refused = MayStand(Carrier::Quotes, "PicHandler", {"/a\"b.jpg"});
+TEST(CheckPaths, RefusesWhatATextCannotHold) {
+  EXPECT_TRUE(CheckPaths(TextFormat::Tabs, "X", {"/a b/\"c\"|d", "/e"}));
+  EXPECT_FALSE(CheckPaths(TextFormat::Tabs, "X", {"/a", "/b\tc"}));
+  EXPECT_FALSE(CheckPaths(TextFormat::Tabs, "X", {"/a\n"}));
+  EXPECT_TRUE(CheckPaths(TextFormat::TabsAndBars, "X", {"/a\"b"}));
+  EXPECT_FALSE(CheckPaths(TextFormat::TabsAndBars, "X", {"/a|b"}));
+  EXPECT_TRUE(CheckPaths(TextFormat::Quotes, "X", {"/a|b\tc"}));
+  const host::Status refused = CheckPaths(TextFormat::Quotes, "PicHandler", {"/a\"b.jpg"});
   EXPECT_EQ(refused.GetProblem(), host::Problem::Unsupported);
   EXPECT_EQ(refused.Why(), "文件名含有引号或换行，无法交给 PicHandler 处理：/a\"b.jpg");
 }

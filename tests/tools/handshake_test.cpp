@@ -5,11 +5,9 @@
 #include <functional>
 
 #include "tools/back_image.h"
-#include "tools/exif.h"
+#include "tools/helper_calls.h"
 #include "tools/img_tool.h"
 #include "tools/pic_handler.h"
-#include "tools/small_calls.h"
-#include "tools/tiffs_maker.h"
 #include "tools/tools_fixture.h"
 
 namespace quillon::tools {
@@ -17,7 +15,7 @@ namespace {
 
 class PicHandlerTest : public ToolsFixture {
  protected:
-  const Sound sound = [this](const std::string& file) {
+  const FileValidator sound = [this](const std::string& file) {
     std::string content;
     return world.files.ReadFile(file, content) && content != "garbage";
   };
@@ -285,7 +283,7 @@ TEST_F(ImgToolTest, TheTwinIsCopiedAgainBeforeAnyRun) {
       [&] { static_cast<void>(CutPdf(tools, "/in/a.pdf", "/out/a.pdf", {}, [](const std::string&) {})); },
       [&] { EXPECT_TRUE(StartSplitPdf(tools, "/in/a.pdf", "/out/a.pdf")); },
       [&] { EXPECT_TRUE(StartMakeTiff(tools, "/in", "/out/a.tif", "lzw", 3)); },
-      [&] { EXPECT_FALSE(feed.Give(picture, {})); },
+      [&] { EXPECT_FALSE(feed.Add(picture, {})); },
   };
   std::size_t starts = 0;
   for (const auto& run : runs) {
@@ -297,7 +295,7 @@ TEST_F(ImgToolTest, TheTwinIsCopiedAgainBeforeAnyRun) {
 }
 
 TEST_F(ImgToolTest, ATiffThatThisProcessCanCountNeverStartsTheTool) {
-  // A page of one pixel: the directory stands behind the head, each entry a number of 16 bits.
+  // A page of one pixel: the directory follows the header, and each entry is a number of 16 bits.
   using namespace std::string_literals;
   std::string tiff = "II*\0\x08\0\0\0\x09\0"s;
   for (const auto& [tag, value] :
@@ -388,7 +386,7 @@ TEST_F(ImgToolTest, TheSizeOfAnAssemblyIsShown) {
   EXPECT_EQ(Started(0), "QxImgTool.exe: " + MakeTiffText("/pages", out, "ccitt4", 12));
   world.pump.OnTurn(2, [this] { world.folder.Write("out/.a.tif.quillon-abc123", "12345"); });
   std::vector<std::uint64_t> shown;
-  EXPECT_EQ(WaitMakeTiff(tools, out, [&](std::uint64_t size) { shown.push_back(size); }), Waited::Gone);
+  EXPECT_EQ(WaitMakeTiff(tools, out, [&](std::uint64_t size) { shown.push_back(size); }), WaitResult::Exited);
   EXPECT_EQ(shown.front(), 0u);
   EXPECT_EQ(shown.back(), 5u);
 }
@@ -406,11 +404,11 @@ TEST_F(BinderTest, EachPictureWaitsUntilItIsTaken) {
     EXPECT_EQ(Key("QxImgTool"), first);
     WriteKey(world.host, "QxImgTool", "");
   });
-  EXPECT_TRUE(feed.Give(first, order));
+  EXPECT_TRUE(feed.Add(first, order));
   EXPECT_EQ(world.pump.Turns(), 3);
   EXPECT_EQ(Started(0), "QxImgTool.exe: " + BindPdfText(order));
   world.pump.OnTurn(2, [this] { WriteKey(world.host, "QxImgTool", ""); });
-  EXPECT_TRUE(feed.Give(first, order));
+  EXPECT_TRUE(feed.Add(first, order));
   EXPECT_EQ(world.shell.Starts().size(), 1u);
   EXPECT_TRUE(feed.End());
   EXPECT_EQ(Key("QxImgTool"), "end");
@@ -420,13 +418,13 @@ TEST_F(BinderTest, AnAnswerThatNamesNoFileIsAFailure) {
   BinderFeed feed(tools);
   Helper("QxImgTool.exe", 0);
   world.pump.OnTurn(2, [this] { WriteKey(world.host, "QxImgTool", "磁盘已满"); });
-  EXPECT_EQ(feed.Give(first, order).Why(), "磁盘已满");
+  EXPECT_EQ(feed.Add(first, order).Why(), "磁盘已满");
 }
 
 TEST_F(BinderTest, ABinderThatEndsIsNotWaitedFor) {
   BinderFeed feed(tools);
   Helper("QxImgTool.exe", 3);
-  EXPECT_EQ(feed.Give(first, order).Why(), "QxImgTool 已中断");
+  EXPECT_EQ(feed.Add(first, order).Why(), "QxImgTool 已中断");
 }
 
 // It would wait for ever for an answer to what was never heard.
@@ -434,12 +432,12 @@ TEST_F(BinderTest, APictureThatTheBinderCannotHearOfFailsAtOnce) {
   BinderFeed feed(tools);
   Helper("QxImgTool.exe", 0);
   world.pump.OnTurn(3, [this] { WriteKey(world.host, "QxImgTool", ""); });
-  EXPECT_TRUE(feed.Give(first, order));
+  EXPECT_TRUE(feed.Add(first, order));
   const int turns = world.pump.Turns();
   world.settings.Refuse();
-  EXPECT_EQ(feed.Give(first, order).Why(), "设置无法写入，不能把命令交给 QxImgTool");
+  EXPECT_EQ(feed.Add(first, order).Why(), "设置无法写入，不能把命令交给 QxImgTool");
   EXPECT_EQ(feed.End().Why(), "设置无法写入，不能把命令交给 QxImgTool");
-  EXPECT_FALSE(feed.Give(first, order));
+  EXPECT_FALSE(feed.Add(first, order));
   EXPECT_EQ(world.pump.Turns(), turns);
   EXPECT_EQ(world.shell.Starts().size(), 1u);
 }

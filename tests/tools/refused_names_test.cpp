@@ -2,15 +2,15 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "base/utf8.h"
 #include "tools/back_image.h"
+#include "tools/helper_calls.h"
 #include "tools/img_tool.h"
 #include "tools/pic_handler.h"
-#include "tools/small_calls.h"
 #include "tools/tools_fixture.h"
 
 namespace quillon::tools {
 namespace {
 
-// A name that a parameter text cannot carry starts nothing and is told.
+// A name that a parameter text cannot hold starts nothing and is reported.
 class RefusedNames : public ToolsFixture {
  protected:
   void ExpectRefused(const char* call, const host::Status& status, const std::string& why) {
@@ -22,7 +22,7 @@ class RefusedNames : public ToolsFixture {
 
 TEST_F(RefusedNames, OfEveryCall) {
   const auto silent = [](const std::string&) {};
-  const Sound any = [](const std::string&) { return true; };
+  const FileValidator any = [](const std::string&) { return true; };
   PdfPages pages;
   int count = 0;
   std::string text;
@@ -40,9 +40,9 @@ TEST_F(RefusedNames, OfEveryCall) {
     ExpectRefused("StartSplitPdf target", StartSplitPdf(tools, "/i", odd), why);
     ExpectRefused("StartMakeTiff source", StartMakeTiff(tools, odd, "/o", "lzw", 1), why);
     ExpectRefused("StartMakeTiff target", StartMakeTiff(tools, "/i", odd, "lzw", 1), why);
-    ExpectRefused("BinderFeed picture", feed.Give(odd, {}), why);
-    ExpectRefused("BinderFeed target", feed.Give("/i", {.out = odd}), why);
-    ExpectRefused("BinderFeed back", feed.Give("/i", {.backImage = odd}), why);
+    ExpectRefused("BinderFeed picture", feed.Add(odd, {}), why);
+    ExpectRefused("BinderFeed target", feed.Add("/i", {.out = odd}), why);
+    ExpectRefused("BinderFeed back", feed.Add("/i", {.backImage = odd}), why);
     ExpectRefused("RecogniseText", RecogniseText(tools, odd, text),
                   "制表符或换行，无法交给 QxBackOCRer 处理：" + base::DisplayText(odd));
     const std::string circle = "制表符或换行，无法交给 PicCirleCut 处理：" + base::DisplayText(odd);

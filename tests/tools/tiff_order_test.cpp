@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "tools/tiff_order.h"
 
-#include "base/utf16.h"
+#include "base/utf8.h"
 #include "tools/tools_fixture.h"
 
 namespace quillon::tools {
@@ -59,7 +59,7 @@ TEST_F(TiffOrderTest, AnOrderFileThatDoesNotOpenIsTriedOnceMore) {
   }
 }
 
-// What has no file yet has no short name: one is put there for a moment. Where that fails the order is the same.
+// A name without a file has no short name yet, so a file is created for a moment. If that fails, the order is the same.
 TEST_F(TiffOrderTest, ANewNameIsTriedOut) {
   for (const bool fails : {false, true}) {
     world.faults.Clear();

@@ -20,8 +20,8 @@ inline std::string TinyPicture() {
   return {kGif, sizeof kGif - 1};
 }
 
-// A program folder with the twins of all helpers, and helpers that a test makes up: what they do happens at their
-// start, and they are seen by as many looks as told.
+// A program folder with the twins of all helpers, and helpers that a test defines: their effect happens at their start,
+// and they are found by a given number of process scans.
 class ToolsFixture : public ::testing::Test {
  protected:
   using Act = std::function<void(const std::string& parameters)>;

@@ -6,8 +6,8 @@
 #include <map>
 
 #include "host/testing/test_host.h"
-#include "tools/pause.h"
 #include "tools/processes.h"
+#include "tools/tools.h"
 #include "tools/twins.h"
 
 namespace quillon::tools {

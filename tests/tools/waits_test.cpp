@@ -27,7 +27,7 @@ TEST_F(WaitsTest, AMissingCopyIsPutThereBeforeTheStart) {
 
 TEST_F(WaitsTest, TheWaitEndsWithTheProcess) {
   world.processes.Add({1, "X.exe", world.host.programFolder, true}, 5);
-  EXPECT_EQ(tools.Wait("X.exe"), Waited::Gone);
+  EXPECT_EQ(tools.Wait("X.exe"), WaitResult::Exited);
   EXPECT_EQ(world.processes.Scans(), 6);
   EXPECT_EQ(world.pump.Turns(), 6);
   EXPECT_TRUE(waiting.empty());
@@ -88,7 +88,7 @@ TEST_F(WaitsTest, ALongRestHasTurnsWithinIt) {
     longest = std::max(longest, world.clock.Seconds() - last);
     last = world.clock.Seconds();
   });
-  EXPECT_EQ(Tools(slow).Wait("X.exe"), Waited::Gone);
+  EXPECT_EQ(Tools(slow).Wait("X.exe"), WaitResult::Exited);
   EXPECT_LT(longest, 2 * SlowProcesses::kSeconds);
   EXPECT_GT(world.clock.Seconds(), 9 * kLooks * SlowProcesses::kSeconds) << "looks take a tenth of the time";
 }
@@ -98,34 +98,34 @@ TEST_F(WaitsTest, ALongRestEndsWithAStop) {
   host::Host slow = WorldWith(world, processes);
   bool ends = false;
   world.pump.OnTurn(3, [&] { ends = true; });
-  EXPECT_EQ(Tools(slow, {.stopped = [&] { return ends; }}).Wait("X.exe"), Waited::Stopped);
+  EXPECT_EQ(Tools(slow, {.stopped = [&] { return ends; }}).Wait("X.exe"), WaitResult::Stopped);
   EXPECT_LT(world.clock.Seconds(), 5 * SlowProcesses::kSeconds);
 }
 
 TEST_F(WaitsTest, ALookCanEndTheWait) {
   world.processes.Add({1, "X.exe", world.host.programFolder, true});
   int looks = 0;
-  EXPECT_EQ(tools.Wait("X.exe", [&] { return ++looks == 4; }), Waited::Done);
+  EXPECT_EQ(tools.Wait("X.exe", [&] { return ++looks == 4; }), WaitResult::Done);
   EXPECT_EQ(looks, 4);
   EXPECT_TRUE(world.processes.Ended().empty());
 }
 
 TEST_F(WaitsTest, ALookSeesTheAnswerOfAHelperThatIsGone) {
-  EXPECT_EQ(tools.Wait("X.exe", [] { return true; }), Waited::Done);
+  EXPECT_EQ(tools.Wait("X.exe", [] { return true; }), WaitResult::Done);
 }
 
 // It said so between a look and the scan that no longer found it.
 TEST_F(WaitsTest, ALookSeesWhatAHelperSaidLast) {
   int looks = 0;
-  EXPECT_EQ(tools.Wait("X.exe", [&] { return ++looks == 2; }), Waited::Done);
+  EXPECT_EQ(tools.Wait("X.exe", [&] { return ++looks == 2; }), WaitResult::Done);
   EXPECT_EQ(looks, 2);
-  EXPECT_EQ(tools.Wait("X.exe", [] { return false; }), Waited::Gone);
+  EXPECT_EQ(tools.Wait("X.exe", [] { return false; }), WaitResult::Exited);
 }
 
 TEST_F(WaitsTest, ALimitEndsTheWaitAndNotTheProcess) {
   world.processes.Add({1, "X.exe", world.host.programFolder, true});
   const double before = world.clock.Seconds();
-  EXPECT_EQ(tools.Wait("X.exe", {}, 20), Waited::Limit);
+  EXPECT_EQ(tools.Wait("X.exe", {}, 20), WaitResult::TimedOut);
   EXPECT_NEAR(world.clock.Seconds() - before, 20, 0.5);
   EXPECT_TRUE(world.processes.Ended().empty());
 }
@@ -134,7 +134,7 @@ TEST_F(WaitsTest, AStopEndsTheProcessAtOnce) {
   world.processes.Add({1, "X.exe", world.host.programFolder, true});
   world.processes.Add({2, "X.exe", "/elsewhere", true});
   world.pump.OnTurn(3, [this] { stop = true; });
-  EXPECT_EQ(tools.Wait("X.exe"), Waited::Stopped);
+  EXPECT_EQ(tools.Wait("X.exe"), WaitResult::Stopped);
   EXPECT_EQ(world.pump.Turns(), 3);
   EXPECT_EQ(world.processes.Ended(), std::vector<int>{1});
 }

@@ -225,9 +225,9 @@ TEST_F(TiffsMaker, SaysWhatIsMissing) {
   const auto hindrance = [&](auto change) {
     tools::OkList changed = order;
     change(changed);
-    return helpers::Hindrance(world.files, changed);
+    return helpers::WhyNotStartable(world.files, changed);
   };
-  EXPECT_EQ(helpers::Hindrance(world.files, order), "");
+  EXPECT_EQ(helpers::WhyNotStartable(world.files, order), "");
   EXPECT_EQ(hindrance([](auto& o) { o.pictures.clear(); }), "请先添加要合成的图片。");
   EXPECT_EQ(hindrance([](auto& o) { o.pictures = {"/a\nb.png"}; }),
             "“a\nb.png”的路径里有换行：请改名，或移除这张图片。");
@@ -348,12 +348,12 @@ INSTANTIATE_TEST_SUITE_P(
         EndCase{"", "kill -9 $$\n", "程序意外中止，没有生成Tiff：请再点“开始”；如果仍然中止，请移除这张图片。"}));
 
 TEST(TiffsMakerProgress, IsReadFromItsText) {
-  const auto picture = helpers::PictureIn("Tiff压制中，12/345");
+  const auto picture = helpers::ParseProgress("Tiff压制中，12/345");
   ASSERT_TRUE(picture);
   EXPECT_EQ(picture->number, 12);
   EXPECT_EQ(picture->count, 345);
   for (const char* text : {"", "True", "/", "x/3", "3/", "4/3", "99999999999/3"})
-    EXPECT_FALSE(helpers::PictureIn(text)) << text;
+    EXPECT_FALSE(helpers::ParseProgress(text)) << text;
 }
 
 TEST_F(TiffsMaker, StopEndsTheProcess) {

@@ -7,8 +7,8 @@
 namespace quillon::helpers {
 namespace {
 
-// "/c", then the name of a helper's program in this folder and, behind a blank, its parameter text, as one argument. It
-// is run to its end; its twin takes its place where it is missing or may not run.
+// Arguments: "/c", then one argument with the name of a helper program in this folder and, after a blank, its parameter
+// text. The helper runs to its end. If it is missing or must not run, its twin is run instead.
 host::Status Execute(Helper& helper) {
   const std::vector<std::string> arguments = helper.Fields();
   if (arguments.size() != 2 || arguments[0] != "/c") return UsageError("需要 /c 和一条命令");
@@ -18,20 +18,20 @@ host::Status Execute(Helper& helper) {
   if (program.empty() || program.find('/') != std::string::npos) return UsageError("只能运行程序文件夹里的程序");
   std::vector<std::string> words{helper.AppPath(program)};
   if (blank != std::string::npos) words.push_back(command.substr(blank + 1));
-  Ended ended = RunProgram(words);
-  if (!ended.started) {
+  ProgramResult result = RunProgram(words);
+  if (!result.started) {
     words[0] = helper.AppPath(base::SplitPath(program).name + ".dll");
-    ended = RunProgram(words);
+    result = RunProgram(words);
   }
-  return ended ? host::Status::Ok() : host::Status{host::Problem::Other, "命令没有成功：" + program};
+  return result ? host::Status::Ok() : host::Status{host::Problem::Other, "命令没有成功：" + program};
 }
 
 }  // namespace
 }  // namespace quillon::helpers
 
-// The command interpreter by which the program runs a helper that it cannot start itself.
+// The command interpreter through which the program runs a helper that it cannot start directly.
 int main(int count, char** arguments) {
   namespace helpers = quillon::helpers;
-  // What it runs knows its own time.
+  // The helper that it runs sets its own time limit.
   return helpers::RunHelper("CMD", count, arguments, helpers::Execute, {.seconds = helpers::kSecondsOfABatch});
 }

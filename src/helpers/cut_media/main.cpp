@@ -1,33 +1,85 @@
 // SPDX-FileCopyrightText: 2026 The Quillon developers
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "helpers/cut_media/media_order.h"
+#include <algorithm>
+#include <string>
+#include <vector>
+
+#include "base/path_text.h"
 #include "helpers/runtime/child.h"
 #include "helpers/runtime/helper.h"
 
 namespace quillon::helpers {
 namespace {
 
+// A file, and the plain name in the program folder under which FFmpeg reads or writes it.
+struct WorkCopy {
+  std::string path;
+  std::string name;
+};
+
+// An FFmpeg command line that reads and writes only files with plain names in the program folder, because FFmpeg
+// interprets other names as URLs or as patterns of numbers.
+struct MediaOrder {
+  std::vector<std::string> words;  // with the plain names
+  std::vector<WorkCopy> inputs;    // must be copied there before
+  WorkCopy output;                 // must be copied from there afterwards; path is "" if the last word is no file
+  std::string forbidden;           // a word that refers to a file elsewhere, "" if there is none
+};
+
+// Returns stem with the extension of path, if that consists of letters and digits only.
+std::string PlainName(const std::string& stem, const std::string& path) {
+  const std::string extension = base::SplitPath(path).extension;
+  const bool plain = std::all_of(extension.begin(), extension.end(), [](char sign) {
+    return (sign >= '0' && sign <= '9') || (sign >= 'a' && sign <= 'z') || (sign >= 'A' && sign <= 'Z');
+  });
+  return plain && !extension.empty() ? stem + "." + extension : stem;
+}
+
+// Returns true if a word that is passed unchanged refers to a file outside of the program folder, even as a URL.
+bool RefersElsewhere(const std::string& word) {
+  return word.starts_with('/') || word.starts_with("../") || word.find("/../") != std::string::npos ||
+         word.find(":/") != std::string::npos || word.find(":..") != std::string::npos;
+}
+
+MediaOrder ReadMediaOrder(const std::vector<std::string>& words) {
+  MediaOrder order{.words = words};
+  for (std::size_t i = 0; i < words.size(); ++i) {
+    const bool input = i > 0 && words[i - 1] == "-i";
+    const bool whole = words[i].starts_with('/');
+    if (input && whole) {
+      order.inputs.push_back({words[i], PlainName("CutMediaIn" + std::to_string(order.inputs.size() + 1), words[i])});
+      order.words[i] = order.inputs.back().name;
+    } else if (i + 1 == words.size() && whole) {
+      order.output = {words[i], PlainName("CutMediaOut", words[i])};
+      order.words[i] = order.output.name;
+    } else if (!input && RefersElsewhere(words[i])) {
+      order.forbidden = words[i];
+    }
+  }
+  return order;
+}
+
 host::Status Run(Helper& helper, const MediaOrder& order) {
   host::Files& files = helper.Files();
-  for (const Aside& input : order.inputs) {
+  for (const WorkCopy& input : order.inputs) {
     if (host::Status put = files.CopyOwn(input.path, helper.AppPath(input.name)); !put) return put;
   }
   std::vector<std::string> command{"ffmpeg", "-nostdin", "-hide_banner", "-loglevel", "error"};
   command.insert(command.end(), order.words.begin(), order.words.end());
-  const Ended ended = RunProgram(command);
-  if (!ended) return {host::Problem::Other, ended.started ? ended.output : "无法运行 ffmpeg"};
+  const ProgramResult result = RunProgram(command);
+  if (!result) return {host::Problem::Other, result.started ? result.output : "无法运行 ffmpeg"};
   if (order.output.path.empty()) return host::Status::Ok();
   return files.Copy(helper.AppPath(order.output.name), order.output.path);
 }
 
-// Arguments of FFmpeg. The result, which is the last of them, is made aside and takes its name when FFmpeg has ended
-// well.
+// The parameter text holds the arguments of FFmpeg. The last one is the output; it is written under a plain name and
+// copied to its path after FFmpeg has succeeded.
 host::Status Execute(Helper& helper) {
   const MediaOrder order = ReadMediaOrder(helper.Words());
   if (order.words.empty()) return UsageError("没有FFmpeg的参数");
-  if (!order.stray.empty()) return UsageError("不能直接读写 " + order.stray);
+  if (!order.forbidden.empty()) return UsageError("不能直接读写 " + order.forbidden);
   const host::Status status = Run(helper, order);
-  for (const Aside& input : order.inputs) {
+  for (const WorkCopy& input : order.inputs) {
     static_cast<void>(helper.Files().RemoveOwn(helper.AppPath(input.name)));
   }
   if (!order.output.path.empty()) static_cast<void>(helper.Files().RemoveOwn(helper.AppPath(order.output.name)));
@@ -39,6 +91,6 @@ host::Status Execute(Helper& helper) {
 
 int main(int count, char** arguments) {
   namespace helpers = quillon::helpers;
-  // All threads of FFmpeg count, and a film may be long.
+  // The limit applies to the sum of all threads of FFmpeg, and a film may be long.
   return helpers::RunHelper("CutMedia", count, arguments, helpers::Execute, {.seconds = helpers::kSecondsOfABatch});
 }

@@ -15,11 +15,11 @@ namespace {
 
 constexpr std::size_t kValues = 27;
 constexpr int kLastQuality = 2;
-constexpr int kMostSide = 65500;
-constexpr int kMostDpi = 10000;
-constexpr std::size_t kMostName = 4096;
+constexpr int kMaxSide = 65500;
+constexpr int kMaxDpi = 10000;
+constexpr std::size_t kMaxName = 4096;
 
-// Hands out the values in their order.
+// Reads the values of an order in sequence. Numbers outside of their range are clamped.
 class Values {
  public:
   explicit Values(const std::vector<std::string>& lines) : lines_(lines) {}
@@ -46,13 +46,13 @@ void Fill(Values values, OkList& order) {
   order.colour = values.Flag();
   order.grey = values.Flag();
   order.resize = values.Flag();
-  order.width = values.Number(0, kMostSide);
-  order.height = values.Number(0, kMostSide);
+  order.width = values.Number(0, kMaxSide);
+  order.height = values.Number(0, kMaxSide);
   order.cut = values.Flag();
-  order.left = values.Number(0, kMostSide);
-  order.right = values.Number(0, kMostSide);
-  order.top = values.Number(0, kMostSide);
-  order.bottom = values.Number(0, kMostSide);
+  order.left = values.Number(0, kMaxSide);
+  order.right = values.Number(0, kMaxSide);
+  order.top = values.Number(0, kMaxSide);
+  order.bottom = values.Number(0, kMaxSide);
   order.cutByRule = values.Flag();
   order.cutRule = values.Text();
   order.matchCase = values.Flag();
@@ -60,7 +60,7 @@ void Fill(Values values, OkList& order) {
   order.headFirst = values.Flag();
   order.verify = values.Flag();
   order.headRule = values.Text();
-  order.dpi = values.Number(0, kMostDpi);
+  order.dpi = values.Number(0, kMaxDpi);
   order.adjust = values.Flag();
   order.brightness = values.Number(-100, 100);
   order.contrast = values.Number(-100, 100);
@@ -84,23 +84,23 @@ host::Status ReadOkList(const host::Files& files, const std::string& path, OkLis
   return order.pictures.empty() ? UsageError("没有图片") : host::Status::Ok();
 }
 
-bool NameFits(const std::string& picture, const std::string& rule, Letters letters) {
+bool NameMatches(const std::string& picture, const std::string& rule, Case letterCase) {
   const std::string name = base::SplitPath(picture).name;
-  if (rule.empty() || name.size() > kMostName) return false;
+  if (rule.empty() || name.size() > kMaxName) return false;
   const auto kind =
-      std::regex::ECMAScript | (letters == Letters::AsTheyAre ? std::regex::flag_type{} : std::regex::icase);
+      std::regex::ECMAScript | (letterCase == Case::Sensitive ? std::regex::flag_type{} : std::regex::icase);
   try {
     return std::regex_search(name, std::regex(rule, kind));
   } catch (const std::regex_error&) {
-    const bool exact = letters == Letters::AsTheyAre;
+    const bool exact = letterCase == Case::Sensitive;
     const std::string in = exact ? name : base::ToLowerAscii(name);
     return in.find(exact ? rule : base::ToLowerAscii(rule)) != std::string::npos;
   }
 }
 
-void PutHeadsFirst(OkList& order) {
+void MoveHeadsFirst(OkList& order) {
   std::stable_partition(order.pictures.begin(), order.pictures.end(), [&](const std::string& picture) {
-    return NameFits(picture, order.headRule, Letters::AsTheyAre);
+    return NameMatches(picture, order.headRule, Case::Sensitive);
   });
 }
 

@@ -11,15 +11,16 @@ namespace quillon::helpers {
 
 using tools::OkList;
 
-// Fails where the file is missing, torn, holds too few lines or names a target or picture by a path that may not be.
+// Reads an order. Fails if the file is missing, damaged or has too few lines, if it has no pictures, or if the target
+// or a picture is not an absolute path without "..".
 host::Status ReadOkList(const host::Files& files, const std::string& path, OkList& order);
 
-// Whether the name of a picture, without folder and extension, fits a regular expression; a rule that is none fits the
-// names that hold it. An empty rule fits none.
-enum class Letters { AsTheyAre, UpperIsLower };
-bool NameFits(const std::string& picture, const std::string& rule, Letters letters);
+// Returns true if the name of a picture, without folder and extension, matches a regular expression.
+// If rule is not a valid expression, a name that contains it matches. An empty rule matches no name.
+enum class Case { Sensitive, Insensitive };
+bool NameMatches(const std::string& picture, const std::string& rule, Case letterCase);
 
-// Head pictures first, each kind in the order that it had.
-void PutHeadsFirst(OkList& order);
+// Moves the pictures whose names match headRule to the front. Otherwise the order is kept.
+void MoveHeadsFirst(OkList& order);
 
 }  // namespace quillon::helpers

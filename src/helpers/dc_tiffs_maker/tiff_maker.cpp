@@ -29,10 +29,10 @@ class Maker {
       host::Status first;
       int number = 0;
       for (const std::string& picture : order_.pictures) {
-        Tell(++number);
+        ReportProgress(++number);
         const host::Status added = AddPicture(picture, tiff);
         if (added.DiskFull()) return added;
-        if (!added) Complain("DCTiffsMaker", NameOf(picture) + "：" + added.Why());
+        if (!added) LogError("DCTiffsMaker", NameOf(picture) + "：" + added.Why());
         if (first) first = added;
       }
       if (!first && (tiff.Count() == 0 || helper_.Files().Stat(order_.target))) return first;
@@ -41,7 +41,7 @@ class Maker {
   }
 
  private:
-  void Tell(int number) {
+  void ReportProgress(int number) {
     helper_.Set(order_.application, tools::key::kMakeTiffProg,
                 "Tiff压制中，" + std::to_string(number) + "/" + std::to_string(order_.pictures.size()));
   }
@@ -71,7 +71,7 @@ class Maker {
   }
 
   host::Status Prepare(const std::string& picture, imaging::Image& image) {
-    const bool head = NameFits(picture, order_.headRule, Letters::AsTheyAre);
+    const bool head = NameMatches(picture, order_.headRule, Case::Sensitive);
     host::Status done;
     if (order_.adjust && (head || !order_.adjustHeads)) {
       done = imaging::AdjustBrightnessAndContrast(image, order_.brightness, order_.contrast);
@@ -87,11 +87,11 @@ class Maker {
 
   bool IsCut(const std::string& picture) const {
     if (!order_.cut) return false;
-    const Letters letters = order_.matchCase ? Letters::AsTheyAre : Letters::UpperIsLower;
-    return order_.cutAll || !order_.cutByRule || NameFits(picture, order_.cutRule, letters);
+    const Case letterCase = order_.matchCase ? Case::Sensitive : Case::Insensitive;
+    return order_.cutAll || !order_.cutByRule || NameMatches(picture, order_.cutRule, letterCase);
   }
 
-  // Margins that leave nothing of a picture do not fit it: it stays whole.
+  // If the margins leave nothing of a picture, it is not cropped.
   host::Status Cut(imaging::Image& image) {
     const base::Rect left{order_.left, order_.top, services_.GetImageWidth(image) - order_.left - order_.right,
                           services_.GetImageHeight(image) - order_.top - order_.bottom};
@@ -103,7 +103,7 @@ class Maker {
   imaging::Services services_;
 };
 
-// What was saved must be there, and be a TIFF.
+// Checks that the saved file exists and is a TIFF, if the order asks for it.
 host::Status Verify(Helper& helper, const OkList& order) {
   int pages = 0;
   return order.verify ? imaging::CountTiffPages(helper.Files(), order.target, pages) : host::Status::Ok();
@@ -114,11 +114,11 @@ host::Status Verify(Helper& helper, const OkList& order) {
 host::Status MakeTiffByList(Helper& helper, const std::string& path) {
   OkList order;
   if (host::Status read = ReadOkList(helper.Files(), path, order); !read) {
-    // The file tells whose settings; without it nobody can be told.
+    // The order file names the settings that receive the report. Without it nobody can be notified.
     if (!order.application.empty()) helper.Set(order.application, tools::key::kMakeTiffProg, read.Why());
     return read;
   }
-  if (order.headFirst) PutHeadsFirst(order);
+  if (order.headFirst) MoveHeadsFirst(order);
   host::Status made = Maker(helper, order).Make();
   if (made) made = Verify(helper, order);
   helper.Set(order.application, tools::key::kMakeTiffProg, made ? "True" : made.DiskFull() ? "FullDisk" : made.Why());

@@ -8,9 +8,11 @@
 
 namespace quillon::helpers {
 
-// Carries out the order in a file. Into "MakeTiffProg" of the order's application goes what it is at, then "True"
-// once the TIFF stands, "FullDisk" where the disk is full, or what else it failed with. A picture that cannot be read
-// is left out, but then no file is replaced.
+// Makes a TIFF by the order in the file path.
+// The settings value "MakeTiffProg" of the order's application receives the progress, then "True" after the TIFF is
+// saved,
+// "FullDisk" if the disk is full, or the text of any other failure.
+// A picture that cannot be read is omitted. An existing file is then not replaced.
 host::Status MakeTiffByList(Helper& helper, const std::string& path);
 
 }  // namespace quillon::helpers

@@ -23,7 +23,7 @@ using host::Status;
 constexpr std::uint64_t kLargestFile = std::uint64_t{1} << 30;
 constexpr const char* kOrientation = "Exif.Image.Orientation";
 
-// Tags of the first directory that tell how the pixels of that very file are stored.
+// Tags of the first directory that describe how the pixels of that very file are stored.
 const std::set<std::uint16_t>& StructuralTags() {
   static const std::set<std::uint16_t> kTags = {
       0x00FE, 0x00FF, 0x0100, 0x0101, 0x0102, 0x0103, 0x0106, 0x0107, 0x0108, 0x0109, 0x010A, 0x0111, 0x0112, 0x0115,
@@ -38,7 +38,7 @@ bool IsStructural(const Exiv2::Exifdatum& datum) {
   return datum.groupName() == "Image" && StructuralTags().contains(datum.tag());
 }
 
-// Directories of other pictures in the file, reduced ones among them.
+// Directories of other pictures in the file, such as reduced versions.
 bool IsOtherPicture(const Exiv2::Exifdatum& datum) {
   const std::string group = datum.groupName();
   return group.starts_with("Image") ? group != "Image"
@@ -65,10 +65,10 @@ void EraseIf(Data& data, Unwanted unwanted) {
 struct Target {
   bool jpeg = false;
   base::Size size;
-  int dpi = 0;  // as a jpeg itself tells it
+  int dpi = 0;  // from the header of a JPEG
 };
 
-// The description of source with what is true of the pixels of target.
+// Returns the metadata of source, with the values about pixels taken from target.
 Exiv2::ExifData ExifFor(const Exiv2::ExifData& source, const Exiv2::ExifData& own, const Target& target) {
   Exiv2::ExifData exif = source;
   EraseIf(exif, [](const auto& datum) { return IsStructural(datum) || IsOtherPicture(datum) || HoldsJpeg(datum); });
@@ -90,7 +90,7 @@ Exiv2::ExifData ExifFor(const Exiv2::ExifData& source, const Exiv2::ExifData& ow
   return exif;
 }
 
-// Pictures that exiv2 knows nothing of, in maker notes, are blotted out as well.
+// Also erases embedded pictures that exiv2 does not recognise, such as previews in maker notes.
 Exiv2::ExifData WithoutPictures(const Exiv2::ExifData& exif, const Target& target) {
   if (exif.empty()) return exif;
   Exiv2::Blob blob;
@@ -125,8 +125,8 @@ Exiv2::XmpData XmpFor(const Exiv2::XmpData& source, const Target& target) {
   return xmp;
 }
 
-// The kind of colours that a profile is for, as its header tells, against the components of a picture.
-bool ProfileServes(const Exiv2::DataBuf& profile, int components) {
+// Returns true if the colour space in the header of the profile fits the number of components.
+bool ProfileMatches(const Exiv2::DataBuf& profile, int components) {
   constexpr long kKindAt = 16;
   if (profile.size_ < kKindAt + 4) return false;
   const std::string_view kind(reinterpret_cast<const char*>(profile.pData_ + kKindAt), 4);
@@ -134,7 +134,7 @@ bool ProfileServes(const Exiv2::DataBuf& profile, int components) {
          (components == 4 && kind == "CMYK");
 }
 
-// Components of a jpeg's frame; 0 where it has none.
+// Returns the number of components in the frame header of a JPEG, 0 if it has none.
 int JpegComponents(std::string_view bytes) {
   const auto byte = [&](std::size_t at) { return static_cast<unsigned char>(bytes[at]); };
   for (std::size_t at = 2; at + 10 <= bytes.size() && byte(at) == 0xFF;) {
@@ -146,7 +146,7 @@ int JpegComponents(std::string_view bytes) {
   return 0;
 }
 
-// A palette holds colours of three components.
+// The colours of a palette have three components.
 int PngComponents(std::string_view bytes) {
   constexpr std::size_t kColourTypeAt = 25;
   if (bytes.size() <= kColourTypeAt) return 0;
@@ -163,7 +163,7 @@ int TiffComponents(const Exiv2::ExifData& exif) {
                                                                        : 0;
 }
 
-// 0 for what is none of the three kinds.
+// Returns 0 if the format is none of the three.
 int ComponentsOf(std::string_view bytes, const Exiv2::Image& image) {
   if (bytes.starts_with("\xFF\xD8")) return JpegComponents(bytes);
   if (bytes.starts_with("\x89PNG")) return PngComponents(bytes);
@@ -184,7 +184,7 @@ Target FactsOf(const std::string& bytes, const Exiv2::Image& image) {
   return target;
 }
 
-// target's bytes with the description of source in them.
+// Returns the bytes of target with the metadata of source.
 std::string Described(const std::string& source, const std::string& target) {
   const auto from = Open(source);
   const auto to = Open(target);
@@ -196,7 +196,7 @@ std::string Described(const std::string& source, const std::string& target) {
   EraseIf(iptc, [](const auto& datum) { return datum.key().find("Preview") != std::string::npos; });
   to->setIptcData(iptc);
   if (!to->iccProfileDefined() && from->iccProfileDefined() &&
-      ProfileServes(*from->iccProfile(), ComponentsOf(target, *to))) {
+      ProfileMatches(*from->iccProfile(), ComponentsOf(target, *to))) {
     Exiv2::DataBuf profile(*from->iccProfile());
     to->setIccProfile(profile, false);
   }
@@ -222,7 +222,7 @@ Status FromLibrary(const Exiv2::Error& error) {
   }
 }
 
-bool IsStill(const host::Files& files, const std::string& path, const std::optional<host::FileFacts>& before) {
+bool IsUnchanged(const host::Files& files, const std::string& path, const std::optional<host::FileFacts>& before) {
   const auto now = files.Stat(path);
   return now && before && now->device == before->device && now->inode == before->inode &&
          now->changed == before->changed;
@@ -246,8 +246,8 @@ Status CopyDescription(host::Files& files, const std::string& source, const std:
   if (!SamePicture(to, described)) return {Problem::Damaged, "写入Exif后的图片与原图不符，没有保存"};
   return files.Save(target, [&](host::Draft& draft) {
     Status written = draft.Write(described.data(), described.size());
-    // As late as can be: who waited for this too long may have put another picture there.
-    if (written && !IsStill(files, target, before)) written = {Problem::Other, "目标文件已有变化，没有写入Exif"};
+    // Checked as late as possible: if this helper was slow, the program may have replaced the target meanwhile.
+    if (written && !IsUnchanged(files, target, before)) written = {Problem::Other, "目标文件已有变化，没有写入Exif"};
     return written;
   });
 }

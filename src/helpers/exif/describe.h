@@ -8,13 +8,13 @@
 
 namespace quillon::helpers {
 
-// Copies Exif, XMP and IPTC from source to target, and the ICC profile where target has none and it is for colours of
-// its kind. What tells of the pixels themselves stays the target's own: sizes, orientation, resolution, coding.
-// Thumbnails and previews, which show what may have been cut away, do not come along.
+// Copies Exif, XMP and IPTC from source to target, and the ICC profile if target has none and its colours match.
+// Values about the pixels themselves (sizes, orientation, resolution, coding) are kept from target.
+// Thumbnails and previews are not copied, because they may show parts that were cropped away.
 //
-// target is replaced by a copy that was checked to hold the very same picture; on any failure it stays as it is.
-// So does another file that took its place meanwhile.
-// Unsupported: a format that can hold none of this. Damaged: one of the files cannot be read.
+// target is replaced only by a copy that was verified to contain exactly the same picture. It stays unchanged on any
+// failure, and if another file has replaced it meanwhile.
+// Errors: Unsupported if the format cannot hold metadata, Damaged if one of the files cannot be read.
 host::Status CopyDescription(host::Files& files, const std::string& source, const std::string& target);
 
 }  // namespace quillon::helpers

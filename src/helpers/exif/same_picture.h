@@ -6,9 +6,10 @@
 
 namespace quillon::helpers {
 
-// Whether two files, whole in memory, hold the same coded picture, whatever else is said in them: of jpeg everything
-// from the tables on but for descriptions, of png the chunks of the picture, of tiff the coded data of every page.
-// False for anything that cannot be followed.
+// Returns true if two files, given as their whole content, contain the same coded picture. Metadata is ignored.
+// Compared are: in a JPEG everything after the metadata segments (tables, frame and scans), in a PNG the chunks of the
+// picture, in a TIFF the coded data of every page.
+// Returns false if a file cannot be parsed, or is of another format.
 bool SamePicture(std::string_view before, std::string_view after);
 
 }  // namespace quillon::helpers

@@ -10,8 +10,9 @@ namespace {
 
 using namespace std::string_view_literals;
 
-constexpr std::uint64_t kMostBytes = 64 << 20;
+constexpr std::uint64_t kMaxBytes = 64 << 20;
 constexpr std::string_view kMark8 = "\xEF\xBB\xBF";
+// A character above the basic plane is a high surrogate followed by a low one.
 constexpr char32_t kHighFirst = 0xD800;
 constexpr char32_t kLowFirst = 0xDC00;
 constexpr char32_t kLowEnd = 0xE000;
@@ -34,14 +35,16 @@ void AppendUtf8(char32_t letter, std::string& out) {
   byte(0x80 | (letter & 0x3F));
 }
 
-std::optional<std::string> DecodeUtf16(std::string_view bytes, bool bigEndFirst) {
+enum class ByteOrder { Little, Big };
+
+std::optional<std::string> DecodeUtf16(std::string_view bytes, ByteOrder order) {
   if (bytes.size() % 2 != 0) return std::nullopt;
   std::string text;
   char32_t high = 0;
   for (std::size_t i = 0; i < bytes.size(); i += 2) {
     const auto first = static_cast<unsigned char>(bytes[i]);
     const auto second = static_cast<unsigned char>(bytes[i + 1]);
-    const char32_t unit = bigEndFirst ? first << 8 | second : second << 8 | first;
+    const char32_t unit = order == ByteOrder::Big ? first << 8 | second : second << 8 | first;
     const bool low = unit >= kLowFirst && unit < kLowEnd;
     if (low != (high != 0)) return std::nullopt;
     if (low) {
@@ -60,8 +63,8 @@ std::optional<std::string> DecodeUtf16(std::string_view bytes, bool bigEndFirst)
 }  // namespace
 
 std::optional<std::string> DecodeOrder(std::string_view bytes) {
-  if (bytes.starts_with("\xFF\xFE"sv)) return DecodeUtf16(bytes.substr(2), false);
-  if (bytes.starts_with("\xFE\xFF"sv)) return DecodeUtf16(bytes.substr(2), true);
+  if (bytes.starts_with("\xFF\xFE"sv)) return DecodeUtf16(bytes.substr(2), ByteOrder::Little);
+  if (bytes.starts_with("\xFE\xFF"sv)) return DecodeUtf16(bytes.substr(2), ByteOrder::Big);
   if (bytes.starts_with(kMark8)) bytes.remove_prefix(kMark8.size());
   return std::string(bytes);
 }
@@ -80,7 +83,7 @@ std::vector<std::string> LinesOf(std::string_view text) {
 
 host::Status ReadOrder(const host::Files& files, const std::string& path, std::vector<std::string>& lines) {
   std::string bytes;
-  if (host::Status read = files.ReadFile(path, bytes, kMostBytes); !read) return read;
+  if (host::Status read = files.ReadFile(path, bytes, kMaxBytes); !read) return read;
   const std::optional<std::string> text = DecodeOrder(bytes);
   if (!text || text->find('\0') != std::string::npos) return {host::Problem::Damaged, "命令文件已损坏"};
   lines = LinesOf(*text);

@@ -9,20 +9,22 @@
 
 #include "host/files/files.h"
 
-// Order files: texts that the program writes for its helpers, a value a line.
+// Order files: text files that the program writes for its helpers, with one value a line.
 namespace quillon::helpers {
 
-// UTF-16 with a byte order mark, or UTF-8 with or without one, as UTF-8. Nothing where it is cut inside a character or
-// holds half a pair.
+// Converts UTF-16 with a byte order mark, or UTF-8 with or without one, to UTF-8 without one.
+// Returns nullopt if UTF-16 is cut inside a character or has an unpaired surrogate.
 std::optional<std::string> DecodeOrder(std::string_view bytes);
 
-// Without their ends, "\r\n" or "\n"; one behind the last line adds none.
+// Splits a text into lines, which end with "\r\n" or "\n". A line end at the end of the text does not start another
+// line.
 std::vector<std::string> LinesOf(std::string_view text);
 
-// The lines of an order file. Missing: there is none. TooLarge: above 64 MB. Damaged: no text, or torn.
+// Reads the lines of an order file.
+// Errors: Missing if it does not exist, TooLarge above 64 MB, Damaged if it is not valid text.
 host::Status ReadOrder(const host::Files& files, const std::string& path, std::vector<std::string>& lines);
 
-// Whether an order may name this path: absolute, and nowhere leading back up.
+// Returns true if an order may contain this path: it must be absolute and must not contain "..".
 bool IsPlainPath(std::string_view path);
 
 }  // namespace quillon::helpers

@@ -11,7 +11,7 @@
 
 namespace quillon::helpers {
 
-// Writes what qpdf writes into a draft; throws std::runtime_error at the first failure, which the draft keeps.
+// The output of qpdf into a draft. Throws std::runtime_error at the first failure; Result() returns that failure.
 class DraftPipeline final : public Pipeline {
  public:
   explicit DraftPipeline(host::Draft& draft) : Pipeline("draft", nullptr), draft_(draft) {}
@@ -25,7 +25,7 @@ class DraftPipeline final : public Pipeline {
   host::Status result_;
 };
 
-// Lets qpdf read a finished draft back.
+// The input of qpdf from a finished draft.
 class DraftSource final : public InputSource {
  public:
   explicit DraftSource(host::Draft& draft) : draft_(draft) {}
@@ -44,7 +44,7 @@ class DraftSource final : public InputSource {
   qpdf_offset_t at_ = 0;
 };
 
-// Whether a finished draft is a sound PDF of so many pages.
+// Checks that a finished draft is an undamaged PDF with that many pages.
 host::Status CheckPdf(host::Draft& draft, int pages);
 
 }  // namespace quillon::helpers

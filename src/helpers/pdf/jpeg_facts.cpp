@@ -19,7 +19,7 @@ bool IsFrame(int marker) {
   return marker >= 0xC0 && marker <= 0xCF && marker != 0xC4 && marker != 0xC8 && marker != 0xCC;
 }
 
-// Where the segment of the frame begins, behind its marker; 0 where there is none before the picture data.
+// Returns the offset of the frame segment, after its marker; 0 if there is none before the picture data.
 std::size_t FindFrame(std::string_view bytes, int& marker) {
   std::size_t at = 2;
   while (at + 4 <= bytes.size() && Byte(bytes, at) == 0xFF) {
@@ -35,7 +35,7 @@ std::size_t FindFrame(std::string_view bytes, int& marker) {
   return 0;
 }
 
-// The parts of a profile in their order, "" where one is missing or it is not for these colours.
+// Returns the parts of the profile in their order; "" if one is missing or the profile does not match the components.
 std::string ProfileOf(const imaging::JpegHead& head, int components) {
   std::string profile;
   for (std::size_t number = 1; number <= head.icc.size(); ++number) {
@@ -57,7 +57,7 @@ std::string ProfileOf(const imaging::JpegHead& head, int components) {
 host::Status ReadJpegFacts(std::string_view bytes, JpegFacts& facts) {
   imaging::JpegHead head;
   if (imaging::ParseJpegHead(bytes, head) != imaging::HeadState::Complete) return Damaged();
-  // Some writers leave a few bytes behind the end.
+  // Some encoders append a few bytes after the end marker.
   constexpr std::size_t kTail = 4096;
   if (bytes.substr(bytes.size() - std::min(bytes.size(), kTail)).find("\xFF\xD9") == std::string_view::npos) {
     return Damaged();

@@ -9,18 +9,19 @@
 
 namespace quillon::helpers {
 
-// What a PDF has to know of a JPEG that it takes in as it is.
+// The properties of a JPEG that a PDF needs to embed it unchanged.
 struct JpegFacts {
   int width = 0;
   int height = 0;
   int components = 0;     // 1 grey, 3 RGB or YCbCr, 4 CMYK
-  bool inverted = false;  // CMYK that counts light, as an Adobe marker tells
-  int dpi = 0;            // 0: not told
-  std::string profile;    // ICC, "" for none or where it is not for these colours
+  bool inverted = false;  // CMYK with 0 for full ink, as an Adobe marker indicates
+  int dpi = 0;            // 0 if not given
+  std::string profile;    // ICC, "" if there is none or it does not match the components
 };
 
-// From the bytes of a whole file. Damaged: no JPEG, or cut off. Unsupported: a kind that PDF does not take (arithmetic
-// coding, lossless, more than 8 bits).
+// Reads the properties from the bytes of a complete file.
+// Errors: Damaged if it is not a JPEG or is truncated, Unsupported if PDF cannot embed it (arithmetic coding, lossless,
+// more than 8 bits).
 host::Status ReadJpegFacts(std::string_view bytes, JpegFacts& facts);
 
 }  // namespace quillon::helpers

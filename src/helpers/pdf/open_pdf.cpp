@@ -8,7 +8,7 @@ namespace quillon::helpers {
 namespace {
 
 constexpr PageBox kLetter{0, 0, 612, 792};
-constexpr double kMostUserUnit = 75000;
+constexpr double kMaxUserUnit = 75000;
 
 }  // namespace
 
@@ -63,7 +63,7 @@ int QuarterTurnsOf(QPDFPageObjectHelper& page) {
 double UserUnitOf(QPDFPageObjectHelper& page) {
   QPDFObjectHandle unit = page.getObjectHandle().getKey("/UserUnit");
   const double value = unit.isNumber() ? unit.getNumericValue() : 1;
-  return value > 0 && value <= kMostUserUnit ? value : 1;
+  return value > 0 && value <= kMaxUserUnit ? value : 1;
 }
 
 }  // namespace quillon::helpers

@@ -14,14 +14,14 @@
 
 namespace quillon::helpers {
 
-// What kept a PDF from being read.
+// The failure of a PDF that cannot be read.
 host::Status DamagedPdf();
 host::Status StatusOf(const QPDFExc& failure);
 
-// Opens a PDF whose password is empty. The file is read when objects are asked for; throws as qpdf does.
+// Opens a PDF without a password. Objects are read from the file on demand. Throws the exceptions of qpdf.
 host::Status OpenPdf(const host::Files& files, const std::string& path, QPDF& pdf);
 
-// Runs work, which returns a Status; what qpdf throws becomes one.
+// Runs work, which returns a Status, and converts the exceptions of qpdf to a Status.
 template <class Work>
 host::Status PdfGuarded(Work work) {
   try {
@@ -35,14 +35,14 @@ host::Status PdfGuarded(Work work) {
   }
 }
 
-// The visible part of a page: its crop box within its media box, inherited ones too. A page without a usable media box
-// counts as a letter sheet, as viewers have it.
+// Returns the visible part of a page: its crop box, clipped to its media box; both may be inherited. A page without a
+// usable media box counts as US Letter, as in common viewers.
 PageBox VisibleBox(QPDFPageObjectHelper& page);
-// A box of a page, nothing where it has no usable one.
+// Returns a box of a page, nullopt if it has no usable one.
 std::optional<PageBox> BoxOfPage(QPDFPageObjectHelper& page, const char* key);
-// Clockwise quarter turns after which a page is shown.
+// Returns the clockwise quarter turns by which a page is rotated for display, 0 to 3.
 int QuarterTurnsOf(QPDFPageObjectHelper& page);
-// The size of a unit in 1/72 inch, 1 where none is told.
+// Returns the size of a unit of the page in 1/72 inch, 1 if none is given.
 double UserUnitOf(QPDFPageObjectHelper& page);
 
 }  // namespace quillon::helpers

@@ -12,7 +12,7 @@
 namespace quillon::helpers {
 namespace {
 
-constexpr double kMost = 1e7;
+constexpr double kMaxCoordinate = 1e7;
 constexpr double kAll = 100;
 
 double MarginOf(std::string_view text) { return std::max(0.0, base::LeadingNumber(text)); }
@@ -21,7 +21,7 @@ double MarginOf(std::string_view text) { return std::max(0.0, base::LeadingNumbe
 
 std::optional<PageBox> BoxOf(const std::array<double, 4>& corners) {
   for (const double value : corners) {
-    if (!(std::abs(value) <= kMost)) return std::nullopt;
+    if (!(std::abs(value) <= kMaxCoordinate)) return std::nullopt;
   }
   const PageBox box{std::min(corners[0], corners[2]), std::min(corners[1], corners[3]),
                     std::max(corners[0], corners[2]), std::max(corners[1], corners[3])};
@@ -58,7 +58,7 @@ host::Status ParseMargins(std::string_view text, Margins& margins) {
 }
 
 PageBox Trimmed(const PageBox& box, const Margins& margins, int quarterTurns) {
-  // A clockwise turn brings the left side of the page to the top, the top to the right, and so on.
+  // A clockwise turn moves the left side of the page to the top, the top to the right, and so on.
   std::array<double, 4> seen = {margins.left, margins.top, margins.right, margins.bottom};
   std::rotate(seen.begin(), seen.begin() + quarterTurns, seen.end());
   const auto [left, top, right, bottom] = seen;

@@ -10,7 +10,7 @@
 
 namespace quillon::helpers {
 
-// A rectangle of a PDF page in its own units, y upwards; left < right and bottom < top.
+// A rectangle of a PDF page in the units of the page. y points upwards, left < right and bottom < top.
 struct PageBox {
   double left = 0;
   double bottom = 0;
@@ -22,17 +22,17 @@ struct PageBox {
   bool operator==(const PageBox&) const = default;
 };
 
-// From two opposite corners in any order; nothing where a number is not finite, is beyond ten million, or where no
-// area is left.
+// Returns the box between two opposite corners, given in any order. nullopt if a coordinate is not finite or exceeds
+// ten million, or if the area is empty.
 std::optional<PageBox> BoxOf(const std::array<double, 4>& corners);
 
-// What two boxes have in common; nothing where they do not meet.
+// Returns the intersection of two boxes, nullopt if it is empty.
 std::optional<PageBox> Common(const PageBox& a, const PageBox& b);
 
-// Clockwise quarter turns of a page, 0 to 3; whole turns and the sign are taken off, other angles count as none.
+// Converts a rotation in degrees to clockwise quarter turns, 0 to 3. Angles that are not multiples of 90 give 0.
 int QuarterTurns(int degrees);
 
-// Parts of the page as it is seen, in per cent, taken off at each side.
+// Margins to crop, in per cent of the page as displayed.
 struct Margins {
   double left = 0;
   double top = 0;
@@ -40,11 +40,11 @@ struct Margins {
   double bottom = 0;
 };
 
-// "left|top|right|bottom", each a number as it was typed: what is no number counts as 0, and so does what is below.
-// Fails where there are not four, or where two opposite ones leave nothing.
+// Parses "left|top|right|bottom". A text that is not a number counts as 0, and so does a negative number.
+// Fails if there are not four values, or if two opposite margins add up to 100 or more.
 host::Status ParseMargins(std::string_view text, Margins& margins);
 
-// The box without its margins, for a page that is shown after so many clockwise quarter turns.
+// Returns the box without the margins, for a page that is rotated for display by that many clockwise quarter turns.
 PageBox Trimmed(const PageBox& box, const Margins& margins, int quarterTurns);
 
 }  // namespace quillon::helpers

@@ -11,7 +11,7 @@
 namespace quillon::helpers {
 namespace {
 
-constexpr int kDigits = 4;
+constexpr int kDigits = 4;  // decimal places of page boxes
 
 QPDFObjectHandle ArrayOf(const PageBox& box) {
   std::vector<QPDFObjectHandle> numbers;

@@ -10,9 +10,10 @@
 
 namespace quillon::helpers {
 
-// Takes the margins off every page by its boxes alone: text stays text, and links, outlines and everything else stay.
-// The media box and the crop box become what is left; the other boxes are cut to it. progress is told pages done and
-// all pages. source and target may be the same file; a source that had to be repaired to be read is then refused.
+// Crops the margins of every page by changing its page boxes only: text, links, outlines and everything else are kept.
+// The media box and the crop box become the remaining part; other boxes are clipped to it.
+// progress is called with the number of finished pages and of all pages.
+// source and target may be the same file, unless source is damaged so that qpdf had to repair it.
 host::Status CutPdf(host::Files& files, const std::string& source, const std::string& target, const Margins& margins,
                     const std::function<void(int, int)>& progress);
 

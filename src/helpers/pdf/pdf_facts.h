@@ -9,15 +9,15 @@
 
 namespace quillon::helpers {
 
-// A page as it is seen: turned, in 1/72 inch.
+// A page as displayed, that is, rotated. Sizes are in 1/72 inch.
 struct PdfPageFacts {
   double width = 0;
   double height = 0;
-  double unit = 1;      // of the page's own numbers, in 1/72 inch
-  double imageDpi = 0;  // resolution that the largest image on it has if it fills the page; 0 without images
+  double unit = 1;      // the unit of the page's own coordinates, in 1/72 inch
+  double imageDpi = 0;  // the resolution of the largest image if it fills the page, 0 if there are no images
 };
 
-// What a PDF tells of its pages, all of them.
+// Reads the properties of all pages of a PDF. Fails with Damaged if it has none.
 host::Status ReadPdfFacts(const host::Files& files, const std::string& path, std::vector<PdfPageFacts>& pages);
 
 }  // namespace quillon::helpers

@@ -18,11 +18,11 @@ namespace {
 
 constexpr std::size_t kBands = 3;
 constexpr double kPointsPerInch = 72;
-constexpr double kMostPixels = 120e6;
+constexpr double kMaxPixels = 120e6;
 
 void Silence(const std::string&, void*) {}
 
-// Rows without their padding.
+// Returns the rows without padding.
 std::vector<unsigned char> RowsOf(const poppler::image& image) {
   const std::size_t row = static_cast<std::size_t>(image.width()) * kBands;
   std::vector<unsigned char> rows(row * static_cast<std::size_t>(image.height()));
@@ -59,7 +59,7 @@ host::Status PdfRenderer::Render(int page, double dpi, double scale, imaging::Im
   const poppler::rectf box = drawn->page_rect();
   const double pixelsPerPoint = dpi * scale / kPointsPerInch;
   const double pixels = box.width() * box.height() * pixelsPerPoint * pixelsPerPoint;
-  if (!(pixels <= kMostPixels)) return {host::Problem::TooLarge, "页面太大"};
+  if (!(pixels <= kMaxPixels)) return {host::Problem::TooLarge, "页面太大"};
   poppler::page_renderer renderer;
   renderer.set_image_format(poppler::image::format_rgb24);
   renderer.set_render_hint(poppler::page_renderer::antialiasing);

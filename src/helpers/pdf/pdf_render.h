@@ -10,7 +10,7 @@
 
 namespace quillon::helpers {
 
-// Draws the pages of a PDF whose password is empty.
+// Renders the pages of a PDF without a password.
 class PdfRenderer {
  public:
   PdfRenderer();
@@ -20,8 +20,8 @@ class PdfRenderer {
 
   host::Status Open(const std::string& path);
   int Pages() const;
-  // A page, counted from 0, on white, as it is seen; the picture tells dpi, the drawing is made at dpi times scale.
-  // TooLarge: above 120 million pixels.
+  // Renders a page, counted from 0, on white as displayed. The picture is tagged with dpi, but rendered at dpi * scale.
+  // Fails with TooLarge above 120 million pixels.
   host::Status Render(int page, double dpi, double scale, imaging::Image& out) const;
 
  private:

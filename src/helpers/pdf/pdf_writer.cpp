@@ -14,9 +14,9 @@ namespace {
 
 constexpr int kCatalog = 1;
 constexpr int kPages = 2;
-constexpr double kLongestSide = 14400;  // units; longer pages get larger units
+constexpr double kLongestSide = 14400;  // the limit of PDF, in units; longer pages use larger units
 
-// At most four digits behind the point.
+// Returns a number with at most four decimal places.
 std::string Number(double value) { return base::NumberText(std::round(value * 1e4) / 1e4); }
 
 std::string Reference(int number) { return std::to_string(number) + " 0 R"; }

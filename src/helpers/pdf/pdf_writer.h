@@ -12,30 +12,30 @@
 
 namespace quillon::helpers {
 
-// A stencil that is laid over a page in red: rows from the top, eight pixels a byte, 1 for paint.
+// A bitmap that is painted over a page in red: rows from the top, eight pixels a byte, 1 paints.
 struct Stencil {
   int width = 0;
   int height = 0;
   std::string rows;
 };
 
-// Writes a PDF of pictures into a draft, page by page, and holds none of them. The first failure is kept and is the
-// result of everything that follows.
+// Writes a PDF of pictures into a draft, page by page, without keeping them in memory. After a failure every call
+// returns that failure.
 class PdfWriter {
  public:
   explicit PdfWriter(host::Draft& draft);
   PdfWriter(const PdfWriter&) = delete;
   PdfWriter& operator=(const PdfWriter&) = delete;
 
-  // A JPEG, byte for byte. Pages show it by the number that it gets.
+  // Embeds a JPEG byte for byte and gives its object number, by which pages refer to it.
   host::Status AddJpeg(std::string_view bytes, const JpegFacts& facts, int& number);
   host::Status AddStencil(const Stencil& stencil, int& number);
 
   struct Page {
-    int picture = 0;   // fills the page
+    int picture = 0;   // number of the JPEG that fills the page
     double width = 0;  // 1/72 inch
     double height = 0;
-    // A stencil over it: its number, 0 for none, its lower left corner and size.
+    // A stencil on top: its number, 0 for none, its lower left corner and its size.
     int stencil = 0;
     double left = 0;
     double bottom = 0;
@@ -45,7 +45,7 @@ class PdfWriter {
   host::Status AddPage(const Page& page);
 
   int Pages() const { return static_cast<int>(pages_.size()); }
-  // Completes the file and reads it back. A file without pages fails.
+  // Completes the file and reads it back. Fails if there are no pages.
   host::Status Finish();
 
  private:

@@ -11,7 +11,7 @@
 namespace quillon::helpers {
 namespace {
 
-// Source, target and the box of the shape: x, y, width, height in pixels of the source.
+// Fields: source, target, and the box of the ellipse: x, y, width and height in pixels of the source.
 host::Status Execute(Helper& helper) {
   const std::vector<std::string> fields = helper.Fields();
   if (fields.size() != 6) return UsageError("需要六个字段");

@@ -1,17 +1,16 @@
 // SPDX-FileCopyrightText: 2026 The Quillon developers
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "base/path_text.h"
-#include "helpers/pic_handler/make_pdf.h"
 #include "helpers/pic_handler/pic_order.h"
-#include "helpers/pic_handler/run_convert.h"
 #include "helpers/runtime/helper.h"
 #include "imaging/codecs/icc_convert.h"
 
 namespace quillon::helpers {
 namespace {
 
-// Arguments of ImageMagick's convert. What the program asks for is done here, where neither ImageMagick's policy nor
-// its limits stand in the way and no second program has to be started; all else goes to convert.
+// The parameter text is a command line of ImageMagick's convert. The conversions that the program needs are done here:
+// ImageMagick's policy and resource limits do not apply, and no second process is started. Everything else is passed on
+// to convert.
 host::Status Execute(Helper& helper) {
   PicOrder order;
   if (host::Status read = ReadPicOrder(helper.Words(), order); !read) return read;

@@ -1,6 +1,6 @@
 // SPDX-FileCopyrightText: 2026 The Quillon developers
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "helpers/pic_handler/make_pdf.h"
+#include "helpers/pic_handler/pic_order.h"
 
 #include "helpers/pdf/jpeg_facts.h"
 #include "helpers/pdf/pdf_writer.h"
@@ -11,10 +11,10 @@ namespace {
 
 constexpr std::uint64_t kLargestFile = std::uint64_t{1} << 30;
 constexpr int kQuality = 92;
-constexpr int kUntoldDpi = 72;
+constexpr int kDefaultDpi = 72;
 constexpr double kPointsPerInch = 72;
 
-// The picture as a jpeg, and what is to be known of it.
+// The picture as JPEG, and its properties.
 struct Jpeg {
   std::string bytes;
   JpegFacts facts;
@@ -45,8 +45,8 @@ host::Status Read(Helper& helper, const PicOrder& order, Jpeg& jpeg) {
 host::Status MakePdf(Helper& helper, const PicOrder& order) {
   Jpeg jpeg;
   if (host::Status read = Read(helper, order, jpeg); !read) return read;
-  const int told = order.dpi > 0 ? order.dpi : jpeg.facts.dpi;
-  const double points = kPointsPerInch / (told > 0 ? told : kUntoldDpi);
+  const int dpi = order.dpi > 0 ? order.dpi : jpeg.facts.dpi;
+  const double points = kPointsPerInch / (dpi > 0 ? dpi : kDefaultDpi);
   return helper.Files().Save(order.target, [&](host::Draft& draft) {
     PdfWriter pdf(draft);
     PdfWriter::Page page{.width = jpeg.facts.width * points, .height = jpeg.facts.height * points};

@@ -12,10 +12,10 @@
 namespace quillon::helpers {
 namespace {
 
-// Options that change nothing in what is made here, with their one word.
+// Options, each followed by one word, that do not affect the results made here.
 constexpr std::array kIdle = {"-interlace", "-units", "-depth", "-colorspace"};
 
-void Take(const std::string& option, const std::string& value, PicOrder& order) {
+void ApplyOption(const std::string& option, const std::string& value, PicOrder& order) {
   if (option == "-profile") {
     order.profiles.push_back(value);
   } else if (option == "-quality") {
@@ -41,7 +41,7 @@ host::Status ReadPicOrder(const std::vector<std::string>& words, PicOrder& order
     if (++i == order.options.size()) {
       order.plain = false;
     } else {
-      Take(option, order.options[i], order);
+      ApplyOption(option, order.options[i], order);
     }
   }
   return host::Status::Ok();

@@ -1,6 +1,6 @@
 // SPDX-FileCopyrightText: 2026 The Quillon developers
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "helpers/pic_handler/run_convert.h"
+#include "helpers/pic_handler/pic_order.h"
 
 #include <algorithm>
 
@@ -10,7 +10,7 @@
 namespace quillon::helpers {
 namespace {
 
-// The extension of a path where it is made of nothing but letters and digits, with its point.
+// Returns the extension of a path with its point if it consists of letters and digits only, otherwise "".
 std::string PlainExtension(const std::string& path) {
   const std::string extension = base::SplitPath(path).extension;
   const bool plain = std::all_of(extension.begin(), extension.end(), [](char sign) {
@@ -19,19 +19,22 @@ std::string PlainExtension(const std::string& path) {
   return plain && !extension.empty() ? "." + extension : "";
 }
 
-// Files of the program folder are named from there, so that its own name is not read into.
-std::string FromHere(const std::string& word, const std::string& folder) {
+// Returns a path in the program folder as a relative one, so that ImageMagick does not interpret characters of the
+// folder's name.
+std::string RelativeTo(const std::string& word, const std::string& folder) {
   return word.starts_with(folder + "/") ? word.substr(folder.size() + 1) : word;
 }
 
-}  // namespace
-
+// Returns the name of ImageMagick's convert, found by asking programs of that name for their version; "" if there is
+// none.
 std::string FindConvert() {
   for (const char* name : {"convert-im6.q16", "convert-im6", "magick", "convert"}) {
     if (RunProgram({name, "--version"}).output.starts_with("Version: ImageMagick")) return name;
   }
   return "";
 }
+
+}  // namespace
 
 host::Status RunConvert(Helper& helper, const PicOrder& order) {
   const std::string convert = FindConvert();
@@ -42,11 +45,11 @@ host::Status RunConvert(Helper& helper, const PicOrder& order) {
   static_cast<void>(files.RemoveOwn(helper.AppPath(out)));
   if (host::Status linked = files.CopyOwn(order.source, helper.AppPath(in)); !linked) return linked;
   std::vector<std::string> words{convert, in};
-  for (const std::string& option : order.options) words.push_back(FromHere(option, helper.World().programFolder));
+  for (const std::string& option : order.options) words.push_back(RelativeTo(option, helper.World().programFolder));
   words.push_back(out);
-  const Ended ended = RunProgram(words);
+  const ProgramResult result = RunProgram(words);
   host::Status status;
-  if (!ended) status = {host::Problem::Other, "ImageMagick 没有成功：" + ended.output};
+  if (!result) status = {host::Problem::Other, "ImageMagick 没有成功：" + result.output};
   if (status) status = files.Copy(helper.AppPath(out), order.target);
   static_cast<void>(files.RemoveOwn(helper.AppPath(in)));
   static_cast<void>(files.RemoveOwn(helper.AppPath(out)));

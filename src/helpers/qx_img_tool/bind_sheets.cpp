@@ -5,12 +5,12 @@
 #include "helpers/qx_img_tool/operations.h"
 #include "helpers/qx_img_tool/pages.h"
 #include "helpers/qx_img_tool/sheet_binder.h"
-#include "helpers/runtime/patience.h"
+#include "helpers/runtime/helper.h"
 
 namespace quillon::helpers {
 namespace {
 
-constexpr double kSecondsBetweenLooks = 0.005;
+constexpr double kPollInterval = 0.005;  // seconds
 constexpr const char* kEnd = "end";
 
 bool IsTrue(const std::string& text) {
@@ -18,7 +18,7 @@ bool IsTrue(const std::string& text) {
   return lower == "true" || base::LeadingNumber(lower) != 0;
 }
 
-// The name as it was given where it fits the kind, else with the extension of the kind.
+// Returns the name unchanged if its extension fits the format, otherwise with the extension of the format.
 std::string TargetOf(const std::string& name, bool tiff) {
   base::PathParts parts = base::SplitPath(name);
   const std::string extension = base::ToLowerAscii(parts.extension);
@@ -28,28 +28,28 @@ std::string TargetOf(const std::string& name, bool tiff) {
   return name + (tiff ? ".tiff" : ".pdf");
 }
 
-// The program's side of the feed: a path in the key is a sheet, and waits for an answer.
+// The queue of sheets: a path in the key is a sheet that waits for an answer.
 class Feed {
  public:
   Feed(Helper& helper, const ToolOrder& order) : helper_(helper), order_(order) {}
 
-  enum class Ended { ByWord, BySilence };
-  // Hands sheets to take, and answers them with what it says, until the program says that was the last.
-  template <class Take>
-  Ended Run(Take take) {
-    Patience patience(helper_);
+  enum class End { Reported, TimedOut };
+  // Calls accept for each sheet and writes its answer, until the program reports the end or a timeout expires.
+  template <class Accept>
+  End Run(Accept accept) {
+    IdleTimeout timeout(helper_);
     std::string answer;
     for (;;) {
       const std::string text = helper_.Get(order_.application, order_.key);
-      if (text == kEnd) return Ended::ByWord;
+      if (text == kEnd) return End::Reported;
       if (!text.empty() && text != answer) {
-        const host::Status taken = helper_.Files().IsFile(text) ? take(text) : Missing();
-        answer = taken ? "" : taken.Why();
+        const host::Status accepted = helper_.Files().IsFile(text) ? accept(text) : Missing();
+        answer = accepted ? "" : accepted.Why();
         helper_.Set(order_.application, order_.key, answer);
-        patience.Renew();
+        timeout.Restart();
       }
-      if (patience.Over()) return Ended::BySilence;
-      helper_.World().clock.Sleep(kSecondsBetweenLooks);
+      if (timeout.Expired()) return End::TimedOut;
+      helper_.World().clock.Sleep(kPollInterval);
     }
   }
 
@@ -74,16 +74,17 @@ host::Status BindSheets(Helper& helper, const ToolOrder& order) {
   const host::Status saved = helper.Files().Save(target, [&](host::Draft& draft) {
     const auto binder = options.tiff ? MakeTiffBinder(helper, options, draft) : MakePdfBinder(helper, options, draft);
     bool whole = true;
-    const Feed::Ended ended = feed.Run([&](const std::string& sheet) {
+    const Feed::End end = feed.Run([&](const std::string& sheet) {
       host::Status added = binder->Add(sheet);
       whole = whole && added;
       return added;
     });
     fed = true;
-    if (host::Status may = MayReplace(helper, target, whole && ended == Feed::Ended::ByWord); !may) return may;
+    const Complete complete = whole && end == Feed::End::Reported ? Complete::Yes : Complete::No;
+    if (host::Status may = CheckReplace(helper, target, complete); !may) return may;
     return binder->Finish();
   });
-  // Without a place for the result every sheet is still answered, or the program would wait for ever.
+  // If no draft could be created, every sheet still gets an answer; otherwise the program would wait forever.
   if (!saved && !fed) feed.Run([&](const std::string&) { return saved; });
   return saved;
 }

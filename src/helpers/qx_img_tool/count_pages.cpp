@@ -18,7 +18,7 @@ namespace {
 constexpr int kDefaultDpi = 72;
 constexpr int kDefaultQuality = 90;
 constexpr double kPointsPerInch = 72;
-constexpr double kPreviewPixels = 50e6;
+constexpr double kMaxPreviewPixels = 50e6;
 
 int NumberOr(const std::string& text, int fallback, int most) {
   const int number = base::ParseInteger(text).value_or(0);
@@ -34,7 +34,7 @@ host::Status SavePreview(Helper& helper, const ToolOrder& order, const imaging::
 
 host::Status ShowPdf(Helper& helper, const ToolOrder& order, const PdfPageFacts& page, int dpi) {
   const double pixels = page.width * page.height * dpi * dpi / (kPointsPerInch * kPointsPerInch);
-  if (pixels > kPreviewPixels) return host::Status::Ok();
+  if (pixels > kMaxPreviewPixels) return host::Status::Ok();
   PdfRenderer renderer;
   imaging::Image image;
   if (host::Status status = renderer.Open(order.input); !status) return status;
@@ -55,7 +55,7 @@ host::Status GetPdfPages(Helper& helper, const ToolOrder& order) {
     helper.Set(order.application, "PdfW", std::to_string(Pixels(pages.front().width, dpi)));
     helper.Set(order.application, "PdfH", std::to_string(Pixels(pages.front().height, dpi)));
     helper.Set(order.application, order.key, std::to_string(pages.size()));
-    // The count is the answer; a page that cannot be drawn only leaves no preview.
+    // The count is the answer; if the page cannot be rendered, only the preview is missing.
     static_cast<void>(ShowPdf(helper, order, pages.front(), dpi));
     return host::Status::Ok();
   });

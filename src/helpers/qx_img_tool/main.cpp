@@ -14,6 +14,7 @@ struct Operation {
   unsigned seconds;
 };
 
+// The first three handle one file; the others follow a batch of the program, which may last for hours.
 constexpr std::array kOperations{
     Operation{"getpdfpages", GetPdfPages, kSecondsOfOneFile},
     Operation{"gettiffpages", GetTiffPages, kSecondsOfOneFile},

@@ -14,7 +14,7 @@ namespace {
 
 using imaging::TiffCompression;
 
-constexpr int kMostPages = 100000;
+constexpr int kMaxPages = 100000;
 
 std::optional<TiffCompression> CompressionOf(const std::string& word) {
   struct Known {
@@ -35,21 +35,22 @@ std::optional<TiffCompression> CompressionOf(const std::string& word) {
 host::Status MakeTiff(Helper& helper, const ToolOrder& order) {
   const std::optional<TiffCompression> compression = CompressionOf(order.Field(0));
   const int pages = base::ParseInteger(order.Field(2)).value_or(0);
-  if (!compression || pages < 1 || pages > kMostPages) return UsageError("压缩方式或页数");
+  if (!compression || pages < 1 || pages > kMaxPages) return UsageError("压缩方式或页数");
   host::Files& files = helper.Files();
   return files.Save(order.output, [&](host::Draft& draft) {
     imaging::TiffPages tiff(draft, pages);
-    Followed followed = Followed::Part;
-    const auto take = [&](int page) {
+    FollowEnd end = FollowEnd::Part;
+    const auto addPage = [&](int page) {
       const host::Status added =
           tiff.AddFile(files, base::JoinPath(order.input, PageName(page)), {.compression = *compression});
-      // A page that cannot be read is left out, as the program does with it; a disk that fails ends everything.
+      // A page that cannot be read is omitted, as the program does; a full disk ends the run.
       return added.DiskFull() ? added : host::Status::Ok();
     };
-    if (host::Status status = FollowPages(helper, order, {.pages = pages, .take = take}, followed); !status) {
+    if (host::Status status = FollowPages(helper, order, {.pages = pages, .onPage = addPage}, end); !status) {
       return status;
     }
-    if (host::Status may = MayReplace(helper, order.output, tiff.Count() == pages); !may) return may;
+    const Complete complete = tiff.Count() == pages ? Complete::Yes : Complete::No;
+    if (host::Status may = CheckReplace(helper, order.output, complete); !may) return may;
     return tiff.Finish();
   });
 }

@@ -10,45 +10,47 @@
 
 namespace quillon::helpers {
 
-// One order to the tool. The answer and the talk with the program go through key, in the settings of application.
+// One order for the tool. The answer, and all further communication, is the settings value key of application.
 struct ToolOrder {
   std::string application;
   std::string input;
   std::string output;
   std::string key;
-  std::vector<std::string> rest;  // the fields behind the operation's name
+  std::vector<std::string> rest;  // the fields after the name of the operation
 
-  // A field behind the operation's name, "" where there are fewer.
+  // Returns a field after the name of the operation, "" if there are fewer.
   std::string Field(std::size_t number) const { return number < rest.size() ? rest[number] : ""; }
 };
 
-// Each operation tells what failed in the order's key as well, unless it says otherwise.
+// Each operation also writes the text of a failure into the key of the order, unless stated otherwise.
 
-// Page count of a PDF into the key; width and height of its first page, in pixels of the resolution asked for, into
-// "PdfW" and "PdfH"; the first page itself into "Tmp.jpg" of the folder that is the order's output. Fields: resolution,
-// JPEG quality.
+// Writes the page count of a PDF into the key, and the width and height of its first page, in pixels at the given
+// resolution, into "PdfW" and "PdfH". Writes the first page to "Tmp.jpg" in the folder order.output.
+// Fields: resolution, JPEG quality.
 host::Status GetPdfPages(Helper& helper, const ToolOrder& order);
 
-// Page count of a TIFF into the key, its first page into "Tmp.jpg" of the folder that is the order's output. All
-// further fields are ignored.
+// Writes the page count of a TIFF into the key and its first page to "Tmp.jpg" in the folder order.output.
+// Further fields are ignored.
 host::Status GetTiffPages(Helper& helper, const ToolOrder& order);
 
-// Takes per cents off the pages of a PDF. Field: "left|top|right|bottom". Progress in the key: "page/pages".
+// Crops the pages of a PDF. Field: "left|top|right|bottom" in per cent. Progress in the key: "page/pages".
 host::Status CutPdfPages(Helper& helper, const ToolOrder& order);
 
-// Turns the pages of a PDF into "0001.jpg" and on in a folder, then follows the key, where the program counts the pages
-// that it has cut to "A0001.jpg" and on, and binds these to a PDF again. A page that was not cut comes in as it is.
+// Renders the pages of a PDF to "0001.jpg" and so on in a folder. Then follows the key, in which the program counts the
+// pages that it has cut to "A0001.jpg" and so on, and binds these to a PDF. Pages that were not cut are used as they
+// are.
 // Field: the folder.
 host::Status SplitPdf(Helper& helper, const ToolOrder& order);
 
-// Follows the key, where the program counts the pages that it has put into the folder that is the order's input, as
-// "0001.jpg" and on, and makes a TIFF of them. Fields: compression, one without meaning, number of pages. The key
-// belongs to the program: failures are not told there.
+// Follows the key, in which the program counts the pages that it has written as "0001.jpg" and so on into the folder
+// order.input, and makes a TIFF from them.
+// Fields: compression, one without a meaning, number of pages.
+// The key belongs to the program, so failures are not written into it.
 host::Status MakeTiff(Helper& helper, const ToolOrder& order);
 
-// Binds the sheets that the program names in the key, one by one, until it says "end". A sheet that was taken is
-// answered with "", one that cannot be taken with the reason. Fields: back side, header, whether a TIFF is to be made,
-// resolution, whether colours are to become CMYK.
+// Binds the sheets whose paths the program writes into the key one by one, until it writes "end". The answer is "" for
+// an accepted sheet, and the reason for one that cannot be used.
+// Fields: picture for the back, header, whether to make a TIFF, resolution, whether to convert to CMYK.
 host::Status BindSheets(Helper& helper, const ToolOrder& order);
 
 }  // namespace quillon::helpers

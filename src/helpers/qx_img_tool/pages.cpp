@@ -5,12 +5,12 @@
 #include <algorithm>
 
 #include "base/number_text.h"
-#include "helpers/runtime/patience.h"
+#include "helpers/runtime/helper.h"
 
 namespace quillon::helpers {
 namespace {
 
-constexpr double kSecondsBetweenLooks = 0.01;
+constexpr double kPollInterval = 0.01;  // seconds
 
 }  // namespace
 
@@ -20,32 +20,32 @@ std::string PageName(int page) {
   return digits + ".jpg";
 }
 
-host::Status FollowPages(Helper& helper, const ToolOrder& order, const Follow& follow, Followed& followed) {
-  Patience patience(helper);
-  int taken = 0;
+host::Status FollowPages(Helper& helper, const ToolOrder& order, const Follow& follow, FollowEnd& end) {
+  IdleTimeout timeout(helper);
+  int done = 0;
   std::string known;
-  followed = Followed::Part;
-  while (taken < follow.pages) {
-    const bool busy = follow.idle(taken + 1);
+  end = FollowEnd::Part;
+  while (done < follow.pages) {
+    const bool busy = follow.onIdle(done + 1);
     const std::string text = helper.Get(order.application, order.key);
-    if (text == "end" || (text.empty() && taken > 0)) return host::Status::Ok();
+    if (text == "end" || (text.empty() && done > 0)) return host::Status::Ok();
     const int finished = std::min(base::ParseInteger(text).value_or(0), follow.pages);
-    if (text != known) patience.Renew();
+    if (text != known) timeout.Restart();
     known = text;
-    while (taken < finished) {
-      if (host::Status status = follow.take(++taken); !status) return status;
-      patience.Renew();
+    while (done < finished) {
+      if (host::Status status = follow.onPage(++done); !status) return status;
+      timeout.Restart();
     }
-    if (taken >= follow.pages) break;
-    if (patience.Over()) return host::Status::Ok();
-    if (!busy) helper.World().clock.Sleep(kSecondsBetweenLooks);
+    if (done >= follow.pages) break;
+    if (timeout.Expired()) return host::Status::Ok();
+    if (!busy) helper.World().clock.Sleep(kPollInterval);
   }
-  followed = Followed::All;
+  end = FollowEnd::All;
   return host::Status::Ok();
 }
 
-host::Status MayReplace(Helper& helper, const std::string& target, bool whole) {
-  if (whole || !helper.Files().Stat(target)) return host::Status::Ok();
+host::Status CheckReplace(Helper& helper, const std::string& target, Complete complete) {
+  if (complete == Complete::Yes || !helper.Files().Stat(target)) return host::Status::Ok();
   return {host::Problem::Stopped, "页面不完整，原有文件保持不变"};
 }
 

@@ -10,26 +10,28 @@
 
 namespace quillon::helpers {
 
-// "0001.jpg" and on: at least four digits.
+// Returns "0001.jpg" for page 1 and so on, with at least four digits.
 std::string PageName(int page);
 
-// How following the program's page count came to its end.
-enum class Followed { All, Part };
+// How following the page count of the program ended: with all pages, or too early.
+enum class FollowEnd { All, Part };
 
-// Follows a key in which the program counts finished pages, calling take for each of them in order. idle is called at
-// every look with the page that is awaited, and tells whether it had something to do. Part: the program began another
-// run ("" after a count), said "end", or gave no sign for too long. A failure of take ends it too.
+// Follows a key in which the program counts finished pages, and calls onPage for each of them in order.
+// onIdle is called in each poll with the next expected page and returns whether it had something to do.
+// Ends early (Part) if the program starts another run ("" after a count), writes "end" or sends nothing for too long.
+// A failure of onPage ends it too.
 struct Follow {
   int pages = 0;
-  std::function<host::Status(int page)> take;
-  std::function<bool(int page)> idle = [](int) { return false; };
+  std::function<host::Status(int page)> onPage;
+  std::function<bool(int page)> onIdle = [](int) { return false; };
 };
-host::Status FollowPages(Helper& helper, const ToolOrder& order, const Follow& follow, Followed& followed);
+host::Status FollowPages(Helper& helper, const ToolOrder& order, const Follow& follow, FollowEnd& end);
 
-// A run that ended early must not replace a file that is there already.
-host::Status MayReplace(Helper& helper, const std::string& target, bool whole);
+// Fails if the run ended early and target exists: an incomplete result must not replace a file.
+enum class Complete { No, Yes };
+host::Status CheckReplace(Helper& helper, const std::string& target, Complete complete);
 
-// Runs work, and tells in the order's key what it failed with.
+// Runs work and writes the text of its failure into the key of the order.
 template <class Work>
 host::Status ReportingKey(Helper& helper, const ToolOrder& order, Work work) {
   host::Status status = work();

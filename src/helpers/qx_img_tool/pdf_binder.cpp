@@ -4,7 +4,6 @@
 
 #include "helpers/pdf/pdf_writer.h"
 #include "helpers/qx_img_tool/sheet_binder.h"
-#include "helpers/qx_img_tool/sheet_header.h"
 #include "imaging/services.h"
 
 namespace quillon::helpers {
@@ -13,7 +12,7 @@ namespace {
 constexpr double kPointsPerInch = 72;
 constexpr int kDefaultDpi = 300;
 constexpr int kQuality = 98;
-constexpr std::uint64_t kMostBytes = std::uint64_t{1} << 30;
+constexpr std::uint64_t kMaxBytes = std::uint64_t{1} << 30;
 constexpr unsigned char kHalf = 128;
 
 Stencil StencilOf(const imaging::TextMask& mask) {
@@ -36,10 +35,10 @@ class PdfBinder final : public SheetBinder {
 
   host::Status Add(const std::string& sheet) override {
     Shown front;
-    if (host::Status taken = Take(sheet, front); !taken) return taken;
+    if (host::Status embedded = Embed(sheet, front); !embedded) return embedded;
     if (!options_.back.empty() && !back_) {
       Shown back;
-      if (host::Status taken = Take(options_.back, back); !taken) return taken;
+      if (host::Status embedded = Embed(options_.back, back); !embedded) return embedded;
       back_ = back;
     }
     if (host::Status added = AddPage(front, options_.header); !added) return added;
@@ -51,19 +50,19 @@ class PdfBinder final : public SheetBinder {
   host::Status Finish() override { return writer_.Finish(); }
 
  private:
-  // A picture in the file.
+  // A picture that is embedded in the file.
   struct Shown {
     int number = 0;
     JpegFacts facts;
   };
 
-  // Brings a picture in, as it is where it can stay so.
-  host::Status Take(const std::string& path, Shown& shown) {
+  // Embeds a picture, unchanged if possible.
+  host::Status Embed(const std::string& path, Shown& shown) {
     std::string bytes;
-    if (host::Status read = helper_.Files().ReadFile(path, bytes, kMostBytes); !read) return read;
+    if (host::Status read = helper_.Files().ReadFile(path, bytes, kMaxBytes); !read) return read;
     const host::Status known = ReadJpegFacts(bytes, shown.facts);
     const bool jpeg = bytes.starts_with("\xFF\xD8\xFF");
-    // A damaged JPEG must not pass for a sheet of another kind.
+    // A damaged JPEG must not be decoded as if it were another format.
     if (!known && jpeg && known.GetProblem() == host::Problem::Damaged) return known;
     if (!known || (options_.cmyk && shown.facts.components != 4)) {
       if (host::Status made = MakeJpeg(path, bytes); !made) return made;
@@ -76,17 +75,17 @@ class PdfBinder final : public SheetBinder {
     imaging::Services services(helper_.World(), [] {});
     imaging::Image image;
     if (host::Status loaded = services.LoadImageFromFile(path, image); !loaded) return loaded;
-    if (host::Status made = ToPress(helper_, options_, image); !made) return made;
-    const std::string aside = helper_.AppPath("QxImgTool.jpg");
-    host::Status status = services.SaveImageToJpgFile(image, aside, kQuality, imaging::Exif::Drop);
-    if (status) status = helper_.Files().ReadFile(aside, bytes, kMostBytes);
-    const host::Status removed = helper_.Files().RemoveOwn(aside);
+    if (host::Status made = ConvertToCmyk(helper_, options_, image); !made) return made;
+    const std::string work = helper_.AppPath("QxImgTool.jpg");
+    host::Status status = services.SaveImageToJpgFile(image, work, kQuality, imaging::Exif::Drop);
+    if (status) status = helper_.Files().ReadFile(work, bytes, kMaxBytes);
+    const host::Status removed = helper_.Files().RemoveOwn(work);
     return status ? removed : status;
   }
 
   host::Status AddPage(const Shown& shown, const std::string& text) {
-    const int told = shown.facts.dpi > 0 ? shown.facts.dpi : kDefaultDpi;
-    const double scale = kPointsPerInch / (options_.dpi > 0 ? options_.dpi : told);
+    const int ownDpi = shown.facts.dpi > 0 ? shown.facts.dpi : kDefaultDpi;
+    const double scale = kPointsPerInch / (options_.dpi > 0 ? options_.dpi : ownDpi);
     PdfWriter::Page page{
         .picture = shown.number, .width = shown.facts.width * scale, .height = shown.facts.height * scale};
     SheetHeader header;

@@ -1,7 +1,6 @@
 // SPDX-FileCopyrightText: 2026 The Quillon developers
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "helpers/qx_img_tool/sheet_binder.h"
-#include "helpers/qx_img_tool/sheet_header.h"
 #include "imaging/codecs/tiff_pages.h"
 #include "imaging/services.h"
 
@@ -31,13 +30,13 @@ class TiffBinder final : public SheetBinder {
     imaging::Image image;
     if (host::Status loaded = services_.LoadImageFromFile(path, image); !loaded) return loaded;
     if (!text.empty()) {
-      if (host::Status drawn = Mark(image, text); !drawn) return drawn;
+      if (host::Status drawn = DrawText(image, text); !drawn) return drawn;
     }
-    if (host::Status made = ToPress(helper_, options_, image); !made) return made;
+    if (host::Status made = ConvertToCmyk(helper_, options_, image); !made) return made;
     return tiff_.Add(image, {.dpi = options_.dpi});
   }
 
-  host::Status Mark(imaging::Image& image, const std::string& text) {
+  host::Status DrawText(imaging::Image& image, const std::string& text) {
     SheetHeader header;
     imaging::Image line;
     const base::Size size{services_.GetImageWidth(image), services_.GetImageHeight(image)};

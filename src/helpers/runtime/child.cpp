@@ -14,11 +14,11 @@
 namespace quillon::helpers {
 namespace {
 
-constexpr std::size_t kMostOutput = 64 * 1024;
+constexpr std::size_t kMaxOutput = 64 * 1024;
 constexpr int kNotStarted = 127;
 
-// In the new process, up to the exec. Only calls that are safe there.
-[[noreturn]] void Become(char* const* words, int output, pid_t parent) {
+// Runs in the new process up to exec. Only async-signal-safe calls are allowed here.
+[[noreturn]] void ExecChild(char* const* words, int output, pid_t parent) {
   prctl(PR_SET_PDEATHSIG, SIGKILL);
   if (getppid() != parent) _exit(kNotStarted);
   const int nowhere = open("/dev/null", O_RDONLY);
@@ -30,7 +30,7 @@ constexpr int kNotStarted = 127;
   _exit(kNotStarted);
 }
 
-// Reads to the end, so that the writer is never held up; keeps the beginning.
+// Reads to the end, so that the writer never blocks on a full pipe, and keeps the beginning.
 std::string ReadAll(int handle) {
   std::string text;
   std::array<char, 4096> block{};
@@ -38,22 +38,22 @@ std::string ReadAll(int handle) {
     const ssize_t count = read(handle, block.data(), block.size());
     if (count < 0 && errno == EINTR) continue;
     if (count <= 0) return text;
-    if (text.size() < kMostOutput) text.append(block.data(), static_cast<std::size_t>(count));
+    if (text.size() < kMaxOutput) text.append(block.data(), static_cast<std::size_t>(count));
   }
 }
 
-void Collect(pid_t child, Ended& ended) {
-  int told = 0;
-  while (waitpid(child, &told, 0) < 0) {
+void WaitForExit(pid_t child, ProgramResult& result) {
+  int status = 0;
+  while (waitpid(child, &status, 0) < 0) {
     if (errno != EINTR) return;
   }
-  ended.started = !WIFEXITED(told) || WEXITSTATUS(told) != kNotStarted;
-  if (WIFEXITED(told) && ended.started) ended.exit = WEXITSTATUS(told);
+  result.started = !WIFEXITED(status) || WEXITSTATUS(status) != kNotStarted;
+  if (WIFEXITED(status) && result.started) result.exit = WEXITSTATUS(status);
 }
 
 }  // namespace
 
-Ended RunProgram(const std::vector<std::string>& words) {
+ProgramResult RunProgram(const std::vector<std::string>& words) {
   std::vector<std::string> texts = words;
   std::vector<char*> arguments;
   arguments.reserve(texts.size() + 1);
@@ -63,15 +63,15 @@ Ended RunProgram(const std::vector<std::string>& words) {
   if (words.empty() || pipe2(ends.data(), O_CLOEXEC) < 0) return {};
   const pid_t parent = getpid();
   const pid_t child = fork();
-  if (child == 0) Become(arguments.data(), ends[1], parent);
+  if (child == 0) ExecChild(arguments.data(), ends[1], parent);
   close(ends[1]);
-  Ended ended;
+  ProgramResult result;
   if (child > 0) {
-    ended.output = ReadAll(ends[0]);
-    Collect(child, ended);
+    result.output = ReadAll(ends[0]);
+    WaitForExit(child, result);
   }
   close(ends[0]);
-  return ended;
+  return result;
 }
 
 }  // namespace quillon::helpers

@@ -51,10 +51,10 @@ class AnyInstance final : public host::Instance {
   bool Claim() override { return true; }
 };
 
-// Opened at the first use, since many runs have nothing to tell.
-class LateSettings final : public host::Settings {
+// Opens the settings at the first use, because many runs do not need them.
+class LazySettings final : public host::Settings {
  public:
-  explicit LateSettings(std::string programFolder) : programFolder_(std::move(programFolder)) {}
+  explicit LazySettings(std::string programFolder) : programFolder_(std::move(programFolder)) {}
 
   std::string Get(const std::string& application, const std::string& section, const std::string& key) override {
     return Store().Get(application, section, key);
@@ -87,7 +87,7 @@ struct HeadlessHost::Parts {
   NoDialogs dialogs;
   NoPump pump;
   host::posix::PosixClock clock;
-  LateSettings settings;
+  LazySettings settings;
   host::posix::PosixProcesses processes;
   host::posix::PosixShell shell;
   NoScreen screen;

@@ -9,8 +9,8 @@
 
 namespace quillon::helpers {
 
-// The world of a program that nobody watches: the real disk, clock and settings; no question is answered with yes, and
-// there are no windows, no screen and no dialogs.
+// The Host of a program that nobody watches: the real disk, clock, settings and processes, but no windows, screen or
+// dialogs. Every message box is answered with Cancel or No if it has such a button.
 class HeadlessHost {
  public:
   explicit HeadlessHost(const std::string& programFolder);

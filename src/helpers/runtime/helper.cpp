@@ -8,14 +8,15 @@
 #include <utility>
 
 #include "base/path_text.h"
-#include "helpers/runtime/command_text.h"
 #include "helpers/runtime/headless_host.h"
-#include "host/posix/posix_disk.h"
+#include "host/posix/posix_instance.h"
+#include "host/posix/process_setup.h"
 
 namespace quillon::helpers {
 namespace {
 
 constexpr const char* kSection = "Default";
+constexpr double kIdleSeconds = 1800;
 
 host::Status Guarded(Helper& helper, Work work) {
   try {
@@ -28,6 +29,38 @@ host::Status Guarded(Helper& helper, Work work) {
 }
 
 }  // namespace
+
+std::vector<std::string> Fields(std::string_view text) {
+  std::vector<std::string> fields;
+  if (text.empty()) return fields;
+  for (std::size_t end; (end = text.find('\t')) != std::string_view::npos; text.remove_prefix(end + 1)) {
+    fields.emplace_back(text.substr(0, end));
+  }
+  fields.emplace_back(text);
+  return fields;
+}
+
+std::vector<std::string> Words(std::string_view text) {
+  std::vector<std::string> words;
+  std::string word;
+  bool begun = false;
+  bool quoted = false;
+  for (const char sign : text) {
+    if (sign == '"') {
+      quoted = !quoted;
+      begun = true;
+    } else if (sign != ' ' || quoted) {
+      word += sign;
+      begun = true;
+    } else if (begun) {
+      words.push_back(std::move(word));
+      word.clear();
+      begun = false;
+    }
+  }
+  if (begun) words.push_back(std::move(word));
+  return words;
+}
 
 Helper::Helper(host::Host& world, std::vector<std::string> arguments)
     : world_(world), arguments_(std::move(arguments)), text_(arguments_.empty() ? "" : arguments_.front()) {}
@@ -46,7 +79,18 @@ void Helper::Set(const std::string& application, const std::string& key, const s
   world_.settings.Set(application, kSection, key, value);
 }
 
-void Complain(const char* name, const std::string& why) { std::fprintf(stderr, "%s: %s\n", name, why.c_str()); }
+IdleTimeout::IdleTimeout(Helper& helper) : world_(helper.World()), last_(world_.clock.Seconds()) {}
+
+void IdleTimeout::Restart() { last_ = world_.clock.Seconds(); }
+
+bool IdleTimeout::Expired() {
+  if (world_.clock.Seconds() - last_ <= kIdleSeconds) return false;
+  if (!host::posix::IsClaimed(world_.programFolder)) return true;
+  Restart();
+  return false;
+}
+
+void LogError(const char* name, const std::string& why) { std::fprintf(stderr, "%s: %s\n", name, why.c_str()); }
 
 host::Status UsageError(const std::string& why) { return {host::Problem::Other, "参数错误：" + why}; }
 
@@ -61,13 +105,13 @@ int RunHelper(const char* name, int count, char** arguments, Work work, const Re
   std::error_code error;
   const std::string folder = std::filesystem::current_path(error).native();
   if (error) {
-    Complain(name, "无法确定程序文件夹");
+    LogError(name, "无法确定程序文件夹");
     return 1;
   }
   HeadlessHost world(folder);
   Helper helper(world.Host(), std::move(texts));
   const host::Status done = Guarded(helper, work);
-  if (!done) Complain(name, done.Why());
+  if (!done) LogError(name, done.Why());
   return done ? 0 : 1;
 }
 

@@ -3,13 +3,22 @@
 #pragma once
 
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "helpers/runtime/resource_limits.h"
 #include "host/host.h"
 
-// What every helper program shares: how it is called, what it may take, and how it answers.
+// The common part of all helper programs: command line, resource limits, exit code.
 namespace quillon::helpers {
+
+// Splits a parameter text at tabs. An empty text has no fields. Blanks, quotes and empty fields are kept.
+std::vector<std::string> Fields(std::string_view text);
+
+// Splits a parameter text at blanks.
+// Double quotes enclose blanks and are removed; "" is an empty word. A quote without a partner reaches to the end.
+// Quotes cannot be escaped, so no other character of a path has a meaning.
+std::vector<std::string> Words(std::string_view text);
 
 // One call of a helper.
 class Helper {
@@ -18,17 +27,18 @@ class Helper {
 
   host::Host& World() { return world_; }
   host::Files& Files() { return world_.files; }
-  // A path in the program folder, which is the folder that a helper is run in.
+  // Returns a path in the program folder, which is the folder that a helper is started in.
   std::string AppPath(const std::string& name) const;
 
-  // The parameter text, as the program handed it over: the one argument, "" without any.
+  // The parameter text: the only argument, "" if there is none.
   const std::string& Parameters() const { return text_; }
-  // The fields of the parameter text; of several arguments each is one, as a person would type them.
+  // The fields of the parameter text. If there are several arguments, each of them is a field, as a person would type
+  // them.
   std::vector<std::string> Fields() const;
-  // The words of the parameter text, likewise.
+  // The words of the parameter text, or the arguments likewise.
   std::vector<std::string> Words() const;
 
-  // Values of the store, section "Default".
+  // Read and write settings in the section "Default".
   std::string Get(const std::string& application, const std::string& key) const;
   void Set(const std::string& application, const std::string& key, const std::string& value);
 
@@ -38,16 +48,31 @@ class Helper {
   std::string text_;
 };
 
-// A line on the error output, behind the helper's name.
-void Complain(const char* name, const std::string& why);
+// How long a helper that runs beside the program waits for its next command: as long as the program runs in the program
+// folder, otherwise half an hour.
+class IdleTimeout {
+ public:
+  explicit IdleTimeout(Helper& helper);
 
-// A failure of the call itself: text that the helper cannot read.
+  // Must be called for each command.
+  void Restart();
+  bool Expired();
+
+ private:
+  host::Host& world_;
+  double last_;
+};
+
+// Logs one line to the error output, after the name of the helper.
+void LogError(const char* name, const std::string& why);
+
+// The failure of a call whose parameter text is invalid.
 host::Status UsageError(const std::string& why);
 
 using Work = host::Status (*)(Helper& helper);
 
-// The main function of a helper: answers --version, shuts the process in and runs work behind a barrier that no
-// exception passes. What failed is told to the error output. Exit code: 0 done, 1 failed.
+// The main function of a helper: answers --version, applies the sandbox, runs work and catches all exceptions. Failures
+// are logged to the error output. Returns the exit code: 0 for success, 1 for failure.
 int RunHelper(const char* name, int count, char** arguments, Work work, const ResourceLimits& limits = {});
 
 }  // namespace quillon::helpers

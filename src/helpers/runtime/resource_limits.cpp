@@ -12,28 +12,29 @@
 namespace quillon::helpers {
 namespace {
 
-// The sanitizers reserve more than any limit leaves.
+// The sanitizers reserve more address space than any limit allows.
 #if defined(__SANITIZE_ADDRESS__)
 constexpr bool kLimitsMemory = false;
 #else
 constexpr bool kLimitsMemory = true;
 #endif
 
-void Limit(__rlimit_resource what, rlim_t most) {
+// Lowers a limit; one that is lower already stays.
+void Limit(__rlimit_resource what, rlim_t highest) {
   rlimit limit{};
   if (getrlimit(what, &limit) < 0) return;
-  limit.rlim_cur = std::min(limit.rlim_cur, most);
-  limit.rlim_max = std::min(limit.rlim_max, most);
+  limit.rlim_cur = std::min(limit.rlim_cur, highest);
+  limit.rlim_max = std::min(limit.rlim_max, highest);
   (void)setrlimit(what, &limit);
 }
 
-// Of all sockets only those inside this machine can be made.
-void LeaveNetwork() {
+// Only sockets inside this machine can be created.
+void BlockNetwork() {
   scmp_filter_ctx filter = seccomp_init(SCMP_ACT_ALLOW);
   if (!filter) return;
   const std::uint32_t denied = SCMP_ACT_ERRNO(EACCES);
   int result = seccomp_rule_add(filter, denied, SCMP_SYS(socket), 1, SCMP_A0(SCMP_CMP_NE, AF_UNIX));
-  // It could make sockets past the rule.
+  // io_uring can create sockets without the system call that the rule filters.
   if (result == 0) result = seccomp_rule_add(filter, SCMP_ACT_ERRNO(ENOSYS), SCMP_SYS(io_uring_setup), 0);
   if (result == 0) (void)seccomp_load(filter);
   seccomp_release(filter);
@@ -42,11 +43,11 @@ void LeaveNetwork() {
 }  // namespace
 
 void Sandbox(const ResourceLimits& limits) {
-  // One byte and not none: it also keeps a program that collects cores from being started.
+  // One byte rather than zero: this also prevents the start of a program that collects core dumps.
   Limit(RLIMIT_CORE, 1);
   LimitTime(limits.seconds);
   if (kLimitsMemory) Limit(RLIMIT_DATA, limits.memory);
-  LeaveNetwork();
+  BlockNetwork();
 }
 
 void LimitTime(unsigned seconds) { Limit(RLIMIT_CPU, seconds); }

@@ -6,21 +6,21 @@
 
 namespace quillon::helpers {
 
-// Processor time of work on one file, and of work that runs beside a batch or grows with the number of its files.
+// The processor time in seconds for one file, and for work that follows a batch or grows with the number of its files.
 inline constexpr unsigned kSecondsOfOneFile = 600;
 inline constexpr unsigned kSecondsOfABatch = 24 * 3600;
 
-// What a helper, and every program it starts, may take.
+// The resources that a helper and all programs it starts may use.
 struct ResourceLimits {
   std::uint64_t memory = std::uint64_t{4} << 30;  // bytes of data
   unsigned seconds = kSecondsOfOneFile;           // of processor time
 };
 
-// Shuts this process in: its memory and processor time are limited, it leaves no core file, and it has no network. What
-// the kernel does not allow is left out. To be called before the first thread is started.
+// Limits memory and processor time of this process, disables core dumps and blocks network access. A limit that the
+// kernel does not support is skipped. Must be called before the first thread is started.
 void Sandbox(const ResourceLimits& limits);
 
-// Lowers the processor time, all that was used so far included.
+// Lowers the limit of processor time; the time used so far counts.
 void LimitTime(unsigned seconds);
 
 }  // namespace quillon::helpers

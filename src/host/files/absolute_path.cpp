@@ -19,6 +19,8 @@ bool HasParentPart(const fs::path& path) { return std::find(path.begin(), path.e
 
 std::string AbsolutePath(const std::string& path, const std::string& folder) {
   fs::path full = fs::path(path).is_absolute() ? fs::path(path) : fs::path(folder) / path;
+  // Removing ".." by text alone would be wrong after a link, so the folders above the last part are resolved. The last
+  // part itself stays as it is, in case it is a link.
   if (HasParentPart(full)) {
     std::error_code error;
     const fs::path parent = fs::weakly_canonical(full.filename() == ".." ? full : full.parent_path(), error);

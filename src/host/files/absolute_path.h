@@ -8,14 +8,15 @@ namespace quillon::host {
 
 class Files;
 
-// The one text for a place: absolute, without ".", "..", doubled and trailing separators. Links stay in it, but
-// "link/.." is the folder above the one that the link leads to. A relative path is taken from folder.
+// Returns the canonical text for a place: absolute, without ".", "..", doubled and trailing separators.
+// A relative path is resolved against folder.
+// Symbolic links are kept, but "link/.." becomes the parent of the folder that the link points to.
 std::string AbsolutePath(const std::string& path, const std::string& folder);
-// The same from the current folder of the process; "" stays.
+// The same, with relative paths resolved against the current folder of the process. "" stays "".
 std::string AbsolutePath(const std::string& path);
 
-// The same for the text of a folder. A relative one that leads to no folder only loses its trailing separators: it may
-// be a text that stands where none is chosen.
+// The same for the text of a folder label. A relative text that does not lead to a folder only loses its trailing
+// separators: it may be a message that stands there while no folder is chosen.
 std::string AbsoluteFolder(const Files& files, const std::string& text);
 
 }  // namespace quillon::host

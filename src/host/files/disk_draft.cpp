@@ -6,22 +6,21 @@
 #include <cerrno>
 
 #include "base/path_text.h"
-#include "host/files/draft_name.h"
 #include "host/files/entry_path.h"
 
 namespace quillon::host {
 namespace {
 
 constexpr int kTries = 100;
-// Bytes of the draft's name on disks that take only short ones.
+// The length in bytes of the draft's name on disks that accept only short names.
 constexpr std::size_t kShortName = 64;
 
-// Taken by a sweep in the moment between its making and its locking.
+// Returns true if a sweep of another process removed the draft between its creation and its locking.
 bool SweptAway(Disk& disk, int handle) {
   const int locked = disk.Lock(handle);
   if (locked == -EWOULDBLOCK) return true;
   DiskFacts facts;
-  // Disks without locks are written to all the same; a sweep leaves their drafts alone.
+  // A disk without locks is written to all the same; a sweep cannot lock its drafts either, and leaves them.
   return locked == 0 && disk.StatOpen(handle, facts) == 0 && facts.links == 0;
 }
 
@@ -96,8 +95,7 @@ std::int64_t DiskDraft::Read(void* data, std::size_t size) {
 
 Status DiskDraft::Check(DiskFacts& facts) {
   if (!failure_) return failure_;
-  const int looked = disk_.StatOpen(handle_, facts);
-  if (looked < 0) return Status::FromErrno(-looked);
+  if (const int result = disk_.StatOpen(handle_, facts); result < 0) return Status::FromErrno(-result);
   if (facts.links == 0) return {Problem::Other, "写入期间临时文件被删除"};
   if (facts.size != size_) return {Problem::Other, "写入后的文件大小不符"};
   return Status::Ok();

@@ -12,12 +12,13 @@
 
 namespace quillon::host {
 
-// A draft on a disk. It is locked for as long as it is written, so that a sweep can tell the draft of a killed run
-// from one at work: the lock ends with its process, also with one in another container or, on a network disk, on
-// another machine, where a process number would tell nothing. A draft that is not placed removes itself.
+// A draft on a disk. Its file is locked while it is written. A sweep can therefore recognise a draft that a killed run
+// left: a lock ends with its process, even in another container or on another machine, where a process number means
+// nothing.
+// A draft that was not placed removes its file when it is destroyed.
 class DiskDraft final : public Draft {
  public:
-  // Makes an empty draft beside path with that mode. serial gives a new number at each call.
+  // Creates an empty draft in the folder of path, with the given mode. serial must return a new number on each call.
   static Status Open(Disk& disk, const std::string& path, unsigned mode, const std::function<std::uint64_t()>& serial,
                      std::unique_ptr<DiskDraft>& draft);
   ~DiskDraft() override;
@@ -29,14 +30,15 @@ class DiskDraft final : public Draft {
   std::int64_t Read(void* data, std::size_t size) override;
   std::uint64_t Size() const override { return size_; }
 
-  // The first failure of the calls above. A writer that passes over a failure does not get its file placed.
+  // The first failure of the calls above. A writer that ignores a failure must not get its file placed.
   const Status& FirstFailure() const { return failure_; }
-  // What the disk holds against what was written. Gives the facts of the draft.
+  // Compares the file on disk with what was written and fails if they differ. Gives the attributes of the draft.
   Status Check(DiskFacts& facts);
   int Handle() const { return handle_; }
 
-  // Renames the draft to the final path, which may be taken or must be free, and hands over the open handle. On
-  // failure the draft stays one.
+  // Renames the draft to the final path and hands over the open handle. Free fails if the path exists; Replace does
+  // not.
+  // On failure the draft stays as it was.
   enum class Target { Replace, Free };
   Status Place(const std::string& path, Target target, int& handle);
 

@@ -2,16 +2,19 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include <cstddef>
+#include <cstdint>
 #include <string>
 #include <string_view>
 
 namespace quillon::host {
 
-// The longest name of an entry that disks take, in bytes.
+// The longest name of an entry that disks accept, in bytes.
 inline constexpr std::size_t kLongestName = 255;
 
-// A path as the folder it lies in ("." for a bare name, "/" for the root) and the name behind the last separator,
-// which is empty where the path ends in one.
+// A path, split into the folder and the name after the last separator.
+// The folder is "." for a bare name and "/" for an entry of the root. The name is empty if the path ends in a
+// separator.
 struct EntryPath {
   std::string folder;
   std::string name;
@@ -19,7 +22,15 @@ struct EntryPath {
 
 EntryPath SplitEntry(const std::string& path);
 
-// The head of a name that is at most limit bytes long and does not end inside a UTF-8 character.
+// Returns the start of a name, at most limit bytes long, without cutting a UTF-8 character.
 std::string HeadOfName(std::string_view name, std::size_t limit);
+
+// Returns the name of a draft for the file of that name: ".<name>.quillon-<serial>", at most longest bytes long.
+// <name> is shortened if necessary, at the end of a character.
+// Names differ if the serials differ by less than 36^6.
+std::string DraftName(std::string_view name, std::uint64_t serial, std::size_t longest);
+
+// Returns true if draft may be the name of a draft for a file of that name. See also IsDraftName in files.h.
+bool IsDraftOf(std::string_view name, std::string_view draft);
 
 }  // namespace quillon::host

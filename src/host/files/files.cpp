@@ -7,7 +7,6 @@
 
 #include "base/path_text.h"
 #include "host/files/disk.h"
-#include "host/files/draft_name.h"
 #include "host/files/entry_path.h"
 #include "host/files/sync_queue.h"
 #include "host/files/trash.h"
@@ -18,7 +17,7 @@ namespace {
 constexpr std::size_t kChunk = 1 << 20;
 constexpr unsigned kFolderMode = 0777;
 
-// Drafts of different processes in one folder must not meet too often; when they do, the next name is tried.
+// Two processes that save in one folder should rarely try the same draft name. If they do, the next serial is tried.
 std::uint64_t FirstSerial(const void* self) {
   const auto now = static_cast<std::uint64_t>(std::chrono::steady_clock::now().time_since_epoch().count());
   return (now ^ reinterpret_cast<std::uintptr_t>(self)) * 0x9E3779B97F4A7C15ull;
@@ -43,7 +42,7 @@ Status RemoveTree(Disk& disk, const std::string& path) {
   return result == -ENOENT ? Status::Ok() : Status::FromErrno(-result);
 }
 
-// Only a draft that nobody holds locked is one that was left behind.
+// Removes a draft unless its writer still holds the lock.
 void SweepDraft(Disk& disk, const std::string& path) {
   const int handle = disk.OpenOwn(path);
   if (handle < 0) return;
@@ -54,10 +53,10 @@ void SweepDraft(Disk& disk, const std::string& path) {
 Status ReadAll(Disk& disk, int handle, std::string& out, std::uint64_t limit) {
   const Status tooLarge{Problem::TooLarge, "文件太大"};
   DiskFacts facts;
-  if (const int looked = disk.StatOpen(handle, facts); looked < 0) return Status::FromErrno(-looked);
+  if (const int result = disk.StatOpen(handle, facts); result < 0) return Status::FromErrno(-result);
   if (facts.size > limit) return tooLarge;
-  // The size is only a hint: the file may grow, and some files of the system tell none. The byte above it tells the
-  // end.
+  // The size is only a hint: the file may grow, and some files of the system report 0. One byte more than the size is
+  // read, so that the end shows without a second read.
   out.resize(facts.size > 0 ? static_cast<std::size_t>(facts.size) + 1 : kChunk);
   for (std::size_t filled = 0;;) {
     if (filled == out.size()) out.resize(filled + kChunk);
@@ -101,9 +100,9 @@ bool Files::SameFile(const std::string& a, const std::string& b) const {
 
 bool Files::IsLocalDisk(const std::string& folder) const { return disk_.IsLocalDisk(folder); }
 
-Status Files::ListFolder(const std::string& folder, const std::function<bool(const FolderEntry&)>& take) const {
+Status Files::ListFolder(const std::string& folder, const std::function<bool(const FolderEntry&)>& visit) const {
   return Status::FromErrno(
-      -disk_.List(folder, [&](const FolderEntry& entry) { return IsDraftName(entry.name) || take(entry); }));
+      -disk_.List(folder, [&](const FolderEntry& entry) { return IsDraftName(entry.name) || visit(entry); }));
 }
 
 Status Files::ReadFile(const std::string& path, std::string& out, std::uint64_t limit) const {
@@ -129,6 +128,7 @@ Status Files::MakeFolders(const std::string& folder) const {
       syncs_->AddFolderOf(path);
       return Status::Ok();
     }
+    // Another process may have created it meanwhile.
     if (result == -EEXIST) result = disk_.Stat(path, facts);
   }
   if (result == 0 && facts.kind != FileKind::Folder) return Status::FromErrno(ENOTDIR);
@@ -164,6 +164,17 @@ void Files::SweepDrafts(const std::string& folder) const {
     return true;
   });
   for (const std::string& draft : drafts) SweepDraft(disk_, draft);
+}
+
+Status KeepBackup(Files& files, const std::string& source) {
+  const std::string backup = source + ".bak";
+  const auto facts = files.Stat(source);
+  if (const auto older = files.Stat(backup)) {
+    // Copies keep the modified time, so equal times and sizes mean that the backup is already there.
+    if (facts && older->size == facts->size && older->modified == facts->modified) return Status::Ok();
+    if (Status moved = files.Discard(backup); !moved) return moved;
+  }
+  return files.Copy(source, backup);
 }
 
 }  // namespace quillon::host

@@ -22,40 +22,43 @@ struct DiskTarget;
 
 enum class FileKind { File, Folder, Other };
 
-// What is known of a path without opening it. Times are nanoseconds since 1970.
+// The attributes of a path that are known without opening it. Times are nanoseconds since 1970.
 struct FileFacts {
   FileKind kind = FileKind::Other;
   std::uint64_t size = 0;
   std::int64_t modified = 0;
   std::uint64_t device = 0;
   std::uint64_t inode = 0;
-  std::int64_t changed = 0;  // moves with every change of content, also where the file kept its modified time
+  std::int64_t changed = 0;  // ctime: advances with every change, even if the modified time was set back
 };
 
+// An entry of a folder listing.
 struct FolderEntry {
   std::string name;
   FileKind kind = FileKind::Other;  // a link counts as what it points to
 };
 
-// A file being written aside, in the folder of its final name and invisible under that name until it is committed.
+// A file that is being written under a temporary name in the folder of its final name.
 class Draft {
  public:
   virtual ~Draft() = default;
-  // All of the bytes or a failure. Appends at the current position.
+  // Writes all bytes at the current position, or fails.
   virtual Status Write(const void* data, std::size_t size) = 0;
+  // Moves the current position, in bytes from the start.
   virtual Status Seek(std::uint64_t position) = 0;
-  // Bytes read at the current position, 0 at the end, -1 on failure.
+  // Returns the number of bytes read at the current position, 0 at the end, -1 on failure.
   virtual std::int64_t Read(void* data, std::size_t size) = 0;
+  // The size in bytes of what was written so far.
   virtual std::uint64_t Size() const = 0;
 };
 
-// A write that failed after it had already been handed over, found when it was synced.
+// A file that was saved without an error but could not be written to the disk later.
 struct LateFailure {
   std::string path;
   Status status;
 };
 
-// Everything the program does to files. All paths are bytes. Every call may come from any thread.
+// All file operations of the program. Paths are arbitrary bytes. Every method may be called from any thread.
 class Files {
  public:
   explicit Files(Disk& disk);
@@ -63,51 +66,54 @@ class Files {
   Files(const Files&) = delete;
   Files& operator=(const Files&) = delete;
 
-  // Links are followed. Nothing where the path leads nowhere or cannot be looked at.
+  // Returns the attributes of a path, with links followed; nullopt if it does not exist or cannot be read.
   std::optional<FileFacts> Stat(const std::string& path) const;
   bool IsFile(const std::string& path) const;
   bool IsFolder(const std::string& path) const;
-  // True when both lead to the same file, links followed.
+  // Returns true if both paths lead to the same file, with links followed.
   bool SameFile(const std::string& a, const std::string& b) const;
-  // Whether this machine itself answers for the disk that folder lies on, and no other machine or program.
+  // Returns true if this machine serves the disk of folder itself; false for network disks and user-space file systems.
   bool IsLocalDisk(const std::string& folder) const;
-  // Hands out entries in the order of the file system, left-over drafts excepted; take returns false to end early.
-  Status ListFolder(const std::string& folder, const std::function<bool(const FolderEntry&)>& take) const;
-  // Bytes of the file and of the drafts that any program is writing for it; 0 where there are none yet.
+  // Calls visit for each entry in the order of the file system, except for drafts, until visit returns false.
+  Status ListFolder(const std::string& folder, const std::function<bool(const FolderEntry&)>& visit) const;
+  // Returns the size in bytes of the file and of all drafts that any program is writing for it; 0 if there are none.
   std::uint64_t SizeWithDrafts(const std::string& path) const;
-  // The whole file; TooLarge above limit bytes.
+  // Reads the whole file. Fails with TooLarge if it has more than limit bytes.
   Status ReadFile(const std::string& path, std::string& out, std::uint64_t limit = 1u << 30) const;
 
-  // Makes the folder and all above it; an existing one is fine.
+  // Creates the folder and its parents. Succeeds if it exists.
   Status MakeFolders(const std::string& folder) const;
 
-  // The one way to write a file. fill writes the content into a draft beside path; when it and the draft's own checks
-  // succeed the draft takes the name, otherwise it vanishes and whatever stood under the name stays whole. An existing
-  // file is synced before it is replaced, keeps its mode, owner, times and labels and is refused when it is read-only;
-  // links are written through. A fresh file is synced behind the run (see Flush), and does not take the place of one
-  // that appeared under its name meanwhile. A fill that passes over a failure of its draft fails all the same.
+  // The only way to write a file. fill writes the content into a draft in the folder of path. If fill and the checks of
+  // the draft succeed, the draft is renamed to path; otherwise it is removed, and a file that exists under path stays
+  // unchanged.
+  // - An existing file is replaced only after the draft is synced. Mode, owner, times and labels are kept.
+  // - A read-only file is refused. A link is written through.
+  // - A new file is synced later, in the background (see Flush). It fails if a file appeared under its name meanwhile.
+  // - If fill ignores a failure of its draft, Save fails all the same.
   Status Save(const std::string& path, const std::function<Status(Draft&)>& fill);
   Status Save(const std::string& path, std::string_view content);
-  // A copy through Save, with the time stamps of the source; a fresh one with its mode too, but never read-only. A
-  // source that changes while it is read makes it fail. A copy of a file onto itself does nothing.
+  // Copies a file through Save, with its time stamps. A new file also gets the mode of the source, but is never
+  // read-only.
+  // Fails if the source changes while it is read. Does nothing if both paths lead to the same file.
   Status Copy(const std::string& from, const std::string& to);
-  // A copy of a work file of our own that nobody changes any more, cheaply: where the disk allows, the copy is a second
-  // name of the same file, and nothing waits for it to reach the disk. A missing source leaves what stands at to.
+  // Copies a work file of the program that nobody changes any more. If the disk allows it, the copy is a hard link, and
+  // it is not synced. If the source is missing, the file at to stays unchanged.
   Status CopyOwn(const std::string& from, const std::string& to);
-  // Waits until everything saved so far stands on disk; returns what failed since the last call.
+  // Waits until everything saved so far is on the disk. Returns the failures since the last call.
   std::vector<LateFailure> Flush();
 
-  // Removes a work file or a folder tree of our own; a missing one is fine. Links are removed, not followed.
+  // Removes a work file or a folder tree of the program itself. Succeeds if it is missing. Does not follow links.
   Status RemoveOwn(const std::string& path);
-  // The one way to delete a user's file or folder: into the desktop's trash, by a rename alone. Where no trash can
-  // take it, it stays and the failure says so. A link goes there itself.
+  // The only way to delete a file or folder of the user: moves it into the desktop's trash, by a rename alone. If no
+  // trash accepts it, it stays and the returned failure says so. For a link, the link itself is moved.
   Status Discard(const std::string& path);
-  // Removes the drafts that a killed run left in a folder, and none that is still being written.
+  // Removes the drafts that a killed run left in a folder. Drafts that are still being written stay.
   void SweepDrafts(const std::string& folder) const;
 
  private:
-  struct Wishes;
-  Status SaveAs(const std::string& path, const Wishes& wishes, const std::function<Status(Draft&)>& fill);
+  struct SaveOptions;
+  Status SaveAs(const std::string& path, const SaveOptions& options, const std::function<Status(Draft&)>& fill);
   Status Replace(DiskDraft& draft, const DiskTarget& target);
 
   Disk& disk_;
@@ -115,7 +121,12 @@ class Files {
   std::atomic<std::uint64_t> serial_;
 };
 
-// True for the names that drafts carry until they are committed; walks and watches pass over them.
+// Returns true if name is the name of a draft. Folder walks and folder watches skip such entries.
 bool IsDraftName(std::string_view name);
+
+// Copies a source to "<source>.bak" before its own result replaces it.
+// Does nothing if the backup exists with the same size and modified time. Any other file of that name, such as the
+// backup of an earlier cut, is moved to the trash first; if that fails, nothing is copied and the failure is returned.
+Status KeepBackup(Files& files, const std::string& source);
 
 }  // namespace quillon::host

@@ -5,15 +5,33 @@
 #include "base/path_text.h"
 #include "host/files/disk.h"
 #include "host/files/disk_draft.h"
-#include "host/files/disk_target.h"
-#include "host/files/draft_name.h"
 #include "host/files/entry_path.h"
 #include "host/files/files.h"
 #include "host/files/sync_queue.h"
 
+// How a file is saved, so that a crash at any moment leaves either the old or the new file complete:
+//
+//   1. Follow links to the target and refuse what must not be replaced.
+//   2. Write the content into a draft in the same folder, and compare its size with what was written.
+//   3. Copy mode, owner, labels and times of the file that is replaced to the draft.
+//   4. To replace a file: sync the draft, rename it over the file, queue the folder for syncing.
+//      To create a file: rename the draft to the free name, queue the file and its folder for syncing.
+//
+// A new file needs no sync before the rename: if syncing fails later, the file is removed again and reported by Flush.
+
 namespace quillon::host {
+
+// The path that a save really writes to: links are followed to their end, even if nothing exists there.
+struct DiskTarget {
+  std::string path;
+  bool exists = false;
+  DiskFacts facts;  // of the existing file
+};
+
 namespace {
 
+constexpr int kMaxLinks = 40;
+constexpr unsigned kOwnerWrites = 0200;
 constexpr std::size_t kChunk = 1 << 20;
 constexpr unsigned kFreshMode = 0666;
 constexpr unsigned kPrivateMode = 0600;
@@ -26,28 +44,61 @@ struct Times {
   std::int64_t modified = 0;
 };
 
-// What a disk without modes, owners or times answers when it is told some.
-bool CannotKeep(int result) {
+Status FollowLinks(Disk& disk, DiskTarget& target) {
+  for (int i = 0; i < kMaxLinks; ++i) {
+    const int result = disk.StatLink(target.path, target.facts);
+    if (result == -ENOENT) return Status::Ok();
+    if (result < 0) return Status::FromErrno(-result);
+    target.exists = !target.facts.link;
+    if (target.exists) return Status::Ok();
+    std::string next;
+    const int read = disk.ReadLink(target.path, next);
+    if (read < 0) return Status::FromErrno(-read);
+    target.path = next.starts_with('/') ? next : base::JoinPath(SplitEntry(target.path).folder, next);
+  }
+  return Status::FromErrno(ELOOP);
+}
+
+// Fails for a target that must not be replaced: a folder, a device or pipe, a read-only file, a circle of links.
+Status FindTarget(Disk& disk, const std::string& path, DiskTarget& target) {
+  target = {path, false, {}};
+  if (Status followed = FollowLinks(disk, target); !followed) return followed;
+  if (SplitEntry(target.path).name.empty()) return Status::FromErrno(EISDIR);
+  if (!target.exists) return Status::Ok();
+  if (target.facts.kind == FileKind::Folder) return Status::FromErrno(EISDIR);
+  if (target.facts.kind != FileKind::File) return {Problem::Unsupported, "不是普通文件"};
+  // The mode is checked too, because the administrator may write any file.
+  if ((target.facts.mode & kOwnerWrites) == 0) return {Problem::Denied, "文件是只读的"};
+  const int may = disk.MayWrite(target.path);
+  if (may == -EACCES) return {Problem::Denied, "文件是只读的"};
+  return Status::FromErrno(-may);
+}
+
+// Returns true for the errors of a disk that does not support modes, owners, times or labels.
+bool IsUnsupported(int result) {
   return result == -EPERM || result == -EACCES || result == -ENOTSUP || result == -ENOSYS || result == -EINVAL;
 }
 
-Status KeptOr(int result) { return CannotKeep(result) ? Status::Ok() : Status::FromErrno(result < 0 ? -result : 0); }
+// An attribute that the disk cannot store is no reason to fail.
+Status IgnoreUnsupported(int result) {
+  return IsUnsupported(result) ? Status::Ok() : Status::FromErrno(result < 0 ? -result : 0);
+}
 
-// Gives the draft the labels, mode and owner of the file that it is to replace. The owner is kept where the system lets
-// us; the bits that lend an owner's rights go only with the owner.
+// Copies labels, mode and owner of the file that will be replaced to the draft. The owner is kept if the system permits
+// it. Set-user-id, set-group-id and sticky bits are dropped if the owner could not be kept.
 Status CopyAttributes(Disk& disk, const DiskDraft& draft, const DiskFacts& facts, const DiskTarget& target) {
   const DiskFacts& old = target.facts;
-  if (Status kept = KeptOr(disk.CopyLabels(target.path, draft.Handle())); !kept) return kept;
+  if (Status kept = IgnoreUnsupported(disk.CopyLabels(target.path, draft.Handle())); !kept) return kept;
   unsigned bits = kAllBits;
   if (facts.user != old.user || facts.group != old.group) {
     const int owned = disk.SetOwner(draft.Handle(), old.user, old.group);
-    if (Status kept = KeptOr(owned); !kept) return kept;
+    if (Status kept = IgnoreUnsupported(owned); !kept) return kept;
     if (owned < 0) bits = kAccessBits;
   }
-  return KeptOr(disk.SetMode(draft.Handle(), old.mode & bits));
+  return IgnoreUnsupported(disk.SetMode(draft.Handle(), old.mode & bits));
 }
 
-// Reads an open file to its end into a draft.
+// Copies an open file to its end into a draft. Fails if the file changed meanwhile.
 Status CopyContent(Disk& disk, int handle, const DiskFacts& before, Draft& draft) {
   std::string chunk(kChunk, '\0');
   for (;;) {
@@ -57,14 +108,15 @@ Status CopyContent(Disk& disk, int handle, const DiskFacts& before, Draft& draft
     if (Status written = draft.Write(chunk.data(), static_cast<std::size_t>(read)); !written) return written;
   }
   DiskFacts after;
-  if (const int looked = disk.StatOpen(handle, after); looked < 0) return Status::FromErrno(-looked);
+  if (const int result = disk.StatOpen(handle, after); result < 0) return Status::FromErrno(-result);
   if (after.size != draft.Size() || after.modified != before.modified) {
     return {Problem::Other, "复制期间源文件有变化"};
   }
   return Status::Ok();
 }
 
-// A program cannot be started while it is open for writing: its handle is exchanged for one that only reads.
+// A program cannot be started while a process has it open for writing. Returns a handle that only reads instead, or the
+// same handle if that fails.
 int ForReading(Disk& disk, const std::string& path, int handle) {
   const int reading = disk.OpenRead(path);
   if (reading < 0) return handle;
@@ -78,9 +130,9 @@ int ForReading(Disk& disk, const std::string& path, int handle) {
 
 }  // namespace
 
-// What a save is to give its file beyond the content.
-struct Files::Wishes {
-  unsigned mode = kFreshMode;  // of a fresh file
+// What a saved file gets besides its content.
+struct Files::SaveOptions {
+  unsigned mode = kFreshMode;  // of a new file
   std::optional<Times> times;
 };
 
@@ -101,8 +153,8 @@ Status Files::Copy(const std::string& from, const std::string& to) {
   const bool itself =
       status && disk_.Stat(to, standing) == 0 && standing.device == source.device && standing.inode == source.inode;
   if (status && !itself) {
-    const Wishes wishes{(source.mode & kAccessBits) | kPrivateMode, Times{source.accessed, source.modified}};
-    status = SaveAs(to, wishes, [&](Draft& draft) { return CopyContent(disk_, handle, source, draft); });
+    const SaveOptions options{(source.mode & kAccessBits) | kPrivateMode, Times{source.accessed, source.modified}};
+    status = SaveAs(to, options, [&](Draft& draft) { return CopyContent(disk_, handle, source, draft); });
   }
   disk_.Close(handle);
   return status;
@@ -118,12 +170,12 @@ Status Files::CopyOwn(const std::string& from, const std::string& to) {
   return Copy(from, to);
 }
 
-Status Files::SaveAs(const std::string& path, const Wishes& wishes, const std::function<Status(Draft&)>& fill) {
+Status Files::SaveAs(const std::string& path, const SaveOptions& options, const std::function<Status(Draft&)>& fill) {
   DiskTarget target;
   if (Status found = FindTarget(disk_, path, target); !found) return found;
   std::unique_ptr<DiskDraft> draft;
-  // Until it is dressed like the file that it replaces, a draft is for its owner's eyes only.
-  const unsigned mode = target.exists ? kPrivateMode : wishes.mode;
+  // Nobody else may read the draft before it has the mode of the file that it replaces.
+  const unsigned mode = target.exists ? kPrivateMode : options.mode;
   if (Status opened = DiskDraft::Open(
           disk_, target.path, mode, [this] { return serial_++; }, draft);
       !opened) {
@@ -135,15 +187,16 @@ Status Files::SaveAs(const std::string& path, const Wishes& wishes, const std::f
   if (target.exists) {
     if (Status dressed = CopyAttributes(disk_, *draft, facts, target); !dressed) return dressed;
   }
-  std::optional<Times> times = wishes.times;
+  std::optional<Times> times = options.times;
   if (!times && target.exists) times = Times{target.facts.accessed, target.facts.modified};
   if (times) {
-    if (Status set = KeptOr(disk_.SetTimes(draft->Handle(), times->accessed, times->modified)); !set) return set;
+    if (Status set = IgnoreUnsupported(disk_.SetTimes(draft->Handle(), times->accessed, times->modified)); !set)
+      return set;
   }
   if (target.exists) return Replace(*draft, target);
   int handle = -1;
   if (Status placed = draft->Place(target.path, DiskDraft::Target::Free, handle); !placed) return placed;
-  if ((wishes.mode & kExecutable) != 0) handle = ForReading(disk_, target.path, handle);
+  if ((options.mode & kExecutable) != 0) handle = ForReading(disk_, target.path, handle);
   syncs_->Add(target.path, handle, SyncQueue::OnFailure::Remove);
   return Status::Ok();
 }
@@ -152,9 +205,9 @@ Status Files::Replace(DiskDraft& draft, const DiskTarget& target) {
   if (const int synced = disk_.Sync(draft.Handle()); synced < 0) return Status::FromErrno(-synced);
   int handle = -1;
   if (Status placed = draft.Place(target.path, DiskDraft::Target::Replace, handle); !placed) return placed;
-  // After a sync that went well, closing has nothing left to tell.
+  // After a successful sync, closing cannot report a new error.
   disk_.Close(handle);
-  // Whether the old or the new file is found after a crash, it is whole: the folder can be synced behind.
+  // After a crash either the old or the new file is found, and both are complete. The folder can be synced later.
   syncs_->AddFolderOf(target.path);
   return Status::Ok();
 }

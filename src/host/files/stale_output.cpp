@@ -7,7 +7,8 @@ namespace {
 
 using host::Problem;
 
-bool HadBegun(const host::Status& failure) {
+// The other problems are found before any work on the result starts.
+bool HadStarted(const host::Status& failure) {
   switch (failure.GetProblem()) {
     case Problem::Damaged:
     case Problem::DiskFull:
@@ -22,13 +23,13 @@ bool HadBegun(const host::Status& failure) {
 
 bool WouldBeStaleOutput(const host::Files& files, const std::string& source, const std::string& destination,
                         const host::Status& failure) {
-  return HadBegun(failure) && files.IsFile(destination) && !files.SameFile(source, destination);
+  return HadStarted(failure) && files.IsFile(destination) && !files.SameFile(source, destination);
 }
 
 void DiscardStaleOutput(host::Files& files, const std::string& source, const std::string& destination,
                         const host::Status& failure) {
   if (!WouldBeStaleOutput(files, source, destination, failure)) return;
-  // Where no trash takes it, it stays: a file of the user is never simply removed.
+  // If no trash accepts it, it stays: a file of the user is never deleted for good.
   static_cast<void>(files.Discard(destination));
 }
 

@@ -8,13 +8,14 @@
 
 namespace quillon::host {
 
-// Whether an older file stands under the name of a result that could not be made, so that it would pass for the result.
-// It does not where nothing was begun (the source is not there, may not be read or is of no known kind, or the result
-// may not be written) nor where it is the source itself.
+// Returns true if an older file exists at destination although the run failed to write its result there. The user could
+// mistake such a stale output for the result.
+// Returns false if the failure came before anything was written (the source is missing, unreadable or of an unknown
+// format, or the destination must not be written), and if destination is the source itself.
 bool WouldBeStaleOutput(const host::Files& files, const std::string& source, const std::string& destination,
                         const host::Status& failure);
 
-// Moves such a file to the trash, so that it does not outlive the failure.
+// Moves a stale output to the trash, so that it does not remain after the failure.
 void DiscardStaleOutput(host::Files& files, const std::string& source, const std::string& destination,
                         const host::Status& failure);
 

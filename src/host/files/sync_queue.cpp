@@ -12,10 +12,10 @@
 namespace quillon::host {
 namespace {
 
-constexpr std::size_t kMost = 64;
-// A batch is begun when half of the room is taken, or after a short rest without reaching that.
-constexpr std::size_t kBatch = kMost / 2;
-constexpr auto kRest = std::chrono::milliseconds(100);
+constexpr std::size_t kMaxPending = 64;
+// A batch starts when the queue is half full, or after a short delay if it does not fill up.
+constexpr std::size_t kBatch = kMaxPending / 2;
+constexpr auto kBatchDelay = std::chrono::milliseconds(100);
 
 }  // namespace
 
@@ -38,13 +38,13 @@ void SyncQueue::AddFolderOf(const std::string& path) { Add({.path = path, .statu
 
 void SyncQueue::Add(Item item) {
   std::unique_lock lock(mutex_);
-  done_.wait(lock, [&] { return waiting_.size() + underWay_ < kMost; });
+  done_.wait(lock, [&] { return waiting_.size() + inProgress_ < kMaxPending; });
   waiting_.push_back(std::move(item));
   if (!thread_.joinable()) {
     try {
       thread_ = std::thread([this] { Run(); });
     } catch (const std::system_error&) {
-      // Without a thread each file is waited for at once.
+      // If no thread can be created, the caller syncs by itself.
       std::vector<Item> batch = std::move(waiting_);
       waiting_.clear();
       lock.unlock();
@@ -57,10 +57,10 @@ void SyncQueue::Add(Item item) {
 
 std::vector<LateFailure> SyncQueue::Flush() {
   std::unique_lock lock(mutex_);
-  ++hurry_;
+  ++flushing_;
   wake_.notify_one();
-  done_.wait(lock, [&] { return waiting_.empty() && underWay_ == 0; });
-  --hurry_;
+  done_.wait(lock, [&] { return waiting_.empty() && inProgress_ == 0; });
+  --flushing_;
   return std::exchange(failures_, {});
 }
 
@@ -69,13 +69,13 @@ void SyncQueue::Run() {
   for (;;) {
     wake_.wait(lock, [&] { return ending_ || !waiting_.empty(); });
     if (waiting_.empty()) return;
-    wake_.wait_for(lock, kRest, [&] { return ending_ || hurry_ > 0 || waiting_.size() >= kBatch; });
+    wake_.wait_for(lock, kBatchDelay, [&] { return ending_ || flushing_ > 0 || waiting_.size() >= kBatch; });
     std::vector<Item> batch = std::exchange(waiting_, {});
-    underWay_ = batch.size();
+    inProgress_ = batch.size();
     lock.unlock();
     SyncAll(batch);
     lock.lock();
-    underWay_ = 0;
+    inProgress_ = 0;
     done_.notify_all();
   }
 }
@@ -84,14 +84,14 @@ void SyncQueue::SyncAll(std::vector<Item>& batch) {
   SyncFiles(batch);
   std::map<std::string, int> folders;
   for (Item& item : batch) {
-    if (!item.status || item.named) continue;
+    if (!item.status || item.nameSynced) continue;
     const auto [folder, fresh] = folders.try_emplace(SplitEntry(item.path).folder, 0);
     if (fresh) folder->second = disk_.SyncFolder(folder->first);
-    // A folder that has gone meanwhile has nothing left to lose.
+    // If the folder is gone, there is no name left to sync.
     if (folder->second < 0 && folder->second != -ENOENT) item.status = Status::FromErrno(-folder->second);
   }
   for (const Item& item : batch) {
-    if (!item.status && item.onFailure == OnFailure::Remove) RemoveTorn(item);
+    if (!item.status && item.onFailure == OnFailure::Remove) RemoveIncomplete(item);
     if (item.handle >= 0) disk_.Close(item.handle);
     if (item.status) continue;
     const std::lock_guard lock(mutex_);
@@ -104,22 +104,22 @@ void SyncQueue::SyncFiles(std::vector<Item>& batch) {
   std::vector<Item*> items;
   for (Item& item : batch) {
     if (item.handle < 0) continue;
-    // What was replaced or removed meanwhile need not be waited for.
+    // A file without a name was replaced or removed meanwhile and need not be synced.
     DiskFacts facts;
     if (disk_.StatOpen(item.handle, facts) == 0 && facts.links == 0) continue;
     handles.push_back(item.handle);
     items.push_back(&item);
   }
-  // All begin to be written before the first is waited for.
+  // All writes are started before the first one is waited for, so that the disk can order them.
   for (const int handle : handles) disk_.StartSync(handle);
   const std::vector<int> results = disk_.SyncAll(handles);
   for (std::size_t i = 0; i < items.size(); ++i) {
     if (results[i] < 0) items[i]->status = Status::FromErrno(-results[i]);
-    items[i]->named = results[i] == Disk::kSyncedWithName;
+    items[i]->nameSynced = results[i] == Disk::kSyncedWithName;
   }
 }
 
-void SyncQueue::RemoveTorn(const Item& item) {
+void SyncQueue::RemoveIncomplete(const Item& item) {
   DiskFacts written;
   DiskFacts standing;
   if (disk_.StatOpen(item.handle, written) < 0 || disk_.StatLink(item.path, standing) < 0) return;

@@ -15,12 +15,15 @@
 
 namespace quillon::host {
 
-// Files and folders that wait to be synced, and the thread that does it behind the run. Files are synced in batches,
-// and each folder once per batch, unless its names went with the files. At most 64 files wait; then Add waits for the
-// disk. Ends only when everything is synced.
+// Syncs saved files and their folders on a background thread, so that a run does not wait for the disk.
+//
+// Add queues a file with its open handle. The thread collects a batch, syncs all files of it, then each folder once,
+// unless the names were synced together with the files. At most 64 items are pending; Add blocks while the queue is
+// full.
+// Failures are kept until Flush returns them. The destructor returns only after everything is synced.
 class SyncQueue {
  public:
-  // What becomes of a file whose syncing failed: one that was not there before is removed, since it may be torn.
+  // What to do with a file that could not be synced. A new file is removed, because its content may be incomplete.
   enum class OnFailure { Remove, Keep };
 
   explicit SyncQueue(Disk& disk);
@@ -28,11 +31,11 @@ class SyncQueue {
   SyncQueue(const SyncQueue&) = delete;
   SyncQueue& operator=(const SyncQueue&) = delete;
 
-  // Takes over the handle of a file placed under path, and its folder with it.
+  // Queues a file that was placed under path, and its folder. Takes ownership of the handle.
   void Add(const std::string& path, int handle, OnFailure onFailure);
-  // A file that stands synced under path, but whose folder does not, or a folder that was changed itself.
+  // Queues only the folder of path, for a file that is already synced or for a changed folder entry.
   void AddFolderOf(const std::string& path);
-  // Waits until nothing waits, and hands out what failed since the last call.
+  // Waits until the queue is empty. Returns the failures since the last call.
   std::vector<LateFailure> Flush();
 
  private:
@@ -41,14 +44,14 @@ class SyncQueue {
     int handle = -1;
     OnFailure onFailure = OnFailure::Keep;
     Status status;
-    bool named = false;  // its name stands synced too
+    bool nameSynced = false;  // the folder entry is on the disk too
   };
 
   void Add(Item item);
   void Run();
   void SyncAll(std::vector<Item>& batch);
   void SyncFiles(std::vector<Item>& batch);
-  void RemoveTorn(const Item& item);
+  void RemoveIncomplete(const Item& item);
 
   Disk& disk_;
   std::mutex mutex_;
@@ -56,8 +59,8 @@ class SyncQueue {
   std::condition_variable done_;
   std::vector<Item> waiting_;
   std::vector<LateFailure> failures_;
-  std::size_t underWay_ = 0;
-  int hurry_ = 0;
+  std::size_t inProgress_ = 0;  // items of the current batch
+  int flushing_ = 0;            // callers inside Flush, which skip the batch delay
   bool ending_ = false;
   std::thread thread_;
 };

@@ -8,7 +8,6 @@
 
 #include "base/path_text.h"
 #include "host/files/entry_path.h"
-#include "host/files/percent.h"
 
 namespace quillon::host {
 namespace {
@@ -19,16 +18,16 @@ constexpr unsigned kSticky = 01000;
 constexpr int kMostNumbers = 10000;
 constexpr std::string_view kNoteEnd = ".trashinfo";
 
-// A trash folder, and the path under which its notes tell of the file.
+// A trash folder, and the path of the file as its note must state it (absolute, or relative to the top of the disk).
 struct Trash {
   enum class Place { Home, Shared };
 
   std::string folder;
-  std::string told;
+  std::string notedPath;
   Place place;
 };
 
-// Makes the folder and those above it, readable for the user only.
+// Creates the folder and its parents, accessible to the user only.
 int MakePrivateFolders(Disk& disk, const std::string& path) {
   DiskFacts facts;
   int result = disk.Stat(path, facts);
@@ -39,7 +38,7 @@ int MakePrivateFolders(Disk& disk, const std::string& path) {
   return result == -EEXIST ? 0 : result;
 }
 
-// The highest folder above a path that lies on the same disk.
+// Returns the highest folder above a path that is on the same disk.
 std::string TopFolder(Disk& disk, const std::string& path, std::uint64_t device) {
   std::string top = SplitEntry(path).folder;
   while (top != "/" && top != disk.Root()) {
@@ -51,7 +50,7 @@ std::string TopFolder(Disk& disk, const std::string& path, std::uint64_t device)
   return top;
 }
 
-// The trash folders that may take a path, best first. real is its path without links above the last name.
+// Returns the trash folders that may accept a path, best first. real is the path without links above its last name.
 std::vector<Trash> TrashesFor(Disk& disk, const std::string& real, std::uint64_t device) {
   std::vector<Trash> trashes;
   DiskFacts facts;
@@ -62,19 +61,19 @@ std::vector<Trash> TrashesFor(Disk& disk, const std::string& real, std::uint64_t
     }
   }
   const std::string top = TopFolder(disk, real, device);
-  const std::string told = top == "/" ? real.substr(1) : real.substr(top.size() + 1);
+  const std::string relative = top == "/" ? real.substr(1) : real.substr(top.size() + 1);
   const std::string user = std::to_string(disk.User());
-  // A shared trash counts only as the administrator makes it: a real folder with the sticky bit.
+  // A shared trash is used only if the administrator made it as required: a real folder with the sticky bit.
   const std::string shared = base::JoinPath(top, ".Trash");
   if (disk.StatLink(shared, facts) == 0 && facts.kind == FileKind::Folder && (facts.mode & kSticky) != 0) {
-    trashes.push_back({base::JoinPath(shared, user), told, Trash::Place::Shared});
+    trashes.push_back({base::JoinPath(shared, user), relative, Trash::Place::Shared});
   }
-  trashes.push_back({base::JoinPath(top, ".Trash-" + user), told, Trash::Place::Shared});
+  trashes.push_back({base::JoinPath(top, ".Trash-" + user), relative, Trash::Place::Shared});
   return trashes;
 }
 
-// Where others may write too, the trash must be a real folder of the user's own: a link or a folder that someone else
-// put there could lead anywhere.
+// If others may write there too, the trash must be a real folder that belongs to the user. A link, or a folder that
+// someone else created, could lead anywhere.
 int Prepare(Disk& disk, const Trash& trash) {
   int result = MakePrivateFolders(disk, trash.folder);
   if (result == 0 && trash.place == Trash::Place::Shared) {
@@ -87,8 +86,8 @@ int Prepare(Disk& disk, const Trash& trash) {
   return result;
 }
 
-// The name in the trash: the file's own, from the second try on with a number before the extension.
-std::string NumberedName(const std::string& name, int number) {
+// Returns the name in the trash: the file's own name, from the second attempt on with a number before the extension.
+std::string TrashName(const std::string& name, int number) {
   const std::string tail = number == 1 ? "" : " " + std::to_string(number);
   const std::size_t room = kLongestName - kNoteEnd.size() - tail.size();
   const std::size_t point = name.rfind('.');
@@ -106,15 +105,17 @@ int WriteAll(Disk& disk, int handle, std::string_view text) {
   return 0;
 }
 
-// Moves the file into one trash; a failure leaves it where it is and no note behind.
+// Moves the file into one trash. On failure it stays where it is and no note remains.
 int MoveInto(Disk& disk, SyncQueue& syncs, const Trash& trash, const std::string& path) {
   if (const int prepared = Prepare(disk, trash); prepared < 0) return prepared;
   const std::string text =
-      "[Trash Info]\nPath=" + PercentEncoded(trash.told) + "\nDeletionDate=" + disk.TimeStamp() + "\n";
+      "[Trash Info]\nPath=" + base::PercentEncoded(trash.notedPath) + "\nDeletionDate=" + disk.TimeStamp() + "\n";
   for (int number = 1; number <= kMostNumbers; ++number) {
-    const std::string name = NumberedName(SplitEntry(path).name, number);
+    const std::string name = TrashName(SplitEntry(path).name, number);
     const std::string note = base::JoinPath(trash.folder, "info/" + name + std::string(kNoteEnd));
     const std::string file = base::JoinPath(trash.folder, "files/" + name);
+    // The note is created first: creating it reserves the name, and a trashed file without a note could not be
+    // restored.
     const int handle = disk.OpenNew(note, kNoteMode);
     if (handle == -EEXIST) continue;
     if (handle < 0) return handle;
@@ -139,7 +140,7 @@ int MoveInto(Disk& disk, SyncQueue& syncs, const Trash& trash, const std::string
 Status MoveToTrash(Disk& disk, SyncQueue& syncs, const std::string& path) {
   DiskFacts facts;
   const std::string trimmed = base::TrimTrailingSeparator(path);
-  if (const int looked = disk.StatLink(trimmed, facts); looked < 0) return Status::FromErrno(-looked);
+  if (const int result = disk.StatLink(trimmed, facts); result < 0) return Status::FromErrno(-result);
   const EntryPath entry = SplitEntry(trimmed);
   if (entry.name.empty() || entry.name == "." || entry.name == "..") return Status::FromErrno(EINVAL);
   std::string folder;

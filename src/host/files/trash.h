@@ -10,9 +10,10 @@
 
 namespace quillon::host {
 
-// Moves a file, a folder or a link into the trash as the desktop keeps it (freedesktop.org trash, version 1.0): the
-// home trash for what lies on its disk, else the trash at the top of the disk that the file lies on. The note for
-// bringing it back is written first; a taken name gets a number. Nothing is ever copied.
+// Moves a file, a folder or a link into the desktop's trash (freedesktop.org trash specification, version 1.0).
+// The home trash is used if it is on the same disk, otherwise a trash at the top of the disk of the file.
+// The note that restores the file is written first. If the name is taken in the trash, a number is added.
+// Nothing is ever copied: if the rename fails, the file stays where it is and the status says so in one sentence.
 Status MoveToTrash(Disk& disk, SyncQueue& syncs, const std::string& path);
 
 }  // namespace quillon::host

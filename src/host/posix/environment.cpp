@@ -26,8 +26,8 @@ std::string HomeFolder() {
 }
 
 std::string BaseFolder(const char* variable, const char* underHome) {
-  const std::string told = Environment(variable);
-  if (!told.empty() && told.front() == '/') return base::TrimTrailingSeparator(told);
+  const std::string configured = Environment(variable);
+  if (!configured.empty() && configured.front() == '/') return base::TrimTrailingSeparator(configured);
   const std::string home = HomeFolder();
   return home.empty() ? "" : base::JoinPath(home, underHome);
 }

@@ -6,14 +6,15 @@
 
 namespace quillon::host::posix {
 
-// An environment variable, "" where it is not set.
+// Returns the value of an environment variable, "" if it is not set.
 std::string Environment(const char* name);
 
-// The user's home folder: $HOME, else the account's; "" where neither tells one.
+// Returns the user's home folder: $HOME, or the folder of the account if that is empty; "" if neither is known.
 std::string HomeFolder();
 
-// A base folder of the desktop's rules: the variable where it holds an absolute path, else the given folder under the
-// home folder ("" without a home folder).
+// Returns a base folder as the freedesktop.org base directory specification defines it.
+// variable is the name of its environment variable; it counts only if it holds an absolute path.
+// Otherwise the result is underHome inside the home folder, or "" if there is no home folder.
 std::string BaseFolder(const char* variable, const char* underHome);
 
 }  // namespace quillon::host::posix

@@ -13,7 +13,7 @@ double PosixClock::SecondsOfDay() {
   clock_gettime(CLOCK_REALTIME, &now);
   tm local{};
   localtime_r(&now.tv_sec, &local);
-  // A leap second counts as the one before it, which keeps the result below a day.
+  // A leap second (60) counts as second 59, which keeps the result below one day.
   const int second = local.tm_sec < 60 ? local.tm_sec : 59;
   return local.tm_hour * 3600 + local.tm_min * 60 + second + static_cast<double>(now.tv_nsec) / 1e9;
 }

@@ -6,6 +6,7 @@
 
 namespace quillon::host::posix {
 
+// The system clock. The time of day is that of the local time zone; Seconds() is monotonic.
 class PosixClock final : public Clock {
  public:
   double SecondsOfDay() override;

@@ -13,7 +13,6 @@
 #include <algorithm>
 #include <cerrno>
 #include <climits>
-#include <csignal>
 #include <cstdio>
 #include <cstdlib>
 #include <ctime>
@@ -31,7 +30,7 @@ namespace fs = std::filesystem;
 
 constexpr std::int64_t kSecond = 1'000'000'000;
 
-// The result of a call, repeated while signals interrupt it.
+// Returns the result of a call, or minus errno. Repeats the call if a signal interrupted it.
 template <typename Call>
 auto Repeat(Call call) -> decltype(call()) {
   for (;;) {
@@ -56,44 +55,46 @@ FileKind KindOf(mode_t mode) {
   return S_ISDIR(mode) ? FileKind::Folder : FileKind::Other;
 }
 
-DiskFacts FactsOf(const struct stat& told) {
+DiskFacts FactsOf(const struct stat& info) {
   DiskFacts facts;
-  facts.kind = KindOf(told.st_mode);
-  facts.link = S_ISLNK(told.st_mode);
-  facts.mode = told.st_mode & 07777;
-  facts.user = told.st_uid;
-  facts.group = told.st_gid;
-  facts.size = static_cast<std::uint64_t>(told.st_size);
-  facts.accessed = Nanoseconds(told.st_atim);
-  facts.modified = Nanoseconds(told.st_mtim);
-  facts.changed = Nanoseconds(told.st_ctim);
-  facts.device = told.st_dev;
-  facts.inode = told.st_ino;
-  facts.links = told.st_nlink;
+  facts.kind = KindOf(info.st_mode);
+  facts.link = S_ISLNK(info.st_mode);
+  facts.mode = info.st_mode & 07777;
+  facts.user = info.st_uid;
+  facts.group = info.st_gid;
+  facts.size = static_cast<std::uint64_t>(info.st_size);
+  facts.accessed = Nanoseconds(info.st_atim);
+  facts.modified = Nanoseconds(info.st_mtim);
+  facts.changed = Nanoseconds(info.st_ctim);
+  facts.device = info.st_dev;
+  facts.inode = info.st_ino;
+  facts.links = info.st_nlink;
   return facts;
 }
 
-// Only a regular file stays open. Opening does not wait (a named pipe would), reading may.
+// Opens only regular files. O_NONBLOCK keeps open() from waiting for the writer of a named pipe; for regular files it
+// has no effect.
 int OpenRegular(const std::string& path, int flags) {
   const int handle = Repeat([&] { return open(path.c_str(), flags | O_CLOEXEC | O_NONBLOCK | O_NOCTTY); });
   if (handle < 0) return handle;
-  struct stat told {};
-  int error = fstat(handle, &told) < 0 ? errno : 0;
-  if (error == 0 && S_ISDIR(told.st_mode)) error = EISDIR;
-  if (error == 0 && !S_ISREG(told.st_mode)) error = ENXIO;
+  struct stat info {};
+  int error = fstat(handle, &info) < 0 ? errno : 0;
+  if (error == 0 && S_ISDIR(info.st_mode)) error = EISDIR;
+  if (error == 0 && !S_ISREG(info.st_mode)) error = ENXIO;
   if (error == 0) return handle;
   close(handle);
   return -error;
 }
 
-// From so many files on, syncing their whole disk once is cheaper than each file by itself.
+// From this number of files on, syncing their whole disk once is cheaper than syncing each file.
 constexpr std::size_t kTogether = 4;
 
-// Local disks write down everything when they are asked to; network and user-space ones may do so only file by file.
+// Returns true if syncfs() on this disk also writes the names of files. Network and user-space file systems may only
+// support syncing single files.
 bool SyncsTogether(int handle) {
-  struct statfs told {};
-  if (fstatfs(handle, &told) < 0) return false;
-  switch (static_cast<unsigned long>(told.f_type)) {
+  struct statfs info {};
+  if (fstatfs(handle, &info) < 0) return false;
+  switch (static_cast<unsigned long>(info.f_type)) {
     case EXT4_SUPER_MAGIC:
     case XFS_SUPER_MAGIC:
     case BTRFS_SUPER_MAGIC:
@@ -105,14 +106,14 @@ bool SyncsTogether(int handle) {
   }
 }
 
-// How it went with a file whose disk was synced as a whole: its own failed writes are kept for it.
+// Returns the result for one file of a disk that was synced as a whole: write errors are kept for each file.
 int Written(int handle) {
   constexpr unsigned kAll = SYNC_FILE_RANGE_WAIT_BEFORE | SYNC_FILE_RANGE_WRITE | SYNC_FILE_RANGE_WAIT_AFTER;
   const int written = Repeat([&] { return sync_file_range(handle, 0, 0, kAll); });
   return written < 0 ? written : Disk::kSyncedWithName;
 }
 
-// Reads what a call gives first for its size and then for its bytes; once more if it grew meanwhile.
+// Calls call once for the size and once for the bytes; again if the attribute grew in between.
 template <typename Call>
 int ReadAttribute(std::string& bytes, Call call) {
   for (;;) {
@@ -161,9 +162,9 @@ int PosixDisk::Seek(int handle, std::uint64_t position) {
 }
 
 int PosixDisk::StatOpen(int handle, DiskFacts& facts) {
-  struct stat told {};
-  if (fstat(handle, &told) < 0) return -errno;
-  facts = FactsOf(told);
+  struct stat info {};
+  if (fstat(handle, &info) < 0) return -errno;
+  facts = FactsOf(info);
   return 0;
 }
 
@@ -205,7 +206,8 @@ int PosixDisk::StartSync(int handle) { return Result(sync_file_range(handle, 0, 
 int PosixDisk::Sync(int handle) {
   const int synced = Repeat([&] { return fsync(handle); });
   if (synced < 0) return synced;
-  // Network and user-space file systems hand the data over at each closing of a handle and report there.
+  // Network and user-space file systems send the data whenever a handle is closed, and report errors there. Closing a
+  // duplicate does that while the original stays open.
   const int twin = fcntl(handle, F_DUPFD_CLOEXEC, 0);
   if (twin < 0) return -errno;
   return Result(close(twin));
@@ -214,8 +216,8 @@ int PosixDisk::Sync(int handle) {
 std::vector<int> PosixDisk::SyncAll(const std::vector<int>& handles) {
   std::map<dev_t, std::vector<std::size_t>> disks;
   for (std::size_t i = 0; i < handles.size(); ++i) {
-    struct stat told {};
-    disks[fstat(handles[i], &told) == 0 ? told.st_dev : 0].push_back(i);
+    struct stat info {};
+    disks[fstat(handles[i], &info) == 0 ? info.st_dev : 0].push_back(i);
   }
   std::vector<int> results(handles.size(), 0);
   for (const auto& [device, places] : disks) {
@@ -226,29 +228,29 @@ std::vector<int> PosixDisk::SyncAll(const std::vector<int>& handles) {
   return results;
 }
 
-// Programs that answer for a disk hang like other machines.
+// User-space file systems (FUSE) may hang just like network disks, so they do not count as local.
 bool PosixDisk::IsLocalDisk(const std::string& folder) {
-  struct statfs told {};
-  if (statfs(folder.c_str(), &told) < 0) return true;
+  struct statfs info {};
+  if (statfs(folder.c_str(), &info) < 0) return true;
   constexpr unsigned long kElsewhere[] = {NFS_SUPER_MAGIC,  SMB_SUPER_MAGIC, CIFS_SUPER_MAGIC, SMB2_SUPER_MAGIC,
                                           FUSE_SUPER_MAGIC, V9FS_MAGIC,      CEPH_SUPER_MAGIC, AFS_SUPER_MAGIC};
-  const auto kind = static_cast<std::uint32_t>(told.f_type);
+  const auto kind = static_cast<std::uint32_t>(info.f_type);
   return std::find(std::begin(kElsewhere), std::end(kElsewhere), kind) == std::end(kElsewhere);
 }
 
 int PosixDisk::Close(int handle) { return Result(close(handle)); }
 
 int PosixDisk::Stat(const std::string& path, DiskFacts& facts) {
-  struct stat told {};
-  if (stat(path.c_str(), &told) < 0) return -errno;
-  facts = FactsOf(told);
+  struct stat info {};
+  if (stat(path.c_str(), &info) < 0) return -errno;
+  facts = FactsOf(info);
   return 0;
 }
 
 int PosixDisk::StatLink(const std::string& path, DiskFacts& facts) {
-  struct stat told {};
-  if (lstat(path.c_str(), &told) < 0) return -errno;
-  facts = FactsOf(told);
+  struct stat info {};
+  if (lstat(path.c_str(), &info) < 0) return -errno;
+  facts = FactsOf(info);
   return 0;
 }
 
@@ -270,11 +272,11 @@ int PosixDisk::RealPath(const std::string& path, std::string& real) {
   return 0;
 }
 
-int PosixDisk::List(const std::string& folder, const std::function<bool(const FolderEntry&)>& take) {
+int PosixDisk::List(const std::string& folder, const std::function<bool(const FolderEntry&)>& visit) {
   std::error_code error;
   fs::directory_iterator entries(folder, error);
   for (; !error && entries != fs::directory_iterator(); entries.increment(error)) {
-    if (!take({entries->path().filename().native(), KindOf(*entries)})) return 0;
+    if (!visit({entries->path().filename().native(), KindOf(*entries)})) return 0;
   }
   return -error.value();
 }
@@ -292,11 +294,11 @@ int PosixDisk::Rename(const std::string& from, const std::string& to) {
 int PosixDisk::RenameNew(const std::string& from, const std::string& to) {
   const int renamed = Result(renameat2(AT_FDCWD, from.c_str(), AT_FDCWD, to.c_str(), RENAME_NOREPLACE));
   if (renamed != -EINVAL && renamed != -ENOSYS && renamed != -ENOTSUP) return renamed;
-  // Some file systems cannot refuse at the moment of renaming; looking first leaves only a very small gap.
+  // Some file systems cannot refuse an existing target while they rename. Checking first leaves only a very short race.
   DiskFacts facts;
-  const int looked = StatLink(to, facts);
-  if (looked == 0) return -EEXIST;
-  return looked == -ENOENT ? Rename(from, to) : looked;
+  const int existing = StatLink(to, facts);
+  if (existing == 0) return -EEXIST;
+  return existing == -ENOENT ? Rename(from, to) : existing;
 }
 
 int PosixDisk::Link(const std::string& from, const std::string& to) {
@@ -305,7 +307,7 @@ int PosixDisk::Link(const std::string& from, const std::string& to) {
 
 int PosixDisk::SyncFolder(const std::string& folder) {
   const int handle = Repeat([&] { return open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC); });
-  // A folder that may be written but not read cannot be opened, hence not synced; its disk still writes it in time.
+  // A folder that is writable but not readable cannot be opened, and so not synced. Its disk will write it later.
   if (handle == -EACCES) return 0;
   if (handle < 0) return handle;
   const int synced = Repeat([&] { return fsync(handle); });
@@ -326,11 +328,6 @@ std::string PosixDisk::TimeStamp() {
   char text[32];
   std::strftime(text, sizeof text, "%Y-%m-%dT%H:%M:%S", &local);
   return text;
-}
-
-void IgnoreSignals() {
-  std::signal(SIGXFSZ, SIG_IGN);
-  std::signal(SIGPIPE, SIG_IGN);
 }
 
 }  // namespace quillon::host::posix

@@ -8,12 +8,12 @@
 
 namespace quillon::host::posix {
 
-// The disk of this machine.
+// The real file system of this machine.
 class PosixDisk final : public Disk {
  public:
-  // With the user's data folder from the environment: $XDG_DATA_HOME, else ~/.local/share.
+  // Uses the user's data folder from the environment: $XDG_DATA_HOME, otherwise ~/.local/share.
   PosixDisk();
-  // With given ones, for runs that must not touch the user's.
+  // Uses the given folders, for runs that must not touch those of the user.
   explicit PosixDisk(std::string dataHome, std::string root = "/");
 
   int OpenNew(const std::string& path, unsigned mode) override;
@@ -39,7 +39,7 @@ class PosixDisk final : public Disk {
   int MayWrite(const std::string& path) override;
   int ReadLink(const std::string& path, std::string& target) override;
   int RealPath(const std::string& path, std::string& real) override;
-  int List(const std::string& folder, const std::function<bool(const FolderEntry&)>& take) override;
+  int List(const std::string& folder, const std::function<bool(const FolderEntry&)>& visit) override;
   int MakeFolder(const std::string& path, unsigned mode) override;
   int Remove(const std::string& path) override;
   int RemoveFolder(const std::string& path) override;
@@ -58,9 +58,5 @@ class PosixDisk final : public Disk {
   std::string dataHome_;
   std::string root_;
 };
-
-// A write over the limit for file sizes then fails like one to a full disk instead of ending the program, and so does
-// one to a reader that has gone. To be called once at start.
-void IgnoreSignals();
 
 }  // namespace quillon::host::posix

@@ -37,10 +37,11 @@ bool PosixInstance::Claim() {
 }
 
 bool IsClaimed(const std::string& programFolder) {
-  struct stat told {};
-  if (lstat(LockPath(programFolder).c_str(), &told) < 0) return false;
-  // "1: FLOCK  ADVISORY  WRITE 4711 08:01:1234 0 EOF"; the numbers of the device are not those of stat on every disk.
-  const std::string inode = ":" + std::to_string(told.st_ino) + " ";
+  struct stat info {};
+  if (lstat(LockPath(programFolder).c_str(), &info) < 0) return false;
+  // A line reads "1: FLOCK  ADVISORY  WRITE 4711 08:01:1234 0 EOF". Only the inode is compared, because on some disks
+  // the device numbers differ from those of stat.
+  const std::string inode = ":" + std::to_string(info.st_ino) + " ";
   std::ifstream locks("/proc/locks");
   for (std::string line; std::getline(locks, line);) {
     if (line.find(" FLOCK ") != std::string::npos && line.find(inode) != std::string::npos) return true;

@@ -8,11 +8,12 @@
 
 namespace quillon::host::posix {
 
-// In the program folder.
+// The name of the lock file in the program folder.
 inline constexpr const char* kInstanceLock = "quillon.lock";
 
-// The claim is a lock on that file. The file stays; the lock goes with the process. Where no lock can be had at all (a
-// disk without locks, no right to write), the program counts as the only one, since it must be able to start.
+// The claim is a lock on that file. The file remains; the lock is released when the process ends.
+// If locking is impossible (a disk without locks, no permission to write), the program counts as the only instance,
+// because it must be able to start.
 class PosixInstance final : public Instance {
  public:
   explicit PosixInstance(std::string programFolder) : programFolder_(std::move(programFolder)) {}
@@ -27,8 +28,8 @@ class PosixInstance final : public Instance {
   int handle_ = -1;
 };
 
-// Whether a program of any process holds the claim. Only looks, so that it is in nobody's way; false where the system
-// does not tell.
+// Returns true if any process holds the claim. Only reads /proc/locks, so it never interferes with a claim.
+// Returns false if the system does not list its locks.
 bool IsClaimed(const std::string& programFolder);
 
 }  // namespace quillon::host::posix

@@ -25,10 +25,10 @@ struct CloseFolder {
 };
 
 constexpr std::string_view kDeleted = " (deleted)";
-// The kernel keeps so many bytes of a program's name.
+// The kernel stores only this many bytes of a process name.
 constexpr std::size_t kShortName = 15;
 
-// Text of a small file of /proc, "" where it cannot be read.
+// Returns the text of a small file of /proc, "" if it cannot be read.
 std::string Text(const std::string& path) {
   const int handle = open(path.c_str(), O_RDONLY | O_CLOEXEC);
   if (handle < 0) return "";
@@ -44,7 +44,7 @@ std::string LinkTarget(const std::string& path) {
   return length > 0 ? std::string(text, static_cast<std::size_t>(length)) : "";
 }
 
-// The nth of texts that each end with a zero byte.
+// Returns the nth of several texts that each end with a zero byte, counted from 0; "" if there are fewer.
 std::string Nth(std::string_view texts, int n) {
   for (; n > 0 && !texts.empty(); --n) {
     const std::size_t end = texts.find('\0');
@@ -61,8 +61,8 @@ std::string FolderOf(const std::string& path) {
   return separator == 0 ? "/" : path.substr(0, separator);
 }
 
-// The file that was started: the program, or the script that an interpreter was started for, which the kernel calls
-// the process after.
+// Returns the file that was started. For a script, /proc/<id>/exe is the interpreter, but the kernel names the process
+// after the script, which is the first argument.
 std::string StartedFile(const std::string& process) {
   std::string program = LinkTarget(process + "/exe");
   if (program.ends_with(kDeleted)) program.resize(program.size() - kDeleted.size());
@@ -77,11 +77,11 @@ std::string StartedFile(const std::string& process) {
 
 std::optional<ProcessFacts> FactsOf(int id) {
   const std::string process = "/proc/" + std::to_string(id);
-  struct stat told {};
-  if (stat(process.c_str(), &told) < 0) return std::nullopt;
+  struct stat info {};
+  if (stat(process.c_str(), &info) < 0) return std::nullopt;
   const std::string file = StartedFile(process);
   if (file.empty()) return std::nullopt;
-  return ProcessFacts{id, NameOf(file), FolderOf(file), told.st_uid == geteuid()};
+  return ProcessFacts{id, NameOf(file), FolderOf(file), info.st_uid == geteuid()};
 }
 
 }  // namespace

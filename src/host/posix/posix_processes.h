@@ -8,17 +8,18 @@
 
 namespace quillon::host::posix {
 
-// The running programs as /proc tells them. A program is named after its file, without the mark of one that was
-// deleted while it runs; a script after the script. Processes that have ended but were not yet collected, and threads
-// of the kernel, are left out.
+// The running processes, read from /proc.
+// A process is named after its program file, even if that was deleted meanwhile; a script is named after the script
+// file.
+// Zombies and kernel threads are omitted.
 class PosixProcesses final : public Processes {
  public:
   PosixProcesses() = default;
-  // Sees, and ends, only programs from that folder.
+  // Lists and kills only programs from that folder.
   explicit PosixProcesses(const std::string& onlyFolder);
 
   std::vector<ProcessFacts> Running() override;
-  // Only a process of this user, and with onlyFolder only one from there.
+  // Kills only processes of the current user and, if onlyFolder is set, only those from that folder.
   bool End(int id) override;
 
  private:

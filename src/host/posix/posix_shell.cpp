@@ -19,23 +19,23 @@
 namespace quillon::host::posix {
 namespace {
 
-// A fresh program cannot run while any process still holds it open for writing, as one does for a moment that was
-// forked off by another thread.
-constexpr int kBusyTries = 50;
-constexpr auto kBusyRest = std::chrono::milliseconds(4);
+// A program cannot run while any process has its file open for writing (ETXTBSY). A process that another thread forks
+// inherits such a handle for a moment, so the start is tried again.
+constexpr int kBusyRetries = 50;
+constexpr auto kBusyDelay = std::chrono::milliseconds(4);
 
 bool Exists(const std::string& path) {
-  struct stat told {};
-  return stat(path.c_str(), &told) == 0;
+  struct stat info {};
+  return stat(path.c_str(), &info) == 0;
 }
 
 bool MayRun(const std::string& path) {
-  struct stat told {};
-  return stat(path.c_str(), &told) == 0 && S_ISREG(told.st_mode) &&
+  struct stat info {};
+  return stat(path.c_str(), &info) == 0 && S_ISREG(info.st_mode) &&
          faccessat(AT_FDCWD, path.c_str(), X_OK, AT_EACCESS) == 0;
 }
 
-// The file that a program's name stands for, "" where there is none.
+// Returns the file that a program name stands for, "" if there is none.
 std::string FindProgram(const std::string& program, const std::string& folder) {
   if (program.empty()) return "";
   const bool absolute = program.front() == '/';
@@ -54,15 +54,15 @@ std::string FindProgram(const std::string& program, const std::string& folder) {
   return found;
 }
 
-// What the new process is made of; built before the fork, since nothing may be allocated after it.
-struct Order {
+// Everything that the new process needs. It is built before the fork, because nothing may be allocated after it.
+struct LaunchPlan {
   std::string file;
   std::string folder;
   std::vector<char*> arguments;
 };
 
-// In the new process, up to the exec. Only calls that are safe there.
-[[noreturn]] void Become(const Order& order, int report) {
+// Runs in the new process up to exec. Only calls that are async-signal-safe are allowed here.
+[[noreturn]] void ExecChild(const LaunchPlan& plan, int report) {
   for (int signal = 1; signal < NSIG; ++signal) std::signal(signal, SIG_DFL);
   sigset_t none;
   sigemptyset(&none);
@@ -71,39 +71,39 @@ struct Order {
   for (int stream = 0; stream <= 2; ++stream) dup2(nowhere, stream);
   close_range(3, ~0U, CLOSE_RANGE_CLOEXEC);
   int error = 0;
-  if (!order.folder.empty() && chdir(order.folder.c_str()) < 0) error = errno;
+  if (!plan.folder.empty() && chdir(plan.folder.c_str()) < 0) error = errno;
   if (error == 0) {
-    execv(order.file.c_str(), order.arguments.data());
+    execv(plan.file.c_str(), plan.arguments.data());
     error = errno;
   }
   (void)!write(report, &error, sizeof error);
   _exit(127);
 }
 
-// The error that kept the program from starting, 0 where it runs. A process between, which ends at once, leaves the
-// program to the system to be collected.
-int Launch(const Order& order) {
+// Starts the program and returns 0, or the error that prevented the start. The program is forked by an intermediate
+// process that exits immediately, so that the system reaps it and no zombie remains.
+int Launch(const LaunchPlan& plan) {
   int report[2];
   if (pipe2(report, O_CLOEXEC) < 0) return errno;
-  const pid_t between = fork();
-  if (between < 0) {
+  const pid_t intermediate = fork();
+  if (intermediate < 0) {
     const int error = errno;
     close(report[0]);
     close(report[1]);
     return error;
   }
-  if (between == 0) {
+  if (intermediate == 0) {
     setsid();
     const pid_t program = fork();
-    if (program == 0) Become(order, report[1]);
+    if (program == 0) ExecChild(plan, report[1]);
     const int error = errno;
     if (program < 0) (void)!write(report[1], &error, sizeof error);
     _exit(0);
   }
   close(report[1]);
-  while (waitpid(between, nullptr, 0) < 0 && errno == EINTR) {
+  while (waitpid(intermediate, nullptr, 0) < 0 && errno == EINTR) {
   }
-  // The report closes unwritten at the moment the program takes over.
+  // A successful exec closes the pipe without a report.
   int error = 0;
   while (read(report[0], &error, sizeof error) < 0 && errno == EINTR) {
   }
@@ -111,30 +111,30 @@ int Launch(const Order& order) {
   return error;
 }
 
-// A path that cannot be taken for an option.
+// Returns the path in a form that xdg-open cannot mistake for an option.
 std::string Plain(const std::string& path) { return path.starts_with('-') ? "./" + path : path; }
 
 }  // namespace
 
 int PosixShell::Start(const std::string& program, const std::vector<std::string>& arguments,
                       const std::string& folder) {
-  Order order{FindProgram(program, folder), folder, {}};
-  if (order.file.empty()) return kStartMissing;
-  if (!MayRun(order.file)) return kStartDenied;
-  // The new process changes its folder before it looks for the file.
-  if (order.file.front() != '/') {
+  LaunchPlan plan{FindProgram(program, folder), folder, {}};
+  if (plan.file.empty()) return kStartMissing;
+  if (!MayRun(plan.file)) return kStartDenied;
+  // The new process changes its folder before exec, so the file must not be relative.
+  if (plan.file.front() != '/') {
     char here[PATH_MAX];
     if (!getcwd(here, sizeof here)) return kStartMissing;
-    order.file = base::JoinPath(here, order.file);
+    plan.file = base::JoinPath(here, plan.file);
   }
-  std::vector<std::string> texts{order.file};
+  std::vector<std::string> texts{plan.file};
   texts.insert(texts.end(), arguments.begin(), arguments.end());
-  for (std::string& text : texts) order.arguments.push_back(text.data());
-  order.arguments.push_back(nullptr);
-  int error = Launch(order);
-  for (int i = 0; i < kBusyTries && error == ETXTBSY; ++i) {
-    std::this_thread::sleep_for(kBusyRest);
-    error = Launch(order);
+  for (std::string& text : texts) plan.arguments.push_back(text.data());
+  plan.arguments.push_back(nullptr);
+  int error = Launch(plan);
+  for (int i = 0; i < kBusyRetries && error == ETXTBSY; ++i) {
+    std::this_thread::sleep_for(kBusyDelay);
+    error = Launch(plan);
   }
   if (error == 0) return kStarted;
   return error == ENOENT || error == ENOTDIR ? kStartMissing : kStartDenied;

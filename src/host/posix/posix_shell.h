@@ -9,15 +9,16 @@
 
 namespace quillon::host::posix {
 
-// Starts programs that live on by themselves: no zombie stays, no handle and no changed signal is inherited, their
-// input and output lead nowhere. A program without a separator in its name is looked for in folder first, then along
-// $PATH; a relative one with a separator is taken from folder. They run in folder, or where this program runs where
-// folder is empty.
+// Starts programs that run independently of this one: they leave no zombie, inherit no handles and no changed signal
+// handlers, and their standard streams lead to /dev/null.
+// A program name without a separator is searched in folder first, then in $PATH.
+// A relative path with a separator is resolved against folder.
+// The program runs in folder, or in the current folder if folder is empty.
 class PosixShell : public Shell {
  public:
-  // kStartDenied also where the file is there but the system cannot run it.
+  // Also returns kStartDenied if the file exists but the system cannot run it.
   int Start(const std::string& program, const std::vector<std::string>& arguments, const std::string& folder) override;
-  // These three ask xdg-open, and do nothing where the desktop has none.
+  // These use xdg-open, and do nothing if the desktop has none.
   void OpenFolder(const std::string& folder) override;
   void Reveal(const std::string& file) override;
   void OpenBrowser(const std::string& address) override;

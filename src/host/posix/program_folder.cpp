@@ -17,7 +17,7 @@ namespace {
 
 constexpr const char* kProfiles = "ColorConfigs";
 
-// Folders with the files of an installed program, beside the one that its executable lies in.
+// Returns the folders with the files of an installed program, which are siblings of the executable's folder.
 std::vector<std::string> InstalledBeside(const Files& files, const std::string& executableFolder) {
   std::vector<std::string> folders;
   const std::string prefix = base::SplitPath(executableFolder).folder;
@@ -28,23 +28,23 @@ std::vector<std::string> InstalledBeside(const Files& files, const std::string& 
   return folders;
 }
 
-bool OfTheSystem(const std::string& folder) {
+bool IsSystemFolder(const std::string& folder) {
   const std::string path = folder + "/";
   return path.starts_with("/usr/") || path.starts_with("/bin/") || path.starts_with("/sbin/");
 }
 
-// What a portable program folder holds for good; all else in it is work.
-bool IsSupply(const Files& files, const std::string& folder, const std::string& name) {
+// Returns true for the files that belong to a portable program; all others in its folder are work files.
+bool IsProgramFile(const Files& files, const std::string& folder, const std::string& name) {
   const base::PathParts parts = base::SplitPath(name);
   const std::string extension = base::ToLowerAscii(parts.extension);
-  // Most helpers are made anew from their twin when they are needed.
+  // A helper "x.exe" with an "x.dll" beside it is created from that file when it is needed, so it need not be copied.
   if (extension == "exe") return !files.IsFile(base::JoinPath(folder, parts.name, "dll"));
   return extension == "dll" || extension == "ini";
 }
 
-using Wanted = std::function<bool(const FolderEntry&)>;
+using Filter = std::function<bool(const FolderEntry&)>;
 
-// A user may change an .ini file; all else follows what is installed.
+// The user may edit .ini files; all other files follow the installed ones.
 bool UpToDate(const Files& files, const std::string& from, const std::string& to) {
   if (from.ends_with(".ini") && files.IsFile(to)) return true;
   const auto source = files.Stat(from);
@@ -56,10 +56,10 @@ void KeepFirst(Status& first, Status next) {
   if (first && !next) first = std::move(next);
 }
 
-Status Fill(Files& files, const std::string& from, const std::string& to, const Wanted& wanted) {
+Status Fill(Files& files, const std::string& from, const std::string& to, const Filter& filter) {
   std::vector<FolderEntry> entries;
   Status status = files.ListFolder(from, [&](const FolderEntry& entry) {
-    if (wanted(entry)) entries.push_back(entry);
+    if (filter(entry)) entries.push_back(entry);
     return true;
   });
   KeepFirst(status, files.MakeFolders(to));
@@ -85,9 +85,9 @@ ProgramFolderHints HintsOfThisProcess() {
 }
 
 std::string ChooseProgramFolder(const Files& files, const ProgramFolderHints& hints) {
-  if (!hints.told.empty()) return AbsolutePath(hints.told);
+  if (!hints.configured.empty()) return AbsolutePath(hints.configured);
   const std::string& own = hints.executableFolder;
-  const bool installed = own.empty() || OfTheSystem(own) || !InstalledBeside(files, own).empty();
+  const bool installed = own.empty() || IsSystemFolder(own) || !InstalledBeside(files, own).empty();
   if (!installed && access(own.c_str(), W_OK | X_OK) == 0) return own;
   return base::JoinPath(hints.dataHome, "quillon");
 }
@@ -101,10 +101,10 @@ Status PrepareProgramFolder(Files& files, const std::string& programFolder, cons
   for (const std::string& folder : installed) {
     KeepFirst(status, Fill(files, folder, programFolder, [](const FolderEntry&) { return true; }));
   }
-  if (!installed.empty() || OfTheSystem(executableFolder)) return status;
+  if (!installed.empty() || IsSystemFolder(executableFolder)) return status;
   KeepFirst(status, Fill(files, executableFolder, programFolder, [&](const FolderEntry& entry) {
               if (entry.kind == FileKind::Folder) return entry.name == kProfiles;
-              return IsSupply(files, executableFolder, entry.name);
+              return IsProgramFile(files, executableFolder, entry.name);
             }));
   return status;
 }

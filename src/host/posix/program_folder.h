@@ -8,27 +8,31 @@
 
 namespace quillon::host::posix {
 
-// What decides where the program folder is.
+// The inputs that decide which folder is the program folder.
 struct ProgramFolderHints {
-  std::string told;              // $QUILLON_APP
-  std::string executableFolder;  // where this program lies, links resolved
-  std::string dataHome;          // the user's folder for data of programs
+  std::string configured;        // $QUILLON_APP
+  std::string executableFolder;  // the folder of this program, links resolved
+  std::string dataHome;          // the user's folder for application data
 };
 
-// The hints of this process.
+// Returns the hints of this process.
 ProgramFolderHints HintsOfThisProcess();
 
-// The program folder, without a trailing separator; it need not be there yet. The told one wins. Else it is the
-// executable's own folder where that is writable (portable layout), and "quillon" in dataHome where it is not or where
-// the program is installed: it lies below /usr or /bin, or has lib/quillon or share/quillon beside its folder.
+// Returns the program folder, without a trailing separator. It may not exist yet. The first that applies:
+// - the configured folder,
+// - the folder of the executable if it is writable and the program is not installed (portable layout),
+// - "quillon" in dataHome.
+// The program counts as installed if it is below /usr, /bin or /sbin, or if its folder has lib/quillon or share/quillon
+// as a sibling.
 std::string ChooseProgramFolder(const Files& files, const ProgramFolderHints& hints);
 
-// Makes the program folder, sweeps the drafts of a killed run and, where it is not the executable's own folder, fills
-// it from the installed files; a file of the same size and time is not copied again, an .ini file is never replaced,
-// and what else lies there stays.
-// From an installed program everything in lib/quillon and share/quillon comes along; from a portable one the helper
-// programs, the .ini files and the colour profiles, but none of its work files. Goes on past files that cannot be
-// copied and gives the first failure.
+// Creates the program folder, removes drafts of killed runs and, unless it is the folder of the executable, fills it
+// from the installed files.
+// A file with the same size and time is not copied again, an existing .ini file is never replaced, and other files
+// stay.
+// An installed program provides everything in lib/quillon and share/quillon; a portable one provides its helper
+// programs, .ini files and colour profiles, but none of its work files.
+// Files that cannot be copied are skipped; the first failure is returned.
 Status PrepareProgramFolder(Files& files, const std::string& programFolder, const std::string& executableFolder);
 
 }  // namespace quillon::host::posix

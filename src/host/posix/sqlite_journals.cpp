@@ -18,18 +18,18 @@ namespace {
 
 namespace fs = std::filesystem;
 
-constexpr std::chrono::hours kKept{24 * 60};
+constexpr std::chrono::hours kMaxAge{24 * 60};
 constexpr const char* kExtension = ".db";
-constexpr char kParting = '-';
-// Others that only look into a journal, or repair one of a killed process, are done with it sooner.
-constexpr int kWaitMilliseconds = 1000;
+constexpr char kSeparator = '-';
+// Long enough for a process that only inspects a journal, or repairs one after a crash.
+constexpr int kBusyTimeoutMs = 1000;
 constexpr int kAttempts = 5;
 
-// Little is held in memory, however long a journal grows.
+// The cache is small, so that a journal of any length needs little memory.
 constexpr const char* kSafe = "PRAGMA journal_mode = DELETE; PRAGMA synchronous = FULL; PRAGMA cache_size = -512";
 constexpr const char* kFast = "PRAGMA journal_mode = OFF; PRAGMA synchronous = OFF; PRAGMA cache_size = -512";
-// One process has the journal for itself. It keeps no lock while it waits for that, so that of two who wait none keeps
-// the other waiting.
+// The exclusive lock is taken at once and kept until the journal is closed, so that one process owns it. BEGIN
+// EXCLUSIVE holds no other lock while it waits, so two waiting processes cannot block each other.
 constexpr const char* kTables =
     "BEGIN EXCLUSIVE; PRAGMA locking_mode = EXCLUSIVE; "
     "CREATE TABLE IF NOT EXISTS job (text BLOB NOT NULL); "
@@ -65,7 +65,7 @@ std::string BlobAt(sqlite3_stmt* statement, int column) {
   return bytes ? std::string(static_cast<const char*>(bytes), size) : std::string();
 }
 
-// The first value of the only row, nothing without a row.
+// Returns the value of the first row, nullopt if there is none.
 std::optional<std::string> ValueOf(sqlite3_stmt* statement) {
   std::optional<std::string> value;
   if (sqlite3_step(statement) == SQLITE_ROW) value = BlobAt(statement, 0);
@@ -80,7 +80,7 @@ class SqliteJournal final : public Journal {
     set_ = Prepare(Raw(), "INSERT OR REPLACE INTO record (file, key, value) VALUES (?1, ?2, ?3)");
     count_ = Prepare(Raw(), "SELECT count(*) FROM record WHERE key = ?1");
   }
-  // One that holds nothing leaves nothing.
+  // An empty journal leaves no file.
   ~SqliteJournal() override {
     Commit();
     if (database_ && Empty()) Remove();
@@ -113,11 +113,11 @@ class SqliteJournal final : public Journal {
     return count;
   }
 
-  void Each(const std::string& key, const std::function<void(const std::string& file)>& take) override {
+  void Each(const std::string& key, const std::function<void(const std::string& file)>& visit) override {
     const Statement each = Prepare(Raw(), "SELECT file FROM record WHERE key = ?1");
     if (!each) return;
     Bind(each.get(), 1, key);
-    while (sqlite3_step(each.get()) == SQLITE_ROW) take(BlobAt(each.get(), 0));
+    while (sqlite3_step(each.get()) == SQLITE_ROW) visit(BlobAt(each.get(), 0));
   }
 
   void Commit() override {
@@ -130,7 +130,8 @@ class SqliteJournal final : public Journal {
     return any && sqlite3_step(any.get()) == SQLITE_DONE;
   }
 
-  // The file goes while it is still ours: one who waits for it notices, and makes another.
+  // The file is removed while its lock is still held. A process that waits for the lock notices the removal and creates
+  // another file.
   void Remove() override {
     Commit();
     std::error_code ignored;
@@ -152,7 +153,8 @@ class SqliteJournal final : public Journal {
   Statement count_;
 };
 
-// A short name for a long text. The text itself stands in the database, should two ever meet in one name.
+// Returns a short file name for the text of a job. The text itself is stored in the database, in case two jobs get the
+// same name.
 std::string NameOf(const std::string& job) {
   std::uint64_t hash = 0xCBF29CE484222325;
   for (const char byte : job) hash = (hash ^ static_cast<unsigned char>(byte)) * 0x100000001B3;
@@ -165,16 +167,16 @@ void SweepOld(const std::string& folder) {
   std::error_code ignored;
   const auto now = fs::file_time_type::clock::now();
   for (const auto& entry : fs::directory_iterator(folder, ignored)) {
-    if (now - entry.last_write_time(ignored) > kKept) fs::remove(entry.path(), ignored);
+    if (now - entry.last_write_time(ignored) > kMaxAge) fs::remove(entry.path(), ignored);
   }
 }
 
 enum class State { Ours, Gone, Damaged, OutOfReach };
 
-// Gone is one that was removed while it was waited for, out of reach what another process has, and what cannot be read
-// or written now.
-State SetUp(sqlite3* database, const char* manner) {
-  if (database && Run(database, manner) && Run(database, kTables)) {
+// Gone: removed by another process while waiting for the lock. OutOfReach: locked by another process, or not
+// accessible.
+State SetUp(sqlite3* database, const char* pragmas) {
+  if (database && Run(database, pragmas) && Run(database, kTables)) {
     int moved = 0;
     sqlite3_file_control(database, "main", SQLITE_FCNTL_HAS_MOVED, &moved);
     return moved != 0 ? State::Gone : State::Ours;
@@ -188,11 +190,12 @@ Database OpenAt(const std::string& path) {
   const int opened = sqlite3_open_v2(path.c_str(), &raw, SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE, nullptr);
   Database database(raw);
   if (opened != SQLITE_OK) return nullptr;
-  sqlite3_busy_timeout(raw, kWaitMilliseconds);
+  sqlite3_busy_timeout(raw, kBusyTimeoutMs);
   return database;
 }
 
-void ReadJob(sqlite3* database, const std::string& job) {
+// Discards the records if they belong to another job, and stores the text of this one.
+void AdoptJob(sqlite3* database, const std::string& job) {
   const Statement read = Prepare(database, "SELECT text FROM job");
   if (read && ValueOf(read.get()) == job) return;
   Run(database, "DELETE FROM record; DELETE FROM job");
@@ -202,14 +205,14 @@ void ReadJob(sqlite3* database, const std::string& job) {
   sqlite3_step(write.get());
 }
 
-// nullptr where another process has it, or none can be kept.
+// Returns nullptr if another process has the journal open, or if no journal can be kept.
 std::unique_ptr<SqliteJournal> OpenKept(const std::string& path, const std::string& job) {
   for (int attempt = 0; attempt < kAttempts; ++attempt) {
     Database database = OpenAt(path);
     const State state = SetUp(database.get(), kSafe);
     if (state == State::OutOfReach) break;
     if (state == State::Ours) {
-      ReadJob(database.get(), job);
+      AdoptJob(database.get(), job);
       return std::make_unique<SqliteJournal>(std::move(database), path);
     }
     std::error_code ignored;
@@ -218,14 +221,14 @@ std::unique_ptr<SqliteJournal> OpenKept(const std::string& path, const std::stri
   return nullptr;
 }
 
-// The part of the job that a journal of that name is of; nothing where it is of another job, or is no journal.
+// Returns the part that a journal file of that name belongs to; nullopt if it belongs to another job or is no journal.
 std::optional<JobPart> PartNamed(const std::string& name, const std::string& job) {
-  const std::string begin = NameOf(job) + kParting;
+  const std::string begin = NameOf(job) + kSeparator;
   if (!name.starts_with(begin) || !name.ends_with(kExtension)) return std::nullopt;
   std::istringstream rest(name.substr(begin.size()));
   JobPart part{job, 0, 0};
-  char parting = 0;
-  const bool read = rest >> part.index >> parting >> part.count && parting == kParting && part.count > 0;
+  char separator = 0;
+  const bool read = rest >> part.index >> separator >> part.count && separator == kSeparator && part.count > 0;
   return read ? std::optional(part) : std::nullopt;
 }
 
@@ -236,7 +239,7 @@ SqliteJournals::SqliteJournals()
 
 std::string SqliteJournals::PathOf(const JobPart& part) const {
   const std::string name =
-      NameOf(part.job) + kParting + std::to_string(part.index) + kParting + std::to_string(part.count) + kExtension;
+      NameOf(part.job) + kSeparator + std::to_string(part.index) + kSeparator + std::to_string(part.count) + kExtension;
   return base::JoinPath(folder_, name);
 }
 
@@ -255,7 +258,7 @@ std::vector<JobPart> SqliteJournals::PartsOf(const std::string& job, const Wante
     const auto part = PartNamed(entry.path().filename().native(), job);
     if (part && wanted(*part)) parts.push_back(*part);
   }
-  // Processes that take several must take them in one order.
+  // Processes that lock several journals must do so in one order, or each could wait for the other.
   std::sort(parts.begin(), parts.end());
   return parts;
 }

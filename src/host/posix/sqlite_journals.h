@@ -9,11 +9,12 @@
 
 namespace quillon::host::posix {
 
-// Each journal is a database of its own in a folder; a damaged one counts as empty. One that another process holds is
-// waited for a moment. Those that nobody has touched for two months are removed when another is opened.
+// Keeps each journal as a SQLite database of its own in one folder. A damaged one counts as empty.
+// A journal that another process has open is waited for briefly.
+// Journals that have not been written for 60 days are deleted when another one is opened.
 class SqliteJournals final : public Journals {
  public:
-  // In the folder "journals" beside the user's settings.
+  // Uses the folder "journals" beside the user's settings.
   SqliteJournals();
   explicit SqliteJournals(std::string folder) : folder_(std::move(folder)) {}
 
@@ -28,8 +29,8 @@ class SqliteJournals final : public Journals {
   std::string folder_;
 };
 
-// A journal that lasts no longer than it is open, in a file of the program's own: nothing waits for the disk. nullptr
-// where none can be made.
+// Opens a temporary journal in a work file of the program. It is removed when it is closed, and nothing is synced.
+// Returns nullptr if the file cannot be created.
 std::unique_ptr<Journal> OpenScratchJournal(const std::string& path);
 
 }  // namespace quillon::host::posix

@@ -10,7 +10,6 @@
 #include <filesystem>
 
 #include "base/path_text.h"
-#include "host/files/percent.h"
 #include "host/posix/environment.h"
 
 namespace quillon::host::posix {
@@ -38,14 +37,14 @@ int Run(sqlite3* database, const char* statement) {
   return sqlite3_exec(database, statement, nullptr, nullptr, nullptr);
 }
 
-// SQLITE_CORRUPT where the database says of itself that it is not sound.
+// Returns SQLITE_CORRUPT if the integrity check of the database fails.
 int Check(sqlite3* database) {
   sqlite3_stmt* check = nullptr;
   int result = sqlite3_prepare_v2(database, "PRAGMA quick_check(1)", -1, &check, nullptr);
   if (result == SQLITE_OK) {
     const int step = sqlite3_step(check);
-    const unsigned char* told = step == SQLITE_ROW ? sqlite3_column_text(check, 0) : nullptr;
-    const bool sound = told && std::string(reinterpret_cast<const char*>(told)) == "ok";
+    const unsigned char* report = step == SQLITE_ROW ? sqlite3_column_text(check, 0) : nullptr;
+    const bool sound = report && std::string(reinterpret_cast<const char*>(report)) == "ok";
     if (step == SQLITE_ROW && !sound) result = SQLITE_CORRUPT;
     if (step != SQLITE_ROW) result = step;
   }
@@ -57,38 +56,38 @@ void Bind(sqlite3_stmt* statement, int place, const std::string& text) {
   sqlite3_bind_text(statement, place, text.data(), static_cast<int>(text.size()), SQLITE_TRANSIENT);
 }
 
-// Lets one program at a time judge a database and set it aside, so that nobody sets the new one aside too.
-class JudgeLock {
+// Lets only one program at a time check and replace a damaged database; a second one could set the new database aside.
+class RepairLock {
  public:
-  explicit JudgeLock(const std::string& folder)
+  explicit RepairLock(const std::string& folder)
       : handle_(open(base::JoinPath(folder, "settings.lock").c_str(), O_RDWR | O_CREAT | O_CLOEXEC, 0600)) {
     if (handle_ >= 0) flock(handle_, LOCK_EX);
   }
-  ~JudgeLock() {
+  ~RepairLock() {
     if (handle_ >= 0) close(handle_);
   }
-  JudgeLock(const JudgeLock&) = delete;
-  JudgeLock& operator=(const JudgeLock&) = delete;
+  RepairLock(const RepairLock&) = delete;
+  RepairLock& operator=(const RepairLock&) = delete;
 
  private:
   int handle_;
 };
 
-// Lets nothing wait for a lock meanwhile.
-class Impatient {
+// Turns the busy timeout off for a while, so that calls fail at once if the database is locked.
+class NoBusyTimeout {
  public:
-  Impatient(sqlite3* database, int patience) : database_(database), patience_(patience) {
+  NoBusyTimeout(sqlite3* database, int busyTimeoutMs) : database_(database), busyTimeoutMs_(busyTimeoutMs) {
     if (database_) sqlite3_busy_timeout(database_, 0);
   }
-  ~Impatient() {
-    if (database_) sqlite3_busy_timeout(database_, patience_);
+  ~NoBusyTimeout() {
+    if (database_) sqlite3_busy_timeout(database_, busyTimeoutMs_);
   }
-  Impatient(const Impatient&) = delete;
-  Impatient& operator=(const Impatient&) = delete;
+  NoBusyTimeout(const NoBusyTimeout&) = delete;
+  NoBusyTimeout& operator=(const NoBusyTimeout&) = delete;
 
  private:
   sqlite3* database_;
-  int patience_;
+  int busyTimeoutMs_;
 };
 
 }  // namespace
@@ -104,28 +103,29 @@ std::string SettingsFolder(const std::string& programFolder) {
 
 SqliteSettings::SqliteSettings() : SqliteSettings(UserFolder()) {}
 
-SqliteSettings::SqliteSettings(std::string folder, int patience) : folder_(std::move(folder)), patience_(patience) {
+SqliteSettings::SqliteSettings(std::string folder, int busyTimeoutMs)
+    : folder_(std::move(folder)), busyTimeoutMs_(busyTimeoutMs) {
   std::error_code ignored;
   fs::create_directories(folder_, ignored);
-  OpenSound();
+  OpenOrReplace();
 }
 
 SqliteSettings::~SqliteSettings() {
   for (auto& [key, known] : known_) {
-    if (!known.stands) TryAgain(key, known);
+    if (!known.shared) RetryWrite(key, known);
   }
 }
 
-void SqliteSettings::OpenSound() {
+void SqliteSettings::OpenOrReplace() {
   if (!Damaged(Open())) return;
-  const JudgeLock lock(folder_);
-  // Another program may have begun it anew meanwhile.
+  const RepairLock lock(folder_);
+  // Another program may have replaced it before this one got the lock.
   if (!Damaged(Open())) return;
   SetAside();
   Open();
 }
 
-void SqliteSettings::Drop() {
+void SqliteSettings::Disconnect() {
   get_.reset();
   set_.reset();
   database_.reset();
@@ -134,32 +134,32 @@ void SqliteSettings::Drop() {
 int SqliteSettings::Open() {
   const std::string path = base::JoinPath(folder_, kDatabase);
   const int result = Open(path, SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE);
-  shared_ = result == SQLITE_OK;
-  if (shared_ || Damaged(result)) return result;
-  // Where nothing may be written, not even beside the database, what stands in it can still be read.
-  return Open("file:" + PercentEncoded(path) + "?immutable=1", SQLITE_OPEN_READONLY | SQLITE_OPEN_URI);
+  writable_ = result == SQLITE_OK;
+  if (writable_ || Damaged(result)) return result;
+  // If the folder is not writable, the stored values can still be read. An immutable database needs no file beside it.
+  return Open("file:" + base::PercentEncoded(path) + "?immutable=1", SQLITE_OPEN_READONLY | SQLITE_OPEN_URI);
 }
 
 int SqliteSettings::Open(const std::string& place, int flags) {
-  Drop();
+  Disconnect();
   sqlite3* opened = nullptr;
   int result = sqlite3_open_v2(place.c_str(), &opened, flags | SQLITE_OPEN_FULLMUTEX, nullptr);
   database_.reset(opened);
   if (result == SQLITE_OK) {
-    sqlite3_busy_timeout(opened, patience_);
+    sqlite3_busy_timeout(opened, busyTimeoutMs_);
     result = Prepare();
   }
-  if (result != SQLITE_OK) Drop();
+  if (result != SQLITE_OK) Disconnect();
   return result;
 }
 
 int SqliteSettings::Prepare() {
   sqlite3* database = database_.get();
   if (const int sound = Check(database); sound != SQLITE_OK) return sound;
-  // Disks that cannot share memory between programs keep the older journal, which serves as well, only slower.
+  // File systems without shared memory keep the rollback journal, which works too but is slower.
   Run(database, "PRAGMA journal_mode = WAL");
   Run(database, "PRAGMA synchronous = NORMAL");
-  // A database that may only be read has its table already.
+  // This fails for a read-only database, which has its table already.
   const int made = Run(database, kTable);
   if (Damaged(made)) return made;
   sqlite3_stmt* statement = nullptr;
@@ -178,7 +178,7 @@ void SqliteSettings::SetAside() {
     const std::string aside = base::JoinPath(folder_, "settings.damaged-" + std::to_string(number) + ".db");
     if (fs::exists(fs::symlink_status(aside, error))) continue;
     fs::rename(path, aside, error);
-    // The journal belongs to the damaged one and would spoil the next.
+    // The journal files belong to the damaged database and must not be applied to the new one.
     for (const char* tail : {"-wal", "-shm", "-journal"}) fs::rename(path + tail, aside + tail, error);
     return;
   }
@@ -211,30 +211,30 @@ int SqliteSettings::Write(const Key& key, const std::string& value) {
   return result;
 }
 
-// Does it once more where it found damage, in the database begun anew.
-int SqliteSettings::Sound(const std::function<int()>& act) {
+// Calls act again in the new database if the first call found damage.
+int SqliteSettings::RetryIfDamaged(const std::function<int()>& act) {
   const int result = act();
   if (!Damaged(result)) return result;
-  OpenSound();
+  OpenOrReplace();
   return act();
 }
 
-std::optional<std::string> SqliteSettings::Standing(const Key& key) {
-  const Impatient impatient(database_.get(), patience_);
+std::optional<std::string> SqliteSettings::SharedValue(const Key& key) {
+  const NoBusyTimeout noTimeout(database_.get(), busyTimeoutMs_);
   std::string value;
   const int result = Read(key, value);
   return result == SQLITE_ROW || result == SQLITE_DONE ? std::optional(std::move(value)) : std::nullopt;
 }
 
-// For a value that others do not see yet.
-std::string SqliteSettings::TryAgain(const Key& key, Known& known) {
-  const auto now = Standing(key);
+// Writes a value again that is not shared yet. If another program has changed the key since, that value wins.
+std::string SqliteSettings::RetryWrite(const Key& key, Known& known) {
+  const auto now = SharedValue(key);
   if (now && known.before && *now != *known.before) {
     known = {*now};
     return known.value;
   }
-  const Impatient impatient(database_.get(), patience_);
-  known.stands = Write(key, known.value) == SQLITE_DONE;
+  const NoBusyTimeout noTimeout(database_.get(), busyTimeoutMs_);
+  known.shared = Write(key, known.value) == SQLITE_DONE;
   return known.value;
 }
 
@@ -242,15 +242,15 @@ std::string SqliteSettings::Get(const std::string& application, const std::strin
   const std::lock_guard lock(mutex_);
   const Key place{application, section, key};
   const auto known = known_.find(place);
-  if (known != known_.end() && !known->second.stands) return TryAgain(place, known->second);
+  if (known != known_.end() && !known->second.shared) return RetryWrite(place, known->second);
   std::string value;
-  const int result = Sound([&] { return Read(place, value); });
+  const int result = RetryIfDamaged([&] { return Read(place, value); });
   if (result == SQLITE_ROW) {
     known_[place] = {value};
     return value;
   }
   if (known == known_.end()) return "";
-  // Nobody deletes a value: without one the database was begun anew.
+  // Values are never deleted, so a missing one means that the database was replaced.
   if (result == SQLITE_DONE) Write(place, known->second.value);
   return known->second.value;
 }
@@ -259,12 +259,12 @@ bool SqliteSettings::Set(const std::string& application, const std::string& sect
                          const std::string& value) {
   const std::lock_guard lock(mutex_);
   const Key place{application, section, key};
-  if (!shared_) OpenSound();
-  Known known{value, false, Standing(place)};
-  known.stands = Sound([&] { return Write(place, value); }) == SQLITE_DONE;
-  const bool stands = known.stands;
+  if (!writable_) OpenOrReplace();
+  Known known{value, false, SharedValue(place)};
+  known.shared = RetryIfDamaged([&] { return Write(place, value); }) == SQLITE_DONE;
+  const bool shared = known.shared;
   known_[place] = std::move(known);
-  return stands;
+  return shared;
 }
 
 }  // namespace quillon::host::posix

@@ -17,19 +17,21 @@ struct sqlite3_stmt;
 
 namespace quillon::host::posix {
 
-// The settings in a database "settings.db" that several programs may use at once; a value is seen by all of them as
-// soon as Set comes back. A damaged database is set aside under another name and begun anew, with the values that this
-// object knows. Where none can be used, or it can only be read, values live as long as this object and others do not
-// see them. A value that a lock kept out is tried again by each Get of it and at the end, unless another program has
-// written the key since. A read that fails answers what was read or set last. Nothing here throws. Every call may come
-// from any thread.
+// Settings in a database "settings.db", shared by several programs at once. Others see a value as soon as Set returns.
+//
+// Nothing here throws, and every method may be called from any thread. Failures are handled as follows:
+// - A damaged database is renamed, and a new one is created with the values that this object knows.
+// - If no database can be used, or only for reading, values are kept in this object and others do not see them.
+// - A value that could not be written because of a lock is written again by each Get of it and by the destructor,
+//   unless another program has written the key since.
+// - A read that fails returns the value that was read or set last.
 class SqliteSettings final : public Settings {
  public:
-  // In $XDG_CONFIG_HOME/quillon, else ~/.config/quillon.
+  // Uses $XDG_CONFIG_HOME/quillon, otherwise ~/.config/quillon.
   SqliteSettings();
-  // A Set waits as many milliseconds for other programs that are writing.
-  static constexpr int kPatience = 5000;
-  explicit SqliteSettings(std::string folder, int patience = kPatience);
+  // The time in milliseconds that Set waits while other programs are writing.
+  static constexpr int kBusyTimeoutMs = 5000;
+  explicit SqliteSettings(std::string folder, int busyTimeoutMs = kBusyTimeoutMs);
   ~SqliteSettings() override;
   SqliteSettings(const SqliteSettings&) = delete;
   SqliteSettings& operator=(const SqliteSettings&) = delete;
@@ -51,26 +53,26 @@ class SqliteSettings final : public Settings {
   // A value as this object knows it.
   struct Known {
     std::string value;
-    bool stands = true;
-    std::optional<std::string> before = std::nullopt;  // what others saw when it was set, where that could be read
+    bool shared = true;                                // stored in the database, so that others see it
+    std::optional<std::string> before = std::nullopt;  // the shared value when it was set, if that could be read
   };
 
   int Open();
   int Open(const std::string& place, int flags);
-  void OpenSound();
-  void Drop();
+  void OpenOrReplace();
+  void Disconnect();
   int Prepare();
   void SetAside();
   int Read(const Key& key, std::string& value);
   int Write(const Key& key, const std::string& value);
   int Step(sqlite3_stmt* statement, const Key& key);
-  int Sound(const std::function<int()>& act);
-  std::optional<std::string> Standing(const Key& key);
-  std::string TryAgain(const Key& key, Known& known);
+  int RetryIfDamaged(const std::function<int()>& act);
+  std::optional<std::string> SharedValue(const Key& key);
+  std::string RetryWrite(const Key& key, Known& known);
 
   std::string folder_;
-  int patience_;
-  bool shared_ = false;  // opened so that others see what is written
+  int busyTimeoutMs_;
+  bool writable_ = false;  // the database is open for writing
   std::mutex mutex_;
   std::unique_ptr<sqlite3, CloseDatabase> database_;
   std::unique_ptr<sqlite3_stmt, EndStatement> get_;
@@ -78,8 +80,8 @@ class SqliteSettings final : public Settings {
   std::map<Key, Known> known_;
 };
 
-// The folder of the settings that a helper run in this program folder shares: the program folder itself where it holds
-// a database, as that of a private run does, else the user's.
+// Returns the folder of the settings for a helper in this program folder: the program folder itself if it contains a
+// database, as in a private run, otherwise the user's folder.
 std::string SettingsFolder(const std::string& programFolder);
 
 }  // namespace quillon::host::posix

@@ -2,15 +2,32 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "host/testing/fakes.h"
 
+#include <unistd.h>
+
 #include <algorithm>
 #include <cmath>
+#include <filesystem>
+#include <fstream>
 
 namespace quillon::host::testing {
+namespace {
+
+// Returns the state letter of a thread, 0 if it has ended meanwhile. In its stat file the letter is after the name,
+// which is in parentheses.
+char StateOf(const std::filesystem::path& task) {
+  std::ifstream file(task / "stat");
+  std::string stat;
+  std::getline(file, stat);
+  const std::size_t name = stat.rfind(") ");
+  return name == std::string::npos ? '\0' : stat[name + 2];
+}
+
+}  // namespace
 
 void CountingPump::Turn() {
   ++turns_;
   for (const auto& act : every_) act();
-  // An act may lay down more, also for this very turn of a nested loop: each is taken out before it runs.
+  // A function may schedule more, even for the current turn of a nested loop, so each is removed before it runs.
   while (!acts_.empty() && acts_.begin()->first <= turns_) {
     const auto act = std::move(acts_.begin()->second);
     acts_.erase(acts_.begin());
@@ -62,12 +79,22 @@ bool ScriptedProcesses::End(int id) {
 
 int RecordingShell::Start(const std::string& program, const std::vector<std::string>& arguments,
                           const std::string& folder) {
-  const auto told = std::find_if(results_.begin(), results_.end(),
-                                 [&](const auto& result) { return program.find(result.first) != std::string::npos; });
-  const Started started{program, arguments, folder, told == results_.end() ? kStarted : told->second};
+  const auto set = std::find_if(results_.begin(), results_.end(),
+                                [&](const auto& result) { return program.find(result.first) != std::string::npos; });
+  const Started started{program, arguments, folder, set == results_.end() ? kStarted : set->second};
   starts_.push_back(started);
   if (act_ && started.result == kStarted) act_(started);
   return started.result;
+}
+
+bool OtherThreadsWait() {
+  const std::string self = std::to_string(gettid());
+  for (const auto& task : std::filesystem::directory_iterator("/proc/self/task")) {
+    if (task.path().filename() == self) continue;
+    const char state = StateOf(task.path());
+    if (state == 'R' || state == 'D') return false;
+  }
+  return true;
 }
 
 }  // namespace quillon::host::testing

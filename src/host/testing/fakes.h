@@ -12,12 +12,13 @@
 
 namespace quillon::host::testing {
 
-// Counts the turns and runs what was laid down for them.
+// Counts the turns and runs what a test scheduled for them.
 class CountingPump final : public Pump {
  public:
-  // Runs act inside the nth turn from now on, counted from 1; acts of one turn run in the order told.
+  // Runs act inside the nth turn from now on, counted from 1. Functions for the same turn run in the order of the
+  // calls.
   void OnTurn(int nth, std::function<void()> act) { acts_.emplace(turns_ + nth, std::move(act)); }
-  // Runs act inside every turn, before the others.
+  // Runs act inside every turn, before the scheduled functions.
   void EveryTurn(std::function<void()> act) { every_.push_back(std::move(act)); }
   int Turns() const { return turns_; }
 
@@ -29,12 +30,13 @@ class CountingPump final : public Pump {
   std::multimap<int, std::function<void()>> acts_;
 };
 
-// A clock that only moves when it is told to. Starts at noon.
+// A clock that advances only on request. Starts at noon.
 class FakeClock final : public Clock {
  public:
   void SetSecondsOfDay(double seconds) { day_ = seconds; }
-  // Both clocks go on; the time of day passes midnight.
+  // Advances both clocks by seconds. The time of day wraps at midnight.
   void Advance(double seconds);
+  // The total of all Sleep calls, in seconds.
   double Slept() const { return slept_; }
 
   double SecondsOfDay() override { return day_; }
@@ -47,11 +49,12 @@ class FakeClock final : public Clock {
   double slept_ = 0;
 };
 
+// Settings in memory.
 class MemorySettings final : public Settings {
  public:
-  // Runs after each Set, as a helper program that watches the store would.
+  // Called after each Set, like a helper program that polls the settings.
   void OnSet(std::function<void(const std::string& key, const std::string& value)> act) { act_ = std::move(act); }
-  // From now on nobody else sees what is set.
+  // From now on Set reports that others cannot see the value.
   void Refuse() { refuses_ = true; }
 
   std::string Get(const std::string& application, const std::string& section, const std::string& key) override;
@@ -64,17 +67,17 @@ class MemorySettings final : public Settings {
   bool refuses_ = false;
 };
 
-// Processes that a test makes up.
+// A list of processes that the test defines.
 class ScriptedProcesses final : public Processes {
  public:
-  // A process that is found by the next `scans` looks (0: until it is ended).
+  // Adds a process that is found by the next scans calls of Running; 0 means until it is killed.
   void Add(ProcessFacts facts, int scans = 0) { all_.push_back({std::move(facts), scans == 0 ? -1 : scans}); }
-  // Processes that End took away, in order.
+  // The processes that End killed, in order.
   const std::vector<int>& Ended() const { return ended_; }
   int Scans() const { return scans_; }
 
   std::vector<ProcessFacts> Running() override;
-  // Ends those of the user alone.
+  // Kills only processes of the current user.
   bool End(int id) override;
 
  private:
@@ -88,7 +91,7 @@ class ScriptedProcesses final : public Processes {
   int scans_ = 0;
 };
 
-// Starts nothing, remembers everything.
+// Starts nothing and records every call.
 class RecordingShell final : public Shell {
  public:
   struct Started {
@@ -98,9 +101,9 @@ class RecordingShell final : public Shell {
     int result;
   };
 
-  // The result of starts whose program holds the text; kStarted where none was told.
+  // Sets the result of starts whose program contains the text. The default is kStarted.
   void SetResult(const std::string& programHolds, int result) { results_.emplace_back(programHolds, result); }
-  // Runs inside every start that succeeds, in place of the program.
+  // Called by every successful start, in place of the program.
   void OnStart(std::function<void(const Started&)> act) { act_ = std::move(act); }
 
   const std::vector<Started>& Starts() const { return starts_; }
@@ -122,7 +125,7 @@ class RecordingShell final : public Shell {
   std::vector<std::string> addresses_;
 };
 
-// A desktop of 1920 x 1080 at 96 dpi without a picture, unless a test changes it.
+// A screen of 1920 x 1080 pixels at 96 dpi without a desktop picture, unless a test changes it.
 class FixedScreen final : public Screen {
  public:
   base::Size size{1920, 1080};
@@ -134,12 +137,16 @@ class FixedScreen final : public Screen {
   std::string Wallpaper() override { return wallpaper; }
 };
 
-// The only running program, unless a test says otherwise.
+// Reports the only instance, unless a test changes it.
 class FakeInstance final : public Instance {
  public:
   bool only = true;
 
   bool Claim() override { return only; }
 };
+
+// Returns true if every other thread of this process is blocked. A test that advances its clock only then gives all
+// threads the time they need, however busy the machine is, and none to a thread that hangs.
+bool OtherThreadsWait();
 
 }  // namespace quillon::host::testing

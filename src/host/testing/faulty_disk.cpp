@@ -84,6 +84,7 @@ FaultyDisk::Verdict FaultyDisk::Judge(DiskCall call, const std::string& path) {
     }
     verdict = JudgeFaults(call, path);
   }
+  // Outside of the lock, because a hook may use the disk.
   for (const auto& act : acts) act();
   return verdict;
 }
@@ -103,7 +104,7 @@ int FaultyDisk::Opened(int handle, const std::string& path) {
   return handle;
 }
 
-int FaultyDisk::Told(int result, DiskFacts& facts) const {
+int FaultyDisk::Renumbered(int result, DiskFacts& facts) const {
   facts.inode += renumbered_;
   return result;
 }
@@ -142,7 +143,7 @@ int FaultyDisk::Seek(int handle, std::uint64_t position) {
 
 int FaultyDisk::StatOpen(int handle, DiskFacts& facts) {
   const Verdict verdict = JudgeHandle(DiskCall::StatOpen, handle);
-  return verdict.error ? verdict.error : Told(disk_.StatOpen(handle, facts), facts);
+  return verdict.error ? verdict.error : Renumbered(disk_.StatOpen(handle, facts), facts);
 }
 
 int FaultyDisk::SetMode(int handle, unsigned mode) {
@@ -185,7 +186,7 @@ int FaultyDisk::Sync(int handle) {
   return verdict.error ? verdict.error : disk_.Sync(handle);
 }
 
-// Each of them counts, and can be made to fail, as a call of Sync.
+// Each handle counts as one call of Sync, and can be made to fail like one.
 std::vector<int> FaultyDisk::SyncAll(const std::vector<int>& handles) {
   std::vector<int> results;
   std::vector<int> sound;
@@ -198,7 +199,7 @@ std::vector<int> FaultyDisk::SyncAll(const std::vector<int>& handles) {
   for (int& result : results) {
     if (result != 0) continue;
     result = *next++;
-    if (result >= 0) result = namesGoAlong_ ? kSyncedWithName : 0;
+    if (result >= 0) result = syncNames_ ? kSyncedWithName : 0;
   }
   return results;
 }
@@ -206,7 +207,7 @@ std::vector<int> FaultyDisk::SyncAll(const std::vector<int>& handles) {
 int FaultyDisk::Close(int handle) {
   const Verdict verdict = JudgeHandle(DiskCall::Close, handle);
   {
-    // Gone in any case, as the system does it; and out of the table before the number can be given out anew.
+    // Even a close that fails releases the handle. It leaves the table before the system can assign the number again.
     const std::lock_guard lock(mutex_);
     paths_.erase(handle);
   }
@@ -216,12 +217,12 @@ int FaultyDisk::Close(int handle) {
 
 int FaultyDisk::Stat(const std::string& path, DiskFacts& facts) {
   const Verdict verdict = Judge(DiskCall::Stat, path);
-  return verdict.error ? verdict.error : Told(disk_.Stat(path, facts), facts);
+  return verdict.error ? verdict.error : Renumbered(disk_.Stat(path, facts), facts);
 }
 
 int FaultyDisk::StatLink(const std::string& path, DiskFacts& facts) {
   const Verdict verdict = Judge(DiskCall::StatLink, path);
-  return verdict.error ? verdict.error : Told(disk_.StatLink(path, facts), facts);
+  return verdict.error ? verdict.error : Renumbered(disk_.StatLink(path, facts), facts);
 }
 
 int FaultyDisk::MayWrite(const std::string& path) {
@@ -239,9 +240,9 @@ int FaultyDisk::RealPath(const std::string& path, std::string& real) {
   return verdict.error ? verdict.error : disk_.RealPath(path, real);
 }
 
-int FaultyDisk::List(const std::string& folder, const std::function<bool(const FolderEntry&)>& take) {
+int FaultyDisk::List(const std::string& folder, const std::function<bool(const FolderEntry&)>& visit) {
   const Verdict verdict = Judge(DiskCall::List, folder);
-  return verdict.error ? verdict.error : disk_.List(folder, take);
+  return verdict.error ? verdict.error : disk_.List(folder, visit);
 }
 
 int FaultyDisk::MakeFolder(const std::string& path, unsigned mode) {

@@ -15,7 +15,7 @@
 
 namespace quillon::host::testing {
 
-// The calls of a disk that can be made to fail.
+// The methods of Disk that can be made to fail.
 enum class DiskCall {
   OpenNew,
   OpenRead,
@@ -50,45 +50,45 @@ enum class DiskCall {
 
 std::string_view NameOf(DiskCall call);
 
-// What goes wrong.
+// A fault that a test injects.
 struct Fault {
   enum class Kind {
     Error,      // the call fails and does nothing
-    Short,      // a write takes, or a read gives, only half of the bytes (at least one)
-    HalfError,  // the first such write takes half of the bytes, the next ones fail, as on a disk that fills up
+    Short,      // a write stores, or a read returns, only half of the bytes (at least one)
+    HalfError,  // the first write stores half of the bytes, the next ones fail, as on a disk that fills up
   };
   enum class Length { Once, ForEver };
 
   DiskCall call = DiskCall::Write;
-  int nth = 1;  // the first call that goes wrong, counted from 1 when the fault is set
+  int nth = 1;  // the first call that fails, counted from 1 since the fault was set
   int error = 0;
   Length length = Length::Once;
   Kind kind = Kind::Error;
-  std::string pathHolds;  // only calls whose path holds this text; calls on handles are taken by their open path
+  std::string pathHolds;  // only calls whose path contains this text; a handle counts by the path it was opened with
 };
 
-// A disk that does what another does, and fails on demand. Counts the calls and tells whether the faults fired.
+// Forwards to another disk and fails on demand. Counts the calls and how often faults fired.
 class FaultyDisk final : public Disk {
  public:
   explicit FaultyDisk(Disk& disk) : disk_(disk) {}
 
   void Set(Fault fault);
-  // Runs once before the nth call of a kind from now on, of those whose path holds the text; the call then goes on.
+  // Runs act once, before the nth call from now on whose path contains the text. The call itself then goes on.
   void Before(DiskCall call, int nth, std::function<void()> act, std::string pathHolds = "");
+  // Removes all faults and hooks, and resets the counts.
   void Clear();
-  // From now on files that are synced together take their names with them, or leave them to SyncFolder, whatever the
-  // disk below does.
-  void NamesGoAlong(bool along) { namesGoAlong_ = along; }
-  // From now on each file has a number so much higher, as on a disk that was mounted anew.
+  // From now on SyncAll reports that it synced the names too (or that it did not), regardless of the disk below.
+  void SyncNamesWithFiles(bool on) { syncNames_ = on; }
+  // From now on all inode numbers are higher by this number, as on a disk that was mounted again.
   void Renumber(std::uint64_t by) { renumbered_ += by; }
-  // From now on the disk is one that another machine answers for.
-  void MoveAway() { here_ = false; }
-  // How often any fault made a call go wrong since the last Clear.
+  // From now on the disk counts as one that another machine serves.
+  void MakeRemote() { local_ = false; }
+  // How often a fault made a call fail since the last Clear.
   int Fired() const;
-  // Calls of a kind since the last Clear, and all calls in order.
+  // The number of calls of a kind since the last Clear, and all calls in order.
   int Count(DiskCall call) const;
   std::vector<DiskCall> Calls() const;
-  // Handles that were opened and not yet closed.
+  // The number of handles that were opened and not closed yet.
   int OpenHandles() const;
 
   int OpenNew(const std::string& path, unsigned mode) override;
@@ -114,7 +114,7 @@ class FaultyDisk final : public Disk {
   int MayWrite(const std::string& path) override;
   int ReadLink(const std::string& path, std::string& target) override;
   int RealPath(const std::string& path, std::string& real) override;
-  int List(const std::string& folder, const std::function<bool(const FolderEntry&)>& take) override;
+  int List(const std::string& folder, const std::function<bool(const FolderEntry&)>& visit) override;
   int MakeFolder(const std::string& path, unsigned mode) override;
   int Remove(const std::string& path) override;
   int RemoveFolder(const std::string& path) override;
@@ -123,7 +123,7 @@ class FaultyDisk final : public Disk {
   int SyncFolder(const std::string& folder) override;
   int Link(const std::string& from, const std::string& to) override;
 
-  bool IsLocalDisk(const std::string& folder) override { return here_ && disk_.IsLocalDisk(folder); }
+  bool IsLocalDisk(const std::string& folder) override { return local_ && disk_.IsLocalDisk(folder); }
   std::string DataHome() override { return disk_.DataHome(); }
   unsigned User() override { return disk_.User(); }
   std::string Root() override { return disk_.Root(); }
@@ -141,7 +141,7 @@ class FaultyDisk final : public Disk {
     std::function<void()> act;
     std::string pathHolds;
   };
-  // What is to happen to one call: 0 to go on, minus an error, or half of its bytes.
+  // What happens to one call: nothing (0), a negative errno value, or half of its bytes.
   struct Verdict {
     int error = 0;
     bool half = false;
@@ -151,7 +151,7 @@ class FaultyDisk final : public Disk {
   Verdict JudgeHandle(DiskCall call, int handle);
   Verdict JudgeFaults(DiskCall call, const std::string& path);
   int Opened(int handle, const std::string& path);
-  int Told(int result, DiskFacts& facts) const;
+  int Renumbered(int result, DiskFacts& facts) const;
 
   Disk& disk_;
   mutable std::mutex mutex_;
@@ -161,8 +161,8 @@ class FaultyDisk final : public Disk {
   std::map<int, std::string> paths_;
   int fired_ = 0;
   std::atomic<std::uint64_t> renumbered_ = 0;
-  std::atomic<bool> namesGoAlong_ = false;
-  std::atomic<bool> here_ = true;
+  std::atomic<bool> syncNames_ = false;
+  std::atomic<bool> local_ = true;
 };
 
 }  // namespace quillon::host::testing

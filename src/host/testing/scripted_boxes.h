@@ -12,7 +12,7 @@
 
 namespace quillon::host::testing {
 
-// Answers boxes as told and remembers them.
+// Answers message boxes as scripted and records them.
 class ScriptedBoxes final : public Boxes {
  public:
   struct Shown {
@@ -20,17 +20,18 @@ class ScriptedBoxes final : public Boxes {
     Reply reply;
   };
 
-  // Answers boxes whose text holds textHolds, the next `times` of them (0: all). Answers told first are used first; a
-  // box that none fits takes its default button. A reply that is no button of the box throws std::logic_error.
+  // Scripts a reply for the next times boxes whose text contains textHolds; 0 means all of them.
+  // Replies are tried in the order of the calls. A box without a matching reply gets its default button.
+  // A reply that is not a button of the box throws std::logic_error when the box is shown.
   void Answer(const std::string& textHolds, Reply reply, int times = 0);
-  // Runs before each box is answered.
+  // Called before each box is answered.
   void OnShow(std::function<void(const Box&)> act) { act_ = std::move(act); }
 
   const std::vector<Shown>& All() const { return shown_; }
-  // Boxes whose text holds the given one.
+  // The number of shown boxes whose text contains the given one.
   int Count(const std::string& textHolds) const;
   int Beeps() const { return beeps_; }
-  // Forgets what was shown; answers stay.
+  // Clears the record; scripted replies stay.
   void Forget();
 
   Reply Show(const Box& box) override;
@@ -51,7 +52,7 @@ class ScriptedBoxes final : public Boxes {
   int beeps_ = 0;
 };
 
-// Hands out the answers in the order they were told; nothing chosen once they are used up.
+// Answers dialogs with the scripted choices in order. Once they are used up, nothing is chosen.
 class ScriptedDialogs final : public Dialogs {
  public:
   struct Asked {
@@ -62,7 +63,7 @@ class ScriptedDialogs final : public Dialogs {
   void ChooseFiles(std::vector<std::string> files) { files_.push_back(std::move(files)); }
   void ChooseFolderNext(std::optional<std::string> folder) { folders_.push_back(std::move(folder)); }
   const std::vector<Asked>& All() const { return asked_; }
-  // The questions about one file, in order.
+  // The questions for a single file, in order.
   const std::vector<FileQuestion>& Questions() const { return questions_; }
 
   std::vector<std::string> OpenFiles(const std::string& title, const std::string& filter, Choice choice) override;

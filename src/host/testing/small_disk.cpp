@@ -31,7 +31,7 @@ SmallDisk::~SmallDisk() {
   if (Mounted()) umount2(folder_.c_str(), MNT_DETACH);
 }
 
-void SmallDisk::Leave(std::size_t pages) const {
+void SmallDisk::FillUntil(std::size_t pages) const {
   Free();
   struct statvfs facts {};
   statvfs(folder_.c_str(), &facts);

@@ -8,13 +8,13 @@
 
 namespace quillon::host::testing {
 
-// A disk of its own, small and in memory, that really runs full. Only the administrator may mount one, and not
-// everywhere: tests look whether it is there.
+// A small disk in memory that can really run full. Only the administrator can mount one, and not on every machine, so
+// tests must check Mounted().
 class SmallDisk {
  public:
   enum class Access { ReadWrite, ReadOnly };
 
-  // Mounts it on folder, which is made.
+  // Creates folder and mounts the disk there.
   explicit SmallDisk(std::string folder, std::size_t pages = 64, Access access = Access::ReadWrite);
   ~SmallDisk();
   SmallDisk(const SmallDisk&) = delete;
@@ -24,10 +24,11 @@ class SmallDisk {
   // Why it could not be mounted.
   const std::string& Why() const { return why_; }
 
-  // Fills it up until that many pages are left.
-  void Leave(std::size_t pages) const;
+  // Fills the disk until that many pages of 4096 bytes are free.
+  void FillUntil(std::size_t pages) const;
+  // Frees what FillUntil has filled.
   void Free() const;
-  // What lies on it, without what fills it up.
+  // The names of the entries, except for the filling.
   std::vector<std::string> Names() const;
 
  private:

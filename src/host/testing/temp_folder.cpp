@@ -23,7 +23,7 @@ TempFolder::TempFolder() {
 
 TempFolder::~TempFolder() {
   std::error_code error;
-  // Folders that a test made unwritable would keep their entries.
+  // A folder that a test made read-only would keep its entries.
   for (fs::recursive_directory_iterator entry(path_, error), end; !error && entry != end; entry.increment(error)) {
     std::error_code ignored;
     if (entry->symlink_status(ignored).type() == fs::file_type::directory) {

@@ -8,8 +8,10 @@
 
 namespace quillon::host::testing {
 
-// A folder of a test's own, removed with all it holds at the end. The calls go to the system directly, so that what a
-// test arranges and looks at does not depend on what it tests; they throw std::runtime_error when they fail.
+// A temporary folder of a test. It is removed with its content at the end.
+// Its methods call the system directly, so that what a test prepares and inspects does not depend on the code under
+// test.
+// They throw std::runtime_error on failure.
 class TempFolder {
  public:
   TempFolder();
@@ -18,13 +20,13 @@ class TempFolder {
   TempFolder& operator=(const TempFolder&) = delete;
 
   const std::string& Path() const { return path_; }
-  // The path of an entry in it.
+  // The path of an entry inside, "" for the folder itself.
   std::string Path(std::string_view entry) const;
-  // Writes a file, with the folders above it; gives its path.
+  // Writes a file and creates its parent folders. Returns its path.
   std::string Write(std::string_view entry, std::string_view content) const;
   std::string Read(std::string_view entry) const;
-  bool Exists(std::string_view entry) const;  // a dangling link exists too
-  // The names in a folder of it, hidden ones too, sorted by their bytes.
+  bool Exists(std::string_view entry) const;  // true for a dangling link too
+  // The names of the entries of a folder inside, hidden ones included, sorted by their bytes.
   std::vector<std::string> Names(std::string_view folder = "") const;
 
  private:

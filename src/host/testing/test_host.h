@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include <string>
+#include <filesystem>
 
 #include "host/files/files.h"
 #include "host/host.h"
@@ -14,8 +14,8 @@
 
 namespace quillon::host::testing {
 
-// A whole world for a test: real files in a folder of its own, everything else made up. Its members are there to be
-// scripted and looked at:
+// A complete Host for a test: real files in a temporary folder, and doubles for everything else. The members are
+// public, so that a test can script and inspect them:
 //
 //   TestHost world;
 //   world.boxes.Answer("要覆盖吗", Reply::Yes);
@@ -23,12 +23,19 @@ namespace quillon::host::testing {
 //   RunSomething(world.host);
 //   EXPECT_EQ(world.boxes.Count("完成"), 1);
 //
-// The program folder is "app" in the temporary folder, the trash lies under "data" or, where that one fails, at the top
-// of the temporary folder. Every turn of the pump takes ten milliseconds of the clock, so that loops that wait by
-// pumping come to their end.
+// The program folder is "app" in the temporary folder. The trash is in "data" or, if that fails, at the top of the
+// temporary folder. Every turn of the pump advances the clock by ten milliseconds, so that loops that wait by pumping
+// end.
 class TestHost {
  public:
-  TestHost();
+  TestHost()
+      : disk(folder.Path("data"), folder.Path()),
+        faults(disk),
+        files(faults),
+        host{boxes, dialogs, pump, clock, files, settings, processes, shell, screen, instance, folder.Path("app")} {
+    std::filesystem::create_directories(host.programFolder);
+    pump.EveryTurn([this] { clock.Advance(0.01); });
+  }
 
   TempFolder folder;
   posix::PosixDisk disk;

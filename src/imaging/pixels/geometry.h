@@ -4,7 +4,6 @@
 
 #include "base/colour.h"
 #include "base/rect.h"
-#include "base/turned_size.h"
 #include "imaging/pixels/picture.h"
 
 namespace quillon::imaging {

@@ -18,7 +18,7 @@ constexpr auto kPumpInterval = std::chrono::milliseconds(4);
 // How long a read is waited for that stands in the way of an end, in seconds.
 constexpr double kLastSecond = 1;
 
-Status DiskSilent() { return {Problem::Stopped, host::kDiskSilent}; }
+Status DiskSilent() { return {Problem::Stopped, host::kDiskUnresponsive}; }
 
 double SystemSeconds() {
   return std::chrono::duration<double>(std::chrono::steady_clock::now().time_since_epoch()).count();
@@ -123,7 +123,7 @@ Status Prefetcher::Engine::WaitUntil(Lock& lock, const std::function<void()>& pu
     const bool stopped = bounds_.stopped && bounds_.stopped();
     lock.lock();
     const double now = bounds_.seconds();
-    Abandon(now, host::kLongestSilence);
+    Abandon(now, host::kDiskTimeoutSeconds);
     if (task.abandoned) break;
     // What is not begun may stand behind others that hang.
     const double still = task.busy ? task.SilentFor(now) : now - began;

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Quillon developers
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "base/path_text.h"
-#include "host/files/source_backup.h"
+#include "host/files/files.h"
 #include "job/cut/cut_steps.h"
 
 namespace quillon::job {

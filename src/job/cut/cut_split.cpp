@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "base/numbered_name.h"
+#include "base/path_text.h"
 #include "base/utf8.h"
 #include "job/cut/cut_steps.h"
 

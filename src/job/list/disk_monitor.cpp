@@ -49,7 +49,7 @@ DiskMonitor::DiskMonitor(Program& program) : program_(program) {}
 DiskMonitor::~DiskMonitor() = default;
 
 host::Status DiskMonitor::AskFile(const std::string& path) {
-  return Ask(base::SplitPath(path).folder, path, host::kDiskSilent);
+  return Ask(base::SplitPath(path).folder, path, host::kDiskUnresponsive);
 }
 
 host::Status DiskMonitor::AskFolder(const std::string& folder) { return Ask(folder, folder, kSilentFolder); }

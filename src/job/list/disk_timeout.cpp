@@ -26,7 +26,7 @@ host::Status DiskTimeout::Await(const host::BackgroundCall& errand, const std::a
       before = newest;
       lately_ = now;
     }
-    if (now - lately_ >= host::kLongestSilence) return {host::Problem::Other, "没有响应"};
+    if (now - lately_ >= host::kDiskTimeoutSeconds) return {host::Problem::Other, "没有响应"};
   }
   return host::Status::Ok();
 }

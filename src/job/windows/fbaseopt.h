@@ -5,7 +5,7 @@
 #include <array>
 #include <string>
 
-#include "controls/looks.h"
+#include "controls/control.h"
 #include "controls/values.h"
 #include "controls/window.h"
 #include "job/settings/lists.h"

@@ -5,8 +5,8 @@
 #include <array>
 #include <string>
 
+#include "controls/control.h"
 #include "controls/grid.h"
-#include "controls/looks.h"
 #include "controls/values.h"
 #include "controls/window.h"
 #include "job/settings/lists.h"

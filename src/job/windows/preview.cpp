@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "job/windows/preview.h"
 
-#include "base/turned_size.h"
+#include "base/rect.h"
 
 namespace quillon::job {
 namespace {

@@ -4,8 +4,8 @@
 
 #include <string>
 
+#include "controls/control.h"
 #include "controls/grid.h"
-#include "controls/looks.h"
 #include "controls/values.h"
 #include "controls/window.h"
 #include "job/program.h"

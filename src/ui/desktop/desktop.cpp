@@ -7,6 +7,7 @@
 #include "host/posix/posix_instance.h"
 #include "host/posix/posix_processes.h"
 #include "host/posix/posix_shell.h"
+#include "host/posix/process_setup.h"
 #include "host/posix/program_folder.h"
 #include "host/posix/sqlite_journals.h"
 #include "host/posix/sqlite_settings.h"

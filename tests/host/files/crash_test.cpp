@@ -14,6 +14,7 @@
 #include <functional>
 
 #include "host/files/files.h"
+#include "host/posix/process_setup.h"
 #include "host/testing/test_host.h"
 
 namespace quillon::host {
@@ -26,7 +27,7 @@ using testing::FaultyDisk;
 using ::testing::IsEmpty;
 using testing::TempFolder;
 
-// Runs act in a process of its own; gives the status that waiting for it told.
+// Runs act in a child process and returns its wait status.
 int InChild(const std::function<int()>& act) {
   const pid_t child = fork();
   if (child == 0) {

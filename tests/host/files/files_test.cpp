@@ -120,7 +120,7 @@ TEST_F(FilesTest, ReadsWholeFiles) {
   EXPECT_LT(read.capacity(), content.size() + 1000) << "nothing is taken on for what does not follow";
   EXPECT_TRUE(files.ReadFile(folder.Write("b", ""), read));
   EXPECT_EQ(read, "");
-  // The system tells no size for this one.
+  // The system reports no size for this file.
   EXPECT_TRUE(files.ReadFile("/proc/self/status", read));
   EXPECT_NE(read.find("Pid:"), std::string::npos);
 }

@@ -104,8 +104,8 @@ class World {
   TestHost test_;
 };
 
-// A failure of these hurts nothing: a lock guards only against sweeps, a begun sync is only begun, closing comes after
-// the sync, and what looking at an open file tells is told again by the sync.
+// A failure of these is harmless: a lock only protects from sweeps, a started sync is only a hint, closing comes after
+// the sync, and the sync reports again what a stat of the open file would have reported.
 const std::set<DiskCall> kHarmless{DiskCall::Lock,  DiskCall::Unlock,   DiskCall::StartSync,
                                    DiskCall::Close, DiskCall::StatOpen, DiskCall::Stat};
 

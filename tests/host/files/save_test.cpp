@@ -248,7 +248,7 @@ TEST_F(SaveTest, FreshFilesAreSyncedBehindInBatches) {
 }
 
 TEST_F(SaveTest, FoldersAreNotSyncedOnceMoreBehindAWholeDisk) {
-  world.faults.NamesGoAlong(true);
+  world.faults.SyncNamesWithFiles(true);
   for (const char* name : {"app/a", "app/b", "app/c"}) EXPECT_TRUE(files.Save(folder.Path(name), "x"));
   EXPECT_THAT(files.Flush(), IsEmpty());
   EXPECT_EQ(world.faults.Count(DiskCall::Sync), 3);
@@ -426,7 +426,7 @@ TEST_F(SaveTest, DisksWithoutLocksAreWrittenTo) {
   world.faults.Set({.call = DiskCall::Lock, .error = ENOLCK, .length = Fault::Length::ForEver});
   EXPECT_TRUE(files.Save(folder.Path("app/a"), "x"));
   EXPECT_EQ(world.faults.Fired(), 1);
-  // Without locks nobody can tell whether a draft is still at work: it stays.
+  // Without locks nobody knows whether a draft is still being written, so it stays.
   folder.Write("app/.b.quillon-000000", "x");
   files.SweepDrafts(folder.Path("app"));
   EXPECT_THAT(folder.Names("app"), ElementsAre(".b.quillon-000000", "a"));
@@ -486,7 +486,7 @@ TEST_F(SaveTest, ACopiedProgramIsNotHeldOpenForWriting) {
     }
     return count;
   };
-  // The sync behind waits until it has been looked.
+  // The background sync waits until the file has been inspected.
   std::promise<void> looked;
   world.faults.Before(DiskCall::StartSync, 1, [&] { looked.get_future().wait(); });
   EXPECT_TRUE(files.Copy(from, folder.Path("to.exe")));

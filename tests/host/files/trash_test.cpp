@@ -11,7 +11,7 @@
 #include <filesystem>
 #include <regex>
 
-#include "host/files/percent.h"
+#include "base/path_text.h"
 #include "host/testing/test_host.h"
 
 namespace quillon::host {
@@ -26,9 +26,9 @@ using testing::TestHost;
 using ::testing::UnorderedElementsAre;
 
 TEST(Trash, NotesTellPathsInPercent) {
-  EXPECT_EQ(PercentEncoded("/a/b-c_d.e~1"), "/a/b-c_d.e~1");
-  EXPECT_EQ(PercentEncoded("/a b%"), "/a%20b%25");
-  EXPECT_EQ(PercentEncoded("图\n\xFF[1]"), "%E5%9B%BE%0A%FF%5B1%5D");
+  EXPECT_EQ(base::PercentEncoded("/a/b-c_d.e~1"), "/a/b-c_d.e~1");
+  EXPECT_EQ(base::PercentEncoded("/a b%"), "/a%20b%25");
+  EXPECT_EQ(base::PercentEncoded("图\n\xFF[1]"), "%E5%9B%BE%0A%FF%5B1%5D");
 }
 
 class TrashTest : public ::testing::Test {
@@ -50,7 +50,7 @@ TEST_F(TrashTest, AFileGoesToTheHomeTrashAndCanBeBroughtBack) {
   ASSERT_TRUE(std::regex_match(
       note, parts, std::regex("\\[Trash Info\\]\nPath=(.*)\nDeletionDate=\\d{4}-\\d\\d-\\d\\dT\\d\\d:\\d\\d:\\d\\d\n")))
       << note;
-  EXPECT_EQ(parts[1], PercentEncoded(file));
+  EXPECT_EQ(parts[1], base::PercentEncoded(file));
   struct stat told {};
   ASSERT_EQ(stat(folder.Path("data/Trash").c_str(), &told), 0);
   EXPECT_EQ(told.st_mode & 0777, 0700u);
@@ -91,7 +91,7 @@ TEST_F(TrashTest, NotesTellTheRealFolder) {
   folder.Write("real/a.jpg", "x");
   fs::create_symlink(folder.Path("real"), folder.Path("link"));
   EXPECT_TRUE(files.Discard(folder.Path("link/../link/a.jpg")));
-  EXPECT_NE(Note("a.jpg").find("Path=" + PercentEncoded(folder.Path("real/a.jpg")) + "\n"), std::string::npos);
+  EXPECT_NE(Note("a.jpg").find("Path=" + base::PercentEncoded(folder.Path("real/a.jpg")) + "\n"), std::string::npos);
 }
 
 TEST_F(TrashTest, AnyNameCanBeDiscarded) {

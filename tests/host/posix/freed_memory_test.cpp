@@ -1,6 +1,6 @@
 // SPDX-FileCopyrightText: 2026 The Quillon developers
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "host/posix/freed_memory.h"
+#include "host/posix/process_setup.h"
 
 #include <gtest/gtest.h>
 #include <malloc.h>

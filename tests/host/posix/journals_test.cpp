@@ -120,7 +120,7 @@ TEST_F(JournalsTest, PartsAreForgottenAllOrNone) {
   EXPECT_EQ(journals.Open({"two", 0, 4})->Get("f", "k"), "1");
 }
 
-// A journal is lost only where nothing can be read of it.
+// A journal is lost only if nothing in it can be read.
 TEST_F(JournalsTest, OneThatIsOutOfReachIsNotRemoved) {
   journals.Open({"job"})->Set("a", "k", "1");
   const std::string path = folder.Path("journals/" + folder.Names("journals").at(0));

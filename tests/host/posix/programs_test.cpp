@@ -19,6 +19,7 @@
 #include "host/posix/posix_instance.h"
 #include "host/posix/posix_processes.h"
 #include "host/posix/posix_shell.h"
+#include "host/posix/process_setup.h"
 #include "host/testing/temp_folder.h"
 
 namespace quillon::host::posix {

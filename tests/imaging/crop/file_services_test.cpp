@@ -7,7 +7,7 @@
 #include <functional>
 #include <string>
 
-#include "host/files/source_backup.h"
+#include "host/files/files.h"
 #include "imaging/byte_text.h"
 #include "imaging/jpeg_maker.h"
 #include "imaging/pictures.h"

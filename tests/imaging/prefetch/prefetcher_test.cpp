@@ -13,7 +13,7 @@
 
 #include "host/background_call.h"
 #include "host/posix/posix_disk.h"
-#include "host/testing/other_threads.h"
+#include "host/testing/fakes.h"
 #include "imaging/jpeg/jpeg_cut.h"
 #include "imaging/jpeg_maker.h"
 #include "imaging/scratch_folder.h"
@@ -516,11 +516,11 @@ TEST_F(SilentDiskTest, AnotherThreadTakesItsPlace) {
   gate_->AwaitWaiting(1);
   EXPECT_EQ(Take(b, pump_), "x");
   const double then = seconds_;
-  EXPECT_EQ(TakeSilent(a).Why(), host::kDiskSilent);
+  EXPECT_EQ(TakeSilent(a).Why(), host::kDiskUnresponsive);
   EXPECT_EQ(seconds_, then) << "it is known by now";
   ahead_->PlanCrops({a});
-  EXPECT_EQ(TakeSilent(a).Why(), host::kDiskSilent) << "it is not tried again";
-  EXPECT_EQ(ahead_->AwaitMeasure(a.source, pump_).Why(), host::kDiskSilent);
+  EXPECT_EQ(TakeSilent(a).Why(), host::kDiskUnresponsive) << "it is not tried again";
+  EXPECT_EQ(ahead_->AwaitMeasure(a.source, pump_).Why(), host::kDiskUnresponsive);
   // Until it answers.
   gate_->Open();
   std::optional<std::string> bytes;
@@ -622,10 +622,10 @@ TEST_F(SilentDiskTest, AMeasurementThatDoesNotComeBackIsGivenUp) {
   });
   ahead_->PlanMeasures({"1", "2"});
   gate_->AwaitWaiting(1);
-  EXPECT_EQ(ahead_->AwaitMeasure("1", pump_).Why(), host::kDiskSilent);
+  EXPECT_EQ(ahead_->AwaitMeasure("1", pump_).Why(), host::kDiskUnresponsive);
   EXPECT_GE(seconds_, 1030);
   const double then = seconds_;
-  EXPECT_EQ(ahead_->AwaitMeasure("1", pump_).Why(), host::kDiskSilent);
+  EXPECT_EQ(ahead_->AwaitMeasure("1", pump_).Why(), host::kDiskUnresponsive);
   EXPECT_EQ(seconds_, then);
   while (measured->Lines().empty()) std::this_thread::yield();
   EXPECT_EQ(measured->Lines(), std::vector<std::string>{"2"});

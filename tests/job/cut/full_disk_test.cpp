@@ -26,7 +26,7 @@ TEST_F(FullDiskTest, EveryWriteOfAnOutput) {
   std::size_t pages = 0;
   for (; pages < 20; ++pages) {
     SCOPED_TRACE(pages);
-    disk.Leave(pages);
+    disk.FillUntil(pages);
     world.boxes.Forget();
     Cut();
     if (Totals().none == 0) break;
@@ -42,7 +42,7 @@ TEST_F(FullDiskTest, EveryWriteOfAnOutput) {
 TEST_F(FullDiskTest, RetriesUntilThereIsRoom) {
   Put("LOutDir", world.folder.Path("small"));
   List({Make("a.bmp", Painted(80, 60, Noise))});
-  disk.Leave(0);
+  disk.FillUntil(0);
   int asked = 0;
   world.boxes.OnShow([&](const host::Box& box) {
     if (box.text.find("盘空间不足") != std::string::npos && ++asked == 3) disk.Free();
@@ -66,7 +66,7 @@ TEST_F(FullDiskTest, EveryWriteOverASource) {
   std::size_t pages = 0;
   for (; pages < 20; ++pages) {
     SCOPED_TRACE(pages);
-    disk.Leave(pages);
+    disk.FillUntil(pages);
     Cut();
     EXPECT_EQ(disk.Names(), std::vector<std::string>{"a.bmp"});
     if (Totals().none == 0) break;

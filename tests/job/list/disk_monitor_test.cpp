@@ -3,7 +3,7 @@
 #include "job/list/disk_monitor.h"
 
 #include "host/background_call.h"
-#include "host/testing/other_threads.h"
+#include "host/testing/fakes.h"
 #include "job/cut_fixture.h"
 #include "job/list/dead_disk.h"
 
@@ -57,7 +57,7 @@ TEST_F(DiskAnswerTest, ADiskOfThisMachineIsAskedEveryHalfSecondForEachFolder) {
 }
 
 TEST_F(DiskAnswerTest, ADiskOfTheNetworkIsAskedBeforeEveryFile) {
-  world.faults.MoveAway();
+  world.faults.MakeRemote();
   ASSERT_TRUE(program.disks.AskFile(Path("a/1.jpg")));
   const int once = Asked();
   EXPECT_TRUE(program.disks.AskFile(Path("a/1.jpg")));
@@ -153,7 +153,7 @@ TEST_F(SilentRunTest, AListGoesOnBehindAFileThatDoesNotAnswer) {
   program.recovering = true;  // so that nobody else reads
   Cut();
   EXPECT_EQ(Totals().written, 2u) << Whys();
-  EXPECT_EQ(Why(2), host::kDiskSilent);
+  EXPECT_EQ(Why(2), host::kDiskUnresponsive);
   EXPECT_EQ(program.files.Row(1).result, Result::None);
   EXPECT_EQ(OutNames(), (std::vector<std::string>{"1.jpg", "3.jpg"}));
   EXPECT_EQ(recorder.done.size(), 3u);
@@ -192,7 +192,7 @@ TEST_F(SilentRunTest, ACutAheadThatHangsFailsItsFileAlone) {
   HangAheadOf("/in/y/2.jpg");
   Cut();
   EXPECT_EQ(Totals().written, 2u) << Whys();
-  EXPECT_EQ(Why(2), host::kDiskSilent);
+  EXPECT_EQ(Why(2), host::kDiskUnresponsive);
 }
 
 TEST_F(SilentRunTest, AFolderRunGoesOnAndCanBeContinued) {
@@ -209,7 +209,7 @@ TEST_F(SilentRunTest, AFolderRunGoesOnAndCanBeContinued) {
   EXPECT_EQ(Totals().none, 1u);
   ASSERT_EQ(recorder.done.size(), 3u);
   for (const FileResult& file : recorder.done) {
-    EXPECT_EQ(file.why, file.source.ends_with("2.bmp") ? host::kDiskSilent : "");
+    EXPECT_EQ(file.why, file.source.ends_with("2.bmp") ? host::kDiskUnresponsive : "");
   }
   EXPECT_TRUE(world.boxes.All().empty()) << "it is no picture without a size";
 }
@@ -271,7 +271,7 @@ TEST_F(SilentRunTest, NamedFilesThatDoNotAnswerAreNotListed) {
   dead.Take(world.faults, DiskCall::OpenRead, "1.jpg");
   List(three);
   ASSERT_EQ(recorder.notListed.size(), 2u) << Whys();
-  EXPECT_EQ(recorder.notListed[0], (std::pair<std::string, std::string>(three[0], host::kDiskSilent)));
+  EXPECT_EQ(recorder.notListed[0], (std::pair<std::string, std::string>(three[0], host::kDiskUnresponsive)));
   EXPECT_EQ(recorder.notListed[1].first, three[1]) << "in the same folder";
   EXPECT_EQ(program.files.RowCount(), 1u);
 }

@@ -12,7 +12,7 @@
 #include <vector>
 
 #include "base/path_text.h"
-#include "host/testing/other_threads.h"
+#include "host/testing/fakes.h"
 #include "job/cut_fixture.h"
 #include "job/list/dead_disk.h"
 #include "job/list/file_count.h"

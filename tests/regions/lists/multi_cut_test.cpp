@@ -5,7 +5,7 @@
 
 #include "host/background_call.h"
 #include "host/posix/sqlite_journals.h"
-#include "host/testing/other_threads.h"
+#include "host/testing/fakes.h"
 #include "job/list/dead_disk.h"
 #include "regions/regions_fixture.h"
 #include "regions/transparent_png.h"
@@ -283,7 +283,7 @@ TEST_F(MultiCutTest, ADiskThatDoesNotAnswerIsToldForEachRegion) {
   CutListed();
   EXPECT_EQ(Totals().written, 4u);
   EXPECT_EQ(Totals().none, 2u);
-  EXPECT_EQ(Why(2), host::kDiskSilent);
+  EXPECT_EQ(Why(2), host::kDiskUnresponsive);
   EXPECT_EQ(OutNames().size(), 4u);
 }
 

@@ -14,21 +14,21 @@
 namespace quillon::helpers {
 namespace {
 
-// Its own, so that nothing here is taken for the answer to an order of the program.
+// A separate application, so that its progress cannot be mistaken for the answer to an order of the program.
 constexpr const char* kApplication = "DCTiffsMaker";
 constexpr const char* kPrefix = "DCTiffsMaker: ";
-constexpr int kLookEvery = 100;  // milliseconds
+constexpr int kPollInterval = 100;  // milliseconds
 
 QString NameFrom(const std::string& path) { return QFile::decodeName(QByteArray::fromStdString(path)); }
 
-// In the new process. Only calls that are safe there.
-void EndWith(pid_t parent) {
+// Runs in the new process, so only async-signal-safe calls are allowed. The process dies with its parent.
+void DieWithParent(pid_t parent) {
   prctl(PR_SET_PDEATHSIG, SIGKILL);
   if (getppid() != parent) _exit(1);
 }
 
-// The lines of the error output, without the helper's name.
-std::vector<std::string> Complaints(const QByteArray& output) {
+// Returns the lines that the helper logged to its error output, without its name.
+std::vector<std::string> LoggedErrors(const QByteArray& output) {
   std::vector<std::string> lines;
   for (const QByteArray& line : output.split('\n')) {
     if (line.startsWith(kPrefix)) lines.push_back(line.mid(static_cast<int>(qstrlen(kPrefix))).toStdString());
@@ -48,9 +48,9 @@ MakerRun::MakerRun(host::Host& world, std::string program, Listener listener)
   process_.setArguments({NameFrom(orderPath_)});
   process_.setStandardInputFile(QProcess::nullDevice());
   process_.setStandardOutputFile(QProcess::nullDevice());
-  process_.setChildProcessModifier([parent = getpid()] { EndWith(parent); });
-  timer_.setInterval(kLookEvery);
-  QObject::connect(&timer_, &QTimer::timeout, &process_, [this] { Look(); });
+  process_.setChildProcessModifier([parent = getpid()] { DieWithParent(parent); });
+  timer_.setInterval(kPollInterval);
+  QObject::connect(&timer_, &QTimer::timeout, &process_, [this] { Poll(); });
   QObject::connect(&process_, &QProcess::errorOccurred, &process_, [this](auto error) { OnError(error); });
   QObject::connect(&process_, &QProcess::finished, &process_,
                    [this](int code, auto status) { OnFinished(code, status); });
@@ -64,7 +64,7 @@ MakerRun::~MakerRun() {
 void MakerRun::Start(tools::OkList order) {
   running_ = true;
   stopped_ = false;
-  lastTold_.clear();
+  lastProgress_.clear();
   target_ = order.target;
   order.application = kApplication;
   const std::optional<std::string> text = tools::OkListText(order);
@@ -82,17 +82,17 @@ void MakerRun::Stop() {
   process_.kill();
   process_.waitForFinished(-1);
   if (running_) End({Ending::Stopped, {}, {}});
-  // What the process was writing when it was ended.
+  // Removes the draft that the process was writing when it was killed.
   world_.files.SweepDrafts(base::SplitPath(target_).folder);
 }
 
-std::string MakerRun::Told() const { return tools::ReadKey(world_, tools::key::kMakeTiffProg, kApplication); }
+std::string MakerRun::ReadProgress() const { return tools::ReadKey(world_, tools::key::kMakeTiffProg, kApplication); }
 
-void MakerRun::Look() {
-  std::string told = Told();
-  if (told.empty() || told == lastTold_) return;
-  lastTold_ = std::move(told);
-  if (listener_.told) listener_.told(lastTold_);
+void MakerRun::Poll() {
+  std::string report = ReadProgress();
+  if (report.empty() || report == lastProgress_) return;
+  lastProgress_ = std::move(report);
+  if (listener_.progress) listener_.progress(lastProgress_);
 }
 
 void MakerRun::OnError(QProcess::ProcessError error) {
@@ -101,17 +101,18 @@ void MakerRun::OnError(QProcess::ProcessError error) {
 }
 
 void MakerRun::OnFinished(int code, QProcess::ExitStatus status) {
-  MakerEnd end{Ending::Done, Told(), Complaints(process_.readAllStandardError())};
+  MakerEnd end{Ending::Done, ReadProgress(), LoggedErrors(process_.readAllStandardError())};
   if (stopped_) {
     end.ending = Ending::Stopped;
   } else if (status == QProcess::CrashExit) {
     end.ending = Ending::Killed;
   } else if (code != 0) {
     end.ending = Ending::Failed;
-    // The last line tells what it ended with, also where the store could not be written.
-    if (!end.leftOut.empty()) {
-      if (end.told != "FullDisk") end.told = end.leftOut.back();
-      end.leftOut.pop_back();
+    // The last line is the final error, even if the settings could not be written. The lines before it are pictures
+    // that could not be read.
+    if (!end.omitted.empty()) {
+      if (end.report != "FullDisk") end.report = end.omitted.back();
+      end.omitted.pop_back();
     }
   }
   End(end);
@@ -120,7 +121,7 @@ void MakerRun::OnFinished(int code, QProcess::ExitStatus status) {
 void MakerRun::End(const MakerEnd& end) {
   timer_.stop();
   running_ = false;
-  // One that stays is replaced by the next.
+  // If it cannot be removed, the next start overwrites it.
   (void)world_.files.RemoveOwn(orderPath_);
   if (listener_.ended) listener_.ended(end);
 }

@@ -13,40 +13,40 @@
 
 namespace quillon::helpers {
 
-// Has a process of its own make a TIFF: writes the order into the program folder, starts the program on it and follows
-// what it says of its progress. The process ends with this object, however that ends.
+// Makes a TIFF in a separate process: writes the order into the program folder, starts the helper with it and polls its
+// progress. The process is killed when this object is destroyed or the program ends in any way.
 class MakerRun {
  public:
   struct Listener {
-    std::function<void(const std::string& told)> told;  // whenever the progress says something new
-    std::function<void(const MakerEnd& end)> ended;     // once for each start
+    std::function<void(const std::string& report)> progress;  // when the progress text has changed
+    std::function<void(const MakerEnd& end)> ended;           // once for each start
   };
 
-  // program is the helper, started with the path of an order as its one argument.
+  // program is the path of the helper. It is started with the path of an order as its only argument.
   MakerRun(host::Host& world, std::string program, Listener listener);
   ~MakerRun();
   MakerRun(const MakerRun&) = delete;
   MakerRun& operator=(const MakerRun&) = delete;
 
-  // The application of the order is put in here.
+  // Starts the helper. The application of the order is overwritten.
   void Start(tools::OkList order);
-  // Ends the process at once; what it had not finished leaves nothing.
+  // Kills the process. Nothing remains of an unfinished TIFF.
   void Stop();
   bool Running() const { return running_; }
 
  private:
-  void Look();
+  void Poll();
   void OnError(QProcess::ProcessError error);
   void OnFinished(int code, QProcess::ExitStatus status);
   void End(const MakerEnd& end);
-  std::string Told() const;
+  std::string ReadProgress() const;
 
   host::Host& world_;
   std::string program_;
   Listener listener_;
   std::string orderPath_;
   std::string target_;
-  std::string lastTold_;
+  std::string lastProgress_;
   bool running_ = false;
   bool stopped_ = false;
   QProcess process_;

@@ -40,14 +40,14 @@ std::vector<std::string> PictureList::Paths() const {
   return paths;
 }
 
-void PictureList::RemoveChosen() {
+void PictureList::RemoveSelected() {
   const int row = currentRow();
   qDeleteAll(selectedItems());
   if (count() > 0) setCurrentRow(qBound(0, row, count() - 1));
 }
 
-// A chosen row takes the place of one that is not.
-bool PictureList::StepChosen(int row, int to) {
+// Moves a selected row to the place of an unselected one.
+bool PictureList::MoveRow(int row, int to) {
   if (!item(row)->isSelected() || to < 0 || to >= count() || item(to)->isSelected()) return false;
   const bool current = row == currentRow();
   QListWidgetItem* moved = takeItem(row);
@@ -57,10 +57,10 @@ bool PictureList::StepChosen(int row, int to) {
   return true;
 }
 
-void PictureList::MoveChosen(Way way) {
+void PictureList::MoveSelected(Direction direction) {
   for (int i = 0; i < count(); ++i) {
-    const int row = way == Way::Up ? i : count() - 1 - i;
-    StepChosen(row, way == Way::Up ? row - 1 : row + 1);
+    const int row = direction == Direction::Up ? i : count() - 1 - i;
+    MoveRow(row, direction == Direction::Up ? row - 1 : row + 1);
   }
 }
 
@@ -82,9 +82,9 @@ void PictureList::dropEvent(QDropEvent* event) {
 
 void PictureList::keyPressEvent(QKeyEvent* event) {
   const bool moves = event->modifiers() == Qt::AltModifier;
-  if (event->key() == Qt::Key_Delete) return RemoveChosen();
-  if (moves && event->key() == Qt::Key_Up) return MoveChosen(Way::Up);
-  if (moves && event->key() == Qt::Key_Down) return MoveChosen(Way::Down);
+  if (event->key() == Qt::Key_Delete) return RemoveSelected();
+  if (moves && event->key() == Qt::Key_Up) return MoveSelected(Direction::Up);
+  if (moves && event->key() == Qt::Key_Down) return MoveSelected(Direction::Down);
   QListWidget::keyPressEvent(event);
 }
 

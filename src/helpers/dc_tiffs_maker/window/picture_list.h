@@ -9,17 +9,18 @@
 
 namespace quillon::helpers {
 
-// The pictures of an order, one a row, to be put in order by hand. Paths stay the bytes that they are.
+// The pictures of an order, one in each row, which the user can reorder. Paths are kept as bytes.
 class PictureList : public QListWidget {
  public:
   explicit PictureList(QWidget* parent = nullptr);
 
   void Add(const std::vector<std::string>& paths);
   std::vector<std::string> Paths() const;
-  void RemoveChosen();
-  enum class Way { Up, Down };
-  void MoveChosen(Way way);
-  // Told of the files and folders that were dropped on the list.
+  // Removes the selected rows, or moves each of them by one row past its unselected neighbour.
+  void RemoveSelected();
+  enum class Direction { Up, Down };
+  void MoveSelected(Direction direction);
+  // Called with the paths of files and folders that are dropped on the list.
   void SetDropHandler(std::function<void(const std::vector<std::string>&)> handler) { onDrop_ = std::move(handler); }
 
  protected:
@@ -30,7 +31,7 @@ class PictureList : public QListWidget {
   void paintEvent(QPaintEvent* event) override;
 
  private:
-  bool StepChosen(int row, int to);
+  bool MoveRow(int row, int to);
 
   std::function<void(const std::vector<std::string>&)> onDrop_;
 };

@@ -9,8 +9,10 @@
 
 namespace quillon::helpers {
 
-// Shows the window of DCTiffsMaker until it is closed; gives the exit code. The world's boxes and dialogs are not used.
-// The TIFFs are made by this same program, started with the path of an order.
+// Shows the window of DCTiffsMaker until it is closed and returns the exit code. note is the first sentence in its
+// status line. This header is free of Qt, so that main() needs none of it.
+// The window uses boxes and dialogs of its own instead of those of world. It makes each TIFF by starting this program
+// again with the path of an order.
 int ShowTiffsWindow(int count, char** arguments, host::Host& world, const tools::OkList& order,
                     const std::string& note);
 

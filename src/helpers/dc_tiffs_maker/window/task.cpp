@@ -15,18 +15,18 @@ constexpr std::array<std::string_view, 7> kPictures = {"jpg", "jpeg", "bmp", "pn
 
 std::string ExtensionOf(const std::string& path) { return base::ToLowerAscii(base::SplitPath(path).extension); }
 
-bool HoldsLineBreak(const std::string& path) { return path.find_first_of("\n\r") != std::string::npos; }
+bool HasLineBreak(const std::string& path) { return path.find_first_of("\n\r") != std::string::npos; }
 
-// Orders name whole paths that nowhere lead back up.
+// The paths in an order must be absolute and must not contain "..".
 bool IsPlain(const std::string& path) {
   return path.starts_with('/') && (path + "/").find("/../") == std::string::npos;
 }
 
-std::string TargetHindrance(const host::Files& files, const tools::OkList& order) {
+std::string WhyTargetUnusable(const host::Files& files, const tools::OkList& order) {
   const std::string& target = order.target;
   if (target.empty()) return "请先点“浏览”，选择生成的Tiff保存在哪里。";
   if (!IsPlain(target)) return "保存位置不是完整的路径：请点“浏览”选择，或输入以 / 开头的路径。";
-  if (HoldsLineBreak(target)) return "保存位置的名字里有换行：请换一个名字。";
+  if (HasLineBreak(target)) return "保存位置的名字里有换行：请换一个名字。";
   if (files.IsFolder(target)) return "“" + NameOf(target) + "”是一个文件夹：请换一个文件名。";
   if (!files.IsFolder(base::SplitPath(target).folder)) return "保存位置的文件夹不存在：请点“浏览”另选一个。";
   const bool source = std::any_of(order.pictures.begin(), order.pictures.end(),
@@ -37,13 +37,13 @@ std::string TargetHindrance(const host::Files& files, const tools::OkList& order
 
 }  // namespace
 
-std::string Hindrance(const host::Files& files, const tools::OkList& order) {
+std::string WhyNotStartable(const host::Files& files, const tools::OkList& order) {
   if (order.pictures.empty()) return "请先添加要合成的图片。";
   for (const std::string& picture : order.pictures) {
-    if (HoldsLineBreak(picture)) return "“" + NameOf(picture) + "”的路径里有换行：请改名，或移除这张图片。";
+    if (HasLineBreak(picture)) return "“" + NameOf(picture) + "”的路径里有换行：请改名，或移除这张图片。";
     if (!IsPlain(picture)) return "“" + NameOf(picture) + "”的路径不完整：请移除后重新添加。";
   }
-  return TargetHindrance(files, order);
+  return WhyTargetUnusable(files, order);
 }
 
 std::string FurtherSteps(const tools::OkList& order) {
@@ -61,7 +61,7 @@ std::string FurtherSteps(const tools::OkList& order) {
 
 std::vector<std::string> PicturesIn(const host::Files& files, const std::string& folder) {
   std::vector<std::string> pictures;
-  // What can be read of a folder is taken.
+  // A folder that cannot be read completely gives the pictures found so far.
   (void)files.ListFolder(folder, [&](const host::FolderEntry& entry) {
     const bool picture = std::find(kPictures.begin(), kPictures.end(), ExtensionOf(entry.name)) != kPictures.end();
     if (picture && entry.kind == host::FileKind::File) pictures.push_back(base::JoinPath(folder, entry.name));

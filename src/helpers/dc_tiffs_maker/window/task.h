@@ -10,19 +10,19 @@
 
 namespace quillon::helpers {
 
-// Why an order cannot be started yet and what the user is to do, one sentence; "" where nothing keeps it from that.
-std::string Hindrance(const host::Files& files, const tools::OkList& order);
+// Returns why an order cannot be started and what the user should do, in one sentence; "" if it can be started.
+std::string WhyNotStartable(const host::Files& files, const tools::OkList& order);
 
-// Steps of an order that the window carries along without showing them; "" where there are none.
+// Returns the steps of an order that the window keeps but does not show; "" if there are none.
 std::string FurtherSteps(const tools::OkList& order);
 
-// The pictures that lie in a folder itself, in no order.
+// Returns the pictures directly inside a folder, in no particular order.
 std::vector<std::string> PicturesIn(const host::Files& files, const std::string& folder);
 
-// A target as it was typed, with ".tif" where it ends as no TIFF does; "" stays.
+// Returns a typed target with ".tif" appended unless it has the extension of a TIFF. "" stays "".
 std::string TiffName(const std::string& typed);
 
-// The last part of a path, as a sentence names it.
+// Returns the last part of a path, for use in a sentence.
 std::string NameOf(const std::string& path);
 
 }  // namespace quillon::helpers

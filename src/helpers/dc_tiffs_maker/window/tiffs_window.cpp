@@ -24,7 +24,7 @@
 namespace quillon::helpers {
 namespace {
 
-constexpr int kMostDpi = 10000;
+constexpr int kMaxDpi = 10000;
 constexpr int kWidth = 90 * ui::kGap;
 constexpr int kHeight = 66 * ui::kGap;
 constexpr int kYesNoDefaultNo = 4 + 32 + 256;
@@ -35,7 +35,7 @@ enum Colours { kColour, kGrey, kBlackWhite };
 
 int ColoursOf(const tools::OkList& order) { return order.colour ? kColour : order.grey ? kGrey : kBlackWhite; }
 
-// As a person counts: page 2 before page 10.
+// Sorts by the numbers inside of names: page 2 before page 10.
 void SortByNumbers(std::vector<std::string>& paths) {
   QCollator collator;
   collator.setNumericMode(true);
@@ -68,7 +68,7 @@ TiffsWindow::TiffsWindow(host::Host& world, tools::OkList order, const std::stri
       world_(world),
       order_(std::move(order)),
       run_(world, std::move(program),
-           {[this](const std::string& told) { OnTold(told); }, [this](const MakerEnd& end) { OnEnded(end); }}) {
+           {[this](const std::string& report) { OnProgress(report); }, [this](const MakerEnd& end) { OnEnded(end); }}) {
   setObjectName(QStringLiteral("DCTiffsMaker"));
   setWindowTitle(QStringLiteral("Quillon—Tiff独立版"));
   auto* column = new QVBoxLayout(this);
@@ -81,7 +81,7 @@ TiffsWindow::TiffsWindow(host::Host& world, tools::OkList order, const std::stri
   column->addLayout(MakeEnds());
   resize(QSize(kWidth, kHeight).expandedTo(minimumSizeHint()));
   Show(order_);
-  Say(note, Mood::Plain);
+  ShowStatus(note, Mood::Plain);
 }
 
 QPushButton* TiffsWindow::Button(const QString& text, void (TiffsWindow::*act)()) {
@@ -95,7 +95,7 @@ QPushButton* TiffsWindow::Button(const QString& text, void (TiffsWindow::*act)()
 QLayout* TiffsWindow::MakeList() {
   list_ = new PictureList;
   list_->setObjectName(QStringLiteral("list"));
-  list_->SetDropHandler([this](const std::vector<std::string>& paths) { Admit(paths); });
+  list_->SetDropHandler([this](const std::vector<std::string>& paths) { AddPaths(paths); });
   connect(list_->model(), &QAbstractItemModel::rowsInserted, this, [this] { Refresh(); });
   connect(list_->model(), &QAbstractItemModel::rowsRemoved, this, [this] { Refresh(); });
   inputs_.push_back(list_);
@@ -135,7 +135,7 @@ QLayout* TiffsWindow::MakeFields() {
   quality_->setObjectName(QStringLiteral("quality"));
   quality_->addItems({QStringLiteral("高品质"), QStringLiteral("中品质"), QStringLiteral("低品质")});
   dpi_ = new QSpinBox;
-  dpi_->setRange(0, kMostDpi);
+  dpi_->setRange(0, kMaxDpi);
   dpi_->setSpecialValueText(QStringLiteral("与图片相同"));
   dpi_->setSuffix(QStringLiteral(" DPI"));
   for (QWidget* field : std::initializer_list<QWidget*>{target_, colours_, compress_, quality_, dpi_}) {
@@ -170,7 +170,7 @@ QLayout* TiffsWindow::MakeEnds() {
   status_->setWordWrap(true);
   status_->setTextFormat(Qt::PlainText);
   status_->setAlignment(Qt::AlignLeft | Qt::AlignTop);
-  // Room for a long sentence, so that nothing moves when one comes.
+  // Room for two lines, so that the layout does not move when a long sentence appears.
   status_->setMinimumHeight(2 * status_->fontMetrics().lineSpacing());
   bar_ = new QProgressBar;
   bar_->setTextVisible(false);
@@ -210,7 +210,7 @@ void TiffsWindow::Show(const tools::OkList& order) {
 
 tools::OkList TiffsWindow::Order() const {
   tools::OkList order = order_;
-  // A name that the screen cannot show keeps its bytes until another one is typed.
+  // A name with bytes that are not UTF-8 is shown incompletely. It keeps its bytes until the user types another one.
   if (target_->text() != ui::Shown(order_.target)) order.target = TiffName(ui::Bytes(target_->text()));
   order.colour = colours_->currentIndex() == kColour;
   order.grey = colours_->currentIndex() == kGrey;
@@ -221,14 +221,14 @@ tools::OkList TiffsWindow::Order() const {
   return order;
 }
 
-void TiffsWindow::AddFiles() { Admit(world_.dialogs.OpenFiles("添加图片", kPictureFilter, host::Choice::Many)); }
+void TiffsWindow::AddFiles() { AddPaths(world_.dialogs.OpenFiles("添加图片", kPictureFilter, host::Choice::Many)); }
 
 void TiffsWindow::AddFolder() {
   const std::optional<std::string> folder = world_.dialogs.ChooseFolder("添加文件夹中的图片", {});
-  if (folder) Admit({*folder});
+  if (folder) AddPaths({*folder});
 }
 
-void TiffsWindow::Admit(const std::vector<std::string>& paths) {
+void TiffsWindow::AddPaths(const std::vector<std::string>& paths) {
   if (run_.Running()) return;
   const int before = list_->count();
   for (const std::string& path : paths) {
@@ -240,13 +240,13 @@ void TiffsWindow::Admit(const std::vector<std::string>& paths) {
     list_->Add(pictures);
   }
   const int added = list_->count() - before;
-  if (added > 0) return Say("添加了 " + std::to_string(added) + " 张图片。", Mood::Plain);
-  if (!paths.empty()) Say("文件夹里没有可以合成的图片：请另选一个，或直接添加图片。", Mood::Bad);
+  if (added > 0) return ShowStatus("添加了 " + std::to_string(added) + " 张图片。", Mood::Plain);
+  if (!paths.empty()) ShowStatus("文件夹里没有可以合成的图片：请另选一个，或直接添加图片。", Mood::Bad);
 }
 
-void TiffsWindow::Remove() { list_->RemoveChosen(); }
-void TiffsWindow::Up() { list_->MoveChosen(PictureList::Way::Up); }
-void TiffsWindow::Down() { list_->MoveChosen(PictureList::Way::Down); }
+void TiffsWindow::Remove() { list_->RemoveSelected(); }
+void TiffsWindow::Up() { list_->MoveSelected(PictureList::Direction::Up); }
+void TiffsWindow::Down() { list_->MoveSelected(PictureList::Direction::Down); }
 void TiffsWindow::Clear() {
   list_->clear();
   Refresh();
@@ -272,8 +272,8 @@ bool TiffsWindow::MayReplace(const std::string& target) {
 
 void TiffsWindow::Start() {
   const tools::OkList order = Order();
-  if (const std::string hindrance = Hindrance(world_.files, order); !hindrance.empty()) {
-    return Say(hindrance, Mood::Bad);
+  if (const std::string why = WhyNotStartable(world_.files, order); !why.empty()) {
+    return ShowStatus(why, Mood::Bad);
   }
   if (!MayReplace(order.target)) return;
   mayReplace_.clear();
@@ -281,7 +281,7 @@ void TiffsWindow::Start() {
   target_->setText(ui::Shown(order.target));
   bar_->setRange(0, static_cast<int>(order.pictures.size()));
   bar_->setValue(0);
-  Say("正在启动…", Mood::Plain);
+  ShowStatus("正在启动…", Mood::Plain);
   run_.Start(order);
   Refresh();
   if (run_.Running()) stop_->setFocus();
@@ -289,26 +289,26 @@ void TiffsWindow::Start() {
 
 void TiffsWindow::Stop() { run_.Stop(); }
 
-void TiffsWindow::OnTold(const std::string& told) {
-  if (const auto picture = PictureIn(told)) bar_->setValue(picture->number - 1);
-  Say(told, Mood::Plain);
+void TiffsWindow::OnProgress(const std::string& report) {
+  if (const auto picture = ParseProgress(report)) bar_->setValue(picture->number - 1);
+  ShowStatus(report, Mood::Plain);
 }
 
 void TiffsWindow::OnEnded(const MakerEnd& end) {
   const Verdict verdict = VerdictOf(end, order_.target);
   bar_->setValue(end.ending == Ending::Done ? bar_->maximum() : 0);
-  Say(verdict.sentence, verdict.mood);
+  ShowStatus(verdict.sentence, verdict.mood);
   Refresh();
   start_->setFocus();
 }
 
-void TiffsWindow::Say(const std::string& sentence, Mood mood) {
+void TiffsWindow::ShowStatus(const std::string& sentence, Mood mood) {
   status_->setText(ui::Shown(sentence));
   mood_ = mood;
-  InkWords();
+  UpdateColours();
 }
 
-void TiffsWindow::InkWords() {
+void TiffsWindow::UpdateColours() {
   Ink(*status_, InkOf(mood_, palette()));
   Ink(*further_, ui::FaintInk(palette()));
 }
@@ -323,10 +323,10 @@ void TiffsWindow::Refresh() {
   quality_->setEnabled(!running && coloured && compress_->isChecked());
 }
 
-// The desktop may turn dark while the window is there.
+// The desktop may switch to dark colours while the window is open.
 void TiffsWindow::changeEvent(QEvent* event) {
   QDialog::changeEvent(event);
-  if (event->type() == QEvent::PaletteChange && status_) InkWords();
+  if (event->type() == QEvent::PaletteChange && status_) UpdateColours();
 }
 
 void TiffsWindow::closeEvent(QCloseEvent* event) {
@@ -334,7 +334,7 @@ void TiffsWindow::closeEvent(QCloseEvent* event) {
   QDialog::closeEvent(event);
 }
 
-// Escape must not end a run by mistake.
+// Escape must not stop a run by mistake.
 void TiffsWindow::reject() {
   if (!run_.Running()) QDialog::reject();
 }

@@ -23,15 +23,15 @@ namespace quillon::helpers {
 
 class PictureList;
 
-// The window of DCTiffsMaker: pictures in their order, where the TIFF goes and how it is made. The making itself is a
-// process of its own.
+// The window of DCTiffsMaker: the pictures in their order, the target and the options. Each TIFF is made by a separate
+// process.
 class TiffsWindow : public QDialog {
  public:
-  // Shows the order as it stands; what the window has no field for is carried along. note says how it came about.
-  // program makes the TIFF.
+  // Shows an order. Values without a field in the window are kept. note is shown in the status line. program is the
+  // path of the helper that makes the TIFF.
   TiffsWindow(host::Host& world, tools::OkList order, const std::string& note, std::string program);
 
-  // The order as it is shown now.
+  // Returns the order as the window shows it now.
   tools::OkList Order() const;
 
  protected:
@@ -56,18 +56,18 @@ class TiffsWindow : public QDialog {
   void Start();
   void Stop();
 
-  // Files and the pictures of folders.
-  void Admit(const std::vector<std::string>& paths);
+  // Adds files, and the pictures of folders.
+  void AddPaths(const std::vector<std::string>& paths);
   bool MayReplace(const std::string& target);
-  void OnTold(const std::string& told);
+  void OnProgress(const std::string& report);
   void OnEnded(const MakerEnd& end);
-  void Say(const std::string& sentence, Mood mood);
-  void InkWords();
+  void ShowStatus(const std::string& sentence, Mood mood);
+  void UpdateColours();
   void Refresh();
 
   host::Host& world_;
-  tools::OkList order_;     // with what is not shown
-  std::string mayReplace_;  // the target that the dialog has asked about
+  tools::OkList order_;     // including the values that are not shown
+  std::string mayReplace_;  // the target that the user agreed to replace in the dialog
   PictureList* list_;
   QLabel* count_;
   QLineEdit* target_;
@@ -81,7 +81,7 @@ class TiffsWindow : public QDialog {
   Mood mood_ = Mood::Plain;
   QPushButton* start_;
   QPushButton* stop_;
-  std::vector<QWidget*> inputs_;  // not to be touched during a run
+  std::vector<QWidget*> inputs_;  // disabled during a run
   MakerRun run_;
 };
 

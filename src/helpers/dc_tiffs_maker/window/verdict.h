@@ -11,23 +11,24 @@ namespace quillon::helpers {
 
 enum class Ending { Done, Failed, Killed, Stopped, NotStarted };
 
-// How the making of a TIFF came to its end.
+// How the process that makes a TIFF ended.
 struct MakerEnd {
   Ending ending = Ending::NotStarted;
-  std::string told;                  // the last word of its progress, or what it failed with
-  std::vector<std::string> leftOut;  // a line for each picture that could not be read
+  std::string report;                // its last progress text, or the text of the failure
+  std::vector<std::string> omitted;  // one line for each picture that could not be read
 };
 
-// "2/9" of a progress text: the second of nine pictures is being worked on.
-struct PictureTold {
+// The numbers in a progress text: "2/9" means that the second of nine pictures is in progress. nullopt if there are
+// none.
+struct PictureProgress {
   int number = 0;
   int count = 0;
 };
-std::optional<PictureTold> PictureIn(std::string_view told);
+std::optional<PictureProgress> ParseProgress(std::string_view report);
 
 enum class Mood { Plain, Good, Bad };
 
-// One sentence for the user, which also says what to do where something is to be done.
+// One sentence for the user about how the run ended and, if necessary, what to do next.
 struct Verdict {
   Mood mood = Mood::Plain;
   std::string sentence;

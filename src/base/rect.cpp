@@ -1,6 +1,6 @@
 // SPDX-FileCopyrightText: 2026 The Quillon developers
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "base/turned_size.h"
+#include "base/rect.h"
 
 #include <algorithm>
 #include <cmath>
@@ -9,16 +9,17 @@
 namespace quillon::base {
 namespace {
 
-// Sides that sine and cosine leave a hair above a whole number are that number.
-constexpr double kHair = 1e-6;
+// Rounding errors of sine and cosine may leave a side slightly above a whole number; such a side is not rounded up.
+constexpr double kTolerance = 1e-6;
 
 }  // namespace
 
-base::Size TurnedSize(base::Size size, double angle) {
+Size TurnedSize(Size size, double angle) {
   const double radians = std::fmod(angle, 360) * std::numbers::pi / 180;
   const double cosine = std::abs(std::cos(radians));
   const double sine = std::abs(std::sin(radians));
-  const auto up = [](double side) { return static_cast<int>(std::clamp(std::ceil(side - kHair), 1.0, 2e9)); };
+  // A side of at least one pixel remains even for an empty picture, and the upper bound keeps the cast to int defined.
+  const auto up = [](double side) { return static_cast<int>(std::clamp(std::ceil(side - kTolerance), 1.0, 2e9)); };
   return {up(size.width * cosine + size.height * sine), up(size.width * sine + size.height * cosine)};
 }
 

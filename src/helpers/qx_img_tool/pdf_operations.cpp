@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "base/path_text.h"
+#include "helpers/pdf/pdf_cut.h"
 #include "helpers/pdf/pdf_facts.h"
 #include "helpers/pdf/pdf_render.h"
 #include "helpers/pdf/pdf_writer.h"
@@ -19,20 +20,20 @@ namespace {
 
 constexpr double kPointsPerInch = 72;
 constexpr double kTextDpi = 200;  // of pages that are not scanned
-constexpr double kLeastScanDpi = 100;
-constexpr double kMostDpi = 600;
-constexpr double kMostPixels = 100e6;
+constexpr double kMinScanDpi = 100;
+constexpr double kMaxDpi = 600;
+constexpr double kMaxPixels = 100e6;
 constexpr int kQuality = 90;
-constexpr std::uint64_t kMostBytes = std::uint64_t{1} << 30;
+constexpr std::uint64_t kMaxBytes = std::uint64_t{1} << 30;
 
-// Scanned pages keep their resolution.
+// Returns the resolution in which a page is rendered. Scanned pages keep theirs; a page with too many pixels gets less.
 double DpiFor(const PdfPageFacts& page) {
-  const double dpi = page.imageDpi >= kLeastScanDpi ? std::min(page.imageDpi, kMostDpi) : kTextDpi;
+  const double dpi = page.imageDpi >= kMinScanDpi ? std::min(page.imageDpi, kMaxDpi) : kTextDpi;
   const double pixels = page.width * page.height * dpi * dpi / (kPointsPerInch * kPointsPerInch);
-  return std::max(1.0, std::floor(pixels > kMostPixels ? dpi * std::sqrt(kMostPixels / pixels) : dpi));
+  return std::max(1.0, std::floor(pixels > kMaxPixels ? dpi * std::sqrt(kMaxPixels / pixels) : dpi));
 }
 
-// The pages of one PDF on their way to the program and back.
+// Splits one PDF into pages for the program, and binds the pages that the program returns.
 class Splitter {
  public:
   Splitter(Helper& helper, const ToolOrder& order)
@@ -45,17 +46,17 @@ class Splitter {
 
   host::Status Merge(host::Draft& draft) {
     PdfWriter writer(draft);
-    Followed followed = Followed::Part;
+    FollowEnd end = FollowEnd::Part;
     const Follow follow{.pages = static_cast<int>(pages_.size()),
-                        .take = [&](int page) { return Take(page, writer); },
-                        .idle =
+                        .onPage = [&](int page) { return AddPage(page, writer); },
+                        .onIdle =
                             [&](int page) {
-                              Hold(page);
-                              return DrawNext();
+                              OpenPage(page);
+                              return RenderNext();
                             }};
-    if (host::Status status = FollowPages(helper_, order_, follow, followed); !status) return status;
-    const bool whole = writer.Pages() == static_cast<int>(pages_.size());
-    if (host::Status may = MayReplace(helper_, order_.output, whole); !may) return may;
+    if (host::Status status = FollowPages(helper_, order_, follow, end); !status) return status;
+    const Complete complete = writer.Pages() == static_cast<int>(pages_.size()) ? Complete::Yes : Complete::No;
+    if (host::Status may = CheckReplace(helper_, order_.output, complete); !may) return may;
     return writer.Finish();
   }
 
@@ -63,33 +64,35 @@ class Splitter {
   std::string PagePath(int page) const { return base::JoinPath(folder_, PageName(page)); }
   std::string CutPath(int page) const { return base::JoinPath(folder_, "A" + PageName(page)); }
 
-  // False once all pages are drawn. One that cannot be drawn is left out; the program finds no file of it.
-  bool DrawNext() {
-    if (drawn_ == pages_.size()) return false;
-    const int page = static_cast<int>(drawn_);
-    const PdfPageFacts& facts = pages_[drawn_++];
+  // Renders the next page. Returns false if all pages are rendered. A page that cannot be rendered is omitted; the
+  // program finds no file for it.
+  bool RenderNext() {
+    if (rendered_ == pages_.size()) return false;
+    const int page = static_cast<int>(rendered_);
+    const PdfPageFacts& facts = pages_[rendered_++];
     imaging::Image image;
     if (!renderer_.Render(page, DpiFor(facts), facts.unit, image)) return true;
     static_cast<void>(services_.SaveImageToJpgFile(image, PagePath(page + 1), kQuality, imaging::Exif::Drop));
     return true;
   }
 
-  // The program clears its folder as soon as it has counted the last page: what is open by then can still be read.
-  void Hold(int page) {
+  // Opens the file of a page in advance: the program clears its folder as soon as it has counted the last page, but a
+  // file that is open by then can still be read.
+  void OpenPage(int page) {
     std::shared_ptr<imaging::FileBytes> bytes;
     if (imaging::FileBytes::Open(CutPath(page), bytes) || imaging::FileBytes::Open(PagePath(page), bytes)) {
-      held_ = std::move(bytes);
-      heldPage_ = page;
+      opened_ = std::move(bytes);
+      openedPage_ = page;
     }
   }
 
-  // A page that is not there, or is no whole JPEG, is left out; only a draft that cannot be written ends it.
-  host::Status Take(int page, PdfWriter& writer) {
-    Hold(page);
-    if (!held_ || heldPage_ != page || held_->Size() > kMostBytes) return host::Status::Ok();
-    std::string bytes(held_->Size(), '\0');
+  // A page that is missing or not a complete JPEG is omitted. Only a draft that cannot be written is a failure.
+  host::Status AddPage(int page, PdfWriter& writer) {
+    OpenPage(page);
+    if (!opened_ || openedPage_ != page || opened_->Size() > kMaxBytes) return host::Status::Ok();
+    std::string bytes(opened_->Size(), '\0');
     JpegFacts facts;
-    if (!held_->ReadAt(0, bytes.data(), bytes.size()) || !ReadJpegFacts(bytes, facts)) return host::Status::Ok();
+    if (!opened_->ReadAt(0, bytes.data(), bytes.size()) || !ReadJpegFacts(bytes, facts)) return host::Status::Ok();
     const double dpi = facts.dpi > 0 ? facts.dpi : DpiFor(pages_[static_cast<std::size_t>(page) - 1]);
     int picture = 0;
     if (host::Status added = writer.AddJpeg(bytes, facts, picture); !added) return added;
@@ -104,12 +107,25 @@ class Splitter {
   imaging::Services services_;
   std::vector<PdfPageFacts> pages_;
   PdfRenderer renderer_;
-  std::size_t drawn_ = 0;
-  std::shared_ptr<imaging::FileBytes> held_;
-  int heldPage_ = 0;
+  std::size_t rendered_ = 0;
+  std::shared_ptr<imaging::FileBytes> opened_;
+  int openedPage_ = 0;
 };
 
 }  // namespace
+
+host::Status CutPdfPages(Helper& helper, const ToolOrder& order) {
+  helper.Set(order.application, order.key, "");
+  return ReportingKey(helper, order, [&] {
+    Margins margins;
+    if (host::Status parsed = ParseMargins(order.Field(0), margins); !parsed) return parsed;
+    return CutPdf(helper.Files(), order.input, order.output, margins, [&](int done, int all) {
+      // Reports at most a hundred steps.
+      const bool shown = done == all || done * 100LL / all != (done - 1) * 100LL / all;
+      if (shown) helper.Set(order.application, order.key, std::to_string(done) + "/" + std::to_string(all));
+    });
+  });
+}
 
 host::Status SplitPdf(Helper& helper, const ToolOrder& order) {
   return ReportingKey(helper, order, [&] {

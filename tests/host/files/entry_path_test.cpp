@@ -1,6 +1,5 @@
 // SPDX-FileCopyrightText: 2026 The Quillon developers
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "host/files/draft_name.h"
 
 #include <gtest/gtest.h>
 
