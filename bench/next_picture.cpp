@@ -80,7 +80,7 @@ class User {
     if (pressed_ || !frame_.Waiting() || !Canvas().HasPicture()) return;
     const std::string& upcoming = program_.fCutPre.preview.Upcoming();
     const bool last = upcoming.empty();
-    if (!last && window_.Loader().Fetched(upcoming, kFetchedLimit).isNull()) return;
+    if (!last && window_.Loader().Prefetched(upcoming, kFetchedLimit).isNull()) return;
     if (!last) pressed_ = Now();
     now_ = {};
     program_.fCutPre.CmdNext.UserClick();

@@ -8,7 +8,7 @@
 #include <string>
 
 #include "fuzz_pictures.h"
-#include "imaging/codecs/psd_reader.h"
+#include "imaging/codecs/readers.h"
 
 namespace imaging = quillon::imaging;
 using quillon::fuzz::ReadRows;

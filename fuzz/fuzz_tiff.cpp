@@ -9,7 +9,7 @@
 #include <vector>
 
 #include "fuzz_pictures.h"
-#include "imaging/codecs/truncation_check.h"
+#include "imaging/codecs/vips_loader.h"
 #include "imaging/metadata/exif_block.h"
 #include "imaging/metadata/tiff_exif.h"
 #include "imaging/tiff/tiff_part.h"
@@ -44,7 +44,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
       std::string(reinterpret_cast<const char*>(data) + kChoice, size - kChoice));
   ReadPart(bytes, {data[0] - 64, data[1] - 64, data[2] + 1, data[3] + 1});
   for (const imaging::Format format : {imaging::Format::Png, imaging::Format::Gif, imaging::Format::Tiff}) {
-    static_cast<void>(imaging::ReachesItsEnd(format, *bytes));
+    static_cast<void>(imaging::IsComplete(format, *bytes));
   }
   const std::string block = imaging::ExifOfTiff(*bytes);
   if (block.empty()) return 0;

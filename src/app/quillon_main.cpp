@@ -13,7 +13,7 @@
 #include "ui/kit/application.h"
 #include "ui/main/main_window.h"
 
-// quillon [FILE|FOLDER...]: the window, with the named files listed.
+// quillon [FILE|FOLDER...]: opens the window and adds the named files to the list.
 int main(int count, char** arguments) {
   quillon::host::posix::ReturnFreedMemory();
   QApplication application(count, arguments);
@@ -28,7 +28,7 @@ int main(int count, char** arguments) {
   quillon::ui::MainWindow window(parts);
   desktop.SetOwner(&window);
   window.show();
-  // After the first paint, so that a long list is seen growing.
+  // After the first paint, so that the window shows how a long list grows.
   QTimer::singleShot(0, &window, [&] {
     if (files.empty()) return;
     program.Intake().Admit(files);

@@ -8,7 +8,8 @@ namespace quillon::imaging {
 
 struct CutSourceData;
 
-// A picture decoded for several cuts, or none.
+// Owns a picture that Services::OpenForCuts decoded once for several crops of the same file, or is empty.
+// The results do not depend on it: a crop without it decodes the file again and writes the same bytes.
 class CutSource {
  public:
   CutSource();
@@ -17,6 +18,7 @@ class CutSource {
   CutSource(CutSource&&) noexcept;
   CutSource& operator=(CutSource&&) noexcept;
 
+  // Returns nullptr if the source is empty.
   const CutSourceData* Data() const { return data_.get(); }
 
  private:

@@ -8,12 +8,14 @@
 
 namespace quillon::imaging {
 
+// The pixels and tags of an image, defined in pixels/picture.h.
 struct ImageData;
 
-// A picture in memory, or no picture. Copying is explicit (Services::CloneImage); an image is disposed with its handle.
+// Owns a picture in memory, or is empty. It can be moved but not copied: Services::CloneImage makes a copy.
+// The declaration hides the pixel library, so that callers compile without its headers.
 class Image {
  public:
-  Image();
+  Image();  // empty
   explicit Image(std::unique_ptr<ImageData> data);
   ~Image();
   Image(Image&&) noexcept;
@@ -21,6 +23,7 @@ class Image {
 
   bool Empty() const { return !data_; }
   explicit operator bool() const { return !Empty(); }
+  // Returns nullptr if the image is empty.
   ImageData* Data() const { return data_.get(); }
 
  private:

@@ -7,23 +7,25 @@
 
 namespace quillon::imaging {
 
-// Limits that are checked before anything is allocated. Public members are the defaults.
+// Upper limits for pictures. They are checked before any memory is allocated.
+// The defaults apply to the program; tests set smaller ones.
 struct Limits {
-  int side = 500000;
-  std::int64_t pixels = 4'000'000'000;
-  int jpegSide = 65500;
-  std::int64_t memory = std::int64_t{2} << 30;  // a decoded picture held whole
+  int side = 500000;                            // width and height, in pixels
+  std::int64_t pixels = 4'000'000'000;          // width x height
+  int jpegSide = 65500;                         // width and height of a jpeg that is written; libjpeg allows no more
+  std::int64_t memory = std::int64_t{2} << 30;  // bytes of one decoded picture held in memory
 };
 
-// How many picture sizes are remembered by default.
+// Default number of entries of the cache of picture sizes (see Services::RememberSizes).
 inline constexpr std::size_t kSizesRemembered = 300'000;
 
-// Whether a picture of this size may be opened at all.
+// Returns true if a picture of this size may be opened. A side of 0 or less is refused.
+// The product cannot overflow, because both sides are compared with the limit first.
 inline bool WithinLimits(std::int64_t width, std::int64_t height, const Limits& limits) {
   return width > 0 && height > 0 && width <= limits.side && height <= limits.side && width * height <= limits.pixels;
 }
 
-// Whether a picture of this size may be held whole; pixelBytes is at most a few dozen.
+// Returns true if a picture of this size may be decoded into memory as a whole. pixelBytes is at least 1.
 inline bool FitsMemory(std::int64_t width, std::int64_t height, int pixelBytes, const Limits& limits) {
   return width * height <= limits.memory / pixelBytes;
 }

@@ -48,7 +48,7 @@ Status CropThrough(const host::Files& files, const Limits& limits, const CropReq
     if (Status open = OpenPicture(files, request.source, limits, {}, opened); !open) return open;
     const base::Size& size = opened.original;
     // Where the cut misses the picture, one row of it still tells the kind of pixels.
-    base::Rect seen = Common(request.rect, {0, 0, size.width, size.height});
+    base::Rect seen = Intersection(request.rect, {0, 0, size.width, size.height});
     if (seen.Empty()) seen.height = 1;
     Picture cut;
     cut.tags = opened.tags;
@@ -57,7 +57,7 @@ Status CropThrough(const host::Files& files, const Limits& limits, const CropReq
     base::Rect rect = request.rect;
     rect.top -= seen.top;
     Status written = EncodeWindow(std::move(cut), rect, request, draft);
-    return written ? CheckRest(opened) : written;
+    return written ? CheckRemainingRows(opened) : written;
   });
   return ReadStatus(opened, status);
 }

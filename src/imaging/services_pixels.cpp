@@ -139,7 +139,7 @@ Status Services::DrawImage(Image& canvas, const Image& image, base::Rect drawn) 
   return OnPicture(canvas, [&](Picture& picture) {
     if (drawn.Empty()) return fault::EmptyRectangle();
     if (!WithinLimits(drawn.width, drawn.height, parts_->limits)) return fault::SidesTooLarge();
-    const base::Rect seen = Common(drawn, {0, 0, picture.pixels.width(), picture.pixels.height()});
+    const base::Rect seen = Intersection(drawn, {0, 0, picture.pixels.width(), picture.pixels.height()});
     if (seen.Empty()) return Status::Ok();
     const Picture above = InColoursOf(image.Data()->picture, picture);
     VImage patch = Scaled(above.pixels, {drawn.width, drawn.height})

@@ -5,6 +5,7 @@
 #include <string>
 
 #include "base/colour.h"
+#include "base/path_text.h"
 #include "base/rect.h"
 #include "host/status.h"
 
@@ -12,70 +13,82 @@ namespace quillon::imaging {
 
 using host::Status;
 
-// Size in pixels and resolution in dots per inch (0: the file tells none).
+// Size and resolution of a picture as its file records them.
+// width and height are in pixels, before the EXIF orientation is applied.
+// dpi is in dots per inch; 0 if the file records no resolution.
 struct ImageFacts {
   int width = 0;
   int height = 0;
   int dpi = 0;
 };
 
-// Encoders of CropToFile and SaveByEncoder, by number.
+// Output formats of CropToFile and SaveByEncoder. The numbers are part of the call and never change.
 enum class Encoder { Bmp = 1, Jpeg = 2, Png = 3, Gif = 4, Tiff = 5 };
 
-// By extension, upper or lower case ("jpg", "jpeg", "jpe", "jfif", "png", "gif", "tif", "tiff", "bmp", "dib");
-// Jpeg for any other.
-Encoder EncoderFor(const std::string& extension);
+// Returns the encoder for a file extension without its dot; case does not matter.
+// png, gif, tif, tiff, bmp and dib name their format; every other extension gives Jpeg.
+inline Encoder EncoderFor(const std::string& extension) {
+  const std::string lower = base::ToLowerAscii(extension);
+  if (lower == "png") return Encoder::Png;
+  if (lower == "gif") return Encoder::Gif;
+  if (lower == "tif" || lower == "tiff") return Encoder::Tiff;
+  if (lower == "bmp" || lower == "dib") return Encoder::Bmp;
+  return Encoder::Jpeg;
+}
 
+// Whether the EXIF block of the source is copied to the result. Orientation and resolution do not depend on it.
 enum class Exif { Drop, Keep };
 
-// Whether transparent pixels are laid on white or stay what they are where the encoder can hold them.
+// What happens to transparent pixels: blended with white, or kept if the encoder can store alpha.
 enum class Alpha { OnWhite, Kept };
 
-// Cuts rect out of source. What lies outside the source is white. Quality 0..100 is for jpeg. dpi 0 keeps the source's.
+// One crop from file to file, as CropToFile performs it.
 struct CropRequest {
   std::string source;
   std::string destination;
-  base::Rect rect;
+  base::Rect rect;  // in pixels of the source; the area outside the source is padded with white
   Encoder encoder = Encoder::Jpeg;
-  int quality = 80;
-  int dpi = 0;
+  int quality = 80;  // jpeg only, 0..100
+  int dpi = 0;       // written to the result; 0 keeps the resolution of the source
   Exif exif = Exif::Drop;
   Alpha alpha = Alpha::OnWhite;
-  // The file that EXIF and orientation are taken from, for a source that could not hold them; "": source itself.
+  // The file that EXIF and orientation are copied from, for a source that could not store them. Empty: source itself.
   std::string tagSource = {};
-  bool upright = false;  // the source was turned since: that orientation no longer holds
+  bool upright = false;  // the source was rotated after tagSource was written: orientation becomes 1
 
   bool operator==(const CropRequest&) const = default;
 };
 
-// A picture laid over a cut, transparent where it is, with its top left corner at a place of the result.
+// A picture drawn over a crop; its transparent pixels leave the crop visible.
+// left and top are the position of its top left corner in the result, in pixels.
 struct Overlay {
   std::string picture;
   int left = 0;
   int top = 0;
 };
 
-// Draws source, scaled to drawn, at offset on a canvas of total pixels filled with colour.
+// Draws source on a canvas of total pixels filled with colour, in this order: crop or pad to image, rotate, scale to
+// drawn x scale, place at the offset.
 struct BorderRequest {
   std::string source;
   std::string destination;
-  int offsetX = 0;
-  int offsetY = 0;
-  base::Size total;
-  base::Size image;  // size of the source as the caller knows it; the source rectangle drawn
-  base::Size drawn;
-  int quality = 98;
-  int dpi = 0;
-  double scale = 1.0;  // multiplies drawn
-  base::Colour colour = base::kWhite;
-  double rotation = 0;  // degrees, counter-clockwise
+  int offsetX = 0;                     // left edge of the drawn picture on the canvas; may lie outside it
+  int offsetY = 0;                     // top edge
+  base::Size total;                    // size of the canvas
+  base::Size image;                    // crops or pads the source from its top left corner; empty uses it as it is
+  base::Size drawn;                    // size on the canvas before scale is applied
+  int quality = 98;                    // jpeg only, 0..100
+  int dpi = 0;                         // 0 keeps the resolution of the source
+  double scale = 1.0;                  // multiplies drawn; the product is rounded to whole pixels
+  base::Colour colour = base::kWhite;  // of the border and of the corners that a rotation uncovers
+  double rotation = 0;                 // degrees, positive counter-clockwise
   Exif exif = Exif::Drop;
 };
 
-// How a picture is saved by type text.
+// Options of SaveByType, which saves a picture under a type given as text.
 struct SaveOptions {
-  int quality = 80;
-  bool blackWhite = false;  // tiff: CCITT group 4 instead of LZW
+  int quality = 80;         // jpeg only, 0..100
+  bool blackWhite = false;  // tiff only: one bit a pixel with CCITT group 4 instead of LZW
   Exif exif = Exif::Drop;
 };
 

@@ -13,7 +13,7 @@
 
 namespace quillon::imaging::testing {
 
-// A picture as an array of numbers: rows of pixels of samples.
+// A picture as an array of samples, pixel by pixel and row by row.
 struct Sheet {
   int width = 0;
   int height = 0;
@@ -30,7 +30,7 @@ struct Sheet {
 
 void PrintTo(const Sheet& sheet, std::ostream* out);
 
-// Smooth colours with noise, different at every place.
+// Smooth colours with noise; no two regions are alike.
 Sheet PhotoLike(int width, int height, int bands, int most = 255);
 
 // The same pixel everywhere.
@@ -40,7 +40,7 @@ vips::VImage ToVips(const Sheet& sheet, VipsInterpretation kind = VIPS_INTERPRET
 vips::VImage ToVipsDeep(const Sheet& sheet, VipsInterpretation kind = VIPS_INTERPRETATION_RGB16);
 Sheet FromVips(const vips::VImage& image);
 
-// Reads a png, gif, tiff or jpeg with the library alone.
+// Reads a png, gif, tiff or jpeg with libvips, without the code under test.
 vips::VImage LoadPlainly(const std::string& path);
 Sheet ReadPlainly(const std::string& path);
 

@@ -12,7 +12,7 @@
 
 namespace quillon::imaging::testing {
 
-// A folder of its own for one test, gone with it.
+// A temporary folder for one test; it is removed with the object.
 class ScratchFolder {
  public:
   ScratchFolder() {

@@ -13,7 +13,7 @@
 namespace quillon::ui {
 namespace {
 
-// --- What a user types, and what becomes of it.
+// --- Typed edits
 
 class Edits : public ::testing::Test {
  protected:

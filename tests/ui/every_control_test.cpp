@@ -16,7 +16,7 @@ namespace {
 using controls::Control;
 using controls::Kind;
 
-// --- Every control of every window has its widget, and that follows the record.
+// --- Every control of every window has a widget that follows the record
 
 class EveryControl : public ::testing::Test {
  protected:
@@ -177,7 +177,7 @@ TEST_F(EveryControl, IsReachedByTheTabKey) {
   }
 }
 
-// The panel is walked through from top to bottom and, in a row, from left to right.
+// The Tab key visits the panel from top to bottom and each row from left to right.
 TEST_F(EveryControl, ComesInTheOrderOfTheScreen) {
   auto* panel = ui_.Find<QWidget>(ui_.program.form1.Frame1);
   QPoint last(-1, -1);

@@ -10,7 +10,7 @@
 #include <QSemaphore>
 #include <QWheelEvent>
 
-#include "ui/preview/frame_hand.h"
+#include "ui/preview/frame_mouse.h"
 #include "ui/preview/frame_painter.h"
 #include "ui/preview/key_overlay.h"
 #include "ui/preview/preview_canvas.h"
@@ -36,7 +36,7 @@ class FrameUi : public ::testing::Test {
     for (controls::TextBox& margin : form_.TCutValue) margin.SetText("0");
   }
 
-  // A place of the picture on the canvas.
+  // Returns the point of the canvas for a position in the picture.
   QPoint At(double x, double y) { return canvas_.Placed({x, y, 0, 0}).topLeft().toPoint(); }
   void Drag(QPoint from, QPoint to) {
     QTest::mousePress(&canvas_, Qt::LeftButton, {}, from);
@@ -163,7 +163,7 @@ TEST(FramePainter, DrawsThirdsAndTheCentre) {
   QImage black(120, 120, QImage::Format_RGB32);
   black.fill(Qt::black);
   QPainter painter(&black);
-  FrameLook look;
+  FrameDrawing look;
   look.picture = QRectF(0, 0, 120, 120);
   look.frame = QRectF(15, 15, 90, 90);
   PaintFrame(painter, look);
@@ -205,7 +205,7 @@ TEST_F(FrameUi, RegionsArePickedAndMoved) {
   QTest::mouseRelease(&canvas_, Qt::LeftButton, {}, At(72, 52));
   EXPECT_NEAR(std::stod(window.MSFlexGrid1.Cell(0, 1)), 70, 4);
   EXPECT_EQ(window.MSFlexGrid1.Cell(1, 1), "200");
-  // The frame's margins are not touched.
+  // The margins of the frame do not change.
   EXPECT_EQ(form_.TCutValue[0].Value(), "200");
   window.Close();
 }
@@ -227,7 +227,7 @@ class StepUi : public FrameUi {
     ui_.world.pump.EveryTurn([this] { Turn(); });
   }
   PreviewDock& Dock() { return *ui_.window.findChild<PreviewDock*>(); }
-  // Runs the manual cut; act is done at the first picture, what is left is then stopped.
+  // Runs the manual cut. act runs at the first picture; then the rest is stopped.
   void RunWith(const std::function<void()>& act) {
     ui_.program.flags.ManualCutMode = true;
     act_ = act;
@@ -278,7 +278,7 @@ TEST_F(StepUi, TheWindowComesBackToItsLastPlace) {
     Dock().setGeometry(place);
   });
   RunWith([&] { EXPECT_EQ(Dock().geometry(), place); });
-  // A place that no screen has is no place.
+  // A position outside every screen is ignored.
   ui_.program.SaveSetting("FCutPre", "90000 90000 700 500");
   RunWith([&] { EXPECT_TRUE(ui_.window.screen()->geometry().contains(Dock().geometry().center())); });
 }
@@ -369,7 +369,7 @@ TEST_F(StepUi, TheNextPictureIsFetchedWhileThisOneIsLookedAt) {
   });
 }
 
-// --- Fetching early
+// --- Prefetch
 
 TEST(EarlyPicture, IsHandedOverAtOnceUnlessTheFileChanged) {
   std::vector<std::string> read;
@@ -380,21 +380,21 @@ TEST(EarlyPicture, IsHandedOverAtOnceUnlessTheFileChanged) {
   });
   loader.SetVersion([&](const std::string&) { return version; });
   int taken = 0;
-  loader.SetTaker([&](const QImage&) { ++taken; });
-  loader.Fetch("/next", QSize(10, 10));
-  loader.Fetch("/next", QSize(10, 10));
+  loader.SetReceiver([&](const QImage&) { ++taken; });
+  loader.Prefetch("/next", QSize(10, 10));
+  loader.Prefetch("/next", QSize(10, 10));
   loader.Wait();
   EXPECT_EQ(read.size(), 1u);
-  EXPECT_FALSE(loader.Fetched("/next", QSize(10, 10)).isNull());
-  EXPECT_TRUE(loader.Fetched("/next", QSize(20, 10)).isNull());
-  EXPECT_TRUE(loader.Fetched("/other", QSize(10, 10)).isNull());
-  loader.Ask("/next", QSize(10, 10));
+  EXPECT_FALSE(loader.Prefetched("/next", QSize(10, 10)).isNull());
+  EXPECT_TRUE(loader.Prefetched("/next", QSize(20, 10)).isNull());
+  EXPECT_TRUE(loader.Prefetched("/other", QSize(10, 10)).isNull());
+  loader.Load("/next", QSize(10, 10));
   EXPECT_EQ(taken, 1);
   EXPECT_EQ(read.size(), 1u);
-  loader.Fetch("/other", QSize(10, 10));
+  loader.Prefetch("/other", QSize(10, 10));
   loader.Wait();
   version = "2";
-  loader.Ask("/other", QSize(10, 10));
+  loader.Load("/other", QSize(10, 10));
   EXPECT_EQ(taken, 1);
   loader.Wait();
   UiWorld::Turn();

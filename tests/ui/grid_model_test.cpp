@@ -82,7 +82,7 @@ TEST_F(GridModelTest, StaysSoundWhateverComesTogether) {
   Append(2);
   model_->Flush();
   Append(3);
-  Remove(2);  // a row the view was never told of
+  Remove(2);  // a row that was not reported to the view yet
   EXPECT_EQ(model_->rowCount(), 2);
   Append(4);
   Remove(0);
@@ -124,7 +124,7 @@ TEST_F(GridModelTest, HoldsThreeHundredThousandRowsInAView) {
   EXPECT_EQ(At(kRows - 2, 0), QString::number(kRows - 1) + QStringLiteral("/0"));
 }
 
-// --- The view hands the user's hand to the grid.
+// --- The view passes clicks and keys of the user to the grid
 
 class GridViewTest : public GridModelTest {
  protected:

@@ -39,15 +39,15 @@ bool IsInnerLine(const QWidget& widget) {
   return dynamic_cast<const QAbstractSpinBox*>(parent) || dynamic_cast<const QComboBox*>(parent);
 }
 
-// Nothing is narrower or lower than what it shows.
+// No widget is smaller than its content.
 void ExpectNothingClipped(const QWidget& window, int atLeast = 50) {
   int seen = 0;
   for (const QWidget* widget : window.findChildren<QWidget*>()) {
     if (!widget->isVisible() || widget->objectName().startsWith(QLatin1String("qt_"))) continue;
-    // A bar without words may be thin.
+    // A progress bar without text may be thin.
     const auto* bar = dynamic_cast<const QProgressBar*>(widget);
     if (bar && !bar->isTextVisible()) continue;
-    // A header's least size is that of any scroll area; a line in a box of its own is measured with the box.
+    // A header reports the minimum size of a scroll area; the line of a combo box is measured with the box.
     if (dynamic_cast<const QHeaderView*>(widget) || IsInnerLine(*widget)) continue;
     const QSize least = ShowsWholeText(*widget) ? widget->sizeHint() : widget->minimumSizeHint();
     EXPECT_GE(widget->width(), least.width()) << Describe(*widget);
@@ -57,7 +57,7 @@ void ExpectNothingClipped(const QWidget& window, int atLeast = 50) {
   EXPECT_GE(seen, atLeast);
 }
 
-// What one layout places side by side does not overlap and stays within its parent.
+// Widgets of one layout do not overlap and stay within their parent.
 void ExpectNothingOverlaps(const QWidget& window, int atLeast = 50) {
   int pairs = 0;
   QList<const QWidget*> parents{&window};
@@ -116,10 +116,10 @@ void ExpectHeadersWhole(UiWorld& ui) {
 class LayoutAtThisScale : public ::testing::TestWithParam<bool> {};
 
 TEST_P(LayoutAtThisScale, Fits) {
-  PutOn(GetParam() ? Scheme::Dark : Scheme::Light);
+  ApplyScheme(GetParam() ? Scheme::Dark : Scheme::Light);
   UiWorld ui;
   ui.program.fCutPre.Show();
-  // As it opens on a screen that has the room.
+  // The initial size on a large screen.
   ui.window.Options().resize(ui.window.Options().findChild<QScrollArea*>()->widget()->sizeHint());
   for (const QSize size : {QSize(1280, 760), QSize(1920, 1000)}) {
     ui.window.resize(size);
@@ -141,11 +141,11 @@ TEST_P(LayoutAtThisScale, Fits) {
   ExpectNothingClipped(ui.window);
   ExpectNothingOverlaps(ui.window);
   ui.program.form1.EndRun();
-  PutOn(Scheme::Light);
+  ApplyScheme(Scheme::Light);
 }
 
 TEST_P(LayoutAtThisScale, TheTiffMakerFits) {
-  PutOn(GetParam() ? Scheme::Dark : Scheme::Light);
+  ApplyScheme(GetParam() ? Scheme::Dark : Scheme::Light);
   host::testing::TestHost world;
   helpers::TiffsWindow window(world.host, {.sharpen = true, .pictures = {"/a.jpg"}},
                               "请添加图片，选择保存位置，再点“开始”。", "");
@@ -157,12 +157,12 @@ TEST_P(LayoutAtThisScale, TheTiffMakerFits) {
     ExpectNothingOverlaps(window, 20);
     ExpectListsShowTheirEntry(window);
   }
-  PutOn(Scheme::Light);
+  ApplyScheme(Scheme::Light);
 }
 
 INSTANTIATE_TEST_SUITE_P(Schemes, LayoutAtThisScale, ::testing::Bool());
 
-// --- A scale factor holds for a whole process
+// --- A scale factor applies to a whole process
 
 class LayoutAtScale : public ::testing::TestWithParam<const char*> {};
 
@@ -182,7 +182,7 @@ TEST_P(LayoutAtScale, Fits) {
 
 INSTANTIATE_TEST_SUITE_P(Factors, LayoutAtScale, ::testing::Values("1.25", "1.5", "2"));
 
-// --- Small screens: everything stays within reach
+// --- Small screens: every control can be reached
 
 TEST(SmallWindow, ScrollsInsteadOfCutting) {
   UiWorld ui;

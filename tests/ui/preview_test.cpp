@@ -15,7 +15,7 @@
 namespace quillon::ui {
 namespace {
 
-// --- Where picture and frame lie
+// --- Positions of picture and frame
 
 class CanvasTest : public ::testing::Test {
  protected:
@@ -117,7 +117,7 @@ TEST(FrameOutline, FollowsTheShape) {
   EXPECT_TRUE(FrameOutline(frame, 4).contains(QPointF(20, 15)));
 }
 
-// --- Loading beside the event loop
+// --- Loading in the background
 
 TEST(PreviewLoader, HandsOverTheLastOneAskedFor) {
   QSemaphore go;
@@ -128,10 +128,10 @@ TEST(PreviewLoader, HandsOverTheLastOneAskedFor) {
     return QImage(static_cast<int>(path.size()), 1, QImage::Format_RGB32);
   });
   std::vector<int> taken;
-  loader.SetTaker([&](const QImage& picture) { taken.push_back(picture.width()); });
-  loader.Ask("/a", QSize(10, 10));
-  loader.Ask("/bb", QSize(10, 10));
-  loader.Ask("/ccc", QSize(10, 10));
+  loader.SetReceiver([&](const QImage& picture) { taken.push_back(picture.width()); });
+  loader.Load("/a", QSize(10, 10));
+  loader.Load("/bb", QSize(10, 10));
+  loader.Load("/ccc", QSize(10, 10));
   go.release(3);
   loader.Wait();
   UiWorld::Turn();
@@ -148,8 +148,8 @@ TEST(PreviewLoader, MayGoWhileItReads) {
       begun.release();
       return QImage(1, 1, QImage::Format_RGB32);
     });
-    loader.SetTaker([&](const QImage&) { taken = true; });
-    loader.Ask("/a", QSize(10, 10));
+    loader.SetReceiver([&](const QImage&) { taken = true; });
+    loader.Load("/a", QSize(10, 10));
     begun.acquire();
   }
   UiWorld::Turn();

@@ -14,7 +14,7 @@ namespace {
 
 class RegionWindows : public ::testing::Test {
  protected:
-  QWidget& Window(const controls::Window& record) { return *ui_.window.Beside(record); }
+  QWidget& Window(const controls::Window& record) { return *ui_.window.WindowOf(record); }
 
   UiWorld ui_;
   job::Form1& form_ = ui_.program.form1;

@@ -41,7 +41,7 @@ void ExpectAlike(const job::Program& one, const job::Program& other) {
   for (std::size_t i = 0; i < ones.size(); ++i) EXPECT_EQ(ones[i], others[i]);
 }
 
-// Makes a control usable, whatever keeps it from that.
+// Enables a control, whatever disables it.
 void Enable(Control& control) {
   for (Control* one = &control; one; one = one->Parent()) {
     one->SetEnabled(true);
@@ -49,7 +49,7 @@ void Enable(Control& control) {
   }
 }
 
-// The names of all controls that take a value.
+// Returns the names of all controls with a value.
 std::vector<std::string> TakingNames() {
   UiWorld ui;
   std::vector<std::string> names;
@@ -61,8 +61,8 @@ std::vector<std::string> TakingNames() {
   return names;
 }
 
-// --- Each control is brought to another value in three worlds: by hand in the window, as an edit of the record, and as
-// a step of quillon-batch. All controls of all windows must then stand alike.
+// --- Each control gets another value in three ways: by the user in the window, as an edit of the record, and as a step
+// of quillon-batch. All controls of all windows must be equal afterwards.
 
 class Worlds {
  public:
@@ -77,7 +77,7 @@ class Worlds {
     for (job::Program* program : {&ui_.program, &plain_, &batch_.program}) program->form1.LOutDir.SetText("/");
   }
 
-  // As quillon-batch has it.
+  // As quillon-batch does it.
   static constexpr base::Size kNoDesktop{};
 
   UiWorld ui_{kNoDesktop};
@@ -112,7 +112,7 @@ TEST(RoundTrip, ByWindowRecordAndBatchIsTheSame) {
     EXPECT_EQ(ShownValue(worlds.ui_, inWindow), edited ? inRecord.Text() : inRecord.Value());
     changed += inRecord.Text() != before;
   }
-  // The rest is put back at once: engines and resources that this world does not have.
+  // The record resets the rest at once, since its engines and resources are missing in this test.
   EXPECT_GE(changed, static_cast<int>(names.size()) * 3 / 4);
 }
 

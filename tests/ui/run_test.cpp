@@ -204,7 +204,7 @@ TEST_F(RunWindow, TheCutButtonStartsTheDriverOfTheMode) {
   EXPECT_EQ(started, "tiff");
 }
 
-// --- The column that tells what became of each file
+// --- The result column of the list
 
 class ResultColumn : public RunWindow {
  protected:

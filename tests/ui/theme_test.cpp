@@ -14,7 +14,6 @@
 #include <memory>
 
 #include "ui/kit/theme/desktop_scheme.h"
-#include "ui/kit/theme/icons.h"
 #include "ui/kit/theme/theme.h"
 #include "ui/ui_world.h"
 
@@ -35,7 +34,7 @@ double Contrast(const QColor& a, const QColor& b) {
 
 class Palettes : public ::testing::TestWithParam<Scheme> {};
 
-// 4.5 is what reading needs, 3 what is enough for hints and signs.
+// Contrast 4.5 is needed for text; 3 is enough for hints and symbols.
 TEST_P(Palettes, CanBeRead) {
   const QPalette palette = PaletteFor(GetParam());
   const QColor base = palette.color(QPalette::Base);
@@ -70,12 +69,12 @@ QColor Darkest(const QIcon& icon, QIcon::Mode mode = QIcon::Normal) {
 
 TEST(Icons, FollowThePalette) {
   const QIcon icon = LineIcon(QStringLiteral("browse"));
-  PutOn(Scheme::Light);
+  ApplyScheme(Scheme::Light);
   const QColor onLight = Darkest(icon);
   const QColor off = Darkest(icon, QIcon::Disabled);
-  PutOn(Scheme::Dark);
+  ApplyScheme(Scheme::Dark);
   const QColor onDark = Darkest(icon);
-  PutOn(Scheme::Light);
+  ApplyScheme(Scheme::Light);
   EXPECT_LT(onLight.lightness(), 60);
   EXPECT_GT(onDark.lightness(), 150);
   EXPECT_GT(off.lightness(), onLight.lightness() + 40);
@@ -98,10 +97,10 @@ TEST(Icons, AreAllThere) {
 TEST(Theme, ChangesUnderAnOpenWindow) {
   UiWorld ui;
   const auto ground = [&ui] { return ui.window.grab().toImage().pixelColor(4, ui.window.height() - 4); };
-  PutOn(Scheme::Dark);
+  ApplyScheme(Scheme::Dark);
   UiWorld::Turn();
   EXPECT_LT(ground().lightness(), 100);
-  PutOn(Scheme::Light);
+  ApplyScheme(Scheme::Light);
   UiWorld::Turn();
   EXPECT_GT(ground().lightness(), 200);
 }
@@ -111,7 +110,7 @@ TEST(Theme, FollowsTheDesktopsWish) {
   const auto change = [&scheme](const char* space, const char* key, uint value) {
     scheme.OnSettingChanged(QString::fromLatin1(space), QString::fromLatin1(key), QDBusVariant(value));
   };
-  PutOn(Scheme::Light);
+  ApplyScheme(Scheme::Light);
   change("org.freedesktop.appearance", "accent-color", 1);
   change("org.gnome.desktop", "color-scheme", 1);
   EXPECT_FALSE(IsDark(QApplication::palette()));
@@ -125,9 +124,9 @@ TEST(Theme, ChineseTakesItsSimplifiedShapes) {
   EXPECT_TRUE(QApplication::font().families().contains(QStringLiteral("Noto Sans CJK SC")));
 }
 
-// --- The toolkit's own dialogs
+// --- The dialogs of the toolkit
 
-// Words without what is the same in every language: mnemonics, names of formats, numbers.
+// The text without what is the same in every language: mnemonics, format names, numbers.
 QString LatinIn(QString text) {
   static const QRegularExpression same(QStringLiteral("\\(&[A-Z]\\)|HTML|#[0-9a-f]{6}"));
   static const QRegularExpression latin(QStringLiteral("[A-Za-z]+"));

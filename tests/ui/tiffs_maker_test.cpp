@@ -29,7 +29,7 @@ namespace quillon::ui {
 namespace {
 
 constexpr const char* kHelper = QUILLON_BINARY_DIR "/bin/DCTiffsMaker.exe";
-constexpr int kPatience = 30'000;  // milliseconds, for what another process brings about
+constexpr int kPatience = 30'000;  // milliseconds that a test waits for another process
 
 class TiffsMaker : public ::testing::Test {
  protected:
@@ -48,13 +48,13 @@ class TiffsMaker : public ::testing::Test {
 
   std::string Path(const std::string& entry) const { return world.folder.Path(entry); }
 
-  // A helper that does what a script says. It runs in the program folder and gets the path of the order.
+  // A helper that runs a script in the program folder, with the path of the order as its argument.
   std::string Script(const std::string& lines) const {
     const std::string path = world.folder.Write("helper", "#!/bin/sh\n" + lines);
     chmod(path.c_str(), 0700);
     return path;
   }
-  // Runs until there is a file "go"; its process id stands in "pid".
+  // Runs until a file "go" exists; writes its process id to "pid".
   std::string Waiting(const std::string& end) const {
     return Script("echo $$ > pid.new && mv pid.new pid\nwhile [ ! -e go ]; do sleep 0.01; done\n" + end);
   }
@@ -219,7 +219,7 @@ TEST_F(TiffsMaker, TakesWhatIsDroppedOnTheList) {
             (std::vector{Path("in/1.png"), Path("in/2.png"), Path("in/10.png"), Path("in/2.png")}));
 }
 
-// --- What keeps it from starting
+// --- Reasons not to start
 
 TEST_F(TiffsMaker, SaysWhatIsMissing) {
   const auto hindrance = [&](auto change) {
@@ -261,7 +261,7 @@ TEST_F(TiffsMaker, AsksBeforeItReplaces) {
   Press("开始");
   ASSERT_TRUE(Ends());
   EXPECT_EQ(Status(), "已生成“a.tif”。");
-  // The dialog has asked already.
+  // The dialog has asked before.
   world.dialogs.ChooseFiles({Path("out/a.tif")});
   Press("浏览");
   world.boxes.Forget();
@@ -362,7 +362,7 @@ TEST_F(TiffsMaker, StopEndsTheProcess) {
   ASSERT_TRUE(Starts());
   const pid_t helper = Helper();
   ASSERT_EQ(kill(helper, 0), 0);
-  // What such a helper leaves behind.
+  // The draft that a killed helper leaves.
   world.folder.Write("out/.a.tif.quillon-abcdef", "half");
   Press("停止");
   EXPECT_FALSE(Running());
@@ -419,7 +419,7 @@ TEST_F(TiffsMaker, TheRealHelperMakesTheTiff) {
 TEST_F(TiffsMaker, WordsFollowTheScheme) {
   order.sharpen = true;
   Open(kHelper);
-  PutOn(Scheme::Dark);
+  ApplyScheme(Scheme::Dark);
   UiWorld::Turn();
   const QPalette dark = PaletteFor(Scheme::Dark);
   EXPECT_EQ(Find<QLabel>("status")->palette().windowText().color(), dark.windowText().color());
@@ -427,7 +427,7 @@ TEST_F(TiffsMaker, WordsFollowTheScheme) {
   Press("清空");
   Press("开始");
   EXPECT_EQ(Find<QLabel>("status")->palette().windowText().color(), DangerInk(dark));
-  PutOn(Scheme::Light);
+  ApplyScheme(Scheme::Light);
   UiWorld::Turn();
   EXPECT_EQ(Find<QLabel>("status")->palette().windowText().color(), DangerInk(PaletteFor(Scheme::Light)));
 }

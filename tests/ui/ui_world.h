@@ -18,8 +18,8 @@
 
 namespace quillon::ui {
 
-// A started program on a made-up world, with its windows on a screen that nobody sees. The advanced options are open,
-// so that every control of every window can be reached.
+// A started program on a simulated host, with its windows on an offscreen display. The advanced options are open, so
+// that every control of every window can be reached.
 struct UiWorld {
   explicit UiWorld(base::Size desktop = {1920, 1080}) : program(world.host), window(Started(desktop)) {
     window.resize(1280, 800);
@@ -33,7 +33,7 @@ struct UiWorld {
     QCoreApplication::processEvents();
   }
 
-  // The widget or action of a control, by its name, in the window of its record.
+  // Returns the widget or action of a control in the window of its record.
   template <typename T>
   T* Find(const controls::Control& control) {
     return Holder(control).findChild<T*>(Shown(control.Name()));
@@ -42,11 +42,11 @@ struct UiWorld {
   QWidget& Holder(const controls::Control& control) {
     if (&control.GetWindow() == &program.fBaseOpt) return window.Options();
     if (&control.GetWindow() == &program.fCutPre) return *window.findChild<QWidget*>(QStringLiteral("FCutPre"));
-    QWidget* beside = window.Beside(control.GetWindow());
+    QWidget* beside = window.WindowOf(control.GetWindow());
     return beside ? *beside : window;
   }
 
-  // A listed row of a file that need not exist.
+  // Adds a row to the list; the file need not exist.
   void List(const std::string& path, int width = 400, int height = 300) {
     job::FileRow row;
     row.width = width;

@@ -39,7 +39,7 @@ void Choose(QComboBox* list, const QString& text) {
   list->setFocus();
   const int index = list->findText(text);
   const int step = index > list->currentIndex() ? 1 : -1;
-  // The keyboard walks over the entries between, each of which acts; a user who clicks goes straight to his.
+  // With the keyboard every entry on the way would be chosen, so the entry is clicked.
   list->setCurrentIndex(index - step);
   QTest::keyClick(list, step > 0 ? Qt::Key_Down : Qt::Key_Up);
 }

@@ -7,18 +7,19 @@
 #include "controls/values.h"
 #include "ui/ui_world.h"
 
+// Plays the user: changes widgets by mouse and keyboard and reads what they show.
 namespace quillon::ui {
 
-// A text other than the present one that a user could put into the control; "" where there is none.
+// Returns a text other than the present one that a user can enter into the control, or "" if there is none.
 std::string OtherText(const controls::Control& control, const std::string& folder);
 
-// Does with the control's widget what a user would do to bring it to that text.
+// Operates the widget of the control as a user would, until it has that text.
 void Put(UiWorld& ui, controls::Control& control, const std::string& text);
 
-// What the control's widget shows, in the words of Control::Value, or of Text for an editable list.
+// Returns what the widget of the control shows, in the form of Control::Value, or of Text for an editable list.
 std::string ShownValue(UiWorld& ui, const controls::Control& control);
 
-// Clicks the button with that text in the next box or dialog that comes up.
+// Clicks the button with that text in the next box or dialog that opens.
 void AnswerNextBox(const QString& button);
 
 }  // namespace quillon::ui

@@ -23,7 +23,7 @@ class WindowTest : public ::testing::Test {
   job::Form1& form() { return ui_.program.form1; }
   QAction& Action(const controls::Menu& menu) { return *ui_.Find<QAction>(menu); }
 
-  // Drags files over a widget and lets them go; false where they are not taken.
+  // Drags files over a widget and drops them; returns false if they are not accepted.
   bool Drop(QWidget& widget, const QByteArray& list) {
     QMimeData data;
     data.setData(QStringLiteral("text/uri-list"), list);
@@ -45,7 +45,7 @@ class WindowTest : public ::testing::Test {
 TEST_F(WindowTest, TheMenuBarHoldsTheRecordsMenusInOrder) {
   QStringList names;
   for (const QAction* action : ui_.window.menuBar()->actions()) names << action->objectName();
-  names.removeAll(QString());  // the view menu belongs to the window
+  names.removeAll(QString());  // the view menu is not part of the record
   QStringList wanted;
   for (const controls::Control* control : form().Controls()) {
     if (control->GetKind() == controls::Kind::Menu && !control->Parent()) wanted << Shown(control->Name());
@@ -98,7 +98,7 @@ TEST_F(WindowTest, TheDeleteKeyBelongsToATextBeforeItBelongsToTheList) {
   EXPECT_EQ(list->model()->rowCount(), 0);
 }
 
-// --- Windows that come and go with their records
+// --- Windows follow their records
 
 TEST_F(WindowTest, TheOptionsFollowTheirRecord) {
   EXPECT_TRUE(ui_.window.Options().isVisible());

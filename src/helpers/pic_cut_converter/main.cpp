@@ -24,7 +24,7 @@ template <class Order>
 HugeOrder Common(const Order& order, bool grey) {
   HugeOrder huge;
   huge.source = order.source;
-  huge.least = order.least;
+  huge.minimum = order.least;
   huge.quality = order.quality;
   huge.grey = grey;
   return huge;

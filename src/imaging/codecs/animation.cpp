@@ -21,7 +21,8 @@ using vips::VImage;
 constexpr int kSide = 65535;
 constexpr int kBands = 4;
 
-// The frames as one tall picture, each loaded when its first row is asked for.
+// Presents the frames as one tall picture, which is how libvips saves an animation. Each frame is decoded when its
+// first row is requested.
 class FrameRows : public RowStream {
  public:
   FrameRows(const host::Files& files, const std::vector<Frame>& frames, base::Size canvas, const Limits& limits,
@@ -57,18 +58,19 @@ class FrameRows : public RowStream {
     const RowFacts& facts = opened.Facts();
     if (!FitsMemory(facts.size.width, facts.size.height, facts.PixelBytes(), limits_)) return fault::OutOfMemory();
     Picture picture;
-    if (Status take = ReadWhole(opened, picture); !take) return take;
+    if (Status read = ReadWhole(opened, picture); !read) return read;
     picture.pixels = picture.pixels.copy_memory();
     const VImage shown = AsRgb(EightBit(Displayed(picture).pixels));
-    const VImage clear = HasAlpha(shown) ? shown : shown.bandjoin_const({255});
-    const base::Rect seen =
-        Common({frame.left, frame.top, clear.width(), clear.height()}, {0, 0, canvas_.width, canvas_.height});
+    const VImage withAlpha = HasAlpha(shown) ? shown : shown.bandjoin_const({255});
+    const base::Rect visible = Intersection({frame.left, frame.top, withAlpha.width(), withAlpha.height()},
+                                            {0, 0, canvas_.width, canvas_.height});
     pixels_.assign(static_cast<std::size_t>(canvas_.width) * static_cast<unsigned>(canvas_.height) * kBands, 0);
-    if (seen.Empty()) return Status::Ok();
-    const VImage laid = clear.extract_area(seen.left - frame.left, seen.top - frame.top, seen.width, seen.height)
-                            .embed(seen.left, seen.top, canvas_.width, canvas_.height);
+    if (visible.Empty()) return Status::Ok();
+    const VImage placed =
+        withAlpha.extract_area(visible.left - frame.left, visible.top - frame.top, visible.width, visible.height)
+            .embed(visible.left, visible.top, canvas_.width, canvas_.height);
     std::size_t size = 0;
-    const std::unique_ptr<void, decltype(&g_free)> bytes(laid.write_to_memory(&size), g_free);
+    const std::unique_ptr<void, decltype(&g_free)> bytes(placed.write_to_memory(&size), g_free);
     const auto* from = static_cast<const unsigned char*>(bytes.get());
     pixels_.assign(from, from + size);
     return Status::Ok();
@@ -118,8 +120,8 @@ Status WriteAnimation(const host::Files& files, const std::vector<Frame>& frames
     if (Status saved = Save(film, frames, canvas.height, draft); !saved) return saved;
     return CheckOutput(Encoder::Gif, draft);
   });
-  // The saver may take what it got for the whole where a frame failed.
-  if (const Status met = readFault->Get(); !met) return met;
+  // The saver may report success although a frame failed and ended the rows early.
+  if (const Status failure = readFault->Get(); !failure) return failure;
   if (status) done(static_cast<int>(frames.size()));
   return status;
 }

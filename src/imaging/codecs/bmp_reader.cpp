@@ -1,6 +1,6 @@
 // SPDX-FileCopyrightText: 2026 The Quillon developers
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "imaging/codecs/bmp_reader.h"
+#include "imaging/codecs/readers.h"
 
 #include <algorithm>
 #include <array>
@@ -24,7 +24,8 @@ constexpr std::uint32_t kOs2Header = 64;
 constexpr std::uint32_t kV5Header = 124;
 constexpr std::uint32_t kEmbeddedProfile = 0x4D424544;  // "MBED"
 constexpr std::uint32_t kLargestProfile = 16u << 20;
-// An RLE picture may be blank but for its end mark; beyond this many pixels its data must at least be able to hold it.
+// A valid RLE picture may be blank and consist of its end code only. Above this number of pixels that is refused, since
+// a small file could otherwise allocate the memory limit.
 constexpr std::int64_t kFreeRlePixels = std::int64_t{64} << 20;
 constexpr std::int64_t kMostPixelsPerRleByte = 128;
 
@@ -34,7 +35,7 @@ std::uint32_t Get16(const unsigned char* at) { return at[0] | static_cast<std::u
 std::uint32_t Get32(const unsigned char* at) { return Get16(at) | Get16(at + 2) << 16; }
 std::int64_t Signed32(const unsigned char* at) { return static_cast<std::int32_t>(Get32(at)); }
 
-// One colour's bits of a pixel, scaled to 8 bits with rounding.
+// The bits of one colour in a pixel, expanded to 8 bits with rounding.
 struct BitField {
   std::uint32_t mask = 0;
   int shift = 0;
@@ -54,12 +55,13 @@ struct BmpLayout {
   std::uint32_t bits = 0;
   Packing packing = Packing::None;
   bool topDown = false;
-  std::uint64_t pixels = 0;  // offset of the pixel data
-  std::uint64_t stride = 0;
+  std::uint64_t pixels = 0;  // file offset of the pixel data
+  std::uint64_t stride = 0;  // bytes of a row, a multiple of 4
   BitField red, green, blue;
   std::array<std::array<unsigned char, 3>, 256> palette{};
 };
 
+// Reads spans of rows: from the unpacked indices of an RLE picture, or from the file.
 class BmpSource : public RowSource {
  public:
   BmpSource(std::shared_ptr<Bytes> bytes, RowFacts facts, const BmpLayout& layout, std::vector<unsigned char> indices)
@@ -112,16 +114,17 @@ class BmpSource : public RowSource {
   std::shared_ptr<Bytes> bytes_;
   RowFacts facts_;
   BmpLayout layout_;
-  std::vector<unsigned char> indices_;  // of an RLE picture, top row first
+  std::vector<unsigned char> indices_;  // palette indices of an RLE picture, top row first; else empty
 };
 
-// Unpacks run lengths into indices, top row first. Pixels beyond the end of a row are dropped, as every reader does;
-// rows beyond the picture and missing data are damage.
+// Unpacks RLE data to palette indices, top row first. Pixels beyond the end of a row are dropped, as other readers do.
+// Rows beyond the picture and missing data are damage.
 class RleUnpacker {
  public:
   RleUnpacker(Bytes& bytes, std::uint64_t offset, bool nibbles, base::Size size, std::vector<unsigned char>& out)
       : bytes_(bytes), offset_(offset), nibbles_(nibbles), size_(size), out_(out) {}
 
+  // Executes the codes: runs, end of line, end of picture, moves and literals.
   Status Run() {
     while (true) {
       unsigned char code[2];
@@ -147,12 +150,13 @@ class RleUnpacker {
   }
 
  private:
-  // Data that ends without its end mark is whole when the last row was reached and filled.
+  // Accepts data without its end code if the last row is complete.
   Status End() const {
     const bool whole = y_ >= size_.height || (y_ == size_.height - 1 && x_ >= size_.width);
     return whole ? Status::Ok() : fault::DamagedPicture();
   }
 
+  // Reads count indices that are stored plainly and padded to 16 bits.
   bool Literal(int count) {
     unsigned char data[256];
     const std::size_t used = static_cast<std::size_t>(nibbles_ ? (count + 1) / 2 : count);
@@ -168,6 +172,7 @@ class RleUnpacker {
     ++x_;
   }
 
+  // Copies the next bytes of the data. Returns false at the end of the file.
   bool Next(unsigned char* out, std::size_t size) {
     if (at_ + size > block_.size() && !Refill()) return false;
     if (at_ + size > block_.size()) return false;
@@ -195,7 +200,7 @@ class RleUnpacker {
   int y_ = 0;
 };
 
-// The info header of the file, padded with zeros to the longest one known.
+// The info header of the file, padded with zeros to the length of the longest known header.
 using Header = std::array<unsigned char, kV5Header>;
 
 Status ReadHeader(Bytes& bytes, BmpLayout& layout, Header& header) {
@@ -247,7 +252,7 @@ Status ReadPacking(const Header& header, BmpLayout& layout) {
   return fault::DamagedPicture();
 }
 
-// Masks and palette; headerEnd becomes the first byte behind them.
+// Reads masks and palette. headerEnd receives the offset of the first byte after them.
 Status ReadColours(Bytes& bytes, const Header& header, BmpLayout& layout, std::uint64_t& headerEnd) {
   headerEnd = kFileHeader + layout.headerSize;
   const bool masked = layout.packing == Packing::BitFields || layout.packing == Packing::AlphaBitFields;
@@ -269,10 +274,10 @@ Status ReadColours(Bytes& bytes, const Header& header, BmpLayout& layout, std::u
   }
   if (layout.bits > 8) return Status::Ok();
   const std::uint32_t entryBytes = layout.headerSize == kCoreHeader ? 3 : 4;
-  const std::uint32_t told = layout.headerSize >= kInfoHeader ? Get32(&header[32]) : 0;
+  const std::uint32_t declared = layout.headerSize >= kInfoHeader ? Get32(&header[32]) : 0;
   std::uint64_t count = std::uint64_t{1} << layout.bits;
-  if (told > 0) count = std::min<std::uint64_t>(count, told);
-  // A palette that the pixels cut short is used as far as it goes.
+  if (declared > 0) count = std::min<std::uint64_t>(count, declared);
+  // Some writers declare more palette entries than there is room for before the pixels.
   if (layout.pixels > headerEnd) count = std::min(count, (layout.pixels - headerEnd) / entryBytes);
   std::vector<unsigned char> entries(count * entryBytes);
   if (!bytes.ReadAt(headerEnd, entries.data(), entries.size())) return fault::DamagedPicture();
@@ -284,6 +289,7 @@ Status ReadColours(Bytes& bytes, const Header& header, BmpLayout& layout, std::u
   return Status::Ok();
 }
 
+// Reads resolution and ICC profile. Both are optional, so errors are ignored.
 void ReadExtras(Bytes& bytes, const Header& header, const BmpLayout& layout, RowFacts& facts) {
   if (layout.headerSize < kInfoHeader) return;
   const auto perMetre = static_cast<double>(Signed32(&header[24]));
@@ -325,7 +331,7 @@ Status OpenBmp(std::shared_ptr<Bytes> bytes, const Limits& limits, std::shared_p
   if (layout.packing == Packing::Rle8 || layout.packing == Packing::Rle4) {
     if (Status status = UnpackRle(*bytes, layout, facts.size, limits, indices); !status) return status;
   } else {
-    // The padding of the last row may be missing.
+    // Some writers omit the padding of the last row.
     const std::uint64_t lastRow = (static_cast<std::uint64_t>(facts.size.width) * layout.bits + 7) / 8;
     const std::uint64_t needed = layout.stride * static_cast<unsigned>(facts.size.height - 1) + lastRow;
     if (needed > bytes->Size() - layout.pixels) return fault::DamagedPicture();

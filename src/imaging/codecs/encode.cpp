@@ -22,17 +22,18 @@ using vips::VOption;
 
 constexpr double kMillimetres = 25.4;
 constexpr int kGifSide = 65535;
-constexpr std::int64_t kGifMemory = std::int64_t{1} << 30;  // held whole at four bytes a pixel to choose its colours
+// The gif saver holds all pixels, at four bytes each, to choose the palette.
+constexpr std::int64_t kGifMemory = std::int64_t{1} << 30;
 constexpr int kBlackLevel = 128;
 constexpr std::uint64_t kBigTiff = 4'000'000'000;
-// A density chunk without a unit: one to one.
-constexpr std::string_view kUntoldDensity = "\0\0\0\x09pHYs\0\0\0\1\0\0\0\1\0\x4F\x25\xC4\xD6"sv;
+// A pHYs chunk with its length, type and checksum that says 1:1 without a unit, which means no resolution.
+constexpr std::string_view kNoDensity = "\0\0\0\x09pHYs\0\0\0\1\0\0\0\1\0\x4F\x25\xC4\xD6"sv;
 
 void SetBlob(VImage& image, const char* field, const std::string& bytes) {
   if (!bytes.empty()) vips_image_set_blob_copy(image.get_image(), field, bytes.data(), bytes.size());
 }
 
-// The pixels with a header that tells what their saver is to write.
+// Returns the pixels with the resolution and profile set in their libvips header, where the savers read them.
 VImage WithHeader(const Picture& picture, double dpi) {
   VImage image = picture.pixels.copy(VImage::option()
                                          ->set("xres", dpi > 0 ? dpi / kMillimetres : 1.0)
@@ -41,9 +42,9 @@ VImage WithHeader(const Picture& picture, double dpi) {
   return image;
 }
 
-// Runs a saver of the library on the draft.
+// Runs a libvips saver on the draft. An error of the draft wins over the exception that it caused.
 template <class Save>
-Status SaveThroughLibrary(host::Draft& draft, Save save) {
+Status SaveWithVips(host::Draft& draft, Save save) {
   DraftTarget target(draft);
   try {
     save(target.Target());
@@ -54,7 +55,7 @@ Status SaveThroughLibrary(host::Draft& draft, Save save) {
   return target.Result();
 }
 
-// Turns the density chunk that the saver always writes into one that tells none.
+// Overwrites the pHYs chunk, which the saver always writes, by one without a resolution.
 Status EraseDensity(host::Draft& draft) {
   std::uint64_t at = 8;
   std::array<unsigned char, 8> chunk{};
@@ -63,7 +64,7 @@ Status EraseDensity(host::Draft& draft) {
     if (std::memcmp(&chunk[4], "IDAT", 4) == 0) break;
     if (std::memcmp(&chunk[4], "pHYs", 4) == 0) {
       if (Status status = draft.Seek(at); !status) return status;
-      return draft.Write(kUntoldDensity.data(), kUntoldDensity.size());
+      return draft.Write(kNoDensity.data(), kNoDensity.size());
     }
     at += size + 12;
   }
@@ -80,7 +81,7 @@ Status WritePng(const Picture& picture, Exif exif, host::Draft& draft) {
     SetBlob(image, VIPS_META_EXIF_NAME, std::string("Exif\0\0", 6) + block);
     image.set(VIPS_META_ORIENTATION, tags.orientation);
   }
-  Status status = SaveThroughLibrary(draft, [&](const vips::VTarget& target) {
+  Status status = SaveWithVips(draft, [&](const vips::VTarget& target) {
     image.pngsave_target(target, VImage::option()->set("filter", VIPS_FOREIGN_PNG_FILTER_ALL));
   });
   return status && tags.dpi == 0 ? EraseDensity(draft) : status;
@@ -90,11 +91,11 @@ Status WriteGif(const Picture& shown, host::Draft& draft) {
   const VImage& pixels = shown.pixels;
   if (pixels.width() > kGifSide || pixels.height() > kGifSide) return fault::ResultTooLarge();
   if (std::int64_t{pixels.width()} * pixels.height() > kGifMemory / 4) return fault::OutOfMemory();
-  return SaveThroughLibrary(draft, [&](const vips::VTarget& target) { pixels.gifsave_target(target); });
+  return SaveWithVips(draft, [&](const vips::VTarget& target) { pixels.gifsave_target(target); });
 }
 
 Status WriteTiff(const Picture& picture, bool blackWhite, Exif exif, host::Draft& draft) {
-  const int dpi = picture.tags.dpi > 0 ? picture.tags.dpi : kUntoldTiffDpi;
+  const int dpi = picture.tags.dpi > 0 ? picture.tags.dpi : kDefaultTiffDpi;
   Picture written = picture;
   if (blackWhite) {
     written = GreyPicture(picture);
@@ -112,21 +113,20 @@ Status WriteTiff(const Picture& picture, bool blackWhite, Exif exif, host::Draft
     options->set("compression", VIPS_FOREIGN_TIFF_COMPRESSION_LZW)
         ->set("predictor", VIPS_FOREIGN_TIFF_PREDICTOR_HORIZONTAL);
   }
-  Status status =
-      SaveThroughLibrary(draft, [&](const vips::VTarget& target) { image.tiffsave_target(target, options); });
+  Status status = SaveWithVips(draft, [&](const vips::VTarget& target) { image.tiffsave_target(target, options); });
   if (!status || exif == Exif::Drop) return status;
   return AddExifToTiff(CutExif(picture.tags.exif, {image.width(), image.height()}, dpi), draft);
 }
 
 Status Write(const Picture& picture, const EncodeOptions& options, host::Draft& draft) {
   Picture ready = picture;
-  const bool inks = IsCmyk(picture.pixels);
+  const bool cmyk = IsCmyk(picture.pixels);
   switch (options.encoder) {
     case Encoder::Jpeg:
       ready.pixels = EightBit(Flattened(ready.pixels, base::kWhite));
       return WriteJpeg(ready, options.quality, options.exif, draft);
     case Encoder::Png:
-      return WritePng(inks ? Displayed(picture) : picture, options.exif, draft);
+      return WritePng(cmyk ? Displayed(picture) : picture, options.exif, draft);
     case Encoder::Gif:
       ready = Displayed(picture);
       ready.pixels = EightBit(ready.pixels);
@@ -134,8 +134,8 @@ Status Write(const Picture& picture, const EncodeOptions& options, host::Draft& 
     case Encoder::Tiff:
       return WriteTiff(picture, options.blackWhite, options.exif, draft);
     case Encoder::Bmp:
-      // Grey is written as RGB, whose profile would be another.
-      if (inks || IsGrey(picture.pixels)) ready = Displayed(picture);
+      // Grey is written as RGB, and a grey profile does not apply to RGB.
+      if (cmyk || IsGrey(picture.pixels)) ready = Displayed(picture);
       ready.pixels = AsRgb(EightBit(Flattened(ready.pixels, base::kWhite)));
       return WriteBmp(ready, draft);
   }
@@ -177,7 +177,8 @@ Status CheckOutput(Encoder encoder, host::Draft& draft) {
       whole = head[0] == 'B' && head[1] == 'M' && little(2) == size;
       break;
     case Encoder::Tiff:
-      // The directory lies behind the pixels; a BigTIFF keeps its offset further on.
+      // The directory is written after the pixels, so its offset proves that the file is complete.
+      // A BigTIFF stores the offset elsewhere and is not checked further.
       whole = std::memcmp(head.data(), "II+\0", 4) == 0 ||
               (std::memcmp(head.data(), "II*\0", 4) == 0 && little(4) >= 8 && little(4) < size);
       break;

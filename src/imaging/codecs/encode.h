@@ -9,36 +9,40 @@
 
 namespace quillon::imaging {
 
+// How a picture is encoded.
 struct EncodeOptions {
   Encoder encoder = Encoder::Jpeg;
-  int quality = 80;         // jpeg, 0..100; outside: clamped
-  bool blackWhite = false;  // tiff: CCITT group 4
-  Exif exif = Exif::Drop;   // jpeg, png and tiff; the orientation is kept either way
+  int quality = 80;         // jpeg only, 0..100; values outside are clamped
+  bool blackWhite = false;  // tiff only: one bit a pixel with CCITT group 4
+  Exif exif = Exif::Drop;   // jpeg, png and tiff; the orientation is written in any case
 };
 
-// Writes picture into draft and checks what was written.
-//
-// What a format cannot hold is changed: alpha lies on white (jpeg, bmp; gif keeps it as on or off), 16 bits become 8
-// (all but png and tiff), CMYK becomes sRGB (all but jpeg and tiff), and gif gets displayed colours, having no profile.
-// Chroma of jpeg is stored at half size below quality 90 and whole from there on. Resolution that is not known is left
-// untold, except that tiff, which must tell one, says 96. A tiff above 4 GB is written as BigTIFF.
-//
-// TooLarge: the format has no room for these sides. Draft failures come back as they are.
+// Encodes picture into draft and checks the output with CheckOutput.
+// What a format cannot store is converted:
+//   - jpeg and bmp blend alpha with white; gif keeps it as fully transparent or opaque;
+//   - all but png and tiff reduce 16 bits to 8;
+//   - all but jpeg and tiff convert CMYK to sRGB;
+//   - gif has no profile and gets the colours that the screen shows.
+// Jpeg stores chroma at half resolution below quality 90 and at full resolution from 90 on.
+// An unknown resolution is not written, except that tiff requires one and gets kDefaultTiffDpi.
+// A tiff of more than 4 GB is written as BigTIFF.
+// TooLarge: the format cannot store these sides. Errors of the draft are returned unchanged.
 Status EncodePicture(const Picture& picture, const EncodeOptions& options, host::Draft& draft);
 
-// Whether a finished draft begins and ends as a file of this kind does.
+// Returns NotSaved unless the draft starts and ends like a complete file of this format.
 Status CheckOutput(Encoder encoder, host::Draft& draft);
 
-// The parts of EncodePicture that are written here; pixels are 8 bit.
+// The encoders that EncodePicture uses. Pixels have 8 bits.
 Status WriteJpeg(const Picture& picture, int quality, Exif exif, host::Draft& draft);  // grey, RGB or CMYK
 Status WriteBmp(const Picture& rgb, host::Draft& draft);
 
-// Rows as they are read: nothing else is held. EXIF is dropped. Jpeg takes 8 bits without alpha, png no inks.
+// Encode rows while they are read; no more than a row is held. EXIF is dropped.
+// WriteJpeg needs 8 bits and no alpha; WritePng does not accept CMYK. The output is not checked.
 Status WriteJpeg(RowStream& rows, const PictureTags& tags, int quality, host::Draft& draft);
 Status WritePng(RowStream& rows, const PictureTags& tags, host::Draft& draft);
 Status WriteTiff(RowStream& rows, const PictureTags& tags, host::Draft& draft);
 
-// What a tiff tells whose resolution is not known.
-inline constexpr int kUntoldTiffDpi = 96;
+// Resolution of a tiff whose resolution is unknown, in dots per inch.
+inline constexpr int kDefaultTiffDpi = 96;
 
 }  // namespace quillon::imaging

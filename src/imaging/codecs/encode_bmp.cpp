@@ -15,7 +15,7 @@ namespace {
 
 constexpr std::uint32_t kFileHeader = 14;
 constexpr std::uint32_t kPlainHeader = 40;
-constexpr std::uint32_t kProfileHeader = 124;  // the shortest that can name a profile
+constexpr std::uint32_t kProfileHeader = 124;  // BITMAPV5HEADER, the only one that can refer to a profile
 constexpr std::uint32_t kEmbeddedProfile = 0x4D424544;
 constexpr double kMetresPerInch = 0.0254;
 
@@ -29,6 +29,7 @@ void Put32(std::string& out, std::size_t at, std::uint32_t value) {
   Put16(out, at + 2, value >> 16);
 }
 
+// Returns file header and info header. All numbers are little-endian.
 std::string HeaderOf(const Picture& rgb, std::uint32_t pixelBytes) {
   const std::string& profile = rgb.tags.profile;
   const std::uint32_t info = profile.empty() ? kPlainHeader : kProfileHeader;
@@ -57,7 +58,7 @@ std::string HeaderOf(const Picture& rgb, std::uint32_t pixelBytes) {
 
 }  // namespace
 
-// The last row comes first in the file, so every block of rows is written at its own place.
+// BMP stores the bottom row first, so each batch of rows is written at its own position.
 Status WriteBmp(const Picture& rgb, host::Draft& draft) {
   const auto width = static_cast<std::uint64_t>(rgb.pixels.width());
   const auto height = static_cast<std::uint64_t>(rgb.pixels.height());

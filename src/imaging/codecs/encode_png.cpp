@@ -22,7 +22,8 @@ int ColourTypeOf(const RowFacts& facts) {
   return facts.alpha ? colours | PNG_COLOR_MASK_ALPHA : colours;
 }
 
-// Everything that a jump out of libpng could leave behind is a member.
+// Writes PNG rows with libpng, which reports errors by longjmp. A jump skips destructors, so everything with one is a
+// member and Guard bodies have no locals that need destruction.
 class PngWriter {
  public:
   explicit PngWriter(host::Draft& draft) : draft_(draft) {
@@ -55,6 +56,7 @@ class PngWriter {
     if (!self.result_) png_longjmp(png, 1);
   }
 
+  // Runs work. Returns false if libpng jumped out of it.
   template <class Work>
   bool Guard(Work work) {
     if (setjmp(png_jmpbuf(png_)) != 0) return false;
@@ -64,7 +66,7 @@ class PngWriter {
 
   void Begin(const RowFacts& facts, const PictureTags& tags) {
     png_set_write_fn(png_, this, OnWrite, [](png_structp) {});
-    // A profile that libpng does not like is left out.
+    // libpng then drops a profile that it considers invalid, instead of failing.
     png_set_benign_errors(png_, 1);
     png_set_IHDR(png_, info_, static_cast<png_uint_32>(facts.size.width), static_cast<png_uint_32>(facts.size.height),
                  facts.bits, ColourTypeOf(facts), PNG_INTERLACE_NONE, PNG_COMPRESSION_TYPE_DEFAULT,

@@ -25,6 +25,7 @@ int PhotometricOf(RowLayout layout) {
   return PHOTOMETRIC_SEPARATED;
 }
 
+// Writes one page with LZW, strip by strip. The output may become a BigTIFF by its uncompressed size.
 class TiffWriter {
  public:
   TiffWriter(host::Draft& draft, const RowFacts& facts) : facts_(facts), row_(RowBytes()) {
@@ -46,8 +47,9 @@ class TiffWriter {
     return static_cast<std::size_t>(facts_.size.width) * static_cast<unsigned>(facts_.PixelBytes());
   }
 
+  // Sets the tags of the page. Returns false if libtiff refuses one.
   bool Describe(const PictureTags& tags) {
-    const double dpi = tags.dpi > 0 ? tags.dpi : kUntoldTiffDpi;
+    const double dpi = tags.dpi > 0 ? tags.dpi : kDefaultTiffDpi;
     const std::uint64_t rowsPerStrip =
         std::clamp<std::uint64_t>(kStripBytes / RowBytes(), 1, static_cast<std::uint64_t>(facts_.size.height));
     bool good = Set(TIFFTAG_IMAGEWIDTH, facts_.size.width) && Set(TIFFTAG_IMAGELENGTH, facts_.size.height) &&
@@ -74,6 +76,7 @@ class TiffWriter {
     return TIFFSetField(tiff_.get(), tag, values...) == 1;
   }
 
+  // Returns the error of the draft if it caused the failure, else NotSaved.
   Status Failure() const { return stream_.failure ? fault::NotSaved() : stream_.failure; }
 
   const RowFacts facts_;

@@ -22,7 +22,7 @@ using vips::VImage;
 
 constexpr std::uint64_t kLargestProfile = 64U << 20;
 constexpr std::size_t kHeadBytes = 256U << 10;
-constexpr int kUntoldQuality = 92;
+constexpr int kDefaultQuality = 92;
 
 struct CloseProfile {
   void operator()(void* profile) const { cmsCloseProfile(profile); }
@@ -33,7 +33,7 @@ struct EndTransform {
 using Profile = std::unique_ptr<void, CloseProfile>;
 using Transform = std::unique_ptr<void, EndTransform>;
 
-// An ICC file as it was read.
+// An ICC file and its content.
 struct IccFile {
   std::string path;
   std::string bytes;
@@ -53,7 +53,7 @@ Profile OpenProfile(const std::string& bytes) {
   return Profile(cmsOpenProfileFromMem(bytes.data(), static_cast<cmsUInt32Number>(bytes.size())));
 }
 
-// Ink where the profile is one of a press, else red, green and blue; 0 for others.
+// Returns the 8-bit pixel format of lcms for the colour space of a profile, or 0 for an unsupported one.
 cmsUInt32Number PixelsOf(const Profile& profile) {
   switch (cmsGetColorSpace(profile.get())) {
     case cmsSigRgbData:
@@ -67,7 +67,7 @@ cmsUInt32Number PixelsOf(const Profile& profile) {
   }
 }
 
-// Lives as long as the pixels that it makes.
+// Owned by the image that it computes.
 struct Conversion {
   VImage pixels;
   Transform transform;
@@ -85,7 +85,7 @@ int Convert(VipsRegion* out, void* sequence, void*, void* conversion, gboolean*)
   return 0;
 }
 
-// The pixels as transform makes them, computed when they are asked for.
+// Returns an image that converts its pixels lazily; it owns the transform. inks selects CMYK or RGB output.
 VImage Transformed(const VImage& pixels, Transform transform, bool inks) {
   VImage image(vips_image_new());
   if (vips_image_pipelinev(image.get_image(), VIPS_DEMAND_STYLE_THINSTRIP, pixels.get_image(), nullptr) != 0) {
@@ -102,20 +102,20 @@ VImage Transformed(const VImage& pixels, Transform transform, bool inks) {
   return image;
 }
 
-// Takes the pixels of picture through its own profile, screen and press.
+// Converts the colours of picture from its own profile to screen and on to press.
 Status Apply(Picture& picture, const IccFile& screen, const IccFile& press) {
   picture.pixels = EightBit(Flattened(picture.pixels, base::kWhite));
-  const bool told = ProfileFits(picture.tags.profile, picture.pixels);
-  if (!told && IsCmyk(picture.pixels)) return Status::Ok();
+  const bool hasProfile = ProfileFits(picture.tags.profile, picture.pixels);
+  if (!hasProfile && IsCmyk(picture.pixels)) return Status::Ok();
   const Profile middle = OpenProfile(screen.bytes);
   const Profile last = OpenProfile(press.bytes);
   if (!middle || PixelsOf(middle) != TYPE_RGB_8) return screen.Unusable();
   const cmsUInt32Number outKind = last ? PixelsOf(last) : 0;
   if (outKind != TYPE_CMYK_8 && outKind != TYPE_RGB_8) return press.Unusable();
-  if (!told) picture.pixels = AsRgb(picture.pixels);
-  const Profile own = told ? OpenProfile(picture.tags.profile) : Profile();
+  if (!hasProfile) picture.pixels = AsRgb(picture.pixels);
+  const Profile own = hasProfile ? OpenProfile(picture.tags.profile) : Profile();
   std::vector<cmsHPROFILE> chain;
-  // From its own colours to those of the screen, and from there on: a profile in the middle is needed both ways.
+  // lcms expects a profile in the middle of the chain twice: as the output of one step and the input of the next.
   if (own) chain.insert(chain.end(), {own.get(), middle.get()});
   chain.push_back(middle.get());
   chain.push_back(last.get());
@@ -128,6 +128,7 @@ Status Apply(Picture& picture, const IccFile& screen, const IccFile& press) {
   return Status::Ok();
 }
 
+// Returns the estimated quality of a JPEG from its quantisation tables, or 0 if it cannot be read.
 int QualityOf(const std::string& path) {
   const std::unique_ptr<std::FILE, int (*)(std::FILE*)> file(std::fopen(path.c_str(), "rb"), &std::fclose);
   if (!file) return 0;
@@ -148,18 +149,18 @@ Status ConvertByProfiles(host::Files& files, const ProfileRequest& request, cons
   EncodeOptions options{.quality = request.quality, .exif = Exif::Keep};
   options.encoder = EncoderFor(base::SplitPath(request.destination).extension);
   if (options.quality == 0) options.quality = QualityOf(request.source);
-  if (options.quality == 0) options.quality = kUntoldQuality;
+  if (options.quality == 0) options.quality = kDefaultQuality;
   return files.Save(request.destination, [&](host::Draft& draft) {
     OpenedPicture opened;
     const Status status = Guarded(fault::DamagedPicture(), [&] {
       if (Status open = OpenPicture(files, request.source, limits, {}, opened); !open) return open;
       Picture picture;
       picture.tags = opened.tags;
-      if (Status take = ReadRows(opened, 0, opened.original.height, picture.pixels); !take) return take;
+      if (Status read = ReadRows(opened, 0, opened.original.height, picture.pixels); !read) return read;
       if (request.dpi > 0) picture.tags.dpi = request.dpi;
       if (Status applied = Apply(picture, screen, press); !applied) return applied;
       if (Status written = EncodePicture(picture, options, draft); !written) return written;
-      return CheckRest(opened);
+      return CheckRemainingRows(opened);
     });
     return !status && opened.fault && !opened.fault->Get() ? opened.fault->Get() : status;
   });

@@ -11,22 +11,24 @@
 
 namespace quillon::imaging {
 
-// Turns the colours of a picture into those of another device. screen and press are ICC files. A picture with a profile
-// of its own goes from that to screen and on to press; one without is taken for screen; CMYK without one stays as it
-// is. Perceptual, to the value what ImageMagick makes of these profiles.
+// One colour conversion from file to file. screen and press are paths of ICC profiles.
+// Colours go from the profile of the picture to screen and from there to press. A picture without a profile is taken to
+// have the profile screen. CMYK without a profile is not converted.
+// The intent is perceptual; values equal those of ImageMagick with the same profiles.
 struct ProfileRequest {
   std::string source;
-  std::string destination;  // its extension tells the format; only jpg and tif hold CMYK, the others show it in sRGB
-  std::string screen;
-  std::string press;
-  int quality = 0;  // of a jpeg, 1..100; 0: that of the source, or 92 where it tells none
-  int dpi = 0;      // 0 keeps the source's
+  std::string destination;  // the extension selects the format; formats other than jpg and tif convert CMYK to sRGB
+  std::string screen;       // RGB profile
+  std::string press;        // RGB or CMYK profile
+  int quality = 0;          // jpeg only, 1..100; 0 takes that of a source jpeg, or 92 if it is unknown
+  int dpi = 0;              // 0 keeps the resolution of the source
 };
 
-// The picture is streamed and not held whole. Missing, Damaged or Unsupported where a profile is none that serves; what
-// stood at destination stays when it fails.
+// Converts the file strip by strip, without holding the picture in memory.
+// Missing, Damaged or Unsupported: a profile cannot be used.
+// If the call fails, an existing destination is not changed.
 Status ConvertByProfiles(host::Files& files, const ProfileRequest& request, const Limits& limits = {});
-// The same for a picture in memory, which stays as it is when that fails.
+// Converts a picture in memory. If the call fails, the image is not changed.
 Status ConvertByProfiles(const host::Files& files, Image& image, const std::string& screen, const std::string& press);
 
 }  // namespace quillon::imaging

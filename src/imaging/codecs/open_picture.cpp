@@ -4,10 +4,8 @@
 
 #include <algorithm>
 #include <array>
-#include <vector>
 
-#include "imaging/codecs/bmp_reader.h"
-#include "imaging/codecs/psd_reader.h"
+#include "imaging/codecs/readers.h"
 #include "imaging/codecs/vips_loader.h"
 #include "imaging/io/bytes.h"
 #include "imaging/jpeg/jpeg_reader.h"
@@ -22,6 +20,7 @@ using namespace std::string_view_literals;
 
 PictureTags TagsOf(const RowFacts& facts) { return {facts.profile, facts.exif, facts.orientation, facts.dpi}; }
 
+// Returns the reduction that OpenPicture describes.
 int ShrinkFor(base::Size original, base::Size reduceTo) {
   if (reduceTo.Empty()) return 1;
   int shrink = 8;
@@ -32,10 +31,11 @@ int ShrinkFor(base::Size original, base::Size reduceTo) {
   return shrink;
 }
 
+// Opens the formats that are decoded from top to bottom.
 Status OpenStream(const std::string& path, const std::shared_ptr<Bytes>& bytes, const Limits& limits,
                   base::Size reduceTo, OpenedPicture& out) {
   if (out.format != Format::Jpeg) {
-    Status status = OpenLibraryRows(out.format, bytes, limits, out.stream);
+    Status status = OpenVipsRows(out.format, bytes, limits, out.stream);
     if (status) out.original = out.stream->Facts().size;
     return status;
   }
@@ -45,6 +45,7 @@ Status OpenStream(const std::string& path, const std::shared_ptr<Bytes>& bytes, 
   return out.shrink > 1 ? OpenJpegRows(path, out.shrink, limits, out.stream) : Status::Ok();
 }
 
+// Opens the formats whose rows can be read in any order.
 Status OpenRows(std::shared_ptr<Bytes> bytes, const Limits& limits, OpenedPicture& out) {
   Status status = out.format == Format::Bmp ? OpenBmp(std::move(bytes), limits, out.rows)
                                             : OpenPsd(std::move(bytes), limits, out.rows);
@@ -59,13 +60,14 @@ Status OpenBytes(const host::Files& files, const std::string& path, std::shared_
   return bytes->Size() == 0 ? fault::EmptyFile() : Status::Ok();
 }
 
+// Random access needs no skipping.
 Status SkipRows(OpenedPicture& opened, int count) {
   if (opened.rows || count == 0) return Status::Ok();
-  opened.taken += count;
+  opened.consumed += count;
   return opened.stream->SkipRows(count);
 }
 
-// Opens the file and tells its format.
+// Opens the file and recognises its format.
 Status OpenKnown(const host::Files& files, const std::string& path, std::shared_ptr<FileBytes>& bytes,
                  OpenedPicture& out) {
   if (Status status = OpenBytes(files, path, bytes); !status) return status;
@@ -77,6 +79,7 @@ Status OpenKnown(const host::Files& files, const std::string& path, std::shared_
   return Status::Ok();
 }
 
+// Copies the metadata. A profile for other colours than those of the pixels is dropped.
 void SetTags(OpenedPicture& out) {
   const RowFacts& facts = out.Facts();
   out.tags = TagsOf(facts);
@@ -95,16 +98,6 @@ Format FormatOf(std::string_view start) {
   if (start.starts_with("BM"sv)) return Format::Bmp;
   if (start.starts_with("8BPS"sv)) return Format::Psd;
   return Format::Unknown;
-}
-
-Status RowStream::SkipRows(int count) {
-  const RowFacts& facts = Facts();
-  std::vector<unsigned char> row(static_cast<std::size_t>(facts.size.width) *
-                                 static_cast<unsigned>(facts.PixelBytes()));
-  for (int i = 0; i < count; ++i) {
-    if (Status status = ReadRow(row.data()); !status) return status;
-  }
-  return Status::Ok();
 }
 
 Status OpenPicture(const host::Files& files, const std::string& path, const Limits& limits, base::Size reduceTo,
@@ -132,7 +125,7 @@ Status OpenTiffPage(const host::Files& files, const std::string& path, int page,
   std::shared_ptr<FileBytes> bytes;
   if (Status status = OpenKnown(files, path, bytes, out); !status) return status;
   if (out.format != Format::Tiff) return fault::NotAPicture();
-  if (Status status = OpenLibraryRows(out.format, std::move(bytes), limits, out.stream, page); !status) return status;
+  if (Status status = OpenVipsRows(out.format, std::move(bytes), limits, out.stream, page); !status) return status;
   out.original = out.stream->Facts().size;
   SetTags(out);
   return Status::Ok();
@@ -144,9 +137,9 @@ Status ReadRows(OpenedPicture& opened, int top, int count, vips::VImage& out) {
     out = whole.extract_area(0, top, whole.width(), count);
     return Status::Ok();
   }
-  Status status = SkipRows(opened, top - opened.taken);
+  Status status = SkipRows(opened, top - opened.consumed);
   if (!status) return status;
-  opened.taken += count;
+  opened.consumed += count;
   out = ImageOfRows(opened.stream, count, opened.fault);
   return Status::Ok();
 }
@@ -167,12 +160,14 @@ Status ReadReduced(OpenedPicture& opened, Picture& out) {
 
 int FilledPixels(int pixels, int shrink) { return (pixels + shrink / 2) / shrink; }
 
-Status CheckRest(OpenedPicture& opened) { return SkipRows(opened, opened.Facts().size.height - opened.taken); }
+Status CheckRemainingRows(OpenedPicture& opened) {
+  return SkipRows(opened, opened.Facts().size.height - opened.consumed);
+}
 
 Status ReadStatus(const OpenedPicture& opened, const Status& status) {
   if (status || !opened.fault) return status;
-  const Status met = opened.fault->Get();
-  return met ? status : met;
+  const Status failure = opened.fault->Get();
+  return failure ? status : failure;
 }
 
 }  // namespace quillon::imaging

@@ -15,51 +15,58 @@
 
 namespace quillon::imaging {
 
-// By the first bytes of the content; 16 are enough.
+// Recognises the format by the first bytes of a file; 16 bytes are enough.
 Format FormatOf(std::string_view start);
 
-// A picture whose header was read and checked and whose pixels are decoded when they are asked for. It has either rows,
-// in any order, or a stream of them.
+// An opened picture: its header was read and checked, its pixels are decoded on request.
+// Either rows (random access) or stream (once, from the top) is set, depending on the format.
 struct OpenedPicture {
   Format format = Format::Unknown;
-  base::Size original;  // of the picture in the file
-  int shrink = 1;       // the rows are reduced by it, sides rounded up
+  base::Size original;  // size of the picture in the file
+  int shrink = 1;       // the rows are reduced by this factor, with sides rounded up
   PictureTags tags;
   std::shared_ptr<RowSource> rows;
   std::shared_ptr<RowStream> stream;
-  int taken = 0;  // rows of the stream that were read or handed out
+  int consumed = 0;  // rows of the stream that were read or handed to a pipeline
+  // Receives the error of a read that happens inside a pipeline.
   std::shared_ptr<ReadFault> fault;
 
   const RowFacts& Facts() const { return rows ? rows->Facts() : stream->Facts(); }
 };
 
-// Opens by content, whatever the name says; the first frame or page. A JPEG is reduced by as much of 1, 2, 4 or 8 as
-// leaves both sides at least twice as large as reduceTo, unless that is empty. What a later pixel fails with stands in
-// fault.
+// Opens a file by its content; the extension is ignored. Of several frames or pages the first is opened.
+// A JPEG is reduced by the largest of 1, 2, 4 and 8 that leaves both sides at least twice as large as reduceTo, unless
+// reduceTo is empty. Other formats are not reduced.
+// Unsupported: not a picture, or a variant that cannot be decoded.
+// Damaged: empty, truncated or corrupt. TooLarge: sides exceed the limits.
 Status OpenPicture(const host::Files& files, const std::string& path, const Limits& limits, base::Size reduceTo,
                    OpenedPicture& out);
 
-// As OpenPicture for a page of a TIFF, counted from 0. Unsupported: no TIFF. Throws where there is no such page.
+// Opens one page of a TIFF, counted from 0. Unsupported: the file is not a TIFF. Throws VError if there is no such
+// page.
 Status OpenTiffPage(const host::Files& files, const std::string& path, int page, const Limits& limits,
                     OpenedPicture& out);
 
-// The pixels of count rows from top on. Of a stream, rows before them are read over; it hands out every row once, and
-// the pixels have to be used up before the next call.
+// Returns count rows from row top on as pixels that are decoded lazily.
+// A stream skips the rows before top. It provides each row once, so the pixels have to be computed before the next
+// call.
 Status ReadRows(OpenedPicture& opened, int top, int count, vips::VImage& out);
 
-// The whole picture.
+// Returns the whole picture, decoded lazily.
 Status ReadWhole(OpenedPicture& opened, Picture& out);
 
-// The whole picture as far as its reduced rows show it; it differs in size from the original by less than shrink.
+// Returns the whole picture with its reduced rows, without edge pixels that the source covers less than half.
+// Its sides differ from original / shrink by less than one pixel.
 Status ReadReduced(OpenedPicture& opened, Picture& out);
 
-// Reduced pixels of a side that its pixels fill to a half at least: one that they fill to less would move everything.
+// Returns the reduced pixels of a side that the source covers at least half. Including the rest would shift the
+// picture.
 int FilledPixels(int pixels, int shrink);
 
-// Reads what was not taken yet, so that damage there is found as well.
-Status CheckRest(OpenedPicture& opened);
+// Decodes the rows that were not read yet, so that damage in them is reported.
+Status CheckRemainingRows(OpenedPicture& opened);
 
-// The failure that a pipeline met while it read its picture; else status.
+// Returns the error that a pipeline met while it read its picture, if there is one, else status.
 Status ReadStatus(const OpenedPicture& opened, const Status& status);
 
 }  // namespace quillon::imaging

@@ -1,6 +1,6 @@
 // SPDX-FileCopyrightText: 2026 The Quillon developers
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "imaging/codecs/psd_reader.h"
+#include "imaging/codecs/readers.h"
 
 #include <algorithm>
 #include <array>
@@ -28,7 +28,7 @@ std::uint32_t Get16(const unsigned char* at) { return static_cast<std::uint32_t>
 std::uint32_t Get32(const unsigned char* at) { return Get16(at) << 16 | Get16(at + 2); }
 std::uint64_t Get64(const unsigned char* at) { return static_cast<std::uint64_t>(Get32(at)) << 32 | Get32(at + 4); }
 
-// Reads numbers one after the other, most significant byte first; once a read has failed all do.
+// Reads big-endian numbers one after another. After a failed read every further read fails and returns 0.
 class Cursor {
  public:
   Cursor(Bytes& bytes, std::uint64_t at) : bytes_(bytes), at_(at) {}
@@ -54,18 +54,19 @@ class Cursor {
 struct PsdLayout {
   Mode mode = Mode::Rgb;
   unsigned bits = 8;
-  unsigned stored = 0;  // channels in the file
-  bool large = false;   // PSB
-  bool packed = false;
-  std::uint64_t pixels = 0;    // offset of the first row of the first channel, behind the table of packed lengths
-  std::uint64_t rowBytes = 0;  // of one channel's row, unpacked
+  unsigned stored = 0;         // channels in the file, including those that are dropped
+  bool large = false;          // PSB, with longer length fields
+  bool packed = false;         // RLE
+  std::uint64_t pixels = 0;    // offset of the first row of the first channel, after the table of row lengths
+  std::uint64_t rowBytes = 0;  // unpacked row of one channel
   std::vector<unsigned char> palette;
-  std::vector<std::uint64_t> rows;  // packed: offset of every row of the channels used, and the end of the last
+  std::vector<std::uint64_t> rows;  // RLE: offset of each row of the used channels, and the end of the last
 
+  // Returns the number of channels that are read.
   unsigned Used() const { return mode == Mode::Rgb ? 3 : mode == Mode::Cmyk ? 4 : 1; }
 };
 
-// Unpacks a row of run lengths, which must fill it exactly.
+// Unpacks one PackBits row. Returns false unless it fills the row exactly.
 bool Unpack(const std::vector<unsigned char>& from, unsigned char* out, std::size_t size) {
   std::size_t at = 0;
   std::size_t done = 0;
@@ -97,12 +98,13 @@ class PsdSource : public RowSource {
     std::vector<unsigned char> line(layout_.rowBytes);
     for (unsigned channel = 0; channel < layout_.Used(); ++channel) {
       if (!ReadLine(channel, row, line)) return fault::DamagedPicture();
-      Spread(line, channel, left, width, out);
+      Interleave(line, channel, left, width, out);
     }
     return Status::Ok();
   }
 
  private:
+  // Reads one row of one channel, unpacked.
   bool ReadLine(unsigned channel, int row, std::vector<unsigned char>& line) const {
     const std::uint64_t index = std::uint64_t{channel} * static_cast<unsigned>(facts_.size.height) + unsigned(row);
     if (!layout_.packed) return bytes_->ReadAt(layout_.pixels + index * layout_.rowBytes, line.data(), line.size());
@@ -111,8 +113,9 @@ class PsdSource : public RowSource {
            Unpack(packed, line.data(), line.size());
   }
 
-  // Puts one channel's samples where they belong among the interleaved ones.
-  void Spread(const std::vector<unsigned char>& line, unsigned channel, int left, int width, unsigned char* out) const {
+  // Writes the samples of one channel to their places among the interleaved samples.
+  void Interleave(const std::vector<unsigned char>& line, unsigned channel, int left, int width,
+                  unsigned char* out) const {
     const int first = left;
     switch (layout_.mode) {
       case Mode::Bitmap:
@@ -127,7 +130,7 @@ class PsdSource : public RowSource {
         break;
     }
     const unsigned step = layout_.Used();
-    // Ink is stored as what it leaves of the paper's white.
+    // The file stores inverted ink: 0 is full ink.
     const unsigned flip = layout_.mode == Mode::Cmyk ? 0xFFFF : 0;
     if (layout_.bits == 8) {
       for (int x = 0; x < width; ++x) {
@@ -178,7 +181,7 @@ Status ReadHeader(Bytes& bytes, const Limits& limits, PsdLayout& layout, RowFact
   return Status::Ok();
 }
 
-// Resolution and profile; a resource that makes no sense ends the search, since nothing else depends on it.
+// Reads resolution and profile. A malformed resource ends the search, since nothing else depends on it.
 void ReadResources(Bytes& bytes, std::uint64_t at, std::uint64_t end, RowFacts& facts) {
   while (at < end) {
     Cursor cursor(bytes, at);
@@ -198,8 +201,8 @@ void ReadResources(Bytes& bytes, std::uint64_t at, std::uint64_t end, RowFacts& 
   }
 }
 
-// The offsets of the packed rows, from the table of their lengths.
-Status ReadTable(Bytes& bytes, std::uint64_t table, int height, PsdLayout& layout) {
+// Converts the table of row lengths to file offsets.
+Status ReadRowTable(Bytes& bytes, std::uint64_t table, int height, PsdLayout& layout) {
   const std::size_t entry = layout.large ? 4 : 2;
   const std::uint64_t used = std::uint64_t{layout.Used()} * static_cast<unsigned>(height);
   const std::uint64_t tableBytes = std::uint64_t{layout.stored} * static_cast<unsigned>(height) * entry;
@@ -209,7 +212,7 @@ Status ReadTable(Bytes& bytes, std::uint64_t table, int height, PsdLayout& layou
   layout.pixels = table + tableBytes;
   layout.rows.reserve(used + 1);
   std::uint64_t at = layout.pixels;
-  // No row needs more than its bytes and one code in 128 of them; twice that is damage, not a careless writer.
+  // PackBits needs at most one extra byte for 128 bytes. A row of twice its size is damage, not poor compression.
   const std::uint64_t longest = layout.rowBytes * 2 + 256;
   for (std::uint64_t i = 0; i < used; ++i) {
     layout.rows.push_back(at);
@@ -249,7 +252,7 @@ Status OpenPsd(std::shared_ptr<Bytes> bytes, const Limits& limits, std::shared_p
   layout.packed = packing == 1;
   layout.pixels = cursor.At();
   if (layout.packed) {
-    if (Status status = ReadTable(*bytes, cursor.At(), facts.size.height, layout); !status) return status;
+    if (Status status = ReadRowTable(*bytes, cursor.At(), facts.size.height, layout); !status) return status;
   } else {
     const std::uint64_t rows = std::uint64_t{layout.Used()} * static_cast<unsigned>(facts.size.height);
     if (rows * layout.rowBytes > bytes->Size() - layout.pixels) return fault::DamagedPicture();

@@ -18,10 +18,10 @@ namespace {
 
 using vips::VImage;
 
-constexpr int kUntoldDpi = 96;
+constexpr int kDefaultDpi = 96;
 constexpr int kBlackLevel = 128;
 constexpr std::uint64_t kStripBytes = 256 << 10;
-constexpr std::uint64_t kJpegRows = 16;  // strips of JPEG hold whole blocks
+constexpr std::uint64_t kJpegRows = 16;  // a JPEG strip has to consist of whole blocks
 constexpr std::uint64_t kBigTiff = 4'000'000'000;
 
 bool IsFax(TiffCompression compression) {
@@ -46,7 +46,7 @@ std::uint16_t TagOf(TiffCompression compression) {
   return COMPRESSION_JPEG;
 }
 
-// The picture as it is stored: for fax one band of 0 and 255.
+// Converts a picture to the samples that the compression stores; fax compression gets one band of 0 and 255.
 Picture Stored(const Picture& picture, TiffCompression compression) {
   Picture stored = picture;
   if (!IsFax(compression)) {
@@ -65,7 +65,7 @@ std::uint64_t RowBytes(const VImage& pixels, bool fax) {
   return fax ? (static_cast<std::uint64_t>(pixels.width()) + 7) / 8 : VIPS_IMAGE_SIZEOF_LINE(pixels.get_image());
 }
 
-// Eight pixels of 0 or 255 a byte, black as 1.
+// Packs eight pixels of 0 or 255 into a byte; a set bit is black.
 void PackBlack(const unsigned char* row, int width, unsigned char* out) {
   std::memset(out, 0, (static_cast<std::size_t>(width) + 7) / 8);
   for (int x = 0; x < width; ++x) {
@@ -73,7 +73,7 @@ void PackBlack(const unsigned char* row, int width, unsigned char* out) {
   }
 }
 
-// One page being written, strip by strip.
+// Writes one page strip by strip.
 class PageWriter {
  public:
   PageWriter(TIFF* tiff, const Picture& stored, const TiffPageOptions& options)
@@ -88,6 +88,7 @@ class PageWriter {
     if (IsJpeg()) rowsPerStrip_ = static_cast<std::uint32_t>((rows + kJpegRows - 1) / kJpegRows * kJpegRows);
   }
 
+  // Sets the tags of page number, counted from 0. Returns false if libtiff refuses one.
   bool Describe(int dpi, int number) {
     const VImage& pixels = stored_.pixels;
     const TiffCompression compression = options_.compression;
@@ -114,6 +115,7 @@ class PageWriter {
     return good;
   }
 
+  // Appends rows to the current strip and writes it when it is full.
   Status Rows(const RowBlock& block) {
     for (int y = 0; y < block.count; ++y) {
       const unsigned char* row = block.first + static_cast<std::size_t>(y) * block.step;
@@ -129,7 +131,7 @@ class PageWriter {
     return Status::Ok();
   }
 
-  // The last strip may be shorter.
+  // Writes the current strip, which may be shorter than the others if it is the last.
   bool Flush() {
     if (strip_.empty()) return true;
     const bool good = TIFFWriteEncodedStrip(tiff_, next_++, strip_.data(), static_cast<tmsize_t>(strip_.size())) >= 0;
@@ -138,7 +140,7 @@ class PageWriter {
     return good;
   }
 
-  // A strip could not be written: some of it may still stand in the library's memory.
+  // Returns true after a strip could not be written; libtiff may still hold a part of it.
   bool Broken() const { return broken_; }
 
  private:
@@ -176,7 +178,8 @@ Status OpenBytes(const host::Files& files, const std::string& path, TiffStream& 
   return status;
 }
 
-int PagesOf(TiffStream& stream) {
+// Returns the number of pages, or -1 if the stream is not a TIFF.
+int CountPages(TiffStream& stream) {
   const TiffHandle tiff = OpenTiffReading(stream);
   if (!tiff) return -1;
   return static_cast<int>(std::min<tdir_t>(TIFFNumberOfDirectories(tiff.get()), INT32_MAX));
@@ -188,7 +191,7 @@ Status CountTiffPages(const host::Files& files, const std::string& path, int& pa
   TiffStream stream;
   if (Status status = OpenBytes(files, path, stream); !status) return status;
   if (stream.bytes->Size() == 0) return fault::EmptyFile();
-  const int found = PagesOf(stream);
+  const int found = CountPages(stream);
   if (found < 0) return fault::NotAPicture();
   if (found == 0) return fault::DamagedPicture();
   pages = found;
@@ -200,7 +203,7 @@ Status LoadTiffPage(const host::Files& files, const std::string& path, int page,
   auto data = std::make_unique<ImageData>();
   const Status status = Guarded(fault::DamagedPicture(), [&] {
     if (Status open = OpenTiffPage(files, path, page, limits, opened); !open) return open;
-    if (Status take = ReadWhole(opened, data->picture); !take) return take;
+    if (Status read = ReadWhole(opened, data->picture); !read) return read;
     VImage& pixels = data->picture.pixels;
     const auto pixelBytes = static_cast<int>(VIPS_IMAGE_SIZEOF_PEL(pixels.get_image()));
     if (!FitsMemory(pixels.width(), pixels.height(), pixelBytes, limits)) return fault::OutOfMemory();
@@ -220,6 +223,7 @@ struct TiffPages::Parts {
   TiffHandle tiff = {};
   int count = 0;
 
+  // Opens the output when the first page is known, since its size decides about BigTIFF.
   Status Open(const Picture& first, TiffCompression compression);
   Status Add(const Picture& picture, const TiffPageOptions& options);
   Status AddPage(const host::Files& files, const std::string& path, int page, const TiffPageOptions& options);
@@ -239,7 +243,7 @@ Status TiffPages::Parts::Add(const Picture& picture, const TiffPageOptions& opti
   const Picture stored = Stored(picture, options.compression);
   if (Status status = Open(stored, options.compression); !status) return status;
   PageWriter writer(tiff.get(), stored, options);
-  const int own = picture.tags.dpi > 0 ? picture.tags.dpi : kUntoldDpi;
+  const int own = picture.tags.dpi > 0 ? picture.tags.dpi : kDefaultDpi;
   Status status = Status::Ok();
   try {
     if (!writer.Describe(options.dpi > 0 ? options.dpi : own, count)) status = Failed();
@@ -256,8 +260,8 @@ Status TiffPages::Parts::Add(const Picture& picture, const TiffPageOptions& opti
   }
   if (writer.Broken() && stream.failure) stream.failure = fault::NotSaved();
   if (!stream.failure) return stream.failure;
-  // What was told of the page so far must not become a page. Ending it and taking it out again sets all of its state
-  // free; dropping the directory alone would keep what the compression holds.
+  // The tags set so far must not become a page. Writing the directory and unlinking it releases all of its state;
+  // freeing the directory alone would keep the buffers of the compression.
   if (TIFFWriteDirectory(tiff.get()) == 1) TIFFUnlinkDirectory(tiff.get(), static_cast<tdir_t>(count + 1));
   return stream.failure ? status : stream.failure;
 }
@@ -270,7 +274,7 @@ Status TiffPages::Parts::AddPage(const host::Files& files, const std::string& pa
         page < 0 ? OpenPicture(files, path, limits, {}, opened) : OpenTiffPage(files, path, page, limits, opened);
     if (!open) return open;
     Picture picture;
-    if (Status take = ReadWhole(opened, picture); !take) return take;
+    if (Status read = ReadWhole(opened, picture); !read) return read;
     return Add(picture, options);
   });
   return ReadStatus(opened, status);
@@ -279,7 +283,8 @@ Status TiffPages::Parts::AddPage(const host::Files& files, const std::string& pa
 TiffPages::TiffPages(host::Draft& draft, int expectedPages, const Limits& limits)
     : parts_(new Parts{draft, expectedPages, limits}) {}
 
-// An unfinished file is not written any further: its draft may be gone.
+// Closing an unfinished TIFF makes libtiff write, but the draft may no longer exist. So writes are refused from here
+// on.
 TiffPages::~TiffPages() {
   parts_->stream.draft = nullptr;
   parts_->stream.bytes = std::make_shared<MemoryBytes>("");
@@ -306,7 +311,7 @@ Status TiffPages::Finish() {
   parts_->tiff.reset();
   if (!flushed || !parts_->stream.failure) return parts_->Failed();
   parts_->stream.at = 0;
-  return PagesOf(parts_->stream) == parts_->count ? Status::Ok() : fault::NotSaved();
+  return CountPages(parts_->stream) == parts_->count ? Status::Ok() : fault::NotSaved();
 }
 
 }  // namespace quillon::imaging

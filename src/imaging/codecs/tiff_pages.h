@@ -13,41 +13,45 @@
 
 namespace quillon::imaging {
 
-// Lzw, PackBits and None keep the pixels. Group3 and Group4 store black and white: grey below 128 becomes black. Jpeg
-// loses a little, and keeps 8 bits.
+// None, Lzw and PackBits are lossless. Group3 and Group4 store one bit a pixel: grey below 128 becomes black.
+// Jpeg is lossy and stores 8 bits.
 enum class TiffCompression { None, Lzw, PackBits, Group3, Group4, Jpeg };
 
+// How one page is written.
 struct TiffPageOptions {
   TiffCompression compression = TiffCompression::Lzw;
-  int quality = 90;  // of Jpeg, 1 to 100
-  int dpi = 0;       // 0: the picture's own, else 96
+  int quality = 90;  // Jpeg only, 1..100; values outside are clamped
+  int dpi = 0;       // 0: resolution of the picture, or 96 if it is unknown
 };
 
-// The number of pages of a TIFF, BigTIFF included. Where the chain of its pages breaks, those before count.
-// Damaged: not a single page can be found. Unsupported: no TIFF.
+// Counts the pages of a TIFF or BigTIFF. If the chain of pages is broken, the pages before the break count.
+// Damaged: no page can be found, or the file is empty. Unsupported: the file is not a TIFF.
 Status CountTiffPages(const host::Files& files, const std::string& path, int& pages);
 
-// One page of a TIFF, counted from 0, in memory, as Services has pictures. Damaged also where there is no
-// such page.
+// Decodes one page, counted from 0, into memory, with pixels as described at Services.
+// Damaged: also if there is no such page.
 Status LoadTiffPage(const host::Files& files, const std::string& path, int page, const Limits& limits, Image& out);
 
-// Writes pages into a draft, one behind the other, as one TIFF. Pages may differ in size, depth and colours; their ICC
-// profile and orientation go along, 16 bits stay, transparency lies on white. Nothing but some rows is held in memory.
-// A page that fails leaves those before it as they are.
+// Writes one TIFF with several pages into a draft. Pages may differ in size, depth and colour space.
+// ICC profile and orientation are kept, and so are 16 bits; transparency is blended with white.
+// A few rows are held in memory. A page that fails leaves the pages before it intact.
 class TiffPages {
  public:
-  // With expectedPages of the size of the first one that reach 4 GB, the file becomes a BigTIFF.
+  // The file becomes a BigTIFF if expectedPages pages of the uncompressed size of the first would exceed 4 GB.
   TiffPages(host::Draft& draft, int expectedPages, const Limits& limits = {});
   ~TiffPages();
   TiffPages(const TiffPages&) = delete;
   TiffPages& operator=(const TiffPages&) = delete;
 
-  // Every page of a TIFF, or the picture of any other file.
+  // Adds every page of a TIFF, or the picture of any other file. Stops at the first error.
   Status AddFile(const host::Files& files, const std::string& path, const TiffPageOptions& options);
+  // Adds a picture in memory.
   Status Add(const Image& image, const TiffPageOptions& options);
 
+  // Returns the number of pages added so far.
   int Count() const;
-  // Completes the file and reads it back: fails unless all pages are found. A file without pages fails.
+  // Completes the file and reads it back. Fails unless all pages are found; a file without pages fails with NoImage.
+  // Call at most once; no page can be added afterwards.
   Status Finish();
 
  private:

@@ -1,6 +1,6 @@
 // SPDX-FileCopyrightText: 2026 The Quillon developers
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "imaging/codecs/truncation_check.h"
+#include "imaging/codecs/vips_loader.h"
 
 #include <algorithm>
 #include <array>
@@ -11,7 +11,7 @@
 namespace quillon::imaging {
 namespace {
 
-// Reads onwards in blocks; a read beyond the end fails.
+// Reads forward in blocks of 16 KB. A read or skip beyond the end of the file returns false.
 class Cursor {
  public:
   explicit Cursor(Bytes& bytes) : bytes_(bytes) {}
@@ -44,7 +44,7 @@ class Cursor {
   std::uint64_t at_ = 0;
 };
 
-bool PngReachesItsEnd(Bytes& bytes) {
+bool IsPngComplete(Bytes& bytes) {
   Cursor cursor(bytes);
   std::array<unsigned char, 8> chunk{};
   bool more = cursor.Skip(8);
@@ -56,9 +56,10 @@ bool PngReachesItsEnd(Bytes& bytes) {
   return false;
 }
 
-// Sizes of colour tables are told in the low bits of a byte whose top bit says that there is one.
+// Returns the bytes of a colour table. The top bit says whether there is one, the low three bits its size.
 std::uint64_t GifTable(unsigned char packed) { return packed & 0x80 ? std::uint64_t{6} << (packed & 7) : 0; }
 
+// Skips a chain of data blocks, each of which starts with its length; a length of 0 ends it.
 bool SkipGifBlocks(Cursor& cursor) {
   unsigned char size = 0;
   while (cursor.Read(&size, 1)) {
@@ -68,7 +69,7 @@ bool SkipGifBlocks(Cursor& cursor) {
   return false;
 }
 
-bool GifReachesItsEnd(Bytes& bytes) {
+bool IsGifComplete(Bytes& bytes) {
   Cursor cursor(bytes);
   std::array<unsigned char, 13> head{};
   if (!cursor.Read(head.data(), head.size()) || !cursor.Skip(GifTable(head[10]))) return false;
@@ -91,8 +92,8 @@ bool GifReachesItsEnd(Bytes& bytes) {
   return false;
 }
 
-// Private tags may say what they like.
-bool TiffReachesItsEnd(Bytes& bytes) {
+// Private tags are not checked, since programs store anything in them.
+bool IsTiffComplete(Bytes& bytes) {
   constexpr std::uint32_t kFirstKnown = 0x0100;
   constexpr std::uint32_t kLastKnown = 0x015B;
   constexpr std::uint32_t kProfile = 0x8773;
@@ -107,14 +108,14 @@ bool TiffReachesItsEnd(Bytes& bytes) {
 
 }  // namespace
 
-bool ReachesItsEnd(Format format, Bytes& bytes) {
+bool IsComplete(Format format, Bytes& bytes) {
   switch (format) {
     case Format::Png:
-      return PngReachesItsEnd(bytes);
+      return IsPngComplete(bytes);
     case Format::Gif:
-      return GifReachesItsEnd(bytes);
+      return IsGifComplete(bytes);
     case Format::Tiff:
-      return TiffReachesItsEnd(bytes);
+      return IsTiffComplete(bytes);
     default:
       return true;
   }

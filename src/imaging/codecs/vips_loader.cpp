@@ -8,7 +8,6 @@
 #include <string>
 #include <vector>
 
-#include "imaging/codecs/truncation_check.h"
 #include "imaging/limits.h"
 #include "imaging/metadata/tiff_exif.h"
 #include "imaging/pixels/colours.h"
@@ -22,9 +21,9 @@ using vips::VImage;
 
 constexpr double kMillimetres = 25.4;
 constexpr std::string_view kExifPrefix = "Exif\0\0"sv;
-constexpr int kStrip = 16;  // rows that the loaders read at a time
+constexpr int kStrip = 16;  // rows that the loaders decode at a time
 
-// Feeds a loader from an open file, so that the file's name, whatever is in it, is never looked at again.
+// Lets a loader read from an open file. libvips parses options out of file names, so it never gets one.
 struct SourceReader {
   std::shared_ptr<Bytes> bytes;
   std::uint64_t at = 0;
@@ -58,7 +57,7 @@ vips::VSource SourceOf(std::shared_ptr<Bytes> bytes) {
   return vips::VSource(VIPS_SOURCE(custom));
 }
 
-VImage LoadThroughLibrary(Format format, std::shared_ptr<Bytes> bytes, int page) {
+VImage LoadWithVips(Format format, std::shared_ptr<Bytes> bytes, int page) {
   const vips::VSource source = SourceOf(std::move(bytes));
   vips::VOption* options = VImage::option()->set("access", VIPS_ACCESS_SEQUENTIAL)->set("fail_on", VIPS_FAIL_ON_ERROR);
   switch (format) {
@@ -89,16 +88,16 @@ RowFacts FactsOf(const VImage& loaded, const VImage& pixels) {
   if (facts.exif.starts_with(kExifPrefix)) facts.exif.erase(0, kExifPrefix.size());
   const int orientation = vips_image_get_orientation(loaded.get_image());
   if (orientation >= 1 && orientation <= 8) facts.orientation = orientation;
-  // One pixel a millimetre is what the library says when the file tells nothing.
+  // libvips reports 1 pixel per millimetre if the file has no resolution.
   if (loaded.xres() != 1.0) facts.dpi = static_cast<int>(std::lround(loaded.xres() * kMillimetres));
   return facts;
 }
 
-// Takes the rows out of the loader strip by strip. Not a part of the pipeline that uses them: that one lets its caches
-// go when it ends, and the loader could not go on from there.
-class LibraryRows : public RowStream {
+// Reads the loader strip by strip. This is not part of the pipeline that uses the rows, since a pipeline drops its
+// caches when it ends, and the loader could not continue for the next one.
+class VipsRows : public RowStream {
  public:
-  LibraryRows(const VImage& loaded, const VImage& pixels) : pixels_(pixels), facts_(FactsOf(loaded, pixels)) {}
+  VipsRows(const VImage& loaded, const VImage& pixels) : pixels_(pixels), facts_(FactsOf(loaded, pixels)) {}
 
   const RowFacts& Facts() const override { return facts_; }
   void SetExif(std::string block) { facts_.exif = std::move(block); }
@@ -133,12 +132,12 @@ class LibraryRows : public RowStream {
 
 }  // namespace
 
-Status OpenLibraryRows(Format format, const std::shared_ptr<Bytes>& bytes, const Limits& limits,
-                       std::shared_ptr<RowStream>& out, int page) {
-  const VImage loaded = LoadThroughLibrary(format, bytes, page);
+Status OpenVipsRows(Format format, const std::shared_ptr<Bytes>& bytes, const Limits& limits,
+                    std::shared_ptr<RowStream>& out, int page) {
+  const VImage loaded = LoadWithVips(format, bytes, page);
   if (!WithinLimits(loaded.width(), loaded.height(), limits)) return fault::SidesTooLarge();
-  if (!ReachesItsEnd(format, *bytes)) return fault::DamagedPicture();
-  auto rows = std::make_shared<LibraryRows>(loaded, StandardPixels(loaded));
+  if (!IsComplete(format, *bytes)) return fault::DamagedPicture();
+  auto rows = std::make_shared<VipsRows>(loaded, StandardPixels(loaded));
   if (format == Format::Tiff && page == 0) rows->SetExif(ExifOfTiff(*bytes));
   out = std::move(rows);
   return Status::Ok();

@@ -12,11 +12,22 @@
 
 namespace quillon::imaging {
 
+// The file formats that can be read.
 enum class Format { Unknown, Jpeg, Png, Gif, Tiff, Bmp, Psd };
 
-// Opens a png, gif or tiff through the library, first frame or that page of a tiff: pixels as Picture has them. Cut off
-// or corrupt data is damage. Throws what the library throws where the header cannot be read.
-Status OpenLibraryRows(Format format, const std::shared_ptr<Bytes>& bytes, const Limits& limits,
-                       std::shared_ptr<RowStream>& out, int page = 0);
+// Opens a png, gif or tiff with libvips: the first frame, or the given page of a tiff, counted from 0.
+// The rows have the pixel formats that Picture describes. The loader reads through bytes, never by file name.
+// Damaged: truncated or corrupt. TooLarge: sides exceed the limits.
+// Throws VError if the header cannot be read or there is no such page.
+Status OpenVipsRows(Format format, const std::shared_ptr<Bytes>& bytes, const Limits& limits,
+                    std::shared_ptr<RowStream>& out, int page = 0);
+
+// Returns true if the file is as long as its own structure says. This finds truncated files that their decoder accepts:
+//   - png: every chunk up to IEND is there,
+//   - gif: every block up to the trailer is there,
+//   - tiff: the values of the known tags of the first page lie inside the file.
+// Other formats return true, since their readers check this themselves.
+// Only the structure is read; no pixel is decoded.
+bool IsComplete(Format format, Bytes& bytes);
 
 }  // namespace quillon::imaging

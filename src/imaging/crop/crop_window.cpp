@@ -20,6 +20,7 @@ Status CheckCrop(const host::Files& files, const CropRequest& request, const Lim
 }
 
 Status EncodeWindow(Picture picture, base::Rect rect, const CropRequest& request, host::Draft& draft) {
+  // Pad before blending, since the padding is opaque white in any case.
   picture.pixels = EightBit(CropOrPad(picture.pixels, rect, base::kWhite));
   if (request.alpha == Alpha::OnWhite) picture.pixels = Flattened(picture.pixels, base::kWhite);
   if (request.dpi > 0) picture.tags.dpi = request.dpi;

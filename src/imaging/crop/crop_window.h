@@ -8,16 +8,19 @@
 #include "imaging/pixels/picture.h"
 #include "imaging/types.h"
 
-// The parts that all cuts of files are made of.
+// Building blocks of all crops from file to file.
 namespace quillon::imaging {
 
-// Whether a cut can be begun at all.
+// Checks a request before anything is read. Returns an error if the rectangle is empty or exceeds the limits, or if the
+// source is not a regular file. A missing source passes; opening it reports the error.
 Status CheckCrop(const host::Files& files, const CropRequest& request, const Limits& limits);
 
-// Encodes the part of a picture that lies in rect, on a canvas of 8 bits a sample.
+// Crops or pads the picture to rect on white and writes it with the encoder of the request.
+// Samples are reduced to 8 bits. Alpha is blended with white unless the request keeps it.
 Status EncodeWindow(Picture picture, base::Rect rect, const CropRequest& request, host::Draft& draft);
 
-// As CutJpeg, into a draft that is checked. decoded: see JpegCutControl.
+// Cuts a JPEG to a JPEG (see CutJpeg) into a draft, and checks what was written.
+// decoded are the pixels of the source if the caller has them already; see JpegCutControl.
 Status CropJpeg(const CropRequest& request, const Limits& limits, host::Draft& draft,
                 const JpegPixels* decoded = nullptr);
 

@@ -17,19 +17,25 @@
 #include "imaging/rows/row_steps.h"
 #include "imaging/tiff/tiff_part.h"
 
+// An order takes the cheapest of four ways:
+//   1. JPEG to JPEG without scaling or rotation: CutJpeg, which works on the stored colours.
+//   2. JPEG to a smaller JPEG: decoded at a reduced size, scaled row by row.
+//   3. Rows that the target format can store as they are: copied while they are decoded.
+//   4. Anything else: a libvips pipeline, which computes strips of the result.
 namespace quillon::imaging {
 namespace {
 
 using host::Problem;
 using vips::VImage;
 
-constexpr int kMostShrink = 8;  // that a jpeg can be decoded to
+constexpr int kMostShrink = 8;  // largest reduction that a JPEG can be decoded with
 
 class Maker {
  public:
   Maker(host::Files& files, const HugeOrder& order, const Limits& limits)
       : files_(files), order_(order), limits_(limits), encoder_(EncoderFor(base::SplitPath(order.target).extension)) {}
 
+  // Writes the result to draft. An error of the reader inside a pipeline wins over that of the pipeline.
   Status Fill(host::Draft& draft) {
     Status status = Guarded(fault::DamagedPicture(), [&] { return Make(draft); });
     return status || !opened_.fault || opened_.fault->Get() ? status : opened_.fault->Get();
@@ -39,18 +45,19 @@ class Maker {
   Status Make(host::Draft& draft) {
     if (Status open = OpenPicture(files_, order_.source, limits_, {}, opened_); !open) return open;
     const base::Size whole = opened_.original;
-    if (whole.width < order_.least.width || whole.height < order_.least.height) {
+    if (whole.width < order_.minimum.width || whole.height < order_.minimum.height) {
       return {Problem::Unsupported, "图片小于要求的最小尺寸"};
     }
-    rect_ = Common(order_.cut.value_or(base::Rect{0, 0, whole.width, whole.height}), {0, 0, whole.width, whole.height});
+    rect_ = Intersection(order_.cut.value_or(base::Rect{0, 0, whole.width, whole.height}),
+                         {0, 0, whole.width, whole.height});
     if (rect_.Empty()) return fault::EmptyRectangle();
     target_ = TargetSize({rect_.width, rect_.height});
-    if (PassesThrough()) return CutPlainly(draft);
-    if (ScalesRows()) return ScalePlainly(draft);
-    if (Status chosen = ChoosePart(); !chosen) return chosen;
-    if (PassesRows()) return WriteRows(draft);
+    if (IsPlainJpegCut()) return CutJpegSource(draft);
+    if (IsPlainJpegReduction()) return ScaleJpegRows(draft);
+    if (Status chosen = OpenTiffPartOnly(); !chosen) return chosen;
+    if (CanCopyRows()) return WriteRows(draft);
     Picture picture;
-    if (Status taken = Take(picture); !taken) return taken;
+    if (Status read = ReadPixels(picture); !read) return read;
     if (picture.pixels.width() != target_.width || picture.pixels.height() != target_.height) {
       picture.pixels = Scaled(picture.pixels, target_);
     }
@@ -59,6 +66,7 @@ class Maker {
     return EncodePicture(picture, {.encoder = encoder_, .quality = order_.quality}, draft);
   }
 
+  // Returns the size after scaling, under the rules of shrink and enlarge.
   base::Size TargetSize(base::Size made) const {
     const base::Size& size = order_.size;
     if (size.Empty()) return made;
@@ -68,25 +76,27 @@ class Maker {
     return wanted ? size : made;
   }
 
-  // Whether pixels are written as they are.
-  bool StayAsTheyAre() const {
+  // Returns true if the pixels of the part are written unchanged.
+  bool KeepsPixels() const {
     return !order_.grey && order_.angle == 0 && target_.width == rect_.width && target_.height == rect_.height;
   }
 
-  // A jpeg whose colours need not be touched.
-  bool PassesThrough() const { return opened_.format == Format::Jpeg && encoder_ == Encoder::Jpeg && StayAsTheyAre(); }
+  // Way 1: a JPEG of which only a part is cut out.
+  bool IsPlainJpegCut() const { return opened_.format == Format::Jpeg && encoder_ == Encoder::Jpeg && KeepsPixels(); }
 
-  bool AcceptsAll() const { return rect_.width == opened_.original.width && rect_.height == opened_.original.height; }
+  bool UsesWholePicture() const {
+    return rect_.width == opened_.original.width && rect_.height == opened_.original.height;
+  }
 
-  // A jpeg that becomes a smaller one: for the screen, as a rule.
-  bool ScalesRows() const {
-    return opened_.format == Format::Jpeg && encoder_ == Encoder::Jpeg && AcceptsAll() && !order_.grey &&
+  // Way 2: a whole JPEG that becomes a smaller one.
+  bool IsPlainJpegReduction() const {
+    return opened_.format == Format::Jpeg && encoder_ == Encoder::Jpeg && UsesWholePicture() && !order_.grey &&
            order_.angle == 0 && target_.width <= rect_.width && target_.height <= rect_.height;
   }
 
-  // Rows that the format written can hold as they are.
-  bool PassesRows() const {
-    if (!opened_.stream || !StayAsTheyAre()) return false;
+  // Way 3: the target format can store the rows of the source.
+  bool CanCopyRows() const {
+    if (!opened_.stream || !KeepsPixels()) return false;
     const RowFacts& facts = opened_.Facts();
     switch (encoder_) {
       case Encoder::Jpeg:
@@ -103,33 +113,35 @@ class Maker {
   Status WriteRows(host::Draft& draft) {
     std::shared_ptr<RowStream> rows = opened_.stream;
     if (!part_) rows = std::make_shared<PartRows>(std::move(rows), rect_);
-    RowsAhead ahead(std::move(rows));
+    PrefetchedRows ahead(std::move(rows));
     Status status = encoder_ == Encoder::Jpeg  ? WriteJpeg(ahead, opened_.tags, order_.quality, draft)
                     : encoder_ == Encoder::Png ? WritePng(ahead, opened_.tags, draft)
                                                : WriteTiff(ahead, opened_.tags, draft);
     return status ? CheckOutput(encoder_, draft) : status;
   }
 
-  Status CutPlainly(host::Draft& draft) {
+  Status CutJpegSource(host::Draft& draft) {
     const auto sink = [&](const void* data, std::size_t size) { return draft.Write(data, size); };
     Status status = CutJpeg(order_.source, rect_, order_.quality, 0, Exif::Drop, limits_, sink);
     return status ? CheckOutput(Encoder::Jpeg, draft) : status;
   }
 
-  // Decoded to no more than the size needs, in the colours that it is stored in, while the result is written.
-  Status ScalePlainly(host::Draft& draft) {
+  // Decodes at the smallest size that still covers the target, in the YCC colours of the file, while the result is
+  // written.
+  Status ScaleJpegRows(host::Draft& draft) {
     int shrink = kMostShrink;
     while (shrink > 1 && (rect_.width / shrink < target_.width || rect_.height / shrink < target_.height)) shrink /= 2;
     std::shared_ptr<RowStream> rows;
     if (Status open = OpenJpegRows(order_.source, shrink, limits_, rows, JpegColours::YccAsStored); !open) return open;
     const base::Size used{FilledPixels(rect_.width, shrink), FilledPixels(rect_.height, shrink)};
-    ScaledRows scaled(std::make_shared<RowsAhead>(std::move(rows)), used, target_);
+    ScaledRows scaled(std::make_shared<PrefetchedRows>(std::move(rows)), used, target_);
     Status status = WriteJpeg(scaled, opened_.tags, order_.quality, draft);
     return status ? CheckOutput(Encoder::Jpeg, draft) : status;
   }
 
-  Status Take(Picture& picture) {
-    if (AcceptsAll() && opened_.format == Format::Jpeg) return ReadReducedJpeg(picture);
+  // Opens the pixels for way 4.
+  Status ReadPixels(Picture& picture) {
+    if (UsesWholePicture() && opened_.format == Format::Jpeg) return ReadReducedJpeg(picture);
     if (part_) return ReadWhole(opened_, picture);
     picture.tags = opened_.tags;
     if (Status status = ReadRows(opened_, rect_.top, rect_.height, picture.pixels); !status) return status;
@@ -137,15 +149,16 @@ class Maker {
     return Status::Ok();
   }
 
-  // A picture for the screen need not be decoded to twice its size.
+  // Decodes a whole JPEG at a reduced size. OpenPicture keeps twice the size it is given, so half of the target is
+  // enough.
   Status ReadReducedJpeg(Picture& picture) {
     const base::Size enough{(target_.width + 1) / 2, (target_.height + 1) / 2};
     if (Status open = OpenPicture(files_, order_.source, limits_, enough, opened_); !open) return open;
     return ReadReduced(opened_, picture);
   }
 
-  // Of a plain tiff only the part is opened.
-  Status ChoosePart() {
+  // Replaces the stream of a TIFF by one that decodes only the part, if the TIFF is of a kind that supports this.
+  Status OpenTiffPartOnly() {
     if (opened_.format != Format::Tiff) return Status::Ok();
     std::shared_ptr<FileBytes> bytes;
     if (Status status = FileBytes::Open(order_.source, bytes); !status) return status;
@@ -158,6 +171,7 @@ class Maker {
     return status;
   }
 
+  // Rotation reads its source in every order, so the pixels are computed first: in memory, or on disk above the limit.
   Status Turn(Picture& picture) {
     if (order_.angle == 0) return Status::Ok();
     const base::Size canvas = TurnedSize(target_, order_.angle);
@@ -185,7 +199,7 @@ class Maker {
   OpenedPicture opened_;
   base::Rect rect_;
   base::Size target_;
-  bool part_ = false;  // the rows are those of rect_ alone
+  bool part_ = false;  // stream has only the rows and columns of rect_
 };
 
 }  // namespace

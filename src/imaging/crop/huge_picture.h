@@ -11,27 +11,28 @@
 
 namespace quillon::imaging {
 
-// What is made of a picture that may be far larger than memory. Steps are taken in the order of the fields.
+// How to make one picture from a source that may be far larger than memory.
+// The steps run in the order of the fields: check, crop, scale, rotate, convert to grey, encode.
 struct HugeOrder {
   std::string source;
-  std::string target;             // its extension tells the format
-  base::Size least;               // a source that is smaller on a side is refused
-  std::optional<base::Rect> cut;  // as far as it lies inside the picture; what lies outside is left off, not filled
-  base::Size size;                // to scale to; empty leaves the scale as it is
-  bool shrink = true;             // whether what is larger than size is scaled
-  bool enlarge = true;            // whether what is smaller is; what is neither is scaled with both
-  double angle = 0;               // degrees, counter-clockwise, about the centre, on white
+  std::string target;             // the extension selects the format
+  base::Size minimum;             // a source with a smaller side is refused
+  std::optional<base::Rect> cut;  // clipped to the picture, not padded
+  base::Size size;                // size to scale to; empty keeps the size
+  bool shrink = true;             // scale if the picture is larger than size
+  bool enlarge = true;  // scale if it is smaller; larger on one side and smaller on the other needs both flags
+  double angle = 0;     // degrees, positive counter-clockwise, about the centre, on white
   bool grey = false;
-  int quality = 98;  // of a jpeg, 0..100
+  int quality = 98;  // jpeg only, 0..100
 };
 
-// Writes the target. A cut decodes no more than it needs and holds some rows at most (of a tiled tiff, one row of
-// tiles); a jpeg that is scaled down is decoded to little more than the size wanted; only a picture that is turned is
-// held whole, above the limit of memory in a nameless file of the folder $TMPDIR. The rest of a source beside a cut is
-// not looked at, so damage there does not show. ICC profile, resolution and orientation go along, EXIF does not.
-//
-// Other: the cut misses the picture. Unsupported: no picture, or smaller than least. A target that stood there before
-// does not outlive a failure (see DiscardStaleOutput).
+// Carries out the order and replaces target with the finished file.
+// Memory: a crop holds a few rows, or one row of tiles of a tiled TIFF. A JPEG is decoded to little more than the
+// wanted size. Only a rotated picture is held as a whole, above the memory limit in an unnamed file in $TMPDIR.
+// Damage outside the crop is not looked for.
+// ICC profile, resolution and orientation are copied, EXIF is not.
+// Other: the crop misses the picture. Unsupported: the source is no picture, or smaller than minimum.
+// If the call fails, an older target is discarded (see DiscardStaleOutput).
 Status MakeFromHuge(host::Files& files, const HugeOrder& order, const Limits& limits);
 
 }  // namespace quillon::imaging

@@ -9,6 +9,7 @@ namespace quillon::imaging {
 
 host::Status FileBytes::Open(const std::string& path, std::shared_ptr<FileBytes>& out) {
   auto bytes = std::make_shared<FileBytes>();
+  // A stream does not report why it could not be opened, so errno is the only source of a reason.
   errno = 0;
   bytes->file_.open(path, std::ios::binary | std::ios::ate);
   if (!bytes->file_) {
@@ -24,6 +25,7 @@ host::Status FileBytes::Open(const std::string& path, std::shared_ptr<FileBytes>
 bool FileBytes::ReadAt(std::uint64_t offset, void* out, std::size_t size) {
   if (offset > size_ || size > size_ - offset) return false;
   const std::lock_guard lock(mutex_);
+  // An earlier read may have left the stream in a failed state.
   file_.clear();
   file_.seekg(static_cast<std::streamoff>(offset));
   file_.read(static_cast<char*>(out), static_cast<std::streamsize>(size));

@@ -13,18 +13,21 @@
 
 namespace quillon::imaging {
 
-// Bytes read at any position, as a picture's file gives them. Safe to call from several threads.
+// Random access to the bytes of a picture file. All members may be called from several threads.
 class Bytes {
  public:
   virtual ~Bytes() = default;
+  // Returns the size in bytes; it does not change while the object lives.
   virtual std::uint64_t Size() const = 0;
-  // All size bytes from offset, or false.
+  // Copies size bytes from offset to out. Returns false, with out undefined, if not all of them can be read.
   virtual bool ReadAt(std::uint64_t offset, void* out, std::size_t size) = 0;
 };
 
+// The bytes of a file on disk. The size is read once, when the file is opened.
 class FileBytes : public Bytes {
  public:
-  // The file keeps being read as it was opened, whatever takes its name later.
+  // Opens the file and keeps it open: a later rename or replacement of the path does not affect this object.
+  // Returns the error of the system, and leaves out unchanged, if the file cannot be opened.
   static host::Status Open(const std::string& path, std::shared_ptr<FileBytes>& out);
   std::uint64_t Size() const override { return size_; }
   bool ReadAt(std::uint64_t offset, void* out, std::size_t size) override;
@@ -35,6 +38,7 @@ class FileBytes : public Bytes {
   std::uint64_t size_ = 0;
 };
 
+// The same interface over a string in memory.
 class MemoryBytes : public Bytes {
  public:
   explicit MemoryBytes(std::string content) : content_(std::move(content)) {}

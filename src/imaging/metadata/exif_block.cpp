@@ -8,6 +8,8 @@
 #include <optional>
 #include <vector>
 
+// A block is edited in place and never rebuilt, since maker notes contain offsets that only their maker understands.
+// What has to go is overwritten with zeros; only the end of the block can be cut off.
 namespace quillon::imaging {
 namespace {
 
@@ -35,9 +37,9 @@ enum Type : std::uint32_t { kShort = 3, kLong = 4, kRational = 5 };
 
 constexpr std::size_t kEntrySize = 12;
 
-// One 12-byte directory entry.
+// One directory entry of 12 bytes: tag, type, count, and the value or its offset.
 struct Entry {
-  std::size_t at;  // of the entry
+  std::size_t at;  // offset of the entry in the block
   std::uint32_t tag;
   std::uint32_t type;
   std::uint32_t count;
@@ -45,10 +47,10 @@ struct Entry {
 
 struct Directory {
   std::vector<Entry> entries;
-  std::size_t nextAt = 0;  // of the offset of the next directory; 0: the block ends before it
+  std::size_t nextAt = 0;  // position of the offset of the next directory; 0 if the block ends before it
 };
 
-// A TIFF structure in memory, with checked access in its byte order.
+// A TIFF structure in memory with access in its byte order. Get and Put need a range that Has() confirmed.
 class Block {
  public:
   explicit Block(std::string bytes) : bytes_(std::move(bytes)) {
@@ -58,11 +60,12 @@ class Block {
   }
 
   bool Valid() const { return valid_; }
-  std::string Take() { return std::move(bytes_); }
+  std::string Release() { return std::move(bytes_); }
   std::string_view View() const { return bytes_; }
 
   bool Has(std::uint64_t at, std::uint64_t size) const { return at <= bytes_.size() && size <= bytes_.size() - at; }
 
+  // Returns an unsigned number of size bytes, 1 to 4.
   std::uint32_t Get(std::size_t at, int size) const {
     std::uint32_t value = 0;
     for (int i = 0; i < size; ++i) {
@@ -79,13 +82,14 @@ class Block {
     }
   }
 
+  // Overwrites a range with zeros, clipped to the block.
   void Blank(std::uint64_t at, std::uint64_t size) {
     if (at < bytes_.size()) std::fill_n(bytes_.begin() + static_cast<std::ptrdiff_t>(at), Clip(at, size), '\0');
   }
 
   void DropFrom(std::size_t at) { bytes_.resize(std::min(bytes_.size(), at)); }
 
-  // Nothing when the table does not lie inside the block.
+  // Returns the directory at an offset, or nothing if its table does not lie inside the block.
   std::optional<Directory> Read(std::size_t at) const {
     if (at < 8 || !Has(at, 2)) return std::nullopt;
     const std::size_t count = Get(at, 2);
@@ -103,7 +107,7 @@ class Block {
 
   std::optional<Directory> First() const { return valid_ ? Read(Get(4, 4)) : std::nullopt; }
 
-  // Values of an entry of SHORT or LONG.
+  // Returns the values of a SHORT or LONG entry; empty for other types or values outside the block.
   std::vector<std::uint32_t> Integers(const Entry& entry) const {
     std::vector<std::uint32_t> values;
     const int size = SizeOf(entry);
@@ -115,6 +119,7 @@ class Block {
     return values;
   }
 
+  // Returns the value of an entry with exactly one SHORT or LONG.
   std::optional<std::uint32_t> Integer(const Entry& entry) const {
     if (entry.count != 1 || SizeOf(entry) == 0) return std::nullopt;
     return Get(entry.at + 8, SizeOf(entry));
@@ -124,7 +129,7 @@ class Block {
     if (entry.count == 1 && SizeOf(entry) > 0) Put(entry.at + 8, SizeOf(entry), value);
   }
 
-  // Position of the two numbers of a RATIONAL.
+  // Returns the offset of the numerator of a RATIONAL; the denominator follows it.
   std::optional<std::size_t> RationalAt(const Entry& entry) const {
     if (entry.type != kRational || entry.count != 1) return std::nullopt;
     const std::size_t at = Get(entry.at + 8, 4);
@@ -149,7 +154,7 @@ struct Range {
   std::uint64_t size;
 };
 
-// Where the pictures of a directory lie: thumbnails, strips.
+// Returns the byte ranges of the pictures of a directory: a JPEG thumbnail or strips.
 std::vector<Range> PicturesOf(const Block& block, const Directory& directory) {
   std::vector<std::uint32_t> offsets;
   std::vector<std::uint32_t> sizes;
@@ -167,7 +172,7 @@ std::vector<Range> PicturesOf(const Block& block, const Directory& directory) {
   return ranges;
 }
 
-// The end of the block goes when only the blanked picture, or padding behind it, stands there.
+// Blanks a picture. Cuts the end of the block off if only the picture, and at most one byte of padding, is there.
 void Remove(Block& block, const Range& range) {
   block.Blank(range.at, range.size);
   const std::string_view view = block.View();
@@ -176,7 +181,8 @@ void Remove(Block& block, const Range& range) {
   if (view.size() - end <= 1) block.DropFrom(static_cast<std::size_t>(range.at));
 }
 
-// Everything behind the first directory: the thumbnail's, and further ones that some programs write.
+// Removes all directories after the first one: that of the thumbnail and any more that a program added.
+// Sub-IFDs are emptied too. The number of directories is limited, since their chain may be circular.
 void RemoveThumbnails(Block& block) {
   std::optional<Directory> directory = block.First();
   if (!directory) return;
@@ -200,7 +206,7 @@ void RemoveThumbnails(Block& block) {
   for (const Range& range : ranges) Remove(block, range);
 }
 
-// A JPEG stream is told from chance bytes by the marker that follows its start.
+// Removes JPEG streams wherever they are. The marker after its start distinguishes a stream from random bytes.
 void RemoveEmbeddedJpegs(Block& block) {
   std::size_t from = 8;
   for (;;) {
@@ -224,6 +230,7 @@ void SetResolution(Block& block, const Entry& entry, int dpi) {
   block.Put(*at + 4, 4, 1);
 }
 
+// Corrects the tags with size and resolution in one directory.
 void FixTags(Block& block, const Directory& directory, base::Size size, int dpi) {
   for (const Entry& entry : directory.entries) {
     switch (entry.tag) {
@@ -256,7 +263,7 @@ ExifFacts ReadExif(std::string_view bytes) {
   const std::optional<Directory> directory = block.First();
   if (!directory) return facts;
   double resolution = 0;
-  std::uint32_t unit = 2;
+  std::uint32_t unit = 2;  // 2 is inches, 3 is centimetres
   for (const Entry& entry : directory->entries) {
     if (entry.tag == kOrientation) {
       const std::uint32_t value = block.Integer(entry).value_or(1);
@@ -288,7 +295,7 @@ std::string CutExif(std::string_view bytes, base::Size size, int dpi) {
     const std::optional<Directory> details = block.Read(block.Integer(entry).value_or(0));
     if (details) FixTags(block, *details, size, dpi);
   }
-  return block.Take();
+  return block.Release();
 }
 
 std::string UprightExif(std::string_view bytes) {
@@ -298,7 +305,7 @@ std::string UprightExif(std::string_view bytes) {
       if (entry.tag == kOrientation) block.SetInteger(entry, 1);
     }
   }
-  return block.Take();
+  return block.Release();
 }
 
 std::string MinimalExif(int orientation, int dpi) {
@@ -318,6 +325,7 @@ std::string MinimalExif(int orientation, int dpi) {
   constexpr std::size_t kTable = 8;
   const std::size_t tableEnd = kTable + 2 + fields.size() * kEntrySize + 4;
   const std::size_t rationals = dpi > 0 ? 16 : 0;
+  // The order is: header, directory, rationals. Offsets are counted from the header.
   Block block("MM\0\x2A"s + std::string(tableEnd - 4 + rationals, '\0'));
   block.Put(4, 4, kTable);
   block.Put(kTable, 2, static_cast<std::uint32_t>(fields.size()));
@@ -337,7 +345,7 @@ std::string MinimalExif(int orientation, int dpi) {
     }
     at += kEntrySize;
   }
-  return block.Take();
+  return block.Release();
 }
 
 }  // namespace quillon::imaging

@@ -7,28 +7,33 @@
 
 #include "base/rect.h"
 
+// Reads and edits EXIF blocks. A block here is the TIFF structure that follows "Exif\0\0" in the JPEG segment.
+// Blocks come from untrusted files: every offset and count is checked, and what cannot be followed is left unchanged.
 namespace quillon::imaging {
 
-// EXIF blocks here are the TIFF structure that follows "Exif\0\0" in the JPEG segment. Blocks come from strangers:
-// every offset and count is checked, and what cannot be followed is left as it is.
-
+// The tags of a block that a picture needs to be shown.
 struct ExifFacts {
-  int orientation = 1;  // 1..8
-  int dpi = 0;          // horizontal, dots per inch, nearest integer; 0: not told
+  int orientation = 1;  // 1..8; 1 if the tag is missing or invalid
+  int dpi = 0;          // horizontal, dots per inch, rounded to nearest; 0 if there is none
 };
 
+// Returns the facts of a block, with the defaults for everything that cannot be read.
 ExifFacts ReadExif(std::string_view block);
 
-// The block for a cut of size pixels: tags that tell the pixel dimensions are put right; dpi above 0 goes into the
-// resolution tags that are there. The thumbnail directory is unlinked, and its picture and every JPEG stream inside
-// the block (previews in maker notes) are overwritten with zeros or left off at the end. Nothing else moves, so maker
-// notes stay readable. Empty when the block is no TIFF structure.
+// Returns the block for a crop of size pixels:
+//   - tags with the pixel dimensions are set to size,
+//   - dpi above 0 is written to the resolution tags that exist; none are added,
+//   - the thumbnail directory is unlinked,
+//   - its picture and every other embedded JPEG (previews in maker notes) is overwritten with zeros, or removed if it
+//     is the end of the block.
+// Nothing else moves, so the offsets inside maker notes stay valid. Empty if the block is not a TIFF structure.
 std::string CutExif(std::string_view block, base::Size size, int dpi);
 
-// The block of a picture that was turned: its orientation, where it tells one, becomes 1.
+// Returns the block with its orientation set to 1, if it has one. Used after a picture was rotated.
 std::string UprightExif(std::string_view block);
 
-// A block with just the orientation (unless it is 1) and the resolution (unless it is 0); empty when both are absent.
+// Returns a new block with the orientation, unless it is 1, and the resolution in dpi, unless it is 0.
+// Empty if both are missing.
 std::string MinimalExif(int orientation, int dpi);
 
 }  // namespace quillon::imaging

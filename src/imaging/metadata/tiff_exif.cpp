@@ -13,6 +13,9 @@
 #include "imaging/metadata/tiff_tags.h"
 #include "imaging/pixels/draft_target.h"
 
+// The directories of a finished TIFF cannot grow in place, since the values that follow them are in the way. So the new
+// first directory is appended with copies of the old entries, whose values stay where they are, and the offset in the
+// header is written last: until then the file is the valid TIFF that it was.
 namespace quillon::imaging {
 namespace {
 
@@ -32,9 +35,11 @@ enum Tag : std::uint32_t {
 constexpr std::uint32_t kLong = 4;
 constexpr std::uint64_t kValueMax = 32768;
 
-// What describes a picture among the tags of the first directory, besides those of its geometry.
+// Tags of the first directory that describe the picture: description, camera, software, time, author, rating,
+// copyright, and the five that hold UTF-16 text.
 constexpr std::array<std::uint32_t, 15> kDescriptive = {0x010E, 0x010F, 0x0110, 0x0131, 0x0132, 0x013B, 0x013C, 0x4746,
                                                         0x4749, 0x8298, 0x9C9B, 0x9C9C, 0x9C9D, 0x9C9E, 0x9C9F};
+// Tags of the first directory that a block carries but a TIFF writes by itself.
 constexpr std::array<std::uint32_t, 4> kGeometric = {kOrientation, kXResolution, kYResolution, kResolutionUnit};
 
 template <std::size_t N>
@@ -42,7 +47,7 @@ bool IsOneOf(std::uint32_t tag, const std::array<std::uint32_t, N>& tags) {
   return std::find(tags.begin(), tags.end(), tag) != tags.end();
 }
 
-// A tag with its values, little-endian.
+// A tag with its values in little-endian order.
 struct Field {
   std::uint32_t tag = 0;
   std::uint32_t type = 0;
@@ -58,14 +63,15 @@ struct ExifFields {
   Fields place;
   Fields interop;
 
-  bool Tells() const {
+  // Returns true if there is anything besides orientation and resolution.
+  bool HasDescription() const {
     const bool describes =
         std::any_of(main.begin(), main.end(), [](const Field& f) { return IsOneOf(f.tag, kDescriptive); });
     return describes || !details.empty() || !place.empty();
   }
 };
 
-// The fields of a directory that keep says yes to.
+// Returns the fields of a directory for which keep returns true. Fields that cannot be read are skipped.
 template <class Keep>
 Fields ReadFields(const TiffTags& tags, std::uint64_t at, Keep keep) {
   Fields fields;
@@ -105,6 +111,7 @@ void PutNumber(std::string& out, std::uint64_t value, int size) {
   for (int i = 0; i < size; ++i) out += static_cast<char>(value >> (8 * i) & 0xFF);
 }
 
+// Returns a field with the offset of another directory.
 Field Pointer(std::uint32_t tag, std::uint64_t at, int size) {
   constexpr std::uint32_t kIfd8 = 18;
   Field field{tag, size == 8 ? kIfd8 : kLong, 1, {}};
@@ -112,18 +119,19 @@ Field Pointer(std::uint32_t tag, std::uint64_t at, int size) {
   return field;
 }
 
-// An entry as it stands in a directory, with its tag.
+// A directory entry as it is stored, with its tag for sorting.
 struct RawEntry {
   std::uint32_t tag = 0;
   std::string bytes;
 };
 
-// Directories one behind the other, from a given place of the file on.
+// Serialises directories one after another. start is the file offset of the first; wide selects BigTIFF.
 class DirectoryWriter {
  public:
   DirectoryWriter(std::uint64_t start, bool wide) : start_(start), wide_(wide) {}
 
-  // Appends a directory of fields, and entries that stay as they are; tells where it begins.
+  // Appends a directory made of new fields and unchanged entries, sorted by tag as TIFF requires.
+  // next is the offset of the following directory, 0 for none. Returns the offset of the directory.
   std::uint64_t Add(const Fields& fields, std::vector<RawEntry> entries, std::uint64_t next) {
     const std::size_t word = wide_ ? 8 : 4;
     const std::size_t count = fields.size() + entries.size();
@@ -151,7 +159,7 @@ class DirectoryWriter {
     return at;
   }
 
-  // Adds the directories below the first one, and to main what leads to them.
+  // Appends the directories that the first one refers to, and adds the references to main.
   void AddBelow(ExifFields& fields) {
     const int word = wide_ ? 8 : 4;
     if (!fields.interop.empty() && !fields.details.empty()) {
@@ -169,7 +177,7 @@ class DirectoryWriter {
   std::string bytes_;
 };
 
-// A draft as bytes to read; used while nothing else moves in it.
+// Reads a draft through the Bytes interface. The draft is not moved by anything else meanwhile.
 class DraftBytes : public Bytes {
  public:
   explicit DraftBytes(host::Draft& draft) : draft_(draft) {}
@@ -182,7 +190,7 @@ class DraftBytes : public Bytes {
   host::Draft& draft_;
 };
 
-// The first directory of a finished TIFF, entry by entry, and what it says of the next one.
+// The entries of the first directory of a finished TIFF, and the offset of the next one.
 struct FirstDirectory {
   std::vector<RawEntry> entries;
   std::uint64_t next = 0;
@@ -216,7 +224,7 @@ Status WriteAt(host::Draft& draft, std::uint64_t at, const std::string& bytes) {
 
 std::string ExifOfTiff(Bytes& file) {
   ExifFields fields = ReadExifFields(file);
-  if (!fields.Tells()) return {};
+  if (!fields.HasDescription()) return {};
   constexpr std::uint64_t kHeader = 8;
   DirectoryWriter writer(kHeader, false);
   writer.AddBelow(fields);
@@ -229,17 +237,17 @@ std::string ExifOfTiff(Bytes& file) {
 Status AddExifToTiff(const std::string& block, host::Draft& draft) {
   MemoryBytes bytes(block);
   ExifFields fields = ReadExifFields(bytes);
-  if (!fields.Tells()) return Status::Ok();
+  if (!fields.HasDescription()) return Status::Ok();
   DraftBytes file(draft);
   const std::optional<TiffTags> tags = TiffTags::Open(file);
   FirstDirectory first;
   if (!tags || !ReadFirst(file, *tags, first)) return fault::NotSaved();
-  // What the file itself tells already is right; the block may be older.
-  const auto told = [&](const Field& field) {
+  // Tags that the encoder wrote are right; those of the block may describe the source.
+  const auto alreadyThere = [&](const Field& field) {
     return IsOneOf(field.tag, kGeometric) ||
            std::any_of(first.entries.begin(), first.entries.end(), [&](const auto& e) { return e.tag == field.tag; });
   };
-  std::erase_if(fields.main, told);
+  std::erase_if(fields.main, alreadyThere);
   const std::uint64_t end = draft.Size() + draft.Size() % 2;
   DirectoryWriter writer(end, tags->Wide());
   writer.AddBelow(fields);

@@ -7,19 +7,19 @@
 #include "host/files/files.h"
 #include "imaging/io/bytes.h"
 
+// Converts EXIF between TIFF files, which spread it over their directories, and the block of the other formats.
+// Copied are the tags that describe the picture: camera, lens, exposure, time, place, author, copyright.
+// Maker notes are not copied, since they contain offsets into the original file, nor are tags about the pixels.
 namespace quillon::imaging {
 
-// EXIF between TIFF files, where it is spread over their directories, and the blocks of other formats. What describes
-// the picture goes along: camera, lens, exposure, time, place, author, copyright. Makers' private notes do not, since
-// they point to places of the file that they were written for, and nothing does that tells of pixels.
-
-// The EXIF of the first page of a TIFF file as a block (see jpeg_exif.h), with orientation and resolution; "" when
-// there is none. Values above 32 KB are left out.
+// Returns the EXIF of the first page of a TIFF as a block (see exif_block.h), with orientation and resolution.
+// Empty if the page has none. Values above 32 KB are left out.
 std::string ExifOfTiff(Bytes& file);
 
-// Adds a block's EXIF to a finished TIFF of little-endian order: new directories are written behind everything, the
-// first one with all that the old one told. A block without any leaves the draft as it is, as does one that a file
-// below 4 GB has no room for.
+// Adds the EXIF of a block to a finished little-endian TIFF: new directories are appended to the draft, the first of
+// them with all entries of the old first directory, and the header points to it afterwards.
+// The draft is not changed if the block contains no EXIF, or if a classic TIFF would grow beyond 4 GB.
+// Returns NotSaved if the draft is not a TIFF, or the error of the draft.
 host::Status AddExifToTiff(const std::string& block, host::Draft& draft);
 
 }  // namespace quillon::imaging

@@ -16,11 +16,13 @@ constexpr std::uint32_t kSignedRational = 10;
 constexpr std::uint32_t kIfd = 13;
 constexpr std::uint32_t kLong8 = 16;
 constexpr std::uint32_t kIfd8 = 18;
+// Larger than any real directory; a forged count must not allocate memory.
 constexpr std::uint64_t kEntriesMax = 4096;
 
 }  // namespace
 
 int TiffNumberSize(std::uint32_t type) {
+  // Indexed by type number. Types 14 and 15 are not assigned.
   constexpr std::array<int, 19> kSizes = {0, 1, 1, 2, 4, 4, 1, 1, 2, 4, 4, 4, 8, 4, 0, 0, 8, 8, 8};
   return type < kSizes.size() ? kSizes[type] : 0;
 }
@@ -31,6 +33,7 @@ std::optional<TiffTags> TiffTags::Open(Bytes& bytes) {
   if (!bytes.ReadAt(0, start.data(), start.size())) return std::nullopt;
   tags.big_ = start[0] == 'M';
   if (start[0] != start[1] || (start[0] != 'M' && start[0] != 'I')) return std::nullopt;
+  // 42 is a classic TIFF, 43 a BigTIFF.
   std::uint64_t version = 0;
   if (!tags.Number(2, 2, version) || (version != 42 && version != 43)) return std::nullopt;
   tags.wide_ = version == 43;

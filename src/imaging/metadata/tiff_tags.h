@@ -14,31 +14,35 @@ namespace quillon::imaging {
 // One entry of a directory of a TIFF structure.
 struct TiffEntry {
   std::uint32_t tag = 0;
-  std::uint32_t type = 0;   // as TIFF numbers them; other numbers have no size
-  std::uint64_t count = 0;  // of values
-  std::uint64_t at = 0;     // of the first value
-  std::uint64_t size = 0;   // bytes of all values, 0 for a type that is not known; may reach beyond the file
+  std::uint32_t type = 0;   // type number of the TIFF specification; may be unknown
+  std::uint64_t count = 0;  // number of values
+  std::uint64_t at = 0;     // offset of the first value
+  std::uint64_t size = 0;   // bytes of all values; 0 for an unknown type; may reach beyond the file
 };
 
-// Reads the directories of a TIFF structure (a TIFF or BigTIFF file, an EXIF block) in its byte order. It may come from
-// strangers: nothing outside of the bytes is read.
+// Reads the directories of a TIFF structure in its byte order: a TIFF or BigTIFF file, or an EXIF block.
+// The structure may come from an untrusted file; nothing outside its bytes is read.
 class TiffTags {
  public:
-  // Nothing when the bytes do not begin as a TIFF structure. bytes has to outlive the object.
+  // Returns nothing if the bytes do not start with a TIFF header. bytes has to outlive the object.
   static std::optional<TiffTags> Open(Bytes& bytes);
 
-  // The entries of the directory at that offset; nothing when it does not lie inside.
+  // Returns the entries of the directory at an offset, at most 4096.
+  // Returns nothing if there are more or if the table does not lie inside the bytes.
   std::optional<std::vector<TiffEntry>> Directory(std::uint64_t at) const;
+  // Returns the offset of the first directory.
   std::uint64_t First() const { return first_; }
+  // Returns true for BigTIFF, whose counts and offsets have 8 bytes.
   bool Wide() const { return wide_; }
 
-  // Whether all values lie inside the bytes.
+  // Returns true if all values of the entry lie inside the bytes.
   bool Holds(const TiffEntry& entry) const;
-  // The value of an entry of one whole number; nothing for any other.
+  // Returns the value of an entry with exactly one unsigned integer; nothing for any other.
   std::optional<std::uint64_t> Integer(const TiffEntry& entry) const;
-  // The first value of an entry of unsigned rationals; nothing for any other, and for a divisor of 0.
+  // Returns the first value of an entry of unsigned rationals; nothing for other types and for a denominator of 0.
   std::optional<double> Rational(const TiffEntry& entry) const;
-  // All values with every number in little-endian order; nothing when they are not inside or above limit bytes.
+  // Returns all values with every number converted to little-endian order.
+  // Returns nothing if they exceed limit bytes or do not lie inside the bytes.
   std::optional<std::string> Values(const TiffEntry& entry, std::uint64_t limit) const;
 
  private:
@@ -46,12 +50,13 @@ class TiffTags {
   bool Number(std::uint64_t at, int size, std::uint64_t& value) const;
 
   Bytes* bytes_;
-  bool big_ = false;   // byte order
+  bool big_ = false;   // big-endian
   bool wide_ = false;  // BigTIFF
   std::uint64_t first_ = 0;
 };
 
-// Bytes of one number of a type, as far as byte order goes (a rational has two); 0 when the type is not known.
+// Returns the bytes of one number of a type, which is the unit of its byte order: 4 for a rational, which has two.
+// Returns 0 for an unknown type.
 int TiffNumberSize(std::uint32_t type);
 
 }  // namespace quillon::imaging

@@ -14,7 +14,7 @@ using vips::VImage;
 
 constexpr int kMost = 100;
 
-// Runs change on the colour samples and puts the alpha band back.
+// Applies change to the colour bands and puts the alpha band back.
 template <class Change>
 VImage OnColours(const VImage& pixels, Change change) {
   const int colours = pixels.bands() - (HasAlpha(pixels) ? 1 : 0);
@@ -40,6 +40,7 @@ Status AdjustBrightnessAndContrast(Image& image, int brightness, int contrast) {
 
 Status Sharpen(Image& image) {
   return OnPicture(image, [&](Picture& picture) {
+    // The weights sum to the scale, so a flat area keeps its value.
     VImage mask = VImage::new_matrixv(3, 3, -1.0, -1.0, -1.0, -1.0, 16.0, -1.0, -1.0, -1.0, -1.0);
     mask.set("scale", 8.0);
     picture.pixels = OnColours(picture.pixels, [&](const VImage& colours) {

@@ -16,13 +16,14 @@ using vips::VImage;
 
 constexpr std::int64_t kMagic = 0x31656E614C6C6975;
 
+// The header as it is stored: ten numbers of 64 bits, so that it has no padding on any compiler.
 struct LaneHead {
   std::int64_t magic = kMagic;
   std::int64_t width = 0;
   std::int64_t height = 0;
   std::int64_t bands = 0;
-  std::int64_t format = 0;
-  std::int64_t kind = 0;
+  std::int64_t format = 0;  // VipsBandFormat
+  std::int64_t kind = 0;    // VipsInterpretation
   std::int64_t dpi = 0;
   std::int64_t orientation = 1;
   std::int64_t profileSize = 0;
@@ -31,7 +32,7 @@ struct LaneHead {
   std::int64_t PixelBytes() const { return bands * (format == VIPS_FORMAT_USHORT ? 2 : 1); }
 };
 
-// The kinds of pixels that a picture may have, see Picture.
+// Returns true for the sample formats that a Picture may have; see there.
 bool KnownKind(const LaneHead& head) {
   const bool deep = head.format == VIPS_FORMAT_USHORT;
   if (!deep && head.format != VIPS_FORMAT_UCHAR) return false;
@@ -51,6 +52,7 @@ bool KnownKind(const LaneHead& head) {
   }
 }
 
+// Returns true if the sizes in the header add up to the size of the file.
 bool Consistent(const LaneHead& head, std::uint64_t fileSize) {
   constexpr std::int64_t kTagsMax = std::int64_t{64} << 20;
   const auto within = [](std::int64_t size) { return size >= 0 && size <= kTagsMax; };

@@ -12,7 +12,7 @@ using vips::VImage;
 constexpr const char* kProfileField = VIPS_META_ICC_NAME;
 constexpr std::size_t kProfileHead = 128;
 
-double MostOf(const VImage& pixels) { return pixels.format() == VIPS_FORMAT_USHORT ? 65535 : 255; }
+double MaxSample(const VImage& pixels) { return pixels.format() == VIPS_FORMAT_USHORT ? 65535 : 255; }
 
 int ColourBands(const VImage& pixels) { return pixels.bands() - (HasAlpha(pixels) ? 1 : 0); }
 
@@ -24,7 +24,7 @@ VipsInterpretation GreyOf(const VImage& pixels) {
   return pixels.format() == VIPS_FORMAT_USHORT ? VIPS_INTERPRETATION_GREY16 : VIPS_INTERPRETATION_B_W;
 }
 
-VImage Named(const VImage& pixels, VipsInterpretation kind) {
+VImage WithInterpretation(const VImage& pixels, VipsInterpretation kind) {
   return pixels.copy(VImage::option()->set("interpretation", kind));
 }
 
@@ -44,7 +44,8 @@ VImage WithoutProfile(const VImage& pixels) {
   return copy;
 }
 
-// Profiles that describe sRGB say so in their text, in one or two bytes a letter.
+// Profiles for sRGB have that name in their description, stored with one or two bytes a letter.
+// Pixels with such a profile need no conversion for the screen.
 bool IsSrgb(const std::string& profile) {
   return profile.find("sRGB") != std::string::npos || profile.find(std::string("s\0R\0G\0B", 7)) != std::string::npos;
 }
@@ -57,13 +58,13 @@ vips::VOption* Intent(const VImage& pixels) {
       ->set("depth", pixels.format() == VIPS_FORMAT_USHORT ? 16 : 8);
 }
 
-// Runs a colour conversion on the colour bands alone and puts the alpha band back.
+// Applies a colour conversion to the colour bands and puts the alpha band back.
 template <class Convert>
 VImage OnColours(const VImage& pixels, Convert convert) {
   if (!HasAlpha(pixels)) return convert(pixels);
   const int bands = ColourBands(pixels);
   const VImage colours = convert(FirstBands(pixels, bands));
-  return Named(colours.bandjoin(pixels.extract_band(bands)), colours.interpretation());
+  return WithInterpretation(colours.bandjoin(pixels.extract_band(bands)), colours.interpretation());
 }
 
 }  // namespace
@@ -83,15 +84,16 @@ VImage StandardPixels(const VImage& loaded) {
                    kind == VIPS_INTERPRETATION_XYZ || kind == VIPS_INTERPRETATION_LABQ;
   if (!plain || lab) pixels = pixels.colourspace(VIPS_INTERPRETATION_sRGB).cast(VIPS_FORMAT_UCHAR);
   if (kind == VIPS_INTERPRETATION_CMYK && pixels.bands() >= 4) {
-    return Named(FirstBands(pixels, 4), VIPS_INTERPRETATION_CMYK);
+    return WithInterpretation(FirstBands(pixels, 4), VIPS_INTERPRETATION_CMYK);
   }
   const bool grey = pixels.bands() <= 2 || kind == VIPS_INTERPRETATION_B_W || kind == VIPS_INTERPRETATION_GREY16;
-  if (grey) return Named(FirstBands(pixels, 2), GreyOf(pixels));
-  return Named(FirstBands(pixels, 4), RgbOf(pixels));
+  if (grey) return WithInterpretation(FirstBands(pixels, 2), GreyOf(pixels));
+  return WithInterpretation(FirstBands(pixels, 4), RgbOf(pixels));
 }
 
 bool ProfileFits(const std::string& profile, RowLayout layout) {
   if (profile.size() < kProfileHead || profile.compare(36, 4, "acsp") != 0) return false;
+  // Offset 36 holds the signature of every ICC profile, offset 16 its colour space.
   const char* name = layout == RowLayout::Cmyk ? "CMYK" : layout == RowLayout::Grey ? "GRAY" : "RGB ";
   return profile.compare(16, 4, name) == 0;
 }
@@ -101,7 +103,7 @@ bool ProfileFits(const std::string& profile, const VImage& pixels) {
 }
 
 std::vector<double> SamplesOf(const VImage& pixels, base::Colour colour) {
-  const double scale = MostOf(pixels) / 255;
+  const double scale = MaxSample(pixels) / 255;
   const double red = colour.Red();
   const double green = colour.Green();
   const double blue = colour.Blue();
@@ -121,10 +123,11 @@ std::vector<double> SamplesOf(const VImage& pixels, base::Colour colour) {
 
 VImage AsRgb(const VImage& pixels) {
   if (!IsGrey(pixels)) return pixels;
-  return OnColours(pixels, [](const VImage& one) { return Named(one.bandjoin(one).bandjoin(one), RgbOf(one)); });
+  return OnColours(pixels,
+                   [](const VImage& one) { return WithInterpretation(one.bandjoin(one).bandjoin(one), RgbOf(one)); });
 }
 
-VImage AbleToHold(const VImage& pixels, base::Colour colour) {
+VImage PromoteForColour(const VImage& pixels, base::Colour colour) {
   const bool grey = colour.Red() == colour.Green() && colour.Green() == colour.Blue();
   return grey ? pixels : AsRgb(pixels);
 }
@@ -132,15 +135,15 @@ VImage AbleToHold(const VImage& pixels, base::Colour colour) {
 VImage EightBit(const VImage& pixels) {
   if (pixels.format() == VIPS_FORMAT_UCHAR) return pixels;
   const VImage small = pixels.cast(VIPS_FORMAT_UCHAR, VImage::option()->set("shift", true));
-  return IsCmyk(pixels) ? small : Named(small, IsGrey(small) ? GreyOf(small) : RgbOf(small));
+  return IsCmyk(pixels) ? small : WithInterpretation(small, IsGrey(small) ? GreyOf(small) : RgbOf(small));
 }
 
 VImage Flattened(const VImage& pixels, base::Colour colour) {
   if (!HasAlpha(pixels)) return pixels;
-  const VImage able = AbleToHold(pixels, colour);
+  const VImage able = PromoteForColour(pixels, colour);
   std::vector<double> background = SamplesOf(able, colour);
   background.pop_back();
-  return able.flatten(VImage::option()->set("background", background)->set("max_alpha", MostOf(able)));
+  return able.flatten(VImage::option()->set("background", background)->set("max_alpha", MaxSample(able)));
 }
 
 Picture Displayed(const Picture& picture) {
@@ -155,7 +158,8 @@ Picture Displayed(const Picture& picture) {
     vips::VOption* options = Intent(colours);
     if (cmyk) options->set("input_profile", "cmyk");
     const VImage rgb = WithoutProfile(source.icc_transform("srgb", options));
-    return IsGrey(colours) ? Named(rgb.extract_band(1), GreyOf(rgb)) : Named(rgb, RgbOf(rgb));
+    // The three bands of a converted grey picture are equal, so one of them is enough.
+    return IsGrey(colours) ? WithInterpretation(rgb.extract_band(1), GreyOf(rgb)) : WithInterpretation(rgb, RgbOf(rgb));
   });
   return shown;
 }
@@ -165,7 +169,7 @@ Picture GreyPicture(const Picture& picture) {
   if (IsGrey(grey.pixels)) return grey;
   grey.pixels = OnColours(grey.pixels, [](const VImage& rgb) {
     const VImage weights = VImage::new_matrixv(3, 1, 0.299, 0.587, 0.114);
-    return Named(rgb.recomb(weights).rint().cast(rgb.format()), GreyOf(rgb));
+    return WithInterpretation(rgb.recomb(weights).rint().cast(rgb.format()), GreyOf(rgb));
   });
   return grey;
 }
@@ -177,6 +181,7 @@ Picture InColoursOf(const Picture& picture, const Picture& like) {
   if (!sameKind || picture.tags.profile != like.tags.profile) {
     result = IsGrey(target) ? GreyPicture(picture) : Displayed(picture);
     if (!IsGrey(target)) result.pixels = AsRgb(result.pixels);
+    // An RGB target without a profile counts as sRGB, which the pixels are already.
     if (IsCmyk(target) || (!IsGrey(target) && !like.tags.profile.empty())) {
       result.pixels = OnColours(result.pixels, [&](const VImage& colours) {
         const VImage neutral = colours.icc_import(VImage::option()->set("input_profile", "srgb"));
@@ -194,9 +199,10 @@ Picture InColoursOf(const Picture& picture, const Picture& like) {
   if (target.format() == VIPS_FORMAT_UCHAR) {
     result.pixels = EightBit(result.pixels);
   } else if (result.pixels.format() == VIPS_FORMAT_UCHAR) {
+    // 255 x 257 is 65535, so the full range of 8 bits becomes that of 16.
     const VImage deep = result.pixels * 257;
     result.pixels = deep.cast(VIPS_FORMAT_USHORT);
-    if (!IsCmyk(target)) result.pixels = Named(result.pixels, target.interpretation());
+    if (!IsCmyk(target)) result.pixels = WithInterpretation(result.pixels, target.interpretation());
   }
   return result;
 }

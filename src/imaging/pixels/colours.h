@@ -10,41 +10,46 @@
 
 namespace quillon::imaging {
 
+// The colour space is known from the bands: 1 or 2 are grey, 3 or 4 are RGB unless marked as CMYK.
 bool IsGrey(const vips::VImage& pixels);
 bool IsCmyk(const vips::VImage& pixels);
 bool HasAlpha(const vips::VImage& pixels);
 
-// Pixels as every operation here takes them (see Picture), from whatever a loader delivered: further bands are left
-// out, other colour spaces and sample formats become RGB. Throws VError where no colours can be made of them.
+// Converts what a loader delivered to the pixels that Picture describes, which every operation here expects.
+// Extra bands are dropped. Lab and XYZ, and sample formats other than 8 or 16 bits, become 8-bit sRGB.
+// Throws VError if the pixels have no meaning as colours.
 vips::VImage StandardPixels(const vips::VImage& loaded);
 
-// True when the profile is one for colours of this kind.
+// Returns true if the bytes are an ICC profile whose colour space is that of the pixels.
 bool ProfileFits(const std::string& profile, RowLayout layout);
 bool ProfileFits(const std::string& profile, const vips::VImage& pixels);
 
-// The sample values of a colour in pixels of this kind, opaque where there is alpha. On grey pixels it must be grey;
-// ink is 255 minus red, green and blue, the common part as black.
+// Returns one sample value a band for a colour, opaque if there is an alpha band.
+// For grey pixels the colour has to be grey. For CMYK ink is 255 minus red, green and blue, with the part that they
+// share moved to black.
 std::vector<double> SamplesOf(const vips::VImage& pixels, base::Colour colour);
 
-// Grey pixels made RGB; all others as they are.
+// Converts grey pixels to RGB and returns all others unchanged.
 vips::VImage AsRgb(const vips::VImage& pixels);
 
-// Grey pixels made RGB where colour is none of grey, so that it can stand beside them.
-vips::VImage AbleToHold(const vips::VImage& pixels, base::Colour colour);
+// Converts grey pixels to RGB if colour is not grey, so that they can be combined with it.
+vips::VImage PromoteForColour(const vips::VImage& pixels, base::Colour colour);
 
-// 8-bit samples; of 16 bits the upper half.
+// Reduces samples of 16 bits to their upper 8 bits.
 vips::VImage EightBit(const vips::VImage& pixels);
 
-// Laid on colour; as it is when there is no alpha.
+// Blends the pixels with colour and drops the alpha band. Returns pixels without alpha unchanged.
 vips::VImage Flattened(const vips::VImage& pixels, base::Colour colour);
 
-// As the screen shows them: grey or sRGB, no profile any more. CMYK without a profile is taken for a generic press.
+// Converts to grey or sRGB as a screen shows the picture; the result has no profile.
+// CMYK without a profile is converted with a generic press profile.
 Picture Displayed(const Picture& picture);
 
-// One band of Rec. 601 grey of the displayed values, rounded to nearest, and the alpha band where there is one.
+// Converts to one band of grey: 0.299 R + 0.587 G + 0.114 B (Rec. 601) of the displayed values, rounded to nearest.
+// An alpha band is kept.
 Picture GreyPicture(const Picture& picture);
 
-// picture with the colours, sample size and profile of like; alpha is kept.
+// Converts picture to the colour space, sample size and profile of like. An alpha band is kept.
 Picture InColoursOf(const Picture& picture, const Picture& like);
 
 }  // namespace quillon::imaging

@@ -15,7 +15,7 @@ DraftTarget::DraftTarget(host::Draft& draft)
   g_signal_connect(custom_, "seek", G_CALLBACK(OnSeek), this);
 }
 
-// A saver that failed may leave the target to a later collection; it must not reach the draft then.
+// After a failed save libvips may release the target later, and must not reach the draft then.
 DraftTarget::~DraftTarget() { g_signal_handlers_disconnect_by_data(custom_, this); }
 
 gint64 DraftTarget::OnWrite(VipsTargetCustom*, const void* data, gint64 size, DraftTarget* self) {
@@ -33,6 +33,7 @@ gint64 DraftTarget::OnRead(VipsTargetCustom*, void* data, gint64 size, DraftTarg
 }
 
 gint64 DraftTarget::OnSeek(VipsTargetCustom*, gint64 offset, int whence, DraftTarget* self) {
+  // libvips passes the constants of lseek.
   const gint64 base = whence == SEEK_SET   ? 0
                       : whence == SEEK_CUR ? self->at_
                                            : static_cast<gint64>(self->draft_.Size());
@@ -57,30 +58,32 @@ bool ReadDraft(host::Draft& draft, std::uint64_t offset, void* out, std::size_t 
 
 namespace {
 
-struct Taker {
-  const std::function<Status(const RowBlock&)>& take;
+// Carries the callback and its result through the C interface of libvips.
+struct RowVisitor {
+  const std::function<Status(const RowBlock&)>& onRows;
   Status result;
 };
 
-int OnRows(VipsRegion* region, VipsRect* area, void* taker) {
-  auto& self = *static_cast<Taker*>(taker);
-  self.result = self.take({area->top, area->height, VIPS_REGION_ADDR(region, 0, area->top),
-                           static_cast<std::size_t>(VIPS_REGION_LSKIP(region))});
+int OnRows(VipsRegion* region, VipsRect* area, void* visitor) {
+  auto& self = *static_cast<RowVisitor*>(visitor);
+  self.result = self.onRows({area->top, area->height, VIPS_REGION_ADDR(region, 0, area->top),
+                             static_cast<std::size_t>(VIPS_REGION_LSKIP(region))});
   return self.result ? 0 : -1;
 }
 
 }  // namespace
 
-Status ForEachRows(const vips::VImage& pixels, const std::function<Status(const RowBlock&)>& take) {
-  Taker taker{take, {}};
-  if (vips_sink_disc(pixels.get_image(), OnRows, &taker) != 0) {
-    if (!taker.result) {
+Status ForEachRows(const vips::VImage& pixels, const std::function<Status(const RowBlock&)>& onRows) {
+  RowVisitor visitor{onRows, {}};
+  if (vips_sink_disc(pixels.get_image(), OnRows, &visitor) != 0) {
+    // An error of the callback made libvips fail; return the cause instead of the consequence.
+    if (!visitor.result) {
       vips_error_clear();
-      return taker.result;
+      return visitor.result;
     }
     throw vips::VError();
   }
-  return taker.result;
+  return visitor.result;
 }
 
 }  // namespace quillon::imaging

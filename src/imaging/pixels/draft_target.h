@@ -9,7 +9,8 @@
 
 namespace quillon::imaging {
 
-// A draft as a target that savers write to, move about in and read back. Must outlive the save.
+// Lets the savers of libvips write to a draft, seek in it and read back from it.
+// The object has to live until the save has returned.
 class DraftTarget {
  public:
   explicit DraftTarget(host::Draft& draft);
@@ -18,7 +19,7 @@ class DraftTarget {
   DraftTarget& operator=(const DraftTarget&) = delete;
 
   const vips::VTarget& Target() const { return target_; }
-  // The first failure of the draft.
+  // Returns the first error of the draft, which libvips itself reports only as a failed write.
   const host::Status& Result() const { return result_; }
 
  private:
@@ -33,17 +34,20 @@ class DraftTarget {
   host::Status result_;
 };
 
-// All size bytes of the draft from offset, or false.
+// Reads size bytes of the draft from offset. Returns false if not all of them can be read.
+// Moves the position of the draft.
 bool ReadDraft(host::Draft& draft, std::uint64_t offset, void* out, std::size_t size);
 
-// Computes pixels from top to bottom and hands them over in blocks of rows; take gets the number of the first one.
-// A failure of take ends it and is the result. take is called on one thread, not always the caller's.
+// A batch of computed rows in memory. Valid during the call that receives it.
 struct RowBlock {
-  int top = 0;
+  int top = 0;  // number of the first row
   int count = 0;
-  const unsigned char* first = nullptr;
-  std::size_t step = 0;  // bytes from row to row
+  const unsigned char* first = nullptr;  // start of that row
+  std::size_t step = 0;                  // bytes from one row to the next
 };
-host::Status ForEachRows(const vips::VImage& pixels, const std::function<host::Status(const RowBlock&)>& take);
+// Computes the pixels from top to bottom and calls onRows for each batch of rows, in order.
+// onRows runs on one thread, which is not always the thread of the caller.
+// The first error of onRows ends the computation and is returned. Throws VError if the pixels cannot be computed.
+host::Status ForEachRows(const vips::VImage& pixels, const std::function<host::Status(const RowBlock&)>& onRows);
 
 }  // namespace quillon::imaging

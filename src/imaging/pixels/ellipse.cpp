@@ -21,7 +21,7 @@ using vips::VImage;
 
 constexpr int kPixelBytes = 4;
 
-// (2i - w)² h² + (2j - h)² w² <= w² h², in whole numbers.
+// Tests (2i - w)^2 h^2 + (2j - h)^2 w^2 <= w^2 h^2 in whole numbers, which cannot round a pixel of the outline out.
 bool Inside(base::Size size, std::int64_t column, std::int64_t row) {
   const std::int64_t width = size.width;
   const std::int64_t height = size.height;
@@ -42,15 +42,15 @@ VImage MaskOf(base::Size size) {
       vips_image_new_from_memory_copy(mask.data(), mask.size(), size.width, size.height, 1, VIPS_FORMAT_UCHAR));
 }
 
-// The box out of the source, with alpha; transparent where it lies outside.
+// Returns the box of the source with an alpha band; pixels outside the source are transparent.
 VImage Boxed(const VImage& pixels, base::Rect box) {
   VImage opaque = HasAlpha(pixels) ? pixels : pixels.bandjoin_const({255});
-  const base::Rect seen = Common(box, {0, 0, pixels.width(), pixels.height()});
-  if (seen.Empty()) {
+  const base::Rect overlap = Intersection(box, {0, 0, pixels.width(), pixels.height()});
+  if (overlap.Empty()) {
     return VImage::black(box.width, box.height, VImage::option()->set("bands", kPixelBytes));
   }
-  return opaque.extract_area(seen.left, seen.top, seen.width, seen.height)
-      .embed(seen.left - box.left, seen.top - box.top, box.width, box.height,
+  return opaque.extract_area(overlap.left, overlap.top, overlap.width, overlap.height)
+      .embed(overlap.left - box.left, overlap.top - box.top, box.width, box.height,
              VImage::option()->set("extend", VIPS_EXTEND_BLACK));
 }
 
@@ -59,7 +59,7 @@ VImage Boxed(const VImage& pixels, base::Rect box) {
 Span EllipseRow(base::Size size, int row) {
   const double half = (2.0 * row - size.height) / size.height;
   const double reach = size.width / 2.0 * std::sqrt(std::max(0.0, 1 - half * half));
-  // The root is a guess; whole numbers decide.
+  // The square root may be off by a pixel, so the exact test moves both ends.
   int first = std::clamp(static_cast<int>(size.width / 2.0 - reach), 0, size.width);
   while (first > 0 && Inside(size, first - 1, row)) --first;
   while (first < size.width && first <= size.width / 2 + 1 && !Inside(size, first, row)) ++first;

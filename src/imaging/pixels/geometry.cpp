@@ -16,7 +16,7 @@ namespace {
 
 using vips::VImage;
 
-// The clockwise quarter turns that angle degrees counter-clockwise are, if they are.
+// Returns the clockwise rotation that equals angle degrees counter-clockwise, if angle is a multiple of 90.
 std::optional<VipsAngle> QuarterTurns(double angle) {
   const double turns = angle / 90;
   if (turns != std::floor(turns)) return std::nullopt;
@@ -26,9 +26,9 @@ std::optional<VipsAngle> QuarterTurns(double angle) {
 
 double Radians(double angle) { return std::fmod(angle, 360) * std::numbers::pi / 180; }
 
-// Runs work on pixels whose colours count as much as they are seen, where there is alpha.
+// Runs work on pixels whose colours are multiplied by their alpha, so that interpolation weights them by opacity.
 template <class Work>
-VImage Weighed(const VImage& pixels, Work work) {
+VImage WithPremultipliedAlpha(const VImage& pixels, Work work) {
   if (!HasAlpha(pixels)) return work(pixels);
   const VImage done = work(pixels.cast(VIPS_FORMAT_FLOAT).premultiply());
   return done.unpremultiply()
@@ -43,34 +43,36 @@ VImage Turned(const VImage& pixels, double angle, base::Colour colour) {
   if (const std::optional<VipsAngle> turns = QuarterTurns(angle)) {
     return *turns == VIPS_ANGLE_D0 ? pixels : pixels.rot(*turns);
   }
-  const VImage able = AbleToHold(pixels, colour);
-  const base::Size canvas = base::TurnedSize({able.width(), able.height()}, angle);
-  const std::vector<double> background = SamplesOf(able, colour);
-  return Weighed(able, [&](const VImage& seen) { return LanczosTurned(seen, Radians(angle), canvas, background); });
+  const VImage target = PromoteForColour(pixels, colour);
+  const base::Size canvas = base::TurnedSize({target.width(), target.height()}, angle);
+  const std::vector<double> background = SamplesOf(target, colour);
+  return WithPremultipliedAlpha(
+      target, [&](const VImage& weighted) { return LanczosTurned(weighted, Radians(angle), canvas, background); });
 }
 
 VImage Scaled(const VImage& pixels, base::Size size) {
   if (pixels.width() == size.width && pixels.height() == size.height) return pixels;
-  return Weighed(pixels, [&](const VImage& seen) { return LanczosScaled(seen, size); });
+  return WithPremultipliedAlpha(pixels, [&](const VImage& weighted) { return LanczosScaled(weighted, size); });
 }
 
 VImage CropOrPad(const VImage& pixels, base::Rect rect, base::Colour colour) {
   const base::Rect whole{0, 0, pixels.width(), pixels.height()};
   if (rect == whole) return pixels;
-  const base::Rect seen = Common(rect, whole);
-  if (seen == rect) return pixels.extract_area(rect.left, rect.top, rect.width, rect.height);
-  const VImage able = AbleToHold(pixels, colour);
-  const std::vector<double> outside = SamplesOf(able, colour);
-  if (seen.Empty()) {
-    const VImage dot = able.extract_area(0, 0, 1, 1).new_from_image(outside);
+  const base::Rect visible = Intersection(rect, whole);
+  if (visible == rect) return pixels.extract_area(rect.left, rect.top, rect.width, rect.height);
+  const VImage target = PromoteForColour(pixels, colour);
+  const std::vector<double> outside = SamplesOf(target, colour);
+  if (visible.Empty()) {
+    // Nothing of the picture is left: extend one pixel of the colour over the rectangle.
+    const VImage dot = target.extract_area(0, 0, 1, 1).new_from_image(outside);
     return dot.embed(0, 0, rect.width, rect.height, VImage::option()->set("extend", VIPS_EXTEND_COPY));
   }
-  return able.extract_area(seen.left, seen.top, seen.width, seen.height)
-      .embed(seen.left - rect.left, seen.top - rect.top, rect.width, rect.height,
+  return target.extract_area(visible.left, visible.top, visible.width, visible.height)
+      .embed(visible.left - rect.left, visible.top - rect.top, rect.width, rect.height,
              VImage::option()->set("extend", VIPS_EXTEND_BACKGROUND)->set("background", outside));
 }
 
-base::Rect Common(base::Rect a, base::Rect b) {
+base::Rect Intersection(base::Rect a, base::Rect b) {
   const std::int64_t left = std::max(a.left, b.left);
   const std::int64_t top = std::max(a.top, b.top);
   const std::int64_t right = std::min(std::int64_t{a.left} + a.width, std::int64_t{b.left} + b.width);

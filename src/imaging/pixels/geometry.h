@@ -8,19 +8,19 @@
 
 namespace quillon::imaging {
 
-// Turned about the centre by angle degrees counter-clockwise, on a canvas of TurnedSize. Multiples of 90 degrees are
-// exact; between them pixels are interpolated by Lanczos with three lobes, the rim is smooth, and the canvas shows
-// colour, opaque, where nothing lies.
+// Rotates about the centre by angle degrees counter-clockwise, on a canvas of TurnedSize.
+// Multiples of 90 degrees move pixels exactly; any other angle interpolates with a Lanczos kernel of three lobes.
+// The edge of the picture is antialiased. The rest of the canvas is filled with colour, opaque.
 vips::VImage Turned(const vips::VImage& pixels, double angle, base::Colour colour);
 
-// Scaled to size, both sides at least 1, by Lanczos with three lobes. Transparent pixels do not bleed into their
-// neighbours.
+// Resamples to size with a Lanczos kernel of three lobes. Both sides are at least 1.
+// Colours are weighted by alpha, so that transparent pixels do not bleed into their neighbours.
 vips::VImage Scaled(const vips::VImage& pixels, base::Size size);
 
-// The rectangle of a picture; what lies outside is colour, opaque. rect is not empty.
+// Returns the rectangle of a picture. Pixels outside the picture are padded with opaque colour. rect is not empty.
 vips::VImage CropOrPad(const vips::VImage& pixels, base::Rect rect, base::Colour colour);
 
-// What two rectangles have in common; empty (0 x 0) where they do not meet. 64-bit inside.
-base::Rect Common(base::Rect a, base::Rect b);
+// Returns the overlap of two rectangles, or 0 x 0 if there is none. Computed with 64 bits, so it cannot overflow.
+base::Rect Intersection(base::Rect a, base::Rect b);
 
 }  // namespace quillon::imaging

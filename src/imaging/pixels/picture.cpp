@@ -7,17 +7,17 @@
 namespace quillon::imaging {
 namespace {
 
-// More threads than this gain nothing for one picture and each holds buffers.
+// More threads do not speed up one picture, and each of them holds buffers.
 constexpr int kMostThreads = 4;
 
 void Ignore(const gchar*, GLogLevelFlags, const gchar*, gpointer) {}
 
 void Start() {
   if (VIPS_INIT("quillon") != 0) throw vips::VError();
-  // A result kept for a name would be handed out again after the file has changed.
+  // The operation cache of libvips knows a file by its name and would return old pixels after the file has changed.
   vips_cache_set_max(0);
   vips_concurrency_set(std::clamp(vips_concurrency_get(), 1, kMostThreads));
-  // Failures come back as results; the rest is chatter about odd files.
+  // Errors are returned as results. The remaining messages are warnings about unusual files.
   g_log_set_handler("VIPS", static_cast<GLogLevelFlags>(G_LOG_LEVEL_WARNING | G_LOG_LEVEL_INFO), Ignore, nullptr);
 }
 

@@ -16,27 +16,28 @@
 
 namespace quillon::imaging {
 
-// What goes with the pixels of a picture. The pixels' own header carries none of it.
+// The metadata of a picture. The libvips header of its pixels carries none of it.
 struct PictureTags {
-  std::string profile = {};  // ICC; fits the pixels' colours, "" for none
-  std::string exif = {};     // EXIF as a TIFF structure, "" for none
-  int orientation = 1;       // as EXIF tells it, 1..8
-  int dpi = 0;               // 0: not known
+  std::string profile = {};  // ICC profile for the colour space of the pixels, empty for none
+  std::string exif = {};     // EXIF block (a TIFF structure), empty for none
+  int orientation = 1;       // EXIF orientation, 1..8
+  int dpi = 0;               // dots per inch, 0 if unknown
 };
 
-// Pixels are grey, RGB or CMYK (as ink), each sample 8 or 16 bits; grey and RGB may have an alpha band. They may be
-// computed when they are asked for.
+// Pixels with their metadata. The pixels are grey, RGB or CMYK (samples count ink), with 8 or 16 bits a sample; grey
+// and RGB may have an alpha band. They may be computed lazily, when an operation asks for them.
 struct Picture {
   vips::VImage pixels;
   PictureTags tags;
 };
 
-// Pixels of an image handle come from memory alone.
+// What an Image handle owns. Its pixels are always computed and held in memory.
 struct ImageData {
   Picture picture;
 };
 
-// The first failure of a reader that works inside a pipeline, whose own report would be lost there.
+// Keeps the first error of a reader that runs inside a libvips pipeline, which would report only that it failed.
+// May be called from several threads.
 class ReadFault {
  public:
   void Set(host::Status status) {
@@ -53,10 +54,11 @@ class ReadFault {
   host::Status status_;
 };
 
-// Sets up the library behind the pixels at the first call.
+// Initialises libvips at the first call. Throws VError if that fails.
 void EnsureVips();
 
-// Runs work, which returns a Status; what the libraries throw becomes one. Failed is for anything but lack of memory.
+// Runs work, which returns a Status, and converts exceptions of the libraries to one.
+// Lack of memory becomes OutOfMemory, every other exception becomes failed.
 template <class Work>
 host::Status Guarded(const host::Status& failed, Work work) {
   try {
@@ -71,7 +73,7 @@ host::Status Guarded(const host::Status& failed, Work work) {
   }
 }
 
-// Runs work on the picture of an image; NoImage without one.
+// Runs work on the picture of an image. Returns NoImage if the image is empty.
 template <class Work>
 host::Status OnPicture(const Image& image, Work work) {
   if (image.Empty()) return fault::NoImage();

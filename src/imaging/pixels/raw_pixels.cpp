@@ -16,6 +16,7 @@ Status ImageOfRgb(base::Size size, const std::vector<unsigned char>& rgb, int dp
   }
   return Guarded(fault::OutOfMemory(), [&] {
     auto data = std::make_unique<ImageData>();
+    // A copy, since the image outlives the bytes of the caller.
     const VImage pixels(
         vips_image_new_from_memory_copy(rgb.data(), rgb.size(), size.width, size.height, 3, VIPS_FORMAT_UCHAR));
     data->picture.pixels = pixels.copy(VImage::option()->set("interpretation", VIPS_INTERPRETATION_sRGB));

@@ -10,11 +10,14 @@
 
 namespace quillon::imaging {
 
-// 8-bit RGB rows without padding become a picture of that size and resolution (0: not known). Other where the bytes do
-// not match the size.
+// Makes an image from 8-bit RGB rows without padding, top row first.
+// dpi is stored as the resolution; 0 means unknown.
+// Other: the size is empty. Damaged: the number of bytes does not match the size.
 Status ImageOfRgb(base::Size size, const std::vector<unsigned char>& rgb, int dpi, Image& out);
 
-// The way back: as the screen shows the picture, transparency laid on white.
+// Returns the size and the 8-bit RGB rows of an image as the screen shows it, without padding.
+// Transparent pixels are blended with white. CMYK and profiles are converted to sRGB.
+// Other: the image is empty.
 Status RgbOfImage(const Image& image, base::Size& size, std::vector<unsigned char>& rgb);
 
 }  // namespace quillon::imaging

@@ -11,6 +11,10 @@
 
 #include "imaging/rows/lanczos.h"
 
+// The resampling runs as two custom libvips operations, Down (rows) and Across (columns), and the rotation as one
+// (Turn).
+// Each is a Step: it owns its source image and fills one region of its result at a time, so any part of a huge picture
+// can be computed without the rest. Down writes floats, so that the value of a sample is rounded only once, by Across.
 namespace quillon::imaging {
 namespace {
 
@@ -30,13 +34,13 @@ Sample Rounded(float value) {
   }
 }
 
-// A step of the pipeline: what its pixels are made from, and how. Lives as long as its image.
+// An operation of a pipeline. The object lives as long as the image that it computes.
 struct Step {
   explicit Step(const VImage& from) : source(from) {}
   Step(const Step&) = delete;
   Step& operator=(const Step&) = delete;
   virtual ~Step() = default;
-  // Fills the region, from one of the source.
+  // Computes the valid area of out from a region of the source. Returns 0, or -1 after an error.
   virtual int Fill(VipsRegion* out, VipsRegion* in) const = 0;
 
   VImage source;
@@ -60,7 +64,7 @@ VImage ImageOf(std::unique_ptr<Step> step, base::Size size, VipsBandFormat forma
   return image;
 }
 
-// Rows of floating point, each the weighted sum of rows of the source.
+// Computes rows of floats, each the weighted sum of source rows.
 template <class Sample>
 struct Down : Step {
   Down(const VImage& from, int height) : Step(from), axis(from.height(), height) {}
@@ -88,7 +92,7 @@ struct Down : Step {
   LanczosAxis axis;
 };
 
-// Columns of a row of floating point, each the weighted sum of its columns.
+// Computes columns, each the weighted sum of the columns of the source row, which is in floats.
 template <class Sample>
 struct Across : Step {
   Across(const VImage& from, int width) : Step(from), axis(from.width(), width) {}
@@ -137,7 +141,7 @@ template <class Sample>
 VImage ScaledAs(const VImage& pixels, base::Size size) {
   VImage rows = ImageOf(std::make_unique<Down<Sample>>(pixels, size.height), {pixels.width(), size.height},
                         VIPS_FORMAT_FLOAT, VIPS_DEMAND_STYLE_THINSTRIP);
-  // Strips that are asked for out of order would ask the source so too.
+  // libvips computes strips on several threads and would request source rows out of order.
   if (rows.get_typeof(VIPS_META_SEQUENTIAL) != 0) {
     rows = rows.sequential(VImage::option()->set("tile_height", kRowsAtOnce));
   }
@@ -145,8 +149,8 @@ VImage ScaledAs(const VImage& pixels, base::Size size) {
                  VIPS_DEMAND_STYLE_THINSTRIP);
 }
 
-// Weights of the six samples around a place between two, for steps fine enough that their rounding is lost in that of
-// the samples.
+// Weights of the six samples around a position between two samples, tabulated for 2048 positions. The step is so fine
+// that its error disappears in the rounding of the samples.
 class Weights {
  public:
   static constexpr int kTaps = 6;
@@ -170,6 +174,7 @@ class Weights {
   std::array<std::array<float, kTaps>, kSteps + 1> table_{};
 };
 
+// Computes a rotated canvas: each pixel is mapped back to the source and interpolated there.
 template <class Sample>
 struct Turn : Step {
   Turn(const VImage& from, double radians, base::Size canvas, const std::vector<double>& outside)
@@ -188,14 +193,15 @@ struct Turn : Step {
     double y;
   };
 
-  // Rows count downwards, so that this turns back clockwise to the eye. Pixels lie at whole numbers.
+  // Maps a canvas pixel to the source. Rows count downwards, so this rotates clockwise to the eye.
+  // Pixel centres lie at integer coordinates.
   Point SourceOf(int x, int y) const {
     const double dx = x - middleX;
     const double dy = y - middleY;
     return {sourceX + cosine * dx - sine * dy, sourceY + sine * dx + cosine * dy};
   }
 
-  // What a pixel of the turned picture sees of the source, with all taps, inside of it.
+  // Returns the part of the source that an area of the canvas depends on, including all taps, clamped to the source.
   VipsRect Needed(const VipsRect& area) const {
     const int right = area.left + area.width - 1;
     const int bottom = area.top + area.height - 1;
@@ -210,7 +216,7 @@ struct Turn : Step {
             inside(std::ceil(lowest) + 3, source.height()) - y + 1};
   }
 
-  // The share of a pixel at that place that the picture covers along one side.
+  // Returns the share, 0 to 1, of a canvas pixel that lies on the source along one axis.
   static float Covered(double at, int size) {
     return static_cast<float>(std::clamp(std::min(at + 1, size - at), 0.0, 1.0));
   }
@@ -264,7 +270,7 @@ struct Turn : Step {
   Weights weights;
 };
 
-// Calls work with a sample of the pixels' format.
+// Calls work with a value of the sample type of the pixels, from which it deduces its template argument.
 template <class Work>
 VImage BySample(const VImage& pixels, Work work) {
   switch (pixels.format()) {
@@ -279,7 +285,7 @@ VImage BySample(const VImage& pixels, Work work) {
 
 }  // namespace
 
-// A kernel of hundreds of rows would hold them all; of many times too many, blocks of pixels are averaged first.
+// The kernel holds 6 x factor rows at once. Averaging blocks first bounds that at no visible loss.
 VImage LanczosScaled(const VImage& pixels, base::Size size) {
   constexpr int kMostByKernel = 16;
   const int across = std::max(1, pixels.width() / size.width / kMostByKernel);

@@ -8,18 +8,18 @@
 
 #include "base/rect.h"
 
+// Resampling for libvips pipelines, with at most four bands. Samples are unsigned integers of 8 or 16 bits, or floats;
+// the result has the same format. Sums are floats and are rounded once; float samples are neither rounded nor clamped.
 namespace quillon::imaging {
 
-// Sums are kept in floating point and rounded once. Samples are unsigned whole numbers of 8 or 16 bits, or floating
-// point, which is neither rounded nor clipped; the result has the same. There are at most four bands.
-
-// Scaled to size by the Lanczos kernel, both ways, strip by strip: reads the pixels from top to bottom. To less than a
-// 32nd, blocks of pixels are averaged first.
+// Resamples to size with the Lanczos kernel on both axes. Reads the pixels once, from top to bottom.
+// A reduction by 32 or more averages blocks of pixels first.
 vips::VImage LanczosScaled(const vips::VImage& pixels, base::Size size);
 
-// Turned about the centre by radians counter-clockwise onto a canvas; centre goes to centre. Pixels are interpolated
-// by the Lanczos kernel; those of the rim are taken to go on beyond it, and cover what they cover of a pixel. The rest
-// is background, one value a band.
+// Rotates by radians counter-clockwise onto a canvas; the centre of the picture becomes the centre of the canvas.
+// Pixels are interpolated with the Lanczos kernel, and edge pixels repeat beyond the edge.
+// A canvas pixel at the edge is blended by the share of its area that the picture covers. The rest is background, which
+// has one value a band.
 vips::VImage LanczosTurned(const vips::VImage& pixels, double radians, base::Size canvas,
                            const std::vector<double>& background);
 

@@ -8,9 +8,10 @@ namespace {
 using host::Status;
 using vips::VImage;
 
-// Rows in order are read ahead by this many, so that threads do not wait for each other at every row.
+// Rows cached between threads, so that they do not wait for each other at every row.
 constexpr int kRowsAtOnce = 16;
 
+// The reader of a generated image; deleted with the image.
 template <class Rows>
 struct Reader {
   std::shared_ptr<Rows> rows;
@@ -85,7 +86,7 @@ VImage ImageOfRows(std::shared_ptr<RowSource> rows, std::shared_ptr<ReadFault> f
 
 VImage ImageOfRows(std::shared_ptr<RowStream> rows, int count, std::shared_ptr<ReadFault> fault) {
   VImage image = Generated(std::move(rows), count, std::move(fault), GenerateRows);
-  // The mark by which steps that would ask out of order know to keep what they need.
+  // libvips marks images this way that can be read only once. Operations that read out of order cache rows then.
   image.set(VIPS_META_SEQUENTIAL, 1);
   return image.sequential(VImage::option()->set("tile_height", kRowsAtOnce));
 }

@@ -9,10 +9,13 @@
 
 namespace quillon::imaging {
 
-// The rows as pixels that are read when they are asked for; failures go into fault as well.
+// Wraps a row source as a libvips image that reads spans when pixels are requested, in any order and on any thread.
+// A read error fails the pipeline and is kept in fault, since libvips loses its reason.
+// The image shares ownership of rows and fault. Throws VError.
 vips::VImage ImageOfRows(std::shared_ptr<RowSource> rows, std::shared_ptr<ReadFault> fault);
 
-// The next count rows of a stream as pixels of their own, to be asked for once, from top to bottom.
+// Wraps the next count rows of a stream as a libvips image. It can be computed once, from top to bottom, and has to be
+// used up before the next rows are wrapped.
 vips::VImage ImageOfRows(std::shared_ptr<RowStream> rows, int count, std::shared_ptr<ReadFault> fault);
 
 }  // namespace quillon::imaging

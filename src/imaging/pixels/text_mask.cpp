@@ -15,7 +15,7 @@ using vips::VImage;
 
 constexpr std::size_t kMostBytes = 1000;
 
-// Nothing in the text means anything to the layout.
+// The text renderer parses markup, so characters with a meaning there are escaped.
 std::string Escaped(const std::string& text) {
   std::string escaped;
   for (const char letter : text) {
@@ -43,7 +43,7 @@ Status DrawTextMask(const std::string& text, double pixels, TextMask& mask) {
   if (text.empty() || text.size() > kMostBytes) return fault::EmptyRectangle();
   return Guarded(fault::NoImage(), [&] {
     const std::string font = "Sans " + std::to_string(std::clamp(pixels, 4.0, 1000.0));
-    // At 72 dots an inch a point of the font is a pixel.
+    // At 72 dpi a point is one pixel.
     const VImage drawn = VImage::text(Escaped(base::DisplayText(text)).c_str(),
                                       VImage::option()->set("font", font.c_str())->set("dpi", 72));
     std::size_t size = 0;

@@ -12,17 +12,19 @@
 
 namespace quillon::imaging {
 
-// A line of text as the desktop's font draws it: how much each pixel is covered, 0 to 255, row by row.
+// A line of text drawn with the font of the desktop. cover holds one byte a pixel, row by row without padding:
+// 0 is not covered, 255 fully covered.
 struct TextMask {
   base::Size size;
   std::vector<unsigned char> cover;
 };
 
-// pixels is the height of the font, 4 to 1000; values outside are clamped. Text that is no UTF-8 is shown with marks
-// for what it is not. Other: nothing is to be drawn.
+// Draws one line of text. pixels is the font size, from 4 to 1000; values outside are clamped.
+// Bytes that are not UTF-8 are drawn as replacement characters, control characters as blanks.
+// Other: the text is empty, longer than 1000 bytes, or draws nothing.
 Status DrawTextMask(const std::string& text, double pixels, TextMask& mask);
 
-// The mask as a picture of that colour on nothing.
+// Makes an RGB image of the given colour whose alpha is the mask. Other: the mask is empty.
 Status ImageOfMask(const TextMask& mask, base::Colour colour, Image& out);
 
 }  // namespace quillon::imaging

@@ -21,6 +21,7 @@ double Lanczos(double distance) {
 }
 
 LanczosAxis::LanczosAxis(int source, int target) {
+  // Sample i covers the interval [i, i + 1), so centres are mapped, not corners.
   const double step = static_cast<double>(source) / target;
   const double spread = std::max(1.0, step);
   places_.reserve(static_cast<std::size_t>(target));

@@ -9,41 +9,45 @@
 
 namespace quillon::imaging {
 
-// What the samples of a row mean; the channels are interleaved. Cmyk counts ink, 0 for none.
+// The colour channels of a row, which are interleaved. Cmyk samples count ink: 0 is no ink.
 enum class RowLayout { Grey = 1, Rgb = 3, Cmyk = 4 };
 
+// Describes the rows of a picture: size, sample format and the metadata of the file.
 struct RowFacts {
   base::Size size;
   RowLayout layout = RowLayout::Rgb;
-  bool ycc = false;    // the channels of Rgb are Y, Cb and Cr instead: for those alone who asked for them
-  bool alpha = false;  // one more channel, behind the colours
-  int bits = 8;        // a sample: 8, or 16 in the machine's byte order
-  int dpi = 0;
-  int orientation = 1;  // as EXIF tells it
-  std::string profile;  // ICC, "" for none
-  std::string exif;     // EXIF as a TIFF structure, "" for none
+  bool ycc = false;     // the channels are Y, Cb and Cr instead of R, G and B; only if the reader asked for them
+  bool alpha = false;   // an alpha channel follows the colours
+  int bits = 8;         // bits of a sample: 8, or 16 in native byte order
+  int dpi = 0;          // dots per inch, 0 if unknown
+  int orientation = 1;  // EXIF orientation, 1..8
+  std::string profile;  // ICC profile, empty if there is none
+  std::string exif;     // EXIF block (a TIFF structure), empty if there is none
 
   int Channels() const { return static_cast<int>(layout) + (alpha ? 1 : 0); }
   int PixelBytes() const { return Channels() * bits / 8; }
 };
 
-// A picture that hands out parts of its rows in any order, without being held whole. Safe to call from several threads.
+// Reads any part of any row of a picture, without holding the whole picture in memory.
+// All members may be called from several threads.
 class RowSource {
  public:
   virtual ~RowSource() = default;
   virtual const RowFacts& Facts() const = 0;
-  // width pixels of a row from left on, which lie inside the picture. Damaged when the file does not hold them.
+  // Writes width pixels of a row, starting at column left, to out. The span lies inside the picture.
+  // Returns Damaged if the file does not contain the pixels.
   virtual host::Status ReadSpan(int row, int left, int width, unsigned char* out) = 0;
 };
 
-// A picture that hands out its rows once, from the top. Used by one thread at a time.
+// Reads the rows of a picture once, from top to bottom. Used by one thread at a time.
 class RowStream {
  public:
   virtual ~RowStream() = default;
   virtual const RowFacts& Facts() const = 0;
-  // The next row. With the last one everything behind it is checked too.
+  // Writes the next row to out, which holds size.width * PixelBytes() bytes. Not called after the last row.
+  // Reading the last row also checks what follows it in the file, so damage there is reported.
   virtual host::Status ReadRow(unsigned char* out) = 0;
-  // As reading count rows that nobody wants to see; where a kind of file knows a quicker way, it takes it.
+  // Reads past count rows. The default decodes and drops them; a reader that can skip faster overrides it.
   virtual host::Status SkipRows(int count);
 };
 

@@ -8,6 +8,13 @@
 
 #include "imaging/faults.h"
 
+// How PrefetchedRows works: the thread and the consumer share a ring of blocks. filled_ counts the blocks that the
+// thread completed, consumed_ those that the consumer finished with, so the difference is the number of blocks in use
+// and the index into the ring is the count modulo its size. A block belongs to one side at a time, which is why its
+// rows are read and written outside the lock.
+//
+// How ScaledRows works: the vertical sums are built while source rows arrive, and the horizontal kernel runs once on
+// each finished sum. Memory is a few rows, whatever the reduction factor.
 namespace quillon::imaging {
 namespace {
 
@@ -17,6 +24,7 @@ std::size_t RowBytesOf(const RowFacts& facts) {
   return static_cast<std::size_t>(facts.size.width) * static_cast<unsigned>(facts.PixelBytes());
 }
 
+// The channel count is a template parameter so that the compiler unrolls the inner loop.
 template <int kChannels>
 void SumAcross(const LanczosAxis& axis, int width, const float* row, unsigned char* out) {
   for (int x = 0; x < width; ++x) {
@@ -35,26 +43,35 @@ void SumAcross(const LanczosAxis& axis, int width, const float* row, unsigned ch
 
 }  // namespace
 
-RowsAhead::RowsAhead(std::shared_ptr<RowStream> from) : from_(std::move(from)), rowBytes_(RowBytesOf(from_->Facts())) {
-  for (Block& block : blocks_) block.rows.resize(rowBytes_ * kRowsABlock);
+Status RowStream::SkipRows(int count) {
+  std::vector<unsigned char> row(RowBytesOf(Facts()));
+  for (int i = 0; i < count; ++i) {
+    if (Status status = ReadRow(row.data()); !status) return status;
+  }
+  return Status::Ok();
+}
+
+PrefetchedRows::PrefetchedRows(std::shared_ptr<RowStream> from)
+    : from_(std::move(from)), rowBytes_(RowBytesOf(from_->Facts())) {
+  for (Block& block : blocks_) block.rows.resize(rowBytes_ * kRowsPerBlock);
   thread_ = std::jthread([this](const std::stop_token& stop) { Work(stop); });
 }
 
-// The thread has to end before what it works with does.
-RowsAhead::~RowsAhead() {
+// The members that the thread uses are destroyed after this, so the thread has to end first.
+PrefetchedRows::~PrefetchedRows() {
   thread_.request_stop();
   thread_.join();
 }
 
-void RowsAhead::Work(const std::stop_token& stop) {
+void PrefetchedRows::Work(const std::stop_token& stop) {
   int left = from_->Facts().size.height;
   bool failed = false;
   while (left > 0 && !failed) {
     std::unique_lock lock(mutex_);
-    if (!changed_.wait(lock, stop, [this] { return filled_ - taken_ < kBlocks; })) return;
+    if (!changed_.wait(lock, stop, [this] { return filled_ - consumed_ < kBlocks; })) return;
     Block& block = blocks_[static_cast<std::size_t>(filled_ % kBlocks)];
     lock.unlock();
-    Fill(block, std::min(left, kRowsABlock));
+    Fill(block, std::min(left, kRowsPerBlock));
     left -= block.count;
     failed = !block.status;
     lock.lock();
@@ -64,7 +81,7 @@ void RowsAhead::Work(const std::stop_token& stop) {
   }
 }
 
-void RowsAhead::Fill(Block& block, int most) {
+void PrefetchedRows::Fill(Block& block, int most) {
   block.count = 0;
   try {
     while (block.count < most) {
@@ -77,18 +94,19 @@ void RowsAhead::Fill(Block& block, int most) {
   }
 }
 
-Status RowsAhead::ReadRow(unsigned char* out) {
+Status PrefetchedRows::ReadRow(unsigned char* out) {
   std::unique_lock lock(mutex_);
-  changed_.wait(lock, [this] { return filled_ > taken_; });
+  changed_.wait(lock, [this] { return filled_ > consumed_; });
   lock.unlock();
-  const Block& block = blocks_[static_cast<std::size_t>(taken_ % kBlocks)];
+  const Block& block = blocks_[static_cast<std::size_t>(consumed_ % kBlocks)];
+  // The block stays current after an error, so that every further call returns the error again.
   if (row_ == block.count) return block.status;
   std::copy_n(block.rows.data() + rowBytes_ * static_cast<unsigned>(row_), rowBytes_, out);
   ++row_;
   if (row_ < block.count || !block.status) return Status::Ok();
   row_ = 0;
   lock.lock();
-  ++taken_;
+  ++consumed_;
   lock.unlock();
   changed_.notify_all();
   return Status::Ok();
@@ -125,6 +143,7 @@ ScaledRows::ScaledRows(std::shared_ptr<RowStream> from, base::Size used, base::S
 Status ScaledRows::ReadRow(unsigned char* out) {
   const LanczosAxis::Taps taps = down_.At(next_);
   const bool last = next_ + 1 == facts_.size.height;
+  // The last row also reads the rows that do not contribute; see the class.
   const int needed = last ? from_->Facts().size.height : taps.first + taps.count;
   while (read_ < needed) {
     if (Status added = AddRow(); !added) return added;
@@ -136,7 +155,6 @@ Status ScaledRows::ReadRow(unsigned char* out) {
   return Status::Ok();
 }
 
-// Every row of the result that the next row of the source counts for gets its share.
 Status ScaledRows::AddRow() {
   if (Status status = from_->ReadRow(bytes_.data()); !status) return status;
   const int at = read_++;

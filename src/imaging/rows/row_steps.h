@@ -13,33 +13,36 @@
 #include "imaging/rows/lanczos.h"
 #include "imaging/rows/row_source.h"
 
-// Steps between a stream of rows and what takes them, each a stream of rows itself. None holds more than some rows.
+// Row streams that transform another row stream. Each holds a few rows, never the whole picture.
 namespace quillon::imaging {
 
-// The rows of another stream, which are read some ahead on a thread of their own, so that what takes them works
-// meanwhile. A failure comes with the row that it keeps away.
-class RowsAhead final : public RowStream {
+// Reads another stream ahead on a thread of its own, so that decoding overlaps with what the consumer does.
+// At most 64 rows are read ahead. A read error is returned when the missing row is requested.
+// The destructor stops the thread and waits for the row that is being read.
+class PrefetchedRows final : public RowStream {
  public:
-  explicit RowsAhead(std::shared_ptr<RowStream> from);
-  ~RowsAhead() override;
-  RowsAhead(const RowsAhead&) = delete;
-  RowsAhead& operator=(const RowsAhead&) = delete;
+  explicit PrefetchedRows(std::shared_ptr<RowStream> from);
+  ~PrefetchedRows() override;
+  PrefetchedRows(const PrefetchedRows&) = delete;
+  PrefetchedRows& operator=(const PrefetchedRows&) = delete;
 
   const RowFacts& Facts() const override { return from_->Facts(); }
   host::Status ReadRow(unsigned char* out) override;
 
  private:
-  static constexpr int kRowsABlock = 16;
+  static constexpr int kRowsPerBlock = 16;
   static constexpr int kBlocks = 4;
 
-  // Rows that were read, and what the next one failed with.
+  // A batch of rows, and the error that the row after them failed with, if any.
   struct Block {
     std::vector<unsigned char> rows;
     int count = 0;
     host::Status status;
   };
 
+  // Fills blocks until the rows end, a row fails, or a stop is requested. Runs on the thread.
   void Work(const std::stop_token& stop);
+  // Reads at most most rows into block. Catches lack of memory, since an exception must not leave the thread.
   void Fill(Block& block, int most);
 
   std::shared_ptr<RowStream> from_;
@@ -47,14 +50,14 @@ class RowsAhead final : public RowStream {
   std::array<Block, kBlocks> blocks_;
   std::mutex mutex_;
   std::condition_variable_any changed_;
-  int filled_ = 0;  // blocks handed over so far
-  int taken_ = 0;   // blocks given back so far
-  int row_ = 0;     // in the block that is being taken
+  int filled_ = 0;    // blocks that the thread has filled so far
+  int consumed_ = 0;  // blocks that the consumer has returned so far
+  int row_ = 0;       // next row in the block that the consumer reads
   std::jthread thread_;
 };
 
-// A part of the rows of another stream. Those above it are skipped, what lies beside and below is not looked at. rect
-// lies inside of them.
+// The rows and columns of another stream that lie in rect, which lies inside the picture.
+// Rows above rect are skipped. Rows below it are not read, so damage there goes unnoticed.
 class PartRows final : public RowStream {
  public:
   PartRows(std::shared_ptr<RowStream> from, base::Rect rect);
@@ -70,9 +73,10 @@ class PartRows final : public RowStream {
   bool begun_ = false;
 };
 
-// Rows of 8 bits without alpha, scaled down to size by the Lanczos kernel. Of the rows of the other stream, the first
-// used.height and their first used.width pixels count; the others are read all the same, so that damage there is
-// found. No side of size is 0 or larger than that of used.
+// Another stream reduced to size with the Lanczos kernel. The rows have 8 bits and no alpha.
+// Only the first used.height rows and used.width columns contribute. The remaining rows are read with the last row of
+// the result, so that damage in them is found.
+// Neither side of size is 0 or larger than that of used.
 class ScaledRows final : public RowStream {
  public:
   ScaledRows(std::shared_ptr<RowStream> from, base::Size used, base::Size size);
@@ -81,10 +85,12 @@ class ScaledRows final : public RowStream {
   host::Status ReadRow(unsigned char* out) override;
 
  private:
-  // A row of the source counts for so many rows of the result at most.
+  // Upper bound of the result rows that one source row contributes to: the kernel spans six of them.
   static constexpr int kSums = 8;
 
+  // Reads one source row and adds it, weighted, to every result row that it contributes to.
   host::Status AddRow();
+  // Applies the horizontal kernel to a finished sum and rounds to bytes.
   void WriteRow(const float* sums, unsigned char* out) const;
   std::vector<float>& SumsOf(int row) { return sums_[static_cast<std::size_t>(row % kSums)]; }
 
@@ -93,11 +99,11 @@ class ScaledRows final : public RowStream {
   base::Size used_;
   LanczosAxis across_;
   LanczosAxis down_;
-  std::vector<unsigned char> bytes_;  // a row of the source
-  std::vector<float> row_;
-  std::array<std::vector<float>, kSums> sums_;  // rows of the result that are begun, as wide as the source
-  int read_ = 0;
-  int next_ = 0;
+  std::vector<unsigned char> bytes_;            // one source row as read
+  std::vector<float> row_;                      // its used columns
+  std::array<std::vector<float>, kSums> sums_;  // ring of unfinished result rows, still as wide as used
+  int read_ = 0;                                // source rows read so far
+  int next_ = 0;                                // result row that is returned next
 };
 
 }  // namespace quillon::imaging

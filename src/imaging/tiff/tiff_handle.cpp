@@ -7,7 +7,7 @@
 namespace quillon::imaging {
 namespace {
 
-constexpr tmsize_t kMostAtOnce = tmsize_t{256} << 20;
+constexpr tmsize_t kMaxAllocation = tmsize_t{256} << 20;
 
 TiffStream& Of(thandle_t handle) { return *static_cast<TiffStream*>(handle); }
 
@@ -46,6 +46,7 @@ toff_t OnSeek(thandle_t handle, toff_t offset, int whence) {
   return stream.at;
 }
 
+// The stream belongs to the caller.
 int OnClose(thandle_t) { return 0; }
 
 toff_t OnSize(thandle_t handle) { return SizeOf(Of(handle)); }
@@ -56,7 +57,7 @@ TiffHandle Open(TiffStream& stream, const char* mode) {
   const std::unique_ptr<TIFFOpenOptions, decltype(&TIFFOpenOptionsFree)> options(TIFFOpenOptionsAlloc(),
                                                                                  TIFFOpenOptionsFree);
   if (!options) return nullptr;
-  TIFFOpenOptionsSetMaxSingleMemAlloc(options.get(), kMostAtOnce);
+  TIFFOpenOptionsSetMaxSingleMemAlloc(options.get(), kMaxAllocation);
   TIFFOpenOptionsSetErrorHandlerExtR(options.get(), Silence, nullptr);
   TIFFOpenOptionsSetWarningHandlerExtR(options.get(), Silence, nullptr);
   return TiffHandle(TIFFClientOpenExt("tiff", mode, &stream, OnRead, OnWrite, OnSeek, OnClose, OnSize, nullptr, nullptr,
@@ -65,7 +66,7 @@ TiffHandle Open(TiffStream& stream, const char* mode) {
 
 }  // namespace
 
-// Without mapping, and without decoding anything yet.
+// "m" disables memory mapping, for which there are no callbacks.
 TiffHandle OpenTiffReading(TiffStream& stream) { return Open(stream, "rm"); }
 
 TiffHandle OpenTiffWriting(TiffStream& stream, bool big) { return Open(stream, big ? "w8m" : "wm"); }

@@ -17,8 +17,9 @@ namespace quillon::imaging {
 namespace {
 
 constexpr double kCentimetresPerInch = 2.54;
-constexpr std::uint64_t kLargestStrip = std::uint64_t{32} << 20;  // of stored bytes, which are held whole
+constexpr std::uint64_t kLargestStrip = std::uint64_t{32} << 20;  // compressed bytes; libtiff holds a strip in memory
 
+// Returns a tag or its TIFF default; otherwise if it has neither.
 template <class Value>
 Value Tag(TIFF* tiff, std::uint32_t tag, Value otherwise) {
   Value value{};
@@ -31,6 +32,7 @@ class TiffPart : public RowStream {
  public:
   explicit TiffPart(std::shared_ptr<Bytes> bytes) { stream_.bytes = std::move(bytes); }
 
+  // Reads the header of the page.
   Status Open(const Limits& limits) {
     tiff_ = OpenTiffReading(stream_);
     if (!tiff_) return fault::DamagedPicture();
@@ -46,14 +48,15 @@ class TiffPart : public RowStream {
     return tile_.Empty() || tileBytes_ <= 0 ? fault::DamagedPicture() : Status::Ok();
   }
 
+  // Selects the part and allocates the buffers.
   Status Choose(const std::optional<base::Rect>& rect, const Limits& limits) {
     const base::Rect whole{0, 0, page_.width, page_.height};
-    rect_ = rect ? Common(*rect, whole) : whole;
+    rect_ = rect ? Intersection(*rect, whole) : whole;
     if (rect_.Empty()) return fault::EmptyRectangle();
     facts_.size = {rect_.width, rect_.height};
     pixelBytes_ = static_cast<std::size_t>(facts_.PixelBytes());
     if (tile_.Empty()) {
-      // Its own reckoning has to be ours before a row of it is written to our memory.
+      // libtiff writes rows of its own size, so that has to match before it gets a buffer.
       const auto size = static_cast<std::size_t>(page_.width) * pixelBytes_;
       if (TIFFScanlineSize(tiff_.get()) != static_cast<tmsize_t>(size)) return fault::UnreadKind();
       const std::uint32_t strip = TIFFComputeStrip(tiff_.get(), static_cast<std::uint32_t>(rect_.top), 0);
@@ -81,7 +84,7 @@ class TiffPart : public RowStream {
   }
 
  private:
-  // Whether pixels are of a kind that is read here; sets what the rows are.
+  // Sets the sample format of the rows. Returns false if the page has an unsupported one.
   bool ReadKind() {
     TIFF* tiff = tiff_.get();
     const std::uint16_t samples = Short(tiff, TIFFTAG_SAMPLESPERPIXEL);
@@ -132,7 +135,7 @@ class TiffPart : public RowStream {
     facts_.exif = ExifOfTiff(*stream_.bytes);
   }
 
-  // Most compressions know no way into the middle of a strip.
+  // Reads one row. The first row starts at its strip, since most compressions cannot be entered in the middle.
   Status ReadFromStrips(int y, unsigned char* out) {
     const auto strip = static_cast<std::int64_t>(Tag<std::uint32_t>(tiff_.get(), TIFFTAG_ROWSPERSTRIP, 1));
     for (int row = y == rect_.top && strip > 0 ? static_cast<int>(y - y % strip) : y; row <= y; ++row) {
@@ -144,6 +147,7 @@ class TiffPart : public RowStream {
     return Status::Ok();
   }
 
+  // Copies one row out of the tiles; reads the next row of tiles first when the row enters it.
   Status ReadFromTiles(int y, unsigned char* out) {
     if (y / tile_.height != tileRow_) {
       if (Status status = ReadTileRow(y / tile_.height); !status) return status;
@@ -162,6 +166,7 @@ class TiffPart : public RowStream {
     return Status::Ok();
   }
 
+  // Decodes the tiles of one row of tiles that the part overlaps.
   Status ReadTileRow(int row) {
     tileRow_ = row;
     for (std::size_t i = 0; i * TileSize() < tiles_.size(); ++i) {
@@ -183,11 +188,11 @@ class TiffPart : public RowStream {
   base::Size page_;
   base::Rect rect_;
   int next_ = 0;
-  std::vector<unsigned char> row_;  // of the page, where it has strips
-  base::Size tile_;                 // empty for strips
+  std::vector<unsigned char> row_;  // one row of the page, for strips
+  base::Size tile_;                 // empty if the page has strips
   tmsize_t tileBytes_ = 0;
-  int firstTile_ = 0;  // column of tiles
-  int tileRow_ = -1;   // that tiles_ holds
+  int firstTile_ = 0;  // first tile column of the part
+  int tileRow_ = -1;   // row of tiles that tiles_ holds
   std::vector<unsigned char> tiles_;
 };
 

@@ -12,12 +12,12 @@
 
 namespace quillon::imaging {
 
-// The rows of a part of the first page of a TIFF, without decoding more than the tiles or strips that it lies in, and
-// without holding more than one row of tiles. rect has to overlap the page; it becomes what it has in common with it;
-// nothing means the whole page. original is the size of the page.
-//
-// Plain files only: grey, RGB or CMYK of 8 or 16 bits with the samples of a pixel side by side, and at most one more
-// sample, which is alpha; strips of up to 32 MB. Unsupported: any other. Other: rect misses the page.
+// Opens the part of the first page of a TIFF that lies in rect, as a stream of rows.
+// Only the tiles or strips that contain the part are decoded, and at most one row of tiles is held in memory.
+// rect is clipped to the page; without one the part is the whole page. original receives the size of the page.
+// Supported are grey, RGB and CMYK with 8 or 16 bits, interleaved samples, and at most one more sample, which is alpha.
+// Unsupported: any other kind of TIFF, or a strip of more than 32 MB. Other: rect misses the page.
+// Damaged: the file is not a TIFF, or its data cannot be decoded. TooLarge: sides or memory exceed the limits.
 Status OpenTiffPart(std::shared_ptr<Bytes> bytes, const std::optional<base::Rect>& rect, const Limits& limits,
                     std::shared_ptr<RowStream>& out, base::Size& original);
 

@@ -13,8 +13,7 @@
 #include "host/posix/sqlite_settings.h"
 #include "ui/desktop/desktop_shell.h"
 #include "ui/desktop/qt_boxes.h"
-#include "ui/desktop/qt_pump.h"
-#include "ui/desktop/qt_screen.h"
+#include "ui/desktop/qt_host.h"
 
 namespace quillon::ui {
 namespace {
@@ -22,7 +21,7 @@ namespace {
 std::string MakeProgramFolder(host::Files& files) {
   const host::posix::ProgramFolderHints hints = host::posix::HintsOfThisProcess();
   std::string folder = host::posix::ChooseProgramFolder(files, hints);
-  // What could not be copied is missed, and told, by the option that needs it.
+  // An option that needs a file reports it missing, so an error here is not fatal.
   (void)host::posix::PrepareProgramFolder(files, folder, hints.executableFolder);
   return folder;
 }

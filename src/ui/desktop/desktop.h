@@ -11,18 +11,19 @@ class QWidget;
 
 namespace quillon::ui {
 
-// The world as the window sees it: boxes, dialogs and screen of the toolkit, everything else of the platform.
+// The host of the program with windows: boxes, dialogs and screen of Qt, and the POSIX implementations for the rest.
 class Desktop {
  public:
-  // Chooses and fills the program folder.
+  // Chooses the program folder and copies missing files into it.
   Desktop();
   ~Desktop();
   Desktop(const Desktop&) = delete;
   Desktop& operator=(const Desktop&) = delete;
 
+  // Valid while this object lives.
   host::Host& Host();
   host::Journals& Journals();
-  // The window that boxes and dialogs belong to.
+  // Sets the window that boxes and dialogs are modal to while no other window is active.
   void SetOwner(QWidget* owner);
 
  private:

@@ -14,12 +14,14 @@ namespace {
 const QString kFileManager = QStringLiteral("org.freedesktop.FileManager1");
 constexpr int kTimeoutMilliseconds = 5000;
 
+// Returns the file URL of a path, byte for byte, without a detour over Unicode.
 QString AddressOf(const std::string& path) {
   return QStringLiteral("file://") +
          QString::fromLatin1(QByteArray::fromStdString(path).toPercentEncoding(QByteArrayLiteral("/")));
 }
 
-// The answer is not waited for: a file manager may take its time to start.
+// Sends the request without waiting for the answer, since a file manager may take long to start. otherwise runs if
+// there is no session bus, or later if the call fails.
 void AskFileManager(const QString& method, const std::string& path, const std::function<void()>& otherwise) {
   const QDBusConnection bus = QDBusConnection::sessionBus();
   if (!bus.isConnected()) return otherwise();
@@ -36,11 +38,11 @@ void AskFileManager(const QString& method, const std::string& path, const std::f
 }  // namespace
 
 void DesktopShell::OpenFolder(const std::string& folder) {
-  AskFileManager(QStringLiteral("ShowFolders"), folder, [this, folder] { behind_.OpenFolder(folder); });
+  AskFileManager(QStringLiteral("ShowFolders"), folder, [this, folder] { fallback_.OpenFolder(folder); });
 }
 
 void DesktopShell::Reveal(const std::string& file) {
-  AskFileManager(QStringLiteral("ShowItems"), file, [this, file] { behind_.Reveal(file); });
+  AskFileManager(QStringLiteral("ShowItems"), file, [this, file] { fallback_.Reveal(file); });
 }
 
 }  // namespace quillon::ui

@@ -6,21 +6,21 @@
 
 namespace quillon::ui {
 
-// Opens folders and shows files in the desktop's file manager over D-Bus; whatever that cannot do goes to the shell
-// behind it.
+// Opens folders and shows files in the file manager of the desktop, over D-Bus. Everything else, and what the file
+// manager cannot do, goes to the shell given as fallback.
 class DesktopShell : public host::Shell {
  public:
-  explicit DesktopShell(host::Shell& behind) : behind_(behind) {}
+  explicit DesktopShell(host::Shell& fallback) : fallback_(fallback) {}
 
   int Start(const std::string& program, const std::vector<std::string>& arguments, const std::string& folder) override {
-    return behind_.Start(program, arguments, folder);
+    return fallback_.Start(program, arguments, folder);
   }
   void OpenFolder(const std::string& folder) override;
   void Reveal(const std::string& file) override;
-  void OpenBrowser(const std::string& address) override { behind_.OpenBrowser(address); }
+  void OpenBrowser(const std::string& address) override { fallback_.OpenBrowser(address); }
 
  private:
-  host::Shell& behind_;
+  host::Shell& fallback_;
 };
 
 }  // namespace quillon::ui

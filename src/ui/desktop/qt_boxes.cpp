@@ -14,6 +14,7 @@
 namespace quillon::ui {
 namespace {
 
+// The icon is a part of the type of a box; see host/boxes.h.
 constexpr int kIconMask = 0xF0;
 
 QMessageBox::Icon IconOf(int type) {
@@ -60,11 +61,12 @@ QString OfferedPath(const host::FileQuestion& question) {
   return QFile::decodeName(QByteArray::fromStdString(base::JoinPath(question.folder, question.name)));
 }
 
-// "clt" of "name|*.clt|...".
+// Returns "clt" for "name|*.clt|...": the extension of the first pattern.
 QString FirstSuffix(const std::string& filter) {
   return Shown(filter).section(u'|', 1, 1).section(u';', 0, 0).section(u'.', -1);
 }
 
+// Returns the active window, or the owner if no window of the program is active.
 QWidget* Front(const QPointer<QWidget>& owner) {
   QWidget* active = QApplication::activeWindow();
   return active ? active : owner.data();
@@ -81,7 +83,7 @@ host::Reply QtBoxes::Show(const host::Box& box) {
   window.setText(Shown(box.text));
   const std::vector<host::Reply> replies = host::ButtonsOf(box.type);
   std::vector<QAbstractButton*> buttons;
-  host::Reply closed = host::DefaultOf(box.type);
+  host::Reply closed = host::DefaultOf(box.type);  // the reply when the box is closed without a button
   for (const host::Reply reply : replies) {
     const ButtonText text = TextOf(reply);
     QPushButton* button = window.addButton(QString::fromUtf8(text.text), text.role);

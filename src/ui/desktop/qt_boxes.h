@@ -9,20 +9,20 @@
 
 namespace quillon::ui {
 
-// Message boxes on the screen, modal to the window that stands in front, with Chinese buttons.
+// Message boxes with Chinese buttons, modal to the active window.
 class QtBoxes : public host::Boxes {
  public:
   host::Reply Show(const host::Box& box) override;
   void Beep() override;
 
-  // The window that boxes belong to while no other one is active.
+  // Sets the window that boxes belong to while no other window is active.
   void SetOwner(QWidget* owner) { owner_ = owner; }
 
  private:
   QPointer<QWidget> owner_;
 };
 
-// The file and folder dialogs of the desktop.
+// The file and folder dialogs of the desktop. Paths are bytes, whatever their encoding.
 class QtDialogs : public host::Dialogs {
  public:
   std::vector<std::string> OpenFiles(const std::string& title, const std::string& filter, host::Choice choice) override;
@@ -36,8 +36,8 @@ class QtDialogs : public host::Dialogs {
   QPointer<QWidget> owner_;
 };
 
-// "name|*.a;*.b|name|*.c" as the toolkit writes it: "name (*.a *.b);;name (*.c)". A name that lists its patterns in
-// brackets of its own is not given them twice.
+// Converts a filter "name|*.a;*.b|name|*.c" to the form of Qt: "name (*.a *.b);;name (*.c)".
+// Patterns in brackets at the end of a name are dropped, since Qt adds them itself.
 QString ToolkitFilter(const std::string& filter);
 
 }  // namespace quillon::ui

@@ -6,7 +6,9 @@ class QApplication;
 
 namespace quillon::ui {
 
-// Names, icon, theme, fonts and the toolkit's own Chinese texts.
+// Prepares the application before its first window: name, version, icon, theme, fonts, and Chinese texts for the
+// dialogs of the toolkit itself. Called once, by every program that opens a window.
+// Closing the last window does not end the program, since the main window may be hidden during a run.
 void SetUp(QApplication& application);
 
 }  // namespace quillon::ui

@@ -22,7 +22,7 @@ ToolWindow::~ToolWindow() { record_.Forget(token_); }
 
 void ToolWindow::Follow() { setVisible(record_.Visible()); }
 
-// Closing is the record's business; the window follows it.
+// Closing is a request to the record, which may refuse it; the window is hidden when the record is.
 void ToolWindow::closeEvent(QCloseEvent* event) {
   event->ignore();
   reject();

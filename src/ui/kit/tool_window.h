@@ -10,16 +10,18 @@
 
 namespace quillon::ui {
 
-// A window beside the main one, which its record shows, hides and closes.
+// A window beside the main window. Its record decides whether it is shown; the window follows the record and passes the
+// close button on to it.
 class ToolWindow : public QDialog {
  public:
+  // record has to outlive the window. onRefusal receives the reason when the record refuses an edit or a click.
   ToolWindow(controls::Window& record, Binder::Refusal onRefusal, QWidget* parent, Qt::WindowFlags flags);
   ~ToolWindow() override;
 
  protected:
-  controls::Window& Record() const { return record_; }
-  Binder& Joined() { return binder_; }
-  // The record was shown or hidden, or has another title.
+  // Returns the binder that makes the widgets of the record.
+  Binder& GetBinder() { return binder_; }
+  // Called after the record was shown or hidden, or its title changed.
   virtual void Follow();
   void closeEvent(QCloseEvent* event) override;
   void reject() override;
@@ -27,7 +29,7 @@ class ToolWindow : public QDialog {
  private:
   controls::Window& record_;
   Binder binder_;
-  int token_;
+  int token_;  // of the observer of the record
 };
 
 }  // namespace quillon::ui

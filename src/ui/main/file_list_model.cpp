@@ -10,7 +10,7 @@
 namespace quillon::ui {
 namespace {
 
-constexpr int kFirstNumber = 3;  // width, height, sizes and resolution stand behind name, type and folder
+constexpr int kFirstNumber = 3;  // columns from here on hold numbers: width, height, sizes, resolution
 
 bool NotWritten(const job::FileRow& row) { return row.result != job::Result::Written; }
 bool Done(const job::FileRow& row) { return row.result == job::Result::Written && row.newBytes > 0; }

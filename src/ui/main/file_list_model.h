@@ -7,7 +7,8 @@
 
 namespace quillon::ui {
 
-// The rows of the list with one more column, which tells what the last run made of each file.
+// The rows of the file list, with one more column: what the last run made of each file.
+// Rows without output are shown in the warning colour, with the reason as text and tooltip.
 class FileListModel : public GridModel {
  public:
   FileListModel(controls::Grid& grid, const job::FileList& files, QObject* parent = nullptr)
@@ -17,6 +18,7 @@ class FileListModel : public GridModel {
   QVariant data(const QModelIndex& index, int role) const override;
   QVariant headerData(int section, Qt::Orientation orientation, int role) const override;
 
+  // Returns the number of the added column, the last one.
   int ResultColumn() const { return GridModel::columnCount(); }
 
  private:

@@ -6,18 +6,18 @@
 #include <QPainter>
 #include <QStyledItemDelegate>
 
-#include "ui/kit/hint.h"
-#include "ui/kit/theme/metrics.h"
+#include "ui/kit/theme/flat_paint.h"
+#include "ui/kit/theme/theme.h"
 #include "ui/main/file_list_model.h"
 
 namespace quillon::ui {
 namespace {
 
-// Widths of the columns in digits; a column is never narrower than its header.
+// Column widths in digits. A column is never narrower than its header.
 constexpr int kDigits[] = {16, 4, 10, 6, 6, 8, 8, 4, 6};
 constexpr int kPath = 2;
 
-// A sentence is cut at its end, a path in its middle.
+// Elides a sentence at its end; the view elides paths in the middle.
 class SentenceDelegate : public QStyledItemDelegate {
  public:
   using QStyledItemDelegate::QStyledItemDelegate;
@@ -56,18 +56,17 @@ void ListView::SizeColumns() {
     const int wanted = column < static_cast<int>(std::size(kDigits)) ? kDigits[column] * digit : 0;
     setColumnWidth(column, qMax(wanted + kGap, horizontalHeader()->sectionSizeHint(column)));
   }
-  leastResult_ = columnWidth(model_->ResultColumn());
+  minResultWidth_ = columnWidth(model_->ResultColumn());
 }
 
-// The folder takes what room there is. The reasons of rows without output want more than a sign, but never most of the
-// list.
+// The folder column gets the free width. The result column grows to show reasons, up to a third of the view.
 void ListView::FitColumns() {
   const int result = model_->ResultColumn();
   int room = viewport()->width();
   for (int column = 0; column < result; ++column) room -= column == kPath ? 0 : columnWidth(column);
   const int least = horizontalHeader()->sectionSizeHint(kPath);
   const int reasons = qMin(sizeHintForColumn(result), viewport()->width() / 3);
-  setColumnWidth(result, qMax(leastResult_, qMin(reasons, room - least)));
+  setColumnWidth(result, qMax(minResultWidth_, qMin(reasons, room - least)));
   setColumnWidth(kPath, qMax(least, room - columnWidth(result)));
 }
 

@@ -10,26 +10,26 @@ namespace quillon::ui {
 
 class FileListModel;
 
-// The list of files, with a hint while it is empty.
+// The file list, with a hint while it is empty.
 class ListView : public GridView {
  public:
   ListView(job::Program& program, Binder& binder, QWidget* parent = nullptr);
   ~ListView() override;
-
-  FileListModel& Model() const { return *model_; }
 
  protected:
   void paintEvent(QPaintEvent* event) override;
   void resizeEvent(QResizeEvent* event) override;
 
  private:
+  // Sets the initial widths.
   void SizeColumns();
+  // Gives the free width to the folder and result columns.
   void FitColumns();
 
   job::Program& program_;
   FileListModel* model_;
   int token_;
-  int leastResult_ = 0;  // width of a result column without reasons
+  int minResultWidth_ = 0;  // width of the result column without reasons, in pixels
 };
 
 }  // namespace quillon::ui

@@ -12,15 +12,12 @@
 #include <QTimer>
 
 #include "job/list/file_intake.h"
-#include "ui/kit/bind/uri_list.h"
 #include "ui/kit/text.h"
-#include "ui/kit/theme/icons.h"
-#include "ui/kit/theme/metrics.h"
+#include "ui/kit/theme/theme.h"
+#include "ui/main/command_bars.h"
 #include "ui/main/list_view.h"
-#include "ui/main/menu_bar.h"
 #include "ui/main/parameter_panel.h"
 #include "ui/main/status_strip.h"
-#include "ui/main/tool_bar.h"
 #include "ui/options/options_window.h"
 #include "ui/preview/preview_dock.h"
 #include "ui/regions/regions_window.h"
@@ -90,7 +87,7 @@ MainWindow::~MainWindow() {
   program_.observer = nullptr;
   form_.Forget(token_);
   program_.fBaseOpt.Forget(optionsToken_);
-  // Widgets that listen to the binder and the loader go before those do.
+  // Widgets call the binder and the loader, so they are deleted before these members.
   delete options_;
   delete regions_;
   timed_.reset();
@@ -104,7 +101,7 @@ void MainWindow::BuildMenus() {
   connect(ActionOf(form_.MenuExit, *this), &QAction::triggered, this, [this] { QuitWhenEnded(); });
 }
 
-// What belongs to this window alone: the way back to a preview that was closed.
+// Not part of the record: it only brings back a preview that was closed.
 void MainWindow::AddViewMenu() {
   auto* view = new QMenu(QStringLiteral("视图"), this);
   QAction* preview = view->addAction(QStringLiteral("预览窗口"));
@@ -123,7 +120,7 @@ void MainWindow::AddViewMenu() {
   menuBar()->insertMenu(ActionOf(form_.MenuHelp, *this), view);
 }
 
-// A title is a status text in front of the program's name; the status bar repeats the status.
+// During a run the title is a status text followed by the program name. The status bar repeats the status.
 void MainWindow::ShowTitle() {
   const QString title = Shown(form_.Title());
   setWindowTitle(title);
@@ -140,14 +137,14 @@ OptionsWindow& MainWindow::Options() {
   return *options_;
 }
 
-QWidget* MainWindow::Beside(const controls::Window& record) const {
+QWidget* MainWindow::WindowOf(const controls::Window& record) const {
   for (ToolWindow* window : {regions_, timed_.get()}) {
     if (window->objectName() == Shown(record.Name())) return window;
   }
   return nullptr;
 }
 
-// The timed cut hides this window while it watches.
+// The timed cut hides the main window while it watches.
 void MainWindow::FollowRecord() {
   if (recordShown_ == form_.Visible()) return;
   recordShown_ = form_.Visible();
@@ -163,7 +160,7 @@ void MainWindow::ShowOptions() {
   window.setVisible(visible);
 }
 
-// Over the list, and clear of the preview where there is room: it shows what the options do.
+// Places the options over the list and clear of the preview, if there is room, since the preview shows their effect.
 QPoint MainWindow::PlaceForOptions(const OptionsWindow& window) const {
   QPoint place = list_->mapToGlobal(QPoint(3 * kGap, 6 * kGap));
   if (preview_->isVisible() && !preview_->isFloating()) {
@@ -175,7 +172,7 @@ QPoint MainWindow::PlaceForOptions(const OptionsWindow& window) const {
 
 void MainWindow::Refused(const std::string& sentence) {
   program_.host.boxes.Beep();
-  status_->ShowSentence(Shown(sentence));
+  status_->ShowNotice(Shown(sentence));
 }
 
 void MainWindow::QuitWhenEnded() {
@@ -184,7 +181,7 @@ void MainWindow::QuitWhenEnded() {
   QCoreApplication::quit();
 }
 
-// The record asks; the window goes when the program has ended.
+// The record may ask a question and refuse. The window closes only when the program has ended.
 void MainWindow::closeEvent(QCloseEvent* event) {
   binder_.CommitTyped();
   if (!program_.Ended()) form_.Close();
@@ -196,7 +193,8 @@ void MainWindow::dragEnterEvent(QDragEnterEvent* event) {
   if (form_.MenuAddFiles.Enabled() && !PathsOf(*event->mimeData()).empty()) event->acceptProposedAction();
 }
 
-// The question that follows must not keep the program waiting that the files were dragged from.
+// Files are added after this event, since adding may show a box and the program that the files come from waits for the
+// event to finish.
 void MainWindow::dropEvent(QDropEvent* event) {
   event->acceptProposedAction();
   QTimer::singleShot(0, this, [this, paths = PathsOf(*event->mimeData())] {

@@ -19,17 +19,18 @@ class PreviewDock;
 class StatusStrip;
 class ToolWindow;
 
-// Form1 on the screen: parameters on the left, the list in the middle, the preview on the right.
+// Form1 as a window: parameters on the left, the file list in the middle, the preview on the right.
+// It also owns the windows of the other records and shows the progress of runs in its status bar.
 class MainWindow : public QMainWindow {
  public:
   explicit MainWindow(parts::Parts& parts);
   ~MainWindow() override;
 
   PreviewLoader& Loader() { return loader_; }
-  // The window of the advanced options; it is made when it is first wanted.
+  // Returns the window of the advanced options, which is created at the first call.
   OptionsWindow& Options();
-  // The window of a record that stands beside this one, nullptr where the record has no such window.
-  QWidget* Beside(const controls::Window& record) const;
+  // Returns the window of the record of a feature, or nullptr if that record has no window of its own.
+  QWidget* WindowOf(const controls::Window& record) const;
 
  protected:
   void closeEvent(QCloseEvent* event) override;
@@ -39,6 +40,7 @@ class MainWindow : public QMainWindow {
  private:
   void BuildMenus();
   void AddViewMenu();
+  // Called when the record changes.
   void ShowTitle();
   void ShowOptions();
   void FollowRecord();
@@ -62,10 +64,10 @@ class MainWindow : public QMainWindow {
   std::unique_ptr<RunMonitor> monitor_;
 };
 
-// What a file is now, by its size and times; "" for none.
+// Returns a text that changes with size or times of a file; "" if there is no file.
 std::string VersionOf(const host::Files& files, const std::string& path);
 
-// A picture as the preview draws it.
+// Returns a reduced picture, neither side above limit; a null image if it cannot be read. May run on any thread.
 QImage ReadPreview(imaging::Services& images, const std::string& path, QSize limit);
 
 }  // namespace quillon::ui

@@ -9,12 +9,12 @@
 #include "ui/kit/bind/fold_group.h"
 #include "ui/kit/bind/form_grid.h"
 #include "ui/kit/text.h"
-#include "ui/kit/theme/icons.h"
-#include "ui/kit/theme/metrics.h"
+#include "ui/kit/theme/theme.h"
 
 namespace quillon::ui {
 namespace {
 
+// Width of the panel in line heights, so that it follows the font of the desktop.
 constexpr int kPanelLines = 20;
 
 }  // namespace
@@ -38,6 +38,7 @@ ParameterPanel::ParameterPanel(job::Form1& form, Binder& binder, QWidget* parent
   AddOutput();
   AddRest();
   groups->addStretch(1);
+  // The frame of the record disables all groups during a run.
   binder_.Join(form_.Frame1, panel);
 }
 
@@ -59,7 +60,7 @@ QWidget* ParameterPanel::AddGroup(const QString& title) {
 
 QWidget* ParameterPanel::Shortcut(controls::Menu& menu, const QString& icon, const QString& name) {
   auto* button = new QToolButton;
-  QAction* action = binder_.MakeTwin(menu, button);
+  QAction* action = binder_.MakeButtonAction(menu, button);
   action->setIcon(LineIcon(icon));
   button->setDefaultAction(action);
   button->setToolButtonStyle(Qt::ToolButtonIconOnly);
@@ -121,6 +122,7 @@ void ParameterPanel::AddRest() {
   if (rest.empty()) return;
   FormGrid form(AddGroup(QStringLiteral("其他")), binder_);
   for (controls::Control* control : rest) {
+    // A check box has a caption of its own; other controls need a label.
     const bool captioned = control->GetKind() == controls::Kind::CheckBox;
     if (captioned) {
       form.Checks({control});

@@ -10,25 +10,26 @@
 
 namespace quillon::ui {
 
-// The shared cut parameters in titled groups that fold and scroll.
+// The cut parameters that all drivers share, in groups that fold, in a panel that scrolls vertically.
 class ParameterPanel : public QScrollArea {
  public:
   ParameterPanel(job::Form1& form, Binder& binder, QWidget* parent = nullptr);
 
   QSize sizeHint() const override;
-  // Narrower than its groups it would cut them, since it scrolls down only.
+  // The width of the groups, since the panel does not scroll horizontally.
   QSize minimumSizeHint() const override;
 
  private:
+  // Adds a group and returns its body.
   QWidget* AddGroup(const QString& title);
-  // A small button that stands for a menu entry.
+  // Returns a small button for a menu entry.
   QWidget* Shortcut(controls::Menu& menu, const QString& icon, const QString& name);
   void AddFolders();
   void AddMode();
   void AddMargins();
   void AddFixedCut();
   void AddOutput();
-  // Whatever the record holds beyond the groups above.
+  // Adds every control of the record that has no place elsewhere, so that a new control cannot be forgotten.
   void AddRest();
 
   job::Form1& form_;

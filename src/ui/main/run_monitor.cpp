@@ -11,16 +11,16 @@
 namespace quillon::ui {
 namespace {
 
-constexpr int kTellMilliseconds = 100;
-constexpr double kSettled = 0.5;  // a rate of less time jumps about
+constexpr int kReportMilliseconds = 100;
+constexpr double kSettled = 0.5;  // seconds; before that the rate fluctuates too much to be shown
 
 }  // namespace
 
-RunMonitor::RunMonitor(host::Clock& clock, Told told, Ended ended, QObject* parent)
-    : QObject(parent), clock_(clock), told_(std::move(told)), ended_(std::move(ended)) {
+RunMonitor::RunMonitor(host::Clock& clock, OnProgress onProgress, OnEnded onEnded, QObject* parent)
+    : QObject(parent), clock_(clock), onProgress_(std::move(onProgress)), onEnded_(std::move(onEnded)) {
   timer_.setSingleShot(true);
-  timer_.setInterval(kTellMilliseconds);
-  connect(&timer_, &QTimer::timeout, this, [this] { told_(Figures()); });
+  timer_.setInterval(kReportMilliseconds);
+  connect(&timer_, &QTimer::timeout, this, [this] { onProgress_(Figures()); });
 }
 
 void RunMonitor::RunStarted(std::size_t planned) {
@@ -29,34 +29,35 @@ void RunMonitor::RunStarted(std::size_t planned) {
   counted_.planned = planned;
   lastSource_.clear();
   begun_ = clock_.Seconds();
-  told_(Figures());
+  onProgress_(Figures());
 }
 
 void RunMonitor::RunPlanned(std::size_t planned) {
   counted_.planned = planned;
-  Later();
+  ScheduleReport();
 }
 
 void RunMonitor::FileDone(const job::FileResult& file) {
   ++counted_.done;
   if (file.result == job::Result::None) ++counted_.failed;
   lastSource_ = file.source;
-  Later();
+  ScheduleReport();
 }
 
 void RunMonitor::FileLost(const job::FileResult&, const std::string&) {
   ++counted_.failed;
-  Later();
+  ScheduleReport();
 }
 
 void RunMonitor::RunEnded(const job::RunTotals& totals) {
+  // A report that is still pending would show the progress of a run that is over.
   timer_.stop();
   counted_.running = false;
-  told_(Figures());
-  ended_(totals);
+  onProgress_(Figures());
+  onEnded_(totals);
 }
 
-void RunMonitor::Later() {
+void RunMonitor::ScheduleReport() {
   if (!timer_.isActive()) timer_.start();
 }
 

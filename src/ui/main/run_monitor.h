@@ -12,24 +12,26 @@
 
 namespace quillon::ui {
 
-// How far a run has come.
+// The progress of a run.
 struct RunFigures {
   bool running = false;
-  std::size_t planned = 0;  // 0: not known beforehand
-  std::size_t done = 0;
+  std::size_t planned = 0;  // number of files; 0 while it is unknown
+  std::size_t done = 0;     // files finished, including failed ones
   std::size_t failed = 0;
-  double rate = 0;         // files a second, 0 while not known
-  double secondsLeft = 0;  // 0 while not known
-  QString file;            // the last one that was finished
+  double rate = 0;         // files per second; 0 while it is unknown
+  double secondsLeft = 0;  // 0 while it is unknown
+  QString file;            // name of the file that was finished last
 };
 
-// Listens to a run and tells about it often enough for the eye.
+// Observes a run and reports its figures at most ten times a second, so that fast runs do not spend their time
+// painting.
 class RunMonitor : public QObject, public job::RunObserver {
  public:
-  using Told = std::function<void(const RunFigures&)>;
-  using Ended = std::function<void(const job::RunTotals&)>;
+  using OnProgress = std::function<void(const RunFigures&)>;
+  // Called once at the end of a run, after the last progress report.
+  using OnEnded = std::function<void(const job::RunTotals&)>;
 
-  RunMonitor(host::Clock& clock, Told told, Ended ended, QObject* parent = nullptr);
+  RunMonitor(host::Clock& clock, OnProgress onProgress, OnEnded onEnded, QObject* parent = nullptr);
 
   void RunStarted(std::size_t planned) override;
   void RunPlanned(std::size_t planned) override;
@@ -37,27 +39,28 @@ class RunMonitor : public QObject, public job::RunObserver {
   void FileLost(const job::FileResult& file, const std::string& output) override;
   void RunEnded(const job::RunTotals& totals) override;
 
+  // Returns the figures as of now.
   RunFigures Figures() const;
 
  private:
-  void Later();
+  void ScheduleReport();
 
   host::Clock& clock_;
-  Told told_;
-  Ended ended_;
+  OnProgress onProgress_;
+  OnEnded onEnded_;
   QTimer timer_;
   RunFigures counted_;
   std::string lastSource_;
-  double begun_ = 0;
+  double begun_ = 0;  // seconds of the clock when the run started
 };
 
-// "已处理 1234" while the number of files is not known; else "".
+// Returns "已处理 1234" while the number of files is unknown, else "".
 QString CountText(const RunFigures& figures);
-// "128 张/秒", below ten with one decimal; "" for 0.
+// Returns "128 张/秒", below ten with one decimal; "" for 0.
 QString RateText(double rate);
-// "剩余 8 秒", "剩余 1 分 05 秒", "剩余 2 小时 03 分"; "" for 0.
+// Returns "剩余 8 秒", "剩余 1 分 05 秒" or "剩余 2 小时 03 分", rounded up to seconds; "" for 0.
 QString TimeLeftText(double seconds);
-// What is left to say when a run is over.
+// Returns the text that stays in the status bar after a run.
 QString SummaryText(const job::RunTotals& totals);
 
 }  // namespace quillon::ui

@@ -7,7 +7,7 @@
 #include <QProgressBar>
 
 #include "ui/kit/bind/elided_label.h"
-#include "ui/kit/theme/metrics.h"
+#include "ui/kit/theme/theme.h"
 
 namespace quillon::ui {
 namespace {
@@ -18,20 +18,24 @@ constexpr int kSentenceMilliseconds = 8000;
 }  // namespace
 
 StatusStrip::StatusStrip(job::Form1& form, Binder& binder, QWidget* parent)
-    : QStatusBar(parent), word_(new ElidedLabel), progress_(new QProgressBar), rate_(new QLabel), left_(new QLabel) {
-  word_->setObjectName(QStringLiteral("statusWord"));
+    : QStatusBar(parent),
+      message_(new ElidedLabel),
+      progress_(new QProgressBar),
+      rate_(new QLabel),
+      timeLeft_(new QLabel) {
+  message_->setObjectName(QStringLiteral("statusWord"));
   progress_->setObjectName(QStringLiteral("progress"));
   progress_->setAccessibleName(QStringLiteral("进度"));
   progress_->setFixedWidth(kProgressWidth);
   progress_->setFormat(QStringLiteral("%v / %m"));
   progress_->setAlignment(Qt::AlignCenter);
   rate_->setObjectName(QStringLiteral("rate"));
-  left_->setObjectName(QStringLiteral("timeLeft"));
+  timeLeft_->setObjectName(QStringLiteral("timeLeft"));
   setContentsMargins(kGap / 2, 0, kGap / 2, 0);
   addWidget(binder.Make(form.LStatus), 1);
-  addWidget(word_, 1);
+  addWidget(message_, 1);
   addPermanentWidget(rate_);
-  addPermanentWidget(left_);
+  addPermanentWidget(timeLeft_);
   addPermanentWidget(progress_);
   ShowRun({});
 }
@@ -42,19 +46,20 @@ void StatusStrip::ShowRun(const RunFigures& figures) {
   if (figures.running) {
     active_ = false;
     progress_->setTextVisible(true);
+    // A range of 0 to 0, while the number of files is unknown, shows a moving bar.
     progress_->setRange(0, static_cast<int>(figures.planned));
     progress_->setValue(static_cast<int>(figures.done));
-    word_->setText(figures.file);
+    message_->setText(figures.file);
   }
   const QString count = CountText(figures);
   const QString rate = RateText(figures.rate);
   rate_->setText(count.isEmpty() || rate.isEmpty() ? count + rate : count + QStringLiteral("  ") + rate);
   rate_->setVisible(!rate_->text().isEmpty());
-  left_->setText(TimeLeftText(figures.secondsLeft));
-  left_->setVisible(!left_->text().isEmpty());
+  timeLeft_->setText(TimeLeftText(figures.secondsLeft));
+  timeLeft_->setVisible(!timeLeft_->text().isEmpty());
 }
 
-void StatusStrip::ShowSummary(const job::RunTotals& totals) { word_->setText(SummaryText(totals)); }
+void StatusStrip::ShowSummary(const job::RunTotals& totals) { message_->setText(SummaryText(totals)); }
 
 void StatusStrip::ShowActivity(const QString& text) {
   if (running_ || (text.isEmpty() && !active_)) return;
@@ -64,9 +69,9 @@ void StatusStrip::ShowActivity(const QString& text) {
     progress_->setTextVisible(false);
     progress_->setRange(0, 0);
   }
-  word_->setText(text);
+  message_->setText(text);
 }
 
-void StatusStrip::ShowSentence(const QString& text) { showMessage(text, kSentenceMilliseconds); }
+void StatusStrip::ShowNotice(const QString& text) { showMessage(text, kSentenceMilliseconds); }
 
 }  // namespace quillon::ui

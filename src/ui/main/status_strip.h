@@ -15,23 +15,27 @@ namespace quillon::ui {
 
 class ElidedLabel;
 
-// Counts and maxima of the list; during a run the file, the progress, the rate and the time left; else the last word.
+// The status bar. It shows the counts and maxima of the list, and beside them one message: during a run the current
+// file with progress, rate and time left; otherwise the summary of the last run or the activity of the program.
 class StatusStrip : public QStatusBar {
  public:
   StatusStrip(job::Form1& form, Binder& binder, QWidget* parent = nullptr);
 
+  // Shows the progress of a run, or ends that display if figures.running is false.
   void ShowRun(const RunFigures& figures);
+  // Shows the summary of a finished run until something else is shown.
   void ShowSummary(const job::RunTotals& totals);
-  // The program is busy without a count: a listing. Empty when that is over.
+  // Shows that the program is busy with something that has no count, such as listing a folder. Empty ends the display.
+  // Ignored during a run.
   void ShowActivity(const QString& text);
-  // One sentence that stays for a while.
-  void ShowSentence(const QString& text);
+  // Shows a sentence for eight seconds.
+  void ShowNotice(const QString& text);
 
  private:
-  ElidedLabel* word_;
+  ElidedLabel* message_;
   QProgressBar* progress_;
   QLabel* rate_;
-  QLabel* left_;
+  QLabel* timeLeft_;
   bool running_ = false;
   bool active_ = false;
 };

@@ -11,7 +11,7 @@
 #include "ui/kit/bind/fold_group.h"
 #include "ui/kit/bind/form_grid.h"
 #include "ui/kit/text.h"
-#include "ui/kit/theme/metrics.h"
+#include "ui/kit/theme/theme.h"
 
 namespace quillon::ui {
 
@@ -26,6 +26,7 @@ OptionsWindow::OptionsWindow(job::FBaseOpt& record, Binder::Refusal onRefusal, Q
   auto* columns = new QHBoxLayout(content);
   columns->setContentsMargins(kGap, kGap, 2 * kGap, kGap);
   columns->setSpacing(3 * kGap);
+  // Two columns, so that all groups are visible at once on a usual screen.
   for (auto add : {&OptionsWindow::AddLeft, &OptionsWindow::AddRight}) {
     auto* column = new QVBoxLayout;
     column->setSpacing(kGap);
@@ -43,6 +44,7 @@ OptionsWindow::OptionsWindow(job::FBaseOpt& record, Binder::Refusal onRefusal, Q
   whole->setContentsMargins(0, 0, 0, 0);
   whole->addWidget(scroll);
   content->layout()->activate();
+  // On a small screen the content scrolls.
   const QSize room = screen()->availableSize() * 9 / 10;
   resize(content->sizeHint().boundedTo(room));
 }
@@ -90,7 +92,7 @@ void OptionsWindow::AddRight(QVBoxLayout* column) {
   output.Checks({&record_.ChKeepExif, &record_.ChBig, &record_.ChOmitFolds});
 }
 
-// Closing is the record's business; the window follows it.
+// Closing is a request to the record; the main window hides this one when the record is hidden.
 void OptionsWindow::closeEvent(QCloseEvent* event) {
   event->ignore();
   reject();

@@ -12,7 +12,7 @@ class QVBoxLayout;
 
 namespace quillon::ui {
 
-// FBaseOpt as a tool window: closing it hides it, its record keeps all values.
+// FBaseOpt as a tool window. Closing it hides it; its record keeps all values and their effect.
 class OptionsWindow : public QDialog {
  public:
   OptionsWindow(job::FBaseOpt& record, Binder::Refusal onRefusal, QWidget* parent = nullptr);
@@ -22,6 +22,7 @@ class OptionsWindow : public QDialog {
   void reject() override;
 
  private:
+  // Adds the group of a frame to a column and returns its body.
   QWidget* AddGroup(QVBoxLayout* column, controls::Frame& frame);
   void AddLeft(QVBoxLayout* column);
   void AddRight(QVBoxLayout* column);

@@ -17,6 +17,7 @@ namespace {
 constexpr int kStep = 1;
 constexpr int kLongStep = 10;
 
+// Returns true if the user types into the widget.
 bool AcceptsText(const QWidget* widget) {
   const auto* list = qobject_cast<const QComboBox*>(widget);
   return qobject_cast<const QLineEdit*>(widget) || qobject_cast<const QAbstractSpinBox*>(widget) ||
@@ -54,7 +55,8 @@ bool FrameKeys::eventFilter(QObject* watched, QEvent* event) {
   }
 }
 
-// A key that is let through comes again for each widget that holds the one before, so that modifiers are kept.
+// Qt offers a key that is not handled to every parent of the receiver in turn. Modifiers are therefore handled at the
+// first receiver, or they would count as pressed twice.
 bool FrameKeys::Press(const QObject* receiver, const QKeyEvent& event) {
   if (!Listens(receiver)) {
     tapped_ = 0;
@@ -122,7 +124,7 @@ bool FrameKeys::Steer(const QKeyEvent& event) {
       onHelp_();
       return true;
     case Qt::Key_Space:
-      // A button that has the focus is pressed by the key itself.
+      // The space key already clicks a button with the focus.
       if (qobject_cast<QAbstractButton*>(QApplication::focusWidget())) return false;
       frame_.CmdNext_Click();
       return true;

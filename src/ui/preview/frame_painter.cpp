@@ -4,7 +4,7 @@
 
 #include <QPainter>
 
-#include "ui/kit/theme/metrics.h"
+#include "ui/kit/theme/theme.h"
 
 namespace quillon::ui {
 namespace {
@@ -19,7 +19,7 @@ const QColor kUnderline(0, 0, 0, 110);
 const QColor kAccent(0x3d, 0x86, 0xff);
 const QColor kPicked(0xf2, 0x8c, 0x1d);
 
-// Strong corners, so that the frame is found at once on any picture.
+// Thick corners make the frame visible on any picture.
 void PaintCorners(QPainter& painter, const QRectF& frame) {
   const double reach = qMin(kHandle, qMin(frame.width(), frame.height()) / 3);
   if (reach < 2) return;
@@ -34,20 +34,21 @@ void PaintCorners(QPainter& painter, const QRectF& frame) {
   }
 }
 
-// With a line around it, so that it is seen on a ground of its own colour.
-void PaintBoard(QPainter& painter, const FrameLook& look) {
-  if (look.board.isNull()) return;
-  const QRectF outside = look.frame.marginsAdded(look.board);
+// An outline keeps the border visible on a background of its own colour.
+void PaintBoard(QPainter& painter, const FrameDrawing& drawing) {
+  if (drawing.board.isNull()) return;
+  const QRectF outside = drawing.frame.marginsAdded(drawing.board);
   QPainterPath band;
   band.addRect(outside);
   QPainterPath inside;
-  inside.addRect(look.frame);
-  painter.fillPath(band.subtracted(inside), look.boardColour);
+  inside.addRect(drawing.frame);
+  painter.fillPath(band.subtracted(inside), drawing.boardColour);
   painter.setBrush(Qt::NoBrush);
   painter.setPen(QPen(kUnderline, 1));
   painter.drawRect(outside);
 }
 
+// Guides at one and two thirds.
 void PaintThirds(QPainter& painter, const QRectF& frame) {
   painter.setPen(QPen(QColor(255, 255, 255, 70), 1));
   for (const double part : {1.0 / 3, 2.0 / 3}) {
@@ -58,7 +59,7 @@ void PaintThirds(QPainter& painter, const QRectF& frame) {
   }
 }
 
-// The middle, as a small cross.
+// A small cross in the centre.
 void PaintCentre(QPainter& painter, const QRectF& frame) {
   const double reach = qMin(kHandle, qMin(frame.width(), frame.height()) / 6);
   const QPointF centre = frame.center();
@@ -67,7 +68,7 @@ void PaintCentre(QPainter& painter, const QRectF& frame) {
   painter.drawLine(centre - QPointF(0, reach), centre + QPointF(0, reach));
 }
 
-// In the middle of each side, between the corners.
+// A handle in the middle of each side. A frame that is too small gets none.
 void PaintHandles(QPainter& painter, const QRectF& frame) {
   if (qMin(frame.width(), frame.height()) < 4 * kHandle) return;
   painter.setPen(QPen(kAccent, 3, Qt::SolidLine, Qt::RoundCap));
@@ -82,18 +83,19 @@ void PaintHandles(QPainter& painter, const QRectF& frame) {
   }
 }
 
-void PaintLabel(QPainter& painter, const FrameLook& look) {
+// The size, at the bottom of the visible part of the frame, and never above the picture.
+void PaintLabel(QPainter& painter, const FrameDrawing& drawing) {
   const QFontMetricsF metrics(painter.font());
-  QRectF pill(0, 0, metrics.horizontalAdvance(look.label) + 2 * kGap, metrics.height() + kGap / 2.0);
-  const QRectF seen = look.visible.isEmpty() ? look.frame : look.frame.intersected(look.visible);
+  QRectF pill(0, 0, metrics.horizontalAdvance(drawing.label) + 2 * kGap, metrics.height() + kGap / 2.0);
+  const QRectF seen = drawing.visible.isEmpty() ? drawing.frame : drawing.frame.intersected(drawing.visible);
   pill.moveCenter(QPointF(seen.center().x(), 0));
   pill.moveBottom(seen.bottom() - kGap);
-  if (pill.top() < look.picture.top()) pill.moveTop(look.picture.top());
+  if (pill.top() < drawing.picture.top()) pill.moveTop(drawing.picture.top());
   painter.setPen(Qt::NoPen);
   painter.setBrush(QColor(0, 0, 0, 165));
   painter.drawRoundedRect(pill, pill.height() / 2, pill.height() / 2);
   painter.setPen(Qt::white);
-  painter.drawText(pill, Qt::AlignCenter, look.label);
+  painter.drawText(pill, Qt::AlignCenter, drawing.label);
 }
 
 }  // namespace
@@ -111,52 +113,52 @@ QPainterPath FrameOutline(const QRectF& frame, int shape) {
   return path;
 }
 
-void PaintFrame(QPainter& painter, const FrameLook& look) {
-  if (look.frame.width() <= 0 || look.frame.height() <= 0) return;
+void PaintFrame(QPainter& painter, const FrameDrawing& drawing) {
+  if (drawing.frame.width() <= 0 || drawing.frame.height() <= 0) return;
   painter.save();
   painter.setRenderHint(QPainter::Antialiasing);
-  const QPainterPath outline = FrameOutline(look.frame, look.shape);
+  const QPainterPath outline = FrameOutline(drawing.frame, drawing.shape);
   QPainterPath shade;
-  shade.addRect(look.picture);
+  shade.addRect(drawing.picture);
   painter.fillPath(shade.subtracted(outline), kShade);
-  PaintBoard(painter, look);
+  PaintBoard(painter, drawing);
 
-  const bool square = look.shape < 2;
-  if (square) PaintThirds(painter, look.frame);
-  PaintCentre(painter, look.frame);
+  const bool square = drawing.shape < 2;
+  if (square) PaintThirds(painter, drawing.frame);
+  PaintCentre(painter, drawing.frame);
   painter.setBrush(Qt::NoBrush);
   painter.setPen(QPen(kUnderline, 3));
   painter.drawPath(outline);
-  painter.setPen(QPen(look.fixed != look.second ? kAccent : kLine, 1.25));
+  painter.setPen(QPen(drawing.fixed != drawing.second ? kAccent : kLine, 1.25));
   painter.drawPath(outline);
-  if (square) PaintCorners(painter, look.frame);
-  if (look.handles && !look.fixed) PaintHandles(painter, look.frame);
-  PaintLabel(painter, look);
+  if (square) PaintCorners(painter, drawing.frame);
+  if (drawing.handles && !drawing.fixed) PaintHandles(painter, drawing.frame);
+  PaintLabel(painter, drawing);
   painter.restore();
 }
 
-void PaintRegion(QPainter& painter, const RegionLook& look) {
-  if (look.frame.width() <= 0 || look.frame.height() <= 0) return;
+void PaintRegion(QPainter& painter, const RegionDrawing& drawing) {
+  if (drawing.frame.width() <= 0 || drawing.frame.height() <= 0) return;
   painter.save();
   painter.setRenderHint(QPainter::Antialiasing);
-  const QColor ink = look.picked ? kPicked : kAccent;
+  const QColor ink = drawing.picked ? kPicked : kAccent;
   QColor fill = ink;
-  fill.setAlpha(look.picked ? 60 : 28);
+  fill.setAlpha(drawing.picked ? 60 : 28);
   painter.setPen(QPen(kUnderline, 3));
   painter.setBrush(fill);
-  painter.drawRect(look.frame);
-  painter.setPen(QPen(ink, look.picked ? 2 : 1.5));
+  painter.drawRect(drawing.frame);
+  painter.setPen(QPen(ink, drawing.picked ? 2 : 1.5));
   painter.setBrush(Qt::NoBrush);
-  painter.drawRect(look.frame);
+  painter.drawRect(drawing.frame);
   painter.setPen(Qt::NoPen);
   painter.setBrush(ink);
-  painter.drawRoundedRect(look.badge, 4, 4);
+  painter.drawRoundedRect(drawing.badge, 4, 4);
   painter.setPen(Qt::white);
   QFont font = painter.font();
   font.setBold(true);
-  if (look.number > 99) font.setPointSizeF(font.pointSizeF() * 0.8);
+  if (drawing.number > 99) font.setPointSizeF(font.pointSizeF() * 0.8);
   painter.setFont(font);
-  painter.drawText(look.badge, Qt::AlignCenter, QString::number(look.number));
+  painter.drawText(drawing.badge, Qt::AlignCenter, QString::number(drawing.number));
   painter.restore();
 }
 

@@ -13,34 +13,36 @@ class QWidget;
 
 namespace quillon::ui {
 
-// The outline of a cut of the given shape (as CmbCutStyle: rectangle, square, ellipse, circle, rounded, rounded
-// square).
+// Returns the outline of a cut. shape is the index of CmbCutStyle: 0 rectangle, 1 square, 2 ellipse, 3 circle, 4
+// rounded rectangle, 5 rounded square.
 QPainterPath FrameOutline(const QRectF& frame, int shape);
 
-struct FrameLook {
-  QRectF picture;  // where the picture is drawn
-  QRectF frame;    // the cut frame over it
-  int shape = 0;
-  bool fixed = false;    // a frame of a fixed size, told by its colour
-  QString label;         // its size in words
-  bool handles = false;  // it can be taken hold of
-  bool second = false;   // the other of its two looks
-  QRectF visible;        // what of the picture can be seen
-  QMarginsF board;       // the border around it
+// What PaintFrame draws. All rectangles are in pixels of the widget.
+struct FrameDrawing {
+  QRectF picture;        // area of the picture
+  QRectF frame;          // area of the frame, which may extend beyond the picture
+  int shape = 0;         // see FrameOutline
+  bool fixed = false;    // the frame has a fixed size, which is shown by its colour
+  QString label;         // text with its size
+  bool handles = false;  // the frame can be moved and resized, so handles are drawn
+  bool second = false;   // alternates the colour of the outline while the frame blinks
+  QRectF visible;        // visible area of the widget; the label stays inside
+  QMarginsF board;       // width of the border around the frame
   QColor boardColour;
 };
 
-// Dims what is cut off, and draws the frame with its size and border.
-void PaintFrame(QPainter& painter, const FrameLook& look);
+// Darkens what is cut off, and draws the frame with its border, guides, handles and label.
+void PaintFrame(QPainter& painter, const FrameDrawing& look);
 
-struct RegionLook {
+// What PaintRegion draws, in pixels of the widget.
+struct RegionDrawing {
   QRectF frame;
-  QRectF badge;  // its number stands there
-  int number = 0;
-  bool picked = false;
+  QRectF badge;         // area of the number
+  int number = 0;       // counted from 1
+  bool picked = false;  // the region is selected
 };
 
-// One of several regions with its number.
-void PaintRegion(QPainter& painter, const RegionLook& look);
+// Draws one region of a list with its number.
+void PaintRegion(QPainter& painter, const RegionDrawing& look);
 
 }  // namespace quillon::ui

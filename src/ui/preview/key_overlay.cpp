@@ -5,7 +5,7 @@
 #include <QEvent>
 #include <QPainter>
 
-#include "ui/kit/theme/metrics.h"
+#include "ui/kit/theme/theme.h"
 
 namespace quillon::ui {
 namespace {
@@ -15,6 +15,7 @@ struct KeyLine {
   const char* action;
 };
 
+// The keys that FrameKeys and FrameMouse handle, in the order of their use.
 constexpr KeyLine kLines[] = {
     {"空格 / Ctrl", "下一张"},
     {"Z", "本图不裁剪"},
@@ -58,6 +59,7 @@ void KeyOverlay::paintEvent(QPaintEvent*) {
   painter.fillRect(rect(), QColor(0, 0, 0, 120));
   const QFontMetrics metrics(painter.font());
   const int line = metrics.height() + kGap;
+  // Both columns are as wide as their longest entry.
   const int keys = metrics.horizontalAdvance(QStringLiteral("Shift+方向键")) + 3 * kGap;
   const int words = metrics.horizontalAdvance(QStringLiteral("画框、移动、拉边角")) + 2 * kGap;
   QRect card(0, 0, keys + words + 2 * kGap, line * (int(std::size(kLines)) + 1) + 3 * kGap);

@@ -6,11 +6,14 @@
 
 namespace quillon::ui {
 
-// The keys of the manual step, laid over the picture; a click puts it away.
+// Lists the keys of the manual step over the picture. A click on it hides it; it starts hidden.
+// It keeps the size of the canvas, which owns it.
 class KeyOverlay : public QWidget {
  public:
+  // The canvas becomes the owner.
   explicit KeyOverlay(QWidget& canvas);
 
+  // Shows or hides the list.
   void Toggle();
 
  protected:

@@ -5,14 +5,17 @@
 #include <QPainter>
 #include <cmath>
 
-#include "ui/kit/hint.h"
-#include "ui/kit/theme/metrics.h"
+#include "ui/kit/theme/flat_paint.h"
+#include "ui/kit/theme/theme.h"
 #include "ui/preview/frame_painter.h"
 
+// What is drawn comes from three places: the picture is set by the loader, the frame and the border are read from the
+// preview record at every paint, and zoom, scroll position and regions are set by the dock. Only the last two and the
+// picture are stored here, so the canvas never disagrees with the record.
 namespace quillon::ui {
 namespace {
 
-constexpr double kReach = 7;  // around a side of the frame
+constexpr double kGripDistance = 7;  // pixels around a side of the frame in which it can be taken hold of
 constexpr double kMillimetres = 25.4;
 constexpr double kBadge = 22;
 
@@ -63,7 +66,7 @@ QRectF PreviewCanvas::Extent() const {
   const job::PreviewBoard& board = preview_.Board();
   if (board.Empty()) return whole;
   const job::PreviewFrame& frame = preview_.PictureFrame();
-  // A border wider than this leaves nothing of the picture to be seen.
+  // A wider border would make the picture too small to be recognised.
   const double most = 3 * qMax(whole.width(), whole.height());
   const auto side = [most](double width) { return qMin(width, most); };
   const QRectF framed(frame.left, frame.top, frame.width, frame.height);
@@ -128,14 +131,15 @@ regions::Point PreviewCanvas::PlaceAt(const QPointF& point) const {
           (point.y() - shown.top()) * preview_.Picture().height / shown.height()};
 }
 
-// A frame over the whole picture cannot be moved: a press inside begins a new one.
+// A frame over the whole picture has no room to move, so a press inside it starts a new frame.
 std::optional<regions::Grip> PreviewCanvas::GripAt(const QPointF& point) const {
   const QRectF frame = FrameRect();
   if (frame.width() <= 0 || frame.height() <= 0) return std::nullopt;
-  if (!frame.adjusted(-kReach, -kReach, kReach, kReach).contains(point)) return std::nullopt;
+  if (!frame.adjusted(-kGripDistance, -kGripDistance, kGripDistance, kGripDistance).contains(point))
+    return std::nullopt;
   const auto side = [](double at, double first, double second) {
-    if (std::abs(at - second) <= kReach) return 1;
-    return std::abs(at - first) <= kReach ? -1 : 0;
+    if (std::abs(at - second) <= kGripDistance) return 1;
+    return std::abs(at - first) <= kGripDistance ? -1 : 0;
   };
   const regions::Grip grip{side(point.x(), frame.left(), frame.right()), side(point.y(), frame.top(), frame.bottom())};
   const base::Size picture = preview_.Picture();
@@ -151,10 +155,11 @@ QRectF PreviewCanvas::RegionBadge(std::size_t region) const {
 }
 
 std::optional<std::size_t> PreviewCanvas::RegionAt(const QPointF& point) const {
+  // The last region is painted on top, so it is tested first.
   for (std::size_t i = regions_.size(); i-- > 0;) {
     const QRectF frame = Placed(regions_[i]);
-    const bool near = frame.adjusted(-kReach, -kReach, kReach, kReach).contains(point);
-    const bool inside = frame.adjusted(kReach, kReach, -kReach, -kReach).contains(point);
+    const bool near = frame.adjusted(-kGripDistance, -kGripDistance, kGripDistance, kGripDistance).contains(point);
+    const bool inside = frame.adjusted(kGripDistance, kGripDistance, -kGripDistance, -kGripDistance).contains(point);
     if (RegionBadge(i).contains(point) || (near && !inside) || (near && picked_ == i)) return i;
   }
   return std::nullopt;
@@ -174,6 +179,7 @@ void PreviewCanvas::PaintPicture(QPainter& painter, const QRectF& shown) {
   painter.setRenderHint(QPainter::SmoothPixmapTransform);
   if (zoom_ <= 1) {
     const QSize pixels = (shown.size() * ratio).toSize().expandedTo(QSize(1, 1));
+    // Scaling smoothly is slow, and the frame is repainted with every move of the mouse.
     if (scaled_.size() != pixels) {
       scaled_ = QPixmap::fromImage(shaped_.scaled(pixels, Qt::IgnoreAspectRatio, Qt::SmoothTransformation));
       scaled_.setDevicePixelRatio(ratio);
@@ -181,13 +187,13 @@ void PreviewCanvas::PaintPicture(QPainter& painter, const QRectF& shown) {
     painter.drawPixmap(shown, scaled_, QRectF(QPointF(), QSizeF(pixels)));
     return;
   }
-  // Of a picture larger than its room only the part on show is drawn.
-  const QRectF seen = shown.intersected(QRectF(rect()));
+  // Only the visible part of an enlarged picture is scaled.
+  const QRectF visible = shown.intersected(QRectF(rect()));
   const double across = shaped_.width() / shown.width();
   const double down = shaped_.height() / shown.height();
-  painter.drawImage(seen, shaped_,
-                    QRectF((seen.left() - shown.left()) * across, (seen.top() - shown.top()) * down,
-                           seen.width() * across, seen.height() * down));
+  painter.drawImage(visible, shaped_,
+                    QRectF((visible.left() - shown.left()) * across, (visible.top() - shown.top()) * down,
+                           visible.width() * across, visible.height() * down));
   const double wanted = qMax(shown.width(), shown.height()) * ratio;
   if (wanted > 1.2 * qMax(shaped_.width(), shaped_.height())) emit DetailWanted(static_cast<int>(wanted));
 }
@@ -219,15 +225,15 @@ void PreviewCanvas::paintEvent(QPaintEvent*) {
     PaintRegions(painter);
     return;
   }
-  FrameLook look{shown, FrameRect(), preview_.Shape(), preview_.BorderStyle() != 0, FrameText()};
-  look.handles = handles_;
-  look.second = preview_.SecondLook();
-  look.visible = rect();
+  FrameDrawing drawing{shown, FrameRect(), preview_.Shape(), preview_.BorderStyle() != 0, FrameText()};
+  drawing.handles = handles_;
+  drawing.second = preview_.SecondLook();
+  drawing.visible = rect();
   const job::PreviewBoard& board = preview_.Board();
   const double scale = shown.width() / preview_.Picture().width;
-  look.board = QMarginsF(board.left, board.top, board.right, board.bottom) * scale;
-  look.boardColour = QColor(board.colour.Red(), board.colour.Green(), board.colour.Blue());
-  PaintFrame(painter, look);
+  drawing.board = QMarginsF(board.left, board.top, board.right, board.bottom) * scale;
+  drawing.boardColour = QColor(board.colour.Red(), board.colour.Green(), board.colour.Blue());
+  PaintFrame(painter, drawing);
 }
 
 }  // namespace quillon::ui

@@ -13,57 +13,62 @@
 
 namespace quillon::ui {
 
-// The preview picture, fitted into the widget or larger, with the cut frame over it.
+// Draws the preview picture, fitted to the widget or enlarged, and the cut frame or the regions over it.
+// Three coordinate systems meet here: pixels of the whole picture, in which the records count; pixels of the reduced
+// picture, which is what is drawn; and pixels of this widget.
 class PreviewCanvas : public QWidget {
   Q_OBJECT
 
  public:
   explicit PreviewCanvas(const job::Preview& preview, QWidget* parent = nullptr);
 
-  // A reduced picture to draw; a null one shows the hint.
+  // Sets the reduced picture to draw; a null image shows the hint.
   void SetPicture(const QImage& picture);
   bool HasPicture() const { return !picture_.isNull(); }
-  // A picture that is seen in its place, fitted and without anything over it, until a null one or another picture.
+  // Shows a picture in place of the current one, fitted and without a frame, until it is reset with a null image or
+  // SetPicture is called.
   void SetGlance(const QImage& picture);
   bool Glances() const { return !glance_.isNull(); }
-  // How much larger than fitted the picture is drawn, and what part of the rest lies to the left and above, 0 to 1.
+  // zoom is the size relative to the fitted picture.
+  // across and down, 0 to 1, are the shares of the hidden width and height that lie to the left and above.
   void SetView(double zoom, double across, double down);
-  // Whether the frame can be taken hold of.
+  // Sets whether handles are drawn at the frame.
   void SetHandles(bool handles);
-  // Regions to show over the picture, in pixels of it, and the one that is picked, if any.
+  // Sets the regions to draw instead of the frame, in pixels of the picture, and the index of the selected one, if any.
   void SetRegions(std::vector<job::PreviewFrame> regions, std::optional<std::size_t> picked);
 
-  // Where the picture and the frame lie in this widget; empty without a picture.
+  // Returns the area of the picture or of the frame in this widget; empty without a picture.
   QRectF PictureRect() const;
   QRectF FrameRect() const;
-  // How much of the picture there is no room for.
+  // Returns the size of the part of the picture that does not fit into the widget, in pixels of the widget.
   QSizeF Hidden() const;
-  // A frame in pixels of the picture, as it lies in this widget.
+  // Converts a frame from pixels of the picture to pixels of this widget.
   QRectF Placed(const job::PreviewFrame& frame) const;
-  // The place in pixels of the picture under a point of this widget.
+  // Converts a point of this widget to pixels of the picture.
   regions::Point PlaceAt(const QPointF& point) const;
-  // What a press at a point takes hold of.
+  // Returns what a press at a point takes hold of: the frame as a whole, a side or a corner; nothing beside the frame.
   std::optional<regions::Grip> GripAt(const QPointF& point) const;
+  // Returns the region at a point; of several the last one. Only the number, the outline and a selected region count.
   std::optional<std::size_t> RegionAt(const QPointF& point) const;
-  // The frame's size in pixels of the picture, "1062 × 1630 px", with millimetres where the resolution is known.
+  // Returns the size of the frame, "1062 × 1630 px", with millimetres if the resolution is known.
   QString FrameText() const;
 
   QSize sizeHint() const override { return {320, 320}; }
   QSize minimumSizeHint() const override { return {160, 120}; }
 
  signals:
-  // What is drawn would be sharper from a picture with sides of this many pixels.
+  // The picture is enlarged so much that a reduced picture with a longer side of this many pixels would look sharper.
   void DetailWanted(int side);
 
  protected:
   void paintEvent(QPaintEvent* event) override;
 
  private:
-  // What has to have room, in pixels of the picture: the picture itself and the border around its frame.
+  // Returns what has to fit into the widget, in pixels of the picture: the picture and the border around its frame.
   QRectF Extent() const;
-  // Where that lies in this widget.
+  // Returns the area of Extent() in this widget.
   QRectF ExtentRect() const;
-  // The picture as it is cut: zoomed out of proportion where it is, turned on white.
+  // Prepares shaped_: the picture as it is cut, zoomed with its proportions and rotated on white.
   void Shape();
   void PaintPicture(QPainter& painter, const QRectF& shown);
   void PaintRegions(QPainter& painter) const;
@@ -71,10 +76,10 @@ class PreviewCanvas : public QWidget {
 
   const job::Preview& preview_;
   QImage picture_;
-  QImage glance_;
-  QImage shaped_;   // picture_ as it is cut
-  QPixmap scaled_;  // shaped_ at the size it is shown in, while it is fitted
-  base::Size upright_;
+  QImage glance_;       // see SetGlance
+  QImage shaped_;       // picture_ as it is cut
+  QPixmap scaled_;      // cache of shaped_ at the size on the screen, while the picture is fitted
+  base::Size upright_;  // what shaped_ was made for
   double angle_ = 0;
   double zoom_ = 1;
   double across_ = 0.5;

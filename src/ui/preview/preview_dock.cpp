@@ -14,11 +14,10 @@
 
 #include "base/path_text.h"
 #include "ui/kit/bind/elided_label.h"
-#include "ui/kit/bind/slider_binding.h"
 #include "ui/kit/text.h"
-#include "ui/kit/theme/metrics.h"
-#include "ui/preview/frame_hand.h"
+#include "ui/kit/theme/theme.h"
 #include "ui/preview/frame_keys.h"
+#include "ui/preview/frame_mouse.h"
 #include "ui/preview/key_overlay.h"
 #include "ui/preview/preview_canvas.h"
 #include "ui/preview/preview_loader.h"
@@ -26,11 +25,11 @@
 namespace quillon::ui {
 namespace {
 
-constexpr int kPreviewLimit = 1600;
-constexpr int kLargestDetail = 6000;
+constexpr int kPreviewLimit = 1600;   // longest side of the reduced picture, in pixels
+constexpr int kLargestDetail = 6000;  // the same for an enlarged picture
 constexpr int kBlinkMilliseconds = 600;
-constexpr double kStepShare = 0.85;  // of the screen
-constexpr const char* kPlaceKey = "FCutPre";
+constexpr double kStepShare = 0.85;           // of the screen, for the window of the manual step
+constexpr const char* kPlaceKey = "FCutPre";  // settings key of the geometry of that window
 
 double PartOf(const controls::Slider& bar) {
   return bar.Max() > 0 ? static_cast<double>(bar.Position()) / bar.Max() : 0.5;
@@ -69,7 +68,7 @@ PreviewDock::PreviewDock(parts::Parts& parts, PreviewLoader& loader, QWidget* pa
   column->addWidget(MakeZoom());
   column->addWidget(MakeDetails());
   setWidget(content);
-  ConnectHands();
+  ConnectInput();
   ShowTitle();
   ShowDetails();
   OnPreview();
@@ -80,7 +79,7 @@ PreviewDock::~PreviewDock() {
   record_.Forget(token_);
   regions_.Forget(regionsToken_);
   record_.preview.SetObserver({});
-  loader_.SetTaker({});
+  loader_.SetReceiver({});
 }
 
 QWidget* PreviewDock::MakeView() {
@@ -90,8 +89,8 @@ QWidget* PreviewDock::MakeView() {
   grid->setSpacing(0);
   auto* down = new QScrollBar(Qt::Vertical);
   auto* across = new QScrollBar(Qt::Horizontal);
-  JoinSlider(record_.VS, binder_, down);
-  JoinSlider(record_.HS, binder_, across);
+  binder_.Join(record_.VS, down);
+  binder_.Join(record_.HS, across);
   grid->addWidget(canvas_, 0, 0);
   grid->addWidget(down, 0, 1);
   grid->addWidget(across, 1, 0);
@@ -101,7 +100,7 @@ QWidget* PreviewDock::MakeView() {
 QWidget* PreviewDock::MakeButtons() {
   buttons_ = new QWidget;
   auto* line = Line(buttons_);
-  // A click on one of these leaves the space bar to CmdNext.
+  // These buttons do not get the focus by a click, so the space key keeps triggering CmdNext.
   const auto make = [this](controls::Button& button) {
     QWidget* widget = binder_.Make(button);
     widget->setFocusPolicy(Qt::TabFocus);
@@ -146,13 +145,13 @@ QWidget* PreviewDock::MakeDetails() {
   return details;
 }
 
-void PreviewDock::ConnectHands() {
-  new FrameHand(*canvas_, record_, frame_, [this]() -> regions::RegionEditor* {
+void PreviewDock::ConnectInput() {
+  new FrameMouse(*canvas_, record_, frame_, [this]() -> regions::RegionEditor* {
     const bool shown = regions_.Visible() && regions_.Editor().List().RowCount() > 0 && !frame_.Waiting();
     return shown ? &regions_.Editor() : nullptr;
   });
   new FrameKeys(*canvas_, frame_, [this] { keys_->Toggle(); });
-  loader_.SetTaker([this](const QImage& picture) { canvas_->SetPicture(picture); });
+  loader_.SetReceiver([this](const QImage& picture) { canvas_->SetPicture(picture); });
   record_.preview.SetObserver([this] { OnPreview(); });
   token_ = record_.Observe(
       [this](controls::Control& control, controls::Aspect) {
@@ -168,8 +167,9 @@ void PreviewDock::ConnectHands() {
                                    [this](controls::Window&) { ShowRegions(); });
   connect(this, &QDockWidget::topLevelChanged, this, [this] { ShowTitle(); });
   connect(
-      canvas_, &PreviewCanvas::DetailWanted, this, [this](int side) { AskForDetail(side); }, Qt::QueuedConnection);
+      canvas_, &PreviewCanvas::DetailWanted, this, [this](int side) { LoadDetail(side); }, Qt::QueuedConnection);
   connect(&blink_, &QTimer::timeout, this, [this] {
+    // The frame does not blink while a batch cuts, when the preview shows nothing that can be edited.
     if (canvas_->isVisible() && (frame_.Waiting() || !program_.flags.Busy)) frame_.Timer1_Timer({});
   });
   blink_.start(kBlinkMilliseconds);
@@ -177,8 +177,9 @@ void PreviewDock::ConnectHands() {
 
 void PreviewDock::OnPreview() {
   const job::Preview& preview = record_.preview;
+  // The same path may be shown again with other content, so showings are counted instead of comparing paths.
   if (shown_ != preview.Showings()) ShowNewPicture();
-  loader_.Fetch(preview.Upcoming(), QSize(kPreviewLimit, kPreviewLimit));
+  loader_.Prefetch(preview.Upcoming(), QSize(kPreviewLimit, kPreviewLimit));
   if (glances_ != preview.Glances()) ShowGlance();
   const base::Rect cut = frame_.Result();
   const bool known = !preview.Path().empty();
@@ -187,11 +188,11 @@ void PreviewDock::OnPreview() {
   ShowView();
 }
 
-// The next picture is there the moment this one is left, be it that the cut of this one takes a while.
+// The next picture appears as soon as the current one is done, even if its cut takes a while.
 void PreviewDock::ShowGlance() {
   const job::Preview& preview = record_.preview;
   glances_ = preview.Glances();
-  canvas_->SetGlance(glances_ ? loader_.Fetched(preview.Upcoming(), QSize(kPreviewLimit, kPreviewLimit)) : QImage());
+  canvas_->SetGlance(glances_ ? loader_.Prefetched(preview.Upcoming(), QSize(kPreviewLimit, kPreviewLimit)) : QImage());
 }
 
 void PreviewDock::ShowNewPicture() {
@@ -201,7 +202,7 @@ void PreviewDock::ShowNewPicture() {
   if (preview.Path().empty()) {
     canvas_->SetPicture({});
   } else {
-    loader_.Ask(preview.Path(), QSize(limit_, limit_));
+    loader_.Load(preview.Path(), QSize(limit_, limit_));
   }
   const std::string& path = frame_.Waiting() ? program_.flags.CurrentImagePath : preview.Path();
   const base::PathParts parts = base::SplitPath(path);
@@ -211,13 +212,13 @@ void PreviewDock::ShowNewPicture() {
   size_->setText(preview.Path().empty() ? QString() : QStringLiteral("%1 × %2").arg(size.width).arg(size.height));
 }
 
-// A picture that is enlarged is read again, with as much as there is to see.
-void PreviewDock::AskForDetail(int side) {
+// Loads an enlarged picture again with twice the pixels that are visible, so that further zooming rarely loads again.
+void PreviewDock::LoadDetail(int side) {
   const base::Size whole = record_.preview.Picture();
   const int wanted = qMin(kLargestDetail, qMin(qMax(whole.width, whole.height), 2 * side));
   if (wanted <= limit_) return;
   limit_ = wanted;
-  loader_.Ask(record_.preview.Path(), QSize(limit_, limit_));
+  loader_.Load(record_.preview.Path(), QSize(limit_, limit_));
 }
 
 void PreviewDock::ShowRegions() {
@@ -235,7 +236,7 @@ void PreviewDock::ShowView() {
   zoom_->setText(QStringLiteral("%1%").arg(record_.Slider1.Position()));
 }
 
-// Docked there is room for the name of the window; floating it tells the keys too.
+// The title lists the keys in brackets. There is room for them only while the window floats.
 void PreviewDock::ShowTitle() {
   const QString title = Shown(record_.Title());
   setWindowTitle(isFloating() ? title : title.section(u'(', 0, 0));
@@ -248,17 +249,17 @@ void PreviewDock::ShowDetails() {
   ShowView();
 }
 
-// The step of a batch has a large window of its own, which goes back to its place when the batch has ended.
+// The window returns to its dock when the batch ends, not between two pictures.
 void PreviewDock::ShowStep() {
-  const bool rests = record_.Title() == job::kPreviewCaption;
-  buttons_->setVisible(!rests || frame_.Waiting());
+  const bool idle = record_.Title() == job::kPreviewCaption;
+  buttons_->setVisible(!idle || frame_.Waiting());
   if (frame_.Waiting() && !floated_ && !isFloating()) {
     floated_ = true;
     setFloating(true);
-    Float();
-  } else if (rests && floated_) {
+    PlaceFloating();
+  } else if (idle && floated_) {
     floated_ = false;
-    KeepPlace();
+    SavePlace();
     setFloating(false);
   }
   if (!frame_.Waiting()) return;
@@ -267,8 +268,8 @@ void PreviewDock::ShowStep() {
   if (auto* next = findChild<QPushButton*>(Shown(record_.CmdNext.Name()))) next->setFocus();
 }
 
-// Where the step stood last, as far as that is on a screen; else most of the screen.
-void PreviewDock::Float() {
+// Uses the geometry of the last batch if it still lies on a screen, else most of the current screen.
+void PreviewDock::PlaceFloating() {
   QRect room = screen()->availableGeometry();
   QRect place(QPoint(), room.size() * kStepShare);
   place.moveCenter(room.center());
@@ -284,14 +285,14 @@ void PreviewDock::Float() {
   setGeometry(place);
 }
 
-void PreviewDock::KeepPlace() {
+void PreviewDock::SavePlace() {
   const QRect place = geometry();
   program_.SaveSetting(
       kPlaceKey,
       Bytes(QStringLiteral("%1 %2 %3 %4").arg(place.left()).arg(place.top()).arg(place.width()).arg(place.height())));
 }
 
-// Closing is the record's business; the dock follows it.
+// Closing is a request to the record; the dock is hidden when the record is.
 void PreviewDock::closeEvent(QCloseEvent* event) {
   event->ignore();
   record_.Close();

@@ -17,13 +17,13 @@ class KeyOverlay;
 class PreviewCanvas;
 class PreviewLoader;
 
-// FCutPre, docked in the main window or floating beside it. While a batch waits for the frame it floats, large.
+// FCutPre as a dock of the main window, or floating beside it. While a batch waits for the frame, it floats as a large
+// window.
+// It connects the canvas with its input (FrameMouse, FrameKeys), the records and the loader.
 class PreviewDock : public QDockWidget {
  public:
   PreviewDock(parts::Parts& parts, PreviewLoader& loader, QWidget* parent = nullptr);
   ~PreviewDock() override;
-
-  PreviewCanvas& Canvas() const { return *canvas_; }
 
  protected:
   void closeEvent(QCloseEvent* event) override;
@@ -33,7 +33,8 @@ class PreviewDock : public QDockWidget {
   QWidget* MakeButtons();
   QWidget* MakeZoom();
   QWidget* MakeDetails();
-  void ConnectHands();
+  void ConnectInput();
+  // Called when the preview record changes.
   void OnPreview();
   void ShowGlance();
   void ShowNewPicture();
@@ -41,10 +42,11 @@ class PreviewDock : public QDockWidget {
   void ShowView();
   void ShowTitle();
   void ShowDetails();
+  // Floats or docks the window as the manual step starts or ends.
   void ShowStep();
-  void Float();
-  void KeepPlace();
-  void AskForDetail(int side);
+  void PlaceFloating();
+  void SavePlace();
+  void LoadDetail(int side);
 
   job::Program& program_;
   job::FCutPre& record_;
@@ -54,11 +56,11 @@ class PreviewDock : public QDockWidget {
   Binder binder_;
   int token_;
   int regionsToken_;
-  int shown_ = -1;
-  int limit_ = 0;  // of the picture that was asked for
+  int shown_ = -1;  // number of the showing that is on the canvas; see job::Preview
+  int limit_ = 0;   // longest side of the picture that was requested
   bool glances_ = false;
-  bool floated_ = false;
-  QTimer blink_;
+  bool floated_ = false;  // floating because of the manual step
+  QTimer blink_;          // drives the blinking outline of the frame
   PreviewCanvas* canvas_;
   KeyOverlay* keys_;
   QWidget* buttons_ = nullptr;

@@ -6,64 +6,66 @@ namespace quillon::ui {
 
 PreviewLoader::PreviewLoader(Reader reader, QObject* parent) : QObject(parent), read_(std::move(reader)) {
   thread_.setMaxThreadCount(1);
-  thread_.setExpiryTimeout(-1);  // the image library keeps buffers for every thread it ever met
+  thread_.setExpiryTimeout(-1);  // libvips keeps buffers for every thread that ever used it
 }
 
 PreviewLoader::~PreviewLoader() {
+  // A picture that is still being read is not delivered any more.
   ++latest_;
   thread_.clear();
   thread_.waitForDone();
 }
 
-QImage PreviewLoader::PopEarly(const std::string& path, QSize limit) {
+QImage PreviewLoader::PopPrefetched(const std::string& path, QSize limit) {
   const std::string version = VersionOf(path);
   const std::lock_guard lock(mutex_);
-  return early_.Is(path, version, limit) ? std::exchange(early_, {}).picture : QImage();
+  return prefetched_.Is(path, version, limit) ? std::exchange(prefetched_, {}).picture : QImage();
 }
 
-QImage PreviewLoader::Fetched(const std::string& path, QSize limit) {
+QImage PreviewLoader::Prefetched(const std::string& path, QSize limit) {
   const std::string version = VersionOf(path);
   const std::lock_guard lock(mutex_);
-  return early_.Is(path, version, limit) ? early_.picture : QImage();
+  return prefetched_.Is(path, version, limit) ? prefetched_.picture : QImage();
 }
 
-void PreviewLoader::Ask(const std::string& path, QSize limit) {
+void PreviewLoader::Load(const std::string& path, QSize limit) {
   const int ticket = ++latest_;
-  const QImage early = PopEarly(path, limit);
+  const QImage early = PopPrefetched(path, limit);
   if (!early.isNull()) {
-    if (take_) take_(early);
+    if (receive_) receive_(early);
     return;
   }
   thread_.start([this, path, limit, ticket] {
     if (ticket != latest_) return;
-    // It may have been fetched early while this one waited for its turn.
-    QImage picture = PopEarly(path, limit);
+    // A prefetch of the same picture may have finished while this call waited for the thread.
+    QImage picture = PopPrefetched(path, limit);
     if (picture.isNull()) picture = read_(path, limit);
     QMetaObject::invokeMethod(
         this,
         [this, picture, ticket] {
-          if (ticket == latest_ && take_) take_(picture);
+          if (ticket == latest_ && receive_) receive_(picture);
         },
         Qt::QueuedConnection);
   });
 }
 
-void PreviewLoader::Fetch(const std::string& path, QSize limit) {
+void PreviewLoader::Prefetch(const std::string& path, QSize limit) {
   {
     const std::lock_guard lock(mutex_);
-    if (early_.path == path) return;
-    early_ = {path, {}, limit, {}};
+    if (prefetched_.path == path) return;
+    prefetched_ = {path, {}, limit, {}};
   }
   if (path.empty()) return;
   thread_.start([this, path, limit] {
     {
       const std::lock_guard lock(mutex_);
-      if (early_.path != path) return;
+      if (prefetched_.path != path) return;
     }
+    // The version is taken before reading: if the file changes meanwhile, the picture is not used.
     const std::string version = VersionOf(path);
     const QImage picture = read_(path, limit);
     const std::lock_guard lock(mutex_);
-    if (early_.path == path) early_ = {path, version, limit, picture};
+    if (prefetched_.path == path) prefetched_ = {path, version, limit, picture};
   });
 }
 

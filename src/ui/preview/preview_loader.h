@@ -12,32 +12,33 @@
 
 namespace quillon::ui {
 
-// Fetches reduced pictures for the preview beside the event loop, since a very large one takes seconds. Only the one
-// that was asked for last is handed over. One more picture can be fetched early.
+// Loads reduced pictures for the preview on one background thread, since a very large picture takes seconds.
+// Only the result of the latest Load is delivered. One more picture can be prefetched.
 class PreviewLoader : public QObject {
  public:
-  // Reads a picture reduced to at most limit a side; a null image where that fails. Runs on a thread of the loader.
+  // Reads a picture with sides of at most limit; returns a null image if it cannot. Runs on the thread of the loader.
   using Reader = std::function<QImage(const std::string& path, QSize limit)>;
-  using Taker = std::function<void(const QImage& picture)>;
-  // What a file is now: another text once it holds something else. Runs on any thread.
+  // Receives the picture, or a null image, on the thread of the window.
+  using Receiver = std::function<void(const QImage& picture)>;
+  // Returns a text that changes when the file gets another content. Runs on any thread.
   using Version = std::function<std::string(const std::string& path)>;
 
   explicit PreviewLoader(Reader reader, QObject* parent = nullptr);
   ~PreviewLoader() override;
 
-  void SetTaker(Taker taker) { take_ = std::move(taker); }
+  void SetReceiver(Receiver receiver) { receive_ = std::move(receiver); }
   void SetVersion(Version version) { version_ = std::move(version); }
-  // A picture that was fetched early, and has not changed since, is handed over at once.
-  void Ask(const std::string& path, QSize limit);
-  // Reads a picture that is likely to be asked for next; "" forgets it.
-  void Fetch(const std::string& path, QSize limit);
-  // That picture once it is there, to be looked at before it is asked for; a null image else.
-  QImage Fetched(const std::string& path, QSize limit);
-  // Waits until nothing is being read; what was read is handed over in the next turn of the event loop.
+  // Loads a picture and delivers it later, or at once if it was prefetched with this limit and the file is unchanged.
+  void Load(const std::string& path, QSize limit);
+  // Loads a picture that will probably be needed next. An empty path drops the prefetched picture.
+  void Prefetch(const std::string& path, QSize limit);
+  // Returns the prefetched picture if it is ready and its file unchanged, else a null image. It remains prefetched.
+  QImage Prefetched(const std::string& path, QSize limit);
+  // Waits until nothing is being read. Results are delivered in the next turn of the event loop.
   void Wait() { thread_.waitForDone(); }
 
  private:
-  struct Early {
+  struct PrefetchedPicture {
     std::string path;
     std::string version;
     QSize limit;
@@ -49,15 +50,16 @@ class PreviewLoader : public QObject {
   };
 
   std::string VersionOf(const std::string& path) const { return version_ ? version_(path) : std::string(); }
-  QImage PopEarly(const std::string& path, QSize limit);
+  // As Prefetched, and drops the picture.
+  QImage PopPrefetched(const std::string& path, QSize limit);
 
   Reader read_;
-  Taker take_;
+  Receiver receive_;
   Version version_;
   QThreadPool thread_;
-  std::atomic<int> latest_ = 0;
-  std::mutex mutex_;
-  Early early_;
+  std::atomic<int> latest_ = 0;  // number of the latest Load; older ones are not delivered
+  std::mutex mutex_;             // guards prefetched_
+  PrefetchedPicture prefetched_;
 };
 
 }  // namespace quillon::ui

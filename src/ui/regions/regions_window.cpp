@@ -6,7 +6,6 @@
 #include <QPushButton>
 #include <QVBoxLayout>
 
-#include "ui/kit/theme/metrics.h"
 #include "ui/kit/theme/theme.h"
 #include "ui/regions/region_grid.h"
 
@@ -17,9 +16,10 @@ RegionsWindow::RegionsWindow(regions::FMultCut& record, Binder::Refusal onRefusa
   auto* column = new QVBoxLayout(this);
   column->setContentsMargins(2 * kGap, 2 * kGap, 2 * kGap, 2 * kGap);
   column->setSpacing(kGap);
-  column->addWidget(Joined().Make(record.List1));
-  column->addWidget(new RegionGrid(record.MSFlexGrid1, Joined()), 1);
+  column->addWidget(GetBinder().Make(record.List1));
+  column->addWidget(new RegionGrid(record.MSFlexGrid1, GetBinder()), 1);
 
+  // Regions are edited in the preview, which this window does not show.
   auto* hint = new QLabel(QStringLiteral("预览中带编号的框可以拖动；双击一行删除，右键清空"));
   hint->setWordWrap(true);
   QPalette faint = hint->palette();
@@ -30,18 +30,18 @@ RegionsWindow::RegionsWindow(regions::FMultCut& record, Binder::Refusal onRefusa
   auto* lists = new QHBoxLayout;
   lists->setSpacing(kGap);
   for (controls::Button* button : {&record.CmdAdd, &record.CmdInput, &record.CmdOut}) {
-    lists->addWidget(Joined().Make(*button));
+    lists->addWidget(GetBinder().Make(*button));
   }
   column->addLayout(lists);
 
   auto* ends = new QHBoxLayout;
   ends->setSpacing(kGap);
-  ends->addWidget(Joined().Make(record.CmdUpdate));
+  ends->addWidget(GetBinder().Make(record.CmdUpdate));
   ends->addStretch(1);
-  auto* cut = static_cast<QPushButton*>(Joined().Make(record.CmdOk));
+  auto* cut = static_cast<QPushButton*>(GetBinder().Make(record.CmdOk));
   cut->setDefault(true);
   ends->addWidget(cut);
-  ends->addWidget(Joined().Make(record.CmdCancel));
+  ends->addWidget(GetBinder().Make(record.CmdCancel));
   column->addSpacing(kGap);
   column->addLayout(ends);
 }

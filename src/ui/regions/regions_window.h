@@ -7,7 +7,8 @@
 
 namespace quillon::ui {
 
-// FMultCut beside the main window.
+// FMultCut as a tool window beside the main window: the open lists, the regions of one list, and the buttons for both.
+// The regions are shown and moved in the preview; this window only lists them.
 class RegionsWindow : public ToolWindow {
  public:
   RegionsWindow(regions::FMultCut& record, Binder::Refusal onRefusal, QWidget* parent = nullptr);

@@ -11,8 +11,7 @@
 #include "ui/kit/bind/fold_group.h"
 #include "ui/kit/bind/form_grid.h"
 #include "ui/kit/text.h"
-#include "ui/kit/theme/icons.h"
-#include "ui/kit/theme/metrics.h"
+#include "ui/kit/theme/theme.h"
 #include "ui/regions/region_grid.h"
 
 namespace quillon::ui {
@@ -25,43 +24,44 @@ TimedWindow::TimedWindow(regions::FCutTime& record, Binder::Refusal onRefusal)
 
   auto* folder = new QHBoxLayout;
   folder->setSpacing(kGap);
-  QWidget* path = Joined().Make(record.LDir);
+  QWidget* path = GetBinder().Make(record.LDir);
   path->setAccessibleName(QStringLiteral("工作目录"));
   folder->addWidget(path, 1);
-  folder->addWidget(Joined().Make(record.CmdInDir));
+  folder->addWidget(GetBinder().Make(record.CmdInDir));
   column->addLayout(folder);
   column->addWidget(MakeOptions());
-  column->addWidget(Joined().Make(record.LNote));
+  column->addWidget(GetBinder().Make(record.LNote));
   column->addStretch(1);
 
   auto* ends = new QHBoxLayout;
   ends->setSpacing(kGap);
-  ends->addWidget(Joined().Make(record.LFiles), 1);
-  ends->addWidget(Joined().Make(record.Chback));
-  auto* start = static_cast<QPushButton*>(Joined().Make(record.CmdDo));
+  ends->addWidget(GetBinder().Make(record.LFiles), 1);
+  ends->addWidget(GetBinder().Make(record.Chback));
+  auto* start = static_cast<QPushButton*>(GetBinder().Make(record.CmdDo));
   start->setDefault(true);
   ends->addWidget(start);
-  ends->addWidget(Joined().Make(record.CmdStop));
+  ends->addWidget(GetBinder().Make(record.CmdStop));
   column->addLayout(ends);
 
+  // The icon is visible only in the background; see Follow.
   tray_.setToolTip(Shown(regions::kWatchingText));
-  connect(&tray_, &QSystemTrayIcon::activated, this, [this] { ComeBack(); });
+  connect(&tray_, &QSystemTrayIcon::activated, this, [this] { ReturnToForeground(); });
 }
 
 QWidget* TimedWindow::MakeOptions() {
-  auto* group = static_cast<FoldGroup*>(Joined().Make(timed_.Frame1));
+  auto* group = static_cast<FoldGroup*>(GetBinder().Make(timed_.Frame1));
   auto* column = new QVBoxLayout(group->Body());
   column->setContentsMargins(0, 0, 0, 0);
   auto* plain = new QWidget;
-  FormGrid grid(plain, Joined());
+  FormGrid grid(plain, GetBinder());
   grid.Row({}, timed_.CmbType);
   grid.Checks({&timed_.ChFast});
   grid.Checks({&timed_.ChBak});
   grid.Checks({&timed_.ChSizeFilter, &timed_.ChMul});
   column->addWidget(plain);
 
-  auto* small = static_cast<FoldGroup*>(Joined().Make(timed_.Frame2));
-  FormGrid sizes(small->Body(), Joined());
+  auto* small = static_cast<FoldGroup*>(GetBinder().Make(timed_.Frame2));
+  FormGrid sizes(small->Body(), GetBinder());
   sizes.Pair({{}, &timed_.TW}, {{}, &timed_.TH});
   sizes.Checks({&timed_.ChBoth});
   column->addWidget(small);
@@ -70,20 +70,21 @@ QWidget* TimedWindow::MakeOptions() {
 }
 
 QWidget* TimedWindow::MakeRegions() {
-  auto* group = static_cast<FoldGroup*>(Joined().Make(timed_.Frame3));
+  auto* group = static_cast<FoldGroup*>(GetBinder().Make(timed_.Frame3));
   auto* column = new QVBoxLayout(group->Body());
   column->setContentsMargins(2 * kGap, 0, 0, 0);
   column->setSpacing(kGap);
-  column->addWidget(new RegionGrid(timed_.MSFlexGrid1, Joined()));
+  column->addWidget(new RegionGrid(timed_.MSFlexGrid1, GetBinder()));
   auto* line = new QHBoxLayout;
   line->setSpacing(kGap);
   for (controls::Button* button : {&timed_.CmdAdd, &timed_.CmdInput, &timed_.CmdOut}) {
-    line->addWidget(Joined().Make(*button));
+    line->addWidget(GetBinder().Make(*button));
   }
   column->addLayout(line);
   return group;
 }
 
+// Three states: in the tray, minimised, or as visible as the record.
 void TimedWindow::Follow() {
   const bool background = timed_.Running() && timed_.Chback.On();
   const bool tray = background && QSystemTrayIcon::isSystemTrayAvailable();
@@ -102,10 +103,11 @@ void TimedWindow::Follow() {
 void TimedWindow::changeEvent(QEvent* event) {
   ToolWindow::changeEvent(event);
   if (event->type() == QEvent::WindowStateChange && minimised_ && !isMinimized()) {
-    QTimer::singleShot(0, this, [this] { ComeBack(); });
+    // The user restored the window. Its state must not change inside the event that reports it.
+    QTimer::singleShot(0, this, [this] { ReturnToForeground(); });
   }
 }
 
-void TimedWindow::ComeBack() { timed_.Chback.UserEdit("0"); }
+void TimedWindow::ReturnToForeground() { timed_.Chback.UserEdit("0"); }
 
 }  // namespace quillon::ui

@@ -11,8 +11,8 @@ class QVBoxLayout;
 
 namespace quillon::ui {
 
-// FCutTime, a window of its own, since the main one is hidden while it watches. In the background it is an entry of the
-// tray, or of the task bar where there is no tray.
+// FCutTime as a top-level window, since the main window is hidden while the folder is watched.
+// In the background it is an icon in the system tray, or minimised if the desktop has no tray.
 class TimedWindow : public ToolWindow {
  public:
   TimedWindow(regions::FCutTime& record, Binder::Refusal onRefusal);
@@ -24,11 +24,12 @@ class TimedWindow : public ToolWindow {
  private:
   QWidget* MakeOptions();
   QWidget* MakeRegions();
-  void ComeBack();
+  // Ends the background mode, through the record.
+  void ReturnToForeground();
 
   regions::FCutTime& timed_;
   QSystemTrayIcon tray_;
-  bool minimised_ = false;  // by this window, for want of a tray
+  bool minimised_ = false;  // by this window, since there is no tray
 };
 
 }  // namespace quillon::ui

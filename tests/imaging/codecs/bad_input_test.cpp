@@ -16,7 +16,7 @@ using namespace testing;
 using host::Problem;
 using vips::VImage;
 
-// One picture in every format that is read, by its bytes.
+// The bytes of one picture in every format that can be read.
 class BadInput : public ServicesTest {
  protected:
   struct File {
@@ -47,7 +47,7 @@ class BadInput : public ServicesTest {
     }
   }
 
-  // All that is done with a file; every failure has its sentence, and none leaves an output or a draft.
+  // Runs every operation on a file. Each failure has a message, and none leaves an output or a draft.
   struct Outcome {
     Status load;
     Status crop;  // to png, the upper part
@@ -132,7 +132,7 @@ TEST_F(BadInput, TheWrongExtensionDoesNotMatter) {
   }
 }
 
-// A file that was cut off anywhere is damaged, whatever part is asked for: down to its very last byte.
+// A truncated file is damaged, whatever part is requested, even if only its last byte is missing.
 TEST_F(BadInput, CutFilesAreFound) {
   world.folder.Write("out/keep", "");
   for (const File& file : files) {
@@ -152,7 +152,7 @@ TEST_F(BadInput, CutFilesAreFound) {
   }
 }
 
-// What other programs leave behind the end of a picture does not matter.
+// Bytes that other programs append to a picture are ignored.
 TEST_F(BadInput, BytesBehindTheEndAreHarmless) {
   world.folder.Write("out/keep", "");
   for (const File& file : files) {
@@ -163,8 +163,7 @@ TEST_F(BadInput, BytesBehindTheEndAreHarmless) {
   }
 }
 
-// Nothing crashes or hangs on flipped bits; a failure is never a partial file. Where the format carries check sums or
-// codes, most flips are found.
+// Flipped bits cause no crash, no endless loop and no partial file. Most are detected if the format has checksums.
 TEST_F(BadInput, FlippedBitsNeverCrash) {
   world.folder.Write("out/keep", "");
   for (const File& file : files) {
@@ -172,7 +171,7 @@ TEST_F(BadInput, FlippedBitsNeverCrash) {
     for (int round = 0; round < 30; ++round) {
       seed = seed * 1664525u + 1013904223u;
       std::string flipped = file.bytes;
-      // Half of them where headers are.
+      // Half of the flips hit the headers.
       const std::size_t at = (seed >> 8) % (round % 2 ? flipped.size() : std::min<std::size_t>(flipped.size(), 400));
       flipped[at] = static_cast<char>(flipped[at] ^ (1 << (seed >> 5 & 7)));
       world.folder.Write("flipped", flipped);
@@ -217,7 +216,7 @@ TEST_F(BadInput, AbsurdHeadersAreRefusedBeforeAnythingIsHeld) {
   std::string psd = world.folder.Read("a.psd");
   psd.replace(14, 8, "\xFF\xFF\xFF\xFF\xFF\xFF\xFF\xFF");
   world.folder.Write("absurd.psd", psd);
-  // One strip of grey, as wide and high as a tif can say.
+  // One strip of grey with the largest sides that a TIFF can declare.
   ByteText tif;
   tif.Text("II*").Zeros(1).Little32(8).Little16(5);
   for (const auto& [tag, value] : {std::pair(256, 0x7FFFFFFF), {257, 0x7FFFFFFF}, {258, 8}, {262, 1}, {273, 8}}) {

@@ -1,6 +1,6 @@
 // SPDX-FileCopyrightText: 2026 The Quillon developers
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "imaging/codecs/bmp_reader.h"
+#include "imaging/codecs/readers.h"
 
 #include <gtest/gtest.h>
 
@@ -38,7 +38,7 @@ std::string Bmp(const Parts& parts) {
     header.Little16(1).Little16(static_cast<unsigned>(parts.bits)).Little32(static_cast<unsigned>(parts.packing));
     header.Little32(0).Little32(static_cast<unsigned>(parts.perMetre)).Little32(0);
     header.Little32(static_cast<unsigned>(parts.colours)).Little32(0);
-    // Longer headers hold the masks themselves.
+    // Longer headers contain the masks.
     if (parts.headerSize > 40)
       header.Text(parts.extra).Zeros(static_cast<std::size_t>(parts.headerSize) - 40 - parts.extra.size());
   }
@@ -160,7 +160,7 @@ TEST(BmpReader, ReadsBitFieldsBehindTheShortHeader) {
 }
 
 TEST(BmpReader, ReadsBitFieldsInTheLongHeader) {
-  // Ten bits a colour, and an alpha mask that is passed over.
+  // Ten bits a colour, and an alpha mask that is ignored.
   const std::string masks =
       ByteText().Little32(0x3FF00000).Little32(0x000FFC00).Little32(0x000003FF).Little32(0xC0000000).Bytes();
   const Parts parts{.headerSize = 108,

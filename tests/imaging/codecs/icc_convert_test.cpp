@@ -60,7 +60,7 @@ TEST_F(ByProfilesTest, APictureWithoutAProfileIsTakenForTheScreens) {
   EXPECT_EQ(facts.dpi, 254);
 }
 
-// The profile of the screen says of a picture what is taken for granted without one.
+// An embedded screen profile gives the same result as no profile, since the screen profile is the default.
 TEST_F(ByProfilesTest, APictureGoesThroughItsOwnProfile) {
   const std::string plain = Jpeg("a.jpg", testing::Colours::YCbCr, 98);
   Image image = Load(plain);

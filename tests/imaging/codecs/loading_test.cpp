@@ -233,7 +233,7 @@ TEST_F(Loading, JpegBringsItsTags) {
   EXPECT_EQ(TagsOf(image).orientation, 6);
   EXPECT_EQ(TagsOf(image).profile, profile);
   EXPECT_EQ(TagsOf(image).exif, MinimalExif(6, 0));
-  // As stored, whatever the orientation tells.
+  // The pixels are as stored, whatever the orientation is.
   EXPECT_EQ(services.GetImageWidth(image), 16);
 }
 
@@ -296,7 +296,7 @@ TEST_F(Loading, AnImageDoesNotFollowItsFile) {
     ASSERT_TRUE(services.CutImage(image, {5, 5, 20, 20}));
     world.folder.Write(name, "something else");
     EXPECT_EQ(PixelsOf(image), Part(before, {5, 5, 20, 20}));
-    // And one that is opened again is the new one.
+    // Opening the path again reads the new file.
     Image second;
     EXPECT_EQ(services.LoadImageFromFile(Path(name), second).GetProblem(), Problem::Unsupported);
   }

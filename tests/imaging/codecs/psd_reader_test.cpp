@@ -1,6 +1,6 @@
 // SPDX-FileCopyrightText: 2026 The Quillon developers
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "imaging/codecs/psd_reader.h"
+#include "imaging/codecs/readers.h"
 
 #include <gtest/gtest.h>
 
@@ -109,7 +109,7 @@ TEST(PsdReader, ReadsBitmapIndexedAndDuotone) {
             (std::vector<int>{33, 34}));
 }
 
-// Three channels of two rows, each row of five pixels packed its own way.
+// Three channels of two rows. Each row of five pixels is packed in a different way.
 Parts Packed() {
   const std::string rows[] = {
       ByteText().U8({0xFC, 7}).Bytes(),              // five of 7
@@ -166,7 +166,7 @@ TEST(PsdReader, ReadsResolutionAndProfile) {
   ASSERT_TRUE(OpenPsd(std::make_shared<MemoryBytes>(Psd({.resources = resources, .pixels = kPlanes})), {}, rows));
   EXPECT_EQ(rows->Facts().dpi, 300);
   EXPECT_EQ(rows->Facts().profile, "a profile");
-  // What follows nonsense is not looked at; the picture is still read.
+  // Resources after a malformed one are ignored; the picture is still read.
   EXPECT_EQ(ReadWhole(Psd({.resources = "nonsense" + resources, .pixels = kPlanes})),
             (std::vector<int>{1, 3, 5, 2, 4, 6}));
 }

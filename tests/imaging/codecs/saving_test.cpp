@@ -31,7 +31,7 @@ unsigned Little(const std::string& bytes, std::size_t at, int size) {
   return value;
 }
 
-// The value of a number tag in the first directory of a little-endian TIFF; -1 when it is not there.
+// Returns the value of a numeric tag in the first directory of a little-endian TIFF, or -1 if it is missing.
 int TiffTag(const std::string& bytes, unsigned tag) {
   const std::size_t directory = Little(bytes, 4, 4);
   const unsigned count = Little(bytes, directory, 2);
@@ -326,7 +326,7 @@ TEST_F(Saving, ARetryThatFindsRoomSucceeds) {
   EXPECT_EQ(services.GetImageWidth(Load(Path("a.jpg"))), 8);
 }
 
-// Every disk call of every saver fails once, and for ever.
+// Every disk call of every saver fails, first once, then permanently.
 TEST_F(Saving, NoFaultLeavesAnythingBehind) {
   const Image image = Make(ToVips(PhotoLike(120, 90, 3)), {.profile = ProfileFor("RGB ")});
   for (const Encoder encoder : kAll) {

@@ -17,7 +17,7 @@ using host::Problem;
 
 class TiffPagesTest : public ServicesTest {
  protected:
-  // A PNG of these pixels, whose samples come back exactly.
+  // A PNG of these pixels, since it is lossless.
   std::string Png(const std::string& name, const Sheet& sheet, VipsInterpretation kind = VIPS_INTERPRETATION_sRGB) {
     auto data = std::make_unique<ImageData>();
     data->picture.pixels = ToVips(sheet, kind);
@@ -155,7 +155,7 @@ TEST_F(TiffPagesTest, AFullDiskIsTold) {
   EXPECT_FALSE(world.folder.Exists("full.tif"));
 }
 
-// Wherever it fills up: in the middle of a page, at its directory, at the end.
+// The disk fills up in the middle of a page, at its directory, and at the end.
 TEST_F(TiffPagesTest, AFullDiskIsToldAtEveryWrite) {
   const std::string page = Png("1.png", PhotoLike(600, 500, 3));
   for (const auto compression : {TiffCompression::None, TiffCompression::Lzw, TiffCompression::Jpeg}) {

@@ -1,6 +1,6 @@
 // SPDX-FileCopyrightText: 2026 The Quillon developers
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Several cuts of one decode: each is the file that a cut of its own gives.
+// Several crops from one decode: each writes the same file as a separate crop.
 #include <vector>
 
 #include "imaging/jpeg_maker.h"
@@ -16,7 +16,7 @@ using testing::MakeOptions;
 using testing::Scans;
 using testing::TestPicture;
 
-// Small and large parts, at even and odd places, across every side of a picture of 203 x 151, and beside it.
+// Small and large parts of a picture of 203 x 151, at even and odd positions, across each side, and outside.
 const std::vector<base::Rect> kParts = {{0, 0, 203, 151}, {0, 0, 100, 75},   {100, 74, 103, 77}, {17, 33, 20, 21},
                                         {40, 41, 1, 1},   {-5, -7, 60, 50},  {180, 130, 40, 40}, {-9, 20, 220, 9},
                                         {50, -9, 9, 170}, {300, 20, 30, 30}, {20, 16, 160, 120}};
@@ -34,7 +34,7 @@ class CutSourceTest : public testing::ServicesTest {
     request.encoder = EncoderFor(extension);
     return request;
   }
-  // The bytes that a cut writes, "" for none.
+  // Returns the bytes that a crop writes, "" if it fails.
   std::string Written(const CropRequest& request, const Status& status) {
     EXPECT_EQ(static_cast<bool>(status), world.files.IsFile(request.destination)) << status.Why();
     return status ? world.folder.Read(request.destination.substr(Path("").size())) : std::string();

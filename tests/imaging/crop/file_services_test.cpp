@@ -32,7 +32,7 @@ class FileServices : public ServicesTest {
   CropRequest Request(const std::string& source, const std::string& destination, base::Rect rect, Encoder encoder) {
     return {.source = Path(source), .destination = Path(destination), .rect = rect, .encoder = encoder, .quality = 95};
   }
-  // The same picture in every format that is read; 8-bit RGB.
+  // The same 8-bit RGB picture in every format that can be read.
   void WriteEverywhere(const Sheet& sheet) {
     const VImage made = ToVips(sheet);
     made.pngsave(Path("in.png").c_str());
@@ -199,7 +199,7 @@ TEST_F(FileServices, ASourceMayBeItsOwnDestination) {
     ASSERT_TRUE(services.CropToFile(Request(c.name, c.name, {10, 10, 30, 20}, c.encoder)));
     EXPECT_EQ(services.GetImageWidth(Load(Path(c.name))), 30);
     EXPECT_TRUE(world.folder.Read(backup) == source);
-    // And when it fails, both are still whole.
+    // If the crop fails, both files are unchanged.
     const std::string before = world.folder.Read(c.name);
     world.faults.Set(
         {.call = DiskCall::Write, .nth = 1, .error = EIO, .length = Fault::Length::ForEver, .pathHolds = ""});
@@ -218,13 +218,13 @@ TEST_F(FileServices, AnOlderBackupGoesToTheTrash) {
   ASSERT_TRUE(services.CropToFile(Request("in.png", "in.png", {0, 0, 5, 5}, Encoder::Png)));
   EXPECT_TRUE(world.folder.Read("in.png.bak") == source);
   EXPECT_EQ(world.folder.Read("data/Trash/files/in.png.bak"), "the user's own");
-  // A copy of this very source stays where it is.
+  // A backup that already equals the source is kept.
   const std::string cut = world.folder.Read("in.png");
   ASSERT_TRUE(KeepBackup(world.files, Path("in.png")));
   ASSERT_TRUE(KeepBackup(world.files, Path("in.png")));
   EXPECT_TRUE(world.folder.Read("in.png.bak") == cut);
   EXPECT_EQ(world.folder.Names("data/Trash/files").size(), 2u);
-  // Without a trash nothing is replaced.
+  // Nothing is replaced if there is no trash.
   world.folder.Write("in.png.bak", "again");
   world.faults.Set({.call = DiskCall::RenameNew,
                     .nth = 1,
@@ -264,7 +264,7 @@ TEST_F(FileServices, TagsMayComeFromAnotherFile) {
   ASSERT_TRUE(services.CropToFile(request));
   EXPECT_NE(world.folder.Read("out.jpg").find("Camera"), std::string::npos);
   EXPECT_EQ(Load(Path("out.jpg")).Data()->picture.tags.orientation, 1);
-  // The orientation goes along in any case; a file that is not there is done without.
+  // The orientation is copied in any case. A missing tag source is ignored.
   request.upright = false;
   request.exif = Exif::Drop;
   ASSERT_TRUE(services.CropToFile(request));
@@ -273,7 +273,7 @@ TEST_F(FileServices, TagsMayComeFromAnotherFile) {
   request.tagSource = Path("missing.jpg");
   ASSERT_TRUE(services.CropToFile(request));
   EXPECT_EQ(Load(Path("out.jpg")).Data()->picture.tags.orientation, 1);
-  // A jpeg source is not cut past them either, with work ahead or without.
+  // A JPEG source does not bypass the tag source and upright either, with or without prefetch.
   request.source = Path("tagged.jpg");
   request.exif = Exif::Keep;
   request.upright = true;
@@ -340,7 +340,7 @@ TEST_F(FileServices, WorkAheadGivesTheSameBytes) {
   }
 }
 
-// Only the rows that are needed pass through: the sources here are much larger than what may be held.
+// Only the needed rows are decoded: these sources are much larger than the memory limit.
 TEST_F(FileServices, LargePicturesAreNotHeld) {
   ByteText head;
   head.Text("BM").Little32(0).Little32(0).Little32(54).Little32(40).Little32(18000).Little32(18000).Little16(1);
@@ -397,9 +397,9 @@ TEST_F(FileServices, GifCutsMayLieUnderAPicture) {
   const Sheet out = ReadPlainly(Path("out.gif"));
   EXPECT_EQ(out.At(0, 0, 0), 10);
   EXPECT_EQ(out.Pixel(1, 0), (std::vector<int>{255, 0, 0, 255}));
-  EXPECT_EQ(out.Pixel(2, 0), (std::vector<int>{30, 30, 30, 255}));  // clear there
+  EXPECT_EQ(out.Pixel(2, 0), (std::vector<int>{30, 30, 30, 255}));  // transparent there
   EXPECT_EQ(out.Pixel(3, 0), (std::vector<int>{0, 0, 255, 255}));
-  // As far as it lies on the cut.
+  // Only the part that overlaps the crop is drawn.
   ASSERT_TRUE(services.CropToGif(request, Overlay{Path("over.png"), -2, 0}));
   EXPECT_EQ(ReadPlainly(Path("out.gif")).Pixel(0, 0), (std::vector<int>{0, 0, 255, 255}));
   ASSERT_TRUE(services.CropToGif(request, Overlay{Path("over.png"), 9, 0}));
@@ -408,7 +408,7 @@ TEST_F(FileServices, GifCutsMayLieUnderAPicture) {
   EXPECT_EQ(ReadPlainly(Path("out.gif")).At(3, 0, 0), 40);
 }
 
-// MediaInfo knows none of these.
+// MediaInfo recognises none of these.
 TEST_F(FileServices, ImageInfoMeasuresTheSmallestPictures) {
   for (const base::Size size : {base::Size{4, 1}, {1, 1}, {1, 4}, {2, 2}}) {
     const VImage made = ToVips(PhotoLike(size.width, size.height, 3));
@@ -553,7 +553,7 @@ TEST_F(FileServices, TheTypeOfABorderedFileIsItsExtension) {
     EXPECT_TRUE(world.folder.Read(name).starts_with(head)) << name;
     EXPECT_EQ(services.GetImageWidth(Load(Path(name))), 30);
   }
-  // Over itself.
+  // Source and destination are the same file.
   BorderRequest request = Border(Path("in.png"), Path("in.png"));
   request.total = {33, 30};
   request.drawn = {20, 20};
@@ -616,7 +616,7 @@ TEST_F(FileServices, PreviewsFitAndShowDisplayedColours) {
     ASSERT_EQ(preview.rgb.size(), 100u * 66 * 3);
     EXPECT_EQ(preview.rgb[3 * 5050], 10);
     EXPECT_EQ(preview.rgb[3 * 5050 + 2], 30);
-    // Never larger than the picture.
+    // The preview is never larger than the picture.
     ASSERT_TRUE(services.LoadPreview(Path(source), {9000, 9000}, preview));
     EXPECT_EQ(preview.size, (base::Size{300, 200}));
   }

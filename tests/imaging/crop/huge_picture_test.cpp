@@ -35,7 +35,7 @@ class HugePicture : public ServicesTest {
     return status ? ReadPlainly(Path("out.png")) : Sheet{};
   }
 
-  // The same picture in tiffs of every build that is read part by part, and of some that are not.
+  // The same picture in every kind of TIFF that can be read in parts, and in some that cannot.
   std::vector<std::string> WriteTiffs(const Sheet& sheet) {
     const VImage made = ToVips(sheet);
     const auto with = [](const char* name, auto value) { return VImage::option()->set(name, value); };
@@ -72,14 +72,14 @@ TEST_F(HugePicture, CutsTiffsOfEveryKind) {
   const Sheet deep = PhotoLike(70, 50, 3, 65535);
   ToVipsDeep(deep).tiffsave(Path("deep.tif").c_str());
   EXPECT_EQ(Cut("deep.tif", {3, 4, 50, 40}), Part(deep, {3, 4, 50, 40}));
-  // Read by the library: one bit, white first; a palette; numbers of another kind.
+  // Kinds that libvips decodes: one bit with 0 as white, a palette, another sample format.
   Sheet dots = Plain(70, 50, {255});
   for (int i = 0; i < 3500; i += 3) dots.values[static_cast<std::size_t>(i)] = 0;
   ToVips(dots, VIPS_INTERPRETATION_B_W)
       .tiffsave(Path("fax.tif").c_str(),
                 VImage::option()->set("bitdepth", 1)->set("compression", VIPS_FOREIGN_TIFF_COMPRESSION_CCITTFAX4));
   EXPECT_EQ(Cut("fax.tif", {3, 4, 50, 40}), Part(dots, {3, 4, 50, 40}));
-  // Ink stays ink.
+  // CMYK stays CMYK.
   const Sheet ink = PhotoLike(70, 50, 4);
   ToVips(ink, VIPS_INTERPRETATION_CMYK).tiffsave(Path("ink.tif").c_str());
   HugeOrder order = Order("ink.tif", "out.tif");
@@ -102,7 +102,7 @@ TEST_F(HugePicture, CutsOtherFormats) {
   }
 }
 
-// Colours of a jpeg pass through: the file is the one that the normal cut makes.
+// A plain crop of a JPEG writes the same file as the normal cut.
 TEST_F(HugePicture, AJpegIsCutAsTheNormalCutDoes) {
   world.folder.Write("a.jpg", MakeJpeg(TestPicture({200, 160}, Colours::YCbCr), {}));
   HugeOrder order = Order("a.jpg", "out.jpg");
@@ -114,7 +114,7 @@ TEST_F(HugePicture, AJpegIsCutAsTheNormalCutDoes) {
   EXPECT_TRUE(world.folder.Read("out.jpg") == world.folder.Read("b.jpg"));
 }
 
-// Row by row or through the pipeline, the same jpeg comes out.
+// The row-by-row way and the pipeline write the same JPEG.
 TEST_F(HugePicture, TiffPartsBecomeTheJpegOfTheNormalCut) {
   const base::Rect rect{13, 41, 100, 90};
   std::vector<std::string> names = WriteTiffs(PhotoLike(211, 157, 3));
@@ -172,7 +172,7 @@ TEST_F(HugePicture, ScalesTurnsAndGreysInThisOrder) {
   ASSERT_TRUE(services.RotateImage(image, 90, base::kWhite));
   ASSERT_TRUE(services.ConvertImageToGrayMode(image));
   EXPECT_EQ(ReadPlainly(Path("out.png")), PixelsOf(image));
-  // Above the limit of memory it is turned through a file.
+  // Above the memory limit the rotation uses a temporary file.
   Limits tight;
   tight.memory = 10000;
   HugeOrder second = order;
@@ -208,7 +208,7 @@ TEST_F(HugePicture, ScalesOnlyWhereAsked) {
   }
 }
 
-// A scaled jpeg shows the picture, whatever size it was decoded at.
+// A scaled JPEG shows the same picture for every reduction of its decoder.
 TEST_F(HugePicture, JpegsAreScaledOnTheWay) {
   ToVips(PhotoLike(801, 603, 3)).jpegsave(Path("a.jpg").c_str(), VImage::option()->set("Q", 95));
   for (const base::Size size : {base::Size{700, 527}, {400, 301}, {133, 100}, {50, 38}}) {
@@ -226,7 +226,7 @@ TEST_F(HugePicture, JpegsAreScaledOnTheWay) {
   }
 }
 
-// Written as it is decoded, in the colours it is stored in: what the pipeline makes of it, but for the coding.
+// The direct way works in YCC. Its result differs from that of the pipeline only by the losses of JPEG.
 TEST_F(HugePicture, AJpegBecomesASmallerJpegRowByRow) {
   struct Case {
     Colours colours;
@@ -292,7 +292,7 @@ TEST_F(HugePicture, TagsGoAlong) {
   }
 }
 
-// What is written row by row is what the pipeline writes.
+// The row-by-row way writes the same pixels as the pipeline.
 TEST_F(HugePicture, PartsOfEveryKindAreSavedAsTiffAndPng) {
   const base::Rect rect{13, 41, 50, 9};
   ToVips(PhotoLike(70, 60, 1), VIPS_INTERPRETATION_B_W).tiffsave(Path("grey.tif").c_str());
@@ -319,7 +319,7 @@ TEST_F(HugePicture, PartsOfEveryKindAreSavedAsTiffAndPng) {
   }
 }
 
-// A disk that fills up leaves nothing behind.
+// A full disk leaves no partial file.
 TEST_F(HugePicture, AFullDiskIsTold) {
   ToVips(PhotoLike(200, 200, 3)).tiffsave(Path("a.tif").c_str());
   for (const char* target : {"out.tif", "out.png", "out.jpg"}) {
@@ -335,9 +335,9 @@ TEST_F(HugePicture, AFullDiskIsTold) {
 TEST_F(HugePicture, WhatIsNotMeantIsRefused) {
   ToVips(PhotoLike(40, 30, 3)).tiffsave(Path("a.tif").c_str());
   HugeOrder order = Order("a.tif", "out.png");
-  order.least = {40, 31};
+  order.minimum = {40, 31};
   EXPECT_EQ(Make(order).GetProblem(), Problem::Unsupported);
-  order.least = {40, 30};
+  order.minimum = {40, 30};
   EXPECT_TRUE(Make(order));
   EXPECT_EQ(Make(Order("missing.tif", "out2.png")).GetProblem(), Problem::Missing);
   world.folder.Write("text.tif", "no picture");
@@ -345,7 +345,7 @@ TEST_F(HugePicture, WhatIsNotMeantIsRefused) {
   EXPECT_FALSE(world.folder.Exists("out2.png"));
 }
 
-// Cut short or bent, a tiff costs no more than its target.
+// A truncated or corrupt TIFF fails without a result and without a crash.
 TEST_F(HugePicture, DamagedTiffsNeverCrash) {
   for (const std::string& name : WriteTiffs(PhotoLike(211, 157, 3))) {
     const std::string bytes = world.folder.Read(name);

@@ -23,7 +23,7 @@ class TiffWriter {
   }
   TiffWriter& Entry(unsigned tag, unsigned type, unsigned count, unsigned value) {
     Short(tag).Short(type).Long(count);
-    // A short stands in the first two of the four bytes.
+    // A SHORT is stored in the first two of the four bytes.
     return type == 3 && count == 1 ? Short(value).Short(0) : Long(value);
   }
   std::size_t Size() const { return bytes_.size(); }
@@ -138,7 +138,7 @@ TEST_P(JpegExifTest, ThumbnailAndPreviewAreGone) {
   EXPECT_EQ(cut.find("THUMBNAIL"), std::string::npos);
   EXPECT_EQ(cut.find("PREVIEW"), std::string::npos);
   EXPECT_EQ(Get(cut, kNextDirectory, 4), 0u);
-  EXPECT_EQ(cut.size(), camera.thumbnail);  // it stood at the end
+  EXPECT_EQ(cut.size(), camera.thumbnail);  // it was the end of the block
 }
 
 TEST_P(JpegExifTest, ThumbnailInTheMiddleIsBlankedInPlace) {
@@ -150,7 +150,7 @@ TEST_P(JpegExifTest, ThumbnailInTheMiddleIsBlankedInPlace) {
 
 TEST_P(JpegExifTest, UncompressedThumbnailAndSubdirectoriesAreBlanked) {
   TiffWriter w(GetParam());
-  w.Long(8).Short(1).Entry(0x014A, 4, 1, 26).Long(64);  // one subdirectory; the next directory stands at 64
+  w.Long(8).Short(1).Entry(0x014A, 4, 1, 26).Long(64);  // one subdirectory; the next directory is at 64
   w.Short(2).Entry(0x0201, 4, 1, 56).Entry(0x0202, 4, 1, 6).Long(0).Text("SUBPIC..");
   w.Short(2).Entry(0x0111, 4, 1, 94).Entry(0x0117, 4, 1, 5).Long(0).Text("STRIPS");
   ASSERT_EQ(w.Size(), 100u);

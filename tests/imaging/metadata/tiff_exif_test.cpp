@@ -17,7 +17,7 @@ namespace {
 using namespace testing;
 using vips::VImage;
 
-// A block as a camera writes it, made and read by another library.
+// A block like that of a camera, written and read by another library.
 std::string CameraBlock(Exiv2::ByteOrder order) {
   Exiv2::ExifData data;
   data["Exif.Image.Make"] = "Camera";
@@ -69,7 +69,7 @@ class TiffExif : public ServicesTest {
     data->picture = {pixels, tags};
     return Image(std::move(data));
   }
-  // A TIFF with the block's EXIF.
+  // A TIFF with the EXIF of the block.
   void Write(const std::string& name, const std::string& block, SaveOptions options = {.exif = Exif::Keep}) {
     Image image = Make(ToVips(photo), {.exif = block, .orientation = 6, .dpi = 300});
     ASSERT_TRUE(services.SaveByType(image, Path(name), "tif", options));
@@ -109,7 +109,7 @@ TEST_F(TiffExif, BlackAndWhiteKeepsItToo) {
   EXPECT_EQ(data["Exif.Image.Compression"].toString(), "4");
 }
 
-// From a TIFF to every format that can hold it, and back.
+// EXIF survives the way from a TIFF to every format that can store it, and back.
 TEST_F(TiffExif, ComesOutOfTheFile) {
   Write("a.tif", CameraBlock(Exiv2::bigEndian));
   for (const char* type : {"jpg", "png", "tif"}) {
@@ -170,11 +170,11 @@ TEST_F(TiffExif, EveryTruncationAndEveryByteIsSurvived) {
   }
 }
 
-// A block that no JPEG has room for does not cost the picture.
+// If the block is too large for a JPEG, the picture is written without it.
 TEST_F(TiffExif, TooMuchForAJpegIsLeftOut) {
   ByteText block;
   block.U8({'I', 'I', 42, 0}).Little32(8).Little16(2);
-  block.Little16(0x010E).Little16(2).Little32(70000).Little32(46);  // what is shown
+  block.Little16(0x010E).Little16(2).Little32(70000).Little32(46);  // ImageDescription
   block.Little16(0x010F).Little16(2).Little32(7).Little32(38);      // maker's name
   block.Little32(0).Text("Camera").Zeros(2).Text(std::string(70000, 'x'));
   const Image image = Make(ToVips(photo), {.exif = block.Bytes(), .orientation = 6});

@@ -64,7 +64,7 @@ TEST(Geometry, QuarterTurnsAreExact) {
   for (const Case& c : cases) EXPECT_EQ(FromVips(Turned(image, c.angle, kRed)), c.expected) << c.angle;
 }
 
-// A turn by next to a quarter goes the interpolated way and must come to the same place, direction and centre.
+// An angle close to 90 degrees is interpolated, and must give nearly the same picture as the exact rotation.
 TEST(Geometry, InterpolatedTurnsMeetTheExactOnes) {
   const Sheet photo = PhotoLike(40, 30, 3);
   for (const double angle : {90.0, 180.0, 270.0, 360.0, -90.0}) {
@@ -111,7 +111,7 @@ TEST(Geometry, TurnsKeepKindAndDepth) {
   EXPECT_EQ(clear.At(clear.width / 2, clear.height / 2, 3), 0);
 }
 
-// Nothing rings at the rim: all that is seen lies between the picture and the colour around it.
+// No ringing at the edge: every value lies between the picture and the background colour.
 TEST(Geometry, TheRimOfATurnedPictureIsSmooth) {
   const Sheet white = FromVips(Turned(ToVips(Plain(60, 40, {255, 255, 255})), 7.3, base::kWhite));
   for (const int value : white.values) ASSERT_EQ(value, 255);
@@ -122,7 +122,7 @@ TEST(Geometry, TheRimOfATurnedPictureIsSmooth) {
     if (value > 100 && value < 255) ++between;
   }
   EXPECT_GT(between, 100);
-  // It covers as much as before.
+  // The covered area stays the same.
   const double area = 60 * 40;
   double covered = 0;
   for (std::size_t i = 0; i < dark.values.size(); i += 3) covered += (255 - dark.values[i]) / 155.0;
@@ -130,7 +130,7 @@ TEST(Geometry, TheRimOfATurnedPictureIsSmooth) {
 }
 
 TEST(Geometry, TransparentPixelsDoNotBleedWhenTurned) {
-  // Left half red and opaque, right half green and clear.
+  // Left half red and opaque, right half green and transparent.
   Sheet sheet{20, 20, 4, {}};
   for (int i = 0; i < 400; ++i) {
     const bool left = i % 20 < 10;
@@ -144,7 +144,7 @@ TEST(Geometry, TransparentPixelsDoNotBleedWhenTurned) {
   }
 }
 
-// A smooth wave is known at every place; it comes back to half a step of the samples.
+// A smooth wave has a known value at every position, which must come out with an error of half a sample value.
 TEST(Geometry, InterpolationIsPrecise) {
   const auto wave = [](double x, double y) { return 128 + 100 * std::sin(x / 4) * std::cos(y / 5); };
   Sheet sheet{80, 60, 1, {}};
@@ -240,9 +240,10 @@ TEST(Geometry, WindowShowsWhiteOutside) {
 }
 
 TEST(Geometry, CommonPartOfRectangles) {
-  EXPECT_EQ(Common({0, 0, 10, 10}, {5, 6, 10, 10}), (base::Rect{5, 6, 5, 4}));
-  EXPECT_EQ(Common({0, 0, 10, 10}, {10, 0, 5, 5}), base::Rect{});
-  EXPECT_EQ(Common({2000000000, 0, 2000000000, 1}, {0, 0, 2147483647, 1}), (base::Rect{2000000000, 0, 147483647, 1}));
+  EXPECT_EQ(Intersection({0, 0, 10, 10}, {5, 6, 10, 10}), (base::Rect{5, 6, 5, 4}));
+  EXPECT_EQ(Intersection({0, 0, 10, 10}, {10, 0, 5, 5}), base::Rect{});
+  EXPECT_EQ(Intersection({2000000000, 0, 2000000000, 1}, {0, 0, 2147483647, 1}),
+            (base::Rect{2000000000, 0, 147483647, 1}));
 }
 
 TEST(Colours, SamplesOfAColour) {

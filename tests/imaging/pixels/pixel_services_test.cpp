@@ -143,7 +143,7 @@ TEST_F(PixelServices, InvertTurnsColoursOnly) {
   Image deep = Make(ToVipsDeep({1, 1, 1, {1000}}, VIPS_INTERPRETATION_GREY16));
   ASSERT_TRUE(services.Invert(deep));
   EXPECT_EQ(PixelsOf(deep), (Sheet{1, 1, 1, {64535}}));
-  // White paper becomes black, as the screen shows it.
+  // CMYK is inverted as displayed: white paper becomes black.
   Image inks = Make(ToVips({1, 1, 4, {0, 0, 0, 0}}, VIPS_INTERPRETATION_CMYK));
   ASSERT_TRUE(services.Invert(inks));
   EXPECT_EQ(PixelsOf(inks), (Sheet{1, 1, 3, {0, 0, 0}}));
@@ -153,7 +153,7 @@ TEST_F(PixelServices, ThresholdMakesTheLevelItselfWhite) {
   Image image = Make(ToVips({4, 1, 1, {0, 127, 128, 255}}, VIPS_INTERPRETATION_B_W));
   ASSERT_TRUE(services.Threshold(image, 128));
   EXPECT_EQ(PixelsOf(image), (Sheet{4, 1, 1, {0, 0, 255, 255}}));
-  // Red is 76 grey; a clear pixel lies on white; of 16 bits the upper half counts.
+  // Red is grey 76; a transparent pixel counts as white; of 16 bits the upper 8 count.
   Image colours = Make(ToVips({2, 1, 4, {255, 0, 0, 255, 0, 0, 0, 0}}));
   ASSERT_TRUE(services.Threshold(colours, 77));
   EXPECT_EQ(PixelsOf(colours), (Sheet{2, 1, 1, {0, 255}}));
@@ -211,7 +211,7 @@ TEST_F(PixelServices, DrawImageLaysTransparencyOver) {
   const Image veil = Make(ToVips({3, 1, 4, {255, 0, 0, 255, 255, 0, 0, 0, 255, 0, 0, 51}}));
   ASSERT_TRUE(services.DrawImage(canvas, veil, {0, 0, 3, 1}));
   EXPECT_EQ(PixelsOf(canvas), (Sheet{3, 1, 3, {255, 0, 0, 0, 0, 255, 51, 0, 204}}));
-  // On a canvas that is clear itself.
+  // On a transparent canvas.
   Image clear = Make(ToVips({2, 1, 4, {0, 0, 0, 0, 0, 0, 255, 255}}));
   ASSERT_TRUE(services.DrawImage(clear, Make(ToVips(Plain(2, 1, {255, 0, 0, 0}))), {0, 0, 2, 1}));
   EXPECT_EQ(PixelsOf(clear).At(0, 0, 3), 0);
@@ -240,11 +240,11 @@ TEST_F(PixelServices, DrawImageTakesOnTheCanvasColours) {
   ASSERT_TRUE(services.DrawImage(wideCanvas, canvas, {0, 0, 1, 1}));
   EXPECT_LE(Difference(PixelsOf(wideCanvas), green), 2);
   EXPECT_EQ(TagsOf(wideCanvas).profile, wide);
-  // White on a canvas of inks is paper.
+  // White on a CMYK canvas is no ink.
   Image inks = Make(ToVips({1, 1, 4, {9, 9, 9, 9}}, VIPS_INTERPRETATION_CMYK));
   ASSERT_TRUE(services.DrawImage(inks, Make(ToVips({1, 1, 3, {255, 255, 255}})), {0, 0, 1, 1}));
   EXPECT_LE(Difference(PixelsOf(inks), {1, 1, 4, {0, 0, 0, 0}}), 1);
-  // A deep canvas stays deep.
+  // A canvas with 16 bits keeps them.
   Image deep = Make(ToVipsDeep({1, 1, 3, {0, 0, 0}}));
   ASSERT_TRUE(services.DrawImage(deep, Make(ToVips({1, 1, 3, {1, 2, 255}})), {0, 0, 1, 1}));
   EXPECT_EQ(PixelsOf(deep), (Sheet{1, 1, 3, {257, 514, 65535}}));
@@ -259,7 +259,7 @@ TEST_F(PixelServices, DrawingOnACanvasOfOneOwnerCopiesNothing) {
   EXPECT_EQ(vips_image_get_data(canvas.Data()->picture.pixels.get_image()), before);
 }
 
-// Whatever a picture is, it comes out of the lane as it was put in.
+// Every kind of picture comes out of the lane unchanged.
 TEST_F(PixelServices, TheClipBoardLaneKeepsEverything) {
   Image out;
   EXPECT_EQ(services.CreateImageFromClipBoard(out).GetProblem(), host::Problem::Missing);
@@ -289,7 +289,7 @@ TEST_F(PixelServices, TheClipBoardLaneKeepsEverything) {
     EXPECT_EQ(taken.tags.orientation, 8);
     EXPECT_EQ(taken.tags.dpi, 254);
   }
-  // Work goes on with it as with any other.
+  // The picture can be processed like any other.
   ASSERT_TRUE(services.RotateImage(out, 7.3, base::kWhite));
   EXPECT_FALSE(services.PutImageOnClipBoard(Image()));
 }

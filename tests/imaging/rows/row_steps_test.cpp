@@ -15,7 +15,7 @@ namespace {
 
 using namespace testing;
 
-// The rows of a sheet, of which one may fail.
+// The rows of a sheet. Reading row failing, if it is given, fails.
 class SheetRows final : public RowStream {
  public:
   explicit SheetRows(Sheet sheet, int failing = -1) : sheet_(std::move(sheet)), failing_(failing) {
@@ -53,17 +53,17 @@ Sheet ReadAll(RowStream& rows) {
   return sheet;
 }
 
-TEST(RowsAhead, AreTheRowsOfTheStream) {
+TEST(PrefetchedRows, AreTheRowsOfTheStream) {
   for (const int height : {1, 15, 16, 17, 64, 65, 200}) {
     const Sheet sheet = PhotoLike(7, height, 3);
-    RowsAhead ahead(std::make_shared<SheetRows>(sheet));
+    PrefetchedRows ahead(std::make_shared<SheetRows>(sheet));
     EXPECT_EQ(ReadAll(ahead), sheet) << height;
   }
 }
 
-TEST(RowsAhead, AFailureComesInItsPlaceAndStays) {
+TEST(PrefetchedRows, AFailureComesInItsPlaceAndStays) {
   for (const int failing : {0, 5, 16, 100}) {
-    RowsAhead ahead(std::make_shared<SheetRows>(PhotoLike(7, 120, 1), failing));
+    PrefetchedRows ahead(std::make_shared<SheetRows>(PhotoLike(7, 120, 1), failing));
     std::vector<unsigned char> row(7);
     for (int y = 0; y < failing; ++y) ASSERT_TRUE(ahead.ReadRow(row.data())) << y;
     EXPECT_EQ(ahead.ReadRow(row.data()).Why(), "torn") << failing;
@@ -71,10 +71,10 @@ TEST(RowsAhead, AFailureComesInItsPlaceAndStays) {
   }
 }
 
-TEST(RowsAhead, ReadsNoFurtherThanSomeBlocks) {
+TEST(PrefetchedRows, ReadsNoFurtherThanSomeBlocks) {
   auto rows = std::make_shared<SheetRows>(PhotoLike(3, 10000, 1));
   {
-    RowsAhead ahead(rows);
+    PrefetchedRows ahead(rows);
     std::vector<unsigned char> row(3);
     ASSERT_TRUE(ahead.ReadRow(row.data()));
   }
@@ -104,7 +104,7 @@ TEST(ScaledRows, AreThoseOfTheLanczosKernel) {
     for (const base::Size size : {base::Size{91, 67}, {90, 67}, {91, 30}, {60, 44}, {13, 9}, {1, 1}}) {
       ScaledRows scaled(std::make_shared<SheetRows>(sheet), {91, 67}, size);
       const Sheet expected = FromVips(LanczosScaled(ToVips(sheet, kind), size));
-      // Sums taken in another order may round to a neighbour.
+      // Sums in another order may round to a neighbouring value.
       EXPECT_LE(Difference(ReadAll(scaled), expected), size.width > 1 ? 1 : 2) << bands << " " << size.width;
     }
   }

@@ -7,9 +7,8 @@
 #include <QMimeData>
 #include <QPainter>
 
-#include "ui/kit/bind/uri_list.h"
-#include "ui/kit/hint.h"
 #include "ui/kit/text.h"
+#include "ui/kit/theme/flat_paint.h"
 
 namespace quillon::helpers {
 

@@ -18,7 +18,6 @@
 #include "helpers/dc_tiffs_maker/window/picture_list.h"
 #include "helpers/dc_tiffs_maker/window/task.h"
 #include "ui/kit/text.h"
-#include "ui/kit/theme/metrics.h"
 #include "ui/kit/theme/theme.h"
 
 namespace quillon::helpers {

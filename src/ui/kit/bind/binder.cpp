@@ -8,6 +8,9 @@
 #include "ui/kit/bind/binding.h"
 #include "ui/kit/text.h"
 
+// Each widget has a Binding, a child object that translates between it and its control. The binder keeps the bindings
+// of each control and forwards the changes of the record to them. A change of appearance also goes to the controls
+// inside a frame, since they are disabled or hidden with it.
 namespace quillon::ui {
 namespace {
 
@@ -26,7 +29,7 @@ Binder::Binder(controls::Window& window, Refusal onRefusal) : window_(window), o
 
 Binder::~Binder() {
   window_.Forget(token_);
-  // Widgets outlive their binder for a moment while a window is torn down, and must not speak to it any more.
+  // While a window is destroyed, its widgets may outlive the binder and must not call it.
   for (auto& [control, list] : bindings_) {
     for (const QPointer<QObject>& binding : list) delete binding.data();
   }
@@ -34,7 +37,7 @@ Binder::~Binder() {
 
 void Binder::Attach(Binding* binding) {
   bindings_[&binding->Control()].emplace_back(binding);
-  binding->ShowLook();
+  binding->ShowAppearance();
   binding->ShowValue();
 }
 
@@ -58,7 +61,7 @@ void Binder::OnChange(controls::Control& control, controls::Aspect aspect) {
     for (const QPointer<QObject>& pointer : list) {
       auto* binding = static_cast<Binding*>(pointer.data());
       if (!binding) continue;
-      if (aspect == controls::Aspect::Appearance) binding->ShowLook();
+      if (aspect == controls::Aspect::Appearance) binding->ShowAppearance();
       if (itself) binding->ShowValue();
     }
   }
@@ -84,6 +87,7 @@ void ShowVisible(const controls::Control& control, QWidget& widget) {
 }
 
 void Binding::Edit(const std::string& text) {
+  // The edit may close the window, which deletes this binding.
   const QPointer<QObject> alive(this);
   const controls::EditResult result = control_.UserEdit(text);
   if (!alive) return;

@@ -12,6 +12,7 @@
 #include "controls/control.h"
 #include "controls/values.h"
 
+class QAbstractSlider;
 class QAction;
 class QLabel;
 class QMenu;
@@ -21,13 +22,15 @@ namespace quillon::ui {
 
 class Binding;
 
-// Joins a window's record to Qt widgets. Each control gets the widget of its kind, named after the control; the widget
-// follows the record, and what the user does with it goes to the record as an edit or a click. A refused edit puts the
-// record's value back and tells why.
+// Connects the record of a window to Qt widgets, in both directions.
+// Each control gets the widget for its kind, with the name of the control as object name.
+// The widget follows the record. What the user does with it goes to the record as an edit or a click.
+// If the record refuses an edit, the widget shows the value of the record again and onRefusal receives the reason.
 class Binder {
  public:
   using Refusal = std::function<void(const std::string& sentence)>;
 
+  // The record has to outlive the binder.
   explicit Binder(controls::Window& window, Refusal onRefusal = {});
   ~Binder();
   Binder(const Binder&) = delete;
@@ -35,26 +38,30 @@ class Binder {
 
   controls::Window& Window() const { return window_; }
 
-  // The widget for a control that is not a menu. It has no parent; laying it out gives it one.
+  // Returns a new widget for a control that is not a menu. It has no parent until it is put in a layout.
   QWidget* Make(controls::Control& control);
-  // A label with the given text, or the control's own caption where the text is empty; clicking its mnemonic goes to
-  // the widget. It hides and greys with the control.
+  // Returns a new label with text, or with the caption of the control if text is empty. Its mnemonic focuses buddy.
+  // The label is hidden and disabled together with the control.
   QLabel* MakeLabel(controls::Control& control, QWidget* buddy, const QString& text = {});
-  // The action of a menu entry that holds no others.
+  // Returns the action of a menu entry without a submenu, with its name and shortcut.
   QAction* MakeAction(controls::Menu& menu, QObject* parent);
-  // A second action for the same entry, for a button: it bears neither the entry's name nor its shortcut.
-  QAction* MakeTwin(controls::Menu& menu, QObject* parent);
-  // Names a menu after its record entry and lets it follow that.
+  // Returns another action for the same entry, for a button; it has neither the name nor the shortcut.
+  QAction* MakeButtonAction(controls::Menu& menu, QObject* parent);
+  // Names a submenu after its entry in the record and lets it follow that entry.
   void Join(controls::Menu& menu, QMenu* target);
-  // Lets a widget that is made elsewhere stand for a frame or a grid.
+  // Lets a widget that was made elsewhere represent a frame or a grid.
   void Join(controls::Control& control, QWidget* widget);
+  // Lets a slider or scroll bar that was made elsewhere represent a slider of the record.
+  void Join(controls::Slider& slider, QAbstractSlider* widget);
 
+  // Returns true if the control has a widget.
   bool Has(const controls::Control& control) const { return bindings_.count(&control) != 0; }
-  // Hands over what stands typed but not yet finished in a box, before a command acts on the record.
+  // Sends what the user has typed but not confirmed to the record. Called before a command that reads the record.
   void CommitTyped();
 
-  // For bindings.
+  // For bindings: registers one and shows the current state of its control.
   void Attach(Binding* binding);
+  // For bindings: reports why an edit was refused.
   void Refused(const std::string& sentence) const;
 
  private:

@@ -9,7 +9,7 @@
 
 namespace quillon::ui {
 
-// One widget, action or label that shows a control. It lives as long as its owner.
+// Connects one widget, action or label to a control. Owned by that object.
 class Binding : public QObject {
  public:
   Binding(controls::Control& control, Binder& binder, QObject* owner)
@@ -17,14 +17,17 @@ class Binding : public QObject {
 
   controls::Control& Control() const { return control_; }
 
+  // Updates the widget from the value of the control.
   virtual void ShowValue() {}
-  virtual void ShowLook() {}
-  // An edit that is typed and not yet finished is handed over.
+  // Updates caption, tooltip, enabled and visible state.
+  virtual void ShowAppearance() {}
+  // Sends an edit that the user has typed but not confirmed.
   virtual void CommitTyped() {}
 
  protected:
-  // The user's hand. The record may have put another value in place of the edit, so the value is shown anew.
+  // Sends an edit of the user to the record and then shows its value, since the record may have changed or refused it.
   void Edit(const std::string& text);
+  // Sends a click of the user to the record, after all typed edits.
   void Click();
 
  private:
@@ -32,12 +35,13 @@ class Binding : public QObject {
   Binder& binder_;
 };
 
-// What a control says to the mouse: why it cannot be used, if it cannot, above its own tooltip.
+// Returns the tooltip of a control: the reason why it is disabled, if it is, and its own tooltip below.
 QString TooltipOf(const controls::Control& control);
 
-// Tooltip, enabled and visible state of a control, put on its widget. A widget that is not laid out yet is not shown,
-// since without a parent it would come up as a window.
+// Sets tooltip, enabled and visible state of the widget.
+// A widget without a layout is not shown, since without a parent it would open as a window.
 void ShowCommon(const controls::Control& control, QWidget& widget);
+// Sets the visible state alone, in the same way.
 void ShowVisible(const controls::Control& control, QWidget& widget);
 
 }  // namespace quillon::ui

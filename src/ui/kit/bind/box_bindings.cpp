@@ -14,13 +14,13 @@
 
 #include "ui/kit/bind/binding.h"
 #include "ui/kit/bind/number_edit.h"
-#include "ui/kit/bind/uri_list.h"
 #include "ui/kit/text.h"
-#include "ui/kit/theme/metrics.h"
+#include "ui/kit/theme/theme.h"
 
 namespace quillon::ui {
 namespace {
 
+// A number box. The record parses the text and applies the limits.
 class NumberBinding : public Binding {
  public:
   NumberBinding(controls::TextBox& box, Binder& binder, NumberEdit* edit)
@@ -30,12 +30,12 @@ class NumberBinding : public Binding {
   }
 
   void ShowValue() override { edit_->SetText(Shown(box_.Value())); }
-  void ShowLook() override {
+  void ShowAppearance() override {
     ShowCommon(box_, *edit_);
     edit_->SetLimits(box_.GetLimits());
   }
   void CommitTyped() override {
-    if (edit_->Typed()) Edit(Bytes(edit_->Text()));
+    if (edit_->HasUnsentText()) Edit(Bytes(edit_->Text()));
   }
 
  private:
@@ -56,7 +56,7 @@ class LineBinding : public Binding {
     if (line_->text() != text) line_->setText(text);
     line_->setModified(false);
   }
-  void ShowLook() override {
+  void ShowAppearance() override {
     ShowCommon(Control(), *line_);
     if (Control().GetKind() != controls::Kind::Label) return;
     ShowValue();
@@ -71,6 +71,7 @@ class LineBinding : public Binding {
   QLineEdit* line_;
 };
 
+// A combo box whose width does not depend on its entries and whose popup is as wide as they are.
 class ListBox : public QComboBox {
  public:
   ListBox() {
@@ -87,7 +88,7 @@ class ListBox : public QComboBox {
   }
 
  protected:
-  // A wheel that scrolls the panel must not choose another entry on its way.
+  // A wheel that scrolls the panel must not change the entry that it passes over.
   void wheelEvent(QWheelEvent* event) override {
     if (hasFocus()) {
       QComboBox::wheelEvent(event);
@@ -97,6 +98,7 @@ class ListBox : public QComboBox {
   }
 };
 
+// A combo box. Its entries are replaced only if the record has changed them.
 class ListBinding : public Binding {
  public:
   ListBinding(controls::ComboBox& box, Binder& binder, QComboBox* list)
@@ -115,7 +117,7 @@ class ListBinding : public Binding {
     list_->lineEdit()->setModified(false);
   }
 
-  void ShowLook() override {
+  void ShowAppearance() override {
     ShowCommon(box_, *list_);
     QStringList items;
     for (const std::string& item : box_.Items()) items << Shown(item);
@@ -137,6 +139,7 @@ class ListBinding : public Binding {
   QStringList shown_;
 };
 
+// A colour button.
 class ColourBinding : public Binding {
  public:
   ColourBinding(controls::ColourBox& box, Binder& binder, QPushButton* button)
@@ -145,7 +148,7 @@ class ColourBinding : public Binding {
   }
 
   void ShowValue() override {
-    // With a clear edge on the right, so that it keeps its distance from the text.
+    // A transparent margin on the right keeps the swatch away from the text.
     constexpr QSize kSwatch(32, 16);
     const QSize whole = kSwatch + QSize(kGap / 2, 0);
     QPixmap icon(whole * button_->devicePixelRatioF());
@@ -161,7 +164,7 @@ class ColourBinding : public Binding {
     button_->setText(Colour().name().toUpper());
   }
 
-  void ShowLook() override {
+  void ShowAppearance() override {
     ShowCommon(box_, *button_);
     button_->setAccessibleName(Shown(box_.Caption()));
   }
@@ -186,7 +189,7 @@ class PathLine : public QLineEdit {
   void SetDropHandler(std::function<void(const std::string&)> handler) { onDrop_ = std::move(handler); }
 
  protected:
-  // The text may be a note that no folder is chosen yet; a path that is typed takes its place.
+  // The text may be the note that no folder is chosen. Selecting it lets a typed path replace it.
   void focusInEvent(QFocusEvent* event) override {
     QLineEdit::focusInEvent(event);
     QMetaObject::invokeMethod(this, &QLineEdit::selectAll, Qt::QueuedConnection);

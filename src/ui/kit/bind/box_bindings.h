@@ -6,17 +6,19 @@
 
 class QWidget;
 
+// Each function returns a new widget that is bound to its control and has no parent yet.
+// Typed text goes to the record at Enter or when the widget loses the focus (see Binder::CommitTyped).
 namespace quillon::ui {
 
 class Binder;
 
-// A number box with arrows, or a line for any text.
+// A number box with arrows for a numeric text box, else a line for any text.
 QWidget* MakeTextBox(controls::TextBox& box, Binder& binder);
-// A list; an editable one also takes what is typed.
+// A list; an editable one accepts typed text too.
 QWidget* MakeComboBox(controls::ComboBox& box, Binder& binder);
-// A button with the colour on it, which opens the colour dialog.
+// A button that shows the colour and opens the colour dialog.
 QWidget* MakeColourBox(controls::ColourBox& box, Binder& binder);
-// A line that shows a folder and takes a typed or dropped one.
+// A line that shows a folder and accepts a typed or dropped one.
 QWidget* MakePathBox(controls::Label& label, Binder& binder);
 
 }  // namespace quillon::ui

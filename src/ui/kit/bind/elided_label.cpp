@@ -26,6 +26,7 @@ void ElidedLabel::paintEvent(QPaintEvent*) {
 }
 
 bool ElidedLabel::event(QEvent* event) {
+  // Qt shows a tooltip only if one is set, so the elided text is shown here.
   if (event->type() == QEvent::ToolTip && toolTip().isEmpty() &&
       fontMetrics().horizontalAdvance(text()) > contentsRect().width()) {
     QToolTip::showText(static_cast<QHelpEvent*>(event)->globalPos(), text(), this);

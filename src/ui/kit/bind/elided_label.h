@@ -6,11 +6,13 @@
 
 namespace quillon::ui {
 
-// A label of one line that shortens its text in the middle when there is no room, and then tells it whole as a tooltip.
+// A label of one line of plain text that is elided in the middle if there is no room.
+// The full text is then shown as the tooltip, unless the label has a tooltip of its own.
 class ElidedLabel : public QLabel {
  public:
   explicit ElidedLabel(QWidget* parent = nullptr);
 
+  // The width of the ellipsis, so that a long text never widens its window.
   QSize minimumSizeHint() const override;
 
  protected:

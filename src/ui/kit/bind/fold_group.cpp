@@ -8,7 +8,7 @@
 #include <QStyleOptionFocusRect>
 #include <QVBoxLayout>
 
-#include "ui/kit/theme/metrics.h"
+#include "ui/kit/theme/theme.h"
 
 namespace quillon::ui {
 namespace {
@@ -36,6 +36,7 @@ QSize FoldHeader::sizeHint() const {
   return {kArrow + 2 * kGap + metrics.horizontalAdvance(text()), metrics.height() + kGap};
 }
 
+// The header is highlighted under the pointer, so it has to be painted again.
 void FoldHeader::enterEvent(QEnterEvent* event) {
   QAbstractButton::enterEvent(event);
   update();
@@ -64,6 +65,7 @@ void FoldHeader::paintEvent(QPaintEvent*) {
   painter.setBrush(Qt::NoBrush);
   const QPointF centre(kArrow / 2.0 + 4, height() / 2.0);
   QPolygonF arrow;
+  // The arrow points down while the group is open and to the right while it is folded.
   if (isChecked()) {
     arrow << centre + QPointF(-4, -2) << centre + QPointF(0, 2) << centre + QPointF(4, -2);
   } else {
@@ -96,6 +98,7 @@ FoldGroup::FoldGroup(const QString& title, QWidget* parent)
 
 void FoldGroup::SetTitle(const QString& title) {
   header_->setText(title);
+  // Screen readers announce this name.
   header_->setAccessibleName(title);
   header_->updateGeometry();
 }

@@ -7,7 +7,7 @@
 
 namespace quillon::ui {
 
-// The line that carries a group's title; a press or the blank key folds the group.
+// The title line of a group. It is checked while the group is open; a click or the space key toggles it.
 class FoldHeader : public QAbstractButton {
   Q_OBJECT
 
@@ -23,19 +23,18 @@ class FoldHeader : public QAbstractButton {
   void leaveEvent(QEvent* event) override;
 };
 
-// A titled group that folds down to its title.
+// A titled group that can be folded to its title. It starts open.
 class FoldGroup : public QWidget {
   Q_OBJECT
 
  public:
   explicit FoldGroup(const QString& title, QWidget* parent = nullptr);
 
-  // What folds away; lay out the group's content in it.
+  // Returns the part that is hidden while the group is folded. The caller sets its layout.
   QWidget* Body() const { return body_; }
   FoldHeader* Header() const { return header_; }
   void SetTitle(const QString& title);
   bool Folded() const { return !header_->isChecked(); }
-  void SetFolded(bool folded) { header_->setChecked(!folded); }
 
  private:
   FoldHeader* header_;

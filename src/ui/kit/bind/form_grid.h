@@ -12,25 +12,27 @@ class QGridLayout;
 
 namespace quillon::ui {
 
-// Lays controls out in rows of two label and field columns, the labels of all rows and groups in line.
+// Lays controls out in rows of two columns, each with a label and a field. The columns of all groups in a window line
+// up.
 class FormGrid {
  public:
   using Named = std::pair<QString, controls::Control*>;
 
-  // Takes over the layout of body.
+  // Sets the layout of body.
   FormGrid(QWidget* body, Binder& binder);
 
-  // A label and a field over the whole width, with small widgets behind it. An empty label is the control's caption.
-  QWidget* Row(const QString& label, controls::Control& control, std::initializer_list<QWidget*> behind = {});
-  // Two labelled fields side by side.
+  // Adds a label with a field over the full width, followed by small widgets. An empty label is the caption of the
+  // control.
+  QWidget* Row(const QString& label, controls::Control& control, std::initializer_list<QWidget*> trailing = {});
+  // Adds two labelled fields side by side.
   void Pair(const Named& left, const Named& right);
-  // Boxes with captions of their own, two in a row.
+  // Adds check boxes, which have captions of their own, two in a row.
   void Checks(std::initializer_list<controls::Control*> boxes);
-  // A box with a caption of its own, and a field that it switches beside it.
+  // Adds a check box and, beside it, the labelled field that it enables.
   void CheckAndField(controls::Control& check, controls::Control& field);
 
  private:
-  void Labelled(int column, const Named& named);
+  void AddLabelled(int column, const Named& named);
 
   QGridLayout* grid_;
   Binder& binder_;

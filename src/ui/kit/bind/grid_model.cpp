@@ -10,7 +10,7 @@
 namespace quillon::ui {
 namespace {
 
-constexpr int kBatchMilliseconds = 30;
+constexpr int kBatchMilliseconds = 30;  // short enough that a growing list looks smooth
 
 int Count(std::size_t rows) {
   return static_cast<int>(std::min<std::size_t>(rows, static_cast<std::size_t>(std::numeric_limits<int>::max())));
@@ -19,7 +19,7 @@ int Count(std::size_t rows) {
 }  // namespace
 
 GridModel::GridModel(controls::Grid& grid, QObject* parent)
-    : QAbstractTableModel(parent), grid_(grid), known_(Count(grid.RowCount())) {
+    : QAbstractTableModel(parent), grid_(grid), shownRows_(Count(grid.RowCount())) {
   timer_.setSingleShot(true);
   timer_.setInterval(kBatchMilliseconds);
   connect(&timer_, &QTimer::timeout, this, [this] { Flush(); });
@@ -28,7 +28,7 @@ GridModel::GridModel(controls::Grid& grid, QObject* parent)
 
 GridModel::~GridModel() { grid_.SetRowObserver({}); }
 
-int GridModel::rowCount(const QModelIndex& parent) const { return parent.isValid() ? 0 : known_; }
+int GridModel::rowCount(const QModelIndex& parent) const { return parent.isValid() ? 0 : shownRows_; }
 
 int GridModel::columnCount(const QModelIndex& parent) const {
   return parent.isValid() ? 0 : static_cast<int>(grid_.Headers().size());
@@ -40,10 +40,11 @@ QVariant GridModel::data(const QModelIndex& index, int role) const {
   return Shown(grid_.Cell(*row, static_cast<std::size_t>(index.column())));
 }
 
+// During a removal the view still counts the removed row, so the rows below it are off by one.
 std::optional<std::size_t> GridModel::SourceRow(const QModelIndex& index) const {
   if (!index.isValid() || index.row() == removing_) return std::nullopt;
-  const bool behind = removing_ >= 0 && index.row() > removing_;
-  const auto row = static_cast<std::size_t>(index.row() - (behind ? 1 : 0));
+  const bool below = removing_ >= 0 && index.row() > removing_;
+  const auto row = static_cast<std::size_t>(index.row() - (below ? 1 : 0));
   return row < grid_.RowCount() ? std::optional(row) : std::nullopt;
 }
 
@@ -56,13 +57,13 @@ QVariant GridModel::headerData(int section, Qt::Orientation orientation, int rol
 void GridModel::Flush() {
   timer_.stop();
   const int rows = Count(grid_.RowCount());
-  if (rows > known_) {
-    beginInsertRows({}, known_, rows - 1);
-    known_ = rows;
+  if (rows > shownRows_) {
+    beginInsertRows({}, shownRows_, rows - 1);
+    shownRows_ = rows;
     endInsertRows();
   }
-  if (firstEdited_ >= 0 && firstEdited_ < known_) {
-    const int last = std::min(lastEdited_, known_ - 1);
+  if (firstEdited_ >= 0 && firstEdited_ < shownRows_) {
+    const int last = std::min(lastEdited_, shownRows_ - 1);
     const int first = firstEdited_;
     firstEdited_ = -1;
     emit dataChanged(index(first, 0), index(last, columnCount() - 1));
@@ -79,19 +80,19 @@ void GridModel::OnChange(controls::Grid::Change change, std::size_t row) {
       firstEdited_ = firstEdited_ < 0 ? at : std::min(firstEdited_, at);
       break;
     case controls::Grid::Change::Removed:
-      // A row that the view was never told of needs no farewell.
-      if (at < known_) {
+      // A row that was appended but not reported yet can vanish silently.
+      if (at < shownRows_) {
         removing_ = at;
         beginRemoveRows({}, at, at);
         removing_ = -1;
-        --known_;
+        --shownRows_;
         endRemoveRows();
       }
       if (firstEdited_ > at) --firstEdited_;
       return;
     case controls::Grid::Change::Reset:
       beginResetModel();
-      known_ = Count(grid_.RowCount());
+      shownRows_ = Count(grid_.RowCount());
       firstEdited_ = -1;
       endResetModel();
       return;

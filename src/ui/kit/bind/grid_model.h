@@ -10,8 +10,9 @@
 
 namespace quillon::ui {
 
-// A grid's rows for a view. Rows that are appended or edited one by one reach the view in batches, a few times a
-// second, so that hundreds of thousands of rows stay fluid; nothing is copied.
+// Presents the rows of a grid to a view. No cell is copied.
+// Appended and edited rows are reported in batches, every 30 ms, so that hundreds of thousands of rows can be added
+// while the window stays responsive. Removals and resets are reported at once.
 class GridModel : public QAbstractTableModel {
  public:
   explicit GridModel(controls::Grid& grid, QObject* parent = nullptr);
@@ -22,11 +23,11 @@ class GridModel : public QAbstractTableModel {
   QVariant data(const QModelIndex& index, int role) const override;
   QVariant headerData(int section, Qt::Orientation orientation, int role) const override;
 
-  // Hands the waiting changes to the view at once.
+  // Reports the pending changes to the view now.
   void Flush();
 
  protected:
-  // The source's row that stands in a row of the view; nothing for one that is gone.
+  // Returns the row of the grid that a row of the view shows, or nothing if it was removed.
   std::optional<std::size_t> SourceRow(const QModelIndex& index) const;
 
  private:
@@ -34,9 +35,9 @@ class GridModel : public QAbstractTableModel {
 
   controls::Grid& grid_;
   QTimer timer_;
-  int removing_ = -1;  // a row that the source has dropped and the view is about to
-  int known_ = 0;      // rows the view was told of
-  int firstEdited_ = -1;
+  int removing_ = -1;     // row that the grid has already dropped while the view is being notified; -1 for none
+  int shownRows_ = 0;     // rows that the view knows of
+  int firstEdited_ = -1;  // first and last row with an unreported edit; -1 for none
   int lastEdited_ = -1;
 };
 

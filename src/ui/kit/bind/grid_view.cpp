@@ -19,6 +19,7 @@ GridView::GridView(controls::Grid& grid, QWidget* parent) : QTableView(parent), 
   setCornerButtonEnabled(false);
   setHorizontalScrollMode(QAbstractItemView::ScrollPerPixel);
   verticalHeader()->hide();
+  // Rows of one fixed height let the view find any of a million rows without measuring the others.
   verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
   verticalHeader()->setDefaultSectionSize(fontMetrics().height() + 8);
   horizontalHeader()->setHighlightSections(false);
@@ -35,6 +36,7 @@ void GridView::ShowSelection() {
   static_cast<GridModel*>(model())->Flush();
   const int row = static_cast<int>(grid_.Selected()) - 1;
   if (currentIndex().row() == row) return;
+  // Selecting here must not come back as an edit of the user.
   showing_ = true;
   const QModelIndex index = row < 0 ? QModelIndex() : model()->index(row, 0);
   if (index.isValid()) {
@@ -63,6 +65,7 @@ void GridView::mouseDoubleClickEvent(QMouseEvent* event) {
   if (event->button() == Qt::LeftButton && indexAt(event->position().toPoint()).isValid()) grid_.DoubleClick();
 }
 
+// Enter acts as a double click, so that the table can be used without a mouse.
 void GridView::keyPressEvent(QKeyEvent* event) {
   const bool enter = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
   if (enter && currentIndex().isValid()) {

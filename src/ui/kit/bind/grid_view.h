@@ -8,14 +8,14 @@
 
 namespace quillon::ui {
 
-// The table of a grid: one row can be selected, a double click and a right click go to the grid.
+// The table of a grid. One row can be selected; double clicks, Enter and right clicks go to the grid.
 class GridView : public QTableView {
  public:
   explicit GridView(controls::Grid& grid, QWidget* parent = nullptr);
 
-  // Takes the model that it shows from now on.
+  // Sets the model. The view follows the selection of the record when it is reset.
   void Use(GridModel* model);
-  // Selects what the record has selected and scrolls to it.
+  // Selects the row that the record has selected, and scrolls to it. Reports pending rows first.
   void ShowSelection();
 
  protected:
@@ -26,7 +26,7 @@ class GridView : public QTableView {
 
  private:
   controls::Grid& grid_;
-  bool showing_ = false;
+  bool showing_ = false;  // the selection is being changed by the record, not by the user
 };
 
 }  // namespace quillon::ui

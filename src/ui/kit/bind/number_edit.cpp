@@ -27,7 +27,7 @@ NumberEdit::NumberEdit(controls::Content content, QWidget* parent) : QAbstractSp
 }
 
 void NumberEdit::SetText(const QString& text) {
-  given_ = text;
+  sent_ = text;
   if (text != lineEdit()->text()) lineEdit()->setText(text);
   update();
 }
@@ -55,7 +55,7 @@ void NumberEdit::stepBy(int steps) {
   selectAll();
 }
 
-// Full-width digits come out of Chinese input methods and count like their plain twins.
+// Chinese input methods produce full-width digits and signs, which count like the plain ones.
 QValidator::State NumberEdit::validate(QString& input, int&) const {
   static const QRegularExpression whole(QStringLiteral("^\\s*[-+－＋]?[0-9０-９]*\\s*$"));
   static const QRegularExpression broken(QStringLiteral("^\\s*[-+－＋]?[0-9０-９]*[.．。]?[0-9０-９]*\\s*$"));
@@ -71,7 +71,7 @@ QAbstractSpinBox::StepEnabled NumberEdit::stepEnabled() const {
   return able;
 }
 
-// A wheel that scrolls the panel must not change the number it happens to pass over.
+// A wheel that scrolls the panel must not change the number that it passes over.
 void NumberEdit::wheelEvent(QWheelEvent* event) {
   if (hasFocus()) {
     QAbstractSpinBox::wheelEvent(event);

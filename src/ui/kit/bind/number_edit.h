@@ -10,8 +10,8 @@
 
 namespace quillon::ui {
 
-// A box for one number, with arrows. It takes anything a number may be typed from and leaves limits to the record; only
-// the arrows stop at the limits that were told.
+// A box for one number, with arrows. It accepts any text that a number can be typed from, and leaves parsing and limits
+// to the record; only the arrows stop at the limits.
 class NumberEdit : public QAbstractSpinBox {
   Q_OBJECT
 
@@ -19,11 +19,13 @@ class NumberEdit : public QAbstractSpinBox {
   explicit NumberEdit(controls::Content content, QWidget* parent = nullptr);
 
   QString Text() const { return text(); }
+  // Shows a text of the record, which counts as sent.
   void SetText(const QString& text);
+  // Sets the limits at which the arrows stop.
   void SetLimits(const controls::Limits& limits);
-  // True while what is typed was not handed over.
-  bool Typed() const { return text() != given_; }
-  // Told of the number that an arrow leads to.
+  // Returns true while the record has not received what is typed.
+  bool HasUnsentText() const { return text() != sent_; }
+  // The handler receives the number after a click on an arrow.
   void SetStepHandler(std::function<void(const QString&)> handler) { onStep_ = std::move(handler); }
 
   QSize sizeHint() const override;
@@ -38,7 +40,7 @@ class NumberEdit : public QAbstractSpinBox {
  private:
   controls::Content content_;
   controls::Limits limits_;
-  QString given_;  // what the record last gave; the line's own mark is lost at Enter
+  QString sent_;  // text that the record last set; QLineEdit loses its own modified flag at Enter
   std::function<void(const QString&)> onStep_;
 };
 

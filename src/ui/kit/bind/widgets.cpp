@@ -1,11 +1,13 @@
 // SPDX-FileCopyrightText: 2026 The Quillon developers
 // SPDX-License-Identifier: GPL-3.0-or-later
+#include <QAbstractSlider>
 #include <QAction>
 #include <QCheckBox>
 #include <QLabel>
 #include <QMenu>
 #include <QPushButton>
 #include <QRadioButton>
+#include <QSignalBlocker>
 #include <QSlider>
 
 #include "controls/values.h"
@@ -13,14 +15,14 @@
 #include "ui/kit/bind/box_bindings.h"
 #include "ui/kit/bind/elided_label.h"
 #include "ui/kit/bind/fold_group.h"
-#include "ui/kit/bind/menu_bindings.h"
-#include "ui/kit/bind/slider_binding.h"
 #include "ui/kit/text.h"
 
+// Bindings for the simple kinds of control, and the functions of Binder that make widgets. Those with an editable text
+// are in box_bindings.cpp.
 namespace quillon::ui {
 namespace {
 
-// Check boxes, options and buttons: things with a caption that are pressed.
+// Check boxes, options and buttons: controls with a caption that are clicked.
 class PressBinding : public Binding {
  public:
   PressBinding(controls::Control& control, Binder& binder, QAbstractButton* button)
@@ -38,8 +40,9 @@ class PressBinding : public Binding {
     if (button_->isCheckable()) button_->setChecked(Control().Value() == "1");
   }
 
-  void ShowLook() override {
+  void ShowAppearance() override {
     ShowCommon(Control(), *button_);
+    // Captions of these controls have no mnemonics, so an ampersand is text.
     button_->setText(Shown(Control().Caption()).replace(u'&', QStringLiteral("&&")));
     button_->setAccessibleName(Shown(Control().Caption()));
   }
@@ -48,16 +51,63 @@ class PressBinding : public Binding {
   QAbstractButton* button_;
 };
 
-// A plain label, a frame or a grid: something that only follows.
+// A slider or scroll bar. Signals are blocked while the record sets it, since it would come back as an edit.
+class SliderBinding : public Binding {
+ public:
+  SliderBinding(controls::Slider& slider, Binder& binder, QAbstractSlider* widget)
+      : Binding(slider, binder, widget), slider_(slider), widget_(widget) {
+    connect(widget, &QAbstractSlider::valueChanged, this, [this](int value) { Edit(std::to_string(value)); });
+  }
+
+  void ShowValue() override {
+    const QSignalBlocker quiet(widget_);
+    widget_->setValue(slider_.Position());
+  }
+
+  void ShowAppearance() override {
+    const QSignalBlocker quiet(widget_);
+    ShowCommon(slider_, *widget_);
+    widget_->setRange(slider_.Min(), slider_.Max());
+    widget_->setAccessibleName(Shown(slider_.Caption()));
+  }
+
+ private:
+  controls::Slider& slider_;
+  QAbstractSlider* widget_;
+};
+
+// A menu entry. The action of a submenu is never triggered.
+class ActionBinding : public Binding {
+ public:
+  ActionBinding(controls::Menu& menu, Binder& binder, QAction* action)
+      : Binding(menu, binder, action), action_(action) {
+    if (!action->menu()) connect(action, &QAction::triggered, this, [this] { Click(); });
+  }
+
+  void ShowAppearance() override {
+    action_->setText(Shown(Control().Caption()));
+    const QString tip = TooltipOf(Control());
+    action_->setToolTip(tip);
+    action_->setStatusTip(tip);
+    action_->setEnabled(Control().Enabled());
+    action_->setVisible(Control().Visible());
+  }
+
+ private:
+  QAction* action_;
+};
+
+// A label, a frame or a grid, which only follow the record.
 class FollowBinding : public Binding {
  public:
   FollowBinding(controls::Control& control, Binder& binder, QWidget* widget)
       : Binding(control, binder, widget), widget_(*widget) {}
 
-  void ShowLook() override {
+  void ShowAppearance() override {
     const QString caption = Shown(Control().Caption());
     if (auto* group = dynamic_cast<FoldGroup*>(&widget_)) {
       ShowVisible(Control(), *group);
+      // The header stays enabled: a group can be folded at any time.
       group->Body()->setEnabled(Control().Enabled());
       group->SetTitle(caption);
       return;
@@ -71,13 +121,13 @@ class FollowBinding : public Binding {
   QWidget& widget_;
 };
 
-// The words beside a box.
+// The label beside a field.
 class BuddyBinding : public Binding {
  public:
   BuddyBinding(controls::Control& control, Binder& binder, QLabel* label, QWidget* buddy, QString text)
       : Binding(control, binder, label), label_(label), buddy_(buddy), text_(std::move(text)) {}
 
-  void ShowLook() override {
+  void ShowAppearance() override {
     const QString words = text_.isEmpty() ? Shown(Control().Caption()) : text_;
     label_->setText(words);
     label_->setEnabled(Control().Enabled());
@@ -95,7 +145,8 @@ class BuddyBinding : public Binding {
 template <typename ButtonType>
 QWidget* MakePress(controls::Control& control, Binder& binder, bool checkable) {
   auto* button = new ButtonType;
-  if constexpr (std::is_same_v<ButtonType, QRadioButton>) button->setAutoExclusive(false);
+  if constexpr (std::is_same_v<ButtonType, QRadioButton>)
+    button->setAutoExclusive(false);  // the record decides which options exclude each other
   button->setCheckable(checkable);
   binder.Attach(new PressBinding(control, binder, button));
   return button;
@@ -117,7 +168,7 @@ QWidget* MakeFor(controls::Control& control, Binder& binder) {
       return MakeColourBox(static_cast<controls::ColourBox&>(control), binder);
     case controls::Kind::Slider: {
       auto* slider = new QSlider(Qt::Horizontal);
-      JoinSlider(static_cast<controls::Slider&>(control), binder, slider);
+      binder.Join(static_cast<controls::Slider&>(control), slider);
       return slider;
     }
     case controls::Kind::Label:
@@ -152,10 +203,28 @@ void Binder::Join(controls::Control& control, QWidget* widget) {
   Attach(new FollowBinding(control, *this, widget));
 }
 
-QAction* Binder::MakeAction(controls::Menu& menu, QObject* parent) { return MakeMenuAction(menu, *this, parent); }
+void Binder::Join(controls::Slider& slider, QAbstractSlider* widget) {
+  widget->setObjectName(Shown(slider.Name()));
+  Attach(new SliderBinding(slider, *this, widget));
+}
 
-QAction* Binder::MakeTwin(controls::Menu& menu, QObject* parent) { return MakeMenuTwin(menu, *this, parent); }
+QAction* Binder::MakeAction(controls::Menu& menu, QObject* parent) {
+  auto* action = new QAction(parent);
+  action->setObjectName(Shown(menu.Name()));
+  action->setShortcut(QKeySequence(Shown(menu.Shortcut())));
+  Attach(new ActionBinding(menu, *this, action));
+  return action;
+}
 
-void Binder::Join(controls::Menu& menu, QMenu* target) { JoinMenu(menu, *this, target); }
+QAction* Binder::MakeButtonAction(controls::Menu& menu, QObject* parent) {
+  auto* action = new QAction(parent);
+  Attach(new ActionBinding(menu, *this, action));
+  return action;
+}
+
+void Binder::Join(controls::Menu& menu, QMenu* target) {
+  target->menuAction()->setObjectName(Shown(menu.Name()));
+  Attach(new ActionBinding(menu, *this, target->menuAction()));
+}
 
 }  // namespace quillon::ui

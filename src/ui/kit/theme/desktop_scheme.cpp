@@ -19,7 +19,7 @@ const QString kSpace = QStringLiteral("org.freedesktop.appearance");
 const QString kKey = QStringLiteral("color-scheme");
 constexpr uint kPrefersDark = 1;
 
-// The value comes wrapped once or twice, by the age of the portal.
+// Portals wrap the value once or twice, depending on their version.
 uint SchemeIn(QVariant value) {
   while (value.canConvert<QDBusVariant>()) value = value.value<QDBusVariant>().variant();
   return value.toUInt();
@@ -44,7 +44,7 @@ DesktopScheme::DesktopScheme(QObject* parent) : QObject(parent) {
 
 void DesktopScheme::OnSettingChanged(const QString& space, const QString& key, const QDBusVariant& value) {
   if (space != kSpace || key != kKey) return;
-  PutOn(SchemeIn(QVariant::fromValue(value)) == kPrefersDark ? Scheme::Dark : Scheme::Light);
+  ApplyScheme(SchemeIn(QVariant::fromValue(value)) == kPrefersDark ? Scheme::Dark : Scheme::Light);
 }
 
 }  // namespace quillon::ui

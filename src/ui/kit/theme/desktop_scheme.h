@@ -7,7 +7,8 @@
 
 namespace quillon::ui {
 
-// Asks the desktop whether it prefers dark windows, and puts on the palette that fits, now and at each change.
+// Asks the desktop over D-Bus whether it prefers dark windows, and applies the matching palette when it answers and
+// after every change. Does nothing on a desktop without that setting.
 class DesktopScheme : public QObject {
   Q_OBJECT
 
@@ -15,6 +16,7 @@ class DesktopScheme : public QObject {
   explicit DesktopScheme(QObject* parent);
 
  public slots:
+  // Called for every setting of the desktop; those other than the colour scheme are ignored.
   void OnSettingChanged(const QString& space, const QString& key, const QDBusVariant& value);
 };
 

@@ -4,6 +4,7 @@
 
 #include <QPainter>
 #include <QStyleOption>
+#include <QWidget>
 
 #include "ui/kit/theme/theme.h"
 
@@ -11,10 +12,11 @@ namespace quillon::ui {
 namespace {
 
 constexpr double kArrowHalf = 3.25;
+constexpr int kHintIcon = 5 * kGap;
 
 }  // namespace
 
-QColor Mixed(const QColor& under, const QColor& over, double strength) {
+QColor Blend(const QColor& under, const QColor& over, double strength) {
   const auto mix = [strength](int a, int b) { return qRound(a + (b - a) * strength); };
   return {mix(under.red(), over.red()), mix(under.green(), over.green()), mix(under.blue(), over.blue())};
 }
@@ -25,8 +27,8 @@ QColor OutlineInk(const QStyleOption& option) {
   if (enabled && (option.state & QStyle::State_HasFocus)) return palette.color(QPalette::Active, QPalette::Highlight);
   const QColor window = palette.color(QPalette::Active, QPalette::Window);
   const QColor text = palette.color(QPalette::Active, QPalette::WindowText);
-  if (!enabled) return Mixed(window, text, 0.12);
-  return Mixed(window, text, option.state & QStyle::State_MouseOver ? 0.5 : 0.26);
+  if (!enabled) return Blend(window, text, 0.12);
+  return Blend(window, text, option.state & QStyle::State_MouseOver ? 0.5 : 0.26);
 }
 
 void PaintBox(QPainter& painter, const QRectF& rect, const QColor& fill, const QColor& outline, double radius) {
@@ -34,12 +36,13 @@ void PaintBox(QPainter& painter, const QRectF& rect, const QColor& fill, const Q
   painter.setRenderHint(QPainter::Antialiasing);
   painter.setPen(outline.isValid() ? QPen(outline, 1) : QPen(Qt::NoPen));
   painter.setBrush(fill);
+  // Half a pixel inwards, so that a line of one pixel does not cover two.
   painter.drawRoundedRect(rect.adjusted(0.5, 0.5, -0.5, -0.5), radius, radius);
   painter.restore();
 }
 
-void PaintArrow(QPainter& painter, const QRectF& rect, Pointing pointing, const QColor& ink) {
-  const double tip = pointing == Pointing::Down ? kArrowHalf / 2 : -kArrowHalf / 2;
+void PaintArrow(QPainter& painter, const QRectF& rect, ArrowDirection pointing, const QColor& ink) {
+  const double tip = pointing == ArrowDirection::Down ? kArrowHalf / 2 : -kArrowHalf / 2;
   const QPointF centre = rect.center();
   painter.save();
   painter.setRenderHint(QPainter::Antialiasing);
@@ -58,6 +61,25 @@ void PaintTick(QPainter& painter, const QRectF& rect, const QColor& ink) {
   painter.setPen(QPen(ink, 1.8, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
   painter.drawPolyline(QPolygonF{at(0.24, 0.52), at(0.43, 0.71), at(0.77, 0.31)});
   painter.restore();
+}
+
+void PaintDropHint(QPainter& painter, const QWidget& widget, const QString& more) {
+  QRect box = widget.rect().adjusted(kGap, kGap, -kGap, -kGap);
+  const int line = widget.fontMetrics().height();
+  QRect block(0, 0, box.width(), kHintIcon + kGap + line * (more.isEmpty() ? 1 : 2));
+  block.moveCenter(box.center());
+  const QRect icon(block.center().x() - kHintIcon / 2, block.top(), kHintIcon, kHintIcon);
+  painter.setOpacity(0.7);
+  LineIcon(QStringLiteral("drop-here")).paint(&painter, icon);
+  painter.setOpacity(1);
+  painter.setPen(FaintInk(widget.palette()));
+  QRect text(block.left(), icon.bottom() + kGap, block.width(), line);
+  const auto draw = [&](const QString& words) {
+    painter.drawText(text, Qt::AlignCenter, widget.fontMetrics().elidedText(words, Qt::ElideRight, text.width()));
+    text.translate(0, line);
+  };
+  draw(kDropHint);
+  if (!more.isEmpty()) draw(more);
 }
 
 }  // namespace quillon::ui

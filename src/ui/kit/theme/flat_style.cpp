@@ -9,10 +9,14 @@
 #include "ui/kit/theme/flat_paint.h"
 #include "ui/kit/theme/theme.h"
 
+// Colours are mixed from those of the palette, never named, so that the same code draws both palettes. Disabled parts
+// are painted with the Disabled group; all others with the Active group, so that a window in the background keeps its
+// colours.
 namespace quillon::ui {
 namespace {
 
 constexpr int kScrollBar = 12;
+// A list of a million rows must not shrink the handle to a line.
 constexpr int kShortestHandle = 32;
 
 bool Has(const QStyleOption* option, QStyle::StateFlag flag) { return option->state & flag; }
@@ -46,28 +50,30 @@ void DrawPushButton(const QStyleOption* option, QPainter* painter) {
   const QColor text = option->palette.color(QPalette::Active, QPalette::ButtonText);
   QColor fill = option->palette.color(QPalette::Active, QPalette::Button);
   const auto* button = qstyleoption_cast<const QStyleOptionButton*>(option);
+  // The default button is marked by its outline.
   const bool lead = button && (button->features & QStyleOptionButton::DefaultButton);
   if (Has(option, QStyle::State_Sunken)) {
-    fill = Mixed(fill, text, 0.14);
+    fill = Blend(fill, text, 0.14);
   } else if (Has(option, QStyle::State_MouseOver) && Has(option, QStyle::State_Enabled)) {
-    fill = Mixed(fill, text, 0.06);
+    fill = Blend(fill, text, 0.06);
   }
   const QColor outline = lead ? option->palette.color(QPalette::Active, QPalette::Highlight) : OutlineInk(*option);
   PaintBox(*painter, option->rect, fill, outline);
 }
 
+// A tool button is flat unless it is pressed, checked or under the pointer.
 void DrawToolButton(const QStyleOption* option, QPainter* painter) {
   if (!Has(option, QStyle::State_Enabled)) return;
   const bool down = Has(option, QStyle::State_Sunken) || Has(option, QStyle::State_On);
   if (!down && !Has(option, QStyle::State_MouseOver)) return;
   const QColor window = option->palette.color(QPalette::Active, QPalette::Window);
   const QColor text = option->palette.color(QPalette::Active, QPalette::WindowText);
-  PaintBox(*painter, option->rect, Mixed(window, text, down ? 0.16 : 0.08), {});
+  PaintBox(*painter, option->rect, Blend(window, text, down ? 0.16 : 0.08), {});
 }
 
 void DrawHeader(const QStyleOption* option, QPainter* painter) {
   const QColor window = option->palette.color(QPalette::Active, QPalette::Window);
-  const QColor line = Mixed(window, option->palette.color(QPalette::Active, QPalette::WindowText), 0.14);
+  const QColor line = Blend(window, option->palette.color(QPalette::Active, QPalette::WindowText), 0.14);
   painter->fillRect(option->rect, window);
   painter->fillRect(QRect(option->rect.left(), option->rect.bottom(), option->rect.width(), 1), line);
   painter->fillRect(QRect(option->rect.right(), option->rect.top() + 5, 1, option->rect.height() - 10), line);
@@ -80,14 +86,14 @@ void DrawMenuBarItem(const QStyleOption* option, QPainter* painter, const QStyle
   const QColor text = option->palette.color(QPalette::Active, QPalette::WindowText);
   painter->fillRect(option->rect, window);
   const bool chosen = Has(option, QStyle::State_Selected) && Has(option, QStyle::State_Enabled);
-  if (chosen) PaintBox(*painter, option->rect, Mixed(window, text, 0.1), {});
+  if (chosen) PaintBox(*painter, option->rect, Blend(window, text, 0.1), {});
   style.drawItemText(painter, option->rect, Qt::AlignCenter | Qt::TextShowMnemonic | Qt::TextSingleLine,
                      option->palette, Has(option, QStyle::State_Enabled), item->text, QPalette::WindowText);
 }
 
 void DrawProgressGroove(const QStyleOption* option, QPainter* painter) {
   const QColor window = option->palette.color(QPalette::Active, QPalette::Window);
-  PaintBox(*painter, option->rect, Mixed(window, option->palette.color(QPalette::Active, QPalette::WindowText), 0.12),
+  PaintBox(*painter, option->rect, Blend(window, option->palette.color(QPalette::Active, QPalette::WindowText), 0.12),
            {});
 }
 
@@ -119,7 +125,7 @@ int FlatStyle::pixelMetric(PixelMetric metric, const QStyleOption* option, const
 
 int FlatStyle::styleHint(StyleHint hint, const QStyleOption* option, const QWidget* widget,
                          QStyleHintReturn* data) const {
-  // The list of a combo box opens below it and scrolls, as everywhere else on the screen.
+  // Fusion opens the list of a combo box over it; below it is what users of other programs expect.
   if (hint == SH_ComboBox_Popup) return 0;
   return QProxyStyle::styleHint(hint, option, widget, data);
 }
@@ -134,6 +140,7 @@ void FlatStyle::drawPrimitive(PrimitiveElement element, const QStyleOption* opti
         PaintBox(*painter, option->rect, FieldFill(*option), OutlineInk(*option));
       }
       return;
+    // PE_PanelLineEdit has painted the frame already.
     case PE_FrameLineEdit:
       return;
     case PE_PanelButtonCommand:
@@ -164,7 +171,7 @@ void FlatStyle::drawControl(ControlElement element, const QStyleOption* option, 
       painter->fillRect(option->rect, option->palette.color(QPalette::Window));
       if (element == CE_MenuBarEmptyArea) return;
       const QColor line =
-          Mixed(option->palette.color(QPalette::Window), option->palette.color(QPalette::WindowText), 0.14);
+          Blend(option->palette.color(QPalette::Window), option->palette.color(QPalette::WindowText), 0.14);
       painter->fillRect(QRect(option->rect.left(), option->rect.bottom(), option->rect.width(), 1), line);
       return;
     }
@@ -198,9 +205,9 @@ void FlatStyle::DrawSpinBox(const QStyleOptionComplex* option, QPainter* painter
     const bool held = option->activeSubControls == (up ? SC_SpinBoxUp : SC_SpinBoxDown) && able;
     if (held) {
       const QColor text = option->palette.color(QPalette::Active, QPalette::Text);
-      painter->fillRect(area.adjusted(0, 1, -2, -1), Mixed(FieldFill(*option), text, 0.1));
+      painter->fillRect(area.adjusted(0, 1, -2, -1), Blend(FieldFill(*option), text, 0.1));
     }
-    PaintArrow(*painter, QRectF(area), up ? Pointing::Up : Pointing::Down, ArrowInk(*option, able));
+    PaintArrow(*painter, QRectF(area), up ? ArrowDirection::Up : ArrowDirection::Down, ArrowInk(*option, able));
   }
 }
 
@@ -210,7 +217,7 @@ void FlatStyle::DrawComboBox(const QStyleOptionComplex* option, QPainter* painte
   const bool enabled = Has(option, State_Enabled);
   PaintBox(*painter, option->rect, FieldFill(*option), OutlineInk(*option));
   const QRect area = subControlRect(CC_ComboBox, option, SC_ComboBoxArrow, widget);
-  PaintArrow(*painter, QRectF(area), Pointing::Down, ArrowInk(*option, enabled));
+  PaintArrow(*painter, QRectF(area), ArrowDirection::Down, ArrowInk(*option, enabled));
 }
 
 void FlatStyle::DrawScrollBar(const QStyleOptionComplex* option, QPainter* painter, const QWidget* widget) const {
@@ -222,7 +229,7 @@ void FlatStyle::DrawScrollBar(const QStyleOptionComplex* option, QPainter* paint
   if (!slider || slider->minimum == slider->maximum) return;
   const QRectF handle = subControlRect(CC_ScrollBar, option, SC_ScrollBarSlider, widget);
   const bool held = option->activeSubControls & SC_ScrollBarSlider;
-  PaintBox(*painter, handle.adjusted(3, 3, -3, -3), Mixed(window, text, held ? 0.45 : 0.24), {}, 3);
+  PaintBox(*painter, handle.adjusted(3, 3, -3, -3), Blend(window, text, held ? 0.45 : 0.24), {}, 3);
 }
 
 }  // namespace quillon::ui

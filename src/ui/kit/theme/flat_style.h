@@ -6,8 +6,8 @@
 
 namespace quillon::ui {
 
-// The look of controls on the program's own palettes: flat, with outlines that show on light and dark alike. Everything
-// it does not draw is Fusion's.
+// Draws controls with the palettes of the program: flat, with outlines that are visible on light and dark backgrounds.
+// What is not overridden here is drawn by Fusion.
 class FlatStyle : public QProxyStyle {
  public:
   FlatStyle();
@@ -23,6 +23,7 @@ class FlatStyle : public QProxyStyle {
                 QStyleHintReturn* data) const override;
 
  private:
+  // Parts of drawComplexControl.
   void DrawSpinBox(const QStyleOptionComplex* option, QPainter* painter, const QWidget* widget) const;
   void DrawComboBox(const QStyleOptionComplex* option, QPainter* painter, const QWidget* widget) const;
   void DrawScrollBar(const QStyleOptionComplex* option, QPainter* painter, const QWidget* widget) const;

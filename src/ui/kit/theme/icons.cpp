@@ -1,6 +1,5 @@
 // SPDX-FileCopyrightText: 2026 The Quillon developers
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "ui/kit/theme/icons.h"
 
 #include <QFile>
 #include <QGuiApplication>
@@ -11,7 +10,7 @@
 
 #include "ui/kit/theme/theme.h"
 
-// Resources of a static library are linked only when they are asked for, from outside of any namespace.
+// The linker drops the resources of a static library unless this runs. The macro has to be used outside of namespaces.
 static void LinkIconFiles() { Q_INIT_RESOURCE(icons); }
 
 namespace quillon::ui {
@@ -22,6 +21,7 @@ QString PathOf(const QString& name) {
   return QStringLiteral(":/quillon/icons/%1.svg").arg(name);
 }
 
+// Paints the drawing anew for each request, which is how an icon follows the palette.
 class LineIconEngine : public QIconEngine {
  public:
   explicit LineIconEngine(QString name) : name_(std::move(name)) {

@@ -13,6 +13,7 @@
 namespace quillon::ui {
 namespace {
 
+// The colours of a palette, as 0xAARRGGBB.
 struct Inks {
   QRgb window, base, alternate, text, button, faint, disabled, highlight, light, mid, dark, tip, link;
 };
@@ -66,7 +67,7 @@ QColor GoodInk(const QPalette& palette) { return Pick(palette, 0xff1a7f37, 0xff5
 QColor DangerInk(const QPalette& palette) { return Pick(palette, 0xffd1242f, 0xffff7b72); }
 QColor FaintInk(const QPalette& palette) { return palette.color(QPalette::Active, QPalette::PlaceholderText); }
 
-void PutOn(Scheme scheme) {
+void ApplyScheme(Scheme scheme) {
   const QPalette palette = PaletteFor(scheme);
   QApplication::setPalette(palette);
   QToolTip::setPalette(palette);
@@ -76,22 +77,23 @@ void ApplyTheme(QApplication& application) {
   const QByteArray wanted = qgetenv("QUILLON_THEME");
   if (wanted == "dark" || wanted == "light") {
     QApplication::setStyle(new FlatStyle);
-    PutOn(wanted == "dark" ? Scheme::Dark : Scheme::Light);
+    ApplyScheme(wanted == "dark" ? Scheme::Dark : Scheme::Light);
     return;
   }
-  // A desktop with a say in colours has changed the palette from what the style brings along.
+  // If the palette is still that of the style, the desktop has not set colours of its own.
   const QStyle* style = QApplication::style();
   const bool fusion = style->name().compare(QLatin1String("fusion"), Qt::CaseInsensitive) == 0;
   const bool untouched = QApplication::palette().window() == style->standardPalette().window();
   if (!fusion || !untouched) return;
   QApplication::setStyle(new FlatStyle);
-  PutOn(Scheme::Light);
+  ApplyScheme(Scheme::Light);
   new DesktopScheme(&application);
 }
 
 void PreferChineseFonts() {
   QFont font = QApplication::font();
   QStringList families = font.families();
+  // Added after the font of the desktop: it keeps its Latin characters.
   for (const char* family : {"Noto Sans CJK SC", "Source Han Sans SC", "WenQuanYi Micro Hei"}) {
     families << QString::fromLatin1(family);
   }

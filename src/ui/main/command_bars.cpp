@@ -1,14 +1,61 @@
 // SPDX-FileCopyrightText: 2026 The Quillon developers
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "ui/main/tool_bar.h"
+#include "ui/main/command_bars.h"
 
 #include <QAction>
+#include <QMainWindow>
+#include <QMenu>
+#include <QMenuBar>
+#include <algorithm>
 
 #include "ui/kit/text.h"
-#include "ui/kit/theme/icons.h"
-#include "ui/kit/theme/metrics.h"
+#include "ui/kit/theme/theme.h"
 
 namespace quillon::ui {
+namespace {
+
+// Returns true if the entry is a submenu.
+bool HoldsOthers(const job::Form1& form, const controls::Control& menu) {
+  return std::any_of(form.Controls().begin(), form.Controls().end(), [&menu](const controls::Control* other) {
+    return other->GetKind() == controls::Kind::Menu && other->Parent() == &menu;
+  });
+}
+
+// Returns true if a separator precedes the entry.
+bool BeginsGroup(const job::Form1& form, const controls::Control& menu) {
+  return &menu == &form.MenuInputDir || &menu == &form.MenuExit || &menu == &form.MenuClearList ||
+         &menu == &form.MenuAbout;
+}
+
+// Adds the children of parent to target, or the top entries to the menu bar if parent is nullptr.
+void Fill(job::Form1& form, Binder& binder, QMainWindow& window, QMenu* target, const controls::Control* parent) {
+  for (controls::Control* control : form.Controls()) {
+    if (control->GetKind() != controls::Kind::Menu || control->Parent() != parent) continue;
+    auto& menu = static_cast<controls::Menu&>(*control);
+    if (parent && BeginsGroup(form, menu)) target->addSeparator();
+    if (!HoldsOthers(form, menu)) {
+      QAction* action = binder.MakeAction(menu, &window);
+      (parent ? static_cast<QWidget*>(target) : window.menuBar())->addAction(action);
+      // Shortcuts of an action work only inside the widgets that it was added to.
+      window.addAction(action);
+      continue;
+    }
+    QMenu* submenu = parent ? target->addMenu(QString()) : window.menuBar()->addMenu(QString());
+    submenu->setToolTipsVisible(true);
+    binder.Join(menu, submenu);
+    Fill(form, binder, window, submenu, &menu);
+  }
+}
+
+}  // namespace
+
+void BuildMenuBar(job::Form1& form, Binder& binder, QMainWindow& window) {
+  Fill(form, binder, window, nullptr, nullptr);
+}
+
+QAction* ActionOf(const controls::Menu& menu, const QMainWindow& window) {
+  return window.findChild<QAction*>(Shown(menu.Name()));
+}
 
 ToolBar::ToolBar(job::Form1& form, Binder& binder, QWidget* parent)
     : QToolBar(QStringLiteral("工具栏"), parent), form_(form), binder_(binder) {
@@ -29,6 +76,7 @@ ToolBar::ToolBar(job::Form1& form, Binder& binder, QWidget* parent)
   Add(form.MenuStop, QStringLiteral("stop"), QStringLiteral("终止"));
   addSeparator();
   Add(form.MenuBaseOptions, QStringLiteral("options"), QStringLiteral("高级选项"));
+  // Which driver can start follows from the enabled menu entries, so any change of an entry may change the button.
   const auto show = [this] {
     controls::Menu* driver = Driver();
     cut_->setEnabled(driver != nullptr);
@@ -44,7 +92,7 @@ ToolBar::ToolBar(job::Form1& form, Binder& binder, QWidget* parent)
 ToolBar::~ToolBar() { form_.Forget(token_); }
 
 void ToolBar::Add(controls::Menu& menu, const QString& icon, const QString& words) {
-  QAction* action = binder_.MakeTwin(menu, this);
+  QAction* action = binder_.MakeButtonAction(menu, this);
   action->setIcon(LineIcon(icon));
   action->setIconText(words);
   addAction(action);

@@ -1,6 +1,6 @@
 // SPDX-FileCopyrightText: 2026 The Quillon developers
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "ui/preview/frame_hand.h"
+#include "ui/preview/frame_mouse.h"
 
 #include <QMouseEvent>
 #include <QWheelEvent>
@@ -21,8 +21,8 @@ Qt::CursorShape CursorOf(regions::Grip grip) {
   return grip.across == grip.down ? Qt::SizeFDiagCursor : Qt::SizeBDiagCursor;
 }
 
-// Where a scroll bar stands that hides so much more than before.
-int Kept(const controls::Slider& bar, double part) {
+// Returns the position of a scroll bar at a part, 0 to 1, of its range.
+int SliderPosition(const controls::Slider& bar, double part) {
   return std::clamp(static_cast<int>(std::lround(bar.Max() * part)), bar.Min(), bar.Max());
 }
 
@@ -33,12 +33,12 @@ int ZoomStep(int zoom, int direction) {
   return stepped == zoom ? zoom + direction : stepped;
 }
 
-FrameHand::FrameHand(PreviewCanvas& canvas, job::FCutPre& record, regions::CutFrame& frame, Regions regions)
+FrameMouse::FrameMouse(PreviewCanvas& canvas, job::FCutPre& record, regions::CutFrame& frame, Regions regions)
     : QObject(&canvas), canvas_(canvas), record_(record), frame_(frame), regions_(std::move(regions)) {
   canvas.installEventFilter(this);
 }
 
-bool FrameHand::eventFilter(QObject* watched, QEvent* event) {
+bool FrameMouse::eventFilter(QObject* watched, QEvent* event) {
   switch (event->type()) {
     case QEvent::MouseButtonPress:
     case QEvent::MouseButtonDblClick:
@@ -58,7 +58,8 @@ bool FrameHand::eventFilter(QObject* watched, QEvent* event) {
   }
 }
 
-regions::Point FrameHand::PlaceAt(const QPointF& at) const {
+regions::Point FrameMouse::PlaceAt(const QPointF& at) const {
+  // The records count in whole pixels.
   regions::Point place = canvas_.PlaceAt(at);
   place = {std::round(place.x), std::round(place.y)};
   if (free_) return place;
@@ -66,19 +67,19 @@ regions::Point FrameHand::PlaceAt(const QPointF& at) const {
   return {std::clamp(place.x, 0.0, double(picture.width)), std::clamp(place.y, 0.0, double(picture.height))};
 }
 
-void FrameHand::Press(const QMouseEvent& event) {
+void FrameMouse::Press(const QMouseEvent& event) {
   canvas_.setFocus(Qt::MouseFocusReason);
   last_ = event.position();
-  if (!canvas_.HasPicture() || doing_ != Doing::Nothing) return;
+  if (!canvas_.HasPicture() || action_ != Action::Nothing) return;
   if (event.button() == Qt::MiddleButton) {
-    doing_ = Doing::Pan;
+    action_ = Action::Pan;
     return;
   }
   if (event.button() != Qt::LeftButton) return;
   if (regions::RegionEditor* editor = regions_()) {
     const auto region = canvas_.RegionAt(last_);
     if (!region) return;
-    doing_ = Doing::Region;
+    action_ = Action::Region;
     region_ = *region;
     editor->Select(region_);
     free_ = true;
@@ -87,7 +88,7 @@ void FrameHand::Press(const QMouseEvent& event) {
   }
   if (!frame_.Draws()) return;
   const auto grip = canvas_.GripAt(last_);
-  doing_ = Doing::Frame;
+  action_ = Action::Frame;
   free_ = grip && *grip == regions::Grip();
   if (grip) {
     frame_.Pic_MouseDown(PlaceAt(last_), *grip);
@@ -96,16 +97,16 @@ void FrameHand::Press(const QMouseEvent& event) {
   }
 }
 
-void FrameHand::Move(const QMouseEvent& event) {
+void FrameMouse::Move(const QMouseEvent& event) {
   const QPointF at = event.position();
-  switch (doing_) {
-    case Doing::Nothing:
+  switch (action_) {
+    case Action::Nothing:
       ShowCursor(at);
       break;
-    case Doing::Frame:
+    case Action::Frame:
       frame_.Pic_MouseMove(PlaceAt(at));
       break;
-    case Doing::Region: {
+    case Action::Region: {
       const regions::Point place = PlaceAt(at);
       if (regions::RegionEditor* editor = regions_(); editor && region_ < editor->List().RowCount()) {
         editor->Move(region_, place.x - lastPlace_.x, place.y - lastPlace_.y);
@@ -113,20 +114,21 @@ void FrameHand::Move(const QMouseEvent& event) {
       lastPlace_ = place;
       break;
     }
-    case Doing::Pan:
+    case Action::Pan:
       Pan(at - last_);
       break;
   }
   last_ = at;
 }
 
-void FrameHand::Release() {
-  const Doing done = std::exchange(doing_, Doing::Nothing);
+void FrameMouse::Release() {
+  // The state is reset first, so that an event during the call finds the mouse idle.
+  const Action done = std::exchange(action_, Action::Nothing);
   free_ = false;
-  if (done == Doing::Frame) frame_.Pic_MouseUp();
+  if (done == Action::Frame) frame_.Pic_MouseUp();
 }
 
-void FrameHand::ShowCursor(const QPointF& at) {
+void FrameMouse::ShowCursor(const QPointF& at) {
   Qt::CursorShape shape = Qt::ArrowCursor;
   if (regions_()) {
     if (canvas_.RegionAt(at)) shape = Qt::SizeAllCursor;
@@ -137,8 +139,8 @@ void FrameHand::ShowCursor(const QPointF& at) {
   canvas_.setCursor(shape);
 }
 
-// What lies under the pointer stays there.
-void FrameHand::Zoom(const QWheelEvent& event) {
+// The point of the picture under the pointer keeps its position.
+void FrameMouse::Zoom(const QWheelEvent& event) {
   if (event.angleDelta().y() == 0 || !canvas_.HasPicture()) return;
   const QRectF before = canvas_.PictureRect();
   const QPointF at = event.position();
@@ -150,11 +152,12 @@ void FrameHand::Zoom(const QWheelEvent& event) {
   Pan({at.x() - (after.left() + x * after.width()), at.y() - (after.top() + y * after.height())});
 }
 
-void FrameHand::Pan(const QPointF& by) {
+void FrameMouse::Pan(const QPointF& by) {
   const QSizeF hidden = canvas_.Hidden();
+  // The picture moves right when the hidden part on the left gets smaller.
   const auto scroll = [](controls::Slider& bar, double step, double length) {
     if (length <= 0 || bar.Max() == 0) return;
-    bar.Set(Kept(bar, static_cast<double>(bar.Position()) / bar.Max() - step / length));
+    bar.Set(SliderPosition(bar, static_cast<double>(bar.Position()) / bar.Max() - step / length));
   };
   scroll(record_.HS, by.x(), hidden.width());
   scroll(record_.VS, by.y(), hidden.height());

@@ -1,20 +1,25 @@
 // SPDX-FileCopyrightText: 2026 The Quillon developers
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "ui/desktop/wallpaper.h"
+#include "ui/desktop/qt_host.h"
 
+#include <QCoreApplication>
+#include <QEventLoop>
 #include <QFile>
 #include <QFileInfo>
+#include <QGuiApplication>
 #include <QProcess>
 #include <QRegularExpression>
+#include <QScreen>
 #include <QStandardPaths>
 #include <QUrl>
 
 namespace quillon::ui {
 namespace {
 
-constexpr int kAnswerMilliseconds = 500;
+constexpr int kLongestTurnMilliseconds = 20;
+constexpr int kAnswerMilliseconds = 500;  // an unresponsive gsettings must not block the program
 
-// 'file:///a%20b.jpg', "/a b.jpg" and the like.
+// Returns the path in a setting, which may be quoted or a file URL, or "" if no such file exists.
 std::string PathIn(QString text) {
   text = text.trimmed();
   if (text.size() >= 2 && (text.startsWith(u'\'') || text.startsWith(u'"'))) text = text.mid(1, text.size() - 2);
@@ -22,7 +27,7 @@ std::string PathIn(QString text) {
   return QFileInfo(path).isFile() ? QFile::encodeName(path).toStdString() : std::string();
 }
 
-// The last capture of a pattern in a settings file: desktops write one entry for each screen.
+// Returns the last capture of a pattern in a settings file. Desktops write one entry for each screen.
 std::string LastIn(const QString& file, const char* pattern) {
   QFile settings(file);
   if (!settings.open(QIODevice::ReadOnly)) return {};
@@ -66,7 +71,20 @@ std::string WallpaperOf(const QString& desktop, const QString& configHome, const
   return {};
 }
 
-std::string CurrentWallpaper() {
+void QtPump::Turn() { QCoreApplication::processEvents(QEventLoop::AllEvents, kLongestTurnMilliseconds); }
+
+base::Size QtScreen::DesktopSize() {
+  const QScreen* screen = QGuiApplication::primaryScreen();
+  const QSizeF size = screen->size() * screen->devicePixelRatio();
+  return {qRound(size.width()), qRound(size.height())};
+}
+
+int QtScreen::Dpi() {
+  const QScreen* screen = QGuiApplication::primaryScreen();
+  return qRound(screen->logicalDotsPerInch() * screen->devicePixelRatio());
+}
+
+std::string QtScreen::Wallpaper() {
   return WallpaperOf(qEnvironmentVariable("XDG_CURRENT_DESKTOP"),
                      QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation), AskGSettings);
 }
