@@ -54,7 +54,7 @@ Pixels ReadJpeg(const char* path) {
   return pixels;
 }
 
-// Rows come from next, one after the other.
+// Writes a JPEG whose rows are returned by next, one after the other.
 template <class Next>
 bool WriteJpeg(const std::string& path, std::size_t width, std::size_t height, int quality, Next next) {
   std::FILE* out = std::fopen(path.c_str(), "wb");
@@ -97,7 +97,7 @@ int MakeSmall(const std::string& folder, std::size_t count, char** photos, std::
   return 0;
 }
 
-// A gradient with noise, so that it neither packs to nothing nor to the full.
+// A gradient with noise, which compresses like a photograph: neither to almost nothing nor hardly at all.
 class Rows {
  public:
   explicit Rows(int width) : row_(static_cast<std::size_t>(width) * 3) {}

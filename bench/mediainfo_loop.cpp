@@ -20,7 +20,7 @@ int main(int argc, char** argv) {
   }
   std::setlocale(LC_CTYPE, "C.UTF-8");
   MediaInfoLib::MediaInfo info;
-  // Without it numbered names are taken for one sequence, and every neighbour is looked at.
+  // Without this option MediaInfo treats numbered names as one sequence and reads every neighbour.
   info.Option(L"File_TestContinuousFileNames", L"0");
   info.Option(L"Complete", L"");
   std::ifstream list(argv[1]);

@@ -20,7 +20,7 @@ namespace {
 
 namespace imaging = quillon::imaging;
 
-// A JPEG of our own making: the white that lies outside a picture, around one that the caller named.
+// Returns the JPEG file that the caller has named, "" if there is none.
 std::string PictureFromEnvironment() {
   const char* path = std::getenv("QUILLON_BENCH_PICTURE");
   return path ? path : "";

@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The Quillon developers
 // SPDX-License-Identifier: GPL-3.0-or-later
 //
-// Goes through pictures in the manual cut as a user does and tells, for each "next" but the last, after how many
-// milliseconds the next picture is painted, and after how many it waits for its frame (the cut lies between the two).
+// Goes through pictures in the manual cut as a user does. For each "next" but the last it measures after how many
+// milliseconds the next picture is painted, and after how many it waits for its frame (the cut is between the two).
 //
 // usage: next_picture OUTFOLDER PICTURE...
 #include <QApplication>
@@ -34,7 +34,7 @@ double Now() {
   return std::chrono::duration<double, std::milli>(std::chrono::steady_clock::now().time_since_epoch()).count();
 }
 
-// Knows when the canvas was painted.
+// Calls onPainted after the canvas was painted.
 class Application : public QApplication {
  public:
   using QApplication::QApplication;
@@ -104,7 +104,7 @@ void Put(quillon::job::Program& program, const char* name, const std::string& va
   std::exit(1);
 }
 
-void Tell(const char* what, std::vector<double> times) {
+void PrintRow(const char* what, std::vector<double> times) {
   std::sort(times.begin(), times.end());
   std::printf("| %s | %.0f | %.0f | %.0f |\n", what, times.front(), times[times.size() / 2], times.back());
 }
@@ -150,7 +150,7 @@ int main(int count, char** arguments) {
   }
   if (seen.empty()) return 1;
   std::printf("| milliseconds after \"next\" (%zu times) | least | median | most |\n|---|---|---|---|\n", seen.size());
-  Tell("the next picture is painted", seen);
-  Tell("it waits for its frame, the one before it being cut", ready);
+  PrintRow("the next picture is painted", seen);
+  PrintRow("it waits for its frame, the one before it being cut", ready);
   return 0;
 }

@@ -56,7 +56,7 @@ Grid GridOf(const VImage& image) {
   return grid;
 }
 
-// What the samples from first on count at a place between them.
+// The weights of the samples, from `first` on, at a place between them.
 struct Weights {
   int first = 0;
   std::vector<double> values;
@@ -71,7 +71,7 @@ struct Weights {
   }
 };
 
-// The wave at a place between the samples; spread is how many of them one of the result takes in.
+// Returns the ideal value at a place between the samples. spread is the number of source pixels for one of the result.
 double Ideal(const Grid& grid, double x, double y, int band, double spread) {
   const Weights across(x, spread, grid.width);
   const Weights down(y, spread, grid.height);
@@ -104,7 +104,8 @@ struct Place {
   double y;
 };
 
-// PSNR of a result whose pixels lie in the source where placeOf tells; some of the samples are enough.
+// Returns the PSNR of a result in dB. placeOf returns the place in the source of a pixel of the result. Only every
+// seventh pixel of a row is compared.
 template <class PlaceOf>
 double Psnr(const Grid& source, const Grid& result, double spread, PlaceOf placeOf) {
   const double clear = 4 * spread + 2;
@@ -132,7 +133,7 @@ void Zoom(double percent, const VImage& source, const VImage& peer) {
               Psnr(grid, GridOf(peer), spread, placeOf));
 }
 
-// The middle of result lies off the middle of the source by so much.
+// off is the distance from the centre of the source to the centre of the result, in pixels.
 double PsnrTurned(double degrees, const Grid& source, const Grid& result, Place off) {
   const double cosine = std::cos(degrees * std::numbers::pi / 180);
   const double sine = std::sin(degrees * std::numbers::pi / 180);
@@ -144,7 +145,7 @@ double PsnrTurned(double degrees, const Grid& source, const Grid& result, Place 
   });
 }
 
-// The peer's canvas may be laid half a pixel beside; the best place counts.
+// The canvas of the peer may be off by half a pixel; the best of nine positions counts.
 void Turn(double degrees, const VImage& source, const VImage& peer) {
   const Grid grid = GridOf(source);
   const Grid other = GridOf(peer);

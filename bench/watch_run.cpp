@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The Quillon developers
 // SPDX-License-Identifier: GPL-3.0-or-later
 //
-// Runs a command that tells its events as lines of JSON and adds one line to a file: seconds from its start to the
-// first file event, its resident KB at the file numbered EARLY and at the one numbered LATE, and seconds in all.
+// Runs a command that writes its events as JSON lines, and appends one line to a file: seconds from the start to the
+// first file event, resident memory in KB at file number EARLY and at file number LATE, and seconds in all.
 //
 // usage: watch_run RESULTFILE EARLY LATE COMMAND [ARGUMENT...]
 #include <sys/wait.h>

@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The Quillon developers
 // SPDX-License-Identifier: GPL-3.0-or-later
 //
-// Any bytes as a BMP file: it opens with a status, and every span of every row that it then hands out reads or fails
-// without touching anything else.
+// Any bytes as a BMP file: opening returns a status. If it succeeds, every span of every row is read or fails, without
+// access to other memory.
 #include <cstdint>
 #include <memory>
 #include <string>

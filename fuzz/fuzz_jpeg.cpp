@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The Quillon developers
 // SPDX-License-Identifier: GPL-3.0-or-later
 //
-// Any bytes as a JPEG file: the cut ends with a status, what it says is a success reads as a picture of the wanted
-// size, and its EXIF block survives being cut again. The first bytes choose rectangle, quality and the rest.
+// Any bytes as a JPEG file: the cut returns a status. If it succeeds, the result has a complete head and the end
+// marker, and its EXIF block can be cut again. The first bytes choose rectangle, quality and the rest.
 #include <cstdint>
 #include <cstdio>
 #include <filesystem>

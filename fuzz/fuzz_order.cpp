@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Quillon developers
 // SPDX-License-Identifier: GPL-3.0-or-later
 //
-// Any text as an order of the converter: what is read comes back as it was.
+// Any text as an order of the converter: an order that is parsed and written as text again parses to the same order.
 #include <cstdint>
 #include <cstdlib>
 #include <string>

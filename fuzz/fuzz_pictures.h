@@ -10,14 +10,15 @@
 #include "imaging/rows/row_source.h"
 #include "imaging/services.h"
 
-// What the fuzzers of pictures share.
+// Functions that the fuzzers of picture formats share.
 namespace quillon::fuzz {
 
+// Ends the fuzzer with a crash report unless the condition holds.
 inline void Require(bool holds) {
   if (!holds) std::abort();
 }
 
-// Small enough for many pictures a second.
+// Limits that are small enough for many pictures a second.
 inline imaging::Limits SmallLimits() {
   imaging::Limits limits;
   limits.pixels = 1'000'000;
@@ -25,7 +26,7 @@ inline imaging::Limits SmallLimits() {
   return limits;
 }
 
-// Whole rows, then the right half of them, which must be the same pixels.
+// Reads each row as a whole and then its right half, which must have the same pixels.
 inline void ReadRows(imaging::RowSource& rows) {
   const imaging::RowFacts& facts = rows.Facts();
   Require(facts.size.width > 0 && facts.size.height > 0);

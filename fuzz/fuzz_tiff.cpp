@@ -1,8 +1,9 @@
 // SPDX-FileCopyrightText: 2026 The Quillon developers
 // SPDX-License-Identifier: GPL-3.0-or-later
 //
-// Any bytes as a TIFF file, and as any file whose end is looked for: a part of it opens with a status and hands out its
-// rows or fails, and the EXIF that is found in it is a block that survives being cut. The first bytes choose the part.
+// Any bytes as a TIFF file, and as any file that is checked for its end. Opening a part returns a status; if it
+// succeeds, each row is read or fails. EXIF that is found is a block that can be cut again. The first bytes choose the
+// part.
 #include <cstdint>
 #include <memory>
 #include <string>

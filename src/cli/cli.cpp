@@ -35,9 +35,9 @@
 namespace quillon::cli {
 namespace {
 
-constexpr std::uint64_t kLongestScript = 16u << 20;
+constexpr std::uint64_t kLongestScript = 16u << 20;  // bytes
 
-void Complain(const std::string& sentence) {
+void PrintError(const std::string& sentence) {
   std::fprintf(stderr, "quillon-batch: %s\n", base::DisplayText(sentence).c_str());
 }
 
@@ -48,7 +48,14 @@ std::optional<std::string> ReadScript(const std::string& path) {
   return files.ReadFile(path, text, kLongestScript) ? std::optional(text) : std::nullopt;
 }
 
-// The world of one run and the program in it. What is made later lives shorter.
+// One call of the program: the host implementations, and the job::Program that runs on them.
+//
+// A call is either a single run, or the parent of several workers (--jobs), or one of these workers. A worker is the
+// same executable with a variable set in its environment; it differs only in how it reports (WorkerReporter), in its
+// journals (WorkerJournals) and in the files that it leaves out (DoneElsewhere).
+//
+// The members are constructed in their order: the signals first, because only threads that are started later inherit
+// the blocked signals, and every other member before those that refer to it.
 class Session {
  public:
   Session(const Plan& plan, std::vector<std::string> arguments, std::string folder)
@@ -65,17 +72,17 @@ class Session {
   Exit Run() {
     const auto hints = host::posix::HintsOfThisProcess();
     if (const host::Status made = private_.Make(TemporaryBase(), hints.executableFolder); !made) {
-      Complain("无法准备临时文件夹 " + TemporaryBase() + "：" + made.Why());
+      PrintError("无法准备临时文件夹 " + TemporaryBase() + "：" + made.Why());
       return Exit::SomeWithout;
     }
-    signals_.OnInsist([this] {
+    signals_.OnSecondSignal([this] {
       private_.Remove();
       std::_Exit(static_cast<int>(Exit::Stopped));
     });
     if (plan_.jobs > 1) return RunWorkers();
     const Outcome outcome = Perform();
-    signals_.OnInsist({});
-    for (const std::string& note : outcome.notes) Complain(note);
+    signals_.OnSecondSignal({});
+    for (const std::string& note : outcome.notes) PrintError(note);
     return outcome.exit;
   }
 
@@ -91,27 +98,29 @@ class Session {
   Exit RunWorkers() {
     Workers workers(plan_, arguments_, private_.Path(), files_, journals_, clock_, *reporter_,
                     [this] { return signals_.Stopping(); });
-    signals_.OnInsist([&] {
+    signals_.OnSecondSignal([&] {
       workers.Signal();
       private_.Remove();
       std::_Exit(static_cast<int>(Exit::Stopped));
     });
     const Exit exit = workers.Run();
-    signals_.OnInsist({});
+    signals_.OnSecondSignal({});
     return exit;
   }
 
-  // How many workers the call has that this is one of.
+  // Returns the number of workers of the call that this worker belongs to; 1 if this is not a worker or the variable
+  // does not fit the shard.
   std::uint64_t Among() const {
     const std::string text = host::posix::Environment(kAmongVariable);
     std::uint64_t among = 1;
     const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), among);
-    const bool told = IsWorker() && error == std::errc() && among > 0 && plan_.shard.count % among == 0;
-    return told ? among : 1;
+    const bool valid = IsWorker() && error == std::errc() && among > 0 && plan_.shard.count % among == 0;
+    return valid ? among : 1;
   }
 
-  // What an earlier worker in the place of this one has handled.
-  job::DoneElsewhere Handled() const {
+  // Reads the sources that this worker leaves out: those which the workers of the run had handled when an earlier
+  // worker with the same shard died. Empty for any other process.
+  job::DoneElsewhere ReadDoneList() const {
     job::DoneElsewhere handled;
     std::string names;
     const std::string list = host::posix::Environment(kWorkerVariable);
@@ -136,17 +145,17 @@ class Session {
       program.journals = IsWorker() ? static_cast<host::Journals*>(&workerJournals) : &journals_;
       program.shard = plan_.shard;
       program.shard.among = Among();
-      program.doneElsewhere = Handled();
+      program.doneElsewhere = ReadDoneList();
       program.recovering = !host::posix::Environment(kRecoveringVariable).empty();
       program.Start();
-      RunListener watch(program, *reporter_, plan_.json && plan_.trace ? Trace::Yes : Trace::No);
+      RunListener listener(program, *reporter_, plan_.json && plan_.trace ? Trace::Yes : Trace::No);
       ManualSteps manual(program, parts.regions.cutFrame, plan_.answers, *reporter_);
       pump_.OnTurn([&] {
         if (signals_.Stopping()) program.flags.StopRequested = true;
         manual.Turn();
-        watch.Turn();
+        listener.Turn();
       });
-      Runner runner(program, watch, *reporter_, [this] { return signals_.Stopping(); });
+      Runner runner(program, listener, *reporter_, [this] { return signals_.Stopping(); });
       outcome = runner.Perform(plan_);
       pump_.OnTurn({});
     }
@@ -181,7 +190,7 @@ int RunBatch(const std::vector<std::string>& arguments) {
   const std::string folder = std::filesystem::current_path(error).native();
   const Parsed parsed = ParseArguments(arguments, folder, ReadScript);
   if (!parsed.error.empty()) {
-    Complain(parsed.error);
+    PrintError(parsed.error);
     return static_cast<int>(Exit::WrongArguments);
   }
   const Plan& plan = parsed.plan;
@@ -190,13 +199,13 @@ int RunBatch(const std::vector<std::string>& arguments) {
     return static_cast<int>(Exit::AllWritten);
   }
   if (plan.steps.empty() && !plan.listControls) {
-    Complain("没有要做的事；用法见 quillon-batch --help");
+    PrintError("没有要做的事；用法见 quillon-batch --help");
     return static_cast<int>(Exit::WrongArguments);
   }
   try {
     return static_cast<int>(Session(plan, arguments, folder).Run());
   } catch (const std::exception& failure) {
-    Complain(std::string("运行中断：") + failure.what());
+    PrintError(std::string("运行中断：") + failure.what());
     return static_cast<int>(Exit::SomeWithout);
   }
 }

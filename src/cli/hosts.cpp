@@ -12,7 +12,7 @@ namespace quillon::cli {
 namespace {
 
 constexpr const char* kDiskFull = "盘空间不足";
-// A full disk that is tried again is given a moment to be cleared.
+// Seconds before a retry, in which somebody can free space on a full disk.
 constexpr double kRetryPause = 0.5;
 
 bool Holds(const std::string& text, const std::string& part) { return text.find(part) != std::string::npos; }
@@ -27,6 +27,7 @@ host::Reply BatchBoxes::Choose(const host::Box& box) const {
   const auto offered = [&](host::Reply reply) {
     return std::find(buttons.begin(), buttons.end(), reply) != buttons.end();
   };
+  // A failed retry asks again, so a program that answers Retry while it is stopping might never end.
   if (stopping_() && offered(host::Reply::Retry) && offered(host::Reply::Cancel)) return host::Reply::Cancel;
   for (auto answer = answers_.rbegin(); answer != answers_.rend(); ++answer) {
     if (!Holds(box.text, answer->text)) continue;
@@ -39,12 +40,12 @@ host::Reply BatchBoxes::Choose(const host::Box& box) const {
 
 host::Reply BatchBoxes::Show(const host::Box& box) {
   const host::Reply reply = Choose(box);
-  reporter_.Tell(BoxEvent(box, reply));
+  reporter_.Report(BoxEvent(box, reply));
   if (reply == host::Reply::Retry) clock_.Sleep(kRetryPause);
   return reply;
 }
 
-void BatchBoxes::Beep() { reporter_.Tell(BeepEvent()); }
+void BatchBoxes::Beep() { reporter_.Report(BeepEvent()); }
 
 BatchDialogs::BatchDialogs(const std::vector<Answer>& answers, std::string folder, Reporter& reporter)
     : answers_(answers), folder_(std::move(folder)), reporter_(reporter) {}
@@ -53,6 +54,7 @@ std::vector<std::string> BatchDialogs::Paths(const std::string& title, const std
   std::vector<std::string> paths;
   for (const Answer& answer : answers_) {
     if (!Holds(title, answer.text) && !Holds(filter, answer.text)) continue;
+    // The same answers are meant for boxes and manual steps too; what names a button there is no path.
     if (answer.reply.empty() || ReplyNamed(answer.reply) || ManualSteps::IsButton(answer.reply)) continue;
     paths.push_back(host::AbsolutePath(answer.reply, folder_));
   }
@@ -63,7 +65,7 @@ std::vector<std::string> BatchDialogs::OpenFiles(const std::string& title, const
                                                  host::Choice choice) {
   std::vector<std::string> paths = Paths(title, filter);
   if (choice == host::Choice::One && paths.size() > 1) paths.erase(paths.begin(), paths.end() - 1);
-  reporter_.Tell(FilesDialogEvent(title, filter, paths));
+  reporter_.Report(FilesDialogEvent(title, filter, paths));
   return paths;
 }
 
@@ -77,7 +79,7 @@ std::string BatchDialogs::SaveFile(const host::FileQuestion& question) { return 
 std::optional<std::string> BatchDialogs::ChooseFolder(const std::string& title, const std::string&) {
   const std::vector<std::string> paths = Paths(title, "");
   const std::string answer = paths.empty() ? std::string() : paths.back();
-  reporter_.Tell(FolderDialogEvent(title, answer));
+  reporter_.Report(FolderDialogEvent(title, answer));
   return paths.empty() ? std::nullopt : std::optional(answer);
 }
 
@@ -88,11 +90,11 @@ int BatchShell::Start(const std::string& program, const std::vector<std::string>
   return shell_.Start(program, arguments, folder);
 }
 
-void BatchShell::OpenFolder(const std::string& folder) { reporter_.Tell(OpenEvent("folder", folder)); }
+void BatchShell::OpenFolder(const std::string& folder) { reporter_.Report(OpenEvent("folder", folder)); }
 
-void BatchShell::Reveal(const std::string& file) { reporter_.Tell(OpenEvent("file", file)); }
+void BatchShell::Reveal(const std::string& file) { reporter_.Report(OpenEvent("file", file)); }
 
-void BatchShell::OpenBrowser(const std::string& address) { reporter_.Tell(OpenEvent("address", address)); }
+void BatchShell::OpenBrowser(const std::string& address) { reporter_.Report(OpenEvent("address", address)); }
 
 std::vector<host::ProcessFacts> BatchProcesses::Running() {
   return shell_.Started() ? processes_.Running() : std::vector<host::ProcessFacts>();

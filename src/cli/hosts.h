@@ -14,16 +14,22 @@
 
 namespace quillon::cli {
 
-// True once somebody wants the program to stop.
+// The host interfaces of quillon-batch: a desktop without a screen, on which the answers of the command line stand for
+// the user.
+
+// Returns true after the program was asked to stop.
 using Stopping = std::function<bool()>;
 
-// Answers boxes from the given answers: of those whose text the box holds, and whose reply is one of its buttons, the
-// last given. A box without one takes its default button, a question about a full disk Cancel. While the program is
-// stopping nothing is tried again. Every box and beep is told.
+// Answers message boxes and reports each box and beep as an event.
+//
+// An answer fits if the box contains its text and has a button for its reply. The last given answer that fits is used.
+// If none fits, the box gets its default button, and a question about a full disk gets Cancel.
+// While the program is stopping, a box with Retry and Cancel gets Cancel.
 class BatchBoxes final : public host::Boxes {
  public:
   BatchBoxes(const std::vector<Answer>& answers, Reporter& reporter, host::Clock& clock, Stopping stopping);
 
+  // Sleeps for half a second before it returns Retry.
   host::Reply Show(const host::Box& box) override;
   void Beep() override;
 
@@ -36,8 +42,11 @@ class BatchBoxes final : public host::Boxes {
   Stopping stopping_;
 };
 
-// Answers dialogs with the paths given for them: of the answers whose text the title or the filter holds, all for a
-// choice of many files, else the last given. The name of a reply, and no answer at all, choose nothing.
+// Answers file and folder dialogs with paths and reports each dialog as an event.
+//
+// An answer fits if the title or the filter of the dialog contains its text and its reply is a path, not the name of a
+// reply or button. A dialog for several files returns the paths of all answers that fit, in the order given; any other
+// dialog returns the last. If none fits, nothing is chosen. Relative paths are resolved against folder.
 class BatchDialogs final : public host::Dialogs {
  public:
   BatchDialogs(const std::vector<Answer>& answers, std::string folder, Reporter& reporter);
@@ -55,7 +64,8 @@ class BatchDialogs final : public host::Dialogs {
   Reporter& reporter_;
 };
 
-// Starts helpers as another shell does; folders, files and addresses are only told. prepare runs before every start.
+// Starts helper programs through another shell. Folders, files and addresses are not opened, only reported as events.
+// prepare is called before every start.
 class BatchShell final : public host::Shell {
  public:
   BatchShell(host::Shell& shell, Reporter& reporter, std::function<void()> prepare = {})
@@ -66,7 +76,7 @@ class BatchShell final : public host::Shell {
   void Reveal(const std::string& file) override;
   void OpenBrowser(const std::string& address) override;
 
-  // Whether any helper was ever started.
+  // True if a helper was started, whether it still runs or not.
   bool Started() const { return started_; }
 
  private:
@@ -76,14 +86,15 @@ class BatchShell final : public host::Shell {
   bool started_ = false;
 };
 
-// The helpers of this run: none before the first start, so that the system is not searched for them, then those that
-// another look finds.
+// The helper processes of this run. Before the first start the list is empty and /proc is not searched, because a
+// search is slow and nothing can be found.
 class BatchProcesses final : public host::Processes {
  public:
   BatchProcesses(host::Processes& processes, const BatchShell& shell) : processes_(processes), shell_(shell) {}
 
   std::vector<host::ProcessFacts> Running() override;
   bool End(int id) override { return processes_.End(id); }
+  // Ends every helper that still runs. Called once at the end of the run.
   void EndAll();
 
  private:
@@ -91,8 +102,8 @@ class BatchProcesses final : public host::Processes {
   const BatchShell& shell_;
 };
 
-// No desktop, so that a run does not depend on where it runs: there is no preview box either whose size would limit the
-// margins. 96 dots per inch.
+// A screen without a desktop, so that results do not depend on the machine: without a desktop size there is no preview
+// size that would limit the margins. Always 96 dots per inch.
 class BatchScreen final : public host::Screen {
  public:
   base::Size DesktopSize() override { return {}; }
@@ -100,15 +111,16 @@ class BatchScreen final : public host::Screen {
   std::string Wallpaper() override { return {}; }
 };
 
-// Any number of runs may go side by side.
+// Never refuses: any number of runs can run at the same time.
 class BatchInstance final : public host::Instance {
  public:
   bool Claim() override { return true; }
 };
 
-// Gives the caller a turn whenever the program pumps.
+// A message pump that calls one function at each turn.
 class BatchPump final : public host::Pump {
  public:
+  // Replaces the function; an empty one stops the calls.
   void OnTurn(std::function<void()> act) { act_ = std::move(act); }
   void Turn() override {
     if (act_) act_();
@@ -118,18 +130,18 @@ class BatchPump final : public host::Pump {
   std::function<void()> act_;
 };
 
-// The settings of one run: a store that is made when the first value is kept or a helper is to share it, so that a run
-// that keeps none and starts no helper has no store at all. Until then every value is empty.
+// The settings of one run. The store is created when the first value is saved or the first helper is started; a run
+// that does neither has no store on disk. Until then every value is "".
 class LazySettings final : public host::Settings {
  public:
   using Make = std::function<std::unique_ptr<host::Settings>()>;
-  // exists tells whether another process made the store meanwhile.
+  // make creates or opens the store. exists returns true if another process has created it.
   LazySettings(Make make, std::function<bool()> exists) : make_(std::move(make)), exists_(std::move(exists)) {}
 
   std::string Get(const std::string& application, const std::string& section, const std::string& key) override;
   bool Set(const std::string& application, const std::string& section, const std::string& key,
            const std::string& value) override;
-  // Makes the store, so that helpers find it.
+  // Creates the store, so that helpers find it. Does nothing if it is open.
   void Open();
 
  private:

@@ -37,9 +37,9 @@ void ManualSteps::Turn() {
   pressing_ = false;
 }
 
-// A button that is off does nothing; the picture goes on all the same.
+// A disabled button does nothing; the event is reported and the picture goes on all the same.
 void ManualSteps::Press(const std::string& picture, const std::string& button) {
-  reporter_.Tell(FrameEvent(picture, button));
+  reporter_.Report(FrameEvent(picture, button));
   if (controls::Control* control = program_.fCutPre.Find(button)) static_cast<void>(control->UserClick());
 }
 

@@ -11,17 +11,19 @@
 
 namespace quillon::cli {
 
-// Answers the pictures at which a run with ChMamal waits. A picture counts as a dialog whose title is its path; the
-// replies are names of FCutPre's buttons, pressed in the order given. A picture without an answer goes on with the
-// frame as it is.
+// Answers the pictures at which a manual run (ChMamal) waits.
+//
+// An answer fits if the path of the picture contains its text and its reply names a button of FCutPre. All answers that
+// fit are pressed in the order given, each reported as a dialog event. A picture that is not decided by then goes on
+// with the frame as it is (CmdNext).
 class ManualSteps {
  public:
   ManualSteps(job::Program& program, const regions::CutFrame& frame, const std::vector<Answer>& answers,
               Reporter& reporter);
 
-  // To be called at every turn of the pump.
+  // Answers the picture on show if the run waits for one. Must be called at every turn of the message pump.
   void Turn();
-  // Whether a text is the name of a button that answers.
+  // Returns true if reply is the name of a button that can answer; upper and lower case do not matter.
   static bool IsButton(const std::string& reply);
 
  private:
@@ -31,7 +33,7 @@ class ManualSteps {
   const regions::CutFrame& frame_;
   const std::vector<Answer>& answers_;
   Reporter& reporter_;
-  bool pressing_ = false;
+  bool pressing_ = false;  // a press may turn the pump, which would call Turn() again
 };
 
 }  // namespace quillon::cli

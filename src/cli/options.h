@@ -7,17 +7,20 @@
 
 namespace quillon::cli {
 
-// One option of the command line. The table is what the parser, the help and the documents are held against.
+// One option of the command line.
 struct Option {
-  const char* name;      // "--set"
-  const char* argument;  // "NAME=VALUE", "" for a flag
-  const char* help;
+  const char* name;      // with its dashes: "--set"
+  const char* argument;  // the placeholder of its value: "NAME=VALUE"; "" for a flag, which has no value
+  const char* help;      // one Chinese line for --help
 };
 
+// Returns all options in the order of the help text. The parser, --help, the documents, the manual page and the shell
+// completions all follow this one table, and the tests compare them with it.
 const std::vector<Option>& Options();
 
-// What --help writes: the usage, every option and worked examples.
+// Returns the text of --help (Chinese): the usage, every option and worked examples. Ends with a line end.
 std::string HelpText();
+// Returns the line of --version: the program's name and version.
 std::string VersionText();
 
 }  // namespace quillon::cli

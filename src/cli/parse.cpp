@@ -1,5 +1,9 @@
 // SPDX-FileCopyrightText: 2026 The Quillon developers
 // SPDX-License-Identifier: GPL-3.0-or-later
+//
+// CLI11 splits the arguments into options and values; this file gives them their meaning. The order of steps matters
+// ("--set" acts on the clicks after it), so the options are read back in the order of the command line. Misuse() checks
+// beforehand what CLI11 accepts or reports unclearly.
 #include "cli/parse.h"
 
 #include <CLI/App.hpp>
@@ -29,7 +33,7 @@ Verb VerbOf(const std::string& option) {
 constexpr std::size_t kMostShares = 1'000'000;
 constexpr std::size_t kMostJobs = 256;
 
-// Digits alone, from 1 to most.
+// Returns the number if text consists of digits alone and the number is from 1 to most.
 std::optional<std::size_t> WholeNumber(const std::string& text, std::size_t most) {
   std::size_t number = 0;
   const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
@@ -37,12 +41,12 @@ std::optional<std::size_t> WholeNumber(const std::string& text, std::size_t most
   return whole && number >= 1 && number <= most ? std::optional(number) : std::nullopt;
 }
 
-// Turns the options into a plan one after the other.
+// Builds the plan option by option, in the order of the command line. Keeps the first error.
 class Builder {
  public:
   Builder(const std::string& folder, const ReadText& readText) : folder_(folder), readText_(readText) {}
 
-  void Take(const std::string& option, const std::string& value) {
+  void ReadOption(const std::string& option, const std::string& value) {
     const std::string place = option + " " + value;
     if (option == "--set") {
       ReadSet(value, place);
@@ -63,7 +67,7 @@ class Builder {
     }
   }
 
-  // What stood outside the options: files, the mark "--", and options that do not exist.
+  // Reads the arguments that are no known option: files and folders, the separator "--", and mistyped options.
   void ReadRest(const std::vector<std::string>& rest) {
     Step files{Verb::Files, "", "", {}, "文件"};
     bool onlyFiles = false;
@@ -145,12 +149,13 @@ void Define(CLI::App& app) {
   }
 }
 
-// Options in the order in which they stood on the command line.
+// Hands the options to the builder in the order of the command line. parse_order() names an option once for each use,
+// and results() holds the values of all its uses; `used` counts how many of them were read.
 void ReadOptions(const CLI::App& app, Builder& builder) {
   std::map<const CLI::Option*, std::size_t> used;
   for (const CLI::Option* option : app.parse_order()) {
     if (option->get_items_expected_max() == 0) continue;
-    builder.Take("--" + option->get_lnames().front(), option->results().at(used[option]++));
+    builder.ReadOption("--" + option->get_lnames().front(), option->results().at(used[option]++));
   }
 }
 
@@ -161,16 +166,16 @@ const Option* OptionNamed(const std::string& name) {
   return nullptr;
 }
 
-// What the parser itself would let pass or tell unclearly: a value missing at the end, an empty "--out=" that would eat
-// the next argument, a flag with a value. "" where all is well.
+// Returns a sentence about the misuses that CLI11 accepts or reports unclearly: a missing last value, an empty "--out="
+// (CLI11 would use the next argument as its value), and a flag with a value. "" if there is none.
 std::string Misuse(const std::vector<std::string>& arguments) {
   for (std::size_t i = 0; i < arguments.size() && arguments[i] != "--"; ++i) {
     const auto equals = arguments[i].find('=');
     const Option* option = OptionNamed(arguments[i].substr(0, equals));
     if (!option) continue;
-    const bool takesValue = *option->argument;
-    if (!takesValue && equals != std::string::npos) return std::string(option->name) + " 后面不能有内容";
-    if (!takesValue) continue;
+    const bool needsValue = *option->argument;
+    if (!needsValue && equals != std::string::npos) return std::string(option->name) + " 后面不能有内容";
+    if (!needsValue) continue;
     if (equals == arguments[i].size() - 1) return std::string(option->name) + " 后面不能是空的";
     if (equals == std::string::npos && ++i == arguments.size()) return std::string(option->name) + " 后面缺少内容";
   }
@@ -191,7 +196,7 @@ Parsed ParseArguments(const std::vector<std::string>& arguments, const std::stri
   Define(app);
   builder.Fail(Misuse(arguments));
   if (!builder.Result().error.empty()) return std::move(builder.Result());
-  // The parser takes a bare "++" for a mark of its own.
+  // CLI11 treats a bare "++" as a separator of its own, so that a file of this name is passed as "./++".
   std::vector<std::string> reversed(arguments.rbegin(), arguments.rend());
   std::replace(reversed.begin(), reversed.end(), std::string("++"), std::string("./++"));
   try {

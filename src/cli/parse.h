@@ -11,21 +11,22 @@
 
 namespace quillon::cli {
 
-// A plan, or a sentence about what is wrong with the arguments.
+// The result of parsing: a plan, or one Chinese sentence about the first mistake. The plan counts only if error is "".
 struct Parsed {
   Plan plan;
   std::string error;
 };
 
-// Returns the content of a script file, nothing when it cannot be read.
+// Returns the content of a script file, nothing if it cannot be read.
 using ReadText = std::function<std::optional<std::string>(const std::string& path)>;
 
-// Reads the arguments behind the program's name. Names and values are bytes and may hold anything; behind "--"
-// everything is a file or folder. A relative path of a file, folder or --out is taken from folder, the folder that the
-// program was started in, and made absolute.
+// Parses the arguments that follow the program's name.
+// Names and values are bytes and may hold anything. After "--" every argument is a file or folder.
+// Relative paths of files, folders and --out are resolved against folder, the current folder of the process.
+// readText is called for each --script, at its place among the steps.
 Parsed ParseArguments(const std::vector<std::string>& arguments, const std::string& folder, const ReadText& readText);
 
-// "NAME=VALUE" at the first equals sign that stands behind a name; nothing without one.
+// Splits "NAME=VALUE" at the first equals sign; NAME may be empty. Returns nothing if there is no equals sign.
 std::optional<std::pair<std::string, std::string>> SplitAssignment(const std::string& text);
 
 }  // namespace quillon::cli

@@ -11,41 +11,46 @@ namespace quillon::cli {
 
 enum class Verb { Set, Open, Close, Click, Print, Files };
 
-// One thing that a user of the windows does.
+// One step of a plan: what a user of the windows does. "Files" adds files and folders to the list.
 struct Step {
   Verb verb = Verb::Set;
-  std::string name;                // of the control or window, as it was given
-  std::string value;               // of Set
-  std::vector<std::string> files;  // of Files
-  std::string place;               // where the step was given, for messages: "--set TQuality=90", "job.json 第 2 步"
+  std::string name;                // the control or window, as the user wrote it; not checked yet
+  std::string value;               // only for Set
+  std::vector<std::string> files;  // only for Files: absolute paths
+  std::string place;  // the place in the arguments, for messages: "--set TQuality=90", "job.json 第 2 步"
 
   bool operator==(const Step&) const = default;
 };
 
-// What a box or dialog whose text holds text is answered with: the name of a reply, or a path for a dialog.
+// The answer to every box or dialog whose text contains `text`.
 struct Answer {
   std::string text;
-  std::string reply;
-  std::string place;
+  std::string reply;  // the name of a reply for a box, a path for a dialog, a button of FCutPre for a manual step
+  std::string place;  // as in Step
 
   bool operator==(const Answer&) const = default;
 };
 
-// All that one command line asks for. Steps and answers stand in the order in which they were given; the files and
-// folders of the command line come as a first step of their own.
+// Everything that one command line asks for. Steps and answers keep the order in which they were given. The files and
+// folders of the command line are the first step.
 struct Plan {
   std::vector<Step> steps;
   std::vector<Answer> answers;
-  job::Shard shard;      // of all files, the part that this call is to handle
-  std::size_t jobs = 1;  // processes that share the work
-  bool json = false;
-  bool trace = false;
-  bool listControls = false;
+  job::Shard shard;           // the part of all files that this call handles
+  std::size_t jobs = 1;       // number of worker processes, 1 to 256; 1 starts none
+  bool json = false;          // events as JSON lines on stdout
+  bool trace = false;         // change events too; only counts with json
+  bool listControls = false;  // list all controls after the last step
   bool help = false;
   bool version = false;
 };
 
-// How the program ends, as the shell sees it.
-enum class Exit { AllWritten = 0, SomeWithout = 1, WrongArguments = 2, Stopped = 3 };
+// The exit codes of quillon-batch.
+enum class Exit {
+  AllWritten = 0,      // every file was written or skipped
+  SomeWithout = 1,     // some file has no output, or a run did not start
+  WrongArguments = 2,  // an argument is wrong, or a step was refused
+  Stopped = 3          // stopped by a signal or by the user
+};
 
 }  // namespace quillon::cli

@@ -22,6 +22,7 @@ using host::Status;
 constexpr const char* kPrefix = "quillon-batch-";
 constexpr int kMostTries = 1000;
 
+// A helper program without a twin: X.exe without X.dll beside it.
 bool IsLoneProgram(const host::Files& files, const std::string& folder, const host::FolderEntry& entry) {
   const base::PathParts parts = base::SplitPath(entry.name);
   return parts.extension == "exe" && !files.IsFile(base::JoinPath(folder, parts.name, "dll"));
@@ -30,8 +31,8 @@ bool IsLoneProgram(const host::Files& files, const std::string& folder, const ho
 }  // namespace
 
 std::string TemporaryBase() {
-  const std::string told = host::posix::Environment("TMPDIR");
-  return told.starts_with('/') ? base::TrimTrailingSeparator(told) : "/tmp";
+  const std::string folder = host::posix::Environment("TMPDIR");
+  return folder.starts_with('/') ? base::TrimTrailingSeparator(folder) : "/tmp";
 }
 
 PrivateFolder::~PrivateFolder() {
@@ -39,7 +40,8 @@ PrivateFolder::~PrivateFolder() {
   if (lock_ >= 0) disk_.Close(lock_);
 }
 
-// What still works in the folder finds it no more, so that nothing appears behind its removal.
+// The folder is renamed first: a helper that still runs cannot find it under its old name, so it cannot create files in
+// it while it is being removed.
 void PrivateFolder::Remove() {
   if (path_.empty()) return;
   const std::string removed = path_ + "-removed";
@@ -65,7 +67,8 @@ Status PrivateFolder::Make(const std::string& base, const std::string& executabl
   return host::posix::PrepareProgramFolder(files_, path_, executableFolder);
 }
 
-// The lock is taken before it gets the name that a sweep looks for, so that no sweep finds it free.
+// The lock file is locked under another name and then renamed to the name that Sweep() looks for. Another process
+// therefore never finds a lock file that exists but is not locked yet.
 Status PrivateFolder::MakeLocked(const std::string& path) {
   const std::string lock = base::JoinPath(path, host::posix::kInstanceLock);
   lock_ = disk_.OpenNew(lock + ".new", 0600);
@@ -90,14 +93,15 @@ void PrivateFolder::Sweep(const std::string& base) {
     host::DiskFacts facts;
     if (disk_.StatLink(folder, facts) < 0 || facts.user != disk_.User() || facts.link) continue;
     const int lock = disk_.OpenOwn(base::JoinPath(folder, host::posix::kInstanceLock));
-    if (lock < 0) continue;
+    if (lock < 0) continue;  // another run is just creating it, or it is none of ours
     if (disk_.Lock(lock) == 0) (void)!files_.RemoveOwn(folder);
     disk_.Close(lock);
   }
 }
 
-// Helper programs and colour profiles are never written to. A helper without a twin runs from where it lies, so it is
-// linked as a file of this folder; where the system has no such link, it is copied later.
+// Helper programs and colour profiles are never written to, so symbolic links are enough for them. A helper without a
+// twin is started as it lies here, and its process is recognised by the path of its executable. A symbolic link would
+// lead out of this folder, so it gets a hard link; if the file system allows none, PrepareProgramFolder() copies it.
 void PrivateFolder::LinkFrom(const std::string& folder) {
   disk_.List(folder, [&](const host::FolderEntry& entry) {
     const bool twin = entry.kind == host::FileKind::File && entry.name.ends_with(".dll");

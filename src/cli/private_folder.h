@@ -9,9 +9,11 @@
 
 namespace quillon::cli {
 
-// A program folder for one run, below the folder for temporary files: work files and helper programs of runs that go
-// side by side never meet. It is locked while it is used and removed at the end; one that a killed run left behind is
-// removed by the next that is made.
+// A program folder for one run, below the folder for temporary files. It keeps the work files and helper programs of
+// runs that go on at the same time apart.
+//
+// The folder is locked while it is in use and removed at the end. A folder that a killed run left has no lock any more;
+// the next Make() removes it.
 class PrivateFolder {
  public:
   PrivateFolder(host::Disk& disk, host::Files& files) : disk_(disk), files_(files) {}
@@ -19,16 +21,22 @@ class PrivateFolder {
   PrivateFolder(const PrivateFolder&) = delete;
   PrivateFolder& operator=(const PrivateFolder&) = delete;
 
-  // Makes it in base and lays it out from the installed files: what is only read is linked, not copied.
+  // Creates the folder in base, locks it and fills it from the installed files. Files that are only read are linked,
+  // not copied. Also sweeps the folders of killed runs out of base. Fails with the errno of the system call that
+  // failed, and then Path() may be "".
   host::Status Make(const std::string& base, const std::string& executableFolder);
-  // "" before Make.
+  // Returns "" before Make().
   const std::string& Path() const { return path_; }
-  // Removes the folder; may be called from any thread, more than once.
+  // Removes the folder with everything in it. Can be called more than once and from any thread; failures are ignored,
+  // because the next run sweeps what is left.
   void Remove();
 
  private:
+  // Removes the folders in base whose lock is free and whose owner is this user.
   void Sweep(const std::string& base);
+  // Locks the new folder at path and sets path_; on failure the folder is removed again.
   host::Status MakeLocked(const std::string& path);
+  // Links the helper programs and colour profiles of an installed folder into this one.
   void LinkFrom(const std::string& folder);
 
   host::Disk& disk_;
@@ -37,8 +45,8 @@ class PrivateFolder {
   int lock_ = -1;
 };
 
-// $TMPDIR where it is an absolute path, else /tmp. Work files can be as large as a picture without compression, so the
-// run-time folder, which lies in memory, is not for them.
+// Returns $TMPDIR if it is an absolute path, else /tmp. $XDG_RUNTIME_DIR is not used: it lies in memory, and a work
+// file can be as large as an uncompressed picture.
 std::string TemporaryBase();
 
 }  // namespace quillon::cli

@@ -10,16 +10,21 @@
 
 namespace quillon::cli {
 
-// The names under which a reply may be given; the first is the one that events carry.
+// The two names of a reply to a message box. --answer accepts both; events carry the English one.
 struct ReplyName {
   host::Reply reply;
-  const char* name;
-  const char* chinese;
+  const char* name;     // English: "Yes"
+  const char* chinese;  // the caption of the button: "是"
 };
+
+// Returns the names of all replies, each reply once.
 const std::vector<ReplyName>& ReplyNames();
 
-// Upper and lower case of the English names do not matter; nothing for any other text.
+// Returns the reply with that English name (upper and lower case do not matter) or Chinese name; nothing for any other
+// text.
 std::optional<host::Reply> ReplyNamed(const std::string& text);
+
+// Returns the English name.
 const char* NameOf(host::Reply reply);
 
 }  // namespace quillon::cli

@@ -18,7 +18,7 @@ namespace {
 using controls::Control;
 using controls::Kind;
 
-constexpr std::size_t kNearest = 3;
+constexpr std::size_t kNearest = 3;  // suggestions for a name that does not exist
 constexpr const char* kOnlyInputFolder = "已启用“超大容量”，只处理输入目录中的文件";
 
 std::string Joined(const std::vector<std::string>& names) {
@@ -37,13 +37,13 @@ bool CanBeClicked(const Control& control) {
 
 }  // namespace
 
-Runner::Runner(job::Program& program, RunListener& watch, Reporter& reporter, Stopping stopping)
-    : program_(program), watch_(watch), reporter_(reporter), stopping_(std::move(stopping)) {}
+Runner::Runner(job::Program& program, RunListener& listener, Reporter& reporter, Stopping stopping)
+    : program_(program), listener_(listener), reporter_(reporter), stopping_(std::move(stopping)) {}
 
 Outcome Runner::Perform(const Plan& plan) {
   std::string refusal = CheckNames(plan);
   for (std::size_t i = 0; i < plan.steps.size() && refusal.empty() && !Stopped(); ++i) {
-    if (TimeToAdmit(plan.steps, i)) Admit();
+    if (AdmissionDue(plan.steps, i)) Admit();
     if (!Stopped()) refusal = Do(plan.steps[i]);
   }
   if (refusal.empty() && !Stopped()) {
@@ -52,16 +52,16 @@ Outcome Runner::Perform(const Plan& plan) {
   }
   outcome_.exit = refusal.empty() ? ExitNow() : Exit::WrongArguments;
   if (!refusal.empty()) outcome_.notes.push_back(refusal);
-  reporter_.Tell(EndEvent(watch_.Sums()));
-  reporter_.Finish(watch_.Sums());
+  reporter_.Report(EndEvent(listener_.Sums()));
+  reporter_.Finish(listener_.Sums());
   return outcome_;
 }
 
-bool Runner::Stopped() const { return stopping_() || watch_.Sums().stopped; }
+bool Runner::Stopped() const { return stopping_() || listener_.Sums().stopped; }
 
 Exit Runner::ExitNow() const {
   if (Stopped()) return Exit::Stopped;
-  return gaveUp_ || watch_.Sums().none > 0 ? Exit::SomeWithout : Exit::AllWritten;
+  return runNotStarted_ || listener_.Sums().none > 0 ? Exit::SomeWithout : Exit::AllWritten;
 }
 
 // --- Names
@@ -127,10 +127,10 @@ std::string Runner::Do(const Step& step) {
       why = Click(*program_.windows.Find(step.name));
       break;
     case Verb::Print:
-      reporter_.Tell(PrintEvent(*program_.windows.Find(step.name)));
+      reporter_.Report(PrintEvent(*program_.windows.Find(step.name)));
       break;
     case Verb::Files:
-      waiting_.insert(waiting_.end(), step.files.begin(), step.files.end());
+      pendingFiles_.insert(pendingFiles_.end(), step.files.begin(), step.files.end());
       break;
   }
   return why.empty() ? why : Sentence(step.place, why);
@@ -142,39 +142,42 @@ std::string Runner::Click(Control& control) {
     grid->DoubleClick();
     return {};
   }
-  const bool driver = control.Parent() == &program_.form1.MenuCut && &control != &program_.form1.MenuStop;
-  if (driver && NothingLeftForUs()) return {};
-  if (driver && program_.flags.LargeCapacityMode) ReportNotTaken();
-  const std::size_t runs = watch_.RunsStarted();
-  reporter_.ForgetBox();
+  const bool startsRun = control.Parent() == &program_.form1.MenuCut && &control != &program_.form1.MenuStop;
+  if (startsRun && AllInOtherShards()) return {};
+  if (startsRun && program_.flags.LargeCapacityMode) ReportListIgnored();
+  // A click that is accepted may still start no run, for example after a box about a missing output folder.
+  const std::size_t runs = listener_.RunsStarted();
+  reporter_.ClearLastBox();
   const controls::EditResult result = control.UserClick();
-  if (result.Accepted() && driver && watch_.RunsStarted() == runs && !Stopped()) ReportGivenUp();
-  if (driver) rowsTold_ = program_.files.RowCount();
+  if (result.Accepted() && startsRun && listener_.RunsStarted() == runs && !Stopped()) ReportRunNotStarted();
+  if (startsRun) rowsReported_ = program_.files.RowCount();
   return result.refusal;
 }
 
-// Files were named, and all of them are handled by others.
-bool Runner::NothingLeftForUs() const {
+// True if files were named, but all of them belong to other shards. Then the click has nothing to do, and that is no
+// run that failed to start.
+bool Runner::AllInOtherShards() const {
   return program_.leftToOthers > 0 && program_.files.RowCount() == 0 && !program_.flags.LargeCapacityMode;
 }
 
-// A large-capacity run does not take the list.
-void Runner::ReportNotTaken() {
-  for (; rowsTold_ < program_.files.RowCount(); ++rowsTold_) {
-    watch_.ReportFile({rowsTold_ + 1, program_.files.Row(rowsTold_).Path(), "", job::Result::None, kOnlyInputFolder});
+// A large-capacity run ignores the list, so the rows that were added since the last run will get no output.
+void Runner::ReportListIgnored() {
+  for (; rowsReported_ < program_.files.RowCount(); ++rowsReported_) {
+    listener_.ReportFile(
+        {rowsReported_ + 1, program_.files.Row(rowsReported_).Path(), "", job::Result::None, kOnlyInputFolder});
   }
 }
 
-// A run that did not begin leaves every listed file without output.
-void Runner::ReportGivenUp() {
+// Reports every listed file as left without output, because the run did not start; the reason is the last box.
+void Runner::ReportRunNotStarted() {
   const std::string box = reporter_.LastBox();
   const std::string why = "裁剪没有开始" + (box.empty() ? box : "：" + box);
   outcome_.notes.push_back(why);
   const std::size_t rows = program_.files.RowCount();
-  gaveUp_ = gaveUp_ || rows > 0 || program_.flags.LargeCapacityMode;
-  if (program_.flags.LargeCapacityMode) return;  // the list was no part of it
+  runNotStarted_ = runNotStarted_ || rows > 0 || program_.flags.LargeCapacityMode;
+  if (program_.flags.LargeCapacityMode) return;  // ReportListIgnored() has reported the rows
   for (std::size_t row = 0; row < rows; ++row) {
-    watch_.ReportFile({row + 1, program_.files.Row(row).Path(), "", job::Result::None, why});
+    listener_.ReportFile({row + 1, program_.files.Row(row).Path(), "", job::Result::None, why});
   }
 }
 
@@ -186,35 +189,38 @@ void Runner::PrintAll() {
 
 // --- Files
 
-bool Runner::TimeToAdmit(const std::vector<Step>& steps, std::size_t next) const {
-  if (waiting_.empty()) return false;
+// True if step `next` must find the pending files in the list.
+bool Runner::AdmissionDue(const std::vector<Step>& steps, std::size_t next) const {
+  if (pendingFiles_.empty()) return false;
   if (steps[next].verb == Verb::Click) return true;
   return std::all_of(steps.begin() + static_cast<std::ptrdiff_t>(next), steps.end(),
                      [](const Step& step) { return step.verb == Verb::Print; });
 }
 
+// Adds the pending files and folders to the list, as a drop on the window would.
 void Runner::Admit() {
-  if (waiting_.empty() || program_.Ended()) return;
-  const std::vector<std::string> items = std::exchange(waiting_, {});
+  if (pendingFiles_.empty() || program_.Ended()) return;
+  const std::vector<std::string> items = std::exchange(pendingFiles_, {});
   const int mode = program_.form1.CmbCutMode.Index();
-  reporter_.ForgetBox();
+  reporter_.ClearLastBox();
   program_.Intake().Admit(items);
   if (Stopped()) return;
-  // A mode whose resources are missing is left, and nothing is listed.
+  // If the resources of the cut mode are missing, the program leaves the mode and lists nothing.
   const bool modeLeft = program_.form1.CmbCutMode.Index() != mode;
   ReportUnlisted(items, modeLeft ? job::Result::None : job::Result::Skipped);
 }
 
-// Files that were named one by one, are not in the list now and were not told of by the listing.
+// Reports the named files that are neither in the list nor reported by the listing itself. Files below a named folder
+// are not reported: the folder stands for what it holds.
 void Runner::ReportUnlisted(const std::vector<std::string>& named, job::Result result) {
   const std::string why =
       result == job::Result::None ? "没有加入列表：" + reporter_.LastBox() : "不合条件，没有加入列表";
   std::unordered_set<std::string> listed;
   for (std::size_t row = 0; row < program_.files.RowCount(); ++row) listed.insert(program_.files.Row(row).Path());
   for (const std::string& path : named) {
-    if (listed.contains(path) || watch_.Refused(path) || program_.host.files.IsFolder(path)) continue;
+    if (listed.contains(path) || listener_.Refused(path) || program_.host.files.IsFolder(path)) continue;
     if (!program_.Intake().IsOurs(path)) continue;
-    watch_.ReportFile({0, path, "", result, why});
+    listener_.ReportFile({0, path, "", result, why});
   }
 }
 

@@ -12,26 +12,29 @@
 
 namespace quillon::cli {
 
-// How a plan went, with sentences for the user: why it was refused, or why a run did not begin.
+// The result of a plan.
 struct Outcome {
   Exit exit = Exit::AllWritten;
-  std::vector<std::string> notes;
+  std::vector<std::string> notes;  // Chinese sentences for stderr: why a step was refused or a run did not start
 };
 
-// Carries out a plan on the windows of a started program, as its user would.
+// Carries out a plan on the windows of a started program, as a user would.
 //
-// Names are looked up before anything is done, so that a mistyped one changes nothing. Files wait until the next click;
-// where none follows, until nothing but prints follows. A refused step ends the plan. While the program is stopping no
-// further step begins.
+// 1. All names and answers are checked before the first step, so that a mistyped name changes nothing.
+// 2. The steps run in their order. A refused step ends the plan.
+// 3. Files and folders wait until the next click and are added to the list all at once. If no click follows, they are
+//    added before the last steps that only print, or after the last step.
+// 4. When the program is stopping, no further step starts.
+// 5. The end event is reported, even if a step was refused.
 class Runner {
  public:
-  Runner(job::Program& program, RunListener& watch, Reporter& reporter, Stopping stopping);
+  Runner(job::Program& program, RunListener& listener, Reporter& reporter, Stopping stopping);
 
-  // Tells the end event and finishes the reporter.
+  // Runs the plan, reports the end event and calls Reporter::Finish(). Call at most once.
   Outcome Perform(const Plan& plan);
 
  private:
-  // Each gives a sentence, "" where all is well.
+  // These return "" on success, else a Chinese sentence for the user.
   std::string CheckNames(const Plan& plan) const;
   std::string CheckStep(const Step& step) const;
   std::string CheckAnswer(const Answer& answer) const;
@@ -40,24 +43,24 @@ class Runner {
 
   std::string UnknownControl(const Step& step) const;
   std::string UnknownWindow(const Step& step) const;
-  bool TimeToAdmit(const std::vector<Step>& steps, std::size_t next) const;
+  bool AdmissionDue(const std::vector<Step>& steps, std::size_t next) const;
   void Admit();
   void ReportUnlisted(const std::vector<std::string>& named, job::Result result);
-  void ReportNotTaken();
-  void ReportGivenUp();
-  bool NothingLeftForUs() const;
+  void ReportListIgnored();
+  void ReportRunNotStarted();
+  bool AllInOtherShards() const;
   bool Stopped() const;
   void PrintAll();
   Exit ExitNow() const;
 
   job::Program& program_;
-  RunListener& watch_;
+  RunListener& listener_;
   Reporter& reporter_;
   Stopping stopping_;
-  std::vector<std::string> waiting_;  // files and folders to be admitted
+  std::vector<std::string> pendingFiles_;  // files and folders that are not in the list yet
   Outcome outcome_;
-  std::size_t rowsTold_ = 0;  // of the list, by a run or as not taken
-  bool gaveUp_ = false;
+  std::size_t rowsReported_ = 0;  // the first rows of the list, up to this number, have their file event
+  bool runNotStarted_ = false;    // a click should have started a run with files, and none started
 };
 
 }  // namespace quillon::cli

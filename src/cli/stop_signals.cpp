@@ -24,40 +24,40 @@ StopSignals::StopSignals() {
   for (const int signal : {SIGINT, SIGTERM, SIGHUP}) {
     if (signal == SIGHUP && Ignored(signal)) continue;
     sigaddset(&signals_, signal);
-    // An ignored signal never arrives, not even where it is waited for.
+    // The kernel discards an ignored signal, even if it is blocked and read from a signalfd.
     std::signal(signal, SIG_DFL);
   }
-  pthread_sigmask(SIG_BLOCK, &signals_, &before_);
-  taken_ = signalfd(-1, &signals_, SFD_CLOEXEC);
-  end_ = eventfd(0, EFD_CLOEXEC);
+  pthread_sigmask(SIG_BLOCK, &signals_, &oldMask_);
+  signalFd_ = signalfd(-1, &signals_, SFD_CLOEXEC);
+  endFd_ = eventfd(0, EFD_CLOEXEC);
   thread_ = std::thread([this] { Listen(); });
 }
 
 StopSignals::~StopSignals() {
-  eventfd_write(end_, 1);
+  eventfd_write(endFd_, 1);
   thread_.join();
-  close(taken_);
-  close(end_);
-  pthread_sigmask(SIG_SETMASK, &before_, nullptr);
+  close(signalFd_);
+  close(endFd_);
+  pthread_sigmask(SIG_SETMASK, &oldMask_, nullptr);
 }
 
-void StopSignals::OnInsist(std::function<void()> act) {
+void StopSignals::OnSecondSignal(std::function<void()> act) {
   const std::lock_guard lock(mutex_);
-  insist_ = std::move(act);
+  onSecondSignal_ = std::move(act);
 }
 
 void StopSignals::Listen() {
   for (;;) {
-    pollfd waits[] = {{taken_, POLLIN, 0}, {end_, POLLIN, 0}};
+    pollfd waits[] = {{signalFd_, POLLIN, 0}, {endFd_, POLLIN, 0}};
     if (poll(waits, 2, -1) < 0 && errno != EINTR) return;
     if (waits[1].revents) return;
-    signalfd_siginfo told{};
-    if (!(waits[0].revents & POLLIN) || read(taken_, &told, sizeof told) != sizeof told) continue;
-    // A process may be told more than once that the one that started it is gone.
-    const bool insists = told.ssi_signo != SIGHUP;
-    if (stopping_.exchange(true) && insists) {
+    signalfd_siginfo info{};
+    if (!(waits[0].revents & POLLIN) || read(signalFd_, &info, sizeof info) != sizeof info) continue;
+    // A worker gets SIGHUP whenever a thread of its parent ends, so further ones say nothing about the user's wish.
+    const bool counts = info.ssi_signo != SIGHUP;
+    if (stopping_.exchange(true) && counts) {
       const std::lock_guard lock(mutex_);
-      if (insist_) insist_();
+      if (onSecondSignal_) onSecondSignal_();
     }
   }
 }

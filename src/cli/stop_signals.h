@@ -10,9 +10,11 @@
 
 namespace quillon::cli {
 
-// Catches the wishes to stop: SIGINT, SIGTERM and SIGHUP (unless the caller had that one ignored). They are taken by a
-// thread of their own, so that nothing else is interrupted by them. To be made before any other thread, which then
-// leaves the signals alone too.
+// Turns SIGINT, SIGTERM and SIGHUP into a flag. SIGHUP is left alone if it is ignored, as nohup does.
+//
+// The signals are blocked and a thread of their own reads them from a signalfd, so that they interrupt no system call
+// of the run. Must be constructed before any other thread is started: threads inherit the blocked signals. The
+// destructor restores the signal mask.
 class StopSignals {
  public:
   StopSignals();
@@ -20,20 +22,22 @@ class StopSignals {
   StopSignals(const StopSignals&) = delete;
   StopSignals& operator=(const StopSignals&) = delete;
 
+  // Returns true after the first signal; never false again.
   bool Stopping() const { return stopping_; }
-  // Called at a second SIGINT or SIGTERM, on the thread that takes it: the first one was not obeyed.
-  void OnInsist(std::function<void()> act);
+  // Sets the function that is called at every SIGINT or SIGTERM after the first signal, on the signal thread. A second
+  // SIGHUP does not count, because the system may send it more than once.
+  void OnSecondSignal(std::function<void()> act);
 
  private:
   void Listen();
 
   sigset_t signals_;
-  sigset_t before_;
-  int taken_ = -1;  // tells of signals
-  int end_ = -1;    // tells the thread to end
+  sigset_t oldMask_;
+  int signalFd_ = -1;  // delivers the signals
+  int endFd_ = -1;     // readable when the thread must end
   std::atomic<bool> stopping_ = false;
   std::mutex mutex_;
-  std::function<void()> insist_;
+  std::function<void()> onSecondSignal_;  // guarded by mutex_
   std::thread thread_;
 };
 

@@ -8,10 +8,14 @@
 
 namespace quillon::parts {
 
-// A program with every part that is built above the job. What runs the program makes one beside it, before its start,
-// and lets it go first.
+// A program with every feature library. job::Program knows the features only through the interfaces of
+// job/settings/collaborators.h; each part sets its pointer in the program and adds its windows.
+//
+// Construct it after the program and before Program::Start(); destroy it before the program. A new feature library is
+// added here as one member, and is then part of the window, of quillon-batch and of the tests.
 class Parts {
  public:
+  // owner must outlive the object; `program` is the same object.
   explicit Parts(job::Program& owner) : program(owner), outputTools(owner), regions(owner) {}
 
   job::Program& program;

@@ -9,10 +9,15 @@
 
 namespace quillon::regions {
 
-// The cuts whose regions the user draws, joined to a program. Lives shorter than that.
+// The cuts whose regions the user draws: the manual frame, region lists and the watched folder.
+// The constructor adds their windows to the program, so that they are found by name. The program must outlive the
+// object.
 class Regions {
  public:
-  explicit Regions(job::Program& program);
+  explicit Regions(job::Program& program) : cutFrame(program), fMultCut(program), fCutTime(program) {
+    program.windows.Add(fMultCut);
+    program.windows.Add(fCutTime);
+  }
   Regions(const Regions&) = delete;
   Regions& operator=(const Regions&) = delete;
 

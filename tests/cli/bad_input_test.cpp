@@ -1,7 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The Quillon developers
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Bad files and bad places, as callers of the program meet them: a sentence for each file, the others are cut, sources
-// stay whole, nothing is left behind, and the exit code tells.
+//
+// Damaged files and unusable folders, as callers of the program see them: each file gets a sentence, the others are
+// cut, sources stay whole, nothing is left over, and the exit code shows it.
 #include <unistd.h>
 
 #include <algorithm>

@@ -103,7 +103,7 @@ std::vector<pid_t> BatchProcess::Children() const {
     std::ifstream status(entry.path() / "stat");
     std::string text;
     std::getline(status, text);
-    // Behind the name, which may hold anything: the state and the parent.
+    // The state and the parent follow the name in brackets, which may itself contain brackets.
     std::istringstream rest(text.substr(std::min(text.size(), text.rfind(')') + 1)));
     char state = 0;
     pid_t parent = 0;
@@ -112,7 +112,7 @@ std::vector<pid_t> BatchProcess::Children() const {
   return found;
 }
 
-void BatchProcess::Take(int status) {
+void BatchProcess::SetEnd(int status) {
   process_ = -1;
   if (WIFEXITED(status)) ran_.exit = WEXITSTATUS(status);
   if (WIFSIGNALED(status)) ran_.signal = WTERMSIG(status);
@@ -125,7 +125,7 @@ Ran BatchProcess::Insist(int signal) {
     kill(process_, signal);
     Nap();
   }
-  Take(status);
+  SetEnd(status);
   return ran_;
 }
 
@@ -141,7 +141,7 @@ Ran BatchProcess::Wait() {
       ran_.err.append(block, static_cast<std::size_t>(got));
     }
   }
-  Take(status);
+  SetEnd(status);
   return ran_;
 }
 

@@ -11,9 +11,9 @@
 
 namespace quillon::cli {
 
-// How a process ended, with all that it wrote.
+// How a process ended, and everything that it wrote.
 struct Ran {
-  int exit = -1;  // -1 where a signal ended it
+  int exit = -1;  // -1 if a signal ended it
   int signal = 0;
   std::string out;
   std::string err;
@@ -26,16 +26,16 @@ class BatchProcess {
  public:
   explicit BatchProcess(const std::vector<std::string>& arguments, const std::string& folder = "/",
                         ErrorsTo errors = ErrorsTo::File);
-  // For a call that uses the temporary folder of another.
+  // For a call that shares the temporary folder of another call.
   BatchProcess(const std::vector<std::string>& arguments, const std::string& folder, const std::string& temporary);
   ~BatchProcess();
   BatchProcess(const BatchProcess&) = delete;
   BatchProcess& operator=(const BatchProcess&) = delete;
 
-  // Reads stdout up to a line that holds the text; false at its end.
+  // Reads stdout up to a line that contains the text. Returns false if stdout ends before.
   bool ReadTo(const std::string& text);
   void Signal(int signal) const;
-  // The processes that it has started and that still run.
+  // Returns the processes that it has started and that still run.
   std::vector<pid_t> Children() const;
   // Sends the signal again and again until the process has ended, without reading what it writes.
   Ran Insist(int signal);
@@ -43,14 +43,14 @@ class BatchProcess {
   // Waits with the reading end of stdout closed.
   Ran WaitUnheard();
 
-  // What it left in the folder for temporary files, so far.
+  // Returns the entries that it has left in the folder for temporary files so far.
   std::vector<std::string> Temporaries() const;
   const std::string& TemporaryFolder() const { return temporary_; }
 
  private:
   void Start(const std::vector<std::string>& arguments, const std::string& folder, ErrorsTo errors);
   bool ReadMore();
-  void Take(int status);
+  void SetEnd(int status);
 
   host::testing::TempFolder own_;
   std::string temporary_;

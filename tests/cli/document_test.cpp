@@ -1,6 +1,6 @@
 // SPDX-FileCopyrightText: 2026 The Quillon developers
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The documents are a contract: they are held against the tables that the program works by, in both directions.
+// The documents are a contract: they are compared with the tables of the program, in both directions.
 #include <gtest/gtest.h>
 
 #include <fstream>
@@ -82,40 +82,40 @@ std::set<std::string> Found(const std::string& text, const std::string& pattern)
 }
 
 TEST(Contract, ListsTheOptions) {
-  std::vector<std::string> told;
+  std::vector<std::string> documented;
   for (const auto& row : Table("## Options")) {
     ASSERT_EQ(row.size(), 3u);
-    told.push_back(Codes(row[0]).at(0) + " " + (row[1].empty() ? "" : Codes(row[1]).at(0)));
+    documented.push_back(Codes(row[0]).at(0) + " " + (row[1].empty() ? "" : Codes(row[1]).at(0)));
   }
   std::vector<std::string> known;
   for (const Option& option : Options()) known.push_back(std::string(option.name) + " " + option.argument);
-  EXPECT_EQ(told, known);
+  EXPECT_EQ(documented, known);
 }
 
 TEST(Contract, ListsTheEventsWithTheirFields) {
-  std::vector<std::pair<std::string, std::vector<std::string>>> told;
-  for (const auto& row : Table("## Events")) told.emplace_back(Codes(row.at(0)).at(0), Codes(row.at(1)));
+  std::vector<std::pair<std::string, std::vector<std::string>>> documented;
+  for (const auto& row : Table("## Events")) documented.emplace_back(Codes(row.at(0)).at(0), Codes(row.at(1)));
   std::vector<std::pair<std::string, std::vector<std::string>>> known;
   for (const EventFormat& format : EventFormats()) known.emplace_back(format.name, format.fields);
-  EXPECT_EQ(told, known);
+  EXPECT_EQ(documented, known);
 }
 
 TEST(Contract, ListsTheReplies) {
-  std::vector<std::pair<std::string, std::string>> told;
-  for (const auto& row : Table("### Replies")) told.emplace_back(Codes(row.at(0)).at(0), Codes(row.at(1)).at(0));
+  std::vector<std::pair<std::string, std::string>> documented;
+  for (const auto& row : Table("### Replies")) documented.emplace_back(Codes(row.at(0)).at(0), Codes(row.at(1)).at(0));
   std::vector<std::pair<std::string, std::string>> known;
   for (const ReplyName& name : ReplyNames()) known.emplace_back(name.name, name.chinese);
-  EXPECT_EQ(told, known);
+  EXPECT_EQ(documented, known);
 }
 
 TEST(Contract, ListsTheExitCodes) {
-  std::vector<std::string> told;
-  for (const auto& row : Table("## Exit codes")) told.push_back(row.at(0));
+  std::vector<std::string> documented;
+  for (const auto& row : Table("## Exit codes")) documented.push_back(row.at(0));
   std::vector<std::string> known;
   for (const Exit code : {Exit::AllWritten, Exit::SomeWithout, Exit::WrongArguments, Exit::Stopped}) {
     known.push_back(std::to_string(static_cast<int>(code)));
   }
-  EXPECT_EQ(told, known);
+  EXPECT_EQ(documented, known);
 }
 
 TEST(Contract, ListsTheResultsOfAFile) {
@@ -124,7 +124,7 @@ TEST(Contract, ListsTheResultsOfAFile) {
   }
 }
 
-// The script of the document holds every verb that the text names, and the program takes it.
+// The script in the document contains every verb that the text names, and the program accepts it.
 TEST(Contract, ShowsAScriptThatWorks) {
   const std::string section = Section("## Scripts");
   const auto begin = section.find("```json\n") + 8;
@@ -137,7 +137,7 @@ TEST(Contract, ShowsAScriptThatWorks) {
   }
 }
 
-// The page about many machines names no option that is not there, and its job is one that the program takes.
+// The page about many machines names only options that exist, and the program accepts its job.
 TEST(ManyMachines, ShowsWhatWorks) {
   const std::string page = ReadSource("docs/many-machines.md");
   const auto begin = page.find("```json\n") + 8;
@@ -154,7 +154,7 @@ TEST(ManyMachines, ShowsWhatWorks) {
   }
 }
 
-TEST(Help, TellsEveryOptionReplyAndExitCode) {
+TEST(Help, ListsEveryOptionReplyAndExitCode) {
   const std::string help = HelpText();
   for (const Option& option : Options()) {
     EXPECT_NE(help.find(std::string("\n  ") + option.name + " " + option.argument), std::string::npos) << option.name;
@@ -174,7 +174,7 @@ TEST(Help, ShowsAScriptThatWorks) {
   EXPECT_EQ(ParseScript(help.substr(begin, end - begin), "help", "/").error, "");
 }
 
-TEST(ManPage, TellsTheOptions) {
+TEST(ManPage, ListsTheOptions) {
   const std::string page = std::regex_replace(ReadSource("docs/quillon-batch.1"), std::regex(R"(\\-)"), "-");
   const std::string options =
       page.substr(page.find(".SH OPTIONS"), page.find(".SH SCRIPTS") - page.find(".SH OPTIONS"));
@@ -187,7 +187,7 @@ TEST(ManPage, TellsTheOptions) {
   }
 }
 
-TEST(ManPage, TellsEventsRepliesAndExitCodes) {
+TEST(ManPage, ListsEventsRepliesAndExitCodes) {
   const std::string page = ReadSource("docs/quillon-batch.1");
   const std::string events = page.substr(page.find(".SH EVENTS"));
   for (const EventFormat& format : EventFormats())

@@ -80,7 +80,7 @@ TEST_F(Boxes, TellWhatTheyShowed) {
             (std::vector<std::string>{R"({"event":"box","text":"一","type":4,"title":"消息","answer":"Yes"})",
                                       R"({"event":"beep"})"}));
   EXPECT_EQ(recorder.LastBox(), "一");
-  recorder.ForgetBox();
+  recorder.ClearLastBox();
   EXPECT_EQ(recorder.LastBox(), "");
 }
 

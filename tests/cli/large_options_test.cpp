@@ -40,7 +40,7 @@ const std::vector<Job>& Jobs() {
   return jobs;
 }
 
-// As its head tells.
+// Width and height from the header of the file.
 base::Size PngSize(const std::string& png) {
   const auto number = [&](std::size_t at) {
     int value = 0;

@@ -1,6 +1,6 @@
 // SPDX-FileCopyrightText: 2026 The Quillon developers
 // SPDX-License-Identifier: GPL-3.0-or-later
-// A manual run that was killed is gone on with where it stood.
+// A manual run that was killed is continued where it stopped.
 #include <csignal>
 #include <set>
 
@@ -27,7 +27,7 @@ class ManualResumeTest : public ProgramTest {
     }
     return asked;
   }
-  // What was told before the process died; the last line may be half a one.
+  // Drops a last line that was cut off when the process died.
   static std::string WholeLines(const std::string& lines) { return lines.substr(0, lines.rfind('\n') + 1); }
   int HeightOf(const std::string& name) const {
     const std::string bytes = folder.Read("out/" + name);
@@ -53,7 +53,7 @@ TEST_F(ManualResumeTest, AKilledRunForgetsNoDecision) {
   EXPECT_EQ(ran.exit, 0) << ran.err;
   EXPECT_EQ(EventsOf(ran.out, "file").size(), kPictures);
   const std::set<std::string> after = Asked(ran.out);
-  // The one it was killed at may be asked about again; all that went on behind it may not.
+  // The run may ask again about the picture at which it was killed, but not about those before it.
   for (const Json& file : EventsOf(told, "file")) EXPECT_EQ(after.count(file.at("source").get<std::string>()), 0u);
   EXPECT_GE(before.size() + after.size(), kPictures);
   EXPECT_LE(before.size() + after.size(), kPictures + 1);

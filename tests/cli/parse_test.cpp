@@ -121,7 +121,7 @@ TEST(ParseArguments, KnowsEveryFlagOnItsOwn) {
   EXPECT_FALSE(plain.json || plain.trace || plain.help || plain.version || plain.listControls);
 }
 
-// Each option of the table is taken by the parser, with or without a value as the table says.
+// The parser accepts every option of the table, with or without a value as the table says.
 TEST(ParseArguments, TakesTheOptionsOfTheTable) {
   const auto script = [](const std::string&) { return std::optional<std::string>("{}"); };
   for (const Option& option : Options()) {

@@ -16,7 +16,7 @@ namespace {
 using controls::Control;
 using controls::Kind;
 
-// A value that a user may put into the control and that it does not hold; nothing for one that takes none.
+// Returns a value that a user can set and that the control does not have; nothing if the control has no value.
 std::optional<std::string> OtherValue(const Control& control) {
   switch (control.GetKind()) {
     case Kind::CheckBox:
@@ -40,9 +40,9 @@ bool IsChosenFolder(const Control& control) {
   return control.Name() == "LInDir" || control.Name() == "LOutDir" || control.Name() == "LDir";
 }
 
-// Takes away what would answer the change, so that the way there and back alone is looked at. A list whose entries come
-// from files gets some.
-void LayBare(Control& control) {
+// Removes the handler, so that only setting and reading back is tested, and enables the control with its parents. A
+// list that gets its entries from files gets some.
+void Isolate(Control& control) {
   control.SetHandler({});
   if (auto* list = dynamic_cast<controls::ComboBox*>(&control); list && list->Items().empty()) {
     list->SetItems({"one", "two"});
@@ -59,7 +59,7 @@ TEST(Reach, EveryValueGoesThereAndBack) {
   std::size_t settable = 0;
   for (const controls::Window* window : world.program.windows.All()) {
     for (Control* control : window->Controls()) {
-      LayBare(*control);
+      Isolate(*control);
       auto value = OtherValue(*control);
       if (IsChosenFolder(*control)) value = "/some/folder";
       if (!value) continue;
@@ -84,7 +84,7 @@ TEST(Reach, ListsTakeTheTextOfEveryEntry) {
   for (const controls::Window* window : world.program.windows.All()) {
     for (Control* control : window->Controls()) {
       if (control->GetKind() != Kind::ComboBox) continue;
-      LayBare(*control);
+      Isolate(*control);
       const std::vector<std::string> items = control->Items();
       for (std::size_t i = 0; i < items.size(); ++i) {
         const Outcome outcome = world.Perform({World::Set(control->FullName(), items[i])});
@@ -101,7 +101,7 @@ TEST(Reach, EveryControlIsPrintedAndWhatTakesNoValueRefuses) {
   for (const controls::Window* window : world.program.windows.All()) {
     for (Control* control : window->Controls()) {
       EXPECT_EQ(world.Perform({World::Print(control->FullName())}).exit, Exit::AllWritten) << control->FullName();
-      LayBare(*control);
+      Isolate(*control);
       if (OtherValue(*control) || IsChosenFolder(*control) || control->GetKind() == Kind::Grid) continue;
       EXPECT_EQ(world.Perform({World::Set(control->FullName(), "1")}).exit, Exit::WrongArguments)
           << control->FullName();

@@ -10,11 +10,11 @@
 
 namespace quillon::cli {
 
-// Keeps every event for a test to look at.
+// Keeps every event for the assertions of a test.
 class Recorder final : public Reporter {
  public:
   const std::vector<Event>& Events() const { return events_; }
-  // The events as JSON lines, all or those of one kind.
+  // Returns the events as JSON lines, in order.
   std::vector<std::string> Lines() const {
     std::vector<std::string> lines;
     for (const Event& event : events_) lines.push_back(JsonLine(event));

@@ -10,7 +10,8 @@
 namespace quillon::cli {
 namespace {
 
-// Each in a process of its own, in which no other thread can take the signal.
+// Each test runs in a process of its own, because a thread of the test program that does not block a signal could get
+// it.
 struct StopSignalsTest : testing::Test {
   void SetUp() override { GTEST_FLAG_SET(death_test_style, "threadsafe"); }
 };
@@ -20,7 +21,7 @@ void Send(int signal, const StopSignals& signals) {
   while (!signals.Stopping()) std::this_thread::yield();
 }
 
-// Until it is taken, one behind the other.
+// True until the signal thread has read the signal.
 bool Pending(int signal) {
   sigset_t signals;
   sigpending(&signals);
@@ -44,7 +45,7 @@ TEST_F(StopSignalsTest, TheSecondIsInsisted) {
   EXPECT_EXIT(
       {
         StopSignals signals;
-        signals.OnInsist([] { _exit(41); });
+        signals.OnSecondSignal([] { _exit(41); });
         Send(SIGINT, signals);
         kill(getpid(), SIGTERM);
         for (;;) pause();
@@ -56,7 +57,7 @@ TEST_F(StopSignalsTest, HangUpsDoNotInsist) {
   EXPECT_EXIT(
       {
         StopSignals signals;
-        signals.OnInsist([] { _exit(41); });
+        signals.OnSecondSignal([] { _exit(41); });
         Send(SIGHUP, signals);
         for (int i = 0; i < 3; ++i) {
           kill(getpid(), SIGHUP);

@@ -14,7 +14,7 @@
 
 namespace quillon::cli {
 
-// A started program on a made-up world, driven by a runner; boxes are answered from `answers`.
+// A started program on scripted host interfaces, driven by a Runner. Boxes are answered from `answers`.
 class World {
  public:
   explicit World(Trace trace = Trace::No) : trace_(trace) {}
@@ -83,7 +83,7 @@ class World {
   static Step Open(const std::string& name) { return {Verb::Open, name, "", {}, "--open " + name}; }
   static Step Close(const std::string& name) { return {Verb::Close, name, "", {}, "--close " + name}; }
 
-  // The values that the print events told, in order.
+  // Returns the values of the print events, in order.
   std::vector<std::string> Printed() const {
     std::vector<std::string> values;
     for (const Event& event : recorder.Of(EventKind::Print)) values.push_back(event.Text("value"));

@@ -9,7 +9,7 @@
 
 namespace quillon::regions {
 
-// A program with all that this folder adds to it.
+// A program with the windows of the regions library.
 class RegionsTest : public job::CutTest {
  protected:
   void SetUp() override {
@@ -19,7 +19,7 @@ class RegionsTest : public job::CutTest {
     form.ShowMarginLimits();
   }
 
-  // As texts of TCutValue, in the order of a row.
+  // Sets the margins of the main window, given in the order of a row.
   void Fill(const std::string& top, const std::string& left, const std::string& right, const std::string& bottom) {
     form.TCutValue[1].SetText(top);
     form.TCutValue[0].SetText(left);

@@ -6,12 +6,13 @@
 
 namespace quillon::regions {
 
-// Where a png tells its colour type, and two of the types.
+// The offset of the colour type in a PNG file (a byte of the IHDR chunk), and two of its values.
 inline constexpr std::size_t kColourType = 25;
 inline constexpr char kRgb = 2;
 inline constexpr char kRgbWithAlpha = 6;
 
-// 8 x 8 pixels of one colour, the left half transparent.
+// Returns a PNG of 8 x 8 pixels: one colour with alpha, the left half wholly transparent, the right half opaque. Given
+// in hexadecimal, so that the test does not depend on an encoder.
 inline std::string HalfTransparentPng() {
   const std::string hex =
       "89504E470D0A1A0A0000000D4948445200000008000000080806000000C40FBE8B000000154944415478DA63389162C4"

@@ -12,12 +12,13 @@
 namespace quillon::cli {
 namespace {
 
+// Returns a limit of a control as a number; std::monostate if the control has no such limit.
 FieldValue Limit(const std::string& text) {
   const auto number = base::ParseNumber(text);
   return number ? FieldValue(*number) : FieldValue();
 }
 
-// A list's entries; a grid's rows, their cells parted by tabs.
+// Returns the entries of a list, or the rows of a grid with tabs between the cells.
 std::vector<std::string> ItemsOf(const controls::Control& control) {
   const auto* grid = dynamic_cast<const controls::Grid*>(&control);
   if (!grid) return control.Items();

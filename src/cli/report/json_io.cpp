@@ -15,12 +15,13 @@ namespace {
 
 using Json = nlohmann::ordered_json;
 
+// Returns the line, from 1, of a place in the text.
 std::size_t LineOf(const std::string& text, std::size_t byte) {
   const auto end = text.begin() + static_cast<std::ptrdiff_t>(std::min(byte, text.size()));
   return 1 + static_cast<std::size_t>(std::count(text.begin(), end, '\n'));
 }
 
-// Reads a script value by value; the first thing that is wrong stays as the error.
+// Reads a script value by value and keeps the first error. place_ says where the reader is, for messages.
 class ScriptReader {
  public:
   ScriptReader(std::string file, const std::string& folder) : file_(std::move(file)), folder_(folder) {}
@@ -98,7 +99,7 @@ class ScriptReader {
     parsed_.plan.steps.push_back({verb, std::move(name), std::move(value), {}, place_});
   }
 
-  // What a user would type for the value.
+  // Returns what a user would type for the value: "1" for true, "12.5" for 12.5.
   std::string ValueText(const Json& value) {
     if (value.is_boolean()) return value.get<bool>() ? "1" : "0";
     if (value.is_number_integer()) return value.dump();
@@ -135,7 +136,8 @@ class ScriptReader {
   Parsed parsed_;
 };
 
-// Notices a key that stands twice in one object: the later one would silently win.
+// Finds a key that occurs twice in one object. The JSON library keeps the last one without an error, so that a step or
+// setting of the user would be lost. There is one set of keys for each object that is open.
 class DuplicateKeys {
  public:
   bool Accept(Json::parse_event_t event, const Json& value) {
@@ -153,7 +155,7 @@ class DuplicateKeys {
   std::string first_;
 };
 
-// Puts one field into an event's object, and its bytes beside it where they are no UTF-8.
+// Writes one field into the object of an event. If its text is not UTF-8, the exact bytes go into the object `bytes`.
 struct FieldWriter {
   const std::string& name;
   Json& object;

@@ -9,18 +9,20 @@
 
 namespace quillon::cli {
 
-// The steps and answers of a script file:
+// Parses the steps and answers of a script file:
 //   {"steps": [{"files": [..]}, {"set": {..}}, {"open": ".."}, {"click": ".."}, {"print": [..]}], "answers": {..}}
-// Each step holds one verb: files, set, open, close, click, print or out. Where a list is taken a single text is too;
-// values of set may be texts, numbers, true and false. The error names the file, and the line or the step. Relative
-// paths are taken from folder.
+// Each step is an object with one verb: files, set, open, close, click, print or out.
+// A single text is accepted in place of a list. The values of set are texts, numbers, true or false.
+// Relative paths are resolved against folder. file is the name of the script, for error messages.
+// On failure the error of the result names the file, and the line or the number of the step.
 Parsed ParseScript(const std::string& text, const std::string& file, const std::string& folder);
 
-// Two small digits for each byte.
+// Returns the bytes in hexadecimal, two lower-case digits for each.
 std::string Hex(const std::string& bytes);
 
-// The event as one JSON object, without a line end. A text that is not UTF-8 is shown with U+FFFD, and its bytes stand
-// in the object "bytes" under the same field name, in hexadecimal.
+// Returns the event as one JSON object, without a line end.
+// A text that is not UTF-8 is written with U+FFFD for its invalid bytes; the exact bytes follow in hexadecimal, in the
+// object "bytes" under the name of the field.
 std::string JsonLine(const Event& event);
 
 }  // namespace quillon::cli

@@ -15,7 +15,7 @@
 namespace quillon::cli {
 namespace {
 
-// Names hold what they like; control characters must not reach a terminal.
+// Names of files may contain control characters; on a terminal they could move the cursor or worse.
 std::string Shown(const std::string& text) {
   std::string shown = base::DisplayText(text);
   for (char& c : shown) {
@@ -77,9 +77,10 @@ std::string RangeText(const std::string& min, const std::string& max) {
   return min + " 到 " + max;
 }
 
-// Nobody reads more, and a long run must not hold them all.
+// The most lines about files without output. Nobody reads more, and the memory of a long run must not grow.
 constexpr std::size_t kMostLines = 1000;
 
+// Returns "0:08" or "1:02:03". Seconds are rounded up, so that the time left is 0:00 only at the end.
 std::string TimeText(double seconds) {
   const auto whole = static_cast<long>(std::ceil(seconds));
   if (whole >= 3600) return fmt::format("{}:{:02}:{:02}", whole / 3600, whole / 60 % 60, whole % 60);
@@ -88,7 +89,7 @@ std::string TimeText(double seconds) {
 
 }  // namespace
 
-void Reporter::Tell(const Event& event) {
+void Reporter::Report(const Event& event) {
   if (event.kind == EventKind::Box) lastBox_ = event.Text("text");
   Write(event);
 }
@@ -106,9 +107,9 @@ void WorkerReporter::Show(const Progress& progress) {
   if (progress.running) WriteLine(ProgressLine(progress));
 }
 
-void WorkerReporter::Begun(const std::string& source) { WriteLine(BegunLine(source)); }
+void WorkerReporter::FileStarted(const std::string& source) { WriteLine(StartedLine(source)); }
 
-void WorkerReporter::OlderLeft(const std::string& path) { WriteLine(OlderLine(path)); }
+void WorkerReporter::StaleOutputLeft(const std::string& path) { WriteLine(StaleOutputLine(path)); }
 
 void WorkerReporter::JournalOpened(const host::JobPart& part) { WriteLine(JournalLine(part)); }
 
@@ -157,11 +158,11 @@ void TextReporter::Write(const Event& event) {
     std::fflush(out_);
   } else if (event.kind == EventKind::File && event.Text("result") != ResultName(job::Result::Written)) {
     const char* kind = event.Text("result") == ResultName(job::Result::Skipped) ? "略过" : "没有输出";
-    if (without_.size() >= kMostLines) {
-      ++untold_;
+    if (withoutOutput_.size() >= kMostLines) {
+      ++omitted_;
       return;
     }
-    without_.push_back(std::string(kind) + "：" + Shown(event.Text("source")) + "：" + Shown(event.Text("why")));
+    withoutOutput_.push_back(std::string(kind) + "：" + Shown(event.Text("source")) + "：" + Shown(event.Text("why")));
   }
 }
 
@@ -183,8 +184,8 @@ void TextReporter::List(const controls::Control& control) {
 
 void TextReporter::Finish(const Summary& summary) {
   ClearLine();
-  for (const std::string& line : without_) std::fprintf(err_, "%s\n", line.c_str());
-  if (untold_ > 0) std::fprintf(err_, "……另有 %zu 个文件没有输出或略过\n", untold_);
+  for (const std::string& line : withoutOutput_) std::fprintf(err_, "%s\n", line.c_str());
+  if (omitted_ > 0) std::fprintf(err_, "……另有 %zu 个文件没有输出或略过\n", omitted_);
   if (summary.written + summary.none + summary.skipped > 0 || summary.stopped) {
     const std::string sums =
         fmt::format("写出 {}，没有输出 {}，略过 {}，用时 {:.1f} 秒{}\n", summary.written, summary.none, summary.skipped,

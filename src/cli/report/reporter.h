@@ -11,36 +11,37 @@
 
 namespace quillon::cli {
 
-// How far a run has come.
+// The progress of a run.
 struct Progress {
   bool running = false;
-  std::size_t done = 0;
-  std::size_t planned = 0;  // 0: not known
-  double seconds = 0;       // since the run began
-  std::string status;       // what the program shows in front of its title
+  std::size_t done = 0;     // files
+  std::size_t planned = 0;  // files; 0 if the number is not known
+  double seconds = 0;       // since the start of the run
+  std::string status;       // the part of the window title before the program's name
 };
 
-// Where everything that happens is told.
+// Receives everything that a call of the program reports. The functions are called on the main thread only.
 class Reporter {
  public:
   virtual ~Reporter() = default;
-  void Tell(const Event& event);
-  // Called often while something is under way.
+  void Report(const Event& event);
+  // Called about ten times a second, with or without a run.
   virtual void Show(const Progress&) {}
-  // A file is taken up.
-  virtual void Begun(const std::string& /*source*/) {}
-  // An older file stands under the name of an output that could not be made.
-  virtual void OlderLeft(const std::string& /*path*/) {}
-  // The journal of a part of a job is asked for, and done with.
+  // Called before a file is handled; source is "" if none is being handled any more.
+  virtual void FileStarted(const std::string& /*source*/) {}
+  // Called by a run with only a share of the files if an output could not be made and an older file of its name exists.
+  // The run leaves that file alone, because it may be the output of another share.
+  virtual void StaleOutputLeft(const std::string& /*path*/) {}
+  // Called in a worker when the journal of a part of a job is asked for, and when the part is done.
   virtual void JournalOpened(const host::JobPart&) {}
   virtual void JournalDone(const host::JobPart&) {}
-  // One control of a list of all.
-  virtual void List(const controls::Control& control) { Tell(PrintEvent(control)); }
-  // The last call, before which the end event was told.
+  // Called for each control of --list-controls.
+  virtual void List(const controls::Control& control) { Report(PrintEvent(control)); }
+  // Called once, after the end event and after everything else.
   virtual void Finish(const Summary&) {}
-  // The text of the last box, "" before the first; Forget makes it "" again.
+  // Returns the text of the last box that was reported; "" if there was none since ClearLastBox().
   const std::string& LastBox() const { return lastBox_; }
-  void ForgetBox() { lastBox_.clear(); }
+  void ClearLastBox() { lastBox_.clear(); }
 
  protected:
   virtual void Write(const Event& event) = 0;
@@ -49,7 +50,8 @@ class Reporter {
   std::string lastBox_;
 };
 
-// Every event as one line of JSON on out, handed on at once. Where that fails it is said once on err.
+// --json: writes every event as one JSON line to out and flushes it. After a failed write it reports that once on err
+// and writes no further events.
 class JsonReporter : public Reporter {
  public:
   JsonReporter(std::FILE* out, std::FILE* err) : out_(out), err_(err) {}
@@ -64,32 +66,32 @@ class JsonReporter : public Reporter {
   bool failed_ = false;
 };
 
-// In a worker: what the one that started it has to know besides.
+// Used in a worker process: also writes the lines that only the parent process reads (workers/worker_lines.h).
 class WorkerReporter final : public JsonReporter {
  public:
   using JsonReporter::JsonReporter;
 
   void Show(const Progress& progress) override;
-  void Begun(const std::string& source) override;
-  void OlderLeft(const std::string& path) override;
+  void FileStarted(const std::string& source) override;
+  void StaleOutputLeft(const std::string& path) override;
   void JournalOpened(const host::JobPart& part) override;
   void JournalDone(const host::JobPart& part) override;
 
  protected:
-  // All but titles, which nobody hears.
+  // Drops title events: the parent ignores them, and a run has many.
   void Write(const Event& event) override;
 };
 
 enum class Terminal { No, Yes };
 
-// For people: printed controls on out; on err a progress line, where it is a terminal, and at the end the sums with the
-// files that have no output.
+// Without --json: writes printed controls to out. To err it writes a progress line if err is a terminal, and at the end
+// the files without output and the sums. Control characters in names are replaced by '?'.
 class TextReporter final : public Reporter {
  public:
   TextReporter(std::FILE* out, std::FILE* err, Terminal terminal) : out_(out), err_(err), terminal_(terminal) {}
 
   void Show(const Progress& progress) override;
-  // "Form1.TQuality", kind, value and caption, parted by tabs.
+  // Writes name ("Form1.TQuality"), kind, value and caption with tabs between them.
   void List(const controls::Control& control) override;
   void Finish(const Summary& summary) override;
 
@@ -102,14 +104,15 @@ class TextReporter final : public Reporter {
   std::FILE* out_;
   std::FILE* err_;
   Terminal terminal_;
-  std::string line_;
-  std::vector<std::string> without_;  // one line for each file without output, the first of them
-  std::size_t untold_ = 0;            // and how many more there are
+  std::string line_;                        // the progress line on the terminal, "" if there is none
+  std::vector<std::string> withoutOutput_;  // lines about the first files without output
+  std::size_t omitted_ = 0;                 // further files without output, of which only the number is kept
 };
 
-// "处理中 12/300  4%  35.2 张/秒  剩余 0:08"; without a planned number only what is known.
+// Returns "处理中 12/300  4%  35.2 张/秒  剩余 0:08". If the number of files is not known, it has no share and no time
+// left. Returns the status text if no run goes on.
 std::string ProgressText(const Progress& progress);
-// A control as people read it, several lines.
+// Returns a print event as text for people: one to three lines.
 std::string PrintText(const Event& print);
 
 }  // namespace quillon::cli

@@ -7,7 +7,7 @@ namespace {
 
 constexpr double kShowEvery = 0.1;  // seconds
 
-// What stands in front of the program's name in a title, without the blanks around it.
+// Returns the part of a title before the program's name, without the blanks around it.
 std::string StatusIn(const std::string& title) {
   const std::string name = job::kTitle;
   const bool named = title.size() >= name.size() && title.compare(title.size() - name.size(), name.size(), name) == 0;
@@ -34,7 +34,7 @@ void RunListener::Observe(controls::Window& window, Trace trace) {
   controls::Window::Observer onControl;
   if (trace == Trace::Yes) {
     onControl = [this](controls::Control& control, controls::Aspect aspect) {
-      if (aspect == controls::Aspect::Value) reporter_.Tell(ChangeEvent(control));
+      if (aspect == controls::Aspect::Value) reporter_.Report(ChangeEvent(control));
     };
   }
   const int token = window.Observe(std::move(onControl), [this](controls::Window& changed) { ReportTitle(changed); });
@@ -45,7 +45,7 @@ void RunListener::ReportTitle(const controls::Window& window) {
   std::string& last = titles_[&window];
   if (last == window.Title()) return;
   last = window.Title();
-  reporter_.Tell(TitleEvent(window.Name(), last));
+  reporter_.Report(TitleEvent(window.Name(), last));
   if (&window == &program_.form1) progress_.status = StatusIn(last);
 }
 
@@ -59,7 +59,7 @@ void RunListener::Turn() {
 
 void RunListener::ReportFile(const job::FileResult& file) {
   Count(file.result);
-  reporter_.Tell(FileEvent(file));
+  reporter_.Report(FileEvent(file));
 }
 
 void RunListener::Count(job::Result result) {
@@ -79,10 +79,11 @@ void RunListener::FileDone(const job::FileResult& file) {
   ReportFile(file);
 }
 
+// The file was counted as written; now it counts as one without output, so that the sums stay right.
 void RunListener::FileLost(const job::FileResult& file, const std::string& output) {
   if (sums_.written > 0) --sums_.written;
   ++sums_.none;
-  reporter_.Tell(LostEvent(file, output));
+  reporter_.Report(LostEvent(file, output));
 }
 
 void RunListener::FileNotListed(const std::string& source, const std::string& why) {

@@ -7,10 +7,10 @@
 namespace quillon::cli {
 namespace {
 
-// Keys.
+// The keys of a source and of an output. A file can be both.
 constexpr const char* kHandled = "handled";
 constexpr const char* kSource = "source";
-// Of a handled source.
+// The value of kHandled if the source has an output; else it is "".
 constexpr const char* kWritten = "written";
 
 }  // namespace
@@ -32,10 +32,10 @@ bool FileRecords::NoteHandled(const std::string& source, job::Wrote wrote) {
   return !known;
 }
 
-void FileRecords::EachSource(const std::function<void(const std::string& source, job::Wrote wrote)>& take) {
+void FileRecords::EachSource(const std::function<void(const std::string& source, job::Wrote wrote)>& visit) {
   if (!journal_) return;
   journal_->Each(kHandled, [&](const std::string& source) {
-    take(source, journal_->Get(source, kHandled) == kWritten ? job::Wrote::Yes : job::Wrote::No);
+    visit(source, journal_->Get(source, kHandled) == kWritten ? job::Wrote::Yes : job::Wrote::No);
   });
 }
 
@@ -43,7 +43,7 @@ std::optional<std::string> FileRecords::SourceOf(const std::string& output) {
   return journal_ ? journal_->Get(output, kSource) : std::nullopt;
 }
 
-void FileRecords::NoteMade(const std::string& output, const std::string& source) {
+void FileRecords::NoteOutput(const std::string& output, const std::string& source) {
   if (!SourceOf(output)) ++outputs_;
   if (journal_) journal_->Set(output, kSource, source);
 }

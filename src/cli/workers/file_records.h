@@ -13,34 +13,42 @@
 
 namespace quillon::cli {
 
-// What the workers of a run have told of each file: kept on disk, so that it takes no more memory the more files there
-// are.
+// What the workers of a run have reported about each file. The records are in a scratch file on disk, so that the
+// memory of the parent process does not grow with the number of files.
+//
+// No function fails: a record that cannot be written is lost, and Complete() finds that out.
 class FileRecords {
  public:
-  // path is that of a file of our own, which is there as long as the records are.
+  // path is a file of the program's own; the destructor removes it.
   explicit FileRecords(const std::string& path);
   ~FileRecords();
   FileRecords(const FileRecords&) = delete;
   FileRecords& operator=(const FileRecords&) = delete;
 
-  // --- Sources that were told of, and whether ever a result of it was. True for one that was not before.
+  // --- Sources
+
+  // Records that the source was handled. Wrote::Yes stays, even if No follows for the same source. Returns true if the
+  // source was not recorded before.
   bool NoteHandled(const std::string& source, job::Wrote wrote);
+  // Returns true if the source was recorded.
   bool Handled(const std::string& source);
+  // Calls visit for every recorded source, in no particular order.
+  void EachSource(const std::function<void(const std::string& source, job::Wrote wrote)>& visit);
 
-  // Every source that was told of.
-  void EachSource(const std::function<void(const std::string& source, job::Wrote wrote)>& take);
+  // --- Outputs
 
-  // --- Of an output: the source that it was made of last, "" where that is not known; nothing for a file that no
-  // worker has named as its output.
+  // Returns the source that the output was last made of; "" if that is not known; nothing if no worker has named the
+  // file as its output.
   std::optional<std::string> SourceOf(const std::string& output);
-  void NoteMade(const std::string& output, const std::string& source);
+  // Records the output; source may be "". A later call for the same output replaces the source.
+  void NoteOutput(const std::string& output, const std::string& source);
 
-  // Whether nothing of what was told got lost, on a full disk, say. Takes the longer, the more was told.
+  // Returns true if no record was lost, for example on a full disk. Reads all records, so its time grows with them.
   bool Complete();
 
  private:
-  std::unique_ptr<host::Journal> journal_;
-  std::size_t sources_ = 0;
+  std::unique_ptr<host::Journal> journal_;  // nullptr if the scratch file could not be created
+  std::size_t sources_ = 0;                 // records that must be in the file
   std::size_t outputs_ = 0;
 };
 

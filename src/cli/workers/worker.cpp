@@ -15,15 +15,16 @@
 namespace quillon::cli {
 namespace {
 
-constexpr int kCannotStart = 127;
+constexpr int kCannotStart = 127;  // exit code, as a shell has it
 
-// Everything that needs memory is made before the process is parted.
+// The arguments and the environment for execve(). They are built before fork(): in the child of a process with several
+// threads only async-signal-safe functions are allowed, and allocating memory is not among them.
 struct Call {
-  Call(std::string file, const std::vector<std::string>& arguments, const WorkerPlace& place)
+  Call(std::string file, const std::vector<std::string>& arguments, const WorkerContext& context)
       : program(std::move(file)),
-        own{std::string(kWorkerVariable) + "=" + place.leftOut,
-            std::string(kAmongVariable) + "=" + std::to_string(place.among)} {
-    if (place.recovering == Recovering::Yes) own.push_back(std::string(kRecoveringVariable) + "=1");
+        own{std::string(kWorkerVariable) + "=" + context.doneList,
+            std::string(kAmongVariable) + "=" + std::to_string(context.among)} {
+    if (context.recovering == Recovering::Yes) own.push_back(std::string(kRecoveringVariable) + "=1");
     words.push_back(const_cast<char*>("quillon-batch"));
     for (const std::string& argument : arguments) words.push_back(const_cast<char*>(argument.c_str()));
     words.push_back(nullptr);
@@ -43,12 +44,15 @@ struct Call {
   std::vector<char*> variables;
 };
 
-[[noreturn]] void Become(const Call& call, int out, int err, pid_t parent) {
+// Turns the child of fork() into the worker. Never returns.
+[[noreturn]] void ExecWorker(const Call& call, int out, int err, pid_t parent) {
   setpgid(0, 0);
-  // It comes for each of our threads that ends, so it must be one that nobody insists by, even where we ignore it.
+  // The kernel may send the parent-death signal more than once: for each thread of ours that ends while it counts as
+  // the parent. So it must be SIGHUP, of which StopSignals ignores a second one. The default action is restored because
+  // an ignored SIGHUP would be inherited.
   std::signal(SIGHUP, SIG_DFL);
   prctl(PR_SET_PDEATHSIG, SIGHUP);
-  if (getppid() != parent) _exit(kCannotStart);
+  if (getppid() != parent) _exit(kCannotStart);  // the parent died before prctl()
   sigset_t none;
   sigemptyset(&none);
   sigprocmask(SIG_SETMASK, &none, nullptr);
@@ -60,17 +64,17 @@ struct Call {
 
 }  // namespace
 
-Worker::Worker(const std::string& program, const std::vector<std::string>& arguments, const WorkerPlace& place,
-               ReadLine out, ReadLine err) {
-  out_.take = std::move(out);
-  err_.take = std::move(err);
-  const Call call(program, arguments, place);
+Worker::Worker(const std::string& program, const std::vector<std::string>& arguments, const WorkerContext& context,
+               OnLine out, OnLine err) {
+  out_.onLine = std::move(out);
+  err_.onLine = std::move(err);
+  const Call call(program, arguments, context);
   int outEnds[2] = {-1, -1};
   int errEnds[2] = {-1, -1};
   if (pipe2(outEnds, O_CLOEXEC) == 0 && pipe2(errEnds, O_CLOEXEC) == 0) {
     const pid_t parent = getpid();
     process_ = fork();
-    if (process_ == 0) Become(call, outEnds[1], errEnds[1], parent);
+    if (process_ == 0) ExecWorker(call, outEnds[1], errEnds[1], parent);
   }
   for (const int handle : {outEnds[1], errEnds[1]}) {
     if (handle >= 0) close(handle);
@@ -97,13 +101,13 @@ void Worker::ReadFrom(End& end) {
   if (got < 0 && errno == EINTR) return;
   if (got <= 0) {
     close(std::exchange(end.handle, -1));
-    if (!end.rest.empty()) end.take(std::exchange(end.rest, {}));
+    if (!end.rest.empty()) end.onLine(std::exchange(end.rest, {}));
     return;
   }
   end.rest.append(block, static_cast<std::size_t>(got));
   std::size_t begin = 0;
   for (std::size_t line; (line = end.rest.find('\n', begin)) != std::string::npos; begin = line + 1) {
-    end.take(end.rest.substr(begin, line - begin));
+    end.onLine(end.rest.substr(begin, line - begin));
   }
   end.rest.erase(0, begin);
 }

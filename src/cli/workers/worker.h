@@ -11,61 +11,69 @@
 
 namespace quillon::cli {
 
-// Set for a worker process: a file that names the sources it is to leave out, each behind a mark that tells whether a
-// result of it stands, and ended by a zero byte; there is none where it is the first in its place.
+// Set in every worker process: the path of the done list, a file of the sources that the worker must leave out. The
+// file exists only for a worker that replaces a dead one. Each entry is a mark, the path of the source and a zero byte;
+// the mark says whether the source has an output.
 inline constexpr const char* kWorkerVariable = "QUILLON_BATCH_WORKER";
 inline constexpr char kWroteMark = '+';
 inline constexpr char kOtherMark = '-';
-// Set for one that takes the place of a dead worker: see job::Program::recovering.
+
+// Set to "1" in a worker that replaces a dead one; see job::Program::recovering.
 inline constexpr const char* kRecoveringVariable = "QUILLON_BATCH_RECOVERING";
 
-// How many workers the call has, set for each of them.
+// Set in every worker process: the number of workers of its call.
 inline constexpr const char* kAmongVariable = "QUILLON_BATCH_AMONG";
 
 enum class Recovering { No, Yes };
 
-// What a worker is told by its variables.
-struct WorkerPlace {
-  std::string leftOut;
+// What the environment of a worker says.
+struct WorkerContext {
+  std::string doneList;  // a path
   Recovering recovering = Recovering::No;
-  std::uint64_t among = 1;
+  std::uint64_t among = 1;  // number of workers of the call
 };
 
 // How a worker process ended.
 struct WorkerEnd {
-  int exit = -1;   // -1 where a signal ended it or it never began
-  int signal = 0;  // 0 where none did
+  int exit = -1;   // the exit code; -1 if a signal ended the process or it never started
+  int signal = 0;  // the signal that ended it; 0 if none did
 };
 
-// One worker: a program, as a rule this one once more, in a process of its own that is no part of the terminal's group,
-// so that a Ctrl-C reaches it only through us, and that is asked to stop when we are gone.
+// A worker process: as a rule this very program once more.
+//
+// It has a process group of its own, so that a Ctrl-C in the terminal reaches it only through the parent, which stops
+// all workers in an orderly way. The kernel sends it SIGHUP when the parent dies, which asks it to stop.
 class Worker {
  public:
-  using ReadLine = std::function<void(const std::string& line)>;
+  using OnLine = std::function<void(const std::string& line)>;
 
-  // Starts it; out and err are given its lines while Read is called.
-  Worker(const std::string& program, const std::vector<std::string>& arguments, const WorkerPlace& place, ReadLine out,
-         ReadLine err);
-  // Ends the process at once if it still runs.
+  // Starts the process. out and err are called, from within Read(), with each line that it writes to stdout and stderr.
+  // If the process cannot be started, there is nothing to read and Wait() returns exit code -1 or 127.
+  Worker(const std::string& program, const std::vector<std::string>& arguments, const WorkerContext& context,
+         OnLine out, OnLine err);
+  // Kills the process if it still runs.
   ~Worker();
   Worker(const Worker&) = delete;
   Worker& operator=(const Worker&) = delete;
 
+  // Returns the process id; -1 after Wait() or if the process could not be started.
   pid_t Id() const { return process_; }
-  // The ends to read from, -1 once closed.
+  // Return the file descriptors to poll; -1 after the end of the stream.
   int Out() const { return out_.handle; }
   int Err() const { return err_.handle; }
-  // Takes what is there to be read from that end.
+  // Reads one block from Out() or Err(). Blocks until there is something to read.
   void Read(int handle);
+  // Returns true until both streams have ended.
   bool Open() const { return out_.handle >= 0 || err_.handle >= 0; }
-  // To be called once both ends are closed.
+  // Waits for the process. Must be called after both streams have ended, or it may block for long.
   WorkerEnd Wait();
 
  private:
+  // The reading end of a pipe.
   struct End {
     int handle = -1;
-    std::string rest;  // a line that has not come to its end
-    ReadLine take;
+    std::string rest;  // the beginning of a line whose end was not read yet
+    OnLine onLine;
   };
 
   static void ReadFrom(End& end);

@@ -6,6 +6,7 @@
 
 namespace quillon::cli {
 
+// A journal whose Remove() keeps it on disk.
 class WorkerJournals::Kept final : public host::Journal {
  public:
   Kept(WorkerJournals& owner, host::JobPart part, std::unique_ptr<host::Journal> journal)
@@ -18,8 +19,8 @@ class WorkerJournals::Kept final : public host::Journal {
     journal_->Set(file, key, value);
   }
   std::size_t Count(const std::string& key) override { return journal_->Count(key); }
-  void Each(const std::string& key, const std::function<void(const std::string& file)>& take) override {
-    journal_->Each(key, take);
+  void Each(const std::string& key, const std::function<void(const std::string& file)>& visit) override {
+    journal_->Each(key, visit);
   }
   void Commit() override { journal_->Commit(); }
   void Clear() override { journal_->Clear(); }
@@ -40,7 +41,7 @@ std::unique_ptr<host::Journal> WorkerJournals::Open(const host::JobPart& part) {
   std::unique_ptr<host::Journal> journal = journals_.Open(part);
   reporter_.JournalOpened(part);
   if (!journal) return nullptr;
-  // Done once more by the same worker: that is a fresh run.
+  // The same worker does the same job once more: that is a fresh run, for which the journal must be empty.
   if (done_.erase(part) > 0) journal->Clear();
   return std::make_unique<Kept>(*this, part, std::move(journal));
 }

@@ -12,12 +12,13 @@ namespace {
 
 using Json = nlohmann::ordered_json;
 
-constexpr const char* kBegun = "begun";
-constexpr const char* kOlder = "older";
+constexpr const char* kStarted = "started";
+constexpr const char* kStaleOutput = "staleOutput";
 constexpr const char* kJournal = "journal";
 constexpr const char* kJournalDone = "journalDone";
 constexpr const char* kProgress = "progress";
 
+// Only for digits that Hex() has written.
 int Digit(char c) { return c <= '9' ? c - '0' : c - 'a' + 10; }
 
 std::string Bytes(const std::string& hex) {
@@ -46,6 +47,7 @@ FieldValue ValueOf(const Json& value) {
   return std::monostate();
 }
 
+// Returns the exact bytes of a text or of a list of texts.
 FieldValue TrueBytes(const Json& hex) {
   if (hex.is_string()) return Bytes(hex.get<std::string>());
   std::vector<std::string> texts = Texts(hex);
@@ -53,18 +55,19 @@ FieldValue TrueBytes(const Json& hex) {
   return texts;
 }
 
+// The reverse of JsonLine(). Throws a Json::exception if a field of the event is missing.
 std::optional<Event> EventOf(const Json& object) {
   const std::string name = object.value("event", "");
   for (const EventFormat& format : EventFormats()) {
     if (name != format.name) continue;
     Event event{format.kind, {}};
-    const auto take = [&](const std::string& field) {
+    const auto read = [&](const std::string& field) {
       const bool bytes = object.contains("bytes") && object["bytes"].contains(field);
       event.fields.push_back({field, bytes ? TrueBytes(object["bytes"][field]) : ValueOf(object.at(field))});
     };
-    for (const std::string& field : format.fields) take(field);
-    for (const std::string& field : format.atTimes) {
-      if (object.contains(field)) take(field);
+    for (const std::string& field : format.fields) read(field);
+    for (const std::string& field : format.optional) {
+      if (object.contains(field)) read(field);
     }
     return event;
   }
@@ -88,8 +91,8 @@ WorkerLine LineOf(const Json& object) {
   WorkerLine line;
   if (!object.is_object()) return line;
   line.event = EventOf(object);
-  line.begun = BytesOf(object, kBegun);
-  line.older = BytesOf(object, kOlder);
+  line.started = BytesOf(object, kStarted);
+  line.staleOutput = BytesOf(object, kStaleOutput);
   line.journal = PartOf(object, kJournal);
   line.journalDone = PartOf(object, kJournalDone);
   if (object.contains(kProgress)) {
@@ -102,9 +105,9 @@ WorkerLine LineOf(const Json& object) {
 
 }  // namespace
 
-std::string BegunLine(const std::string& source) { return LineOf(kBegun, source); }
+std::string StartedLine(const std::string& source) { return LineOf(kStarted, source); }
 
-std::string OlderLine(const std::string& path) { return LineOf(kOlder, path); }
+std::string StaleOutputLine(const std::string& path) { return LineOf(kStaleOutput, path); }
 
 std::string JournalLine(const host::JobPart& part) { return LineOf(kJournal, part); }
 
@@ -115,6 +118,7 @@ std::string ProgressLine(const Progress& progress) {
 }
 
 WorkerLine ReadWorkerLine(const std::string& line) {
+  // A worker that is killed may leave half a line.
   try {
     return LineOf(Json::parse(line));
   } catch (const Json::exception&) {

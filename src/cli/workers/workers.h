@@ -22,21 +22,23 @@ namespace quillon::cli {
 
 inline constexpr const char* kThisProgram = "/proc/self/exe";
 
-// Carries out a plan by several workers, each with its share of the files, and tells what they do as one run.
+// Carries out a plan with several worker processes, each with its shard of the files, and reports them as one run.
+// workers.cpp begins with a description of how this works.
 //
-// Told are the files and boxes of all, and everything else of the first. The sums are those of all file events: an
-// output that two workers made under one name counts once. A worker that dies costs the file that it had under way,
-// which is told as one without output; the rest of its share is done by another in its place, which works on one file
-// at a time. Where that cannot be done either, the named files and folders are told as left without output.
-//
-// An older file under the name of an output that could not be made goes to the trash once all have come to their end
-// and none has made it or has it as a source; where one died or was stopped, or all are only a share themselves, it
-// stays. So do the journals of all as long as one has not done its part. What is held in memory does not grow with the
-// number of files.
+// - Events: all file and box events, and of the other events those of the first worker; no titles.
+// - Sums: over all file events. An output that two workers wrote under one name counts once.
+// - A worker that dies costs the file that it was handling, which is reported as left without output. A new worker with
+//   the same shard handles the rest. If that is impossible, the named files and folders are reported as left without
+//   output.
+// - Stale outputs (older files under the name of an output that could not be made) go to the trash at the end, if no
+//   worker has written them or has them as a source. They stay if a worker died, if the run was stopped, or if the call
+//   is itself a shard.
+// - The journals of all workers are removed when every worker has done its part, else all of them stay.
+// - Memory does not grow with the number of files.
 class Workers {
  public:
-  // arguments are those of the plan; folder is one of our own, for what is noted of the files; program is what the
-  // workers run.
+  // arguments are those that plan was parsed from. folder is a folder of the program's own, for records about the
+  // files. program is the executable that the workers run. The references must outlive the object.
   Workers(const Plan& plan, std::vector<std::string> arguments, std::string folder, host::Files& files,
           host::Journals& journals, host::Clock& clock, Reporter& reporter, Stopping stopping,
           std::string program = kThisProgram);
@@ -44,39 +46,41 @@ class Workers {
   Workers(const Workers&) = delete;
   Workers& operator=(const Workers&) = delete;
 
-  // Tells the end event and finishes the reporter. Lines that workers write on stderr are passed on, each once.
+  // Runs the workers to their end, reports the end event and calls Reporter::Finish(). Lines that workers write to
+  // stderr are printed, equal ones once. Returns exit code 1 without starting a worker if the records cannot be
+  // written. Call at most once.
   Exit Run();
-  // Asks all workers to stop; may be called from any thread, and a second time from one who insists.
+  // Sends SIGTERM to all workers, which asks them to stop. Can be called from any thread. Called a second time, it
+  // makes them end at once.
   void Signal();
 
  private:
   struct Member;
-  struct Older {
+  struct StaleOutput {
     std::string path;
     host::FileFacts facts;
   };
 
-  // Before anything is begun.
   Exit GiveUp();
   void Start(Member& member, Recovering recovering);
-  std::string LeftOutPath(const Member& member) const;
-  bool SaveLeftOut(const Member& member);
-  void WaitForSome();
-  void ReadLine(Member& member, const std::string& line);
-  void ReadEvent(Member& member, const Event& event);
-  void ReadFileEvent(Member& member, const Event& event);
-  void ReadLost(const Event& event);
-  void ReadOutputs(const std::string& source, const Event& event);
-  void ReadOlder(const std::string& path);
-  void ReadEnd(Member& member);
+  std::string DoneListPath(const Member& member) const;
+  bool SaveDoneList(const Member& member);
+  void PollWorkers();
+  void HandleLine(Member& member, const std::string& line);
+  void HandleEvent(Member& member, const Event& event);
+  void HandleFileEvent(Member& member, const Event& event);
+  void HandleLostEvent(const Event& event);
+  void RecordOutputs(const std::string& source, const Event& event);
+  void AddStaleOutput(const std::string& path);
+  void HandleExit(Member& member);
   void ReportUnfinished(Member& member, const std::string& how);
   void Count(const std::string& result, int step);
   void ReportLost(const std::string& source, const std::string& why);
   void ShowProgress();
-  void DropOlder();
+  void DiscardStaleOutputs();
   void RemoveJournals();
-  bool Ending() const { return signalled_ || stopping_(); }
-  Exit Sum() const;
+  bool Ending() const { return stopRequested_ || stopping_(); }
+  Exit FinalExit() const;
 
   const Plan& plan_;
   std::vector<std::string> arguments_;
@@ -87,21 +91,21 @@ class Workers {
   Reporter& reporter_;
   Stopping stopping_;
   std::string program_;
-  std::mutex mutex_;  // over the processes, which a second signal looks at from another thread
+  std::mutex mutex_;  // guards Member::worker, which Signal() reads from the signal thread
   std::vector<std::unique_ptr<Member>> members_;
   FileRecords records_;
-  std::vector<Older> staleOutputs_;
-  std::set<host::JobPart> partsTaken_;  // whose journals workers have asked for
-  std::set<host::JobPart> partsDone_;   // of these, those that their worker has done
-  std::set<std::string> said_;          // lines on stderr
+  std::vector<StaleOutput> staleOutputs_;
+  std::set<host::JobPart> openedJournals_;  // parts whose journals workers have asked for
+  std::set<host::JobPart> doneJournals_;    // of these, the parts that are done
+  std::set<std::string> printedLines_;      // lines on stderr
   Summary sums_;
-  double begun_ = 0;
-  double shown_ = 0;
-  bool signalled_ = false;  // all were asked to stop
-  bool someDied_ = false;
+  double startedAt_ = 0;
+  double lastShown_ = 0;
+  bool stopRequested_ = false;  // all were asked to stop
+  bool someWorkerDied_ = false;
 };
 
-// The arguments of a worker: those given, without --json, --jobs and --shard, as the share of all that it is.
+// Returns the arguments of a worker: the given ones with --json and the worker's own --shard, without --jobs.
 std::vector<std::string> WorkerArguments(const std::vector<std::string>& arguments, const job::Shard& shard);
 
 }  // namespace quillon::cli

@@ -1,6 +1,11 @@
 // SPDX-FileCopyrightText: 2026 The Quillon developers
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The frame itself: how it is drawn and moved, and what it leaves in the parameters.
+//
+// The frame itself: how it is drawn and moved, and how it is written back to the parameters.
+//
+// The frame and the margins (TCutValue) are kept in step in both directions. A margin that changes moves the frame
+// (Form1::ShowFrame); the end of a drag writes all four margins. Written margins are rounded, so the frame then moves
+// once more and ends exactly where the margins say.
 #include "regions/frame/cut_frame.h"
 
 #include <algorithm>
@@ -11,7 +16,7 @@
 namespace quillon::regions {
 namespace {
 
-constexpr int kSmallestShown = 32;  // pixels of the screen
+constexpr int kSmallestShown = 32;  // the least length of the shorter side, in pixels of the screen
 
 }  // namespace
 
@@ -36,7 +41,7 @@ CutFrame::~CutFrame() {
   }
 }
 
-bool CutFrame::Draws() const {
+bool CutFrame::Editable() const {
   return !program_.form1.ChFull.On() && !Preview().Picture().Empty() && (waiting_ || !program_.flags.Busy);
 }
 
@@ -52,10 +57,10 @@ std::optional<double> CutFrame::Ratio() const {
 FrameRule CutFrame::Rule() const { return {Fixed(), Fixed() ? std::nullopt : Ratio()}; }
 
 void CutFrame::Pic_MouseDown(Point at) {
-  if (!Draws()) return;
+  if (!Editable()) return;
   drag_ = Drag::Draw;
   anchor_ = at;
-  begun_ = Preview().PictureFrame();
+  frameAtPress_ = Preview().PictureFrame();
   moved_ = false;
   Preview().SetSecondLook(false);
 }
@@ -63,14 +68,14 @@ void CutFrame::Pic_MouseDown(Point at) {
 void CutFrame::Pic_MouseDown(Point at, Grip grip) {
   Pic_MouseDown(at);
   if (drag_ == Drag::None) return;
-  drag_ = Drag::Hold;
+  drag_ = Drag::Adjust;
   grip_ = Fixed() ? Grip() : grip;
 }
 
 void CutFrame::Pic_MouseMove(Point at) {
   if (drag_ == Drag::None) return;
   moved_ = true;
-  job::PreviewFrame frame = begun_;
+  job::PreviewFrame frame = frameAtPress_;
   const Point by{at.x - anchor_.x, at.y - anchor_.y};
   if (drag_ == Drag::Draw && Fixed()) {
     frame.left = at.x;
@@ -81,7 +86,7 @@ void CutFrame::Pic_MouseMove(Point at) {
     frame.left += by.x;
     frame.top += by.y;
   } else {
-    frame = Resized(begun_, grip_, by, Ratio());
+    frame = Resized(frameAtPress_, grip_, by, Ratio());
   }
   Preview().SetPictureFrame(frame);
 }
@@ -89,7 +94,7 @@ void CutFrame::Pic_MouseMove(Point at) {
 void CutFrame::Pic_MouseUp() {
   if (drag_ == Drag::None) return;
   drag_ = Drag::None;
-  if (!Draws()) return;
+  if (!Editable()) return;
   if (!moved_ && !Fixed()) {
     Preview().SetPictureFrame({});
     return;
@@ -98,7 +103,7 @@ void CutFrame::Pic_MouseUp() {
 }
 
 void CutFrame::Nudge(int across, int down) {
-  if (!Draws() || drag_ != Drag::None) return;
+  if (!Editable() || drag_ != Drag::None) return;
   job::PreviewFrame frame = Preview().PictureFrame();
   frame.left += across;
   frame.top += down;
@@ -107,14 +112,14 @@ void CutFrame::Nudge(int across, int down) {
 }
 
 void CutFrame::Stretch(int across, int down) {
-  if (!Draws() || drag_ != Drag::None || Fixed()) return;
+  if (!Editable() || drag_ != Drag::None || Fixed()) return;
   const Grip grip{across != 0 ? 1 : 0, down != 0 ? 1 : 0};
   const Point by{static_cast<double>(across), static_cast<double>(down)};
   Preview().SetPictureFrame(Resized(Preview().PictureFrame(), grip, by, Ratio()));
   WriteBack();
 }
 
-// The frame follows each margin that is written, so that it ends where the margins say.
+// Each margin that is set moves the frame, so all four are computed before the first is set.
 void CutFrame::WriteBack() {
   job::Form1& form = program_.form1;
   const base::Size picture = Preview().Picture();
@@ -140,6 +145,7 @@ void CutFrame::Timer1_Timer(const Keys& held) {
 
 void CutFrame::PollKeys(const Keys& held) {
   if (!waiting_) return;
+  // The first key that is held counts, even if its button is disabled.
   const auto press = [](controls::Button& button, auto act) {
     if (button.OwnEnabled()) act();
   };
@@ -173,7 +179,8 @@ void CutFrame::FitSlider() {
   ShowScrollBars();
 }
 
-// The picture may always be as small as it fits.
+// A zoom that would make the picture too small is refused, but only on the way down: a small picture that is fitted is
+// below the limit from the start.
 void CutFrame::Slider1_Change() {
   const int zoom = Window().Slider1.Position();
   const base::Size picture = Preview().Picture();
@@ -188,7 +195,7 @@ void CutFrame::Slider1_Change() {
   ShowScrollBars();
 }
 
-// Their range is what does not fit, in thousandths of the room.
+// The range of the scroll bars is the part of the picture that does not fit, in thousandths of the visible part.
 void CutFrame::ShowScrollBars() {
   const int hidden = std::max(0, base::R(Zoom() * 1000) - 1000);
   for (controls::Slider* bar : {&Window().HS, &Window().VS}) {

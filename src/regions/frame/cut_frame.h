@@ -12,7 +12,7 @@
 
 namespace quillon::regions {
 
-// The keys that steer the manual step, as they are held.
+// The keys of the manual step; true while the key is held.
 struct Keys {
   bool Ctrl = false;
   bool A = false;
@@ -21,8 +21,11 @@ struct Keys {
   bool Z = false;
 };
 
-// What FCutPre does: the frame over the picture, its buttons and keys, and the step of a batch that waits for them.
-// All places are in pixels of the picture.
+// The behaviour of the window FCutPre: the cut frame over the picture, the buttons and keys, and the manual step of a
+// run, which waits for them. Coordinates are in pixels of the picture on show, whatever the zoom.
+//
+// The code is in three files: cut_frame.cpp (drawing and moving the frame, writing it back to the margins),
+// cut_frame_picture.cpp (showing, turning and padding the picture) and cut_frame_step.cpp (the manual step).
 class CutFrame final : public job::ManualFrame {
  public:
   explicit CutFrame(job::Program& program);
@@ -30,31 +33,43 @@ class CutFrame final : public job::ManualFrame {
   CutFrame(const CutFrame&) = delete;
   CutFrame& operator=(const CutFrame&) = delete;
 
+  // --- job::ManualFrame
   Answer Ask(const std::string& source, const imaging::Image& turned) override;
   host::Status ClonePicture(imaging::Image& out) override;
   void Shown() override { FitSlider(); }
   void Rest() override;
 
-  // How much larger than fitted the picture is shown.
+  // Returns the zoom relative to the fitted size: 1 if the picture is shown as large as it fits.
   double Zoom() const { return static_cast<double>(lastZoom_) / fitted_; }
-  // What the parameters would cut out of the picture on show, be it another part than the frame.
+  // Returns the rectangle that the parameters cut out of the picture on show. It can differ from the frame.
   base::Rect Result() const;
 
-  // A batch waits for the answer.
+  // Returns true while a run waits for the user's answer to a picture.
   bool Waiting() const { return waiting_; }
-  // The mouse and the keys act on the frame: there is a picture, ChFull is off, and no run is at work on its own.
-  bool Draws() const;
-  // The frame keeps its size.
+  // Returns true if mouse and keys can change the frame: there is a picture, ChFull is off, and no run goes on that
+  // does not wait.
+  bool Editable() const;
+  // Returns true if the size of the frame is fixed (ChFixCut).
   bool Fixed() const;
-  // A frame that is to be drawn anew where the pointer goes down, or one that the pointer takes hold of.
+
+  // --- The mouse. All of these do nothing unless Editable().
+  // Starts a new frame at the pointer.
   void Pic_MouseDown(Point at);
+  // Starts to move the present frame, or the sides that grip names. A fixed frame can only be moved.
   void Pic_MouseDown(Point at, Grip grip);
   void Pic_MouseMove(Point at);
+  // Ends the drag and writes the frame back to TCutValue. A press without a drag clears a frame that is not fixed, and
+  // then TCutValue stays.
   void Pic_MouseUp();
-  // By keys: the frame, or its right and lower side, in whole pixels.
+
+  // --- The keys. These do nothing unless Editable(), and nothing during a drag.
+  // Moves the frame by whole pixels.
   void Nudge(int across, int down);
+  // Moves the right and the lower side of the frame by whole pixels. Does nothing with a fixed size.
   void Stretch(int across, int down);
-  // Turns to the frame's other look and does what the first of the held keys stands for; nothing while it is drawn.
+
+  // Switches the frame to its other appearance, and presses the button of the first key that is held, in the order of
+  // Keys. Does nothing during a drag; keys count only while a run waits.
   void Timer1_Timer(const Keys& held);
 
   void CmdNext_Click();
@@ -65,51 +80,54 @@ class CutFrame final : public job::ManualFrame {
   void Slider1_Change();
 
  private:
-  enum class Drag { None, Draw, Hold };
+  enum class Drag { None, Draw, Adjust };  // a new frame, or the present one
 
   job::FCutPre& Window() const { return program_.fCutPre; }
   job::Preview& Preview() const { return program_.fCutPre.preview; }
   FrameRule Rule() const;
+  // Returns width over height of the preset or fixed size; nothing if neither is set.
   std::optional<double> Ratio() const;
-  // Puts the frame into the picture and its margins into TCutValue.
+  // Constrains the frame to the picture and writes its margins to TCutValue.
   void WriteBack();
 
-  // Shows the picture of a file; an image that holds it already, turned or read, is shown in its place. What the
-  // options turn before they cut it is shown turned.
+  // Shows the picture of a file. If image is not empty, it holds that picture already (read or turned) and is shown
+  // instead. A picture that the options turn before the cut is shown turned.
   void UpdateImage(const std::string& path, const imaging::Image& image);
-  // The picture of the file as the options turn it, no image where they do not or where it does not load.
+  // Returns the picture on show as the options turn it; no image if they do not turn it or it cannot be loaded.
   imaging::Image TurnedByOptions(base::Size size);
-  // The file to show for a picture: itself, or a reduced or turned copy in the program folder.
+  // Returns the file to show: path, or a reduced or turned copy in the program folder.
   std::string ShownFile(const std::string& path, const imaging::Image& image, base::Size size);
+  // Returns one of the two work files of this window, but not path itself.
   std::string OtherWorkFile(const std::string& path) const;
   void FitSlider();
   void ShowScrollBars();
   void EnableForPicture();
+  // Pumps until the user has answered or the run is stopped.
   void Wait();
   bool OptionsTurn() const;
   void EndWait();
-  // Does again what was decided at this picture in an earlier part of the run.
+  // Repeats what the user decided about this picture in an earlier part of the run.
   void Replay(const Decision& decision);
   Decision Decided() const;
-  // The listed file that stands behind the picture on show, which may be a work file.
+  // Returns the listed file of the picture on show, which may be a work file.
   std::string ListedSource(const std::string& source) const;
   void Rotate(controls::Button& button, double angle);
   void Turn(double angle);
   bool MayRotate(controls::Button& button);
-  void Grow();
+  void PadToRatio();
   void PollKeys(const Keys& held);
 
   job::Program& program_;
   Decisions decisions_;
-  std::string steps_;  // what was done to the picture on show
+  std::string steps_;  // turns and padding of the picture on show, as in Decision
   bool waiting_ = false;
   Drag drag_ = Drag::None;
   Grip grip_;
-  Point anchor_;
-  job::PreviewFrame begun_;  // the frame when the pointer went down
-  bool moved_ = false;
-  int fitted_ = 100;  // of Slider1, as is lastZoom_
-  int lastZoom_ = 100;
+  Point anchor_;                    // where the pointer went down
+  job::PreviewFrame frameAtPress_;  // the frame at that time
+  bool moved_ = false;              // the pointer has moved since
+  int fitted_ = 100;                // the zoom at which the picture fits, in per cent, as Slider1 has it
+  int lastZoom_ = 100;              // the present zoom, in per cent
 };
 
 }  // namespace quillon::regions

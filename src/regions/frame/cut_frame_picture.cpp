@@ -1,6 +1,12 @@
 // SPDX-FileCopyrightText: 2026 The Quillon developers
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The picture in the frame: how it is shown, turned and widened.
+//
+// The picture in the frame: how it is shown, turned and padded.
+//
+// What is shown need not be the file that is cut. A huge picture is shown as a reduced copy, and a picture that the
+// options turn as a turned copy; both are only for the screen. A turn or padding by the user makes a new file, which
+// CurrentImagePath names from then on and which is cut. A turn writes Tmp.jpg; copies and padded pictures use that one
+// of Tmp.jpg and Tmp2.jpg which is not the picture on show, so that no step overwrites the file that it reads.
 #include <algorithm>
 
 #include "job/settings/cut_settings.h"
@@ -13,11 +19,11 @@ namespace {
 constexpr const char* kRotateQuestion = "确定旋转？\r\n是——旋转\r\n否——旋转，下次不再提示";
 constexpr int kYesNoCancelQuestion = 35;
 constexpr const char* kAgreed = "1";
-constexpr const char* kGrownOnce = "每张图片只扩边一次";
-constexpr int kWorkQuality = 98;
-constexpr int kLargestShown = 8000;
+constexpr const char* kPaddedOnce = "每张图片只扩边一次";
+constexpr int kWorkQuality = 98;     // JPEG quality of work files
+constexpr int kLargestShown = 8000;  // pixels of the longer side
 
-// A side above the limit is brought down to it, the other follows.
+// Returns the size with the longer side at the limit and the same aspect ratio. Sides are rounded down, to at least 1.
 base::Size Reduced(base::Size size) {
   const int longer = std::max(size.width, size.height);
   const auto side = [&](int pixels) {
@@ -28,7 +34,7 @@ base::Size Reduced(base::Size size) {
 
 }  // namespace
 
-// What does not load here is tried by the server beside the program.
+// A picture that cannot be loaded in this process is loaded by the helper QxBackImg, which may crash without harm.
 host::Status CutFrame::ClonePicture(imaging::Image& out) {
   const std::string& path = program_.flags.CurrentImagePath;
   host::Status loaded = program_.images.LoadImageFromFile(path, out);
@@ -41,6 +47,7 @@ void CutFrame::UpdateImage(const std::string& path, const imaging::Image& image)
   imaging::ImageFacts facts;
   facts.dpi = 1;
   const bool measured = static_cast<bool>(program_.images.ImageInfo(path, facts));
+  // What cannot be measured may still be loaded by the helper; its picture has a size.
   if (imaging::Image served; !measured && !image && ClonePicture(served)) {
     UpdateImage(path, served);
     return;
@@ -68,7 +75,7 @@ imaging::Image CutFrame::TurnedByOptions(base::Size size) {
   return picture;
 }
 
-// Only to be looked at: the cut takes the whole picture.
+// The copies are only for the screen: the cut reads the file itself. If a copy cannot be made, the file is shown.
 std::string CutFrame::ShownFile(const std::string& path, const imaging::Image& image, base::Size size) {
   const std::string copy = OtherWorkFile(path);
   if (image) {
@@ -92,6 +99,7 @@ std::string CutFrame::OtherWorkFile(const std::string& path) const {
 
 // --- Turning
 
+// Asks before the first turn. "No" means: turn, and do not ask again at this button; the tag remembers that.
 bool CutFrame::MayRotate(controls::Button& button) {
   if (!button.Tag().empty()) return true;
   const host::Reply reply = program_.Ask(kRotateQuestion, kYesNoCancelQuestion);
@@ -121,20 +129,20 @@ void CutFrame::Turn(double angle) {
   WriteBack();
 }
 
-// --- Widening
+// --- Padding
 
 void CutFrame::CmdAddBoard_Click() {
   controls::Button& button = Window().CmdAddBoard;
   if (!waiting_) return;
   if (!button.Tag().empty()) {
     program_.host.boxes.Beep();
-    button.SetEnabled(false, kGrownOnce);
+    button.SetEnabled(false, kPaddedOnce);
     return;
   }
-  Grow();
+  PadToRatio();
 }
 
-void CutFrame::Grow() {
+void CutFrame::PadToRatio() {
   controls::Button& button = Window().CmdAddBoard;
   const std::string source = program_.flags.CurrentImagePath;
   imaging::ImageFacts facts;
@@ -142,7 +150,7 @@ void CutFrame::Grow() {
   const std::optional<double> ratio = Ratio();
   if (!ratio || !program_.images.ImageInfo(source, facts)) return;
   const base::Size picture{facts.width, facts.height};
-  const base::Size total = GrownToRatio(picture, *ratio);
+  const base::Size total = PaddedToRatio(picture, *ratio);
   if (total == picture) return;
   imaging::BorderRequest board;
   board.source = source;
@@ -155,7 +163,8 @@ void CutFrame::Grow() {
   board.dpi = facts.dpi;
   board.exif = imaging::Exif::Keep;
   if (!program_.images.AddBoardToFile(board)) {
-    button.SetEnabled(false, kGrownOnce);
+    // Without a path the run passes the picture over.
+    button.SetEnabled(false, kPaddedOnce);
     program_.flags.CurrentImagePath.clear();
     CmdNext_Click();
     return;
@@ -165,7 +174,7 @@ void CutFrame::Grow() {
   UpdateImage(board.destination, {});
   WriteBack();
   button.SetTag(kAgreed);
-  button.SetEnabled(false, kGrownOnce);
+  button.SetEnabled(false, kPaddedOnce);
 }
 
 }  // namespace quillon::regions

@@ -1,6 +1,12 @@
 // SPDX-FileCopyrightText: 2026 The Quillon developers
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The manual step of a batch: how a picture is waited at and left.
+//
+// The manual step of a run: how the run waits at a picture and goes on.
+//
+// The run calls Ask() for each picture. Ask() shows it, writes the frame of the picture before it back to the margins
+// of this one, and pumps messages until a button has set ManualStepDone. The answer is left in the flags and in
+// TCutValue, from which the run reads it. Decisions records each answer, so that a run which broke off can be continued
+// without asking again.
 #include "job/settings/cut_settings.h"
 #include "regions/frame/cut_frame.h"
 
@@ -10,7 +16,7 @@ namespace {
 constexpr const char* kWaiting = "裁剪框预览    请人工指定本张图的裁剪框，指定完毕之后单击【下一张】或【本图不裁剪】";
 constexpr const char* kWaitingForNext = "裁剪框预览    请人工指定本张图的裁剪框，指定完毕之后单击【下一张】";
 constexpr const char* kBetween = "裁剪框预览";
-constexpr double kSecondsBetweenTurns = 0.005;
+constexpr double kSecondsBetweenTurns = 0.005;  // of the message pump, while the run waits
 
 }  // namespace
 
@@ -56,7 +62,7 @@ void CutFrame::Wait() {
   if (flags.ManualStepDone && !OptionsTurn()) Preview().Glance();
 }
 
-// The next picture may then have to be turned before it can be shown.
+// If the options turn pictures, the next one must not be shown early: it would be seen before it is turned.
 bool CutFrame::OptionsTurn() const {
   const job::CutSettings options = job::ReadCutSettings(program_);
   return options.rotateCut || options.rotateRule > 0;
@@ -82,7 +88,7 @@ void CutFrame::Replay(const Decision& decision) {
   for (const char step : decision.steps) {
     if (step == kTurnedLeft) Turn(90);
     if (step == kTurnedRight) Turn(-90);
-    if (step == kGrown) Grow();
+    if (step == kGrown) PadToRatio();
   }
   for (std::size_t i = 0; i < decision.margins.size(); ++i) program_.form1.TCutValue[i].SetText(decision.margins[i]);
   program_.flags.SkipCutThisImage = decision.skip;

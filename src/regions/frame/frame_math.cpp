@@ -10,10 +10,12 @@
 namespace quillon::regions {
 namespace {
 
-// The whole part; what arithmetic lost below a millionth counts as there.
+// Rounds down. A millionth is added before, because 29 of 100 must not become 28 by an error of floating-point
+// arithmetic.
 double Int(double value) { return std::floor(value + 1e-6); }
 
-// By moving alone.
+// Moves the frame into the picture without changing its size. A frame that is too large ends at the left and upper
+// edge.
 void PullInside(job::PreviewFrame& frame, double W, double H) {
   frame.left = std::max(0.0, std::min(frame.left, W - frame.width));
   frame.top = std::max(0.0, std::min(frame.top, H - frame.height));
@@ -94,7 +96,7 @@ double FittedScale(base::Size picture, base::Size screen) {
   return scale;
 }
 
-base::Size GrownToRatio(base::Size picture, double ratio) {
+base::Size PaddedToRatio(base::Size picture, double ratio) {
   if (picture.width > picture.height * ratio) return {picture.width, base::R(picture.width / ratio)};
   return {base::R(picture.height * ratio), picture.height};
 }

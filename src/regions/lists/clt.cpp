@@ -5,12 +5,12 @@
 namespace quillon::regions {
 namespace {
 
-constexpr std::string_view kUtf8Mark = "\xEF\xBB\xBF";
+constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
 constexpr std::string_view kPixels = "R";
 constexpr std::string_view kPercent = "D";
 constexpr std::string_view kLineEnd = "\r\n";
 
-// Takes the first line off the text, with its end.
+// Removes the first line from the text, with its line end, and returns it without the line end.
 std::string_view ReadLine(std::string_view& text) {
   const std::size_t end = text.find_first_of(kLineEnd);
   const std::string_view line = text.substr(0, end);
@@ -32,7 +32,7 @@ std::string WriteClt(Unit unit, const std::vector<std::array<std::string, 4>>& r
 }
 
 CltFile ReadClt(std::string_view text) {
-  if (text.starts_with(kUtf8Mark)) text.remove_prefix(kUtf8Mark.size());
+  if (text.starts_with(kByteOrderMark)) text.remove_prefix(kByteOrderMark.size());
   CltFile file;
   file.unit = ReadLine(text) == kPixels ? Unit::Pixels : Unit::Percent;
   while (!text.empty()) file.lines.emplace_back(ReadLine(text));

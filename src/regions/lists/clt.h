@@ -10,17 +10,18 @@
 
 namespace quillon::regions {
 
-// A region list as a .clt file holds it: a first line for the unit, then one region a line, in bytes as they stand.
+// A .clt file, which holds a region list. The first line is the unit: "R" for pixels, "D" for percent. Each further
+// line is one region, its four margins with TABs between them.
 struct CltFile {
   Unit unit = Unit::Percent;
-  std::vector<std::string> lines;
+  std::vector<std::string> lines;  // the regions, as bytes; not checked
 };
 
-// Lines end with CR LF.
+// Returns the content of a .clt file. Lines end with CR LF.
 std::string WriteClt(Unit unit, const std::vector<std::array<std::string, 4>>& rows);
 
-// Any text is taken: lines end with CR LF, LF, CR or the end of the text, and a mark of UTF-8 at its beginning is no
-// part of the first line. Pixels where that is exactly "R", else percent.
+// Parses the content of a .clt file. Never fails: any first line but "R" means percent, and every further line becomes
+// a region. Lines end with CR LF, LF, CR or the end of the text. A UTF-8 byte order mark is skipped.
 CltFile ReadClt(std::string_view text);
 
 }  // namespace quillon::regions

@@ -12,7 +12,7 @@ namespace {
 constexpr const char* kNoCount = "区域列表：";
 constexpr const char* kTooFew = "至少添加2个裁剪区域！";
 constexpr const char* kStopQuestion = "正在处理中，要强制终止吗？";
-constexpr std::size_t kFewest = 2;
+constexpr std::size_t kFewest = 2;  // regions; a single one is a normal cut
 constexpr int kExclamation = 48;
 constexpr int kOkCancelQuestion = 33;
 
@@ -29,7 +29,8 @@ FMultCut::FMultCut(job::Program& program)
 
 FMultCut::~FMultCut() = default;
 
-// What overwrites the source, or goes by its folder, has no place for several files of one source.
+// Several files of one source cannot all overwrite it, and their names do not follow its folder, so both options are
+// switched off and locked while the window is open.
 void FMultCut::OnLoad() {
   for (controls::CheckBox* box : {&program_.form1.ChOver, &program_.form1.ChKeepDir}) {
     box->Set(false);

@@ -14,7 +14,7 @@ namespace quillon::regions {
 
 class MultiCut;
 
-// The list of regions that are cut out of every picture.
+// The window of the region list: several regions are cut out of every picture of the list, each into a file of its own.
 class FMultCut : public controls::Window {
  public:
   explicit FMultCut(job::Program& program);
@@ -30,15 +30,18 @@ class FMultCut : public controls::Window {
   controls::Button CmdOut{*this, "CmdOut", {.caption = "保存列表...", .enabled = false}};
   controls::Button CmdOk{*this, "CmdOk", {.caption = "裁剪", .enabled = false}};
   controls::Button CmdCancel{*this, "CmdCancel", {.caption = "关闭"}};
-  // Pressed by the program alone.
+  // Invisible: the program presses it to update the headers of the grid.
   controls::Button CmdUpdate{*this, "CmdUpdate", {.caption = "更新表头", .visible = false}};
 
   RegionEditor& Editor() { return editor_; }
-  // All regions of one file of the large-capacity walk; text is the walk's own count.
+  // Cuts all regions out of one file of a large-capacity run. text is the progress text of that run. Does nothing
+  // unless CmdOk has started a run.
   void LargeMulCut(const std::string& path, const std::string& text);
 
+  // Starts the run and returns when it has ended. Does nothing if the list has fewer than two regions or another run
+  // goes on.
   void CmdOk_Click();
-  // While a cut runs it asks whether to stop that, and the window stays open.
+  // Closes the window. During a run it asks whether to stop the run instead, and the window stays open.
   void Close() override;
 
  protected:
@@ -49,7 +52,7 @@ class FMultCut : public controls::Window {
 
   job::Program& program_;
   RegionEditor editor_;
-  MultiCut* running_ = nullptr;
+  MultiCut* running_ = nullptr;  // the run that CmdOk has started, while it goes on
 };
 
 }  // namespace quillon::regions

@@ -12,10 +12,10 @@
 
 namespace quillon::regions {
 
-// What the margins of a region count: pixels, or percent of the picture's size.
+// The unit of margins: pixels, or percent of the picture's width or height.
 enum class Unit { Pixels, Percent };
 
-// A region as its four margins, in the order in which lists hold them.
+// A region as its four margins, in the order of a row of the list. Values may be negative and need not be whole.
 struct Margins {
   double top = 0;
   double left = 0;
@@ -23,24 +23,25 @@ struct Margins {
   double bottom = 0;
 };
 
-// The four fields of a row: what stands between its first three TABs, the rest of them empty; a fifth field is dropped.
+// Splits a row at its TABs. Missing fields are "", and everything from a fourth TAB on is dropped.
 std::array<std::string, 4> FieldsOf(std::string_view row);
-// The fields with TABs between them.
+// Returns the fields with TABs between them.
 std::string RowText(const std::array<std::string, 4>& fields);
 std::string RowText(const Margins& margins);
 
-// The numbers of the fields; one that begins with no number counts as 0.
+// Returns the numbers of the fields. A field that does not begin with a number counts as 0.
 Margins MarginsOf(const std::array<std::string, 4>& fields);
 
-// The box of a region in a picture, each value rounded on its own, ties to even. Width and height may be zero or
-// negative, and the box may reach outside.
+// Returns the rectangle of a region in pixels. Left, top, width and height are each rounded on their own, ties to even.
+// Width and height may be zero or negative, and the rectangle may reach out of the picture.
 base::Rect BoxOf(const Margins& margins, Unit unit, base::Size picture);
 
-// The same as a frame in pixels of the picture, not rounded.
+// Returns the same rectangle without rounding.
 job::PreviewFrame FrameOf(const Margins& margins, Unit unit, base::Size picture);
 
-// The margins of a frame in a picture that is not empty: whole pixels, or percent with two decimals. The size of the
-// frame stays what it is as far as the rounding lets it.
+// Returns the margins of a frame, rounded to whole pixels or to percent with two decimals. The picture must not be
+// empty. Position and size are rounded, and the right and lower margin follow from them, so that moving a frame does
+// not change its size.
 Margins MarginsOfFrame(const job::PreviewFrame& frame, Unit unit, base::Size picture);
 
 }  // namespace quillon::regions

@@ -11,7 +11,7 @@
 namespace quillon::regions {
 namespace {
 
-constexpr std::size_t kMostRows = 101;  // with the header, when another region is added
+constexpr std::size_t kMostRows = 101;  // of the grid, with its header; a grid with more rows is full
 constexpr const char* kTooMany = "裁剪区域个数超出上限100！";
 constexpr const char* kSaved = "操作列表保存完毕！";
 constexpr const char* kRead = "操作列表导入完毕！";
@@ -22,17 +22,18 @@ constexpr const char* kNothingToSave = "列表里还没有区域";
 constexpr int kOkCancelDefaultCancel = 305;
 constexpr int kExclamation = 48;
 constexpr int kInformation = 64;
-constexpr std::uint64_t kLongestFile = 64u << 20;
+constexpr std::uint64_t kLongestFile = 64u << 20;  // bytes
 
-// TCutValue in the order of a row.
+// The indices of TCutValue (left, top, right, bottom) in the order of a row (top, left, right, bottom).
 constexpr std::array<std::size_t, 4> kOrder{1, 0, 2, 3};
 
 bool Holds(const job::PreviewFrame& frame, double x, double y) {
   return x >= frame.left && x < frame.left + frame.width && y >= frame.top && y < frame.top + frame.height;
 }
 
-// Where a span of that length lies when it is to begin at begin and stay within limit.
-double Kept(double begin, double length, double limit) {
+// Returns the start of a span of that length, moved so that it lies between 0 and limit. A longer span is moved so that
+// it covers both.
+double KeptInside(double begin, double length, double limit) {
   return std::clamp(begin, std::min(0.0, limit - length), std::max(0.0, limit - length));
 }
 
@@ -50,6 +51,7 @@ RegionEditor::RegionEditor(job::Program& program, Parts parts, std::function<voi
   parts_.CmdOut.SetHandler([this] { CmdOut_Click(); });
   parts_.MSFlexGrid1.SetDoubleClickHandler([this] { MSFlexGrid1_DblClick(); });
   parts_.MSFlexGrid1.SetRightClickHandler([this] { MSFlexGrid1_RightClick(); });
+  // A change of the unit gives the same numbers another meaning, so the headers and the frames over the preview follow.
   token_ = program_.form1.Observe([this](controls::Control& control, controls::Aspect aspect) {
     if (&control == &program_.form1.ChCutA && aspect == controls::Aspect::Value) CmdUpdate_Click();
   });
@@ -169,8 +171,8 @@ void RegionEditor::Move(std::size_t row, double across, double down) {
   const base::Size picture = program_.fCutPre.preview.Picture();
   if (picture.Empty()) return;
   job::PreviewFrame frame = FrameOf(MarginsOf(list_.Fields(row)), GetUnit(), picture);
-  frame.left = Kept(frame.left + across, frame.width, picture.width);
-  frame.top = Kept(frame.top + down, frame.height, picture.height);
+  frame.left = KeptInside(frame.left + across, frame.width, picture.width);
+  frame.top = KeptInside(frame.top + down, frame.height, picture.height);
   list_.Replace(row, RowText(MarginsOfFrame(frame, GetUnit(), picture)));
   Changed();
 }

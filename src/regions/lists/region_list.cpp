@@ -7,7 +7,7 @@
 namespace quillon::regions {
 namespace {
 
-constexpr std::size_t kLongestCell = 256;
+constexpr std::size_t kLongestCell = 256;  // bytes
 
 }  // namespace
 
@@ -29,7 +29,7 @@ void RegionList::Remove(std::size_t row) {
   ForgetKey(rows_[row]);
   rows_.erase(rows_.begin() + static_cast<std::ptrdiff_t>(row));
   grid_.Notify(controls::Grid::Change::Removed, row);
-  if (rows_.empty()) Clear();
+  if (rows_.empty()) Clear();  // also clears keys that are left at a seam of rows
 }
 
 void RegionList::Clear() {

@@ -8,32 +8,34 @@
 
 namespace quillon::regions {
 
-// One region of a source and where it goes. The type of the file is its extension.
+// One region of a source and the file that it becomes. The extension of the path is the type of the file.
 struct RegionCut {
-  base::Rect box;
+  base::Rect box;  // in pixels; may reach out of the picture
   std::string output;
 };
 
-// A picture that regions are cut out of.
+// A picture out of which several regions are cut.
 class RegionSource {
  public:
-  // Once: the picture is decoded now and all cuts come from that, unless memory does not hold it. ForEach: each cut
-  // reads the file. Either way gives the same results. extension is that of the outputs.
+  // Once: the constructor decodes the picture, and all cuts use the result. If it does not fit into memory, each cut
+  // reads the file instead. ForEach: each cut reads the file. The results are the same.
   enum class Decode { Once, ForEach };
-  // Transparency that is kept is kept by png and gif, which can hold it.
+
+  // extension is that of the outputs. With Alpha::Kept, png and gif outputs keep transparency; other types cannot hold
+  // it and are drawn on white.
   RegionSource(imaging::Services& images, std::string path, const std::string& extension, Decode decode,
                imaging::Alpha alpha = imaging::Alpha::Kept);
 
-  // How decoding went; fine where each cut reads the file.
+  // Returns the failure of the decoding; Ok if each cut reads the file.
   const host::Status& Opened() const { return opened_; }
-  // As CropToFile; the failure of Opened() where there is one.
+  // Writes one region, as Services::CropToFile() does. Returns the failure of Opened() if there is one.
   host::Status Cut(const RegionCut& cut, int quality);
 
  private:
   imaging::Services& images_;
   std::string path_;
   imaging::Alpha alpha_;
-  imaging::CutSource picture_;
+  imaging::CutSource picture_;  // empty if each cut reads the file
   host::Status opened_;
 };
 

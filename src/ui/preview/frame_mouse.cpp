@@ -86,7 +86,7 @@ void FrameMouse::Press(const QMouseEvent& event) {
     lastPlace_ = PlaceAt(last_);
     return;
   }
-  if (!frame_.Draws()) return;
+  if (!frame_.Editable()) return;
   const auto grip = canvas_.GripAt(last_);
   action_ = Action::Frame;
   free_ = grip && *grip == regions::Grip();
@@ -132,7 +132,7 @@ void FrameMouse::ShowCursor(const QPointF& at) {
   Qt::CursorShape shape = Qt::ArrowCursor;
   if (regions_()) {
     if (canvas_.RegionAt(at)) shape = Qt::SizeAllCursor;
-  } else if (frame_.Draws() && canvas_.HasPicture()) {
+  } else if (frame_.Editable() && canvas_.HasPicture()) {
     const auto grip = canvas_.GripAt(at);
     shape = frame_.Fixed() ? Qt::SizeAllCursor : grip ? CursorOf(*grip) : Qt::CrossCursor;
   }

@@ -232,7 +232,7 @@ void PreviewDock::ShowRegions() {
 
 void PreviewDock::ShowView() {
   canvas_->SetView(frame_.Zoom(), PartOf(record_.HS), PartOf(record_.VS));
-  canvas_->SetHandles(frame_.Draws());
+  canvas_->SetHandles(frame_.Editable());
   zoom_->setText(QStringLiteral("%1%").arg(record_.Slider1.Position()));
 }
 

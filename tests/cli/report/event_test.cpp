@@ -57,19 +57,19 @@ TEST(Event, EveryKindHasTheFieldsOfItsFormat) {
   EXPECT_EQ(kinds.size(), EventFormats().size());
 }
 
-TEST(JsonLine, TellsABox) {
+TEST(JsonLine, WritesABox) {
   EXPECT_EQ(JsonLine(BoxEvent({"要打开输出目录吗？", 4, "消息"}, host::Reply::No)),
             R"({"event":"box","text":"要打开输出目录吗？","type":4,"title":"消息","answer":"No"})");
 }
 
-TEST(JsonLine, TellsDialogs) {
+TEST(JsonLine, WritesDialogs) {
   EXPECT_EQ(JsonLine(FilesDialogEvent("添加", "Png|*.png", {"/a b", "/c"})),
             R"({"event":"dialog","kind":"files","title":"添加","filter":"Png|*.png","answer":["/a b","/c"]})");
   EXPECT_EQ(JsonLine(FolderDialogEvent("选择", "/o")),
             R"({"event":"dialog","kind":"folder","title":"选择","filter":"","answer":"/o"})");
 }
 
-TEST(JsonLine, TellsTitleBeepOpenAndChange) {
+TEST(JsonLine, WritesTitleBeepOpenAndChange) {
   Probe probe;
   EXPECT_EQ(JsonLine(TitleEvent("Form1", "  x")), R"({"event":"title","text":"  x","window":"Form1"})");
   EXPECT_EQ(JsonLine(BeepEvent()), R"({"event":"beep"})");
@@ -77,7 +77,7 @@ TEST(JsonLine, TellsTitleBeepOpenAndChange) {
   EXPECT_EQ(JsonLine(ChangeEvent(probe.CmbType)), R"({"event":"change","control":"Probe.CmbType","value":"1"})");
 }
 
-TEST(JsonLine, TellsControls) {
+TEST(JsonLine, WritesControls) {
   Probe probe;
   EXPECT_EQ(JsonLine(PrintEvent(probe.TQuality)),
             R"({"event":"print","control":"Probe.TQuality","value":"80","text":"80","enabled":true,"visible":true,)"
@@ -90,7 +90,7 @@ TEST(JsonLine, TellsControls) {
             R"("items":[],"min":null,"max":null})");
 }
 
-TEST(JsonLine, TellsTheRowsOfAGrid) {
+TEST(JsonLine, WritesTheRowsOfAGrid) {
   Probe probe;
   const Rows rows;
   probe.MSF.SetSource(&rows);
@@ -99,7 +99,7 @@ TEST(JsonLine, TellsTheRowsOfAGrid) {
             R"("items":["0-0\t0-1\t0-2","1-0\t1-1\t1-2"],"min":null,"max":null})");
 }
 
-TEST(JsonLine, TellsFilesAndTheEnd) {
+TEST(JsonLine, WritesFilesAndTheEnd) {
   EXPECT_EQ(JsonLine(FileEvent({3, "/a.jpg", "/o/a.jpg", job::Result::Written, ""})),
             R"({"event":"file","source":"/a.jpg","output":"/o/a.jpg","result":"written","why":""})");
   EXPECT_EQ(JsonLine(FileEvent({0, "/a.jpg", "", job::Result::None, "坏了"})),

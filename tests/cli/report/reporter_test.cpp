@@ -102,7 +102,7 @@ TEST(TextReporter, PrintsControlsOnOut) {
   Stream out;
   Stream err;
   TextReporter reporter(out.File(), err.File(), Terminal::No);
-  reporter.Tell(Control("5", "5", true, {}, {}, {}));
+  reporter.Report(Control("5", "5", true, {}, {}, {}));
   EXPECT_EQ(out.Text(), "Form1.X = 5\n");
   EXPECT_EQ(err.Text(), "");
 }
@@ -111,10 +111,10 @@ TEST(TextReporter, SumsUpWithTheFilesThatHaveNoOutput) {
   Stream out;
   Stream err;
   TextReporter reporter(out.File(), err.File(), Terminal::No);
-  reporter.Tell(FileEvent({1, "/a.jpg", "/o/a.jpg", job::Result::Written, ""}));
-  reporter.Tell(FileEvent({2, "/b\n.jpg", "", job::Result::None, "文件已损坏"}));
-  reporter.Tell(FileEvent({3, "/c.jpg", "", job::Result::Skipped, "目录已处理"}));
-  reporter.Tell(BeepEvent());
+  reporter.Report(FileEvent({1, "/a.jpg", "/o/a.jpg", job::Result::Written, ""}));
+  reporter.Report(FileEvent({2, "/b\n.jpg", "", job::Result::None, "文件已损坏"}));
+  reporter.Report(FileEvent({3, "/c.jpg", "", job::Result::Skipped, "目录已处理"}));
+  reporter.Report(BeepEvent());
   reporter.Finish({1, 1, 1, 2.04, false});
   EXPECT_EQ(out.Text(), "");
   EXPECT_EQ(err.Text(),
@@ -157,9 +157,9 @@ TEST(JsonReporter, WritesEachEventAtOnce) {
   Stream out;
   Stream err;
   JsonReporter reporter(out.File(), err.File());
-  reporter.Tell(BeepEvent());
+  reporter.Report(BeepEvent());
   EXPECT_EQ(out.Text(), "{\"event\":\"beep\"}\n");
-  reporter.Tell(TitleEvent("Form1", "x"));
+  reporter.Report(TitleEvent("Form1", "x"));
   EXPECT_EQ(out.Text(), "{\"event\":\"beep\"}\n{\"event\":\"title\",\"text\":\"x\",\"window\":\"Form1\"}\n");
 }
 
@@ -167,8 +167,8 @@ TEST(WorkerReporter, LeavesTitlesOut) {
   Stream out;
   Stream err;
   WorkerReporter reporter(out.File(), err.File());
-  reporter.Tell(TitleEvent("Form1", "x"));
-  reporter.Tell(BeepEvent());
+  reporter.Report(TitleEvent("Form1", "x"));
+  reporter.Report(BeepEvent());
   EXPECT_EQ(out.Text(), "{\"event\":\"beep\"}\n");
 }
 

@@ -31,7 +31,7 @@ TEST_F(FileRecordsTest, KnowWhatWasTold) {
   EXPECT_FALSE(records.NoteHandled(kOdd, Wrote::No));
   EXPECT_TRUE(records.Handled(kOdd));
   EXPECT_EQ(records.SourceOf("/out/a.jpg"), std::nullopt);
-  records.NoteMade("/out/a.jpg", kOdd);
+  records.NoteOutput("/out/a.jpg", kOdd);
   EXPECT_EQ(records.SourceOf("/out/a.jpg"), kOdd);
   EXPECT_TRUE(records.Complete());
 }
@@ -42,7 +42,7 @@ TEST_F(FileRecordsTest, HandOutEverySource) {
                                                         {"/in/c.jpg", Wrote::No},  {"/in/c.jpg", Wrote::Yes},
                                                         {"/in/d.jpg", Wrote::Yes}, {"/in/d.jpg", Wrote::No}};
   for (const auto& [source, wrote] : told) records.NoteHandled(source, wrote);
-  records.NoteMade("/out/a.jpg", kOdd);
+  records.NoteOutput("/out/a.jpg", kOdd);
   std::map<std::string, Wrote> sources;
   records.EachSource([&](const std::string& source, Wrote wrote) { sources[source] = wrote; });
   EXPECT_EQ(sources,
@@ -54,7 +54,7 @@ TEST_F(FileRecordsTest, HandOutEverySource) {
 // A file may be a source and an output at once.
 TEST_F(FileRecordsTest, PartSourcesFromOutputs) {
   FileRecords records(path_);
-  records.NoteMade("/a.jpg", "/b.jpg");
+  records.NoteOutput("/a.jpg", "/b.jpg");
   EXPECT_TRUE(records.NoteHandled("/a.jpg", Wrote::No));
   EXPECT_EQ(records.SourceOf("/a.jpg"), "/b.jpg");
   EXPECT_TRUE(records.Complete());

@@ -1,6 +1,6 @@
 // SPDX-FileCopyrightText: 2026 The Quillon developers
 // SPDX-License-Identifier: GPL-3.0-or-later
-// What workers are told, and what they say.
+// The arguments of workers and the lines that they send.
 #include "cli/workers/worker_lines.h"
 
 #include <gtest/gtest.h>
@@ -31,15 +31,15 @@ TEST(WorkerLines, CarryEveryEvent) {
     const WorkerLine line = ReadWorkerLine(JsonLine(event));
     ASSERT_TRUE(line.event) << JsonLine(event);
     EXPECT_EQ(JsonLine(*line.event), JsonLine(event));
-    EXPECT_FALSE(line.begun || line.older || line.progress);
+    EXPECT_FALSE(line.started || line.staleOutput || line.progress);
   }
   EXPECT_EQ(ReadWorkerLine(JsonLine(events[6])).event->Text("source"), odd);
 }
 
-TEST(WorkerLines, TellWhatIsUnderWayAndHowFarItIs) {
+TEST(WorkerLines, CarryTheCurrentFileJournalsAndProgress) {
   const std::string odd("/a\xFF\n", 4);
-  EXPECT_EQ(ReadWorkerLine(BegunLine(odd)).begun, odd);
-  EXPECT_EQ(ReadWorkerLine(OlderLine(odd)).older, odd);
+  EXPECT_EQ(ReadWorkerLine(StartedLine(odd)).started, odd);
+  EXPECT_EQ(ReadWorkerLine(StaleOutputLine(odd)).staleOutput, odd);
   const host::JobPart part{odd, 3, 12};
   EXPECT_EQ(ReadWorkerLine(JournalLine(part)).journal, part);
   EXPECT_EQ(ReadWorkerLine(JournalDoneLine(part)).journalDone, part);
@@ -55,7 +55,7 @@ TEST(WorkerLines, TellWhatIsUnderWayAndHowFarItIs) {
 TEST(WorkerLines, NothingElseIsTaken) {
   for (const char* text : {"", "no json", "[]", "{}", R"({"event":"other"})", R"({"event":"file"})", "7"}) {
     const WorkerLine line = ReadWorkerLine(text);
-    EXPECT_FALSE(line.event || line.begun || line.older || line.progress) << text;
+    EXPECT_FALSE(line.event || line.started || line.staleOutput || line.progress) << text;
   }
 }
 

@@ -12,7 +12,7 @@ namespace quillon::cli {
 
 class WorkersTest : public ProgramTest {
  protected:
-  // Last words on each file: it may be told twice.
+  // Returns the last result of each source; a source whose output was lost is reported twice.
   static std::map<std::string, std::string> Results(const std::string& out) {
     std::map<std::string, std::string> results;
     for (const Json& file : EventsOf(out, "file")) results[file.at("source")] = file.at("result");
@@ -22,7 +22,7 @@ class WorkersTest : public ProgramTest {
     return static_cast<std::size_t>(
         std::count_if(results.begin(), results.end(), [&](const auto& one) { return one.second == result; }));
   }
-  // The sums of the end event are those of the files.
+  // Checks that the sums of the end event are those of the file events.
   static void ExpectSums(const Ran& ran) {
     const auto results = Results(ran.out);
     const Json end = Events(ran.out).back();

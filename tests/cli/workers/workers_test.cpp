@@ -91,7 +91,7 @@ TEST_F(WorkersTest, AStopReachesAll) {
   for (const pid_t child : children) EXPECT_NE(kill(child, 0), 0);
   EXPECT_TRUE(process.Temporaries().empty());
   const auto results = Results(ran.out);
-  // One that was still listing tells of no file.
+  // A worker that was still listing reports no file.
   EXPECT_LE(results.size(), 800u);
   EXPECT_LT(CountOf(results, "written"), 800u);
   EXPECT_EQ(CountOf(results, "none"), 0u);
@@ -121,7 +121,7 @@ TEST_F(WorkersTest, AWorkerThatDiesCostsOneFileAtMost) {
   }
 }
 
-// No source is cut twice by the one that takes the place of a dead worker.
+// The worker that replaces a dead one cuts no source twice.
 TEST_F(WorkersTest, OverwrittenSourcesSurviveTheDeathOfAWorker) {
   const std::string before = BmpPicture(40, 30);
   const std::vector<std::string> over{"--json", "--set", "ChOver=1", "--set", "TCutValue(0)=50"};
@@ -143,7 +143,7 @@ TEST_F(WorkersTest, OverwrittenSourcesSurviveTheDeathOfAWorker) {
   }
 }
 
-// All second files of the folders come behind all first ones.
+// In the list, the first files of all folders come before all second files.
 TEST_F(WorkersTest, OneFileOfAFolderIsHandledBeyondTheDeathOfAWorker) {
   constexpr int kFolders = 150;
   std::vector<std::string> names;
@@ -178,8 +178,8 @@ TEST_F(WorkersTest, StopWhenTheOneThatStartedThemIsGone) {
   EXPECT_LT(folder.Names("out").size(), 1000u);
 }
 
-// --- Workers played by a script. It is told by its arguments its share, by its variables what it is to leave out and
-// whether an earlier one died, and notes each start.
+// --- Workers that are a shell script. Each start appends a line to a log. The script finds its shard in its arguments,
+// and the done list and whether it replaces a dead worker in its environment.
 class PlayedWorkersTest : public testing::Test {
  protected:
   Exit Perform(const std::string& script, const std::vector<std::string>& files) {
@@ -231,11 +231,11 @@ using DyingWorkersTest = PlayedWorkersTest;
 TEST_F(DyingWorkersTest, OneThatDiesWhileItListsCostsTheFileItLookedAt) {
   const std::string good = JsonLine(FileEvent({0, "/good.jpg", "/out/good.jpg", job::Result::Written, ""}));
   const std::string end = JsonLine(EndEvent({1, 0, 0, 0.1, false}));
-  // The first does not say what it looks at; the careful ones do.
+  // The first worker does not name its current file; those that replace it do.
   const Exit exit = Perform("if grep -qs bad \"$QUILLON_BATCH_WORKER\"; then\n" + Says(good) + Says(end) +
                                 "exit 0\nfi\n"
                                 "if [ -n \"$QUILLON_BATCH_RECOVERING\" ]; then\n" +
-                                Says(BegunLine("/good.jpg")) + Says(BegunLine("/bad.jpg")) + "fi\nkill -9 $$\n",
+                                Says(StartedLine("/good.jpg")) + Says(StartedLine("/bad.jpg")) + "fi\nkill -9 $$\n",
                             {"/good.jpg", "/bad.jpg"});
   EXPECT_EQ(exit, Exit::SomeWithout);
   EXPECT_EQ(Starts(), 3u);
@@ -259,7 +259,7 @@ TEST_F(DyingWorkersTest, TheNextIsToldOfEverySource) {
   Perform(
       "if [ -n \"$QUILLON_BATCH_RECOVERING\" ]; then\ntr '\\0' '\\n' <\"$QUILLON_BATCH_WORKER\" | LC_ALL=C sort >'" +
           world_.folder.Path("told") + "'\n" + SaysEnd() + "exit 0\nfi\n" + Says(good) + Says(bad) +
-          Says(BegunLine("/killer.jpg")) + "kill -9 $$\n",
+          Says(StartedLine("/killer.jpg")) + "kill -9 $$\n",
       {});
   EXPECT_EQ(world_.folder.Read("told"), "+/good.jpg\n-/bad.jpg\n-/killer.jpg\n");
 }
@@ -276,8 +276,8 @@ TEST_F(DyingWorkersTest, EachRegionOfASourceCounts) {
 
 TEST_F(DyingWorkersTest, OneThatDiesBetweenTwoRegionsCostsTheRestOfThePicture) {
   const std::string source = "/in/a.bmp";
-  Perform("if [ -n \"$QUILLON_BATCH_RECOVERING\" ]; then\n" + SaysEnd() + "exit 0\nfi\n" + Says(BegunLine(source)) +
-              SaysFile({0, source, "/out/a_1.bmp", job::Result::Written, ""}) + Says(BegunLine(source)) +
+  Perform("if [ -n \"$QUILLON_BATCH_RECOVERING\" ]; then\n" + SaysEnd() + "exit 0\nfi\n" + Says(StartedLine(source)) +
+              SaysFile({0, source, "/out/a_1.bmp", job::Result::Written, ""}) + Says(StartedLine(source)) +
               "kill -9 $$\n",
           {});
   EXPECT_EQ(Sums(), "1 written, 1 none, 0 skipped");
@@ -293,7 +293,7 @@ TEST_F(DyingWorkersTest, ALostOutputIsTakenBack) {
   EXPECT_EQ(Sums(), "1 written, 1 none, 0 skipped");
 }
 
-// Told when the other one took the name; its own worker finds out later.
+// The loss is reported when the other source takes the name; the worker of the first source finds it later.
 TEST_F(DyingWorkersTest, AnOutputThatAnotherOneTookIsTakenBackOnce) {
   const job::FileResult lost{0, "/in/a.bmp", "", job::Result::None, "lost"};
   Perform(SaysFile({0, "/in/a.bmp", "/out/x.jpg", job::Result::Written, ""}) +
@@ -303,7 +303,7 @@ TEST_F(DyingWorkersTest, AnOutputThatAnotherOneTookIsTakenBackOnce) {
   EXPECT_EQ(Sums(), "1 written, 1 none, 0 skipped");
 }
 
-// A picture without a size, say, or a full disk that the user is asked about.
+// For example by a picture without a size, or by a full disk that the user gives up.
 TEST_F(PlayedWorkersTest, OneThatStopsByItselfEndsTheRun) {
   plan_.jobs = 2;
   const Exit exit = Perform("case \"$*\" in\n*--shard=1/*)\n" + SaysEnd() +
@@ -312,7 +312,7 @@ TEST_F(PlayedWorkersTest, OneThatStopsByItselfEndsTheRun) {
   EXPECT_EQ(exit, Exit::Stopped);
 }
 
-TEST_F(PlayedWorkersTest, AreToldHowManyTheyAre) {
+TEST_F(PlayedWorkersTest, KnowHowManyTheyAre) {
   plan_.jobs = 3;
   plan_.shard = {1, 2, ""};
   Perform("echo $* $QUILLON_BATCH_AMONG >>'" + world_.folder.Path("told") + "'\n" + SaysEnd() + "exit 0\n", {});
@@ -322,8 +322,8 @@ TEST_F(PlayedWorkersTest, AreToldHowManyTheyAre) {
   EXPECT_EQ(lines, (std::set<std::string>{"--json --shard=2/6 3", "--json --shard=4/6 3", "--json --shard=6/6 3"}));
 }
 
-// It would cut overwritten sources again.
-TEST_F(DyingWorkersTest, NoneFollowsWhereItCannotBeToldWhatIsDone) {
+// Otherwise the replacement would cut overwritten sources again.
+TEST_F(DyingWorkersTest, ThereIsNoReplacementWithoutADoneList) {
   world_.faults.Set({.call = host::testing::DiskCall::Write,
                      .error = ENOSPC,
                      .length = host::testing::Fault::Length::ForEver,
@@ -335,7 +335,7 @@ TEST_F(DyingWorkersTest, NoneFollowsWhereItCannotBeToldWhatIsDone) {
   EXPECT_EQ(Whys().count("/other.jpg"), 1u);
 }
 
-TEST_F(DyingWorkersTest, NothingBeginsWhereNothingCanBeNoted) {
+TEST_F(DyingWorkersTest, NothingStartsIfTheRecordsCannotBeWritten) {
   fs::create_directories(world_.folder.Path("records"));
   EXPECT_EQ(Perform(SaysEnd() + "exit 0\n", {"/a.jpg"}), Exit::SomeWithout);
   EXPECT_FALSE(world_.folder.Exists("log"));
@@ -343,15 +343,15 @@ TEST_F(DyingWorkersTest, NothingBeginsWhereNothingCanBeNoted) {
   EXPECT_EQ(recorder_.Finished(), 1);
 }
 
-// --- Older results: what one worker could not make, another may have.
+// --- Stale outputs: what one worker could not make, another may have written.
 
 class OlderResultsOfWorkersTest : public PlayedWorkersTest {
  protected:
-  // The first of two workers could not make out/x.jpg, where a file stands; the second does what it is told to.
+  // The first of two workers could not make out/x.jpg, and an older file of that name exists. The second runs `second`.
   Exit PerformBeside(const std::string& second) {
     plan_.jobs = 2;
     world_.folder.Write("out/x.jpg", "it");
-    const std::string first = SaysFile({0, "/1/x.bmp", "", job::Result::None, "damaged"}) + Says(OlderLine(It()));
+    const std::string first = SaysFile({0, "/1/x.bmp", "", job::Result::None, "damaged"}) + Says(StaleOutputLine(It()));
     return Perform("case \"$*\" in\n*--shard=1/*)\n" + first + SaysEnd() + "exit 1;;\nesac\n" + second, {});
   }
   std::string It() const { return world_.folder.Path("out/x.jpg"); }
@@ -451,7 +451,7 @@ TEST_F(JournalsOfWorkersTest, StayWhereOneDied) {
   EXPECT_EQ(Kept(), 2u);
 }
 
-// Another process works on the same part, say, so that its worker does nothing.
+// For example because another process works on the same part.
 TEST_F(JournalsOfWorkersTest, OfAWorkerAreToldAlsoWhereItGetsNone) {
   const auto used = journals_.Open({"one"});
   WorkerJournals workers(journals_, recorder_);

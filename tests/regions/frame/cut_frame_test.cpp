@@ -93,7 +93,7 @@ TEST_F(CutFrameTest, AFixedFrameKeepsItsSize) {
   Drag({0, 0}, {390, 290});
   EXPECT_EQ(Margins()[0], "300");
   EXPECT_EQ(Margins()[1], "220");
-  // A press without a drag leaves it where it is.
+  // A press without a drag leaves the frame where it is.
   frame.Pic_MouseDown({5, 5});
   frame.Pic_MouseUp();
   EXPECT_EQ(Margins()[0], "300");
@@ -105,7 +105,7 @@ TEST_F(CutFrameTest, APresetGivesTheFrameItsRatio) {
   flags.FixW = 200;
   flags.FixH = 100;
   Drag({0, 0}, {200, 200});
-  // Per cent are whole ones: 200 x 100 becomes 50 and 33 of them.
+  // Per cent are whole numbers: 200 x 100 becomes 50 % and 33 %.
   EXPECT_EQ(Margins(), (Texts{"0", "0", "50", "67"}));
 }
 
@@ -122,7 +122,7 @@ TEST_F(CutFrameTest, ACentredFrameStaysInTheCentre) {
 TEST_F(CutFrameTest, WithChFullTheMouseDoesNothing) {
   form.ChFull.Set(true);
   const auto before = Margins();
-  EXPECT_FALSE(frame.Draws());
+  EXPECT_FALSE(frame.Editable());
   Drag({40, 30}, {240, 180});
   frame.Nudge(1, 1);
   EXPECT_EQ(Margins(), before);

@@ -47,7 +47,7 @@ class ManualStepTest : public CutFrameTest {
     Option("ChMamal", "1");
     ASSERT_TRUE(flags.ManualCutMode);
   }
-  // What the user does at the nth picture; at those without an answer he goes on.
+  // Sets what the user does at the nth picture. At all others the user goes on.
   void AtPicture(int number, std::function<void()> act) { acts_[number] = std::move(act); }
   void CutWith(const std::vector<std::string>& paths) {
     world.pump.EveryTurn([this] {

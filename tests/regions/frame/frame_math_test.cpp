@@ -36,7 +36,7 @@ TEST(FrameMath, GripsMoveTheirSides) {
   EXPECT_EQ(Resized(frame, {-1, 0}, {5, 99}, {}), (PreviewFrame{15, 20, 95, 50}));
   EXPECT_EQ(Resized(frame, {0, -1}, {99, 5}, {}), (PreviewFrame{10, 25, 100, 45}));
   EXPECT_EQ(Resized(frame, {1, 1}, {5, 6}, {}), (PreviewFrame{10, 20, 105, 56}));
-  // Past the opposite side.
+  // The side is moved past the opposite one.
   EXPECT_EQ(Resized(frame, {1, 0}, {-130, 0}, {}), (PreviewFrame{-20, 20, 30, 50}));
   // With a ratio the other side follows, and the opposite corner stays.
   EXPECT_EQ(Resized(frame, {1, 1}, {20, 0}, 2.0), (PreviewFrame{10, 20, 120, 60}));
@@ -50,7 +50,7 @@ TEST(FrameMath, AFrameIsPulledIntoThePicture) {
   EXPECT_EQ(Constrained({350, 280, 100, 50}, picture, {}), (PreviewFrame{300, 250, 100, 50}));
   EXPECT_EQ(Constrained({-20, 5, 999, 999}, picture, {}), (PreviewFrame{0, 0, 400, 300}));
   EXPECT_EQ(Constrained({50, 60, 100, 50}, picture, {}), (PreviewFrame{50, 60, 100, 50}));
-  // A fixed size keeps it, be it too large.
+  // A fixed size never changes, even if it is too large.
   EXPECT_EQ(Constrained({-20, 290, 500, 50}, picture, {.fixed = true}), (PreviewFrame{0, 250, 500, 50}));
   EXPECT_EQ(Constrained({0, 0, 1, 1}, {1, 1}, {}), (PreviewFrame{0, 0, 1, 1}));
 }
@@ -81,7 +81,7 @@ TEST(FrameMath, PercentIsWrittenBack) {
       {{45, 31, 200, 150}, {400, 300}, percent, {11, 10, 39, 40}},
       // Ties to even: 2.5 / 100 of the right end: 97.5 -> 98, 98.5 -> 98.
       {{0, 0, 97.5, 98.5}, {100, 100}, percent, {0, 0, 2, 2}},
-      // 29 of 100 is lost by no arithmetic.
+      // 29 of 100 stays 29 in spite of floating-point errors.
       {{0.29 * 300, 0, 100, 100}, {300, 300}, percent, {29, 0, 38, 67}},
   };
   for (const BackCase& one : cases) EXPECT_EQ(WrittenBack(one.frame, one.picture, one.rule), one.values);
@@ -114,10 +114,10 @@ TEST(FrameMath, APictureIsFittedToTheScreen) {
 }
 
 TEST(FrameMath, APictureGrowsInOneDirectionToARatio) {
-  EXPECT_EQ(GrownToRatio({400, 100}, 2), (base::Size{400, 200}));
-  EXPECT_EQ(GrownToRatio({100, 400}, 2), (base::Size{800, 400}));
-  EXPECT_EQ(GrownToRatio({400, 200}, 2), (base::Size{400, 200}));
-  EXPECT_EQ(GrownToRatio({100, 100}, 3.0 / 2), (base::Size{150, 100}));
+  EXPECT_EQ(PaddedToRatio({400, 100}, 2), (base::Size{400, 200}));
+  EXPECT_EQ(PaddedToRatio({100, 400}, 2), (base::Size{800, 400}));
+  EXPECT_EQ(PaddedToRatio({400, 200}, 2), (base::Size{400, 200}));
+  EXPECT_EQ(PaddedToRatio({100, 100}, 3.0 / 2), (base::Size{150, 100}));
 }
 
 }  // namespace

@@ -122,7 +122,7 @@ TEST_F(ManualStepTest, KeysActInTheirOrderAndOnlyInABatch) {
   EXPECT_FALSE(flags.ManualStepDone);
   AtPicture(1, [&] { frame.Timer1_Timer({.Z = true}); });
   AtPicture(2, [&] {
-    // Ctrl comes first: next, not passed over.
+    // Ctrl comes first, so the picture is cut, not passed over.
     frame.Timer1_Timer({.Ctrl = true, .A = true, .Z = true});
     frame.Timer1_Timer({.Ctrl = true});
     EXPECT_FALSE(cutPre.CmdNext.Enabled());
@@ -220,7 +220,7 @@ TEST_F(ManualStepTest, TurnsAddUpAndBothWaysAreThere) {
   EXPECT_EQ(SizeOf(Out("b.jpg")), (base::Size{50, 60}));
 }
 
-// "No" turns and asks no more at that button, until the window was closed.
+// "No" turns the picture, and the button does not ask again until the window is closed.
 TEST_F(ManualStepTest, AButtonAsksNoMoreUntilTheWindowIsLoadedAgain) {
   world.boxes.Answer(kRotate, Reply::No);
   AtPicture(1, [&] {
@@ -303,7 +303,7 @@ TEST_F(ManualStepTest, APictureThatARuleTurnedIsShownTurnedAndNotTurnedAgain) {
   EXPECT_EQ(SizeOf(Out("a.jpg")), (base::Size{40, 100}));
 }
 
-// What the cut will turn is shown turned, so that the frame lies on what is cut.
+// A picture that the options turn before the cut is shown turned, so that the frame covers what is cut.
 TEST_F(ManualStepTest, APictureThatIsTurnedBeforeTheCutIsShownSo) {
   Put("FBaseOpt.ChRotateCut", "1");
   Put("FBaseOpt.TAngle", "90");
@@ -317,11 +317,11 @@ TEST_F(ManualStepTest, APictureThatIsTurnedBeforeTheCutIsShownSo) {
     Drag({0, 0}, {40, 50});
     cutPre.CmdNext.UserClick();
   });
-  // Nobody is to see the next one unturned.
+  // The next picture must not be seen before it is turned.
   recorder.onFileDone = [&](const job::FileResult&) { EXPECT_FALSE(cutPre.preview.Glances()); };
   CutWith({Make("a.bmp", 100, 80), Make("b.bmp", 100, 80)});
   ASSERT_EQ(SizeOf(Out("a.bmp")), (base::Size{40, 50}));
-  // Counter-clockwise: the right upper corner comes to the left.
+  // Counter-clockwise: the upper right corner becomes the upper left one.
   EXPECT_EQ(Read(Out("a.bmp")).At(0, 0), Slope(99, 0));
   EXPECT_EQ(Read(Out("a.bmp")).At(3, 5), Slope(94, 3));
 }
