@@ -52,7 +52,8 @@ function(quillon_helper name)
   add_dependencies(quillon_helpers helper_${name})
 endfunction()
 
-# quillon_test(<folder> [DEPENDS <targets>...]): one GoogleTest program of the .cpp files in tests/<folder> and below.
+# quillon_test(<folder> [DEPENDS <targets>...]): one GoogleTest program of the .cpp files in tests/<folder> and below;
+# ctest runs each of its suites as one test.
 function(quillon_test folder)
   cmake_parse_arguments(ARG "" "" "DEPENDS" ${ARGN})
   file(GLOB_RECURSE sources CONFIGURE_DEPENDS ${folder}/*.cpp ${folder}/*.h)
@@ -66,6 +67,8 @@ function(quillon_test folder)
   # Optimised test code would cost most of the build and save next to nothing of the run.
   target_compile_options(${name} PRIVATE -O0)
   target_link_libraries(${name} PRIVATE ${ARG_DEPENDS} GTest::gmock GTest::gtest GTest::gtest_main)
-  gtest_discover_tests(${name} DISCOVERY_MODE PRE_TEST NO_PRETTY_VALUES
-    PROPERTIES TIMEOUT 300 ENVIRONMENT "QT_QPA_PLATFORM=offscreen;LC_ALL=C.UTF-8")
+  set(suites ${CMAKE_CURRENT_BINARY_DIR}/${name}_suites.cmake)
+  file(GENERATE OUTPUT ${suites}
+    CONTENT "set(program $<TARGET_FILE:${name}>)\nset(folder ${folder})\ninclude(${CMAKE_SOURCE_DIR}/cmake/ListSuites.cmake)\n")
+  set_property(DIRECTORY APPEND PROPERTY TEST_INCLUDE_FILES ${suites})
 endfunction()
