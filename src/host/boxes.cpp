@@ -3,18 +3,23 @@
 #include "host/boxes.h"
 
 namespace quillon::host {
+namespace {
+
+constexpr int kDefaultMask = kSecondIsDefault + kThirdIsDefault;
+
+}  // namespace
 
 std::vector<Reply> ButtonsOf(int type) {
-  switch (type & 15) {
-    case 1:
+  switch (type & kButtonsMask) {
+    case kOkCancelButtons:
       return {Reply::Ok, Reply::Cancel};
-    case 2:
+    case kAbortRetryIgnoreButtons:
       return {Reply::Abort, Reply::Retry, Reply::Ignore};
-    case 3:
+    case kYesNoCancelButtons:
       return {Reply::Yes, Reply::No, Reply::Cancel};
-    case 4:
+    case kYesNoButtons:
       return {Reply::Yes, Reply::No};
-    case 5:
+    case kRetryCancelButtons:
       return {Reply::Retry, Reply::Cancel};
     default:
       return {Reply::Ok};
@@ -23,7 +28,7 @@ std::vector<Reply> ButtonsOf(int type) {
 
 Reply DefaultOf(int type) {
   const std::vector<Reply> buttons = ButtonsOf(type);
-  const auto wanted = static_cast<std::size_t>((type >> 8) & 3);
+  const auto wanted = static_cast<std::size_t>((type & kDefaultMask) / kSecondIsDefault);
   return wanted < buttons.size() ? buttons[wanted] : buttons.front();
 }
 

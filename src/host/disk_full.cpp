@@ -8,7 +8,7 @@
 namespace quillon::host {
 namespace {
 
-constexpr int kRetryCancelStop = 5 + 16;
+constexpr int kRetryCancelStop = kRetryCancelButtons + kStopIcon;
 
 // The first character of a path; a byte that is no text shows as the replacement character.
 std::string DriveOf(const std::string& path) {

@@ -21,11 +21,11 @@ namespace {
 constexpr const char* kSection = "Default";
 constexpr const char* kMissingResource =
     "本机缺失资源文件，请使用最新安装包覆盖安装之后再行使用本功能！\r\n要立即下载安装包吗？";
-constexpr int kMissingResourceType = 17;
+constexpr int kMissingResourceType = host::kOkCancelButtons + host::kStopIcon;
 constexpr const char* kInstallerKey = "InstallerUrl";
 constexpr const char* kInstallerUrl = "https://quillon.example/download";
 constexpr const char* kCloseQuestion = "关闭程序？";
-constexpr int kCloseType = 65;
+constexpr int kCloseType = host::kOkCancelButtons + host::kInformationIcon;
 
 // A white square as a 24-bit BMP.
 std::string WhiteBmp(std::uint32_t side) {

@@ -23,7 +23,6 @@ constexpr std::uint64_t kMostBytes = 64U << 20;
 
 constexpr const char* kNoRuntime =
     "本机需要先安装Microsoft Net Framework 3.5或以上版本运行环境方能使用本功能！\r\n要立即下载Net3.5安装包吗？";
-constexpr int kYesNoQuestion = 36;
 constexpr const char* kRuntimeUrl = "https://quillon.example/download/net35";
 constexpr int kMostNumber = 9;
 
@@ -95,7 +94,7 @@ bool TiffOrders::Submit() {
 }
 
 void TiffOrders::AskForRuntime() {
-  if (tools_.World().boxes.Show({kNoRuntime, kYesNoQuestion}) != host::Reply::Yes) return;
+  if (tools_.World().boxes.Show({kNoRuntime, host::kYesNoQuestion}) != host::Reply::Yes) return;
   tools_.World().shell.OpenBrowser(kRuntimeUrl);
 }
 

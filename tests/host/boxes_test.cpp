@@ -9,6 +9,19 @@ namespace {
 
 using Replies = std::vector<Reply>;
 
+// Scripts read a type as its number.
+TEST(Boxes, TypesKeepTheirNumbers) {
+  EXPECT_EQ(kOkCancelQuestion, 33);
+  EXPECT_EQ(kYesNoCancelQuestion, 35);
+  EXPECT_EQ(kYesNoQuestion, 36);
+  EXPECT_EQ(kOkCancelDefaultCancel, 305);
+  EXPECT_EQ(kOkCancelButtons + kStopIcon, 17);
+  EXPECT_EQ(kOkCancelButtons + kInformationIcon, 65);
+  EXPECT_EQ(kRetryCancelButtons + kStopIcon, 21);
+  EXPECT_EQ(kYesNoQuestion + kSecondIsDefault, 292);
+  EXPECT_EQ(kYesNoCancelButtons + kExclamationIcon + kThirdIsDefault, 563);
+}
+
 TEST(Boxes, ButtonsFollowTheType) {
   EXPECT_EQ(ButtonsOf(0), (Replies{Reply::Ok}));
   EXPECT_EQ(ButtonsOf(1), (Replies{Reply::Ok, Reply::Cancel}));

@@ -6,11 +6,7 @@
 #include "tools/processes.h"
 
 namespace quillon::job {
-namespace {
-
-constexpr int kYesNoQuestion = 36;
-
-}  // namespace
+namespace {}  // namespace
 
 void NormalCut::ReportEnd(const CutRun& run) {
   const std::string outFolder = program_.form1.LOutDir.Value();
@@ -23,7 +19,7 @@ void NormalCut::ReportEnd(const CutRun& run) {
   const std::string done = "处理完毕！失败：" + std::to_string(run.failed);
   if (program_.form1.ChOver.On()) {
     program_.Ask(done);
-  } else if (program_.Ask(done + "\r\n要打开输出目录吗？", kYesNoQuestion) == host::Reply::Yes) {
+  } else if (program_.Ask(done + "\r\n要打开输出目录吗？", host::kYesNoQuestion) == host::Reply::Yes) {
     program_.host.shell.OpenFolder(outFolder);
   }
 }

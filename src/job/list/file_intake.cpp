@@ -29,9 +29,7 @@ constexpr const char* kDropQuestion =
     "是——拖放文件，清除原文件列表\r\n"
     "否——拖放文件，附加在原文件列表之后（切记勿重复拖放已加载的文件或文件夹，否则可能出异常！）\r\n"
     "取消——放弃拖放";
-constexpr int kDropQuestionType = 563;
-constexpr int kOkCancelDefaultCancel = 305;
-constexpr int kStopIcon = 16;
+constexpr int kDropQuestionType = host::kYesNoCancelButtons + host::kExclamationIcon + host::kThirdIsDefault;
 constexpr double kSecondsBetweenTitles = 0.1;
 
 constexpr const char* kImageFilter =
@@ -243,7 +241,7 @@ void FileIntake::WarnFolder(const char* what, const std::string& caption) {
     const char* why = program_.disks.AskFolder(caption) ? "不存在：" : "没有响应：";
     text = what + (why + base::DisplayText(caption));
   }
-  program_.Ask(text, kStopIcon);
+  program_.Ask(text, host::kStopIcon);
 }
 
 bool FileIntake::InputDirExists() const { return FolderExists(program_.form1.LInDir.Value()); }
@@ -281,7 +279,7 @@ void FileIntake::ChooseOutDir() {
 void FileIntake::MenuClearList_Click() {
   const RunGuard guard(program_);
   if (!guard || program_.files.RowCount() == 0) return;
-  if (program_.Ask(kClearQuestion, kOkCancelDefaultCancel) != host::Reply::Ok) return;
+  if (program_.Ask(kClearQuestion, host::kOkCancelDefaultCancel) != host::Reply::Ok) return;
   Clear();
 }
 

@@ -22,8 +22,6 @@ constexpr const char* kDone = "done";
 constexpr const char* kFrom = "from";
 constexpr const char* kMeant = "meant";
 
-constexpr int kYesNoCancelQuestion = 35;
-constexpr int kYesNoQuestion = 36;
 constexpr const char* kInUse = "这项任务正由另一个程序处理，或者它的记录现在无法读取，请稍后再试";
 
 struct Stamp {
@@ -154,7 +152,7 @@ bool RunJournal::Begin() {
   const std::string question = "上次的这项任务没有做完，已写好 " + std::to_string(journal_->Count(kDone)) +
                                " 个文件。要接着处理吗？\r\n是——接着处理，已写好的不再处理\r\n否——全部重新处理";
   const char* twice = program_.form1.ChOver.On() ? "，已覆盖的原文件会再裁一次" : "";
-  const host::Reply reply = program_.Ask(question + twice + "\r\n取消——不处理", kYesNoCancelQuestion);
+  const host::Reply reply = program_.Ask(question + twice + "\r\n取消——不处理", host::kYesNoCancelQuestion);
   if (reply == host::Reply::No) journal_->Clear();
   return reply == host::Reply::Yes || reply == host::Reply::No;
 }
@@ -173,7 +171,7 @@ bool RunJournal::NoConflictingSplit() {
   };
   const auto unfinished = program_.journals->FindUnfinished(job_, parted);
   if (!unfinished) return true;
-  if (program_.Ask(PartedQuestion(unfinished->count), kYesNoQuestion) != host::Reply::No) return false;
+  if (program_.Ask(PartedQuestion(unfinished->count), host::kYesNoQuestion) != host::Reply::No) return false;
   if (program_.journals->Forget(job_, parted)) return true;
   program_.Ask(kInUse);
   return false;

@@ -13,9 +13,7 @@ namespace quillon::job {
 namespace {
 
 constexpr const char* kFrameOnlyNote = "仅边框模式，表示不做任何裁剪和处理，其他启用的功能自动失效！";
-constexpr int kInformation = 64;
 constexpr const char* kNoColorConfigs = "找不到颜色配置文件夹 ColorConfigs，不能转CMYK！";
-constexpr int kExclamation = 48;
 constexpr const char* kWholeSize = "100%";
 constexpr double kLargestThreshold = 1'000'000;
 constexpr const char* kThreshold = "100";
@@ -221,7 +219,7 @@ void FBaseOpt::ChFrmOnly_Click() {
   if (ChFrmOnly.On()) {
     if (ChFrmOnly.Tag() != "1") {
       ChFrmOnly.SetTag("1");
-      program_.Ask(kFrameOnlyNote, kInformation);
+      program_.Ask(kFrameOnlyNote, host::kInformationIcon);
     }
     ClearProcessing();
   }
@@ -261,7 +259,7 @@ void FBaseOpt::ChToCMYK_Click() {
   if (Lacks(ChToCMYK, program_.outputTools)) return;
   if (ChToCMYK.On() && !program_.host.files.IsFolder(program_.AppPath(kColorConfigs))) {
     ChToCMYK.Set(false);
-    program_.Ask(kNoColorConfigs, kExclamation);
+    program_.Ask(kNoColorConfigs, host::kExclamationIcon);
     return;
   }
   ApplyFlags();

@@ -12,8 +12,6 @@ namespace quillon::job {
 namespace {
 
 constexpr const char* kStopQuestion = "终止当前操作？";
-constexpr int kOkCancelDefaultCancel = 305;
-constexpr int kInformation = 64;
 constexpr const char* kRunning = "正在处理，请等待处理完毕或先终止";
 constexpr const char* kGuide = "用户手册.md";
 
@@ -94,7 +92,7 @@ void Form1::LInDir_Change() { LInDir.SetText(host::AbsoluteFolder(program_.host.
 void Form1::LOutDir_Change() { LOutDir.SetText(host::AbsoluteFolder(program_.host.files, LOutDir.Value())); }
 
 void Form1::MenuStop_Click() {
-  if (program_.Ask(kStopQuestion, kOkCancelDefaultCancel) != host::Reply::Ok) return;
+  if (program_.Ask(kStopQuestion, host::kOkCancelDefaultCancel) != host::Reply::Ok) return;
   MenuStop.SetEnabled(false, kNothingRuns);
   program_.flags.StopRequested = true;
 }
@@ -118,7 +116,7 @@ void Form1::MenuGuide_Click() {
 
 void Form1::MenuAbout_Click() {
   program_.Ask(std::string(kTitle) + " " + QUILLON_VERSION + "\r\n批量图片裁剪软件\r\n许可证：GPL-3.0-or-later",
-               kInformation);
+               host::kInformationIcon);
 }
 
 // A run that is under way works with the windows and the image library: it has to end before the program can.

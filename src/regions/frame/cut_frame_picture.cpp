@@ -17,7 +17,6 @@ namespace quillon::regions {
 namespace {
 
 constexpr const char* kRotateQuestion = "确定旋转？\r\n是——旋转\r\n否——旋转，下次不再提示";
-constexpr int kYesNoCancelQuestion = 35;
 constexpr const char* kAgreed = "1";
 constexpr const char* kPaddedOnce = "每张图片只扩边一次";
 constexpr int kWorkQuality = 98;     // JPEG quality of work files
@@ -102,7 +101,7 @@ std::string CutFrame::OtherWorkFile(const std::string& path) const {
 // Asks before the first turn. "No" means: turn, and do not ask again at this button; the tag remembers that.
 bool CutFrame::MayRotate(controls::Button& button) {
   if (!button.Tag().empty()) return true;
-  const host::Reply reply = program_.Ask(kRotateQuestion, kYesNoCancelQuestion);
+  const host::Reply reply = program_.Ask(kRotateQuestion, host::kYesNoCancelQuestion);
   if (reply == host::Reply::No) button.SetTag(kAgreed);
   return reply != host::Reply::Cancel;
 }

@@ -11,7 +11,6 @@ namespace {
 constexpr const char* kDecision = "decision";
 constexpr const char* kBefore = "before";
 constexpr const char* kAfter = "after";
-constexpr int kYesNoCancelQuestion = 35;
 constexpr char kParting = '\t';
 
 }  // namespace
@@ -77,7 +76,7 @@ bool Decisions::Begin() {
     question += "要接着做吗？";
   }
   question += "\r\n是——继续，前面的按上次指定的裁剪框处理\r\n否——从头重新指定\r\n取消——不裁剪";
-  const host::Reply reply = program_.Ask(question, kYesNoCancelQuestion);
+  const host::Reply reply = program_.Ask(question, host::kYesNoCancelQuestion);
   if (reply == host::Reply::No) {
     journal_->Clear();
     journal_->Commit();

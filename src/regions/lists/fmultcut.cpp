@@ -13,8 +13,6 @@ constexpr const char* kNoCount = "区域列表：";
 constexpr const char* kTooFew = "至少添加2个裁剪区域！";
 constexpr const char* kStopQuestion = "正在处理中，要强制终止吗？";
 constexpr std::size_t kFewest = 2;  // regions; a single one is a normal cut
-constexpr int kExclamation = 48;
-constexpr int kOkCancelQuestion = 33;
 
 }  // namespace
 
@@ -41,7 +39,7 @@ void FMultCut::OnLoad() {
 
 void FMultCut::Close() {
   if (running_) {
-    if (program_.Ask(kStopQuestion, kOkCancelQuestion) == host::Reply::Ok) program_.flags.StopRequested = true;
+    if (program_.Ask(kStopQuestion, host::kOkCancelQuestion) == host::Reply::Ok) program_.flags.StopRequested = true;
     return;
   }
   if (!Loaded()) return;
@@ -66,7 +64,7 @@ void FMultCut::CmdOk_Click() {
     return;
   }
   if (count < kFewest) {
-    program_.Ask(kTooFew, kExclamation);
+    program_.Ask(kTooFew, host::kExclamationIcon);
     return;
   }
   const job::RunGuard guard(program_);

@@ -18,7 +18,6 @@ using job::Result;
 
 constexpr const char* kFolderQuestion = "为每一张底图新建以底图文件名的新建文件夹并将裁剪的小图存入该文件夹中？";
 constexpr const char* kDone = "处理完毕！要打开输出目录吗？";
-constexpr int kYesNoQuestion = 36;
 
 std::string SizeText(base::Size size) { return std::to_string(size.width) + "x" + std::to_string(size.height); }
 
@@ -77,7 +76,7 @@ void MultiCut::Run() {
     }
     const job::CutSettings options = job::ReadCutSettings(program_);
     extension_ = "." + job::CasedExtension(options.outType, options.extensionCase);
-    perImageFolder_ = program_.Ask(kFolderQuestion, kYesNoQuestion) == host::Reply::Yes;
+    perImageFolder_ = program_.Ask(kFolderQuestion, host::kYesNoQuestion) == host::Reply::Yes;
     if (program_.flags.LargeCapacityMode) {
       job::FolderRun folder(program_, ledger_, *this);
       ran = folder.Begin();
@@ -245,7 +244,7 @@ void MultiCut::MarkRow(const Source& source, const std::string& why) {
 }
 
 void MultiCut::ReportEnd() {
-  if (program_.Ask(kDone, kYesNoQuestion) != host::Reply::Yes) return;
+  if (program_.Ask(kDone, host::kYesNoQuestion) != host::Reply::Yes) return;
   program_.host.shell.OpenFolder(WithoutDoubledSeparators(program_.form1.LOutDir.Value()));
 }
 

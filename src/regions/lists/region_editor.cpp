@@ -19,9 +19,6 @@ constexpr const char* kClearQuestion = "确实清空列表？";
 constexpr const char* kFilter = "多区域裁剪操作列表(*.clt)|*.clt";
 constexpr const char* kName = "我的多区域裁剪操作列表";
 constexpr const char* kNothingToSave = "列表里还没有区域";
-constexpr int kOkCancelDefaultCancel = 305;
-constexpr int kExclamation = 48;
-constexpr int kInformation = 64;
 constexpr std::uint64_t kLongestFile = 64u << 20;  // bytes
 
 // The indices of TCutValue (left, top, right, bottom) in the order of a row (top, left, right, bottom).
@@ -71,7 +68,7 @@ void RegionEditor::CmdUpdate_Click() {
 void RegionEditor::CmdAdd_Click() {
   if (parts_.MSFlexGrid1.Rows() > kMostRows) {
     program_.host.boxes.Beep();
-    program_.Ask(kTooMany, kExclamation);
+    program_.Ask(kTooMany, host::kExclamationIcon);
     return;
   }
   std::array<std::string, 4> fields;
@@ -102,9 +99,9 @@ void RegionEditor::CmdOut_Click() {
       program_.host.boxes, path, host::DiskFullWording::Comma, [] {},
       [&] { return program_.host.files.Save(path, WriteClt(GetUnit(), rows)); });
   if (saved) {
-    program_.Ask(kSaved, kInformation);
+    program_.Ask(kSaved, host::kInformationIcon);
   } else if (!saved.DiskFull()) {
-    program_.Ask("操作列表没有保存：" + saved.Why(), kExclamation);
+    program_.Ask("操作列表没有保存：" + saved.Why(), host::kExclamationIcon);
   }
 }
 
@@ -116,7 +113,7 @@ void RegionEditor::CmdInput_Click() {
   }
   std::string text;
   if (const host::Status read = program_.host.files.ReadFile(path, text, kLongestFile); !read) {
-    program_.Ask("操作列表读不出来：" + read.Why(), kExclamation);
+    program_.Ask("操作列表读不出来：" + read.Why(), host::kExclamationIcon);
     return;
   }
   const CltFile file = ReadClt(text);
@@ -124,7 +121,7 @@ void RegionEditor::CmdInput_Click() {
   program_.form1.ChCutA.Set(file.unit == Unit::Pixels);
   for (const std::string& line : file.lines) list_.Add(line);
   Changed();
-  program_.Ask(kRead, kInformation);
+  program_.Ask(kRead, host::kInformationIcon);
 }
 
 void RegionEditor::MSFlexGrid1_DblClick() {
@@ -136,7 +133,7 @@ void RegionEditor::MSFlexGrid1_DblClick() {
 
 void RegionEditor::MSFlexGrid1_RightClick() {
   if (list_.RowCount() == 0) return;
-  if (program_.Ask(kClearQuestion, kOkCancelDefaultCancel) == host::Reply::Ok) Clear();
+  if (program_.Ask(kClearQuestion, host::kOkCancelDefaultCancel) == host::Reply::Ok) Clear();
 }
 
 void RegionEditor::Clear() {

@@ -16,9 +16,6 @@ constexpr const char* kStopQuestion = "终止定时裁剪？";
 constexpr const char* kCloseQuestion = "图片定时裁剪进行中，确定终止?";
 constexpr const char* kNotWatching = "定时裁剪还没有开始";
 constexpr const char* kCount = "已裁剪数：";
-constexpr int kOkCancelDefaultCancel = 305;
-constexpr int kOkCancelQuestion = 33;
-constexpr int kStopIcon = 16;
 constexpr double kRhythm = 0.5;
 constexpr double kSecondsBetweenTurns = 0.02;
 
@@ -98,7 +95,7 @@ void FCutTime::CmdDo_Click() {
   if (!guard) return;
   if (!program_.host.files.IsFolder(LDir.Value())) {
     program_.Ask(LDir.Value().empty() ? "请先选择工作目录！" : "工作目录不存在：" + base::DisplayText(LDir.Value()),
-                 kStopIcon);
+                 host::kStopIcon);
     return;
   }
   program_.flags.StopRequested = false;
@@ -154,13 +151,13 @@ void FCutTime::Wait() {
 }
 
 void FCutTime::CmdStop_Click() {
-  if (program_.Ask(kStopQuestion, kOkCancelDefaultCancel) != host::Reply::Ok) return;
+  if (program_.Ask(kStopQuestion, host::kOkCancelDefaultCancel) != host::Reply::Ok) return;
   CmdStop.SetEnabled(false);
   program_.form1.Show();
 }
 
 void FCutTime::Close() {
-  if (running_ && program_.Ask(kCloseQuestion, kOkCancelQuestion) != host::Reply::Ok) return;
+  if (running_ && program_.Ask(kCloseQuestion, host::kOkCancelQuestion) != host::Reply::Ok) return;
   CmdStop.SetEnabled(false);
   Unload();
   program_.form1.Show();

@@ -14,18 +14,15 @@
 namespace quillon::ui {
 namespace {
 
-// The icon is a part of the type of a box; see host/boxes.h.
-constexpr int kIconMask = 0xF0;
-
 QMessageBox::Icon IconOf(int type) {
-  switch (type & kIconMask) {
-    case 16:
+  switch (type & host::kIconMask) {
+    case host::kStopIcon:
       return QMessageBox::Critical;
-    case 32:
+    case host::kQuestionIcon:
       return QMessageBox::Question;
-    case 48:
+    case host::kExclamationIcon:
       return QMessageBox::Warning;
-    case 64:
+    case host::kInformationIcon:
       return QMessageBox::Information;
     default:
       return QMessageBox::NoIcon;

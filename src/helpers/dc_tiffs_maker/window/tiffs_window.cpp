@@ -26,7 +26,7 @@ namespace {
 constexpr int kMaxDpi = 10000;
 constexpr int kWidth = 90 * ui::kGap;
 constexpr int kHeight = 66 * ui::kGap;
-constexpr int kYesNoDefaultNo = 4 + 32 + 256;
+constexpr int kYesNoDefaultNo = host::kYesNoQuestion + host::kSecondIsDefault;
 constexpr const char* kPictureFilter = "图片|*.jpg;*.jpeg;*.bmp;*.png;*.gif;*.tif;*.tiff";
 constexpr const char* kTiffFilter = "Tiff|*.tif;*.tiff";
 
