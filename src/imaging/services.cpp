@@ -109,11 +109,11 @@ void Services::ImageWizardStartUp() {}
 
 void Services::ImageWizardShutDown() { parts_->ahead.reset(); }
 
-Status Services::ImageInfo(const std::string& path, ImageFacts& facts) {
+Status Services::ImageInfo(const std::string& path, ImageFacts& facts, Want want) {
   if (parts_->ahead) {
     if (Status waited = parts_->ahead->AwaitMeasure(path, [this] { parts_->host.pump.Turn(); }); !waited) return waited;
   }
-  return parts_->measurer->Measure(path, facts);
+  return parts_->measurer->Measure(path, facts, want);
 }
 
 void Services::RememberSizes(std::size_t count) { parts_->measurer->Remember(count); }

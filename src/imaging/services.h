@@ -42,10 +42,8 @@ class Services {
   void ImageWizardStartUp();
   void ImageWizardShutDown();
 
-  // Without decoding: MediaInfo; psd, and what MediaInfo cannot tell, by opening it. A request for the resolution reads
-  // the header for it. On failure facts keep what they held. Answers are remembered while path, size and times of the
-  // file are the same.
-  Status ImageInfo(const std::string& path, ImageFacts& facts);
+  // Measures a picture without decoding it; see Measurer::Measure.
+  Status ImageInfo(const std::string& path, ImageFacts& facts, Want want = Want::Size);
   // How many answers of ImageInfo are remembered, roughly; what is remembered beyond them is forgotten.
   void RememberSizes(std::size_t count);
 

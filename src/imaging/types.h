@@ -13,14 +13,15 @@ namespace quillon::imaging {
 
 using host::Status;
 
-// Size and resolution of a picture as its file records them.
-// width and height are in pixels, before the EXIF orientation is applied.
-// dpi is in dots per inch; 0 if the file records no resolution.
+// Size and resolution of a picture as its file records them, without decoding it.
 struct ImageFacts {
-  int width = 0;
-  int height = 0;
-  int dpi = 0;
+  int width = 0;   // pixels, before the EXIF orientation is applied
+  int height = 0;  // pixels
+  int dpi = 0;     // horizontal resolution in dots per inch; 0 if it was not asked for or the file states none
 };
+
+// What to find out about a picture. The resolution costs a further read of the header.
+enum class Want { Size, SizeAndDpi };
 
 // Output formats of CropToFile and SaveByEncoder. The numbers are part of the call and never change.
 enum class Encoder { Bmp = 1, Jpeg = 2, Png = 3, Gif = 4, Tiff = 5 };

@@ -186,8 +186,7 @@ class CutTest : public StartedTest {
   }
   int DpiOf(const std::string& path) {
     imaging::ImageFacts facts;
-    facts.dpi = 1;
-    EXPECT_TRUE(program.images.ImageInfo(path, facts)) << path;
+    EXPECT_TRUE(program.images.ImageInfo(path, facts, imaging::Want::SizeAndDpi)) << path;
     return facts.dpi;
   }
 

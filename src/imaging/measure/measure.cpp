@@ -12,7 +12,6 @@
 #include "base/path_text.h"
 #include "host/files/file_stamp.h"
 #include "imaging/limits.h"
-#include "imaging/measure/measure_dpi.h"
 #include "imaging/measure/measure_probe.h"
 
 namespace quillon::imaging {
@@ -22,7 +21,7 @@ using host::FileFacts;
 using host::FileKind;
 using host::Problem;
 
-constexpr int kNotAsked = -1;
+constexpr int kNotRead = -1;
 
 struct Answer {
   std::uint64_t size = 0;
@@ -31,15 +30,15 @@ struct Answer {
   std::uint64_t inode = 0;
   int width = 0;
   int height = 0;
-  int dpi = kNotAsked;
+  int dpi = kNotRead;
 
   bool IsFor(const FileFacts& file) const {
     return size == file.size && modified == file.modified && changed == file.changed && inode == file.inode;
   }
 };
 
-// Answers by path. Of the path only a hash is kept; size, times and inode have to agree as well. When the younger half
-// is full the older one is dropped.
+// Remembers answers by path. Of the path only a hash is kept, so size, times and inode of the file have to agree as
+// well. When the younger half is full, the older one is dropped.
 class Memory {
  public:
   std::optional<Answer> Find(const std::string& path, const FileFacts& file) {
@@ -109,7 +108,7 @@ class Turnstile {
   std::uint64_t served_ = 0;
 };
 
-// MediaInfo tells nothing of their resolution.
+// MediaInfo does not report their resolution.
 bool IsPsd(const std::string& path) { return base::ToLowerAscii(path).find(".psd") != std::string::npos; }
 
 }  // namespace
@@ -118,9 +117,9 @@ struct Measurer::Parts {
   host::Files& files;
   Loader loader;
   Memory memory;
-  // MediaInfo takes locks of its own thousands of times a file: two at once are slower than one after the other. A
-  // plain mutex would let the thread that measures ahead take it again and again before the caller. Files are opened
-  // outside, so that one on a disk that does not answer holds up no other.
+  // MediaInfo locks mutexes of its own thousands of times for one file: two measurements at once are slower than one
+  // after the other. A plain mutex would let the prefetching thread lock it again and again before the caller. Files
+  // are opened before it is locked, so that one on an unresponsive disk does not hold up the others.
   Turnstile turnstile;
   std::optional<MeasureProbe> probe;  // from the first measurement on
 
@@ -136,7 +135,7 @@ struct Measurer::Parts {
       if (!probe) probe.emplace();
       status = probe->Measure(source, size);
     }
-    // It knows no pictures of a few pixels, and not every kind of file that is read here.
+    // MediaInfo reports no size for pictures of a few pixels, nor for every kind of file that is read here.
     if (status.GetProblem() == Problem::Unsupported) return MeasureByLoading(path, answer);
     answer.width = size.width;
     answer.height = size.height;
@@ -157,7 +156,7 @@ Measurer::Measurer(host::Files& files, Loader loader) : parts_(std::make_unique<
 
 Measurer::~Measurer() = default;
 
-Status Measurer::Measure(const std::string& path, ImageFacts& facts) {
+Status Measurer::Measure(const std::string& path, ImageFacts& facts, Want want) {
   const std::optional<FileFacts> file = parts_->files.Stat(path);
   if (!file) return {Problem::Missing, "找不到图片文件"};
   if (file->kind != FileKind::File) return {Problem::Unsupported, "不是图片文件"};
@@ -168,13 +167,14 @@ Status Measurer::Measure(const std::string& path, ImageFacts& facts) {
   if (!known) {
     if (Status status = parts_->MeasureFile(path, answer); !status) return status;
   }
-  const bool wantsDpi = facts.dpi > 0 && answer.dpi == kNotAsked;
-  if (wantsDpi) answer.dpi = ReadDpi(path);
-  if (!known || wantsDpi) {
+  const bool withDpi = want == Want::SizeAndDpi;
+  const bool readsDpi = withDpi && answer.dpi == kNotRead;
+  if (readsDpi) answer.dpi = ReadDpi(path);
+  if (!known || readsDpi) {
     const std::optional<FileFacts> after = parts_->files.Stat(path);
     if (after && Unchanged(*file, *after)) parts_->memory.Keep(path, *file, answer);
   }
-  facts = {answer.width, answer.height, facts.dpi > 0 || IsPsd(path) ? answer.dpi : 0};
+  facts = {answer.width, answer.height, withDpi || IsPsd(path) ? answer.dpi : 0};
   return Status::Ok();
 }
 

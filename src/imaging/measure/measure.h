@@ -11,11 +11,11 @@
 
 namespace quillon::imaging {
 
-// Sizes of pictures without decoding them. Every call may come from any thread.
+// Measures pictures without decoding them, and remembers what it found. Every function may be called from any thread.
 class Measurer {
  public:
-  // Measures by opening the picture; used for paths that hold ".psd", and where MediaInfo reports no size. Fills width,
-  // height and dpi. May be called on any thread that calls Measure.
+  // Opens the picture and fills width, height and dpi. Called for a path that holds ".psd", and if MediaInfo reports no
+  // size; on any thread that calls Measure.
   using Loader = std::function<Status(const std::string& path, ImageFacts& facts)>;
 
   Measurer(host::Files& files, Loader loader);
@@ -23,24 +23,28 @@ class Measurer {
   Measurer(const Measurer&) = delete;
   Measurer& operator=(const Measurer&) = delete;
 
-  // Width and height in pixels, as MediaInfo reports them. facts.dpi above 0 on entry asks for the resolution too,
-  // which is read from the header (jpg, png, tif, bmp; 0 where the file tells none); with 0 on entry it stays 0,
-  // except for psd, where loading gives it anyway. On failure facts keep what they held: Missing, Denied, Unsupported
-  // (no picture, or a folder), Damaged.
-  //
-  // Answers are remembered by path while size, times and inode of the file stay the same: the latest kSizesRemembered
-  // or so.
-  Status Measure(const std::string& path, ImageFacts& facts);
+  // Stores width and height as MediaInfo reports them, and with Want::SizeAndDpi the resolution from the header (jpg,
+  // png, tif, bmp; 0 if the file states none). With Want::Size dpi becomes 0, except for a psd, which is loaded anyway.
+  // Fails with Missing, Denied, Unsupported (no picture, or a folder) or Damaged, or as the system does; facts are then
+  // unchanged.
+  // The latest answers, about kSizesRemembered, are remembered by path as long as size, times and inode of the file
+  // stay the same.
+  Status Measure(const std::string& path, ImageFacts& facts, Want want = Want::Size);
 
-  // Remembers that many answers from now on; fewer than before are kept only as far as they are the latest.
+  // Remembers about count answers from now on, and forgets the oldest beyond them.
   void Remember(std::size_t count);
 
-  // True when Measure would answer this from memory, asked with dpi 0.
+  // Returns whether Measure would answer Want::Size from memory.
   bool Knows(const std::string& path) const;
 
  private:
   struct Parts;
   std::unique_ptr<Parts> parts_;
 };
+
+// Returns the horizontal resolution in dots per inch, rounded to the nearest integer, from the header of a jpg, png,
+// tif (also BigTIFF) or bmp file. The first bytes decide which it is. Returns 0 if the file states none, is of another
+// kind or has a header that cannot be followed.
+int ReadDpi(const std::string& path);
 
 }  // namespace quillon::imaging

@@ -1,7 +1,5 @@
 // SPDX-FileCopyrightText: 2026 The Quillon developers
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "imaging/measure/measure_dpi.h"
-
 #include <cmath>
 #include <cstdint>
 #include <fstream>
@@ -11,6 +9,7 @@
 
 #include "imaging/io/bytes.h"
 #include "imaging/jpeg/jpeg_head.h"
+#include "imaging/measure/measure.h"
 #include "imaging/metadata/tiff_tags.h"
 
 namespace quillon::imaging {
@@ -25,7 +24,8 @@ constexpr double kDpiMax = 65535;
 
 int Rounded(double dpi) { return dpi >= 0.5 && dpi <= kDpiMax ? static_cast<int>(std::lround(dpi)) : 0; }
 
-// Numbers at positions of a file. A position that cannot be read ends all further reading: Good tells.
+// Reads numbers at positions of a file. Once a position cannot be read, Good returns false and all further numbers are
+// 0.
 class Reader {
  public:
   explicit Reader(const std::string& path) : file_(path, std::ios::binary) {}
@@ -40,7 +40,7 @@ class Reader {
     return bytes;
   }
 
-  // As many as there are, up to size.
+  // Returns the first size bytes, or the whole file if it is shorter.
   std::string Begin(std::size_t size) {
     std::string bytes = Bytes(0, size);
     bytes.resize(static_cast<std::size_t>(file_.gcount()));
@@ -98,7 +98,7 @@ int BmpDpi(Reader& reader) {
   return Rounded(static_cast<double>(reader.Number(38, 4)) * kMetresPerInch);
 }
 
-// Of the first directory.
+// Reads the first directory.
 int TiffDpi(const std::string& path) {
   constexpr std::uint32_t kXResolution = 282;
   constexpr std::uint32_t kResolutionUnit = 296;

@@ -18,11 +18,11 @@ using host::Problem;
 using host::Status;
 
 constexpr std::size_t kBlock = std::size_t{32} * 1024;
-constexpr std::size_t kAllDone = 8;  // bit of Open_Buffer_Continue's result: nothing more is wanted
-constexpr int kSeeksMax = 1000;      // of a file whose offsets lead in circles
+constexpr std::size_t kAllDone = 8;  // bit of Open_Buffer_Continue's result: it needs no more bytes
+constexpr int kSeeksMax = 1000;      // ends a file whose offsets lead in circles
 constexpr std::uint64_t kStay = std::numeric_limits<std::uint64_t>::max();
 
-// MediaInfo's name for the kind of file; empty leaves it to try them all.
+// Returns MediaInfo's name of the parser for the kind of file; with an empty name it tries all of them.
 const wchar_t* ParserFor(std::string_view begin) {
   if (begin.starts_with("\xFF\xD8\xFF"sv)) return L"Jpeg";
   if (begin.starts_with("\x89PNG"sv)) return L"Png";
@@ -32,7 +32,7 @@ const wchar_t* ParserFor(std::string_view begin) {
   return L"";
 }
 
-// The number in the text between label and "pixels", searched from position at, which is moved behind it.
+// Returns the number in the text between label and "pixels". Searches from position at, and moves it after the number.
 std::optional<int> NumberAfter(std::wstring_view report, std::wstring_view label, std::size_t& at) {
   const std::size_t from = report.find(label, at);
   if (from == std::wstring_view::npos) return std::nullopt;
@@ -75,7 +75,7 @@ struct MeasureProbe::Parts {
     info.Option(L"File_ForceParser", parser);
   }
 
-  // Feeds the file until MediaInfo has seen enough; follows it where it wants to go on reading.
+  // Passes bytes of the file on until MediaInfo has enough, from the positions that it asks for.
   void Feed(Source& source) {
     ChooseParser({reinterpret_cast<const char*>(source.block_.data()), source.count_});
     info.Open_Buffer_Init(source.length_, 0);

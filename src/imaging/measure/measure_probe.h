@@ -14,11 +14,11 @@
 
 namespace quillon::imaging {
 
-// One MediaInfo object, used again and again, by one thread at a time.
+// One MediaInfo object for many files. One thread at a time may use it.
 //
-// The file is opened here and its bytes are handed over, rather than its name: MediaInfo takes numbered names for one
-// image sequence, turns names into wide text by the locale (which fails for names that are not text there), and finds
-// out the kind of a file slower than by its first bytes.
+// The file is opened here and its bytes are passed on instead of its name: MediaInfo would read numbered names as one
+// image sequence, converts names to wide text by the locale (which fails for names that are no text there), and detects
+// the kind of a file more slowly than the first bytes do.
 class MeasureProbe {
  public:
   MeasureProbe();
@@ -26,11 +26,11 @@ class MeasureProbe {
   MeasureProbe(const MeasureProbe&) = delete;
   MeasureProbe& operator=(const MeasureProbe&) = delete;
 
-  // A file opened for it, and its first bytes: most pictures need no more. A disk that does not answer is met here,
-  // before the object is taken.
+  // An open file and its first bytes, which are enough for most pictures. An unresponsive disk blocks here, before the
+  // MediaInfo object is in use.
   class Source {
    public:
-    // Missing, Denied or another system failure.
+    // Fails with Missing, Denied or another failure of the system.
     host::Status Open(const std::string& path);
 
    private:
@@ -41,12 +41,12 @@ class MeasureProbe {
 
     std::unique_ptr<std::FILE, Close> file_;
     std::uint64_t length_ = 0;
-    std::vector<unsigned char> block_;  // read last
-    std::size_t count_ = 0;             // bytes in it
+    std::vector<unsigned char> block_;  // the bytes that were read last
+    std::size_t count_ = 0;             // how many bytes of block_ are in use
   };
 
-  // Size in pixels. A system failure when it cannot be read; Unsupported when no size is reported; Damaged when it is
-  // zero. size is set on success only.
+  // Stores the size in pixels; on failure size is unchanged. Fails as the system does if the file cannot be read, with
+  // Unsupported if no size is reported, with Damaged if a side is 0.
   host::Status Measure(Source& source, base::Size& size);
 
  private:
@@ -54,8 +54,8 @@ class MeasureProbe {
   std::unique_ptr<Parts> parts_;
 };
 
-// Takes the size from a report: the text between "Width" and "pixels", then from the next "Height" on; blanks and the
-// colon are removed, so "3 840 pixels" is 3840. False when there is no such text or it is no number.
+// Reads the size from a report: the text between "Width" and "pixels", then after the next "Height"; blanks and the
+// colon are removed, so that "3 840 pixels" is 3840. Returns false if there is no such text or it is no number.
 bool SizeFromReport(std::wstring_view report, base::Size& size);
 
 }  // namespace quillon::imaging

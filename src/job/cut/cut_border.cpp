@@ -14,8 +14,8 @@ BoardResolution ResolutionFor(CutFile& file) {
   const CutSettings& options = file.settings;
   const bool fixedCut = options.fixedSize && !options.frameOnly;
   imaging::ImageFacts facts;
-  facts.dpi = 1;
-  if (fixedCut || !file.program.images.ImageInfo(file.listedPath, facts)) facts.dpi = 0;
+  // A source that cannot be measured counts as one without a resolution.
+  if (!fixedCut) static_cast<void>(file.program.images.ImageInfo(file.listedPath, facts, imaging::Want::SizeAndDpi));
   return ResolutionOfBoard(fixedCut, options.dpi, facts.dpi, file.program.flags.ScreenDpi);
 }
 

@@ -76,8 +76,8 @@ std::string CutTarget(const CutFile& file) {
 Step MeasureSource(CutFile& file) {
   Flags& flags = file.program.flags;
   imaging::ImageFacts facts;
-  facts.dpi = file.Listed() ? 0 : 1;
-  file.measured = file.program.images.ImageInfo(file.Src, facts);
+  const imaging::Want want = file.Listed() ? imaging::Want::Size : imaging::Want::SizeAndDpi;
+  file.measured = file.program.images.ImageInfo(file.Src, facts, want);
   if (!file.measured) facts = {};
   flags.InfoWidth = std::to_string(facts.width);
   flags.InfoHeight = std::to_string(facts.height);

@@ -48,8 +48,7 @@ Admission AdmissionRule::Admit(const std::string& path) {
   Flags& flags = program_.flags;
   flags.InfoWidth = flags.InfoHeight = "0";
   imaging::ImageFacts facts;
-  facts.dpi = 1;  // asks for the resolution that the list shows
-  const host::Status measured = program_.images.ImageInfo(path, facts);
+  const host::Status measured = program_.images.ImageInfo(path, facts, imaging::Want::SizeAndDpi);
   if (!measured) facts = {};
   const int pageDpi = flags.OutDpi > 0 ? flags.OutDpi : kDefaultPageDpi;
   const Pages pages = CountsPages() ? program_.pageCounter->Count(mode_, path, pageDpi) : Pages();

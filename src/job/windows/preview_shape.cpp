@@ -37,10 +37,9 @@ PreviewBoard BoardAroundCut(Program& program, const Preview& preview) {
   if (options.frameOnly && options.padToSize) return PaddingAround(frame, options);
   const bool fixedCut = options.fixedSize && !options.frameOnly;
   imaging::ImageFacts facts;
-  facts.dpi = 1;
-  const bool told = !fixedCut && !preview.Path().empty() && !program.flags.CurrentImagePath.empty() &&
-                    program.images.ImageInfo(program.flags.CurrentImagePath, facts);
-  if (!told) facts.dpi = 0;
+  // A picture that cannot be measured counts as one without a resolution.
+  if (!fixedCut && !preview.Path().empty() && !program.flags.CurrentImagePath.empty())
+    static_cast<void>(program.images.ImageInfo(program.flags.CurrentImagePath, facts, imaging::Want::SizeAndDpi));
   const BoardResolution resolution = ResolutionOfBoard(fixedCut, options.dpi, facts.dpi, program.flags.ScreenDpi);
   const Board board = BoardPixels(options.boardMm, resolution.dpi, resolution.k);
   double across = 1;

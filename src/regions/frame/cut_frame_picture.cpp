@@ -44,8 +44,7 @@ host::Status CutFrame::ClonePicture(imaging::Image& out) {
 
 void CutFrame::UpdateImage(const std::string& path, const imaging::Image& image) {
   imaging::ImageFacts facts;
-  facts.dpi = 1;
-  const bool measured = static_cast<bool>(program_.images.ImageInfo(path, facts));
+  const bool measured = static_cast<bool>(program_.images.ImageInfo(path, facts, imaging::Want::SizeAndDpi));
   // What cannot be measured may still be loaded by the helper; its picture has a size.
   if (imaging::Image served; !measured && !image && ClonePicture(served)) {
     UpdateImage(path, served);
@@ -145,9 +144,8 @@ void CutFrame::PadToRatio() {
   controls::Button& button = Window().CmdAddBoard;
   const std::string source = program_.flags.CurrentImagePath;
   imaging::ImageFacts facts;
-  facts.dpi = 1;
   const std::optional<double> ratio = Ratio();
-  if (!ratio || !program_.images.ImageInfo(source, facts)) return;
+  if (!ratio || !program_.images.ImageInfo(source, facts, imaging::Want::SizeAndDpi)) return;
   const base::Size picture{facts.width, facts.height};
   const base::Size total = PaddedToRatio(picture, *ratio);
   if (total == picture) return;

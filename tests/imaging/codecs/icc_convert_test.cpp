@@ -55,8 +55,8 @@ TEST_F(ByProfilesTest, APictureWithoutAProfileIsTakenForTheScreens) {
   EXPECT_EQ(made.width, 40);
   EXPECT_EQ(made.height, 30);
   EXPECT_EQ(JpegQuality(world.folder.Read("b.jpg")), 77) << "the quality of the source";
-  ImageFacts facts{.dpi = 1};
-  ASSERT_TRUE(services.ImageInfo(Path("b.jpg"), facts));
+  ImageFacts facts;
+  ASSERT_TRUE(services.ImageInfo(Path("b.jpg"), facts, Want::SizeAndDpi));
   EXPECT_EQ(facts.dpi, 254);
 }
 

@@ -14,7 +14,6 @@
 
 #include "host/posix/posix_disk.h"
 #include "imaging/jpeg_maker.h"
-#include "imaging/measure/measure_dpi.h"
 #include "imaging/measure/measure_probe.h"
 #include "imaging/metadata/exif_block.h"
 #include "imaging/scratch_folder.h"
@@ -86,9 +85,9 @@ std::string BigTiff(bool big, unsigned dpi) {
 
 class MeasureTest : public ::testing::Test {
  protected:
-  ImageFacts Measured(const std::string& path, int dpi = 0) {
-    ImageFacts facts{1, 2, dpi};
-    const Status status = measurer_.Measure(path, facts);
+  ImageFacts Measured(const std::string& path, Want want = Want::Size) {
+    ImageFacts facts{1, 2, 3};
+    const Status status = measurer_.Measure(path, facts, want);
     EXPECT_TRUE(status) << path << ": " << status.Why();
     return facts;
   }
@@ -96,7 +95,7 @@ class MeasureTest : public ::testing::Test {
   // The facts stay as they were.
   Problem Refused(const std::string& path) {
     ImageFacts facts{11, 22, 33};
-    const Status status = measurer_.Measure(path, facts);
+    const Status status = measurer_.Measure(path, facts, Want::SizeAndDpi);
     EXPECT_EQ(status.Why().empty(), static_cast<bool>(status));
     EXPECT_EQ(facts.width, 11);
     EXPECT_EQ(facts.height, 22);
@@ -214,7 +213,7 @@ TEST_F(MeasureTest, PsdGoesThroughTheLoader) {
   EXPECT_EQ(facts.dpi, 300);
   EXPECT_EQ(Refused(folder_.Put("bad.psd", "8BPS")), Problem::Damaged);
   EXPECT_EQ(loads_, 2);
-  Measured(folder_.Path("a.psd"), 1);
+  Measured(folder_.Path("a.psd"), Want::SizeAndDpi);
   EXPECT_EQ(loads_, 2);  // remembered, resolution and all
 }
 
@@ -223,7 +222,7 @@ TEST_F(MeasureTest, PsdInCapitalsGoesThroughTheLoaderToo) {
   const std::string psd = "8BPS" + Big(1, 2) + std::string(6, '\0') + Big(3, 2) + Big(43, 4) + Big(61, 4) + Big(8, 2) +
                           Big(3, 2) + Big(0, 4) + Big(0, 4) + Big(0, 4) + Big(0, 2) +
                           std::string(std::size_t{61} * 43 * 3, '\0');
-  const ImageFacts facts = Measured(folder_.Put("B.PSD", psd), 1);
+  const ImageFacts facts = Measured(folder_.Put("B.PSD", psd), Want::SizeAndDpi);
   EXPECT_EQ(SizeOf(facts), (base::Size{640, 480}));
   EXPECT_EQ(facts.dpi, 300);
 }
@@ -288,10 +287,10 @@ TEST_F(MeasureTest, ResolutionOnRequestOnly) {
   options.density = 300;
   const std::string path = folder_.Put("a.jpg", Jpeg({33, 44}, options));
   EXPECT_EQ(Measured(path).dpi, 0);
-  EXPECT_EQ(Measured(path, 1).dpi, 300);
-  EXPECT_EQ(Measured(path, 1).dpi, 300);
+  EXPECT_EQ(Measured(path, Want::SizeAndDpi).dpi, 300);
+  EXPECT_EQ(Measured(path, Want::SizeAndDpi).dpi, 300);
   EXPECT_EQ(Measured(path).dpi, 0);
-  EXPECT_EQ(Measured(folder_.Put("none.jpg", Jpeg({33, 44})), 1).dpi, 0);
+  EXPECT_EQ(Measured(folder_.Put("none.jpg", Jpeg({33, 44})), Want::SizeAndDpi).dpi, 0);
 }
 
 TEST_F(MeasureTest, SeveralThreadsAtOnce) {
