@@ -3,6 +3,7 @@
 #include "formats/output_tools.h"
 
 #include "base/path_text.h"
+#include "job/work_files.h"
 #include "tools/command_lines.h"
 #include "tools/helper_calls.h"
 #include "tools/pic_handler.h"
@@ -32,7 +33,7 @@ host::Status OutputTools::CopyExif(const std::string& source, const std::string&
   const auto facts = files.Stat(target);
   // A helper that is late is not ended and may still write: the name that it knows must never be that of a later
   // picture, whose work file has the name of this one.
-  const std::string stem = "Exif" + std::to_string(facts ? facts->changed : 0);
+  const std::string stem = job::work_files::ExifTargetStem(facts ? facts->changed : 0);
   const std::string own = base::JoinPath(program_.host.programFolder, stem, base::SplitPath(target).extension);
   host::Status status = files.CopyOwn(target, own);
   if (status) status = tools::CopyExif(program_.tools, source, own);

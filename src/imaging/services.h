@@ -18,6 +18,10 @@
 
 namespace quillon::imaging {
 
+// The file of the program folder by which a picture passes between the program and its helpers, as by a clipboard.
+// Written by whoever sends the picture, and overwritten by the next one.
+inline constexpr const char* kClipBoardLane = "ClipBoard.lane";
+
 // All pixel work. One object per process, after start-up used from one thread. Every operation that writes does so
 // through host::Files::Save, asks about a full disk as SaveByType tells, and leaves no part of a file when it fails.
 //

@@ -24,7 +24,7 @@ struct Services::Parts {
   Status SaveCut(const CropRequest& request, const std::function<Status(host::Draft&)>& fill);
   Status SavePicture(const Image& image, const std::string& path, const EncodeOptions& options);
 
-  std::string ClipBoardPath() const { return host.programFolder + "/ClipBoard.lane"; }
+  std::string ClipBoardPath() const { return host.programFolder + "/" + kClipBoardLane; }
 
   // Decodes a picture whole.
   Status Load(const std::string& path, Picture& out);

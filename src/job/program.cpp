@@ -12,6 +12,7 @@
 #include "job/list/file_intake.h"
 #include "job/list/run_guard.h"
 #include "job/windows/preview_shape.h"
+#include "job/work_files.h"
 #include "tools/processes.h"
 #include "tools/twins.h"
 
@@ -90,7 +91,7 @@ bool Program::Unload() {
   if (ended_) return true;
   if (Ask(kCloseQuestion, kCloseType) != host::Reply::Ok) return false;
   // What cannot be removed is passed over: the next start writes it anew.
-  static_cast<void>(host.files.RemoveOwn(AppPath("Pdfs")));
+  static_cast<void>(host.files.RemoveOwn(AppPath(work_files::kPdfPages)));
   images.DisposeImage(flags.FirstImageHandle);
   images.ImageWizardShutDown();
   tools::RemoveProgramsAtExit(host);
@@ -125,7 +126,7 @@ std::string Program::PreviewSource(const std::string& path, base::Size size) {
   if (!form1.ChLarge.On() || longer <= kMostSide) return path;
   const double scale = static_cast<double>(kMostSide) / longer;
   const auto capped = [&](int side) { return std::max(1, base::R(side * scale)); };
-  const std::string reduced = AppPath("Tmp.jpg");
+  const std::string reduced = AppPath(work_files::kShownPicture);
   return Reduce(path, size, reduced, {capped(size.width), capped(size.height)}) ? reduced : path;
 }
 
@@ -168,7 +169,7 @@ void Program::ShowAsCut() {
 // Written by hand, so that a start does not have to start the image library.
 void Program::WriteCanvas() {
   // Whoever needs the canvas looks for the file.
-  static_cast<void>(host.files.Save(AppPath("Canvas.bmp"), WhiteBmp(50)));
+  static_cast<void>(host.files.Save(AppPath(work_files::kCanvas), WhiteBmp(50)));
 }
 
 bool Program::ShowWindow(const std::string& name) {

@@ -113,7 +113,7 @@ class Program {
   // Remembers the folders of both labels, as every batch does at its start.
   void SaveFolders();
 
-  // A path in the program folder: AppPath("Tmp.jpg").
+  // Returns the path of a file in the program folder: AppPath(work_files::kCanvas).
   std::string AppPath(const std::string& name) const;
 
  private:

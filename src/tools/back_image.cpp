@@ -3,6 +3,7 @@
 #include "tools/back_image.h"
 
 #include "base/path_text.h"
+#include "imaging/services.h"
 #include "tools/command_lines.h"
 #include "tools/expected_file.h"
 #include "tools/keys.h"
@@ -35,7 +36,7 @@ bool SendToBackImg(Tools& tools, const std::string& command, const std::string& 
   return waited == WaitResult::Done;
 }
 
-std::string LanePath(const host::Host& host) { return base::JoinPath(host.programFolder, "ClipBoard.lane"); }
+std::string LanePath(const host::Host& host) { return base::JoinPath(host.programFolder, imaging::kClipBoardLane); }
 
 host::Status LoadThroughBackImg(Tools& tools, const std::string& file, bool& startedFlag) {
   if (host::Status fits = CheckPaths(TextFormat::TabsAndBars, kName, {file}); !fits) return fits;

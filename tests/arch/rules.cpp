@@ -3,6 +3,7 @@
 #include "arch/rules.h"
 
 #include <algorithm>
+#include <iterator>
 #include <map>
 #include <regex>
 #include <set>
@@ -255,6 +256,18 @@ Breaches CheckWrites(const Source& source) {
       "QLock",   "QFile",      "QIOD",     "removeRec", "moveTo",   "save",        "write_to", "resize_file"};
   Match(source, CodeOf(source.text, Literals::Blank), kCalls, what, kHints, out);
   Match(source, CodeOf(source.text, Literals::Keep), kOpenForWriting, what, {"open"}, out);
+  return out;
+}
+
+Breaches CheckWorkFiles(const Source& source) {
+  static const std::regex kNames(R"re("(Tmp2?|tmp|Canvas|OmitSubfolds|Pdfs|Exif)(\.\w*)?")re");
+  static constexpr std::string_view kFolders[] = {"src/job/",   "src/regions/", "src/formats/",
+                                                  "src/smart/", "src/print/",   "src/shapes/"};
+  Breaches out;
+  const bool governed =
+      std::any_of(std::begin(kFolders), std::end(kFolders), [&](std::string_view folder) { return source.In(folder); });
+  if (!governed || !source.IsCode() || source.path == "src/job/work_files.h") return out;
+  Match(source, CodeOf(source.text, Literals::Keep), kNames, "work files are named in job/work_files.h", {"\""}, out);
   return out;
 }
 

@@ -20,6 +20,9 @@ Breaches CheckLibraries(const Source& source);
 Breaches CheckWiring(const Source& source);
 // Files are made, changed, renamed and removed by host/ alone.
 Breaches CheckWrites(const Source& source);
+// The files of the program folder are named in job/work_files.h, with their owners. Helpers name those of their
+// handshake.
+Breaches CheckWorkFiles(const Source& source);
 // Lines per file and per function.
 Breaches CheckSizes(const Source& source);
 // The two lines at the head that name owner and licence.

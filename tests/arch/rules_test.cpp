@@ -220,6 +220,23 @@ TEST(Rules, FilesAreWrittenInOnePlace) {
                {{"src/host/posix/a.cpp", "::rename(a, b);"}, {"tests/job/a.cpp", "std::ofstream out(p);"}});
 }
 
+TEST(Rules, WorkFilesAreNamedInOnePlace) {
+  const char* const refused[] = {
+      "const std::string zoomed = program.AppPath(\"Tmp.jpg\");",
+      "auto cut = file.WorkFile(\"Tmp2\");",
+      "auto copy = AppPath(\"tmp.\" + extension);",
+      "auto page = AppPath(\"Canvas.bmp\");",
+      "constexpr const char* kFile = \"OmitSubfolds.dat\";",
+  };
+  for (const char* line : refused) {
+    ExpectRefused(CheckWorkFiles, {{"src/job/cut/a.cpp", line}, {"src/formats/a.cpp", line}});
+    ExpectPassed(CheckWorkFiles,
+                 {{"src/job/work_files.h", line}, {"src/tools/a.cpp", line}, {"tests/job/a.cpp", line}});
+  }
+  ExpectPassed(CheckWorkFiles, {{"src/job/cut/a.cpp", "auto page = AppPath(work_files::kCanvas);  // \"Tmp.jpg\""},
+                                {"src/job/cut/a.cpp", "const char* k = \"TmpFolder\";"}});
+}
+
 std::string LinesOf(int count) {
   std::string text;
   for (int i = 0; i < count; ++i) text += "\n";

@@ -4,6 +4,7 @@
 #include "base/rounding.h"
 #include "job/cut/cut_steps.h"
 #include "job/settings/presets.h"
+#include "job/work_files.h"
 
 namespace quillon::job {
 namespace {
@@ -113,7 +114,7 @@ Step AddBorder(CutFile& file) {
     return options.frameOnly ? Fail(file, "仅边框模式没有启用“裁剪后加边框”，没有输出") : Step::Next;
   }
   file.program.host.pump.Turn();
-  const std::string bordered = file.WorkFile("Tmp2");
+  const std::string bordered = file.WorkFile(work_files::kResultStem);
   // Gone at the start, so that the save is a fresh one and need not wait for the disk.
   (void)file.program.host.files.RemoveOwn(bordered);
   const bool pads = options.frameOnly && options.padToSize;

@@ -22,8 +22,8 @@ struct CutFile {
 
   // Whether a row stands for it.
   bool Listed() const { return row > 0; }
-  // A work file in the program folder, with the extension of the output.
-  std::string WorkFile(const std::string& name) const;
+  // Returns the path of a work file with the extension of the output; see work_files.h.
+  std::string WorkFile(const std::string& stem) const;
   // Whether steps behind the cut change the picture, so that the cut goes to a work file first.
   bool BorderFollows() const { return settings.addBoard; }
   bool ConversionFollows() const;

@@ -3,6 +3,7 @@
 #include "base/path_text.h"
 #include "job/cut/cut_steps.h"
 #include "job/settings/cmyk_profiles.h"
+#include "job/work_files.h"
 #include "tools/keys.h"
 
 namespace quillon::job {
@@ -46,7 +47,7 @@ Step CopyExif(CutFile& file) {
 
 Step MakePdf(CutFile& file) {
   if (!file.run.pdf) return Step::Next;
-  const std::string pdf = file.program.AppPath("Tmp.pdf");
+  const std::string pdf = file.program.AppPath(work_files::kPdf);
   const host::Status made = file.program.outputTools->ToPdf(file.latestFile, pdf);
   (void)file.program.host.files.RemoveOwn(file.latestFile);
   if (!made) return Fail(file, made);

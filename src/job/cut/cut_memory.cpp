@@ -5,6 +5,7 @@
 #include "base/path_text.h"
 #include "job/cut/cut_steps.h"
 #include "job/settings/parameters.h"
+#include "job/work_files.h"
 
 namespace quillon::job {
 namespace {
@@ -91,7 +92,7 @@ Step Rescue(CutFile& file, const Status& failure) {
 Status CutThroughBitmap(CutFile& file) {
   imaging::Services& images = file.program.images;
   images.SetImageResolution(file.Work, file.settings.dpi);
-  const std::string bitmap = file.program.AppPath("Tmp.bmp");
+  const std::string bitmap = file.program.AppPath(work_files::kBitmap);
   if (Status saved = images.SaveImageToBmpFile(file.Work, bitmap); !saved) return saved;
   images.DisposeImage(file.Work);
   imaging::CropRequest request = PlainCrop(file);

@@ -3,6 +3,7 @@
 #include "base/path_text.h"
 #include "host/files/files.h"
 #include "job/cut/cut_steps.h"
+#include "job/work_files.h"
 
 namespace quillon::job {
 namespace {
@@ -30,7 +31,7 @@ Step PopCrop(CutFile& file) {
 // A gif goes through a work file; one that cannot be cut so is loaded and cut in memory.
 Step CutGifSource(CutFile& file) {
   imaging::CropRequest request = PlainCrop(file);
-  request.destination = file.WorkFile("Tmp");
+  request.destination = file.WorkFile(work_files::kCutStem);
   const host::Status cut = Crop(file, request);
   if (cut.DiskFull()) return Fail(file, cut);
   if (!cut) return CutInMemory(file, LoadFailure::Told);

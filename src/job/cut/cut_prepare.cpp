@@ -6,6 +6,7 @@
 #include "job/cut/cut_steps.h"
 #include "job/list/file_intake.h"
 #include "job/settings/parameters.h"
+#include "job/work_files.h"
 
 namespace quillon::job {
 namespace {
@@ -66,9 +67,9 @@ Step EndWithoutSize(CutFile& file) {
 
 // The cut goes to a work file when more is to be done with it, or when a crop would read the file that it writes.
 std::string CutTarget(const CutFile& file) {
-  if (file.BorderFollows()) return file.WorkFile("Tmp");
+  if (file.BorderFollows()) return file.WorkFile(work_files::kCutStem);
   const bool ontoItself = file.settings.over && file.Dst == file.listedPath;
-  return ontoItself || file.ConversionFollows() ? file.WorkFile("Tmp2") : file.Dst;
+  return ontoItself || file.ConversionFollows() ? file.WorkFile(work_files::kResultStem) : file.Dst;
 }
 
 }  // namespace
@@ -94,7 +95,7 @@ Step PassOverSmall(CutFile& file) {
 
 Step KeepExifSource(CutFile& file) {
   if (!file.settings.keepExif || !file.settings.over) return Step::Next;
-  const std::string copy = file.program.AppPath("tmp." + file.extension);
+  const std::string copy = file.program.AppPath(std::string(work_files::kExifSourceStem) + "." + file.extension);
   const host::Status copied = CopyAsking(file.program, file.Src, copy);
   if (copied) file.exifSource = copy;
   return copied.DiskFull() ? Fail(file, copied) : Step::Next;
@@ -109,7 +110,7 @@ Step ZoomBeforeCut(CutFile& file) {
   if (!file.settings.zoomBefore) return Step::Next;
   const auto size = ZoomedSize(file.settings.zoom, {file.W, file.H}, ZoomTime::BeforeCut);
   if (!size) return Step::Next;
-  const std::string zoomed = file.program.AppPath("Tmp.jpg");
+  const std::string zoomed = file.program.AppPath(work_files::kZoomedSource);
   host::Status status = FitsZoomed(*size);
   if (status) status = file.program.images.ZoomPic(file.Src, zoomed, size->width, size->height, file.ExifWish());
   if (!status) return FailLoad(file, status);

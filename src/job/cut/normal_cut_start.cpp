@@ -4,6 +4,7 @@
 #include "job/list/file_intake.h"
 #include "job/program.h"
 #include "job/settings/cut_settings.h"
+#include "job/work_files.h"
 
 namespace quillon::job {
 
@@ -49,7 +50,7 @@ void NormalCut::PrepareCanvas(bool withArray) {
   const bool border = program_.flags.AdvancedOptionsLoaded && program_.fBaseOpt.ChAddBoard.On();
   if (!border && !withArray) return;
   program_.WriteCanvas();
-  const std::string path = program_.AppPath("Canvas.bmp");
+  const std::string path = program_.AppPath(work_files::kCanvas);
   (void)program_.images.ZoomPic(path, path, program_.flags.FixW, program_.flags.FixH);
 }
 

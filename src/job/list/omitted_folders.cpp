@@ -6,11 +6,11 @@
 
 #include "base/path_text.h"
 #include "job/program.h"
+#include "job/work_files.h"
 
 namespace quillon::job {
 namespace {
 
-constexpr const char* kFile = "OmitSubfolds.dat";
 constexpr const char* kLineEnd = "\r\n";
 
 }  // namespace
@@ -28,7 +28,7 @@ void OmittedFolders::Read() {
   }
   std::string text;
   // Before the first run there is no such file, and an unreadable one omits nothing.
-  if (!program_.host.files.ReadFile(program_.AppPath(kFile), text)) return;
+  if (!program_.host.files.ReadFile(program_.AppPath(work_files::kOmittedFolders), text)) return;
   for (std::string_view rest = text; !rest.empty();) {
     const std::size_t end = rest.find('\n');
     std::string line(rest.substr(0, end));
@@ -45,7 +45,8 @@ bool OmittedFolders::Take(const std::string& folder) {
 }
 
 host::Status OmittedFolders::WriteBack() {
-  const host::Status saved = program_.host.files.Save(program_.AppPath(kFile), program_.flags.OmittedFolders);
+  const host::Status saved =
+      program_.host.files.Save(program_.AppPath(work_files::kOmittedFolders), program_.flags.OmittedFolders);
   Clear();
   return saved;
 }

@@ -10,6 +10,7 @@
 #include <algorithm>
 
 #include "job/settings/cut_settings.h"
+#include "job/work_files.h"
 #include "regions/frame/cut_frame.h"
 #include "tools/back_image.h"
 
@@ -91,8 +92,8 @@ std::string CutFrame::ShownFile(const std::string& path, const imaging::Image& i
 }
 
 std::string CutFrame::OtherWorkFile(const std::string& path) const {
-  const std::string first = program_.AppPath("Tmp.jpg");
-  return path == first ? program_.AppPath("Tmp2.jpg") : first;
+  const std::string first = program_.AppPath(job::work_files::kShownPicture);
+  return path == first ? program_.AppPath(job::work_files::kOtherShownPicture) : first;
 }
 
 // --- Turning
@@ -117,7 +118,7 @@ void CutFrame::Turn(double angle) {
   const int dpi = images.GetImageResolution(picture);
   if (!images.RotateImage(picture, angle, base::kWhite)) return;
   images.SetImageResolution(picture, dpi);
-  const std::string work = program_.AppPath("Tmp.jpg");
+  const std::string work = program_.AppPath(job::work_files::kShownPicture);
   if (!images.SaveImageToJpgFile(picture, work, kWorkQuality, imaging::Exif::Keep)) return;
   flags.CurrentImagePath = work;
   flags.ManualRotated = true;

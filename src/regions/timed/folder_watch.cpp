@@ -9,6 +9,7 @@
 #include "base/path_text.h"
 #include "base/utf8.h"
 #include "job/cut/cut_file.h"
+#include "job/work_files.h"
 
 namespace quillon::regions {
 namespace {
@@ -139,7 +140,8 @@ RegionSource FolderWatch::Open(const std::string& path) const {
 
 // Cut aside first: a source that another program has replaced meanwhile is not written over.
 host::Status FolderWatch::CutInPlace(const std::string& path, const Stamp& stamp, const RegionCut& cut) {
-  const std::string work = program_.AppPath("Tmp2." + base::SplitPath(path).extension);
+  const std::string work =
+      program_.AppPath(std::string(job::work_files::kResultStem) + "." + base::SplitPath(path).extension);
   const host::Status made = Open(path).Cut({cut.box, work}, program_.form1.TQuality.Integer());
   if (!made) return made;
   if (StampOf(program_.host.files, path) != stamp) return {Problem::Damaged, "图片在裁剪期间被改动"};
