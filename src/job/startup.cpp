@@ -4,7 +4,7 @@
 #include "job/cut/normal_cut.h"
 #include "job/list/file_intake.h"
 #include "job/program.h"
-#include "job/settings/units.h"
+#include "job/settings/geometry.h"
 #include "tools/processes.h"
 #include "tools/twins.h"
 

@@ -10,7 +10,6 @@
 #include <vector>
 
 #include "job/program.h"
-#include "job/settings/cmyk_profiles.h"
 
 namespace quillon::job {
 

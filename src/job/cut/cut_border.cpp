@@ -3,7 +3,6 @@
 #include "base/path_text.h"
 #include "base/rounding.h"
 #include "job/cut/cut_steps.h"
-#include "job/settings/presets.h"
 #include "job/work_files.h"
 
 namespace quillon::job {
@@ -13,7 +12,7 @@ using host::Status;
 
 BoardResolution ResolutionFor(CutFile& file) {
   const CutSettings& options = file.settings;
-  const bool fixedCut = options.fixedSize && !options.frameOnly;
+  const bool fixedCut = options.geometry.ChFixCut && !options.frameOnly;
   imaging::ImageFacts facts;
   // A source that cannot be measured counts as one without a resolution.
   if (!fixedCut) static_cast<void>(file.program.images.ImageInfo(file.listedPath, facts, imaging::Want::SizeAndDpi));
@@ -43,20 +42,22 @@ void PlaceWhole(imaging::BorderRequest& request, const Board& board) {
 // without ChMode1 its border is turned with it.
 void PlacePicture(const CutFile& file, const Board& board, imaging::BorderRequest& request) {
   const CutSettings& options = file.settings;
-  if (options.frameOnly || !options.fixedSize) {
+  if (options.frameOnly || !options.geometry.ChFixCut) {
     PlaceWhole(request, board);
     return;
   }
   const bool turned = file.RestoreAngle != 0 || file.program.flags.ImageRotated;
   if (turned && (options.preset == kPresetC || options.preset == kPresetD)) {
     const Extend extend = options.extendRight ? Extend::Right : Extend::Bottom;
-    request.total = ExtendedSize(extend, options.FixW, options.FixH, board);
+    request.total = ExtendedSize(extend, options.geometry.FixW, options.geometry.FixH, board);
     const bool right = extend == Extend::Right;
-    PlaceFit(request, {options.FixH, options.FixW}, right ? board.left : board.top, right ? board.top : board.left);
+    PlaceFit(request, {options.geometry.FixH, options.geometry.FixW}, right ? board.left : board.top,
+             right ? board.top : board.left);
     return;
   }
-  request.total = {Sum(options.FixW, board.left, board.right), Sum(options.FixH, board.top, board.bottom)};
-  PlaceFit(request, {options.FixW, options.FixH}, board.left, board.top);
+  request.total = {Sum(options.geometry.FixW, board.left, board.right),
+                   Sum(options.geometry.FixH, board.top, board.bottom)};
+  PlaceFit(request, {options.geometry.FixW, options.geometry.FixH}, board.left, board.top);
 }
 
 // A failure on a canvas that is too large tells its size.
@@ -90,8 +91,8 @@ Status PadToSize(CutFile& file, const std::string& destination) {
   imaging::Image canvas;
   if (Status loaded = images.LoadImageFromFile(file.Src, picture); !loaded) return loaded;
   const base::Size size{images.GetImageWidth(picture), images.GetImageHeight(picture)};
-  const Fit fit = FitToSize(size, options.FixW, options.FixH);
-  file.latestSize = {options.FixW, options.FixH};
+  const Fit fit = FitToSize(size, options.geometry.FixW, options.geometry.FixH);
+  file.latestSize = {options.geometry.FixW, options.geometry.FixH};
   if (Status made = images.NewCanvas(file.latestSize, base::kWhite, canvas); !made)
     return OnCanvas(file.latestSize, made);
   const base::Rect place{fit.offsetX, fit.offsetY, fit.FitW, fit.FitH};

@@ -8,6 +8,7 @@
 #include "base/path_text.h"
 #include "host/disk_full.h"
 #include "job/cut/cut_steps.h"
+#include "job/cut/output_name.h"
 
 namespace quillon::job {
 namespace {

@@ -1,17 +1,30 @@
 // SPDX-FileCopyrightText: 2026 The Quillon developers
 // SPDX-License-Identifier: GPL-3.0-or-later
+#include <string>
+#include <utility>
+
 #include "base/path_text.h"
 #include "job/cut/cut_steps.h"
-#include "job/settings/cmyk_profiles.h"
+#include "job/settings/lists.h"
 #include "job/work_files.h"
 #include "tools/keys.h"
 
 namespace quillon::job {
-
 namespace {
 
 // What is missing in an output that is written all the same.
 void Note(CutFile& file, const std::string& why) { file.result.why += (file.result.why.empty() ? "" : "；") + why; }
+
+// Returns whether the two profiles of a conversion to CMYK are there and work; if not, which and why.
+host::Status CheckCmykProfiles(Program& program) {
+  using Colours = imaging::Services::ProfileColours;
+  for (const auto& [name, colours] : {std::pair("sRGB.icc", Colours::Rgb), std::pair("Default.icm", Colours::Cmyk)}) {
+    const std::string relative = base::JoinPath(kColorConfigs, name);
+    const host::Status status = program.images.CheckProfile(program.AppPath(relative), colours);
+    if (!status) return {status.GetProblem(), "无法转CMYK，" + relative + "：" + status.Why()};
+  }
+  return host::Status::Ok();
+}
 
 bool HoldsCmyk(const std::string& extension) {
   const imaging::Encoder encoder = imaging::EncoderFor(extension);

@@ -4,7 +4,7 @@
 
 #include "base/path_text.h"
 #include "job/cut/cut_steps.h"
-#include "job/settings/parameters.h"
+#include "job/cut/output_name.h"
 #include "job/work_files.h"
 
 namespace quillon::job {
@@ -37,9 +37,7 @@ Status TurnByRule(CutFile& file) {
   file.H = size.height;
   file.RestoreAngle = -angle;
   file.program.flags.ImageRotated = true;
-  CutParameters parameters = ReadCutParameters(file.program);
-  file.overhang = PopOverhang(parameters);
-  file.rect = CutRectangle(parameters, file.overhang, size, Pass::AfterRotation);
+  PlaceRectangle(file, Pass::AfterRotation);
   return Status::Ok();
 }
 
@@ -47,7 +45,7 @@ Status Recolour(CutFile& file) {
   imaging::Services& images = file.program.images;
   Status status;
   if (file.settings.toGray) status = images.ConvertImageToGrayMode(file.Work);
-  if (status && file.settings.threshold) status = images.Threshold(file.Work, kThresholdLevel);
+  if (status && file.settings.blackWhite) status = images.Threshold(file.Work, kThresholdLevel);
   if (status && file.settings.invert) status = images.Invert(file.Work);
   return status;
 }
@@ -72,10 +70,10 @@ Status ZoomAfterCut(CutFile& file) {
 Step Rescue(CutFile& file, const Status& failure) {
   const CutSettings& options = file.settings;
   if (file.target != file.Dst) return Fail(file, failure);
-  const std::string rescued = job::MakeOutputName(file.program.host.files, file.listedPath, options.outFolder,
-                                                  options.keepFolders ? job::KeepFolders::Yes : job::KeepFolders::No,
-                                                  options.over ? job::Overwrite::Yes : job::Overwrite::No,
-                                                  options.outType, options.extensionCase);
+  const std::string rescued =
+      MakeOutputName(file.program.host.files, file.listedPath, options.outFolder,
+                     options.keepFolders ? KeepFolders::Yes : KeepFolders::No,
+                     options.over ? Overwrite::Yes : Overwrite::No, options.outType, options.extensionCase);
   if (file.run.ledger.IsOtherSource(rescued, file.listedPath)) return Fail(file, failure);
   const std::string named = std::exchange(file.Dst, rescued);
   file.target = rescued;

@@ -3,6 +3,7 @@
 #include "base/path_text.h"
 #include "host/files/files.h"
 #include "job/cut/cut_steps.h"
+#include "job/cut/output_name.h"
 #include "job/work_files.h"
 
 namespace quillon::job {
@@ -45,7 +46,7 @@ Step CutGifSource(CutFile& file) {
 // Only the resolution is to change, and a crop stamps it on the way.
 bool OnlyOwnDpi(const CutFile& file) {
   const CutSettings& options = file.settings;
-  const bool pixels = options.rotateCut || options.zoomBefore || options.toGray || options.threshold || options.invert;
+  const bool pixels = options.rotateCut || options.zoomBefore || options.toGray || options.blackWhite || options.invert;
   const bool direct = !IsGif(SourceExtension(file)) && imaging::EncoderFor(file.OutExt) != imaging::Encoder::Gif;
   return options.ownDpi && !pixels && direct && !NeedsMemory(file) && !options.manual;
 }

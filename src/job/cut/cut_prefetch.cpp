@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "job/cut/cut_steps.h"
+#include "job/cut/output_name.h"
 
 namespace quillon::job {
 namespace {

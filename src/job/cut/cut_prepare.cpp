@@ -4,8 +4,8 @@
 #include "base/utf8.h"
 #include "imaging/limits.h"
 #include "job/cut/cut_steps.h"
+#include "job/cut/output_name.h"
 #include "job/list/file_intake.h"
-#include "job/settings/parameters.h"
 #include "job/work_files.h"
 
 namespace quillon::job {
@@ -178,12 +178,15 @@ Step AskForFrame(CutFile& file) {
   return turned ? Step::Next : FailLoad(file, turned);
 }
 
+void PlaceRectangle(CutFile& file, Pass pass) {
+  file.settings.geometry = ReadCutGeometry(file.program);
+  CutGeometry inside = file.settings.geometry;
+  file.overhang = PopOverhang(inside);
+  file.rect = CutRectangle(inside, file.overhang, {file.W, file.H}, pass);
+}
+
 Step FindRectangle(CutFile& file) {
-  if (file.settings.frameOnly) return Step::Next;
-  CutParameters parameters = ReadCutParameters(file.program);
-  file.overhang = PopOverhang(parameters);
-  const Pass pass = file.Work ? Pass::AfterRotation : Pass::First;
-  file.rect = CutRectangle(parameters, file.overhang, {file.W, file.H}, pass);
+  if (!file.settings.frameOnly) PlaceRectangle(file, file.Work ? Pass::AfterRotation : Pass::First);
   return Step::Next;
 }
 

@@ -24,6 +24,9 @@ Step NameOutput(CutFile& file);       // Dst, its folder, and where the cut goes
 void PredictTarget(CutFile& file);
 Step AskForFrame(CutFile& file);  // ManualCutMode
 Step FindRectangle(CutFile& file);
+// Computes the rectangle in a picture of W x H, with the geometry as it is now: the manual frame has written the
+// margins since the file was begun.
+void PlaceRectangle(CutFile& file, Pass pass);
 
 // --- The cut.
 Step MakeCut(CutFile& file);

@@ -2,9 +2,27 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "job/cut/output_name.h"
 
+#include <initializer_list>
+
 #include "base/path_text.h"
 
 namespace quillon::job {
+namespace {
+
+// The folder below which a source keeps its structure: a drive in front is dropped.
+std::string WithoutDrive(const std::string& folder) {
+  return folder.size() >= 2 && folder[1] == ':' ? folder.substr(2) : folder;
+}
+
+bool HasExtension(const std::string& extension, std::initializer_list<const char*> wanted) {
+  const std::string lower = base::ToLowerAscii(extension);
+  for (const char* one : wanted) {
+    if (lower == one) return true;
+  }
+  return false;
+}
+
+}  // namespace
 
 std::string CasedExtension(const std::string& extension, ExtensionCase wanted) {
   switch (wanted) {
@@ -16,6 +34,20 @@ std::string CasedExtension(const std::string& extension, ExtensionCase wanted) {
       break;
   }
   return extension;
+}
+
+std::string OutputExtension(const CutSettings& settings, const std::string& sourceExtension) {
+  std::string extension = settings.outType;
+  if (settings.over) extension = IsPsd(sourceExtension) ? "jpg" : sourceExtension;
+  return CasedExtension(extension, settings.extensionCase);
+}
+
+std::string OutputPath(const CutSettings& settings, const std::string& folder, const std::string& name,
+                       const std::string& outExtension) {
+  if (settings.over) return base::JoinPath(folder, name, outExtension);
+  const std::string root = settings.outFolder == "/" ? std::string() : settings.outFolder;
+  const std::string below = settings.keepFolders ? root + WithoutDrive(folder) : settings.outFolder;
+  return base::JoinPath(below, name, outExtension);
 }
 
 std::string MakeOutputName(host::Files& files, const std::string& source, const std::string& outFolder,
@@ -35,5 +67,11 @@ std::string MakeOutputName(host::Files& files, const std::string& source, const 
   }
   return base::WithoutPsd(base::JoinPath(folder, name, extension));
 }
+
+bool IsPsd(const std::string& extension) { return HasExtension(extension, {"psd"}); }
+
+bool IsGif(const std::string& extension) { return HasExtension(extension, {"gif"}); }
+
+bool IsJpeg(const std::string& extension) { return HasExtension(extension, {"jpg", "jpeg", "jpe", "jfif"}); }
 
 }  // namespace quillon::job

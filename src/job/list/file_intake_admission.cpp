@@ -32,7 +32,7 @@ bool AdmissionRule::Ready() {
 
 std::string AdmissionRule::FilterText() const {
   if (filtered_ == 0) return {};
-  const base::Size least = FilterThresholds(program_);
+  const base::Size least = ReadCutSettings(program_).smallest;
   return "  过滤小图片：" + std::to_string(filtered_) + " 张不足 " + std::to_string(least.width) + "x" +
          std::to_string(least.height) + " 像素，未加入";
 }
@@ -66,7 +66,7 @@ Admission AdmissionRule::Admit(const std::string& path) {
     Refuse(path, measured ? "图片的宽或高为 0" : measured.Why());
     return Admission::Ended;
   }
-  if (const base::Size least = FilterThresholds(program_); TooSmall({facts.width, facts.height}, least)) {
+  if (const base::Size least = ReadCutSettings(program_).smallest; TooSmall({facts.width, facts.height}, least)) {
     ++filtered_;
     if (program_.observer) program_.observer->FileFilteredOut(path, TooSmallText(least));
     return Admission::PassedOver;

@@ -7,45 +7,45 @@
 
 #include "base/colour.h"
 #include "base/rect.h"
-#include "job/cut/output_name.h"
+#include "job/settings/geometry.h"
+#include "job/settings/lists.h"
 
 namespace quillon::job {
 
 class Program;
 
-// What the windows and flags say about the cut of one file, read when the file is begun. What comes from FBaseOpt is
-// off, 0 or empty as long as that window was never loaded.
+// What the windows and flags say about the cut of one file. Each control is read by one field. A field that comes from
+// FBaseOpt is off, 0 or empty until that window was loaded; those of geometry know that themselves.
 struct CutSettings {
+  // --- Form1.
+  CutGeometry geometry;  // the fixed cut, its size and the margins
   std::string outFolder;
   std::string outType;  // the text of CmbOutType
   bool over = false;
   bool keepFolders = false;
   int quality = 80;  // TQuality
-  int dpi = 0;       // OutDpi; 0 keeps the source's
+  int dpi = 0;       // OutDpi, of CmbDPI in either window; 0 keeps the source's
   int preset = 0;    // CmbKeepCut
-  bool fixedSize = false;
   bool padToSize = false;
   bool extendRight = false;
-  int FixW = 0;
-  int FixH = 0;
+
+  // --- FBaseOpt.
   bool manual = false;
   bool keepExif = false;
-  bool blackWhite = false;
+  bool blackWhite = false;  // threshold the pixels, and save a tiff as black and white
   bool toCmyk = false;
-
+  base::Size smallest;  // thresholds of ChFilter in pixels; 0 with the filter off
   bool frameOnly = false;
   bool omitFolders = false;
-  base::Size smallest;  // thresholds of ChFilter
-  job::ExtensionCase extensionCase = job::ExtensionCase::Keep;
-  bool zoomBefore = false;
+  ExtensionCase extensionCase = ExtensionCase::Keep;
+  bool zoomBefore = false;  // this, zoomAfter, rotateRule and split are off with frameOnly
   bool zoomAfter = false;
   std::string zoom;  // the text of CmbZoom
   int rotateRule = 0;
-  double angle = 0;  // TAngle
+  double angle = 0;  // TAngle, degrees counter-clockwise
   bool rotateCut = false;
   bool restore = false;  // ChRecover
   bool toGray = false;
-  bool threshold = false;
   bool invert = false;
   bool ownDpi = false;  // CmbDPI of FBaseOpt is above 0
   bool split = false;   // ChSplit, into more than one piece
@@ -56,33 +56,24 @@ struct CutSettings {
   base::Colour boardColour = base::kWhite;
 };
 
+// Reads all settings as the windows and flags hold them now. A cut reads them when it begins a file.
 CutSettings ReadCutSettings(const Program& program);
 
-// The thresholds of ChFilter, TSmalS(0) and (1) in pixels; 0 with the filter off.
-base::Size FilterThresholds(const Program& program);
-// Whether a side of picture lies below its threshold. A picture without area is no small one: it cannot be read.
+// Reads CutSettings::geometry alone. A cut reads it anew when it computes the rectangle: the manual frame writes the
+// margins and the skip flag of a picture after its settings were read.
+CutGeometry ReadCutGeometry(const Program& program);
+
+// Returns whether a side of picture is below its threshold. A picture without area is not small: it cannot be read.
 bool TooSmall(base::Size picture, base::Size thresholds);
-// What the row of such a picture tells.
+// Returns the reason that the row of such a picture shows.
 std::string TooSmallText(base::Size thresholds);
 
-// Whether the cut is made in memory, with the options that change pixels or resolution.
-bool EffectsApply(const CutSettings& options);
+// Returns whether the cut is made in memory, with the options that change pixels or resolution.
+bool EffectsApply(const CutSettings& settings);
 
-// The angle by which CmbRotate turns a picture of that size, degrees counter-clockwise; 0 where it does not.
-double RuleAngle(const CutSettings& options, base::Size picture);
-// The same for both options that turn, of which the first that turns decides: CmbRotate, then ChRotateCut by TAngle.
-double TurnAngle(const CutSettings& options, base::Size picture);
-
-// The extension of the output of a source with that extension.
-std::string OutputExtension(const CutSettings& options, const std::string& sourceExtension);
-
-// Where the output of the listed file goes; makes no folder.
-std::string OutputPath(const CutSettings& options, const std::string& folder, const std::string& name,
-                       const std::string& outExtension);
-
-// By the letters of the extension, in upper or lower case.
-bool IsPsd(const std::string& extension);
-bool IsGif(const std::string& extension);
-bool IsJpeg(const std::string& extension);
+// Returns the angle by which CmbRotate turns a picture of that size, in degrees counter-clockwise; 0 if it does not.
+double RuleAngle(const CutSettings& settings, base::Size picture);
+// Returns the angle of the first option that turns the picture: CmbRotate, then ChRotateCut by TAngle. 0 if none does.
+double TurnAngle(const CutSettings& settings, base::Size picture);
 
 }  // namespace quillon::job

@@ -8,7 +8,6 @@
 
 #include "base/number_text.h"
 #include "base/rounding.h"
-#include "job/settings/units.h"
 
 namespace quillon::job {
 namespace {
@@ -26,8 +25,8 @@ void MoveNegative(double& margin, double& sum) {
   margin = 0;
 }
 
-// A fixed frame with equal proportions: the margins are percent although the unit in use is pixels.
-base::Rect ProportionalRectangle(const CutParameters& p, const Overhang& overhang, base::Size picture) {
+// For a fixed frame with equal proportions: the margins are percent although the unit in use is pixels.
+base::Rect ProportionalRectangle(const CutGeometry& p, const Overhang& overhang, base::Size picture) {
   const double W = picture.width;
   const double H = picture.height;
   base::Rect cut;
@@ -48,7 +47,7 @@ base::Rect ProportionalRectangle(const CutParameters& p, const Overhang& overhan
   return cut;
 }
 
-base::Rect PixelRectangle(const CutParameters& p, base::Size picture, Pass pass) {
+base::Rect PixelRectangle(const CutGeometry& p, base::Size picture, Pass pass) {
   const bool remainders = p.ChFixCut || (pass == Pass::First && !p.AdvancedOptionsLoaded);
   base::Rect cut;
   cut.left = R(p.ML);
@@ -58,7 +57,7 @@ base::Rect PixelRectangle(const CutParameters& p, base::Size picture, Pass pass)
   return cut;
 }
 
-base::Rect PercentRectangle(const CutParameters& p, base::Size picture) {
+base::Rect PercentRectangle(const CutGeometry& p, base::Size picture) {
   const double W = picture.width;
   const double H = picture.height;
   base::Rect cut;
@@ -88,25 +87,29 @@ int ZoomSide(std::string_view text, double highest) {
 
 }  // namespace
 
-Overhang PopOverhang(CutParameters& parameters) {
+int CmToPixels(float cm, int dpi) {
+  const auto inches = static_cast<float>(static_cast<double>(cm) * 0.3937);
+  return R(static_cast<double>(inches) * dpi);
+}
+
+Overhang PopOverhang(CutGeometry& geometry) {
   Overhang overhang;
-  if (!parameters.ChFixCut) return overhang;
-  MoveNegative(parameters.MT, overhang.OverV);
-  MoveNegative(parameters.ML, overhang.OverH);
-  MoveNegative(parameters.MR, overhang.OverH);
-  MoveNegative(parameters.MB, overhang.OverV);
+  if (!geometry.ChFixCut) return overhang;
+  MoveNegative(geometry.MT, overhang.OverV);
+  MoveNegative(geometry.ML, overhang.OverH);
+  MoveNegative(geometry.MR, overhang.OverH);
+  MoveNegative(geometry.MB, overhang.OverV);
   return overhang;
 }
 
-base::Rect CutRectangle(const CutParameters& parameters, const Overhang& overhang, base::Size picture, Pass pass) {
-  if (parameters.SkipCutThisImage) return {0, 0, picture.width, picture.height};
-  if (!parameters.ChCutA) return PercentRectangle(parameters, picture);
-  const bool proportional = parameters.ChFixCut && parameters.ChAutoZoom;
-  return proportional ? ProportionalRectangle(parameters, overhang, picture)
-                      : PixelRectangle(parameters, picture, pass);
+base::Rect CutRectangle(const CutGeometry& geometry, const Overhang& overhang, base::Size picture, Pass pass) {
+  if (geometry.SkipCutThisImage) return {0, 0, picture.width, picture.height};
+  if (!geometry.ChCutA) return PercentRectangle(geometry, picture);
+  const bool proportional = geometry.ChFixCut && geometry.ChAutoZoom;
+  return proportional ? ProportionalRectangle(geometry, overhang, picture) : PixelRectangle(geometry, picture, pass);
 }
 
-base::Rect FormatCutRectangle(const CutParameters& p, base::Size picture) {
+base::Rect FormatCutRectangle(const CutGeometry& p, base::Size picture) {
   const double W = picture.width;
   const double H = picture.height;
   base::Rect cut;

@@ -8,21 +8,26 @@
 
 #include "base/rect.h"
 
-// Where a picture is cut, and to what size it is turned, scaled and framed. Pure arithmetic: sizes and rectangles are
-// whole pixels, margins are pixels or percent, R is rounding with ties to even. Nothing here is clamped to the picture:
-// a width or height of 0 or less, or a rectangle that reaches outside, is a result, and the driver fails that file.
+// Computes where a picture is cut, and to what size it is turned, scaled and framed. Pure arithmetic: sizes and
+// rectangles are whole pixels, margins are pixels or percent, R is rounding with ties to even. Nothing here is clamped
+// to the picture: a width or height of 0 or less, or a rectangle that reaches outside, is a result, and the driver
+// fails that file.
 namespace quillon::job {
 
-// The parameters of one cut as they stand in the windows, under the names of their controls.
-struct CutParameters {
-  // TCutValue: left, top, right, bottom.
+// Returns a length in centimetres as whole pixels at dpi dots per inch. The length in inches, cm times 0.3937, is
+// rounded to single precision before it is multiplied; the product is rounded with R.
+int CmToPixels(float cm, int dpi);
+
+// What decides the rectangle of a cut; part of CutSettings. The fields have the names of the controls and flags.
+struct CutGeometry {
+  // TCutValue: left, top, right, bottom; in pixels with ChCutA, else in percent of the side.
   double ML = 0;
   double MT = 0;
   double MR = 0;
   double MB = 0;
-  int FixW = 0;
-  int FixH = 0;
-  // TSmalS(2) and (3).
+  int FixW = 0;  // pixels
+  int FixH = 0;  // pixels
+  // TSmalS(2) and (3): height and width in pixels.
   double TSmalS2 = 0;
   double TSmalS3 = 0;
   bool ChCutA = false;
@@ -33,34 +38,35 @@ struct CutParameters {
   bool SkipCutThisImage = false;
 };
 
-// What negative margins reached outside the picture, as sums that are 0 or negative.
+// How far negative margins reach outside the picture: sums that are 0 or negative.
 struct Overhang {
   double OverH = 0;
   double OverV = 0;
 };
 
-// With ChFixCut each negative margin moves into its sum and becomes 0; without it nothing happens. Done once a picture.
-Overhang PopOverhang(CutParameters& parameters);
+// With ChFixCut adds each negative margin to its sum and sets it to 0; without it changes nothing. Call once for each
+// picture.
+Overhang PopOverhang(CutGeometry& geometry);
 
-// Which of the two computations of a picture's rectangle.
+// A picture's rectangle is computed once or twice: again if it was turned in between.
 enum class Pass { First, AfterRotation };
 
-// The rectangle to cut out of a picture of that size, after PopOverhang. Each of left, top, width and height is
+// Returns the rectangle to cut out of a picture of that size, after PopOverhang. Each of left, top, width and height is
 // rounded on its own, in that order.
-base::Rect CutRectangle(const CutParameters& parameters, const Overhang& overhang, base::Size picture,
+base::Rect CutRectangle(const CutGeometry& geometry, const Overhang& overhang, base::Size picture,
                         Pass pass = Pass::First);
 
-// The shorter rule of the gif, transparent png and multi-page tiff cuts.
-base::Rect FormatCutRectangle(const CutParameters& parameters, base::Size picture);
+// Returns the rectangle by the shorter rule of the gif, transparent png and multi-page tiff cuts.
+base::Rect FormatCutRectangle(const CutGeometry& geometry, base::Size picture);
 
-// Whether rule 1..5 turns a picture of that size by angle; false for any other rule and for angle 0.
+// Returns whether rule 1..5 turns a picture of that size by angle; false for any other rule and for angle 0.
 bool NeedRotate(int width, int height, int rule, double angle);
 
-// The angle by which entry 0..5 of CmbRotate turns a picture before the cut, degrees counter-clockwise; nothing where
-// its condition does not hold. ownAngle is TAngle.
+// Returns the angle by which entry 0..5 of CmbRotate turns a picture before the cut, in degrees counter-clockwise;
+// nothing if the entry does not turn a picture of that size. ownAngle is TAngle.
 std::optional<double> PreRotation(int entry, base::Size picture, double ownAngle);
 
-// A picture scaled to lie whole and centred in FixW x FixH. A picture without area gives zeros.
+// How a picture is scaled to lie whole and centred in FixW x FixH.
 struct Fit {
   int FitW = 0;
   int FitH = 0;
@@ -68,9 +74,10 @@ struct Fit {
   int offsetY = 0;
   bool operator==(const Fit&) const = default;
 };
+// Returns zeros for a picture without area.
 Fit FitToSize(base::Size picture, int FixW, int FixH);
 
-// Border widths in pixels.
+// The widths of a border in pixels.
 struct Board {
   int left = 0;
   int top = 0;
@@ -81,33 +88,33 @@ struct Board {
 
 // How millimetres of a border become pixels.
 struct BoardResolution {
-  int dpi = 0;   // at which they are counted
-  double k = 1;  // from there to the output's resolution
+  int dpi = 0;   // dots per inch, at which the millimetres are converted
+  double k = 1;  // scales these pixels to the resolution of the output
   bool operator==(const BoardResolution&) const = default;
 };
 
-// With a fixed cut the border has the output's resolution from the start; otherwise the source's, or the screen's where
-// the source tells none. A resolution of 0 is not known.
+// With a fixed cut the border has the output's resolution from the start; otherwise the source's, or the screen's if
+// the source states none. A resolution of 0 is not known.
 BoardResolution ResolutionOfBoard(bool fixedCut, int outDpi, int sourceDpi, int screenDpi);
 
-// Millimetres in the order of TBoard as pixels: CmToPixels at dpi, then R(value * k).
+// Returns millimetres in the order of TBoard as pixels: CmToPixels at dpi, then R(value * k).
 Board BoardPixels(const std::array<double, 4>& millimetres, int dpi, double k);
 
-// Where the border of presets 3 and 4 goes when the picture was turned.
+// The side that the wide border of presets 3 and 4 goes to if the picture was turned.
 enum class Extend { Right, Bottom };
 
-// The canvas of a turned picture of presets 3 and 4 with its border.
+// Returns the canvas of a turned picture of presets 3 and 4 with its border.
 base::Size ExtendedSize(Extend extend, int FixW, int FixH, const Board& board);
 
-// Before the cut both sides of a size in pixels are limited to 32..30000; after it the height has no upper limit.
+// Before the cut, a size in pixels is limited to 32..30000 on both sides; after it, the height has no upper limit.
 enum class ZoomTime { BeforeCut, AfterCut };
 
-// Whether a text is one for CmbZoom: a number, alone or before a "%", or two numbers with a comma between them.
-// Full-width characters count as their plain twins.
+// Returns whether CmbZoom accepts a text: a number, alone or before a "%", or two numbers with a comma between them.
+// Full-width characters count as the ASCII ones.
 bool IsZoomText(std::string_view text);
 
-// The size that the text of CmbZoom asks for: "w,h", or a percentage (with "%" or without a comma), which counts as
-// 100 below 10 and above 500. Nothing where the picture stays as it is.
+// Returns the size that the text of CmbZoom asks for: "w,h", or a percentage (with "%" or without a comma), which
+// counts as 100 below 10 and above 500. Returns nothing if the picture keeps its size.
 std::optional<base::Size> ZoomedSize(std::string_view text, base::Size picture, ZoomTime time);
 
 }  // namespace quillon::job

@@ -2,22 +2,26 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "controls/values.h"
 
-// The fixed entries of the lists in Form1 and FBaseOpt.
+// The fixed entries of the lists in Form1 and FBaseOpt, and what the entries stand for.
 namespace quillon::job {
 
-// Entries of CmbCutMode. Those after Tiff cannot be chosen.
+// Entries of CmbCutMode. A user cannot choose those after Tiff.
 enum class CutMode { Normal, Gif, Png, Pdf, PenHui, Tiff, Colour, Video, Audio };
-// Entries of CmbCutStyle. The rounded ones cannot be chosen.
+// Entries of CmbCutStyle. A user cannot choose the rounded ones.
 enum class CutStyle { Rectangle, Square, Ellipse, Circle, RoundedRectangle, RoundedSquare };
 // Entries of CmbOutType.
 enum class OutType { Jpg, Png, Gif, Tif, Bmp, Pdf };
+// Entries of CmbExtCase: the case of an output's extension.
+enum class ExtensionCase { Keep, Upper, Lower };
 
-// The selected entry of a list as its enum.
+// Returns the selected entry of a list as its enum.
 template <typename Entry>
 Entry Selected(const controls::ComboBox& list) {
   return static_cast<Entry>(list.Index());
@@ -31,18 +35,45 @@ void Select(controls::ComboBox& list, Entry entry) {
 std::vector<std::string> CutModes();
 std::vector<std::string> CutStyles();
 std::vector<std::string> OutTypes();
-// Dots per inch; entry 0 leaves the source's.
+// Resolutions in dots per inch. The first, 0, keeps the one of the source.
 std::vector<std::string> DpiEntries();
 inline constexpr int kDpi300Entry = 15;
-// The selected entry of such a list, 0 where none is.
+// Returns the selected resolution, 0 if none is selected.
 int DpiOf(const controls::ComboBox& list);
-// Entries of CmbRotate; the last turns by TAngle.
+// Entries of CmbRotate.
 std::vector<std::string> RotateRules();
+// The one that turns every picture by TAngle.
 inline constexpr int kOwnAngle = 5;
 std::vector<std::string> ZoomEntries();
 std::vector<std::string> ExtensionCases();
 std::vector<std::string> ListHeaders();
-// Names of CMYK profiles that are offered where \ColorConfigs holds them.
+
+// The folder of colour profiles in the program folder.
+inline constexpr const char* kColorConfigs = "ColorConfigs";
+// Names of the CMYK profiles that are offered if they lie in that folder.
 std::vector<std::string> CmykProfiles();
+
+// --- CmbKeepCut, the presets of the fixed size.
+// Entries that other controls depend on. Those from kPresetA to kFrameOnlyPreset are the studio presets.
+inline constexpr int kCustomSize = 0;
+inline constexpr int kPresetA = 1;
+inline constexpr int kPresetB = 2;
+inline constexpr int kPresetC = 3;
+inline constexpr int kPresetD = 4;
+inline constexpr int kFrameOnlyPreset = 5;
+
+inline constexpr bool IsStudioPreset(int entry) { return entry >= kPresetA && entry <= kFrameOnlyPreset; }
+
+// All entries, "<name> <a>cmx<b>cm". The first and the sixth have no size.
+std::vector<std::string> PresetTexts();
+
+// The two lengths of an entry in centimetres, in the order in which they are written.
+struct PresetSize {
+  float first = 0;
+  float second = 0;
+};
+
+// Returns nothing for a text without a size.
+std::optional<PresetSize> ParsePreset(std::string_view text);
 
 }  // namespace quillon::job

@@ -6,7 +6,6 @@
 
 #include "base/path_text.h"
 #include "job/program.h"
-#include "job/settings/cmyk_profiles.h"
 #include "job/settings/geometry.h"
 
 namespace quillon::job {

@@ -10,7 +10,6 @@
 #include "controls/values.h"
 #include "controls/window.h"
 #include "job/settings/lists.h"
-#include "job/settings/presets.h"
 
 namespace quillon::job {
 

@@ -20,7 +20,28 @@ constexpr double kMaxPercent = 90;
 // Left and right are measured along the width, top and bottom along the height.
 int SideOf(base::Size size, std::size_t margin) { return margin % 2 == 0 ? size.width : size.height; }
 
-// The whole part of an offset; what arithmetic lost below a millionth of a pixel counts as there.
+PreviewFrame WholePicture(base::Size picture) {
+  return {0, 0, static_cast<double>(picture.width), static_cast<double>(picture.height)};
+}
+
+// Returns the frame of the margins and the fixed size; it may reach outside the picture.
+PreviewFrame FrameOf(const CutGeometry& geometry, base::Size picture) {
+  const double W = picture.width;
+  const double H = picture.height;
+  const double ML = geometry.ML;
+  const double MT = geometry.MT;
+  const double MR = geometry.MR;
+  const double MB = geometry.MB;
+  PreviewFrame frame{ML, MT, W - ML - MR, H - MT - MB};
+  if (!geometry.ChCutA) frame = {W * ML / 100, H * MT / 100, W * (100 - ML - MR) / 100, H * (100 - MT - MB) / 100};
+  if (geometry.ChFixCut) {
+    frame.width = geometry.FixW;
+    frame.height = geometry.FixH;
+  }
+  return frame;
+}
+
+// Returns the whole part of an offset. Arithmetic may have lost less than a millionth of a pixel, which is made up for.
 double WholePixels(double offset) { return std::floor(offset + 1e-6); }
 
 }  // namespace
@@ -52,29 +73,19 @@ void Form1::ShowMarginLimits() {
 void Form1::ShowFrame() {
   Preview& preview = program_.fCutPre.preview;
   const base::Size picture = preview.Picture();
-  const double W = picture.width;
-  const double H = picture.height;
-  const double ML = TCutValue[0].Number();
-  const double MT = TCutValue[1].Number();
-  const double MR = TCutValue[2].Number();
-  const double MB = TCutValue[3].Number();
-  PreviewFrame frame{ML, MT, W - ML - MR, H - MT - MB};
-  if (!ChCutA.On()) frame = {W * ML / 100, H * MT / 100, W * (100 - ML - MR) / 100, H * (100 - MT - MB) / 100};
-  if (ChFixCut.On()) {
-    frame.width = program_.flags.FixW;
-    frame.height = program_.flags.FixH;
-  }
+  const CutSettings settings = ReadCutSettings(program_);
+  PreviewFrame frame = FrameOf(settings.geometry, picture);
   if (ChAutoCenter.On()) {
-    frame.left = (W - frame.width) / 2;
-    frame.top = (H - frame.height) / 2;
+    frame.left = (picture.width - frame.width) / 2;
+    frame.top = (picture.height - frame.height) / 2;
   }
-  if (ReadCutSettings(program_).frameOnly) frame = {0, 0, W, H};
+  if (settings.frameOnly) frame = WholePicture(picture);
   preview.SetPictureFrame(picture.Empty() ? PreviewFrame{} : frame);
   preview.SetBoard(BoardAroundCut(program_, preview));
   for (std::size_t i = 0; i < TCutValue.Size(); ++i) {
     const bool known = ChCutA.On() && !picture.Empty();
-    const std::string shard = known ? base::NumberText(TCutValue[i].Number() * 100 / SideOf(picture, i)) + "%" : "";
-    TCutValue[i].SetTooltip(ChCutA.On() ? shard : kPercentTooltip);
+    const std::string share = known ? base::NumberText(TCutValue[i].Number() * 100 / SideOf(picture, i)) + "%" : "";
+    TCutValue[i].SetTooltip(ChCutA.On() ? share : kPercentTooltip);
   }
 }
 
@@ -87,7 +98,8 @@ void Form1::ChCutA_Click() {
   ShowFrame();
 }
 
-// The values follow the frame that is on show. While the window opens there is none yet, and they stay.
+// Converts the values so that the frame on show stays where it is. While the window opens there is none yet, and they
+// are kept.
 void Form1::ConvertMargins() {
   ShowMarginLimits();
   const base::Size picture = program_.fCutPre.preview.Picture();

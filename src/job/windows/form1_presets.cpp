@@ -4,7 +4,7 @@
 #include <utility>
 
 #include "job/program.h"
-#include "job/settings/units.h"
+#include "job/settings/geometry.h"
 #include "job/windows/form1.h"
 
 namespace quillon::job {

@@ -10,9 +10,10 @@
 namespace quillon::job {
 namespace {
 
-// What lies around a picture that is padded to the fixed size, in pixels of the picture.
+// Returns the white border of a picture that is padded to the fixed size, in pixels of the picture.
 PreviewBoard PaddingAround(const PreviewFrame& picture, const CutSettings& options) {
-  const Fit fit = FitToSize({base::R(picture.width), base::R(picture.height)}, options.FixW, options.FixH);
+  const Fit fit =
+      FitToSize({base::R(picture.width), base::R(picture.height)}, options.geometry.FixW, options.geometry.FixH);
   if (fit.FitW <= 0 || fit.FitH <= 0) return {};
   const double beside = fit.offsetX * picture.width / fit.FitW;
   const double above = fit.offsetY * picture.height / fit.FitH;
@@ -35,7 +36,7 @@ PreviewBoard BoardAroundCut(Program& program, const Preview& preview) {
   const PreviewFrame& frame = preview.PictureFrame();
   if (!options.addBoard || !(frame.width > 0 && frame.height > 0)) return {};
   if (options.frameOnly && options.padToSize) return PaddingAround(frame, options);
-  const bool fixedCut = options.fixedSize && !options.frameOnly;
+  const bool fixedCut = options.geometry.ChFixCut && !options.frameOnly;
   imaging::ImageFacts facts;
   // A picture that cannot be measured counts as one without a resolution.
   if (!fixedCut && !preview.Path().empty() && !program.flags.CurrentImagePath.empty())

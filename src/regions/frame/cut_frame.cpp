@@ -11,7 +11,7 @@
 #include <algorithm>
 
 #include "base/rounding.h"
-#include "job/settings/parameters.h"
+#include "job/settings/cut_settings.h"
 
 namespace quillon::regions {
 namespace {
@@ -164,9 +164,9 @@ void CutFrame::PollKeys(const Keys& held) {
 }
 
 base::Rect CutFrame::Result() const {
-  job::CutParameters parameters = job::ReadCutParameters(program_);
-  const job::Overhang overhang = job::PopOverhang(parameters);
-  return job::CutRectangle(parameters, overhang, Preview().Picture());
+  job::CutGeometry geometry = job::ReadCutGeometry(program_);
+  const job::Overhang overhang = job::PopOverhang(geometry);
+  return job::CutRectangle(geometry, overhang, Preview().Picture());
 }
 
 // --- Zoom

@@ -6,6 +6,7 @@
 
 #include "base/path_text.h"
 #include "base/utf8.h"
+#include "job/cut/output_name.h"
 #include "job/list/file_intake.h"
 #include "job/run/folder_run.h"
 #include "job/settings/cut_settings.h"
@@ -168,7 +169,7 @@ std::string MultiCut::OutputFolder(const std::string& baseName) const {
 }
 
 void MultiCut::CutSource(const Source& source) {
-  if (const base::Size least = job::FilterThresholds(program_); job::TooSmall(source.size, least)) {
+  if (const base::Size least = job::ReadCutSettings(program_).smallest; job::TooSmall(source.size, least)) {
     TellAll(source, Result::Skipped, job::TooSmallText(least));
     return;
   }

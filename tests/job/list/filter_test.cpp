@@ -92,9 +92,9 @@ TEST_F(FilterTest, APictureThatCannotBeReadIsNoSmallOne) {
 
 TEST_F(FilterTest, ItCountsOnlyWithTheWindowLoaded) {
   Put("FBaseOpt.ChFilter", "1");
-  EXPECT_EQ(FilterThresholds(program), base::Size{});
+  EXPECT_EQ(ReadCutSettings(program).smallest, base::Size{});
   options.Load();
-  EXPECT_EQ(FilterThresholds(program), (base::Size{100, 100}));
+  EXPECT_EQ(ReadCutSettings(program).smallest, (base::Size{100, 100}));
 }
 
 }  // namespace

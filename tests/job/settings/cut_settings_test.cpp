@@ -7,36 +7,6 @@
 namespace quillon::job {
 namespace {
 
-TEST(OutputPath, KeepsTheFoldersOfTheSourceBelowTheOutputFolder) {
-  struct Row {
-    const char* outFolder;
-    const char* folder;
-    const char* path;
-  };
-  constexpr Row kRows[] = {
-      {"/o", "/in/b", "/o/in/b/a.jpg"},
-      {"/", "/in", "/in/a.jpg"},
-      {"/o", "C:/in", "/o/in/a.jpg"},
-  };
-  CutSettings options;
-  options.keepFolders = true;
-  for (const Row& row : kRows) {
-    options.outFolder = row.outFolder;
-    EXPECT_EQ(OutputPath(options, row.folder, "a", "jpg"), row.path);
-  }
-}
-
-TEST(OutputPath, IsFlatOrBesideTheSource) {
-  CutSettings options;
-  options.outFolder = "/o";
-  EXPECT_EQ(OutputPath(options, "/in", "a", "jpg"), "/o/a.jpg");
-  options.outFolder = "/";
-  EXPECT_EQ(OutputPath(options, "/in", "a", "jpg"), "/a.jpg");
-  options.keepFolders = true;
-  options.over = true;
-  EXPECT_EQ(OutputPath(options, "/in", "a", "jpg"), "/in/a.jpg");
-}
-
 TEST(TurnAngle, IsThatOfTheFirstOptionThatTurns) {
   struct Row {
     int rule;

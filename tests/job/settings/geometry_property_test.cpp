@@ -33,7 +33,7 @@ class Sampler {
         return any;
     }
   }
-  CutParameters Parameters() {
+  CutGeometry Parameters() {
     return {.ML = Margin(),
             .MT = Margin(),
             .MR = Margin(),
@@ -78,7 +78,7 @@ struct Spans {
   Span down;
 };
 
-Spans Expected(const CutParameters& p, const Overhang& over, base::Size picture, Pass pass) {
+Spans Expected(const CutGeometry& p, const Overhang& over, base::Size picture, Pass pass) {
   const double W = picture.width;
   const double H = picture.height;
   const Spans whole{{0, W}, {0, H}};
@@ -99,7 +99,7 @@ Spans Expected(const CutParameters& p, const Overhang& over, base::Size picture,
 TEST(CutRectangleProperty, IsTheArithmeticOfTheRules) {
   Sampler sampler;
   for (int i = 0; i < kRounds; ++i) {
-    CutParameters p = sampler.Parameters();
+    CutGeometry p = sampler.Parameters();
     const base::Size picture{sampler.Side(), sampler.Side()};
     const Overhang over = PopOverhang(p);
     for (const Pass pass : {Pass::First, Pass::AfterRotation}) {
@@ -116,7 +116,7 @@ TEST(CutRectangleProperty, IsTheArithmeticOfTheRules) {
 TEST(CutRectangleProperty, WhatIsOutsideTheCutAddsUpToThePicture) {
   Sampler sampler;
   for (int i = 0; i < kRounds; ++i) {
-    CutParameters p = sampler.Parameters();
+    CutGeometry p = sampler.Parameters();
     p.SkipCutThisImage = false;
     const base::Size picture{sampler.Side(), sampler.Side()};
     const Overhang over = PopOverhang(p);
@@ -139,8 +139,8 @@ TEST(CutRectangleProperty, WhatIsOutsideTheCutAddsUpToThePicture) {
 TEST(OverhangProperty, NothingIsLostOrLeftNegative) {
   Sampler sampler;
   for (int i = 0; i < kRounds; ++i) {
-    const CutParameters before = sampler.Parameters();
-    CutParameters after = before;
+    const CutGeometry before = sampler.Parameters();
+    CutGeometry after = before;
     const Overhang over = PopOverhang(after);
     ASSERT_DOUBLE_EQ(after.ML + after.MR + over.OverH, before.ML + before.MR) << "round " << i;
     ASSERT_DOUBLE_EQ(after.MT + after.MB + over.OverV, before.MT + before.MB) << "round " << i;

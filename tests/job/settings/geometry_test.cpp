@@ -20,20 +20,35 @@ namespace {
 using base::Rect;
 using base::Size;
 
-CutParameters Percent(double left, double top, double right, double bottom) {
+CutGeometry Percent(double left, double top, double right, double bottom) {
   return {.ML = left, .MT = top, .MR = right, .MB = bottom};
 }
 
-CutParameters Pixels(double left, double top, int width, int height) {
+CutGeometry Pixels(double left, double top, int width, int height) {
   return {.ML = left, .MT = top, .FixW = width, .FixH = height, .ChCutA = true};
 }
 
-CutParameters Proportional(double left, double top, double right, double bottom) {
+CutGeometry Proportional(double left, double top, double right, double bottom) {
   return {.ML = left, .MT = top, .MR = right, .MB = bottom, .ChCutA = true, .ChFixCut = true, .ChAutoZoom = true};
 }
 
+TEST(CmToPixels, MultipliesAndRounds) {
+  EXPECT_EQ(CmToPixels(13.8F, 300), 1630);   // 1629.918
+  EXPECT_EQ(CmToPixels(9.0F, 300), 1063);    // 1062.99
+  EXPECT_EQ(CmToPixels(2.54F, 300), 300);    // 299.9994
+  EXPECT_EQ(CmToPixels(32.0F, 300), 3780);   // 3779.52
+  EXPECT_EQ(CmToPixels(46.4F, 300), 5480);   // 5480.304
+  EXPECT_EQ(CmToPixels(2.5F, 96), 94);       // 94.488
+  EXPECT_EQ(CmToPixels(8.56F, 254), 856);    // 855.996...
+  EXPECT_EQ(CmToPixels(50.0F, 300), 5905);   // 19.6849995, the single; 19.685 would give 5906
+  EXPECT_EQ(CmToPixels(75.0F, 600), 17717);  // 29.5275002, the single; 29.5275 would give 17716
+  EXPECT_EQ(CmToPixels(0.0F, 300), 0);
+  EXPECT_EQ(CmToPixels(-1.0F, 300), -118);
+  EXPECT_EQ(CmToPixels(1.0F, 0), 0);
+}
+
 TEST(Overhang, WithoutAFixedCutNegativeMarginsStay) {
-  CutParameters parameters = Percent(-1, -2, -3, -4);
+  CutGeometry parameters = Percent(-1, -2, -3, -4);
   const Overhang overhang = PopOverhang(parameters);
   EXPECT_EQ(overhang.OverH, 0);
   EXPECT_EQ(overhang.OverV, 0);
@@ -44,7 +59,7 @@ TEST(Overhang, WithoutAFixedCutNegativeMarginsStay) {
 }
 
 TEST(Overhang, AFixedCutMovesNegativeMarginsIntoTheSums) {
-  CutParameters parameters = Percent(-1.5, -2.25, -3, -4);
+  CutGeometry parameters = Percent(-1.5, -2.25, -3, -4);
   parameters.ChFixCut = true;
   const Overhang overhang = PopOverhang(parameters);
   EXPECT_EQ(overhang.OverH, -4.5);
@@ -56,7 +71,7 @@ TEST(Overhang, AFixedCutMovesNegativeMarginsIntoTheSums) {
 }
 
 TEST(Overhang, AFixedCutLeavesTheOtherMargins) {
-  CutParameters parameters = Percent(10, 0, -3, 4);
+  CutGeometry parameters = Percent(10, 0, -3, 4);
   parameters.ChFixCut = true;
   const Overhang overhang = PopOverhang(parameters);
   EXPECT_EQ(overhang.OverH, -3);
@@ -69,7 +84,7 @@ TEST(Overhang, AFixedCutLeavesTheOtherMargins) {
 
 struct RectCase {
   const char* what;
-  CutParameters parameters;
+  CutGeometry parameters;
   Overhang overhang;
   Size picture;
   Rect expected;
@@ -82,25 +97,25 @@ TEST_P(CutRectangleTest, IsAsTold) {
   EXPECT_EQ(CutRectangle(c.parameters, c.overhang, c.picture), c.expected) << c.what;
 }
 
-CutParameters With(CutParameters parameters, void (*change)(CutParameters&)) {
+CutGeometry With(CutGeometry parameters, void (*change)(CutGeometry&)) {
   change(parameters);
   return parameters;
 }
 
-void Skip(CutParameters& p) { p.SkipCutThisImage = true; }
-void Full(CutParameters& p) { p.ChFull = true; }
-void NoFixedCut(CutParameters& p) { p.ChFixCut = false; }
-void FixedCut(CutParameters& p) { p.ChFixCut = true; }
-void OptionsLoaded(CutParameters& p) {
+void Skip(CutGeometry& p) { p.SkipCutThisImage = true; }
+void Full(CutGeometry& p) { p.ChFull = true; }
+void NoFixedCut(CutGeometry& p) { p.ChFixCut = false; }
+void FixedCut(CutGeometry& p) { p.ChFixCut = true; }
+void OptionsLoaded(CutGeometry& p) {
   p.AdvancedOptionsLoaded = true;
   p.TSmalS2 = 1800;
   p.TSmalS3 = 1000;
 }
-void OptionsLoadedAndFixed(CutParameters& p) {
+void OptionsLoadedAndFixed(CutGeometry& p) {
   OptionsLoaded(p);
   p.ChFixCut = true;
 }
-void FractionalSize(CutParameters& p) {
+void FractionalSize(CutGeometry& p) {
   p.AdvancedOptionsLoaded = true;
   p.TSmalS2 = 10.5;
   p.TSmalS3 = 11.5;
@@ -141,7 +156,7 @@ INSTANTIATE_TEST_SUITE_P(
                  {100, 50, 700, 650}},
         RectCase{"options never opened: the same", Pixels(100, 50, 200, 100), {}, {1000, 800}, {100, 50, 700, 650}},
         RectCase{"right and bottom margins do not enter",
-                 With(Pixels(100, 50, 200, 100), [](CutParameters& p) { p.MR = p.MB = 77; }),
+                 With(Pixels(100, 50, 200, 100), [](CutGeometry& p) { p.MR = p.MB = 77; }),
                  {},
                  {1000, 800},
                  {100, 50, 700, 650}},
@@ -161,7 +176,7 @@ INSTANTIATE_TEST_SUITE_P(
         RectCase{"too wide a size is negative", Pixels(10, 10, 1062, 1630), {}, {1000, 800}, {10, 10, -72, -840}},
         RectCase{"negative margins reach outside", Pixels(-10, -20, 100, 100), {}, {1000, 800}, {-10, -20, 910, 720}},
         RectCase{"equal proportions need the fixed cut",
-                 With(With(Pixels(10, 20, 100, 100), [](CutParameters& p) { p.ChAutoZoom = true; }), NoFixedCut),
+                 With(With(Pixels(10, 20, 100, 100), [](CutGeometry& p) { p.ChAutoZoom = true; }), NoFixedCut),
                  {},
                  {1000, 800},
                  {10, 20, 890, 680}},
@@ -215,7 +230,7 @@ INSTANTIATE_TEST_SUITE_P(
                  {0, 0, 1000, 800}}));
 
 TEST(CutRectangleAfterRotation, TakesTheFixedSizeOnlyWithAFixedCut) {
-  CutParameters parameters = Pixels(100, 50, 200, 100);
+  CutGeometry parameters = Pixels(100, 50, 200, 100);
   parameters.TSmalS2 = 300;
   parameters.TSmalS3 = 400;
   EXPECT_EQ(CutRectangle(parameters, {}, {800, 1000}, Pass::AfterRotation), (Rect{100, 50, 300, 400}));
@@ -229,18 +244,18 @@ TEST(CutRectangleAfterRotation, IsOtherwiseTheSame) {
 }
 
 struct FormatCase {
-  CutParameters parameters;
+  CutGeometry parameters;
   Size picture;
   Rect expected;
 };
 
 TEST(FormatCutRectangle, IsAsTold) {
-  CutParameters everything = Percent(10, 20, 77, 77);
+  CutGeometry everything = Percent(10, 20, 77, 77);
   everything.FixW = 30;
   everything.FixH = 40;
-  CutParameters ignored = Pixels(10, 20, 30, 40);
+  CutGeometry ignored = Pixels(10, 20, 30, 40);
   ignored.ChFixCut = ignored.ChFull = ignored.ChAutoZoom = ignored.AdvancedOptionsLoaded = true;
-  CutParameters rounded = Percent(10, 10, 0, 0);
+  CutGeometry rounded = Percent(10, 10, 0, 0);
   rounded.FixW = rounded.FixH = 10;
   const FormatCase cases[] = {
       {Pixels(10, 20, 30, 40), {100, 200}, {10, 20, 60, 140}},

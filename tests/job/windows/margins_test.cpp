@@ -5,7 +5,7 @@
 #include "host/testing/test_host.h"
 #include "job/collaborator_doubles.h"
 #include "job/program_fixture.h"
-#include "job/settings/parameters.h"
+#include "job/settings/cut_settings.h"
 
 namespace quillon::job {
 
@@ -459,7 +459,7 @@ TEST_F(MarginsTest, ParametersAreReadAsTheyStand) {
   Put("ChAutoZoom", "1");
   Put("ChFull", "1");
   flags.SkipCutThisImage = true;
-  const CutParameters read = ReadCutParameters(program);
+  const CutGeometry read = ReadCutGeometry(program);
   EXPECT_EQ(read.ML, 1);
   EXPECT_EQ(read.MT, 2);
   EXPECT_EQ(read.MR, 3);
@@ -474,7 +474,7 @@ TEST_F(MarginsTest, ParametersAreReadAsTheyStand) {
 
 TEST_F(MarginsTest, ParametersWithEverythingOff) {
   Put("ChCutA", "0");
-  const CutParameters read = ReadCutParameters(program);
+  const CutGeometry read = ReadCutGeometry(program);
   EXPECT_FALSE(read.ChCutA || read.ChFixCut || read.ChAutoZoom || read.ChFull);
   EXPECT_FALSE(read.AdvancedOptionsLoaded || read.SkipCutThisImage);
   EXPECT_EQ(read.FixW, 1062);

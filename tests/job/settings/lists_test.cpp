@@ -1,28 +1,13 @@
 // SPDX-FileCopyrightText: 2026 The Quillon developers
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "job/settings/units.h"
+#include "job/settings/lists.h"
 
 #include <gtest/gtest.h>
 
-#include "job/settings/presets.h"
+#include "job/settings/geometry.h"
 
 namespace quillon::job {
 namespace {
-
-TEST(CmToPixels, MultipliesAndRounds) {
-  EXPECT_EQ(CmToPixels(13.8F, 300), 1630);   // 1629.918
-  EXPECT_EQ(CmToPixels(9.0F, 300), 1063);    // 1062.99
-  EXPECT_EQ(CmToPixels(2.54F, 300), 300);    // 299.9994
-  EXPECT_EQ(CmToPixels(32.0F, 300), 3780);   // 3779.52
-  EXPECT_EQ(CmToPixels(46.4F, 300), 5480);   // 5480.304
-  EXPECT_EQ(CmToPixels(2.5F, 96), 94);       // 94.488
-  EXPECT_EQ(CmToPixels(8.56F, 254), 856);    // 855.996...
-  EXPECT_EQ(CmToPixels(50.0F, 300), 5905);   // 19.6849995, the single; 19.685 would give 5906
-  EXPECT_EQ(CmToPixels(75.0F, 600), 17717);  // 29.5275002, the single; 29.5275 would give 17716
-  EXPECT_EQ(CmToPixels(0.0F, 300), 0);
-  EXPECT_EQ(CmToPixels(-1.0F, 300), -118);
-  EXPECT_EQ(CmToPixels(1.0F, 0), 0);
-}
 
 struct PresetRow {
   const char* text;
