@@ -7,29 +7,31 @@
 #include "base/rect.h"
 #include "imaging/services.h"
 
-// What the job needs of parts built above it. A program without one of them answers the options that need it with the
-// missing-resource question.
+// What the job needs of parts built above it. In a program without one of them, the options that need it ask the
+// missing-resource question instead.
 namespace quillon::job {
 
-// The manual step: each picture goes through the frame window before it is cut.
+// The manual step: the user places the frame on each picture before it is cut.
 class ManualFrame {
  public:
   virtual ~ManualFrame() = default;
-  // Shows the picture and waits until the user has answered; the answer is in the flags (ManualStepDone,
-  // SkipCutThisImage, ManualRotated, ManualAngle, CurrentImagePath) and in TCutValue. turned is the picture as a rule
-  // has turned it already, no image where none did. CutBefore: nothing is to be done, an earlier part of this run has
-  // cut the source in its place.
-  enum class Answer { Given, CutBefore };
+  enum class Answer {
+    Given,
+    CutBefore  // an earlier part of this run has overwritten the source by its cut: there is nothing to do
+  };
+  // Shows the picture and waits until the user has answered. Stores the answer in the flags (ManualStepDone,
+  // SkipCutThisImage, ManualRotated, ManualAngle, CurrentImagePath) and in TCutValue. turned is the picture if a rule
+  // has turned it already, else no image.
   virtual Answer Ask(const std::string& source, const imaging::Image& turned) = 0;
-  // Another picture is on show, here or at rest.
+  // Called when the preview shows another picture, also while no run asks.
   virtual void Shown() = 0;
-  // The picture on show, for drivers that go on working on it.
+  // Copies the picture on show, for drivers that go on working on it.
   virtual host::Status ClonePicture(imaging::Image& out) = 0;
-  // The batch has ended.
+  // Called when the batch has ended.
   virtual void Rest() = 0;
 };
 
-// The sheets that cut pictures are placed on.
+// The sheets on which cut pictures are placed.
 class Sheets {
  public:
   virtual ~Sheets() = default;
@@ -37,7 +39,7 @@ class Sheets {
   virtual bool OnBackSide() const = 0;
   virtual void Place(const std::string& cut) = 0;
   virtual void Finish() = 0;
-  // A file was added to the list while the window of the sheets is loaded.
+  // Called when a file was added to the list while the window of the sheets is loaded.
   virtual void Listed(const std::string& path, int count) = 0;
 };
 
@@ -45,17 +47,17 @@ class Sheets {
 class OutputTools {
  public:
   virtual ~OutputTools() = default;
-  // Turns the colours of the picture into ink; where that fails it stays as it was.
+  // Converts the picture to CMYK. If that fails, the file is unchanged.
   virtual host::Status ToCmyk(const std::string& file) = 0;
   virtual host::Status CopyExif(const std::string& source, const std::string& target) = 0;
-  // Makes a pdf of the picture; both are files of the program's own. What failed leaves no pdf.
+  // Makes a pdf of the picture; both are work files of the program. If that fails, there is no pdf.
   virtual host::Status ToPdf(const std::string& picture, const std::string& pdf) = 0;
 };
 
-// The pages or frames of a file; 0 where none can be told.
+// The pages or frames of a file.
 struct Pages {
-  int count = 0;
-  base::Size first;  // of a pdf in pixels at the resolution asked for; empty for others
+  int count = 0;     // 0 if they cannot be counted
+  base::Size first;  // size of the first page of a pdf, in pixels at the given resolution; empty for other files
 };
 
 // Counts the pages of the files that modes 1 (gif), 3 (pdf) and 5 (tiff) list.

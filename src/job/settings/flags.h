@@ -10,9 +10,9 @@ namespace quillon::job {
 
 // The process-wide flags and values that all drivers read. They are written and read on the one thread of control.
 struct Flags {
-  bool StopRequested = false;  // set by MenuStop or a refused disk-full retry; tested after each file
+  bool StopRequested = false;  // set by MenuStop, or when a full disk is not tried again; tested after each file
   bool LargeCapacityMode = false;
-  bool AdvancedOptionsLoaded = false;  // no option of FBaseOpt counts until its window was loaded
+  bool AdvancedOptionsLoaded = false;  // the options of FBaseOpt have no effect until its window was loaded
   bool GifOptionsLoaded = false;
   bool TiffOptionsLoaded = false;
   bool PdfOptionsLoaded = false;
@@ -37,15 +37,15 @@ struct Flags {
   bool ToBlackWhite = false;
   bool CutThenZoom = false;
   bool ToCmyk = false;
-  std::string OmittedFolders;  // one folder a line, each with CR LF
+  std::string OmittedFolders;  // one folder a line, each ended by CR LF
   bool BackWorkerStarted = false;
-  bool Busy = false;  // a listing or a run is under way; what would start another beeps instead
+  bool Busy = false;  // a listing or a run is in progress; a command that would start another one beeps instead
 
   // Set once at start-up.
   std::string TiffCompression = "lzw";
-  double ScreenRatio = 1.0;   // desktop width over height
-  bool HandlersLive = false;  // start-up is done: limits of boxes beep from now on
-  int SheetWidth = 0;         // imposition page, pixels
+  double ScreenRatio = 1.0;   // width of the desktop divided by its height
+  bool HandlersLive = false;  // start-up is done: from now on a value beyond the limits of a box beeps
+  int SheetWidth = 0;         // page of the imposition in pixels
   int SheetHeight = 0;
 };
 

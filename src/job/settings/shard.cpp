@@ -7,8 +7,8 @@
 namespace quillon::job {
 namespace {
 
-// FNV-1a, with its bits mixed at the end so that every count parts names evenly. It must never change: runs on many
-// machines, and of many versions, have to agree.
+// FNV-1a, with its bits mixed at the end so that every count of shards splits names evenly. It must never change: runs
+// on many machines, and of many versions, have to agree.
 std::uint64_t Hash(std::string_view text) {
   std::uint64_t hash = 0xCBF29CE484222325;
   for (const char byte : text) hash = (hash ^ static_cast<unsigned char>(byte)) * 0x100000001B3;
@@ -27,7 +27,7 @@ bool Shard::OwnsNamed(std::string_view path) const {
   return Owns(path);
 }
 
-// Remainders by two numbers can be had of one hash where they agree by what divides both.
+// One hash can have both remainders if and only if they agree modulo the greatest common divisor of the two counts.
 bool Shard::Overlaps(const Shard& other) const {
   const std::uint64_t common = std::gcd(count, other.count);
   return index % common == other.index % common;

@@ -8,23 +8,23 @@
 
 namespace quillon::job {
 
-// One of several stable parts of all files. Which part a file belongs to depends on its relative path alone (the bytes
-// of it), so that it is the same on every machine and in every run; each file belongs to exactly one.
+// One of several stable parts of all files. The bytes of a file's relative path alone decide to which shard it belongs,
+// so that it is the same one on every machine and in every run. Each file belongs to exactly one.
 struct Shard {
   std::uint64_t index = 0;  // from 0
   std::uint64_t count = 1;
-  std::string base;         // the folder that named files are seen from, "" for the root
-  std::uint64_t among = 1;  // how many processes of one call have parts of its share, where this is one of them
+  std::string base;         // the folder to which the paths of named files are relative, "" for the root
+  std::uint64_t among = 1;  // how many processes of one call split its shard, this one included
 
   bool Whole() const { return count <= 1; }
   bool Owns(std::string_view relativePath) const;
-  // A named file is seen from base where it lies below it, and else by its whole path.
+  // As Owns, for a named file: by its path relative to base if it lies below it, else by its whole path.
   bool OwnsNamed(std::string_view path) const;
-  // Whether any file can belong to both.
+  // Returns whether any file can belong to both.
   bool Overlaps(const Shard& other) const;
-  // The part of this part: one of `processes` equal ones.
+  // Splits this shard into `processes` equal ones and returns the one of that number, from 0.
   Shard Part(std::uint64_t number, std::uint64_t processes) const;
-  // What all processes of the call have together.
+  // Returns the shard of the call, which is split among all its processes.
   Shard OfCall() const;
 };
 

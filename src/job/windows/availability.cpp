@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Quillon developers
 // SPDX-License-Identifier: GPL-3.0-or-later
-// What can be used under which parameters, in one place: it follows from their values alone, whatever way led there.
-// What cannot be used tells why.
+// Decides which controls can be used, in one place. It depends on the values of the parameters alone, whatever the
+// order in which they were set. A control that cannot be used says why.
 #include <initializer_list>
 #include <string>
 
@@ -16,16 +16,16 @@ constexpr const char* kNeedsPixels = "请先启用“绝对裁剪”";
 constexpr const char* kNeedsFixedCut = "请先启用“固定裁剪”";
 constexpr const char* kNeedsRotation = "请先选择旋转规则或启用“先旋转后裁剪”";
 
-// Something that stands in the way of a control, and how the user is told.
-struct Bar {
-  bool stands;
+// A condition that makes a control unusable, and the reason that the user reads.
+struct Obstacle {
+  bool applies;
   std::string why;
 };
 
-// The first bar that stands gives the reason.
-void Allow(controls::Control& control, std::initializer_list<Bar> bars) {
-  for (const Bar& bar : bars) {
-    if (bar.stands) return control.SetEnabled(false, bar.why);
+// Disables the control if an obstacle applies; the first one that does gives the reason.
+void Allow(controls::Control& control, std::initializer_list<Obstacle> obstacles) {
+  for (const Obstacle& obstacle : obstacles) {
+    if (obstacle.applies) return control.SetEnabled(false, obstacle.why);
   }
   control.SetEnabled(true);
 }

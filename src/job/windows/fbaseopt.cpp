@@ -69,7 +69,7 @@ void FBaseOpt::ConnectChecks() {
   ChBig.SetHandler([this] { ChBig_Click(); });
 }
 
-// No option counts before the window was loaded; what was set until then counts from that moment.
+// Options have no effect until the window is loaded; values that were set before have theirs from then on.
 void FBaseOpt::ApplyFlags() {
   if (!Loaded()) return;
   Flags& flags = program_.flags;
@@ -87,7 +87,7 @@ bool FBaseOpt::Lacks(controls::CheckBox& box, bool available) {
   return true;
 }
 
-bool FBaseOpt::PutBackInPagedMode(controls::CheckBox& box) {
+bool FBaseOpt::ClearInPagedMode(controls::CheckBox& box) {
   const auto mode = Selected<CutMode>(program_.form1.CmbCutMode);
   const bool paged = mode == CutMode::Gif || mode == CutMode::Pdf || mode == CutMode::Tiff;
   if (!box.On() || !paged) return false;
@@ -155,7 +155,7 @@ void FBaseOpt::ChCutAndZoom_Click() {
 }
 
 void FBaseOpt::ChMulCut_Click() {
-  if (PutBackInPagedMode(ChMulCut)) return;
+  if (ClearInPagedMode(ChMulCut)) return;
   if (ChMulCut.On() && Lacks(ChMulCut, program_.ShowWindow("FMultCut"))) return;
   program_.ShowAvailability();
 }
@@ -165,16 +165,16 @@ void FBaseOpt::ChMamal_Click() {
 }
 
 void FBaseOpt::ChSplit_Click() {
-  if (PutBackInPagedMode(ChSplit)) return;
+  if (ClearInPagedMode(ChSplit)) return;
   program_.ShowAvailability();
 }
 
 void FBaseOpt::AcceptFixedSize(const std::string& width, const std::string& height) {
-  if (takingFixedSize_) return;
-  takingFixedSize_ = true;
+  if (mirroring_) return;
+  mirroring_ = true;
   TSmalS[3].SetText(width);
   TSmalS[2].SetText(height);
-  takingFixedSize_ = false;
+  mirroring_ = false;
 }
 
 controls::Limits FBaseOpt::LimitsOf(std::size_t sizeBox) {
@@ -195,16 +195,16 @@ void FBaseOpt::TSmalS_Change(std::size_t index) {
   }
 }
 
-// The two windows mirror the fixed size crosswise, one text at a time: only a change that began here is sent on, or the
-// half that is still old would come back.
+// The two windows mirror the fixed size crosswise, one text at a time. Only a change that began in this window is
+// passed on; otherwise the half that still has the old value would come back.
 void FBaseOpt::MirrorFixedSize() {
-  if (takingFixedSize_ || !Loaded()) return;
+  if (mirroring_ || !Loaded()) return;
   const std::string width = TSmalS[3].Value();
   const std::string height = TSmalS[2].Value();
-  takingFixedSize_ = true;
+  mirroring_ = true;
   program_.form1.TFixWH[0].SetText(width);
   program_.form1.TFixWH[1].SetText(height);
-  takingFixedSize_ = false;
+  mirroring_ = false;
 }
 
 void FBaseOpt::ChAddBoard_Click() {
@@ -212,7 +212,7 @@ void FBaseOpt::ChAddBoard_Click() {
   program_.ShowAsCut();
 }
 
-// The preset that only frames sets all its options itself.
+// The frame-only preset sets all its options itself.
 void FBaseOpt::ChFrmOnly_Click() {
   if (program_.form1.CmbKeepCut.Index() == kFrameOnlyPreset) return;
   if (ChFrmOnly.On()) {
@@ -289,7 +289,7 @@ void FBaseOpt::ChAutoCenter_Click() {
   if (Loaded()) program_.form1.ChAutoCenter.Set(ChAutoCenter.On());
 }
 
-// Form1 decides whether it may be on, and puts both boxes back where it may not.
+// Form1 decides whether it may be on, and clears both boxes if it may not.
 void FBaseOpt::ChBig_Click() {
   if (Loaded()) program_.form1.ChBig.Set(ChBig.On());
 }

@@ -14,8 +14,8 @@ namespace quillon::job {
 
 class Program;
 
-// The advanced options. Nothing here counts before the window was loaded once (Flags::AdvancedOptionsLoaded). Closing
-// it hides it, so its values stay.
+// The advanced options. They have no effect until the window was loaded once (Flags::AdvancedOptionsLoaded). Closing
+// the window hides it, so its values stay.
 class FBaseOpt : public controls::Window {
  public:
   explicit FBaseOpt(Program& program);
@@ -48,8 +48,8 @@ class FBaseOpt : public controls::Window {
   controls::CheckBox ChSplit{*this, "ChSplit", Inside(FrameSize, "图片分切")};
   controls::CheckBox ChFilter{*this, "ChFilter",
                               Inside(FrameSize, "过滤小图片", "忽略处理或加载小于等于指定尺寸的图片")};
-  // (0), (1) thresholds of ChFilter; (2), (3) the fixed size, height and width; (4), (5) counts of ChSplit. A threshold
-  // or count beyond its limits is put back to its first value.
+  // (0), (1) thresholds of ChFilter in pixels; (2), (3) height and width of the fixed size in pixels; (4), (5) columns
+  // and rows of ChSplit. A threshold or count beyond its limits is reset to its default.
   controls::ControlArray<controls::TextBox, 6> TSmalS{
       *this, "TSmalS", [this](controls::Window& window, std::string name, std::size_t index) {
         static constexpr std::array kCaptions{"最小宽：", "最小高：", "高：", "宽：", "分切列数：", "分切行数："};
@@ -87,7 +87,7 @@ class FBaseOpt : public controls::Window {
   controls::CheckBox ChBig{*this, "ChBig", Inside(FrameOutput, "超大容量")};
   controls::CheckBox ChOmitFolds{*this, "ChOmitFolds", Inside(FrameOutput, "忽略已处理过的文件夹")};
 
-  // Takes the fixed size of Form1.TFixWH, (3) the width and (2) the height, without writing it back there.
+  // Shows the fixed size of Form1.TFixWH, (3) the width and (2) the height, without writing it back there.
   void AcceptFixedSize(const std::string& width, const std::string& height);
 
  protected:
@@ -122,13 +122,14 @@ class FBaseOpt : public controls::Window {
 
   void ClearProcessing();
   void ApplyFlags();
-  // Puts box back off and asks for the missing resource where it is on without what it needs.
+  // Clears box and asks the missing-resource question if it is on but what it needs is not available. Returns whether
+  // it did.
   bool Lacks(controls::CheckBox& box, bool available);
-  // Puts box back off where it is on in a mode that works on pages or frames.
-  bool PutBackInPagedMode(controls::CheckBox& box);
+  // Clears box if it is on in a mode that works on pages or frames. Returns whether it did.
+  bool ClearInPagedMode(controls::CheckBox& box);
 
   Program& program_;
-  bool takingFixedSize_ = false;
+  bool mirroring_ = false;  // the fixed size is being passed between the two windows
 };
 
 }  // namespace quillon::job

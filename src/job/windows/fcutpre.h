@@ -8,13 +8,13 @@
 
 namespace quillon::job {
 
-// The preview window with the cut frame, docked in the main window. What its buttons do belongs to the manual frame.
+// The preview window with the cut frame, docked in the main window. The manual frame handles its buttons.
 class FCutPre : public controls::Window {
  public:
   FCutPre();
 
-  // Zoom in percent of the picture's own size, and what of a picture larger than its room is on show, from its left
-  // and upper end.
+  // Slider1 is the zoom in percent of the picture's own size. HS and VS are the scroll bars of a picture that is larger
+  // than its room, from the left and the upper end.
   controls::Slider Slider1{*this, "Slider1", {.caption = "缩放", .tooltip = "缩放(%)"}, 100, 1, 800};
   controls::Slider HS{*this, "HS", {.caption = "左右滚动", .visible = false}, 0, 0, 0};
   controls::Slider VS{*this, "VS", {.caption = "上下滚动", .visible = false}, 0, 0, 0};
@@ -31,18 +31,19 @@ class FCutPre : public controls::Window {
 
   Preview preview;
 
-  // Stays while it waits for the user's answer. What was agreed to for good holds until the next Show().
+  // Does nothing while a picture waits for the user's answer. Questions that were answered once for all are asked again
+  // after the next Show().
   void Close() override;
-  // On: the buttons and scroll bars are hidden.
+  // Hides the buttons and scroll bars while ChHideShow is on.
   void ChHideShow_Click();
-  // No picture waits for an answer.
+  // Disables the buttons, since no picture waits for an answer.
   void LockButtons();
 
  protected:
   void OnLoad() override;
 };
 
-// The caption while nothing is asked.
+// The caption while no picture waits for an answer.
 inline constexpr const char* kPreviewCaption = "裁剪框预览(空格键=下一张，Ctrl=本图扩边，Z=本图不裁剪)";
 
 }  // namespace quillon::job

@@ -15,19 +15,19 @@ namespace quillon::job {
 
 class Program;
 
-// What the labels of the folders say before one was chosen.
+// The texts of the folder labels until a folder is chosen.
 inline constexpr const char* kNoInputFolder = "输入目录未指定";
 inline constexpr const char* kNoOutputFolder = "输出目录未指定";
-// Why MenuStop is locked between runs.
+// Why MenuStop is disabled between runs.
 inline constexpr const char* kNothingRuns = "当前没有可以终止的操作";
 
-// The main window: the shared cut parameters, the file list and the menus that start a batch. The members stand in the
-// order in which the window shows them.
+// The main window: the shared cut parameters, the file list and the menus that start a batch. The order of the members
+// is the order in which the window shows them.
 class Form1 : public controls::Window {
  public:
   explicit Form1(Program& program);
 
-  // --- Menus, as they stand in the menu bar.
+  // --- Menus, in the order of the menu bar.
   controls::Menu MenuFiles{*this, "MenuFiles", {.caption = "文件"}};
   controls::Menu MenuAddFiles{*this, "MenuAddFiles", Inside(MenuFiles, "添加文件..."), "Ctrl+O"};
   controls::Menu MenuReadFiles{*this, "MenuReadFiles", Inside(MenuFiles, "读取输入目录"), "Ctrl+R"};
@@ -57,7 +57,7 @@ class Form1 : public controls::Window {
   controls::Menu MenuPenHuiCut{*this, "MenuPenHuiCut", DisabledInside(MenuCut, "喷绘大图拼头裁剪"), "Ctrl+4"};
   controls::Menu MenuTiffCut{*this, "MenuTiffCut", DisabledInside(MenuCut, "多页Tiff裁剪"), "Ctrl+5"};
   controls::Menu MenuColorCut{*this, "MenuColorCut", DisabledInside(MenuCut, "颜色块裁剪"), "Ctrl+6"};
-  // An entry of its own, since a run disables MenuCut and all in it.
+  // An entry of its own, since a run disables MenuCut with all its entries.
   controls::Menu MenuStop{*this, "MenuStop", {.caption = "终止", .enabled = false}, "Esc"};
   controls::Menu MenuOther{*this, "MenuOther", {.caption = "其他"}};
   controls::Menu MenuChSizeFormat{*this, "MenuChSizeFormat", Inside(MenuOther, "压缩、缩放和转换格式"), "Ctrl+Shift+Z"};
@@ -150,8 +150,8 @@ class Form1 : public controls::Window {
   void MenuGuide_Click();
   void MenuAbout_Click();
 
-  // What the user's close button and MenuExit do: ask, clean up, end. While a run or a listing goes on (Flags::Busy) it
-  // asks to stop that instead, and the window stays open. See Program::Unload.
+  // Called by the user's close button and MenuExit: asks, cleans up and ends the program; see Program::Unload. While a
+  // run or a listing is in progress (Flags::Busy) it asks whether to stop that instead, and the window stays open.
   void Close() override;
 
   // The running text in front of the title, "" for the plain title.
@@ -162,21 +162,21 @@ class Form1 : public controls::Window {
   void BeginRun();
   void EndRun();
 
-  // Puts the limits of TCutValue to the unit in use and the picture in the preview.
+  // Sets the limits of TCutValue by the unit in use and the picture in the preview.
   void ShowMarginLimits();
-  // Puts the frame over the preview where the parameters say, and its share of the picture into the tooltips.
+  // Places the frame in the preview by the parameters, and shows each margin as a share of the picture in its tooltip.
   void ShowFrame();
 
  private:
   void ConnectParameters();
   void ConnectMenus();
   void ConnectWindows();
-  // Opens a window, or asks for the missing resource where the program has none of that name.
+  // Opens a window, or asks the missing-resource question if the program has none of that name.
   void OpenWindow(const std::string& name);
-  // False where the program lacks something that the presets switch on.
+  // Returns false if the program lacks something that the presets switch on.
   bool ApplyStudioPreset();
   void ApplyBorderPreset(int entry);
-  // Lets the border stand alone where there is one.
+  // Enables ChFrmOnly if there is a border that can stand alone.
   void FreeFrameOnly();
   void ConvertMargins();
   bool ModeIsThere(CutMode mode);

@@ -13,7 +13,7 @@ namespace {
 constexpr double kLowestQuality = 30;
 constexpr double kHighestQuality = 99;
 
-// The output type that a mode is tied to.
+// Returns the output type that a mode requires, nothing if it allows several.
 std::optional<OutType> TypeOf(CutMode mode) {
   switch (mode) {
     case CutMode::Gif:
@@ -29,7 +29,7 @@ std::optional<OutType> TypeOf(CutMode mode) {
   }
 }
 
-// The file in the program folder that a mode cannot do without.
+// Returns the file in the program folder that a mode needs, "" for none.
 std::string ResourceOf(CutMode mode) {
   if (mode == CutMode::Gif) return "CutMedia.dll";
   if (mode == CutMode::Pdf || mode == CutMode::Tiff) return "Aspose.pdf.dll";
@@ -85,7 +85,7 @@ void Form1::CmbCutStyle_Click() {
       Select(CmbCutStyle, CutStyle::Rectangle);
       return;
     }
-    // A twin that cannot be copied shows in the cut.
+    // If the twin cannot be copied, the cut reports it.
     static_cast<void>(tools::CopyTwin(program_.host, "PicCirleCut"));
   } else {
     program_.HideWindow("FCircleCut");

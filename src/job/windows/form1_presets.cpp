@@ -26,7 +26,7 @@ void SetBoard(FBaseOpt& options, const char* millimetres) {
 void Form1::CmbKeepCut_Click() {
   const int entry = CmbKeepCut.Index();
   const bool studio = IsStudioPreset(entry);
-  // Loaded before the size is set, so that it takes the size.
+  // The window is loaded before the size is set, since only a loaded one mirrors the size.
   if (studio) program_.fBaseOpt.Show();
   if (const auto size = ParsePreset(CmbKeepCut.Text())) {
     const int dpi = program_.flags.OutDpi != 0 ? program_.flags.OutDpi : program_.flags.ScreenDpi;

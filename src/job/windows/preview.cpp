@@ -15,7 +15,7 @@ PreviewFrame Scaled(const PreviewFrame& frame, double scale) {
 
 PreviewFrame Preview::Frame() const { return Scaled(frame_, scale_); }
 
-// The same path may hold another picture by now, so that showing it again is always told.
+// Always notifies: the file of the same path may hold another picture by now.
 void Preview::ShowPicture(std::string path, base::Size picture) {
   path_ = std::move(path);
   original_ = upright_ = picture_ = picture;

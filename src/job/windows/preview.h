@@ -20,7 +20,8 @@ struct PreviewFrame {
   bool operator==(const PreviewFrame&) const = default;
 };
 
-// The border that a cut gets, drawn around the frame; in pixels of the picture, which a scale may make broken.
+// The border that a cut gets, drawn around the frame. In pixels of the picture; fractions come from a zoom after the
+// cut.
 struct PreviewBoard {
   double left = 0;
   double top = 0;
@@ -31,39 +32,37 @@ struct PreviewBoard {
   bool Empty() const { return left <= 0 && top <= 0 && right <= 0 && bottom <= 0; }
 };
 
-// What the preview shows: a picture, the scale it is shown at, and the cut frame that follows the parameters. The frame
-// is kept in pixels of the picture itself, so that no scale of the window ever moves it.
+// What the preview shows: a picture, the scale at which it is shown, and the cut frame that follows the parameters. The
+// frame is stored in pixels of the picture itself, so that a change of the scale never moves it.
 class Preview {
  public:
   Preview() = default;
 
-  // The picture's own size, before it is zoomed and turned for the cut.
+  // Returns the picture's own size, before it is zoomed and turned for the cut.
   base::Size Original() const { return original_; }
-  // The size it is shown for, turned where it is turned; the shown size is that times Scale().
+  // Returns its size after it was zoomed and turned. It is shown at that size times Scale().
   base::Size Picture() const { return picture_; }
   const std::string& Path() const { return path_; }
-  // Grows each time a picture is shown, be it the same path again.
+  // Increases each time a picture is shown, even if its path is the same.
   int Showings() const { return showings_; }
-  // That size before the picture is turned.
+  // Returns Picture() before the picture was turned.
   base::Size Upright() const { return upright_; }
-  // How the picture is turned before it is shown, degrees counter-clockwise, on white.
+  // Returns the angle by which the picture is turned, on white, before it is shown; in degrees counter-clockwise.
   double Angle() const { return angle_; }
   double Scale() const { return scale_; }
-  double ShownWidth() const { return picture_.width * scale_; }
-  double ShownHeight() const { return picture_.height * scale_; }
-  // In pixels of the shown picture.
+  // Returns the frame in pixels of the shown picture.
   PreviewFrame Frame() const;
-  // In pixels of the picture itself.
+  // Returns the frame in pixels of the picture itself.
   const PreviewFrame& PictureFrame() const { return frame_; }
   const PreviewBoard& Board() const { return board_; }
   int Shape() const { return shape_; }              // as CmbCutStyle
   int BorderStyle() const { return borderStyle_; }  // 15 with a fixed cut, else 0
 
-  // path is empty where there is only an area to draw the frame in.
+  // Shows a picture of that size. path is empty if there is no picture, only an area to draw the frame in.
   void ShowPicture(std::string path, base::Size picture);
-  // The picture on show takes another size before it is turned by angle; it is the same picture.
+  // Gives the picture on show another size, and the angle by which it is turned then. It stays the same picture.
   void Reshape(base::Size picture, double angle);
-  // A scale of 0 or less is ignored.
+  // Ignores a scale of 0 or less.
   void SetScale(double scale);
   void SetFrame(const PreviewFrame& shown);
   void SetPictureFrame(const PreviewFrame& frame);
@@ -71,24 +70,24 @@ class Preview {
   void SetShape(int shape);
   void SetBorderStyle(int style);
 
-  // The two looks that the frame has by turns; a frame that is drawn keeps the first.
+  // The frame has two appearances by turns; while it is drawn it keeps the first.
   bool SecondLook() const { return secondLook_; }
   void SetSecondLook(bool second);
-  // A picture that is likely to be shown next, "" for none; to be fetched early.
+  // Returns the path of the picture that is probably shown next, "" for none, so that it can be loaded early.
   const std::string& Upcoming() const { return upcoming_; }
   void SetUpcoming(std::string path);
-  // Whether that is to be seen already, without a frame, while the picture on show is still being cut. Ends when
-  // another picture is shown or upcoming.
+  // Returns whether Upcoming() is shown already, without a frame, while the picture on show is still being cut. Ends
+  // when another picture is shown or upcoming.
   bool Glances() const { return glances_; }
   void Glance();
-  // Dots per inch of the picture that the cut is taken from, 0 where that is not known.
+  // Returns the resolution of the picture that is cut in dots per inch, 0 if it is not known.
   int Dpi() const { return dpi_; }
   void SetDpi(int dpi) { dpi_ = dpi; }
 
-  // Has it shown anew, for what others draw over it.
+  // Notifies the observer, so that what others draw over the picture is redrawn.
   void Refresh() { Notify(); }
 
-  // Told of every change.
+  // Calls observer after every change.
   void SetObserver(std::function<void()> observer) { observer_ = std::move(observer); }
 
  private:

@@ -5,19 +5,19 @@
 #include "base/rect.h"
 #include "job/windows/preview.h"
 
-// What the options will make of a picture, told before the cut: the preview shows it so.
+// Computes how the options will change a picture, so that the preview can show it before the cut.
 namespace quillon::job {
 
 class Program;
 
-// The size a picture is zoomed to and the angle it is then turned by, degrees counter-clockwise, before it is cut.
+// How a picture is changed before it is cut.
 struct CutShape {
-  base::Size size;
-  double angle = 0;
+  base::Size size;   // it is zoomed to this size
+  double angle = 0;  // and then turned by this angle, in degrees counter-clockwise
 };
 CutShape ShapeBeforeCut(const Program& program, base::Size picture);
 
-// The border around the frame of the picture on show, in pixels of that picture; empty where none is added.
+// Returns the border around the frame of the picture on show, in pixels of that picture; empty if none is added.
 PreviewBoard BoardAroundCut(Program& program, const Preview& preview);
 
 }  // namespace quillon::job

@@ -136,7 +136,6 @@ TEST_F(MarginsTest, TheFrameIsShownAtTheScaleOfThePreview) {
   PutMargins("10", "20", "30", "40");
   preview.SetScale(0.5);
   EXPECT_EQ(preview.Frame(), (PreviewFrame{5, 10, 180, 70}));
-  EXPECT_EQ(preview.ShownWidth(), 200);
   EXPECT_EQ(Frame(), (PreviewFrame{10, 20, 360, 140}));
 }
 
