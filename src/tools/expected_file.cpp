@@ -6,6 +6,7 @@
 #include <utility>
 
 #include "base/path_text.h"
+#include "host/files/file_stamp.h"
 #include "imaging/codecs/open_picture.h"
 
 namespace quillon::tools {
@@ -20,7 +21,7 @@ ExpectedFile::ExpectedFile(Tools& tools, std::string path, const std::vector<std
 bool ExpectedFile::Made() const {
   const auto now = tools_.World().files.Stat(path_);
   if (!now || now->kind != host::FileKind::File) return false;
-  return !before_ || before_->device != now->device || before_->inode != now->inode || before_->changed != now->changed;
+  return !before_ || !Unchanged(*before_, *now);
 }
 
 host::Status ExpectedFile::Result(WaitResult waited, const std::string& missing, const Validator& validate) const {

@@ -37,14 +37,33 @@ J_COLOR_SPACE SpaceOf(Colours colours) {
 }
 
 // One scan a component, as some scanners write.
-void SetScanPerComponent(jpeg_compress_struct& encoder, std::vector<jpeg_scan_info>& script) {
-  script.resize(static_cast<std::size_t>(encoder.num_components));
-  for (std::size_t i = 0; i < script.size(); ++i) {
-    script[i] = {};
-    script[i].comps_in_scan = 1;
-    script[i].component_index[0] = static_cast<int>(i);
-    script[i].Se = 63;
+std::vector<jpeg_scan_info> ScanPerComponent(int components) {
+  std::vector<jpeg_scan_info> script;
+  for (int i = 0; i < components; ++i) script.push_back({1, {i}, 0, 63, 0, 0});
+  return script;
+}
+
+// All but the last bit of each coefficient, then that bit; first of the mean values of all components together.
+std::vector<jpeg_scan_info> ScanPerCoefficient(int components) {
+  jpeg_scan_info means{components, {0, 1, 2, 3}, 0, 0, 0, 1};
+  std::vector<jpeg_scan_info> script = {means};
+  means.Ah = 1;
+  means.Al = 0;
+  script.push_back(means);
+  for (int i = 0; i < components; ++i) {
+    for (int k = 1; k < DCTSIZE2; ++k) {
+      script.push_back({1, {i}, k, k, 0, 1});
+      script.push_back({1, {i}, k, k, 1, 0});
+    }
   }
+  return script;
+}
+
+// script has to live as long as encoder.
+void SetScans(jpeg_compress_struct& encoder, Scans scans, std::vector<jpeg_scan_info>& script) {
+  if (scans == Scans::PerComponent) script = ScanPerComponent(encoder.num_components);
+  if (scans == Scans::Hundreds) script = ScanPerCoefficient(encoder.num_components);
+  if (script.empty()) return;
   encoder.scan_info = script.data();
   encoder.num_scans = static_cast<int>(script.size());
 }
@@ -111,7 +130,7 @@ std::string MakeJpeg(const Pixels& pixels, const MakeOptions& options) {
   jpeg_mem_dest(&encoder, &data, &size);
   SetUp(encoder, pixels, options);
   std::vector<jpeg_scan_info> script;
-  if (options.scans == Scans::PerComponent) SetScanPerComponent(encoder, script);
+  SetScans(encoder, options.scans, script);
   jpeg_start_compress(&encoder, TRUE);
   for (const auto& [marker, payload] : options.segments) {
     jpeg_write_marker(&encoder, marker, reinterpret_cast<const JOCTET*>(payload.data()),

@@ -27,7 +27,9 @@ struct Pixels {
   bool operator==(const Pixels&) const = default;
 };
 
-enum class Scans { One, Progressive, PerComponent };
+// Hundreds: progressive, each coefficient of each component in two scans of its own, which are 380 for three
+// components.
+enum class Scans { One, Progressive, PerComponent, Hundreds };
 
 struct MakeOptions {
   Colours colours = Colours::YCbCr;

@@ -11,6 +11,7 @@
 
 #include "base/rect.h"
 #include "helpers/exif/same_picture.h"
+#include "host/files/file_stamp.h"
 #include "imaging/jpeg/jpeg_head.h"
 #include "imaging/metadata/exif_block.h"
 
@@ -224,8 +225,7 @@ Status FromLibrary(const Exiv2::Error& error) {
 
 bool IsUnchanged(const host::Files& files, const std::string& path, const std::optional<host::FileFacts>& before) {
   const auto now = files.Stat(path);
-  return now && before && now->device == before->device && now->inode == before->inode &&
-         now->changed == before->changed;
+  return now && before && Unchanged(*before, *now);
 }
 
 }  // namespace

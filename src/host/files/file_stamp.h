@@ -2,14 +2,65 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include <cstdint>
+#include <iosfwd>
+#include <optional>
+#include <string>
+
 #include "host/files/files.h"
 
+// Whether two looks at a path met the same file, and with the same content. Every comparison of files is one of the
+// questions here.
 namespace quillon::host {
 
-// Whether two looks at a path met the same file with the same content, also where another one was given its times.
-inline bool Unchanged(const host::FileFacts& a, const host::FileFacts& b) {
-  return a.kind == b.kind && a.size == b.size && a.modified == b.modified && a.changed == b.changed &&
-         a.device == b.device && a.inode == b.inode;
+// What a file was like at one look, kept to recognise it at a later one. Times are nanoseconds since 1970.
+struct FileStamp {
+  std::uint64_t size = 0;
+  std::int64_t modified = 0;
+  std::uint64_t inode = 0;
+  std::int64_t changed = 0;
+  std::uint64_t device = 0;  // 0 in a stamp that was read from text
+
+  bool operator==(const FileStamp&) const = default;
+};
+
+inline FileStamp StampOf(const FileFacts& facts) {
+  return {facts.size, facts.modified, facts.inode, facts.changed, facts.device};
 }
+// Of the file at path, links followed. Nothing if no file stands there.
+std::optional<FileStamp> StampOf(const Files& files, const std::string& path);
+
+// --- While the disk stays mounted.
+
+// The same file with the same content, also if another one was given its times.
+inline bool Unchanged(const FileStamp& before, const FileStamp& now) { return before == now; }
+inline bool Unchanged(const FileFacts& before, const FileFacts& now) {
+  return before.kind == now.kind && StampOf(before) == StampOf(now);
+}
+
+// Two paths lead to the same file. Facts: FileFacts or DiskFacts.
+template <class Facts>
+bool SameFile(const Facts& a, const Facts& b) {
+  return a.device == b.device && a.inode == b.inode;
+}
+
+// --- Also if the disk was mounted anew meanwhile, for what a journal keeps. Removable and network disks number their
+// files anew with each mount, and some do not store the time of the last change: it is that of the content then.
+
+// The same bytes, as far as size and time tell; maybe in another file.
+inline bool SameContent(const FileStamp& before, const FileStamp& now) {
+  return before.size == now.size && before.modified == now.modified;
+}
+// The same file, whatever its content is now: it was not replaced as a whole.
+bool SameFileOverMounts(const FileStamp& before, const FileStamp& now);
+// The same file with the same content.
+inline bool UnchangedOverMounts(const FileStamp& before, const FileStamp& now) {
+  return SameContent(before, now) && SameFileOverMounts(before, now);
+}
+
+// As text for journals: size, modified, inode and changed in decimal, with a blank between them. The device is left
+// out, since the path leads to the disk, whose number may differ after each mount.
+std::ostream& operator<<(std::ostream& out, const FileStamp& stamp);
+std::istream& operator>>(std::istream& in, FileStamp& stamp);
 
 }  // namespace quillon::host

@@ -8,6 +8,7 @@
 #include "base/path_text.h"
 #include "host/files/disk.h"
 #include "host/files/entry_path.h"
+#include "host/files/file_stamp.h"
 #include "host/files/sync_queue.h"
 #include "host/files/trash.h"
 
@@ -95,7 +96,7 @@ bool Files::IsFolder(const std::string& path) const {
 bool Files::SameFile(const std::string& a, const std::string& b) const {
   const auto one = Stat(a);
   const auto other = Stat(b);
-  return one && other && one->device == other->device && one->inode == other->inode;
+  return one && other && host::SameFile(*one, *other);
 }
 
 bool Files::IsLocalDisk(const std::string& folder) const { return disk_.IsLocalDisk(folder); }

@@ -6,6 +6,7 @@
 #include "host/files/disk.h"
 #include "host/files/disk_draft.h"
 #include "host/files/entry_path.h"
+#include "host/files/file_stamp.h"
 #include "host/files/files.h"
 #include "host/files/sync_queue.h"
 
@@ -122,8 +123,8 @@ int ForReading(Disk& disk, const std::string& path, int handle) {
   if (reading < 0) return handle;
   DiskFacts written;
   DiskFacts opened;
-  const bool same = disk.StatOpen(handle, written) == 0 && disk.StatOpen(reading, opened) == 0 &&
-                    written.device == opened.device && written.inode == opened.inode;
+  const bool same =
+      disk.StatOpen(handle, written) == 0 && disk.StatOpen(reading, opened) == 0 && host::SameFile(written, opened);
   disk.Close(same ? handle : reading);
   return same ? reading : handle;
 }
@@ -150,8 +151,7 @@ Status Files::Copy(const std::string& from, const std::string& to) {
   DiskFacts source;
   DiskFacts standing;
   Status status = Status::FromErrno(-disk_.StatOpen(handle, source));
-  const bool itself =
-      status && disk_.Stat(to, standing) == 0 && standing.device == source.device && standing.inode == source.inode;
+  const bool itself = status && disk_.Stat(to, standing) == 0 && host::SameFile(standing, source);
   if (status && !itself) {
     const SaveOptions options{(source.mode & kAccessBits) | kPrivateMode, Times{source.accessed, source.modified}};
     status = SaveAs(to, options, [&](Draft& draft) { return CopyContent(disk_, handle, source, draft); });

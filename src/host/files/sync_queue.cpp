@@ -8,6 +8,7 @@
 #include <system_error>
 
 #include "host/files/entry_path.h"
+#include "host/files/file_stamp.h"
 
 namespace quillon::host {
 namespace {
@@ -123,7 +124,7 @@ void SyncQueue::RemoveIncomplete(const Item& item) {
   DiskFacts written;
   DiskFacts standing;
   if (disk_.StatOpen(item.handle, written) < 0 || disk_.StatLink(item.path, standing) < 0) return;
-  if (written.device == standing.device && written.inode == standing.inode) disk_.Remove(item.path);
+  if (SameFile(written, standing)) disk_.Remove(item.path);
 }
 
 }  // namespace quillon::host

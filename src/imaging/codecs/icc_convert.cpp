@@ -11,7 +11,7 @@
 #include "base/path_text.h"
 #include "imaging/codecs/encode.h"
 #include "imaging/codecs/open_picture.h"
-#include "imaging/jpeg/jpeg_quality.h"
+#include "imaging/jpeg/jpeg_head.h"
 #include "imaging/pixels/colours.h"
 #include "imaging/pixels/picture.h"
 

@@ -8,7 +8,7 @@
 #include "imaging/codecs/readers.h"
 #include "imaging/codecs/vips_loader.h"
 #include "imaging/io/bytes.h"
-#include "imaging/jpeg/jpeg_reader.h"
+#include "imaging/jpeg/jpeg_pixels.h"
 #include "imaging/limits.h"
 #include "imaging/pixels/colours.h"
 #include "imaging/pixels/row_image.h"

@@ -9,7 +9,7 @@
 #include "imaging/codecs/encode.h"
 #include "imaging/codecs/open_picture.h"
 #include "imaging/jpeg/jpeg_cut.h"
-#include "imaging/jpeg/jpeg_reader.h"
+#include "imaging/jpeg/jpeg_pixels.h"
 #include "imaging/limits.h"
 #include "imaging/metadata/exif_block.h"
 #include "imaging/pixels/colours.h"

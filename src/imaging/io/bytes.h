@@ -5,6 +5,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <fstream>
+#include <functional>
 #include <memory>
 #include <mutex>
 #include <string>
@@ -12,6 +13,9 @@
 #include "host/status.h"
 
 namespace quillon::imaging {
+
+// Accepts the bytes of a result in order, in blocks; a failure ends the work and is its result.
+using ByteSink = std::function<host::Status(const void*, std::size_t)>;
 
 // Random access to the bytes of a picture file. All members may be called from several threads.
 class Bytes {

@@ -2,7 +2,10 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "imaging/jpeg/jpeg_head.h"
 
+#include <algorithm>
+#include <array>
 #include <cmath>
+#include <cstdlib>
 
 #include "imaging/metadata/exif_block.h"
 
@@ -12,6 +15,7 @@ namespace {
 using namespace std::string_view_literals;
 
 constexpr int kStartOfImage = 0xD8;
+constexpr int kTables = 0xDB;
 constexpr int kEndOfImage = 0xD9;
 constexpr int kStartOfScan = 0xDA;
 constexpr int kApp0 = 0xE0;
@@ -19,6 +23,13 @@ constexpr int kApp1 = 0xE1;
 constexpr int kApp2 = 0xE2;
 constexpr int kApp14 = 0xEE;
 constexpr std::size_t kIccSegmentsMax = 255;
+constexpr std::size_t kIccSegmentHead = 14;  // "ICC_PROFILE", zero, number, count
+
+// The luminance table of the standard, which encoders scale by quality.
+constexpr std::array<int, 64> kStandard = {16, 11, 10, 16, 24,  40,  51,  61,  12, 12, 14, 19, 26,  58,  60,  55,
+                                           14, 13, 16, 24, 40,  57,  69,  56,  14, 17, 22, 29, 51,  87,  80,  62,
+                                           18, 22, 37, 56, 68,  109, 103, 77,  24, 35, 55, 64, 81,  104, 113, 92,
+                                           49, 64, 78, 87, 103, 121, 120, 101, 72, 92, 95, 98, 112, 100, 103, 99};
 
 int Byte(std::string_view bytes, std::size_t at) { return static_cast<unsigned char>(bytes[at]); }
 int Word(std::string_view bytes, std::size_t at) { return Byte(bytes, at) << 8 | Byte(bytes, at + 1); }
@@ -46,6 +57,39 @@ void ReadSegment(int marker, std::string_view payload, JpegHead& head) {
   }
 }
 
+// The sum of the table with number 0 in a segment of tables, or 0.
+int LuminanceSum(std::string_view tables) {
+  while (!tables.empty()) {
+    const bool wide = Byte(tables, 0) >> 4 != 0;
+    const bool wanted = (Byte(tables, 0) & 15) == 0;
+    const std::size_t size = 1 + (wide ? 2 : 1) * kStandard.size();
+    if (tables.size() < size) return 0;
+    int sum = 0;
+    for (std::size_t i = 0; i < kStandard.size(); ++i) {
+      sum += wide ? Word(tables, 1 + 2 * i) : Byte(tables, 1 + i);
+    }
+    if (wanted) return sum;
+    tables.remove_prefix(size);
+  }
+  return 0;
+}
+
+// The sum of the table that an encoder uses at that quality.
+int SumAt(int quality) {
+  const int scale = quality < 50 ? 5000 / quality : 200 - 2 * quality;
+  int sum = 0;
+  for (const int value : kStandard) sum += std::clamp((value * scale + 50) / 100, 1, 255);
+  return sum;
+}
+
+int QualityOfSum(int wanted) {
+  int best = 1;
+  for (int quality = 2; quality <= 100; ++quality) {
+    if (std::abs(SumAt(quality) - wanted) <= std::abs(SumAt(best) - wanted)) best = quality;
+  }
+  return best;
+}
+
 }  // namespace
 
 int JpegHead::Dpi() const {
@@ -54,6 +98,18 @@ int JpegHead::Dpi() const {
     if (unit == Unit::Centimetre) return static_cast<int>(std::lround(densityX * 2.54));
   }
   return ReadExif(exif).dpi;
+}
+
+std::string JpegHead::Profile() const {
+  std::string profile;
+  for (std::size_t number = 1; number <= icc.size(); ++number) {
+    const auto found = std::find_if(icc.begin(), icc.end(), [&](std::string_view segment) {
+      return segment.size() >= kIccSegmentHead && static_cast<unsigned char>(segment[12]) == number;
+    });
+    if (found == icc.end()) return {};
+    profile += found->substr(kIccSegmentHead);
+  }
+  return profile;
 }
 
 HeadState ParseJpegHead(std::string_view bytes, JpegHead& head) {
@@ -77,6 +133,20 @@ HeadState ParseJpegHead(std::string_view bytes, JpegHead& head) {
     ReadSegment(marker, bytes.substr(at + 2, length - 2), head);
     at += length;
   }
+}
+
+int JpegQuality(std::string_view bytes) {
+  std::size_t at = 2;
+  while (at + 4 <= bytes.size() && Byte(bytes, at) == 0xFF) {
+    const int marker = Byte(bytes, at + 1);
+    const std::size_t size = static_cast<std::size_t>(Word(bytes, at + 2));
+    if (marker == kStartOfScan || size < 2) return 0;
+    if (marker == kTables && at + 2 + size <= bytes.size()) {
+      if (const int sum = LuminanceSum(bytes.substr(at + 4, size - 2)); sum > 0) return QualityOfSum(sum);
+    }
+    at += 2 + size;
+  }
+  return 0;
 }
 
 }  // namespace quillon::imaging

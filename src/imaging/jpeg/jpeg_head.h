@@ -3,12 +3,13 @@
 #pragma once
 
 #include <cstddef>
+#include <string>
 #include <string_view>
 #include <vector>
 
 namespace quillon::imaging {
 
-// What the segments before the picture data of a JPEG file tell. The views point into the bytes that were parsed.
+// What the segments before the picture data of a JPEG file hold. The views point into the bytes that were parsed.
 struct JpegHead {
   enum class Unit { None = 0, Inch = 1, Centimetre = 2 };
 
@@ -20,8 +21,10 @@ struct JpegHead {
   std::string_view exif;              // TIFF block of the first EXIF segment, without "Exif\0\0"; empty: none
   std::vector<std::string_view> icc;  // whole payloads of the ICC profile segments, in file order
 
-  // Dots per inch as JFIF tells it, else EXIF, else 0.
+  // Dots per inch of JFIF, else of EXIF, else 0.
   int Dpi() const;
+  // The ICC profile joined of its numbered segments; "" if one is missing.
+  std::string Profile() const;
 };
 
 enum class HeadState {
@@ -33,5 +36,9 @@ enum class HeadState {
 
 // Parses the beginning of a file. head is valid when Complete is returned.
 HeadState ParseJpegHead(std::string_view bytes, JpegHead& head);
+
+// The quality 1..100 that the luminance table of a JPEG was made for, 0 if bytes hold no such table. The beginning of a
+// file is enough.
+int JpegQuality(std::string_view bytes);
 
 }  // namespace quillon::imaging

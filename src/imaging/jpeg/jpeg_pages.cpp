@@ -12,7 +12,7 @@ namespace {
 
 constexpr std::size_t kWorthIt = std::size_t{4} << 20;  // two large pages
 
-// Advice for all whole pages of a block; it does no harm where it is not taken.
+// Advice for all whole pages of a block; it does no harm if the system ignores it.
 void AdviseLargePages(void* block, std::size_t bytes) {
   const auto page = static_cast<std::uintptr_t>(sysconf(_SC_PAGESIZE));
   const std::uintptr_t begin = reinterpret_cast<std::uintptr_t>(block);

@@ -10,7 +10,7 @@
 
 namespace quillon::imaging {
 
-// Lays the coefficients of a picture in several scans in large pages of memory, where the system has them. The first
+// Lays the coefficients of a picture in several scans in large pages of memory, if the system has them. The first
 // touch of each small page is a tenth of the time of such a picture.
 class JpegPages {
  public:
@@ -18,7 +18,7 @@ class JpegPages {
   JpegPages(const JpegPages&) = delete;
   JpegPages& operator=(const JpegPages&) = delete;
 
-  // Right after the decoder was created. Takes its client_data; has to live as long.
+  // Call right after the decoder was created. Uses its client_data; must live as long as the decoder.
   void Attach(jpeg_decompress_struct& decoder);
 
  private:

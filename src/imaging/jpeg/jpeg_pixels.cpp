@@ -6,12 +6,96 @@
 
 #include "imaging/faults.h"
 #include "imaging/jpeg/jpeg_reader.h"
-#include "imaging/limits.h"
+#include "imaging/metadata/exif_block.h"
 
 namespace quillon::imaging {
 namespace {
 
-Status Decode(RowStream& rows, JpegPixels& out) {
+// Everything that a jump out of libjpeg could leave behind is a member.
+class JpegStream : public RowStream {
+ public:
+  explicit JpegStream(JpegColours colours) : colours_(colours) {}
+
+  Status Open(const std::string& path, int shrink, const Limits& limits) {
+    if (Status opened = reader_.Open(path, limits); !opened) return opened;
+    if (!errors_.Guard([&] { reader_.ChooseOutput(Colours(), shrink); })) return errors_.Result();
+    SetFacts();
+    return Status::Ok();
+  }
+
+  const RowFacts& Facts() const override { return facts_; }
+
+  // Rows before the first one that is wanted need not be transformed.
+  Status SkipRows(int count) override {
+    if (started_ || count >= facts_.size.height) return RowStream::SkipRows(count);
+    const bool skipped = errors_.Guard([this, count] {
+      Start();
+      reader_.SkipRows(count);
+    });
+    return skipped ? Status::Ok() : errors_.Result();
+  }
+
+  Status ReadRow(unsigned char* out) override {
+    row_ = out;
+    const bool read = errors_.Guard([this] {
+      if (!started_) Start();
+      reader_.ReadRows(&row_, 1);
+      if (reader_.Info().output_scanline == reader_.Info().output_height) reader_.CheckRest();
+    });
+    if (!read) return errors_.Result();
+    if (inverted_) {
+      const std::size_t samples = std::size_t{4} * static_cast<unsigned>(facts_.size.width);
+      for (std::size_t i = 0; i < samples; ++i) out[i] = static_cast<unsigned char>(255 - out[i]);
+    }
+    return Status::Ok();
+  }
+
+ private:
+  J_COLOR_SPACE Colours() const {
+    const J_COLOR_SPACE stored = reader_.Info().jpeg_color_space;
+    if (colours_ == JpegColours::AsStored) return stored;
+    if (colours_ == JpegColours::YccAsStored && stored == JCS_YCbCr) return stored;
+    switch (stored) {
+      case JCS_GRAYSCALE:
+        return JCS_GRAYSCALE;
+      case JCS_CMYK:
+      case JCS_YCCK:
+        return JCS_CMYK;
+      default:
+        return JCS_RGB;
+    }
+  }
+
+  void SetFacts() {
+    const jpeg_decompress_struct& info = reader_.Info();
+    const JpegHead& head = reader_.Head();
+    facts_.size = {static_cast<int>(info.output_width), static_cast<int>(info.output_height)};
+    facts_.layout = static_cast<RowLayout>(info.out_color_components);
+    facts_.ycc = info.out_color_space == JCS_YCbCr;
+    facts_.dpi = head.Dpi();
+    facts_.profile = head.Profile();
+    facts_.exif = head.exif;
+    facts_.orientation = ReadExif(head.exif).orientation;
+    // With this marker, inks are stored as what they leave of the paper's white.
+    inverted_ = colours_ != JpegColours::AsStored && head.adobe && facts_.layout == RowLayout::Cmyk;
+  }
+
+  // Only the first row needs the memory of a decoder that runs.
+  void Start() {
+    reader_.StartRows();
+    started_ = true;
+  }
+
+  const JpegColours colours_;
+  JpegErrors errors_;
+  JpegReader reader_{errors_};
+  RowFacts facts_;
+  bool inverted_ = false;
+  bool started_ = false;
+  JSAMPROW row_ = nullptr;
+};
+
+Status ReadSamples(RowStream& rows, JpegPixels& out) {
   const std::size_t row = static_cast<std::size_t>(out.size.width) * out.components;
   out.samples.resize(row * static_cast<std::size_t>(out.size.height));
   for (unsigned char* place = out.samples.data(); place != out.samples.data() + out.samples.size(); place += row) {
@@ -22,6 +106,14 @@ Status Decode(RowStream& rows, JpegPixels& out) {
 
 }  // namespace
 
+Status OpenJpegRows(const std::string& path, int shrink, const Limits& limits, std::shared_ptr<RowStream>& out,
+                    JpegColours colours) {
+  auto rows = std::make_shared<JpegStream>(colours);
+  if (Status status = rows->Open(path, shrink, limits); !status) return status;
+  out = std::move(rows);
+  return Status::Ok();
+}
+
 Status DecodeJpeg(const std::string& path, const Limits& limits, JpegPixels& out) {
   std::shared_ptr<RowStream> rows;
   if (Status opened = OpenJpegRows(path, 1, limits, rows, JpegColours::AsStored); !opened) return opened;
@@ -30,7 +122,7 @@ Status DecodeJpeg(const std::string& path, const Limits& limits, JpegPixels& out
   out.components = static_cast<std::size_t>(facts.Channels());
   if (!FitsMemory(facts.size.width, facts.size.height, facts.Channels(), limits)) return fault::OutOfMemory();
   try {
-    return Decode(*rows, out);
+    return ReadSamples(*rows, out);
   } catch (const std::bad_alloc&) {
     return fault::OutOfMemory();
   }

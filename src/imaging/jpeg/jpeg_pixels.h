@@ -3,14 +3,29 @@
 #pragma once
 
 #include <cstddef>
+#include <memory>
 #include <string>
 #include <vector>
 
 #include "base/rect.h"
 #include "imaging/limits.h"
+#include "imaging/rows/row_source.h"
 #include "imaging/types.h"
 
+// The pixels of a JPEG file, as a stream of rows or held whole. Both accept the files that CutJpeg accepts, report the
+// same failures, and check the file to its end.
 namespace quillon::imaging {
+
+// Displayed: grey stays grey, CMYK and YCCK become ink, everything else RGB. AsStored: samples in the colour space of
+// the file, whatever the layout calls them, with the chroma of every pixel. YccAsStored: YCbCr as it is stored
+// (RowFacts::ycc is set), everything else displayed.
+enum class JpegColours { Displayed, AsStored, YccAsStored };
+
+// Opens a JPEG to be decoded row by row. It is decoded at 1/shrink of its size (1, 2, 4 or 8; sides rounded up). A
+// picture is held whole only if it is stored in several scans. Failures: see JpegReader::Open; Damaged may also come
+// with any row.
+Status OpenJpegRows(const std::string& path, int shrink, const Limits& limits, std::shared_ptr<RowStream>& out,
+                    JpegColours colours = JpegColours::Displayed);
 
 // A JPEG held whole as it is stored: samples in the colour space of the file, interleaved, with the chroma of every
 // pixel.
@@ -26,8 +41,8 @@ struct JpegPixels {
   }
 };
 
-// Decodes the file at path to its end. Unsupported: no JPEG, or of a kind that is not read here. TooLarge: above
-// limits, checked before anything is allocated. Damaged: truncated or corrupt. Missing, Denied: it cannot be opened.
+// Decodes the file at path to its end. Failures: see JpegReader::Open; TooLarge also if the samples are above limits,
+// checked before they are allocated.
 Status DecodeJpeg(const std::string& path, const Limits& limits, JpegPixels& out);
 
 }  // namespace quillon::imaging

@@ -30,7 +30,9 @@ void AverageSquares(const JSAMPLE* a, const JSAMPLE* b, JSAMPLE* out, int count)
 
 }  // namespace
 
-bool JpegPlanes::Suits(const jpeg_decompress_struct& decoder, const jpeg_compress_struct& encoder, base::Rect rect) {
+bool JpegPlanes::Suits(const JpegReader& reader, const JpegWriter& writer, base::Rect rect) {
+  const jpeg_decompress_struct& decoder = reader.Info();
+  const jpeg_compress_struct& encoder = writer.Info();
   const std::int64_t right = std::int64_t{rect.left} + rect.width;
   const std::int64_t bottom = std::int64_t{rect.top} + rect.height;
   if (rect.left < 0 || rect.top < 0 || right > decoder.image_width || bottom > decoder.image_height) return false;
@@ -59,24 +61,24 @@ bool JpegPlanes::Suits(const jpeg_decompress_struct& decoder, const jpeg_compres
   return true;
 }
 
-JpegPlanes::JpegPlanes(jpeg_decompress_struct& decoder, jpeg_compress_struct& encoder, base::Rect rect)
-    : decoder_(decoder), encoder_(encoder), rect_(rect) {}
+JpegPlanes::JpegPlanes(JpegReader& reader, JpegWriter& writer, base::Rect rect)
+    : reader_(reader), writer_(writer), rect_(rect) {}
 
 void JpegPlanes::Start() {
-  encoder_.raw_data_in = TRUE;
-  jpeg_start_compress(&encoder_, TRUE);
-  decoder_.raw_data_out = TRUE;
-  jpeg_start_decompress(&decoder_);
+  reader_.StartPlanes();
+  writer_.StartPlanes();
 }
 
 void JpegPlanes::MeasurePlane(int index) {
-  const jpeg_component_info& in = decoder_.comp_info[index];
-  const jpeg_component_info& out = encoder_.comp_info[index];
+  const jpeg_decompress_struct& decoder = reader_.Info();
+  const jpeg_compress_struct& encoder = writer_.Info();
+  const jpeg_component_info& in = decoder.comp_info[index];
+  const jpeg_component_info& out = encoder.comp_info[index];
   Plane& plane = planes_[static_cast<std::size_t>(index)];
-  plane.acrossIn = decoder_.max_h_samp_factor / in.h_samp_factor;
-  plane.downIn = decoder_.max_v_samp_factor / in.v_samp_factor;
-  const int acrossOut = encoder_.max_h_samp_factor / out.h_samp_factor;
-  const int downOut = encoder_.max_v_samp_factor / out.v_samp_factor;
+  plane.acrossIn = decoder.max_h_samp_factor / in.h_samp_factor;
+  plane.downIn = decoder.max_v_samp_factor / in.v_samp_factor;
+  const int acrossOut = encoder.max_h_samp_factor / out.h_samp_factor;
+  const int downOut = encoder.max_v_samp_factor / out.v_samp_factor;
   plane.across = acrossOut / plane.acrossIn;
   plane.down = downOut / plane.downIn;
   plane.left = rect_.left / plane.acrossIn;
@@ -87,7 +89,7 @@ void JpegPlanes::MeasurePlane(int index) {
   plane.height = CeilDiv(rect_.height, downOut);
   plane.paddedWidth = static_cast<int>(out.width_in_blocks) * kBlock;
   // What one row of blocks of the result needs, and the rows of blocks of the source that it begins and ends in.
-  plane.ringRows = (encoder_.max_v_samp_factor + 2 * decoder_.max_v_samp_factor) * kBlock / plane.downIn;
+  plane.ringRows = (encoder.max_v_samp_factor + 2 * decoder.max_v_samp_factor) * kBlock / plane.downIn;
   const std::size_t decodedWidth =
       (static_cast<std::size_t>(in.width_in_blocks) + static_cast<std::size_t>(in.h_samp_factor)) * kBlock;
   plane.stride = std::max(decodedWidth, static_cast<std::size_t>(plane.left + plane.paddedWidth));
@@ -98,15 +100,15 @@ void JpegPlanes::MeasurePlane(int index) {
 }
 
 void JpegPlanes::Allocate() {
-  for (int i = 0; i < decoder_.num_components; ++i) MeasurePlane(i);
+  for (int i = 0; i < reader_.Info().num_components; ++i) MeasurePlane(i);
 }
 
 // Rows of pixels, from the top of the picture.
 void JpegPlanes::DecodeDownTo(int row) {
-  const int step = decoder_.max_v_samp_factor * kBlock;
+  const int step = reader_.Info().max_v_samp_factor * kBlock;
   std::array<JSAMPARRAY, kComponents> image{};
   while (decodedRows_ < row) {
-    for (int i = 0; i < decoder_.num_components; ++i) {
+    for (int i = 0; i < reader_.Info().num_components; ++i) {
       Plane& plane = planes_[static_cast<std::size_t>(i)];
       const int first = decodedRows_ / plane.downIn;
       for (int k = 0; k < step / plane.downIn; ++k) {
@@ -114,12 +116,12 @@ void JpegPlanes::DecodeDownTo(int row) {
       }
       image[static_cast<std::size_t>(i)] = plane.rowsIn.data();
     }
-    jpeg_read_raw_data(&decoder_, image.data(), static_cast<JDIMENSION>(step));
+    reader_.ReadPlanes(image.data(), step);
     decodedRows_ += step;
   }
 }
 
-// Row of the result, with its last column repeated where there is no partner.
+// A row of the result. Its last column is repeated if it has no partner.
 void JpegPlanes::Average(Plane& plane, int row, JSAMPROW out) {
   const int first = row * plane.down;
   const int second = std::min(first + plane.down - 1, plane.heightIn - 1);
@@ -140,7 +142,7 @@ void JpegPlanes::Average(Plane& plane, int row, JSAMPROW out) {
 
 // Points rowsOut at count rows of the result. Beyond its right and lower end the last sample is repeated up to whole
 // blocks: what was cut off must not hide in the padding.
-void JpegPlanes::Lay(Plane& plane, int firstRow, int count) {
+void JpegPlanes::LayOut(Plane& plane, int firstRow, int count) {
   for (int k = 0; k < count; ++k) {
     const int row = std::min(firstRow + k, plane.height - 1);
     JSAMPROW samples = nullptr;
@@ -156,17 +158,17 @@ void JpegPlanes::Lay(Plane& plane, int firstRow, int count) {
 }
 
 void JpegPlanes::Move() {
-  const int step = encoder_.max_v_samp_factor * kBlock;
+  const int step = writer_.Info().max_v_samp_factor * kBlock;
   std::array<JSAMPARRAY, kComponents> image{};
   for (int y = 0; y < rect_.height; y += step) {
     DecodeDownTo(rect_.top + std::min(y + step, rect_.height));
-    for (int i = 0; i < encoder_.num_components; ++i) {
+    for (int i = 0; i < writer_.Info().num_components; ++i) {
       Plane& plane = planes_[static_cast<std::size_t>(i)];
-      const int count = encoder_.comp_info[i].v_samp_factor * kBlock;
-      Lay(plane, y / step * count, count);
+      const int count = writer_.Info().comp_info[i].v_samp_factor * kBlock;
+      LayOut(plane, y / step * count, count);
       image[static_cast<std::size_t>(i)] = plane.rowsOut.data();
     }
-    jpeg_write_raw_data(&encoder_, image.data(), static_cast<JDIMENSION>(step));
+    writer_.WritePlanes(image.data(), step);
   }
 }
 

@@ -3,172 +3,119 @@
 #include "imaging/jpeg/jpeg_reader.h"
 
 #include <algorithm>
-#include <string>
-#include <string_view>
-
-#include "imaging/faults.h"
-#include "imaging/jpeg/jpeg_head.h"
-#include "imaging/jpeg/jpeg_stream.h"
-#include "imaging/limits.h"
-#include "imaging/metadata/exif_block.h"
+#include <limits>
 
 namespace quillon::imaging {
 namespace {
 
-constexpr int kCoefficientBytes = 2;
-constexpr int kMostScans = 200;
-constexpr std::size_t kProfileHead = 14;  // "ICC_PROFILE", zero, number, count
+using host::Problem;
 
-// The profile of its numbered segments; "" when one is missing.
-std::string JoinProfile(const std::vector<std::string_view>& segments) {
-  std::string profile;
-  for (std::size_t number = 1; number <= segments.size(); ++number) {
-    const auto found = std::find_if(segments.begin(), segments.end(), [&](std::string_view segment) {
-      return segment.size() >= kProfileHead && static_cast<unsigned char>(segment[12]) == number;
-    });
-    if (found == segments.end()) return {};
-    profile += found->substr(kProfileHead);
-  }
-  return profile;
-}
-
-// Everything that a jump out of libjpeg could leave behind is a member.
-class JpegRows : public RowStream {
- public:
-  explicit JpegRows(JpegColours colours) : colours_(colours), source_(errors_, {}) {}
-  ~JpegRows() override { jpeg_destroy_decompress(&decoder_); }
-  JpegRows(const JpegRows&) = delete;
-  JpegRows& operator=(const JpegRows&) = delete;
-
-  Status Open(const std::string& path, int shrink, const Limits& limits) {
-    if (Status status = source_.Open(path, head_); !status) return status;
-    if (!errors_.Guard([&] { ReadHeader(shrink); })) return errors_.Result();
-    if (decoder_.jpeg_color_space == JCS_UNKNOWN) return fault::UnreadKind();
-    const bool small = decoder_.image_width <= static_cast<unsigned>(limits.jpegSide) &&
-                       decoder_.image_height <= static_cast<unsigned>(limits.jpegSide);
-    if (!small || !WithinLimits(decoder_.image_width, decoder_.image_height, limits)) return fault::SidesTooLarge();
-    const int held = decoder_.num_components * kCoefficientBytes;
-    if (jpeg_has_multiple_scans(&decoder_) && !FitsMemory(decoder_.image_width, decoder_.image_height, held, limits)) {
-      return fault::OutOfMemory();
-    }
-    SetFacts();
-    return Status::Ok();
-  }
-
-  const RowFacts& Facts() const override { return facts_; }
-
-  // Rows before the first one that is wanted need not be transformed.
-  Status SkipRows(int count) override {
-    if (begun_ || count >= facts_.size.height) return RowStream::SkipRows(count);
-    skipped_ = static_cast<JDIMENSION>(count);
-    const bool skipped = errors_.Guard([this] {
-      Begin();
-      jpeg_skip_scanlines(&decoder_, skipped_);
-    });
-    return skipped ? Status::Ok() : errors_.Result();
-  }
-
-  Status ReadRow(unsigned char* out) override {
-    row_ = out;
-    const bool read = errors_.Guard([this] {
-      if (!begun_) Begin();
-      jpeg_read_scanlines(&decoder_, &row_, 1);
-      if (decoder_.output_scanline == decoder_.output_height) CheckRest();
-    });
-    if (!read) return errors_.Result();
-    // With this marker, inks are stored as what they leave of the paper's white.
-    if (colours_ != JpegColours::AsStored && head_.adobe && facts_.layout == RowLayout::Cmyk) {
-      const std::size_t samples = std::size_t{4} * static_cast<unsigned>(facts_.size.width);
-      for (std::size_t i = 0; i < samples; ++i) out[i] = static_cast<unsigned char>(255 - out[i]);
-    }
-    return Status::Ok();
-  }
-
- private:
-  struct Progress {
-    jpeg_progress_mgr base;
-    JpegRows* owner;
-  };
-
-  void ReadHeader(int shrink) {
-    decoder_.err = errors_.Handle();
-    jpeg_create_decompress(&decoder_);
-    source_.Attach(decoder_);
-    jpeg_read_header(&decoder_, TRUE);
-    decoder_.out_color_space = AcceptsAsStored() ? decoder_.jpeg_color_space : DisplayedColours();
-    decoder_.scale_num = 1;
-    decoder_.scale_denom = static_cast<unsigned>(shrink);
-    decoder_.do_block_smoothing = FALSE;
-    jpeg_calc_output_dimensions(&decoder_);
-  }
-
-  bool AcceptsAsStored() const {
-    return colours_ == JpegColours::AsStored ||
-           (colours_ == JpegColours::YccAsStored && decoder_.jpeg_color_space == JCS_YCbCr);
-  }
-
-  J_COLOR_SPACE DisplayedColours() const {
-    switch (decoder_.jpeg_color_space) {
-      case JCS_GRAYSCALE:
-        return JCS_GRAYSCALE;
-      case JCS_CMYK:
-      case JCS_YCCK:
-        return JCS_CMYK;
-      default:
-        return JCS_RGB;
-    }
-  }
-
-  void SetFacts() {
-    facts_.size = {static_cast<int>(decoder_.output_width), static_cast<int>(decoder_.output_height)};
-    facts_.layout = static_cast<RowLayout>(decoder_.out_color_components);
-    facts_.ycc = decoder_.out_color_space == JCS_YCbCr;
-    facts_.dpi = head_.Dpi();
-    facts_.profile = JoinProfile(head_.icc);
-    facts_.exif = head_.exif;
-    facts_.orientation = ReadExif(head_.exif).orientation;
-  }
-
-  // Only the first row needs the memory of a decoder that runs.
-  void Begin() {
-    progress_.base.progress_monitor = [](j_common_ptr info) {
-      JpegRows& self = *reinterpret_cast<Progress*>(info->progress)->owner;
-      if (self.decoder_.input_scan_number > kMostScans)
-        self.errors_.Fail(host::Problem::Damaged, "图片数据损坏或不完整");
-    };
-    progress_.owner = this;
-    decoder_.progress = &progress_.base;
-    errors_.DataBegins();
-    jpeg_start_decompress(&decoder_);
-    begun_ = true;
-  }
-
-  void CheckRest() {
-    if (jpeg_has_multiple_scans(&decoder_)) return;  // all was read before the first row
-    const auto rest = decoder_.arith_code ? JpegSource::Rest::Undecoded : JpegSource::Rest::AllDecoded;
-    source_.CheckToEnd(decoder_.unread_marker, rest);
-  }
-
-  const JpegColours colours_;
-  JpegErrors errors_;
-  JpegSource source_;
-  JpegHead head_;
-  jpeg_decompress_struct decoder_{};
-  bool begun_ = false;
-  Progress progress_{};
-  RowFacts facts_;
-  JSAMPROW row_ = nullptr;
-  JDIMENSION skipped_ = 0;
-};
+constexpr int kRowsHeld = 96;       // by a decoder and an encoder together, at most
+constexpr int kCoefficients = 128;  // bytes of a block's coefficients
+// Every scan passes over all coefficients, so a small file could keep a decoder busy for hours. The scans that a
+// picture may have shrink with its pixels.
+constexpr int kScansMin = 30;       // any picture may have so many
+constexpr int kScansMax = 500;      // no picture may have more
+constexpr double kScanWork = 20e9;  // pixels times scans, if that is more than kScansMin
 
 }  // namespace
 
-Status OpenJpegRows(const std::string& path, int shrink, const Limits& limits, std::shared_ptr<RowStream>& out,
-                    JpegColours colours) {
-  auto rows = std::make_shared<JpegRows>(colours);
-  if (Status status = rows->Open(path, shrink, limits); !status) return status;
-  out = std::move(rows);
+Status JpegReader::Open(const std::string& path, const Limits& limits, int widthWritten) {
+  if (Status opened = source_.Open(path, head_); !opened) return opened;
+  if (!errors_.Guard([this] { ReadHeader(); })) return errors_.Result();
+  return CheckLimits(limits, widthWritten);
+}
+
+void JpegReader::ReadHeader() {
+  decoder_.err = errors_.Handle();
+  jpeg_create_decompress(&decoder_);
+  pages_.Attach(decoder_);
+  source_.Attach(decoder_);
+  jpeg_read_header(&decoder_, TRUE);
+  if (decoder_.jpeg_color_space == JCS_UNKNOWN) errors_.Fail(Problem::Unsupported, "不支持这种JPEG图片");
+  severalScans_ = jpeg_has_multiple_scans(&decoder_) == TRUE;
+  decoder_.out_color_space = decoder_.jpeg_color_space;
+  decoder_.do_block_smoothing = FALSE;
+  const double pixels = static_cast<double>(decoder_.image_width) * decoder_.image_height;
+  scansMax_ = static_cast<int>(std::clamp<double>(kScanWork / pixels, kScansMin, kScansMax));
+  progress_.base.progress_monitor = &JpegReader::OnProgress;
+  progress_.owner = this;
+  decoder_.progress = &progress_.base;
+  errors_.DataBegins();
+}
+
+Status JpegReader::CheckLimits(const Limits& limits, int widthWritten) {
+  const std::int64_t width = decoder_.image_width;
+  const std::int64_t height = decoder_.image_height;
+  if (width > limits.jpegSide || height > limits.jpegSide || !WithinLimits(width, height, limits)) {
+    return {Problem::TooLarge, "图片尺寸超出限制"};
+  }
+  if (BytesHeld(widthWritten) > limits.memory) return {Problem::TooLarge, "图片太大，超出内存限制"};
+  decoder_.mem->max_memory_to_use =
+      static_cast<long>(std::min<std::int64_t>(limits.memory, std::numeric_limits<long>::max()));
   return Status::Ok();
+}
+
+// Rows of both codecs, and of a picture in several scans all coefficients.
+std::int64_t JpegReader::BytesHeld(int widthWritten) const {
+  const std::int64_t widest = std::max<std::int64_t>(decoder_.image_width, widthWritten);
+  std::int64_t bytes = widest * decoder_.num_components * kRowsHeld;
+  if (!severalScans_) return bytes;
+  for (int i = 0; i < decoder_.num_components; ++i) {
+    const jpeg_component_info& component = decoder_.comp_info[i];
+    bytes += std::int64_t{component.width_in_blocks + component.h_samp_factor} *
+             (component.height_in_blocks + component.v_samp_factor) * kCoefficients;
+  }
+  return bytes;
+}
+
+// libjpeg calls this for every row of blocks and every row of pixels.
+void JpegReader::CheckScan() {
+  if (stop_.stop_requested()) errors_.Fail(Problem::Stopped, "已停止");
+  if (decoder_.input_scan_number > scansMax_) errors_.Fail(Problem::Damaged, "图片数据已损坏：扫描次数过多");
+}
+
+void JpegReader::ChooseOutput(J_COLOR_SPACE colours, int shrink) {
+  decoder_.out_color_space = colours;
+  decoder_.scale_num = 1;
+  decoder_.scale_denom = static_cast<unsigned>(shrink);
+  jpeg_calc_output_dimensions(&decoder_);
+}
+
+void JpegReader::StartRows() { jpeg_start_decompress(&decoder_); }
+
+int JpegReader::CropColumns(int first, int count) {
+  JDIMENSION begin = static_cast<JDIMENSION>(first);
+  JDIMENSION size = static_cast<JDIMENSION>(count);
+  if (size < decoder_.output_width) jpeg_crop_scanline(&decoder_, &begin, &size);
+  return static_cast<int>(begin);
+}
+
+void JpegReader::SkipRows(int count) {
+  if (count > 0) jpeg_skip_scanlines(&decoder_, static_cast<JDIMENSION>(count));
+}
+
+// libjpeg hands out a few rows a call, as the sampling has it.
+void JpegReader::ReadRows(JSAMPARRAY rows, int count) {
+  for (int read = 0; read < count;) {
+    read += static_cast<int>(jpeg_read_scanlines(&decoder_, rows + read, static_cast<JDIMENSION>(count - read)));
+  }
+}
+
+void JpegReader::StartPlanes() {
+  decoder_.raw_data_out = TRUE;
+  jpeg_start_decompress(&decoder_);
+}
+
+void JpegReader::ReadPlanes(JSAMPIMAGE planes, int rows) {
+  jpeg_read_raw_data(&decoder_, planes, static_cast<JDIMENSION>(rows));
+}
+
+void JpegReader::CheckRest() {
+  if (severalScans_) return;  // the start has read all of it
+  const bool all =
+      decoder_.output_height > 0 && decoder_.output_scanline >= decoder_.output_height && !decoder_.arith_code;
+  source_.CheckToEnd(decoder_.unread_marker, all ? JpegSource::Rest::AllDecoded : JpegSource::Rest::Undecoded);
 }
 
 }  // namespace quillon::imaging

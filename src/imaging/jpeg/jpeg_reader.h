@@ -2,24 +2,92 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include <memory>
+#include <atomic>
+#include <cstdint>
+#include <cstdio>
+#include <stop_token>
 #include <string>
 
+#include <jpeglib.h>
+
+#include "imaging/jpeg/jpeg_head.h"
+#include "imaging/jpeg/jpeg_pages.h"
+#include "imaging/jpeg/jpeg_stream.h"
 #include "imaging/limits.h"
-#include "imaging/rows/row_source.h"
-#include "imaging/types.h"
 
 namespace quillon::imaging {
 
-// Displayed: grey stays grey, CMYK and YCCK become ink, everything else RGB. AsStored: samples in the colour space of
-// the file, whatever the layout calls them, with the chroma of every pixel. YccAsStored: so YCbCr alone (which
-// RowFacts::ycc tells), all else displayed.
-enum class JpegColours { Displayed, AsStored, YccAsStored };
+// Reads one JPEG file. Cuts, previews and effects all decode through this class, so that they accept the same files
+// and report the same damage.
+//
+// Call Open first. Then choose the output if it differs from the default, start once, and read from the top. The calls
+// after Open run under the Guard of errors and fail by its jump. A picture is held whole only if it is stored in
+// several scans (progressive, or one scan for each component); all of it is then read by the start.
+class JpegReader {
+ public:
+  // errors may be shared with a writer, so that one Guard covers both. stop ends the reading soon, with
+  // Problem::Stopped. reads is counted up when a read of the file begins and again when it ends.
+  explicit JpegReader(JpegErrors& errors, std::stop_token stop = {}, std::atomic<unsigned>* reads = nullptr)
+      : errors_(errors), stop_(std::move(stop)), source_(errors, stop_, reads) {}
+  ~JpegReader() { jpeg_destroy_decompress(&decoder_); }
+  JpegReader(const JpegReader&) = delete;
+  JpegReader& operator=(const JpegReader&) = delete;
 
-// Opens a JPEG to be decoded row by row. It is decoded at 1/shrink of its size (1, 2, 4 or 8; sides rounded up). A
-// picture is only held whole when it is progressive. Warnings of the decoder about the picture's data are damage, and
-// so is a missing end.
-Status OpenJpegRows(const std::string& path, int shrink, const Limits& limits, std::shared_ptr<RowStream>& out,
-                    JpegColours colours = JpegColours::Displayed);
+  // Opens path and reads everything before the picture data. Nothing large is allocated. widthWritten: see BytesHeld.
+  // Unsupported: not a JPEG, or of a kind that is not read here (lossless, hierarchical, 12 bit, other colour spaces).
+  // TooLarge: a side, the pixels or BytesHeld are above limits. Damaged: truncated or corrupt.
+  // Missing, Denied: the file cannot be opened.
+  Status Open(const std::string& path, const Limits& limits, int widthWritten = 0);
+
+  const JpegHead& Head() const { return head_; }
+  // Size, sampling and colours. The output size is known when the output was chosen or decoding was started.
+  const jpeg_decompress_struct& Info() const { return decoder_; }
+  bool SeveralScans() const { return severalScans_; }
+  // Bytes that are held at the peak if rows of widthWritten pixels are encoded meanwhile (0: none are).
+  std::int64_t BytesHeld(int widthWritten = 0) const;
+
+  // Rows will have these colours and 1/shrink of the size (1, 2, 4 or 8; sides are rounded up). Without this call they
+  // are as stored and whole.
+  void ChooseOutput(J_COLOR_SPACE colours, int shrink);
+
+  void StartRows();
+  // Restricts the rows to count columns from first on, or a few more. Returns the first column that they really have.
+  // Call right after StartRows.
+  int CropColumns(int first, int count);
+  // Chroma of the rows that follow is as in the whole picture. count is less than the rows that are left.
+  void SkipRows(int count);
+  void ReadRows(JSAMPARRAY rows, int count);
+
+  // Components are handed out as they are stored, without upsampling.
+  void StartPlanes();
+  // rows are rows of pixels: one row of minimum coded units.
+  void ReadPlanes(JSAMPIMAGE planes, int rows);
+
+  // Call once after the last read. Follows the file to its end-of-image marker. If every row was decoded, no more data
+  // may come before it; if not, only a missing end is found.
+  void CheckRest();
+
+ private:
+  struct Progress {
+    jpeg_progress_mgr base;
+    JpegReader* owner;
+  };
+
+  static void OnProgress(j_common_ptr info) { reinterpret_cast<Progress*>(info->progress)->owner->CheckScan(); }
+
+  void ReadHeader();
+  void CheckScan();
+  Status CheckLimits(const Limits& limits, int widthWritten);
+
+  JpegErrors& errors_;
+  std::stop_token stop_;
+  JpegSource source_;
+  JpegPages pages_;
+  JpegHead head_;
+  jpeg_decompress_struct decoder_{};
+  Progress progress_{};
+  int scansMax_ = 0;
+  bool severalScans_ = false;
+};
 
 }  // namespace quillon::imaging

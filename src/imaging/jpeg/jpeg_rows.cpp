@@ -14,15 +14,15 @@ constexpr int kMargin = 8;
 
 }  // namespace
 
-JpegRows::JpegRows(jpeg_decompress_struct& decoder, jpeg_compress_struct& encoder, base::Rect rect,
-                   const std::array<JSAMPLE, 4>& white, const JpegPixels* decoded)
-    : decoder_(decoder),
-      encoder_(encoder),
+JpegRows::JpegRows(JpegReader& reader, JpegWriter& writer, base::Rect rect, const std::array<JSAMPLE, 4>& white,
+                   const JpegPixels* decoded)
+    : reader_(reader),
+      writer_(writer),
       rect_(rect),
       whitePixel_(white),
       whole_(decoded),
-      columns_(Inside(rect.left, rect.width, decoder.image_width)),
-      rows_(Inside(rect.top, rect.height, decoder.image_height)) {
+      columns_(Inside(rect.left, rect.width, reader.Info().image_width)),
+      rows_(Inside(rect.top, rect.height, reader.Info().image_height)) {
   if (columns_.size == 0 || rows_.size == 0) columns_.size = rows_.size = 0;
 }
 
@@ -34,28 +34,23 @@ JpegRows::Span JpegRows::Inside(int begin, int size, JDIMENSION length) {
 }
 
 void JpegRows::Start() {
-  jpeg_start_compress(&encoder_, TRUE);
   if (whole_) {
     firstColumn_ = columns_.begin;
-    return;
+  } else if (rows_.size > 0) {
+    reader_.StartRows();
+    const int first = std::max(columns_.begin - kMargin, 0);
+    const int width = static_cast<int>(reader_.Info().image_width);
+    firstColumn_ = reader_.CropColumns(first, std::min(columns_.begin + columns_.size + kMargin, width) - first);
+    reader_.SkipRows(rows_.begin);
+  } else if (reader_.SeveralScans()) {
+    reader_.StartRows();  // reads the picture to its end, which finds all damage
   }
-  // A picture in several scans is read to its end here, which finds all damage.
-  if (rows_.size == 0 && !jpeg_has_multiple_scans(&decoder_)) return;
-  jpeg_start_decompress(&decoder_);
-  if (rows_.size == 0) return;
-  JDIMENSION begin = static_cast<JDIMENSION>(std::max(columns_.begin - kMargin, 0));
-  JDIMENSION size = static_cast<JDIMENSION>(columns_.begin + columns_.size + kMargin) - begin;
-  size = std::min(size, decoder_.image_width - begin);
-  if (size < decoder_.image_width) {
-    jpeg_crop_scanline(&decoder_, &begin, &size);
-    firstColumn_ = static_cast<int>(begin);
-  }
-  if (rows_.begin > 0) jpeg_skip_scanlines(&decoder_, static_cast<JDIMENSION>(rows_.begin));
+  writer_.StartRows();
 }
 
 void JpegRows::Allocate() {
-  components_ = static_cast<std::size_t>(decoder_.num_components);
-  const std::size_t width = whole_ ? static_cast<std::size_t>(columns_.size) : decoder_.output_width;
+  components_ = static_cast<std::size_t>(reader_.Info().num_components);
+  const std::size_t width = whole_ ? static_cast<std::size_t>(columns_.size) : reader_.Info().output_width;
   const std::size_t decoded = rows_.size > 0 ? width * components_ : 0;
   decoded_.resize(decoded * kBatch);
   for (std::size_t i = 0; i < kBatch; ++i) decodedRows_[i] = decoded_.data() + i * decoded;
@@ -74,7 +69,7 @@ void JpegRows::Move() {
 
 void JpegRows::WriteWhite(int count) {
   JSAMPROW row = white_.data();
-  for (int i = 0; i < count; ++i) jpeg_write_scanlines(&encoder_, &row, 1);
+  for (int i = 0; i < count; ++i) writer_.WriteRows(&row, 1);
 }
 
 void JpegRows::WriteDecoded() {
@@ -89,7 +84,7 @@ void JpegRows::WriteDecoded() {
     if (whole_) {
       CopyBatch(rows_.begin + rows_.size - left, batch);
     } else {
-      ReadBatch(batch);
+      reader_.ReadRows(decodedRows_.data(), batch);
     }
     for (int i = 0; i < batch; ++i) {
       parts[i] = decodedRows_[i] + skip;
@@ -98,16 +93,8 @@ void JpegRows::WriteDecoded() {
       std::copy_n(parts[i], used, row + margin);
       parts[i] = row;
     }
-    jpeg_write_scanlines(&encoder_, parts.data(), static_cast<JDIMENSION>(batch));
+    writer_.WriteRows(parts.data(), batch);
     left -= batch;
-  }
-}
-
-// libjpeg hands out a few rows a call, as the sampling has it.
-void JpegRows::ReadBatch(int count) {
-  for (int read = 0; read < count;) {
-    read += static_cast<int>(
-        jpeg_read_scanlines(&decoder_, decodedRows_.data() + read, static_cast<JDIMENSION>(count - read)));
   }
 }
 

@@ -7,23 +7,26 @@
 
 #include "base/rect.h"
 #include "imaging/jpeg/jpeg_pixels.h"
-#include "imaging/jpeg/jpeg_transfer.h"
+#include "imaging/jpeg/jpeg_reader.h"
+#include "imaging/jpeg/jpeg_writer.h"
 
 namespace quillon::imaging {
 
 // Moves whole pixels, row by row: any rectangle, also one that leaves the picture. Rows above the rectangle are not
 // transformed, columns beside it neither, rows below not even read. Chroma is upsampled to every pixel, exactly as in
 // the whole picture, and reduced again by the encoder.
-class JpegRows : public JpegTransfer {
+class JpegRows {
  public:
-  // white: a pixel in the colour space of the file. decoded: the picture, where it was decoded before, else nullptr;
-  // the decoder then only tells what it read of the header.
-  JpegRows(jpeg_decompress_struct& decoder, jpeg_compress_struct& encoder, base::Rect rect,
-           const std::array<JSAMPLE, 4>& white, const JpegPixels* decoded);
+  // reader is open, writer is set up. Start and Move run under the Guard of their errors, Allocate between them.
+  // white: a pixel in the colour space of the file. decoded: the picture if it was decoded before, else nullptr; if it
+  // is given, only the header is used of reader.
+  JpegRows(JpegReader& reader, JpegWriter& writer, base::Rect rect, const std::array<JSAMPLE, 4>& white,
+           const JpegPixels* decoded);
 
-  void Start() override;
-  void Allocate() override;
-  void Move() override;
+  void Start();
+  void Allocate();
+  // Writes every row of the result.
+  void Move();
 
  private:
   static constexpr int kBatch = 16;  // rows moved at a time
@@ -36,11 +39,10 @@ class JpegRows : public JpegTransfer {
   static Span Inside(int begin, int size, JDIMENSION length);
   void WriteWhite(int count);
   void WriteDecoded();
-  void ReadBatch(int count);
   void CopyBatch(int row, int count);
 
-  jpeg_decompress_struct& decoder_;
-  jpeg_compress_struct& encoder_;
+  JpegReader& reader_;
+  JpegWriter& writer_;
   const base::Rect rect_;
   const std::array<JSAMPLE, 4> whitePixel_;
   const JpegPixels* const whole_;
@@ -50,7 +52,7 @@ class JpegRows : public JpegTransfer {
   std::size_t components_ = 0;
   std::vector<JSAMPLE> decoded_;
   std::array<JSAMPROW, kBatch> decodedRows_{};
-  std::vector<JSAMPLE> white_;   // one row, where the picture does not reach everywhere
+  std::vector<JSAMPLE> white_;   // one row, if the picture does not fill the rectangle
   std::vector<JSAMPLE> framed_;  // a batch of rows, white on both sides
 };
 

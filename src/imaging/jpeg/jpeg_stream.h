@@ -11,8 +11,9 @@
 
 #include <jpeglib.h>
 
-#include "imaging/jpeg/jpeg_cut.h"
+#include "imaging/io/bytes.h"
 #include "imaging/jpeg/jpeg_head.h"
+#include "imaging/types.h"
 
 // The parts that connect libjpeg to files, sinks and Status. libjpeg ends an operation by a jump out of its error
 // manager; code that runs under Guard therefore keeps nothing in locals that needs a destructor.
@@ -27,7 +28,7 @@ class JpegErrors {
 
   jpeg_error_mgr* Handle() { return &manager_.base; }
 
-  // Runs work; false when it ended in a failure, which Result tells.
+  // Runs work; false if it ended in a failure, which Result returns.
   template <class Work>
   bool Guard(Work work) {
     if (setjmp(manager_.jump) != 0) return false;
@@ -38,12 +39,12 @@ class JpegErrors {
   // Ends the guarded work; only from inside Guard. The sentence is a literal.
   [[noreturn]] void Fail(host::Problem problem, const char* why);
   [[noreturn]] void FailErrno(int error);
-  // As Fail, with what was told to SetResult before.
+  // As Fail, with what was given to SetResult before.
   [[noreturn]] void Jump();
   void SetResult(Status status) { result_ = std::move(status); }
   const Status& Result() const { return result_; }
 
-  // Stray bytes between segments are harmless in front of the picture data, and a sign of damage inside.
+  // Stray bytes between segments are harmless before the picture data, and a sign of damage inside.
   void DataBegins() { insideData_ = true; }
 
  private:
@@ -64,7 +65,7 @@ class JpegErrors {
 // Reads a file for libjpeg; everything up to the picture data is kept.
 class JpegSource {
  public:
-  // reads: see JpegCutControl.
+  // stop, reads: see JpegReader.
   JpegSource(JpegErrors& errors, std::stop_token stop, std::atomic<unsigned>* reads = nullptr)
       : errors_(errors), stop_(std::move(stop)), reads_(reads) {}
   ~JpegSource();

@@ -24,21 +24,14 @@ using host::Problem;
 constexpr int kNotRead = -1;
 
 struct Answer {
-  std::uint64_t size = 0;
-  std::int64_t modified = 0;
-  std::int64_t changed = 0;
-  std::uint64_t inode = 0;
+  host::FileStamp stamp;
   int width = 0;
   int height = 0;
   int dpi = kNotRead;
-
-  bool IsFor(const FileFacts& file) const {
-    return size == file.size && modified == file.modified && changed == file.changed && inode == file.inode;
-  }
 };
 
-// Remembers answers by path. Of the path only a hash is kept, so size, times and inode of the file have to agree as
-// well. When the younger half is full, the older one is dropped.
+// Remembers answers by path. Of the path only a hash is kept, so the stamp of the file has to agree as well. When the
+// younger half is full, the older one is dropped.
 class Memory {
  public:
   std::optional<Answer> Find(const std::string& path, const FileFacts& file) {
@@ -46,7 +39,7 @@ class Memory {
     const std::lock_guard lock(mutex_);
     for (Half* half : {&young_, &old_}) {
       const auto found = half->find(key);
-      if (found != half->end() && found->second.IsFor(file)) return found->second;
+      if (found != half->end() && Unchanged(found->second.stamp, StampOf(file))) return found->second;
     }
     return std::nullopt;
   }
@@ -162,8 +155,7 @@ Status Measurer::Measure(const std::string& path, ImageFacts& facts, Want want) 
   if (file->kind != FileKind::File) return {Problem::Unsupported, "不是图片文件"};
 
   const std::optional<Answer> known = parts_->memory.Find(path, *file);
-  Answer answer = known.value_or(
-      Answer{.size = file->size, .modified = file->modified, .changed = file->changed, .inode = file->inode});
+  Answer answer = known.value_or(Answer{.stamp = StampOf(*file)});
   if (!known) {
     if (Status status = parts_->MeasureFile(path, answer); !status) return status;
   }

@@ -7,13 +7,14 @@
 #include <utility>
 
 #include "base/path_text.h"
+#include "host/files/file_stamp.h"
 #include "job/program.h"
 #include "job/run/run_ledger.h"
 
 namespace quillon::job {
 namespace {
 
-using host::FileFacts;
+using host::FileStamp;
 
 // Keys. A source that is to be overwritten is written down as begun, every finished one as done; an output tells from
 // which source it came, and one that is not made yet of which it is meant to be. An empty value is none.
@@ -24,31 +25,10 @@ constexpr const char* kMeant = "meant";
 
 constexpr const char* kInUse = "这项任务正由另一个程序处理，或者它的记录现在无法读取，请稍后再试";
 
-struct Stamp {
-  std::uint64_t size = 0;
-  std::int64_t modified = 0;
-  std::uint64_t inode = 0;
-  std::int64_t changed = 0;
-
-  bool SameContent(const Stamp& other) const { return size == other.size && modified == other.modified; }
-  // Some disks number their files anew each time they are mounted; the time of the last change stays even then.
-  bool SameFile(const Stamp& other) const { return inode == other.inode || changed == other.changed; }
-};
-
-Stamp StampOf(const FileFacts& facts) { return {facts.size, facts.modified, facts.inode, facts.changed}; }
-
-std::ostream& operator<<(std::ostream& out, const Stamp& stamp) {
-  return out << stamp.size << ' ' << stamp.modified << ' ' << stamp.inode << ' ' << stamp.changed;
-}
-
-std::istream& operator>>(std::istream& in, Stamp& stamp) {
-  return in >> stamp.size >> stamp.modified >> stamp.inode >> stamp.changed;
-}
-
 // As text: the source's stamp, and for each output its stamp and path, ended by a zero byte.
 struct Done {
-  Stamp source;
-  std::vector<std::pair<Stamp, std::string>> outputs;
+  FileStamp source;
+  std::vector<std::pair<FileStamp, std::string>> outputs;
 };
 
 std::string TextOf(const Done& done) {
@@ -63,23 +43,21 @@ Done ReadDone(const std::string& text) {
   std::istringstream in(text);
   Done done;
   in >> done.source;
-  Stamp stamp;
+  FileStamp stamp;
   std::string path;
   while (in >> stamp && in.get() == ' ' && std::getline(in, path, '\0')) done.outputs.emplace_back(stamp, path);
   return done;
 }
 
 // Output is one of those in Done.
-bool Unchanged(const host::Files& files, const std::pair<Stamp, std::string>& output) {
-  const auto facts = files.Stat(output.second);
-  if (!facts) return false;
-  const Stamp now = StampOf(*facts);
-  return now.SameContent(output.first) && now.SameFile(output.first);
+bool OutputStands(const host::Files& files, const std::pair<FileStamp, std::string>& output) {
+  const auto now = StampOf(files, output.second);
+  return now && UnchangedOverMounts(output.first, *now);
 }
 
 bool OutputsStand(const host::Files& files, const Done& done) {
   return !done.outputs.empty() && std::all_of(done.outputs.begin(), done.outputs.end(),
-                                              [&](const auto& output) { return Unchanged(files, output); });
+                                              [&](const auto& output) { return OutputStands(files, output); });
 }
 
 bool IsParameter(const controls::Control& control) {
@@ -183,17 +161,17 @@ bool RunJournal::Stands(const std::string& source) {
   const std::string begunText = doneText.empty() ? journal_->Get(source, kBegun).value_or("") : std::string();
   if (doneText.empty() && begunText.empty()) return false;
   const host::Files& files = program_.host.files;
-  const auto now = files.Stat(source);
+  const auto now = StampOf(files, source);
   if (!doneText.empty()) {
     const Done done = ReadDone(doneText);
     if (!OutputsStand(files, done)) return false;
-    return !now || done.outputs.front().second == source || StampOf(*now).SameContent(done.source);
+    return !now || done.outputs.front().second == source || SameContent(done.source, *now);
   }
   if (!now) return false;
   // Replaced as a whole: that is what a finished cut does to its source.
   std::istringstream in(begunText);
-  Stamp before;
-  return in >> before && !StampOf(*now).SameFile(before);
+  FileStamp before;
+  return in >> before && !SameFileOverMounts(before, *now);
 }
 
 void RunJournal::EachHandled(const std::function<void(const std::string& source)>& take) {
@@ -229,7 +207,7 @@ std::string RunJournal::MadeOf(const std::string& path) {
     const Done done = ReadDone(journal_->Get(source, kDone).value_or(""));
     const auto output =
         std::find_if(done.outputs.begin(), done.outputs.end(), [&](const auto& one) { return one.second == path; });
-    if (output != done.outputs.end() && Unchanged(program_.host.files, *output)) return source;
+    if (output != done.outputs.end() && OutputStands(program_.host.files, *output)) return source;
     // Another file has taken its place.
     if (!IsMeant(path)) journal_->Set(path, kFrom, "");
   }
@@ -263,7 +241,7 @@ std::size_t RunJournal::Intend(const std::string& source, const std::vector<std:
   Intent& intent = intended_[source];
   for (const std::string& output : outputs) {
     const auto there = files.Stat(output);
-    if (there && there->device == before->device && there->inode == before->inode) {
+    if (there && SameFile(*there, *before)) {
       intent.inPlace = true;
       std::ostringstream text;
       text << StampOf(*before);

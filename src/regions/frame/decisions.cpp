@@ -2,6 +2,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "regions/frame/decisions.h"
 
+#include <sstream>
+
 #include "base/utf8.h"
 #include "job/settings/cut_settings.h"
 
@@ -46,11 +48,16 @@ std::string Decisions::JobText() const {
   return text;
 }
 
-std::string Decisions::StampOf(const std::string& source) const {
-  const auto facts = program_.host.files.Stat(source);
-  if (!facts) return {};
-  return std::to_string(facts->size) + "/" + std::to_string(facts->modified) + "/" + std::to_string(facts->inode) +
-         "/" + std::to_string(facts->changed);
+std::optional<host::FileStamp> Decisions::StampIn(const std::string& source, const char* key) const {
+  std::istringstream text(journal_->Get(source, key).value_or(""));
+  host::FileStamp stamp;
+  return text >> stamp ? std::optional(stamp) : std::nullopt;
+}
+
+void Decisions::WriteStamp(const std::string& source, const char* key) {
+  std::ostringstream text;
+  if (const auto stamp = StampOf(program_.host.files, source)) text << *stamp;
+  journal_->Set(source, key, text.str());
 }
 
 std::size_t Decisions::FirstOpen() const {
@@ -85,32 +92,35 @@ bool Decisions::Begin() {
 }
 
 std::optional<Decision> Decisions::Of(const std::string& source) const {
-  if (!journal_ || journal_->Get(source, kBefore) != StampOf(source)) return std::nullopt;
+  if (!journal_) return std::nullopt;
+  const auto before = StampIn(source, kBefore);
+  const auto now = StampOf(program_.host.files, source);
+  if (!before || !now || !UnchangedOverMounts(*before, *now)) return std::nullopt;
   const auto text = journal_->Get(source, kDecision);
   return text ? DecisionFrom(*text) : std::nullopt;
 }
 
 bool Decisions::CutInPlace(const std::string& source) const {
   if (!journal_) return false;
-  const auto before = journal_->Get(source, kBefore);
-  const auto after = journal_->Get(source, kAfter);
-  const std::string now = StampOf(source);
-  if (!before || *before == now) return false;
-  // Where the power went between the cut and this note of it, a changed source is taken for cut.
-  return after ? *after == now : job::ReadCutSettings(program_).over;
+  const auto before = StampIn(source, kBefore);
+  const auto now = StampOf(program_.host.files, source);
+  if (!before || !now || UnchangedOverMounts(*before, *now)) return false;
+  const auto after = StampIn(source, kAfter);
+  // If the power failed between the cut and this note of it, a changed source counts as cut.
+  return after ? UnchangedOverMounts(*after, *now) : job::ReadCutSettings(program_).over;
 }
 
 void Decisions::Decided(const std::string& source, const Decision& decision) {
   last_ = source;
   if (!journal_) return;
-  journal_->Set(source, kBefore, StampOf(source));
+  WriteStamp(source, kBefore);
   journal_->Set(source, kDecision, TextOf(decision));
   journal_->Commit();
 }
 
 void Decisions::NoteCut() {
   if (journal_ && !last_.empty()) {
-    journal_->Set(last_, kAfter, StampOf(last_));
+    WriteStamp(last_, kAfter);
     journal_->Commit();
   }
   last_.clear();

@@ -7,6 +7,7 @@
 #include <optional>
 #include <string>
 
+#include "host/files/file_stamp.h"
 #include "host/journal.h"
 #include "job/program.h"
 
@@ -54,7 +55,9 @@ class Decisions {
 
  private:
   std::string JobText() const;
-  std::string StampOf(const std::string& source) const;
+  // The stamp that was written down under key; nothing if there is none.
+  std::optional<host::FileStamp> StampIn(const std::string& source, const char* key) const;
+  void WriteStamp(const std::string& source, const char* key);
   // The number of the first listed picture without a decision, 0 where there is none or no list.
   std::size_t FirstOpen() const;
 

@@ -16,12 +16,6 @@ constexpr double kSecondsBetweenListings = 10;
 
 }  // namespace
 
-std::optional<Stamp> StampOf(const host::Files& files, const std::string& path) {
-  const auto facts = files.Stat(path);
-  if (!facts || facts->kind != host::FileKind::File) return std::nullopt;
-  return Stamp{facts->size, facts->modified, facts->changed, facts->inode};
-}
-
 FolderPoller::FolderPoller(host::Host& host, std::string folder, Accepts accepts)
     : host_(host), folder_(std::move(folder)), accepts_(std::move(accepts)) {}
 
@@ -30,12 +24,12 @@ std::vector<std::string> FolderPoller::Poll() {
   std::vector<std::string> ready;
   for (auto entry = waiting_.begin(); entry != waiting_.end();) {
     auto& [name, waiting] = *entry;
-    const std::optional<Stamp> now = regions::StampOf(host_.files, base::JoinPath(folder_, name));
+    const auto now = host::StampOf(host_.files, base::JoinPath(folder_, name));
     if (!now) {
       entry = waiting_.erase(entry);
       continue;
     }
-    if (*now != waiting.stamp) {
+    if (!Unchanged(waiting.stamp, *now)) {
       waiting = {*now, false};
     } else if (!waiting.refused) {
       ready.push_back(name);
@@ -53,8 +47,8 @@ bool FolderPoller::ListingNeeded() {
     folderStamp_.reset();
     return false;
   }
-  const Stamp stamp{0, facts->modified, facts->changed, facts->inode};
-  if (!there_ || folderStamp_ != stamp) {
+  const host::FileStamp stamp = host::StampOf(*facts);
+  if (!there_ || !folderStamp_ || !Unchanged(*folderStamp_, stamp)) {
     folderStamp_ = stamp;
     stampSince_ = now;
     return true;
@@ -83,7 +77,7 @@ void FolderPoller::Refuse(const std::string& name) {
   if (const auto found = waiting_.find(name); found != waiting_.end()) found->second.refused = true;
 }
 
-std::optional<Stamp> FolderPoller::StampOf(const std::string& name) const {
+std::optional<host::FileStamp> FolderPoller::StampOf(const std::string& name) const {
   const auto found = waiting_.find(name);
   return found == waiting_.end() ? std::nullopt : std::optional(found->second.stamp);
 }

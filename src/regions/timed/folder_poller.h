@@ -9,21 +9,10 @@
 #include <unordered_set>
 #include <vector>
 
+#include "host/files/file_stamp.h"
 #include "host/host.h"
 
 namespace quillon::regions {
-
-// What a file was at a look.
-struct Stamp {
-  std::uint64_t size = 0;
-  std::int64_t modified = 0;
-  std::int64_t changed = 0;
-  std::uint64_t inode = 0;
-  bool operator==(const Stamp&) const = default;
-};
-
-// Nothing where no file stands under the path.
-std::optional<Stamp> StampOf(const host::Files& files, const std::string& path);
 
 // The files of a folder that are new and have settled: unchanged between two looks. It remembers the names that were
 // taken, and of all others only those it waits for.
@@ -44,11 +33,11 @@ class FolderPoller {
   const std::unordered_set<std::string>& SeenNames() const { return seenNames_; }
   // The file is not whole: it is ready again when it has changed and settled once more.
   void Refuse(const std::string& name);
-  std::optional<Stamp> StampOf(const std::string& name) const;
+  std::optional<host::FileStamp> StampOf(const std::string& name) const;
 
  private:
   struct Waiting {
-    Stamp stamp;
+    host::FileStamp stamp;
     bool refused = false;
   };
 
@@ -61,7 +50,7 @@ class FolderPoller {
   std::unordered_set<std::string> seenNames_;
   std::map<std::string, Waiting> waiting_;
   bool there_ = false;
-  std::optional<Stamp> folderStamp_;
+  std::optional<host::FileStamp> folderStamp_;
   double stampSince_ = 0;  // when the folder was first seen with that stamp
   double listedAt_ = 0;
 };

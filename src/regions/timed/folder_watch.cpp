@@ -83,7 +83,7 @@ void FolderWatch::Round() {
 
 void FolderWatch::Work(const std::string& name) {
   const std::string path = PathOf(name);
-  const std::optional<Stamp> stamp = looks_.StampOf(name);
+  const std::optional<host::FileStamp> stamp = looks_.StampOf(name);
   imaging::ImageFacts facts;
   if (!stamp || !program_.images.ImageInfo(path, facts) || facts.width < 1 || facts.height < 1) {
     looks_.Refuse(name);
@@ -138,17 +138,23 @@ RegionSource FolderWatch::Open(const std::string& path) const {
   return {program_.images, path, extension, options_.several ? Decode::Once : Decode::ForEach};
 }
 
+bool FolderWatch::IsStill(const std::string& path, const host::FileStamp& stamp) const {
+  const auto now = StampOf(program_.host.files, path);
+  return now && Unchanged(stamp, *now);
+}
+
 // Cut aside first: a source that another program has replaced meanwhile is not written over.
-host::Status FolderWatch::CutInPlace(const std::string& path, const Stamp& stamp, const RegionCut& cut) {
+host::Status FolderWatch::CutInPlace(const std::string& path, const host::FileStamp& stamp, const RegionCut& cut) {
   const std::string work =
       program_.AppPath(std::string(job::work_files::kResultStem) + "." + base::SplitPath(path).extension);
   const host::Status made = Open(path).Cut({cut.box, work}, program_.form1.TQuality.Integer());
   if (!made) return made;
-  if (StampOf(program_.host.files, path) != stamp) return {Problem::Damaged, "图片在裁剪期间被改动"};
+  if (!IsStill(path, stamp)) return {Problem::Damaged, "图片在裁剪期间被改动"};
   return job::CopyAsking(program_, work, path);
 }
 
-host::Status FolderWatch::CutBeside(const std::string& name, const Stamp& stamp, const std::vector<RegionCut>& cuts) {
+host::Status FolderWatch::CutBeside(const std::string& name, const host::FileStamp& stamp,
+                                    const std::vector<RegionCut>& cuts) {
   RegionSource picture = Open(PathOf(name));
   if (!picture.Opened()) return picture.Opened();
   Leaving leaving{name, stamp, {}};
@@ -195,7 +201,7 @@ void FolderWatch::LetGoOf(const Leaving& leaving, const std::vector<host::LateFa
     return;
   }
   Tell(leaving.name, Result::Written, "", leaving.outputs.front());
-  if (StampOf(program_.host.files, path) != leaving.stamp) {
+  if (!IsStill(path, leaving.stamp)) {
     hooks_.note(base::DisplayText(leaving.name) + "：图片在裁剪期间被改动，源文件已保留");
     return;
   }

@@ -54,7 +54,7 @@ class FolderWatch {
   // A source that goes once its regions stand.
   struct Leaving {
     std::string name;
-    Stamp stamp;
+    host::FileStamp stamp;
     std::vector<std::string> outputs;
   };
 
@@ -63,8 +63,9 @@ class FolderWatch {
   std::vector<RegionCut> CutsOf(const std::string& path, base::Size size) const;
   RegionSource Open(const std::string& path) const;
   // The one region, in the place of the source.
-  host::Status CutInPlace(const std::string& path, const Stamp& stamp, const RegionCut& cut);
-  host::Status CutBeside(const std::string& name, const Stamp& stamp, const std::vector<RegionCut>& cuts);
+  bool IsStill(const std::string& path, const host::FileStamp& stamp) const;
+  host::Status CutInPlace(const std::string& path, const host::FileStamp& stamp, const RegionCut& cut);
+  host::Status CutBeside(const std::string& name, const host::FileStamp& stamp, const std::vector<RegionCut>& cuts);
   host::Status MakeRoom(const std::string& target);
   void LetGo();
   void LetGoOf(const Leaving& leaving, const std::vector<host::LateFailure>& lost);

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Quillon developers
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "imaging/codecs/icc_convert.h"
-#include "imaging/jpeg/jpeg_quality.h"
+#include "imaging/jpeg/jpeg_head.h"
 
 #include "imaging/jpeg_maker.h"
 #include "imaging/pictures.h"

@@ -579,6 +579,12 @@ TEST_F(JpegCutTest, HeadLongerThanOneBlockIsRead) {
   EXPECT_EQ(SegmentsOf(ReadJpeg(result_), JPEG_APP0 + 1).size(), 1u);
 }
 
+TEST_F(JpegCutTest, HundredsOfScans) {
+  MakeOptions options;
+  options.scans = Scans::Hundreds;
+  ExpectAsWholeDecode(Source({64, 48}, options), {3, 5, 20, 20}, Output(Colours::YCbCr), {255, 128, 128});
+}
+
 TEST_F(JpegCutTest, TooManyScans) {
   MakeOptions options;
   options.scans = Scans::PerComponent;

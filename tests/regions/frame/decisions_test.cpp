@@ -3,6 +3,7 @@
 // What was decided at the pictures of a manual run outlives a run that did not come to its end.
 #include "regions/frame/decisions.h"
 
+#include <cerrno>
 #include <filesystem>
 #include <map>
 
@@ -188,6 +189,39 @@ TEST_F(DecisionsTest, APictureCutInItsPlaceIsNotCutAgain) {
   EXPECT_EQ(Width(In("a.jpg")), 90);
   EXPECT_EQ(Width(In("b.jpg")), 80);
   EXPECT_EQ(Totals().skipped, 2u);
+}
+
+// A memory card that is put in again numbers its files anew: what was decided, and what was cut, is known all the same.
+TEST_F(DecisionsTest, PicturesOnADiskThatNumbersItsFilesAnewAreKnown) {
+  for (const bool over : {false, true}) {
+    SCOPED_TRACE(over);
+    for (const char* name : {"a.jpg", "b.jpg", "c.jpg"}) Make(name, 100, 80);
+    form.ChOver.Set(over);
+    Run(3);
+    world.faults.Renumber(1000);
+    world.boxes.Answer(kQuestion, Reply::Yes);
+    Run();
+    EXPECT_EQ(asked_, (std::vector<std::string>{In("c.jpg")}));
+    EXPECT_EQ(Width(over ? In("a.jpg") : Out("a.jpg")), 90);
+    EXPECT_EQ(Width(over ? In("b.jpg") : Out("b.jpg")), 80);
+    EXPECT_EQ(Totals().skipped, over ? 2u : 0u);
+    world.boxes.Forget();
+  }
+}
+
+// The run was killed after the decision and before the cut.
+TEST_F(DecisionsTest, APictureThatWasOnlyDecidedOnIsCutOnADiskThatNumbersItsFilesAnew) {
+  form.ChOver.Set(true);
+  world.faults.Set({.call = host::testing::DiskCall::Rename, .error = EIO, .pathHolds = "b.jpg"});
+  Run(3);
+  ASSERT_EQ(Width(In("b.jpg")), 100);
+  for (auto& [job, values] : journals_.jobs) values.erase({In("b.jpg"), "after"});
+  world.faults.Renumber(1000);
+  world.boxes.Answer(kQuestion, Reply::Yes);
+  Run();
+  EXPECT_EQ(asked_, (std::vector<std::string>{In("c.jpg")}));
+  EXPECT_EQ(Width(In("a.jpg")), 90);
+  EXPECT_EQ(Width(In("b.jpg")), 80);
 }
 
 // A walk has no list to tell a number from, and a row on show is not the picture.
