@@ -11,8 +11,8 @@
 #include "imaging/services.h"
 #include "job/list/disk_monitor.h"
 #include "job/list/file_list.h"
+#include "job/list/run_context.h"
 #include "job/settings/collaborators.h"
-#include "job/settings/done_elsewhere.h"
 #include "job/settings/flags.h"
 #include "job/settings/run_report.h"
 #include "job/settings/shard.h"
@@ -35,6 +35,8 @@ struct Engines {
 
 // The whole program without a window system: all window records, the flags, and what the menus start.
 class Program {
+  std::unique_ptr<RunWindow> runWindow_;  // context refers to it
+
  public:
   explicit Program(host::Host& host);
   ~Program();
@@ -57,6 +59,7 @@ class Program {
   FBaseOpt fBaseOpt;
   FCutPre fCutPre;
   FileList files;
+  RunContext context;  // what lists and runs see of all this
   DiskMonitor disks;
 
   // Parts built above the job; nullptr where the program has none.
@@ -76,6 +79,9 @@ class Program {
   // An earlier process died in the place of this one: nothing is worked on ahead, and the observer hears also of each
   // file that is taken up for the list, so that it is known which file another death was about.
   bool recovering = false;
+
+  // A folder was named for the list, and not only files.
+  bool folderListed = false;
 
   // Where the guide was installed, for a program folder that holds none.
   std::string documents;

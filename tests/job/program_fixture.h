@@ -10,8 +10,8 @@
 
 #include "host/testing/test_host.h"
 #include "job/cut/normal_cut.h"
-#include "job/list/file_intake.h"
 #include "job/program.h"
+#include "job/windows/file_intake.h"
 
 namespace quillon::job {
 

@@ -4,7 +4,6 @@
 #include "base/utf8.h"
 #include "imaging/limits.h"
 #include "job/cut/cut_steps.h"
-#include "job/list/file_intake.h"
 #include "job/settings/parameters.h"
 
 namespace quillon::job {
@@ -54,7 +53,7 @@ bool WouldReplaceOther(CutFile& file) {
 // Where several processes walk one folder a result beside its source, under another name, is a source to the others.
 bool OthersWouldCutIt(const CutFile& file) {
   const bool anotherName = file.settings.split || ResultPath(file) != file.listedPath;
-  return anotherName && file.settings.over && file.program.Intake().SharesFolders();
+  return anotherName && file.settings.over && file.program.context.SharesFolders();
 }
 
 // Without a list a picture that has no size ends the whole run.

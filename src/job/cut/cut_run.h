@@ -13,7 +13,8 @@ namespace quillon::job {
 
 // What the files of one run share.
 struct CutRun {
-  CutRun(Program& owner, std::size_t planned) : program(owner), ledger(owner, planned), omitted(owner) {}
+  CutRun(Program& owner, std::size_t planned)
+      : program(owner), ledger(owner.context, planned), omitted(owner.context) {}
 
   bool OnBackSide() const { return withArray && program.sheets->OnBackSide(); }
   // Removes the drafts that a killed run left in a folder of outputs, before the first output of this one goes there.

@@ -5,39 +5,15 @@
 #include "job/cut/cut_file.h"
 #include "job/cut/cut_prefetch.h"
 #include "job/cut/large_normal_cut.h"
-#include "job/list/run_guard.h"
 #include "job/program.h"
 #include "job/run/folder_run.h"
+#include "job/run/run_guard.h"
 
 namespace quillon::job {
-namespace {
-
-// The frame of a run: the window is disabled, MenuStop is on.
-class RunFrame {
- public:
-  explicit RunFrame(Program& program) : program_(program) { program_.form1.BeginRun(); }
-  ~RunFrame() {
-    if (!ended_) End();
-  }
-  RunFrame(const RunFrame&) = delete;
-  RunFrame& operator=(const RunFrame&) = delete;
-
-  void End() {
-    ended_ = true;
-    program_.form1.EndRun();
-  }
-
- private:
-  Program& program_;
-  bool ended_ = false;
-};
-
-}  // namespace
-
 NormalCut::NormalCut(Program& program) : program_(program) {}
 
 void NormalCut::Run() {
-  const RunGuard guard(program_);
+  const RunGuard guard(program_.context);
   if (!guard) return;
   if (!ResourcesThere() || !InputThere() || !OutputThere()) return;
   Form1& form = program_.form1;
@@ -69,7 +45,7 @@ void NormalCut::Run() {
 }
 
 void NormalCut::RunList(CutRun& run, bool omits) {
-  RunFrame frame(program_);
+  RunFrame frame(program_.context, WindowUse::Disabled);
   run.omitted.Clear();
   if (omits) run.omitted.Read();
   if (program_.observer) program_.observer->RunStarted(run.ledger.Totals().planned);
@@ -85,7 +61,7 @@ void NormalCut::RunList(CutRun& run, bool omits) {
 
 bool NormalCut::RunFolder(CutRun& run, bool omits) {
   LargeNormalCut driver(run);
-  FolderRun folder(program_, run.ledger, driver);
+  FolderRun folder(program_.context, run.ledger, driver);
   if (!folder.Begin()) return false;
   run.omitted.Clear();
   if (omits) run.omitted.Read();

@@ -23,7 +23,6 @@ class NormalCut {
   // --- Before the run; false gives up.
   bool ResourcesThere();
   bool InputThere();
-  bool InputFolderThere();
   bool OutputThere();
   void PrepareCanvas(bool withArray);
   bool PrepareSheets();

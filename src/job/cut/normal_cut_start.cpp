@@ -1,7 +1,6 @@
 // SPDX-FileCopyrightText: 2026 The Quillon developers
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "job/cut/normal_cut.h"
-#include "job/list/file_intake.h"
 #include "job/program.h"
 #include "job/settings/cut_settings.h"
 
@@ -20,28 +19,12 @@ bool NormalCut::ResourcesThere() {
 }
 
 bool NormalCut::InputThere() {
-  if (program_.flags.LargeCapacityMode) return InputFolderThere();
-  if (program_.files.RowCount() > 0) return true;
-  program_.Ask("请先添加文件列表！");
-  program_.Intake().AddFiles();
-  return program_.files.RowCount() > 0;
-}
-
-bool NormalCut::InputFolderThere() {
-  FileIntake& intake = program_.Intake();
-  if (intake.InputDirExists()) return true;
-  intake.WarnInputDir();
-  intake.ChooseInputDir();
-  return intake.InputDirExists();
+  return program_.context.window.Ensure(program_.flags.LargeCapacityMode ? Need::InputFolder : Need::ListedFiles);
 }
 
 bool NormalCut::OutputThere() {
-  FileIntake& intake = program_.Intake();
   const bool needed = !program_.form1.ChOver.On() || program_.form1.ChCutAndArray.On();
-  if (!needed || intake.OutDirExists()) return true;
-  intake.WarnOutDir();
-  intake.ChooseOutDir();
-  return intake.OutDirExists();
+  return !needed || program_.context.window.Ensure(Need::OutputFolder);
 }
 
 // The canvas serves the border and the sheets. A run without one still cuts, so a failure here is passed over.

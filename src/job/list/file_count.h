@@ -9,7 +9,7 @@
 #include "host/background_call.h"
 #include "host/files/files.h"
 #include "job/list/file_walk.h"
-#include "job/settings/done_elsewhere.h"
+#include "job/settings/shard.h"
 
 namespace quillon::job {
 

@@ -7,13 +7,14 @@
 #include <string>
 #include <vector>
 
-#include "job/settings/shard.h"
+#include "job/list/run_context.h"
 
 namespace quillon::job {
 
-class Program;
+// True if the extension of path, with its point, stands in the dialog filter; upper and lower case do not matter. False
+// for a name without an extension.
+bool FitsFilter(const std::string& filter, const std::string& path);
 
-enum class Subfolders { No, Yes };
 enum class WalkEnd { Complete, Stopped };
 
 // Which files a walk hands out.
@@ -43,7 +44,7 @@ class FileWalk {
   // Takes the next file; false ends the walk.
   using Visit = std::function<bool(const std::string& path)>;
 
-  FileWalk(Program& program, WalkRule rule);
+  FileWalk(const RunContext& context, WalkRule rule);
   ~FileWalk();
   FileWalk(const FileWalk&) = delete;
   FileWalk& operator=(const FileWalk&) = delete;
@@ -63,7 +64,7 @@ class FileWalk {
  private:
   class Finder;
 
-  Program& program_;
+  const RunContext& context_;
   WalkRule rule_;
   std::unique_ptr<Finder> finder_;
 };

@@ -5,7 +5,7 @@
 #include <string_view>
 
 #include "base/path_text.h"
-#include "job/program.h"
+#include "job/list/run_context.h"
 
 namespace quillon::job {
 namespace {
@@ -15,37 +15,37 @@ constexpr const char* kLineEnd = "\r\n";
 
 }  // namespace
 
-OmittedFolders::OmittedFolders(Program& program) : program_(program) {}
+OmittedFolders::OmittedFolders(const RunContext& context) : context_(context) {}
 
 void OmittedFolders::Clear() {
   folders_.clear();
-  program_.flags.OmittedFolders.clear();
+  context_.flags.OmittedFolders.clear();
 }
 
 void OmittedFolders::Read() {
-  for (const auto& [source, wrote] : program_.doneElsewhere) {
+  for (const auto& [source, wrote] : context_.doneElsewhere) {
     if (wrote == Wrote::Yes) Take(base::SplitPath(source).folder);
   }
   std::string text;
   // Before the first run there is no such file, and an unreadable one omits nothing.
-  if (!program_.host.files.ReadFile(program_.AppPath(kFile), text)) return;
+  if (!context_.host.files.ReadFile(context_.AppPath(kFile), text)) return;
   for (std::string_view rest = text; !rest.empty();) {
     const std::size_t end = rest.find('\n');
     std::string line(rest.substr(0, end));
     rest.remove_prefix(end == std::string_view::npos ? rest.size() : end + 1);
     if (line.ends_with('\r')) line.pop_back();
-    if (!line.empty() && program_.host.files.IsFolder(line)) Take(line);
+    if (!line.empty() && context_.host.files.IsFolder(line)) Take(line);
   }
 }
 
 bool OmittedFolders::Take(const std::string& folder) {
   if (!folders_.insert(folder).second) return false;
-  program_.flags.OmittedFolders += folder + kLineEnd;
+  context_.flags.OmittedFolders += folder + kLineEnd;
   return true;
 }
 
 host::Status OmittedFolders::WriteBack() {
-  const host::Status saved = program_.host.files.Save(program_.AppPath(kFile), program_.flags.OmittedFolders);
+  const host::Status saved = context_.host.files.Save(context_.AppPath(kFile), context_.flags.OmittedFolders);
   Clear();
   return saved;
 }

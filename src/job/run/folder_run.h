@@ -21,7 +21,7 @@ namespace quillon::job {
 // could not reach all folders has not come to its end and can be continued.
 class FolderRun {
  public:
-  FolderRun(Program& program, RunLedger& ledger, FileDriver& driver);
+  FolderRun(const RunContext& context, RunLedger& ledger, FileDriver& driver);
   ~FolderRun();
   FolderRun(const FolderRun&) = delete;
   FolderRun& operator=(const FolderRun&) = delete;
@@ -47,7 +47,7 @@ class FolderRun {
   // Whether path, which exists, is one that this walk hands out.
   bool IsSource(const std::string& path) const;
 
-  Program& program_;
+  const RunContext& context_;
   RunLedger& ledger_;
   FileDriver& driver_;
   RunJournal journal_;

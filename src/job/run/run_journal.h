@@ -16,7 +16,7 @@
 namespace quillon::job {
 
 class RunLedger;
-class Program;
+struct RunContext;
 
 // What a run remembers of its files, so that one that was stopped, killed or lost its power can be continued. A job is
 // the same when its driver, its folders and all its parameters are. Where no journal can be kept nothing is remembered
@@ -30,7 +30,7 @@ class RunJournal {
   static constexpr std::size_t kIntendedAtOnce = 256;
 
   // The windows whose controls are parameters of the job.
-  RunJournal(Program& program, std::string driver, std::vector<std::string> windows);
+  RunJournal(const RunContext& context, std::string driver, std::vector<std::string> windows);
 
   // Asks whether a run of the same job that did not come to its end is to be continued, and forgets it if not. One
   // whose files were parted otherwise cannot be. False when the user wants no run at all.
@@ -88,7 +88,7 @@ class RunJournal {
   void Drop(const std::string& source, const Intent& intent);
   void WriteDown(const Made& made);
 
-  Program& program_;
+  const RunContext& context_;
   std::string driver_;
   std::vector<std::string> windows_;
   std::string job_;

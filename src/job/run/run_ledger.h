@@ -17,7 +17,7 @@
 
 namespace quillon::job {
 
-class Program;
+struct RunContext;
 
 // What became of the files of one run, kept true to what is on disk: a file counts as written while its output stands
 // under its name and is its own. Rows and the observer are told of every change.
@@ -29,7 +29,7 @@ class RunLedger {
   using IsSource = std::function<bool(const std::string& path)>;
 
   // planned 0: not known beforehand; what is added was planned.
-  RunLedger(Program& program, std::size_t planned);
+  RunLedger(const RunContext& context, std::size_t planned);
 
   // For a run without a list: what counts as a source.
   void ReadSourcesFrom(IsSource isSource) { isSource_ = std::move(isSource); }
@@ -86,7 +86,7 @@ class RunLedger {
   void DiscardSource(const Discard& discard);
   void ShowResult(const FileResult& result);
 
-  Program& program_;
+  const RunContext& context_;
   RunTotals totals_;
   bool open_;  // not planned beforehand
   IsSource isSource_;

@@ -5,8 +5,8 @@
 #include "base/path_text.h"
 #include "host/files/absolute_path.h"
 #include "job/cut/normal_cut.h"
-#include "job/list/file_intake.h"
 #include "job/program.h"
+#include "job/windows/file_intake.h"
 
 namespace quillon::job {
 namespace {

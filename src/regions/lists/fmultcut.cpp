@@ -2,8 +2,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "regions/lists/fmultcut.h"
 
-#include "job/list/file_intake.h"
-#include "job/list/run_guard.h"
+#include "job/run/run_guard.h"
+#include "job/windows/file_intake.h"
 #include "regions/lists/multi_cut.h"
 
 namespace quillon::regions {
@@ -69,7 +69,7 @@ void FMultCut::CmdOk_Click() {
     program_.Ask(kTooFew, kExclamation);
     return;
   }
-  const job::RunGuard guard(program_);
+  const job::RunGuard guard(program_.context);
   if (!guard) return;
   MultiCut cut(program_, editor_);
   if (!cut.Ready()) return;

@@ -6,10 +6,10 @@
 
 #include "base/path_text.h"
 #include "base/utf8.h"
-#include "job/list/file_intake.h"
 #include "job/run/folder_run.h"
 #include "job/settings/cut_settings.h"
 #include "job/windows/disable_option_windows.h"
+#include "job/windows/file_intake.h"
 
 namespace quillon::regions {
 namespace {
@@ -42,26 +42,12 @@ MultiCut::MultiCut(job::Program& program, const RegionEditor& editor)
     : program_(program),
       regions_(editor.List().All()),
       unit_(editor.GetUnit()),
-      ledger_(program, PlannedFor(program, regions_.size())) {}
+      ledger_(program.context, PlannedFor(program, regions_.size())) {}
 
 bool MultiCut::Ready() {
-  job::FileIntake& intake = program_.Intake();
-  if (program_.flags.LargeCapacityMode) {
-    if (!intake.InputDirExists()) {
-      intake.WarnInputDir();
-      intake.ChooseInputDir();
-    }
-    if (!intake.InputDirExists()) return false;
-  } else if (program_.files.RowCount() == 0) {
-    program_.Ask("请先添加文件列表！");
-    intake.AddFiles();
-    if (program_.files.RowCount() == 0) return false;
-  }
-  if (!intake.OutDirExists()) {
-    intake.WarnOutDir();
-    intake.ChooseOutDir();
-  }
-  return intake.OutDirExists();
+  job::RunWindow& window = program_.context.window;
+  const job::Need input = program_.flags.LargeCapacityMode ? job::Need::InputFolder : job::Need::ListedFiles;
+  return window.Ensure(input) && window.Ensure(job::Need::OutputFolder);
 }
 
 void MultiCut::Run() {
@@ -79,7 +65,7 @@ void MultiCut::Run() {
     extension_ = "." + job::CasedExtension(options.outType, options.extensionCase);
     perImageFolder_ = program_.Ask(kFolderQuestion, kYesNoQuestion) == host::Reply::Yes;
     if (program_.flags.LargeCapacityMode) {
-      job::FolderRun folder(program_, ledger_, *this);
+      job::FolderRun folder(program_.context, ledger_, *this);
       ran = folder.Begin();
       if (ran) folder.Walk();
     } else {

@@ -6,8 +6,8 @@
 
 #include "base/utf8.h"
 #include "host/files/absolute_path.h"
-#include "job/list/file_intake.h"
-#include "job/list/run_guard.h"
+#include "job/run/run_guard.h"
+#include "job/windows/file_intake.h"
 
 namespace quillon::regions {
 namespace {
@@ -94,7 +94,7 @@ WatchOptions FCutTime::Options() const {
 }
 
 void FCutTime::CmdDo_Click() {
-  const job::RunGuard guard(program_);
+  const job::RunGuard guard(program_.context);
   if (!guard) return;
   if (!program_.host.files.IsFolder(LDir.Value())) {
     program_.Ask(LDir.Value().empty() ? "请先选择工作目录！" : "工作目录不存在：" + base::DisplayText(LDir.Value()),

@@ -140,9 +140,9 @@ TEST_F(ResumeTest, TheWhiteThatARunPadsWithIsNoParameter) {
 
 TEST_F(ResumeTest, MarginsOfAFramePlacedByHandAreNoParameters) {
   flags.ManualCutMode = true;
-  RunJournal journal(program, "manual", {"Form1"});
+  RunJournal journal(program.context, "manual", {"Form1"});
   ASSERT_TRUE(journal.Begin());
-  RunLedger ledger(program, 0);
+  RunLedger ledger(program.context, 0);
   const std::string source = In("0.png");
   journal.Begun(source, {}, [](const std::string&) { return std::vector<std::string>(); });
   form.TCutValue[1].SetNumber(10);
@@ -380,9 +380,9 @@ TEST_F(ResumeTest, WithoutAJournalEveryRunIsFresh) {
 }
 
 TEST_F(ResumeTest, OtherPartsKeepTheirOwnRecords) {
-  RunJournal journal(program, "other", {"Form1"});
+  RunJournal journal(program.context, "other", {"Form1"});
   ASSERT_TRUE(journal.Begin());
-  RunLedger ledger(program, 0);
+  RunLedger ledger(program.context, 0);
   journal.Set("/a.jpg", "frame", "10,20,30,40");
   journal.End(ledger, false);
   EXPECT_EQ(journal.Get("/a.jpg", "frame"), "10,20,30,40");
@@ -476,7 +476,7 @@ TEST_F(SharedResumeTest, NoWorkerBeginsWhereAnotherDoesNot) {
   const auto asked = [&](std::uint64_t among) {
     Take(other, 2);
     program.shard.among = among;
-    RunJournal journal(program, "menuNormalCut", {"Form1", "FBaseOpt"});
+    RunJournal journal(program.context, "menuNormalCut", {"Form1", "FBaseOpt"});
     return !journal.Begin();
   };
   EXPECT_TRUE(asked(2)) << "of a call of two workers";
@@ -521,12 +521,12 @@ TEST_F(SharedResumeTest, NoJobIsHandledTwiceAtATime) {
   constexpr const char* kInUse = "这项任务正由另一个程序处理，或者它的记录现在无法读取，请稍后再试";
   const auto begins = [this](std::uint64_t index, std::uint64_t count) {
     Take(index, count);
-    RunJournal journal(program, "other", {"Form1"});
+    RunJournal journal(program.context, "other", {"Form1"});
     return journal.Begin();
   };
   {
     Take(0, 2);
-    RunJournal running(program, "other", {"Form1"});
+    RunJournal running(program.context, "other", {"Form1"});
     ASSERT_TRUE(running.Begin());
     EXPECT_FALSE(begins(0, 2));
     EXPECT_EQ(Box(), kInUse);

@@ -12,14 +12,6 @@ namespace quillon::job {
 
 class Program;
 
-// Said where a picture has no size.
-inline constexpr const char* kNoSize = "本机异常，获取图片的尺寸数据为0，请以管理员权限重新运行安装包覆盖安装！";
-
-// Said where several processes would take each other's results for sources.
-inline constexpr const char* kSharedOutput =
-    "输出目录就是输入目录，由几个进程分担时，彼此的结果会被当作原文件再裁一次。"
-    "请另选输出目录，或不带 --jobs 和 --shard 运行";
-
 // How files enter the list: by dialog, by reading a folder, by drag and drop, all through one admission rule. The
 // handlers beep and do nothing while a listing or a run is under way.
 class FileIntake {
@@ -31,8 +23,6 @@ class FileIntake {
   // True when the file's extension, with its point, stands in the filter of the mode; upper and lower case do not
   // matter. False for a name without an extension.
   bool Accepts(const std::string& path) const;
-  // The same for the filter of any mode.
-  static bool FitsFilter(const std::string& filter, const std::string& path);
 
   void MenuAddFiles_Click();
   void MenuReadFiles_Click();
@@ -50,16 +40,19 @@ class FileIntake {
 
   // Whether a file that was named is one for this process, and not for others or handled already.
   bool IsOurs(const std::string& path) const;
-  // Whether other processes walk the same folders, so that they may come upon the results of this one.
-  bool SharesFolders() const;
 
   // --- What the handlers above do, for drivers that need it within their own work.
   void AddFiles();
   // Empties the list and the status panel.
   void Clear();
+  // Opens the dialog; stores a chosen folder in the label and the settings.
   void ChooseInputDir();
   void ChooseOutDir();
-  // Says that the folder in LInDir or LOutDir is not there, or that its disk does not answer.
+  // Whether there is a row, or the folder in LInDir or LOutDir exists. If not, says so and opens the dialog once.
+  bool EnsureListedFiles();
+  bool EnsureInputDir();
+  bool EnsureOutDir();
+  // Shows a box: the folder in LInDir or LOutDir does not exist, or its disk does not answer.
   void WarnInputDir();
   void WarnOutDir();
   // False also for a folder whose disk does not answer for half a minute.
@@ -87,7 +80,6 @@ class FileIntake {
   void ShowStatusPanel();
 
   Program& program_;
-  bool walked_ = false;  // a folder was named
 };
 
 }  // namespace quillon::job

@@ -1,6 +1,6 @@
 // SPDX-FileCopyrightText: 2026 The Quillon developers
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "job/list/file_intake.h"
+#include "job/windows/file_intake.h"
 
 #include <filesystem>
 #include <vector>
