@@ -9,6 +9,7 @@
 #include "base/path_text.h"
 #include "base/rounding.h"
 #include "job/cut/normal_cut.h"
+#include "job/run/list_run.h"
 #include "job/run/run_guard.h"
 #include "job/windows/file_intake.h"
 #include "job/windows/preview_shape.h"
@@ -77,8 +78,7 @@ Program::Program(host::Host& hostIn)
               observer, journals, shard, leftToOthers, doneElsewhere, recovering, folderListed},
       disks(context),
       documents(QUILLON_DOCUMENTS),
-      intake_(std::make_unique<FileIntake>(*this)),
-      normalCut_(std::make_unique<NormalCut>(*this)) {
+      intake_(std::make_unique<FileIntake>(*this)) {
   images.EndWaitsWhen([this] { return flags.StopRequested; });
   windows.Add(form1);
   windows.Add(fBaseOpt);
@@ -110,6 +110,11 @@ void Program::AskMissingResource() {
   if (Ask(kMissingResource, kMissingResourceType) != host::Reply::Ok) return;
   const std::string told = Setting(kInstallerKey);
   host.shell.OpenBrowser(told.empty() ? kInstallerUrl : told);
+}
+
+void Program::RunNormalCut() {
+  NormalCut driver(*this);
+  StartRun(context, driver);
 }
 
 void Program::ShowInPreview(const std::string& path) {

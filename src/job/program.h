@@ -25,7 +25,6 @@
 namespace quillon::job {
 
 class FileIntake;
-class NormalCut;
 
 // Engines that an option relies on and that are no object of their own. An option without its engine answers with the
 // missing-resource question and stays off.
@@ -94,7 +93,8 @@ class Program {
 
   // --- What menus and drops do.
   FileIntake& Intake() { return *intake_; }
-  NormalCut& Normal() { return *normalCut_; }
+  // A normal cut from its first check to its last box.
+  void RunNormalCut();
   // Shows a picture in the preview; a picture that cannot be measured is passed over.
   void ShowInPreview(const std::string& path);
   // Shows the picture in the file at path, which may be reduced, as one of that size; its frame follows the parameters,
@@ -134,7 +134,6 @@ class Program {
 
   bool previewFollows_ = false;  // the picture on show takes the shape of its cut
   std::unique_ptr<FileIntake> intake_;
-  std::unique_ptr<NormalCut> normalCut_;
   bool ended_ = false;
 };
 

@@ -9,7 +9,6 @@
 #include <string_view>
 
 #include "host/testing/test_host.h"
-#include "job/cut/normal_cut.h"
 #include "job/program.h"
 #include "job/windows/file_intake.h"
 

@@ -33,8 +33,7 @@ enum class Need {
   Sheets,
   OutputTools,
   PageCounter,
-  ListedFiles,
-  InputFolder,
+  Files,  // rows in the list, or in large-capacity mode the input folder
   OutputFolder
 };
 

@@ -99,6 +99,7 @@ void FolderRun::Walk() {
     complete = end == WalkEnd::Complete && walk.ReachedAll() && reachedAll_;
     context_.leftToOthers += walk.LeftToOthers();
   }
+  driver_.EndPrefetch();
   ledger_.Flush();
   journal_.End(ledger_, complete);
   ledger_.NoteEnd(context_.host.clock.Seconds() - start, context_.Stopped());
@@ -160,7 +161,7 @@ void FolderRun::Handle(const FileWalk& walk, const std::string& path) {
   });
   DiscardOlder(path);
   std::vector<FileResult> results;
-  driver_.Cut(path, number_, results);
+  driver_.Cut({0, path, number_}, [&](FileResult result) { results.push_back(std::move(result)); });
   journal_.Ended(path, results);
   for (const FileResult& result : results) ledger_.Add(result);
 }

@@ -262,7 +262,7 @@ void FileIntake::ReportNotListed(const std::string& path, const std::string& why
   if (program_.observer) program_.observer->FileNotListed(path, why);
 }
 
-void FileIntake::ReportTakenUp(const std::string& path) {
+void FileIntake::ReportBegun(const std::string& path) {
   if (program_.recovering && program_.observer) program_.observer->FileBegun(path);
 }
 
@@ -285,7 +285,7 @@ bool FileIntake::List(const std::vector<std::string>& roots, Subfolders subfolde
     };
     FileWalk walk(program_.context, Rule(subfolders));
     const WalkEnd end = walk.Run(Shareable(roots), [&](const std::string& path) {
-      ReportTakenUp(path);
+      ReportBegun(path);
       if (const host::Status answered = program_.disks.AskFile(path); !answered) {
         if (!program_.flags.StopRequested) ReportNotListed(path, answered.Why());
         return !program_.flags.StopRequested;
@@ -295,7 +295,7 @@ bool FileIntake::List(const std::vector<std::string>& roots, Subfolders subfolde
       if (!refused) tell();
       return !refused;
     });
-    ReportTakenUp("");
+    ReportBegun("");
     program_.leftToOthers += walk.LeftToOthers();
     if (refused) return false;
     ShowStatusPanel();

@@ -20,8 +20,7 @@ class FileIntake {
 
   // The dialog filter of the mode in CmbCutMode.
   std::string Filter() const;
-  // True when the file's extension, with its point, stands in the filter of the mode; upper and lower case do not
-  // matter. False for a name without an extension.
+  // Whether the filter of the mode names the file's extension; see FitsFilter.
   bool Accepts(const std::string& path) const;
 
   void MenuAddFiles_Click();
@@ -34,11 +33,11 @@ class FileIntake {
   // Files and folders dropped on the list, after the question.
   void MSF_OLEDragDrop(const std::vector<std::string>& items);
   // Files and folders named on a command line: as a drop answered with No, without the question and the closing box.
-  // A file without a size does not end it: the others are taken, the message comes once.
-  // Relative paths start at the current folder. The observer hears of files that are not there or not accepted.
+  // A file without a size does not end it: the others are listed, the message comes once. Relative paths start at the
+  // current folder. Files that do not exist or are not accepted are reported to the observer.
   void Admit(const std::vector<std::string>& items);
 
-  // Whether a file that was named is one for this process, and not for others or handled already.
+  // Whether a file that was named belongs to this process and was not handled already.
   bool IsOurs(const std::string& path) const;
 
   // --- What the handlers above do, for drivers that need it within their own work.
@@ -63,7 +62,7 @@ class FileIntake {
   enum class Progress { Adding, Reading };
   enum class WithoutSize { EndsListing, PassedOver };
 
-  // True when everything was taken: neither stopped nor ended by a file without a size.
+  // True if everything was listed: neither stopped nor ended by a file without a size.
   bool List(const std::vector<std::string>& roots, Subfolders subfolders, Progress progress,
             WithoutSize withoutSize = WithoutSize::EndsListing);
   // Whether the disk of something that a user named answers.
@@ -72,9 +71,9 @@ class FileIntake {
   void WarnFolder(const char* what, const std::string& caption);
   WalkRule OwnShard() const;
   WalkRule Rule(Subfolders subfolders) const;
-  // Without folders among whose files results of other processes would be: those are told as not listed.
+  // Without folders that results of other processes go to: those are reported as not listed.
   std::vector<std::string> Shareable(const std::vector<std::string>& roots);
-  void ReportTakenUp(const std::string& path);
+  void ReportBegun(const std::string& path);
   void ReportNotListed(const std::string& path, const std::string& why);
   void ShowFirstRow();
   void ShowStatusPanel();

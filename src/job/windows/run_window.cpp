@@ -83,10 +83,8 @@ bool ProgramWindow::HasPart(Need need) const {
 bool ProgramWindow::Ensure(Need need) {
   FileIntake& intake = program_.Intake();
   switch (need) {
-    case Need::ListedFiles:
-      return intake.EnsureListedFiles();
-    case Need::InputFolder:
-      return intake.EnsureInputDir();
+    case Need::Files:
+      return program_.flags.LargeCapacityMode ? intake.EnsureInputDir() : intake.EnsureListedFiles();
     case Need::OutputFolder:
       return intake.EnsureOutDir();
     default:

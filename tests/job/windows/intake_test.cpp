@@ -468,7 +468,7 @@ TEST_F(IntakeTest, OneThingAtATime) {
     program.Intake().MenuClearList_Click();
     program.Intake().MenuDelSelected_Click();
     program.Intake().MenuInputDir_Click();
-    program.Normal().Run();
+    program.RunNormalCut();
     EXPECT_EQ(world.boxes.Beeps(), beeps + 7);
     EXPECT_TRUE(Boxes().empty());
   });
