@@ -139,10 +139,9 @@ void FCutTime::Watch() {
     program_.host.pump.Turn();
     Wait();
   }
-  job::RunTotals totals = watch.Totals();
-  totals.seconds = program_.host.clock.Seconds() - start;
-  totals.stopped = program_.flags.StopRequested;
-  if (program_.observer) program_.observer->RunEnded(totals);
+  job::RunLedger& ledger = watch.Ledger();
+  ledger.NoteEnd(program_.host.clock.Seconds() - start, program_.flags.StopRequested);
+  if (program_.observer) program_.observer->RunEnded(ledger.Totals());
 }
 
 void FCutTime::Wait() {
