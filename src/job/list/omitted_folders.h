@@ -19,10 +19,10 @@ class OmittedFolders {
   explicit OmittedFolders(const RunContext& context);
 
   void Clear();
-  // Takes the lines of the file that still are folders, and the folders of what an earlier process in the place of this
+  // Adds the lines of the file that still are folders, and the folders of what an earlier process in the place of this
   // one has written.
   void Read();
-  // True and taken in when the folder is new, false when it is to be passed over.
+  // True if the folder is new, which adds it; false if it is to be passed over.
   bool Take(const std::string& folder);
   // Writes the file anew and empties the list.
   host::Status WriteBack();

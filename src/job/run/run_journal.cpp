@@ -16,8 +16,7 @@ namespace {
 
 using host::FileFacts;
 
-// Keys. A source that is to be overwritten is written down as begun, every finished one as done; an output tells from
-// which source it came, and one that is not made yet of which it is meant to be. An empty value is none.
+// Keys of the records, see the header. An empty value is none.
 constexpr const char* kBegun = "begun";
 constexpr const char* kDone = "done";
 constexpr const char* kFrom = "from";
@@ -105,7 +104,7 @@ std::string RunJournal::JobText() const { return driver_ + '\n' + context_.windo
 bool RunJournal::Begin() {
   job_ = JobText();
   if (!context_.journals) return true;
-  // Ours is taken first: of two that begin at once one at least sees the other.
+  // Our own journal is opened first: of two runs that begin at once at least one sees the other.
   const host::JobPart own{job_, context_.shard.index, context_.shard.count};
   journal_ = context_.journals->Open(own);
   if (!journal_ && context_.journals->FindUnfinished(job_, [&](const auto& part) { return part == own; })) {
@@ -126,9 +125,9 @@ bool RunJournal::Empty() {
   return journal_->Count(kDone) == 0 && journal_->Count(kBegun) == 0 && journal_->Count(kMeant) == 0;
 }
 
-// True when no run is left that has parted the same files otherwise: what it has done lies in journals that would not
-// be looked into. All processes of a call have to come to the same answer, so that none of them begins where another
-// one does not.
+// True if no unfinished run split the same files into a different number of shards: what it has done lies in journals
+// that would not be looked into. All processes of a call must reach the same answer, so that none of them begins if
+// another one does not.
 bool RunJournal::NoConflictingSplit() {
   const Shard call = context_.shard.OfCall();
   const auto parted = [&](const host::JobPart& part) {
@@ -220,7 +219,7 @@ bool RunJournal::IsMeant(const std::string& output) const {
   return !journal_->Get(output, kMeant).value_or("").empty();
 }
 
-// How many names were looked at. A name that is taken belongs to the user, and nothing is meant to go there.
+// Returns how many names were looked at. A name that is taken belongs to the user, and nothing is meant to go there.
 std::size_t RunJournal::Intend(const std::string& source, const std::vector<std::string>& outputs) {
   const host::Files& files = context_.host.files;
   const auto before = files.Stat(source);
