@@ -25,7 +25,7 @@ class FileCount {
 
  private:
   std::shared_ptr<std::size_t> count_;
-  host::BackgroundCall errand_;
+  host::BackgroundCall call_;
 };
 
 }  // namespace quillon::job
