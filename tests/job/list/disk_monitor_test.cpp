@@ -175,7 +175,7 @@ TEST_F(SilentRunTest, AnOlderResultOnADiskThatFellSilentIsLeftAlone) {
   dead.Take(world.faults, DiskCall::OpenRead, folder + "/0.jpg");
   Cut();
   EXPECT_EQ(Totals().none, 2u) << Whys();
-  EXPECT_EQ(Why(1), host::kDiskSilent);
+  EXPECT_EQ(Why(1), host::kDiskUnresponsive);
   EXPECT_TRUE(program.disks.Silent(older));
   EXPECT_EQ(world.folder.Read(folder + "/1.jpg"), "older");
 }
