@@ -15,8 +15,8 @@
 #include <string>
 #include <vector>
 
-#include "job/list/file_intake.h"
 #include "job/program.h"
+#include "job/windows/file_intake.h"
 #include "parts/parts.h"
 #include "ui/desktop/desktop.h"
 #include "ui/kit/application.h"

@@ -6,8 +6,8 @@
 #include <vector>
 
 #include "host/posix/process_setup.h"
-#include "job/list/file_intake.h"
 #include "job/program.h"
+#include "job/windows/file_intake.h"
 #include "parts/parts.h"
 #include "ui/desktop/desktop.h"
 #include "ui/kit/application.h"

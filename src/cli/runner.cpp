@@ -10,7 +10,7 @@
 #include "cli/manual_steps.h"
 #include "cli/replies.h"
 #include "controls/grid.h"
-#include "job/list/file_intake.h"
+#include "job/windows/file_intake.h"
 
 namespace quillon::cli {
 namespace {

@@ -9,9 +9,11 @@
 #include "base/path_text.h"
 #include "base/rounding.h"
 #include "job/cut/normal_cut.h"
-#include "job/list/file_intake.h"
-#include "job/list/run_guard.h"
+#include "job/run/list_run.h"
+#include "job/run/run_guard.h"
+#include "job/windows/file_intake.h"
 #include "job/windows/preview_shape.h"
+#include "job/windows/run_window.h"
 #include "job/work_files.h"
 #include "tools/processes.h"
 #include "tools/twins.h"
@@ -65,17 +67,19 @@ tools::ToolsOwner OwnerOf(Program& program) {
 }  // namespace
 
 Program::Program(host::Host& hostIn)
-    : host(hostIn),
+    : runWindow_(std::make_unique<ProgramWindow>(*this)),
+      host(hostIn),
       images(hostIn, [this] { flags.StopRequested = true; }),
       tools(hostIn, OwnerOf(*this)),
       converter(tools),
       form1(*this),
       fBaseOpt(*this),
       files(form1.MSF),
-      disks(*this),
+      context{host,     images,   disks, windows,      *runWindow_,   files,      flags,
+              observer, journals, shard, leftToOthers, doneElsewhere, recovering, folderListed},
+      disks(context),
       documents(QUILLON_DOCUMENTS),
-      intake_(std::make_unique<FileIntake>(*this)),
-      normalCut_(std::make_unique<NormalCut>(*this)) {
+      intake_(std::make_unique<FileIntake>(*this)) {
   images.EndWaitsWhen([this] { return flags.StopRequested; });
   windows.Add(form1);
   windows.Add(fBaseOpt);
@@ -109,6 +113,11 @@ void Program::AskMissingResource() {
   host.shell.OpenBrowser(told.empty() ? kInstallerUrl : told);
 }
 
+void Program::RunNormalCut() {
+  NormalCut driver(*this);
+  StartRun(context, driver);
+}
+
 void Program::ShowInPreview(const std::string& path) {
   imaging::ImageFacts facts;
   if (path.empty() || !images.ImageInfo(path, facts)) return;
@@ -135,7 +144,7 @@ bool Program::Reduce(const std::string& path, base::Size size, const std::string
   constexpr int kQuality = 98;
   std::optional<RunGuard> guard;
   if (!flags.Busy) {
-    guard.emplace(*this);
+    guard.emplace(context);
     form1.BeginRun();
   }
   const bool made = converter.ZoomHuge(path, target, to.width, to.height, kQuality, size.width, size.height, false);

@@ -11,8 +11,8 @@
 #include "imaging/services.h"
 #include "job/list/disk_monitor.h"
 #include "job/list/file_list.h"
+#include "job/list/run_context.h"
 #include "job/settings/collaborators.h"
-#include "job/settings/done_elsewhere.h"
 #include "job/settings/flags.h"
 #include "job/settings/run_report.h"
 #include "job/settings/shard.h"
@@ -25,7 +25,6 @@
 namespace quillon::job {
 
 class FileIntake;
-class NormalCut;
 
 // Engines that an option relies on and that are no object of their own. An option without its engine answers with the
 // missing-resource question and stays off.
@@ -35,6 +34,8 @@ struct Engines {
 
 // The whole program without a window system: all window records, the flags, and what the menus start.
 class Program {
+  std::unique_ptr<RunWindow> runWindow_;  // context refers to it
+
  public:
   explicit Program(host::Host& host);
   ~Program();
@@ -57,6 +58,7 @@ class Program {
   FBaseOpt fBaseOpt;
   FCutPre fCutPre;
   FileList files;
+  RunContext context;  // what lists and runs see of all this
   DiskMonitor disks;
 
   // Parts built above the job; nullptr where the program has none.
@@ -77,6 +79,9 @@ class Program {
   // file that is taken up for the list, so that it is known which file another death was about.
   bool recovering = false;
 
+  // A folder was named for the list, and not only files.
+  bool folderListed = false;
+
   // Where the guide was installed, for a program folder that holds none.
   std::string documents;
 
@@ -88,7 +93,8 @@ class Program {
 
   // --- What menus and drops do.
   FileIntake& Intake() { return *intake_; }
-  NormalCut& Normal() { return *normalCut_; }
+  // A normal cut from its first check to its last box.
+  void RunNormalCut();
   // Shows a picture in the preview; a picture that cannot be measured is passed over.
   void ShowInPreview(const std::string& path);
   // Shows the picture in the file at path, which may be reduced, as one of that size; its frame follows the parameters,
@@ -128,7 +134,6 @@ class Program {
 
   bool previewFollows_ = false;  // the picture on show takes the shape of its cut
   std::unique_ptr<FileIntake> intake_;
-  std::unique_ptr<NormalCut> normalCut_;
   bool ended_ = false;
 };
 

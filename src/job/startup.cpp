@@ -1,10 +1,9 @@
 // SPDX-FileCopyrightText: 2026 The Quillon developers
 // SPDX-License-Identifier: GPL-3.0-or-later
 // How the program starts. The order matters: each step relies on those before it.
-#include "job/cut/normal_cut.h"
-#include "job/list/file_intake.h"
 #include "job/program.h"
 #include "job/settings/geometry.h"
+#include "job/windows/file_intake.h"
 #include "tools/processes.h"
 #include "tools/twins.h"
 

@@ -61,6 +61,9 @@ const std::vector<Layer>& Layers() {
 struct House {
   std::string_view library;
   std::map<std::string_view, int> ranks;
+  // A header of the top room that rooms from the given rank on may include too.
+  std::string_view roof = {};
+  int underRoof = 0;
 };
 
 const std::vector<House>& Houses() {
@@ -83,6 +86,8 @@ const std::vector<House>& Houses() {
         {"measure", 5},
         {"crop", 6},
         {"*", 7}}},
+      // The program object holds all windows: what is cut reads it, lists and runs do without.
+      {"job", {{"settings", 0}, {"list", 1}, {"run", 2}, {"cut", 3}, {"windows", 4}, {"*", 5}}, "job/program.h", 3},
   };
   return kHouses;
 }
@@ -196,6 +201,7 @@ Breaches CheckRooms(const Source& source) {
     if (!own.known) out.push_back({source.path, 0, "lies in no known room"});
     for (const Include& include : IncludesOf(source.text)) {
       if (!own.known || !include.quoted || !include.name.starts_with(prefix)) continue;
+      if (include.name == house.roof && own.rank >= house.underRoof) continue;
       const Room other = RoomOf(house, include.name);
       if (other.name != own.name &&
           (!other.known || other.rank > own.rank || (own.rank > 0 && other.rank == own.rank))) {
@@ -217,6 +223,34 @@ Breaches CheckLibraries(const Source& source) {
       if (!home && std::regex_search(include.name, library.header)) {
         out.push_back({source.path, include.line, "this library does not belong here: " + include.name});
       }
+    }
+  }
+  return out;
+}
+
+Breaches CheckPlatform(const Source& source) {
+  static const std::regex kHeader(
+      "^(unistd|fcntl|dirent|poll|signal|pthread|sched|semaphore|termios|pwd|grp|dlfcn|malloc|spawn|glob|ftw|fnmatch|"
+      "mntent|syslog|utime|netdb|ifaddrs|execinfo|ucontext|libgen|langinfo)\\.h$|"
+      "^(sys|linux|asm|net|netinet|arpa|bits)/");
+  // Where one platform is at home, and the files that need it elsewhere.
+  static const Folders kHomes = {
+      "src/host/posix/",
+      "src/host/testing/",
+      "src/ui/",
+      "src/helpers/",
+      "src/cli/cli.cpp",                 // whether a terminal listens
+      "src/cli/private_folder.cpp",      // the number of the process
+      "src/cli/stop_signals.cpp",        // signals that end a batch
+      "src/cli/workers/",                // processes side by side, and the pipes to them
+      "src/imaging/jpeg/jpeg_pages.cpp"  // large pages for coefficients
+  };
+  Breaches out;
+  if (!source.In("src/") || !source.IsCode()) return out;
+  if (std::any_of(kHomes.begin(), kHomes.end(), [&](std::string_view home) { return source.In(home); })) return out;
+  for (const Include& include : IncludesOf(source.text)) {
+    if (!include.quoted && std::regex_search(include.name, kHeader)) {
+      out.push_back({source.path, include.line, "a header of one platform belongs into host/posix: " + include.name});
     }
   }
   return out;

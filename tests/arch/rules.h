@@ -16,6 +16,8 @@ Breaches CheckLayers(const Source& source);
 Breaches CheckRooms(const Source& source);
 // Each heavy library is named in the folders that wrap it and nowhere else.
 Breaches CheckLibraries(const Source& source);
+// System headers that only one platform has stay in the folders that are about that platform.
+Breaches CheckPlatform(const Source& source);
 // The real world, host/posix, is wired up by programs and tests; scripted doubles, host/testing, serve tests alone.
 Breaches CheckWiring(const Source& source);
 // Files are made, changed, renamed and removed by host/ alone.

@@ -102,6 +102,15 @@ TEST(Rules, RoomsPointOneWay) {
                                 Includes("src/imaging/crop/a.cpp", "imaging/services_parts.h"),
                                 Includes("src/imaging/crop/a.cpp", "imaging/unknown/a.h"),
                                 {"src/imaging/unknown/a.cpp", ""},
+                                Includes("src/job/settings/a.h", "job/cut/output_name.h"),
+                                Includes("src/job/settings/a.cpp", "job/program.h"),
+                                Includes("src/job/list/a.cpp", "job/program.h"),
+                                Includes("src/job/list/a.cpp", "job/run/run_guard.h"),
+                                Includes("src/job/run/a.h", "job/program.h"),
+                                Includes("src/job/run/a.cpp", "job/windows/form1.h"),
+                                Includes("src/job/cut/a.cpp", "job/windows/file_intake.h"),
+                                Includes("src/job/cut/a.cpp", "job/unknown/a.h"),
+                                {"src/job/unknown/a.cpp", ""},
                             });
   ExpectPassed(CheckRooms, {
                                Includes("src/host/files/a.cpp", "host/status.h"),
@@ -116,7 +125,40 @@ TEST(Rules, RoomsPointOneWay) {
                                Includes("src/imaging/services.cpp", "imaging/crop/crop_window.h"),
                                Includes("src/imaging/services.cpp", "imaging/services_parts.h"),
                                Includes("src/job/a.cpp", "imaging/services.h"),
+                               Includes("src/job/list/a.h", "job/settings/shard.h"),
+                               Includes("src/job/run/a.cpp", "job/list/run_context.h"),
+                               Includes("src/job/cut/a.cpp", "job/run/driver.h"),
+                               Includes("src/job/cut/a.h", "job/program.h"),
+                               Includes("src/job/windows/a.cpp", "job/program.h"),
+                               Includes("src/job/windows/a.cpp", "job/cut/cut_file.h"),
+                               Includes("src/job/program.h", "job/windows/form1.h"),
                            });
+}
+
+TEST(Rules, HeadersOfOnePlatformStayWithIt) {
+  ExpectRefused(CheckPlatform, {
+                                   Includes("src/base/a.cpp", "<unistd.h>"),
+                                   Includes("src/host/files/a.cpp", "<fcntl.h>"),
+                                   Includes("src/host/a.h", "<sys/stat.h>"),
+                                   Includes("src/imaging/jpeg/a.cpp", "<sys/mman.h>"),
+                                   Includes("src/job/list/a.cpp", "<dirent.h>"),
+                                   Includes("src/job/run/a.cpp", "<pthread.h>"),
+                                   Includes("src/tools/a.cpp", "<linux/magic.h>"),
+                                   Includes("src/cli/runner.cpp", "<signal.h>"),
+                                   Includes("src/cli/report/a.cpp", "<poll.h>"),
+                                   Includes("src/app/a.cpp", "<sys/wait.h>"),
+                               });
+  ExpectPassed(CheckPlatform, {
+                                  Includes("src/host/posix/a.cpp", "<sys/stat.h>"),
+                                  Includes("src/host/testing/a.cpp", "<sys/mount.h>"),
+                                  Includes("src/helpers/runtime/a.cpp", "<sys/prctl.h>"),
+                                  Includes("src/ui/main/a.cpp", "<unistd.h>"),
+                                  Includes("src/cli/workers/worker.cpp", "<sys/wait.h>"),
+                                  Includes("src/cli/stop_signals.cpp", "<poll.h>"),
+                                  Includes("src/job/a.cpp", "<csignal>"),
+                                  Includes("src/job/a.cpp", "<thread>"),
+                                  Includes("tests/job/a.cpp", "<unistd.h>"),
+                              });
 }
 
 TEST(Rules, LibrariesStayInTheFoldersThatWrapThem) {

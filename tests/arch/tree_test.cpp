@@ -35,8 +35,9 @@ TEST_P(WholeTree, KeepsTheRule) {
 
 INSTANTIATE_TEST_SUITE_P(Rules, WholeTree,
                          testing::Values(NamedRule{"Layers", CheckLayers}, NamedRule{"Rooms", CheckRooms},
-                                         NamedRule{"Libraries", CheckLibraries}, NamedRule{"Wiring", CheckWiring},
-                                         NamedRule{"Writes", CheckWrites}, NamedRule{"WorkFiles", CheckWorkFiles},
+                                         NamedRule{"Libraries", CheckLibraries}, NamedRule{"Platform", CheckPlatform},
+                                         NamedRule{"Wiring", CheckWiring}, NamedRule{"Writes", CheckWrites},
+                                         NamedRule{"WorkFiles", CheckWorkFiles},
                                          NamedRule{"Sizes", CheckSizes}, NamedRule{"Licence", CheckLicence},
                                          NamedRule{"Text", CheckText}, NamedRule{"Names", CheckNames}),
                          [](const auto& rule) { return rule.param.name; });

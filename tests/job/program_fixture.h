@@ -9,9 +9,8 @@
 #include <string_view>
 
 #include "host/testing/test_host.h"
-#include "job/cut/normal_cut.h"
-#include "job/list/file_intake.h"
 #include "job/program.h"
+#include "job/windows/file_intake.h"
 
 namespace quillon::job {
 

@@ -9,7 +9,7 @@
 #include <string>
 
 #include "host/journal.h"
-#include "job/settings/done_elsewhere.h"
+#include "job/settings/shard.h"
 
 namespace quillon::cli {
 

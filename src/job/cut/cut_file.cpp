@@ -80,7 +80,7 @@ Step Fail(CutFile& file, std::string why) {
 Step Fail(CutFile& file, const host::Status& status) {
   if (!file.settings.over && !file.settings.split) {
     if (file.Dst.empty()) PredictTarget(file);
-    file.run.ledger.NoteFailed(file.listedPath, ResultPath(file), status);
+    file.run.ledger.DiscardStaleOutput(file.listedPath, ResultPath(file), status);
   }
   return Fail(file, status.Why());
 }

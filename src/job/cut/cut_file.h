@@ -69,7 +69,7 @@ std::vector<std::string> ForeseenOutputs(CutRun& run, const std::string& path);
 enum class Step { Next, FileDone };
 
 Step Fail(CutFile& file, std::string why);
-// As above, for a step that failed so: an older output of another run may have to go (see RunLedger::NoteFailed).
+// As above, for a step that failed so: an older output may have to go (see RunLedger::DiscardStaleOutput).
 Step Fail(CutFile& file, const host::Status& status);
 
 Step PassOver(CutFile& file, std::string why);

@@ -5,7 +5,6 @@
 #include "imaging/limits.h"
 #include "job/cut/cut_steps.h"
 #include "job/cut/output_name.h"
-#include "job/list/file_intake.h"
 #include "job/work_files.h"
 
 namespace quillon::job {
@@ -55,7 +54,7 @@ bool WouldReplaceOther(CutFile& file) {
 // Where several processes walk one folder a result beside its source, under another name, is a source to the others.
 bool OthersWouldCutIt(const CutFile& file) {
   const bool anotherName = file.settings.split || ResultPath(file) != file.listedPath;
-  return anotherName && file.settings.over && file.program.Intake().SharesFolders();
+  return anotherName && file.settings.over && file.program.context.SharesFolders();
 }
 
 // Without a list a picture that has no size ends the whole run.

@@ -13,20 +13,28 @@ namespace quillon::job {
 
 // What the files of one run share.
 struct CutRun {
-  CutRun(Program& owner, std::size_t planned) : program(owner), ledger(owner, planned), omitted(owner) {}
+  CutRun(Program& owner, RunLedger& runLedger) : program(owner), ledger(runLedger), omitted(owner.context) {}
 
   bool OnBackSide() const { return withArray && program.sheets->OnBackSide(); }
   // Removes the drafts that a killed run left in a folder of outputs, before the first output of this one goes there.
-  void SweepDrafts(const std::string& folder);
+  void SweepDrafts(const std::string& folder) {
+    if (swept_.contains(folder)) return;
+    if (swept_.size() >= kSweptRemembered) swept_.clear();
+    swept_.insert(folder);
+    program.host.files.SweepDrafts(folder);
+  }
 
   Program& program;
-  RunLedger ledger;
+  RunLedger& ledger;
   OmittedFolders omitted;
   bool withArray = false;  // ChCutAndArray
   bool pdf = false;        // CmbOutType was 5 at the start; the cut itself makes jpg
   int failed = 0;          // pictures that the effects could not load
 
  private:
+  // Sweeping a folder again costs one listing, the names of a long tree all its memory.
+  static constexpr std::size_t kSweptRemembered = 1000;
+
   std::unordered_set<std::string> swept_;
 };
 

@@ -2,121 +2,111 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "job/cut/normal_cut.h"
 
+#include <string_view>
+
+#include "base/path_text.h"
 #include "job/cut/cut_file.h"
-#include "job/cut/cut_prefetch.h"
-#include "job/cut/large_normal_cut.h"
-#include "job/list/run_guard.h"
 #include "job/program.h"
-#include "job/run/folder_run.h"
+#include "tools/processes.h"
 
 namespace quillon::job {
-namespace {
-
-// The frame of a run: the window is disabled, MenuStop is on.
-class RunFrame {
- public:
-  explicit RunFrame(Program& program) : program_(program) { program_.form1.BeginRun(); }
-  ~RunFrame() {
-    if (!ended_) End();
-  }
-  RunFrame(const RunFrame&) = delete;
-  RunFrame& operator=(const RunFrame&) = delete;
-
-  void End() {
-    ended_ = true;
-    program_.form1.EndRun();
-  }
-
- private:
-  Program& program_;
-  bool ended_ = false;
-};
-
-}  // namespace
 
 NormalCut::NormalCut(Program& program) : program_(program) {}
 
-void NormalCut::Run() {
-  const RunGuard guard(program_);
-  if (!guard) return;
-  if (!ResourcesThere() || !InputThere() || !OutputThere()) return;
+// Options are refused where they are chosen, but a part may also have been taken away since.
+RunNeeds NormalCut::Needs() const {
+  const Flags& flags = program_.flags;
+  const Form1& form = program_.form1;
+  const bool array = form.ChCutAndArray.On();
+  RunNeeds needs;
+  if (flags.ManualCutMode) needs.ensured.push_back(Need::ManualFrame);
+  if (array) needs.ensured.push_back(Need::Sheets);
+  if (flags.ToCmyk || Selected<OutType>(form.CmbOutType) == OutType::Pdf) needs.ensured.push_back(Need::OutputTools);
+  needs.ensured.push_back(Need::Files);
+  if (!form.ChOver.On() || array) needs.ensured.push_back(Need::OutputFolder);
+  for (const std::string_view name : {"FGifCut", "FBaseOpt", "FCutPre", "FTiffOps", "FPdfOps", "FArray"}) {
+    if (name != "FCutPre" || !flags.ManualCutMode) needs.hidden.emplace_back(name);
+  }
+  return needs;
+}
+
+bool NormalCut::Prepare() {
   Form1& form = program_.form1;
   EndHelpers();
   program_.flags.BackWorkerStarted = false;
-  const bool withArray = form.ChCutAndArray.On();
-  PrepareCanvas(withArray);
+  large_ = program_.flags.LargeCapacityMode;
+  withArray_ = form.ChCutAndArray.On();
+  PrepareCanvas();
   form.ChBack.Set(false);
-  if (withArray && !PrepareSheets()) return;
-
-  const bool large = program_.flags.LargeCapacityMode;
-  CutRun run(program_, large ? 0 : program_.files.RowCount());
-  run.withArray = withArray;
-  run.pdf = Selected<OutType>(form.CmbOutType) == OutType::Pdf;
-  if (run.pdf) Select(form.CmbOutType, OutType::Jpg);
-  program_.SaveFolders();
-  const std::vector<std::string> hidden = HideWindows();
-
-  const bool omits = ReadCutSettings(program_).omitFolders;
-  bool ran = true;
-  if (large) {
-    ran = RunFolder(run, omits);
-  } else {
-    RunList(run, omits);
-  }
-  ShowWindows(hidden);
-  if (program_.manualFrame) program_.manualFrame->Rest();
-  if (ran && program_.observer) program_.observer->RunEnded(run.ledger.Totals());
-}
-
-void NormalCut::RunList(CutRun& run, bool omits) {
-  RunFrame frame(program_);
-  run.omitted.Clear();
-  if (omits) run.omitted.Read();
-  if (program_.observer) program_.observer->RunStarted(run.ledger.Totals().planned);
-  const double start = program_.host.clock.Seconds();
-  CutRows(run);
-  run.ledger.Flush();
-  run.ledger.NoteEnd(program_.host.clock.Seconds() - start, program_.flags.StopRequested);
-  ReportEnd(run);
-  EndHelpers();
-  frame.End();
-  if (omits) WriteOmittedFolders(run);
-}
-
-bool NormalCut::RunFolder(CutRun& run, bool omits) {
-  LargeNormalCut driver(run);
-  FolderRun folder(program_, run.ledger, driver);
-  if (!folder.Begin()) return false;
-  run.omitted.Clear();
-  if (omits) run.omitted.Read();
-  folder.Walk();
-  if (omits) WriteOmittedFolders(run);
-  EndHelpers();
+  if (withArray_ && !program_.sheets->Prepare()) return false;
+  pdf_ = Selected<OutType>(form.CmbOutType) == OutType::Pdf;
+  if (pdf_) Select(form.CmbOutType, OutType::Jpg);
   return true;
 }
 
-void NormalCut::CutRows(CutRun& run) {
-  CutPrefetch forecast(run);
-  const std::size_t total = program_.files.RowCount();
-  for (std::size_t row = 1; row <= total; ++row) {
-    if (!program_.flags.StopRequested) program_.host.pump.Turn();
-    const std::string path = program_.files.Row(row - 1).Path();
-    host::Status answered;
-    if (!program_.flags.StopRequested) answered = program_.disks.AskForCut(path);
-    if (program_.flags.StopRequested) {
-      run.ledger.Add({row, path, "", Result::Skipped, "已停止，未处理"});
-      continue;
-    }
-    if (!answered) {
-      run.ledger.Add({row, path, "", Result::None, answered.Why()});
-      continue;
-    }
-    program_.form1.ShowStatus("  正在处理..." + std::to_string(row) + "/" + std::to_string(total));
-    program_.form1.MSF.Select(row);
-    forecast.Prefetch(row);
-    if (program_.observer) program_.observer->FileBegun(path);
-    run.ledger.Add(CutOneFile(run, row, path));
+// The canvas serves the border and the sheets. A run without one still cuts, so a failure here is passed over.
+void NormalCut::PrepareCanvas() {
+  const bool border = program_.flags.AdvancedOptionsLoaded && program_.fBaseOpt.ChAddBoard.On();
+  if (!border && !withArray_) return;
+  program_.WriteCanvas();
+  const std::string path = program_.AppPath(work_files::kCanvas);
+  (void)program_.images.ZoomPic(path, path, program_.flags.FixW, program_.flags.FixH);
+}
+
+void NormalCut::Begin(RunLedger& ledger) {
+  run_ = std::make_unique<CutRun>(program_, ledger);
+  run_->withArray = withArray_;
+  run_->pdf = pdf_;
+  omits_ = ReadCutSettings(program_).omitFolders;
+  prefetch_.emplace(*run_);
+}
+
+void NormalCut::Start() {
+  run_->omitted.Clear();
+  if (omits_) run_->omitted.Read();
+}
+
+bool NormalCut::BesideSources() const { return program_.form1.ChOver.On(); }
+
+std::vector<std::string> NormalCut::Outputs(const std::string& path) const { return ForeseenOutputs(*run_, path); }
+
+void NormalCut::HandledBefore(const std::string& path) {
+  if (ReadCutSettings(program_).omitFolders) run_->omitted.Take(base::SplitPath(path).folder);
+}
+
+void NormalCut::Cut(const RunFile& file, const Report& report) {
+  // In large-capacity mode the window stays usable, so that the type may be chosen again before any file.
+  controls::ComboBox& type = program_.form1.CmbOutType;
+  if (large_ && Selected<OutType>(type) == OutType::Pdf) Select(type, OutType::Jpg);
+  report(CutOneFile(*run_, file.row, file.path));
+}
+
+RunEnd NormalCut::End() {
+  if (large_) return {};
+  const std::string outFolder = program_.form1.LOutDir.Value();
+  if (withArray_) {
+    program_.sheets->Finish();
+    return {"处理完毕！", RunEnd::Then::RevealFolder, outFolder};
   }
+  const std::string done = "处理完毕！失败：" + std::to_string(run_->failed);
+  if (program_.form1.ChOver.On()) return {done};
+  return {done + "\r\n要打开输出目录吗？", RunEnd::Then::OfferFolder, outFolder};
+}
+
+void NormalCut::Finish() {
+  EndHelpers();
+  if (!omits_) return;
+  const host::Status written = run_->omitted.WriteBack();
+  if (!written) program_.Ask("已处理文件夹的记录没有保存：" + written.Why());
+}
+
+void NormalCut::Release() {
+  program_.fCutPre.ChHideShow.SetVisible(true);
+  if (program_.manualFrame) program_.manualFrame->Rest();
+}
+
+void NormalCut::EndHelpers() {
+  for (const char* name : {"QxImgTool.exe", "QxBackImg.exe"}) tools::KillProcessByName(program_.host, name);
 }
 
 }  // namespace quillon::job

@@ -2,44 +2,50 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
+#include "job/cut/cut_prefetch.h"
+#include "job/cut/cut_run.h"
+#include "job/run/driver.h"
+
 namespace quillon::job {
 
-class Program;
-struct CutRun;
-
-// The normal cut: takes the rows of the list one by one and turns each into one output file. In large-capacity mode it
-// hands the files of the input folder over to a folder run instead.
-class NormalCut {
+// The normal cut, menuNormalCut: turns each file into one output file.
+class NormalCut final : public FileDriver {
  public:
   explicit NormalCut(Program& program);
 
-  // A run from its first check to its last box. Beeps and does nothing while a run or a listing is under way.
-  void Run();
+  RunNeeds Needs() const override;
+  bool Prepare() override;
+  void Begin(RunLedger& ledger) override;
+  std::string Name() const override { return pdf_ ? "menuNormalCut pdf" : "menuNormalCut"; }
+  bool BesideSources() const override;
+  std::vector<std::string> Outputs(const std::string& path) const override;
+  void HandledBefore(const std::string& path) override;
+  void Start() override;
+  void Cut(const RunFile& file, const Report& report) override;
+  void PrefetchFrom(std::size_t row) override { prefetch_->Prefetch(row); }
+  std::size_t Lookahead() const override { return prefetch_->Lookahead(); }
+  void Prefetch(const std::vector<std::string>& paths) override { prefetch_->Prefetch(paths); }
+  void EndPrefetch() override { prefetch_.reset(); }
+  RunEnd End() override;
+  void Finish() override;
+  void Release() override;
 
  private:
-  // --- Before the run; false gives up.
-  bool ResourcesThere();
-  bool InputThere();
-  bool InputFolderThere();
-  bool OutputThere();
-  void PrepareCanvas(bool withArray);
-  bool PrepareSheets();
-  std::vector<std::string> HideWindows();
-
-  // --- The run and its end.
-  void RunList(CutRun& run, bool omits);
-  // False when the user wants no run after all.
-  bool RunFolder(CutRun& run, bool omits);
-  void CutRows(CutRun& run);
-  void ReportEnd(const CutRun& run);
+  void PrepareCanvas();
   void EndHelpers();
-  void WriteOmittedFolders(CutRun& run);
-  void ShowWindows(const std::vector<std::string>& hidden);
 
   Program& program_;
+  bool large_ = false;      // large-capacity mode
+  bool withArray_ = false;  // ChCutAndArray
+  bool pdf_ = false;        // CmbOutType was 5 at the start
+  bool omits_ = false;      // ChOmitFolds
+  std::unique_ptr<CutRun> run_;
+  std::optional<CutPrefetch> prefetch_;
 };
 
 }  // namespace quillon::job

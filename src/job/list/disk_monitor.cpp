@@ -3,12 +3,11 @@
 #include "job/list/disk_monitor.h"
 
 #include <algorithm>
-#include <atomic>
 #include <utility>
 
 #include "base/path_text.h"
-#include "job/list/disk_timeout.h"
-#include "job/program.h"
+#include "imaging/services.h"
+#include "job/list/run_context.h"
 
 namespace quillon::job {
 namespace {
@@ -16,6 +15,10 @@ namespace {
 constexpr double kFreshFor = 0.5;  // seconds
 constexpr std::size_t kFoldersRemembered = 1000;
 constexpr std::uint64_t kReadAtOnce = 1 << 20;  // bytes; larger files are only opened
+
+// In seconds. Most disks answer at once, and a window that stands still for so short a time is no matter.
+constexpr double kFirstWait = 0.1;
+constexpr double kPumpInterval = 0.01;
 
 constexpr const char* kSilentFolder = "没有响应";
 constexpr const char* kSilentOutput = "输出目录没有响应，已跳过；请检查磁盘或网络连接后重新处理";
@@ -36,15 +39,71 @@ bool IsBelow(const std::string& folder, const std::string& place) {
 
 }  // namespace
 
-// Shared with the errand, which may outlive its caller.
+// --- DiskTimeout
+
+DiskTimeout::DiskTimeout(const RunContext& context)
+    : context_(context), stopped_(context.Stopped()), lastAnswer_(context.host.clock.Seconds()) {}
+
+host::Status DiskTimeout::Await(const host::BackgroundCall& call, const std::atomic<std::size_t>& answers) {
+  std::size_t before = 0;
+  for (double wait = kFirstWait; !call.Done(wait); wait = kPumpInterval) {
+    context_.host.pump.Turn();
+    if (context_.Stopped() && !stopped_) return {host::Problem::Stopped, "已停止"};
+    const double now = context_.host.clock.Seconds();
+    if (const std::size_t newest = answers; newest != before) {
+      before = newest;
+      lastAnswer_ = now;
+    }
+    if (now - lastAnswer_ >= host::kDiskTimeoutSeconds) return {host::Problem::Other, "没有响应"};
+  }
+  return host::Status::Ok();
+}
+
+// --- FolderReader
+
+// Shared with the call, which may outlive its caller.
+struct FolderReader::Reading {
+  FolderContent content;
+  std::atomic<std::size_t> answers = 0;
+};
+
+FolderReader::FolderReader(const RunContext& context, const std::string& path)
+    : timeout_(context), reading_(std::make_shared<Reading>()), call_(WorkOf(reading_, context.host.files, path)) {}
+
+host::BackgroundCall::Work FolderReader::WorkOf(std::shared_ptr<Reading> reading, const host::Files& files,
+                                                std::string path) {
+  return [reading = std::move(reading), path = std::move(path), &files](const std::atomic<bool>& stop) {
+    FolderContent& content = reading->content;
+    content.facts = files.Stat(path);
+    if (!content.facts || content.facts->kind != host::FileKind::Folder) return;
+    content.listed = files.ListFolder(path, [&](const host::FolderEntry& entry) {
+      if (stop) return false;
+      content.entries.push_back(entry);
+      ++reading->answers;
+      return true;
+    });
+  };
+}
+
+FolderContent FolderReader::Take() {
+  host::Status answered = timeout_.Await(call_, reading_->answers);
+  if (answered) return std::move(reading_->content);
+  FolderContent abandoned;
+  abandoned.listed = std::move(answered);
+  return abandoned;
+}
+
+// --- DiskMonitor
+
+// Shared with the call, which may outlive its caller.
 struct DiskMonitor::Asking {
   std::vector<std::string> folders;
   std::string path;
-  std::atomic<std::size_t> heard = 0;  // folders that have answered
-  bool here = true;                    // see host::Files::IsLocalDisk
+  std::atomic<std::size_t> answers = 0;  // folders that have answered
+  bool local = true;                     // see host::Files::IsLocalDisk
 };
 
-DiskMonitor::DiskMonitor(Program& program) : program_(program) {}
+DiskMonitor::DiskMonitor(const RunContext& context) : context_(context) {}
 
 DiskMonitor::~DiskMonitor() = default;
 
@@ -55,8 +114,8 @@ host::Status DiskMonitor::AskFile(const std::string& path) {
 host::Status DiskMonitor::AskFolder(const std::string& folder) { return Ask(folder, folder, kSilentFolder); }
 
 host::Status DiskMonitor::AskForCut(const std::string& source) {
-  if (host::Status answered = AskFile(source); !answered || program_.form1.ChOver.On()) return answered;
-  const std::string out = program_.form1.LOutDir.Value();
+  if (host::Status answered = AskFile(source); !answered || context_.window.Overwrites()) return answered;
+  const std::string out = context_.window.OutputFolder();
   return Ask(out, out, kSilentOutput);
 }
 
@@ -68,49 +127,49 @@ host::Status DiskMonitor::Ask(const std::string& folder, const std::string& path
   auto asking = std::make_shared<Asking>();
   asking->folders = FromTheTop(folder);
   asking->path = path;
-  DiskTimeout patience(program_);
-  auto errand =
-      std::make_unique<host::BackgroundCall>([asking, &files = program_.host.files](const std::atomic<bool>& stop) {
+  DiskTimeout timeout(context_);
+  auto call =
+      std::make_unique<host::BackgroundCall>([asking, &files = context_.host.files](const std::atomic<bool>& stop) {
         for (const std::string& place : asking->folders) {
           if (stop) return;
           static_cast<void>(files.Stat(place));
-          ++asking->heard;
+          ++asking->answers;
         }
-        // What a network disk tells of a file may be from memory; it is asked anew when the file is opened.
+        // What a network disk says of a file may be from memory; it is asked anew when the file is opened.
         std::string begin;
         if (!stop) static_cast<void>(files.ReadFile(asking->path, begin, kReadAtOnce));
-        if (!stop) asking->here = files.IsLocalDisk(asking->folders.back());
+        if (!stop) asking->local = files.IsLocalDisk(asking->folders.back());
       });
-  host::Status answered = patience.Await(*errand, asking->heard);
+  host::Status answered = timeout.Await(*call, asking->answers);
   if (answered) {
-    Note(folder, asking->here);
+    Note(folder, asking->local);
   } else if (answered.GetProblem() != host::Problem::Stopped) {
     answered = {host::Problem::Other, sentence};
     silent_.push_back(
-        {asking->folders[std::min<std::size_t>(asking->heard, asking->folders.size() - 1)], std::move(errand)});
+        {asking->folders[std::min<std::size_t>(asking->answers, asking->folders.size() - 1)], std::move(call)});
     // What is planned may lie there as well.
-    program_.images.PlanCrops({});
-    program_.images.PlanMeasures({});
+    context_.images.PlanCrops({});
+    context_.images.PlanMeasures({});
   }
   return answered;
 }
 
 bool DiskMonitor::Fresh(const std::string& folder) const {
   const auto found = answered_.find(folder);
-  if (found == answered_.end() || !found->second.here) return false;
-  return program_.host.clock.Seconds() - found->second.when < kFreshFor;
+  if (found == answered_.end() || !found->second.local) return false;
+  return context_.host.clock.Seconds() - found->second.when < kFreshFor;
 }
 
-// A question that comes back in the end is the answer that was waited for.
+// An abandoned call that returns in the end is the answer that was waited for.
 bool DiskMonitor::SilentBelow(const std::string& folder) {
-  std::erase_if(silent_, [](const Silence& silence) { return silence.errand->Done(); });
+  std::erase_if(silent_, [](const Silence& silence) { return silence.call->Done(); });
   return std::any_of(silent_.begin(), silent_.end(),
                      [&](const Silence& silence) { return IsBelow(folder, silence.place); });
 }
 
-void DiskMonitor::Note(const std::string& folder, bool here) {
+void DiskMonitor::Note(const std::string& folder, bool local) {
   if (answered_.size() >= kFoldersRemembered) answered_.clear();
-  answered_[folder] = {program_.host.clock.Seconds(), here};
+  answered_[folder] = {context_.host.clock.Seconds(), local};
 }
 
 }  // namespace quillon::job

@@ -42,9 +42,9 @@ std::size_t Count(const host::Files& files, const std::string& root, const WalkR
 
 FileCount::FileCount(const host::Files& files, std::string root, WalkRule rule, const DoneElsewhere& doneElsewhere)
     : count_(std::make_shared<std::size_t>(0)),
-      errand_([count = count_, &files, root = std::move(root), rule = std::move(rule), &doneElsewhere](
-                  const std::atomic<bool>& stop) { *count = Count(files, root, rule, doneElsewhere, stop); }) {}
+      call_([count = count_, &files, root = std::move(root), rule = std::move(rule), &doneElsewhere](
+                const std::atomic<bool>& stop) { *count = Count(files, root, rule, doneElsewhere, stop); }) {}
 
-std::optional<std::size_t> FileCount::Result() const { return errand_.Done() ? std::optional(*count_) : std::nullopt; }
+std::optional<std::size_t> FileCount::Result() const { return call_.Done() ? std::optional(*count_) : std::nullopt; }
 
 }  // namespace quillon::job

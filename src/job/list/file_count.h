@@ -9,23 +9,23 @@
 #include "host/background_call.h"
 #include "host/files/files.h"
 #include "job/list/file_walk.h"
-#include "job/settings/done_elsewhere.h"
+#include "job/settings/shard.h"
 
 namespace quillon::job {
 
-// Counts behind the run how many files a walk over a folder will hand out. A tree that changes meanwhile is counted as
-// it was seen.
+// Counts on a background thread how many files a walk over a folder will hand out. A tree that changes meanwhile is
+// counted as it was seen.
 class FileCount {
  public:
-  // What was doneElsewhere already is none of them; it has to live as long as this.
+  // Files of doneElsewhere are not counted; it must outlive this object.
   FileCount(const host::Files& files, std::string root, WalkRule rule, const DoneElsewhere& doneElsewhere);
 
-  // Nothing as long as it is counting.
+  // The number, or nothing as long as it is counting.
   std::optional<std::size_t> Result() const;
 
  private:
   std::shared_ptr<std::size_t> count_;
-  host::BackgroundCall errand_;
+  host::BackgroundCall call_;
 };
 
 }  // namespace quillon::job

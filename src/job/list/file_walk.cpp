@@ -8,8 +8,9 @@
 #include <utility>
 
 #include "base/path_text.h"
-#include "job/list/folder_reader.h"
-#include "job/program.h"
+#include "base/utf8.h"
+#include "imaging/services.h"
+#include "job/list/disk_monitor.h"
 
 namespace quillon::job {
 namespace {
@@ -25,6 +26,11 @@ std::string FolderPart(const std::string& path) { return path.substr(0, path.rfi
 
 }  // namespace
 
+bool FitsFilter(const std::string& filter, const std::string& path) {
+  const std::string extension = base::ToLowerAscii(base::SplitPath(path).extension);
+  return !extension.empty() && base::ToLowerAscii(filter).find("." + extension) != std::string::npos;
+}
+
 bool WalkRule::Owns(const std::string& relativePath) const {
   return shard.Owns(byFolder ? FolderPart(relativePath) : relativePath);
 }
@@ -34,8 +40,8 @@ bool WalkRule::OwnsNamed(const std::string& path) const { return shard.OwnsNamed
 // Files in the order of the walk, found a little ahead of their visit.
 class FileWalk::Finder {
  public:
-  Finder(Program& program, const WalkRule& rule) : program_(program), rule_(rule) {
-    if (const auto out = rule.leftOut.empty() ? std::nullopt : program.host.files.Stat(rule.leftOut)) {
+  Finder(const RunContext& context, const WalkRule& rule) : context_(context), rule_(rule) {
+    if (const auto out = rule.leftOut.empty() ? std::nullopt : context.host.files.Stat(rule.leftOut)) {
       walked_.emplace(out->device, out->inode);
     }
   }
@@ -77,12 +83,12 @@ class FileWalk::Finder {
   };
 
   void Prefetch() {
-    while (found_.size() < kAnnounced && !program_.flags.StopRequested && Expand()) {
+    while (found_.size() < kAnnounced && !context_.Stopped() && Expand()) {
     }
     std::vector<std::string> paths = Upcoming(kAnnounced);
     announced_ = paths.size();
-    if (program_.recovering) return;
-    program_.images.PlanMeasures(std::move(paths));
+    if (context_.recovering) return;
+    context_.images.PlanMeasures(std::move(paths));
   }
 
   // False at the end, and where what is found would have to wait for the next folder.
@@ -91,13 +97,13 @@ class FileWalk::Finder {
       if (todo_.empty()) return false;
       place_ = std::move(todo_.back());
       todo_.pop_back();
-      reading_ = std::make_unique<FolderReader>(program_, place_.path);
+      reading_ = std::make_unique<FolderReader>(context_, place_.path);
     }
     if (!found_.empty() && !reading_->Done(kPatience)) return false;
     const FolderContent content = reading_->Take();
     reading_.reset();
     ReadContent(std::exchange(place_, {}), content);
-    program_.host.pump.Turn();
+    context_.host.pump.Turn();
     return true;
   }
 
@@ -126,7 +132,7 @@ class FileWalk::Finder {
       } else if (entry.kind == host::FileKind::Folder && rule_.subfolders == Subfolders::Yes) {
         below.push_back({base::JoinPath(place.path, entry.name), rootLength});
       }
-      if (++seen % kEntriesPerTurn == 0) program_.host.pump.Turn();
+      if (++seen % kEntriesPerTurn == 0) context_.host.pump.Turn();
     }
     todo_.insert(todo_.end(), below.rbegin(), below.rend());
   }
@@ -136,7 +142,7 @@ class FileWalk::Finder {
   }
 
   void Take(Found found, bool mine) {
-    if (mine && (program_.doneElsewhere.empty() || !program_.doneElsewhere.contains(found.Path()))) {
+    if (mine && (context_.doneElsewhere.empty() || !context_.doneElsewhere.contains(found.Path()))) {
       found_.push_back(std::move(found));
     } else {
       ++leftToOthers_;
@@ -148,12 +154,12 @@ class FileWalk::Finder {
     const host::Problem problem = why.GetProblem();
     if (problem == host::Problem::Missing || problem == host::Problem::Stopped) return;
     if (problem != host::Problem::Denied) reachedAll_ = false;
-    if (mine && program_.observer) {
-      program_.observer->FileNotListed(folder, "文件夹无法读取，已跳过：" + why.Why());
+    if (mine && context_.observer) {
+      context_.observer->FileNotListed(folder, "文件夹无法读取，已跳过：" + why.Why());
     }
   }
 
-  Program& program_;
+  const RunContext& context_;
   const WalkRule& rule_;
   std::vector<Place> todo_;  // roots and folders, the next one last
   std::unique_ptr<FolderReader> reading_;
@@ -165,8 +171,8 @@ class FileWalk::Finder {
   std::set<std::pair<std::uint64_t, std::uint64_t>> walked_;
 };
 
-FileWalk::FileWalk(Program& program, WalkRule rule)
-    : program_(program), rule_(std::move(rule)), finder_(std::make_unique<Finder>(program_, rule_)) {}
+FileWalk::FileWalk(const RunContext& context, WalkRule rule)
+    : context_(context), rule_(std::move(rule)), finder_(std::make_unique<Finder>(context_, rule_)) {}
 
 FileWalk::~FileWalk() = default;
 
@@ -175,11 +181,11 @@ WalkEnd FileWalk::Run(const std::vector<std::string>& roots, const Visit& visit)
   WalkEnd end = WalkEnd::Complete;
   std::string path;
   while (end == WalkEnd::Complete && finder_->Next(path)) {
-    program_.host.pump.Turn();
-    if (program_.flags.StopRequested || !visit(path)) end = WalkEnd::Stopped;
+    context_.host.pump.Turn();
+    if (context_.Stopped() || !visit(path)) end = WalkEnd::Stopped;
   }
-  if (program_.flags.StopRequested) end = WalkEnd::Stopped;
-  program_.images.PlanMeasures({});
+  if (context_.Stopped()) end = WalkEnd::Stopped;
+  context_.images.PlanMeasures({});
   return end;
 }
 

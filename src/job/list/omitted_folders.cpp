@@ -5,7 +5,7 @@
 #include <string_view>
 
 #include "base/path_text.h"
-#include "job/program.h"
+#include "job/list/run_context.h"
 #include "job/work_files.h"
 
 namespace quillon::job {
@@ -15,38 +15,38 @@ constexpr const char* kLineEnd = "\r\n";
 
 }  // namespace
 
-OmittedFolders::OmittedFolders(Program& program) : program_(program) {}
+OmittedFolders::OmittedFolders(const RunContext& context) : context_(context) {}
 
 void OmittedFolders::Clear() {
   folders_.clear();
-  program_.flags.OmittedFolders.clear();
+  context_.flags.OmittedFolders.clear();
 }
 
 void OmittedFolders::Read() {
-  for (const auto& [source, wrote] : program_.doneElsewhere) {
+  for (const auto& [source, wrote] : context_.doneElsewhere) {
     if (wrote == Wrote::Yes) Take(base::SplitPath(source).folder);
   }
   std::string text;
   // Before the first run there is no such file, and an unreadable one omits nothing.
-  if (!program_.host.files.ReadFile(program_.AppPath(work_files::kOmittedFolders), text)) return;
+  if (!context_.host.files.ReadFile(context_.AppPath(work_files::kOmittedFolders), text)) return;
   for (std::string_view rest = text; !rest.empty();) {
     const std::size_t end = rest.find('\n');
     std::string line(rest.substr(0, end));
     rest.remove_prefix(end == std::string_view::npos ? rest.size() : end + 1);
     if (line.ends_with('\r')) line.pop_back();
-    if (!line.empty() && program_.host.files.IsFolder(line)) Take(line);
+    if (!line.empty() && context_.host.files.IsFolder(line)) Take(line);
   }
 }
 
 bool OmittedFolders::Take(const std::string& folder) {
   if (!folders_.insert(folder).second) return false;
-  program_.flags.OmittedFolders += folder + kLineEnd;
+  context_.flags.OmittedFolders += folder + kLineEnd;
   return true;
 }
 
 host::Status OmittedFolders::WriteBack() {
   const host::Status saved =
-      program_.host.files.Save(program_.AppPath(work_files::kOmittedFolders), program_.flags.OmittedFolders);
+      context_.host.files.Save(context_.AppPath(work_files::kOmittedFolders), context_.flags.OmittedFolders);
   Clear();
   return saved;
 }

@@ -9,26 +9,26 @@
 
 namespace quillon::job {
 
-class Program;
+struct RunContext;
 
 // The folders that ChOmitFolds passes over, kept in \OmitSubfolds.dat, one a line. Flags::OmittedFolders holds the same
 // lines, each with CR LF. A folder counts as done from its first file on, also within the same run: of a folder that is
 // new, one file is handled.
 class OmittedFolders {
  public:
-  explicit OmittedFolders(Program& program);
+  explicit OmittedFolders(const RunContext& context);
 
   void Clear();
-  // Takes the lines of the file that still are folders, and the folders of what an earlier process in the place of this
+  // Adds the lines of the file that still are folders, and the folders of what an earlier process in the place of this
   // one has written.
   void Read();
-  // True and taken in when the folder is new, false when it is to be passed over.
+  // True if the folder is new, which adds it; false if it is to be passed over.
   bool Take(const std::string& folder);
   // Writes the file anew and empties the list.
   host::Status WriteBack();
 
  private:
-  Program& program_;
+  const RunContext& context_;
   std::unordered_set<std::string> folders_;
 };
 

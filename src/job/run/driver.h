@@ -2,37 +2,97 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include <cstddef>
+#include <functional>
 #include <string>
 #include <vector>
 
+#include "job/list/run_context.h"
 #include "job/settings/run_report.h"
 
 namespace quillon::job {
 
-// What a driver does to one file of a folder run.
+class RunLedger;
+
+// What a driver needs of the program for a run.
+struct RunNeeds {
+  std::vector<Need> ensured;          // asked for in this order before the run; one that stays missing gives it up
+  std::size_t resultsPerFile = 1;     // how many results Cut reports for each file
+  std::vector<std::string> hidden;    // windows that are hidden meanwhile
+  std::vector<std::string> disabled;  // windows whose controls are disabled meanwhile
+  // The main window in large-capacity mode; it is always disabled during a run over the list.
+  WindowUse inFolderRun = WindowUse::Usable;
+};
+
+// What the user sees at the end of a run.
+struct RunEnd {
+  enum class Then { Nothing, RevealFolder, OfferFolder };
+  enum class Shown { InRun, AfterRun };
+
+  std::string text;            // of the box, "" for none
+  Then then = Then::Nothing;   // OfferFolder: the box is a question, Yes opens the folder
+  std::string folder;          // the one to reveal or to open
+  Shown shown = Shown::InRun;  // while the window is still disabled, or afterwards
+};
+
+// One file of a run.
+struct RunFile {
+  std::size_t row = 0;  // of the list, from 1; 0 in large-capacity mode
+  std::string path;
+  std::size_t number = 0;  // running number, from 1
+};
+
+// What is done to the files of a run: the part in which one kind of cut differs from another. StartRun calls the
+// functions in the order in which they stand here; all calls come on the one thread of control.
 class FileDriver {
  public:
+  using Report = std::function<void(FileResult result)>;
+
   virtual ~FileDriver() = default;
 
-  // What tells this driver's jobs from those of others, and the windows that hold its parameters.
+  // --- Before the run.
+  virtual RunNeeds Needs() const = 0;
+  // Everything needed is there. False gives up the run without a box.
+  virtual bool Prepare() { return true; }
+  // The windows are as the run needs them. The ledger lives until the run has ended.
+  virtual void Begin(RunLedger& ledger) = 0;
+
+  // --- In large-capacity mode, for the journal.
+  // The name tells this driver's jobs from those of others; the windows hold the parameters.
   virtual std::string Name() const = 0;
   virtual std::vector<std::string> Windows() const { return {"Form1", "FBaseOpt"}; }
-
-  // Handles the file with that running number (from 1). results come empty and tell at the end what became of it, one
-  // for each output that was wanted, all with row 0 and the path as their source.
-  virtual void Cut(const std::string& path, std::size_t number, std::vector<FileResult>& results) = 0;
-
   // Whether results go beside their sources, and not into the output folder.
   virtual bool BesideSources() const { return false; }
-  // The files that Cut would write for path, as far as it can be foreseen.
+  // The files that Cut would write for path, as far as it can be predicted.
   virtual std::vector<std::string> Outputs(const std::string& path) const = 0;
-  // A source that an earlier part of the run has handled: Cut is not asked for it.
+  // An earlier part of the run has handled the source: Cut is not called for it.
   virtual void HandledBefore(const std::string& /*path*/) {}
 
-  // For work ahead: how many of the files that come next are to be told before each Cut, and those files, the one that
-  // is handled now first. Fewer come near the end.
+  // --- The files.
+  // The user wants the run; the first file follows.
+  virtual void Start() {}
+  // Whether Cut reports its progress itself. Otherwise the title counts the rows of the list.
+  virtual bool ShowsProgress() const { return false; }
+  // Handles the file and reports what became of it: as many results as Needs says, all with its row and path.
+  virtual void Cut(const RunFile& file, const Report& report) = 0;
+
+  // --- Prefetch, before each Cut.
+  // In a run over the list: the row that is handled next.
+  virtual void PrefetchFrom(std::size_t /*row*/) {}
+  // In large-capacity mode: how many of the next files are wanted, and those files, the one handled next first. Fewer
+  // come near the end.
   virtual std::size_t Lookahead() const { return 0; }
   virtual void Prefetch(const std::vector<std::string>& /*paths*/) {}
+  // No file follows.
+  virtual void EndPrefetch() {}
+
+  // --- After the run.
+  // All results stand on disk.
+  virtual RunEnd End() = 0;
+  // The main window is usable again.
+  virtual void Finish() {}
+  // All windows are as before, also if the user did not want the run after all.
+  virtual void Release() {}
 };
 
 }  // namespace quillon::job

@@ -5,9 +5,9 @@
 #include <utility>
 
 #include "base/path_text.h"
-#include "job/list/file_intake.h"
-#include "job/list/stoppable_frame.h"
-#include "job/settings/cut_settings.h"
+#include "imaging/services.h"
+#include "job/list/disk_monitor.h"
+#include "job/run/run_guard.h"
 
 namespace quillon::job {
 namespace {
@@ -35,11 +35,11 @@ std::string FolderOf(const std::string& path) { return path == "/" ? std::string
 
 }  // namespace
 
-FolderRun::FolderRun(Program& program, RunLedger& ledger, FileDriver& driver)
-    : program_(program),
+FolderRun::FolderRun(const RunContext& context, RunLedger& ledger, FileDriver& driver)
+    : context_(context),
       ledger_(ledger),
       driver_(driver),
-      journal_(program, driver.Name(), driver.Windows()),
+      journal_(context, driver.Name(), driver.Windows()),
       root_(Root()),
       rule_(Rule()) {
   ledger_.ReadSourcesFrom([this](const std::string& path) { return IsSource(path); });
@@ -51,9 +51,9 @@ FolderRun::~FolderRun() {
 }
 
 bool FolderRun::Begin() {
-  const bool resultsMeet = !driver_.BesideSources() && program_.form1.LOutDir.Value() == root_;
-  if (resultsMeet && !program_.shard.Whole()) {
-    program_.Ask(kSharedOutput);
+  const bool resultsMeet = !driver_.BesideSources() && context_.window.OutputFolder() == root_;
+  if (resultsMeet && !context_.shard.Whole()) {
+    context_.Ask(kSharedOutput);
     return false;
   }
   return journal_.Begin();
@@ -61,60 +61,57 @@ bool FolderRun::Begin() {
 
 // Results are known again by their names: where they go to the input folder itself it is called as they are.
 std::string FolderRun::Root() const {
-  const Form1& form = program_.form1;
-  const std::string in = form.LInDir.Value();
-  const std::string out = form.LOutDir.Value();
-  return !driver_.BesideSources() && program_.host.files.SameFile(in, out) ? out : in;
+  const std::string in = context_.window.InputFolder();
+  const std::string out = context_.window.OutputFolder();
+  return !driver_.BesideSources() && context_.host.files.SameFile(in, out) ? out : in;
 }
 
 // The mode is that of the start, whatever the window shows later.
 WalkRule FolderRun::Rule() const {
-  const Form1& form = program_.form1;
   WalkRule rule;
-  rule.subfolders = form.ChSubFold.On() ? Subfolders::Yes : Subfolders::No;
-  rule.accepts = [filter = program_.Intake().Filter()](const std::string& name) {
-    return FileIntake::FitsFilter(filter, name);
-  };
-  rule.shard = program_.shard;
-  const std::string out = form.LOutDir.Value();
-  if (!driver_.BesideSources() && out != root_ && program_.host.files.IsFolder(out)) rule.leftOut = out;
-  rule.byFolder = ReadCutSettings(program_).omitFolders;
+  rule.subfolders = context_.window.SubfolderChoice();
+  rule.accepts = [filter = context_.window.Filter()](const std::string& name) { return FitsFilter(filter, name); };
+  rule.shard = context_.shard;
+  const std::string out = context_.window.OutputFolder();
+  if (!driver_.BesideSources() && out != root_ && context_.host.files.IsFolder(out)) rule.leftOut = out;
+  rule.byFolder = context_.window.OmitsFolders();
   return rule;
 }
 
 void FolderRun::Walk() {
-  const StoppableFrame frame(program_);
-  const FewSizes sizes(program_.images);
-  program_.Intake().Clear();
-  if (program_.observer) program_.observer->RunStarted(0);
+  const RunFrame frame(context_, WindowUse::Usable);
+  const FewSizes sizes(context_.images);
+  context_.window.ClearList();
+  if (context_.observer) context_.observer->RunStarted(0);
   if (journal_.Kept()) ledger_.RecallBy([this](const std::string& output) { return journal_.SourceOf(output); });
   // The walk may come upon them late, or no more.
   if (rule_.byFolder) journal_.EachHandled([this](const std::string& source) { driver_.HandledBefore(source); });
-  const double start = checked_ = program_.host.clock.Seconds();
+  const double start = checked_ = context_.host.clock.Seconds();
   bool complete = false;
   {
-    const FileCount count(program_.host.files, root_, rule_, program_.doneElsewhere);
-    FileWalk walk(program_, rule_);
+    const FileCount count(context_.host.files, root_, rule_, context_.doneElsewhere);
+    FileWalk walk(context_, rule_);
     const WalkEnd end = walk.Run({root_}, [&](const std::string& path) {
       HandleNext(walk, path);
       ReportCount(count);
-      return !program_.flags.StopRequested;
+      return !context_.Stopped();
     });
     complete = end == WalkEnd::Complete && walk.ReachedAll() && reachedAll_;
-    program_.leftToOthers += walk.LeftToOthers();
+    context_.leftToOthers += walk.LeftToOthers();
   }
+  driver_.EndPrefetch();
   ledger_.Flush();
   journal_.End(ledger_, complete);
-  ledger_.NoteEnd(program_.host.clock.Seconds() - start, program_.flags.StopRequested);
+  ledger_.NoteEnd(context_.host.clock.Seconds() - start, context_.Stopped());
   // The window was usable meanwhile.
-  if (program_.form1.ChOver.On()) program_.Intake().Clear();
+  if (context_.window.Overwrites()) context_.window.ClearList();
 }
 
 void FolderRun::HandleNext(const FileWalk& walk, const std::string& path) {
-  const host::Status answered = program_.disks.AskForCut(path);
-  if (program_.flags.StopRequested) return;
-  program_.form1.ShowStatus("  已处理..." + std::to_string(++number_));
-  if (program_.observer) program_.observer->FileBegun(path);
+  const host::Status answered = context_.disks.AskForCut(path);
+  if (context_.Stopped()) return;
+  context_.window.ShowStatus("  已处理..." + std::to_string(++number_));
+  if (context_.observer) context_.observer->FileBegun(path);
   if (!answered) {
     reachedAll_ = false;
     ledger_.Add({0, path, "", Result::None, answered.Why()});
@@ -125,7 +122,7 @@ void FolderRun::HandleNext(const FileWalk& walk, const std::string& path) {
   } else {
     Handle(walk, path);
   }
-  const double now = program_.host.clock.Seconds();
+  const double now = context_.host.clock.Seconds();
   const bool due = ++unchecked_ >= kFilesPerCheckPoint || now - checked_ >= kSecondsPerCheckPoint;
   if (due && journal_.Kept()) CheckPoint();
 }
@@ -149,7 +146,7 @@ bool FolderRun::IsResult(const std::string& path) {
 // It is made anew, and where its place is taken nothing goes there.
 void FolderRun::DiscardOlder(const std::string& source) {
   for (const std::string& output : journal_.Older(source)) {
-    if (ledger_.SourceOf(output).empty()) static_cast<void>(program_.host.files.Discard(output));
+    if (ledger_.SourceOf(output).empty()) static_cast<void>(context_.host.files.Discard(output));
   }
 }
 
@@ -164,7 +161,7 @@ void FolderRun::Handle(const FileWalk& walk, const std::string& path) {
   });
   DiscardOlder(path);
   std::vector<FileResult> results;
-  driver_.Cut(path, number_, results);
+  driver_.Cut({0, path, number_}, [&](FileResult result) { results.push_back(std::move(result)); });
   journal_.Ended(path, results);
   for (const FileResult& result : results) ledger_.Add(result);
 }
@@ -175,20 +172,20 @@ void FolderRun::CheckPoint() {
   journal_.Commit(ledger_);
   ledger_.Forget();
   unchecked_ = 0;
-  checked_ = program_.host.clock.Seconds();
+  checked_ = context_.host.clock.Seconds();
 }
 
 void FolderRun::ReportCount(const FileCount& count) {
-  if (countTold_ || !program_.observer) return;
+  if (countTold_ || !context_.observer) return;
   const auto planned = count.Result();
   if (!planned) return;
   countTold_ = true;
-  program_.observer->RunPlanned(*planned);
+  context_.observer->RunPlanned(*planned);
 }
 
 bool FolderRun::IsSource(const std::string& path) const {
   if (!rule_.accepts(path.substr(path.rfind('/') + 1))) return false;
-  const host::Files& files = program_.host.files;
+  const host::Files& files = context_.host.files;
   std::string folder = FolderOf(path);
   const bool direct = files.SameFile(folder, root_);
   if (direct || rule_.subfolders == Subfolders::No) return direct;

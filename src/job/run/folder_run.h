@@ -12,24 +12,24 @@
 
 namespace quillon::job {
 
-// The large-capacity run that all drivers share: no list; every file of the input folder that the mode takes goes
+// The large-capacity run that all drivers share: no list; every file of the input folder that the mode accepts goes
 // straight to the driver, in the order of the walk. The window stays usable, MenuStop ends the run after any file, and
-// what the run needs of memory does not grow with it.
+// the memory that a run needs does not grow with it.
 //
 // Files in an output folder that lies below the input folder are not handled, unless results go beside their sources.
-// Where the walk can come upon results, those of this run and of the part that it continues are passed over. A run that
-// could not reach all folders has not come to its end and can be continued.
+// If the walk can come upon results, those of this run and of the part that it resumes are passed over. A run that
+// could not reach all folders has not come to its end and can be resumed.
 class FolderRun {
  public:
-  FolderRun(Program& program, RunLedger& ledger, FileDriver& driver);
+  FolderRun(const RunContext& context, RunLedger& ledger, FileDriver& driver);
   ~FolderRun();
   FolderRun(const FolderRun&) = delete;
   FolderRun& operator=(const FolderRun&) = delete;
 
-  // Asks whether a run of the same job that was broken off is to be continued; false when the user wants no run.
+  // Asks whether an unfinished run of the same job is to be resumed; false if the user wants no run.
   bool Begin();
-  // Empties the list and walks the input folder, with its subfolders where ChSubFold is on; tells the observer of the
-  // start, each file and, once they are counted, the number of files. The end is told by the caller.
+  // Empties the list and walks the input folder, with its subfolders if ChSubFold is on. Reports the start, each file
+  // and, once they are counted, the number of files to the observer. The caller reports the end.
   void Walk();
 
  private:
@@ -47,7 +47,7 @@ class FolderRun {
   // Whether path, which exists, is one that this walk hands out.
   bool IsSource(const std::string& path) const;
 
-  Program& program_;
+  const RunContext& context_;
   RunLedger& ledger_;
   FileDriver& driver_;
   RunJournal journal_;

@@ -8,7 +8,8 @@
 
 #include "base/path_text.h"
 #include "host/files/file_stamp.h"
-#include "job/program.h"
+#include "job/list/disk_monitor.h"
+#include "job/list/run_context.h"
 #include "job/run/run_ledger.h"
 
 namespace quillon::job {
@@ -16,8 +17,7 @@ namespace {
 
 using host::FileStamp;
 
-// Keys. A source that is to be overwritten is written down as begun, every finished one as done; an output tells from
-// which source it came, and one that is not made yet of which it is meant to be. An empty value is none.
+// Keys of the records, see the header. An empty value is none.
 constexpr const char* kBegun = "begun";
 constexpr const char* kDone = "done";
 constexpr const char* kFrom = "from";
@@ -60,29 +60,6 @@ bool OutputsStand(const host::Files& files, const Done& done) {
                                               [&](const auto& output) { return OutputStands(files, output); });
 }
 
-bool IsParameter(const controls::Control& control) {
-  switch (control.GetKind()) {
-    case controls::Kind::CheckBox:
-    case controls::Kind::Option:
-    case controls::Kind::TextBox:
-    case controls::Kind::ComboBox:
-    case controls::Kind::ColourBox:
-    case controls::Kind::Slider:
-      return true;
-    default:
-      return false;
-  }
-}
-
-// What a run itself puts into the windows is no parameter of it: the margins of the frame that is placed by hand, and
-// the white around a picture that is padded. Nor is the profile, which no cut looks at and which is only chosen when
-// its window is opened.
-bool ChangesNothing(const Program& program, const controls::Control& control) {
-  if (&control == &program.fBaseOpt.CmbCMYK) return true;
-  if (&control == &program.fBaseOpt.PBoardColor) return program.form1.ChAddToSize.On();
-  return program.flags.ManualCutMode && control.FullName().starts_with("Form1.TCutValue");
-}
-
 std::string PartedQuestion(std::uint64_t count) {
   const std::string before = std::to_string(count);
   const std::string how =
@@ -95,42 +72,27 @@ std::string PartedQuestion(std::uint64_t count) {
 
 }  // namespace
 
-RunJournal::RunJournal(Program& program, std::string driver, std::vector<std::string> windows)
-    : program_(program), driver_(std::move(driver)), windows_(std::move(windows)) {}
+RunJournal::RunJournal(const RunContext& context, std::string driver, std::vector<std::string> windows)
+    : context_(context), driver_(std::move(driver)), windows_(std::move(windows)) {}
 
-std::string RunJournal::JobText() const {
-  std::ostringstream text;
-  text << driver_ << '\n' << program_.form1.LInDir.Value() << '\n' << program_.form1.LOutDir.Value() << '\n';
-  text << program_.flags.OutDpi << '\n';
-  const bool pixels = program_.form1.ChCutA.On() && !program_.form1.ChFixCut.On();
-  text << (pixels && program_.flags.AdvancedOptionsLoaded) << '\n';  // margins count otherwise then
-  for (const std::string& name : windows_) {
-    const controls::Window* window = program_.windows.FindWindow(name);
-    if (!window) continue;
-    for (const controls::Control* control : window->Controls()) {
-      if (IsParameter(*control) && !ChangesNothing(program_, *control))
-        text << control->FullName() << '=' << control->Value() << '\n';
-    }
-  }
-  return text.str();
-}
+std::string RunJournal::JobText() const { return driver_ + '\n' + context_.window.Parameters(windows_); }
 
 bool RunJournal::Begin() {
   job_ = JobText();
-  if (!program_.journals) return true;
-  // Ours is taken first: of two that begin at once one at least sees the other.
-  const host::JobPart own{job_, program_.shard.index, program_.shard.count};
-  journal_ = program_.journals->Open(own);
-  if (!journal_ && program_.journals->FindUnfinished(job_, [&](const auto& part) { return part == own; })) {
-    program_.Ask(kInUse);
+  if (!context_.journals) return true;
+  // Our own journal is opened first: of two runs that begin at once at least one sees the other.
+  const host::JobPart own{job_, context_.shard.index, context_.shard.count};
+  journal_ = context_.journals->Open(own);
+  if (!journal_ && context_.journals->FindUnfinished(job_, [&](const auto& part) { return part == own; })) {
+    context_.Ask(kInUse);
     return false;
   }
   if (!NoConflictingSplit()) return false;
-  if (!journal_ || Empty() || program_.recovering) return true;
+  if (!journal_ || Empty() || context_.recovering) return true;
   const std::string question = "上次的这项任务没有做完，已写好 " + std::to_string(journal_->Count(kDone)) +
                                " 个文件。要接着处理吗？\r\n是——接着处理，已写好的不再处理\r\n否——全部重新处理";
-  const char* twice = program_.form1.ChOver.On() ? "，已覆盖的原文件会再裁一次" : "";
-  const host::Reply reply = program_.Ask(question + twice + "\r\n取消——不处理", host::kYesNoCancelQuestion);
+  const char* twice = context_.window.Overwrites() ? "，已覆盖的原文件会再裁一次" : "";
+  const host::Reply reply = context_.Ask(question + twice + "\r\n取消——不处理", host::kYesNoCancelQuestion);
   if (reply == host::Reply::No) journal_->Clear();
   return reply == host::Reply::Yes || reply == host::Reply::No;
 }
@@ -139,19 +101,19 @@ bool RunJournal::Empty() {
   return journal_->Count(kDone) == 0 && journal_->Count(kBegun) == 0 && journal_->Count(kMeant) == 0;
 }
 
-// True when no run is left that has parted the same files otherwise: what it has done lies in journals that would not
-// be looked into. All processes of a call have to come to the same answer, so that none of them begins where another
-// one does not.
+// True if no unfinished run split the same files into a different number of shards: what it has done lies in journals
+// that would not be looked into. All processes of a call must reach the same answer, so that none of them begins if
+// another one does not.
 bool RunJournal::NoConflictingSplit() {
-  const Shard call = program_.shard.OfCall();
+  const Shard call = context_.shard.OfCall();
   const auto parted = [&](const host::JobPart& part) {
-    return part.count != program_.shard.count && call.Overlaps({part.index, part.count, ""});
+    return part.count != context_.shard.count && call.Overlaps({part.index, part.count, ""});
   };
-  const auto unfinished = program_.journals->FindUnfinished(job_, parted);
+  const auto unfinished = context_.journals->FindUnfinished(job_, parted);
   if (!unfinished) return true;
-  if (program_.Ask(PartedQuestion(unfinished->count), host::kYesNoQuestion) != host::Reply::No) return false;
-  if (program_.journals->Forget(job_, parted)) return true;
-  program_.Ask(kInUse);
+  if (context_.Ask(PartedQuestion(unfinished->count), host::kYesNoQuestion) != host::Reply::No) return false;
+  if (context_.journals->Forget(job_, parted)) return true;
+  context_.Ask(kInUse);
   return false;
 }
 
@@ -160,7 +122,7 @@ bool RunJournal::Stands(const std::string& source) {
   const std::string doneText = journal_->Get(source, kDone).value_or("");
   const std::string begunText = doneText.empty() ? journal_->Get(source, kBegun).value_or("") : std::string();
   if (doneText.empty() && begunText.empty()) return false;
-  const host::Files& files = program_.host.files;
+  const host::Files& files = context_.host.files;
   const auto now = StampOf(files, source);
   if (!doneText.empty()) {
     const Done done = ReadDone(doneText);
@@ -177,8 +139,8 @@ bool RunJournal::Stands(const std::string& source) {
 void RunJournal::EachHandled(const std::function<void(const std::string& source)>& take) {
   if (!journal_) return;
   const auto answers = [this](const std::string& source) {
-    program_.host.pump.Turn();
-    return !program_.flags.StopRequested && static_cast<bool>(program_.disks.AskFolder(base::SplitPath(source).folder));
+    context_.host.pump.Turn();
+    return !context_.Stopped() && static_cast<bool>(context_.disks.AskFolder(base::SplitPath(source).folder));
   };
   const auto takeStanding = [&](const std::string& source) {
     if (answers(source) && Stands(source)) take(source);
@@ -189,7 +151,7 @@ void RunJournal::EachHandled(const std::function<void(const std::string& source)
   journal_->Each(kMeant, [&](const std::string& output) {
     const std::string source = journal_->Get(output, kMeant).value_or("");
     if (source.empty() || !answers(source)) return;
-    const host::Files& files = program_.host.files;
+    const host::Files& files = context_.host.files;
     if (!files.Stat(source) && files.Stat(output)) take(source);
   });
 }
@@ -207,7 +169,7 @@ std::string RunJournal::MadeOf(const std::string& path) {
     const Done done = ReadDone(journal_->Get(source, kDone).value_or(""));
     const auto output =
         std::find_if(done.outputs.begin(), done.outputs.end(), [&](const auto& one) { return one.second == path; });
-    if (output != done.outputs.end() && OutputStands(program_.host.files, *output)) return source;
+    if (output != done.outputs.end() && OutputStands(context_.host.files, *output)) return source;
     // Another file has taken its place.
     if (!IsMeant(path)) journal_->Set(path, kFrom, "");
   }
@@ -216,7 +178,7 @@ std::string RunJournal::MadeOf(const std::string& path) {
 
 void RunJournal::Begun(const std::string& source, const std::vector<std::string>& next, const Foreseen& foreseen) {
   if (!journal_) return;
-  before_ = program_.host.files.Stat(source);
+  before_ = context_.host.files.Stat(source);
   if (intended_.contains(source)) return;
   intended_.clear();
   std::size_t names = Intend(source, foreseen(source));
@@ -233,9 +195,9 @@ bool RunJournal::IsMeant(const std::string& output) const {
   return !journal_->Get(output, kMeant).value_or("").empty();
 }
 
-// How many names were looked at. A name that is taken belongs to the user, and nothing is meant to go there.
+// Returns how many names were looked at. A name that is taken belongs to the user, and nothing is meant to go there.
 std::size_t RunJournal::Intend(const std::string& source, const std::vector<std::string>& outputs) {
-  const host::Files& files = program_.host.files;
+  const host::Files& files = context_.host.files;
   const auto before = files.Stat(source);
   if (!before || outputs.empty()) return 0;
   Intent& intent = intended_[source];
@@ -268,7 +230,7 @@ std::vector<std::string> RunJournal::Older(const std::string& source) const {
 void RunJournal::Drop(const std::string& source, const Intent& intent) {
   if (intent.inPlace) journal_->Set(source, kBegun, "");
   for (const std::string& output : intent.fresh) {
-    if (!program_.host.files.Stat(output)) journal_->Set(output, kMeant, "");
+    if (!context_.host.files.Stat(output)) journal_->Set(output, kMeant, "");
   }
 }
 
@@ -301,7 +263,7 @@ void RunJournal::Commit(const RunLedger& ledger) {
 void RunJournal::WriteDown(const Made& made) {
   Done done{StampOf(made.before), {}};
   for (const std::string& output : made.outputs) {
-    const auto facts = program_.host.files.Stat(output);
+    const auto facts = context_.host.files.Stat(output);
     if (!facts) return;
     done.outputs.emplace_back(StampOf(*facts), output);
     if (output == made.source) continue;

@@ -13,57 +13,72 @@
 #include "host/journal.h"
 #include "job/settings/run_report.h"
 
+// How a run over a folder is resumed. A journal (host::Journal) is a small database for each job and shard; a job is
+// the same when its driver, its folders and all its parameters are. Records are found by path:
+//
+//   begun  of a source: it is about to be overwritten; its stamp before that
+//   done   of a source: its stamp, and the stamps and paths of all that was made of it
+//   from   of an output: the source that it was made of
+//   meant  of an output that is not finished: the source that it is to be made of
+//
+// Before a file is handled, Begun writes down what could not be recognised afterwards: a source that its own result
+// replaces, and results that the walk may come upon and would read as sources. That is done for up to kIntendedAtOnce
+// files at once, since each commit waits for the disk. After the file, Ended remembers its outputs in memory only. At a
+// checkpoint the run first flushes its outputs to disk and then calls Commit, which writes a done record for each
+// source whose outputs all stand. So a done record never promises more than what is on disk, and a run that is killed
+// repeats at most the files since its last checkpoint.
+//
+// A resumed run asks Stands for each file: it does if the outputs of its done record are unchanged and the source is
+// still the one they were made of. Files are compared by size and time of modification, and by inode or time of change,
+// because some disks number their files anew each time they are mounted. A job that comes to its end removes its
+// journal. If no journal can be kept nothing is remembered, and every run is a fresh one.
 namespace quillon::job {
 
 class RunLedger;
-class Program;
+struct RunContext;
 
-// What a run remembers of its files, so that one that was stopped, killed or lost its power can be continued. A job is
-// the same when its driver, its folders and all its parameters are. Where no journal can be kept nothing is remembered
-// and a run is always a fresh one.
+// What a run remembers of its files, so that one that was stopped, killed or lost its power can be resumed.
 class RunJournal {
  public:
-  // The files that a source is about to be made into, where the run could come upon them later; else none.
+  // The files that a source is about to be made into, if the walk could come upon them later; else none.
   using Foreseen = std::function<std::vector<std::string>(const std::string& source)>;
 
   // Sources, and their outputs, that are written down at once before they are handled.
   static constexpr std::size_t kIntendedAtOnce = 256;
 
   // The windows whose controls are parameters of the job.
-  RunJournal(Program& program, std::string driver, std::vector<std::string> windows);
+  RunJournal(const RunContext& context, std::string driver, std::vector<std::string> windows);
 
-  // Asks whether a run of the same job that did not come to its end is to be continued, and forgets it if not. One
-  // whose files were parted otherwise cannot be. False when the user wants no run at all.
+  // Asks whether an unfinished run of the same job is to be resumed, and forgets it if not. One that split its files
+  // into a different number of shards cannot be resumed. False if the user wants no run at all.
   bool Begin();
   bool Kept() const { return journal_ != nullptr; }
 
-  // True when the result of an earlier part of the job stands unchanged, made of the source as it is now; also where
-  // the source has gone.
+  // True if the result of an earlier part of the job stands unchanged, made of the source as it is now; also if the
+  // source is gone.
   bool Stands(const std::string& source);
-  // Hands out the sources that an earlier part of the job has handled, as far as what was made of them stands and its
-  // disk answers.
+  // Calls take for each source that an earlier part of the job has handled, if its outputs stand and its disk answers.
   void EachHandled(const std::function<void(const std::string& source)>& take);
   // The outputs of that result, as far as they were written down.
   std::vector<std::string> OutputsOf(const std::string& source);
-  // The source of path, where path is a result of this job and unchanged, or was made by a part that was killed; else
-  // "".
+  // The source of path if path is a result of this job and unchanged, or was made by a part that was killed; else "".
   std::string MadeOf(const std::string& path);
-  // Before source is handled; next are those that come behind it. An overwritten source cannot be told from a fresh one
-  // afterwards, nor a result beside its source from one, so what there is before is written down first.
+  // Call before source is handled; next are the sources that follow it. Writes down what could not be recognised
+  // afterwards: an overwritten source, and a result that lies among the sources.
   void Begun(const std::string& source, const std::vector<std::string>& next, const Foreseen& foreseen);
   // What an earlier part has made of a source that is begun now.
   std::vector<std::string> Older(const std::string& source) const;
-  // Behind it.
+  // Call after source was handled.
   void Ended(const std::string& source, const std::vector<FileResult>& results);
-  // Writes down what has ended and stands on disk (the ledger has just settled). Nothing is written down of files that
-  // were handled with parameters changed meanwhile.
+  // Call after RunLedger::Flush. Writes down the files that have ended and stand on disk; none if the parameters have
+  // changed since the run began.
   void Commit(const RunLedger& ledger);
   // The source that output was made of in this job, "" for none.
   std::string SourceOf(const std::string& output);
   // A job that came to its end is forgotten.
   void End(const RunLedger& ledger, bool complete);
 
-  // --- Records of other parts, by source; the key is theirs. Kept with the next Commit.
+  // --- Records of other parts, by source; the key is theirs. Stored with the next Commit.
   std::optional<std::string> Get(const std::string& source, const std::string& key);
   void Set(const std::string& source, const std::string& key, const std::string& value);
 
@@ -88,7 +103,7 @@ class RunJournal {
   void Drop(const std::string& source, const Intent& intent);
   void WriteDown(const Made& made);
 
-  Program& program_;
+  const RunContext& context_;
   std::string driver_;
   std::vector<std::string> windows_;
   std::string job_;

@@ -6,20 +6,23 @@
 
 #include "base/path_text.h"
 #include "base/utf8.h"
-#include "host/files/file_stamp.h"
 #include "host/files/stale_output.h"
-#include "job/program.h"
+#include "imaging/services.h"
+#include "job/list/disk_monitor.h"
+#include "job/list/file_list.h"
+#include "job/list/run_context.h"
 
 namespace quillon::job {
 
-RunLedger::RunLedger(Program& program, std::size_t planned) : program_(program), open_(planned == 0) {
+RunLedger::RunLedger(const RunContext& context, std::size_t planned)
+    : context_(context), open_(planned == 0), discards_(context) {
   totals_.planned = planned;
 }
 
 std::optional<RunLedger::Origin> RunLedger::Find(const std::string& output) const {
   const auto found = outputs_.find(output);
   if (found != outputs_.end()) return found->second;
-  if (!recall_ || !program_.host.files.IsFile(output)) return std::nullopt;
+  if (!recall_ || !context_.host.files.IsFile(output)) return std::nullopt;
   const std::string source = recall_(output);
   return source.empty() ? std::nullopt : std::optional(Origin{0, source});
 }
@@ -35,7 +38,7 @@ void RunLedger::Add(const FileResult& result) {
     ++(result.result == Result::None ? totals_.none : totals_.skipped);
   }
   ShowResult(result);
-  if (program_.observer) program_.observer->FileDone(result);
+  if (context_.observer) context_.observer->FileDone(result);
 }
 
 void RunLedger::Register(const std::string& output, const FileResult& result) {
@@ -50,12 +53,12 @@ void RunLedger::ShowResult(const FileResult& result) {
   if (result.row == 0) return;
   std::uint64_t newBytes = 0;
   if (result.result == Result::Written) {
-    if (const auto output = program_.host.files.Stat(result.output)) newBytes = output->size;
+    if (const auto output = context_.host.files.Stat(result.output)) newBytes = output->size;
     for (const std::string& more : result.more) {
-      if (const auto output = program_.host.files.Stat(more)) newBytes += output->size;
+      if (const auto output = context_.host.files.Stat(more)) newBytes += output->size;
     }
   }
-  program_.files.SetResult(result.row - 1, result.result, result.why, newBytes);
+  context_.files.SetResult(result.row - 1, result.result, result.why, newBytes);
 }
 
 void RunLedger::Revoke(const std::string& output, const Origin& origin, const std::string& why) {
@@ -67,7 +70,7 @@ void RunLedger::Revoke(const std::string& output, const Origin& origin, const st
   ++totals_.none;
   const FileResult lost{origin.row, origin.source, "", Result::None, why};
   ShowResult(lost);
-  if (program_.observer) program_.observer->FileLost(lost, output);
+  if (context_.observer) context_.observer->FileLost(lost, output);
 }
 
 std::string RunLedger::SourceOf(const std::string& output) const {
@@ -80,19 +83,19 @@ bool RunLedger::WroteFrom(const std::string& output, const std::string& source) 
 }
 
 bool RunLedger::IsOtherSource(const std::string& path, const std::string& own) {
-  const host::Files& files = program_.host.files;
+  const host::Files& files = context_.host.files;
   if (!files.Stat(path) || files.SameFile(path, own)) return false;
   return isSource_ ? isSource_(path) : IsListed(path);
 }
 
 bool RunLedger::IsListed(const std::string& path) {
-  const host::Files& files = program_.host.files;
+  const host::Files& files = context_.host.files;
   const auto facts = files.Stat(path);
   if (!facts) return false;
   if (!sources_) {
     sources_.emplace();
-    for (std::size_t row = 0; row < program_.files.RowCount(); ++row) {
-      if (const auto source = files.Stat(program_.files.Row(row).Path())) {
+    for (std::size_t row = 0; row < context_.files.RowCount(); ++row) {
+      if (const auto source = files.Stat(context_.files.Row(row).Path())) {
         sources_->emplace(source->device, source->inode);
       }
     }
@@ -100,68 +103,50 @@ bool RunLedger::IsListed(const std::string& path) {
   return sources_->contains({facts->device, facts->inode});
 }
 
-void RunLedger::NoteFailed(const std::string& source, const std::string& output, const host::Status& failure) {
-  const host::Files& files = program_.host.files;
+void RunLedger::DiscardStaleOutput(const std::string& source, const std::string& output, const host::Status& failure) {
+  const host::Files& files = context_.host.files;
+  if (!context_.disks.AskFolder(base::SplitPath(output).folder)) return;
   if (!host::WouldBeStaleOutput(files, source, output, failure)) return;
-  if (const auto facts = files.Stat(output)) staleOutputs_.push_back({source, output, *facts});
-}
-
-// What has changed since then is no older file any more, whoever wrote it.
-void RunLedger::Drop(const Older& older) {
-  if (program_.disks.Silent(older.output)) return;
-  const auto now = program_.host.files.Stat(older.output);
-  if (!now || !host::Unchanged(*now, older.facts)) return;
-  const auto written = Find(older.output);
-  if ((written && written->source != older.source) || IsOtherSource(older.output, older.source)) return;
-  if (!program_.shard.Whole()) {
-    if (program_.observer) program_.observer->OlderLeft(older.output);
+  if (outputs_.contains(output)) return;
+  const auto written = Find(output);
+  if ((written && written->source != source) || IsOtherSource(output, source)) return;
+  if (!context_.shard.Whole()) {
+    if (context_.observer) context_.observer->OlderLeft(output);
     return;
   }
-  // Where no trash takes it, it stays: a file of the user is never simply removed.
-  static_cast<void>(program_.host.files.Discard(older.output));
+  // If no trash takes it, it stays: a file of the user is never simply removed.
+  static_cast<void>(context_.host.files.Discard(output));
 }
 
 void RunLedger::DiscardAtEnd(std::size_t row, std::string source, std::string output) {
-  discards_.push_back({{row, std::move(source)}, std::move(output)});
+  discards_.Add({row, std::move(source), {std::move(output)}});
 }
 
 void RunLedger::Flush() {
-  for (const Older& older : std::exchange(staleOutputs_, {})) Drop(older);
-  for (const host::LateFailure& failure : program_.host.files.Flush()) {
+  const std::vector<host::LateFailure> lost = context_.host.files.Flush();
+  for (const host::LateFailure& failure : lost) {
     const auto found = outputs_.find(failure.path);
     if (found == outputs_.end()) continue;
     const Origin origin = found->second;
     Revoke(failure.path, origin, "输出文件没有写到磁盘上：" + failure.status.Why());
   }
-  for (const Discard& discard : discards_) {
-    program_.host.pump.Turn();
-    DiscardSource(discard);
-  }
-  discards_.clear();
+  discards_.Drain(
+      lost, [this](const auto& source, const host::Status& read) { return Judge(source, read); },
+      [this](const auto& source, const host::Status& discarded) {
+        if (discarded || source.row == 0) return;
+        ShowResult({source.row, source.path, source.outputs.front(), Result::Written,
+                    "输出已写好，源文件没能移入回收站：" + discarded.Why()});
+      });
 }
 
-// A pdf was looked at whole when it was made.
-host::Status RunLedger::ReadBack(const std::string& output) {
-  if (base::SplitPath(output).extension == "pdf") return host::Status::Ok();
-  imaging::Image picture;
-  host::Status status = program_.images.LoadImageFromFile(output, picture);
-  program_.images.DisposeImage(picture);
-  return status;
-}
-
-// The source is all there is if the output cannot be read back.
-void RunLedger::DiscardSource(const Discard& discard) {
-  const auto written = outputs_.find(discard.output);
-  if (written == outputs_.end() || written->second.source != discard.origin.source) return;
-  host::Status status = ReadBack(discard.output);
-  if (!status) {
-    Revoke(discard.output, Origin(written->second), "输出文件读不回来，源文件已保留：" + status.Why());
-    return;
-  }
-  status = program_.host.files.Discard(discard.origin.source);
-  if (status || discard.origin.row == 0) return;
-  ShowResult({discard.origin.row, discard.origin.source, discard.output, Result::Written,
-              "输出已写好，源文件没能移入回收站：" + status.Why()});
+// An output that was lost meanwhile, or is that of another source now, says nothing about this one.
+DiscardQueue::Verdict RunLedger::Judge(const DiscardQueue::Source& source, const host::Status& read) {
+  const std::string& output = source.outputs.front();
+  const auto written = outputs_.find(output);
+  if (written == outputs_.end() || written->second.source != source.path) return DiscardQueue::Verdict::Keep;
+  if (read) return DiscardQueue::Verdict::Discard;
+  Revoke(output, Origin(written->second), "输出文件读不回来，源文件已保留：" + read.Why());
+  return DiscardQueue::Verdict::Keep;
 }
 
 void RunLedger::NoteEnd(double seconds, bool stopped) {

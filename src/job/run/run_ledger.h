@@ -13,48 +13,49 @@
 
 #include "host/files/files.h"
 #include "host/status.h"
+#include "job/run/discard_queue.h"
 #include "job/settings/run_report.h"
 
 namespace quillon::job {
 
-class Program;
+struct RunContext;
 
 // What became of the files of one run, kept true to what is on disk: a file counts as written while its output stands
-// under its name and is its own. Rows and the observer are told of every change.
+// under its name and is its own. Rows and the observer are notified of every change.
 class RunLedger {
  public:
-  // Tells the source that an output was made of in this run, "" where it was not.
+  // Returns the source that an output was made of in this run, "" for any other file.
   using Recall = std::function<std::string(const std::string& output)>;
   // Whether the existing file at path is one that the run is still to read or has read.
   using IsSource = std::function<bool(const std::string& path)>;
 
   // planned 0: not known beforehand; what is added was planned.
-  RunLedger(Program& program, std::size_t planned);
+  RunLedger(const RunContext& context, std::size_t planned);
 
-  // For a run without a list: what counts as a source.
+  // In a run without a list: what counts as a source.
   void ReadSourcesFrom(IsSource isSource) { isSource_ = std::move(isSource); }
-  // For a run of any length: where outputs that were forgotten are asked for.
+  // In a run of any length: looks up outputs that were forgotten.
   void RecallBy(Recall recall) { recall_ = std::move(recall); }
-  // To be called behind Flush: no output is in memory any more.
+  // Call after Flush: no output is kept in memory any more.
   void Forget() { outputs_.clear(); }
 
   void Add(const FileResult& result);
-  // True when this run has written a file of that name.
+  // True if this run has written a file of that name.
   bool Wrote(const std::string& output) const { return Find(output).has_value(); }
-  // True when this run has already made output from source, and has not forgotten it: a file that is listed twice.
+  // True if this run has already made output from source, and has not forgotten it: a file that is listed twice.
   bool WroteFrom(const std::string& output, const std::string& source) const;
-  // The source of an output of this run that is not forgotten, "" for any other file.
+  // The source of an output of this run that was not forgotten, "" for any other file.
   std::string SourceOf(const std::string& output) const;
-  // True when the existing file at path is a source other than own.
+  // True if the existing file at path is a source other than own.
   bool IsOtherSource(const std::string& path, const std::string& own);
-  // The output could not be made of source. An older file under its name would pass for it: it is dropped at the next
-  // Flush, unless it is an output of this run by then or another source.
-  void NoteFailed(const std::string& source, const std::string& output, const host::Status& failure);
-  // A source that goes once everything made of it stands.
+  // The output could not be made of source, and an older file under its name would pass for it: moves that file to the
+  // trash. It stays if it is an output of this run or another source, or if its disk is unresponsive. A run with a share of
+  // the files reports it instead: it may be an output of another share.
+  void DiscardStaleOutput(const std::string& source, const std::string& output, const host::Status& failure);
+  // Queues a source that is discarded by Flush once its output stands; see DiscardQueue.
   void DiscardAtEnd(std::size_t row, std::string source, std::string output);
 
-  // Drops older outputs, waits until the new ones stand on disk, takes back those that do not, and then discards
-  // sources.
+  // Waits until outputs stand on disk, revokes those that do not, and then discards sources.
   void Flush();
   const RunTotals& Totals() const { return totals_; }
   void NoteEnd(double seconds, bool stopped);
@@ -65,15 +66,6 @@ class RunLedger {
     std::string source;
     std::size_t several = 0;  // the same for all outputs of one result that has several, else 0
   };
-  struct Discard {
-    Origin origin;
-    std::string output;
-  };
-  struct Older {
-    std::string source;
-    std::string output;
-    host::FileFacts facts;  // of the older file
-  };
   using FileId = std::pair<std::uint64_t, std::uint64_t>;
 
   std::optional<Origin> Find(const std::string& output) const;
@@ -81,20 +73,17 @@ class RunLedger {
   void Register(const std::string& output, const FileResult& result);
   // A result one of whose outputs is lost counts as without output.
   void Revoke(const std::string& output, const Origin& origin, const std::string& why);
-  host::Status ReadBack(const std::string& output);
-  void Drop(const Older& older);
-  void DiscardSource(const Discard& discard);
+  DiscardQueue::Verdict Judge(const DiscardQueue::Source& source, const host::Status& read);
   void ShowResult(const FileResult& result);
 
-  Program& program_;
+  const RunContext& context_;
   RunTotals totals_;
   bool open_;  // not planned beforehand
   IsSource isSource_;
   Recall recall_;
   std::unordered_map<std::string, Origin> outputs_;
   std::size_t results_ = 0;
-  std::vector<Older> staleOutputs_;
-  std::vector<Discard> discards_;
+  DiscardQueue discards_;
   std::optional<std::set<FileId>> sources_;  // read when first needed
 };
 

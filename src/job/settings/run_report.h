@@ -8,6 +8,14 @@
 
 namespace quillon::job {
 
+// Reported for a picture that has no size.
+inline constexpr const char* kNoSize = "本机异常，获取图片的尺寸数据为0，请以管理员权限重新运行安装包覆盖安装！";
+
+// Reported if several processes would read each other's results as sources.
+inline constexpr const char* kSharedOutput =
+    "输出目录就是输入目录，由几个进程分担时，彼此的结果会被当作原文件再裁一次。"
+    "请另选输出目录，或不带 --jobs 和 --shard 运行";
+
 enum class Result { Written, None, Skipped };
 
 // What became of one file of a run.

@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <string>
 #include <string_view>
+#include <unordered_map>
 
 namespace quillon::job {
 
@@ -27,5 +28,10 @@ struct Shard {
   // Returns the shard of the call, which is split among all its processes.
   Shard OfCall() const;
 };
+
+enum class Wrote { No, Yes };
+
+// Sources that another process has handled, and whether a result of each stands.
+using DoneElsewhere = std::unordered_map<std::string, Wrote>;
 
 }  // namespace quillon::job

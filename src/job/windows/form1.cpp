@@ -4,9 +4,8 @@
 
 #include "base/path_text.h"
 #include "host/files/absolute_path.h"
-#include "job/cut/normal_cut.h"
-#include "job/list/file_intake.h"
 #include "job/program.h"
+#include "job/windows/file_intake.h"
 
 namespace quillon::job {
 namespace {
@@ -55,7 +54,7 @@ void Form1::ConnectMenus() {
   MenuExit.SetHandler([this] { Close(); });
   MenuDelSelected.SetHandler([this] { program_.Intake().MenuDelSelected_Click(); });
   MenuClearList.SetHandler([this] { program_.Intake().MenuClearList_Click(); });
-  menuNormalCut.SetHandler([this] { program_.Normal().Run(); });
+  menuNormalCut.SetHandler([this] { program_.RunNormalCut(); });
   MenuStop.SetEnabled(false, kNothingRuns);
   MenuStop.SetHandler([this] { MenuStop_Click(); });
   MenuGuide.SetHandler([this] { MenuGuide_Click(); });

@@ -2,8 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "regions/lists/fmultcut.h"
 
-#include "job/list/file_intake.h"
-#include "job/list/run_guard.h"
+#include "job/run/list_run.h"
 #include "regions/lists/multi_cut.h"
 
 namespace quillon::regions {
@@ -12,6 +11,7 @@ namespace {
 constexpr const char* kNoCount = "区域列表：";
 constexpr const char* kTooFew = "至少添加2个裁剪区域！";
 constexpr const char* kStopQuestion = "正在处理中，要强制终止吗？";
+constexpr const char* kCutting = "正在裁剪";
 constexpr std::size_t kFewest = 2;  // regions; a single one is a normal cut
 
 }  // namespace
@@ -24,8 +24,6 @@ FMultCut::FMultCut(job::Program& program)
   CmdCancel.SetHandler([this] { Close(); });
   CmdUpdate.SetHandler([this] { editor_.CmdUpdate_Click(); });
 }
-
-FMultCut::~FMultCut() = default;
 
 // Several files of one source cannot all overwrite it, and their names do not follow its folder, so both options are
 // switched off and locked while the window is open.
@@ -67,26 +65,21 @@ void FMultCut::CmdOk_Click() {
     program_.Ask(kTooFew, host::kExclamationIcon);
     return;
   }
-  const job::RunGuard guard(program_);
-  if (!guard) return;
-  MultiCut cut(program_, editor_);
-  if (!cut.Ready()) return;
-  running_ = &cut;
-  for (controls::Control* control :
-       std::initializer_list<controls::Control*>{&CmdAdd, &CmdCancel, &MSFlexGrid1, &CmdOk, &CmdInput, &CmdOut}) {
-    control->SetEnabled(false, "正在裁剪");
-  }
-  cut.Run();
-  running_ = nullptr;
-  for (controls::Control* control :
-       std::initializer_list<controls::Control*>{&CmdAdd, &CmdCancel, &MSFlexGrid1, &CmdInput, &CmdOut}) {
-    control->SetEnabled(true);
-  }
+  MultiCut cut(program_, editor_, [this] { EnableForRun(true); });
+  job::StartRun(program_.context, cut);
+  if (!running_) return;
+  EnableForRun(false);
   ShowCount();
 }
 
-void FMultCut::LargeMulCut(const std::string& path, const std::string& text) {
-  if (running_) running_->LargeMulCut(path, text);
+void FMultCut::EnableForRun(bool running) {
+  running_ = running;
+  const char* why = running ? kCutting : "";
+  for (controls::Control* control :
+       std::initializer_list<controls::Control*>{&CmdAdd, &CmdCancel, &MSFlexGrid1, &CmdInput, &CmdOut}) {
+    control->SetEnabled(!running, why);
+  }
+  if (running) CmdOk.SetEnabled(false, why);
 }
 
 }  // namespace quillon::regions

@@ -12,13 +12,10 @@
 
 namespace quillon::regions {
 
-class MultiCut;
-
 // The window of the region list: several regions are cut out of every picture of the list, each into a file of its own.
 class FMultCut : public controls::Window {
  public:
   explicit FMultCut(job::Program& program);
-  ~FMultCut() override;
 
   controls::Label List1{*this, "List1", {.caption = "区域列表："}};
   controls::Grid MSFlexGrid1{*this,
@@ -34,9 +31,6 @@ class FMultCut : public controls::Window {
   controls::Button CmdUpdate{*this, "CmdUpdate", {.caption = "更新表头", .visible = false}};
 
   RegionEditor& Editor() { return editor_; }
-  // Cuts all regions out of one file of a large-capacity run. text is the progress text of that run. Does nothing
-  // unless CmdOk has started a run.
-  void LargeMulCut(const std::string& path, const std::string& text);
 
   // Starts the run and returns when it has ended. Does nothing if the list has fewer than two regions or another run
   // goes on.
@@ -49,10 +43,11 @@ class FMultCut : public controls::Window {
 
  private:
   void ShowCount();
+  void EnableForRun(bool running);
 
   job::Program& program_;
   RegionEditor editor_;
-  MultiCut* running_ = nullptr;  // the run that CmdOk has started, while it goes on
+  bool running_ = false;  // the run that CmdOk has started goes on
 };
 
 }  // namespace quillon::regions

@@ -3,14 +3,13 @@
 #include "regions/lists/multi_cut.h"
 
 #include <algorithm>
+#include <utility>
 
 #include "base/path_text.h"
 #include "base/utf8.h"
 #include "job/cut/output_name.h"
-#include "job/list/file_intake.h"
-#include "job/run/folder_run.h"
+#include "job/run/run_ledger.h"
 #include "job/settings/cut_settings.h"
-#include "job/windows/disable_option_windows.h"
 
 namespace quillon::regions {
 namespace {
@@ -32,98 +31,35 @@ std::string WithoutDoubledSeparators(std::string path) {
   return path;
 }
 
-std::size_t PlannedFor(const job::Program& program, std::size_t regions) {
-  return program.flags.LargeCapacityMode ? 0 : program.files.RowCount() * regions;
-}
-
 }  // namespace
 
-MultiCut::MultiCut(job::Program& program, const RegionEditor& editor)
-    : program_(program),
-      regions_(editor.List().All()),
-      unit_(editor.GetUnit()),
-      ledger_(program, PlannedFor(program, regions_.size())) {}
+MultiCut::MultiCut(job::Program& program, const RegionEditor& editor, std::function<void()> onStart)
+    : program_(program), regions_(editor.List().All()), unit_(editor.GetUnit()), onStart_(std::move(onStart)) {}
 
-bool MultiCut::Ready() {
-  job::FileIntake& intake = program_.Intake();
-  if (program_.flags.LargeCapacityMode) {
-    if (!intake.InputDirExists()) {
-      intake.WarnInputDir();
-      intake.ChooseInputDir();
-    }
-    if (!intake.InputDirExists()) return false;
-  } else if (program_.files.RowCount() == 0) {
-    program_.Ask("请先添加文件列表！");
-    intake.AddFiles();
-    if (program_.files.RowCount() == 0) return false;
-  }
-  if (!intake.OutDirExists()) {
-    intake.WarnOutDir();
-    intake.ChooseOutDir();
-  }
-  return intake.OutDirExists();
+job::RunNeeds MultiCut::Needs() const {
+  job::RunNeeds needs;
+  needs.ensured = {job::Need::Files, job::Need::OutputFolder};
+  needs.resultsPerFile = regions_.size();
+  needs.disabled = {"FBaseOpt", "FGifCut", "FTiffOps", "FPdfOps", "FArray"};
+  needs.inFolderRun = job::WindowUse::Disabled;
+  return needs;
 }
 
-void MultiCut::Run() {
+bool MultiCut::Prepare() {
+  onStart_();
+  return true;
+}
+
+void MultiCut::Begin(job::RunLedger& ledger) {
+  ledger_ = &ledger;
   job::Form1& form = program_.form1;
-  program_.SaveFolders();
-  form.BeginRun();
   form.MSF.SetEnabled(false);
-  bool ran = true;
-  {
-    const job::DisableOptionWindows windows(program_);
-    if (job::Selected<job::OutType>(form.CmbOutType) == job::OutType::Pdf) {
-      job::Select(form.CmbOutType, job::OutType::Jpg);
-    }
-    const job::CutSettings options = job::ReadCutSettings(program_);
-    extension_ = "." + job::CasedExtension(options.outType, options.extensionCase);
-    perImageFolder_ = program_.Ask(kFolderQuestion, host::kYesNoQuestion) == host::Reply::Yes;
-    if (program_.flags.LargeCapacityMode) {
-      job::FolderRun folder(program_, ledger_, *this);
-      ran = folder.Begin();
-      if (ran) folder.Walk();
-    } else {
-      RunList();
-    }
+  if (job::Selected<job::OutType>(form.CmbOutType) == job::OutType::Pdf) {
+    job::Select(form.CmbOutType, job::OutType::Jpg);
   }
-  form.EndRun();
-  form.MSF.SetEnabled(true);
-  form.MSF.Select(program_.files.RowCount() > 0 ? 1 : 0);
-  form.LStatus.SetText(program_.files.StatusText());
-  if (!ran) return;
-  ReportEnd();
-  if (program_.observer) program_.observer->RunEnded(ledger_.Totals());
-}
-
-void MultiCut::RunList() {
-  if (program_.observer) program_.observer->RunStarted(ledger_.Totals().planned);
-  const double start = program_.host.clock.Seconds();
-  CutRows();
-  ledger_.Flush();
-  ledger_.NoteEnd(program_.host.clock.Seconds() - start, program_.flags.StopRequested);
-}
-
-void MultiCut::CutRows() {
-  const std::size_t images = program_.files.RowCount();
-  for (std::size_t i = 1; i <= images; ++i) {
-    const job::FileRow& row = program_.files.Row(i - 1);
-    Source source{i, row.Path(), {row.width, row.height}, {}};
-    source.progress = " 之" + std::to_string(i) + "/" + std::to_string(images);
-    if (!program_.flags.StopRequested) program_.host.pump.Turn();
-    host::Status answered;
-    if (!program_.flags.StopRequested) answered = program_.disks.AskForCut(source.path);
-    if (program_.flags.StopRequested) {
-      TellAll(source, Result::Skipped, "已停止，未处理");
-      continue;
-    }
-    if (!answered) {
-      TellAll(source, Result::None, answered.Why());
-      continue;
-    }
-    program_.form1.MSF.Select(i);
-    if (program_.observer) program_.observer->FileBegun(source.path);
-    CutSource(source);
-  }
+  const job::CutSettings options = job::ReadCutSettings(program_);
+  extension_ = "." + job::CasedExtension(options.outType, options.extensionCase);
+  perImageFolder_ = program_.Ask(kFolderQuestion, host::kYesNoQuestion) == host::Reply::Yes;
 }
 
 std::string MultiCut::ListText() const {
@@ -132,10 +68,16 @@ std::string MultiCut::ListText() const {
   return text;
 }
 
-void MultiCut::Cut(const std::string& path, std::size_t number, std::vector<job::FileResult>& results) {
-  results_ = &results;
-  LargeMulCut(path, std::to_string(number));
-  results_ = nullptr;
+void MultiCut::Cut(const job::RunFile& file, const Report& report) {
+  report_ = &report;
+  if (file.row == 0) {
+    LargeMulCut(file.path, std::to_string(file.number));
+  } else {
+    const job::FileRow& row = program_.files.Row(file.row - 1);
+    const std::string images = std::to_string(program_.files.RowCount());
+    CutSource({file.row, file.path, {row.width, row.height}, " 之" + std::to_string(file.row) + "/" + images});
+  }
+  report_ = nullptr;
 }
 
 void MultiCut::LargeMulCut(const std::string& path, const std::string& text) {
@@ -170,7 +112,7 @@ std::string MultiCut::OutputFolder(const std::string& baseName) const {
 
 void MultiCut::CutSource(const Source& source) {
   if (const base::Size least = job::ReadCutSettings(program_).smallest; job::TooSmall(source.size, least)) {
-    TellAll(source, Result::Skipped, job::TooSmallText(least));
+    ReportAll(source, Result::Skipped, job::TooSmallText(least));
     return;
   }
   const std::string folder = OutputFolder(base::SplitPath(source.path).name);
@@ -179,7 +121,7 @@ void MultiCut::CutSource(const Source& source) {
     refusal = "无法创建输出文件夹：" + made.Why();
   }
   if (!refusal.empty()) {
-    TellAll(source, Result::None, refusal);
+    ReportAll(source, Result::None, refusal);
     return;
   }
   const std::vector<std::string> outputs = Outputs(source.path);
@@ -199,7 +141,7 @@ void MultiCut::CutAll(const Source& source, const std::vector<RegionCut>& cuts) 
   for (std::size_t j = 0; j < cuts.size(); ++j) {
     program_.host.pump.Turn();
     if (program_.flags.StopRequested) {
-      Tell(source, "", Result::Skipped, "已停止，未处理");
+      ReportRegion(source, "", Result::Skipped, "已停止，未处理");
       continue;
     }
     const std::string number = std::to_string(j + 1);
@@ -209,7 +151,7 @@ void MultiCut::CutAll(const Source& source, const std::vector<RegionCut>& cuts) 
     // Still this one, for whoever takes the result of a region for the end of the picture.
     if (j > 0 && program_.observer) program_.observer->FileBegun(source.path);
     const std::string why = CutRegion(picture, source, cuts[j]);
-    Tell(source, cuts[j].output, why.empty() ? Result::Written : Result::None, why);
+    ReportRegion(source, cuts[j].output, why.empty() ? Result::Written : Result::None, why);
     if (!why.empty()) whys.append(whys.empty() ? "区域" : "；区域").append(number).append("：").append(why);
   }
   MarkRow(source, whys);
@@ -218,25 +160,20 @@ void MultiCut::CutAll(const Source& source, const std::vector<RegionCut>& cuts) 
 std::string MultiCut::CutRegion(RegionSource& picture, const Source& source, const RegionCut& cut) {
   if (cut.box.Empty()) return EmptyBoxText(cut.box);
   // Nobody meant another listed picture to be written over.
-  if (ledger_.IsOtherSource(cut.output, source.path)) {
+  if (ledger_->IsOtherSource(cut.output, source.path)) {
     return "会覆盖另一个文件 " + base::DisplayText(cut.output) + "，已跳过";
   }
   const host::Status status = picture.Cut(cut, program_.form1.TQuality.Integer());
-  if (!status) ledger_.NoteFailed(source.path, cut.output, status);
+  if (!status) ledger_->DiscardStaleOutput(source.path, cut.output, status);
   return status ? std::string() : status.Why();
 }
 
-void MultiCut::Tell(const Source& source, const std::string& output, Result result, const std::string& why) {
-  const job::FileResult told{source.row, source.path, result == Result::Written ? output : "", result, why};
-  if (results_) {
-    results_->push_back(told);
-  } else {
-    ledger_.Add(told);
-  }
+void MultiCut::ReportRegion(const Source& source, const std::string& output, Result result, const std::string& why) {
+  (*report_)({source.row, source.path, result == Result::Written ? output : "", result, why});
 }
 
-void MultiCut::TellAll(const Source& source, Result result, const std::string& why) {
-  for (std::size_t j = 0; j < regions_.size(); ++j) Tell(source, "", result, why);
+void MultiCut::ReportAll(const Source& source, Result result, const std::string& why) {
+  for (std::size_t j = 0; j < regions_.size(); ++j) ReportRegion(source, "", result, why);
 }
 
 // One region without output is what the row tells, however many were written behind it.
@@ -244,9 +181,14 @@ void MultiCut::MarkRow(const Source& source, const std::string& why) {
   if (source.row > 0 && !why.empty()) program_.files.SetResult(source.row - 1, Result::None, why, 0);
 }
 
-void MultiCut::ReportEnd() {
-  if (program_.Ask(kDone, host::kYesNoQuestion) != host::Reply::Yes) return;
-  program_.host.shell.OpenFolder(WithoutDoubledSeparators(program_.form1.LOutDir.Value()));
+job::RunEnd MultiCut::End() {
+  return {kDone, job::RunEnd::Then::OfferFolder, WithoutDoubledSeparators(program_.form1.LOutDir.Value()),
+          job::RunEnd::Shown::AfterRun};
+}
+
+void MultiCut::Release() {
+  program_.form1.MSF.SetEnabled(true);
+  program_.form1.LStatus.SetText(program_.files.StatusText());
 }
 
 }  // namespace quillon::regions

@@ -2,43 +2,43 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include <functional>
 #include <string>
 #include <vector>
 
 #include "job/program.h"
 #include "job/run/driver.h"
-#include "job/run/run_ledger.h"
 #include "regions/lists/region_editor.h"
 #include "regions/lists/region_source.h"
 
 namespace quillon::regions {
 
-// One run that cuts all regions out of every picture: of the list, or in large-capacity mode of the input folder.
+// Cuts all regions out of every picture: of the list, or in large-capacity mode of the input folder.
 class MultiCut final : public job::FileDriver {
  public:
-  MultiCut(job::Program& program, const RegionEditor& editor);
+  // onStart is called once nothing is missing any more and the run goes on.
+  MultiCut(job::Program& program, const RegionEditor& editor, std::function<void()> onStart);
 
-  // Whether there is something to cut and somewhere to put it, asking for what is missing.
-  bool Ready();
-  void Run();
-  // As Run does with one row; the size comes from the file. text is told as what was done so far.
-  void LargeMulCut(const std::string& path, const std::string& text);
-
-  // --- For the walk of the folder run.
+  job::RunNeeds Needs() const override;
+  bool Prepare() override;
+  void Begin(job::RunLedger& ledger) override;
   std::string Name() const override { return "FMultCut " + ListText(); }
-  void Cut(const std::string& path, std::size_t number, std::vector<job::FileResult>& results) override;
   std::vector<std::string> Outputs(const std::string& path) const override;
+  bool ShowsProgress() const override { return true; }
+  void Cut(const job::RunFile& file, const Report& report) override;
+  job::RunEnd End() override;
+  void Release() override;
 
  private:
   struct Source {
     std::size_t row = 0;
     std::string path;
     base::Size size;
-    std::string progress;  // told behind the region's number
+    std::string progress;  // shown after the region's number
   };
 
-  void RunList();
-  void CutRows();
+  // As Cut with a file that no row stands for: its size is read from the file. text says what was done so far.
+  void LargeMulCut(const std::string& path, const std::string& text);
   // The regions as text: another list is another job.
   std::string ListText() const;
   void CutSource(const Source& source);
@@ -48,18 +48,18 @@ class MultiCut final : public job::FileDriver {
   // Why a source cannot be cut at all; "" for one that can.
   std::string Refusal(const Source& source);
   std::string OutputFolder(const std::string& baseName) const;
-  void Tell(const Source& source, const std::string& output, job::Result result, const std::string& why);
-  void TellAll(const Source& source, job::Result result, const std::string& why);
+  void ReportRegion(const Source& source, const std::string& output, job::Result result, const std::string& why);
+  void ReportAll(const Source& source, job::Result result, const std::string& why);
   void MarkRow(const Source& source, const std::string& why);
-  void ReportEnd();
 
   job::Program& program_;
   std::vector<Margins> regions_;
   Unit unit_;
   std::string extension_;
   bool perImageFolder_ = false;
-  job::RunLedger ledger_;
-  std::vector<job::FileResult>* results_ = nullptr;  // of the file that the folder run handles
+  std::function<void()> onStart_;
+  job::RunLedger* ledger_ = nullptr;  // of the run that is under way
+  const Report* report_ = nullptr;    // of the file that is under way
 };
 
 }  // namespace quillon::regions

@@ -6,8 +6,8 @@
 
 #include "base/utf8.h"
 #include "host/files/absolute_path.h"
-#include "job/list/file_intake.h"
-#include "job/list/run_guard.h"
+#include "job/run/run_guard.h"
+#include "job/windows/file_intake.h"
 
 namespace quillon::regions {
 namespace {
@@ -91,7 +91,7 @@ WatchOptions FCutTime::Options() const {
 }
 
 void FCutTime::CmdDo_Click() {
-  const job::RunGuard guard(program_);
+  const job::RunGuard guard(program_.context);
   if (!guard) return;
   if (!program_.host.files.IsFolder(LDir.Value())) {
     program_.Ask(LDir.Value().empty() ? "请先选择工作目录！" : "工作目录不存在：" + base::DisplayText(LDir.Value()),
@@ -136,10 +136,9 @@ void FCutTime::Watch() {
     program_.host.pump.Turn();
     Wait();
   }
-  job::RunTotals totals = watch.Totals();
-  totals.seconds = program_.host.clock.Seconds() - start;
-  totals.stopped = program_.flags.StopRequested;
-  if (program_.observer) program_.observer->RunEnded(totals);
+  job::RunLedger& ledger = watch.Ledger();
+  ledger.NoteEnd(program_.host.clock.Seconds() - start, program_.flags.StopRequested);
+  if (program_.observer) program_.observer->RunEnded(ledger.Totals());
 }
 
 void FCutTime::Wait() {

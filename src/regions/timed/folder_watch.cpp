@@ -15,10 +15,11 @@ namespace quillon::regions {
 namespace {
 
 using host::Problem;
+using job::DiscardQueue;
 using job::Result;
 
-// Sources that are let go of together, so that one wait for the disk does for all of them.
-constexpr std::size_t kLeavingTogether = 32;
+// Sources that are discarded together, so that one wait for the disk does for all of them.
+constexpr std::size_t kDiscardedTogether = 32;
 
 struct TypeFilter {
   const char* item;
@@ -61,7 +62,9 @@ FolderWatch::FolderWatch(job::Program& program, WatchOptions options, WatchHooks
       options_(std::move(options)),
       hooks_(std::move(hooks)),
       looks_(program.host, options_.folder,
-             [this](const std::string& name) { return PassesType(options_.type, name); }) {}
+             [this](const std::string& name) { return PassesType(options_.type, name); }),
+      ledger_(program.context, 0),
+      discards_(program.context) {}
 
 std::string FolderWatch::PathOf(const std::string& name) const { return base::JoinPath(options_.folder, name); }
 
@@ -75,10 +78,11 @@ void FolderWatch::Round() {
   for (const std::string& name : ready) {
     if (!hooks_.goesOn()) break;
     Work(name);
-    if (leaving_.size() >= kLeavingTogether) LetGo();
+    if (discards_.Size() >= kDiscardedTogether) DiscardSources();
     program_.host.pump.Turn();
   }
-  LetGo();
+  DiscardSources();
+  ledger_.Forget();
 }
 
 void FolderWatch::Work(const std::string& name) {
@@ -91,7 +95,7 @@ void FolderWatch::Work(const std::string& name) {
   }
   if (IsSmall(facts)) {
     looks_.Take(name);
-    Tell(name, Result::Skipped, "按“忽略小图片”跳过", "");
+    Report(name, Result::Skipped, "按“忽略小图片”跳过", "");
     return;
   }
   const std::vector<RegionCut> cuts = CutsOf(path, {facts.width, facts.height});
@@ -103,9 +107,9 @@ void FolderWatch::Work(const std::string& name) {
   }
   looks_.Take(name);
   if (!status) {
-    Tell(name, Result::None, status.Why(), "");
+    Report(name, Result::None, status.Why(), "");
   } else if (!options_.several) {
-    Tell(name, Result::Written, "", path);
+    Report(name, Result::Written, "", path);
   }
 }
 
@@ -157,17 +161,20 @@ host::Status FolderWatch::CutBeside(const std::string& name, const host::FileSta
                                     const std::vector<RegionCut>& cuts) {
   RegionSource picture = Open(PathOf(name));
   if (!picture.Opened()) return picture.Opened();
-  Leaving leaving{name, stamp, {}};
+  DiscardQueue::Source source{0, PathOf(name), {}};
   host::Status failure;
   for (const RegionCut& cut : cuts) {
     program_.host.pump.Turn();
     if (program_.flags.StopRequested) return {Problem::Stopped, "已停止，未处理完"};
     host::Status made = cut.box.Empty() ? host::Status() : MakeRoom(cut.output);
     if (made) made = picture.Cut(cut, program_.form1.TQuality.Integer());
-    if (made) leaving.outputs.push_back(cut.output);
+    if (made) source.outputs.push_back(cut.output);
     if (!made && failure) failure = made;
   }
-  if (failure) leaving_.push_back(std::move(leaving));
+  if (failure) {
+    stamps_[source.path] = stamp;
+    discards_.Add(std::move(source));
+  }
   return failure;
 }
 
@@ -179,42 +186,33 @@ host::Status FolderWatch::MakeRoom(const std::string& target) {
   return {Problem::Denied, "同名文件无法移入回收站：" + base::DisplayText(target)};
 }
 
-void FolderWatch::LetGo() {
-  if (leaving_.empty()) return;
-  const std::vector<host::LateFailure> lost = program_.host.files.Flush();
-  for (const Leaving& leaving : std::exchange(leaving_, {})) {
-    LetGoOf(leaving, lost);
-    program_.host.pump.Turn();
-  }
+void FolderWatch::DiscardSources() {
+  if (discards_.Size() == 0) return;
+  discards_.Drain(
+      program_.host.files.Flush(), [this](const auto& source, const host::Status& read) { return Judge(source, read); },
+      [this](const auto& source, const host::Status& gone) {
+        if (!gone) hooks_.note("源文件没能移入回收站：" + base::DisplayText(source.path) + "：" + gone.Why());
+      });
+  stamps_.clear();
 }
 
-// The source is all there is until each of its regions can be read back to its end.
-void FolderWatch::LetGoOf(const Leaving& leaving, const std::vector<host::LateFailure>& lost) {
-  const auto stands = [&](const std::string& output) {
-    const bool late = std::any_of(lost.begin(), lost.end(), [&](const auto& one) { return one.path == output; });
-    imaging::Image read;
-    return !late && program_.images.LoadImageFromFile(output, read);
-  };
-  const std::string path = PathOf(leaving.name);
-  if (!std::all_of(leaving.outputs.begin(), leaving.outputs.end(), stands)) {
-    Tell(leaving.name, Result::None, "裁出的文件读不回来，源文件已保留", "");
-    return;
+DiscardQueue::Verdict FolderWatch::Judge(const DiscardQueue::Source& source, const host::Status& read) {
+  const std::string name = source.path.substr(source.path.rfind('/') + 1);
+  if (!read) {
+    Report(name, Result::None, "裁出的文件读不回来，源文件已保留", "");
+    return DiscardQueue::Verdict::Keep;
   }
-  Tell(leaving.name, Result::Written, "", leaving.outputs.front());
-  if (!IsStill(path, leaving.stamp)) {
-    hooks_.note(base::DisplayText(leaving.name) + "：图片在裁剪期间被改动，源文件已保留");
-    return;
-  }
-  const host::Status gone = program_.host.files.Discard(path);
-  if (!gone) hooks_.note("源文件没能移入回收站：" + base::DisplayText(path) + "：" + gone.Why());
+  Report(name, Result::Written, "", source.outputs.front());
+  if (IsStill(source.path, stamps_.at(source.path))) return DiscardQueue::Verdict::Discard;
+  hooks_.note(base::DisplayText(name) + "：图片在裁剪期间被改动，源文件已保留");
+  return DiscardQueue::Verdict::Keep;
 }
 
-void FolderWatch::Tell(const std::string& name, Result result, const std::string& why, const std::string& output) {
-  ++totals_.planned;
-  ++(result == Result::Written ? totals_.written : result == Result::None ? totals_.none : totals_.skipped);
-  hooks_.counted(totals_.written);
+void FolderWatch::Report(const std::string& name, Result result, const std::string& why, const std::string& output) {
+  const std::size_t written = ledger_.Totals().written + (result == Result::Written ? 1 : 0);
+  hooks_.counted(written);
   if (result == Result::None) hooks_.note(base::DisplayText(name) + "：" + why);
-  if (program_.observer) program_.observer->FileDone({0, PathOf(name), output, result, why});
+  ledger_.Add({0, PathOf(name), output, result, why});
 }
 
 }  // namespace quillon::regions

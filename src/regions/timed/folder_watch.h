@@ -3,10 +3,13 @@
 #pragma once
 
 #include <functional>
+#include <map>
 #include <string>
 #include <vector>
 
 #include "job/program.h"
+#include "job/run/discard_queue.h"
+#include "job/run/run_ledger.h"
 #include "regions/lists/region.h"
 #include "regions/lists/region_source.h"
 #include "regions/timed/folder_poller.h"
@@ -33,8 +36,8 @@ struct WatchOptions {
 
 // How a watch speaks to its window.
 struct WatchHooks {
-  std::function<bool()> goesOn;                  // asked before each file
-  std::function<void(std::size_t cut)> counted;  // told after each
+  std::function<bool()> goesOn;                  // called before each file
+  std::function<void(std::size_t cut)> counted;  // called after each, with the number of pictures cut so far
   // A sentence about what was not cut, "" when the folder is there again.
   std::function<void(const std::string& sentence)> note;
 };
@@ -46,18 +49,10 @@ class FolderWatch {
 
   // Looks at the folder once and cuts what is ready.
   void Round();
-  // Pictures that were cut, with all of their regions.
-  std::size_t Cut() const { return totals_.written; }
-  const job::RunTotals& Totals() const { return totals_; }
+  // What became of the files so far.
+  job::RunLedger& Ledger() { return ledger_; }
 
  private:
-  // A source that goes once its regions stand.
-  struct Leaving {
-    std::string name;
-    host::FileStamp stamp;
-    std::vector<std::string> outputs;
-  };
-
   void Work(const std::string& name);
   bool IsSmall(const imaging::ImageFacts& facts) const;
   std::vector<RegionCut> CutsOf(const std::string& path, base::Size size) const;
@@ -67,17 +62,18 @@ class FolderWatch {
   host::Status CutInPlace(const std::string& path, const host::FileStamp& stamp, const RegionCut& cut);
   host::Status CutBeside(const std::string& name, const host::FileStamp& stamp, const std::vector<RegionCut>& cuts);
   host::Status MakeRoom(const std::string& target);
-  void LetGo();
-  void LetGoOf(const Leaving& leaving, const std::vector<host::LateFailure>& lost);
-  void Tell(const std::string& name, job::Result result, const std::string& why, const std::string& output);
+  void DiscardSources();
+  job::DiscardQueue::Verdict Judge(const job::DiscardQueue::Source& source, const host::Status& read);
+  void Report(const std::string& name, job::Result result, const std::string& why, const std::string& output);
   std::string PathOf(const std::string& name) const;
 
   job::Program& program_;
   WatchOptions options_;
   WatchHooks hooks_;
   FolderPoller looks_;
-  std::vector<Leaving> leaving_;
-  job::RunTotals totals_;
+  job::RunLedger ledger_;
+  job::DiscardQueue discards_;           // sources whose regions were all cut
+  std::map<std::string, host::FileStamp> stamps_;  // what those were when they were cut, by path
   bool toldMissing_ = false;
 };
 

@@ -11,7 +11,7 @@
 #include <QSplitter>
 #include <QTimer>
 
-#include "job/list/file_intake.h"
+#include "job/windows/file_intake.h"
 #include "ui/kit/text.h"
 #include "ui/kit/theme/theme.h"
 #include "ui/main/command_bars.h"

@@ -303,7 +303,7 @@ TEST_F(NormalCutTest, ASecondRunInsideTheFirstBeeps) {
   recorder.onFileDone = [&](const FileResult& file) {
     if (file.row != 1) return;
     tried = true;
-    program.Normal().Run();
+    program.RunNormalCut();
     form.MSF.RightClick();
   };
   Cut();

@@ -9,7 +9,7 @@ namespace {
 
 class OmittedTest : public ProgramTest {
  protected:
-  OmittedFolders omitted{program};
+  OmittedFolders omitted{program.context};
   std::string Folder(const std::string& name) {
     const std::string path = world.folder.Path(name);
     EXPECT_TRUE(world.files.MakeFolders(path));

@@ -29,8 +29,8 @@ class WalkTest : public ProgramTest {
 
   Paths Walk(const Paths& roots, Subfolders subfolders = Subfolders::Yes) {
     Paths seen;
-    FileWalk walk(program, {subfolders, [](const std::string& name) { return !name.ends_with(".txt"); }, shard, leftOut,
-                            byFolder});
+    FileWalk walk(program.context, {subfolders, [](const std::string& name) { return !name.ends_with(".txt"); }, shard,
+                                    leftOut, byFolder});
     end = walk.Run(roots, [&](const std::string& path) {
       seen.push_back(path);
       return !visit || visit(path);
@@ -203,7 +203,7 @@ TEST_F(WalkTest, TheLeftOutFolderIsPassedOver) {
 TEST_F(WalkTest, ShowsWhatComesNext) {
   for (int i = 0; i < 10; ++i) File("d/" + std::to_string(i) + ".jpg");
   const Paths order = Walk({Path("d")});
-  FileWalk walk(program, {Subfolders::Yes, [](const std::string&) { return true; }, {}, ""});
+  FileWalk walk(program.context, {Subfolders::Yes, [](const std::string&) { return true; }, {}, ""});
   std::size_t at = 0;
   walk.Run({Path("d")}, [&](const std::string& path) {
     EXPECT_EQ(path, order[at++]);

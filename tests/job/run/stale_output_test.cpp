@@ -134,28 +134,30 @@ TEST_F(OlderResultsTest, OfThisRunStay) {
   }
 }
 
-// The first of one name fails, and the second takes the place of what stood there.
-TEST_F(OlderResultsTest, ReplacedLaterInTheRunAreNotDropped) {
+// The first of one name fails, and the second takes the place of what stood there, which can be brought back.
+TEST_F(OlderResultsTest, ReplacedLaterInTheRunAreInTheTrash) {
   for (const char* effects : {"0", "1"}) {
     SCOPED_TRACE(effects);
     Option("ChInvert", effects);
     program.files.Clear();
+    std::filesystem::remove_all(world.folder.Path("data/Trash"));
     world.folder.Write("out/a.jpg", "older");
     List({Make("1/a.png", 20, 10), Make("2/a.png", 30, 15)});
     Break("1/a.png");
     Cut();
     EXPECT_EQ(Totals().written, 1u);
     EXPECT_EQ(Totals().none, 1u);
+    EXPECT_TRUE(recorder.lost.empty());
     EXPECT_EQ(SizeOf(Out("a.jpg")), (base::Size{30, 15}));
-    EXPECT_FALSE(TrashUsed());
+    EXPECT_EQ(world.folder.Read("data/Trash/files/a.jpg"), "older");
   }
 }
 
-TEST_F(OlderResultsTest, GoAtTheEndOfTheRun) {
+TEST_F(OlderResultsTest, GoAtTheMomentOfTheFailure) {
   world.folder.Write("out/a.jpg", "older");
   List({Make("a.png"), Make("b.png")});
   Break("a.png");
-  recorder.onFileDone = [&](const FileResult&) { EXPECT_EQ(world.folder.Read("out/a.jpg"), "older"); };
+  recorder.onFileDone = [&](const FileResult&) { EXPECT_FALSE(world.folder.Exists("out/a.jpg")); };
   Cut();
   EXPECT_EQ(OutNames(), std::vector<std::string>{"b.jpg"});
   EXPECT_EQ(world.folder.Read("data/Trash/files/a.jpg"), "older");
@@ -184,6 +186,22 @@ TEST_F(OlderResultsTest, ThatAreSourcesStay) {
   EXPECT_EQ(Totals().none, 1u);
   EXPECT_EQ(world.folder.Read("out/a.jpg"), before);
   EXPECT_FALSE(TrashUsed());
+}
+
+// Listed twice, and broken off after the first time: its result is one of this run.
+TEST_F(OlderResultsTest, OfTheSameSourceInThisRunStay) {
+  Option("CmbRotate", "1");
+  const std::string path = Make("a.png", 30, 20);
+  List({path, path});
+  recorder.onFileDone = [&](const FileResult& file) {
+    if (file.row == 1) Break("a.png");
+  };
+  Cut();
+  EXPECT_EQ(Totals().written, 1u);
+  EXPECT_EQ(Totals().none, 1u);
+  EXPECT_TRUE(recorder.lost.empty());
+  EXPECT_FALSE(TrashUsed());
+  EXPECT_TRUE(world.folder.Exists("out/a.jpg"));
 }
 
 // It may be an output of another share.

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Quillon developers
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Why a control cannot be used.
-#include "job/list/stoppable_frame.h"
+#include "job/run/run_guard.h"
 #include "job/windows/options_fixture.h"
 
 namespace quillon::job {
@@ -49,7 +49,7 @@ TEST_F(AvailabilityTest, WhateverIsLockedTellsWhy) {
   ExpectReasons("a run");
   form.EndRun();
   ExpectReasons("after a run");
-  { const StoppableFrame frame(program); }
+  { const RunFrame frame(program.context, WindowUse::Usable); }
   ExpectReasons("after a listing");
 }
 

@@ -1,6 +1,6 @@
 // SPDX-FileCopyrightText: 2026 The Quillon developers
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "job/list/file_intake.h"
+#include "job/windows/file_intake.h"
 
 #include <filesystem>
 #include <vector>
@@ -468,7 +468,7 @@ TEST_F(IntakeTest, OneThingAtATime) {
     program.Intake().MenuClearList_Click();
     program.Intake().MenuDelSelected_Click();
     program.Intake().MenuInputDir_Click();
-    program.Normal().Run();
+    program.RunNormalCut();
     EXPECT_EQ(world.boxes.Beeps(), beeps + 7);
     EXPECT_TRUE(Boxes().empty());
   });

@@ -12,14 +12,6 @@ namespace quillon::job {
 
 class Program;
 
-// Said where a picture has no size.
-inline constexpr const char* kNoSize = "本机异常，获取图片的尺寸数据为0，请以管理员权限重新运行安装包覆盖安装！";
-
-// Said where several processes would take each other's results for sources.
-inline constexpr const char* kSharedOutput =
-    "输出目录就是输入目录，由几个进程分担时，彼此的结果会被当作原文件再裁一次。"
-    "请另选输出目录，或不带 --jobs 和 --shard 运行";
-
 // How files enter the list: by dialog, by reading a folder, by drag and drop, all through one admission rule. The
 // handlers beep and do nothing while a listing or a run is under way.
 class FileIntake {
@@ -28,11 +20,8 @@ class FileIntake {
 
   // The dialog filter of the mode in CmbCutMode.
   std::string Filter() const;
-  // True when the file's extension, with its point, stands in the filter of the mode; upper and lower case do not
-  // matter. False for a name without an extension.
+  // Whether the filter of the mode names the file's extension; see FitsFilter.
   bool Accepts(const std::string& path) const;
-  // The same for the filter of any mode.
-  static bool FitsFilter(const std::string& filter, const std::string& path);
 
   void MenuAddFiles_Click();
   void MenuReadFiles_Click();
@@ -44,22 +33,25 @@ class FileIntake {
   // Files and folders dropped on the list, after the question.
   void MSF_OLEDragDrop(const std::vector<std::string>& items);
   // Files and folders named on a command line: as a drop answered with No, without the question and the closing box.
-  // A file without a size does not end it: the others are taken, the message comes once.
-  // Relative paths start at the current folder. The observer hears of files that are not there or not accepted.
+  // A file without a size does not end it: the others are listed, the message comes once. Relative paths start at the
+  // current folder. Files that do not exist or are not accepted are reported to the observer.
   void Admit(const std::vector<std::string>& items);
 
-  // Whether a file that was named is one for this process, and not for others or handled already.
+  // Whether a file that was named belongs to this process and was not handled already.
   bool IsOurs(const std::string& path) const;
-  // Whether other processes walk the same folders, so that they may come upon the results of this one.
-  bool SharesFolders() const;
 
   // --- What the handlers above do, for drivers that need it within their own work.
   void AddFiles();
   // Empties the list and the status panel.
   void Clear();
+  // Opens the dialog; stores a chosen folder in the label and the settings.
   void ChooseInputDir();
   void ChooseOutDir();
-  // Says that the folder in LInDir or LOutDir is not there, or that its disk does not answer.
+  // Whether there is a row, or the folder in LInDir or LOutDir exists. If not, says so and opens the dialog once.
+  bool EnsureListedFiles();
+  bool EnsureInputDir();
+  bool EnsureOutDir();
+  // Shows a box: the folder in LInDir or LOutDir does not exist, or its disk does not answer.
   void WarnInputDir();
   void WarnOutDir();
   // False also for a folder whose disk does not answer for half a minute.
@@ -70,7 +62,7 @@ class FileIntake {
   enum class Progress { Adding, Reading };
   enum class WithoutSize { EndsListing, PassedOver };
 
-  // True when everything was taken: neither stopped nor ended by a file without a size.
+  // True if everything was listed: neither stopped nor ended by a file without a size.
   bool List(const std::vector<std::string>& roots, Subfolders subfolders, Progress progress,
             WithoutSize withoutSize = WithoutSize::EndsListing);
   // Whether the disk of something that a user named answers.
@@ -79,15 +71,14 @@ class FileIntake {
   void WarnFolder(const char* what, const std::string& caption);
   WalkRule OwnShard() const;
   WalkRule Rule(Subfolders subfolders) const;
-  // Without folders among whose files results of other processes would be: those are told as not listed.
+  // Without folders that results of other processes go to: those are reported as not listed.
   std::vector<std::string> Shareable(const std::vector<std::string>& roots);
-  void ReportTakenUp(const std::string& path);
+  void ReportBegun(const std::string& path);
   void ReportNotListed(const std::string& path, const std::string& why);
   void ShowFirstRow();
   void ShowStatusPanel();
 
   Program& program_;
-  bool walked_ = false;  // a folder was named
 };
 
 }  // namespace quillon::job

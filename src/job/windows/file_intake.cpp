@@ -1,6 +1,6 @@
 // SPDX-FileCopyrightText: 2026 The Quillon developers
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "job/list/file_intake.h"
+#include "job/windows/file_intake.h"
 
 #include <algorithm>
 #include <utility>
@@ -8,10 +8,8 @@
 #include "base/path_text.h"
 #include "base/utf8.h"
 #include "host/files/absolute_path.h"
-#include "job/list/file_intake_admission.h"
-#include "job/list/run_guard.h"
-#include "job/list/stoppable_frame.h"
 #include "job/program.h"
+#include "job/run/run_guard.h"
 #include "job/settings/cut_settings.h"
 
 namespace quillon::job {
@@ -37,6 +35,103 @@ constexpr const char* kImageFilter =
     "图片文件(*.jpg,*.jpeg,*.jpe,*.jfif)|*.jpg;*.jpeg;*.jpe;*.jfif|图片文件(*.bmp,*.dib)|"
     "*.bmp;*.dib|图片文件(*.gif)|*.gif|图片文件(*.tif,*.tiff)|*.tif;*.tiff|图片文件(*.png)|*.png|PSD文件|*.psd";
 
+constexpr int kGifMode = 1;
+constexpr int kPdfMode = 3;
+constexpr int kTiffMode = 5;
+constexpr int kDefaultPageDpi = 72;
+
+enum class Admission {
+  Added,
+  PassedOver,  // left out by the filter of small pictures or for its page count
+  Ended        // has no size; the listing ends here, unless the caller goes on
+};
+
+// The rule by which a file becomes a row of the list, for the mode that CmbCutMode shows when the rule is made.
+class AdmissionRule {
+ public:
+  explicit AdmissionRule(Program& program);
+
+  // False if the mode counts pages and the program has nothing to count them with: asks the missing-resource question
+  // and leaves the mode.
+  bool Ready();
+  // Measures the file and adds its row, or reports why not. The first file without a size shows a box; the status panel
+  // and the observer name each of them.
+  Admission Admit(const std::string& path);
+  // What the status panel says of the pictures that ChFilter left out, "" if it left out none.
+  std::string FilterText() const;
+
+ private:
+  bool CountsPages() const;
+  void Refuse(const std::string& path, const std::string& why);
+
+  Program& program_;
+  int mode_;
+  bool asked_ = false;
+  std::size_t filtered_ = 0;
+};
+
+AdmissionRule::AdmissionRule(Program& program) : program_(program), mode_(program.form1.CmbCutMode.Index()) {}
+
+bool AdmissionRule::CountsPages() const { return mode_ == kGifMode || mode_ == kPdfMode || mode_ == kTiffMode; }
+
+bool AdmissionRule::Ready() {
+  if (!CountsPages() || program_.context.window.Ensure(Need::PageCounter)) return true;
+  program_.form1.CmbCutMode.Select(0);
+  return false;
+}
+
+std::string AdmissionRule::FilterText() const {
+  if (filtered_ == 0) return {};
+  const base::Size least = ReadCutSettings(program_).smallest;
+  return "  过滤小图片：" + std::to_string(filtered_) + " 张不足 " + std::to_string(least.width) + "x" +
+         std::to_string(least.height) + " 像素，未加入";
+}
+
+void AdmissionRule::Refuse(const std::string& path, const std::string& why) {
+  program_.form1.LStatus.SetText(program_.files.StatusText() + "  未加入：" + base::DisplayText(path) + "（" + why +
+                                 "）");
+  if (program_.observer) program_.observer->FileNotListed(path, why);
+  if (!std::exchange(asked_, true)) program_.Ask(kNoSize);
+}
+
+Admission AdmissionRule::Admit(const std::string& path) {
+  Flags& flags = program_.flags;
+  flags.InfoWidth = flags.InfoHeight = "0";
+  imaging::ImageFacts facts;
+  const host::Status measured = program_.images.ImageInfo(path, facts, imaging::Want::SizeAndDpi);
+  if (!measured) facts = {};
+  const int pageDpi = flags.OutDpi > 0 ? flags.OutDpi : kDefaultPageDpi;
+  const Pages pages = CountsPages() ? program_.pageCounter->Count(mode_, path, pageDpi) : Pages();
+  if (mode_ == kPdfMode) facts = {pages.first.width, pages.first.height, pageDpi};
+  flags.InfoWidth = std::to_string(facts.width);
+  flags.InfoHeight = std::to_string(facts.height);
+
+  FileRow row;
+  row.width = facts.width;
+  row.height = facts.height;
+  row.dpi = facts.dpi;
+  row.pages = pages.count;
+
+  if (facts.width == 0 || facts.height == 0) {
+    Refuse(path, measured ? "图片的宽或高为 0" : measured.Why());
+    return Admission::Ended;
+  }
+  if (const base::Size least = ReadCutSettings(program_).smallest; TooSmall({facts.width, facts.height}, least)) {
+    ++filtered_;
+    if (program_.observer) program_.observer->FileFilteredOut(path, TooSmallText(least));
+    return Admission::PassedOver;
+  }
+  if (const auto file = program_.host.files.Stat(path)) row.bytes = file->size;
+  program_.files.Grow({facts.width, facts.height}, row.bytes);
+  if (CountsPages() && mode_ != kPdfMode && row.pages <= 1) {
+    program_.host.boxes.Beep();
+    return Admission::PassedOver;
+  }
+  program_.files.AppendPath(path, std::move(row));
+  if (flags.ArrayLoaded && program_.sheets) program_.sheets->Listed(path, 1);
+  return Admission::Added;
+}
+
 }  // namespace
 
 FileIntake::FileIntake(Program& program) : program_(program) {}
@@ -58,13 +153,8 @@ std::string FileIntake::Filter() const {
 
 bool FileIntake::Accepts(const std::string& path) const { return FitsFilter(Filter(), path); }
 
-bool FileIntake::FitsFilter(const std::string& filter, const std::string& path) {
-  const std::string extension = base::ToLowerAscii(base::SplitPath(path).extension);
-  return !extension.empty() && base::ToLowerAscii(filter).find("." + extension) != std::string::npos;
-}
-
 void FileIntake::MenuAddFiles_Click() {
-  if (const RunGuard guard(program_); guard) AddFiles();
+  if (const RunGuard guard(program_.context); guard) AddFiles();
 }
 
 void FileIntake::AddFiles() {
@@ -77,13 +167,9 @@ void FileIntake::AddFiles() {
 }
 
 void FileIntake::MenuReadFiles_Click() {
-  const RunGuard guard(program_);
+  const RunGuard guard(program_.context);
   if (!guard) return;
-  if (!InputDirExists()) {
-    WarnInputDir();
-    ChooseInputDir();
-    if (!InputDirExists()) return;
-  }
+  if (!EnsureInputDir()) return;
   const Subfolders subfolders = program_.form1.ChSubFold.On() ? Subfolders::Yes : Subfolders::No;
   List({program_.form1.LInDir.Value()}, subfolders, Progress::Reading);
   ShowFirstRow();
@@ -91,7 +177,7 @@ void FileIntake::MenuReadFiles_Click() {
 
 void FileIntake::MSF_OLEDragDrop(const std::vector<std::string>& items) {
   if (items.empty()) return;
-  const RunGuard guard(program_);
+  const RunGuard guard(program_.context);
   if (!guard) return;
   const host::Reply reply = program_.Ask(kDropQuestion, kDropQuestionType);
   if (reply != host::Reply::Yes && reply != host::Reply::No) return;
@@ -104,7 +190,7 @@ void FileIntake::MSF_OLEDragDrop(const std::vector<std::string>& items) {
 }
 
 void FileIntake::Admit(const std::vector<std::string>& items) {
-  const RunGuard guard(program_);
+  const RunGuard guard(program_.context);
   if (!guard) return;
   std::vector<std::string> roots;
   for (const std::string& item : items) {
@@ -129,10 +215,6 @@ void FileIntake::Admit(const std::vector<std::string>& items) {
 
 bool FileIntake::IsOurs(const std::string& path) const {
   return OwnShard().OwnsNamed(path) && !program_.doneElsewhere.contains(path);
-}
-
-bool FileIntake::SharesFolders() const {
-  return !program_.shard.Whole() && (walked_ || program_.flags.LargeCapacityMode);
 }
 
 WalkRule FileIntake::OwnShard() const {
@@ -161,7 +243,7 @@ std::vector<std::string> FileIntake::Shareable(const std::vector<std::string>& r
   std::vector<std::string> shareable;
   for (const std::string& root : roots) {
     const bool folder = files.IsFolder(root);
-    walked_ = walked_ || folder;
+    program_.folderListed = program_.folderListed || folder;
     if (!folder || !used || !files.SameFile(root, out)) {
       shareable.push_back(root);
     } else if (IsOurs(root)) {
@@ -177,7 +259,7 @@ void FileIntake::ReportNotListed(const std::string& path, const std::string& why
   if (program_.observer) program_.observer->FileNotListed(path, why);
 }
 
-void FileIntake::ReportTakenUp(const std::string& path) {
+void FileIntake::ReportBegun(const std::string& path) {
   if (program_.recovering && program_.observer) program_.observer->FileBegun(path);
 }
 
@@ -188,7 +270,7 @@ bool FileIntake::List(const std::vector<std::string>& roots, Subfolders subfolde
   Form1& form = program_.form1;
   bool refused = false;
   {
-    const StoppableFrame frame(program_);
+    const RunFrame frame(program_.context, WindowUse::Usable);
     std::size_t read = 0;
     double told = -kSecondsBetweenTitles;
     const auto tell = [&] {
@@ -198,9 +280,9 @@ bool FileIntake::List(const std::vector<std::string>& roots, Subfolders subfolde
       program_.form1.ShowStatus(progress == Progress::Adding ? kAddingTitle : kReadingTitle + std::to_string(read));
       ShowStatusPanel();
     };
-    FileWalk walk(program_, Rule(subfolders));
+    FileWalk walk(program_.context, Rule(subfolders));
     const WalkEnd end = walk.Run(Shareable(roots), [&](const std::string& path) {
-      ReportTakenUp(path);
+      ReportBegun(path);
       if (const host::Status answered = program_.disks.AskFile(path); !answered) {
         if (!program_.flags.StopRequested) ReportNotListed(path, answered.Why());
         return !program_.flags.StopRequested;
@@ -210,7 +292,7 @@ bool FileIntake::List(const std::vector<std::string>& roots, Subfolders subfolde
       if (!refused) tell();
       return !refused;
     });
-    ReportTakenUp("");
+    ReportBegun("");
     program_.leftToOthers += walk.LeftToOthers();
     if (refused) return false;
     ShowStatusPanel();
@@ -252,12 +334,33 @@ void FileIntake::WarnInputDir() { WarnFolder("输入目录", program_.form1.LInD
 
 void FileIntake::WarnOutDir() { WarnFolder("输出目录", program_.form1.LOutDir.Value()); }
 
+bool FileIntake::EnsureListedFiles() {
+  if (program_.files.RowCount() > 0) return true;
+  program_.Ask("请先添加文件列表！");
+  AddFiles();
+  return program_.files.RowCount() > 0;
+}
+
+bool FileIntake::EnsureInputDir() {
+  if (InputDirExists()) return true;
+  WarnInputDir();
+  ChooseInputDir();
+  return InputDirExists();
+}
+
+bool FileIntake::EnsureOutDir() {
+  if (OutDirExists()) return true;
+  WarnOutDir();
+  ChooseOutDir();
+  return OutDirExists();
+}
+
 void FileIntake::MenuInputDir_Click() {
-  if (const RunGuard guard(program_); guard) ChooseInputDir();
+  if (const RunGuard guard(program_.context); guard) ChooseInputDir();
 }
 
 void FileIntake::MenuOutDir_Click() {
-  if (const RunGuard guard(program_); guard) ChooseOutDir();
+  if (const RunGuard guard(program_.context); guard) ChooseOutDir();
 }
 
 void FileIntake::ChooseInputDir() {
@@ -277,7 +380,7 @@ void FileIntake::ChooseOutDir() {
 }
 
 void FileIntake::MenuClearList_Click() {
-  const RunGuard guard(program_);
+  const RunGuard guard(program_.context);
   if (!guard || program_.files.RowCount() == 0) return;
   if (program_.Ask(kClearQuestion, host::kOkCancelDefaultCancel) != host::Reply::Ok) return;
   Clear();
@@ -289,7 +392,7 @@ void FileIntake::Clear() {
 }
 
 void FileIntake::MenuDelSelected_Click() {
-  const RunGuard guard(program_);
+  const RunGuard guard(program_.context);
   const std::size_t selected = program_.form1.MSF.Selected();
   if (!guard || selected == 0) return;
   program_.files.Remove(selected - 1);

@@ -1,0 +1,105 @@
+// SPDX-FileCopyrightText: 2026 The Quillon developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <cstddef>
+#include <string>
+#include <vector>
+
+#include "base/path_text.h"
+#include "host/host.h"
+#include "host/journal.h"
+#include "job/settings/flags.h"
+#include "job/settings/run_report.h"
+#include "job/settings/shard.h"
+
+namespace quillon::controls {
+class Windows;
+}
+namespace quillon::imaging {
+class Services;
+}
+
+namespace quillon::job {
+
+class DiskMonitor;
+class FileList;
+
+enum class Subfolders { No, Yes };
+
+// What a driver may need before it runs.
+enum class Need {
+  ManualFrame,  // the parts built above the job: see Program
+  Sheets,
+  OutputTools,
+  PageCounter,
+  Files,  // rows in the list, or in large-capacity mode the input folder
+  OutputFolder
+};
+
+// How the main window is while work goes on that MenuStop can end.
+enum class WindowUse {
+  Usable,   // as it was
+  Disabled  // parameters and menus are off
+};
+
+// The main window as lists and runs see it.
+class RunWindow {
+ public:
+  virtual ~RunWindow() = default;
+
+  // --- What the user has chosen, at the time of the call.
+  virtual std::string InputFolder() const = 0;   // LInDir
+  virtual std::string OutputFolder() const = 0;  // LOutDir
+  virtual Subfolders SubfolderChoice() const = 0;
+  virtual bool Overwrites() const = 0;    // ChOver
+  virtual bool OmitsFolders() const = 0;  // ChOmitFolds
+  // The dialog filter of the mode, which names the extensions that it accepts.
+  virtual std::string Filter() const = 0;
+  // Everything that tells one job from another: folders, and the parameters that the controls of these windows hold.
+  virtual std::string Parameters(const std::vector<std::string>& windows) const = 0;
+
+  // Whether the program has it. Asks the user for what is missing, once; false if it still is missing afterwards.
+  virtual bool Ensure(Need need) = 0;
+  // Stores both folders in the settings, as every run does at its start.
+  virtual void SaveFolders() = 0;
+
+  // --- What a run shows.
+  // Begins work that MenuStop can end, and clears a stop request. End restores the title and switches MenuStop off.
+  virtual void Begin(WindowUse use) = 0;
+  virtual void End(WindowUse use) = 0;
+  // A running text in front of the title, "" for the plain title.
+  virtual void ShowStatus(const std::string& text) = 0;
+  // Row 1 is the first of the list; 0 selects none.
+  virtual void SelectRow(std::size_t row) = 0;
+  // Empties the list and the status panel.
+  virtual void ClearList() = 0;
+};
+
+// What lists and runs need of the program. All of it belongs to the program and outlives them.
+struct RunContext {
+  host::Host& host;
+  imaging::Services& images;
+  DiskMonitor& disks;
+  controls::Windows& windows;
+  RunWindow& window;
+  FileList& files;
+  Flags& flags;
+  RunObserver*& observer;     // nullptr: nobody listens
+  host::Journals*& journals;  // nullptr: no run can be resumed
+  Shard& shard;
+  std::size_t& leftToOthers;
+  DoneElsewhere& doneElsewhere;
+  bool& recovering;
+  bool& folderListed;
+
+  bool Stopped() const { return flags.StopRequested; }
+  // True if other processes walk the same folders, so that they may come upon the results of this one.
+  bool SharesFolders() const { return !shard.Whole() && (folderListed || flags.LargeCapacityMode); }
+  // A box titled "消息".
+  host::Reply Ask(const std::string& text, int type = 0) const { return host.boxes.Show({text, type}); }
+  // A path in the program folder.
+  std::string AppPath(const std::string& name) const { return base::JoinPath(host.programFolder, name); }
+};
+
+}  // namespace quillon::job

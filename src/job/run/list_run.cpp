@@ -1,0 +1,116 @@
+// SPDX-FileCopyrightText: 2026 The Quillon developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "job/run/list_run.h"
+
+#include <algorithm>
+#include <optional>
+#include <utility>
+
+#include "job/list/disk_monitor.h"
+#include "job/list/file_list.h"
+#include "job/run/folder_run.h"
+#include "job/run/run_guard.h"
+
+namespace quillon::job {
+namespace {
+
+void ShowEnd(const RunContext& context, const RunEnd& end) {
+  if (end.text.empty()) return;
+  const bool asks = end.then == RunEnd::Then::OfferFolder;
+  const host::Reply reply = context.Ask(end.text, asks ? host::kYesNoQuestion : 0);
+  if (asks && reply == host::Reply::Yes) context.host.shell.OpenFolder(end.folder);
+  if (end.then == RunEnd::Then::RevealFolder) context.host.shell.Reveal(end.folder);
+}
+
+// False if the user does not want the run after all.
+bool RunFolder(const RunContext& context, RunLedger& ledger, FileDriver& driver) {
+  FolderRun folder(context, ledger, driver);
+  if (!folder.Begin()) return false;
+  driver.Start();
+  folder.Walk();
+  return true;
+}
+
+// A run that is prepared, up to the moment when the windows are as before. Returns what is left to show, or nothing if
+// the user does not want the run after all.
+std::optional<RunEnd> RunInFrame(const RunContext& context, FileDriver& driver, const RunNeeds& needs, bool large,
+                                 RunLedger& ledger) {
+  const WindowsAside aside(context, needs.hidden, needs.disabled);
+  std::optional<RunFrame> frame;
+  if (!large || needs.inFolderRun == WindowUse::Disabled) frame.emplace(context, WindowUse::Disabled);
+  driver.Begin(ledger);
+  if (large) {
+    if (!RunFolder(context, ledger, driver)) return std::nullopt;
+  } else {
+    driver.Start();
+    ListRun(context, ledger, driver, needs.resultsPerFile).Run();
+  }
+  RunEnd end = driver.End();
+  if (end.shown == RunEnd::Shown::InRun) ShowEnd(context, std::exchange(end, {}));
+  frame.reset();
+  driver.Finish();
+  return end;
+}
+
+}  // namespace
+
+ListRun::ListRun(const RunContext& context, RunLedger& ledger, FileDriver& driver, std::size_t resultsPerFile)
+    : context_(context), ledger_(ledger), driver_(driver), resultsPerFile_(resultsPerFile) {}
+
+void ListRun::Run() {
+  if (context_.observer) context_.observer->RunStarted(ledger_.Totals().planned);
+  const double start = context_.host.clock.Seconds();
+  const std::size_t rows = context_.files.RowCount();
+  for (std::size_t row = 1; row <= rows; ++row) HandleRow(row);
+  driver_.EndPrefetch();
+  ledger_.Flush();
+  ledger_.NoteEnd(context_.host.clock.Seconds() - start, context_.Stopped());
+}
+
+void ListRun::HandleRow(std::size_t row) {
+  if (!context_.Stopped()) context_.host.pump.Turn();
+  const RunFile file{row, context_.files.Row(row - 1).Path(), row};
+  host::Status answered;
+  if (!context_.Stopped()) answered = context_.disks.AskForCut(file.path);
+  if (context_.Stopped()) {
+    ReportAll(file, Result::Skipped, "已停止，未处理");
+    return;
+  }
+  if (!answered) {
+    ReportAll(file, Result::None, answered.Why());
+    return;
+  }
+  if (!driver_.ShowsProgress()) {
+    const std::string rows = std::to_string(context_.files.RowCount());
+    context_.window.ShowStatus("  正在处理..." + std::to_string(row) + "/" + rows);
+  }
+  context_.window.SelectRow(row);
+  driver_.PrefetchFrom(row);
+  if (context_.observer) context_.observer->FileBegun(file.path);
+  driver_.Cut(file, [this](const FileResult& result) { ledger_.Add(result); });
+}
+
+void ListRun::ReportAll(const RunFile& file, Result result, const std::string& why) {
+  for (std::size_t i = 0; i < resultsPerFile_; ++i) ledger_.Add({file.row, file.path, "", result, why});
+}
+
+void StartRun(const RunContext& context, FileDriver& driver) {
+  const RunGuard guard(context);
+  if (!guard) return;
+  const RunNeeds needs = driver.Needs();
+  const auto there = [&](Need need) { return context.window.Ensure(need); };
+  if (!std::all_of(needs.ensured.begin(), needs.ensured.end(), there)) return;
+  if (!driver.Prepare()) return;
+
+  const bool large = context.flags.LargeCapacityMode;
+  RunLedger ledger(context, large ? 0 : context.files.RowCount() * needs.resultsPerFile);
+  context.window.SaveFolders();
+  const std::optional<RunEnd> end = RunInFrame(context, driver, needs, large, ledger);
+  context.window.SelectRow(context.files.RowCount() > 0 ? 1 : 0);
+  driver.Release();
+  if (!end) return;
+  ShowEnd(context, *end);
+  if (context.observer) context.observer->RunEnded(ledger.Totals());
+}
+
+}  // namespace quillon::job

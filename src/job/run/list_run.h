@@ -1,0 +1,36 @@
+// SPDX-FileCopyrightText: 2026 The Quillon developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "job/run/driver.h"
+#include "job/run/run_ledger.h"
+
+namespace quillon::job {
+
+// The run over the list that all drivers share: hands the rows to the driver one by one, from the first to the last. A
+// stop request ends it after any file: the rows behind that are reported as skipped. A row whose disk is silent gets no
+// output.
+class ListRun {
+ public:
+  ListRun(const RunContext& context, RunLedger& ledger, FileDriver& driver, std::size_t resultsPerFile);
+
+  // Reports the start and each file to the observer, and returns once all outputs stand on disk. The caller reports the
+  // end.
+  void Run();
+
+ private:
+  void HandleRow(std::size_t row);
+  void ReportAll(const RunFile& file, Result result, const std::string& why);
+
+  const RunContext& context_;
+  RunLedger& ledger_;
+  FileDriver& driver_;
+  std::size_t resultsPerFile_;
+};
+
+// Runs the driver over the list, or in large-capacity mode over the input folder, from the first check to the last box.
+// In this order: claims the one place of work (beeps and does nothing if something runs already), asks for what the
+// driver needs, lets it prepare, hides and disables windows, handles the files, and puts everything back.
+void StartRun(const RunContext& context, FileDriver& driver);
+
+}  // namespace quillon::job

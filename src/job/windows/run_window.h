@@ -1,0 +1,37 @@
+// SPDX-FileCopyrightText: 2026 The Quillon developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "job/list/run_context.h"
+
+namespace quillon::job {
+
+class Program;
+
+// Form1 and FBaseOpt as lists and runs see them.
+class ProgramWindow final : public RunWindow {
+ public:
+  explicit ProgramWindow(Program& program) : program_(program) {}
+
+  std::string InputFolder() const override;
+  std::string OutputFolder() const override;
+  Subfolders SubfolderChoice() const override;
+  bool Overwrites() const override;
+  bool OmitsFolders() const override;
+  std::string Filter() const override;
+  std::string Parameters(const std::vector<std::string>& windows) const override;
+  bool Ensure(Need need) override;
+  void SaveFolders() override;
+  void Begin(WindowUse use) override;
+  void End(WindowUse use) override;
+  void ShowStatus(const std::string& text) override;
+  void SelectRow(std::size_t row) override;
+  void ClearList() override;
+
+ private:
+  bool HasPart(Need need) const;
+
+  Program& program_;
+};
+
+}  // namespace quillon::job
