@@ -37,9 +37,9 @@ INSTANTIATE_TEST_SUITE_P(Rules, WholeTree,
                          testing::Values(NamedRule{"Layers", CheckLayers}, NamedRule{"Rooms", CheckRooms},
                                          NamedRule{"Libraries", CheckLibraries}, NamedRule{"Platform", CheckPlatform},
                                          NamedRule{"Wiring", CheckWiring}, NamedRule{"Writes", CheckWrites},
-                                         NamedRule{"WorkFiles", CheckWorkFiles},
-                                         NamedRule{"Sizes", CheckSizes}, NamedRule{"Licence", CheckLicence},
-                                         NamedRule{"Text", CheckText}, NamedRule{"Names", CheckNames}),
+                                         NamedRule{"WorkFiles", CheckWorkFiles}, NamedRule{"Sizes", CheckSizes},
+                                         NamedRule{"Licence", CheckLicence}, NamedRule{"Text", CheckText},
+                                         NamedRule{"Names", CheckNames}),
                          [](const auto& rule) { return rule.param.name; });
 
 TEST(Tree, KeepsHeavyHeadersPrivate) {

@@ -7,6 +7,7 @@
 #include "base/path_text.h"
 #include "job/cut/cut_file.h"
 #include "job/program.h"
+#include "job/work_files.h"
 #include "tools/processes.h"
 
 namespace quillon::job {

@@ -18,8 +18,8 @@
 // on a failing drive, may never return. So every first access to a disk is made by a host::BackgroundCall, on a thread
 // of its own, while the thread of control waits in small steps: it gives the message pump its turns, obeys a stop
 // request at once, and counts how long the disk has been silent. Each answered call starts the count anew, so that a
-// slow disk is waited for and a silent one is given up after host::kDiskTimeoutSeconds. The thread that hangs is abandoned;
-// it shares what it writes to and harms nobody when it returns late.
+// slow disk is waited for and a silent one is given up after host::kDiskTimeoutSeconds. The thread that hangs is
+// abandoned; it shares what it writes to and harms nobody when it returns late.
 //
 // A disk that was given up is remembered by the topmost folder that did not answer, together with its call. Everything
 // below that folder is refused at once, without another wait, until the abandoned call returns: then the disk is back

@@ -49,8 +49,8 @@ class RunLedger {
   // True if the existing file at path is a source other than own.
   bool IsOtherSource(const std::string& path, const std::string& own);
   // The output could not be made of source, and an older file under its name would pass for it: moves that file to the
-  // trash. It stays if it is an output of this run or another source, or if its disk is unresponsive. A run with a share of
-  // the files reports it instead: it may be an output of another share.
+  // trash. It stays if it is an output of this run or another source, or if its disk is unresponsive. A run with a
+  // share of the files reports it instead: it may be an output of another share.
   void DiscardStaleOutput(const std::string& source, const std::string& output, const host::Status& failure);
   // Queues a source that is discarded by Flush once its output stands; see DiscardQueue.
   void DiscardAtEnd(std::size_t row, std::string source, std::string output);

@@ -72,7 +72,7 @@ class FolderWatch {
   WatchHooks hooks_;
   FolderPoller looks_;
   job::RunLedger ledger_;
-  job::DiscardQueue discards_;           // sources whose regions were all cut
+  job::DiscardQueue discards_;                     // sources whose regions were all cut
   std::map<std::string, host::FileStamp> stamps_;  // what those were when they were cut, by path
   bool toldMissing_ = false;
 };
