@@ -87,7 +87,10 @@ const std::vector<House>& Houses() {
         {"crop", 6},
         {"*", 7}}},
       // The program object holds all windows: what is cut reads it, lists and runs do without.
-      {"job", {{"settings", 0}, {"list", 1}, {"run", 2}, {"cut", 3}, {"windows", 4}, {"*", 5}}, "job/program.h", 3},
+      {"job",
+       {{"work_files", 0}, {"settings", 0}, {"list", 1}, {"run", 2}, {"cut", 3}, {"windows", 4}, {"*", 5}},
+       "job/program.h",
+       3},
   };
   return kHouses;
 }

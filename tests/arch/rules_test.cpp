@@ -126,6 +126,7 @@ TEST(Rules, RoomsPointOneWay) {
                                Includes("src/imaging/services.cpp", "imaging/services_parts.h"),
                                Includes("src/job/a.cpp", "imaging/services.h"),
                                Includes("src/job/list/a.h", "job/settings/shard.h"),
+                               Includes("src/job/list/a.cpp", "job/work_files.h"),
                                Includes("src/job/run/a.cpp", "job/list/run_context.h"),
                                Includes("src/job/cut/a.cpp", "job/run/driver.h"),
                                Includes("src/job/cut/a.h", "job/program.h"),
