@@ -57,8 +57,8 @@ class FolderWatch {
   bool IsSmall(const imaging::ImageFacts& facts) const;
   std::vector<RegionCut> CutsOf(const std::string& path, base::Size size) const;
   RegionSource Open(const std::string& path) const;
-  // The one region, in the place of the source.
   bool IsStill(const std::string& path, const host::FileStamp& stamp) const;
+  // The one region, in the place of the source.
   host::Status CutInPlace(const std::string& path, const host::FileStamp& stamp, const RegionCut& cut);
   host::Status CutBeside(const std::string& name, const host::FileStamp& stamp, const std::vector<RegionCut>& cuts);
   host::Status MakeRoom(const std::string& target);
