@@ -312,11 +312,15 @@ Breaches CheckSizes(const Source& source) {
   constexpr int kLinesOfHeader = 300;
   constexpr int kLinesOfCpp = 700;
   constexpr int kLinesOfMain = 60;
+  constexpr int kLinesOfHelper = 150;  // its order and its main function together
   constexpr int kLinesOfFunction = 100;
   Breaches out;
   if (!source.IsCode()) return out;
-  const bool main = source.In("src/app/") || source.path.ends_with("/main.cpp");
-  const int limit = main ? kLinesOfMain : source.IsHeader() ? kLinesOfHeader : kLinesOfCpp;
+  const bool helper = source.In("src/helpers/") && source.path.ends_with("/main.cpp");
+  const int limit = source.In("src/app/") ? kLinesOfMain
+                    : helper              ? kLinesOfHelper
+                    : source.IsHeader()   ? kLinesOfHeader
+                                          : kLinesOfCpp;
   const int lines = static_cast<int>(Lines(source.text).size());
   if (lines > limit) {
     out.push_back({source.path, 0, std::to_string(lines) + " lines, at most " + std::to_string(limit)});

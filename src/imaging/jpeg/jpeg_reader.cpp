@@ -50,7 +50,9 @@ Status JpegReader::CheckLimits(const Limits& limits, int widthWritten) {
   if (width > limits.jpegSide || height > limits.jpegSide || !WithinLimits(width, height, limits)) {
     return {Problem::TooLarge, "图片尺寸超出限制"};
   }
-  if (BytesHeld(widthWritten) > limits.memory) return {Problem::TooLarge, "图片太大，超出内存限制"};
+  // A caller that writes no rows checks by itself what it holds of a picture in one scan.
+  const bool counts = widthWritten > 0 || severalScans_;
+  if (counts && BytesHeld(widthWritten) > limits.memory) return {Problem::TooLarge, "图片太大，超出内存限制"};
   decoder_.mem->max_memory_to_use =
       static_cast<long>(std::min<std::int64_t>(limits.memory, std::numeric_limits<long>::max()));
   return Status::Ok();

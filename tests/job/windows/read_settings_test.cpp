@@ -202,6 +202,12 @@ bool HoldsParameter(const controls::Control& control) {
 
 class ReadSettingsTest : public OpenOptionsTest {
  protected:
+  // With a profile, so that the controls of CMYK have something to choose.
+  void SetUp() override {
+    WriteApp("ColorConfigs/Default.icm");
+    OpenOptionsTest::SetUp();
+  }
+
   // Of both windows, by control.
   Fields Values() const {
     Fields values;
