@@ -3,12 +3,9 @@
 #include "host/files/stale_output.h"
 
 namespace quillon::host {
-namespace {
-
-using host::Problem;
 
 // The other problems are found before any work on the result starts.
-bool HadStarted(const host::Status& failure) {
+bool MayLeaveStaleOutput(const Status& failure) {
   switch (failure.GetProblem()) {
     case Problem::Damaged:
     case Problem::DiskFull:
@@ -19,11 +16,9 @@ bool HadStarted(const host::Status& failure) {
   }
 }
 
-}  // namespace
-
 bool WouldBeStaleOutput(const host::Files& files, const std::string& source, const std::string& destination,
                         const host::Status& failure) {
-  return HadStarted(failure) && files.IsFile(destination) && !files.SameFile(source, destination);
+  return MayLeaveStaleOutput(failure) && files.IsFile(destination) && !files.SameFile(source, destination);
 }
 
 void DiscardStaleOutput(host::Files& files, const std::string& source, const std::string& destination,

@@ -8,6 +8,10 @@
 
 namespace quillon::host {
 
+// Returns true if the failure can have come after the work on a result began, so that a stale output is possible. Asks
+// no disk.
+bool MayLeaveStaleOutput(const Status& failure);
+
 // Returns true if an older file exists at destination although the run failed to write its result there. The user could
 // mistake such a stale output for the result.
 // Returns false if the failure came before anything was written (the source is missing, unreadable or of an unknown

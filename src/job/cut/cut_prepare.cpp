@@ -178,8 +178,7 @@ Step AskForFrame(CutFile& file) {
 }
 
 void PlaceRectangle(CutFile& file, Pass pass) {
-  file.settings.geometry = ReadCutGeometry(file.program);
-  CutGeometry inside = file.settings.geometry;
+  CutGeometry inside = ReadCutGeometry(file.program);
   file.overhang = PopOverhang(inside);
   file.rect = CutRectangle(inside, file.overhang, {file.W, file.H}, pass);
 }

@@ -105,9 +105,11 @@ bool RunLedger::IsListed(const std::string& path) {
 
 void RunLedger::DiscardStaleOutput(const std::string& source, const std::string& output, const host::Status& failure) {
   const host::Files& files = context_.host.files;
-  if (!context_.disks.AskFolder(base::SplitPath(output).folder)) return;
-  if (!host::WouldBeStaleOutput(files, source, output, failure)) return;
-  if (outputs_.contains(output)) return;
+  if (!host::MayLeaveStaleOutput(failure) || outputs_.contains(output)) return;
+  // After a stop nobody waits for a disk any more.
+  const bool answers = context_.Stopped() ? !context_.disks.Silent(output)
+                                          : static_cast<bool>(context_.disks.AskFolder(base::SplitPath(output).folder));
+  if (!answers || !host::WouldBeStaleOutput(files, source, output, failure)) return;
   const auto written = Find(output);
   if ((written && written->source != source) || IsOtherSource(output, source)) return;
   if (!context_.shard.Whole()) {

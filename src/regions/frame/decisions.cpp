@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "regions/frame/decisions.h"
 
+#include <algorithm>
 #include <sstream>
 
 #include "base/utf8.h"
@@ -49,7 +50,9 @@ std::string Decisions::JobText() const {
 }
 
 std::optional<host::FileStamp> Decisions::StampIn(const std::string& source, const char* key) const {
-  std::istringstream text(journal_->Get(source, key).value_or(""));
+  std::string written = journal_->Get(source, key).value_or("");
+  std::replace(written.begin(), written.end(), '/', ' ');  // as earlier versions wrote it
+  std::istringstream text(written);
   host::FileStamp stamp;
   return text >> stamp ? std::optional(stamp) : std::nullopt;
 }
@@ -104,10 +107,14 @@ bool Decisions::CutInPlace(const std::string& source) const {
   if (!journal_) return false;
   const auto before = StampIn(source, kBefore);
   const auto now = StampOf(program_.host.files, source);
-  if (!before || !now || UnchangedOverMounts(*before, *now)) return false;
+  if (!before || !now) return false;
   const auto after = StampIn(source, kAfter);
+  // Replaced as a whole. On a disk that stores no change time, a cut of the same size looks like its source.
+  if (after && after->inode != before->inode && UnchangedOverMounts(*after, *now)) return true;
+  if (UnchangedOverMounts(*before, *now)) return false;
+  if (journal_->Get(source, kAfter)) return after && UnchangedOverMounts(*after, *now);
   // If the power failed between the cut and this note of it, a changed source counts as cut.
-  return after ? UnchangedOverMounts(*after, *now) : job::ReadCutSettings(program_).over;
+  return job::ReadCutSettings(program_).over;
 }
 
 void Decisions::Decided(const std::string& source, const Decision& decision) {

@@ -65,9 +65,13 @@ void FMultCut::CmdOk_Click() {
     program_.Ask(kTooFew, host::kExclamationIcon);
     return;
   }
-  MultiCut cut(program_, editor_, [this] { EnableForRun(true); });
+  bool started = false;
+  MultiCut cut(program_, editor_, [&] {
+    started = true;
+    EnableForRun(true);
+  });
   job::StartRun(program_.context, cut);
-  if (!running_) return;
+  if (!started) return;
   EnableForRun(false);
   ShowCount();
 }

@@ -3,10 +3,13 @@
 // What was decided at the pictures of a manual run outlives a run that did not come to its end.
 #include "regions/frame/decisions.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <filesystem>
 #include <map>
+#include <sstream>
 
+#include "host/files/file_stamp.h"
 #include "regions/regions_fixture.h"
 
 namespace quillon::regions {
@@ -207,6 +210,40 @@ TEST_F(DecisionsTest, PicturesOnADiskThatNumbersItsFilesAnewAreKnown) {
     EXPECT_EQ(Totals().skipped, over ? 2u : 0u);
     world.boxes.Forget();
   }
+}
+
+// A disk may give a cut of the same size the times of its source; only the number tells that it was replaced.
+TEST_F(DecisionsTest, ACutThatLooksLikeItsSourceIsNotCutAgain) {
+  form.ChOver.Set(true);
+  Run(3);
+  for (auto& [job, values] : journals_.jobs) {
+    std::istringstream after(values.at({In("a.jpg"), "after"}));
+    host::FileStamp stamp;
+    ASSERT_TRUE(after >> stamp);
+    stamp.inode += 7;
+    std::ostringstream before;
+    before << stamp;
+    values[{In("a.jpg"), "before"}] = before.str();
+  }
+  world.boxes.Answer(kQuestion, Reply::Yes);
+  Run();
+  EXPECT_EQ(asked_, (std::vector<std::string>{In("c.jpg")}));
+  EXPECT_EQ(Width(In("a.jpg")), 90);
+  EXPECT_EQ(Totals().skipped, 2u);
+}
+
+TEST_F(DecisionsTest, StampsOfEarlierVersionsAreRead) {
+  form.ChOver.Set(true);
+  Run(3);
+  for (auto& [job, values] : journals_.jobs) {
+    for (auto& [place, value] : values) {
+      if (place.second != "decision") std::replace(value.begin(), value.end(), ' ', '/');
+    }
+  }
+  world.boxes.Answer(kQuestion, Reply::Yes);
+  Run();
+  EXPECT_EQ(asked_, (std::vector<std::string>{In("c.jpg")}));
+  EXPECT_EQ(Totals().skipped, 2u);
 }
 
 // The run was killed after the decision and before the cut.
