@@ -10,7 +10,7 @@
 
 namespace quillon::host {
 
-// Moves a file, a folder or a link into the desktop's trash (freedesktop.org trash specification, version 1.0).
+// Moves a file, a folder or a link into the desktop's trash (freedesktop.org rules for the trash, version 1.0).
 // The home trash is used if it is on the same disk, otherwise a trash at the top of the disk of the file.
 // The note that restores the file is written first. If the name is taken in the trash, a number is added.
 // Nothing is ever copied: if the rename fails, the file stays where it is and the status says so in one sentence.

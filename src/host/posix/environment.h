@@ -12,7 +12,7 @@ std::string Environment(const char* name);
 // Returns the user's home folder: $HOME, or the folder of the account if that is empty; "" if neither is known.
 std::string HomeFolder();
 
-// Returns a base folder as the freedesktop.org base directory specification defines it.
+// Returns a base folder as freedesktop.org defines the base directories.
 // variable is the name of its environment variable; it counts only if it holds an absolute path.
 // Otherwise the result is underHome inside the home folder, or "" if there is no home folder.
 std::string BaseFolder(const char* variable, const char* underHome);

@@ -14,7 +14,7 @@ namespace quillon::imaging {
 // One entry of a directory of a TIFF structure.
 struct TiffEntry {
   std::uint32_t tag = 0;
-  std::uint32_t type = 0;   // type number of the TIFF specification; may be unknown
+  std::uint32_t type = 0;   // type number of TIFF; may be unknown
   std::uint64_t count = 0;  // number of values
   std::uint64_t at = 0;     // offset of the first value
   std::uint64_t size = 0;   // bytes of all values; 0 for an unknown type; may reach beyond the file
