@@ -10,7 +10,7 @@ namespace quillon::cli {
 // One option of the command line.
 struct Option {
   const char* name;      // with its dashes: "--set"
-  const char* argument;  // the placeholder of its value: "NAME=VALUE"; "" for a flag, which has no value
+  const char* argument;  // what stands for its value in the help: "NAME=VALUE"; "" for a flag
   const char* help;      // one Chinese line for --help
 };
 
