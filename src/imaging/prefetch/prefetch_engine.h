@@ -24,7 +24,7 @@ class Prefetcher::Engine : public std::enable_shared_from_this<Engine> {
  public:
   Engine(host::Files& files, CropWork crop, MeasureWork measure, Bounds bounds);
 
-  // As the operations of Ahead; End is its destruction.
+  // As the operations of Prefetcher; End is called when that is destroyed.
   void PlanCrops(const std::vector<CropRequest>& upcoming);
   void PlanMeasures(std::vector<std::string> upcoming);
   Status PopCrop(const CropRequest& request, const std::function<void()>& pump, std::optional<std::string>& bytes);
@@ -51,7 +51,6 @@ class Prefetcher::Engine : public std::enable_shared_from_this<Engine> {
 
   // --- Of the working threads; those that are given the lock let it go while they work.
   void Work();
-  void WorkOn(Lock& lock, const PrefetchCropPtr& crop);
   void StatSize(Lock& lock, const PrefetchCropPtr& crop);
   void RunCrop(Lock& lock, const PrefetchCropPtr& crop);
   PrefetchMeasurePtr RunMeasure(Lock& lock);
