@@ -5,7 +5,6 @@
 #include <utility>
 
 #include "base/path_text.h"
-#include "host/disk_full.h"
 #include "imaging/jpeg/jpeg_cut.h"
 #include "imaging/limits.h"
 #include "imaging/services_parts.h"
@@ -33,20 +32,17 @@ Status MeasureByOpening(const host::Files& files, const std::string& path, const
 
 }  // namespace
 
-Services::Parts::Parts(host::Host& world, std::function<void()> giveUp, const Limits& bounds)
-    : host(world),
-      stop(std::move(giveUp)),
+Services::Parts::Parts(host::Files& disk, const std::string& programFolder, WaitHooks waits, const Limits& bounds)
+    : files(disk),
+      clipBoardPath(programFolder + "/" + kClipBoardLane),
+      hooks(std::move(waits)),
       limits(bounds),
-      measurer(std::make_shared<Measurer>(world.files,
-                                          [&files = world.files, bounds](const std::string& path, ImageFacts& facts) {
-                                            return MeasureByOpening(files, path, bounds, facts);
-                                          })) {}
+      measurer(std::make_shared<Measurer>(disk, [&disk, bounds](const std::string& path, ImageFacts& facts) {
+        return MeasureByOpening(disk, path, bounds, facts);
+      })) {}
 
 Status Services::Parts::Save(const std::string& path, const std::function<Status(host::Draft&)>& fill) {
-  return host::SaveAsking(host.boxes, path, host::DiskFullWording::Comma, stop, [&] {
-    return host.files.Save(path,
-                           [&](host::Draft& draft) { return Guarded(fault::NotSaved(), [&] { return fill(draft); }); });
-  });
+  return files.Save(path, [&](host::Draft& draft) { return Guarded(fault::NotSaved(), [&] { return fill(draft); }); });
 }
 
 Status Services::Parts::SavePicture(const Image& image, const std::string& path, const EncodeOptions& options) {
@@ -57,7 +53,7 @@ Status Services::Parts::SavePicture(const Image& image, const std::string& path,
 Status Services::Parts::Load(const std::string& path, Picture& out) {
   OpenedPicture opened;
   Status status = Guarded(fault::DamagedPicture(), [&] {
-    if (Status open = OpenPicture(host.files, path, limits, {}, opened); !open) return open;
+    if (Status open = OpenPicture(files, path, limits, {}, opened); !open) return open;
     Picture picture;
     if (Status take = ReadWhole(opened, picture); !take) return take;
     if (Status hold = Materialize(picture.pixels); !hold) return hold;
@@ -84,10 +80,10 @@ Status Services::Parts::Materialize(vips::VImage& pixels) {
 Prefetcher& Services::Parts::StartPrefetcher() {
   if (!ahead) {
     Prefetcher::Bounds bounds;
-    bounds.seconds = [&clock = host.clock] { return clock.Seconds(); };
-    bounds.stopped = stopped;
+    bounds.seconds = hooks.seconds;
+    bounds.stopped = hooks.stopped;
     ahead = std::make_unique<Prefetcher>(
-        host.files, [limits = limits](const Prefetcher::Job& job) { return CropForPrefetch(job, limits); },
+        files, [limits = limits](const Prefetcher::Job& job) { return CropForPrefetch(job, limits); },
         [measurer = measurer](const std::string& path) {
           ImageFacts facts;
           static_cast<void>(measurer->Measure(path, facts));
@@ -97,12 +93,10 @@ Prefetcher& Services::Parts::StartPrefetcher() {
   return *ahead;
 }
 
-Services::Services(host::Host& host, std::function<void()> stop, const Limits& limits)
-    : parts_(std::make_unique<Parts>(host, std::move(stop), limits)) {}
+Services::Services(host::Files& files, const std::string& programFolder, WaitHooks hooks, const Limits& limits)
+    : parts_(std::make_unique<Parts>(files, programFolder, std::move(hooks), limits)) {}
 
 Services::~Services() = default;
-
-void Services::EndWaitsWhen(std::function<bool()> stopped) { parts_->stopped = std::move(stopped); }
 
 // The library sets itself up when the first picture needs it; a run over plain JPEGs never does.
 void Services::ImageWizardStartUp() {}
@@ -111,7 +105,7 @@ void Services::ImageWizardShutDown() { parts_->ahead.reset(); }
 
 Status Services::ImageInfo(const std::string& path, ImageFacts& facts, Want want) {
   if (parts_->ahead) {
-    if (Status waited = parts_->ahead->AwaitMeasure(path, [this] { parts_->host.pump.Turn(); }); !waited) return waited;
+    if (Status waited = parts_->ahead->AwaitMeasure(path, parts_->hooks.idle); !waited) return waited;
   }
   return parts_->measurer->Measure(path, facts, want);
 }
@@ -157,13 +151,15 @@ Status Services::SaveByType(Image& image, const std::string& path, const std::st
                               {"gif", Encoder::Gif},
                               {"tif", Encoder::Tiff},
                               {"bmp", Encoder::Bmp}};
-  const Image disposed = std::move(image);
+  Status status = fault::UnknownType();
   const std::string lower = base::ToLowerAscii(type);
   for (const Known& known : kKnown) {
     if (lower.find(known.part) == std::string::npos) continue;
-    return parts_->SavePicture(disposed, path, {known.encoder, options.quality, options.blackWhite, options.exif});
+    status = parts_->SavePicture(image, path, {known.encoder, options.quality, options.blackWhite, options.exif});
+    break;
   }
-  return fault::UnknownType();
+  if (!status.DiskFull()) DisposeImage(image);
+  return status;
 }
 
 Status Services::SaveByEncoder(const Image& image, const std::string& path, Encoder encoder, int quality) {

@@ -10,7 +10,7 @@
 
 #include "base/colour.h"
 #include "base/rect.h"
-#include "host/host.h"
+#include "host/files/files.h"
 #include "imaging/cut_source.h"
 #include "imaging/image.h"
 #include "imaging/limits.h"
@@ -22,8 +22,16 @@ namespace quillon::imaging {
 // Written by whoever sends the picture, and overwritten by the next one.
 inline constexpr const char* kClipBoardLane = "ClipBoard.lane";
 
+// What Services asks of its owner while it waits for work that was prefetched. Each of them may be empty.
+struct WaitHooks {
+  std::function<void()> idle;       // called every few milliseconds, so that the window keeps its turns
+  std::function<bool()> stopped;    // whether a stop is requested: a disk that hangs is then waited for no longer
+  std::function<double()> seconds;  // the clock that measures how long a disk is silent; the system's if empty
+};
+
 // All pixel work. One object per process, after start-up used from one thread. Every operation that writes does so
-// through host::Files::Save, asks about a full disk as SaveByType tells, and leaves no part of a file when it fails.
+// through host::Files::Save and leaves no part of a file when it fails. Nothing is shown or asked here: a full disk is
+// a failure as any other (Status::DiskFull), after which the same call can be made again; host::Saver asks about it.
 //
 // Read are jpg, png, gif (first frame), tif (first page), bmp and psd (merged picture); the content decides, not the
 // name. Grey, RGB and CMYK are kept as they are, with 8 or 16 bits and alpha.
@@ -33,14 +41,11 @@ inline constexpr const char* kClipBoardLane = "ClipBoard.lane";
 // them; the EXIF thumbnail never does. Angles are degrees, positive counter-clockwise.
 class Services {
  public:
-  // stop is told when the user gives up on a full disk.
-  Services(host::Host& host, std::function<void()> stop, const Limits& limits = {});
+  // programFolder holds the file of the private clipboard lane.
+  Services(host::Files& files, const std::string& programFolder, WaitHooks hooks = {}, const Limits& limits = {});
   ~Services();
   Services(const Services&) = delete;
   Services& operator=(const Services&) = delete;
-
-  // Tells whether a stop is requested: then work ahead that hangs on a disk is waited for no longer.
-  void EndWaitsWhen(std::function<bool()> stopped);
 
   // The image library sets itself up at its first picture; shutting down ends the work ahead.
   void ImageWizardStartUp();
@@ -86,9 +91,8 @@ class Services {
   Status SaveImageToGifFile(const Image& image, const std::string& path);
   Status SaveImageToTifFile(const Image& image, const std::string& path, int compression);  // 4 CCITT G4, 2 LZW
   Status SaveImageToBmpFile(const Image& image, const std::string& path);                   // 24 bit
-  // The type is found by substring in the order "jp", "png", "gif", "tif", "bmp"; none of them fails. Asks
-  // "<drive>盘空间不足，请释放空间后重试保存！" on a full disk; Retry repeats without limit, Cancel tells stop and
-  // fails. The image is disposed in every case.
+  // The type is found by substring in the order "jp", "png", "gif", "tif", "bmp"; none of them fails. The image is
+  // disposed, except after a full disk, so that the save can be tried again.
   Status SaveByType(Image& image, const std::string& path, const std::string& type, const SaveOptions& options);
   // Quality is clamped to 0..100.
   Status SaveByEncoder(const Image& image, const std::string& path, Encoder encoder, int quality);

@@ -29,7 +29,7 @@ CutSource::CutSource(CutSource&&) noexcept = default;
 CutSource& CutSource::operator=(CutSource&&) noexcept = default;
 
 Status Services::OpenForCuts(const std::string& path, Encoder encoder, CutSource& out) {
-  const std::optional<host::FileFacts> facts = parts_->host.files.Stat(path);
+  const std::optional<host::FileFacts> facts = parts_->files.Stat(path);
   auto data = std::make_unique<CutSourceData>();
   data->path = path;
   data->facts = facts.value_or(host::FileFacts());
@@ -49,11 +49,11 @@ Status Services::OpenForCuts(const std::string& path, Encoder encoder, CutSource
 
 Status Services::CropToFile(const CutSource& source, const CropRequest& request) {
   const CutSourceData* data = source.Data();
-  const std::optional<host::FileFacts> now = parts_->host.files.Stat(request.source);
+  const std::optional<host::FileFacts> now = parts_->files.Stat(request.source);
   const bool fits = data && data->path == request.source && data->encoder == request.encoder && now &&
                     Unchanged(*now, data->facts) && request.tagSource.empty() && !request.upright;
   if (!fits) return CropToFile(request);
-  if (Status status = CheckCrop(parts_->host.files, request, parts_->limits); !status) return status;
+  if (Status status = CheckCrop(parts_->files, request, parts_->limits); !status) return status;
   return parts_->SaveCut(request, [&](host::Draft& draft) {
     if (data->jpeg) return CropJpeg(request, parts_->limits, draft, &*data->jpeg);
     return Guarded(fault::DamagedPicture(), [&] { return EncodeWindow(data->picture, request.rect, request, draft); });

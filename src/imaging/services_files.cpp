@@ -66,7 +66,6 @@ Status CropThrough(const host::Files& files, const Limits& limits, const CropReq
 
 // Saves the result of a cut. A source that is replaced is kept beside it.
 Status Services::Parts::SaveCut(const CropRequest& request, const std::function<Status(host::Draft&)>& fill) {
-  host::Files& files = host.files;
   return Save(request.destination, [&](host::Draft& draft) {
     Status filled = fill(draft);
     if (!filled || !files.SameFile(request.source, request.destination)) return filled;
@@ -75,12 +74,11 @@ Status Services::Parts::SaveCut(const CropRequest& request, const std::function<
 }
 
 Status Services::CropToFile(const CropRequest& request) {
-  const host::Files& files = parts_->host.files;
+  const host::Files& files = parts_->files;
   if (Status status = CheckCrop(files, request, parts_->limits); !status) return status;
   std::optional<std::string> ready;
   if (parts_->ahead) {
-    const Status waited = parts_->ahead->PopCrop(
-        request, [this] { parts_->host.pump.Turn(); }, ready);
+    const Status waited = parts_->ahead->PopCrop(request, parts_->hooks.idle, ready);
     if (!waited) return waited;
   }
 
@@ -101,13 +99,13 @@ Status Services::CropToFile(const CropRequest& request) {
 }
 
 Status Services::CropToGif(const CropRequest& request, const std::optional<Overlay>& overlay) {
-  if (Status status = CheckCrop(parts_->host.files, request, parts_->limits); !status) return status;
+  if (Status status = CheckCrop(parts_->files, request, parts_->limits); !status) return status;
   CropRequest gif = request;
   gif.encoder = Encoder::Gif;
   gif.alpha = Alpha::Kept;
   if (overlay) return CropUnder(gif, *overlay);
-  return parts_->SaveCut(
-      request, [&](host::Draft& draft) { return CropThrough(parts_->host.files, parts_->limits, gif, draft); });
+  return parts_->SaveCut(request,
+                         [&](host::Draft& draft) { return CropThrough(parts_->files, parts_->limits, gif, draft); });
 }
 
 // In memory, where a gif is held whole anyway to choose its colours.
@@ -169,7 +167,7 @@ Status Services::ZoomPic(const std::string& source, const std::string& destinati
   return parts_->Save(destination, [&](host::Draft& draft) {
     OpenedPicture opened;
     Status status = Guarded(fault::DamagedPicture(), [&] {
-      if (Status open = OpenPicture(parts_->host.files, source, parts_->limits, {}, opened); !open) return open;
+      if (Status open = OpenPicture(parts_->files, source, parts_->limits, {}, opened); !open) return open;
       Picture picture;
       if (Status take = ReadWhole(opened, picture); !take) return take;
       picture.pixels = Scaled(picture.pixels, {width, height});
@@ -184,14 +182,14 @@ Status Services::LoadPreview(const std::string& path, base::Size limit, Preview&
   const double down = std::clamp(limit.height, 1, kLargestPreview);
   OpenedPicture opened;
   Status status = Guarded(fault::DamagedPicture(), [&] {
-    if (Status open = OpenPicture(parts_->host.files, path, parts_->limits, {}, opened); !open) return open;
+    if (Status open = OpenPicture(parts_->files, path, parts_->limits, {}, opened); !open) return open;
     const base::Size whole = opened.original;
     const double scale = std::min({1.0, across / whole.width, down / whole.height});
     const auto side = [&](int pixels) { return std::max(1, static_cast<int>(std::floor(pixels * scale + 1e-9))); };
     const base::Size shown{side(whole.width), side(whole.height)};
     // Now that the size is known, a JPEG can be decoded to little more than what is shown.
     if (opened.format == Format::Jpeg && scale < 1) {
-      if (Status open = OpenPicture(parts_->host.files, path, parts_->limits, shown, opened); !open) return open;
+      if (Status open = OpenPicture(parts_->files, path, parts_->limits, shown, opened); !open) return open;
     }
     Picture small;
     if (Status take = ReadReduced(opened, small); !take) return take;

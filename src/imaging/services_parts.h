@@ -17,14 +17,12 @@ namespace quillon::imaging {
 
 // What the services are made of; shared by the files that implement them.
 struct Services::Parts {
-  Parts(host::Host& world, std::function<void()> giveUp, const Limits& bounds);
+  Parts(host::Files& disk, const std::string& programFolder, WaitHooks waits, const Limits& bounds);
 
-  // Saves through the one safe way, asking about a full disk. fill may be called again for every retry.
+  // Saves through the one safe way. What fill throws becomes a failure.
   Status Save(const std::string& path, const std::function<Status(host::Draft&)>& fill);
   Status SaveCut(const CropRequest& request, const std::function<Status(host::Draft&)>& fill);
   Status SavePicture(const Image& image, const std::string& path, const EncodeOptions& options);
-
-  std::string ClipBoardPath() const { return host.programFolder + "/" + kClipBoardLane; }
 
   // Decodes a picture whole.
   Status Load(const std::string& path, Picture& out);
@@ -34,9 +32,9 @@ struct Services::Parts {
   // Turns on the work ahead at its first use.
   Prefetcher& StartPrefetcher();
 
-  host::Host& host;
-  std::function<void()> stop;
-  std::function<bool()> stopped;
+  host::Files& files;
+  std::string clipBoardPath;
+  WaitHooks hooks;
   Limits limits;
   std::shared_ptr<Measurer> measurer;  // also of a thread ahead that hangs
   std::unique_ptr<Prefetcher> ahead;   // last: it works with the others

@@ -181,16 +181,16 @@ void Services::CopyTags(Image& image, const Image& from) {
 
 Status Services::PutImageOnClipBoard(const Image& image) {
   if (image.Empty()) return fault::NoImage();
-  const std::string lane = parts_->ClipBoardPath();
+  const std::string& lane = parts_->clipBoardPath;
   // A fresh file need not reach the disk before the picture is taken out again.
-  static_cast<void>(parts_->host.files.RemoveOwn(lane));
+  static_cast<void>(parts_->files.RemoveOwn(lane));
   return parts_->Save(lane, [&](host::Draft& draft) { return WriteLane(image.Data()->picture, draft); });
 }
 
 Status Services::CreateImageFromClipBoard(Image& out) {
   return Guarded(fault::DamagedPicture(), [&] {
     auto data = std::make_unique<ImageData>();
-    if (Status status = ReadLane(parts_->ClipBoardPath(), parts_->limits, data->picture); !status) return status;
+    if (Status status = ReadLane(parts_->clipBoardPath, parts_->limits, data->picture); !status) return status;
     out = Image(std::move(data));
     return Status::Ok();
   });

@@ -17,7 +17,7 @@ constexpr std::uint64_t kLargestProfile = 64 << 20;
 }  // namespace
 
 Status Services::CheckProfile(const std::string& path, ProfileColours colours) {
-  if (!parts_->host.files.IsFile(path)) return fault::NoProfile();
+  if (!parts_->files.IsFile(path)) return fault::NoProfile();
   std::shared_ptr<FileBytes> file;
   if (Status opened = FileBytes::Open(path, file); !opened) return opened;
   std::string profile(file->Size() <= kLargestProfile ? file->Size() : 0, '\0');

@@ -64,12 +64,19 @@ tools::ToolsOwner OwnerOf(Program& program) {
           }};
 }
 
+// Waits for prefetched work give the window its turns.
+imaging::WaitHooks HooksOf(Program& program) {
+  return {[&program] { program.host.pump.Turn(); }, [&program] { return program.flags.StopRequested; },
+          [&program] { return program.host.clock.Seconds(); }};
+}
+
 }  // namespace
 
 Program::Program(host::Host& hostIn)
     : runWindow_(std::make_unique<ProgramWindow>(*this)),
       host(hostIn),
-      images(hostIn, [this] { flags.StopRequested = true; }),
+      saver(hostIn.boxes, hostIn.files, [this] { flags.StopRequested = true; }),
+      images(hostIn.files, hostIn.programFolder, HooksOf(*this)),
       tools(hostIn, OwnerOf(*this)),
       converter(tools),
       form1(*this),
@@ -80,7 +87,6 @@ Program::Program(host::Host& hostIn)
       disks(context),
       documents(QUILLON_DOCUMENTS),
       intake_(std::make_unique<FileIntake>(*this)) {
-  images.EndWaitsWhen([this] { return flags.StopRequested; });
   windows.Add(form1);
   windows.Add(fBaseOpt);
   windows.Add(fCutPre);

@@ -8,6 +8,7 @@
 #include "controls/windows.h"
 #include "host/host.h"
 #include "host/journal.h"
+#include "host/saver.h"
 #include "imaging/services.h"
 #include "job/list/disk_monitor.h"
 #include "job/list/file_list.h"
@@ -50,6 +51,7 @@ class Program {
 
   host::Host& host;
   Flags flags;
+  host::Saver saver;  // a full disk that the user gives up on sets Flags::StopRequested
   imaging::Services images;
   tools::Tools tools;  // its waits end with MenuStop, and the title tells of those that last
   tools::Converter converter;

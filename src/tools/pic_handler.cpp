@@ -5,6 +5,7 @@
 #include "base/path_text.h"
 #include "tools/command_lines.h"
 #include "tools/expected_file.h"
+#include "tools/keys.h"
 #include "tools/tools.h"
 
 namespace quillon::tools {
@@ -39,7 +40,7 @@ host::Status ConvertToCmyk(Tools& tools, const std::string& file, const FileVali
   const WaitResult waited = Run(tools, CmykText(file, tools.App(), extension));
   host::Status status = expected.Result(waited, "转CMYK没有成功");
   if (status && !validate(made)) status = {host::Problem::Damaged, "转CMYK的结果已损坏"};
-  if (status) status = tools.CopyAsking(made, file);
+  if (status) status = tools.Saver().Copy(made, file, {.title = kTitle});
   static_cast<void>(tools.World().files.RemoveOwn(made));
   return status;
 }

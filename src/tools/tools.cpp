@@ -6,7 +6,6 @@
 #include <vector>
 
 #include "base/path_text.h"
-#include "host/disk_full.h"
 #include "tools/keys.h"
 #include "tools/lasting_wait.h"
 #include "tools/processes.h"
@@ -23,7 +22,8 @@ constexpr double kSleepPerPoll = 9;
 
 }  // namespace
 
-Tools::Tools(host::Host& host, ToolsOwner owner) : host_(host), owner_(std::move(owner)) {}
+Tools::Tools(host::Host& host, ToolsOwner owner)
+    : host_(host), owner_(std::move(owner)), saver_(host.boxes, host.files, owner_.stop) {}
 
 std::string Tools::AppPath(const std::string& entry) const { return base::JoinPath(host_.programFolder, entry); }
 
@@ -68,11 +68,6 @@ void Tools::SleepPumping(double seconds) {
     if (host_.clock.Seconds() >= end || owner_.stopped()) return;
     host_.pump.Turn();
   }
-}
-
-host::Status Tools::CopyAsking(const std::string& from, const std::string& to) {
-  return host::SaveAsking(
-      host_.boxes, to, host::DiskFullWording::Comma, owner_.stop, [&] { return host_.files.Copy(from, to); }, kTitle);
 }
 
 host::Status NotStarted(const std::string& helper) { return {host::Problem::Missing, "无法启动 " + helper}; }

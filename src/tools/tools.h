@@ -6,6 +6,7 @@
 #include <string>
 
 #include "host/host.h"
+#include "host/saver.h"
 
 namespace quillon::tools {
 
@@ -40,7 +41,8 @@ class Tools {
   const std::string& App() const { return host_.programFolder; }
   std::string AppPath(const std::string& entry) const;
   bool Stopped() const { return owner_.stopped(); }
-  void Stop() { owner_.stop(); }
+  // Copies results, and asks the user if the disk is full; if the user gives up, stop is called.
+  const host::Saver& Saver() const { return saver_; }
   void ShowWait(const std::string& program) { owner_.waiting(program); }
 
   // Starts "<name>.exe" in the program folder without a window. parameters is its only argument; it gets none if
@@ -61,15 +63,12 @@ class Tools {
   // are not waited for.
   WaitResult Wait(const std::string& program, const Condition& condition = {}, double timeout = kNoTimeout);
 
-  // Copies a file and asks the user if the disk is full, under the program's title. If the user gives up, stop is
-  // called.
-  host::Status CopyAsking(const std::string& from, const std::string& to);
-
  private:
   void SleepPumping(double seconds);
 
   host::Host& host_;
   ToolsOwner owner_;
+  host::Saver saver_;
 };
 
 // The failure of a call whose helper did not start.

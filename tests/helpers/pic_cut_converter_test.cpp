@@ -38,7 +38,7 @@ class PicCutConverter : public ::testing::Test {
   }
 
   host::testing::TestHost world;
-  imaging::Services images{world.host, [] {}};
+  imaging::Services images{world.files, world.host.programFolder};
   HelperFolder folder;
   ConverterOrder order;
 };

@@ -135,7 +135,7 @@ class PicHandlerPage : public PicHandlerTest {
   }
 
   host::testing::TestHost world;
-  imaging::Services images{world.host, [] {}};
+  imaging::Services images{world.files, world.host.programFolder};
 };
 
 TEST_F(PicHandlerPage, BlackAndWhiteStay) {

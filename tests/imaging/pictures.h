@@ -8,6 +8,7 @@
 #include <gtest/gtest.h>
 #include <vips/vips8>
 
+#include "host/saver.h"
 #include "host/testing/test_host.h"
 #include "imaging/services.h"
 
@@ -65,7 +66,8 @@ class ServicesTest : public ::testing::Test {
 
   host::testing::TestHost world;
   bool stopped = false;
-  Services services{world.host, [this] { stopped = true; }};
+  host::Saver saver{world.boxes, world.files, [this] { stopped = true; }};
+  Services services{world.files, world.host.programFolder};
 };
 
 }  // namespace quillon::imaging::testing

@@ -151,7 +151,7 @@ TEST_F(WaitsTest, ACopyAsksAboutAFullDisk) {
   WriteApp("a", "content");
   world.faults.Set({.call = host::testing::DiskCall::Write, .error = ENOSPC});
   world.boxes.Answer("盘空间不足，请释放空间后重试保存！", host::Reply::Retry, 1);
-  EXPECT_TRUE(tools.CopyAsking(App("a"), App("b")));
+  EXPECT_TRUE(tools.Saver().Copy(App("a"), App("b"), {.title = kTitle}));
   EXPECT_EQ(world.folder.Read("app/b"), "content");
   EXPECT_FALSE(stop);
   ASSERT_EQ(world.boxes.All().size(), 1u);
@@ -159,7 +159,7 @@ TEST_F(WaitsTest, ACopyAsksAboutAFullDisk) {
   EXPECT_EQ(world.boxes.All()[0].box.type, 21);
   world.faults.Set({.call = host::testing::DiskCall::Write, .error = ENOSPC});
   world.boxes.Answer("盘空间不足", host::Reply::Cancel, 1);
-  EXPECT_TRUE(tools.CopyAsking(App("a"), App("c")).DiskFull());
+  EXPECT_TRUE(tools.Saver().Copy(App("a"), App("c")).DiskFull());
   EXPECT_TRUE(stop);
 }
 

@@ -21,7 +21,8 @@ std::string NameOf(const std::string& path) { return path.substr(path.rfind('/')
 
 class Maker {
  public:
-  Maker(Helper& helper, const OkList& order) : helper_(helper), order_(order), services_(helper.World(), [] {}) {}
+  Maker(Helper& helper, const OkList& order)
+      : helper_(helper), order_(order), services_(helper.Files(), helper.World().programFolder) {}
 
   host::Status Make() {
     return helper_.Files().Save(order_.target, [&](host::Draft& draft) {

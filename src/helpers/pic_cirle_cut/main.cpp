@@ -24,7 +24,7 @@ host::Status Execute(Helper& helper) {
   if (base::ToLowerAscii(base::SplitPath(fields[1]).extension) != "png") {
     return UsageError("目标文件必须是png");
   }
-  imaging::Services services(helper.World(), [] {});
+  imaging::Services services(helper.Files(), helper.World().programFolder);
   imaging::Image source;
   imaging::Image shape;
   if (host::Status loaded = services.LoadImageFromFile(fields[0], source); !loaded) return loaded;

@@ -22,7 +22,7 @@ struct Jpeg {
 
 host::Status Encode(Helper& helper, const PicOrder& order, Jpeg& jpeg) {
   const std::string work = helper.AppPath("PicHandler.jpg");
-  imaging::Services services(helper.World(), [] {});
+  imaging::Services services(helper.Files(), helper.World().programFolder);
   imaging::Image image;
   host::Status status = services.LoadImageFromFile(order.source, image);
   const int quality = order.quality > 0 ? order.quality : kQuality;

@@ -55,7 +55,7 @@ std::vector<std::string> Split(const std::string& text, char separator) {
   return parts;
 }
 
-BackServer::BackServer(Helper& helper) : helper_(helper), services_(helper.World(), [] {}) {}
+BackServer::BackServer(Helper& helper) : helper_(helper), services_(helper.Files(), helper.World().programFolder) {}
 
 host::Status BackServer::Serve() {
   const std::vector<std::string> fields = helper_.Fields();

@@ -28,7 +28,7 @@ int NumberOr(const std::string& text, int fallback, int most) {
 int Pixels(double points, int dpi) { return std::max(1, base::R(points * dpi / kPointsPerInch)); }
 
 host::Status SavePreview(Helper& helper, const ToolOrder& order, const imaging::Image& image, int quality) {
-  imaging::Services services(helper.World(), [] {});
+  imaging::Services services(helper.Files(), helper.World().programFolder);
   return services.SaveImageToJpgFile(image, base::JoinPath(order.output, "Tmp.jpg"), quality, imaging::Exif::Drop);
 }
 

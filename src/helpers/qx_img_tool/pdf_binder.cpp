@@ -72,7 +72,7 @@ class PdfBinder final : public SheetBinder {
   }
 
   host::Status MakeJpeg(const std::string& path, std::string& bytes) {
-    imaging::Services services(helper_.World(), [] {});
+    imaging::Services services(helper_.Files(), helper_.World().programFolder);
     imaging::Image image;
     if (host::Status loaded = services.LoadImageFromFile(path, image); !loaded) return loaded;
     if (host::Status made = ConvertToCmyk(helper_, options_, image); !made) return made;

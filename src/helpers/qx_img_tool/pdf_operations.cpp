@@ -37,7 +37,10 @@ double DpiFor(const PdfPageFacts& page) {
 class Splitter {
  public:
   Splitter(Helper& helper, const ToolOrder& order)
-      : helper_(helper), order_(order), folder_(order.Field(0)), services_(helper.World(), [] {}) {}
+      : helper_(helper),
+        order_(order),
+        folder_(order.Field(0)),
+        services_(helper.Files(), helper.World().programFolder) {}
 
   host::Status Open() {
     if (host::Status read = ReadPdfFacts(helper_.Files(), order_.input, pages_); !read) return read;

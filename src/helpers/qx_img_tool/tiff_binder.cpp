@@ -14,7 +14,10 @@ constexpr base::Colour kRed{0x0000FF};
 class TiffBinder final : public SheetBinder {
  public:
   TiffBinder(Helper& helper, const BindOptions& options, host::Draft& draft)
-      : helper_(helper), options_(options), tiff_(draft, kExpectedPages), services_(helper.World(), [] {}) {}
+      : helper_(helper),
+        options_(options),
+        tiff_(draft, kExpectedPages),
+        services_(helper.Files(), helper.World().programFolder) {}
 
   host::Status Add(const std::string& sheet) override {
     if (host::Status added = AddPage(sheet, options_.header); !added) return added;

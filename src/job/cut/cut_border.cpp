@@ -80,7 +80,8 @@ Status DrawBorder(CutFile& file, const std::string& destination) {
   request.exif = file.ExifWish();
   PlacePicture(file, BoardPixels(options.boardMm, resolution.dpi, resolution.k), request);
   file.latestSize = request.total;
-  return OnCanvas(request.total, file.program.images.AddBoardToFile(request));
+  return OnCanvas(request.total,
+                  file.program.saver.Save(destination, [&] { return file.program.images.AddBoardToFile(request); }));
 }
 
 // Frame-only with ChAddToSize: the whole picture, fitted and centred on white.
@@ -99,8 +100,9 @@ Status PadToSize(CutFile& file, const std::string& destination) {
   if (Status drawn = images.DrawImage(canvas, picture, place); !drawn) return drawn;
   images.CopyTags(canvas, picture);
   images.SetImageResolution(canvas, options.dpi);
-  return images.SaveByType(canvas, destination, base::ToLowerAscii(file.OutExt),
-                           {options.quality, options.blackWhite, file.ExifWish()});
+  const imaging::SaveOptions save{options.quality, options.blackWhite, file.ExifWish()};
+  return file.program.saver.Save(
+      destination, [&] { return images.SaveByType(canvas, destination, base::ToLowerAscii(file.OutExt), save); });
 }
 
 }  // namespace

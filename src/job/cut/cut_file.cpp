@@ -6,7 +6,6 @@
 #include <utility>
 
 #include "base/path_text.h"
-#include "host/disk_full.h"
 #include "job/cut/cut_steps.h"
 #include "job/cut/output_name.h"
 
@@ -89,17 +88,6 @@ Step PassOver(CutFile& file, std::string why) {
   file.result.result = Result::Skipped;
   file.result.why = std::move(why);
   return Step::FileDone;
-}
-
-host::Status SaveAsking(Program& program, const std::string& path, const std::function<host::Status()>& save,
-                        const std::string& title) {
-  return host::SaveAsking(
-      program.host.boxes, path, host::DiskFullWording::Comma, [&] { program.flags.StopRequested = true; }, save, title);
-}
-
-host::Status CopyAsking(Program& program, const std::string& from, const std::string& to, const std::string& title) {
-  return SaveAsking(
-      program, to, [&] { return program.host.files.Copy(from, to); }, title);
 }
 
 FileResult CutOneFile(CutRun& run, std::size_t row, const std::string& path) {

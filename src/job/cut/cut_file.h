@@ -2,12 +2,10 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include <functional>
 #include <string>
 #include <vector>
 
 #include "base/rect.h"
-#include "host/boxes.h"
 #include "imaging/image.h"
 #include "job/cut/cut_run.h"
 #include "job/settings/cut_settings.h"
@@ -73,12 +71,6 @@ Step Fail(CutFile& file, std::string why);
 Step Fail(CutFile& file, const host::Status& status);
 
 Step PassOver(CutFile& file, std::string why);
-
-// A save, or a copy, that asks about a full disk; a refused retry sets Flags::StopRequested.
-host::Status SaveAsking(Program& program, const std::string& path, const std::function<host::Status()>& save,
-                        const std::string& title = host::kBoxTitle);
-host::Status CopyAsking(Program& program, const std::string& from, const std::string& to,
-                        const std::string& title = host::kBoxTitle);
 
 // Runs all steps on one file and tells what became of it. Counts a picture that the effects could not load in
 // CutRun::failed; what the observer, the list and the totals hear is up to the caller.

@@ -74,7 +74,7 @@ Step Deliver(CutFile& file) {
   if (file.latestFile == file.result.output) return Step::Next;
   // What helpers have worked on is copied under the program's name.
   const char* title = file.ConversionFollows() ? tools::kTitle : host::kBoxTitle;
-  const host::Status copied = CopyAsking(program, file.latestFile, file.result.output, title);
+  const host::Status copied = program.saver.Copy(file.latestFile, file.result.output, {.title = title});
   // A work file that is gone need not reach the disk, and the next one is a fresh save.
   (void)program.host.files.RemoveOwn(file.latestFile);
   return copied ? Step::Next : Fail(file, copied);

@@ -66,6 +66,12 @@ Status ZoomAfterCut(CutFile& file) {
   return size ? file.program.images.ResampleImage(file.Work, size->width, size->height) : Status::Ok();
 }
 
+// The type is the one of the encoder, also for a gif.
+Status CropAsNamed(CutFile& file) {
+  const imaging::CropRequest request = PlainCrop(file);
+  return file.program.saver.Save(request.destination, [&] { return file.program.images.CropToFile(request); });
+}
+
 // The last try of a save that failed twice: under the name of the source's folder, cut without the effects.
 Step Rescue(CutFile& file, const Status& failure) {
   const CutSettings& options = file.settings;
@@ -77,7 +83,7 @@ Step Rescue(CutFile& file, const Status& failure) {
   if (file.run.ledger.IsOtherSource(rescued, file.listedPath)) return Fail(file, failure);
   const std::string named = std::exchange(file.Dst, rescued);
   file.target = rescued;
-  if (!KeepReplacedSource(file) || !file.program.images.CropToFile(PlainCrop(file))) {
+  if (!KeepReplacedSource(file) || !CropAsNamed(file)) {
     file.Dst = named;
     return Fail(file, failure);
   }
@@ -91,14 +97,15 @@ Status CutThroughBitmap(CutFile& file) {
   imaging::Services& images = file.program.images;
   images.SetImageResolution(file.Work, file.settings.dpi);
   const std::string bitmap = file.program.AppPath(work_files::kBitmap);
-  if (Status saved = images.SaveImageToBmpFile(file.Work, bitmap); !saved) return saved;
+  const host::Saver& saver = file.program.saver;
+  Status saved = saver.Save(bitmap, [&] { return images.SaveImageToBmpFile(file.Work, bitmap); });
+  if (!saved) return saved;
   images.DisposeImage(file.Work);
   imaging::CropRequest request = PlainCrop(file);
   request.source = bitmap;
   request.tagSource = file.exifSource;
   request.upright = file.RestoreAngle != 0 || file.program.flags.ImageRotated;
-  const bool gif = request.encoder == imaging::Encoder::Gif;
-  if (Status cut = gif ? images.CropToGif(request) : images.CropToFile(request); !cut) return cut;
+  if (Status cut = SaveCrop(file.program, request); !cut) return cut;
   file.latestSize = {file.rect.width, file.rect.height};
   return Status::Ok();
 }
@@ -120,9 +127,13 @@ Status SaveWork(CutFile& file) {
   imaging::Image second;
   const bool again = static_cast<bool>(images.CloneImage(file.Work, second));
   const imaging::SaveOptions save{file.CutQuality(), file.settings.blackWhite, file.ExifWish()};
-  const Status saved = images.SaveByType(file.Work, file.target, base::ToLowerAscii(file.OutExt), save);
+  const host::Saver& saver = file.program.saver;
+  const Status saved = saver.Save(
+      file.target, [&] { return images.SaveByType(file.Work, file.target, base::ToLowerAscii(file.OutExt), save); });
   if (saved || saved.DiskFull() || !again) return saved;
-  const Status encoded = images.SaveByEncoder(second, file.target, imaging::EncoderFor(file.OutExt), file.CutQuality());
+  const imaging::Encoder encoder = imaging::EncoderFor(file.OutExt);
+  const Status encoded =
+      saver.Save(file.target, [&] { return images.SaveByEncoder(second, file.target, encoder, file.CutQuality()); });
   return encoded || encoded.DiskFull() ? encoded : saved;
 }
 

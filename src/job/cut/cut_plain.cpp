@@ -19,8 +19,7 @@ host::Status Crop(CutFile& file, const imaging::CropRequest& request) {
   }
   // A work file of an earlier run is no result that would have to be kept.
   if (request.destination != file.Dst) (void)files.RemoveOwn(request.destination);
-  imaging::Services& images = file.program.images;
-  return request.encoder == imaging::Encoder::Gif ? images.CropToGif(request) : images.CropToFile(request);
+  return SaveCrop(file.program, request);
 }
 
 Step PopCrop(CutFile& file) {
@@ -37,7 +36,7 @@ Step CutGifSource(CutFile& file) {
   if (cut.DiskFull()) return Fail(file, cut);
   if (!cut) return CutInMemory(file, LoadFailure::Told);
   if (file.target != request.destination) {
-    const host::Status copied = CopyAsking(file.program, request.destination, file.target);
+    const host::Status copied = file.program.saver.Copy(request.destination, file.target);
     if (!copied) return Fail(file, copied);
   }
   return PopCrop(file);
@@ -56,7 +55,14 @@ bool OnlyOwnDpi(const CutFile& file) {
 host::Status KeepReplacedSource(CutFile& file) {
   Program& program = file.program;
   if (file.settings.over || !program.host.files.SameFile(file.target, file.listedPath)) return host::Status::Ok();
-  return SaveAsking(program, file.listedPath, [&] { return host::KeepBackup(program.host.files, file.listedPath); });
+  return program.saver.Save(file.listedPath, [&] { return host::KeepBackup(program.host.files, file.listedPath); });
+}
+
+host::Status SaveCrop(Program& program, const imaging::CropRequest& request) {
+  imaging::Services& images = program.images;
+  const bool gif = request.encoder == imaging::Encoder::Gif;
+  return program.saver.Save(request.destination,
+                            [&] { return gif ? images.CropToGif(request) : images.CropToFile(request); });
 }
 
 imaging::CropRequest PlainCrop(const CutFile& file) {

@@ -95,7 +95,7 @@ Step PassOverSmall(CutFile& file) {
 Step KeepExifSource(CutFile& file) {
   if (!file.settings.keepExif || !file.settings.over) return Step::Next;
   const std::string copy = file.program.AppPath(std::string(work_files::kExifSourceStem) + "." + file.extension);
-  const host::Status copied = CopyAsking(file.program, file.Src, copy);
+  const host::Status copied = file.program.saver.Copy(file.Src, copy);
   if (copied) file.exifSource = copy;
   return copied.DiskFull() ? Fail(file, copied) : Step::Next;
 }
@@ -111,7 +111,11 @@ Step ZoomBeforeCut(CutFile& file) {
   if (!size) return Step::Next;
   const std::string zoomed = file.program.AppPath(work_files::kZoomedSource);
   host::Status status = FitsZoomed(*size);
-  if (status) status = file.program.images.ZoomPic(file.Src, zoomed, size->width, size->height, file.ExifWish());
+  if (status) {
+    status = file.program.saver.Save(zoomed, [&] {
+      return file.program.images.ZoomPic(file.Src, zoomed, size->width, size->height, file.ExifWish());
+    });
+  }
   if (!status) return FailLoad(file, status);
   file.Src = zoomed;
   ApplySize(file, *size);

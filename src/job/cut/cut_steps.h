@@ -41,6 +41,8 @@ host::Status SaveWork(CutFile& file);
 // The crop that CutFileToFile asks for, from the parts of file that are known before it is begun: names, size and
 // rectangle.
 imaging::CropRequest PlainCrop(const CutFile& file);
+// Saves a crop as its encoder wants it, asking about a full disk.
+host::Status SaveCrop(Program& program, const imaging::CropRequest& request);
 // Without ChOver an output may still fall on its own source, when it lies in the output folder: a copy "<source>.bak"
 // stays beside it.
 host::Status KeepReplacedSource(CutFile& file);

@@ -51,7 +51,8 @@ void NormalCut::PrepareCanvas() {
   if (!border && !withArray_) return;
   program_.WriteCanvas();
   const std::string path = program_.AppPath(work_files::kCanvas);
-  (void)program_.images.ZoomPic(path, path, program_.flags.FixW, program_.flags.FixH);
+  (void)program_.saver.Save(
+      path, [&] { return program_.images.ZoomPic(path, path, program_.flags.FixW, program_.flags.FixH); });
 }
 
 void NormalCut::Begin(RunLedger& ledger) {

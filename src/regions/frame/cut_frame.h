@@ -97,6 +97,7 @@ class CutFrame final : public job::ManualFrame {
   imaging::Image TurnedByOptions(base::Size size);
   // Returns the file to show: path, or a reduced or turned copy in the program folder.
   std::string ShownFile(const std::string& path, const imaging::Image& image, base::Size size);
+  host::Status SaveWorkCopy(const imaging::Image& image, const std::string& path, imaging::Exif exif);
   // Returns one of the two work files of this window, but not path itself.
   std::string OtherWorkFile(const std::string& path) const;
   void FitSlider();

@@ -78,8 +78,7 @@ imaging::Image CutFrame::TurnedByOptions(base::Size size) {
 std::string CutFrame::ShownFile(const std::string& path, const imaging::Image& image, base::Size size) {
   const std::string copy = OtherWorkFile(path);
   if (image) {
-    const host::Status saved = program_.images.SaveImageToJpgFile(image, copy, kWorkQuality, imaging::Exif::Drop);
-    return saved ? copy : path;
+    return SaveWorkCopy(image, copy, imaging::Exif::Drop) ? copy : path;
   }
   if (std::max(size.width, size.height) <= kLargestShown) return path;
   const base::Size shown = Reduced(size);
@@ -87,8 +86,13 @@ std::string CutFrame::ShownFile(const std::string& path, const imaging::Image& i
   const bool made =
       worker.Present()
           ? worker.ZoomHuge(path, copy, shown.width, shown.height, kWorkQuality, size.width, size.height, false)
-          : static_cast<bool>(program_.images.ZoomPic(path, copy, shown.width, shown.height));
+          : static_cast<bool>(program_.saver.Save(
+                copy, [&] { return program_.images.ZoomPic(path, copy, shown.width, shown.height); }));
   return made ? copy : path;
+}
+
+host::Status CutFrame::SaveWorkCopy(const imaging::Image& image, const std::string& path, imaging::Exif exif) {
+  return program_.saver.Save(path, [&] { return program_.images.SaveImageToJpgFile(image, path, kWorkQuality, exif); });
 }
 
 std::string CutFrame::OtherWorkFile(const std::string& path) const {
@@ -119,7 +123,7 @@ void CutFrame::Turn(double angle) {
   if (!images.RotateImage(picture, angle, base::kWhite)) return;
   images.SetImageResolution(picture, dpi);
   const std::string work = program_.AppPath(job::work_files::kShownPicture);
-  if (!images.SaveImageToJpgFile(picture, work, kWorkQuality, imaging::Exif::Keep)) return;
+  if (!SaveWorkCopy(picture, work, imaging::Exif::Keep)) return;
   flags.CurrentImagePath = work;
   flags.ManualRotated = true;
   flags.ManualAngle += angle;
@@ -160,7 +164,7 @@ void CutFrame::PadToRatio() {
   board.quality = kWorkQuality;
   board.dpi = facts.dpi;
   board.exif = imaging::Exif::Keep;
-  if (!program_.images.AddBoardToFile(board)) {
+  if (!program_.saver.Save(board.destination, [&] { return program_.images.AddBoardToFile(board); })) {
     // Without a path the run passes the picture over.
     button.SetEnabled(false, kPaddedOnce);
     program_.flags.CurrentImagePath.clear();

@@ -135,7 +135,7 @@ void MultiCut::CutSource(const Source& source) {
 void MultiCut::CutAll(const Source& source, const std::vector<RegionCut>& cuts) {
   const std::string normal = program_.files.StatusText();
   const auto whole = std::count_if(cuts.begin(), cuts.end(), [](const RegionCut& cut) { return !cut.box.Empty(); });
-  RegionSource picture(program_.images, source.path, base::SplitPath(cuts.front().output).extension,
+  RegionSource picture(program_.images, program_.saver, source.path, base::SplitPath(cuts.front().output).extension,
                        whole > 1 ? RegionSource::Decode::Once : RegionSource::Decode::ForEach);
   std::string whys;
   for (std::size_t j = 0; j < cuts.size(); ++j) {

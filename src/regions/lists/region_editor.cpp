@@ -4,7 +4,7 @@
 
 #include <algorithm>
 
-#include "host/disk_full.h"
+#include "host/saver.h"
 
 #include "regions/lists/clt.h"
 
@@ -95,9 +95,10 @@ void RegionEditor::CmdOut_Click() {
   if (path.empty()) return;
   std::vector<std::array<std::string, 4>> rows;
   for (std::size_t row = 0; row < list_.RowCount(); ++row) rows.push_back(list_.Fields(row));
-  const host::Status saved = host::SaveAsking(
-      program_.host.boxes, path, host::DiskFullWording::Comma, [] {},
-      [&] { return program_.host.files.Save(path, WriteClt(GetUnit(), rows)); });
+  // No run is under way that giving up would stop.
+  const host::Saver saver(program_.host.boxes, program_.host.files, {});
+  const host::Status saved =
+      saver.Save(path, [&] { return program_.host.files.Save(path, WriteClt(GetUnit(), rows)); });
   if (saved) {
     program_.Ask(kSaved, host::kInformationIcon);
   } else if (!saved.DiskFull()) {

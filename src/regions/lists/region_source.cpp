@@ -8,9 +8,9 @@
 
 namespace quillon::regions {
 
-RegionSource::RegionSource(imaging::Services& images, std::string path, const std::string& extension, Decode decode,
-                           imaging::Alpha alpha)
-    : images_(images), path_(std::move(path)), alpha_(alpha) {
+RegionSource::RegionSource(imaging::Services& images, const host::Saver& saver, std::string path,
+                           const std::string& extension, Decode decode, imaging::Alpha alpha)
+    : images_(images), saver_(saver), path_(std::move(path)), alpha_(alpha) {
   if (decode == Decode::ForEach) return;
   opened_ = images_.OpenForCuts(path_, imaging::EncoderFor(extension), picture_);
   if (opened_.GetProblem() == host::Problem::TooLarge) opened_ = host::Status::Ok();
@@ -26,7 +26,7 @@ host::Status RegionSource::Cut(const RegionCut& cut, int quality) {
   request.quality = quality;
   const bool holdsAlpha = request.encoder == imaging::Encoder::Png || request.encoder == imaging::Encoder::Gif;
   request.alpha = holdsAlpha ? alpha_ : imaging::Alpha::OnWhite;
-  return images_.CropToFile(picture_, request);
+  return saver_.Save(cut.output, [&] { return images_.CropToFile(picture_, request); });
 }
 
 }  // namespace quillon::regions

@@ -4,6 +4,7 @@
 
 #include <string>
 
+#include "host/saver.h"
 #include "imaging/services.h"
 
 namespace quillon::regions {
@@ -22,9 +23,9 @@ class RegionSource {
   enum class Decode { Once, ForEach };
 
   // extension is that of the outputs. With Alpha::Kept, png and gif outputs keep transparency; other types cannot hold
-  // it and are drawn on white.
-  RegionSource(imaging::Services& images, std::string path, const std::string& extension, Decode decode,
-               imaging::Alpha alpha = imaging::Alpha::Kept);
+  // it and are drawn on white. saver asks about a full disk.
+  RegionSource(imaging::Services& images, const host::Saver& saver, std::string path, const std::string& extension,
+               Decode decode, imaging::Alpha alpha = imaging::Alpha::Kept);
 
   // Returns the failure of the decoding; Ok if each cut reads the file.
   const host::Status& Opened() const { return opened_; }
@@ -33,6 +34,7 @@ class RegionSource {
 
  private:
   imaging::Services& images_;
+  const host::Saver& saver_;
   std::string path_;
   imaging::Alpha alpha_;
   imaging::CutSource picture_;  // empty if each cut reads the file

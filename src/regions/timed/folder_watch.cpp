@@ -136,10 +136,10 @@ RegionSource FolderWatch::Open(const std::string& path) const {
   using Decode = RegionSource::Decode;
   const std::string extension = base::SplitPath(path).extension;
   if (options_.fast) {
-    RegionSource fast(program_.images, path, extension, Decode::Once, imaging::Alpha::OnWhite);
+    RegionSource fast(program_.images, program_.saver, path, extension, Decode::Once, imaging::Alpha::OnWhite);
     if (fast.Opened()) return fast;
   }
-  return {program_.images, path, extension, options_.several ? Decode::Once : Decode::ForEach};
+  return {program_.images, program_.saver, path, extension, options_.several ? Decode::Once : Decode::ForEach};
 }
 
 bool FolderWatch::IsStill(const std::string& path, const host::FileStamp& stamp) const {
@@ -154,7 +154,7 @@ host::Status FolderWatch::CutInPlace(const std::string& path, const host::FileSt
   const host::Status made = Open(path).Cut({cut.box, work}, program_.form1.TQuality.Integer());
   if (!made) return made;
   if (!IsStill(path, stamp)) return {Problem::Damaged, "图片在裁剪期间被改动"};
-  return job::CopyAsking(program_, work, path);
+  return program_.saver.Copy(work, path);
 }
 
 host::Status FolderWatch::CutBeside(const std::string& name, const host::FileStamp& stamp,

@@ -321,8 +321,7 @@ TEST_F(Loading, LimitsAreCheckedFromTheHeader) {
                         {with(60, 2999, 9000), false},
                         {with(60, 3000, 8999), false}};
   for (const Case& c : cases) {
-    Services tight(
-        world.host, [] {}, c.limits);
+    Services tight(world.files, world.host.programFolder, {}, c.limits);
     for (const char* name : {"a.png", "a.jpg"}) {
       Image image;
       EXPECT_EQ(tight.LoadImageFromFile(Path(name), image).GetProblem(), c.fits ? Problem::None : Problem::TooLarge)

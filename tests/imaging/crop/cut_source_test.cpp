@@ -127,8 +127,7 @@ TEST_F(CutSourceTest, DamageIsFoundAndNothingIsWritten) {
 TEST_F(CutSourceTest, WhatMemoryMayNotHoldIsNotOpened) {
   Limits limits;
   limits.memory = 203 * 151 * 3 - 1;
-  Services small(
-      world.host, [] {}, limits);
+  Services small(world.files, world.host.programFolder, {}, limits);
   CutSource source;
   EXPECT_EQ(small.OpenForCuts(Jpeg({}), Encoder::Jpeg, source).GetProblem(), Problem::TooLarge);
 }

@@ -302,7 +302,8 @@ TEST_F(FileServices, AFullDiskIsAskedAbout) {
       world.boxes.Answer(kFullDisk, Reply::Retry, 1);
       world.faults.Clear();
       world.faults.Set({.call = DiskCall::Write, .nth = 1, .error = ENOSPC, .pathHolds = ""});
-      EXPECT_TRUE(services.CropToFile(Request(source, "out", {0, 0, 50, 30}, encoder)));
+      const CropRequest request = Request(source, "out", {0, 0, 50, 30}, encoder);
+      EXPECT_TRUE(saver.Save(request.destination, [&] { return services.CropToFile(request); }));
       EXPECT_EQ(world.faults.Fired(), 1);
       EXPECT_EQ(world.boxes.Count("盘空间不足"), 1);
       EXPECT_EQ(services.GetImageWidth(Load(Path("out"))), 50);
@@ -312,7 +313,8 @@ TEST_F(FileServices, AFullDiskIsAskedAbout) {
   world.boxes.Answer("盘空间不足", Reply::Cancel);
   world.faults.Set(
       {.call = DiskCall::Write, .nth = 1, .error = ENOSPC, .length = Fault::Length::ForEver, .pathHolds = ""});
-  EXPECT_TRUE(services.CropToFile(Request("in.bmp", "new.png", {0, 0, 5, 5}, Encoder::Png)).DiskFull());
+  const CropRequest request = Request("in.bmp", "new.png", {0, 0, 5, 5}, Encoder::Png);
+  EXPECT_TRUE(saver.Save(request.destination, [&] { return services.CropToFile(request); }).DiskFull());
   EXPECT_TRUE(stopped);
   EXPECT_FALSE(world.folder.Exists("new.png"));
 }
@@ -334,7 +336,7 @@ TEST_F(FileServices, WorkAheadGivesTheSameBytes) {
     ASSERT_TRUE(services.CropToFile(requests[i]));
     CropRequest alone = requests[i];
     alone.destination = Path("alone");
-    Services other(world.host, [] {});
+    Services other(world.files, world.host.programFolder);
     ASSERT_TRUE(other.CropToFile(alone));
     EXPECT_TRUE(world.folder.Read("ahead" + std::to_string(i)) == world.folder.Read("alone"));
   }
@@ -352,8 +354,7 @@ TEST_F(FileServices, LargePicturesAreNotHeld) {
       .pngsave(Path("large.png").c_str(), VImage::option()->set("compression", 1));
   Limits limits;
   limits.memory = 10 << 20;
-  Services tight(
-      world.host, [] {}, limits);
+  Services tight(world.files, world.host.programFolder, {}, limits);
   const auto before = vips_tracked_get_mem();
   for (const char* name : {"large.bmp", "large.png"}) {
     SCOPED_TRACE(name);
@@ -454,7 +455,7 @@ BorderRequest Border(const std::string& source, const std::string& destination) 
   return request;
 }
 
-TEST_F(FileServices, EverySaveAsksAboutAFullDisk) {
+TEST_F(FileServices, EverySaveFailsOfAFullDiskAndCanBeTriedAgain) {
   WriteEverywhere(PhotoLike(60, 40, 3));
   const Image image = Load(Path("in.png"));
   BorderRequest border = Border(Path("in.png"), Path("out.png"));
@@ -475,9 +476,12 @@ TEST_F(FileServices, EverySaveAsksAboutAFullDisk) {
     world.boxes.Answer(kFullDisk, Reply::Retry, 1);
     world.faults.Clear();
     world.faults.Set({.call = DiskCall::Write, .nth = 1, .error = ENOSPC, .pathHolds = ""});
-    const Status status = save();
+    EXPECT_TRUE(save().DiskFull());
+    EXPECT_EQ(world.boxes.All().size(), 0u) << "asking is left to the caller";
+    world.faults.Set({.call = DiskCall::Write, .nth = 1, .error = ENOSPC, .pathHolds = ""});
+    const Status status = saver.Save("/out", save);
     EXPECT_TRUE(status) << status.Why();
-    EXPECT_EQ(world.faults.Fired(), 1);
+    EXPECT_EQ(world.faults.Fired(), 2);
     EXPECT_EQ(world.boxes.Count(kFullDisk), 1);
   }
 }

@@ -111,8 +111,7 @@ TEST_F(PixelServices, ResultsAboveTheLimitsAreRefused) {
   Limits limits;
   limits.side = 100;
   limits.memory = 3000;
-  Services tight(
-      world.host, [] {}, limits);
+  Services tight(world.files, world.host.programFolder, {}, limits);
   Image image = Make(ToVips(PhotoLike(40, 20, 3)));
   EXPECT_EQ(tight.ResampleImage(image, 101, 1).GetProblem(), host::Problem::TooLarge);
   EXPECT_EQ(tight.ResampleImage(image, 40, 40).GetProblem(), host::Problem::TooLarge);

@@ -1,0 +1,47 @@
+// SPDX-FileCopyrightText: 2026 The Quillon developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "host/saver.h"
+
+#include "base/path_text.h"
+#include "base/utf8.h"
+
+namespace quillon::host {
+namespace {
+
+constexpr int kRetryCancelStop = kRetryCancelButtons + kStopIcon;
+
+// The first character of a path; a byte that is no text shows as the replacement character.
+std::string DriveOf(const std::string& path) {
+  for (std::size_t length = 1; length <= 4 && length <= path.size(); ++length) {
+    const std::string head = path.substr(0, length);
+    if (base::IsUtf8(head)) return base::ToUpperAscii(head);
+  }
+  return base::DisplayText(path.substr(0, 1));
+}
+
+}  // namespace
+
+Box DiskFullBox(const std::string& path, const DiskFullQuestion& question) {
+  const char* mark = question.wording == DiskFullWording::Comma ? "，" : "！";
+  Box box{DriveOf(path) + "盘空间不足" + mark + "请释放空间后重试保存！", kRetryCancelStop};
+  box.title = question.title;
+  return box;
+}
+
+Status Saver::Save(const std::string& path, const std::function<Status()>& save,
+                   const DiskFullQuestion& question) const {
+  for (;;) {
+    Status status = save();
+    if (!status.DiskFull()) return status;
+    if (boxes_.Show(DiskFullBox(path, question)) == Reply::Retry) continue;
+    if (stop_) stop_();
+    return status;
+  }
+}
+
+Status Saver::Copy(const std::string& from, const std::string& to, const DiskFullQuestion& question) const {
+  return Save(
+      to, [&] { return files_.Copy(from, to); }, question);
+}
+
+}  // namespace quillon::host
