@@ -2,10 +2,12 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include <optional>
 #include <string>
+#include <variant>
+#include <vector>
 
 #include "base/colour.h"
-#include "base/path_text.h"
 #include "base/rect.h"
 #include "host/status.h"
 
@@ -28,14 +30,11 @@ enum class Encoder { Bmp = 1, Jpeg = 2, Png = 3, Gif = 4, Tiff = 5 };
 
 // Returns the encoder for a file extension without its dot; case does not matter.
 // png, gif, tif, tiff, bmp and dib name their format; every other extension gives Jpeg.
-inline Encoder EncoderFor(const std::string& extension) {
-  const std::string lower = base::ToLowerAscii(extension);
-  if (lower == "png") return Encoder::Png;
-  if (lower == "gif") return Encoder::Gif;
-  if (lower == "tif" || lower == "tiff") return Encoder::Tiff;
-  if (lower == "bmp" || lower == "dib") return Encoder::Bmp;
-  return Encoder::Jpeg;
-}
+Encoder EncoderFor(const std::string& extension);
+
+// Returns the encoder that a type text names by a part of it, tested in the order "jp", "png", "gif", "tif", "bmp".
+// Returns nothing for any other text. Case does not matter.
+std::optional<Encoder> EncoderOfType(const std::string& type);
 
 // Whether the EXIF block of the source is copied to the result. Orientation and resolution do not depend on it.
 enum class Exif { Drop, Keep };
@@ -84,6 +83,18 @@ struct BorderRequest {
   base::Colour colour = base::kWhite;  // of the border and of the corners that a rotation uncovers
   double rotation = 0;                 // degrees, positive counter-clockwise
   Exif exif = Exif::Drop;
+
+  bool operator==(const BorderRequest&) const = default;
+};
+
+// Scales source to size. The type is the destination's extension, a jpeg has quality 98.
+struct ZoomRequest {
+  std::string source;
+  std::string destination;
+  base::Size size;
+  Exif exif = Exif::Drop;
+
+  bool operator==(const ZoomRequest&) const = default;
 };
 
 // Options of SaveByType, which saves a picture under a type given as text.
@@ -91,6 +102,71 @@ struct SaveOptions {
   int quality = 80;         // jpeg only, 0..100
   bool blackWhite = false;  // tiff only: one bit a pixel with CCITT group 4 instead of LZW
   Exif exif = Exif::Drop;
+
+  bool operator==(const SaveOptions&) const = default;
+};
+
+// What is done to a picture in memory; each is the operation of Services of that name.
+struct RotateStep {
+  double angle = 0;
+  base::Colour background = base::kWhite;
+  bool operator==(const RotateStep&) const = default;
+};
+struct ResampleStep {
+  base::Size size;
+  bool operator==(const ResampleStep&) const = default;
+};
+struct GreyStep {
+  bool operator==(const GreyStep&) const = default;
+};
+struct ThresholdStep {
+  int level = 0;
+  bool operator==(const ThresholdStep&) const = default;
+};
+struct InvertStep {
+  bool operator==(const InvertStep&) const = default;
+};
+struct CutStep {
+  base::Rect rect;
+  bool operator==(const CutStep&) const = default;
+};
+// The picture, scaled to the size of drawn, on a new white canvas that gets its EXIF and resolution.
+struct PlaceStep {
+  base::Size canvas;
+  base::Rect drawn;
+  bool operator==(const PlaceStep&) const = default;
+};
+using PixelStep = std::variant<RotateStep, ResampleStep, GreyStep, ThresholdStep, InvertStep, CutStep, PlaceStep>;
+
+// Loads source, takes the steps in their order and saves the picture as SaveByType does.
+struct EffectsRequest {
+  std::string source;
+  std::string destination;
+  base::Size size;  // of the source as the caller knows it; a picture of another size is a failure
+  std::vector<PixelStep> steps;
+  int dpi = 0;  // 0 keeps the source's
+  Encoder encoder = Encoder::Jpeg;
+  SaveOptions save = {};
+
+  bool operator==(const EffectsRequest&) const = default;
+};
+
+// One operation from file to file.
+using FileRequest = std::variant<CropRequest, BorderRequest, ZoomRequest, EffectsRequest>;
+
+const std::string& SourceOf(const FileRequest& request);
+const std::string& DestinationOf(const FileRequest& request);
+
+// Operations that are done together, all on one source. Each reads that source or what the one before it wrote. What
+// the next one reads is passed on in memory; the destinations of all others are the outputs.
+struct FileWork {
+  std::vector<FileRequest> steps;
+
+  bool Empty() const { return steps.empty(); }
+  const std::string& Source() const { return SourceOf(steps.front()); }
+  // Whether what that step writes is only read by the next one.
+  bool PassedOn(std::size_t step) const;
+  bool operator==(const FileWork&) const = default;
 };
 
 }  // namespace quillon::imaging

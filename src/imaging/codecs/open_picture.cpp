@@ -33,16 +33,17 @@ int ShrinkFor(base::Size original, base::Size reduceTo) {
 
 // Opens the formats that are decoded from top to bottom.
 Status OpenStream(const std::string& path, const std::shared_ptr<Bytes>& bytes, const Limits& limits,
-                  base::Size reduceTo, OpenedPicture& out) {
+                  base::Size reduceTo, const ReadControl& control, OpenedPicture& out) {
   if (out.format != Format::Jpeg) {
     Status status = OpenVipsRows(out.format, bytes, limits, out.stream);
     if (status) out.original = out.stream->Facts().size;
     return status;
   }
-  if (Status status = OpenJpegRows(path, 1, limits, out.stream); !status) return status;
+  constexpr JpegColours kColours = JpegColours::Displayed;
+  if (Status status = OpenJpegRows(path, 1, limits, out.stream, kColours, control); !status) return status;
   out.original = out.stream->Facts().size;
   out.shrink = ShrinkFor(out.original, reduceTo);
-  return out.shrink > 1 ? OpenJpegRows(path, out.shrink, limits, out.stream) : Status::Ok();
+  return out.shrink > 1 ? OpenJpegRows(path, out.shrink, limits, out.stream, kColours, control) : Status::Ok();
 }
 
 // Opens the formats whose rows can be read in any order.
@@ -53,10 +54,23 @@ Status OpenRows(std::shared_ptr<Bytes> bytes, const Limits& limits, OpenedPictur
   return status;
 }
 
-Status OpenBytes(const host::Files& files, const std::string& path, std::shared_ptr<FileBytes>& bytes) {
+Status OpenFile(const host::Files& files, const std::string& path, std::shared_ptr<FileBytes>& bytes) {
   const std::optional<host::FileFacts> facts = files.Stat(path);
   if (facts && facts->kind != host::FileKind::File) return fault::NotAFile();
-  if (Status status = FileBytes::Open(path, bytes); !status) return status;
+  return FileBytes::Open(path, bytes);
+}
+
+Status OpenBytes(const host::Files& files, const std::string& path, const ReadControl& control,
+                 std::shared_ptr<Bytes>& bytes) {
+  if (control.content) {
+    bytes = std::make_shared<MemoryBytes>(control.content);
+  } else {
+    std::shared_ptr<FileBytes> file;
+    if (Status status = control.Reading([&] { return OpenFile(files, path, file); }); !status) return status;
+    bytes = file;
+    if (control.reads || control.stop.stop_possible())
+      bytes = std::make_shared<ControlledBytes>(std::move(file), control);
+  }
   return bytes->Size() == 0 ? fault::EmptyFile() : Status::Ok();
 }
 
@@ -68,15 +82,21 @@ Status SkipRows(OpenedPicture& opened, int count) {
 }
 
 // Opens the file and recognises its format.
-Status OpenKnown(const host::Files& files, const std::string& path, std::shared_ptr<FileBytes>& bytes,
-                 OpenedPicture& out) {
-  if (Status status = OpenBytes(files, path, bytes); !status) return status;
+Status OpenKnown(const host::Files& files, const std::string& path, const ReadControl& control,
+                 std::shared_ptr<Bytes>& bytes, OpenedPicture& out) {
+  if (Status status = OpenBytes(files, path, control, bytes); !status) return status;
+  out.threads = control.threads;
   std::array<char, 16> start{};
   const std::size_t known = static_cast<std::size_t>(std::min<std::uint64_t>(bytes->Size(), start.size()));
   if (!bytes->ReadAt(0, start.data(), known)) return fault::DamagedPicture();
   out.format = FormatOf({start.data(), known});
   out.fault = std::make_shared<ReadFault>();
   return Status::Ok();
+}
+
+// All that is computed from these pixels is computed by that many threads.
+void SetThreads(vips::VImage& pixels, int threads) {
+  if (threads > 0) pixels.set(VIPS_META_CONCURRENCY, threads);
 }
 
 // Copies the metadata. A profile for other colours than those of the pixels is dropped.
@@ -101,9 +121,9 @@ Format FormatOf(std::string_view start) {
 }
 
 Status OpenPicture(const host::Files& files, const std::string& path, const Limits& limits, base::Size reduceTo,
-                   OpenedPicture& out) {
-  std::shared_ptr<FileBytes> bytes;
-  if (Status status = OpenKnown(files, path, bytes, out); !status) return status;
+                   OpenedPicture& out, const ReadControl& control) {
+  std::shared_ptr<Bytes> bytes;
+  if (Status status = OpenKnown(files, path, control, bytes, out); !status) return status;
   Status status;
   switch (out.format) {
     case Format::Unknown:
@@ -113,7 +133,7 @@ Status OpenPicture(const host::Files& files, const std::string& path, const Limi
       status = OpenRows(std::move(bytes), limits, out);
       break;
     default:
-      status = OpenStream(path, std::move(bytes), limits, reduceTo, out);
+      status = OpenStream(path, std::move(bytes), limits, reduceTo, control, out);
       break;
   }
   if (status) SetTags(out);
@@ -122,8 +142,8 @@ Status OpenPicture(const host::Files& files, const std::string& path, const Limi
 
 Status OpenTiffPage(const host::Files& files, const std::string& path, int page, const Limits& limits,
                     OpenedPicture& out) {
-  std::shared_ptr<FileBytes> bytes;
-  if (Status status = OpenKnown(files, path, bytes, out); !status) return status;
+  std::shared_ptr<Bytes> bytes;
+  if (Status status = OpenKnown(files, path, {}, bytes, out); !status) return status;
   if (out.format != Format::Tiff) return fault::NotAPicture();
   if (Status status = OpenVipsRows(out.format, std::move(bytes), limits, out.stream, page); !status) return status;
   out.original = out.stream->Facts().size;
@@ -135,12 +155,14 @@ Status ReadRows(OpenedPicture& opened, int top, int count, vips::VImage& out) {
   if (opened.rows) {
     const vips::VImage whole = ImageOfRows(opened.rows, opened.fault);
     out = whole.extract_area(0, top, whole.width(), count);
+    SetThreads(out, opened.threads);
     return Status::Ok();
   }
   Status status = SkipRows(opened, top - opened.consumed);
   if (!status) return status;
   opened.consumed += count;
   out = ImageOfRows(opened.stream, count, opened.fault);
+  SetThreads(out, opened.threads);
   return Status::Ok();
 }
 

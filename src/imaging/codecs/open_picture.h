@@ -30,6 +30,7 @@ struct OpenedPicture {
   int consumed = 0;  // rows of the stream that were read or handed to a pipeline
   // Receives the error of a read that happens inside a pipeline.
   std::shared_ptr<ReadFault> fault;
+  int threads = 0;  // see ReadControl
 
   const RowFacts& Facts() const { return rows ? rows->Facts() : stream->Facts(); }
 };
@@ -40,7 +41,7 @@ struct OpenedPicture {
 // Unsupported: not a picture, or a variant that cannot be decoded.
 // Damaged: empty, truncated or corrupt. TooLarge: sides exceed the limits.
 Status OpenPicture(const host::Files& files, const std::string& path, const Limits& limits, base::Size reduceTo,
-                   OpenedPicture& out);
+                   OpenedPicture& out, const ReadControl& control = {});
 
 // Opens one page of a TIFF, counted from 0. Unsupported: the file is not a TIFF. Throws VError if there is no such
 // page.

@@ -93,6 +93,17 @@ RowFacts FactsOf(const VImage& loaded, const VImage& pixels) {
   return facts;
 }
 
+// Frames of a gif lie on a canvas that is held whole, and an interlaced png is decoded at once.
+std::int64_t BytesHeld(Format format, Bytes& bytes, const VImage& loaded) {
+  constexpr std::uint64_t kInterlace = 28;  // offset of the byte that says so
+  constexpr int kCanvasPixel = 4;
+  const std::int64_t pixels = std::int64_t{loaded.width()} * loaded.height();
+  if (format == Format::Gif) return pixels * kCanvasPixel;
+  unsigned char interlace = 0;
+  const bool whole = format == Format::Png && bytes.ReadAt(kInterlace, &interlace, 1) && interlace != 0;
+  return whole ? pixels * static_cast<std::int64_t>(VIPS_IMAGE_SIZEOF_PEL(loaded.get_image())) : 0;
+}
+
 // Reads the loader strip by strip. This is not part of the pipeline that uses the rows, since a pipeline drops its
 // caches when it ends, and the loader could not continue for the next one.
 class VipsRows : public RowStream {
@@ -101,6 +112,7 @@ class VipsRows : public RowStream {
 
   const RowFacts& Facts() const override { return facts_; }
   void SetExif(std::string block) { facts_.exif = std::move(block); }
+  void SetHeld(std::int64_t bytes) { facts_.held = bytes; }
 
   Status ReadRow(unsigned char* out) override {
     const std::size_t size = static_cast<std::size_t>(facts_.size.width) * static_cast<unsigned>(facts_.PixelBytes());
@@ -138,6 +150,7 @@ Status OpenVipsRows(Format format, const std::shared_ptr<Bytes>& bytes, const Li
   if (!WithinLimits(loaded.width(), loaded.height(), limits)) return fault::SidesTooLarge();
   if (!IsComplete(format, *bytes)) return fault::DamagedPicture();
   auto rows = std::make_shared<VipsRows>(loaded, StandardPixels(loaded));
+  rows->SetHeld(BytesHeld(format, *bytes, loaded));
   if (format == Format::Tiff && page == 0) rows->SetExif(ExifOfTiff(*bytes));
   out = std::move(rows);
   return Status::Ok();

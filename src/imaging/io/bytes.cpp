@@ -33,9 +33,15 @@ bool FileBytes::ReadAt(std::uint64_t offset, void* out, std::size_t size) {
 }
 
 bool MemoryBytes::ReadAt(std::uint64_t offset, void* out, std::size_t size) {
-  if (offset > content_.size() || size > content_.size() - offset) return false;
-  if (size > 0) std::memcpy(out, content_.data() + offset, size);
+  if (offset > content_->size() || size > content_->size() - offset) return false;
+  if (size > 0) std::memcpy(out, content_->data() + offset, size);
   return true;
+}
+
+bool ControlledBytes::ReadAt(std::uint64_t offset, void* out, std::size_t size) {
+  const std::lock_guard lock(mutex_);
+  if (control_.stop.stop_requested()) return false;
+  return control_.Reading([&] { return bytes_->ReadAt(offset, out, size); });
 }
 
 }  // namespace quillon::imaging

@@ -11,6 +11,7 @@
 #include <string>
 
 #include "host/status.h"
+#include "imaging/io/read_control.h"
 
 namespace quillon::imaging {
 
@@ -45,12 +46,27 @@ class FileBytes : public Bytes {
 // The same interface over a string in memory.
 class MemoryBytes : public Bytes {
  public:
-  explicit MemoryBytes(std::string content) : content_(std::move(content)) {}
-  std::uint64_t Size() const override { return content_.size(); }
+  explicit MemoryBytes(std::string content) : content_(std::make_shared<const std::string>(std::move(content))) {}
+  explicit MemoryBytes(std::shared_ptr<const std::string> content) : content_(std::move(content)) {}
+  std::uint64_t Size() const override { return content_->size(); }
   bool ReadAt(std::uint64_t offset, void* out, std::size_t size) override;
 
  private:
-  std::string content_;
+  std::shared_ptr<const std::string> content_;
+};
+
+// The bytes of a file as ReadControl wants them read: each read is counted, and none is made after a stop.
+class ControlledBytes : public Bytes {
+ public:
+  ControlledBytes(std::shared_ptr<Bytes> bytes, ReadControl control)
+      : bytes_(std::move(bytes)), control_(std::move(control)) {}
+  std::uint64_t Size() const override { return bytes_->Size(); }
+  bool ReadAt(std::uint64_t offset, void* out, std::size_t size) override;
+
+ private:
+  std::mutex mutex_;  // a count is odd during one read at a time
+  std::shared_ptr<Bytes> bytes_;
+  ReadControl control_;
 };
 
 }  // namespace quillon::imaging

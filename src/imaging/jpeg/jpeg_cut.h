@@ -5,6 +5,7 @@
 #include <atomic>
 #include <cstdint>
 #include <functional>
+#include <memory>
 #include <stop_token>
 #include <string>
 
@@ -29,6 +30,8 @@ struct JpegCutControl {
   const JpegPixels* decoded = nullptr;
   // Counted up when a read of the file begins and again when it ends: odd while a read waits for the disk.
   std::atomic<unsigned>* reads = nullptr;
+  // The bytes of the file, if they are in memory instead of on disk.
+  std::shared_ptr<const std::string> content = {};
 };
 
 // Cuts rect out of the JPEG file at path and encodes it as JPEG of quality 0..100 (outside: clamped) into sink, in

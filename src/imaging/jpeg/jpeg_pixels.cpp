@@ -14,7 +14,7 @@ namespace {
 // Everything that a jump out of libjpeg could leave behind is a member.
 class JpegStream : public RowStream {
  public:
-  explicit JpegStream(JpegColours colours) : colours_(colours) {}
+  JpegStream(JpegColours colours, const ReadControl& control) : colours_(colours), reader_(errors_, control) {}
 
   Status Open(const std::string& path, int shrink, const Limits& limits) {
     if (Status opened = reader_.Open(path, limits); !opened) return opened;
@@ -76,6 +76,7 @@ class JpegStream : public RowStream {
     facts_.profile = head.Profile();
     facts_.exif = head.exif;
     facts_.orientation = ReadExif(head.exif).orientation;
+    if (reader_.SeveralScans()) facts_.held = reader_.BytesHeld();
     // With this marker, inks are stored as what they leave of the paper's white.
     inverted_ = colours_ != JpegColours::AsStored && head.adobe && facts_.layout == RowLayout::Cmyk;
   }
@@ -88,7 +89,7 @@ class JpegStream : public RowStream {
 
   const JpegColours colours_;
   JpegErrors errors_;
-  JpegReader reader_{errors_};
+  JpegReader reader_;
   RowFacts facts_;
   bool inverted_ = false;
   bool started_ = false;
@@ -107,16 +108,16 @@ Status ReadSamples(RowStream& rows, JpegPixels& out) {
 }  // namespace
 
 Status OpenJpegRows(const std::string& path, int shrink, const Limits& limits, std::shared_ptr<RowStream>& out,
-                    JpegColours colours) {
-  auto rows = std::make_shared<JpegStream>(colours);
+                    JpegColours colours, const ReadControl& control) {
+  auto rows = std::make_shared<JpegStream>(colours, control);
   if (Status status = rows->Open(path, shrink, limits); !status) return status;
   out = std::move(rows);
   return Status::Ok();
 }
 
-Status DecodeJpeg(const std::string& path, const Limits& limits, JpegPixels& out) {
+Status DecodeJpeg(const std::string& path, const Limits& limits, JpegPixels& out, const ReadControl& control) {
   std::shared_ptr<RowStream> rows;
-  if (Status opened = OpenJpegRows(path, 1, limits, rows, JpegColours::AsStored); !opened) return opened;
+  if (Status opened = OpenJpegRows(path, 1, limits, rows, JpegColours::AsStored, control); !opened) return opened;
   const RowFacts& facts = rows->Facts();
   out.size = facts.size;
   out.components = static_cast<std::size_t>(facts.Channels());

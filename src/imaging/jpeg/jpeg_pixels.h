@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "base/rect.h"
+#include "imaging/io/read_control.h"
 #include "imaging/limits.h"
 #include "imaging/rows/row_source.h"
 #include "imaging/types.h"
@@ -25,7 +26,7 @@ enum class JpegColours { Displayed, AsStored, YccAsStored };
 // picture is held whole only if it is stored in several scans. Failures: see JpegReader::Open; Damaged may also come
 // with any row.
 Status OpenJpegRows(const std::string& path, int shrink, const Limits& limits, std::shared_ptr<RowStream>& out,
-                    JpegColours colours = JpegColours::Displayed);
+                    JpegColours colours = JpegColours::Displayed, const ReadControl& control = {});
 
 // A JPEG held whole as it is stored: samples in the colour space of the file, interleaved, with the chroma of every
 // pixel.
@@ -43,6 +44,6 @@ struct JpegPixels {
 
 // Decodes the file at path to its end. Failures: see JpegReader::Open; TooLarge also if the samples are above limits,
 // checked before they are allocated.
-Status DecodeJpeg(const std::string& path, const Limits& limits, JpegPixels& out);
+Status DecodeJpeg(const std::string& path, const Limits& limits, JpegPixels& out, const ReadControl& control = {});
 
 }  // namespace quillon::imaging

@@ -2,7 +2,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include <atomic>
 #include <cstdint>
 #include <cstdio>
 #include <stop_token>
@@ -10,6 +9,7 @@
 
 #include <jpeglib.h>
 
+#include "imaging/io/read_control.h"
 #include "imaging/jpeg/jpeg_head.h"
 #include "imaging/jpeg/jpeg_pages.h"
 #include "imaging/jpeg/jpeg_stream.h"
@@ -25,10 +25,10 @@ namespace quillon::imaging {
 // several scans (progressive, or one scan for each component); all of it is then read by the start.
 class JpegReader {
  public:
-  // errors may be shared with a writer, so that one Guard covers both. stop ends the reading soon, with
-  // Problem::Stopped. reads is counted up when a read of the file begins and again when it ends.
-  explicit JpegReader(JpegErrors& errors, std::stop_token stop = {}, std::atomic<unsigned>* reads = nullptr)
-      : errors_(errors), stop_(std::move(stop)), source_(errors, stop_, reads) {}
+  // errors may be shared with a writer, so that one Guard covers both. A stop ends the reading soon, with
+  // Problem::Stopped.
+  explicit JpegReader(JpegErrors& errors, const ReadControl& control = {})
+      : errors_(errors), stop_(control.stop), source_(errors, control) {}
   ~JpegReader() { jpeg_destroy_decompress(&decoder_); }
   JpegReader(const JpegReader&) = delete;
   JpegReader& operator=(const JpegReader&) = delete;

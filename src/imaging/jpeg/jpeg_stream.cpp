@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "imaging/jpeg/jpeg_stream.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <cstring>
 #include <new>
@@ -97,29 +98,32 @@ void JpegErrors::OnMessage(j_common_ptr info, int level) {
   self.Fail(Problem::Damaged, code == JWRN_JPEG_EOF ? kTruncated : kCorrupt);
 }
 
-template <class Call>
-auto JpegSource::Reading(Call call) {
-  if (reads_) ++*reads_;
-  const auto answer = call();
-  if (reads_) ++*reads_;
-  return answer;
-}
-
 JpegSource::~JpegSource() {
   if (file_) std::fclose(file_);
 }
 
+std::size_t JpegSource::ReadBytes(void* data, std::size_t size) {
+  errno = 0;
+  if (!control_.content) return control_.Reading([&] { return std::fread(data, 1, size, file_); });
+  const std::string& content = *control_.content;
+  const std::size_t count = std::min(size, content.size() - read_);
+  if (count > 0) std::memcpy(data, content.data() + read_, count);
+  read_ += count;
+  return count;
+}
+
 Status JpegSource::Open(const std::string& path, JpegHead& head) {
-  file_ = Reading([&] { return std::fopen(path.c_str(), "rb"); });
-  if (!file_) return Status::FromErrno(errno);
-  std::setvbuf(file_, nullptr, _IONBF, 0);
+  if (!control_.content) {
+    file_ = control_.Reading([&] { return std::fopen(path.c_str(), "rb"); });
+    if (!file_) return Status::FromErrno(errno);
+    std::setvbuf(file_, nullptr, _IONBF, 0);
+  }
   std::size_t want = kFirstBlock;
   for (;;) {
     const std::size_t before = head_.size();
     head_.resize(want);
-    errno = 0;
-    head_.resize(before + Reading([&] { return std::fread(head_.data() + before, 1, want - before, file_); }));
-    if (std::ferror(file_)) return Status::FromErrno(errno);
+    head_.resize(before + ReadBytes(head_.data() + before, want - before));
+    if (file_ && std::ferror(file_)) return Status::FromErrno(errno);
     switch (ParseJpegHead(head_, head)) {
       case HeadState::Complete:
         return Status::Ok();
@@ -149,10 +153,9 @@ void JpegSource::Attach(jpeg_decompress_struct& decoder) {
 }
 
 std::size_t JpegSource::ReadInto(unsigned char* data, std::size_t size) {
-  if (stop_.stop_requested()) errors_.Fail(Problem::Stopped, "已停止");
-  errno = 0;
-  const std::size_t count = Reading([&] { return std::fread(data, 1, size, file_); });
-  if (count == 0 && std::ferror(file_)) errors_.FailErrno(errno);
+  if (control_.stop.stop_requested()) errors_.Fail(Problem::Stopped, "已停止");
+  const std::size_t count = ReadBytes(data, size);
+  if (count == 0 && file_ && std::ferror(file_)) errors_.FailErrno(errno);
   if (count == 0) errors_.Fail(Problem::Damaged, kTruncated);
   return count;
 }

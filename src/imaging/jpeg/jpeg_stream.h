@@ -2,16 +2,15 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include <atomic>
 #include <csetjmp>
 #include <cstdio>
-#include <stop_token>
 #include <string>
 #include <vector>
 
 #include <jpeglib.h>
 
 #include "imaging/io/bytes.h"
+#include "imaging/io/read_control.h"
 #include "imaging/jpeg/jpeg_head.h"
 #include "imaging/types.h"
 
@@ -65,9 +64,7 @@ class JpegErrors {
 // Reads a file for libjpeg; everything up to the picture data is kept.
 class JpegSource {
  public:
-  // stop, reads: see JpegReader.
-  JpegSource(JpegErrors& errors, std::stop_token stop, std::atomic<unsigned>* reads = nullptr)
-      : errors_(errors), stop_(std::move(stop)), reads_(reads) {}
+  JpegSource(JpegErrors& errors, ReadControl control) : errors_(errors), control_(std::move(control)) {}
   ~JpegSource();
   JpegSource(const JpegSource&) = delete;
   JpegSource& operator=(const JpegSource&) = delete;
@@ -90,9 +87,8 @@ class JpegSource {
   static boolean OnFill(j_decompress_ptr decoder);
   static void OnSkip(j_decompress_ptr decoder, long count);
 
-  // Runs a call that the disk has to answer.
-  template <class Call>
-  auto Reading(Call call);
+  // As fread, from the file or from the bytes that stand for it.
+  std::size_t ReadBytes(void* data, std::size_t size);
   std::size_t ReadInto(unsigned char* data, std::size_t size);
   void Fill();
   void Skip(std::size_t count);
@@ -100,10 +96,10 @@ class JpegSource {
   int NextMarker(Rest rest);
 
   JpegErrors& errors_;
-  std::stop_token stop_;
-  std::atomic<unsigned>* reads_;
+  ReadControl control_;
   std::FILE* file_ = nullptr;
-  std::string head_;  // from the first byte of the file
+  std::size_t read_ = 0;  // bytes of the content
+  std::string head_;      // from the first byte of the file
   std::vector<unsigned char> block_;
   Manager manager_{};
 };

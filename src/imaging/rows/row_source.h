@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include <cstdint>
 #include <string>
 
 #include "base/rect.h"
@@ -16,13 +17,14 @@ enum class RowLayout { Grey = 1, Rgb = 3, Cmyk = 4 };
 struct RowFacts {
   base::Size size;
   RowLayout layout = RowLayout::Rgb;
-  bool ycc = false;     // the channels are Y, Cb and Cr instead of R, G and B; only if the reader asked for them
-  bool alpha = false;   // an alpha channel follows the colours
-  int bits = 8;         // bits of a sample: 8, or 16 in native byte order
-  int dpi = 0;          // dots per inch, 0 if unknown
-  int orientation = 1;  // EXIF orientation, 1..8
-  std::string profile;  // ICC profile, empty if there is none
-  std::string exif;     // EXIF block (a TIFF structure), empty if there is none
+  bool ycc = false;       // the channels are Y, Cb and Cr instead of R, G and B; only if the reader asked for them
+  bool alpha = false;     // an alpha channel follows the colours
+  int bits = 8;           // bits of a sample: 8, or 16 in native byte order
+  int dpi = 0;            // dots per inch, 0 if unknown
+  int orientation = 1;    // EXIF orientation, 1..8
+  std::string profile;    // ICC profile, empty if there is none
+  std::string exif;       // EXIF block (a TIFF structure), empty if there is none
+  std::int64_t held = 0;  // bytes held while reading a kind of file that cannot be read row by row
 
   int Channels() const { return static_cast<int>(layout) + (alpha ? 1 : 0); }
   int PixelBytes() const { return Channels() * bits / 8; }
