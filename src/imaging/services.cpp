@@ -5,19 +5,18 @@
 #include <utility>
 
 #include "base/path_text.h"
-#include "imaging/jpeg/jpeg_cut.h"
+#include "imaging/crop/file_work.h"
 #include "imaging/limits.h"
 #include "imaging/services_parts.h"
 
 namespace quillon::imaging {
 namespace {
 
-// Only what needs nothing but the JPEG path is done ahead.
-Status CropForPrefetch(const Prefetcher::Job& job, const Limits& limits) {
-  const CropRequest& request = job.request;
-  if (!IsDirect(request)) return fault::UnreadKind();
-  return CutJpeg(request.source, request.rect, request.quality, request.dpi, request.exif, limits, job.sink,
-                 {.stop = job.stop, .admit = job.admit, .reads = &job.reads});
+Status WorkForPrefetch(const Prefetcher::Job& job, const host::Files& files, const Limits& limits) {
+  // Beside others, threads of its own would only be in their way.
+  const int threads = job.alone ? 0 : 1;
+  const PictureInput input{files, limits, {.stop = job.stop, .reads = &job.reads, .threads = threads}};
+  return DoWork(job.work, input, {job.admit, job.output});
 }
 
 // Sizes of pictures that have to be opened for it.
@@ -50,47 +49,21 @@ Status Services::Parts::SavePicture(const Image& image, const std::string& path,
   return Save(path, [&](host::Draft& draft) { return EncodePicture(image.Data()->picture, options, draft); });
 }
 
-Status Services::Parts::Load(const std::string& path, Picture& out) {
-  OpenedPicture opened;
-  Status status = Guarded(fault::DamagedPicture(), [&] {
-    if (Status open = OpenPicture(files, path, limits, {}, opened); !open) return open;
-    Picture picture;
-    if (Status take = ReadWhole(opened, picture); !take) return take;
-    if (Status hold = Materialize(picture.pixels); !hold) return hold;
-    out = std::move(picture);
-    return Status::Ok();
-  });
-  return ReadStatus(opened, status);
-}
-
-Status Services::Parts::Materialize(vips::VImage& pixels) {
-  const int pixelBytes = static_cast<int>(VIPS_IMAGE_SIZEOF_PEL(pixels.get_image()));
-  if (!WithinLimits(pixels.width(), pixels.height(), limits)) return fault::SidesTooLarge();
-  if (!FitsMemory(pixels.width(), pixels.height(), pixelBytes, limits)) return fault::OutOfMemory();
-  // In memory they no longer come in order.
-  vips::VImage free = pixels;
-  if (pixels.get_typeof(VIPS_META_SEQUENTIAL) != 0) {
-    free = pixels.copy();
-    free.remove(VIPS_META_SEQUENTIAL);
-  }
-  pixels = free.copy_memory();
-  return Status::Ok();
-}
-
 Prefetcher& Services::Parts::StartPrefetcher() {
-  if (!ahead) {
+  if (!prefetcher) {
     Prefetcher::Bounds bounds;
     bounds.seconds = hooks.seconds;
     bounds.stopped = hooks.stopped;
-    ahead = std::make_unique<Prefetcher>(
-        files, [limits = limits](const Prefetcher::Job& job) { return CropForPrefetch(job, limits); },
+    prefetcher = std::make_unique<Prefetcher>(
+        files,
+        [&disk = files, limits = limits](const Prefetcher::Job& job) { return WorkForPrefetch(job, disk, limits); },
         [measurer = measurer](const std::string& path) {
           ImageFacts facts;
           static_cast<void>(measurer->Measure(path, facts));
         },
         std::move(bounds));
   }
-  return *ahead;
+  return *prefetcher;
 }
 
 Services::Services(host::Files& files, const std::string& programFolder, WaitHooks hooks, const Limits& limits)
@@ -101,11 +74,11 @@ Services::~Services() = default;
 // The library sets itself up when the first picture needs it; a run over plain JPEGs never does.
 void Services::ImageWizardStartUp() {}
 
-void Services::ImageWizardShutDown() { parts_->ahead.reset(); }
+void Services::ImageWizardShutDown() { parts_->prefetcher.reset(); }
 
 Status Services::ImageInfo(const std::string& path, ImageFacts& facts, Want want) {
-  if (parts_->ahead) {
-    if (Status waited = parts_->ahead->AwaitMeasure(path, parts_->hooks.idle); !waited) return waited;
+  if (parts_->prefetcher) {
+    if (Status waited = parts_->prefetcher->AwaitMeasure(path, parts_->hooks.idle); !waited) return waited;
   }
   return parts_->measurer->Measure(path, facts, want);
 }
@@ -114,7 +87,7 @@ void Services::RememberSizes(std::size_t count) { parts_->measurer->Remember(cou
 
 Status Services::LoadImageFromFile(const std::string& path, Image& out) {
   auto data = std::make_unique<ImageData>();
-  if (Status status = parts_->Load(path, data->picture); !status) return status;
+  if (Status status = LoadPicture(parts_->Input(), path, data->picture); !status) return status;
   out = Image(std::move(data));
   return Status::Ok();
 }
@@ -142,21 +115,9 @@ Status Services::SaveImageToBmpFile(const Image& image, const std::string& path)
 
 Status Services::SaveByType(Image& image, const std::string& path, const std::string& type,
                             const SaveOptions& options) {
-  struct Known {
-    const char* part;
-    Encoder encoder;
-  };
-  constexpr Known kKnown[] = {{"jp", Encoder::Jpeg},
-                              {"png", Encoder::Png},
-                              {"gif", Encoder::Gif},
-                              {"tif", Encoder::Tiff},
-                              {"bmp", Encoder::Bmp}};
   Status status = fault::UnknownType();
-  const std::string lower = base::ToLowerAscii(type);
-  for (const Known& known : kKnown) {
-    if (lower.find(known.part) == std::string::npos) continue;
-    status = parts_->SavePicture(image, path, {known.encoder, options.quality, options.blackWhite, options.exif});
-    break;
+  if (const std::optional<Encoder> encoder = EncoderOfType(type)) {
+    status = parts_->SavePicture(image, path, {*encoder, options.quality, options.blackWhite, options.exif});
   }
   if (!status.DiskFull()) DisposeImage(image);
   return status;
@@ -176,10 +137,22 @@ Status Services::SaveByEncoder(const Image& image, const std::string& path, Enco
   return SaveByEncoder(turned, base::WithoutPsd(path), encoder, quality);
 }
 
-void Services::PlanCrops(const std::vector<CropRequest>& upcoming) { parts_->StartPrefetcher().PlanCrops(upcoming); }
+void Services::PlanWork(const std::vector<FileWork>& upcoming) { parts_->StartPrefetcher().PlanWork(upcoming); }
 
 void Services::PlanMeasures(std::vector<std::string> upcoming) {
   parts_->StartPrefetcher().PlanMeasures(std::move(upcoming));
+}
+
+Status Services::PopPrefetched(const FileWork& work, std::optional<PrefetchedFiles>& files) {
+  files.reset();
+  return parts_->prefetcher ? parts_->prefetcher->Pop(work, parts_->hooks.idle, files) : Status::Ok();
+}
+
+Status Services::SavePrefetched(const std::string& content, const std::string& path, Encoder encoder) {
+  return parts_->Save(path, [&](host::Draft& draft) {
+    Status status = draft.Write(content.data(), content.size());
+    return status ? CheckOutput(encoder, draft) : status;
+  });
 }
 
 }  // namespace quillon::imaging

@@ -112,6 +112,8 @@ class Services {
   Status CropToFile(const CutSource& source, const CropRequest& request);
   // As CropToFile for gif output, whatever the encoder says: transparency is kept. overlay is drawn on the cut.
   Status CropToGif(const CropRequest& request, const std::optional<Overlay>& overlay = std::nullopt);
+  // The request that CropToGif makes of one.
+  static CropRequest AsGif(CropRequest request);
   // The source rectangle, turned by rotation (uncovered corners in colour), scaled to drawn x scale (rounded) and put
   // at the offset, which may lie outside; 8 bits a sample. The type is the destination's extension.
   Status AddBoardToFile(const BorderRequest& request);
@@ -132,12 +134,21 @@ class Services {
   enum class ProfileColours { Rgb, Cmyk };
   Status CheckProfile(const std::string& path, ProfileColours colours);
 
-  // --- Work ahead. What is announced here may be worked on by other threads before it is asked for; CropToFile and
-  // ImageInfo take a finished answer only when it is for exactly that work on that unchanged file. A new announcement
-  // replaces the old one; work that no longer stands in it is thrown away. Where it hangs on a disk that does not
-  // answer for half a minute, the operation that waits for it fails with Stopped and host::kDiskUnresponsive.
-  void PlanCrops(const std::vector<CropRequest>& upcoming);
+  // --- Prefetching. What is planned here may be worked on by other threads before it is asked for. A finished answer
+  // is handed out only for exactly that work on that unchanged source. A new plan replaces the old one, and what no
+  // longer stands in it is thrown away. If a disk does not answer for half a minute, the call that waits for it fails
+  // with Stopped and host::kDiskUnresponsive.
+  //
+  // CropToFile, CropToGif and ImageInfo use what was prefetched by themselves; a crop to gif is planned as CropToGif
+  // reads its request (see AsGif). Other work is asked for by PopPrefetched.
+  void PlanWork(const std::vector<FileWork>& upcoming);
   void PlanMeasures(std::vector<std::string> upcoming);
+  // The outputs of work, each as bytes, in the order of its steps; nothing unless it was planned and has succeeded, on
+  // a source that is unchanged. Waits for work that is under way. Stopped: the wait was given up.
+  using PrefetchedFiles = std::vector<std::string>;
+  Status PopPrefetched(const FileWork& work, std::optional<PrefetchedFiles>& files);
+  // Saves one of them under its destination.
+  Status SavePrefetched(const std::string& content, const std::string& path, Encoder encoder);
 
  private:
   Status CropUnder(const CropRequest& request, const Overlay& overlay);

@@ -5,12 +5,10 @@
 #include <optional>
 #include <utility>
 
-#include "base/path_text.h"
-#include "base/rounding.h"
 #include "host/files/files.h"
 #include "imaging/crop/crop_window.h"
+#include "imaging/crop/picture_steps.h"
 #include "imaging/limits.h"
-#include "imaging/metadata/exif_block.h"
 #include "imaging/pixels/colours.h"
 #include "imaging/pixels/geometry.h"
 #include "imaging/services.h"
@@ -19,48 +17,9 @@
 namespace quillon::imaging {
 namespace {
 
-using host::Problem;
 using vips::VImage;
 
 constexpr int kLargestPreview = 6000;
-
-// EXIF and orientation from the file that the request names for them, as far as it can be read.
-void CopyTags(const host::Files& files, const Limits& limits, const CropRequest& request, PictureTags& tags) {
-  if (!request.tagSource.empty()) {
-    OpenedPicture named;
-    const Status opened =
-        Guarded(fault::DamagedPicture(), [&] { return OpenPicture(files, request.tagSource, limits, {}, named); });
-    if (opened) {
-      tags.exif = named.tags.exif;
-      tags.orientation = named.tags.orientation;
-    }
-  }
-  if (!request.upright) return;
-  tags.exif = UprightExif(tags.exif);
-  tags.orientation = 1;
-}
-
-// Cuts rect out of the source row by row and encodes it on a canvas of 8 bits a sample; CMYK only stays where the
-// format can hold it. What is left of a stream is read to its end, so that damage below the cut is found.
-Status CropThrough(const host::Files& files, const Limits& limits, const CropRequest& request, host::Draft& draft) {
-  OpenedPicture opened;
-  Status status = Guarded(fault::DamagedPicture(), [&] {
-    if (Status open = OpenPicture(files, request.source, limits, {}, opened); !open) return open;
-    const base::Size& size = opened.original;
-    // Where the cut misses the picture, one row of it still tells the kind of pixels.
-    base::Rect seen = Intersection(request.rect, {0, 0, size.width, size.height});
-    if (seen.Empty()) seen.height = 1;
-    Picture cut;
-    cut.tags = opened.tags;
-    CopyTags(files, limits, request, cut.tags);
-    if (Status take = ReadRows(opened, seen.top, seen.height, cut.pixels); !take) return take;
-    base::Rect rect = request.rect;
-    rect.top -= seen.top;
-    Status written = EncodeWindow(std::move(cut), rect, request, draft);
-    return written ? CheckRemainingRows(opened) : written;
-  });
-  return ReadStatus(opened, status);
-}
 
 }  // namespace
 
@@ -74,38 +33,27 @@ Status Services::Parts::SaveCut(const CropRequest& request, const std::function<
 }
 
 Status Services::CropToFile(const CropRequest& request) {
-  const host::Files& files = parts_->files;
-  if (Status status = CheckCrop(files, request, parts_->limits); !status) return status;
-  std::optional<std::string> ready;
-  if (parts_->ahead) {
-    const Status waited = parts_->ahead->PopCrop(request, parts_->hooks.idle, ready);
-    if (!waited) return waited;
-  }
+  if (Status status = CheckCrop(parts_->files, request, parts_->limits); !status) return status;
+  std::optional<PrefetchedFiles> ready;
+  if (Status waited = PopPrefetched({{request}}, ready); !waited) return waited;
+  return parts_->SaveCut(request, [&](host::Draft& draft) {
+    if (!ready) return MakeCrop(parts_->Input(), request, draft);
+    Status status = draft.Write(ready->front().data(), ready->front().size());
+    return status ? CheckOutput(request.encoder, draft) : status;
+  });
+}
 
-  bool direct = IsDirect(request);
-  const auto fill = [&](host::Draft& draft) {
-    if (ready) {
-      Status status = draft.Write(ready->data(), ready->size());
-      return status ? CheckOutput(Encoder::Jpeg, draft) : status;
-    }
-    if (direct) {
-      Status status = CropJpeg(request, parts_->limits, draft);
-      if (status || status.GetProblem() != Problem::Unsupported || draft.Size() > 0) return status;
-      direct = false;
-    }
-    return CropThrough(files, parts_->limits, request, draft);
-  };
-  return parts_->SaveCut(request, fill);
+CropRequest Services::AsGif(CropRequest request) {
+  request.encoder = Encoder::Gif;
+  request.alpha = Alpha::Kept;
+  return request;
 }
 
 Status Services::CropToGif(const CropRequest& request, const std::optional<Overlay>& overlay) {
-  if (Status status = CheckCrop(parts_->files, request, parts_->limits); !status) return status;
-  CropRequest gif = request;
-  gif.encoder = Encoder::Gif;
-  gif.alpha = Alpha::Kept;
-  if (overlay) return CropUnder(gif, *overlay);
-  return parts_->SaveCut(request,
-                         [&](host::Draft& draft) { return CropThrough(parts_->files, parts_->limits, gif, draft); });
+  const CropRequest gif = AsGif(request);
+  if (!overlay) return CropToFile(gif);
+  if (Status status = CheckCrop(parts_->files, gif, parts_->limits); !status) return status;
+  return CropUnder(gif, *overlay);
 }
 
 // In memory, where a gif is held whole anyway to choose its colours.
@@ -117,7 +65,7 @@ Status Services::CropUnder(const CropRequest& request, const Overlay& overlay) {
   Status status = OnPicture(cut, [&](Picture& picture) {
     picture = Displayed(picture);
     picture.pixels = AsRgb(CropOrPad(picture.pixels, request.rect, base::kWhite));
-    return parts_->Materialize(picture.pixels);
+    return Materialize(picture.pixels, parts_->limits);
   });
   const base::Rect place{overlay.left, overlay.top, GetImageWidth(above), GetImageHeight(above)};
   if (status) status = DrawImage(cut, above, place);
@@ -128,53 +76,15 @@ Status Services::CropUnder(const CropRequest& request, const Overlay& overlay) {
 }
 
 Status Services::AddBoardToFile(const BorderRequest& request) {
-  const base::Size drawn{base::R(request.drawn.width * request.scale), base::R(request.drawn.height * request.scale)};
-  const base::Size& total = request.total;
-  if (drawn.Empty() || total.Empty()) return fault::NoSize();
-  if (!WithinLimits(drawn.width, drawn.height, parts_->limits) ||
-      !WithinLimits(total.width, total.height, parts_->limits)) {
-    return fault::SidesTooLarge();
-  }
-  Picture picture;
-  if (Status status = parts_->Load(request.source, picture); !status) return status;
-  Status status = Guarded(fault::DamagedPicture(), [&] {
-    VImage pixels = EightBit(Flattened(picture.pixels, request.colour));
-    if (!request.image.Empty())
-      pixels = CropOrPad(pixels, {0, 0, request.image.width, request.image.height}, request.colour);
-    pixels = Turned(pixels, request.rotation, request.colour);
-    if (Status held = parts_->Materialize(pixels); !held) return held;
-    pixels = Scaled(pixels, drawn);
-    picture.pixels = CropOrPad(pixels, {-request.offsetX, -request.offsetY, total.width, total.height}, request.colour);
-    return Status::Ok();
-  });
-  if (!status) return status;
-  if (request.dpi > 0) picture.tags.dpi = request.dpi;
-  if (request.rotation != 0) {
-    picture.tags.orientation = 1;
-    picture.tags.exif = UprightExif(picture.tags.exif);
-  }
-  if (!ProfileFits(picture.tags.profile, picture.pixels)) picture.tags.profile.clear();
-  EncodeOptions options{.quality = request.quality, .exif = request.exif};
-  options.encoder = EncoderFor(base::SplitPath(request.destination).extension);
-  return parts_->Save(request.destination, [&](host::Draft& draft) { return EncodePicture(picture, options, draft); });
+  Picture bordered;
+  if (Status drawn = DrawBorder(parts_->Input(), request, bordered); !drawn) return drawn;
+  return parts_->Save(request.destination, [&](host::Draft& draft) { return EncodeBorder(bordered, request, draft); });
 }
 
 Status Services::ZoomPic(const std::string& source, const std::string& destination, int width, int height, Exif exif) {
-  if (width < 1 || height < 1) return fault::NoSize();
-  if (!WithinLimits(width, height, parts_->limits)) return fault::SidesTooLarge();
-  EncodeOptions options{.quality = 98, .exif = exif};
-  options.encoder = EncoderFor(base::SplitPath(destination).extension);
-  return parts_->Save(destination, [&](host::Draft& draft) {
-    OpenedPicture opened;
-    Status status = Guarded(fault::DamagedPicture(), [&] {
-      if (Status open = OpenPicture(parts_->files, source, parts_->limits, {}, opened); !open) return open;
-      Picture picture;
-      if (Status take = ReadWhole(opened, picture); !take) return take;
-      picture.pixels = Scaled(picture.pixels, {width, height});
-      return EncodePicture(picture, options, draft);
-    });
-    return ReadStatus(opened, status);
-  });
+  const ZoomRequest request{source, destination, {width, height}, exif};
+  if (Status fits = CheckZoom(request, parts_->limits); !fits) return fits;
+  return parts_->Save(destination, [&](host::Draft& draft) { return MakeZoom(parts_->Input(), request, draft); });
 }
 
 Status Services::LoadPreview(const std::string& path, base::Size limit, Preview& out) {

@@ -8,6 +8,7 @@
 
 #include "imaging/codecs/encode.h"
 #include "imaging/codecs/open_picture.h"
+#include "imaging/crop/file_requests.h"
 #include "imaging/measure/measure.h"
 #include "imaging/pixels/picture.h"
 #include "imaging/prefetch/prefetcher.h"
@@ -24,25 +25,17 @@ struct Services::Parts {
   Status SaveCut(const CropRequest& request, const std::function<Status(host::Draft&)>& fill);
   Status SavePicture(const Image& image, const std::string& path, const EncodeOptions& options);
 
-  // Decodes a picture whole.
-  Status Load(const std::string& path, Picture& out);
-  // Pixels computed and held, so that later work and a second save need not do it again.
-  Status Materialize(vips::VImage& pixels);
+  PictureInput Input() const { return {files, limits}; }
 
-  // Turns on the work ahead at its first use.
+  // The prefetcher starts at its first use.
   Prefetcher& StartPrefetcher();
 
   host::Files& files;
   std::string clipBoardPath;
   WaitHooks hooks;
   Limits limits;
-  std::shared_ptr<Measurer> measurer;  // also of a thread ahead that hangs
-  std::unique_ptr<Prefetcher> ahead;   // last: it works with the others
+  std::shared_ptr<Measurer> measurer;      // also of a prefetch thread that hangs
+  std::unique_ptr<Prefetcher> prefetcher;  // last: it works with the others
 };
-
-// Whether the JPEG path may take a cut, if its source is one.
-inline bool IsDirect(const CropRequest& request) {
-  return request.encoder == Encoder::Jpeg && request.tagSource.empty() && !request.upright;
-}
 
 }  // namespace quillon::imaging

@@ -5,7 +5,6 @@
 #include <optional>
 
 #include "imaging/codecs/encode.h"
-#include "imaging/jpeg/jpeg_cut.h"
 #include "imaging/limits.h"
 #include "imaging/pixels/colours.h"
 #include "imaging/pixels/geometry.h"
@@ -27,10 +26,8 @@ Status EncodeWindow(Picture picture, base::Rect rect, const CropRequest& request
   return EncodePicture(picture, {request.encoder, request.quality, false, request.exif}, draft);
 }
 
-Status CropJpeg(const CropRequest& request, const Limits& limits, host::Draft& draft, const JpegPixels* decoded) {
+Status CropJpeg(const CropRequest& request, const Limits& limits, host::Draft& draft, const JpegCutControl& control) {
   const auto sink = [&](const void* data, std::size_t size) { return draft.Write(data, size); };
-  JpegCutControl control;
-  control.decoded = decoded;
   const Status cut =
       CutJpeg(request.source, request.rect, request.quality, request.dpi, request.exif, limits, sink, control);
   return cut ? CheckOutput(Encoder::Jpeg, draft) : cut;

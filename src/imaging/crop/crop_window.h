@@ -3,7 +3,7 @@
 #pragma once
 
 #include "host/files/files.h"
-#include "imaging/jpeg/jpeg_pixels.h"
+#include "imaging/jpeg/jpeg_cut.h"
 #include "imaging/limits.h"
 #include "imaging/pixels/picture.h"
 #include "imaging/types.h"
@@ -20,8 +20,7 @@ Status CheckCrop(const host::Files& files, const CropRequest& request, const Lim
 Status EncodeWindow(Picture picture, base::Rect rect, const CropRequest& request, host::Draft& draft);
 
 // Cuts a JPEG to a JPEG (see CutJpeg) into a draft, and checks what was written.
-// decoded are the pixels of the source if the caller has them already; see JpegCutControl.
 Status CropJpeg(const CropRequest& request, const Limits& limits, host::Draft& draft,
-                const JpegPixels* decoded = nullptr);
+                const JpegCutControl& control = {});
 
 }  // namespace quillon::imaging

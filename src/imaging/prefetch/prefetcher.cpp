@@ -1,24 +1,412 @@
 // SPDX-FileCopyrightText: 2026 The Quillon developers
 // SPDX-License-Identifier: GPL-3.0-or-later
+// How the prefetcher works. The caller, which runs over files in order, plans the work of the next files again and
+// again; the engine keeps what stands in the old plan and the new one. Its threads, one for each core, look for the
+// next work that memory has room for, do it into drafts in memory and leave it there as Done. The caller pops the work
+// of the file that it has reached: if it is not done yet the caller waits, with turns of its pump, and if it never will
+// be, the caller does it by itself. All state is guarded by one mutex, which is given away while a thread works or
+// waits.
+//
+// What makes a result usable is that nothing but the work and its source decide on it: the work is compared as a whole,
+// and the facts of the source are read before, after and when the result is popped.
+//
+// A disk may stop answering in the middle of a read, and no call can end such a read. So each read is counted at its
+// begin and its end; a waiting caller sees a count that stays odd for too long, abandons that thread, and starts
+// another one in its place. The abandoned thread owns everything it may still touch. It ends by itself if its read
+// returns.
 #include "imaging/prefetch/prefetcher.h"
 
+#include <chrono>
+#include <condition_variable>
+#include <mutex>
 #include <utility>
 
-#include "imaging/prefetch/prefetch_engine.h"
+#include "host/background_call.h"
+#include "host/files/file_stamp.h"
+#include "imaging/prefetch/prefetch_parts.h"
 
 namespace quillon::imaging {
+namespace {
 
-Prefetcher::Prefetcher(host::Files& files, CropWork crop, MeasureWork measure, Bounds bounds)
-    : engine_(std::make_shared<Engine>(files, std::move(crop), std::move(measure), std::move(bounds))) {}
+using host::Problem;
+
+constexpr auto kPumpInterval = std::chrono::milliseconds(4);
+// How long a read is waited for that stands in the way of an end, in seconds.
+constexpr double kLastSecond = 1;
+
+Status DiskSilent() { return {Problem::Stopped, host::kDiskUnresponsive}; }
+
+double SystemSeconds() {
+  return std::chrono::duration<double>(std::chrono::steady_clock::now().time_since_epoch()).count();
+}
+
+Prefetcher::Bounds WithClock(Prefetcher::Bounds bounds) {
+  if (!bounds.seconds) bounds.seconds = SystemSeconds;
+  return bounds;
+}
+
+}  // namespace
+
+// Brings the plan, the threads and the memory together under one mutex. Its threads own it too: one that hung may come
+// back when nobody else is left.
+class Prefetcher::Engine : public std::enable_shared_from_this<Engine> {
+ public:
+  Engine(host::Files& files, Worker worker, Measurement measurement, Bounds bounds)
+      : files_(files),
+        worker_(std::move(worker)),
+        measurement_(std::move(measurement)),
+        bounds_(WithClock(std::move(bounds))),
+        plan_(bounds_.planned),
+        memory_(bounds_.results, bounds_.working),
+        threads_(bounds_.threads) {}
+
+  // As the operations of Prefetcher; End is its destruction.
+  void PlanWork(const std::vector<FileWork>& upcoming);
+  void PlanMeasures(std::vector<std::string> upcoming);
+  Status Pop(const FileWork& work, const std::function<void()>& pump, std::optional<std::vector<std::string>>& outputs);
+  Status AwaitMeasure(const std::string& path, const std::function<void()>& pump);
+  void End();
+
+ private:
+  using Lock = std::unique_lock<std::mutex>;
+  using State = PrefetchWork::State;
+
+  // --- Of the caller's thread; all but WaitUntil, which gives the lock away meanwhile, hold it.
+  void StartThreads();
+  template <class Condition>
+  Status WaitUntil(Lock& lock, const std::function<void()>& pump, PrefetchTask& task, Condition condition);
+  bool NoLongerComes(const PrefetchWork& work) const;
+  template <class Act>
+  void ForEachTask(Act act);
+  void Abandon(double now, double silence);
+
+  // --- Of both; they hold the lock.
+  void DropAll(const PrefetchWorks& works);
+  void Drop(PrefetchWork& work);
+  void ForgetResults(PrefetchWork& work);
+  void EndWork(const PrefetchWorkPtr& work, State state);
+  void EndMeasure();
+
+  // --- Of the working threads; those that are given the lock let it go while they work.
+  void Run();
+  void StatSize(Lock& lock, const PrefetchWorkPtr& work);
+  void RunWork(Lock& lock, const PrefetchWorkPtr& work);
+  PrefetchMeasurePtr RunMeasure(Lock& lock);
+  void BeginWork(const PrefetchWorkPtr& work);
+  static void Begin(PrefetchTask& task);
+  std::optional<host::FileFacts> StatSource(PrefetchWork& work) const;
+  bool Do(PrefetchWork& work);
+  host::Draft& AddDraft(PrefetchWork& work);
+  Status Grow(PrefetchWork& work, std::int64_t bytes);
+  bool Admit(PrefetchWork& work, std::int64_t working, std::int64_t results);
+
+  host::Files& files_;
+  const Worker worker_;
+  const Measurement measurement_;
+  const Bounds bounds_;
+
+  std::mutex mutex_;
+  std::condition_variable wake_;      // there may be work
+  std::condition_variable finished_;  // something is done or dropped
+  bool ending_ = false;
+  PrefetchPlan plan_;
+  PrefetchMemory memory_;
+  PrefetchThreads threads_;
+  PrefetchWorks busy_;            // that a thread works on, also when they are no longer planned
+  PrefetchMeasurePtr measuring_;  // one at a time, since the library for it does not gain by more
+};
+
+// --- The caller's side: plans, waits, and what is done about reads that hang.
+
+void Prefetcher::Engine::End() {
+  {
+    Lock lock(mutex_);
+    ending_ = true;
+    DropAll(plan_.Clear());
+    wake_.notify_all();
+    // The clock of the waits may be another one.
+    ForEachTask([](PrefetchTask& task) { task.seen = 0; });
+    while (!finished_.wait_for(lock, kPumpInterval, [&] { return threads_.AllEnded(); })) {
+      Abandon(SystemSeconds(), kLastSecond);
+    }
+  }
+  threads_.Join();
+}
+
+void Prefetcher::Engine::PlanWork(const std::vector<FileWork>& upcoming) {
+  {
+    const std::lock_guard lock(mutex_);
+    DropAll(plan_.Replace(upcoming));
+    if (plan_.HasWork()) StartThreads();
+  }
+  wake_.notify_all();
+  finished_.notify_all();
+}
+
+void Prefetcher::Engine::PlanMeasures(std::vector<std::string> upcoming) {
+  {
+    const std::lock_guard lock(mutex_);
+    plan_.ReplaceMeasures(std::move(upcoming));
+    if (plan_.HasMeasures()) StartThreads();
+  }
+  wake_.notify_all();
+}
+
+Status Prefetcher::Engine::Pop(const FileWork& wanted, const std::function<void()>& pump,
+                               std::optional<std::vector<std::string>>& outputs) {
+  outputs.reset();
+  Lock lock(mutex_);
+  if (plan_.Silent(wanted.Source())) return DiskSilent();
+  const PrefetchWorkPtr work = plan_.Find(wanted);
+  if (!work) return Status::Ok();
+  work->awaited = true;
+  wake_.notify_all();
+  const Status waited =
+      WaitUntil(lock, pump, *work, [&] { return work->state == State::Done || NoLongerComes(*work); });
+  if (!waited) Drop(*work);
+  plan_.Remove(work);
+  if (work->dropped || work->state != State::Done) return waited;
+  memory_.ForgetResults(*work);
+  lock.unlock();
+  wake_.notify_all();
+  const std::optional<host::FileFacts> now = files_.Stat(wanted.Source());
+  if (!now || !work->before || !Unchanged(*now, *work->before)) return Status::Ok();
+  outputs.emplace();
+  for (const std::unique_ptr<MemoryDraft>& draft : work->drafts) outputs->push_back(draft->Release());
+  return Status::Ok();
+}
+
+// Results that wait to be popped after this work may hold the memory that it needs.
+bool Prefetcher::Engine::NoLongerComes(const PrefetchWork& work) const {
+  return work.dropped || work.state == State::Failed || (work.state == State::Waiting && memory_.WaitsForPop(work));
+}
+
+Status Prefetcher::Engine::AwaitMeasure(const std::string& path, const std::function<void()>& pump) {
+  Lock lock(mutex_);
+  if (plan_.Silent(path)) return DiskSilent();
+  plan_.RemoveMeasure(path);
+  const PrefetchMeasurePtr measuring = measuring_;
+  if (!measuring || measuring->path != path) return Status::Ok();
+  return WaitUntil(lock, pump, *measuring, [&] { return !measuring->busy; });
+}
+
+// Threads are started with the first plan, so that a program that never plans has none.
+// If not even one can be started, nothing is planned.
+void Prefetcher::Engine::StartThreads() {
+  if (!threads_.Start([self = shared_from_this()] { self->Run(); })) DropAll(plan_.Clear());
+}
+
+// Stopped if the wait for task was given up before the condition held.
+template <class Condition>
+Status Prefetcher::Engine::WaitUntil(Lock& lock, const std::function<void()>& pump, PrefetchTask& task,
+                                     Condition condition) {
+  const double began = bounds_.seconds();
+  while (!task.abandoned && !finished_.wait_for(lock, kPumpInterval, condition)) {
+    lock.unlock();
+    if (pump) pump();
+    const bool stopped = bounds_.stopped && bounds_.stopped();
+    lock.lock();
+    const double now = bounds_.seconds();
+    Abandon(now, host::kDiskTimeoutSeconds);
+    if (task.abandoned) break;
+    // What is not begun may wait for others that hang.
+    const double still = task.busy ? task.SilentFor(now) : now - began;
+    if (stopped && still >= kLastSecond && !condition()) return {Problem::Stopped, "已停止"};
+  }
+  return task.abandoned ? DiskSilent() : Status::Ok();
+}
+
+template <class Act>
+void Prefetcher::Engine::ForEachTask(Act act) {
+  for (const PrefetchWorkPtr& work : busy_) act(*work);
+  if (measuring_) act(*measuring_);
+}
+
+// Gives up the threads whose read has not come back for so long; others take their place.
+void Prefetcher::Engine::Abandon(double now, double silence) {
+  bool any = false;
+  ForEachTask([&](PrefetchTask& task) {
+    if (task.SilentFor(now) < silence) return;
+    threads_.Abandon(task);
+    any = true;
+  });
+  if (!any) return;
+  for (const PrefetchWorkPtr& work : PrefetchWorks(busy_)) {
+    if (!work->abandoned) continue;
+    Drop(*work);
+    EndWork(work, State::Failed);
+    memory_.ForgetResults(*work);
+    DropAll(plan_.FallSilent(work->work.Source()));
+  }
+  if (measuring_ && measuring_->abandoned) {
+    DropAll(plan_.FallSilent(measuring_->path));
+    EndMeasure();
+  }
+  if (!ending_) StartThreads();
+}
+
+void Prefetcher::Engine::DropAll(const PrefetchWorks& works) {
+  for (const PrefetchWorkPtr& work : works) Drop(*work);
+}
+
+void Prefetcher::Engine::Drop(PrefetchWork& work) {
+  work.dropped = true;
+  work.stop.request_stop();
+  if (work.state == State::Done) ForgetResults(work);
+}
+
+void Prefetcher::Engine::ForgetResults(PrefetchWork& work) {
+  memory_.ForgetResults(work);
+  work.drafts.clear();
+}
+
+// --- The threads' side.
+
+// A thread that finds its task abandoned has been replaced; here its disk has answered in the end.
+void Prefetcher::Engine::Run() {
+  Lock lock(mutex_);
+  while (!ending_) {
+    if (const PrefetchWorkPtr work = plan_.Next(memory_)) {
+      if (plan_.SizeWanted(work)) {
+        StatSize(lock, work);
+      } else {
+        RunWork(lock, work);
+      }
+      if (work->abandoned) return plan_.Answer(work->work.Source());
+    } else if (plan_.HasMeasures() && !measuring_) {
+      const PrefetchMeasurePtr measuring = RunMeasure(lock);
+      if (measuring->abandoned) return plan_.Answer(measuring->path);
+    } else {
+      wake_.wait(lock);
+    }
+  }
+  threads_.CountEnded();
+  finished_.notify_all();
+}
+
+void Prefetcher::Engine::Begin(PrefetchTask& task) {
+  task.busy = true;
+  task.thread = std::this_thread::get_id();
+}
+
+void Prefetcher::Engine::BeginWork(const PrefetchWorkPtr& work) {
+  Begin(*work);
+  work->state = State::Busy;
+  busy_.push_back(work);
+}
+
+void Prefetcher::Engine::EndWork(const PrefetchWorkPtr& work, State state) {
+  work->busy = false;
+  work->state = state;
+  std::erase(busy_, work);
+  memory_.End(*work);
+  wake_.notify_all();
+  finished_.notify_all();
+}
+
+void Prefetcher::Engine::StatSize(Lock& lock, const PrefetchWorkPtr& work) {
+  BeginWork(work);
+  lock.unlock();
+  const std::optional<host::FileFacts> source = StatSource(*work);
+  lock.lock();
+  if (work->abandoned) return;
+  work->sourceSize = source ? source->size : 0;
+  EndWork(work, State::Waiting);
+}
+
+void Prefetcher::Engine::RunWork(Lock& lock, const PrefetchWorkPtr& work) {
+  BeginWork(work);
+  work->alone = plan_.Count() == 1;
+  memory_.Begin(*work);
+  lock.unlock();
+  const bool done = Do(*work);
+  lock.lock();
+  if (work->abandoned) return;
+  const bool again = !done && memory_.MayFitLater(*work);
+  if (done) memory_.Expect(*work);
+  if (!done || work->dropped) ForgetResults(*work);
+  EndWork(work, done ? State::Done : again ? State::Waiting : State::Failed);
+}
+
+std::optional<host::FileFacts> Prefetcher::Engine::StatSource(PrefetchWork& work) const {
+  ++work.reads;
+  const std::optional<host::FileFacts> facts = files_.Stat(work.work.Source());
+  ++work.reads;
+  return facts;
+}
+
+// Outside the lock. True when the results are whole and of a file that stayed as it was.
+bool Prefetcher::Engine::Do(PrefetchWork& work) {
+  work.before = StatSource(work);
+  if (!work.before || work.before->kind != host::FileKind::File || work.stop.stop_requested()) return false;
+  const Job job{work.work,
+                work.stop.get_token(),
+                [&]() -> host::Draft& { return AddDraft(work); },
+                [&](std::int64_t working, std::int64_t results) { return Admit(work, working, results); },
+                work.reads,
+                work.alone};
+  try {
+    if (!worker_(job) || work.stop.stop_requested()) return false;
+  } catch (...) {
+    return false;
+  }
+  const std::optional<host::FileFacts> after = StatSource(work);
+  return after && Unchanged(*work.before, *after);
+}
+
+host::Draft& Prefetcher::Engine::AddDraft(PrefetchWork& work) {
+  work.drafts.push_back(std::make_unique<MemoryDraft>([this, &work](std::int64_t bytes) { return Grow(work, bytes); }));
+  return *work.drafts.back();
+}
+
+Status Prefetcher::Engine::Grow(PrefetchWork& work, std::int64_t bytes) {
+  const std::lock_guard lock(mutex_);
+  const bool grows = !work.dropped && memory_.Grow(work, bytes);
+  return grows ? Status::Ok() : Status(Problem::Stopped, "已停止");
+}
+
+bool Prefetcher::Engine::Admit(PrefetchWork& work, std::int64_t working, std::int64_t results) {
+  const std::lock_guard lock(mutex_);
+  return !work.dropped && memory_.Admit(work, working, results);
+}
+
+// All of a measurement counts as one read: it takes long for no other reason.
+PrefetchMeasurePtr Prefetcher::Engine::RunMeasure(Lock& lock) {
+  const auto measuring = std::make_shared<PrefetchMeasure>();
+  measuring->path = plan_.PopMeasure();
+  measuring->reads = 1;
+  Begin(*measuring);
+  measuring_ = measuring;
+  lock.unlock();
+  try {
+    measurement_(measuring->path);
+  } catch (...) {
+    // The caller measures again and sees for itself.
+  }
+  lock.lock();
+  if (!measuring->abandoned) EndMeasure();
+  return measuring;
+}
+
+void Prefetcher::Engine::EndMeasure() {
+  measuring_->busy = false;
+  measuring_.reset();
+  finished_.notify_all();
+}
+
+// --- The face.
+
+Prefetcher::Prefetcher(host::Files& files, Worker worker, Measurement measurement, Bounds bounds)
+    : engine_(std::make_shared<Engine>(files, std::move(worker), std::move(measurement), std::move(bounds))) {}
 
 Prefetcher::~Prefetcher() { engine_->End(); }
 
-void Prefetcher::PlanCrops(const std::vector<CropRequest>& upcoming) { engine_->PlanCrops(upcoming); }
+void Prefetcher::PlanWork(const std::vector<FileWork>& upcoming) { engine_->PlanWork(upcoming); }
 void Prefetcher::PlanMeasures(std::vector<std::string> upcoming) { engine_->PlanMeasures(std::move(upcoming)); }
 
-Status Prefetcher::PopCrop(const CropRequest& request, const std::function<void()>& pump,
-                           std::optional<std::string>& bytes) {
-  return engine_->PopCrop(request, pump, bytes);
+Status Prefetcher::Pop(const FileWork& work, const std::function<void()>& pump,
+                       std::optional<std::vector<std::string>>& outputs) {
+  return engine_->Pop(work, pump, outputs);
 }
 
 Status Prefetcher::AwaitMeasure(const std::string& path, const std::function<void()>& pump) {

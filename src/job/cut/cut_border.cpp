@@ -40,14 +40,13 @@ void PlaceWhole(imaging::BorderRequest& request, const Board& board) {
 // Where the picture lies in its border. Without a fixed cut the frame is the cut itself, whatever TFixWH holds, and the
 // border lies around it; a fixed cut is fitted into its size. A turned picture of presets 3 and 4 lies across, and
 // without ChMode1 its border is turned with it.
-void PlacePicture(const CutFile& file, const Board& board, imaging::BorderRequest& request) {
+void PlacePicture(const CutFile& file, const Board& board, Turned turned, imaging::BorderRequest& request) {
   const CutSettings& options = file.settings;
   if (options.frameOnly || !options.geometry.ChFixCut) {
     PlaceWhole(request, board);
     return;
   }
-  const bool turned = file.RestoreAngle != 0 || file.program.flags.ImageRotated;
-  if (turned && (options.preset == kPresetC || options.preset == kPresetD)) {
+  if (turned == Turned::Yes && (options.preset == kPresetC || options.preset == kPresetD)) {
     const Extend extend = options.extendRight ? Extend::Right : Extend::Bottom;
     request.total = ExtendedSize(extend, options.geometry.FixW, options.geometry.FixH, board);
     const bool right = extend == Extend::Right;
@@ -68,17 +67,8 @@ Status OnCanvas(base::Size size, Status status) {
 }
 
 Status DrawBorder(CutFile& file, const std::string& destination) {
-  const CutSettings& options = file.settings;
-  const BoardResolution resolution = ResolutionFor(file);
-  imaging::BorderRequest request;
-  request.source = options.frameOnly ? file.Src : file.latestFile;
-  request.destination = destination;
-  request.image = options.frameOnly ? base::Size{file.W, file.H} : file.latestSize;
-  request.quality = options.quality;
-  request.dpi = options.dpi;
-  request.colour = options.boardColour;
-  request.exif = file.ExifWish();
-  PlacePicture(file, BoardPixels(options.boardMm, resolution.dpi, resolution.k), request);
+  const bool turned = file.RestoreAngle != 0 || file.program.flags.ImageRotated;
+  const imaging::BorderRequest request = BorderFor(file, destination, turned ? Turned::Yes : Turned::No);
   file.latestSize = request.total;
   return OnCanvas(request.total,
                   file.program.saver.Save(destination, [&] { return file.program.images.AddBoardToFile(request); }));
@@ -107,12 +97,30 @@ Status PadToSize(CutFile& file, const std::string& destination) {
 
 }  // namespace
 
+imaging::BorderRequest BorderFor(CutFile& file, const std::string& destination, Turned turned) {
+  const CutSettings& options = file.settings;
+  const BoardResolution resolution = ResolutionFor(file);
+  imaging::BorderRequest request;
+  request.source = options.frameOnly ? file.Src : file.latestFile;
+  request.destination = destination;
+  request.image = options.frameOnly ? base::Size{file.W, file.H} : file.latestSize;
+  request.quality = options.quality;
+  request.dpi = options.dpi;
+  request.colour = options.boardColour;
+  request.exif = file.ExifWish();
+  PlacePicture(file, BoardPixels(options.boardMm, resolution.dpi, resolution.k), turned, request);
+  return request;
+}
+
+void WhitenPaddedBoard(CutFile& file) {
+  if (!file.settings.padToSize) return;
+  file.program.fBaseOpt.PBoardColor.Set(base::kWhite);
+  file.settings.boardColour = base::kWhite;
+}
+
 Step AddBorder(CutFile& file) {
-  CutSettings& options = file.settings;
-  if (options.padToSize) {
-    file.program.fBaseOpt.PBoardColor.Set(base::kWhite);
-    options.boardColour = base::kWhite;
-  }
+  const CutSettings& options = file.settings;
+  WhitenPaddedBoard(file);
   if (!options.addBoard) {
     return options.frameOnly ? Fail(file, "仅边框模式没有启用“裁剪后加边框”，没有输出") : Step::Next;
   }

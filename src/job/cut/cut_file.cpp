@@ -3,9 +3,11 @@
 #include "job/cut/cut_file.h"
 
 #include <algorithm>
+#include <span>
 #include <utility>
 
 #include "base/path_text.h"
+#include "job/cut/cut_plan.h"
 #include "job/cut/cut_steps.h"
 #include "job/cut/output_name.h"
 
@@ -17,11 +19,31 @@ constexpr int kWorkFileQuality = 98;
 // there are more than these, none is that large.
 constexpr std::size_t kMostForeseen = 100'000;
 
-constexpr Step (*kSteps[])(CutFile&) = {
-    MeasureSource, PassOverSmall, KeepExifSource, PassOverFolder, ZoomBeforeCut, RotateBeforeCut, NameOutput,
-    AskForFrame,   FindRectangle, MakeCut,        StopHere,       SplitCut,      AddBorder,       ConvertToCmyk,
-    CopyExif,      MakePdf,       Deliver,        RemoveSource,   PlaceOnSheet,
-};
+// The steps of one file, in their order. Those of kPictureSteps give way to work that was prefetched.
+using StepFunction = Step (*)(CutFile&);
+constexpr StepFunction kFirstSteps[] = {MeasureSource, PassOverSmall, KeepExifSource, PassOverFolder};
+constexpr StepFunction kPictureSteps[] = {ZoomBeforeCut, RotateBeforeCut, NameOutput, AskForFrame, FindRectangle,
+                                          MakeCut,       StopHere,        SplitCut,   AddBorder};
+constexpr StepFunction kLastSteps[] = {ConvertToCmyk, CopyExif, MakePdf, Deliver, RemoveSource, PlaceOnSheet};
+
+Step RunSteps(CutFile& file, std::span<const StepFunction> steps) {
+  for (const StepFunction step : steps) {
+    if (step(file) == Step::FileDone) return Step::FileDone;
+  }
+  return Step::Next;
+}
+
+Step MakePicture(CutFile& file) {
+  switch (UsePrefetched(file)) {
+    case Prefetched::Used:
+      return Step::Next;
+    case Prefetched::FileDone:
+      return Step::FileDone;
+    case Prefetched::None:
+      break;
+  }
+  return RunSteps(file, kPictureSteps);
+}
 
 }  // namespace
 
@@ -99,9 +121,9 @@ FileResult CutOneFile(CutRun& run, std::size_t row, const std::string& path) {
 
   CutFile file(run, row, path);
   file.result = {row, path, "", Result::None, ""};
-  for (const auto step : kSteps) {
-    if (step(file) == Step::FileDone) return file.result;
-  }
+  const bool through = RunSteps(file, kFirstSteps) == Step::Next && MakePicture(file) == Step::Next &&
+                       RunSteps(file, kLastSteps) == Step::Next;
+  if (!through) return file.result;
   flags.ImageRotated = false;
   file.result.result = Result::Written;
   return file.result;

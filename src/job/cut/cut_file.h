@@ -45,8 +45,9 @@ struct CutFile {
   std::string exifSource;  // the file whose Exif goes to the output
   int W = 0;
   int H = 0;
-  host::Status measured;  // why Src has no size
-  imaging::Image Work;    // the turned picture, once it was turned
+  host::Status measured;     // why Src has no size
+  imaging::Image Work;       // the turned picture, once it was turned
+  bool turnedFirst = false;  // by CmbRotate, so that the cut is made of Work
   double RestoreAngle = 0;
   base::Rect rect;
   Overhang overhang;

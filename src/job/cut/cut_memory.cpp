@@ -12,8 +12,6 @@ namespace {
 
 using host::Status;
 
-constexpr int kThresholdLevel = 128;
-
 // A picture that was turned already is in Work; after the manual step the picture on show is the one to cut.
 Status LoadWork(CutFile& file) {
   if (file.Work) return Status::Ok();
@@ -28,9 +26,8 @@ base::Size SizeOf(const CutFile& file) {
 
 // ChRotateCut, for pictures that no earlier step has turned.
 Status TurnByRule(CutFile& file) {
-  const double angle = TurnAngle(file.settings, {file.W, file.H});
-  const bool turned = file.RestoreAngle != 0 || file.program.flags.ImageRotated;
-  if (!file.settings.rotateCut || turned || angle == 0) return Status::Ok();
+  const double angle = file.program.flags.ImageRotated ? 0 : AngleOfCut(file);
+  if (angle == 0) return Status::Ok();
   if (Status rotated = file.program.images.RotateImage(file.Work, angle, base::kWhite); !rotated) return rotated;
   const base::Size size = SizeOf(file);
   file.W = size.width;
@@ -61,8 +58,7 @@ Status Restore(CutFile& file) {
 }
 
 Status ZoomAfterCut(CutFile& file) {
-  if (!file.settings.zoomAfter) return Status::Ok();
-  const auto size = ZoomedSize(file.settings.zoom, SizeOf(file), ZoomTime::AfterCut);
+  const auto size = SizeAfterCut(file, SizeOf(file));
   return size ? file.program.images.ResampleImage(file.Work, size->width, size->height) : Status::Ok();
 }
 
@@ -111,6 +107,16 @@ Status CutThroughBitmap(CutFile& file) {
 }
 
 }  // namespace
+
+double AngleOfCut(const CutFile& file) {
+  if (!file.settings.rotateCut || file.RestoreAngle != 0) return 0;
+  return TurnAngle(file.settings, {file.W, file.H});
+}
+
+std::optional<base::Size> SizeAfterCut(const CutFile& file, base::Size cut) {
+  if (!file.settings.zoomAfter) return std::nullopt;
+  return ZoomedSize(file.settings.zoom, cut, ZoomTime::AfterCut);
+}
 
 Step FailEmptyRectangle(CutFile& file) {
   if (!file.measured) return Fail(file, file.measured);

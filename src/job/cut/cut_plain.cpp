@@ -22,7 +22,7 @@ host::Status Crop(CutFile& file, const imaging::CropRequest& request) {
   return SaveCrop(file.program, request);
 }
 
-Step PopCrop(CutFile& file) {
+Step AcceptCrop(CutFile& file) {
   file.latestFile = file.target;
   file.latestSize = {file.rect.width, file.rect.height};
   return Step::Next;
@@ -30,8 +30,7 @@ Step PopCrop(CutFile& file) {
 
 // A gif goes through a work file; one that cannot be cut so is loaded and cut in memory.
 Step CutGifSource(CutFile& file) {
-  imaging::CropRequest request = PlainCrop(file);
-  request.destination = file.WorkFile(work_files::kCutStem);
+  const imaging::CropRequest request = FileCrop(file);
   const host::Status cut = Crop(file, request);
   if (cut.DiskFull()) return Fail(file, cut);
   if (!cut) return CutInMemory(file, LoadFailure::Told);
@@ -39,10 +38,11 @@ Step CutGifSource(CutFile& file) {
     const host::Status copied = file.program.saver.Copy(request.destination, file.target);
     if (!copied) return Fail(file, copied);
   }
-  return PopCrop(file);
+  return AcceptCrop(file);
 }
 
-// Only the resolution is to change, and a crop stamps it on the way.
+}  // namespace
+
 bool OnlyOwnDpi(const CutFile& file) {
   const CutSettings& options = file.settings;
   const bool pixels = options.rotateCut || options.zoomBefore || options.toGray || options.blackWhite || options.invert;
@@ -50,7 +50,12 @@ bool OnlyOwnDpi(const CutFile& file) {
   return options.ownDpi && !pixels && direct && !NeedsMemory(file) && !options.manual;
 }
 
-}  // namespace
+imaging::CropRequest FileCrop(const CutFile& file) {
+  imaging::CropRequest request = PlainCrop(file);
+  if (!EffectsApply(file.settings) && IsGif(SourceExtension(file)))
+    request.destination = file.WorkFile(work_files::kCutStem);
+  return request;
+}
 
 host::Status KeepReplacedSource(CutFile& file) {
   Program& program = file.program;
@@ -79,7 +84,7 @@ imaging::CropRequest PlainCrop(const CutFile& file) {
 
 bool NeedsMemory(const CutFile& file) {
   const bool restores = file.RestoreAngle != 0 && file.settings.restore;
-  return file.Work || restores || file.settings.split || file.settings.zoomAfter || IsPsd(SourceExtension(file));
+  return file.turnedFirst || restores || file.settings.split || file.settings.zoomAfter || IsPsd(SourceExtension(file));
 }
 
 Step CutFileToFile(CutFile& file) {
@@ -87,7 +92,7 @@ Step CutFileToFile(CutFile& file) {
   if (file.rect.Empty()) return FailEmptyRectangle(file);
   if (IsGif(SourceExtension(file))) return CutGifSource(file);
   const host::Status cut = Crop(file, PlainCrop(file));
-  return cut ? PopCrop(file) : Fail(file, cut);
+  return cut ? AcceptCrop(file) : Fail(file, cut);
 }
 
 Step MakeCut(CutFile& file) {
@@ -96,7 +101,7 @@ Step MakeCut(CutFile& file) {
   if (!EffectsApply(file.settings)) return CutFileToFile(file);
   if (OnlyOwnDpi(file) && !file.rect.Empty()) {
     const host::Status cut = Crop(file, PlainCrop(file));
-    if (cut) return PopCrop(file);
+    if (cut) return AcceptCrop(file);
     if (cut.DiskFull()) return Fail(file, cut);
   }
   return CutInMemory(file, LoadFailure::Counted);

@@ -7,79 +7,69 @@
 #include <utility>
 #include <vector>
 
-#include "job/cut/cut_steps.h"
-#include "job/cut/output_name.h"
+#include "job/cut/cut_plan.h"
 
 namespace quillon::job {
 namespace {
 
-constexpr std::size_t kCropsAhead = 23;  // with the row itself what the services plan at once
+constexpr std::size_t kWorksAhead = 23;  // with the row itself what the services plan at once
 constexpr std::size_t kMeasuresAhead = 64;
-
-bool OnlyPlainCrops(const CutSettings& options, bool withArray) {
-  const bool changes = EffectsApply(options) || options.zoomAfter || options.split || options.rotateRule > 0;
-  return !changes && !options.frameOnly && !options.manual && !options.omitFolders && !withArray;
-}
 
 }  // namespace
 
-CutPrefetch::CutPrefetch(CutRun& run)
-    : run_(run), foresees_(!run.program.recovering && OnlyPlainCrops(ReadCutSettings(run.program), run.withArray)) {}
+CutPrefetch::CutPrefetch(CutRun& run) : run_(run), foresees_(IsForeseeable(run, ReadCutSettings(run.program))) {}
 
 CutPrefetch::~CutPrefetch() {
-  run_.program.images.PlanCrops({});
+  run_.program.images.PlanWork({});
   run_.program.images.PlanMeasures({});
 }
 
 void CutPrefetch::Prefetch(std::size_t row) {
   if (!run_.program.recovering) PrefetchMeasures(row);
-  if (foresees_) PrefetchCrops(row);
+  if (foresees_) PrefetchWorks(row);
 }
 
-std::size_t CutPrefetch::Lookahead() const { return foresees_ ? kCropsAhead + 1 : 0; }
+std::size_t CutPrefetch::Lookahead() const { return foresees_ ? kWorksAhead + 1 : 0; }
 
 void CutPrefetch::Prefetch(const std::vector<std::string>& paths) {
   if (!foresees_ || paths.empty()) return;
   while (!next_.empty() && next_.front().path != paths.front()) next_.pop_front();
   for (std::size_t i = next_.size(); i < paths.size(); ++i) {
     imaging::ImageFacts facts;
-    std::optional<imaging::CropRequest> request;
+    std::optional<imaging::FileWork> work;
     const bool measured = !run_.program.disks.Silent(paths[i]) && run_.program.images.ImageInfo(paths[i], facts);
-    if (measured) request = Foresee(0, paths[i], {facts.width, facts.height});
-    next_.push_back({0, paths[i], std::move(request)});
+    if (measured) work = Foresee(0, paths[i], {facts.width, facts.height});
+    next_.push_back({0, paths[i], std::move(work)});
   }
-  PlanCrops();
+  PlanWork();
 }
 
-void CutPrefetch::PrefetchCrops(std::size_t row) {
+void CutPrefetch::PrefetchWorks(std::size_t row) {
   const FileList& files = run_.program.files;
   while (!next_.empty() && next_.front().row < row) next_.pop_front();
   looked_ = std::max(looked_, row - 1);
-  while (looked_ < files.RowCount() && looked_ < row + kCropsAhead) {
+  while (looked_ < files.RowCount() && looked_ < row + kWorksAhead) {
     const FileRow& listed = files.Row(looked_++);
-    auto request = Foresee(looked_, listed.Path(), {listed.width, listed.height});
-    if (request) next_.push_back({looked_, "", std::move(request)});
+    if (run_.program.disks.Silent(listed.Path())) continue;
+    auto work = Foresee(looked_, listed.Path(), {listed.width, listed.height});
+    if (work) next_.push_back({looked_, "", std::move(work)});
   }
-  PlanCrops();
+  PlanWork();
 }
 
-std::optional<imaging::CropRequest> CutPrefetch::Foresee(std::size_t row, const std::string& path, base::Size size) {
-  CutFile file(run_, row, path);
-  if (!IsJpeg(file.extension) || !IsJpeg(file.OutExt) || TooSmall(size, file.settings.smallest)) return std::nullopt;
-  file.W = size.width;
-  file.H = size.height;
-  PredictTarget(file);
-  FindRectangle(file);
-  return PlainCrop(file);
+std::optional<imaging::FileWork> CutPrefetch::Foresee(std::size_t row, const std::string& path, base::Size size) {
+  std::optional<CutPlan> plan = ForeseeCut(CutFile(run_, row, path), size);
+  if (!plan) return std::nullopt;
+  return std::move(plan->work);
 }
 
-void CutPrefetch::PlanCrops() {
-  std::vector<imaging::CropRequest> requests;
+void CutPrefetch::PlanWork() {
+  std::vector<imaging::FileWork> works;
   for (const Forecast& forecast : next_) {
-    const bool planned = forecast.request && !run_.program.disks.Silent(forecast.request->source);
-    if (planned) requests.push_back(*forecast.request);
+    const bool planned = forecast.work && !run_.program.disks.Silent(forecast.work->Source());
+    if (planned) works.push_back(*forecast.work);
   }
-  run_.program.images.PlanCrops(requests);
+  run_.program.images.PlanWork(works);
 }
 
 // What a long list has pushed out of the services' memory is measured ahead again; the rest costs a look each.

@@ -13,8 +13,8 @@
 
 namespace quillon::job {
 
-// Tells the image services which crops and sizes the next files of a run will ask for. A forecast that comes out
-// otherwise costs time and nothing else.
+// Plans with the image services which work and which sizes the next files of a run will ask for. A forecast that turns
+// out wrong costs time and nothing else.
 class CutPrefetch {
  public:
   explicit CutPrefetch(CutRun& run);
@@ -34,19 +34,19 @@ class CutPrefetch {
   struct Forecast {
     std::size_t row;   // 0 without a list
     std::string path;  // "" with one
-    std::optional<imaging::CropRequest> request;
+    std::optional<imaging::FileWork> work;
   };
 
   // Nothing for a file whose cut cannot be foreseen.
-  std::optional<imaging::CropRequest> Foresee(std::size_t row, const std::string& path, base::Size size);
-  void PlanCrops();
-  void PrefetchCrops(std::size_t row);
+  std::optional<imaging::FileWork> Foresee(std::size_t row, const std::string& path, base::Size size);
+  void PlanWork();
+  void PrefetchWorks(std::size_t row);
   void PrefetchMeasures(std::size_t row);
 
   CutRun& run_;
-  bool foresees_;              // the options leave the plain crop of a jpeg as the only way
+  bool foresees_;              // files of this run can be foreseen
   std::deque<Forecast> next_;  // in the order of the run
-  std::size_t looked_ = 0;     // the last row that was looked at for a crop
+  std::size_t looked_ = 0;     // the last row that was looked at for work
   std::size_t measured_ = 0;   // the last row that was announced for measuring
 };
 

@@ -29,17 +29,10 @@ host::Status TurnSource(CutFile& file, double angle) {
   if (host::Status loaded = images.LoadImageFromFile(file.Src, file.Work); !loaded) return loaded;
   if (host::Status turned = images.RotateImage(file.Work, angle, base::kWhite); !turned) return turned;
   ApplySize(file, {images.GetImageWidth(file.Work), images.GetImageHeight(file.Work)});
+  file.turnedFirst = true;
   file.RestoreAngle = -angle;
   file.program.flags.ImageRotated = true;
   return host::Status::Ok();
-}
-
-// The zoomed picture is loaded whole by what follows: one that cannot be is not worth minutes of scaling.
-host::Status FitsZoomed(base::Size size) {
-  constexpr int kRgb = 3;
-  if (imaging::FitsMemory(size.width, size.height, kRgb, imaging::Limits())) return host::Status::Ok();
-  return {host::Problem::TooLarge,
-          "缩放后为 " + std::to_string(size.width) + "x" + std::to_string(size.height) + " 像素，图片太大，内存不足"};
 }
 
 // An output that would take the place of another picture the user listed, or of a file beside an overwritten source, is
@@ -105,9 +98,20 @@ Step PassOverFolder(CutFile& file) {
   return PassOver(file, "所在文件夹已有图片处理过，按“忽略已处理过的文件夹”跳过");
 }
 
+host::Status FitsZoomed(base::Size size) {
+  constexpr int kRgb = 3;
+  if (imaging::FitsMemory(size.width, size.height, kRgb, imaging::Limits())) return host::Status::Ok();
+  return {host::Problem::TooLarge,
+          "缩放后为 " + std::to_string(size.width) + "x" + std::to_string(size.height) + " 像素，图片太大，内存不足"};
+}
+
+std::optional<base::Size> SizeBeforeCut(const CutFile& file) {
+  if (!file.settings.zoomBefore) return std::nullopt;
+  return ZoomedSize(file.settings.zoom, {file.W, file.H}, ZoomTime::BeforeCut);
+}
+
 Step ZoomBeforeCut(CutFile& file) {
-  if (!file.settings.zoomBefore) return Step::Next;
-  const auto size = ZoomedSize(file.settings.zoom, {file.W, file.H}, ZoomTime::BeforeCut);
+  const auto size = SizeBeforeCut(file);
   if (!size) return Step::Next;
   const std::string zoomed = file.program.AppPath(work_files::kZoomedSource);
   host::Status status = FitsZoomed(*size);
@@ -163,6 +167,7 @@ Step AskForFrame(CutFile& file) {
   flags.ManualStepDone = false;
   const ManualFrame::Answer answer = program.manualFrame->Ask(file.Src, file.Work);
   program.images.DisposeImage(file.Work);
+  file.turnedFirst = false;
   if (answer == ManualFrame::Answer::CutBefore) return PassOver(file, "上次中断之前已按手动裁剪框裁好");
   if (flags.StopRequested && !flags.ManualStepDone) return Fail(file, "已停止，未处理完");
   const std::string shown = flags.CurrentImagePath;
@@ -188,7 +193,7 @@ void PlaceRectangle(CutFile& file, Pass pass) {
 }
 
 Step FindRectangle(CutFile& file) {
-  if (!file.settings.frameOnly) PlaceRectangle(file, file.Work ? Pass::AfterRotation : Pass::First);
+  if (!file.settings.frameOnly) PlaceRectangle(file, file.turnedFirst ? Pass::AfterRotation : Pass::First);
   return Step::Next;
 }
 

@@ -20,6 +20,10 @@ Step PassOverFolder(CutFile& file);   // ChOmitFolds
 Step ZoomBeforeCut(CutFile& file);    // ChZoomAndCut
 Step RotateBeforeCut(CutFile& file);  // CmbRotate
 Step NameOutput(CutFile& file);       // Dst, its folder, and where the cut goes first
+// The size to which ChZoomAndCut scales the source; nothing if it stays as it is.
+std::optional<base::Size> SizeBeforeCut(const CutFile& file);
+// The zoomed picture is loaded whole by what follows: one that cannot be is not worth minutes of scaling.
+host::Status FitsZoomed(base::Size size);
 // Names Dst and target as NameOutput does, without looking at the disk.
 void PredictTarget(CutFile& file);
 Step AskForFrame(CutFile& file);  // ManualCutMode
@@ -34,11 +38,20 @@ Step MakeCut(CutFile& file);
 enum class LoadFailure { Counted, Told };
 Step CutInMemory(CutFile& file, LoadFailure loadFailure);
 Step CutFileToFile(CutFile& file);
+// By how much ChRotateCut turns the picture, degrees counter-clockwise; 0 if it does not.
+double AngleOfCut(const CutFile& file);
+inline constexpr int kThresholdLevel = 128;  // of ChToWB
+// The size to which a cut of that size is scaled; nothing if it stays as it is.
+std::optional<base::Size> SizeAfterCut(const CutFile& file, base::Size cut);
+// Whether only the resolution is to change, which a crop stamps on the way.
+bool OnlyOwnDpi(const CutFile& file);
+// The crop that MakeCut asks for if the picture is not held in memory: PlainCrop, for a gif into a work file.
+imaging::CropRequest FileCrop(const CutFile& file);
 // For a rectangle without area; a source that could not be measured is the reason where there is one.
 Step FailEmptyRectangle(CutFile& file);
 // Work, which it disposes of, as a file at target.
 host::Status SaveWork(CutFile& file);
-// The crop that CutFileToFile asks for, from the parts of file that are known before it is begun: names, size and
+// A crop of the source to target, from the parts of file that are known before it is begun: names, size and
 // rectangle.
 imaging::CropRequest PlainCrop(const CutFile& file);
 // Saves a crop as its encoder wants it, asking about a full disk.
@@ -55,7 +68,13 @@ Step SplitCut(CutFile& file);  // ChSplit: each piece goes through the steps fro
 std::size_t PieceCount(const CutSettings& options);
 // What its piece of that number (from 1) is called.
 std::string PieceName(const CutFile& file, std::size_t number);
-Step AddBorder(CutFile& file);      // ChAddBoard
+Step AddBorder(CutFile& file);  // ChAddBoard
+// Whether the cut picture was turned and not turned back.
+enum class Turned { No, Yes };
+// The border that it asks for, around the latest state of the output or, without a cut, around the source.
+imaging::BorderRequest BorderFor(CutFile& file, const std::string& destination, Turned turned);
+// ChAddToSize makes the border white, in the window too.
+void WhitenPaddedBoard(CutFile& file);
 Step ConvertToCmyk(CutFile& file);  // ToCmyk
 Step CopyExif(CutFile& file);       // KeepExif
 Step MakePdf(CutFile& file);

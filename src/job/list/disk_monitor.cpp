@@ -148,7 +148,7 @@ host::Status DiskMonitor::Ask(const std::string& folder, const std::string& path
     silent_.push_back(
         {asking->folders[std::min<std::size_t>(asking->answers, asking->folders.size() - 1)], std::move(call)});
     // What is planned may lie there as well.
-    context_.images.PlanCrops({});
+    context_.images.PlanWork({});
     context_.images.PlanMeasures({});
   }
   return answered;

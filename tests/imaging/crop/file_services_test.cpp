@@ -277,7 +277,7 @@ TEST_F(FileServices, TagsMayComeFromAnotherFile) {
   request.source = Path("tagged.jpg");
   request.exif = Exif::Keep;
   request.upright = true;
-  services.PlanCrops({request});
+  services.PlanWork({{{request}}});
   ASSERT_TRUE(services.CropToFile(request));
   EXPECT_EQ(Load(Path("out.jpg")).Data()->picture.tags.orientation, 1);
 }
@@ -328,7 +328,9 @@ TEST_F(FileServices, WorkAheadGivesTheSameBytes) {
         Request(name, "ahead" + std::to_string(i), {5, 6 + i, 70, 60}, i == 4 ? Encoder::Png : Encoder::Jpeg));
   }
   for (std::size_t i = 0; i < requests.size(); ++i) {
-    services.PlanCrops({requests.begin() + static_cast<std::ptrdiff_t>(i), requests.end()});
+    std::vector<FileWork> works;
+    for (std::size_t j = i; j < requests.size(); ++j) works.push_back({{requests[j]}});
+    services.PlanWork(works);
     services.PlanMeasures({requests[i].source});
     ImageFacts facts;
     ASSERT_TRUE(services.ImageInfo(requests[i].source, facts));

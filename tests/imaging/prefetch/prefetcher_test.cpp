@@ -87,25 +87,39 @@ class PrefetcherTest : public ::testing::Test {
     return Request(name);
   }
 
-  void Start(Prefetcher::CropWork crop, Prefetcher::Bounds bounds = {.threads = 2},
-             Prefetcher::MeasureWork measure = {}) {
+  void Start(Prefetcher::Worker crop, Prefetcher::Bounds bounds = {.threads = 2},
+             Prefetcher::Measurement measure = {}) {
     if (!measure) measure = [](const std::string&) {};
     ahead_ = std::make_unique<Prefetcher>(files_, std::move(crop), std::move(measure), bounds);
+  }
+
+  static FileWork Work(const CropRequest& request) { return {{request}}; }
+  void Plan(const std::vector<CropRequest>& requests) {
+    std::vector<FileWork> works;
+    for (const CropRequest& request : requests) works.push_back(Work(request));
+    ahead_->PlanWork(works);
+  }
+  Status Pop(const CropRequest& request, const std::function<void()>& pump, std::optional<std::string>& bytes) {
+    bytes.reset();
+    std::optional<std::vector<std::string>> outputs;
+    Status popped = ahead_->Pop(Work(request), pump, outputs);
+    if (outputs) bytes = outputs->front();
+    return popped;
   }
 
   // What a wait that is not given up gives.
   std::optional<std::string> Take(const CropRequest& request, const std::function<void()>& pump) {
     std::optional<std::string> bytes;
-    const Status taken = ahead_->PopCrop(request, pump, bytes);
+    const Status taken = Pop(request, pump, bytes);
     EXPECT_TRUE(taken) << taken.Why();
     return bytes;
   }
 
   // The source's name as the result.
-  Prefetcher::CropWork Naming() {
+  Prefetcher::Worker Naming() {
     return [this](const Prefetcher::Job& job) {
-      log_.Add(job.request.source);
-      return job.sink(job.request.source.data(), job.request.source.size());
+      log_.Add(job.work.Source());
+      return job.output().Write(job.work.Source().data(), job.work.Source().size());
     };
   }
 
@@ -121,7 +135,7 @@ TEST_F(PrefetcherTest, PlannedWorkIsHandedOutOnce) {
   const CropRequest a = Made("a");
   const CropRequest b = Made("b");
   Start(Naming());
-  ahead_->PlanCrops({a, b});
+  Plan({a, b});
   EXPECT_EQ(Take(b, {}), b.source);
   EXPECT_EQ(Take(a, {}), a.source);
   EXPECT_EQ(Take(a, {}), std::nullopt);
@@ -138,7 +152,7 @@ TEST_F(PrefetcherTest, OnlyExactlyTheSameRequest) {
   others[4].exif = Exif::Keep;
   others[5].destination += "x";
   others[6].source = Made("b").source;
-  ahead_->PlanCrops({planned});
+  Plan({planned});
   for (const CropRequest& other : others) EXPECT_EQ(Take(other, {}), std::nullopt);
   EXPECT_TRUE(Take(planned, {}).has_value());
 }
@@ -147,7 +161,7 @@ TEST_F(PrefetcherTest, NothingWithoutAPlan) {
   const CropRequest a = Made("a");
   Start(Naming());
   EXPECT_EQ(Take(a, {}), std::nullopt);
-  ahead_->PlanCrops({});
+  Plan({});
   EXPECT_EQ(Take(a, {}), std::nullopt);
   EXPECT_TRUE(log_.Lines().empty());
 }
@@ -156,10 +170,10 @@ TEST_F(PrefetcherTest, WorkOfAnOldPlanThatStandsInTheNewOneIsKept) {
   const CropRequest a = Made("a");
   const CropRequest b = Made("b");
   Start(Naming(), {.threads = 1});
-  ahead_->PlanCrops({a, b});
+  Plan({a, b});
   EXPECT_TRUE(Take(a, {}).has_value());
-  ahead_->PlanCrops({b});
-  ahead_->PlanCrops({b});
+  Plan({b});
+  Plan({b});
   EXPECT_TRUE(Take(b, {}).has_value());
   EXPECT_EQ(log_.Lines(), (std::vector<std::string>{a.source, b.source}));
 }
@@ -170,16 +184,16 @@ TEST_F(PrefetcherTest, ReplacedPlanIsStoppedAndThrownAway) {
   std::atomic<int> stopped = 0;
   Start(
       [&](const Prefetcher::Job& job) {
-        if (job.request == a) {
+        if (job.work == Work(a)) {
           gate_.Pass(job.stop);
           if (job.stop.stop_requested()) ++stopped;
         }
-        return job.sink("x", 1);
+        return job.output().Write("x", 1);
       },
       {.threads = 1});
-  ahead_->PlanCrops({a});
+  Plan({a});
   gate_.AwaitWaiting(1);
-  ahead_->PlanCrops({b});
+  Plan({b});
   EXPECT_EQ(Take(a, {}), std::nullopt);
   EXPECT_TRUE(Take(b, {}).has_value());  // the only thread is free again
   EXPECT_EQ(stopped, 1);
@@ -189,7 +203,7 @@ TEST_F(PrefetcherTest, TheFirstIsBegunFirstThenTheLargest) {
   std::vector<CropRequest> all;
   for (const char* name : {"a", "bb", "eeeee", "dddd"}) all.push_back(Made(name));
   Start(Naming(), {.threads = 1});
-  ahead_->PlanCrops(all);
+  Plan(all);
   while (log_.Lines().size() < all.size()) std::this_thread::yield();
   EXPECT_EQ(log_.Lines(), (std::vector<std::string>{all[0].source, all[2].source, all[3].source, all[1].source}));
 }
@@ -198,7 +212,7 @@ TEST_F(PrefetcherTest, NoMoreThanPlannedIsBegun) {
   std::vector<CropRequest> many;
   for (int i = 0; i < 20; ++i) many.push_back(Made("f" + std::to_string(i)));
   Start(Naming(), {.threads = 2, .planned = 4});
-  ahead_->PlanCrops(many);
+  Plan(many);
   for (int i = 0; i < 4; ++i) {
     EXPECT_TRUE(Take(many[static_cast<std::size_t>(i)], {}).has_value());
   }
@@ -209,10 +223,10 @@ TEST_F(PrefetcherTest, NoMoreThanPlannedIsBegun) {
 TEST_F(PrefetcherTest, SourceChangedAfterwardsIsNotTaken) {
   const CropRequest a = Made("a");
   Start(Naming());
-  ahead_->PlanCrops({a});
+  Plan({a});
   // Asking for it proves that it is finished; planned anew it is made again.
   ASSERT_TRUE(Take(a, {}).has_value());
-  ahead_->PlanCrops({a});
+  Plan({a});
   while (log_.Lines().size() < 2) std::this_thread::yield();
   folder_.Put("a", "other content, of another length");
   EXPECT_EQ(Take(a, {}), std::nullopt);
@@ -222,16 +236,16 @@ TEST_F(PrefetcherTest, SourceChangedDuringTheWorkIsNotTaken) {
   const CropRequest a = Made("a");
   Start([&](const Prefetcher::Job& job) {
     folder_.Put("a", "changed while it was read");
-    return job.sink("x", 1);
+    return job.output().Write("x", 1);
   });
-  ahead_->PlanCrops({a});
+  Plan({a});
   EXPECT_EQ(Take(a, {}), std::nullopt);
 }
 
 TEST_F(PrefetcherTest, SourceReplacedByAnotherFileIsNotTaken) {
   const CropRequest a = Made("a");
   Start(Naming());
-  ahead_->PlanCrops({a});
+  Plan({a});
   while (log_.Lines().empty()) std::this_thread::yield();
   const std::string twin = folder_.Put("twin", "content of a");
   std::filesystem::last_write_time(twin, std::filesystem::last_write_time(a.source));
@@ -242,9 +256,9 @@ TEST_F(PrefetcherTest, SourceReplacedByAnotherFileIsNotTaken) {
 TEST_F(PrefetcherTest, SourceThatKeptItsTimesIsNotTaken) {
   const CropRequest a = Made("a");
   Start(Naming());
-  ahead_->PlanCrops({a});
+  Plan({a});
   ASSERT_TRUE(Take(a, {}).has_value());
-  ahead_->PlanCrops({a});
+  Plan({a});
   while (log_.Lines().size() < 2) std::this_thread::yield();
   const host::FileFacts before = *files_.Stat(a.source);
   const auto time = std::filesystem::last_write_time(a.source);
@@ -263,11 +277,11 @@ TEST_F(PrefetcherTest, MissingSourceAndFailuresAreLeftToTheCaller) {
   const CropRequest fails = Made("fails");
   const CropRequest throws = Made("throws");
   Start([&](const Prefetcher::Job& job) -> Status {
-    if (job.request == throws) throw std::runtime_error("broken");
-    static_cast<void>(job.sink("half", 4));
+    if (job.work == Work(throws)) throw std::runtime_error("broken");
+    static_cast<void>(job.output().Write("half", 4));
     return {Problem::Damaged, "damaged"};
   });
-  ahead_->PlanCrops({missing, fails, throws});
+  Plan({missing, fails, throws});
   EXPECT_EQ(Take(missing, {}), std::nullopt);
   EXPECT_EQ(Take(fails, {}), std::nullopt);
   EXPECT_EQ(Take(throws, {}), std::nullopt);
@@ -277,9 +291,9 @@ TEST_F(PrefetcherTest, WaitingTurnsThePump) {
   const CropRequest a = Made("a");
   Start([&](const Prefetcher::Job& job) {
     gate_.Pass();
-    return job.sink("x", 1);
+    return job.output().Write("x", 1);
   });
-  ahead_->PlanCrops({a});
+  Plan({a});
   int turns = 0;
   EXPECT_EQ(Take(a,
                  [&] {
@@ -293,18 +307,18 @@ TEST_F(PrefetcherTest, PumpMayThrowThePlanAway) {
   const CropRequest a = Made("a");
   Start([&](const Prefetcher::Job& job) {
     gate_.Pass(job.stop);
-    return job.sink("x", 1);
+    return job.output().Write("x", 1);
   });
-  ahead_->PlanCrops({a});
-  EXPECT_EQ(Take(a, [&] { ahead_->PlanCrops({}); }), std::nullopt);
+  Plan({a});
+  EXPECT_EQ(Take(a, [&] { Plan({}); }), std::nullopt);
 }
 
 TEST_F(PrefetcherTest, DestructionStopsWhatIsUnderWay) {
   Start([&](const Prefetcher::Job& job) {
     gate_.Pass(job.stop);
-    return job.sink("x", 1);
+    return job.output().Write("x", 1);
   });
-  ahead_->PlanCrops({Made("a"), Made("b"), Made("c")});
+  Plan({Made("a"), Made("b"), Made("c")});
   gate_.AwaitWaiting(2);
   ahead_.reset();
 }
@@ -316,13 +330,13 @@ TEST_F(PrefetcherTest, ResultsAreBounded) {
   std::atomic<int> refused = 0;
   Start(
       [&](const Prefetcher::Job& job) {
-        const Status status = job.sink(result.data(), result.size());
+        const Status status = job.output().Write(result.data(), result.size());
         if (!status) ++refused;
         return status;
       },
       {.threads = 2, .results = 1000});
   for (int round = 0; round < 50; ++round) {
-    ahead_->PlanCrops(all);
+    Plan(all);
     for (const CropRequest& request : all) {
       const std::optional<std::string> taken = Take(request, {});
       if (taken) {
@@ -339,13 +353,14 @@ TEST_F(PrefetcherTest, ResultLargerThanTheBoundIsLeftToTheCaller) {
   const std::string result(600, 'r');
   Start(
       [&](const Prefetcher::Job& job) {
+        host::Draft& draft = job.output();
         for (int i = 0; i < 2; ++i) {
-          if (Status status = job.sink(result.data(), result.size()); !status) return status;
+          if (Status status = draft.Write(result.data(), result.size()); !status) return status;
         }
         return Status::Ok();
       },
       {.threads = 2, .results = 1000});
-  ahead_->PlanCrops({a});
+  Plan({a});
   EXPECT_EQ(Take(a, {}), std::nullopt);
 }
 
@@ -357,16 +372,16 @@ TEST_F(PrefetcherTest, WorkingMemoryIsBounded) {
   std::atomic<int> finished = 0;
   Start(
       [&](const Prefetcher::Job& job) -> Status {
-        if (!job.admit(60)) return {Problem::Stopped, ""};
+        if (!job.admit(60, 0)) return {Problem::Stopped, ""};
         most = std::max(most.load(), ++inside);
         std::this_thread::yield();
         --inside;
         ++finished;
-        return job.sink("x", 1);
+        return job.output().Write("x", 1);
       },
       {.threads = 3, .working = 100});
   for (int round = 0; round < 50; ++round) {
-    ahead_->PlanCrops(all);
+    Plan(all);
     for (const CropRequest& request : all) EXPECT_EQ(Take(request, {}), "x");
   }
   EXPECT_EQ(most, 1);
@@ -384,7 +399,7 @@ TEST_F(PrefetcherTest, TwoLargePicturesAreHeldAtOnceButNoThird) {
   std::size_t asked = 0;
   const auto work = [&](const Prefetcher::Job& job) -> Status {
     std::unique_lock lock(mutex);
-    const bool admitted = job.admit(bytes.at(asked));
+    const bool admitted = job.admit(bytes.at(asked), 0);
     if (admitted) held += bytes.at(asked);
     ++asked;
     changed.notify_all();
@@ -392,7 +407,7 @@ TEST_F(PrefetcherTest, TwoLargePicturesAreHeldAtOnceButNoThird) {
     return {Problem::Stopped, ""};
   };
   Start(work, {.threads = 4});
-  ahead_->PlanCrops(all);
+  Plan(all);
   std::unique_lock lock(mutex);
   changed.wait(lock, [&] { return asked == all.size(); });
   EXPECT_EQ(held, 143'000'000);
@@ -402,9 +417,12 @@ TEST_F(PrefetcherTest, TwoLargePicturesAreHeldAtOnceButNoThird) {
 
 TEST_F(PrefetcherTest, WorkThatNeverFitsIsLeftToTheCaller) {
   const CropRequest a = Made("a");
-  Start([](const Prefetcher::Job& job) { return job.admit(101) ? job.sink("x", 1) : Status(Problem::Stopped, ""); },
-        {.threads = 2, .working = 100});
-  ahead_->PlanCrops({a});
+  Start(
+      [](const Prefetcher::Job& job) {
+        return job.admit(101, 0) ? job.output().Write("x", 1) : Status(Problem::Stopped, "");
+      },
+      {.threads = 2, .working = 100});
+  Plan({a});
   EXPECT_EQ(Take(a, {}), std::nullopt);
 }
 
@@ -445,7 +463,7 @@ TEST_F(PrefetcherTest, CropsGoBeforeMeasures) {
   });
   ahead_->PlanMeasures({"1", "2"});
   gate_.AwaitWaiting(1);
-  ahead_->PlanCrops({a});
+  Plan({a});
   gate_.Open();
   EXPECT_TRUE(Take(a, {}).has_value());
   while (log_.Lines().size() < 3) std::this_thread::yield();
@@ -456,14 +474,14 @@ TEST_F(PrefetcherTest, CropsGoBeforeMeasures) {
 class SilentDiskTest : public PrefetcherTest {
  protected:
   // Work that reads until the gate opens, on the sources of that name, and is done at once on others.
-  Prefetcher::CropWork Hanging(const std::string& name) {
+  Prefetcher::Worker Hanging(const std::string& name) {
     return [gate = gate_, name](const Prefetcher::Job& job) -> Status {
-      if (job.request.source.ends_with(name)) {
+      if (job.work.Source().ends_with(name)) {
         ++job.reads;
         gate->Pass();
         ++job.reads;
       }
-      return job.sink("x", 1);
+      return job.output().Write("x", 1);
     };
   }
   Prefetcher::Bounds Clocked(int threads) {
@@ -475,7 +493,7 @@ class SilentDiskTest : public PrefetcherTest {
   }
   Status TakeSilent(const CropRequest& request) {
     std::optional<std::string> bytes;
-    Status taken = ahead_->PopCrop(request, pump_, bytes);
+    Status taken = Pop(request, pump_, bytes);
     EXPECT_EQ(bytes, std::nullopt);
     return taken;
   }
@@ -499,7 +517,7 @@ class SilentDiskTest : public PrefetcherTest {
 TEST_F(SilentDiskTest, AReadThatDoesNotComeBackIsGivenUp) {
   const CropRequest a = Made("a");
   Start(Hanging("a"), Clocked(1));
-  ahead_->PlanCrops({a});
+  Plan({a});
   gate_->AwaitWaiting(1);
   const Status taken = TakeSilent(a);
   EXPECT_EQ(taken.GetProblem(), Problem::Stopped);
@@ -512,21 +530,21 @@ TEST_F(SilentDiskTest, AnotherThreadTakesItsPlace) {
   const CropRequest a = Made("a");
   const CropRequest b = Made("b");
   Start(Hanging("a"), Clocked(1));
-  ahead_->PlanCrops({a, b});
+  Plan({a, b});
   gate_->AwaitWaiting(1);
   EXPECT_EQ(Take(b, pump_), "x");
   const double then = seconds_;
   EXPECT_EQ(TakeSilent(a).Why(), host::kDiskUnresponsive);
   EXPECT_EQ(seconds_, then) << "it is known by now";
-  ahead_->PlanCrops({a});
+  Plan({a});
   EXPECT_EQ(TakeSilent(a).Why(), host::kDiskUnresponsive) << "it is not tried again";
   EXPECT_EQ(ahead_->AwaitMeasure(a.source, pump_).Why(), host::kDiskUnresponsive);
   // Until it answers.
   gate_->Open();
   std::optional<std::string> bytes;
   do {
-    ahead_->PlanCrops({a});
-    static_cast<void>(ahead_->PopCrop(a, pump_, bytes));
+    Plan({a});
+    static_cast<void>(Pop(a, pump_, bytes));
   } while (!bytes);
 }
 
@@ -535,11 +553,11 @@ TEST_F(SilentDiskTest, AComputationIsWaitedForHoweverLongItTakes) {
   Start(
       [gate = gate_](const Prefetcher::Job& job) {
         gate->Pass();
-        return job.sink("x", 1);
+        return job.output().Write("x", 1);
       },
       Clocked(1));
   stopped_ = true;
-  ahead_->PlanCrops({a});
+  Plan({a});
   gate_->AwaitWaiting(1);
   int turns = 0;
   EXPECT_EQ(Take(a,
@@ -564,10 +582,10 @@ TEST_F(SilentDiskTest, ReadsThatComeBackAreNoSilence) {
           ++*read;
           read->notify_one();
         }
-        return job.sink("x", 1);
+        return job.output().Write("x", 1);
       },
       Clocked(1));
-  ahead_->PlanCrops({a});
+  Plan({a});
   EXPECT_EQ(Take(a,
                  [&] {
                    if (*wanted == kReads) return;
@@ -582,7 +600,7 @@ TEST_F(SilentDiskTest, ReadsThatComeBackAreNoSilence) {
 TEST_F(SilentDiskTest, AStopEndsTheWaitForARead) {
   const CropRequest a = Made("a");
   Start(Hanging("a"), Clocked(1));
-  ahead_->PlanCrops({a});
+  Plan({a});
   gate_->AwaitWaiting(1);
   pump_ = [this] {
     seconds_ += 0.5;
@@ -596,7 +614,7 @@ TEST_F(SilentDiskTest, AStopEndsTheWaitForWhatIsNotBegun) {
   const CropRequest a = Made("a");
   const CropRequest b = Made("b");
   Start(Hanging("a"), Clocked(1));
-  ahead_->PlanCrops({a, b});
+  Plan({a, b});
   gate_->AwaitWaiting(1);
   pump_ = [this] {
     seconds_ += 0.5;
@@ -608,7 +626,7 @@ TEST_F(SilentDiskTest, AStopEndsTheWaitForWhatIsNotBegun) {
 TEST_F(SilentDiskTest, TheEndDoesNotWaitForADeadRead) {
   const CropRequest a = Made("a");
   Start(Hanging("a"), Clocked(2));
-  ahead_->PlanCrops({a, Made("b")});
+  Plan({a, Made("b")});
   gate_->AwaitWaiting(1);
   ahead_.reset();
   EXPECT_FALSE(AllThreadsEnded());
@@ -656,12 +674,17 @@ TEST_F(PrefetcherTest, RealCutsAreTheSameAsWithout) {
   const auto cut = [](const CropRequest& r, const ByteSink& sink, const JpegCutControl& control) {
     return CutJpeg(r.source, r.rect, r.quality, r.dpi, r.exif, Limits{}, sink, control);
   };
-  Start([&](const Prefetcher::Job& job) { return cut(job.request, job.sink, {.stop = job.stop, .admit = job.admit}); });
+  Start([&](const Prefetcher::Job& job) {
+    host::Draft& draft = job.output();
+    const auto sink = [&](const void* data, std::size_t size) { return draft.Write(data, size); };
+    const auto admit = [&](std::int64_t bytes) { return job.admit(bytes, 0); };
+    return cut(std::get<CropRequest>(job.work.steps.front()), sink, {.stop = job.stop, .admit = admit});
+  });
   int taken = 0;
   for (std::size_t i = 0; i < all.size(); ++i) {
-    ahead_->PlanCrops({all.begin() + static_cast<std::ptrdiff_t>(i), all.end()});
+    Plan({all.begin() + static_cast<std::ptrdiff_t>(i), all.end()});
     const std::optional<std::string> early = Take(all[i], {});
-    if (i % 5 == 4) ahead_->PlanCrops({});
+    if (i % 5 == 4) Plan({});
     std::string plain;
     ASSERT_TRUE(cut(all[i],
                     [&](const void* data, std::size_t size) {

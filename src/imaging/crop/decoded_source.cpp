@@ -1,0 +1,39 @@
+// SPDX-FileCopyrightText: 2026 The Quillon developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "imaging/crop/decoded_source.h"
+
+#include <utility>
+
+#include "imaging/crop/crop_window.h"
+
+namespace quillon::imaging {
+
+Status DecodeForCuts(const PictureInput& input, const std::string& path, Encoder encoder, DecodedSource& out) {
+  out.encoder = encoder;
+  if (encoder == Encoder::Jpeg) {
+    JpegPixels pixels;
+    Status decoded = DecodeJpeg(path, input.limits, pixels, input.control);
+    if (decoded) out.jpeg = std::move(pixels);
+    if (decoded || decoded.GetProblem() != host::Problem::Unsupported) return decoded;
+  }
+  return LoadPicture(input, path, out.picture);
+}
+
+bool FitsDecoded(const CropRequest& request, Encoder encoder) {
+  return request.encoder == encoder && request.tagSource.empty() && !request.upright;
+}
+
+Status CropDecoded(const PictureInput& input, const DecodedSource& source, const CropRequest& request,
+                   host::Draft& draft) {
+  if (source.jpeg) {
+    JpegCutControl control;
+    control.stop = input.control.stop;
+    control.reads = input.control.reads;
+    control.content = input.control.content;
+    control.decoded = &*source.jpeg;
+    return CropJpeg(request, input.limits, draft, control);
+  }
+  return Guarded(fault::DamagedPicture(), [&] { return EncodeWindow(source.picture, request.rect, request, draft); });
+}
+
+}  // namespace quillon::imaging

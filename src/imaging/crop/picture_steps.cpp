@@ -1,0 +1,184 @@
+// SPDX-FileCopyrightText: 2026 The Quillon developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "imaging/crop/picture_steps.h"
+
+#include <utility>
+
+#include "imaging/faults.h"
+#include "imaging/metadata/exif_block.h"
+#include "imaging/pixels/colours.h"
+#include "imaging/pixels/geometry.h"
+
+namespace quillon::imaging {
+namespace {
+
+using host::Status;
+using vips::VImage;
+
+// What DrawImage draws: opaque pixels of canvas's kind, where they meet it.
+VImage Overlaid(const VImage& below, const VImage& above) {
+  if (!HasAlpha(above)) return above;
+  if (HasAlpha(below)) {
+    const VImage mixed = below.composite2(above, VIPS_BLEND_MODE_OVER,
+                                          VImage::option()->set("compositing_space", below.interpretation()));
+    return mixed.rint().cast(below.format());
+  }
+  const int bands = below.bands();
+  const double most = below.format() == VIPS_FORMAT_USHORT ? 65535 : 255;
+  const VImage share = above.extract_band(bands) / most;
+  const VImage colours = above.extract_band(0, VImage::option()->set("n", bands));
+  return (below + (colours - below) * share).rint().cast(below.format());
+}
+
+// Pixels in memory that nothing else looks at, so that they may be drawn on.
+VImage OwnPixels(VImage& pixels) {
+  const bool own = pixels.get_image()->dtype == VIPS_IMAGE_SETBUF && G_OBJECT(pixels.get_image())->ref_count == 1;
+  if (own) return std::exchange(pixels, VImage());
+  VImage copy = VImage::new_memory();
+  pixels.write(copy);
+  return copy;
+}
+
+// A picture that was turned: what said how to hold it is no longer true.
+void SetUpright(PictureTags& tags) {
+  tags.orientation = 1;
+  tags.exif = UprightExif(tags.exif);
+}
+
+Status Place(const PlaceStep& step, Picture& picture, const Limits& limits) {
+  Picture canvas;
+  if (Status made = MakeCanvas(step.canvas, base::kWhite, limits, canvas); !made) return made;
+  if (Status drawn = Draw(canvas, picture, step.drawn, limits); !drawn) return drawn;
+  CopyTags(canvas.tags, picture.tags);
+  picture = std::move(canvas);
+  return Status::Ok();
+}
+
+}  // namespace
+
+Status Materialize(VImage& pixels, const Limits& limits) {
+  const int pixelBytes = static_cast<int>(VIPS_IMAGE_SIZEOF_PEL(pixels.get_image()));
+  if (!WithinLimits(pixels.width(), pixels.height(), limits)) return fault::SidesTooLarge();
+  if (!FitsMemory(pixels.width(), pixels.height(), pixelBytes, limits)) return fault::OutOfMemory();
+  // In memory they no longer come in order.
+  VImage free = pixels;
+  if (pixels.get_typeof(VIPS_META_SEQUENTIAL) != 0) {
+    free = pixels.copy();
+    free.remove(VIPS_META_SEQUENTIAL);
+  }
+  pixels = free.copy_memory();
+  return Status::Ok();
+}
+
+Status Rotate(Picture& picture, double angle, base::Colour background, const Limits& limits) {
+  const base::Size canvas = base::TurnedSize({picture.pixels.width(), picture.pixels.height()}, angle);
+  if (!WithinLimits(canvas.width, canvas.height, limits)) return fault::SidesTooLarge();
+  VImage turned = Turned(picture.pixels, angle, background);
+  if (Status status = Materialize(turned, limits); !status) return status;
+  if (!ProfileFits(picture.tags.profile, turned)) picture.tags.profile.clear();
+  picture.pixels = turned;
+  SetUpright(picture.tags);
+  return Status::Ok();
+}
+
+Status Resample(Picture& picture, base::Size size, const Limits& limits) {
+  if (size.width < 1 || size.height < 1) return fault::NoSize();
+  if (!WithinLimits(size.width, size.height, limits)) return fault::SidesTooLarge();
+  VImage scaled = Scaled(picture.pixels, size);
+  if (Status status = Materialize(scaled, limits); !status) return status;
+  picture.pixels = scaled;
+  return Status::Ok();
+}
+
+Status MakeGrey(Picture& picture, const Limits& limits) {
+  Picture grey = GreyPicture(picture);
+  if (Status status = Materialize(grey.pixels, limits); !status) return status;
+  picture = std::move(grey);
+  return Status::Ok();
+}
+
+Status MakeBlackWhite(Picture& picture, int level, const Limits& limits) {
+  Picture grey = GreyPicture(picture);
+  grey.pixels = EightBit(Flattened(grey.pixels, base::kWhite)) >= level;
+  grey.pixels = grey.pixels.copy(VImage::option()->set("interpretation", VIPS_INTERPRETATION_B_W));
+  grey.tags.profile.clear();
+  if (Status status = Materialize(grey.pixels, limits); !status) return status;
+  picture = std::move(grey);
+  return Status::Ok();
+}
+
+Status InvertColours(Picture& picture) {
+  if (IsCmyk(picture.pixels)) picture = Displayed(picture);
+  const VImage& pixels = picture.pixels;
+  if (!HasAlpha(pixels)) {
+    picture.pixels = pixels.invert();
+    return Status::Ok();
+  }
+  const int colours = pixels.bands() - 1;
+  const VImage inverted = pixels.extract_band(0, VImage::option()->set("n", colours)).invert();
+  picture.pixels = inverted.bandjoin(pixels.extract_band(colours))
+                       .copy(VImage::option()->set("interpretation", pixels.interpretation()));
+  return Status::Ok();
+}
+
+Status CutOut(Picture& picture, base::Rect rect, const Limits& limits) {
+  if (rect.Empty()) return fault::EmptyRectangle();
+  if (!WithinLimits(rect.width, rect.height, limits)) return fault::SidesTooLarge();
+  const int pixelBytes = static_cast<int>(VIPS_IMAGE_SIZEOF_PEL(picture.pixels.get_image()));
+  if (!FitsMemory(rect.width, rect.height, pixelBytes, limits)) return fault::OutOfMemory();
+  picture.pixels = CropOrPad(picture.pixels, rect, base::kWhite);
+  return Status::Ok();
+}
+
+Status Draw(Picture& canvas, const Picture& picture, base::Rect drawn, const Limits& limits) {
+  if (drawn.Empty()) return fault::EmptyRectangle();
+  if (!WithinLimits(drawn.width, drawn.height, limits)) return fault::SidesTooLarge();
+  const base::Rect seen = Intersection(drawn, {0, 0, canvas.pixels.width(), canvas.pixels.height()});
+  if (seen.Empty()) return Status::Ok();
+  const Picture above = InColoursOf(picture, canvas);
+  VImage patch = Scaled(above.pixels, {drawn.width, drawn.height})
+                     .extract_area(seen.left - drawn.left, seen.top - drawn.top, seen.width, seen.height);
+  if (HasAlpha(canvas.pixels) && !HasAlpha(patch)) {
+    patch = patch.bandjoin_const({canvas.pixels.format() == VIPS_FORMAT_USHORT ? 65535.0 : 255.0});
+  }
+  patch = Overlaid(canvas.pixels.extract_area(seen.left, seen.top, seen.width, seen.height), patch).copy_memory();
+  VImage own = OwnPixels(canvas.pixels);
+  own.draw_image(patch, seen.left, seen.top);
+  canvas.pixels = own;
+  return Status::Ok();
+}
+
+Status MakeCanvas(base::Size size, base::Colour colour, const Limits& limits, Picture& out) {
+  if (size.Empty()) return fault::NoSize();
+  if (!WithinLimits(size.width, size.height, limits)) return fault::SidesTooLarge();
+  const VImage dot = VImage::black(1, 1, VImage::option()->set("bands", 3))
+                         .copy(VImage::option()->set("interpretation", VIPS_INTERPRETATION_sRGB));
+  Picture canvas;
+  canvas.pixels = CropOrPad(dot.new_from_image(SamplesOf(dot, colour)), {0, 0, size.width, size.height}, colour);
+  if (Status status = Materialize(canvas.pixels, limits); !status) return status;
+  out = std::move(canvas);
+  return Status::Ok();
+}
+
+void CopyTags(PictureTags& tags, const PictureTags& from) {
+  tags.exif = from.exif;
+  tags.orientation = from.orientation;
+  tags.dpi = from.dpi;
+}
+
+Status ApplyStep(const PixelStep& step, Picture& picture, const Limits& limits) {
+  struct Apply {
+    Picture& picture;
+    const Limits& limits;
+    Status operator()(const RotateStep& rotate) { return Rotate(picture, rotate.angle, rotate.background, limits); }
+    Status operator()(const ResampleStep& resample) { return Resample(picture, resample.size, limits); }
+    Status operator()(const GreyStep&) { return MakeGrey(picture, limits); }
+    Status operator()(const ThresholdStep& threshold) { return MakeBlackWhite(picture, threshold.level, limits); }
+    Status operator()(const InvertStep&) { return InvertColours(picture); }
+    Status operator()(const CutStep& cut) { return CutOut(picture, cut.rect, limits); }
+    Status operator()(const PlaceStep& place) { return Place(place, picture, limits); }
+  };
+  return std::visit(Apply{picture, limits}, step);
+}
+
+}  // namespace quillon::imaging

@@ -1,0 +1,30 @@
+// SPDX-FileCopyrightText: 2026 The Quillon developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "imaging/limits.h"
+#include "imaging/pixels/picture.h"
+#include "imaging/types.h"
+
+// What the operations on images in memory do to a picture. Each leaves its picture as it was when it fails; what the
+// library throws passes through (see Guarded). They are called on any thread.
+namespace quillon::imaging {
+
+// Computes pixels and holds them, so that what follows need not compute them again and may ask in any order. TooLarge:
+// above limits, checked before anything is allocated.
+host::Status Materialize(vips::VImage& pixels, const Limits& limits);
+
+host::Status Rotate(Picture& picture, double angle, base::Colour background, const Limits& limits);
+host::Status Resample(Picture& picture, base::Size size, const Limits& limits);
+host::Status MakeGrey(Picture& picture, const Limits& limits);
+host::Status MakeBlackWhite(Picture& picture, int level, const Limits& limits);
+host::Status InvertColours(Picture& picture);
+host::Status CutOut(Picture& picture, base::Rect rect, const Limits& limits);
+host::Status Draw(Picture& canvas, const Picture& picture, base::Rect drawn, const Limits& limits);
+host::Status MakeCanvas(base::Size size, base::Colour colour, const Limits& limits, Picture& out);
+// EXIF, orientation and resolution of a picture that was made of another.
+void CopyTags(PictureTags& tags, const PictureTags& from);
+
+host::Status ApplyStep(const PixelStep& step, Picture& picture, const Limits& limits);
+
+}  // namespace quillon::imaging
