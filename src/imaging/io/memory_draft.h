@@ -19,7 +19,7 @@ class MemoryDraft final : public host::Draft {
   explicit MemoryDraft(Grow grow) : grow_(std::move(grow)) {}
 
   host::Status Write(const void* data, std::size_t size) override;
-  // A position beyond the end is refused.
+  // As in a file, a write beyond the end fills the gap with zeros.
   host::Status Seek(std::uint64_t position) override;
   std::int64_t Read(void* data, std::size_t size) override;
   std::uint64_t Size() const override { return bytes_.size(); }

@@ -194,8 +194,9 @@ Prefetched UsePrefetched(CutFile& file) {
   const Status waited = file.program.images.PopPrefetched(plan->work, ready);
   if (!waited) return GiveUp(file, waited);
   if (!ready) return Prefetched::None;
-  if (NameOutput(file) == Step::FileDone || StopHere(file) == Step::FileDone) return Prefetched::FileDone;
-  // The wait has given the window its turns: the parameters may have been changed.
+  if (NameOutput(file) == Step::FileDone) return Prefetched::FileDone;
+  // The window has had its turns: the parameters may have been changed.
+  file.program.host.pump.Turn();
   const std::optional<CutPlan> now = ForeseeCut(file, size);
   if (!now || now->work != plan->work) return Prefetched::None;
   WhitenPaddedBoard(file);
@@ -204,7 +205,7 @@ Prefetched UsePrefetched(CutFile& file) {
   if (!saved) return Prefetched::None;
   file.latestFile = plan->output;
   file.latestSize = plan->size;
-  return Prefetched::Used;
+  return StopHere(file) == Step::FileDone ? Prefetched::FileDone : Prefetched::Used;
 }
 
 }  // namespace quillon::job

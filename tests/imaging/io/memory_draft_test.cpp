@@ -44,10 +44,15 @@ TEST_F(MemoryDraftTest, ReadsGoOnFromThePosition) {
   EXPECT_EQ(std::string(out, 2), "ef");
 }
 
-TEST_F(MemoryDraftTest, APositionBeyondTheEndIsRefused) {
+TEST_F(MemoryDraftTest, AWriteBeyondTheEndFillsTheGapWithZeros) {
   ASSERT_TRUE(Write("ab"));
-  EXPECT_TRUE(draft_.Seek(2));
-  EXPECT_FALSE(draft_.Seek(3));
+  ASSERT_TRUE(draft_.Seek(5));
+  EXPECT_EQ(draft_.Size(), 2u) << "before the write";
+  char out[1] = {};
+  EXPECT_EQ(draft_.Read(out, 1), 0);
+  ASSERT_TRUE(Write("c"));
+  EXPECT_EQ(room_, 1000 - 6) << "the gap is asked for too";
+  EXPECT_EQ(draft_.Release(), std::string("ab\0\0\0c", 6));
 }
 
 TEST_F(MemoryDraftTest, WithoutRoomNothingIsWritten) {

@@ -242,7 +242,7 @@ TEST_F(CutBorderTest, ABorderThatFailsLeavesNothing) {
                     .length = host::testing::Fault::Length::ForEver,
                     .pathHolds = "app/.Tmp2.png"});
   Cut();
-  EXPECT_EQ(world.faults.Fired(), 1);
+  EXPECT_EQ(world.faults.Fired(), 2) << "the prefetched border and the step";
   EXPECT_TRUE(OutNames().empty());
   EXPECT_EQ(Totals().none, 1u);
   EXPECT_FALSE(Why(1).empty());

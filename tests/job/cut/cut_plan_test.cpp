@@ -34,17 +34,17 @@ const Case kCases[] = {
     {"ZoomedAfter", {{"ChCutAndZoom", "1"}, {"CmbZoom", "150%"}}},
     {"GreyAndZoomedAfter", {{"ChToGray", "1"}, {"ChCutAndZoom", "1"}, {"CmbZoom", "50,40"}}},
     {"TurnedByRule", {{"CmbRotate", "1"}}},
-    {"TurnedByOwnAngle", {{"TAngle", "7"}, {"CmbRotate", "5"}}},
-    {"TurnedByRuleAndBack", {{"TAngle", "7"}, {"CmbRotate", "5"}, {"ChRecover", "1"}}},
-    {"TurnedForTheCut", {{"TAngle", "-12"}, {"ChRotateCut", "1"}}},
-    {"TurnedForTheCutAndBack", {{"TAngle", "90"}, {"ChRotateCut", "1"}, {"ChRecover", "1"}, {"ChToGray", "1"}}},
+    {"TurnedByOwnAngle", {{"CmbRotate", "5"}, {"TAngle", "7"}}},
+    {"TurnedByRuleAndBack", {{"CmbRotate", "5"}, {"TAngle", "7"}, {"ChRecover", "1"}}},
+    {"TurnedForTheCut", {{"ChRotateCut", "1"}, {"TAngle", "-12"}}},
+    {"TurnedForTheCutAndBack", {{"ChRotateCut", "1"}, {"TAngle", "90"}, {"ChRecover", "1"}, {"ChToGray", "1"}}},
     {"Bordered", {{"ChAddBoard", "1"}, {"TBoard(0)", "3"}, {"TBoard(3)", "2"}, {"PBoardColor", "#0000FF"}}},
     {"GreyZoomedBordered",
      {{"ChToGray", "1"}, {"ChCutAndZoom", "1"}, {"CmbZoom", "50%"}, {"ChAddBoard", "1"}, {"TBoard(1)", "3"}}},
     {"ZoomedBeforeTurnedBordered",
-     {{"ChZoomAndCut", "1"}, {"CmbZoom", "70%"}, {"TAngle", "5"}, {"CmbRotate", "5"}, {"ChAddBoard", "1"}}},
+     {{"ChZoomAndCut", "1"}, {"CmbZoom", "70%"}, {"CmbRotate", "5"}, {"TAngle", "5"}, {"ChAddBoard", "1"}}},
     {"BorderAlone", {{"ChFrmOnly", "1"}, {"ChAddBoard", "1"}, {"TBoard(2)", "3"}}},
-    {"PaddedAlone", {{"ChFrmOnly", "1"}, {"ChAddBoard", "1"}, {"Form1.ChAddToSize", "1"}}},
+    {"PaddedAlone", {{"Form1.ChCutA", "1"}, {"Form1.ChFixCut", "1"}, {"Form1.CmbKeepCut", "5"}, {"Form1.ChOver", "0"}}},
 };
 
 class CutPlanTest : public CutTest, public ::testing::WithParamInterface<std::tuple<Case, const char*>> {
