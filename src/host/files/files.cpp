@@ -99,6 +99,12 @@ bool Files::SameFile(const std::string& a, const std::string& b) const {
   return one && other && host::SameFile(*one, *other);
 }
 
+std::optional<std::string> Files::RealPath(const std::string& path) const {
+  std::string real;
+  if (disk_.RealPath(path, real) < 0) return std::nullopt;
+  return real;
+}
+
 bool Files::IsLocalDisk(const std::string& folder) const { return disk_.IsLocalDisk(folder); }
 
 Status Files::ListFolder(const std::string& folder, const std::function<bool(const FolderEntry&)>& visit) const {

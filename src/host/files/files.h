@@ -35,7 +35,8 @@ struct FileFacts {
 // An entry of a folder listing.
 struct FolderEntry {
   std::string name;
-  FileKind kind = FileKind::Other;  // a link counts as what it points to
+  FileKind kind = FileKind::Other;  // of a link, what it leads to
+  bool link = false;                // a symbolic link
 };
 
 // A file that is being written under a temporary name in the folder of its final name.
@@ -72,6 +73,8 @@ class Files {
   bool IsFolder(const std::string& path) const;
   // Returns true if both paths lead to the same file, with links followed.
   bool SameFile(const std::string& a, const std::string& b) const;
+  // Returns the absolute path without links, "." and ".."; nothing if it leads to nothing.
+  std::optional<std::string> RealPath(const std::string& path) const;
   // Returns true if this machine serves the disk of folder itself; false for network disks and user-space file systems.
   bool IsLocalDisk(const std::string& folder) const;
   // Calls visit for each entry in the order of the file system, except for drafts, until visit returns false.

@@ -276,7 +276,9 @@ int PosixDisk::List(const std::string& folder, const std::function<bool(const Fo
   std::error_code error;
   fs::directory_iterator entries(folder, error);
   for (; !error && entries != fs::directory_iterator(); entries.increment(error)) {
-    if (!visit({entries->path().filename().native(), KindOf(*entries)})) return 0;
+    std::error_code unknown;
+    const bool link = entries->is_symlink(unknown);
+    if (!visit({entries->path().filename().native(), KindOf(*entries), link})) return 0;
   }
   return -error.value();
 }

@@ -82,6 +82,13 @@ host::BackgroundCall::Work FolderReader::WorkOf(std::shared_ptr<Reading> reading
       ++reading->answers;
       return true;
     });
+    for (const host::FolderEntry& entry : content.entries) {
+      if (stop) return;
+      if (!entry.link || entry.kind != host::FileKind::File) continue;
+      if (content.realPath.empty()) content.realPath = files.RealPath(path).value_or("");
+      content.targets[entry.name] = files.RealPath(base::JoinPath(path, entry.name)).value_or("");
+      ++reading->answers;
+    }
   };
 }
 

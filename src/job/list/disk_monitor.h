@@ -4,6 +4,7 @@
 
 #include <atomic>
 #include <cstddef>
+#include <map>
 #include <memory>
 #include <optional>
 #include <string>
@@ -47,7 +48,9 @@ class DiskTimeout {
 struct FolderContent {
   std::optional<host::FileFacts> facts;  // nothing if the path leads nowhere
   std::vector<host::FolderEntry> entries;
-  host::Status listed;  // what ended the listing early; the entries before it count
+  std::string realPath;                        // of the folder; "" unless it holds links to files
+  std::map<std::string, std::string> targets;  // real paths of the files that links in it lead to, by the links' names
+  host::Status listed;                         // what ended the listing early; the entries before it count
 };
 
 // Reads a folder on a background thread. Starts immediately.

@@ -19,6 +19,10 @@ std::size_t Count(const host::Files& files, const std::string& root, const WalkR
   std::size_t count = 0;
   Seen seen;
   if (const auto out = files.Stat(rule.leftOut)) seen.emplace(out->device, out->inode);
+  const std::string realRoot = files.RealPath(root).value_or(root);
+  const auto isTwin = [&](const host::FolderEntry& entry, const std::string& path) {
+    return entry.link && rule.links == Links::Refused && rule.Reaches(files.RealPath(path).value_or(""), realRoot);
+  };
   std::vector<std::string> todo{""};  // relative to the root
   while (!todo.empty() && !stop) {
     const std::string folder = std::move(todo.back());
@@ -30,8 +34,10 @@ std::size_t Count(const host::Files& files, const std::string& root, const WalkR
       if (stop) return false;
       const std::string below = folder.empty() ? entry.name : base::JoinPath(folder, entry.name);
       const bool ours = entry.kind == host::FileKind::File && rule.accepts(entry.name) && rule.Owns(below);
-      if (ours && (doneElsewhere.empty() || !doneElsewhere.contains(base::JoinPath(path, entry.name)))) ++count;
-      if (entry.kind == host::FileKind::Folder && rule.subfolders == Subfolders::Yes) todo.push_back(below);
+      const std::string full = base::JoinPath(path, entry.name);
+      if (ours && !doneElsewhere.contains(full) && !isTwin(entry, full)) ++count;
+      const bool entered = !entry.link || rule.links == Links::Followed;
+      if (entry.kind == host::FileKind::Folder && rule.subfolders == Subfolders::Yes && entered) todo.push_back(below);
       return true;
     });
   }

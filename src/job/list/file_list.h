@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include <compare>
 #include <cstdint>
 #include <memory>
 #include <string>
@@ -14,6 +15,17 @@
 
 namespace quillon::job {
 
+// Identifies a file on this machine, whatever its name. All zeros: unknown.
+struct FileId {
+  std::uint64_t device = 0;
+  std::uint64_t inode = 0;
+
+  auto operator<=>(const FileId&) const = default;
+};
+
+// How a walk has come to a file.
+enum class Reached { ByFolders, ByFolderLink };
+
 // One listed file. The folder text is shared by all rows of a folder.
 struct FileRow {
   std::shared_ptr<const std::string> folder;
@@ -25,6 +37,8 @@ struct FileRow {
   std::uint64_t bytes = 0;
   std::uint64_t newBytes = 0;  // of the output, 0 before
   int pages = 0;               // 0 for a plain image
+  FileId id = {};              // two names of one file share it
+  Reached reached = Reached::ByFolders;
   Result result = Result::Written;
   std::string why;  // why the last run gave no output
 

@@ -21,6 +21,8 @@ constexpr std::size_t kAnnounced = 64;
 constexpr std::size_t kEntriesPerTurn = 256;
 // How long files that are found wait for a folder behind them, in seconds.
 constexpr double kPatience = 0.02;
+constexpr const char* kLinkPassedOver =
+    "是指向文件夹的链接：覆盖原图时不进入链接，以免改动别处的图片；这样的文件夹都已跳过";
 
 std::string FolderPart(const std::string& path) { return path.substr(0, path.rfind('/') + 1); }
 
@@ -33,6 +35,14 @@ bool FitsFilter(const std::string& filter, const std::string& path) {
 
 bool WalkRule::Owns(const std::string& relativePath) const {
   return shard.Owns(byFolder ? FolderPart(relativePath) : relativePath);
+}
+
+bool WalkRule::Reaches(const std::string& target, const std::string& root) const {
+  const std::string below = root == "/" ? root : root + "/";
+  if (!target.starts_with(below)) return false;
+  const bool direct = target.find('/', below.size()) == std::string::npos;
+  const bool isLeftOut = !leftOut.empty() && target.starts_with(leftOut + "/");
+  return (direct || subfolders == Subfolders::Yes) && !isLeftOut && accepts(target.substr(target.rfind('/') + 1));
 }
 
 bool WalkRule::OwnsNamed(const std::string& path) const { return shard.OwnsNamed(byFolder ? FolderPart(path) : path); }
@@ -52,10 +62,11 @@ class FileWalk::Finder {
 
   // The next path, false at the end.
   bool Next(std::string& path) {
-    const bool more = announced_ < found_.size() || !todo_.empty() || reading_;
+    const bool more = announced_ < found_.size() || !todo_.empty() || !links_.empty() || reading_;
     if (announced_ <= kAnnounced / 2 && more) Prefetch();
     if (found_.empty()) return false;
     path = found_.front().Path();
+    reached_ = found_.front().reached;
     found_.pop_front();
     --announced_;
     return true;
@@ -67,6 +78,7 @@ class FileWalk::Finder {
     return paths;
   }
 
+  Reached How() const { return reached_; }
   std::size_t LeftToOthers() const { return leftToOthers_; }
   bool ReachedAll() const { return reachedAll_; }
 
@@ -74,10 +86,12 @@ class FileWalk::Finder {
   struct Place {
     std::string path;
     std::size_t rootLength = 0;  // how much of the path is its root; 0 for a root itself
+    Reached reached = Reached::ByFolders;
   };
   struct Found {
     std::shared_ptr<const std::string> folder;  // none for a root
     std::string name;
+    Reached reached = Reached::ByFolders;
 
     std::string Path() const { return folder ? base::JoinPath(*folder, name) : name; }
   };
@@ -94,6 +108,10 @@ class FileWalk::Finder {
   // False at the end, and where what is found would have to wait for the next folder.
   bool Expand() {
     if (!reading_) {
+      if (todo_.empty() && !links_.empty()) {
+        todo_.push_back(std::move(links_.front()));
+        links_.pop_front();
+      }
       if (todo_.empty()) return false;
       place_ = std::move(todo_.back());
       todo_.pop_back();
@@ -117,24 +135,53 @@ class FileWalk::Finder {
       NoteNotListed(place.path, content.listed, mine);
     }
     if (folder && walked_.emplace(content.facts->device, content.facts->inode).second) {
-      ReadEntries(place, content.entries);
+      ReadEntries(place, content);
     }
   }
 
-  void ReadEntries(const Place& place, const std::vector<host::FolderEntry>& entries) {
+  void ReadEntries(const Place& place, const FolderContent& content) {
     const auto folder = std::make_shared<const std::string>(place.path);
     const std::size_t rootLength = place.rootLength > 0 ? place.rootLength : place.path.size();
     std::vector<Place> below;
     std::size_t seen = 0;
-    for (const host::FolderEntry& entry : entries) {
+    for (const host::FolderEntry& entry : content.entries) {
+      const std::string path = base::JoinPath(place.path, entry.name);
       if (entry.kind == host::FileKind::File && rule_.accepts(entry.name)) {
-        Take({folder, entry.name}, rule_.Owns(Relative(base::JoinPath(place.path, entry.name), rootLength)));
+        const bool mine = rule_.Owns(Relative(path, rootLength));
+        if (!IsTwin(place, entry, content, mine)) Take({folder, entry.name, place.reached}, mine);
       } else if (entry.kind == host::FileKind::Folder && rule_.subfolders == Subfolders::Yes) {
-        below.push_back({base::JoinPath(place.path, entry.name), rootLength});
+        if (entry.link) {
+          KeepLink({path, rootLength, Reached::ByFolderLink});
+        } else {
+          below.push_back({path, rootLength, place.reached});
+        }
       }
       if (++seen % kEntriesPerTurn == 0) context_.host.pump.Turn();
     }
     todo_.insert(todo_.end(), below.rbegin(), below.rend());
+  }
+
+  void KeepLink(Place link) {
+    if (rule_.links == Links::Followed) {
+      links_.push_back(std::move(link));
+    } else if (!std::exchange(linkReported_, true) && context_.observer) {
+      context_.observer->FileNotListed(link.path, kLinkPassedOver);
+    }
+  }
+
+  // A link to a file that comes under its own name.
+  bool IsTwin(const Place& place, const host::FolderEntry& entry, const FolderContent& content, bool mine) {
+    if (rule_.links == Links::Followed || !entry.link) return false;
+    const auto target = content.targets.find(entry.name);
+    if (target == content.targets.end()) return false;
+    const std::size_t belowRoot = place.rootLength > 0 ? place.path.size() - place.rootLength : 0;
+    const std::string root = content.realPath.substr(0, content.realPath.size() - belowRoot);
+    if (!rule_.Reaches(target->second, root)) return false;
+    if (mine && context_.observer) {
+      context_.observer->FileFilteredOut(base::JoinPath(place.path, entry.name),
+                                         "是链接，和“" + base::DisplayText(target->second) + "”是同一个文件，只裁一次");
+    }
+    return true;
   }
 
   static std::string Relative(const std::string& path, std::size_t rootLength) {
@@ -162,10 +209,13 @@ class FileWalk::Finder {
   const RunContext& context_;
   const WalkRule& rule_;
   std::vector<Place> todo_;  // roots and folders, the next one last
+  std::deque<Place> links_;  // links to folders
+  bool linkReported_ = false;
   std::unique_ptr<FolderReader> reading_;
   Place place_;  // that is read
   std::deque<Found> found_;
-  std::size_t announced_ = 0;  // how many of found_ stand in the plan
+  Reached reached_ = Reached::ByFolders;  // the file that was handed out last
+  std::size_t announced_ = 0;             // how many of found_ stand in the plan
   std::size_t leftToOthers_ = 0;
   bool reachedAll_ = true;
   std::set<std::pair<std::uint64_t, std::uint64_t>> walked_;
@@ -188,6 +238,8 @@ WalkEnd FileWalk::Run(const std::vector<std::string>& roots, const Visit& visit)
   context_.images.PlanMeasures({});
   return end;
 }
+
+Reached FileWalk::How() const { return finder_->How(); }
 
 std::vector<std::string> FileWalk::Upcoming(std::size_t count) const { return finder_->Upcoming(count); }
 

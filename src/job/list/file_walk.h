@@ -7,6 +7,7 @@
 #include <string>
 #include <vector>
 
+#include "job/list/file_list.h"
 #include "job/list/run_context.h"
 
 namespace quillon::job {
@@ -27,17 +28,21 @@ struct WalkRule {
   Shard shard;            // files of other shards are passed over
   std::string leftOut;    // a folder below a root that is passed over with all it holds, "" for none
   bool byFolder = false;  // all files of a folder fall to one share
+  Links links = Links::Followed;
 
   // Whether a file belongs to the shard; see Shard.
   bool Owns(const std::string& relativePath) const;
   bool OwnsNamed(const std::string& path) const;
+  // Whether the walk over a root hands out the file that a link leads to under its own name. Both are real paths.
+  bool Reaches(const std::string& target, const std::string& root) const;
 };
 
 // The one walk over files and folders that all drivers share: of each folder first its files, then its subfolders, in
-// the order of the file system. The pump gets a turn at each step; Flags::StopRequested ends the walk. What cannot be
-// listed is passed over, as are drafts and what is neither file nor folder. A folder that links lead to twice is walked
-// once. An unresponsive disk is given up after a while; what was found before it is visited first. Folders that exist
-// and could not be listed are reported to the observer. The pictures that come next are announced for measuring.
+// the order of the file system; links to folders come last, after all roots. The pump gets a turn at each step;
+// Flags::StopRequested ends the walk. What cannot be listed is passed over, as are drafts and what is neither file nor
+// folder. A folder that links lead to twice is walked once. An unresponsive disk is given up after a while; what was
+// found before it is visited first. Folders that exist and could not be listed are reported to the observer. The
+// pictures that come next are announced for measuring.
 class FileWalk {
  public:
   // Called with each file; false ends the walk.
@@ -52,6 +57,8 @@ class FileWalk {
   // Stopped if visit or StopRequested ended it.
   WalkEnd Run(const std::vector<std::string>& roots, const Visit& visit);
 
+  // How the file that is visited was reached.
+  Reached How() const;
   // While a file is visited: at most `count` of the files that follow it, as far as they are found.
   std::vector<std::string> Upcoming(std::size_t count) const;
   // How many files were passed over because of the shard or because they were handled already.

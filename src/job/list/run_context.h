@@ -27,6 +27,14 @@ class FileList;
 
 enum class Subfolders { No, Yes };
 
+// What a walk does with symbolic links.
+enum class Links {
+  Followed,
+  // For runs that replace their sources, so that they stay within the folder that was named and replace no file twice:
+  // links to folders are passed over, and so are links to files that the walk reaches by their own names.
+  Refused
+};
+
 // What a driver may need before it runs.
 enum class Need {
   ManualFrame,  // the parts built above the job: see Program

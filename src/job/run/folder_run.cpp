@@ -70,6 +70,7 @@ std::string FolderRun::Root() const {
 WalkRule FolderRun::Rule() const {
   WalkRule rule;
   rule.subfolders = context_.window.SubfolderChoice();
+  if (context_.window.Overwrites()) rule.links = Links::Refused;
   rule.accepts = [filter = context_.window.Filter()](const std::string& name) { return FitsFilter(filter, name); };
   rule.shard = context_.shard;
   const std::string out = context_.window.OutputFolder();

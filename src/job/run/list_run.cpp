@@ -6,13 +6,15 @@
 #include <optional>
 #include <utility>
 
+#include "base/utf8.h"
 #include "job/list/disk_monitor.h"
-#include "job/list/file_list.h"
 #include "job/run/folder_run.h"
 #include "job/run/run_guard.h"
 
 namespace quillon::job {
 namespace {
+
+constexpr const char* kBeyondLink = "在指向文件夹的链接里：覆盖原图时不处理，以免改动别处的图片";
 
 void ShowEnd(const RunContext& context, const RunEnd& end) {
   if (end.text.empty()) return;
@@ -80,6 +82,10 @@ void ListRun::HandleRow(std::size_t row) {
     ReportAll(file, Result::None, answered.Why());
     return;
   }
+  if (const std::string why = WhyNotReplaced(row); !why.empty()) {
+    ReportAll(file, Result::Skipped, why);
+    return;
+  }
   if (!driver_.ShowsProgress()) {
     const std::string rows = std::to_string(context_.files.RowCount());
     context_.window.ShowStatus("  正在处理..." + std::to_string(row) + "/" + rows);
@@ -88,6 +94,17 @@ void ListRun::HandleRow(std::size_t row) {
   driver_.PrefetchFrom(row);
   if (context_.observer) context_.observer->FileBegun(file.path);
   driver_.Cut(file, [this](const FileResult& result) { ledger_.Add(result); });
+}
+
+std::string ListRun::WhyNotReplaced(std::size_t row) {
+  if (!context_.window.Overwrites()) return {};
+  const FileRow& file = context_.files.Row(row - 1);
+  if (file.reached == Reached::ByFolderLink) return kBeyondLink;
+  if (file.id == FileId{}) return {};
+  const auto [first, isFirst] = replaced_.emplace(file.id, row);
+  if (isFirst) return {};
+  return "和“" + base::DisplayText(context_.files.Row(first->second - 1).Path()) +
+         "”是同一个文件，已经处理过，不再裁一次";
 }
 
 void ListRun::ReportAll(const RunFile& file, Result result, const std::string& why) {

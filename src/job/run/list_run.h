@@ -2,6 +2,11 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include <cstddef>
+#include <map>
+#include <string>
+
+#include "job/list/file_list.h"
 #include "job/run/driver.h"
 #include "job/run/run_ledger.h"
 
@@ -20,12 +25,15 @@ class ListRun {
 
  private:
   void HandleRow(std::size_t row);
+  // Why a row must not be handled in a run that replaces its sources; "" if it may.
+  std::string WhyNotReplaced(std::size_t row);
   void ReportAll(const RunFile& file, Result result, const std::string& why);
 
   const RunContext& context_;
   RunLedger& ledger_;
   FileDriver& driver_;
   std::size_t resultsPerFile_;
+  std::map<FileId, std::size_t> replaced_;  // files of the rows so far
 };
 
 // Runs the driver over the list, or in large-capacity mode over the input folder, from the first check to the last box.

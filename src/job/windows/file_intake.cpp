@@ -56,7 +56,7 @@ class AdmissionRule {
   bool Ready();
   // Measures the file and adds its row, or reports why not. The first file without a size shows a box; the status panel
   // and the observer name each of them.
-  Admission Admit(const std::string& path);
+  Admission Admit(const std::string& path, Reached reached);
   // What the status panel says of the pictures that ChFilter left out, "" if it left out none.
   std::string FilterText() const;
 
@@ -94,7 +94,7 @@ void AdmissionRule::Refuse(const std::string& path, const std::string& why) {
   if (!std::exchange(asked_, true)) program_.Ask(kNoSize);
 }
 
-Admission AdmissionRule::Admit(const std::string& path) {
+Admission AdmissionRule::Admit(const std::string& path, Reached reached) {
   Flags& flags = program_.flags;
   flags.InfoWidth = flags.InfoHeight = "0";
   imaging::ImageFacts facts;
@@ -111,6 +111,7 @@ Admission AdmissionRule::Admit(const std::string& path) {
   row.height = facts.height;
   row.dpi = facts.dpi;
   row.pages = pages.count;
+  row.reached = reached;
 
   if (facts.width == 0 || facts.height == 0) {
     Refuse(path, measured ? "图片的宽或高为 0" : measured.Why());
@@ -121,7 +122,10 @@ Admission AdmissionRule::Admit(const std::string& path) {
     if (program_.observer) program_.observer->FileFilteredOut(path, TooSmallText(least));
     return Admission::PassedOver;
   }
-  if (const auto file = program_.host.files.Stat(path)) row.bytes = file->size;
+  if (const auto file = program_.host.files.Stat(path)) {
+    row.bytes = file->size;
+    row.id = {file->device, file->inode};
+  }
   program_.files.Grow({facts.width, facts.height}, row.bytes);
   if (CountsPages() && mode_ != kPdfMode && row.pages <= 1) {
     program_.host.boxes.Beep();
@@ -227,6 +231,7 @@ WalkRule FileIntake::OwnShard() const {
 WalkRule FileIntake::Rule(Subfolders subfolders) const {
   WalkRule rule = OwnShard();
   rule.subfolders = subfolders;
+  if (program_.form1.ChOver.On()) rule.links = Links::Refused;
   rule.accepts = [this](const std::string& name) { return Accepts(name); };
   // Others may have begun to cut already: what lies there are results.
   if (!program_.shard.Whole() && !program_.form1.ChOver.On() && OutDirExists()) {
@@ -287,7 +292,7 @@ bool FileIntake::List(const std::vector<std::string>& roots, Subfolders subfolde
         if (!program_.flags.StopRequested) ReportNotListed(path, answered.Why());
         return !program_.flags.StopRequested;
       }
-      refused = rule.Admit(path) == Admission::Ended && withoutSize == WithoutSize::EndsListing;
+      refused = rule.Admit(path, walk.How()) == Admission::Ended && withoutSize == WithoutSize::EndsListing;
       ++read;
       if (!refused) tell();
       return !refused;
