@@ -17,6 +17,7 @@
 #include "cli/options.h"
 #include "cli/parse.h"
 #include "cli/private_folder.h"
+#include "cli/report/out_stream.h"
 #include "cli/runner.h"
 #include "cli/stop_signals.h"
 #include "cli/workers/worker_journals.h"
@@ -79,11 +80,8 @@ class Session {
       private_.Remove();
       std::_Exit(static_cast<int>(Exit::Stopped));
     });
-    if (plan_.jobs > 1) return RunWorkers();
-    const Outcome outcome = Perform();
-    signals_.OnSecondSignal({});
-    for (const std::string& note : outcome.notes) PrintError(note);
-    return outcome.exit;
+    const Exit exit = plan_.jobs > 1 ? RunWorkers() : RunHere();
+    return exit == Exit::AllWritten && reporter_->EventsLost() ? Exit::SomeWithout : exit;
   }
 
  private:
@@ -93,6 +91,13 @@ class Session {
     if (IsWorker()) return std::make_unique<WorkerReporter>(stdout, stderr);
     if (plan.json) return std::make_unique<JsonReporter>(stdout, stderr);
     return std::make_unique<TextReporter>(stdout, stderr, isatty(STDERR_FILENO) ? Terminal::Yes : Terminal::No);
+  }
+
+  Exit RunHere() {
+    const Outcome outcome = Perform();
+    signals_.OnSecondSignal({});
+    for (const std::string& note : outcome.notes) PrintError(note);
+    return outcome.exit;
   }
 
   Exit RunWorkers() {
@@ -186,6 +191,7 @@ class Session {
 
 int RunBatch(const std::vector<std::string>& arguments) {
   host::posix::IgnoreSignals();
+  std::setvbuf(stdout, nullptr, _IONBF, 0);
   std::error_code error;
   const std::string folder = std::filesystem::current_path(error).native();
   const Parsed parsed = ParseArguments(arguments, folder, ReadScript);
@@ -195,8 +201,9 @@ int RunBatch(const std::vector<std::string>& arguments) {
   }
   const Plan& plan = parsed.plan;
   if (plan.help || plan.version) {
-    std::fputs((plan.help ? HelpText() : VersionText()).c_str(), stdout);
-    return static_cast<int>(Exit::AllWritten);
+    OutStream out(stdout, stderr);
+    out.Write(plan.help ? HelpText() : VersionText());
+    return static_cast<int>(out.Lost() ? Exit::SomeWithout : Exit::AllWritten);
   }
   if (plan.steps.empty() && !plan.listControls) {
     PrintError("没有要做的事；用法见 quillon-batch --help");

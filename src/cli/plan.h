@@ -48,7 +48,7 @@ struct Plan {
 // The exit codes of quillon-batch.
 enum class Exit {
   AllWritten = 0,      // every file was written or skipped
-  SomeWithout = 1,     // some file has no output, or a run did not start
+  SomeWithout = 1,     // some file has no output, a run did not start, or events were lost
   WrongArguments = 2,  // an argument is wrong, or a step was refused
   Stopped = 3          // stopped by a signal or by the user
 };

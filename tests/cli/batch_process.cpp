@@ -29,15 +29,16 @@ void Nap() {
 
 }  // namespace
 
-BatchProcess::BatchProcess(const std::vector<std::string>& arguments, const std::string& folder, ErrorsTo errors)
+BatchProcess::BatchProcess(const std::vector<std::string>& arguments, const std::string& folder, ErrorsTo errors,
+                           OutTo out)
     : temporary_(own_.Path("tmp")) {
-  Start(arguments, folder, errors);
+  Start(arguments, folder, errors, out);
 }
 
 BatchProcess::BatchProcess(const std::vector<std::string>& arguments, const std::string& folder,
                            const std::string& temporary)
     : temporary_(temporary) {
-  Start(arguments, folder, ErrorsTo::File);
+  Start(arguments, folder, ErrorsTo::File, OutTo::Pipe);
 }
 
 BatchProcess::~BatchProcess() {
@@ -49,7 +50,8 @@ BatchProcess::~BatchProcess() {
   if (terminal_ >= 0) close(terminal_);
 }
 
-void BatchProcess::Start(const std::vector<std::string>& arguments, const std::string& folder, ErrorsTo errors) {
+void BatchProcess::Start(const std::vector<std::string>& arguments, const std::string& folder, ErrorsTo errors,
+                         OutTo out) {
   std::error_code ignored;
   std::filesystem::create_directories(temporary_, ignored);
   const std::string errorFile = own_.Path("err");
@@ -67,7 +69,7 @@ void BatchProcess::Start(const std::vector<std::string>& arguments, const std::s
   process_ = fork();
   if (process_ == 0) {
     const int err = slave >= 0 ? slave : open(errorFile.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0600);
-    dup2(ends[1], STDOUT_FILENO);
+    dup2(out == OutTo::FullDevice ? open("/dev/full", O_WRONLY) : ends[1], STDOUT_FILENO);
     dup2(err, STDERR_FILENO);
     putenv(const_cast<char*>(temporary.c_str()));
     putenv(const_cast<char*>(settings.c_str()));

@@ -20,12 +20,13 @@ struct Ran {
 };
 
 enum class ErrorsTo { File, Terminal };
+enum class OutTo { Pipe, FullDevice };
 
 // One call of the program, with a folder for temporary files of its own.
 class BatchProcess {
  public:
   explicit BatchProcess(const std::vector<std::string>& arguments, const std::string& folder = "/",
-                        ErrorsTo errors = ErrorsTo::File);
+                        ErrorsTo errors = ErrorsTo::File, OutTo out = OutTo::Pipe);
   // For a call that shares the temporary folder of another call.
   BatchProcess(const std::vector<std::string>& arguments, const std::string& folder, const std::string& temporary);
   ~BatchProcess();
@@ -48,7 +49,7 @@ class BatchProcess {
   const std::string& TemporaryFolder() const { return temporary_; }
 
  private:
-  void Start(const std::vector<std::string>& arguments, const std::string& folder, ErrorsTo errors);
+  void Start(const std::vector<std::string>& arguments, const std::string& folder, ErrorsTo errors, OutTo out);
   bool ReadMore();
   void SetEnd(int status);
 

@@ -304,6 +304,14 @@ TEST_F(ProgramTest, GoesOnWhenNobodyHearsItsEvents) {
   EXPECT_TRUE(folder.Exists("out/a.jpg"));
 }
 
+TEST_F(ProgramTest, EndsWithOneIfItsEventsAreLost) {
+  BatchProcess process(Cut({Picture("a.bmp")}, {"--json"}), folder.Path(), ErrorsTo::File, OutTo::FullDevice);
+  const Ran ran = process.Wait();
+  EXPECT_EQ(ran.exit, 1);
+  EXPECT_EQ(ran.err, "quillon-batch: 标准输出无法写入（磁盘空间不足），以后的事件没有写出\n");
+  EXPECT_TRUE(folder.Exists("out/a.jpg"));
+}
+
 TEST_F(ProgramTest, StepsBehindTheClosedMainWindowAreRefused) {
   const Ran ran = Run({"--answer", "关闭程序=Ok", "--close", "Form1", "--print", "ChOver"});
   EXPECT_EQ(ran.exit, 2);

@@ -96,13 +96,6 @@ void Reporter::Report(const Event& event) {
 
 void JsonReporter::Write(const Event& event) { WriteLine(JsonLine(event)); }
 
-void JsonReporter::WriteLine(std::string line) {
-  if (failed_) return;
-  line += '\n';
-  failed_ = std::fwrite(line.data(), 1, line.size(), out_) != line.size() || std::fflush(out_) != 0;
-  if (failed_) std::fputs("quillon-batch: 标准输出无法写入，以后的事件没有写出\n", err_);
-}
-
 void WorkerReporter::Show(const Progress& progress) {
   if (progress.running) WriteLine(ProgressLine(progress));
 }
@@ -154,8 +147,7 @@ void TextReporter::ClearLine() {
 void TextReporter::Write(const Event& event) {
   if (event.kind == EventKind::Print) {
     ClearLine();
-    std::fputs(PrintText(event).c_str(), out_);
-    std::fflush(out_);
+    out_.Write(PrintText(event));
   } else if (event.kind == EventKind::File && event.Text("result") != ResultName(job::Result::Written)) {
     const char* kind = event.Text("result") == ResultName(job::Result::Skipped) ? "略过" : "没有输出";
     if (withoutOutput_.size() >= kMostLines) {
@@ -179,7 +171,7 @@ void TextReporter::Show(const Progress& progress) {
 void TextReporter::List(const controls::Control& control) {
   const std::string line = Shown(control.FullName()) + "\t" + KindName(control.GetKind()) + "\t" +
                            Shown(control.Value()) + "\t" + Shown(control.Caption()) + "\n";
-  std::fputs(line.c_str(), out_);
+  out_.Write(line);
 }
 
 void TextReporter::Finish(const Summary& summary) {

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "cli/report/event.h"
+#include "cli/report/out_stream.h"
 #include "host/journal.h"
 
 namespace quillon::cli {
@@ -39,6 +40,8 @@ class Reporter {
   virtual void List(const controls::Control& control) { Report(PrintEvent(control)); }
   // Called once, after the end event and after everything else.
   virtual void Finish(const Summary&) {}
+  // True if an event could not be written although somebody may be reading.
+  virtual bool EventsLost() const { return false; }
   // Returns the text of the last box that was reported; "" if there was none since ClearLastBox().
   const std::string& LastBox() const { return lastBox_; }
   void ClearLastBox() { lastBox_.clear(); }
@@ -50,20 +53,19 @@ class Reporter {
   std::string lastBox_;
 };
 
-// --json: writes every event as one JSON line to out and flushes it. After a failed write it reports that once on err
-// and writes no further events.
+// --json: writes every event as one JSON line to out, at once.
 class JsonReporter : public Reporter {
  public:
-  JsonReporter(std::FILE* out, std::FILE* err) : out_(out), err_(err) {}
+  JsonReporter(std::FILE* out, std::FILE* err) : out_(out, err) {}
+
+  bool EventsLost() const override { return out_.Lost(); }
 
  protected:
   void Write(const Event& event) override;
-  void WriteLine(std::string line);
+  void WriteLine(const std::string& line) { out_.Write(line + "\n"); }
 
  private:
-  std::FILE* out_;
-  std::FILE* err_;
-  bool failed_ = false;
+  OutStream out_;
 };
 
 // Used in a worker process: also writes the lines that only the parent process reads (workers/worker_lines.h).
@@ -88,8 +90,9 @@ enum class Terminal { No, Yes };
 // the files without output and the sums. Control characters in names are replaced by '?'.
 class TextReporter final : public Reporter {
  public:
-  TextReporter(std::FILE* out, std::FILE* err, Terminal terminal) : out_(out), err_(err), terminal_(terminal) {}
+  TextReporter(std::FILE* out, std::FILE* err, Terminal terminal) : out_(out, err), err_(err), terminal_(terminal) {}
 
+  bool EventsLost() const override { return out_.Lost(); }
   void Show(const Progress& progress) override;
   // Writes name ("Form1.TQuality"), kind, value and caption with tabs between them.
   void List(const controls::Control& control) override;
@@ -101,7 +104,7 @@ class TextReporter final : public Reporter {
  private:
   void ClearLine();
 
-  std::FILE* out_;
+  OutStream out_;
   std::FILE* err_;
   Terminal terminal_;
   std::string line_;                        // the progress line on the terminal, "" if there is none

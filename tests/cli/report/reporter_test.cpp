@@ -4,6 +4,8 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <cerrno>
 #include <cstdlib>
 
 #include "controls/values.h"
@@ -161,6 +163,54 @@ TEST(JsonReporter, WritesEachEventAtOnce) {
   EXPECT_EQ(out.Text(), "{\"event\":\"beep\"}\n");
   reporter.Report(TitleEvent("Form1", "x"));
   EXPECT_EQ(out.Text(), "{\"event\":\"beep\"}\n{\"event\":\"title\",\"text\":\"x\",\"window\":\"Form1\"}\n");
+}
+
+// A device that is always full.
+TEST(JsonReporter, ReportsEventsThatAreLost) {
+  std::FILE* full = std::fopen("/dev/full", "w");
+  ASSERT_NE(full, nullptr);
+  std::setvbuf(full, nullptr, _IONBF, 0);
+  Stream err;
+  JsonReporter reporter(full, err.File());
+  EXPECT_FALSE(reporter.EventsLost());
+  reporter.Report(BeepEvent());
+  reporter.Report(BeepEvent());
+  EXPECT_TRUE(reporter.EventsLost());
+  EXPECT_EQ(err.Text(), "quillon-batch: 标准输出无法写入（磁盘空间不足），以后的事件没有写出\n");
+  std::fclose(full);
+}
+
+// A stream whose writes fail for a while, as those to a pipe do when a signal comes or when it is full and does not
+// block.
+struct ShakyStream {
+  static ssize_t Write(void* cookie, const char* data, std::size_t size) {
+    auto* stream = static_cast<ShakyStream*>(cookie);
+    const int call = stream->calls++ % 3;
+    if (call < 2) {
+      errno = call == 0 ? EINTR : EAGAIN;
+      return 0;
+    }
+    const std::size_t part = std::min<std::size_t>(size, 7);
+    stream->text.append(data, part);
+    return static_cast<ssize_t>(part);
+  }
+
+  int calls = 0;
+  std::string text;
+};
+
+TEST(JsonReporter, RepeatsWritesThatOnlyFailForTheMoment) {
+  ShakyStream shaky;
+  std::FILE* out = fopencookie(&shaky, "w", {nullptr, &ShakyStream::Write, nullptr, nullptr});
+  ASSERT_NE(out, nullptr);
+  std::setvbuf(out, nullptr, _IONBF, 0);
+  Stream err;
+  JsonReporter reporter(out, err.File());
+  reporter.Report(BeepEvent());
+  EXPECT_EQ(shaky.text, "{\"event\":\"beep\"}\n");
+  EXPECT_FALSE(reporter.EventsLost());
+  EXPECT_EQ(err.Text(), "");
+  std::fclose(out);
 }
 
 TEST(WorkerReporter, LeavesTitlesOut) {
