@@ -102,9 +102,10 @@ std::string ListRun::WhyNotReplaced(std::size_t row) {
   if (file.reached == Reached::ByFolderLink) return kBeyondLink;
   if (file.id == FileId{}) return {};
   const auto [first, isFirst] = replaced_.emplace(file.id, row);
-  if (isFirst) return {};
-  return "和“" + base::DisplayText(context_.files.Row(first->second - 1).Path()) +
-         "”是同一个文件，已经处理过，不再裁一次";
+  const std::string name = context_.files.Row(first->second - 1).Path();
+  // The driver itself sees that a name is listed twice.
+  if (isFirst || name == file.Path()) return {};
+  return "和“" + base::DisplayText(name) + "”是同一个文件，已经处理过，不再裁一次";
 }
 
 void ListRun::ReportAll(const RunFile& file, Result result, const std::string& why) {
