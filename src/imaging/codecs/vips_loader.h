@@ -3,17 +3,14 @@
 #pragma once
 
 #include <memory>
-#include <string_view>
 
 #include "imaging/io/bytes.h"
 #include "imaging/limits.h"
+#include "imaging/metadata/picture_format.h"
 #include "imaging/rows/row_source.h"
 #include "imaging/types.h"
 
 namespace quillon::imaging {
-
-// The file formats that can be read.
-enum class Format { Unknown, Jpeg, Png, Gif, Tiff, Bmp, Psd };
 
 // Opens a png, gif or tiff with libvips: the first frame, or the given page of a tiff, counted from 0.
 // The rows have the pixel formats that Picture describes. The loader reads through bytes, never by file name.
