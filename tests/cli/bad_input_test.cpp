@@ -118,6 +118,13 @@ TEST_F(BadInputTest, AbsurdSizes) {
   CutBad("none.jpg", Patched("jpg", frame + 5, Number(0, 2, true) + Number(0, 2, true)));
 }
 
+// A canvas of 4 gigapixels in a file of a few bytes.
+TEST_F(BadInputTest, MorePixelsThanTheFileCanHold) {
+  const std::string sides = Number(0xFFFF, 2, false) + Number(0xFFFF, 2, false);
+  const std::string frame = std::string(",\0\0\0\0\1\0\1\0\0\2\2D\1\0;", 16);
+  CutBad("claims.gif", "GIF89a" + sides + std::string("\x80\0\0\0\0\0\xFF\xFF\xFF", 9) + frame);
+}
+
 // Each of them is measured at once, whatever its chain leads to, and the neighbours are cut.
 TEST_F(BadInputTest, ChainsThatLeadNowhere) {
   using namespace imaging::testing;
