@@ -73,10 +73,12 @@ TEST(HeaderReader, BmpsOfAllAges) {
 }
 
 TEST(HeaderReader, SidesThatNoPictureHasAreNoSize) {
-  for (const std::string& content : {Png(0, 43, ""), Png(61, 0, ""), Png(-1, 43, ""), Gif(0, 43), Bmp(-61, 43, 0),
-                                     Bmp(61, 0, 0), Tiff(false, 0, 43, 72, 2), Psd(1, 0, 43), Psd(1, 61, 0x80000000),
-                                     std::string("\x89PNG\r\n\x1A\n"), std::string("GIF89a=\0+", 9), std::string("BM"),
-                                     std::string("II*\0\x08\0\0\0", 8), std::string("8BPS"), Jpeg({}).substr(0, 30)}) {
+  std::string negative = Bmp(61, 43, 0);
+  negative.replace(18, 4, Little(static_cast<unsigned long>(-61), 4));
+  for (const std::string& content :
+       {Png(0, 43, ""), Png(61, 0, ""), Png(-1, 43, ""), Gif(0, 43), negative, Bmp(61, 0, 0), Tiff(false, 0, 43, 72, 2),
+        Psd(1, 0, 43), Psd(1, 61, 0x80000000), std::string("\x89PNG\r\n\x1A\n"), std::string("GIF89a=\0+", 9),
+        std::string("BM"), std::string("II*\0\x08\0\0\0", 8), std::string("8BPS"), Jpeg({}).substr(0, 30)}) {
     EXPECT_EQ(SizeOf(content), base::Size{}) << content.substr(0, 8);
   }
 }
