@@ -4,6 +4,8 @@
 
 #include <unistd.h>
 
+#include <algorithm>
+#include <array>
 #include <cerrno>
 #include <cstdint>
 #include <exception>
@@ -17,6 +19,7 @@
 namespace quillon::helpers {
 namespace {
 
+using namespace std::string_view_literals;
 using host::Problem;
 using host::Status;
 
@@ -24,6 +27,16 @@ constexpr std::size_t kBlock = std::size_t{32} * 1024;
 constexpr std::size_t kAllDone = 8;  // bit of Open_Buffer_Continue's result: it needs no more bytes
 constexpr int kSeeksMax = 1000;      // ends a file whose offsets lead in circles
 constexpr std::uint64_t kStay = std::numeric_limits<std::uint64_t>::max();
+
+// Returns MediaInfo's name of the parser for the kind of file; with an empty name it tries all of them.
+const wchar_t* ParserFor(std::string_view begin) {
+  if (begin.starts_with("\xFF\xD8\xFF"sv)) return L"Jpeg";
+  if (begin.starts_with("\x89PNG"sv)) return L"Png";
+  if (begin.starts_with("GIF8"sv)) return L"Gif";
+  if (begin.starts_with("BM"sv)) return L"Bmp";
+  if (begin.starts_with("II*\0"sv) || begin.starts_with("MM\0*"sv)) return L"Tiff";
+  return L"";
+}
 
 // Returns the number in the text between label and "pixels". Searches from position at, and moves it after the number.
 std::optional<int> NumberAfter(std::wstring_view report, std::wstring_view label, std::size_t& at) {
@@ -59,10 +72,22 @@ bool SizeFromReport(std::wstring_view report, base::Size& size) {
 
 struct MediaInfoReport::Parts {
   MediaInfoLib::MediaInfo info;
+  std::wstring parser;
   std::vector<unsigned char> block = std::vector<unsigned char>(kBlock);
+
+  // MediaInfo does not recognise every kind by itself if it gets a file in blocks.
+  void ChooseParser(int file) {
+    std::array<char, 8> begin{};
+    const ssize_t count = pread(file, begin.data(), begin.size(), 0);
+    const std::wstring wanted = ParserFor({begin.data(), static_cast<std::size_t>(std::max<ssize_t>(count, 0))});
+    if (wanted == parser) return;
+    parser = wanted;
+    info.Option(L"File_ForceParser", parser);
+  }
 
   // Passes bytes of the file on until MediaInfo has enough, from the positions that it asks for.
   Status Feed(int file) {
+    ChooseParser(file);
     const off_t length = lseek(file, 0, SEEK_END);
     if (length < 0) return Status::FromErrno(errno);
     info.Open_Buffer_Init(static_cast<std::uint64_t>(length), 0);
