@@ -6,14 +6,15 @@
 
 #include <cstdlib>
 #include <filesystem>
+#include <memory>
 #include <string>
 #include <vector>
 
 #include "host/files/files.h"
 #include "host/posix/posix_disk.h"
 #include "imaging/jpeg/jpeg_cut.h"
+#include "imaging/measure/header_reader.h"
 #include "imaging/measure/measure.h"
-#include "imaging/measure/measure_probe.h"
 #include "imaging/metadata/exif_block.h"
 
 namespace {
@@ -47,13 +48,12 @@ BENCHMARK(CutJpeg);
 
 void Measure(benchmark::State& state) {
   const std::string path = PictureFromEnvironment();
-  imaging::MeasureProbe probe;
   for (auto _ : state) {
-    quillon::base::Size size;
-    imaging::MeasureProbe::Source source;
-    if (!source.Open(path) || !probe.Measure(source, size))
-      state.SkipWithError("QUILLON_BENCH_PICTURE names no picture");
-    benchmark::DoNotOptimize(size);
+    std::shared_ptr<imaging::FileBytes> bytes;
+    imaging::HeaderFacts facts;
+    if (imaging::FileBytes::Open(path, bytes)) imaging::ReadHeader(*bytes, facts);
+    if (facts.size.Empty()) state.SkipWithError("QUILLON_BENCH_PICTURE names no picture");
+    benchmark::DoNotOptimize(facts);
   }
 }
 BENCHMARK(Measure);

@@ -72,6 +72,10 @@ class BatchShell final : public host::Shell {
       : shell_(shell), reporter_(reporter), prepare_(std::move(prepare)) {}
 
   int Start(const std::string& program, const std::vector<std::string>& arguments, const std::string& folder) override;
+  // A companion reads neither settings nor files, so nothing is prepared for it, and it needs no search to be ended.
+  std::unique_ptr<host::Companion> StartCompanion(const std::string& program) override {
+    return shell_.StartCompanion(program);
+  }
   void OpenFolder(const std::string& folder) override;
   void Reveal(const std::string& file) override;
   void OpenBrowser(const std::string& address) override;

@@ -3,12 +3,14 @@
 #pragma once
 
 #include <cstdint>
+#include <memory>
 #include <optional>
 #include <string>
 #include <vector>
 
 #include "base/rect.h"
 #include "host/boxes.h"
+#include "host/companion.h"
 #include "host/files/files.h"
 
 namespace quillon::host {
@@ -74,6 +76,12 @@ class Shell {
   // Returns kStarted, kStartMissing or kStartDenied.
   virtual int Start(const std::string& program, const std::vector<std::string>& arguments,
                     const std::string& folder) = 0;
+  // Starts a program file, given by its path, that answers questions of this process. May be called from any thread.
+  // Returns nothing if it cannot be started; a shell without real processes never can.
+  virtual std::unique_ptr<Companion> StartCompanion(const std::string& program) {
+    static_cast<void>(program);
+    return nullptr;
+  }
   // Open a folder in the file manager, show a file in it, open an address in the browser. Failures are ignored.
   virtual void OpenFolder(const std::string& folder) = 0;
   virtual void Reveal(const std::string& file) = 0;

@@ -36,9 +36,12 @@ Services::Parts::Parts(host::Files& disk, const std::string& programFolder, Wait
       clipBoardPath(programFolder + "/" + kClipBoardLane),
       hooks(std::move(waits)),
       limits(bounds),
-      measurer(std::make_shared<Measurer>(disk, [&disk, bounds](const std::string& path, ImageFacts& facts) {
-        return MeasureByOpening(disk, path, bounds, facts);
-      })) {}
+      measurer(std::make_shared<Measurer>(
+          disk,
+          [&disk, bounds](const std::string& path, ImageFacts& facts) {
+            return MeasureByOpening(disk, path, bounds, facts);
+          },
+          hooks.otherKinds)) {}
 
 Status Services::Parts::Save(const std::string& path, const std::function<Status(host::Draft&)>& fill) {
   return files.Save(path, [&](host::Draft& draft) { return Guarded(fault::NotSaved(), [&] { return fill(draft); }); });
@@ -80,7 +83,10 @@ Status Services::ImageInfo(const std::string& path, ImageFacts& facts, Want want
   if (parts_->prefetcher) {
     if (Status waited = parts_->prefetcher->AwaitMeasure(path, parts_->hooks.idle); !waited) return waited;
   }
-  return parts_->measurer->Measure(path, facts, want);
+  return parts_->measurer->Measure(path, facts, want, [&hooks = parts_->hooks] {
+    if (hooks.idle) hooks.idle();
+    return !hooks.stopped || !hooks.stopped();
+  });
 }
 
 void Services::RememberSizes(std::size_t count) { parts_->measurer->Remember(count); }

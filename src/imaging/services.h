@@ -14,6 +14,7 @@
 #include "imaging/cut_source.h"
 #include "imaging/image.h"
 #include "imaging/limits.h"
+#include "imaging/measure/measure.h"
 #include "imaging/types.h"
 
 namespace quillon::imaging {
@@ -22,11 +23,13 @@ namespace quillon::imaging {
 // Written by whoever sends the picture, and overwritten by the next one.
 inline constexpr const char* kClipBoardLane = "ClipBoard.lane";
 
-// What Services asks of its owner while it waits for work that was prefetched. Each of them may be empty.
+// What Services asks of its owner: while it waits for prefetched work or for another process, and for sizes that it
+// cannot find by itself. Each of them may be empty.
 struct WaitHooks {
   std::function<void()> idle;       // called every few milliseconds, so that the window keeps its turns
   std::function<bool()> stopped;    // whether a stop is requested: a disk that hangs is then waited for no longer
   std::function<double()> seconds;  // the clock that measures how long a disk is silent; the system's if empty
+  Measurer::OtherKinds otherKinds;  // sizes of files that are in no format read here; called on any thread
 };
 
 // All pixel work. One object per process, after start-up used from one thread. Every operation that writes does so

@@ -22,7 +22,7 @@ struct ImageFacts {
   int dpi = 0;     // horizontal resolution in dots per inch; 0 if it was not asked for or the file states none
 };
 
-// What to find out about a picture. The resolution costs a further read of the header.
+// What to find out about a picture.
 enum class Want { Size, SizeAndDpi };
 
 // Output formats of CropToFile and SaveByEncoder. The numbers are part of the call and never change.

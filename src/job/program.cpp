@@ -15,6 +15,7 @@
 #include "job/windows/preview_shape.h"
 #include "job/windows/run_window.h"
 #include "job/work_files.h"
+#include "tools/media_info.h"
 #include "tools/processes.h"
 #include "tools/twins.h"
 
@@ -64,10 +65,15 @@ tools::ToolsOwner OwnerOf(Program& program) {
           }};
 }
 
-// Waits for prefetched work give the window its turns.
+// Waits for prefetched work give the window its turns. A prefetching thread that a disk keeps may outlive the program,
+// so it owns what it measures with.
 imaging::WaitHooks HooksOf(Program& program) {
   return {[&program] { program.host.pump.Turn(); }, [&program] { return program.flags.StopRequested; },
-          [&program] { return program.host.clock.Seconds(); }};
+          [&program] { return program.host.clock.Seconds(); },
+          [info = std::make_shared<tools::MediaInfo>(program.host.shell, program.host.programFolder)](
+              const std::string& path, const auto& keepWaiting, base::Size& size) {
+            return info->Measure(path, keepWaiting, size);
+          }};
 }
 
 }  // namespace

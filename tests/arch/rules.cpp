@@ -150,7 +150,7 @@ const std::vector<Library>& Libraries() {
       {std::regex("^exiv2/"), {"src/imaging/", "src/helpers/"}},
       {std::regex("^lcms2"), {"src/imaging/"}},
       {std::regex("^qpdf/|^poppler|^cgif|^seccomp"), {"src/helpers/"}},
-      {std::regex("^MediaInfo"), {"src/imaging/"}},
+      {std::regex("^MediaInfo"), {"src/helpers/"}},
       {std::regex("^sqlite3"), {"src/host/posix/"}},
       {std::regex("^nlohmann/|^CLI/"), {"src/cli/"}},
       {std::regex("^gtest|^gmock"), {}},

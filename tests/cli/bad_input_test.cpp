@@ -13,6 +13,7 @@
 #include "cli/program_fixture.h"
 #include "host/files/files.h"
 #include "host/testing/small_disk.h"
+#include "imaging/little_files.h"
 
 namespace quillon::cli {
 namespace {
@@ -115,6 +116,33 @@ TEST_F(BadInputTest, AbsurdSizes) {
   ASSERT_NE(frame, std::string::npos);
   CutBad("huge.jpg", Patched("jpg", frame + 5, Number(0xFFFF, 2, true) + Number(0xFFFF, 2, true)));
   CutBad("none.jpg", Patched("jpg", frame + 5, Number(0, 2, true) + Number(0, 2, true)));
+}
+
+// A canvas of 4 gigapixels in a file of a few bytes.
+TEST_F(BadInputTest, MorePixelsThanTheFileCanHold) {
+  const std::string sides = Number(0xFFFF, 2, false) + Number(0xFFFF, 2, false);
+  const std::string frame = std::string(",\0\0\0\0\1\0\1\0\0\2\2D\1\0;", 16);
+  CutBad("claims.gif", "GIF89a" + sides + std::string("\x80\0\0\0\0\0\xFF\xFF\xFF", 9) + frame);
+}
+
+// Each of them is measured at once, whatever its chain leads to, and the neighbours are cut.
+TEST_F(BadInputTest, ChainsThatLeadNowhere) {
+  using namespace imaging::testing;
+  std::vector<std::string> files{Picture("in/0.bmp")};
+  std::string self("II*\0\x08\0\0\0", 8);
+  self += Little(42, 2) + std::string(504, '\0') + Little(8, 4) + "....";
+  const std::pair<const char*, std::string> chains[] = {{"in/cyclic.tif", CyclicTiff(61, 43)},
+                                                        {"in/self.tif", self},
+                                                        {"in/pages.tif", TiffOfPages(4000, 61, 43)},
+                                                        {"in/chunks.png", PngOfChunks(50'000, 61, 43)}};
+  for (const auto& [name, content] : chains) files.push_back(folder.Write(name, content));
+  files.push_back(Picture("in/9.bmp"));
+  const Ran ran = Run(Cut(files, {"--json"}));
+  EXPECT_EQ(ran.signal, 0);
+  EXPECT_EQ(Sum(ran), 6) << ran.out;
+  EXPECT_EQ(FileEvent(ran, files.front()).value("result", ""), "written");
+  EXPECT_EQ(FileEvent(ran, files.back()).value("result", ""), "written");
+  for (const auto& [name, content] : chains) EXPECT_EQ(folder.Read(name), content);
 }
 
 // Whatever a turned bit does, the program says what became of the file and leaves it alone.

@@ -25,7 +25,7 @@ using namespace testing;
 
 constexpr const char* kAll[] = {"QxImgTool",       "QxBackImg",    "PicHandler",  "TessaExifHandler", "SavePicsToTiff",
                                 "PicCutConverter", "CutMedia",     "PicCirleCut", "QxBackOCRer",      "DCTiffsMaker",
-                                "DrawTranspText",  "PicsToAniGif", "CMD"};
+                                "DrawTranspText",  "PicsToAniGif", "CMD",         "MediaInfoT"};
 
 TEST(EveryHelper, TellsItsVersion) {
   const HelperFolder app;

@@ -23,4 +23,13 @@ void Sandbox(const ResourceLimits& limits);
 // Lowers the limit of processor time; the time used so far counts.
 void LimitTime(unsigned seconds);
 
+// Allows so many seconds of processor time from now on, rounded up to whole seconds and at most what Sandbox() has
+// left. When they are used up, the system ends the process.
+void AllowTime(unsigned seconds);
+
+// Leaves this process nothing but its memory, the clock and the handles that it has or receives: no call that opens a
+// file, starts a program or a thread, creates a socket or changes anything outside succeeds any more; each fails with
+// EACCES. Skipped if the kernel does not support it. Must be called after everything that needs a file was read.
+void BlockEverythingElse();
+
 }  // namespace quillon::helpers

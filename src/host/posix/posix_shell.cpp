@@ -15,6 +15,7 @@
 
 #include "base/path_text.h"
 #include "host/posix/environment.h"
+#include "host/posix/posix_companion.h"
 
 namespace quillon::host::posix {
 namespace {
@@ -138,6 +139,10 @@ int PosixShell::Start(const std::string& program, const std::vector<std::string>
   }
   if (error == 0) return kStarted;
   return error == ENOENT || error == ENOTDIR ? kStartMissing : kStartDenied;
+}
+
+std::unique_ptr<Companion> PosixShell::StartCompanion(const std::string& program) {
+  return posix::StartCompanion(program);
 }
 
 void PosixShell::OpenFolder(const std::string& folder) { Start("xdg-open", {Plain(folder)}, ""); }

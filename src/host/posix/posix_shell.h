@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -18,6 +19,7 @@ class PosixShell : public Shell {
  public:
   // Also returns kStartDenied if the file exists but the system cannot run it.
   int Start(const std::string& program, const std::vector<std::string>& arguments, const std::string& folder) override;
+  std::unique_ptr<Companion> StartCompanion(const std::string& program) override;
   // These use xdg-open, and do nothing if the desktop has none.
   void OpenFolder(const std::string& folder) override;
   void Reveal(const std::string& file) override;

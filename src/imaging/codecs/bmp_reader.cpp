@@ -7,19 +7,21 @@
 #include <bit>
 #include <cmath>
 #include <cstring>
+#include <optional>
 #include <vector>
 
 #include "imaging/faults.h"
 #include "imaging/limits.h"
+#include "imaging/metadata/bmp_head.h"
 
 namespace quillon::imaging {
 namespace {
 
 using host::Status;
 
-constexpr std::uint32_t kFileHeader = 14;
-constexpr std::uint32_t kCoreHeader = 12;
-constexpr std::uint32_t kInfoHeader = 40;
+constexpr std::uint32_t kFileHeader = BmpHead::kFileHeader;
+constexpr std::uint32_t kCoreHeader = BmpHead::kCoreHeader;
+constexpr std::uint32_t kInfoHeader = BmpHead::kInfoHeader;
 constexpr std::uint32_t kOs2Header = 64;
 constexpr std::uint32_t kV5Header = 124;
 constexpr std::uint32_t kEmbeddedProfile = 0x4D424544;  // "MBED"
@@ -33,7 +35,6 @@ enum class Packing : std::uint32_t { None = 0, Rle8 = 1, Rle4 = 2, BitFields = 3
 
 std::uint32_t Get16(const unsigned char* at) { return at[0] | static_cast<std::uint32_t>(at[1]) << 8; }
 std::uint32_t Get32(const unsigned char* at) { return Get16(at) | Get16(at + 2) << 16; }
-std::int64_t Signed32(const unsigned char* at) { return static_cast<std::int32_t>(Get32(at)); }
 
 // The bits of one colour in a pixel, expanded to 8 bits with rounding.
 struct BitField {
@@ -203,28 +204,23 @@ class RleUnpacker {
 // The info header of the file, padded with zeros to the length of the longest known header.
 using Header = std::array<unsigned char, kV5Header>;
 
-Status ReadHeader(Bytes& bytes, BmpLayout& layout, Header& header) {
-  std::array<unsigned char, kFileHeader + 4> start{};
-  if (!bytes.ReadAt(0, start.data(), start.size())) return fault::DamagedPicture();
-  if (start[0] != 'B' || start[1] != 'M') return fault::NotAPicture();
-  layout.pixels = Get32(start.data() + 10);
-  layout.headerSize = Get32(start.data() + kFileHeader);
-  const std::uint32_t size = layout.headerSize;
-  if (size != kCoreHeader && (size < 16 || size > kV5Header)) return fault::DamagedPicture();
+Status ReadHeader(Bytes& bytes, BmpHead& head, Header& header) {
+  const std::optional<BmpHead> read = ReadBmpHead(bytes);
+  if (!read || read->size > kV5Header) return fault::DamagedPicture();
+  head = *read;
   header.fill(0);
-  return bytes.ReadAt(kFileHeader, header.data(), size) ? Status::Ok() : fault::DamagedPicture();
+  return bytes.ReadAt(kFileHeader, header.data(), head.size) ? Status::Ok() : fault::DamagedPicture();
 }
 
-Status ReadSides(const Header& header, const Limits& limits, BmpLayout& layout, base::Size& size) {
-  const bool core = layout.headerSize == kCoreHeader;
-  const std::int64_t width = core ? Get16(&header[4]) : Signed32(&header[4]);
-  const std::int64_t height = core ? Get16(&header[6]) : Signed32(&header[8]);
-  layout.topDown = height < 0;
-  if (width <= 0 || height == 0) return fault::DamagedPicture();
-  if (!WithinLimits(width, std::abs(height), limits)) return fault::SidesTooLarge();
-  size = {static_cast<int>(width), static_cast<int>(std::abs(height))};
-  layout.bits = Get16(&header[core ? 10 : 14]);
-  layout.stride = (static_cast<std::uint64_t>(width) * layout.bits + 31) / 32 * 4;
+Status ReadSides(const BmpHead& head, const Limits& limits, BmpLayout& layout, base::Size& size) {
+  layout.headerSize = head.size;
+  layout.pixels = head.pixels;
+  layout.bits = head.bits;
+  layout.topDown = head.height < 0;
+  if (head.width <= 0 || head.height == 0) return fault::DamagedPicture();
+  if (!WithinLimits(head.width, std::abs(head.height), limits)) return fault::SidesTooLarge();
+  size = {static_cast<int>(head.width), static_cast<int>(std::abs(head.height))};
+  layout.stride = (static_cast<std::uint64_t>(head.width) * layout.bits + 31) / 32 * 4;
   return Status::Ok();
 }
 
@@ -290,11 +286,10 @@ Status ReadColours(Bytes& bytes, const Header& header, BmpLayout& layout, std::u
 }
 
 // Reads resolution and ICC profile. Both are optional, so errors are ignored.
-void ReadExtras(Bytes& bytes, const Header& header, const BmpLayout& layout, RowFacts& facts) {
-  if (layout.headerSize < kInfoHeader) return;
-  const auto perMetre = static_cast<double>(Signed32(&header[24]));
+void ReadExtras(Bytes& bytes, const Header& header, const BmpHead& head, RowFacts& facts) {
+  const auto perMetre = static_cast<double>(head.perMetre);
   if (perMetre > 0 && perMetre < 40'000'000) facts.dpi = static_cast<int>(std::lround(perMetre * 0.0254));
-  if (layout.headerSize < kV5Header || Get32(&header[56]) != kEmbeddedProfile) return;
+  if (head.size < kV5Header || Get32(&header[56]) != kEmbeddedProfile) return;
   const std::uint32_t offset = Get32(&header[112]);
   const std::uint32_t size = Get32(&header[116]);
   if (size > kLargestProfile) return;
@@ -316,14 +311,15 @@ Status UnpackRle(Bytes& bytes, const BmpLayout& layout, base::Size size, const L
 
 Status OpenBmp(std::shared_ptr<Bytes> bytes, const Limits& limits, std::shared_ptr<RowSource>& out) {
   BmpLayout layout;
+  BmpHead head;
   Header header{};
   RowFacts facts;
   std::uint64_t headerEnd = 0;
-  if (Status status = ReadHeader(*bytes, layout, header); !status) return status;
-  if (Status status = ReadSides(header, limits, layout, facts.size); !status) return status;
+  if (Status status = ReadHeader(*bytes, head, header); !status) return status;
+  if (Status status = ReadSides(head, limits, layout, facts.size); !status) return status;
   if (Status status = ReadPacking(header, layout); !status) return status;
   if (Status status = ReadColours(*bytes, header, layout, headerEnd); !status) return status;
-  ReadExtras(*bytes, header, layout, facts);
+  ReadExtras(*bytes, header, head, facts);
 
   if (layout.pixels == 0) layout.pixels = headerEnd;
   if (layout.pixels < kFileHeader + layout.headerSize || layout.pixels > bytes->Size()) return fault::DamagedPicture();

@@ -16,8 +16,6 @@
 namespace quillon::imaging {
 namespace {
 
-using namespace std::string_view_literals;
-
 PictureTags TagsOf(const RowFacts& facts) { return {facts.profile, facts.exif, facts.orientation, facts.dpi}; }
 
 // Returns the reduction that OpenPicture describes.
@@ -107,18 +105,6 @@ void SetTags(OpenedPicture& out) {
 }
 
 }  // namespace
-
-Format FormatOf(std::string_view start) {
-  if (start.starts_with("\xFF\xD8\xFF"sv)) return Format::Jpeg;
-  if (start.starts_with("\x89PNG\r\n\x1A\n"sv)) return Format::Png;
-  if (start.starts_with("GIF87a"sv) || start.starts_with("GIF89a"sv)) return Format::Gif;
-  for (const std::string_view head : {"II*\0"sv, "MM\0*"sv, "II+\0"sv, "MM\0+"sv}) {
-    if (start.starts_with(head)) return Format::Tiff;
-  }
-  if (start.starts_with("BM"sv)) return Format::Bmp;
-  if (start.starts_with("8BPS"sv)) return Format::Psd;
-  return Format::Unknown;
-}
 
 Status OpenPicture(const host::Files& files, const std::string& path, const Limits& limits, base::Size reduceTo,
                    OpenedPicture& out, const ReadControl& control) {

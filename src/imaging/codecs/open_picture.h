@@ -4,19 +4,16 @@
 
 #include <memory>
 #include <string>
-#include <string_view>
 
 #include "host/files/files.h"
 #include "imaging/codecs/vips_loader.h"
 #include "imaging/limits.h"
+#include "imaging/metadata/picture_format.h"
 #include "imaging/pixels/picture.h"
 #include "imaging/rows/row_source.h"
 #include "imaging/types.h"
 
 namespace quillon::imaging {
-
-// Recognises the format by the first bytes of a file; 16 bytes are enough.
-Format FormatOf(std::string_view start);
 
 // An opened picture: its header was read and checked, its pixels are decoded on request.
 // Either rows (random access) or stream (once, from the top) is set, depending on the format.

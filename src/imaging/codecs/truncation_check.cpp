@@ -4,6 +4,8 @@
 
 #include <algorithm>
 #include <array>
+#include <optional>
+#include <string>
 #include <vector>
 
 #include "imaging/metadata/tiff_tags.h"
@@ -106,7 +108,139 @@ bool IsTiffComplete(Bytes& bytes) {
   });
 }
 
+// A match of deflate stands for at most 258 bytes and needs at least two bits.
+constexpr std::uint64_t kMostPerDeflatedByte = 1032;
+// A code of LZW has at most 12 bits and stands for less than 4096 values; shorter codes stand for fewer values a bit.
+constexpr std::uint64_t kMostPerLzwByte = 4096 * 8 / 12 + 1;
+// Two bytes of PackBits stand for at most 128 bytes.
+constexpr std::uint64_t kMostPerPackedByte = 64;
+// A canvas may be larger than its frames. Up to this number of pixels that costs little, and no question is asked.
+constexpr std::uint64_t kFreeCanvas = std::uint64_t{64} << 20;
+
+std::uint64_t PixelsOf(base::Size size) {
+  return static_cast<std::uint64_t>(size.width) * static_cast<std::uint64_t>(size.height);
+}
+
+bool CanPngHold(Bytes& bytes, base::Size size) {
+  constexpr std::uint64_t kDepth = 24;  // offset of the bits a sample, followed by the colour type
+  std::array<unsigned char, 2> kind{};
+  if (!bytes.ReadAt(kDepth, kind.data(), kind.size())) return false;
+  constexpr std::array<unsigned, 7> kSamples = {1, 1, 3, 1, 2, 1, 4};  // by colour type
+  const std::uint64_t bits = std::uint64_t{kind[0]} * kSamples[std::min<std::size_t>(kind[1], 6)];
+  return PixelsOf(size) * bits / 8 / kMostPerDeflatedByte <= bytes.Size();
+}
+
+// The decoder ignores a canvas that it does not believe, but its size is what the file is measured by.
+bool CanGifHold(Bytes& bytes, base::Size size) {
+  constexpr std::uint64_t kCanvas = 6;  // offset of width and height
+  std::array<unsigned char, 4> sides{};
+  if (!bytes.ReadAt(kCanvas, sides.data(), sides.size())) return false;
+  const std::uint64_t canvas = (sides[0] | std::uint64_t{sides[1]} << 8) * (sides[2] | std::uint64_t{sides[3]} << 8);
+  const std::uint64_t pixels = std::max(canvas, PixelsOf(size));
+  return pixels <= kFreeCanvas || pixels / kMostPerLzwByte <= bytes.Size();
+}
+
+// The numbers of the first directory that decide how many bytes its pixels need.
+struct TiffStorage {
+  std::uint64_t bits = 1;  // a sample
+  std::uint64_t samples = 1;
+  std::uint64_t compression = 1;
+  bool ycc = false;         // colours may be stored for several pixels at once
+  std::uint64_t bytes = 0;  // of all strips or tiles
+};
+
+// Several strips may share the same bytes, so they can hold more than the file has.
+std::uint64_t SumOf(const TiffTags& tags, const TiffEntry& entry) {
+  constexpr std::uint64_t kMostBytes = std::uint64_t{32} << 20;
+  const std::optional<std::string> values = tags.Values(entry, kMostBytes);
+  const auto unit = static_cast<std::size_t>(TiffNumberSize(entry.type));
+  std::uint64_t sum = 0;
+  for (std::size_t at = 0; values && unit > 0 && at + unit <= values->size(); at += unit) {
+    std::uint64_t value = 0;
+    for (std::size_t i = unit; i-- > 0;) value = value << 8 | static_cast<unsigned char>((*values)[at + i]);
+    sum += std::min(value, std::uint64_t{1} << 40);
+  }
+  return sum;
+}
+
+std::uint64_t FirstOf(const TiffTags& tags, const TiffEntry& entry) {
+  const std::optional<std::string> values = tags.Values(entry, 64);
+  if (!values || values->size() < 2) return 1;
+  return static_cast<unsigned char>((*values)[0]) | static_cast<std::uint64_t>(static_cast<unsigned char>((*values)[1]))
+                                                        << 8;
+}
+
+TiffStorage StorageOf(const TiffTags& tags, const std::vector<TiffEntry>& directory) {
+  TiffStorage storage;
+  for (const TiffEntry& entry : directory) {
+    switch (entry.tag) {
+      case 258:
+        storage.bits = FirstOf(tags, entry);
+        break;
+      case 259:
+        storage.compression = tags.Integer(entry).value_or(1);
+        break;
+      case 262:
+        storage.ycc = tags.Integer(entry).value_or(0) == 6;
+        break;
+      case 277:
+        storage.samples = tags.Integer(entry).value_or(1);
+        break;
+      case 279:  // of strips
+      case 325:  // of tiles
+        storage.bytes = SumOf(tags, entry);
+        break;
+      default:
+        break;
+    }
+  }
+  return storage;
+}
+
+// Returns how many bytes of pixels one byte can stand for; 0 if there is no bound.
+std::uint64_t MostPerByte(std::uint64_t compression) {
+  switch (compression) {
+    case 1:
+      return 1;
+    case 5:
+      return kMostPerLzwByte;
+    case 8:
+    case 32946:
+      return kMostPerDeflatedByte;
+    case 32773:
+      return kMostPerPackedByte;
+    default:
+      return 0;
+  }
+}
+
+bool CanTiffHold(Bytes& bytes, base::Size size) {
+  const std::optional<TiffTags> tags = TiffTags::Open(bytes);
+  const auto directory = tags ? tags->Directory(tags->First()) : std::nullopt;
+  if (!directory) return false;
+  const TiffStorage storage = StorageOf(*tags, *directory);
+  const std::uint64_t most = MostPerByte(storage.compression);
+  if (most == 0 || storage.ycc) return true;
+  // Readers estimate counts that are missing or wrong from the length of the file.
+  const std::uint64_t held = std::max(storage.bytes, bytes.Size());
+  const std::uint64_t bits = std::min<std::uint64_t>(storage.bits, 64) * std::min<std::uint64_t>(storage.samples, 16);
+  return PixelsOf(size) * bits / 8 / most <= held;
+}
+
 }  // namespace
+
+bool CanHold(Format format, Bytes& bytes, base::Size size) {
+  switch (format) {
+    case Format::Png:
+      return CanPngHold(bytes, size);
+    case Format::Gif:
+      return CanGifHold(bytes, size);
+    case Format::Tiff:
+      return CanTiffHold(bytes, size);
+    default:
+      return true;
+  }
+}
 
 bool IsComplete(Format format, Bytes& bytes) {
   switch (format) {

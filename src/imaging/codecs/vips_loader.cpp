@@ -148,10 +148,12 @@ Status OpenVipsRows(Format format, const std::shared_ptr<Bytes>& bytes, const Li
                     std::shared_ptr<RowStream>& out, int page) {
   const VImage loaded = LoadWithVips(format, bytes, page);
   if (!WithinLimits(loaded.width(), loaded.height(), limits)) return fault::SidesTooLarge();
+  const bool first = page == 0;
+  if (first && !CanHold(format, *bytes, {loaded.width(), loaded.height()})) return fault::DamagedPicture();
   if (!IsComplete(format, *bytes)) return fault::DamagedPicture();
   auto rows = std::make_shared<VipsRows>(loaded, StandardPixels(loaded));
   rows->SetHeld(BytesHeld(format, *bytes, loaded));
-  if (format == Format::Tiff && page == 0) rows->SetExif(ExifOfTiff(*bytes));
+  if (format == Format::Tiff && first) rows->SetExif(ExifOfTiff(*bytes));
   out = std::move(rows);
   return Status::Ok();
 }

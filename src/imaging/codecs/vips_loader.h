@@ -3,17 +3,15 @@
 #pragma once
 
 #include <memory>
-#include <string_view>
 
+#include "base/rect.h"
 #include "imaging/io/bytes.h"
 #include "imaging/limits.h"
+#include "imaging/metadata/picture_format.h"
 #include "imaging/rows/row_source.h"
 #include "imaging/types.h"
 
 namespace quillon::imaging {
-
-// The file formats that can be read.
-enum class Format { Unknown, Jpeg, Png, Gif, Tiff, Bmp, Psd };
 
 // Opens a png, gif or tiff with libvips: the first frame, or the given page of a tiff, counted from 0.
 // The rows have the pixel formats that Picture describes. The loader reads through bytes, never by file name.
@@ -29,5 +27,12 @@ Status OpenVipsRows(Format format, const std::shared_ptr<Bytes>& bytes, const Li
 // Other formats return true, since their readers check this themselves.
 // Only the structure is read; no pixel is decoded.
 bool IsComplete(Format format, Bytes& bytes);
+
+// Returns false if a file is too short to hold that many pixels, however well they are compressed:
+//   - png: the deflated rows,
+//   - gif: the canvas, unless it is small, since frames need not cover it,
+//   - tiff: the strips or tiles of the first page, if their compression has a bound.
+// size is that of the first page and has to be within the limits. Other formats return true. Only the header is read.
+bool CanHold(Format format, Bytes& bytes, base::Size size);
 
 }  // namespace quillon::imaging

@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "imaging/io/bytes.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <cstring>
 
@@ -36,6 +37,29 @@ bool MemoryBytes::ReadAt(std::uint64_t offset, void* out, std::size_t size) {
   if (offset > content_->size() || size > content_->size() - offset) return false;
   if (size > 0) std::memcpy(out, content_->data() + offset, size);
   return true;
+}
+
+bool BlockBytes::ReadAt(std::uint64_t offset, void* out, std::size_t size) {
+  if (offset > Size() || size > Size() - offset) return false;
+  if (first_.CopyTo(offset, out, size) || latest_.CopyTo(offset, out, size)) return true;
+  if (size > kBlock) return bytes_.ReadAt(offset, out, size);
+  const bool beginning = first_.content.empty() && offset + size <= kBlock;
+  Block& block = beginning ? first_ : latest_;
+  return Fill(block, beginning ? 0 : offset) && block.CopyTo(offset, out, size);
+}
+
+bool BlockBytes::Block::CopyTo(std::uint64_t offset, void* out, std::size_t size) const {
+  if (offset < at || offset - at > content.size() || size > content.size() - (offset - at)) return false;
+  if (size > 0) std::memcpy(out, content.data() + (offset - at), size);
+  return true;
+}
+
+bool BlockBytes::Fill(Block& block, std::uint64_t offset) {
+  block.at = offset;
+  block.content.resize(static_cast<std::size_t>(std::min<std::uint64_t>(kBlock, Size() - offset)));
+  if (bytes_.ReadAt(offset, block.content.data(), block.content.size())) return true;
+  block.content.clear();
+  return false;
 }
 
 bool ControlledBytes::ReadAt(std::uint64_t offset, void* out, std::size_t size) {

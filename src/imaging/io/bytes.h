@@ -55,6 +55,31 @@ class MemoryBytes : public Bytes {
   std::shared_ptr<const std::string> content_;
 };
 
+// Other bytes, read in blocks of which the first and the latest are kept, so that reading many small numbers costs few
+// reads of the file. One thread at a time may use it. A read larger than a block is passed on.
+class BlockBytes : public Bytes {
+ public:
+  static constexpr std::size_t kBlock = std::size_t{16} * 1024;
+
+  // bytes has to outlive the object.
+  explicit BlockBytes(Bytes& bytes) : bytes_(bytes) {}
+  std::uint64_t Size() const override { return bytes_.Size(); }
+  bool ReadAt(std::uint64_t offset, void* out, std::size_t size) override;
+
+ private:
+  struct Block {
+    std::uint64_t at = 0;
+    std::string content;
+
+    bool CopyTo(std::uint64_t offset, void* out, std::size_t size) const;
+  };
+  bool Fill(Block& block, std::uint64_t offset);
+
+  Bytes& bytes_;
+  Block first_;
+  Block latest_;
+};
+
 // The bytes of a file as ReadControl wants them read: each read is counted, and none is made after a stop.
 class ControlledBytes : public Bytes {
  public:

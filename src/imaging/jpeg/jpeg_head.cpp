@@ -34,6 +34,15 @@ constexpr std::array<int, 64> kStandard = {16, 11, 10, 16, 24,  40,  51,  61,  1
 int Byte(std::string_view bytes, std::size_t at) { return static_cast<unsigned char>(bytes[at]); }
 int Word(std::string_view bytes, std::size_t at) { return Byte(bytes, at) << 8 | Byte(bytes, at + 1); }
 
+// The frame headers of all processes; between their numbers are three other markers.
+bool IsFrame(int marker) {
+  constexpr int kHuffmanTables = 0xC4;
+  constexpr int kExtensions = 0xC8;
+  constexpr int kArithmeticTables = 0xCC;
+  return marker >= 0xC0 && marker <= 0xCF && marker != kHuffmanTables && marker != kExtensions &&
+         marker != kArithmeticTables;
+}
+
 bool StandsAlone(int marker) { return marker == 0x01 || (marker >= 0xD0 && marker <= 0xD7); }
 
 void ReadJfif(std::string_view payload, JpegHead& head) {
@@ -45,9 +54,16 @@ void ReadJfif(std::string_view payload, JpegHead& head) {
   head.densityY = Word(payload, 10);
 }
 
+void ReadFrame(std::string_view payload, JpegHead& head) {
+  if (payload.size() >= 6 && head.frame == base::Size{}) head.frame = {Word(payload, 3), Word(payload, 1)};
+}
+
 void ReadSegment(int marker, std::string_view payload, JpegHead& head) {
-  if (marker == kApp0) {
+  if (IsFrame(marker)) {
+    ReadFrame(payload, head);
+  } else if (marker == kApp0) {
     ReadJfif(payload, head);
+    if (payload.starts_with("AVI1"sv)) head.avi = true;
   } else if (marker == kApp1) {
     if (head.exif.empty() && payload.starts_with("Exif\0"sv) && payload.size() > 6) head.exif = payload.substr(6);
   } else if (marker == kApp2) {

@@ -7,12 +7,16 @@
 #include <string_view>
 #include <vector>
 
+#include "base/rect.h"
+
 namespace quillon::imaging {
 
 // What the segments before the picture data of a JPEG file hold. The views point into the bytes that were parsed.
 struct JpegHead {
   enum class Unit { None = 0, Inch = 1, Centimetre = 2 };
 
+  base::Size frame;  // width and height of the first frame header, in pixels; empty until one was read
+  bool avi = false;  // a frame of a video: the picture may have twice as many rows, of which the frame has every other
   bool jfif = false;
   Unit unit = Unit::None;  // of density; None: the densities are only a ratio
   int densityX = 1;
@@ -34,7 +38,7 @@ enum class HeadState {
   Broken     // the segments cannot be followed
 };
 
-// Parses the beginning of a file. head is valid when Complete is returned.
+// Parses the beginning of a file. With Complete head is valid as a whole, otherwise as far as the segments were read.
 HeadState ParseJpegHead(std::string_view bytes, JpegHead& head);
 
 // The quality 1..100 that the luminance table of a JPEG was made for, 0 if bytes hold no such table. The beginning of a

@@ -2,7 +2,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "imaging/measure/measure.h"
 
-#include <condition_variable>
 #include <cstdint>
 #include <mutex>
 #include <optional>
@@ -12,7 +11,7 @@
 #include "base/path_text.h"
 #include "host/files/file_stamp.h"
 #include "imaging/limits.h"
-#include "imaging/measure/measure_probe.h"
+#include "imaging/measure/header_reader.h"
 
 namespace quillon::imaging {
 namespace {
@@ -21,13 +20,11 @@ using host::FileFacts;
 using host::FileKind;
 using host::Problem;
 
-constexpr int kNotRead = -1;
-
 struct Answer {
   host::FileStamp stamp;
   int width = 0;
   int height = 0;
-  int dpi = kNotRead;
+  int dpi = 0;
 };
 
 // Remembers answers by path. Of the path only a hash is kept, so the stamp of the file has to agree as well. When the
@@ -78,61 +75,43 @@ class Memory {
   Half old_;
 };
 
-// Lets threads through one at a time, in the order in which they came.
-class Turnstile {
- public:
-  void lock() {
-    std::unique_lock lock(mutex_);
-    const std::uint64_t mine = next_++;
-    changed_.wait(lock, [&] { return mine == served_; });
-  }
-  void unlock() {
-    {
-      const std::lock_guard lock(mutex_);
-      ++served_;
-    }
-    changed_.notify_all();
-  }
-
- private:
-  std::mutex mutex_;
-  std::condition_variable changed_;
-  std::uint64_t next_ = 0;
-  std::uint64_t served_ = 0;
-};
-
-// MediaInfo does not report their resolution.
+// Their resolution is the loader's too.
 bool IsPsd(const std::string& path) { return base::ToLowerAscii(path).find(".psd") != std::string::npos; }
+
+// Reads the header of the file at path.
+Status ReadHeaderOf(const std::string& path, HeaderKind& kind, HeaderFacts& facts) {
+  std::shared_ptr<FileBytes> bytes;
+  if (Status status = FileBytes::Open(path, bytes); !status) return status;
+  if (bytes->Size() == 0) return {Problem::Damaged, "图片文件是空的"};
+  kind = ReadHeader(*bytes, facts);
+  return Status::Ok();
+}
 
 }  // namespace
 
 struct Measurer::Parts {
   host::Files& files;
   Loader loader;
+  OtherKinds otherKinds;
   Memory memory;
-  // MediaInfo locks mutexes of its own thousands of times for one file: two measurements at once are slower than one
-  // after the other. A plain mutex would let the prefetching thread lock it again and again before the caller. Files
-  // are opened before it is locked, so that one on an unresponsive disk does not hold up the others.
-  Turnstile turnstile;
-  std::optional<MeasureProbe> probe;  // from the first measurement on
 
-  Parts(host::Files& f, Loader byOpening) : files(f), loader(std::move(byOpening)) {}
+  Parts(host::Files& f, Loader byOpening, OtherKinds others)
+      : files(f), loader(std::move(byOpening)), otherKinds(std::move(others)) {}
 
-  Status MeasureFile(const std::string& path, Answer& answer) {
+  Status MeasureFile(const std::string& path, const KeepWaiting& keepWaiting, Answer& answer) {
     if (IsPsd(path)) return MeasureByLoading(path, answer);
-    base::Size size;
-    MeasureProbe::Source source;
-    Status status = source.Open(path);
-    if (status) {
-      const std::lock_guard lock(turnstile);
-      if (!probe) probe.emplace();
-      status = probe->Measure(source, size);
+    HeaderKind kind = HeaderKind::Other;
+    HeaderFacts facts;
+    if (Status status = ReadHeaderOf(path, kind, facts); !status) return status;
+    if (kind == HeaderKind::Other && otherKinds) {
+      const Status status = otherKinds(path, keepWaiting, facts.size);
+      if (!status && status.GetProblem() != Problem::Unsupported) return status;
     }
-    // MediaInfo reports no size for pictures of a few pixels, nor for every kind of file that is read here.
-    if (status.GetProblem() == Problem::Unsupported) return MeasureByLoading(path, answer);
-    answer.width = size.width;
-    answer.height = size.height;
-    return status;
+    if (facts.size.Empty()) return MeasureByLoading(path, answer);
+    answer.width = facts.size.width;
+    answer.height = facts.size.height;
+    answer.dpi = facts.dpi;
+    return Status::Ok();
   }
 
   Status MeasureByLoading(const std::string& path, Answer& answer) {
@@ -145,11 +124,12 @@ struct Measurer::Parts {
   }
 };
 
-Measurer::Measurer(host::Files& files, Loader loader) : parts_(std::make_unique<Parts>(files, std::move(loader))) {}
+Measurer::Measurer(host::Files& files, Loader loader, OtherKinds otherKinds)
+    : parts_(std::make_unique<Parts>(files, std::move(loader), std::move(otherKinds))) {}
 
 Measurer::~Measurer() = default;
 
-Status Measurer::Measure(const std::string& path, ImageFacts& facts, Want want) {
+Status Measurer::Measure(const std::string& path, ImageFacts& facts, Want want, const KeepWaiting& keepWaiting) {
   const std::optional<FileFacts> file = parts_->files.Stat(path);
   if (!file) return {Problem::Missing, "找不到图片文件"};
   if (file->kind != FileKind::File) return {Problem::Unsupported, "不是图片文件"};
@@ -157,16 +137,11 @@ Status Measurer::Measure(const std::string& path, ImageFacts& facts, Want want) 
   const std::optional<Answer> known = parts_->memory.Find(path, *file);
   Answer answer = known.value_or(Answer{.stamp = StampOf(*file)});
   if (!known) {
-    if (Status status = parts_->MeasureFile(path, answer); !status) return status;
-  }
-  const bool withDpi = want == Want::SizeAndDpi;
-  const bool readsDpi = withDpi && answer.dpi == kNotRead;
-  if (readsDpi) answer.dpi = ReadDpi(path);
-  if (!known || readsDpi) {
+    if (Status status = parts_->MeasureFile(path, keepWaiting, answer); !status) return status;
     const std::optional<FileFacts> after = parts_->files.Stat(path);
     if (after && Unchanged(*file, *after)) parts_->memory.Keep(path, *file, answer);
   }
-  facts = {answer.width, answer.height, withDpi || IsPsd(path) ? answer.dpi : 0};
+  facts = {answer.width, answer.height, want == Want::SizeAndDpi || IsPsd(path) ? answer.dpi : 0};
   return Status::Ok();
 }
 

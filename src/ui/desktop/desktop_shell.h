@@ -15,6 +15,9 @@ class DesktopShell : public host::Shell {
   int Start(const std::string& program, const std::vector<std::string>& arguments, const std::string& folder) override {
     return fallback_.Start(program, arguments, folder);
   }
+  std::unique_ptr<host::Companion> StartCompanion(const std::string& program) override {
+    return fallback_.StartCompanion(program);
+  }
   void OpenFolder(const std::string& folder) override;
   void Reveal(const std::string& file) override;
   void OpenBrowser(const std::string& address) override { fallback_.OpenBrowser(address); }

@@ -14,7 +14,8 @@
 
 #include "host/posix/posix_disk.h"
 #include "imaging/jpeg_maker.h"
-#include "imaging/measure/measure_probe.h"
+#include "imaging/little_files.h"
+#include "imaging/measure/header_reader.h"
 #include "imaging/metadata/exif_block.h"
 #include "imaging/scratch_folder.h"
 
@@ -22,65 +23,11 @@ namespace quillon::imaging {
 namespace {
 
 using host::Problem;
-using testing::MakeOptions;
-using testing::ScratchFolder;
+using namespace testing;
 
 std::string Jpeg(base::Size size, MakeOptions options = {}) {
   options.quality = 40;
-  return MakeJpeg(testing::TestPicture(size, options.colours), options);
-}
-
-// Numbers of the little files below, least significant byte first unless said.
-std::string Little(unsigned long value, int size) {
-  std::string out;
-  for (int i = 0; i < size; ++i) out.push_back(static_cast<char>(value >> (8 * i) & 0xFF));
-  return out;
-}
-std::string Big(unsigned long value, int size) {
-  const std::string little = Little(value, size);
-  return {little.rbegin(), little.rend()};
-}
-
-std::string Bmp(int width, int height, unsigned perMetre) {
-  const std::string pixels(static_cast<std::size_t>((width * 3 + 3) / 4 * 4 * height), '\x55');
-  return "BM" + Little(54 + pixels.size(), 4) + Little(0, 4) + Little(54, 4) + Little(40, 4) +
-         Little(static_cast<unsigned long>(width), 4) + Little(static_cast<unsigned long>(height), 4) + Little(1, 2) +
-         Little(24, 2) + Little(0, 4) + Little(pixels.size(), 4) + Little(perMetre, 4) + Little(perMetre, 4) +
-         Little(0, 8) + pixels;
-}
-
-std::string Chunk(const std::string& type, const std::string& data) {
-  return Big(data.size(), 4) + type + data + Big(0, 4);
-}
-
-std::string Png(int width, int height, const std::string& more) {
-  return "\x89PNG\r\n\x1A\n" +
-         Chunk("IHDR", Big(static_cast<unsigned long>(width), 4) + Big(static_cast<unsigned long>(height), 4) +
-                           std::string("\x08\x02\0\0\0", 5)) +
-         more + Chunk("IDAT", "") + Chunk("IEND", "");
-}
-
-// One directory behind the pixels, as many writers have it.
-std::string Tiff(bool big, int width, int height, unsigned dpi, unsigned unit) {
-  const auto number = [&](unsigned long value, int size) { return big ? Big(value, size) : Little(value, size); };
-  const auto entry = [&](unsigned tag, unsigned type, unsigned long value) {
-    const std::string shown = type == 3 ? number(value, 2) + number(0, 2) : number(value, 4);
-    return number(tag, 2) + number(type, 2) + number(1, 4) + shown;
-  };
-  const std::string pixels(static_cast<std::size_t>(width * height), '\x55');
-  const unsigned long rational = 8 + pixels.size();
-  return (big ? std::string("MM\0*", 4) : std::string("II*\0", 4)) + number(rational + 8, 4) + pixels + number(dpi, 4) +
-         number(1, 4) + number(10, 2) + entry(256, 4, static_cast<unsigned long>(width)) +
-         entry(257, 4, static_cast<unsigned long>(height)) + entry(258, 3, 8) + entry(259, 3, 1) + entry(262, 3, 1) +
-         entry(273, 4, 8) + entry(277, 3, 1) + entry(279, 4, pixels.size()) + entry(282, 5, rational) +
-         entry(296, 3, unit) + number(0, 4);
-}
-
-std::string BigTiff(bool big, unsigned dpi) {
-  const auto number = [&](unsigned long value, int size) { return big ? Big(value, size) : Little(value, size); };
-  return (big ? "MM" : "II") + number(43, 2) + number(8, 2) + number(0, 2) + number(16, 8) + number(2, 8) +
-         number(282, 2) + number(5, 2) + number(1, 8) + number(dpi, 4) + number(1, 4) + number(296, 2) + number(3, 2) +
-         number(1, 8) + number(2, 2) + std::string(6, '\0') + number(0, 8);
+  return MakeJpeg(TestPicture(size, options.colours), options);
 }
 
 class MeasureTest : public ::testing::Test {
@@ -118,38 +65,11 @@ class MeasureTest : public ::testing::Test {
                      }};
 };
 
-TEST(MeasureReportTest, SizeIsTheTextBetweenTheLabels) {
-  struct Case {
-    std::wstring report;
-    bool good;
-    base::Size size;
-  };
-  const Case cases[] = {
-      {L"Width   : 300 pixels\nHeight  : 200 pixels\n", true, {300, 200}},
-      {L"Image\nFormat : JPEG\nWidth : 3 840 pixels\nHeight : 2\u00A0400 pixels\n", true, {3840, 2400}},
-      {L"Width : 1 234 567 pixels\nHeight : 1 pixels", true, {1234567, 1}},
-      {L"Height : 5 pixels\nWidth : 7 pixels\nHeight : 9 pixels\n", true, {7, 9}},
-      {L"Width : 7 pixels\n", false, {}},
-      {L"Width : 7\nHeight : 9\n", false, {}},
-      {L"Width : pixels\nHeight : 9 pixels", false, {}},
-      {L"Width : 12x pixels\nHeight : 9 pixels", false, {}},
-      {L"Width : 99999999999 pixels\nHeight : 9 pixels", false, {}},
-      {L"Format : JPEG\n", false, {}},
-      {L"", false, {}}};
-  for (const Case& c : cases) {
-    base::Size size;
-    EXPECT_EQ(SizeFromReport(c.report, size), c.good);
-    EXPECT_EQ(size, c.size);
-  }
-}
-
 TEST_F(MeasureTest, EveryFormat) {
-  const std::string gif = "GIF89a" + Little(320, 2) + Little(99, 2) + std::string("\0\0\0", 3) + "," + Little(0, 4) +
-                          Little(320, 2) + Little(99, 2) + std::string("\0\x02\x01\x44\0;", 6);
   EXPECT_EQ(SizeOf(Measured(folder_.Put("a.jpg", Jpeg({33, 44})))), (base::Size{33, 44}));
   EXPECT_EQ(SizeOf(Measured(folder_.Put("a.png", Png(1200, 44, "")))), (base::Size{1200, 44}));
   EXPECT_EQ(SizeOf(Measured(folder_.Put("a.bmp", Bmp(31, 17, 0)))), (base::Size{31, 17}));
-  EXPECT_EQ(SizeOf(Measured(folder_.Put("a.gif", gif))), (base::Size{320, 99}));
+  EXPECT_EQ(SizeOf(Measured(folder_.Put("a.gif", Gif(320, 99)))), (base::Size{320, 99}));
   EXPECT_EQ(SizeOf(Measured(folder_.Put("i.tif", Tiff(false, 31, 17, 72, 2)))), (base::Size{31, 17}));
   EXPECT_EQ(SizeOf(Measured(folder_.Put("m.tif", Tiff(true, 310, 170, 72, 2)))), (base::Size{310, 170}));
 }
@@ -281,6 +201,37 @@ TEST_F(MeasureTest, WhatMediaInfoCannotTellIsOpened) {
   EXPECT_EQ(Refused(folder_.Put("bad.xyz", "nor this")), Problem::Damaged);
 }
 
+TEST_F(MeasureTest, OtherKindsAreAskedForFilesWithoutAKnownHeader) {
+  std::vector<std::string> asked;
+  Measurer measurer(
+      files_,
+      [](const std::string&, ImageFacts&) -> Status {
+        return {Problem::Unsupported, "no picture"};
+      },
+      [&](const std::string& path, const Measurer::KeepWaiting& keepWaiting, base::Size& size) -> Status {
+        asked.push_back(path);
+        if (!keepWaiting()) return {Problem::Stopped, "stopped"};
+        if (path.ends_with("none")) return {Problem::Unsupported, "none"};
+        if (path.ends_with("bad")) return {Problem::Damaged, "bad"};
+        size = {61, 43};
+        return Status::Ok();
+      });
+  const auto measure = [&](const std::string& path, bool waits) {
+    ImageFacts facts;
+    return measurer.Measure(path, facts, Want::Size, [waits] { return waits; }).GetProblem();
+  };
+  EXPECT_EQ(measure(folder_.Put("a.jpg", Jpeg({33, 44})), true), Problem::None);
+  EXPECT_EQ(measure(folder_.Put("short.jpg", Jpeg({33, 44}).substr(0, 30)), true), Problem::Unsupported);
+  EXPECT_TRUE(asked.empty());
+  const std::string tga = folder_.Put("a.tga", Tga(61, 43));
+  EXPECT_EQ(measure(tga, false), Problem::Stopped);
+  EXPECT_EQ(measure(tga, true), Problem::None);
+  EXPECT_EQ(measure(tga, true), Problem::None);
+  EXPECT_EQ(asked, (std::vector<std::string>{tga, tga})) << "a success is remembered";
+  EXPECT_EQ(measure(folder_.Put("a.none", "?"), true), Problem::Unsupported);
+  EXPECT_EQ(measure(folder_.Put("a.bad", "?"), true), Problem::Damaged);
+}
+
 TEST_F(MeasureTest, ResolutionOnRequestOnly) {
   MakeOptions options;
   options.densityUnit = 1;
@@ -309,6 +260,14 @@ TEST_F(MeasureTest, SeveralThreadsAtOnce) {
     });
   }
   for (std::thread& thread : threads) thread.join();
+}
+
+// The resolution that the header of a file states; 0 if there is no such file.
+int ReadDpi(const std::string& path) {
+  std::shared_ptr<FileBytes> bytes;
+  HeaderFacts facts;
+  if (FileBytes::Open(path, bytes)) ReadHeader(*bytes, facts);
+  return facts.dpi;
 }
 
 TEST(MeasureDpiTest, FromHeaders) {

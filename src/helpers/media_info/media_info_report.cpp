@@ -1,16 +1,22 @@
 // SPDX-FileCopyrightText: 2026 The Quillon developers
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "imaging/measure/measure_probe.h"
+#include "helpers/media_info/media_info_report.h"
 
+#include <unistd.h>
+
+#include <algorithm>
+#include <array>
 #include <cerrno>
 #include <cstdint>
 #include <exception>
 #include <limits>
 #include <optional>
+#include <string>
+#include <vector>
 
 #include <MediaInfo/MediaInfo.h>
 
-namespace quillon::imaging {
+namespace quillon::helpers {
 namespace {
 
 using namespace std::string_view_literals;
@@ -64,65 +70,60 @@ bool SizeFromReport(std::wstring_view report, base::Size& size) {
   return true;
 }
 
-struct MeasureProbe::Parts {
+struct MediaInfoReport::Parts {
   MediaInfoLib::MediaInfo info;
   std::wstring parser;
+  std::vector<unsigned char> block = std::vector<unsigned char>(kBlock);
 
-  void ChooseParser(std::string_view begin) {
-    const std::wstring wanted = ParserFor(begin);
+  // MediaInfo does not recognise every kind by itself if it gets a file in blocks.
+  void ChooseParser(int file) {
+    std::array<char, 8> begin{};
+    const ssize_t count = pread(file, begin.data(), begin.size(), 0);
+    const std::wstring wanted = ParserFor({begin.data(), static_cast<std::size_t>(std::max<ssize_t>(count, 0))});
     if (wanted == parser) return;
     parser = wanted;
     info.Option(L"File_ForceParser", parser);
   }
 
   // Passes bytes of the file on until MediaInfo has enough, from the positions that it asks for.
-  void Feed(Source& source) {
-    ChooseParser({reinterpret_cast<const char*>(source.block_.data()), source.count_});
-    info.Open_Buffer_Init(source.length_, 0);
-    std::FILE* file = source.file_.get();
-    for (int seeks = 0; source.count_ > 0;) {
-      if (info.Open_Buffer_Continue(source.block_.data(), source.count_) & kAllDone) break;
+  Status Feed(int file) {
+    ChooseParser(file);
+    const off_t length = lseek(file, 0, SEEK_END);
+    if (length < 0) return Status::FromErrno(errno);
+    info.Open_Buffer_Init(static_cast<std::uint64_t>(length), 0);
+    off_t at = 0;
+    for (int seeks = 0;;) {
+      const ssize_t count = pread(file, block.data(), block.size(), at);
+      if (count < 0 && errno != EINTR) return Status::FromErrno(errno);
+      if (count == 0) break;
+      if (count < 0) continue;
+      at += count;
+      if (info.Open_Buffer_Continue(block.data(), static_cast<std::size_t>(count)) & kAllDone) break;
       const std::uint64_t go = info.Open_Buffer_Continue_GoTo_Get();
-      if (go != kStay) {
-        if (++seeks > kSeeksMax) break;
-        if (std::fseek(file, static_cast<long>(go), SEEK_SET) != 0) break;
-        info.Open_Buffer_Init(source.length_, go);
-      }
-      source.count_ = std::fread(source.block_.data(), 1, source.block_.size(), file);
+      if (go == kStay) continue;
+      if (++seeks > kSeeksMax) break;
+      at = static_cast<off_t>(go);
+      info.Open_Buffer_Init(static_cast<std::uint64_t>(length), go);
     }
     info.Open_Buffer_Finalize();
+    return Status::Ok();
   }
 };
 
-MeasureProbe::MeasureProbe() : parts_(std::make_unique<Parts>()) {
+MediaInfoReport::MediaInfoReport() : parts_(std::make_unique<Parts>()) {
   parts_->info.Option(L"File_TestContinuousFileNames", L"0");
   parts_->info.Option(L"Complete", L"");
 }
 
-MeasureProbe::~MeasureProbe() = default;
+MediaInfoReport::~MediaInfoReport() = default;
 
-Status MeasureProbe::Source::Open(const std::string& path) {
-  file_.reset(std::fopen(path.c_str(), "rb"));
-  if (!file_) return Status::FromErrno(errno);
-  std::setvbuf(file_.get(), nullptr, _IONBF, 0);
-  errno = 0;
-  if (std::fseek(file_.get(), 0, SEEK_END) != 0) return Status::FromErrno(errno);
-  const long length = std::ftell(file_.get());
-  std::rewind(file_.get());
-  if (length == 0) return {Problem::Damaged, "图片文件是空的"};
-  length_ = static_cast<std::uint64_t>(length);
-  block_.resize(kBlock);
-  errno = 0;
-  count_ = std::fread(block_.data(), 1, block_.size(), file_.get());
-  return std::ferror(file_.get()) ? Status::FromErrno(errno) : Status::Ok();
-}
-
-Status MeasureProbe::Measure(Source& source, base::Size& size) {
+Status MediaInfoReport::Measure(int file, base::Size& size) {
   std::wstring report;
   try {
-    parts_->Feed(source);
+    const Status fed = parts_->Feed(file);
     report = parts_->info.Inform();
     parts_->info.Close();
+    if (!fed) return fed;
   } catch (const std::exception&) {
     return {Problem::Damaged, "无法读取图片的尺寸"};
   }
@@ -133,4 +134,4 @@ Status MeasureProbe::Measure(Source& source, base::Size& size) {
   return Status::Ok();
 }
 
-}  // namespace quillon::imaging
+}  // namespace quillon::helpers

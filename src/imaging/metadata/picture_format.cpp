@@ -1,0 +1,21 @@
+// SPDX-FileCopyrightText: 2026 The Quillon developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "imaging/metadata/picture_format.h"
+
+namespace quillon::imaging {
+
+using namespace std::string_view_literals;
+
+Format FormatOf(std::string_view start) {
+  if (start.starts_with("\xFF\xD8\xFF"sv)) return Format::Jpeg;
+  if (start.starts_with("\x89PNG\r\n\x1A\n"sv)) return Format::Png;
+  if (start.starts_with("GIF87a"sv) || start.starts_with("GIF89a"sv)) return Format::Gif;
+  for (const std::string_view head : {"II*\0"sv, "MM\0*"sv, "II+\0"sv, "MM\0+"sv}) {
+    if (start.starts_with(head)) return Format::Tiff;
+  }
+  if (start.starts_with("BM"sv)) return Format::Bmp;
+  if (start.starts_with("8BPS"sv)) return Format::Psd;
+  return Format::Unknown;
+}
+
+}  // namespace quillon::imaging
