@@ -88,7 +88,11 @@ bool RunJournal::Begin() {
     return false;
   }
   if (!NoConflictingSplit()) return false;
-  if (!journal_ || Empty() || context_.recovering) return true;
+  if (!journal_ || context_.recovering) return true;
+  if (Empty()) {
+    journal_->Clear();  // origins of outputs alone
+    return true;
+  }
   const std::string question = "上次的这项任务没有做完，已写好 " + std::to_string(journal_->Count(kDone)) +
                                " 个文件。要接着处理吗？\r\n是——接着处理，已写好的不再处理\r\n否——全部重新处理";
   const char* twice = context_.window.Overwrites() ? "，已覆盖的原文件会再裁一次" : "";
@@ -127,7 +131,8 @@ bool RunJournal::Stands(const std::string& source) {
   if (!doneText.empty()) {
     const Done done = ReadDone(doneText);
     if (!OutputsStand(files, done)) return false;
-    return !now || done.outputs.front().second == source || SameContent(done.source, *now);
+    if (!now) return !files.Stat(source);
+    return done.outputs.front().second == source || SameContent(done.source, *now);
   }
   if (!now) return false;
   // Replaced as a whole: that is what a finished cut does to its source.
@@ -235,33 +240,45 @@ void RunJournal::Drop(const std::string& source, const Intent& intent) {
 }
 
 void RunJournal::Ended(const std::string& source, const std::vector<FileResult>& results) {
-  if (!journal_ || !before_) return;
+  if (!journal_) return;
   const auto intent = intended_.extract(source);
-  Made made{source, *before_, {}};
+  Made made{source, before_, {}, before_.has_value()};
   for (const FileResult& result : results) {
     if (result.result != Result::Written) {
-      if (intent) Drop(source, intent.mapped());
-      return;
+      made.complete = false;
+      continue;
     }
     made.outputs.push_back(result.output);
     made.outputs.insert(made.outputs.end(), result.more.begin(), result.more.end());
   }
-  made_.push_back(std::move(made));
+  if (!made.complete && intent) Drop(source, intent.mapped());
+  if (!made.outputs.empty()) made_.push_back(std::move(made));
 }
 
 void RunJournal::Commit(const RunLedger& ledger) {
   if (!journal_) return;
   const std::vector<Made> made = std::exchange(made_, {});
-  if (JobText() != job_) return;
+  const bool sameJob = made.empty() || JobText() == job_;
   for (const Made& one : made) {
     const auto stands = [&](const std::string& output) { return ledger.WroteFrom(output, one.source); };
-    if (std::all_of(one.outputs.begin(), one.outputs.end(), stands)) WriteDown(one);
+    if (sameJob && one.complete && std::all_of(one.outputs.begin(), one.outputs.end(), stands)) {
+      WriteDown(one);
+    } else {
+      WriteOrigins(one, ledger);
+    }
   }
   journal_->Commit();
 }
 
+// The ledger forgets these outputs, and must not discard them later as stale outputs of another source.
+void RunJournal::WriteOrigins(const Made& made, const RunLedger& ledger) {
+  for (const std::string& output : made.outputs) {
+    if (output != made.source && ledger.WroteFrom(output, made.source)) journal_->Set(output, kFrom, made.source);
+  }
+}
+
 void RunJournal::WriteDown(const Made& made) {
-  Done done{StampOf(made.before), {}};
+  Done done{StampOf(*made.before), {}};
   for (const std::string& output : made.outputs) {
     const auto facts = context_.host.files.Stat(output);
     if (!facts) return;

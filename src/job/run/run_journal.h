@@ -54,8 +54,8 @@ class RunJournal {
   bool Begin();
   bool Kept() const { return journal_ != nullptr; }
 
-  // True if the result of an earlier part of the job stands unchanged, made of the source as it is now; also if the
-  // source is gone.
+  // True if the result of an earlier part of the job stands unchanged, made of the source as it is now; also if nothing
+  // stands at the source's path any more. Anything but a file there is not the source.
   bool Stands(const std::string& source);
   // Calls take for each source that an earlier part of the job has handled, if its outputs stand and its disk answers.
   void EachHandled(const std::function<void(const std::string& source)>& take);
@@ -68,10 +68,11 @@ class RunJournal {
   void Begun(const std::string& source, const std::vector<std::string>& next, const Foreseen& foreseen);
   // What an earlier part has made of a source that is begun now.
   std::vector<std::string> Older(const std::string& source) const;
-  // Call after source was handled.
+  // Call after source was handled, with all its results.
   void Ended(const std::string& source, const std::vector<FileResult>& results);
-  // Call after RunLedger::Flush. Writes down the files that have ended and stand on disk; none if the parameters have
-  // changed since the run began.
+  // Call after RunLedger::Flush. Writes down the files that have ended and stand on disk. If a result of a file failed,
+  // or the parameters have changed since the run began, the file does not count as done: only the origin of its outputs
+  // is written down.
   void Commit(const RunLedger& ledger);
   // The source that output was made of in this job, "" for none.
   std::string SourceOf(const std::string& output);
@@ -85,8 +86,9 @@ class RunJournal {
  private:
   struct Made {
     std::string source;
-    host::FileFacts before;
+    std::optional<host::FileFacts> before;
     std::vector<std::string> outputs;
+    bool complete = true;  // no result of the source failed
   };
   // What is written down of a source that is not ended.
   struct Intent {
@@ -102,6 +104,7 @@ class RunJournal {
   std::size_t Intend(const std::string& source, const std::vector<std::string>& outputs);
   void Drop(const std::string& source, const Intent& intent);
   void WriteDown(const Made& made);
+  void WriteOrigins(const Made& made, const RunLedger& ledger);
 
   const RunContext& context_;
   std::string driver_;

@@ -311,6 +311,21 @@ TEST_F(ResumeTest, OutputsOfOneNameAreToldBeyondACheckpoint) {
   EXPECT_EQ(recorder.lost.size(), 2u);
 }
 
+// --- Something else in the place of a source.
+
+TEST_F(ResumeTest, ASourceThatIsGoneStandsAndAFolderInItsPlaceDoesNot) {
+  StopBehind(4);
+  RunJournal journal(program.context, "menuNormalCut", {"Form1", "FBaseOpt"});
+  Answer(Reply::Yes);
+  ASSERT_TRUE(journal.Begin());
+  const std::string source = first[0].source;
+  EXPECT_TRUE(journal.Stands(source));
+  std::filesystem::remove(source);
+  EXPECT_TRUE(journal.Stands(source)) << "discarded after its cut";
+  std::filesystem::create_directory(source);
+  EXPECT_FALSE(journal.Stands(source));
+}
+
 // --- Older results of a picture that is damaged now.
 
 TEST_F(ResumeTest, AnOlderResultGoesAtTheMomentOfTheFailure) {
@@ -342,6 +357,41 @@ TEST_F(ResumeTest, WhatThisJobMadeIsNoOlderResult) {
     EXPECT_EQ(SizeOf(Out("x.jpg")), (base::Size{20, 30}));
     std::filesystem::remove(Out("x.jpg"));
   }
+}
+
+// What was cut with other parameters is not done, but it is a result of this run beyond a checkpoint too.
+TEST_F(ResumeTest, WhatThisJobMadeWithChangedParametersIsNoOlderResult) {
+  for (int i = 0; i < 6; ++i) std::filesystem::remove(In(std::to_string(i) + ".png"));
+  for (const char* broken : {"a", "b"}) {
+    SCOPED_TRACE(broken);
+    for (const char* folder : {"a", "b"}) Make(std::string(folder) + "/x.png", 40, 30);
+    const std::string name = std::string("in/") + broken + "/x.png";
+    world.folder.Write(name, world.folder.Read(name).substr(0, 100));
+    double margin = 0;
+    recorder.onFileDone = [&](const FileResult&) {
+      world.clock.Advance(5);
+      form.TCutValue[1].SetNumber(++margin);
+    };
+    Cut();
+    EXPECT_EQ(Totals().written, 1u);
+    EXPECT_EQ(Totals().none, 1u);
+    EXPECT_TRUE(world.folder.Exists("out/x.jpg"));
+    EXPECT_FALSE(world.folder.Exists("data/Trash/files/x.jpg"));
+    std::filesystem::remove(Out("x.jpg"));
+    form.TCutValue[1].SetNumber(0);
+  }
+}
+
+TEST_F(ResumeTest, OutputsOfOneNameAreToldWithChangedParametersToo) {
+  for (int i = 0; i < 6; ++i) std::filesystem::remove(In(std::to_string(i) + ".png"));
+  for (const char* name : {"a/x.png", "b/x.png", "c/x.png"}) Make(name, 40, 30);
+  recorder.onFileDone = [&](const FileResult&) {
+    world.clock.Advance(5);
+    form.TCutValue[1].SetNumber(static_cast<double>(recorder.done.size()));
+  };
+  Cut();
+  EXPECT_EQ(Totals().written, 1u);
+  EXPECT_EQ(Totals().none, 2u);
 }
 
 TEST_F(ResumeTest, AnOutputThatDidNotReachTheDiskIsNotWrittenDown) {
