@@ -3,6 +3,7 @@
 #pragma once
 
 #include "job/run/driver.h"
+#include "job/run/run_journal.h"
 #include "job/run/run_ledger.h"
 
 namespace quillon::job {
@@ -12,7 +13,7 @@ namespace quillon::job {
 // output.
 class ListRun {
  public:
-  ListRun(const RunContext& context, RunLedger& ledger, FileDriver& driver, std::size_t resultsPerFile);
+  ListRun(const RunContext& context, RunLedger& ledger, RunJournal& journal, FileDriver& driver, const RunNeeds& needs);
 
   // Reports the start and each file to the observer, and returns once all outputs stand on disk. The caller reports the
   // end.
@@ -24,8 +25,9 @@ class ListRun {
 
   const RunContext& context_;
   RunLedger& ledger_;
+  RunJournal& journal_;
   FileDriver& driver_;
-  std::size_t resultsPerFile_;
+  const RunNeeds& needs_;
 };
 
 // Runs the driver over the list, or in large-capacity mode over the input folder, from the first check to the last box.

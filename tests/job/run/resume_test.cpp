@@ -141,7 +141,7 @@ TEST_F(ResumeTest, TheWhiteThatARunPadsWithIsNoParameter) {
 TEST_F(ResumeTest, MarginsOfAFramePlacedByHandAreNoParameters) {
   flags.ManualCutMode = true;
   RunJournal journal(program.context, "manual", {"Form1"});
-  ASSERT_TRUE(journal.Begin());
+  ASSERT_TRUE(journal.BeginFolder());
   RunLedger ledger(program.context, 0);
   const std::string source = In("0.png");
   journal.Begun(source, {}, [](const std::string&) { return std::vector<std::string>(); });
@@ -317,7 +317,7 @@ TEST_F(ResumeTest, ASourceThatIsGoneStandsAndAFolderInItsPlaceDoesNot) {
   StopBehind(4);
   RunJournal journal(program.context, "menuNormalCut", {"Form1", "FBaseOpt"});
   Answer(Reply::Yes);
-  ASSERT_TRUE(journal.Begin());
+  ASSERT_TRUE(journal.BeginFolder());
   const std::string source = first[0].source;
   EXPECT_TRUE(journal.Stands(source));
   std::filesystem::remove(source);
@@ -428,14 +428,29 @@ TEST_F(ResumeTest, WithoutAJournalEveryRunIsFresh) {
   EXPECT_EQ(Totals().written, 6u);
 }
 
-TEST_F(ResumeTest, OtherPartsKeepTheirOwnRecords) {
-  RunJournal journal(program.context, "other", {"Form1"});
-  ASSERT_TRUE(journal.Begin());
+TEST_F(ResumeTest, DecisionsByHandAreRecordsOfTheJournal) {
+  const std::string source = In("0.png");
   RunLedger ledger(program.context, 0);
-  journal.Set("/a.jpg", "frame", "10,20,30,40");
-  journal.End(ledger, false);
-  EXPECT_EQ(journal.Get("/a.jpg", "frame"), "10,20,30,40");
-  EXPECT_EQ(journal.Get("/b.jpg", "frame"), std::nullopt);
+  {
+    RunJournal journal(program.context, "other", {"Form1"});
+    ASSERT_TRUE(journal.BeginFolder());
+    EXPECT_EQ(journal.DecisionOn(source), std::nullopt);
+    journal.StoreDecision(source, "10,20,30,40");
+    EXPECT_EQ(journal.DecisionOn(source), "10,20,30,40");
+    journal.End(ledger, false);
+    EXPECT_EQ(journal.DecisionOn(source), std::nullopt) << "closed";
+  }
+  RunJournal journal(program.context, "other", {"Form1"});
+  Answer(Reply::Yes);
+  ASSERT_TRUE(journal.BeginFolder());
+  EXPECT_EQ(Texts(), std::vector<std::string>{
+                         "上次的这项任务没有做完，已写好 0 个文件，已指定 1 张。要接着处理吗？\r\n是——接着处理，"
+                         "已写好的不再处理，其余已指定的按上次指定的裁剪框处理\r\n否——全部重新处理，从头重新指定"
+                         "\r\n取消——不处理"});
+  EXPECT_EQ(journal.DecisionOn(source), "10,20,30,40");
+  EXPECT_EQ(journal.DecisionOn(In("1.png")), std::nullopt);
+  Make("0.png", 50, 30);
+  EXPECT_EQ(journal.DecisionOn(source), std::nullopt) << "the picture changed";
 }
 
 TEST_F(ResumeTest, ASourceOfAnotherTimeIsDoneAgain) {
@@ -526,7 +541,7 @@ TEST_F(SharedResumeTest, NoWorkerBeginsWhereAnotherDoesNot) {
     Take(other, 2);
     program.shard.among = among;
     RunJournal journal(program.context, "menuNormalCut", {"Form1", "FBaseOpt"});
-    return !journal.Begin();
+    return !journal.BeginFolder();
   };
   EXPECT_TRUE(asked(2)) << "of a call of two workers";
   EXPECT_FALSE(asked(1)) << "of a call that has this share alone";
@@ -571,12 +586,12 @@ TEST_F(SharedResumeTest, NoJobIsHandledTwiceAtATime) {
   const auto begins = [this](std::uint64_t index, std::uint64_t count) {
     Take(index, count);
     RunJournal journal(program.context, "other", {"Form1"});
-    return journal.Begin();
+    return journal.BeginFolder();
   };
   {
     Take(0, 2);
     RunJournal running(program.context, "other", {"Form1"});
-    ASSERT_TRUE(running.Begin());
+    ASSERT_TRUE(running.BeginFolder());
     EXPECT_FALSE(begins(0, 2));
     EXPECT_EQ(Box(), kInUse);
     EXPECT_FALSE(begins(0, 1));
