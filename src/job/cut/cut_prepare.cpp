@@ -64,6 +64,14 @@ std::string CutTarget(const CutFile& file) {
   return ontoItself || file.ConversionFollows() ? file.WorkFile(work_files::kResultStem) : file.Dst;
 }
 
+// Has the user decide about the picture, unless an earlier part of the run has stored what he decided.
+void DecideByHand(CutFile& file) {
+  RunJournal& journal = file.run.journal;
+  const std::string earlier = journal.DecisionOn(file.listedPath).value_or("");
+  const std::string decision = file.program.manualFrame->Ask(file.Src, file.Work, earlier);
+  if (!decision.empty() && decision != earlier) journal.StoreDecision(file.listedPath, decision);
+}
+
 }  // namespace
 
 Step MeasureSource(CutFile& file) {
@@ -165,10 +173,11 @@ Step AskForFrame(CutFile& file) {
   Program& program = file.program;
   Flags& flags = program.flags;
   flags.ManualStepDone = false;
-  const ManualFrame::Answer answer = program.manualFrame->Ask(file.Src, file.Work);
+  const bool cutBefore = file.run.journal.CutAsDecided(file.listedPath);
+  if (!cutBefore) DecideByHand(file);
   program.images.DisposeImage(file.Work);
   file.turnedFirst = false;
-  if (answer == ManualFrame::Answer::CutBefore) return PassOver(file, "上次中断之前已按手动裁剪框裁好");
+  if (cutBefore) return PassOver(file, "上次中断之前已按手动裁剪框裁好");
   if (flags.StopRequested && !flags.ManualStepDone) return Fail(file, "已停止，未处理完");
   const std::string shown = flags.CurrentImagePath;
   if (!program.host.files.IsFile(shown)) return Fail(file, "裁剪框预览中的图片已不存在");

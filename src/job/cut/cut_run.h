@@ -7,13 +7,15 @@
 
 #include "job/list/omitted_folders.h"
 #include "job/program.h"
+#include "job/run/run_journal.h"
 #include "job/run/run_ledger.h"
 
 namespace quillon::job {
 
 // What the files of one run share.
 struct CutRun {
-  CutRun(Program& owner, RunLedger& runLedger) : program(owner), ledger(runLedger), omitted(owner.context) {}
+  CutRun(Program& owner, RunLedger& runLedger, RunJournal& runJournal)
+      : program(owner), ledger(runLedger), journal(runJournal), omitted(owner.context) {}
 
   bool OnBackSide() const { return withArray && program.sheets->OnBackSide(); }
   // Removes the drafts that a killed run left in a folder of outputs, before the first output of this one goes there.
@@ -26,6 +28,7 @@ struct CutRun {
 
   Program& program;
   RunLedger& ledger;
+  RunJournal& journal;
   OmittedFolders omitted;
   bool withArray = false;  // ChCutAndArray
   bool pdf = false;        // CmbOutType was 5 at the start; the cut itself makes jpg

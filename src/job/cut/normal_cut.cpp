@@ -20,6 +20,7 @@ RunNeeds NormalCut::Needs() const {
   const Form1& form = program_.form1;
   const bool array = form.ChCutAndArray.On();
   RunNeeds needs;
+  needs.decisions = flags.ManualCutMode && !ReadCutSettings(program_).frameOnly;
   if (flags.ManualCutMode) needs.ensured.push_back(Need::ManualFrame);
   if (array) needs.ensured.push_back(Need::Sheets);
   if (flags.ToCmyk || Selected<OutType>(form.CmbOutType) == OutType::Pdf) needs.ensured.push_back(Need::OutputTools);
@@ -55,8 +56,8 @@ void NormalCut::PrepareCanvas() {
       path, [&] { return program_.images.ZoomPic(path, path, program_.flags.FixW, program_.flags.FixH); });
 }
 
-void NormalCut::Begin(RunLedger& ledger) {
-  run_ = std::make_unique<CutRun>(program_, ledger);
+void NormalCut::Begin(RunLedger& ledger, RunJournal& journal) {
+  run_ = std::make_unique<CutRun>(program_, ledger, journal);
   run_->withArray = withArray_;
   run_->pdf = pdf_;
   omits_ = ReadCutSettings(program_).omitFolders;
@@ -80,7 +81,9 @@ void NormalCut::Cut(const RunFile& file, const Report& report) {
   // In large-capacity mode the window stays usable, so that the type may be chosen again before any file.
   controls::ComboBox& type = program_.form1.CmbOutType;
   if (large_ && Selected<OutType>(type) == OutType::Pdf) Select(type, OutType::Jpg);
-  report(CutOneFile(*run_, file.row, file.path));
+  const FileResult result = CutOneFile(*run_, file.row, file.path);
+  run_->journal.NoteDecidedCut(file.path);
+  report(result);
 }
 
 RunEnd NormalCut::End() {

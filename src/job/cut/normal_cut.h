@@ -20,7 +20,7 @@ class NormalCut final : public FileDriver {
 
   RunNeeds Needs() const override;
   bool Prepare() override;
-  void Begin(RunLedger& ledger) override;
+  void Begin(RunLedger& ledger, RunJournal& journal) override;
   std::string Name() const override { return pdf_ ? "menuNormalCut pdf" : "menuNormalCut"; }
   bool BesideSources() const override;
   std::vector<std::string> Outputs(const std::string& path) const override;

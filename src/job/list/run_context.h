@@ -59,6 +59,7 @@ class RunWindow {
   // --- What the user has chosen, at the time of the call.
   virtual std::string InputFolder() const = 0;   // LInDir
   virtual std::string OutputFolder() const = 0;  // LOutDir
+  virtual std::string OutputType() const = 0;    // the text of CmbOutType
   virtual Subfolders SubfolderChoice() const = 0;
   virtual bool Overwrites() const = 0;    // ChOver
   virtual bool OmitsFolders() const = 0;  // ChOmitFolds

@@ -12,12 +12,14 @@
 
 namespace quillon::job {
 
+class RunJournal;
 class RunLedger;
 
 // What a driver needs of the program for a run.
 struct RunNeeds {
   std::vector<Need> ensured;          // asked for in this order before the run; one that stays missing gives it up
   std::size_t resultsPerFile = 1;     // how many results Cut reports for each file
+  bool decisions = false;             // the user decides about each file by hand, and that is to be resumed too
   std::vector<std::string> hidden;    // windows that are hidden meanwhile
   std::vector<std::string> disabled;  // windows whose controls are disabled meanwhile
   // The main window in large-capacity mode; it is always disabled during a run over the list.
@@ -54,8 +56,8 @@ class FileDriver {
   virtual RunNeeds Needs() const = 0;
   // Everything needed is there. False gives up the run without a box.
   virtual bool Prepare() { return true; }
-  // The windows are as the run needs them. The ledger lives until the run has ended.
-  virtual void Begin(RunLedger& ledger) = 0;
+  // The windows are as the run needs them. Ledger and journal live until the run has ended.
+  virtual void Begin(RunLedger& ledger, RunJournal& journal) = 0;
 
   // --- In large-capacity mode, for the journal.
   // The name tells this driver's jobs from those of others; the windows hold the parameters.

@@ -35,13 +35,8 @@ std::string FolderOf(const std::string& path) { return path == "/" ? std::string
 
 }  // namespace
 
-FolderRun::FolderRun(const RunContext& context, RunLedger& ledger, FileDriver& driver)
-    : context_(context),
-      ledger_(ledger),
-      driver_(driver),
-      journal_(context, driver.Name(), driver.Windows()),
-      root_(Root()),
-      rule_(Rule()) {
+FolderRun::FolderRun(const RunContext& context, RunLedger& ledger, RunJournal& journal, FileDriver& driver)
+    : context_(context), ledger_(ledger), journal_(journal), driver_(driver), root_(Root()), rule_(Rule()) {
   ledger_.ReadSourcesFrom([this](const std::string& path) { return IsSource(path); });
 }
 
@@ -56,7 +51,7 @@ bool FolderRun::Begin() {
     context_.Ask(kSharedOutput);
     return false;
   }
-  return journal_.Begin();
+  return journal_.BeginFolder();
 }
 
 // Results are known again by their names: where they go to the input folder itself it is called as they are.

@@ -25,8 +25,8 @@ void ShowEnd(const RunContext& context, const RunEnd& end) {
 }
 
 // False if the user does not want the run after all.
-bool RunFolder(const RunContext& context, RunLedger& ledger, FileDriver& driver) {
-  FolderRun folder(context, ledger, driver);
+bool RunFolder(const RunContext& context, RunLedger& ledger, RunJournal& journal, FileDriver& driver) {
+  FolderRun folder(context, ledger, journal, driver);
   if (!folder.Begin()) return false;
   driver.Start();
   folder.Walk();
@@ -35,17 +35,18 @@ bool RunFolder(const RunContext& context, RunLedger& ledger, FileDriver& driver)
 
 // A run that is prepared, up to the moment when the windows are as before. Returns what is left to show, or nothing if
 // the user does not want the run after all.
-std::optional<RunEnd> RunInFrame(const RunContext& context, FileDriver& driver, const RunNeeds& needs, bool large,
-                                 RunLedger& ledger) {
+std::optional<RunEnd> RunInFrame(const RunContext& context, FileDriver& driver, const RunNeeds& needs,
+                                 RunLedger& ledger, RunJournal& journal) {
+  const bool large = context.flags.LargeCapacityMode;
   const WindowsAside aside(context, needs.hidden, needs.disabled);
   std::optional<RunFrame> frame;
   if (!large || needs.inFolderRun == WindowUse::Disabled) frame.emplace(context, WindowUse::Disabled);
-  driver.Begin(ledger);
+  driver.Begin(ledger, journal);
   if (large) {
-    if (!RunFolder(context, ledger, driver)) return std::nullopt;
+    if (!RunFolder(context, ledger, journal, driver)) return std::nullopt;
   } else {
     driver.Start();
-    ListRun(context, ledger, driver, needs.resultsPerFile).Run();
+    ListRun(context, ledger, journal, driver, needs).Run();
   }
   RunEnd end = driver.End();
   if (end.shown == RunEnd::Shown::InRun) ShowEnd(context, std::exchange(end, {}));
@@ -56,16 +57,19 @@ std::optional<RunEnd> RunInFrame(const RunContext& context, FileDriver& driver, 
 
 }  // namespace
 
-ListRun::ListRun(const RunContext& context, RunLedger& ledger, FileDriver& driver, std::size_t resultsPerFile)
-    : context_(context), ledger_(ledger), driver_(driver), resultsPerFile_(resultsPerFile) {}
+ListRun::ListRun(const RunContext& context, RunLedger& ledger, RunJournal& journal, FileDriver& driver,
+                 const RunNeeds& needs)
+    : context_(context), ledger_(ledger), journal_(journal), driver_(driver), needs_(needs) {}
 
 void ListRun::Run() {
   if (context_.observer) context_.observer->RunStarted(ledger_.Totals().planned);
   const double start = context_.host.clock.Seconds();
+  if (needs_.decisions && !journal_.BeginList()) context_.flags.StopRequested = true;
   const std::size_t rows = context_.files.RowCount();
   for (std::size_t row = 1; row <= rows; ++row) HandleRow(row);
   driver_.EndPrefetch();
   ledger_.Flush();
+  journal_.End(ledger_, !context_.Stopped());
   ledger_.NoteEnd(context_.host.clock.Seconds() - start, context_.Stopped());
 }
 
@@ -109,7 +113,7 @@ std::string ListRun::WhyNotReplaced(std::size_t row) {
 }
 
 void ListRun::ReportAll(const RunFile& file, Result result, const std::string& why) {
-  for (std::size_t i = 0; i < resultsPerFile_; ++i) ledger_.Add({file.row, file.path, "", result, why});
+  for (std::size_t i = 0; i < needs_.resultsPerFile; ++i) ledger_.Add({file.row, file.path, "", result, why});
 }
 
 void StartRun(const RunContext& context, FileDriver& driver) {
@@ -122,8 +126,9 @@ void StartRun(const RunContext& context, FileDriver& driver) {
 
   const bool large = context.flags.LargeCapacityMode;
   RunLedger ledger(context, large ? 0 : context.files.RowCount() * needs.resultsPerFile);
+  RunJournal journal(context, driver.Name(), driver.Windows());
   context.window.SaveFolders();
-  const std::optional<RunEnd> end = RunInFrame(context, driver, needs, large, ledger);
+  const std::optional<RunEnd> end = RunInFrame(context, driver, needs, ledger, journal);
   context.window.SelectRow(context.files.RowCount() > 0 ? 1 : 0);
   driver.Release();
   if (!end) return;

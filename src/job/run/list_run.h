@@ -8,6 +8,7 @@
 
 #include "job/list/file_list.h"
 #include "job/run/driver.h"
+#include "job/run/run_journal.h"
 #include "job/run/run_ledger.h"
 
 namespace quillon::job {
@@ -17,7 +18,7 @@ namespace quillon::job {
 // output.
 class ListRun {
  public:
-  ListRun(const RunContext& context, RunLedger& ledger, FileDriver& driver, std::size_t resultsPerFile);
+  ListRun(const RunContext& context, RunLedger& ledger, RunJournal& journal, FileDriver& driver, const RunNeeds& needs);
 
   // Reports the start and each file to the observer, and returns once all outputs stand on disk. The caller reports the
   // end.
@@ -31,8 +32,9 @@ class ListRun {
 
   const RunContext& context_;
   RunLedger& ledger_;
+  RunJournal& journal_;
   FileDriver& driver_;
-  std::size_t resultsPerFile_;
+  const RunNeeds& needs_;
   std::map<FileId, std::size_t> replaced_;  // files of the rows so far
 };
 

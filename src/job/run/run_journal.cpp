@@ -7,7 +7,6 @@
 #include <utility>
 
 #include "base/path_text.h"
-#include "host/files/file_stamp.h"
 #include "job/list/disk_monitor.h"
 #include "job/list/run_context.h"
 #include "job/run/run_ledger.h"
@@ -77,28 +76,51 @@ RunJournal::RunJournal(const RunContext& context, std::string driver, std::vecto
 
 std::string RunJournal::JobText() const { return driver_ + '\n' + context_.window.Parameters(windows_); }
 
-bool RunJournal::Begin() {
+host::JobPart RunJournal::OwnPart(const std::string& job) const {
+  return {job, context_.shard.index, context_.shard.count};
+}
+
+bool RunJournal::BeginFolder() {
   job_ = JobText();
   if (!context_.journals) return true;
   // Our own journal is opened first: of two runs that begin at once at least one sees the other.
-  const host::JobPart own{job_, context_.shard.index, context_.shard.count};
+  const host::JobPart own = OwnPart(job_);
   journal_ = context_.journals->Open(own);
   if (!journal_ && context_.journals->FindUnfinished(job_, [&](const auto& part) { return part == own; })) {
     context_.Ask(kInUse);
     return false;
   }
   if (!NoConflictingSplit()) return false;
-  if (!journal_ || Empty() || context_.recovering) return true;
-  const std::string question = "上次的这项任务没有做完，已写好 " + std::to_string(journal_->Count(kDone)) +
-                               " 个文件。要接着处理吗？\r\n是——接着处理，已写好的不再处理\r\n否——全部重新处理";
-  const char* twice = context_.window.Overwrites() ? "，已覆盖的原文件会再裁一次" : "";
-  const host::Reply reply = context_.Ask(question + twice + "\r\n取消——不处理", host::kYesNoCancelQuestion);
+  if (!journal_) return true;
+  if (context_.flags.ManualCutMode) AdoptDecisions();
+  if (context_.recovering) return true;
+  if (!Empty()) return AskToResume(FolderQuestion());
+  journal_->Clear();  // origins of outputs alone
+  return true;
+}
+
+// False if the user wants no run at all.
+bool RunJournal::AskToResume(const std::string& question) {
+  const host::Reply reply = context_.Ask(question, host::kYesNoCancelQuestion);
   if (reply == host::Reply::No) journal_->Clear();
   return reply == host::Reply::Yes || reply == host::Reply::No;
 }
 
+std::string RunJournal::FolderQuestion() {
+  const std::size_t decided = Decisions();
+  std::string text = "上次的这项任务没有做完，已写好 " + std::to_string(journal_->Count(kDone)) + " 个文件";
+  if (decided > 0) text += "，已指定 " + std::to_string(decided) + " 张";
+  text += "。要接着处理吗？\r\n是——接着处理，已写好的不再处理";
+  if (decided > 0) text += "，其余已指定的按上次指定的裁剪框处理";
+  text += "\r\n否——全部重新处理";
+  if (decided > 0) text += "，从头重新指定";
+  if (context_.window.Overwrites()) text += "，已覆盖的原文件会再裁一次";
+  return text + "\r\n取消——不处理";
+}
+
 bool RunJournal::Empty() {
-  return journal_->Count(kDone) == 0 && journal_->Count(kBegun) == 0 && journal_->Count(kMeant) == 0;
+  const auto none = [this](const char* key) { return journal_->Count(key) == 0; };
+  return none(kDone) && none(kBegun) && none(kMeant) && none(kDecision);
 }
 
 // True if no unfinished run split the same files into a different number of shards: what it has done lies in journals
@@ -127,7 +149,8 @@ bool RunJournal::Stands(const std::string& source) {
   if (!doneText.empty()) {
     const Done done = ReadDone(doneText);
     if (!OutputsStand(files, done)) return false;
-    return !now || done.outputs.front().second == source || SameContent(done.source, *now);
+    if (!now) return !files.Stat(source);
+    return done.outputs.front().second == source || SameContent(done.source, *now);
   }
   if (!now) return false;
   // Replaced as a whole: that is what a finished cut does to its source.
@@ -235,33 +258,45 @@ void RunJournal::Drop(const std::string& source, const Intent& intent) {
 }
 
 void RunJournal::Ended(const std::string& source, const std::vector<FileResult>& results) {
-  if (!journal_ || !before_) return;
+  if (!journal_) return;
   const auto intent = intended_.extract(source);
-  Made made{source, *before_, {}};
+  Made made{source, before_, {}, before_.has_value()};
   for (const FileResult& result : results) {
     if (result.result != Result::Written) {
-      if (intent) Drop(source, intent.mapped());
-      return;
+      made.complete = false;
+      continue;
     }
     made.outputs.push_back(result.output);
     made.outputs.insert(made.outputs.end(), result.more.begin(), result.more.end());
   }
-  made_.push_back(std::move(made));
+  if (!made.complete && intent) Drop(source, intent.mapped());
+  if (!made.outputs.empty()) made_.push_back(std::move(made));
 }
 
 void RunJournal::Commit(const RunLedger& ledger) {
   if (!journal_) return;
   const std::vector<Made> made = std::exchange(made_, {});
-  if (JobText() != job_) return;
+  const bool sameJob = made.empty() || JobText() == job_;
   for (const Made& one : made) {
     const auto stands = [&](const std::string& output) { return ledger.WroteFrom(output, one.source); };
-    if (std::all_of(one.outputs.begin(), one.outputs.end(), stands)) WriteDown(one);
+    if (sameJob && one.complete && std::all_of(one.outputs.begin(), one.outputs.end(), stands)) {
+      WriteDown(one);
+    } else {
+      WriteOrigins(one, ledger);
+    }
   }
   journal_->Commit();
 }
 
+// The ledger forgets these outputs, and must not discard them later as stale outputs of another source.
+void RunJournal::WriteOrigins(const Made& made, const RunLedger& ledger) {
+  for (const std::string& output : made.outputs) {
+    if (output != made.source && ledger.WroteFrom(output, made.source)) journal_->Set(output, kFrom, made.source);
+  }
+}
+
 void RunJournal::WriteDown(const Made& made) {
-  Done done{StampOf(made.before), {}};
+  Done done{StampOf(*made.before), {}};
   for (const std::string& output : made.outputs) {
     const auto facts = context_.host.files.Stat(output);
     if (!facts) return;
@@ -281,17 +316,8 @@ void RunJournal::End(const RunLedger& ledger, bool complete) {
   if (!journal_) return;
   for (const auto& [source, intent] : intended_) Drop(source, intent);
   Commit(ledger);
-  if (!complete) return;
-  journal_->Remove();
+  if (complete) journal_->Remove();
   journal_.reset();
-}
-
-std::optional<std::string> RunJournal::Get(const std::string& source, const std::string& key) {
-  return journal_ ? journal_->Get(source, key) : std::nullopt;
-}
-
-void RunJournal::Set(const std::string& source, const std::string& key, const std::string& value) {
-  if (journal_) journal_->Set(source, key, value);
 }
 
 }  // namespace quillon::job

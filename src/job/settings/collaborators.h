@@ -15,14 +15,12 @@ namespace quillon::job {
 class ManualFrame {
  public:
   virtual ~ManualFrame() = default;
-  enum class Answer {
-    Given,
-    CutBefore  // an earlier part of this run has overwritten the source by its cut: there is nothing to do
-  };
   // Shows the picture and waits until the user has answered. Stores the answer in the flags (ManualStepDone,
   // SkipCutThisImage, ManualRotated, ManualAngle, CurrentImagePath) and in TCutValue. turned is the picture if a rule
   // has turned it already, else no image.
-  virtual Answer Ask(const std::string& source, const imaging::Image& turned) = 0;
+  // Returns the decision as text that only the frame reads, "" if the run was stopped. Does not wait if earlier is such
+  // a text: that decision is applied again. "" is none.
+  virtual std::string Ask(const std::string& source, const imaging::Image& turned, const std::string& earlier) = 0;
   // Called when the preview shows another picture, also while no run asks.
   virtual void Shown() = 0;
   // Copies the picture on show, for drivers that go on working on it.

@@ -40,6 +40,8 @@ std::string ProgramWindow::InputFolder() const { return program_.form1.LInDir.Va
 
 std::string ProgramWindow::OutputFolder() const { return program_.form1.LOutDir.Value(); }
 
+std::string ProgramWindow::OutputType() const { return program_.form1.CmbOutType.Text(); }
+
 Subfolders ProgramWindow::SubfolderChoice() const {
   return program_.form1.ChSubFold.On() ? Subfolders::Yes : Subfolders::No;
 }

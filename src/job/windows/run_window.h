@@ -15,6 +15,7 @@ class ProgramWindow final : public RunWindow {
 
   std::string InputFolder() const override;
   std::string OutputFolder() const override;
+  std::string OutputType() const override;
   Subfolders SubfolderChoice() const override;
   bool Overwrites() const override;
   bool OmitsFolders() const override;

@@ -20,7 +20,7 @@ constexpr int kSmallestShown = 32;  // the least length of the shorter side, in 
 
 }  // namespace
 
-CutFrame::CutFrame(job::Program& program) : program_(program), decisions_(program) {
+CutFrame::CutFrame(job::Program& program) : program_(program) {
   job::FCutPre& window = Window();
   window.CmdNext.SetHandler([this] { CmdNext_Click(); });
   window.CmdNotCut.SetHandler([this] { CmdNotCut_Click(); });

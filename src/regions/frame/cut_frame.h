@@ -7,7 +7,7 @@
 
 #include "job/program.h"
 #include "job/settings/collaborators.h"
-#include "regions/frame/decisions.h"
+#include "regions/frame/decision.h"
 #include "regions/frame/frame_math.h"
 
 namespace quillon::regions {
@@ -34,7 +34,7 @@ class CutFrame final : public job::ManualFrame {
   CutFrame& operator=(const CutFrame&) = delete;
 
   // --- job::ManualFrame
-  Answer Ask(const std::string& source, const imaging::Image& turned) override;
+  std::string Ask(const std::string& source, const imaging::Image& turned, const std::string& earlier) override;
   host::Status ClonePicture(imaging::Image& out) override;
   void Shown() override { FitSlider(); }
   void Rest() override;
@@ -110,8 +110,6 @@ class CutFrame final : public job::ManualFrame {
   // Repeats what the user decided about this picture in an earlier part of the run.
   void Replay(const Decision& decision);
   Decision Decided() const;
-  // Returns the listed file of the picture on show, which may be a work file.
-  std::string ListedSource(const std::string& source) const;
   void Rotate(controls::Button& button, double angle);
   void Turn(double angle);
   bool MayRotate(controls::Button& button);
@@ -119,7 +117,6 @@ class CutFrame final : public job::ManualFrame {
   void PollKeys(const Keys& held);
 
   job::Program& program_;
-  Decisions decisions_;
   std::string steps_;  // turns and padding of the picture on show, as in Decision
   bool waiting_ = false;
   Drag drag_ = Drag::None;

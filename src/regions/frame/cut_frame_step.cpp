@@ -5,8 +5,8 @@
 //
 // The run calls Ask() for each picture. Ask() shows it, writes the frame of the picture before it back to the margins
 // of this one, and pumps messages until a button has set ManualStepDone. The answer is left in the flags and in
-// TCutValue, from which the run reads it. Decisions records each answer, so that a run which broke off can be continued
-// without asking again.
+// TCutValue, from which the run reads it. Ask() also returns the answer as a Decision in text form. The run stores it
+// in its journal and passes it to Ask() again if it is resumed.
 #include "job/settings/cut_settings.h"
 #include "regions/frame/cut_frame.h"
 
@@ -20,31 +20,23 @@ constexpr double kSecondsBetweenTurns = 0.005;  // of the message pump, while th
 
 }  // namespace
 
-job::ManualFrame::Answer CutFrame::Ask(const std::string& source, const imaging::Image& turned) {
+std::string CutFrame::Ask(const std::string& source, const imaging::Image& turned, const std::string& earlier) {
   job::Flags& flags = program_.flags;
-  const std::string listed = ListedSource(source);
   flags.CurrentImagePath = source;
   flags.ManualStepDone = false;
   flags.SkipCutThisImage = false;
   steps_.clear();
-  if (!decisions_.Begun() && !decisions_.Begin()) {
-    flags.StopRequested = true;
-    return Answer::Given;
-  }
-  decisions_.NoteCut();
-  if (decisions_.CutInPlace(listed)) return Answer::CutBefore;
   UpdateImage(source, turned);
-  if (const auto decision = decisions_.Of(listed)) {
+  if (const auto decision = DecisionFrom(earlier)) {
     Replay(*decision);
-    return Answer::Given;
+    return earlier;
   }
   const std::size_t row = program_.form1.MSF.Selected();
   const bool more = row > 0 && row < program_.files.RowCount();
   Preview().SetUpcoming(more ? program_.files.Row(row).Path() : std::string());
   WriteBack();
   Wait();
-  if (flags.ManualStepDone) decisions_.Decided(listed, Decided());
-  return Answer::Given;
+  return flags.ManualStepDone ? TextOf(Decided()) : std::string();
 }
 
 void CutFrame::Wait() {
@@ -66,12 +58,6 @@ void CutFrame::Wait() {
 bool CutFrame::OptionsTurn() const {
   const job::CutSettings options = job::ReadCutSettings(program_);
   return options.rotateCut || options.rotateRule > 0;
-}
-
-std::string CutFrame::ListedSource(const std::string& source) const {
-  const std::size_t row = program_.form1.MSF.Selected();
-  const bool listed = row > 0 && row <= program_.files.RowCount() && !program_.flags.LargeCapacityMode;
-  return listed ? program_.files.Row(row - 1).Path() : source;
 }
 
 Decision CutFrame::Decided() const {
@@ -120,7 +106,6 @@ void CutFrame::EndWait() {
 }
 
 void CutFrame::Rest() {
-  decisions_.End(!program_.flags.StopRequested);
   job::FCutPre& window = Window();
   window.SetTitle(job::kPreviewCaption);
   for (controls::Slider* slider : {&window.Slider1, &window.HS, &window.VS}) slider->SetEnabled(true);

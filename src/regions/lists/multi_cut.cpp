@@ -50,7 +50,7 @@ bool MultiCut::Prepare() {
   return true;
 }
 
-void MultiCut::Begin(job::RunLedger& ledger) {
+void MultiCut::Begin(job::RunLedger& ledger, job::RunJournal& /*journal*/) {
   ledger_ = &ledger;
   job::Form1& form = program_.form1;
   form.MSF.SetEnabled(false);

@@ -21,7 +21,7 @@ class MultiCut final : public job::FileDriver {
 
   job::RunNeeds Needs() const override;
   bool Prepare() override;
-  void Begin(job::RunLedger& ledger) override;
+  void Begin(job::RunLedger& ledger, job::RunJournal& journal) override;
   std::string Name() const override { return "FMultCut " + ListText(); }
   std::vector<std::string> Outputs(const std::string& path) const override;
   bool ShowsProgress() const override { return true; }

@@ -4,6 +4,7 @@
 #include <filesystem>
 #include <fstream>
 
+#include "host/posix/sqlite_journals.h"
 #include "job/collaborator_doubles.h"
 #include "job/marking_tools.h"
 #include "job/psd_bytes.h"
@@ -40,12 +41,13 @@ class Tools final : public OutputTools {
 class Frame final : public ManualFrame {
  public:
   explicit Frame(Program& owner) : program(owner) {}
-  Answer Ask(const std::string& source, const imaging::Image& turned) override {
+  std::string Ask(const std::string& source, const imaging::Image& turned, const std::string& earlier) override {
     asked.emplace_back(source, program.images.GetImageWidth(turned));
     program.flags.CurrentImagePath = source;
     program.flags.ManualStepDone = true;
     if (answer) answer();
-    return cutBefore ? Answer::CutBefore : Answer::Given;
+    repeated.push_back(earlier);
+    return program.flags.ManualStepDone ? "decided on " + source : std::string();
   }
   void Shown() override {}
   host::Status ClonePicture(imaging::Image& out) override {
@@ -57,17 +59,35 @@ class Frame final : public ManualFrame {
   Program& program;
   std::function<void()> answer;
   std::vector<std::pair<std::string, int>> asked;  // with the width of a picture that is turned already
+  std::vector<std::string> repeated;               // the decisions of an earlier part, "" for none
   int cloned = 0;
   int rests = 0;
-  bool cutBefore = false;
 };
 
 class CutFinishTest : public CutTest {
  protected:
   void GiveProfiles() { LayOutProfiles(program); }
+  // A run with a manual frame over two pictures that lose their left half; it is stopped while the second is on show.
+  void StopAtSecondPicture(bool over) {
+    program.journals = &journals;
+    program.manualFrame = &frame;
+    flags.ManualCutMode = true;
+    form.ChOver.Set(over);
+    Margins(50, 0, 0, 0);
+    frame.answer = [this] {
+      if (frame.asked.size() < 2) return;
+      flags.ManualStepDone = false;
+      flags.StopRequested = true;
+    };
+    Cut({Make("a.jpg", 40, 30), Make("b.jpg", 40, 30)});
+    frame.answer = {};
+    frame.asked.clear();
+    frame.repeated.clear();
+  }
 
   Tools tools;
   Frame frame{program};
+  host::posix::SqliteJournals journals{world.folder.Path("journals")};
 };
 
 TEST_F(CutFinishTest, CmykComesBeforeTheDelivery) {
@@ -410,13 +430,26 @@ TEST_F(CutFinishTest, TheFrameIsShownAPictureAsARuleTurnedIt) {
 }
 
 TEST_F(CutFinishTest, APictureThatWasCutBeforeIsLeftAlone) {
-  program.manualFrame = &frame;
-  flags.ManualCutMode = true;
-  frame.cutBefore = true;
-  Cut({Make("a.jpg", 40, 30)});
-  EXPECT_TRUE(OutNames().empty());
+  StopAtSecondPicture(true);
+  EXPECT_EQ(SizeOf(In("a.jpg")), (base::Size{20, 30}));
+  Cut();
+  EXPECT_EQ(SizeOf(In("a.jpg")), (base::Size{20, 30}));
   EXPECT_EQ(Totals().skipped, 1u);
   EXPECT_EQ(Why(1), "上次中断之前已按手动裁剪框裁好");
+  EXPECT_EQ(Totals().written, 1u);
+  ASSERT_EQ(frame.asked.size(), 1u);
+  EXPECT_EQ(frame.asked[0].first, In("b.jpg"));
+}
+
+// The run stores what the frame returns, whatever it is, and passes it to the frame again.
+TEST_F(CutFinishTest, TheFrameIsGivenItsDecisionAgain) {
+  StopAtSecondPicture(false);
+  Cut();
+  EXPECT_EQ(frame.repeated, (std::vector<std::string>{"decided on " + In("a.jpg"), ""}));
+  StopAtSecondPicture(false);
+  Make("a.jpg", 60, 50);
+  Cut();
+  EXPECT_EQ(frame.repeated, (std::vector<std::string>{"", ""})) << "another picture has its name";
 }
 
 TEST_F(CutFinishTest, ASkippedPictureStaysWhole) {

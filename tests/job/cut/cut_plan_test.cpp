@@ -101,7 +101,8 @@ TEST_P(CutPlanTest, AForeseenRunWritesTheSameBytes) {
 // Without this, the test above would compare one way with itself.
 TEST_P(CutPlanTest, ThePlanIsWhatTheCutAsksFor) {
   RunLedger ledger(program.context, 0);
-  CutRun run(program, ledger);
+  RunJournal journal(program.context, "planned", {});
+  CutRun run(program, ledger, journal);
   for (const std::string& source : sources_) {
     SCOPED_TRACE(source);
     CutFile file(run, 0, source);

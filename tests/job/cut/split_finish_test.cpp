@@ -31,12 +31,12 @@ Picture Patches() {
 class AnsweringFrame final : public ManualFrame {
  public:
   explicit AnsweringFrame(Program& owner) : program_(owner) {}
-  Answer Ask(const std::string& source, const imaging::Image&) override {
+  std::string Ask(const std::string& source, const imaging::Image&, const std::string&) override {
     asked.push_back(source);
     program_.flags.CurrentImagePath = source;
     program_.flags.ManualStepDone = true;
     if (answer) answer();
-    return Answer::Given;
+    return "decided";
   }
   void Shown() override {}
   host::Status ClonePicture(imaging::Image& out) override {

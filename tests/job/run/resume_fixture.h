@@ -60,6 +60,11 @@ class ResumeTest : public CutTest {
     }
     return all;
   }
+  std::vector<std::string> Texts() const {
+    std::vector<std::string> texts;
+    for (const auto& shown : world.boxes.All()) texts.push_back(shown.box.text);
+    return texts;
+  }
   std::vector<std::string> Journals() const {
     std::vector<std::string> names = world.folder.Names("journals");
     std::erase_if(names, [](const std::string& name) { return !name.ends_with(".db"); });

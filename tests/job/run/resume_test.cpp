@@ -141,7 +141,7 @@ TEST_F(ResumeTest, TheWhiteThatARunPadsWithIsNoParameter) {
 TEST_F(ResumeTest, MarginsOfAFramePlacedByHandAreNoParameters) {
   flags.ManualCutMode = true;
   RunJournal journal(program.context, "manual", {"Form1"});
-  ASSERT_TRUE(journal.Begin());
+  ASSERT_TRUE(journal.BeginFolder());
   RunLedger ledger(program.context, 0);
   const std::string source = In("0.png");
   journal.Begun(source, {}, [](const std::string&) { return std::vector<std::string>(); });
@@ -311,6 +311,21 @@ TEST_F(ResumeTest, OutputsOfOneNameAreToldBeyondACheckpoint) {
   EXPECT_EQ(recorder.lost.size(), 2u);
 }
 
+// --- Something else in the place of a source.
+
+TEST_F(ResumeTest, ASourceThatIsGoneStandsAndAFolderInItsPlaceDoesNot) {
+  StopBehind(4);
+  RunJournal journal(program.context, "menuNormalCut", {"Form1", "FBaseOpt"});
+  Answer(Reply::Yes);
+  ASSERT_TRUE(journal.BeginFolder());
+  const std::string source = first[0].source;
+  EXPECT_TRUE(journal.Stands(source));
+  std::filesystem::remove(source);
+  EXPECT_TRUE(journal.Stands(source)) << "discarded after its cut";
+  std::filesystem::create_directory(source);
+  EXPECT_FALSE(journal.Stands(source));
+}
+
 // --- Older results of a picture that is damaged now.
 
 TEST_F(ResumeTest, AnOlderResultGoesAtTheMomentOfTheFailure) {
@@ -342,6 +357,41 @@ TEST_F(ResumeTest, WhatThisJobMadeIsNoOlderResult) {
     EXPECT_EQ(SizeOf(Out("x.jpg")), (base::Size{20, 30}));
     std::filesystem::remove(Out("x.jpg"));
   }
+}
+
+// What was cut with other parameters is not done, but it is a result of this run beyond a checkpoint too.
+TEST_F(ResumeTest, WhatThisJobMadeWithChangedParametersIsNoOlderResult) {
+  for (int i = 0; i < 6; ++i) std::filesystem::remove(In(std::to_string(i) + ".png"));
+  for (const char* broken : {"a", "b"}) {
+    SCOPED_TRACE(broken);
+    for (const char* folder : {"a", "b"}) Make(std::string(folder) + "/x.png", 40, 30);
+    const std::string name = std::string("in/") + broken + "/x.png";
+    world.folder.Write(name, world.folder.Read(name).substr(0, 100));
+    double margin = 0;
+    recorder.onFileDone = [&](const FileResult&) {
+      world.clock.Advance(5);
+      form.TCutValue[1].SetNumber(++margin);
+    };
+    Cut();
+    EXPECT_EQ(Totals().written, 1u);
+    EXPECT_EQ(Totals().none, 1u);
+    EXPECT_TRUE(world.folder.Exists("out/x.jpg"));
+    EXPECT_FALSE(world.folder.Exists("data/Trash/files/x.jpg"));
+    std::filesystem::remove(Out("x.jpg"));
+    form.TCutValue[1].SetNumber(0);
+  }
+}
+
+TEST_F(ResumeTest, OutputsOfOneNameAreToldWithChangedParametersToo) {
+  for (int i = 0; i < 6; ++i) std::filesystem::remove(In(std::to_string(i) + ".png"));
+  for (const char* name : {"a/x.png", "b/x.png", "c/x.png"}) Make(name, 40, 30);
+  recorder.onFileDone = [&](const FileResult&) {
+    world.clock.Advance(5);
+    form.TCutValue[1].SetNumber(static_cast<double>(recorder.done.size()));
+  };
+  Cut();
+  EXPECT_EQ(Totals().written, 1u);
+  EXPECT_EQ(Totals().none, 2u);
 }
 
 TEST_F(ResumeTest, AnOutputThatDidNotReachTheDiskIsNotWrittenDown) {
@@ -378,14 +428,29 @@ TEST_F(ResumeTest, WithoutAJournalEveryRunIsFresh) {
   EXPECT_EQ(Totals().written, 6u);
 }
 
-TEST_F(ResumeTest, OtherPartsKeepTheirOwnRecords) {
-  RunJournal journal(program.context, "other", {"Form1"});
-  ASSERT_TRUE(journal.Begin());
+TEST_F(ResumeTest, DecisionsByHandAreRecordsOfTheJournal) {
+  const std::string source = In("0.png");
   RunLedger ledger(program.context, 0);
-  journal.Set("/a.jpg", "frame", "10,20,30,40");
-  journal.End(ledger, false);
-  EXPECT_EQ(journal.Get("/a.jpg", "frame"), "10,20,30,40");
-  EXPECT_EQ(journal.Get("/b.jpg", "frame"), std::nullopt);
+  {
+    RunJournal journal(program.context, "other", {"Form1"});
+    ASSERT_TRUE(journal.BeginFolder());
+    EXPECT_EQ(journal.DecisionOn(source), std::nullopt);
+    journal.StoreDecision(source, "10,20,30,40");
+    EXPECT_EQ(journal.DecisionOn(source), "10,20,30,40");
+    journal.End(ledger, false);
+    EXPECT_EQ(journal.DecisionOn(source), std::nullopt) << "closed";
+  }
+  RunJournal journal(program.context, "other", {"Form1"});
+  Answer(Reply::Yes);
+  ASSERT_TRUE(journal.BeginFolder());
+  EXPECT_EQ(Texts(), std::vector<std::string>{
+                         "上次的这项任务没有做完，已写好 0 个文件，已指定 1 张。要接着处理吗？\r\n是——接着处理，"
+                         "已写好的不再处理，其余已指定的按上次指定的裁剪框处理\r\n否——全部重新处理，从头重新指定"
+                         "\r\n取消——不处理"});
+  EXPECT_EQ(journal.DecisionOn(source), "10,20,30,40");
+  EXPECT_EQ(journal.DecisionOn(In("1.png")), std::nullopt);
+  Make("0.png", 50, 30);
+  EXPECT_EQ(journal.DecisionOn(source), std::nullopt) << "the picture changed";
 }
 
 TEST_F(ResumeTest, ASourceOfAnotherTimeIsDoneAgain) {
@@ -476,7 +541,7 @@ TEST_F(SharedResumeTest, NoWorkerBeginsWhereAnotherDoesNot) {
     Take(other, 2);
     program.shard.among = among;
     RunJournal journal(program.context, "menuNormalCut", {"Form1", "FBaseOpt"});
-    return !journal.Begin();
+    return !journal.BeginFolder();
   };
   EXPECT_TRUE(asked(2)) << "of a call of two workers";
   EXPECT_FALSE(asked(1)) << "of a call that has this share alone";
@@ -521,12 +586,12 @@ TEST_F(SharedResumeTest, NoJobIsHandledTwiceAtATime) {
   const auto begins = [this](std::uint64_t index, std::uint64_t count) {
     Take(index, count);
     RunJournal journal(program.context, "other", {"Form1"});
-    return journal.Begin();
+    return journal.BeginFolder();
   };
   {
     Take(0, 2);
     RunJournal running(program.context, "other", {"Form1"});
-    ASSERT_TRUE(running.Begin());
+    ASSERT_TRUE(running.BeginFolder());
     EXPECT_FALSE(begins(0, 2));
     EXPECT_EQ(Box(), kInUse);
     EXPECT_FALSE(begins(0, 1));

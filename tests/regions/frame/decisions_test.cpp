@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Quillon developers
 // SPDX-License-Identifier: GPL-3.0-or-later
 // What was decided at the pictures of a manual run outlives a run that did not come to its end.
-#include "regions/frame/decisions.h"
+#include "regions/frame/decision.h"
 
 #include <algorithm>
 #include <cerrno>
@@ -18,6 +18,7 @@ namespace {
 using host::Reply;
 
 constexpr const char* kQuestion = "上次的手动裁剪没有做完";
+constexpr const char* kFolderQuestion = "上次的这项任务没有做完";
 
 // Journals that outlive their program, as a disk does.
 class MemoryJournals final : public host::Journals {
@@ -27,7 +28,11 @@ class MemoryJournals final : public host::Journals {
   std::unique_ptr<host::Journal> Open(const host::JobPart& part) override {
     return std::make_unique<One>(jobs[part.job]);
   }
-  std::optional<host::JobPart> FindUnfinished(const std::string&, const Wanted&) override { return std::nullopt; }
+  std::optional<host::JobPart> FindUnfinished(const std::string& job, const Wanted& wanted) override {
+    const host::JobPart whole{job, 0, 1};
+    const auto found = jobs.find(job);
+    return found != jobs.end() && !found->second.empty() && wanted(whole) ? std::optional(whole) : std::nullopt;
+  }
   bool Forget(const std::string&, const Wanted&) override { return true; }
 
   std::map<std::string, Values> jobs;
@@ -261,30 +266,136 @@ TEST_F(DecisionsTest, APictureThatWasOnlyDecidedOnIsCutOnADiskThatNumbersItsFile
   EXPECT_EQ(Width(In("b.jpg")), 80);
 }
 
-// A walk has no list to tell a number from, and a row on show is not the picture.
-TEST_F(DecisionsTest, AStoppedWalkIsGoneOnWithWhereItStood) {
-  Put("ChBig", "1");
-  Put("LInDir", world.folder.Path("in"));
-  Run(3);
-  ASSERT_EQ(asked_.size(), 3u);
-  const std::vector<std::string> order = asked_;
-  world.boxes.Answer(kQuestion, Reply::Yes);
-  world.boxes.Answer("上次的这项任务没有做完", Reply::No);
-  Run();
-  EXPECT_EQ(Boxes("上次的手动裁剪没有做完，已指定 2 张。要接着做吗？"), 1);
-  EXPECT_EQ(asked_, std::vector<std::string>{order[2]});
-  EXPECT_EQ(Totals().written, 3u);
-  for (std::size_t i = 0; i < 2; ++i) {
-    const std::string name = std::filesystem::path(order[i]).filename();
-    EXPECT_EQ(Width(Out(name)), 90 - 10 * static_cast<int>(i)) << name;
+// --- Large-capacity mode: the decisions are in the journal of the run, and there is one question.
+
+class FolderDecisionsTest : public DecisionsTest {
+ protected:
+  void SetUp() override {
+    DecisionsTest::SetUp();
+    Put("ChBig", "1");
+    Put("LInDir", world.folder.Path("in"));
   }
-  // Pictures of another folder are another run.
+  // Stops at the third picture. The walk has an order of its own.
+  void StopAtThird() {
+    Run(3);
+    ASSERT_EQ(asked_.size(), 3u);
+    order_ = asked_;
+  }
+  std::string OutOf(std::size_t number) const { return Out(std::filesystem::path(order_[number]).filename()); }
+  // Leaves what a run that was killed before its first checkpoint leaves.
+  void ForgetWhatIsDone() {
+    for (auto& [job, values] : journals_.jobs) {
+      std::erase_if(values,
+                    [](const auto& record) { return record.first.second == "done" || record.first.second == "from"; });
+    }
+  }
+  std::size_t KeptJournals() const {
+    return static_cast<std::size_t>(std::count_if(journals_.jobs.begin(), journals_.jobs.end(),
+                                                  [](const auto& job) { return !job.second.empty(); }));
+  }
+
+  std::vector<std::string> order_;
+};
+
+TEST_F(FolderDecisionsTest, AStoppedWalkIsGoneOnWithWhereItStood) {
+  StopAtThird();
+  EXPECT_EQ(KeptJournals(), 1u);
+  world.boxes.Answer(kFolderQuestion, Reply::Yes);
+  Run();
+  EXPECT_EQ(Boxes(kFolderQuestion), 1);
+  EXPECT_EQ(Boxes("已写好 2 个文件，已指定 2 张。要接着处理吗？"), 1);
+  EXPECT_EQ(Boxes(kQuestion), 0);
+  EXPECT_EQ(asked_, std::vector<std::string>{order_[2]});
+  EXPECT_EQ(Totals().written, 1u);
+  EXPECT_EQ(Totals().skipped, 2u);
+  for (std::size_t i = 0; i < 2; ++i) EXPECT_EQ(Width(OutOf(i)), 90 - 10 * static_cast<int>(i)) << order_[i];
+  EXPECT_EQ(KeptJournals(), 0u);
+}
+
+TEST_F(FolderDecisionsTest, PicturesOfAnotherFolderAreAnotherRun) {
   Run(3);
   Put("LInDir", world.folder.Path());
   Put("ChSubFold", "1");
   world.boxes.Forget();
   Run(1);
   EXPECT_EQ(Boxes(kQuestion), 0);
+  EXPECT_EQ(Boxes(kFolderQuestion), 0);
+}
+
+TEST_F(FolderDecisionsTest, APictureWithoutItsResultIsCutAsItWasDecided) {
+  StopAtThird();
+  std::filesystem::remove(OutOf(0));
+  world.boxes.Answer(kFolderQuestion, Reply::Yes);
+  Run();
+  EXPECT_EQ(asked_, std::vector<std::string>{order_[2]});
+  EXPECT_EQ(Totals().written, 2u);
+  EXPECT_EQ(Width(OutOf(0)), 90);
+}
+
+TEST_F(FolderDecisionsTest, AKilledRunKeepsItsDecisions) {
+  for (const bool over : {false, true}) {
+    SCOPED_TRACE(over);
+    for (const char* name : {"a.jpg", "b.jpg", "c.jpg"}) Make(name, 100, 80);
+    form.ChOver.Set(over);
+    StopAtThird();
+    ForgetWhatIsDone();
+    world.boxes.Answer(kFolderQuestion, Reply::Yes);
+    Run();
+    EXPECT_EQ(Boxes("已写好 0 个文件，已指定 2 张。要接着处理吗？"), 1);
+    EXPECT_EQ(asked_, std::vector<std::string>{order_[2]});
+    EXPECT_EQ(Totals().written, over ? 1u : 3u);
+    for (std::size_t i = 0; i < 2; ++i) EXPECT_EQ(Width(over ? order_[i] : OutOf(i)), 90 - 10 * static_cast<int>(i));
+    world.boxes.Forget();
+  }
+}
+
+TEST_F(FolderDecisionsTest, NoForgetsTheDecisionsToo) {
+  StopAtThird();
+  ForgetWhatIsDone();
+  world.boxes.Answer(kFolderQuestion, Reply::No);
+  Run();
+  EXPECT_EQ(Boxes("否——全部重新处理，从头重新指定"), 1);
+  EXPECT_EQ(asked_.size(), 3u);
+}
+
+TEST_F(FolderDecisionsTest, CancelKeepsThem) {
+  StopAtThird();
+  world.boxes.Answer(kFolderQuestion, Reply::Cancel, 1);
+  Run();
+  EXPECT_TRUE(asked_.empty());
+  world.boxes.Answer(kFolderQuestion, Reply::Yes);
+  Run();
+  EXPECT_EQ(asked_, std::vector<std::string>{order_[2]});
+}
+
+// A picture that is zoomed first is shown from a work file, which is the next picture's as well.
+TEST_F(FolderDecisionsTest, EachZoomedPictureHasItsOwnDecision) {
+  Option("ChZoomAndCut", "1");
+  Option("CmbZoom", "50%");
+  form.ChOver.Set(true);
+  Run();
+  EXPECT_EQ(asked_.size(), 3u);
+  EXPECT_EQ(Totals().written, 3u);
+}
+
+TEST_F(FolderDecisionsTest, DecisionsOfEarlierVersionsAreRecordsOfTheRunNow) {
+  StopAtThird();
+  ForgetWhatIsDone();
+  ASSERT_EQ(journals_.jobs.size(), 1u);
+  const MemoryJournals::Values records = std::exchange(journals_.jobs.begin()->second, {});
+  ASSERT_EQ(records.size(), 6u) << "three records of each picture";
+  const std::string old = "manual\n" + world.folder.Path("out") + "\njpg\n" + world.folder.Path("in");
+  journals_.jobs[old] = records;
+  world.boxes.Answer(kFolderQuestion, Reply::Cancel, 1);
+  Run();
+  EXPECT_EQ(Boxes("已写好 0 个文件，已指定 2 张"), 1);
+  EXPECT_TRUE(journals_.jobs[old].empty());
+  world.boxes.Answer(kFolderQuestion, Reply::Yes);
+  Run();
+  EXPECT_EQ(Boxes(kQuestion), 0);
+  EXPECT_EQ(asked_, std::vector<std::string>{order_[2]});
+  EXPECT_EQ(Totals().written, 3u);
+  EXPECT_EQ(Width(OutOf(0)), 90);
 }
 
 }  // namespace

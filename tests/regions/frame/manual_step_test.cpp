@@ -513,7 +513,7 @@ TEST_F(ManualStepTest, APictureThatDoesNotLoadComesFromTheServer) {
     shown = cutPre.preview.Picture();
     cutPre.CmdNext.UserClick();
   });
-  EXPECT_EQ(frame.Ask(path, {}), job::ManualFrame::Answer::Given);
+  EXPECT_NE(frame.Ask(path, {}, ""), "");
   EXPECT_EQ(shown, (base::Size{50, 40}));
   ASSERT_FALSE(started.empty());
   EXPECT_NE(started[0].find("QxBackImg.exe"), std::string::npos);
@@ -526,7 +526,7 @@ TEST_F(ManualStepTest, APictureThatNobodyLoadsShowsNothing) {
   world.pump.EveryTurn([&] {
     if (frame.Waiting()) cutPre.CmdNext.UserClick();
   });
-  frame.Ask(path, {});
+  frame.Ask(path, {}, "");
   EXPECT_EQ(cutPre.preview.Path(), "");
 }
 

@@ -1,6 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Quillon developers
 // SPDX-License-Identifier: GPL-3.0-or-later
 // The cut of all regions out of every picture.
+#include <cerrno>
 #include <filesystem>
 
 #include "host/background_call.h"
@@ -441,6 +442,27 @@ TEST_F(LargeMultiCutTest, ResultsOfAStoppedRunAreNotCutAgain) {
   EXPECT_EQ(Totals().written, 2u);
   EXPECT_EQ(Totals().skipped, 3u) << "a source and its two regions";
   EXPECT_EQ(world.folder.Names("in").size(), 7u);
+}
+
+// One region of a picture fails; the result of the other is still one of this run beyond a checkpoint.
+TEST_F(LargeMultiCutTest, AResultBesideAFailedRegionIsNoOlderResult) {
+  host::posix::SqliteJournals journals(world.folder.Path("journals"));
+  program.journals = &journals;
+  form.ChSubFold.Set(true);
+  recorder.onFileDone = [&](const job::FileResult&) { world.clock.Advance(5); };
+  for (const char* broken : {"in/x/a.bmp", "in/sub/a.bmp"}) {
+    SCOPED_TRACE(broken);
+    std::filesystem::remove_all(In(""));
+    for (const char* folder : {"x", "sub"}) Make(std::string(folder) + "/a.bmp", 40, 30);
+    world.folder.Write(broken, world.folder.Read(broken).substr(0, 100));
+    world.faults.Set({.call = host::testing::DiskCall::RenameNew, .error = EIO, .pathHolds = "a_裁剪区域2.bmp"});
+    CutListed();
+    EXPECT_EQ(Totals().written, 1u);
+    EXPECT_EQ(Totals().none, 3u);
+    EXPECT_EQ(OutNames(), std::vector<std::string>{"a_裁剪区域1.bmp"});
+    std::filesystem::remove(Out("a_裁剪区域1.bmp"));
+    world.faults.Clear();
+  }
 }
 
 TEST_F(LargeMultiCutTest, NoShareIsCutIntoTheInputFolder) {
