@@ -11,6 +11,13 @@
 #include "tools/processes.h"
 
 namespace quillon::job {
+namespace {
+
+void EndHelpers(host::Host& host) {
+  for (const char* name : {"QxImgTool.exe", "QxBackImg.exe"}) tools::KillProcessByName(host, name);
+}
+
+}  // namespace
 
 NormalCut::NormalCut(Program& program) : program_(program) {}
 
@@ -33,9 +40,8 @@ RunNeeds NormalCut::Needs() const {
 
 bool NormalCut::Prepare() {
   Form1& form = program_.form1;
-  EndHelpers();
+  EndHelpers(program_.host);
   program_.flags.BackWorkerStarted = false;
-  large_ = program_.flags.LargeCapacityMode;
   withArray_ = form.ChCutAndArray.On();
   PrepareCanvas();
   form.ChBack.Set(false);
@@ -79,12 +85,12 @@ void NormalCut::HandledBefore(const std::string& path) {
 void NormalCut::Cut(const RunFile& file, const Report& report) {
   // In large-capacity mode the window stays usable, so that the type may be chosen again before any file.
   controls::ComboBox& type = program_.form1.CmbOutType;
-  if (large_ && Selected<OutType>(type) == OutType::Pdf) Select(type, OutType::Jpg);
+  if (file.row == 0 && Selected<OutType>(type) == OutType::Pdf) Select(type, OutType::Jpg);
   report(CutOneFile(*run_, file.row, file.path));
 }
 
-RunEnd NormalCut::End() {
-  if (large_) return {};
+RunEnd NormalCut::End(RunSource source) {
+  if (source == RunSource::Folder) return {};
   const std::string outFolder = program_.form1.LOutDir.Value();
   if (withArray_) {
     program_.sheets->Finish();
@@ -95,8 +101,9 @@ RunEnd NormalCut::End() {
   return {done + "\r\n要打开输出目录吗？", RunEnd::Then::OfferFolder, outFolder};
 }
 
+void NormalCut::Leave() { EndHelpers(program_.host); }
+
 void NormalCut::Finish() {
-  EndHelpers();
   if (!omits_) return;
   const host::Status written = run_->omitted.WriteBack();
   if (!written) program_.Ask("已处理文件夹的记录没有保存：" + written.Why());
@@ -105,10 +112,6 @@ void NormalCut::Finish() {
 void NormalCut::Release() {
   program_.fCutPre.ChHideShow.SetVisible(true);
   if (program_.manualFrame) program_.manualFrame->Rest();
-}
-
-void NormalCut::EndHelpers() {
-  for (const char* name : {"QxImgTool.exe", "QxBackImg.exe"}) tools::KillProcessByName(program_.host, name);
 }
 
 }  // namespace quillon::job

@@ -31,16 +31,15 @@ class NormalCut final : public FileDriver {
   std::size_t Lookahead() const override { return prefetch_->Lookahead(); }
   void Prefetch(const std::vector<std::string>& paths) override { prefetch_->Prefetch(paths); }
   void EndPrefetch() override { prefetch_.reset(); }
-  RunEnd End() override;
+  RunEnd End(RunSource source) override;
+  void Leave() override;
   void Finish() override;
   void Release() override;
 
  private:
   void PrepareCanvas();
-  void EndHelpers();
 
   Program& program_;
-  bool large_ = false;      // large-capacity mode
   bool withArray_ = false;  // ChCutAndArray
   bool pdf_ = false;        // CmbOutType was 5 at the start
   bool omits_ = false;      // ChOmitFolds

@@ -35,6 +35,9 @@ struct RunEnd {
   Shown shown = Shown::InRun;  // while the window is still disabled, or afterwards
 };
 
+// Where the files of a run come from: the list, or in large-capacity mode the input folder.
+enum class RunSource { List, Folder };
+
 // One file of a run.
 struct RunFile {
   std::size_t row = 0;  // of the list, from 1; 0 in large-capacity mode
@@ -51,6 +54,7 @@ class FileDriver {
   virtual ~FileDriver() = default;
 
   // --- Before the run.
+  // Read again whenever the window has had a turn: what the user chooses meanwhile counts.
   virtual RunNeeds Needs() const = 0;
   // Everything needed is there. False gives up the run without a box.
   virtual bool Prepare() { return true; }
@@ -88,7 +92,9 @@ class FileDriver {
 
   // --- After the run.
   // All results stand on disk.
-  virtual RunEnd End() = 0;
+  virtual RunEnd End(RunSource source) = 0;
+  // The box of RunEnd::Shown::InRun is closed; the window is still as it was during the run.
+  virtual void Leave() {}
   // The main window is usable again.
   virtual void Finish() {}
   // All windows are as before, also if the user did not want the run after all.

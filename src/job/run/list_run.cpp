@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <optional>
+#include <set>
 #include <utility>
 
 #include "job/list/disk_monitor.h"
@@ -22,6 +23,19 @@ void ShowEnd(const RunContext& context, const RunEnd& end) {
   if (end.then == RunEnd::Then::RevealFolder) context.host.shell.Reveal(end.folder);
 }
 
+// Asks for what the driver needs, each once. A question gives the window turns, in which the user may choose otherwise:
+// the needs are read again after each. False if something stays missing.
+bool EnsureNeeds(const RunContext& context, const FileDriver& driver) {
+  std::set<Need> met;
+  while (true) {
+    const std::vector<Need> needs = driver.Needs().ensured;
+    const auto next = std::find_if(needs.begin(), needs.end(), [&](Need need) { return !met.contains(need); });
+    if (next == needs.end()) return true;
+    if (!context.window.Ensure(*next)) return false;
+    met.insert(*next);
+  }
+}
+
 // False if the user does not want the run after all.
 bool RunFolder(const RunContext& context, RunLedger& ledger, FileDriver& driver) {
   FolderRun folder(context, ledger, driver);
@@ -33,20 +47,22 @@ bool RunFolder(const RunContext& context, RunLedger& ledger, FileDriver& driver)
 
 // A run that is prepared, up to the moment when the windows are as before. Returns what is left to show, or nothing if
 // the user does not want the run after all.
-std::optional<RunEnd> RunInFrame(const RunContext& context, FileDriver& driver, const RunNeeds& needs, bool large,
+std::optional<RunEnd> RunInFrame(const RunContext& context, FileDriver& driver, const RunNeeds& needs, RunSource source,
                                  RunLedger& ledger) {
   const WindowsAside aside(context, needs.hidden, needs.disabled);
+  const bool list = source == RunSource::List;
   std::optional<RunFrame> frame;
-  if (!large || needs.inFolderRun == WindowUse::Disabled) frame.emplace(context, WindowUse::Disabled);
+  if (list || needs.inFolderRun == WindowUse::Disabled) frame.emplace(context, WindowUse::Disabled);
   driver.Begin(ledger);
-  if (large) {
-    if (!RunFolder(context, ledger, driver)) return std::nullopt;
-  } else {
+  if (list) {
     driver.Start();
     ListRun(context, ledger, driver, needs.resultsPerFile).Run();
+  } else if (!RunFolder(context, ledger, driver)) {
+    return std::nullopt;
   }
-  RunEnd end = driver.End();
+  RunEnd end = driver.End(source);
   if (end.shown == RunEnd::Shown::InRun) ShowEnd(context, std::exchange(end, {}));
+  driver.Leave();
   frame.reset();
   driver.Finish();
   return end;
@@ -97,15 +113,13 @@ void ListRun::ReportAll(const RunFile& file, Result result, const std::string& w
 void StartRun(const RunContext& context, FileDriver& driver) {
   const RunGuard guard(context);
   if (!guard) return;
-  const RunNeeds needs = driver.Needs();
-  const auto there = [&](Need need) { return context.window.Ensure(need); };
-  if (!std::all_of(needs.ensured.begin(), needs.ensured.end(), there)) return;
-  if (!driver.Prepare()) return;
+  if (!EnsureNeeds(context, driver) || !driver.Prepare()) return;
 
-  const bool large = context.flags.LargeCapacityMode;
-  RunLedger ledger(context, large ? 0 : context.files.RowCount() * needs.resultsPerFile);
+  const RunNeeds needs = driver.Needs();
+  const RunSource source = context.flags.LargeCapacityMode ? RunSource::Folder : RunSource::List;
+  RunLedger ledger(context, source == RunSource::Folder ? 0 : context.files.RowCount() * needs.resultsPerFile);
   context.window.SaveFolders();
-  const std::optional<RunEnd> end = RunInFrame(context, driver, needs, large, ledger);
+  const std::optional<RunEnd> end = RunInFrame(context, driver, needs, source, ledger);
   context.window.SelectRow(context.files.RowCount() > 0 ? 1 : 0);
   driver.Release();
   if (!end) return;

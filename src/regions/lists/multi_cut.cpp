@@ -181,7 +181,7 @@ void MultiCut::MarkRow(const Source& source, const std::string& why) {
   if (source.row > 0 && !why.empty()) program_.files.SetResult(source.row - 1, Result::None, why, 0);
 }
 
-job::RunEnd MultiCut::End() {
+job::RunEnd MultiCut::End(job::RunSource) {
   return {kDone, job::RunEnd::Then::OfferFolder, WithoutDoubledSeparators(program_.form1.LOutDir.Value()),
           job::RunEnd::Shown::AfterRun};
 }

@@ -26,7 +26,7 @@ class MultiCut final : public job::FileDriver {
   std::vector<std::string> Outputs(const std::string& path) const override;
   bool ShowsProgress() const override { return true; }
   void Cut(const job::RunFile& file, const Report& report) override;
-  job::RunEnd End() override;
+  job::RunEnd End(job::RunSource source) override;
   void Release() override;
 
  private:
