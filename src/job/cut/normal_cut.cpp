@@ -3,9 +3,11 @@
 #include "job/cut/normal_cut.h"
 
 #include <string_view>
+#include <utility>
 
 #include "base/path_text.h"
 #include "job/cut/cut_file.h"
+#include "job/cut/cut_plan.h"
 #include "job/program.h"
 #include "job/work_files.h"
 #include "tools/processes.h"
@@ -66,7 +68,17 @@ void NormalCut::Begin(RunLedger& ledger) {
   run_->withArray = withArray_;
   run_->pdf = pdf_;
   omits_ = ReadCutSettings(program_).omitFolders;
-  prefetch_.emplace(*run_);
+  prefetch_.emplace(program_.context, Foresight());
+}
+
+// None for a run in which no file can be foreseen.
+RunPrefetch::Foresee NormalCut::Foresight() {
+  if (!IsForeseeable(*run_, ReadCutSettings(program_))) return {};
+  return [this](std::size_t row, const std::string& path, base::Size size) -> std::optional<imaging::FileWork> {
+    std::optional<CutPlan> plan = ForeseeCut(CutFile(*run_, row, path), size);
+    if (!plan) return std::nullopt;
+    return std::move(plan->work);
+  };
 }
 
 void NormalCut::Start() {

@@ -7,9 +7,9 @@
 #include <string>
 #include <vector>
 
-#include "job/cut/cut_prefetch.h"
 #include "job/cut/cut_run.h"
 #include "job/run/driver.h"
+#include "job/run/run_prefetch.h"
 
 namespace quillon::job {
 
@@ -38,13 +38,14 @@ class NormalCut final : public FileDriver {
 
  private:
   void PrepareCanvas();
+  RunPrefetch::Foresee Foresight();
 
   Program& program_;
   bool withArray_ = false;  // ChCutAndArray
   bool pdf_ = false;        // CmbOutType was 5 at the start
   bool omits_ = false;      // ChOmitFolds
   std::unique_ptr<CutRun> run_;
-  std::optional<CutPrefetch> prefetch_;
+  std::optional<RunPrefetch> prefetch_;
 };
 
 }  // namespace quillon::job

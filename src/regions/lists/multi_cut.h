@@ -3,11 +3,13 @@
 #pragma once
 
 #include <functional>
+#include <optional>
 #include <string>
 #include <vector>
 
 #include "job/program.h"
 #include "job/run/driver.h"
+#include "job/run/run_prefetch.h"
 #include "regions/lists/region_editor.h"
 #include "regions/lists/region_source.h"
 
@@ -26,8 +28,16 @@ class MultiCut final : public job::FileDriver {
   std::vector<std::string> Outputs(const std::string& path) const override;
   bool ShowsProgress() const override { return true; }
   void Cut(const job::RunFile& file, const Report& report) override;
+  void PrefetchFrom(std::size_t row) override { prefetch_->Prefetch(row); }
+  std::size_t Lookahead() const override { return prefetch_->Lookahead(); }
+  void Prefetch(const std::vector<std::string>& paths) override { prefetch_->Prefetch(paths); }
+  void EndPrefetch() override { prefetch_.reset(); }
   job::RunEnd End(job::RunSource source) override;
   void Release() override;
+
+  // The work that Cut asks for at a picture of that size, with the options as they are now. Nothing if it will be
+  // passed over, or if no region has an area.
+  std::optional<imaging::FileWork> Foresee(const std::string& path, base::Size size) const;
 
  private:
   struct Source {
@@ -39,11 +49,12 @@ class MultiCut final : public job::FileDriver {
 
   // As Cut with a file that no row stands for: its size is read from the file. text says what was done so far.
   void LargeMulCut(const std::string& path, const std::string& text);
+  std::vector<RegionCut> CutsOf(const std::string& path, base::Size size) const;
   // The regions as text: another list is another job.
   std::string ListText() const;
   void CutSource(const Source& source);
   void CutAll(const Source& source, const std::vector<RegionCut>& cuts);
-  // Why the region gave no output, "" where it did.
+  // Returns why the region gave no output, "" if it did.
   std::string CutRegion(RegionSource& picture, const Source& source, const RegionCut& cut);
   // Why a source cannot be cut at all; "" for one that can.
   std::string Refusal(const Source& source);
@@ -58,6 +69,7 @@ class MultiCut final : public job::FileDriver {
   std::string extension_;
   bool perImageFolder_ = false;
   std::function<void()> onStart_;
+  std::optional<job::RunPrefetch> prefetch_;
   job::RunLedger* ledger_ = nullptr;  // of the run that is under way
   const Report* report_ = nullptr;    // of the file that is under way
 };

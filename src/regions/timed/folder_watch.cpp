@@ -134,12 +134,16 @@ std::vector<RegionCut> FolderWatch::CutsOf(const std::string& path, base::Size s
 // A picture that cannot be loaded for the fast way goes the other one.
 RegionSource FolderWatch::Open(const std::string& path) const {
   using Decode = RegionSource::Decode;
-  const std::string extension = base::SplitPath(path).extension;
+  RegionSource::Options options{.extension = base::SplitPath(path).extension};
   if (options_.fast) {
-    RegionSource fast(program_.images, program_.saver, path, extension, Decode::Once, imaging::Alpha::OnWhite);
+    options.decode = Decode::Once;
+    options.alpha = imaging::Alpha::OnWhite;
+    RegionSource fast(program_.images, program_.saver, path, options);
     if (fast.Opened()) return fast;
+    options.alpha = imaging::Alpha::Kept;
   }
-  return {program_.images, program_.saver, path, extension, options_.several ? Decode::Once : Decode::ForEach};
+  options.decode = options_.several ? Decode::Once : Decode::ForEach;
+  return {program_.images, program_.saver, path, options};
 }
 
 bool FolderWatch::IsStill(const std::string& path, const host::FileStamp& stamp) const {
