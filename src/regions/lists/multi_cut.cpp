@@ -70,18 +70,26 @@ std::string MultiCut::ListText() const {
 }
 
 void MultiCut::Cut(const job::RunFile& file, const Report& report) {
-  report_ = &report;
+  const Report* outer = std::exchange(report_, &report);
   if (file.row == 0) {
-    LargeMulCut(file.path, std::to_string(file.number));
+    CutUnlisted(file.path, std::to_string(file.number));
   } else {
     const job::FileRow& row = program_.files.Row(file.row - 1);
     const std::string images = std::to_string(program_.files.RowCount());
     CutSource({file.row, file.path, {row.width, row.height}, " 之" + std::to_string(file.row) + "/" + images});
   }
-  report_ = nullptr;
+  report_ = outer;
 }
 
 void MultiCut::LargeMulCut(const std::string& path, const std::string& text) {
+  if (!ledger_) return;
+  const Report add = [this](const job::FileResult& result) { ledger_->Add(result); };
+  const Report* outer = std::exchange(report_, &add);
+  CutUnlisted(path, text);
+  report_ = outer;
+}
+
+void MultiCut::CutUnlisted(const std::string& path, const std::string& text) {
   imaging::ImageFacts facts;
   if (!program_.images.ImageInfo(path, facts)) facts = {};
   CutSource({0, path, {facts.width, facts.height}, "，已处理" + text});
@@ -200,6 +208,7 @@ job::RunEnd MultiCut::End(job::RunSource) {
 }
 
 void MultiCut::Release() {
+  ledger_ = nullptr;
   program_.form1.MSF.SetEnabled(true);
   program_.form1.LStatus.SetText(program_.files.StatusText());
 }

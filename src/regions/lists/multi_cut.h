@@ -35,6 +35,9 @@ class MultiCut final : public job::FileDriver {
   job::RunEnd End(job::RunSource source) override;
   void Release() override;
 
+  // As Cut during a run, with a file that no row stands for: its size is read from the file. text says what was done
+  // so far. Does nothing if no run goes on.
+  void LargeMulCut(const std::string& path, const std::string& text);
   // The work that Cut asks for at a picture of that size, with the options as they are now. Nothing if it will be
   // passed over, or if no region has an area.
   std::optional<imaging::FileWork> Foresee(const std::string& path, base::Size size) const;
@@ -47,8 +50,7 @@ class MultiCut final : public job::FileDriver {
     std::string progress;  // shown after the region's number
   };
 
-  // As Cut with a file that no row stands for: its size is read from the file. text says what was done so far.
-  void LargeMulCut(const std::string& path, const std::string& text);
+  void CutUnlisted(const std::string& path, const std::string& text);
   std::vector<RegionCut> CutsOf(const std::string& path, base::Size size) const;
   // The regions as text: another list is another job.
   std::string ListText() const;
