@@ -14,7 +14,7 @@
 namespace quillon::job {
 
 // The normal cut, menuNormalCut: turns each file into one output file.
-class NormalCut final : public FileDriver {
+class NormalCut final : public RunDriver {
  public:
   explicit NormalCut(Program& program);
 

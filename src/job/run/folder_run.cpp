@@ -35,7 +35,7 @@ std::string FolderOf(const std::string& path) { return path == "/" ? std::string
 
 }  // namespace
 
-FolderRun::FolderRun(const RunContext& context, RunLedger& ledger, FileDriver& driver)
+FolderRun::FolderRun(const RunContext& context, RunLedger& ledger, RunDriver& driver)
     : context_(context),
       ledger_(ledger),
       driver_(driver),

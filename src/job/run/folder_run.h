@@ -21,7 +21,7 @@ namespace quillon::job {
 // could not reach all folders has not come to its end and can be resumed.
 class FolderRun {
  public:
-  FolderRun(const RunContext& context, RunLedger& ledger, FileDriver& driver);
+  FolderRun(const RunContext& context, RunLedger& ledger, RunDriver& driver);
   ~FolderRun();
   FolderRun(const FolderRun&) = delete;
   FolderRun& operator=(const FolderRun&) = delete;
@@ -49,7 +49,7 @@ class FolderRun {
 
   const RunContext& context_;
   RunLedger& ledger_;
-  FileDriver& driver_;
+  RunDriver& driver_;
   RunJournal journal_;
   std::string root_;
   WalkRule rule_;

@@ -25,7 +25,7 @@ void ShowEnd(const RunContext& context, const RunEnd& end) {
 
 // Asks for what the driver needs, each once. A question gives the window turns, in which the user may choose otherwise:
 // the needs are read again after each. False if something stays missing.
-bool EnsureNeeds(const RunContext& context, const FileDriver& driver) {
+bool EnsureNeeds(const RunContext& context, const RunDriver& driver) {
   std::set<Need> met;
   while (true) {
     const std::vector<Need> needs = driver.Needs().ensured;
@@ -37,7 +37,7 @@ bool EnsureNeeds(const RunContext& context, const FileDriver& driver) {
 }
 
 // False if the user does not want the run after all.
-bool RunFolder(const RunContext& context, RunLedger& ledger, FileDriver& driver) {
+bool RunFolder(const RunContext& context, RunLedger& ledger, RunDriver& driver) {
   FolderRun folder(context, ledger, driver);
   if (!folder.Begin()) return false;
   driver.Start();
@@ -47,7 +47,7 @@ bool RunFolder(const RunContext& context, RunLedger& ledger, FileDriver& driver)
 
 // A run that is prepared, up to the moment when the windows are as before. Returns what is left to show, or nothing if
 // the user does not want the run after all.
-std::optional<RunEnd> RunInFrame(const RunContext& context, FileDriver& driver, const RunNeeds& needs, RunSource source,
+std::optional<RunEnd> RunInFrame(const RunContext& context, RunDriver& driver, const RunNeeds& needs, RunSource source,
                                  RunLedger& ledger) {
   const WindowsAside aside(context, needs.hidden, needs.disabled);
   const bool list = source == RunSource::List;
@@ -70,7 +70,7 @@ std::optional<RunEnd> RunInFrame(const RunContext& context, FileDriver& driver, 
 
 }  // namespace
 
-ListRun::ListRun(const RunContext& context, RunLedger& ledger, FileDriver& driver, std::size_t resultsPerFile)
+ListRun::ListRun(const RunContext& context, RunLedger& ledger, RunDriver& driver, std::size_t resultsPerFile)
     : context_(context), ledger_(ledger), driver_(driver), resultsPerFile_(resultsPerFile) {}
 
 void ListRun::Run() {
@@ -110,7 +110,7 @@ void ListRun::ReportAll(const RunFile& file, Result result, const std::string& w
   for (std::size_t i = 0; i < resultsPerFile_; ++i) ledger_.Add({file.row, file.path, "", result, why});
 }
 
-void StartRun(const RunContext& context, FileDriver& driver) {
+void StartRun(const RunContext& context, RunDriver& driver) {
   const RunGuard guard(context);
   if (!guard) return;
   if (!EnsureNeeds(context, driver) || !driver.Prepare()) return;

@@ -12,7 +12,7 @@ namespace quillon::job {
 // output.
 class ListRun {
  public:
-  ListRun(const RunContext& context, RunLedger& ledger, FileDriver& driver, std::size_t resultsPerFile);
+  ListRun(const RunContext& context, RunLedger& ledger, RunDriver& driver, std::size_t resultsPerFile);
 
   // Reports the start and each file to the observer, and returns once all outputs stand on disk. The caller reports the
   // end.
@@ -24,13 +24,13 @@ class ListRun {
 
   const RunContext& context_;
   RunLedger& ledger_;
-  FileDriver& driver_;
+  RunDriver& driver_;
   std::size_t resultsPerFile_;
 };
 
 // Runs the driver over the list, or in large-capacity mode over the input folder, from the first check to the last box.
 // In this order: claims the one place of work (beeps and does nothing if something runs already), asks for what the
 // driver needs, lets it prepare, hides and disables windows, handles the files, and puts everything back.
-void StartRun(const RunContext& context, FileDriver& driver);
+void StartRun(const RunContext& context, RunDriver& driver);
 
 }  // namespace quillon::job

@@ -16,7 +16,7 @@
 namespace quillon::regions {
 
 // Cuts all regions out of every picture: of the list, or in large-capacity mode of the input folder.
-class MultiCut final : public job::FileDriver {
+class MultiCut final : public job::RunDriver {
  public:
   // onStart is called once nothing is missing any more and the run goes on.
   MultiCut(job::Program& program, const RegionEditor& editor, std::function<void()> onStart);

@@ -11,7 +11,7 @@ namespace {
 
 using Calls = std::vector<std::string>;
 
-class NotingDriver final : public FileDriver {
+class NotingDriver final : public RunDriver {
  public:
   explicit NotingDriver(Program& program) : program_(program) {}
 
