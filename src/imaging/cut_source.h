@@ -8,7 +8,8 @@ namespace quillon::imaging {
 
 struct CutSourceData;
 
-// Owns a picture that Services::OpenForCuts decoded once for several crops of the same file, or is empty.
+// Owns what Services::OpenForCuts has made ready for several crops of the same file, or is empty: the picture, decoded
+// once, or the finished crops if they were prefetched.
 // The results do not depend on it: a crop without it decodes the file again and writes the same bytes.
 class CutSource {
  public:

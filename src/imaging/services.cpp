@@ -31,6 +31,11 @@ Status MeasureByOpening(const host::Files& files, const std::string& path, const
 
 }  // namespace
 
+Status WriteContent(const std::string& content, Encoder encoder, host::Draft& draft) {
+  Status status = draft.Write(content.data(), content.size());
+  return status ? CheckOutput(encoder, draft) : status;
+}
+
 Services::Parts::Parts(host::Files& disk, const std::string& programFolder, WaitHooks waits, const Limits& bounds)
     : files(disk),
       clipBoardPath(programFolder + "/" + kClipBoardLane),
@@ -155,10 +160,7 @@ Status Services::PopPrefetched(const FileWork& work, std::optional<PrefetchedFil
 }
 
 Status Services::SavePrefetched(const std::string& content, const std::string& path, Encoder encoder) {
-  return parts_->Save(path, [&](host::Draft& draft) {
-    Status status = draft.Write(content.data(), content.size());
-    return status ? CheckOutput(encoder, draft) : status;
-  });
+  return parts_->Save(path, [&](host::Draft& draft) { return WriteContent(content, encoder, draft); });
 }
 
 }  // namespace quillon::imaging

@@ -108,10 +108,11 @@ class Services {
   // the same file: what stood there is kept as "<source>.bak". Any other file that stood at destination is replaced by
   // the result. When the cut fails nothing changes.
   Status CropToFile(const CropRequest& request);
-  // Decodes the picture at path for several cuts into files of that type.
-  Status OpenForCuts(const std::string& path, Encoder encoder, CutSource& out);
+  // Decodes the picture at path for several cuts into files of that type. Nothing is decoded if exactly the work cuts,
+  // crops of that picture, was prefetched. Waits for it as PopPrefetched does; a stop request ends the wait (Stopped).
+  Status OpenForCuts(const std::string& path, Encoder encoder, CutSource& out, const FileWork& cuts = {});
   // As CropToFile, from a source that was opened for the request's file: the results are the same, byte for byte. A
-  // file that has changed since, or another type, goes the long way.
+  // file that has changed since, another type, or a request that was not prefetched goes the long way.
   Status CropToFile(const CutSource& source, const CropRequest& request);
   // As CropToFile for gif output, whatever the encoder says: transparency is kept. overlay is drawn on the cut.
   Status CropToGif(const CropRequest& request, const std::optional<Overlay>& overlay = std::nullopt);
@@ -143,7 +144,8 @@ class Services {
   // with Stopped and host::kDiskUnresponsive.
   //
   // CropToFile, CropToGif and ImageInfo use what was prefetched by themselves; a crop to gif is planned as CropToGif
-  // reads its request (see AsGif). Other work is asked for by PopPrefetched.
+  // reads its request (see AsGif). Several crops of one picture are asked for by OpenForCuts, other work by
+  // PopPrefetched.
   void PlanWork(const std::vector<FileWork>& upcoming);
   void PlanMeasures(std::vector<std::string> upcoming);
   // The outputs of work, each as bytes, in the order of its steps; nothing unless it was planned and has succeeded, on

@@ -37,9 +37,7 @@ Status Services::CropToFile(const CropRequest& request) {
   std::optional<PrefetchedFiles> ready;
   if (Status waited = PopPrefetched({{request}}, ready); !waited) return waited;
   return parts_->SaveCut(request, [&](host::Draft& draft) {
-    if (!ready) return MakeCrop(parts_->Input(), request, draft);
-    Status status = draft.Write(ready->front().data(), ready->front().size());
-    return status ? CheckOutput(request.encoder, draft) : status;
+    return ready ? WriteContent(ready->front(), request.encoder, draft) : MakeCrop(parts_->Input(), request, draft);
   });
 }
 

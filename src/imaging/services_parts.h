@@ -4,6 +4,7 @@
 
 #include <functional>
 #include <memory>
+#include <optional>
 #include <string>
 
 #include "imaging/codecs/encode.h"
@@ -16,6 +17,9 @@
 
 namespace quillon::imaging {
 
+// Writes a finished output and checks it.
+Status WriteContent(const std::string& content, Encoder encoder, host::Draft& draft);
+
 // What the services are made of; shared by the files that implement them.
 struct Services::Parts {
   Parts(host::Files& disk, const std::string& programFolder, WaitHooks waits, const Limits& bounds);
@@ -24,6 +28,9 @@ struct Services::Parts {
   Status Save(const std::string& path, const std::function<Status(host::Draft&)>& fill);
   Status SaveCut(const CropRequest& request, const std::function<Status(host::Draft&)>& fill);
   Status SavePicture(const Image& image, const std::string& path, const EncodeOptions& options);
+
+  // The finished crops of OpenForCuts.
+  Status PopCuts(const FileWork& cuts, std::optional<PrefetchedFiles>& ready);
 
   PictureInput Input() const { return {files, limits}; }
 

@@ -25,8 +25,9 @@ inline std::string PsdBytes(int width, int height, Pixel pixel) {
   number(3, 2);
   for (int section = 0; section < 3; ++section) number(0, 4);
   number(0, 2);
+  const std::size_t pixels = static_cast<std::size_t>(width) * static_cast<std::size_t>(height);
   for (const int sample : {pixel.red, pixel.green, pixel.blue}) {
-    bytes.append(static_cast<std::size_t>(width * height), static_cast<char>(sample));
+    bytes.append(pixels, static_cast<char>(sample));
   }
   return bytes;
 }

@@ -84,7 +84,7 @@ Step Deliver(CutFile& file) {
 Step RemoveSource(CutFile& file) {
   const bool beside = !file.program.host.files.SameFile(file.result.output, file.listedPath);
   if (file.settings.over && beside && !file.run.OnBackSide()) {
-    file.run.ledger.DiscardAtEnd(file.row, file.listedPath, file.result.output);
+    file.run.ledger.DiscardAtEnd({file.row, file.listedPath, {file.result.output}});
   }
   return Step::Next;
 }

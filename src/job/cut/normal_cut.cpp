@@ -3,14 +3,23 @@
 #include "job/cut/normal_cut.h"
 
 #include <string_view>
+#include <utility>
 
 #include "base/path_text.h"
 #include "job/cut/cut_file.h"
+#include "job/cut/cut_plan.h"
 #include "job/program.h"
 #include "job/work_files.h"
 #include "tools/processes.h"
 
 namespace quillon::job {
+namespace {
+
+void EndHelpers(host::Host& host) {
+  for (const char* name : {"QxImgTool.exe", "QxBackImg.exe"}) tools::KillProcessByName(host, name);
+}
+
+}  // namespace
 
 NormalCut::NormalCut(Program& program) : program_(program) {}
 
@@ -34,9 +43,8 @@ RunNeeds NormalCut::Needs() const {
 
 bool NormalCut::Prepare() {
   Form1& form = program_.form1;
-  EndHelpers();
+  EndHelpers(program_.host);
   program_.flags.BackWorkerStarted = false;
-  large_ = program_.flags.LargeCapacityMode;
   withArray_ = form.ChCutAndArray.On();
   PrepareCanvas();
   form.ChBack.Set(false);
@@ -56,12 +64,22 @@ void NormalCut::PrepareCanvas() {
       path, [&] { return program_.images.ZoomPic(path, path, program_.flags.FixW, program_.flags.FixH); });
 }
 
-void NormalCut::Begin(RunLedger& ledger, RunJournal& journal) {
-  run_ = std::make_unique<CutRun>(program_, ledger, journal);
+void NormalCut::Begin(RunLedger& ledger) {
+  run_ = std::make_unique<CutRun>(program_, ledger, *journal_);
   run_->withArray = withArray_;
   run_->pdf = pdf_;
   omits_ = ReadCutSettings(program_).omitFolders;
-  prefetch_.emplace(*run_);
+  prefetch_.emplace(program_.context, Foresight());
+}
+
+// None for a run in which no file can be foreseen.
+RunPrefetch::Foresee NormalCut::Foresight() {
+  if (!IsForeseeable(*run_, ReadCutSettings(program_))) return {};
+  return [this](std::size_t row, const std::string& path, base::Size size) -> std::optional<imaging::FileWork> {
+    std::optional<CutPlan> plan = ForeseeCut(CutFile(*run_, row, path), size);
+    if (!plan) return std::nullopt;
+    return std::move(plan->work);
+  };
 }
 
 void NormalCut::Start() {
@@ -80,14 +98,14 @@ void NormalCut::HandledBefore(const std::string& path) {
 void NormalCut::Cut(const RunFile& file, const Report& report) {
   // In large-capacity mode the window stays usable, so that the type may be chosen again before any file.
   controls::ComboBox& type = program_.form1.CmbOutType;
-  if (large_ && Selected<OutType>(type) == OutType::Pdf) Select(type, OutType::Jpg);
+  if (file.row == 0 && Selected<OutType>(type) == OutType::Pdf) Select(type, OutType::Jpg);
   const FileResult result = CutOneFile(*run_, file.row, file.path);
   run_->journal.NoteDecidedCut(file.path);
   report(result);
 }
 
-RunEnd NormalCut::End() {
-  if (large_) return {};
+RunEnd NormalCut::End(RunSource source) {
+  if (source == RunSource::Folder) return {};
   const std::string outFolder = program_.form1.LOutDir.Value();
   if (withArray_) {
     program_.sheets->Finish();
@@ -98,8 +116,9 @@ RunEnd NormalCut::End() {
   return {done + "\r\n要打开输出目录吗？", RunEnd::Then::OfferFolder, outFolder};
 }
 
+void NormalCut::Leave() { EndHelpers(program_.host); }
+
 void NormalCut::Finish() {
-  EndHelpers();
   if (!omits_) return;
   const host::Status written = run_->omitted.WriteBack();
   if (!written) program_.Ask("已处理文件夹的记录没有保存：" + written.Why());
@@ -108,10 +127,6 @@ void NormalCut::Finish() {
 void NormalCut::Release() {
   program_.fCutPre.ChHideShow.SetVisible(true);
   if (program_.manualFrame) program_.manualFrame->Rest();
-}
-
-void NormalCut::EndHelpers() {
-  for (const char* name : {"QxImgTool.exe", "QxBackImg.exe"}) tools::KillProcessByName(program_.host, name);
 }
 
 }  // namespace quillon::job

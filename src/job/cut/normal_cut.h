@@ -7,20 +7,21 @@
 #include <string>
 #include <vector>
 
-#include "job/cut/cut_prefetch.h"
 #include "job/cut/cut_run.h"
 #include "job/run/driver.h"
+#include "job/run/run_prefetch.h"
 
 namespace quillon::job {
 
 // The normal cut, menuNormalCut: turns each file into one output file.
-class NormalCut final : public FileDriver {
+class NormalCut final : public RunDriver {
  public:
   explicit NormalCut(Program& program);
 
   RunNeeds Needs() const override;
   bool Prepare() override;
-  void Begin(RunLedger& ledger, RunJournal& journal) override;
+  void UseJournal(RunJournal& journal) override { journal_ = &journal; }
+  void Begin(RunLedger& ledger) override;
   std::string Name() const override { return pdf_ ? "menuNormalCut pdf" : "menuNormalCut"; }
   bool BesideSources() const override;
   std::vector<std::string> Outputs(const std::string& path) const override;
@@ -31,21 +32,22 @@ class NormalCut final : public FileDriver {
   std::size_t Lookahead() const override { return prefetch_->Lookahead(); }
   void Prefetch(const std::vector<std::string>& paths) override { prefetch_->Prefetch(paths); }
   void EndPrefetch() override { prefetch_.reset(); }
-  RunEnd End() override;
+  RunEnd End(RunSource source) override;
+  void Leave() override;
   void Finish() override;
   void Release() override;
 
  private:
   void PrepareCanvas();
-  void EndHelpers();
+  RunPrefetch::Foresee Foresight();
 
   Program& program_;
-  bool large_ = false;      // large-capacity mode
-  bool withArray_ = false;  // ChCutAndArray
-  bool pdf_ = false;        // CmbOutType was 5 at the start
-  bool omits_ = false;      // ChOmitFolds
+  bool withArray_ = false;         // ChCutAndArray
+  bool pdf_ = false;               // CmbOutType was 5 at the start
+  bool omits_ = false;             // ChOmitFolds
+  RunJournal* journal_ = nullptr;  // of the run
   std::unique_ptr<CutRun> run_;
-  std::optional<CutPrefetch> prefetch_;
+  std::optional<RunPrefetch> prefetch_;
 };
 
 }  // namespace quillon::job

@@ -10,12 +10,24 @@
 
 namespace quillon::job {
 
-void DiscardQueue::Drain(const std::vector<host::LateFailure>& lost, const Judge& judge, const Discarded& discarded) {
+void DiscardQueue::Drain(const std::vector<host::LateFailure>& lost, const IsDue& isDue, const OnKept& onKept) {
   for (const Source& source : std::exchange(sources_, {})) {
     context_.host.pump.Turn();
-    const host::Status read = Stands(source, lost);
-    if (judge(source, read) == Verdict::Discard && read) discarded(source, context_.host.files.Discard(source.path));
+    if (!isDue(source)) continue;
+    if (const host::Status read = Stands(source, lost); !read) {
+      onKept(source, Kept::OutputLost, read);
+    } else if (HasChanged(source)) {
+      onKept(source, Kept::Changed, read);
+    } else if (const host::Status discarded = context_.host.files.Discard(source.path); !discarded) {
+      onKept(source, Kept::NotDiscarded, discarded);
+    }
   }
+}
+
+bool DiscardQueue::HasChanged(const Source& source) const {
+  if (!source.stamp) return false;
+  const auto now = StampOf(context_.host.files, source.path);
+  return !now || !Unchanged(*source.stamp, *now);
 }
 
 host::Status DiscardQueue::Stands(const Source& source, const std::vector<host::LateFailure>& lost) {

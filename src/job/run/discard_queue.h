@@ -4,9 +4,12 @@
 
 #include <cstddef>
 #include <functional>
+#include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
+#include "host/files/file_stamp.h"
 #include "host/files/files.h"
 #include "host/status.h"
 #include "job/list/run_context.h"
@@ -14,20 +17,25 @@
 namespace quillon::job {
 
 // Sources that are discarded once everything made of them stands: written, synced, reopened and decoded to its end. A
-// source is all there is until then, so it stays wherever any of that fails.
+// source is all there is until then, so it stays if any of that fails.
 class DiscardQueue {
  public:
   struct Source {
     std::size_t row = 0;  // of the list, 0 without one
     std::string path;
     std::vector<std::string> outputs;
+    // What the source was like when it was read. If given, a source that has changed since is kept.
+    std::optional<host::FileStamp> stamp = {};
   };
-  enum class Verdict { Keep, Discard };
-  // Decides on a source; read is the failure of its first output that does not stand, or ok. A source is kept in any
-  // case if read is a failure.
-  using Judge = std::function<Verdict(const Source& source, const host::Status& read)>;
-  // Called for each source that was to be discarded, with how that went.
-  using Discarded = std::function<void(const Source& source, const host::Status& status)>;
+  // Whether the source is still to be discarded. Asked before its outputs are read, which takes far longer.
+  using IsDue = std::function<bool(const Source& source)>;
+  // Why a source that was due is still there.
+  enum class Kept {
+    OutputLost,   // the status is the failure of its first output that does not stand
+    Changed,      // ok
+    NotDiscarded  // the failure of the trash
+  };
+  using OnKept = std::function<void(const Source& source, Kept reason, const host::Status& status)>;
 
   explicit DiscardQueue(const RunContext& context) : context_(context) {}
 
@@ -36,11 +44,12 @@ class DiscardQueue {
 
   // Empties the queue in the order of Add, with a turn of the pump before each source. Call right after
   // host::Files::Flush, which has returned `lost`.
-  void Drain(const std::vector<host::LateFailure>& lost, const Judge& judge, const Discarded& discarded);
+  void Drain(const std::vector<host::LateFailure>& lost, const IsDue& isDue, const OnKept& onKept);
 
  private:
   host::Status Stands(const Source& source, const std::vector<host::LateFailure>& lost);
   host::Status ReadBack(const std::string& output);
+  bool HasChanged(const Source& source) const;
 
   const RunContext& context_;
   std::vector<Source> sources_;

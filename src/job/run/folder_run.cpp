@@ -35,7 +35,7 @@ std::string FolderOf(const std::string& path) { return path == "/" ? std::string
 
 }  // namespace
 
-FolderRun::FolderRun(const RunContext& context, RunLedger& ledger, RunJournal& journal, FileDriver& driver)
+FolderRun::FolderRun(const RunContext& context, RunLedger& ledger, RunJournal& journal, RunDriver& driver)
     : context_(context), ledger_(ledger), journal_(journal), driver_(driver), root_(Root()), rule_(Rule()) {
   ledger_.ReadSourcesFrom([this](const std::string& path) { return IsSource(path); });
 }

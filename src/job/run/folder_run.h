@@ -21,7 +21,7 @@ namespace quillon::job {
 // could not reach all folders has not come to its end and can be resumed.
 class FolderRun {
  public:
-  FolderRun(const RunContext& context, RunLedger& ledger, RunJournal& journal, FileDriver& driver);
+  FolderRun(const RunContext& context, RunLedger& ledger, RunJournal& journal, RunDriver& driver);
   ~FolderRun();
   FolderRun(const FolderRun&) = delete;
   FolderRun& operator=(const FolderRun&) = delete;
@@ -50,7 +50,7 @@ class FolderRun {
   const RunContext& context_;
   RunLedger& ledger_;
   RunJournal& journal_;
-  FileDriver& driver_;
+  RunDriver& driver_;
   std::string root_;
   WalkRule rule_;
   std::size_t number_ = 0;

@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <optional>
+#include <set>
 #include <utility>
 
 #include "base/utf8.h"
@@ -24,8 +25,21 @@ void ShowEnd(const RunContext& context, const RunEnd& end) {
   if (end.then == RunEnd::Then::RevealFolder) context.host.shell.Reveal(end.folder);
 }
 
+// Asks for what the driver needs, each once. A question gives the window turns, in which the user may choose otherwise:
+// the needs are read again after each. False if something stays missing.
+bool EnsureNeeds(const RunContext& context, const RunDriver& driver) {
+  std::set<Need> met;
+  while (true) {
+    const std::vector<Need> needs = driver.Needs().ensured;
+    const auto next = std::find_if(needs.begin(), needs.end(), [&](Need need) { return !met.contains(need); });
+    if (next == needs.end()) return true;
+    if (!context.window.Ensure(*next)) return false;
+    met.insert(*next);
+  }
+}
+
 // False if the user does not want the run after all.
-bool RunFolder(const RunContext& context, RunLedger& ledger, RunJournal& journal, FileDriver& driver) {
+bool RunFolder(const RunContext& context, RunLedger& ledger, RunJournal& journal, RunDriver& driver) {
   FolderRun folder(context, ledger, journal, driver);
   if (!folder.Begin()) return false;
   driver.Start();
@@ -35,21 +49,23 @@ bool RunFolder(const RunContext& context, RunLedger& ledger, RunJournal& journal
 
 // A run that is prepared, up to the moment when the windows are as before. Returns what is left to show, or nothing if
 // the user does not want the run after all.
-std::optional<RunEnd> RunInFrame(const RunContext& context, FileDriver& driver, const RunNeeds& needs,
+std::optional<RunEnd> RunInFrame(const RunContext& context, RunDriver& driver, const RunNeeds& needs, RunSource source,
                                  RunLedger& ledger, RunJournal& journal) {
-  const bool large = context.flags.LargeCapacityMode;
   const WindowsAside aside(context, needs.hidden, needs.disabled);
+  const bool list = source == RunSource::List;
   std::optional<RunFrame> frame;
-  if (!large || needs.inFolderRun == WindowUse::Disabled) frame.emplace(context, WindowUse::Disabled);
-  driver.Begin(ledger, journal);
-  if (large) {
-    if (!RunFolder(context, ledger, journal, driver)) return std::nullopt;
-  } else {
+  if (list || needs.inFolderRun == WindowUse::Disabled) frame.emplace(context, WindowUse::Disabled);
+  driver.UseJournal(journal);
+  driver.Begin(ledger);
+  if (list) {
     driver.Start();
     ListRun(context, ledger, journal, driver, needs).Run();
+  } else if (!RunFolder(context, ledger, journal, driver)) {
+    return std::nullopt;
   }
-  RunEnd end = driver.End();
+  RunEnd end = driver.End(source);
   if (end.shown == RunEnd::Shown::InRun) ShowEnd(context, std::exchange(end, {}));
+  driver.Leave();
   frame.reset();
   driver.Finish();
   return end;
@@ -57,7 +73,7 @@ std::optional<RunEnd> RunInFrame(const RunContext& context, FileDriver& driver, 
 
 }  // namespace
 
-ListRun::ListRun(const RunContext& context, RunLedger& ledger, RunJournal& journal, FileDriver& driver,
+ListRun::ListRun(const RunContext& context, RunLedger& ledger, RunJournal& journal, RunDriver& driver,
                  const RunNeeds& needs)
     : context_(context), ledger_(ledger), journal_(journal), driver_(driver), needs_(needs) {}
 
@@ -116,19 +132,17 @@ void ListRun::ReportAll(const RunFile& file, Result result, const std::string& w
   for (std::size_t i = 0; i < needs_.resultsPerFile; ++i) ledger_.Add({file.row, file.path, "", result, why});
 }
 
-void StartRun(const RunContext& context, FileDriver& driver) {
+void StartRun(const RunContext& context, RunDriver& driver) {
   const RunGuard guard(context);
   if (!guard) return;
-  const RunNeeds needs = driver.Needs();
-  const auto there = [&](Need need) { return context.window.Ensure(need); };
-  if (!std::all_of(needs.ensured.begin(), needs.ensured.end(), there)) return;
-  if (!driver.Prepare()) return;
+  if (!EnsureNeeds(context, driver) || !driver.Prepare()) return;
 
-  const bool large = context.flags.LargeCapacityMode;
-  RunLedger ledger(context, large ? 0 : context.files.RowCount() * needs.resultsPerFile);
+  const RunNeeds needs = driver.Needs();
+  const RunSource source = context.flags.LargeCapacityMode ? RunSource::Folder : RunSource::List;
+  RunLedger ledger(context, source == RunSource::Folder ? 0 : context.files.RowCount() * needs.resultsPerFile);
   RunJournal journal(context, driver.Name(), driver.Windows());
   context.window.SaveFolders();
-  const std::optional<RunEnd> end = RunInFrame(context, driver, needs, ledger, journal);
+  const std::optional<RunEnd> end = RunInFrame(context, driver, needs, source, ledger, journal);
   context.window.SelectRow(context.files.RowCount() > 0 ? 1 : 0);
   driver.Release();
   if (!end) return;

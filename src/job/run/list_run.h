@@ -18,7 +18,7 @@ namespace quillon::job {
 // output.
 class ListRun {
  public:
-  ListRun(const RunContext& context, RunLedger& ledger, RunJournal& journal, FileDriver& driver, const RunNeeds& needs);
+  ListRun(const RunContext& context, RunLedger& ledger, RunJournal& journal, RunDriver& driver, const RunNeeds& needs);
 
   // Reports the start and each file to the observer, and returns once all outputs stand on disk. The caller reports the
   // end.
@@ -33,7 +33,7 @@ class ListRun {
   const RunContext& context_;
   RunLedger& ledger_;
   RunJournal& journal_;
-  FileDriver& driver_;
+  RunDriver& driver_;
   const RunNeeds& needs_;
   std::map<FileId, std::size_t> replaced_;  // files of the rows so far
 };
@@ -41,6 +41,6 @@ class ListRun {
 // Runs the driver over the list, or in large-capacity mode over the input folder, from the first check to the last box.
 // In this order: claims the one place of work (beeps and does nothing if something runs already), asks for what the
 // driver needs, lets it prepare, hides and disables windows, handles the files, and puts everything back.
-void StartRun(const RunContext& context, FileDriver& driver);
+void StartRun(const RunContext& context, RunDriver& driver);
 
 }  // namespace quillon::job

@@ -71,6 +71,7 @@ void RunLedger::Revoke(const std::string& output, const Origin& origin, const st
   const FileResult lost{origin.row, origin.source, "", Result::None, why};
   ShowResult(lost);
   if (context_.observer) context_.observer->FileLost(lost, output);
+  if (noteLate_) noteLate_(origin.source, why);
 }
 
 std::string RunLedger::SourceOf(const std::string& output) const {
@@ -120,10 +121,6 @@ void RunLedger::DiscardStaleOutput(const std::string& source, const std::string&
   static_cast<void>(context_.host.files.Discard(output));
 }
 
-void RunLedger::DiscardAtEnd(std::size_t row, std::string source, std::string output) {
-  discards_.Add({row, std::move(source), {std::move(output)}});
-}
-
 void RunLedger::Flush() {
   const std::vector<host::LateFailure> lost = context_.host.files.Flush();
   for (const host::LateFailure& failure : lost) {
@@ -133,22 +130,26 @@ void RunLedger::Flush() {
     Revoke(failure.path, origin, "输出文件没有写到磁盘上：" + failure.status.Why());
   }
   discards_.Drain(
-      lost, [this](const auto& source, const host::Status& read) { return Judge(source, read); },
-      [this](const auto& source, const host::Status& discarded) {
-        if (discarded || source.row == 0) return;
-        ShowResult({source.row, source.path, source.outputs.front(), Result::Written,
-                    "输出已写好，源文件没能移入回收站：" + discarded.Why()});
-      });
+      lost, [this](const auto& source) { return IsDue(source); },
+      [this](const auto& source, auto reason, const host::Status& status) { ReportKept(source, reason, status); });
 }
 
 // An output that was lost meanwhile, or is that of another source now, says nothing about this one.
-DiscardQueue::Verdict RunLedger::Judge(const DiscardQueue::Source& source, const host::Status& read) {
+bool RunLedger::IsDue(const DiscardQueue::Source& source) const {
+  const auto written = outputs_.find(source.outputs.front());
+  return written != outputs_.end() && written->second.source == source.path;
+}
+
+void RunLedger::ReportKept(const DiscardQueue::Source& source, DiscardQueue::Kept reason, const host::Status& status) {
   const std::string& output = source.outputs.front();
-  const auto written = outputs_.find(output);
-  if (written == outputs_.end() || written->second.source != source.path) return DiscardQueue::Verdict::Keep;
-  if (read) return DiscardQueue::Verdict::Discard;
-  Revoke(output, Origin(written->second), "输出文件读不回来，源文件已保留：" + read.Why());
-  return DiscardQueue::Verdict::Keep;
+  if (reason == DiscardQueue::Kept::OutputLost) {
+    Revoke(output, Origin(outputs_.at(output)), "输出文件读不回来，源文件已保留：" + status.Why());
+    return;
+  }
+  const std::string why = reason == DiscardQueue::Kept::Changed ? std::string("图片在裁剪期间被改动，源文件已保留")
+                                                                : "输出已写好，源文件没能移入回收站：" + status.Why();
+  ShowResult({source.row, source.path, output, Result::Written, why});
+  if (noteLate_) noteLate_(source.path, why);
 }
 
 void RunLedger::NoteEnd(double seconds, bool stopped) {

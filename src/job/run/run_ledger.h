@@ -29,6 +29,9 @@ class RunLedger {
   // Whether the existing file at path is one that the run is still to read or has read.
   using IsSource = std::function<bool(const std::string& path)>;
 
+  // Called for what turns out after the result of a source was added: it is lost, or the source could not be discarded.
+  using LateNote = std::function<void(const std::string& source, const std::string& why)>;
+
   // planned 0: not known beforehand; what is added was planned.
   RunLedger(const RunContext& context, std::size_t planned);
 
@@ -36,6 +39,7 @@ class RunLedger {
   void ReadSourcesFrom(IsSource isSource) { isSource_ = std::move(isSource); }
   // In a run of any length: looks up outputs that were forgotten.
   void RecallBy(Recall recall) { recall_ = std::move(recall); }
+  void NoteLateTo(LateNote note) { noteLate_ = std::move(note); }
   // Call after Flush: no output is kept in memory any more.
   void Forget() { outputs_.clear(); }
 
@@ -52,8 +56,11 @@ class RunLedger {
   // trash. It stays if it is an output of this run or another source, or if its disk is unresponsive. A run with a
   // share of the files reports it instead: it may be an output of another share.
   void DiscardStaleOutput(const std::string& source, const std::string& output, const host::Status& failure);
-  // Queues a source that is discarded by Flush once its output stands; see DiscardQueue.
-  void DiscardAtEnd(std::size_t row, std::string source, std::string output);
+  // Queues a source that is discarded by Flush once its outputs stand; see DiscardQueue. Its result is that of the
+  // first output, and must be added before the flush.
+  void DiscardAtEnd(DiscardQueue::Source source) { discards_.Add(std::move(source)); }
+  // How many sources wait for the next flush.
+  std::size_t Discards() const { return discards_.Size(); }
 
   // Waits until outputs stand on disk, revokes those that do not, and then discards sources.
   void Flush();
@@ -73,7 +80,8 @@ class RunLedger {
   void Register(const std::string& output, const FileResult& result);
   // A result one of whose outputs is lost counts as without output.
   void Revoke(const std::string& output, const Origin& origin, const std::string& why);
-  DiscardQueue::Verdict Judge(const DiscardQueue::Source& source, const host::Status& read);
+  bool IsDue(const DiscardQueue::Source& source) const;
+  void ReportKept(const DiscardQueue::Source& source, DiscardQueue::Kept reason, const host::Status& status);
   void ShowResult(const FileResult& result);
 
   const RunContext& context_;
@@ -81,6 +89,7 @@ class RunLedger {
   bool open_;  // not planned beforehand
   IsSource isSource_;
   Recall recall_;
+  LateNote noteLate_;
   std::unordered_map<std::string, Origin> outputs_;
   std::size_t results_ = 0;
   DiscardQueue discards_;

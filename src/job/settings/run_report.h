@@ -18,6 +18,13 @@ inline constexpr const char* kSharedOutput =
 
 enum class Result { Written, None, Skipped };
 
+// Whether a run that comes upon the same file again, as a watch does, tries it once more.
+enum class Retry {
+  Never,
+  OnceChanged,  // the file may not be whole: another program may still be writing it
+  Soon          // it was not tried, because its disk did not respond
+};
+
 // What became of one file of a run.
 struct FileResult {
   std::size_t row = 0;  // data row from 1, 0 where the run has no list
@@ -26,6 +33,7 @@ struct FileResult {
   Result result = Result::None;
   std::string why;                     // one Chinese sentence; "" when written and nothing is missing in the output
   std::vector<std::string> more = {};  // further outputs, where one source gives several
+  Retry retry = Retry::Never;          // if there is no output
 };
 
 // Sums of a run: planned = written + none + skipped. Files that a stopped run did not reach are skipped.

@@ -68,16 +68,21 @@ void FMultCut::CmdOk_Click() {
   bool started = false;
   MultiCut cut(program_, editor_, [&] {
     started = true;
-    EnableForRun(true);
+    EnableForRun(&cut);
   });
   job::StartRun(program_.context, cut);
   if (!started) return;
-  EnableForRun(false);
+  EnableForRun(nullptr);
   ShowCount();
 }
 
-void FMultCut::EnableForRun(bool running) {
-  running_ = running;
+void FMultCut::LargeMulCut(const std::string& path, const std::string& text) {
+  if (running_) running_->LargeMulCut(path, text);
+}
+
+void FMultCut::EnableForRun(MultiCut* cut) {
+  running_ = cut;
+  const bool running = running_ != nullptr;
   const char* why = running ? kCutting : "";
   for (controls::Control* control :
        std::initializer_list<controls::Control*>{&CmdAdd, &CmdCancel, &MSFlexGrid1, &CmdInput, &CmdOut}) {

@@ -12,6 +12,8 @@
 
 namespace quillon::regions {
 
+class MultiCut;
+
 // The window of the region list: several regions are cut out of every picture of the list, each into a file of its own.
 class FMultCut : public controls::Window {
  public:
@@ -35,6 +37,9 @@ class FMultCut : public controls::Window {
   // Starts the run and returns when it has ended. Does nothing if the list has fewer than two regions or another run
   // goes on.
   void CmdOk_Click();
+  // During a run: cuts the regions out of a file that is not listed; text is shown as what was done so far. Returns
+  // when all regions are done. Does nothing if no run goes on.
+  void LargeMulCut(const std::string& path, const std::string& text);
   // Closes the window. During a run it asks whether to stop the run instead, and the window stays open.
   void Close() override;
 
@@ -43,11 +48,12 @@ class FMultCut : public controls::Window {
 
  private:
   void ShowCount();
-  void EnableForRun(bool running);
+  // cut: the run that goes on, or nullptr after it.
+  void EnableForRun(MultiCut* cut);
 
   job::Program& program_;
   RegionEditor editor_;
-  bool running_ = false;  // the run that CmdOk has started goes on
+  MultiCut* running_ = nullptr;  // the run that CmdOk has started, while it goes on
 };
 
 }  // namespace quillon::regions

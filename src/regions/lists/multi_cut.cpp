@@ -2,7 +2,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "regions/lists/multi_cut.h"
 
-#include <algorithm>
 #include <utility>
 
 #include "base/path_text.h"
@@ -50,7 +49,7 @@ bool MultiCut::Prepare() {
   return true;
 }
 
-void MultiCut::Begin(job::RunLedger& ledger, job::RunJournal& /*journal*/) {
+void MultiCut::Begin(job::RunLedger& ledger) {
   ledger_ = &ledger;
   job::Form1& form = program_.form1;
   form.MSF.SetEnabled(false);
@@ -60,6 +59,8 @@ void MultiCut::Begin(job::RunLedger& ledger, job::RunJournal& /*journal*/) {
   const job::CutSettings options = job::ReadCutSettings(program_);
   extension_ = "." + job::CasedExtension(options.outType, options.extensionCase);
   perImageFolder_ = program_.Ask(kFolderQuestion, host::kYesNoQuestion) == host::Reply::Yes;
+  prefetch_.emplace(program_.context,
+                    [this](std::size_t, const std::string& path, base::Size size) { return Foresee(path, size); });
 }
 
 std::string MultiCut::ListText() const {
@@ -69,18 +70,26 @@ std::string MultiCut::ListText() const {
 }
 
 void MultiCut::Cut(const job::RunFile& file, const Report& report) {
-  report_ = &report;
+  const Report* outer = std::exchange(report_, &report);
   if (file.row == 0) {
-    LargeMulCut(file.path, std::to_string(file.number));
+    CutUnlisted(file.path, std::to_string(file.number));
   } else {
     const job::FileRow& row = program_.files.Row(file.row - 1);
     const std::string images = std::to_string(program_.files.RowCount());
     CutSource({file.row, file.path, {row.width, row.height}, " 之" + std::to_string(file.row) + "/" + images});
   }
-  report_ = nullptr;
+  report_ = outer;
 }
 
 void MultiCut::LargeMulCut(const std::string& path, const std::string& text) {
+  if (!ledger_) return;
+  const Report add = [this](const job::FileResult& result) { ledger_->Add(result); };
+  const Report* outer = std::exchange(report_, &add);
+  CutUnlisted(path, text);
+  report_ = outer;
+}
+
+void MultiCut::CutUnlisted(const std::string& path, const std::string& text) {
   imaging::ImageFacts facts;
   if (!program_.images.ImageInfo(path, facts)) facts = {};
   CutSource({0, path, {facts.width, facts.height}, "，已处理" + text});
@@ -110,6 +119,22 @@ std::string MultiCut::OutputFolder(const std::string& baseName) const {
   return perImageFolder_ ? base::JoinPath(top, baseName) : top;
 }
 
+std::vector<RegionCut> MultiCut::CutsOf(const std::string& path, base::Size size) const {
+  std::vector<std::string> outputs = Outputs(path);
+  std::vector<RegionCut> cuts;
+  for (std::size_t j = 0; j < regions_.size(); ++j) {
+    cuts.push_back({BoxOf(regions_[j], unit_, size), std::move(outputs[j])});
+  }
+  return cuts;
+}
+
+std::optional<imaging::FileWork> MultiCut::Foresee(const std::string& path, base::Size size) const {
+  if (size.Empty() || job::TooSmall(size, job::ReadCutSettings(program_).smallest)) return std::nullopt;
+  imaging::FileWork work = RegionWork(path, CutsOf(path, size), program_.form1.TQuality.Integer());
+  if (work.Empty()) return std::nullopt;
+  return work;
+}
+
 void MultiCut::CutSource(const Source& source) {
   if (const base::Size least = job::ReadCutSettings(program_).smallest; job::TooSmall(source.size, least)) {
     ReportAll(source, Result::Skipped, job::TooSmallText(least));
@@ -124,19 +149,15 @@ void MultiCut::CutSource(const Source& source) {
     ReportAll(source, Result::None, refusal);
     return;
   }
-  const std::vector<std::string> outputs = Outputs(source.path);
-  std::vector<RegionCut> cuts;
-  for (std::size_t j = 0; j < regions_.size(); ++j) {
-    cuts.push_back({BoxOf(regions_[j], unit_, source.size), outputs[j]});
-  }
-  CutAll(source, cuts);
+  CutAll(source, CutsOf(source.path, source.size));
 }
 
 void MultiCut::CutAll(const Source& source, const std::vector<RegionCut>& cuts) {
   const std::string normal = program_.files.StatusText();
-  const auto whole = std::count_if(cuts.begin(), cuts.end(), [](const RegionCut& cut) { return !cut.box.Empty(); });
-  RegionSource picture(program_.images, program_.saver, source.path, base::SplitPath(cuts.front().output).extension,
-                       whole > 1 ? RegionSource::Decode::Once : RegionSource::Decode::ForEach);
+  RegionSource::Options options{.extension = base::SplitPath(cuts.front().output).extension,
+                                .work = RegionWork(source.path, cuts, program_.form1.TQuality.Integer())};
+  if (options.work.steps.size() > 1) options.decode = RegionSource::Decode::Once;
+  RegionSource picture(program_.images, program_.saver, source.path, options);
   std::string whys;
   for (std::size_t j = 0; j < cuts.size(); ++j) {
     program_.host.pump.Turn();
@@ -176,17 +197,18 @@ void MultiCut::ReportAll(const Source& source, Result result, const std::string&
   for (std::size_t j = 0; j < regions_.size(); ++j) ReportRegion(source, "", result, why);
 }
 
-// One region without output is what the row tells, however many were written behind it.
+// A row with any region without output is one without output, however many of its regions were written.
 void MultiCut::MarkRow(const Source& source, const std::string& why) {
   if (source.row > 0 && !why.empty()) program_.files.SetResult(source.row - 1, Result::None, why, 0);
 }
 
-job::RunEnd MultiCut::End() {
+job::RunEnd MultiCut::End(job::RunSource) {
   return {kDone, job::RunEnd::Then::OfferFolder, WithoutDoubledSeparators(program_.form1.LOutDir.Value()),
           job::RunEnd::Shown::AfterRun};
 }
 
 void MultiCut::Release() {
+  ledger_ = nullptr;
   program_.form1.MSF.SetEnabled(true);
   program_.form1.LStatus.SetText(program_.files.StatusText());
 }

@@ -3,31 +3,44 @@
 #pragma once
 
 #include <functional>
+#include <optional>
 #include <string>
 #include <vector>
 
 #include "job/program.h"
 #include "job/run/driver.h"
+#include "job/run/run_prefetch.h"
 #include "regions/lists/region_editor.h"
 #include "regions/lists/region_source.h"
 
 namespace quillon::regions {
 
 // Cuts all regions out of every picture: of the list, or in large-capacity mode of the input folder.
-class MultiCut final : public job::FileDriver {
+class MultiCut final : public job::RunDriver {
  public:
   // onStart is called once nothing is missing any more and the run goes on.
   MultiCut(job::Program& program, const RegionEditor& editor, std::function<void()> onStart);
 
   job::RunNeeds Needs() const override;
   bool Prepare() override;
-  void Begin(job::RunLedger& ledger, job::RunJournal& journal) override;
+  void Begin(job::RunLedger& ledger) override;
   std::string Name() const override { return "FMultCut " + ListText(); }
   std::vector<std::string> Outputs(const std::string& path) const override;
   bool ShowsProgress() const override { return true; }
   void Cut(const job::RunFile& file, const Report& report) override;
-  job::RunEnd End() override;
+  void PrefetchFrom(std::size_t row) override { prefetch_->Prefetch(row); }
+  std::size_t Lookahead() const override { return prefetch_->Lookahead(); }
+  void Prefetch(const std::vector<std::string>& paths) override { prefetch_->Prefetch(paths); }
+  void EndPrefetch() override { prefetch_.reset(); }
+  job::RunEnd End(job::RunSource source) override;
   void Release() override;
+
+  // As Cut during a run, with a file that no row stands for: its size is read from the file. text says what was done
+  // so far. Does nothing if no run goes on.
+  void LargeMulCut(const std::string& path, const std::string& text);
+  // The work that Cut asks for at a picture of that size, with the options as they are now. Nothing if it will be
+  // passed over, or if no region has an area.
+  std::optional<imaging::FileWork> Foresee(const std::string& path, base::Size size) const;
 
  private:
   struct Source {
@@ -37,13 +50,13 @@ class MultiCut final : public job::FileDriver {
     std::string progress;  // shown after the region's number
   };
 
-  // As Cut with a file that no row stands for: its size is read from the file. text says what was done so far.
-  void LargeMulCut(const std::string& path, const std::string& text);
+  void CutUnlisted(const std::string& path, const std::string& text);
+  std::vector<RegionCut> CutsOf(const std::string& path, base::Size size) const;
   // The regions as text: another list is another job.
   std::string ListText() const;
   void CutSource(const Source& source);
   void CutAll(const Source& source, const std::vector<RegionCut>& cuts);
-  // Why the region gave no output, "" where it did.
+  // Returns why the region gave no output, "" if it did.
   std::string CutRegion(RegionSource& picture, const Source& source, const RegionCut& cut);
   // Why a source cannot be cut at all; "" for one that can.
   std::string Refusal(const Source& source);
@@ -58,6 +71,7 @@ class MultiCut final : public job::FileDriver {
   std::string extension_;
   bool perImageFolder_ = false;
   std::function<void()> onStart_;
+  std::optional<job::RunPrefetch> prefetch_;
   job::RunLedger* ledger_ = nullptr;  // of the run that is under way
   const Report* report_ = nullptr;    // of the file that is under way
 };

@@ -7,25 +7,42 @@
 #include "base/path_text.h"
 
 namespace quillon::regions {
+namespace {
 
-RegionSource::RegionSource(imaging::Services& images, const host::Saver& saver, std::string path,
-                           const std::string& extension, Decode decode, imaging::Alpha alpha)
-    : images_(images), saver_(saver), path_(std::move(path)), alpha_(alpha) {
-  if (decode == Decode::ForEach) return;
-  opened_ = images_.OpenForCuts(path_, imaging::EncoderFor(extension), picture_);
-  if (opened_.GetProblem() == host::Problem::TooLarge) opened_ = host::Status::Ok();
-}
-
-host::Status RegionSource::Cut(const RegionCut& cut, int quality) {
-  if (!opened_) return opened_;
+imaging::CropRequest CropOf(const std::string& path, const RegionCut& cut, int quality, imaging::Alpha alpha) {
   imaging::CropRequest request;
-  request.source = path_;
+  request.source = path;
   request.destination = cut.output;
   request.rect = cut.box;
   request.encoder = imaging::EncoderFor(base::SplitPath(cut.output).extension);
   request.quality = quality;
   const bool holdsAlpha = request.encoder == imaging::Encoder::Png || request.encoder == imaging::Encoder::Gif;
-  request.alpha = holdsAlpha ? alpha_ : imaging::Alpha::OnWhite;
+  request.alpha = holdsAlpha ? alpha : imaging::Alpha::OnWhite;
+  return request;
+}
+
+}  // namespace
+
+imaging::FileWork RegionWork(const std::string& path, const std::vector<RegionCut>& cuts, int quality,
+                             imaging::Alpha alpha) {
+  imaging::FileWork work;
+  for (const RegionCut& cut : cuts) {
+    if (!cut.box.Empty()) work.steps.emplace_back(CropOf(path, cut, quality, alpha));
+  }
+  return work;
+}
+
+RegionSource::RegionSource(imaging::Services& images, const host::Saver& saver, std::string path,
+                           const Options& options)
+    : images_(images), saver_(saver), path_(std::move(path)), alpha_(options.alpha) {
+  if (options.decode == Decode::ForEach) return;
+  opened_ = images_.OpenForCuts(path_, imaging::EncoderFor(options.extension), picture_, options.work);
+  if (opened_.GetProblem() == host::Problem::TooLarge) opened_ = host::Status::Ok();
+}
+
+host::Status RegionSource::Cut(const RegionCut& cut, int quality) {
+  if (!opened_) return opened_;
+  const imaging::CropRequest request = CropOf(path_, cut, quality, alpha_);
   return saver_.Save(cut.output, [&] { return images_.CropToFile(picture_, request); });
 }
 

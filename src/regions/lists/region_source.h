@@ -3,6 +3,7 @@
 #pragma once
 
 #include <string>
+#include <vector>
 
 #include "host/saver.h"
 #include "imaging/services.h"
@@ -15,6 +16,12 @@ struct RegionCut {
   std::string output;
 };
 
+// The crops of all regions of the picture at path that have an area, as RegionSource::Cut() asks for them. Empty if
+// none has. quality is that of jpegs, 0..100. With Alpha::Kept, png and gif outputs keep transparency; other types
+// cannot hold it and are drawn on white.
+imaging::FileWork RegionWork(const std::string& path, const std::vector<RegionCut>& cuts, int quality,
+                             imaging::Alpha alpha = imaging::Alpha::Kept);
+
 // A picture out of which several regions are cut.
 class RegionSource {
  public:
@@ -22,12 +29,19 @@ class RegionSource {
   // reads the file instead. ForEach: each cut reads the file. The results are the same.
   enum class Decode { Once, ForEach };
 
-  // extension is that of the outputs. With Alpha::Kept, png and gif outputs keep transparency; other types cannot hold
-  // it and are drawn on white. saver asks about a full disk.
-  RegionSource(imaging::Services& images, const host::Saver& saver, std::string path, const std::string& extension,
-               Decode decode, imaging::Alpha alpha = imaging::Alpha::Kept);
+  struct Options {
+    std::string extension;  // of the outputs
+    Decode decode = Decode::ForEach;
+    imaging::Alpha alpha = imaging::Alpha::Kept;  // see RegionWork()
+    // The RegionWork() of this picture. If exactly this was prefetched, nothing is decoded.
+    imaging::FileWork work = {};
+  };
 
-  // Returns the failure of the decoding; Ok if each cut reads the file.
+  // saver asks about a full disk.
+  RegionSource(imaging::Services& images, const host::Saver& saver, std::string path, const Options& options);
+
+  // Returns the failure of the decoding; Ok if each cut reads the file. Stopped if a stop request came, or the disk did
+  // not respond, while work that was prefetched was waited for.
   const host::Status& Opened() const { return opened_; }
   // Writes one region, as Services::CropToFile() does. Returns the failure of Opened() if there is one.
   host::Status Cut(const RegionCut& cut, int quality);

@@ -77,10 +77,8 @@ void FCutTime::Chback_Click() {
   }
 }
 
-WatchOptions FCutTime::Options() const {
-  return {.folder = LDir.Value(),
-          .type = CmbType.Index(),
-          .fast = ChFast.On(),
+WatchCutOptions FCutTime::Options() const {
+  return {.fast = ChFast.On(),
           .sizeFilter = ChSizeFilter.On(),
           .both = ChBoth.On(),
           .smallWidth = TW.Integer(),
@@ -125,8 +123,9 @@ bool FCutTime::GoesOn() const { return CmdStop.OwnEnabled() && !program_.flags.S
 void FCutTime::Watch() {
   LFiles.SetText(std::string(kCount) + "0");
   LNote.SetText("");
+  WatchCut driver(program_, Options());
   FolderWatch watch(
-      program_, Options(),
+      program_.context, driver, LDir.Value(), CmbType.Index(),
       {[this] { return GoesOn(); }, [this](std::size_t cut) { LFiles.SetText(kCount + std::to_string(cut)); },
        [this](const std::string& sentence) { LNote.SetText(sentence); }});
   if (program_.observer) program_.observer->RunStarted(0);

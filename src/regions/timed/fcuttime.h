@@ -11,6 +11,7 @@
 #include "job/program.h"
 #include "regions/lists/region_editor.h"
 #include "regions/timed/folder_watch.h"
+#include "regions/timed/watch_cut.h"
 
 namespace quillon::regions {
 
@@ -74,7 +75,7 @@ class FCutTime : public controls::Window {
   void ChMul_Click();
   void Chback_Click();
   void LimitSide(controls::TextBox& side);
-  WatchOptions Options() const;
+  WatchCutOptions Options() const;
   void Watch();
   // Half a second with turns of the message loop, or less when it is stopped.
   void Wait();

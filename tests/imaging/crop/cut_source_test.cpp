@@ -1,8 +1,12 @@
 // SPDX-FileCopyrightText: 2026 The Quillon developers
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Several crops from one decode: each writes the same file as a separate crop.
+#include <future>
+#include <thread>
+#include <utility>
 #include <vector>
 
+#include "host/testing/open_watch.h"
 #include "imaging/jpeg_maker.h"
 #include "imaging/pictures.h"
 
@@ -137,6 +141,118 @@ TEST_F(CutSourceTest, AnEmptyRectangleIsRefused) {
   CutSource source;
   ASSERT_TRUE(services.OpenForCuts(path, Encoder::Jpeg, source));
   EXPECT_FALSE(services.CropToFile(source, Request(path, {0, 0, 0, 5}, "jpg")));
+}
+
+// --- Crops that were prefetched.
+
+class PrefetchedCutsTest : public CutSourceTest {
+ protected:
+  FileWork WorkOf(const std::string& path, const std::string& extension) {
+    FileWork work;
+    for (const base::Rect& rect : kParts) work.steps.emplace_back(Request(path, rect, extension));
+    return work;
+  }
+};
+
+TEST_F(PrefetchedCutsTest, AreTheSameByteForByteAndNothingIsReadAgain) {
+  const std::string path = Jpeg({});
+  for (const char* extension : {"jpg", "png", "gif", "tif", "bmp"}) {
+    SCOPED_TRACE(extension);
+    std::vector<std::string> alone;
+    for (const base::Rect& rect : kParts) {
+      const CropRequest request = Request(path, rect, extension);
+      alone.push_back(Written(request, services.CropToFile(request)));
+    }
+    const FileWork work = WorkOf(path, extension);
+    services.PlanWork({work});
+    CutSource source;
+    ASSERT_TRUE(services.OpenForCuts(path, EncoderFor(extension), source, work));
+    host::testing::OpenWatch reads(path);
+    for (std::size_t i = 0; i < kParts.size(); ++i) {
+      const CropRequest request = Request(path, kParts[i], extension);
+      EXPECT_TRUE(alone[i] == Written(request, services.CropToFile(source, request))) << i;
+    }
+    EXPECT_FALSE(reads.Opened());
+  }
+}
+
+TEST_F(PrefetchedCutsTest, AnyOtherRequestReadsTheFile) {
+  const std::string path = Jpeg({});
+  const FileWork work = WorkOf(path, "jpg");
+  services.PlanWork({work});
+  CutSource source;
+  ASSERT_TRUE(services.OpenForCuts(path, Encoder::Jpeg, source, work));
+  CropRequest request = Request(path, kParts[1], "jpg");
+  request.quality = 50;
+  const std::string alone = Written(request, services.CropToFile(request));
+  host::testing::OpenWatch reads(path);
+  EXPECT_TRUE(alone == Written(request, services.CropToFile(source, request)));
+  EXPECT_TRUE(reads.Opened());
+}
+
+TEST_F(PrefetchedCutsTest, AFileThatHasChangedIsCutAsItIsNow) {
+  const std::string path = Jpeg({});
+  const FileWork work = WorkOf(path, "jpg");
+  services.PlanWork({work});
+  CutSource source;
+  ASSERT_TRUE(services.OpenForCuts(path, Encoder::Jpeg, source, work));
+  MakeOptions grey;
+  grey.colours = Colours::Grey;
+  grey.luma = {1, 1};
+  Jpeg(grey);
+  const CropRequest request = Request(path, {10, 10, 50, 40}, "jpg");
+  const std::string alone = Written(request, services.CropToFile(request));
+  EXPECT_EQ(alone, Written(request, services.CropToFile(source, request)));
+}
+
+TEST_F(PrefetchedCutsTest, WithoutAPlanTheSourceIsDecoded) {
+  const std::string path = Jpeg({});
+  CutSource source;
+  ASSERT_TRUE(services.OpenForCuts(path, Encoder::Jpeg, source, WorkOf(path, "jpg")));
+  for (const base::Rect& rect : kParts) {
+    const CropRequest request = Request(path, rect, "jpg");
+    EXPECT_FALSE(Written(request, services.CropToFile(source, request)).empty());
+  }
+}
+
+TEST_F(PrefetchedCutsTest, OneCropThatFailsLeavesAllToTheCaller) {
+  const std::string path = Jpeg({});
+  FileWork work = WorkOf(path, "jpg");
+  work.steps.emplace_back(Request(path, {0, 0, 0, 5}, "jpg"));
+  services.PlanWork({work});
+  CutSource source;
+  ASSERT_TRUE(services.OpenForCuts(path, Encoder::Jpeg, source, work));
+  const CropRequest request = Request(path, kParts[1], "jpg");
+  EXPECT_FALSE(Written(request, services.CropToFile(source, request)).empty());
+}
+
+// The work lasts until the stop was seen.
+TEST_F(PrefetchedCutsTest, AStopRequestEndsTheWait) {
+  const std::string path = Jpeg({});
+  const auto caller = std::this_thread::get_id();
+  bool stop = false;
+  std::promise<void> begun;
+  std::promise<void> released;
+  bool first = true;
+  const auto hang = [&] {
+    if (std::this_thread::get_id() == caller || !std::exchange(first, false)) return;
+    begun.set_value();
+    released.get_future().wait();
+  };
+  for (const int nth : {1, 2, 3}) world.faults.Before(host::testing::DiskCall::Stat, nth, hang, "in.jpg");
+  WaitHooks hooks;
+  hooks.idle = [&] {
+    if (!stop) begun.get_future().wait();
+    stop = true;
+  };
+  hooks.stopped = [&] { return stop; };
+  Services waiting(world.files, world.host.programFolder, hooks);
+  const FileWork work = WorkOf(path, "jpg");
+  waiting.PlanWork({work});
+  CutSource source;
+  EXPECT_EQ(waiting.OpenForCuts(path, Encoder::Jpeg, source, work).GetProblem(), Problem::Stopped);
+  EXPECT_EQ(source.Data(), nullptr);
+  released.set_value();
 }
 
 }  // namespace

@@ -7,7 +7,6 @@
 #include <map>
 #include <utility>
 
-#include "job/cut/cut_prefetch.h"
 #include "job/cut/cut_steps.h"
 #include "job/cut_fixture.h"
 #include "job/psd_bytes.h"

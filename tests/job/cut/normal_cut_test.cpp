@@ -43,6 +43,34 @@ TEST_F(NormalCutTest, AnEmptyListAsksForFiles) {
   EXPECT_EQ(OutNames(), std::vector<std::string>{"a.jpg"});
 }
 
+// While the list was empty, sources were to be overwritten.
+TEST_F(NormalCutTest, AnOptionThatIsSwitchedDuringAQuestionCounts) {
+  form.ChOver.Set(true);
+  Put("LOutDir", "/nowhere");
+  world.boxes.OnShow([this](const host::Box&) { form.ChOver.Set(false); });
+  world.dialogs.ChooseFiles({Make("a.bmp")});
+  Cut();
+  ASSERT_EQ(Boxes().size(), 3u);
+  EXPECT_EQ(Boxes()[2].box.text, "输出目录不存在：/nowhere");
+  ExpectNoRun();
+}
+
+TEST_F(NormalCutTest, HelpersAreEndedAfterTheLastBoxAndBeforeTheWindowIsUsable) {
+  recorder.onFileDone = [this](const FileResult&) {
+    world.processes.Add({1, "QxBackImg.exe", world.host.programFolder, true});
+    world.processes.Add({2, "QxImgTool.exe", world.host.programFolder, true});
+  };
+  using Ids = std::vector<int>;
+  world.boxes.OnShow([this](const host::Box&) { EXPECT_EQ(world.processes.Ended(), Ids()); });
+  form.Observe([this](controls::Control& control, controls::Aspect) {
+    if (&control != &form.Frame1 || !form.Frame1.Enabled()) return;
+    EXPECT_EQ(world.processes.Ended(), (Ids{2, 1}));
+  });
+  Cut({Make("a.bmp")});
+  EXPECT_EQ(Boxes().size(), 1u);
+  EXPECT_EQ(world.processes.Ended(), (Ids{2, 1}));
+}
+
 TEST_F(NormalCutTest, AMissingOutputFolderIsAskedFor) {
   List({Make("a.bmp")});
   Put("LOutDir", "/nowhere");

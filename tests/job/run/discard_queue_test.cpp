@@ -3,7 +3,9 @@
 #include "job/run/discard_queue.h"
 
 #include <filesystem>
+#include <utility>
 
+#include "host/testing/open_watch.h"
 #include "job/cut_fixture.h"
 
 namespace quillon::job {
@@ -20,19 +22,21 @@ class DiscardQueueTest : public CutTest {
   void Drain(const std::vector<host::LateFailure>& lost = {}) {
     queue.Drain(
         lost,
-        [this](const DiscardQueue::Source& source, const host::Status& read) {
-          judged.push_back(source.path);
-          reads.push_back(read);
-          return verdict;
+        [this](const DiscardQueue::Source& source) {
+          asked.push_back(source.path);
+          return due;
         },
-        [this](const DiscardQueue::Source&, const host::Status& status) { discarded.push_back(status); });
+        [this](const DiscardQueue::Source&, DiscardQueue::Kept reason, const host::Status& status) {
+          kept.emplace_back(reason, status.Why());
+        });
   }
 
+  using Kept = DiscardQueue::Kept;
+
   DiscardQueue queue{program.context};
-  DiscardQueue::Verdict verdict = DiscardQueue::Verdict::Discard;
-  std::vector<std::string> judged;
-  std::vector<host::Status> reads;
-  std::vector<host::Status> discarded;
+  bool due = true;
+  std::vector<std::string> asked;
+  std::vector<std::pair<Kept, std::string>> kept;
 };
 
 TEST_F(DiscardQueueTest, SourcesGoInTheirOrderOnceAllOutputsAreReadBack) {
@@ -41,12 +45,12 @@ TEST_F(DiscardQueueTest, SourcesGoInTheirOrderOnceAllOutputsAreReadBack) {
   EXPECT_EQ(queue.Size(), 2u);
   Drain();
   EXPECT_EQ(queue.Size(), 0u);
-  EXPECT_EQ(judged, (std::vector<std::string>{In("a.bmp"), In("b.bmp")}));
-  EXPECT_EQ(discarded.size(), 2u);
+  EXPECT_EQ(asked, (std::vector<std::string>{In("a.bmp"), In("b.bmp")}));
+  EXPECT_TRUE(kept.empty());
   EXPECT_FALSE(world.folder.Exists("in/a.bmp"));
   EXPECT_TRUE(world.folder.Exists("data/Trash/files/a.bmp"));
   Drain();
-  EXPECT_EQ(judged.size(), 2u) << "the queue is empty now";
+  EXPECT_EQ(asked.size(), 2u) << "the queue is empty now";
 }
 
 TEST_F(DiscardQueueTest, OneOutputThatBreaksOffKeepsTheSource) {
@@ -54,37 +58,57 @@ TEST_F(DiscardQueueTest, OneOutputThatBreaksOffKeepsTheSource) {
   const std::string whole = world.folder.Read("in/a_2.png");
   world.folder.Write("in/a_2.png", whole.substr(0, whole.size() / 2));
   Drain();
-  ASSERT_EQ(reads.size(), 1u);
-  EXPECT_FALSE(reads[0]);
-  EXPECT_TRUE(discarded.empty());
+  ASSERT_EQ(kept.size(), 1u);
+  EXPECT_EQ(kept[0].first, Kept::OutputLost);
+  EXPECT_NE(kept[0].second, "");
   EXPECT_TRUE(world.folder.Exists("in/a.bmp"));
 }
 
 TEST_F(DiscardQueueTest, OneOutputThatDidNotReachTheDiskKeepsTheSource) {
   Queue("a.bmp", {"a_1.png", "a_2.png"});
   Drain({{In("a_2.png"), {host::Problem::Other, "late"}}});
-  ASSERT_EQ(reads.size(), 1u);
-  EXPECT_EQ(reads[0].Why(), "late");
-  EXPECT_TRUE(discarded.empty());
+  ASSERT_EQ(kept.size(), 1u);
+  EXPECT_EQ(kept[0], std::pair(Kept::OutputLost, std::string("late")));
   EXPECT_TRUE(world.folder.Exists("in/a.bmp"));
 }
 
 TEST_F(DiscardQueueTest, TheOwnerMayKeepASource) {
   Queue("a.bmp", {"a_1.png"});
-  verdict = DiscardQueue::Verdict::Keep;
+  due = false;
   Drain();
-  ASSERT_EQ(reads.size(), 1u);
-  EXPECT_TRUE(reads[0]);
-  EXPECT_TRUE(discarded.empty());
+  EXPECT_TRUE(kept.empty());
   EXPECT_TRUE(world.folder.Exists("in/a.bmp"));
+}
+
+TEST_F(DiscardQueueTest, OutputsOfASourceThatIsNotDueAreNotRead) {
+  for (const bool wanted : {false, true}) {
+    Queue("a.bmp", {"a_1.png"});
+    due = wanted;
+    host::testing::OpenWatch reads(In("a_1.png"));
+    Drain();
+    EXPECT_EQ(reads.Opened(), wanted);
+  }
+}
+
+TEST_F(DiscardQueueTest, ASourceThatHasChangedSinceItWasReadIsKept) {
+  for (const bool changed : {false, true}) {
+    DiscardQueue::Source entry{0, Make("a.bmp"), {Make("a_1.png")}};
+    entry.stamp = StampOf(world.files, entry.path);
+    queue.Add(entry);
+    if (changed) Make("a.bmp", 60, 50);
+    Drain();
+    EXPECT_EQ(world.folder.Exists("in/a.bmp"), changed);
+  }
+  ASSERT_EQ(kept.size(), 1u);
+  EXPECT_EQ(kept[0].first, Kept::Changed);
 }
 
 TEST_F(DiscardQueueTest, ASourceThatCannotBeDiscardedIsReported) {
   Queue("a.bmp", {"a_1.png"});
   std::filesystem::remove(In("a.bmp"));
   Drain();
-  ASSERT_EQ(discarded.size(), 1u);
-  EXPECT_FALSE(discarded[0]);
+  ASSERT_EQ(kept.size(), 1u);
+  EXPECT_EQ(kept[0].first, Kept::NotDiscarded);
 }
 
 }  // namespace

@@ -11,7 +11,7 @@ namespace {
 
 using Calls = std::vector<std::string>;
 
-class NotingDriver final : public FileDriver {
+class NotingDriver final : public RunDriver {
  public:
   explicit NotingDriver(Program& program) : program_(program) {}
 
@@ -32,7 +32,7 @@ class NotingDriver final : public FileDriver {
   }
   void PrefetchFrom(std::size_t row) override { Note("prefetch " + std::to_string(row)); }
   void EndPrefetch() override { Note("end prefetch"); }
-  RunEnd End() override {
+  RunEnd End(RunSource) override {
     Note("end");
     return end;
   }
@@ -125,6 +125,27 @@ TEST_F(ListRunTest, AsksForWhatIsMissingInOrder) {
   EXPECT_EQ(Texts(), Calls{"输出目录不存在：" + world.folder.Path("nowhere")});
   EXPECT_EQ(recorder.started.size(), 0u);
   EXPECT_FALSE(flags.Busy);
+}
+
+// A question gives the window turns.
+TEST_F(ListRunTest, NeedsThatAQuestionChangesCount) {
+  options.Load();
+  options.Show();
+  program.files.Clear();
+  form.LOutDir.SetText(world.folder.Path("nowhere"));
+  driver.needs.ensured = {Need::Files};
+  world.boxes.OnShow([this](const host::Box&) {
+    driver.needs.ensured = {Need::OutputFolder, Need::Files};
+    driver.needs.hidden = {"FBaseOpt"};
+  });
+  world.dialogs.ChooseFiles({In("a.bmp")});
+  world.dialogs.ChooseFolderNext(outFolder);
+  driver.onCut = [&] { EXPECT_FALSE(options.Visible()); };
+  Run();
+  EXPECT_EQ(Texts(),
+            (Calls{"请先添加文件列表！", "文件列表添加完毕！", "输出目录不存在：" + world.folder.Path("nowhere")}));
+  EXPECT_EQ(Totals().none, 1u);
+  EXPECT_TRUE(options.Visible());
 }
 
 TEST_F(ListRunTest, AMissingPartIsAskedForAlone) {

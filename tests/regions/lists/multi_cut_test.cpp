@@ -1,8 +1,10 @@
 // SPDX-FileCopyrightText: 2026 The Quillon developers
 // SPDX-License-Identifier: GPL-3.0-or-later
 // The cut of all regions out of every picture.
+#include <algorithm>
 #include <cerrno>
 #include <filesystem>
+#include <utility>
 
 #include "host/background_call.h"
 #include "host/posix/sqlite_journals.h"
@@ -471,6 +473,29 @@ TEST_F(LargeMultiCutTest, NoShareIsCutIntoTheInputFolder) {
   CutListed();
   EXPECT_EQ(Boxes(job::kSharedOutput), 1);
   EXPECT_TRUE(recorder.started.empty());
+}
+
+TEST_F(LargeMultiCutTest, AFurtherFileCanBeCutMeanwhile) {
+  const std::string further = Make("sub/b.bmp", 60, 50);
+  std::vector<std::string> told;
+  form.Observe([&](controls::Control& control, controls::Aspect aspect) {
+    if (&control == &form.LStatus && aspect == controls::Aspect::Value) told.push_back(form.LStatus.Value());
+  });
+  bool once = true;
+  recorder.onFileDone = [&](const job::FileResult&) {
+    if (std::exchange(once, false)) window.LargeMulCut(further, "7");
+  };
+  CutListed();
+  EXPECT_EQ(OutNames().size(), 4u);
+  EXPECT_EQ(SizeOf(Out("b_裁剪区域2.bmp")), (base::Size{30, 25}));
+  EXPECT_NE(std::find(told.begin(), told.end(), "  正在裁剪2/2，已处理7"), told.end());
+  EXPECT_EQ(Totals().written, 4u);
+}
+
+TEST_F(LargeMultiCutTest, WithoutARunNothingIsCut) {
+  window.LargeMulCut(In("a.bmp"), "1");
+  EXPECT_TRUE(OutNames().empty());
+  EXPECT_TRUE(recorder.done.empty());
 }
 
 }  // namespace

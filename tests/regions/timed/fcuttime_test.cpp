@@ -1,9 +1,10 @@
 // SPDX-FileCopyrightText: 2026 The Quillon developers
 // SPDX-License-Identifier: GPL-3.0-or-later
 // The timed cut of a watched folder.
+#include <cerrno>
 #include <filesystem>
 
-#include "regions/regions_fixture.h"
+#include "regions/timed/watch_fixture.h"
 #include "regions/transparent_png.h"
 
 namespace quillon::regions {
@@ -14,53 +15,6 @@ using host::Reply;
 using job::Painted;
 using job::Picture;
 using job::Slope;
-
-constexpr int kMostTurns = 20000;
-
-class CutTimeTest : public RegionsTest {
- protected:
-  void SetUp() override {
-    RegionsTest::SetUp();
-    ASSERT_TRUE(world.files.MakeFolders(In("")));
-    program.ShowWindow("FCutTime");
-    Put("FCutTime.LDir", world.folder.Path("in"));
-    Put("FCutTime.CmbType", "0");
-    AnswerStop();
-    Fill("10", "20", "30", "40");
-  }
-  virtual void AnswerStop() { world.boxes.Answer("终止定时裁剪？", Reply::Ok); }
-  // Presses the start and, once done() holds, the stop. done is asked at every turn.
-  void WatchUntil(const std::function<bool()>& done) {
-    int turns = 0;
-    bool stopped = false;
-    const auto act = std::make_shared<std::function<void()>>([&, this] {
-      if (!window.Running() || stopped) return;
-      if (!done() && ++turns < kMostTurns) return;
-      stopped = true;
-      EXPECT_LT(turns, kMostTurns) << "the watch did not come to its end";
-      window.CmdStop_Click();
-    });
-    acts_.push_back(act);
-    world.pump.EveryTurn([act] {
-      if (*act) (*act)();
-    });
-    Click("FCutTime.CmdDo");
-    *act = nullptr;
-  }
-  // Until the rounds have gone over the folder that many times.
-  void WatchFor(double seconds) {
-    const double end = world.clock.Seconds() + seconds;
-    WatchUntil([this, end] { return world.clock.Seconds() >= end; });
-  }
-  std::vector<std::string> InNames() const { return world.folder.Names("in"); }
-  void Region(const std::string& top, const std::string& left, const std::string& right, const std::string& bottom) {
-    Fill(top, left, right, bottom);
-    Click("FCutTime.CmdAdd");
-  }
-
-  FCutTime& window = regions.fCutTime;
-  std::vector<std::shared_ptr<std::function<void()>>> acts_;
-};
 
 // The question at the end is answered by the test.
 class StopTest : public CutTimeTest {
@@ -600,6 +554,26 @@ TEST_F(CutTimeTest, ADiskThatIsFullAsksAndCancelEndsTheWatch) {
   EXPECT_EQ(world.folder.Read("in/a.bmp"), before);
   EXPECT_FALSE(window.Running());
   EXPECT_TRUE(Totals().stopped);
+}
+
+// What was reported as written and is lost after all counts no more.
+TEST_F(CutTimeTest, ALostRegionIsReportedAndCountsNoMore) {
+  Put("FCutTime.ChMul", "1");
+  Put("FCutTime.CmbType", "*.bmp");
+  Region("0", "0", "50", "40");
+  Region("40", "50", "0", "0");
+  Make("a.bmp", 100, 80);
+  (void)world.files.Flush();
+  world.faults.Set({.call = host::testing::DiskCall::Sync,
+                    .error = EIO,
+                    .length = host::testing::Fault::Length::ForEver,
+                    .pathHolds = "a_2.bmp"});
+  WatchUntil([&] { return !recorder.lost.empty(); });
+  EXPECT_TRUE(world.folder.Exists("in/a.bmp"));
+  EXPECT_EQ(window.LFiles.Value(), "已裁剪数：0");
+  EXPECT_EQ(window.LNote.Value().find("a.bmp："), 0u) << window.LNote.Value();
+  EXPECT_EQ(recorder.lost[0].source, In("a.bmp"));
+  EXPECT_EQ(Totals().none, 1u);
 }
 
 TEST_F(CutTimeTest, ABurstIsCutExactlyOnce) {

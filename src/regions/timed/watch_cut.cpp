@@ -1,0 +1,155 @@
+// SPDX-FileCopyrightText: 2026 The Quillon developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "regions/timed/watch_cut.h"
+
+#include <utility>
+
+#include "base/path_text.h"
+#include "base/utf8.h"
+#include "job/run/run_ledger.h"
+#include "job/work_files.h"
+
+namespace quillon::regions {
+namespace {
+
+using host::Problem;
+using job::FileResult;
+using job::Result;
+using job::Retry;
+
+// Whether a failure says that the file is not whole, or not there any more, so that it was not really tried.
+bool NotWhole(const host::Status& status) {
+  const Problem problem = status.GetProblem();
+  return problem == Problem::Damaged || problem == Problem::Unsupported || problem == Problem::Missing;
+}
+
+}  // namespace
+
+WatchCut::WatchCut(job::Program& program, WatchCutOptions options)
+    : program_(program),
+      options_(std::move(options)),
+      prefetch_(program.context,
+                [this](std::size_t, const std::string& path, base::Size size) { return Foresee(path, size); }) {}
+
+void WatchCut::Cut(const job::RunFile& file, const Report& report) {
+  imaging::ImageFacts facts;
+  const host::Status measured = program_.images.ImageInfo(file.path, facts);
+  const base::Size size{facts.width, facts.height};
+  if (!measured || size.Empty()) {
+    FileResult result = Failed(file.path, measured ? host::Status(Problem::Damaged, job::kNoSize) : measured);
+    if (result.retry == Retry::Never) result.retry = Retry::OnceChanged;
+    report(std::move(result));
+  } else if (IsSmall(size)) {
+    report({0, file.path, "", Result::Skipped, "按“忽略小图片”跳过"});
+  } else if (!options_.regions.empty()) {
+    report(CutPicture(file, size));
+  }
+}
+
+FileResult WatchCut::CutPicture(const job::RunFile& file, base::Size size) {
+  const std::vector<RegionCut> cuts = CutsOf(file.path, size);
+  std::vector<std::string> outputs;
+  if (!options_.several) {
+    const host::Status status = CutInPlace(file, cuts.front());
+    return status ? FileResult{0, file.path, file.path, Result::Written, ""} : Failed(file.path, status);
+  }
+  if (const host::Status status = CutBeside(file, cuts, outputs); !status) return Failed(file.path, status);
+  ledger_->DiscardAtEnd({0, file.path, outputs, file.settled});
+  FileResult result{0, file.path, outputs.front(), Result::Written, ""};
+  result.more.assign(outputs.begin() + 1, outputs.end());
+  return result;
+}
+
+FileResult WatchCut::Failed(const std::string& path, const host::Status& status) const {
+  FileResult result{0, path, "", Result::None, status.Why()};
+  if (NotWhole(status)) result.retry = Retry::OnceChanged;
+  // Nobody has stopped the watch: it is the disk that does not respond.
+  if (status.GetProblem() == Problem::Stopped && !program_.flags.StopRequested) result.retry = Retry::Soon;
+  return result;
+}
+
+bool WatchCut::IsSmall(base::Size size) const {
+  if (!options_.sizeFilter) return false;
+  const bool narrow = size.width <= options_.smallWidth;
+  const bool low = size.height <= options_.smallHeight;
+  return options_.both ? narrow && low : narrow || low;
+}
+
+std::vector<RegionCut> WatchCut::CutsOf(const std::string& path, base::Size size) const {
+  const base::PathParts parts = base::SplitPath(path);
+  std::vector<RegionCut> cuts;
+  for (std::size_t i = 0; i < options_.regions.size(); ++i) {
+    const std::string name = parts.name + "_" + std::to_string(i + 1);
+    cuts.push_back(
+        {BoxOf(options_.regions[i], options_.unit, size),
+         options_.several ? base::JoinPath(parts.folder, name, parts.extension) : AsidePath(parts.extension)});
+  }
+  return cuts;
+}
+
+std::string WatchCut::AsidePath(const std::string& extension) const {
+  return program_.AppPath(std::string(job::work_files::kResultStem) + "." + extension);
+}
+
+imaging::FileWork WatchCut::WorkOf(const std::string& path, const std::vector<RegionCut>& cuts) const {
+  const imaging::Alpha alpha = options_.fast ? imaging::Alpha::OnWhite : imaging::Alpha::Kept;
+  return RegionWork(path, cuts, program_.form1.TQuality.Integer(), alpha);
+}
+
+std::optional<imaging::FileWork> WatchCut::Foresee(const std::string& path, base::Size size) const {
+  if (size.Empty() || IsSmall(size)) return std::nullopt;
+  imaging::FileWork work = WorkOf(path, CutsOf(path, size));
+  if (work.Empty()) return std::nullopt;
+  return work;
+}
+
+// A picture that cannot be loaded for the fast way goes the other one.
+RegionSource WatchCut::Open(const std::string& path, const std::vector<RegionCut>& cuts) const {
+  using Decode = RegionSource::Decode;
+  RegionSource::Options options{.extension = base::SplitPath(path).extension, .work = WorkOf(path, cuts)};
+  if (options_.fast) {
+    options.decode = Decode::Once;
+    options.alpha = imaging::Alpha::OnWhite;
+    RegionSource fast(program_.images, program_.saver, path, options);
+    if (fast.Opened()) return fast;
+    options.alpha = imaging::Alpha::Kept;
+    options.work = {};
+  }
+  options.decode = options_.several ? Decode::Once : Decode::ForEach;
+  return {program_.images, program_.saver, path, options};
+}
+
+// Cut aside first: a source that another program has replaced meanwhile is not written over.
+host::Status WatchCut::CutInPlace(const job::RunFile& file, const RegionCut& cut) {
+  const host::Status made = Open(file.path, {cut}).Cut(cut, program_.form1.TQuality.Integer());
+  if (!made) return made;
+  const auto now = StampOf(program_.host.files, file.path);
+  if (!now || !file.settled || !Unchanged(*file.settled, *now)) return {Problem::Damaged, "图片在裁剪期间被改动"};
+  return program_.saver.Copy(cut.output, file.path);
+}
+
+host::Status WatchCut::CutBeside(const job::RunFile& file, const std::vector<RegionCut>& cuts,
+                                 std::vector<std::string>& outputs) {
+  RegionSource picture = Open(file.path, cuts);
+  if (!picture.Opened()) return picture.Opened();
+  host::Status failure;
+  for (const RegionCut& cut : cuts) {
+    program_.host.pump.Turn();
+    if (program_.flags.StopRequested) return {Problem::Stopped, "已停止，未处理完"};
+    host::Status made = cut.box.Empty() ? host::Status() : MakeRoom(cut.output);
+    if (made) made = picture.Cut(cut, program_.form1.TQuality.Integer());
+    if (made) outputs.push_back(cut.output);
+    if (!made && failure) failure = made;
+  }
+  return failure;
+}
+
+// What stands under the name of a region is not ours to write over.
+host::Status WatchCut::MakeRoom(const std::string& target) {
+  if (!program_.host.files.Stat(target)) return host::Status::Ok();
+  host::Status gone = program_.host.files.Discard(target);
+  if (gone) return gone;
+  return {Problem::Denied, "同名文件无法移入回收站：" + base::DisplayText(target)};
+}
+
+}  // namespace quillon::regions

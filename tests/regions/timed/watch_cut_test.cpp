@@ -1,0 +1,112 @@
+// SPDX-FileCopyrightText: 2026 The Quillon developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+// What is prefetched for a watched folder: always the same bytes as without.
+#include "regions/timed/watch_cut.h"
+
+#include <filesystem>
+#include <map>
+#include <tuple>
+
+#include "host/testing/fakes.h"
+#include "job/list/dead_disk.h"
+#include "regions/timed/watch_fixture.h"
+#include "regions/transparent_png.h"
+
+namespace quillon::regions {
+namespace {
+
+using job::Painted;
+using job::Slope;
+
+class WatchPlanTest : public CutTimeTest, public ::testing::WithParamInterface<std::tuple<bool, bool>> {
+ protected:
+  void SetUp() override {
+    CutTimeTest::SetUp();
+    const auto [fast, several] = GetParam();
+    Put("FCutTime.ChFast", fast ? "1" : "0");
+    if (!several) return;
+    Put("FCutTime.ChMul", "1");
+    Region("0", "0", "50", "40");
+    Region("40", "50", "0", "0");
+    // What a round has made stays as it is in the next.
+    Put("FCutTime.ChSizeFilter", "1");
+    Put("FCutTime.ChBoth", "1");
+    Put("FCutTime.TW", "60");
+  }
+  // All files that a watch of new pictures has left, by name.
+  std::map<std::string, std::string> WatchAll() {
+    std::filesystem::remove_all(In(""));
+    int width = 100;
+    for (const char* name : {"a.jpg", "b.png", "c.gif", "d.tif", "e.bmp"}) Make(name, Painted(width++, 80, Slope));
+    world.folder.Write("in/f.png", HalfTransparentPng());
+    WatchFor(5);
+    std::map<std::string, std::string> files;
+    for (const std::string& name : InNames()) files[name] = world.folder.Read("in/" + name);
+    return files;
+  }
+};
+
+TEST_P(WatchPlanTest, AForeseenWatchWritesTheSameBytes) {
+  program.recovering = true;  // nothing is prefetched
+  const auto plain = WatchAll();
+  EXPECT_GE(plain.size(), 6u);
+  program.recovering = false;
+  const auto prefetched = WatchAll();
+  ASSERT_EQ(plain.size(), prefetched.size());
+  for (const auto& [name, bytes] : plain) EXPECT_TRUE(bytes == prefetched.at(name)) << name;
+}
+
+// Without this, the test above would compare one way with itself.
+TEST_P(WatchPlanTest, ThePlanIsWhatTheCutAsksFor) {
+  const auto [fast, several] = GetParam();
+  WatchCut cut(program,
+               {.fast = fast, .several = several, .regions = {{10, 10, 10, 10}, {0, 0, 50, 40}}, .unit = Unit::Pixels});
+  job::RunLedger ledger(program.context, 0);
+  cut.Begin(ledger);
+  for (const char* name : {"a.jpg", "b.png", "c.gif", "d.tif", "e.bmp"}) {
+    SCOPED_TRACE(name);
+    const std::string path = Make(name, Painted(100, 80, Slope));
+    const auto plan = cut.Foresee(path, {100, 80});
+    ASSERT_TRUE(plan.has_value());
+    for (const bool afterCut : {false, true}) {
+      program.images.PlanWork({*plan});
+      job::Result result = job::Result::Written;
+      if (afterCut) {
+        cut.Cut({0, path, 1, StampOf(world.files, path)}, [&](const auto& one) { result = one.result; });
+      }
+      EXPECT_EQ(result, job::Result::Written);
+      std::optional<imaging::Services::PrefetchedFiles> ready;
+      EXPECT_TRUE(program.images.PopPrefetched(*plan, ready));
+      EXPECT_EQ(ready.has_value(), !afterCut);
+    }
+  }
+  cut.EndPrefetch();
+}
+
+INSTANTIATE_TEST_SUITE_P(All, WatchPlanTest, ::testing::Combine(::testing::Bool(), ::testing::Bool()));
+
+class SilentWatchTest : public CutTimeTest {};
+
+TEST_F(SilentWatchTest, ADiskThatIsSilentForAWhileLosesNoPicture) {
+  Make("a.bmp", 100, 80);
+  job::DeadDisk dead;
+  dead.Take(world.faults, host::testing::DiskCall::Stat, "in/a.bmp");
+  world.pump.EveryTurn([&] {
+    if (host::testing::OtherThreadsWait()) world.clock.Advance(1);
+  });
+  const double start = world.clock.Seconds();
+  bool answers = false;
+  WatchUntil([&] {
+    if (!answers && dead.Hangs() && world.clock.Seconds() > start + 100) {
+      EXPECT_TRUE(recorder.done.empty());
+      dead.Answer();
+      answers = true;
+    }
+    return window.LFiles.Value() == "已裁剪数：1";
+  });
+  EXPECT_TRUE(answers);
+  EXPECT_EQ(SizeOf(In("a.bmp")), (base::Size{50, 30}));
+}
+
+}  // namespace
+}  // namespace quillon::regions
