@@ -1,9 +1,9 @@
 // SPDX-FileCopyrightText: 2026 The Quillon developers
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include <gtest/gtest.h>
-
 #include <fcntl.h>
+#include <gtest/gtest.h>
 #include <sys/socket.h>
+#include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -143,20 +143,39 @@ TEST_F(CompanionTest, AnswersManyFiles) {
   ASSERT_TRUE(Ask(picture)) << "a file that cannot be opened does not end it";
 }
 
-TEST_F(CompanionTest, AFileThatNeverEndsEndsTheHelperAlone) {
+// A file on which a companion would work for ever.
+class SilentCompanionTest : public CompanionTest {
+ protected:
+  void SetUp() override {
+    const std::string program = app_.Write("Silent.dll", "#!/bin/sh\nexec sleep 1000\n");
+    ASSERT_EQ(chmod(program.c_str(), 0700), 0);
+    helper_ = host::posix::StartCompanion(program);
+    ASSERT_NE(helper_, nullptr);
+    file_ = app_.Write("a.tga", "x");
+  }
+
+  std::string file_;
+};
+
+TEST_F(SilentCompanionTest, AFileThatNeverEndsEndsTheHelperAlone) {
   constexpr double kShort = 0.2;
-  const std::string endless = app_.Write("a.tif", imaging::testing::CyclicTiff(61, 43));
-  EXPECT_EQ(Ask(endless, kShort).GetProblem(), Problem::Other);
+  EXPECT_EQ(Ask(file_, kShort).GetProblem(), Problem::Other);
   EXPECT_FALSE(helper_->Alive());
-  EXPECT_EQ(Ask(endless).GetProblem(), Problem::Other) << "at once";
+  EXPECT_EQ(Ask(file_).GetProblem(), Problem::Other) << "at once";
 }
 
-TEST_F(CompanionTest, AStopEndsTheWait) {
-  const std::string endless = app_.Write("a.tif", imaging::testing::CyclicTiff(61, 43));
+TEST_F(SilentCompanionTest, AStopEndsTheWait) {
   int rounds = 0;
-  EXPECT_EQ(Ask(endless, kLong, [&] { return ++rounds < 3; }).GetProblem(), Problem::Stopped);
+  EXPECT_EQ(Ask(file_, kLong, [&] { return ++rounds < 3; }).GetProblem(), Problem::Stopped);
   EXPECT_EQ(rounds, 3);
   EXPECT_FALSE(helper_->Alive());
+}
+
+// Its directory is its own successor, on which MediaInfo by itself never ends.
+TEST_F(CompanionTest, ATiffThatLeadsInACircleIsAnswered) {
+  const std::string circle = app_.Write("a.tif", imaging::testing::CyclicTiff(61, 43));
+  ASSERT_TRUE(Ask(circle));
+  EXPECT_TRUE(helper_->Alive());
 }
 
 TEST(CompanionStart, AMissingProgramIsNothing) {

@@ -20,7 +20,7 @@ class NotingDriver final : public RunDriver {
     Note("prepare");
     return prepares;
   }
-  void Begin(RunLedger&, RunJournal&) override { Note("begin"); }
+  void Begin(RunLedger&) override { Note("begin"); }
   std::string Name() const override { return "noting"; }
   std::vector<std::string> Outputs(const std::string&) const override { return {}; }
   void Start() override { Note("start"); }
