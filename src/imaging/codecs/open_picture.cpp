@@ -119,7 +119,7 @@ Status OpenPicture(const host::Files& files, const std::string& path, const Limi
       status = OpenRows(std::move(bytes), limits, out);
       break;
     default:
-      status = OpenStream(path, std::move(bytes), limits, reduceTo, control, out);
+      status = OpenStream(path, bytes, limits, reduceTo, control, out);
       break;
   }
   if (status) SetTags(out);
@@ -131,7 +131,7 @@ Status OpenTiffPage(const host::Files& files, const std::string& path, int page,
   std::shared_ptr<Bytes> bytes;
   if (Status status = OpenKnown(files, path, {}, bytes, out); !status) return status;
   if (out.format != Format::Tiff) return fault::NotAPicture();
-  if (Status status = OpenVipsRows(out.format, std::move(bytes), limits, out.stream, page); !status) return status;
+  if (Status status = OpenVipsRows(out.format, bytes, limits, out.stream, page); !status) return status;
   out.original = out.stream->Facts().size;
   SetTags(out);
   return Status::Ok();
