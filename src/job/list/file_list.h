@@ -2,11 +2,11 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include <compare>
 #include <cstdint>
 #include <memory>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "base/rect.h"
@@ -15,13 +15,8 @@
 
 namespace quillon::job {
 
-// Identifies a file on this machine, whatever its name. All zeros: unknown.
-struct FileId {
-  std::uint64_t device = 0;
-  std::uint64_t inode = 0;
-
-  auto operator<=>(const FileId&) const = default;
-};
+// Device and inode, which identify a file on this machine whatever its name. Both zero: unknown.
+using FileId = std::pair<std::uint64_t, std::uint64_t>;
 
 // How a walk has come to a file.
 enum class Reached { ByFolders, ByFolderLink };
