@@ -15,7 +15,10 @@ constexpr int kGifPixel = 4;      // of a picture that is held whole to choose i
 constexpr int kRowsPassing = 64;  // that the steps of a pipeline hold together, and the encoder behind them
 constexpr int kFloat = 4;
 
-std::int64_t Area(base::Size size) { return std::int64_t{size.width} * size.height; }
+// More pixels than any memory holds, and few enough that products and sums of a work's bytes stay within 64 bits.
+constexpr std::int64_t kTooManyPixels = std::int64_t{1} << 48;
+
+std::int64_t Area(base::Size size) { return std::min(std::int64_t{size.width} * size.height, kTooManyPixels); }
 base::Size SizeOf(const base::Rect& rect) { return {rect.width, rect.height}; }
 
 // What one request holds, and the size of the picture that it writes.

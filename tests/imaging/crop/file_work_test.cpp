@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "imaging/crop/file_work.h"
 
+#include <limits>
 #include <thread>
 
 #include "imaging/crop/work_memory.h"
@@ -290,6 +291,17 @@ TEST_F(FileWorkTest, MemoryIsEstimatedFromTheSizes) {
   memory = MemoryFor({{effects, border}}, opened);
   EXPECT_EQ(memory.working, 2 * 83 * 61 * 3 + rows(83) + 10 * 10 * 3);
   EXPECT_EQ(memory.results, 0);
+}
+
+// A canvas of any size that a request can name asks for more memory than there is, never for less than nothing.
+TEST_F(FileWorkTest, MemoryOfTheLargestCanvasDoesNotOverflow) {
+  OpenedPicture opened;
+  ASSERT_TRUE(OpenPicture(world.files, Sources()[0], {}, {}, opened));
+  constexpr int kLargest = std::numeric_limits<int>::max();
+  const EffectsRequest zoom{Path("rgb.png"), Path("out"), {83, 61}, {ResampleStep{{kLargest, kLargest}}}, Encoder::Png};
+  const WorkMemory memory = MemoryFor({{zoom}}, opened);
+  EXPECT_GT(memory.working, std::int64_t{1} << 48);
+  EXPECT_GT(memory.results, std::int64_t{1} << 48);
 }
 
 // The same works on many threads at once give the same bytes, however the threads meet.
