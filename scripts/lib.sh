@@ -21,7 +21,8 @@ readonly packages_test=(libgtest-dev libgmock-dev libbenchmark-dev clang-format 
 # shellcheck disable=SC2034
 readonly packages_lint=(clang-tidy shellcheck)
 
-say() { printf '\n== %s\n' "$*"; }
+# say TEXT...: what begins now, with the time of day, from which a log shows how long each stage took.
+say() { printf '\n== %(%T)T %s\n' -1 "$*"; }
 
 die() {
   printf '%s\n' "$*" >&2
@@ -63,8 +64,10 @@ build() {
   (cd -- "$root" && cmake --preset "$preset" --log-level=WARNING && cmake --build --preset "$preset" ${1:+--target "$@"})
 }
 
-# run_tests PRESET: every test of a built preset; a run without any test is a failure.
+# run_tests PRESET [OPTION...]: every test of a built preset; a run without any test is a failure. The options are ctest's.
 run_tests() {
-  say "Testing $1"
-  (cd -- "$root" && QT_QPA_PLATFORM=offscreen ctest --preset "$1" --no-tests=error)
+  local preset=$1
+  shift
+  say "Testing $preset"
+  (cd -- "$root" && QT_QPA_PLATFORM=offscreen ctest --preset "$preset" --no-tests=error "$@")
 }

@@ -109,7 +109,7 @@ struct RuleCase {
 };
 
 // The rotated picture, by exact quarter turns.
-Picture Turned(int width, int height, double angle) {
+Picture TurnedPicture(int width, int height, double angle) {
   if (angle > 0) return Painted(height, width, [&](int x, int y) { return Slope(width - 1 - y, x); });
   if (angle < 0) return Painted(height, width, [&](int x, int y) { return Slope(y, height - 1 - x); });
   return Painted(width, height, Slope);
@@ -125,7 +125,7 @@ TEST_F(CutEffectsTest, RotationRules) {
     program.files.Clear();
     Cut({Make("a.png", c.width, c.height)});
     ASSERT_EQ(Totals().written, 1u) << Whys();
-    EXPECT_EQ(Difference(Read(Out("a.png")), Turned(c.width, c.height, c.angle)), 0);
+    EXPECT_EQ(Difference(Read(Out("a.png")), TurnedPicture(c.width, c.height, c.angle)), 0);
   }
 }
 
@@ -137,7 +137,7 @@ TEST_F(CutEffectsTest, RotatingBeforeTheCutTurnsByTheAngle) {
       program.files.Clear();
       Cut({Make("a.png", size.width, size.height)});
       ASSERT_EQ(Totals().written, 1u) << Whys();
-      EXPECT_EQ(Difference(Read(Out("a.png")), Turned(size.width, size.height, angle)), 0) << angle;
+      EXPECT_EQ(Difference(Read(Out("a.png")), TurnedPicture(size.width, size.height, angle)), 0) << angle;
     }
   }
 }
@@ -224,7 +224,7 @@ TEST_F(CutEffectsTest, TheRectangleIsThatOfTheTurnedPicture) {
   Margins(10, 20, 0, 0);
   Cut({Make("a.png", 50, 20)});
   ASSERT_EQ(Totals().written, 1u) << Whys();
-  const Picture turned = Turned(50, 20, 90);
+  const Picture turned = TurnedPicture(50, 20, 90);
   const Picture wanted = Painted(18, 40, [&](int x, int y) { return turned.At(x + 2, y + 10); });
   EXPECT_EQ(Difference(Read(Out("a.png")), wanted), 0);
 }
@@ -275,7 +275,7 @@ TEST_F(CutEffectsTest, ForASheetAPictureStaysTurned) {
   Put("FBaseOpt.ChRecover", "1");
   Cut({Make("a.png", 50, 20)});
   ASSERT_EQ(Totals().written, 1u) << Whys();
-  EXPECT_EQ(Difference(Read(Out("a.png")), Turned(50, 20, 90)), 0);
+  EXPECT_EQ(Difference(Read(Out("a.png")), TurnedPicture(50, 20, 90)), 0);
 }
 
 TEST_F(CutEffectsTest, EffectsOnATurnedPicture) {
@@ -283,7 +283,7 @@ TEST_F(CutEffectsTest, EffectsOnATurnedPicture) {
   Put("FBaseOpt.ChInvert", "1");
   Cut({Make("a.png", 30, 20)});
   ASSERT_EQ(Totals().written, 1u) << Whys();
-  const Picture turned = Turned(30, 20, -90);
+  const Picture turned = TurnedPicture(30, 20, -90);
   const Picture wanted = Painted(20, 30, [&](int x, int y) {
     const Pixel pixel = turned.At(x, y);
     return Pixel{255 - pixel.red, 255 - pixel.green, 255 - pixel.blue};
