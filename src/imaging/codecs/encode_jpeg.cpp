@@ -16,7 +16,7 @@ using vips::VImage;
 
 constexpr int kLargestSide = 65500;
 
-JpegFormat FormatOf(base::Size size, int channels, bool ycc) {
+JpegFormat JpegFormatOf(base::Size size, int channels, bool ycc) {
   JpegFormat format;
   format.size = size;
   format.components = channels;
@@ -92,7 +92,7 @@ class RowEncoder {
 
 Status WriteJpeg(const Picture& picture, int quality, Exif exif, host::Draft& draft) {
   const VImage& pixels = picture.pixels;
-  const JpegFormat format = FormatOf({pixels.width(), pixels.height()}, pixels.bands(), false);
+  const JpegFormat format = JpegFormatOf({pixels.width(), pixels.height()}, pixels.bands(), false);
   RowEncoder encoder(draft);
   if (Status status = encoder.Begin(format, picture.tags, quality, exif); !status) return status;
   Status status = ForEachRows(pixels, [&](const RowBlock& block) { return encoder.Rows(block); });
@@ -102,7 +102,7 @@ Status WriteJpeg(const Picture& picture, int quality, Exif exif, host::Draft& dr
 Status WriteJpeg(RowStream& rows, const PictureTags& tags, int quality, host::Draft& draft) {
   const RowFacts& facts = rows.Facts();
   RowEncoder encoder(draft);
-  const JpegFormat format = FormatOf(facts.size, facts.Channels(), facts.ycc);
+  const JpegFormat format = JpegFormatOf(facts.size, facts.Channels(), facts.ycc);
   if (Status status = encoder.Begin(format, tags, quality, Exif::Drop); !status) return status;
   const auto size = static_cast<std::size_t>(facts.size.width) * static_cast<std::size_t>(facts.PixelBytes());
   std::vector<unsigned char> row(size);

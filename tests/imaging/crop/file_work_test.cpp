@@ -298,7 +298,8 @@ TEST_F(FileWorkTest, MemoryOfTheLargestCanvasDoesNotOverflow) {
   OpenedPicture opened;
   ASSERT_TRUE(OpenPicture(world.files, Sources()[0], {}, {}, opened));
   constexpr int kLargest = std::numeric_limits<int>::max();
-  const EffectsRequest zoom{Path("rgb.png"), Path("out"), {83, 61}, {ResampleStep{{kLargest, kLargest}}}, Encoder::Png};
+  EffectsRequest zoom{Path("rgb.png"), Path("out"), {83, 61}, {ResampleStep{{kLargest, kLargest}}}};
+  zoom.encoder = Encoder::Png;
   const WorkMemory memory = MemoryFor({{zoom}}, opened);
   EXPECT_GT(memory.working, std::int64_t{1} << 48);
   EXPECT_GT(memory.results, std::int64_t{1} << 48);
