@@ -12,6 +12,10 @@
 
 namespace quillon::host {
 
+// If records of a journal could not be read, because its file is damaged or emptied, the journal has this key for the
+// file "" when it is opened. It stays until it is set to "" or the journal is cleared.
+inline constexpr const char* kTornKey = "torn";
+
 // Persistent records about the files of one job, so that an interrupted job can be resumed after a restart. Each record
 // is a value for a file and a key; all three are arbitrary bytes.
 // Nothing here fails or throws: a record that cannot be stored is lost, and the job merely cannot be resumed there.

@@ -2,8 +2,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "host/posix/sqlite_journals.h"
 
-#include <sqlite3.h>
-
 #include <algorithm>
 #include <chrono>
 #include <cstdint>
@@ -12,6 +10,7 @@
 
 #include "base/path_text.h"
 #include "host/posix/environment.h"
+#include "host/posix/journal_database.h"
 
 namespace quillon::host::posix {
 namespace {
@@ -21,63 +20,11 @@ namespace fs = std::filesystem;
 constexpr std::chrono::hours kMaxAge{24 * 60};
 constexpr const char* kExtension = ".db";
 constexpr char kSeparator = '-';
-// Long enough for a process that only inspects a journal, or repairs one after a crash.
-constexpr int kBusyTimeoutMs = 1000;
-constexpr int kAttempts = 5;
-
-// The cache is small, so that a journal of any length needs little memory.
-constexpr const char* kSafe = "PRAGMA journal_mode = DELETE; PRAGMA synchronous = FULL; PRAGMA cache_size = -512";
-constexpr const char* kFast = "PRAGMA journal_mode = OFF; PRAGMA synchronous = OFF; PRAGMA cache_size = -512";
-// The exclusive lock is taken at once and kept until the journal is closed, so that one process owns it. BEGIN
-// EXCLUSIVE holds no other lock while it waits, so two waiting processes cannot block each other.
-constexpr const char* kTables =
-    "BEGIN EXCLUSIVE; PRAGMA locking_mode = EXCLUSIVE; "
-    "CREATE TABLE IF NOT EXISTS job (text BLOB NOT NULL); "
-    "CREATE TABLE IF NOT EXISTS record (file BLOB NOT NULL, key BLOB NOT NULL, value BLOB NOT NULL, "
-    "PRIMARY KEY (file, key)) WITHOUT ROWID; COMMIT";
-
-struct CloseDatabase {
-  void operator()(sqlite3* database) const { sqlite3_close_v2(database); }
-};
-struct EndStatement {
-  void operator()(sqlite3_stmt* statement) const { sqlite3_finalize(statement); }
-};
-using Database = std::unique_ptr<sqlite3, CloseDatabase>;
-using Statement = std::unique_ptr<sqlite3_stmt, EndStatement>;
-
-bool Run(sqlite3* database, const char* text) {
-  return sqlite3_exec(database, text, nullptr, nullptr, nullptr) == SQLITE_OK;
-}
-
-Statement Prepare(sqlite3* database, const char* text) {
-  sqlite3_stmt* statement = nullptr;
-  sqlite3_prepare_v2(database, text, -1, &statement, nullptr);
-  return Statement(statement);
-}
-
-void Bind(sqlite3_stmt* statement, int place, const std::string& bytes) {
-  sqlite3_bind_blob(statement, place, bytes.data(), static_cast<int>(bytes.size()), SQLITE_TRANSIENT);
-}
-
-std::string BlobAt(sqlite3_stmt* statement, int column) {
-  const void* bytes = sqlite3_column_blob(statement, column);
-  const auto size = static_cast<std::size_t>(sqlite3_column_bytes(statement, column));
-  return bytes ? std::string(static_cast<const char*>(bytes), size) : std::string();
-}
-
-// Returns the value of the first row, nullopt if there is none.
-std::optional<std::string> ValueOf(sqlite3_stmt* statement) {
-  std::optional<std::string> value;
-  if (sqlite3_step(statement) == SQLITE_ROW) value = BlobAt(statement, 0);
-  sqlite3_reset(statement);
-  return value;
-}
-
 class SqliteJournal final : public Journal {
  public:
   SqliteJournal(Database database, std::string path) : path_(std::move(path)), database_(std::move(database)) {
     get_ = Prepare(Raw(), "SELECT value FROM record WHERE file = ?1 AND key = ?2");
-    set_ = Prepare(Raw(), "INSERT OR REPLACE INTO record (file, key, value) VALUES (?1, ?2, ?3)");
+    set_ = Prepare(Raw(), kStoreRecord);
     count_ = Prepare(Raw(), "SELECT count(*) FROM record WHERE key = ?1");
   }
   // An empty journal leaves no file.
@@ -171,54 +118,10 @@ void SweepOld(const std::string& folder) {
   }
 }
 
-enum class State { Ours, Gone, Damaged, OutOfReach };
-
-// Gone: removed by another process while waiting for the lock. OutOfReach: locked by another process, or not
-// accessible.
-State SetUp(sqlite3* database, const char* pragmas) {
-  if (database && Run(database, pragmas) && Run(database, kTables)) {
-    int moved = 0;
-    sqlite3_file_control(database, "main", SQLITE_FCNTL_HAS_MOVED, &moved);
-    return moved != 0 ? State::Gone : State::Ours;
-  }
-  const int why = database ? sqlite3_errcode(database) & 0xFF : SQLITE_CANTOPEN;
-  return why == SQLITE_NOTADB || why == SQLITE_CORRUPT ? State::Damaged : State::OutOfReach;
-}
-
-Database OpenAt(const std::string& path) {
-  sqlite3* raw = nullptr;
-  const int opened = sqlite3_open_v2(path.c_str(), &raw, SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE, nullptr);
-  Database database(raw);
-  if (opened != SQLITE_OK) return nullptr;
-  sqlite3_busy_timeout(raw, kBusyTimeoutMs);
-  return database;
-}
-
-// Discards the records if they belong to another job, and stores the text of this one.
-void AdoptJob(sqlite3* database, const std::string& job) {
-  const Statement read = Prepare(database, "SELECT text FROM job");
-  if (read && ValueOf(read.get()) == job) return;
-  Run(database, "DELETE FROM record; DELETE FROM job");
-  const Statement write = Prepare(database, "INSERT INTO job (text) VALUES (?1)");
-  if (!write) return;
-  Bind(write.get(), 1, job);
-  sqlite3_step(write.get());
-}
-
 // Returns nullptr if another process has the journal open, or if no journal can be kept.
 std::unique_ptr<SqliteJournal> OpenKept(const std::string& path, const std::string& job) {
-  for (int attempt = 0; attempt < kAttempts; ++attempt) {
-    Database database = OpenAt(path);
-    const State state = SetUp(database.get(), kSafe);
-    if (state == State::OutOfReach) break;
-    if (state == State::Ours) {
-      AdoptJob(database.get(), job);
-      return std::make_unique<SqliteJournal>(std::move(database), path);
-    }
-    std::error_code ignored;
-    if (state == State::Damaged) fs::remove(path, ignored);
-  }
-  return nullptr;
+  Database database = OpenJournalDatabase(path, job);
+  return database ? std::make_unique<SqliteJournal>(std::move(database), path) : nullptr;
 }
 
 // Returns the part that a journal file of that name belongs to; nullopt if it belongs to another job or is no journal.
@@ -247,6 +150,7 @@ std::unique_ptr<Journal> SqliteJournals::Open(const JobPart& part) {
   std::error_code error;
   fs::create_directories(folder_, error);
   if (error) return nullptr;
+  fs::permissions(folder_, fs::perms::owner_all, error);
   SweepOld(folder_);
   return OpenKept(PathOf(part), part.job);
 }
@@ -282,9 +186,8 @@ bool SqliteJournals::Forget(const std::string& job, const Wanted& wanted) {
 }
 
 std::unique_ptr<Journal> OpenScratchJournal(const std::string& path) {
-  Database database = OpenAt(path);
-  if (SetUp(database.get(), kFast) != State::Ours) return nullptr;
-  return std::make_unique<SqliteJournal>(std::move(database), path);
+  Database database = OpenScratchDatabase(path);
+  return database ? std::make_unique<SqliteJournal>(std::move(database), path) : nullptr;
 }
 
 }  // namespace quillon::host::posix

@@ -9,9 +9,9 @@
 
 namespace quillon::host::posix {
 
-// Keeps each journal as a SQLite database of its own in one folder. A damaged one counts as empty.
-// A journal that another process has open is waited for briefly.
-// Journals that have not been written for 60 days are deleted when another one is opened.
+// Keeps each journal as a SQLite database of its own in one folder, which only the user can read. What can still be
+// read of a damaged one is kept (kTornKey). A journal that another process has open is waited for briefly. Journals
+// that have not been written for 60 days are deleted when another one is opened.
 class SqliteJournals final : public Journals {
  public:
   // Uses the folder "journals" beside the user's settings.

@@ -53,6 +53,7 @@ bool OthersWouldCutIt(const CutFile& file) {
 // Without a list a picture that has no size ends the whole run.
 Step EndWithoutSize(CutFile& file) {
   file.program.flags.StopRequested = true;
+  file.result.endedRun = true;
   file.program.Ask(kNoSize);
   return file.measured ? Fail(file, "图片的宽或高为 0") : Fail(file, file.measured);
 }

@@ -100,7 +100,7 @@ void NormalCut::Cut(const RunFile& file, const Report& report) {
   controls::ComboBox& type = program_.form1.CmbOutType;
   if (file.row == 0 && Selected<OutType>(type) == OutType::Pdf) Select(type, OutType::Jpg);
   const FileResult result = CutOneFile(*run_, file.row, file.path);
-  run_->journal.NoteDecidedCut(file.path);
+  if (result.result == Result::Written && program_.form1.ChOver.On()) run_->journal.NoteDecidedCut(file.path);
   report(result);
 }
 

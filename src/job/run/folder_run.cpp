@@ -115,6 +115,8 @@ void FolderRun::HandleNext(const FileWalk& walk, const std::string& path) {
     ReportStanding(path);
   } else if (IsResult(path)) {
     ledger_.Add({0, path, "", Result::Skipped, "是这项任务写出的结果，不再处理"});
+  } else if (const auto why = journal_.WhyEnded(path)) {
+    ledger_.Add({0, path, "", Result::None, "上次处理到这个文件就停了，这次跳过：" + *why});
   } else {
     Handle(walk, path);
   }

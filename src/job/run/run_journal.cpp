@@ -21,6 +21,7 @@ constexpr const char* kBegun = "begun";
 constexpr const char* kDone = "done";
 constexpr const char* kFrom = "from";
 constexpr const char* kMeant = "meant";
+constexpr const char* kEnded = "ended";
 
 constexpr const char* kInUse = "这项任务正由另一个程序处理，或者它的记录现在无法读取，请稍后再试";
 
@@ -93,24 +94,38 @@ bool RunJournal::BeginFolder() {
   if (!NoConflictingSplit()) return false;
   if (!journal_) return true;
   if (context_.flags.ManualCutMode) AdoptDecisions();
-  if (context_.recovering) return true;
+  if (context_.recovering && !StopsForTorn()) return true;
   if (!Empty()) return AskToResume(FolderQuestion());
   journal_->Clear();  // origins of outputs alone
   return true;
 }
 
+// What the lost records said of overwritten sources is not known, so the user decides whether they may be cut again.
+bool RunJournal::StopsForTorn() const { return Torn() && context_.window.Overwrites(); }
+
+bool RunJournal::Torn() const { return !journal_->Get("", host::kTornKey).value_or("").empty(); }
+
 // False if the user wants no run at all.
 bool RunJournal::AskToResume(const std::string& question) {
-  const host::Reply reply = context_.Ask(question, host::kYesNoCancelQuestion);
+  const int type = StopsForTorn() ? host::kYesNoCancelQuestion + host::kThirdIsDefault : host::kYesNoCancelQuestion;
+  const host::Reply reply = context_.Ask(question, type);
   if (reply == host::Reply::No) journal_->Clear();
+  if (reply == host::Reply::Yes && Torn()) journal_->Set("", host::kTornKey, "");
   return reply == host::Reply::Yes || reply == host::Reply::No;
+}
+
+// Returns how the question to resume begins.
+std::string RunJournal::Interrupted(const std::string& unfinished) const {
+  if (!StopsForTorn()) return unfinished;
+  return "这项任务上次的记录已经损坏，有一部分读不出来，不知道哪些原文件已经覆盖过。按读得出的记录";
 }
 
 std::string RunJournal::FolderQuestion() {
   const std::size_t decided = Decisions();
-  std::string text = "上次的这项任务没有做完，已写好 " + std::to_string(journal_->Count(kDone)) + " 个文件";
+  std::string text = Interrupted("上次的这项任务没有做完") + "，已写好 " + std::to_string(CountDone()) + " 个文件";
   if (decided > 0) text += "，已指定 " + std::to_string(decided) + " 张";
   text += "。要接着处理吗？\r\n是——接着处理，已写好的不再处理";
+  if (StopsForTorn()) text += "，其余的都处理，其中已覆盖的原文件会再裁一次";
   if (decided > 0) text += "，其余已指定的按上次指定的裁剪框处理";
   text += "\r\n否——全部重新处理";
   if (decided > 0) text += "，从头重新指定";
@@ -118,9 +133,18 @@ std::string RunJournal::FolderQuestion() {
   return text + "\r\n取消——不处理";
 }
 
+// An overwritten source counts as soon as it is replaced, before a checkpoint has noted it as done.
+std::size_t RunJournal::CountDone() {
+  std::size_t count = 0;
+  const auto done = [this](const std::string& source) { return !journal_->Get(source, kDone).value_or("").empty(); };
+  journal_->Each(kDone, [&](const std::string& source) { count += done(source) ? 1 : 0; });
+  journal_->Each(kBegun, [&](const std::string& source) { count += !done(source) && Stands(source) ? 1 : 0; });
+  return count;
+}
+
 bool RunJournal::Empty() {
   const auto none = [this](const char* key) { return journal_->Count(key) == 0; };
-  return none(kDone) && none(kBegun) && none(kMeant) && none(kDecision);
+  return none(kDone) && none(kBegun) && none(kMeant) && none(kEnded) && none(kDecision) && !Torn();
 }
 
 // True if no unfinished run split the same files into a different number of shards: what it has done lies in journals
@@ -157,6 +181,21 @@ bool RunJournal::Stands(const std::string& source) {
   std::istringstream in(begunText);
   FileStamp before;
   return in >> before && !SameFileOverMounts(before, *now);
+}
+
+void RunJournal::NoteEnding(const FileResult& result) {
+  std::ostringstream text;
+  if (before_) text << StampOf(*before_) << ' ' << result.why;
+  journal_->Set(result.source, kEnded, text.str());
+}
+
+std::optional<std::string> RunJournal::WhyEnded(const std::string& source) const {
+  std::istringstream text(journal_ ? journal_->Get(source, kEnded).value_or("") : std::string());
+  FileStamp before;
+  std::string why;
+  if (!(text >> before) || !std::getline(text >> std::ws, why, '\0')) return std::nullopt;
+  const auto now = StampOf(context_.host.files, source);
+  return now && UnchangedOverMounts(before, *now) ? std::optional(why) : std::nullopt;
 }
 
 void RunJournal::EachHandled(const std::function<void(const std::string& source)>& take) {
@@ -262,6 +301,7 @@ void RunJournal::Ended(const std::string& source, const std::vector<FileResult>&
   const auto intent = intended_.extract(source);
   Made made{source, before_, {}, before_.has_value()};
   for (const FileResult& result : results) {
+    if (result.endedRun) NoteEnding(result);
     if (result.result != Result::Written) {
       made.complete = false;
       continue;

@@ -21,6 +21,7 @@
 //   done   of a source: its stamp, and the stamps and paths of all that was made of it
 //   from   of an output: the source that it was made of
 //   meant  of an output that is not finished: the source that it is to be made of
+//   ended  of a source: it ended the run; its stamp, and why
 //   decision, before, after
 //          of a source that the user decided about by hand: the decision, as text that only the driver reads; the
 //          source's stamp when it was made; the stamp after the cut that followed
@@ -40,6 +41,10 @@
 // A decision is committed as soon as the user has made it, and is applied again while the source is unchanged. A run
 // over the list keeps a journal only if the user decides by hand, and nothing but the decisions in it: such a job is
 // the same when its list, its output folder and its kind of output are, and a resumed one handles every row again.
+//
+// If the journal could not be read whole (host::kTornKey), a run that overwrites its sources asks before it begins, and
+// does nothing unless the user wants it: it would cut again what the lost records said was cut. Any other run merely
+// repeats those files.
 namespace quillon::job {
 
 class RunLedger;
@@ -70,6 +75,8 @@ class RunJournal {
   bool Stands(const std::string& source);
   // Calls take for each source that an earlier part of the job has handled, if its outputs stand and its disk answers.
   void EachHandled(const std::function<void(const std::string& source)>& take);
+  // Returns why the source, as it is now, ended an earlier part of the job; nullopt if it did not.
+  std::optional<std::string> WhyEnded(const std::string& source) const;
   // The outputs of that result, as far as they were written down.
   std::vector<std::string> OutputsOf(const std::string& source);
   // The source of path if path is a result of this job and unchanged, or was made by a part that was killed; else "".
@@ -98,7 +105,7 @@ class RunJournal {
   bool CutAsDecided(const std::string& source) const;
   // Stores the decision; it survives a crash once the call returns.
   void StoreDecision(const std::string& source, const std::string& decision);
-  // Call after source was cut. Does nothing unless its decision was stored or returned just before.
+  // Call after a cut has replaced source. Does nothing unless its decision was stored or returned just before.
   void NoteDecidedCut(const std::string& source);
 
  private:
@@ -119,7 +126,11 @@ class RunJournal {
   host::JobPart OwnPart(const std::string& job) const;
   bool NoConflictingSplit();
   bool Empty();
+  bool Torn() const;
+  bool StopsForTorn() const;
   bool AskToResume(const std::string& question);
+  std::string Interrupted(const std::string& unfinished) const;
+  std::size_t CountDone();
   std::string FolderQuestion();
   bool IsMeant(const std::string& output) const;
   std::size_t Intend(const std::string& source, const std::vector<std::string>& outputs);
@@ -134,6 +145,7 @@ class RunJournal {
   std::size_t FirstUndecided();
   std::optional<std::string> StandingDecision(const std::string& source) const;
   std::string ListQuestion();
+  void NoteEnding(const FileResult& result);
   std::optional<host::FileStamp> StampIn(const std::string& source, const char* key) const;
   void WriteStamp(const std::string& source, const char* key);
 

@@ -37,12 +37,13 @@ std::string RunJournal::ListText() const {
 bool RunJournal::BeginList() {
   job_ = DecisionJob(ListText());
   journal_ = context_.journals ? context_.journals->Open(OwnPart(job_)) : nullptr;
-  if (!journal_ || Decisions() == 0 || context_.recovering) return true;
-  return AskToResume(ListQuestion());
+  if (!journal_) return true;
+  if (StopsForTorn()) return AskToResume(ListQuestion());
+  return Decisions() == 0 || context_.recovering || AskToResume(ListQuestion());
 }
 
 std::string RunJournal::ListQuestion() {
-  std::string text = "上次的手动裁剪没有做完，已指定 " + std::to_string(Decisions()) + " 张。";
+  std::string text = Interrupted("上次的手动裁剪没有做完") + "，已指定 " + std::to_string(Decisions()) + " 张。";
   if (const std::size_t row = FirstUndecided(); row > 0) {
     const std::string path = base::DisplayText(context_.files.Row(row - 1).Path());
     text += "要从第 " + std::to_string(row) + " 张继续吗？\r\n" + path;
@@ -112,10 +113,10 @@ bool RunJournal::CutAsDecided(const std::string& source) const {
   const auto now = StampOf(context_.host.files, source);
   if (!before || !now) return false;
   const auto after = StampIn(source, kAfter);
-  // Replaced as a whole. On a disk that stores no change time, a cut of the same size looks like its source.
-  if (after && after->inode != before->inode && UnchangedOverMounts(*after, *now)) return true;
-  if (UnchangedOverMounts(*before, *now)) return false;
-  if (journal_->Get(source, kAfter)) return after && UnchangedOverMounts(*after, *now);
+  // Asked first: on a disk that stores no change time, a cut of the same size looks like its source. Earlier versions
+  // also stored the stamp of a source that was not replaced.
+  if (after && *after != *before && UnchangedOverMounts(*after, *now)) return true;
+  if (UnchangedOverMounts(*before, *now) || journal_->Get(source, kAfter)) return false;
   // If the power failed between the cut and this note of it, a changed source counts as cut.
   return context_.window.Overwrites();
 }

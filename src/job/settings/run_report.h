@@ -34,6 +34,7 @@ struct FileResult {
   std::string why;                     // one Chinese sentence; "" when written and nothing is missing in the output
   std::vector<std::string> more = {};  // further outputs, where one source gives several
   Retry retry = Retry::Never;          // if there is no output
+  bool endedRun = false;               // this file ended a run over a folder
 };
 
 // Sums of a run: planned = written + none + skipped. Files that a stopped run did not reach are skipped.

@@ -1,6 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The Quillon developers
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include <gtest/gtest.h>
+#include <sqlite3.h>
+#include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -178,15 +180,147 @@ TEST_F(JournalsTest, WhatWasCommittedSurvivesAKill) {
   EXPECT_EQ(journal->Get("b", "k"), std::nullopt);
 }
 
-TEST_F(JournalsTest, ADamagedOneCountsAsEmpty) {
-  journals.Open({"job"})->Set("a", "k", "1");
-  const std::string name = folder.Names("journals").at(0);
-  folder.Write("journals/" + name, std::string(5000, 'x'));
+// --- Damaged files.
+
+class TornJournalsTest : public JournalsTest {
+ protected:
+  static constexpr int kRecords = 3000;
+
+  static std::string FileName(int number) { return "/pictures/" + std::to_string(100'000 + number); }
+  static std::string Value(int number) { return "value of " + std::to_string(100'000 + number); }
+
+  void SetUp() override {
+    const auto journal = journals.Open({"job"});
+    for (int i = 0; i < kRecords; ++i) journal->Set(FileName(i), "k", Value(i));
+  }
+  std::string Path() const { return "journals/" + folder.Names("journals").at(0); }
+  static bool Torn(Journal& journal) { return journal.Get("", kTornKey) == "1"; }
+  // Returns how many records are left; each of them is as it was stored.
+  static int Readable(Journal& journal) {
+    int count = 0;
+    for (int i = 0; i < kRecords; ++i) {
+      const auto value = journal.Get(FileName(i), "k");
+      if (!value) continue;
+      EXPECT_EQ(value, Value(i));
+      ++count;
+    }
+    return count;
+  }
+};
+
+TEST_F(TornJournalsTest, AWholeOneIsNotMarked) {
   const auto journal = journals.Open({"job"});
   ASSERT_TRUE(journal);
-  EXPECT_EQ(journal->Get("a", "k"), std::nullopt);
+  EXPECT_FALSE(Torn(*journal));
+  EXPECT_EQ(Readable(*journal), kRecords);
+}
+
+TEST_F(TornJournalsTest, OneThatIsNoDatabaseAnyMoreIsEmptyAndMarked) {
+  folder.Write(Path(), std::string(5000, 'x'));
+  const auto journal = journals.Open({"job"});
+  ASSERT_TRUE(journal);
+  EXPECT_TRUE(Torn(*journal));
+  EXPECT_EQ(Readable(*journal), 0);
   journal->Set("a", "k", "2");
   EXPECT_EQ(journal->Get("a", "k"), "2");
+}
+
+TEST_F(TornJournalsTest, AnEmptiedOneIsMarked) {
+  folder.Write(Path(), "");
+  const auto journal = journals.Open({"job"});
+  ASSERT_TRUE(journal);
+  EXPECT_TRUE(Torn(*journal));
+}
+
+// From both ends: one page in the middle is overwritten.
+TEST_F(TornJournalsTest, WhatCanBeReadOnBothSidesOfADamagedPageIsKept) {
+  std::string bytes = folder.Read(Path());
+  bytes.replace(bytes.size() / 2 / 4096 * 4096, 4096, std::string(4096, '\xA5'));
+  folder.Write(Path(), bytes);
+  const auto journal = journals.Open({"job"});
+  ASSERT_TRUE(journal);
+  EXPECT_TRUE(Torn(*journal));
+  const int left = Readable(*journal);
+  EXPECT_GT(left, kRecords * 9 / 10);
+  EXPECT_LT(left, kRecords);
+  EXPECT_EQ(journal->Get(FileName(0), "k"), Value(0));
+  EXPECT_EQ(journal->Get(FileName(kRecords - 1), "k"), Value(kRecords - 1));
+}
+
+TEST_F(TornJournalsTest, ATruncatedOneKeepsItsBeginning) {
+  const std::string bytes = folder.Read(Path());
+  folder.Write(Path(), bytes.substr(0, bytes.size() / 2));
+  const auto journal = journals.Open({"job"});
+  ASSERT_TRUE(journal);
+  EXPECT_TRUE(Torn(*journal));
+  EXPECT_LT(Readable(*journal), kRecords);
+}
+
+// The database is sound, but a byte of a value is not the one that was stored.
+TEST_F(TornJournalsTest, ARecordThatDoesNotFitItsChecksumIsRemoved) {
+  std::string bytes = folder.Read(Path());
+  const std::size_t at = bytes.find(Value(77));
+  ASSERT_NE(at, std::string::npos);
+  bytes[at] = 'V';
+  folder.Write(Path(), bytes);
+  const auto journal = journals.Open({"job"});
+  ASSERT_TRUE(journal);
+  EXPECT_TRUE(Torn(*journal));
+  EXPECT_EQ(journal->Get(FileName(77), "k"), std::nullopt);
+  EXPECT_EQ(Readable(*journal), kRecords - 1);
+}
+
+TEST_F(TornJournalsTest, RecordsOfAnotherJobDoNotFit) {
+  const std::string other = Path();
+  journals.Open({"other"})->Set("a", "k", "1");
+  const std::vector<std::string> names = folder.Names("journals");
+  const std::string own = "journals/" + (other == "journals/" + names[0] ? names[1] : names[0]);
+  folder.Write(other, folder.Read(own));
+  const auto journal = journals.Open({"job"});
+  ASSERT_TRUE(journal);
+  EXPECT_TRUE(Torn(*journal));
+  EXPECT_EQ(journal->Get("a", "k"), std::nullopt);
+}
+
+TEST_F(TornJournalsTest, TheMarkStaysUntilItIsRemoved) {
+  folder.Write(Path(), "");
+  static_cast<void>(journals.Open({"job"}));
+  {
+    const auto journal = journals.Open({"job"});
+    ASSERT_TRUE(Torn(*journal));
+    journal->Set("a", "k", "1");
+    journal->Set("", kTornKey, "");
+  }
+  EXPECT_FALSE(Torn(*journals.Open({"job"})));
+}
+
+TEST_F(TornJournalsTest, RecordsOfEarlierVersionsHaveNoChecksum) {
+  sqlite3* database = nullptr;
+  ASSERT_EQ(sqlite3_open(folder.Path(Path()).c_str(), &database), SQLITE_OK);
+  EXPECT_EQ(sqlite3_exec(database, "ALTER TABLE record DROP COLUMN sum", nullptr, nullptr, nullptr), SQLITE_OK);
+  sqlite3_close(database);
+  const auto journal = journals.Open({"job"});
+  ASSERT_TRUE(journal);
+  EXPECT_FALSE(Torn(*journal));
+  EXPECT_EQ(Readable(*journal), kRecords);
+  journal->Set("a", "k", "1");
+  EXPECT_EQ(journal->Get("a", "k"), "1");
+}
+
+// They name the user's files.
+TEST_F(JournalsTest, OnlyTheirUserCanReadThem) {
+  const mode_t before = umask(0);
+  const auto journal = journals.Open({"job"});
+  journal->Set("a", "k", "1");
+  std::vector<std::string> names = folder.Names("journals");  // with the rollback journal
+  umask(before);
+  const auto access = [](const std::string& path) { return std::filesystem::status(path).permissions(); };
+  EXPECT_EQ(access(folder.Path("journals")), std::filesystem::perms::owner_all);
+  for (const std::string& name : names) {
+    EXPECT_EQ(access(folder.Path("journals/" + name)),
+              std::filesystem::perms::owner_read | std::filesystem::perms::owner_write)
+        << name;
+  }
 }
 
 TEST_F(JournalsTest, OldOnesAreSwept) {

@@ -186,7 +186,7 @@ TEST_F(ResumeTest, OverwrittenSourcesOfAKilledRunAreNeverCutTwice) {
   KillBehind(3);
   Answer(Reply::Yes);
   Cut();
-  EXPECT_EQ(world.boxes.Count("已写好 0 个文件"), 1);
+  EXPECT_EQ(world.boxes.Count("已写好 3 个文件"), 1);
   EXPECT_EQ(Totals().written, 3u);
   EXPECT_EQ(Totals().skipped, 3u);
   for (int i = 0; i < 6; ++i) EXPECT_EQ(SizeOf(In(std::to_string(i) + ".png")), (base::Size{20, 30})) << i;
