@@ -12,12 +12,12 @@ readonly packages_run=(
   ca-certificates cmake ninja-build g++ pkg-config ccache mold
   libvips-dev libjpeg62-turbo-dev libtiff-dev libpng-dev libexiv2-dev libmediainfo-dev libsqlite3-dev
   libseccomp-dev liblcms2-dev libqpdf-dev libpoppler-cpp-dev libcgif-dev
-  imagemagick ffmpeg tesseract-ocr tesseract-ocr-chi-sim poppler-data icc-profiles-free libgs-common
+  ffmpeg tesseract-ocr tesseract-ocr-chi-sim poppler-data icc-profiles-free libgs-common
   nlohmann-json3-dev libcli11-dev libfmt-dev qt6-base-dev qt6-svg-dev fonts-noto-cjk
 )
 # What the tests need on top, the check of the formatting included.
 # shellcheck disable=SC2034
-readonly packages_test=(libgtest-dev libgmock-dev libbenchmark-dev clang-format xvfb xauth)
+readonly packages_test=(libgtest-dev libgmock-dev libbenchmark-dev clang-format xvfb xauth imagemagick)
 # shellcheck disable=SC2034
 readonly packages_lint=(clang-tidy shellcheck)
 

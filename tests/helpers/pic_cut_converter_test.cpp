@@ -4,6 +4,7 @@
 #include <sys/resource.h>
 
 #include <csignal>
+#include <limits>
 
 #include "helpers/helper_process.h"
 #include "helpers/pictures.h"
@@ -148,6 +149,23 @@ TEST_F(PicCutConverter, FailuresLeaveNoTarget) {
   order.source = folder.Write("torn.jpg", folder.Read("source.jpg").substr(0, 900));
   EXPECT_EQ(Run().exit, 1);
   EXPECT_FALSE(folder.Exists("target.jpg"));
+}
+
+TEST_F(PicCutConverter, ATargetOfAnySizeIsRefusedByItsSides) {
+  constexpr int kLargest = std::numeric_limits<int>::max();
+  order.size = {kLargest, kLargest};
+  order.OnlyZoom = true;
+  for (const int angle : {0, 90, 33}) {
+    order.PicRotate = angle != 0;
+    order.angle = angle;
+    for (const char* target : {"target.jpg", "target.png", "target.tif"}) {
+      order.target = folder.Path(target);
+      const Ran ran = Run();
+      EXPECT_EQ(ran.exit, 1) << target << " " << angle;
+      EXPECT_NE(ran.err.find("图片尺寸超出允许的范围"), std::string::npos) << ran.err;
+      EXPECT_FALSE(folder.Exists(target));
+    }
+  }
 }
 
 TEST_F(PicCutConverter, OddOrdersAreRefused) {

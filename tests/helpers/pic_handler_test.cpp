@@ -9,6 +9,7 @@
 #include "helpers/pdf/pdf_render.h"
 #include "helpers/pdfs.h"
 #include "helpers/pictures.h"
+#include "helpers/runtime/child.h"
 #include "host/testing/test_host.h"
 #include "imaging/services.h"
 
@@ -58,11 +59,9 @@ TEST_F(PicHandlerTest, ColoursAreThoseOfImageMagick) {
        std::vector<std::vector<int>>{{255, 0, 0}, {0, 128, 0}, {30, 60, 200}, {128, 128, 128}}) {
     Save(folder.Path("a.jpg"), Plain(32, 32, colour));
     ASSERT_EQ(ToCmyk(folder.Path("a.jpg")).exit, 0);
-    // An option that is not known here makes convert do it.
-    const Ran ran = folder.Run("PicHandler", {folder.Path("a.jpg"), "-sampling-factor", "1x1", "-profile",
-                                              folder.Path("ColorConfigs/sRGB.icc"), "-profile",
-                                              folder.Path("ColorConfigs/Default.icm"), folder.Path("b.jpg")});
-    ASSERT_EQ(ran.exit, 0) << ran.err;
+    ASSERT_TRUE(RunProgram({"convert", folder.Path("a.jpg"), "-sampling-factor", "1x1", "-profile",
+                            folder.Path("ColorConfigs/sRGB.icc"), "-profile", folder.Path("ColorConfigs/Default.icm"),
+                            folder.Path("b.jpg")}));
     const std::vector<int> ours = Load(folder.Path("Tmp.jpg")).At(16, 16);
     const std::vector<int> theirs = Load(folder.Path("b.jpg")).At(16, 16);
     for (std::size_t i = 0; i < 4; ++i) EXPECT_NEAR(ours[i], theirs[i], 2) << colour[0] << " ink " << i;
@@ -160,14 +159,36 @@ TEST_F(PicHandlerPage, SidesBeyondTheLimitsOfImageMagickAreBound) {
   }
 }
 
-TEST_F(PicHandlerTest, OtherOrdersGoToImageMagickUnderPlainNames) {
-  const std::string source = folder.Path("100%d [1] *.png");
-  const std::string target = folder.Path("out %d[0].png");
+// Options of ImageMagick could read and write any file.
+TEST_F(PicHandlerTest, OtherOptionsAreRefused) {
+  const std::string source = folder.Path("a.png");
   Save(source, Waves(40, 30));
-  const Ran ran = folder.Run("PicHandler", {"\"" + source + "\" -rotate 90 \"" + target + "\""});
-  ASSERT_EQ(ran.exit, 0) << ran.err;
-  EXPECT_EQ(Load(target).width, 30);
-  EXPECT_EQ(folder.Names(), (std::vector<std::string>{"100%d [1] *.png", "ColorConfigs", "out %d[0].png"}));
+  const auto run = [&](const std::string& options, const std::string& target) {
+    return folder.Run("PicHandler", {"\"" + source + "\" " + options + " \"" + folder.Path(target) + "\""});
+  };
+  const std::string profile = "-profile \"" + folder.Path("ColorConfigs/sRGB.icc") + "\" ";
+  for (const std::string& options : {"-write " + folder.Path("b.png"), std::string("-rotate 90"), std::string(),
+                                     profile, profile + "-quality", std::string("-clip-mask x")}) {
+    for (const char* target : {"out.png", "out.jpg"}) EXPECT_EQ(run(options, target).exit, 1) << options;
+  }
+  EXPECT_EQ(run("-write " + folder.Path("b.png"), "out.pdf").exit, 1);
+  EXPECT_EQ(folder.Names(), (std::vector<std::string>{"ColorConfigs", "a.png"}));
+}
+
+TEST_F(PicHandlerTest, ProfilesComeFromTheirFolderOnly) {
+  Save(folder.Path("a.jpg"), Waves(40, 30));
+  std::filesystem::copy(folder.Path("ColorConfigs/Default.icm"), folder.Path("Elsewhere.icm"));
+  const auto run = [&](const std::string& second) {
+    return folder.Run("PicHandler",
+                      {"\"" + folder.Path("a.jpg") + "\" -profile \"" + folder.Path("ColorConfigs/sRGB.icc") +
+                       "\" -profile \"" + folder.Path(second) + "\" \"" + folder.Path("Tmp.jpg") + "\""});
+  };
+  for (const char* second : {"Elsewhere.icm", "ColorConfigs/../Elsewhere.icm", "ColorConfigs/..", "ColorConfigs/"}) {
+    const Ran ran = run(second);
+    EXPECT_EQ(ran.exit, 1) << second;
+    EXPECT_NE(ran.err.find("配置文件不在 ColorConfigs 文件夹里"), std::string::npos) << ran.err;
+  }
+  EXPECT_EQ(run("ColorConfigs/Default.icm").exit, 0);
 }
 
 TEST_F(PicHandlerTest, AFailureLeavesWhatStoodThere) {

@@ -8,14 +8,13 @@
 namespace quillon::helpers {
 namespace {
 
-// The parameter text is a command line of ImageMagick's convert. The conversions that the program needs are done here:
-// ImageMagick's policy and resource limits do not apply, and no second process is started. Everything else is passed on
-// to convert.
+// The parameter text is a command line of ImageMagick's convert. The two conversions that the program orders are done
+// here: ImageMagick's policy and resource limits do not apply, and no second process is started.
 host::Status Execute(Helper& helper) {
   PicOrder order;
-  if (host::Status read = ReadPicOrder(helper.Words(), order); !read) return read;
+  if (host::Status read = ReadPicOrder(helper, order); !read) return read;
   if (base::ToLowerAscii(base::SplitPath(order.target).extension) == "pdf") return MakePdf(helper, order);
-  if (!order.plain || order.profiles.size() != 2) return RunConvert(helper, order);
+  if (order.profiles.size() != 2) return UsageError("需要两个 -profile，或者扩展名为 pdf 的目标文件");
   return imaging::ConvertByProfiles(
       helper.Files(), {order.source, order.target, order.profiles[0], order.profiles[1], order.quality, order.dpi});
 }

@@ -52,6 +52,7 @@ class Maker {
                          {0, 0, whole.width, whole.height});
     if (rect_.Empty()) return fault::EmptyRectangle();
     target_ = TargetSize({rect_.width, rect_.height});
+    if (!WithinLimits(target_.width, target_.height, limits_)) return fault::SidesTooLarge();
     if (IsPlainJpegCut()) return CutJpegSource(draft);
     if (IsPlainJpegReduction()) return ScaleJpegRows(draft);
     if (Status chosen = OpenTiffPartOnly(); !chosen) return chosen;
