@@ -72,7 +72,8 @@ class BmpSource : public RowSource {
 
   Status ReadSpan(int row, int left, int width, unsigned char* out) override {
     if (!indices_.empty()) {
-      const unsigned char* from = indices_.data() + std::int64_t{row} * facts_.size.width + left;
+      const int unpacked = layout_.topDown ? facts_.size.height - 1 - row : row;
+      const unsigned char* from = indices_.data() + std::int64_t{unpacked} * facts_.size.width + left;
       for (int x = 0; x < width; ++x, out += 3) Colour(from[x], out);
       return Status::Ok();
     }
@@ -115,7 +116,7 @@ class BmpSource : public RowSource {
   std::shared_ptr<Bytes> bytes_;
   RowFacts facts_;
   BmpLayout layout_;
-  std::vector<unsigned char> indices_;  // palette indices of an RLE picture, top row first; else empty
+  std::vector<unsigned char> indices_;  // palette indices of an RLE picture, last stored row first; else empty
 };
 
 // Unpacks RLE data to palette indices, top row first. Pixels beyond the end of a row are dropped, as other readers do.
@@ -238,9 +239,9 @@ Status ReadPacking(const Header& header, BmpLayout& layout) {
     case Packing::None:
       return IsOneOf(layout.bits, {1, 2, 4, 8, 16, 24, 32}) ? Status::Ok() : fault::DamagedPicture();
     case Packing::Rle8:
-      return layout.bits == 8 && !layout.topDown ? Status::Ok() : fault::DamagedPicture();
+      return layout.bits == 8 ? Status::Ok() : fault::DamagedPicture();
     case Packing::Rle4:
-      return layout.bits == 4 && !layout.topDown ? Status::Ok() : fault::DamagedPicture();
+      return layout.bits == 4 ? Status::Ok() : fault::DamagedPicture();
     case Packing::BitFields:
     case Packing::AlphaBitFields:
       return IsOneOf(layout.bits, {16, 32}) ? Status::Ok() : fault::DamagedPicture();

@@ -12,6 +12,7 @@
 #include "imaging/metadata/tiff_exif.h"
 #include "imaging/pixels/colours.h"
 #include "imaging/pixels/picture.h"
+#include "imaging/tiff/tiff_rgba.h"
 
 namespace quillon::imaging {
 namespace {
@@ -142,18 +143,26 @@ class VipsRows : public RowStream {
   int next_ = 0;
 };
 
+Status CheckLength(Format format, Bytes& bytes, base::Size size, int page) {
+  const bool holds = page > 0 || CanHold(format, bytes, size);
+  return holds && IsComplete(format, bytes) ? Status::Ok() : fault::DamagedPicture();
+}
+
 }  // namespace
 
 Status OpenVipsRows(Format format, const std::shared_ptr<Bytes>& bytes, const Limits& limits,
                     std::shared_ptr<RowStream>& out, int page) {
+  if (format == Format::Tiff) {
+    if (Status status = OpenTiffRgba(bytes, page, limits, out); !status) return status;
+    if (out) return CheckLength(format, *bytes, out->Facts().size, page);
+  }
   const VImage loaded = LoadWithVips(format, bytes, page);
-  if (!WithinLimits(loaded.width(), loaded.height(), limits)) return fault::SidesTooLarge();
-  const bool first = page == 0;
-  if (first && !CanHold(format, *bytes, {loaded.width(), loaded.height()})) return fault::DamagedPicture();
-  if (!IsComplete(format, *bytes)) return fault::DamagedPicture();
+  const base::Size size{loaded.width(), loaded.height()};
+  if (!WithinLimits(size.width, size.height, limits)) return fault::SidesTooLarge();
+  if (Status status = CheckLength(format, *bytes, size, page); !status) return status;
   auto rows = std::make_shared<VipsRows>(loaded, StandardPixels(loaded));
   rows->SetHeld(BytesHeld(format, *bytes, loaded));
-  if (format == Format::Tiff && first) rows->SetExif(ExifOfTiff(*bytes));
+  if (format == Format::Tiff && page == 0) rows->SetExif(ExifOfTiff(*bytes));
   out = std::move(rows);
   return Status::Ok();
 }

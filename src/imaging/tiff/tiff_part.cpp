@@ -3,7 +3,6 @@
 #include "imaging/tiff/tiff_part.h"
 
 #include <algorithm>
-#include <cmath>
 #include <cstring>
 #include <vector>
 
@@ -12,19 +11,12 @@
 #include "imaging/metadata/tiff_exif.h"
 #include "imaging/pixels/geometry.h"
 #include "imaging/tiff/tiff_handle.h"
+#include "imaging/tiff/tiff_tags.h"
 
 namespace quillon::imaging {
 namespace {
 
-constexpr double kCentimetresPerInch = 2.54;
 constexpr std::uint64_t kLargestStrip = std::uint64_t{32} << 20;  // compressed bytes; libtiff holds a strip in memory
-
-// Returns a tag or its TIFF default; otherwise if it has neither.
-template <class Value>
-Value Tag(TIFF* tiff, std::uint32_t tag, Value otherwise) {
-  Value value{};
-  return TIFFGetFieldDefaulted(tiff, tag, &value) == 1 ? value : otherwise;
-}
 
 std::uint16_t Short(TIFF* tiff, std::uint32_t tag) { return Tag<std::uint16_t>(tiff, tag, 0); }
 
@@ -40,7 +32,8 @@ class TiffPart : public RowStream {
              static_cast<int>(Tag<std::uint32_t>(tiff_.get(), TIFFTAG_IMAGELENGTH, 0))};
     if (!WithinLimits(page_.width, page_.height, limits)) return fault::SidesTooLarge();
     if (!ReadKind()) return fault::UnreadKind();
-    ReadTags();
+    ReadTiffTags(tiff_.get(), facts_);
+    facts_.exif = ExifOfTiff(*stream_.bytes);
     if (!TIFFIsTiled(tiff_.get())) return Status::Ok();
     tile_ = {static_cast<int>(Tag<std::uint32_t>(tiff_.get(), TIFFTAG_TILEWIDTH, 0)),
              static_cast<int>(Tag<std::uint32_t>(tiff_.get(), TIFFTAG_TILELENGTH, 0))};
@@ -115,24 +108,6 @@ class TiffPart : public RowStream {
     const int more = samples - static_cast<int>(facts_.layout);
     facts_.alpha = more == 1;
     return more == 0 || (more == 1 && facts_.layout != RowLayout::Cmyk);
-  }
-
-  void ReadTags() {
-    TIFF* tiff = tiff_.get();
-    double resolution = Tag<float>(tiff, TIFFTAG_XRESOLUTION, 0);
-    const std::uint16_t unit = Short(tiff, TIFFTAG_RESOLUTIONUNIT);
-    if (unit == RESUNIT_CENTIMETER) resolution *= kCentimetresPerInch;
-    if (unit != RESUNIT_NONE && resolution >= 0.5 && resolution < 65536) {
-      facts_.dpi = static_cast<int>(std::lround(resolution));
-    }
-    const std::uint16_t orientation = Short(tiff, TIFFTAG_ORIENTATION);
-    if (orientation >= 1 && orientation <= 8) facts_.orientation = orientation;
-    std::uint32_t size = 0;
-    void* profile = nullptr;
-    if (TIFFGetField(tiff, TIFFTAG_ICCPROFILE, &size, &profile) == 1) {
-      facts_.profile.assign(static_cast<const char*>(profile), size);
-    }
-    facts_.exif = ExifOfTiff(*stream_.bytes);
   }
 
   // Reads one row. The first row starts at its strip, since most compressions cannot be entered in the middle.

@@ -198,6 +198,18 @@ TEST(BmpReader, UnpacksRle8) {
   EXPECT_EQ(ReadWhole(Bmp(parts)), expected);
 }
 
+TEST(BmpReader, UnpacksRleFromTheTop) {
+  const std::string data = ByteText().U8({2, 1, 0, 0}).U8({2, 2, 0, 1}).Bytes();
+  Parts parts{
+      .width = 2, .height = -2, .bits = 8, .packing = 1, .colours = 4, .extra = kBlackRedGreenWhite, .pixels = data};
+  const std::vector<int> redOverGreen = {255, 0, 0, 255, 0, 0, 0, 255, 0, 0, 255, 0};
+  EXPECT_EQ(ReadWhole(Bmp(parts)), redOverGreen);
+  parts.bits = 4;
+  parts.packing = 2;
+  parts.pixels = ByteText().U8({2, 0x11, 0, 0}).U8({2, 0x22, 0, 1}).Bytes();
+  EXPECT_EQ(ReadWhole(Bmp(parts)), redOverGreen);
+}
+
 TEST(BmpReader, UnpacksRle4) {
   // Three of 1,2,1; literal of three 3,3,2 in two bytes; end.
   const std::string data = ByteText().U8({3, 0x12, 0, 3, 0x33, 0x20, 0, 1}).Bytes();
