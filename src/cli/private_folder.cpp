@@ -5,6 +5,7 @@
 #include <unistd.h>
 
 #include <cerrno>
+#include <chrono>
 #include <filesystem>
 #include <vector>
 
@@ -20,13 +21,18 @@ namespace fs = std::filesystem;
 using host::Status;
 
 constexpr const char* kPrefix = "quillon-batch-";
+constexpr const char* kRemoved = "-removed";
 constexpr int kMostTries = 1000;
+// Far more than any run needs to create and lock its folder.
+constexpr std::chrono::hours kLongestCreation{24};
 
 // A helper program without a twin: X.exe without X.dll beside it.
 bool IsLoneProgram(const host::Files& files, const std::string& folder, const host::FolderEntry& entry) {
   const base::PathParts parts = base::SplitPath(entry.name);
   return parts.extension == "exe" && !files.IsFile(base::JoinPath(folder, parts.name, "dll"));
 }
+
+std::chrono::nanoseconds Modified(const host::DiskFacts& facts) { return std::chrono::nanoseconds(facts.modified); }
 
 }  // namespace
 
@@ -44,7 +50,7 @@ PrivateFolder::~PrivateFolder() {
 // it while it is being removed.
 void PrivateFolder::Remove() {
   if (path_.empty()) return;
-  const std::string removed = path_ + "-removed";
+  const std::string removed = path_ + kRemoved;
   (void)!files_.RemoveOwn(disk_.Rename(path_, removed) < 0 ? path_ : removed);
 }
 
@@ -92,11 +98,19 @@ void PrivateFolder::Sweep(const std::string& base) {
     const std::string folder = base::JoinPath(base, name);
     host::DiskFacts facts;
     if (disk_.StatLink(folder, facts) < 0 || facts.user != disk_.User() || facts.link) continue;
-    const int lock = disk_.OpenOwn(base::JoinPath(folder, host::posix::kInstanceLock));
-    if (lock < 0) continue;  // another run is just creating it, or it is none of ours
-    if (disk_.Lock(lock) == 0) (void)!files_.RemoveOwn(folder);
-    disk_.Close(lock);
+    if (IsAbandoned(folder, facts)) (void)!files_.RemoveOwn(folder);
   }
+}
+
+// Without a lock file, a folder is being removed by its run, which may have been killed meanwhile, or it is just being
+// created.
+bool PrivateFolder::IsAbandoned(const std::string& folder, const host::DiskFacts& facts) const {
+  if (folder.ends_with(kRemoved)) return true;
+  const int lock = disk_.OpenOwn(base::JoinPath(folder, host::posix::kInstanceLock));
+  if (lock < 0) return std::chrono::system_clock::now().time_since_epoch() - Modified(facts) > kLongestCreation;
+  const bool free = disk_.Lock(lock) == 0;
+  disk_.Close(lock);
+  return free;
 }
 
 // Helper programs and colour profiles are never written to, so symbolic links are enough for them. A helper without a

@@ -34,6 +34,7 @@ class PrivateFolder {
  private:
   // Removes the folders in base whose lock is free and whose owner is this user.
   void Sweep(const std::string& base);
+  bool IsAbandoned(const std::string& folder, const host::DiskFacts& facts) const;
   // Locks the new folder at path and sets path_; on failure the folder is removed again.
   host::Status MakeLocked(const std::string& path);
   // Links the helper programs and colour profiles of an installed folder into this one.

@@ -119,6 +119,20 @@ TEST_F(PrivateFolderTest, SweepsWhatAKilledRunLeft) {
   EXPECT_TRUE(fs::exists(running.Path()));
 }
 
+// The run removed the lock file, and was killed before the folder.
+TEST_F(PrivateFolderTest, SweepsWhatAKilledRemovalLeft) {
+  folder.Write("tmp/quillon-batch-1-1-removed/Tmp.bmp", "x");
+  folder.Write("tmp/quillon-batch-2-1/Tmp.bmp", "not renamed");
+  folder.Write("tmp/quillon-batch-3-1/Tmp.bmp", "just begun");
+  const auto days = [](int count) { return fs::file_time_type::clock::now() - std::chrono::hours(24 * count); };
+  fs::last_write_time(base + "/quillon-batch-2-1", days(2));
+  PrivateFolder own(disk, files);
+  ASSERT_TRUE(Make(own));
+  EXPECT_FALSE(folder.Exists("tmp/quillon-batch-1-1-removed"));
+  EXPECT_FALSE(folder.Exists("tmp/quillon-batch-2-1"));
+  EXPECT_TRUE(folder.Exists("tmp/quillon-batch-3-1"));
+}
+
 TEST_F(PrivateFolderTest, SweepsNothingThroughALink) {
   folder.Write("precious/quillon.lock", "");
   folder.Write("precious/work", "x");

@@ -108,8 +108,14 @@ std::optional<std::string> Files::RealPath(const std::string& path) const {
 bool Files::IsLocalDisk(const std::string& folder) const { return disk_.IsLocalDisk(folder); }
 
 Status Files::ListFolder(const std::string& folder, const std::function<bool(const FolderEntry&)>& visit) const {
-  return Status::FromErrno(
-      -disk_.List(folder, [&](const FolderEntry& entry) { return IsDraftName(entry.name) || visit(entry); }));
+  std::vector<std::string> drafts;
+  const int listed = disk_.List(folder, [&](const FolderEntry& entry) {
+    if (!IsDraftName(entry.name)) return visit(entry);
+    if (entry.kind == FileKind::File) drafts.push_back(base::JoinPath(folder, entry.name));
+    return true;
+  });
+  for (const std::string& draft : drafts) SweepDraft(disk_, draft);
+  return Status::FromErrno(-listed);
 }
 
 Status Files::ReadFile(const std::string& path, std::string& out, std::uint64_t limit) const {
@@ -165,12 +171,7 @@ std::uint64_t Files::SizeWithDrafts(const std::string& path) const {
 }
 
 void Files::SweepDrafts(const std::string& folder) const {
-  std::vector<std::string> drafts;
-  disk_.List(folder, [&](const FolderEntry& entry) {
-    if (entry.kind == FileKind::File && IsDraftName(entry.name)) drafts.push_back(base::JoinPath(folder, entry.name));
-    return true;
-  });
-  for (const std::string& draft : drafts) SweepDraft(disk_, draft);
+  static_cast<void>(ListFolder(folder, [](const FolderEntry&) { return true; }));
 }
 
 Status KeepBackup(Files& files, const std::string& source) {

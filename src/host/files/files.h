@@ -77,7 +77,8 @@ class Files {
   std::optional<std::string> RealPath(const std::string& path) const;
   // Returns true if this machine serves the disk of folder itself; false for network disks and user-space file systems.
   bool IsLocalDisk(const std::string& folder) const;
-  // Calls visit for each entry in the order of the file system, except for drafts, until visit returns false.
+  // Calls visit for each entry in the order of the file system, except for drafts, until visit returns false. Then
+  // removes the drafts that a killed run has left there.
   Status ListFolder(const std::string& folder, const std::function<bool(const FolderEntry&)>& visit) const;
   // Returns the size in bytes of the file and of all drafts that any program is writing for it; 0 if there are none.
   std::uint64_t SizeWithDrafts(const std::string& path) const;

@@ -90,6 +90,7 @@ TEST_F(WalkTest, OnlyAcceptedFilesAndNoDrafts) {
   for (const char* name : {"1.jpg", "notes.txt", ".1.jpg.quillon-ab3de9"}) File(name);
   ASSERT_TRUE(host::IsDraftName(".1.jpg.quillon-ab3de9"));
   EXPECT_EQ(Walk({Path("")}), Paths{Path("1.jpg")});
+  EXPECT_FALSE(std::filesystem::exists(Path(".1.jpg.quillon-ab3de9"))) << "a killed run left it";
 }
 
 TEST_F(WalkTest, AFolderWithThePatternOfAFileIsAFolder) {
