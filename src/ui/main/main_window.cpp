@@ -29,6 +29,18 @@ namespace {
 constexpr QSize kOpeningSize(1280, 760);
 constexpr int kPreviewWidth = 38 * kGap;
 
+using MakeWindow = std::unique_ptr<ToolWindow> (*)(parts::Parts& parts, const Binder::Refusal& refused, QWidget* main);
+
+// The windows of the features, a line for each. They show and hide themselves with their records.
+constexpr MakeWindow kFeatureWindows[] = {
+    [](parts::Parts& parts, const Binder::Refusal& refused, QWidget* main) -> std::unique_ptr<ToolWindow> {
+      return std::make_unique<RegionsWindow>(parts.regions.fMultCut, refused, main);
+    },
+    [](parts::Parts& parts, const Binder::Refusal& refused, QWidget*) -> std::unique_ptr<ToolWindow> {
+      return std::make_unique<TimedWindow>(parts.regions.fCutTime, refused);
+    },
+};
+
 }  // namespace
 
 MainWindow::MainWindow(parts::Parts& parts)
@@ -69,8 +81,7 @@ MainWindow::MainWindow(parts::Parts& parts)
   program_.observer = monitor_.get();
 
   const auto refused = [this](const std::string& sentence) { Refused(sentence); };
-  regions_ = new RegionsWindow(parts.regions.fMultCut, refused, this);
-  timed_ = std::make_unique<TimedWindow>(parts.regions.fCutTime, refused);
+  for (const MakeWindow make : kFeatureWindows) featureWindows_.push_back(make(parts, refused, this));
 
   token_ = form_.Observe({}, [this](controls::Window&) {
     ShowTitle();
@@ -89,8 +100,7 @@ MainWindow::~MainWindow() {
   program_.fBaseOpt.Forget(optionsToken_);
   // Widgets call the binder and the loader, so they are deleted before these members.
   delete options_;
-  delete regions_;
-  timed_.reset();
+  featureWindows_.clear();
   delete preview_;
   delete takeCentralWidget();
 }
@@ -138,8 +148,8 @@ OptionsWindow& MainWindow::Options() {
 }
 
 QWidget* MainWindow::WindowOf(const controls::Window& record) const {
-  for (ToolWindow* window : {regions_, timed_.get()}) {
-    if (window->objectName() == Shown(record.Name())) return window;
+  for (const auto& window : featureWindows_) {
+    if (window->objectName() == Shown(record.Name())) return window.get();
   }
   return nullptr;
 }

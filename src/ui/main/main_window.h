@@ -4,6 +4,7 @@
 
 #include <QMainWindow>
 #include <memory>
+#include <vector>
 
 #include "parts/parts.h"
 #include "ui/kit/bind/binder.h"
@@ -58,8 +59,7 @@ class MainWindow : public QMainWindow {
   PreviewDock* preview_ = nullptr;
   StatusStrip* status_ = nullptr;
   OptionsWindow* options_ = nullptr;
-  ToolWindow* regions_ = nullptr;
-  std::unique_ptr<ToolWindow> timed_;
+  std::vector<std::unique_ptr<ToolWindow>> featureWindows_;
   bool recordShown_ = true;
   std::unique_ptr<RunMonitor> monitor_;
 };
