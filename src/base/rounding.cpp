@@ -30,6 +30,4 @@ double RoundTiesToEven(double value) {
 
 int R(double value) { return ClampToInt(RoundTiesToEven(value)); }
 
-int Floor(double value) { return ClampToInt(std::floor(value)); }
-
 }  // namespace quillon::base

@@ -9,7 +9,4 @@ namespace quillon::base {
 // This is the rounding of every pixel coordinate and length of the program.
 int R(double value);
 
-// Returns the largest integer that is not greater than value (-0.5 gives -1), clamped to the range of int. NaN gives 0.
-int Floor(double value);
-
 }  // namespace quillon::base

@@ -75,7 +75,6 @@ class Control {
   bool Visible() const;
   // The state of the control alone, regardless of its parents.
   bool OwnEnabled() const { return appearance_.enabled; }
-  bool OwnVisible() const { return appearance_.visible; }
 
   // SetCaption, SetTooltip, SetEnabled and SetVisible notify the observers with Aspect::Appearance, unless nothing
   // changes. They run no handler.

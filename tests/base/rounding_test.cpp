@@ -16,42 +16,35 @@ constexpr double kNan = std::numeric_limits<double>::quiet_NaN();
 struct Case {
   double value;
   int rounded;
-  int floored;
 };
 
 class Rounding : public testing::TestWithParam<Case> {};
 
-TEST_P(Rounding, GivesTheHandComputedNumbers) {
-  EXPECT_EQ(R(GetParam().value), GetParam().rounded);
-  EXPECT_EQ(Floor(GetParam().value), GetParam().floored);
-}
+TEST_P(Rounding, GivesTheHandComputedNumbers) { EXPECT_EQ(R(GetParam().value), GetParam().rounded); }
 
 INSTANTIATE_TEST_SUITE_P(Plain, Rounding,
-                         testing::Values(Case{0, 0, 0}, Case{-0.0, 0, 0}, Case{1, 1, 1}, Case{0.4, 0, 0},
-                                         Case{0.6, 1, 0}, Case{-0.4, 0, -1}, Case{-0.6, -1, -1}, Case{2.49, 2, 2},
-                                         Case{-2.51, -3, -3}));
+                         testing::Values(Case{0, 0}, Case{-0.0, 0}, Case{1, 1}, Case{0.4, 0}, Case{0.6, 1},
+                                         Case{-0.4, 0}, Case{-0.6, -1}, Case{2.49, 2}, Case{-2.51, -3}));
 
 INSTANTIATE_TEST_SUITE_P(TiesGoToTheEvenNeighbour, Rounding,
-                         testing::Values(Case{0.5, 0, 0}, Case{1.5, 2, 1}, Case{2.5, 2, 2}, Case{3.5, 4, 3},
-                                         Case{-0.5, 0, -1}, Case{-1.5, -2, -2}, Case{-2.5, -2, -3},
-                                         Case{1000000.5, 1000000, 1000000}, Case{1000001.5, 1000002, 1000001}));
+                         testing::Values(Case{0.5, 0}, Case{1.5, 2}, Case{2.5, 2}, Case{3.5, 4}, Case{-0.5, 0},
+                                         Case{-1.5, -2}, Case{-2.5, -2}, Case{1000000.5, 1000000},
+                                         Case{1000001.5, 1000002}));
 
 // The neighbours of one half, the closest a double comes to a tie without being one.
 INSTANTIATE_TEST_SUITE_P(NextToATie, Rounding,
-                         testing::Values(Case{0.49999999999999994, 0, 0}, Case{0.5000000000000001, 1, 0},
-                                         Case{-0.49999999999999994, 0, -1}, Case{-0.5000000000000001, -1, -1},
-                                         Case{1.4999999999999998, 1, 1}, Case{2.5000000000000004, 3, 2},
-                                         Case{1e-300, 0, 0}, Case{-1e-300, 0, -1}));
+                         testing::Values(Case{0.49999999999999994, 0}, Case{0.5000000000000001, 1},
+                                         Case{-0.49999999999999994, 0}, Case{-0.5000000000000001, -1},
+                                         Case{1.4999999999999998, 1}, Case{2.5000000000000004, 3}, Case{1e-300, 0},
+                                         Case{-1e-300, 0}));
 
 INSTANTIATE_TEST_SUITE_P(BeyondIntBecomesItsNearestEnd, Rounding,
-                         testing::Values(Case{2147483647.0, INT_MAX, INT_MAX},
-                                         Case{2147483646.5, 2147483646, 2147483646},
-                                         Case{2147483647.5, INT_MAX, INT_MAX}, Case{1e300, INT_MAX, INT_MAX},
-                                         Case{-2147483648.0, INT_MIN, INT_MIN}, Case{-2147483648.5, INT_MIN, INT_MIN},
-                                         Case{-1e300, INT_MIN, INT_MIN}, Case{kInfinity, INT_MAX, INT_MAX},
-                                         Case{-kInfinity, INT_MIN, INT_MIN}));
+                         testing::Values(Case{2147483647.0, INT_MAX}, Case{2147483646.5, 2147483646},
+                                         Case{2147483647.5, INT_MAX}, Case{1e300, INT_MAX},
+                                         Case{-2147483648.0, INT_MIN}, Case{-2147483648.5, INT_MIN},
+                                         Case{-1e300, INT_MIN}, Case{kInfinity, INT_MAX}, Case{-kInfinity, INT_MIN}));
 
-INSTANTIATE_TEST_SUITE_P(NanBecomesZero, Rounding, testing::Values(Case{kNan, 0, 0}));
+INSTANTIATE_TEST_SUITE_P(NanBecomesZero, Rounding, testing::Values(Case{kNan, 0}));
 
 }  // namespace
 }  // namespace quillon::base

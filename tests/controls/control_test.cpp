@@ -70,11 +70,9 @@ TEST(Control, IsVisibleTogetherWithAllItsParents) {
   EXPECT_TRUE(sheet.box.Visible());
   sheet.group.SetVisible(false);
   EXPECT_FALSE(sheet.box.Visible());
-  EXPECT_TRUE(sheet.box.OwnVisible());
   sheet.group.SetVisible(true);
   sheet.box.SetVisible(false);
   EXPECT_FALSE(sheet.box.Visible());
-  EXPECT_FALSE(sheet.box.OwnVisible());
 }
 
 TEST(Control, StartsAsItsLookSays) {
