@@ -24,7 +24,7 @@ Status Services::CheckProfile(const std::string& path, ProfileColours colours) {
   const bool read = !profile.empty() && file->ReadAt(0, profile.data(), profile.size());
   const bool cmyk = colours == ProfileColours::Cmyk;
   if (!read || !ProfileFits(profile, cmyk ? RowLayout::Cmyk : RowLayout::Rgb)) return fault::NotAProfile();
-  // The head may stand before damage: only a conversion tells that the profile works.
+  // The head may be valid in a damaged profile; only a conversion shows that the profile works.
   return Guarded(fault::NotAProfile(), [&] {
     const VImage dot = VImage::black(1, 1, VImage::option()->set("bands", 3))
                            .copy(VImage::option()->set("interpretation", VIPS_INTERPRETATION_sRGB));

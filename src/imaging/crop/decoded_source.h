@@ -11,8 +11,8 @@
 
 namespace quillon::imaging {
 
-// A picture decoded once for several cuts into files of one type. A JPEG for JPEGs is held as it is stored, everything
-// else as a picture.
+// A picture that is decoded once for several crops into files of one type. A JPEG that is cropped into JPEGs is held in
+// its stored colours, everything else as a picture.
 struct DecodedSource {
   Encoder encoder = Encoder::Jpeg;
   std::optional<JpegPixels> jpeg;
@@ -21,9 +21,9 @@ struct DecodedSource {
 
 Status DecodeForCuts(const PictureInput& input, const std::string& path, Encoder encoder, DecodedSource& out);
 
-// Whether a cut can be made of a decoded source at all.
+// Returns whether CropDecoded can make the crop.
 bool FitsDecoded(const CropRequest& request, Encoder encoder);
-// As MakeCrop: the results are the same, byte for byte.
+// Makes a crop with the same bytes as MakeCrop.
 Status CropDecoded(const PictureInput& input, const DecodedSource& source, const CropRequest& request,
                    host::Draft& draft);
 

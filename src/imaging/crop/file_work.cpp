@@ -20,7 +20,7 @@ using host::Problem;
 
 Status Stopped() { return {Problem::Stopped, "已停止"}; }
 
-// The library keeps buffers for each thread until it is told that the thread needs them no longer.
+// libvips keeps buffers for each thread until vips_thread_shutdown is called.
 class ThreadBuffers {
  public:
   ThreadBuffers() = default;
@@ -50,7 +50,7 @@ class Worker {
     return work_.steps.size() == 1 ? std::get_if<CropRequest>(&work_.steps.front()) : nullptr;
   }
 
-  // first: a draft that was asked for already.
+  // first: a draft that was created already and must be used for the first output.
   Status RunSteps(host::Draft* first) {
     const ThreadBuffers buffers;
     if (Status admitted = Admit(); !admitted) return admitted;
@@ -59,7 +59,7 @@ class Worker {
       PictureInput input = input_;
       input.control.content = std::exchange(handed_, nullptr);
       if (work_.PassedOn(i)) {
-        // Its size is part of the working memory.
+        // The working memory already counts its size.
         MemoryDraft draft([](std::int64_t) { return Status::Ok(); });
         if (Status made = Make(i, input, draft); !made) return made;
         handed_ = std::make_shared<const std::string>(draft.Release());
@@ -92,7 +92,7 @@ class Worker {
            });
   }
 
-  // What memory does not hold is read for each cut.
+  // If the decoded picture does not fit into memory, the source is decoded for each crop.
   Status CropShared(const PictureInput& input, const CropRequest& request, host::Draft& draft) {
     if (!decoded_) {
       decoded_.emplace();
@@ -127,12 +127,12 @@ class Worker {
   const FileWork& work_;
   const PictureInput& input_;
   const WorkHooks& hooks_;
-  std::shared_ptr<const std::string> handed_;  // by the step before
+  std::shared_ptr<const std::string> handed_;  // the output of the step before
   std::optional<DecodedSource> decoded_;
   bool shared_ = false;
 };
 
-// What CropToFile refuses.
+// Returns whether CropToFile refuses the request.
 bool Refused(const FileRequest& request, const Limits& limits) {
   const auto* crop = std::get_if<CropRequest>(&request);
   return crop && (crop->rect.Empty() || !WithinLimits(crop->rect.width, crop->rect.height, limits));

@@ -10,15 +10,15 @@
 namespace quillon::imaging {
 
 struct WorkHooks {
-  // Asked once, before anything large is allocated: working bytes, which are given back at the end, and bytes of
-  // results that are larger than a jpeg. false ends the work with Stopped.
+  // Called once, before anything large is allocated: the bytes of working memory, which are free again at the end, and
+  // the bytes of results, if these are larger than a jpeg. If it returns false, the work fails with Stopped.
   std::function<bool(std::int64_t working, std::int64_t results)> admit;
-  // A draft for the next output.
+  // Returns a draft for the next output.
   std::function<host::Draft&()> output;
 };
 
-// Does a work without writing a file: the outputs are the bytes that the operations write one by one. Several cuts of
-// one source share its decode. Fails if any step fails; what was written then means nothing.
+// Does a work without writing files. The outputs have the same bytes as the files of the single operations. Several
+// crops of one source share its decoded picture. Fails if any step fails; the drafts must then be dropped.
 Status DoWork(const FileWork& work, const PictureInput& input, const WorkHooks& hooks);
 
 }  // namespace quillon::imaging

@@ -17,7 +17,7 @@
 #include "imaging/rows/row_steps.h"
 #include "imaging/tiff/tiff_part.h"
 
-// An order takes the cheapest of four ways:
+// An order is carried out in the cheapest of four ways:
 //   1. JPEG to JPEG without scaling or rotation: CutJpeg, which works on the stored colours.
 //   2. JPEG to a smaller JPEG: decoded at a reduced size, scaled row by row.
 //   3. Rows that the target format can store as they are: copied while they are decoded.

@@ -15,7 +15,7 @@ namespace {
 using host::Status;
 using vips::VImage;
 
-// What DrawImage draws: opaque pixels of canvas's kind, where they meet it.
+// Blends above over below. Both have the same size and colours; the result has the format of below.
 VImage Overlaid(const VImage& below, const VImage& above) {
   if (!HasAlpha(above)) return above;
   if (HasAlpha(below)) {
@@ -30,7 +30,8 @@ VImage Overlaid(const VImage& below, const VImage& above) {
   return (below + (colours - below) * share).rint().cast(below.format());
 }
 
-// Pixels in memory that nothing else looks at, so that they may be drawn on.
+// Returns pixels in memory that no other image shares, so that they may be changed: the given ones, which are then
+// empty, or a copy.
 VImage OwnPixels(VImage& pixels) {
   const bool own = pixels.get_image()->dtype == VIPS_IMAGE_SETBUF && G_OBJECT(pixels.get_image())->ref_count == 1;
   if (own) return std::exchange(pixels, VImage());

@@ -6,12 +6,12 @@
 #include "imaging/pixels/picture.h"
 #include "imaging/types.h"
 
-// What the operations on images in memory do to a picture. Each leaves its picture as it was when it fails; what the
-// library throws passes through (see Guarded). They are called on any thread.
+// The operations on images in memory. If one fails, its picture is unchanged. Exceptions of libvips pass through; see
+// Guarded. They may be called from any thread.
 namespace quillon::imaging {
 
-// Computes pixels and holds them, so that what follows need not compute them again and may ask in any order. TooLarge:
-// above limits, checked before anything is allocated.
+// Computes the pixels into memory, so that later steps read them in any order and do not compute them again.
+// TooLarge: the pixels exceed the limits, which is checked before anything is allocated.
 host::Status Materialize(vips::VImage& pixels, const Limits& limits);
 
 host::Status Rotate(Picture& picture, double angle, base::Colour background, const Limits& limits);
@@ -22,7 +22,7 @@ host::Status InvertColours(Picture& picture);
 host::Status CutOut(Picture& picture, base::Rect rect, const Limits& limits);
 host::Status Draw(Picture& canvas, const Picture& picture, base::Rect drawn, const Limits& limits);
 host::Status MakeCanvas(base::Size size, base::Colour colour, const Limits& limits, Picture& out);
-// EXIF, orientation and resolution of a picture that was made of another.
+// Copies EXIF, orientation and resolution to a picture that was made of another.
 void CopyTags(PictureTags& tags, const PictureTags& from);
 
 host::Status ApplyStep(const PixelStep& step, Picture& picture, const Limits& limits);

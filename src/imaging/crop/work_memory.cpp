@@ -12,7 +12,7 @@ namespace {
 
 constexpr int kRgb = 3;
 constexpr int kGifPixel = 4;      // of a picture that is held whole to choose its colours
-constexpr int kRowsPassing = 64;  // that the steps of a pipeline hold together, and the encoder behind them
+constexpr int kRowsPassing = 64;  // held by all steps of a pipeline and the encoder
 constexpr int kFloat = 4;
 
 // More pixels than any memory holds, and few enough that products and sums of a work's bytes stay within 64 bits.

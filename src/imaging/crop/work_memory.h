@@ -9,15 +9,15 @@
 
 namespace quillon::imaging {
 
-// What a work holds, in bytes; rounded up rather than down.
+// The memory that a work needs, in bytes; estimated too high rather than too low.
 struct WorkMemory {
-  std::int64_t working = 0;  // at its peak, with what is passed on in memory
-  std::int64_t results = 0;  // outputs of kinds that may be as large as their pixels; nothing for a jpeg
+  std::int64_t working = 0;  // at its peak, including outputs that are passed on in memory
+  std::int64_t results = 0;  // outputs in formats that may be as large as their pixels; 0 for a jpeg
 
   std::int64_t Total() const { return working + results; }
 };
 
-// By the source, of which only the head has been read, and the sizes that the steps name.
+// Estimates from the head of the source and the sizes in the requests.
 WorkMemory MemoryFor(const FileWork& work, const OpenedPicture& source);
 
 }  // namespace quillon::imaging

@@ -33,7 +33,9 @@ class JpegReader {
   JpegReader(const JpegReader&) = delete;
   JpegReader& operator=(const JpegReader&) = delete;
 
-  // Opens path and reads everything before the picture data. Nothing large is allocated. widthWritten: see BytesHeld.
+  // Opens path and reads everything before the picture data. Nothing large is allocated.
+  // widthWritten is the width of the rows that are encoded meanwhile, 0 if none are; see BytesHeld. A width above 0
+  // also counts the rows of a picture of one scan against the limit of memory, which is not checked otherwise.
   // Unsupported: not a JPEG, or of a kind that is not read here (lossless, hierarchical, 12 bit, other colour spaces).
   // TooLarge: a side, the pixels or BytesHeld are above limits. Damaged: truncated or corrupt.
   // Missing, Denied: the file cannot be opened.

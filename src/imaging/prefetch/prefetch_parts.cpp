@@ -67,7 +67,7 @@ void PrefetchMemory::ForgetResults(PrefetchWork& work) {
   if (!work.running) working_ -= std::exchange(work.admitted, 0);
 }
 
-// One giant among small ones is forgotten after a while.
+// The expectation decays, so that one very large result does not hold up the others for long.
 void PrefetchMemory::Expect(const PrefetchWork& work) {
   largestResult_ = std::max(largestResult_ * 7 / 8, work.counted);
 }

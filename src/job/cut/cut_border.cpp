@@ -19,7 +19,7 @@ BoardResolution ResolutionFor(CutFile& file) {
   return ResolutionOfBoard(fixedCut, options.dpi, facts.dpi, file.program.flags.ScreenDpi);
 }
 
-// Limited to what an int holds: no canvas of that size is ever made.
+// Clamped to the range of int; a canvas of that size is always refused.
 int Sum(double image, int before, int behind) { return base::R(image + before + behind); }
 
 void PlaceFit(imaging::BorderRequest& request, base::Size inner, int left, int top) {
@@ -37,9 +37,9 @@ void PlaceWhole(imaging::BorderRequest& request, const Board& board) {
   request.drawn = image;
 }
 
-// Where the picture lies in its border. Without a fixed cut the frame is the cut itself, whatever TFixWH holds, and the
-// border lies around it; a fixed cut is fitted into its size. A turned picture of presets 3 and 4 lies across, and
-// without ChMode1 its border is turned with it.
+// Sets the place of the picture in its border. Without a fixed cut the border surrounds the whole cut and TFixWH does
+// not matter; a fixed cut is fitted into its size. A rotated picture of presets 3 and 4 has its sides exchanged, and
+// without ChMode1 its border is rotated too.
 void PlacePicture(const CutFile& file, const Board& board, Turned turned, imaging::BorderRequest& request) {
   const CutSettings& options = file.settings;
   if (options.frameOnly || !options.geometry.ChFixCut) {
@@ -59,7 +59,7 @@ void PlacePicture(const CutFile& file, const Board& board, Turned turned, imagin
   PlaceFit(request, {options.geometry.FixW, options.geometry.FixH}, board.left, board.top);
 }
 
-// A failure on a canvas that is too large tells its size.
+// Adds the size of the canvas to the reason if the canvas is too large.
 Status OnCanvas(base::Size size, Status status) {
   if (status.GetProblem() != host::Problem::TooLarge) return status;
   return {host::Problem::TooLarge, "加上边框后的画布为 " + std::to_string(size.width) + "x" +
@@ -74,7 +74,7 @@ Status DrawBorder(CutFile& file, const std::string& destination) {
                   file.program.saver.Save(destination, [&] { return file.program.images.AddBoardToFile(request); }));
 }
 
-// Frame-only with ChAddToSize: the whole picture, fitted and centred on white.
+// Handles frame-only with ChAddToSize: the whole picture is fitted and centred on white.
 Status PadToSize(CutFile& file, const std::string& destination) {
   imaging::Services& images = file.program.images;
   const CutSettings& options = file.settings;
@@ -126,7 +126,7 @@ Step AddBorder(CutFile& file) {
   }
   file.program.host.pump.Turn();
   const std::string bordered = file.WorkFile(work_files::kResultStem);
-  // Gone at the start, so that the save is a fresh one and need not wait for the disk.
+  // Removed first, so that the save creates a file and does not wait for a sync.
   (void)file.program.host.files.RemoveOwn(bordered);
   const bool pads = options.frameOnly && options.padToSize;
   const Status status = pads ? PadToSize(file, bordered) : DrawBorder(file, bordered);

@@ -15,11 +15,12 @@ namespace quillon::job {
 namespace {
 
 constexpr int kWorkFileQuality = 98;
-// Pieces of one picture. A piece can be split again if the whole has as many pixels as there are pieces, squared: where
-// there are more than these, none is that large.
+// The largest number of pieces whose names are foreseen. A name matters if the piece is cut as a source later. A
+// picture with more pieces than these, each with as many pixels, would have more than 10^10 pixels, and none is that
+// large.
 constexpr std::size_t kMostForeseen = 100'000;
 
-// The steps of one file, in their order. Those of kPictureSteps give way to work that was prefetched.
+// The steps of one file, in their order. Prefetched work replaces those of kPictureSteps.
 using StepFunction = Step (*)(CutFile&);
 constexpr StepFunction kFirstSteps[] = {MeasureSource, PassOverSmall, KeepExifSource, PassOverFolder};
 constexpr StepFunction kPictureSteps[] = {ZoomBeforeCut, RotateBeforeCut, NameOutput, AskForFrame, FindRectangle,

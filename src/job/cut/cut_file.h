@@ -13,19 +13,19 @@
 
 namespace quillon::job {
 
-// One file on its way through the steps of the cut.
+// The state of one file during the steps of the cut.
 struct CutFile {
-  // row is the data row from 1, or 0 for a file that no row stands for.
+  // row is the data row, counted from 1; 0 for a file without a row.
   CutFile(CutRun& owner, std::size_t listRow, std::string path);
 
-  // Whether a row stands for it.
+  // Returns whether the file has a row.
   bool Listed() const { return row > 0; }
   // Returns the path of a work file with the extension of the output; see work_files.h.
   std::string WorkFile(const std::string& stem) const;
-  // Whether steps behind the cut change the picture, so that the cut goes to a work file first.
+  // Return whether a step after the cut changes the picture, so that the cut is written to a work file.
   bool BorderFollows() const { return settings.addBoard; }
   bool ConversionFollows() const;
-  // Quality of a jpeg that the cut leaves: a work file is saved again later.
+  // Returns the quality of a jpeg that the cut writes. A work file has a higher one, because it is encoded again.
   int CutQuality() const;
   imaging::Exif ExifWish() const { return settings.keepExif ? imaging::Exif::Keep : imaging::Exif::Drop; }
 
@@ -34,47 +34,47 @@ struct CutFile {
   CutSettings settings;
 
   std::size_t row;
-  std::string listedPath;  // the source as it is listed, and its parts
+  std::string listedPath;  // the source as it is listed; its parts follow
   std::string folder;
   std::string name;
   std::string extension;
 
-  std::string Src;  // what is cut: the listed file or a work file made of it
+  std::string Src;  // the file that is cut: the listed one, or a work file made of it
   std::string OutExt;
   std::string Dst;
-  std::string exifSource;  // the file whose Exif goes to the output
+  std::string exifSource;  // the file from which the output gets its Exif
   int W = 0;
   int H = 0;
-  host::Status measured;     // why Src has no size
-  imaging::Image Work;       // the turned picture, once it was turned
-  bool turnedFirst = false;  // by CmbRotate, so that the cut is made of Work
+  host::Status measured;     // the failure to measure Src
+  imaging::Image Work;       // the picture in memory, once it was turned
+  bool turnedFirst = false;  // CmbRotate has turned the picture, so that Work is cut
   double RestoreAngle = 0;
   base::Rect rect;
   Overhang overhang;
 
-  std::string target;      // where the cut is to be saved: Dst or a work file
-  std::string latestFile;  // where the newest state of the output stands, "" before the cut
+  std::string target;      // the path under which the cut is saved: Dst or a work file
+  std::string latestFile;  // the file with the newest state of the output, "" before the cut
   base::Size latestSize;   // of that picture
   FileResult result;
 };
 
-// Where the output stands in the end: Dst, or the pdf made of it.
+// Returns the final path of the output: Dst, or that of the pdf made of it.
 std::string ResultPath(const CutFile& file);
 
-// The outputs of that source, as far as they can be told before it is begun.
+// Returns the outputs of that source as far as they are known before its cut.
 std::vector<std::string> ForeseenOutputs(CutRun& run, const std::string& path);
 
-// What a step answers: go on, or this file is done with (result tells how).
+// The result of a step: continue with the next one, or end the file. CutFile::result says how it ended.
 enum class Step { Next, FileDone };
 
 Step Fail(CutFile& file, std::string why);
-// As above, for a step that failed so: an older output may have to go (see RunLedger::DiscardStaleOutput).
+// As above, with the reason of the status. May discard a stale output; see RunLedger::DiscardStaleOutput.
 Step Fail(CutFile& file, const host::Status& status);
 
 Step PassOver(CutFile& file, std::string why);
 
-// Runs all steps on one file and tells what became of it. Counts a picture that the effects could not load in
-// CutRun::failed; what the observer, the list and the totals hear is up to the caller.
+// Executes all steps for one file and returns the result. Adds a picture that the effects could not load to
+// CutRun::failed. The caller reports the result to the observer, the list and the totals.
 FileResult CutOneFile(CutRun& run, std::size_t row, const std::string& path);
 
 }  // namespace quillon::job

@@ -12,10 +12,10 @@
 namespace quillon::job {
 namespace {
 
-// What is missing in an output that is written all the same.
+// Notes what an output lacks that is written nevertheless.
 void Note(CutFile& file, const std::string& why) { file.result.why += (file.result.why.empty() ? "" : "；") + why; }
 
-// Returns whether the two profiles of a conversion to CMYK are there and work; if not, which and why.
+// Fails unless both profiles of a conversion to CMYK exist and can be used. The reason names the profile.
 host::Status CheckCmykProfiles(Program& program) {
   using Colours = imaging::Services::ProfileColours;
   for (const auto& [name, colours] : {std::pair("sRGB.icc", Colours::Rgb), std::pair("Default.icm", Colours::Cmyk)}) {
@@ -72,15 +72,15 @@ Step Deliver(CutFile& file) {
   Program& program = file.program;
   file.result.output = ResultPath(file);
   if (file.latestFile == file.result.output) return Step::Next;
-  // What helpers have worked on is copied under the program's name.
+  // A file that helpers have changed is copied, so that the program itself writes the output.
   const char* title = file.ConversionFollows() ? tools::kTitle : host::kBoxTitle;
   const host::Status copied = program.saver.Copy(file.latestFile, file.result.output, {.title = title});
-  // A work file that is gone need not reach the disk, and the next one is a fresh save.
+  // A removed work file need not be synced, and the next save creates it anew.
   (void)program.host.files.RemoveOwn(file.latestFile);
   return copied ? Step::Next : Fail(file, copied);
 }
 
-// A result of another name takes the place of its source all the same.
+// A result with another name replaces its source too.
 Step RemoveSource(CutFile& file) {
   const bool beside = !file.program.host.files.SameFile(file.result.output, file.listedPath);
   if (file.settings.over && beside && !file.run.OnBackSide()) {

@@ -12,31 +12,31 @@
 
 namespace quillon::job {
 
-// What the steps of a cut will do with one file, as far as the image services alone do it.
+// The part of a file's cut that the image services do alone.
 struct CutPlan {
   imaging::FileWork work;
-  std::string output;  // what the work leaves: the output or a work file
+  std::string output;  // the file that the work writes: the output or a work file
   imaging::Encoder encoder = imaging::Encoder::Jpeg;
-  base::Size size;  // of the picture in it
+  base::Size size;  // of the picture in that file
 
-  // Whether it is a crop that the step asks for by itself.
+  // Returns whether the work is a single crop. MakeCut uses a prefetched crop by itself.
   bool PlainCrop() const;
 };
 
-// Whether any file of a run with these settings can be foreseen: none that waits for the user, for another file, or
-// gives several outputs.
+// Returns whether cuts with these settings can be predicted. They cannot if a cut waits for the user, depends on
+// another file, or has several outputs.
 bool IsForeseeable(const CutRun& run, const CutSettings& settings);
 
-// The plan for a file whose source has that size, with its settings and the cut parameters as they are now. Nothing if
-// the file will be passed over or fail, or if that cannot be known. The steps of cut_steps.h are the measure: what is
-// foreseen here is what they would ask for, one by one, with the same parameters.
+// Returns the plan for a file whose source has that size, with its settings and the present cut parameters. Returns
+// nothing if the file will be passed over or fail, or if that is not known. The plan is made by the same functions as
+// the steps of cut_steps.h, so that its requests equal theirs.
 std::optional<CutPlan> ForeseeCut(const CutFile& file, base::Size size);
 
-// What became of a file whose work may have been prefetched.
+// The result of UsePrefetched.
 enum class Prefetched { None, Used, FileDone };
 
-// Takes the place of the steps ZoomBeforeCut to AddBorder if their work was prefetched and is ready. None: the steps
-// are to be taken one by one, and report what fails.
+// Replaces the steps ZoomBeforeCut to AddBorder if their work was prefetched and is ready. None: the steps have to be
+// executed one by one, and report what fails.
 Prefetched UsePrefetched(CutFile& file);
 
 }  // namespace quillon::job

@@ -35,8 +35,8 @@ host::Status TurnSource(CutFile& file, double angle) {
   return host::Status::Ok();
 }
 
-// An output that would take the place of another picture the user listed, or of a file beside an overwritten source, is
-// refused: neither was meant to be written over.
+// Returns whether the output would replace another picture that the user listed, or a file beside an overwritten
+// source. Neither must be overwritten.
 bool WouldReplaceOther(CutFile& file) {
   const std::string output = ResultPath(file);
   if (output == file.listedPath || !file.program.host.files.Stat(output)) return false;
@@ -44,13 +44,13 @@ bool WouldReplaceOther(CutFile& file) {
   return !file.run.ledger.Wrote(output) && file.run.ledger.IsOtherSource(output, file.listedPath);
 }
 
-// Where several processes walk one folder a result beside its source, under another name, is a source to the others.
+// If several processes walk one folder, a result beside its source with another name is a source for the others.
 bool OthersWouldCutIt(const CutFile& file) {
   const bool anotherName = file.settings.split || ResultPath(file) != file.listedPath;
   return anotherName && file.settings.over && file.program.context.SharesFolders();
 }
 
-// Without a list a picture that has no size ends the whole run.
+// In a run without a list, a picture without a size ends the whole run.
 Step EndWithoutSize(CutFile& file) {
   file.program.flags.StopRequested = true;
   file.result.endedRun = true;
@@ -58,7 +58,7 @@ Step EndWithoutSize(CutFile& file) {
   return file.measured ? Fail(file, "图片的宽或高为 0") : Fail(file, file.measured);
 }
 
-// The cut goes to a work file when more is to be done with it, or when a crop would read the file that it writes.
+// Returns a work file if further steps change the cut, or if the crop would read the file that it writes.
 std::string CutTarget(const CutFile& file) {
   if (file.BorderFollows()) return file.WorkFile(work_files::kCutStem);
   const bool ontoItself = file.settings.over && file.Dst == file.listedPath;
@@ -158,7 +158,7 @@ Step NameOutput(CutFile& file) {
                 "结果不用原文件的名字，由几个进程分担时会被当作原文件再裁一次，已跳过：请按文件名列出它，"
                 "或不带 --jobs 和 --shard 运行");
   }
-  // What is split is written piece by piece.
+  // A cut that will be split is written piece by piece.
   if (!file.settings.split && WouldReplaceOther(file))
     return Fail(file, "会覆盖另一个文件 " + base::DisplayText(output) + "，已跳过");
   if (file.settings.keepFolders && !file.settings.over) {

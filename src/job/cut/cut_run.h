@@ -12,7 +12,7 @@
 
 namespace quillon::job {
 
-// What the files of one run share.
+// The state that all files of one run share.
 struct CutRun {
   CutRun(Program& owner, RunLedger& runLedger, RunJournal& runJournal)
       : program(owner), ledger(runLedger), journal(runJournal), omitted(owner.context) {}
@@ -35,7 +35,7 @@ struct CutRun {
   int failed = 0;          // pictures that the effects could not load
 
  private:
-  // Sweeping a folder again costs one listing, the names of a long tree all its memory.
+  // To sweep a folder again costs one listing; to remember all folders of a deep tree costs memory without limit.
   static constexpr std::size_t kSweptRemembered = 1000;
 
   std::unordered_set<std::string> swept_;

@@ -23,7 +23,7 @@ void EndHelpers(host::Host& host) {
 
 NormalCut::NormalCut(Program& program) : program_(program) {}
 
-// Options are refused where they are chosen, but a part may also have been taken away since.
+// An option without its engine is refused when it is chosen; the engine may be missing only later.
 RunNeeds NormalCut::Needs() const {
   const Flags& flags = program_.flags;
   const Form1& form = program_.form1;
@@ -54,7 +54,7 @@ bool NormalCut::Prepare() {
   return true;
 }
 
-// The canvas serves the border and the sheets. A run without one still cuts, so a failure here is passed over.
+// Writes the canvas that the border and the sheets use. A run can do without, so that a failure is ignored.
 void NormalCut::PrepareCanvas() {
   const bool border = program_.flags.AdvancedOptionsLoaded && program_.fBaseOpt.ChAddBoard.On();
   if (!border && !withArray_) return;

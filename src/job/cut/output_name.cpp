@@ -9,7 +9,7 @@
 namespace quillon::job {
 namespace {
 
-// The folder below which a source keeps its structure: a drive in front is dropped.
+// Returns the part of the folder that is kept below the output folder. A drive in front of it is dropped.
 std::string WithoutDrive(const std::string& folder) {
   return folder.size() >= 2 && folder[1] == ':' ? folder.substr(2) : folder;
 }
@@ -62,7 +62,7 @@ std::string MakeOutputName(host::Files& files, const std::string& source, const 
   std::string folder = outFolder;
   if (keepFolders == KeepFolders::Yes) {
     folder = base::JoinPath(outFolder, name);
-    // A folder that cannot be made shows when the file is saved.
+    // If the folder cannot be created, the save reports it.
     static_cast<void>(files.MakeFolders(folder));
   }
   return base::WithoutPsd(base::JoinPath(folder, name, extension));

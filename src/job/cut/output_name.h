@@ -7,7 +7,7 @@
 #include "host/files/files.h"
 #include "job/settings/cut_settings.h"
 
-// What outputs are called and where they go.
+// Names and folders of outputs.
 namespace quillon::job {
 
 // Returns extension in the wanted case; only ASCII letters change.

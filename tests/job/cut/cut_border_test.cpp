@@ -1,6 +1,6 @@
 // SPDX-FileCopyrightText: 2026 The Quillon developers
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The border behind the cut, and the border alone.
+// The border after the cut, and the border alone.
 #include "job/cut_fixture.h"
 
 namespace quillon::job {

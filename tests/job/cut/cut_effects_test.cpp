@@ -1,6 +1,6 @@
 // SPDX-FileCopyrightText: 2026 The Quillon developers
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Rotation, colours and zoom before, in and behind the cut.
+// Rotation, colours and zoom before, during and after the cut.
 #include <filesystem>
 
 #include "job/collaborator_doubles.h"
@@ -56,7 +56,7 @@ TEST_F(CutEffectsTest, BlackAndWhite) {
   for (int x = 0; x < 20; ++x) EXPECT_EQ(cut.At(x, 7).red, x < 10 ? 0 : 255) << x;
 }
 
-// The value of a tag of the first directory, which holds 16 bits; -1 where it has none.
+// The value of a tag of the first directory, which holds 16 bits; -1 if it has none.
 int TiffTag(const std::string& tiff, int tag) {
   const auto at = [&](std::size_t place, int bytes) {
     std::size_t value = 0;

@@ -14,7 +14,7 @@ namespace {
 
 class CutInputTest : public CutTest {
  protected:
-  // A good picture is listed in front and behind, and cut.
+  // A good picture is listed before and after it, and cut.
   void CutBetween(const std::string& path) {
     List({Make("0.bmp", 20, 10), path, Make("9.bmp", 20, 10)});
     Spoil();
@@ -249,7 +249,7 @@ TEST_F(CutInputTest, FaultSweepOverTheSources) {
   }
 }
 
-// The same for every way that an output takes to its place over its source.
+// The same for every way by which an output replaces its source.
 struct SavePath {
   const char* what;
   const char* file;

@@ -1,6 +1,6 @@
 // SPDX-FileCopyrightText: 2026 The Quillon developers
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The cut without effects: where the output goes, by which way the pixels come, and what is kept.
+// The cut without effects: the path of the output, the way of the pixels, and the metadata.
 #include <filesystem>
 
 #include "job/cut_fixture.h"
@@ -34,7 +34,7 @@ TEST_F(CutPlainTest, EveryFormatIntoEveryFormat) {
       const Picture cut = Read(Out(name + "." + to));
       ASSERT_EQ(cut.width, 60);
       ASSERT_EQ(cut.height, 32);
-      // Away from the edges, where a jpeg is smooth.
+      // At a distance from the edges, because a jpeg is smooth there.
       for (const auto& [x, y] : {std::pair{10, 5}, {55, 5}, {10, 30}, {55, 30}}) {
         const Pixel wanted = quarters(x + 10, y + 16);
         EXPECT_NEAR(cut.At(x, y).red, wanted.red, 8) << x << "," << y;

@@ -1,6 +1,6 @@
 // SPDX-FileCopyrightText: 2026 The Quillon developers
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The frame of a run: what is checked before it, what it tells, how it is stopped and how it ends.
+// The frame of a run: the checks before it, its reports, how it is stopped and how it ends.
 #include "job/cut/normal_cut.h"
 
 #include <filesystem>
@@ -307,7 +307,7 @@ TEST_F(NormalCutTest, StopBetweenTheStepsOfAFile) {
   Option("ChAddBoard", "1");
   Put("FBaseOpt.TBoard(0)", "5");
   List(MakeSeveral(1));
-  // The first turn is that before the file, the second before the cut, the third behind it.
+  // The first turn is that before the file, the second before the cut, the third after it.
   world.pump.OnTurn(3, [&] { flags.StopRequested = true; });
   Cut();
   EXPECT_EQ(Why(1), "已停止，未处理完");

@@ -18,7 +18,7 @@ class PresetCutTest : public CutTest {
         world.folder.Write("work/a.bmp", BitmapBytes(Painted(kSource.width, kSource.height, Slope)));
     List({bitmap});
   }
-  // In pixels, where the unit is pixels.
+  // In pixels, if the unit is pixels.
   void Left(int left, int top) {
     form.TCutValue[0].SetNumber(left);
     form.TCutValue[1].SetNumber(top);

@@ -126,7 +126,7 @@ class SplitWayTest : public SplitFinishTest, public ::testing::WithParamInterfac
 
 TEST_P(SplitWayTest, EachPieceIsFinishedOnce) {
   if (GetParam().border > 0) {
-    // Millimetres of a picture that tells no resolution count at that of the screen.
+    // Millimetres of a picture without a resolution are converted with that of the screen.
     flags.ScreenDpi = 254;
     Option("CmbDPI", "254");
     Option("ChAddBoard", "1");
