@@ -148,7 +148,7 @@ Status Files::MakeFolders(const std::string& folder) const {
   return Status::FromErrno(-result);
 }
 
-std::vector<LateFailure> Files::Flush() { return syncs_->Flush(); }
+std::vector<LateFailure> Files::Flush(const GoOn& goOn) { return syncs_->Flush(goOn); }
 
 Status Files::RemoveOwn(const std::string& path) {
   const std::string trimmed = base::TrimTrailingSeparator(path);

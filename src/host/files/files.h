@@ -105,7 +105,10 @@ class Files {
   // it is not synced. If the source is missing, the file at to stays unchanged.
   Status CopyOwn(const std::string& from, const std::string& to);
   // Waits until everything saved so far is on the disk. Returns the failures since the last call.
-  std::vector<LateFailure> Flush();
+  // If that lasts, goOn is called every few milliseconds with the paths of what is not on the disk yet. If it
+  // returns false, everything that is not on the disk yet counts as failed.
+  using GoOn = std::function<bool(const std::vector<std::string>& pending)>;
+  std::vector<LateFailure> Flush(const GoOn& goOn = {});
 
   // Removes a work file or a folder tree of the program itself. Succeeds if it is missing. Does not follow links.
   Status RemoveOwn(const std::string& path);

@@ -2,12 +2,10 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include <condition_variable>
-#include <cstddef>
-#include <cstdint>
+#include <functional>
+#include <memory>
 #include <mutex>
 #include <string>
-#include <thread>
 #include <vector>
 
 #include "host/files/disk.h"
@@ -21,6 +19,9 @@ namespace quillon::host {
 // unless the names were synced together with the files. At most 64 items are pending; Add blocks while the queue is
 // full.
 // Failures are kept until Flush returns them. The destructor returns only after everything is synced.
+//
+// A disk may stop answering in the middle of a sync, and no call can end such a sync. A Flush that is given up leaves
+// the thread and its files to themselves and begins a new queue; the thread ends if its sync returns.
 class SyncQueue {
  public:
   // What to do with a file that could not be synced. A new file is removed, because its content may be incomplete.
@@ -36,33 +37,17 @@ class SyncQueue {
   // Queues only the folder of path, for a file that is already synced or for a changed folder entry.
   void AddFolderOf(const std::string& path);
   // Waits until the queue is empty. Returns the failures since the last call.
-  std::vector<LateFailure> Flush();
+  // If the wait lasts, goOn is called every few milliseconds with the paths of all pending items. If it returns false,
+  // these are returned as failures.
+  std::vector<LateFailure> Flush(const Files::GoOn& goOn = {});
 
  private:
-  struct Item {
-    std::string path;
-    int handle = -1;
-    OnFailure onFailure = OnFailure::Keep;
-    Status status;
-    bool nameSynced = false;  // the folder entry is on the disk too
-  };
-
-  void Add(Item item);
-  void Run();
-  void SyncAll(std::vector<Item>& batch);
-  void SyncFiles(std::vector<Item>& batch);
-  void RemoveIncomplete(const Item& item);
+  class Worker;
+  std::shared_ptr<Worker> Current();
 
   Disk& disk_;
   std::mutex mutex_;
-  std::condition_variable wake_;
-  std::condition_variable done_;
-  std::vector<Item> waiting_;
-  std::vector<LateFailure> failures_;
-  std::size_t inProgress_ = 0;  // items of the current batch
-  int flushing_ = 0;            // callers inside Flush, which skip the batch delay
-  bool ending_ = false;
-  std::thread thread_;
+  std::shared_ptr<Worker> worker_;
 };
 
 }  // namespace quillon::host

@@ -3,6 +3,7 @@
 #include "job/list/disk_monitor.h"
 
 #include <algorithm>
+#include <set>
 #include <utility>
 
 #include "base/path_text.h"
@@ -14,6 +15,7 @@ namespace {
 
 constexpr double kFreshFor = 0.5;  // seconds
 constexpr std::size_t kFoldersRemembered = 1000;
+constexpr double kAskedWhileFlushing = 5;       // seconds between two questions
 constexpr std::uint64_t kReadAtOnce = 1 << 20;  // bytes; larger files are only opened
 
 // In seconds. Most disks answer at once, and a window that stands still for so short a time is no matter.
@@ -159,6 +161,22 @@ host::Status DiskMonitor::Ask(const std::string& folder, const std::string& path
     context_.images.PlanMeasures({});
   }
   return answered;
+}
+
+std::vector<host::LateFailure> DiskMonitor::Flush() {
+  double asked = context_.host.clock.Seconds();
+  return context_.host.files.Flush([&](const std::vector<std::string>& pending) {
+    context_.host.pump.Turn();
+    if (context_.host.clock.Seconds() - asked < kAskedWhileFlushing) return true;
+    std::set<std::string> folders;
+    for (const std::string& path : pending) folders.insert(base::SplitPath(path).folder);
+    const bool answer = std::all_of(folders.begin(), folders.end(), [&](const std::string& folder) {
+      const host::Status answered = Ask(folder, folder, kSilentOutput);
+      return answered || answered.GetProblem() == host::Problem::Stopped;
+    });
+    asked = context_.host.clock.Seconds();
+    return answer;
+  });
 }
 
 bool DiskMonitor::Fresh(const std::string& folder) const {

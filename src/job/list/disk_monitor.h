@@ -93,6 +93,10 @@ class DiskMonitor {
   // As AskFile for a source and, unless sources are overwritten, for the output folder.
   host::Status AskForCut(const std::string& source);
 
+  // Waits for the disks as Files::Flush does. If that lasts, the window gets its turns, and everything that is not on
+  // disk yet counts as failed if a disk is silent. A slow disk that answers is waited for.
+  std::vector<host::LateFailure> Flush();
+
   // Whether the disk of the file at path is known to be silent. Accesses no disk.
   bool Silent(const std::string& path);
 

@@ -122,7 +122,7 @@ void RunLedger::DiscardStaleOutput(const std::string& source, const std::string&
 }
 
 void RunLedger::Flush() {
-  const std::vector<host::LateFailure> lost = context_.host.files.Flush();
+  const std::vector<host::LateFailure> lost = context_.disks.Flush();
   for (const host::LateFailure& failure : lost) {
     const auto found = outputs_.find(failure.path);
     if (found == outputs_.end()) continue;

@@ -16,8 +16,7 @@
 
 namespace quillon::job {
 
-// A disk that is there and never answers, to the threads behind the program; the program itself, which no test could
-// bring back, it answers.
+// A disk that never answers background threads. It answers the thread of the test, which could not continue otherwise.
 class DeadDisk {
  public:
   DeadDisk() : program_(gettid()) {}
@@ -49,15 +48,20 @@ class DeadDisk {
     const std::lock_guard lock(mutex_);
     return !threads_.empty();
   }
-  // Comes back when the threads that hung have ended: they still look at what the test owns.
-  void Answer() {
+  // Answers from now on. Returns the threads that hung, and does not wait for them: they may go on to work.
+  std::set<pid_t> LetGo() {
     std::set<pid_t> threads;
     {
       const std::lock_guard lock(mutex_);
       answers_ = true;
-      threads = threads_;
+      threads.swap(threads_);
     }
     changed_.notify_all();
+    return threads;
+  }
+  // Answers from now on. Returns when the threads that hung have ended, because they still use what the test owns.
+  void Answer() { AwaitEnd(LetGo()); }
+  static void AwaitEnd(const std::set<pid_t>& threads) {
     for (const pid_t thread : threads) {
       const std::string entry = "/proc/self/task/" + std::to_string(thread);
       while (std::filesystem::exists(entry)) std::this_thread::yield();

@@ -129,7 +129,7 @@ class SilentRunTest : public CutTest {
   void SetUp() override {
     CutTest::SetUp();
     world.pump.EveryTurn([&] {
-      if (host::testing::OtherThreadsWait()) world.clock.Advance(1);
+      if (host::testing::OtherThreadsWait()) world.clock.Advance(secondsOfATurn);
     });
   }
   // Some time before the cut, which asks the disk anew.
@@ -146,6 +146,7 @@ class SilentRunTest : public CutTest {
     };
   }
 
+  double secondsOfATurn = 1;
   DeadDisk dead;
 };
 
@@ -279,6 +280,33 @@ TEST_F(SilentRunTest, NamedFilesThatDoNotAnswerAreNotListed) {
   EXPECT_EQ(recorder.notListed[0], (std::pair<std::string, std::string>(three[0], host::kDiskUnresponsive)));
   EXPECT_EQ(recorder.notListed[1].first, three[1]) << "in the same folder";
   EXPECT_EQ(program.files.RowCount(), 1u);
+}
+
+// --- Outputs that are not on the disk when a run ends.
+
+TEST_F(SilentRunTest, OutputsThatDoNotReachTheDiskCountAsLost) {
+  const std::vector<std::string> three = MakeThree();
+  ListEarlier(three);
+  dead.Take(world.faults, DiskCall::Sync, "/out/.3.jpg");
+  recorder.onFileDone = [&](const FileResult& file) {
+    if (file.source == three[2]) dead.Take(world.faults, DiskCall::Stat, "/out");
+  };
+  Cut();
+  EXPECT_EQ(Why(3), "输出文件没有写到磁盘上：磁盘没有响应") << Whys();
+  EXPECT_EQ(Totals().written + Totals().none, 3u);
+  EXPECT_FALSE(recorder.lost.empty());
+}
+
+TEST_F(SilentRunTest, OutputsOnASlowDiskAreWaitedFor) {
+  ListEarlier(MakeThree());
+  dead.Take(world.faults, DiskCall::Sync, "/out/.3.jpg");
+  const double start = world.clock.Seconds();
+  secondsOfATurn = 10;
+  world.pump.EveryTurn([&] {
+    if (world.clock.Seconds() > start + 600) dead.LetGo();
+  });
+  Cut();
+  EXPECT_EQ(Totals().written, 3u) << Whys();
 }
 
 // --- A folder whose files go while it is walked.
