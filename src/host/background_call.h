@@ -10,6 +10,8 @@ namespace quillon::host {
 
 // Timeout in seconds: a disk that does not answer any call for this long is treated as unresponsive.
 inline constexpr double kDiskTimeoutSeconds = 30;
+// The same for a disk that writes out what the system holds in memory: a slow one needs minutes.
+inline constexpr double kSyncTimeoutSeconds = 300;
 // The message for a file on an unresponsive disk.
 inline constexpr const char* kDiskUnresponsive = "磁盘没有响应，已跳过；请检查磁盘或网络连接后重新处理";
 

@@ -40,8 +40,11 @@ Status Saver::Save(const std::string& path, const std::function<Status()>& save,
 }
 
 Status Saver::Copy(const std::string& from, const std::string& to, const DiskFullQuestion& question) const {
+  const auto copy = [&files = files_, from, to](const DiskThread::Job& job) {
+    return files.Copy(from, to, job.Saving());
+  };
   return Save(
-      to, [&] { return files_.Copy(from, to); }, question);
+      to, [&] { return thread_ ? thread_->Run(copy) : files_.Copy(from, to); }, question);
 }
 
 }  // namespace quillon::host

@@ -6,6 +6,7 @@
 #include <string>
 
 #include "host/boxes.h"
+#include "host/disk_thread.h"
 #include "host/files/files.h"
 #include "host/status.h"
 
@@ -26,21 +27,22 @@ Box DiskFullBox(const std::string& path, const DiskFullQuestion& question = {});
 // The one place that asks about a full disk. What writes files below it only returns the failure.
 class Saver {
  public:
-  // stop is called when the user gives up; it may be empty.
-  Saver(Boxes& boxes, Files& files, std::function<void()> stop)
-      : boxes_(boxes), files_(files), stop_(std::move(stop)) {}
+  // stop is called when the user gives up; it may be empty. thread makes copies, if set.
+  Saver(Boxes& boxes, Files& files, std::function<void()> stop, DiskThread* thread = nullptr)
+      : boxes_(boxes), files_(files), stop_(std::move(stop)), thread_(thread) {}
 
   // Calls save, and shows DiskFullBox for path as long as it fails with a full disk. Retry calls save again, without
   // limit. Cancel or a closed box calls stop and returns the failure. Every other failure is returned unasked.
   Status Save(const std::string& path, const std::function<Status()>& save,
               const DiskFullQuestion& question = {}) const;
-  // Files::Copy in the same way.
+  // Files::Copy in the same way, given up if a disk is unresponsive (see DiskThread::Run).
   Status Copy(const std::string& from, const std::string& to, const DiskFullQuestion& question = {}) const;
 
  private:
   Boxes& boxes_;
   Files& files_;
   std::function<void()> stop_;
+  DiskThread* thread_;
 };
 
 }  // namespace quillon::host

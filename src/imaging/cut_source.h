@@ -14,16 +14,16 @@ struct CutSourceData;
 class CutSource {
  public:
   CutSource();
-  explicit CutSource(std::unique_ptr<CutSourceData> data);
+  explicit CutSource(std::shared_ptr<const CutSourceData> data);
   ~CutSource();
   CutSource(CutSource&&) noexcept;
   CutSource& operator=(CutSource&&) noexcept;
 
   // Returns nullptr if the source is empty.
-  const CutSourceData* Data() const { return data_.get(); }
+  const std::shared_ptr<const CutSourceData>& Data() const { return data_; }
 
  private:
-  std::unique_ptr<CutSourceData> data_;
+  std::shared_ptr<const CutSourceData> data_;
 };
 
 }  // namespace quillon::imaging

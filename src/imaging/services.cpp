@@ -5,6 +5,8 @@
 #include <utility>
 
 #include "base/path_text.h"
+#include "host/files/file_stamp.h"
+#include "imaging/crop/crop_window.h"
 #include "imaging/crop/file_work.h"
 #include "imaging/limits.h"
 #include "imaging/services_parts.h"
@@ -12,14 +14,16 @@
 namespace quillon::imaging {
 namespace {
 
+constexpr std::size_t kSmallFile = std::size_t{256} << 10;  // bytes
+
 Status WorkForPrefetch(const Prefetcher::Job& job, const host::Files& files, const Limits& limits) {
-  // Beside others, threads of its own would only be in their way.
+  // While other works run, more threads for one work would not make the whole faster.
   const int threads = job.alone ? 0 : 1;
-  const PictureInput input{files, limits, {.stop = job.stop, .reads = &job.reads, .threads = threads}};
+  const PictureInput input{files, limits, {.stop = job.stop, .calls = &job.calls, .threads = threads}};
   return DoWork(job.work, input, {job.admit, job.output});
 }
 
-// Sizes of pictures that have to be opened for it.
+// Measures a picture by opening it.
 Status MeasureByOpening(const host::Files& files, const std::string& path, const Limits& limits, ImageFacts& facts) {
   return Guarded(fault::DamagedPicture(), [&] {
     OpenedPicture opened;
@@ -36,32 +40,70 @@ Status WriteContent(const std::string& content, Encoder encoder, host::Draft& dr
   return status ? CheckOutput(encoder, draft) : status;
 }
 
-Services::Parts::Parts(host::Files& disk, const std::string& programFolder, WaitHooks waits, const Limits& bounds)
+Services::Parts::Parts(host::Files& disk, const std::string& programFolder, host::DiskThread* onThread,
+                       const Limits& bounds, Measurer::OtherKinds otherKinds)
     : files(disk),
       clipBoardPath(programFolder + "/" + kClipBoardLane),
-      hooks(std::move(waits)),
+      thread(onThread),
       limits(bounds),
       measurer(std::make_shared<Measurer>(
           disk,
           [&disk, bounds](const std::string& path, ImageFacts& facts) {
             return MeasureByOpening(disk, path, bounds, facts);
           },
-          hooks.otherKinds)) {}
+          std::move(otherKinds))) {}
 
-Status Services::Parts::Save(const std::string& path, const std::function<Status(host::Draft&)>& fill) {
-  return files.Save(path, [&](host::Draft& draft) { return Guarded(fault::NotSaved(), [&] { return fill(draft); }); });
+Status Services::Parts::Access::Save(const std::string& path, const std::function<Status(host::Draft&)>& fill) const {
+  const auto guarded = [&](host::Draft& draft) { return Guarded(fault::NotSaved(), [&] { return fill(draft); }); };
+  return files.Save(path, guarded, saving);
+}
+
+std::optional<host::FileFacts> Services::Parts::Access::Stat(const std::string& path) const {
+  const host::DiskCalls::Scope scope(saving.calls);
+  return files.Stat(path);
+}
+
+Status Services::Parts::Access::Check(const CropRequest& request) const {
+  const host::DiskCalls::Scope scope(saving.calls);
+  return CheckCrop(files, request, limits);
+}
+
+Status Services::Parts::Access::SaveCut(const CropRequest& request,
+                                        const std::function<Status(host::Draft&)>& fill) const {
+  return Save(request.destination, [&](host::Draft& draft) {
+    Status filled = fill(draft);
+    if (!filled) return filled;
+    const std::optional<host::FileFacts> source = Stat(request.source);
+    const std::optional<host::FileFacts> standing = Stat(request.destination);
+    if (!source || !standing || !host::SameFile(*source, *standing)) return filled;
+    return KeepBackup(files, request.source, saving);
+  });
+}
+
+Status Services::Parts::Run(Operation operation, On on) {
+  if (!thread || on == On::Caller) return operation({files, limits, {}, {}});
+  return thread->Run([&disk = files, bounds = limits, operation = std::move(operation)](const auto& job) {
+    return operation({disk, bounds, {.stop = job.stop, .calls = &job.calls}, job.Saving()});
+  });
+}
+
+Services::Parts::On Services::Parts::WriterOf(const std::string& path, std::size_t bytes) const {
+  const bool small = bytes <= kSmallFile && !files.Stat(path);
+  return small && files.IsLocalDisk(base::SplitPath(path).folder) ? On::Caller : On::DiskThread;
 }
 
 Status Services::Parts::SavePicture(const Image& image, const std::string& path, const EncodeOptions& options) {
   if (image.Empty()) return fault::NoImage();
-  return Save(path, [&](host::Draft& draft) { return EncodePicture(image.Data()->picture, options, draft); });
+  return Run([picture = image.Data()->picture, path, options](const Access& access) {
+    return access.Save(path, [&](host::Draft& draft) { return EncodePicture(picture, options, draft); });
+  });
 }
 
 Prefetcher& Services::Parts::StartPrefetcher() {
   if (!prefetcher) {
     Prefetcher::Bounds bounds;
-    bounds.seconds = hooks.seconds;
-    bounds.stopped = hooks.stopped;
+    if (thread) bounds.seconds = thread->Hooks().seconds;
+    if (thread) bounds.stopped = thread->Hooks().stopped;
     prefetcher = std::make_unique<Prefetcher>(
         files,
         [&disk = files, limits = limits](const Prefetcher::Job& job) { return WorkForPrefetch(job, disk, limits); },
@@ -74,33 +116,40 @@ Prefetcher& Services::Parts::StartPrefetcher() {
   return *prefetcher;
 }
 
-Services::Services(host::Files& files, const std::string& programFolder, WaitHooks hooks, const Limits& limits)
-    : parts_(std::make_unique<Parts>(files, programFolder, std::move(hooks), limits)) {}
+Services::Services(host::Files& files, const std::string& programFolder, host::DiskThread* thread, const Limits& limits,
+                   Measurer::OtherKinds otherKinds)
+    : parts_(std::make_unique<Parts>(files, programFolder, thread, limits, std::move(otherKinds))) {}
 
 Services::~Services() = default;
 
-// The library sets itself up when the first picture needs it; a run over plain JPEGs never does.
+// The library initialises itself at the first picture that needs it; plain JPEGs do not.
 void Services::ImageWizardStartUp() {}
 
 void Services::ImageWizardShutDown() { parts_->prefetcher.reset(); }
 
 Status Services::ImageInfo(const std::string& path, ImageFacts& facts, Want want) {
   if (parts_->prefetcher) {
-    if (Status waited = parts_->prefetcher->AwaitMeasure(path, parts_->hooks.idle); !waited) return waited;
+    if (Status waited = parts_->prefetcher->AwaitMeasure(path, parts_->Idle()); !waited) return waited;
   }
-  return parts_->measurer->Measure(path, facts, want, [&hooks = parts_->hooks] {
-    if (hooks.idle) hooks.idle();
-    return !hooks.stopped || !hooks.stopped();
+  if (parts_->measurer->Recall(path, facts, want)) return Status::Ok();
+  const auto found = std::make_shared<ImageFacts>();
+  // The whole measurement counts as one call, because only a disk can make it last that long.
+  Status status = parts_->Run([measurer = parts_->measurer, path, want, found](const Parts::Access& access) {
+    const host::DiskCalls::Scope scope(access.reading.calls);
+    return measurer->Measure(path, *found, want, [&] { return !access.reading.stop.stop_requested(); });
   });
+  if (status) facts = *found;
+  return status;
 }
 
 void Services::RememberSizes(std::size_t count) { parts_->measurer->Remember(count); }
 
 Status Services::LoadImageFromFile(const std::string& path, Image& out) {
-  auto data = std::make_unique<ImageData>();
-  if (Status status = LoadPicture(parts_->Input(), path, data->picture); !status) return status;
-  out = Image(std::move(data));
-  return Status::Ok();
+  const auto data = std::make_shared<std::unique_ptr<ImageData>>(std::make_unique<ImageData>());
+  Status status = parts_->Run(
+      [path, data](const Parts::Access& access) { return LoadPicture(access.Input(), path, (*data)->picture); });
+  if (status) out = Image(std::move(*data));
+  return status;
 }
 
 Status Services::SaveImageToJpgFile(const Image& image, const std::string& path, int quality, Exif exif) {
@@ -156,11 +205,15 @@ void Services::PlanMeasures(std::vector<std::string> upcoming) {
 
 Status Services::PopPrefetched(const FileWork& work, std::optional<PrefetchedFiles>& files) {
   files.reset();
-  return parts_->prefetcher ? parts_->prefetcher->Pop(work, parts_->hooks.idle, files) : Status::Ok();
+  return parts_->prefetcher ? parts_->prefetcher->Pop(work, parts_->Idle(), files) : Status::Ok();
 }
 
-Status Services::SavePrefetched(const std::string& content, const std::string& path, Encoder encoder) {
-  return parts_->Save(path, [&](host::Draft& draft) { return WriteContent(content, encoder, draft); });
+Status Services::SavePrefetched(std::shared_ptr<const std::string> content, const std::string& path, Encoder encoder) {
+  const Parts::On writer = parts_->WriterOf(path, content->size());
+  const auto save = [content = std::move(content), path, encoder](const Parts::Access& access) {
+    return access.Save(path, [&](host::Draft& draft) { return WriteContent(*content, encoder, draft); });
+  };
+  return parts_->Run(save, writer);
 }
 
 }  // namespace quillon::imaging

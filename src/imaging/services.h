@@ -10,6 +10,7 @@
 
 #include "base/colour.h"
 #include "base/rect.h"
+#include "host/disk_thread.h"
 #include "host/files/files.h"
 #include "imaging/cut_source.h"
 #include "imaging/image.h"
@@ -19,44 +20,39 @@
 
 namespace quillon::imaging {
 
-// The file of the program folder by which a picture passes between the program and its helpers, as by a clipboard.
-// Written by whoever sends the picture, and overwritten by the next one.
+// The file of the program folder that transfers a picture between the program and its helpers, like a clipboard. Each
+// transfer overwrites it.
 inline constexpr const char* kClipBoardLane = "ClipBoard.lane";
 
-// What Services asks of its owner: while it waits for prefetched work or for another process, and for sizes that it
-// cannot find by itself. Each of them may be empty.
-struct WaitHooks {
-  std::function<void()> idle;       // called every few milliseconds, so that the window keeps its turns
-  std::function<bool()> stopped;    // whether a stop is requested: a disk that hangs is then waited for no longer
-  std::function<double()> seconds;  // the clock that measures how long a disk is silent; the system's if empty
-  Measurer::OtherKinds otherKinds;  // sizes of files that are in no format read here; called on any thread
-};
-
-// All pixel work. One object per process, after start-up used from one thread. Every operation that writes does so
-// through host::Files::Save and leaves no part of a file when it fails. Nothing is shown or asked here: a full disk is
-// a failure as any other (Status::DiskFull), after which the same call can be made again; host::Saver asks about it.
+// All operations on pictures. A process has one object, which is used from one thread.
+// Files are written by host::Files::Save, so that a failed operation leaves no incomplete file. No box is shown here: a
+// full disk is a failure (Status::DiskFull) after which the same call can be repeated; host::Saver asks about it.
 //
-// Read are jpg, png, gif (first frame), tif (first page), bmp and psd (merged picture); the content decides, not the
-// name. Grey, RGB and CMYK are kept as they are, with 8 or 16 bits and alpha.
+// Formats that are read: jpg, png, gif (first frame), tif (first page), bmp and psd (merged picture). The content of
+// the file decides, not its name. Grey, RGB and CMYK are kept as they are, with 8 or 16 bits and alpha.
 //
-// Pictures are worked on as stored: the EXIF orientation tag is kept where it still holds (not by gif and bmp, which
-// have none) and reset where the picture was turned. The ICC profile and the DPI go with every result that can hold
-// them; the EXIF thumbnail never does. Angles are degrees, positive counter-clockwise.
+// Operations use the pixels as they are stored. The EXIF orientation tag is copied to the result (gif and bmp have
+// none), and is reset if the picture was rotated. ICC profile and DPI are copied if the format can store them; the EXIF
+// thumbnail never is. Angles are in degrees, positive counter-clockwise.
 class Services {
  public:
   // programFolder holds the file of the private clipboard lane.
-  Services(host::Files& files, const std::string& programFolder, WaitHooks hooks = {}, const Limits& limits = {});
+  // Every operation that reads or writes a picture of the user runs on thread, if set, and fails with Stopped if a disk
+  // is unresponsive (see host::DiskThread::Run). Only small new files on local disks are written by the caller.
+  // otherKinds measures files of formats that are not read here; it may be empty.
+  Services(host::Files& files, const std::string& programFolder, host::DiskThread* thread = nullptr,
+           const Limits& limits = {}, Measurer::OtherKinds otherKinds = {});
   ~Services();
   Services(const Services&) = delete;
   Services& operator=(const Services&) = delete;
 
-  // The image library sets itself up at its first picture; shutting down ends the work ahead.
+  // The image library initialises itself at its first picture. ImageWizardShutDown ends the prefetcher.
   void ImageWizardStartUp();
   void ImageWizardShutDown();
 
   // Measures a picture without decoding it; see Measurer::Measure.
   Status ImageInfo(const std::string& path, ImageFacts& facts, Want want = Want::Size);
-  // How many answers of ImageInfo are remembered, roughly; what is remembered beyond them is forgotten.
+  // Remembers about that many answers of ImageInfo and forgets older ones.
   void RememberSizes(std::size_t count);
 
   // --- Images in memory. Operations on no image fail.
@@ -67,61 +63,62 @@ class Services {
   int GetImageHeight(const Image& image) const;
   int GetImageResolution(const Image& image) const;
   void SetImageResolution(Image& image, int dpi);  // metadata only; 0 is ignored
-  // About the centre; the canvas grows to hold the whole turned picture (bounding box rounded up to whole pixels);
-  // multiples of 90 degrees are exact.
+  // Rotates about the centre. The canvas grows to the bounding box of the rotated picture, rounded up to whole pixels.
+  // Multiples of 90 degrees are exact.
   Status RotateImage(Image& image, double angle, base::Colour background);
   // Lanczos with three lobes; width and height at least 1.
   Status ResampleImage(Image& image, int width, int height);
   Status ConvertImageToGrayMode(Image& image);  // Rec. 601 weights, 0.299 0.587 0.114, as the screen shows them
   Status Invert(Image& image);                  // alpha stays; CMYK is inverted as displayed and becomes RGB
   Status Threshold(Image& image, int level);    // grey value >= level becomes white, below black; alpha lies on white
-  // The rectangle of image as a picture of its own; what lies outside is white and opaque.
+  // Replaces image by its rectangle. Parts of the rectangle outside the picture are white and opaque.
   Status CutImage(Image& image, base::Rect rect);
-  // Draws image, scaled to the size of drawn, at its place on canvas; a transparent picture is laid over what is
-  // there. Colours become the canvas's.
+  // Scales image to the size of drawn and draws it there on the canvas; transparent pixels leave the canvas visible.
+  // Colours are converted to those of the canvas.
   Status DrawImage(Image& canvas, const Image& image, base::Rect drawn);
   Status NewCanvas(base::Size size, base::Colour colour, Image& out);
-  // EXIF and orientation of from, and its resolution, for a picture that was made of it.
+  // Copies EXIF, orientation and resolution from a picture to another that was made of it.
   void CopyTags(Image& image, const Image& from);
-  // The private lane between the program and its helpers, a file in the program folder; the desktop's clipboard is
-  // never touched. A picture comes out as it was put in, with everything that goes with it. Missing: nothing was put.
+  // Write and read kClipBoardLane; the clipboard of the desktop is not used. The picture is transferred unchanged, with
+  // its metadata. Missing: no picture was written.
   Status PutImageOnClipBoard(const Image& image);
   Status CreateImageFromClipBoard(Image& out);
 
-  // --- Saves. The format is the operation's, whatever the path's extension says.
+  // --- Saves. The operation decides the format, not the extension of the path.
   Status SaveImageToJpgFile(const Image& image, const std::string& path, int quality, Exif exif);
   Status SaveImageToPngFile(const Image& image, const std::string& path);
   Status SaveImageToGifFile(const Image& image, const std::string& path);
   Status SaveImageToTifFile(const Image& image, const std::string& path, int compression);  // 4 CCITT G4, 2 LZW
   Status SaveImageToBmpFile(const Image& image, const std::string& path);                   // 24 bit
-  // The type is found by substring in the order "jp", "png", "gif", "tif", "bmp"; none of them fails. The image is
-  // disposed, except after a full disk, so that the save can be tried again.
+  // The type is the first of "jp", "png", "gif", "tif", "bmp" that the text contains; any other text fails. Disposes of
+  // the image, except after a full disk, so that the save can be repeated.
   Status SaveByType(Image& image, const std::string& path, const std::string& type, const SaveOptions& options);
   // Quality is clamped to 0..100.
   Status SaveByEncoder(const Image& image, const std::string& path, Encoder encoder, int quality);
-  // The picture of a window: turned by angle as RotateImage does, on white; ".psd" in the name becomes ".jpg".
+  // Saves the picture rotated by angle on white, as RotateImage does. ".psd" in the name becomes ".jpg".
   Status SaveByEncoder(const Image& image, const std::string& path, Encoder encoder, int quality, double angle);
 
   // --- File to file.
-  // The canvas is white, opaque unless transparency is kept, with 8 bits a sample; CMYK stays in jpg and tif and
-  // becomes sRGB elsewhere. Damage is looked for in the whole source, also outside rect. Source and destination may be
-  // the same file: what stood there is kept as "<source>.bak". Any other file that stood at destination is replaced by
-  // the result. When the cut fails nothing changes.
+  // The result has 8 bits a sample. Areas outside the picture are white, and opaque unless alpha is kept. CMYK remains
+  // in jpg and tif and becomes sRGB in other formats. The whole source is checked for damage, also outside rect.
+  // If source and destination are the same file, the old content is copied to "<source>.bak". Any other file at
+  // destination is replaced by the result. A failed cut changes nothing.
   Status CropToFile(const CropRequest& request);
   // Decodes the picture at path for several cuts into files of that type. Nothing is decoded if exactly the work cuts,
   // crops of that picture, was prefetched. Waits for it as PopPrefetched does; a stop request ends the wait (Stopped).
   Status OpenForCuts(const std::string& path, Encoder encoder, CutSource& out, const FileWork& cuts = {});
-  // As CropToFile, from a source that was opened for the request's file: the results are the same, byte for byte. A
-  // file that has changed since, another type, or a request that was not prefetched goes the long way.
+  // Makes a crop from a source that was opened for this file. The result has the same bytes as that of the other
+  // CropToFile, which is called if the file has changed, another type is wanted or the request was not prefetched.
   Status CropToFile(const CutSource& source, const CropRequest& request);
-  // As CropToFile for gif output, whatever the encoder says: transparency is kept. overlay is drawn on the cut.
+  // Makes a crop as CropToFile does, into a gif that keeps transparency; the encoder of the request is ignored. overlay
+  // is drawn on the cut.
   Status CropToGif(const CropRequest& request, const std::optional<Overlay>& overlay = std::nullopt);
-  // The request that CropToGif makes of one.
+  // Returns the request that CropToGif passes to CropToFile.
   static CropRequest AsGif(CropRequest request);
-  // The source rectangle, turned by rotation (uncovered corners in colour), scaled to drawn x scale (rounded) and put
-  // at the offset, which may lie outside; 8 bits a sample. The type is the destination's extension.
+  // Draws a border; see BorderRequest. The result has 8 bits a sample. The extension of the destination selects the
+  // format.
   Status AddBoardToFile(const BorderRequest& request);
-  // Scales to width x height; the type is the destination's extension. EXIF goes along where it is asked for.
+  // Scales to width x height. The extension of the destination selects the format.
   Status ZoomPic(const std::string& source, const std::string& destination, int width, int height,
                  Exif exif = Exif::Drop);
 
@@ -131,33 +128,30 @@ class Services {
     base::Size original;  // of the whole picture
     std::vector<unsigned char> rgb;
   };
-  // Unlike all others it may be called from any thread.
+  // May be called from any thread, unlike all other operations, and reads on the calling thread.
   Status LoadPreview(const std::string& path, base::Size limit, Preview& out);
 
-  // Whether the file at path is a profile (ICC) of these colours that conversions can use; if not, why.
+  // Fails unless the file at path is an ICC profile of these colours that conversions can use.
   enum class ProfileColours { Rgb, Cmyk };
   Status CheckProfile(const std::string& path, ProfileColours colours);
 
-  // --- Prefetching. What is planned here may be worked on by other threads before it is asked for. A finished answer
-  // is handed out only for exactly that work on that unchanged source. A new plan replaces the old one, and what no
-  // longer stands in it is thrown away. If a disk does not answer for half a minute, the call that waits for it fails
-  // with Stopped and host::kDiskUnresponsive.
+  // --- Prefetching; see Prefetcher. Planned work is done by other threads in advance. A result is used only for
+  // exactly that work on an unchanged source. A new plan replaces the old one and drops work that it does not contain.
+  // A call that waits for a disk that is silent for host::kDiskTimeoutSeconds fails with Stopped and
+  // host::kDiskUnresponsive.
   //
-  // CropToFile, CropToGif and ImageInfo use what was prefetched by themselves; a crop to gif is planned as CropToGif
-  // reads its request (see AsGif). Several crops of one picture are asked for by OpenForCuts, other work by
-  // PopPrefetched.
+  // CropToFile, CropToGif and ImageInfo use prefetched results by themselves; a crop to gif must be planned as AsGif
+  // returns it. Several crops of one picture are read by OpenForCuts, other results by PopPrefetched.
   void PlanWork(const std::vector<FileWork>& upcoming);
   void PlanMeasures(std::vector<std::string> upcoming);
-  // The outputs of work, each as bytes, in the order of its steps; nothing unless it was planned and has succeeded, on
-  // a source that is unchanged. Waits for work that is under way. Stopped: the wait was given up.
+  // Gives the outputs of work as bytes, in the order of its steps; nothing unless it was planned, has succeeded, and
+  // its source is unchanged. Waits for work in progress. Stopped: the wait was given up.
   using PrefetchedFiles = std::vector<std::string>;
   Status PopPrefetched(const FileWork& work, std::optional<PrefetchedFiles>& files);
-  // Saves one of them under its destination.
-  Status SavePrefetched(const std::string& content, const std::string& path, Encoder encoder);
+  // Saves one output of prefetched work under its destination.
+  Status SavePrefetched(std::shared_ptr<const std::string> content, const std::string& path, Encoder encoder);
 
  private:
-  Status CropUnder(const CropRequest& request, const Overlay& overlay);
-
   struct Parts;
   std::unique_ptr<Parts> parts_;
 };

@@ -1,6 +1,6 @@
 // SPDX-FileCopyrightText: 2026 The Quillon developers
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Several cuts of one decode.
+// Several crops of one decoded picture.
 #include <algorithm>
 #include <optional>
 #include <string>
@@ -29,17 +29,17 @@ struct CutSourceData {
 };
 
 CutSource::CutSource() = default;
-CutSource::CutSource(std::unique_ptr<CutSourceData> data) : data_(std::move(data)) {}
+CutSource::CutSource(std::shared_ptr<const CutSourceData> data) : data_(std::move(data)) {}
 CutSource::~CutSource() = default;
 CutSource::CutSource(CutSource&&) noexcept = default;
 CutSource& CutSource::operator=(CutSource&&) noexcept = default;
 
-// The work is thrown away after a stop request, which ends the wait for it: it may be far longer than one crop.
+// The work is dropped after a stop request, which ends the wait for it: it may last far longer than one crop.
 Status Services::Parts::PopCuts(const FileWork& cuts, std::optional<PrefetchedFiles>& ready) {
   if (cuts.Empty() || !prefetcher) return Status::Ok();
-  const auto stopped = [this] { return hooks.stopped && hooks.stopped(); };
+  const auto stopped = [this] { return thread && thread->Hooks().stopped && thread->Hooks().stopped(); };
   const auto pump = [&] {
-    if (hooks.idle) hooks.idle();
+    if (const auto idle = Idle()) idle();
     if (stopped()) prefetcher->PlanWork({});
   };
   Status waited = prefetcher->Pop(cuts, pump, ready);
@@ -47,34 +47,34 @@ Status Services::Parts::PopCuts(const FileWork& cuts, std::optional<PrefetchedFi
 }
 
 Status Services::OpenForCuts(const std::string& path, Encoder encoder, CutSource& out, const FileWork& cuts) {
-  const std::optional<host::FileFacts> facts = parts_->files.Stat(path);
-  auto data = std::make_unique<CutSourceData>();
+  const auto data = std::make_shared<CutSourceData>();
   data->path = path;
-  data->facts = facts.value_or(host::FileFacts());
+  data->facts = parts_->files.Stat(path).value_or(host::FileFacts());
   std::optional<PrefetchedFiles> ready;
   if (Status waited = parts_->PopCuts(cuts, ready); !waited) return waited;
   if (ready) {
     data->cuts = cuts;
     data->contents = std::move(*ready);
   } else {
-    data->decoded.emplace();
-    if (Status decoded = DecodeForCuts(parts_->Input(), path, encoder, *data->decoded); !decoded) return decoded;
+    Status decoded = parts_->Run([data, encoder](const Parts::Access& access) {
+      return DecodeForCuts(access.Input(), data->path, encoder, data->decoded.emplace());
+    });
+    if (!decoded) return decoded;
   }
-  out = CutSource(std::move(data));
+  out = CutSource(data);
   return Status::Ok();
 }
 
 Status Services::CropToFile(const CutSource& source, const CropRequest& request) {
-  const CutSourceData* data = source.Data();
+  const std::shared_ptr<const CutSourceData> data = source.Data();
   const std::optional<host::FileFacts> now = parts_->files.Stat(request.source);
   if (!data || data->path != request.source || !now || !Unchanged(*now, data->facts)) return CropToFile(request);
-  const std::string* content = data->Prefetched(request);
-  const bool decoded = data->decoded && FitsDecoded(request, data->decoded->encoder);
-  if (!content && !decoded) return CropToFile(request);
-  if (Status status = CheckCrop(parts_->files, request, parts_->limits); !status) return status;
-  return parts_->SaveCut(request, [&](host::Draft& draft) {
-    return content ? WriteContent(*content, request.encoder, draft)
-                   : CropDecoded(parts_->Input(), *data->decoded, request, draft);
+  if (const std::string* content = data->Prefetched(request)) return parts_->SaveCrop(request, {data, content});
+  if (!data->decoded || !FitsDecoded(request, data->decoded->encoder)) return CropToFile(request);
+  return parts_->Run([data, request](const Parts::Access& access) {
+    if (Status status = access.Check(request); !status) return status;
+    return access.SaveCut(
+        request, [&](host::Draft& draft) { return CropDecoded(access.Input(), *data->decoded, request, draft); });
   });
 }
 

@@ -23,22 +23,25 @@ constexpr int kLargestPreview = 6000;
 
 }  // namespace
 
-// Saves the result of a cut. A source that is replaced is kept beside it.
-Status Services::Parts::SaveCut(const CropRequest& request, const std::function<Status(host::Draft&)>& fill) {
-  return Save(request.destination, [&](host::Draft& draft) {
-    Status filled = fill(draft);
-    if (!filled || !files.SameFile(request.source, request.destination)) return filled;
-    return KeepBackup(files, request.source);
-  });
-}
-
 Status Services::CropToFile(const CropRequest& request) {
-  if (Status status = CheckCrop(parts_->files, request, parts_->limits); !status) return status;
   std::optional<PrefetchedFiles> ready;
   if (Status waited = PopPrefetched({{request}}, ready); !waited) return waited;
-  return parts_->SaveCut(request, [&](host::Draft& draft) {
-    return ready ? WriteContent(ready->front(), request.encoder, draft) : MakeCrop(parts_->Input(), request, draft);
-  });
+  if (!ready) {
+    return parts_->Run([request](const Parts::Access& access) {
+      if (Status status = access.Check(request); !status) return status;
+      return access.SaveCut(request, [&](host::Draft& draft) { return MakeCrop(access.Input(), request, draft); });
+    });
+  }
+  return parts_->SaveCrop(request, std::make_shared<const std::string>(std::move(ready->front())));
+}
+
+Status Services::Parts::SaveCrop(const CropRequest& request, std::shared_ptr<const std::string> content) {
+  const On writer = WriterOf(request.destination, content->size());
+  const auto save = [request, content = std::move(content)](const Access& access) {
+    if (Status status = access.Check(request); !status) return status;
+    return access.SaveCut(request, [&](host::Draft& draft) { return WriteContent(*content, request.encoder, draft); });
+  };
+  return Run(save, writer);
 }
 
 CropRequest Services::AsGif(CropRequest request) {
@@ -50,39 +53,30 @@ CropRequest Services::AsGif(CropRequest request) {
 Status Services::CropToGif(const CropRequest& request, const std::optional<Overlay>& overlay) {
   const CropRequest gif = AsGif(request);
   if (!overlay) return CropToFile(gif);
-  if (Status status = CheckCrop(parts_->files, gif, parts_->limits); !status) return status;
-  return CropUnder(gif, *overlay);
-}
-
-// In memory, where a gif is held whole anyway to choose its colours.
-Status Services::CropUnder(const CropRequest& request, const Overlay& overlay) {
-  Image cut;
-  Image above;
-  if (Status status = LoadImageFromFile(request.source, cut); !status) return status;
-  if (Status status = LoadImageFromFile(overlay.picture, above); !status) return status;
-  Status status = OnPicture(cut, [&](Picture& picture) {
-    picture = Displayed(picture);
-    picture.pixels = AsRgb(CropOrPad(picture.pixels, request.rect, base::kWhite));
-    return Materialize(picture.pixels, parts_->limits);
+  return parts_->Run([gif, overlay = *overlay](const Parts::Access& access) {
+    if (Status status = access.Check(gif); !status) return status;
+    Picture cut;
+    if (Status status = CropUnder(access.Input(), gif, overlay, cut); !status) return status;
+    const EncodeOptions options{.encoder = gif.encoder};
+    return access.SaveCut(gif, [&](host::Draft& draft) { return EncodePicture(cut, options, draft); });
   });
-  const base::Rect place{overlay.left, overlay.top, GetImageWidth(above), GetImageHeight(above)};
-  if (status) status = DrawImage(cut, above, place);
-  if (!status) return status;
-  const EncodeOptions options{.encoder = request.encoder};
-  return parts_->SaveCut(request,
-                         [&](host::Draft& draft) { return EncodePicture(cut.Data()->picture, options, draft); });
 }
 
 Status Services::AddBoardToFile(const BorderRequest& request) {
-  Picture bordered;
-  if (Status drawn = DrawBorder(parts_->Input(), request, bordered); !drawn) return drawn;
-  return parts_->Save(request.destination, [&](host::Draft& draft) { return EncodeBorder(bordered, request, draft); });
+  return parts_->Run([request](const Parts::Access& access) {
+    Picture bordered;
+    if (Status drawn = DrawBorder(access.Input(), request, bordered); !drawn) return drawn;
+    return access.Save(request.destination, [&](host::Draft& draft) { return EncodeBorder(bordered, request, draft); });
+  });
 }
 
 Status Services::ZoomPic(const std::string& source, const std::string& destination, int width, int height, Exif exif) {
   const ZoomRequest request{source, destination, {width, height}, exif};
   if (Status fits = CheckZoom(request, parts_->limits); !fits) return fits;
-  return parts_->Save(destination, [&](host::Draft& draft) { return MakeZoom(parts_->Input(), request, draft); });
+  return parts_->Run([request](const Parts::Access& access) {
+    return access.Save(request.destination,
+                       [&](host::Draft& draft) { return MakeZoom(access.Input(), request, draft); });
+  });
 }
 
 Status Services::LoadPreview(const std::string& path, base::Size limit, Preview& out) {

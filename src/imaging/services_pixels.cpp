@@ -1,6 +1,6 @@
 // SPDX-FileCopyrightText: 2026 The Quillon developers
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Images in memory: handles around what crop/picture_steps does to pictures.
+// Images in memory. The work is done by crop/picture_steps.
 #include <utility>
 
 #include "imaging/crop/picture_steps.h"
@@ -12,7 +12,7 @@ namespace quillon::imaging {
 
 void Services::DisposeImage(Image& image) { image = Image(); }
 
-// Pixels never change under a picture that shares them: DrawImage takes a copy of its own first.
+// Copies share their pixels. That is safe, because DrawImage copies the pixels before it changes them.
 Status Services::CloneImage(const Image& source, Image& out) {
   if (source.Empty()) return fault::NoImage();
   out = Image(std::make_unique<ImageData>(*source.Data()));
@@ -76,9 +76,11 @@ void Services::CopyTags(Image& image, const Image& from) {
 Status Services::PutImageOnClipBoard(const Image& image) {
   if (image.Empty()) return fault::NoImage();
   const std::string& lane = parts_->clipBoardPath;
-  // A fresh file need not reach the disk before the picture is taken out again.
+  // A new file need not be synced before the picture is read again.
   static_cast<void>(parts_->files.RemoveOwn(lane));
-  return parts_->Save(lane, [&](host::Draft& draft) { return WriteLane(image.Data()->picture, draft); });
+  return parts_->Run([lane, picture = image.Data()->picture](const Parts::Access& access) {
+    return access.Save(lane, [&](host::Draft& draft) { return WriteLane(picture, draft); });
+  });
 }
 
 Status Services::CreateImageFromClipBoard(Image& out) {

@@ -65,15 +65,18 @@ tools::ToolsOwner OwnerOf(Program& program) {
           }};
 }
 
-// Waits for prefetched work give the window its turns. A prefetching thread that a disk keeps may outlive the program,
-// so it owns what it measures with.
-imaging::WaitHooks HooksOf(Program& program) {
+// Waits for prefetched work and for disks give the window its turns.
+host::WaitHooks HooksOf(Program& program) {
   return {[&program] { program.host.pump.Turn(); }, [&program] { return program.flags.StopRequested; },
-          [&program] { return program.host.clock.Seconds(); },
-          [info = std::make_shared<tools::MediaInfo>(program.host.shell, program.host.programFolder)](
-              const std::string& path, const auto& keepWaiting, base::Size& size) {
-            return info->Measure(path, keepWaiting, size);
-          }};
+          [&program] { return program.host.clock.Seconds(); }};
+}
+
+// A thread that measures may be abandoned and outlive the program, so it owns what it measures with.
+imaging::Measurer::OtherKinds OtherKindsOf(const Program& program) {
+  return [info = std::make_shared<tools::MediaInfo>(program.host.shell, program.host.programFolder)](
+             const std::string& path, const auto& keepWaiting, base::Size& size) {
+    return info->Measure(path, keepWaiting, size);
+  };
 }
 
 }  // namespace
@@ -81,8 +84,10 @@ imaging::WaitHooks HooksOf(Program& program) {
 Program::Program(host::Host& hostIn)
     : runWindow_(std::make_unique<ProgramWindow>(*this)),
       host(hostIn),
-      saver(hostIn.boxes, hostIn.files, [this] { flags.StopRequested = true; }),
-      images(hostIn.files, hostIn.programFolder, HooksOf(*this)),
+      diskThread(HooksOf(*this)),
+      saver(
+          hostIn.boxes, hostIn.files, [this] { flags.StopRequested = true; }, &diskThread),
+      images(hostIn.files, hostIn.programFolder, &diskThread, {}, OtherKindsOf(*this)),
       tools(hostIn, OwnerOf(*this)),
       converter(tools),
       form1(*this),

@@ -51,7 +51,8 @@ class Program {
 
   host::Host& host;
   Flags flags;
-  host::Saver saver;  // a full disk that the user gives up on sets Flags::StopRequested
+  host::DiskThread diskThread;  // reads and writes pictures
+  host::Saver saver;            // a full disk that the user gives up on sets Flags::StopRequested
   imaging::Services images;
   tools::Tools tools;  // its waits end with MenuStop, and the title tells of those that last
   tools::Converter converter;

@@ -27,7 +27,8 @@ bool SweptAway(Disk& disk, int handle) {
 }  // namespace
 
 Status DiskDraft::Open(Disk& disk, const std::string& path, unsigned mode, const std::function<std::uint64_t()>& serial,
-                       std::unique_ptr<DiskDraft>& draft) {
+                       DiskCalls* calls, std::unique_ptr<DiskDraft>& draft) {
+  const DiskCalls::Scope scope(calls);
   const EntryPath entry = SplitEntry(path);
   if (entry.name.size() > kLongestName) return Status::FromErrno(ENAMETOOLONG);
   std::size_t longest = kLongestName;
@@ -41,7 +42,7 @@ Status DiskDraft::Open(Disk& disk, const std::string& path, unsigned mode, const
     }
     if (handle == -ENOENT) return {Problem::Missing, "文件夹不存在"};
     if (handle < 0) return Status::FromErrno(-handle);
-    std::unique_ptr<DiskDraft> opened(new DiskDraft(disk, place, handle));
+    std::unique_ptr<DiskDraft> opened(new DiskDraft(disk, place, handle, calls));
     if (SweptAway(disk, handle)) continue;
     draft = std::move(opened);
     return Status::Ok();
@@ -49,10 +50,12 @@ Status DiskDraft::Open(Disk& disk, const std::string& path, unsigned mode, const
   return Status::FromErrno(EEXIST);
 }
 
-DiskDraft::DiskDraft(Disk& disk, std::string path, int handle) : disk_(disk), path_(std::move(path)), handle_(handle) {}
+DiskDraft::DiskDraft(Disk& disk, std::string path, int handle, DiskCalls* calls)
+    : disk_(disk), path_(std::move(path)), handle_(handle), calls_(calls) {}
 
 DiskDraft::~DiskDraft() {
   if (handle_ < 0) return;
+  const DiskCalls::Scope scope(calls_);
   disk_.Remove(path_);
   disk_.Close(handle_);
 }
@@ -66,6 +69,7 @@ Status DiskDraft::Fail(int error) {
 Status DiskDraft::Write(const void* data, std::size_t size) {
   const char* next = static_cast<const char*>(data);
   while (size > 0) {
+    const DiskCalls::Scope scope(calls_);
     const std::int64_t written = disk_.Write(handle_, next, size);
     if (written <= 0) return Fail(written < 0 ? static_cast<int>(-written) : EIO);
     next += written;
@@ -77,6 +81,7 @@ Status DiskDraft::Write(const void* data, std::size_t size) {
 }
 
 Status DiskDraft::Seek(std::uint64_t position) {
+  const DiskCalls::Scope scope(calls_);
   const int moved = disk_.Seek(handle_, position);
   if (moved < 0) return Fail(-moved);
   position_ = position;
@@ -84,6 +89,7 @@ Status DiskDraft::Seek(std::uint64_t position) {
 }
 
 std::int64_t DiskDraft::Read(void* data, std::size_t size) {
+  const DiskCalls::Scope scope(calls_);
   const std::int64_t read = disk_.Read(handle_, data, size);
   if (read < 0) {
     (void)Fail(static_cast<int>(-read));
@@ -95,6 +101,7 @@ std::int64_t DiskDraft::Read(void* data, std::size_t size) {
 
 Status DiskDraft::Check(DiskFacts& facts) {
   if (!failure_) return failure_;
+  const DiskCalls::Scope scope(calls_);
   if (const int result = disk_.StatOpen(handle_, facts); result < 0) return Status::FromErrno(-result);
   if (facts.links == 0) return {Problem::Other, "写入期间临时文件被删除"};
   if (facts.size != size_) return {Problem::Other, "写入后的文件大小不符"};
@@ -102,6 +109,7 @@ Status DiskDraft::Check(DiskFacts& facts) {
 }
 
 Status DiskDraft::Place(const std::string& path, Target target, int& handle) {
+  const DiskCalls::Scope scope(calls_);
   const int renamed = target == Target::Free ? disk_.RenameNew(path_, path) : disk_.Rename(path_, path);
   if (renamed == -EEXIST) return {Problem::Denied, "保存期间出现了同名文件"};
   if (renamed < 0) return Status::FromErrno(-renamed);

@@ -19,8 +19,9 @@ namespace quillon::host {
 class DiskDraft final : public Draft {
  public:
   // Creates an empty draft in the folder of path, with the given mode. serial must return a new number on each call.
+  // calls counts what the draft asks of the disk, if set, and has to outlive it.
   static Status Open(Disk& disk, const std::string& path, unsigned mode, const std::function<std::uint64_t()>& serial,
-                     std::unique_ptr<DiskDraft>& draft);
+                     DiskCalls* calls, std::unique_ptr<DiskDraft>& draft);
   ~DiskDraft() override;
   DiskDraft(const DiskDraft&) = delete;
   DiskDraft& operator=(const DiskDraft&) = delete;
@@ -43,12 +44,13 @@ class DiskDraft final : public Draft {
   Status Place(const std::string& path, Target target, int& handle);
 
  private:
-  DiskDraft(Disk& disk, std::string path, int handle);
+  DiskDraft(Disk& disk, std::string path, int handle, DiskCalls* calls);
   Status Fail(int error);
 
   Disk& disk_;
   std::string path_;
   int handle_;
+  DiskCalls* calls_;
   std::uint64_t position_ = 0;
   std::uint64_t size_ = 0;
   Status failure_;

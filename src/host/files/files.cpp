@@ -128,6 +128,12 @@ Status Files::ReadFile(const std::string& path, std::string& out, std::uint64_t 
   return status;
 }
 
+Status Files::TryOpen(const std::string& path) const {
+  const int handle = disk_.OpenRead(path);
+  if (handle >= 0) disk_.Close(handle);
+  return Status::FromErrno(handle < 0 ? -handle : 0);
+}
+
 Status Files::MakeFolders(const std::string& folder) const {
   const std::string path = base::TrimTrailingSeparator(folder);
   if (path.empty()) return Status::FromErrno(ENOENT);
@@ -174,15 +180,18 @@ void Files::SweepDrafts(const std::string& folder) const {
   static_cast<void>(ListFolder(folder, [](const FolderEntry&) { return true; }));
 }
 
-Status KeepBackup(Files& files, const std::string& source) {
+Status KeepBackup(Files& files, const std::string& source, const SaveControl& control) {
   const std::string backup = source + ".bak";
-  const auto facts = files.Stat(source);
-  if (const auto older = files.Stat(backup)) {
-    // Copies keep the modified time, so equal times and sizes mean that the backup is already there.
-    if (facts && older->size == facts->size && older->modified == facts->modified) return Status::Ok();
-    if (Status moved = files.Discard(backup); !moved) return moved;
+  {
+    const DiskCalls::Scope scope(control.calls);
+    const auto facts = files.Stat(source);
+    if (const auto older = files.Stat(backup)) {
+      // Copies keep the modified time, so equal times and sizes mean that the backup is already there.
+      if (facts && older->size == facts->size && older->modified == facts->modified) return Status::Ok();
+      if (Status moved = files.Discard(backup); !moved) return moved;
+    }
   }
-  return files.Copy(source, backup);
+  return files.Copy(source, backup, control);
 }
 
 }  // namespace quillon::host

@@ -11,6 +11,7 @@
 #include <string_view>
 #include <vector>
 
+#include "host/files/disk_calls.h"
 #include "host/status.h"
 
 namespace quillon::host {
@@ -85,6 +86,9 @@ class Files {
   // Reads the whole file. Fails with TooLarge if it has more than limit bytes.
   Status ReadFile(const std::string& path, std::string& out, std::uint64_t limit = 1u << 30) const;
 
+  // Opens the file for reading and closes it again. Fails for anything but a regular file.
+  Status TryOpen(const std::string& path) const;
+
   // Creates the folder and its parents. Succeeds if it exists.
   Status MakeFolders(const std::string& folder) const;
 
@@ -95,12 +99,12 @@ class Files {
   // - A read-only file is refused. A link is written through.
   // - A new file is synced later, in the background (see Flush). It fails if a file appeared under its name meanwhile.
   // - If fill ignores a failure of its draft, Save fails all the same.
-  Status Save(const std::string& path, const std::function<Status(Draft&)>& fill);
+  Status Save(const std::string& path, const std::function<Status(Draft&)>& fill, const SaveControl& control = {});
   Status Save(const std::string& path, std::string_view content);
   // Copies a file through Save, with its time stamps. A new file also gets the mode of the source, but is never
   // read-only.
   // Fails if the source changes while it is read. Does nothing if both paths lead to the same file.
-  Status Copy(const std::string& from, const std::string& to);
+  Status Copy(const std::string& from, const std::string& to, const SaveControl& control = {});
   // Copies a work file of the program that nobody changes any more. If the disk allows it, the copy is a hard link, and
   // it is not synced. If the source is missing, the file at to stays unchanged.
   Status CopyOwn(const std::string& from, const std::string& to);
@@ -121,7 +125,8 @@ class Files {
  private:
   struct SaveOptions;
   Status SaveAs(const std::string& path, const SaveOptions& options, const std::function<Status(Draft&)>& fill);
-  Status Replace(DiskDraft& draft, const DiskTarget& target);
+  Status Complete(DiskDraft& draft, const DiskTarget& target, const SaveOptions& options);
+  Status Replace(DiskDraft& draft, const DiskTarget& target, const SaveControl& control);
 
   Disk& disk_;
   std::unique_ptr<SyncQueue> syncs_;
@@ -134,6 +139,6 @@ bool IsDraftName(std::string_view name);
 // Copies a source to "<source>.bak" before its own result replaces it.
 // Does nothing if the backup exists with the same size and modified time. Any other file of that name, such as the
 // backup of an earlier cut, is moved to the trash first; if that fails, nothing is copied and the failure is returned.
-Status KeepBackup(Files& files, const std::string& source);
+Status KeepBackup(Files& files, const std::string& source, const SaveControl& control = {});
 
 }  // namespace quillon::host

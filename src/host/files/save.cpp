@@ -1,6 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The Quillon developers
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include <cerrno>
+#include <optional>
+#include <utility>
 
 #include "base/path_text.h"
 #include "host/files/disk.h"
@@ -75,6 +77,8 @@ Status FindTarget(Disk& disk, const std::string& path, DiskTarget& target) {
   return Status::FromErrno(-may);
 }
 
+Status Stopped() { return {Problem::Stopped, "已停止"}; }
+
 // Returns true for the errors of a disk that does not support modes, owners, times or labels.
 bool IsUnsupported(int result) {
   return result == -EPERM || result == -EACCES || result == -ENOTSUP || result == -ENOSYS || result == -EINVAL;
@@ -100,10 +104,12 @@ Status CopyAttributes(Disk& disk, const DiskDraft& draft, const DiskFacts& facts
 }
 
 // Copies an open file to its end into a draft. Fails if the file changed meanwhile.
-Status CopyContent(Disk& disk, int handle, const DiskFacts& before, Draft& draft) {
+Status CopyContent(Disk& disk, int handle, const DiskFacts& before, Draft& draft, DiskCalls* calls) {
   std::string chunk(kChunk, '\0');
   for (;;) {
+    std::optional<DiskCalls::Scope> reading(std::in_place, calls);
     const std::int64_t read = disk.Read(handle, chunk.data(), chunk.size());
+    reading.reset();
     if (read < 0) return Status::FromErrno(static_cast<int>(-read));
     if (read == 0) break;
     if (Status written = draft.Write(chunk.data(), static_cast<std::size_t>(read)); !written) return written;
@@ -131,30 +137,35 @@ int ForReading(Disk& disk, const std::string& path, int handle) {
 
 }  // namespace
 
-// What a saved file gets besides its content.
+// What a saved file gets besides its content, and how it is saved.
 struct Files::SaveOptions {
   unsigned mode = kFreshMode;  // of a new file
   std::optional<Times> times;
+  SaveControl control;
 };
 
-Status Files::Save(const std::string& path, const std::function<Status(Draft&)>& fill) {
-  return SaveAs(path, {}, fill);
+Status Files::Save(const std::string& path, const std::function<Status(Draft&)>& fill, const SaveControl& control) {
+  return SaveAs(path, {.times = std::nullopt, .control = control}, fill);
 }
 
 Status Files::Save(const std::string& path, std::string_view content) {
   return Save(path, [&](Draft& draft) { return draft.Write(content.data(), content.size()); });
 }
 
-Status Files::Copy(const std::string& from, const std::string& to) {
+Status Files::Copy(const std::string& from, const std::string& to, const SaveControl& control) {
+  std::optional<DiskCalls::Scope> opening(std::in_place, control.calls);
   const int handle = disk_.OpenRead(from);
   if (handle < 0) return Status::FromErrno(-handle);
   DiskFacts source;
   DiskFacts standing;
   Status status = Status::FromErrno(-disk_.StatOpen(handle, source));
   const bool itself = status && disk_.Stat(to, standing) == 0 && host::SameFile(standing, source);
+  opening.reset();
   if (status && !itself) {
-    const SaveOptions options{(source.mode & kAccessBits) | kPrivateMode, Times{source.accessed, source.modified}};
-    status = SaveAs(to, options, [&](Draft& draft) { return CopyContent(disk_, handle, source, draft); });
+    const SaveOptions options{(source.mode & kAccessBits) | kPrivateMode, Times{source.accessed, source.modified},
+                              control};
+    status =
+        SaveAs(to, options, [&](Draft& draft) { return CopyContent(disk_, handle, source, draft, control.calls); });
   }
   disk_.Close(handle);
   return status;
@@ -171,43 +182,64 @@ Status Files::CopyOwn(const std::string& from, const std::string& to) {
 }
 
 Status Files::SaveAs(const std::string& path, const SaveOptions& options, const std::function<Status(Draft&)>& fill) {
+  DiskCalls* const calls = options.control.calls;
   DiskTarget target;
-  if (Status found = FindTarget(disk_, path, target); !found) return found;
+  {
+    const DiskCalls::Scope scope(calls);
+    if (Status found = FindTarget(disk_, path, target); !found) return found;
+  }
   std::unique_ptr<DiskDraft> draft;
   // Nobody else may read the draft before it has the mode of the file that it replaces.
   const unsigned mode = target.exists ? kPrivateMode : options.mode;
   if (Status opened = DiskDraft::Open(
-          disk_, target.path, mode, [this] { return serial_++; }, draft);
+          disk_, target.path, mode, [this] { return serial_++; }, calls, draft);
       !opened) {
     return opened;
   }
   if (Status filled = fill(*draft); !filled) return draft->FirstFailure() ? filled : draft->FirstFailure();
+  return Complete(*draft, target, options);
+}
+
+// Gives the draft its attributes and then its name.
+Status Files::Complete(DiskDraft& draft, const DiskTarget& target, const SaveOptions& options) {
+  DiskCalls* const calls = options.control.calls;
   DiskFacts facts;
-  if (Status checked = draft->Check(facts); !checked) return checked;
-  if (target.exists) {
-    if (Status dressed = CopyAttributes(disk_, *draft, facts, target); !dressed) return dressed;
-  }
+  if (Status checked = draft.Check(facts); !checked) return checked;
   std::optional<Times> times = options.times;
   if (!times && target.exists) times = Times{target.facts.accessed, target.facts.modified};
-  if (times) {
-    if (Status set = IgnoreUnsupported(disk_.SetTimes(draft->Handle(), times->accessed, times->modified)); !set)
-      return set;
+  {
+    const DiskCalls::Scope scope(calls);
+    if (target.exists) {
+      if (Status dressed = CopyAttributes(disk_, draft, facts, target); !dressed) return dressed;
+    }
+    if (times) {
+      Status set = IgnoreUnsupported(disk_.SetTimes(draft.Handle(), times->accessed, times->modified));
+      if (!set) return set;
+    }
   }
-  if (target.exists) return Replace(*draft, target);
+  if (target.exists) return Replace(draft, target, options.control);
+  if (options.control.stop.stop_requested()) return Stopped();
   int handle = -1;
-  if (Status placed = draft->Place(target.path, DiskDraft::Target::Free, handle); !placed) return placed;
+  if (Status placed = draft.Place(target.path, DiskDraft::Target::Free, handle); !placed) return placed;
   if ((options.mode & kExecutable) != 0) handle = ForReading(disk_, target.path, handle);
+  // The queue may be full.
+  const DiskCalls::Scope scope(calls, DiskCalls::Kind::Sync);
   syncs_->Add(target.path, handle, SyncQueue::OnFailure::Remove);
   return Status::Ok();
 }
 
-Status Files::Replace(DiskDraft& draft, const DiskTarget& target) {
-  if (const int synced = disk_.Sync(draft.Handle()); synced < 0) return Status::FromErrno(-synced);
+Status Files::Replace(DiskDraft& draft, const DiskTarget& target, const SaveControl& control) {
+  {
+    const DiskCalls::Scope scope(control.calls, DiskCalls::Kind::Sync);
+    if (const int synced = disk_.Sync(draft.Handle()); synced < 0) return Status::FromErrno(-synced);
+  }
+  if (control.stop.stop_requested()) return Stopped();
   int handle = -1;
   if (Status placed = draft.Place(target.path, DiskDraft::Target::Replace, handle); !placed) return placed;
   // After a successful sync, closing cannot report a new error.
   disk_.Close(handle);
   // After a crash either the old or the new file is found, and both are complete. The folder can be synced later.
+  const DiskCalls::Scope scope(control.calls, DiskCalls::Kind::Sync);
   syncs_->AddFolderOf(target.path);
   return Status::Ok();
 }

@@ -66,7 +66,7 @@ Status OpenBytes(const host::Files& files, const std::string& path, const ReadCo
     std::shared_ptr<FileBytes> file;
     if (Status status = control.Reading([&] { return OpenFile(files, path, file); }); !status) return status;
     bytes = file;
-    if (control.reads || control.stop.stop_possible())
+    if (control.calls || control.stop.stop_possible())
       bytes = std::make_shared<ControlledBytes>(std::move(file), control);
   }
   return bytes->Size() == 0 ? fault::EmptyFile() : Status::Ok();

@@ -28,7 +28,7 @@ Status CropDecoded(const PictureInput& input, const DecodedSource& source, const
   if (source.jpeg) {
     JpegCutControl control;
     control.stop = input.control.stop;
-    control.reads = input.control.reads;
+    control.calls = input.control.calls;
     control.content = input.control.content;
     control.decoded = &*source.jpeg;
     return CropJpeg(request, input.limits, draft, control);

@@ -26,7 +26,7 @@ Status Open(const PictureInput& input, const std::string& path, OpenedPicture& o
   return OpenPicture(input.files, path, input.limits, {}, out, input.control);
 }
 
-// EXIF and orientation from the file that the request names for them, as far as it can be read.
+// Copies EXIF and orientation from the tagSource of the request, if that can be opened.
 void CopyTags(const PictureInput& input, const CropRequest& request, PictureTags& tags) {
   if (!request.tagSource.empty()) {
     OpenedPicture named;
@@ -77,20 +77,19 @@ bool IsDirect(const CropRequest& request) {
 Status CropDirectly(const PictureInput& input, const CropRequest& request, host::Draft& draft, const Admission& admit) {
   JpegCutControl control;
   control.stop = input.control.stop;
-  control.reads = input.control.reads;
+  control.calls = input.control.calls;
   control.content = input.control.content;
   control.admit = admit;
   return CropJpeg(request, input.limits, draft, control);
 }
 
-// CMYK only stays if the format can hold it. What is left of a stream is read to its end, so that damage below the cut
-// is found.
+// The rows below the crop are read too, so that damage there is found.
 Status CropThrough(const PictureInput& input, const CropRequest& request, host::Draft& draft) {
   OpenedPicture opened;
   Status status = Guarded(fault::DamagedPicture(), [&] {
     if (Status open = Open(input, request.source, opened); !open) return open;
     const base::Size& size = opened.original;
-    // If the cut misses the picture, one row of it still shows the kind of pixels.
+    // If the crop misses the picture, one row is read all the same, because it has the format of the pixels.
     base::Rect seen = Intersection(request.rect, {0, 0, size.width, size.height});
     if (seen.Empty()) seen.height = 1;
     Picture cut;
@@ -111,6 +110,19 @@ Status MakeCrop(const PictureInput& input, const CropRequest& request, host::Dra
     if (status || status.GetProblem() != Problem::Unsupported || draft.Size() > 0) return status;
   }
   return CropThrough(input, request, draft);
+}
+
+Status CropUnder(const PictureInput& input, const CropRequest& request, const Overlay& overlay, Picture& out) {
+  Picture above;
+  if (Status loaded = LoadPicture(input, request.source, out); !loaded) return loaded;
+  if (Status loaded = LoadPicture(input, overlay.picture, above); !loaded) return loaded;
+  return Guarded(fault::DamagedPicture(), [&] {
+    out = Displayed(out);
+    out.pixels = AsRgb(CropOrPad(out.pixels, request.rect, base::kWhite));
+    if (Status held = Materialize(out.pixels, input.limits); !held) return held;
+    const base::Rect place{overlay.left, overlay.top, above.pixels.width(), above.pixels.height()};
+    return Draw(out, above, place, input.limits);
+  });
 }
 
 Status DrawBorder(const PictureInput& input, const BorderRequest& request, Picture& out) {

@@ -63,7 +63,6 @@ bool BlockBytes::Fill(Block& block, std::uint64_t offset) {
 }
 
 bool ControlledBytes::ReadAt(std::uint64_t offset, void* out, std::size_t size) {
-  const std::lock_guard lock(mutex_);
   if (control_.stop.stop_requested()) return false;
   return control_.Reading([&] { return bytes_->ReadAt(offset, out, size); });
 }

@@ -89,7 +89,6 @@ class ControlledBytes : public Bytes {
   bool ReadAt(std::uint64_t offset, void* out, std::size_t size) override;
 
  private:
-  std::mutex mutex_;  // a count is odd during one read at a time
   std::shared_ptr<Bytes> bytes_;
   ReadControl control_;
 };

@@ -2,10 +2,11 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include <atomic>
 #include <memory>
 #include <stop_token>
 #include <string>
+
+#include "host/files/disk_calls.h"
 
 namespace quillon::imaging {
 
@@ -13,8 +14,8 @@ namespace quillon::imaging {
 struct ReadControl {
   // Makes the next read fail.
   std::stop_token stop = {};
-  // Counted up when a read of the file begins and again when it ends: odd while the disk is waited for.
-  std::atomic<unsigned>* reads = nullptr;
+  // Counts the reads of the file, if set.
+  host::DiskCalls* calls = nullptr;
   // The bytes of the file, if they are in memory instead of on disk.
   std::shared_ptr<const std::string> content = {};
   // Threads that compute the picture's pixels; 0 for as many as the library takes by itself.
@@ -23,10 +24,8 @@ struct ReadControl {
   // Runs a call that the disk has to answer.
   template <class Call>
   auto Reading(Call call) const {
-    if (reads) ++*reads;
-    auto answer = call();
-    if (reads) ++*reads;
-    return answer;
+    const host::DiskCalls::Scope scope(calls);
+    return call();
   }
 };
 

@@ -28,7 +28,7 @@ class Cutter {
         exif_(exif),
         limits_(limits),
         control_(control),
-        reader_(errors_, {control.stop, control.reads, control.content}),
+        reader_(errors_, {control.stop, control.calls, control.content}),
         writer_(errors_, sink) {}
 
   Status Run(const std::string& path) {

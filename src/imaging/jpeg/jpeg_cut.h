@@ -2,7 +2,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include <atomic>
 #include <cstdint>
 #include <functional>
 #include <memory>
@@ -28,8 +27,8 @@ struct JpegCutControl {
   // The file at path as DecodeJpeg gave it, and unchanged since: its rows are copied from there. If the components are
   // moved as they are stored, they are decoded again, so that the result is the same with it and without.
   const JpegPixels* decoded = nullptr;
-  // Counted up when a read of the file begins and again when it ends: odd while a read waits for the disk.
-  std::atomic<unsigned>* reads = nullptr;
+  // Counts the reads of the file, if set.
+  host::DiskCalls* calls = nullptr;
   // The bytes of the file, if they are in memory instead of on disk.
   std::shared_ptr<const std::string> content = {};
 };

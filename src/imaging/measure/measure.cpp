@@ -78,6 +78,10 @@ class Memory {
 // Their resolution is the loader's too.
 bool IsPsd(const std::string& path) { return base::ToLowerAscii(path).find(".psd") != std::string::npos; }
 
+ImageFacts FactsOf(const std::string& path, const Answer& answer, Want want) {
+  return {answer.width, answer.height, want == Want::SizeAndDpi || IsPsd(path) ? answer.dpi : 0};
+}
+
 // Reads the header of the file at path.
 Status ReadHeaderOf(const std::string& path, HeaderKind& kind, HeaderFacts& facts) {
   std::shared_ptr<FileBytes> bytes;
@@ -141,15 +145,19 @@ Status Measurer::Measure(const std::string& path, ImageFacts& facts, Want want, 
     const std::optional<FileFacts> after = parts_->files.Stat(path);
     if (after && Unchanged(*file, *after)) parts_->memory.Keep(path, *file, answer);
   }
-  facts = {answer.width, answer.height, want == Want::SizeAndDpi || IsPsd(path) ? answer.dpi : 0};
+  facts = FactsOf(path, answer, want);
   return Status::Ok();
 }
 
 void Measurer::Remember(std::size_t count) { parts_->memory.Limit(count); }
 
-bool Measurer::Knows(const std::string& path) const {
+bool Measurer::Recall(const std::string& path, ImageFacts& facts, Want want) const {
   const std::optional<FileFacts> file = parts_->files.Stat(path);
-  return file && parts_->memory.Find(path, *file).has_value();
+  if (!file || file->kind != FileKind::File) return false;
+  const std::optional<Answer> known = parts_->memory.Find(path, *file);
+  if (!known) return false;
+  facts = FactsOf(path, *known, want);
+  return true;
 }
 
 }  // namespace quillon::imaging

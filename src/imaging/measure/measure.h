@@ -41,8 +41,9 @@ class Measurer {
   // Remembers about count answers from now on, and forgets the oldest beyond them.
   void Remember(std::size_t count);
 
-  // Returns whether Measure would answer Want::Size from memory.
-  bool Knows(const std::string& path) const;
+  // Answers from memory, as Measure would; the only access to the disk is one stat. Returns false, with facts
+  // unchanged, if nothing is remembered.
+  bool Recall(const std::string& path, ImageFacts& facts, Want want = Want::Size) const;
 
  private:
   struct Parts;

@@ -2,7 +2,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include <atomic>
 #include <cstddef>
 #include <cstdint>
 #include <deque>
@@ -15,35 +14,24 @@
 #include <thread>
 #include <vector>
 
+#include "host/files/disk_calls.h"
 #include "host/files/files.h"
 #include "imaging/io/memory_draft.h"
 #include "imaging/types.h"
 
-// What the prefetcher's engine is made of: tasks, the plan of them, their memory and their threads. All of it is
-// guarded by the engine's mutex, unless said otherwise.
+// The parts of the prefetcher's engine: tasks, plan, memory and threads. The mutex of the engine guards all of them,
+// unless a comment says otherwise.
 namespace quillon::imaging {
 
-// What a thread does.
+// A piece of work for one thread.
 struct PrefetchTask {
-  std::atomic<unsigned> reads = 0;  // counted up at the begin and at the end of each: odd during one; not guarded
+  host::DiskCalls calls;  // not guarded
   std::thread::id thread;
   bool busy = false;
-  bool abandoned = false;  // its thread hangs and counts no more
-
-  // Seconds since it was first asked during the read under way; 0 if there is none.
-  double SilentFor(double now) {
-    if (const unsigned newest = reads; newest != seen || newest % 2 == 0) {
-      seen = newest;
-      since = now;
-    }
-    return now - since;
-  }
-
-  unsigned seen = 0;
-  double since = 0;
+  bool abandoned = false;  // its thread hangs in a read and was replaced
 };
 
-// The work and the stop are not guarded, and neither are the drafts while it is running.
+// work and stop are not guarded, and neither are the drafts while the work runs.
 struct PrefetchWork : PrefetchTask {
   enum class State { Waiting, Busy, Done, Failed };
 
@@ -51,15 +39,15 @@ struct PrefetchWork : PrefetchTask {
   std::optional<std::uint64_t> sourceSize;
   std::stop_source stop;
   State state = State::Waiting;
-  bool running = false;       // more than the size of its source is looked at
+  bool running = false;       // its thread does the work, and not only stats the source
   bool dropped = false;       // no longer planned
   bool awaited = false;       // the caller is waiting for it
-  bool alone = false;         // nothing else was planned when it was begun
-  std::int64_t needs = 0;     // memory that it was refused
-  std::int64_t admitted = 0;  // memory that it has, with what is reserved
-  std::int64_t reserved = 0;  // of that for its results
+  bool alone = false;         // nothing else was planned when it began
+  std::int64_t needs = 0;     // memory that was refused
+  std::int64_t admitted = 0;  // memory that was admitted, including what is reserved
+  std::int64_t reserved = 0;  // the part of it for the results
   std::int64_t held = 0;      // bytes of its results so far
-  std::int64_t counted = 0;   // of those among the results of all
+  std::int64_t counted = 0;   // those of them that count against the bound of the results
   std::optional<host::FileFacts> before;
   std::vector<std::unique_ptr<MemoryDraft>> drafts;
 };
@@ -72,34 +60,34 @@ using PrefetchWorkPtr = std::shared_ptr<PrefetchWork>;
 using PrefetchWorks = std::vector<PrefetchWorkPtr>;
 using PrefetchMeasurePtr = std::shared_ptr<PrefetchMeasure>;
 
-// Counts what works hold and decides what they may use. Bytes.
+// Counts the memory of all works, in bytes, and decides whether a work may use more.
 //
-// Results are counted as they grow, up to a bound of their own. Of large results a work reserves the size beforehand,
-// as a part of its working memory: a result that grows too large at its end would have been made for nothing. Once it
-// is finished it joins the other results, and if there is no room it stays in its reserve.
+// Results are counted while they grow and have a bound of their own. A work with large results reserves their size in
+// advance as part of its working memory, because a result that exceeds the bound at its end would be made in vain. A
+// finished result moves to the bound of the results if there is room, and otherwise keeps its reserve.
 class PrefetchMemory {
  public:
   // results: of all finished and growing results. working: of all running works and all reserves.
   PrefetchMemory(std::int64_t results, std::int64_t working) : resultsBound_(results), workingBound_(working) {}
 
-  // Whether a work may be begun: room for the memory it needs, as far as that is known, and for a result as large as
-  // the largest so far. One that is awaited, or alone, needs no room for its result.
+  // Returns whether a work may begin: there is room for the memory that it needs, if that is known, and for a result as
+  // large as the largest so far. A work that is awaited, or the only one, needs no room for its result.
   bool HasRoom(const PrefetchWork& work) const;
-  // Whether a work that was refused cannot be begun before results are popped.
+  // Returns whether a refused work can begin only after results are popped.
   bool WaitsForPop(const PrefetchWork& work) const { return work.needs > 0 && running_ == 0 && !HasRoom(work); }
 
   void Begin(PrefetchWork& work);
-  // Memory for a running work, all at once; what it needs is remembered if it is refused.
+  // Admits memory for a running work, once. If it is refused, the need is remembered.
   bool Admit(PrefetchWork& work, std::int64_t working, std::int64_t results = 0);
-  // Room for so many bytes more of its results.
+  // Admits that many more bytes of results.
   bool Grow(PrefetchWork& work, std::int64_t bytes);
-  // Takes the working memory back. The results stay counted until they are forgotten.
+  // Frees the working memory. The results remain counted until ForgetResults.
   void End(PrefetchWork& work);
   void ForgetResults(PrefetchWork& work);
 
-  // Of the results that are still to come, by a work that is finished. Called before its end.
+  // Learns the size of results from a finished work. Called before End.
   void Expect(const PrefetchWork& work);
-  // Whether a work that was refused its memory will have it when others have ended.
+  // Returns whether a refused work can have its memory after others have ended.
   bool MayFitLater(const PrefetchWork& work) const { return work.needs > 0 && work.needs <= workingBound_; }
 
   std::int64_t Results() const { return results_; }
@@ -110,17 +98,18 @@ class PrefetchMemory {
   const std::int64_t workingBound_;
   std::int64_t results_ = 0;
   std::int64_t working_ = 0;
-  std::int64_t largestResult_ = 0;  // of those that reserve nothing
+  std::int64_t largestResult_ = 0;  // of works without a reserve
   int running_ = 0;
 };
 
-// What is to be done, and which files hang and are left alone.
+// The planned works and measurements, and the files whose reads hang.
 class PrefetchPlan {
  public:
-  // most: works planned at once, at least 1.
+  // most: the largest number of planned works, at least 1.
   explicit PrefetchPlan(int most);
 
-  // The first of upcoming become the plan; what stands in both plans stays as it is. Returns what is no longer planned.
+  // Plans the first of upcoming. Works that both plans contain are kept as they are. Returns the works that are no
+  // longer planned.
   PrefetchWorks Replace(const std::vector<FileWork>& upcoming);
   void ReplaceMeasures(std::vector<std::string> upcoming);
   // Empties the plan and returns its works.
@@ -130,21 +119,21 @@ class PrefetchPlan {
   std::size_t Count() const { return works_.size(); }
   PrefetchWorkPtr Find(const FileWork& work) const;
   void Remove(const PrefetchWorkPtr& work);
-  // The work that is to be begun next; nothing if none waits or memory has no room. The first of the plan comes
-  // before all others; then each whose size is still to be looked at; then the one with the largest source.
+  // Returns the work to begin next; nothing if none waits or memory has no room. The first of the plan comes first,
+  // then works whose source size is not known yet, then the work with the largest source.
   PrefetchWorkPtr Next(const PrefetchMemory& memory) const;
-  // Whether its size is to be looked at before anything else is done.
+  // Returns whether the size of its source must be read before the work is done.
   bool SizeWanted(const PrefetchWorkPtr& work) const { return work != works_.front() && !work->sourceSize; }
 
   bool HasMeasures() const { return !measures_.empty(); }
-  // Takes it out if it stands near the front of the plan, which is where the caller is.
+  // Removes a measurement if it is near the front of the plan. The caller measures in the order of the plan.
   void RemoveMeasure(const std::string& path);
-  // The first one, which leaves the plan. There has to be one.
+  // Removes and returns the first measurement. The plan must not be empty.
   std::string PopMeasure();
 
-  // A thread hangs in the file: it is planned no more. Returns the works on it that were.
+  // Records that a thread hangs in the file, and removes its works from the plan. Returns them.
   PrefetchWorks FallSilent(const std::string& path);
-  // One of the threads that hung in it has come back.
+  // Records that a thread that hung in the file has returned.
   void Answer(const std::string& path) { silent_.erase(silent_.find(path)); }
   bool Silent(const std::string& path) const { return silent_.contains(path); }
 
@@ -155,26 +144,26 @@ class PrefetchPlan {
   std::multiset<std::string> silent_;  // once for each thread
 };
 
-// The threads. All but Join is guarded.
+// The worker threads. Everything but Join is guarded.
 class PrefetchThreads {
  public:
   // 0: as many as there are cores.
   explicit PrefetchThreads(int count);
 
-  // Starts those that are missing, each with work. False if there is not even one.
+  // Starts missing threads, each with work. Returns false if there is not even one.
   bool Start(const std::function<void()>& work);
-  // The thread of task hangs: it belongs here no longer, and ends by itself when it comes back.
+  // Detaches the thread of task, which hangs. It ends by itself when its read returns.
   void Abandon(PrefetchTask& task);
 
-  // Called by each thread that has left its work.
+  // Called by each thread before it ends.
   void CountEnded() { ++ended_; }
   bool AllEnded() const { return ended_ == threads_.size(); }
-  // After all have ended.
+  // Call after all have ended.
   void Join();
 
  private:
   const std::size_t count_;
-  std::vector<std::thread> threads_;  // without those that were abandoned
+  std::vector<std::thread> threads_;  // without abandoned ones
   std::size_t ended_ = 0;             // of them
 };
 

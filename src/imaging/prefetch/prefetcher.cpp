@@ -1,19 +1,17 @@
 // SPDX-FileCopyrightText: 2026 The Quillon developers
 // SPDX-License-Identifier: GPL-3.0-or-later
-// How the prefetcher works. The caller, which runs over files in order, plans the work of the next files again and
-// again; the engine keeps what stands in the old plan and the new one. Its threads, one for each core, look for the
-// next work that memory has room for, do it into drafts in memory and leave it there as Done. The caller pops the work
-// of the file that it has reached: if it is not done yet the caller waits, with turns of its pump, and if it never will
-// be, the caller does it by itself. All state is guarded by one mutex, which is given away while a thread works or
-// waits.
+// How the prefetcher works. The caller handles files in order and plans the work of the next files before each of them;
+// the engine keeps the works that the old and the new plan have in common. Its threads, one for each core, choose the
+// next work for which memory has room, write its outputs into drafts in memory and mark it Done. The caller pops the
+// work of the file that it has reached. If the work is not done yet, the caller waits and gives its pump turns; if the
+// work failed, the caller does it itself. One mutex guards all state and is released while a thread works or waits.
 //
-// What makes a result usable is that nothing but the work and its source decide on it: the work is compared as a whole,
-// and the facts of the source are read before, after and when the result is popped.
+// A result depends on nothing but the work and its source. So a result may be used if the popped work equals the
+// planned one and a stat of the source gives the same facts before the work, after the work and when it is popped.
 //
-// A disk may stop answering in the middle of a read, and no call can end such a read. So each read is counted at its
-// begin and its end; a waiting caller sees a count that stays odd for too long, abandons that thread, and starts
-// another one in its place. The abandoned thread owns everything it may still touch. It ends by itself if its read
-// returns.
+// A disk may stop answering in the middle of a read, and no call can end such a read. So reads are counted (see
+// host::DiskCalls). A waiting caller notices a read that stays in flight too long, abandons its thread and starts
+// another one. The abandoned thread owns everything that it may still use. It ends by itself if its read returns.
 #include "imaging/prefetch/prefetcher.h"
 
 #include <chrono>
@@ -22,6 +20,7 @@
 #include <utility>
 
 #include "host/background_call.h"
+#include "host/disk_thread.h"
 #include "host/files/file_stamp.h"
 #include "imaging/prefetch/prefetch_parts.h"
 
@@ -31,24 +30,20 @@ namespace {
 using host::Problem;
 
 constexpr auto kPumpInterval = std::chrono::milliseconds(4);
-// How long a read is waited for that stands in the way of an end, in seconds.
+// After a stop or at the end, a read that is silent for so many seconds is abandoned.
 constexpr double kLastSecond = 1;
 
 Status DiskSilent() { return {Problem::Stopped, host::kDiskUnresponsive}; }
 
-double SystemSeconds() {
-  return std::chrono::duration<double>(std::chrono::steady_clock::now().time_since_epoch()).count();
-}
-
 Prefetcher::Bounds WithClock(Prefetcher::Bounds bounds) {
-  if (!bounds.seconds) bounds.seconds = SystemSeconds;
+  if (!bounds.seconds) bounds.seconds = host::SystemSeconds;
   return bounds;
 }
 
 }  // namespace
 
-// Brings the plan, the threads and the memory together under one mutex. Its threads own it too: one that hung may come
-// back when nobody else is left.
+// Joins plan, threads and memory under one mutex. Its threads own it too, because an abandoned thread may return after
+// the Prefetcher is gone.
 class Prefetcher::Engine : public std::enable_shared_from_this<Engine> {
  public:
   Engine(host::Files& files, Worker worker, Measurement measurement, Bounds bounds)
@@ -60,7 +55,7 @@ class Prefetcher::Engine : public std::enable_shared_from_this<Engine> {
         memory_(bounds_.results, bounds_.working),
         threads_(bounds_.threads) {}
 
-  // As the operations of Prefetcher; End is its destruction.
+  // The operations of Prefetcher; End is its destructor.
   void PlanWork(const std::vector<FileWork>& upcoming);
   void PlanMeasures(std::vector<std::string> upcoming);
   Status Pop(const FileWork& work, const std::function<void()>& pump, std::optional<std::vector<std::string>>& outputs);
@@ -71,7 +66,7 @@ class Prefetcher::Engine : public std::enable_shared_from_this<Engine> {
   using Lock = std::unique_lock<std::mutex>;
   using State = PrefetchWork::State;
 
-  // --- Of the caller's thread; all but WaitUntil, which gives the lock away meanwhile, hold it.
+  // --- Called by the caller's thread, with the lock held. WaitUntil releases it meanwhile.
   void StartThreads();
   template <class Condition>
   Status WaitUntil(Lock& lock, const std::function<void()>& pump, PrefetchTask& task, Condition condition);
@@ -80,14 +75,14 @@ class Prefetcher::Engine : public std::enable_shared_from_this<Engine> {
   void ForEachTask(Act act);
   void Abandon(double now, double silence);
 
-  // --- Of both; they hold the lock.
+  // --- Called by all threads, with the lock held.
   void DropAll(const PrefetchWorks& works);
   void Drop(PrefetchWork& work);
   void ForgetResults(PrefetchWork& work);
   void EndWork(const PrefetchWorkPtr& work, State state);
   void EndMeasure();
 
-  // --- Of the working threads; those that are given the lock let it go while they work.
+  // --- Called by the worker threads. Functions with a lock parameter release it while they work.
   void Run();
   void StatSize(Lock& lock, const PrefetchWorkPtr& work);
   void RunWork(Lock& lock, const PrefetchWorkPtr& work);
@@ -106,17 +101,17 @@ class Prefetcher::Engine : public std::enable_shared_from_this<Engine> {
   const Bounds bounds_;
 
   std::mutex mutex_;
-  std::condition_variable wake_;      // there may be work
-  std::condition_variable finished_;  // something is done or dropped
+  std::condition_variable wake_;      // work may be waiting
+  std::condition_variable finished_;  // a task is done or dropped
   bool ending_ = false;
   PrefetchPlan plan_;
   PrefetchMemory memory_;
   PrefetchThreads threads_;
-  PrefetchWorks busy_;            // that a thread works on, also when they are no longer planned
-  PrefetchMeasurePtr measuring_;  // one at a time, since the library for it does not gain by more
+  PrefetchWorks busy_;            // in progress, even if no longer planned
+  PrefetchMeasurePtr measuring_;  // one at a time, because MediaInfo measures one file at a time
 };
 
-// --- The caller's side: plans, waits, and what is done about reads that hang.
+// --- The caller's thread: plans, waits and the watchdog for reads.
 
 void Prefetcher::Engine::End() {
   {
@@ -124,10 +119,10 @@ void Prefetcher::Engine::End() {
     ending_ = true;
     DropAll(plan_.Clear());
     wake_.notify_all();
-    // The clock of the waits may be another one.
-    ForEachTask([](PrefetchTask& task) { task.seen = 0; });
+    // The clock of the waits may be another one, so that silences are measured anew.
+    ForEachTask([](PrefetchTask& task) { task.calls.Reset(); });
     while (!finished_.wait_for(lock, kPumpInterval, [&] { return threads_.AllEnded(); })) {
-      Abandon(SystemSeconds(), kLastSecond);
+      Abandon(host::SystemSeconds(), kLastSecond);
     }
   }
   threads_.Join();
@@ -176,7 +171,7 @@ Status Prefetcher::Engine::Pop(const FileWork& wanted, const std::function<void(
   return Status::Ok();
 }
 
-// Results that wait to be popped after this work may hold the memory that it needs.
+// Returns whether waiting for the work is useless: results that are popped after it may hold the memory that it needs.
 bool Prefetcher::Engine::NoLongerComes(const PrefetchWork& work) const {
   return work.dropped || work.state == State::Failed || (work.state == State::Waiting && memory_.WaitsForPop(work));
 }
@@ -190,13 +185,13 @@ Status Prefetcher::Engine::AwaitMeasure(const std::string& path, const std::func
   return WaitUntil(lock, pump, *measuring, [&] { return !measuring->busy; });
 }
 
-// Threads are started with the first plan, so that a program that never plans has none.
-// If not even one can be started, nothing is planned.
+// Called with each plan, so that a program that never plans has no threads. If no thread can be started, the plan is
+// dropped.
 void Prefetcher::Engine::StartThreads() {
   if (!threads_.Start([self = shared_from_this()] { self->Run(); })) DropAll(plan_.Clear());
 }
 
-// Stopped if the wait for task was given up before the condition held.
+// Returns Stopped if the wait for task was given up before the condition was true.
 template <class Condition>
 Status Prefetcher::Engine::WaitUntil(Lock& lock, const std::function<void()>& pump, PrefetchTask& task,
                                      Condition condition) {
@@ -209,8 +204,8 @@ Status Prefetcher::Engine::WaitUntil(Lock& lock, const std::function<void()>& pu
     const double now = bounds_.seconds();
     Abandon(now, host::kDiskTimeoutSeconds);
     if (task.abandoned) break;
-    // What is not begun may wait for others that hang.
-    const double still = task.busy ? task.SilentFor(now) : now - began;
+    // A task that was not begun may wait for others that hang.
+    const double still = task.busy ? task.calls.SilentFor(now).value_or(0) : now - began;
     if (stopped && still >= kLastSecond && !condition()) return {Problem::Stopped, "已停止"};
   }
   return task.abandoned ? DiskSilent() : Status::Ok();
@@ -222,11 +217,11 @@ void Prefetcher::Engine::ForEachTask(Act act) {
   if (measuring_) act(*measuring_);
 }
 
-// Gives up the threads whose read has not come back for so long; others take their place.
+// Abandons threads whose read is silent for that many seconds, and replaces them.
 void Prefetcher::Engine::Abandon(double now, double silence) {
   bool any = false;
   ForEachTask([&](PrefetchTask& task) {
-    if (task.SilentFor(now) < silence) return;
+    if (task.calls.SilentFor(now).value_or(0) < silence) return;
     threads_.Abandon(task);
     any = true;
   });
@@ -260,9 +255,9 @@ void Prefetcher::Engine::ForgetResults(PrefetchWork& work) {
   work.drafts.clear();
 }
 
-// --- The threads' side.
+// --- The worker threads.
 
-// A thread that finds its task abandoned has been replaced; here its disk has answered in the end.
+// A thread whose task was abandoned has been replaced and ends. Its read has returned, so its disk answers again.
 void Prefetcher::Engine::Run() {
   Lock lock(mutex_);
   while (!ending_) {
@@ -329,13 +324,11 @@ void Prefetcher::Engine::RunWork(Lock& lock, const PrefetchWorkPtr& work) {
 }
 
 std::optional<host::FileFacts> Prefetcher::Engine::StatSource(PrefetchWork& work) const {
-  ++work.reads;
-  const std::optional<host::FileFacts> facts = files_.Stat(work.work.Source());
-  ++work.reads;
-  return facts;
+  const host::DiskCalls::Scope scope(&work.calls);
+  return files_.Stat(work.work.Source());
 }
 
-// Outside the lock. True when the results are whole and of a file that stayed as it was.
+// Called without the lock. Returns true if the results are complete and the source has not changed.
 bool Prefetcher::Engine::Do(PrefetchWork& work) {
   work.before = StatSource(work);
   if (!work.before || work.before->kind != host::FileKind::File || work.stop.stop_requested()) return false;
@@ -343,7 +336,7 @@ bool Prefetcher::Engine::Do(PrefetchWork& work) {
                 work.stop.get_token(),
                 [&]() -> host::Draft& { return AddDraft(work); },
                 [&](std::int64_t working, std::int64_t results) { return Admit(work, working, results); },
-                work.reads,
+                work.calls,
                 work.alone};
   try {
     if (!worker_(job) || work.stop.stop_requested()) return false;
@@ -370,18 +363,18 @@ bool Prefetcher::Engine::Admit(PrefetchWork& work, std::int64_t working, std::in
   return !work.dropped && memory_.Admit(work, working, results);
 }
 
-// All of a measurement counts as one read: it takes long for no other reason.
+// A whole measurement counts as one read, because only a disk can make it last that long.
 PrefetchMeasurePtr Prefetcher::Engine::RunMeasure(Lock& lock) {
   const auto measuring = std::make_shared<PrefetchMeasure>();
   measuring->path = plan_.PopMeasure();
-  measuring->reads = 1;
+  measuring->calls.Begin();
   Begin(*measuring);
   measuring_ = measuring;
   lock.unlock();
   try {
     measurement_(measuring->path);
   } catch (...) {
-    // The caller measures again and sees for itself.
+    // The caller measures again and reports the failure.
   }
   lock.lock();
   if (!measuring->abandoned) EndMeasure();

@@ -12,7 +12,8 @@ namespace {
 
 using host::Status;
 
-// A picture that was turned already is in Work; after the manual step the picture on show is the one to cut.
+// Loads the picture into Work unless an earlier step has turned it there. After the manual step Src is the picture on
+// show.
 Status LoadWork(CutFile& file) {
   if (file.Work) return Status::Ok();
   if (file.settings.manual) return file.program.manualFrame->ClonePicture(file.Work);
@@ -24,7 +25,7 @@ base::Size SizeOf(const CutFile& file) {
   return {images.GetImageWidth(file.Work), images.GetImageHeight(file.Work)};
 }
 
-// ChRotateCut, for pictures that no earlier step has turned.
+// Applies ChRotateCut to a picture that no earlier step has turned.
 Status TurnByRule(CutFile& file) {
   const double angle = file.program.flags.ImageRotated ? 0 : AngleOfCut(file);
   if (angle == 0) return Status::Ok();
@@ -62,13 +63,13 @@ Status ZoomAfterCut(CutFile& file) {
   return size ? file.program.images.ResampleImage(file.Work, size->width, size->height) : Status::Ok();
 }
 
-// The type is the one of the encoder, also for a gif.
+// Makes the plain crop. The encoder decides the type, also for a gif.
 Status CropAsNamed(CutFile& file) {
   const imaging::CropRequest request = PlainCrop(file);
   return file.program.saver.Save(request.destination, [&] { return file.program.images.CropToFile(request); });
 }
 
-// The last try of a save that failed twice: under the name of the source's folder, cut without the effects.
+// The last attempt after two failed saves: a crop without the effects, named after the folder of the source.
 Step Rescue(CutFile& file, const Status& failure) {
   const CutSettings& options = file.settings;
   if (file.target != file.Dst) return Fail(file, failure);
@@ -88,7 +89,7 @@ Step Rescue(CutFile& file, const Status& failure) {
   return Step::Next;
 }
 
-// Where memory does not hold the cut beside the picture: by a bitmap on disk.
+// Cuts by means of a bitmap on disk, if memory cannot hold the cut beside the picture.
 Status CutThroughBitmap(CutFile& file) {
   imaging::Services& images = file.program.images;
   images.SetImageResolution(file.Work, file.settings.dpi);
@@ -118,6 +119,8 @@ std::optional<base::Size> SizeAfterCut(const CutFile& file, base::Size cut) {
   return ZoomedSize(file.settings.zoom, cut, ZoomTime::AfterCut);
 }
 
+bool EndsFile(const Status& failure) { return failure.DiskFull() || failure.GetProblem() == host::Problem::Stopped; }
+
 Step FailEmptyRectangle(CutFile& file) {
   if (!file.measured) return Fail(file, file.measured);
   return Fail(file, "裁剪框的宽或高小于 1 像素（" + std::to_string(file.rect.width) + "x" +
@@ -129,18 +132,18 @@ Status SaveWork(CutFile& file) {
   images.SetImageResolution(file.Work, file.settings.dpi);
   file.latestSize = SizeOf(file);
   if (Status kept = KeepReplacedSource(file); !kept) return kept;
-  // The save disposes of what it is given; the second try needs the picture again.
+  // SaveByType disposes of the picture, and a second attempt needs it again.
   imaging::Image second;
   const bool again = static_cast<bool>(images.CloneImage(file.Work, second));
   const imaging::SaveOptions save{file.CutQuality(), file.settings.blackWhite, file.ExifWish()};
   const host::Saver& saver = file.program.saver;
   const Status saved = saver.Save(
       file.target, [&] { return images.SaveByType(file.Work, file.target, base::ToLowerAscii(file.OutExt), save); });
-  if (saved || saved.DiskFull() || !again) return saved;
+  if (saved || EndsFile(saved) || !again) return saved;
   const imaging::Encoder encoder = imaging::EncoderFor(file.OutExt);
   const Status encoded =
       saver.Save(file.target, [&] { return images.SaveByEncoder(second, file.target, encoder, file.CutQuality()); });
-  return encoded || encoded.DiskFull() ? encoded : saved;
+  return encoded || EndsFile(encoded) ? encoded : saved;
 }
 
 Step CutInMemory(CutFile& file, LoadFailure loadFailure) {
@@ -166,7 +169,7 @@ Step CutInMemory(CutFile& file, LoadFailure loadFailure) {
   if (file.settings.split) return Step::Next;
   file.program.host.pump.Turn();
   const Status saved = SaveWork(file);
-  if (saved.DiskFull()) return Fail(file, saved);
+  if (EndsFile(saved)) return Fail(file, saved);
   if (!saved) return Rescue(file, saved);
   file.latestFile = file.target;
   return Step::Next;

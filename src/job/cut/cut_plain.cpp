@@ -11,13 +11,13 @@ namespace {
 
 std::string SourceExtension(const CutFile& file) { return base::SplitPath(file.Src).extension; }
 
-// A crop onto its own source keeps that by itself.
+// A crop that replaces its own source makes the backup by itself.
 host::Status Crop(CutFile& file, const imaging::CropRequest& request) {
   host::Files& files = file.program.host.files;
   if (!files.SameFile(request.source, request.destination)) {
     if (host::Status kept = KeepReplacedSource(file); !kept) return kept;
   }
-  // A work file of an earlier run is no result that would have to be kept.
+  // A work file of an earlier run may be removed: it is no result.
   if (request.destination != file.Dst) (void)files.RemoveOwn(request.destination);
   return SaveCrop(file.program, request);
 }
@@ -28,11 +28,11 @@ Step AcceptCrop(CutFile& file) {
   return Step::Next;
 }
 
-// A gif goes through a work file; one that cannot be cut so is loaded and cut in memory.
+// Cuts a gif into a work file. If that fails, the gif is loaded and cut in memory.
 Step CutGifSource(CutFile& file) {
   const imaging::CropRequest request = FileCrop(file);
   const host::Status cut = Crop(file, request);
-  if (cut.DiskFull()) return Fail(file, cut);
+  if (EndsFile(cut)) return Fail(file, cut);
   if (!cut) return CutInMemory(file, LoadFailure::Told);
   if (file.target != request.destination) {
     const host::Status copied = file.program.saver.Copy(request.destination, file.target);
@@ -60,7 +60,10 @@ imaging::CropRequest FileCrop(const CutFile& file) {
 host::Status KeepReplacedSource(CutFile& file) {
   Program& program = file.program;
   if (file.settings.over || !program.host.files.SameFile(file.target, file.listedPath)) return host::Status::Ok();
-  return program.saver.Save(file.listedPath, [&] { return host::KeepBackup(program.host.files, file.listedPath); });
+  const auto keep = [&files = program.host.files, path = file.listedPath](const host::DiskThread::Job& job) {
+    return host::KeepBackup(files, path, job.Saving());
+  };
+  return program.saver.Save(file.listedPath, [&] { return program.diskThread.Run(keep); });
 }
 
 host::Status SaveCrop(Program& program, const imaging::CropRequest& request) {
@@ -102,7 +105,7 @@ Step MakeCut(CutFile& file) {
   if (OnlyOwnDpi(file) && !file.rect.Empty()) {
     const host::Status cut = Crop(file, PlainCrop(file));
     if (cut) return AcceptCrop(file);
-    if (cut.DiskFull()) return Fail(file, cut);
+    if (EndsFile(cut)) return Fail(file, cut);
   }
   return CutInMemory(file, LoadFailure::Counted);
 }

@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "job/cut/cut_plan.h"
 
+#include <memory>
 #include <utility>
 #include <vector>
 
@@ -15,7 +16,7 @@ namespace {
 
 using host::Status;
 
-// Goes through the steps of one file without taking them.
+// Predicts the steps of one file without executing them.
 class Foresight {
  public:
   Foresight(const CutFile& known, base::Size size) : file_(known.run, known.row, known.listedPath) {
@@ -50,7 +51,7 @@ class Foresight {
     return true;
   }
 
-  // The size of the picture that is loaded, if any is, is the one before it is turned.
+  // A picture that is loaded has the size from before the rotation.
   bool TurnBefore() {
     loaded_ = Size();
     const double angle = RuleAngle(Settings(), Size());
@@ -102,7 +103,7 @@ class Foresight {
     return AddEffects(file_.target, size, file_.CutQuality());
   }
 
-  // False for a type that SaveByType does not know: the steps have another way for it.
+  // Returns false for a type that SaveByType does not know; the steps then save by the encoder.
   bool AddEffects(const std::string& destination, base::Size size, int quality) {
     const auto encoder = imaging::EncoderOfType(base::ToLowerAscii(file_.OutExt));
     if (!encoder) return false;
@@ -156,12 +157,13 @@ class Foresight {
   CutPlan plan_;
 };
 
-Status Save(CutFile& file, const CutPlan& plan, const std::string& content) {
+Status Save(CutFile& file, const CutPlan& plan, std::string content) {
   if (Status kept = KeepReplacedSource(file); !kept) return kept;
-  // A work file of an earlier picture is no result that would have to be kept.
+  // A work file of an earlier picture may be removed: it is no result.
   if (plan.output != file.Dst) (void)file.program.host.files.RemoveOwn(plan.output);
-  return file.program.saver.Save(
-      plan.output, [&] { return file.program.images.SavePrefetched(content, plan.output, plan.encoder); });
+  const auto shared = std::make_shared<const std::string>(std::move(content));
+  return file.program.saver.Save(plan.output,
+                                 [&] { return file.program.images.SavePrefetched(shared, plan.output, plan.encoder); });
 }
 
 Prefetched GiveUp(CutFile& file, const Status& status) {
@@ -195,13 +197,13 @@ Prefetched UsePrefetched(CutFile& file) {
   if (!waited) return GiveUp(file, waited);
   if (!ready) return Prefetched::None;
   if (NameOutput(file) == Step::FileDone) return Prefetched::FileDone;
-  // The window has had its turns: the parameters may have been changed.
+  // The wait gave the window its turns, so that the parameters may have changed.
   file.program.host.pump.Turn();
   const std::optional<CutPlan> now = ForeseeCut(file, size);
   if (!now || now->work != plan->work) return Prefetched::None;
   WhitenPaddedBoard(file);
-  const Status saved = Save(file, *plan, ready->front());
-  if (saved.DiskFull()) return GiveUp(file, saved);
+  const Status saved = Save(file, *plan, std::move(ready->front()));
+  if (EndsFile(saved)) return GiveUp(file, saved);
   if (!saved) return Prefetched::None;
   file.latestFile = plan->output;
   file.latestSize = plan->size;

@@ -14,7 +14,8 @@ namespace {
 
 using host::Status;
 
-// Where part number index of count begins along a side; part count would begin at its end. Sides differ by at most one.
+// Returns the first pixel of part index, of count parts along a side; for index = count the end of the side. The
+// lengths of the parts differ by at most one pixel.
 int BeginOf(int side, int index, int count) { return static_cast<int>(std::int64_t{side} * index / count); }
 
 std::vector<base::Rect> PiecesOf(base::Size size, int columns, int rows) {
@@ -48,13 +49,13 @@ Step MakePiece(const CutFile& whole, const base::Rect& rect, CutFile& piece) {
   return FinishPiece(piece);
 }
 
-// What is missing in several pieces is told once.
-void ReadNote(FileResult& whole, const std::string& note) {
+// Reports a note that applies to several pieces once.
+void AddNote(FileResult& whole, const std::string& note) {
   if (note.empty() || whole.why.find(note) != std::string::npos) return;
   whole.why += (whole.why.empty() ? "" : "；") + note;
 }
 
-// A source stands for all its pieces: what was made of them goes when one is missing.
+// If one piece fails, the source has no result: the pieces that were made are moved to the trash.
 Step GiveUp(CutFile& file, const std::vector<std::string>& outputs) {
   for (const std::string& output : outputs) static_cast<void>(file.program.host.files.Discard(output));
   return Step::FileDone;
@@ -100,7 +101,7 @@ Step SplitCut(CutFile& file) {
       file.result.why = piece.result.why;
       return GiveUp(file, outputs);
     }
-    ReadNote(file.result, piece.result.why);
+    AddNote(file.result, piece.result.why);
   }
   file.result.output = outputs.front();
   file.result.more.assign(outputs.begin() + 1, outputs.end());

@@ -9,77 +9,81 @@
 #include "imaging/services.h"
 #include "job/cut/cut_file.h"
 
-// The steps that one file goes through, in their order.
+// The steps that are executed for one file, in their order.
 namespace quillon::job {
 
 // --- Before the cut.
 Step MeasureSource(CutFile& file);
 Step PassOverSmall(CutFile& file);    // ChFilter
-Step KeepExifSource(CutFile& file);   // an overwritten source is gone when its Exif is wanted
+Step KeepExifSource(CutFile& file);   // copies a source that will be overwritten, because its Exif is needed later
 Step PassOverFolder(CutFile& file);   // ChOmitFolds
 Step ZoomBeforeCut(CutFile& file);    // ChZoomAndCut
 Step RotateBeforeCut(CutFile& file);  // CmbRotate
-Step NameOutput(CutFile& file);       // Dst, its folder, and where the cut goes first
-// The size to which ChZoomAndCut scales the source; nothing if it stays as it is.
+Step NameOutput(CutFile& file);       // sets Dst and target, creates the folder
+// Returns the size to which ChZoomAndCut scales the source; nothing if the size does not change.
 std::optional<base::Size> SizeBeforeCut(const CutFile& file);
-// The zoomed picture is loaded whole by what follows: one that cannot be is not worth minutes of scaling.
+// Fails if the scaled picture does not fit into memory. The later steps load it as a whole, so that minutes of scaling
+// would be lost.
 host::Status FitsZoomed(base::Size size);
-// Names Dst and target as NameOutput does, without looking at the disk.
+// Sets Dst and target as NameOutput does, without access to the disk.
 void PredictTarget(CutFile& file);
 Step AskForFrame(CutFile& file);  // ManualCutMode
 Step FindRectangle(CutFile& file);
-// Computes the rectangle in a picture of W x H, with the geometry as it is now: the manual frame has written the
-// margins since the file was begun.
+// Computes the rectangle in a picture of W x H from the present geometry. It may differ from that of the settings,
+// because the manual frame writes the margins.
 void PlaceRectangle(CutFile& file, Pass pass);
 
 // --- The cut.
 Step MakeCut(CutFile& file);
-// A load that fails here is counted as the run's failure, or only told in the row.
+// Whether a load that fails is added to CutRun::failed, or only reported in the row.
 enum class LoadFailure { Counted, Told };
 Step CutInMemory(CutFile& file, LoadFailure loadFailure);
 Step CutFileToFile(CutFile& file);
-// By how much ChRotateCut turns the picture, degrees counter-clockwise; 0 if it does not.
+// Returns the angle by which ChRotateCut turns the picture, in degrees counter-clockwise; 0 if it does not.
 double AngleOfCut(const CutFile& file);
 inline constexpr int kThresholdLevel = 128;  // of ChToWB
-// The size to which a cut of that size is scaled; nothing if it stays as it is.
+// Returns the size to which a cut of that size is scaled; nothing if the size does not change.
 std::optional<base::Size> SizeAfterCut(const CutFile& file, base::Size cut);
-// Whether only the resolution is to change, which a crop stamps on the way.
+// Returns whether the resolution is the only effect. A crop from file to file can set it.
 bool OnlyOwnDpi(const CutFile& file);
-// The crop that MakeCut asks for if the picture is not held in memory: PlainCrop, for a gif into a work file.
+// Returns the crop that MakeCut makes unless the picture is held in memory: PlainCrop, and for a gif source into a work
+// file.
 imaging::CropRequest FileCrop(const CutFile& file);
-// For a rectangle without area; a source that could not be measured is the reason where there is one.
+// Fails a file whose rectangle has no area. The reason is that of the measurement, if the source could not be measured.
 Step FailEmptyRectangle(CutFile& file);
-// Work, which it disposes of, as a file at target.
+// Returns whether another way to the same output would fail too: the disk is full or unresponsive, or the run is
+// stopped.
+bool EndsFile(const host::Status& failure);
+// Saves Work under target and disposes of it.
 host::Status SaveWork(CutFile& file);
-// A crop of the source to target, from the parts of file that are known before it is begun: names, size and
-// rectangle.
+// Returns the crop of the source to target. Reads only the names, the size and the rectangle of file.
 imaging::CropRequest PlainCrop(const CutFile& file);
-// Saves a crop as its encoder wants it, asking about a full disk.
+// Makes a crop by the operation of its encoder, and asks about a full disk.
 host::Status SaveCrop(Program& program, const imaging::CropRequest& request);
-// Without ChOver an output may still fall on its own source, when it lies in the output folder: a copy "<source>.bak"
-// stays beside it.
+// Copies the source to "<source>.bak" if the output replaces it without ChOver, which happens if the source is in the
+// output folder.
 host::Status KeepReplacedSource(CutFile& file);
-// True when the cut must hold the picture in memory. A cut that is to be split stays in Work.
+// Returns whether the cut needs the picture in memory. A cut that will be split remains in Work.
 bool NeedsMemory(const CutFile& file);
 
-// --- Behind the cut.
+// --- After the cut.
 Step StopHere(CutFile& file);
-Step SplitCut(CutFile& file);  // ChSplit: each piece goes through the steps from here on as a cut of its own
+Step SplitCut(CutFile& file);  // ChSplit: each piece is a cut of its own from the next step on
 std::size_t PieceCount(const CutSettings& options);
-// What its piece of that number (from 1) is called.
+// Returns the name of the piece with that number, counted from 1.
 std::string PieceName(const CutFile& file, std::size_t number);
 Step AddBorder(CutFile& file);  // ChAddBoard
 // Whether the cut picture was turned and not turned back.
 enum class Turned { No, Yes };
-// The border that it asks for, around the latest state of the output or, without a cut, around the source.
+// Returns the border that AddBorder draws: around latestFile, or around the source if nothing was cut.
 imaging::BorderRequest BorderFor(CutFile& file, const std::string& destination, Turned turned);
-// ChAddToSize makes the border white, in the window too.
+// Makes the border white for ChAddToSize, also in the window.
 void WhitenPaddedBoard(CutFile& file);
 Step ConvertToCmyk(CutFile& file);  // ToCmyk
 Step CopyExif(CutFile& file);       // KeepExif
 Step MakePdf(CutFile& file);
-Step Deliver(CutFile& file);       // a finished work file over the output
-Step RemoveSource(CutFile& file);  // ChOver: a source whose output has another name
+Step Deliver(CutFile& file);       // copies the finished work file to the output
+Step RemoveSource(CutFile& file);  // ChOver: discards a source whose output has another name
 Step PlaceOnSheet(CutFile& file);  // ChCutAndArray
 
 }  // namespace quillon::job

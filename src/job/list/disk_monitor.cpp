@@ -15,10 +15,9 @@ namespace {
 
 constexpr double kFreshFor = 0.5;  // seconds
 constexpr std::size_t kFoldersRemembered = 1000;
-constexpr double kAskedWhileFlushing = 5;       // seconds between two questions
-constexpr std::uint64_t kReadAtOnce = 1 << 20;  // bytes; larger files are only opened
+constexpr double kAskedWhileFlushing = 5;  // seconds between two questions
 
-// In seconds. Most disks answer at once, and a window that stands still for so short a time is no matter.
+// In seconds. Most disks answer at once, and nobody notices a window that stands still for so short a time.
 constexpr double kFirstWait = 0.1;
 constexpr double kPumpInterval = 0.01;
 
@@ -145,8 +144,7 @@ host::Status DiskMonitor::Ask(const std::string& folder, const std::string& path
           ++asking->answers;
         }
         // What a network disk says of a file may be from memory; it is asked anew when the file is opened.
-        std::string begin;
-        if (!stop) static_cast<void>(files.ReadFile(asking->path, begin, kReadAtOnce));
+        if (!stop) static_cast<void>(files.TryOpen(asking->path));
         if (!stop) asking->local = files.IsLocalDisk(asking->folders.back());
       });
   host::Status answered = timeout.Await(*call, asking->answers);

@@ -44,7 +44,7 @@ class DiskTimeout {
   double lastAnswer_;  // seconds of host::Clock
 };
 
-// What stands under a path, and the entries if that is a folder.
+// The attributes of a path, and the entries if it is a folder.
 struct FolderContent {
   std::optional<host::FileFacts> facts;  // nothing if the path leads nowhere
   std::vector<host::FolderEntry> entries;
@@ -85,8 +85,9 @@ class DiskMonitor {
   DiskMonitor(const DiskMonitor&) = delete;
   DiskMonitor& operator=(const DiskMonitor&) = delete;
 
-  // Stats the file and the folders above it, and begins to read it. Ok once the disk has answered, whatever the answer
-  // was. Errors: Stopped; Other with a sentence for the row if the disk is silent.
+  // Stats the folders above the file and opens it, which a network disk answers anew each time. Reads nothing.
+  // Ok once the disk has answered, whatever the answer was. Errors: Stopped; Other with a sentence for the row if the
+  // disk is silent.
   host::Status AskFile(const std::string& path);
   // As AskFile, for a folder.
   host::Status AskFolder(const std::string& folder);

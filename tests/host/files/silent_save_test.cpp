@@ -5,6 +5,7 @@
 
 #include <condition_variable>
 #include <mutex>
+#include <stop_token>
 #include <string>
 #include <thread>
 #include <vector>
@@ -16,13 +17,80 @@ namespace quillon::host {
 namespace {
 
 using testing::DiskCall;
+using testing::NameOf;
 using testing::TestHost;
 using ::testing::UnorderedElementsAre;
 
 class SilentSaveTest : public ::testing::Test {
  protected:
+  // The system calls of a save that were made while none was counted.
+  std::vector<std::string> Uncounted(const std::string& path, const std::vector<DiskCall>& kinds) {
+    DiskCalls calls;
+    std::vector<std::string> uncounted;
+    for (const DiskCall kind : kinds) {
+      world.faults.Before(kind, 1, [&calls, &uncounted, kind] {
+        if (!calls.InFlight()) uncounted.emplace_back(NameOf(kind));
+      });
+    }
+    const auto fill = [](Draft& draft) { return draft.Write("new", 3); };
+    EXPECT_TRUE(world.files.Save(path, fill, {.calls = &calls}));
+    EXPECT_FALSE(calls.InFlight());
+    for (const DiskCall kind : kinds) EXPECT_GT(world.faults.Count(kind), 0) << NameOf(kind);
+    return uncounted;
+  }
+  Status SaveStopped(const std::string& path) {
+    std::stop_source stop;
+    const auto fill = [&](Draft& draft) {
+      stop.request_stop();
+      return draft.Write("new", 3);
+    };
+    return world.files.Save(path, fill, {.stop = stop.get_token()});
+  }
+
   TestHost world;
 };
+
+TEST_F(SilentSaveTest, EveryCallThatASaveWaitsForIsCounted) {
+  EXPECT_EQ(Uncounted(world.folder.Path("fresh"), {DiskCall::StatLink, DiskCall::OpenNew, DiskCall::Lock,
+                                                   DiskCall::Write, DiskCall::StatOpen, DiskCall::RenameNew}),
+            std::vector<std::string>());
+  ASSERT_TRUE(world.files.Flush().empty());
+  world.faults.Clear();
+  EXPECT_EQ(Uncounted(world.folder.Write("standing", "old"),
+                      {DiskCall::StatLink, DiskCall::MayWrite, DiskCall::CopyLabels, DiskCall::SetMode,
+                       DiskCall::SetTimes, DiskCall::Sync, DiskCall::Rename}),
+            std::vector<std::string>());
+}
+
+TEST_F(SilentSaveTest, TheSyncOfAReplacedFileIsCountedAsOne) {
+  DiskCalls calls;
+  bool syncing = false;
+  world.faults.Before(DiskCall::Write, 1, [&] { EXPECT_FALSE(calls.Syncing()); });
+  world.faults.Before(DiskCall::Sync, 1, [&] { syncing = calls.Syncing(); });
+  world.faults.Before(DiskCall::Rename, 1, [&] { EXPECT_FALSE(calls.Syncing()); });
+  const auto fill = [](Draft& draft) { return draft.Write("new", 3); };
+  EXPECT_TRUE(world.files.Save(world.folder.Write("standing", "old"), fill, {.calls = &calls}));
+  EXPECT_TRUE(syncing);
+}
+
+TEST_F(SilentSaveTest, CopiesAreCountedWhileTheyReadAndWrite) {
+  DiskCalls calls;
+  int counted = 0;
+  for (const DiskCall kind : {DiskCall::OpenRead, DiskCall::Read, DiskCall::Write, DiskCall::RenameNew}) {
+    world.faults.Before(kind, 1, [&] { counted += calls.InFlight() ? 1 : 0; });
+  }
+  EXPECT_TRUE(world.files.Copy(world.folder.Write("a", "x"), world.folder.Path("b"), {.calls = &calls}));
+  EXPECT_EQ(counted, 4);
+}
+
+TEST_F(SilentSaveTest, WhatWasStoppedGetsNoName) {
+  EXPECT_EQ(SaveStopped(world.folder.Path("app/fresh")).GetProblem(), Problem::Stopped);
+  EXPECT_TRUE(world.folder.Names("app").empty());
+  const std::string standing = world.folder.Write("app/standing", "old");
+  EXPECT_EQ(SaveStopped(standing).GetProblem(), Problem::Stopped);
+  EXPECT_EQ(world.folder.Read("app/standing"), "old");
+  EXPECT_EQ(world.folder.Names("app").size(), 1u);
+}
 
 // Holds syncs up until it is opened.
 class Barrier {

@@ -240,13 +240,14 @@ TEST_F(PrefetchedCutsTest, AStopRequestEndsTheWait) {
     released.get_future().wait();
   };
   for (const int nth : {1, 2, 3}) world.faults.Before(host::testing::DiskCall::Stat, nth, hang, "in.jpg");
-  WaitHooks hooks;
+  host::WaitHooks hooks;
   hooks.idle = [&] {
     if (!stop) begun.get_future().wait();
     stop = true;
   };
   hooks.stopped = [&] { return stop; };
-  Services waiting(world.files, world.host.programFolder, hooks);
+  host::DiskThread thread(hooks);
+  Services waiting(world.files, world.host.programFolder, &thread);
   const FileWork work = WorkOf(path, "jpg");
   waiting.PlanWork({work});
   CutSource source;

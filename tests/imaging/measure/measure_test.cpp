@@ -50,6 +50,11 @@ class MeasureTest : public ::testing::Test {
     return status.GetProblem();
   }
 
+  bool Recalls(const std::string& path) const {
+    ImageFacts facts;
+    return measurer_.Recall(path, facts);
+  }
+
   static base::Size SizeOf(const ImageFacts& facts) { return {facts.width, facts.height}; }
 
   ScratchFolder folder_;
@@ -149,13 +154,13 @@ TEST_F(MeasureTest, PsdInCapitalsGoesThroughTheLoaderToo) {
 
 TEST_F(MeasureTest, AnswerIsRememberedUntilSizeTimeOrFileChanges) {
   const std::string path = folder_.Put("a.jpg", Jpeg({33, 44}));
-  EXPECT_FALSE(measurer_.Knows(path));
+  EXPECT_FALSE(Recalls(path));
   Measured(path);
-  EXPECT_TRUE(measurer_.Knows(path));
+  EXPECT_TRUE(Recalls(path));
 
   const auto time = std::filesystem::last_write_time(path);
   std::filesystem::last_write_time(path, time + std::chrono::seconds(1));
-  EXPECT_FALSE(measurer_.Knows(path));
+  EXPECT_FALSE(Recalls(path));
   Measured(path);
 
   // Other content under the old time: the size tells.
@@ -171,7 +176,7 @@ TEST_F(MeasureTest, AnswerIsRememberedUntilSizeTimeOrFileChanges) {
   const std::string twin = folder_.Put("twin.jpg", content);
   std::filesystem::last_write_time(twin, time);
   std::filesystem::rename(twin, path);
-  EXPECT_FALSE(measurer_.Knows(path));
+  EXPECT_FALSE(Recalls(path));
 }
 
 TEST_F(MeasureTest, ContentThatKeptItsTimesIsMeasuredAgain) {

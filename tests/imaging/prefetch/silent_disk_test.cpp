@@ -15,16 +15,15 @@ using testing::Gate;
 using testing::Log;
 using testing::PrefetcherTest;
 
-// Waits for reads that do not come back: each turn of the pump takes ten seconds of a clock.
+// Waits for reads that do not return. Each turn of the pump advances a clock by ten seconds.
 class SilentDiskTest : public PrefetcherTest {
  protected:
   // Work that reads until the gate opens, on the sources of that name, and is done at once on others.
   Prefetcher::Worker Hanging(const std::string& name) {
     return [gate = gate_, name](const Prefetcher::Job& job) -> Status {
       if (job.work.Source().ends_with(name)) {
-        ++job.reads;
+        const host::DiskCalls::Scope reading(&job.calls);
         gate->Pass();
-        ++job.reads;
       }
       return job.output().Write("x", 1);
     };
@@ -42,7 +41,7 @@ class SilentDiskTest : public PrefetcherTest {
     EXPECT_EQ(bytes, std::nullopt);
     return taken;
   }
-  // Whether the gate still stands: threads that were left behind hold it.
+  // Returns whether no thread uses the gate any more, also no abandoned one.
   bool AllThreadsEnded() const { return gate_.use_count() == 1; }
 
   void TearDown() override {
@@ -121,9 +120,9 @@ TEST_F(SilentDiskTest, ReadsThatComeBackAreNoSilence) {
   Start(
       [=](const Prefetcher::Job& job) {
         while (*read < kReads) {
-          ++job.reads;
+          job.calls.Begin();
           wanted->wait(*read);
-          ++job.reads;
+          job.calls.End();
           ++*read;
           read->notify_one();
         }

@@ -22,7 +22,7 @@ class DiskAnswerTest : public ProgramTest {
   }
   std::string Path(const std::string& name) const { return world.folder.Path("tree/" + name); }
   void File(const std::string& name) { world.folder.Write("tree/" + name, "x"); }
-  // Each turn of the pump takes a second.
+  // Each turn of the pump advances the clock by a second.
   void TimeGoesBy() {
     world.pump.EveryTurn([&] {
       if (host::testing::OtherThreadsWait()) world.clock.Advance(1);
@@ -150,7 +150,7 @@ class SilentRunTest : public CutTest {
   DeadDisk dead;
 };
 
-TEST_F(SilentRunTest, AListGoesOnBehindAFileThatDoesNotAnswer) {
+TEST_F(SilentRunTest, AListGoesOnAfterAFileThatDoesNotAnswer) {
   ListEarlier(MakeThree());
   dead.Take(world.faults, DiskCall::OpenRead, "/in/y/2.jpg");
   program.recovering = true;  // so that nobody else reads
@@ -282,7 +282,72 @@ TEST_F(SilentRunTest, NamedFilesThatDoNotAnswerAreNotListed) {
   EXPECT_EQ(program.files.RowCount(), 1u);
 }
 
-// --- Outputs that are not on the disk when a run ends.
+// --- Disks that fall silent in the middle, in work that nobody has prefetched.
+
+TEST_F(SilentRunTest, ASourceThatHangsAfterItWasOpenedFailsAlone) {
+  ListEarlier(MakeThree());
+  dead.Take(world.faults, DiskCall::Stat, "/in/y/2.jpg");
+  program.recovering = true;
+  Cut();
+  EXPECT_EQ(Totals().written, 2u) << Whys();
+  EXPECT_EQ(Why(2), host::kDiskUnresponsive);
+  EXPECT_EQ(OutNames(), (std::vector<std::string>{"1.jpg", "3.jpg"}));
+}
+
+TEST_F(SilentRunTest, APictureThatIsLoadedForItsEffectsFailsAlone) {
+  Option("ChToGray", "1");
+  ListEarlier(MakeThree());
+  dead.Take(world.faults, DiskCall::Stat, "/in/y/2.jpg", 2);
+  program.recovering = true;
+  Cut();
+  EXPECT_EQ(Totals().written, 2u) << Whys();
+  EXPECT_EQ(Why(2), host::kDiskUnresponsive);
+  EXPECT_EQ(OutNames(), (std::vector<std::string>{"1.jpg", "3.jpg"}));
+}
+
+TEST_F(SilentRunTest, AnOutputThatHangsFailsItsFileAlone) {
+  world.faults.MakeRemote();
+  for (const DiskCall call : {DiskCall::OpenNew, DiskCall::Write, DiskCall::RenameNew}) {
+    DeadDisk silent;
+    program.Intake().Clear();
+    recorder.done.clear();
+    std::filesystem::remove_all(outFolder);
+    ASSERT_TRUE(world.files.MakeFolders(outFolder));
+    ListEarlier(MakeThree());
+    silent.Take(world.faults, call, "/out/.2.jpg");
+    Cut();
+    EXPECT_EQ(Totals().written, 2u) << NameOf(call) << ": " << Whys();
+    EXPECT_EQ(Why(2), host::kDiskUnresponsive) << NameOf(call);
+    EXPECT_FALSE(world.folder.Exists("out/2.jpg")) << NameOf(call);
+    world.faults.Clear();
+  }
+}
+
+// The source stays as it was, also after the disk answers again.
+TEST_F(SilentRunTest, ASourceWhoseReplacementHangsStays) {
+  Put("ChOver", "1");
+  Margins(10, 0, 0, 0);
+  ListEarlier(MakeThree());
+  const std::string before = world.folder.Read("in/y/2.jpg");
+  secondsOfATurn = 10;
+  dead.Take(world.faults, DiskCall::Sync, "/in/y/.2.jpg");
+  Cut();
+  EXPECT_EQ(Totals().written, 2u) << Whys();
+  EXPECT_EQ(Why(2), host::kDiskUnresponsive);
+  dead.Answer();
+  EXPECT_EQ(world.folder.Read("in/y/2.jpg"), before);
+}
+
+TEST_F(SilentRunTest, AStopEndsTheWaitForAnOutput) {
+  world.faults.MakeRemote();
+  ListEarlier(MakeThree());
+  dead.Take(world.faults, DiskCall::Write, "/out/.2.jpg");
+  world.pump.EveryTurn([&] { flags.StopRequested |= dead.Hangs(); });
+  Cut();
+  EXPECT_EQ(Totals().written, 1u) << Whys();
+  EXPECT_EQ(Why(2), "已停止");
+  EXPECT_LT(world.clock.Seconds(), 30);
+}
 
 TEST_F(SilentRunTest, OutputsThatDoNotReachTheDiskCountAsLost) {
   const std::vector<std::string> three = MakeThree();
