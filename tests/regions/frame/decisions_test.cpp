@@ -398,8 +398,9 @@ TEST_F(FolderDecisionsTest, EachZoomedPictureHasItsOwnDecision) {
   Option("CmbZoom", "50%");
   form.ChOver.Set(true);
   Run();
-  EXPECT_EQ(asked_.size(), 3u);
+  ASSERT_EQ(recorder.done.size(), 3u);
   EXPECT_EQ(Totals().written, 3u);
+  for (std::size_t i = 0; i < 3; ++i) EXPECT_EQ(Width(recorder.done[i].source), 45 - 5 * static_cast<int>(i));
 }
 
 TEST_F(FolderDecisionsTest, DecisionsOfEarlierVersionsAreRecordsOfTheRunNow) {

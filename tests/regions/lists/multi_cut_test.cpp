@@ -452,10 +452,10 @@ TEST_F(LargeMultiCutTest, AResultBesideAFailedRegionIsNoOlderResult) {
   program.journals = &journals;
   form.ChSubFold.Set(true);
   recorder.onFileDone = [&](const job::FileResult&) { world.clock.Advance(5); };
-  for (const char* broken : {"in/x/a.bmp", "in/sub/a.bmp"}) {
+  for (const char* broken : {"in/x/a.png", "in/sub/a.png"}) {
     SCOPED_TRACE(broken);
     std::filesystem::remove_all(In(""));
-    for (const char* folder : {"x", "sub"}) Make(std::string(folder) + "/a.bmp", 40, 30);
+    for (const char* folder : {"x", "sub"}) Make(std::string(folder) + "/a.png", 40, 30);
     world.folder.Write(broken, world.folder.Read(broken).substr(0, 100));
     world.faults.Set({.call = host::testing::DiskCall::RenameNew, .error = EIO, .pathHolds = "a_裁剪区域2.bmp"});
     CutListed();
