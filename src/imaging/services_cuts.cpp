@@ -66,7 +66,7 @@ Status Services::OpenForCuts(const std::string& path, Encoder encoder, CutSource
 }
 
 Status Services::CropToFile(const CutSource& source, const CropRequest& request) {
-  const std::shared_ptr<const CutSourceData> data = source.Data();
+  const std::shared_ptr<const CutSourceData>& data = source.Data();
   const std::optional<host::FileFacts> now = parts_->files.Stat(request.source);
   if (!data || data->path != request.source || !now || !Unchanged(*now, data->facts)) return CropToFile(request);
   if (const std::string* content = data->Prefetched(request)) return parts_->SaveCrop(request, {data, content});

@@ -122,6 +122,7 @@ class Barrier {
 
 std::vector<std::string> PathsOf(const std::vector<LateFailure>& failures) {
   std::vector<std::string> paths;
+  paths.reserve(failures.size());
   for (const LateFailure& failure : failures) paths.push_back(failure.path);
   return paths;
 }
