@@ -6,7 +6,9 @@
 #include <cstdint>
 #include <functional>
 #include <memory>
+#include <mutex>
 #include <optional>
+#include <set>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -108,6 +110,19 @@ class Files {
   // Copies a work file of the program that nobody changes any more. If the disk allows it, the copy is a hard link, and
   // it is not synced. If the source is missing, the file at to stays unchanged.
   Status CopyOwn(const std::string& from, const std::string& to);
+  // As long as the object lives, a file that Save or Copy replaces under that path is moved to the trash, right before
+  // the finished draft gets the name. If no trash accepts it, the save fails and the file stays.
+  class ReplacedToTrash {
+   public:
+    ReplacedToTrash(Files& files, std::string path);
+    ~ReplacedToTrash();
+    ReplacedToTrash(const ReplacedToTrash&) = delete;
+    ReplacedToTrash& operator=(const ReplacedToTrash&) = delete;
+
+   private:
+    Files& files_;
+    const std::string path_;
+  };
   // Waits until everything saved so far is on the disk. Returns the failures since the last call.
   // If that lasts, goOn is called every few milliseconds with the paths of what is not on the disk yet. If it
   // returns false, everything that is not on the disk yet counts as failed.
@@ -124,13 +139,16 @@ class Files {
 
  private:
   struct SaveOptions;
-  Status SaveAs(const std::string& path, const SaveOptions& options, const std::function<Status(Draft&)>& fill);
+  Status SaveAs(const std::string& path, SaveOptions options, const std::function<Status(Draft&)>& fill);
   Status Complete(DiskDraft& draft, const DiskTarget& target, const SaveOptions& options);
-  Status Replace(DiskDraft& draft, const DiskTarget& target, const SaveControl& control);
+  Status Replace(DiskDraft& draft, const DiskTarget& target, const SaveOptions& options);
+  bool GoesToTrash(const std::string& path);
 
   Disk& disk_;
   std::unique_ptr<SyncQueue> syncs_;
   std::atomic<std::uint64_t> serial_;
+  std::mutex mutex_;
+  std::multiset<std::string> toTrash_;  // guarded by mutex_; see ReplacedToTrash
 };
 
 // Returns true if name is the name of a draft. Folder walks and folder watches skip such entries.

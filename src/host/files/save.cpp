@@ -116,7 +116,7 @@ Status CopyContent(Disk& disk, int handle, const DiskFacts& before, Draft& draft
   }
   DiskFacts after;
   if (const int result = disk.StatOpen(handle, after); result < 0) return Status::FromErrno(-result);
-  if (after.size != draft.Size() || after.modified != before.modified) {
+  if (draft.Size() != before.size || !SameContent(before, after)) {
     return {Problem::Other, "复制期间源文件有变化"};
   }
   return Status::Ok();
@@ -142,7 +142,23 @@ struct Files::SaveOptions {
   unsigned mode = kFreshMode;  // of a new file
   std::optional<Times> times;
   SaveControl control;
+  bool replacedToTrash = false;
 };
+
+Files::ReplacedToTrash::ReplacedToTrash(Files& files, std::string path) : files_(files), path_(std::move(path)) {
+  const std::lock_guard lock(files_.mutex_);
+  files_.toTrash_.insert(path_);
+}
+
+Files::ReplacedToTrash::~ReplacedToTrash() {
+  const std::lock_guard lock(files_.mutex_);
+  files_.toTrash_.erase(files_.toTrash_.find(path_));
+}
+
+bool Files::GoesToTrash(const std::string& path) {
+  const std::lock_guard lock(mutex_);
+  return toTrash_.contains(path);
+}
 
 Status Files::Save(const std::string& path, const std::function<Status(Draft&)>& fill, const SaveControl& control) {
   return SaveAs(path, {.times = std::nullopt, .control = control}, fill);
@@ -181,7 +197,8 @@ Status Files::CopyOwn(const std::string& from, const std::string& to) {
   return Copy(from, to);
 }
 
-Status Files::SaveAs(const std::string& path, const SaveOptions& options, const std::function<Status(Draft&)>& fill) {
+Status Files::SaveAs(const std::string& path, SaveOptions options, const std::function<Status(Draft&)>& fill) {
+  options.replacedToTrash = GoesToTrash(path);
   DiskCalls* const calls = options.control.calls;
   DiskTarget target;
   {
@@ -217,7 +234,7 @@ Status Files::Complete(DiskDraft& draft, const DiskTarget& target, const SaveOpt
       if (!set) return set;
     }
   }
-  if (target.exists) return Replace(draft, target, options.control);
+  if (target.exists) return Replace(draft, target, options);
   if (options.control.stop.stop_requested()) return Stopped();
   int handle = -1;
   if (Status placed = draft.Place(target.path, DiskDraft::Target::Free, handle); !placed) return placed;
@@ -228,12 +245,18 @@ Status Files::Complete(DiskDraft& draft, const DiskTarget& target, const SaveOpt
   return Status::Ok();
 }
 
-Status Files::Replace(DiskDraft& draft, const DiskTarget& target, const SaveControl& control) {
+Status Files::Replace(DiskDraft& draft, const DiskTarget& target, const SaveOptions& options) {
+  const SaveControl& control = options.control;
   {
     const DiskCalls::Scope scope(control.calls, DiskCalls::Kind::Sync);
     if (const int synced = disk_.Sync(draft.Handle()); synced < 0) return Status::FromErrno(-synced);
   }
   if (control.stop.stop_requested()) return Stopped();
+  if (options.replacedToTrash) {
+    const DiskCalls::Scope scope(control.calls);
+    const Status gone = Discard(target.path);
+    if (!gone) return {gone.GetProblem(), "已有同名文件，没能移入回收站，未覆盖：" + gone.Why()};
+  }
   int handle = -1;
   if (Status placed = draft.Place(target.path, DiskDraft::Target::Replace, handle); !placed) return placed;
   // After a successful sync, closing cannot report a new error.

@@ -2,10 +2,12 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include <optional>
 #include <string>
 #include <vector>
 
 #include "base/rect.h"
+#include "host/files/files.h"
 #include "imaging/image.h"
 #include "job/cut/cut_run.h"
 #include "job/settings/cut_settings.h"
@@ -55,6 +57,7 @@ struct CutFile {
   std::string target;      // the path under which the cut is saved: Dst or a work file
   std::string latestFile;  // the file with the newest state of the output, "" before the cut
   base::Size latestSize;   // of that picture
+  std::optional<host::Files::ReplacedToTrash> replaced = {};  // set if a foreign file has the name of the output
   FileResult result;
 };
 

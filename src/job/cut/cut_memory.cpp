@@ -78,6 +78,7 @@ Step Rescue(CutFile& file, const Status& failure) {
                      options.keepFolders ? KeepFolders::Yes : KeepFolders::No,
                      options.over ? Overwrite::Yes : Overwrite::No, options.outType, options.extensionCase);
   if (file.run.ledger.IsOtherSource(rescued, file.listedPath)) return Fail(file, failure);
+  TrashReplaced(file, rescued);
   const std::string named = std::exchange(file.Dst, rescued);
   file.target = rescued;
   if (!KeepReplacedSource(file) || !CropAsNamed(file)) {

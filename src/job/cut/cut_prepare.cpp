@@ -166,6 +166,7 @@ Step NameOutput(CutFile& file) {
     if (!made) return Fail(file, "无法创建输出文件夹：" + made.Why());
   }
   file.run.SweepDrafts(base::SplitPath(file.Dst).folder);
+  if (!file.settings.split) TrashReplaced(file, output);
   return Step::Next;
 }
 
@@ -194,6 +195,11 @@ Step AskForFrame(CutFile& file) {
   if (flags.ManualRotated || angle == 0) return Step::Next;
   const host::Status turned = TurnSource(file, angle);
   return turned ? Step::Next : FailLoad(file, turned);
+}
+
+void TrashReplaced(CutFile& file, const std::string& output) {
+  file.replaced.reset();
+  if (file.run.ledger.IsForeign(file.listedPath, output)) file.replaced.emplace(file.program.host.files, output);
 }
 
 void PlaceRectangle(CutFile& file, Pass pass) {

@@ -20,6 +20,8 @@ Step PassOverFolder(CutFile& file);   // ChOmitFolds
 Step ZoomBeforeCut(CutFile& file);    // ChZoomAndCut
 Step RotateBeforeCut(CutFile& file);  // CmbRotate
 Step NameOutput(CutFile& file);       // sets Dst and target, creates the folder
+// From now on a foreign file that has the name of the output goes to the trash if it is replaced.
+void TrashReplaced(CutFile& file, const std::string& output);
 // Returns the size to which ChZoomAndCut scales the source; nothing if the size does not change.
 std::optional<base::Size> SizeBeforeCut(const CutFile& file);
 // Fails if the scaled picture does not fit into memory. The later steps load it as a whole, so that minutes of scaling

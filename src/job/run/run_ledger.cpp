@@ -96,12 +96,15 @@ bool RunLedger::IsListed(const std::string& path) {
   if (!sources_) {
     sources_.emplace();
     for (std::size_t row = 0; row < context_.files.RowCount(); ++row) {
-      if (const auto source = files.Stat(context_.files.Row(row).Path())) {
-        sources_->emplace(source->device, source->inode);
-      }
+      if (const auto source = files.Stat(context_.files.Row(row).Path())) sources_->insert(IdOf(*source));
     }
   }
-  return sources_->contains({facts->device, facts->inode});
+  return sources_->contains(IdOf(*facts));
+}
+
+bool RunLedger::IsForeign(const std::string& source, const std::string& output) const {
+  const host::Files& files = context_.host.files;
+  return files.Stat(output) && !Find(output) && !files.SameFile(output, source);
 }
 
 void RunLedger::DiscardStaleOutput(const std::string& source, const std::string& output, const host::Status& failure) {

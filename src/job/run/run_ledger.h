@@ -52,6 +52,9 @@ class RunLedger {
   std::string SourceOf(const std::string& output) const;
   // True if the existing file at path is a source other than own.
   bool IsOtherSource(const std::string& path, const std::string& own);
+  // Returns true if the file at output is neither of this run nor the source itself: it goes to the trash if it is
+  // replaced (host::Files::ReplacedToTrash).
+  bool IsForeign(const std::string& source, const std::string& output) const;
   // The output could not be made of source, and an older file under its name would pass for it: moves that file to the
   // trash. It stays if it is an output of this run or another source, or if its disk is unresponsive. A run with a
   // share of the files reports it instead: it may be an output of another share.
@@ -73,7 +76,6 @@ class RunLedger {
     std::string source;
     std::size_t several = 0;  // the same for all outputs of one result that has several, else 0
   };
-  using FileId = std::pair<std::uint64_t, std::uint64_t>;
 
   std::optional<Origin> Find(const std::string& output) const;
   bool IsListed(const std::string& path);
@@ -93,7 +95,7 @@ class RunLedger {
   std::unordered_map<std::string, Origin> outputs_;
   std::size_t results_ = 0;
   DiscardQueue discards_;
-  std::optional<std::set<FileId>> sources_;  // read when first needed
+  std::optional<std::set<host::FileId>> sources_;  // read when first needed
 };
 
 }  // namespace quillon::job

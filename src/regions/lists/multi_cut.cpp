@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "regions/lists/multi_cut.h"
 
+#include <optional>
 #include <utility>
 
 #include "base/path_text.h"
@@ -129,8 +130,9 @@ std::vector<RegionCut> MultiCut::CutsOf(const std::string& path, base::Size size
 }
 
 std::optional<imaging::FileWork> MultiCut::Foresee(const std::string& path, base::Size size) const {
-  if (size.Empty() || job::TooSmall(size, job::ReadCutSettings(program_).smallest)) return std::nullopt;
-  imaging::FileWork work = RegionWork(path, CutsOf(path, size), program_.form1.TQuality.Integer());
+  const job::CutSettings settings = job::ReadCutSettings(program_);
+  if (size.Empty() || job::TooSmall(size, settings.smallest)) return std::nullopt;
+  imaging::FileWork work = RegionWork(path, CutsOf(path, size), settings.quality);
   if (work.Empty()) return std::nullopt;
   return work;
 }
@@ -154,8 +156,10 @@ void MultiCut::CutSource(const Source& source) {
 
 void MultiCut::CutAll(const Source& source, const std::vector<RegionCut>& cuts) {
   const std::string normal = program_.files.StatusText();
+  const int quality = job::ReadCutSettings(program_).quality;
   RegionSource::Options options{.extension = base::SplitPath(cuts.front().output).extension,
-                                .work = RegionWork(source.path, cuts, program_.form1.TQuality.Integer())};
+                                .quality = quality,
+                                .work = RegionWork(source.path, cuts, quality)};
   if (options.work.steps.size() > 1) options.decode = RegionSource::Decode::Once;
   RegionSource picture(program_.images, program_.saver, source.path, options);
   std::string whys;
@@ -184,7 +188,9 @@ std::string MultiCut::CutRegion(RegionSource& picture, const Source& source, con
   if (ledger_->IsOtherSource(cut.output, source.path)) {
     return "会覆盖另一个文件 " + base::DisplayText(cut.output) + "，已跳过";
   }
-  const host::Status status = picture.Cut(cut, program_.form1.TQuality.Integer());
+  std::optional<host::Files::ReplacedToTrash> replaced;
+  if (ledger_->IsForeign(source.path, cut.output)) replaced.emplace(program_.host.files, cut.output);
+  const host::Status status = picture.Cut(cut);
   if (!status) ledger_->DiscardStaleOutput(source.path, cut.output, status);
   return status ? std::string() : status.Why();
 }

@@ -537,6 +537,30 @@ TEST_F(SaveTest, CopyingTellsFailures) {
   EXPECT_EQ(world.faults.OpenHandles(), 0);
 }
 
+TEST_F(SaveTest, AReplacedFileGoesToTheTrashWhileThatIsWanted) {
+  folder.Write("app/a", "old");
+  {
+    const Files::ReplacedToTrash toTrash(files, folder.Path("app/a"));
+    const Files::ReplacedToTrash again(files, folder.Path("app/a"));
+    EXPECT_TRUE(files.Save(folder.Path("app/a"), "new"));
+    EXPECT_EQ(folder.Read("data/Trash/files/a"), "old");
+  }
+  EXPECT_TRUE(files.Save(folder.Path("app/a"), "newer"));
+  EXPECT_EQ(folder.Read("app/a"), "newer");
+  EXPECT_THAT(folder.Names("data/Trash/files"), ElementsAre("a"));
+}
+
+TEST_F(SaveTest, AFileThatNoTrashAcceptsIsNotReplaced) {
+  folder.Write("app/a", "old");
+  const Files::ReplacedToTrash toTrash(files, folder.Path("app/a"));
+  world.faults.Set(
+      {.call = DiskCall::RenameNew, .error = EACCES, .length = Fault::Length::ForEver, .pathHolds = "app/a"});
+  const Status saved = files.Save(folder.Path("app/a"), "new");
+  EXPECT_EQ(saved.Why().find("已有同名文件，没能移入回收站，未覆盖："), 0u) << saved.Why();
+  EXPECT_EQ(folder.Read("app/a"), "old");
+  EXPECT_THAT(folder.Names("app"), ElementsAre("a"));
+}
+
 TEST_F(SaveTest, SweepingTakesOnlyAbandonedDrafts) {
   folder.Write("app/.a.jpg.quillon-000000", "left");
   folder.Write("app/a.jpg", "user's");

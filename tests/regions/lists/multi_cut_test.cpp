@@ -71,6 +71,15 @@ TEST_F(MultiCutTest, EachSourceGivesOneFileForEachRegion) {
   EXPECT_TRUE(world.shell.Folders().empty());
 }
 
+TEST_F(MultiCutTest, AFileUnderTheNameOfARegionGoesToTheTrash) {
+  Regions("R\r\n10\t20\t30\t15\r\n0\t0\t60\t50\r\n");
+  world.folder.Write("out/a_裁剪区域2.bmp", "the user's");
+  CutRegionsOf({Make("a.bmp", Painted(100, 80, Slope))});
+  EXPECT_EQ(Totals().written, 2u);
+  EXPECT_EQ(world.folder.Names("data/Trash/files"), std::vector<std::string>{"a_裁剪区域2.bmp"});
+  EXPECT_EQ(world.folder.Read("data/Trash/files/a_裁剪区域2.bmp"), "the user's");
+}
+
 TEST_F(MultiCutTest, PercentRegionsFollowEachPicture) {
   Regions("D\r\n10\t20\t30\t40\r\n0\t0\t50\t50\r\n");
   CutRegionsOf({Make("a.bmp", 100, 80), Make("b.bmp", 40, 30)});
