@@ -91,6 +91,7 @@ const std::vector<House>& Houses() {
        {{"work_files", 0}, {"settings", 0}, {"list", 1}, {"run", 2}, {"cut", 3}, {"windows", 4}, {"*", 5}},
        "job/program.h",
        3},
+      {"regions", {{"region", 0}, {"frame", 1}, {"lists", 1}, {"timed", 2}, {"*", 3}}},
   };
   return kHouses;
 }

@@ -109,6 +109,9 @@ TEST(Rules, RoomsPointOneWay) {
                                 Includes("src/job/run/a.h", "job/program.h"),
                                 Includes("src/job/run/a.cpp", "job/windows/form1.h"),
                                 Includes("src/job/cut/a.cpp", "job/windows/file_intake.h"),
+                                Includes("src/regions/frame/a.h", "regions/lists/region_list.h"),
+                                Includes("src/regions/lists/a.cpp", "regions/timed/fcuttime.h"),
+                                Includes("src/regions/region.h", "regions/regions.h"),
                                 Includes("src/job/cut/a.cpp", "job/unknown/a.h"),
                                 {"src/job/unknown/a.cpp", ""},
                             });
@@ -132,6 +135,8 @@ TEST(Rules, RoomsPointOneWay) {
                                Includes("src/job/cut/a.h", "job/program.h"),
                                Includes("src/job/windows/a.cpp", "job/program.h"),
                                Includes("src/job/windows/a.cpp", "job/cut/cut_file.h"),
+                               Includes("src/regions/timed/a.cpp", "regions/lists/region_source.h"),
+                               Includes("src/regions/frame/a.h", "regions/region.h"),
                                Includes("src/job/program.h", "job/windows/form1.h"),
                            });
 }

@@ -97,10 +97,10 @@ TEST_F(GridModelTest, StaysSoundWhateverComesTogether) {
   model_->Flush();
 }
 
+// A grid that still called the model would crash, at the latest under AddressSanitizer.
 TEST_F(GridModelTest, ForgetsTheGridWhenItGoes) {
   model_.reset();
   Append(1);
-  SUCCEED();
 }
 
 TEST_F(GridModelTest, HoldsThreeHundredThousandRowsInAView) {

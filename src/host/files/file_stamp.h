@@ -6,6 +6,7 @@
 #include <iosfwd>
 #include <optional>
 #include <string>
+#include <utility>
 
 #include "host/files/files.h"
 
@@ -38,17 +39,27 @@ inline bool Unchanged(const FileFacts& before, const FileFacts& now) {
   return before.kind == now.kind && StampOf(before) == StampOf(now);
 }
 
-// Two paths lead to the same file. Facts: FileFacts or DiskFacts.
+// Device and inode: the same for all names of one file.
+using FileId = std::pair<std::uint64_t, std::uint64_t>;
+
+// Facts: FileFacts or DiskFacts.
+template <class Facts>
+FileId IdOf(const Facts& facts) {
+  return {facts.device, facts.inode};
+}
+
+// Two paths lead to the same file.
 template <class Facts>
 bool SameFile(const Facts& a, const Facts& b) {
-  return a.device == b.device && a.inode == b.inode;
+  return IdOf(a) == IdOf(b);
 }
 
 // --- Also if the disk was mounted anew meanwhile, for what a journal keeps. Removable and network disks number their
 // files anew with each mount, and some do not store the time of the last change: it is that of the content then.
 
-// The same bytes, as far as size and time tell; maybe in another file.
-inline bool SameContent(const FileStamp& before, const FileStamp& now) {
+// The same bytes, as far as size and time show; maybe in another file. Stats: FileStamp, FileFacts or DiskFacts.
+template <class Stats>
+bool SameContent(const Stats& before, const Stats& now) {
   return before.size == now.size && before.modified == now.modified;
 }
 // The same file, whatever its content is now: it was not replaced as a whole.

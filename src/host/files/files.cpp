@@ -187,7 +187,7 @@ Status KeepBackup(Files& files, const std::string& source, const SaveControl& co
     const auto facts = files.Stat(source);
     if (const auto older = files.Stat(backup)) {
       // Copies keep the modified time, so equal times and sizes mean that the backup is already there.
-      if (facts && older->size == facts->size && older->modified == facts->modified) return Status::Ok();
+      if (facts && SameContent(*older, *facts)) return Status::Ok();
       if (Status moved = files.Discard(backup); !moved) return moved;
     }
   }

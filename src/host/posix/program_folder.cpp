@@ -10,6 +10,7 @@
 
 #include "base/path_text.h"
 #include "host/files/absolute_path.h"
+#include "host/files/file_stamp.h"
 #include "host/posix/environment.h"
 
 namespace quillon::host::posix {
@@ -49,7 +50,7 @@ bool UpToDate(const Files& files, const std::string& from, const std::string& to
   if (from.ends_with(".ini") && files.IsFile(to)) return true;
   const auto source = files.Stat(from);
   const auto standing = files.Stat(to);
-  return source && standing && source->size == standing->size && source->modified == standing->modified;
+  return source && standing && SameContent(*source, *standing);
 }
 
 void KeepFirst(Status& first, Status next) {

@@ -8,17 +8,19 @@
 #include <vector>
 
 #include "base/path_text.h"
+#include "host/files/file_stamp.h"
 
 namespace quillon::job {
 namespace {
 
-using Seen = std::set<std::pair<std::uint64_t, std::uint64_t>>;
+using Seen = std::set<host::FileId>;
 
+// Walks by the same rule as FileWalk, in a loop of its own: nothing is measured, reported or waited for here.
 std::size_t Count(const host::Files& files, const std::string& root, const WalkRule& rule,
                   const DoneElsewhere& doneElsewhere, const std::atomic<bool>& stop) {
   std::size_t count = 0;
   Seen seen;
-  if (const auto out = files.Stat(rule.leftOut)) seen.emplace(out->device, out->inode);
+  if (const auto out = files.Stat(rule.leftOut)) seen.insert(IdOf(*out));
   const std::string realRoot = files.RealPath(root).value_or(root);
   const auto isTwin = [&](const host::FolderEntry& entry, const std::string& path) {
     return entry.link && rule.links == Links::Refused && rule.Reaches(files.RealPath(path).value_or(""), realRoot);
@@ -29,7 +31,7 @@ std::size_t Count(const host::Files& files, const std::string& root, const WalkR
     todo.pop_back();
     const std::string path = folder.empty() ? root : base::JoinPath(root, folder);
     const auto facts = files.Stat(path);
-    if (!facts || !seen.emplace(facts->device, facts->inode).second) continue;
+    if (!facts || !seen.insert(IdOf(*facts)).second) continue;
     (void)files.ListFolder(path, [&](const host::FolderEntry& entry) {
       if (stop) return false;
       const std::string below = folder.empty() ? entry.name : base::JoinPath(folder, entry.name);

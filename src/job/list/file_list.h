@@ -6,17 +6,14 @@
 #include <memory>
 #include <string>
 #include <string_view>
-#include <utility>
 #include <vector>
 
 #include "base/rect.h"
 #include "controls/grid.h"
+#include "host/files/file_stamp.h"
 #include "job/settings/run_report.h"
 
 namespace quillon::job {
-
-// Device and inode, which identify a file on this machine whatever its name. Both zero: unknown.
-using FileId = std::pair<std::uint64_t, std::uint64_t>;
 
 // How a walk has come to a file.
 enum class Reached { ByFolders, ByFolderLink };
@@ -32,7 +29,7 @@ struct FileRow {
   std::uint64_t bytes = 0;
   std::uint64_t newBytes = 0;  // of the output, 0 before
   int pages = 0;               // 0 for a plain image
-  FileId id = {};              // two names of one file share it
+  host::FileId id = {};        // both numbers are 0 if unknown
   Reached reached = Reached::ByFolders;
   Result result = Result::Written;
   std::string why;  // why the last run gave no output

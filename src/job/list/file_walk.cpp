@@ -9,6 +9,7 @@
 
 #include "base/path_text.h"
 #include "base/utf8.h"
+#include "host/files/file_stamp.h"
 #include "imaging/services.h"
 #include "job/list/disk_monitor.h"
 
@@ -52,7 +53,7 @@ class FileWalk::Finder {
  public:
   Finder(const RunContext& context, const WalkRule& rule) : context_(context), rule_(rule) {
     if (const auto out = rule.leftOut.empty() ? std::nullopt : context.host.files.Stat(rule.leftOut)) {
-      walked_.emplace(out->device, out->inode);
+      walked_.insert(IdOf(*out));
     }
   }
 
@@ -134,7 +135,7 @@ class FileWalk::Finder {
       const bool mine = root || rule_.shard.Owns(Relative(place.path, place.rootLength));
       NoteNotListed(place.path, content.listed, mine);
     }
-    if (folder && walked_.emplace(content.facts->device, content.facts->inode).second) {
+    if (folder && walked_.insert(IdOf(*content.facts)).second) {
       ReadEntries(place, content);
     }
   }
@@ -218,7 +219,7 @@ class FileWalk::Finder {
   std::size_t announced_ = 0;             // how many of found_ stand in the plan
   std::size_t leftToOthers_ = 0;
   bool reachedAll_ = true;
-  std::set<std::pair<std::uint64_t, std::uint64_t>> walked_;
+  std::set<host::FileId> walked_;
 };
 
 FileWalk::FileWalk(const RunContext& context, WalkRule rule)

@@ -120,7 +120,7 @@ std::string ListRun::WhyNotReplaced(std::size_t row) {
   if (!context_.window.Overwrites()) return {};
   const FileRow& file = context_.files.Row(row - 1);
   if (file.reached == Reached::ByFolderLink) return kBeyondLink;
-  if (file.id == FileId{}) return {};
+  if (file.id == host::FileId{}) return {};
   const auto [first, isFirst] = replaced_.emplace(file.id, row);
   const std::string name = context_.files.Row(first->second - 1).Path();
   // The driver itself sees that a name is listed twice.

@@ -35,7 +35,7 @@ class ListRun {
   RunJournal& journal_;
   RunDriver& driver_;
   const RunNeeds& needs_;
-  std::map<FileId, std::size_t> replaced_;  // files of the rows so far
+  std::map<host::FileId, std::size_t> replaced_;  // files of the rows so far
 };
 
 // Runs the driver over the list, or in large-capacity mode over the input folder, from the first check to the last box.

@@ -83,21 +83,26 @@ host::JobPart RunJournal::OwnPart(const std::string& job) const {
 
 bool RunJournal::BeginFolder() {
   job_ = JobText();
-  if (!context_.journals) return true;
   // Our own journal is opened first: of two runs that begin at once at least one sees the other.
-  const host::JobPart own = OwnPart(job_);
-  journal_ = context_.journals->Open(own);
-  if (!journal_ && context_.journals->FindUnfinished(job_, [&](const auto& part) { return part == own; })) {
-    context_.Ask(kInUse);
-    return false;
-  }
-  if (!NoConflictingSplit()) return false;
+  if (!OpenOwn()) return false;
+  if (context_.journals && !NoConflictingSplit()) return false;
   if (!journal_) return true;
   if (context_.flags.ManualCutMode) AdoptDecisions();
   if (context_.recovering && !StopsForTorn()) return true;
   if (!Empty()) return AskToResume(FolderQuestion());
   journal_->Clear();  // origins of outputs alone
   return true;
+}
+
+// Returns false if another program works on the job, or its journal cannot be read; the user has been informed then.
+// The journal stays closed if none can be kept.
+bool RunJournal::OpenOwn() {
+  if (!context_.journals) return true;
+  const host::JobPart own = OwnPart(job_);
+  journal_ = context_.journals->Open(own);
+  if (journal_ || !context_.journals->FindUnfinished(job_, [&](const auto& part) { return part == own; })) return true;
+  context_.Ask(kInUse);
+  return false;
 }
 
 // What the lost records said of overwritten sources is not known, so the user decides whether they may be cut again.

@@ -124,6 +124,7 @@ class RunJournal {
 
   std::string JobText() const;
   host::JobPart OwnPart(const std::string& job) const;
+  bool OpenOwn();
   bool NoConflictingSplit();
   bool Empty();
   bool Torn() const;

@@ -36,7 +36,7 @@ std::string RunJournal::ListText() const {
 
 bool RunJournal::BeginList() {
   job_ = DecisionJob(ListText());
-  journal_ = context_.journals ? context_.journals->Open(OwnPart(job_)) : nullptr;
+  if (!OpenOwn()) return false;
   if (!journal_) return true;
   if (StopsForTorn()) return AskToResume(ListQuestion());
   return Decisions() == 0 || context_.recovering || AskToResume(ListQuestion());

@@ -124,7 +124,7 @@ Admission AdmissionRule::Admit(const std::string& path, Reached reached) {
   }
   if (const auto file = program_.host.files.Stat(path)) {
     row.bytes = file->size;
-    row.id = {file->device, file->inode};
+    row.id = IdOf(*file);
   }
   program_.files.Grow({facts.width, facts.height}, row.bytes);
   if (CountsPages() && mode_ != kPdfMode && row.pages <= 1) {

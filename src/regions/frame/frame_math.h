@@ -6,7 +6,7 @@
 #include <optional>
 
 #include "job/windows/preview.h"
-#include "regions/lists/region.h"
+#include "regions/region.h"
 
 // The arithmetic of the cut frame. Frames and points are in pixels of the picture, at any zoom, and are not rounded
 // unless a function says so.

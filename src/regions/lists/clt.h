@@ -6,7 +6,7 @@
 #include <string_view>
 #include <vector>
 
-#include "regions/lists/region.h"
+#include "regions/region.h"
 
 namespace quillon::regions {
 

@@ -7,7 +7,7 @@
 #include <vector>
 
 #include "controls/grid.h"
-#include "regions/lists/region.h"
+#include "regions/region.h"
 
 namespace quillon::regions {
 

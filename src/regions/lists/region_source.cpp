@@ -34,15 +34,15 @@ imaging::FileWork RegionWork(const std::string& path, const std::vector<RegionCu
 
 RegionSource::RegionSource(imaging::Services& images, const host::Saver& saver, std::string path,
                            const Options& options)
-    : images_(images), saver_(saver), path_(std::move(path)), alpha_(options.alpha) {
+    : images_(images), saver_(saver), path_(std::move(path)), quality_(options.quality), alpha_(options.alpha) {
   if (options.decode == Decode::ForEach) return;
   opened_ = images_.OpenForCuts(path_, imaging::EncoderFor(options.extension), picture_, options.work);
   if (opened_.GetProblem() == host::Problem::TooLarge) opened_ = host::Status::Ok();
 }
 
-host::Status RegionSource::Cut(const RegionCut& cut, int quality) {
+host::Status RegionSource::Cut(const RegionCut& cut) {
   if (!opened_) return opened_;
-  const imaging::CropRequest request = CropOf(path_, cut, quality, alpha_);
+  const imaging::CropRequest request = CropOf(path_, cut, quality_, alpha_);
   return saver_.Save(cut.output, [&] { return images_.CropToFile(picture_, request); });
 }
 

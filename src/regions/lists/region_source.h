@@ -32,7 +32,8 @@ class RegionSource {
   struct Options {
     std::string extension;  // of the outputs
     Decode decode = Decode::ForEach;
-    imaging::Alpha alpha = imaging::Alpha::Kept;  // see RegionWork()
+    int quality = 80;  // see RegionWork(), like alpha
+    imaging::Alpha alpha = imaging::Alpha::Kept;
     // The RegionWork() of this picture. If exactly this was prefetched, nothing is decoded.
     imaging::FileWork work = {};
   };
@@ -44,12 +45,13 @@ class RegionSource {
   // not respond, while work that was prefetched was waited for.
   const host::Status& Opened() const { return opened_; }
   // Writes one region, as Services::CropToFile() does. Returns the failure of Opened() if there is one.
-  host::Status Cut(const RegionCut& cut, int quality);
+  host::Status Cut(const RegionCut& cut);
 
  private:
   imaging::Services& images_;
   const host::Saver& saver_;
   std::string path_;
+  int quality_;
   imaging::Alpha alpha_;
   imaging::CutSource picture_;  // empty if each cut reads the file
   host::Status opened_;

@@ -7,6 +7,7 @@
 #include "base/path_text.h"
 #include "base/utf8.h"
 #include "job/run/run_ledger.h"
+#include "job/settings/cut_settings.h"
 #include "job/work_files.h"
 
 namespace quillon::regions {
@@ -93,7 +94,7 @@ std::string WatchCut::AsidePath(const std::string& extension) const {
 
 imaging::FileWork WatchCut::WorkOf(const std::string& path, const std::vector<RegionCut>& cuts) const {
   const imaging::Alpha alpha = options_.fast ? imaging::Alpha::OnWhite : imaging::Alpha::Kept;
-  return RegionWork(path, cuts, program_.form1.TQuality.Integer(), alpha);
+  return RegionWork(path, cuts, job::ReadCutSettings(program_).quality, alpha);
 }
 
 std::optional<imaging::FileWork> WatchCut::Foresee(const std::string& path, base::Size size) const {
@@ -106,7 +107,9 @@ std::optional<imaging::FileWork> WatchCut::Foresee(const std::string& path, base
 // A picture that cannot be loaded for the fast way goes the other one.
 RegionSource WatchCut::Open(const std::string& path, const std::vector<RegionCut>& cuts) const {
   using Decode = RegionSource::Decode;
-  RegionSource::Options options{.extension = base::SplitPath(path).extension, .work = WorkOf(path, cuts)};
+  RegionSource::Options options{.extension = base::SplitPath(path).extension,
+                                .quality = job::ReadCutSettings(program_).quality,
+                                .work = WorkOf(path, cuts)};
   if (options_.fast) {
     options.decode = Decode::Once;
     options.alpha = imaging::Alpha::OnWhite;
@@ -121,7 +124,7 @@ RegionSource WatchCut::Open(const std::string& path, const std::vector<RegionCut
 
 // Cut aside first: a source that another program has replaced meanwhile is not written over.
 host::Status WatchCut::CutInPlace(const job::RunFile& file, const RegionCut& cut) {
-  const host::Status made = Open(file.path, {cut}).Cut(cut, program_.form1.TQuality.Integer());
+  const host::Status made = Open(file.path, {cut}).Cut(cut);
   if (!made) return made;
   const auto now = StampOf(program_.host.files, file.path);
   if (!now || !file.settled || !Unchanged(*file.settled, *now)) return {Problem::Damaged, "图片在裁剪期间被改动"};
@@ -137,7 +140,7 @@ host::Status WatchCut::CutBeside(const job::RunFile& file, const std::vector<Reg
     program_.host.pump.Turn();
     if (program_.flags.StopRequested) return {Problem::Stopped, "已停止，未处理完"};
     host::Status made = cut.box.Empty() ? host::Status() : MakeRoom(cut.output);
-    if (made) made = picture.Cut(cut, program_.form1.TQuality.Integer());
+    if (made) made = picture.Cut(cut);
     if (made) outputs.push_back(cut.output);
     if (!made && failure) failure = made;
   }

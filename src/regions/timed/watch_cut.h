@@ -8,8 +8,8 @@
 #include "job/program.h"
 #include "job/run/driver.h"
 #include "job/run/run_prefetch.h"
-#include "regions/lists/region.h"
 #include "regions/lists/region_source.h"
+#include "regions/region.h"
 
 namespace quillon::regions {
 

@@ -10,7 +10,9 @@
 #include <QScreen>
 #include <QSplitter>
 #include <QTimer>
+#include <sstream>
 
+#include "host/files/file_stamp.h"
 #include "job/windows/file_intake.h"
 #include "ui/kit/text.h"
 #include "ui/kit/theme/theme.h"
@@ -214,9 +216,9 @@ void MainWindow::dropEvent(QDropEvent* event) {
 }
 
 std::string VersionOf(const host::Files& files, const std::string& path) {
-  const auto facts = files.Stat(path);
-  if (!facts) return {};
-  return std::to_string(facts->size) + "/" + std::to_string(facts->modified) + "/" + std::to_string(facts->changed);
+  std::ostringstream version;
+  if (const auto stamp = StampOf(files, path)) version << *stamp;
+  return version.str();
 }
 
 QImage ReadPreview(imaging::Services& images, const std::string& path, QSize limit) {

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Quillon developers
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Rows of four margins, and the boxes and frames that they stand for.
-#include "regions/lists/region.h"
+#include "regions/region.h"
 
 #include <gtest/gtest.h>
 

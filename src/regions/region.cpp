@@ -1,6 +1,6 @@
 // SPDX-FileCopyrightText: 2026 The Quillon developers
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "regions/lists/region.h"
+#include "regions/region.h"
 
 #include <cmath>
 
