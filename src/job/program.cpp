@@ -126,8 +126,8 @@ host::Reply Program::Ask(const std::string& text, int type) { return host.boxes.
 
 void Program::AskMissingResource() {
   if (Ask(kMissingResource, kMissingResourceType) != host::Reply::Ok) return;
-  const std::string told = Setting(kInstallerKey);
-  host.shell.OpenBrowser(told.empty() ? kInstallerUrl : told);
+  const std::string url = Setting(kInstallerKey);
+  host.shell.OpenBrowser(url.empty() ? kInstallerUrl : url);
 }
 
 void Program::RunNormalCut() {

@@ -35,12 +35,12 @@ class Scanner {
 
   explicit Scanner(std::string_view text) : text_(text) {}
 
-  template <typename Take>
-  void Run(Take take) {
+  template <typename Visit>
+  void Run(Visit visit) {
     while (at_ < text_.size()) {
       const std::size_t begin = at_;
       const Part part = Next();
-      for (std::size_t i = begin; i < at_; ++i) take(i, part);
+      for (std::size_t i = begin; i < at_; ++i) visit(i, part);
     }
   }
 
@@ -99,7 +99,7 @@ class FunctionScanner {
   explicit FunctionScanner(std::string code) : code_(std::move(code)) { BlankDirectives(); }
 
   std::vector<Function> Run() {
-    for (std::size_t i = 0; i < code_.size(); ++i) Take(i);
+    for (std::size_t i = 0; i < code_.size(); ++i) Visit(i);
     return std::move(found_);
   }
 
@@ -124,7 +124,7 @@ class FunctionScanner {
     }
   }
 
-  void Take(std::size_t i) {
+  void Visit(std::size_t i) {
     switch (code_[i]) {
       case '(':
         ++depth_;
@@ -187,8 +187,8 @@ class FunctionScanner {
   static bool IsMemberInitialiser(const std::string& head) {
     static const std::regex kList(R"(\)\s*(noexcept\s*)?:[^:])");
     const char last = head.back();
-    const bool behindName = std::isalnum(static_cast<unsigned char>(last)) || last == '_' || last == '>';
-    return behindName && std::regex_search(head, kList);
+    const bool afterName = std::isalnum(static_cast<unsigned char>(last)) || last == '_' || last == '>';
+    return afterName && std::regex_search(head, kList);
   }
 
   void Close(std::size_t i) {

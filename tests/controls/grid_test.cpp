@@ -52,9 +52,9 @@ TEST_F(GridTest, SelectsARowAndTellsARealChange) {
   probe.NoteHandlerOf(grid_);
   grid_.Select(2);
   EXPECT_EQ(grid_.Selected(), 2u);
-  EXPECT_EQ(probe.Take(), (Notes{"value MSF", "handler MSF"}));
+  EXPECT_EQ(probe.Drain(), (Notes{"value MSF", "handler MSF"}));
   grid_.Select(2);
-  EXPECT_EQ(probe.Take(), Notes());
+  EXPECT_EQ(probe.Drain(), Notes());
   grid_.Select(9);
   EXPECT_EQ(grid_.Selected(), 3u);
   grid_.Select(0);
@@ -96,7 +96,7 @@ TEST_F(GridTest, MovesALostSelectionToTheLastRowQuietly) {
   rows_.count = 0;
   grid_.Notify(Grid::Change::Reset, 0);
   EXPECT_EQ(grid_.Selected(), 0u);
-  EXPECT_EQ(probe.Take(), Notes());
+  EXPECT_EQ(probe.Drain(), Notes());
 }
 
 TEST_F(GridTest, RunsTheHandlersOfDoubleAndRightClick) {
@@ -107,7 +107,7 @@ TEST_F(GridTest, RunsTheHandlersOfDoubleAndRightClick) {
   grid_.SetRightClickHandler([&] { probe.Note("right"); });
   grid_.DoubleClick();
   grid_.RightClick();
-  EXPECT_EQ(probe.Take(), (Notes{"double", "right"}));
+  EXPECT_EQ(probe.Drain(), (Notes{"double", "right"}));
 }
 
 TEST_F(GridTest, HeadersMayChangeAndThatIsALook) {

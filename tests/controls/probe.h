@@ -29,7 +29,7 @@ class Probe {
   void Note(std::string note) { notes_.push_back(std::move(note)); }
 
   // What was noted since the last call.
-  std::vector<std::string> Take() { return std::exchange(notes_, {}); }
+  std::vector<std::string> Drain() { return std::exchange(notes_, {}); }
 
  private:
   Window& window_;

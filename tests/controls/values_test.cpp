@@ -35,9 +35,9 @@ TEST_F(Values, CheckBoxTellsOnlyARealChange) {
   Probe probe(window_);
   probe.NoteHandlerOf(box);
   box.Set(false);
-  EXPECT_EQ(probe.Take(), Notes());
+  EXPECT_EQ(probe.Drain(), Notes());
   box.Set(true);
-  EXPECT_EQ(probe.Take(), (Notes{"value ChA", "handler ChA"}));
+  EXPECT_EQ(probe.Drain(), (Notes{"value ChA", "handler ChA"}));
 }
 
 TEST_F(Values, TextBoxForAnyTextKeepsItAsItIs) {
@@ -87,12 +87,12 @@ TEST_F(Values, TextBoxTellsItsLimits) {
   Probe probe(window_);
   probe.NoteHandlerOf(box);
   box.SetLimits({.min = 0.5, .max = 90});
-  EXPECT_EQ(probe.Take(), Notes{"look T"});
+  EXPECT_EQ(probe.Drain(), Notes{"look T"});
   EXPECT_EQ(box.MinText(), "0.5");
   EXPECT_EQ(box.MaxText(), "90");
   EXPECT_EQ(box.GetLimits(), (Limits{.min = 0.5, .max = 90}));
   box.SetLimits({.min = 0.5, .max = 90});
-  EXPECT_EQ(probe.Take(), Notes());
+  EXPECT_EQ(probe.Drain(), Notes());
 }
 
 TEST_F(Values, TextBoxReadsTheNumberAtItsHead) {
@@ -113,10 +113,10 @@ TEST_F(Values, TextBoxSetByTheProgramTellsOnlyARealChange) {
   probe.NoteHandlerOf(box);
   box.SetNumber(5);
   box.SetText("5");
-  EXPECT_EQ(probe.Take(), Notes());
+  EXPECT_EQ(probe.Drain(), Notes());
   box.SetNumber(2.5);
   EXPECT_EQ(box.Value(), "2.5");
-  EXPECT_EQ(probe.Take(), (Notes{"value T", "handler T"}));
+  EXPECT_EQ(probe.Drain(), (Notes{"value T", "handler T"}));
 }
 
 TEST_F(Values, ListStartsWithItsEntrySelectedOrNone) {
@@ -139,9 +139,9 @@ TEST_F(Values, ListSelectsByIndex) {
   probe.NoteHandlerOf(list);
   list.Select(2);
   EXPECT_EQ(list.Text(), "gif");
-  EXPECT_EQ(probe.Take(), (Notes{"value Cmb", "handler Cmb"}));
+  EXPECT_EQ(probe.Drain(), (Notes{"value Cmb", "handler Cmb"}));
   list.Select(2);
-  EXPECT_EQ(probe.Take(), Notes());
+  EXPECT_EQ(probe.Drain(), Notes());
   for (const int outside : {3, -5}) {
     list.Select(1);
     list.Select(outside);
@@ -155,11 +155,11 @@ TEST_F(Values, ListIsSetByTextAndLeavesUnknownTextAlone) {
   Probe probe(window_);
   list.SetText("png");
   EXPECT_EQ(list.Index(), 1);
-  EXPECT_EQ(probe.Take(), Notes{"value Cmb"});
+  EXPECT_EQ(probe.Drain(), Notes{"value Cmb"});
   list.SetText("pdf");
   EXPECT_EQ(list.Index(), 1);
   EXPECT_EQ(list.Text(), "png");
-  EXPECT_EQ(probe.Take(), Notes());
+  EXPECT_EQ(probe.Drain(), Notes());
 }
 
 TEST_F(Values, EditableListTakesATextOfItsOwn) {
@@ -171,9 +171,9 @@ TEST_F(Values, EditableListTakesATextOfItsOwn) {
   EXPECT_EQ(list.Index(), -1);
   EXPECT_EQ(list.Value(), "-1");
   EXPECT_EQ(list.Text(), "254");
-  EXPECT_EQ(probe.Take(), (Notes{"value Cmb", "handler Cmb"}));
+  EXPECT_EQ(probe.Drain(), (Notes{"value Cmb", "handler Cmb"}));
   list.SetText("254");
-  EXPECT_EQ(probe.Take(), Notes());
+  EXPECT_EQ(probe.Drain(), Notes());
   list.SetText("300");
   EXPECT_EQ(list.Index(), 1);
   list.SetText("1");
@@ -215,9 +215,9 @@ TEST_F(Values, NewItemsSelectTheFirst) {
   EXPECT_EQ(list.Items(), (Notes{"x", "y"}));
   EXPECT_EQ(list.Index(), 0);
   EXPECT_EQ(list.Text(), "x");
-  EXPECT_EQ(probe.Take(), (Notes{"look Cmb", "value Cmb", "handler Cmb"}));
+  EXPECT_EQ(probe.Drain(), (Notes{"look Cmb", "value Cmb", "handler Cmb"}));
   list.SetItems({"x", "z"});
-  EXPECT_EQ(probe.Take(), Notes{"look Cmb"});
+  EXPECT_EQ(probe.Drain(), Notes{"look Cmb"});
   list.SetItems({});
   EXPECT_EQ(list.Index(), -1);
   EXPECT_EQ(list.Text(), "");
@@ -239,9 +239,9 @@ TEST_F(Values, LabelShowsItsCaptionAsValue) {
   label.SetText("文件数：3");
   EXPECT_EQ(label.Caption(), "文件数：3");
   EXPECT_EQ(label.Value(), "文件数：3");
-  EXPECT_EQ(probe.Take(), (Notes{"look LInfo", "value LInfo", "handler LInfo"}));
+  EXPECT_EQ(probe.Drain(), (Notes{"look LInfo", "value LInfo", "handler LInfo"}));
   label.SetText("文件数：3");
-  EXPECT_EQ(probe.Take(), Notes());
+  EXPECT_EQ(probe.Drain(), Notes());
 }
 
 TEST_F(Values, LabelIsEditedByTheUserOnlyWhereItIsEditable) {
@@ -281,9 +281,9 @@ TEST_F(Values, ColourTellsOnlyARealChange) {
   Probe probe(window_);
   probe.NoteHandlerOf(box);
   box.Set(base::kWhite);
-  EXPECT_EQ(probe.Take(), Notes());
+  EXPECT_EQ(probe.Drain(), Notes());
   box.Set({0});
-  EXPECT_EQ(probe.Take(), (Notes{"value PCl", "handler PCl"}));
+  EXPECT_EQ(probe.Drain(), (Notes{"value PCl", "handler PCl"}));
 }
 
 TEST_F(Values, ArrayNamesItsControlsByIndex) {
@@ -324,12 +324,12 @@ TEST_F(Values, SliderFollowsItsRangeAndTellsOnlyARealChange) {
   probe.NoteHandlerOf(slider);
   slider.Set(40);
   slider.SetRange(0, 100);
-  EXPECT_EQ(probe.Take(), Notes());
+  EXPECT_EQ(probe.Drain(), Notes());
   slider.SetRange(0, 30);
   EXPECT_EQ(slider.Position(), 30);
-  EXPECT_EQ(probe.Take(), (Notes{"look HS", "value HS", "handler HS"}));
+  EXPECT_EQ(probe.Drain(), (Notes{"look HS", "value HS", "handler HS"}));
   slider.SetRange(0, 50);
-  EXPECT_EQ(probe.Take(), (Notes{"look HS"}));
+  EXPECT_EQ(probe.Drain(), (Notes{"look HS"}));
 }
 
 }  // namespace

@@ -86,17 +86,17 @@ TEST(Window, TellsTitleLoadingAndVisibilityOnlyWhenTheyChange) {
   Probe probe(window);
   window.SetTitle("新标题");
   EXPECT_EQ(window.Title(), "新标题");
-  EXPECT_EQ(probe.Take(), Notes(1, "window FBaseOpt"));
+  EXPECT_EQ(probe.Drain(), Notes(1, "window FBaseOpt"));
   window.Load();
-  EXPECT_EQ(probe.Take(), Notes(1, "window FBaseOpt"));
+  EXPECT_EQ(probe.Drain(), Notes(1, "window FBaseOpt"));
   window.Show();
-  EXPECT_EQ(probe.Take(), Notes(1, "window FBaseOpt"));
+  EXPECT_EQ(probe.Drain(), Notes(1, "window FBaseOpt"));
   window.Hide();
-  EXPECT_EQ(probe.Take(), Notes(1, "window FBaseOpt"));
+  EXPECT_EQ(probe.Drain(), Notes(1, "window FBaseOpt"));
   window.SetTitle("新标题");
   window.Load();
   window.Hide();
-  EXPECT_EQ(probe.Take(), Notes());
+  EXPECT_EQ(probe.Drain(), Notes());
 }
 
 TEST(Window, FindsControlsByNameInAnyCase) {

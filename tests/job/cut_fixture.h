@@ -103,7 +103,7 @@ class Recorder final : public RunObserver {
     if (onFileDone) onFileDone(file);
   }
   void FileLost(const FileResult& file, const std::string&) override { lost.push_back(file); }
-  void OlderLeft(const std::string& path) override { olderLeft.push_back(path); }
+  void StaleOutputLeft(const std::string& path) override { staleOutputsLeft.push_back(path); }
   void RunEnded(const RunTotals& totals) override { ended.push_back(totals); }
   void FileNotListed(const std::string& source, const std::string& why) override {
     notListed.emplace_back(source, why);
@@ -117,7 +117,7 @@ class Recorder final : public RunObserver {
   std::vector<std::string> begun;
   std::vector<FileResult> done;
   std::vector<FileResult> lost;
-  std::vector<std::string> olderLeft;
+  std::vector<std::string> staleOutputsLeft;
   std::vector<RunTotals> ended;
   std::vector<std::pair<std::string, std::string>> notListed;
   std::vector<std::pair<std::string, std::string>> filteredOut;

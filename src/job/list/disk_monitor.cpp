@@ -93,7 +93,7 @@ host::BackgroundCall::Work FolderReader::WorkOf(std::shared_ptr<Reading> reading
   };
 }
 
-FolderContent FolderReader::Take() {
+FolderContent FolderReader::Await() {
   host::Status answered = timeout_.Await(call_, reading_->answers);
   if (answered) return std::move(reading_->content);
   FolderContent abandoned;

@@ -64,7 +64,7 @@ class FolderReader {
   bool Done(double seconds) const { return call_.Done(seconds); }
   // Waits for the content as DiskTimeout::Await does; its failure becomes `listed`. Call at most once; the object must
   // not be used afterwards.
-  FolderContent Take();
+  FolderContent Await();
 
  private:
   struct Reading;

@@ -17,10 +17,10 @@ namespace {
 
 // Enough to keep every core measuring while rows are added, and little enough that a folder which changes under the
 // walk is seen late.
-constexpr std::size_t kAnnounced = 64;
+constexpr std::size_t kPlanned = 64;
 constexpr std::size_t kEntriesPerTurn = 256;
 // How long files that are found wait for a folder behind them, in seconds.
-constexpr double kPatience = 0.02;
+constexpr double kFolderWait = 0.02;
 constexpr const char* kLinkPassedOver =
     "是指向文件夹的链接：覆盖原图时不进入链接，以免改动别处的图片；这样的文件夹都已跳过";
 
@@ -62,13 +62,13 @@ class FileWalk::Finder {
 
   // The next path, false at the end.
   bool Next(std::string& path) {
-    const bool more = announced_ < found_.size() || !todo_.empty() || !links_.empty() || reading_;
-    if (announced_ <= kAnnounced / 2 && more) Prefetch();
+    const bool more = planned_ < found_.size() || !todo_.empty() || !links_.empty() || reading_;
+    if (planned_ <= kPlanned / 2 && more) Prefetch();
     if (found_.empty()) return false;
     path = found_.front().Path();
     reached_ = found_.front().reached;
     found_.pop_front();
-    --announced_;
+    --planned_;
     return true;
   }
 
@@ -97,10 +97,10 @@ class FileWalk::Finder {
   };
 
   void Prefetch() {
-    while (found_.size() < kAnnounced && !context_.Stopped() && Expand()) {
+    while (found_.size() < kPlanned && !context_.Stopped() && Expand()) {
     }
-    std::vector<std::string> paths = Upcoming(kAnnounced);
-    announced_ = paths.size();
+    std::vector<std::string> paths = Upcoming(kPlanned);
+    planned_ = paths.size();
     if (context_.recovering) return;
     context_.images.PlanMeasures(std::move(paths));
   }
@@ -117,8 +117,8 @@ class FileWalk::Finder {
       todo_.pop_back();
       reading_ = std::make_unique<FolderReader>(context_, place_.path);
     }
-    if (!found_.empty() && !reading_->Done(kPatience)) return false;
-    const FolderContent content = reading_->Take();
+    if (!found_.empty() && !reading_->Done(kFolderWait)) return false;
+    const FolderContent content = reading_->Await();
     reading_.reset();
     ReadContent(std::exchange(place_, {}), content);
     context_.host.pump.Turn();
@@ -129,7 +129,7 @@ class FileWalk::Finder {
     const bool root = place.rootLength == 0;
     const bool folder = content.facts && content.facts->kind == host::FileKind::Folder;
     if (root && !folder && content.listed) {
-      Take({nullptr, place.path}, rule_.OwnsNamed(place.path));
+      Append({nullptr, place.path}, rule_.OwnsNamed(place.path));
     } else if (!content.listed) {
       const bool mine = root || rule_.shard.Owns(Relative(place.path, place.rootLength));
       NoteNotListed(place.path, content.listed, mine);
@@ -148,7 +148,7 @@ class FileWalk::Finder {
       const std::string path = base::JoinPath(place.path, entry.name);
       if (entry.kind == host::FileKind::File && rule_.accepts(entry.name)) {
         const bool mine = rule_.Owns(Relative(path, rootLength));
-        if (!IsTwin(place, entry, content, mine)) Take({folder, entry.name, place.reached}, mine);
+        if (!IsTwin(place, entry, content, mine)) Append({folder, entry.name, place.reached}, mine);
       } else if (entry.kind == host::FileKind::Folder && rule_.subfolders == Subfolders::Yes) {
         if (entry.link) {
           KeepLink({path, rootLength, Reached::ByFolderLink});
@@ -188,7 +188,7 @@ class FileWalk::Finder {
     return path.substr(path[rootLength] == '/' ? rootLength + 1 : rootLength);
   }
 
-  void Take(Found found, bool mine) {
+  void Append(Found found, bool mine) {
     if (mine && (context_.doneElsewhere.empty() || !context_.doneElsewhere.contains(found.Path()))) {
       found_.push_back(std::move(found));
     } else {
@@ -215,7 +215,7 @@ class FileWalk::Finder {
   Place place_;  // that is read
   std::deque<Found> found_;
   Reached reached_ = Reached::ByFolders;  // the file that was handed out last
-  std::size_t announced_ = 0;             // how many of found_ stand in the plan
+  std::size_t planned_ = 0;               // how many of found_ stand in the plan
   std::size_t leftToOthers_ = 0;
   bool reachedAll_ = true;
   std::set<std::pair<std::uint64_t, std::uint64_t>> walked_;

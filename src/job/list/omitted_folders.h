@@ -23,7 +23,7 @@ class OmittedFolders {
   // one has written.
   void Read();
   // True if the folder is new, which adds it; false if it is to be passed over.
-  bool Take(const std::string& folder);
+  bool Add(const std::string& folder);
   // Writes the file anew and empties the list.
   host::Status WriteBack();
 

@@ -142,8 +142,8 @@ bool FolderRun::IsResult(const std::string& path) {
 }
 
 // It is made anew, and where its place is taken nothing goes there.
-void FolderRun::DiscardOlder(const std::string& source) {
-  for (const std::string& output : journal_.Older(source)) {
+void FolderRun::DiscardStaleOutputs(const std::string& source) {
+  for (const std::string& output : journal_.StaleOutputs(source)) {
     if (ledger_.SourceOf(output).empty()) static_cast<void>(context_.host.files.Discard(output));
   }
 }
@@ -157,7 +157,7 @@ void FolderRun::Handle(const FileWalk& walk, const std::string& path) {
   journal_.Begun(path, walk.Upcoming(RunJournal::kIntendedAtOnce), [this](const std::string& source) {
     return rule_.leftOut.empty() ? driver_.Outputs(source) : std::vector<std::string>();
   });
-  DiscardOlder(path);
+  DiscardStaleOutputs(path);
   std::vector<FileResult> results;
   driver_.Cut({0, path, number_}, [&](FileResult result) { results.push_back(std::move(result)); });
   journal_.Ended(path, results);
@@ -174,10 +174,10 @@ void FolderRun::CheckPoint() {
 }
 
 void FolderRun::ReportCount(const FileCount& count) {
-  if (countTold_ || !context_.observer) return;
+  if (countReported_ || !context_.observer) return;
   const auto planned = count.Result();
   if (!planned) return;
-  countTold_ = true;
+  countReported_ = true;
   context_.observer->RunPlanned(*planned);
 }
 

@@ -41,7 +41,7 @@ class FolderRun {
   void ReportStanding(const std::string& path);
   // A result that the walk has come upon.
   bool IsResult(const std::string& path);
-  void DiscardOlder(const std::string& source);
+  void DiscardStaleOutputs(const std::string& source);
   void CheckPoint();
   void ReportCount(const FileCount& count);
   // Whether path, which exists, is one that this walk hands out.
@@ -56,7 +56,7 @@ class FolderRun {
   std::size_t number_ = 0;
   std::size_t unchecked_ = 0;  // files since the last checkpoint
   double checked_ = 0;         // when that was
-  bool countTold_ = false;
+  bool countReported_ = false;
   bool reachedAll_ = true;  // no file was passed over because its disk did not answer
 };
 

@@ -60,7 +60,7 @@ bool OutputsStand(const host::Files& files, const Done& done) {
                                               [&](const auto& output) { return OutputStands(files, output); });
 }
 
-std::string PartedQuestion(std::uint64_t count) {
+std::string ConflictingSplitQuestion(std::uint64_t count) {
   const std::string before = std::to_string(count);
   const std::string how =
       count > 1 ? "当时分成 " + before + " 份处理，这次分得不同，认不出哪些文件已经处理过。要接着处理，请仍分成 " +
@@ -152,13 +152,13 @@ bool RunJournal::Empty() {
 // another one does not.
 bool RunJournal::NoConflictingSplit() {
   const Shard call = context_.shard.OfCall();
-  const auto parted = [&](const host::JobPart& part) {
+  const auto conflicting = [&](const host::JobPart& part) {
     return part.count != context_.shard.count && call.Overlaps({part.index, part.count, ""});
   };
-  const auto unfinished = context_.journals->FindUnfinished(job_, parted);
+  const auto unfinished = context_.journals->FindUnfinished(job_, conflicting);
   if (!unfinished) return true;
-  if (context_.Ask(PartedQuestion(unfinished->count), host::kYesNoQuestion) != host::Reply::No) return false;
-  if (context_.journals->Forget(job_, parted)) return true;
+  if (context_.Ask(ConflictingSplitQuestion(unfinished->count), host::kYesNoQuestion) != host::Reply::No) return false;
+  if (context_.journals->Forget(job_, conflicting)) return true;
   context_.Ask(kInUse);
   return false;
 }
@@ -198,23 +198,23 @@ std::optional<std::string> RunJournal::WhyEnded(const std::string& source) const
   return now && UnchangedOverMounts(before, *now) ? std::optional(why) : std::nullopt;
 }
 
-void RunJournal::EachHandled(const std::function<void(const std::string& source)>& take) {
+void RunJournal::EachHandled(const std::function<void(const std::string& source)>& visit) {
   if (!journal_) return;
   const auto answers = [this](const std::string& source) {
     context_.host.pump.Turn();
     return !context_.Stopped() && static_cast<bool>(context_.disks.AskFolder(base::SplitPath(source).folder));
   };
-  const auto takeStanding = [&](const std::string& source) {
-    if (answers(source) && Stands(source)) take(source);
+  const auto visitStanding = [&](const std::string& source) {
+    if (answers(source) && Stands(source)) visit(source);
   };
-  journal_->Each(kDone, takeStanding);
-  journal_->Each(kBegun, takeStanding);
+  journal_->Each(kDone, visitStanding);
+  journal_->Each(kBegun, visitStanding);
   // Killed when the source had gone, before that was noted.
   journal_->Each(kMeant, [&](const std::string& output) {
     const std::string source = journal_->Get(output, kMeant).value_or("");
     if (source.empty() || !answers(source)) return;
     const host::Files& files = context_.host.files;
-    if (!files.Stat(source) && files.Stat(output)) take(source);
+    if (!files.Stat(source) && files.Stat(output)) visit(source);
   });
 }
 
@@ -275,7 +275,7 @@ std::size_t RunJournal::Intend(const std::string& source, const std::vector<std:
     const std::string maker = there ? MadeOf(output) : std::string();
     if (there && maker.empty()) continue;
     if (!there) intent.fresh.push_back(output);
-    if (maker == source) intent.older.push_back(output);
+    if (maker == source) intent.staleOutputs.push_back(output);
     if (!IsMeant(output)) journal_->Set(output, kMeant, source);
   }
   // What was done does not hold any more.
@@ -283,9 +283,9 @@ std::size_t RunJournal::Intend(const std::string& source, const std::vector<std:
   return outputs.size();
 }
 
-std::vector<std::string> RunJournal::Older(const std::string& source) const {
+std::vector<std::string> RunJournal::StaleOutputs(const std::string& source) const {
   const auto intent = intended_.find(source);
-  return intent == intended_.end() ? std::vector<std::string>() : intent->second.older;
+  return intent == intended_.end() ? std::vector<std::string>() : intent->second.staleOutputs;
 }
 
 // Nothing was made of source: what comes to stand under those names is the user's.

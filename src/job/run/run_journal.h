@@ -74,7 +74,7 @@ class RunJournal {
   // stands at the source's path any more. Anything but a file there is not the source.
   bool Stands(const std::string& source);
   // Calls take for each source that an earlier part of the job has handled, if its outputs stand and its disk answers.
-  void EachHandled(const std::function<void(const std::string& source)>& take);
+  void EachHandled(const std::function<void(const std::string& source)>& visit);
   // Returns why the source, as it is now, ended an earlier part of the job; nullopt if it did not.
   std::optional<std::string> WhyEnded(const std::string& source) const;
   // The outputs of that result, as far as they were written down.
@@ -85,7 +85,7 @@ class RunJournal {
   // afterwards: an overwritten source, and a result that lies among the sources.
   void Begun(const std::string& source, const std::vector<std::string>& next, const Foreseen& foreseen);
   // What an earlier part has made of a source that is begun now.
-  std::vector<std::string> Older(const std::string& source) const;
+  std::vector<std::string> StaleOutputs(const std::string& source) const;
   // Call after source was handled, with all its results.
   void Ended(const std::string& source, const std::vector<FileResult>& results);
   // Call after RunLedger::Flush. Writes down the files that have ended and stand on disk. If a result of a file failed,
@@ -118,8 +118,8 @@ class RunJournal {
   // What is written down of a source that is not ended.
   struct Intent {
     bool inPlace = false;
-    std::vector<std::string> fresh;  // outputs that were not there
-    std::vector<std::string> older;  // those of an earlier part
+    std::vector<std::string> fresh;         // outputs that were not there
+    std::vector<std::string> staleOutputs;  // those of an earlier part
   };
 
   std::string JobText() const;

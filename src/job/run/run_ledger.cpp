@@ -114,7 +114,7 @@ void RunLedger::DiscardStaleOutput(const std::string& source, const std::string&
   const auto written = Find(output);
   if ((written && written->source != source) || IsOtherSource(output, source)) return;
   if (!context_.shard.Whole()) {
-    if (context_.observer) context_.observer->OlderLeft(output);
+    if (context_.observer) context_.observer->StaleOutputLeft(output);
     return;
   }
   // If no trash takes it, it stays: a file of the user is never simply removed.

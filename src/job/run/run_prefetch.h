@@ -41,7 +41,7 @@ class RunPrefetch {
   void Clear();
 
  private:
-  struct Forecast {
+  struct PlannedFile {
     std::size_t row;   // 0 without a list
     std::string path;  // "" with one
     std::optional<imaging::FileWork> work;
@@ -53,9 +53,9 @@ class RunPrefetch {
 
   const RunContext& context_;
   Foresee foresee_;
-  std::deque<Forecast> next_;  // in the order of the run
-  std::size_t foreseen_ = 0;   // the last row that foresee_ was called for
-  std::size_t measured_ = 0;   // the last row that was planned for measuring
+  std::deque<PlannedFile> next_;  // in the order of the run
+  std::size_t foreseen_ = 0;      // the last row that foresee_ was called for
+  std::size_t measured_ = 0;      // the last row that was planned for measuring
 };
 
 }  // namespace quillon::job

@@ -61,7 +61,7 @@ class RunObserver {
   virtual void FileLost(const FileResult& file, const std::string& output) = 0;
   // An older file stands under the name of an output that could not be made. It is left there by a run that has only a
   // share of the files: it may be an output of another share.
-  virtual void OlderLeft(const std::string& /*path*/) {}
+  virtual void StaleOutputLeft(const std::string& /*path*/) {}
   virtual void RunEnded(const RunTotals& totals) = 0;
   // A file that a listing did not take although it was named, or that it could not measure and so ended at; a folder
   // that could not be listed.

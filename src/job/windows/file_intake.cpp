@@ -277,11 +277,11 @@ bool FileIntake::List(const std::vector<std::string>& roots, Subfolders subfolde
   {
     const RunFrame frame(program_.context, WindowUse::Usable);
     std::size_t read = 0;
-    double told = -kSecondsBetweenTitles;
-    const auto tell = [&] {
+    double shownAt = -kSecondsBetweenTitles;
+    const auto showProgress = [&] {
       const double now = program_.host.clock.Seconds();
-      if (now - told < kSecondsBetweenTitles && now >= told) return;
-      told = now;
+      if (now - shownAt < kSecondsBetweenTitles && now >= shownAt) return;
+      shownAt = now;
       program_.form1.ShowStatus(progress == Progress::Adding ? kAddingTitle : kReadingTitle + std::to_string(read));
       ShowStatusPanel();
     };
@@ -294,7 +294,7 @@ bool FileIntake::List(const std::vector<std::string>& roots, Subfolders subfolde
       }
       refused = rule.Admit(path, walk.How()) == Admission::Ended && withoutSize == WithoutSize::EndsListing;
       ++read;
-      if (!refused) tell();
+      if (!refused) showProgress();
       return !refused;
     });
     ReportBegun("");

@@ -68,7 +68,7 @@ void FolderPoller::List() {
   there_ = static_cast<bool>(listed);
 }
 
-void FolderPoller::Take(const std::string& name) {
+void FolderPoller::MarkHandled(const std::string& name) {
   seenNames_.insert(name);
   waiting_.erase(name);
 }

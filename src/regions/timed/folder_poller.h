@@ -28,7 +28,7 @@ class FolderPoller {
   // False after a look that could not list the folder.
   bool FolderThere() const { return there_; }
   // The name is done with, whatever comes under it.
-  void Take(const std::string& name);
+  void MarkHandled(const std::string& name);
   // The names that are done with: what is in here is not new.
   const std::unordered_set<std::string>& SeenNames() const { return seenNames_; }
   // The file is not whole: it is ready again when it has changed and settled once more.

@@ -98,7 +98,7 @@ void FolderWatch::Handle(const std::string& name) {
   };
   if (again(Retry::Soon)) return;
   if (again(Retry::OnceChanged)) return poller_.Refuse(name);
-  poller_.Take(name);
+  poller_.MarkHandled(name);
   for (const FileResult& result : results) Report(result);
 }
 

@@ -25,7 +25,8 @@ class DeadDisk {
   DeadDisk& operator=(const DeadDisk&) = delete;
 
   // From the nth call of a kind on, of those whose path holds the text.
-  void Take(host::testing::FaultyDisk& disk, host::testing::DiskCall call, const std::string& pathHolds, int nth = 1) {
+  void HangAt(host::testing::FaultyDisk& disk, host::testing::DiskCall call, const std::string& pathHolds,
+              int nth = 1) {
     constexpr int kMany = 100;
     for (int i = 0; i < kMany; ++i)
       disk.Before(

@@ -24,37 +24,37 @@ TEST_F(OmittedTest, LinesThatStillAreFoldersAreTaken) {
   WriteApp("OmitSubfolds.dat", here + "\r\n/gone/away\r\n" + file + "\r\n\r\n" + there);
   omitted.Read();
   EXPECT_EQ(flags.OmittedFolders, here + "\r\n" + there + "\r\n");
-  EXPECT_FALSE(omitted.Take(here));
-  EXPECT_FALSE(omitted.Take(there));
-  EXPECT_TRUE(omitted.Take(file));
+  EXPECT_FALSE(omitted.Add(here));
+  EXPECT_FALSE(omitted.Add(there));
+  EXPECT_TRUE(omitted.Add(file));
 }
 
 TEST_F(OmittedTest, NoFileOmitsNothing) {
   omitted.Read();
   EXPECT_EQ(flags.OmittedFolders, "");
-  EXPECT_TRUE(omitted.Take("/a"));
+  EXPECT_TRUE(omitted.Add("/a"));
 }
 
 // A folder is a whole line, never the end of a longer one.
 TEST_F(OmittedTest, PartsOfLinesDoNotCount) {
-  EXPECT_TRUE(omitted.Take("/x/a/b"));
-  EXPECT_TRUE(omitted.Take("/a/b"));
-  EXPECT_FALSE(omitted.Take("/a/b"));
+  EXPECT_TRUE(omitted.Add("/x/a/b"));
+  EXPECT_TRUE(omitted.Add("/a/b"));
+  EXPECT_FALSE(omitted.Add("/a/b"));
 }
 
 TEST_F(OmittedTest, WrittenBackAndEmptied) {
-  omitted.Take("/a");
-  omitted.Take("/b c");
+  omitted.Add("/a");
+  omitted.Add("/b c");
   EXPECT_TRUE(omitted.WriteBack());
   EXPECT_EQ(world.folder.Read("app/OmitSubfolds.dat"), "/a\r\n/b c\r\n");
   EXPECT_FALSE(AppHas("OmitSubfolds.txt"));
   EXPECT_EQ(flags.OmittedFolders, "");
-  EXPECT_TRUE(omitted.Take("/a"));
+  EXPECT_TRUE(omitted.Add("/a"));
 }
 
 TEST_F(OmittedTest, AFailedWriteKeepsTheOldList) {
   WriteApp("OmitSubfolds.dat", "/old\r\n");
-  omitted.Take("/a");
+  omitted.Add("/a");
   world.faults.Set({.call = host::testing::DiskCall::Rename, .error = EIO});
   EXPECT_FALSE(omitted.WriteBack());
   EXPECT_EQ(world.faults.Fired(), 1);

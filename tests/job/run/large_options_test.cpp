@@ -197,7 +197,7 @@ TEST_P(ResumedOptionsTest, MakesWhatAListMakesAndNothingTwice) {
   const Contents wanted = OfList();
   const bool over = GetParam().over;
   Put("ChOver", over ? "1" : "0");
-  GetParam().killed ? KillBehind(3) : StopBehind(3);
+  GetParam().killed ? KillAfter(3) : StopAfter(3);
   recorder.done.clear();
   world.boxes.Forget();
   Answer(host::Reply::Yes);

@@ -24,7 +24,7 @@ class ResumeTest : public CutTest {
     for (int i = 0; i < 6; ++i) Make(std::to_string(i) + ".png", 40, 30);
   }
   // Runs until so many files are handled.
-  void StopBehind(std::size_t files) {
+  void StopAfter(std::size_t files) {
     recorder.done.clear();
     recorder.onFileDone = [this, files](const FileResult&) { flags.StopRequested = recorder.done.size() >= files; };
     Cut();
@@ -35,7 +35,7 @@ class ResumeTest : public CutTest {
     world.boxes.Forget();
   }
   // Leaves the journal as it stood on disk behind so many files, between two checkpoints: what a kill leaves.
-  void KillBehind(std::size_t files) {
+  void KillAfter(std::size_t files) {
     const std::string journal = world.folder.Path("journals");
     const std::string copy = world.folder.Path("copy");
     recorder.done.clear();

@@ -161,7 +161,7 @@ TEST_F(OlderResultsTest, GoAtTheMomentOfTheFailure) {
   Cut();
   EXPECT_EQ(OutNames(), std::vector<std::string>{"b.jpg"});
   EXPECT_EQ(world.folder.Read("data/Trash/files/a.jpg"), "older");
-  EXPECT_TRUE(recorder.olderLeft.empty());
+  EXPECT_TRUE(recorder.staleOutputsLeft.empty());
 }
 
 TEST_F(OlderResultsTest, ThatSomebodyElseReplacedMeanwhileStay) {
@@ -216,7 +216,7 @@ TEST_F(OlderResultsTest, StayInAShareAndAreTold) {
     Cut();
   }
   EXPECT_EQ(Totals().none, 1u);
-  EXPECT_EQ(recorder.olderLeft, std::vector<std::string>{Out("a.jpg")});
+  EXPECT_EQ(recorder.staleOutputsLeft, std::vector<std::string>{Out("a.jpg")});
   EXPECT_EQ(world.folder.Read("out/a.jpg"), "older");
   EXPECT_FALSE(TrashUsed());
 }

@@ -279,7 +279,7 @@ TEST_F(MultiCutTest, ADiskThatDoesNotAnswerIsToldForEachRegion) {
   List({Make("x/a.bmp", 100, 80), Make("y/b.bmp", 100, 80), Make("z/c.bmp", 100, 80)});
   world.clock.Advance(1);
   job::DeadDisk dead;
-  dead.Take(world.faults, host::testing::DiskCall::OpenRead, "b.bmp");
+  dead.HangAt(world.faults, host::testing::DiskCall::OpenRead, "b.bmp");
   world.pump.EveryTurn([&] {
     if (host::testing::OtherThreadsWait()) world.clock.Advance(1);
   });
