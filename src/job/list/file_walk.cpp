@@ -15,11 +15,11 @@
 namespace quillon::job {
 namespace {
 
-// Enough to keep every core measuring while rows are added, and little enough that a folder which changes under the
-// walk is seen late.
+// Files found and planned for measuring before their visit. Keeps every core measuring, yet is small enough to notice a
+// changed folder soon.
 constexpr std::size_t kPlanned = 64;
 constexpr std::size_t kEntriesPerTurn = 256;
-// How long files that are found wait for a folder behind them, in seconds.
+// Seconds that found files wait while the next folder is read.
 constexpr double kFolderWait = 0.02;
 constexpr const char* kLinkPassedOver =
     "是指向文件夹的链接：覆盖原图时不进入链接，以免改动别处的图片；这样的文件夹都已跳过";
@@ -47,7 +47,7 @@ bool WalkRule::Reaches(const std::string& target, const std::string& root) const
 
 bool WalkRule::OwnsNamed(const std::string& path) const { return shard.OwnsNamed(byFolder ? FolderPart(path) : path); }
 
-// Files in the order of the walk, found a little ahead of their visit.
+// Finds the files in the order of the walk, a few before they are visited.
 class FileWalk::Finder {
  public:
   Finder(const RunContext& context, const WalkRule& rule) : context_(context), rule_(rule) {
@@ -60,7 +60,7 @@ class FileWalk::Finder {
     for (auto root = roots.rbegin(); root != roots.rend(); ++root) todo_.push_back({*root, 0});
   }
 
-  // The next path, false at the end.
+  // Sets path to the next file. Returns false at the end.
   bool Next(std::string& path) {
     const bool more = planned_ < found_.size() || !todo_.empty() || !links_.empty() || reading_;
     if (planned_ <= kPlanned / 2 && more) Prefetch();
@@ -85,11 +85,11 @@ class FileWalk::Finder {
  private:
   struct Place {
     std::string path;
-    std::size_t rootLength = 0;  // how much of the path is its root; 0 for a root itself
+    std::size_t rootLength = 0;  // length of the root in the path; 0 for a root itself
     Reached reached = Reached::ByFolders;
   };
   struct Found {
-    std::shared_ptr<const std::string> folder;  // none for a root
+    std::shared_ptr<const std::string> folder;  // nullptr for a root
     std::string name;
     Reached reached = Reached::ByFolders;
 
@@ -105,7 +105,7 @@ class FileWalk::Finder {
     context_.images.PlanMeasures(std::move(paths));
   }
 
-  // False at the end, and where what is found would have to wait for the next folder.
+  // Returns false at the end, or if found files would have to wait for the next folder.
   bool Expand() {
     if (!reading_) {
       if (todo_.empty() && !links_.empty()) {
@@ -169,7 +169,7 @@ class FileWalk::Finder {
     }
   }
 
-  // A link to a file that comes under its own name.
+  // Returns true if the link leads to a file that the walk also finds by its own name.
   bool IsTwin(const Place& place, const host::FolderEntry& entry, const FolderContent& content, bool mine) {
     if (rule_.links == Links::Followed || !entry.link) return false;
     const auto target = content.targets.find(entry.name);
@@ -196,7 +196,7 @@ class FileWalk::Finder {
     }
   }
 
-  // A folder that went away meanwhile holds nothing.
+  // A folder that was removed meanwhile is not an error.
   void NoteNotListed(const std::string& folder, const host::Status& why, bool mine) {
     const host::Problem problem = why.GetProblem();
     if (problem == host::Problem::Missing || problem == host::Problem::Stopped) return;
@@ -212,10 +212,10 @@ class FileWalk::Finder {
   std::deque<Place> links_;  // links to folders
   bool linkReported_ = false;
   std::unique_ptr<FolderReader> reading_;
-  Place place_;  // that is read
+  Place place_;  // of reading_
   std::deque<Found> found_;
-  Reached reached_ = Reached::ByFolders;  // the file that was handed out last
-  std::size_t planned_ = 0;               // how many of found_ stand in the plan
+  Reached reached_ = Reached::ByFolders;  // how Next reached its last file
+  std::size_t planned_ = 0;               // how many of found_ are planned for measuring
   std::size_t leftToOthers_ = 0;
   bool reachedAll_ = true;
   std::set<std::pair<std::uint64_t, std::uint64_t>> walked_;

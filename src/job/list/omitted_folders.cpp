@@ -27,7 +27,7 @@ void OmittedFolders::Read() {
     if (wrote == Wrote::Yes) Add(base::SplitPath(source).folder);
   }
   std::string text;
-  // Before the first run there is no such file, and an unreadable one omits nothing.
+  // The first run has no such file. If it cannot be read, no folder is omitted.
   if (!context_.host.files.ReadFile(context_.AppPath(work_files::kOmittedFolders), text)) return;
   for (std::string_view rest = text; !rest.empty();) {
     const std::size_t end = rest.find('\n');

@@ -12,7 +12,7 @@
 namespace quillon::job {
 namespace {
 
-constexpr std::size_t kWorksAfterRow = 23;  // with the row itself what the services plan at once
+constexpr std::size_t kWorksAfterRow = 23;  // with the row itself, as many works as PrefetchLimits::planned
 constexpr std::size_t kPlannedMeasures = 64;
 
 }  // namespace
@@ -68,8 +68,8 @@ void RunPrefetch::PlanWork() {
   context_.images.PlanWork(works);
 }
 
-// Sizes that a long list has pushed out of the services' memory are measured ahead again; for the others this costs a
-// stat each.
+// The image services forget the sizes of the first files of a long list, so these are measured again. For all others
+// this costs one stat each.
 void RunPrefetch::PrefetchMeasures(std::size_t row) {
   const FileList& files = context_.files;
   if (measured_ >= files.RowCount() || row + kPlannedMeasures / 2 <= measured_) return;
