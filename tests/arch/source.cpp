@@ -28,7 +28,7 @@ bool IsText(const fs::path& path) {
          std::any_of(kEnds.begin(), kEnds.end(), [&](std::string_view end) { return name.ends_with(end); });
 }
 
-// Walks the characters of C++ text and tells of each which kind of thing it belongs to.
+// Classifies each character of a C++ text as code, comment or literal.
 class Scanner {
  public:
   enum class Part { Code, Comment, Literal };
@@ -110,7 +110,7 @@ class FunctionScanner {
     std::size_t head;  // where the text before the brace began
   };
 
-  // A directive goes on where a line ends in a backslash.
+  // A directive continues on the next line if its line ends in a backslash.
   void BlankDirectives() {
     bool inside = false;
     for (std::size_t begin = 0; begin < code_.size();) {
@@ -183,7 +183,7 @@ class FunctionScanner {
     return head.find(')') != std::string::npos || (!head.empty() && head.back() == ']');
   }
 
-  // "Name(int x) : a_(1), b_" before the brace of b_{2}: a brace right behind a name in the list of a constructor.
+  // "Name(int x) : a_(1), b_" before the brace of b_{2}: a brace right after a name in the list of a constructor.
   static bool IsMemberInitialiser(const std::string& head) {
     static const std::regex kList(R"(\)\s*(noexcept\s*)?:[^:])");
     const char last = head.back();
@@ -197,7 +197,7 @@ class FunctionScanner {
     opens_.pop_back();
     depth_ = outerDepths_.back();
     outerDepths_.pop_back();
-    // What stands behind an initialiser still belongs to the head it stood in.
+    // The text after an initialiser still belongs to the same head.
     head_ = open.scope == Scope::Initialiser ? open.head : i + 1;
     if (open.scope != Scope::Function) return;
     const std::size_t begin = code_.find_first_not_of(" \n\t", open.head);

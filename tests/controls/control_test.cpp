@@ -75,21 +75,21 @@ TEST(Control, IsVisibleTogetherWithAllItsParents) {
   EXPECT_FALSE(sheet.box.Visible());
 }
 
-TEST(Control, StartsAsItsLookSays) {
+TEST(Control, StartsWithItsAppearance) {
   Sheet sheet;
   const CheckBox off(sheet, "ChOff", {.enabled = false, .visible = false});
   EXPECT_FALSE(off.Enabled());
   EXPECT_FALSE(off.Visible());
 }
 
-TEST(Control, TellsAChangeOfLookOnceAndOnlyWhenThereIsOne) {
+TEST(Control, NotifiesOfAChangedAppearanceOnceAndOnlyOfAChange) {
   Sheet sheet;
   Probe probe(sheet);
   sheet.box.SetCaption("新");
   sheet.box.SetTooltip("新提示");
   sheet.box.SetEnabled(false);
   sheet.box.SetVisible(false);
-  EXPECT_EQ(probe.Drain(), Notes(4, "look ChBox"));
+  EXPECT_EQ(probe.Drain(), Notes(4, "appearance ChBox"));
   EXPECT_EQ(sheet.box.Caption(), "新");
   EXPECT_EQ(sheet.box.Tooltip(), "新提示");
   sheet.box.SetCaption("新");
@@ -134,7 +134,7 @@ TEST(UserEdit, IsRefusedWhileDisabledOrHiddenThoughTheProgramMayStillSet) {
   EXPECT_TRUE(sheet.box.On());
 }
 
-TEST(Control, TellsWhyItCannotBeUsed) {
+TEST(Control, GivesTheReasonWhyItCannotBeUsed) {
   Sheet sheet;
   EXPECT_EQ(sheet.box.WhyDisabled(), "");
   sheet.group.SetEnabled(false, "外面");
@@ -150,14 +150,14 @@ TEST(Control, TellsWhyItCannotBeUsed) {
   EXPECT_EQ(sheet.box.WhyDisabled(), "");
 }
 
-TEST(Control, ANewReasonIsAChangeOfLook) {
+TEST(Control, ANewReasonIsAChangeOfAppearance) {
   Sheet sheet;
   Probe probe(sheet);
   sheet.box.SetEnabled(false, "甲");
   sheet.box.SetEnabled(false, "甲");
-  EXPECT_EQ(probe.Drain(), (Notes{"look ChBox"}));
+  EXPECT_EQ(probe.Drain(), (Notes{"appearance ChBox"}));
   sheet.box.SetEnabled(false, "乙");
-  EXPECT_EQ(probe.Drain(), (Notes{"look ChBox"}));
+  EXPECT_EQ(probe.Drain(), (Notes{"appearance ChBox"}));
   EXPECT_EQ(sheet.box.WhyDisabled(), "乙");
 }
 
@@ -223,7 +223,7 @@ TEST(UserClick, IsRefusedWhileDisabledOrHidden) {
   EXPECT_EQ(sheet.button.UserClick().refusal, "Form1.CmdGo 当前不可用");
   sheet.button.SetVisible(false);
   EXPECT_EQ(sheet.button.UserClick().refusal, "Form1.CmdGo 当前不可见");
-  EXPECT_EQ(probe.Drain(), (Notes{"look CmdGo", "look CmdGo"}));
+  EXPECT_EQ(probe.Drain(), (Notes{"appearance CmdGo", "appearance CmdGo"}));
 }
 
 TEST(Handler, MayPutTheValueBack) {

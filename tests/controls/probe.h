@@ -15,7 +15,7 @@ class Probe {
   explicit Probe(Window& window) : window_(window) {
     token_ = window.Observe(
         [this](Control& control, Aspect aspect) {
-          notes_.push_back((aspect == Aspect::Value ? "value " : "look ") + control.Name());
+          notes_.push_back((aspect == Aspect::Value ? "value " : "appearance ") + control.Name());
         },
         [this](Window& changed) { notes_.push_back("window " + changed.Name()); });
   }

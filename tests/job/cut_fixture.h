@@ -42,7 +42,7 @@ struct Picture {
 
 using Paint = std::function<Pixel(int x, int y)>;
 
-// Smooth, and different at every place, so that a pixel tells where it came from.
+// Smooth, and different at every place, so that a pixel identifies its place in the source.
 inline Pixel Slope(int x, int y) { return {(x * 2) % 256, (y * 2) % 256, (x + y) % 256}; }
 
 inline Picture Painted(int width, int height, const Paint& paint) {
@@ -92,7 +92,7 @@ inline std::string BitmapBytes(const Picture& picture) {
   return bytes;
 }
 
-// Hears a run out.
+// Records everything that a run reports.
 class Recorder final : public RunObserver {
  public:
   void RunStarted(std::size_t planned) override { started.push_back(planned); }
@@ -192,7 +192,7 @@ class CutTest : public StartedTest {
 
   void List(const std::vector<std::string>& paths) { program.Intake().Admit(paths); }
   void Cut() { Click("menuNormalCut"); }
-  // What the rows tell, for messages of failed tests.
+  // Returns the reasons of all rows, for messages of failed tests.
   std::string Whys() const {
     std::string all;
     for (const auto& [path, why] : recorder.notListed) all.append(path).append(": ").append(why).append("; ");

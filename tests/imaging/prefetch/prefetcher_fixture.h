@@ -102,7 +102,7 @@ class PrefetcherTest : public ::testing::Test {
     return popped;
   }
 
-  // What a wait that is not given up gives.
+  // Returns the result of Pop; expects that the wait is not given up.
   std::optional<std::string> PopBytes(const CropRequest& request, const std::function<void()>& pump) {
     std::optional<std::string> bytes;
     const Status popped = Pop(request, pump, bytes);
@@ -110,7 +110,7 @@ class PrefetcherTest : public ::testing::Test {
     return bytes;
   }
 
-  // The source's name as the result.
+  // Returns a worker whose result is the name of the source.
   Prefetcher::Worker Naming() {
     return [this](const Prefetcher::Job& job) {
       log_.Add(job.work.Source());

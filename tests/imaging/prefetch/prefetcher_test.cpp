@@ -22,7 +22,7 @@ using testing::Gate;
 using testing::Log;
 using testing::PrefetcherTest;
 
-TEST_F(PrefetcherTest, PlannedWorkIsHandedOutOnce) {
+TEST_F(PrefetcherTest, PlannedWorkIsReturnedOnce) {
   const CropRequest a = Made("a");
   const CropRequest b = Made("b");
   Start(Naming());
@@ -111,7 +111,7 @@ TEST_F(PrefetcherTest, NoMoreThanPlannedIsBegun) {
   EXPECT_EQ(log_.Lines().size(), 4u);
 }
 
-TEST_F(PrefetcherTest, SourceChangedAfterwardsIsNotTaken) {
+TEST_F(PrefetcherTest, SourceChangedAfterwardsIsNotUsed) {
   const CropRequest a = Made("a");
   Start(Naming());
   Plan({a});
@@ -123,7 +123,7 @@ TEST_F(PrefetcherTest, SourceChangedAfterwardsIsNotTaken) {
   EXPECT_EQ(PopBytes(a, {}), std::nullopt);
 }
 
-TEST_F(PrefetcherTest, SourceChangedDuringTheWorkIsNotTaken) {
+TEST_F(PrefetcherTest, SourceChangedDuringTheWorkIsNotUsed) {
   const CropRequest a = Made("a");
   Start([&](const Prefetcher::Job& job) {
     folder_.Put("a", "changed while it was read");
@@ -133,7 +133,7 @@ TEST_F(PrefetcherTest, SourceChangedDuringTheWorkIsNotTaken) {
   EXPECT_EQ(PopBytes(a, {}), std::nullopt);
 }
 
-TEST_F(PrefetcherTest, SourceReplacedByAnotherFileIsNotTaken) {
+TEST_F(PrefetcherTest, SourceReplacedByAnotherFileIsNotUsed) {
   const CropRequest a = Made("a");
   Start(Naming());
   Plan({a});
@@ -144,7 +144,7 @@ TEST_F(PrefetcherTest, SourceReplacedByAnotherFileIsNotTaken) {
   EXPECT_EQ(PopBytes(a, {}), std::nullopt);
 }
 
-TEST_F(PrefetcherTest, SourceThatKeptItsTimesIsNotTaken) {
+TEST_F(PrefetcherTest, SourceThatKeptItsTimesIsNotUsed) {
   const CropRequest a = Made("a");
   Start(Naming());
   Plan({a});
@@ -324,7 +324,7 @@ TEST_F(PrefetcherTest, MeasuresAreMadeInOrderAndNotTwice) {
   EXPECT_EQ(log_.Lines(), (std::vector<std::string>{"1", "2", "3"}));
 }
 
-TEST_F(PrefetcherTest, AwaitMeasureTakesAPathOutOfThePlan) {
+TEST_F(PrefetcherTest, AwaitMeasureRemovesAPathFromThePlan) {
   Start(Naming(), {.threads = 1}, [&](const std::string& path) {
     log_.Add(path);
     if (path == "1") gate_.Pass();

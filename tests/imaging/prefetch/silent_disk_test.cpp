@@ -70,7 +70,7 @@ TEST_F(SilentDiskTest, AReadThatDoesNotComeBackIsGivenUp) {
   EXPECT_LE(seconds_, 1050);
 }
 
-TEST_F(SilentDiskTest, AnotherThreadTakesItsPlace) {
+TEST_F(SilentDiskTest, AnotherThreadReplacesIt) {
   const CropRequest a = Made("a");
   const CropRequest b = Made("b");
   Start(Hanging("a"), Clocked(1));
@@ -92,7 +92,7 @@ TEST_F(SilentDiskTest, AnotherThreadTakesItsPlace) {
   } while (!bytes);
 }
 
-TEST_F(SilentDiskTest, AComputationIsWaitedForHoweverLongItTakes) {
+TEST_F(SilentDiskTest, AComputationIsWaitedForHoweverLongItLasts) {
   const CropRequest a = Made("a");
   Start(
       [gate = gate_](const Prefetcher::Job& job) {

@@ -24,7 +24,7 @@ class DeadDisk {
   DeadDisk(const DeadDisk&) = delete;
   DeadDisk& operator=(const DeadDisk&) = delete;
 
-  // From the nth call of a kind on, of those whose path holds the text.
+  // Makes calls of a kind hang from the nth on; only those whose path contains the text count.
   void HangAt(host::testing::FaultyDisk& disk, host::testing::DiskCall call, const std::string& pathHolds,
               int nth = 1) {
     constexpr int kMany = 100;

@@ -83,13 +83,13 @@ TEST_F(DiskAnswerTest, AllBelowTheSilentPlaceFailsAtOnceUntilItAnswers) {
   TimeGoesBy();
   EXPECT_FALSE(program.disks.AskFile(Path("a/deep/3.jpg")));
   const int turns = world.pump.Turns();
-  const int looks = world.faults.Count(DiskCall::Stat);
+  const int stats = world.faults.Count(DiskCall::Stat);
   EXPECT_FALSE(program.disks.AskFile(Path("a/1.jpg")));
   EXPECT_EQ(program.disks.AskFolder(Path("a/deep")).Why(), "没有响应");
   EXPECT_TRUE(program.disks.Silent(Path("a/1.jpg")));
   EXPECT_FALSE(program.disks.Silent(Path("abc/5.jpg"))) << "another folder with the same beginning";
   EXPECT_EQ(world.pump.Turns(), turns);
-  EXPECT_EQ(world.faults.Count(DiskCall::Stat), looks);
+  EXPECT_EQ(world.faults.Count(DiskCall::Stat), stats);
   EXPECT_TRUE(program.disks.AskFile(Path("b/4.jpg")));
   dead.Answer();
   EXPECT_FALSE(program.disks.Silent(Path("a/1.jpg")));
@@ -138,7 +138,7 @@ class SilentRunTest : public CutTest {
     world.clock.Advance(1);
   }
   std::vector<std::string> MakeThree() { return {Make("x/1.jpg"), Make("y/2.jpg"), Make("z/3.jpg")}; }
-  // The second file is met by a thread that works ahead, and hangs there before the first is done with.
+  // Makes the prefetch of the named file hang before the first file is done.
   void HangPrefetchOf(const std::string& name) {
     dead.HangAt(world.faults, DiskCall::Stat, name);
     recorder.onFileDone = [&](const FileResult& file) {
@@ -193,7 +193,7 @@ TEST_F(SilentRunTest, AStopEndsTheWait) {
   EXPECT_LT(world.clock.Seconds(), 30);
 }
 
-TEST_F(SilentRunTest, ACutAheadThatHangsFailsItsFileAlone) {
+TEST_F(SilentRunTest, APrefetchedCutThatHangsFailsOnlyItsFile) {
   ListEarlier(MakeThree());
   HangPrefetchOf("/in/y/2.jpg");
   Cut();
@@ -235,7 +235,7 @@ TEST_F(SilentRunTest, AStopEndsAFolderRun) {
   EXPECT_TRUE(Totals().stopped);
 }
 
-TEST_F(SilentRunTest, AMeasurementAheadThatHangsDoesNotEndAFolderRun) {
+TEST_F(SilentRunTest, APrefetchedMeasurementThatHangsDoesNotEndAFolderRun) {
   Make("1.jpg");
   Make("x/2.jpg");
   Make("y/3.jpg");
@@ -248,7 +248,7 @@ TEST_F(SilentRunTest, AMeasurementAheadThatHangsDoesNotEndAFolderRun) {
   EXPECT_TRUE(world.boxes.All().empty());
 }
 
-TEST_F(SilentRunTest, FoldersThatDoNotAnswerAreTold) {
+TEST_F(SilentRunTest, FoldersThatDoNotAnswerAreReported) {
   Make("1.jpg");
   struct Case {
     const char* label;

@@ -1,6 +1,6 @@
 // SPDX-FileCopyrightText: 2026 The Quillon developers
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Results that lie where the walk comes upon them, when a run that was broken off is continued.
+// Results that the walk of a resumed run finds among its sources.
 #include <chrono>
 #include <filesystem>
 
@@ -127,7 +127,7 @@ TEST_F(ResultsTest, ThatAUserPutInTheirPlaceAreCut) {
   ExpectCutOnce("jpg");
 }
 
-// Nothing was made of the sources behind the stop: what stands under those names later is no result.
+// The sources after the stop have no results: a later file of such a name is a source.
 TEST_F(ResultsTest, ThatAStoppedRunDidNotComeToAreExpectedNoMore) {
   Put("ChOver", "1");
   Sources("psd");
@@ -168,7 +168,7 @@ TEST_F(ResultsTest, ThatArePiecesBesideTheSourceAreNotSplitAgain) {
   }
 }
 
-// Also where the folder is called by another name.
+// Also if the folder is given by another name.
 TEST_F(ResultsTest, InTheInputFolderAreNotCutAgain) {
   const std::string link = world.folder.Path("link");
   std::filesystem::create_directory_symlink(world.folder.Path("in"), link);
@@ -192,7 +192,7 @@ TEST_F(ResultsTest, InTheInputFolderAreNotCutAgain) {
   }
 }
 
-TEST_F(ResultsTest, ThatTookThePlaceOfTheirSourcesAreNotCutAgain) {
+TEST_F(ResultsTest, ThatReplacedTheirSourcesAreNotCutAgain) {
   Sources("jpg");
   Put("LOutDir", world.folder.Path("in"));
   KillAfter(3);
@@ -207,8 +207,8 @@ TEST_F(ResultsTest, ThatTookThePlaceOfTheirSourcesAreNotCutAgain) {
   }
 }
 
-// The folder for results below the input folder was there before, and more files lie above it than the walk looks
-// ahead.
+// The folder for results below the input folder existed before, and there are more files above it than the walk finds
+// in advance.
 TEST_F(ResultsTest, OfTheSameRunAreNotCutAgain) {
   constexpr std::size_t kFiles = 150;
   std::filesystem::remove_all(In(""));
@@ -233,7 +233,7 @@ TEST_F(ResultsTest, OfTheSameRunAreNotCutAgain) {
   }
 }
 
-// A source that was changed is cut anew, and what was made of it before goes.
+// A source that was changed is cut again, and its earlier result is discarded.
 TEST_F(ResultsTest, OfAChangedSourceAreReplaced) {
   Sources("png");
   Put("LOutDir", world.folder.Path("in"));
@@ -326,9 +326,9 @@ TEST_F(ResultsTest, OfManyPiecesAreAllKnown) {
   EXPECT_EQ(world.folder.Names("in").size(), kPieces + 1);
 }
 
-// --- Sources that no row stands for.
+// --- Sources that are not listed.
 
-TEST_F(ResultsTest, TakeThePlaceOfTheirSourcesAtACheckpoint) {
+TEST_F(ResultsTest, ReplaceTheirSourcesAtACheckpoint) {
   Put("ChOver", "1");
   Sources("psd");
   recorder.onFileDone = [&](const FileResult&) {
@@ -344,7 +344,7 @@ TEST_F(ResultsTest, TakeThePlaceOfTheirSourcesAtACheckpoint) {
   EXPECT_EQ(world.folder.Names("data/Trash/files").size(), 6u);
 }
 
-TEST_F(ResultsTest, TakeThePlaceOfTheirSourcesAtTheEnd) {
+TEST_F(ResultsTest, ReplaceTheirSourcesAtTheEnd) {
   Put("ChOver", "1");
   Sources("psd");
   program.journals = nullptr;

@@ -79,7 +79,7 @@ TEST_F(ResumeTest, OpeningAWindowMakesNoOtherJob) {
   EXPECT_EQ(Totals().skipped, 4u);
 }
 
-TEST_F(ResumeTest, OpeningAWindowMakesAnotherJobWhereMarginsChangeByIt) {
+TEST_F(ResumeTest, OpeningAWindowMakesAnotherJobIfMarginsChangeByIt) {
   for (const bool fixed : {false, true}) {
     Put("ChCutA", "1");
     Put("ChFixCut", fixed ? "1" : "0");
@@ -119,7 +119,7 @@ TEST_F(ResumeTest, AnotherJobIsAnotherRun) {
   }
 }
 
-// Both windows can set it, and neither tells it at the start.
+// Both windows can set it, and neither shows it at the start.
 TEST_F(ResumeTest, AnotherResolutionIsAnotherJob) {
   StopAfter(4);
   flags.OutDpi = 0;
@@ -298,12 +298,12 @@ TEST_F(ResumeTest, AJobThatCouldNotReachAllFoldersIsContinued) {
   }
 }
 
-TEST_F(ResumeTest, OutputsOfOneNameAreToldBeyondACheckpoint) {
+TEST_F(ResumeTest, OutputsOfOneNameAreReportedBeyondACheckpoint) {
   for (int i = 0; i < 6; ++i) std::filesystem::remove(In(std::to_string(i) + ".png"));
   Make("a/x.png", 40, 30);
   Make("b/x.png", 40, 30);
   Make("c/x.png", 40, 30);
-  // More than the time between two checkpoints passes behind each file.
+  // More than the time between two checkpoints passes after each file.
   recorder.onFileDone = [&](const FileResult&) { world.clock.Advance(5); };
   Cut();
   EXPECT_EQ(Totals().written, 1u);
@@ -332,10 +332,10 @@ TEST_F(ResumeTest, AnOlderResultGoesAtTheMomentOfTheFailure) {
   Make("broken.png", 40, 30);
   world.folder.Write("in/broken.png", world.folder.Read("in/broken.png").substr(0, 100));
   world.folder.Write("out/broken.jpg", "older");
-  bool behind = false;
+  bool failed = false;
   recorder.onFileDone = [&](const FileResult& file) {
-    behind = behind || file.source == In("broken.png");
-    EXPECT_NE(world.folder.Exists("out/broken.jpg"), behind);
+    failed = failed || file.source == In("broken.png");
+    EXPECT_NE(world.folder.Exists("out/broken.jpg"), failed);
   };
   Cut();
   EXPECT_EQ(Totals().none, 1u);
@@ -382,7 +382,7 @@ TEST_F(ResumeTest, WhatThisJobMadeWithChangedParametersIsNoOlderResult) {
   }
 }
 
-TEST_F(ResumeTest, OutputsOfOneNameAreToldWithChangedParametersToo) {
+TEST_F(ResumeTest, OutputsOfOneNameAreReportedWithChangedParametersToo) {
   for (int i = 0; i < 6; ++i) std::filesystem::remove(In(std::to_string(i) + ".png"));
   for (const char* name : {"a/x.png", "b/x.png", "c/x.png"}) Make(name, 40, 30);
   recorder.onFileDone = [&](const FileResult&) {
@@ -470,7 +470,7 @@ TEST_F(ResumeTest, ASourceOfAnotherTimeIsDoneAgain) {
   EXPECT_EQ(Read(Out("2.jpg")).At(5, 5), kWhitePixel);
 }
 
-// --- Shares of one job.
+// --- Shards of one job.
 
 class SharedResumeTest : public ResumeTest {
  protected:
@@ -480,7 +480,7 @@ class SharedResumeTest : public ResumeTest {
     recorder.done.clear();
   }
   std::string Box() const { return world.boxes.All().empty() ? std::string() : world.boxes.All()[0].box.text; }
-  // The share of the whole that the first picture belongs to.
+  // Returns the index of the shard that the first picture belongs to.
   std::uint64_t ShardOfFirst(std::uint64_t count) const {
     for (std::uint64_t index = 0; index < count; ++index) {
       if (Shard{index, count, ""}.Owns("0.png")) return index;
@@ -489,7 +489,7 @@ class SharedResumeTest : public ResumeTest {
   }
 };
 
-TEST_F(SharedResumeTest, AnotherShareIsAnotherRun) {
+TEST_F(SharedResumeTest, AnotherShardIsAnotherRun) {
   UseShard(0, 2);
   StopAfter(1);
   for (const Shard& shard : {Shard{1, 2, ""}, Shard{3, 4, ""}}) {
@@ -532,8 +532,8 @@ TEST_F(SharedResumeTest, WhatWasPartedOtherwiseIsNotBegun) {
   EXPECT_EQ(SizeOf(cut), (base::Size{20, 30}));
 }
 
-// Those parts of a call that what was done does not belong to are not begun either.
-TEST_F(SharedResumeTest, NoWorkerBeginsWhereAnotherDoesNot) {
+// The parts of a call that do not own the handled files are not started either.
+TEST_F(SharedResumeTest, NoWorkerStartsIfAnotherDoesNot) {
   UseShard(ShardOfFirst(4), 4);
   StopAfter(1);
   const std::uint64_t other = (ShardOfFirst(2) + 1) % 2;
@@ -608,7 +608,7 @@ TEST_F(SharedResumeTest, NoJobIsHandledTwiceAtATime) {
   EXPECT_EQ(Box(), "");
 }
 
-// A worker in the place of one that died goes on, whatever is answered.
+// A worker that replaces a dead one continues and asks nothing.
 TEST_F(SharedResumeTest, OneInThePlaceOfADeadOneAsksNothing) {
   Put("ChOver", "1");
   StopAfter(4);

@@ -9,7 +9,7 @@
 namespace quillon::job {
 namespace {
 
-TEST(Shard, TheWholeTakesEverything) {
+TEST(Shard, TheWholeOwnsEverything) {
   EXPECT_TRUE(Shard().Owns("a/b.jpg"));
   EXPECT_TRUE(Shard().OwnsNamed("/x/a.jpg"));
 }
@@ -55,8 +55,8 @@ TEST(Shard, NamedFilesAreSeenFromTheBase) {
   }
 }
 
-// Told by what they take.
-TEST(Shard, MeetWhereAFileCanBelongToBoth) {
+// Overlaps is compared with the files that both own.
+TEST(Shard, OverlapIfAFileCanBelongToBoth) {
   for (std::uint64_t count = 1; count <= 6; ++count) {
     for (std::uint64_t other = 1; other <= 6; ++other) {
       for (std::uint64_t index = 0; index < count * other; ++index) {

@@ -31,7 +31,7 @@ class FolderPollerTest : public testing::Test {
                        [](const std::string& name) { return name.ends_with(".jpg"); }};
 };
 
-TEST_F(FolderPollerTest, AFileIsReadyWhenTwoLooksFoundItAlike) {
+TEST_F(FolderPollerTest, AFileIsReadyIfTwoPollsFoundItUnchanged) {
   Write("b.jpg");
   Write("a.jpg");
   Write("c.txt");
@@ -50,7 +50,7 @@ TEST_F(FolderPollerTest, AGrowingFileIsWaitedFor) {
   EXPECT_THAT(Poll(), ElementsAre("a.jpg"));
 }
 
-TEST_F(FolderPollerTest, ATakenNameStaysTakenWhateverComesUnderIt) {
+TEST_F(FolderPollerTest, AHandledNameStaysHandledForEveryLaterFile) {
   Write("a.jpg");
   Poll();
   Poll();
