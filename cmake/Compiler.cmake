@@ -6,8 +6,8 @@ add_library(quillon_options INTERFACE)
 target_compile_options(quillon_options INTERFACE
   -Wall -Wextra -Wpedantic -Wshadow -Wnon-virtual-dtor -Woverloaded-virtual -Wcast-qual -Wformat=2
   -Wno-missing-field-initializers -Werror)
-# GCC 12 sees overlapping copies (its bug 105651) and uninitialised reads in inlined strings where there are none, the
-# more so at -O3 and under the sanitizers; clang-tidy's analyzer looks for both.
+# GCC 12 wrongly warns of overlapping copies (its bug 105651) and uninitialised reads in inlined strings, most of all at
+# -O3 and under the sanitizers. clang-tidy's analyzer checks for both.
 if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
   target_compile_options(quillon_options INTERFACE -Wno-restrict -Wno-maybe-uninitialized)
 endif()

@@ -1,6 +1,6 @@
 # SPDX-FileCopyrightText: 2026 The Quillon developers
 # SPDX-License-Identifier: GPL-3.0-or-later
-# What goes where beside the programs.
+# Installs the files beside the programs.
 install(FILES packaging/quillon.desktop DESTINATION ${CMAKE_INSTALL_DATADIR}/applications)
 install(FILES src/ui/kit/icons/quillon.svg DESTINATION ${CMAKE_INSTALL_DATADIR}/icons/hicolor/scalable/apps)
 install(FILES README.md CHANGELOG.md docs/用户手册.md DESTINATION ${CMAKE_INSTALL_DOCDIR})

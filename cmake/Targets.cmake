@@ -41,7 +41,7 @@ function(quillon_program name main)
 endfunction()
 
 # quillon_helper(<name> [NO_TWIN] [DEPENDS <targets>...]): the helper program of the current folder. It lies beside the
-# programs as its twin <name>.dll, or as <name>.exe where it has none.
+# programs as its twin <name>.dll, or as <name>.exe if it has no twin.
 function(quillon_helper name)
   cmake_parse_arguments(ARG "NO_TWIN" "" "DEPENDS" ${ARGN})
   set(suffix .dll)

@@ -149,7 +149,7 @@ void Define(CLI::App& app) {
   }
 }
 
-// Hands the options to the builder in the order of the command line. parse_order() names an option once for each use,
+// Passes the options to the builder in the order of the command line. parse_order() names an option once for each use,
 // and results() holds the values of all its uses; `used` counts how many of them were read.
 void ReadOptions(const CLI::App& app, Builder& builder) {
   std::map<const CLI::Option*, std::size_t> used;

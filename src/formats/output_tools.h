@@ -9,8 +9,8 @@
 
 namespace quillon::formats {
 
-// What the helpers PicHandler and TessaExifHandler do to finished outputs. While it lives, and where PicHandler is in
-// the program folder, the program offers what needs it.
+// Runs PicHandler and TessaExifHandler on outputs. Options that need them are available while it exists and PicHandler
+// is installed.
 class OutputTools final : public job::OutputTools {
  public:
   explicit OutputTools(job::Program& program);

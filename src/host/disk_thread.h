@@ -25,7 +25,7 @@ double SystemSeconds();
 // Runs work that reads or writes files on a lasting thread, one work after the other, while the caller waits. A system
 // call on an unresponsive disk may never return and cannot be interrupted. So the work counts its disk calls, and the
 // waiting caller is the watchdog: if a call stays in flight, the caller calls WaitHooks::idle, and gives the work up
-// once the call has been silent for too long. The thread is then abandoned and another one takes its place; it ends by
+// once the call has been silent for too long. The thread is then abandoned and another one replaces it; it ends by
 // itself if its call returns.
 //
 // Time in which the work computes does not count, and the window gets no turns then.

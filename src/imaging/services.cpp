@@ -101,9 +101,9 @@ Status Services::Parts::SavePicture(const Image& image, const std::string& path,
 
 Prefetcher& Services::Parts::StartPrefetcher() {
   if (!prefetcher) {
-    Prefetcher::Bounds bounds;
-    if (thread) bounds.seconds = thread->Hooks().seconds;
-    if (thread) bounds.stopped = thread->Hooks().stopped;
+    PrefetchLimits prefetchLimits;
+    if (thread) prefetchLimits.seconds = thread->Hooks().seconds;
+    if (thread) prefetchLimits.stopped = thread->Hooks().stopped;
     prefetcher = std::make_unique<Prefetcher>(
         files,
         [&disk = files, limits = limits](const Prefetcher::Job& job) { return WorkForPrefetch(job, disk, limits); },
@@ -111,7 +111,7 @@ Prefetcher& Services::Parts::StartPrefetcher() {
           ImageFacts facts;
           static_cast<void>(measurer->Measure(path, facts));
         },
-        std::move(bounds));
+        std::move(prefetchLimits));
   }
   return *prefetcher;
 }

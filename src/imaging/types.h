@@ -138,7 +138,7 @@ struct PlaceStep {
 };
 using PixelStep = std::variant<RotateStep, ResampleStep, GreyStep, ThresholdStep, InvertStep, CutStep, PlaceStep>;
 
-// Loads source, takes the steps in their order and saves the picture as SaveByType does.
+// Loads source, performs the steps in order and saves the picture as SaveByType does.
 struct EffectsRequest {
   std::string source;
   std::string destination;

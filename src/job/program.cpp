@@ -52,7 +52,7 @@ std::string WhiteBmp(std::uint32_t side) {
   return bytes;
 }
 
-// Waits for helpers are shown in the title while they last.
+// The title shows the helper that is waited for, until the wait ends.
 tools::ToolsOwner OwnerOf(Program& program) {
   return {[&program] { return program.flags.StopRequested; }, [&program] { program.flags.StopRequested = true; },
           [&program, before = std::string()](const std::string& helper) mutable {
@@ -65,13 +65,13 @@ tools::ToolsOwner OwnerOf(Program& program) {
           }};
 }
 
-// Waits for prefetched work and for disks give the window its turns.
+// Waits for prefetched work and for disks keep the message pump running.
 host::WaitHooks HooksOf(Program& program) {
   return {[&program] { program.host.pump.Turn(); }, [&program] { return program.flags.StopRequested; },
           [&program] { return program.host.clock.Seconds(); }};
 }
 
-// A thread that measures may be abandoned and outlive the program, so it owns what it measures with.
+// A thread that measures may be abandoned and outlive the program, so it owns everything it uses.
 imaging::Measurer::OtherKinds OtherKindsOf(const Program& program) {
   return [info = std::make_shared<tools::MediaInfo>(program.host.shell, program.host.programFolder)](
              const std::string& path, const auto& keepWaiting, base::Size& size) {
@@ -111,7 +111,7 @@ Program::~Program() = default;
 bool Program::Unload() {
   if (ended_) return true;
   if (Ask(kCloseQuestion, kCloseType) != host::Reply::Ok) return false;
-  // What cannot be removed is passed over: the next start writes it anew.
+  // Removal errors are ignored: the next start creates the files again.
   static_cast<void>(host.files.RemoveOwn(AppPath(work_files::kPdfPages)));
   images.DisposeImage(flags.FirstImageHandle);
   images.ImageWizardShutDown();
@@ -126,8 +126,8 @@ host::Reply Program::Ask(const std::string& text, int type) { return host.boxes.
 
 void Program::AskMissingResource() {
   if (Ask(kMissingResource, kMissingResourceType) != host::Reply::Ok) return;
-  const std::string told = Setting(kInstallerKey);
-  host.shell.OpenBrowser(told.empty() ? kInstallerUrl : told);
+  const std::string url = Setting(kInstallerKey);
+  host.shell.OpenBrowser(url.empty() ? kInstallerUrl : url);
 }
 
 void Program::RunNormalCut() {
@@ -145,7 +145,8 @@ void Program::ShowInPreview(const std::string& path) {
   Present(PreviewSource(path, size), size);
 }
 
-// With ChLarge, what is larger than a preview may be is reduced beside the program, at most to that.
+// Returns the file to show. With ChLarge, a picture that is too large for the preview is reduced into a work file in
+// the program folder.
 std::string Program::PreviewSource(const std::string& path, base::Size size) {
   constexpr int kMostSide = 6000;
   const int longer = std::max(size.width, size.height);
@@ -156,7 +157,7 @@ std::string Program::PreviewSource(const std::string& path, base::Size size) {
   return Reduce(path, size, reduced, {capped(size.width), capped(size.height)}) ? reduced : path;
 }
 
-// Where nothing runs it is a run of its own, so that it can be stopped and nothing else begins meanwhile.
+// If nothing runs, claims the run itself, so that it can be stopped and nothing else starts.
 bool Program::Reduce(const std::string& path, base::Size size, const std::string& target, base::Size to) {
   constexpr int kQuality = 98;
   std::optional<RunGuard> guard;
@@ -192,9 +193,9 @@ void Program::ShowAsCut() {
   form1.ShowFrame();
 }
 
-// Written by hand, so that a start does not have to start the image library.
+// Writes the bytes itself, so that the start does not have to load the image library.
 void Program::WriteCanvas() {
-  // Whoever needs the canvas looks for the file.
+  // A failure is reported later, by the operation that finds no canvas.
   static_cast<void>(host.files.Save(AppPath(work_files::kCanvas), WhiteBmp(50)));
 }
 

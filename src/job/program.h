@@ -27,8 +27,8 @@ namespace quillon::job {
 
 class FileIntake;
 
-// Engines that an option relies on and that are no object of their own. An option without its engine answers with the
-// missing-resource question and stays off.
+// Features without an object of their own. If one is missing, its option asks the missing-resource question and stays
+// off.
 struct Engines {
   bool edgeRemoval = false;  // ChClsWhite, ChClsBlack
 };
@@ -43,9 +43,9 @@ class Program {
   Program(const Program&) = delete;
   Program& operator=(const Program&) = delete;
 
-  // Start-up in its order. False: another instance is running; the program ends at once.
+  // Starts the program. Returns false if another instance is running; the program then ends at once.
   bool Start();
-  // Asks whether to close; on OK cleans up in its order and answers true: the program ends.
+  // Asks whether to close, and on OK cleans up. Returns true if the program ends.
   bool Unload();
   bool Ended() const { return ended_; }
 
@@ -54,17 +54,17 @@ class Program {
   host::DiskThread diskThread;  // reads and writes pictures
   host::Saver saver;            // a full disk that the user gives up on sets Flags::StopRequested
   imaging::Services images;
-  tools::Tools tools;  // its waits end with MenuStop, and the title tells of those that last
+  tools::Tools tools;  // MenuStop ends its waits; the title shows a long wait
   tools::Converter converter;
   controls::Windows windows;
   Form1 form1;
   FBaseOpt fBaseOpt;
   FCutPre fCutPre;
   FileList files;
-  RunContext context;  // what lists and runs see of all this
+  RunContext context;  // references to what lists and runs need
   DiskMonitor disks;
 
-  // Parts built above the job; nullptr where the program has none.
+  // Set by the libraries above the job; nullptr if the program lacks the part.
   ManualFrame* manualFrame = nullptr;
   Sheets* sheets = nullptr;
   OutputTools* outputTools = nullptr;
@@ -73,53 +73,51 @@ class Program {
   host::Journals* journals = nullptr;
   Engines engines;
 
-  // The part of all files that this program is to handle, and how many it has left to the others.
+  // The shard of this program, and how many files it has left to other processes.
   Shard shard;
   std::size_t leftToOthers = 0;
-  // Files that are left out because an earlier process has handled them.
+  // Files that are skipped because an earlier worker has handled them.
   DoneElsewhere doneElsewhere;
-  // An earlier process died in the place of this one: nothing is worked on ahead, and the observer hears also of each
-  // file that is taken up for the list, so that it is known which file another death was about.
+  // True if this process replaces a worker that died. Nothing is prefetched, and the observer is also notified before
+  // each file that is listed, so that the parent knows which file caused another death.
   bool recovering = false;
 
-  // A folder was named for the list, and not only files.
+  // True once a folder was named for the list, and not only files.
   bool folderListed = false;
 
-  // Where the guide was installed, for a program folder that holds none.
+  // The installed guide, used if the program folder has none.
   std::string documents;
 
   // --- Boxes, all titled "消息".
   host::Reply Ask(const std::string& text, int type = 0);
-  // The missing-resource question; OK opens the browser on the installer's location, which the setting "InstallerUrl"
-  // may name.
+  // Asks the missing-resource question. On OK opens the address of the installer in the browser; the setting
+  // "InstallerUrl" replaces the built-in address.
   void AskMissingResource();
 
   // --- What menus and drops do.
   FileIntake& Intake() { return *intake_; }
-  // A normal cut from its first check to its last box.
+  // Runs a normal cut, from its first check to its last box.
   void RunNormalCut();
-  // Shows a picture in the preview; a picture that cannot be measured is passed over.
+  // Shows a picture in the preview. Does nothing if it cannot be measured.
   void ShowInPreview(const std::string& path);
-  // Shows the picture in the file at path, which may be reduced, as one of that size; its frame follows the parameters,
-  // its shape no option.
+  // Shows the file at path, which may be reduced, as a picture of that size. The frame follows the parameters; the
+  // options do not turn or scale it.
   void ShowPicture(const std::string& path, base::Size size);
-  // Puts the picture of ShowInPreview to the size and angle at which it will be cut, and the frame and the border over
-  // any.
+  // Scales and turns the picture of ShowInPreview as the cut will. Updates frame and border of any picture.
   void ShowAsCut();
   // Writes \Canvas.bmp, a white picture of 50 x 50.
   void WriteCanvas();
-  // Shows the window of that name and answers true, or false where the program has none.
+  // Shows the window of that name. Returns false if there is none.
   bool ShowWindow(const std::string& name);
   // Hides the window of that name, if there is one.
   void HideWindow(const std::string& name);
-  // Puts the enabled state of all controls to what the parameters allow. Every handler that changes one of them ends
-  // with it.
+  // Enables and disables all controls as the parameters allow. Every handler that changes a parameter calls it last.
   void ShowAvailability();
 
   // --- Settings of the program, section "Default".
   std::string Setting(const std::string& key);
   void SaveSetting(const std::string& key, const std::string& value);
-  // Remembers the folders of both labels, as every batch does at its start.
+  // Stores the folders of both labels, as every run does at its start.
   void SaveFolders();
 
   // Returns the path of a file in the program folder: AppPath(work_files::kCanvas).
@@ -135,7 +133,7 @@ class Program {
 
   void Present(const std::string& path, base::Size size);
 
-  bool previewFollows_ = false;  // the picture on show takes the shape of its cut
+  bool previewFollows_ = false;  // the shown picture is scaled and turned as its cut
   std::unique_ptr<FileIntake> intake_;
   bool ended_ = false;
 };

@@ -1,6 +1,6 @@
 // SPDX-FileCopyrightText: 2026 The Quillon developers
 // SPDX-License-Identifier: GPL-3.0-or-later
-// How the program starts. The order matters: each step relies on those before it.
+// How the program starts. The order matters: each step relies on the steps before it.
 #include "job/program.h"
 #include "job/settings/geometry.h"
 #include "job/windows/file_intake.h"
@@ -16,7 +16,7 @@ constexpr float kSheetHeightCm = 46.4F;
 // The area of FCutPre before it has shown a picture.
 constexpr base::Size kPreviewBox{640, 480};
 
-// A helper that is missing is told of by whatever needs it.
+// A missing helper is reported by the option that needs it.
 void CopyTwinQuietly(host::Host& host, const char* name) { static_cast<void>(tools::CopyTwin(host, name)); }
 
 }  // namespace
@@ -36,7 +36,7 @@ bool Program::Start() {
        {&form1.CmbKeepCut, &form1.CmbOutType, &form1.CmbCutMode, &form1.CmbCutStyle, &form1.CmbDPI}) {
     list->Select(0);
   }
-  // Without a screen there is no box either, and the margins have no maximum until a picture is shown.
+  // Without a screen the preview has no area, and the margins have no maximum until a picture is shown.
   if (fCutPre.preview.Picture().Empty() && !host.screen.DesktopSize().Empty()) ShowPicture("", kPreviewBox);
   form1.ChCutA.Set(true);
   for (const char* name : {"QxImgTool", "PicHandler", "TessaExifHandler", "SavePicsToTiff"})
@@ -62,7 +62,7 @@ void Program::ReadScreen() {
   flags.ScreenDpi = host.screen.Dpi();
 }
 
-// One that a crashed run left behind could answer for a new one.
+// A helper left by a crashed run could answer for the new one.
 void Program::EndLeftOverHelpers() {
   for (const char* name : {"PicCirleCut.exe", "QxImgTool.exe", "DCRebooter.exe"}) {
     tools::KillProcessByName(host, name);
@@ -73,7 +73,7 @@ void Program::ShowDesktopPicture() {
   flags.CurrentImagePath = host.screen.Wallpaper();
   if (!host.files.IsFile(flags.CurrentImagePath)) return;
   ShowInPreview(flags.CurrentImagePath);
-  // One that cannot be decoded leaves the preview as it is.
+  // If the wallpaper cannot be decoded, the preview is unchanged.
   static_cast<void>(images.LoadImageFromFile(flags.CurrentImagePath, flags.FirstImageHandle));
 }
 

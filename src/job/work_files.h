@@ -6,7 +6,7 @@
 #include <string>
 
 // The files that the program keeps in its program folder while it works, by their names in that folder. The names are
-// fixed, and every owner overwrites what stands there: a program folder belongs to one process, one run works at a
+// fixed, and every owner overwrites an existing file: a program folder belongs to one process, one run works at a
 // time, and a preview shows one picture. Order files and answers of the helpers belong to tools/.
 namespace quillon::job::work_files {
 
@@ -20,7 +20,7 @@ inline constexpr const char* kPdf = "Tmp.pdf";
 // Stem of the cut that a border follows, and of the cut of a gif; with the extension of the output.
 inline constexpr const char* kCutStem = "Tmp";
 // Stem of the finished picture that replaces the output at the end; with the extension of the output. Also of the cut
-// of a watched file that takes the place of its source.
+// of a watched file that replaces its source.
 inline constexpr const char* kResultStem = "Tmp2";
 // Stem of the copy of a source that its output overwrites, for its Exif; with the extension of the source.
 inline constexpr const char* kExifSourceStem = "tmp";

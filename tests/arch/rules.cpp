@@ -122,8 +122,8 @@ const Layer* LayerOf(const Source& source) {
   return source.In("src/") ? LayerOf(std::string_view(source.path).substr(4)) : nullptr;
 }
 
-// A breach for each line that matches, with the matched words behind the sentence. Patterns are slow: where hints are
-// given, only lines that hold one of them are tried.
+// Adds a breach for each line that matches the pattern; the matched words follow the sentence. Patterns are slow, so
+// only lines that contain one of the hints are tried, unless there are no hints.
 void Match(const Source& source, const std::string& text, const std::regex& pattern, const std::string& what,
            const std::vector<std::string_view>& hints, Breaches& out) {
   int number = 0;
@@ -237,7 +237,7 @@ Breaches CheckPlatform(const Source& source) {
       "^(unistd|fcntl|dirent|poll|signal|pthread|sched|semaphore|termios|pwd|grp|dlfcn|malloc|spawn|glob|ftw|fnmatch|"
       "mntent|syslog|utime|netdb|ifaddrs|execinfo|ucontext|libgen|langinfo)\\.h$|"
       "^(sys|linux|asm|net|netinet|arpa|bits)/");
-  // Where one platform is at home, and the files that need it elsewhere.
+  // The folders that may use one platform, and single files elsewhere that need it.
   static const Folders kHomes = {
       "src/host/posix/",
       "src/host/testing/",

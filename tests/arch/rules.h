@@ -8,7 +8,7 @@
 
 namespace quillon::arch {
 
-// The rules of the house. Each looks at one file and knows itself which files it is about.
+// The rules for the tree. Each checks one file and decides itself whether it applies to it.
 
 // A folder of src/ includes itself and what lies below it, by a path from src/.
 Breaches CheckLayers(const Source& source);

@@ -28,19 +28,19 @@ bool IsText(const fs::path& path) {
          std::any_of(kEnds.begin(), kEnds.end(), [&](std::string_view end) { return name.ends_with(end); });
 }
 
-// Walks the characters of C++ text and tells of each which kind of thing it belongs to.
+// Classifies each character of a C++ text as code, comment or literal.
 class Scanner {
  public:
   enum class Part { Code, Comment, Literal };
 
   explicit Scanner(std::string_view text) : text_(text) {}
 
-  template <typename Take>
-  void Run(Take take) {
+  template <typename Visit>
+  void Run(Visit visit) {
     while (at_ < text_.size()) {
       const std::size_t begin = at_;
       const Part part = Next();
-      for (std::size_t i = begin; i < at_; ++i) take(i, part);
+      for (std::size_t i = begin; i < at_; ++i) visit(i, part);
     }
   }
 
@@ -99,7 +99,7 @@ class FunctionScanner {
   explicit FunctionScanner(std::string code) : code_(std::move(code)) { BlankDirectives(); }
 
   std::vector<Function> Run() {
-    for (std::size_t i = 0; i < code_.size(); ++i) Take(i);
+    for (std::size_t i = 0; i < code_.size(); ++i) Visit(i);
     return std::move(found_);
   }
 
@@ -110,7 +110,7 @@ class FunctionScanner {
     std::size_t head;  // where the text before the brace began
   };
 
-  // A directive goes on where a line ends in a backslash.
+  // A directive continues on the next line if its line ends in a backslash.
   void BlankDirectives() {
     bool inside = false;
     for (std::size_t begin = 0; begin < code_.size();) {
@@ -124,7 +124,7 @@ class FunctionScanner {
     }
   }
 
-  void Take(std::size_t i) {
+  void Visit(std::size_t i) {
     switch (code_[i]) {
       case '(':
         ++depth_;
@@ -183,12 +183,12 @@ class FunctionScanner {
     return head.find(')') != std::string::npos || (!head.empty() && head.back() == ']');
   }
 
-  // "Name(int x) : a_(1), b_" before the brace of b_{2}: a brace right behind a name in the list of a constructor.
+  // "Name(int x) : a_(1), b_" before the brace of b_{2}: a brace right after a name in the list of a constructor.
   static bool IsMemberInitialiser(const std::string& head) {
     static const std::regex kList(R"(\)\s*(noexcept\s*)?:[^:])");
     const char last = head.back();
-    const bool behindName = std::isalnum(static_cast<unsigned char>(last)) || last == '_' || last == '>';
-    return behindName && std::regex_search(head, kList);
+    const bool afterName = std::isalnum(static_cast<unsigned char>(last)) || last == '_' || last == '>';
+    return afterName && std::regex_search(head, kList);
   }
 
   void Close(std::size_t i) {
@@ -197,7 +197,7 @@ class FunctionScanner {
     opens_.pop_back();
     depth_ = outerDepths_.back();
     outerDepths_.pop_back();
-    // What stands behind an initialiser still belongs to the head it stood in.
+    // The text after an initialiser still belongs to the same head.
     head_ = open.scope == Scope::Initialiser ? open.head : i + 1;
     if (open.scope != Scope::Function) return;
     const std::size_t begin = code_.find_first_not_of(" \n\t", open.head);

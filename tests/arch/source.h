@@ -43,7 +43,8 @@ int LineAt(std::string_view text, std::size_t position);
 
 enum class Literals { Keep, Blank };
 
-// The text of the same length and lines with comments, and where asked the inside of literals, turned into blanks.
+// Returns the text with its comments, and if asked the inside of its literals, replaced by blanks. Length and lines
+// stay the same.
 std::string CodeOf(std::string_view text, Literals literals);
 
 struct Include {
@@ -55,7 +56,7 @@ struct Include {
 std::vector<Include> IncludesOf(std::string_view text);
 
 struct Function {
-  int line = 0;   // where its signature begins
+  int line = 0;   // the first line of its signature
   int lines = 0;  // from there to the closing brace, both counted
 };
 

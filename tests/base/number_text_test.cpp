@@ -73,7 +73,7 @@ TEST(ParseInteger, RefusesFractionsExponentsAndWhatDoesNotFit) {
   for (const char* text : kNotNumbers) EXPECT_EQ(ParseInteger(text), std::nullopt) << "[" << text << "]";
 }
 
-TEST(LeadingNumber, TakesTheNumberAtTheHead) {
+TEST(LeadingNumber, ReadsTheNumberAtTheHead) {
   const NumberCase cases[] = {
       {"12px", 12},   {"1.5.2", 1.5}, {"  8 cm", 8},   {"-3,5", -3}, {"１２像素", 12}, {"+4x", 4},
       {"1e2e3", 100}, {"5e", 5},      {"300DPI", 300}, {"7-8", 7},   {".5x", 0.5},     {"2147483648", 2147483648.0},
@@ -82,7 +82,7 @@ TEST(LeadingNumber, TakesTheNumberAtTheHead) {
   for (const auto& [text, value] : kNumbers) EXPECT_EQ(LeadingNumber(text), value) << "[" << text << "]";
 }
 
-TEST(LeadingNumber, IsZeroWhereThereIsNone) {
+TEST(LeadingNumber, IsZeroIfThereIsNone) {
   for (const char* text : {"", "abc", "px12", "-", "--1", ".", "inf", "nan", "1e999", "\u3000"}) {
     EXPECT_EQ(LeadingNumber(text), 0.0) << "[" << text << "]";
   }

@@ -49,7 +49,7 @@ TEST(SplitPath, GivesFolderNameAndExtension) {
   }
 }
 
-TEST(JoinPath, PutsTogetherWhatSplitPathTookApart) {
+TEST(JoinPath, IsTheInverseOfSplitPath) {
   for (const char* path :
        {"a", "a.jpg", "/a.jpg", "/home/x/a.jpg", "x/a.jpg", "/a.b/c", "/x/.hidden", "/x/..", "/x/."}) {
     const PathParts parts = SplitPath(path);

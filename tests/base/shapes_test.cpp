@@ -8,7 +8,7 @@
 namespace quillon::base {
 namespace {
 
-TEST(Rect, IsEmptyWhereASideIsNotPositive) {
+TEST(Rect, IsEmptyIfASideIsNotPositive) {
   EXPECT_TRUE(Rect().Empty());
   EXPECT_TRUE((Rect{5, 5, 0, 10}).Empty());
   EXPECT_TRUE((Rect{5, 5, 10, 0}).Empty());
@@ -26,7 +26,7 @@ TEST(Rect, IsEqualInAllFourNumbers) {
   EXPECT_NE(rect, (Rect{1, 2, 3, 0}));
 }
 
-TEST(Size, IsEmptyWhereASideIsNotPositive) {
+TEST(Size, IsEmptyIfASideIsNotPositive) {
   EXPECT_TRUE(Size().Empty());
   EXPECT_TRUE((Size{0, 1}).Empty());
   EXPECT_TRUE((Size{1, -1}).Empty());
@@ -43,7 +43,7 @@ TEST(Colour, HoldsRedInTheLowestByte) {
   EXPECT_NE(colour, kWhite);
 }
 
-TEST(Colour, TakesTheLowBytesOfANegativeValue) {
+TEST(Colour, UsesTheLowBytesOfANegativeValue) {
   const Colour colour{-1};
   EXPECT_EQ(colour.Red(), 255);
   EXPECT_EQ(colour.Green(), 255);

@@ -125,7 +125,7 @@ TEST_F(BadInputTest, MorePixelsThanTheFileCanHold) {
   CutBad("claims.gif", "GIF89a" + sides + std::string("\x80\0\0\0\0\0\xFF\xFF\xFF", 9) + frame);
 }
 
-// Each of them is measured at once, whatever its chain leads to, and the neighbours are cut.
+// Each of them is measured at once, even if its chain is endless or damaged, and the neighbours are cut.
 TEST_F(BadInputTest, ChainsThatLeadNowhere) {
   using namespace imaging::testing;
   std::vector<std::string> files{Picture("in/0.bmp")};

@@ -23,7 +23,7 @@ struct Boxes : testing::Test {
   Reply Show(const std::string& text, int type) { return boxes.Show({text, type}); }
 };
 
-TEST_F(Boxes, TakeTheDefaultButtonWithoutAnAnswer) {
+TEST_F(Boxes, ReturnTheDefaultButtonWithoutAnAnswer) {
   EXPECT_EQ(Show("处理完毕！", 0), Reply::Ok);
   EXPECT_EQ(Show("关闭程序？", 65), Reply::Ok);
   EXPECT_EQ(Show("终止当前操作？", 305), Reply::Cancel);
@@ -38,14 +38,14 @@ TEST_F(Boxes, GiveUpAFullDiskWithoutAnAnswer) {
   EXPECT_EQ(Show("/盘空间不足，请释放空间后重试保存！", 21), Reply::Retry);
 }
 
-TEST_F(Boxes, TakeTheAnswerWhoseTextTheyHold) {
+TEST_F(Boxes, UseTheAnswerWhoseTextTheyContain) {
   answers = {{"打开输出", "No", ""}, {"拖放", "是", ""}};
   EXPECT_EQ(Show("失败：0\r\n要打开输出目录吗？", 4), Reply::No);
   EXPECT_EQ(Show("拖放", 563), Reply::Yes);
   EXPECT_EQ(Show("别的", 4), Reply::Yes);
 }
 
-TEST_F(Boxes, TakeTheLastAnswerThatFits) {
+TEST_F(Boxes, UseTheLastAnswerThatMatches) {
   answers = {{"打开", "Cancel", ""}, {"打开", "No", ""}};
   EXPECT_EQ(Show("打开", 3), Reply::No);
   answers = {{"", "No", ""}, {"关", "Yes", ""}};
@@ -73,7 +73,7 @@ TEST_F(Boxes, WaitBeforeARetry) {
   EXPECT_GT(clock.Slept(), 0);
 }
 
-TEST_F(Boxes, TellWhatTheyShowed) {
+TEST_F(Boxes, ReportWhatTheyShowed) {
   Show("一", 4);
   boxes.Beep();
   EXPECT_EQ(recorder.Lines(),
@@ -123,7 +123,7 @@ TEST_F(Dialogs, AReplyChoosesNothing) {
   EXPECT_TRUE(dialogs.OpenFiles("添加文件", "", host::Choice::Many).empty());
 }
 
-TEST(BatchShell, StartsHelpersAndTellsTheRest) {
+TEST(BatchShell, StartsHelpersAndReportsTheRest) {
   Recorder recorder;
   host::testing::RecordingShell real;
   BatchShell shell(real, recorder);

@@ -50,7 +50,7 @@ TEST_F(LargeBatchTest, JobsAddUp) {
   ExpectSums(ran);
 }
 
-TEST_F(LargeBatchTest, DrawsProgressWithShareAndTimeLeft) {
+TEST_F(LargeBatchTest, DrawsProgressWithPercentageAndTimeLeft) {
   Pictures(2000);
   std::vector<std::string> arguments = Large();
   std::erase(arguments, "--json");

@@ -43,8 +43,8 @@ TEST_F(ManualResumeTest, AKilledRunForgetsNoDecision) {
   process.Signal(SIGKILL);
   const Ran killed = process.Wait();
   ASSERT_EQ(killed.signal, SIGKILL);
-  const std::string told = WholeLines(killed.out);
-  const std::set<std::string> before = Asked(told);
+  const std::string lines = WholeLines(killed.out);
+  const std::set<std::string> before = Asked(lines);
   ASSERT_LT(before.size(), kPictures);
   ASSERT_EQ(before.count(folder.Path("in/p1.bmp")), 1u);
 
@@ -54,7 +54,7 @@ TEST_F(ManualResumeTest, AKilledRunForgetsNoDecision) {
   EXPECT_EQ(EventsOf(ran.out, "file").size(), kPictures);
   const std::set<std::string> after = Asked(ran.out);
   // The run may ask again about the picture at which it was killed, but not about those before it.
-  for (const Json& file : EventsOf(told, "file")) EXPECT_EQ(after.count(file.at("source").get<std::string>()), 0u);
+  for (const Json& file : EventsOf(lines, "file")) EXPECT_EQ(after.count(file.at("source").get<std::string>()), 0u);
   EXPECT_GE(before.size() + after.size(), kPictures);
   EXPECT_LE(before.size() + after.size(), kPictures + 1);
   const std::string question = EventsOf(ran.out, "box").front().at("text").get<std::string>();

@@ -14,7 +14,7 @@ std::optional<std::string> NoScript(const std::string&) { return std::nullopt; }
 Parsed Parse(const std::vector<std::string>& arguments) { return ParseArguments(arguments, "/here", NoScript); }
 
 // Steps as short texts: "set NAME=VALUE", "click NAME", "files a|b".
-std::vector<std::string> Told(const Plan& plan) {
+std::vector<std::string> StepTexts(const Plan& plan) {
   static const char* const kVerbs[] = {"set", "open", "close", "click", "print", "files"};
   std::vector<std::string> all;
   for (const Step& step : plan.steps) {
@@ -36,7 +36,7 @@ class Accepted : public testing::TestWithParam<Case> {};
 TEST_P(Accepted, GivesTheSteps) {
   const Parsed parsed = Parse(GetParam().arguments);
   EXPECT_EQ(parsed.error, "");
-  EXPECT_EQ(Told(parsed.plan), GetParam().steps);
+  EXPECT_EQ(StepTexts(parsed.plan), GetParam().steps);
 }
 
 INSTANTIATE_TEST_SUITE_P(
@@ -101,7 +101,7 @@ TEST(ParseArguments, ReadsAnswersAndFlags) {
   EXPECT_FALSE(parsed.plan.listControls);
 }
 
-TEST(ParseArguments, ReadsSharesAndJobs) {
+TEST(ParseArguments, ReadsShardsAndJobs) {
   const Plan plan = Parse({"--shard", "2/5", "--jobs", "8"}).plan;
   EXPECT_EQ(plan.shard.index, 1u);
   EXPECT_EQ(plan.shard.count, 5u);
@@ -122,7 +122,7 @@ TEST(ParseArguments, KnowsEveryFlagOnItsOwn) {
 }
 
 // The parser accepts every option of the table, with or without a value as the table says.
-TEST(ParseArguments, TakesTheOptionsOfTheTable) {
+TEST(ParseArguments, ReadsTheOptionsOfTheTable) {
   const auto script = [](const std::string&) { return std::optional<std::string>("{}"); };
   for (const Option& option : Options()) {
     std::vector<std::string> arguments{option.name};
@@ -132,20 +132,20 @@ TEST(ParseArguments, TakesTheOptionsOfTheTable) {
   }
 }
 
-TEST(ParseArguments, PutsTheStepsOfAScriptWhereItStands) {
+TEST(ParseArguments, InsertsTheStepsOfAScriptAtItsPosition) {
   const auto script = [](const std::string& path) {
     EXPECT_EQ(path, "s.json");
     return std::optional<std::string>(R"({"steps": [{"click": "M"}], "answers": {"t": "Ok"}})");
   };
   const Parsed parsed =
       ParseArguments({"--set", "A=1", "--script", "s.json", "--print", "B", "--answer", "u=No"}, "/here", script);
-  EXPECT_EQ(Told(parsed.plan), (std::vector<std::string>{"set A=1", "click M", "print B"}));
+  EXPECT_EQ(StepTexts(parsed.plan), (std::vector<std::string>{"set A=1", "click M", "print B"}));
   ASSERT_EQ(parsed.plan.answers.size(), 2u);
   EXPECT_EQ(parsed.plan.answers[0].text, "t");
   EXPECT_EQ(parsed.plan.answers[1].text, "u");
 }
 
-TEST(ParseArguments, RemembersWhereAStepWasGiven) {
+TEST(ParseArguments, RemembersTheOriginOfAStep) {
   EXPECT_EQ(Parse({"--set", "A=1"}).plan.steps.at(0).place, "--set A=1");
   EXPECT_EQ(Parse({"--click", "M"}).plan.steps.at(0).place, "--click M");
 }

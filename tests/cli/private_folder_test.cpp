@@ -38,9 +38,9 @@ TEST_F(PrivateFolderTest, IsMadeForTheUserAloneAndRemoved) {
     ASSERT_TRUE(Make(own));
     path = own.Path();
     EXPECT_EQ(fs::path(path).parent_path(), base);
-    struct stat told {};
-    ASSERT_EQ(stat(path.c_str(), &told), 0);
-    EXPECT_EQ(told.st_mode & 0777, 0700u);
+    struct stat facts {};
+    ASSERT_EQ(stat(path.c_str(), &facts), 0);
+    EXPECT_EQ(facts.st_mode & 0777, 0700u);
     folder.Write("tmp/" + fs::path(path).filename().native() + "/deep/Tmp.bmp", "x");
   }
   EXPECT_FALSE(fs::exists(path));
@@ -62,7 +62,7 @@ TEST_F(PrivateFolderTest, EachIsItsOwn) {
   EXPECT_TRUE(fs::exists(one.Path()));
 }
 
-TEST_F(PrivateFolderTest, NothingAppearsBehindItsRemoval) {
+TEST_F(PrivateFolderTest, NothingAppearsAfterItsRemoval) {
   host::testing::FaultyDisk faults(disk);
   host::Files world{faults};
   PrivateFolder own(faults, world);
@@ -97,7 +97,7 @@ TEST_F(PrivateFolderTest, HoldsWhatIsInstalledWithoutCopyingTheLargeThings) {
   EXPECT_EQ(folder.Read("bin/ColorConfigs/sRGB.icc"), "profile");
 }
 
-TEST_F(PrivateFolderTest, TakesTheFilesOfAnInstalledProgram) {
+TEST_F(PrivateFolderTest, UsesTheFilesOfAnInstalledProgram) {
   folder.Write("lib/quillon/PicHandler.dll", "helper");
   PrivateFolder own(disk, files);
   ASSERT_TRUE(Make(own));
@@ -142,7 +142,7 @@ TEST_F(PrivateFolderTest, SweepsNothingThroughALink) {
   EXPECT_EQ(folder.Read("precious/work"), "x");
 }
 
-TEST_F(PrivateFolderTest, FailsWithASentenceWhereThereIsNoPlace) {
+TEST_F(PrivateFolderTest, FailsWithASentenceIfNoFolderCanBeCreated) {
   PrivateFolder own(disk, files);
   const host::Status made = own.Make(folder.Path("missing"), folder.Path("bin"));
   EXPECT_FALSE(made);

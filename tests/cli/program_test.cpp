@@ -23,7 +23,7 @@ TEST_F(ProgramTest, CutsAndSumsUp) {
   EXPECT_EQ(folder.Names("out"), (std::vector<std::string>{"a.jpg", "b.jpg"}));
 }
 
-TEST_F(ProgramTest, TellsEveryKindOfEventWithItsFields) {
+TEST_F(ProgramTest, ReportsEveryKindOfEventWithItsFields) {
   const std::string a = Picture("a.bmp");
   const Ran ran = Run({"--json",          "--trace",         "--set",           "ChCutA=0",   "--set",
                        "TCutValue(1)=95", "--set",           "TCutValue(1)=10", "--answer",   "添加文件=" + a,
@@ -144,7 +144,7 @@ TEST_F(ProgramTest, AFolderMayBeNamedFromTheCurrentOne) {
   }
 }
 
-TEST_F(ProgramTest, WhatTheFilterKeepsOutIsTold) {
+TEST_F(ProgramTest, FilteredPicturesAreReported) {
   Picture("in/a.bmp");
   const Ran ran = Run(Cut({"in", Picture("b.bmp")}, {"--json", "--open", "FBaseOpt", "--set", "FBaseOpt.ChFilter=1",
                                                      "--set", "FBaseOpt.TSmalS(0)=41"}));
@@ -205,7 +205,7 @@ TEST_F(ProgramTest, KeepsNoSettings) {
   EXPECT_EQ(ran.out, "Form1.LOutDir = 输出目录未指定\n");
 }
 
-TEST_F(ProgramTest, TakesOddNames) {
+TEST_F(ProgramTest, AcceptsOddNames) {
   const std::vector<std::string> stems{"-lead",       "--set",        "a b",
                                        "new\nline",   "%d %s",        "[1]",
                                        "a=b",         "\xD6\xD0\xCE", "引号\"'",
@@ -220,13 +220,13 @@ TEST_F(ProgramTest, TakesOddNames) {
   EXPECT_EQ(ran.exit, 0) << ran.err << ran.out;
   for (const std::string& stem : stems) EXPECT_TRUE(folder.Exists("out/" + stem + ".jpg")) << stem;
   const std::string hex = "d6d0ce2e6a7067";
-  const auto told = EventsOf(ran.out, "file");
-  EXPECT_TRUE(std::any_of(told.begin(), told.end(), [&](const Json& event) {
+  const auto events = EventsOf(ran.out, "file");
+  EXPECT_TRUE(std::any_of(events.begin(), events.end(), [&](const Json& event) {
     return event.contains("bytes") && event["bytes"]["output"].get<std::string>().ends_with(hex);
   }));
 }
 
-TEST_F(ProgramTest, TakesAnOutputFolderWithAnOddName) {
+TEST_F(ProgramTest, AcceptsAnOutputFolderWithAnOddName) {
   const std::string odd = folder.Path("[ 100%\xFF ]");
   fs::create_directories(odd);
   const Ran ran =
@@ -303,7 +303,7 @@ TEST_F(ProgramTest, EndsWithOneIfItsEventsAreLost) {
   EXPECT_TRUE(folder.Exists("out/a.jpg"));
 }
 
-TEST_F(ProgramTest, StepsBehindTheClosedMainWindowAreRefused) {
+TEST_F(ProgramTest, StepsAfterTheMainWindowClosedAreRefused) {
   const Ran ran = Run({"--answer", "关闭程序=Ok", "--close", "Form1", "--print", "ChOver"});
   EXPECT_EQ(ran.exit, 2);
   EXPECT_EQ(ran.out, "");

@@ -78,7 +78,7 @@ TEST(Reach, EveryValueGoesThereAndBack) {
   EXPECT_GT(settable, 60u);
 }
 
-TEST(Reach, ListsTakeTheTextOfEveryEntry) {
+TEST(Reach, ListsAcceptTheTextOfEveryEntry) {
   World world;
   world.Perform({});
   for (const controls::Window* window : world.program.windows.All()) {
@@ -95,7 +95,7 @@ TEST(Reach, ListsTakeTheTextOfEveryEntry) {
   }
 }
 
-TEST(Reach, EveryControlIsPrintedAndWhatTakesNoValueRefuses) {
+TEST(Reach, EveryControlIsPrintedAndThoseWithoutAValueRefuse) {
   World world;
   world.Perform({});
   for (const controls::Window* window : world.program.windows.All()) {

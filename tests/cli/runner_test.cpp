@@ -122,7 +122,7 @@ TEST(Runner, CutsTheFilesThatWereNamed) {
   EXPECT_EQ(file.Text("why"), "");
 }
 
-TEST(Runner, TellsBoxesTitlesAndTheFolderOfARun) {
+TEST(Runner, ReportsBoxesTitlesAndTheFolderOfARun) {
   World world;
   const std::string a = world.Picture("a.bmp");
   world.Perform({World::Files({a}), world.Out(), World::Percent(), World::Click("menuNormalCut")});
@@ -158,7 +158,7 @@ TEST(Runner, FilesWaitForTheFirstClick) {
   EXPECT_EQ(world.Printed(), (Texts{"0", "2"}));
 }
 
-TEST(Runner, FilesBehindAClickWaitForTheNext) {
+TEST(Runner, FilesAfterAClickWaitForTheNext) {
   World world;
   const std::string a = world.Picture("a.bmp");
   const std::string b = world.Picture("b.bmp");
@@ -187,7 +187,7 @@ TEST(Runner, WithoutAClickOrAPrintFilesAreListedToo) {
   EXPECT_EQ(world.program.files.RowCount(), 1u);
 }
 
-TEST(Runner, TakesFoldersWithTheirSubfolders) {
+TEST(Runner, ListsFoldersWithTheirSubfolders) {
   World world;
   world.Picture("in/a.bmp");
   world.Picture("in/deep/b.bmp");
@@ -198,7 +198,7 @@ TEST(Runner, TakesFoldersWithTheirSubfolders) {
   EXPECT_EQ(world.FileResults(), (Texts{"a.bmp written", "b.bmp written"}));
 }
 
-TEST(Runner, TellsNamedFilesThatAreNotListed) {
+TEST(Runner, ReportsNamedFilesThatAreNotListed) {
   World world;
   const std::string good = world.Picture("good.bmp");
   const std::string last = world.Picture("last.bmp");
@@ -214,7 +214,7 @@ TEST(Runner, TellsNamedFilesThatAreNotListed) {
   EXPECT_THAT(world.recorder.Lines().back(), HasSubstr(R"("written":2,"none":2,"skipped":0)"));
 }
 
-TEST(Runner, NamedFilesThatALargeRunDoesNotTakeAreTold) {
+TEST(Runner, NamedFilesThatALargeRunIgnoresAreReported) {
   World world;
   world.Picture("in/a.bmp", 20, 10);
   const std::string named = world.Picture("named.bmp", 20, 10);
@@ -226,7 +226,7 @@ TEST(Runner, NamedFilesThatALargeRunDoesNotTakeAreTold) {
   EXPECT_EQ(world.recorder.Of(EventKind::File).at(0).Text("why"), "已启用“超大容量”，只处理输入目录中的文件");
 }
 
-TEST(Runner, NamedFilesAreToldOnceWhereALargeRunDoesNotBegin) {
+TEST(Runner, NamedFilesAreReportedOnceIfALargeRunDoesNotStart) {
   World world;
   const std::string named = world.Picture("named.bmp", 20, 10);
   const Outcome outcome = world.Perform(
@@ -235,7 +235,7 @@ TEST(Runner, NamedFilesAreToldOnceWhereALargeRunDoesNotBegin) {
   EXPECT_EQ(world.FileResults(), Texts{"named.bmp none"});
 }
 
-TEST(Runner, AListThatWasCutBeforeALargeRunIsToldOnce) {
+TEST(Runner, AListThatWasCutBeforeALargeRunIsReportedOnce) {
   World world;
   world.Picture("in/a.bmp", 20, 10);
   const std::string named = world.Picture("named.bmp", 20, 10);
@@ -307,7 +307,7 @@ TEST(Runner, ARunThatDoesNotBeginLeavesItsFilesWithout) {
   EXPECT_EQ(dialogs[0].Text("kind"), "folder");
 }
 
-TEST(Runner, ADialogTakesItsAnswer) {
+TEST(Runner, ADialogReturnsItsAnswer) {
   World world;
   const std::string a = world.Picture("a.bmp");
   world.Out();
@@ -383,7 +383,7 @@ TEST(Runner, ADoubleClickShowsTheSelectedRow) {
   EXPECT_EQ(world.program.fCutPre.preview.Path(), a);
 }
 
-TEST(Runner, TellsChangesOnlyWithATrace) {
+TEST(Runner, ReportsChangesOnlyWithATrace) {
   World plain;
   plain.Perform({World::Set("ChOver", "1")});
   EXPECT_TRUE(plain.recorder.Of(EventKind::Change).empty());

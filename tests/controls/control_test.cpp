@@ -75,28 +75,28 @@ TEST(Control, IsVisibleTogetherWithAllItsParents) {
   EXPECT_FALSE(sheet.box.Visible());
 }
 
-TEST(Control, StartsAsItsLookSays) {
+TEST(Control, StartsWithItsAppearance) {
   Sheet sheet;
   const CheckBox off(sheet, "ChOff", {.enabled = false, .visible = false});
   EXPECT_FALSE(off.Enabled());
   EXPECT_FALSE(off.Visible());
 }
 
-TEST(Control, TellsAChangeOfLookOnceAndOnlyWhenThereIsOne) {
+TEST(Control, NotifiesOfAChangedAppearanceOnceAndOnlyOfAChange) {
   Sheet sheet;
   Probe probe(sheet);
   sheet.box.SetCaption("新");
   sheet.box.SetTooltip("新提示");
   sheet.box.SetEnabled(false);
   sheet.box.SetVisible(false);
-  EXPECT_EQ(probe.Take(), Notes(4, "look ChBox"));
+  EXPECT_EQ(probe.Drain(), Notes(4, "appearance ChBox"));
   EXPECT_EQ(sheet.box.Caption(), "新");
   EXPECT_EQ(sheet.box.Tooltip(), "新提示");
   sheet.box.SetCaption("新");
   sheet.box.SetTooltip("新提示");
   sheet.box.SetEnabled(false);
   sheet.box.SetVisible(false);
-  EXPECT_EQ(probe.Take(), Notes());
+  EXPECT_EQ(probe.Drain(), Notes());
 }
 
 TEST(Control, RemembersAMarkerText) {
@@ -120,13 +120,13 @@ TEST(UserEdit, IsRefusedWhileDisabledOrHiddenThoughTheProgramMayStillSet) {
   Probe probe(sheet);
   probe.NoteHandlerOf(sheet.box);
   sheet.inner.SetEnabled(false);
-  probe.Take();
+  probe.Drain();
   EXPECT_EQ(sheet.box.UserEdit("1").refusal, "Form1.ChBox 当前不可用");
   EXPECT_FALSE(sheet.box.On());
-  EXPECT_EQ(probe.Take(), Notes());
+  EXPECT_EQ(probe.Drain(), Notes());
   sheet.box.Set(true);
   EXPECT_TRUE(sheet.box.On());
-  EXPECT_EQ(probe.Take(), (Notes{"value ChBox", "handler ChBox"}));
+  EXPECT_EQ(probe.Drain(), (Notes{"value ChBox", "handler ChBox"}));
 
   sheet.inner.SetEnabled(true);
   sheet.inner.SetVisible(false);
@@ -134,7 +134,7 @@ TEST(UserEdit, IsRefusedWhileDisabledOrHiddenThoughTheProgramMayStillSet) {
   EXPECT_TRUE(sheet.box.On());
 }
 
-TEST(Control, TellsWhyItCannotBeUsed) {
+TEST(Control, GivesTheReasonWhyItCannotBeUsed) {
   Sheet sheet;
   EXPECT_EQ(sheet.box.WhyDisabled(), "");
   sheet.group.SetEnabled(false, "外面");
@@ -150,14 +150,14 @@ TEST(Control, TellsWhyItCannotBeUsed) {
   EXPECT_EQ(sheet.box.WhyDisabled(), "");
 }
 
-TEST(Control, ANewReasonIsAChangeOfLook) {
+TEST(Control, ANewReasonIsAChangeOfAppearance) {
   Sheet sheet;
   Probe probe(sheet);
   sheet.box.SetEnabled(false, "甲");
   sheet.box.SetEnabled(false, "甲");
-  EXPECT_EQ(probe.Take(), (Notes{"look ChBox"}));
+  EXPECT_EQ(probe.Drain(), (Notes{"appearance ChBox"}));
   sheet.box.SetEnabled(false, "乙");
-  EXPECT_EQ(probe.Take(), (Notes{"look ChBox"}));
+  EXPECT_EQ(probe.Drain(), (Notes{"appearance ChBox"}));
   EXPECT_EQ(sheet.box.WhyDisabled(), "乙");
 }
 
@@ -166,9 +166,9 @@ TEST(UserEdit, RunsTheHandlerOnceAndOnlyWhenTheValueChanged) {
   Probe probe(sheet);
   probe.NoteHandlerOf(sheet.text);
   EXPECT_TRUE(sheet.text.UserEdit("6").Accepted());
-  EXPECT_EQ(probe.Take(), (Notes{"value TText", "handler TText"}));
+  EXPECT_EQ(probe.Drain(), (Notes{"value TText", "handler TText"}));
   EXPECT_TRUE(sheet.text.UserEdit("6").Accepted());
-  EXPECT_EQ(probe.Take(), Notes());
+  EXPECT_EQ(probe.Drain(), Notes());
 }
 
 TEST(UserEdit, IsRefusedByWhatHoldsNoValue) {
@@ -185,7 +185,7 @@ TEST(UserClick, PressesButtonsAndMenuEntries) {
   probe.NoteHandlerOf(sheet.menu);
   EXPECT_TRUE(sheet.button.UserClick().Accepted());
   EXPECT_TRUE(sheet.menu.UserClick().Accepted());
-  EXPECT_EQ(probe.Take(), (Notes{"handler CmdGo", "handler MenuGo"}));
+  EXPECT_EQ(probe.Drain(), (Notes{"handler CmdGo", "handler MenuGo"}));
 }
 
 TEST(UserClick, OfAButtonWithoutHandlerDoesNothing) {
@@ -201,7 +201,7 @@ TEST(UserClick, TicksAndClearsABox) {
   EXPECT_TRUE(sheet.box.On());
   EXPECT_TRUE(sheet.box.UserClick().Accepted());
   EXPECT_FALSE(sheet.box.On());
-  EXPECT_EQ(probe.Take(), (Notes{"value ChBox", "handler ChBox", "value ChBox", "handler ChBox"}));
+  EXPECT_EQ(probe.Drain(), (Notes{"value ChBox", "handler ChBox", "value ChBox", "handler ChBox"}));
 }
 
 TEST(UserClick, IsRefusedByEveryOtherKind) {
@@ -212,7 +212,7 @@ TEST(UserClick, IsRefusedByEveryOtherKind) {
     probe.NoteHandlerOf(*control);
     EXPECT_EQ(control->UserClick().refusal, control->FullName() + " 不能点击");
   }
-  EXPECT_EQ(probe.Take(), Notes());
+  EXPECT_EQ(probe.Drain(), Notes());
 }
 
 TEST(UserClick, IsRefusedWhileDisabledOrHidden) {
@@ -223,7 +223,7 @@ TEST(UserClick, IsRefusedWhileDisabledOrHidden) {
   EXPECT_EQ(sheet.button.UserClick().refusal, "Form1.CmdGo 当前不可用");
   sheet.button.SetVisible(false);
   EXPECT_EQ(sheet.button.UserClick().refusal, "Form1.CmdGo 当前不可见");
-  EXPECT_EQ(probe.Take(), (Notes{"look CmdGo", "look CmdGo"}));
+  EXPECT_EQ(probe.Drain(), (Notes{"appearance CmdGo", "appearance CmdGo"}));
 }
 
 TEST(Handler, MayPutTheValueBack) {

@@ -45,16 +45,16 @@ TEST_F(GridTest, ShowsItsHeadersAndTheRowsOfItsSource) {
   EXPECT_EQ(grid_.Cell(3, 1), "");
 }
 
-TEST_F(GridTest, SelectsARowAndTellsARealChange) {
+TEST_F(GridTest, SelectsARowAndNotifiesOfARealChange) {
   rows_.count = 3;
   grid_.SetSource(&rows_);
   Probe probe(window_);
   probe.NoteHandlerOf(grid_);
   grid_.Select(2);
   EXPECT_EQ(grid_.Selected(), 2u);
-  EXPECT_EQ(probe.Take(), (Notes{"value MSF", "handler MSF"}));
+  EXPECT_EQ(probe.Drain(), (Notes{"value MSF", "handler MSF"}));
   grid_.Select(2);
-  EXPECT_EQ(probe.Take(), Notes());
+  EXPECT_EQ(probe.Drain(), Notes());
   grid_.Select(9);
   EXPECT_EQ(grid_.Selected(), 3u);
   grid_.Select(0);
@@ -74,14 +74,14 @@ TEST_F(GridTest, UsersEditSelectsARowThatIsThere) {
   }
 }
 
-TEST_F(GridTest, HandsTheChangesOfItsSourceToItsObserver) {
+TEST_F(GridTest, PassesTheChangesOfItsSourceToItsObserver) {
   grid_.SetSource(&rows_);
   grid_.Notify(Grid::Change::Appended, 0);
-  std::vector<std::pair<Grid::Change, std::size_t>> told;
-  grid_.SetRowObserver([&](Grid::Change change, std::size_t row) { told.emplace_back(change, row); });
+  std::vector<std::pair<Grid::Change, std::size_t>> notified;
+  grid_.SetRowObserver([&](Grid::Change change, std::size_t row) { notified.emplace_back(change, row); });
   grid_.Notify(Grid::Change::Appended, 7);
   grid_.Notify(Grid::Change::Reset, 0);
-  EXPECT_EQ(told,
+  EXPECT_EQ(notified,
             (std::vector<std::pair<Grid::Change, std::size_t>>{{Grid::Change::Appended, 7}, {Grid::Change::Reset, 0}}));
 }
 
@@ -96,7 +96,7 @@ TEST_F(GridTest, MovesALostSelectionToTheLastRowQuietly) {
   rows_.count = 0;
   grid_.Notify(Grid::Change::Reset, 0);
   EXPECT_EQ(grid_.Selected(), 0u);
-  EXPECT_EQ(probe.Take(), Notes());
+  EXPECT_EQ(probe.Drain(), Notes());
 }
 
 TEST_F(GridTest, RunsTheHandlersOfDoubleAndRightClick) {
@@ -107,17 +107,17 @@ TEST_F(GridTest, RunsTheHandlersOfDoubleAndRightClick) {
   grid_.SetRightClickHandler([&] { probe.Note("right"); });
   grid_.DoubleClick();
   grid_.RightClick();
-  EXPECT_EQ(probe.Take(), (Notes{"double", "right"}));
+  EXPECT_EQ(probe.Drain(), (Notes{"double", "right"}));
 }
 
-TEST_F(GridTest, HeadersMayChangeAndThatIsALook) {
-  int looks = 0;
+TEST_F(GridTest, AChangeOfHeadersIsAChangeOfAppearance) {
+  int changes = 0;
   window_.Observe(
-      [&](Control& control, Aspect aspect) { looks += &control == &grid_ && aspect == Aspect::Appearance; });
+      [&](Control& control, Aspect aspect) { changes += &control == &grid_ && aspect == Aspect::Appearance; });
   grid_.SetHeaders({"x", "y"});
   EXPECT_EQ(grid_.Headers(), (std::vector<std::string>{"x", "y"}));
   grid_.SetHeaders({"x", "y"});
-  EXPECT_EQ(looks, 1);
+  EXPECT_EQ(changes, 1);
 }
 
 }  // namespace

@@ -15,7 +15,7 @@ class Probe {
   explicit Probe(Window& window) : window_(window) {
     token_ = window.Observe(
         [this](Control& control, Aspect aspect) {
-          notes_.push_back((aspect == Aspect::Value ? "value " : "look ") + control.Name());
+          notes_.push_back((aspect == Aspect::Value ? "value " : "appearance ") + control.Name());
         },
         [this](Window& changed) { notes_.push_back("window " + changed.Name()); });
   }
@@ -29,7 +29,7 @@ class Probe {
   void Note(std::string note) { notes_.push_back(std::move(note)); }
 
   // What was noted since the last call.
-  std::vector<std::string> Take() { return std::exchange(notes_, {}); }
+  std::vector<std::string> Drain() { return std::exchange(notes_, {}); }
 
  private:
   Window& window_;

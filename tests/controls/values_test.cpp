@@ -14,7 +14,7 @@ class Values : public testing::Test {
   Window window_{"Form1", ""};
 };
 
-TEST_F(Values, CheckBoxTakesZeroAndOne) {
+TEST_F(Values, CheckBoxAcceptsZeroAndOne) {
   CheckBox box(window_, "ChA", {}, true);
   EXPECT_TRUE(box.On());
   EXPECT_EQ(box.Value(), "1");
@@ -30,14 +30,14 @@ TEST_F(Values, CheckBoxTakesZeroAndOne) {
   }
 }
 
-TEST_F(Values, CheckBoxTellsOnlyARealChange) {
+TEST_F(Values, CheckBoxNotifiesOnlyOfARealChange) {
   CheckBox box(window_, "ChA", {});
   Probe probe(window_);
   probe.NoteHandlerOf(box);
   box.Set(false);
-  EXPECT_EQ(probe.Take(), Notes());
+  EXPECT_EQ(probe.Drain(), Notes());
   box.Set(true);
-  EXPECT_EQ(probe.Take(), (Notes{"value ChA", "handler ChA"}));
+  EXPECT_EQ(probe.Drain(), (Notes{"value ChA", "handler ChA"}));
 }
 
 TEST_F(Values, TextBoxForAnyTextKeepsItAsItIs) {
@@ -80,19 +80,19 @@ TEST_F(Values, TextBoxLeavesLimitsToItsHandler) {
   EXPECT_EQ(box.Value(), "120");
 }
 
-TEST_F(Values, TextBoxTellsItsLimits) {
+TEST_F(Values, TextBoxReturnsItsLimits) {
   TextBox box(window_, "T", {}, "5");
   EXPECT_EQ(box.MinText(), "");
   EXPECT_EQ(box.MaxText(), "");
   Probe probe(window_);
   probe.NoteHandlerOf(box);
   box.SetLimits({.min = 0.5, .max = 90});
-  EXPECT_EQ(probe.Take(), Notes{"look T"});
+  EXPECT_EQ(probe.Drain(), Notes{"appearance T"});
   EXPECT_EQ(box.MinText(), "0.5");
   EXPECT_EQ(box.MaxText(), "90");
   EXPECT_EQ(box.GetLimits(), (Limits{.min = 0.5, .max = 90}));
   box.SetLimits({.min = 0.5, .max = 90});
-  EXPECT_EQ(probe.Take(), Notes());
+  EXPECT_EQ(probe.Drain(), Notes());
 }
 
 TEST_F(Values, TextBoxReadsTheNumberAtItsHead) {
@@ -107,16 +107,16 @@ TEST_F(Values, TextBoxReadsTheNumberAtItsHead) {
   EXPECT_EQ(box.Integer(), 0);
 }
 
-TEST_F(Values, TextBoxSetByTheProgramTellsOnlyARealChange) {
+TEST_F(Values, TextBoxSetByTheProgramNotifiesOnlyOfARealChange) {
   TextBox box(window_, "T", {}, "5");
   Probe probe(window_);
   probe.NoteHandlerOf(box);
   box.SetNumber(5);
   box.SetText("5");
-  EXPECT_EQ(probe.Take(), Notes());
+  EXPECT_EQ(probe.Drain(), Notes());
   box.SetNumber(2.5);
   EXPECT_EQ(box.Value(), "2.5");
-  EXPECT_EQ(probe.Take(), (Notes{"value T", "handler T"}));
+  EXPECT_EQ(probe.Drain(), (Notes{"value T", "handler T"}));
 }
 
 TEST_F(Values, ListStartsWithItsEntrySelectedOrNone) {
@@ -139,9 +139,9 @@ TEST_F(Values, ListSelectsByIndex) {
   probe.NoteHandlerOf(list);
   list.Select(2);
   EXPECT_EQ(list.Text(), "gif");
-  EXPECT_EQ(probe.Take(), (Notes{"value Cmb", "handler Cmb"}));
+  EXPECT_EQ(probe.Drain(), (Notes{"value Cmb", "handler Cmb"}));
   list.Select(2);
-  EXPECT_EQ(probe.Take(), Notes());
+  EXPECT_EQ(probe.Drain(), Notes());
   for (const int outside : {3, -5}) {
     list.Select(1);
     list.Select(outside);
@@ -155,14 +155,14 @@ TEST_F(Values, ListIsSetByTextAndLeavesUnknownTextAlone) {
   Probe probe(window_);
   list.SetText("png");
   EXPECT_EQ(list.Index(), 1);
-  EXPECT_EQ(probe.Take(), Notes{"value Cmb"});
+  EXPECT_EQ(probe.Drain(), Notes{"value Cmb"});
   list.SetText("pdf");
   EXPECT_EQ(list.Index(), 1);
   EXPECT_EQ(list.Text(), "png");
-  EXPECT_EQ(probe.Take(), Notes());
+  EXPECT_EQ(probe.Drain(), Notes());
 }
 
-TEST_F(Values, EditableListTakesATextOfItsOwn) {
+TEST_F(Values, EditableListAcceptsATextOfItsOwn) {
   ComboBox list(window_, "Cmb", {}, {"72", "300"}, 0, Editable::Yes);
   Probe probe(window_);
   probe.NoteHandlerOf(list);
@@ -171,9 +171,9 @@ TEST_F(Values, EditableListTakesATextOfItsOwn) {
   EXPECT_EQ(list.Index(), -1);
   EXPECT_EQ(list.Value(), "-1");
   EXPECT_EQ(list.Text(), "254");
-  EXPECT_EQ(probe.Take(), (Notes{"value Cmb", "handler Cmb"}));
+  EXPECT_EQ(probe.Drain(), (Notes{"value Cmb", "handler Cmb"}));
   list.SetText("254");
-  EXPECT_EQ(probe.Take(), Notes());
+  EXPECT_EQ(probe.Drain(), Notes());
   list.SetText("300");
   EXPECT_EQ(list.Index(), 1);
   list.SetText("1");
@@ -215,9 +215,9 @@ TEST_F(Values, NewItemsSelectTheFirst) {
   EXPECT_EQ(list.Items(), (Notes{"x", "y"}));
   EXPECT_EQ(list.Index(), 0);
   EXPECT_EQ(list.Text(), "x");
-  EXPECT_EQ(probe.Take(), (Notes{"look Cmb", "value Cmb", "handler Cmb"}));
+  EXPECT_EQ(probe.Drain(), (Notes{"appearance Cmb", "value Cmb", "handler Cmb"}));
   list.SetItems({"x", "z"});
-  EXPECT_EQ(probe.Take(), Notes{"look Cmb"});
+  EXPECT_EQ(probe.Drain(), Notes{"appearance Cmb"});
   list.SetItems({});
   EXPECT_EQ(list.Index(), -1);
   EXPECT_EQ(list.Text(), "");
@@ -239,12 +239,12 @@ TEST_F(Values, LabelShowsItsCaptionAsValue) {
   label.SetText("文件数：3");
   EXPECT_EQ(label.Caption(), "文件数：3");
   EXPECT_EQ(label.Value(), "文件数：3");
-  EXPECT_EQ(probe.Take(), (Notes{"look LInfo", "value LInfo", "handler LInfo"}));
+  EXPECT_EQ(probe.Drain(), (Notes{"appearance LInfo", "value LInfo", "handler LInfo"}));
   label.SetText("文件数：3");
-  EXPECT_EQ(probe.Take(), Notes());
+  EXPECT_EQ(probe.Drain(), Notes());
 }
 
-TEST_F(Values, LabelIsEditedByTheUserOnlyWhereItIsEditable) {
+TEST_F(Values, LabelIsEditedByTheUserOnlyIfItIsEditable) {
   Label fixed(window_, "LInfo", {"说明"});
   EXPECT_EQ(fixed.UserEdit("x").refusal, "Form1.LInfo 不能填写");
   EXPECT_EQ(fixed.Value(), "说明");
@@ -260,7 +260,7 @@ TEST_F(Values, MenuKnowsItsShortcut) {
   EXPECT_EQ(without.Shortcut(), "");
 }
 
-TEST_F(Values, ColourIsTakenAsANumberOrAsHexDigits) {
+TEST_F(Values, ColourIsReadAsANumberOrAsHexDigits) {
   ColourBox box(window_, "PCl", {}, base::kWhite);
   EXPECT_EQ(box.Value(), "16777215");
   const std::pair<const char*, std::int32_t> taken[] = {{"#FF8001", 0x0180FF}, {"#000000", 0}, {"#0000ff", 0xFF0000},
@@ -276,14 +276,14 @@ TEST_F(Values, ColourIsTakenAsANumberOrAsHexDigits) {
   }
 }
 
-TEST_F(Values, ColourTellsOnlyARealChange) {
+TEST_F(Values, ColourNotifiesOnlyOfARealChange) {
   ColourBox box(window_, "PCl", {}, base::kWhite);
   Probe probe(window_);
   probe.NoteHandlerOf(box);
   box.Set(base::kWhite);
-  EXPECT_EQ(probe.Take(), Notes());
+  EXPECT_EQ(probe.Drain(), Notes());
   box.Set({0});
-  EXPECT_EQ(probe.Take(), (Notes{"value PCl", "handler PCl"}));
+  EXPECT_EQ(probe.Drain(), (Notes{"value PCl", "handler PCl"}));
 }
 
 TEST_F(Values, ArrayNamesItsControlsByIndex) {
@@ -303,7 +303,7 @@ TEST_F(Values, ArrayNamesItsControlsByIndex) {
   EXPECT_EQ(std::as_const(margins)[1].Value(), "7");
 }
 
-TEST_F(Values, SliderTakesWholeNumbersWithinItsRange) {
+TEST_F(Values, SliderAcceptsWholeNumbersWithinItsRange) {
   Slider slider(window_, "Slider1", {}, 40, 1, 800);
   EXPECT_EQ(slider.Value(), "40");
   EXPECT_EQ(slider.MinText(), "1");
@@ -318,18 +318,18 @@ TEST_F(Values, SliderTakesWholeNumbersWithinItsRange) {
   EXPECT_EQ(slider.Position(), 1);
 }
 
-TEST_F(Values, SliderFollowsItsRangeAndTellsOnlyARealChange) {
+TEST_F(Values, SliderFollowsItsRangeAndNotifiesOnlyOfARealChange) {
   Slider slider(window_, "HS", {}, 40, 0, 100);
   Probe probe(window_);
   probe.NoteHandlerOf(slider);
   slider.Set(40);
   slider.SetRange(0, 100);
-  EXPECT_EQ(probe.Take(), Notes());
+  EXPECT_EQ(probe.Drain(), Notes());
   slider.SetRange(0, 30);
   EXPECT_EQ(slider.Position(), 30);
-  EXPECT_EQ(probe.Take(), (Notes{"look HS", "value HS", "handler HS"}));
+  EXPECT_EQ(probe.Drain(), (Notes{"appearance HS", "value HS", "handler HS"}));
   slider.SetRange(0, 50);
-  EXPECT_EQ(probe.Take(), (Notes{"look HS"}));
+  EXPECT_EQ(probe.Drain(), (Notes{"appearance HS"}));
 }
 
 }  // namespace

@@ -81,22 +81,22 @@ TEST(Window, CloseHides) {
   EXPECT_FALSE(window.Visible());
 }
 
-TEST(Window, TellsTitleLoadingAndVisibilityOnlyWhenTheyChange) {
+TEST(Window, NotifiesOfTitleLoadingAndVisibilityOnlyWhenTheyChange) {
   Counting window;
   Probe probe(window);
   window.SetTitle("新标题");
   EXPECT_EQ(window.Title(), "新标题");
-  EXPECT_EQ(probe.Take(), Notes(1, "window FBaseOpt"));
+  EXPECT_EQ(probe.Drain(), Notes(1, "window FBaseOpt"));
   window.Load();
-  EXPECT_EQ(probe.Take(), Notes(1, "window FBaseOpt"));
+  EXPECT_EQ(probe.Drain(), Notes(1, "window FBaseOpt"));
   window.Show();
-  EXPECT_EQ(probe.Take(), Notes(1, "window FBaseOpt"));
+  EXPECT_EQ(probe.Drain(), Notes(1, "window FBaseOpt"));
   window.Hide();
-  EXPECT_EQ(probe.Take(), Notes(1, "window FBaseOpt"));
+  EXPECT_EQ(probe.Drain(), Notes(1, "window FBaseOpt"));
   window.SetTitle("新标题");
   window.Load();
   window.Hide();
-  EXPECT_EQ(probe.Take(), Notes());
+  EXPECT_EQ(probe.Drain(), Notes());
 }
 
 TEST(Window, FindsControlsByNameInAnyCase) {
@@ -109,7 +109,7 @@ TEST(Window, FindsControlsByNameInAnyCase) {
   for (const char* name : {"", "TCutValue", "TCutValue(2)", " TCutValue(0)"}) EXPECT_EQ(window.Find(name), nullptr);
 }
 
-TEST(Window, TellsEveryObserverUntilItIsForgotten) {
+TEST(Window, NotifiesEveryObserverUntilItIsForgotten) {
   Counting window;
   CheckBox box(window, "ChA", {});
   int first = 0;
@@ -129,47 +129,47 @@ TEST(Window, TellsEveryObserverUntilItIsForgotten) {
 
 TEST(Window, ForgetsAnUnknownTokenQuietly) {
   Counting window;
-  int told = 0;
-  window.Observe([&](Control&, Aspect) { ++told; });
+  int notified = 0;
+  window.Observe([&](Control&, Aspect) { ++notified; });
   window.Forget(99);
   CheckBox(window, "ChA", {}).Set(true);
-  EXPECT_EQ(told, 1);
+  EXPECT_EQ(notified, 1);
 }
 
-TEST(Window, ObserverMayForgetItselfAndOthersWhileItIsTold) {
+TEST(Window, ObserverMayForgetItselfAndOthersWhileItIsNotified) {
   Counting window;
   CheckBox box(window, "ChA", {});
-  std::vector<int> told;
+  std::vector<int> notified;
   int tokens[3] = {};
   const auto observer = [&](int index) {
     return [&, index](Control&, Aspect) {
-      told.push_back(index);
+      notified.push_back(index);
       if (index != 1) return;
       for (const int token : tokens) window.Forget(token);
     };
   };
   for (int i = 0; i < 3; ++i) tokens[i] = window.Observe(observer(i));
   box.Set(true);
-  EXPECT_EQ(told, (std::vector<int>{0, 1}));
+  EXPECT_EQ(notified, (std::vector<int>{0, 1}));
   box.Set(false);
-  EXPECT_EQ(told, (std::vector<int>{0, 1}));
+  EXPECT_EQ(notified, (std::vector<int>{0, 1}));
 }
 
-TEST(Window, ObserverMayForgetInsideANestedTelling) {
+TEST(Window, ObserverMayForgetInsideANestedNotification) {
   Counting window;
   CheckBox outer(window, "ChA", {});
   CheckBox inner(window, "ChB", {});
-  int told = 0;
+  int notified = 0;
   int token = 0;
   token = window.Observe([&](Control& control, Aspect) {
-    ++told;
+    ++notified;
     if (&control == &outer) inner.Set(true);
     if (&control == &inner) window.Forget(token);
   });
   outer.Set(true);
-  EXPECT_EQ(told, 2);
+  EXPECT_EQ(notified, 2);
   outer.Set(false);
-  EXPECT_EQ(told, 2);
+  EXPECT_EQ(notified, 2);
 }
 
 TEST(Window, ObserverMayAddAnother) {
@@ -189,12 +189,12 @@ TEST(Window, ObserverMayAddAnother) {
 TEST(Window, ObserverWithoutAWindowPartHearsControlsOnly) {
   Counting window;
   CheckBox box(window, "ChA", {});
-  int told = 0;
-  window.Observe([&](Control&, Aspect) { ++told; });
+  int notified = 0;
+  window.Observe([&](Control&, Aspect) { ++notified; });
   window.Show();
-  EXPECT_EQ(told, 0);
+  EXPECT_EQ(notified, 0);
   box.Set(true);
-  EXPECT_EQ(told, 1);
+  EXPECT_EQ(notified, 1);
 }
 
 }  // namespace

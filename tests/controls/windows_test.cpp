@@ -40,7 +40,7 @@ TEST_F(TwoWindows, ReachEveryControlByItsFullName) {
   EXPECT_EQ(windows_.Find("FBaseOpt.ChCutA"), &sameName_);
 }
 
-TEST_F(TwoWindows, TakeANameWithoutWindowFromTheMainOne) {
+TEST_F(TwoWindows, LookUpANameWithoutAWindowInTheMainOne) {
   EXPECT_EQ(windows_.Find("TCutValue(0)"), &margin_);
   EXPECT_EQ(windows_.Find("ChCutA"), &cut_);
   EXPECT_EQ(windows_.Find("ChExif"), nullptr);
@@ -70,7 +70,7 @@ TEST_F(TwoWindows, NameTheControlsNearestToAMistypedOne) {
   EXPECT_EQ(windows_.Nearest("tcutvalue0", 1), Names{"Form1.TCutValue(0)"});
 }
 
-TEST_F(TwoWindows, CompareTheWindowTooWhereOneIsGiven) {
+TEST_F(TwoWindows, CompareTheWindowTooIfOneIsGiven) {
   EXPECT_EQ(windows_.Nearest("FBaseOpt.ChCutB", 1), Names{"FBaseOpt.ChCutA"});
   EXPECT_EQ(windows_.Nearest("Form1.ChCutB", 1), Names{"Form1.ChCutA"});
 }

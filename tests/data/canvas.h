@@ -43,7 +43,7 @@ class Canvas {
   // 0 up to 1, by the seed alone.
   static double Random(unsigned seed);
 
-  // Rows from the top, three bytes a pixel, or four where the ground is clear.
+  // Rows from the top, three bytes a pixel, or four if the ground is clear.
   std::vector<unsigned char> Bytes() const;
   // A whole BMP file of 24 bits at 300 dots per inch.
   std::vector<unsigned char> BmpBytes() const;

@@ -44,7 +44,7 @@ TEST_F(OutputToolsTest, APdfIsMadeUnderItsOwnName) {
   EXPECT_TRUE(AppHas("Tmp2.jpg"));
 }
 
-TEST_F(OutputToolsTest, AnEarlierPdfIsNotTakenForTheResult) {
+TEST_F(OutputToolsTest, AnEarlierPdfIsNotMistakenForTheResult) {
   OutputTools helpers(program);
   WriteApp("Tmp2.jpg", "picture");
   WriteApp("Tmp.pdf", "%PDF-1.7\n%%EOF\n");
@@ -85,8 +85,8 @@ TEST_F(OutputToolsTest, ADescribedPictureReplacesTheWorkFile) {
   EXPECT_EQ(world.folder.Names("app"), (std::vector<std::string>{"PicHandler.dll", "Tmp2.jpg"}));
 }
 
-// A helper that hangs is left behind with the first picture. What it writes at last, while the second one stands in the
-// same work file, goes nowhere.
+// A helper that hangs at the first picture is abandoned. What it writes later, when the same work file holds the second
+// picture, has no effect.
 TEST_F(OutputToolsTest, ALateHelperDoesNotMeetTheNextPicture) {
   OutputTools helpers(program);
   std::vector<std::string> targets;

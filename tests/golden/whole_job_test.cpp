@@ -180,7 +180,7 @@ class WholeJobTest : public CutTest, public ::testing::WithParamInterface<Job> {
   static Picture Original() {
     return Painted(kWidth, kHeight, [](int x, int y) { return Pixel{x / 20 * 30, y / 20 * 40, 90}; });
   }
-  // Five files of five formats, at 254 dpi where the format tells one.
+  // Five files of five formats, at 254 dpi if the format stores a resolution.
   std::vector<std::string> Sources() {
     std::vector<std::string> paths;
     for (const char* type : {"jpg", "png", "gif", "tif", "bmp"}) {
@@ -189,13 +189,13 @@ class WholeJobTest : public CutTest, public ::testing::WithParamInterface<Job> {
     return paths;
   }
   void MakeSettings() {
-    // Millimetres of a gif, which tells no resolution, count at that of the screen.
+    // A gif stores no resolution, so its millimetres are computed with that of the screen.
     flags.ScreenDpi = 254;
     if (GetParam().advanced) options.Load();
     for (const auto& [name, value] : GetParam().settings) Put(name, value);
   }
   // Of all samples, how many are further off than a jpeg of good quality or a palette may be.
-  static double ShareOff(const Picture& a, const Picture& b, int allowed) {
+  static double FractionOff(const Picture& a, const Picture& b, int allowed) {
     if (a.width != b.width || a.height != b.height) return 1;
     int off = 0;
     for (std::size_t i = 0; i < a.pixels.size(); ++i) {
@@ -217,13 +217,13 @@ TEST_P(WholeJobTest, IntoPng) {
   for (const char* type : {"png", "bmp", "tif"}) {
     const Picture made = Read(Out(std::string("p_") + type + ".png"));
     if (GetParam().zoomed) {
-      EXPECT_LE(ShareOff(made, wanted, 12), 0.06) << type;
+      EXPECT_LE(FractionOff(made, wanted, 12), 0.06) << type;
     } else {
       EXPECT_EQ(Difference(made, wanted), 0) << type;
     }
   }
-  EXPECT_LE(ShareOff(Read(Out("p_gif.png")), wanted, GetParam().zoomed ? 12 : 6), GetParam().zoomed ? 0.06 : 0.01);
-  EXPECT_LE(ShareOff(Read(Out("p_jpg.png")), wanted, 12), 0.06);
+  EXPECT_LE(FractionOff(Read(Out("p_gif.png")), wanted, GetParam().zoomed ? 12 : 6), GetParam().zoomed ? 0.06 : 0.01);
+  EXPECT_LE(FractionOff(Read(Out("p_jpg.png")), wanted, 12), 0.06);
 }
 
 TEST_P(WholeJobTest, IntoJpg) {
@@ -233,7 +233,7 @@ TEST_P(WholeJobTest, IntoJpg) {
   ASSERT_EQ(Totals().written, 5u) << Whys();
   const Picture wanted = GetParam().meaning(Original());
   for (const char* type : {"jpg", "png", "gif", "tif", "bmp"}) {
-    EXPECT_LE(ShareOff(Read(Out(std::string("p_") + type + ".jpg")), wanted, 24), 0.06) << type;
+    EXPECT_LE(FractionOff(Read(Out(std::string("p_") + type + ".jpg")), wanted, 24), 0.06) << type;
   }
 }
 
@@ -245,7 +245,7 @@ TEST_P(WholeJobTest, OverTheSources) {
   Cut(paths);
   ASSERT_EQ(Totals().written, 5u) << Whys();
   const Picture wanted = GetParam().meaning(Original());
-  for (const std::string& path : paths) EXPECT_LE(ShareOff(Read(path), wanted, 24), 0.06) << path;
+  for (const std::string& path : paths) EXPECT_LE(FractionOff(Read(path), wanted, 24), 0.06) << path;
   EXPECT_EQ(world.folder.Names("in").size(), 5u);
   EXPECT_TRUE(OutNames().empty());
 }

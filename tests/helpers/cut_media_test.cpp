@@ -80,7 +80,7 @@ TEST(CutMedia, ReadsNothingFromTheNetwork) {
 }
 
 // FFmpeg would write there at once.
-TEST(CutMedia, RefusesFilesThatItDoesNotHandOver) {
+TEST(CutMedia, RefusesFilesThatItDoesNotPassOn) {
   const HelperFolder folder;
   testing::Save(folder.Path("a.png"), testing::Waves(60, 40));
   const std::string other = folder.Write("other.png", "a user's");

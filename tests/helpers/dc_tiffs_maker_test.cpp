@@ -196,7 +196,7 @@ TEST_F(DCTiffsMaker, CutsByTheRuleWithOrWithoutCase) {
   EXPECT_EQ(Page(1).width, 40);
 }
 
-TEST_F(DCTiffsMaker, TakesEveryPageOfATiff) {
+TEST_F(DCTiffsMaker, IncludesEveryPageOfATiff) {
   Picture("1.png", Waves(10, 10));
   ASSERT_EQ(Run(Of({"1.png", "1.png"})).exit, 0);
   List list = Of({"out.tif", "1.png"});
@@ -205,7 +205,7 @@ TEST_F(DCTiffsMaker, TakesEveryPageOfATiff) {
   EXPECT_EQ(TiffPageCount(app.Path("second.tif")), 3);
 }
 
-TEST_F(DCTiffsMaker, TellsWhatItFailedWith) {
+TEST_F(DCTiffsMaker, ReportsWhatItFailedWith) {
   app.Write("text.png", "no picture");
   EXPECT_EQ(Run(Of({"text.png"})).exit, 1);
   EXPECT_NE(app.Get("MakeTiffProg"), "");

@@ -27,7 +27,7 @@ constexpr const char* kAll[] = {"QxImgTool",       "QxBackImg",    "PicHandler",
                                 "PicCutConverter", "CutMedia",     "PicCirleCut", "QxBackOCRer",      "DCTiffsMaker",
                                 "DrawTranspText",  "PicsToAniGif", "CMD",         "MediaInfoT"};
 
-TEST(EveryHelper, TellsItsVersion) {
+TEST(EveryHelper, PrintsItsVersion) {
   const HelperFolder app;
   for (const char* name : kAll) {
     const Ran ran = app.Run(name, {"--version"});

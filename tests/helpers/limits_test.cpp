@@ -1,6 +1,6 @@
 // SPDX-FileCopyrightText: 2026 The Quillon developers
 // SPDX-License-Identifier: GPL-3.0-or-later
-// What a helper and the programs that it starts may take.
+// The resource limits of a helper and of the programs that it starts.
 #include <gtest/gtest.h>
 #include <sys/stat.h>
 
@@ -44,7 +44,7 @@ class Limits : public ::testing::Test {
   Limits() : path_(host::posix::Environment("PATH")) {}
   ~Limits() override { setenv("PATH", path_.c_str(), 1); }
 
-  // A program of that name that writes down what it may take.
+  // Installs a program of that name that writes its limits into a file.
   void Replace(const std::string& program) {
     const std::string path =
         app.Write("bin/" + program, "#!/bin/sh\ncat /proc/self/limits > " + app.Path("limits") +
@@ -77,14 +77,14 @@ TEST_F(Limits, OfTheShellAreThoseOfWhatItRuns) {
   EXPECT_EQ(Limit("Max cpu time"), kBatch);
 }
 
-TEST_F(Limits, AFilmMayTakeLong) {
+TEST_F(Limits, AFilmMayRunLong) {
   Save(app.Path("a.png"), Waves(20, 20));
   Replace("ffmpeg");
   EXPECT_EQ(app.Run("CutMedia", {"-i \"" + app.Path("a.png") + "\" -y \"" + app.Path("b.png") + "\""}).exit, 1);
   EXPECT_EQ(Limit("Max cpu time"), kBatch);
 }
 
-TEST_F(Limits, WhatRunsBesideABatchMayTakeADay) {
+TEST_F(Limits, WhatRunsBesideABatchMayRunForADay) {
   app.Write("Images/.keep", "");
   Save(app.Path("a.jpg"), Waves(20, 20));
   const std::string out = app.Path("out.tif");
@@ -102,7 +102,7 @@ TEST_F(Limits, WhatRunsBesideABatchMayTakeADay) {
   }
 }
 
-// Each of these waits for the store while one looks.
+// Each of these helpers waits for the store while the test reads its limits.
 TEST_F(Limits, DependOnTheWork) {
   Save(app.Path("a.jpg"), Waves(600, 400), 300);
   for (const Job& job : Jobs()) {

@@ -29,13 +29,13 @@ TEST(PageBox, CommonPartOfTwo) {
   EXPECT_EQ(Common({0, 0, 100, 100}, {100, 0, 200, 100}), std::nullopt);
 }
 
-TEST(QuarterTurns, TakesOffWholeTurnsAndTheSign) {
+TEST(QuarterTurns, RemovesWholeTurnsAndTheSign) {
   const std::pair<int, int> cases[] = {{0, 0},   {90, 1},   {180, 2}, {270, 3},  {360, 0}, {450, 1},
                                        {-90, 3}, {-270, 1}, {45, 0},  {-360, 0}, {89, 0}};
   for (const auto& [degrees, turns] : cases) EXPECT_EQ(QuarterTurns(degrees), turns) << degrees;
 }
 
-TEST(Trimmed, TakesTheMarginsOffThePageAsItIsSeen) {
+TEST(Trimmed, RemovesTheMarginsOfThePageAsItIsSeen) {
   // 10 % left, 20 % top, 30 % right, 40 % bottom of what is seen.
   const Margins margins{10, 20, 30, 40};
   const PageBox box{0, 0, 200, 100};
@@ -50,7 +50,7 @@ TEST(Trimmed, WorksOffTheOrigin) {
   EXPECT_EQ(Trimmed({-100, 50, 100, 150}, {10, 20, 30, 40}, 0), (PageBox{-80, 90, 40, 130}));
 }
 
-TEST(ParseMargins, TakesTheTextsAsTheyWereTyped) {
+TEST(ParseMargins, ReadsTheTextsAsTheyWereTyped) {
   Margins margins;
   ASSERT_TRUE(ParseMargins("10|2.5|7%|0", margins));
   EXPECT_EQ(margins.left, 10);

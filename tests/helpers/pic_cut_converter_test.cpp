@@ -62,7 +62,7 @@ TEST_F(PicCutConverter, CutsClamped) {
   EXPECT_EQ(Made(), (base::Size{100, 50}));
 }
 
-TEST_F(PicCutConverter, ConvertsTurnsAndZoomsWhereItIsAsked) {
+TEST_F(PicCutConverter, ConvertsTurnsAndZoomsIfAsked) {
   order.target = folder.Path("target.png");
   order.OnlyConverter = true;
   EXPECT_EQ(Run().exit, 0);
@@ -110,7 +110,7 @@ TEST_F(PicCutConverter, MakesThePartsOfALongOrderToo) {
 }
 
 // Whatever part is cut, a picture many times as large as that does not come into memory.
-TEST_F(PicCutConverter, TakesLittleMemoryForALargePicture) {
+TEST_F(PicCutConverter, NeedsLittleMemoryForALargePicture) {
 #if defined(__SANITIZE_ADDRESS__)
   GTEST_SKIP() << "The sanitizer needs more";
 #endif

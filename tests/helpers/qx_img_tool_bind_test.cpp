@@ -16,7 +16,7 @@ namespace {
 
 using namespace testing;
 
-// The program's side of binding: it names sheets, and waits for each to be taken.
+// The program's side of binding: it names a sheet and waits until the tool has read it, one after another.
 class QxImgToolBind : public ::testing::Test {
  protected:
   struct Options {
@@ -70,7 +70,7 @@ TEST_F(QxImgToolBind, PutsJpegsIntoAPdfByteForByte) {
   EXPECT_EQ(Entry(out, 1, "/MediaBox"), "[ 0 0 144 72 ]");
 }
 
-TEST_F(QxImgToolBind, NeedsNothingOfASheetOnceItIsTaken) {
+TEST_F(QxImgToolBind, NeedsNothingOfASheetThatItHasRead) {
   const pid_t tool = Start(app.Path("out.pdf"), {});
   const std::string sheet = Sheet("1.jpg");
   const std::string bytes = app.Read("1.jpg");
@@ -98,7 +98,7 @@ TEST_F(QxImgToolBind, NamesTheResultByItsKind) {
   }
 }
 
-TEST_F(QxImgToolBind, TakesTheResolutionOfTheSheetWhereNoneIsTold) {
+TEST_F(QxImgToolBind, UsesTheResolutionOfTheSheetIfNoneIsGiven) {
   const std::pair<int, const char*> cases[] = {{150, "[ 0 0 144 96 ]"}, {0, "[ 0 0 72 48 ]"}};
   for (const auto& [dpi, box] : cases) {
     const pid_t tool = Start(app.Path("out.pdf"), {.dpi = "0"});
@@ -117,7 +117,7 @@ TEST_F(QxImgToolBind, LargeSheetsGetLargerUnits) {
   EXPECT_EQ(Entry(app.Path("out.pdf"), 0, "/MediaBox"), "[ 0 0 10800 7200 ]");
 }
 
-TEST_F(QxImgToolBind, PutsTheBackBehindEverySheet) {
+TEST_F(QxImgToolBind, AddsTheBackAfterEverySheet) {
   Save(app.Path("Back.jpg"), Plain(100, 100, {200, 100, 50}));
   const pid_t tool = Start(app.Path("out.pdf"), {.back = app.Path("Back.jpg")});
   EXPECT_EQ(Feed(Sheet("1.jpg")), "");
@@ -169,7 +169,7 @@ TEST_F(QxImgToolBind, MakesATiffOfManyPages) {
   EXPECT_EQ(DpiOf(out, 0), 254);
 }
 
-TEST_F(QxImgToolBind, TurnsColoursToCmykWhereItIsAsked) {
+TEST_F(QxImgToolBind, TurnsColoursToCmykIfAsked) {
   std::filesystem::copy(QUILLON_BINARY_DIR "/bin/ColorConfigs", app.Path("ColorConfigs"));
   const pid_t tool = Start(app.Path("out.pdf"), {.cmyk = "True"});
   EXPECT_EQ(Feed(Sheet("1.jpg")), "");
@@ -183,14 +183,14 @@ TEST_F(QxImgToolBind, TurnsColoursToCmykWhereItIsAsked) {
   EXPECT_FALSE(app.Exists("QxImgTool.jpg"));
 }
 
-TEST_F(QxImgToolBind, TakesNoSheetForCmykWithoutItsProfile) {
+TEST_F(QxImgToolBind, AcceptsNoSheetForCmykWithoutItsProfile) {
   const pid_t tool = Start(app.Path("out.pdf"), {.cmyk = "True"});
   EXPECT_EQ(Feed(Sheet("1.jpg")), "配置文件不能使用：sRGB.icc");
   EXPECT_NE(End(tool), 0);
   EXPECT_FALSE(app.Exists("out.pdf"));
 }
 
-TEST_F(QxImgToolBind, TakesCmykAndGreyJpegsAsTheyAre) {
+TEST_F(QxImgToolBind, CopiesCmykAndGreyJpegsAsTheyAre) {
   Save(app.Path("cmyk.jpg"), Waves(60, 40, 4));
   Save(app.Path("grey.jpg"), Waves(60, 40, 1));
   const pid_t tool = Start(app.Path("out.pdf"), {});
@@ -202,7 +202,7 @@ TEST_F(QxImgToolBind, TakesCmykAndGreyJpegsAsTheyAre) {
   EXPECT_EQ(PictureEntry(app.Path("out.pdf"), 1, "/ColorSpace"), "/DeviceGray");
 }
 
-TEST_F(QxImgToolBind, TakesSheetsOfOtherKinds) {
+TEST_F(QxImgToolBind, AcceptsSheetsOfOtherKinds) {
   Save(app.Path("1.png"), Waves(60, 40));
   const pid_t tool = Start(app.Path("out.pdf"), {});
   EXPECT_EQ(Feed(app.Path("1.png")), "");
@@ -211,7 +211,7 @@ TEST_F(QxImgToolBind, TakesSheetsOfOtherKinds) {
   EXPECT_EQ(app.Names(), (std::vector<std::string>{"1.png", "out.pdf"}));
 }
 
-TEST_F(QxImgToolBind, AnswersWhatItCannotTakeAndGoesOn) {
+TEST_F(QxImgToolBind, ReportsWhatItCannotReadAndContinues) {
   const std::string good = Sheet("1.jpg");
   app.Write("torn.jpg", app.Read("1.jpg").substr(0, 2000));
   app.Write("text.jpg", "no picture");
@@ -224,7 +224,7 @@ TEST_F(QxImgToolBind, AnswersWhatItCannotTakeAndGoesOn) {
   EXPECT_EQ(PagesOf(app.Path("out.pdf")), 1);
 }
 
-TEST_F(QxImgToolBind, ReplacesNoFileWhereASheetIsMissing) {
+TEST_F(QxImgToolBind, ReplacesNoFileIfASheetIsMissing) {
   app.Write("old.pdf", "what stood there");
   pid_t tool = Start(app.Path("old.pdf"), {});
   EXPECT_EQ(Feed(Sheet("1.jpg")), "");
@@ -238,7 +238,7 @@ TEST_F(QxImgToolBind, ReplacesNoFileWhereASheetIsMissing) {
   EXPECT_EQ(PagesOf(app.Path("old.pdf")), 1);
 }
 
-TEST_F(QxImgToolBind, AnswersOnWhereTheResultHasNoPlace) {
+TEST_F(QxImgToolBind, ContinuesToAnswerIfTheResultCannotBeWritten) {
   const pid_t tool = Start(app.Path("no/folder/out.pdf"), {});
   const std::string sheet = Sheet("1.jpg");
   EXPECT_NE(Feed(sheet), "");

@@ -39,7 +39,7 @@ class QxImgToolPdf : public ::testing::Test {
   HelperFolder app;
 };
 
-TEST_F(QxImgToolPdf, TellsItsVersion) {
+TEST_F(QxImgToolPdf, PrintsItsVersion) {
   const Ran ran = app.Run("QxImgTool", {"--version"});
   EXPECT_EQ(ran.exit, 0);
   EXPECT_EQ(ran.out.substr(0, 10), "QxImgTool ");
@@ -103,7 +103,7 @@ TEST_F(QxImgToolPdf, MeasuresPagesAsTheyAreSeen) {
   EXPECT_EQ(app.Get("PdfH"), "30");
 }
 
-TEST_F(QxImgToolPdf, TellsWhatIsWrongInsteadOfACount) {
+TEST_F(QxImgToolPdf, ReportsWhatIsWrongInsteadOfACount) {
   app.Set("GetPdfPages", "7");
   app.Set("PdfW", "7");
   struct Case {
@@ -219,7 +219,7 @@ class QxImgToolSplit : public QxImgToolPdf {
   void SetUp() override { app.Write("Images/.keep", ""); }
 
   // Pages in the draft of the result.
-  int PagesTaken() {
+  int PagesRead() {
     int pages = 0;
     for (const std::string& name : app.Names()) {
       if (!name.starts_with(".")) continue;
@@ -294,8 +294,8 @@ TEST_F(QxImgToolSplit, EndsWithAnotherRunAndThenReplacesNothing) {
     const pid_t tool = Split(pdf, app.Path(out));
     ASSERT_TRUE(Until([&] { return app.Exists("Images/0002.jpg"); }));
     app.Set("SplitPdf", "2");
-    // The tool has to have seen the count before it is taken back.
-    ASSERT_TRUE(Until([&] { return PagesTaken() == 2 && app.Exists("Images/0003.jpg"); }));
+    // The tool must have read the count before it is removed.
+    ASSERT_TRUE(Until([&] { return PagesRead() == 2 && app.Exists("Images/0003.jpg"); }));
     app.Set("SplitPdf", "");
     app.Wait(tool);
     for (const char* page : {"1", "2", "3"}) {
@@ -306,7 +306,7 @@ TEST_F(QxImgToolSplit, EndsWithAnotherRunAndThenReplacesNothing) {
   EXPECT_EQ(app.Read("old.pdf"), "what stood there");
 }
 
-TEST_F(QxImgToolSplit, TellsWhatIsWrong) {
+TEST_F(QxImgToolSplit, ReportsWhatIsWrong) {
   EXPECT_EQ(app.Wait(Split(app.Path("none.pdf"), app.Path("out.pdf"))).exit, 1);
   EXPECT_EQ(app.Get("SplitPdf"), "文件不存在");
   EXPECT_EQ(app.Wait(Split(Pdf("l.pdf", {{}}, "", Lock::Password), app.Path("out.pdf"))).exit, 1);

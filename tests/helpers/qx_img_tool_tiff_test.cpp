@@ -61,7 +61,7 @@ TEST_F(QxImgToolTiff, CountsPagesAndLeavesTheFirst) {
   EXPECT_EQ(DpiOf(app.Path("Tmp.jpg")), 200);
 }
 
-TEST_F(QxImgToolTiff, TellsWhatIsWrongInsteadOfACount) {
+TEST_F(QxImgToolTiff, ReportsWhatIsWrongInsteadOfACount) {
   app.Set("GetTiffPages", "9");
   app.Write("text.tif", "no TIFF");
   app.Write("empty.tif", "");

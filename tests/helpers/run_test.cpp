@@ -130,7 +130,7 @@ TEST_F(RunTest, TwoRunsDoNotMeet) {
 }
 
 // Both orders stand under the same key.
-TEST_F(RunTest, TwoRunsDoNotTakeEachOthersExif) {
+TEST_F(RunTest, TwoRunsDoNotReadEachOthersExif) {
   fs::create_directory(folder.Path("out2"));
   fs::copy_file(folder.Path("in/a.jpg"), folder.Path("in/b.jpg"));
   SetMaker(folder.Path("in/a.jpg"), "First");
@@ -185,7 +185,7 @@ TEST_F(RunTest, AHelperThatHangsIsEndedByAStop) {
 }
 
 // The cut stands; what the helper would have added is said to be missing.
-TEST_F(RunTest, ANameThatNoOrderCanCarryIsTold) {
+TEST_F(RunTest, ANameThatNoOrderCanCarryIsReported) {
   source = "a|b.jpg";
   fs::copy_file(folder.Path("in/a.jpg"), folder.Path("in/" + source));
   const ProgramResult result = Run(kExif);

@@ -49,7 +49,7 @@ TEST_F(SavePicsToTiff, KeepsTheColoursOfPagesThatGoBackIntoATiff) {
   EXPECT_EQ(Load(app.Path("a.tif")), Load(page));
 }
 
-TEST_F(SavePicsToTiff, TakesEveryPageOfATiff) {
+TEST_F(SavePicsToTiff, IncludesEveryPageOfATiff) {
   const std::string page = Picture("1.png", Plain(10, 20, {20, 20, 20}));
   ASSERT_EQ(Run({app.Path("a.tif"), "SaveNew", page, page}).exit, 0);
   ASSERT_EQ(Run({app.Path("b.tif"), "SaveNew", app.Path("a.tif"), page}).exit, 0);

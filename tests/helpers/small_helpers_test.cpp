@@ -40,7 +40,7 @@ TEST_F(PicCirleCut, CutsAnEllipseWithAHardEdge) {
   }
 }
 
-TEST_F(PicCirleCut, TakesAnyPictureAndMayReplaceItsSource) {
+TEST_F(PicCirleCut, AcceptsAnyPictureAndMayReplaceItsSource) {
   Save(app.Path("a.jpg"), Plain(50, 50, {90, 80, 70}), 300);
   ASSERT_EQ(Run(app.Path("a.jpg"), app.Path("out.png"), "0\t0\t50\t50").exit, 0);
   EXPECT_EQ(DpiOf(app.Path("out.png")), 300);
@@ -48,7 +48,7 @@ TEST_F(PicCirleCut, TakesAnyPictureAndMayReplaceItsSource) {
   EXPECT_EQ(Load(app.Path("out.png")).At(5, 5), (std::vector<int>{90, 80, 70, 255}));
 }
 
-TEST_F(PicCirleCut, LeavesNoTargetWhereItFails) {
+TEST_F(PicCirleCut, LeavesNoTargetIfItFails) {
   Save(app.Path("a.png"), Waves(10, 10));
   app.Write("text.png", "no picture");
   struct Case {
@@ -106,7 +106,7 @@ TEST_F(PicsToAniGif, HasUsualPlacesForListAndResult) {
   EXPECT_EQ(LoadFilm(app.Path("work/Tmp.gif")).frames, 1);
 }
 
-TEST_F(PicsToAniGif, LeavesNoTargetWhereItFails) {
+TEST_F(PicsToAniGif, LeavesNoTargetIfItFails) {
   EXPECT_EQ(Run("20\t10").exit, 1);
   for (const char* list : {"", "none.png\n", "../../2.png\n", "1.png\nnone.png\n"}) {
     app.Write("work/Gif.txt", list);
@@ -148,7 +148,7 @@ TEST_F(QxBackOCRer, SaysThatTesseractIsMissing) {
   EXPECT_EQ(app.Get("OCRRes"), "文字识别失败：本机没有安装Tesseract");
 }
 
-TEST_F(QxBackOCRer, LeavesNoOldTextBehind) {
+TEST_F(QxBackOCRer, LeavesNoOldText) {
   app.Set("OCRRes", "of another picture");
   app.Write("text.png", "no picture");
   EXPECT_EQ(Run("Quillon\n" + app.Path("none.png")).exit, 1);

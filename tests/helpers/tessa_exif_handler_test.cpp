@@ -119,7 +119,7 @@ TEST_F(ExifTest, KnowsPngAndTiffToo) {
   }
 }
 
-TEST_F(ExifTest, TakesATiffAsASource) {
+TEST_F(ExifTest, AcceptsATiffAsASource) {
   const std::string source = Source("a.tif");
   const std::string target = folder.Path("b.jpg");
   Save(target, Waves(30, 20), 300);

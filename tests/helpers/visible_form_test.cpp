@@ -49,7 +49,7 @@ TEST_F(VisibleForm, WithoutADisplayTheOrderIsCarriedOut) {
   }
 }
 
-TEST_F(VisibleForm, WithADisplayAWindowIsShownThatIsNotShutIn) {
+TEST_F(VisibleForm, WithADisplayAnUnconfinedWindowIsShown) {
   setenv("QT_QPA_PLATFORM", "offscreen", 1);
   setenv("QUILLON_APP", app.Path().c_str(), 1);
   for (const std::vector<std::string>& parameters : {std::vector<std::string>{"3"}, {}}) {

@@ -18,7 +18,7 @@ TEST(BackgroundCall, IsDoneOnceItsWorkIs) {
   EXPECT_EQ(*value, 7);
 }
 
-TEST(BackgroundCall, IsToldToStop) {
+TEST(BackgroundCall, IsAskedToStop) {
   auto stopped = std::make_shared<std::atomic<bool>>(false);
   {
     const BackgroundCall errand([stopped](const std::atomic<bool>& stop) {
@@ -32,7 +32,7 @@ TEST(BackgroundCall, IsToldToStop) {
 }
 
 // A call that hangs is abandoned, and may return when nobody waits for it any more.
-TEST(BackgroundCall, IsLeftBehindWhenItNeverComesBack) {
+TEST(BackgroundCall, IsAbandonedIfItNeverReturns) {
   struct Gate {
     std::mutex mutex;
     std::condition_variable opened;

@@ -156,7 +156,7 @@ TEST_F(DiskThreadTest, AStopOfEarlierWorkDoesNotMatter) {
   EXPECT_EQ(thread.Run(Hanging()).Why(), kDiskUnresponsive);
 }
 
-TEST_F(DiskThreadTest, ACallThatComesBackInTheEndIsNotGivenUp) {
+TEST_F(DiskThreadTest, ACallThatReturnsLateIsNotAbandoned) {
   onTurn = [this] {
     if (turns == 20) gate->Open();
     if (turns > 20) seconds -= 1;  // no time goes by while the thread wakes up

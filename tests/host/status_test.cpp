@@ -19,7 +19,7 @@ TEST(Status, StartsFine) {
   EXPECT_TRUE(Status::FromErrno(0));
 }
 
-TEST(Status, TellsProblemsApart) {
+TEST(Status, DistinguishesProblems) {
   struct Row {
     int error;
     Problem problem;

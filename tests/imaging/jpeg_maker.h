@@ -85,7 +85,7 @@ std::vector<Plane> ReadPlanes(const std::string& bytes);
 // Encodes components as they are, sampled as options say; padded has to be whole blocks.
 std::string MakeJpegOfPlanes(base::Size size, const std::vector<Plane>& planes, const MakeOptions& options);
 
-// The rectangle, with white as given where it leaves the picture.
+// Returns the rectangle; pixels outside the picture get the given white.
 Pixels CutPixels(const Pixels& whole, base::Rect rect, const std::vector<int>& white);
 
 }  // namespace quillon::imaging::testing

@@ -37,7 +37,7 @@ inline std::string Png(int width, int height, const std::string& more) {
          more + Chunk("IDAT", "") + Chunk("IEND", "");
 }
 
-// One directory behind the pixels, as many writers have it.
+// A TIFF with one directory after the pixels, as many writers place it.
 inline std::string Tiff(bool big, int width, int height, unsigned dpi, unsigned unit) {
   const auto number = [&](unsigned long value, int size) { return big ? Big(value, size) : Little(value, size); };
   const auto entry = [&](unsigned tag, unsigned type, unsigned long value) {

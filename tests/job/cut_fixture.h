@@ -42,7 +42,7 @@ struct Picture {
 
 using Paint = std::function<Pixel(int x, int y)>;
 
-// Smooth, and different at every place, so that a pixel tells where it came from.
+// Smooth, and different at every place, so that a pixel identifies its place in the source.
 inline Pixel Slope(int x, int y) { return {(x * 2) % 256, (y * 2) % 256, (x + y) % 256}; }
 
 inline Picture Painted(int width, int height, const Paint& paint) {
@@ -92,7 +92,7 @@ inline std::string BitmapBytes(const Picture& picture) {
   return bytes;
 }
 
-// Hears a run out.
+// Records everything that a run reports.
 class Recorder final : public RunObserver {
  public:
   void RunStarted(std::size_t planned) override { started.push_back(planned); }
@@ -103,7 +103,7 @@ class Recorder final : public RunObserver {
     if (onFileDone) onFileDone(file);
   }
   void FileLost(const FileResult& file, const std::string&) override { lost.push_back(file); }
-  void OlderLeft(const std::string& path) override { olderLeft.push_back(path); }
+  void StaleOutputLeft(const std::string& path) override { staleOutputsLeft.push_back(path); }
   void RunEnded(const RunTotals& totals) override { ended.push_back(totals); }
   void FileNotListed(const std::string& source, const std::string& why) override {
     notListed.emplace_back(source, why);
@@ -117,7 +117,7 @@ class Recorder final : public RunObserver {
   std::vector<std::string> begun;
   std::vector<FileResult> done;
   std::vector<FileResult> lost;
-  std::vector<std::string> olderLeft;
+  std::vector<std::string> staleOutputsLeft;
   std::vector<RunTotals> ended;
   std::vector<std::pair<std::string, std::string>> notListed;
   std::vector<std::pair<std::string, std::string>> filteredOut;
@@ -192,7 +192,7 @@ class CutTest : public StartedTest {
 
   void List(const std::vector<std::string>& paths) { program.Intake().Admit(paths); }
   void Cut() { Click("menuNormalCut"); }
-  // What the rows tell, for messages of failed tests.
+  // Returns the reasons of all rows, for messages of failed tests.
   std::string Whys() const {
     std::string all;
     for (const auto& [path, why] : recorder.notListed) all.append(path).append(": ").append(why).append("; ");

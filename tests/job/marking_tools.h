@@ -13,7 +13,7 @@
 
 namespace quillon::job {
 
-// Puts a mark behind the picture that it is given, so that an output tells what was done to it, in which order and how
+// Appends a mark to each picture that it handles, so that an output shows what was done to it, in which order and how
 // often.
 class MarkingTools final : public OutputTools {
  public:

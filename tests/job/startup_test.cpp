@@ -10,7 +10,7 @@ namespace {
 
 using host::Reply;
 
-// Looks at the world at each scan for processes.
+// Calls a function of the test at each scan for processes.
 class WatchedProcesses final : public host::Processes {
  public:
   explicit WatchedProcesses(host::Processes& processes) : processes_(processes) {}
@@ -278,7 +278,7 @@ TEST_F(StartTest, DraftsOfAKilledRunAreSwept) {
   EXPECT_TRUE(AppHas("Tmp.jpg"));
 }
 
-TEST_F(StartTest, TheSheetWindowIsShownWhereItIsLoaded) {
+TEST_F(StartTest, TheSheetWindowIsShownIfItIsLoaded) {
   controls::Window sheets("FArray", "");
   program.windows.Add(sheets);
   flags.ArrayLoaded = true;
@@ -286,7 +286,7 @@ TEST_F(StartTest, TheSheetWindowIsShownWhereItIsLoaded) {
   EXPECT_TRUE(sheets.Visible());
 }
 
-TEST_F(StartTest, TheSheetWindowStaysAwayWhereItIsNotLoaded) {
+TEST_F(StartTest, TheSheetWindowIsNotShownIfItIsNotLoaded) {
   controls::Window sheets("FArray", "");
   program.windows.Add(sheets);
   ASSERT_TRUE(program.Start());

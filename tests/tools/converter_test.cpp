@@ -290,7 +290,7 @@ TEST_F(ConverterTest, AnOrderOfACrashedRunIsWrittenOver) {
 }
 
 // Missing in the folder, twin and all, but present in the system's.
-TEST_F(ConverterTest, TheSystemsProgramIsTakenAtTheSecondTry) {
+TEST_F(ConverterTest, TheSystemsProgramIsUsedAtTheSecondTry) {
   (void)world.host.files.RemoveOwn(Path("app/PicCutConverter.dll"));
   for (const char* name : {"system/PicCutConverter.dll", "system/PicCutConverter.exe"}) {
     world.folder.Write(name, name);
@@ -354,8 +354,8 @@ TEST_F(ConverterTest, EveryTryMaySucceedAndClearsTheFlag) {
   }
 }
 
-// Nobody takes an older file for the result of a helper that died.
-TEST_F(ConverterTest, AnOlderTargetDoesNotPassForTheNewOne) {
+// An older file must not be mistaken for the result of a helper that died.
+TEST_F(ConverterTest, AStaleTargetIsNotMistakenForTheNewOne) {
   world.folder.Write("app/Tmp.jpg", "older");
   EXPECT_FALSE(converter.ZoomHuge("/in/a.jpg", Path("app/Tmp.jpg"), 60, 20, 98, 32, 32, false));
   EXPECT_FALSE(world.folder.Exists("app/Tmp.jpg"));
@@ -378,7 +378,7 @@ TEST_F(ConverterTest, GarbageIsNoPicture) {
   EXPECT_FALSE(world.folder.Exists("out/b.jpg"));
 }
 
-// A helper that dies, or does not start, takes no source with it that it was to replace.
+// If a helper dies or does not start, the source that it was to replace stays.
 TEST_F(ConverterTest, ASourceThatWasToBeReplacedStays) {
   const std::string file = world.folder.Write("in/a.jpg", "source");
   const std::string part = world.folder.Write("in/b_01.jpg", "source");

@@ -101,7 +101,7 @@ TEST_F(PicHandlerTest, ARefusedCopyStops) {
   EXPECT_EQ(world.folder.Read("out/a.jpg"), "rgb");
 }
 
-TEST_F(PicHandlerTest, APdfIsMadeWithTheTwinCopiedWhereItIsMissing) {
+TEST_F(PicHandlerTest, APdfIsMadeWithTheTwinCopiedIfItIsMissing) {
   WriteApp("PicHandler.dll", "twin");
   const std::string file = world.folder.Write("out/a.jpg", "rgb");
   const std::string base = world.folder.Path("out/a");
@@ -173,7 +173,7 @@ TEST_F(ExifTest, AToolThatHangsIsLeftAfterTwentySeconds) {
   EXPECT_EQ(Key("Exif"), "");
 }
 
-TEST_F(ExifTest, ATargetThatIsNotWrittenAnewIsTold) {
+TEST_F(ExifTest, ATargetThatIsNotWrittenAgainIsReported) {
   Helper("TessaExifHandler.exe", 1);
   EXPECT_EQ(CopyExif(tools, "/in/a.jpg", target).Why(), "TessaExifHandler 没有写入");
   EXPECT_EQ(world.folder.Read("out/a.jpg"), "plain");
@@ -250,7 +250,7 @@ TEST_F(ImgToolTest, ACountBelowZeroIsNone) {
   EXPECT_EQ(CountedTiff("/in/a.tif"), 0);
 }
 
-TEST_F(ImgToolTest, AToolThatDoesNotStartIsTold) {
+TEST_F(ImgToolTest, AToolThatDoesNotStartIsReported) {
   world.shell.SetResult("QxImgTool", 33);
   PdfPages pages{1, 2, 3};
   EXPECT_EQ(CountPdfPages(tools, "/in/a.pdf", 72, 90, pages).Why(), "无法启动 QxImgTool");
@@ -272,7 +272,7 @@ TEST_F(ImgToolTest, AStopEndsACount) {
   EXPECT_EQ(world.processes.Ended().size(), 2u);
 }
 
-// Deleted while the program runs, it is there again at the next start, whatever it is started for.
+// If it is deleted while the program runs, the next start of any task copies it again.
 TEST_F(ImgToolTest, TheTwinIsCopiedAgainBeforeAnyRun) {
   WriteApp("QxImgTool.dll", "twin");
   BinderFeed feed(tools);
@@ -397,7 +397,7 @@ class BinderTest : public ToolsFixture {
   std::string first = world.folder.Write("a.jpg", "x");
 };
 
-TEST_F(BinderTest, EachPictureWaitsUntilItIsTaken) {
+TEST_F(BinderTest, EachPictureWaitsUntilItIsRead) {
   BinderFeed feed(tools);
   Helper("QxImgTool.exe", 0);
   world.pump.OnTurn(3, [this] {
@@ -561,7 +561,7 @@ TEST_F(SmallCallsTest, TextIsReadWithoutAnEffectiveLimit) {
   EXPECT_TRUE(world.processes.Ended().empty());
 }
 
-// Before the first look for a process that may not be seen yet.
+// Before the first scan for a process that may not be seen yet.
 TEST_F(SmallCallsTest, TheWaitsBeginWithTheirPauses) {
   WriteApp("QxBackOCRer.dll", "twin");
   double before = world.clock.Seconds();
@@ -648,7 +648,7 @@ TEST_F(TiffsMakerTest, TwoSecondsAPageAreTheMost) {
   }
 }
 
-TEST_F(TiffsMakerTest, APictureThatWasToBeReplacedStaysWhereNothingWasMade) {
+TEST_F(TiffsMakerTest, APictureThatWasToBeReplacedStaysIfNothingWasMade) {
   pictures.push_back(out);
   Helper("DCTiffsMaker.exe", 5);
   EXPECT_EQ(Run().Why(), "没有生成Tiff");
@@ -661,7 +661,7 @@ TEST_F(TiffsMakerTest, GarbageIsNoTiff) {
   EXPECT_FALSE(world.folder.Exists("out/a.tif"));
 }
 
-TEST_F(TiffsMakerTest, WhatItFailsWithIsTold) {
+TEST_F(TiffsMakerTest, WhatItFailsWithIsReported) {
   Helper("DCTiffsMaker.exe", 5, [this](const std::string&) { WriteKey(world.host, "MakeTiffProg", "没有图片"); });
   EXPECT_EQ(Run().Why(), "没有图片");
   Helper("DCTiffsMaker.exe", 5, [this](const std::string&) { WriteKey(world.host, "MakeTiffProg", "FullDisk"); });

@@ -80,7 +80,7 @@ TEST_F(TiffOrderTest, ANewNameIsTriedOut) {
   }
 }
 
-TEST_F(TiffOrderTest, ANameThatIsShortIsTakenAsItIs) {
+TEST_F(TiffOrderTest, AShortNameIsUsedAsItIs) {
   target = world.folder.Write("out/Tiff.tif", "to be replaced");
   Order("SaveNew", "/in/a.jpg", Finish::No);
   EXPECT_EQ(orders.NewTiff(), target);
@@ -219,7 +219,7 @@ TEST_F(TiffOrderTest, AMissingToolIsNoLackOfTheRuntime) {
   EXPECT_TRUE(world.boxes.All().empty());
 }
 
-TEST_F(TiffOrderTest, NamesThatCannotBeCarriedAreTold) {
+TEST_F(TiffOrderTest, NamesThatCannotBeCarriedAreReported) {
   std::string order;
   Helper("SavePicsToTiff.exe", 1, [&](const std::string&) { order = world.folder.Read("app/Ops.txt"); });
   Order("SaveNew", "/in/a\nb.jpg", Finish::No);

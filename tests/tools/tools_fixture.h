@@ -30,10 +30,10 @@ class ToolsFixture : public ::testing::Test {
     world.shell.OnStart([this](const auto& start) { OnStart(start.program, Joined(start.arguments)); });
   }
 
-  // The next starts of that program do that and run for so many looks; 0 looks: until it is ended.
-  void Helper(const std::string& program, int looks, Act act = {}) {
+  // The next starts of that program call act and run for so many process scans; 0: until the program is ended.
+  void Helper(const std::string& program, int scans, Act act = {}) {
     program_ = program;
-    looks_ = looks;
+    scans_ = scans;
     act_ = std::move(act);
   }
 
@@ -63,12 +63,12 @@ class ToolsFixture : public ::testing::Test {
  private:
   void OnStart(const std::string& program, const std::string& parameters) {
     if (program != program_) return;
-    if (looks_ >= 0) world.processes.Add({++id_, program, world.host.programFolder, true}, looks_);
+    if (scans_ >= 0) world.processes.Add({++id_, program, world.host.programFolder, true}, scans_);
     if (act_) act_(parameters);
   }
 
   std::string program_;
-  int looks_ = 0;
+  int scans_ = 0;
   Act act_;
   int id_ = 100;
 };

@@ -39,19 +39,19 @@ TEST_F(WaitsTest, AProcessOfThatNameFromElsewhereCounts) {
   EXPECT_EQ(world.processes.Scans(), 4);
 }
 
-TEST_F(WaitsTest, AWaitRestsBetweenLooks) {
+TEST_F(WaitsTest, AWaitRestsBetweenPolls) {
   world.processes.Add({1, "X.exe", world.host.programFolder, true}, 10);
   tools.Wait("X.exe");
   EXPECT_GE(world.clock.Slept(), 0.045);
   EXPECT_LT(world.clock.Slept(), 0.5);
 }
 
-// Looking for processes takes a while, as on a machine that runs thousands.
+// A search for processes that is slow, as on a machine that runs thousands.
 class SlowProcesses final : public host::Processes {
  public:
   static constexpr double kSeconds = 0.02;
 
-  SlowProcesses(host::testing::FakeClock& clock, int looks) : clock_(clock), left_(looks) {}
+  SlowProcesses(host::testing::FakeClock& clock, int scans) : clock_(clock), left_(scans) {}
   std::vector<host::ProcessFacts> Running() override {
     clock_.Advance(kSeconds);
     if (left_-- <= 0) return {};
@@ -79,8 +79,8 @@ host::Host WorldWith(host::testing::TestHost& world, host::Processes& processes)
 }
 
 TEST_F(WaitsTest, ALongRestHasTurnsWithinIt) {
-  constexpr int kLooks = 5;
-  SlowProcesses processes(world.clock, kLooks);
+  constexpr int kScans = 5;
+  SlowProcesses processes(world.clock, kScans);
   host::Host slow = WorldWith(world, processes);
   double last = 0;
   double longest = 0;
@@ -90,7 +90,7 @@ TEST_F(WaitsTest, ALongRestHasTurnsWithinIt) {
   });
   EXPECT_EQ(Tools(slow).Wait("X.exe"), WaitResult::Exited);
   EXPECT_LT(longest, 2 * SlowProcesses::kSeconds);
-  EXPECT_GT(world.clock.Seconds(), 9 * kLooks * SlowProcesses::kSeconds) << "looks take a tenth of the time";
+  EXPECT_GT(world.clock.Seconds(), 9 * kScans * SlowProcesses::kSeconds) << "polls need a tenth of the time";
 }
 
 TEST_F(WaitsTest, ALongRestEndsWithAStop) {
@@ -102,23 +102,23 @@ TEST_F(WaitsTest, ALongRestEndsWithAStop) {
   EXPECT_LT(world.clock.Seconds(), 5 * SlowProcesses::kSeconds);
 }
 
-TEST_F(WaitsTest, ALookCanEndTheWait) {
+TEST_F(WaitsTest, APollCanEndTheWait) {
   world.processes.Add({1, "X.exe", world.host.programFolder, true});
-  int looks = 0;
-  EXPECT_EQ(tools.Wait("X.exe", [&] { return ++looks == 4; }), WaitResult::Done);
-  EXPECT_EQ(looks, 4);
+  int polls = 0;
+  EXPECT_EQ(tools.Wait("X.exe", [&] { return ++polls == 4; }), WaitResult::Done);
+  EXPECT_EQ(polls, 4);
   EXPECT_TRUE(world.processes.Ended().empty());
 }
 
-TEST_F(WaitsTest, ALookSeesTheAnswerOfAHelperThatIsGone) {
+TEST_F(WaitsTest, APollSeesTheAnswerOfAHelperThatIsGone) {
   EXPECT_EQ(tools.Wait("X.exe", [] { return true; }), WaitResult::Done);
 }
 
-// It said so between a look and the scan that no longer found it.
-TEST_F(WaitsTest, ALookSeesWhatAHelperSaidLast) {
-  int looks = 0;
-  EXPECT_EQ(tools.Wait("X.exe", [&] { return ++looks == 2; }), WaitResult::Done);
-  EXPECT_EQ(looks, 2);
+// It said so between a poll and the scan that no longer found it.
+TEST_F(WaitsTest, APollSeesWhatAHelperSaidLast) {
+  int polls = 0;
+  EXPECT_EQ(tools.Wait("X.exe", [&] { return ++polls == 2; }), WaitResult::Done);
+  EXPECT_EQ(polls, 2);
   EXPECT_EQ(tools.Wait("X.exe", [] { return false; }), WaitResult::Exited);
 }
 

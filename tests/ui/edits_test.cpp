@@ -27,7 +27,7 @@ class Edits : public ::testing::Test {
   UiWorld ui_;
 };
 
-TEST_F(Edits, AreHandedOverWhenTheyAreFinished) {
+TEST_F(Edits, AreAppliedWhenTheyAreFinished) {
   Margin(0).setFocus();
   Margin(0).selectAll();
   QTest::keyClicks(&Margin(0), QStringLiteral("12"));
@@ -36,7 +36,7 @@ TEST_F(Edits, AreHandedOverWhenTheyAreFinished) {
   EXPECT_EQ(form().TCutValue[0].Value(), "12");
 }
 
-TEST_F(Edits, AreHandedOverBeforeACommandActs) {
+TEST_F(Edits, AreAppliedBeforeACommandActs) {
   Margin(0).setFocus();
   Margin(0).selectAll();
   QTest::keyClicks(&Margin(0), QStringLiteral("9"));
@@ -46,7 +46,7 @@ TEST_F(Edits, AreHandedOverBeforeACommandActs) {
   EXPECT_EQ(seen, "9");
 }
 
-TEST_F(Edits, AreHandedOverBeforeTheCutButtonActs) {
+TEST_F(Edits, AreAppliedBeforeTheCutButtonActs) {
   Margin(1).setFocus();
   Margin(1).selectAll();
   QTest::keyClicks(&Margin(1), QStringLiteral("8"));
@@ -74,14 +74,14 @@ TEST_F(Edits, ThatAreRefusedComeBackWithASentence) {
   EXPECT_EQ(ui_.world.boxes.Beeps(), beeps + 1);
 }
 
-TEST_F(Edits, OfANumberTakeNoLetters) {
+TEST_F(Edits, OfANumberAcceptNoLetters) {
   Margin(0).setFocus();
   Margin(0).selectAll();
   QTest::keyClicks(&Margin(0), QStringLiteral("1a2x"));
   EXPECT_EQ(Margin(0).Text(), QStringLiteral("12"));
 }
 
-TEST_F(Edits, OfANumberTakeFullWidthDigits) {
+TEST_F(Edits, OfANumberAcceptFullWidthDigits) {
   Put(ui_, form().TCutValue[0], "12");
   Margin(0).findChild<QLineEdit*>()->setText(QStringLiteral("３４"));
   QTest::keyClick(&Margin(0), Qt::Key_Return);
@@ -89,7 +89,7 @@ TEST_F(Edits, OfANumberTakeFullWidthDigits) {
   EXPECT_EQ(Margin(0).Text(), QStringLiteral("34"));
 }
 
-TEST_F(Edits, OfAWholeNumberTakeNoPoint) {
+TEST_F(Edits, OfAWholeNumberAcceptNoPoint) {
   QString text = QStringLiteral("1.5");
   int position = 0;
   EXPECT_EQ(NumberEdit(controls::Content::Integer).validate(text, position), QValidator::Invalid);
@@ -149,7 +149,7 @@ TEST_F(Edits, OfAFolderShowTheWholePath) {
   EXPECT_EQ(line->toolTip(), QStringLiteral("/tmp/out"));
 }
 
-TEST_F(Edits, LeaveAFolderAloneThatWasOnlyLookedAt) {
+TEST_F(Edits, LeaveAFolderAloneThatWasOnlyViewed) {
   form().LOutDir.SetText("/tmp/\xff/x");
   auto* line = ui_.Find<QLineEdit>(form().LOutDir);
   line->setFocus();

@@ -97,7 +97,7 @@ TEST_F(EveryControl, FollowsEnabledAndVisible) {
   }
 }
 
-TEST_F(EveryControl, TellsWhyItCannotBeUsedAboveItsTooltip) {
+TEST_F(EveryControl, ShowsWhyItCannotBeUsedAboveItsTooltip) {
   Control& quality = ui_.program.form1.TQuality;
   auto* widget = ui_.Find<QWidget>(quality);
   EXPECT_EQ(widget->toolTip(), QStringLiteral("请先启用“压缩”\n") + Shown(quality.Tooltip()));

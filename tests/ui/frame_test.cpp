@@ -148,7 +148,7 @@ TEST_F(FrameUi, AFixedFrameHasTheCursorOfMoving) {
   }
 }
 
-TEST_F(FrameUi, AGlanceTakesThePlaceOfThePictureUntilAnotherIsShown) {
+TEST_F(FrameUi, AGlanceReplacesThePictureUntilAnotherIsShown) {
   QImage red(80, 60, QImage::Format_RGB32);
   red.fill(Qt::red);
   canvas_.SetGlance(red);
@@ -179,7 +179,7 @@ TEST(FramePainter, DrawsThirdsAndTheCentre) {
   EXPECT_GT(brightness(60, 60), 40);
 }
 
-TEST_F(FrameUi, MillimetresAreToldWhereTheResolutionIsKnown) {
+TEST_F(FrameUi, MillimetresAreShownIfTheResolutionIsKnown) {
   preview_.SetPictureFrame({0, 0, 300, 150});
   EXPECT_EQ(canvas_.FrameText(), QStringLiteral("300 × 150 px"));
   preview_.SetDpi(254);
@@ -360,7 +360,7 @@ TEST_F(StepUi, F1ListsTheKeys) {
   });
 }
 
-TEST_F(StepUi, TheNextPictureIsFetchedWhileThisOneIsLookedAt) {
+TEST_F(StepUi, TheNextPictureIsLoadedWhileThisOneIsShown) {
   RunWith([this] {
     ui_.window.Loader().Wait();
     UiWorld::Turn();
@@ -371,7 +371,7 @@ TEST_F(StepUi, TheNextPictureIsFetchedWhileThisOneIsLookedAt) {
 
 // --- Prefetch
 
-TEST(EarlyPicture, IsHandedOverAtOnceUnlessTheFileChanged) {
+TEST(EarlyPicture, IsUsedAtOnceUnlessTheFileChanged) {
   std::vector<std::string> read;
   std::string version = "1";
   PreviewLoader loader([&](const std::string& path, QSize) {

@@ -55,7 +55,7 @@ TEST_F(GridModelTest, ShowsHeadersAndCells) {
   EXPECT_EQ(At(2, 0), QString());
 }
 
-TEST_F(GridModelTest, TakesNewRowsAtTheNextBatch) {
+TEST_F(GridModelTest, AddsNewRowsAtTheNextBatch) {
   QSignalSpy inserted(model_.get(), &QAbstractItemModel::rowsInserted);
   for (int i = 0; i < 1000; ++i) Append(i);
   EXPECT_EQ(model_->rowCount(), 0);

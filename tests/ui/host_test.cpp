@@ -131,7 +131,7 @@ TEST(Pump, LetsTimersRun) {
   EXPECT_TRUE(ran);
 }
 
-TEST(Screen, TellsRealPixels) {
+TEST(Screen, ReturnsRealPixels) {
   QtScreen screen;
   const QScreen* primary = QGuiApplication::primaryScreen();
   EXPECT_EQ(screen.DesktopSize().width, qRound(primary->size().width() * primary->devicePixelRatio()));
@@ -140,15 +140,15 @@ TEST(Screen, TellsRealPixels) {
 
 TEST(Shell, GoesOnWithoutAFileManager) {
   qputenv("DBUS_SESSION_BUS_ADDRESS", "unix:path=/nowhere");
-  host::testing::RecordingShell behind;
-  DesktopShell shell(behind);
+  host::testing::RecordingShell fallback;
+  DesktopShell shell(fallback);
   shell.OpenFolder("/tmp/输出");
   shell.Reveal("/tmp/a b.jpg");
-  for (int turn = 0; turn < 200 && behind.Revealed().empty(); ++turn) QTest::qWait(10);
-  EXPECT_EQ(behind.Folders(), std::vector<std::string>{"/tmp/输出"});
-  EXPECT_EQ(behind.Revealed(), std::vector<std::string>{"/tmp/a b.jpg"});
+  for (int turn = 0; turn < 200 && fallback.Revealed().empty(); ++turn) QTest::qWait(10);
+  EXPECT_EQ(fallback.Folders(), std::vector<std::string>{"/tmp/输出"});
+  EXPECT_EQ(fallback.Revealed(), std::vector<std::string>{"/tmp/a b.jpg"});
   EXPECT_EQ(shell.Start("/bin/true", {"x"}, "/tmp"), host::kStarted);
-  EXPECT_EQ(behind.Starts().size(), 1u);
+  EXPECT_EQ(fallback.Starts().size(), 1u);
 }
 
 // --- The wallpaper
@@ -192,7 +192,7 @@ TEST_F(WallpaperTest, OfXfceStandsInItsSettings) {
   EXPECT_EQ(Of("XFCE"), picture_);
 }
 
-TEST_F(WallpaperTest, IsEmptyWhereItCannotBeTold) {
+TEST_F(WallpaperTest, IsEmptyIfItIsNotKnown) {
   EXPECT_EQ(Of(""), "");
   EXPECT_EQ(Of("KDE"), "");
   EXPECT_EQ(Of("GNOME"), "");

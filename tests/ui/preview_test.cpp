@@ -119,7 +119,7 @@ TEST(FrameOutline, FollowsTheShape) {
 
 // --- Loading in the background
 
-TEST(PreviewLoader, HandsOverTheLastOneAskedFor) {
+TEST(PreviewLoader, DeliversTheLastOneRequested) {
   QSemaphore go;
   std::vector<std::string> read;
   PreviewLoader loader([&](const std::string& path, QSize) {

@@ -44,15 +44,15 @@ TEST(RunText, Summary) {
 
 TEST(RunMonitor, CountsRateAndTimeLeft) {
   host::testing::FakeClock clock;
-  std::vector<RunFigures> told;
+  std::vector<RunFigures> reported;
   std::vector<job::RunTotals> ended;
   RunMonitor monitor(
-      clock, [&](const RunFigures& figures) { told.push_back(figures); },
+      clock, [&](const RunFigures& figures) { reported.push_back(figures); },
       [&](const job::RunTotals& totals) { ended.push_back(totals); });
   monitor.RunStarted(10);
-  ASSERT_EQ(told.size(), 1u);
-  EXPECT_TRUE(told[0].running);
-  EXPECT_EQ(told[0].planned, 10u);
+  ASSERT_EQ(reported.size(), 1u);
+  EXPECT_TRUE(reported[0].running);
+  EXPECT_EQ(reported[0].planned, 10u);
 
   clock.Advance(2);
   for (int i = 0; i < 4; ++i) {
@@ -70,7 +70,7 @@ TEST(RunMonitor, CountsRateAndTimeLeft) {
   EXPECT_EQ(monitor.Figures().failed, 2u);
   EXPECT_EQ(monitor.Figures().done, 4u);
   monitor.RunEnded({.planned = 10, .written = 2});
-  EXPECT_FALSE(told.back().running);
+  EXPECT_FALSE(reported.back().running);
   ASSERT_EQ(ended.size(), 1u);
 }
 
@@ -141,7 +141,7 @@ TEST_F(RunWindow, ShowsProgressWhileItLasts) {
   EXPECT_EQ(Named<QLabel>("statusWord").text(), QStringLiteral("已终止：写出 2，用时 1.0 秒"));
 }
 
-TEST_F(RunWindow, CountsWithoutAPlanAndShowsTheShareOnceItIsKnown) {
+TEST_F(RunWindow, CountsWithoutAPlanAndShowsThePercentageOnceItIsKnown) {
   auto& progress = Named<QProgressBar>("progress");
   job::RunObserver& observer = *ui_.program.observer;
   observer.RunStarted(0);
@@ -219,7 +219,7 @@ class ResultColumn : public RunWindow {
   QVariant At(int row, int role, int column = 8) { return model().data(model().index(row, column), role); }
 };
 
-TEST_F(ResultColumn, StandsBehindTheEightOfTheRecord) {
+TEST_F(ResultColumn, FollowsTheEightOfTheRecord) {
   EXPECT_EQ(model().columnCount(), 9);
   EXPECT_EQ(model().headerData(8, Qt::Horizontal, Qt::DisplayRole).toString(), QStringLiteral("结果"));
   EXPECT_EQ(model().headerData(0, Qt::Horizontal, Qt::DisplayRole).toString(), QStringLiteral("文 件 名"));
@@ -227,7 +227,7 @@ TEST_F(ResultColumn, StandsBehindTheEightOfTheRecord) {
   EXPECT_EQ(At(0, Qt::DisplayRole, 3).toString(), QStringLiteral("400"));
 }
 
-TEST_F(ResultColumn, TellsTheResultAndWhy) {
+TEST_F(ResultColumn, ShowsTheResultAndWhy) {
   EXPECT_EQ(At(0, Qt::DisplayRole).toString(), QStringLiteral("✓"));
   EXPECT_EQ(At(1, Qt::DisplayRole).toString(), QStringLiteral("✗ 图片已损坏"));
   EXPECT_EQ(At(2, Qt::DisplayRole).toString(), QStringLiteral("– 小于指定尺寸"));

@@ -120,7 +120,7 @@ TEST(Theme, FollowsTheDesktopsWish) {
   EXPECT_FALSE(IsDark(QApplication::palette()));
 }
 
-TEST(Theme, ChineseTakesItsSimplifiedShapes) {
+TEST(Theme, ChineseUsesItsSimplifiedShapes) {
   EXPECT_TRUE(QApplication::font().families().contains(QStringLiteral("Noto Sans CJK SC")));
 }
 

@@ -29,7 +29,7 @@ namespace quillon::ui {
 namespace {
 
 constexpr const char* kHelper = QUILLON_BINARY_DIR "/bin/DCTiffsMaker.exe";
-constexpr int kPatience = 30'000;  // milliseconds that a test waits for another process
+constexpr int kTimeout = 30'000;  // milliseconds that a test waits for another process
 
 class TiffsMaker : public ::testing::Test {
  protected:
@@ -83,15 +83,15 @@ class TiffsMaker : public ::testing::Test {
   int Bar() { return window->findChild<QProgressBar*>()->value(); }
   bool Running() { return Button("停止")->isEnabled(); }
   bool Ends() {
-    return QTest::qWaitFor([&] { return !Running(); }, kPatience);
+    return QTest::qWaitFor([&] { return !Running(); }, kTimeout);
   }
   bool Starts() {
-    return QTest::qWaitFor([&] { return world.folder.Exists("app/pid"); }, kPatience);
+    return QTest::qWaitFor([&] { return world.folder.Exists("app/pid"); }, kTimeout);
   }
-  void Tell(const std::string& told) { world.settings.Set("DCTiffsMaker", "Default", "MakeTiffProg", told); }
+  void Report(const std::string& text) { world.settings.Set("DCTiffsMaker", "Default", "MakeTiffProg", text); }
   pid_t Helper() const { return std::stoi(world.folder.Read("app/pid")); }
   bool Says(const std::string& sentence) {
-    return QTest::qWaitFor([&] { return Status() == sentence; }, kPatience);
+    return QTest::qWaitFor([&] { return Status() == sentence; }, kTimeout);
   }
 
   host::testing::TestHost world;
@@ -157,7 +157,7 @@ TEST_F(TiffsMaker, ATargetGetsTheExtensionOfATiff) {
 
 // --- The list
 
-TEST_F(TiffsMaker, TakesPicturesOfAFolderAsAPersonCounts) {
+TEST_F(TiffsMaker, ReadsPicturesOfAFolderAsAPersonCounts) {
   order.pictures.clear();
   Open(kHelper);
   world.dialogs.ChooseFolderNext(Path("in"));
@@ -179,7 +179,7 @@ TEST_F(TiffsMaker, KeepsNamesThatTheScreenCannotShow) {
   EXPECT_EQ(window->Order().target, order.target);
 }
 
-TEST_F(TiffsMaker, PutsPicturesInOrderAndTakesThemAway) {
+TEST_F(TiffsMaker, OrdersAndRemovesPictures) {
   order.pictures = {"/1", "/2", "/3", "/4"};
   Open(kHelper);
   auto* list = Find<QListWidget>("list");
@@ -202,7 +202,7 @@ TEST_F(TiffsMaker, PutsPicturesInOrderAndTakesThemAway) {
   EXPECT_TRUE(window->Order().pictures.empty());
 }
 
-TEST_F(TiffsMaker, TakesWhatIsDroppedOnTheList) {
+TEST_F(TiffsMaker, AddsWhatIsDroppedOnTheList) {
   order.pictures.clear();
   Open(kHelper);
   QMimeData data;
@@ -290,17 +290,17 @@ TEST_F(TiffsMaker, SaysThatTheHelperIsMissing) {
 
 TEST_F(TiffsMaker, ShowsTheProgress) {
   Open(Waiting("exit 0\n"));
-  Tell("old news");
+  Report("old news");
   Press("开始");
   ASSERT_TRUE(Starts());
   EXPECT_EQ(Status(), "正在启动…");
   EXPECT_FALSE(Button("开始")->isEnabled());
   EXPECT_FALSE(Button("添加图片")->isEnabled());
   EXPECT_FALSE(Find<QListWidget>("list")->isEnabled());
-  Tell("Tiff压制中，2/2");
+  Report("Tiff压制中，2/2");
   EXPECT_TRUE(Says("Tiff压制中，2/2"));
   EXPECT_EQ(Bar(), 1);
-  Tell("True");
+  Report("True");
   world.folder.Write("app/go", "");
   ASSERT_TRUE(Ends());
   EXPECT_EQ(Status(), "已生成“a.tif”。");
@@ -309,7 +309,7 @@ TEST_F(TiffsMaker, ShowsTheProgress) {
 }
 
 struct EndCase {
-  const char* told;
+  const char* text;
   const char* script;
   const char* sentence;
 };
@@ -320,7 +320,7 @@ TEST_P(TiffsMakerEnds, InASentence) {
   Open(Waiting(GetParam().script));
   Press("开始");
   ASSERT_TRUE(Starts());
-  Tell(GetParam().told);
+  Report(GetParam().text);
   world.folder.Write("app/go", "");
   ASSERT_TRUE(Ends());
   EXPECT_EQ(Status(), GetParam().sentence);
@@ -385,7 +385,7 @@ TEST_F(TiffsMaker, ClosingEndsTheProcessAndEscapeDoesNot) {
   EXPECT_EQ(kill(helper, 0), -1);
 }
 
-TEST_F(TiffsMaker, AWindowThatIsTakenAwayTakesTheProcessAlong) {
+TEST_F(TiffsMaker, ClosingTheWindowEndsTheProcess) {
   Open(Waiting("exit 0\n"));
   Press("开始");
   ASSERT_TRUE(Starts());

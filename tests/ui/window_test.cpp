@@ -182,7 +182,7 @@ TEST_F(WindowTest, FilesDroppedAnywhereAreListed) {
   EXPECT_EQ(ui_.world.boxes.Count("每次拖放将清除"), 1);
 }
 
-TEST_F(WindowTest, NothingElseIsTakenByADrop) {
+TEST_F(WindowTest, NothingElseIsAcceptedByADrop) {
   EXPECT_FALSE(Drop(ui_.window, "http://somewhere/a.jpg"));
   form().MenuFiles.SetEnabled(false);
   EXPECT_FALSE(Drop(ui_.window, "file:///tmp/a.jpg"));
@@ -209,7 +209,7 @@ TEST_F(WindowTest, GroupsFoldAndUnfold) {
   EXPECT_TRUE(box->isVisible());
 }
 
-TEST_F(WindowTest, TheMarginsGroupTellsTheUnit) {
+TEST_F(WindowTest, TheMarginsGroupShowsTheUnit) {
   auto* header = ui_.Find<FoldGroup>(form().Frame2)->Header();
   EXPECT_EQ(header->text(), Shown(form().Frame2.Caption()));
   form().ChCutA.Set(!form().ChCutA.On());
@@ -218,7 +218,7 @@ TEST_F(WindowTest, TheMarginsGroupTellsTheUnit) {
 
 // --- The counts
 
-TEST_F(WindowTest, TheStatusBarTellsCountAndMaxima) {
+TEST_F(WindowTest, TheStatusBarShowsCountAndMaxima) {
   form().LStatus.SetText("文件数：3  最大值：10x20像素");
   EXPECT_EQ(ui_.Find<QLabel>(form().LStatus)->text(), QStringLiteral("文件数：3  最大值：10x20像素"));
 }

@@ -30,8 +30,8 @@ class Reporter {
   virtual void Show(const Progress&) {}
   // Called before a file is handled; source is "" if none is being handled any more.
   virtual void FileStarted(const std::string& /*source*/) {}
-  // Called by a run with only a share of the files if an output could not be made and an older file of its name exists.
-  // The run leaves that file alone, because it may be the output of another share.
+  // Called by a run of one shard if an output could not be made and an older file of its name exists. The run leaves
+  // that file in place, because another shard may have written it.
   virtual void StaleOutputLeft(const std::string& /*path*/) {}
   // Called in a worker when the journal of a part of a job is asked for, and when the part is done.
   virtual void JournalOpened(const host::JobPart&) {}
@@ -112,8 +112,8 @@ class TextReporter final : public Reporter {
   std::size_t omitted_ = 0;                 // further files without output, of which only the number is kept
 };
 
-// Returns "处理中 12/300  4%  35.2 张/秒  剩余 0:08". If the number of files is not known, it has no share and no time
-// left. Returns the status text if no run goes on.
+// Returns "处理中 12/300  4%  35.2 张/秒  剩余 0:08". If the number of files is not known, it has no percentage and no
+// time left. Returns the status text if no run goes on.
 std::string ProgressText(const Progress& progress);
 // Returns a print event as text for people: one to three lines.
 std::string PrintText(const Event& print);

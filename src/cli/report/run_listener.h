@@ -41,7 +41,7 @@ class RunListener final : public job::RunObserver {
   void RunPlanned(std::size_t planned) override { progress_.planned = planned; }
   void FileDone(const job::FileResult& file) override;
   void FileLost(const job::FileResult& file, const std::string& output) override;
-  void OlderLeft(const std::string& path) override { reporter_.StaleOutputLeft(path); }
+  void StaleOutputLeft(const std::string& path) override { reporter_.StaleOutputLeft(path); }
   void RunEnded(const job::RunTotals& totals) override;
   void FileNotListed(const std::string& source, const std::string& why) override;
   void FileFilteredOut(const std::string& source, const std::string& why) override;

@@ -10,11 +10,10 @@
 
 #include "host/files/files.h"
 
-// Whether two looks at a path met the same file, and with the same content. Every comparison of files is one of the
-// questions here.
+// Compares two stats of a path: same file? same content? Every comparison of files uses one of these functions.
 namespace quillon::host {
 
-// What a file was like at one look, kept to recognise it at a later one. Times are nanoseconds since 1970.
+// The result of one stat, stored to recognise the file at a later one. Times are nanoseconds since 1970.
 struct FileStamp {
   std::uint64_t size = 0;
   std::int64_t modified = 0;
@@ -57,7 +56,8 @@ bool SameFile(const Facts& a, const Facts& b) {
 // --- Also if the disk was mounted anew meanwhile, for what a journal keeps. Removable and network disks number their
 // files anew with each mount, and some do not store the time of the last change: it is that of the content then.
 
-// The same bytes, as far as size and time show; maybe in another file. Stats: FileStamp, FileFacts or DiskFacts.
+// The same size and time, so very probably the same bytes; maybe in another file. Stats: FileStamp, FileFacts or
+// DiskFacts.
 template <class Stats>
 bool SameContent(const Stats& before, const Stats& now) {
   return before.size == now.size && before.modified == now.modified;

@@ -20,7 +20,7 @@ struct ProfileRequest {
   std::string destination;  // the extension selects the format; formats other than jpg and tif convert CMYK to sRGB
   std::string screen;       // RGB profile
   std::string press;        // RGB or CMYK profile
-  int quality = 0;          // jpeg only, 1..100; 0 takes that of a source jpeg, or 92 if it is unknown
+  int quality = 0;          // jpeg only, 1..100; 0 uses that of a source jpeg, or 92 if it is unknown
   int dpi = 0;              // 0 keeps the resolution of the source
 };
 

@@ -34,7 +34,7 @@ constexpr std::array<int, 64> kStandard = {16, 11, 10, 16, 24,  40,  51,  61,  1
 int Byte(std::string_view bytes, std::size_t at) { return static_cast<unsigned char>(bytes[at]); }
 int Word(std::string_view bytes, std::size_t at) { return Byte(bytes, at) << 8 | Byte(bytes, at + 1); }
 
-// The frame headers of all processes; between their numbers are three other markers.
+// Frame markers SOF0 to SOF15, without DHT, JPG and DAC.
 bool IsFrame(int marker) {
   constexpr int kHuffmanTables = 0xC4;
   constexpr int kExtensions = 0xC8;

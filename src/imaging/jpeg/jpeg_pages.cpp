@@ -40,7 +40,7 @@ jvirt_barray_ptr JpegPages::OnRequest(j_common_ptr info, int pool, boolean zeroe
   return array;
 }
 
-// Now they have their memory, one block each, and nothing has touched it.
+// Each array is allocated in one block, but not yet touched.
 void JpegPages::OnRealize(j_common_ptr info) {
   JpegPages& self = *static_cast<JpegPages*>(info->client_data);
   self.realize_(info);

@@ -205,7 +205,7 @@ int JpegSource::NextMarker(Rest rest) {
     }
     Skip(before);
     if (NextByte() != 0xFF) {
-      // The byte that a fresh block began with: looked at again by the search.
+      // The search must read again the byte with which a fresh block began.
       ++manager_.base.bytes_in_buffer;
       --manager_.base.next_input_byte;
       continue;

@@ -73,8 +73,8 @@ class JpegSource {
   Status Open(const std::string& path, JpegHead& head);
   void Attach(jpeg_decompress_struct& decoder);
 
-  // Follows the data from where the decoder stands to the end-of-image marker; fails when there is none. AllDecoded:
-  // what is left of the entropy-coded data may only be padding.
+  // Reads to the end-of-image marker; fails if it is missing. AllDecoded: the rest of the entropy-coded data must be
+  // padding.
   enum class Rest { Undecoded, AllDecoded };
   void CheckToEnd(int unreadMarker, Rest rest);
 
@@ -104,7 +104,7 @@ class JpegSource {
   Manager manager_{};
 };
 
-// Hands what libjpeg writes to a sink, block by block.
+// Passes what libjpeg writes to a sink, block by block.
 class JpegTarget {
  public:
   JpegTarget(JpegErrors& errors, const ByteSink& sink) : errors_(errors), sink_(sink) {}

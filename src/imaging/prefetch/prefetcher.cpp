@@ -35,9 +35,9 @@ constexpr double kLastSecond = 1;
 
 Status DiskSilent() { return {Problem::Stopped, host::kDiskUnresponsive}; }
 
-Prefetcher::Bounds WithClock(Prefetcher::Bounds bounds) {
-  if (!bounds.seconds) bounds.seconds = host::SystemSeconds;
-  return bounds;
+PrefetchLimits WithClock(PrefetchLimits limits) {
+  if (!limits.seconds) limits.seconds = host::SystemSeconds;
+  return limits;
 }
 
 }  // namespace
@@ -46,14 +46,14 @@ Prefetcher::Bounds WithClock(Prefetcher::Bounds bounds) {
 // the Prefetcher is gone.
 class Prefetcher::Engine : public std::enable_shared_from_this<Engine> {
  public:
-  Engine(host::Files& files, Worker worker, Measurement measurement, Bounds bounds)
+  Engine(host::Files& files, Worker worker, Measurement measurement, PrefetchLimits limits)
       : files_(files),
         worker_(std::move(worker)),
         measurement_(std::move(measurement)),
-        bounds_(WithClock(std::move(bounds))),
-        plan_(bounds_.planned),
-        memory_(bounds_.results, bounds_.working),
-        threads_(bounds_.threads) {}
+        limits_(WithClock(std::move(limits))),
+        plan_(limits_.planned),
+        memory_(limits_.results, limits_.working),
+        threads_(limits_.threads) {}
 
   // The operations of Prefetcher; End is its destructor.
   void PlanWork(const std::vector<FileWork>& upcoming);
@@ -98,7 +98,7 @@ class Prefetcher::Engine : public std::enable_shared_from_this<Engine> {
   host::Files& files_;
   const Worker worker_;
   const Measurement measurement_;
-  const Bounds bounds_;
+  const PrefetchLimits limits_;
 
   std::mutex mutex_;
   std::condition_variable wake_;      // work may be waiting
@@ -195,13 +195,13 @@ void Prefetcher::Engine::StartThreads() {
 template <class Condition>
 Status Prefetcher::Engine::WaitUntil(Lock& lock, const std::function<void()>& pump, PrefetchTask& task,
                                      Condition condition) {
-  const double began = bounds_.seconds();
+  const double began = limits_.seconds();
   while (!task.abandoned && !finished_.wait_for(lock, kPumpInterval, condition)) {
     lock.unlock();
     if (pump) pump();
-    const bool stopped = bounds_.stopped && bounds_.stopped();
+    const bool stopped = limits_.stopped && limits_.stopped();
     lock.lock();
-    const double now = bounds_.seconds();
+    const double now = limits_.seconds();
     Abandon(now, host::kDiskTimeoutSeconds);
     if (task.abandoned) break;
     // A task that was not begun may wait for others that hang.
@@ -389,8 +389,8 @@ void Prefetcher::Engine::EndMeasure() {
 
 // --- The face.
 
-Prefetcher::Prefetcher(host::Files& files, Worker worker, Measurement measurement, Bounds bounds)
-    : engine_(std::make_shared<Engine>(files, std::move(worker), std::move(measurement), std::move(bounds))) {}
+Prefetcher::Prefetcher(host::Files& files, Worker worker, Measurement measurement, PrefetchLimits limits)
+    : engine_(std::make_shared<Engine>(files, std::move(worker), std::move(measurement), std::move(limits))) {}
 
 Prefetcher::~Prefetcher() { engine_->End(); }
 

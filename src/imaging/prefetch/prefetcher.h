@@ -15,6 +15,16 @@
 
 namespace quillon::imaging {
 
+// By default results and working memory together stay at most 168 MB.
+struct PrefetchLimits {
+  int threads = 0;                                 // 0: as many as there are cores
+  int planned = 24;                                // the largest number of planned works
+  std::int64_t results = std::int64_t{24} << 20;   // bytes of finished and growing results
+  std::int64_t working = std::int64_t{144} << 20;  // bytes admitted
+  std::function<double()> seconds = {};            // the clock of the waits; that of the system if empty
+  std::function<bool()> stopped = {};              // returns whether a stop is requested; called during waits
+};
+
 // Does planned work and measurements on other threads in advance, so that the results are ready when they are needed.
 // It never changes a result: bytes are returned only for exactly the planned work, and only if the source is unchanged
 // since before the work began. A failure is dropped; the caller then does the work itself and reports the failure.
@@ -44,25 +54,15 @@ class Prefetcher {
   // Measures a picture and remembers the answer. Called by one thread at a time.
   using Measurement = std::function<void(const std::string& path)>;
 
-  // By default results and working memory together stay at most 168 MB.
-  struct Bounds {
-    int threads = 0;                                 // 0: as many as there are cores
-    int planned = 24;                                // the largest number of planned works
-    std::int64_t results = std::int64_t{24} << 20;   // bytes of finished and growing results
-    std::int64_t working = std::int64_t{144} << 20;  // bytes admitted
-    std::function<double()> seconds = {};            // the clock of the waits; that of the system if empty
-    std::function<bool()> stopped = {};              // returns whether a stop is requested; called during waits
-  };
-
-  Prefetcher(host::Files& files, Worker worker, Measurement measurement, Bounds bounds);
+  Prefetcher(host::Files& files, Worker worker, Measurement measurement, PrefetchLimits limits);
   // Stops the work in progress and waits for it. A thread whose read is silent for one second is abandoned.
   ~Prefetcher();
   Prefetcher(const Prefetcher&) = delete;
   Prefetcher& operator=(const Prefetcher&) = delete;
 
-  // Replaces the plan by the first Bounds::planned of upcoming. Works that both plans contain are kept in any state;
-  // all others are stopped and dropped. The first work is begun first, then the one with the largest source, so that no
-  // long work is begun last.
+  // Replaces the plan by the first PrefetchLimits::planned of upcoming. Works that both plans contain are kept in any
+  // state; all others are stopped and dropped. The first work is begun first, then the one with the largest source, so
+  // that no long work is begun last.
   void PlanWork(const std::vector<FileWork>& upcoming);
 
   // Replaces the plan of measurements. They are made in order whenever no work is waiting.

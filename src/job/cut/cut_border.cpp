@@ -20,7 +20,7 @@ BoardResolution ResolutionFor(CutFile& file) {
 }
 
 // Clamped to the range of int; a canvas of that size is always refused.
-int Sum(double image, int before, int behind) { return base::R(image + before + behind); }
+int Sum(double image, int before, int after) { return base::R(image + before + after); }
 
 void PlaceFit(imaging::BorderRequest& request, base::Size inner, int left, int top) {
   const Fit fit = FitToSize(request.image, inner.width, inner.height);

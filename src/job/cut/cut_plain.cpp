@@ -33,7 +33,7 @@ Step CutGifSource(CutFile& file) {
   const imaging::CropRequest request = FileCrop(file);
   const host::Status cut = Crop(file, request);
   if (EndsFile(cut)) return Fail(file, cut);
-  if (!cut) return CutInMemory(file, LoadFailure::Told);
+  if (!cut) return CutInMemory(file, LoadFailure::Reported);
   if (file.target != request.destination) {
     const host::Status copied = file.program.saver.Copy(request.destination, file.target);
     if (!copied) return Fail(file, copied);
@@ -91,7 +91,7 @@ bool NeedsMemory(const CutFile& file) {
 }
 
 Step CutFileToFile(CutFile& file) {
-  if (NeedsMemory(file)) return CutInMemory(file, LoadFailure::Told);
+  if (NeedsMemory(file)) return CutInMemory(file, LoadFailure::Reported);
   if (file.rect.Empty()) return FailEmptyRectangle(file);
   if (IsGif(SourceExtension(file))) return CutGifSource(file);
   const host::Status cut = Crop(file, PlainCrop(file));

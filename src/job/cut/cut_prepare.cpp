@@ -103,7 +103,7 @@ Step KeepExifSource(CutFile& file) {
 }
 
 Step PassOverFolder(CutFile& file) {
-  if (!file.settings.omitFolders || file.run.omitted.Take(file.folder)) return Step::Next;
+  if (!file.settings.omitFolders || file.run.omitted.Add(file.folder)) return Step::Next;
   return PassOver(file, "所在文件夹已有图片处理过，按“忽略已处理过的文件夹”跳过");
 }
 

@@ -38,7 +38,7 @@ void PlaceRectangle(CutFile& file, Pass pass);
 // --- The cut.
 Step MakeCut(CutFile& file);
 // Whether a load that fails is added to CutRun::failed, or only reported in the row.
-enum class LoadFailure { Counted, Told };
+enum class LoadFailure { Counted, Reported };
 Step CutInMemory(CutFile& file, LoadFailure loadFailure);
 Step CutFileToFile(CutFile& file);
 // Returns the angle by which ChRotateCut turns the picture, in degrees counter-clockwise; 0 if it does not.

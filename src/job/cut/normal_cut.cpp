@@ -92,7 +92,7 @@ bool NormalCut::BesideSources() const { return program_.form1.ChOver.On(); }
 std::vector<std::string> NormalCut::Outputs(const std::string& path) const { return ForeseenOutputs(*run_, path); }
 
 void NormalCut::HandledBefore(const std::string& path) {
-  if (ReadCutSettings(program_).omitFolders) run_->omitted.Take(base::SplitPath(path).folder);
+  if (ReadCutSettings(program_).omitFolders) run_->omitted.Add(base::SplitPath(path).folder);
 }
 
 void NormalCut::Cut(const RunFile& file, const Report& report) {

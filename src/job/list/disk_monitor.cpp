@@ -17,14 +17,14 @@ constexpr double kFreshFor = 0.5;  // seconds
 constexpr std::size_t kFoldersRemembered = 1000;
 constexpr double kAskedWhileFlushing = 5;  // seconds between two questions
 
-// In seconds. Most disks answer at once, and nobody notices a window that stands still for so short a time.
+// In seconds. Most disks answer at once, and a window that does not react for so short a time is not noticed.
 constexpr double kFirstWait = 0.1;
 constexpr double kPumpInterval = 0.01;
 
 constexpr const char* kSilentFolder = "没有响应";
 constexpr const char* kSilentOutput = "输出目录没有响应，已跳过；请检查磁盘或网络连接后重新处理";
 
-// The folder and all above it, from the top.
+// Returns the folder and all folders above it, from the top.
 std::vector<std::string> FromTheTop(const std::string& folder) {
   std::vector<std::string> all;
   for (std::size_t end = folder.find('/', 1); end != std::string::npos; end = folder.find('/', end + 1)) {
@@ -93,7 +93,7 @@ host::BackgroundCall::Work FolderReader::WorkOf(std::shared_ptr<Reading> reading
   };
 }
 
-FolderContent FolderReader::Take() {
+FolderContent FolderReader::Await() {
   host::Status answered = timeout_.Await(call_, reading_->answers);
   if (answered) return std::move(reading_->content);
   FolderContent abandoned;
@@ -143,7 +143,7 @@ host::Status DiskMonitor::Ask(const std::string& folder, const std::string& path
           static_cast<void>(files.Stat(place));
           ++asking->answers;
         }
-        // What a network disk says of a file may be from memory; it is asked anew when the file is opened.
+        // A network disk may answer a stat from its cache; it is asked again when the file is opened.
         if (!stop) static_cast<void>(files.TryOpen(asking->path));
         if (!stop) asking->local = files.IsLocalDisk(asking->folders.back());
       });
@@ -154,7 +154,7 @@ host::Status DiskMonitor::Ask(const std::string& folder, const std::string& path
     answered = {host::Problem::Other, sentence};
     silent_.push_back(
         {asking->folders[std::min<std::size_t>(asking->answers, asking->folders.size() - 1)], std::move(call)});
-    // What is planned may lie there as well.
+    // Planned work may read files of the same disk.
     context_.images.PlanWork({});
     context_.images.PlanMeasures({});
   }
@@ -183,7 +183,7 @@ bool DiskMonitor::Fresh(const std::string& folder) const {
   return context_.host.clock.Seconds() - found->second.when < kFreshFor;
 }
 
-// An abandoned call that returns in the end is the answer that was waited for.
+// If the abandoned call has returned after all, the disk is back.
 bool DiskMonitor::SilentBelow(const std::string& folder) {
   std::erase_if(silent_, [](const Silence& silence) { return silence.call->Done(); });
   return std::any_of(silent_.begin(), silent_.end(),

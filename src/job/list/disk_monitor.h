@@ -18,9 +18,9 @@
 // How an unresponsive disk is kept from blocking the program. A system call on a network disk whose server is gone, or
 // on a failing drive, may never return. So every first access to a disk is made by a host::BackgroundCall, on a thread
 // of its own, while the thread of control waits in small steps: it gives the message pump its turns, obeys a stop
-// request at once, and counts how long the disk has been silent. Each answered call starts the count anew, so that a
+// request at once, and counts how long the disk has been silent. Each answered call restarts the count, so that a
 // slow disk is waited for and a silent one is given up after host::kDiskTimeoutSeconds. The thread that hangs is
-// abandoned; it shares what it writes to and harms nobody when it returns late.
+// abandoned; it owns or shares everything it writes to, so it does no harm when it returns late.
 //
 // A disk that was given up is remembered by the topmost folder that did not answer, together with its call. Everything
 // below that folder is refused at once, without another wait, until the abandoned call returns: then the disk is back
@@ -46,11 +46,11 @@ class DiskTimeout {
 
 // The attributes of a path, and the entries if it is a folder.
 struct FolderContent {
-  std::optional<host::FileFacts> facts;  // nothing if the path leads nowhere
+  std::optional<host::FileFacts> facts;  // nothing if the path does not exist
   std::vector<host::FolderEntry> entries;
   std::string realPath;                        // of the folder; "" unless it holds links to files
   std::map<std::string, std::string> targets;  // real paths of the files that links in it lead to, by the links' names
-  host::Status listed;                         // what ended the listing early; the entries before it count
+  host::Status listed;                         // the error that ended the listing early; the entries before it count
 };
 
 // Reads a folder on a background thread. Starts immediately.
@@ -60,11 +60,11 @@ class FolderReader {
   FolderReader(const FolderReader&) = delete;
   FolderReader& operator=(const FolderReader&) = delete;
 
-  // True once all is read; waits at most `seconds` for it.
+  // Waits at most `seconds`. Returns true if everything is read.
   bool Done(double seconds) const { return call_.Done(seconds); }
   // Waits for the content as DiskTimeout::Await does; its failure becomes `listed`. Call at most once; the object must
   // not be used afterwards.
-  FolderContent Take();
+  FolderContent Await();
 
  private:
   struct Reading;
@@ -85,8 +85,8 @@ class DiskMonitor {
   DiskMonitor(const DiskMonitor&) = delete;
   DiskMonitor& operator=(const DiskMonitor&) = delete;
 
-  // Stats the folders above the file and opens it, which a network disk answers anew each time. Reads nothing.
-  // Ok once the disk has answered, whatever the answer was. Errors: Stopped; Other with a sentence for the row if the
+  // Stats the folders above the file and opens it, which a network disk cannot answer from its cache. Reads nothing.
+  // Returns Ok if the disk has answered, even with an error. Errors: Stopped; Other with a sentence for the row if the
   // disk is silent.
   host::Status AskFile(const std::string& path);
   // As AskFile, for a folder.
@@ -98,13 +98,13 @@ class DiskMonitor {
   // disk yet counts as failed if a disk is silent. A slow disk that answers is waited for.
   std::vector<host::LateFailure> Flush();
 
-  // Whether the disk of the file at path is known to be silent. Accesses no disk.
+  // Returns whether the disk of the file at path is known to be silent. Accesses no disk.
   bool Silent(const std::string& path);
 
  private:
   struct Asking;
   struct Silence {
-    std::string place;  // nothing below it answers
+    std::string place;  // nothing in this folder or below it answers
     std::unique_ptr<host::BackgroundCall> call;
   };
   struct Answered {

@@ -13,14 +13,13 @@
 
 namespace quillon::job {
 
-// Counts on a background thread how many files a walk over a folder will hand out. A tree that changes meanwhile is
-// counted as it was seen.
+// Counts on a background thread how many files a walk will visit. The count is approximate if the tree changes.
 class FileCount {
  public:
-  // Files of doneElsewhere are not counted; it must outlive this object.
+  // Files in doneElsewhere, which must outlive this object, are not counted.
   FileCount(const host::Files& files, std::string root, WalkRule rule, const DoneElsewhere& doneElsewhere);
 
-  // The number, or nothing as long as it is counting.
+  // Returns the number; nothing while it is still counting.
   std::optional<std::size_t> Result() const;
 
  private:

@@ -52,7 +52,7 @@ std::string FileList::Cell(std::size_t row, std::size_t column) const {
   }
 }
 
-// Files come folder by folder, so that remembering the last folder is enough.
+// Files are added folder by folder, so remembering the last folder is enough.
 std::shared_ptr<const std::string> FileList::Shared(const std::string& folder) {
   if (!lastFolder_ || *lastFolder_ != folder) lastFolder_ = std::make_shared<const std::string>(folder);
   return lastFolder_;

@@ -15,7 +15,7 @@
 
 namespace quillon::job {
 
-// How a walk has come to a file.
+// How a walk has reached a file.
 enum class Reached { ByFolders, ByFolderLink };
 
 // One listed file. The folder text is shared by all rows of a folder.
@@ -47,15 +47,15 @@ class FileList : public controls::GridSource {
 
   std::size_t RowCount() const override { return rows_.size(); }
   // The eight columns of MSF: name, extension, folder, width, height, size in kb, new size in kb or page count, DPI.
-  // Names and folders are shown as text, whatever their bytes. Any other column is empty.
+  // Names and folders that are not UTF-8 are shown as readable text. Any other column is empty.
   std::string Cell(std::size_t row, std::size_t column) const override;
   const FileRow& Row(std::size_t row) const { return rows_[row]; }
 
-  // Adds row under folder, and to the maxima.
+  // Adds a row with that folder, and updates the maxima.
   void Append(FileRow row, const std::string& folder);
   // Adds the file at path; the row's name and extension are taken from it.
   void AppendPath(std::string_view path, FileRow row);
-  // Grows the maxima by a file, whether or not it is added.
+  // Updates the maxima with a file, even if it is not added.
   void Grow(base::Size size, std::uint64_t bytes);
   void Remove(std::size_t row);
   void Clear();

@@ -16,12 +16,12 @@
 namespace quillon::job {
 namespace {
 
-// Enough to keep every core measuring while rows are added, and little enough that a folder which changes under the
-// walk is seen late.
-constexpr std::size_t kAnnounced = 64;
+// Files found and planned for measuring before their visit. Keeps every core measuring, yet is small enough to notice a
+// changed folder soon.
+constexpr std::size_t kPlanned = 64;
 constexpr std::size_t kEntriesPerTurn = 256;
-// How long files that are found wait for a folder behind them, in seconds.
-constexpr double kPatience = 0.02;
+// Seconds that found files wait while the next folder is read.
+constexpr double kFolderWait = 0.02;
 constexpr const char* kLinkPassedOver =
     "是指向文件夹的链接：覆盖原图时不进入链接，以免改动别处的图片；这样的文件夹都已跳过";
 
@@ -48,7 +48,7 @@ bool WalkRule::Reaches(const std::string& target, const std::string& root) const
 
 bool WalkRule::OwnsNamed(const std::string& path) const { return shard.OwnsNamed(byFolder ? FolderPart(path) : path); }
 
-// Files in the order of the walk, found a little ahead of their visit.
+// Finds the files in the order of the walk, a few before they are visited.
 class FileWalk::Finder {
  public:
   Finder(const RunContext& context, const WalkRule& rule) : context_(context), rule_(rule) {
@@ -61,15 +61,15 @@ class FileWalk::Finder {
     for (auto root = roots.rbegin(); root != roots.rend(); ++root) todo_.push_back({*root, 0});
   }
 
-  // The next path, false at the end.
+  // Sets path to the next file. Returns false at the end.
   bool Next(std::string& path) {
-    const bool more = announced_ < found_.size() || !todo_.empty() || !links_.empty() || reading_;
-    if (announced_ <= kAnnounced / 2 && more) Prefetch();
+    const bool more = planned_ < found_.size() || !todo_.empty() || !links_.empty() || reading_;
+    if (planned_ <= kPlanned / 2 && more) Prefetch();
     if (found_.empty()) return false;
     path = found_.front().Path();
     reached_ = found_.front().reached;
     found_.pop_front();
-    --announced_;
+    --planned_;
     return true;
   }
 
@@ -86,11 +86,11 @@ class FileWalk::Finder {
  private:
   struct Place {
     std::string path;
-    std::size_t rootLength = 0;  // how much of the path is its root; 0 for a root itself
+    std::size_t rootLength = 0;  // length of the root in the path; 0 for a root itself
     Reached reached = Reached::ByFolders;
   };
   struct Found {
-    std::shared_ptr<const std::string> folder;  // none for a root
+    std::shared_ptr<const std::string> folder;  // nullptr for a root
     std::string name;
     Reached reached = Reached::ByFolders;
 
@@ -98,15 +98,15 @@ class FileWalk::Finder {
   };
 
   void Prefetch() {
-    while (found_.size() < kAnnounced && !context_.Stopped() && Expand()) {
+    while (found_.size() < kPlanned && !context_.Stopped() && Expand()) {
     }
-    std::vector<std::string> paths = Upcoming(kAnnounced);
-    announced_ = paths.size();
+    std::vector<std::string> paths = Upcoming(kPlanned);
+    planned_ = paths.size();
     if (context_.recovering) return;
     context_.images.PlanMeasures(std::move(paths));
   }
 
-  // False at the end, and where what is found would have to wait for the next folder.
+  // Returns false at the end, or if found files would have to wait for the next folder.
   bool Expand() {
     if (!reading_) {
       if (todo_.empty() && !links_.empty()) {
@@ -118,8 +118,8 @@ class FileWalk::Finder {
       todo_.pop_back();
       reading_ = std::make_unique<FolderReader>(context_, place_.path);
     }
-    if (!found_.empty() && !reading_->Done(kPatience)) return false;
-    const FolderContent content = reading_->Take();
+    if (!found_.empty() && !reading_->Done(kFolderWait)) return false;
+    const FolderContent content = reading_->Await();
     reading_.reset();
     ReadContent(std::exchange(place_, {}), content);
     context_.host.pump.Turn();
@@ -130,7 +130,7 @@ class FileWalk::Finder {
     const bool root = place.rootLength == 0;
     const bool folder = content.facts && content.facts->kind == host::FileKind::Folder;
     if (root && !folder && content.listed) {
-      Take({nullptr, place.path}, rule_.OwnsNamed(place.path));
+      Append({nullptr, place.path}, rule_.OwnsNamed(place.path));
     } else if (!content.listed) {
       const bool mine = root || rule_.shard.Owns(Relative(place.path, place.rootLength));
       NoteNotListed(place.path, content.listed, mine);
@@ -149,7 +149,7 @@ class FileWalk::Finder {
       const std::string path = base::JoinPath(place.path, entry.name);
       if (entry.kind == host::FileKind::File && rule_.accepts(entry.name)) {
         const bool mine = rule_.Owns(Relative(path, rootLength));
-        if (!IsTwin(place, entry, content, mine)) Take({folder, entry.name, place.reached}, mine);
+        if (!IsTwin(place, entry, content, mine)) Append({folder, entry.name, place.reached}, mine);
       } else if (entry.kind == host::FileKind::Folder && rule_.subfolders == Subfolders::Yes) {
         if (entry.link) {
           KeepLink({path, rootLength, Reached::ByFolderLink});
@@ -170,7 +170,7 @@ class FileWalk::Finder {
     }
   }
 
-  // A link to a file that comes under its own name.
+  // Returns true if the link leads to a file that the walk also finds by its own name.
   bool IsTwin(const Place& place, const host::FolderEntry& entry, const FolderContent& content, bool mine) {
     if (rule_.links == Links::Followed || !entry.link) return false;
     const auto target = content.targets.find(entry.name);
@@ -189,7 +189,7 @@ class FileWalk::Finder {
     return path.substr(path[rootLength] == '/' ? rootLength + 1 : rootLength);
   }
 
-  void Take(Found found, bool mine) {
+  void Append(Found found, bool mine) {
     if (mine && (context_.doneElsewhere.empty() || !context_.doneElsewhere.contains(found.Path()))) {
       found_.push_back(std::move(found));
     } else {
@@ -197,7 +197,7 @@ class FileWalk::Finder {
     }
   }
 
-  // A folder that went away meanwhile holds nothing.
+  // A folder that was removed meanwhile is not an error.
   void NoteNotListed(const std::string& folder, const host::Status& why, bool mine) {
     const host::Problem problem = why.GetProblem();
     if (problem == host::Problem::Missing || problem == host::Problem::Stopped) return;
@@ -213,10 +213,10 @@ class FileWalk::Finder {
   std::deque<Place> links_;  // links to folders
   bool linkReported_ = false;
   std::unique_ptr<FolderReader> reading_;
-  Place place_;  // that is read
+  Place place_;  // of reading_
   std::deque<Found> found_;
-  Reached reached_ = Reached::ByFolders;  // the file that was handed out last
-  std::size_t announced_ = 0;             // how many of found_ stand in the plan
+  Reached reached_ = Reached::ByFolders;  // how Next reached its last file
+  std::size_t planned_ = 0;               // how many of found_ are planned for measuring
   std::size_t leftToOthers_ = 0;
   bool reachedAll_ = true;
   std::set<host::FileId> walked_;

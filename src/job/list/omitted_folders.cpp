@@ -24,21 +24,21 @@ void OmittedFolders::Clear() {
 
 void OmittedFolders::Read() {
   for (const auto& [source, wrote] : context_.doneElsewhere) {
-    if (wrote == Wrote::Yes) Take(base::SplitPath(source).folder);
+    if (wrote == Wrote::Yes) Add(base::SplitPath(source).folder);
   }
   std::string text;
-  // Before the first run there is no such file, and an unreadable one omits nothing.
+  // The first run has no such file. If it cannot be read, no folder is omitted.
   if (!context_.host.files.ReadFile(context_.AppPath(work_files::kOmittedFolders), text)) return;
   for (std::string_view rest = text; !rest.empty();) {
     const std::size_t end = rest.find('\n');
     std::string line(rest.substr(0, end));
     rest.remove_prefix(end == std::string_view::npos ? rest.size() : end + 1);
     if (line.ends_with('\r')) line.pop_back();
-    if (!line.empty() && context_.host.files.IsFolder(line)) Take(line);
+    if (!line.empty() && context_.host.files.IsFolder(line)) Add(line);
   }
 }
 
-bool OmittedFolders::Take(const std::string& folder) {
+bool OmittedFolders::Add(const std::string& folder) {
   if (!folders_.insert(folder).second) return false;
   context_.flags.OmittedFolders += folder + kLineEnd;
   return true;

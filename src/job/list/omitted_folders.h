@@ -11,20 +11,19 @@ namespace quillon::job {
 
 struct RunContext;
 
-// The folders that ChOmitFolds passes over, kept in \OmitSubfolds.dat, one a line. Flags::OmittedFolders holds the same
-// lines, each with CR LF. A folder counts as done from its first file on, also within the same run: of a folder that is
-// new, one file is handled.
+// The folders that ChOmitFolds skips.
+// They are stored in \OmitSubfolds.dat, one a line; Flags::OmittedFolders has the same lines, each with CR LF.
+// Of each new folder only the first file is handled.
 class OmittedFolders {
  public:
   explicit OmittedFolders(const RunContext& context);
 
   void Clear();
-  // Adds the lines of the file that still are folders, and the folders of what an earlier process in the place of this
-  // one has written.
+  // Adds the lines of the file that are still folders, and the folders of files that an earlier worker has written.
   void Read();
-  // True if the folder is new, which adds it; false if it is to be passed over.
-  bool Take(const std::string& folder);
-  // Writes the file anew and empties the list.
+  // Adds the folder. Returns false if it was in the list already, and is therefore skipped.
+  bool Add(const std::string& folder);
+  // Replaces the file and empties the list.
   host::Status WriteBack();
 
  private:

@@ -30,14 +30,14 @@ enum class Subfolders { No, Yes };
 // What a walk does with symbolic links.
 enum class Links {
   Followed,
-  // For runs that replace their sources, so that they stay within the folder that was named and replace no file twice:
-  // links to folders are passed over, and so are links to files that the walk reaches by their own names.
+  // For runs that replace their sources, so that they stay within the named folder and replace no file twice. Skips
+  // links to folders, and links to files that the walk reaches by their own names.
   Refused
 };
 
 // What a driver may need before it runs.
 enum class Need {
-  ManualFrame,  // the parts built above the job: see Program
+  ManualFrame,  // this and the next three are set by the libraries above the job; see Program
   Sheets,
   OutputTools,
   PageCounter,
@@ -45,18 +45,18 @@ enum class Need {
   OutputFolder
 };
 
-// How the main window is while work goes on that MenuStop can end.
+// State of the main window while MenuStop can end the work.
 enum class WindowUse {
-  Usable,   // as it was
+  Usable,   // as before
   Disabled  // parameters and menus are off
 };
 
-// The main window as lists and runs see it.
+// The interface of the main window for lists and runs.
 class RunWindow {
  public:
   virtual ~RunWindow() = default;
 
-  // --- What the user has chosen, at the time of the call.
+  // --- The present choices of the user.
   virtual std::string InputFolder() const = 0;   // LInDir
   virtual std::string OutputFolder() const = 0;  // LOutDir
   virtual std::string OutputType() const = 0;    // the text of CmbOutType
@@ -65,27 +65,27 @@ class RunWindow {
   virtual bool OmitsFolders() const = 0;  // ChOmitFolds
   // The dialog filter of the mode, which names the extensions that it accepts.
   virtual std::string Filter() const = 0;
-  // Everything that tells one job from another: folders, and the parameters that the controls of these windows hold.
+  // Returns the text that identifies a job: folders and the parameters of these windows.
   virtual std::string Parameters(const std::vector<std::string>& windows) const = 0;
 
-  // Whether the program has it. Asks the user for what is missing, once; false if it still is missing afterwards.
+  // Returns whether the program has the part. If not, asks the user once.
   virtual bool Ensure(Need need) = 0;
   // Stores both folders in the settings, as every run does at its start.
   virtual void SaveFolders() = 0;
 
   // --- What a run shows.
-  // Begins work that MenuStop can end, and clears a stop request. End restores the title and switches MenuStop off.
+  // Begin enables MenuStop and clears a stop request. End restores the title and disables MenuStop.
   virtual void Begin(WindowUse use) = 0;
   virtual void End(WindowUse use) = 0;
-  // A running text in front of the title, "" for the plain title.
+  // Shows the text in front of the title; "" shows the plain title.
   virtual void ShowStatus(const std::string& text) = 0;
-  // Row 1 is the first of the list; 0 selects none.
+  // Selects a row of the list, from 1; 0 selects none.
   virtual void SelectRow(std::size_t row) = 0;
   // Empties the list and the status panel.
   virtual void ClearList() = 0;
 };
 
-// What lists and runs need of the program. All of it belongs to the program and outlives them.
+// What lists and runs need of the program, which owns all of it and outlives them.
 struct RunContext {
   host::Host& host;
   imaging::Services& images;
@@ -94,7 +94,7 @@ struct RunContext {
   RunWindow& window;
   FileList& files;
   Flags& flags;
-  RunObserver*& observer;     // nullptr: nobody listens
+  RunObserver*& observer;     // nullptr: nothing is reported
   host::Journals*& journals;  // nullptr: no run can be resumed
   Shard& shard;
   std::size_t& leftToOthers;
@@ -103,11 +103,11 @@ struct RunContext {
   bool& folderListed;
 
   bool Stopped() const { return flags.StopRequested; }
-  // True if other processes walk the same folders, so that they may come upon the results of this one.
+  // True if other processes walk the same folders and may find the results of this one.
   bool SharesFolders() const { return !shard.Whole() && (folderListed || flags.LargeCapacityMode); }
-  // A box titled "消息".
+  // Shows a box titled "消息".
   host::Reply Ask(const std::string& text, int type = 0) const { return host.boxes.Show({text, type}); }
-  // A path in the program folder.
+  // Returns the path of a file in the program folder.
   std::string AppPath(const std::string& name) const { return base::JoinPath(host.programFolder, name); }
 };
 

@@ -39,7 +39,7 @@ host::Status DiscardQueue::Stands(const Source& source, const std::vector<host::
   return host::Status::Ok();
 }
 
-// A pdf was read whole when it was made.
+// A pdf was read completely when it was made.
 host::Status DiscardQueue::ReadBack(const std::string& output) {
   if (base::SplitPath(output).extension == "pdf") return host::Status::Ok();
   imaging::Image picture;

@@ -16,24 +16,24 @@
 
 namespace quillon::job {
 
-// Sources that are discarded once everything made of them stands: written, synced, reopened and decoded to its end. A
-// source is all there is until then, so it stays if any of that fails.
+// Sources to be discarded after all their outputs are written, synced, reopened and fully decoded. If any of that
+// fails, the source stays.
 class DiscardQueue {
  public:
   struct Source {
-    std::size_t row = 0;  // of the list, 0 without one
+    std::size_t row = 0;  // of the list; 0 if there is no list
     std::string path;
     std::vector<std::string> outputs;
-    // What the source was like when it was read. If given, a source that has changed since is kept.
+    // The stamp of the source when it was read. If given, a source that has changed since then is kept.
     std::optional<host::FileStamp> stamp = {};
   };
-  // Whether the source is still to be discarded. Asked before its outputs are read, which takes far longer.
+  // Returns whether the source is still to be discarded. Called before its outputs are read, because that is slow.
   using IsDue = std::function<bool(const Source& source)>;
-  // Why a source that was due is still there.
+  // Why a source was not discarded.
   enum class Kept {
-    OutputLost,   // the status is the failure of its first output that does not stand
-    Changed,      // ok
-    NotDiscarded  // the failure of the trash
+    OutputLost,   // the status is the error of its first lost output
+    Changed,      // the status is Ok
+    NotDiscarded  // the status is the error of the trash
   };
   using OnKept = std::function<void(const Source& source, Kept reason, const host::Status& status)>;
 
@@ -43,7 +43,7 @@ class DiscardQueue {
   std::size_t Size() const { return sources_.size(); }
 
   // Empties the queue in the order of Add, with a turn of the pump before each source. Call right after
-  // host::Files::Flush, which has returned `lost`.
+  // host::Files::Flush; lost is what it returned.
   void Drain(const std::vector<host::LateFailure>& lost, const IsDue& isDue, const OnKept& onKept);
 
  private:

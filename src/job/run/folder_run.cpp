@@ -12,13 +12,13 @@
 namespace quillon::job {
 namespace {
 
-// Between two checkpoints: what a broken run does again, and what a run holds in memory.
+// A resumed run repeats at most this much; a run holds at most this many results in memory.
 constexpr std::size_t kFilesPerCheckPoint = 500;
 constexpr double kSecondsPerCheckPoint = 2;
-// Far more than a walk measures ahead.
+// Far more than a walk plans for measuring.
 constexpr std::size_t kRememberedSizes = 1000;
 
-// Keeps few sizes for as long as it lives: no file of a walk is measured a second time.
+// While it exists, the image services remember few sizes, because a walk visits each file only once.
 class FewSizes {
  public:
   explicit FewSizes(imaging::Services& images) : images_(images) { images_.RememberSizes(kRememberedSizes); }
@@ -30,7 +30,7 @@ class FewSizes {
   imaging::Services& images_;
 };
 
-// The folder that path lies in; "" for the root.
+// Returns the folder of path; "" for the root.
 std::string FolderOf(const std::string& path) { return path == "/" ? std::string() : base::SplitPath(path).folder; }
 
 }  // namespace
@@ -54,14 +54,14 @@ bool FolderRun::Begin() {
   return journal_.BeginFolder();
 }
 
-// Results are known again by their names: where they go to the input folder itself it is called as they are.
+// Results are recognised by path. If the output folder is the input folder, its name is used for both.
 std::string FolderRun::Root() const {
   const std::string in = context_.window.InputFolder();
   const std::string out = context_.window.OutputFolder();
   return !driver_.BesideSources() && context_.host.files.SameFile(in, out) ? out : in;
 }
 
-// The mode is that of the start, whatever the window shows later.
+// Read once at the start; later changes in the window do not count.
 WalkRule FolderRun::Rule() const {
   WalkRule rule;
   rule.subfolders = context_.window.SubfolderChoice();
@@ -80,7 +80,7 @@ void FolderRun::Walk() {
   context_.window.ClearList();
   if (context_.observer) context_.observer->RunStarted(0);
   if (journal_.Kept()) ledger_.RecallBy([this](const std::string& output) { return journal_.SourceOf(output); });
-  // The walk may come upon them late, or no more.
+  // Handled sources are passed to the driver now, because the walk may find them late or never.
   if (rule_.byFolder) journal_.EachHandled([this](const std::string& source) { driver_.HandledBefore(source); });
   const double start = checked_ = context_.host.clock.Seconds();
   bool complete = false;
@@ -99,7 +99,7 @@ void FolderRun::Walk() {
   ledger_.Flush();
   journal_.End(ledger_, complete);
   ledger_.NoteEnd(context_.host.clock.Seconds() - start, context_.Stopped());
-  // The window was usable meanwhile.
+  // The list may have been filled while the window was usable.
   if (context_.window.Overwrites()) context_.window.ClearList();
 }
 
@@ -141,9 +141,10 @@ bool FolderRun::IsResult(const std::string& path) {
   return !ledger_.SourceOf(path).empty() || !journal_.MadeOf(path).empty();
 }
 
-// It is made anew, and where its place is taken nothing goes there.
-void FolderRun::DiscardOlder(const std::string& source) {
-  for (const std::string& output : journal_.Older(source)) {
+// Discards outputs of an earlier part before they are made again, so that none remains if this fails. An output
+// that this run has written stays.
+void FolderRun::DiscardStaleOutputs(const std::string& source) {
+  for (const std::string& output : journal_.StaleOutputs(source)) {
     if (ledger_.SourceOf(output).empty()) static_cast<void>(context_.host.files.Discard(output));
   }
 }
@@ -157,14 +158,14 @@ void FolderRun::Handle(const FileWalk& walk, const std::string& path) {
   journal_.Begun(path, walk.Upcoming(RunJournal::kIntendedAtOnce), [this](const std::string& source) {
     return rule_.leftOut.empty() ? driver_.Outputs(source) : std::vector<std::string>();
   });
-  DiscardOlder(path);
+  DiscardStaleOutputs(path);
   std::vector<FileResult> results;
   driver_.Cut({0, path, number_}, [&](FileResult result) { results.push_back(std::move(result)); });
   journal_.Ended(path, results);
   for (const FileResult& result : results) ledger_.Add(result);
 }
 
-// What stands on disk is written down, and need not be held in memory any more.
+// Commits what is synced and drops it from memory.
 void FolderRun::CheckPoint() {
   ledger_.Flush();
   journal_.Commit(ledger_);
@@ -174,10 +175,10 @@ void FolderRun::CheckPoint() {
 }
 
 void FolderRun::ReportCount(const FileCount& count) {
-  if (countTold_ || !context_.observer) return;
+  if (countReported_ || !context_.observer) return;
   const auto planned = count.Result();
   if (!planned) return;
-  countTold_ = true;
+  countReported_ = true;
   context_.observer->RunPlanned(*planned);
 }
 

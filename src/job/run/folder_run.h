@@ -12,13 +12,13 @@
 
 namespace quillon::job {
 
-// The large-capacity run that all drivers share: no list; every file of the input folder that the mode accepts goes
-// straight to the driver, in the order of the walk. The window stays usable, MenuStop ends the run after any file, and
-// the memory that a run needs does not grow with it.
+// Walks the input folder and calls the driver for each accepted file, without a list. All drivers use it for
+// large-capacity runs. The window stays usable, MenuStop ends the run after any file, and memory does not grow with the
+// number of files.
 //
-// Files in an output folder that lies below the input folder are not handled, unless results go beside their sources.
-// If the walk can come upon results, those of this run and of the part that it resumes are passed over. A run that
-// could not reach all folders has not come to its end and can be resumed.
+// If the output folder is below the input folder, its files are not handled, unless results go beside their sources. If
+// the walk can find results, those of this run and of the part that it resumes are skipped. A run that could not read
+// all folders is not complete and can be resumed.
 class FolderRun {
  public:
   FolderRun(const RunContext& context, RunLedger& ledger, RunJournal& journal, RunDriver& driver);
@@ -26,10 +26,10 @@ class FolderRun {
   FolderRun(const FolderRun&) = delete;
   FolderRun& operator=(const FolderRun&) = delete;
 
-  // Asks whether an unfinished run of the same job is to be resumed; false if the user wants no run.
+  // Asks whether to resume an unfinished run of the same job. Returns false if the user wants no run.
   bool Begin();
-  // Empties the list and walks the input folder, with its subfolders if ChSubFold is on. Reports the start, each file
-  // and, once they are counted, the number of files to the observer. The caller reports the end.
+  // Empties the list and walks the input folder, with its subfolders if ChSubFold is on. Reports to the observer the
+  // start, each file, and the number of files as soon as they are counted. The caller reports the end.
   void Walk();
 
  private:
@@ -37,14 +37,14 @@ class FolderRun {
   WalkRule Rule() const;
   void HandleNext(const FileWalk& walk, const std::string& path);
   void Handle(const FileWalk& walk, const std::string& path);
-  // A file that an earlier part of the job has handled.
+  // Reports a file that an earlier part of the job has handled.
   void ReportStanding(const std::string& path);
-  // A result that the walk has come upon.
+  // Returns whether path is a result that the walk has found.
   bool IsResult(const std::string& path);
-  void DiscardOlder(const std::string& source);
+  void DiscardStaleOutputs(const std::string& source);
   void CheckPoint();
   void ReportCount(const FileCount& count);
-  // Whether path, which exists, is one that this walk hands out.
+  // Returns whether path, which exists, is a file that this walk visits.
   bool IsSource(const std::string& path) const;
 
   const RunContext& context_;
@@ -55,9 +55,9 @@ class FolderRun {
   WalkRule rule_;
   std::size_t number_ = 0;
   std::size_t unchecked_ = 0;  // files since the last checkpoint
-  double checked_ = 0;         // when that was
-  bool countTold_ = false;
-  bool reachedAll_ = true;  // no file was passed over because its disk did not answer
+  double checked_ = 0;         // time of the last checkpoint, in seconds of host::Clock
+  bool countReported_ = false;
+  bool reachedAll_ = true;  // false once a file was skipped because its disk did not answer
 };
 
 }  // namespace quillon::job

@@ -25,8 +25,8 @@ void ShowEnd(const RunContext& context, const RunEnd& end) {
   if (end.then == RunEnd::Then::RevealFolder) context.host.shell.Reveal(end.folder);
 }
 
-// Asks for what the driver needs, each once. A question gives the window turns, in which the user may choose otherwise:
-// the needs are read again after each. False if something stays missing.
+// Asks for what the driver needs, each once. Returns false if something is still missing. The user may change options
+// while a question is open, so the needs are read again after each.
 bool EnsureNeeds(const RunContext& context, const RunDriver& driver) {
   std::set<Need> met;
   while (true) {
@@ -38,7 +38,7 @@ bool EnsureNeeds(const RunContext& context, const RunDriver& driver) {
   }
 }
 
-// False if the user does not want the run after all.
+// Returns false if the user cancels the run.
 bool RunFolder(const RunContext& context, RunLedger& ledger, RunJournal& journal, RunDriver& driver) {
   FolderRun folder(context, ledger, journal, driver);
   if (!folder.Begin()) return false;
@@ -47,8 +47,7 @@ bool RunFolder(const RunContext& context, RunLedger& ledger, RunJournal& journal
   return true;
 }
 
-// A run that is prepared, up to the moment when the windows are as before. Returns what is left to show, or nothing if
-// the user does not want the run after all.
+// Performs a prepared run and restores the windows. Returns what is left to show; nothing if the user cancels the run.
 std::optional<RunEnd> RunInFrame(const RunContext& context, RunDriver& driver, const RunNeeds& needs, RunSource source,
                                  RunLedger& ledger, RunJournal& journal) {
   const WindowsAside aside(context, needs.hidden, needs.disabled);
@@ -123,7 +122,7 @@ std::string ListRun::WhyNotReplaced(std::size_t row) {
   if (file.id == host::FileId{}) return {};
   const auto [first, isFirst] = replaced_.emplace(file.id, row);
   const std::string name = context_.files.Row(first->second - 1).Path();
-  // The driver itself sees that a name is listed twice.
+  // The driver detects a name that is listed twice.
   if (isFirst || name == file.Path()) return {};
   return "和“" + base::DisplayText(name) + "”是同一个文件，已经处理过，不再裁一次";
 }

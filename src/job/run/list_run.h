@@ -13,20 +13,18 @@
 
 namespace quillon::job {
 
-// The run over the list that all drivers share: hands the rows to the driver one by one, from the first to the last. A
-// stop request ends it after any file: the rows behind that are reported as skipped. A row whose disk is silent gets no
-// output.
+// Calls the driver for each row of the list, in order. After a stop request, the remaining rows are reported as
+// skipped. A row on an unresponsive disk gets no output.
 class ListRun {
  public:
   ListRun(const RunContext& context, RunLedger& ledger, RunJournal& journal, RunDriver& driver, const RunNeeds& needs);
 
-  // Reports the start and each file to the observer, and returns once all outputs stand on disk. The caller reports the
-  // end.
+  // Reports the start and each file to the observer. Returns after all outputs are synced. The caller reports the end.
   void Run();
 
  private:
   void HandleRow(std::size_t row);
-  // Why a row must not be handled in a run that replaces its sources; "" if it may.
+  // Returns why a run that replaces its sources must not handle the row; "" if it may.
   std::string WhyNotReplaced(std::size_t row);
   void ReportAll(const RunFile& file, Result result, const std::string& why);
 
@@ -39,8 +37,8 @@ class ListRun {
 };
 
 // Runs the driver over the list, or in large-capacity mode over the input folder, from the first check to the last box.
-// In this order: claims the one place of work (beeps and does nothing if something runs already), asks for what the
-// driver needs, lets it prepare, hides and disables windows, handles the files, and puts everything back.
+// In this order: claims the run (beeps and does nothing if something runs already), asks for what the driver needs,
+// lets it prepare, hides and disables windows, handles the files, and restores the windows.
 void StartRun(const RunContext& context, RunDriver& driver);
 
 }  // namespace quillon::job

@@ -43,7 +43,7 @@ WindowsAside::WindowsAside(const RunContext& context, const std::vector<std::str
     const controls::Window* window = context.windows.FindWindow(name);
     if (!window || !window->Loaded()) continue;
     for (controls::Control* control : window->Controls()) {
-      // What lies in a frame is disabled with it.
+      // The controls in a frame are disabled with the frame.
       if (control->Parent() || !control->OwnEnabled()) continue;
       control->SetEnabled(false, "正在裁剪");
       disabled_.push_back(control);

@@ -14,8 +14,8 @@ class Window;
 
 namespace quillon::job {
 
-// Claims the one place of work for a listing or a run (Flags::Busy) as long as it lives. A second claim, made by a
-// handler that the message pump has called meanwhile, beeps and gets nothing.
+// Claims the program for one listing or run while it exists (Flags::Busy). A second claim, made by a handler that the
+// message pump calls meanwhile, beeps and fails.
 class RunGuard {
  public:
   explicit RunGuard(const RunContext& context);
@@ -23,7 +23,7 @@ class RunGuard {
   RunGuard(const RunGuard&) = delete;
   RunGuard& operator=(const RunGuard&) = delete;
 
-  // Whether the place was free.
+  // Returns whether the claim succeeded.
   explicit operator bool() const { return claimed_; }
 
  private:
@@ -31,7 +31,7 @@ class RunGuard {
   bool claimed_;
 };
 
-// Work that MenuStop can end: begins with the object and ends with End or the object.
+// Work that MenuStop can end. It begins with the constructor and ends with End or the destructor.
 class RunFrame {
  public:
   RunFrame(const RunContext& context, WindowUse use);
@@ -47,12 +47,11 @@ class RunFrame {
   bool ended_ = false;
 };
 
-// Option windows that are out of use as long as the object lives. Windows that are not loaded, or not there, are
-// passed over.
+// Hides and disables option windows while it exists. Ignores windows that do not exist or are not loaded.
 class WindowsAside {
  public:
-  // Windows of `hidden` that are visible are hidden, and shown again at the end. In those of `disabled` every control
-  // that is enabled is disabled, and enabled again at the end.
+  // Hides the visible windows of hidden, and shows them again at the end. Disables the enabled controls of the windows
+  // of disabled, and enables them again at the end.
   WindowsAside(const RunContext& context, const std::vector<std::string>& hidden,
                const std::vector<std::string>& disabled);
   ~WindowsAside();

@@ -16,7 +16,7 @@ namespace {
 
 using host::FileStamp;
 
-// Keys of the records, see the header. An empty value is none.
+// Keys of the records; see the header. An empty value means that there is no record.
 constexpr const char* kBegun = "begun";
 constexpr const char* kDone = "done";
 constexpr const char* kFrom = "from";
@@ -25,7 +25,7 @@ constexpr const char* kEnded = "ended";
 
 constexpr const char* kInUse = "这项任务正由另一个程序处理，或者它的记录现在无法读取，请稍后再试";
 
-// As text: the source's stamp, and for each output its stamp and path, ended by a zero byte.
+// A done record. Its text has the stamp of the source, and for each output its stamp and path, ended by a zero byte.
 struct Done {
   FileStamp source;
   std::vector<std::pair<FileStamp, std::string>> outputs;
@@ -38,7 +38,7 @@ std::string TextOf(const Done& done) {
   return text.str();
 }
 
-// One without outputs where the text is none of these.
+// Returns no outputs if the text is not valid.
 Done ReadDone(const std::string& text) {
   std::istringstream in(text);
   Done done;
@@ -49,7 +49,7 @@ Done ReadDone(const std::string& text) {
   return done;
 }
 
-// Output is one of those in Done.
+// Returns whether an output of a done record exists unchanged.
 bool OutputStands(const host::Files& files, const std::pair<FileStamp, std::string>& output) {
   const auto now = StampOf(files, output.second);
   return now && UnchangedOverMounts(output.first, *now);
@@ -60,7 +60,7 @@ bool OutputsStand(const host::Files& files, const Done& done) {
                                               [&](const auto& output) { return OutputStands(files, output); });
 }
 
-std::string PartedQuestion(std::uint64_t count) {
+std::string ConflictingSplitQuestion(std::uint64_t count) {
   const std::string before = std::to_string(count);
   const std::string how =
       count > 1 ? "当时分成 " + before + " 份处理，这次分得不同，认不出哪些文件已经处理过。要接着处理，请仍分成 " +
@@ -83,14 +83,14 @@ host::JobPart RunJournal::OwnPart(const std::string& job) const {
 
 bool RunJournal::BeginFolder() {
   job_ = JobText();
-  // Our own journal is opened first: of two runs that begin at once at least one sees the other.
+  // The own journal is opened first, so that of two runs that start together at least one sees the other.
   if (!OpenOwn()) return false;
   if (context_.journals && !NoConflictingSplit()) return false;
   if (!journal_) return true;
   if (context_.flags.ManualCutMode) AdoptDecisions();
   if (context_.recovering && !StopsForTorn()) return true;
   if (!Empty()) return AskToResume(FolderQuestion());
-  journal_->Clear();  // origins of outputs alone
+  journal_->Clear();  // it only has origins of outputs
   return true;
 }
 
@@ -105,12 +105,12 @@ bool RunJournal::OpenOwn() {
   return false;
 }
 
-// What the lost records said of overwritten sources is not known, so the user decides whether they may be cut again.
+// The lost records may have listed overwritten sources, so the user decides whether these may be cut again.
 bool RunJournal::StopsForTorn() const { return Torn() && context_.window.Overwrites(); }
 
 bool RunJournal::Torn() const { return !journal_->Get("", host::kTornKey).value_or("").empty(); }
 
-// False if the user wants no run at all.
+// Returns false if the user wants no run.
 bool RunJournal::AskToResume(const std::string& question) {
   const int type = StopsForTorn() ? host::kYesNoCancelQuestion + host::kThirdIsDefault : host::kYesNoCancelQuestion;
   const host::Reply reply = context_.Ask(question, type);
@@ -138,7 +138,7 @@ std::string RunJournal::FolderQuestion() {
   return text + "\r\n取消——不处理";
 }
 
-// An overwritten source counts as soon as it is replaced, before a checkpoint has noted it as done.
+// An overwritten source counts as soon as it is replaced, even if no checkpoint has recorded it as done yet.
 std::size_t RunJournal::CountDone() {
   std::size_t count = 0;
   const auto done = [this](const std::string& source) { return !journal_->Get(source, kDone).value_or("").empty(); };
@@ -152,18 +152,18 @@ bool RunJournal::Empty() {
   return none(kDone) && none(kBegun) && none(kMeant) && none(kEnded) && none(kDecision) && !Torn();
 }
 
-// True if no unfinished run split the same files into a different number of shards: what it has done lies in journals
-// that would not be looked into. All processes of a call must reach the same answer, so that none of them begins if
-// another one does not.
+// Returns true if no unfinished run split the same files into a different number of shards. Its records are in journals
+// that this run does not open. All processes of a call must get the same answer, so that either all of them start or
+// none.
 bool RunJournal::NoConflictingSplit() {
   const Shard call = context_.shard.OfCall();
-  const auto parted = [&](const host::JobPart& part) {
+  const auto conflicting = [&](const host::JobPart& part) {
     return part.count != context_.shard.count && call.Overlaps({part.index, part.count, ""});
   };
-  const auto unfinished = context_.journals->FindUnfinished(job_, parted);
+  const auto unfinished = context_.journals->FindUnfinished(job_, conflicting);
   if (!unfinished) return true;
-  if (context_.Ask(PartedQuestion(unfinished->count), host::kYesNoQuestion) != host::Reply::No) return false;
-  if (context_.journals->Forget(job_, parted)) return true;
+  if (context_.Ask(ConflictingSplitQuestion(unfinished->count), host::kYesNoQuestion) != host::Reply::No) return false;
+  if (context_.journals->Forget(job_, conflicting)) return true;
   context_.Ask(kInUse);
   return false;
 }
@@ -182,7 +182,7 @@ bool RunJournal::Stands(const std::string& source) {
     return done.outputs.front().second == source || SameContent(done.source, *now);
   }
   if (!now) return false;
-  // Replaced as a whole: that is what a finished cut does to its source.
+  // A finished cut replaces its source by another file.
   std::istringstream in(begunText);
   FileStamp before;
   return in >> before && !SameFileOverMounts(before, *now);
@@ -203,23 +203,23 @@ std::optional<std::string> RunJournal::WhyEnded(const std::string& source) const
   return now && UnchangedOverMounts(before, *now) ? std::optional(why) : std::nullopt;
 }
 
-void RunJournal::EachHandled(const std::function<void(const std::string& source)>& take) {
+void RunJournal::EachHandled(const std::function<void(const std::string& source)>& visit) {
   if (!journal_) return;
   const auto answers = [this](const std::string& source) {
     context_.host.pump.Turn();
     return !context_.Stopped() && static_cast<bool>(context_.disks.AskFolder(base::SplitPath(source).folder));
   };
-  const auto takeStanding = [&](const std::string& source) {
-    if (answers(source) && Stands(source)) take(source);
+  const auto visitStanding = [&](const std::string& source) {
+    if (answers(source) && Stands(source)) visit(source);
   };
-  journal_->Each(kDone, takeStanding);
-  journal_->Each(kBegun, takeStanding);
-  // Killed when the source had gone, before that was noted.
+  journal_->Each(kDone, visitStanding);
+  journal_->Each(kBegun, visitStanding);
+  // A killed run removed the source but did not record it.
   journal_->Each(kMeant, [&](const std::string& output) {
     const std::string source = journal_->Get(output, kMeant).value_or("");
     if (source.empty() || !answers(source)) return;
     const host::Files& files = context_.host.files;
-    if (!files.Stat(source) && files.Stat(output)) take(source);
+    if (!files.Stat(source) && files.Stat(output)) visit(source);
   });
 }
 
@@ -237,7 +237,7 @@ std::string RunJournal::MadeOf(const std::string& path) {
     const auto output =
         std::find_if(done.outputs.begin(), done.outputs.end(), [&](const auto& one) { return one.second == path; });
     if (output != done.outputs.end() && OutputStands(context_.host.files, *output)) return source;
-    // Another file has taken its place.
+    // Another file has the name now.
     if (!IsMeant(path)) journal_->Set(path, kFrom, "");
   }
   return journal_->Get(path, kMeant).value_or("");
@@ -252,7 +252,7 @@ void RunJournal::Begun(const std::string& source, const std::vector<std::string>
   if (names == 0) return;
   for (const std::string& path : next) {
     if (names >= kIntendedAtOnce) break;
-    // What an earlier part of the job has made is not touched again.
+    // Results of an earlier part of the job are not handled again.
     if (!Stands(path) && MadeOf(path).empty()) names += Intend(path, foreseen(path));
   }
   journal_->Commit();
@@ -262,7 +262,7 @@ bool RunJournal::IsMeant(const std::string& output) const {
   return !journal_->Get(output, kMeant).value_or("").empty();
 }
 
-// Returns how many names were looked at. A name that is taken belongs to the user, and nothing is meant to go there.
+// Returns the number of names checked. An existing file that no run has made belongs to the user and is not recorded.
 std::size_t RunJournal::Intend(const std::string& source, const std::vector<std::string>& outputs) {
   const host::Files& files = context_.host.files;
   const auto before = files.Stat(source);
@@ -280,20 +280,20 @@ std::size_t RunJournal::Intend(const std::string& source, const std::vector<std:
     const std::string maker = there ? MadeOf(output) : std::string();
     if (there && maker.empty()) continue;
     if (!there) intent.fresh.push_back(output);
-    if (maker == source) intent.older.push_back(output);
+    if (maker == source) intent.staleOutputs.push_back(output);
     if (!IsMeant(output)) journal_->Set(output, kMeant, source);
   }
-  // What was done does not hold any more.
+  // The done record is no longer valid.
   if (journal_->Get(source, kDone)) journal_->Set(source, kDone, "");
   return outputs.size();
 }
 
-std::vector<std::string> RunJournal::Older(const std::string& source) const {
+std::vector<std::string> RunJournal::StaleOutputs(const std::string& source) const {
   const auto intent = intended_.find(source);
-  return intent == intended_.end() ? std::vector<std::string>() : intent->second.older;
+  return intent == intended_.end() ? std::vector<std::string>() : intent->second.staleOutputs;
 }
 
-// Nothing was made of source: what comes to stand under those names is the user's.
+// Forgets the intent of a source that got no output.
 void RunJournal::Drop(const std::string& source, const Intent& intent) {
   if (intent.inPlace) journal_->Set(source, kBegun, "");
   for (const std::string& output : intent.fresh) {
@@ -333,7 +333,8 @@ void RunJournal::Commit(const RunLedger& ledger) {
   journal_->Commit();
 }
 
-// The ledger forgets these outputs, and must not discard them later as stale outputs of another source.
+// The ledger forgets these outputs. Their origins are kept, so that it never discards them as stale outputs of another
+// source.
 void RunJournal::WriteOrigins(const Made& made, const RunLedger& ledger) {
   for (const std::string& output : made.outputs) {
     if (output != made.source && ledger.WroteFrom(output, made.source)) journal_->Set(output, kFrom, made.source);

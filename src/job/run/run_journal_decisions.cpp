@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Quillon developers
 // SPDX-License-Identifier: GPL-3.0-or-later
 //
-// Decisions by hand: the part of the run journal that a run with a manual frame uses, over a folder or over the list.
+// Decisions by hand: the part of the run journal for runs with a manual frame, over a folder or over the list.
 #include <algorithm>
 #include <sstream>
 #include <utility>
@@ -16,7 +16,7 @@ namespace {
 
 using host::FileStamp;
 
-// Keys of the records, see the header.
+// Keys of the records; see the header.
 constexpr const char* kBefore = "before";
 constexpr const char* kAfter = "after";
 
@@ -53,7 +53,7 @@ std::string RunJournal::ListQuestion() {
   return text + "\r\n是——继续，前面的按上次指定的裁剪框处理\r\n否——从头重新指定\r\n取消——不裁剪";
 }
 
-// Returns the first row, from 1, that the user has to decide about; 0 if there is none.
+// Returns the first row, from 1, without a decision; 0 if there is none.
 std::size_t RunJournal::FirstUndecided() {
   for (std::size_t row = 0; row < context_.files.RowCount(); ++row) {
     const std::string path = context_.files.Row(row).Path();
@@ -86,7 +86,7 @@ std::optional<FileStamp> RunJournal::StampIn(const std::string& source, const ch
   return text >> stamp ? std::optional(stamp) : std::nullopt;
 }
 
-// Stores an empty value if no file stands there.
+// Stores an empty value if the file does not exist.
 void RunJournal::WriteStamp(const std::string& source, const char* key) {
   std::ostringstream text;
   if (const auto stamp = StampOf(context_.host.files, source)) text << *stamp;
@@ -113,11 +113,11 @@ bool RunJournal::CutAsDecided(const std::string& source) const {
   const auto now = StampOf(context_.host.files, source);
   if (!before || !now) return false;
   const auto after = StampIn(source, kAfter);
-  // Asked first: on a disk that stores no change time, a cut of the same size looks like its source. Earlier versions
-  // also stored the stamp of a source that was not replaced.
+  // Checked first, because on a disk that stores no change time, a cut of the same size looks like its source. Earlier
+  // versions also stored the stamp of a source that was not replaced.
   if (after && *after != *before && UnchangedOverMounts(*after, *now)) return true;
   if (UnchangedOverMounts(*before, *now) || journal_->Get(source, kAfter)) return false;
-  // If the power failed between the cut and this note of it, a changed source counts as cut.
+  // The power may have failed between the cut and its record, so a changed source counts as cut.
   return context_.window.Overwrites();
 }
 

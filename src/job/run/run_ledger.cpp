@@ -110,17 +110,17 @@ bool RunLedger::IsForeign(const std::string& source, const std::string& output) 
 void RunLedger::DiscardStaleOutput(const std::string& source, const std::string& output, const host::Status& failure) {
   const host::Files& files = context_.host.files;
   if (!host::MayLeaveStaleOutput(failure) || outputs_.contains(output)) return;
-  // After a stop nobody waits for a disk any more.
+  // A stopped run does not wait for disks any more.
   const bool answers = context_.Stopped() ? !context_.disks.Silent(output)
                                           : static_cast<bool>(context_.disks.AskFolder(base::SplitPath(output).folder));
   if (!answers || !host::WouldBeStaleOutput(files, source, output, failure)) return;
   const auto written = Find(output);
   if ((written && written->source != source) || IsOtherSource(output, source)) return;
   if (!context_.shard.Whole()) {
-    if (context_.observer) context_.observer->OlderLeft(output);
+    if (context_.observer) context_.observer->StaleOutputLeft(output);
     return;
   }
-  // If no trash takes it, it stays: a file of the user is never simply removed.
+  // If it cannot be moved to a trash, it stays: a file of the user is never removed.
   static_cast<void>(context_.host.files.Discard(output));
 }
 
@@ -137,7 +137,7 @@ void RunLedger::Flush() {
       [this](const auto& source, auto reason, const host::Status& status) { ReportKept(source, reason, status); });
 }
 
-// An output that was lost meanwhile, or is that of another source now, says nothing about this one.
+// A source stays if its output was lost meanwhile, or another source has overwritten it.
 bool RunLedger::IsDue(const DiscardQueue::Source& source) const {
   const auto written = outputs_.find(source.outputs.front());
   return written != outputs_.end() && written->second.source == source.path;

@@ -20,52 +20,53 @@ namespace quillon::job {
 
 struct RunContext;
 
-// What became of the files of one run, kept true to what is on disk: a file counts as written while its output stands
-// under its name and is its own. Rows and the observer are notified of every change.
+// The results of the files of one run, kept true to what is on disk: a file counts as written while its output exists
+// and no other source has replaced it. Rows and the observer are notified of every change.
 class RunLedger {
  public:
-  // Returns the source that an output was made of in this run, "" for any other file.
+  // Returns the source from which this run made the output; "" for any other file.
   using Recall = std::function<std::string(const std::string& output)>;
-  // Whether the existing file at path is one that the run is still to read or has read.
+  // Returns whether the existing file at path is a source of the run, already handled or not.
   using IsSource = std::function<bool(const std::string& path)>;
 
-  // Called for what turns out after the result of a source was added: it is lost, or the source could not be discarded.
+  // Called if a result was lost after it was added, or if its source could not be discarded.
   using LateNote = std::function<void(const std::string& source, const std::string& why)>;
 
-  // planned 0: not known beforehand; what is added was planned.
+  // planned: the number of results; 0 if it is not known, and then each result that is added counts as planned.
   RunLedger(const RunContext& context, std::size_t planned);
 
-  // In a run without a list: what counts as a source.
+  // Sets what counts as a source in a run without a list.
   void ReadSourcesFrom(IsSource isSource) { isSource_ = std::move(isSource); }
-  // In a run of any length: looks up outputs that were forgotten.
+  // Sets how outputs are looked up that Forget has dropped.
   void RecallBy(Recall recall) { recall_ = std::move(recall); }
   void NoteLateTo(LateNote note) { noteLate_ = std::move(note); }
-  // Call after Flush: no output is kept in memory any more.
+  // Drops all outputs from memory. Call after Flush.
   void Forget() { outputs_.clear(); }
 
   void Add(const FileResult& result);
-  // True if this run has written a file of that name.
+  // Returns true if this run has written a file of that name.
   bool Wrote(const std::string& output) const { return Find(output).has_value(); }
-  // True if this run has already made output from source, and has not forgotten it: a file that is listed twice.
+  // Returns true if this run has already made output from source and has not forgotten it. The file is then listed
+  // twice.
   bool WroteFrom(const std::string& output, const std::string& source) const;
-  // The source of an output of this run that was not forgotten, "" for any other file.
+  // Returns the source of an output of this run that was not forgotten; "" for any other file.
   std::string SourceOf(const std::string& output) const;
-  // True if the existing file at path is a source other than own.
+  // Returns true if the existing file at path is a source other than own.
   bool IsOtherSource(const std::string& path, const std::string& own);
   // Returns true if the file at output is neither of this run nor the source itself: it goes to the trash if it is
   // replaced (host::Files::ReplacedToTrash).
   bool IsForeign(const std::string& source, const std::string& output) const;
-  // The output could not be made of source, and an older file under its name would pass for it: moves that file to the
-  // trash. It stays if it is an output of this run or another source, or if its disk is unresponsive. A run with a
-  // share of the files reports it instead: it may be an output of another share.
+  // Moves a stale output to the trash: an older file under the name of an output that could not be made from source. It
+  // stays if it is an output of this run or another source, or if its disk is unresponsive. A run of one shard only
+  // reports it, because another shard may have written it.
   void DiscardStaleOutput(const std::string& source, const std::string& output, const host::Status& failure);
-  // Queues a source that is discarded by Flush once its outputs stand; see DiscardQueue. Its result is that of the
-  // first output, and must be added before the flush.
+  // Queues a source that Flush discards if its outputs are complete; see DiscardQueue. The result with its first output
+  // must be added before the flush.
   void DiscardAtEnd(DiscardQueue::Source source) { discards_.Add(std::move(source)); }
-  // How many sources wait for the next flush.
+  // Returns how many sources wait for the next flush.
   std::size_t Discards() const { return discards_.Size(); }
 
-  // Waits until outputs stand on disk, revokes those that do not, and then discards sources.
+  // Waits until all outputs are synced, revokes those that failed, and then discards sources.
   void Flush();
   const RunTotals& Totals() const { return totals_; }
   void NoteEnd(double seconds, bool stopped);
@@ -74,13 +75,13 @@ class RunLedger {
   struct Origin {
     std::size_t row = 0;
     std::string source;
-    std::size_t several = 0;  // the same for all outputs of one result that has several, else 0
+    std::size_t several = 0;  // one number for all outputs of a result that has several; 0 if it has one
   };
 
   std::optional<Origin> Find(const std::string& output) const;
   bool IsListed(const std::string& path);
   void Register(const std::string& output, const FileResult& result);
-  // A result one of whose outputs is lost counts as without output.
+  // Changes the result of a lost output to one without output, even if its other outputs exist.
   void Revoke(const std::string& output, const Origin& origin, const std::string& why);
   bool IsDue(const DiscardQueue::Source& source) const;
   void ReportKept(const DiscardQueue::Source& source, DiscardQueue::Kept reason, const host::Status& status);
@@ -88,14 +89,14 @@ class RunLedger {
 
   const RunContext& context_;
   RunTotals totals_;
-  bool open_;  // not planned beforehand
+  bool open_;  // the number of results is not known
   IsSource isSource_;
   Recall recall_;
   LateNote noteLate_;
   std::unordered_map<std::string, Origin> outputs_;
   std::size_t results_ = 0;
   DiscardQueue discards_;
-  std::optional<std::set<host::FileId>> sources_;  // read when first needed
+  std::optional<std::set<host::FileId>> sources_;  // read at the first use
 };
 
 }  // namespace quillon::job

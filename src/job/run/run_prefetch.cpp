@@ -12,8 +12,8 @@
 namespace quillon::job {
 namespace {
 
-constexpr std::size_t kWorksAhead = 23;  // with the row itself what the services plan at once
-constexpr std::size_t kMeasuresAhead = 64;
+constexpr std::size_t kWorksAfterRow = 23;  // with the row itself, as many works as PrefetchLimits::planned
+constexpr std::size_t kPlannedMeasures = 64;
 
 }  // namespace
 
@@ -31,7 +31,7 @@ void RunPrefetch::Prefetch(std::size_t row) {
   if (foresee_) PrefetchWorks(row);
 }
 
-std::size_t RunPrefetch::Lookahead() const { return foresee_ ? kWorksAhead + 1 : 0; }
+std::size_t RunPrefetch::Lookahead() const { return foresee_ ? kWorksAfterRow + 1 : 0; }
 
 void RunPrefetch::Prefetch(const std::vector<std::string>& paths) {
   if (!foresee_ || paths.empty()) return;
@@ -50,7 +50,7 @@ void RunPrefetch::PrefetchWorks(std::size_t row) {
   const FileList& files = context_.files;
   while (!next_.empty() && next_.front().row < row) next_.pop_front();
   foreseen_ = std::max(foreseen_, row - 1);
-  while (foreseen_ < files.RowCount() && foreseen_ < row + kWorksAhead) {
+  while (foreseen_ < files.RowCount() && foreseen_ < row + kWorksAfterRow) {
     const FileRow& listed = files.Row(foreseen_++);
     if (context_.disks.Silent(listed.Path())) continue;
     auto work = foresee_(foreseen_, listed.Path(), {listed.width, listed.height});
@@ -61,20 +61,20 @@ void RunPrefetch::PrefetchWorks(std::size_t row) {
 
 void RunPrefetch::PlanWork() {
   std::vector<imaging::FileWork> works;
-  for (const Forecast& forecast : next_) {
-    const bool planned = forecast.work && !context_.disks.Silent(forecast.work->Source());
-    if (planned) works.push_back(*forecast.work);
+  for (const PlannedFile& file : next_) {
+    const bool planned = file.work && !context_.disks.Silent(file.work->Source());
+    if (planned) works.push_back(*file.work);
   }
   context_.images.PlanWork(works);
 }
 
-// Sizes that a long list has pushed out of the services' memory are measured ahead again; for the others this costs a
-// stat each.
+// The image services forget the sizes of the first files of a long list, so these are measured again. For all others
+// this costs one stat each.
 void RunPrefetch::PrefetchMeasures(std::size_t row) {
   const FileList& files = context_.files;
-  if (measured_ >= files.RowCount() || row + kMeasuresAhead / 2 <= measured_) return;
+  if (measured_ >= files.RowCount() || row + kPlannedMeasures / 2 <= measured_) return;
   std::vector<std::string> paths;
-  for (std::size_t next = row; next <= files.RowCount() && paths.size() < kMeasuresAhead; ++next) {
+  for (std::size_t next = row; next <= files.RowCount() && paths.size() < kPlannedMeasures; ++next) {
     paths.push_back(files.Row(next - 1).Path());
   }
   measured_ = row + paths.size() - 1;

@@ -15,16 +15,16 @@
 
 namespace quillon::job {
 
-// Plans with the image services which work and which sizes the next files of a run will ask for. A forecast that turns
-// out wrong costs time and nothing else. Nothing is planned after a process has died in the place of this one.
+// Plans the work and the measurements of the next files with the image services. A wrong plan only costs time. Plans
+// nothing after a worker died (RunContext::recovering).
 class RunPrefetch {
  public:
-  // Returns the work that the driver will ask for at a file, or nothing if that cannot be known. row is that of
-  // RunFile; size is in pixels and may be empty. The work must read its source and no other file.
+  // Returns the work that the driver will request for a file; nothing if that is not known. row is that of RunFile;
+  // size is in pixels and may be empty. The work must read its source and no other file.
   using Foresee =
       std::function<std::optional<imaging::FileWork>(std::size_t row, const std::string& path, base::Size size)>;
 
-  // If foresee is empty, only sizes are planned.
+  // If foresee is empty, only measurements are planned.
   RunPrefetch(const RunContext& context, Foresee foresee);
   ~RunPrefetch() { Clear(); }
   RunPrefetch(const RunPrefetch&) = delete;
@@ -35,15 +35,15 @@ class RunPrefetch {
 
   // Called before row n (from 1) of the list is handled.
   void Prefetch(std::size_t row);
-  // Called in a run without a list: the file that is handled next, and those that follow it.
+  // Called before a file is handled in a run without a list. paths are that file and those that follow it.
   void Prefetch(const std::vector<std::string>& paths);
-  // Empties the plans: no file follows, or none for now.
+  // Empties the plans. Called when no file follows, or none for now.
   void Clear();
 
  private:
-  struct Forecast {
-    std::size_t row;   // 0 without a list
-    std::string path;  // "" with one
+  struct PlannedFile {
+    std::size_t row;   // 0 if there is no list
+    std::string path;  // "" if there is a list
     std::optional<imaging::FileWork> work;
   };
 
@@ -53,9 +53,9 @@ class RunPrefetch {
 
   const RunContext& context_;
   Foresee foresee_;
-  std::deque<Forecast> next_;  // in the order of the run
-  std::size_t foreseen_ = 0;   // the last row that foresee_ was called for
-  std::size_t measured_ = 0;   // the last row that was planned for measuring
+  std::deque<PlannedFile> next_;  // in the order of the run
+  std::size_t foreseen_ = 0;      // the last row that foresee_ was called for
+  std::size_t measured_ = 0;      // the last row that was planned for measuring
 };
 
 }  // namespace quillon::job

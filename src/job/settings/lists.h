@@ -9,7 +9,7 @@
 
 #include "controls/values.h"
 
-// The fixed entries of the lists in Form1 and FBaseOpt, and what the entries stand for.
+// The fixed entries of the lists in Form1 and FBaseOpt, and their meanings.
 namespace quillon::job {
 
 // Entries of CmbCutMode. A user cannot choose those after Tiff.

@@ -8,7 +8,7 @@
 
 namespace quillon::job {
 
-// Reported for a picture that has no size.
+// Reported for a picture without a size.
 inline constexpr const char* kNoSize = "本机异常，获取图片的尺寸数据为0，请以管理员权限重新运行安装包覆盖安装！";
 
 // Reported if several processes would read each other's results as sources.
@@ -18,22 +18,22 @@ inline constexpr const char* kSharedOutput =
 
 enum class Result { Written, None, Skipped };
 
-// Whether a run that comes upon the same file again, as a watch does, tries it once more.
+// Whether a watch tries the same file again.
 enum class Retry {
   Never,
-  OnceChanged,  // the file may not be whole: another program may still be writing it
+  OnceChanged,  // the file may be incomplete: another program may still be writing it
   Soon          // it was not tried, because its disk did not respond
 };
 
 // What became of one file of a run.
 struct FileResult {
-  std::size_t row = 0;  // data row from 1, 0 where the run has no list
+  std::size_t row = 0;  // data row from 1; 0 if the run has no list
   std::string source;
-  std::string output;  // "" when none was written and none of an earlier part of the run stands
+  std::string output;  // "" if none was written and none of an earlier part of the run exists
   Result result = Result::None;
-  std::string why;                     // one Chinese sentence; "" when written and nothing is missing in the output
-  std::vector<std::string> more = {};  // further outputs, where one source gives several
-  Retry retry = Retry::Never;          // if there is no output
+  std::string why;                     // one Chinese sentence; "" if the output is complete
+  std::vector<std::string> more = {};  // further outputs, if one source gives several
+  Retry retry = Retry::Never;          // only counts if there is no output
   bool endedRun = false;               // this file ended a run over a folder
 };
 
@@ -47,26 +47,24 @@ struct RunTotals {
   bool stopped = false;
 };
 
-// Hears how a run or a listing goes on. All calls come on the one thread of control.
+// Notified of the progress of a run or listing. All calls come on the main thread.
 class RunObserver {
  public:
   virtual ~RunObserver() = default;
   virtual void RunStarted(std::size_t planned) = 0;  // 0: not known beforehand
-  // The number that was not known when the run started, once it is; what goes on meanwhile may still change it.
+  // Called when the number of files is known, if it was not known at the start. It may still change.
   virtual void RunPlanned(std::size_t /*planned*/) {}
-  // A file of a run is taken up; "": none is.
+  // Called before a file is handled; "" after the last.
   virtual void FileBegun(const std::string& /*source*/) {}
   virtual void FileDone(const FileResult& file) = 0;
-  // A file told as written with this output, which does not stand after all.
+  // An output that was reported as written does not exist after all.
   virtual void FileLost(const FileResult& file, const std::string& output) = 0;
-  // An older file stands under the name of an output that could not be made. It is left there by a run that has only a
-  // share of the files: it may be an output of another share.
-  virtual void OlderLeft(const std::string& /*path*/) {}
+  // A stale output was left in place, because another shard may have written it.
+  virtual void StaleOutputLeft(const std::string& /*path*/) {}
   virtual void RunEnded(const RunTotals& totals) = 0;
-  // A file that a listing did not take although it was named, or that it could not measure and so ended at; a folder
-  // that could not be listed.
+  // A named file was not listed or could not be measured, or a folder could not be read or was skipped.
   virtual void FileNotListed(const std::string& /*source*/, const std::string& /*why*/) {}
-  // A file that the filter of small pictures kept out of a listing.
+  // A file was not listed because of the filter of small pictures, or because it is a link to a listed file.
   virtual void FileFilteredOut(const std::string& /*source*/, const std::string& /*why*/) {}
 };
 

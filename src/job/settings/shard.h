@@ -31,7 +31,7 @@ struct Shard {
 
 enum class Wrote { No, Yes };
 
-// Sources that another process has handled, and whether a result of each stands.
+// Sources that an earlier worker has handled, and whether it wrote a result of each.
 using DoneElsewhere = std::unordered_map<std::string, Wrote>;
 
 }  // namespace quillon::job

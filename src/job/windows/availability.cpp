@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Quillon developers
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Decides which controls can be used, in one place. It depends on the values of the parameters alone, whatever the
-// order in which they were set. A control that cannot be used says why.
+// Decides which controls can be used, in one place. It depends only on the values of the parameters, not on
+// the order in which they were set. A control that cannot be used shows the reason.
 #include <initializer_list>
 #include <string>
 

@@ -42,22 +42,22 @@ constexpr int kDefaultPageDpi = 72;
 
 enum class Admission {
   Added,
-  PassedOver,  // left out by the filter of small pictures or for its page count
-  Ended        // has no size; the listing ends here, unless the caller goes on
+  PassedOver,  // skipped by the filter of small pictures or because of its page count
+  Ended        // the file has no size; the listing ends unless the caller continues
 };
 
-// The rule by which a file becomes a row of the list, for the mode that CmbCutMode shows when the rule is made.
+// Decides which files become rows of the list. The mode is that of CmbCutMode when the rule is made.
 class AdmissionRule {
  public:
   explicit AdmissionRule(Program& program);
 
-  // False if the mode counts pages and the program has nothing to count them with: asks the missing-resource question
-  // and leaves the mode.
+  // Returns false if the mode counts pages and the program lacks the page counter. Then it has asked the
+  // missing-resource question and selected the first mode.
   bool Ready();
-  // Measures the file and adds its row, or reports why not. The first file without a size shows a box; the status panel
-  // and the observer name each of them.
+  // Measures the file and adds its row, or reports why not. A file without a size is named in the status panel and
+  // reported to the observer; the first one also shows a box.
   Admission Admit(const std::string& path, Reached reached);
-  // What the status panel says of the pictures that ChFilter left out, "" if it left out none.
+  // Returns the text of the status panel about the pictures that ChFilter has skipped; "" if there are none.
   std::string FilterText() const;
 
  private:
@@ -233,7 +233,7 @@ WalkRule FileIntake::Rule(Subfolders subfolders) const {
   rule.subfolders = subfolders;
   if (program_.form1.ChOver.On()) rule.links = Links::Refused;
   rule.accepts = [this](const std::string& name) { return Accepts(name); };
-  // Others may have begun to cut already: what lies there are results.
+  // Other workers may have started: files in the output folder are results.
   if (!program_.shard.Whole() && !program_.form1.ChOver.On() && OutDirExists()) {
     rule.leftOut = program_.form1.LOutDir.Value();
   }
@@ -277,11 +277,11 @@ bool FileIntake::List(const std::vector<std::string>& roots, Subfolders subfolde
   {
     const RunFrame frame(program_.context, WindowUse::Usable);
     std::size_t read = 0;
-    double told = -kSecondsBetweenTitles;
-    const auto tell = [&] {
+    double shownAt = -kSecondsBetweenTitles;
+    const auto showProgress = [&] {
       const double now = program_.host.clock.Seconds();
-      if (now - told < kSecondsBetweenTitles && now >= told) return;
-      told = now;
+      if (now - shownAt < kSecondsBetweenTitles && now >= shownAt) return;
+      shownAt = now;
       program_.form1.ShowStatus(progress == Progress::Adding ? kAddingTitle : kReadingTitle + std::to_string(read));
       ShowStatusPanel();
     };
@@ -294,7 +294,7 @@ bool FileIntake::List(const std::vector<std::string>& roots, Subfolders subfolde
       }
       refused = rule.Admit(path, walk.How()) == Admission::Ended && withoutSize == WithoutSize::EndsListing;
       ++read;
-      if (!refused) tell();
+      if (!refused) showProgress();
       return !refused;
     });
     ReportBegun("");
@@ -312,7 +312,7 @@ void FileIntake::ShowFirstRow() {
 
 void FileIntake::ShowStatusPanel() { program_.form1.LStatus.SetText(program_.files.StatusText()); }
 
-// What has no name of a picture is a folder, and may be where a disk begins.
+// A name without a picture extension is treated as a folder.
 host::Status FileIntake::DiskAnswers(const std::string& item) const {
   return Accepts(item) ? program_.disks.AskFile(item) : program_.disks.AskFolder(item);
 }
@@ -321,7 +321,7 @@ bool FileIntake::FolderExists(const std::string& folder) const {
   return program_.disks.AskFolder(folder) && program_.host.files.IsFolder(folder);
 }
 
-// The folder in a label, or the label's own text where none was chosen yet.
+// caption: the folder of a label, or its placeholder if no folder was chosen.
 void FileIntake::WarnFolder(const char* what, const std::string& caption) {
   std::string text = caption + "！";
   if (caption != kNoInputFolder && caption != kNoOutputFolder) {

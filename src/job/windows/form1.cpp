@@ -118,7 +118,7 @@ void Form1::MenuAbout_Click() {
                host::kInformationIcon);
 }
 
-// A run that is under way works with the windows and the image library: it has to end before the program can.
+// A run uses the windows and the image library, so it must end before the program does.
 void Form1::Close() {
   if (!program_.flags.Busy) {
     if (program_.Unload()) Hide();

@@ -154,17 +154,17 @@ class Form1 : public controls::Window {
   // run or a listing is in progress (Flags::Busy) it asks whether to stop that instead, and the window stays open.
   void Close() override;
 
-  // The running text in front of the title, "" for the plain title.
+  // Shows the text in front of the title; "" shows the plain title.
   void ShowStatus(const std::string& statusText);
 
-  // The frame of every driver: a run clears StopRequested, disables Frame1 and the menus and enables MenuStop; its end
-  // enables them again, restores the title and disables MenuStop.
+  // BeginRun clears StopRequested, disables Frame1 and the menus, and enables MenuStop. EndRun enables them again,
+  // restores the title and disables MenuStop.
   void BeginRun();
   void EndRun();
 
   // Sets the limits of TCutValue by the unit in use and the picture in the preview.
   void ShowMarginLimits();
-  // Places the frame in the preview by the parameters, and shows each margin as a share of the picture in its tooltip.
+  // Places the frame in the preview by the parameters, and shows each margin in per cent of the picture in its tooltip.
   void ShowFrame();
 
  private:

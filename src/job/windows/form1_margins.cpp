@@ -98,8 +98,8 @@ void Form1::ChCutA_Click() {
   ShowFrame();
 }
 
-// Converts the values so that the frame on show stays where it is. While the window opens there is none yet, and they
-// are kept.
+// Converts the values so that the frame on show does not move. Keeps them while the window opens, because there is no
+// frame yet.
 void Form1::ConvertMargins() {
   ShowMarginLimits();
   const base::Size picture = program_.fCutPre.preview.Picture();

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Quillon developers
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The one place that reads the parameters of a cut from the windows and flags. It knows all windows and so stands above
-// the settings, which know none.
+// The only source that reads the parameters of a cut from the windows and flags. It is not in the room settings, which
+// includes no window.
 #include "base/number_text.h"
 #include "job/program.h"
 #include "job/settings/cut_settings.h"

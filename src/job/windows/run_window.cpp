@@ -25,9 +25,9 @@ bool IsParameter(const controls::Control& control) {
   }
 }
 
-// What a run itself puts into the windows is no parameter of it: the margins of the frame that is placed by hand, and
-// the white around a picture that is padded. Nor is the profile, which no cut looks at and which is only chosen when
-// its window is opened.
+// Returns true for values that are no parameters of a job. A run itself writes the margins of a frame that is placed by
+// hand, and the white around a padded picture. No cut reads the choice of the profile, which is only made when its
+// window is opened.
 bool ChangesNothing(const Program& program, const controls::Control& control) {
   if (&control == &program.fBaseOpt.CmbCMYK) return true;
   if (&control == &program.fBaseOpt.PBoardColor) return program.form1.ChAddToSize.On();
@@ -57,7 +57,7 @@ std::string ProgramWindow::Parameters(const std::vector<std::string>& windows) c
   std::ostringstream text;
   text << InputFolder() << '\n' << OutputFolder() << '\n' << program_.flags.OutDpi << '\n';
   const bool pixels = form.ChCutA.On() && !form.ChFixCut.On();
-  text << (pixels && program_.flags.AdvancedOptionsLoaded) << '\n';  // margins count otherwise then
+  text << (pixels && program_.flags.AdvancedOptionsLoaded) << '\n';  // the margins are then interpreted differently
   for (const std::string& name : windows) {
     const controls::Window* window = program_.windows.FindWindow(name);
     if (!window) continue;

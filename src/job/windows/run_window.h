@@ -8,7 +8,7 @@ namespace quillon::job {
 
 class Program;
 
-// Form1 and FBaseOpt as lists and runs see them.
+// The interface of Form1 and FBaseOpt for lists and runs.
 class ProgramWindow final : public RunWindow {
  public:
   explicit ProgramWindow(Program& program) : program_(program) {}

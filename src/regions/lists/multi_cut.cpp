@@ -173,7 +173,7 @@ void MultiCut::CutAll(const Source& source, const std::vector<RegionCut>& cuts) 
     std::string status = normal;
     status.append("  正在裁剪").append(number).append("/").append(std::to_string(cuts.size()));
     program_.form1.LStatus.SetText(status + source.progress);
-    // Still this one, for whoever takes the result of a region for the end of the picture.
+    // Reported again for each region, because an observer may read a result as the end of the picture.
     if (j > 0 && program_.observer) program_.observer->FileBegun(source.path);
     const std::string why = CutRegion(picture, source, cuts[j]);
     ReportRegion(source, cuts[j].output, why.empty() ? Result::Written : Result::None, why);
@@ -184,7 +184,7 @@ void MultiCut::CutAll(const Source& source, const std::vector<RegionCut>& cuts) 
 
 std::string MultiCut::CutRegion(RegionSource& picture, const Source& source, const RegionCut& cut) {
   if (cut.box.Empty()) return EmptyBoxText(cut.box);
-  // Nobody meant another listed picture to be written over.
+  // Another listed picture must not be overwritten.
   if (ledger_->IsOtherSource(cut.output, source.path)) {
     return "会覆盖另一个文件 " + base::DisplayText(cut.output) + "，已跳过";
   }
@@ -203,7 +203,7 @@ void MultiCut::ReportAll(const Source& source, Result result, const std::string&
   for (std::size_t j = 0; j < regions_.size(); ++j) ReportRegion(source, "", result, why);
 }
 
-// A row with any region without output is one without output, however many of its regions were written.
+// A row counts as without output if any of its regions has none.
 void MultiCut::MarkRow(const Source& source, const std::string& why) {
   if (source.row > 0 && !why.empty()) program_.files.SetResult(source.row - 1, Result::None, why, 0);
 }

@@ -18,7 +18,7 @@ namespace quillon::regions {
 // Cuts all regions out of every picture: of the list, or in large-capacity mode of the input folder.
 class MultiCut final : public job::RunDriver {
  public:
-  // onStart is called once nothing is missing any more and the run goes on.
+  // onStart is called when everything that the run needs is there and the run starts.
   MultiCut(job::Program& program, const RegionEditor& editor, std::function<void()> onStart);
 
   job::RunNeeds Needs() const override;
@@ -35,11 +35,11 @@ class MultiCut final : public job::RunDriver {
   job::RunEnd End(job::RunSource source) override;
   void Release() override;
 
-  // As Cut during a run, with a file that no row stands for: its size is read from the file. text says what was done
-  // so far. Does nothing if no run goes on.
+  // Cuts a file that is not listed, during a run; its size is read from the file. text is shown as what was done so
+  // far. Does nothing if no run goes on.
   void LargeMulCut(const std::string& path, const std::string& text);
-  // The work that Cut asks for at a picture of that size, with the options as they are now. Nothing if it will be
-  // passed over, or if no region has an area.
+  // Returns the work that Cut requests for a picture of that size, with the present options; nothing if the picture is
+  // skipped or no region has an area.
   std::optional<imaging::FileWork> Foresee(const std::string& path, base::Size size) const;
 
  private:
@@ -52,13 +52,13 @@ class MultiCut final : public job::RunDriver {
 
   void CutUnlisted(const std::string& path, const std::string& text);
   std::vector<RegionCut> CutsOf(const std::string& path, base::Size size) const;
-  // The regions as text: another list is another job.
+  // Returns the regions as text, which is part of the identity of the job.
   std::string ListText() const;
   void CutSource(const Source& source);
   void CutAll(const Source& source, const std::vector<RegionCut>& cuts);
   // Returns why the region gave no output, "" if it did.
   std::string CutRegion(RegionSource& picture, const Source& source, const RegionCut& cut);
-  // Why a source cannot be cut at all; "" for one that can.
+  // Returns why a source cannot be cut; "" if it can.
   std::string Refusal(const Source& source);
   std::string OutputFolder(const std::string& baseName) const;
   void ReportRegion(const Source& source, const std::string& output, job::Result result, const std::string& why);
@@ -72,8 +72,8 @@ class MultiCut final : public job::RunDriver {
   bool perImageFolder_ = false;
   std::function<void()> onStart_;
   std::optional<job::RunPrefetch> prefetch_;
-  job::RunLedger* ledger_ = nullptr;  // of the run that is under way
-  const Report* report_ = nullptr;    // of the file that is under way
+  job::RunLedger* ledger_ = nullptr;  // of the present run
+  const Report* report_ = nullptr;    // of the present file
 };
 
 }  // namespace quillon::regions

@@ -95,7 +95,7 @@ void RegionEditor::CmdOut_Click() {
   if (path.empty()) return;
   std::vector<std::array<std::string, 4>> rows;
   for (std::size_t row = 0; row < list_.RowCount(); ++row) rows.push_back(list_.Fields(row));
-  // No run is under way that giving up would stop.
+  // There is no run that giving up could stop.
   const host::Saver saver(program_.host.boxes, program_.host.files, {});
   const host::Status saved =
       saver.Save(path, [&] { return program_.host.files.Save(path, WriteClt(GetUnit(), rows)); });

@@ -16,7 +16,7 @@ constexpr const char* kStopQuestion = "终止定时裁剪？";
 constexpr const char* kCloseQuestion = "图片定时裁剪进行中，确定终止?";
 constexpr const char* kNotWatching = "定时裁剪还没有开始";
 constexpr const char* kCount = "已裁剪数：";
-constexpr double kRhythm = 0.5;
+constexpr double kSecondsBetweenRounds = 0.5;
 constexpr double kSecondsBetweenTurns = 0.02;
 
 }  // namespace
@@ -142,7 +142,7 @@ void FCutTime::Watch() {
 
 void FCutTime::Wait() {
   const double start = program_.host.clock.Seconds();
-  while (GoesOn() && program_.host.clock.Seconds() - start < kRhythm) {
+  while (GoesOn() && program_.host.clock.Seconds() - start < kSecondsBetweenRounds) {
     program_.host.pump.Turn();
     program_.host.clock.Sleep(kSecondsBetweenTurns);
   }

@@ -15,7 +15,7 @@
 
 namespace quillon::regions {
 
-// Cuts every picture that comes into a folder, until it is stopped.
+// The window of the watch: cuts every picture that is added to a folder, until it is stopped.
 class FCutTime : public controls::Window {
  public:
   explicit FCutTime(job::Program& program);
@@ -49,7 +49,7 @@ class FCutTime : public controls::Window {
   controls::Button CmdInput{*this, "CmdInput", controls::Inside(Frame3, "导入裁剪区域列表...")};
   controls::Button CmdOut{*this, "CmdOut", controls::DisabledInside(Frame3, "保存列表...")};
   controls::Label LFiles{*this, "LFiles", {.caption = "已裁剪数：0"}};
-  // What was not cut last, and why.
+  // The last file that was not cut, and why.
   controls::Label LNote{*this, "LNote", {}};
   controls::CheckBox Chback{
       *this, "Chback", {.caption = "后台监控", .tooltip = "将程序最小化到任务栏", .enabled = false}};
@@ -59,10 +59,10 @@ class FCutTime : public controls::Window {
   RegionEditor& Editor() { return editor_; }
   bool Running() const { return running_; }
 
-  // Watches until it is stopped.
+  // Starts the watch and returns when it has ended.
   void CmdDo_Click();
   void CmdStop_Click();
-  // While it watches it asks first.
+  // Closes the window. During a watch it asks first.
   void Close() override;
 
  protected:
@@ -77,7 +77,7 @@ class FCutTime : public controls::Window {
   void LimitSide(controls::TextBox& side);
   WatchCutOptions Options() const;
   void Watch();
-  // Half a second with turns of the message loop, or less when it is stopped.
+  // Pumps messages for half a second, or until the watch is stopped.
   void Wait();
   bool GoesOn() const;
   void EnableForWatch(bool watching);

@@ -9,9 +9,9 @@
 namespace quillon::regions {
 namespace {
 
-// A name may come into a folder without moving its time once more, as long as the clock of the disk has not ticked.
+// A file may be added without a change of the folder's time, as long as the clock of the disk has not ticked.
 constexpr double kSecondsToTrustAStamp = 2;
-// Some network disks do not move it at all.
+// Some network disks never change the time of a folder.
 constexpr double kSecondsBetweenListings = 10;
 
 }  // namespace
@@ -56,7 +56,7 @@ bool FolderPoller::ListingNeeded() {
   return listedAt_ - stampSince_ < kSecondsToTrustAStamp || now - listedAt_ >= kSecondsBetweenListings;
 }
 
-// A new name waits with a stamp that no file has, so that its first look is a look like any other.
+// A new name gets an empty stamp, so that the second poll decides.
 void FolderPoller::List() {
   listedAt_ = host_.clock.Seconds();
   const host::Status listed = host_.files.ListFolder(folder_, [this](const host::FolderEntry& entry) {
@@ -68,7 +68,7 @@ void FolderPoller::List() {
   there_ = static_cast<bool>(listed);
 }
 
-void FolderPoller::Take(const std::string& name) {
+void FolderPoller::MarkHandled(const std::string& name) {
   seenNames_.insert(name);
   waiting_.erase(name);
 }

@@ -14,25 +14,27 @@
 
 namespace quillon::regions {
 
-// The files of a folder that are new and have settled: unchanged between two looks. It remembers the names that were
-// taken, and of all others only those it waits for.
+// Finds files that are new and unchanged between two polls. It remembers the handled names, and of all others only
+// those that are not ready yet.
 class FolderPoller {
  public:
-  // Whether a name is of a kind that is looked for.
+  // Returns whether files of that name are wanted.
   using Accepts = std::function<bool(const std::string& name)>;
 
   FolderPoller(host::Host& host, std::string folder, Accepts accepts);
 
-  // One look: the names that are ready, sorted. A folder that has not changed for a while is only listed now and then.
+  // Polls once. Returns the names that are ready, sorted. A folder that has not changed for a while is listed only
+  // every ten seconds.
   std::vector<std::string> Poll();
-  // False after a look that could not list the folder.
+  // Returns false if the last poll could not read the folder.
   bool FolderThere() const { return there_; }
-  // The name is done with, whatever comes under it.
-  void Take(const std::string& name);
-  // The names that are done with: what is in here is not new.
+  // Marks the name as handled. Later files of that name are ignored.
+  void MarkHandled(const std::string& name);
+  // Returns the handled names.
   const std::unordered_set<std::string>& SeenNames() const { return seenNames_; }
-  // The file is not whole: it is ready again when it has changed and settled once more.
+  // Marks the file as incomplete. It is ready again after it has changed and settled once more.
   void Refuse(const std::string& name);
+  // Returns the stamp of a file at the last poll; nothing if the name is not waiting.
   std::optional<host::FileStamp> StampOf(const std::string& name) const;
 
  private:

@@ -16,7 +16,7 @@ using job::FileResult;
 using job::Result;
 using job::Retry;
 
-// Sources that are discarded together, so that one wait for the disk serves all of them.
+// Sources are discarded in groups of this size, with one flush for each group.
 constexpr std::size_t kDiscardedTogether = 32;
 
 struct TypeFilter {
@@ -98,7 +98,7 @@ void FolderWatch::Handle(const std::string& name) {
   };
   if (again(Retry::Soon)) return;
   if (again(Retry::OnceChanged)) return poller_.Refuse(name);
-  poller_.Take(name);
+  poller_.MarkHandled(name);
   for (const FileResult& result : results) Report(result);
 }
 
@@ -108,7 +108,7 @@ void FolderWatch::Report(const FileResult& result) {
   hooks_.counted(ledger_.Totals().written);
 }
 
-// Also counts anew: outputs may have been lost.
+// Reports the count again if outputs were lost.
 void FolderWatch::Flush() {
   const std::size_t written = ledger_.Totals().written;
   ledger_.Flush();

@@ -15,28 +15,28 @@ namespace quillon::regions {
 
 // The filters of CmbType, by entry.
 std::vector<std::string> WatchTypes();
-// Whether a name passes the filter of an entry. Hidden files never do.
+// Returns whether a name passes the filter of an entry. Hidden files never do.
 bool PassesType(int type, const std::string& name);
 
-// How a watch speaks to its window.
+// What a watch calls in its window.
 struct WatchHooks {
-  std::function<bool()> goesOn;                  // called before each file
-  std::function<void(std::size_t cut)> counted;  // called after each, with the number of pictures cut so far
-  // A sentence about what was not cut, "" when the folder is there again.
+  std::function<bool()> goesOn;                  // called before each file; false ends the round
+  std::function<void(std::size_t cut)> counted;  // called when the number of cut pictures may have changed
+  // Called with a sentence about a file that was not cut or a folder that is missing; "" when the folder is back.
   std::function<void(const std::string& sentence)> note;
 };
 
-// The run over a watched folder, one round at a time: hands each new file to the driver once it has settled. A file
-// whose result asks for it is handed over again. Reports each file to the observer.
+// The run over a watched folder, one round at a time. Passes each settled file to the driver, and again later if its
+// result asks for it (Retry). Reports each file to the observer.
 class FolderWatch {
  public:
   // type: entry of CmbType.
   FolderWatch(const job::RunContext& context, job::FileDriver& driver, const std::string& folder, int type,
               WatchHooks hooks);
 
-  // Looks at the folder once, handles what is ready, and returns when all outputs stand on disk.
+  // Polls the folder once and handles the files that are ready. Returns after their outputs are synced.
   void Round();
-  // What became of the files so far.
+  // Returns the results of the files so far.
   job::RunLedger& Ledger() { return ledger_; }
 
  private:
@@ -53,7 +53,7 @@ class FolderWatch {
   WatchHooks hooks_;
   FolderPoller poller_;
   job::RunLedger ledger_;
-  std::size_t number_ = 0;  // files handed over so far
+  std::size_t number_ = 0;  // files passed to the driver so far
   bool shownMissing_ = false;
 };
 

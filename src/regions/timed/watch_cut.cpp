@@ -18,7 +18,7 @@ using job::FileResult;
 using job::Result;
 using job::Retry;
 
-// Whether a failure says that the file is not whole, or not there any more, so that it was not really tried.
+// Returns whether a failure means that the file is incomplete or gone, so that it may be tried again.
 bool NotWhole(const host::Status& status) {
   const Problem problem = status.GetProblem();
   return problem == Problem::Damaged || problem == Problem::Unsupported || problem == Problem::Missing;
@@ -64,7 +64,7 @@ FileResult WatchCut::CutPicture(const job::RunFile& file, base::Size size) {
 FileResult WatchCut::Failed(const std::string& path, const host::Status& status) const {
   FileResult result{0, path, "", Result::None, status.Why()};
   if (NotWhole(status)) result.retry = Retry::OnceChanged;
-  // Nobody has stopped the watch: it is the disk that does not respond.
+  // If the watch was not stopped, the disk does not respond.
   if (status.GetProblem() == Problem::Stopped && !program_.flags.StopRequested) result.retry = Retry::Soon;
   return result;
 }
@@ -104,7 +104,7 @@ std::optional<imaging::FileWork> WatchCut::Foresee(const std::string& path, base
   return work;
 }
 
-// A picture that cannot be loaded for the fast way goes the other one.
+// If the fast decode fails, uses the other one.
 RegionSource WatchCut::Open(const std::string& path, const std::vector<RegionCut>& cuts) const {
   using Decode = RegionSource::Decode;
   RegionSource::Options options{.extension = base::SplitPath(path).extension,
@@ -122,7 +122,7 @@ RegionSource WatchCut::Open(const std::string& path, const std::vector<RegionCut
   return {program_.images, program_.saver, path, options};
 }
 
-// Cut aside first: a source that another program has replaced meanwhile is not written over.
+// Cuts into a work file first, so that a source that another program has replaced meanwhile is not overwritten.
 host::Status WatchCut::CutInPlace(const job::RunFile& file, const RegionCut& cut) {
   const host::Status made = Open(file.path, {cut}).Cut(cut);
   if (!made) return made;
@@ -147,7 +147,7 @@ host::Status WatchCut::CutBeside(const job::RunFile& file, const std::vector<Reg
   return failure;
 }
 
-// What stands under the name of a region is not ours to write over.
+// An existing file is moved to the trash before a region is written.
 host::Status WatchCut::MakeRoom(const std::string& target) {
   if (!program_.host.files.Stat(target)) return host::Status::Ok();
   host::Status gone = program_.host.files.Discard(target);

@@ -15,20 +15,20 @@ namespace quillon::regions {
 
 // What is done to each picture of a watched folder.
 struct WatchCutOptions {
-  bool fast = false;  // ChFast: transparency goes, laid on white
+  bool fast = false;  // ChFast: transparency becomes white
   bool sizeFilter = false;
   bool both = false;
   int smallWidth = 0;  // TW
   int smallHeight = 0;
-  // ChMul. Yes: the regions go beside the source, which is discarded when all of them stand. No: the one region takes
-  // the place of the source.
+  // ChMul. True: the regions are written beside the source, which is discarded when all of them are complete. False:
+  // the one region replaces the source.
   bool several = false;
   std::vector<Margins> regions;
   Unit unit = Unit::Pixels;
 };
 
-// Cuts the regions out of one picture after another, beside or in place of it. A picture that has changed since it had
-// settled is left as it is: RunFile::settled must be given.
+// Cuts the regions out of each picture, into files beside it or over the picture itself. A picture that has changed
+// since it had settled is not changed; RunFile::settled must be given.
 class WatchCut final : public job::FileDriver {
  public:
   WatchCut(job::Program& program, WatchCutOptions options);
@@ -40,7 +40,7 @@ class WatchCut final : public job::FileDriver {
   void Cut(const job::RunFile& file, const Report& report) override;
   void EndPrefetch() override { prefetch_.Clear(); }
 
-  // The work that Cut asks for at a picture of that size. Nothing if it is passed over, or if no region has an area.
+  // Returns the work that Cut requests for a picture of that size; nothing if it is skipped or no region has an area.
   std::optional<imaging::FileWork> Foresee(const std::string& path, base::Size size) const;
 
  private:
@@ -49,10 +49,10 @@ class WatchCut final : public job::FileDriver {
   std::vector<RegionCut> CutsOf(const std::string& path, base::Size size) const;
   imaging::FileWork WorkOf(const std::string& path, const std::vector<RegionCut>& cuts) const;
   RegionSource Open(const std::string& path, const std::vector<RegionCut>& cuts) const;
-  // The work file of a cut that takes the place of its source.
+  // Returns the work file of a cut that replaces its source.
   std::string AsidePath(const std::string& extension) const;
   host::Status CutInPlace(const job::RunFile& file, const RegionCut& cut);
-  // outputs: of the regions that were cut.
+  // Sets outputs to the files of the regions that were cut.
   host::Status CutBeside(const job::RunFile& file, const std::vector<RegionCut>& cuts,
                          std::vector<std::string>& outputs);
   host::Status MakeRoom(const std::string& target);

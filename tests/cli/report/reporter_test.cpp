@@ -41,7 +41,7 @@ Progress Running(std::size_t done, std::size_t planned, double seconds) {
   return {true, done, planned, seconds, "正在处理"};
 }
 
-TEST(ProgressText, TellsRateAndTimeLeft) {
+TEST(ProgressText, HasRateAndTimeLeft) {
   EXPECT_EQ(ProgressText(Running(12, 300, 0.5)), "处理中 12/300  4%  24.0 张/秒  剩余 0:12");
   EXPECT_EQ(ProgressText(Running(1, 10000, 10)), "处理中 1/10000  0%  0.1 张/秒  剩余 27:46:30");
   EXPECT_EQ(ProgressText(Running(300, 300, 3)), "处理中 300/300  100%  100.0 张/秒  剩余 0:00");
@@ -131,7 +131,7 @@ TEST(TextReporter, SaysWhenARunWasStopped) {
   EXPECT_EQ(err.Text(), "写出 0，没有输出 0，略过 0，用时 0.0 秒，已中止\n");
 }
 
-TEST(TextReporter, IsSilentWhereNothingRan) {
+TEST(TextReporter, IsSilentIfNothingRan) {
   Stream out;
   Stream err;
   TextReporter reporter(out.File(), err.File(), Terminal::No);

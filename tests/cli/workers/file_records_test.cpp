@@ -24,7 +24,7 @@ class FileRecordsTest : public testing::Test {
   std::string path_ = folder_.Path("records");
 };
 
-TEST_F(FileRecordsTest, KnowWhatWasTold) {
+TEST_F(FileRecordsTest, ReturnWhatWasRecorded) {
   FileRecords records(path_);
   EXPECT_FALSE(records.Handled(kOdd));
   EXPECT_TRUE(records.NoteHandled(kOdd, Wrote::No));
@@ -36,12 +36,12 @@ TEST_F(FileRecordsTest, KnowWhatWasTold) {
   EXPECT_TRUE(records.Complete());
 }
 
-TEST_F(FileRecordsTest, HandOutEverySource) {
+TEST_F(FileRecordsTest, ListEverySource) {
   FileRecords records(path_);
-  const std::vector<std::pair<std::string, Wrote>> told{{kOdd, Wrote::Yes},        {"/in/b.jpg", Wrote::No},
-                                                        {"/in/c.jpg", Wrote::No},  {"/in/c.jpg", Wrote::Yes},
-                                                        {"/in/d.jpg", Wrote::Yes}, {"/in/d.jpg", Wrote::No}};
-  for (const auto& [source, wrote] : told) records.NoteHandled(source, wrote);
+  const std::vector<std::pair<std::string, Wrote>> recorded{{kOdd, Wrote::Yes},        {"/in/b.jpg", Wrote::No},
+                                                            {"/in/c.jpg", Wrote::No},  {"/in/c.jpg", Wrote::Yes},
+                                                            {"/in/d.jpg", Wrote::Yes}, {"/in/d.jpg", Wrote::No}};
+  for (const auto& [source, wrote] : recorded) records.NoteHandled(source, wrote);
   records.NoteOutput("/out/a.jpg", kOdd);
   std::map<std::string, Wrote> sources;
   records.EachSource([&](const std::string& source, Wrote wrote) { sources[source] = wrote; });
@@ -60,7 +60,7 @@ TEST_F(FileRecordsTest, PartSourcesFromOutputs) {
   EXPECT_TRUE(records.Complete());
 }
 
-TEST_F(FileRecordsTest, LeaveNothingBehind) {
+TEST_F(FileRecordsTest, LeaveNoFiles) {
   { FileRecords(path_).NoteHandled(kOdd, Wrote::No); }
   EXPECT_TRUE(folder_.Names("").empty());
 }

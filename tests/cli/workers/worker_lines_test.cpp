@@ -52,14 +52,14 @@ TEST(WorkerLines, CarryTheCurrentFileJournalsAndProgress) {
   EXPECT_EQ(read->planned, 90u);
 }
 
-TEST(WorkerLines, NothingElseIsTaken) {
+TEST(WorkerLines, NothingElseIsAccepted) {
   for (const char* text : {"", "no json", "[]", "{}", R"({"event":"other"})", R"({"event":"file"})", "7"}) {
     const WorkerLine line = ReadWorkerLine(text);
     EXPECT_FALSE(line.event || line.started || line.staleOutput || line.progress) << text;
   }
 }
 
-TEST(WorkerArguments, AreThoseGivenAsAShare) {
+TEST(WorkerArguments, AreThoseOfTheCallWithAShard) {
   using Words = std::vector<std::string>;
   const job::Shard shard{4, 6, ""};
   EXPECT_EQ(WorkerArguments({"--jobs", "2", "--json", "--set", "ChOver=1", "--shard=1/3", "--trace", "a.jpg"}, shard),

@@ -33,7 +33,7 @@ TEST_F(WorkersTest, AddUpToOneRun) {
   ExpectSums(ran);
 }
 
-TEST_F(WorkersTest, TellPeopleToo) {
+TEST_F(WorkersTest, ReportInPlainTextToo) {
   Pictures(10);
   folder.Write("in/bad.jpg", "");
   BatchProcess process(Cut({"in"}, {"--jobs=2"}), folder.Path(), ErrorsTo::Terminal);
@@ -43,7 +43,7 @@ TEST_F(WorkersTest, TellPeopleToo) {
   EXPECT_THAT(ran.err, HasSubstr("写出 10，没有输出 1，略过 0"));
 }
 
-TEST_F(WorkersTest, AShareMayBeEmpty) {
+TEST_F(WorkersTest, AShardMayBeEmpty) {
   const Ran ran = Run(Cut({Picture("a.bmp")}, {"--json", "--jobs", "5"}));
   EXPECT_EQ(ran.exit, 0) << ran.err;
   EXPECT_EQ(ran.err, "");
@@ -51,7 +51,7 @@ TEST_F(WorkersTest, AShareMayBeEmpty) {
   EXPECT_EQ(EventsOf(ran.out, "box").size(), 1u) << "those without files say nothing";
 }
 
-TEST_F(WorkersTest, FilesThatCannotBeListedAreToldOnce) {
+TEST_F(WorkersTest, FilesThatCannotBeListedAreReportedOnce) {
   folder.Write("notes.txt", "x");
   const Ran ran = Run(Cut({Picture("a.bmp"), "missing.jpg", "notes.txt"}, {"--json", "--jobs", "4"}));
   EXPECT_EQ(ran.exit, 1);
@@ -70,7 +70,7 @@ TEST_F(WorkersTest, OutputsOfOneNameCountOnce) {
   ExpectSums(ran);
 }
 
-TEST_F(WorkersTest, WrongArgumentsAreToldOnce) {
+TEST_F(WorkersTest, WrongArgumentsAreReportedOnce) {
   const Ran ran = Run(Cut({Picture("a.bmp")}, {"--jobs", "3", "--set", "TQuality=50"}));
   EXPECT_EQ(ran.exit, 2);
   EXPECT_THAT(ran.err, HasSubstr("Form1.TQuality 当前不可用"));
@@ -228,7 +228,7 @@ class PlayedWorkersTest : public testing::Test {
 
 using DyingWorkersTest = PlayedWorkersTest;
 
-TEST_F(DyingWorkersTest, OneThatDiesWhileItListsCostsTheFileItLookedAt) {
+TEST_F(DyingWorkersTest, OneThatDiesWhileItListsCostsTheFileItMeasured) {
   const std::string good = JsonLine(FileEvent({0, "/good.jpg", "/out/good.jpg", job::Result::Written, ""}));
   const std::string end = JsonLine(EndEvent({1, 0, 0, 0.1, false}));
   // The first worker does not name its current file; those that replace it do.
@@ -253,15 +253,15 @@ TEST_F(DyingWorkersTest, WhatNoneCouldDoIsNamed) {
                         {folder, "第 1 个处理进程意外结束（信号 9），其中由它负责的文件没有处理完"}}));
 }
 
-TEST_F(DyingWorkersTest, TheNextIsToldOfEverySource) {
+TEST_F(DyingWorkersTest, TheNextReceivesEverySource) {
   const std::string good = JsonLine(FileEvent({0, "/good.jpg", "/out/good.jpg", job::Result::Written, ""}));
   const std::string bad = JsonLine(FileEvent({0, "/bad.jpg", "", job::Result::None, "damaged"}));
   Perform(
       "if [ -n \"$QUILLON_BATCH_RECOVERING\" ]; then\ntr '\\0' '\\n' <\"$QUILLON_BATCH_WORKER\" | LC_ALL=C sort >'" +
-          world_.folder.Path("told") + "'\n" + SaysEnd() + "exit 0\nfi\n" + Says(good) + Says(bad) +
+          world_.folder.Path("received") + "'\n" + SaysEnd() + "exit 0\nfi\n" + Says(good) + Says(bad) +
           Says(StartedLine("/killer.jpg")) + "kill -9 $$\n",
       {});
-  EXPECT_EQ(world_.folder.Read("told"), "+/good.jpg\n-/bad.jpg\n-/killer.jpg\n");
+  EXPECT_EQ(world_.folder.Read("received"), "+/good.jpg\n-/bad.jpg\n-/killer.jpg\n");
 }
 
 // A region without output says nothing of those that were written.
@@ -284,7 +284,7 @@ TEST_F(DyingWorkersTest, OneThatDiesBetweenTwoRegionsCostsTheRestOfThePicture) {
   EXPECT_EQ(Whys()[source], "处理进程意外结束（信号 9），这个文件可能没有处理完");
 }
 
-TEST_F(DyingWorkersTest, ALostOutputIsTakenBack) {
+TEST_F(DyingWorkersTest, ALostOutputIsRevoked) {
   const job::FileResult lost{0, "/in/a.bmp", "", job::Result::None, "lost"};
   Perform(SaysFile({0, "/in/a.bmp", "/out/a.jpg", job::Result::Written, ""}) +
               SaysFile({0, "/in/b.bmp", "/out/b.jpg", job::Result::Written, ""}) +
@@ -294,7 +294,7 @@ TEST_F(DyingWorkersTest, ALostOutputIsTakenBack) {
 }
 
 // The loss is reported when the other source takes the name; the worker of the first source finds it later.
-TEST_F(DyingWorkersTest, AnOutputThatAnotherOneTookIsTakenBackOnce) {
+TEST_F(DyingWorkersTest, AnOutputThatAnotherSourceOverwroteIsRevokedOnce) {
   const job::FileResult lost{0, "/in/a.bmp", "", job::Result::None, "lost"};
   Perform(SaysFile({0, "/in/a.bmp", "/out/x.jpg", job::Result::Written, ""}) +
               SaysFile({0, "/in/b.bmp", "/out/x.jpg", job::Result::Written, ""}) +
@@ -315,10 +315,10 @@ TEST_F(PlayedWorkersTest, OneThatStopsByItselfEndsTheRun) {
 TEST_F(PlayedWorkersTest, KnowHowManyTheyAre) {
   plan_.jobs = 3;
   plan_.shard = {1, 2, ""};
-  Perform("echo $* $QUILLON_BATCH_AMONG >>'" + world_.folder.Path("told") + "'\n" + SaysEnd() + "exit 0\n", {});
-  std::istringstream told(world_.folder.Read("told"));
+  Perform("echo $* $QUILLON_BATCH_AMONG >>'" + world_.folder.Path("received") + "'\n" + SaysEnd() + "exit 0\n", {});
+  std::istringstream received(world_.folder.Read("received"));
   std::set<std::string> lines;
-  for (std::string line; std::getline(told, line);) lines.insert(line);
+  for (std::string line; std::getline(received, line);) lines.insert(line);
   EXPECT_EQ(lines, (std::set<std::string>{"--json --shard=2/6 3", "--json --shard=4/6 3", "--json --shard=6/6 3"}));
 }
 
@@ -345,7 +345,7 @@ TEST_F(DyingWorkersTest, NothingStartsIfTheRecordsCannotBeWritten) {
 
 // --- Stale outputs: what one worker could not make, another may have written.
 
-class OlderResultsOfWorkersTest : public PlayedWorkersTest {
+class StaleOutputsOfWorkersTest : public PlayedWorkersTest {
  protected:
   // The first of two workers could not make out/x.jpg, and an older file of that name exists. The second runs `second`.
   Exit PerformBeside(const std::string& second) {
@@ -358,49 +358,49 @@ class OlderResultsOfWorkersTest : public PlayedWorkersTest {
   bool Stands() const { return world_.folder.Exists("out/x.jpg"); }
 };
 
-TEST_F(OlderResultsOfWorkersTest, GoToTheTrashAtTheEnd) {
+TEST_F(StaleOutputsOfWorkersTest, GoToTheTrashAtTheEnd) {
   EXPECT_EQ(PerformBeside("[ -e '" + It() + "' ] || exit 7\n" + SaysEnd() + "exit 0\n"), Exit::SomeWithout);
   EXPECT_FALSE(Stands());
   EXPECT_EQ(world_.folder.Read("data/Trash/files/x.jpg"), "it");
 }
 
-TEST_F(OlderResultsOfWorkersTest, AreNoneThatAnotherHasMade) {
+TEST_F(StaleOutputsOfWorkersTest, AreNoneThatAnotherHasMade) {
   EXPECT_EQ(PerformBeside(SaysFile({0, "/2/x.bmp", It(), job::Result::Written, ""}) + SaysEnd() + "exit 0\n"),
             Exit::SomeWithout);
   EXPECT_TRUE(Stands());
 }
 
-TEST_F(OlderResultsOfWorkersTest, AreNoneThatAnotherHasMadeBesideOthers) {
+TEST_F(StaleOutputsOfWorkersTest, AreNoneThatAnotherHasMadeBesideOthers) {
   PerformBeside(SaysFile({0, "/2/x.bmp", "/out/w.jpg", job::Result::Written, "", {It()}}) + SaysEnd() + "exit 0\n");
   EXPECT_TRUE(Stands());
 }
 
-TEST_F(OlderResultsOfWorkersTest, AreNoneOfAnEarlierPartOfTheJob) {
+TEST_F(StaleOutputsOfWorkersTest, AreNoneOfAnEarlierPartOfTheJob) {
   PerformBeside(SaysFile({0, "/2/x.bmp", It(), job::Result::Skipped, "done"}) + SaysEnd() + "exit 0\n");
   EXPECT_TRUE(Stands());
 }
 
-TEST_F(OlderResultsOfWorkersTest, AreNoSources) {
+TEST_F(StaleOutputsOfWorkersTest, AreNoSources) {
   PerformBeside(SaysFile({0, It(), "/out/z.jpg", job::Result::Written, ""}) + SaysEnd() + "exit 0\n");
   EXPECT_TRUE(Stands());
 }
 
-TEST_F(OlderResultsOfWorkersTest, StayWhereAWorkerDied) {
+TEST_F(StaleOutputsOfWorkersTest, StayIfAWorkerDied) {
   PerformBeside("kill -9 $$\n");
   EXPECT_TRUE(Stands());
 }
 
-TEST_F(OlderResultsOfWorkersTest, StayWhereAWorkerBrokeOff) {
+TEST_F(StaleOutputsOfWorkersTest, StayIfAWorkerBrokeOff) {
   PerformBeside("exit 1\n");
   EXPECT_TRUE(Stands());
 }
 
-TEST_F(OlderResultsOfWorkersTest, StayInARunThatIsStopped) {
+TEST_F(StaleOutputsOfWorkersTest, StayInARunThatIsStopped) {
   EXPECT_EQ(PerformBeside(SaysEnd() + "exit 3\n"), Exit::Stopped);
   EXPECT_TRUE(Stands());
 }
 
-TEST_F(OlderResultsOfWorkersTest, StayInAShare) {
+TEST_F(StaleOutputsOfWorkersTest, StayInAShard) {
   plan_.shard = {0, 2, ""};
   PerformBeside(SaysEnd() + "exit 0\n");
   EXPECT_TRUE(Stands());
@@ -430,29 +430,29 @@ TEST_F(JournalsOfWorkersTest, GoWhenAllHaveDoneTheirParts) {
   EXPECT_EQ(Kept(), 0u);
 }
 
-TEST_F(JournalsOfWorkersTest, StayWhereOneHasNotDoneItsPart) {
+TEST_F(JournalsOfWorkersTest, StayIfOneHasNotDoneItsPart) {
   PerformBeside(Says(JournalLine({"two"})) + SaysEnd() + "exit 0\n");
   EXPECT_EQ(Kept(), 2u);
 }
 
-TEST_F(JournalsOfWorkersTest, StayWhereOneIsDoingAPartAgain) {
+TEST_F(JournalsOfWorkersTest, StayIfOneIsDoingAPartAgain) {
   PerformBeside(Says(JournalLine({"two"})) + Says(JournalDoneLine({"two"})) + Says(JournalLine({"two"})) + SaysEnd() +
                 "exit 0\n");
   EXPECT_EQ(Kept(), 2u);
 }
 
-TEST_F(JournalsOfWorkersTest, StayWhereOneWasStopped) {
+TEST_F(JournalsOfWorkersTest, StayIfOneWasStopped) {
   PerformBeside(SaysEnd() + "exit 3\n");
   EXPECT_EQ(Kept(), 2u);
 }
 
-TEST_F(JournalsOfWorkersTest, StayWhereOneDied) {
+TEST_F(JournalsOfWorkersTest, StayIfOneDied) {
   PerformBeside("kill -9 $$\n");
   EXPECT_EQ(Kept(), 2u);
 }
 
 // For example because another process works on the same part.
-TEST_F(JournalsOfWorkersTest, OfAWorkerAreToldAlsoWhereItGetsNone) {
+TEST_F(JournalsOfWorkersTest, OfAWorkerAreReportedEvenIfItGetsNone) {
   const auto used = journals_.Open({"one"});
   WorkerJournals workers(journals_, recorder_);
   EXPECT_EQ(workers.Open({"one"}), nullptr);
@@ -461,7 +461,7 @@ TEST_F(JournalsOfWorkersTest, OfAWorkerAreToldAlsoWhereItGetsNone) {
   EXPECT_FALSE(workers.Forget("one", [](const auto&) { return true; }));
 }
 
-TEST_F(JournalsOfWorkersTest, OfAWorkerStayAndAreTold) {
+TEST_F(JournalsOfWorkersTest, OfAWorkerStayAndAreReported) {
   WorkerJournals workers(journals_, recorder_);
   const auto journal = workers.Open({"one"});
   ASSERT_TRUE(journal);
@@ -474,7 +474,7 @@ TEST_F(JournalsOfWorkersTest, OfAWorkerStayAndAreTold) {
 }
 
 // Among sources of one name one is damaged.
-TEST_F(WorkersTest, AShareLeavesTheOutputsOfAnother) {
+TEST_F(WorkersTest, AShardLeavesTheOutputsOfAnother) {
   for (int i = 1; i <= 6; ++i) Picture("in/" + std::to_string(i) + "/x.bmp");
   folder.Write("in/3/x.png", BrokenPngPicture());
   std::size_t damaged = 0;
@@ -500,7 +500,7 @@ TEST_F(WorkersTest, NoWorkerDropsTheOutputOfAnother) {
 
 // --- Shares
 
-TEST_F(WorkersTest, SharesOfAWalkAddUp) {
+TEST_F(WorkersTest, ShardsOfAWalkAddUp) {
   Pictures(50);
   std::set<std::string> all;
   std::size_t files = 0;
@@ -517,7 +517,7 @@ TEST_F(WorkersTest, SharesOfAWalkAddUp) {
   EXPECT_EQ(folder.Names("out").size(), 50u);
 }
 
-TEST_F(WorkersTest, SharesOfAListAddUp) {
+TEST_F(WorkersTest, ShardsOfAListAddUp) {
   std::vector<std::string> names{"missing.jpg"};
   for (int i = 0; i < 20; ++i) {
     Picture(std::to_string(i) + ".bmp");
@@ -529,7 +529,7 @@ TEST_F(WorkersTest, SharesOfAListAddUp) {
   EXPECT_EQ(folder.Names("out").size(), 20u);
 }
 
-TEST_F(WorkersTest, AShareIsSharedByJobs) {
+TEST_F(WorkersTest, AShardIsSplitAmongJobs) {
   Pictures(50);
   std::size_t files = 0;
   for (const char* shard : {"1/2", "2/2"}) {

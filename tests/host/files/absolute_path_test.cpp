@@ -24,7 +24,7 @@ TEST(AbsolutePath, StartsAtTheFolder) {
 }
 
 // "link/.." is the folder above the link's target, not the one that the link stands in.
-TEST(AbsolutePath, GoesUpFromWhereALinkLeads) {
+TEST(AbsolutePath, GoesUpFromTheTargetOfALink) {
   const testing::TempFolder folder;
   fs::create_directories(folder.Path("far/away"));
   fs::create_directory_symlink(folder.Path("far/away"), folder.Path("link"));

@@ -26,7 +26,7 @@ TEST(CopyOwn, IsASecondNameOfTheSameFile) {
   EXPECT_EQ(world.folder.Read("app/a"), "one");
 }
 
-TEST(CopyOwn, CopiesWhereThereIsNoSecondName) {
+TEST(CopyOwn, CopiesIfThereCanBeNoSecondName) {
   for (const DiskCall call : {DiskCall::Link, DiskCall::Rename}) {
     TestHost world;
     const std::string from = world.folder.Write("app/a", "one");

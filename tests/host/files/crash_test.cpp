@@ -222,7 +222,7 @@ TEST_F(CrashTest, AReadOnlyDiskIsDenied) {
   EXPECT_EQ(folder.Read("small/a"), "old");
 }
 
-TEST_F(CrashTest, AFolderRemovedDuringTheRunIsToldAndNothingElseHappens) {
+TEST_F(CrashTest, AFolderRemovedDuringTheRunIsReportedAndNothingElseHappens) {
   fs::create_directory(folder.Path("out"));
   Files files(disk);
   EXPECT_TRUE(files.Save(folder.Path("out/a"), "x"));

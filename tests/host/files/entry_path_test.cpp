@@ -11,7 +11,7 @@
 namespace quillon::host {
 namespace {
 
-TEST(DraftName, HidesTheNameBehindAPoint) {
+TEST(DraftName, StartsWithAPointSoThatItIsHidden) {
   EXPECT_EQ(DraftName("a.jpg", 0, 255), ".a.jpg.quillon-000000");
   EXPECT_EQ(DraftName("a.jpg", 35, 255), ".a.jpg.quillon-z00000");
   EXPECT_EQ(DraftName("a.jpg", 36, 255), ".a.jpg.quillon-010000");
@@ -26,7 +26,7 @@ TEST(DraftName, SerialsGiveUnlikeNames) {
   EXPECT_EQ(names.size(), 255u);
 }
 
-TEST(DraftName, IsNeverLongerThanDisksTake) {
+TEST(DraftName, IsNeverLongerThanDisksAllow) {
   const std::string long255(255, 'x');
   EXPECT_EQ(DraftName(long255, 0, 255).size(), 255u);
   EXPECT_TRUE(IsDraftName(DraftName(long255, 0, 255)));
@@ -42,7 +42,7 @@ TEST(DraftName, CutsAtTheEndOfACharacter) {
   EXPECT_EQ(DraftName(name, 0, 255), "." + name.substr(0, 237) + ".quillon-000000");
 }
 
-TEST(DraftName, IsTold) {
+TEST(DraftName, IsRecognised) {
   for (const char* name : {".a.jpg.quillon-000000", ".quillon-a.quillon-zzzzzz", "..quillon-0a9z00"}) {
     EXPECT_TRUE(IsDraftName(name)) << name;
   }

@@ -54,7 +54,7 @@ TEST_F(FilesTest, LooksThroughLinks) {
   EXPECT_FALSE(files.Stat(""));
 }
 
-TEST_F(FilesTest, TellsTimes) {
+TEST_F(FilesTest, ReturnsTimes) {
   const std::string file = folder.Write("a.txt", "1");
   const timespec times[2] = {{100, 5}, {-2, 250}};
   ASSERT_EQ(utimensat(AT_FDCWD, file.c_str(), times, 0), 0);
@@ -64,7 +64,7 @@ TEST_F(FilesTest, TellsTimes) {
   EXPECT_GT(facts->changed, 1'600'000'000'000'000'000);
 }
 
-TEST_F(FilesTest, TellsTheSameFileUnderTwoNames) {
+TEST_F(FilesTest, RecognisesTheSameFileUnderTwoNames) {
   const std::string file = folder.Write("a.txt", "1");
   fs::create_symlink(file, folder.Path("link"));
   fs::create_hard_link(file, folder.Path("twin"));
@@ -101,14 +101,14 @@ TEST_F(FilesTest, ListedLinksCountAsWhatTheyPointTo) {
   EXPECT_EQ(kinds, expected);
 }
 
-TEST_F(FilesTest, ListingEndsEarlyAndTellsFailures) {
+TEST_F(FilesTest, ListingEndsEarlyAndReturnsFailures) {
   for (int i = 0; i < 10; ++i) folder.Write("in/" + std::to_string(i), "");
   int seen = 0;
   EXPECT_TRUE(files.ListFolder(folder.Path("in"), [&](const FolderEntry&) { return ++seen < 3; }));
   EXPECT_EQ(seen, 3);
-  const auto take = [](const FolderEntry&) { return true; };
-  EXPECT_EQ(files.ListFolder(folder.Path("none"), take).GetProblem(), Problem::Missing);
-  EXPECT_EQ(files.ListFolder(folder.Path("in/1"), take).GetProblem(), Problem::Missing);
+  const auto acceptAll = [](const FolderEntry&) { return true; };
+  EXPECT_EQ(files.ListFolder(folder.Path("none"), acceptAll).GetProblem(), Problem::Missing);
+  EXPECT_EQ(files.ListFolder(folder.Path("in/1"), acceptAll).GetProblem(), Problem::Missing);
 }
 
 TEST_F(FilesTest, ReadsWholeFiles) {
@@ -144,7 +144,7 @@ TEST_F(FilesTest, ReadingRefusesWhatIsNoFile) {
   EXPECT_FALSE(files.ReadFile(folder.Path("pipe"), read));
 }
 
-TEST_F(FilesTest, ReadingTellsAFailure) {
+TEST_F(FilesTest, ReadingReturnsAFailure) {
   const std::string file = folder.Write("a", "12345");
   world.faults.Set({.call = DiskCall::Read, .error = EIO});
   std::string read;
@@ -173,7 +173,7 @@ TEST_F(FilesTest, MakesFoldersWithAllAbove) {
   EXPECT_TRUE(files.Flush().empty());
 }
 
-TEST_F(FilesTest, MakingFoldersTellsFailures) {
+TEST_F(FilesTest, MakingFoldersReturnsFailures) {
   folder.Write("file", "");
   EXPECT_EQ(files.MakeFolders(folder.Path("file")).Why(), "路径中有一级不是文件夹");
   EXPECT_EQ(files.MakeFolders(folder.Path("file/a")).GetProblem(), Problem::Missing);
@@ -218,7 +218,7 @@ TEST_F(FilesTest, RemovingWhatIsNotThereIsFine) {
   EXPECT_FALSE(files.RemoveOwn("//"));
 }
 
-TEST_F(FilesTest, RemovingTellsFailures) {
+TEST_F(FilesTest, RemovingReturnsFailures) {
   folder.Write("work/a", "x");
   world.faults.Set({.call = DiskCall::Remove, .error = EACCES});
   EXPECT_EQ(files.RemoveOwn(folder.Path("work")).GetProblem(), Problem::Denied);

@@ -130,8 +130,8 @@ void ExpectTruth(const Way& way, const Fault& fault, const Outcome& outcome) {
   }
   if (Harmless(way, fault)) return;
   EXPECT_TRUE(!outcome.save || !outcome.late.empty()) << "not reported";
-  const Status& told = outcome.save ? outcome.late.front().status : outcome.save;
-  EXPECT_EQ(told.DiskFull(), fault.error == ENOSPC) << told.Why();
+  const Status& reported = outcome.save ? outcome.late.front().status : outcome.save;
+  EXPECT_EQ(reported.DiskFull(), fault.error == ENOSPC) << reported.Why();
 }
 
 // Every call of every kind on the way of a save is made to fail.

@@ -26,9 +26,9 @@ using ::testing::IsEmpty;
 using testing::TestHost;
 
 struct stat StatOf(const std::string& path) {
-  struct stat told {};
-  EXPECT_EQ(lstat(path.c_str(), &told), 0) << path;
-  return told;
+  struct stat facts {};
+  EXPECT_EQ(lstat(path.c_str(), &facts), 0) << path;
+  return facts;
 }
 
 void SetTimes(const std::string& path, std::int64_t accessed, std::int64_t modified) {
@@ -131,7 +131,7 @@ TEST_F(SaveTest, AFillThatPassesOverAFailureFailsAllTheSame) {
   EXPECT_THAT(folder.Names("app"), IsEmpty());
 }
 
-TEST_F(SaveTest, TheDisksFailureIsToldBeforeTheWriters) {
+TEST_F(SaveTest, TheDisksFailureIsReturnedBeforeTheWriters) {
   world.faults.Set({.call = DiskCall::Write, .error = ENOSPC});
   const Status status = files.Save(folder.Path("app/a"), [](Draft& draft) {
     (void)draft.Write("1", 1);
@@ -147,7 +147,7 @@ TEST_F(SaveTest, ShortWritesAreContinued) {
   EXPECT_EQ(folder.Read("a"), "0123456789");
 }
 
-TEST_F(SaveTest, ADiskThatTookLessThanItSaidIsFound) {
+TEST_F(SaveTest, ADiskThatWroteLessThanItSaidIsDetected) {
   world.faults.Before(DiskCall::StatOpen, 2, [&] {
     for (const std::string& name : folder.Names("app")) fs::resize_file(folder.Path("app/" + name), 3);
   });
@@ -162,10 +162,10 @@ TEST_F(SaveTest, ReplacingKeepsModeAndTimes) {
   const auto before = files.Stat(file);
   EXPECT_TRUE(files.Save(file, "new content"));
   EXPECT_EQ(folder.Read("a.jpg"), "new content");
-  const struct stat told = StatOf(file);
-  EXPECT_EQ(told.st_mode & 07777, 0604u);
-  EXPECT_EQ(told.st_mtim.tv_sec, 2000);
-  EXPECT_EQ(told.st_mtim.tv_nsec, 22);
+  const struct stat facts = StatOf(file);
+  EXPECT_EQ(facts.st_mode & 07777, 0604u);
+  EXPECT_EQ(facts.st_mtim.tv_sec, 2000);
+  EXPECT_EQ(facts.st_mtim.tv_nsec, 22);
   const auto after = files.Stat(file);
   ASSERT_TRUE(before && after);
   EXPECT_EQ(after->modified, before->modified);
@@ -232,8 +232,8 @@ TEST_F(SaveTest, ReplacingSyncsBeforeItRenames) {
   EXPECT_EQ(world.faults.Count(DiskCall::SyncFolder), 1);
 }
 
-TEST_F(SaveTest, FreshFilesAreSyncedBehindInBatches) {
-  // The first sync waits until all are saved, so that what it did not take makes one batch more.
+TEST_F(SaveTest, FreshFilesAreSyncedLaterInBatches) {
+  // The first sync waits until all files are saved, so that the files it does not include make one more batch.
   std::promise<void> saved;
   world.faults.Before(DiskCall::StartSync, 1, [&] { saved.get_future().wait(); });
   for (int i = 0; i < 60; ++i) EXPECT_TRUE(files.Save(folder.Path("app/" + std::to_string(i)), "x"));
@@ -247,7 +247,7 @@ TEST_F(SaveTest, FreshFilesAreSyncedBehindInBatches) {
   EXPECT_EQ(folder.Names("app").size(), 60u);
 }
 
-TEST_F(SaveTest, FoldersAreNotSyncedOnceMoreBehindAWholeDisk) {
+TEST_F(SaveTest, FoldersAreNotSyncedAgainAfterAWholeDisk) {
   world.faults.SyncNamesWithFiles(true);
   for (const char* name : {"app/a", "app/b", "app/c"}) EXPECT_TRUE(files.Save(folder.Path(name), "x"));
   EXPECT_THAT(files.Flush(), IsEmpty());
@@ -276,7 +276,7 @@ TEST_F(SaveTest, WhatIsRemovedBeforeItsSyncIsNotWaitedFor) {
   EXPECT_EQ(world.faults.OpenHandles(), 0);
 }
 
-TEST_F(SaveTest, ALateFailureIsToldAndTheTornFileRemoved) {
+TEST_F(SaveTest, ALateFailureIsReturnedAndTheTornFileRemoved) {
   world.faults.Set({.call = DiskCall::Sync, .error = EIO, .pathHolds = "b.jpg"});
   for (const char* name : {"app/a.jpg", "app/b.jpg", "app/c.jpg"}) EXPECT_TRUE(files.Save(folder.Path(name), "x"));
   const auto failures = files.Flush();
@@ -380,7 +380,7 @@ TEST_F(SaveTest, RefusesWhatIsNoFile) {
   EXPECT_EQ(files.Save(folder.Path("file/a"), "new").GetProblem(), Problem::Missing);
 }
 
-TEST_F(SaveTest, TakesEveryNameThatDisksTake) {
+TEST_F(SaveTest, AcceptsEveryNameThatDisksAccept) {
   const std::string names[] = {"line\nbreak.jpg",     "\xCD\xBC\xC6\xAC.jpg", "-rf",    "a b %d [1].jpg",
                                std::string(255, 'x'), std::string(240, 'y'),  "图.jpg", ".hidden"};
   for (const std::string& name : names) {
@@ -401,7 +401,7 @@ TEST_F(SaveTest, ADiskWithShortNamesGetsAShortDraft) {
   EXPECT_EQ(world.faults.Count(DiskCall::OpenNew), 2);
 }
 
-TEST_F(SaveTest, TakenDraftNamesArePassedOver) {
+TEST_F(SaveTest, UsedDraftNamesAreSkipped) {
   world.faults.Set({.call = DiskCall::OpenNew, .error = EEXIST});
   EXPECT_TRUE(files.Save(folder.Path("a"), "x"));
   EXPECT_EQ(world.faults.Count(DiskCall::OpenNew), 2);
@@ -464,10 +464,10 @@ TEST_F(SaveTest, CopiesCarryTimesAndMode) {
   SetTimes(from, 3000, 4000);
   EXPECT_TRUE(files.Copy(from, folder.Path("to.exe")));
   EXPECT_EQ(folder.Read("to.exe"), std::string(3'000'000, 'q'));
-  const struct stat told = StatOf(folder.Path("to.exe"));
-  EXPECT_EQ(told.st_mtim.tv_sec, 4000);
-  EXPECT_EQ(told.st_mtim.tv_nsec, 22);
-  EXPECT_EQ(told.st_mode & 0700, 0700u);
+  const struct stat facts = StatOf(folder.Path("to.exe"));
+  EXPECT_EQ(facts.st_mtim.tv_sec, 4000);
+  EXPECT_EQ(facts.st_mtim.tv_nsec, 22);
+  EXPECT_EQ(facts.st_mode & 0700, 0700u);
   EXPECT_TRUE(files.Copy(from, folder.Path("to.exe")));
   EXPECT_THAT(files.Flush(), IsEmpty());
   EXPECT_EQ(world.faults.OpenHandles(), 0);
@@ -481,8 +481,8 @@ TEST_F(SaveTest, ACopiedProgramIsNotHeldOpenForWriting) {
     for (const auto& entry : fs::directory_iterator("/proc/self/fd")) {
       std::error_code gone;
       if (fs::read_symlink(entry.path(), gone) != folder.Path("to.exe")) continue;
-      struct stat told {};
-      count += lstat(entry.path().c_str(), &told) == 0 && (told.st_mode & S_IWUSR) != 0;
+      struct stat facts {};
+      count += lstat(entry.path().c_str(), &facts) == 0 && (facts.st_mode & S_IWUSR) != 0;
     }
     return count;
   };
@@ -497,7 +497,7 @@ TEST_F(SaveTest, ACopiedProgramIsNotHeldOpenForWriting) {
   EXPECT_EQ(world.faults.Count(DiskCall::Sync), 1);
 }
 
-TEST_F(SaveTest, ACopyOverAFileKeepsItsModeAndTakesTheTimes) {
+TEST_F(SaveTest, ACopyOverAFileKeepsItsModeAndCopiesTheTimes) {
   const std::string from = folder.Write("from", "new");
   const std::string to = folder.Write("to", "old");
   ASSERT_EQ(chmod(to.c_str(), 0600), 0);
@@ -526,7 +526,7 @@ TEST_F(SaveTest, ACopyOfWhatChangesMeanwhileFails) {
   EXPECT_FALSE(folder.Exists("to"));
 }
 
-TEST_F(SaveTest, CopyingTellsFailures) {
+TEST_F(SaveTest, CopyingReturnsFailures) {
   EXPECT_EQ(files.Copy(folder.Path("none"), folder.Path("to")).GetProblem(), Problem::Missing);
   EXPECT_FALSE(files.Copy(folder.Path(), folder.Path("to")));
   const std::string from = folder.Write("from", "x");
@@ -561,7 +561,7 @@ TEST_F(SaveTest, AFileThatNoTrashAcceptsIsNotReplaced) {
   EXPECT_THAT(folder.Names("app"), ElementsAre("a"));
 }
 
-TEST_F(SaveTest, SweepingTakesOnlyAbandonedDrafts) {
+TEST_F(SaveTest, SweepingRemovesOnlyAbandonedDrafts) {
   folder.Write("app/.a.jpg.quillon-000000", "left");
   folder.Write("app/a.jpg", "user's");
   folder.Write("app/.b.jpg.quillon-00000", "user's");

@@ -25,7 +25,7 @@ using ::testing::IsEmpty;
 using testing::TestHost;
 using ::testing::UnorderedElementsAre;
 
-TEST(Trash, NotesTellPathsInPercent) {
+TEST(Trash, NotesHavePathsInPercentEncoding) {
   EXPECT_EQ(base::PercentEncoded("/a/b-c_d.e~1"), "/a/b-c_d.e~1");
   EXPECT_EQ(base::PercentEncoded("/a b%"), "/a%20b%25");
   EXPECT_EQ(base::PercentEncoded("图\n\xFF[1]"), "%E5%9B%BE%0A%FF%5B1%5D");
@@ -51,14 +51,14 @@ TEST_F(TrashTest, AFileGoesToTheHomeTrashAndCanBeBroughtBack) {
       note, parts, std::regex("\\[Trash Info\\]\nPath=(.*)\nDeletionDate=\\d{4}-\\d\\d-\\d\\dT\\d\\d:\\d\\d:\\d\\d\n")))
       << note;
   EXPECT_EQ(parts[1], base::PercentEncoded(file));
-  struct stat told {};
-  ASSERT_EQ(stat(folder.Path("data/Trash").c_str(), &told), 0);
-  EXPECT_EQ(told.st_mode & 0777, 0700u);
+  struct stat facts {};
+  ASSERT_EQ(stat(folder.Path("data/Trash").c_str(), &facts), 0);
+  EXPECT_EQ(facts.st_mode & 0777, 0700u);
   EXPECT_THAT(files.Flush(), IsEmpty());
   EXPECT_EQ(world.faults.OpenHandles(), 0);
 }
 
-TEST_F(TrashTest, TakenNamesAreNumbered) {
+TEST_F(TrashTest, UsedNamesAreNumbered) {
   for (int i = 1; i <= 3; ++i) {
     EXPECT_TRUE(files.Discard(folder.Write(std::to_string(i) + "/a.tar.gz", std::to_string(i))));
   }
@@ -87,7 +87,7 @@ TEST_F(TrashTest, FoldersAndLinksGoAsTheyAre) {
   EXPECT_TRUE(fs::is_symlink(folder.Path("data/Trash/files/link")));
 }
 
-TEST_F(TrashTest, NotesTellTheRealFolder) {
+TEST_F(TrashTest, NotesHaveTheRealFolder) {
   folder.Write("real/a.jpg", "x");
   fs::create_symlink(folder.Path("real"), folder.Path("link"));
   EXPECT_TRUE(files.Discard(folder.Path("link/../link/a.jpg")));
@@ -136,7 +136,7 @@ TEST_F(TrashTest, WithoutATrashTheFileStays) {
 
 TEST_F(TrashTest, EveryCallFailingLosesNothing) {
   int tried = 0;
-  // The trash at the top of the disk is out of reach, so that no second one takes the file.
+  // The trash at the top of the disk cannot be used, so there is no second one for the file.
   const Fault noShared{
       .call = DiskCall::MakeFolder, .error = EROFS, .length = Fault::Length::ForEver, .pathHolds = ".Trash"};
   std::map<DiskCall, int> counts;

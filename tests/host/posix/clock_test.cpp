@@ -10,19 +10,19 @@
 namespace quillon::host::posix {
 namespace {
 
-TEST(PosixClock, TellsTheLocalTimeOfDay) {
+TEST(PosixClock, ReturnsTheLocalTimeOfDay) {
   PosixClock clock;
   // Far from a jump of the day, both readings lie in the same second or in neighbouring ones.
-  const double told = clock.SecondsOfDay();
+  const double seconds = clock.SecondsOfDay();
   const std::time_t now = std::time(nullptr);
   std::tm local{};
   localtime_r(&now, &local);
-  double difference = local.tm_hour * 3600 + local.tm_min * 60 + local.tm_sec - told;
+  double difference = local.tm_hour * 3600 + local.tm_min * 60 + local.tm_sec - seconds;
   if (difference < -43200) difference += 86400;
   EXPECT_GT(difference, -1.5);
   EXPECT_LT(difference, 60);
-  EXPECT_GE(told, 0);
-  EXPECT_LT(told, 86400);
+  EXPECT_GE(seconds, 0);
+  EXPECT_LT(seconds, 86400);
 }
 
 TEST(PosixClock, FollowsTheZone) {
@@ -42,7 +42,7 @@ TEST(PosixClock, FollowsTheZone) {
   EXPECT_NEAR(ahead, 3 * 3600, 60);
 }
 
-TEST(PosixClock, SleepsAtLeastAsLongAsTold) {
+TEST(PosixClock, SleepsAtLeastAsLongAsAsked) {
   PosixClock clock;
   const double start = clock.Seconds();
   clock.Sleep(0.02);

@@ -99,7 +99,7 @@ TEST_F(JournalsTest, APartIsUnfinishedAsLongAsItsJournalHoldsAnything) {
   journals.Open(part)->Set("f", "k", "1");
   EXPECT_EQ(journals.FindUnfinished("job", any), part);
   EXPECT_EQ(journals.FindUnfinished("job", [](const JobPart& one) { return one.count != 12; }), std::nullopt);
-  EXPECT_EQ(journals.FindUnfinished("job", any), part) << "looked at, and left as it is";
+  EXPECT_EQ(journals.FindUnfinished("job", any), part) << "found, and not changed";
   journals.Open(part)->Remove();
   EXPECT_EQ(journals.FindUnfinished("job", any), std::nullopt);
   const auto used = journals.Open(part);
@@ -347,7 +347,7 @@ TEST_F(JournalsTest, AScratchOneLastsAsLongAsItIsOpen) {
   EXPECT_EQ(posix::OpenScratchJournal(folder.Path("missing/scratch")), nullptr);
 }
 
-TEST_F(JournalsTest, WhereNoneCanBeKeptThereIsNone) {
+TEST_F(JournalsTest, ThereIsNoneIfNoneCanBeKept) {
   folder.Write("file", "x");
   EXPECT_EQ(posix::SqliteJournals(folder.Path("file/below")).Open({"job"}), nullptr);
 }

@@ -30,7 +30,7 @@ class PosixDiskTest : public ::testing::Test {
   PosixDisk disk{folder.Path("data")};
 };
 
-TEST_F(PosixDiskTest, ANewFileTakesNobodysPlace) {
+TEST_F(PosixDiskTest, ANewFileReplacesNoOther) {
   folder.Write("a", "x");
   fs::create_symlink("none", folder.Path("dangling"));
   EXPECT_EQ(disk.OpenNew(folder.Path("a"), 0600), -EEXIST);
@@ -71,7 +71,7 @@ TEST_F(PosixDiskTest, ALockIsHeldByOneHandleAtATime) {
   disk.Close(one);
 }
 
-TEST_F(PosixDiskTest, RenamingToAFreeNameRefusesATakenOne) {
+TEST_F(PosixDiskTest, RenamingToAFreeNameRefusesAUsedOne) {
   folder.Write("a", "a");
   folder.Write("b", "b");
   fs::create_symlink("none", folder.Path("dangling"));
@@ -103,7 +103,7 @@ TEST_F(PosixDiskTest, PositionsBeyondEveryFileAreRefused) {
   disk.Close(handle);
 }
 
-TEST_F(PosixDiskTest, SyncsAllAndTellsOfEach) {
+TEST_F(PosixDiskTest, SyncsAllAndReturnsEachResult) {
   for (const int count : {1, 3, 4, 40}) {
     std::vector<int> handles;
     for (int i = 0; i < count; ++i) {
@@ -121,7 +121,7 @@ TEST_F(PosixDiskTest, SyncsAllAndTellsOfEach) {
   EXPECT_TRUE(disk.SyncAll({}).empty());
 }
 
-TEST_F(PosixDiskTest, SyncLeavesNoHandleBehind) {
+TEST_F(PosixDiskTest, SyncLeavesNoOpenHandle) {
   const int handle = disk.OpenNew(folder.Path("a"), 0600);
   EXPECT_EQ(disk.Sync(handle), 0);
   EXPECT_EQ(disk.SyncFolder(folder.Path()), 0);
@@ -145,7 +145,7 @@ TEST_F(PosixDiskTest, LinksAndRealPaths) {
   EXPECT_EQ(disk.RealPath(folder.Path("none"), text), -ENOENT);
 }
 
-TEST_F(PosixDiskTest, TellsItsSurroundings) {
+TEST_F(PosixDiskTest, ReturnsItsSurroundings) {
   EXPECT_EQ(disk.DataHome(), folder.Path("data"));
   EXPECT_EQ(disk.User(), geteuid());
   EXPECT_TRUE(std::regex_match(disk.TimeStamp(), std::regex("\\d{4}-\\d\\d-\\d\\dT\\d\\d:\\d\\d:\\d\\d")));

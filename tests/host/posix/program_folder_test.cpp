@@ -20,8 +20,8 @@ using testing::TestHost;
 
 class ProgramFolderTest : public ::testing::Test {
  protected:
-  std::string Chosen(const std::string& told, const std::string& executableFolder) {
-    return ChooseProgramFolder(files, {told, executableFolder, folder.Path("data")});
+  std::string Chosen(const std::string& given, const std::string& executableFolder) {
+    return ChooseProgramFolder(files, {given, executableFolder, folder.Path("data")});
   }
 
   TestHost world;
@@ -29,9 +29,9 @@ class ProgramFolderTest : public ::testing::Test {
   Files& files = world.files;
 };
 
-TEST_F(ProgramFolderTest, TheToldFolderWins) {
-  EXPECT_EQ(Chosen("/told/", folder.Path("app")), "/told");
-  EXPECT_EQ(Chosen("told", folder.Path("app")), fs::current_path().native() + "/told");
+TEST_F(ProgramFolderTest, TheGivenFolderWins) {
+  EXPECT_EQ(Chosen("/given/", folder.Path("app")), "/given");
+  EXPECT_EQ(Chosen("given", folder.Path("app")), fs::current_path().native() + "/given");
 }
 
 TEST_F(ProgramFolderTest, APortableProgramUsesItsOwnFolder) {
@@ -55,7 +55,7 @@ TEST_F(ProgramFolderTest, AFolderThatMayNotBeWrittenIsNotUsed) {
   EXPECT_EQ(Chosen("", folder.Path("app")), folder.Path("data/quillon"));
 }
 
-TEST_F(ProgramFolderTest, HintsTellWhereThisProgramLies) {
+TEST_F(ProgramFolderTest, HintsHaveTheFolderOfThisProgram) {
   const ProgramFolderHints hints = HintsOfThisProcess();
   EXPECT_EQ(hints.executableFolder, fs::read_symlink("/proc/self/exe").parent_path().native());
   EXPECT_FALSE(hints.dataHome.empty());

@@ -156,7 +156,7 @@ TEST_F(ProgramsTest, AProcessOfAnotherUserIsNotEnded) {
   EXPECT_EQ(found.size(), 1u);
 }
 
-TEST_F(ProgramsTest, StartsTellHowTheyWent) {
+TEST_F(ProgramsTest, StartsReturnHowTheyWent) {
   folder.Write("plain.exe", "not a program");
   const std::string rubbish = folder.Write("rubbish.exe", "not a program");
   ASSERT_EQ(chmod(rubbish.c_str(), 0755), 0);
@@ -274,15 +274,15 @@ TEST_F(ProgramsTest, AClaimEndsWithItsProcessHoweverThatEnds) {
   const pid_t child = fork();
   if (child == 0) {
     PosixInstance claimed(folder.Path());
-    const char told = claimed.Claim() ? 'y' : 'n';
-    (void)!write(ready[1], &told, 1);
+    const char answer = claimed.Claim() ? 'y' : 'n';
+    (void)!write(ready[1], &answer, 1);
     for (;;) pause();
   }
-  char told = 0;
-  ASSERT_EQ(read(ready[0], &told, 1), 1);
+  char answer = 0;
+  ASSERT_EQ(read(ready[0], &answer, 1), 1);
   close(ready[0]);
   close(ready[1]);
-  EXPECT_EQ(told, 'y');
+  EXPECT_EQ(answer, 'y');
   PosixInstance second(folder.Path());
   EXPECT_FALSE(second.Claim());
   kill(child, SIGKILL);
@@ -310,7 +310,7 @@ TEST_F(ProgramsTest, AClaimIsNotInheritedByStartedPrograms) {
   waitpid(child, nullptr, 0);
 }
 
-TEST_F(ProgramsTest, WhereNothingCanBeLockedTheProgramRuns) {
+TEST_F(ProgramsTest, TheProgramRunsIfNothingCanBeLocked) {
   PosixInstance nowhere(folder.Path("none"));
   EXPECT_TRUE(nowhere.Claim());
 }

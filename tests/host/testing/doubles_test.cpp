@@ -15,7 +15,7 @@ namespace {
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
 
-TEST(ScriptedBoxes, AnswersByTextInTheOrderTold) {
+TEST(ScriptedBoxes, AnswersByTextInTheGivenOrder) {
   ScriptedBoxes boxes;
   boxes.Answer("覆盖", Reply::Yes, 2);
   boxes.Answer("覆盖", Reply::No);
@@ -52,7 +52,7 @@ TEST(ScriptedDialogs, RemembersQuestionsAboutOneFile) {
   EXPECT_EQ(dialogs.Questions()[1].name, "我的");
 }
 
-TEST(ScriptedDialogs, HandsOutWhatWasLaidDown) {
+TEST(ScriptedDialogs, ReturnsThePreparedAnswers) {
   ScriptedDialogs dialogs;
   dialogs.ChooseFiles({"/a", "/b"});
   dialogs.ChooseFiles({"/a", "/b"});
@@ -89,7 +89,7 @@ TEST(FakeClock, PassesMidnight) {
   EXPECT_DOUBLE_EQ(clock.Slept(), 1);
 }
 
-TEST(MemorySettings, KeepsValuesAndTellsOfThem) {
+TEST(MemorySettings, KeepsValuesAndNotifiesOfThem) {
   MemorySettings settings;
   std::string seen;
   settings.OnSet([&](const std::string& key, const std::string& value) { seen += key + "=" + value + ";"; });
@@ -100,7 +100,7 @@ TEST(MemorySettings, KeepsValuesAndTellsOfThem) {
   EXPECT_EQ(seen, "A=1;");
 }
 
-TEST(ScriptedProcesses, LiveAsLongAsTold) {
+TEST(ScriptedProcesses, LiveAsLongAsScripted) {
   ScriptedProcesses processes;
   processes.Add({.id = 7, .name = "A.exe", .folder = "/app", .own = true}, 2);
   processes.Add({.id = 8, .name = "B.exe", .folder = "/app", .own = true});
@@ -117,7 +117,7 @@ TEST(ScriptedProcesses, LiveAsLongAsTold) {
   EXPECT_EQ(processes.Scans(), 4);
 }
 
-TEST(RecordingShell, TellsResultsAndActsForPrograms) {
+TEST(RecordingShell, ReturnsResultsAndActsForPrograms) {
   RecordingShell shell;
   shell.SetResult("Missing", kStartMissing);
   int runs = 0;

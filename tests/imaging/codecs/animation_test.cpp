@@ -20,19 +20,19 @@ class AnimationTest : public ServicesTest {
   }
 
   Status Write(const std::vector<Frame>& frames, base::Size canvas) {
-    told.clear();
+    reported.clear();
     return world.files.Save(Path("out.gif"), [&](host::Draft& draft) {
       return WriteAnimation(
-          world.files, frames, canvas, {}, [&](int done) { told.push_back(done); }, draft);
+          world.files, frames, canvas, {}, [&](int done) { reported.push_back(done); }, draft);
     });
   }
 
   vips::VImage Film() { return vips::VImage::gifload(Path("out.gif").c_str(), vips::VImage::option()->set("n", -1)); }
 
-  std::vector<int> told;
+  std::vector<int> reported;
 };
 
-TEST_F(AnimationTest, HasEveryFrameWithItsTimeAndTellsProgress) {
+TEST_F(AnimationTest, HasEveryFrameWithItsTimeAndReportsProgress) {
   const std::vector<Frame> frames = {{.path = Png("1.png", Plain(6, 4, {255, 0, 0})), .milliseconds = 200},
                                      {.path = Png("2.png", Plain(6, 4, {0, 255, 0})), .milliseconds = 50},
                                      {.path = Png("3.png", Plain(6, 4, {0, 0, 255})), .milliseconds = 1000}};
@@ -46,7 +46,7 @@ TEST_F(AnimationTest, HasEveryFrameWithItsTimeAndTellsProgress) {
   EXPECT_EQ(shown.Pixel(1, 1), (std::vector<int>{255, 0, 0, 255}));
   EXPECT_EQ(shown.Pixel(1, 5), (std::vector<int>{0, 255, 0, 255}));
   EXPECT_EQ(shown.Pixel(1, 9), (std::vector<int>{0, 0, 255, 255}));
-  EXPECT_EQ(told, (std::vector<int>{0, 1, 2, 3}));
+  EXPECT_EQ(reported, (std::vector<int>{0, 1, 2, 3}));
 }
 
 TEST_F(AnimationTest, LaysAFrameAtItsPlaceOnNothing) {
@@ -58,7 +58,7 @@ TEST_F(AnimationTest, LaysAFrameAtItsPlaceOnNothing) {
   EXPECT_EQ(shown.Pixel(3, 3)[3], 0);
 }
 
-TEST_F(AnimationTest, FailsWithoutAFileWhereAFrameIsMissingOrDamaged) {
+TEST_F(AnimationTest, FailsWithoutAFileIfAFrameIsMissingOrDamaged) {
   const std::string good = Png("1.png", Plain(6, 4, {255, 0, 0}));
   EXPECT_EQ(Write({{.path = good}, {.path = Path("none.png")}}, {6, 4}).GetProblem(), host::Problem::Missing);
   world.folder.Write("bad.png", world.folder.Read("1.png").substr(0, 60));

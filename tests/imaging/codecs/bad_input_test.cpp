@@ -153,7 +153,7 @@ TEST_F(BadInput, CutFilesAreFound) {
 }
 
 // Bytes that other programs append to a picture are ignored.
-TEST_F(BadInput, BytesBehindTheEndAreHarmless) {
+TEST_F(BadInput, BytesAfterTheEndAreHarmless) {
   world.folder.Write("out/keep", "");
   for (const File& file : files) {
     SCOPED_TRACE(file.name);

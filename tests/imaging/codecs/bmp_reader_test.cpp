@@ -42,11 +42,11 @@ std::string Bmp(const Parts& parts) {
     if (parts.headerSize > 40)
       header.Text(parts.extra).Zeros(static_cast<std::size_t>(parts.headerSize) - 40 - parts.extra.size());
   }
-  const std::string behind = parts.headerSize > 40 ? "" : parts.extra;
-  const std::size_t start = 14 + header.Size() + behind.size();
+  const std::string afterHeader = parts.headerSize > 40 ? "" : parts.extra;
+  const std::size_t start = 14 + header.Size() + afterHeader.size();
   ByteText file;
   file.Text("BM").Little32(static_cast<unsigned>(start + parts.pixels.size())).Little32(0);
-  file.Little32(static_cast<unsigned>(start)).Text(header.Bytes()).Text(behind).Text(parts.pixels);
+  file.Little32(static_cast<unsigned>(start)).Text(header.Bytes()).Text(afterHeader).Text(parts.pixels);
   return file.Bytes();
 }
 
@@ -94,7 +94,7 @@ TEST(BmpReader, ReadsTopDownRows) {
   EXPECT_EQ(ReadWhole(Bmp(parts)), (std::vector<int>{0, 0, 255, 255, 255, 255, 255, 0, 0, 0, 255, 0}));
 }
 
-TEST(BmpReader, TakesALastRowWithoutItsPadding) {
+TEST(BmpReader, AcceptsALastRowWithoutItsPadding) {
   std::string file = Bmp(Plain24());
   file.resize(file.size() - 2);
   EXPECT_EQ(ReadWhole(file), kFourColours);
@@ -128,7 +128,7 @@ TEST(BmpReader, ReadsTwoAndFourAndEightBitsWithPalette) {
   }
 }
 
-TEST(BmpReader, AnIndexBehindThePaletteIsBlack) {
+TEST(BmpReader, AnIndexBeyondThePaletteIsBlack) {
   const Parts parts{.width = 1,
                     .height = 1,
                     .bits = 8,
@@ -147,7 +147,7 @@ TEST(BmpReader, ReadsSixteenBitsAsFiveFiveFive) {
   EXPECT_EQ(ReadWhole(Bmp(parts)), (std::vector<int>{255, 0, 0, 0, 132, 0, 0, 0, 8}));
 }
 
-TEST(BmpReader, ReadsBitFieldsBehindTheShortHeader) {
+TEST(BmpReader, ReadsBitFieldsAfterTheShortHeader) {
   const std::string masks = ByteText().Little32(0xF800).Little32(0x07E0).Little32(0x001F).Bytes();
   const Parts parts{.width = 2,
                     .height = 1,

@@ -46,7 +46,7 @@ class ByProfilesTest : public testing::ServicesTest {
   }
 };
 
-TEST_F(ByProfilesTest, APictureWithoutAProfileIsTakenForTheScreens) {
+TEST_F(ByProfilesTest, APictureWithoutAProfileCountsAsTheScreens) {
   const std::string source = Jpeg("a.jpg", testing::Colours::YCbCr);
   const Status status = Convert(source, "b.jpg", 0, 254);
   ASSERT_TRUE(status) << status.Why();
@@ -83,7 +83,7 @@ TEST_F(ByProfilesTest, InksGoThroughTheirOwnProfileToo) {
   EXPECT_EQ(testing::ReadPlainly(Path("out.tif")).bands, 4);
 }
 
-TEST_F(ByProfilesTest, AQualityThatIsToldIsUsed) {
+TEST_F(ByProfilesTest, AGivenQualityIsUsed) {
   ASSERT_TRUE(Convert(Jpeg("a.jpg", testing::Colours::YCbCr), "b.jpg", 60));
   EXPECT_EQ(JpegQuality(world.folder.Read("b.jpg")), 60);
 }
@@ -114,7 +114,7 @@ TEST_F(ByProfilesTest, APictureInMemoryBecomesWhatItsFileBecomes) {
   EXPECT_EQ(image.Data()->picture.tags.profile, world.folder.Read("press.icc"));
 }
 
-TEST_F(ByProfilesTest, APictureInMemoryStaysWhereAProfileIsMissing) {
+TEST_F(ByProfilesTest, APictureInMemoryStaysIfAProfileIsMissing) {
   Image image = Load(Jpeg("a.jpg", testing::Colours::YCbCr));
   const Sheet before = testing::PixelsOf(image);
   const Status status = ConvertByProfiles(world.files, image, Path("screen.icc"), Path("none.icm"));

@@ -201,8 +201,8 @@ TEST_F(Loading, JpegOfEveryKind) {
       const Image image = Load(Path("a.jpg"));
       const VImage pixels = image.Data()->picture.pixels;
       EXPECT_EQ(pixels.interpretation(), c.kind);
-      // The library decodes the same file to the same, ink and all; but it takes inks without the marker for inverted
-      // ones as well.
+      // The library decodes the same file to the same pixels, inks included, but it also treats inks without the marker
+      // as inverted.
       const Sheet plain = ReadPlainly(Path("a.jpg"));
       if (c.colours != Colours::Cmyk) {
         EXPECT_LE(Difference(PixelsOf(image), plain), 1);
@@ -255,7 +255,7 @@ TEST_F(Loading, PngAndTiffBringTheirTags) {
   }
 }
 
-TEST_F(Loading, ResolutionNobodyTellsIsNone) {
+TEST_F(Loading, AMissingResolutionIsNone) {
   world.folder.Write("a.jpg", MakeJpeg(TestPicture({16, 16}, Colours::YCbCr), {}));
   EXPECT_EQ(services.GetImageResolution(Load(Path("a.jpg"))), 0);
   ToVips(PhotoLike(8, 8, 3)).gifsave(Path("a.gif").c_str());
@@ -330,7 +330,7 @@ TEST_F(Loading, LimitsAreCheckedFromTheHeader) {
   }
 }
 
-TEST_F(Loading, NothingIsLeftBehind) {
+TEST_F(Loading, NoFilesRemain) {
   const auto held = [] { return vips_tracked_get_mem(); };
   ToVips(PhotoLike(200, 200, 3)).pngsave(Path("a.png").c_str());
   const auto before = held();

@@ -214,7 +214,7 @@ TEST(PsdReader, PackedRowsMustFillTheirWidth) {
        {Case{"too long", ByteText().U8({0xFE, 1}).Bytes()}, Case{"too short", ByteText().U8({0, 1}).Bytes()},
         Case{"cut off", ByteText().U8({1, 1}).Bytes()}, Case{"a code alone", "\xFF"}}) {
     Parts parts{.channels = 1, .mode = 1, .packing = 1};
-    parts.pixels = ByteText().Big16(static_cast<unsigned>(c.row.size())).Text(c.row).Text("behind").Bytes();
+    parts.pixels = ByteText().Big16(static_cast<unsigned>(c.row.size())).Text(c.row).Text("extras").Bytes();
     EXPECT_EQ(ProblemOf(Psd(parts)), Problem::Damaged) << c.name;
   }
 }

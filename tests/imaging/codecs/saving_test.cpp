@@ -87,7 +87,7 @@ TEST_F(Saving, BmpIsTwentyFourBitsFromTheBottomUp) {
   EXPECT_TRUE(file == expected.Bytes());
 }
 
-TEST_F(Saving, BmpTakesTheProfileAlong) {
+TEST_F(Saving, BmpKeepsTheProfile) {
   const std::string profile = ProfileFor("RGB ");
   Saved(Make(ToVips(Plain(5, 5, {1, 2, 3})), {.profile = profile, .dpi = 254}), Encoder::Bmp);
   const Image image = Load(Path("out"));
@@ -242,7 +242,7 @@ TEST_F(Saving, ExifOnlyWhenAskedAndWithoutItsThumbnail) {
   EXPECT_EQ(world.folder.Read("a.png").find("Camera"), std::string::npos);
 }
 
-TEST_F(Saving, ATurnedPictureTellsNoTurnAnyMore) {
+TEST_F(Saving, ATurnedPictureHasNoOrientationTag) {
   Image image = Make(ToVips(Plain(8, 4, {1, 2, 3})), {.exif = ExifWithThumbnail(6), .orientation = 6});
   ASSERT_TRUE(services.RotateImage(image, -90, base::kWhite));
   for (const Exif exif : {Exif::Keep, Exif::Drop}) {
@@ -276,7 +276,7 @@ TEST_F(Saving, SidesThatAFormatCannotHoldAreRefused) {
   EXPECT_FALSE(world.folder.Exists("huge.bmp"));
 }
 
-TEST_F(Saving, SaveByTypeTakesTheFirstHitAndDisposes) {
+TEST_F(Saving, SaveByTypeUsesTheFirstMatchAndDisposes) {
   struct Case {
     const char* type;
     const char* head;
@@ -328,7 +328,7 @@ TEST_F(Saving, ARetryThatFindsRoomSucceeds) {
 }
 
 // Every disk call of every saver fails, first once, then permanently.
-TEST_F(Saving, NoFaultLeavesAnythingBehind) {
+TEST_F(Saving, NoFaultLeavesAnyFile) {
   const Image image = Make(ToVips(PhotoLike(120, 90, 3)), {.profile = ProfileFor("RGB ")});
   for (const Encoder encoder : kAll) {
     for (const DiskCall call : {DiskCall::OpenNew, DiskCall::Write, DiskCall::Read, DiskCall::Seek}) {

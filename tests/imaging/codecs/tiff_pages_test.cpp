@@ -76,13 +76,13 @@ TEST_F(TiffPagesTest, FaxPagesAreBlackBelow128) {
   }
 }
 
-TEST_F(TiffPagesTest, StoreAsTheyAreTold) {
+TEST_F(TiffPagesTest, AreStoredAsRequested) {
   const std::vector<std::string> pages = {Png("1.png", PhotoLike(9, 9, 3))};
-  const std::pair<TiffCompression, int> told[] = {
+  const std::pair<TiffCompression, int> requested[] = {
       {TiffCompression::Lzw, COMPRESSION_LZW},          {TiffCompression::PackBits, COMPRESSION_PACKBITS},
       {TiffCompression::None, COMPRESSION_NONE},        {TiffCompression::Group3, COMPRESSION_CCITTFAX3},
       {TiffCompression::Group4, COMPRESSION_CCITTFAX4}, {TiffCompression::Jpeg, COMPRESSION_JPEG}};
-  for (const auto& [compression, tag] : told) {
+  for (const auto& [compression, tag] : requested) {
     ASSERT_TRUE(Write("c.tif", pages, {.compression = compression}));
     EXPECT_EQ(Tag("c.tif", TIFFTAG_COMPRESSION), tag);
   }
@@ -98,12 +98,12 @@ TEST_F(TiffPagesTest, JpegPagesKeepSizeAndNearlyTheColours) {
   EXPECT_LT(Difference(FromVips(Page("j.tif", 0)), grey), 60);
 }
 
-TEST_F(TiffPagesTest, ResolutionIsTheOneToldElseTheOwnElse96) {
+TEST_F(TiffPagesTest, ResolutionIsTheGivenOneElseTheOwnElse96) {
   Image image = Load(Png("1.png", PhotoLike(8, 8, 3)));
   services.SetImageResolution(image, 254);
   ASSERT_TRUE(services.SaveImageToPngFile(image, Path("254.png")));
-  const auto dpiOf = [&](const std::string& source, int told) {
-    EXPECT_TRUE(Write("r.tif", {source}, {.dpi = told}));
+  const auto dpiOf = [&](const std::string& source, int requested) {
+    EXPECT_TRUE(Write("r.tif", {source}, {.dpi = requested}));
     return std::lround(Page("r.tif", 0).xres() * 25.4);
   };
   EXPECT_EQ(dpiOf(Path("1.png"), 0), 96);
@@ -111,7 +111,7 @@ TEST_F(TiffPagesTest, ResolutionIsTheOneToldElseTheOwnElse96) {
   EXPECT_EQ(dpiOf(Path("254.png"), 300), 300);
 }
 
-TEST_F(TiffPagesTest, TakeEveryPageOfATiff) {
+TEST_F(TiffPagesTest, IncludeEveryPageOfATiff) {
   const Sheet first = PhotoLike(12, 7, 3);
   const Sheet second = PhotoLike(7, 12, 1);
   ASSERT_TRUE(Write("a.tif", {Png("1.png", first), Png("2.png", second, VIPS_INTERPRETATION_B_W)}, TiffPageOptions{}));
@@ -145,7 +145,7 @@ TEST_F(TiffPagesTest, WithoutPagesFailAndLeaveNoFile) {
   EXPECT_FALSE(world.folder.Exists("empty.tif"));
 }
 
-TEST_F(TiffPagesTest, AFullDiskIsTold) {
+TEST_F(TiffPagesTest, AFullDiskIsReported) {
   const std::string page = Png("1.png", PhotoLike(200, 200, 3));
   world.faults.Set({.call = host::testing::DiskCall::Write,
                     .nth = 2,
@@ -156,7 +156,7 @@ TEST_F(TiffPagesTest, AFullDiskIsTold) {
 }
 
 // The disk fills up in the middle of a page, at its directory, and at the end.
-TEST_F(TiffPagesTest, AFullDiskIsToldAtEveryWrite) {
+TEST_F(TiffPagesTest, AFullDiskIsReportedAtEveryWrite) {
   const std::string page = Png("1.png", PhotoLike(600, 500, 3));
   for (const auto compression : {TiffCompression::None, TiffCompression::Lzw, TiffCompression::Jpeg}) {
     int nth = 1;

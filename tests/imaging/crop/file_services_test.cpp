@@ -134,7 +134,7 @@ TEST_F(FileServices, TheCanvasIsOpaqueAndOfEightBits) {
   EXPECT_EQ(ReadPlainly(Path("out.png")), Plain(2, 1, {1, 2, 255}));
 }
 
-TEST_F(FileServices, InkStaysWhereItCan) {
+TEST_F(FileServices, InkStaysIfItCan) {
   const VImage inks = ToVips(Plain(16, 16, {10, 120, 200, 30}), VIPS_INTERPRETATION_CMYK);
   inks.tiffsave(Path("in.tif").c_str());
   inks.jpegsave(Path("in.jpg").c_str(), VImage::option()->set("Q", 100));
@@ -319,7 +319,7 @@ TEST_F(FileServices, AFullDiskIsAskedAbout) {
   EXPECT_FALSE(world.folder.Exists("new.png"));
 }
 
-TEST_F(FileServices, WorkAheadGivesTheSameBytes) {
+TEST_F(FileServices, PrefetchedWorkGivesTheSameBytes) {
   std::vector<CropRequest> requests;
   for (int i = 0; i < 6; ++i) {
     const std::string name = "in" + std::to_string(i) + ".jpg";
@@ -600,7 +600,7 @@ TEST_F(FileServices, ZoomPicScalesEveryFormat) {
   EXPECT_FALSE(world.folder.Exists("no.png"));
 }
 
-TEST_F(FileServices, ZoomPicKeepsExifWhereAsked) {
+TEST_F(FileServices, ZoomPicKeepsExifIfAsked) {
   Image tagged;
   ASSERT_TRUE(services.NewCanvas({40, 20}, base::kWhite, tagged));
   tagged.Data()->picture.tags.exif = ExifWithThumbnail(3);

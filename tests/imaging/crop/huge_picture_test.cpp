@@ -181,7 +181,7 @@ TEST_F(HugePicture, ScalesTurnsAndGreysInThisOrder) {
   EXPECT_TRUE(world.folder.Read("out.png") == world.folder.Read("out2.png"));
 }
 
-TEST_F(HugePicture, ScalesOnlyWhereAsked) {
+TEST_F(HugePicture, ScalesOnlyIfAsked) {
   ToVips(PhotoLike(40, 30, 3)).pngsave(Path("a.png").c_str());
   struct Case {
     base::Size size;
@@ -320,7 +320,7 @@ TEST_F(HugePicture, PartsOfEveryKindAreSavedAsTiffAndPng) {
 }
 
 // A full disk leaves no partial file.
-TEST_F(HugePicture, AFullDiskIsTold) {
+TEST_F(HugePicture, AFullDiskIsReported) {
   ToVips(PhotoLike(200, 200, 3)).tiffsave(Path("a.tif").c_str());
   for (const char* target : {"out.tif", "out.png", "out.jpg"}) {
     world.faults.Set({.call = host::testing::DiskCall::Write, .nth = 1, .error = ENOSPC, .pathHolds = target});

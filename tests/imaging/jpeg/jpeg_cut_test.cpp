@@ -119,8 +119,8 @@ TEST_P(JpegCutSamplingTest, EveryEndIsTheWholeDecode) {
   }
 }
 
-// What a component of the result is made of: samples of the source, averaged where it has more of them; the last row
-// and column are repeated up to whole blocks.
+// Returns a component of the expected result: the samples of the source, averaged if the source has more of them. The
+// last row and column are repeated up to whole blocks.
 testing::Plane CutPlane(const testing::Plane& source, base::Rect rect, int across, int down, base::Size padded) {
   const base::Size size = {(rect.width + across - 1) / across, (rect.height + down - 1) / down};
   testing::Plane out{size, padded, {}};
@@ -149,7 +149,8 @@ testing::Plane CutPlane(const testing::Plane& source, base::Rect rect, int acros
 
 int CeilDiv(int value, int divisor) { return (value + divisor - 1) / divisor; }
 
-// The cut of rect from bytes with stored factors `in`, saved with `out`, as plain loops over the components tell it.
+// Returns the expected cut of rect from bytes with stored factors in, saved with out, computed by plain loops over the
+// components.
 std::string PlanesReference(const std::string& bytes, base::Rect rect, Sampling in, const MakeOptions& output) {
   const std::vector<testing::Plane> source = testing::ReadPlanes(bytes);
   const Sampling out = {output.luma.first, output.luma.second};
@@ -365,7 +366,7 @@ INSTANTIATE_TEST_SUITE_P(All, JpegCutDensityTest,
                                            DensityCase{2, 118, 0, 0, 2, 118},   // kept in its unit
                                            DensityCase{1, 72, 0, 300, 1, 300},  // as wanted
                                            DensityCase{1, 72, 350, 0, 1, 72},   // JFIF goes before EXIF
-                                           DensityCase{0, 1, 350, 0, 1, 350},   // only EXIF tells it
+                                           DensityCase{0, 1, 350, 0, 1, 350},   // only EXIF has it
                                            DensityCase{-1, 1, 240, 0, 1, 240},  // no JFIF at all
                                            DensityCase{-1, 1, 240, 254, 1, 254},
                                            DensityCase{0, 3, 0, 0, 0, 3},  // a mere ratio
@@ -425,7 +426,7 @@ TEST_F(JpegCutTest, OrientationIsKeptInAnyCase) {
   }
 }
 
-TEST_F(JpegCutTest, OtherMetadataIsLeftBehind) {
+TEST_F(JpegCutTest, OtherMetadataIsDropped) {
   MakeOptions options;
   options.segments = {{JPEG_APP0 + 1, std::string("http://ns.adobe.com/xap/1.0/\0<x/>", 33)},
                       {JPEG_APP0 + 13, "Photoshop 3.0"},
@@ -535,7 +536,7 @@ TEST_P(JpegCutDamageTest, FlippedBitsNeverCrash) {
 INSTANTIATE_TEST_SUITE_P(All, JpegCutDamageTest,
                          ::testing::Values(Scans::One, Scans::Progressive, Scans::PerComponent));
 
-// Data behind the last row of pixels.
+// Data after the last row of pixels.
 TEST_F(JpegCutTest, PaddingBeforeTheEndIsHarmlessOtherBytesAreNot) {
   const std::string bytes = Source({40, 40}, {});
   const std::string body = bytes.substr(0, bytes.size() - 2);
@@ -543,12 +544,12 @@ TEST_F(JpegCutTest, PaddingBeforeTheEndIsHarmlessOtherBytesAreNot) {
   EXPECT_TRUE(Cut(body + std::string(100, '\0') + "\xFF\xD9", all));
   EXPECT_TRUE(Cut(body + std::string(100, '\xFF') + "\xFF\xD9", all));
   EXPECT_TRUE(Cut(bytes + "trailing data", all));
-  const std::string leftover(40, 'A');  // more than the decoder takes in ahead of what it needs
+  const std::string leftover(40, 'A');  // more than the decoder reads in advance
   EXPECT_EQ(Cut(body + leftover + "\xFF\xD9", all).GetProblem(), Problem::Damaged);
   EXPECT_TRUE(Cut(body + leftover + "\xFF\xD9", {0, 0, 40, 8}));
 }
 
-TEST_F(JpegCutTest, SegmentsBehindThePictureDataAreFollowed) {
+TEST_F(JpegCutTest, SegmentsAfterThePictureDataAreFollowed) {
   const std::string bytes = Source({40, 40}, {});
   const std::string body = bytes.substr(0, bytes.size() - 2);
   // An end-of-image marker inside a comment is not the end of the file.

@@ -62,7 +62,7 @@ TEST_F(ManyScans, ArePreviewed) {
   }
 }
 
-TEST_F(ManyScans, TakeEffects) {
+TEST_F(ManyScans, AcceptEffects) {
   Image many;
   const Status loaded = services.LoadImageFromFile(Path("many.jpg"), many);
   ASSERT_TRUE(loaded) << loaded.Why();

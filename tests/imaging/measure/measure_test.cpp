@@ -143,7 +143,7 @@ TEST_F(MeasureTest, PsdGoesThroughTheLoader) {
 }
 
 TEST_F(MeasureTest, PsdInCapitalsGoesThroughTheLoaderToo) {
-  // Whole, so that MediaInfo would tell its size and no resolution.
+  // Complete, so that MediaInfo would return its size and no resolution.
   const std::string psd = "8BPS" + Big(1, 2) + std::string(6, '\0') + Big(3, 2) + Big(43, 4) + Big(61, 4) + Big(8, 2) +
                           Big(3, 2) + Big(0, 4) + Big(0, 4) + Big(0, 4) + Big(0, 2) +
                           std::string(std::size_t{61} * 43 * 3, '\0');
@@ -163,7 +163,7 @@ TEST_F(MeasureTest, AnswerIsRememberedUntilSizeTimeOrFileChanges) {
   EXPECT_FALSE(Recalls(path));
   Measured(path);
 
-  // Other content under the old time: the size tells.
+  // Other content with the old time: the size shows the change.
   folder_.Put("a.jpg", Jpeg({35, 46}) + "x");
   std::filesystem::last_write_time(path, time + std::chrono::seconds(1));
   EXPECT_EQ(SizeOf(Measured(path)), (base::Size{35, 46}));
@@ -188,7 +188,7 @@ TEST_F(MeasureTest, ContentThatKeptItsTimesIsMeasuredAgain) {
   const auto time = std::filesystem::last_write_time(path);
   Measured(path);
   const std::optional<host::FileFacts> before = files_.Stat(path);
-  // Same inode, size and modified time. The system's clock for changes moves in steps, so this may take a few rounds.
+  // Same inode, size and modified time. The system's clock for changes moves in steps, so this may need a few rounds.
   do {
     std::fstream(path, std::ios::in | std::ios::out | std::ios::binary) << other;
     std::filesystem::last_write_time(path, time);
@@ -197,8 +197,8 @@ TEST_F(MeasureTest, ContentThatKeptItsTimesIsMeasuredAgain) {
   EXPECT_EQ(SizeOf(Measured(path)), (base::Size{43, 34}));
 }
 
-TEST_F(MeasureTest, WhatMediaInfoCannotTellIsOpened) {
-  const std::string path = folder_.Put("odd.xyz", "nothing that a report would tell the size of");
+TEST_F(MeasureTest, FilesThatMediaInfoCannotMeasureAreOpened) {
+  const std::string path = folder_.Put("odd.xyz", "nothing that a report would give the size of");
   EXPECT_EQ(SizeOf(Measured(path)), (base::Size{640, 480}));
   EXPECT_EQ(loads_, 1);
   EXPECT_EQ(Measured(path).dpi, 0);

@@ -71,7 +71,7 @@ struct Camera {
   std::size_t thumbnail = 0;  // its picture
 };
 
-Camera MakeCamera(bool big, const std::string& behind = {}) {
+Camera MakeCamera(bool big, const std::string& trailer = {}) {
   const std::string note = "NOTE" + kPreview + "END!";
   Camera camera;
   camera.second = kMakerNote + note.size();
@@ -95,7 +95,7 @@ Camera MakeCamera(bool big, const std::string& behind = {}) {
   w.Short(2);
   w.Entry(0x0201, 4, 1, at(camera.thumbnail));
   w.Entry(0x0202, 4, 1, at(kThumbnail.size()));
-  w.Long(0).Text(kThumbnail).Text(behind);
+  w.Long(0).Text(kThumbnail).Text(trailer);
   camera.bytes = w.Bytes();
   return camera;
 }
@@ -142,10 +142,10 @@ TEST_P(JpegExifTest, ThumbnailAndPreviewAreGone) {
 }
 
 TEST_P(JpegExifTest, ThumbnailInTheMiddleIsBlankedInPlace) {
-  const Camera camera = MakeCamera(GetParam(), "BEHIND");
+  const Camera camera = MakeCamera(GetParam(), "EXTRAS");
   const std::string cut = CutExif(camera.bytes, {640, 480}, 0);
   EXPECT_EQ(cut.size(), camera.bytes.size());
-  EXPECT_EQ(cut.substr(camera.thumbnail), std::string(kThumbnail.size(), '\0') + "BEHIND");
+  EXPECT_EQ(cut.substr(camera.thumbnail), std::string(kThumbnail.size(), '\0') + "EXTRAS");
 }
 
 TEST_P(JpegExifTest, UncompressedThumbnailAndSubdirectoriesAreBlanked) {
@@ -200,7 +200,7 @@ TEST(JpegExifPlainTest, NoTiffStructureIsLeftOut) {
   EXPECT_EQ(ReadExif("").dpi, 0);
 }
 
-TEST(JpegExifPlainTest, OddValuesAreNotTaken) {
+TEST(JpegExifPlainTest, OddValuesAreNotUsed) {
   TiffWriter w(true);
   w.Long(8).Short(2).Entry(0x0112, 3, 1, 9).Entry(0x011A, 5, 1, 38).Long(0).Long(72).Long(0);
   EXPECT_EQ(ReadExif(w.Bytes()).orientation, 1);

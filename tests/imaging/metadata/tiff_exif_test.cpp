@@ -145,7 +145,7 @@ TEST_F(TiffExif, BigFilesHoldItToo) {
   ExpectCamera(data);
 }
 
-TEST_F(TiffExif, NothingToTellLeavesTheFileAsItIs) {
+TEST_F(TiffExif, WithoutTagsTheFileStaysAsItIs) {
   const std::string nothing = MinimalExif(6, 300);
   const std::string blocks[] = {"", "no block", nothing};
   for (const std::string& block : blocks) {

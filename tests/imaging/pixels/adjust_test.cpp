@@ -84,7 +84,7 @@ TEST(TextMask, CoversSomeOfItsArea) {
   EXPECT_EQ(std::vector<int>(corner.begin(), corner.begin() + 3), (std::vector<int>{255, 0, 0}));
 }
 
-TEST(TextMask, TakesNamesThatAreNoText) {
+TEST(TextMask, AcceptsNamesThatAreNoText) {
   TextMask mask;
   EXPECT_TRUE(DrawTextMask("a\xFF\n\tb", 20, mask));
   EXPECT_FALSE(DrawTextMask("", 20, mask));

@@ -61,7 +61,7 @@ class CutEllipseTest : public ServicesTest {
   }
 };
 
-TEST_F(CutEllipseTest, TakesPixelsInsideAndNothingOutside) {
+TEST_F(CutEllipseTest, KeepsPixelsInsideAndNothingOutside) {
   const Sheet photo = PhotoLike(40, 30, 3);
   Image out;
   ASSERT_TRUE(CutEllipse(Of(photo), {5, 3, 20, 16}, {}, out));
@@ -83,7 +83,7 @@ TEST_F(CutEllipseTest, TakesPixelsInsideAndNothingOutside) {
   EXPECT_EQ(services.GetImageResolution(out), 300);
 }
 
-TEST_F(CutEllipseTest, IsTransparentWhereTheBoxLeavesThePicture) {
+TEST_F(CutEllipseTest, IsTransparentOutsideThePicture) {
   Image out;
   ASSERT_TRUE(CutEllipse(Of(Plain(10, 10, {1, 2, 3})), {-5, -5, 10, 10}, {}, out));
   EXPECT_EQ(PixelsOf(out).Pixel(4, 4), (std::vector<int>{0, 0, 0, 0}));

@@ -46,7 +46,7 @@ TEST_F(PixelServices, NoImageFailsEverywhere) {
   EXPECT_FALSE(world.folder.Exists("a.png"));
 }
 
-TEST_F(PixelServices, TellsSizeAndResolution) {
+TEST_F(PixelServices, ReturnsSizeAndResolution) {
   Image image = Make(ToVips(Plain(7, 5, {1, 2, 3})));
   EXPECT_EQ(services.GetImageWidth(image), 7);
   EXPECT_EQ(services.GetImageHeight(image), 5);
@@ -96,7 +96,7 @@ TEST_F(PixelServices, RotationResetsTheOrientationAndKeepsTheRest) {
   EXPECT_EQ(PixelsOf(image).Pixel(0, 0), (std::vector<int>{255, 0, 0}));
 }
 
-TEST_F(PixelServices, ResampleTakesAnySizeFromOne) {
+TEST_F(PixelServices, ResampleAcceptsAnySizeFromOne) {
   Image image = Make(ToVips(PhotoLike(40, 30, 3)), {.orientation = 3});
   EXPECT_FALSE(services.ResampleImage(image, 0, 5));
   EXPECT_FALSE(services.ResampleImage(image, 5, -1));
@@ -219,7 +219,7 @@ TEST_F(PixelServices, DrawImageLaysTransparencyOver) {
   EXPECT_EQ(PixelsOf(clear).Pixel(0, 0), (std::vector<int>{9, 8, 7, 255}));
 }
 
-TEST_F(PixelServices, DrawImageTakesOnTheCanvasColours) {
+TEST_F(PixelServices, DrawImageConvertsToTheCanvasColours) {
   Image canvas;
   ASSERT_TRUE(services.NewCanvas({1, 1}, base::kWhite, canvas));
   ASSERT_TRUE(services.DrawImage(canvas, Make(ToVips({1, 1, 1, {77}}, VIPS_INTERPRETATION_B_W)), {0, 0, 1, 1}));

@@ -83,35 +83,34 @@ class PrefetcherTest : public ::testing::Test {
     return Request(name);
   }
 
-  void Start(Prefetcher::Worker crop, Prefetcher::Bounds bounds = {.threads = 2},
-             Prefetcher::Measurement measure = {}) {
+  void Start(Prefetcher::Worker crop, PrefetchLimits limits = {.threads = 2}, Prefetcher::Measurement measure = {}) {
     if (!measure) measure = [](const std::string&) {};
-    ahead_ = std::make_unique<Prefetcher>(files_, std::move(crop), std::move(measure), bounds);
+    prefetcher_ = std::make_unique<Prefetcher>(files_, std::move(crop), std::move(measure), limits);
   }
 
   static FileWork Work(const CropRequest& request) { return {{request}}; }
   void Plan(const std::vector<CropRequest>& requests) {
     std::vector<FileWork> works;
     for (const CropRequest& request : requests) works.push_back(Work(request));
-    ahead_->PlanWork(works);
+    prefetcher_->PlanWork(works);
   }
   Status Pop(const CropRequest& request, const std::function<void()>& pump, std::optional<std::string>& bytes) {
     bytes.reset();
     std::optional<std::vector<std::string>> outputs;
-    Status popped = ahead_->Pop(Work(request), pump, outputs);
+    Status popped = prefetcher_->Pop(Work(request), pump, outputs);
     if (outputs) bytes = outputs->front();
     return popped;
   }
 
-  // What a wait that is not given up gives.
-  std::optional<std::string> Take(const CropRequest& request, const std::function<void()>& pump) {
+  // Returns the result of Pop; expects that the wait is not given up.
+  std::optional<std::string> PopBytes(const CropRequest& request, const std::function<void()>& pump) {
     std::optional<std::string> bytes;
-    const Status taken = Pop(request, pump, bytes);
-    EXPECT_TRUE(taken) << taken.Why();
+    const Status popped = Pop(request, pump, bytes);
+    EXPECT_TRUE(popped) << popped.Why();
     return bytes;
   }
 
-  // The source's name as the result.
+  // Returns a worker whose result is the name of the source.
   Prefetcher::Worker Naming() {
     return [this](const Prefetcher::Job& job) {
       log_.Add(job.work.Source());
@@ -124,7 +123,7 @@ class PrefetcherTest : public ::testing::Test {
   host::Files files_{disk_};
   Log log_;
   Gate gate_;
-  std::unique_ptr<Prefetcher> ahead_;  // last: its threads use all of the above
+  std::unique_ptr<Prefetcher> prefetcher_;  // last: its threads use all of the above
 };
 
 }  // namespace quillon::imaging::testing

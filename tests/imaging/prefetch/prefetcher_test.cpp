@@ -22,14 +22,14 @@ using testing::Gate;
 using testing::Log;
 using testing::PrefetcherTest;
 
-TEST_F(PrefetcherTest, PlannedWorkIsHandedOutOnce) {
+TEST_F(PrefetcherTest, PlannedWorkIsReturnedOnce) {
   const CropRequest a = Made("a");
   const CropRequest b = Made("b");
   Start(Naming());
   Plan({a, b});
-  EXPECT_EQ(Take(b, {}), b.source);
-  EXPECT_EQ(Take(a, {}), a.source);
-  EXPECT_EQ(Take(a, {}), std::nullopt);
+  EXPECT_EQ(PopBytes(b, {}), b.source);
+  EXPECT_EQ(PopBytes(a, {}), a.source);
+  EXPECT_EQ(PopBytes(a, {}), std::nullopt);
 }
 
 TEST_F(PrefetcherTest, OnlyExactlyTheSameRequest) {
@@ -44,16 +44,16 @@ TEST_F(PrefetcherTest, OnlyExactlyTheSameRequest) {
   others[5].destination += "x";
   others[6].source = Made("b").source;
   Plan({planned});
-  for (const CropRequest& other : others) EXPECT_EQ(Take(other, {}), std::nullopt);
-  EXPECT_TRUE(Take(planned, {}).has_value());
+  for (const CropRequest& other : others) EXPECT_EQ(PopBytes(other, {}), std::nullopt);
+  EXPECT_TRUE(PopBytes(planned, {}).has_value());
 }
 
 TEST_F(PrefetcherTest, NothingWithoutAPlan) {
   const CropRequest a = Made("a");
   Start(Naming());
-  EXPECT_EQ(Take(a, {}), std::nullopt);
+  EXPECT_EQ(PopBytes(a, {}), std::nullopt);
   Plan({});
-  EXPECT_EQ(Take(a, {}), std::nullopt);
+  EXPECT_EQ(PopBytes(a, {}), std::nullopt);
   EXPECT_TRUE(log_.Lines().empty());
 }
 
@@ -62,10 +62,10 @@ TEST_F(PrefetcherTest, WorkOfAnOldPlanThatStandsInTheNewOneIsKept) {
   const CropRequest b = Made("b");
   Start(Naming(), {.threads = 1});
   Plan({a, b});
-  EXPECT_TRUE(Take(a, {}).has_value());
+  EXPECT_TRUE(PopBytes(a, {}).has_value());
   Plan({b});
   Plan({b});
-  EXPECT_TRUE(Take(b, {}).has_value());
+  EXPECT_TRUE(PopBytes(b, {}).has_value());
   EXPECT_EQ(log_.Lines(), (std::vector<std::string>{a.source, b.source}));
 }
 
@@ -85,8 +85,8 @@ TEST_F(PrefetcherTest, ReplacedPlanIsStoppedAndThrownAway) {
   Plan({a});
   gate_.AwaitWaiting(1);
   Plan({b});
-  EXPECT_EQ(Take(a, {}), std::nullopt);
-  EXPECT_TRUE(Take(b, {}).has_value());  // the only thread is free again
+  EXPECT_EQ(PopBytes(a, {}), std::nullopt);
+  EXPECT_TRUE(PopBytes(b, {}).has_value());  // the only thread is free again
   EXPECT_EQ(stopped, 1);
 }
 
@@ -105,35 +105,35 @@ TEST_F(PrefetcherTest, NoMoreThanPlannedIsBegun) {
   Start(Naming(), {.threads = 2, .planned = 4});
   Plan(many);
   for (int i = 0; i < 4; ++i) {
-    EXPECT_TRUE(Take(many[static_cast<std::size_t>(i)], {}).has_value());
+    EXPECT_TRUE(PopBytes(many[static_cast<std::size_t>(i)], {}).has_value());
   }
-  EXPECT_EQ(Take(many[4], {}), std::nullopt);
+  EXPECT_EQ(PopBytes(many[4], {}), std::nullopt);
   EXPECT_EQ(log_.Lines().size(), 4u);
 }
 
-TEST_F(PrefetcherTest, SourceChangedAfterwardsIsNotTaken) {
+TEST_F(PrefetcherTest, SourceChangedAfterwardsIsNotUsed) {
   const CropRequest a = Made("a");
   Start(Naming());
   Plan({a});
   // Asking for it proves that it is finished; planned anew it is made again.
-  ASSERT_TRUE(Take(a, {}).has_value());
+  ASSERT_TRUE(PopBytes(a, {}).has_value());
   Plan({a});
   while (log_.Lines().size() < 2) std::this_thread::yield();
   folder_.Put("a", "other content, of another length");
-  EXPECT_EQ(Take(a, {}), std::nullopt);
+  EXPECT_EQ(PopBytes(a, {}), std::nullopt);
 }
 
-TEST_F(PrefetcherTest, SourceChangedDuringTheWorkIsNotTaken) {
+TEST_F(PrefetcherTest, SourceChangedDuringTheWorkIsNotUsed) {
   const CropRequest a = Made("a");
   Start([&](const Prefetcher::Job& job) {
     folder_.Put("a", "changed while it was read");
     return job.output().Write("x", 1);
   });
   Plan({a});
-  EXPECT_EQ(Take(a, {}), std::nullopt);
+  EXPECT_EQ(PopBytes(a, {}), std::nullopt);
 }
 
-TEST_F(PrefetcherTest, SourceReplacedByAnotherFileIsNotTaken) {
+TEST_F(PrefetcherTest, SourceReplacedByAnotherFileIsNotUsed) {
   const CropRequest a = Made("a");
   Start(Naming());
   Plan({a});
@@ -141,14 +141,14 @@ TEST_F(PrefetcherTest, SourceReplacedByAnotherFileIsNotTaken) {
   const std::string twin = folder_.Put("twin", "content of a");
   std::filesystem::last_write_time(twin, std::filesystem::last_write_time(a.source));
   std::filesystem::rename(twin, a.source);
-  EXPECT_EQ(Take(a, {}), std::nullopt);
+  EXPECT_EQ(PopBytes(a, {}), std::nullopt);
 }
 
-TEST_F(PrefetcherTest, SourceThatKeptItsTimesIsNotTaken) {
+TEST_F(PrefetcherTest, SourceThatKeptItsTimesIsNotUsed) {
   const CropRequest a = Made("a");
   Start(Naming());
   Plan({a});
-  ASSERT_TRUE(Take(a, {}).has_value());
+  ASSERT_TRUE(PopBytes(a, {}).has_value());
   Plan({a});
   while (log_.Lines().size() < 2) std::this_thread::yield();
   const host::FileFacts before = *files_.Stat(a.source);
@@ -160,7 +160,7 @@ TEST_F(PrefetcherTest, SourceThatKeptItsTimesIsNotTaken) {
   } while (files_.Stat(a.source)->changed == before.changed);
   EXPECT_EQ(files_.Stat(a.source)->size, before.size);
   EXPECT_EQ(files_.Stat(a.source)->modified, before.modified);
-  EXPECT_EQ(Take(a, {}), std::nullopt);
+  EXPECT_EQ(PopBytes(a, {}), std::nullopt);
 }
 
 TEST_F(PrefetcherTest, MissingSourceAndFailuresAreLeftToTheCaller) {
@@ -173,9 +173,9 @@ TEST_F(PrefetcherTest, MissingSourceAndFailuresAreLeftToTheCaller) {
     return {Problem::Damaged, "damaged"};
   });
   Plan({missing, fails, throws});
-  EXPECT_EQ(Take(missing, {}), std::nullopt);
-  EXPECT_EQ(Take(fails, {}), std::nullopt);
-  EXPECT_EQ(Take(throws, {}), std::nullopt);
+  EXPECT_EQ(PopBytes(missing, {}), std::nullopt);
+  EXPECT_EQ(PopBytes(fails, {}), std::nullopt);
+  EXPECT_EQ(PopBytes(throws, {}), std::nullopt);
 }
 
 TEST_F(PrefetcherTest, WaitingTurnsThePump) {
@@ -186,10 +186,10 @@ TEST_F(PrefetcherTest, WaitingTurnsThePump) {
   });
   Plan({a});
   int turns = 0;
-  EXPECT_EQ(Take(a,
-                 [&] {
-                   if (++turns == 3) gate_.Open();
-                 }),
+  EXPECT_EQ(PopBytes(a,
+                     [&] {
+                       if (++turns == 3) gate_.Open();
+                     }),
             "x");
   EXPECT_GE(turns, 3);
 }
@@ -201,7 +201,7 @@ TEST_F(PrefetcherTest, PumpMayThrowThePlanAway) {
     return job.output().Write("x", 1);
   });
   Plan({a});
-  EXPECT_EQ(Take(a, [&] { Plan({}); }), std::nullopt);
+  EXPECT_EQ(PopBytes(a, [&] { Plan({}); }), std::nullopt);
 }
 
 TEST_F(PrefetcherTest, DestructionStopsWhatIsUnderWay) {
@@ -211,7 +211,7 @@ TEST_F(PrefetcherTest, DestructionStopsWhatIsUnderWay) {
   });
   Plan({Made("a"), Made("b"), Made("c")});
   gate_.AwaitWaiting(2);
-  ahead_.reset();
+  prefetcher_.reset();
 }
 
 TEST_F(PrefetcherTest, ResultsAreBounded) {
@@ -229,9 +229,9 @@ TEST_F(PrefetcherTest, ResultsAreBounded) {
   for (int round = 0; round < 50; ++round) {
     Plan(all);
     for (const CropRequest& request : all) {
-      const std::optional<std::string> taken = Take(request, {});
-      if (taken) {
-        EXPECT_EQ(*taken, result);
+      const std::optional<std::string> popped = PopBytes(request, {});
+      if (popped) {
+        EXPECT_EQ(*popped, result);
       }
     }
   }
@@ -252,7 +252,7 @@ TEST_F(PrefetcherTest, ResultLargerThanTheBoundIsLeftToTheCaller) {
       },
       {.threads = 2, .results = 1000});
   Plan({a});
-  EXPECT_EQ(Take(a, {}), std::nullopt);
+  EXPECT_EQ(PopBytes(a, {}), std::nullopt);
 }
 
 TEST_F(PrefetcherTest, WorkingMemoryIsBounded) {
@@ -273,7 +273,7 @@ TEST_F(PrefetcherTest, WorkingMemoryIsBounded) {
       {.threads = 3, .working = 100});
   for (int round = 0; round < 50; ++round) {
     Plan(all);
-    for (const CropRequest& request : all) EXPECT_EQ(Take(request, {}), "x");
+    for (const CropRequest& request : all) EXPECT_EQ(PopBytes(request, {}), "x");
   }
   EXPECT_EQ(most, 1);
   EXPECT_EQ(finished, 200);
@@ -303,7 +303,7 @@ TEST_F(PrefetcherTest, TwoLargePicturesAreHeldAtOnceButNoThird) {
   changed.wait(lock, [&] { return asked == all.size(); });
   EXPECT_EQ(held, 143'000'000);
   lock.unlock();
-  ahead_.reset();
+  prefetcher_.reset();
 }
 
 TEST_F(PrefetcherTest, WorkThatNeverFitsIsLeftToTheCaller) {
@@ -314,26 +314,26 @@ TEST_F(PrefetcherTest, WorkThatNeverFitsIsLeftToTheCaller) {
       },
       {.threads = 2, .working = 100});
   Plan({a});
-  EXPECT_EQ(Take(a, {}), std::nullopt);
+  EXPECT_EQ(PopBytes(a, {}), std::nullopt);
 }
 
 TEST_F(PrefetcherTest, MeasuresAreMadeInOrderAndNotTwice) {
   Start(Naming(), {.threads = 1}, [this](const std::string& path) { log_.Add(path); });
-  ahead_->PlanMeasures({"1", "2", "3"});
+  prefetcher_->PlanMeasures({"1", "2", "3"});
   while (log_.Lines().size() < 3) std::this_thread::yield();
   EXPECT_EQ(log_.Lines(), (std::vector<std::string>{"1", "2", "3"}));
 }
 
-TEST_F(PrefetcherTest, AwaitMeasureTakesAPathOutOfThePlan) {
+TEST_F(PrefetcherTest, AwaitMeasureRemovesAPathFromThePlan) {
   Start(Naming(), {.threads = 1}, [&](const std::string& path) {
     log_.Add(path);
     if (path == "1") gate_.Pass();
   });
-  ahead_->PlanMeasures({"1", "2", "3"});
+  prefetcher_->PlanMeasures({"1", "2", "3"});
   gate_.AwaitWaiting(1);
-  EXPECT_TRUE(ahead_->AwaitMeasure("2", {}));  // not begun: returns at once
+  EXPECT_TRUE(prefetcher_->AwaitMeasure("2", {}));  // not begun: returns at once
   int turns = 0;
-  EXPECT_TRUE(ahead_->AwaitMeasure("1", [&] {
+  EXPECT_TRUE(prefetcher_->AwaitMeasure("1", [&] {
     if (++turns == 2) gate_.Open();
   }));
   EXPECT_GE(turns, 2);
@@ -343,7 +343,7 @@ TEST_F(PrefetcherTest, AwaitMeasureTakesAPathOutOfThePlan) {
 
 TEST_F(PrefetcherTest, AnEmptyPathIsNeverAwaited) {
   Start(Naming(), {.threads = 1});
-  EXPECT_NO_THROW(EXPECT_TRUE(ahead_->AwaitMeasure("", [] { throw std::runtime_error("it waits"); })));
+  EXPECT_NO_THROW(EXPECT_TRUE(prefetcher_->AwaitMeasure("", [] { throw std::runtime_error("it waits"); })));
 }
 
 TEST_F(PrefetcherTest, CropsGoBeforeMeasures) {
@@ -352,11 +352,11 @@ TEST_F(PrefetcherTest, CropsGoBeforeMeasures) {
     if (path == "1") gate_.Pass();
     log_.Add(path);
   });
-  ahead_->PlanMeasures({"1", "2"});
+  prefetcher_->PlanMeasures({"1", "2"});
   gate_.AwaitWaiting(1);
   Plan({a});
   gate_.Open();
-  EXPECT_TRUE(Take(a, {}).has_value());
+  EXPECT_TRUE(PopBytes(a, {}).has_value());
   while (log_.Lines().size() < 3) std::this_thread::yield();
   EXPECT_EQ(log_.Lines(), (std::vector<std::string>{"1", a.source, "2"}));
 }
@@ -381,10 +381,10 @@ TEST_F(PrefetcherTest, RealCutsAreTheSameAsWithout) {
     const auto admit = [&](std::int64_t bytes) { return job.admit(bytes, 0); };
     return cut(std::get<CropRequest>(job.work.steps.front()), sink, {.stop = job.stop, .admit = admit});
   });
-  int taken = 0;
+  int popped = 0;
   for (std::size_t i = 0; i < all.size(); ++i) {
     Plan({all.begin() + static_cast<std::ptrdiff_t>(i), all.end()});
-    const std::optional<std::string> early = Take(all[i], {});
+    const std::optional<std::string> early = PopBytes(all[i], {});
     if (i % 5 == 4) Plan({});
     std::string plain;
     ASSERT_TRUE(cut(all[i],
@@ -395,9 +395,9 @@ TEST_F(PrefetcherTest, RealCutsAreTheSameAsWithout) {
                     {}));
     if (!early) continue;
     EXPECT_EQ(*early, plain);
-    ++taken;
+    ++popped;
   }
-  EXPECT_EQ(taken, 12);
+  EXPECT_EQ(popped, 12);
 }
 
 }  // namespace

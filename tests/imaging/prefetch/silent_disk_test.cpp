@@ -28,25 +28,25 @@ class SilentDiskTest : public PrefetcherTest {
       return job.output().Write("x", 1);
     };
   }
-  Prefetcher::Bounds Clocked(int threads) {
-    Prefetcher::Bounds bounds;
-    bounds.threads = threads;
-    bounds.seconds = [this] { return seconds_; };
-    bounds.stopped = [this] { return stopped_; };
-    return bounds;
+  PrefetchLimits Clocked(int threads) {
+    PrefetchLimits limits;
+    limits.threads = threads;
+    limits.seconds = [this] { return seconds_; };
+    limits.stopped = [this] { return stopped_; };
+    return limits;
   }
   Status TakeSilent(const CropRequest& request) {
     std::optional<std::string> bytes;
-    Status taken = Pop(request, pump_, bytes);
+    Status popped = Pop(request, pump_, bytes);
     EXPECT_EQ(bytes, std::nullopt);
-    return taken;
+    return popped;
   }
   // Returns whether no thread uses the gate any more, also no abandoned one.
   bool AllThreadsEnded() const { return gate_.use_count() == 1; }
 
   void TearDown() override {
     gate_->Open();
-    ahead_.reset();
+    prefetcher_.reset();
     while (!AllThreadsEnded()) std::this_thread::yield();
   }
 
@@ -63,26 +63,26 @@ TEST_F(SilentDiskTest, AReadThatDoesNotComeBackIsGivenUp) {
   Start(Hanging("a"), Clocked(1));
   Plan({a});
   gate_->AwaitWaiting(1);
-  const Status taken = TakeSilent(a);
-  EXPECT_EQ(taken.GetProblem(), Problem::Stopped);
-  EXPECT_EQ(taken.Why(), "磁盘没有响应，已跳过；请检查磁盘或网络连接后重新处理");
+  const Status popped = TakeSilent(a);
+  EXPECT_EQ(popped.GetProblem(), Problem::Stopped);
+  EXPECT_EQ(popped.Why(), "磁盘没有响应，已跳过；请检查磁盘或网络连接后重新处理");
   EXPECT_GE(seconds_, 1030);
   EXPECT_LE(seconds_, 1050);
 }
 
-TEST_F(SilentDiskTest, AnotherThreadTakesItsPlace) {
+TEST_F(SilentDiskTest, AnotherThreadReplacesIt) {
   const CropRequest a = Made("a");
   const CropRequest b = Made("b");
   Start(Hanging("a"), Clocked(1));
   Plan({a, b});
   gate_->AwaitWaiting(1);
-  EXPECT_EQ(Take(b, pump_), "x");
+  EXPECT_EQ(PopBytes(b, pump_), "x");
   const double then = seconds_;
   EXPECT_EQ(TakeSilent(a).Why(), host::kDiskUnresponsive);
   EXPECT_EQ(seconds_, then) << "it is known by now";
   Plan({a});
   EXPECT_EQ(TakeSilent(a).Why(), host::kDiskUnresponsive) << "it is not tried again";
-  EXPECT_EQ(ahead_->AwaitMeasure(a.source, pump_).Why(), host::kDiskUnresponsive);
+  EXPECT_EQ(prefetcher_->AwaitMeasure(a.source, pump_).Why(), host::kDiskUnresponsive);
   // Until it answers.
   gate_->Open();
   std::optional<std::string> bytes;
@@ -92,7 +92,7 @@ TEST_F(SilentDiskTest, AnotherThreadTakesItsPlace) {
   } while (!bytes);
 }
 
-TEST_F(SilentDiskTest, AComputationIsWaitedForHoweverLongItTakes) {
+TEST_F(SilentDiskTest, AComputationIsWaitedForHoweverLongItLasts) {
   const CropRequest a = Made("a");
   Start(
       [gate = gate_](const Prefetcher::Job& job) {
@@ -104,11 +104,11 @@ TEST_F(SilentDiskTest, AComputationIsWaitedForHoweverLongItTakes) {
   Plan({a});
   gate_->AwaitWaiting(1);
   int turns = 0;
-  EXPECT_EQ(Take(a,
-                 [&] {
-                   pump_();
-                   if (++turns == 50) gate_->Open();
-                 }),
+  EXPECT_EQ(PopBytes(a,
+                     [&] {
+                       pump_();
+                       if (++turns == 50) gate_->Open();
+                     }),
             "x");
 }
 
@@ -130,14 +130,14 @@ TEST_F(SilentDiskTest, ReadsThatComeBackAreNoSilence) {
       },
       Clocked(1));
   Plan({a});
-  EXPECT_EQ(Take(a,
-                 [&] {
-                   if (*wanted == kReads) return;
-                   seconds_ += 20;
-                   ++*wanted;
-                   wanted->notify_one();
-                   read->wait(*wanted - 1);
-                 }),
+  EXPECT_EQ(PopBytes(a,
+                     [&] {
+                       if (*wanted == kReads) return;
+                       seconds_ += 20;
+                       ++*wanted;
+                       wanted->notify_one();
+                       read->wait(*wanted - 1);
+                     }),
             "x");
 }
 
@@ -172,7 +172,7 @@ TEST_F(SilentDiskTest, TheEndDoesNotWaitForADeadRead) {
   Start(Hanging("a"), Clocked(2));
   Plan({a, Made("b")});
   gate_->AwaitWaiting(1);
-  ahead_.reset();
+  prefetcher_.reset();
   EXPECT_FALSE(AllThreadsEnded());
 }
 
@@ -182,12 +182,12 @@ TEST_F(SilentDiskTest, AMeasurementThatDoesNotComeBackIsGivenUp) {
     if (path == "1") gate->Pass();
     measured->Add(path);
   });
-  ahead_->PlanMeasures({"1", "2"});
+  prefetcher_->PlanMeasures({"1", "2"});
   gate_->AwaitWaiting(1);
-  EXPECT_EQ(ahead_->AwaitMeasure("1", pump_).Why(), host::kDiskUnresponsive);
+  EXPECT_EQ(prefetcher_->AwaitMeasure("1", pump_).Why(), host::kDiskUnresponsive);
   EXPECT_GE(seconds_, 1030);
   const double then = seconds_;
-  EXPECT_EQ(ahead_->AwaitMeasure("1", pump_).Why(), host::kDiskUnresponsive);
+  EXPECT_EQ(prefetcher_->AwaitMeasure("1", pump_).Why(), host::kDiskUnresponsive);
   EXPECT_EQ(seconds_, then);
   while (measured->Lines().empty()) std::this_thread::yield();
   EXPECT_EQ(measured->Lines(), std::vector<std::string>{"2"});
@@ -195,13 +195,13 @@ TEST_F(SilentDiskTest, AMeasurementThatDoesNotComeBackIsGivenUp) {
 
 TEST_F(SilentDiskTest, AStopEndsTheWaitForAMeasurement) {
   Start(Naming(), Clocked(1), [gate = gate_](const std::string&) { gate->Pass(); });
-  ahead_->PlanMeasures({"1"});
+  prefetcher_->PlanMeasures({"1"});
   gate_->AwaitWaiting(1);
   pump_ = [this] {
     seconds_ += 0.5;
     stopped_ = true;
   };
-  EXPECT_EQ(ahead_->AwaitMeasure("1", pump_).Why(), "已停止");
+  EXPECT_EQ(prefetcher_->AwaitMeasure("1", pump_).Why(), "已停止");
 }
 
 }  // namespace

@@ -72,7 +72,7 @@ TEST_F(CutBorderTest, TheCutComesFirst) {
   EXPECT_EQ(Difference(Read(Out("a.png")), Framed({50, 60}, 10, 10, inner)), 0);
 }
 
-TEST_F(CutBorderTest, AFixedSizeTakesTheFittedPicture) {
+TEST_F(CutBorderTest, AFixedSizeContainsTheFittedPicture) {
   Board(1, 2, 1, 2);
   FixedCutOf(30, 30);
   Cut({Make("a.png", Painted(90, 50, [](int, int) { return Pixel{0, 255, 0}; }))});
@@ -101,7 +101,7 @@ TEST_F(CutBorderTest, FrameOnlyCutsNothing) {
   EXPECT_EQ(Difference(Read(Out("a.png")), Framed({100, 100}, 10, 20, picture)), 0);
 }
 
-TEST_F(CutBorderTest, FrameOnlyWithoutABorderIsTold) {
+TEST_F(CutBorderTest, FrameOnlyWithoutABorderIsReported) {
   options.ChFrmOnly.Set(true);
   options.ChAddBoard.SetHandler({});
   options.ChAddBoard.Set(false);
@@ -122,7 +122,7 @@ TEST_F(CutBorderTest, FrameOnlyPadsToASize) {
   EXPECT_EQ(Difference(Read(Out("a.png")), Framed({50, 40}, 15, 0, inner, kWhitePixel)), 0);
 }
 
-TEST_F(CutBorderTest, PaddingBeyondEveryLimitIsTold) {
+TEST_F(CutBorderTest, PaddingBeyondEveryLimitIsReported) {
   Board(5, 5, 5, 5);
   options.ChFrmOnly.Set(true);
   form.ChAddToSize.Set(true);
@@ -158,7 +158,7 @@ TEST_F(CutBorderTest, TurnedPicturesOfPresetsThreeAndFour) {
 }
 
 // The turned 90 x 100 is cut to 50 x 80, which fits 20 x 40 as 20 x 32 and 40 x 20 as 12 x 20.
-TEST_F(CutBorderTest, WhereATurnedPictureLiesInItsBorder) {
+TEST_F(CutBorderTest, ATurnedPictureHasItsPlaceInItsBorder) {
   FixedCutOf(40, 20);
   options.CmbRotate.Select(1);
   Board(1, 2, 3, 4);
@@ -248,7 +248,7 @@ TEST_F(CutBorderTest, ABorderThatFailsLeavesNothing) {
   EXPECT_FALSE(Why(1).empty());
 }
 
-TEST_F(CutBorderTest, ACanvasBeyondEveryLimitIsTold) {
+TEST_F(CutBorderTest, ACanvasBeyondEveryLimitIsReported) {
   const std::string path = Make("a.png", Painted(60, 40, Slope), 254);
   struct Case {
     double left;
@@ -268,7 +268,7 @@ TEST_F(CutBorderTest, ACanvasBeyondEveryLimitIsTold) {
   }
 }
 
-TEST_F(CutBorderTest, NoWorkFilesStayBehind) {
+TEST_F(CutBorderTest, NoWorkFilesRemain) {
   Board(1, 1, 1, 1);
   Cut({Make("a.png", Painted(60, 40, Slope), 254)});
   EXPECT_FALSE(AppHas("Tmp2.png"));

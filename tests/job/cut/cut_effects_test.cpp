@@ -142,7 +142,7 @@ TEST_F(CutEffectsTest, RotatingBeforeTheCutTurnsByTheAngle) {
   }
 }
 
-TEST_F(CutEffectsTest, RotatedBeforeTheCutAndTurnedBackBehindIt) {
+TEST_F(CutEffectsTest, RotatedBeforeTheCutAndTurnedBackAfterIt) {
   Option("ChRotateCut", "1");
   Put("FBaseOpt.TAngle", "90");
   Put("FBaseOpt.ChRecover", "1");
@@ -229,7 +229,7 @@ TEST_F(CutEffectsTest, TheRectangleIsThatOfTheTurnedPicture) {
   EXPECT_EQ(Difference(Read(Out("a.png")), wanted), 0);
 }
 
-TEST_F(CutEffectsTest, RestoredBehindTheCut) {
+TEST_F(CutEffectsTest, RestoredAfterTheCut) {
   Option("CmbRotate", "1");
   options.ChRecover.SetEnabled(true);
   options.ChRecover.Set(true);
@@ -344,7 +344,7 @@ TEST_F(CutEffectsTest, TheRectangleIsThatOfTheZoomedPicture) {
   EXPECT_NEAR(cut.At(15, 20).red, 0, 6);
 }
 
-TEST_F(CutEffectsTest, AZoomToNothingIsTold) {
+TEST_F(CutEffectsTest, AZoomToNothingIsReported) {
   options.Load();
   const std::string path = Make("a.png", 4, 400);
   for (const char* time : {"ChZoomAndCut", "ChCutAndZoom"}) {
@@ -357,7 +357,7 @@ TEST_F(CutEffectsTest, AZoomToNothingIsTold) {
   }
 }
 
-TEST_F(CutEffectsTest, AZoomBeyondAllMemoryIsToldAtOnce) {
+TEST_F(CutEffectsTest, AZoomBeyondAllMemoryIsReportedAtOnce) {
   options.Load();
   const std::string path = Make("a.png", 40, 30);
   const std::pair<const char*, const char*> whys[] = {{"ChZoomAndCut", "缩放后为 30000x30000 像素，图片太大，内存不足"},
@@ -421,7 +421,7 @@ TEST_F(CutEffectsTest, AStaleZoomIsNeverCut) {
   EXPECT_EQ(world.boxes.Count("处理完毕！失败：1"), 1);
 }
 
-TEST_F(CutEffectsTest, ZoomBehindTheCut) {
+TEST_F(CutEffectsTest, ZoomAfterTheCut) {
   Option("ChCutAndZoom", "1");
   Margins(50, 0, 0, 0);
   struct Case {
@@ -441,7 +441,7 @@ TEST_F(CutEffectsTest, ZoomBehindTheCut) {
   }
 }
 
-TEST_F(CutEffectsTest, ZoomBehindTheCutOverTheSource) {
+TEST_F(CutEffectsTest, ZoomAfterTheCutOverTheSource) {
   Option("ChCutAndZoom", "1");
   options.CmbZoom.SetText("50%");
   Put("ChOver", "1");
@@ -528,7 +528,7 @@ TEST_F(CutEffectsTest, ASaveThatFailsTwiceIsRescuedUnderTheFoldersName) {
   EXPECT_EQ(Difference(Read(Out("shots.png")), Painted(40, 30, Slope)), 0);
 }
 
-TEST_F(CutEffectsTest, ARescueThatFailsTellsTheFirstReason) {
+TEST_F(CutEffectsTest, ARescueThatFailsReportsTheFirstReason) {
   Option("ChInvert", "1");
   List({Make("a.png")});
   world.faults.Set({.call = host::testing::DiskCall::OpenNew,

@@ -104,7 +104,7 @@ TEST_F(CutFinishTest, CmykComesBeforeTheDelivery) {
   EXPECT_EQ(OutNames(), (std::vector<std::string>{"a.jpg", "b.jpg"}));
 }
 
-TEST_F(CutFinishTest, FormatsWithoutCmykAreTold) {
+TEST_F(CutFinishTest, FormatsWithoutCmykAreReported) {
   GiveProfiles();
   program.outputTools = &tools;
   flags.ToCmyk = true;
@@ -114,8 +114,8 @@ TEST_F(CutFinishTest, FormatsWithoutCmykAreTold) {
     program.files.Clear();
     Cut({path});
     EXPECT_EQ(Totals().written, 1u) << type;
-    const bool told = type == "png" || type == "gif" || type == "bmp";
-    EXPECT_EQ(Why(1), told ? type + " 不能保存 CMYK，印刷效果的颜色存成了 RGB" : "") << type;
+    const bool reported = type == "png" || type == "gif" || type == "bmp";
+    EXPECT_EQ(Why(1), reported ? type + " 不能保存 CMYK，印刷效果的颜色存成了 RGB" : "") << type;
   }
 }
 
@@ -132,7 +132,7 @@ TEST_F(CutFinishTest, ARefusedOrStoppedConversionLeavesNoOutput) {
   }
 }
 
-TEST_F(CutFinishTest, ALostExifIsTold) {
+TEST_F(CutFinishTest, ALostExifIsReported) {
   program.outputTools = &tools;
   flags.KeepExif = true;
   tools.exifStatus = {host::Problem::Unsupported, "名字不行"};
@@ -141,7 +141,7 @@ TEST_F(CutFinishTest, ALostExifIsTold) {
   EXPECT_EQ(Why(1), "Exif没有保留：名字不行");
 }
 
-TEST_F(CutFinishTest, CmykWithoutUsableProfilesIsTold) {
+TEST_F(CutFinishTest, CmykWithoutUsableProfilesIsReported) {
   program.outputTools = &tools;
   flags.ToCmyk = true;
   const std::string path = Make("a.jpg");
@@ -273,7 +273,7 @@ TEST_F(CutFinishTest, APictureThatIsListedTwiceBecomesOnePdf) {
   EXPECT_EQ(Totals().skipped, 1u);
 }
 
-TEST_F(CutFinishTest, APdfThatIsNotMadeTakesNoneOfThisRunAway) {
+TEST_F(CutFinishTest, APdfThatIsNotMadeRemovesNoneOfThisRun) {
   program.outputTools = &tools;
   const std::string first = Make("x/a.jpg");
   const std::string second = Make("y/a.jpg");
@@ -297,7 +297,7 @@ TEST_F(CutFinishTest, AFullDiskIsAskedAboutWithAPdfToo) {
   EXPECT_EQ(OutNames(), std::vector<std::string>{"a.pdf"});
 }
 
-TEST_F(CutFinishTest, TheBackSideTakesNeitherExifNorTheSource) {
+TEST_F(CutFinishTest, TheBackSideGetsNoExifAndKeepsTheSource) {
   struct BackSide final : Sheets {
     bool Prepare() override { return true; }
     bool OnBackSide() const override { return true; }
@@ -317,7 +317,7 @@ TEST_F(CutFinishTest, TheBackSideTakesNeitherExifNorTheSource) {
   EXPECT_EQ(world.folder.Names("in"), (std::vector<std::string>{"a(背景拼版).jpg", "a.psd"}));
 }
 
-TEST_F(CutFinishTest, ASheetTakesThePictureTurned) {
+TEST_F(CutFinishTest, ASheetGetsThePictureTurned) {
   IdleSheets sheets;
   program.sheets = &sheets;
   form.ChCutAndArray.SetHandler({});
@@ -380,7 +380,7 @@ TEST_F(CutFinishTest, APsdWhoseJpgCannotBeReadBackStays) {
   EXPECT_EQ(Totals().written, 0u);
 }
 
-TEST_F(CutFinishTest, APsdThatNoTrashTakesIsNamed) {
+TEST_F(CutFinishTest, APsdThatCannotBeDiscardedIsNamed) {
   const std::string path = world.folder.Write("in/a.psd", PsdBytes(30, 20, {10, 200, 30}));
   Put("ChOver", "1");
   List({path});
@@ -503,7 +503,7 @@ TEST_F(CutFinishTest, AStopInsideTheManualStepCutsNothing) {
   EXPECT_TRUE(Totals().stopped);
 }
 
-TEST_F(CutFinishTest, EffectsTakeThePictureOfTheFrame) {
+TEST_F(CutFinishTest, EffectsUseThePictureOfTheFrame) {
   program.manualFrame = &frame;
   form.CmbOutType.SetText("png");
   Option("ChInvert", "1");

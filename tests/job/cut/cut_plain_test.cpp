@@ -150,7 +150,7 @@ TEST_F(CutPlainTest, CaseOfTheExtension) {
   EXPECT_EQ(recorder.done.back().output, In("B.png"));
 }
 
-TEST_F(CutPlainTest, AnOverwrittenSourceGoesAlsoWhereTheCaseOfItsExtensionChanges) {
+TEST_F(CutPlainTest, AnOverwrittenSourceIsRemovedEvenIfTheCaseOfItsExtensionChanges) {
   Option("CmbExtCase", "2");
   Put("ChOver", "1");
   Cut({Make("B.PNG")});
@@ -253,7 +253,7 @@ TEST_F(CutPlainTest, AGifThatCannotBeCutByFileIsCutInMemory) {
   EXPECT_EQ(Difference(Read(Out("a.png")), Painted(20, 30, [](int, int) { return Pixel{255, 0, 0}; })), 0);
 }
 
-TEST_F(CutPlainTest, ALongListGoesOnBehindABadFile) {
+TEST_F(CutPlainTest, ALongListContinuesAfterABadFile) {
   const std::string bad = Make("b.jpg");
   List({Make("a.jpg"), bad, Make("c.jpg")});
   world.folder.Write("in/b.jpg", world.folder.Read("in/b.jpg").substr(0, 400));
@@ -309,7 +309,7 @@ TEST_F(CutPlainTest, FullDiskWhileASourceIsReplaced) {
   EXPECT_TRUE(Totals().stopped);
 }
 
-TEST_F(CutPlainTest, ARunWorksAheadWithoutChangingAnything) {
+TEST_F(CutPlainTest, ARunPrefetchesWithoutChangingAnything) {
   std::vector<std::string> paths;
   for (int i = 0; i < 30; ++i) {
     const int width = 60 + i;
@@ -325,7 +325,7 @@ TEST_F(CutPlainTest, ARunWorksAheadWithoutChangingAnything) {
   }
 }
 
-// The source changes between its listing and its turn: what was made ahead must not be used.
+// The source changes between its listing and its turn: the prefetched result must not be used.
 TEST_F(CutPlainTest, ASourceThatChangedMeanwhileIsCutAsItIsNow) {
   List({Make("a.jpg"), Make("b.jpg", 100, 80)});
   Margins(50, 0, 0, 0);

@@ -332,7 +332,7 @@ TEST_F(FixedCutTest, EntryTwoHasNoBorderThatCouldStandAlone) {
   EXPECT_FALSE(Enabled("FBaseOpt.ChFrmOnly"));
 }
 
-TEST_F(FixedCutTest, LeavingTheStudioFreesTheFrameOnlyBoxWhereThereIsABorder) {
+TEST_F(FixedCutTest, LeavingTheStudioFreesTheFrameOnlyBoxIfThereIsABorder) {
   GiveCollaborators();
   Select(1);
   Select(6);

@@ -215,7 +215,7 @@ TEST_F(NormalCutTest, WindowsHideForTheRunAndComeBack) {
   EXPECT_TRUE(program.fCutPre.ChHideShow.Visible());
 }
 
-TEST_F(NormalCutTest, TheEndIsToldAndTheFolderOpened) {
+TEST_F(NormalCutTest, TheEndIsReportedAndTheFolderOpened) {
   List(MakeSeveral(1));
   world.boxes.Answer("要打开输出目录吗", Reply::No);
   Cut();
@@ -233,7 +233,7 @@ TEST_F(NormalCutTest, YesOpensTheOutputFolder) {
   EXPECT_EQ(world.shell.Folders(), std::vector<std::string>{outFolder});
 }
 
-TEST_F(NormalCutTest, OverwritingTellsTheEndWithoutAQuestion) {
+TEST_F(NormalCutTest, OverwritingReportsTheEndWithoutAQuestion) {
   Put("ChOver", "1");
   Cut(MakeSeveral(1));
   ASSERT_EQ(Boxes().size(), 1u);
@@ -270,7 +270,7 @@ TEST_F(NormalCutTest, TheObserverHearsItAll) {
   EXPECT_LT(Totals().seconds, 50);
 }
 
-TEST_F(NormalCutTest, TheRowTellsTheNewSizeOrTheReason) {
+TEST_F(NormalCutTest, TheRowShowsTheNewSizeOrTheReason) {
   List(MakeSeveral(2));
   std::filesystem::remove(In("2.bmp"));
   Cut();
@@ -316,7 +316,7 @@ TEST_F(NormalCutTest, StopBetweenTheStepsOfAFile) {
   EXPECT_TRUE(Totals().stopped);
 }
 
-TEST_F(NormalCutTest, AFinishedCutSurvivesAStopBehindIt) {
+TEST_F(NormalCutTest, AFinishedCutSurvivesAStopAfterIt) {
   List(MakeSeveral(2));
   world.pump.OnTurn(3, [&] { flags.StopRequested = true; });
   Cut();
@@ -382,7 +382,7 @@ TEST_F(NormalCutTest, AFileThatIsListedTwiceIsCutOnce) {
   }
 }
 
-TEST_F(NormalCutTest, AnOutputNeverTakesThePlaceOfAnotherListedPicture) {
+TEST_F(NormalCutTest, AnOutputNeverReplacesAnotherListedPicture) {
   const std::string png = Make("x.png", 20, 10);
   const std::string jpg = Make("x.jpg", 40, 30);
   const std::string before = world.folder.Read("in/x.jpg");
@@ -393,7 +393,7 @@ TEST_F(NormalCutTest, AnOutputNeverTakesThePlaceOfAnotherListedPicture) {
   EXPECT_EQ(world.folder.Read("in/x.jpg.bak"), before);
 }
 
-TEST_F(NormalCutTest, OutputsThatDoNotReachTheDiskAreTakenBack) {
+TEST_F(NormalCutTest, OutputsThatDoNotReachTheDiskAreRevoked) {
   List(MakeSeveral(2));
   world.faults.Set({.call = host::testing::DiskCall::Sync, .error = EIO, .pathHolds = "out/.1.jpg"});
   Cut();
@@ -407,7 +407,7 @@ TEST_F(NormalCutTest, OutputsThatDoNotReachTheDiskAreTakenBack) {
   EXPECT_EQ(world.boxes.Count("处理完毕！失败：0"), 1);
 }
 
-TEST_F(NormalCutTest, SheetsTakeTheCuts) {
+TEST_F(NormalCutTest, SheetsGetTheCuts) {
   struct Sheet final : Sheets {
     bool Prepare() override { return ready; }
     bool OnBackSide() const override { return back; }

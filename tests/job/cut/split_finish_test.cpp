@@ -194,7 +194,7 @@ TEST_F(SplitFinishTest, PdfsOverASourceLeaveIt) {
   EXPECT_EQ(tools.pdfs, kColumns * kRows);
 }
 
-TEST_F(SplitFinishTest, APdfThatFailsTakesTheOthersWithIt) {
+TEST_F(SplitFinishTest, APdfThatFailsRemovesTheOthersToo) {
   tools.failingPdf = 4;
   form.CmbOutType.SetText("pdf");
   Cut({Source("a.png"), Source("b.png")});
@@ -204,7 +204,7 @@ TEST_F(SplitFinishTest, APdfThatFailsTakesTheOthersWithIt) {
   EXPECT_EQ(Totals().written, 1u);
 }
 
-TEST_F(SplitFinishTest, WhatThePiecesLackIsToldOnce) {
+TEST_F(SplitFinishTest, WhatThePiecesLackIsReportedOnce) {
   CmykAndExif();
   tools.cmykStatus = {host::Problem::Other, "没有配置文件"};
   tools.exifStatus = {host::Problem::Unsupported, "名字不行"};

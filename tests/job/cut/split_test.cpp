@@ -134,7 +134,7 @@ TEST_F(SplitTest, OverwritingPutsThePiecesBesideTheSource) {
   EXPECT_EQ(world.folder.Read("in/a.png"), before);
 }
 
-TEST_F(SplitTest, APieceNeverTakesThePlaceOfAPictureBesideTheSource) {
+TEST_F(SplitTest, APieceNeverReplacesAPictureBesideTheSource) {
   Put("ChOver", "1");
   const std::string path = Make("a.png");
   const std::string beside = world.folder.Write("in/a_03.png", "mine");
@@ -145,7 +145,7 @@ TEST_F(SplitTest, APieceNeverTakesThePlaceOfAPictureBesideTheSource) {
   EXPECT_EQ(world.folder.Read("in/a_03.png"), "mine");
 }
 
-TEST_F(SplitTest, APieceThatFailsTakesTheOthersWithIt) {
+TEST_F(SplitTest, APieceThatFailsRemovesTheOthersToo) {
   List({Make("a.png"), Make("b.png")});
   world.faults.Set({.call = host::testing::DiskCall::OpenNew,
                     .error = EIO,
@@ -172,7 +172,7 @@ TEST_F(SplitTest, AFullDiskThatIsGivenUpLeavesNoPiece) {
   EXPECT_TRUE(Totals().stopped);
 }
 
-TEST_F(SplitTest, APieceThatDoesNotReachTheDiskTakesTheSourceBack) {
+TEST_F(SplitTest, APieceThatDoesNotReachTheDiskRevokesTheResult) {
   List({Make("a.png")});
   world.faults.Set({.call = host::testing::DiskCall::Sync, .error = EIO, .pathHolds = "a_02.png"});
   Cut();
@@ -190,7 +190,7 @@ TEST_F(SplitTest, PiecesOfOneNameCountOnce) {
   EXPECT_EQ(recorder.lost.size(), 1u);
 }
 
-TEST_F(SplitTest, TheRowTellsTheSizeOfAllPieces) {
+TEST_F(SplitTest, TheRowShowsTheSizeOfAllPieces) {
   Cut({Make("a.png", 40, 40)});
   std::uint64_t bytes = 0;
   for (const std::string& name : OutNames()) bytes += world.folder.Read("out/" + name).size();

@@ -24,8 +24,9 @@ class DeadDisk {
   DeadDisk(const DeadDisk&) = delete;
   DeadDisk& operator=(const DeadDisk&) = delete;
 
-  // From the nth call of a kind on, of those whose path holds the text.
-  void Take(host::testing::FaultyDisk& disk, host::testing::DiskCall call, const std::string& pathHolds, int nth = 1) {
+  // Makes calls of a kind hang from the nth on; only those whose path contains the text count.
+  void HangAt(host::testing::FaultyDisk& disk, host::testing::DiskCall call, const std::string& pathHolds,
+              int nth = 1) {
     constexpr int kMany = 100;
     for (int i = 0; i < kMany; ++i)
       disk.Before(

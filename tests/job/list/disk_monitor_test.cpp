@@ -68,7 +68,7 @@ TEST_F(DiskAnswerTest, ADiskOfTheNetworkIsAskedBeforeEveryFile) {
 }
 
 TEST_F(DiskAnswerTest, ASilentDiskIsGivenUpAfterHalfAMinute) {
-  dead.Take(world.faults, DiskCall::OpenRead, "1.jpg");
+  dead.HangAt(world.faults, DiskCall::OpenRead, "1.jpg");
   TimeGoesBy();
   const double start = world.clock.Seconds();
   const host::Status answered = program.disks.AskFile(Path("a/1.jpg"));
@@ -79,17 +79,17 @@ TEST_F(DiskAnswerTest, ASilentDiskIsGivenUpAfterHalfAMinute) {
 }
 
 TEST_F(DiskAnswerTest, AllBelowTheSilentPlaceFailsAtOnceUntilItAnswers) {
-  dead.Take(world.faults, DiskCall::Stat, "/tree/a");
+  dead.HangAt(world.faults, DiskCall::Stat, "/tree/a");
   TimeGoesBy();
   EXPECT_FALSE(program.disks.AskFile(Path("a/deep/3.jpg")));
   const int turns = world.pump.Turns();
-  const int looks = world.faults.Count(DiskCall::Stat);
+  const int stats = world.faults.Count(DiskCall::Stat);
   EXPECT_FALSE(program.disks.AskFile(Path("a/1.jpg")));
   EXPECT_EQ(program.disks.AskFolder(Path("a/deep")).Why(), "没有响应");
   EXPECT_TRUE(program.disks.Silent(Path("a/1.jpg")));
   EXPECT_FALSE(program.disks.Silent(Path("abc/5.jpg"))) << "another folder with the same beginning";
   EXPECT_EQ(world.pump.Turns(), turns);
-  EXPECT_EQ(world.faults.Count(DiskCall::Stat), looks);
+  EXPECT_EQ(world.faults.Count(DiskCall::Stat), stats);
   EXPECT_TRUE(program.disks.AskFile(Path("b/4.jpg")));
   dead.Answer();
   EXPECT_FALSE(program.disks.Silent(Path("a/1.jpg")));
@@ -97,7 +97,7 @@ TEST_F(DiskAnswerTest, AllBelowTheSilentPlaceFailsAtOnceUntilItAnswers) {
 }
 
 TEST_F(DiskAnswerTest, AStopIsObeyedWhileTheDiskIsSilent) {
-  dead.Take(world.faults, DiskCall::OpenRead, "1.jpg");
+  dead.HangAt(world.faults, DiskCall::OpenRead, "1.jpg");
   world.pump.OnTurn(3, [&] { flags.StopRequested = true; });
   const host::Status answered = program.disks.AskFile(Path("a/1.jpg"));
   EXPECT_EQ(answered.GetProblem(), Problem::Stopped);
@@ -107,7 +107,7 @@ TEST_F(DiskAnswerTest, AStopIsObeyedWhileTheDiskIsSilent) {
 TEST_F(DiskAnswerTest, AStopOfEarlierWorkDoesNotMatter) {
   flags.StopRequested = true;
   EXPECT_TRUE(program.disks.AskFile(Path("a/1.jpg")));
-  dead.Take(world.faults, DiskCall::OpenRead, "4.jpg");
+  dead.HangAt(world.faults, DiskCall::OpenRead, "4.jpg");
   TimeGoesBy();
   EXPECT_EQ(program.disks.AskFile(Path("b/4.jpg")).GetProblem(), Problem::Other);
 }
@@ -115,7 +115,7 @@ TEST_F(DiskAnswerTest, AStopOfEarlierWorkDoesNotMatter) {
 TEST_F(DiskAnswerTest, TheOutputFolderIsAskedUnlessSourcesAreOverwritten) {
   world.folder.Write("out/x", "x");
   Put("LOutDir", world.folder.Path("out"));
-  dead.Take(world.faults, DiskCall::Stat, "/out");
+  dead.HangAt(world.faults, DiskCall::Stat, "/out");
   TimeGoesBy();
   EXPECT_EQ(program.disks.AskForCut(Path("a/1.jpg")).Why(), "输出目录没有响应，已跳过；请检查磁盘或网络连接后重新处理");
   Put("ChOver", "1");
@@ -138,9 +138,9 @@ class SilentRunTest : public CutTest {
     world.clock.Advance(1);
   }
   std::vector<std::string> MakeThree() { return {Make("x/1.jpg"), Make("y/2.jpg"), Make("z/3.jpg")}; }
-  // The second file is met by a thread that works ahead, and hangs there before the first is done with.
-  void HangAheadOf(const std::string& name) {
-    dead.Take(world.faults, DiskCall::Stat, name);
+  // Makes the prefetch of the named file hang before the first file is done.
+  void HangPrefetchOf(const std::string& name) {
+    dead.HangAt(world.faults, DiskCall::Stat, name);
     recorder.onFileDone = [&](const FileResult& file) {
       if (file.source.ends_with("1.jpg")) dead.AwaitHanging();
     };
@@ -152,7 +152,7 @@ class SilentRunTest : public CutTest {
 
 TEST_F(SilentRunTest, AListGoesOnAfterAFileThatDoesNotAnswer) {
   ListEarlier(MakeThree());
-  dead.Take(world.faults, DiskCall::OpenRead, "/in/y/2.jpg");
+  dead.HangAt(world.faults, DiskCall::OpenRead, "/in/y/2.jpg");
   program.recovering = true;  // so that nobody else reads
   Cut();
   EXPECT_EQ(Totals().written, 2u) << Whys();
@@ -173,7 +173,7 @@ TEST_F(SilentRunTest, AnOlderResultOnADiskThatFellSilentIsLeftAlone) {
   ListEarlier({world.folder.Path(folder + "/0.jpg"), Make("x/1.png")});
   world.folder.Write("in/x/1.png", world.folder.Read("in/x/1.png").substr(0, 100));
   program.recovering = true;
-  dead.Take(world.faults, DiskCall::OpenRead, folder + "/0.jpg");
+  dead.HangAt(world.faults, DiskCall::OpenRead, folder + "/0.jpg");
   Cut();
   EXPECT_EQ(Totals().none, 2u) << Whys();
   EXPECT_EQ(Why(1), host::kDiskUnresponsive);
@@ -184,7 +184,7 @@ TEST_F(SilentRunTest, AnOlderResultOnADiskThatFellSilentIsLeftAlone) {
 TEST_F(SilentRunTest, AStopEndsTheWait) {
   ListEarlier(MakeThree());
   program.recovering = true;
-  dead.Take(world.faults, DiskCall::OpenRead, "/in/y/2.jpg");
+  dead.HangAt(world.faults, DiskCall::OpenRead, "/in/y/2.jpg");
   world.pump.EveryTurn([&] { flags.StopRequested |= dead.Hangs(); });
   Cut();
   EXPECT_EQ(Totals().written, 1u) << Whys();
@@ -193,9 +193,9 @@ TEST_F(SilentRunTest, AStopEndsTheWait) {
   EXPECT_LT(world.clock.Seconds(), 30);
 }
 
-TEST_F(SilentRunTest, ACutAheadThatHangsFailsItsFileAlone) {
+TEST_F(SilentRunTest, APrefetchedCutThatHangsFailsOnlyItsFile) {
   ListEarlier(MakeThree());
-  HangAheadOf("/in/y/2.jpg");
+  HangPrefetchOf("/in/y/2.jpg");
   Cut();
   EXPECT_EQ(Totals().written, 2u) << Whys();
   EXPECT_EQ(Why(2), host::kDiskUnresponsive);
@@ -209,7 +209,7 @@ TEST_F(SilentRunTest, AFolderRunGoesOnAndCanBeContinued) {
   Put("ChBig", "1");
   Put("ChSubFold", "1");
   Put("LInDir", world.folder.Path("in"));
-  dead.Take(world.faults, DiskCall::OpenRead, "2.bmp");
+  dead.HangAt(world.faults, DiskCall::OpenRead, "2.bmp");
   Cut();
   EXPECT_EQ(OutNames(), (std::vector<std::string>{"1.jpg", "3.jpg"}));
   EXPECT_EQ(Totals().none, 1u);
@@ -227,7 +227,7 @@ TEST_F(SilentRunTest, AStopEndsAFolderRun) {
   Put("ChBig", "1");
   Put("ChSubFold", "1");
   Put("LInDir", world.folder.Path("in"));
-  dead.Take(world.faults, DiskCall::OpenRead, "2.bmp");
+  dead.HangAt(world.faults, DiskCall::OpenRead, "2.bmp");
   world.pump.EveryTurn([&] { flags.StopRequested |= dead.Hangs(); });
   Cut();
   EXPECT_EQ(OutNames(), std::vector<std::string>{"1.jpg"});
@@ -235,20 +235,20 @@ TEST_F(SilentRunTest, AStopEndsAFolderRun) {
   EXPECT_TRUE(Totals().stopped);
 }
 
-TEST_F(SilentRunTest, AMeasurementAheadThatHangsDoesNotEndAFolderRun) {
+TEST_F(SilentRunTest, APrefetchedMeasurementThatHangsDoesNotEndAFolderRun) {
   Make("1.jpg");
   Make("x/2.jpg");
   Make("y/3.jpg");
   Put("ChBig", "1");
   Put("ChSubFold", "1");
   Put("LInDir", world.folder.Path("in"));
-  HangAheadOf("2.jpg");
+  HangPrefetchOf("2.jpg");
   Cut();
   EXPECT_EQ(OutNames(), (std::vector<std::string>{"1.jpg", "3.jpg"}));
   EXPECT_TRUE(world.boxes.All().empty());
 }
 
-TEST_F(SilentRunTest, FoldersThatDoNotAnswerAreTold) {
+TEST_F(SilentRunTest, FoldersThatDoNotAnswerAreReported) {
   Make("1.jpg");
   struct Case {
     const char* label;
@@ -262,7 +262,7 @@ TEST_F(SilentRunTest, FoldersThatDoNotAnswerAreTold) {
     Put("LInDir", world.folder.Path("in"));
     Put("LOutDir", outFolder);
     Put(c.label, folder);
-    silent.Take(world.faults, DiskCall::Stat, folder);
+    silent.HangAt(world.faults, DiskCall::Stat, folder);
     world.boxes.Forget();
     Cut();
     ASSERT_EQ(world.boxes.All().size(), 1u) << c.label;
@@ -274,7 +274,7 @@ TEST_F(SilentRunTest, FoldersThatDoNotAnswerAreTold) {
 
 TEST_F(SilentRunTest, NamedFilesThatDoNotAnswerAreNotListed) {
   const std::vector<std::string> three{Make("x/1.jpg"), Make("x/2.jpg"), Make("z/3.jpg")};
-  dead.Take(world.faults, DiskCall::OpenRead, "1.jpg");
+  dead.HangAt(world.faults, DiskCall::OpenRead, "1.jpg");
   List(three);
   ASSERT_EQ(recorder.notListed.size(), 2u) << Whys();
   EXPECT_EQ(recorder.notListed[0], (std::pair<std::string, std::string>(three[0], host::kDiskUnresponsive)));
@@ -286,7 +286,7 @@ TEST_F(SilentRunTest, NamedFilesThatDoNotAnswerAreNotListed) {
 
 TEST_F(SilentRunTest, ASourceThatHangsAfterItWasOpenedFailsAlone) {
   ListEarlier(MakeThree());
-  dead.Take(world.faults, DiskCall::Stat, "/in/y/2.jpg");
+  dead.HangAt(world.faults, DiskCall::Stat, "/in/y/2.jpg");
   program.recovering = true;
   Cut();
   EXPECT_EQ(Totals().written, 2u) << Whys();
@@ -297,7 +297,7 @@ TEST_F(SilentRunTest, ASourceThatHangsAfterItWasOpenedFailsAlone) {
 TEST_F(SilentRunTest, APictureThatIsLoadedForItsEffectsFailsAlone) {
   Option("ChToGray", "1");
   ListEarlier(MakeThree());
-  dead.Take(world.faults, DiskCall::Stat, "/in/y/2.jpg", 2);
+  dead.HangAt(world.faults, DiskCall::Stat, "/in/y/2.jpg", 2);
   program.recovering = true;
   Cut();
   EXPECT_EQ(Totals().written, 2u) << Whys();
@@ -314,7 +314,7 @@ TEST_F(SilentRunTest, AnOutputThatHangsFailsItsFileAlone) {
     std::filesystem::remove_all(outFolder);
     ASSERT_TRUE(world.files.MakeFolders(outFolder));
     ListEarlier(MakeThree());
-    silent.Take(world.faults, call, "/out/.2.jpg");
+    silent.HangAt(world.faults, call, "/out/.2.jpg");
     Cut();
     EXPECT_EQ(Totals().written, 2u) << NameOf(call) << ": " << Whys();
     EXPECT_EQ(Why(2), host::kDiskUnresponsive) << NameOf(call);
@@ -330,7 +330,7 @@ TEST_F(SilentRunTest, ASourceWhoseReplacementHangsStays) {
   ListEarlier(MakeThree());
   const std::string before = world.folder.Read("in/y/2.jpg");
   secondsOfATurn = 10;
-  dead.Take(world.faults, DiskCall::Sync, "/in/y/.2.jpg");
+  dead.HangAt(world.faults, DiskCall::Sync, "/in/y/.2.jpg");
   Cut();
   EXPECT_EQ(Totals().written, 2u) << Whys();
   EXPECT_EQ(Why(2), host::kDiskUnresponsive);
@@ -341,7 +341,7 @@ TEST_F(SilentRunTest, ASourceWhoseReplacementHangsStays) {
 TEST_F(SilentRunTest, AStopEndsTheWaitForAnOutput) {
   world.faults.MakeRemote();
   ListEarlier(MakeThree());
-  dead.Take(world.faults, DiskCall::Write, "/out/.2.jpg");
+  dead.HangAt(world.faults, DiskCall::Write, "/out/.2.jpg");
   world.pump.EveryTurn([&] { flags.StopRequested |= dead.Hangs(); });
   Cut();
   EXPECT_EQ(Totals().written, 1u) << Whys();
@@ -352,9 +352,9 @@ TEST_F(SilentRunTest, AStopEndsTheWaitForAnOutput) {
 TEST_F(SilentRunTest, OutputsThatDoNotReachTheDiskCountAsLost) {
   const std::vector<std::string> three = MakeThree();
   ListEarlier(three);
-  dead.Take(world.faults, DiskCall::Sync, "/out/.3.jpg");
+  dead.HangAt(world.faults, DiskCall::Sync, "/out/.3.jpg");
   recorder.onFileDone = [&](const FileResult& file) {
-    if (file.source == three[2]) dead.Take(world.faults, DiskCall::Stat, "/out");
+    if (file.source == three[2]) dead.HangAt(world.faults, DiskCall::Stat, "/out");
   };
   Cut();
   EXPECT_EQ(Why(3), "输出文件没有写到磁盘上：磁盘没有响应") << Whys();
@@ -364,7 +364,7 @@ TEST_F(SilentRunTest, OutputsThatDoNotReachTheDiskCountAsLost) {
 
 TEST_F(SilentRunTest, OutputsOnASlowDiskAreWaitedFor) {
   ListEarlier(MakeThree());
-  dead.Take(world.faults, DiskCall::Sync, "/out/.3.jpg");
+  dead.HangAt(world.faults, DiskCall::Sync, "/out/.3.jpg");
   const double start = world.clock.Seconds();
   secondsOfATurn = 10;
   world.pump.EveryTurn([&] {

@@ -40,7 +40,7 @@ class LinksTest : public CutTest {
   const base::Size cut_{20, 30};
 };
 
-TEST_F(LinksTest, APictureBehindALinkedFolderIsNotReplaced) {
+TEST_F(LinksTest, APictureInALinkedFolderIsNotReplaced) {
   LinkFolder();
   Put("ChOver", "1");
   for (const bool large : {false, true}) {
@@ -81,7 +81,7 @@ TEST_F(LinksTest, IntoAnOutputFolderLinkedFoldersAreFollowed) {
 }
 
 // The list may be older than the choice to overwrite.
-TEST_F(LinksTest, RowsBehindALinkAreNotReplacedEither) {
+TEST_F(LinksTest, RowsInALinkedFolderAreNotReplacedEither) {
   LinkFolder();
   List({world.folder.Path("in")});
   ASSERT_EQ(program.files.RowCount(), 2u);

@@ -51,7 +51,7 @@ TEST_F(FileListTest, SizesAreInKbWithTwoDecimals) {
   EXPECT_EQ(KbText(1034), "1.01");
 }
 
-TEST_F(FileListTest, PagesStandWhereTheNewSizeComesLater) {
+TEST_F(FileListTest, PagesAreShownInTheColumnOfTheNewSize) {
   FileRow row;
   row.pages = 3;
   list.AppendPath("/pics/a.gif", std::move(row));
@@ -98,9 +98,9 @@ TEST_F(FileListTest, MaximaOnlyGrowUntilCleared) {
   EXPECT_EQ(list.MaxBytes(), 0u);
 }
 
-TEST_F(FileListTest, ThoseWhoWatchAreTold) {
-  std::vector<std::pair<Change, std::size_t>> told;
-  grid.SetRowObserver([&](Change change, std::size_t row) { told.emplace_back(change, row); });
+TEST_F(FileListTest, ObserversAreNotified) {
+  std::vector<std::pair<Change, std::size_t>> notified;
+  grid.SetRowObserver([&](Change change, std::size_t row) { notified.emplace_back(change, row); });
   Add("/a/1.jpg");
   Add("/a/2.jpg");
   list.SetResult(1, Result::Written, "", 1);
@@ -108,7 +108,7 @@ TEST_F(FileListTest, ThoseWhoWatchAreTold) {
   list.Clear();
   const std::vector<std::pair<Change, std::size_t>> expected{
       {Change::Appended, 0}, {Change::Appended, 1}, {Change::Edited, 1}, {Change::Removed, 0}, {Change::Reset, 0}};
-  EXPECT_EQ(told, expected);
+  EXPECT_EQ(notified, expected);
 }
 
 TEST_F(FileListTest, RowsOfAFolderShareItsText) {

@@ -17,54 +17,54 @@ class OmittedTest : public ProgramTest {
   }
 };
 
-TEST_F(OmittedTest, LinesThatStillAreFoldersAreTaken) {
+TEST_F(OmittedTest, LinesThatAreStillFoldersAreRead) {
   const std::string here = Folder("here");
   const std::string there = Folder("with blank");
   const std::string file = world.folder.Write("file", "x");
   WriteApp("OmitSubfolds.dat", here + "\r\n/gone/away\r\n" + file + "\r\n\r\n" + there);
   omitted.Read();
   EXPECT_EQ(flags.OmittedFolders, here + "\r\n" + there + "\r\n");
-  EXPECT_FALSE(omitted.Take(here));
-  EXPECT_FALSE(omitted.Take(there));
-  EXPECT_TRUE(omitted.Take(file));
+  EXPECT_FALSE(omitted.Add(here));
+  EXPECT_FALSE(omitted.Add(there));
+  EXPECT_TRUE(omitted.Add(file));
 }
 
 TEST_F(OmittedTest, NoFileOmitsNothing) {
   omitted.Read();
   EXPECT_EQ(flags.OmittedFolders, "");
-  EXPECT_TRUE(omitted.Take("/a"));
+  EXPECT_TRUE(omitted.Add("/a"));
 }
 
 // A folder is a whole line, never the end of a longer one.
 TEST_F(OmittedTest, PartsOfLinesDoNotCount) {
-  EXPECT_TRUE(omitted.Take("/x/a/b"));
-  EXPECT_TRUE(omitted.Take("/a/b"));
-  EXPECT_FALSE(omitted.Take("/a/b"));
+  EXPECT_TRUE(omitted.Add("/x/a/b"));
+  EXPECT_TRUE(omitted.Add("/a/b"));
+  EXPECT_FALSE(omitted.Add("/a/b"));
 }
 
 TEST_F(OmittedTest, WrittenBackAndEmptied) {
-  omitted.Take("/a");
-  omitted.Take("/b c");
+  omitted.Add("/a");
+  omitted.Add("/b c");
   EXPECT_TRUE(omitted.WriteBack());
   EXPECT_EQ(world.folder.Read("app/OmitSubfolds.dat"), "/a\r\n/b c\r\n");
   EXPECT_FALSE(AppHas("OmitSubfolds.txt"));
   EXPECT_EQ(flags.OmittedFolders, "");
-  EXPECT_TRUE(omitted.Take("/a"));
+  EXPECT_TRUE(omitted.Add("/a"));
 }
 
 TEST_F(OmittedTest, AFailedWriteKeepsTheOldList) {
   WriteApp("OmitSubfolds.dat", "/old\r\n");
-  omitted.Take("/a");
+  omitted.Add("/a");
   world.faults.Set({.call = host::testing::DiskCall::Rename, .error = EIO});
   EXPECT_FALSE(omitted.WriteBack());
   EXPECT_EQ(world.faults.Fired(), 1);
   EXPECT_EQ(world.folder.Read("app/OmitSubfolds.dat"), "/old\r\n");
 }
 
-// What the run of a list and that of a folder tell, which have cut their pictures all the same.
+// Runs of a list and of a folder report the failure; their pictures are cut all the same.
 class OmittedRunTest : public CutTest, public ::testing::WithParamInterface<const char*> {};
 
-TEST_P(OmittedRunTest, AListThatIsNotWrittenBackIsTold) {
+TEST_P(OmittedRunTest, AListThatIsNotWrittenBackIsReported) {
   const std::string path = Make("x/a.png", 20, 10);
   Option("ChOmitFolds", "1");
   Put("ChBig", GetParam());
@@ -79,9 +79,9 @@ TEST_P(OmittedRunTest, AListThatIsNotWrittenBackIsTold) {
   Cut();
   EXPECT_GE(world.faults.Fired(), 1);
   ASSERT_FALSE(world.boxes.All().empty());
-  const host::Box& told = world.boxes.All().back().box;
-  EXPECT_TRUE(told.text.starts_with("已处理文件夹的记录没有保存：")) << told.text;
-  EXPECT_GT(told.text.size(), std::string("已处理文件夹的记录没有保存：").size()) << "the reason";
+  const host::Box& shown = world.boxes.All().back().box;
+  EXPECT_TRUE(shown.text.starts_with("已处理文件夹的记录没有保存：")) << shown.text;
+  EXPECT_GT(shown.text.size(), std::string("已处理文件夹的记录没有保存：").size()) << "the reason";
   EXPECT_EQ(Totals().written, 1u) << Whys();
   EXPECT_EQ(Totals().none + Totals().skipped, 0u);
   EXPECT_FALSE(Totals().stopped);

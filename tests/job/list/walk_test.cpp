@@ -215,8 +215,8 @@ TEST_F(WalkTest, ShowsWhatComesNext) {
   EXPECT_EQ(at, 10u);
 }
 
-// Which part a file of a tree belongs to does not depend on where the tree stands.
-TEST_F(WalkTest, SharesGoByThePathBelowTheRoot) {
+// The shard of a file does not depend on the place of its tree.
+TEST_F(WalkTest, ShardsDependOnThePathBelowTheRoot) {
   for (int i = 0; i < 60; ++i) {
     for (const char* tree : {"one/", "far/away/two/"}) File(tree + std::to_string(i % 4) + "/" + std::to_string(i));
   }
@@ -230,7 +230,7 @@ TEST_F(WalkTest, SharesGoByThePathBelowTheRoot) {
   EXPECT_EQ(Sorted(one), Sorted(two));
 }
 
-TEST_F(WalkTest, SharesMayGoByFolder) {
+TEST_F(WalkTest, ShardsMayDependOnTheFolder) {
   constexpr int kFolders = 20;
   for (int i = 0; i < 100; ++i) File("d/" + std::to_string(i % kFolders) + "/" + std::to_string(i));
   File("d/top");

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Quillon developers
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The large-capacity run makes of each picture what the run of a list makes of it, whatever the advanced options say;
-// so does a run that was broken off and continued.
+// The large-capacity run gives the same results as the run of a list, with any advanced options; so does a run that was
+// interrupted and resumed.
 #include <filesystem>
 #include <map>
 
@@ -79,7 +79,7 @@ class LargeOptionsTest : public CutTest, public ::testing::WithParamInterface<Jo
     CutTest::SetUp();
     program.outputTools = &tools;
     LayOutProfiles(program);
-    // Millimetres of a picture that tells no resolution count at that of the screen.
+    // The millimetres of a picture without a resolution are computed with that of the screen.
     flags.ScreenDpi = 254;
     options.Load();
     for (const char* name : {"FBaseOpt.ChToCMYK", "FBaseOpt.ChKeepExif", "ChSubFold"}) Put(name, "1");
@@ -109,7 +109,7 @@ class LargeOptionsTest : public CutTest, public ::testing::WithParamInterface<Jo
     }
     return left;
   }
-  // A pdf here is a jpg behind another name.
+  // The pdf of these tests is a jpg with another extension.
   base::Size SizeOfOutput(const std::string& output) {
     if (!output.ends_with(".pdf")) return SizeOf(output);
     std::filesystem::copy_file(output, output + ".jpg");
@@ -197,7 +197,7 @@ TEST_P(ResumedOptionsTest, MakesWhatAListMakesAndNothingTwice) {
   const Contents wanted = OfList();
   const bool over = GetParam().over;
   Put("ChOver", over ? "1" : "0");
-  GetParam().killed ? KillBehind(3) : StopBehind(3);
+  GetParam().killed ? KillAfter(3) : StopAfter(3);
   recorder.done.clear();
   world.boxes.Forget();
   Answer(host::Reply::Yes);

@@ -76,7 +76,7 @@ TEST_F(LargeRunTest, TheRecursionIsAsDeepAsTheTree) {
   EXPECT_EQ(OutNames(), std::vector<std::string>{"a.jpg"});
 }
 
-TEST_F(LargeRunTest, TellsItsCountAndLeavesTheWindowUsable) {
+TEST_F(LargeRunTest, ReportsItsCountAndLeavesTheWindowUsable) {
   for (int i = 0; i < 3; ++i) Make(std::to_string(i) + ".bmp", 10, 10);
   std::vector<std::string> titles;
   recorder.onFileDone = [&](const FileResult&) {
@@ -164,7 +164,7 @@ TEST_F(LargeRunTest, TheBackupWorkerIsSwitchedOff) {
 }
 
 // What may have killed an earlier process must be the file under way.
-TEST_F(LargeRunTest, ACarefulRunTellsAFileBeforeItTouchesIt) {
+TEST_F(LargeRunTest, ARecoveringRunReportsAFileBeforeItTouchesIt) {
   for (int i = 0; i < 5; ++i) Make(std::to_string(i) + ".jpg", 40, 30);
   program.recovering = true;
   recorder.onFileDone = [&](const FileResult& file) { EXPECT_EQ(recorder.begun.back(), file.source); };
@@ -176,7 +176,7 @@ TEST_F(LargeRunTest, ACarefulRunTellsAFileBeforeItTouchesIt) {
   EXPECT_EQ(recorder.begun, (std::vector<std::string>{In("0.jpg"), In("1.jpg"), ""}));
 }
 
-TEST_F(LargeRunTest, FoldersDoneAreReadBeforeAndWrittenBehind) {
+TEST_F(LargeRunTest, FoldersDoneAreReadBeforeAndWrittenAfter) {
   Option("ChOmitFolds", "1");
   for (const char* name : {"x/1.bmp", "y/2.bmp"}) Make(name, 10, 10);
   WriteApp("OmitSubfolds.dat", In("x") + "\r\n");
@@ -251,7 +251,7 @@ TEST_F(LargeRunTest, HelpersAreEndedAndWindowsComeBack) {
   EXPECT_TRUE(options.Visible());
 }
 
-TEST_F(LargeRunTest, TheNumberOfFilesIsToldOnceItIsCounted) {
+TEST_F(LargeRunTest, TheNumberOfFilesIsReportedOnceItIsCounted) {
   for (int i = 0; i < 200; ++i) {
     const std::string name = "in/" + std::to_string(i % 7) + "/" + std::to_string(i) + ".bmp";
     world.folder.Write(name, BitmapBytes(Painted(4, 4, Slope)));
@@ -283,7 +283,7 @@ TEST_F(LargeRunTest, ResultsBelowTheInputFolderAreNoSources) {
   EXPECT_EQ(world.folder.Names("in/out"), (std::vector<std::string>{"a.jpg", "old.bmp"}));
 }
 
-TEST_F(LargeRunTest, AnOutputNeverTakesThePlaceOfAnotherSource) {
+TEST_F(LargeRunTest, AnOutputNeverReplacesAnotherSource) {
   Make("x.png", 20, 10);
   Make("x.jpg", 40, 30);
   const std::string before = world.folder.Read("in/x.jpg");
@@ -295,7 +295,7 @@ TEST_F(LargeRunTest, AnOutputNeverTakesThePlaceOfAnotherSource) {
   EXPECT_EQ(Totals().none, 1u);
 }
 
-TEST_F(LargeRunTest, AFolderThatCannotBeListedIsToldAndTheRunGoesOn) {
+TEST_F(LargeRunTest, AFolderThatCannotBeListedIsReportedAndTheRunContinues) {
   for (const char* name : {"bad/1.bmp", "good/2.bmp"}) Make(name, 10, 10);
   world.faults.Set({.call = host::testing::DiskCall::List,
                     .error = ENOTCONN,
@@ -316,7 +316,7 @@ TEST_F(LargeRunTest, ASecondRunInsideTheFirstBeeps) {
   EXPECT_EQ(recorder.started.size(), 1u);
 }
 
-TEST_F(LargeRunTest, WorksAheadWithoutChangingAnything) {
+TEST_F(LargeRunTest, PrefetchesWithoutChangingAnything) {
   Margins(10, 10, 10, 10);
   for (int i = 0; i < 60; ++i) Make("d" + std::to_string(i % 3) + "/" + std::to_string(i) + ".jpg", 60 + i, 50);
   world.folder.Write("in/d1/broken.jpg", world.folder.Read("in/d1/1.jpg").substr(0, 700));
@@ -326,7 +326,7 @@ TEST_F(LargeRunTest, WorksAheadWithoutChangingAnything) {
   for (int i = 0; i < 60; ++i) EXPECT_EQ(SizeOf(Out(std::to_string(i) + ".jpg")).height, 40) << i;
 }
 
-TEST_F(LargeRunTest, OnlyTheOwnShareIsHandled) {
+TEST_F(LargeRunTest, OnlyTheOwnShardIsHandled) {
   for (int i = 0; i < 40; ++i)
     world.folder.Write("in/" + std::to_string(i) + ".bmp", BitmapBytes(Painted(4, 4, Slope)));
   std::vector<std::string> all;
@@ -346,7 +346,7 @@ TEST_F(LargeRunTest, OnlyTheOwnShareIsHandled) {
 
 // --- Shares of a folder whose results lie among its files.
 
-TEST_F(LargeRunTest, NoShareIsCutIntoTheInputFolder) {
+TEST_F(LargeRunTest, NoShardIsCutIntoTheInputFolder) {
   const std::string link = world.folder.Path("link");
   std::filesystem::create_directory_symlink(world.folder.Path("in"), link);
   Make("a.png", 20, 10);
@@ -366,7 +366,7 @@ TEST_F(LargeRunTest, NoShareIsCutIntoTheInputFolder) {
   EXPECT_EQ(recorder.started.size(), 1u);
 }
 
-TEST_F(LargeRunTest, AShareMakesNoResultOfAnotherNameBesideItsSource) {
+TEST_F(LargeRunTest, AShardMakesNoResultOfAnotherNameBesideItsSource) {
   const auto inShares = [&](const char* source) {
     world.folder.Write("in/a.psd", PsdBytes(20, 10, {10, 200, 30}));
     Make("b.png", 20, 10);
@@ -415,7 +415,7 @@ TEST_F(LargeRunTest, FoldersOfWhatWasWrittenAreDone) {
   }
 }
 
-TEST_F(LargeRunTest, SharesHandleOneFileOfAFolderInAll) {
+TEST_F(LargeRunTest, ShardsHandleOneFileOfAFolderInAll) {
   for (int i = 0; i < 24; ++i) {
     const std::string name = "in/" + std::to_string(i % 6) + "/" + std::to_string(i) + ".bmp";
     world.folder.Write(name, BitmapBytes(Painted(4, 4, Slope)));

@@ -23,8 +23,8 @@ class ResumeTest : public CutTest {
     Margins(50, 0, 0, 0);
     for (int i = 0; i < 6; ++i) Make(std::to_string(i) + ".png", 40, 30);
   }
-  // Runs until so many files are handled.
-  void StopBehind(std::size_t files) {
+  // Runs and stops after so many files.
+  void StopAfter(std::size_t files) {
     recorder.done.clear();
     recorder.onFileDone = [this, files](const FileResult&) { flags.StopRequested = recorder.done.size() >= files; };
     Cut();
@@ -34,8 +34,9 @@ class ResumeTest : public CutTest {
     recorder.done.clear();
     world.boxes.Forget();
   }
-  // Leaves the journal as it stood on disk behind so many files, between two checkpoints: what a kill leaves.
-  void KillBehind(std::size_t files) {
+  // Stops after so many files and leaves the journal as it was on disk at that moment, between two checkpoints. This is
+  // what a kill leaves.
+  void KillAfter(std::size_t files) {
     const std::string journal = world.folder.Path("journals");
     const std::string copy = world.folder.Path("copy");
     recorder.done.clear();

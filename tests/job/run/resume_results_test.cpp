@@ -1,6 +1,6 @@
 // SPDX-FileCopyrightText: 2026 The Quillon developers
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Results that lie where the walk comes upon them, when a run that was broken off is continued.
+// Results that the walk of a resumed run finds among its sources.
 #include <chrono>
 #include <filesystem>
 
@@ -34,7 +34,7 @@ class ResultsTest : public ResumeTest {
   }
   // A killed run has not come to throw sources away.
   void KillBeforeSourcesGo(std::size_t files) {
-    KillBehind(files);
+    KillAfter(files);
     for (int i = 0; i < 6; ++i) {
       if (!world.folder.Exists("in/" + std::to_string(i) + "." + extension_)) Source(i);
     }
@@ -74,7 +74,7 @@ TEST_F(ResultsTest, OfAnotherNameBesideAStoppedRunsSourcesAreNotCutAgain) {
     SCOPED_TRACE(name.source);
     if (std::string(name.source) == "png") Option("CmbExtCase", "1");
     Sources(name.source);
-    StopBehind(3);
+    StopAfter(3);
     Continue();
     EXPECT_EQ(Totals().written, 3u) << Results();
     EXPECT_EQ(Totals().none, 0u) << Results();
@@ -105,7 +105,7 @@ TEST_F(ResultsTest, OfAnotherNameBesideAKilledRunsSourcesAreMadeAnew) {
 TEST_F(ResultsTest, WhoseSourcesAreGoneAreNotCutAgain) {
   Put("ChOver", "1");
   Sources("psd");
-  KillBehind(3);
+  KillAfter(3);
   Continue();
   EXPECT_EQ(Totals().written, 3u) << Results();
   EXPECT_EQ(PassedOver(), 3u) << Results();
@@ -115,7 +115,7 @@ TEST_F(ResultsTest, WhoseSourcesAreGoneAreNotCutAgain) {
 TEST_F(ResultsTest, ThatAUserPutInTheirPlaceAreCut) {
   Put("ChOver", "1");
   Sources("psd");
-  StopBehind(3);
+  StopAfter(3);
   const std::string replaced = first[0].output.substr(In("").size());
   std::filesystem::remove(In(replaced));
   Make(replaced, kWhole.width, kWhole.height);
@@ -127,11 +127,11 @@ TEST_F(ResultsTest, ThatAUserPutInTheirPlaceAreCut) {
   ExpectCutOnce("jpg");
 }
 
-// Nothing was made of the sources behind the stop: what stands under those names later is no result.
+// The sources after the stop have no results: a later file of such a name is a source.
 TEST_F(ResultsTest, ThatAStoppedRunDidNotComeToAreExpectedNoMore) {
   Put("ChOver", "1");
   Sources("psd");
-  StopBehind(5);
+  StopAfter(5);
   std::string rest;
   for (int i = 0; i < 6; ++i) {
     if (world.folder.Exists("in/" + std::to_string(i) + ".psd")) rest = std::to_string(i);
@@ -151,9 +151,9 @@ TEST_F(ResultsTest, ThatArePiecesBesideTheSourceAreNotSplitAgain) {
     SCOPED_TRACE(killed);
     Sources("png");
     if (killed) {
-      KillBehind(3);
+      KillAfter(3);
     } else {
-      StopBehind(3);
+      StopAfter(3);
     }
     Continue();
     EXPECT_EQ(Totals().written, killed ? 6u : 3u) << Results();
@@ -168,7 +168,7 @@ TEST_F(ResultsTest, ThatArePiecesBesideTheSourceAreNotSplitAgain) {
   }
 }
 
-// Also where the folder is called by another name.
+// Also if the folder is given by another name.
 TEST_F(ResultsTest, InTheInputFolderAreNotCutAgain) {
   const std::string link = world.folder.Path("link");
   std::filesystem::create_directory_symlink(world.folder.Path("in"), link);
@@ -178,9 +178,9 @@ TEST_F(ResultsTest, InTheInputFolderAreNotCutAgain) {
       Sources("png");
       Put("LOutDir", out);
       if (killed) {
-        KillBehind(3);
+        KillAfter(3);
       } else {
-        StopBehind(3);
+        StopAfter(3);
       }
       Continue();
       EXPECT_EQ(Totals().written, killed ? 6u : 3u) << Results();
@@ -192,10 +192,10 @@ TEST_F(ResultsTest, InTheInputFolderAreNotCutAgain) {
   }
 }
 
-TEST_F(ResultsTest, ThatTookThePlaceOfTheirSourcesAreNotCutAgain) {
+TEST_F(ResultsTest, ThatReplacedTheirSourcesAreNotCutAgain) {
   Sources("jpg");
   Put("LOutDir", world.folder.Path("in"));
-  KillBehind(3);
+  KillAfter(3);
   Continue();
   EXPECT_EQ(Totals().written, 3u) << Results();
   EXPECT_EQ(Totals().skipped, 3u) << Results();
@@ -207,8 +207,8 @@ TEST_F(ResultsTest, ThatTookThePlaceOfTheirSourcesAreNotCutAgain) {
   }
 }
 
-// The folder for results below the input folder was there before, and more files lie above it than the walk looks
-// ahead.
+// The folder for results below the input folder existed before, and there are more files above it than the walk finds
+// in advance.
 TEST_F(ResultsTest, OfTheSameRunAreNotCutAgain) {
   constexpr std::size_t kFiles = 150;
   std::filesystem::remove_all(In(""));
@@ -233,11 +233,11 @@ TEST_F(ResultsTest, OfTheSameRunAreNotCutAgain) {
   }
 }
 
-// A source that was changed is cut anew, and what was made of it before goes.
+// A source that was changed is cut again, and its earlier result is discarded.
 TEST_F(ResultsTest, OfAChangedSourceAreReplaced) {
   Sources("png");
   Put("LOutDir", world.folder.Path("in"));
-  StopBehind(6);
+  StopAfter(6);
   Make("0.png", 60, 30);
   std::filesystem::last_write_time(In("0.png"), std::filesystem::file_time_type::clock::now() + std::chrono::hours(1));
   Continue();
@@ -255,7 +255,7 @@ TEST_F(ResultsTest, AContinuedRunHandlesOneFileOfAFolderInAll) {
   for (const char* name : {"a/1.png", "a/2.png", "b/3.png", "b/4.png", "c/5.png", "c/6.png"}) {
     Make(name, kWhole.width, kWhole.height);
   }
-  StopBehind(3);
+  StopAfter(3);
   EXPECT_EQ(OutNames().size(), 2u);
   // What a killed run leaves, and what the next call of a script finds.
   std::filesystem::remove(program.AppPath("OmitSubfolds.dat"));
@@ -281,9 +281,9 @@ TEST_F(ResultsTest, OfASourceThatIsGoneCountForItsFolder) {
       world.folder.Write(name, PsdBytes(kWhole.width, kWhole.height, {10, 200, 30}));
     }
     if (broken.killed) {
-      KillBehind(1);
+      KillAfter(1);
     } else {
-      StopBehind(1);
+      StopAfter(1);
       std::filesystem::remove(first[0].source);
     }
     std::filesystem::remove(program.AppPath("OmitSubfolds.dat"));
@@ -299,7 +299,7 @@ TEST_F(ResultsTest, ThatDoNotStandAnyMoreCountForNoFolder) {
   Option("ChOmitFolds", "1");
   std::filesystem::remove_all(In(""));
   Make("a/1.png", kWhole.width, kWhole.height);
-  StopBehind(1);
+  StopAfter(1);
   std::filesystem::remove(program.AppPath("OmitSubfolds.dat"));
   std::filesystem::remove(Out("1.jpg"));
   Continue();
@@ -317,7 +317,7 @@ TEST_F(ResultsTest, OfManyPiecesAreAllKnown) {
   Put("FBaseOpt.TSmalS(5)", "32");
   std::filesystem::remove_all(In(""));
   Make("a.bmp", 64, 32);
-  KillBehind(1);
+  KillAfter(1);
   ASSERT_EQ(world.folder.Names("in").size(), kPieces + 1);
   Continue();
   EXPECT_EQ(Totals().written, 1u);
@@ -326,9 +326,9 @@ TEST_F(ResultsTest, OfManyPiecesAreAllKnown) {
   EXPECT_EQ(world.folder.Names("in").size(), kPieces + 1);
 }
 
-// --- Sources that no row stands for.
+// --- Sources that are not listed.
 
-TEST_F(ResultsTest, TakeThePlaceOfTheirSourcesAtACheckpoint) {
+TEST_F(ResultsTest, ReplaceTheirSourcesAtACheckpoint) {
   Put("ChOver", "1");
   Sources("psd");
   recorder.onFileDone = [&](const FileResult&) {
@@ -344,7 +344,7 @@ TEST_F(ResultsTest, TakeThePlaceOfTheirSourcesAtACheckpoint) {
   EXPECT_EQ(world.folder.Names("data/Trash/files").size(), 6u);
 }
 
-TEST_F(ResultsTest, TakeThePlaceOfTheirSourcesAtTheEnd) {
+TEST_F(ResultsTest, ReplaceTheirSourcesAtTheEnd) {
   Put("ChOver", "1");
   Sources("psd");
   program.journals = nullptr;

@@ -22,7 +22,7 @@ TEST_F(ResumeTest, AFinishedRunLeavesNoJournalAndAsksNothing) {
 }
 
 TEST_F(ResumeTest, AStoppedRunIsContinued) {
-  StopBehind(4);
+  StopAfter(4);
   EXPECT_EQ(Journals().size(), 1u);
   const std::string made = world.folder.Read("out/" + first[0].output.substr(outFolder.size() + 1));
   Answer(Reply::Yes);
@@ -41,7 +41,7 @@ TEST_F(ResumeTest, AStoppedRunIsContinued) {
 }
 
 TEST_F(ResumeTest, NoBeginsAnew) {
-  StopBehind(4);
+  StopAfter(4);
   Answer(Reply::No);
   Cut();
   EXPECT_EQ(Totals().written, 6u);
@@ -50,7 +50,7 @@ TEST_F(ResumeTest, NoBeginsAnew) {
 
 TEST_F(ResumeTest, NoCutsOverwrittenSourcesAgainAndSaysSo) {
   Put("ChOver", "1");
-  StopBehind(4);
+  StopAfter(4);
   Answer(Reply::No);
   Cut();
   EXPECT_EQ(world.boxes.All().at(0).box.text,
@@ -61,7 +61,7 @@ TEST_F(ResumeTest, NoCutsOverwrittenSourcesAgainAndSaysSo) {
 
 TEST_F(ResumeTest, TheSameFolderIsTheSameJobHoweverItIsWritten) {
   Put("ChOver", "1");
-  StopBehind(4);
+  StopAfter(4);
   for (const char* way : {"/", "//", "/./"}) {
     Put("LInDir", world.folder.Path("in") + way);
     Answer(Reply::Cancel);
@@ -72,20 +72,20 @@ TEST_F(ResumeTest, TheSameFolderIsTheSameJobHoweverItIsWritten) {
 }
 
 TEST_F(ResumeTest, OpeningAWindowMakesNoOtherJob) {
-  StopBehind(4);
+  StopAfter(4);
   options.Load();
   Answer(Reply::Yes);
   Cut();
   EXPECT_EQ(Totals().skipped, 4u);
 }
 
-TEST_F(ResumeTest, OpeningAWindowMakesAnotherJobWhereMarginsChangeByIt) {
+TEST_F(ResumeTest, OpeningAWindowMakesAnotherJobIfMarginsChangeByIt) {
   for (const bool fixed : {false, true}) {
     Put("ChCutA", "1");
     Put("ChFixCut", fixed ? "1" : "0");
     Margins(5, 0, 0, 0);
     flags.FixW = flags.FixH = 1;
-    StopBehind(4);
+    StopAfter(4);
     ASSERT_EQ(first[0].result, Result::Written) << first[0].why;
     flags.AdvancedOptionsLoaded = !flags.AdvancedOptionsLoaded;
     Cut();
@@ -95,7 +95,7 @@ TEST_F(ResumeTest, OpeningAWindowMakesAnotherJobWhereMarginsChangeByIt) {
 }
 
 TEST_F(ResumeTest, CancelDoesNothingAndKeepsTheJournal) {
-  StopBehind(4);
+  StopAfter(4);
   const std::size_t runs = recorder.ended.size();
   Answer(Reply::Cancel);
   Cut();
@@ -107,7 +107,7 @@ TEST_F(ResumeTest, CancelDoesNothingAndKeepsTheJournal) {
 }
 
 TEST_F(ResumeTest, AnotherJobIsAnotherRun) {
-  StopBehind(4);
+  StopAfter(4);
   const std::string out = outFolder;
   for (const auto& [name, value] : std::vector<std::pair<std::string, std::string>>{
            {"TCutValue(1)", "10"}, {"CmbOutType", "png"}, {"ChKeepDir", "1"}}) {
@@ -119,9 +119,9 @@ TEST_F(ResumeTest, AnotherJobIsAnotherRun) {
   }
 }
 
-// Both windows can set it, and neither tells it at the start.
+// Both windows can set it, and neither shows it at the start.
 TEST_F(ResumeTest, AnotherResolutionIsAnotherJob) {
-  StopBehind(4);
+  StopAfter(4);
   flags.OutDpi = 0;
   Cut();
   EXPECT_EQ(world.boxes.Count(kQuestion), 0);
@@ -131,7 +131,7 @@ TEST_F(ResumeTest, TheWhiteThatARunPadsWithIsNoParameter) {
   Option("ChAddBoard", "1");
   form.ChAddToSize.Set(true);
   options.PBoardColor.Set(base::Colour{255});
-  StopBehind(4);
+  StopAfter(4);
   options.PBoardColor.Set(base::Colour{255});
   Answer(Reply::Yes);
   Cut();
@@ -155,7 +155,7 @@ TEST_F(ResumeTest, MarginsOfAFramePlacedByHandAreNoParameters) {
 }
 
 TEST_F(ResumeTest, WhatDoesNotStandAnyMoreIsDoneAgain) {
-  StopBehind(5);
+  StopAfter(5);
   // The output went away, was changed, or the source was.
   std::filesystem::remove(first[0].output);
   world.folder.Write("out/" + first[1].output.substr(outFolder.size() + 1), "changed");
@@ -172,7 +172,7 @@ TEST_F(ResumeTest, WhatDoesNotStandAnyMoreIsDoneAgain) {
 
 TEST_F(ResumeTest, OverwrittenSourcesAreNeverCutTwice) {
   Put("ChOver", "1");
-  StopBehind(3);
+  StopAfter(3);
   Answer(Reply::Yes);
   Cut();
   EXPECT_EQ(Totals().written, 3u);
@@ -183,7 +183,7 @@ TEST_F(ResumeTest, OverwrittenSourcesAreNeverCutTwice) {
 // Nothing is written down as done, but what a source was before it was replaced is.
 TEST_F(ResumeTest, OverwrittenSourcesOfAKilledRunAreNeverCutTwice) {
   Put("ChOver", "1");
-  KillBehind(3);
+  KillAfter(3);
   Answer(Reply::Yes);
   Cut();
   EXPECT_EQ(world.boxes.Count("已写好 3 个文件"), 1);
@@ -196,7 +196,7 @@ TEST_F(ResumeTest, ARestoredSourceIsCutAgain) {
   Put("ChOver", "1");
   const std::string before = world.folder.Read("in/0.png");
   const auto time = std::filesystem::last_write_time(In("0.png"));
-  StopBehind(6);
+  StopAfter(6);
   std::filesystem::remove(In("0.png"));
   world.folder.Write("in/0.png", before);
   std::filesystem::last_write_time(In("0.png"), time);
@@ -212,7 +212,7 @@ TEST_F(ResumeTest, NothingIsDoneTwiceOnADiskThatNumbersItsFilesAnew) {
     SCOPED_TRACE(over);
     for (int i = 0; i < 6; ++i) Make(std::to_string(i) + ".png", 40, 30);
     Put("ChOver", over);
-    StopBehind(4);
+    StopAfter(4);
     world.faults.Renumber(1000);
     Answer(Reply::Yes);
     Cut();
@@ -227,7 +227,7 @@ TEST_F(ResumeTest, SourcesThatAKilledRunDidNotReachAreCut) {
   Put("ChOver", "1");
   for (const bool renumbered : {true, false}) {
     SCOPED_TRACE(renumbered);
-    KillBehind(3);
+    KillAfter(3);
     if (renumbered) {
       world.faults.Renumber(1000);
     } else {
@@ -248,7 +248,7 @@ TEST_F(ResumeTest, SourcesThatAKilledRunDidNotReachAreCut) {
 // A new file under the name of a source looks as a finished cut does, but nothing was cut there.
 TEST_F(ResumeTest, ASourceThatWasReplacedBeyondTheStopIsCut) {
   Put("ChOver", "1");
-  StopBehind(3);
+  StopAfter(3);
   std::string open;
   for (int i = 0; i < 6; ++i) {
     const std::string path = In(std::to_string(i) + ".png");
@@ -266,7 +266,7 @@ TEST_F(ResumeTest, ASplitPictureStandsWithAllItsPieces) {
   Option("ChSplit", "1");
   Put("FBaseOpt.TSmalS(4)", "2");
   Put("FBaseOpt.TSmalS(5)", "1");
-  StopBehind(3);
+  StopAfter(3);
   ASSERT_EQ(first[0].more.size(), 1u);
   std::filesystem::remove(first[0].more[0]);
   Answer(Reply::Yes);
@@ -298,12 +298,12 @@ TEST_F(ResumeTest, AJobThatCouldNotReachAllFoldersIsContinued) {
   }
 }
 
-TEST_F(ResumeTest, OutputsOfOneNameAreToldBeyondACheckpoint) {
+TEST_F(ResumeTest, OutputsOfOneNameAreReportedBeyondACheckpoint) {
   for (int i = 0; i < 6; ++i) std::filesystem::remove(In(std::to_string(i) + ".png"));
   Make("a/x.png", 40, 30);
   Make("b/x.png", 40, 30);
   Make("c/x.png", 40, 30);
-  // More than the time between two checkpoints passes behind each file.
+  // More than the time between two checkpoints passes after each file.
   recorder.onFileDone = [&](const FileResult&) { world.clock.Advance(5); };
   Cut();
   EXPECT_EQ(Totals().written, 1u);
@@ -314,7 +314,7 @@ TEST_F(ResumeTest, OutputsOfOneNameAreToldBeyondACheckpoint) {
 // --- Something else in the place of a source.
 
 TEST_F(ResumeTest, ASourceThatIsGoneStandsAndAFolderInItsPlaceDoesNot) {
-  StopBehind(4);
+  StopAfter(4);
   RunJournal journal(program.context, "menuNormalCut", {"Form1", "FBaseOpt"});
   Answer(Reply::Yes);
   ASSERT_TRUE(journal.BeginFolder());
@@ -332,10 +332,10 @@ TEST_F(ResumeTest, AnOlderResultGoesAtTheMomentOfTheFailure) {
   Make("broken.png", 40, 30);
   world.folder.Write("in/broken.png", world.folder.Read("in/broken.png").substr(0, 100));
   world.folder.Write("out/broken.jpg", "older");
-  bool behind = false;
+  bool failed = false;
   recorder.onFileDone = [&](const FileResult& file) {
-    behind = behind || file.source == In("broken.png");
-    EXPECT_NE(world.folder.Exists("out/broken.jpg"), behind);
+    failed = failed || file.source == In("broken.png");
+    EXPECT_NE(world.folder.Exists("out/broken.jpg"), failed);
   };
   Cut();
   EXPECT_EQ(Totals().none, 1u);
@@ -382,7 +382,7 @@ TEST_F(ResumeTest, WhatThisJobMadeWithChangedParametersIsNoOlderResult) {
   }
 }
 
-TEST_F(ResumeTest, OutputsOfOneNameAreToldWithChangedParametersToo) {
+TEST_F(ResumeTest, OutputsOfOneNameAreReportedWithChangedParametersToo) {
   for (int i = 0; i < 6; ++i) std::filesystem::remove(In(std::to_string(i) + ".png"));
   for (const char* name : {"a/x.png", "b/x.png", "c/x.png"}) Make(name, 40, 30);
   recorder.onFileDone = [&](const FileResult&) {
@@ -396,7 +396,7 @@ TEST_F(ResumeTest, OutputsOfOneNameAreToldWithChangedParametersToo) {
 
 TEST_F(ResumeTest, AnOutputThatDidNotReachTheDiskIsNotWrittenDown) {
   world.faults.Set({.call = host::testing::DiskCall::Sync, .error = EIO, .pathHolds = "out/.0.jpg"});
-  StopBehind(6);
+  StopAfter(6);
   EXPECT_EQ(world.faults.Fired(), 1);
   Answer(Reply::Yes);
   Cut();
@@ -422,7 +422,7 @@ TEST_F(ResumeTest, NothingIsWrittenDownOfParametersChangedMeanwhile) {
 TEST_F(ResumeTest, WithoutAJournalEveryRunIsFresh) {
   host::posix::SqliteJournals nowhere(world.folder.Path("in/0.png/below"));
   program.journals = &nowhere;
-  StopBehind(4);
+  StopAfter(4);
   Cut();
   EXPECT_EQ(world.boxes.Count(kQuestion), 0);
   EXPECT_EQ(Totals().written, 6u);
@@ -459,7 +459,7 @@ TEST_F(ResumeTest, ASourceOfAnotherTimeIsDoneAgain) {
     world.folder.Write("in/" + std::to_string(number) + ".bmp", BitmapBytes(Painted(40, 30, paint)));
   };
   for (int i = 0; i < 6; ++i) write(i, Slope);
-  StopBehind(6);
+  StopAfter(6);
   const auto time = std::filesystem::last_write_time(In("2.bmp"));
   write(2, [](int, int) { return kWhitePixel; });
   std::filesystem::last_write_time(In("2.bmp"), time + std::chrono::hours(1));
@@ -470,18 +470,18 @@ TEST_F(ResumeTest, ASourceOfAnotherTimeIsDoneAgain) {
   EXPECT_EQ(Read(Out("2.jpg")).At(5, 5), kWhitePixel);
 }
 
-// --- Shares of one job.
+// --- Shards of one job.
 
 class SharedResumeTest : public ResumeTest {
  protected:
-  void Take(std::uint64_t index, std::uint64_t count) {
+  void UseShard(std::uint64_t index, std::uint64_t count) {
     program.shard = {index, count, ""};
     world.boxes.Forget();
     recorder.done.clear();
   }
   std::string Box() const { return world.boxes.All().empty() ? std::string() : world.boxes.All()[0].box.text; }
-  // The share of the whole that the first picture belongs to.
-  std::uint64_t ShareOfFirst(std::uint64_t count) const {
+  // Returns the index of the shard that the first picture belongs to.
+  std::uint64_t ShardOfFirst(std::uint64_t count) const {
     for (std::uint64_t index = 0; index < count; ++index) {
       if (Shard{index, count, ""}.Owns("0.png")) return index;
     }
@@ -489,30 +489,30 @@ class SharedResumeTest : public ResumeTest {
   }
 };
 
-TEST_F(SharedResumeTest, AnotherShareIsAnotherRun) {
-  Take(0, 2);
-  StopBehind(1);
+TEST_F(SharedResumeTest, AnotherShardIsAnotherRun) {
+  UseShard(0, 2);
+  StopAfter(1);
   for (const Shard& shard : {Shard{1, 2, ""}, Shard{3, 4, ""}}) {
-    Take(shard.index, shard.count);
+    UseShard(shard.index, shard.count);
     Cut();
     EXPECT_EQ(world.boxes.Count(kQuestion), 0) << shard.index << "/" << shard.count;
   }
-  Take(0, 2);
+  UseShard(0, 2);
   Cut();
   EXPECT_EQ(Box().substr(0, Box().find("要接着")), "上次的这项任务没有做完，已写好 1 个文件。");
 }
 
 TEST_F(SharedResumeTest, WhatWasPartedOtherwiseIsNotBegun) {
   Put("ChOver", "1");
-  const std::uint64_t half = ShareOfFirst(2);
+  const std::uint64_t half = ShardOfFirst(2);
   const std::string again = "这次先不处理吗？\r\n是——不处理\r\n否——全部重新处理，已覆盖的原文件会再裁一次";
-  Take(half, 2);
-  StopBehind(1);
+  UseShard(half, 2);
+  StopAfter(1);
   const std::string cut = first[0].source;
   const std::size_t runs = recorder.ended.size();
   for (const Shard& shard : {Shard{0, 1, ""}, Shard{half, 4, ""}, Shard{half + 2, 4, ""}, Shard{2, 3, ""}}) {
     SCOPED_TRACE(std::to_string(shard.index) + "/" + std::to_string(shard.count));
-    Take(shard.index, shard.count);
+    UseShard(shard.index, shard.count);
     Cut();
     EXPECT_EQ(Box(),
               "上次的这项任务没有做完，当时分成 2 份处理，这次分得不同，认不出哪些文件已经处理过。"
@@ -524,7 +524,7 @@ TEST_F(SharedResumeTest, WhatWasPartedOtherwiseIsNotBegun) {
     EXPECT_EQ(Journals().size(), 1u);
   }
   EXPECT_EQ(SizeOf(cut), (base::Size{20, 30}));
-  Take(half, 2);
+  UseShard(half, 2);
   Answer(Reply::Yes);
   Cut();
   EXPECT_EQ(Totals().skipped, 1u);
@@ -532,13 +532,13 @@ TEST_F(SharedResumeTest, WhatWasPartedOtherwiseIsNotBegun) {
   EXPECT_EQ(SizeOf(cut), (base::Size{20, 30}));
 }
 
-// Those parts of a call that what was done does not belong to are not begun either.
-TEST_F(SharedResumeTest, NoWorkerBeginsWhereAnotherDoesNot) {
-  Take(ShareOfFirst(4), 4);
-  StopBehind(1);
-  const std::uint64_t other = (ShareOfFirst(2) + 1) % 2;
+// The parts of a call that do not own the handled files are not started either.
+TEST_F(SharedResumeTest, NoWorkerStartsIfAnotherDoesNot) {
+  UseShard(ShardOfFirst(4), 4);
+  StopAfter(1);
+  const std::uint64_t other = (ShardOfFirst(2) + 1) % 2;
   const auto asked = [&](std::uint64_t among) {
-    Take(other, 2);
+    UseShard(other, 2);
     program.shard.among = among;
     RunJournal journal(program.context, "menuNormalCut", {"Form1", "FBaseOpt"});
     return !journal.BeginFolder();
@@ -548,8 +548,8 @@ TEST_F(SharedResumeTest, NoWorkerBeginsWhereAnotherDoesNot) {
 }
 
 TEST_F(SharedResumeTest, WhatWasWholeIsNotParted) {
-  StopBehind(4);
-  Take(0, 2);
+  StopAfter(4);
+  UseShard(0, 2);
   Answer(Reply::Yes);
   Cut();
   EXPECT_EQ(Box(),
@@ -557,7 +557,7 @@ TEST_F(SharedResumeTest, WhatWasWholeIsNotParted) {
             "要接着处理，请不带 --jobs 和 --shard 运行。这次先不处理吗？\r\n是——不处理\r\n"
             "否——全部重新处理，已覆盖的原文件会再裁一次");
   EXPECT_TRUE(recorder.done.empty());
-  Take(0, 1);
+  UseShard(0, 1);
   Answer(Reply::Yes);
   Cut();
   EXPECT_EQ(Totals().skipped, 4u);
@@ -565,13 +565,13 @@ TEST_F(SharedResumeTest, WhatWasWholeIsNotParted) {
 
 TEST_F(SharedResumeTest, NoBeginsAnewHoweverItWasParted) {
   for (const std::uint64_t index : {0, 1}) {
-    Take(index, 2);
-    StopBehind(1);
+    UseShard(index, 2);
+    StopAfter(1);
   }
   ASSERT_EQ(Journals().size(), 2u);
-  Take(0, 1);
+  UseShard(0, 1);
   Answer(Reply::No);
-  StopBehind(2);
+  StopAfter(2);
   EXPECT_EQ(Totals().skipped, 0u);
   EXPECT_EQ(Journals().size(), 1u) << "ours alone";
   Answer(Reply::Yes);
@@ -584,12 +584,12 @@ TEST_F(SharedResumeTest, NoBeginsAnewHoweverItWasParted) {
 TEST_F(SharedResumeTest, NoJobIsHandledTwiceAtATime) {
   constexpr const char* kInUse = "这项任务正由另一个程序处理，或者它的记录现在无法读取，请稍后再试";
   const auto begins = [this](std::uint64_t index, std::uint64_t count) {
-    Take(index, count);
+    UseShard(index, count);
     RunJournal journal(program.context, "other", {"Form1"});
     return journal.BeginFolder();
   };
   {
-    Take(0, 2);
+    UseShard(0, 2);
     RunJournal running(program.context, "other", {"Form1"});
     ASSERT_TRUE(running.BeginFolder());
     EXPECT_FALSE(begins(0, 2));
@@ -608,10 +608,10 @@ TEST_F(SharedResumeTest, NoJobIsHandledTwiceAtATime) {
   EXPECT_EQ(Box(), "");
 }
 
-// A worker in the place of one that died goes on, whatever is answered.
+// A worker that replaces a dead one continues and asks nothing.
 TEST_F(SharedResumeTest, OneInThePlaceOfADeadOneAsksNothing) {
   Put("ChOver", "1");
-  StopBehind(4);
+  StopAfter(4);
   program.recovering = true;
   Answer(Reply::No);
   Cut();

@@ -74,7 +74,7 @@ class TornResumeTest : public ResumeTest {
   }
   void StopAndTear() {
     Put("ChOver", "1");
-    StopBehind(3);
+    StopAfter(3);
     Tear();
   }
 };
@@ -115,7 +115,7 @@ TEST_F(TornResumeTest, NoBeginsAnew) {
 
 TEST_F(TornResumeTest, AnEmptiedJournalAsksToo) {
   Put("ChOver", "1");
-  StopBehind(3);
+  StopAfter(3);
   world.folder.Write("journals/" + Journals().at(0), "");
   Cut();
   EXPECT_EQ(world.boxes.Count(kTorn), 1);
@@ -124,7 +124,7 @@ TEST_F(TornResumeTest, AnEmptiedJournalAsksToo) {
 
 // Nothing can be lost: the usual question, and what is not known to be done is done again.
 TEST_F(TornResumeTest, ARunThatOverwritesNothingGoesOn) {
-  StopBehind(3);
+  StopAfter(3);
   Tear();
   Answer(Reply::Yes);
   Cut();

@@ -8,7 +8,7 @@
 namespace quillon::job {
 namespace {
 
-class OlderResultsTest : public CutTest {
+class StaleOutputsTest : public CutTest {
  protected:
   void Break(const std::string& name) const {
     const std::string whole = world.folder.Read("in/" + name);
@@ -30,35 +30,35 @@ class OlderResultsTest : public CutTest {
   }
 };
 
-TEST_F(OlderResultsTest, GoToTheTrashWhenThePlainCutFails) {
+TEST_F(StaleOutputsTest, GoToTheTrashWhenThePlainCutFails) {
   CutBroken("a.png");
   ExpectInTrash();
 }
 
-TEST_F(OlderResultsTest, GoToTheTrashWhenAGifFails) {
+TEST_F(StaleOutputsTest, GoToTheTrashWhenAGifFails) {
   CutBroken("a.gif");
   ExpectInTrash();
 }
 
-TEST_F(OlderResultsTest, GoToTheTrashWhenTheEffectsFail) {
+TEST_F(StaleOutputsTest, GoToTheTrashWhenTheEffectsFail) {
   Option("ChInvert", "1");
   CutBroken("a.png");
   ExpectInTrash();
 }
 
-TEST_F(OlderResultsTest, GoToTheTrashWhenTheRotationFails) {
+TEST_F(StaleOutputsTest, GoToTheTrashWhenTheRotationFails) {
   Option("CmbRotate", "1");
   CutBroken("a.png");
   ExpectInTrash();
 }
 
-TEST_F(OlderResultsTest, GoToTheTrashWhenTheCutBeforeABorderFails) {
+TEST_F(StaleOutputsTest, GoToTheTrashWhenTheCutBeforeABorderFails) {
   Option("ChAddBoard", "1");
   CutBroken("a.png");
   ExpectInTrash();
 }
 
-TEST_F(OlderResultsTest, GoToTheTrashWhenASaveFails) {
+TEST_F(StaleOutputsTest, GoToTheTrashWhenASaveFails) {
   for (const char* effects : {"0", "1"}) {
     SCOPED_TRACE(effects);
     Option("ChInvert", effects);
@@ -79,7 +79,7 @@ TEST_F(OlderResultsTest, GoToTheTrashWhenASaveFails) {
 }
 
 // Another worker of the same run, say, was quicker.
-TEST_F(OlderResultsTest, StayWhereTheyAppearedDuringTheSave) {
+TEST_F(StaleOutputsTest, StayIfTheyAppearedDuringTheSave) {
   bool appeared = false;
   world.faults.Before(host::testing::DiskCall::RenameNew, 1, [&] {
     appeared = true;
@@ -91,7 +91,7 @@ TEST_F(OlderResultsTest, StayWhereTheyAppearedDuringTheSave) {
   EXPECT_EQ(world.folder.Read("out/a.jpg"), "somebody else's");
 }
 
-TEST_F(OlderResultsTest, StayWhereTheSourceIsGone) {
+TEST_F(StaleOutputsTest, StayIfTheSourceIsGone) {
   for (const char* effects : {"0", "1"}) {
     Option("ChInvert", effects);
     program.files.Clear();
@@ -106,7 +106,7 @@ TEST_F(OlderResultsTest, StayWhereTheSourceIsGone) {
   }
 }
 
-TEST_F(OlderResultsTest, StayWhereTheParametersLeaveNothing) {
+TEST_F(StaleOutputsTest, StayIfTheParametersLeaveNothing) {
   Margins(60, 0, 60, 0);
   for (const char* effects : {"0", "1"}) {
     Option("ChInvert", effects);
@@ -119,7 +119,7 @@ TEST_F(OlderResultsTest, StayWhereTheParametersLeaveNothing) {
 }
 
 // The second of one name fails: what the first one gave is a result of this run.
-TEST_F(OlderResultsTest, OfThisRunStay) {
+TEST_F(StaleOutputsTest, OfThisRunStay) {
   for (const char* effects : {"0", "1"}) {
     SCOPED_TRACE(effects);
     Option("ChInvert", effects);
@@ -134,8 +134,8 @@ TEST_F(OlderResultsTest, OfThisRunStay) {
   }
 }
 
-// The first of one name fails, and the second takes the place of what stood there, which can be brought back.
-TEST_F(OlderResultsTest, ReplacedLaterInTheRunAreInTheTrash) {
+// Two sources have one output name. The first fails and the second replaces the stale output, which can be restored.
+TEST_F(StaleOutputsTest, ReplacedLaterInTheRunAreInTheTrash) {
   for (const char* effects : {"0", "1"}) {
     SCOPED_TRACE(effects);
     Option("ChInvert", effects);
@@ -153,7 +153,7 @@ TEST_F(OlderResultsTest, ReplacedLaterInTheRunAreInTheTrash) {
   }
 }
 
-TEST_F(OlderResultsTest, GoAtTheMomentOfTheFailure) {
+TEST_F(StaleOutputsTest, GoAtTheMomentOfTheFailure) {
   world.folder.Write("out/a.jpg", "older");
   List({Make("a.png"), Make("b.png")});
   Break("a.png");
@@ -161,10 +161,10 @@ TEST_F(OlderResultsTest, GoAtTheMomentOfTheFailure) {
   Cut();
   EXPECT_EQ(OutNames(), std::vector<std::string>{"b.jpg"});
   EXPECT_EQ(world.folder.Read("data/Trash/files/a.jpg"), "older");
-  EXPECT_TRUE(recorder.olderLeft.empty());
+  EXPECT_TRUE(recorder.staleOutputsLeft.empty());
 }
 
-TEST_F(OlderResultsTest, ThatSomebodyElseReplacedMeanwhileStay) {
+TEST_F(StaleOutputsTest, ThatSomebodyElseReplacedMeanwhileStay) {
   world.folder.Write("out/a.jpg", "older");
   List({Make("a.png"), Make("b.png")});
   Break("a.png");
@@ -174,7 +174,7 @@ TEST_F(OlderResultsTest, ThatSomebodyElseReplacedMeanwhileStay) {
 }
 
 // Another listed picture that lies under the name of an output.
-TEST_F(OlderResultsTest, ThatAreSourcesStay) {
+TEST_F(StaleOutputsTest, ThatAreSourcesStay) {
   const std::string source = world.folder.Write("out/a.jpg", "");
   std::filesystem::copy_file(Make("other.jpg"), source, std::filesystem::copy_options::overwrite_existing);
   const std::string before = world.folder.Read("out/a.jpg");
@@ -189,7 +189,7 @@ TEST_F(OlderResultsTest, ThatAreSourcesStay) {
 }
 
 // Listed twice, and broken off after the first time: its result is one of this run.
-TEST_F(OlderResultsTest, OfTheSameSourceInThisRunStay) {
+TEST_F(StaleOutputsTest, OfTheSameSourceInThisRunStay) {
   Option("CmbRotate", "1");
   const std::string path = Make("a.png", 30, 20);
   List({path, path});
@@ -204,8 +204,8 @@ TEST_F(OlderResultsTest, OfTheSameSourceInThisRunStay) {
   EXPECT_TRUE(world.folder.Exists("out/a.jpg"));
 }
 
-// It may be an output of another share.
-TEST_F(OlderResultsTest, StayInAShareAndAreTold) {
+// It may be an output of another shard.
+TEST_F(StaleOutputsTest, StayInAShardAndAreReported) {
   for (const std::uint64_t index : {0, 1}) {
     program.files.Clear();
     program.shard = {index, 2, ""};
@@ -216,12 +216,12 @@ TEST_F(OlderResultsTest, StayInAShareAndAreTold) {
     Cut();
   }
   EXPECT_EQ(Totals().none, 1u);
-  EXPECT_EQ(recorder.olderLeft, std::vector<std::string>{Out("a.jpg")});
+  EXPECT_EQ(recorder.staleOutputsLeft, std::vector<std::string>{Out("a.jpg")});
   EXPECT_EQ(world.folder.Read("out/a.jpg"), "older");
   EXPECT_FALSE(TrashUsed());
 }
 
-TEST_F(OlderResultsTest, AnOverwrittenSourceIsNone) {
+TEST_F(StaleOutputsTest, AnOverwrittenSourceIsNone) {
   Put("ChOver", "1");
   const std::string path = Make("a.png");
   List({path});
@@ -233,7 +233,7 @@ TEST_F(OlderResultsTest, AnOverwrittenSourceIsNone) {
   EXPECT_FALSE(TrashUsed());
 }
 
-TEST_F(OlderResultsTest, WorkFilesNeverGoToTheTrash) {
+TEST_F(StaleOutputsTest, WorkFilesNeverGoToTheTrash) {
   Put("ChOver", "1");
   WriteApp("Tmp2.png", "older");
   CutBroken("a.png");
@@ -243,7 +243,7 @@ TEST_F(OlderResultsTest, WorkFilesNeverGoToTheTrash) {
 
 constexpr const char* kDraft = ".a.jpg.quillon-ab3de9";
 
-TEST_F(OlderResultsTest, DraftsAreSweptFromTheOutputFolder) {
+TEST_F(StaleOutputsTest, DraftsAreSweptFromTheOutputFolder) {
   const std::string path = Make("a.bmp");
   world.folder.Write(std::string("out/") + kDraft, "torn");
   world.folder.Write("out/mine.jpg", "mine");
@@ -251,7 +251,7 @@ TEST_F(OlderResultsTest, DraftsAreSweptFromTheOutputFolder) {
   EXPECT_EQ(OutNames(), (std::vector<std::string>{"a.jpg", "mine.jpg"}));
 }
 
-TEST_F(OlderResultsTest, DraftsAreSweptFromKeptFolders) {
+TEST_F(StaleOutputsTest, DraftsAreSweptFromKeptFolders) {
   const std::string path = Make("deep/a.bmp");
   const std::string folder = "out" + world.folder.Path("in/deep");
   world.folder.Write(folder + "/" + kDraft, "torn");
@@ -260,7 +260,7 @@ TEST_F(OlderResultsTest, DraftsAreSweptFromKeptFolders) {
   EXPECT_EQ(world.folder.Names(folder), std::vector<std::string>{"a.jpg"});
 }
 
-TEST_F(OlderResultsTest, DraftsAreSweptFromTheFolderOfAnOverwrittenSource) {
+TEST_F(StaleOutputsTest, DraftsAreSweptFromTheFolderOfAnOverwrittenSource) {
   const std::string path = Make("a.bmp");
   world.folder.Write(std::string("in/") + kDraft, "torn");
   Put("ChOver", "1");
@@ -268,7 +268,7 @@ TEST_F(OlderResultsTest, DraftsAreSweptFromTheFolderOfAnOverwrittenSource) {
   EXPECT_EQ(world.folder.Names("in"), std::vector<std::string>{"a.bmp"});
 }
 
-TEST_F(OlderResultsTest, AFolderIsSweptOnce) {
+TEST_F(StaleOutputsTest, AFolderIsSweptOnce) {
   std::vector<std::string> paths;
   for (int i = 0; i < 5; ++i) paths.push_back(Make(std::to_string(i) + ".bmp", 10, 10));
   List(paths);

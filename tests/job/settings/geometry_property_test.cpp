@@ -160,7 +160,7 @@ TEST(FitToSizeProperty, LiesInsideAndTouchesTwoSides) {
     const int width = sampler.Side();
     const int height = sampler.Side();
     const Fit fit = FitToSize(picture, width, height);
-    // Where the height decided, the width is rounded back from it and may pass the limit by that rounding.
+    // If the height decided, the width is rounded back from it and may pass the limit by that rounding.
     const double slack = 0.5 * picture.width / picture.height + 0.5;
     ASSERT_LE(fit.FitW, width + slack) << "round " << i;
     ASSERT_LE(fit.FitH, height) << "round " << i;

@@ -92,7 +92,7 @@ struct RectCase {
 
 class CutRectangleTest : public ::testing::TestWithParam<RectCase> {};
 
-TEST_P(CutRectangleTest, IsAsTold) {
+TEST_P(CutRectangleTest, IsAsExpected) {
   const RectCase& c = GetParam();
   EXPECT_EQ(CutRectangle(c.parameters, c.overhang, c.picture), c.expected) << c.what;
 }
@@ -229,7 +229,7 @@ INSTANTIATE_TEST_SUITE_P(
                  {1000, 800},
                  {0, 0, 1000, 800}}));
 
-TEST(CutRectangleAfterRotation, TakesTheFixedSizeOnlyWithAFixedCut) {
+TEST(CutRectangleAfterRotation, HasTheFixedSizeOnlyWithAFixedCut) {
   CutGeometry parameters = Pixels(100, 50, 200, 100);
   parameters.TSmalS2 = 300;
   parameters.TSmalS3 = 400;
@@ -249,7 +249,7 @@ struct FormatCase {
   Rect expected;
 };
 
-TEST(FormatCutRectangle, IsAsTold) {
+TEST(FormatCutRectangle, IsAsExpected) {
   CutGeometry everything = Percent(10, 20, 77, 77);
   everything.FixW = 30;
   everything.FixH = 40;

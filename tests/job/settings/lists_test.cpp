@@ -11,7 +11,7 @@ namespace {
 
 struct PresetRow {
   const char* text;
-  int width;  // pixels at 300 dpi; 0 where there is no size
+  int width;  // pixels at 300 dpi; 0 if there is no size
   int height;
 };
 

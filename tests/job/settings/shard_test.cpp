@@ -9,31 +9,31 @@
 namespace quillon::job {
 namespace {
 
-TEST(Shard, TheWholeTakesEverything) {
+TEST(Shard, TheWholeOwnsEverything) {
   EXPECT_TRUE(Shard().Owns("a/b.jpg"));
   EXPECT_TRUE(Shard().OwnsNamed("/x/a.jpg"));
 }
 
 TEST(Shard, EachFileBelongsToOnePart) {
   for (const std::uint64_t count : {2u, 3u, 7u, 64u}) {
-    std::vector<int> taken(count);
+    std::vector<int> owned(count);
     for (int i = 0; i < 5000; ++i) {
       const std::string path = "folder/p" + std::to_string(i) + ".jpg";
-      int takers = 0;
+      int owners = 0;
       for (std::uint64_t index = 0; index < count; ++index) {
         if (!Shard{index, count, ""}.Owns(path)) continue;
-        ++takers;
-        ++taken[index];
+        ++owners;
+        ++owned[index];
       }
-      ASSERT_EQ(takers, 1) << path;
+      ASSERT_EQ(owners, 1) << path;
     }
-    for (const int files : taken) EXPECT_NEAR(files, 5000.0 / static_cast<double>(count), 130) << count;
+    for (const int files : owned) EXPECT_NEAR(files, 5000.0 / static_cast<double>(count), 130) << count;
   }
 }
 
 // Machines with other versions have to agree: these never change.
 TEST(Shard, IsTheSameEverywhere) {
-  const auto shareOf = [](const std::string& path) {
+  const auto shardOf = [](const std::string& path) {
     for (std::uint64_t index = 0; index < 16; ++index) {
       if (Shard{index, 16, ""}.Owns(path)) return static_cast<int>(index);
     }
@@ -41,7 +41,7 @@ TEST(Shard, IsTheSameEverywhere) {
   };
   const std::array<std::pair<const char*, int>, 4> known{
       {{"", 2}, {"a.jpg", 12}, {"x/照片.jpg", 14}, {"\xFF.png", 14}}};
-  for (const auto& [path, shard] : known) EXPECT_EQ(shareOf(path), shard) << path;
+  for (const auto& [path, shard] : known) EXPECT_EQ(shardOf(path), shard) << path;
 }
 
 TEST(Shard, NamedFilesAreSeenFromTheBase) {
@@ -55,19 +55,19 @@ TEST(Shard, NamedFilesAreSeenFromTheBase) {
   }
 }
 
-// Told by what they take.
-TEST(Shard, MeetWhereAFileCanBelongToBoth) {
+// Overlaps is compared with the files that both own.
+TEST(Shard, OverlapIfAFileCanBelongToBoth) {
   for (std::uint64_t count = 1; count <= 6; ++count) {
     for (std::uint64_t other = 1; other <= 6; ++other) {
       for (std::uint64_t index = 0; index < count * other; ++index) {
         const Shard one{index % count, count, ""};
         const Shard two{index / count, other, ""};
-        bool meet = false;
-        for (int i = 0; i < 2000 && !meet; ++i) {
+        bool overlap = false;
+        for (int i = 0; i < 2000 && !overlap; ++i) {
           const std::string path = std::to_string(i);
-          meet = one.Owns(path) && two.Owns(path);
+          overlap = one.Owns(path) && two.Owns(path);
         }
-        EXPECT_EQ(one.Overlaps(two), meet) << one.index << "/" << count << " " << two.index << "/" << other;
+        EXPECT_EQ(one.Overlaps(two), overlap) << one.index << "/" << count << " " << two.index << "/" << other;
       }
     }
   }
@@ -77,9 +77,9 @@ TEST(Shard, PartsOfAPartAddUpToIt) {
   const Shard shard{2, 3, ""};
   for (int i = 0; i < 500; ++i) {
     const std::string path = std::to_string(i);
-    int takers = 0;
-    for (std::uint64_t number = 0; number < 4; ++number) takers += shard.Part(number, 4).Owns(path) ? 1 : 0;
-    EXPECT_EQ(takers, shard.Owns(path) ? 1 : 0) << path;
+    int owners = 0;
+    for (std::uint64_t number = 0; number < 4; ++number) owners += shard.Part(number, 4).Owns(path) ? 1 : 0;
+    EXPECT_EQ(owners, shard.Owns(path) ? 1 : 0) << path;
   }
   for (std::uint64_t number = 0; number < 4; ++number) {
     const Shard call = shard.Part(number, 4).OfCall();

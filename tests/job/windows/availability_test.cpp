@@ -23,7 +23,7 @@ class AvailabilityTest : public OpenOptionsTest {
   }
 };
 
-TEST_F(AvailabilityTest, WhateverIsLockedTellsWhy) {
+TEST_F(AvailabilityTest, WhateverIsLockedGivesAReason) {
   WriteApp("CutMedia.dll");
   WriteApp("Aspose.pdf.dll");
   ExpectReasons("at the start");
@@ -72,7 +72,7 @@ TEST_F(AvailabilityTest, TheReasonsAreThese) {
   EXPECT_EQ(Why("MenuUnitConvert"), "请先启用“绝对裁剪”");
 }
 
-TEST_F(AvailabilityTest, ModesTellWhatTheyLeaveNoChoiceOf) {
+TEST_F(AvailabilityTest, ModesGiveTheReasonForFixedChoices) {
   WriteApp("CutMedia.dll");
   WriteApp("Aspose.pdf.dll");
   const char* noOptions = "本裁剪模式没有高级选项";
@@ -98,7 +98,7 @@ TEST_F(AvailabilityTest, ModesTellWhatTheyLeaveNoChoiceOf) {
   }
 }
 
-TEST_F(AvailabilityTest, PresetsTellWhatTheySet) {
+TEST_F(AvailabilityTest, PresetsGiveTheReasonForWhatTheySet) {
   Put("ChFixCut", "1");
   EXPECT_EQ(Why("FBaseOpt.ChKeepCut"), "“固定裁剪”启用时，本项随之启用");
   Put("CmbKeepCut", "6");
@@ -111,7 +111,7 @@ TEST_F(AvailabilityTest, PresetsTellWhatTheySet) {
   }
 }
 
-TEST_F(AvailabilityTest, FrameOnlyTellsThatNothingElseCounts) {
+TEST_F(AvailabilityTest, FrameOnlyGivesTheReasonThatNothingElseCounts) {
   Put("FBaseOpt.ChAddBoard", "1");
   Put("FBaseOpt.ChFrmOnly", "1");
   for (const char* name : {"ChFixCut", "FBaseOpt.CmbRotate", "FBaseOpt.TAngle", "FBaseOpt.ChToGray",
@@ -120,7 +120,7 @@ TEST_F(AvailabilityTest, FrameOnlyTellsThatNothingElseCounts) {
   }
 }
 
-TEST_F(AvailabilityTest, ARefusedEditTellsTheReason) {
+TEST_F(AvailabilityTest, ARefusedEditGivesTheReason) {
   EXPECT_EQ(form.TQuality.UserEdit("50").refusal, "Form1.TQuality 当前不可用：请先启用“压缩”");
 }
 

@@ -200,7 +200,7 @@ TEST_F(IntakeTest, RowsAppearAsTheyCome) {
   EXPECT_NE(std::find(counts.begin(), counts.end(), 4u), counts.end());
 }
 
-TEST_F(IntakeTest, TitlesTellTheCountNowAndThen) {
+TEST_F(IntakeTest, TitlesShowTheCountNowAndThen) {
   for (int i = 0; i < 30; ++i) Make(std::to_string(i) + ".bmp", 10, 10);
   WatchTitles();
   List({world.folder.Path("in")});
@@ -267,7 +267,7 @@ TEST_F(IntakeTest, SmallPicturesAreLeftOut) {
   EXPECT_EQ(program.files.RowCount(), 2u);
 }
 
-TEST_F(IntakeTest, AFilterThatLetsNothingThroughIsTold) {
+TEST_F(IntakeTest, AFilterThatAcceptsNothingIsReported) {
   options.Load();
   Put("FBaseOpt.ChFilter", "1");
   Put("FBaseOpt.TSmalS(0)", "100000");
@@ -299,7 +299,7 @@ TEST_F(IntakeTest, PagedModesAskForTheirEngine) {
   }
 }
 
-TEST_F(IntakeTest, PagedModesTakeFilesOfSeveralPages) {
+TEST_F(IntakeTest, PagedModesAcceptFilesOfSeveralPages) {
   PageNumbers counter;
   program.pageCounter = &counter;
   form.CmbCutMode.SetHandler({});
@@ -323,7 +323,7 @@ TEST_F(IntakeTest, PagedModesTakeFilesOfSeveralPages) {
   EXPECT_EQ(counter.asked[1].dpi, 200);
 }
 
-TEST_F(IntakeTest, ATiffOfOnePageIsNotTaken) {
+TEST_F(IntakeTest, ATiffOfOnePageIsNotListed) {
   PageNumbers counter;
   program.pageCounter = &counter;
   form.CmbCutMode.SetHandler({});
@@ -395,7 +395,7 @@ TEST_F(IntakeTest, DroppedFoldersAreWalkedWithTheirSubfolders) {
   EXPECT_EQ(Names(), (std::vector<std::string>{"a.jpg", "b.jpg", "lone.png"}));
 }
 
-TEST_F(IntakeTest, FilesOfACommandLineAreNamedWhenTheyAreNotTaken) {
+TEST_F(IntakeTest, FilesOfACommandLineAreReportedIfTheyAreNotListed) {
   const std::string text = Broken("notes.txt");
   List({world.folder.Path("in/missing.jpg"), text, Make("a.jpg")});
   EXPECT_EQ(Names(), std::vector<std::string>{"a.jpg"});
@@ -528,7 +528,7 @@ TEST_F(SharedIntakeTest, ResultsOfOthersAreNotListed) {
   EXPECT_EQ(ListShares({world.folder.Path("in")}).size(), 9u) << "nothing goes to the output folder";
 }
 
-TEST_F(SharedIntakeTest, AFolderThatTakesTheResultsIsRefusedOnce) {
+TEST_F(SharedIntakeTest, AFolderThatReceivesTheResultsIsRefusedOnce) {
   Put("LOutDir", world.folder.Path("in"));
   EXPECT_TRUE(ListShares({world.folder.Path("in")}).empty());
   ASSERT_EQ(recorder.notListed.size(), 1u);
@@ -565,7 +565,7 @@ TEST_F(SharedIntakeTest, OnlyNamedFilesMayGetAnotherNameBesideThem) {
   }
 }
 
-TEST_F(SharedIntakeTest, FilesOfAFolderGoTogetherWhereOneOfThemIsHandled) {
+TEST_F(SharedIntakeTest, FilesOfAFolderGoTogetherIfOneOfThemIsHandled) {
   Option("ChOmitFolds", "1");
   for (const std::uint64_t index : {0, 1, 2, 3}) {
     program.shard = {index, 4, world.folder.Path()};

@@ -139,7 +139,7 @@ TEST_F(MarginsTest, TheFrameIsShownAtTheScaleOfThePreview) {
   EXPECT_EQ(Frame(), (PreviewFrame{10, 20, 360, 140}));
 }
 
-TEST_F(MarginsTest, TooltipsTellTheShareOfThePicture) {
+TEST_F(MarginsTest, TooltipsShowThePercentageOfThePicture) {
   ShowArea(400, 200);
   PutMargins("10", "20", "30", "40");
   EXPECT_EQ(form.TCutValue[0].Tooltip(), "2.5%");
@@ -227,7 +227,7 @@ TEST_F(MarginsTest, TheFixedSizeIsMirroredInTheFlags) {
   EXPECT_EQ(flags.FixH, 100);
 }
 
-TEST_F(MarginsTest, TheOptionsTakeTheFixedSizeCrosswiseOnceLoaded) {
+TEST_F(MarginsTest, TheOptionsCopyTheFixedSizeCrosswiseOnceLoaded) {
   Put("ChFixCut", "1");
   Put("TFixWH(0)", "200");
   EXPECT_EQ(Value("FBaseOpt.TSmalS(3)"), "1000");
@@ -243,7 +243,7 @@ TEST_F(MarginsTest, TheOptionsTakeTheFixedSizeCrosswiseOnceLoaded) {
   EXPECT_EQ(Value("TFixWH(1)"), "101");
 }
 
-TEST_F(MarginsTest, TheFixedSizeTakesTheOptionsCrosswise) {
+TEST_F(MarginsTest, TheFixedSizeCopiesTheOptionsCrosswise) {
   options.Load();
   Put("FBaseOpt.TSmalS(2)", "500");
   EXPECT_EQ(Value("TFixWH(0)"), "1000");
@@ -257,7 +257,7 @@ TEST_F(MarginsTest, TheFixedSizeTakesTheOptionsCrosswise) {
   EXPECT_EQ(flags.FixW, 400);
 }
 
-TEST_F(MarginsTest, TheUnitConverterTakesTheSideThatChanged) {
+TEST_F(MarginsTest, TheUnitConverterReceivesTheSideThatChanged) {
   controls::Window converter("FConverter", "");
   controls::TextBox pixels(converter, "TPexil", {}, "800", controls::Content::Number);
   program.windows.Add(converter);
@@ -301,7 +301,7 @@ TEST_F(MarginsTest, BothSidesOfAFreshMirrorChangeOnce) {
             (std::vector<std::string>{"FBaseOpt.TSmalS(2)=500", "Form1.TFixWH(0)=1000", "Form1.TFixWH(1)=500"}));
 }
 
-TEST_F(MarginsTest, AFreshMirrorTakesBothSidesAtOnce) {
+TEST_F(MarginsTest, AFreshMirrorCopiesBothSidesAtOnce) {
   options.Load();
   Put("ChFixCut", "1");
   std::vector<std::string> changed;
@@ -428,10 +428,10 @@ TEST_F(MarginsTest, TheReductionOfAHugePictureCanBeStopped) {
 TEST_F(MarginsTest, AZoomBeforeTheCutShowsTheZoomedSize) {
   ShowArea(400, 200);
   options.Load();
-  int told = 0;
-  preview.SetObserver([&told] { ++told; });
+  int notified = 0;
+  preview.SetObserver([&notified] { ++notified; });
   Put("FBaseOpt.CmbZoom", "50%");
-  EXPECT_EQ(told, 0);
+  EXPECT_EQ(notified, 0);
   Put("FBaseOpt.ChZoomAndCut", "1");
   EXPECT_EQ(preview.Picture(), (base::Size{200, 100}));
   EXPECT_EQ(form.TCutValue[0].MaxText(), "200");
@@ -480,29 +480,29 @@ TEST_F(MarginsTest, ParametersWithEverythingOff) {
   EXPECT_EQ(read.FixH, 1630);
 }
 
-TEST(Preview, TellsOfEveryChangeAndOfNothingElse) {
+TEST(Preview, NotifiesOfEveryChangeAndOfNothingElse) {
   Preview preview;
-  int told = 0;
-  preview.SetObserver([&told] { ++told; });
+  int notified = 0;
+  preview.SetObserver([&notified] { ++notified; });
   preview.ShowPicture("a", {10, 20});
-  EXPECT_EQ(told, 1);
+  EXPECT_EQ(notified, 1);
   preview.ShowPicture("a", {10, 20});  // the file may hold another picture by now
-  EXPECT_EQ(told, 2);
+  EXPECT_EQ(notified, 2);
   preview.SetScale(2);
   preview.SetScale(2);
   preview.SetScale(0);
-  EXPECT_EQ(told, 3);
+  EXPECT_EQ(notified, 3);
   EXPECT_EQ(preview.Scale(), 2);
   preview.SetFrame({2, 4, 6, 8});
   preview.SetPictureFrame({1, 2, 3, 4});
-  EXPECT_EQ(told, 4);
+  EXPECT_EQ(notified, 4);
   EXPECT_EQ(preview.Frame(), (PreviewFrame{2, 4, 6, 8}));
   preview.SetShape(1);
   preview.SetShape(1);
-  EXPECT_EQ(told, 5);
+  EXPECT_EQ(notified, 5);
   preview.SetBorderStyle(15);
   preview.SetBorderStyle(15);
-  EXPECT_EQ(told, 6);
+  EXPECT_EQ(notified, 6);
 }
 
 }  // namespace

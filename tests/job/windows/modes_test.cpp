@@ -71,7 +71,7 @@ TEST_F(ModesTest, ModesWithoutTheirResourceAskAndAreLeft) {
   }
 }
 
-TEST_F(ModesTest, TheModeIsLeftBehindTheQuestion) {
+TEST_F(ModesTest, TheModeIsLeftAfterTheQuestion) {
   std::string asked;
   world.boxes.OnShow([&](const host::Box&) { asked = Value("CmbCutMode"); });
   Put("CmbCutMode", "3");
@@ -121,7 +121,7 @@ TEST_F(ModesTest, ModesForceTheOutputType) {
   EXPECT_EQ(Questions(), 0);
 }
 
-TEST_F(ModesTest, PdfGoesWithItsModeWhereNothingElseMakesIt) {
+TEST_F(ModesTest, PdfGoesWithItsModeIfNothingElseMakesIt) {
   GiveResources();
   Put("CmbCutMode", "3");
   Put("CmbCutMode", "0");
@@ -222,7 +222,7 @@ TEST_F(ModesTest, RoundShapesOpenTheirWindowAndOthersHideIt) {
   EXPECT_EQ(Questions(), 0);
 }
 
-TEST_F(ModesTest, TheFrameTakesTheShapeOnlyWhileThePreviewIsVisible) {
+TEST_F(ModesTest, TheFrameFollowsTheShapeOnlyWhileThePreviewIsVisible) {
   program.fCutPre.Hide();
   Put("CmbCutStyle", "1");
   EXPECT_EQ(program.fCutPre.preview.Shape(), 0);

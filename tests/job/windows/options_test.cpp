@@ -366,7 +366,7 @@ TEST_F(UnloadedOptionsTest, OpeningThemKeepsWhatTheMainWindowSays) {
   EXPECT_EQ(Value("FBaseOpt.ChAutoCenter"), "1");
 }
 
-TEST_F(UnloadedOptionsTest, OpeningThemLeavesTheResolutionWhereTheyNameNone) {
+TEST_F(UnloadedOptionsTest, OpeningThemLeavesTheResolutionIfTheyNameNone) {
   Put("CmbDPI", "600");
   options.Load();
   EXPECT_EQ(flags.OutDpi, 600);

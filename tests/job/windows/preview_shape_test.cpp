@@ -107,7 +107,7 @@ TEST_F(OutlookTest, AnotherResolutionScalesTheBorder) {
   EXPECT_EQ(preview.Board().left, 118);
 }
 
-TEST_F(OutlookTest, AZoomBehindTheCutMakesTheBorderLookThinner) {
+TEST_F(OutlookTest, AZoomAfterTheCutMakesTheBorderLookThinner) {
   flags.OutDpi = 0;
   Put("FBaseOpt.ChAddBoard", "1");
   Put("FBaseOpt.TBoard(0)", "10");
@@ -151,20 +151,20 @@ TEST_F(OutlookTest, APictureThatIsShownAsItIsKeepsItsShape) {
   EXPECT_EQ(preview.Picture(), (base::Size{200, 400}));
 }
 
-TEST(PreviewShape, AnotherShapeIsToldOnce) {
+TEST(PreviewShape, AnotherShapeIsReportedOnce) {
   Preview preview;
   preview.ShowPicture("a", {30, 20});
-  int told = 0;
-  preview.SetObserver([&told] { ++told; });
+  int notified = 0;
+  preview.SetObserver([&notified] { ++notified; });
   preview.Reshape({30, 20}, 0);
-  EXPECT_EQ(told, 0);
+  EXPECT_EQ(notified, 0);
   preview.Reshape({30, 20}, 90);
   preview.Reshape({30, 20}, 90);
-  EXPECT_EQ(told, 1);
+  EXPECT_EQ(notified, 1);
   EXPECT_EQ(preview.Picture(), (base::Size{20, 30}));
   preview.SetBoard({1, 0, 0, 0});
   preview.SetBoard({1, 0, 0, 0});
-  EXPECT_EQ(told, 2);
+  EXPECT_EQ(notified, 2);
   preview.ShowPicture("b", {30, 20});
   EXPECT_EQ(preview.Angle(), 0);
 }

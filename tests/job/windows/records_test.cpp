@@ -179,7 +179,7 @@ TEST_F(RecordsTest, Limits) {
   }
 }
 
-TEST_F(RecordsTest, NumberBoxesTakeNumbersOnly) {
+TEST_F(RecordsTest, NumberBoxesAcceptNumbersOnly) {
   for (const char* name : {"TCutValue(0)", "FBaseOpt.TBoard(1)"}) {
     EXPECT_TRUE(program.windows.Find(name)->UserEdit("2.5").Accepted()) << name;
     EXPECT_FALSE(program.windows.Find(name)->UserEdit("abc").Accepted()) << name;

@@ -53,9 +53,9 @@ class MemoryJournals final : public host::Journals {
       for (const auto& [place, value] : values_) count += place.second == key;
       return count;
     }
-    void Each(const std::string& key, const std::function<void(const std::string&)>& take) override {
+    void Each(const std::string& key, const std::function<void(const std::string&)>& visit) override {
       for (const auto& [place, value] : values_) {
-        if (place.second == key) take(place.first);
+        if (place.second == key) visit(place.first);
       }
     }
     void Commit() override {}
@@ -115,7 +115,7 @@ class DecisionsTest : public RegionsTest {
   std::function<void()> act_;
 };
 
-TEST_F(DecisionsTest, AStoppedRunIsGoneOnWithWhereItStood) {
+TEST_F(DecisionsTest, AStoppedRunIsResumedAtTheSamePicture) {
   Run(3);
   EXPECT_EQ(asked_.size(), 3u);
   EXPECT_EQ(Boxes(kQuestion), 0);
@@ -217,7 +217,7 @@ TEST_F(DecisionsTest, PicturesOnADiskThatNumbersItsFilesAnewAreKnown) {
   }
 }
 
-// A disk may give a cut of the same size the times of its source; only the number tells that it was replaced.
+// A disk may give a cut of the same size the times of its source; only the inode shows that it was replaced.
 TEST_F(DecisionsTest, ACutThatLooksLikeItsSourceIsNotCutAgain) {
   form.ChOver.Set(true);
   Run(3);
@@ -321,7 +321,7 @@ class FolderDecisionsTest : public DecisionsTest {
   std::vector<std::string> order_;
 };
 
-TEST_F(FolderDecisionsTest, AStoppedWalkIsGoneOnWithWhereItStood) {
+TEST_F(FolderDecisionsTest, AStoppedWalkIsResumedAtTheSamePicture) {
   StopAtThird();
   EXPECT_EQ(KeptJournals(), 1u);
   world.boxes.Answer(kFolderQuestion, Reply::Yes);

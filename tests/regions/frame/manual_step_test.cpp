@@ -259,7 +259,7 @@ TEST_F(ManualStepTest, ATurnKeepsTheResolution) {
   EXPECT_EQ(recorder.done.size(), 1u);
 }
 
-TEST_F(ManualStepTest, ATurnThatIsTakenBackChangesNothing) {
+TEST_F(ManualStepTest, ATurnThatIsUndoneChangesNothing) {
   world.boxes.Answer(kRotate, Reply::Cancel);
   AtPicture(1, [&] {
     cutPre.CmdRot90.UserClick();
@@ -345,7 +345,7 @@ TEST_F(ManualStepTest, WhatIsLargerThanMayBeShownIsReducedForTheEyeAlone) {
   EXPECT_EQ(Read(Out("a.bmp")).At(4999, 19), Slope(4999, 19));
 }
 
-TEST_F(ManualStepTest, TheWorkerReducesItWhereThereIsOne) {
+TEST_F(ManualStepTest, TheWorkerReducesItIfThereIsOne) {
   WriteApp("PicCutConverter.dll");
   std::string order;
   world.shell.OnStart([&](const host::testing::RecordingShell::Started&) {
@@ -554,18 +554,18 @@ TEST_F(ManualStepTest, AWalkStopsAtEachPictureToo) {
   Put("LInDir", world.folder.Path("in"));
   for (const char* name : {"a.bmp", "b.bmp"}) Make(name, 100, 80);
   std::vector<std::string> shown;
-  const auto look = [&] {
+  const auto recordShown = [&] {
     EXPECT_EQ(cutPre.Title(), kAsk);
     EXPECT_EQ(cutPre.preview.Path(), flags.CurrentImagePath);
     shown.push_back(flags.CurrentImagePath);
   };
   AtPicture(1, [&] {
-    look();
+    recordShown();
     Drag({20, 8}, {70, 40});
     cutPre.CmdNext.UserClick();
   });
   AtPicture(2, [&] {
-    look();
+    recordShown();
     EXPECT_EQ(Frame(), (PreviewFrame{20, 8, 50, 32})) << "that of the picture before";
     cutPre.CmdNotCut.UserClick();
   });

@@ -17,7 +17,7 @@ TEST(Clt, IsWrittenWithTabsAndBothLineEnds) {
   EXPECT_EQ(WriteClt(Unit::Percent, {}), "D\r\n");
 }
 
-TEST(Clt, TheFirstLineTellsTheUnitAndIsNoRegion) {
+TEST(Clt, TheFirstLineIsTheUnitAndNoRegion) {
   EXPECT_EQ(ReadClt("R\r\n1\t2\t3\t4\r\n").unit, Unit::Pixels);
   for (const char* first : {"r", "D", "R ", " R", "", "1\t2\t3\t4", "RR"}) {
     const CltFile file = ReadClt(std::string(first) + "\r\n5\t6\t7\t8\r\n");
@@ -29,7 +29,7 @@ TEST(Clt, TheFirstLineTellsTheUnitAndIsNoRegion) {
   EXPECT_TRUE(ReadClt("").lines.empty());
 }
 
-TEST(Clt, TakesEveryEndOfALine) {
+TEST(Clt, AcceptsEveryEndOfALine) {
   for (const char* text : {"R\r\na\r\nb\r\n", "R\r\na\r\nb", "R\na\nb\n", "R\na\nb", "R\ra\rb", "R\na\r\nb\r"}) {
     const CltFile file = ReadClt(text);
     EXPECT_EQ(file.unit, Unit::Pixels) << text;
@@ -51,7 +51,7 @@ TEST(Clt, BytesOfOtherCodePagesStayWhatTheyAre) {
   EXPECT_EQ(WriteClt(Unit::Pixels, {FieldsOf(file.lines[0])}), "R\r\n" + gbk + "\t\t\r\n");
 }
 
-TEST(Clt, TakesManyAndLongLines) {
+TEST(Clt, AcceptsManyAndLongLines) {
   std::string text = "R\r\n";
   for (int i = 0; i < 500; ++i) text += std::to_string(i) + "\t1\t2\t3\r\n";
   EXPECT_EQ(ReadClt(text).lines.size(), 500u);

@@ -175,7 +175,7 @@ TEST_F(MultiCutTest, FewerThanTwoRegionsAreNotCut) {
   EXPECT_TRUE(recorder.started.empty());
 }
 
-TEST_F(MultiCutTest, RegionsThatLeaveNothingAreToldInTheRow) {
+TEST_F(MultiCutTest, RegionsThatLeaveNothingAreReportedInTheRow) {
   Regions("D\r\n0\t60\t60\t0\r\n0\t0\t50\t50\r\n101\t0\t0\t0\r\n");
   CutRegionsOf({Make("a.bmp", 200, 100)});
   EXPECT_EQ(OutNames(), (std::vector<std::string>{"a_裁剪区域2.bmp"}));
@@ -214,7 +214,7 @@ TEST_F(MultiCutTest, MalformedRowsCountAsNought) {
   EXPECT_EQ(SizeOf(Out("a_裁剪区域1.bmp")), (base::Size{100, 80}));
 }
 
-TEST_F(MultiCutTest, AReplacedOrLostSourceIsTold) {
+TEST_F(MultiCutTest, AReplacedOrLostSourceIsReported) {
   Regions("R\r\n10\t20\t30\t15\r\n0\t0\t60\t50\r\n");
   List({Make("a.bmp", 100, 80), Make("b.bmp", 100, 80), Make("c.bmp", 100, 80)});
   Make("a.bmp", 60, 50);
@@ -239,33 +239,33 @@ TEST_F(MultiCutTest, AnotherListedPictureIsNotWrittenOver) {
   EXPECT_EQ(Totals().written, 3u);
 }
 
-TEST_F(MultiCutTest, TheStatusTellsRegionAndPicture) {
+TEST_F(MultiCutTest, TheStatusShowsRegionAndPicture) {
   Regions("R\r\n10\t20\t30\t15\r\n0\t0\t60\t50\r\n");
-  std::vector<std::string> told;
+  std::vector<std::string> texts;
   form.Observe([&](controls::Control& control, controls::Aspect aspect) {
-    if (&control == &form.LStatus && aspect == controls::Aspect::Value) told.push_back(form.LStatus.Value());
+    if (&control == &form.LStatus && aspect == controls::Aspect::Value) texts.push_back(form.LStatus.Value());
   });
   List({Make("a.bmp"), Make("b.bmp")});
   const std::string normal = program.files.StatusText();
-  told.clear();
+  texts.clear();
   CutListed();
-  EXPECT_EQ(told, (std::vector<std::string>{normal + "  正在裁剪1/2 之1/2", normal + "  正在裁剪2/2 之1/2",
-                                            normal + "  正在裁剪1/2 之2/2", normal + "  正在裁剪2/2 之2/2", normal}));
+  EXPECT_EQ(texts, (std::vector<std::string>{normal + "  正在裁剪1/2 之1/2", normal + "  正在裁剪2/2 之1/2",
+                                             normal + "  正在裁剪1/2 之2/2", normal + "  正在裁剪2/2 之2/2", normal}));
 }
 
 TEST_F(MultiCutTest, TheInterfaceIsLockedForTheRun) {
   Regions("R\r\n10\t20\t30\t15\r\n0\t0\t60\t50\r\n");
   options.Load();
-  int looks = 0;
+  int checked = 0;
   recorder.onFileDone = [&](const job::FileResult&) {
     for (const char* name : {"FMultCut.CmdAdd", "FMultCut.CmdCancel", "FMultCut.MSFlexGrid1", "FMultCut.CmdOk",
                              "FMultCut.CmdInput", "FMultCut.CmdOut", "Frame1", "MSF", "MenuFiles", "FBaseOpt.ChFilter"})
       EXPECT_FALSE(Enabled(name)) << name;
     EXPECT_TRUE(Enabled("MenuStop"));
-    ++looks;
+    ++checked;
   };
   CutRegionsOf({Make("a.bmp")});
-  EXPECT_EQ(looks, 2);
+  EXPECT_EQ(checked, 2);
   for (const char* name : {"FMultCut.CmdAdd", "FMultCut.CmdCancel", "FMultCut.MSFlexGrid1", "FMultCut.CmdOk",
                            "FMultCut.CmdInput", "FMultCut.CmdOut", "Frame1", "MSF", "MenuFiles", "FBaseOpt.ChFilter"})
     EXPECT_TRUE(Enabled(name)) << name;
@@ -283,12 +283,12 @@ TEST_F(MultiCutTest, AStopEndsBothLoopsAndCountsTheRest) {
   EXPECT_TRUE(Totals().stopped);
 }
 
-TEST_F(MultiCutTest, ADiskThatDoesNotAnswerIsToldForEachRegion) {
+TEST_F(MultiCutTest, ADiskThatDoesNotAnswerIsReportedForEachRegion) {
   Regions("R\r\n0\t0\t60\t50\r\n0\t0\t10\t10\r\n");
   List({Make("x/a.bmp", 100, 80), Make("y/b.bmp", 100, 80), Make("z/c.bmp", 100, 80)});
   world.clock.Advance(1);
   job::DeadDisk dead;
-  dead.Take(world.faults, host::testing::DiskCall::OpenRead, "b.bmp");
+  dead.HangAt(world.faults, host::testing::DiskCall::OpenRead, "b.bmp");
   world.pump.EveryTurn([&] {
     if (host::testing::OtherThreadsWait()) world.clock.Advance(1);
   });
@@ -300,7 +300,7 @@ TEST_F(MultiCutTest, ADiskThatDoesNotAnswerIsToldForEachRegion) {
 }
 
 // And again for each further region.
-TEST_F(MultiCutTest, EachPictureIsToldAtItsBegin) {
+TEST_F(MultiCutTest, EachPictureIsReportedBeforeItIsCut) {
   Regions("R\r\n0\t0\t60\t50\r\n0\t0\t10\t10\r\n");
   const std::string a = Make("a.bmp", 100, 80);
   const std::string b = Make("b.bmp", 100, 80);
@@ -383,14 +383,14 @@ class LargeMultiCutTest : public MultiCutTest {
 };
 
 TEST_F(LargeMultiCutTest, TheFolderIsWalked) {
-  std::vector<std::string> told;
+  std::vector<std::string> texts;
   form.Observe([&](controls::Control& control, controls::Aspect aspect) {
-    if (&control == &form.LStatus && aspect == controls::Aspect::Value) told.push_back(form.LStatus.Value());
+    if (&control == &form.LStatus && aspect == controls::Aspect::Value) texts.push_back(form.LStatus.Value());
   });
   CutListed();
   EXPECT_EQ(OutNames(), (std::vector<std::string>{"a_裁剪区域1.bmp", "a_裁剪区域2.bmp"}));
   EXPECT_EQ(SizeOf(Out("a_裁剪区域2.bmp")), (base::Size{20, 15}));
-  EXPECT_EQ(told, (std::vector<std::string>{"  正在裁剪1/2，已处理1", "  正在裁剪2/2，已处理1", ""}));
+  EXPECT_EQ(texts, (std::vector<std::string>{"  正在裁剪1/2，已处理1", "  正在裁剪2/2，已处理1", ""}));
   EXPECT_EQ(Totals().planned, 2u);
   EXPECT_EQ(Totals().written, 2u);
 }
@@ -456,7 +456,7 @@ TEST_F(LargeMultiCutTest, ResultsOfAStoppedRunAreNotCutAgain) {
 }
 
 // One region of a picture fails; the result of the other is still one of this run beyond a checkpoint.
-TEST_F(LargeMultiCutTest, AResultBesideAFailedRegionIsNoOlderResult) {
+TEST_F(LargeMultiCutTest, AResultBesideAFailedRegionIsNoStaleOutput) {
   host::posix::SqliteJournals journals(world.folder.Path("journals"));
   program.journals = &journals;
   form.ChSubFold.Set(true);
@@ -476,7 +476,7 @@ TEST_F(LargeMultiCutTest, AResultBesideAFailedRegionIsNoOlderResult) {
   }
 }
 
-TEST_F(LargeMultiCutTest, NoShareIsCutIntoTheInputFolder) {
+TEST_F(LargeMultiCutTest, NoShardIsCutIntoTheInputFolder) {
   form.LOutDir.SetText(world.folder.Path("in"));
   program.shard = {0, 2, ""};
   CutListed();
@@ -486,9 +486,9 @@ TEST_F(LargeMultiCutTest, NoShareIsCutIntoTheInputFolder) {
 
 TEST_F(LargeMultiCutTest, AFurtherFileCanBeCutMeanwhile) {
   const std::string further = Make("sub/b.bmp", 60, 50);
-  std::vector<std::string> told;
+  std::vector<std::string> texts;
   form.Observe([&](controls::Control& control, controls::Aspect aspect) {
-    if (&control == &form.LStatus && aspect == controls::Aspect::Value) told.push_back(form.LStatus.Value());
+    if (&control == &form.LStatus && aspect == controls::Aspect::Value) texts.push_back(form.LStatus.Value());
   });
   bool once = true;
   recorder.onFileDone = [&](const job::FileResult&) {
@@ -497,7 +497,7 @@ TEST_F(LargeMultiCutTest, AFurtherFileCanBeCutMeanwhile) {
   CutListed();
   EXPECT_EQ(OutNames().size(), 4u);
   EXPECT_EQ(SizeOf(Out("b_裁剪区域2.bmp")), (base::Size{30, 25}));
-  EXPECT_NE(std::find(told.begin(), told.end(), "  正在裁剪2/2，已处理7"), told.end());
+  EXPECT_NE(std::find(texts.begin(), texts.end(), "  正在裁剪2/2，已处理7"), texts.end());
   EXPECT_EQ(Totals().written, 4u);
 }
 

@@ -121,7 +121,7 @@ TEST_F(RegionListTest, ADoubleClickRemovesTheRowAndItsKey) {
   EXPECT_EQ(Count(), 0u);
 }
 
-TEST_F(RegionListTest, RemovingTakesTheTextOutOfTheKeysWhereverItStands) {
+TEST_F(RegionListTest, RemovingRemovesEveryOccurrenceFromTheKeys) {
   Import(Clt("a.clt", "R\r\n1\t1\t1\t1\r\n21\t1\t1\t13\r\n"));
   ASSERT_EQ(Count(), 2u);
   window.MSFlexGrid1.Select(1);
@@ -169,7 +169,7 @@ TEST_F(RegionListTest, SavingWithoutANameOrRegionsDoesNothing) {
   EXPECT_EQ(world.boxes.Beeps(), 1);
 }
 
-TEST_F(RegionListTest, AFailedSaveIsToldAndAFullDiskAskedAbout) {
+TEST_F(RegionListTest, AFailedSaveIsReportedAndAFullDiskAskedAbout) {
   AddRegion(10, 20, 30, 40);
   world.dialogs.ChooseFiles({world.folder.Path("none/list.clt")});
   Click("FMultCut.CmdOut");
@@ -233,7 +233,7 @@ TEST_F(RegionListTest, MalformedLinesAreShownAsTheyStand) {
   EXPECT_EQ(world.folder.Read("b.clt"), "R\r\n\xD7\xA2\xCA\xCD\t\t\t\r\n" + longLine + "\t\t\t\r\n1\t2\t\t\r\n");
 }
 
-TEST_F(RegionListTest, AnUnreadableListIsTold) {
+TEST_F(RegionListTest, AnUnreadableListIsReported) {
   AddRegion(10, 20, 30, 40);
   const std::string path = Clt("a.clt", "R\r\n");
   world.faults.Set({.call = host::testing::DiskCall::Read, .error = EIO, .pathHolds = "a.clt"});
@@ -265,12 +265,12 @@ TEST_F(RegionListTest, RegionsArePickedAndMovedOverThePreview) {
   EXPECT_EQ(Row(0), "20\t20\t40\t40");
 }
 
-TEST_F(RegionListTest, AMovedRegionTellsThePreview) {
+TEST_F(RegionListTest, AMovedRegionNotifiesThePreview) {
   AddRegion(0, 0, 200, 100);
-  int told = 0;
-  program.fCutPre.preview.SetObserver([&] { ++told; });
+  int notified = 0;
+  program.fCutPre.preview.SetObserver([&] { ++notified; });
   window.Editor().Move(0, 5, 5);
-  EXPECT_GT(told, 0);
+  EXPECT_GT(notified, 0);
   program.fCutPre.preview.SetObserver({});
 }
 

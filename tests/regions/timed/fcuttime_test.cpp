@@ -215,8 +215,8 @@ TEST_F(StopTest, CancelGoesOnWatching) {
   EXPECT_EQ(Boxes("终止定时裁剪？"), 2);
 }
 
-// Two looks, half a second apart, then the cut.
-TEST_F(CutTimeTest, TheFolderIsLookedAtTwiceASecond) {
+// Two polls, half a second apart, then the cut.
+TEST_F(CutTimeTest, TheFolderIsPolledTwiceASecond) {
   double made = 0;
   double cut = 0;
   recorder.onFileDone = [&](const job::FileResult&) { cut = world.clock.Seconds(); };
@@ -494,7 +494,7 @@ TEST_F(CutTimeTest, ARegionThatLeavesNothingLeavesTheSource) {
   EXPECT_EQ(recorder.done[0].result, job::Result::None);
 }
 
-TEST_F(CutTimeTest, AFolderThatGoesIsToldAndWaitedFor) {
+TEST_F(CutTimeTest, AFolderThatDisappearsIsReportedAndWaitedFor) {
   int turns = 0;
   WatchUntil([&] {
     ++turns;
@@ -524,7 +524,7 @@ TEST_F(CutTimeTest, ADeletedFolderIsWaitedFor) {
   EXPECT_EQ(SizeOf(In("a.bmp")), (base::Size{50, 30}));
 }
 
-TEST_F(CutTimeTest, AMissingFolderIsToldAndNothingStarts) {
+TEST_F(CutTimeTest, AMissingFolderIsReportedAndNothingStarts) {
   Put("FCutTime.LDir", "/nowhere");
   Click("FCutTime.CmdDo");
   EXPECT_EQ(Boxes("工作目录不存在：/nowhere"), 1);

@@ -16,22 +16,22 @@ namespace {
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-class FolderLooksTest : public testing::Test {
+class FolderPollerTest : public testing::Test {
  protected:
   void SetUp() override { ASSERT_TRUE(world_.files.MakeFolders(world_.folder.Path("in"))); }
   void Write(const std::string& name, const std::string& content = "x") { world_.folder.Write("in/" + name, content); }
   std::vector<std::string> Poll() {
     world_.clock.Advance(0.5);
-    return looks_.Poll();
+    return poller_.Poll();
   }
   int Listings() { return world_.faults.Count(host::testing::DiskCall::List); }
 
   host::testing::TestHost world_;
-  FolderPoller looks_{world_.host, world_.folder.Path("in"),
-                      [](const std::string& name) { return name.ends_with(".jpg"); }};
+  FolderPoller poller_{world_.host, world_.folder.Path("in"),
+                       [](const std::string& name) { return name.ends_with(".jpg"); }};
 };
 
-TEST_F(FolderLooksTest, AFileIsReadyWhenTwoLooksFoundItAlike) {
+TEST_F(FolderPollerTest, AFileIsReadyIfTwoPollsFoundItUnchanged) {
   Write("b.jpg");
   Write("a.jpg");
   Write("c.txt");
@@ -40,7 +40,7 @@ TEST_F(FolderLooksTest, AFileIsReadyWhenTwoLooksFoundItAlike) {
   EXPECT_THAT(Poll(), ElementsAre("a.jpg", "b.jpg"));
 }
 
-TEST_F(FolderLooksTest, AGrowingFileIsWaitedFor) {
+TEST_F(FolderPollerTest, AGrowingFileIsWaitedFor) {
   Write("a.jpg", "1");
   Poll();
   Write("a.jpg", "12");
@@ -50,23 +50,23 @@ TEST_F(FolderLooksTest, AGrowingFileIsWaitedFor) {
   EXPECT_THAT(Poll(), ElementsAre("a.jpg"));
 }
 
-TEST_F(FolderLooksTest, ATakenNameStaysTakenWhateverComesUnderIt) {
+TEST_F(FolderPollerTest, AHandledNameStaysHandledForEveryLaterFile) {
   Write("a.jpg");
   Poll();
   Poll();
-  looks_.Take("a.jpg");
-  EXPECT_THAT(looks_.SeenNames(), ElementsAre("a.jpg"));
+  poller_.MarkHandled("a.jpg");
+  EXPECT_THAT(poller_.SeenNames(), ElementsAre("a.jpg"));
   EXPECT_THAT(Poll(), IsEmpty());
   Write("a.jpg", "another");
   EXPECT_THAT(Poll(), IsEmpty());
   EXPECT_THAT(Poll(), IsEmpty());
 }
 
-TEST_F(FolderLooksTest, ARefusedFileIsReadyAgainOnceItChangedAndSettled) {
+TEST_F(FolderPollerTest, ARefusedFileIsReadyAgainOnceItChangedAndSettled) {
   Write("a.jpg", "half");
   Poll();
   EXPECT_THAT(Poll(), ElementsAre("a.jpg"));
-  looks_.Refuse("a.jpg");
+  poller_.Refuse("a.jpg");
   EXPECT_THAT(Poll(), IsEmpty());
   EXPECT_THAT(Poll(), IsEmpty());
   Write("a.jpg", "the whole");
@@ -74,16 +74,16 @@ TEST_F(FolderLooksTest, ARefusedFileIsReadyAgainOnceItChangedAndSettled) {
   EXPECT_THAT(Poll(), ElementsAre("a.jpg"));
 }
 
-TEST_F(FolderLooksTest, AVanishedFileIsForgotten) {
+TEST_F(FolderPollerTest, AVanishedFileIsForgotten) {
   Write("a.jpg");
   Poll();
   std::filesystem::remove(world_.folder.Path("in/a.jpg"));
   EXPECT_THAT(Poll(), IsEmpty());
-  EXPECT_FALSE(looks_.StampOf("a.jpg").has_value());
-  EXPECT_THAT(looks_.SeenNames(), IsEmpty());
+  EXPECT_FALSE(poller_.StampOf("a.jpg").has_value());
+  EXPECT_THAT(poller_.SeenNames(), IsEmpty());
 }
 
-TEST_F(FolderLooksTest, AQuietFolderIsListedNowAndThenOnly) {
+TEST_F(FolderPollerTest, AQuietFolderIsListedNowAndThenOnly) {
   Write("a.jpg");
   for (int i = 0; i < 5; ++i) Poll();
   const int before = Listings();
@@ -94,26 +94,26 @@ TEST_F(FolderLooksTest, AQuietFolderIsListedNowAndThenOnly) {
   EXPECT_THAT(Poll(), testing::Contains("b.jpg"));
 }
 
-TEST_F(FolderLooksTest, AFolderMayGoAndComeBack) {
+TEST_F(FolderPollerTest, AFolderMayGoAndComeBack) {
   Poll();
-  EXPECT_TRUE(looks_.FolderThere());
+  EXPECT_TRUE(poller_.FolderThere());
   std::filesystem::rename(world_.folder.Path("in"), world_.folder.Path("away"));
   EXPECT_THAT(Poll(), IsEmpty());
-  EXPECT_FALSE(looks_.FolderThere());
+  EXPECT_FALSE(poller_.FolderThere());
   std::filesystem::rename(world_.folder.Path("away"), world_.folder.Path("in"));
   Write("a.jpg");
   Poll();
-  EXPECT_TRUE(looks_.FolderThere());
+  EXPECT_TRUE(poller_.FolderThere());
   EXPECT_THAT(Poll(), ElementsAre("a.jpg"));
 }
 
-TEST_F(FolderLooksTest, AListingThatFailsIsTriedAgain) {
+TEST_F(FolderPollerTest, AListingThatFailsIsTriedAgain) {
   Write("a.jpg");
   world_.faults.Set({.call = host::testing::DiskCall::List, .nth = 1, .error = EIO});
   EXPECT_THAT(Poll(), IsEmpty());
-  EXPECT_FALSE(looks_.FolderThere());
+  EXPECT_FALSE(poller_.FolderThere());
   Poll();
-  EXPECT_TRUE(looks_.FolderThere());
+  EXPECT_TRUE(poller_.FolderThere());
   EXPECT_THAT(Poll(), ElementsAre("a.jpg"));
 }
 

@@ -49,7 +49,7 @@ class FolderWatchTest : public RegionsTest {
                                [this](const std::string& sentence) { note = sentence; }}};
 };
 
-TEST_F(FolderWatchTest, FilesThatHaveSettledAreHandedOverOnce) {
+TEST_F(FolderWatchTest, FilesThatHaveSettledArePassedOnOnce) {
   Round();
   EXPECT_EQ(driver.cut, Names());
   Round();

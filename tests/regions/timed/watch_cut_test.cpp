@@ -93,7 +93,7 @@ class SilentWatchTest : public CutTimeTest {};
 TEST_F(SilentWatchTest, ADiskThatIsSilentForAWhileLosesNoPicture) {
   Make("a.bmp", 100, 80);
   job::DeadDisk dead;
-  dead.Take(world.faults, host::testing::DiskCall::Stat, "in/a.bmp");
+  dead.HangAt(world.faults, host::testing::DiskCall::Stat, "in/a.bmp");
   world.pump.EveryTurn([&] {
     if (host::testing::OtherThreadsWait()) world.clock.Advance(1);
   });

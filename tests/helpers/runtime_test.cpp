@@ -57,7 +57,7 @@ TEST(ResourceLimits, NeverRaiseALimit) {
   }));
 }
 
-TEST(ResourceLimits, TakeTheNetworkAway) {
+TEST(ResourceLimits, DenyTheNetwork) {
   EXPECT_TRUE(InOwnProcess([] {
     Sandbox({});
     for (const int family : {AF_INET, AF_INET6, AF_NETLINK}) {
@@ -68,7 +68,7 @@ TEST(ResourceLimits, TakeTheNetworkAway) {
   }));
 }
 
-TEST(RunProgram, WaitsAndTellsHowItEnded) {
+TEST(RunProgram, WaitsAndReturnsHowItEnded) {
   EXPECT_TRUE(RunProgram({"true"}));
   EXPECT_EQ(RunProgram({"sh", "-c", "exit 3"}).exit, 3);
   EXPECT_EQ(RunProgram({"sh", "-c", "kill -9 $$"}).exit, -1);
@@ -86,14 +86,14 @@ TEST(RunProgram, KeepsTheBeginningOfTheOutput) {
 
 TEST(RunProgram, GivesNoInput) { EXPECT_EQ(RunProgram({"cat"}).output, ""); }
 
-TEST(Frame, TellsTheVersion) {
+TEST(Runtime, PrintsTheVersion) {
   const HelperFolder folder;
   const Ran ran = folder.Run("DrawTranspText", {"--version"});
   EXPECT_EQ(ran.exit, 0);
   EXPECT_EQ(ran.out, "DrawTranspText " QUILLON_VERSION "\n");
 }
 
-TEST(Frame, TellsAFailureInOneSentence) {
+TEST(Runtime, ReportsAFailureInOneSentence) {
   const HelperFolder folder;
   const Ran ran = folder.Run("DrawTranspText", {});
   EXPECT_EQ(ran.exit, 1);
@@ -105,7 +105,7 @@ struct Throwing : std::exception {
   const char* what() const noexcept override { return "坏了"; }
 };
 
-TEST(Frame, LetsNoExceptionOut) {
+TEST(Runtime, LetsNoExceptionOut) {
   for (const Work work : {Work{[](Helper&) -> host::Status { throw std::bad_alloc(); }},
                           Work{[](Helper&) -> host::Status { throw Throwing(); }}}) {
     EXPECT_TRUE(InOwnProcess([&] {
@@ -116,7 +116,7 @@ TEST(Frame, LetsNoExceptionOut) {
   }
 }
 
-TEST(Frame, SharesTheSettingsOfItsProgramFolder) {
+TEST(Runtime, SharesTheSettingsOfItsProgramFolder) {
   const HelperFolder folder;
   folder.Set("Question", "4");
   EXPECT_TRUE(InOwnProcess([&] {
