@@ -3,7 +3,7 @@
 #include "job/windows/form1.h"
 
 #include "base/path_text.h"
-#include "host/files/absolute_path.h"
+#include "host/files/paths.h"
 #include "job/program.h"
 #include "job/windows/file_intake.h"
 
