@@ -102,7 +102,7 @@ TEST(Rules, RoomsPointOneWay) {
                                 Includes("src/imaging/crop/a.cpp", "imaging/services_parts.h"),
                                 Includes("src/imaging/crop/a.cpp", "imaging/unknown/a.h"),
                                 {"src/imaging/unknown/a.cpp", ""},
-                                Includes("src/job/settings/a.h", "job/cut/output_name.h"),
+                                Includes("src/job/settings/a.h", "job/cut/cut_file.h"),
                                 Includes("src/job/settings/a.cpp", "job/program.h"),
                                 Includes("src/job/list/a.cpp", "job/program.h"),
                                 Includes("src/job/list/a.cpp", "job/run/run_guard.h"),

@@ -129,8 +129,6 @@ void Form1::Close() {
   }
 }
 
-void Form1::ShowStatus(const std::string& statusText) { SetTitle(statusText + kTitle); }
-
 void Form1::BeginRun() {
   program_.flags.StopRequested = false;
   Frame1.SetEnabled(false, kRunning);

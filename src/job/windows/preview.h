@@ -11,6 +11,8 @@
 
 namespace quillon::job {
 
+class Program;
+
 // The frame over the preview. It may reach outside the picture, and its sides may be negative.
 struct PreviewFrame {
   double left = 0;
@@ -110,5 +112,17 @@ class Preview {
   int dpi_ = 0;
   std::function<void()> observer_;
 };
+
+// --- How the options will change a picture, so that the preview can show it before the cut.
+
+// How a picture is changed before it is cut.
+struct CutShape {
+  base::Size size;   // it is zoomed to this size
+  double angle = 0;  // and then turned by this angle, in degrees counter-clockwise
+};
+CutShape ShapeBeforeCut(const Program& program, base::Size picture);
+
+// Returns the border around the frame of the picture on show, in pixels of that picture; empty if none is added.
+PreviewBoard BoardAroundCut(Program& program, const Preview& preview);
 
 }  // namespace quillon::job
