@@ -55,8 +55,6 @@ void Preview::SetScale(double scale) {
   Notify();
 }
 
-void Preview::SetFrame(const PreviewFrame& shown) { SetPictureFrame(Scaled(shown, 1 / scale_)); }
-
 void Preview::SetPictureFrame(const PreviewFrame& frame) {
   if (frame_ == frame) return;
   frame_ = frame;

@@ -42,7 +42,7 @@ class Preview {
 
   // Returns the picture's own size, before it is zoomed and turned for the cut.
   base::Size Original() const { return original_; }
-  // Returns its size after it was zoomed and turned. It is shown at that size times Scale().
+  // Returns its size after it was zoomed and turned. It is shown at that size times the scale.
   base::Size Picture() const { return picture_; }
   const std::string& Path() const { return path_; }
   // Increases each time a picture is shown, even if its path is the same.
@@ -51,7 +51,6 @@ class Preview {
   base::Size Upright() const { return upright_; }
   // Returns the angle by which the picture is turned, on white, before it is shown; in degrees counter-clockwise.
   double Angle() const { return angle_; }
-  double Scale() const { return scale_; }
   // Returns the frame in pixels of the shown picture.
   PreviewFrame Frame() const;
   // Returns the frame in pixels of the picture itself.
@@ -66,7 +65,6 @@ class Preview {
   void Reshape(base::Size picture, double angle);
   // Ignores a scale of 0 or less.
   void SetScale(double scale);
-  void SetFrame(const PreviewFrame& shown);
   void SetPictureFrame(const PreviewFrame& frame);
   void SetBoard(const PreviewBoard& board);
   void SetShape(int shape);

@@ -29,8 +29,6 @@ class FolderPoller {
   bool FolderThere() const { return there_; }
   // The name is done with, whatever comes under it.
   void Take(const std::string& name);
-  // The names that are done with: what is in here is not new.
-  const std::unordered_set<std::string>& SeenNames() const { return seenNames_; }
   // The file is not whole: it is ready again when it has changed and settled once more.
   void Refuse(const std::string& name);
   std::optional<host::FileStamp> StampOf(const std::string& name) const;
@@ -47,7 +45,7 @@ class FolderPoller {
   host::Host& host_;
   std::string folder_;
   Accepts accepts_;
-  std::unordered_set<std::string> seenNames_;
+  std::unordered_set<std::string> seenNames_;  // the names that are done with: what is in here is not new
   std::map<std::string, Waiting> waiting_;
   bool there_ = false;
   std::optional<host::FileStamp> folderStamp_;
