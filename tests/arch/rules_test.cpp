@@ -380,5 +380,36 @@ TEST(Rules, HeadersOfHeavyLibrariesStayPrivate) {
   EXPECT_EQ(found[0].line, 1);
 }
 
+std::vector<Source> FilesOf(const std::string& folder, int count, int lines) {
+  std::string text;
+  for (int line = 0; line < lines; ++line) text += "int a;\n";
+  std::vector<Source> files;
+  for (int i = 0; i < count; ++i) files.push_back({folder + "/f" + std::to_string(i) + ".cpp", text});
+  return files;
+}
+
+std::vector<Source> operator+(std::vector<Source> files, const std::vector<Source>& more) {
+  files.insert(files.end(), more.begin(), more.end());
+  return files;
+}
+
+TEST(Rules, FewFilesAreTiny) {
+  const std::vector<Source> eight = FilesOf("src/tiny", 8, 25) + FilesOf("src/a", 92, 26);
+  EXPECT_EQ(CheckTinyFiles(eight), Breaches());
+  EXPECT_EQ(CheckTinyFiles(eight + FilesOf("tests/tiny", 1, 5)), Breaches()) << "tests may be short";
+  EXPECT_EQ(CheckTinyFiles(eight + std::vector<Source>{{"src/CMakeLists.txt", "a\n"}}), Breaches());
+  const Breaches found = CheckTinyFiles(FilesOf("src/tiny", 9, 25) + FilesOf("src/a", 91, 26));
+  ASSERT_EQ(found.size(), 1u);
+  EXPECT_NE(found[0].what.find("9 of 100 files"), std::string::npos) << found[0];
+  EXPECT_NE(found[0].what.find("src/tiny/f8.cpp"), std::string::npos) << found[0];
+}
+
+TEST(Rules, FoldersAreNotCrowded) {
+  EXPECT_EQ(CheckFolders(FilesOf("src/a", 40, 1) + FilesOf("src/a/b", 40, 1) + FilesOf("tests/a", 41, 1)), Breaches());
+  const Breaches found = CheckFolders(FilesOf("src/a", 40, 1) + FilesOf("src/a/b", 41, 1));
+  ASSERT_EQ(found.size(), 1u);
+  EXPECT_EQ(found[0].path, "src/a/b");
+}
+
 }  // namespace
 }  // namespace quillon::arch
