@@ -13,7 +13,6 @@
 #include "host/files/files.h"
 #include "host/posix/posix_disk.h"
 #include "imaging/jpeg/jpeg_cut.h"
-#include "imaging/measure/header_reader.h"
 #include "imaging/measure/measure.h"
 #include "imaging/metadata/exif_block.h"
 

@@ -8,7 +8,7 @@
 
 #include "fuzz_pictures.h"
 #include "imaging/codecs/vips_loader.h"
-#include "imaging/measure/header_reader.h"
+#include "imaging/measure/measure.h"
 
 namespace imaging = quillon::imaging;
 using quillon::fuzz::Require;

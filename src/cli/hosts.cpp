@@ -6,7 +6,7 @@
 
 #include "cli/manual_steps.h"
 #include "cli/replies.h"
-#include "host/files/absolute_path.h"
+#include "host/files/paths.h"
 
 namespace quillon::cli {
 namespace {

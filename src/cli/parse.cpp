@@ -15,7 +15,7 @@
 
 #include "cli/options.h"
 #include "cli/report/json_io.h"
-#include "host/files/absolute_path.h"
+#include "host/files/paths.h"
 
 namespace quillon::cli {
 namespace {

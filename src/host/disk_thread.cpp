@@ -9,12 +9,13 @@
 #include <thread>
 #include <utility>
 
-#include "host/background_call.h"
-
 namespace quillon::host {
 namespace {
 
 using std::chrono::milliseconds;
+
+// Seconds that the work of a BackgroundCall has to return after stop is set. Only a hanging disk call needs longer.
+constexpr double kGracePeriod = 1.0;
 
 // Most disks answer at once, and nobody notices a window that stands still for so short a time.
 constexpr milliseconds kFirstLook{100};
@@ -33,6 +34,42 @@ double Patience(const DiskCalls& calls, bool stopped) {
 }
 
 }  // namespace
+
+// Shared with the thread, which may outlive the BackgroundCall.
+struct BackgroundCall::State {
+  explicit State(Work given) : work(std::move(given)) {}
+
+  void Run() {
+    work(stop);
+    const std::lock_guard lock(mutex);
+    done = true;
+    ended.notify_all();
+  }
+
+  Work work;
+  std::atomic<bool> stop = false;
+  std::mutex mutex;
+  std::condition_variable ended;
+  bool done = false;
+};
+
+BackgroundCall::BackgroundCall(Work work) : state_(std::make_shared<State>(std::move(work))) {
+  try {
+    std::thread([state = state_] { state->Run(); }).detach();
+  } catch (const std::system_error&) {
+    state_->Run();
+  }
+}
+
+BackgroundCall::~BackgroundCall() {
+  state_->stop = true;
+  Done(kGracePeriod);
+}
+
+bool BackgroundCall::Done(double seconds) const {
+  std::unique_lock lock(state_->mutex);
+  return state_->ended.wait_for(lock, std::chrono::duration<double>(seconds), [&] { return state_->done; });
+}
 
 double SystemSeconds() {
   return std::chrono::duration<double>(std::chrono::steady_clock::now().time_since_epoch()).count();

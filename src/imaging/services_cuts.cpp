@@ -7,8 +7,8 @@
 #include <utility>
 
 #include "host/files/file_stamp.h"
-#include "imaging/crop/crop_window.h"
 #include "imaging/crop/decoded_source.h"
+#include "imaging/crop/file_requests.h"
 #include "imaging/services.h"
 #include "imaging/services_parts.h"
 

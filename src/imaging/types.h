@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "base/colour.h"
+#include "base/path_text.h"
 #include "base/rect.h"
 #include "host/status.h"
 
@@ -30,11 +31,33 @@ enum class Encoder { Bmp = 1, Jpeg = 2, Png = 3, Gif = 4, Tiff = 5 };
 
 // Returns the encoder for a file extension without its dot; case does not matter.
 // png, gif, tif, tiff, bmp and dib name their format; every other extension gives Jpeg.
-Encoder EncoderFor(const std::string& extension);
+inline Encoder EncoderFor(const std::string& extension) {
+  const std::string lower = base::ToLowerAscii(extension);
+  if (lower == "png") return Encoder::Png;
+  if (lower == "gif") return Encoder::Gif;
+  if (lower == "tif" || lower == "tiff") return Encoder::Tiff;
+  if (lower == "bmp" || lower == "dib") return Encoder::Bmp;
+  return Encoder::Jpeg;
+}
 
 // Returns the encoder that a type text names by a part of it, tested in the order "jp", "png", "gif", "tif", "bmp".
 // Returns nothing for any other text. Case does not matter.
-std::optional<Encoder> EncoderOfType(const std::string& type);
+inline std::optional<Encoder> EncoderOfType(const std::string& type) {
+  struct Known {
+    const char* part;
+    Encoder encoder;
+  };
+  constexpr Known kKnown[] = {{"jp", Encoder::Jpeg},
+                              {"png", Encoder::Png},
+                              {"gif", Encoder::Gif},
+                              {"tif", Encoder::Tiff},
+                              {"bmp", Encoder::Bmp}};
+  const std::string lower = base::ToLowerAscii(type);
+  for (const Known& known : kKnown) {
+    if (lower.find(known.part) != std::string::npos) return known.encoder;
+  }
+  return std::nullopt;
+}
 
 // Whether the EXIF block of the source is copied to the result. Orientation and resolution do not depend on it.
 enum class Exif { Drop, Keep };
@@ -154,8 +177,12 @@ struct EffectsRequest {
 // One operation from file to file.
 using FileRequest = std::variant<CropRequest, BorderRequest, ZoomRequest, EffectsRequest>;
 
-const std::string& SourceOf(const FileRequest& request);
-const std::string& DestinationOf(const FileRequest& request);
+inline const std::string& SourceOf(const FileRequest& request) {
+  return std::visit([](const auto& each) -> const std::string& { return each.source; }, request);
+}
+inline const std::string& DestinationOf(const FileRequest& request) {
+  return std::visit([](const auto& each) -> const std::string& { return each.destination; }, request);
+}
 
 // Operations that are done together, all on one source. Each reads that source or what the one before it wrote. What
 // the next one reads is passed on in memory; the destinations of all others are the outputs.
@@ -165,7 +192,9 @@ struct FileWork {
   bool Empty() const { return steps.empty(); }
   const std::string& Source() const { return SourceOf(steps.front()); }
   // Whether what that step writes is only read by the next one.
-  bool PassedOn(std::size_t step) const;
+  bool PassedOn(std::size_t step) const {
+    return step + 1 < steps.size() && SourceOf(steps[step + 1]) == DestinationOf(steps[step]);
+  }
   bool operator==(const FileWork&) const = default;
 };
 

@@ -12,7 +12,7 @@
 #include "job/run/list_run.h"
 #include "job/run/run_guard.h"
 #include "job/windows/file_intake.h"
-#include "job/windows/preview_shape.h"
+#include "job/windows/preview.h"
 #include "job/windows/run_window.h"
 #include "job/work_files.h"
 #include "tools/media_info.h"

@@ -138,7 +138,4 @@ class Program {
   bool ended_ = false;
 };
 
-// The program's title; also its application key in the settings.
-inline constexpr const char* kTitle = "Quillon";
-
 }  // namespace quillon::job

@@ -9,10 +9,8 @@
 // The settings values through which the program and its helpers communicate. All are in the section "Default".
 namespace quillon::tools {
 
-// The application of all keys but one; also the title of the program.
+// The application of the keys unless a caller names another one; also the title of the program.
 inline constexpr const char* kTitle = "Quillon";
-// The application of the key PicsToGif.
-inline constexpr const char* kGifApplication = "PicsCut";
 inline constexpr const char* kSection = "Default";
 
 namespace key {
@@ -24,13 +22,11 @@ inline constexpr const char* kPdfH = "PdfH";
 inline constexpr const char* kCutPdf = "CutPdf";              // progress text of cutpdf
 inline constexpr const char* kSplitPdf = "SplitPdf";          // page number, written by both sides
 inline constexpr const char* kMakeTiff = "MakeTiff";          // number of the page just finished, for QxImgTool
-inline constexpr const char* kBackMakeTiff = "BackMakeTiff";  // "1" permanently after the program's own assembly failed
 inline constexpr const char* kMakeTiffProg = "MakeTiffProg";  // progress of DCTiffsMaker
 inline constexpr const char* kQxBackImg = "QxBackImg";        // command, then "1"
 inline constexpr const char* kQxImgTool = "QxImgTool";        // next picture for the PDF, then the tool's answer
 inline constexpr const char* kExif = "Exif";                  // order for TessaExifHandler
 inline constexpr const char* kOcrRes = "OCRRes";              // text found by QxBackOCRer
-inline constexpr const char* kPicsToGif = "PicsToGif";        // frames assembled so far, of kGifApplication
 
 }  // namespace key
 

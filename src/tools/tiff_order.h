@@ -17,8 +17,7 @@ class TiffOrders {
   explicit TiffOrders(Tools& tools) : tools_(tools) {}
 
   // The modes.
-  static constexpr const char* kSaveNew = "SaveNew";  // make a new TIFF from the pictures
-  static constexpr const char* kCount = "1";          // count the pages of the target
+  static constexpr const char* kCount = "1";  // count the pages of the target
 
   // Adds image to the order. If firstFlag is true, a new order is started first and the flag is cleared.
   // With Finish::Yes, and always for kCount, the order is run and firstFlag is set again.

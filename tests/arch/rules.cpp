@@ -387,6 +387,34 @@ Breaches CheckNames(const Source& source) {
   return out;
 }
 
+Breaches CheckTinyFiles(const std::vector<Source>& tree) {
+  std::vector<std::string> tiny;
+  std::size_t all = 0;
+  for (const Source& source : tree) {
+    if (!source.In("src/") || !source.IsCode()) continue;
+    ++all;
+    if (Lines(source.text).size() <= kTinyLines) tiny.push_back(source.path);
+  }
+  if (tiny.size() * 100 <= all * kTinyShare) return {};
+  std::string what = std::to_string(tiny.size()) + " of " + std::to_string(all) + " files have at most " +
+                     std::to_string(kTinyLines) + " lines; merge some that belong together:";
+  for (const std::string& path : tiny) what += " " + path;
+  return {{"src", 0, what}};
+}
+
+Breaches CheckFolders(const std::vector<Source>& tree) {
+  std::map<std::string, int> files;
+  for (const Source& source : tree) {
+    if (source.In("src/") && source.IsCode()) ++files[source.path.substr(0, source.path.rfind('/'))];
+  }
+  Breaches out;
+  for (const auto& [folder, count] : files) {
+    if (count <= kFilesOfFolder) continue;
+    out.push_back({folder, 0, std::to_string(count) + " files, at most " + std::to_string(kFilesOfFolder)});
+  }
+  return out;
+}
+
 Breaches CheckHeavyHeaders(const std::vector<Source>& tree) {
   std::set<std::string> heavy;
   for (const Source& source : tree) {

@@ -8,6 +8,10 @@
 
 namespace quillon::arch {
 
+inline constexpr int kTinyLines = 25;
+inline constexpr int kTinyShare = 8;  // percent
+inline constexpr int kFilesOfFolder = 40;
+
 // The rules for the tree. Each checks one file and decides itself whether it applies to it.
 
 // A folder of src/ includes itself and what lies below it, by a path from src/.
@@ -34,6 +38,10 @@ Breaches CheckText(const Source& source);
 // Names of files; header guards; no using-directives in headers; tests are named *_test.cpp.
 Breaches CheckNames(const Source& source);
 
+// Over all files: at most kTinyShare percent of the files of src/ have kTinyLines lines or less.
+Breaches CheckTinyFiles(const std::vector<Source>& tree);
+// Over all files: no folder of src/ holds more than kFilesOfFolder files of code.
+Breaches CheckFolders(const std::vector<Source>& tree);
 // Over all files: a header that includes a heavy library is not included from other libraries.
 Breaches CheckHeavyHeaders(const std::vector<Source>& tree);
 

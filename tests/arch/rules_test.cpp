@@ -98,11 +98,11 @@ TEST(Rules, RoomsPointOneWay) {
                                 Includes("src/imaging/jpeg/a.cpp", "imaging/codecs/encode.h"),
                                 Includes("src/imaging/jpeg/a.cpp", "imaging/tiff/tiff_handle.h"),
                                 Includes("src/imaging/measure/a.cpp", "imaging/codecs/open_picture.h"),
-                                Includes("src/imaging/codecs/a.cpp", "imaging/crop/crop_window.h"),
+                                Includes("src/imaging/codecs/a.cpp", "imaging/crop/file_requests.h"),
                                 Includes("src/imaging/crop/a.cpp", "imaging/services_parts.h"),
                                 Includes("src/imaging/crop/a.cpp", "imaging/unknown/a.h"),
                                 {"src/imaging/unknown/a.cpp", ""},
-                                Includes("src/job/settings/a.h", "job/cut/output_name.h"),
+                                Includes("src/job/settings/a.h", "job/cut/cut_file.h"),
                                 Includes("src/job/settings/a.cpp", "job/program.h"),
                                 Includes("src/job/list/a.cpp", "job/program.h"),
                                 Includes("src/job/list/a.cpp", "job/run/run_guard.h"),
@@ -119,13 +119,13 @@ TEST(Rules, RoomsPointOneWay) {
                                Includes("src/host/files/a.cpp", "host/status.h"),
                                Includes("src/host/host.h", "host/files/files.h"),
                                Includes("src/host/testing/a.cpp", "host/posix/posix_disk.h"),
-                               Includes("src/imaging/types.cpp", "imaging/types.h"),
+                               Includes("src/imaging/image.h", "imaging/types.h"),
                                Includes("src/imaging/limits.h", "imaging/types.h"),
                                Includes("src/imaging/pixels/a.cpp", "imaging/rows/lanczos.h"),
                                Includes("src/imaging/pixels/a.cpp", "imaging/pixels/picture.h"),
                                Includes("src/imaging/codecs/a.cpp", "imaging/jpeg/jpeg_reader.h"),
                                Includes("src/imaging/crop/a.cpp", "imaging/codecs/encode.h"),
-                               Includes("src/imaging/services.cpp", "imaging/crop/crop_window.h"),
+                               Includes("src/imaging/services.cpp", "imaging/crop/file_requests.h"),
                                Includes("src/imaging/services.cpp", "imaging/services_parts.h"),
                                Includes("src/job/a.cpp", "imaging/services.h"),
                                Includes("src/job/list/a.h", "job/settings/shard.h"),
@@ -383,6 +383,37 @@ TEST(Rules, HeadersOfHeavyLibrariesStayPrivate) {
   ASSERT_EQ(found.size(), 1u);
   EXPECT_EQ(found[0].path, "src/job/a.cpp");
   EXPECT_EQ(found[0].line, 1);
+}
+
+std::vector<Source> FilesOf(const std::string& folder, int count, int lines) {
+  std::string text;
+  for (int line = 0; line < lines; ++line) text += "int a;\n";
+  std::vector<Source> files;
+  for (int i = 0; i < count; ++i) files.push_back({folder + "/f" + std::to_string(i) + ".cpp", text});
+  return files;
+}
+
+std::vector<Source> operator+(std::vector<Source> files, const std::vector<Source>& more) {
+  files.insert(files.end(), more.begin(), more.end());
+  return files;
+}
+
+TEST(Rules, FewFilesAreTiny) {
+  const std::vector<Source> eight = FilesOf("src/tiny", 8, 25) + FilesOf("src/a", 92, 26);
+  EXPECT_EQ(CheckTinyFiles(eight), Breaches());
+  EXPECT_EQ(CheckTinyFiles(eight + FilesOf("tests/tiny", 1, 5)), Breaches()) << "tests may be short";
+  EXPECT_EQ(CheckTinyFiles(eight + std::vector<Source>{{"src/CMakeLists.txt", "a\n"}}), Breaches());
+  const Breaches found = CheckTinyFiles(FilesOf("src/tiny", 9, 25) + FilesOf("src/a", 91, 26));
+  ASSERT_EQ(found.size(), 1u);
+  EXPECT_NE(found[0].what.find("9 of 100 files"), std::string::npos) << found[0];
+  EXPECT_NE(found[0].what.find("src/tiny/f8.cpp"), std::string::npos) << found[0];
+}
+
+TEST(Rules, FoldersAreNotCrowded) {
+  EXPECT_EQ(CheckFolders(FilesOf("src/a", 40, 1) + FilesOf("src/a/b", 40, 1) + FilesOf("tests/a", 41, 1)), Breaches());
+  const Breaches found = CheckFolders(FilesOf("src/a", 40, 1) + FilesOf("src/a/b", 41, 1));
+  ASSERT_EQ(found.size(), 1u);
+  EXPECT_EQ(found[0].path, "src/a/b");
 }
 
 }  // namespace

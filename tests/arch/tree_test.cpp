@@ -46,6 +46,14 @@ TEST(Tree, KeepsHeavyHeadersPrivate) {
   for (const Breach& breach : CheckHeavyHeaders(Tree())) ADD_FAILURE() << breach;
 }
 
+TEST(Tree, HasFewTinyFiles) {
+  for (const Breach& breach : CheckTinyFiles(Tree())) ADD_FAILURE() << breach;
+}
+
+TEST(Tree, HasNoCrowdedFolder) {
+  for (const Breach& breach : CheckFolders(Tree())) ADD_FAILURE() << breach;
+}
+
 struct Outcome {
   int exit = -1;
   std::string output;

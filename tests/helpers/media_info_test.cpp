@@ -18,7 +18,7 @@
 #include "helpers/runtime/resource_limits.h"
 #include "host/posix/posix_companion.h"
 #include "imaging/little_files.h"
-#include "imaging/measure/header_reader.h"
+#include "imaging/measure/measure.h"
 
 namespace quillon::helpers {
 namespace {

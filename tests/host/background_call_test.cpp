@@ -1,6 +1,6 @@
 // SPDX-FileCopyrightText: 2026 The Quillon developers
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "host/background_call.h"
+#include "host/disk_thread.h"
 
 #include <gtest/gtest.h>
 

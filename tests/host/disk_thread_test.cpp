@@ -11,8 +11,6 @@
 #include <thread>
 #include <vector>
 
-#include "host/background_call.h"
-
 namespace quillon::host {
 namespace {
 

@@ -44,7 +44,7 @@ TEST_F(CanvasTest, PlacesTheFrameWhateverTheRecordsScale) {
   Show();
   for (const double scale : {1.0, 0.25, 2.0}) {
     preview_.SetScale(scale);
-    preview_.SetFrame({40 * scale, 80 * scale, 200 * scale, 100 * scale});
+    preview_.SetPictureFrame({40, 80, 200, 100});
     EXPECT_EQ(canvas_.FrameRect(), QRectF(58 + 10, 8 + 20, 50, 25)) << scale;
     EXPECT_EQ(canvas_.FrameText(), QStringLiteral("200 × 100 px")) << scale;
   }
@@ -54,7 +54,7 @@ TEST_F(CanvasTest, DimsWhatIsCutOff) {
   QImage white(50, 50, QImage::Format_RGB32);
   white.fill(Qt::white);
   canvas_.SetPicture(white);
-  preview_.SetFrame({200, 0, 200, 400});
+  preview_.SetPictureFrame({200, 0, 200, 400});
   const QImage shot = canvas_.grab().toImage();
   EXPECT_LT(shot.pixelColor(58 + 20, 60).lightness(), 200);
   EXPECT_EQ(shot.pixelColor(58 + 75, 30), QColor(Qt::white));
@@ -67,13 +67,13 @@ TEST_F(CanvasTest, TurnsThePictureCounterClockwiseOnWhite) {
     for (int x = 0; x < 40; ++x) halves.setPixelColor(x, y, Qt::blue);
   }
   canvas_.SetPicture(halves);
-  preview_.SetFrame({0, 0, 400, 400});
+  preview_.SetPictureFrame({0, 0, 400, 400});
   preview_.Reshape({400, 400}, 90);
   const QImage quarter = canvas_.grab().toImage();
   EXPECT_EQ(quarter.pixelColor(58 + 20, 58), QColor(Qt::blue));  // the top is on the left now
   EXPECT_EQ(quarter.pixelColor(58 + 80, 58), QColor(Qt::red));
   preview_.Reshape({400, 400}, 45);
-  preview_.SetFrame({0, 0, 566, 566});
+  preview_.SetPictureFrame({0, 0, 566, 566});
   EXPECT_EQ(canvas_.PictureRect(), QRectF(58, 8, 100, 100));
   const QImage eighth = canvas_.grab().toImage();
   EXPECT_EQ(eighth.pixelColor(58 + 5, 8 + 90), QColor(Qt::white));  // below left of the turned square
@@ -85,7 +85,7 @@ TEST_F(CanvasTest, TheBorderHasRoomAndColour) {
   QImage white(50, 50, QImage::Format_RGB32);
   white.fill(Qt::white);
   canvas_.SetPicture(white);
-  preview_.SetFrame({0, 0, 400, 400});
+  preview_.SetPictureFrame({0, 0, 400, 400});
   preview_.SetBoard({400, 200, 0, 200, base::Colour{0x0000FF}});
   // 800 x 800 pixels with the border, an eighth of them shown.
   EXPECT_EQ(canvas_.PictureRect(), QRectF(58 + 50, 8 + 25, 50, 50));
@@ -97,7 +97,7 @@ TEST_F(CanvasTest, TheBorderHasRoomAndColour) {
 
 TEST_F(CanvasTest, AnEndlessBorderLeavesThePictureToBeSeen) {
   Show();
-  preview_.SetFrame({0, 0, 400, 400});
+  preview_.SetPictureFrame({0, 0, 400, 400});
   preview_.SetBoard({1e15, 1e15, 1e15, 1e15});
   EXPECT_GT(canvas_.PictureRect().width(), 10);
   EXPECT_FALSE(canvas_.grab().isNull());

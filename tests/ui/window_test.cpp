@@ -202,7 +202,7 @@ TEST_F(WindowTest, GroupsFoldAndUnfold) {
   auto* box = ui_.Find<QWidget>(form().TCutValue[0]);
   EXPECT_TRUE(box->isVisible());
   group->Header()->click();
-  EXPECT_TRUE(group->Folded());
+  EXPECT_FALSE(group->Header()->isChecked());
   EXPECT_FALSE(box->isVisible());
   group->Header()->setFocus();
   QTest::keyClick(group->Header(), Qt::Key_Space);

@@ -8,7 +8,7 @@
 
 #include "base/number_text.h"
 #include "base/utf8.h"
-#include "host/files/absolute_path.h"
+#include "host/files/paths.h"
 
 namespace quillon::cli {
 namespace {

@@ -7,8 +7,8 @@
 
 #include "base/path_text.h"
 #include "host/files/disk.h"
-#include "host/files/entry_path.h"
 #include "host/files/file_stamp.h"
+#include "host/files/paths.h"
 #include "host/files/sync_queue.h"
 #include "host/files/trash.h"
 

@@ -1,15 +1,19 @@
 // SPDX-FileCopyrightText: 2026 The Quillon developers
 // SPDX-License-Identifier: GPL-3.0-or-later
+#include <algorithm>
 #include <cerrno>
+#include <cstdint>
+#include <functional>
+#include <memory>
 #include <optional>
+#include <string>
 #include <utility>
 
 #include "base/path_text.h"
 #include "host/files/disk.h"
-#include "host/files/disk_draft.h"
-#include "host/files/entry_path.h"
 #include "host/files/file_stamp.h"
 #include "host/files/files.h"
+#include "host/files/paths.h"
 #include "host/files/sync_queue.h"
 
 // How a file is saved, so that a crash at any moment leaves either the old or the new file complete:
@@ -24,6 +28,50 @@
 
 namespace quillon::host {
 
+// A draft on a disk. Its file is locked while it is written. A sweep can therefore recognise a draft that a killed run
+// left: a lock ends with its process, even in another container or on another machine, where a process number means
+// nothing.
+// A draft that was not placed removes its file when it is destroyed.
+class DiskDraft final : public Draft {
+ public:
+  // Creates an empty draft in the folder of path, with the given mode. serial must return a new number on each call.
+  // calls counts what the draft asks of the disk, if set, and has to outlive it.
+  static Status Open(Disk& disk, const std::string& path, unsigned mode, const std::function<std::uint64_t()>& serial,
+                     DiskCalls* calls, std::unique_ptr<DiskDraft>& draft);
+  ~DiskDraft() override;
+  DiskDraft(const DiskDraft&) = delete;
+  DiskDraft& operator=(const DiskDraft&) = delete;
+
+  Status Write(const void* data, std::size_t size) override;
+  Status Seek(std::uint64_t position) override;
+  std::int64_t Read(void* data, std::size_t size) override;
+  std::uint64_t Size() const override { return size_; }
+
+  // The first failure of the calls above. A writer that ignores a failure must not get its file placed.
+  const Status& FirstFailure() const { return failure_; }
+  // Compares the file on disk with what was written and fails if they differ. Gives the attributes of the draft.
+  Status Check(DiskFacts& facts);
+  int Handle() const { return handle_; }
+
+  // Renames the draft to the final path and hands over the open handle. Free fails if the path exists; Replace does
+  // not.
+  // On failure the draft stays as it was.
+  enum class Target { Replace, Free };
+  Status Place(const std::string& path, Target target, int& handle);
+
+ private:
+  DiskDraft(Disk& disk, std::string path, int handle, DiskCalls* calls);
+  Status Fail(int error);
+
+  Disk& disk_;
+  std::string path_;
+  int handle_;
+  DiskCalls* calls_;
+  std::uint64_t position_ = 0;
+  std::uint64_t size_ = 0;
+  Status failure_;
+};
+
 // The path that a save really writes to: links are followed to their end, even if nothing exists there.
 struct DiskTarget {
   std::string path;
@@ -33,6 +81,10 @@ struct DiskTarget {
 
 namespace {
 
+// How many names are tried for a draft.
+constexpr int kDraftTries = 100;
+// The length in bytes of the draft's name on disks that accept only short names.
+constexpr std::size_t kShortName = 64;
 constexpr int kMaxLinks = 40;
 constexpr unsigned kOwnerWrites = 0200;
 constexpr std::size_t kChunk = 1 << 20;
@@ -135,7 +187,109 @@ int ForReading(Disk& disk, const std::string& path, int handle) {
   return same ? reading : handle;
 }
 
+// Returns true if a sweep of another process removed the draft between its creation and its locking.
+bool SweptAway(Disk& disk, int handle) {
+  const int locked = disk.Lock(handle);
+  if (locked == -EWOULDBLOCK) return true;
+  DiskFacts facts;
+  // A disk without locks is written to all the same; a sweep cannot lock its drafts either, and leaves them.
+  return locked == 0 && disk.StatOpen(handle, facts) == 0 && facts.links == 0;
+}
+
 }  // namespace
+
+Status DiskDraft::Open(Disk& disk, const std::string& path, unsigned mode, const std::function<std::uint64_t()>& serial,
+                       DiskCalls* calls, std::unique_ptr<DiskDraft>& draft) {
+  const DiskCalls::Scope scope(calls);
+  const EntryPath entry = SplitEntry(path);
+  if (entry.name.size() > kLongestName) return Status::FromErrno(ENAMETOOLONG);
+  std::size_t longest = kLongestName;
+  for (int attempt = 0; attempt < kDraftTries; ++attempt) {
+    const std::string place = base::JoinPath(entry.folder, DraftName(entry.name, serial(), longest));
+    const int handle = disk.OpenNew(place, mode);
+    if (handle == -EEXIST) continue;
+    if (handle == -ENAMETOOLONG && longest != kShortName) {
+      longest = kShortName;
+      continue;
+    }
+    if (handle == -ENOENT) return {Problem::Missing, "文件夹不存在"};
+    if (handle < 0) return Status::FromErrno(-handle);
+    std::unique_ptr<DiskDraft> opened(new DiskDraft(disk, place, handle, calls));
+    if (SweptAway(disk, handle)) continue;
+    draft = std::move(opened);
+    return Status::Ok();
+  }
+  return Status::FromErrno(EEXIST);
+}
+
+DiskDraft::DiskDraft(Disk& disk, std::string path, int handle, DiskCalls* calls)
+    : disk_(disk), path_(std::move(path)), handle_(handle), calls_(calls) {}
+
+DiskDraft::~DiskDraft() {
+  if (handle_ < 0) return;
+  const DiskCalls::Scope scope(calls_);
+  disk_.Remove(path_);
+  disk_.Close(handle_);
+}
+
+Status DiskDraft::Fail(int error) {
+  Status failure = Status::FromErrno(error);
+  if (failure_) failure_ = failure;
+  return failure;
+}
+
+Status DiskDraft::Write(const void* data, std::size_t size) {
+  const char* next = static_cast<const char*>(data);
+  while (size > 0) {
+    const DiskCalls::Scope scope(calls_);
+    const std::int64_t written = disk_.Write(handle_, next, size);
+    if (written <= 0) return Fail(written < 0 ? static_cast<int>(-written) : EIO);
+    next += written;
+    size -= static_cast<std::size_t>(written);
+    position_ += static_cast<std::uint64_t>(written);
+    size_ = std::max(size_, position_);
+  }
+  return Status::Ok();
+}
+
+Status DiskDraft::Seek(std::uint64_t position) {
+  const DiskCalls::Scope scope(calls_);
+  const int moved = disk_.Seek(handle_, position);
+  if (moved < 0) return Fail(-moved);
+  position_ = position;
+  return Status::Ok();
+}
+
+std::int64_t DiskDraft::Read(void* data, std::size_t size) {
+  const DiskCalls::Scope scope(calls_);
+  const std::int64_t read = disk_.Read(handle_, data, size);
+  if (read < 0) {
+    (void)Fail(static_cast<int>(-read));
+    return -1;
+  }
+  position_ += static_cast<std::uint64_t>(read);
+  return read;
+}
+
+Status DiskDraft::Check(DiskFacts& facts) {
+  if (!failure_) return failure_;
+  const DiskCalls::Scope scope(calls_);
+  if (const int result = disk_.StatOpen(handle_, facts); result < 0) return Status::FromErrno(-result);
+  if (facts.links == 0) return {Problem::Other, "写入期间临时文件被删除"};
+  if (facts.size != size_) return {Problem::Other, "写入后的文件大小不符"};
+  return Status::Ok();
+}
+
+Status DiskDraft::Place(const std::string& path, Target target, int& handle) {
+  const DiskCalls::Scope scope(calls_);
+  const int renamed = target == Target::Free ? disk_.RenameNew(path_, path) : disk_.Rename(path_, path);
+  if (renamed == -EEXIST) return {Problem::Denied, "保存期间出现了同名文件"};
+  if (renamed < 0) return Status::FromErrno(-renamed);
+  disk_.Unlock(handle_);
+  handle = handle_;
+  handle_ = -1;
+  return Status::Ok();
+}
 
 // What a saved file gets besides its content, and how it is saved.
 struct Files::SaveOptions {

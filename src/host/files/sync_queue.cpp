@@ -11,8 +11,8 @@
 #include <thread>
 #include <utility>
 
-#include "host/files/entry_path.h"
 #include "host/files/file_stamp.h"
+#include "host/files/paths.h"
 
 namespace quillon::host {
 namespace {

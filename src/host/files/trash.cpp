@@ -7,7 +7,7 @@
 #include <vector>
 
 #include "base/path_text.h"
-#include "host/files/entry_path.h"
+#include "host/files/paths.h"
 
 namespace quillon::host {
 namespace {

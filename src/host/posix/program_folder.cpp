@@ -9,8 +9,8 @@
 #include <vector>
 
 #include "base/path_text.h"
-#include "host/files/absolute_path.h"
 #include "host/files/file_stamp.h"
+#include "host/files/paths.h"
 #include "host/posix/environment.h"
 
 namespace quillon::host::posix {

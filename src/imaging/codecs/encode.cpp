@@ -7,6 +7,7 @@
 #include <cstring>
 #include <string_view>
 
+#include "imaging/io/bytes.h"
 #include "imaging/limits.h"
 #include "imaging/metadata/exif_block.h"
 #include "imaging/metadata/tiff_exif.h"

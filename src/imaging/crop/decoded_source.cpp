@@ -4,8 +4,6 @@
 
 #include <utility>
 
-#include "imaging/crop/crop_window.h"
-
 namespace quillon::imaging {
 
 Status DecodeForCuts(const PictureInput& input, const std::string& path, Encoder encoder, DecodedSource& out) {

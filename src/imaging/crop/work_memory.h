@@ -13,8 +13,6 @@ namespace quillon::imaging {
 struct WorkMemory {
   std::int64_t working = 0;  // at its peak, including outputs that are passed on in memory
   std::int64_t results = 0;  // outputs in formats that may be as large as their pixels; 0 for a jpeg
-
-  std::int64_t Total() const { return working + results; }
 };
 
 // Estimates from the head of the source and the sizes in the requests.

@@ -67,4 +67,42 @@ bool ControlledBytes::ReadAt(std::uint64_t offset, void* out, std::size_t size) 
   return control_.Reading([&] { return bytes_->ReadAt(offset, out, size); });
 }
 
+host::Status MemoryDraft::Write(const void* data, std::size_t size) {
+  const std::size_t end = position_ + size;
+  if (size > 0 && end > bytes_.size()) {
+    if (host::Status grown = grow_(static_cast<std::int64_t>(end - bytes_.size())); !grown) return grown;
+    bytes_.resize(std::max(position_, bytes_.size()));
+  }
+  const char* from = static_cast<const char*>(data);
+  const std::size_t over = std::min(size, bytes_.size() - std::min(position_, bytes_.size()));
+  std::copy_n(from, over, bytes_.begin() + static_cast<std::ptrdiff_t>(position_));
+  bytes_.append(from + over, size - over);
+  position_ = end;
+  return host::Status::Ok();
+}
+
+host::Status MemoryDraft::Seek(std::uint64_t position) {
+  position_ = static_cast<std::size_t>(position);
+  return host::Status::Ok();
+}
+
+std::int64_t MemoryDraft::Read(void* data, std::size_t size) {
+  const std::size_t count = std::min(size, bytes_.size() - std::min(position_, bytes_.size()));
+  if (count > 0) std::memcpy(data, bytes_.data() + position_, count);
+  position_ += count;
+  return static_cast<std::int64_t>(count);
+}
+
+bool ReadDraft(host::Draft& draft, std::uint64_t offset, void* out, std::size_t size) {
+  if (!draft.Seek(offset)) return false;
+  auto* to = static_cast<unsigned char*>(out);
+  while (size > 0) {
+    const std::int64_t count = draft.Read(to, size);
+    if (count <= 0) return false;
+    to += count;
+    size -= static_cast<std::size_t>(count);
+  }
+  return true;
+}
+
 }  // namespace quillon::imaging

@@ -9,7 +9,9 @@
 #include <memory>
 #include <mutex>
 #include <string>
+#include <utility>
 
+#include "host/files/files.h"
 #include "host/status.h"
 #include "imaging/io/read_control.h"
 
@@ -92,5 +94,31 @@ class ControlledBytes : public Bytes {
   std::shared_ptr<Bytes> bytes_;
   ReadControl control_;
 };
+
+// A draft that is written into memory.
+class MemoryDraft final : public host::Draft {
+ public:
+  // grow is asked before the draft becomes larger by so many bytes; its failure is that of the write.
+  using Grow = std::function<host::Status(std::int64_t bytes)>;
+  explicit MemoryDraft(Grow grow) : grow_(std::move(grow)) {}
+
+  host::Status Write(const void* data, std::size_t size) override;
+  // As in a file, a write beyond the end fills the gap with zeros.
+  host::Status Seek(std::uint64_t position) override;
+  std::int64_t Read(void* data, std::size_t size) override;
+  std::uint64_t Size() const override { return bytes_.size(); }
+
+  // Call at most once; the draft is empty afterwards.
+  std::string Release() { return std::exchange(bytes_, {}); }
+
+ private:
+  Grow grow_;
+  std::string bytes_;
+  std::size_t position_ = 0;
+};
+
+// Reads size bytes of the draft from offset. Returns false if not all of them can be read.
+// Moves the position of the draft.
+bool ReadDraft(host::Draft& draft, std::uint64_t offset, void* out, std::size_t size);
 
 }  // namespace quillon::imaging

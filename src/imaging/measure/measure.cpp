@@ -2,16 +2,25 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "imaging/measure/measure.h"
 
+#include <algorithm>
+#include <array>
+#include <cmath>
 #include <cstdint>
+#include <cstdlib>
+#include <limits>
 #include <mutex>
 #include <optional>
+#include <string>
 #include <string_view>
 #include <unordered_map>
 
 #include "base/path_text.h"
 #include "host/files/file_stamp.h"
+#include "imaging/jpeg/jpeg_head.h"
 #include "imaging/limits.h"
-#include "imaging/measure/header_reader.h"
+#include "imaging/metadata/bmp_head.h"
+#include "imaging/metadata/picture_format.h"
+#include "imaging/metadata/tiff_tags.h"
 
 namespace quillon::imaging {
 namespace {
@@ -19,6 +28,153 @@ namespace {
 using host::FileFacts;
 using host::FileKind;
 using host::Problem;
+
+// --- The headers of files.
+
+// The longest head of a JPEG that is read. Extended XMP and profiles make heads of some megabytes.
+constexpr std::size_t kJpegHeadMax = std::size_t{32} << 20;
+// How many chunks of a PNG are searched for its resolution.
+constexpr int kPngChunksMax = 10000;
+constexpr double kMetresPerInch = 0.0254;
+constexpr double kCentimetresPerInch = 2.54;
+constexpr double kDpiMax = 65535;
+
+int Rounded(double dpi) { return dpi >= 0.5 && dpi <= kDpiMax ? static_cast<int>(std::lround(dpi)) : 0; }
+
+// Returns {0, 0} if a side is 0 or no int.
+base::Size SizeOf(std::uint64_t width, std::uint64_t height) {
+  constexpr std::uint64_t kMost = std::numeric_limits<int>::max();
+  if (width == 0 || height == 0 || width > kMost || height > kMost) return {};
+  return {static_cast<int>(width), static_cast<int>(height)};
+}
+
+// Returns a number of count bytes, most significant first; nothing beyond the end of the file.
+std::optional<std::uint64_t> BigEndian(Bytes& bytes, std::uint64_t at, std::size_t count) {
+  std::array<unsigned char, 8> read{};
+  if (!bytes.ReadAt(at, read.data(), count)) return std::nullopt;
+  std::uint64_t value = 0;
+  for (std::size_t i = 0; i < count; ++i) value = value << 8 | read[i];
+  return value;
+}
+
+// Reads more and more of the beginning until the picture data begins.
+HeaderKind ReadJpeg(Bytes& bytes, HeaderFacts& facts) {
+  std::string begin;
+  for (std::size_t length = BlockBytes::kBlock; length <= kJpegHeadMax; length *= 4) {
+    const std::size_t known = begin.size();
+    begin.resize(static_cast<std::size_t>(std::min<std::uint64_t>(length, bytes.Size())));
+    if (!bytes.ReadAt(known, begin.data() + known, begin.size() - known)) break;
+    JpegHead head;
+    const HeadState state = ParseJpegHead(begin, head);
+    if (head.avi) return HeaderKind::Other;
+    if (!head.frame.Empty()) facts.size = head.frame;
+    if (state == HeadState::Complete) facts.dpi = head.Dpi();
+    if (state != HeadState::More || begin.size() < length) break;
+  }
+  return HeaderKind::Known;
+}
+
+// Returns the horizontal resolution of a PNG, which stands before the picture data.
+int PngDpi(Bytes& bytes) {
+  std::uint64_t at = 8;
+  for (int i = 0; i < kPngChunksMax; ++i) {
+    const std::optional<std::uint64_t> length = BigEndian(bytes, at, 4);
+    std::array<char, 4> name{};
+    if (!length || !bytes.ReadAt(at + 4, name.data(), name.size())) return 0;
+    const std::string_view type(name.data(), name.size());
+    if (type == "IDAT") return 0;
+    if (type == "pHYs") {
+      const double perMetre = static_cast<double>(BigEndian(bytes, at + 8, 4).value_or(0));
+      const bool metres = BigEndian(bytes, at + 16, 1).value_or(0) == 1;
+      return metres ? Rounded(perMetre * kMetresPerInch) : 0;
+    }
+    at += 12 + *length;
+  }
+  return 0;
+}
+
+void ReadPng(Bytes& bytes, HeaderFacts& facts) {
+  std::array<char, 4> name{};
+  if (!bytes.ReadAt(12, name.data(), name.size()) || std::string_view(name.data(), name.size()) != "IHDR") return;
+  facts.size = SizeOf(BigEndian(bytes, 16, 4).value_or(0), BigEndian(bytes, 20, 4).value_or(0));
+  facts.dpi = PngDpi(bytes);
+}
+
+void ReadGif(Bytes& bytes, HeaderFacts& facts) {
+  std::array<unsigned char, 4> sides{};
+  if (bytes.ReadAt(6, sides.data(), sides.size()))
+    facts.size = SizeOf(sides[0] | sides[1] << 8, sides[2] | sides[3] << 8);
+}
+
+void ReadBmp(Bytes& bytes, HeaderFacts& facts) {
+  const std::optional<BmpHead> head = ReadBmpHead(bytes);
+  if (!head) return;
+  if (head->width > 0) facts.size = SizeOf(head->width, static_cast<std::uint64_t>(std::abs(head->height)));
+  if (head->perMetre > 0) facts.dpi = Rounded(static_cast<double>(head->perMetre) * kMetresPerInch);
+}
+
+// Reads the first directory alone, so that it does not matter where the chain of directories leads.
+void ReadTiff(Bytes& bytes, HeaderFacts& facts) {
+  constexpr std::uint32_t kWidth = 256;
+  constexpr std::uint32_t kLength = 257;
+  constexpr std::uint32_t kXResolution = 282;
+  constexpr std::uint32_t kResolutionUnit = 296;
+  const std::optional<TiffTags> tags = TiffTags::Open(bytes);
+  const auto directory = tags ? tags->Directory(tags->First()) : std::nullopt;
+  if (!directory) return;
+  std::uint64_t width = 0;
+  std::uint64_t height = 0;
+  double resolution = 0;
+  std::uint64_t unit = 2;
+  for (const TiffEntry& entry : *directory) {
+    if (entry.tag == kWidth) width = tags->Integer(entry).value_or(0);
+    if (entry.tag == kLength) height = tags->Integer(entry).value_or(0);
+    if (entry.tag == kXResolution) resolution = tags->Rational(entry).value_or(0);
+    if (entry.tag == kResolutionUnit) unit = tags->Integer(entry).value_or(2);
+  }
+  facts.size = SizeOf(width, height);
+  facts.dpi = unit == 3 ? Rounded(resolution * kCentimetresPerInch) : unit == 2 ? Rounded(resolution) : 0;
+}
+
+void ReadPsd(Bytes& bytes, HeaderFacts& facts) {
+  facts.size = SizeOf(BigEndian(bytes, 18, 4).value_or(0), BigEndian(bytes, 14, 4).value_or(0));
+}
+
+}  // namespace
+
+HeaderKind ReadHeader(Bytes& file, HeaderFacts& facts) {
+  facts = {};
+  BlockBytes bytes(file);
+  std::array<char, 16> start{};
+  const std::size_t known = static_cast<std::size_t>(std::min<std::uint64_t>(bytes.Size(), start.size()));
+  if (!bytes.ReadAt(0, start.data(), known)) return HeaderKind::Known;
+  switch (FormatOf({start.data(), known})) {
+    case Format::Jpeg:
+      return ReadJpeg(bytes, facts);
+    case Format::Png:
+      ReadPng(bytes, facts);
+      break;
+    case Format::Gif:
+      ReadGif(bytes, facts);
+      break;
+    case Format::Tiff:
+      ReadTiff(bytes, facts);
+      break;
+    case Format::Bmp:
+      ReadBmp(bytes, facts);
+      break;
+    case Format::Psd:
+      ReadPsd(bytes, facts);
+      break;
+    case Format::Unknown:
+      return HeaderKind::Other;
+  }
+  return HeaderKind::Known;
+}
+
+namespace {
+
+// --- The memory of what was measured.
 
 struct Answer {
   host::FileStamp stamp;

@@ -10,8 +10,8 @@
 #include <vector>
 
 #include "imaging/faults.h"
+#include "imaging/io/bytes.h"
 #include "imaging/metadata/tiff_tags.h"
-#include "imaging/pixels/draft_target.h"
 
 // The directories of a finished TIFF cannot grow in place, since the values that follow them are in the way. So the new
 // first directory is appended with copies of the old entries, whose values stay where they are, and the offset in the

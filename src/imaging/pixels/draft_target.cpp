@@ -44,18 +44,6 @@ gint64 DraftTarget::OnSeek(VipsTargetCustom*, gint64 offset, int whence, DraftTa
   return self->at_;
 }
 
-bool ReadDraft(host::Draft& draft, std::uint64_t offset, void* out, std::size_t size) {
-  if (!draft.Seek(offset)) return false;
-  auto* to = static_cast<unsigned char*>(out);
-  while (size > 0) {
-    const std::int64_t count = draft.Read(to, size);
-    if (count <= 0) return false;
-    to += count;
-    size -= static_cast<std::size_t>(count);
-  }
-  return true;
-}
-
 namespace {
 
 // Carries the callback and its result through the C interface of libvips.

@@ -34,10 +34,6 @@ class DraftTarget {
   host::Status result_;
 };
 
-// Reads size bytes of the draft from offset. Returns false if not all of them can be read.
-// Moves the position of the draft.
-bool ReadDraft(host::Draft& draft, std::uint64_t offset, void* out, std::size_t size);
-
 // A batch of computed rows in memory. Valid during the call that receives it.
 struct RowBlock {
   int top = 0;  // number of the first row

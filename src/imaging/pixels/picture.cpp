@@ -12,7 +12,9 @@ constexpr int kMostThreads = 4;
 
 void Ignore(const gchar*, GLogLevelFlags, const gchar*, gpointer) {}
 
-void Start() {
+}  // namespace
+
+void StartVips() {
   if (VIPS_INIT("quillon") != 0) throw vips::VError();
   // The operation cache of libvips knows a file by its name and would return old pixels after the file has changed.
   vips_cache_set_max(0);
@@ -20,18 +22,5 @@ void Start() {
   // Errors are returned as results. The remaining messages are warnings about unusual files.
   g_log_set_handler("VIPS", static_cast<GLogLevelFlags>(G_LOG_LEVEL_WARNING | G_LOG_LEVEL_INFO), Ignore, nullptr);
 }
-
-}  // namespace
-
-void EnsureVips() {
-  static std::once_flag once;
-  std::call_once(once, Start);
-}
-
-Image::Image() = default;
-Image::Image(std::unique_ptr<ImageData> data) : data_(std::move(data)) {}
-Image::~Image() = default;
-Image::Image(Image&&) noexcept = default;
-Image& Image::operator=(Image&&) noexcept = default;
 
 }  // namespace quillon::imaging

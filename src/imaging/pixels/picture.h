@@ -54,8 +54,13 @@ class ReadFault {
   host::Status status_;
 };
 
-// Initialises libvips at the first call. Throws VError if that fails.
-void EnsureVips();
+// Initialises libvips. Throws VError if that fails.
+void StartVips();
+// Calls StartVips unless an earlier call was successful.
+inline void EnsureVips() {
+  static std::once_flag once;
+  std::call_once(once, StartVips);
+}
 
 // Runs work, which returns a Status, and converts exceptions of the libraries to one.
 // Lack of memory becomes OutOfMemory, every other exception becomes failed.

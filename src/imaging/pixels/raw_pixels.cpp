@@ -2,7 +2,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "imaging/pixels/raw_pixels.h"
 
-#include "imaging/pixels/colours.h"
 #include "imaging/pixels/picture.h"
 
 namespace quillon::imaging {
@@ -22,19 +21,6 @@ Status ImageOfRgb(base::Size size, const std::vector<unsigned char>& rgb, int dp
     data->picture.pixels = pixels.copy(VImage::option()->set("interpretation", VIPS_INTERPRETATION_sRGB));
     data->picture.tags.dpi = dpi;
     out = Image(std::move(data));
-    return Status::Ok();
-  });
-}
-
-Status RgbOfImage(const Image& image, base::Size& size, std::vector<unsigned char>& rgb) {
-  return OnPicture(image, [&](const Picture& picture) {
-    const Picture shown = Displayed(picture);
-    const VImage pixels = AsRgb(EightBit(Flattened(shown.pixels, base::kWhite)));
-    std::size_t bytes = 0;
-    const std::unique_ptr<void, decltype(&g_free)> memory(pixels.write_to_memory(&bytes), g_free);
-    const auto* from = static_cast<const unsigned char*>(memory.get());
-    rgb.assign(from, from + bytes);
-    size = {pixels.width(), pixels.height()};
     return Status::Ok();
   });
 }

@@ -15,9 +15,4 @@ namespace quillon::imaging {
 // Other: the size is empty. Damaged: the number of bytes does not match the size.
 Status ImageOfRgb(base::Size size, const std::vector<unsigned char>& rgb, int dpi, Image& out);
 
-// Returns the size and the 8-bit RGB rows of an image as the screen shows it, without padding.
-// Transparent pixels are blended with white. CMYK and profiles are converted to sRGB.
-// Other: the image is empty.
-Status RgbOfImage(const Image& image, base::Size& size, std::vector<unsigned char>& rgb);
-
 }  // namespace quillon::imaging

@@ -16,7 +16,7 @@
 
 #include "host/files/disk_calls.h"
 #include "host/files/files.h"
-#include "imaging/io/memory_draft.h"
+#include "imaging/io/bytes.h"
 #include "imaging/types.h"
 
 // The parts of the prefetcher's engine: tasks, plan, memory and threads. The mutex of the engine guards all of them,

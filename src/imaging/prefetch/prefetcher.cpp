@@ -19,7 +19,6 @@
 #include <mutex>
 #include <utility>
 
-#include "host/background_call.h"
 #include "host/disk_thread.h"
 #include "host/files/file_stamp.h"
 #include "imaging/prefetch/prefetch_parts.h"

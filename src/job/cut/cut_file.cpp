@@ -9,7 +9,7 @@
 #include "base/path_text.h"
 #include "job/cut/cut_plan.h"
 #include "job/cut/cut_steps.h"
-#include "job/cut/output_name.h"
+#include "job/settings/cut_settings.h"
 
 namespace quillon::job {
 namespace {
@@ -20,11 +20,12 @@ constexpr int kWorkFileQuality = 98;
 // large.
 constexpr std::size_t kMostForeseen = 100'000;
 
-// The steps of one file, in their order. Prefetched work replaces those of kPictureSteps.
+// The steps of one file, in their order. After kPictureSteps comes AddBorder; if the cut is split, SplitCut executes
+// the rest for each piece. Prefetched work replaces kPictureSteps and AddBorder.
 using StepFunction = Step (*)(CutFile&);
 constexpr StepFunction kFirstSteps[] = {MeasureSource, PassOverSmall, KeepExifSource, PassOverFolder};
-constexpr StepFunction kPictureSteps[] = {ZoomBeforeCut, RotateBeforeCut, NameOutput, AskForFrame, FindRectangle,
-                                          MakeCut,       StopHere,        SplitCut,   AddBorder};
+constexpr StepFunction kPictureSteps[] = {ZoomBeforeCut, RotateBeforeCut, NameOutput, AskForFrame,
+                                          FindRectangle, MakeCut,         StopHere};
 constexpr StepFunction kLastSteps[] = {ConvertToCmyk, CopyExif, MakePdf, Deliver, RemoveSource, PlaceOnSheet};
 
 Step RunSteps(CutFile& file, std::span<const StepFunction> steps) {
@@ -43,7 +44,8 @@ Step MakePicture(CutFile& file) {
     case Prefetched::None:
       break;
   }
-  return RunSteps(file, kPictureSteps);
+  if (RunSteps(file, kPictureSteps) == Step::FileDone) return Step::FileDone;
+  return file.settings.split ? SplitCut(file) : AddBorder(file);
 }
 
 }  // namespace

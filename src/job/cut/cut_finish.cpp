@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "base/path_text.h"
+#include "base/rounding.h"
 #include "job/cut/cut_steps.h"
 #include "job/settings/lists.h"
 #include "job/work_files.h"
@@ -12,18 +13,105 @@
 namespace quillon::job {
 namespace {
 
+using host::Status;
+
+BoardResolution ResolutionFor(CutFile& file) {
+  const CutSettings& options = file.settings;
+  const bool fixedCut = options.geometry.ChFixCut && !options.frameOnly;
+  imaging::ImageFacts facts;
+  // A source that cannot be measured counts as one without a resolution.
+  if (!fixedCut) static_cast<void>(file.program.images.ImageInfo(file.listedPath, facts, imaging::Want::SizeAndDpi));
+  return ResolutionOfBoard(fixedCut, options.dpi, facts.dpi, file.program.flags.ScreenDpi);
+}
+
+// Clamped to the range of int; a canvas of that size is always refused.
+int Sum(double image, int before, int after) { return base::R(image + before + after); }
+
+void PlaceFit(imaging::BorderRequest& request, base::Size inner, int left, int top) {
+  const Fit fit = FitToSize(request.image, inner.width, inner.height);
+  request.offsetX = Sum(left, fit.offsetX, 0);
+  request.offsetY = Sum(top, fit.offsetY, 0);
+  request.drawn = {fit.FitW, fit.FitH};
+}
+
+void PlaceWhole(imaging::BorderRequest& request, const Board& board) {
+  const base::Size image = request.image;
+  request.total = {Sum(image.width, board.left, board.right), Sum(image.height, board.top, board.bottom)};
+  request.offsetX = board.left;
+  request.offsetY = board.top;
+  request.drawn = image;
+}
+
+// Sets the place of the picture in its border. Without a fixed cut the border surrounds the whole cut and TFixWH does
+// not matter; a fixed cut is fitted into its size. A rotated picture of presets 3 and 4 has its sides exchanged, and
+// without ChMode1 its border is rotated too.
+void PlacePicture(const CutFile& file, const Board& board, Turned turned, imaging::BorderRequest& request) {
+  const CutSettings& options = file.settings;
+  if (options.frameOnly || !options.geometry.ChFixCut) {
+    PlaceWhole(request, board);
+    return;
+  }
+  if (turned == Turned::Yes && (options.preset == kPresetC || options.preset == kPresetD)) {
+    const Extend extend = options.extendRight ? Extend::Right : Extend::Bottom;
+    request.total = ExtendedSize(extend, options.geometry.FixW, options.geometry.FixH, board);
+    const bool right = extend == Extend::Right;
+    PlaceFit(request, {options.geometry.FixH, options.geometry.FixW}, right ? board.left : board.top,
+             right ? board.top : board.left);
+    return;
+  }
+  request.total = {Sum(options.geometry.FixW, board.left, board.right),
+                   Sum(options.geometry.FixH, board.top, board.bottom)};
+  PlaceFit(request, {options.geometry.FixW, options.geometry.FixH}, board.left, board.top);
+}
+
+// Adds the size of the canvas to the reason if the canvas is too large.
+Status OnCanvas(base::Size size, Status status) {
+  if (status.GetProblem() != host::Problem::TooLarge) return status;
+  return {host::Problem::TooLarge, "加上边框后的画布为 " + std::to_string(size.width) + "x" +
+                                       std::to_string(size.height) + " 像素，超过上限：" + status.Why()};
+}
+
+Status DrawBorder(CutFile& file, const std::string& destination) {
+  const bool turned = file.RestoreAngle != 0 || file.program.flags.ImageRotated;
+  const imaging::BorderRequest request = BorderFor(file, destination, turned ? Turned::Yes : Turned::No);
+  file.latestSize = request.total;
+  return OnCanvas(request.total,
+                  file.program.saver.Save(destination, [&] { return file.program.images.AddBoardToFile(request); }));
+}
+
+// Handles frame-only with ChAddToSize: the whole picture is fitted and centred on white.
+Status PadToSize(CutFile& file, const std::string& destination) {
+  imaging::Services& images = file.program.images;
+  const CutSettings& options = file.settings;
+  imaging::Image picture;
+  imaging::Image canvas;
+  if (Status loaded = images.LoadImageFromFile(file.Src, picture); !loaded) return loaded;
+  const base::Size size{images.GetImageWidth(picture), images.GetImageHeight(picture)};
+  const Fit fit = FitToSize(size, options.geometry.FixW, options.geometry.FixH);
+  file.latestSize = {options.geometry.FixW, options.geometry.FixH};
+  if (Status made = images.NewCanvas(file.latestSize, base::kWhite, canvas); !made)
+    return OnCanvas(file.latestSize, made);
+  const base::Rect place{fit.offsetX, fit.offsetY, fit.FitW, fit.FitH};
+  if (Status drawn = images.DrawImage(canvas, picture, place); !drawn) return drawn;
+  images.CopyTags(canvas, picture);
+  images.SetImageResolution(canvas, options.dpi);
+  const imaging::SaveOptions save{options.quality, options.blackWhite, file.ExifWish()};
+  return file.program.saver.Save(
+      destination, [&] { return images.SaveByType(canvas, destination, base::ToLowerAscii(file.OutExt), save); });
+}
+
 // Notes what an output lacks that is written nevertheless.
 void Note(CutFile& file, const std::string& why) { file.result.why += (file.result.why.empty() ? "" : "；") + why; }
 
 // Fails unless both profiles of a conversion to CMYK exist and can be used. The reason names the profile.
-host::Status CheckCmykProfiles(Program& program) {
+Status CheckCmykProfiles(Program& program) {
   using Colours = imaging::Services::ProfileColours;
   for (const auto& [name, colours] : {std::pair("sRGB.icc", Colours::Rgb), std::pair("Default.icm", Colours::Cmyk)}) {
     const std::string relative = base::JoinPath(kColorConfigs, name);
-    const host::Status status = program.images.CheckProfile(program.AppPath(relative), colours);
+    const Status status = program.images.CheckProfile(program.AppPath(relative), colours);
     if (!status) return {status.GetProblem(), "无法转CMYK，" + relative + "：" + status.Why()};
   }
-  return host::Status::Ok();
+  return Status::Ok();
 }
 
 bool HoldsCmyk(const std::string& extension) {
@@ -39,10 +127,50 @@ Step StopHere(CutFile& file) {
   return file.program.flags.StopRequested && unfinished ? Fail(file, "已停止，未处理完") : Step::Next;
 }
 
+imaging::BorderRequest BorderFor(CutFile& file, const std::string& destination, Turned turned) {
+  const CutSettings& options = file.settings;
+  const BoardResolution resolution = ResolutionFor(file);
+  imaging::BorderRequest request;
+  request.source = options.frameOnly ? file.Src : file.latestFile;
+  request.destination = destination;
+  request.image = options.frameOnly ? base::Size{file.W, file.H} : file.latestSize;
+  request.quality = options.quality;
+  request.dpi = options.dpi;
+  request.colour = options.boardColour;
+  request.exif = file.ExifWish();
+  PlacePicture(file, BoardPixels(options.boardMm, resolution.dpi, resolution.k), turned, request);
+  return request;
+}
+
+void WhitenPaddedBoard(CutFile& file) {
+  if (!file.settings.padToSize) return;
+  file.program.fBaseOpt.PBoardColor.Set(base::kWhite);
+  file.settings.boardColour = base::kWhite;
+}
+
+Step AddBorder(CutFile& file) {
+  const CutSettings& options = file.settings;
+  WhitenPaddedBoard(file);
+  if (!options.addBoard) {
+    return options.frameOnly ? Fail(file, "仅边框模式没有启用“裁剪后加边框”，没有输出") : Step::Next;
+  }
+  file.program.host.pump.Turn();
+  const std::string bordered = file.WorkFile(work_files::kResultStem);
+  // Removed first, so that the save creates a file and does not wait for a sync.
+  (void)file.program.host.files.RemoveOwn(bordered);
+  const bool pads = options.frameOnly && options.padToSize;
+  const Status status = pads ? PadToSize(file, bordered) : DrawBorder(file, bordered);
+  if (!status) return Fail(file, status);
+  file.latestFile = bordered;
+  file.RestoreAngle = 0;
+  file.program.flags.ImageRotated = false;
+  return Step::Next;
+}
+
 Step ConvertToCmyk(CutFile& file) {
   if (!file.settings.toCmyk) return Step::Next;
-  if (const host::Status usable = CheckCmykProfiles(file.program); !usable) return Fail(file, usable);
-  const host::Status converted = file.program.outputTools->ToCmyk(file.latestFile);
+  if (const Status usable = CheckCmykProfiles(file.program); !usable) return Fail(file, usable);
+  const Status converted = file.program.outputTools->ToCmyk(file.latestFile);
   if (converted.DiskFull() || converted.GetProblem() == host::Problem::Stopped) return Fail(file, converted);
   if (!converted) Note(file, "颜色没有转换：" + converted.Why());
   const std::string format = base::SplitPath(file.latestFile).extension;
@@ -53,7 +181,7 @@ Step ConvertToCmyk(CutFile& file) {
 Step CopyExif(CutFile& file) {
   const bool wanted = file.settings.keepExif && !file.run.OnBackSide() && file.program.outputTools;
   if (!wanted) return Step::Next;
-  const host::Status copied = file.program.outputTools->CopyExif(file.exifSource, file.latestFile);
+  const Status copied = file.program.outputTools->CopyExif(file.exifSource, file.latestFile);
   if (!copied) Note(file, "Exif没有保留：" + copied.Why());
   return Step::Next;
 }
@@ -61,7 +189,7 @@ Step CopyExif(CutFile& file) {
 Step MakePdf(CutFile& file) {
   if (!file.run.pdf) return Step::Next;
   const std::string pdf = file.program.AppPath(work_files::kPdf);
-  const host::Status made = file.program.outputTools->ToPdf(file.latestFile, pdf);
+  const Status made = file.program.outputTools->ToPdf(file.latestFile, pdf);
   (void)file.program.host.files.RemoveOwn(file.latestFile);
   if (!made) return Fail(file, made);
   file.latestFile = pdf;
@@ -74,7 +202,7 @@ Step Deliver(CutFile& file) {
   if (file.latestFile == file.result.output) return Step::Next;
   // A file that helpers have changed is copied, so that the program itself writes the output.
   const char* title = file.ConversionFollows() ? tools::kTitle : host::kBoxTitle;
-  const host::Status copied = program.saver.Copy(file.latestFile, file.result.output, {.title = title});
+  const Status copied = program.saver.Copy(file.latestFile, file.result.output, {.title = title});
   // A removed work file need not be synced, and the next save creates it anew.
   (void)program.host.files.RemoveOwn(file.latestFile);
   return copied ? Step::Next : Fail(file, copied);

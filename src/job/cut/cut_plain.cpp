@@ -3,7 +3,7 @@
 #include "base/path_text.h"
 #include "host/files/files.h"
 #include "job/cut/cut_steps.h"
-#include "job/cut/output_name.h"
+#include "job/settings/cut_settings.h"
 #include "job/work_files.h"
 
 namespace quillon::job {

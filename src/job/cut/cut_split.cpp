@@ -73,7 +73,6 @@ std::string PieceName(const CutFile& file, std::size_t number) {
 
 Step SplitCut(CutFile& file) {
   const CutSettings& options = file.settings;
-  if (!options.split) return Step::Next;
   const imaging::Services& images = file.program.images;
   const base::Size size{images.GetImageWidth(file.Work), images.GetImageHeight(file.Work)};
   if (options.columns > size.width || options.rows > size.height) {

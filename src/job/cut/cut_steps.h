@@ -70,7 +70,8 @@ bool NeedsMemory(const CutFile& file);
 
 // --- After the cut.
 Step StopHere(CutFile& file);
-Step SplitCut(CutFile& file);  // ChSplit: each piece is a cut of its own from the next step on
+// ChSplit: makes each piece a cut of its own from the next step on, and ends the file.
+Step SplitCut(CutFile& file);
 std::size_t PieceCount(const CutSettings& options);
 // Returns the name of the piece with that number, counted from 1.
 std::string PieceName(const CutFile& file, std::size_t number);

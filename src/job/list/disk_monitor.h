@@ -11,7 +11,7 @@
 #include <unordered_map>
 #include <vector>
 
-#include "host/background_call.h"
+#include "host/disk_thread.h"
 #include "host/files/files.h"
 #include "host/status.h"
 

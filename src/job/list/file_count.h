@@ -6,7 +6,7 @@
 #include <optional>
 #include <string>
 
-#include "host/background_call.h"
+#include "host/disk_thread.h"
 #include "host/files/files.h"
 #include "job/list/file_walk.h"
 #include "job/settings/shard.h"

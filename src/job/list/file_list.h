@@ -61,9 +61,6 @@ class FileList : public controls::GridSource {
   void Clear();
   void SetResult(std::size_t row, Result result, std::string why, std::uint64_t newBytes);
 
-  int MaxWidth() const { return maxWidth_; }
-  int MaxHeight() const { return maxHeight_; }
-  std::uint64_t MaxBytes() const { return maxBytes_; }
   // "文件数：<n>  最大值：<w>x<h>像素  <largest size>kb"; "" for a cleared list.
   std::string StatusText() const;
 

@@ -46,7 +46,9 @@ bool WalkRule::Reaches(const std::string& target, const std::string& root) const
   return (direct || subfolders == Subfolders::Yes) && !isLeftOut && accepts(target.substr(target.rfind('/') + 1));
 }
 
-bool WalkRule::OwnsNamed(const std::string& path) const { return shard.OwnsNamed(byFolder ? FolderPart(path) : path); }
+bool WalkRule::OwnsNamed(const std::string& path) const {
+  return shard.Whole() || shard.OwnsNamed(byFolder ? FolderPart(path) : path);
+}
 
 // Finds the files in the order of the walk, a few before they are visited.
 class FileWalk::Finder {

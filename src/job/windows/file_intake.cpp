@@ -7,7 +7,7 @@
 
 #include "base/path_text.h"
 #include "base/utf8.h"
-#include "host/files/absolute_path.h"
+#include "host/files/paths.h"
 #include "job/program.h"
 #include "job/run/run_guard.h"
 #include "job/settings/cut_settings.h"

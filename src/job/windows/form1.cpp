@@ -3,7 +3,7 @@
 #include "job/windows/form1.h"
 
 #include "base/path_text.h"
-#include "host/files/absolute_path.h"
+#include "host/files/paths.h"
 #include "job/program.h"
 #include "job/windows/file_intake.h"
 
@@ -128,8 +128,6 @@ void Form1::Close() {
     program_.host.boxes.Beep();
   }
 }
-
-void Form1::ShowStatus(const std::string& statusText) { SetTitle(statusText + kTitle); }
 
 void Form1::BeginRun() {
   program_.flags.StopRequested = false;

@@ -15,6 +15,8 @@ namespace quillon::job {
 
 class Program;
 
+// The program's title; also its application key in the settings.
+inline constexpr const char* kTitle = "Quillon";
 // The texts of the folder labels until a folder is chosen.
 inline constexpr const char* kNoInputFolder = "输入目录未指定";
 inline constexpr const char* kNoOutputFolder = "输出目录未指定";
@@ -155,7 +157,7 @@ class Form1 : public controls::Window {
   void Close() override;
 
   // Shows the text in front of the title; "" shows the plain title.
-  void ShowStatus(const std::string& statusText);
+  void ShowStatus(const std::string& statusText) { SetTitle(statusText + kTitle); }
 
   // BeginRun clears StopRequested, disables Frame1 and the menus, and enables MenuStop. EndRun enables them again,
   // restores the title and disables MenuStop.

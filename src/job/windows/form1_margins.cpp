@@ -7,7 +7,7 @@
 #include "job/program.h"
 #include "job/settings/cut_settings.h"
 #include "job/windows/form1.h"
-#include "job/windows/preview_shape.h"
+#include "job/windows/preview.h"
 
 namespace quillon::job {
 namespace {

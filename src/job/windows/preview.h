@@ -11,6 +11,8 @@
 
 namespace quillon::job {
 
+class Program;
+
 // The frame over the preview. It may reach outside the picture, and its sides may be negative.
 struct PreviewFrame {
   double left = 0;
@@ -40,7 +42,7 @@ class Preview {
 
   // Returns the picture's own size, before it is zoomed and turned for the cut.
   base::Size Original() const { return original_; }
-  // Returns its size after it was zoomed and turned. It is shown at that size times Scale().
+  // Returns its size after it was zoomed and turned. It is shown at that size times the scale.
   base::Size Picture() const { return picture_; }
   const std::string& Path() const { return path_; }
   // Increases each time a picture is shown, even if its path is the same.
@@ -49,7 +51,6 @@ class Preview {
   base::Size Upright() const { return upright_; }
   // Returns the angle by which the picture is turned, on white, before it is shown; in degrees counter-clockwise.
   double Angle() const { return angle_; }
-  double Scale() const { return scale_; }
   // Returns the frame in pixels of the shown picture.
   PreviewFrame Frame() const;
   // Returns the frame in pixels of the picture itself.
@@ -64,7 +65,6 @@ class Preview {
   void Reshape(base::Size picture, double angle);
   // Ignores a scale of 0 or less.
   void SetScale(double scale);
-  void SetFrame(const PreviewFrame& shown);
   void SetPictureFrame(const PreviewFrame& frame);
   void SetBoard(const PreviewBoard& board);
   void SetShape(int shape);
@@ -110,5 +110,17 @@ class Preview {
   int dpi_ = 0;
   std::function<void()> observer_;
 };
+
+// --- How the options will change a picture, so that the preview can show it before the cut.
+
+// How a picture is changed before it is cut.
+struct CutShape {
+  base::Size size;   // it is zoomed to this size
+  double angle = 0;  // and then turned by this angle, in degrees counter-clockwise
+};
+CutShape ShapeBeforeCut(const Program& program, base::Size picture);
+
+// Returns the border around the frame of the picture on show, in pixels of that picture; empty if none is added.
+PreviewBoard BoardAroundCut(Program& program, const Preview& preview);
 
 }  // namespace quillon::job

@@ -7,7 +7,6 @@
 
 #include "base/path_text.h"
 #include "base/utf8.h"
-#include "job/cut/output_name.h"
 #include "job/run/run_ledger.h"
 #include "job/settings/cut_settings.h"
 

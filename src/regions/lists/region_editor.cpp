@@ -24,10 +24,6 @@ constexpr std::uint64_t kLongestFile = 64u << 20;  // bytes
 // The indices of TCutValue (left, top, right, bottom) in the order of a row (top, left, right, bottom).
 constexpr std::array<std::size_t, 4> kOrder{1, 0, 2, 3};
 
-bool Holds(const job::PreviewFrame& frame, double x, double y) {
-  return x >= frame.left && x < frame.left + frame.width && y >= frame.top && y < frame.top + frame.height;
-}
-
 // Returns the start of a span of that length, moved so that it lies between 0 and limit. A longer span is moved so that
 // it covers both.
 double KeptInside(double begin, double length, double limit) {
@@ -152,17 +148,6 @@ std::vector<job::PreviewFrame> RegionEditor::Frames() const {
   std::vector<job::PreviewFrame> frames;
   for (const Margins& margins : list_.All()) frames.push_back(FrameOf(margins, GetUnit(), picture));
   return frames;
-}
-
-std::size_t RegionEditor::RowAt(double x, double y) const {
-  const std::vector<job::PreviewFrame> frames = Frames();
-  std::size_t best = frames.size();
-  for (std::size_t row = 0; row < frames.size(); ++row) {
-    if (!Holds(frames[row], x, y)) continue;
-    const auto area = [&](std::size_t one) { return frames[one].width * frames[one].height; };
-    if (best == frames.size() || area(row) <= area(best)) best = row;
-  }
-  return best;
 }
 
 void RegionEditor::Move(std::size_t row, double across, double down) {

@@ -56,9 +56,6 @@ class RegionEditor {
   // --- The regions over the preview. Rows count from 0, coordinates are in pixels of the picture.
   // Returns the frames of all rows.
   std::vector<job::PreviewFrame> Frames() const;
-  // Returns the row of the smallest region that contains the point; of equally small ones the last. Returns the number
-  // of rows if no region contains it.
-  std::size_t RowAt(double x, double y) const;
   void Select(std::size_t row) { parts_.MSFlexGrid1.Select(row + 1); }
   // Moves a region by that many pixels. It stays inside the picture; a region that is larger than the picture covers
   // it. Does nothing without a picture.

@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "regions/lists/region_list.h"
 
-#include "host/files/entry_path.h"
+#include "host/files/paths.h"
 
 namespace quillon::regions {
 namespace {

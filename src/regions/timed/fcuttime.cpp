@@ -5,7 +5,7 @@
 #include <algorithm>
 
 #include "base/utf8.h"
-#include "host/files/absolute_path.h"
+#include "host/files/paths.h"
 #include "job/run/run_guard.h"
 #include "job/windows/file_intake.h"
 

@@ -30,8 +30,6 @@ class FolderPoller {
   bool FolderThere() const { return there_; }
   // Marks the name as handled. Later files of that name are ignored.
   void MarkHandled(const std::string& name);
-  // Returns the handled names.
-  const std::unordered_set<std::string>& SeenNames() const { return seenNames_; }
   // Marks the file as incomplete. It is ready again after it has changed and settled once more.
   void Refuse(const std::string& name);
   // Returns the stamp of a file at the last poll; nothing if the name is not waiting.
@@ -49,7 +47,7 @@ class FolderPoller {
   host::Host& host_;
   std::string folder_;
   Accepts accepts_;
-  std::unordered_set<std::string> seenNames_;
+  std::unordered_set<std::string> seenNames_;  // the names that are done with: what is in here is not new
   std::map<std::string, Waiting> waiting_;
   bool there_ = false;
   std::optional<host::FileStamp> folderStamp_;

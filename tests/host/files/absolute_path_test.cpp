@@ -1,6 +1,6 @@
 // SPDX-FileCopyrightText: 2026 The Quillon developers
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "host/files/absolute_path.h"
+#include "host/files/paths.h"
 
 #include <gtest/gtest.h>
 

@@ -1,12 +1,12 @@
 // SPDX-FileCopyrightText: 2026 The Quillon developers
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "imaging/crop/file_work.h"
+#include "imaging/crop/file_requests.h"
 
 #include <limits>
 #include <thread>
 
 #include "imaging/crop/work_memory.h"
-#include "imaging/io/memory_draft.h"
+#include "imaging/io/bytes.h"
 #include "imaging/jpeg_maker.h"
 #include "imaging/pictures.h"
 

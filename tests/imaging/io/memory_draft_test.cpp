@@ -1,6 +1,6 @@
 // SPDX-FileCopyrightText: 2026 The Quillon developers
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "imaging/io/memory_draft.h"
+#include "imaging/io/bytes.h"
 
 #include <gtest/gtest.h>
 

@@ -15,7 +15,6 @@
 #include "host/posix/posix_disk.h"
 #include "imaging/jpeg_maker.h"
 #include "imaging/little_files.h"
-#include "imaging/measure/header_reader.h"
 #include "imaging/metadata/exif_block.h"
 #include "imaging/scratch_folder.h"
 

@@ -3,7 +3,7 @@
 #include <atomic>
 #include <thread>
 
-#include "host/background_call.h"
+#include "host/disk_thread.h"
 #include "host/testing/fakes.h"
 #include "imaging/prefetch/prefetcher_fixture.h"
 

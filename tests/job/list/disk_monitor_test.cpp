@@ -4,7 +4,7 @@
 
 #include <filesystem>
 
-#include "host/background_call.h"
+#include "host/disk_thread.h"
 #include "host/testing/fakes.h"
 #include "job/cut_fixture.h"
 #include "job/list/dead_disk.h"

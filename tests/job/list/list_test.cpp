@@ -93,9 +93,8 @@ TEST_F(FileListTest, MaximaOnlyGrowUntilCleared) {
   EXPECT_EQ(list.StatusText(), "文件数：0  最大值：300x400像素  4kb");
   list.Clear();
   EXPECT_EQ(list.StatusText(), "");
-  EXPECT_EQ(list.MaxWidth(), 0);
-  EXPECT_EQ(list.MaxHeight(), 0);
-  EXPECT_EQ(list.MaxBytes(), 0u);
+  Add("/a/3.jpg", 1, 2, 1024);
+  EXPECT_EQ(list.StatusText(), "文件数：1  最大值：1x2像素  1kb");
 }
 
 TEST_F(FileListTest, ObserversAreNotified) {

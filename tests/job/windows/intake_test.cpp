@@ -261,7 +261,7 @@ TEST_F(IntakeTest, SmallPicturesAreLeftOut) {
   Put("FBaseOpt.TSmalS(1)", "50");
   List({small, flat, equal});
   EXPECT_EQ(Names(), std::vector<std::string>{"equal.bmp"});
-  EXPECT_EQ(program.files.MaxHeight(), 50);
+  EXPECT_THAT(program.files.StatusText(), ::testing::HasSubstr("最大值：100x50像素"));
   Put("FBaseOpt.ChFilter", "0");
   List({small});
   EXPECT_EQ(program.files.RowCount(), 2u);
@@ -309,7 +309,8 @@ TEST_F(IntakeTest, PagedModesAcceptFilesOfSeveralPages) {
   List({gif});
   EXPECT_EQ(program.files.RowCount(), 0u);
   EXPECT_EQ(world.boxes.Beeps(), 1);
-  EXPECT_EQ(program.files.MaxWidth(), 50);  // the maxima grow before the pages are asked about
+  EXPECT_THAT(program.files.StatusText(),
+              ::testing::HasSubstr("最大值：50x40像素"));  // the maxima grow before the pages are asked about
   ASSERT_EQ(counter.asked.size(), 1u);
   EXPECT_EQ(counter.asked[0].mode, 1);
   EXPECT_EQ(counter.asked[0].path, gif);
@@ -431,7 +432,7 @@ TEST_F(IntakeTest, ClearListAsks) {
   form.MSF.RightClick();
   EXPECT_EQ(form.MSF.Rows(), 1u);
   EXPECT_EQ(form.LStatus.Value(), "");
-  EXPECT_EQ(program.files.MaxWidth(), 0);
+  EXPECT_EQ(program.files.StatusText(), "");
 }
 
 TEST_F(IntakeTest, DeleteSelected) {

@@ -170,7 +170,8 @@ TEST_F(CutFrameTest, TheSliderStartsAtTheFittedSize) {
   world.screen.size = {1920, 1080};
   program.ShowPicture("", {2048, 100});
   EXPECT_EQ(cutPre.Slider1.Position(), 50);
-  EXPECT_DOUBLE_EQ(cutPre.preview.Scale(), 0.5);
+  EXPECT_EQ(cutPre.preview.PictureFrame().width, 2048);
+  EXPECT_EQ(cutPre.preview.Frame().width, 1024);
   EXPECT_EQ(cutPre.HS.Max(), 0);
   Put("FCutPre.Slider1", "75");
   EXPECT_EQ(cutPre.HS.Max(), 500);
@@ -182,7 +183,7 @@ TEST_F(CutFrameTest, ZoomChangesTheScaleAndNoMargin) {
   Drag({40, 30}, {240, 180});
   const auto before = Margins();
   Put("FCutPre.Slider1", "200");
-  EXPECT_DOUBLE_EQ(cutPre.preview.Scale(), 2);
+  EXPECT_EQ(cutPre.preview.PictureFrame(), (PreviewFrame{40, 30, 200, 150}));
   EXPECT_EQ(cutPre.preview.Frame(), (PreviewFrame{80, 60, 400, 300}));
   EXPECT_EQ(cutPre.HS.Max(), 1000);
   EXPECT_EQ(cutPre.VS.Max(), 1000);

@@ -6,7 +6,7 @@
 #include <filesystem>
 #include <utility>
 
-#include "host/background_call.h"
+#include "host/disk_thread.h"
 #include "host/posix/sqlite_journals.h"
 #include "host/testing/fakes.h"
 #include "job/list/dead_disk.h"

@@ -34,7 +34,6 @@ class FoldGroup : public QWidget {
   QWidget* Body() const { return body_; }
   FoldHeader* Header() const { return header_; }
   void SetTitle(const QString& title);
-  bool Folded() const { return !header_->isChecked(); }
 
  private:
   FoldHeader* header_;

@@ -5,8 +5,8 @@
 
 #include <set>
 
-#include "host/files/entry_path.h"
 #include "host/files/files.h"
+#include "host/files/paths.h"
 
 namespace quillon::host {
 namespace {

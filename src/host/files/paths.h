@@ -9,6 +9,8 @@
 
 namespace quillon::host {
 
+class Files;
+
 // The longest name of an entry that disks accept, in bytes.
 inline constexpr std::size_t kLongestName = 255;
 
@@ -21,6 +23,17 @@ struct EntryPath {
 };
 
 EntryPath SplitEntry(const std::string& path);
+
+// Returns the canonical text for a place: absolute, without ".", "..", doubled and trailing separators.
+// A relative path is resolved against folder.
+// Symbolic links are kept, but "link/.." becomes the parent of the folder that the link points to.
+std::string AbsolutePath(const std::string& path, const std::string& folder);
+// The same, with relative paths resolved against the current folder of the process. "" stays "".
+std::string AbsolutePath(const std::string& path);
+
+// The same for the text of a folder label. A relative text that does not lead to a folder only loses its trailing
+// separators: it may be a message that stands there while no folder is chosen.
+std::string AbsoluteFolder(const Files& files, const std::string& text);
 
 // Returns the start of a name, at most limit bytes long, without cutting a UTF-8 character.
 std::string HeadOfName(std::string_view name, std::size_t limit);

@@ -1,6 +1,6 @@
 // SPDX-FileCopyrightText: 2026 The Quillon developers
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "job/cut/output_name.h"
+#include "job/settings/cut_settings.h"
 
 #include <string>
 
