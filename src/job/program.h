@@ -73,7 +73,8 @@ class Program {
   host::Journals* journals = nullptr;
   Engines engines;
 
-  // The shard of this program, and how many files it has left to other processes.
+  // The shard of this program, and how many files it has left to other processes. Set the shard before the libraries
+  // above the job are constructed: it decides which of their controls are usable.
   Shard shard;
   std::size_t leftToOthers = 0;
   // Files that are skipped because an earlier worker has handled them.

@@ -316,5 +316,16 @@ TEST_F(ProgramTest, NeedsAFolderForTemporaryFiles) {
   EXPECT_THAT(ran.err, HasSubstr("无法准备临时文件夹 /proc/self/fdinfo："));
 }
 
+TEST_F(ProgramTest, AWatchIsNotSplit) {
+  const std::string source = Picture("in/a.bmp");
+  for (const std::vector<std::string>& split : {std::vector<std::string>{"--jobs", "2"}, {"--shard", "1/2"}}) {
+    std::vector<std::string> arguments = split;
+    arguments.insert(arguments.end(), {"--set", "FCutTime.LDir=" + folder.Path("in"), "--click", "FCutTime.CmdDo"});
+    const Ran ran = Run(arguments);
+    EXPECT_EQ(ran.exit, 2);
+    EXPECT_THAT(ran.err, HasSubstr("定时裁剪只能由一个进程做"));
+  }
+}
+
 }  // namespace
 }  // namespace quillon::cli

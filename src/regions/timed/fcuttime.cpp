@@ -15,6 +15,8 @@ namespace {
 constexpr const char* kStopQuestion = "终止定时裁剪？";
 constexpr const char* kCloseQuestion = "图片定时裁剪进行中，确定终止?";
 constexpr const char* kNotWatching = "定时裁剪还没有开始";
+constexpr const char* kOneProcess =
+    "定时裁剪只能由一个进程做：几个进程会把同一张图片各裁一次。请不带 --jobs 和 --shard 运行";
 constexpr const char* kCount = "已裁剪数：";
 constexpr double kSecondsBetweenRounds = 0.5;
 constexpr double kSecondsBetweenTurns = 0.02;
@@ -38,6 +40,7 @@ FCutTime::FCutTime(job::Program& program)
   CmdStop.SetHandler([this] { CmdStop_Click(); });
   CmdStop.SetEnabled(false, kNotWatching);
   Chback.SetEnabled(false, kNotWatching);
+  if (!program_.shard.Whole()) CmdDo.SetEnabled(false, kOneProcess);
 }
 
 void FCutTime::OnLoad() {

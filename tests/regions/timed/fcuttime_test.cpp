@@ -587,5 +587,16 @@ TEST_F(CutTimeTest, ABurstIsCutExactlyOnce) {
   }
 }
 
+// Each process would cut every picture once more.
+TEST(SharedWatch, DoesNotStart) {
+  host::testing::TestHost world;
+  job::Program program{world.host};
+  program.shard = {0, 2, ""};
+  Regions regions{program};
+  const controls::EditResult pressed = regions.fCutTime.CmdDo.UserClick();
+  EXPECT_FALSE(pressed.Accepted());
+  EXPECT_NE(pressed.refusal.find("定时裁剪只能由一个进程做"), std::string::npos) << pressed.refusal;
+}
+
 }  // namespace
 }  // namespace quillon::regions
