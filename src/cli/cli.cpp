@@ -148,6 +148,7 @@ class Session {
       job::Program program(world);
       program.shard = plan_.shard;
       program.shard.among = Among();
+      program.onExisting = plan_.onExisting;
       const parts::Parts parts(program);
       program.journals = IsWorker() ? static_cast<host::Journals*>(&workerJournals) : &journals_;
       program.doneElsewhere = ReadDoneList();

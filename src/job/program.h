@@ -85,6 +85,7 @@ class Program {
 
   // True once a folder was named for the list, and not only files.
   bool folderListed = false;
+  OnExisting onExisting = OnExisting::Ask;
 
   // The installed guide, used if the program folder has none.
   std::string documents;

@@ -316,6 +316,21 @@ TEST_F(ProgramTest, NeedsAFolderForTemporaryFiles) {
   EXPECT_THAT(ran.err, HasSubstr("无法准备临时文件夹 /proc/self/fdinfo："));
 }
 
+TEST_F(ProgramTest, DoesWithExistingOutputsAsAsked) {
+  const std::string source = Picture("in/a.bmp");
+  const auto cut = [&](const std::vector<std::string>& more) { return Run(Cut({source}, more)); };
+  EXPECT_EQ(cut({}).exit, 0);
+  EXPECT_EQ(cut({"--on-existing", "rename"}).exit, 0);
+  EXPECT_EQ(folder.Names("out"), (std::vector<std::string>{"a(2).jpg", "a.jpg"}));
+  const Ran skipped = cut({"--on-existing", "skip", "--json"});
+  EXPECT_EQ(skipped.exit, 0);
+  EXPECT_EQ(Events(skipped.out).back().at("skipped"), 1);
+  const Ran replaced = cut({"--jobs", "2", "--on-existing", "replace", "--json"});
+  EXPECT_EQ(replaced.exit, 0);
+  EXPECT_EQ(Events(replaced.out).back().at("written"), 1);
+  EXPECT_EQ(folder.Names("out").size(), 2u);
+}
+
 TEST_F(ProgramTest, AWatchIsNotSplit) {
   const std::string source = Picture("in/a.bmp");
   for (const std::vector<std::string>& split : {std::vector<std::string>{"--jobs", "2"}, {"--shard", "1/2"}}) {

@@ -101,6 +101,7 @@ struct RunContext {
   DoneElsewhere& doneElsewhere;
   bool& recovering;
   bool& folderListed;
+  OnExisting& onExisting;
 
   bool Stopped() const { return flags.StopRequested; }
   // True if other processes walk the same folders and may find the results of this one.

@@ -18,6 +18,14 @@ inline constexpr const char* kSharedOutput =
 
 enum class Result { Written, None, Skipped };
 
+// What a run does if a file that it has not written has the name of an output.
+enum class OnExisting {
+  Ask,      // the user, when the first such file of the run is met; the answer is one of the others
+  Replace,  // the file goes to the trash
+  Rename,   // the output gets another name
+  Skip      // the source gets no output
+};
+
 // Whether a watch tries the same file again.
 enum class Retry {
   Never,
