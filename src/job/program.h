@@ -3,6 +3,7 @@
 #pragma once
 
 #include <memory>
+#include <set>
 #include <string>
 
 #include "controls/windows.h"
@@ -83,8 +84,8 @@ class Program {
   // each file that is listed, so that the parent knows which file caused another death.
   bool recovering = false;
 
-  // True once a folder was named for the list, and not only files.
-  bool folderListed = false;
+  // Folders that were named for the list, beside files: each as it was named, and without links.
+  std::set<std::string> listedFolders;
   OnExisting onExisting = OnExisting::Ask;
 
   // The installed guide, used if the program folder has none.

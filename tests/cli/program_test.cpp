@@ -331,6 +331,23 @@ TEST_F(ProgramTest, DoesWithExistingOutputsAsAsked) {
   EXPECT_EQ(folder.Names("out").size(), 2u);
 }
 
+TEST_F(ProgramTest, TheSameCommandTwiceLeavesItsResultsAlone) {
+  Picture("in/a.bmp");
+  out = folder.Path("in/out");
+  fs::create_directories(out);
+  const auto call = [this] { return BatchProcess(Cut({"in"}, {"--json"}), folder.Path(), folder.Path("tmp")).Wait(); };
+  EXPECT_EQ(Events(call().out).back().at("written"), 1);
+  const Ran second = call();
+  EXPECT_EQ(second.exit, 0);
+  const auto files = EventsOf(second.out, "file");
+  ASSERT_EQ(files.size(), 2u) << second.out;
+  EXPECT_EQ(files[0].at("source"), out + "/a.jpg");
+  EXPECT_EQ(files[0].at("result"), "skipped");
+  EXPECT_EQ(files[1].at("source"), folder.Path("in/a.bmp"));
+  EXPECT_EQ(files[1].at("result"), "written");
+  EXPECT_THAT(second.err, HasSubstr("quillon-batch: " + out + "：输出目录中以前写出的结果：1 个，未加入\n"));
+}
+
 TEST_F(ProgramTest, AWatchIsNotSplit) {
   const std::string source = Picture("in/a.bmp");
   for (const std::vector<std::string>& split : {std::vector<std::string>{"--jobs", "2"}, {"--shard", "1/2"}}) {
