@@ -34,10 +34,13 @@ _quillon_batch() {
     --out)
       _quillon_batch_paths -d
       ;;
+    --on-existing)
+      _quillon_batch_offer $'replace\nrename\nskip'
+      ;;
     --answer | --jobs | --shard) ;;
     *)
       if [[ $previous != --script && $cur == -* ]]; then
-        _quillon_batch_offer $'--set\n--out\n--open\n--close\n--click\n--answer\n--print\n--script\n--jobs\n--shard\n--json\n--trace\n--list-controls\n--help\n--version'
+        _quillon_batch_offer $'--set\n--out\n--open\n--close\n--click\n--answer\n--print\n--script\n--jobs\n--shard\n--on-existing\n--json\n--trace\n--list-controls\n--help\n--version'
       else
         _quillon_batch_paths -f
       fi

@@ -22,6 +22,7 @@ complete -c quillon-batch -l print -x -a '(__quillon_batch_controls)' -d 'write 
 complete -c quillon-batch -l script -r -d 'steps from a file'
 complete -c quillon-batch -l jobs -x -d 'share the work among processes'
 complete -c quillon-batch -l shard -x -d 'handle one share of all files'
+complete -c quillon-batch -l on-existing -x -a 'replace rename skip' -d 'existing files of the names of outputs'
 complete -c quillon-batch -l json -d 'every event as a line of JSON'
 complete -c quillon-batch -l trace -d 'changes of controls too'
 complete -c quillon-batch -l list-controls -d 'list all controls'

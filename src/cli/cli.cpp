@@ -146,10 +146,11 @@ class Session {
     Outcome outcome;
     {
       job::Program program(world);
-      const parts::Parts parts(program);
-      program.journals = IsWorker() ? static_cast<host::Journals*>(&workerJournals) : &journals_;
       program.shard = plan_.shard;
       program.shard.among = Among();
+      program.onExisting = plan_.onExisting;
+      const parts::Parts parts(program);
+      program.journals = IsWorker() ? static_cast<host::Journals*>(&workerJournals) : &journals_;
       program.doneElsewhere = ReadDoneList();
       program.recovering = !host::posix::Environment(kRecoveringVariable).empty();
       program.Start();

@@ -80,6 +80,8 @@ const std::vector<Option>& Options() {
       {"--script", "FILE.json", "从文件读取同样的步骤和回答"},
       {"--jobs", "N", "用 N 个进程同时处理，各取文件的一份，结果合并报告"},
       {"--shard", "I/N", "只处理全部文件的 N 份中的第 I 份；按相对路径分，每次、每台机器都一样"},
+      {"--on-existing", "HOW",
+       "输出的名字已被别的文件占用时：replace 替换（默认，旧文件进回收站）、rename 另取名字、skip 跳过"},
       {"--json", "", "每个事件在标准输出占一行 JSON"},
       {"--trace", "", "连同控件的每次变化（只用于 --json）"},
       {"--list-controls", "", "列出全部控件和当前值"},

@@ -58,6 +58,8 @@ class Builder {
       ReadShard(value);
     } else if (option == "--jobs") {
       ReadJobs(value);
+    } else if (option == "--on-existing") {
+      ReadOnExisting(value);
     } else if (value.empty()) {
       Fail(option + " 后面不能是空的");
     } else if (option == "--out") {
@@ -129,6 +131,15 @@ class Builder {
     const auto jobs = WholeNumber(value, kMostJobs);
     if (!jobs) return Fail("--jobs " + value + "：应是 1 到 " + std::to_string(kMostJobs) + " 的整数");
     parsed_.plan.jobs = *jobs;
+  }
+
+  void ReadOnExisting(const std::string& value) {
+    using job::OnExisting;
+    static const std::map<std::string, OnExisting> ways{
+        {"replace", OnExisting::Replace}, {"rename", OnExisting::Rename}, {"skip", OnExisting::Skip}};
+    const auto way = ways.find(value);
+    if (way == ways.end()) return Fail("--on-existing " + value + "：应是 replace、rename 或 skip");
+    parsed_.plan.onExisting = way->second;
   }
 
   const std::string& folder_;

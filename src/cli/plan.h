@@ -5,6 +5,7 @@
 #include <string>
 #include <vector>
 
+#include "job/settings/run_report.h"
 #include "job/settings/shard.h"
 
 namespace quillon::cli {
@@ -36,8 +37,9 @@ struct Answer {
 struct Plan {
   std::vector<Step> steps;
   std::vector<Answer> answers;
-  job::Shard shard;           // the part of all files that this call handles
-  std::size_t jobs = 1;       // number of worker processes, 1 to 256; 1 starts none
+  job::Shard shard;      // the part of all files that this call handles
+  std::size_t jobs = 1;  // number of worker processes, 1 to 256; 1 starts none
+  job::OnExisting onExisting = job::OnExisting::Replace;
   bool json = false;          // events as JSON lines on stdout
   bool trace = false;         // change events too; only counts with json
   bool listControls = false;  // list all controls after the last step

@@ -51,6 +51,7 @@ Outcome Runner::Perform(const Plan& plan) {
     if (plan.listControls) PrintAll();
   }
   outcome_.exit = refusal.empty() ? ExitNow() : Exit::WrongArguments;
+  outcome_.notes.insert(outcome_.notes.end(), listener_.Notes().begin(), listener_.Notes().end());
   if (!refusal.empty()) outcome_.notes.push_back(refusal);
   reporter_.Report(EndEvent(listener_.Sums()));
   reporter_.Finish(listener_.Sums());

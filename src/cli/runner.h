@@ -15,7 +15,8 @@ namespace quillon::cli {
 // The result of a plan.
 struct Outcome {
   Exit exit = Exit::AllWritten;
-  std::vector<std::string> notes;  // Chinese sentences for stderr: why a step was refused or a run did not start
+  // Chinese sentences for stderr: why a step was refused or a run did not start, and what to know of a listed folder.
+  std::vector<std::string> notes;
 };
 
 // Carries out a plan on the windows of a started program, as a user would.

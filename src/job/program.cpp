@@ -93,8 +93,8 @@ Program::Program(host::Host& hostIn)
       form1(*this),
       fBaseOpt(*this),
       files(form1.MSF),
-      context{host,     images,   disks, windows,      *runWindow_,   files,      flags,
-              observer, journals, shard, leftToOthers, doneElsewhere, recovering, folderListed},
+      context{host,     images, disks,        windows,       *runWindow_, files,         flags,     observer,
+              journals, shard,  leftToOthers, doneElsewhere, recovering,  listedFolders, onExisting},
       disks(context),
       documents(QUILLON_DOCUMENTS),
       intake_(std::make_unique<FileIntake>(*this)) {

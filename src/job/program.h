@@ -3,6 +3,7 @@
 #pragma once
 
 #include <memory>
+#include <set>
 #include <string>
 
 #include "controls/windows.h"
@@ -73,7 +74,8 @@ class Program {
   host::Journals* journals = nullptr;
   Engines engines;
 
-  // The shard of this program, and how many files it has left to other processes.
+  // The shard of this program, and how many files it has left to other processes. Set the shard before the libraries
+  // above the job are constructed: it decides which of their controls are usable.
   Shard shard;
   std::size_t leftToOthers = 0;
   // Files that are skipped because an earlier worker has handled them.
@@ -82,8 +84,9 @@ class Program {
   // each file that is listed, so that the parent knows which file caused another death.
   bool recovering = false;
 
-  // True once a folder was named for the list, and not only files.
-  bool folderListed = false;
+  // Folders that were named for the list, beside files: each as it was named, and without links.
+  std::set<std::string> listedFolders;
+  OnExisting onExisting = OnExisting::Ask;
 
   // The installed guide, used if the program folder has none.
   std::string documents;

@@ -4,6 +4,8 @@
 
 #include <gtest/gtest.h>
 
+#include <map>
+
 #include "cli/options.h"
 
 namespace quillon::cli {
@@ -83,6 +85,7 @@ INSTANTIATE_TEST_SUITE_P(
                     Wrong{{"--shard", "1"}, "--shard 1：应写成 I/N，I 从 1 到 N，N 不大于 1000000"},
                     Wrong{{"--shard", "1/"}, "--shard 1/：应写成 I/N，I 从 1 到 N，N 不大于 1000000"},
                     Wrong{{"--shard", "-1/2"}, "--shard -1/2：应写成 I/N，I 从 1 到 N，N 不大于 1000000"},
+                    Wrong{{"--on-existing", "ask"}, "--on-existing ask：应是 replace、rename 或 skip"},
                     Wrong{{"--set", "=1"}, "--set =1：应写成 NAME=VALUE"},
                     Wrong{{"--answer", "确定"}, "--answer 确定：应写成 TEXT=REPLY"}, Wrong{{""}, "文件名不能是空的"},
                     Wrong{{"--script", "no.json"}, "无法读取脚本文件 no.json"}));
@@ -112,6 +115,14 @@ TEST(ParseArguments, ReadsShardsAndJobs) {
   EXPECT_EQ(ParseArguments({"--shard", "1/2"}, "/", NoScript).plan.shard.base, "");
 }
 
+TEST(ParseArguments, ReadsWhatToDoWithExistingOutputs) {
+  using job::OnExisting;
+  EXPECT_EQ(Parse({}).plan.onExisting, OnExisting::Replace);
+  EXPECT_EQ(Parse({"--on-existing", "replace"}).plan.onExisting, OnExisting::Replace);
+  EXPECT_EQ(Parse({"--on-existing", "rename"}).plan.onExisting, OnExisting::Rename);
+  EXPECT_EQ(Parse({"--on-existing=skip"}).plan.onExisting, OnExisting::Skip);
+}
+
 TEST(ParseArguments, KnowsEveryFlagOnItsOwn) {
   EXPECT_TRUE(Parse({"--help"}).plan.help);
   EXPECT_TRUE(Parse({"-h"}).plan.help);
@@ -123,11 +134,12 @@ TEST(ParseArguments, KnowsEveryFlagOnItsOwn) {
 
 // The parser accepts every option of the table, with or without a value as the table says.
 TEST(ParseArguments, ReadsTheOptionsOfTheTable) {
+  const std::map<std::string, std::string> values{{"N", "2"}, {"I/N", "1/2"}, {"HOW", "skip"}};
   const auto script = [](const std::string&) { return std::optional<std::string>("{}"); };
   for (const Option& option : Options()) {
     std::vector<std::string> arguments{option.name};
     const std::string form = option.argument;
-    if (!form.empty()) arguments.emplace_back(form == "N" ? "2" : form == "I/N" ? "1/2" : "A=B");
+    if (!form.empty()) arguments.push_back(values.contains(form) ? values.at(form) : "A=B");
     EXPECT_EQ(ParseArguments(arguments, "/here", script).error, "") << option.name;
   }
 }

@@ -316,5 +316,48 @@ TEST_F(ProgramTest, NeedsAFolderForTemporaryFiles) {
   EXPECT_THAT(ran.err, HasSubstr("无法准备临时文件夹 /proc/self/fdinfo："));
 }
 
+TEST_F(ProgramTest, DoesWithExistingOutputsAsAsked) {
+  const std::string source = Picture("in/a.bmp");
+  const auto cut = [&](const std::vector<std::string>& more) { return Run(Cut({source}, more)); };
+  EXPECT_EQ(cut({}).exit, 0);
+  EXPECT_EQ(cut({"--on-existing", "rename"}).exit, 0);
+  EXPECT_EQ(folder.Names("out"), (std::vector<std::string>{"a(2).jpg", "a.jpg"}));
+  const Ran skipped = cut({"--on-existing", "skip", "--json"});
+  EXPECT_EQ(skipped.exit, 0);
+  EXPECT_EQ(Events(skipped.out).back().at("skipped"), 1);
+  const Ran replaced = cut({"--jobs", "2", "--on-existing", "replace", "--json"});
+  EXPECT_EQ(replaced.exit, 0);
+  EXPECT_EQ(Events(replaced.out).back().at("written"), 1);
+  EXPECT_EQ(folder.Names("out").size(), 2u);
+}
+
+TEST_F(ProgramTest, TheSameCommandTwiceLeavesItsResultsAlone) {
+  Picture("in/a.bmp");
+  out = folder.Path("in/out");
+  fs::create_directories(out);
+  const auto call = [this] { return BatchProcess(Cut({"in"}, {"--json"}), folder.Path(), folder.Path("tmp")).Wait(); };
+  EXPECT_EQ(Events(call().out).back().at("written"), 1);
+  const Ran second = call();
+  EXPECT_EQ(second.exit, 0);
+  const auto files = EventsOf(second.out, "file");
+  ASSERT_EQ(files.size(), 2u) << second.out;
+  EXPECT_EQ(files[0].at("source"), out + "/a.jpg");
+  EXPECT_EQ(files[0].at("result"), "skipped");
+  EXPECT_EQ(files[1].at("source"), folder.Path("in/a.bmp"));
+  EXPECT_EQ(files[1].at("result"), "written");
+  EXPECT_THAT(second.err, HasSubstr("quillon-batch: " + out + "：输出目录中以前写出的结果：1 个，未加入\n"));
+}
+
+TEST_F(ProgramTest, AWatchIsNotSplit) {
+  const std::string source = Picture("in/a.bmp");
+  for (const std::vector<std::string>& split : {std::vector<std::string>{"--jobs", "2"}, {"--shard", "1/2"}}) {
+    std::vector<std::string> arguments = split;
+    arguments.insert(arguments.end(), {"--set", "FCutTime.LDir=" + folder.Path("in"), "--click", "FCutTime.CmdDo"});
+    const Ran ran = Run(arguments);
+    EXPECT_EQ(ran.exit, 2);
+    EXPECT_THAT(ran.err, HasSubstr("定时裁剪只能由一个进程做"));
+  }
+}
+
 }  // namespace
 }  // namespace quillon::cli

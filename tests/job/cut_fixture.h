@@ -111,6 +111,7 @@ class Recorder final : public RunObserver {
   void FileFilteredOut(const std::string& source, const std::string& why) override {
     filteredOut.emplace_back(source, why);
   }
+  void FolderNoted(const std::string& folder, const std::string& what) override { noted.emplace_back(folder, what); }
 
   std::vector<std::size_t> started;
   std::vector<std::size_t> counted;
@@ -121,6 +122,7 @@ class Recorder final : public RunObserver {
   std::vector<RunTotals> ended;
   std::vector<std::pair<std::string, std::string>> notListed;
   std::vector<std::pair<std::string, std::string>> filteredOut;
+  std::vector<std::pair<std::string, std::string>> noted;
   std::function<void(const FileResult&)> onFileDone;
 };
 

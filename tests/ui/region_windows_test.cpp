@@ -3,6 +3,8 @@
 // The windows of the region lists and of the timed cut.
 #include <gtest/gtest.h>
 
+#include <QCoreApplication>
+#include <QLabel>
 #include <QPushButton>
 #include <QTableView>
 
@@ -82,6 +84,17 @@ TEST_F(RegionWindows, TheMainWindowHidesWhileTheFolderIsWatched) {
   EXPECT_GE(turns, 3);
   EXPECT_TRUE(ui_.window.isVisible());
   EXPECT_EQ(Window(timed_).windowTitle(), QStringLiteral("Quillon—图片定时裁剪"));
+}
+
+TEST_F(RegionWindows, TheTimedCutSaysInFullWhatBecomesOfTheOriginals) {
+  timed_.Show();
+  const auto* label = ui_.Find<QLabel>(timed_.LPlace);
+  for (const char* several : {"1", "0"}) {
+    ASSERT_TRUE(timed_.ChMul.UserEdit(several).Accepted());
+    QCoreApplication::processEvents();
+    EXPECT_EQ(label->text().toStdString(), timed_.LPlace.Value());
+    EXPECT_GE(label->width(), label->sizeHint().width());
+  }
 }
 
 TEST_F(RegionWindows, FramesOfTheTimedCutUnfoldWithTheirBoxes) {

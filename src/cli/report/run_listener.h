@@ -33,6 +33,8 @@ class RunListener final : public job::RunObserver {
   const Summary& Sums() const { return sums_; }
   // Returns the number of runs that have started so far.
   std::size_t RunsStarted() const { return runs_; }
+  // Returns the sentences about listed folders.
+  const std::vector<std::string>& Notes() const { return notes_; }
   // Returns true if a listing has reported that it did not accept the file.
   bool Refused(const std::string& source) const { return refused_.contains(source); }
 
@@ -45,6 +47,9 @@ class RunListener final : public job::RunObserver {
   void RunEnded(const job::RunTotals& totals) override;
   void FileNotListed(const std::string& source, const std::string& why) override;
   void FileFilteredOut(const std::string& source, const std::string& why) override;
+  void FolderNoted(const std::string& folder, const std::string& what) override {
+    notes_.push_back(folder + "：" + what);
+  }
 
  private:
   void Observe(controls::Window& window, Trace trace);
@@ -57,7 +62,8 @@ class RunListener final : public job::RunObserver {
   std::vector<std::pair<controls::Window*, int>> tokens_;  // of the observed windows
   std::map<const controls::Window*, std::string> titles_;  // the title that was reported last
   std::set<std::string> refused_;                          // sources that a listing did not accept
-  Summary sums_;                                           // over all runs of the call
+  std::vector<std::string> notes_;
+  Summary sums_;  // over all runs of the call
   std::size_t runs_ = 0;
   Progress progress_;
   double runBegan_ = 0;  // in seconds of the host's clock, as is nextShow_

@@ -274,7 +274,8 @@ void Workers::HandleExit(Member& member) {
   const WorkerEnd end = member.worker->Wait();
   someWorkerDied_ = someWorkerDied_ || !member.finished;
   member.ended = member.finished || end.exit >= 0;
-  member.exit = end.exit;
+  // A process that was killed after its end event has reported all its files, so that the sums decide.
+  member.exit = member.finished && end.exit < 0 ? static_cast<int>(Exit::AllWritten) : end.exit;
   // If one worker was stopped, all are stopped.
   if (end.exit == static_cast<int>(Exit::Stopped) && !std::exchange(stopRequested_, true)) Signal();
   if (member.ended) return;

@@ -73,14 +73,16 @@ Status CropAsNamed(CutFile& file) {
 Step Rescue(CutFile& file, const Status& failure) {
   const CutSettings& options = file.settings;
   if (file.target != file.Dst) return Fail(file, failure);
-  const std::string rescued =
+  const std::string name =
       MakeOutputName(file.program.host.files, file.listedPath, options.outFolder,
                      options.keepFolders ? KeepFolders::Yes : KeepFolders::No,
                      options.over ? Overwrite::Yes : Overwrite::No, options.outType, options.extensionCase);
-  if (file.run.ledger.IsOtherSource(rescued, file.listedPath)) return Fail(file, failure);
-  TrashReplaced(file, rescued);
-  const std::string named = std::exchange(file.Dst, rescued);
-  file.target = rescued;
+  if (file.run.ledger.IsOtherSource(name, file.listedPath)) return Fail(file, failure);
+  const auto rescued = file.run.ledger.PlaceFor(file.listedPath, name);
+  if (!rescued) return Fail(file, failure);
+  TrashReplaced(file, *rescued);
+  const std::string named = std::exchange(file.Dst, *rescued);
+  file.target = *rescued;
   if (!KeepReplacedSource(file) || !CropAsNamed(file)) {
     file.Dst = named;
     return Fail(file, failure);

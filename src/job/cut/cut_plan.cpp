@@ -51,14 +51,15 @@ class Foresight {
     return true;
   }
 
-  // A picture that is loaded has the size from before the rotation.
+  // A picture that is loaded has the size from before the rotation. Returns false if the output will not be written
+  // under the predicted name.
   bool TurnBefore() {
     loaded_ = Size();
     const double angle = RuleAngle(Settings(), Size());
     if (angle != 0) Turn(angle);
     file_.turnedFirst = angle != 0;
     PredictTarget(file_);
-    return true;
+    return !file_.run.ledger.KeepsForeign(file_.listedPath, ResultPath(file_));
   }
 
   void Turn(double angle) {

@@ -65,6 +65,18 @@ std::string CutTarget(const CutFile& file) {
   return ontoItself || file.ConversionFollows() ? file.WorkFile(work_files::kResultStem) : file.Dst;
 }
 
+// Names the output beside a foreign file of its name, if the user keeps that file.
+Step KeepExisting(CutFile& file) {
+  const std::string output = ResultPath(file);
+  const auto place = file.run.ledger.PlaceFor(file.listedPath, output);
+  if (!place) return PassOver(file, "已有同名的文件 " + base::DisplayText(output) + "，保留它，已跳过");
+  if (*place == output) return Step::Next;
+  const base::PathParts named = base::SplitPath(file.Dst);
+  file.Dst = base::JoinPath(named.folder, base::SplitPath(*place).name, named.extension);
+  file.target = CutTarget(file);
+  return Step::Next;
+}
+
 // Has the user decide about the picture, unless an earlier part of the run has stored what he decided.
 void DecideByHand(CutFile& file) {
   RunJournal& journal = file.run.journal;
@@ -166,7 +178,9 @@ Step NameOutput(CutFile& file) {
     if (!made) return Fail(file, "无法创建输出文件夹：" + made.Why());
   }
   file.run.SweepDrafts(base::SplitPath(file.Dst).folder);
-  if (!file.settings.split) TrashReplaced(file, output);
+  if (file.settings.split) return Step::Next;
+  if (KeepExisting(file) == Step::FileDone) return Step::FileDone;
+  TrashReplaced(file, ResultPath(file));
   return Step::Next;
 }
 

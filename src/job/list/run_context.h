@@ -3,6 +3,7 @@
 #pragma once
 
 #include <cstddef>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -100,11 +101,12 @@ struct RunContext {
   std::size_t& leftToOthers;
   DoneElsewhere& doneElsewhere;
   bool& recovering;
-  bool& folderListed;
+  std::set<std::string>& listedFolders;
+  OnExisting& onExisting;
 
   bool Stopped() const { return flags.StopRequested; }
   // True if other processes walk the same folders and may find the results of this one.
-  bool SharesFolders() const { return !shard.Whole() && (folderListed || flags.LargeCapacityMode); }
+  bool SharesFolders() const { return !shard.Whole() && (!listedFolders.empty() || flags.LargeCapacityMode); }
   // Shows a box titled "消息".
   host::Reply Ask(const std::string& text, int type = 0) const { return host.boxes.Show({text, type}); }
   // Returns the path of a file in the program folder.

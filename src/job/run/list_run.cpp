@@ -74,7 +74,7 @@ std::optional<RunEnd> RunInFrame(const RunContext& context, RunDriver& driver, c
 
 ListRun::ListRun(const RunContext& context, RunLedger& ledger, RunJournal& journal, RunDriver& driver,
                  const RunNeeds& needs)
-    : context_(context), ledger_(ledger), journal_(journal), driver_(driver), needs_(needs) {}
+    : context_(context), ledger_(ledger), journal_(journal), driver_(driver), needs_(needs), results_(context) {}
 
 void ListRun::Run() {
   if (context_.observer) context_.observer->RunStarted(ledger_.Totals().planned);
@@ -112,7 +112,10 @@ void ListRun::HandleRow(std::size_t row) {
   context_.window.SelectRow(row);
   driver_.PrefetchFrom(row);
   if (context_.observer) context_.observer->FileBegun(file.path);
-  driver_.Cut(file, [this](const FileResult& result) { ledger_.Add(result); });
+  driver_.Cut(file, [this](const FileResult& result) {
+    ledger_.Add(result);
+    results_.Note(result);
+  });
 }
 
 std::string ListRun::WhyNotReplaced(std::size_t row) {

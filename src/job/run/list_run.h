@@ -7,6 +7,7 @@
 #include <string>
 
 #include "job/list/file_list.h"
+#include "job/list/result_records.h"
 #include "job/run/driver.h"
 #include "job/run/run_journal.h"
 #include "job/run/run_ledger.h"
@@ -33,6 +34,7 @@ class ListRun {
   RunJournal& journal_;
   RunDriver& driver_;
   const RunNeeds& needs_;
+  ResultRecords results_;
   std::map<host::FileId, std::size_t> replaced_;  // files of the rows so far
 };
 

@@ -13,9 +13,27 @@
 #include "job/list/run_context.h"
 
 namespace quillon::job {
+namespace {
+
+constexpr const char* kExistingChoices =
+    "\r\n要替换吗？这次运行中再遇到同名的文件，都按这次的回答处理"
+    "\r\n是——替换，原有的文件移到回收站"
+    "\r\n否——都保留，新写的另取名字，如“照片(2).jpg”"
+    "\r\n取消——保留原有的文件，跳过这张图片";
+
+// Returns "<name>(<number>).<extension>" in the same folder, with the first number from 2 of which there is no file.
+std::string FreeName(const host::Files& files, const std::string& path) {
+  const base::PathParts parts = base::SplitPath(path);
+  for (std::size_t number = 2;; ++number) {
+    std::string free = base::JoinPath(parts.folder, parts.name + "(" + std::to_string(number) + ")", parts.extension);
+    if (!files.Stat(free)) return free;
+  }
+}
+
+}  // namespace
 
 RunLedger::RunLedger(const RunContext& context, std::size_t planned)
-    : context_(context), open_(planned == 0), discards_(context) {
+    : context_(context), open_(planned == 0), onExisting_(context.onExisting), discards_(context) {
   totals_.planned = planned;
 }
 
@@ -107,6 +125,31 @@ bool RunLedger::IsForeign(const std::string& source, const std::string& output) 
   return files.Stat(output) && !Find(output) && !files.SameFile(output, source);
 }
 
+std::optional<std::string> RunLedger::PlaceFor(const std::string& source, const std::string& output) {
+  if (!context_.host.files.IsFile(output) || !IsForeign(source, output)) return output;
+  if (onExisting_ == OnExisting::Ask) AskAboutExisting(output);
+  if (onExisting_ == OnExisting::Skip) return std::nullopt;
+  return onExisting_ == OnExisting::Rename ? FreeName(context_.host.files, output) : output;
+}
+
+bool RunLedger::KeepsForeign(const std::string& source, const std::string& output) const {
+  return KeepsForeign() && IsForeign(source, output);
+}
+
+void RunLedger::AskAboutExisting(const std::string& output) {
+  const std::string question = "已有同名的文件，不是这次写出的：" + base::DisplayText(output) + kExistingChoices;
+  switch (context_.Ask(question, host::kYesNoCancelQuestion)) {
+    case host::Reply::Yes:
+      onExisting_ = OnExisting::Replace;
+      break;
+    case host::Reply::No:
+      onExisting_ = OnExisting::Rename;
+      break;
+    default:
+      onExisting_ = OnExisting::Skip;
+  }
+}
+
 void RunLedger::DiscardStaleOutput(const std::string& source, const std::string& output, const host::Status& failure) {
   const host::Files& files = context_.host.files;
   if (!host::MayLeaveStaleOutput(failure) || outputs_.contains(output)) return;
@@ -115,7 +158,8 @@ void RunLedger::DiscardStaleOutput(const std::string& source, const std::string&
                                           : static_cast<bool>(context_.disks.AskFolder(base::SplitPath(output).folder));
   if (!answers || !host::WouldBeStaleOutput(files, source, output, failure)) return;
   const auto written = Find(output);
-  if ((written && written->source != source) || IsOtherSource(output, source)) return;
+  if (written ? written->source != source : KeepsForeign()) return;
+  if (IsOtherSource(output, source)) return;
   if (!context_.shard.Whole()) {
     if (context_.observer) context_.observer->StaleOutputLeft(output);
     return;

@@ -56,9 +56,15 @@ class RunLedger {
   // Returns true if the file at output is neither of this run nor the source itself: it goes to the trash if it is
   // replaced (host::Files::ReplacedToTrash).
   bool IsForeign(const std::string& source, const std::string& output) const;
+  // Returns the path under which the output of source is saved. Unless a foreign file has the name, that is output. A
+  // foreign file is replaced, or kept beside an output of another name; nothing is returned if it is kept and source
+  // gets no output. The user decides when the first one of the run is met, unless RunContext::onExisting says it.
+  std::optional<std::string> PlaceFor(const std::string& source, const std::string& output);
+  // Returns whether the user has decided to keep foreign files, and output is one.
+  bool KeepsForeign(const std::string& source, const std::string& output) const;
   // Moves a stale output to the trash: an older file under the name of an output that could not be made from source. It
-  // stays if it is an output of this run or another source, or if its disk is unresponsive. A run of one shard only
-  // reports it, because another shard may have written it.
+  // stays if it is an output of this run or another source, if foreign files are kept, or if its disk is unresponsive.
+  // A run of one shard only reports it, because another shard may have written it.
   void DiscardStaleOutput(const std::string& source, const std::string& output, const host::Status& failure);
   // Queues a source that Flush discards if its outputs are complete; see DiscardQueue. The result with its first output
   // must be added before the flush.
@@ -80,6 +86,8 @@ class RunLedger {
 
   std::optional<Origin> Find(const std::string& output) const;
   bool IsListed(const std::string& path);
+  void AskAboutExisting(const std::string& output);
+  bool KeepsForeign() const { return onExisting_ == OnExisting::Rename || onExisting_ == OnExisting::Skip; }
   void Register(const std::string& output, const FileResult& result);
   // Changes the result of a lost output to one without output, even if its other outputs exist.
   void Revoke(const std::string& output, const Origin& origin, const std::string& why);
@@ -90,6 +98,7 @@ class RunLedger {
   const RunContext& context_;
   RunTotals totals_;
   bool open_;  // the number of results is not known
+  OnExisting onExisting_;
   IsSource isSource_;
   Recall recall_;
   LateNote noteLate_;

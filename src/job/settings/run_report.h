@@ -18,6 +18,14 @@ inline constexpr const char* kSharedOutput =
 
 enum class Result { Written, None, Skipped };
 
+// What a run does if a file that it has not written has the name of an output.
+enum class OnExisting {
+  Ask,      // the user, when the first such file of the run is met; the answer is one of the others
+  Replace,  // the file goes to the trash
+  Rename,   // the output gets another name
+  Skip      // the source gets no output
+};
+
 // Whether a watch tries the same file again.
 enum class Retry {
   Never,
@@ -64,8 +72,11 @@ class RunObserver {
   virtual void RunEnded(const RunTotals& totals) = 0;
   // A named file was not listed or could not be measured, or a folder could not be read or was skipped.
   virtual void FileNotListed(const std::string& /*source*/, const std::string& /*why*/) {}
-  // A file was not listed because of the filter of small pictures, or because it is a link to a listed file.
+  // A file was not listed because of the filter of small pictures, because it is a link to a listed file, or because it
+  // is a result of an earlier run.
   virtual void FileFilteredOut(const std::string& /*source*/, const std::string& /*why*/) {}
+  // The user should know something about a folder that was listed.
+  virtual void FolderNoted(const std::string& /*folder*/, const std::string& /*what*/) {}
 };
 
 }  // namespace quillon::job

@@ -3,11 +3,13 @@
 #include "job/windows/file_intake.h"
 
 #include <algorithm>
+#include <set>
 #include <utility>
 
 #include "base/path_text.h"
 #include "base/utf8.h"
 #include "host/files/paths.h"
+#include "job/list/result_records.h"
 #include "job/program.h"
 #include "job/run/run_guard.h"
 #include "job/settings/cut_settings.h"
@@ -136,6 +138,49 @@ Admission AdmissionRule::Admit(const std::string& path, Reached reached) {
   return Admission::Added;
 }
 
+// Leaves results of earlier runs out of a listing of folders. Files that were named themselves are listed.
+class ResultFilter {
+ public:
+  ResultFilter(const Program& program, const std::vector<std::string>& roots)
+      : program_(program), records_(program.context), named_(roots.begin(), roots.end()) {}
+
+  bool LeavesOut(const std::string& path) {
+    if (named_.contains(path) || !records_.Contains(path)) return false;
+    ++leftOut_;
+    if (program_.observer) program_.observer->FileFilteredOut(path, "是以前写到输出目录的结果，没有加入列表");
+    return true;
+  }
+  // Reports an output folder that is listed or contains results, and returns the text of the status panel about it; ""
+  // if there is nothing to report.
+  std::string ReportFolder() const {
+    const std::string out = program_.form1.LOutDir.Value();
+    std::string what;
+    if (leftOut_ > 0) {
+      what = "输出目录中以前写出的结果：" + std::to_string(leftOut_) + " 个，未加入";
+    } else if (IsNamed()) {
+      what = "列出的文件夹就是输出目录，结果和原图在一起";
+    }
+    if (what.empty()) return {};
+    if (program_.observer) program_.observer->FolderNoted(out, what);
+    return "  " + what;
+  }
+
+ private:
+  // Returns whether a named folder is the output folder.
+  bool IsNamed() const {
+    const auto same = [this](const std::string& folder) {
+      return named_.contains(folder) && program_.host.files.RealPath(folder) == records_.Folder();
+    };
+    return !records_.Folder().empty() &&
+           std::any_of(program_.listedFolders.begin(), program_.listedFolders.end(), same);
+  }
+
+  const Program& program_;
+  ResultRecords records_;
+  std::set<std::string> named_;
+  std::size_t leftOut_ = 0;
+};
+
 }  // namespace
 
 FileIntake::FileIntake(Program& program) : program_(program) {}
@@ -241,15 +286,14 @@ WalkRule FileIntake::Rule(Subfolders subfolders) const {
 }
 
 std::vector<std::string> FileIntake::Shareable(const std::vector<std::string>& roots) {
-  if (program_.shard.Whole()) return roots;
-  const host::Files& files = program_.host.files;
   const std::string out = program_.form1.LOutDir.Value();
-  const bool used = !program_.form1.ChOver.On() && OutDirExists();
+  const bool shared = !program_.shard.Whole() && !program_.form1.ChOver.On() && OutDirExists();
   std::vector<std::string> shareable;
   for (const std::string& root : roots) {
-    const bool folder = files.IsFolder(root);
-    program_.folderListed = program_.folderListed || folder;
-    if (!folder || !used || !files.SameFile(root, out)) {
+    const bool folder =
+        !Accepts(root) ? FolderExists(root) : !program_.shard.Whole() && program_.host.files.IsFolder(root);
+    if (folder) program_.listedFolders.insert({root, program_.host.files.RealPath(root).value_or(root)});
+    if (!folder || !shared || !program_.host.files.SameFile(root, out)) {
       shareable.push_back(root);
     } else if (IsOurs(root)) {
       ReportNotListed(root, kSharedOutput);
@@ -273,6 +317,8 @@ bool FileIntake::List(const std::vector<std::string>& roots, Subfolders subfolde
   AdmissionRule rule(program_);
   if (!rule.Ready()) return false;
   Form1& form = program_.form1;
+  const std::vector<std::string> shareable = Shareable(roots);
+  ResultFilter results(program_, shareable);
   bool refused = false;
   {
     const RunFrame frame(program_.context, WindowUse::Usable);
@@ -286,12 +332,13 @@ bool FileIntake::List(const std::vector<std::string>& roots, Subfolders subfolde
       ShowStatusPanel();
     };
     FileWalk walk(program_.context, Rule(subfolders));
-    const WalkEnd end = walk.Run(Shareable(roots), [&](const std::string& path) {
+    const WalkEnd end = walk.Run(shareable, [&](const std::string& path) {
       ReportBegun(path);
       if (const host::Status answered = program_.disks.AskFile(path); !answered) {
         if (!program_.flags.StopRequested) ReportNotListed(path, answered.Why());
         return !program_.flags.StopRequested;
       }
+      if (results.LeavesOut(path)) return true;
       refused = rule.Admit(path, walk.How()) == Admission::Ended && withoutSize == WithoutSize::EndsListing;
       ++read;
       if (!refused) showProgress();
@@ -301,7 +348,7 @@ bool FileIntake::List(const std::vector<std::string>& roots, Subfolders subfolde
     program_.leftToOthers += walk.LeftToOthers();
     if (refused) return false;
     ShowStatusPanel();
-    form.LStatus.SetText(form.LStatus.Value() + rule.FilterText());
+    form.LStatus.SetText(form.LStatus.Value() + rule.FilterText() + results.ReportFolder());
     return end == WalkEnd::Complete;
   }
 }

@@ -72,7 +72,8 @@ class FileIntake {
   void WarnFolder(const char* what, const std::string& caption);
   WalkRule OwnShard() const;
   WalkRule Rule(Subfolders subfolders) const;
-  // Returns the roots without the folder that other processes write their results to. It is reported as not listed.
+  // Records which roots are folders. Returns the roots without the folder that other processes write their results to;
+  // it is reported as not listed.
   std::vector<std::string> Shareable(const std::vector<std::string>& roots);
   void ReportBegun(const std::string& path);
   void ReportNotListed(const std::string& path, const std::string& why);

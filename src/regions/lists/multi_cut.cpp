@@ -153,7 +153,7 @@ void MultiCut::CutSource(const Source& source) {
   CutAll(source, CutsOf(source.path, source.size));
 }
 
-void MultiCut::CutAll(const Source& source, const std::vector<RegionCut>& cuts) {
+void MultiCut::CutAll(const Source& source, std::vector<RegionCut> cuts) {
   const std::string normal = program_.files.StatusText();
   const int quality = job::ReadCutSettings(program_).quality;
   RegionSource::Options options{.extension = base::SplitPath(cuts.front().output).extension,
@@ -175,17 +175,24 @@ void MultiCut::CutAll(const Source& source, const std::vector<RegionCut>& cuts) 
     // Reported again for each region, because an observer may read a result as the end of the picture.
     if (j > 0 && program_.observer) program_.observer->FileBegun(source.path);
     const std::string why = CutRegion(picture, source, cuts[j]);
-    ReportRegion(source, cuts[j].output, why.empty() ? Result::Written : Result::None, why);
-    if (!why.empty()) whys.append(whys.empty() ? "区域" : "；区域").append(number).append("：").append(why);
+    const bool skipped = cuts[j].output.empty();
+    const Result missing = skipped ? Result::Skipped : Result::None;
+    ReportRegion(source, cuts[j].output, why.empty() ? Result::Written : missing, why);
+    if (!why.empty() && !skipped) whys.append(whys.empty() ? "区域" : "；区域").append(number).append("：").append(why);
   }
   MarkRow(source, whys);
 }
 
-std::string MultiCut::CutRegion(RegionSource& picture, const Source& source, const RegionCut& cut) {
+std::string MultiCut::CutRegion(RegionSource& picture, const Source& source, RegionCut& cut) {
   if (cut.box.Empty()) return EmptyBoxText(cut.box);
   // Another listed picture must not be overwritten.
   if (ledger_->IsOtherSource(cut.output, source.path)) {
     return "会覆盖另一个文件 " + base::DisplayText(cut.output) + "，已跳过";
+  }
+  if (const auto place = ledger_->PlaceFor(source.path, cut.output)) {
+    cut.output = *place;
+  } else {
+    return "已有同名的文件 " + base::DisplayText(std::exchange(cut.output, {})) + "，保留它，已跳过";
   }
   std::optional<host::Files::ReplacedToTrash> replaced;
   if (ledger_->IsForeign(source.path, cut.output)) replaced.emplace(program_.host.files, cut.output);

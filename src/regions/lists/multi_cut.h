@@ -55,9 +55,10 @@ class MultiCut final : public job::RunDriver {
   // Returns the regions as text, which is part of the identity of the job.
   std::string ListText() const;
   void CutSource(const Source& source);
-  void CutAll(const Source& source, const std::vector<RegionCut>& cuts);
-  // Returns why the region gave no output, "" if it did.
-  std::string CutRegion(RegionSource& picture, const Source& source, const RegionCut& cut);
+  void CutAll(const Source& source, std::vector<RegionCut> cuts);
+  // Returns why the region gave no output, "" if it did. Sets the output of cut to the path under which it is saved; to
+  // "" if an existing file is kept instead.
+  std::string CutRegion(RegionSource& picture, const Source& source, RegionCut& cut);
   // Returns why a source cannot be cut; "" if it can.
   std::string Refusal(const Source& source);
   std::string OutputFolder(const std::string& baseName) const;

@@ -15,7 +15,11 @@ namespace {
 constexpr const char* kStopQuestion = "终止定时裁剪？";
 constexpr const char* kCloseQuestion = "图片定时裁剪进行中，确定终止?";
 constexpr const char* kNotWatching = "定时裁剪还没有开始";
+constexpr const char* kOneProcess =
+    "定时裁剪只能由一个进程做：几个进程会把同一张图片各裁一次。请不带 --jobs 和 --shard 运行";
 constexpr const char* kCount = "已裁剪数：";
+constexpr const char* kInPlace = "原地裁剪，原图移入回收站";
+constexpr const char* kBeside = "裁到原图旁边，原图移入回收站";
 constexpr double kSecondsBetweenRounds = 0.5;
 constexpr double kSecondsBetweenTurns = 0.02;
 
@@ -38,6 +42,8 @@ FCutTime::FCutTime(job::Program& program)
   CmdStop.SetHandler([this] { CmdStop_Click(); });
   CmdStop.SetEnabled(false, kNotWatching);
   Chback.SetEnabled(false, kNotWatching);
+  ShowPlace();
+  if (!program_.shard.Whole()) CmdDo.SetEnabled(false, kOneProcess);
 }
 
 void FCutTime::OnLoad() {
@@ -66,7 +72,10 @@ void FCutTime::LimitSide(controls::TextBox& side) {
 void FCutTime::ChMul_Click() {
   if (ChMul.On()) editor_.Clear();
   Frame3.SetVisible(ChMul.On());
+  ShowPlace();
 }
+
+void FCutTime::ShowPlace() { LPlace.SetText(ChMul.On() ? kBeside : kInPlace); }
 
 // A window that was closed does not come back.
 void FCutTime::Chback_Click() {

@@ -53,6 +53,8 @@ class FCutTime : public controls::Window {
   controls::Label LNote{*this, "LNote", {}};
   controls::CheckBox Chback{
       *this, "Chback", {.caption = "后台监控", .tooltip = "将程序最小化到任务栏", .enabled = false}};
+  // What becomes of the originals.
+  controls::Label LPlace{*this, "LPlace", {}};
   controls::Button CmdDo{*this, "CmdDo", {.caption = "开始定时裁剪"}};
   controls::Button CmdStop{*this, "CmdStop", {.caption = "终止", .enabled = false}};
 
@@ -75,6 +77,7 @@ class FCutTime : public controls::Window {
   void ChMul_Click();
   void Chback_Click();
   void LimitSide(controls::TextBox& side);
+  void ShowPlace();
   WatchCutOptions Options() const;
   void Watch();
   // Pumps messages for half a second, or until the watch is stopped.

@@ -103,7 +103,7 @@ void FolderWatch::Handle(const std::string& name) {
 }
 
 void FolderWatch::Report(const FileResult& result) {
-  if (result.result == Result::None) Note(result.source, result.why);
+  if (result.result != Result::Skipped && !result.why.empty()) Note(result.source, result.why);
   ledger_.Add(result);
   hooks_.counted(ledger_.Totals().written);
 }

@@ -22,7 +22,8 @@ bool PassesType(int type, const std::string& name);
 struct WatchHooks {
   std::function<bool()> goesOn;                  // called before each file; false ends the round
   std::function<void(std::size_t cut)> counted;  // called when the number of cut pictures may have changed
-  // Called with a sentence about a file that was not cut or a folder that is missing; "" when the folder is back.
+  // Called with a sentence about a file that was not cut, a result that lacks something, or a folder that is missing;
+  // "" when the folder is back.
   std::function<void(const std::string& sentence)> note;
 };
 

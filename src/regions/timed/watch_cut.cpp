@@ -5,7 +5,6 @@
 #include <utility>
 
 #include "base/path_text.h"
-#include "base/utf8.h"
 #include "job/run/run_ledger.h"
 #include "job/settings/cut_settings.h"
 #include "job/work_files.h"
@@ -51,8 +50,9 @@ FileResult WatchCut::CutPicture(const job::RunFile& file, base::Size size) {
   const std::vector<RegionCut> cuts = CutsOf(file.path, size);
   std::vector<std::string> outputs;
   if (!options_.several) {
-    const host::Status status = CutInPlace(file, cuts.front());
-    return status ? FileResult{0, file.path, file.path, Result::Written, ""} : Failed(file.path, status);
+    FileResult result{0, file.path, file.path, Result::Written, ""};
+    const host::Status status = CutInPlace(file, cuts.front(), result.why);
+    return status ? result : Failed(file.path, status);
   }
   if (const host::Status status = CutBeside(file, cuts, outputs); !status) return Failed(file.path, status);
   ledger_->DiscardAtEnd({0, file.path, outputs, file.settled});
@@ -123,11 +123,16 @@ RegionSource WatchCut::Open(const std::string& path, const std::vector<RegionCut
 }
 
 // Cuts into a work file first, so that a source that another program has replaced meanwhile is not overwritten.
-host::Status WatchCut::CutInPlace(const job::RunFile& file, const RegionCut& cut) {
+host::Status WatchCut::CutInPlace(const job::RunFile& file, const RegionCut& cut, std::string& note) {
   const host::Status made = Open(file.path, {cut}).Cut(cut);
   if (!made) return made;
+  if (job::ReadCutSettings(program_).keepExif && program_.outputTools) {
+    const host::Status copied = program_.outputTools->CopyExif(file.path, cut.output);
+    if (!copied) note = "Exif没有保留：" + copied.Why();
+  }
   const auto now = StampOf(program_.host.files, file.path);
   if (!now || !file.settled || !Unchanged(*file.settled, *now)) return {Problem::Damaged, "图片在裁剪期间被改动"};
+  const host::Files::ReplacedToTrash original(program_.host.files, file.path);
   return program_.saver.Copy(cut.output, file.path);
 }
 
@@ -139,20 +144,12 @@ host::Status WatchCut::CutBeside(const job::RunFile& file, const std::vector<Reg
   for (const RegionCut& cut : cuts) {
     program_.host.pump.Turn();
     if (program_.flags.StopRequested) return {Problem::Stopped, "已停止，未处理完"};
-    host::Status made = cut.box.Empty() ? host::Status() : MakeRoom(cut.output);
-    if (made) made = picture.Cut(cut);
+    const host::Files::ReplacedToTrash earlier(program_.host.files, cut.output);
+    const host::Status made = picture.Cut(cut);
     if (made) outputs.push_back(cut.output);
     if (!made && failure) failure = made;
   }
   return failure;
-}
-
-// An existing file is moved to the trash before a region is written.
-host::Status WatchCut::MakeRoom(const std::string& target) {
-  if (!program_.host.files.Stat(target)) return host::Status::Ok();
-  host::Status gone = program_.host.files.Discard(target);
-  if (gone) return gone;
-  return {Problem::Denied, "同名文件无法移入回收站：" + base::DisplayText(target)};
 }
 
 }  // namespace quillon::regions

@@ -21,7 +21,7 @@ struct WatchCutOptions {
   int smallWidth = 0;  // TW
   int smallHeight = 0;
   // ChMul. True: the regions are written beside the source, which is discarded when all of them are complete. False:
-  // the one region replaces the source.
+  // the one region replaces the source, which goes to the trash.
   bool several = false;
   std::vector<Margins> regions;
   Unit unit = Unit::Pixels;
@@ -51,11 +51,11 @@ class WatchCut final : public job::FileDriver {
   RegionSource Open(const std::string& path, const std::vector<RegionCut>& cuts) const;
   // Returns the work file of a cut that replaces its source.
   std::string AsidePath(const std::string& extension) const;
-  host::Status CutInPlace(const job::RunFile& file, const RegionCut& cut);
-  // Sets outputs to the files of the regions that were cut.
+  // The original goes to the trash. Sets note if the result lacks something.
+  host::Status CutInPlace(const job::RunFile& file, const RegionCut& cut, std::string& note);
+  // Sets outputs to the files of the regions that were cut. What they replace goes to the trash.
   host::Status CutBeside(const job::RunFile& file, const std::vector<RegionCut>& cuts,
                          std::vector<std::string>& outputs);
-  host::Status MakeRoom(const std::string& target);
   job::FileResult Failed(const std::string& path, const host::Status& status) const;
 
   job::Program& program_;

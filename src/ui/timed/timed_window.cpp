@@ -37,6 +37,7 @@ TimedWindow::TimedWindow(regions::FCutTime& record, Binder::Refusal onRefusal)
   ends->setSpacing(kGap);
   ends->addWidget(GetBinder().Make(record.LFiles), 1);
   ends->addWidget(GetBinder().Make(record.Chback));
+  ends->addWidget(GetBinder().Make(record.LPlace));
   auto* start = static_cast<QPushButton*>(GetBinder().Make(record.CmdDo));
   start->setDefault(true);
   ends->addWidget(start);

@@ -539,5 +539,18 @@ TEST_F(WorkersTest, AShardIsSplitAmongJobs) {
   EXPECT_EQ(folder.Names("out").size(), 50u);
 }
 
+// A worker that is killed while it cleans up has done its part.
+TEST_F(DyingWorkersTest, OneThatDiesAfterItsEndLeavesTheSumsAsTheyAre) {
+  const std::string good = SaysFile({0, "/good.jpg", "/out/good.jpg", job::Result::Written, ""});
+  EXPECT_EQ(Perform(good + SaysEnd() + "kill -9 $$\n", {"/good.jpg"}), Exit::AllWritten);
+  EXPECT_EQ(Starts(), 1u);
+  EXPECT_EQ(Sums(), "1 written, 0 none, 0 skipped");
+}
+
+TEST_F(DyingWorkersTest, OneThatDiesAfterItsEndStillLeavesAFileWithoutOutput) {
+  const std::string bad = SaysFile({0, "/bad.jpg", "", job::Result::None, "damaged"});
+  EXPECT_EQ(Perform(bad + SaysEnd() + "kill -9 $$\n", {"/bad.jpg"}), Exit::SomeWithout);
+}
+
 }  // namespace
 }  // namespace quillon::cli

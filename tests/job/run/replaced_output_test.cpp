@@ -129,5 +129,123 @@ TEST_F(ReplacedOutputTest, AReadOnlyFileStays) {
   EXPECT_FALSE(TrashUsed());
 }
 
+class ExistingOutputTest : public ReplacedOutputTest {
+ protected:
+  static constexpr const char* kQuestion = "已有同名的文件，不是这次写出的：";
+
+  void CutOver(const std::vector<std::string>& names) {
+    std::vector<std::string> sources;
+    for (const std::string& name : names) {
+      Own(name + ".jpg", "the user's " + name);
+      sources.push_back(Make(name + ".png"));
+    }
+    Cut(sources);
+  }
+  int Questions() const { return world.boxes.Count(kQuestion); }
+};
+
+TEST_F(ExistingOutputTest, TheFirstOneOfARunIsAskedAbout) {
+  CutOver({"a", "b"});
+  EXPECT_EQ(Questions(), 1);
+  EXPECT_EQ(
+      world.boxes.Count(kQuestion + Out("a.jpg") + "\r\n要替换吗？这次运行中再遇到同名的文件，都按这次的回答处理"), 1);
+  EXPECT_EQ(InTrash("a.jpg"), "the user's a");
+  EXPECT_EQ(InTrash("b.jpg"), "the user's b");
+  EXPECT_EQ(Totals().written, 2u);
+}
+
+TEST_F(ExistingOutputTest, TheNextRunAsksAgain) {
+  CutOver({"a"});
+  Cut();
+  EXPECT_EQ(Questions(), 2);
+}
+
+TEST_F(ExistingOutputTest, WithoutOneNothingIsAsked) {
+  Cut({Make("a.png"), Make("x/b.png"), Make("y/b.png")});
+  EXPECT_EQ(Questions(), 0);
+}
+
+TEST_F(ExistingOutputTest, BothAreKeptUnderDifferentNames) {
+  world.boxes.Answer(kQuestion, host::Reply::No);
+  Own("b(2).jpg", "another");
+  CutOver({"a", "b"});
+  EXPECT_EQ(Questions(), 1);
+  EXPECT_EQ(Totals().written, 2u) << Whys();
+  EXPECT_EQ(OutNames(), (std::vector<std::string>{"a(2).jpg", "a.jpg", "b(2).jpg", "b(3).jpg", "b.jpg"}));
+  EXPECT_EQ(world.folder.Read("out/a.jpg"), "the user's a");
+  EXPECT_EQ(world.folder.Read("out/b(2).jpg"), "another");
+  EXPECT_EQ(SizeOf(Out("b(3).jpg")), (base::Size{50, 80}));
+  EXPECT_EQ(recorder.done.front().output, Out("a(2).jpg"));
+  EXPECT_FALSE(TrashUsed());
+}
+
+TEST_F(ExistingOutputTest, ItIsKeptAndTheSourcePassedOver) {
+  world.boxes.Answer(kQuestion, host::Reply::Cancel);
+  CutOver({"a", "b"});
+  EXPECT_EQ(Questions(), 1);
+  EXPECT_EQ(Totals().skipped, 2u);
+  EXPECT_EQ(Why(1), "已有同名的文件 " + Out("a.jpg") + "，保留它，已跳过");
+  EXPECT_EQ(OutNames(), (std::vector<std::string>{"a.jpg", "b.jpg"}));
+  EXPECT_EQ(world.folder.Read("out/b.jpg"), "the user's b");
+  EXPECT_FALSE(TrashUsed());
+}
+
+TEST_F(ExistingOutputTest, ADecisionBeforehandIsNotAskedFor) {
+  program.onExisting = OnExisting::Rename;
+  CutOver({"a"});
+  program.onExisting = OnExisting::Skip;
+  Cut();
+  program.onExisting = OnExisting::Replace;
+  Cut();
+  EXPECT_EQ(Questions(), 0);
+  EXPECT_EQ(recorder.done[1].result, Result::Skipped);
+  EXPECT_EQ(InTrash("a.jpg"), "the user's a");
+  EXPECT_EQ(OutNames(), (std::vector<std::string>{"a(2).jpg", "a.jpg"}));
+}
+
+// Bytes that were prefetched for one name are not written under another.
+TEST_F(ExistingOutputTest, ANameIsKeptFromEveryWayOfCutting) {
+  program.onExisting = OnExisting::Rename;
+  Option("ChToGray", "1");
+  CutOver({"a", "b", "c"});
+  Option("ChAddBoard", "1");
+  Cut();
+  for (const char* name : {"a", "b", "c"}) {
+    EXPECT_EQ(world.folder.Read(std::string("out/") + name + ".jpg"), std::string("the user's ") + name);
+    EXPECT_TRUE(world.folder.Exists(std::string("out/") + name + "(2).jpg"));
+    EXPECT_TRUE(world.folder.Exists(std::string("out/") + name + "(3).jpg"));
+  }
+  EXPECT_FALSE(TrashUsed());
+}
+
+TEST_F(ExistingOutputTest, APieceOfASplitGetsAnotherNameToo) {
+  program.onExisting = OnExisting::Rename;
+  Option("ChSplit", "1");
+  options.TSmalS[4].SetText("2");
+  options.TSmalS[5].SetText("1");
+  Cut({Make("a.png")});
+  const std::vector<std::string> first = OutNames();
+  ASSERT_EQ(first.size(), 2u);
+  std::filesystem::remove(Out(first[1]));
+  Cut();
+  EXPECT_EQ(OutNames().size(), 3u);
+  EXPECT_FALSE(TrashUsed());
+}
+
+// What is kept is not a stale output either.
+TEST_F(ExistingOutputTest, ItIsKeptIfTheSourceCannotBeCut) {
+  for (const OnExisting way : {OnExisting::Rename, OnExisting::Skip}) {
+    program.onExisting = way;
+    program.files.Clear();
+    Own("a.jpg");
+    const std::string source = Make("a.png");
+    List({source});
+    world.folder.Write("in/a.png", world.folder.Read("in/a.png").substr(0, 100));
+    Cut();
+    EXPECT_EQ(world.folder.Read("out/a.jpg"), "the user's");
+  }
+  EXPECT_FALSE(TrashUsed());
+}
+
 }  // namespace
 }  // namespace quillon::job

@@ -71,6 +71,20 @@ TEST_F(MultiCutTest, EachSourceGivesOneFileForEachRegion) {
   EXPECT_TRUE(world.shell.Folders().empty());
 }
 
+TEST_F(MultiCutTest, AFileUnderTheNameOfARegionIsKeptIfTheUserSaysSo) {
+  Regions("R\r\n10\t20\t30\t15\r\n0\t0\t60\t50\r\n");
+  world.folder.Write("out/a_裁剪区域2.bmp", "the user's");
+  world.boxes.Answer("已有同名的文件，不是这次写出的：", Reply::No);
+  CutRegionsOf({Make("a.bmp")});
+  EXPECT_EQ(OutNames(), (std::vector<std::string>{"a_裁剪区域1.bmp", "a_裁剪区域2(2).bmp", "a_裁剪区域2.bmp"}));
+  EXPECT_EQ(Totals().written, 2u);
+  program.onExisting = job::OnExisting::Skip;
+  CutListed();
+  EXPECT_EQ(Totals().skipped, 2u);
+  EXPECT_EQ(OutNames().size(), 3u);
+  EXPECT_EQ(world.folder.Read("out/a_裁剪区域2.bmp"), "the user's");
+}
+
 TEST_F(MultiCutTest, AFileUnderTheNameOfARegionGoesToTheTrash) {
   Regions("R\r\n10\t20\t30\t15\r\n0\t0\t60\t50\r\n");
   world.folder.Write("out/a_裁剪区域2.bmp", "the user's");

@@ -4,6 +4,7 @@
 #include <cerrno>
 #include <filesystem>
 
+#include "job/marking_tools.h"
 #include "regions/timed/watch_fixture.h"
 #include "regions/transparent_png.h"
 
@@ -585,6 +586,66 @@ TEST_F(CutTimeTest, ABurstIsCutExactlyOnce) {
   for (int i = 0; i < kFiles; ++i) {
     ASSERT_EQ(SizeOf(In(std::to_string(i) + ".bmp")), (base::Size{10, 10})) << i;
   }
+}
+
+TEST_F(CutTimeTest, TheOriginalOfACutInPlaceGoesToTheTrash) {
+  Make("a.bmp", 100, 80);
+  const std::string original = world.folder.Read("in/a.bmp");
+  WatchUntil([&] { return window.LFiles.Value() == "已裁剪数：1"; });
+  EXPECT_EQ(SizeOf(In("a.bmp")), (base::Size{50, 30}));
+  EXPECT_TRUE(world.folder.Read("data/Trash/files/a.bmp") == original);
+}
+
+TEST_F(CutTimeTest, WithoutATrashNoOriginalIsReplaced) {
+  Make("a.bmp", 100, 80);
+  const std::string original = world.folder.Read("in/a.bmp");
+  world.faults.Set({.call = host::testing::DiskCall::RenameNew,
+                    .error = EACCES,
+                    .length = host::testing::Fault::Length::ForEver,
+                    .pathHolds = "in/a.bmp"});
+  WatchUntil([&] { return !recorder.done.empty(); });
+  EXPECT_TRUE(world.folder.Read("in/a.bmp") == original);
+  EXPECT_EQ(recorder.done.at(0).result, job::Result::None);
+  EXPECT_EQ(window.LNote.Value().find("a.bmp：已有同名文件，没能移入回收站"), 0u) << window.LNote.Value();
+}
+
+TEST_F(CutTimeTest, TheWindowSaysWhatBecomesOfTheOriginals) {
+  EXPECT_EQ(window.LPlace.Value(), "原地裁剪，原图移入回收站");
+  Put("FCutTime.ChMul", "1");
+  EXPECT_EQ(window.LPlace.Value(), "裁到原图旁边，原图移入回收站");
+  Put("FCutTime.ChMul", "0");
+  EXPECT_EQ(window.LPlace.Value(), "原地裁剪，原图移入回收站");
+}
+
+TEST_F(CutTimeTest, ExifIsKeptIfItIsAskedFor) {
+  job::MarkingTools tools;
+  program.outputTools = &tools;
+  const std::string marks = "[exif " + In("a.bmp") + "]";
+  for (const bool keeps : {false, true}) {
+    flags.KeepExif = keeps;
+    Make("a.bmp", 100, 80);
+    const std::size_t done = recorder.done.size();
+    WatchUntil([&] { return recorder.done.size() > done; });
+    EXPECT_EQ(world.folder.Read("in/a.bmp").ends_with(marks), keeps);
+    EXPECT_EQ(SizeOf(In("a.bmp")), (base::Size{50, 30}));
+  }
+  tools.exifStatus = {host::Problem::Other, "没有"};
+  Make("b.bmp", 100, 80);
+  WatchUntil([&] { return recorder.done.back().source == In("b.bmp"); });
+  EXPECT_EQ(recorder.done.back().result, job::Result::Written);
+  EXPECT_EQ(window.LNote.Value(), "b.bmp：Exif没有保留：没有");
+  program.outputTools = nullptr;
+}
+
+// Each process would cut every picture once more.
+TEST(SharedWatch, DoesNotStart) {
+  host::testing::TestHost world;
+  job::Program program{world.host};
+  program.shard = {0, 2, ""};
+  Regions regions{program};
+  const controls::EditResult pressed = regions.fCutTime.CmdDo.UserClick();
+  EXPECT_FALSE(pressed.Accepted());
+  EXPECT_NE(pressed.refusal.find("定时裁剪只能由一个进程做"), std::string::npos) << pressed.refusal;
 }
 
 }  // namespace
