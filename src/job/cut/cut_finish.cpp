@@ -131,7 +131,7 @@ imaging::BorderRequest BorderFor(CutFile& file, const std::string& destination, 
   const CutSettings& options = file.settings;
   const BoardResolution resolution = ResolutionFor(file);
   imaging::BorderRequest request;
-  request.source = options.frameOnly ? file.Src : file.latestFile;
+  request.source = BorderSource(file);
   request.destination = destination;
   request.image = options.frameOnly ? base::Size{file.W, file.H} : file.latestSize;
   request.quality = options.quality;
@@ -141,6 +141,8 @@ imaging::BorderRequest BorderFor(CutFile& file, const std::string& destination, 
   PlacePicture(file, BoardPixels(options.boardMm, resolution.dpi, resolution.k), turned, request);
   return request;
 }
+
+const std::string& BorderSource(const CutFile& file) { return file.settings.frameOnly ? file.Src : file.latestFile; }
 
 void WhitenPaddedBoard(CutFile& file) {
   if (!file.settings.padToSize) return;
@@ -155,7 +157,7 @@ Step AddBorder(CutFile& file) {
     return options.frameOnly ? Fail(file, "仅边框模式没有启用“裁剪后加边框”，没有输出") : Step::Next;
   }
   file.program.host.pump.Turn();
-  const std::string bordered = file.WorkFile(work_files::kResultStem);
+  const std::string bordered = file.WorkFileBeside(work_files::kResultStem, BorderSource(file));
   // Removed first, so that the save creates a file and does not wait for a sync.
   (void)file.program.host.files.RemoveOwn(bordered);
   const bool pads = options.frameOnly && options.padToSize;

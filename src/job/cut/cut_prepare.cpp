@@ -58,11 +58,13 @@ Step EndWithoutSize(CutFile& file) {
   return file.measured ? Fail(file, "图片的宽或高为 0") : Fail(file, file.measured);
 }
 
-// Returns a work file if further steps change the cut, or if the crop would read the file that it writes.
+// Returns a work file if further steps change the cut, or if the crop would read the file that it writes. A source that
+// the manual frame has turned or widened is a work file too; it is never the one that the cut writes.
 std::string CutTarget(const CutFile& file) {
-  if (file.BorderFollows()) return file.WorkFile(work_files::kCutStem);
+  if (file.BorderFollows()) return file.WorkFileBeside(work_files::kCutStem, file.Src);
   const bool ontoItself = file.settings.over && file.Dst == file.listedPath;
-  return ontoItself || file.ConversionFollows() ? file.WorkFile(work_files::kResultStem) : file.Dst;
+  const bool aside = ontoItself || file.ConversionFollows();
+  return aside ? file.WorkFileBeside(work_files::kResultStem, file.Src) : file.Dst;
 }
 
 // Has the user decide about the picture, unless an earlier part of the run has stored what he decided.
@@ -190,6 +192,7 @@ Step AskForFrame(CutFile& file) {
   flags.ImageRotated = flags.ManualRotated;
   file.RestoreAngle = flags.ManualRotated ? -flags.ManualAngle : 0;
   file.Src = shown;
+  file.target = CutTarget(file);
   MeasureSource(file);
   const double angle = RuleAngle(file.settings, {file.W, file.H});
   if (flags.ManualRotated || angle == 0) return Step::Next;

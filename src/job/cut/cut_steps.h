@@ -78,7 +78,9 @@ std::string PieceName(const CutFile& file, std::size_t number);
 Step AddBorder(CutFile& file);  // ChAddBoard
 // Whether the cut picture was turned and not turned back.
 enum class Turned { No, Yes };
-// Returns the border that AddBorder draws: around latestFile, or around the source if nothing was cut.
+// Returns the picture that gets the border: latestFile, or the source if nothing was cut.
+const std::string& BorderSource(const CutFile& file);
+// Returns the border that AddBorder draws around BorderSource.
 imaging::BorderRequest BorderFor(CutFile& file, const std::string& destination, Turned turned);
 // Makes the border white for ChAddToSize, also in the window.
 void WhitenPaddedBoard(CutFile& file);
