@@ -72,7 +72,7 @@ class Foresight {
     (void)FindRectangle(file_);
     const bool effects = EffectsApply(Settings()) && !OnlyOwnDpi(file_);
     if (effects) ApplyEffects();
-    if (file_.rect.Empty()) return false;
+    if (NothingToCut(file_)) return false;
     return effects || NeedsMemory(file_) ? CutInMemory() : CutToFile();
   }
 
