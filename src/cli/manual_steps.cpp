@@ -28,7 +28,7 @@ bool ManualSteps::IsButton(const std::string& reply) {
 void ManualSteps::Turn() {
   if (pressing_ || !frame_.Waiting() || program_.flags.ManualStepDone) return;
   pressing_ = true;
-  const std::string picture = program_.flags.CurrentImagePath;
+  const std::string picture = frame_.Asked();
   for (const Answer& answer : answers_) {
     if (program_.flags.ManualStepDone) break;
     if (picture.find(answer.text) != std::string::npos && IsButton(answer.reply)) Press(picture, answer.reply);

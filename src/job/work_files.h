@@ -20,7 +20,8 @@ inline constexpr const char* kPdf = "Tmp.pdf";
 // Stem of the cut that a border follows, and of the cut of a gif; with the extension of the output.
 inline constexpr const char* kCutStem = "Tmp";
 // Stem of the finished picture that replaces the output at the end; with the extension of the output. Also of the cut
-// of a watched file that replaces its source.
+// of a watched file that replaces its source, and of a region that helpers convert. If the picture that is read has
+// this name, because the manual frame has made it, kCutStem and kResultStem are exchanged.
 inline constexpr const char* kResultStem = "Tmp2";
 // Stem of the copy of a source that its output overwrites, for its Exif; with the extension of the source.
 inline constexpr const char* kExifSourceStem = "tmp";

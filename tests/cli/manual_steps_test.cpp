@@ -49,6 +49,22 @@ TEST_F(ManualStepsTest, AnswersArePressedInTheirOrder) {
   EXPECT_EQ(HeightOf("b.bmp"), 30);
 }
 
+// The file on show is a work file then; neither the answers nor the events know it.
+TEST_F(ManualStepsTest, AZoomedPictureIsAnsweredByItsName) {
+  world_.answers = {{"b.jpg", "CmdRot90", ""}, {"确定旋转", "Yes", ""}};
+  world_.onTurn = [this] { manual_.Turn(); };
+  const Outcome outcome =
+      world_.Perform({world_.Out(), World::Percent(), World::Open("FBaseOpt"), World::Set("FBaseOpt.ChMamal", "1"),
+                      World::Set("FBaseOpt.ChZoomAndCut", "1"), World::Set("FBaseOpt.CmbZoom", "50%"),
+                      World::Files({world_.Picture("a.jpg"), world_.Picture("b.jpg")}), World::Click("menuNormalCut")});
+  EXPECT_EQ(outcome.exit, Exit::AllWritten);
+  EXPECT_EQ(Pressed(), (std::vector<std::string>{"CmdNext", "CmdRot90", "CmdNext"}));
+  for (const Event& event : world_.recorder.Of(EventKind::Dialog)) {
+    EXPECT_EQ(event.Text("title").find("Tmp"), std::string::npos) << event.Text("title");
+  }
+  EXPECT_LT(HeightOf("a.jpg"), HeightOf("b.jpg"));
+}
+
 TEST_F(ManualStepsTest, ButtonsAreNamesOfAnswers) {
   for (const char* name : {"CmdNext", "cmdnotcut", "CmdAddBoard", "CmdRot90", "CmdRot270"}) {
     EXPECT_TRUE(ManualSteps::IsButton(name)) << name;

@@ -4,6 +4,7 @@
 #include <sys/resource.h>
 
 #include <csignal>
+#include <cstdlib>
 #include <limits>
 
 #include "helpers/helper_process.h"
@@ -149,6 +150,38 @@ TEST_F(PicCutConverter, FailuresLeaveNoTarget) {
   order.source = folder.Write("torn.jpg", folder.Read("source.jpg").substr(0, 900));
   EXPECT_EQ(Run().exit, 1);
   EXPECT_FALSE(folder.Exists("target.jpg"));
+}
+
+// The program knows only by the target whether the order was carried out.
+TEST_F(PicCutConverter, AnOlderTargetGoesToTheTrashWhateverFails) {
+  setenv("XDG_DATA_HOME", folder.Path("data").c_str(), 1);
+  order.OnlyZoom = true;
+  order.size = {150, 90};
+  const std::string source = order.source;
+  const auto expectDiscarded = [&](const char* failure) {
+    folder.Write("target.jpg", "older");
+    EXPECT_EQ(Run().exit, 1) << failure;
+    EXPECT_FALSE(folder.Exists("target.jpg")) << failure;
+  };
+  order.source = folder.Path("missing.jpg");
+  expectDiscarded("the source is missing");
+  order.source = folder.Write("text.jpg", "no picture");
+  expectDiscarded("the source is no picture");
+  order.source = source;
+  order.least = {601, 400};
+  expectDiscarded("the source is too small");
+  unsetenv("XDG_DATA_HOME");
+  EXPECT_EQ(folder.Read("data/Trash/files/target.jpg"), "older");
+}
+
+TEST_F(PicCutConverter, ATargetThatIsTheSourceStays) {
+  order.OnlyZoom = true;
+  order.size = {150, 90};
+  order.least = {601, 400};
+  order.target = order.source;
+  const std::string before = folder.Read("source.jpg");
+  EXPECT_EQ(Run().exit, 1);
+  EXPECT_EQ(folder.Read("source.jpg"), before);
 }
 
 TEST_F(PicCutConverter, ATargetOfAnySizeIsRefusedByItsSides) {

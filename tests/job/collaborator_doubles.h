@@ -11,7 +11,7 @@ namespace quillon::job {
 
 class IdleFrame final : public ManualFrame {
  public:
-  std::string Ask(const std::string&, const imaging::Image&, const std::string&) override { return {}; }
+  std::string Ask(const ManualPicture&, const std::string&) override { return {}; }
   void Shown() override {}
   host::Status ClonePicture(imaging::Image&) override { return {}; }
   void Rest() override {}

@@ -218,6 +218,7 @@ class StepUi : public FrameUi {
     ui_.program.fBaseOpt.Load();
     form_.ChCutA.Set(false);
     form_.LOutDir.SetText(ui_.world.folder.Path());
+    form_.CmbOutType.SetText("png");
     for (const char* name : {"a.png", "b.png"}) {
       imaging::Image image;
       EXPECT_TRUE(ui_.program.images.NewCanvas({40, 20}, base::Colour{0x0000FF}, image));

@@ -3,6 +3,13 @@
 #include "host/files/stale_output.h"
 
 namespace quillon::host {
+namespace {
+
+bool IsOlderOutput(const Files& files, const std::string& source, const std::string& destination) {
+  return files.IsFile(destination) && !files.SameFile(source, destination);
+}
+
+}  // namespace
 
 // The other problems are found before any work on the result starts.
 bool MayLeaveStaleOutput(const Status& failure) {
@@ -18,12 +25,11 @@ bool MayLeaveStaleOutput(const Status& failure) {
 
 bool WouldBeStaleOutput(const host::Files& files, const std::string& source, const std::string& destination,
                         const host::Status& failure) {
-  return MayLeaveStaleOutput(failure) && files.IsFile(destination) && !files.SameFile(source, destination);
+  return MayLeaveStaleOutput(failure) && IsOlderOutput(files, source, destination);
 }
 
-void DiscardStaleOutput(host::Files& files, const std::string& source, const std::string& destination,
-                        const host::Status& failure) {
-  if (!WouldBeStaleOutput(files, source, destination, failure)) return;
+void DiscardStaleOutput(host::Files& files, const std::string& source, const std::string& destination) {
+  if (!IsOlderOutput(files, source, destination)) return;
   // If no trash accepts it, it stays: a file of the user is never deleted for good.
   static_cast<void>(files.Discard(destination));
 }

@@ -19,8 +19,8 @@ bool MayLeaveStaleOutput(const Status& failure);
 bool WouldBeStaleOutput(const host::Files& files, const std::string& source, const std::string& destination,
                         const host::Status& failure);
 
-// Moves a stale output to the trash, so that it does not remain after the failure.
-void DiscardStaleOutput(host::Files& files, const std::string& source, const std::string& destination,
-                        const host::Status& failure);
+// Moves the file at destination to the trash, so that it does not remain after a failure. Does nothing if it is the
+// source.
+void DiscardStaleOutput(host::Files& files, const std::string& source, const std::string& destination);
 
 }  // namespace quillon::host

@@ -205,10 +205,18 @@ class Maker {
 
 }  // namespace
 
+// An older target goes to the trash after every failure but one: a target that must not be replaced is refused before
+// the work begins, and stays. The caller knows only by the file whether the order was carried out.
 Status MakeFromHuge(host::Files& files, const HugeOrder& order, const Limits& limits) {
   Maker maker(files, order, limits);
-  Status status = files.Save(order.target, [&](host::Draft& draft) { return maker.Fill(draft); });
-  if (!status) DiscardStaleOutput(files, order.source, order.target, status);
+  bool begun = false;
+  Status status = files.Save(order.target, [&](host::Draft& draft) {
+    begun = true;
+    return maker.Fill(draft);
+  });
+  if (!status && (begun || host::MayLeaveStaleOutput(status))) {
+    host::DiscardStaleOutput(files, order.source, order.target);
+  }
   return status;
 }
 

@@ -32,7 +32,7 @@ struct HugeOrder {
 // Damage outside the crop is not looked for.
 // ICC profile, resolution and orientation are copied, EXIF is not.
 // Other: the crop misses the picture. Unsupported: the source is no picture, or smaller than minimum.
-// If the call fails, an older target is discarded (see DiscardStaleOutput).
+// If the call fails, an older target is discarded, unless it is the source or must not be replaced.
 Status MakeFromHuge(host::Files& files, const HugeOrder& order, const Limits& limits);
 
 }  // namespace quillon::imaging

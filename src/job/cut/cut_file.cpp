@@ -10,6 +10,7 @@
 #include "job/cut/cut_plan.h"
 #include "job/cut/cut_steps.h"
 #include "job/settings/cut_settings.h"
+#include "job/work_files.h"
 
 namespace quillon::job {
 namespace {
@@ -66,6 +67,12 @@ CutFile::CutFile(CutRun& owner, std::size_t listRow, std::string path)
 }
 
 std::string CutFile::WorkFile(const std::string& stem) const { return program.AppPath(stem + "." + OutExt); }
+
+std::string CutFile::WorkFileBeside(const std::string& stem, const std::string& read) const {
+  const std::string wanted = WorkFile(stem);
+  if (wanted != read) return wanted;
+  return WorkFile(stem == work_files::kCutStem ? work_files::kResultStem : work_files::kCutStem);
+}
 
 bool CutFile::ConversionFollows() const {
   return run.pdf || settings.toCmyk || (settings.keepExif && program.outputTools && !run.OnBackSide());

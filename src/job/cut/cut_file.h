@@ -24,6 +24,9 @@ struct CutFile {
   bool Listed() const { return row > 0; }
   // Returns the path of a work file with the extension of the output; see work_files.h.
   std::string WorkFile(const std::string& stem) const;
+  // Returns the one of the two work files of the cut that a step may write while it reads the file at `read`: the one
+  // with this stem (kCutStem or kResultStem), or the other one if `read` is that file.
+  std::string WorkFileBeside(const std::string& stem, const std::string& read) const;
   // Return whether a step after the cut changes the picture, so that the cut is written to a work file.
   bool BorderFollows() const { return settings.addBoard; }
   bool ConversionFollows() const;

@@ -1,10 +1,9 @@
 // SPDX-FileCopyrightText: 2026 The Quillon developers
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include <string>
-#include <utility>
 
-#include "base/path_text.h"
 #include "base/rounding.h"
+#include "job/cut/conversions.h"
 #include "job/cut/cut_steps.h"
 #include "job/settings/lists.h"
 #include "job/work_files.h"
@@ -100,25 +99,6 @@ Status PadToSize(CutFile& file, const std::string& destination) {
       destination, [&] { return images.SaveByType(canvas, destination, base::ToLowerAscii(file.OutExt), save); });
 }
 
-// Notes what an output lacks that is written nevertheless.
-void Note(CutFile& file, const std::string& why) { file.result.why += (file.result.why.empty() ? "" : "；") + why; }
-
-// Fails unless both profiles of a conversion to CMYK exist and can be used. The reason names the profile.
-Status CheckCmykProfiles(Program& program) {
-  using Colours = imaging::Services::ProfileColours;
-  for (const auto& [name, colours] : {std::pair("sRGB.icc", Colours::Rgb), std::pair("Default.icm", Colours::Cmyk)}) {
-    const std::string relative = base::JoinPath(kColorConfigs, name);
-    const Status status = program.images.CheckProfile(program.AppPath(relative), colours);
-    if (!status) return {status.GetProblem(), "无法转CMYK，" + relative + "：" + status.Why()};
-  }
-  return Status::Ok();
-}
-
-bool HoldsCmyk(const std::string& extension) {
-  const imaging::Encoder encoder = imaging::EncoderFor(extension);
-  return encoder == imaging::Encoder::Jpeg || encoder == imaging::Encoder::Tiff;
-}
-
 }  // namespace
 
 Step StopHere(CutFile& file) {
@@ -131,7 +111,7 @@ imaging::BorderRequest BorderFor(CutFile& file, const std::string& destination, 
   const CutSettings& options = file.settings;
   const BoardResolution resolution = ResolutionFor(file);
   imaging::BorderRequest request;
-  request.source = options.frameOnly ? file.Src : file.latestFile;
+  request.source = BorderSource(file);
   request.destination = destination;
   request.image = options.frameOnly ? base::Size{file.W, file.H} : file.latestSize;
   request.quality = options.quality;
@@ -141,6 +121,8 @@ imaging::BorderRequest BorderFor(CutFile& file, const std::string& destination, 
   PlacePicture(file, BoardPixels(options.boardMm, resolution.dpi, resolution.k), turned, request);
   return request;
 }
+
+const std::string& BorderSource(const CutFile& file) { return file.settings.frameOnly ? file.Src : file.latestFile; }
 
 void WhitenPaddedBoard(CutFile& file) {
   if (!file.settings.padToSize) return;
@@ -155,7 +137,7 @@ Step AddBorder(CutFile& file) {
     return options.frameOnly ? Fail(file, "仅边框模式没有启用“裁剪后加边框”，没有输出") : Step::Next;
   }
   file.program.host.pump.Turn();
-  const std::string bordered = file.WorkFile(work_files::kResultStem);
+  const std::string bordered = file.WorkFileBeside(work_files::kResultStem, BorderSource(file));
   // Removed first, so that the save creates a file and does not wait for a sync.
   (void)file.program.host.files.RemoveOwn(bordered);
   const bool pads = options.frameOnly && options.padToSize;
@@ -170,41 +152,28 @@ Step AddBorder(CutFile& file) {
 Step ConvertToCmyk(CutFile& file) {
   if (!file.settings.toCmyk) return Step::Next;
   if (const Status usable = CheckCmykProfiles(file.program); !usable) return Fail(file, usable);
-  const Status converted = file.program.outputTools->ToCmyk(file.latestFile);
-  if (converted.DiskFull() || converted.GetProblem() == host::Problem::Stopped) return Fail(file, converted);
-  if (!converted) Note(file, "颜色没有转换：" + converted.Why());
-  const std::string format = base::SplitPath(file.latestFile).extension;
-  if (converted && !HoldsCmyk(format)) Note(file, format + " 不能保存 CMYK，印刷效果的颜色存成了 RGB");
-  return Step::Next;
+  const Status converted = WorkToCmyk(file.program, file.latestFile, file.result.why);
+  return converted ? Step::Next : Fail(file, converted);
 }
 
 Step CopyExif(CutFile& file) {
   const bool wanted = file.settings.keepExif && !file.run.OnBackSide() && file.program.outputTools;
-  if (!wanted) return Step::Next;
-  const Status copied = file.program.outputTools->CopyExif(file.exifSource, file.latestFile);
-  if (!copied) Note(file, "Exif没有保留：" + copied.Why());
+  if (wanted) CopyExifToWork(file.program, file.exifSource, file.latestFile, file.result.why);
   return Step::Next;
 }
 
 Step MakePdf(CutFile& file) {
   if (!file.run.pdf) return Step::Next;
-  const std::string pdf = file.program.AppPath(work_files::kPdf);
-  const Status made = file.program.outputTools->ToPdf(file.latestFile, pdf);
-  (void)file.program.host.files.RemoveOwn(file.latestFile);
-  if (!made) return Fail(file, made);
-  file.latestFile = pdf;
-  return Step::Next;
+  const Status made = WorkToPdf(file.program, file.latestFile);
+  return made ? Step::Next : Fail(file, made);
 }
 
 Step Deliver(CutFile& file) {
-  Program& program = file.program;
   file.result.output = ResultPath(file);
   if (file.latestFile == file.result.output) return Step::Next;
   // A file that helpers have changed is copied, so that the program itself writes the output.
   const char* title = file.ConversionFollows() ? tools::kTitle : host::kBoxTitle;
-  const Status copied = program.saver.Copy(file.latestFile, file.result.output, {.title = title});
-  // A removed work file need not be synced, and the next save creates it anew.
-  (void)program.host.files.RemoveOwn(file.latestFile);
+  const Status copied = DeliverWork(file.program, file.latestFile, file.result.output, title);
   return copied ? Step::Next : Fail(file, copied);
 }
 

@@ -12,6 +12,8 @@ namespace {
 
 using host::Status;
 
+std::string SizeText(int width, int height) { return std::to_string(width) + "x" + std::to_string(height); }
+
 // Loads the picture into Work unless an earlier step has turned it there. After the manual step Src is the picture on
 // show.
 Status LoadWork(CutFile& file) {
@@ -124,10 +126,18 @@ std::optional<base::Size> SizeAfterCut(const CutFile& file, base::Size cut) {
 
 bool EndsFile(const Status& failure) { return failure.DiskFull() || failure.GetProblem() == host::Problem::Stopped; }
 
-Step FailEmptyRectangle(CutFile& file) {
+bool NothingToCut(const CutFile& file) {
+  const base::Size picture{file.W, file.H};
+  return file.rect.Empty() || (!picture.Empty() && !Overlap(file.rect, picture));
+}
+
+Step FailNothingToCut(CutFile& file) {
   if (!file.measured) return Fail(file, file.measured);
-  return Fail(file, "裁剪框的宽或高小于 1 像素（" + std::to_string(file.rect.width) + "x" +
-                        std::to_string(file.rect.height) + "），请检查裁剪参数");
+  const base::Rect& rect = file.rect;
+  const std::string why = rect.Empty() ? "裁剪框的宽或高小于 1 像素（" + SizeText(rect.width, rect.height) + "）"
+                                       : "裁剪框整个在图片之外（左 " + std::to_string(rect.left) + "，上 " +
+                                             std::to_string(rect.top) + "，图片 " + SizeText(file.W, file.H) + "）";
+  return Fail(file, why + "，请检查裁剪参数");
 }
 
 Status SaveWork(CutFile& file) {
@@ -159,7 +169,7 @@ Step CutInMemory(CutFile& file, LoadFailure loadFailure) {
     if (const Status turned = TurnByRule(file); !turned) return Fail(file, turned);
     if (const Status recoloured = Recolour(file); !recoloured) return Fail(file, recoloured);
   }
-  if (file.rect.Empty()) return FailEmptyRectangle(file);
+  if (NothingToCut(file)) return FailNothingToCut(file);
   file.program.host.pump.Turn();
   if (const Status cut = images.CutImage(file.Work, file.rect); !cut) {
     if (file.settings.split) return Fail(file, cut);

@@ -92,7 +92,7 @@ bool NeedsMemory(const CutFile& file) {
 
 Step CutFileToFile(CutFile& file) {
   if (NeedsMemory(file)) return CutInMemory(file, LoadFailure::Reported);
-  if (file.rect.Empty()) return FailEmptyRectangle(file);
+  if (NothingToCut(file)) return FailNothingToCut(file);
   if (IsGif(SourceExtension(file))) return CutGifSource(file);
   const host::Status cut = Crop(file, PlainCrop(file));
   return cut ? AcceptCrop(file) : Fail(file, cut);
@@ -102,7 +102,7 @@ Step MakeCut(CutFile& file) {
   if (file.settings.frameOnly) return Step::Next;
   file.program.host.pump.Turn();
   if (!EffectsApply(file.settings)) return CutFileToFile(file);
-  if (OnlyOwnDpi(file) && !file.rect.Empty()) {
+  if (OnlyOwnDpi(file) && !NothingToCut(file)) {
     const host::Status cut = Crop(file, PlainCrop(file));
     if (cut) return AcceptCrop(file);
     if (EndsFile(cut)) return Fail(file, cut);

@@ -73,7 +73,7 @@ class Foresight {
     (void)FindRectangle(file_);
     const bool effects = EffectsApply(Settings()) && !OnlyOwnDpi(file_);
     if (effects) ApplyEffects();
-    if (file_.rect.Empty()) return false;
+    if (NothingToCut(file_)) return false;
     return effects || NeedsMemory(file_) ? CutInMemory() : CutToFile();
   }
 
@@ -129,7 +129,9 @@ class Foresight {
   bool Border() {
     const CutSettings& options = Settings();
     if (!options.addBoard) return !options.frameOnly;
-    const std::string bordered = file_.WorkFile(work_files::kResultStem);
+    file_.latestFile = plan_.output;
+    file_.latestSize = plan_.size;
+    const std::string bordered = file_.WorkFileBeside(work_files::kResultStem, BorderSource(file_));
     if (options.frameOnly && options.padToSize) {
       const Fit fit = FitToSize(Size(), options.geometry.FixW, options.geometry.FixH);
       const base::Size canvas{options.geometry.FixW, options.geometry.FixH};
@@ -137,8 +139,6 @@ class Foresight {
       return AddEffects(bordered, canvas, options.quality);
     }
     if (options.padToSize) file_.settings.boardColour = base::kWhite;
-    file_.latestFile = plan_.output;
-    file_.latestSize = plan_.size;
     imaging::BorderRequest request = BorderFor(file_, bordered, file_.RestoreAngle != 0 ? Turned::Yes : Turned::No);
     const base::Size total = request.total;
     plan_.work.steps.emplace_back(std::move(request));

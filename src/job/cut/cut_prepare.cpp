@@ -58,11 +58,13 @@ Step EndWithoutSize(CutFile& file) {
   return file.measured ? Fail(file, "图片的宽或高为 0") : Fail(file, file.measured);
 }
 
-// Returns a work file if further steps change the cut, or if the crop would read the file that it writes.
+// Returns a work file if further steps change the cut, or if the crop would read the file that it writes. A source that
+// the manual frame has turned or widened is a work file too; it is never the one that the cut writes.
 std::string CutTarget(const CutFile& file) {
-  if (file.BorderFollows()) return file.WorkFile(work_files::kCutStem);
+  if (file.BorderFollows()) return file.WorkFileBeside(work_files::kCutStem, file.Src);
   const bool ontoItself = file.settings.over && file.Dst == file.listedPath;
-  return ontoItself || file.ConversionFollows() ? file.WorkFile(work_files::kResultStem) : file.Dst;
+  const bool aside = ontoItself || file.ConversionFollows();
+  return aside ? file.WorkFileBeside(work_files::kResultStem, file.Src) : file.Dst;
 }
 
 // Names the output beside a foreign file of its name, if the user keeps that file.
@@ -81,8 +83,20 @@ Step KeepExisting(CutFile& file) {
 void DecideByHand(CutFile& file) {
   RunJournal& journal = file.run.journal;
   const std::string earlier = journal.DecisionOn(file.listedPath).value_or("");
-  const std::string decision = file.program.manualFrame->Ask(file.Src, file.Work, earlier);
+  const std::string decision = file.program.manualFrame->Ask({file.listedPath, file.Src, file.Work}, earlier);
   if (!decision.empty() && decision != earlier) journal.StoreDecision(file.listedPath, decision);
+}
+
+// Returns why the manual step gives no output for the picture at path: it does not convert to another type. "" if the
+// name has the extension of the output.
+std::string WrongType(const CutFile& file, const std::string& path) {
+  const base::PathParts parts = base::SplitPath(path);
+  const std::string name = base::ToLowerAscii(base::JoinPath("", parts.name, parts.extension));
+  const std::string wanted = base::ToLowerAscii(file.OutExt);
+  if (name.find("." + wanted) != std::string::npos) return {};
+  const char* shown = path == file.listedPath ? "图片是 " : "缩放、旋转或扩边之后的图片是 ";
+  return shown + base::ToLowerAscii(parts.extension) + "，输出类型是 " + wanted +
+         "：手动裁剪不转换类型，这一张没有裁剪";
 }
 
 }  // namespace
@@ -190,6 +204,8 @@ Step AskForFrame(CutFile& file) {
   Flags& flags = program.flags;
   flags.ManualStepDone = false;
   const bool cutBefore = file.run.journal.CutAsDecided(file.listedPath);
+  // Reported before the user is asked, who would place a frame for nothing.
+  if (const std::string why = WrongType(file, file.Src); !cutBefore && !why.empty()) return Fail(file, why);
   if (!cutBefore) DecideByHand(file);
   program.images.DisposeImage(file.Work);
   file.turnedFirst = false;
@@ -197,13 +213,11 @@ Step AskForFrame(CutFile& file) {
   if (flags.StopRequested && !flags.ManualStepDone) return Fail(file, "已停止，未处理完");
   const std::string shown = flags.CurrentImagePath;
   if (!program.host.files.IsFile(shown)) return Fail(file, "裁剪框预览中的图片已不存在");
-  const std::string shownName = base::ToLowerAscii(shown.substr(shown.rfind('/') + 1));
-  if (shownName.find("." + base::ToLowerAscii(file.OutExt)) == std::string::npos) {
-    return Fail(file, "裁剪框预览中的图片与输出类型不符");
-  }
+  if (const std::string why = WrongType(file, shown); !why.empty()) return Fail(file, why);
   flags.ImageRotated = flags.ManualRotated;
   file.RestoreAngle = flags.ManualRotated ? -flags.ManualAngle : 0;
   file.Src = shown;
+  file.target = CutTarget(file);
   MeasureSource(file);
   const double angle = RuleAngle(file.settings, {file.W, file.H});
   if (flags.ManualRotated || angle == 0) return Step::Next;

@@ -7,6 +7,7 @@
 
 #include "base/path_text.h"
 #include "base/utf8.h"
+#include "job/cut/conversions.h"
 #include "job/cut/cut_steps.h"
 
 namespace quillon::job {
@@ -47,12 +48,6 @@ Step MakePiece(const CutFile& whole, const base::Rect& rect, CutFile& piece) {
   piece.latestFile = piece.target;
   piece.program.host.pump.Turn();
   return FinishPiece(piece);
-}
-
-// Reports a note that applies to several pieces once.
-void AddNote(FileResult& whole, const std::string& note) {
-  if (note.empty() || whole.why.find(note) != std::string::npos) return;
-  whole.why += (whole.why.empty() ? "" : "；") + note;
 }
 
 // If one piece fails, the source has no result: the pieces that were made are moved to the trash.
@@ -100,7 +95,8 @@ Step SplitCut(CutFile& file) {
       file.result.why = piece.result.why;
       return GiveUp(file, outputs);
     }
-    AddNote(file.result, piece.result.why);
+    // A note that applies to several pieces is reported once.
+    AddNote(file.result.why, piece.result.why);
   }
   file.result.output = outputs.front();
   file.result.more.assign(outputs.begin() + 1, outputs.end());

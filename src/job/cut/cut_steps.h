@@ -51,8 +51,11 @@ bool OnlyOwnDpi(const CutFile& file);
 // Returns the crop that MakeCut makes unless the picture is held in memory: PlainCrop, and for a gif source into a work
 // file.
 imaging::CropRequest FileCrop(const CutFile& file);
-// Fails a file whose rectangle has no area. The reason is that of the measurement, if the source could not be measured.
-Step FailEmptyRectangle(CutFile& file);
+// Returns whether the rectangle holds no pixel of the picture: it has no area, or it is wholly outside. What is outside
+// cannot be said of a picture that could not be measured.
+bool NothingToCut(const CutFile& file);
+// Fails such a file. The reason is that of the measurement, if the source could not be measured.
+Step FailNothingToCut(CutFile& file);
 // Returns whether another way to the same output would fail too: the disk is full or unresponsive, or the run is
 // stopped.
 bool EndsFile(const host::Status& failure);
@@ -78,7 +81,9 @@ std::string PieceName(const CutFile& file, std::size_t number);
 Step AddBorder(CutFile& file);  // ChAddBoard
 // Whether the cut picture was turned and not turned back.
 enum class Turned { No, Yes };
-// Returns the border that AddBorder draws: around latestFile, or around the source if nothing was cut.
+// Returns the picture that gets the border: latestFile, or the source if nothing was cut.
+const std::string& BorderSource(const CutFile& file);
+// Returns the border that AddBorder draws around BorderSource.
 imaging::BorderRequest BorderFor(CutFile& file, const std::string& destination, Turned turned);
 // Makes the border white for ChAddToSize, also in the window.
 void WhitenPaddedBoard(CutFile& file);

@@ -20,7 +20,6 @@ class RunLedger;
 // What a driver needs of the program for a run.
 struct RunNeeds {
   std::vector<Need> ensured;          // asked for in this order; if one is still missing, there is no run
-  std::size_t resultsPerFile = 1;     // how many results Cut reports for each file
   bool decisions = false;             // the user decides about each file by hand; the journal keeps the decisions
   std::vector<std::string> hidden;    // windows that are hidden during the run
   std::vector<std::string> disabled;  // windows whose controls are disabled during the run
@@ -69,7 +68,7 @@ class FileDriver {
   // fewer than Lookahead.
   virtual void Prefetch(const std::vector<std::string>& /*paths*/) {}
 
-  // Handles the file and reports its results.
+  // Handles the file and reports its result; a watch may report none.
   virtual void Cut(const RunFile& file, const Report& report) = 0;
 
   // Called when no file follows, or in a watch none for now.
@@ -77,8 +76,8 @@ class FileDriver {
 };
 
 // A driver of runs over the list and over the input folder. It is the part in which one kind of cut differs from
-// another. Cut reports as many results as Needs says, all with its row and path. StartRun calls the functions in the
-// order of the declarations, those of FileDriver between Prepare and End.
+// another. Cut reports one result, with its row and path. StartRun calls the functions in the order of the
+// declarations, those of FileDriver between Prepare and End.
 class RunDriver : public FileDriver {
  public:
   // --- Before the run.

@@ -79,7 +79,7 @@ void FolderRun::Walk() {
   const FewSizes sizes(context_.images);
   context_.window.ClearList();
   if (context_.observer) context_.observer->RunStarted(0);
-  if (journal_.Kept()) ledger_.RecallBy([this](const std::string& output) { return journal_.SourceOf(output); });
+  if (journal_.Kept()) ledger_.RecallBy([this](const std::string& output) { return OriginOf(output); });
   // Handled sources are passed to the driver now, because the walk may find them late or never.
   if (rule_.byFolder) journal_.EachHandled([this](const std::string& source) { driver_.HandledBefore(source); });
   const double start = checked_ = context_.host.clock.Seconds();
@@ -134,6 +134,12 @@ void FolderRun::ReportStanding(const std::string& path) {
     result.more.assign(outputs.begin() + 1, outputs.end());
   }
   ledger_.Add(result);
+}
+
+std::optional<RunLedger::Origin> FolderRun::OriginOf(const std::string& output) {
+  std::string source = journal_.SourceOf(output);
+  if (source.empty()) return std::nullopt;
+  return RunLedger::Origin{.source = std::move(source), .counted = !journal_.IsPartial(output)};
 }
 
 bool FolderRun::IsResult(const std::string& path) {

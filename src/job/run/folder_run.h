@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include <optional>
 #include <string>
 
 #include "job/list/file_count.h"
@@ -39,6 +40,8 @@ class FolderRun {
   void Handle(const FileWalk& walk, const std::string& path);
   // Reports a file that an earlier part of the job has handled.
   void ReportStanding(const std::string& path);
+  // Returns the origin of an output that the ledger has forgotten; nothing for any other file.
+  std::optional<RunLedger::Origin> OriginOf(const std::string& output);
   // Returns whether path is a result that the walk has found.
   bool IsResult(const std::string& path);
   void DiscardStaleOutputs(const std::string& source);

@@ -94,15 +94,15 @@ void ListRun::HandleRow(std::size_t row) {
   host::Status answered;
   if (!context_.Stopped()) answered = context_.disks.AskForCut(file.path);
   if (context_.Stopped()) {
-    ReportAll(file, Result::Skipped, "已停止，未处理");
+    ReportWithout(file, Result::Skipped, "已停止，未处理");
     return;
   }
   if (!answered) {
-    ReportAll(file, Result::None, answered.Why());
+    ReportWithout(file, Result::None, answered.Why());
     return;
   }
   if (const std::string why = WhyNotReplaced(row); !why.empty()) {
-    ReportAll(file, Result::Skipped, why);
+    ReportWithout(file, Result::Skipped, why);
     return;
   }
   if (!driver_.ShowsProgress()) {
@@ -130,8 +130,8 @@ std::string ListRun::WhyNotReplaced(std::size_t row) {
   return "和“" + base::DisplayText(name) + "”是同一个文件，已经处理过，不再裁一次";
 }
 
-void ListRun::ReportAll(const RunFile& file, Result result, const std::string& why) {
-  for (std::size_t i = 0; i < needs_.resultsPerFile; ++i) ledger_.Add({file.row, file.path, "", result, why});
+void ListRun::ReportWithout(const RunFile& file, Result result, const std::string& why) {
+  ledger_.Add({file.row, file.path, "", result, why});
 }
 
 void StartRun(const RunContext& context, RunDriver& driver) {
@@ -141,7 +141,7 @@ void StartRun(const RunContext& context, RunDriver& driver) {
 
   const RunNeeds needs = driver.Needs();
   const RunSource source = context.flags.LargeCapacityMode ? RunSource::Folder : RunSource::List;
-  RunLedger ledger(context, source == RunSource::Folder ? 0 : context.files.RowCount() * needs.resultsPerFile);
+  RunLedger ledger(context, source == RunSource::Folder ? 0 : context.files.RowCount());
   RunJournal journal(context, driver.Name(), driver.Windows());
   context.window.SaveFolders();
   const std::optional<RunEnd> end = RunInFrame(context, driver, needs, source, ledger, journal);

@@ -27,7 +27,7 @@ class ListRun {
   void HandleRow(std::size_t row);
   // Returns why a run that replaces its sources must not handle the row; "" if it may.
   std::string WhyNotReplaced(std::size_t row);
-  void ReportAll(const RunFile& file, Result result, const std::string& why);
+  void ReportWithout(const RunFile& file, Result result, const std::string& why);
 
   const RunContext& context_;
   RunLedger& ledger_;

@@ -22,6 +22,7 @@ constexpr const char* kDone = "done";
 constexpr const char* kFrom = "from";
 constexpr const char* kMeant = "meant";
 constexpr const char* kEnded = "ended";
+constexpr const char* kPartial = "partial";
 
 constexpr const char* kInUse = "这项任务正由另一个程序处理，或者它的记录现在无法读取，请稍后再试";
 
@@ -307,11 +308,12 @@ void RunJournal::Ended(const std::string& source, const std::vector<FileResult>&
   Made made{source, before_, {}, before_.has_value()};
   for (const FileResult& result : results) {
     if (result.endedRun) NoteEnding(result);
-    if (result.result != Result::Written) {
+    if (result.result == Result::Written) {
+      made.written = true;
+      made.outputs.push_back(result.output);
+    } else {
       made.complete = false;
-      continue;
     }
-    made.outputs.push_back(result.output);
     made.outputs.insert(made.outputs.end(), result.more.begin(), result.more.end());
   }
   if (!made.complete && intent) Drop(source, intent.mapped());
@@ -337,8 +339,17 @@ void RunJournal::Commit(const RunLedger& ledger) {
 // source.
 void RunJournal::WriteOrigins(const Made& made, const RunLedger& ledger) {
   for (const std::string& output : made.outputs) {
-    if (output != made.source && ledger.WroteFrom(output, made.source)) journal_->Set(output, kFrom, made.source);
+    if (output != made.source && ledger.WroteFrom(output, made.source)) WriteOrigin(made, output);
   }
+}
+
+void RunJournal::WriteOrigin(const Made& made, const std::string& output) {
+  journal_->Set(output, kFrom, made.source);
+  if (IsPartial(output) == made.written) journal_->Set(output, kPartial, made.written ? "" : made.source);
+}
+
+bool RunJournal::IsPartial(const std::string& output) const {
+  return journal_ && !journal_->Get(output, kPartial).value_or("").empty();
 }
 
 void RunJournal::WriteDown(const Made& made) {
@@ -348,7 +359,7 @@ void RunJournal::WriteDown(const Made& made) {
     if (!facts) return;
     done.outputs.emplace_back(StampOf(*facts), output);
     if (output == made.source) continue;
-    journal_->Set(output, kFrom, made.source);
+    WriteOrigin(made, output);
     if (IsMeant(output)) journal_->Set(output, kMeant, "");
   }
   journal_->Set(made.source, kDone, TextOf(done));

@@ -20,6 +20,8 @@
 //   begun  of a source: it is about to be overwritten; its stamp before that
 //   done   of a source: its stamp, and the stamps and paths of all its outputs
 //   from   of an output: its source
+//   partial
+//          of an output: its source counts as one without a result, because another of its outputs could not be made
 //   meant  of an output that is not finished: its source
 //   ended  of a source: it ended the run; its stamp, and why
 //   decision, before, after
@@ -95,6 +97,9 @@ class RunJournal {
   void Commit(const RunLedger& ledger);
   // Returns the source from which this job made output; "" if there is none.
   std::string SourceOf(const std::string& output);
+  // Returns whether the source of the output counts as one without a result, because another of its outputs could not
+  // be made.
+  bool IsPartial(const std::string& output) const;
   // Closes the journal, and removes it if the job is complete.
   void End(const RunLedger& ledger, bool complete);
 
@@ -114,6 +119,7 @@ class RunJournal {
     std::optional<host::FileFacts> before;
     std::vector<std::string> outputs;
     bool complete = true;  // no result of the source failed
+    bool written = false;  // the source counts as written
   };
   // What is recorded of a source that has not ended.
   struct Intent {
@@ -138,6 +144,7 @@ class RunJournal {
   void Drop(const std::string& source, const Intent& intent);
   void WriteDown(const Made& made);
   void WriteOrigins(const Made& made, const RunLedger& ledger);
+  void WriteOrigin(const Made& made, const std::string& output);
 
   std::string DecisionJob(const std::string& files) const;
   std::string ListText() const;

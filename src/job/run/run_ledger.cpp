@@ -41,19 +41,28 @@ std::optional<RunLedger::Origin> RunLedger::Find(const std::string& output) cons
   const auto found = outputs_.find(output);
   if (found != outputs_.end()) return found->second;
   if (!recall_ || !context_.host.files.IsFile(output)) return std::nullopt;
-  const std::string source = recall_(output);
-  return source.empty() ? std::nullopt : std::optional(Origin{0, source});
+  return recall_(output);
 }
 
 void RunLedger::Add(const FileResult& result) {
   if (open_) ++totals_.planned;
-  if (result.result == Result::Written) {
-    ++results_;
-    Register(result.output, result);
+  ++results_;
+  revoked_.clear();
+  switch (result.result) {
+    case Result::Written:
+      Register(result.output, result);
+      ++totals_.written;
+      break;
+    case Result::None:
+      ++totals_.none;
+      break;
+    case Result::Skipped:
+      ++totals_.skipped;
+      break;
+  }
+  // A skipped source has no outputs of this run, but one without a result may have some.
+  if (result.result != Result::Skipped) {
     for (const std::string& output : result.more) Register(output, result);
-    ++totals_.written;
-  } else {
-    ++(result.result == Result::None ? totals_.none : totals_.skipped);
   }
   ShowResult(result);
   if (context_.observer) context_.observer->FileDone(result);
@@ -64,7 +73,8 @@ void RunLedger::Register(const std::string& output, const FileResult& result) {
   if (earlier && earlier->source != result.source) {
     Revoke(output, *earlier, "输出文件与 " + base::DisplayText(result.source) + " 的同名，已被后者覆盖");
   }
-  outputs_[output] = {result.row, result.source, result.more.empty() ? 0 : results_};
+  const std::size_t several = result.more.empty() ? 0 : results_;
+  outputs_[output] = {result.row, result.source, several, result.result == Result::Written};
 }
 
 void RunLedger::ShowResult(const FileResult& result) {
@@ -81,6 +91,7 @@ void RunLedger::ShowResult(const FileResult& result) {
 
 void RunLedger::Revoke(const std::string& output, const Origin& origin, const std::string& why) {
   outputs_.erase(output);
+  if (!origin.counted || !revoked_.insert(origin.source).second) return;
   if (origin.several != 0) {
     std::erase_if(outputs_, [&](const auto& other) { return other.second.several == origin.several; });
   }

@@ -24,8 +24,15 @@ struct RunContext;
 // and no other source has replaced it. Rows and the observer are notified of every change.
 class RunLedger {
  public:
-  // Returns the source from which this run made the output; "" for any other file.
-  using Recall = std::function<std::string(const std::string& output)>;
+  // Where an output comes from.
+  struct Origin {
+    std::size_t row = 0;
+    std::string source;
+    std::size_t several = 0;  // one number for all outputs of a result that has several; 0 if it has one
+    bool counted = true;      // its source counts as written; false if another of its outputs could not be made
+  };
+  // Returns the origin of an output of this run; nothing for any other file.
+  using Recall = std::function<std::optional<Origin>(const std::string& output)>;
   // Returns whether the existing file at path is a source of the run, already handled or not.
   using IsSource = std::function<bool(const std::string& path)>;
 
@@ -78,18 +85,13 @@ class RunLedger {
   void NoteEnd(double seconds, bool stopped);
 
  private:
-  struct Origin {
-    std::size_t row = 0;
-    std::string source;
-    std::size_t several = 0;  // one number for all outputs of a result that has several; 0 if it has one
-  };
-
   std::optional<Origin> Find(const std::string& output) const;
   bool IsListed(const std::string& path);
   void AskAboutExisting(const std::string& output);
   bool KeepsForeign() const { return onExisting_ == OnExisting::Rename || onExisting_ == OnExisting::Skip; }
   void Register(const std::string& output, const FileResult& result);
-  // Changes the result of a lost output to one without output, even if its other outputs exist.
+  // Changes the result of a lost output to one without output, even if its other outputs exist. Does nothing more if
+  // it is one already.
   void Revoke(const std::string& output, const Origin& origin, const std::string& why);
   bool IsDue(const DiscardQueue::Source& source) const;
   void ReportKept(const DiscardQueue::Source& source, DiscardQueue::Kept reason, const host::Status& status);
@@ -104,6 +106,8 @@ class RunLedger {
   LateNote noteLate_;
   std::unordered_map<std::string, Origin> outputs_;
   std::size_t results_ = 0;
+  std::set<std::string>
+      revoked_;  // sources, since the last Add: each of their outputs may be lost, but they count once
   DiscardQueue discards_;
   std::optional<std::set<host::FileId>> sources_;  // read at the first use
 };

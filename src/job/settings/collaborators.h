@@ -11,16 +11,22 @@
 // missing-resource question instead.
 namespace quillon::job {
 
+// A picture at which the manual step waits.
+struct ManualPicture {
+  std::string listedPath;        // its name in questions and answers
+  std::string source;            // the file to show: the listed one, or a work file made of it
+  const imaging::Image& turned;  // the picture if a rule has turned it already, else no image
+};
+
 // The manual step: the user places the frame on each picture before it is cut.
 class ManualFrame {
  public:
   virtual ~ManualFrame() = default;
   // Shows the picture and waits until the user has answered. Stores the answer in the flags (ManualStepDone,
-  // SkipCutThisImage, ManualRotated, ManualAngle, CurrentImagePath) and in TCutValue. turned is the picture if a rule
-  // has turned it already, else no image.
+  // SkipCutThisImage, ManualRotated, ManualAngle, CurrentImagePath) and in TCutValue.
   // Returns the decision as text that only the frame reads, "" if the run was stopped. Does not wait if earlier is such
   // a text: that decision is applied again. "" is none.
-  virtual std::string Ask(const std::string& source, const imaging::Image& turned, const std::string& earlier) = 0;
+  virtual std::string Ask(const ManualPicture& picture, const std::string& earlier) = 0;
   // Called when the preview shows another picture, also while no run asks.
   virtual void Shown() = 0;
   // Copies the picture on show, for drivers that go on working on it.

@@ -3,6 +3,7 @@
 #include "job/settings/geometry.h"
 
 #include <algorithm>
+#include <cstdint>
 #include <limits>
 #include <string>
 
@@ -107,6 +108,14 @@ base::Rect CutRectangle(const CutGeometry& geometry, const Overhang& overhang, b
   if (!geometry.ChCutA) return PercentRectangle(geometry, picture);
   const bool proportional = geometry.ChFixCut && geometry.ChAutoZoom;
   return proportional ? ProportionalRectangle(geometry, overhang, picture) : PixelRectangle(geometry, picture, pass);
+}
+
+// In 64 bits, because margins may be beyond all sizes.
+bool Overlap(const base::Rect& cut, base::Size picture) {
+  const auto meets = [](std::int64_t begin, std::int64_t length, int side) {
+    return begin < side && begin + length > 0;
+  };
+  return meets(cut.left, cut.width, picture.width) && meets(cut.top, cut.height, picture.height);
 }
 
 base::Rect FormatCutRectangle(const CutGeometry& p, base::Size picture) {

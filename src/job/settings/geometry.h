@@ -10,8 +10,8 @@
 
 // Computes where a picture is cut, and to what size it is turned, scaled and framed. Pure arithmetic: sizes and
 // rectangles are whole pixels, margins are pixels or percent, R is rounding with ties to even. Nothing here is clamped
-// to the picture: a width or height of 0 or less, or a rectangle that reaches outside, is a result, and the driver
-// fails that file.
+// to the picture: a width or height of 0 or less, or a rectangle that reaches outside, is a result. The driver draws
+// what is outside in white, and fails a file of which no pixel would be cut.
 namespace quillon::job {
 
 // Returns a length in centimetres as whole pixels at dpi dots per inch. The length in inches, cm times 0.3937, is
@@ -55,6 +55,9 @@ enum class Pass { First, AfterRotation };
 // rounded on its own, in that order.
 base::Rect CutRectangle(const CutGeometry& geometry, const Overhang& overhang, base::Size picture,
                         Pass pass = Pass::First);
+
+// Returns whether a picture of that size has a pixel in common with the rectangle. Both must have an area.
+bool Overlap(const base::Rect& cut, base::Size picture);
 
 // Returns the rectangle by the shorter rule of the gif, transparent png and multi-page tiff cuts.
 base::Rect FormatCutRectangle(const CutGeometry& geometry, base::Size picture);

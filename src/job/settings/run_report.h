@@ -39,10 +39,12 @@ struct FileResult {
   std::string source;
   std::string output;  // "" if none was written and none of an earlier part of the run exists
   Result result = Result::None;
-  std::string why;                     // one Chinese sentence; "" if the output is complete
-  std::vector<std::string> more = {};  // further outputs, if one source gives several
-  Retry retry = Retry::Never;          // only counts if there is no output
-  bool endedRun = false;               // this file ended a run over a folder
+  std::string why;  // one Chinese sentence; "" if the output is complete
+  // Further outputs, if one source gives several. If only some of them could be made, there is no result, output is ""
+  // and these are the ones that were made.
+  std::vector<std::string> more = {};
+  Retry retry = Retry::Never;  // only counts if there is no output
+  bool endedRun = false;       // this file ended a run over a folder
 };
 
 // Sums of a run: planned = written + none + skipped. Files that a stopped run did not reach are skipped.

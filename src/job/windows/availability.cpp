@@ -45,8 +45,9 @@ void ShowModes(Form1& form, const FBaseOpt& options) {
   only(CutMode::Colour, {&form.MenuColorCut});
   only(CutMode::Normal, {&form.MenuChSizeFormat, &form.MenuExtentAndCut});
   const bool normal = mode == CutMode::Normal;
-  Allow(form.menuNormalCut, {{!normal, Wants(CutMode::Normal)},
-                             {options.ChMulCut.On(), "已启用“多区域裁剪”，请在多区域裁剪窗口中开始裁剪"}});
+  const bool regionsWait = options.ChMulCut.On() && options.ChMulCut.Tag().empty();
+  Allow(form.menuNormalCut,
+        {{!normal, Wants(CutMode::Normal)}, {regionsWait, "已启用“多区域裁剪”，请在多区域裁剪窗口中开始裁剪"}});
   const bool paged = mode == CutMode::Pdf || mode == CutMode::Tiff;
   Allow(form.MenuBaseOptions, {{!normal && !paged, "本裁剪模式没有高级选项"}});
   Allow(form.CmbOutType, {{!normal && mode != CutMode::Tiff, "输出类型由裁剪模式决定"}});

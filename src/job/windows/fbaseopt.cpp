@@ -155,6 +155,7 @@ void FBaseOpt::ChCutAndZoom_Click() {
 }
 
 void FBaseOpt::ChMulCut_Click() {
+  ChMulCut.SetTag("");
   if (ClearInPagedMode(ChMulCut)) return;
   if (ChMulCut.On() && Lacks(ChMulCut, program_.ShowWindow("FMultCut"))) return;
   program_.ShowAvailability();

@@ -43,6 +43,7 @@ class FBaseOpt : public controls::Window {
       Inside(FrameSize, "保留裁剪",
              "裁剪后所得的图片尺寸都一样，即从图片中抠出一样尺寸大小的图，须指定裁剪的起点坐标")};
   controls::CheckBox ChAutoCenter{*this, "ChAutoCenter", Inside(FrameSize, "自动居中裁剪")};
+  // The tag is set after a region run: until then the box disables menuNormalCut.
   controls::CheckBox ChMulCut{*this, "ChMulCut", Inside(FrameSize, "多区域裁剪", "每张底图要从中抠出几个区域出来")};
   controls::CheckBox ChMamal{*this, "ChMamal", Inside(FrameSize, "手动裁剪")};
   controls::CheckBox ChSplit{*this, "ChSplit", Inside(FrameSize, "图片分切")};

@@ -34,7 +34,7 @@ class CutFrame final : public job::ManualFrame {
   CutFrame& operator=(const CutFrame&) = delete;
 
   // --- job::ManualFrame
-  std::string Ask(const std::string& source, const imaging::Image& turned, const std::string& earlier) override;
+  std::string Ask(const job::ManualPicture& picture, const std::string& earlier) override;
   host::Status ClonePicture(imaging::Image& out) override;
   void Shown() override { FitSlider(); }
   void Rest() override;
@@ -46,6 +46,9 @@ class CutFrame final : public job::ManualFrame {
 
   // Returns true while a run waits for the user's answer to a picture.
   bool Waiting() const { return waiting_; }
+  // Returns the listed path of the picture that a run has asked about last, "" if no run is under way. The file on show
+  // may be a work file.
+  const std::string& Asked() const { return asked_; }
   // Returns true if mouse and keys can change the frame: there is a picture, ChFull is off, and no run goes on that
   // does not wait.
   bool Editable() const;
@@ -113,10 +116,13 @@ class CutFrame final : public job::ManualFrame {
   void Rotate(controls::Button& button, double angle);
   void Turn(double angle);
   bool MayRotate(controls::Button& button);
+  // Asks if the picture would have no output because a work file of the frame has another type than the output.
+  bool MayLoseOutput();
   void PadToRatio();
   void PollKeys(const Keys& held);
 
   job::Program& program_;
+  std::string asked_;
   std::string steps_;  // turns and padding of the picture on show, as in Decision
   bool waiting_ = false;
   Drag drag_ = Drag::None;

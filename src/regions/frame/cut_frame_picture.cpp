@@ -9,6 +9,7 @@
 // of Tmp.jpg and Tmp2.jpg which is not the picture on show, so that no step overwrites the file that it reads.
 #include <algorithm>
 
+#include "base/path_text.h"
 #include "job/settings/cut_settings.h"
 #include "job/work_files.h"
 #include "regions/frame/cut_frame.h"
@@ -111,7 +112,19 @@ bool CutFrame::MayRotate(controls::Button& button) {
 }
 
 void CutFrame::Rotate(controls::Button& button, double angle) {
-  if (waiting_ && MayRotate(button)) Turn(angle);
+  if (waiting_ && MayLoseOutput() && MayRotate(button)) Turn(angle);
+}
+
+// A picture of that type has no output unless it has the type of the output; see job::AskForFrame. Cancel keeps the
+// picture as it is.
+bool CutFrame::MayLoseOutput() {
+  const std::string work = base::SplitPath(job::work_files::kShownPicture).extension;
+  const job::CutSettings options = job::ReadCutSettings(program_);
+  const std::string output = base::ToLowerAscii(job::OutputExtension(options, base::SplitPath(asked_).extension));
+  if (work == output) return true;
+  const std::string question =
+      "旋转或扩边之后的图片是 " + work + "，输出类型是 " + output + "，这一张就没有输出。仍然继续？";
+  return program_.Ask(question, host::kOkCancelQuestion) == host::Reply::Ok;
 }
 
 void CutFrame::Turn(double angle) {
@@ -142,7 +155,7 @@ void CutFrame::CmdAddBoard_Click() {
     button.SetEnabled(false, kPaddedOnce);
     return;
   }
-  PadToRatio();
+  if (MayLoseOutput()) PadToRatio();
 }
 
 void CutFrame::PadToRatio() {

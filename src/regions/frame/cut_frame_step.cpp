@@ -20,13 +20,14 @@ constexpr double kSecondsBetweenTurns = 0.005;  // of the message pump, while th
 
 }  // namespace
 
-std::string CutFrame::Ask(const std::string& source, const imaging::Image& turned, const std::string& earlier) {
+std::string CutFrame::Ask(const job::ManualPicture& picture, const std::string& earlier) {
   job::Flags& flags = program_.flags;
-  flags.CurrentImagePath = source;
+  asked_ = picture.listedPath;
+  flags.CurrentImagePath = picture.source;
   flags.ManualStepDone = false;
   flags.SkipCutThisImage = false;
   steps_.clear();
-  UpdateImage(source, turned);
+  UpdateImage(picture.source, picture.turned);
   if (const auto decision = DecisionFrom(earlier)) {
     Replay(*decision);
     return earlier;
@@ -110,6 +111,7 @@ void CutFrame::Rest() {
   window.SetTitle(job::kPreviewCaption);
   for (controls::Slider* slider : {&window.Slider1, &window.HS, &window.VS}) slider->SetEnabled(true);
   Preview().SetUpcoming("");
+  asked_.clear();
 }
 
 void CutFrame::CmdNext_Click() {

@@ -12,6 +12,7 @@ constexpr const char* kNoCount = "区域列表：";
 constexpr const char* kTooFew = "至少添加2个裁剪区域！";
 constexpr const char* kStopQuestion = "正在处理中，要强制终止吗？";
 constexpr const char* kCutting = "正在裁剪";
+constexpr const char* kRunEnded = "1";
 constexpr std::size_t kFewest = 2;  // regions; a single one is a normal cut
 
 }  // namespace
@@ -72,6 +73,8 @@ void FMultCut::CmdOk_Click() {
   });
   job::StartRun(program_.context, cut);
   if (!started) return;
+  program_.fBaseOpt.ChMulCut.SetTag(kRunEnded);
+  program_.ShowAvailability();
   EnableForRun(nullptr);
   ShowCount();
 }

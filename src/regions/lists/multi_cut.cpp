@@ -9,6 +9,7 @@
 #include "base/utf8.h"
 #include "job/run/run_ledger.h"
 #include "job/settings/cut_settings.h"
+#include "job/work_files.h"
 
 namespace quillon::regions {
 namespace {
@@ -17,6 +18,9 @@ using job::Result;
 
 constexpr const char* kFolderQuestion = "为每一张底图新建以底图文件名的新建文件夹并将裁剪的小图存入该文件夹中？";
 constexpr const char* kDone = "处理完毕！要打开输出目录吗？";
+constexpr const char* kStopped = "已停止，未处理";
+constexpr const char* kRestStopped = "已停止，其余区域没有处理";
+constexpr const char* kPdfPicture = "jpg";  // the type of the picture of which a pdf is made
 
 std::string SizeText(base::Size size) { return std::to_string(size.width) + "x" + std::to_string(size.height); }
 
@@ -37,8 +41,9 @@ MultiCut::MultiCut(job::Program& program, const RegionEditor& editor, std::funct
 
 job::RunNeeds MultiCut::Needs() const {
   job::RunNeeds needs;
-  needs.ensured = {job::Need::Files, job::Need::OutputFolder};
-  needs.resultsPerFile = regions_.size();
+  const bool pdf = job::Selected<job::OutType>(program_.form1.CmbOutType) == job::OutType::Pdf;
+  if (program_.flags.ToCmyk || pdf) needs.ensured.push_back(job::Need::OutputTools);
+  for (const job::Need need : {job::Need::Files, job::Need::OutputFolder}) needs.ensured.push_back(need);
   needs.disabled = {"FBaseOpt", "FGifCut", "FTiffOps", "FPdfOps", "FArray"};
   needs.inFolderRun = job::WindowUse::Disabled;
   return needs;
@@ -53,11 +58,12 @@ void MultiCut::Begin(job::RunLedger& ledger) {
   ledger_ = &ledger;
   job::Form1& form = program_.form1;
   form.MSF.SetEnabled(false);
-  if (job::Selected<job::OutType>(form.CmbOutType) == job::OutType::Pdf) {
-    job::Select(form.CmbOutType, job::OutType::Jpg);
-  }
   const job::CutSettings options = job::ReadCutSettings(program_);
-  extension_ = "." + job::CasedExtension(options.outType, options.extensionCase);
+  const bool pdf = job::Selected<job::OutType>(form.CmbOutType) == job::OutType::Pdf;
+  const std::string type = job::CasedExtension(options.outType, options.extensionCase);
+  extension_ = "." + type;
+  conversions_ = {options.toCmyk, options.keepExif && program_.outputTools, pdf};
+  workFile_ = program_.AppPath(std::string(job::work_files::kResultStem) + "." + (pdf ? kPdfPicture : type));
   perImageFolder_ = program_.Ask(kFolderQuestion, host::kYesNoQuestion) == host::Reply::Yes;
   prefetch_.emplace(program_.context,
                     [this](std::size_t, const std::string& path, base::Size size) { return Foresee(path, size); });
@@ -99,6 +105,9 @@ std::string MultiCut::Refusal(const Source& source) {
   if (!program_.host.files.IsFile(source.path)) return "找不到这个文件";
   imaging::ImageFacts facts;
   if (const host::Status read = program_.images.ImageInfo(source.path, facts); !read) return read.Why();
+  if (conversions_.cmyk) {
+    if (const host::Status usable = job::CheckCmykProfiles(program_); !usable) return usable.Why();
+  }
   const base::Size now{facts.width, facts.height};
   if (now == source.size) return {};
   return "图片已被换成另一张（列表中 " + SizeText(source.size) + "，现在 " + SizeText(now) + "），请重新添加";
@@ -120,25 +129,29 @@ std::string MultiCut::OutputFolder(const std::string& baseName) const {
 }
 
 std::vector<RegionCut> MultiCut::CutsOf(const std::string& path, base::Size size) const {
-  std::vector<std::string> outputs = Outputs(path);
+  const std::vector<std::string> outputs = Outputs(path);
   std::vector<RegionCut> cuts;
   for (std::size_t j = 0; j < regions_.size(); ++j) {
-    cuts.push_back({BoxOf(regions_[j], unit_, size), std::move(outputs[j])});
+    cuts.push_back({BoxOf(regions_[j], unit_, size), conversions_.None() ? outputs[j] : workFile_});
   }
   return cuts;
 }
 
+imaging::FileWork MultiCut::WorkOf(const std::string& path, const std::vector<RegionCut>& cuts) const {
+  const imaging::Exif exif = conversions_.exif ? imaging::Exif::Keep : imaging::Exif::Drop;
+  return RegionWork(path, cuts, job::ReadCutSettings(program_).quality, imaging::Alpha::Kept, exif);
+}
+
 std::optional<imaging::FileWork> MultiCut::Foresee(const std::string& path, base::Size size) const {
-  const job::CutSettings settings = job::ReadCutSettings(program_);
-  if (size.Empty() || job::TooSmall(size, settings.smallest)) return std::nullopt;
-  imaging::FileWork work = RegionWork(path, CutsOf(path, size), settings.quality);
+  if (size.Empty() || job::TooSmall(size, job::ReadCutSettings(program_).smallest)) return std::nullopt;
+  imaging::FileWork work = WorkOf(path, CutsOf(path, size));
   if (work.Empty()) return std::nullopt;
   return work;
 }
 
 void MultiCut::CutSource(const Source& source) {
   if (const base::Size least = job::ReadCutSettings(program_).smallest; job::TooSmall(source.size, least)) {
-    ReportAll(source, Result::Skipped, job::TooSmallText(least));
+    ReportWithout(source, Result::Skipped, job::TooSmallText(least));
     return;
   }
   const std::string folder = OutputFolder(base::SplitPath(source.path).name);
@@ -147,71 +160,97 @@ void MultiCut::CutSource(const Source& source) {
     refusal = "无法创建输出文件夹：" + made.Why();
   }
   if (!refusal.empty()) {
-    ReportAll(source, Result::None, refusal);
+    ReportWithout(source, Result::None, refusal);
     return;
   }
-  CutAll(source, CutsOf(source.path, source.size));
+  ReportRegions(source, CutAll(source, CutsOf(source.path, source.size)));
 }
 
-void MultiCut::CutAll(const Source& source, std::vector<RegionCut> cuts) {
-  const std::string normal = program_.files.StatusText();
-  const int quality = job::ReadCutSettings(program_).quality;
+MultiCut::Made MultiCut::CutAll(const Source& source, std::vector<RegionCut> cuts) {
   RegionSource::Options options{.extension = base::SplitPath(cuts.front().output).extension,
-                                .quality = quality,
-                                .work = RegionWork(source.path, cuts, quality)};
+                                .quality = job::ReadCutSettings(program_).quality,
+                                .exif = conversions_.exif ? imaging::Exif::Keep : imaging::Exif::Drop,
+                                .work = WorkOf(source.path, cuts)};
   if (options.work.steps.size() > 1) options.decode = RegionSource::Decode::Once;
   RegionSource picture(program_.images, program_.saver, source.path, options);
-  std::string whys;
+  std::vector<std::string> outputs = Outputs(source.path);
+  Made made;
+  const auto add = [](std::string& whys, const std::string& why) { whys.append(whys.empty() ? "" : "；").append(why); };
   for (std::size_t j = 0; j < cuts.size(); ++j) {
     program_.host.pump.Turn();
     if (program_.flags.StopRequested) {
-      ReportRegion(source, "", Result::Skipped, "已停止，未处理");
-      continue;
+      add(made.failures, kRestStopped);
+      break;
     }
-    const std::string number = std::to_string(j + 1);
-    std::string status = normal;
-    status.append("  正在裁剪").append(number).append("/").append(std::to_string(cuts.size()));
-    program_.form1.LStatus.SetText(status + source.progress);
-    // Reported again for each region, because an observer may read a result as the end of the picture.
-    if (j > 0 && program_.observer) program_.observer->FileBegun(source.path);
-    const std::string why = CutRegion(picture, source, cuts[j]);
-    const bool skipped = cuts[j].output.empty();
-    const Result missing = skipped ? Result::Skipped : Result::None;
-    ReportRegion(source, cuts[j].output, why.empty() ? Result::Written : missing, why);
-    if (!why.empty() && !skipped) whys.append(whys.empty() ? "区域" : "；区域").append(number).append("：").append(why);
+    made.begun = true;
+    ShowRegion(source, j + 1);
+    const std::string why = CutRegion(picture, source, cuts[j], outputs[j], made.notes);
+    if (why.empty()) {
+      made.outputs.push_back(outputs[j]);
+    } else {
+      add(outputs[j].empty() ? made.kept : made.failures, "区域" + std::to_string(j + 1) + "：" + why);
+    }
   }
-  MarkRow(source, whys);
+  return made;
 }
 
-std::string MultiCut::CutRegion(RegionSource& picture, const Source& source, RegionCut& cut) {
+void MultiCut::ShowRegion(const Source& source, std::size_t number) {
+  std::string status = program_.files.StatusText();
+  status.append("  正在裁剪").append(std::to_string(number)).append("/").append(std::to_string(regions_.size()));
+  program_.form1.LStatus.SetText(status + source.progress);
+}
+
+std::string MultiCut::CutRegion(RegionSource& picture, const Source& source, RegionCut& cut, std::string& output,
+                                std::string& notes) {
   if (cut.box.Empty()) return EmptyBoxText(cut.box);
   // Another listed picture must not be overwritten.
-  if (ledger_->IsOtherSource(cut.output, source.path)) {
-    return "会覆盖另一个文件 " + base::DisplayText(cut.output) + "，已跳过";
+  if (ledger_->IsOtherSource(output, source.path)) {
+    return "会覆盖另一个文件 " + base::DisplayText(output) + "，已跳过";
   }
-  if (const auto place = ledger_->PlaceFor(source.path, cut.output)) {
-    cut.output = *place;
-  } else {
-    return "已有同名的文件 " + base::DisplayText(std::exchange(cut.output, {})) + "，保留它，已跳过";
-  }
+  const std::optional<std::string> place = ledger_->PlaceFor(source.path, output);
+  if (!place) return "已有同名的文件 " + base::DisplayText(std::exchange(output, {})) + "，保留它，已跳过";
+  output = *place;
+  if (conversions_.None()) cut.output = output;
   std::optional<host::Files::ReplacedToTrash> replaced;
-  if (ledger_->IsForeign(source.path, cut.output)) replaced.emplace(program_.host.files, cut.output);
-  const host::Status status = picture.Cut(cut);
-  if (!status) ledger_->DiscardStaleOutput(source.path, cut.output, status);
+  if (ledger_->IsForeign(source.path, output)) replaced.emplace(program_.host.files, output);
+  host::Status status;
+  if (conversions_.None()) {
+    status = picture.Cut(cut);
+  } else {
+    // Removed first, so that the save creates a file and does not wait for a sync.
+    (void)program_.host.files.RemoveOwn(cut.output);
+    status = picture.Cut(cut);
+    if (status) status = Convert(source, cut, output, notes);
+  }
+  if (!status) ledger_->DiscardStaleOutput(source.path, output, status);
   return status ? std::string() : status.Why();
 }
 
-void MultiCut::ReportRegion(const Source& source, const std::string& output, Result result, const std::string& why) {
-  (*report_)({source.row, source.path, result == Result::Written ? output : "", result, why});
+host::Status MultiCut::Convert(const Source& source, const RegionCut& cut, const std::string& output,
+                               std::string& notes) {
+  program_.host.pump.Turn();
+  if (program_.flags.StopRequested) return {host::Problem::Stopped, kStopped};
+  return job::FinishWork(program_, conversions_, source.path, cut.output, output, notes);
 }
 
-void MultiCut::ReportAll(const Source& source, Result result, const std::string& why) {
-  for (std::size_t j = 0; j < regions_.size(); ++j) ReportRegion(source, "", result, why);
+void MultiCut::ReportRegions(const Source& source, const Made& made) {
+  if (!made.begun) return ReportWithout(source, Result::Skipped, kStopped);
+  job::FileResult result{source.row, source.path, "", Result::None, made.failures};
+  job::AddNote(result.why, made.notes);
+  job::AddNote(result.why, made.kept);
+  result.more = made.outputs;
+  if (made.failures.empty() && made.outputs.empty()) {
+    result.result = Result::Skipped;
+  } else if (made.failures.empty()) {
+    result.result = Result::Written;
+    result.output = made.outputs.front();
+    result.more.erase(result.more.begin());
+  }
+  (*report_)(std::move(result));
 }
 
-// A row counts as without output if any of its regions has none.
-void MultiCut::MarkRow(const Source& source, const std::string& why) {
-  if (source.row > 0 && !why.empty()) program_.files.SetResult(source.row - 1, Result::None, why, 0);
+void MultiCut::ReportWithout(const Source& source, Result result, const std::string& why) {
+  (*report_)({source.row, source.path, "", result, why});
 }
 
 job::RunEnd MultiCut::End(job::RunSource) {

@@ -7,6 +7,7 @@
 #include <string>
 #include <vector>
 
+#include "job/cut/conversions.h"
 #include "job/program.h"
 #include "job/run/driver.h"
 #include "job/run/run_prefetch.h"
@@ -15,7 +16,9 @@
 
 namespace quillon::regions {
 
-// Cuts all regions out of every picture: of the list, or in large-capacity mode of the input folder.
+// Cuts all regions out of every picture: of the list, or in large-capacity mode of the input folder. A picture gives
+// one result, whose outputs are those of its regions. If only some of them could be made, the result is one without
+// output that names these as more.
 class MultiCut final : public job::RunDriver {
  public:
   // onStart is called when everything that the run needs is there and the run starts.
@@ -49,27 +52,43 @@ class MultiCut final : public job::RunDriver {
     base::Size size;
     std::string progress;  // shown after the region's number
   };
+  // What became of the regions of a source.
+  struct Made {
+    std::vector<std::string> outputs;
+    std::string failures;  // the regions that gave no output, with the reasons
+    std::string notes;     // what the outputs lack
+    std::string kept;      // the regions without output because an existing file is kept
+    bool begun = false;    // false if the run was stopped before the first region
+  };
 
   void CutUnlisted(const std::string& path, const std::string& text);
+  // Returns the regions of a picture of that size with the files that their crops write: the outputs, or if they are
+  // converted a work file.
   std::vector<RegionCut> CutsOf(const std::string& path, base::Size size) const;
+  imaging::FileWork WorkOf(const std::string& path, const std::vector<RegionCut>& cuts) const;
   // Returns the regions as text, which is part of the identity of the job.
   std::string ListText() const;
   void CutSource(const Source& source);
-  void CutAll(const Source& source, std::vector<RegionCut> cuts);
-  // Returns why the region gave no output, "" if it did. Sets the output of cut to the path under which it is saved; to
-  // "" if an existing file is kept instead.
-  std::string CutRegion(RegionSource& picture, const Source& source, RegionCut& cut);
+  Made CutAll(const Source& source, std::vector<RegionCut> cuts);
+  // Returns why the region gave no output, "" if it did. Sets output to the path under which it is saved; to "" if an
+  // existing file is kept instead.
+  std::string CutRegion(RegionSource& picture, const Source& source, RegionCut& cut, std::string& output,
+                        std::string& notes);
+  // Finishes a region that was cut into the work file.
+  host::Status Convert(const Source& source, const RegionCut& cut, const std::string& output, std::string& notes);
+  void ShowRegion(const Source& source, std::size_t number);
   // Returns why a source cannot be cut; "" if it can.
   std::string Refusal(const Source& source);
   std::string OutputFolder(const std::string& baseName) const;
-  void ReportRegion(const Source& source, const std::string& output, job::Result result, const std::string& why);
-  void ReportAll(const Source& source, job::Result result, const std::string& why);
-  void MarkRow(const Source& source, const std::string& why);
+  void ReportRegions(const Source& source, const Made& made);
+  void ReportWithout(const Source& source, job::Result result, const std::string& why);
 
   job::Program& program_;
   std::vector<Margins> regions_;
   Unit unit_;
-  std::string extension_;
+  std::string extension_;         // of the outputs, with its point
+  std::string workFile_;          // the crop of a region that is converted
+  job::Conversions conversions_;  // of each region
   bool perImageFolder_ = false;
   std::function<void()> onStart_;
   std::optional<job::RunPrefetch> prefetch_;

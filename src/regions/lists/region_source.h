@@ -18,9 +18,9 @@ struct RegionCut {
 
 // The crops of all regions of the picture at path that have an area, as RegionSource::Cut() asks for them. Empty if
 // none has. quality is that of jpegs, 0..100. With Alpha::Kept, png and gif outputs keep transparency; other types
-// cannot hold it and are drawn on white.
+// cannot hold it and are drawn on white. exif says whether the EXIF block of the source is copied.
 imaging::FileWork RegionWork(const std::string& path, const std::vector<RegionCut>& cuts, int quality,
-                             imaging::Alpha alpha = imaging::Alpha::Kept);
+                             imaging::Alpha alpha = imaging::Alpha::Kept, imaging::Exif exif = imaging::Exif::Drop);
 
 // A picture out of which several regions are cut.
 class RegionSource {
@@ -32,8 +32,9 @@ class RegionSource {
   struct Options {
     std::string extension;  // of the outputs
     Decode decode = Decode::ForEach;
-    int quality = 80;  // see RegionWork(), like alpha
+    int quality = 80;  // see RegionWork(), like alpha and exif
     imaging::Alpha alpha = imaging::Alpha::Kept;
+    imaging::Exif exif = imaging::Exif::Drop;
     // The RegionWork() of this picture. If exactly this was prefetched, nothing is decoded.
     imaging::FileWork work = {};
   };
@@ -53,6 +54,7 @@ class RegionSource {
   std::string path_;
   int quality_;
   imaging::Alpha alpha_;
+  imaging::Exif exif_;
   imaging::CutSource picture_;  // empty if each cut reads the file
   host::Status opened_;
 };

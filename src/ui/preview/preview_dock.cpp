@@ -204,7 +204,7 @@ void PreviewDock::ShowNewPicture() {
   } else {
     loader_.Load(preview.Path(), QSize(limit_, limit_));
   }
-  const std::string& path = frame_.Waiting() ? program_.flags.CurrentImagePath : preview.Path();
+  const std::string& path = frame_.Asked().empty() ? preview.Path() : frame_.Asked();
   const base::PathParts parts = base::SplitPath(path);
   file_->setText(Shown(base::JoinPath("", parts.name, parts.extension)));
   file_->setToolTip(Shown(path));

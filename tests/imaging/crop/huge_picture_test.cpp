@@ -4,6 +4,8 @@
 
 #include <gtest/gtest.h>
 
+#include <filesystem>
+
 #include "base/path_text.h"
 #include "imaging/jpeg_maker.h"
 #include "imaging/pictures.h"
@@ -343,6 +345,27 @@ TEST_F(HugePicture, WhatIsNotMeantIsRefused) {
   world.folder.Write("text.tif", "no picture");
   EXPECT_EQ(Make(Order("text.tif", "out2.png")).GetProblem(), Problem::Unsupported);
   EXPECT_FALSE(world.folder.Exists("out2.png"));
+}
+
+TEST_F(HugePicture, AnOlderTargetGoesToTheTrashWhateverFails) {
+  ToVips(PhotoLike(40, 30, 3)).tiffsave(Path("a.tif").c_str());
+  world.folder.Write("text.tif", "no picture");
+  for (const char* source : {"a.tif", "missing.tif", "text.tif"}) {
+    HugeOrder order = Order(source, "out.png");
+    order.minimum = {40, 31};
+    world.folder.Write("out.png", source);
+    EXPECT_FALSE(Make(order));
+    EXPECT_FALSE(world.folder.Exists("out.png")) << source;
+  }
+  EXPECT_EQ(world.folder.Names("data/Trash/files").size(), 3u);
+}
+
+// A read-only target is refused before the work begins.
+TEST_F(HugePicture, ATargetThatMustNotBeReplacedStays) {
+  world.folder.Write("out.png", "kept");
+  std::filesystem::permissions(Path("out.png"), std::filesystem::perms::owner_read);
+  EXPECT_EQ(Make(Order("missing.tif", "out.png")).GetProblem(), Problem::Denied);
+  EXPECT_EQ(world.folder.Read("out.png"), "kept");
 }
 
 // A truncated or corrupt TIFF fails without a result and without a crash.

@@ -41,8 +41,10 @@ class Tools final : public OutputTools {
 class Frame final : public ManualFrame {
  public:
   explicit Frame(Program& owner) : program(owner) {}
-  std::string Ask(const std::string& source, const imaging::Image& turned, const std::string& earlier) override {
-    asked.emplace_back(source, program.images.GetImageWidth(turned));
+  std::string Ask(const ManualPicture& picture, const std::string& earlier) override {
+    const std::string& source = picture.source;
+    asked.emplace_back(source, program.images.GetImageWidth(picture.turned));
+    names.push_back(picture.listedPath);
     program.flags.CurrentImagePath = source;
     program.flags.ManualStepDone = true;
     if (answer) answer();
@@ -59,6 +61,7 @@ class Frame final : public ManualFrame {
   Program& program;
   std::function<void()> answer;
   std::vector<std::pair<std::string, int>> asked;  // with the width of a picture that is turned already
+  std::vector<std::string> names;                  // under which they were listed
   std::vector<std::string> repeated;               // the decisions of an earlier part, "" for none
   int cloned = 0;
   int rests = 0;
@@ -482,11 +485,40 @@ TEST_F(CutFinishTest, APictureThatTheFrameLostIsPassedOver) {
   frame.answer = [&] { flags.CurrentImagePath = "/nowhere.jpg"; };
   Cut({Make("a.jpg")});
   EXPECT_EQ(Why(1), "裁剪框预览中的图片已不存在");
-  frame.answer = {};
-  program.files.Clear();
-  Cut({Make("a.png")});
-  EXPECT_EQ(Why(1), "裁剪框预览中的图片与输出类型不符");
   EXPECT_TRUE(OutNames().empty());
+}
+
+// Nobody places a frame for nothing.
+TEST_F(CutFinishTest, APictureOfAnotherTypeIsRefusedBeforeItIsAskedAbout) {
+  program.manualFrame = &frame;
+  flags.ManualCutMode = true;
+  Cut({Make("a.png"), Make("b.jpg")});
+  EXPECT_EQ(Why(1), "图片是 png，输出类型是 jpg：手动裁剪不转换类型，这一张没有裁剪");
+  EXPECT_EQ(frame.names, std::vector<std::string>{In("b.jpg")});
+  EXPECT_EQ(OutNames(), std::vector<std::string>{"b.jpg"});
+}
+
+TEST_F(CutFinishTest, AWorkFileOfAnotherTypeIsPassedOver) {
+  program.manualFrame = &frame;
+  flags.ManualCutMode = true;
+  form.CmbOutType.SetText("png");
+  const std::string turned = Make("turned.jpg", 30, 44);
+  frame.answer = [&] { flags.CurrentImagePath = turned; };
+  Cut({Make("a.png", 44, 30)});
+  EXPECT_EQ(Why(1), "缩放、旋转或扩边之后的图片是 jpg，输出类型是 png：手动裁剪不转换类型，这一张没有裁剪");
+  EXPECT_TRUE(OutNames().empty());
+}
+
+TEST_F(CutFinishTest, AZoomedPictureIsAskedAboutByTheNameOfItsSource) {
+  program.manualFrame = &frame;
+  Option("ChZoomAndCut", "1");
+  Option("CmbZoom", "50%");
+  flags.ManualCutMode = true;
+  Cut({Make("a.jpg", 80, 60)});
+  EXPECT_EQ(frame.names, std::vector<std::string>{In("a.jpg")});
+  ASSERT_EQ(frame.asked.size(), 1u);
+  EXPECT_EQ(frame.asked[0].first, program.AppPath("Tmp.jpg"));
+  EXPECT_EQ(SizeOf(Out("a.jpg")), (base::Size{40, 30}));
 }
 
 TEST_F(CutFinishTest, AStopInsideTheManualStepCutsNothing) {

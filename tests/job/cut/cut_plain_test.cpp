@@ -92,6 +92,65 @@ TEST_F(CutPlainTest, OutsideIsWhite) {
   EXPECT_EQ(Difference(Read(Out("a.png")), wanted), 0);
 }
 
+// A frame that holds no pixel of the picture would be a white rectangle, with ChOver in place of the picture.
+class OutsideTest : public CutPlainTest {
+ protected:
+  void SetUp() override {
+    CutPlainTest::SetUp();
+    Put("ChCutA", "1");
+    Margins(100, 70, 0, 0);
+    options.Load();
+    options.TSmalS[2].SetText("20");
+    options.TSmalS[3].SetText("15");
+  }
+  void ExpectNothing(const std::string& path) {
+    const std::string before = world.folder.Read("in/a.png");
+    Cut({path});
+    EXPECT_EQ(Totals().none, 1u);
+    EXPECT_EQ(Why(1), "裁剪框整个在图片之外（左 100，上 70，图片 100x80），请检查裁剪参数");
+    EXPECT_EQ(world.folder.Read("in/a.png"), before);
+    EXPECT_EQ(world.folder.Names("in"), std::vector<std::string>{"a.png"});
+  }
+};
+
+TEST_F(OutsideTest, AFrameBesideThePictureLeavesTheOriginal) {
+  Put("ChOver", "1");
+  ExpectNothing(Make("a.png", 100, 80));
+}
+
+TEST_F(OutsideTest, AFrameBesideThePictureGivesNoOutput) {
+  form.CmbOutType.SetText("png");
+  ExpectNothing(Make("a.png", 100, 80));
+  EXPECT_TRUE(OutNames().empty());
+}
+
+TEST_F(OutsideTest, EffectsMakeNoDifference) {
+  Put("ChOver", "1");
+  options.ChInvert.Set(true);
+  ExpectNothing(Make("a.png", 100, 80));
+}
+
+TEST_F(OutsideTest, NorDoesTheResolution) {
+  Put("ChOver", "1");
+  Put("FBaseOpt.CmbDPI", "72");
+  ExpectNothing(Make("a.png", 100, 80));
+}
+
+// The frame counts in the picture as it is turned.
+TEST_F(OutsideTest, ThePictureIsMeasuredAsItIsTurned) {
+  Put("ChOver", "1");
+  Option("CmbRotate", "5");
+  options.TAngle.SetText("90");
+  Margins(79, 99, 0, 0);
+  Cut({Make("a.png", 100, 80)});
+  ASSERT_EQ(Totals().written, 1u) << Whys();
+  EXPECT_EQ(Read(In("a.png")).At(1, 1), kWhitePixel);
+  Margins(80, 0, 0, 0);
+  Make("a.png", 100, 80);
+  Cut();
+  EXPECT_EQ(Why(1), "裁剪框整个在图片之外（左 80，上 0，图片 80x100），请检查裁剪参数");
+}
+
 TEST_F(CutPlainTest, AnEmptyRectangleFailsTheFile) {
   Margins(50, 0, 50, 0);
   Cut({Make("a.png"), Make("b.jpg")});

@@ -31,9 +31,9 @@ Picture Patches() {
 class AnsweringFrame final : public ManualFrame {
  public:
   explicit AnsweringFrame(Program& owner) : program_(owner) {}
-  std::string Ask(const std::string& source, const imaging::Image&, const std::string&) override {
-    asked.push_back(source);
-    program_.flags.CurrentImagePath = source;
+  std::string Ask(const ManualPicture& picture, const std::string&) override {
+    asked.push_back(picture.source);
+    program_.flags.CurrentImagePath = picture.source;
     program_.flags.ManualStepDone = true;
     if (answer) answer();
     return "decided";

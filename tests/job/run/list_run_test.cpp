@@ -28,7 +28,7 @@ class NotingDriver final : public RunDriver {
   void Cut(const RunFile& file, const Report& report) override {
     Note("cut " + std::to_string(file.row) + "." + std::to_string(file.number));
     if (onCut) onCut();
-    for (std::size_t i = 0; i < needs.resultsPerFile; ++i) report({file.row, file.path, "", Result::None, "noted"});
+    report({file.row, file.path, "", Result::None, "noted"});
   }
   void PrefetchFrom(std::size_t row) override { Note("prefetch " + std::to_string(row)); }
   void EndPrefetch() override { Note("end prefetch"); }
@@ -174,13 +174,12 @@ TEST_F(ListRunTest, NothingElseBeginsMeanwhile) {
   EXPECT_EQ(world.boxes.Beeps(), 2);
 }
 
-TEST_F(ListRunTest, AStopSkipsTheRestWithAllItsResults) {
-  driver.needs.resultsPerFile = 3;
+TEST_F(ListRunTest, AStopSkipsTheRest) {
   driver.onCut = [&] { flags.StopRequested = true; };
   Run();
-  EXPECT_EQ(recorder.started, std::vector<std::size_t>{6});
-  EXPECT_EQ(Totals().none, 3u);
-  EXPECT_EQ(Totals().skipped, 3u);
+  EXPECT_EQ(recorder.started, std::vector<std::size_t>{2});
+  EXPECT_EQ(Totals().none, 1u);
+  EXPECT_EQ(Totals().skipped, 1u);
   EXPECT_TRUE(Totals().stopped);
   EXPECT_EQ(Why(2), "已停止，未处理");
 }

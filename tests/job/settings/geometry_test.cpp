@@ -4,6 +4,8 @@
 
 #include <gtest/gtest.h>
 
+#include <limits>
+
 namespace quillon::base {
 
 void PrintTo(const Rect& rect, std::ostream* out) {
@@ -248,6 +250,21 @@ struct FormatCase {
   Size picture;
   Rect expected;
 };
+
+TEST(Overlap, NeedsOnePixel) {
+  constexpr base::Size kPicture{100, 80};
+  EXPECT_TRUE(Overlap({99, 79, 5, 5}, kPicture));
+  EXPECT_FALSE(Overlap({100, 0, 5, 5}, kPicture));
+  EXPECT_FALSE(Overlap({0, 80, 5, 5}, kPicture));
+  EXPECT_TRUE(Overlap({-5, -5, 6, 6}, kPicture));
+  EXPECT_FALSE(Overlap({-5, 0, 5, 5}, kPicture));
+  EXPECT_FALSE(Overlap({0, -5, 5, 5}, kPicture));
+  EXPECT_TRUE(Overlap({-10, -10, 200, 200}, kPicture));
+  constexpr int kFar = std::numeric_limits<int>::max();
+  EXPECT_FALSE(Overlap({kFar, 0, kFar, 5}, kPicture));
+  EXPECT_FALSE(Overlap({-kFar, 0, kFar, 5}, kPicture));
+  EXPECT_TRUE(Overlap({1 - kFar, 0, kFar, 5}, kPicture));
+}
 
 TEST(FormatCutRectangle, IsAsExpected) {
   CutGeometry everything = Percent(10, 20, 77, 77);

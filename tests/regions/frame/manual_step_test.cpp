@@ -486,6 +486,45 @@ TEST_F(BoardStepTest, WithoutTheGrownPictureItIsPassedOver) {
   EXPECT_EQ(Why(1), "裁剪框预览中的图片已不存在");
 }
 
+constexpr const char* kOtherType = "旋转或扩边之后的图片是 jpg，输出类型是 png，这一张就没有输出。仍然继续？";
+
+// The work file of the frame is a jpg.
+TEST_F(ManualStepTest, ATurnThatCostsTheOutputIsAskedAboutFirst) {
+  form.CmbOutType.SetText("png");
+  world.boxes.Answer(kOtherType, Reply::Cancel, 1);
+  world.boxes.Answer(kOtherType, Reply::Ok, 1);
+  world.boxes.Answer(kRotate, Reply::Yes);
+  AtPicture(1, [&] {
+    cutPre.CmdRot90.UserClick();
+    EXPECT_EQ(flags.CurrentImagePath, In("a.png"));
+    cutPre.CmdNext.UserClick();
+  });
+  AtPicture(2, [&] {
+    cutPre.CmdRot90.UserClick();
+    EXPECT_EQ(flags.CurrentImagePath, program.AppPath("Tmp.jpg"));
+    EXPECT_EQ(frame.Asked(), In("b.png"));
+    cutPre.CmdNext.UserClick();
+  });
+  CutWith({Make("a.png", 100, 80), Make("b.png", 100, 80)});
+  EXPECT_EQ(Boxes(kOtherType), 2);
+  EXPECT_EQ(Boxes(kRotate), 1);
+  EXPECT_EQ(OutNames(), std::vector<std::string>{"a.png"});
+  EXPECT_EQ(frame.Asked(), "") << "after the run";
+}
+
+TEST_F(BoardStepTest, PaddingThatCostsTheOutputIsAskedAboutToo) {
+  form.CmbOutType.SetText("png");
+  world.boxes.Answer(kOtherType, Reply::Cancel);
+  AtPicture(1, [&] {
+    cutPre.CmdAddBoard.UserClick();
+    EXPECT_EQ(flags.CurrentImagePath, In("a.png"));
+    EXPECT_EQ(cutPre.CmdAddBoard.Tag(), "");
+    cutPre.CmdNext.UserClick();
+  });
+  CutWith({Make("a.png", 300, 400)});
+  EXPECT_EQ(Boxes(kOtherType), 1);
+}
+
 TEST_F(ManualStepTest, APictureThatVanishedIsPassedOver) {
   AtPicture(1, [&] {
     std::filesystem::remove(In("a.jpg"));
@@ -513,7 +552,7 @@ TEST_F(ManualStepTest, APictureThatDoesNotLoadComesFromTheServer) {
     shown = cutPre.preview.Picture();
     cutPre.CmdNext.UserClick();
   });
-  EXPECT_NE(frame.Ask(path, {}, ""), "");
+  EXPECT_NE(frame.Ask({path, path, {}}, ""), "");
   EXPECT_EQ(shown, (base::Size{50, 40}));
   ASSERT_FALSE(started.empty());
   EXPECT_NE(started[0].find("QxBackImg.exe"), std::string::npos);
@@ -526,7 +565,7 @@ TEST_F(ManualStepTest, APictureThatNobodyLoadsShowsNothing) {
   world.pump.EveryTurn([&] {
     if (frame.Waiting()) cutPre.CmdNext.UserClick();
   });
-  frame.Ask(path, {}, "");
+  frame.Ask({path, path, {}}, "");
   EXPECT_EQ(cutPre.preview.Path(), "");
 }
 
