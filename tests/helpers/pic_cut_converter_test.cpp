@@ -4,6 +4,7 @@
 #include <sys/resource.h>
 
 #include <csignal>
+#include <cstdlib>
 #include <limits>
 
 #include "helpers/helper_process.h"
@@ -149,6 +150,18 @@ TEST_F(PicCutConverter, FailuresLeaveNoTarget) {
   order.source = folder.Write("torn.jpg", folder.Read("source.jpg").substr(0, 900));
   EXPECT_EQ(Run().exit, 1);
   EXPECT_FALSE(folder.Exists("target.jpg"));
+}
+
+TEST_F(PicCutConverter, AnOlderTargetGoesToTheTrashIfANewOneCannotBeMade) {
+  const host::testing::TempFolder elsewhere;
+  order.source = folder.Write("torn.jpg", folder.Read("source.jpg").substr(0, 900));
+  order.target = elsewhere.Write("out/target.jpg", "older");
+  setenv("XDG_DATA_HOME", elsewhere.Path("data").c_str(), 1);
+  const Ran ran = Run();
+  unsetenv("XDG_DATA_HOME");
+  EXPECT_EQ(ran.exit, 1);
+  EXPECT_FALSE(elsewhere.Exists("out/target.jpg"));
+  EXPECT_EQ(elsewhere.Read("data/Trash/files/target.jpg"), "older");
 }
 
 TEST_F(PicCutConverter, ATargetOfAnySizeIsRefusedByItsSides) {
