@@ -15,7 +15,7 @@
 #include "helpers/helper_process.h"
 #include "helpers/media_info/media_info_report.h"
 #include "helpers/pictures.h"
-#include "helpers/runtime/resource_limits.h"
+#include "helpers/runtime/sandbox.h"
 #include "host/posix/posix_companion.h"
 #include "imaging/little_files.h"
 #include "imaging/measure/measure.h"

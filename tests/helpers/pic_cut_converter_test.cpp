@@ -184,6 +184,18 @@ TEST_F(PicCutConverter, ATargetThatIsTheSourceStays) {
   EXPECT_EQ(folder.Read("source.jpg"), before);
 }
 
+TEST_F(PicCutConverter, AnOlderTargetGoesToTheTrashIfANewOneCannotBeMade) {
+  const host::testing::TempFolder elsewhere;
+  order.source = folder.Write("torn.jpg", folder.Read("source.jpg").substr(0, 900));
+  order.target = elsewhere.Write("out/target.jpg", "older");
+  setenv("XDG_DATA_HOME", elsewhere.Path("data").c_str(), 1);
+  const Ran ran = Run();
+  unsetenv("XDG_DATA_HOME");
+  EXPECT_EQ(ran.exit, 1);
+  EXPECT_FALSE(elsewhere.Exists("out/target.jpg"));
+  EXPECT_EQ(elsewhere.Read("data/Trash/files/target.jpg"), "older");
+}
+
 TEST_F(PicCutConverter, ATargetOfAnySizeIsRefusedByItsSides) {
   constexpr int kLargest = std::numeric_limits<int>::max();
   order.size = {kLargest, kLargest};

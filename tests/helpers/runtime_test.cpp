@@ -14,7 +14,7 @@
 #include "helpers/helper_process.h"
 #include "helpers/runtime/child.h"
 #include "helpers/runtime/helper.h"
-#include "helpers/runtime/resource_limits.h"
+#include "helpers/runtime/sandbox.h"
 
 namespace quillon::helpers {
 namespace {
@@ -40,7 +40,7 @@ TEST(ResourceLimits, LimitMemoryTimeAndCores) {
     Sandbox({.memory = 1 << 30, .seconds = 7});
     return LimitOf(RLIMIT_CPU) == 7 && LimitOf(RLIMIT_CORE) <= 1;
   }));
-#if !defined(__SANITIZE_ADDRESS__)
+#if !defined(__SANITIZE_ADDRESS__) && !defined(__SANITIZE_THREAD__)
   EXPECT_TRUE(InOwnProcess([] {
     Sandbox({.memory = 1 << 30, .seconds = 7});
     return LimitOf(RLIMIT_DATA) == 1 << 30;

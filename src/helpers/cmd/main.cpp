@@ -32,6 +32,7 @@ host::Status Execute(Helper& helper) {
 // The command interpreter through which the program runs a helper that it cannot start directly.
 int main(int count, char** arguments) {
   namespace helpers = quillon::helpers;
-  // The helper that it runs sets its own time limit.
-  return helpers::RunHelper("CMD", count, arguments, helpers::Execute, {.seconds = helpers::kSecondsOfABatch});
+  // The helper that it runs has its own limits and its own access to files.
+  return helpers::RunHelper("CMD", count, arguments, helpers::Execute,
+                            {.seconds = helpers::kSecondsOfABatch, .starts = helpers::Starts::Helpers});
 }

@@ -59,12 +59,18 @@ MediaOrder ReadMediaOrder(const std::vector<std::string>& words) {
   return order;
 }
 
+constexpr const char* kTool = "ffmpeg";
+
+// FFmpeg finds its inputs in the program folder, so that nothing else need be readable.
 host::Status Run(Helper& helper, const MediaOrder& order) {
   host::Files& files = helper.Files();
   for (const WorkCopy& input : order.inputs) {
     if (host::Status put = files.CopyOwn(input.path, helper.AppPath(input.name)); !put) return put;
   }
-  std::vector<std::string> command{"ffmpeg", "-nostdin", "-hide_banner", "-loglevel", "error"};
+  HandedFiles handed{.tool = kTool};
+  if (!order.output.path.empty()) handed.results = {order.output.path};
+  helper.AllowOnly(handed);
+  std::vector<std::string> command{kTool, "-nostdin", "-hide_banner", "-loglevel", "error"};
   command.insert(command.end(), order.words.begin(), order.words.end());
   const ProgramResult result = RunProgram(command);
   if (!result) return {host::Problem::Other, result.started ? result.output : "无法运行 ffmpeg"};
@@ -92,5 +98,6 @@ host::Status Execute(Helper& helper) {
 int main(int count, char** arguments) {
   namespace helpers = quillon::helpers;
   // The limit applies to the sum of all threads of FFmpeg, and a film may be long.
-  return helpers::RunHelper("CutMedia", count, arguments, helpers::Execute, {.seconds = helpers::kSecondsOfABatch});
+  return helpers::RunHelper("CutMedia", count, arguments, helpers::Execute,
+                            {.seconds = helpers::kSecondsOfABatch, .starts = helpers::Starts::OneTool});
 }

@@ -76,7 +76,8 @@ host::Status Execute(Helper& helper) {
 
 int main(int count, char** arguments) {
   namespace helpers = quillon::helpers;
-  // Only the process without a window decodes pictures, so only that one is sandboxed.
+  // Only the process without a window decodes pictures, so only that one is sandboxed. The window needs the display,
+  // the bus of the desktop and whatever folder its user opens.
   if (helpers::WantsWindow(count, arguments)) return helpers::ShowWindow(count, arguments);
   return helpers::RunHelper("DCTiffsMaker", count, arguments, helpers::Execute, {.seconds = helpers::kSecondsOfABatch});
 }

@@ -119,6 +119,7 @@ host::Status MakeTiffByList(Helper& helper, const std::string& path) {
     if (!order.application.empty()) helper.Set(order.application, tools::key::kMakeTiffProg, read.Why());
     return read;
   }
+  helper.AllowOnly({.sources = order.pictures, .results = {order.target}});
   if (order.headFirst) MoveHeadsFirst(order);
   host::Status made = Maker(helper, order).Make();
   if (made) made = Verify(helper, order);

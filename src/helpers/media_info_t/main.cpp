@@ -16,7 +16,7 @@ namespace quillon::helpers {
 namespace {
 
 constexpr unsigned kSecondsOfOneMeasure = 5;
-constexpr ResourceLimits kLimits{.memory = std::uint64_t{512} << 20, .seconds = kSecondsOfABatch};
+constexpr Permissions kPermissions{.memory = std::uint64_t{512} << 20, .seconds = kSecondsOfABatch};
 
 // Answers "width height", "none" if MediaInfo reports no size, or "damaged".
 std::string Measured(MediaInfoReport& report, int file) {
@@ -43,5 +43,5 @@ host::Status Execute(Helper&) {
 
 int main(int count, char** arguments) {
   return quillon::helpers::RunHelper("MediaInfoT", count, arguments, quillon::helpers::Execute,
-                                     quillon::helpers::kLimits);
+                                     quillon::helpers::kPermissions);
 }

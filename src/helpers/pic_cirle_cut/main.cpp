@@ -24,6 +24,7 @@ host::Status Execute(Helper& helper) {
   if (base::ToLowerAscii(base::SplitPath(fields[1]).extension) != "png") {
     return UsageError("目标文件必须是png");
   }
+  helper.AllowOnly({.sources = {fields[0]}, .results = {fields[1]}});
   imaging::Services services(helper.Files(), helper.World().programFolder);
   imaging::Image source;
   imaging::Image shape;

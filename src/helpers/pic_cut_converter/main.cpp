@@ -1,6 +1,5 @@
 // SPDX-FileCopyrightText: 2026 The Quillon developers
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include <cstdlib>
 #include <optional>
 #include <string>
 #include <vector>
@@ -50,6 +49,16 @@ HugeOrder HugeOrderOf(const CoupleOrder& order) {
   return huge;
 }
 
+// An older target goes to the trash if its new one cannot be made.
+HandedFiles FilesOf(Helper& helper, const std::string& source, const std::vector<std::string>& targets) {
+  HandedFiles handed{.sources = {source}, .results = targets};
+  std::string trash;
+  for (const std::string& target : targets) {
+    if (helper.Files().PrepareTrash(target, trash)) handed.results.push_back(trash + "/files");
+  }
+  return handed;
+}
+
 // Makes all targets in sequence and stops at the first failure. All parts are checked before the first one is made.
 host::Status Make(Helper& helper, HugeOrder huge, const std::vector<std::string>& items,
                   const std::vector<std::string>& targets) {
@@ -60,8 +69,7 @@ host::Status Make(Helper& helper, HugeOrder huge, const std::vector<std::string>
     if (!part) return UsageError("命令文件中的区域无法识别：" + item);
     parts.push_back(*part);
   }
-  // libvips must put what does not fit into memory into the program folder, because /tmp may be in memory itself.
-  setenv("TMPDIR", helper.World().programFolder.c_str(), 1);
+  helper.AllowOnly(FilesOf(helper, huge.source, targets));
   for (std::size_t i = 0; i < targets.size(); ++i) {
     huge.target = targets[i];
     if (!parts.empty()) huge.cut = parts[i];

@@ -13,6 +13,9 @@ namespace {
 host::Status Execute(Helper& helper) {
   PicOrder order;
   if (host::Status read = ReadPicOrder(helper, order); !read) return read;
+  HandedFiles handed{.sources = order.profiles, .results = {order.target}};
+  handed.sources.push_back(order.source);
+  helper.AllowOnly(handed);
   if (base::ToLowerAscii(base::SplitPath(order.target).extension) == "pdf") return MakePdf(helper, order);
   if (order.profiles.size() != 2) return UsageError("需要两个 -profile，或者扩展名为 pdf 的目标文件");
   return imaging::ConvertByProfiles(

@@ -69,6 +69,9 @@ constexpr const char* kKey = "PicsToGif";
 host::Status Execute(Helper& helper) {
   GifOrder order;
   if (host::Status read = ReadGifOrder(helper, order); !read) return read;
+  HandedFiles handed{.results = {order.target}};
+  for (const imaging::Frame& frame : order.frames) handed.sources.push_back(frame.path);
+  helper.AllowOnly(handed);
   return helper.Files().Save(order.target, [&](host::Draft& draft) {
     return imaging::WriteAnimation(
         helper.Files(), order.frames, order.canvas, {},

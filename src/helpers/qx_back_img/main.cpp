@@ -120,6 +120,7 @@ host::Status Execute(Helper& helper) { return BackServer(helper).Serve(); }
 }  // namespace
 }  // namespace quillon::helpers
 
+// It may read and write all files, because the later commands name files that it does not know yet when it starts.
 int main(int count, char** arguments) {
   namespace helpers = quillon::helpers;
   return helpers::RunHelper("QxBackImg", count, arguments, helpers::Execute, {.seconds = helpers::kSecondsOfABatch});

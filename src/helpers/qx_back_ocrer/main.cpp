@@ -6,6 +6,7 @@
 
 #include "helpers/runtime/child.h"
 #include "helpers/runtime/helper.h"
+#include "host/posix/environment.h"
 
 namespace quillon::helpers {
 namespace {
@@ -16,12 +17,13 @@ struct Recognition {
   std::string picture;
 };
 
+constexpr const char* kTool = "tesseract";
 constexpr const char* kLanguage = "chi_sim";
 constexpr std::uint64_t kMaxText = 16 << 20;  // bytes
 
 // Finds out why Tesseract failed.
 host::Status WhyFailed(const ProgramResult& result) {
-  if (!RunProgram({"tesseract", "--version"})) {
+  if (!RunProgram({kTool, "--version"})) {
     return {host::Problem::Missing, "文字识别失败：本机没有安装Tesseract"};
   }
   if (result.output.find(kLanguage) != std::string::npos && result.output.find("traineddata") != std::string::npos) {
@@ -55,7 +57,7 @@ host::Status Recognise(Helper& helper, const std::string& picture, std::string& 
   // A name that starts with a dash, or that means a standard stream, is not a path.
   const std::string path = picture.find('/') == std::string::npos ? "./" + picture : picture;
   const std::string output = helper.AppPath("OCRRes");
-  const ProgramResult result = RunProgram({"tesseract", path, output, "-l", kLanguage});
+  const ProgramResult result = RunProgram({kTool, path, output, "-l", kLanguage});
   host::Status status = result ? files.ReadFile(output + ".txt", text, kMaxText) : WhyFailed(result);
   if (status) text = Trimmed(std::move(text));
   const host::Status removed = files.RemoveOwn(output + ".txt");
@@ -68,6 +70,8 @@ host::Status Execute(Helper& helper) {
   Recognition order;
   if (host::Status parsed = ParseRecognition(helper.Parameters(), order); !parsed) return parsed;
   helper.Set(order.application, kKey, "");
+  const std::string languages = host::posix::Environment("TESSDATA_PREFIX");
+  helper.AllowOnly({.sources = {order.picture, languages}, .tool = kTool});
   // The threads of Tesseract spend more time waiting for each other than they save.
   setenv("OMP_THREAD_LIMIT", "1", 1);
   std::string text;
@@ -80,5 +84,6 @@ host::Status Execute(Helper& helper) {
 }  // namespace quillon::helpers
 
 int main(int count, char** arguments) {
-  return quillon::helpers::RunHelper("QxBackOCRer", count, arguments, quillon::helpers::Execute);
+  return quillon::helpers::RunHelper("QxBackOCRer", count, arguments, quillon::helpers::Execute,
+                                     {.starts = quillon::helpers::Starts::OneTool});
 }

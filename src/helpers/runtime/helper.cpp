@@ -3,6 +3,7 @@
 #include "helpers/runtime/helper.h"
 
 #include <cstdio>
+#include <cstdlib>
 #include <exception>
 #include <filesystem>
 #include <utility>
@@ -11,6 +12,7 @@
 #include "helpers/runtime/headless_host.h"
 #include "host/posix/posix_instance.h"
 #include "host/posix/process_setup.h"
+#include "host/posix/sqlite_settings.h"
 
 namespace quillon::helpers {
 namespace {
@@ -79,6 +81,16 @@ void Helper::Set(const std::string& application, const std::string& key, const s
   world_.settings.Set(application, kSection, key, value);
 }
 
+void Helper::AllowOnly(const HandedFiles& handed) {
+  const std::string& folder = world_.programFolder;
+  // For what libvips and SQLite cannot keep in memory. Others use /tmp too, and it may itself be in memory.
+  setenv("TMPDIR", folder.c_str(), 1);
+  const std::string settings = host::posix::SettingsFolder(folder);
+  // The folder must exist, or the settings could not be stored later. If it cannot be created, they cannot either.
+  static_cast<void>(Files().MakeFolders(settings));
+  helpers::AllowOnly(handed, {folder, settings});
+}
+
 IdleTimeout::IdleTimeout(Helper& helper) : world_(helper.World()), last_(world_.clock.Seconds()) {}
 
 void IdleTimeout::Restart() { last_ = world_.clock.Seconds(); }
@@ -94,14 +106,14 @@ void LogError(const char* name, const std::string& why) { std::fprintf(stderr, "
 
 host::Status UsageError(const std::string& why) { return {host::Problem::Other, "参数错误：" + why}; }
 
-int RunHelper(const char* name, int count, char** arguments, Work work, const ResourceLimits& limits) {
+int RunHelper(const char* name, int count, char** arguments, Work work, const Permissions& permissions) {
   std::vector<std::string> texts(arguments + (count > 0), arguments + count);
   if (texts == std::vector<std::string>{"--version"}) {
     std::printf("%s %s\n", name, QUILLON_VERSION);
     return 0;
   }
   host::posix::IgnoreSignals();
-  Sandbox(limits);
+  Sandbox(permissions);
   std::error_code error;
   const std::string folder = std::filesystem::current_path(error).native();
   if (error) {

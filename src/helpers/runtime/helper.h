@@ -6,7 +6,8 @@
 #include <string_view>
 #include <vector>
 
-#include "helpers/runtime/resource_limits.h"
+#include "helpers/runtime/file_access.h"
+#include "helpers/runtime/sandbox.h"
 #include "host/host.h"
 
 // The common part of all helper programs: command line, resource limits, exit code.
@@ -42,6 +43,10 @@ class Helper {
   std::string Get(const std::string& application, const std::string& key) const;
   void Set(const std::string& application, const std::string& key, const std::string& value);
 
+  // Limits the files of this process to those of the order, the program folder and the settings; see file_access.h.
+  // Must be called as soon as the order was read, before a picture is opened or a thread started.
+  void AllowOnly(const HandedFiles& handed);
+
  private:
   host::Host& world_;
   std::vector<std::string> arguments_;
@@ -73,6 +78,6 @@ using Work = host::Status (*)(Helper& helper);
 
 // The main function of a helper: answers --version, applies the sandbox, runs work and catches all exceptions. Failures
 // are logged to the error output. Returns the exit code: 0 for success, 1 for failure.
-int RunHelper(const char* name, int count, char** arguments, Work work, const ResourceLimits& limits = {});
+int RunHelper(const char* name, int count, char** arguments, Work work, const Permissions& permissions = {});
 
 }  // namespace quillon::helpers

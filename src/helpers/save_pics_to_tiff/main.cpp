@@ -50,6 +50,7 @@ host::Status RunTiffOrder(Helper& helper) {
   if (lines.size() < 2) return UsageError("命令文件不完整");
   const std::string target = lines[0];
   if (!IsPlainPath(target)) return UsageError("目标路径无效");
+  helper.AllowOnly({.sources = {lines.begin() + 2, lines.end()}, .results = {target}});
   if (lines[1] == "1") return CountPages(helper, target);
   if (lines[1] == "SaveNew") return SaveNew(helper, target, {lines.begin() + 2, lines.end()});
   return UsageError("未知的操作 " + lines[1]);

@@ -39,6 +39,7 @@ host::Status Execute(Helper& helper) {
   } else if (!ReadExifOrder(helper.Get(kApplication, kKey), order)) {
     return UsageError("没有要处理的文件");
   }
+  helper.AllowOnly({.sources = {order.source}, .results = {order.target}});
   return CopyDescription(helper.Files(), order.source, order.target);
 }
 

@@ -164,6 +164,10 @@ Status Files::RemoveOwn(const std::string& path) {
 
 Status Files::Discard(const std::string& path) { return MoveToTrash(disk_, *syncs_, path); }
 
+Status Files::PrepareTrash(const std::string& path, std::string& trashFolder) const {
+  return host::PrepareTrash(disk_, path, trashFolder);
+}
+
 std::uint64_t Files::SizeWithDrafts(const std::string& path) const {
   const EntryPath entry = SplitEntry(path);
   std::uint64_t size = 0;

@@ -134,6 +134,9 @@ class Files {
   // The only way to delete a file or folder of the user: moves it into the desktop's trash, by a rename alone. If no
   // trash accepts it, it stays and the returned failure says so. For a link, the link itself is moved.
   Status Discard(const std::string& path);
+  // Creates the trash that Discard would use for an existing file, unless it exists, and gives its folder. For a
+  // process that limits its own access to files before it discards one.
+  Status PrepareTrash(const std::string& path, std::string& trashFolder) const;
   // Removes the drafts that a killed run left in a folder. Drafts that are still being written stay.
   void SweepDrafts(const std::string& folder) const;
 

@@ -135,9 +135,8 @@ int MoveInto(Disk& disk, SyncQueue& syncs, const Trash& trash, const std::string
   return -EEXIST;
 }
 
-}  // namespace
-
-Status MoveToTrash(Disk& disk, SyncQueue& syncs, const std::string& path) {
+// Gives the path of an existing file without links above its last name, and the trash folders that may accept it.
+Status FindTrashes(Disk& disk, const std::string& path, std::string& real, std::vector<Trash>& trashes) {
   DiskFacts facts;
   const std::string trimmed = base::TrimTrailingSeparator(path);
   if (const int result = disk.StatLink(trimmed, facts); result < 0) return Status::FromErrno(-result);
@@ -145,14 +144,38 @@ Status MoveToTrash(Disk& disk, SyncQueue& syncs, const std::string& path) {
   if (entry.name.empty() || entry.name == "." || entry.name == "..") return Status::FromErrno(EINVAL);
   std::string folder;
   if (const int found = disk.RealPath(entry.folder, folder); found < 0) return Status::FromErrno(-found);
-  const std::string real = base::JoinPath(folder, entry.name);
+  real = base::JoinPath(folder, entry.name);
+  trashes = TrashesFor(disk, real, facts.device);
+  return Status::Ok();
+}
+
+}  // namespace
+
+Status MoveToTrash(Disk& disk, SyncQueue& syncs, const std::string& path) {
+  std::string real;
+  std::vector<Trash> trashes;
+  if (Status found = FindTrashes(disk, path, real, trashes); !found) return found;
   int result = -ENOENT;
-  for (const Trash& trash : TrashesFor(disk, real, facts.device)) {
+  for (const Trash& trash : trashes) {
     result = MoveInto(disk, syncs, trash, real);
     if (result == 0) return Status::Ok();
   }
   const Status reason = Status::FromErrno(-result);
   return {reason.GetProblem(), "无法移入回收站，文件保留原处（" + reason.Why() + "）"};
+}
+
+Status PrepareTrash(Disk& disk, const std::string& path, std::string& trashFolder) {
+  std::string real;
+  std::vector<Trash> trashes;
+  if (Status found = FindTrashes(disk, path, real, trashes); !found) return found;
+  int result = -ENOENT;
+  for (const Trash& trash : trashes) {
+    result = Prepare(disk, trash);
+    if (result < 0) continue;
+    trashFolder = trash.folder;
+    return Status::Ok();
+  }
+  return Status::FromErrno(-result);
 }
 
 }  // namespace quillon::host

@@ -16,4 +16,7 @@ namespace quillon::host {
 // Nothing is ever copied: if the rename fails, the file stays where it is and the status says so in one sentence.
 Status MoveToTrash(Disk& disk, SyncQueue& syncs, const std::string& path);
 
+// Creates the trash folder that accepts the file of that path, unless it exists, and gives it.
+Status PrepareTrash(Disk& disk, const std::string& path, std::string& trashFolder);
+
 }  // namespace quillon::host

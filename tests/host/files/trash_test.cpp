@@ -58,6 +58,16 @@ TEST_F(TrashTest, AFileGoesToTheHomeTrashAndCanBeBroughtBack) {
   EXPECT_EQ(world.faults.OpenHandles(), 0);
 }
 
+TEST_F(TrashTest, CanBePreparedForAFileThatIsDiscardedLater) {
+  const std::string file = folder.Write("in/a.jpg", "picture");
+  std::string trash;
+  ASSERT_TRUE(files.PrepareTrash(file, trash));
+  EXPECT_EQ(trash, folder.Path("data/Trash"));
+  EXPECT_THAT(folder.Names("data/Trash"), UnorderedElementsAre("files", "info"));
+  EXPECT_TRUE(folder.Exists("in/a.jpg"));
+  EXPECT_EQ(files.PrepareTrash(folder.Path("missing"), trash).GetProblem(), Problem::Missing);
+}
+
 TEST_F(TrashTest, UsedNamesAreNumbered) {
   for (int i = 1; i <= 3; ++i) {
     EXPECT_TRUE(files.Discard(folder.Write(std::to_string(i) + "/a.tar.gz", std::to_string(i))));

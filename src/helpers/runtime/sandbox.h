@@ -10,15 +10,24 @@ namespace quillon::helpers {
 inline constexpr unsigned kSecondsOfOneFile = 600;
 inline constexpr unsigned kSecondsOfABatch = 24 * 3600;
 
-// The resources that a helper and all programs it starts may use.
-struct ResourceLimits {
-  std::uint64_t memory = std::uint64_t{4} << 30;  // bytes of data
-  unsigned seconds = kSecondsOfOneFile;           // of processor time
+// The programs that a helper may start.
+enum class Starts {
+  Nothing,
+  OneTool,  // the tool that is named in HandedFiles
+  Helpers,  // other helpers, which have permissions of their own
 };
 
-// Limits memory and processor time of this process, disables core dumps and blocks network access. A limit that the
-// kernel does not support is skipped. Must be called before the first thread is started.
-void Sandbox(const ResourceLimits& limits);
+// What a helper and all programs it starts may use, apart from files (see file_access.h). Declared in its main().
+struct Permissions {
+  std::uint64_t memory = std::uint64_t{4} << 30;  // bytes of data
+  unsigned seconds = kSecondsOfOneFile;           // of processor time
+  Starts starts = Starts::Nothing;
+};
+
+// Limits memory and processor time of this process, disables core dumps, and blocks the network, access to other
+// processes, connections to local servers and the start of programs. A restriction that the kernel does not support is
+// skipped. Must be called before the first thread is started.
+void Sandbox(const Permissions& permissions);
 
 // Lowers the limit of processor time; the time used so far counts.
 void LimitTime(unsigned seconds);
