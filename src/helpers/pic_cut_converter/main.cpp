@@ -60,7 +60,7 @@ host::Status Make(Helper& helper, HugeOrder huge, const std::vector<std::string>
     if (!part) return UsageError("命令文件中的区域无法识别：" + item);
     parts.push_back(*part);
   }
-  // libvips must put what does not fit into memory into the program folder, because /tmp may be in memory itself.
+  // What does not fit into memory is put into the program folder, because /tmp may be in memory itself.
   setenv("TMPDIR", helper.World().programFolder.c_str(), 1);
   for (std::size_t i = 0; i < targets.size(); ++i) {
     huge.target = targets[i];
