@@ -53,6 +53,7 @@ struct Services::Parts {
   Status SavePicture(const Image& image, const std::string& path, const EncodeOptions& options);
   // Saves a prefetched crop.
   Status SaveCrop(const CropRequest& request, std::shared_ptr<const std::string> content);
+  PixelSpace Space() const { return {files, limits}; }
   // Calls WaitHooks::idle.
   std::function<void()> Idle() const { return thread ? thread->Hooks().idle : nullptr; }
 

@@ -30,15 +30,15 @@ void Services::SetImageResolution(Image& image, int dpi) {
 }
 
 Status Services::RotateImage(Image& image, double angle, base::Colour background) {
-  return OnPicture(image, [&](Picture& picture) { return Rotate(picture, angle, background, parts_->limits); });
+  return OnPicture(image, [&](Picture& picture) { return Rotate(picture, angle, background, parts_->Space()); });
 }
 
 Status Services::ResampleImage(Image& image, int width, int height) {
-  return OnPicture(image, [&](Picture& picture) { return Resample(picture, {width, height}, parts_->limits); });
+  return OnPicture(image, [&](Picture& picture) { return Resample(picture, {width, height}, parts_->Space()); });
 }
 
 Status Services::ConvertImageToGrayMode(Image& image) {
-  return OnPicture(image, [&](Picture& picture) { return MakeGrey(picture, parts_->limits); });
+  return OnPicture(image, [&](Picture& picture) { return MakeGrey(picture, parts_->Space()); });
 }
 
 Status Services::Invert(Image& image) {
@@ -46,23 +46,23 @@ Status Services::Invert(Image& image) {
 }
 
 Status Services::Threshold(Image& image, int level) {
-  return OnPicture(image, [&](Picture& picture) { return MakeBlackWhite(picture, level, parts_->limits); });
+  return OnPicture(image, [&](Picture& picture) { return MakeBlackWhite(picture, level, parts_->Space()); });
 }
 
 Status Services::CutImage(Image& image, base::Rect rect) {
-  return OnPicture(image, [&](Picture& picture) { return CutOut(picture, rect, parts_->limits); });
+  return OnPicture(image, [&](Picture& picture) { return CutOut(picture, rect, parts_->Space()); });
 }
 
 Status Services::DrawImage(Image& canvas, const Image& image, base::Rect drawn) {
   if (image.Empty()) return fault::NoImage();
   return OnPicture(canvas,
-                   [&](Picture& picture) { return Draw(picture, image.Data()->picture, drawn, parts_->limits); });
+                   [&](Picture& picture) { return Draw(picture, image.Data()->picture, drawn, parts_->Space()); });
 }
 
 Status Services::NewCanvas(base::Size size, base::Colour colour, Image& out) {
   return Guarded(fault::OutOfMemory(), [&] {
     auto data = std::make_unique<ImageData>();
-    if (Status made = MakeCanvas(size, colour, parts_->limits, data->picture); !made) return made;
+    if (Status made = MakeCanvas(size, colour, parts_->Space(), data->picture); !made) return made;
     out = Image(std::move(data));
     return Status::Ok();
   });

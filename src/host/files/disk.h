@@ -47,6 +47,12 @@ class Disk {
   virtual std::int64_t Write(int handle, const void* data, std::size_t size) = 0;
   virtual std::int64_t Read(int handle, void* data, std::size_t size) = 0;
   virtual int Seek(int handle, std::uint64_t position) = 0;
+  // Creates a file without a name for reading and writing, in the folder for large temporary files. Fails with -ENOSPC
+  // unless twice size bytes are free there: results may lie on the same disk and need room too. The file is gone when
+  // its handle is closed.
+  virtual int OpenScratch(std::uint64_t size) = 0;
+  // Reads at a position of its own, so that several threads may read one handle. Returns as Read does.
+  virtual std::int64_t ReadAt(int handle, std::uint64_t position, void* data, std::size_t size) = 0;
   virtual int StatOpen(int handle, DiskFacts& facts) = 0;
   virtual int SetMode(int handle, unsigned mode) = 0;
   virtual int SetOwner(int handle, unsigned user, unsigned group) = 0;

@@ -73,6 +73,31 @@ Status ReadAll(Disk& disk, int handle, std::string& out, std::uint64_t limit) {
 
 }  // namespace
 
+ScratchFile::~ScratchFile() { disk_.Close(handle_); }
+
+Status ScratchFile::Write(const void* data, std::size_t size) {
+  const auto* from = static_cast<const char*>(data);
+  while (size > 0) {
+    const std::int64_t written = disk_.Write(handle_, from, size);
+    if (written <= 0) return Status::FromErrno(written < 0 ? static_cast<int>(-written) : EIO);
+    from += written;
+    size -= static_cast<std::size_t>(written);
+  }
+  return Status::Ok();
+}
+
+Status ScratchFile::ReadAt(std::uint64_t position, void* data, std::size_t size) const {
+  auto* to = static_cast<char*>(data);
+  while (size > 0) {
+    const std::int64_t read = disk_.ReadAt(handle_, position, to, size);
+    if (read <= 0) return Status::FromErrno(read < 0 ? static_cast<int>(-read) : EIO);
+    position += static_cast<std::uint64_t>(read);
+    to += read;
+    size -= static_cast<std::size_t>(read);
+  }
+  return Status::Ok();
+}
+
 Files::Files(Disk& disk) : disk_(disk), syncs_(std::make_unique<SyncQueue>(disk)), serial_(FirstSerial(this)) {}
 
 Files::~Files() = default;
@@ -103,6 +128,11 @@ std::optional<std::string> Files::RealPath(const std::string& path) const {
   std::string real;
   if (disk_.RealPath(path, real) < 0) return std::nullopt;
   return real;
+}
+
+std::unique_ptr<ScratchFile> Files::OpenScratch(std::uint64_t size) const {
+  const int handle = disk_.OpenScratch(size);
+  return handle < 0 ? nullptr : std::make_unique<ScratchFile>(disk_, handle);
 }
 
 bool Files::IsLocalDisk(const std::string& folder) const { return disk_.IsLocalDisk(folder); }

@@ -56,6 +56,25 @@ class Draft {
   virtual std::uint64_t Size() const = 0;
 };
 
+// A file without a name for work that is too large for memory. It is gone when the object is destroyed or the process
+// ends. The disk has to live as long. Write is called by one thread at a time, ReadAt by any number.
+class ScratchFile {
+ public:
+  ScratchFile(Disk& disk, int handle) : disk_(disk), handle_(handle) {}
+  ~ScratchFile();
+  ScratchFile(const ScratchFile&) = delete;
+  ScratchFile& operator=(const ScratchFile&) = delete;
+
+  // Appends all bytes, or fails.
+  Status Write(const void* data, std::size_t size);
+  // Reads bytes that were written; fails if it cannot read all of them.
+  Status ReadAt(std::uint64_t position, void* data, std::size_t size) const;
+
+ private:
+  Disk& disk_;
+  const int handle_;
+};
+
 // A file that was saved without an error but could not be written to the disk later.
 struct LateFailure {
   std::string path;
@@ -90,6 +109,10 @@ class Files {
 
   // Opens the file for reading and closes it again. Fails for anything but a regular file.
   Status TryOpen(const std::string& path) const;
+
+  // Creates a file without a name for size bytes. Returns nullptr if the disk for temporary files has less than twice
+  // that free, or if no file can be created there.
+  std::unique_ptr<ScratchFile> OpenScratch(std::uint64_t size) const;
 
   // Creates the folder and its parents. Succeeds if it exists.
   Status MakeFolders(const std::string& folder) const;

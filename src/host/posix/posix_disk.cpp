@@ -7,6 +7,7 @@
 #include <sys/file.h>
 #include <sys/stat.h>
 #include <sys/statfs.h>
+#include <sys/statvfs.h>
 #include <sys/xattr.h>
 #include <unistd.h>
 
@@ -86,6 +87,21 @@ int OpenRegular(const std::string& path, int flags) {
   return -error;
 }
 
+std::string ScratchFolder() {
+  const std::string folder = Environment("TMPDIR");
+  return folder.starts_with('/') ? folder : "/var/tmp";
+}
+
+// Creates a file without a name. If the file system cannot do that, the name is removed at once.
+int OpenUnnamed(const std::string& folder) {
+  const int handle = Repeat([&] { return open(folder.c_str(), O_TMPFILE | O_RDWR | O_CLOEXEC, 0600); });
+  if (handle != -EOPNOTSUPP && handle != -EISDIR) return handle;
+  std::string path = folder + "/quillon-XXXXXX";
+  const int named = Repeat([&] { return mkostemp(path.data(), O_CLOEXEC); });
+  if (named >= 0) unlink(path.c_str());
+  return named;
+}
+
 // From this number of files on, syncing their whole disk once is cheaper than syncing each file.
 constexpr std::size_t kTogether = 4;
 
@@ -159,6 +175,18 @@ std::int64_t PosixDisk::Read(int handle, void* data, std::size_t size) {
 int PosixDisk::Seek(int handle, std::uint64_t position) {
   if (position > static_cast<std::uint64_t>(INT64_MAX)) return -EFBIG;
   return lseek(handle, static_cast<off_t>(position), SEEK_SET) < 0 ? -errno : 0;
+}
+
+int PosixDisk::OpenScratch(std::uint64_t size) {
+  const std::string folder = ScratchFolder();
+  struct statvfs disk {};
+  if (statvfs(folder.c_str(), &disk) < 0) return -errno;
+  if (std::uint64_t{disk.f_bavail} * disk.f_frsize / 2 < size) return -ENOSPC;
+  return OpenUnnamed(folder);
+}
+
+std::int64_t PosixDisk::ReadAt(int handle, std::uint64_t position, void* data, std::size_t size) {
+  return Repeat([&] { return static_cast<std::int64_t>(pread(handle, data, size, static_cast<off_t>(position))); });
 }
 
 int PosixDisk::StatOpen(int handle, DiskFacts& facts) {

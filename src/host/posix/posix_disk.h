@@ -22,6 +22,9 @@ class PosixDisk final : public Disk {
   std::int64_t Write(int handle, const void* data, std::size_t size) override;
   std::int64_t Read(int handle, void* data, std::size_t size) override;
   int Seek(int handle, std::uint64_t position) override;
+  // The folder is $TMPDIR if that is an absolute path, otherwise /var/tmp, because /tmp may be in memory.
+  int OpenScratch(std::uint64_t size) override;
+  std::int64_t ReadAt(int handle, std::uint64_t position, void* data, std::size_t size) override;
   int StatOpen(int handle, DiskFacts& facts) override;
   int SetMode(int handle, unsigned mode) override;
   int SetOwner(int handle, unsigned user, unsigned group) override;

@@ -8,10 +8,10 @@ namespace quillon::host::testing {
 
 std::string_view NameOf(DiskCall call) {
   constexpr std::string_view kNames[] = {
-      "OpenNew",      "OpenRead", "OpenOwn",    "Write",      "Read",     "Seek",      "StatOpen",   "SetMode",
-      "SetOwner",     "SetTimes", "CopyLabels", "Lock",       "Unlock",   "StartSync", "Sync",       "Close",
-      "Stat",         "StatLink", "MayWrite",   "ReadLink",   "RealPath", "List",      "MakeFolder", "Remove",
-      "RemoveFolder", "Rename",   "RenameNew",  "SyncFolder", "Link"};
+      "OpenNew",      "OpenRead", "OpenOwn",    "Write",      "Read",     "Seek",        "StatOpen",   "SetMode",
+      "SetOwner",     "SetTimes", "CopyLabels", "Lock",       "Unlock",   "StartSync",   "Sync",       "Close",
+      "Stat",         "StatLink", "MayWrite",   "ReadLink",   "RealPath", "List",        "MakeFolder", "Remove",
+      "RemoveFolder", "Rename",   "RenameNew",  "SyncFolder", "Link",     "OpenScratch", "ReadAt"};
   return kNames[static_cast<std::size_t>(call)];
 }
 
@@ -134,6 +134,17 @@ std::int64_t FaultyDisk::Read(int handle, void* data, std::size_t size) {
   const Verdict verdict = JudgeHandle(DiskCall::Read, handle);
   if (verdict.error) return verdict.error;
   return disk_.Read(handle, data, verdict.half ? std::max<std::size_t>(size / 2, 1) : size);
+}
+
+int FaultyDisk::OpenScratch(std::uint64_t size) {
+  const Verdict verdict = Judge(DiskCall::OpenScratch, "");
+  return verdict.error ? verdict.error : Opened(disk_.OpenScratch(size), "");
+}
+
+std::int64_t FaultyDisk::ReadAt(int handle, std::uint64_t position, void* data, std::size_t size) {
+  const Verdict verdict = JudgeHandle(DiskCall::ReadAt, handle);
+  if (verdict.error) return verdict.error;
+  return disk_.ReadAt(handle, position, data, verdict.half ? std::max<std::size_t>(size / 2, 1) : size);
 }
 
 int FaultyDisk::Seek(int handle, std::uint64_t position) {

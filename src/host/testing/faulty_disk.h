@@ -46,6 +46,8 @@ enum class DiskCall {
   RenameNew,
   SyncFolder,
   Link,
+  OpenScratch,
+  ReadAt,
 };
 
 std::string_view NameOf(DiskCall call);
@@ -97,6 +99,8 @@ class FaultyDisk final : public Disk {
   std::int64_t Write(int handle, const void* data, std::size_t size) override;
   std::int64_t Read(int handle, void* data, std::size_t size) override;
   int Seek(int handle, std::uint64_t position) override;
+  int OpenScratch(std::uint64_t size) override;
+  std::int64_t ReadAt(int handle, std::uint64_t position, void* data, std::size_t size) override;
   int StatOpen(int handle, DiskFacts& facts) override;
   int SetMode(int handle, unsigned mode) override;
   int SetOwner(int handle, unsigned user, unsigned group) override;

@@ -10,7 +10,7 @@ Status DecodeForCuts(const PictureInput& input, const std::string& path, Encoder
   out.encoder = encoder;
   if (encoder == Encoder::Jpeg) {
     JpegPixels pixels;
-    Status decoded = DecodeJpeg(path, input.limits, pixels, input.control);
+    Status decoded = DecodeJpeg(input.files, path, input.limits, pixels, input.control);
     if (decoded) out.jpeg = std::move(pixels);
     if (decoded || decoded.GetProblem() != host::Problem::Unsupported) return decoded;
   }

@@ -71,7 +71,7 @@ Status LoadPicture(const PictureInput& input, const std::string& path, Picture& 
     if (Status open = Open(input, path, opened); !open) return open;
     Picture picture;
     if (Status read = ReadWhole(opened, picture); !read) return read;
-    if (Status held = Materialize(picture.pixels, input.limits); !held) return held;
+    if (Status held = Materialize(picture.pixels, input.Space()); !held) return held;
     out = std::move(picture);
     return Status::Ok();
   });
@@ -149,9 +149,9 @@ Status CropUnder(const PictureInput& input, const CropRequest& request, const Ov
   return Guarded(fault::DamagedPicture(), [&] {
     out = Displayed(out);
     out.pixels = AsRgb(CropOrPad(out.pixels, request.rect, base::kWhite));
-    if (Status held = Materialize(out.pixels, input.limits); !held) return held;
+    if (Status held = Materialize(out.pixels, input.Space()); !held) return held;
     const base::Rect place{overlay.left, overlay.top, above.pixels.width(), above.pixels.height()};
-    return Draw(out, above, place, input.limits);
+    return Draw(out, above, place, input.Space());
   });
 }
 
@@ -166,8 +166,13 @@ Status DrawBorder(const PictureInput& input, const BorderRequest& request, Pictu
       pixels = CropOrPad(pixels, {0, 0, request.image.width, request.image.height}, request.colour);
     }
     pixels = Turned(pixels, request.rotation, request.colour);
-    if (Status held = Materialize(pixels, input.limits); !held) return held;
-    pixels = Scaled(pixels, DrawnSize(request));
+    const base::Size drawn = DrawnSize(request);
+    const bool scaled = pixels.width() != drawn.width || pixels.height() != drawn.height;
+    // Scaling reads rows more than once, and a turned row takes long to compute.
+    const bool keepTurned = request.rotation != 0 && scaled;
+    Status held = keepTurned ? Materialize(pixels, input.Space()) : MaterializeSmall(pixels, input.Space());
+    if (!held) return held;
+    pixels = Scaled(pixels, drawn);
     picture.pixels = CropOrPad(pixels, {-request.offsetX, -request.offsetY, total.width, total.height}, request.colour);
     return Status::Ok();
   });
@@ -214,7 +219,7 @@ Status MakeEffects(const PictureInput& input, const EffectsRequest& request, hos
     return {Problem::Other, "图片的尺寸与已知的不同"};
   }
   for (const PixelStep& step : request.steps) {
-    Status applied = Guarded(fault::DamagedPicture(), [&] { return ApplyStep(step, picture, input.limits); });
+    Status applied = Guarded(fault::DamagedPicture(), [&] { return ApplyStep(step, picture, input.Space()); });
     if (!applied) return applied;
     if (input.control.stop.stop_requested()) return Stopped();
   }

@@ -7,6 +7,7 @@
 #include <string>
 
 #include "host/files/files.h"
+#include "imaging/crop/picture_steps.h"
 #include "imaging/io/read_control.h"
 #include "imaging/jpeg/jpeg_cut.h"
 #include "imaging/limits.h"
@@ -22,6 +23,8 @@ struct PictureInput {
   const host::Files& files;
   Limits limits;
   ReadControl control = {};
+
+  PixelSpace Space() const { return {files, limits}; }
 };
 
 // Called before that many bytes of working memory are allocated. If it returns false, the work fails with Stopped.

@@ -8,6 +8,7 @@
 #include "host/files/stale_output.h"
 #include "imaging/codecs/encode.h"
 #include "imaging/codecs/open_picture.h"
+#include "imaging/crop/picture_steps.h"
 #include "imaging/jpeg/jpeg_cut.h"
 #include "imaging/jpeg/jpeg_pixels.h"
 #include "imaging/limits.h"
@@ -172,22 +173,22 @@ class Maker {
     return status;
   }
 
-  // Rotation reads its source in every order, so the pixels are computed first: in memory, or on disk above the limit.
+  // Unlike Materialize, accepts pictures above the limit of memory if there is disk for them.
+  Status Hold(VImage& pixels) {
+    const int pixelBytes = static_cast<int>(VIPS_IMAGE_SIZEOF_PEL(pixels.get_image()));
+    if (!FitsMemory(pixels.width(), pixels.height(), pixelBytes, limits_)) {
+      return StoreOnDisk(pixels, files_).value_or(fault::OutOfMemory());
+    }
+    return Materialize(pixels, {files_, limits_});
+  }
+
+  // Rotation reads its source in every order, so the pixels are computed first.
   Status Turn(Picture& picture) {
     if (order_.angle == 0) return Status::Ok();
     const base::Size canvas = TurnedSize(target_, order_.angle);
     if (!WithinLimits(canvas.width, canvas.height, limits_)) return fault::SidesTooLarge();
-    VImage held = picture.pixels.copy();
-    if (held.get_typeof(VIPS_META_SEQUENTIAL) != 0) held.remove(VIPS_META_SEQUENTIAL);
-    const int pixelBytes = static_cast<int>(VIPS_IMAGE_SIZEOF_PEL(held.get_image()));
-    if (FitsMemory(held.width(), held.height(), pixelBytes, limits_)) {
-      held = held.copy_memory();
-    } else {
-      VImage onDisk = VImage::new_temp_file();
-      held.write(onDisk);
-      held = onDisk;
-    }
-    picture.pixels = Turned(held, order_.angle, base::kWhite);
+    if (Status held = Hold(picture.pixels); !held) return held;
+    picture.pixels = Turned(picture.pixels, order_.angle, base::kWhite);
     picture.tags.orientation = 1;
     picture.tags.exif = UprightExif(picture.tags.exif);
     return Status::Ok();

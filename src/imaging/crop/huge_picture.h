@@ -28,7 +28,8 @@ struct HugeOrder {
 
 // Carries out the order and replaces target with the finished file.
 // Memory: a crop holds a few rows, or one row of tiles of a tiled TIFF. A JPEG is decoded to little more than the
-// wanted size. Only a rotated picture is held as a whole, above the memory limit in an unnamed file in $TMPDIR.
+// wanted size. Only a picture that is rotated is held as a whole: in memory, or in a TileStore above
+// Limits::pixelsInMemory.
 // Damage outside the crop is not looked for.
 // ICC profile, resolution and orientation are copied, EXIF is not.
 // Other: the crop misses the picture. Unsupported: the source is no picture, or smaller than minimum.

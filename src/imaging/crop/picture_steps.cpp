@@ -7,7 +7,10 @@
 #include "imaging/faults.h"
 #include "imaging/metadata/exif_block.h"
 #include "imaging/pixels/colours.h"
+#include "imaging/pixels/draft_target.h"
 #include "imaging/pixels/geometry.h"
+#include "imaging/pixels/row_image.h"
+#include "imaging/rows/tile_store.h"
 
 namespace quillon::imaging {
 namespace {
@@ -40,16 +43,32 @@ VImage OwnPixels(VImage& pixels) {
   return copy;
 }
 
+bool IsLarge(const VImage& pixels, const PixelSpace& space) {
+  return IsLarge(pixels.width(), pixels.height(), space.limits);
+}
+
+Status CheckPixels(const VImage& pixels, const Limits& limits) {
+  const int pixelBytes = static_cast<int>(VIPS_IMAGE_SIZEOF_PEL(pixels.get_image()));
+  if (!WithinLimits(pixels.width(), pixels.height(), limits)) return fault::SidesTooLarge();
+  return FitsMemory(pixels.width(), pixels.height(), pixelBytes, limits) ? Status::Ok() : fault::OutOfMemory();
+}
+
+// Prepares the pixels for a step that reads them more than once or in another order. Small ones are in memory, or
+// quickly computed from there.
+Status PrepareLarge(VImage& pixels, const PixelSpace& space) {
+  return IsLarge(pixels, space) ? Materialize(pixels, space) : Status::Ok();
+}
+
 // A picture that was turned: what said how to hold it is no longer true.
 void SetUpright(PictureTags& tags) {
   tags.orientation = 1;
   tags.exif = UprightExif(tags.exif);
 }
 
-Status Place(const PlaceStep& step, Picture& picture, const Limits& limits) {
+Status Place(const PlaceStep& step, Picture& picture, const PixelSpace& space) {
   Picture canvas;
-  if (Status made = MakeCanvas(step.canvas, base::kWhite, limits, canvas); !made) return made;
-  if (Status drawn = Draw(canvas, picture, step.drawn, limits); !drawn) return drawn;
+  if (Status made = MakeCanvas(step.canvas, base::kWhite, space, canvas); !made) return made;
+  if (Status drawn = Draw(canvas, picture, step.drawn, space); !drawn) return drawn;
   CopyTags(canvas.tags, picture.tags);
   picture = std::move(canvas);
   return Status::Ok();
@@ -57,10 +76,22 @@ Status Place(const PlaceStep& step, Picture& picture, const Limits& limits) {
 
 }  // namespace
 
-Status Materialize(VImage& pixels, const Limits& limits) {
-  const int pixelBytes = static_cast<int>(VIPS_IMAGE_SIZEOF_PEL(pixels.get_image()));
-  if (!WithinLimits(pixels.width(), pixels.height(), limits)) return fault::SidesTooLarge();
-  if (!FitsMemory(pixels.width(), pixels.height(), pixelBytes, limits)) return fault::OutOfMemory();
+std::optional<Status> StoreOnDisk(VImage& pixels, const host::Files& files) {
+  const base::Size size{pixels.width(), pixels.height()};
+  const auto tiles = TileStore::Create(files, size, static_cast<int>(VIPS_IMAGE_SIZEOF_PEL(pixels.get_image())));
+  if (!tiles) return std::nullopt;
+  Status stored =
+      ForEachRows(pixels, [&](const RowBlock& rows) { return tiles->Append(rows.first, rows.step, rows.count); });
+  if (stored) pixels = ImageOfTiles(tiles, pixels);
+  return stored;
+}
+
+Status Materialize(VImage& pixels, const PixelSpace& space) {
+  if (Status fits = CheckPixels(pixels, space.limits); !fits) return fits;
+  if (IsLarge(pixels, space)) {
+    if (IsImageOfTiles(pixels)) return Status::Ok();
+    if (const std::optional<Status> stored = StoreOnDisk(pixels, space.files)) return *stored;
+  }
   // In memory they no longer come in order.
   VImage free = pixels;
   if (pixels.get_typeof(VIPS_META_SEQUENTIAL) != 0) {
@@ -71,39 +102,45 @@ Status Materialize(VImage& pixels, const Limits& limits) {
   return Status::Ok();
 }
 
-Status Rotate(Picture& picture, double angle, base::Colour background, const Limits& limits) {
+Status MaterializeSmall(VImage& pixels, const PixelSpace& space) {
+  return IsLarge(pixels, space) ? CheckPixels(pixels, space.limits) : Materialize(pixels, space);
+}
+
+Status Rotate(Picture& picture, double angle, base::Colour background, const PixelSpace& space) {
   const base::Size canvas = base::TurnedSize({picture.pixels.width(), picture.pixels.height()}, angle);
-  if (!WithinLimits(canvas.width, canvas.height, limits)) return fault::SidesTooLarge();
+  if (!WithinLimits(canvas.width, canvas.height, space.limits)) return fault::SidesTooLarge();
+  if (Status prepared = PrepareLarge(picture.pixels, space); !prepared) return prepared;
   VImage turned = Turned(picture.pixels, angle, background);
-  if (Status status = Materialize(turned, limits); !status) return status;
+  if (Status status = MaterializeSmall(turned, space); !status) return status;
   if (!ProfileFits(picture.tags.profile, turned)) picture.tags.profile.clear();
   picture.pixels = turned;
   SetUpright(picture.tags);
   return Status::Ok();
 }
 
-Status Resample(Picture& picture, base::Size size, const Limits& limits) {
+Status Resample(Picture& picture, base::Size size, const PixelSpace& space) {
   if (size.width < 1 || size.height < 1) return fault::NoSize();
-  if (!WithinLimits(size.width, size.height, limits)) return fault::SidesTooLarge();
+  if (!WithinLimits(size.width, size.height, space.limits)) return fault::SidesTooLarge();
+  if (Status prepared = PrepareLarge(picture.pixels, space); !prepared) return prepared;
   VImage scaled = Scaled(picture.pixels, size);
-  if (Status status = Materialize(scaled, limits); !status) return status;
+  if (Status status = MaterializeSmall(scaled, space); !status) return status;
   picture.pixels = scaled;
   return Status::Ok();
 }
 
-Status MakeGrey(Picture& picture, const Limits& limits) {
+Status MakeGrey(Picture& picture, const PixelSpace& space) {
   Picture grey = GreyPicture(picture);
-  if (Status status = Materialize(grey.pixels, limits); !status) return status;
+  if (Status status = MaterializeSmall(grey.pixels, space); !status) return status;
   picture = std::move(grey);
   return Status::Ok();
 }
 
-Status MakeBlackWhite(Picture& picture, int level, const Limits& limits) {
+Status MakeBlackWhite(Picture& picture, int level, const PixelSpace& space) {
   Picture grey = GreyPicture(picture);
   grey.pixels = EightBit(Flattened(grey.pixels, base::kWhite)) >= level;
   grey.pixels = grey.pixels.copy(VImage::option()->set("interpretation", VIPS_INTERPRETATION_B_W));
   grey.tags.profile.clear();
-  if (Status status = Materialize(grey.pixels, limits); !status) return status;
+  if (Status status = MaterializeSmall(grey.pixels, space); !status) return status;
   picture = std::move(grey);
   return Status::Ok();
 }
@@ -122,41 +159,52 @@ Status InvertColours(Picture& picture) {
   return Status::Ok();
 }
 
-Status CutOut(Picture& picture, base::Rect rect, const Limits& limits) {
+Status CutOut(Picture& picture, base::Rect rect, const PixelSpace& space) {
   if (rect.Empty()) return fault::EmptyRectangle();
-  if (!WithinLimits(rect.width, rect.height, limits)) return fault::SidesTooLarge();
+  if (!WithinLimits(rect.width, rect.height, space.limits)) return fault::SidesTooLarge();
   const int pixelBytes = static_cast<int>(VIPS_IMAGE_SIZEOF_PEL(picture.pixels.get_image()));
-  if (!FitsMemory(rect.width, rect.height, pixelBytes, limits)) return fault::OutOfMemory();
-  picture.pixels = CropOrPad(picture.pixels, rect, base::kWhite);
+  if (!FitsMemory(rect.width, rect.height, pixelBytes, space.limits)) return fault::OutOfMemory();
+  VImage cut = CropOrPad(picture.pixels, rect, base::kWhite);
+  // What is computed from a large picture is computed only once.
+  if (IsLarge(picture.pixels, space)) {
+    if (Status status = MaterializeSmall(cut, space); !status) return status;
+  }
+  picture.pixels = cut;
   return Status::Ok();
 }
 
-Status Draw(Picture& canvas, const Picture& picture, base::Rect drawn, const Limits& limits) {
+Status Draw(Picture& canvas, const Picture& picture, base::Rect drawn, const PixelSpace& space) {
   if (drawn.Empty()) return fault::EmptyRectangle();
-  if (!WithinLimits(drawn.width, drawn.height, limits)) return fault::SidesTooLarge();
+  if (!WithinLimits(drawn.width, drawn.height, space.limits)) return fault::SidesTooLarge();
   const base::Rect seen = Intersection(drawn, {0, 0, canvas.pixels.width(), canvas.pixels.height()});
   if (seen.Empty()) return Status::Ok();
-  const Picture above = InColoursOf(picture, canvas);
+  Picture above = InColoursOf(picture, canvas);
+  if (Status prepared = PrepareLarge(above.pixels, space); !prepared) return prepared;
   VImage patch = Scaled(above.pixels, {drawn.width, drawn.height})
                      .extract_area(seen.left - drawn.left, seen.top - drawn.top, seen.width, seen.height);
   if (HasAlpha(canvas.pixels) && !HasAlpha(patch)) {
     patch = patch.bandjoin_const({canvas.pixels.format() == VIPS_FORMAT_USHORT ? 65535.0 : 255.0});
   }
-  patch = Overlaid(canvas.pixels.extract_area(seen.left, seen.top, seen.width, seen.height), patch).copy_memory();
+  patch = Overlaid(canvas.pixels.extract_area(seen.left, seen.top, seen.width, seen.height), patch);
+  if (IsLarge(canvas.pixels, space)) {
+    canvas.pixels = canvas.pixels.insert(patch, seen.left, seen.top);
+    return Status::Ok();
+  }
+  patch = patch.copy_memory();
   VImage own = OwnPixels(canvas.pixels);
   own.draw_image(patch, seen.left, seen.top);
   canvas.pixels = own;
   return Status::Ok();
 }
 
-Status MakeCanvas(base::Size size, base::Colour colour, const Limits& limits, Picture& out) {
+Status MakeCanvas(base::Size size, base::Colour colour, const PixelSpace& space, Picture& out) {
   if (size.Empty()) return fault::NoSize();
-  if (!WithinLimits(size.width, size.height, limits)) return fault::SidesTooLarge();
+  if (!WithinLimits(size.width, size.height, space.limits)) return fault::SidesTooLarge();
   const VImage dot = VImage::black(1, 1, VImage::option()->set("bands", 3))
                          .copy(VImage::option()->set("interpretation", VIPS_INTERPRETATION_sRGB));
   Picture canvas;
   canvas.pixels = CropOrPad(dot.new_from_image(SamplesOf(dot, colour)), {0, 0, size.width, size.height}, colour);
-  if (Status status = Materialize(canvas.pixels, limits); !status) return status;
+  if (Status status = MaterializeSmall(canvas.pixels, space); !status) return status;
   out = std::move(canvas);
   return Status::Ok();
 }
@@ -167,19 +215,19 @@ void CopyTags(PictureTags& tags, const PictureTags& from) {
   tags.dpi = from.dpi;
 }
 
-Status ApplyStep(const PixelStep& step, Picture& picture, const Limits& limits) {
+Status ApplyStep(const PixelStep& step, Picture& picture, const PixelSpace& space) {
   struct Apply {
     Picture& picture;
-    const Limits& limits;
-    Status operator()(const RotateStep& rotate) { return Rotate(picture, rotate.angle, rotate.background, limits); }
-    Status operator()(const ResampleStep& resample) { return Resample(picture, resample.size, limits); }
-    Status operator()(const GreyStep&) { return MakeGrey(picture, limits); }
-    Status operator()(const ThresholdStep& threshold) { return MakeBlackWhite(picture, threshold.level, limits); }
+    const PixelSpace& space;
+    Status operator()(const RotateStep& rotate) { return Rotate(picture, rotate.angle, rotate.background, space); }
+    Status operator()(const ResampleStep& resample) { return Resample(picture, resample.size, space); }
+    Status operator()(const GreyStep&) { return MakeGrey(picture, space); }
+    Status operator()(const ThresholdStep& threshold) { return MakeBlackWhite(picture, threshold.level, space); }
     Status operator()(const InvertStep&) { return InvertColours(picture); }
-    Status operator()(const CutStep& cut) { return CutOut(picture, cut.rect, limits); }
-    Status operator()(const PlaceStep& place) { return Place(place, picture, limits); }
+    Status operator()(const CutStep& cut) { return CutOut(picture, cut.rect, space); }
+    Status operator()(const PlaceStep& place) { return Place(place, picture, space); }
   };
-  return std::visit(Apply{picture, limits}, step);
+  return std::visit(Apply{picture, space}, step);
 }
 
 }  // namespace quillon::imaging

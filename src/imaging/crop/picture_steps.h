@@ -2,29 +2,48 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include <optional>
+
+#include "host/files/files.h"
 #include "imaging/limits.h"
 #include "imaging/pixels/picture.h"
 #include "imaging/types.h"
 
-// The operations on images in memory. If one fails, its picture is unchanged. Exceptions of libvips pass through; see
-// Guarded. They may be called from any thread.
+// The operations on images. If one fails, its picture is unchanged. Exceptions of libvips pass through; see Guarded.
+// They may be called from any thread.
+//
+// Memory: the pixels of a picture and of the result of a step are held in memory up to Limits::pixelsInMemory each. A
+// large picture is kept in a TileStore, and the result of a step that is large is computed when it is read, tile by
+// tile. So a large picture takes some rows of itself and of its results, less than 150 MB at 300 megapixels and any
+// angle. If there is no disk for it, it is held in memory as well.
 namespace quillon::imaging {
 
-// Computes the pixels into memory, so that later steps read them in any order and do not compute them again.
-// TooLarge: the pixels exceed the limits, which is checked before anything is allocated.
-host::Status Materialize(vips::VImage& pixels, const Limits& limits);
+// Where the pixels of pictures are held. Both outlive the call that they are given to.
+struct PixelSpace {
+  const host::Files& files;
+  const Limits& limits;
+};
 
-host::Status Rotate(Picture& picture, double angle, base::Colour background, const Limits& limits);
-host::Status Resample(Picture& picture, base::Size size, const Limits& limits);
-host::Status MakeGrey(Picture& picture, const Limits& limits);
-host::Status MakeBlackWhite(Picture& picture, int level, const Limits& limits);
+// Computes the pixels, so that later steps read them in any order and do not compute them again: into memory, or into a
+// TileStore if they are large. Does nothing if they are there already.
+// TooLarge: the pixels exceed the limits, which is checked before anything is allocated.
+host::Status Materialize(vips::VImage& pixels, const PixelSpace& space);
+// As Materialize, but leaves large pixels to be computed when they are read.
+host::Status MaterializeSmall(vips::VImage& pixels, const PixelSpace& space);
+// Computes the pixels into a TileStore. Returns nothing, and computes nothing, if there is no disk for them.
+std::optional<host::Status> StoreOnDisk(vips::VImage& pixels, const host::Files& files);
+
+host::Status Rotate(Picture& picture, double angle, base::Colour background, const PixelSpace& space);
+host::Status Resample(Picture& picture, base::Size size, const PixelSpace& space);
+host::Status MakeGrey(Picture& picture, const PixelSpace& space);
+host::Status MakeBlackWhite(Picture& picture, int level, const PixelSpace& space);
 host::Status InvertColours(Picture& picture);
-host::Status CutOut(Picture& picture, base::Rect rect, const Limits& limits);
-host::Status Draw(Picture& canvas, const Picture& picture, base::Rect drawn, const Limits& limits);
-host::Status MakeCanvas(base::Size size, base::Colour colour, const Limits& limits, Picture& out);
+host::Status CutOut(Picture& picture, base::Rect rect, const PixelSpace& space);
+host::Status Draw(Picture& canvas, const Picture& picture, base::Rect drawn, const PixelSpace& space);
+host::Status MakeCanvas(base::Size size, base::Colour colour, const PixelSpace& space, Picture& out);
 // Copies EXIF, orientation and resolution to a picture that was made of another.
 void CopyTags(PictureTags& tags, const PictureTags& from);
 
-host::Status ApplyStep(const PixelStep& step, Picture& picture, const Limits& limits);
+host::Status ApplyStep(const PixelStep& step, Picture& picture, const PixelSpace& space);
 
 }  // namespace quillon::imaging

@@ -44,7 +44,7 @@ class Cutter {
       JpegPlanes planes(reader_, writer_, rect_);
       return Transfer(planes);
     }
-    JpegRows rows(reader_, writer_, rect_, White(), control_.decoded);
+    JpegRows rows(errors_, reader_, writer_, rect_, White(), control_.decoded);
     decodes_ = !control_.decoded;
     return Transfer(rows);
   }

@@ -96,6 +96,15 @@ class JpegStream : public RowStream {
   JSAMPROW row_ = nullptr;
 };
 
+Status ReadTiles(RowStream& rows, JpegPixels& out) {
+  std::vector<unsigned char> row(static_cast<std::size_t>(out.size.width) * out.components);
+  for (int y = 0; y < out.size.height; ++y) {
+    if (Status read = rows.ReadRow(row.data()); !read) return read;
+    if (Status added = out.tiles->Append(row.data(), row.size(), 1); !added) return added;
+  }
+  return Status::Ok();
+}
+
 Status ReadSamples(RowStream& rows, JpegPixels& out) {
   const std::size_t row = static_cast<std::size_t>(out.size.width) * out.components;
   out.samples.resize(row * static_cast<std::size_t>(out.size.height));
@@ -115,7 +124,19 @@ Status OpenJpegRows(const std::string& path, int shrink, const Limits& limits, s
   return Status::Ok();
 }
 
-Status DecodeJpeg(const std::string& path, const Limits& limits, JpegPixels& out, const ReadControl& control) {
+Status JpegPixels::Read(const base::Rect& area, unsigned char* out, std::size_t step) const {
+  if (tiles) return tiles->Read(area, out, step);
+  const std::size_t row = static_cast<std::size_t>(size.width) * components;
+  const unsigned char* from =
+      samples.data() + row * static_cast<unsigned>(area.top) + static_cast<std::size_t>(area.left) * components;
+  for (int y = 0; y < area.height; ++y, from += row, out += step) {
+    std::copy_n(from, static_cast<std::size_t>(area.width) * components, out);
+  }
+  return Status::Ok();
+}
+
+Status DecodeJpeg(const host::Files& files, const std::string& path, const Limits& limits, JpegPixels& out,
+                  const ReadControl& control) {
   std::shared_ptr<RowStream> rows;
   if (Status opened = OpenJpegRows(path, 1, limits, rows, JpegColours::AsStored, control); !opened) return opened;
   const RowFacts& facts = rows->Facts();
@@ -123,7 +144,10 @@ Status DecodeJpeg(const std::string& path, const Limits& limits, JpegPixels& out
   out.components = static_cast<std::size_t>(facts.Channels());
   if (!FitsMemory(facts.size.width, facts.size.height, facts.Channels(), limits)) return fault::OutOfMemory();
   try {
-    return ReadSamples(*rows, out);
+    if (IsLarge(out.size.width, out.size.height, limits)) {
+      out.tiles = TileStore::Create(files, out.size, facts.Channels());
+    }
+    return out.tiles ? ReadTiles(*rows, out) : ReadSamples(*rows, out);
   } catch (const std::bad_alloc&) {
     return fault::OutOfMemory();
   }

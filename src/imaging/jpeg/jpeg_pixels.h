@@ -11,6 +11,7 @@
 #include "imaging/io/read_control.h"
 #include "imaging/limits.h"
 #include "imaging/rows/row_source.h"
+#include "imaging/rows/tile_store.h"
 #include "imaging/types.h"
 
 // The pixels of a JPEG file, as a stream of rows or held whole. Both accept the files that CutJpeg accepts, report the
@@ -29,21 +30,20 @@ Status OpenJpegRows(const std::string& path, int shrink, const Limits& limits, s
                     JpegColours colours = JpegColours::Displayed, const ReadControl& control = {});
 
 // A JPEG held whole as it is stored: samples in the colour space of the file, interleaved, with the chroma of every
-// pixel.
+// pixel. A large picture (see IsLarge) is in tiles instead of samples.
 struct JpegPixels {
   base::Size size;
   std::size_t components = 0;
   std::vector<unsigned char> samples;
+  std::shared_ptr<TileStore> tiles;
 
-  const unsigned char* At(int column, int row) const {
-    const std::size_t pixel =
-        static_cast<std::size_t>(row) * static_cast<std::size_t>(size.width) + static_cast<std::size_t>(column);
-    return samples.data() + pixel * components;
-  }
+  // Copies the samples of area, which lies inside the picture, to rows that begin step bytes apart.
+  Status Read(const base::Rect& area, unsigned char* out, std::size_t step) const;
 };
 
-// Decodes the file at path to its end. Failures: see JpegReader::Open; TooLarge also if the samples are above limits,
-// checked before they are allocated.
-Status DecodeJpeg(const std::string& path, const Limits& limits, JpegPixels& out, const ReadControl& control = {});
+// Decodes the file at path to its end. If there is no disk for a large picture, it is held in memory.
+// Failures: see JpegReader::Open; TooLarge also if the samples are above limits, checked before they are allocated.
+Status DecodeJpeg(const host::Files& files, const std::string& path, const Limits& limits, JpegPixels& out,
+                  const ReadControl& control = {});
 
 }  // namespace quillon::imaging

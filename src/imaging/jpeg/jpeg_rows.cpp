@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <cstdint>
+#include <utility>
 
 namespace quillon::imaging {
 namespace {
@@ -14,9 +15,10 @@ constexpr int kMargin = 8;
 
 }  // namespace
 
-JpegRows::JpegRows(JpegReader& reader, JpegWriter& writer, base::Rect rect, const std::array<JSAMPLE, 4>& white,
-                   const JpegPixels* decoded)
-    : reader_(reader),
+JpegRows::JpegRows(JpegErrors& errors, JpegReader& reader, JpegWriter& writer, base::Rect rect,
+                   const std::array<JSAMPLE, 4>& white, const JpegPixels* decoded)
+    : errors_(errors),
+      reader_(reader),
       writer_(writer),
       rect_(rect),
       whitePixel_(white),
@@ -99,10 +101,16 @@ void JpegRows::WriteDecoded() {
 }
 
 void JpegRows::CopyBatch(int row, int count) {
-  const std::size_t used = static_cast<std::size_t>(columns_.size) * components_;
-  for (int i = 0; i < count; ++i) {
-    std::copy_n(whole_->At(columns_.begin, row + i), used, decodedRows_[static_cast<std::size_t>(i)]);
-  }
+  if (!Copied(row, count)) errors_.Jump();
+}
+
+// A call of its own, so that nothing is left to destroy when the jump is taken.
+bool JpegRows::Copied(int row, int count) {
+  const std::size_t step = static_cast<std::size_t>(columns_.size) * components_;
+  Status copied = whole_->Read({columns_.begin, row, columns_.size, count}, decoded_.data(), step);
+  if (copied) return true;
+  errors_.SetResult(std::move(copied));
+  return false;
 }
 
 }  // namespace quillon::imaging

@@ -17,11 +17,11 @@ namespace quillon::imaging {
 // the whole picture, and reduced again by the encoder.
 class JpegRows {
  public:
-  // reader is open, writer is set up. Start and Move run under the Guard of their errors, Allocate between them.
-  // white: a pixel in the colour space of the file. decoded: the picture if it was decoded before, else nullptr; if it
-  // is given, only the header is used of reader.
-  JpegRows(JpegReader& reader, JpegWriter& writer, base::Rect rect, const std::array<JSAMPLE, 4>& white,
-           const JpegPixels* decoded);
+  // reader is open, writer is set up, both with errors. Start and Move run under the Guard of their errors, Allocate
+  // between them. white: a pixel in the colour space of the file. decoded: the picture if it was decoded before, else
+  // nullptr; if it is given, only the header is used of reader.
+  JpegRows(JpegErrors& errors, JpegReader& reader, JpegWriter& writer, base::Rect rect,
+           const std::array<JSAMPLE, 4>& white, const JpegPixels* decoded);
 
   void Start();
   void Allocate();
@@ -40,7 +40,10 @@ class JpegRows {
   void WriteWhite(int count);
   void WriteDecoded();
   void CopyBatch(int row, int count);
+  // Returns false if the rows cannot be read; the reason is then in errors_.
+  bool Copied(int row, int count);
 
+  JpegErrors& errors_;
   JpegReader& reader_;
   JpegWriter& writer_;
   const base::Rect rect_;

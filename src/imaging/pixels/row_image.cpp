@@ -10,6 +10,8 @@ using vips::VImage;
 
 // Rows cached between threads, so that they do not wait for each other at every row.
 constexpr int kRowsAtOnce = 16;
+// The data of an image that keeps its tiles.
+constexpr const char* kTiles = "quillon-tiles";
 
 // The reader of a generated image; deleted with the image.
 template <class Rows>
@@ -44,6 +46,18 @@ int GenerateRows(VipsRegion* out, void*, void*, void* reader, gboolean*) {
     if (!status) return Failed(*self.fault, std::move(status));
   }
   return 0;
+}
+
+using Tiles = std::shared_ptr<const TileStore>;
+
+int GenerateTiles(VipsRegion* out, void*, void*, void* tiles, gboolean*) {
+  const VipsRect& area = out->valid;
+  const Status status = (*static_cast<const Tiles*>(tiles))
+                            ->Read({area.left, area.top, area.width, area.height},
+                                   VIPS_REGION_ADDR(out, area.left, area.top), VIPS_REGION_LSKIP(out));
+  if (status) return 0;
+  vips_error("quillon", "tiles cannot be read");
+  return -1;
 }
 
 VipsInterpretation InterpretationOf(const RowFacts& facts) {
@@ -90,5 +104,21 @@ VImage ImageOfRows(std::shared_ptr<RowStream> rows, int count, std::shared_ptr<R
   image.set(VIPS_META_SEQUENTIAL, 1);
   return image.sequential(VImage::option()->set("tile_height", kRowsAtOnce));
 }
+
+VImage ImageOfTiles(std::shared_ptr<const TileStore> tiles, const VImage& like) {
+  VImage image(vips_image_new());
+  VipsImage* made = image.get_image();
+  vips_image_init_fields(made, like.width(), like.height(), like.bands(), like.format(), VIPS_CODING_NONE,
+                         like.interpretation(), 1, 1);
+  auto* kept = new Tiles(std::move(tiles));
+  g_object_set_data_full(G_OBJECT(made), kTiles, kept, [](gpointer data) { delete static_cast<Tiles*>(data); });
+  if (vips_image_pipelinev(made, VIPS_DEMAND_STYLE_SMALLTILE, nullptr) != 0 ||
+      vips_image_generate(made, nullptr, GenerateTiles, nullptr, nullptr, kept) != 0) {
+    throw vips::VError();
+  }
+  return image;
+}
+
+bool IsImageOfTiles(const VImage& image) { return g_object_get_data(G_OBJECT(image.get_image()), kTiles) != nullptr; }
 
 }  // namespace quillon::imaging

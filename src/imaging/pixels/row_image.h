@@ -6,6 +6,7 @@
 
 #include "imaging/pixels/picture.h"
 #include "imaging/rows/row_source.h"
+#include "imaging/rows/tile_store.h"
 
 namespace quillon::imaging {
 
@@ -17,5 +18,12 @@ vips::VImage ImageOfRows(std::shared_ptr<RowSource> rows, std::shared_ptr<ReadFa
 // Wraps the next count rows of a stream as a libvips image. It can be computed once, from top to bottom, and has to be
 // used up before the next rows are wrapped.
 vips::VImage ImageOfRows(std::shared_ptr<RowStream> rows, int count, std::shared_ptr<ReadFault> fault);
+
+// Wraps a filled store as a libvips image that has the size and format of like. The image shares ownership of tiles.
+// Throws VError.
+vips::VImage ImageOfTiles(std::shared_ptr<const TileStore> tiles, const vips::VImage& like);
+
+// Returns whether the image is one of ImageOfTiles, and not only computed from one.
+bool IsImageOfTiles(const vips::VImage& image);
 
 }  // namespace quillon::imaging

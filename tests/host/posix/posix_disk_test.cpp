@@ -6,10 +6,12 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <sys/stat.h>
+#include <sys/statvfs.h>
 #include <unistd.h>
 
 #include <cerrno>
 #include <cstdint>
+#include <cstdlib>
 #include <filesystem>
 #include <regex>
 
@@ -149,6 +151,51 @@ TEST_F(PosixDiskTest, ReturnsItsSurroundings) {
   EXPECT_EQ(disk.DataHome(), folder.Path("data"));
   EXPECT_EQ(disk.User(), geteuid());
   EXPECT_TRUE(std::regex_match(disk.TimeStamp(), std::regex("\\d{4}-\\d\\d-\\d\\dT\\d\\d:\\d\\d:\\d\\d")));
+}
+
+class ScratchTest : public PosixDiskTest {
+ protected:
+  ScratchTest() {
+    if (const char* set = std::getenv("TMPDIR")) before = set;
+    fs::create_directory(folder.Path("tmp"));
+    setenv("TMPDIR", folder.Path("tmp").c_str(), 1);
+  }
+  ~ScratchTest() override { before.empty() ? unsetenv("TMPDIR") : setenv("TMPDIR", before.c_str(), 1); }
+
+  std::string before;
+};
+
+TEST_F(ScratchTest, AScratchFileHasNoName) {
+  const int handle = disk.OpenScratch(1000);
+  ASSERT_GE(handle, 0);
+  EXPECT_EQ(fcntl(handle, F_GETFD) & FD_CLOEXEC, FD_CLOEXEC);
+  EXPECT_TRUE(fs::is_empty(folder.Path("tmp")));
+  DiskFacts facts;
+  DiskFacts place;
+  ASSERT_EQ(disk.StatOpen(handle, facts), 0);
+  ASSERT_EQ(disk.Stat(folder.Path("tmp"), place), 0);
+  EXPECT_EQ(facts.device, place.device);
+  EXPECT_EQ(facts.links, 0u);
+  EXPECT_EQ(facts.mode, 0600u);
+  EXPECT_EQ(disk.Write(handle, "abcdef", 6), 6);
+  char read[4] = {};
+  EXPECT_EQ(disk.ReadAt(handle, 2, read, 3), 3);
+  EXPECT_STREQ(read, "cde");
+  EXPECT_EQ(disk.ReadAt(handle, 6, read, 3), 0);
+  EXPECT_EQ(disk.Close(handle), 0);
+}
+
+TEST_F(ScratchTest, AScratchFileNeedsRoomAndAFolder) {
+  struct statvfs info {};
+  ASSERT_EQ(statvfs(folder.Path("tmp").c_str(), &info), 0);
+  EXPECT_EQ(disk.OpenScratch(std::uint64_t{info.f_blocks} * info.f_frsize), -ENOSPC);
+  EXPECT_EQ(disk.OpenScratch(UINT64_MAX), -ENOSPC);
+  fs::remove(folder.Path("tmp"));
+  EXPECT_EQ(disk.OpenScratch(1), -ENOENT);
+  setenv("TMPDIR", "relative", 1);
+  const int handle = disk.OpenScratch(1);
+  EXPECT_GE(handle, 0);
+  disk.Close(handle);
 }
 
 }  // namespace

@@ -6,6 +6,7 @@
 
 #include <vector>
 
+#include "host/testing/test_host.h"
 #include "imaging/jpeg/jpeg_cut.h"
 #include "imaging/jpeg_maker.h"
 #include "imaging/scratch_folder.h"
@@ -29,7 +30,7 @@ class JpegPixelsTest : public ::testing::Test {
     const std::string path = folder_.Put("source.jpg", bytes);
     JpegPixels pixels;
     const auto sink = [](const void*, std::size_t) { return Status::Ok(); };
-    return {ReadRows(path, limits).GetProblem(), DecodeJpeg(path, limits, pixels).GetProblem(),
+    return {ReadRows(path, limits).GetProblem(), DecodeJpeg(world_.files, path, limits, pixels).GetProblem(),
             CutJpeg(path, {0, 0, 8, 8}, 80, 0, Exif::Drop, limits, sink).GetProblem()};
   }
   static Status ReadRows(const std::string& path, const Limits& limits) {
@@ -40,6 +41,7 @@ class JpegPixelsTest : public ::testing::Test {
   static std::vector<Problem> All(Problem problem) { return std::vector<Problem>(3, problem); }
 
   testing::ScratchFolder folder_;
+  host::testing::TestHost world_;
 };
 
 class JpegPixelsScansTest : public JpegPixelsTest, public ::testing::WithParamInterface<Scans> {};
@@ -53,9 +55,32 @@ TEST_P(JpegPixelsScansTest, SamplesAreThoseOfThePlainDecode) {
     options.scans = GetParam();
     const std::string bytes = Source({45, 37}, options);
     JpegPixels pixels;
-    const Status status = DecodeJpeg(folder_.Put("source.jpg", bytes), {}, pixels);
+    const Status status = DecodeJpeg(world_.files, folder_.Put("source.jpg", bytes), {}, pixels);
     ASSERT_TRUE(status) << status.Why();
     EXPECT_EQ(pixels.samples, testing::ReadJpeg(bytes).pixels.samples);
+  }
+}
+
+TEST_P(JpegPixelsScansTest, ALargePictureIsInTilesAndReadsTheSame) {
+  MakeOptions options;
+  options.scans = GetParam();
+  const std::string path = folder_.Put("source.jpg", Source({245, 37}, options));
+  Limits small;
+  small.pixelsInMemory = 245 * 37 - 1;
+  JpegPixels whole;
+  JpegPixels tiled;
+  ASSERT_TRUE(DecodeJpeg(world_.files, path, {}, whole));
+  ASSERT_TRUE(DecodeJpeg(world_.files, path, small, tiled));
+  EXPECT_FALSE(whole.tiles);
+  EXPECT_TRUE(tiled.tiles);
+  EXPECT_TRUE(tiled.samples.empty());
+  for (const base::Rect& area : {base::Rect{0, 0, 245, 37}, base::Rect{100, 3, 60, 20}, base::Rect{244, 36, 1, 1}}) {
+    const std::size_t step = static_cast<std::size_t>(area.width) * 3;
+    std::vector<unsigned char> expected(step * static_cast<std::size_t>(area.height));
+    std::vector<unsigned char> read(expected.size());
+    ASSERT_TRUE(whole.Read(area, expected.data(), step));
+    ASSERT_TRUE(tiled.Read(area, read.data(), step));
+    EXPECT_EQ(read, expected);
   }
 }
 
