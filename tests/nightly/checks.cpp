@@ -44,6 +44,12 @@ bool EndsInOneOf(const std::vector<std::string>& paths, const std::string& path)
   return false;
 }
 
+// glib ends the process if it gets no memory. Without memory for its message it calls itself until the stack is full.
+// The loader exits with 127.
+bool EndedByLibrary(const Call& call) {
+  return call.signal == SIGABRT || call.signal == SIGTRAP || call.signal == SIGSEGV || call.exit == 127;
+}
+
 Problems CheckEnds(const Place& place, const Expected& expected, const Tree& now, const Call& call) {
   Problems problems;
   const auto inside = [&](const std::string& path) { return fs::path(path).lexically_relative(place.Root()).native(); };
@@ -87,8 +93,7 @@ Problems CheckReport(const Place& place, const Expected& expected, const Tree& n
   if (call.hung) problems.emplace_back("did not end");
   if (call.orphaned) problems.emplace_back("left a process running");
   const bool killed = mayEnd == MayEnd::ByKill && call.signal == SIGKILL;
-  const bool aborted =
-      mayEnd == MayEnd::ByAbort && (call.signal == SIGABRT || call.signal == SIGTRAP || call.exit == 127);
+  const bool aborted = mayEnd == MayEnd::ByAbort && EndedByLibrary(call);
   if (call.hung || killed || aborted) return problems;
   if (call.signal != 0) problems.push_back("ended by signal " + std::to_string(call.signal));
   if (call.signal == 0 && (call.exit < kAllWritten || call.exit > kStopped)) {

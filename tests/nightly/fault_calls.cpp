@@ -23,6 +23,7 @@
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
+#include <type_traits>
 
 #include "nightly/fault_state.h"
 
@@ -98,46 +99,65 @@ bool Fault(unsigned classes, const char* name, int handle) {
   return Concerns(path) && Fires(name, path);
 }
 
+// This thread is looking up a function, which must not fail.
+thread_local bool lookingUp = false;
+
 // Returns the function of the C library that has the name.
 template <typename Function>
-Function* Next(Function*, const char* name) {
-  return reinterpret_cast<Function*>(dlsym(RTLD_NEXT, name));
+Function* Next(const char* name) {
+  lookingUp = true;
+  void* const found = dlsym(RTLD_NEXT, name);
+  lookingUp = false;
+  return reinterpret_cast<Function*>(found);
 }
 
-bool NoMemory(const char* name) { return state && (state->callClass & kAllocation) && Fires(name, ""); }
+bool NoMemory(const char* name) { return state && (state->callClass & kAllocation) && !lookingUp && Fires(name, ""); }
 
 }  // namespace
+
+// Finds a function of the C library when this library is loaded: later a lack of memory may have left the loader locked
+// for ever. The constructor of another library may call earlier; then it is found at that call.
+#define QUILLON_FIND(type, name)                                                  \
+  namespace {                                                                     \
+  type* const found_##name = Next<type>(#name);                                   \
+  type* Next_##name() { return found_##name ? found_##name : Next<type>(#name); } \
+  }
 
 // A wrapper with a result of -1 on failure: its return type, name, parameters, arguments, classes, and the path or
 // handle that decides whether it counts.
 #define QUILLON_WRAP_AS(result, name, parameters, arguments, classes, subject, failure) \
-  extern "C" result name parameters {                                                   \
-    static auto* const next = Next(static_cast<result(*) parameters>(nullptr), #name);  \
-    return Fault(classes, #name, subject) ? failure : next arguments;                   \
-  }
+  QUILLON_FIND(std::remove_pointer_t<result(*) parameters>, name)                       \
+  extern "C" result name parameters { return Fault(classes, #name, subject) ? failure : Next_##name() arguments; }
 #define QUILLON_WRAP(result, name, parameters, arguments, classes, subject) \
   QUILLON_WRAP_AS(result, name, parameters, arguments, classes, subject, -1)
 
-// Calls that create or open. The mode is only there with O_CREAT, but may always be read and passed on.
-#define QUILLON_WRAP_OPEN(name)                                                                  \
-  extern "C" int name(const char* path, int flags, ...) {                                        \
-    static auto* const next = Next(static_cast<int (*)(const char*, int, ...)>(nullptr), #name); \
-    std::va_list rest;                                                                           \
-    va_start(rest, flags);                                                                       \
-    const mode_t mode = flags & (O_CREAT | O_TMPFILE) ? va_arg(rest, mode_t) : 0;                \
-    va_end(rest);                                                                                \
-    const unsigned classes = kPath | kInterruptible | (flags & O_CREAT ? kSpaceCall : 0U);       \
-    return Fault(classes, #name, path) ? -1 : next(path, flags, mode);                           \
+namespace {
+
+using Open = int(const char*, int, ...);
+using OpenAt = int(int, const char*, int, ...);
+
+unsigned ClassesOfOpen(int flags) { return kPath | kInterruptible | (flags & O_CREAT ? kSpaceCall : 0U); }
+
+}  // namespace
+
+// Calls that create or open. The mode is there only if a file may be created.
+#define QUILLON_WRAP_OPEN(name)                                                              \
+  QUILLON_FIND(Open, name)                                                                   \
+  extern "C" int name(const char* path, int flags, ...) {                                    \
+    std::va_list rest;                                                                       \
+    va_start(rest, flags);                                                                   \
+    const mode_t mode = flags & (O_CREAT | O_TMPFILE) ? va_arg(rest, mode_t) : 0;            \
+    va_end(rest);                                                                            \
+    return Fault(ClassesOfOpen(flags), #name, path) ? -1 : Next_##name()(path, flags, mode); \
   }
-#define QUILLON_WRAP_OPENAT(name)                                                                     \
-  extern "C" int name(int folder, const char* path, int flags, ...) {                                 \
-    static auto* const next = Next(static_cast<int (*)(int, const char*, int, ...)>(nullptr), #name); \
-    std::va_list rest;                                                                                \
-    va_start(rest, flags);                                                                            \
-    const mode_t mode = flags & (O_CREAT | O_TMPFILE) ? va_arg(rest, mode_t) : 0;                     \
-    va_end(rest);                                                                                     \
-    const unsigned classes = kPath | kInterruptible | (flags & O_CREAT ? kSpaceCall : 0U);            \
-    return Fault(classes, #name, path) ? -1 : next(folder, path, flags, mode);                        \
+#define QUILLON_WRAP_OPENAT(name)                                                                    \
+  QUILLON_FIND(OpenAt, name)                                                                         \
+  extern "C" int name(int folder, const char* path, int flags, ...) {                                \
+    std::va_list rest;                                                                               \
+    va_start(rest, flags);                                                                           \
+    const mode_t mode = flags & (O_CREAT | O_TMPFILE) ? va_arg(rest, mode_t) : 0;                    \
+    va_end(rest);                                                                                    \
+    return Fault(ClassesOfOpen(flags), #name, path) ? -1 : Next_##name()(folder, path, flags, mode); \
   }
 
 QUILLON_WRAP_OPEN(open)
