@@ -119,9 +119,11 @@ bool Files::IsFolder(const std::string& path) const {
 }
 
 bool Files::SameFile(const std::string& a, const std::string& b) const {
-  const auto one = Stat(a);
-  const auto other = Stat(b);
-  return one && other && host::SameFile(*one, *other);
+  DiskFacts one;
+  DiskFacts other;
+  const int found = disk_.Stat(a, one);
+  if (a == b) return found != -ENOENT && found != -ENOTDIR;
+  return found >= 0 && disk_.Stat(b, other) >= 0 && host::SameFile(one, other);
 }
 
 std::optional<std::string> Files::RealPath(const std::string& path) const {

@@ -93,7 +93,7 @@ class Files {
   std::optional<FileFacts> Stat(const std::string& path) const;
   bool IsFile(const std::string& path) const;
   bool IsFolder(const std::string& path) const;
-  // Returns true if both paths lead to the same file, with links followed.
+  // Returns true if both paths lead to the same file, with links followed. Equal ones do, even if it cannot be read.
   bool SameFile(const std::string& a, const std::string& b) const;
   // Returns the absolute path without links, "." and ".."; nothing if it leads to nothing.
   std::optional<std::string> RealPath(const std::string& path) const;

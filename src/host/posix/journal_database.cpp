@@ -5,6 +5,7 @@
 #include <fcntl.h>
 #include <unistd.h>
 
+#include <cerrno>
 #include <cstdint>
 #include <filesystem>
 #include <string_view>
@@ -100,6 +101,16 @@ bool Create(const std::string& path) {
   return file >= 0;
 }
 
+bool WriteAll(int file, std::string_view bytes) {
+  while (!bytes.empty()) {
+    const ssize_t written = write(file, bytes.data(), bytes.size());
+    if (written < 0 && errno == EINTR) continue;
+    if (written <= 0) return false;
+    bytes.remove_prefix(static_cast<std::size_t>(written));
+  }
+  return true;
+}
+
 void Store(sqlite3_stmt* store, const std::string& file, const std::string& key, const std::string& value) {
   Bind(store, 1, file);
   Bind(store, 2, key);
@@ -120,6 +131,32 @@ bool WriteJob(sqlite3* database, const std::string& job) {
   if (!write) return false;
   Bind(write.get(), 1, job);
   return sqlite3_step(write.get()) == SQLITE_DONE;
+}
+
+// Returns the bytes of a database of the job without records, "" if SQLite cannot make one.
+std::string EmptyDatabase(const std::string& job) {
+  const Database database = OpenAt(":memory:", job);
+  if (SetUp(database.get(), kFast) != State::Ours || !WriteJob(database.get(), job)) return "";
+  sqlite3_int64 size = 0;
+  const std::unique_ptr<unsigned char, decltype(&sqlite3_free)> bytes(
+      sqlite3_serialize(database.get(), "main", &size, 0), &sqlite3_free);
+  return bytes ? std::string(reinterpret_cast<const char*>(bytes.get()), static_cast<std::size_t>(size)) : "";
+}
+
+// Creates a journal that is whole from the moment when it has its name: if a kill or a full disk could leave a part of
+// one, the next call would ask the user about a damaged journal. Returns false if there was a file, or if none could be
+// created. A disk that has no files without a name gets an empty file, which Check completes.
+bool CreateWhole(const std::string& path, const std::string& job) {
+  std::error_code error;
+  if (fs::exists(path, error)) return false;
+  const int file = open(fs::path(path).parent_path().c_str(), O_TMPFILE | O_RDWR | O_CLOEXEC, S_IRUSR | S_IWUSR);
+  if (file < 0) return Create(path);
+  const std::string bytes = EmptyDatabase(job);
+  const bool whole = !bytes.empty() && WriteAll(file, bytes) && fsync(file) == 0;
+  const std::string unnamed = "/proc/self/fd/" + std::to_string(file);
+  const bool named = whole && linkat(AT_FDCWD, unnamed.c_str(), AT_FDCWD, path.c_str(), AT_SYMLINK_FOLLOW) == 0;
+  close(file);
+  return named;
 }
 
 enum class Found { Created, Existing };
@@ -200,7 +237,7 @@ std::optional<std::string> ValueOf(sqlite3_stmt* statement) {
 
 Database OpenJournalDatabase(const std::string& path, const std::string& job) {
   for (int attempt = 0; attempt < kAttempts; ++attempt) {
-    const Found found = Create(path) ? Found::Created : Found::Existing;
+    const Found found = CreateWhole(path, job) ? Found::Created : Found::Existing;
     Database database = OpenAt(path, job);
     State state = SetUp(database.get(), kSafe);
     if (state == State::Ours) state = Check(database.get(), job, found);

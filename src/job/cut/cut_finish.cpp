@@ -3,6 +3,7 @@
 #include <string>
 
 #include "base/rounding.h"
+#include "host/files/file_stamp.h"
 #include "job/cut/conversions.h"
 #include "job/cut/cut_steps.h"
 #include "job/settings/lists.h"
@@ -177,9 +178,12 @@ Step Deliver(CutFile& file) {
   return copied ? Step::Next : Fail(file, copied);
 }
 
-// A result with another name replaces its source too.
+// A result with another name replaces its source too. If one of them cannot be read now, they may be one file, and the
+// source stays.
 Step RemoveSource(CutFile& file) {
-  const bool beside = !file.program.host.files.SameFile(file.result.output, file.listedPath);
+  const auto output = file.program.host.files.Stat(file.result.output);
+  const auto source = file.program.host.files.Stat(file.listedPath);
+  const bool beside = output && source && !host::SameFile(*output, *source);
   if (file.settings.over && beside && !file.run.OnBackSide()) {
     file.run.ledger.DiscardAtEnd({file.row, file.listedPath, {file.result.output}});
   }

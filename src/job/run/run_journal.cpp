@@ -271,7 +271,8 @@ std::size_t RunJournal::Intend(const std::string& source, const std::vector<std:
   Intent& intent = intended_[source];
   for (const std::string& output : outputs) {
     const auto there = files.Stat(output);
-    if (there && SameFile(*there, *before)) {
+    // The source itself, even if it cannot be read now: as a name that is meant for a result it would never be cut.
+    if (output == source || (there && SameFile(*there, *before))) {
       intent.inPlace = true;
       std::ostringstream text;
       text << StampOf(*before);

@@ -76,6 +76,16 @@ TEST_F(FilesTest, RecognisesTheSameFileUnderTwoNames) {
   EXPECT_FALSE(files.SameFile(folder.Path("none"), folder.Path("none")));
 }
 
+// A caller that replaces or removes the other file must never get the wrong answer for one and the same path.
+TEST_F(FilesTest, RecognisesTheSamePathIfItCannotBeRead) {
+  const std::string file = folder.Write("a.txt", "1");
+  for (const int error : {EACCES, EIO}) {
+    world.faults.Set({.call = DiskCall::Stat, .error = error, .length = testing::Fault::Length::ForEver});
+    EXPECT_TRUE(files.SameFile(file, file));
+    EXPECT_FALSE(files.SameFile(file, folder.Path("other.txt")));
+  }
+}
+
 TEST_F(FilesTest, ListsNamesAsBytesAndNoDrafts) {
   const std::string names[] = {"a.jpg", "-rf", "line\nbreak", "\xCD\xBC\xC6\xAC.jpg", "[1] %d", std::string(255, 'x')};
   for (const std::string& name : names) folder.Write("in/" + name, "");

@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include <gtest/gtest.h>
 #include <sqlite3.h>
+#include <sys/resource.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -345,6 +346,23 @@ TEST_F(JournalsTest, AScratchOneLastsAsLongAsItIsOpen) {
   journal->Remove();
   EXPECT_FALSE(std::filesystem::exists(path));
   EXPECT_EQ(posix::OpenScratchJournal(folder.Path("missing/scratch")), nullptr);
+}
+
+// A process that is not allowed to write a byte stands for one that is killed before its first byte.
+TEST_F(JournalsTest, OneThatCouldNotBeBegunIsNotTakenForADamagedOne) {
+  rlimit usual{};
+  ASSERT_EQ(getrlimit(RLIMIT_FSIZE, &usual), 0);
+  const auto handler = std::signal(SIGXFSZ, SIG_IGN);
+  const rlimit none{0, usual.rlim_max};
+  ASSERT_EQ(setrlimit(RLIMIT_FSIZE, &none), 0);
+  const auto begun = journals.Open({"job"});
+  setrlimit(RLIMIT_FSIZE, &usual);
+  std::signal(SIGXFSZ, handler);
+  EXPECT_EQ(begun, nullptr);
+  EXPECT_TRUE(folder.Names("journals").empty());
+  const auto journal = journals.Open({"job"});
+  ASSERT_TRUE(journal);
+  EXPECT_EQ(journal->Get("", kTornKey), std::nullopt);
 }
 
 TEST_F(JournalsTest, ThereIsNoneIfNoneCanBeKept) {

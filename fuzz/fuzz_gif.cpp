@@ -1,0 +1,10 @@
+// SPDX-FileCopyrightText: 2026 The Quillon developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+//
+// Any bytes that begin as a GIF file does: its header is read and the rows of its first frame are decoded or fail.
+// The size of the header is that of the rows.
+#include "fuzz_loader.h"
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+  return quillon::fuzz::LoadPicture(quillon::imaging::Format::Gif, "GIF8", data, size);
+}
