@@ -30,6 +30,9 @@ using Admission = std::function<bool(std::int64_t bytes)>;
 // Decodes a whole picture into memory.
 Status LoadPicture(const PictureInput& input, const std::string& path, Picture& out);
 
+// Reads the metadata of a picture, without its pixels.
+Status ReadTags(PictureInput input, const std::string& path, PictureTags& tags);
+
 // Checks a request before anything is read. Returns an error if the rectangle is empty or exceeds the limits, or if the
 // source is not a regular file. A missing source passes; opening it reports the error.
 Status CheckCrop(const host::Files& files, const CropRequest& request, const Limits& limits);
@@ -51,7 +54,8 @@ Status CropThrough(const PictureInput& input, const CropRequest& request, host::
 // Crops by CropDirectly if possible, else by CropThrough.
 Status MakeCrop(const PictureInput& input, const CropRequest& request, host::Draft& draft);
 
-// Cuts in memory, because a gif is held whole anyway to choose its colours, and draws overlay on the cut.
+// Cuts in memory, because a gif is held whole anyway to choose its colours, turns the cut upright, and draws overlay on
+// it.
 Status CropUnder(const PictureInput& input, const CropRequest& request, const Overlay& overlay, Picture& out);
 
 // Draws the border in memory; EncodeBorder writes it.

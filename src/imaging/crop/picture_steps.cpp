@@ -40,12 +40,6 @@ VImage OwnPixels(VImage& pixels) {
   return copy;
 }
 
-// A picture that was turned: what said how to hold it is no longer true.
-void SetUpright(PictureTags& tags) {
-  tags.orientation = 1;
-  tags.exif = UprightExif(tags.exif);
-}
-
 Status Place(const PlaceStep& step, Picture& picture, const Limits& limits) {
   Picture canvas;
   if (Status made = MakeCanvas(step.canvas, base::kWhite, limits, canvas); !made) return made;
@@ -78,7 +72,8 @@ Status Rotate(Picture& picture, double angle, base::Colour background, const Lim
   if (Status status = Materialize(turned, limits); !status) return status;
   if (!ProfileFits(picture.tags.profile, turned)) picture.tags.profile.clear();
   picture.pixels = turned;
-  SetUpright(picture.tags);
+  // The tag described the pixels as they were stored.
+  SetOrientation(picture.tags, 1);
   return Status::Ok();
 }
 
@@ -159,6 +154,11 @@ Status MakeCanvas(base::Size size, base::Colour colour, const Limits& limits, Pi
   if (Status status = Materialize(canvas.pixels, limits); !status) return status;
   out = std::move(canvas);
   return Status::Ok();
+}
+
+void SetOrientation(PictureTags& tags, int orientation) {
+  tags.orientation = orientation;
+  tags.exif = OrientedExif(tags.exif, orientation);
 }
 
 void CopyTags(PictureTags& tags, const PictureTags& from) {

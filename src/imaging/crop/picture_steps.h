@@ -22,6 +22,8 @@ host::Status InvertColours(Picture& picture);
 host::Status CutOut(Picture& picture, base::Rect rect, const Limits& limits);
 host::Status Draw(Picture& canvas, const Picture& picture, base::Rect drawn, const Limits& limits);
 host::Status MakeCanvas(base::Size size, base::Colour colour, const Limits& limits, Picture& out);
+// Sets the orientation, 1..8, also in the EXIF block.
+void SetOrientation(PictureTags& tags, int orientation);
 // Copies EXIF, orientation and resolution to a picture that was made of another.
 void CopyTags(PictureTags& tags, const PictureTags& from);
 

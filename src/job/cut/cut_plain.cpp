@@ -82,6 +82,7 @@ imaging::CropRequest PlainCrop(const CutFile& file) {
   request.quality = file.CutQuality();
   request.dpi = file.settings.dpi;
   request.exif = file.ExifWish();
+  request.orient = file.OrientOfCut();
   return request;
 }
 

@@ -253,7 +253,7 @@ TEST_F(FileServices, TagsMayComeFromAnotherFile) {
   tagged.Data()->picture.tags.exif = ExifWithThumbnail(6);
   tagged.Data()->picture.tags.orientation = 6;
   ASSERT_TRUE(services.SaveImageToJpgFile(tagged, Path("tagged.jpg"), 90, Exif::Keep));
-  ASSERT_TRUE(services.SaveImageToBmpFile(tagged, Path("work.bmp")));
+  ASSERT_TRUE(services.SaveImageToBmpFile(tagged, Path("work.bmp"), Orient::Defer));
   CropRequest request = Request("work.bmp", "out.jpg", {0, 0, 10, 10}, Encoder::Jpeg);
   request.tagSource = Path("tagged.jpg");
   request.exif = Exif::Keep;
