@@ -103,8 +103,9 @@ class Services {
   Status SaveByEncoder(const Image& image, const std::string& path, Encoder encoder, int quality, double angle);
 
   // --- File to file.
-  // The result has 8 bits a sample. Areas outside the picture are white, and opaque unless alpha is kept. CMYK remains
-  // in jpg and tif and becomes sRGB in other formats. The whole source is checked for damage, also outside rect.
+  // The result has 8 bits a sample unless depth is kept. Areas outside the picture are white, and opaque unless alpha
+  // is kept. CMYK remains in jpg and tif and becomes sRGB in other formats. The whole source is checked for damage,
+  // also outside rect.
   // If source and destination are the same file, the old content is copied to "<source>.bak". Any other file at
   // destination is replaced by the result. A failed cut changes nothing.
   Status CropToFile(const CropRequest& request);

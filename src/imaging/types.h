@@ -68,6 +68,9 @@ enum class Exif { Drop, Keep };
 // What happens to transparent pixels: blended with white, or kept if the encoder can store alpha.
 enum class Alpha { OnWhite, Kept };
 
+// What happens to samples of 16 bits: reduced to 8, or kept if the encoder can store them.
+enum class Depth { Eight, Kept };
+
 // What a format without an orientation tag (gif, bmp) stores of a picture that has an orientation.
 //   Apply: the pixels are turned as the orientation says, so that every program shows the picture upright.
 //   Defer: the pixels stay as they are. For a work file: whoever reads it gets the orientation from a tagSource.
@@ -83,6 +86,7 @@ struct CropRequest {
   int dpi = 0;       // written to the result; 0 keeps the resolution of the source
   Exif exif = Exif::Drop;
   Alpha alpha = Alpha::OnWhite;
+  Depth depth = Depth::Eight;
   // The file that EXIF and orientation are copied from, for a source that could not store them. Empty: source itself.
   std::string tagSource = {};
   bool upright = false;  // the source was rotated after tagSource was written: orientation becomes 1

@@ -115,7 +115,8 @@ Status CropDirectly(const PictureInput& input, const CropRequest& request, host:
 
 Status EncodeWindow(Picture picture, base::Rect rect, const CropRequest& request, host::Draft& draft) {
   // Pad before blending, since the padding is opaque white in any case.
-  picture.pixels = EightBit(CropOrPad(picture.pixels, rect, base::kWhite));
+  picture.pixels = CropOrPad(picture.pixels, rect, base::kWhite);
+  if (request.depth == Depth::Eight) picture.pixels = EightBit(picture.pixels);
   if (request.alpha == Alpha::OnWhite) picture.pixels = Flattened(picture.pixels, base::kWhite);
   if (request.dpi > 0) picture.tags.dpi = request.dpi;
   return EncodePicture(picture, {request.encoder, request.quality, false, request.exif, request.orient}, draft);

@@ -47,7 +47,7 @@ Status CropDirectly(const PictureInput& input, const CropRequest& request, host:
 Status CropJpeg(const CropRequest& request, const Limits& limits, host::Draft& draft,
                 const JpegCutControl& control = {});
 // Crops or pads the picture to rect on white and writes it with the encoder of the request.
-// Samples are reduced to 8 bits. Alpha is blended with white unless the request keeps it.
+// Samples are reduced to 8 bits, and alpha is blended with white, unless the request keeps them.
 Status EncodeWindow(Picture picture, base::Rect rect, const CropRequest& request, host::Draft& draft);
 // Crops a source of any format, row by row.
 Status CropThrough(const PictureInput& input, const CropRequest& request, host::Draft& draft);

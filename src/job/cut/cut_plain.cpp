@@ -82,6 +82,11 @@ imaging::CropRequest PlainCrop(const CutFile& file) {
   request.quality = file.CutQuality();
   request.dpi = file.settings.dpi;
   request.exif = file.ExifWish();
+  if (request.encoder == imaging::Encoder::Png) {
+    request.depth = imaging::Depth::Kept;
+    // An overwritten picture must not lose its transparency. A border is drawn around an opaque one.
+    if (file.settings.over && !file.BorderFollows()) request.alpha = imaging::Alpha::Kept;
+  }
   request.orient = file.OrientOfCut();
   return request;
 }
