@@ -204,7 +204,7 @@ Step Deliver(CutFile& file) {
   if (file.latestFile == file.result.output) return Step::Next;
   // A file that helpers have changed is copied, so that the program itself writes the output.
   const char* title = file.ConversionFollows() ? tools::kTitle : host::kBoxTitle;
-  const Status copied = program.saver.Copy(file.latestFile, file.result.output, {.title = title});
+  const Status copied = program.saver.Deliver(file.latestFile, file.result.output, {.title = title});
   // A removed work file need not be synced, and the next save creates it anew.
   (void)program.host.files.RemoveOwn(file.latestFile);
   return copied ? Step::Next : Fail(file, copied);

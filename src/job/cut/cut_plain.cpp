@@ -35,7 +35,7 @@ Step CutGifSource(CutFile& file) {
   if (EndsFile(cut)) return Fail(file, cut);
   if (!cut) return CutInMemory(file, LoadFailure::Reported);
   if (file.target != request.destination) {
-    const host::Status copied = file.program.saver.Copy(request.destination, file.target);
+    const host::Status copied = file.program.saver.Deliver(request.destination, file.target);
     if (!copied) return Fail(file, copied);
   }
   return AcceptCrop(file);

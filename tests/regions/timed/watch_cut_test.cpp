@@ -5,6 +5,7 @@
 
 #include <unistd.h>
 
+#include <chrono>
 #include <filesystem>
 #include <map>
 #include <set>
@@ -107,6 +108,15 @@ TEST_F(CutTimeTest, WatchedBitmapsOfTurnedPhotographsAreUpright) {
     const std::string name = std::to_string(orientation) + ".bmp";
     EXPECT_EQ(job::Difference(Read(In(name)), job::Upright(stored, orientation)), 0) << name;
   }
+}
+
+TEST_F(CutTimeTest, APictureThatIsReplacedInPlaceKeepsItsTime) {
+  const std::string path = Make("a.bmp", 100, 80);
+  std::filesystem::last_write_time(path, std::filesystem::file_time_type::clock::now() - std::chrono::hours(1000));
+  const auto before = std::filesystem::last_write_time(path);
+  WatchUntil([&] { return window.LFiles.Value() == "已裁剪数：1"; });
+  EXPECT_EQ(SizeOf(path), (base::Size{50, 30}));
+  EXPECT_EQ(std::filesystem::last_write_time(path), before);
 }
 
 class SilentWatchTest : public CutTimeTest {};
