@@ -171,7 +171,8 @@ class Session {
 
   const Plan& plan_;
   std::vector<std::string> arguments_;
-  StopSignals signals_;
+  // The parent of a worker passes each wish on once, and insists with a second signal.
+  StopSignals signals_{IsWorker() ? StopSignals::kEachCounts : StopSignals::kSameWish};
   host::posix::PosixDisk disk_;
   host::Files files_{disk_};
   PrivateFolder private_;

@@ -7,7 +7,10 @@
 #include <sys/signalfd.h>
 #include <unistd.h>
 
+#include <array>
 #include <cerrno>
+#include <chrono>
+#include <utility>
 
 namespace quillon::cli {
 namespace {
@@ -19,7 +22,7 @@ bool Ignored(int signal) {
 
 }  // namespace
 
-StopSignals::StopSignals() {
+StopSignals::StopSignals(double sameWish, Seconds seconds) : sameWish_(sameWish), seconds_(std::move(seconds)) {
   sigemptyset(&signals_);
   for (const int signal : {SIGINT, SIGTERM, SIGHUP}) {
     if (signal == SIGHUP && Ignored(signal)) continue;
@@ -46,18 +49,33 @@ void StopSignals::OnSecondSignal(std::function<void()> act) {
   onSecondSignal_ = std::move(act);
 }
 
+double StopSignals::SteadySeconds() {
+  return std::chrono::duration<double>(std::chrono::steady_clock::now().time_since_epoch()).count();
+}
+
+void StopSignals::Handle(bool counts, double now) {
+  if (!stopping_) {
+    firstAt_ = now;
+    stopping_ = true;
+  } else if (counts && now - firstAt_ >= sameWish_) {
+    const std::lock_guard lock(mutex_);
+    if (onSecondSignal_) onSecondSignal_();
+  }
+}
+
+// All signals that are pending are read at once and have the same time, however late the thread is.
 void StopSignals::Listen() {
   for (;;) {
     pollfd waits[] = {{signalFd_, POLLIN, 0}, {endFd_, POLLIN, 0}};
     if (poll(waits, 2, -1) < 0 && errno != EINTR) return;
     if (waits[1].revents) return;
-    signalfd_siginfo info{};
-    if (!(waits[0].revents & POLLIN) || read(signalFd_, &info, sizeof info) != sizeof info) continue;
-    // A worker gets SIGHUP whenever a thread of its parent ends, so further ones say nothing about the user's wish.
-    const bool counts = info.ssi_signo != SIGHUP;
-    if (stopping_.exchange(true) && counts) {
-      const std::lock_guard lock(mutex_);
-      if (onSecondSignal_) onSecondSignal_();
+    if (!(waits[0].revents & POLLIN)) continue;
+    std::array<signalfd_siginfo, 8> pending{};
+    const ssize_t size = read(signalFd_, pending.data(), sizeof pending);
+    const double now = seconds_();
+    for (std::size_t i = 0; size > 0 && i < static_cast<std::size_t>(size) / sizeof pending[0]; ++i) {
+      // A worker gets SIGHUP whenever a thread of its parent ends, so further ones say nothing about the user's wish.
+      Handle(pending[i].ssi_signo != SIGHUP, now);
     }
   }
 }

@@ -39,12 +39,13 @@ Status Saver::Save(const std::string& path, const std::function<Status()>& save,
   }
 }
 
-Status Saver::Copy(const std::string& from, const std::string& to, const DiskFullQuestion& question) const {
-  const auto copy = [&files = files_, from, to](const DiskThread::Job& job) {
-    return files.Copy(from, to, job.Saving());
+Status Saver::Copy(const std::string& from, const std::string& to, const DiskFullQuestion& question,
+                   CopyTimes times) const {
+  const auto copy = [&files = files_, from, to, times](const DiskThread::Job& job) {
+    return files.Copy(from, to, job.Saving(), times);
   };
   return Save(
-      to, [&] { return thread_ ? thread_->Run(copy) : files_.Copy(from, to); }, question);
+      to, [&] { return thread_ ? thread_->Run(copy) : files_.Copy(from, to, {}, times); }, question);
 }
 
 }  // namespace quillon::host

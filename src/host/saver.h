@@ -36,7 +36,12 @@ class Saver {
   Status Save(const std::string& path, const std::function<Status()>& save,
               const DiskFullQuestion& question = {}) const;
   // Files::Copy in the same way, given up if a disk is unresponsive (see DiskThread::Run).
-  Status Copy(const std::string& from, const std::string& to, const DiskFullQuestion& question = {}) const;
+  Status Copy(const std::string& from, const std::string& to, const DiskFullQuestion& question = {},
+              CopyTimes times = CopyTimes::OfSource) const;
+  // Copies a finished work file to a result. A result that replaces a file keeps its times, as it does with Save.
+  Status Deliver(const std::string& work, const std::string& result, const DiskFullQuestion& question = {}) const {
+    return Copy(work, result, question, CopyTimes::OfReplaced);
+  }
 
  private:
   Boxes& boxes_;

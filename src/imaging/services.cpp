@@ -193,22 +193,24 @@ Status Services::SaveImageToTifFile(const Image& image, const std::string& path,
   return parts_->SavePicture(image, path, {.encoder = Encoder::Tiff, .blackWhite = compression == kGroup4});
 }
 
-Status Services::SaveImageToBmpFile(const Image& image, const std::string& path) {
-  return parts_->SavePicture(image, path, {.encoder = Encoder::Bmp});
+Status Services::SaveImageToBmpFile(const Image& image, const std::string& path, Orient orient) {
+  return parts_->SavePicture(image, path, {.encoder = Encoder::Bmp, .orient = orient});
 }
 
 Status Services::SaveByType(Image& image, const std::string& path, const std::string& type,
                             const SaveOptions& options) {
   Status status = fault::UnknownType();
   if (const std::optional<Encoder> encoder = EncoderOfType(type)) {
-    status = parts_->SavePicture(image, path, {*encoder, options.quality, options.blackWhite, options.exif});
+    status =
+        parts_->SavePicture(image, path, {*encoder, options.quality, options.blackWhite, options.exif, options.orient});
   }
   if (!status.DiskFull()) DisposeImage(image);
   return status;
 }
 
-Status Services::SaveByEncoder(const Image& image, const std::string& path, Encoder encoder, int quality) {
-  return parts_->SavePicture(image, path, {.encoder = encoder, .quality = quality});
+Status Services::SaveByEncoder(const Image& image, const std::string& path, Encoder encoder, int quality,
+                               Orient orient) {
+  return parts_->SavePicture(image, path, {.encoder = encoder, .quality = quality, .orient = orient});
 }
 
 Status Services::SaveByEncoder(const Image& image, const std::string& path, Encoder encoder, int quality,

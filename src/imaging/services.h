@@ -31,9 +31,10 @@ inline constexpr const char* kClipBoardLane = "ClipBoard.lane";
 // Formats that are read: jpg, png, gif (first frame), tif (first page), bmp and psd (merged picture). The content of
 // the file decides, not its name. Grey, RGB and CMYK are kept as they are, with 8 or 16 bits and alpha.
 //
-// Operations use the pixels as they are stored. The EXIF orientation tag is copied to the result (gif and bmp have
-// none), and is reset if the picture was rotated. ICC profile and DPI are copied if the format can store them; the EXIF
-// thumbnail never is. Angles are in degrees, positive counter-clockwise.
+// Operations use the pixels as they are stored. The EXIF orientation tag is copied to the result, and is reset if the
+// picture was rotated. Formats without that tag (gif, bmp) get pixels that are turned upright when they are written,
+// unless Orient::Defer says that the file is a work file. ICC profile and DPI are copied if the format can store them;
+// the EXIF thumbnail never is. Angles are in degrees, positive counter-clockwise.
 class Services {
  public:
   // programFolder holds the file of the private clipboard lane.
@@ -79,6 +80,8 @@ class Services {
   Status NewCanvas(base::Size size, base::Colour colour, Image& out);
   // Copies EXIF, orientation and resolution from a picture to another that was made of it.
   void CopyTags(Image& image, const Image& from);
+  // Gives an image that was rotated and rotated back the orientation of the picture at path, from which it was made.
+  Status CopyOrientation(Image& image, const std::string& path);
   // Write and read kClipBoardLane; the clipboard of the desktop is not used. The picture is transferred unchanged, with
   // its metadata. Missing: no picture was written.
   Status PutImageOnClipBoard(const Image& image);
@@ -89,18 +92,20 @@ class Services {
   Status SaveImageToPngFile(const Image& image, const std::string& path);
   Status SaveImageToGifFile(const Image& image, const std::string& path);
   Status SaveImageToTifFile(const Image& image, const std::string& path, int compression);  // 4 CCITT G4, 2 LZW
-  Status SaveImageToBmpFile(const Image& image, const std::string& path);                   // 24 bit
+  Status SaveImageToBmpFile(const Image& image, const std::string& path, Orient orient = Orient::Apply);  // 24 bit
   // The type is the first of "jp", "png", "gif", "tif", "bmp" that the text contains; any other text fails. Disposes of
   // the image, except after a full disk, so that the save can be repeated.
   Status SaveByType(Image& image, const std::string& path, const std::string& type, const SaveOptions& options);
   // Quality is clamped to 0..100.
-  Status SaveByEncoder(const Image& image, const std::string& path, Encoder encoder, int quality);
+  Status SaveByEncoder(const Image& image, const std::string& path, Encoder encoder, int quality,
+                       Orient orient = Orient::Apply);
   // Saves the picture rotated by angle on white, as RotateImage does. ".psd" in the name becomes ".jpg".
   Status SaveByEncoder(const Image& image, const std::string& path, Encoder encoder, int quality, double angle);
 
   // --- File to file.
-  // The result has 8 bits a sample. Areas outside the picture are white, and opaque unless alpha is kept. CMYK remains
-  // in jpg and tif and becomes sRGB in other formats. The whole source is checked for damage, also outside rect.
+  // The result has 8 bits a sample unless depth is kept. Areas outside the picture are white, and opaque unless alpha
+  // is kept. CMYK remains in jpg and tif and becomes sRGB in other formats. The whole source is checked for damage,
+  // also outside rect.
   // If source and destination are the same file, the old content is copied to "<source>.bak". Any other file at
   // destination is replaced by the result. A failed cut changes nothing.
   Status CropToFile(const CropRequest& request);

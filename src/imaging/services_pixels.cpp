@@ -73,6 +73,15 @@ void Services::CopyTags(Image& image, const Image& from) {
   imaging::CopyTags(image.Data()->picture.tags, from.Data()->picture.tags);
 }
 
+Status Services::CopyOrientation(Image& image, const std::string& path) {
+  if (image.Empty()) return fault::NoImage();
+  const auto tags = std::make_shared<PictureTags>();
+  Status read =
+      parts_->Run([path, tags](const Parts::Access& access) { return ReadTags(access.Input(), path, *tags); });
+  if (read) SetOrientation(image.Data()->picture.tags, tags->orientation);
+  return read;
+}
+
 Status Services::PutImageOnClipBoard(const Image& image) {
   if (image.Empty()) return fault::NoImage();
   const std::string& lane = parts_->clipBoardPath;

@@ -40,6 +40,9 @@ inline Encoder EncoderFor(const std::string& extension) {
   return Encoder::Jpeg;
 }
 
+// Returns whether files of this format have a tag for the orientation of the picture.
+inline bool StoresOrientation(Encoder encoder) { return encoder != Encoder::Gif && encoder != Encoder::Bmp; }
+
 // Returns the encoder that a type text names by a part of it, tested in the order "jp", "png", "gif", "tif", "bmp".
 // Returns nothing for any other text. Case does not matter.
 inline std::optional<Encoder> EncoderOfType(const std::string& type) {
@@ -65,6 +68,14 @@ enum class Exif { Drop, Keep };
 // What happens to transparent pixels: blended with white, or kept if the encoder can store alpha.
 enum class Alpha { OnWhite, Kept };
 
+// What happens to samples of 16 bits: reduced to 8, or kept if the encoder can store them.
+enum class Depth { Eight, Kept };
+
+// What a format without an orientation tag (gif, bmp) stores of a picture that has an orientation.
+//   Apply: the pixels are turned as the orientation says, so that every program shows the picture upright.
+//   Defer: the pixels stay as they are. For a work file: whoever reads it gets the orientation from a tagSource.
+enum class Orient { Apply, Defer };
+
 // One crop from file to file, as CropToFile performs it.
 struct CropRequest {
   std::string source;
@@ -75,9 +86,11 @@ struct CropRequest {
   int dpi = 0;       // written to the result; 0 keeps the resolution of the source
   Exif exif = Exif::Drop;
   Alpha alpha = Alpha::OnWhite;
+  Depth depth = Depth::Eight;
   // The file that EXIF and orientation are copied from, for a source that could not store them. Empty: source itself.
   std::string tagSource = {};
   bool upright = false;  // the source was rotated after tagSource was written: orientation becomes 1
+  Orient orient = Orient::Apply;
 
   bool operator==(const CropRequest&) const = default;
 };
@@ -106,6 +119,8 @@ struct BorderRequest {
   base::Colour colour = base::kWhite;  // of the border and of the corners that a rotation uncovers
   double rotation = 0;                 // degrees, positive counter-clockwise
   Exif exif = Exif::Drop;
+  // The file that the orientation is copied from, for a source that could not store it. Empty: source itself.
+  std::string tagSource = {};
 
   bool operator==(const BorderRequest&) const = default;
 };
@@ -125,14 +140,19 @@ struct SaveOptions {
   int quality = 80;         // jpeg only, 0..100
   bool blackWhite = false;  // tiff only: one bit a pixel with CCITT group 4 instead of LZW
   Exif exif = Exif::Drop;
+  Orient orient = Orient::Apply;
 
   bool operator==(const SaveOptions&) const = default;
 };
+
+// Back: undoes an earlier rotation, so that the picture gets the orientation of its source again.
+enum class Turn { There, Back };
 
 // What is done to a picture in memory; each is the operation of Services of that name.
 struct RotateStep {
   double angle = 0;
   base::Colour background = base::kWhite;
+  Turn turn = Turn::There;
   bool operator==(const RotateStep&) const = default;
 };
 struct ResampleStep {

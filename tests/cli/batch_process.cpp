@@ -12,6 +12,7 @@
 #include <ctime>
 #include <filesystem>
 #include <fstream>
+#include <iterator>
 #include <sstream>
 #include <stdexcept>
 
@@ -62,6 +63,7 @@ void BatchProcess::Start(const std::vector<std::string>& arguments, const std::s
   words.push_back(nullptr);
   int ends[2];
   if (pipe2(ends, O_CLOEXEC) < 0) throw std::runtime_error("pipe");
+  if (out == OutTo::SmallPipe && fcntl(ends[1], F_SETPIPE_SZ, 4096) < 0) throw std::runtime_error("F_SETPIPE_SZ");
   int slave = -1;
   if (errors == ErrorsTo::Terminal && openpty(&terminal_, &slave, nullptr, nullptr, nullptr) < 0) {
     throw std::runtime_error("openpty");
@@ -96,6 +98,19 @@ bool BatchProcess::ReadTo(const std::string& text) {
 }
 
 void BatchProcess::Signal(int signal) const { kill(process_, signal); }
+
+void BatchProcess::SignalTogether(const std::vector<int>& signals) const {
+  siginfo_t stopped{};
+  Signal(SIGSTOP);
+  waitid(P_PID, static_cast<id_t>(process_), &stopped, WSTOPPED);
+  for (const int signal : signals) Signal(signal);
+  Signal(SIGCONT);
+  const std::string none = "ShdPnd:\t0000000000000000";
+  for (std::string status; status.find(none) == std::string::npos; Nap()) {
+    std::ifstream file("/proc/" + std::to_string(process_) + "/status");
+    status.assign(std::istreambuf_iterator<char>(file), {});
+  }
+}
 
 std::vector<pid_t> BatchProcess::Children() const {
   std::vector<pid_t> found;

@@ -20,7 +20,8 @@ struct Ran {
 };
 
 enum class ErrorsTo { File, Terminal };
-enum class OutTo { Pipe, FullDevice };
+// SmallPipe: a pipe that holds one page, so that a run with many events cannot end before they are read.
+enum class OutTo { Pipe, SmallPipe, FullDevice };
 
 // One call of the program, with a folder for temporary files of its own.
 class BatchProcess {
@@ -36,6 +37,8 @@ class BatchProcess {
   // Reads stdout up to a line that contains the text. Returns false if stdout ends before.
   bool ReadTo(const std::string& text);
   void Signal(int signal) const;
+  // Sends several signals so that the process finds them all at once. Returns when it has received them.
+  void SignalTogether(const std::vector<int>& signals) const;
   // Returns the processes that it has started and that still run.
   std::vector<pid_t> Children() const;
   // Sends the signal again and again until the process has ended, without reading what it writes.

@@ -130,6 +130,34 @@ TEST_F(ProgramTest, ExitsWithThreeWhenStopped) {
   }
 }
 
+// The run waits in the middle of its events until they are read, so the signals reach it before its end.
+TEST_F(ProgramTest, AnInterruptLeavesWholeFilesAndNoDraft) {
+  constexpr int kPictures = 400;
+  Pictures(kPictures);
+  for (const std::vector<int>& signals : {std::vector{SIGINT}, std::vector{SIGTERM, SIGINT}}) {
+    BatchProcess process(Cut({"in"}, {"--json"}), folder.Path(), ErrorsTo::File, OutTo::SmallPipe);
+    ASSERT_TRUE(process.ReadTo("\"event\":\"file\""));
+    process.SignalTogether(signals);
+    const Ran ran = process.Wait();
+    EXPECT_EQ(ran.exit, 3) << ran.err;
+    ASSERT_EQ(EventsOf(ran.out, "end").size(), 1u);
+    const Json end = Events(ran.out).back();
+    EXPECT_EQ(end.at("event"), "end");
+    EXPECT_GT(end.at("skipped"), 0);
+    EXPECT_EQ(end.at("none"), 0);
+    EXPECT_EQ(end.at("written").get<int>() + end.at("skipped").get<int>(), kPictures);
+    const std::vector<std::string> names = folder.Names("out");
+    EXPECT_EQ(names.size(), end.at("written").get<std::size_t>());
+    for (const std::string& name : names) {
+      EXPECT_TRUE(name.starts_with("p") && name.ends_with(".jpg")) << name;
+      EXPECT_TRUE(folder.Read("out/" + name).ends_with("\xFF\xD9")) << name;
+    }
+    EXPECT_TRUE(process.Temporaries().empty());
+    fs::remove_all(out);
+    fs::create_directories(out);
+  }
+}
+
 TEST_F(ProgramTest, AFolderMayBeNamedFromTheCurrentOne) {
   Picture("in/deep/a.bmp");
   for (const char* name : {"in", "./in/", "deep/../in"}) {

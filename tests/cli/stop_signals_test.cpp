@@ -5,6 +5,7 @@
 #include <gtest/gtest.h>
 #include <unistd.h>
 
+#include <atomic>
 #include <thread>
 
 namespace quillon::cli {
@@ -20,6 +21,27 @@ void Send(int signal, const StopSignals& signals) {
   kill(getpid(), signal);
   while (!signals.Stopping()) std::this_thread::yield();
 }
+
+// A clock that stands still until the test moves it.
+class TestClock {
+ public:
+  StopSignals::Seconds Seconds() {
+    return [this] {
+      ++reads_;
+      return now_.load();
+    };
+  }
+  void Set(double now) { now_ = now; }
+  double Now() const { return now_; }
+  // Waits until the signal thread has read the time that often, which it does once for the signals that it finds.
+  void AwaitReads(int count) const {
+    while (reads_ < count) std::this_thread::yield();
+  }
+
+ private:
+  std::atomic<double> now_ = 100;
+  std::atomic<int> reads_ = 0;
+};
 
 // True until the signal thread has read the signal.
 bool Pending(int signal) {
@@ -44,13 +66,47 @@ TEST_F(StopSignalsTest, AreWishesToStop) {
 TEST_F(StopSignalsTest, TheSecondIsInsisted) {
   EXPECT_EXIT(
       {
-        StopSignals signals;
+        TestClock clock;
+        StopSignals signals(StopSignals::kSameWish, clock.Seconds());
         signals.OnSecondSignal([] { _exit(41); });
         Send(SIGINT, signals);
+        clock.Set(100.5);
         kill(getpid(), SIGTERM);
         for (;;) pause();
       },
       testing::ExitedWithCode(41), "");
+}
+
+TEST_F(StopSignalsTest, ASecondWithinHalfASecondIsTheSameWish) {
+  EXPECT_EXIT(
+      {
+        TestClock clock;
+        StopSignals signals(StopSignals::kSameWish, clock.Seconds());
+        signals.OnSecondSignal([&] { _exit(clock.Now() < 101 ? 1 : 44); });
+        Send(SIGTERM, signals);
+        clock.Set(100.49);
+        for (int i = 0; i < 3; ++i) {
+          kill(getpid(), i == 1 ? SIGINT : SIGTERM);
+          clock.AwaitReads(i + 2);
+        }
+        clock.Set(101);
+        kill(getpid(), SIGTERM);
+        for (;;) pause();
+      },
+      testing::ExitedWithCode(44), "");
+}
+
+TEST_F(StopSignalsTest, EachCountsIfNoneIsDoubled) {
+  EXPECT_EXIT(
+      {
+        TestClock clock;
+        StopSignals signals(StopSignals::kEachCounts, clock.Seconds());
+        signals.OnSecondSignal([] { _exit(45); });
+        Send(SIGTERM, signals);
+        kill(getpid(), SIGTERM);
+        for (;;) pause();
+      },
+      testing::ExitedWithCode(45), "");
 }
 
 TEST_F(StopSignalsTest, HangUpsDoNotInsist) {

@@ -75,6 +75,12 @@ class ScratchFile {
   const int handle_;
 };
 
+// The time stamps of a copy.
+//   OfSource: those of the copied file.
+//   OfReplaced: those of the file that the copy replaces, as Save keeps them; a new file has the present time. For a
+//   finished work file that becomes a result.
+enum class CopyTimes { OfSource, OfReplaced };
+
 // A file that was saved without an error but could not be written to the disk later.
 struct LateFailure {
   std::string path;
@@ -126,10 +132,10 @@ class Files {
   // - If fill ignores a failure of its draft, Save fails all the same.
   Status Save(const std::string& path, const std::function<Status(Draft&)>& fill, const SaveControl& control = {});
   Status Save(const std::string& path, std::string_view content);
-  // Copies a file through Save, with its time stamps. A new file also gets the mode of the source, but is never
-  // read-only.
+  // Copies a file through Save. A new file also gets the mode of the source, but is never read-only.
   // Fails if the source changes while it is read. Does nothing if both paths lead to the same file.
-  Status Copy(const std::string& from, const std::string& to, const SaveControl& control = {});
+  Status Copy(const std::string& from, const std::string& to, const SaveControl& control = {},
+              CopyTimes times = CopyTimes::OfSource);
   // Copies a work file of the program that nobody changes any more. If the disk allows it, the copy is a hard link, and
   // it is not synced. If the source is missing, the file at to stays unchanged.
   Status CopyOwn(const std::string& from, const std::string& to);

@@ -322,7 +322,7 @@ Status Files::Save(const std::string& path, std::string_view content) {
   return Save(path, [&](Draft& draft) { return draft.Write(content.data(), content.size()); });
 }
 
-Status Files::Copy(const std::string& from, const std::string& to, const SaveControl& control) {
+Status Files::Copy(const std::string& from, const std::string& to, const SaveControl& control, CopyTimes times) {
   std::optional<DiskCalls::Scope> opening(std::in_place, control.calls);
   const int handle = disk_.OpenRead(from);
   if (handle < 0) return Status::FromErrno(-handle);
@@ -332,8 +332,8 @@ Status Files::Copy(const std::string& from, const std::string& to, const SaveCon
   const bool itself = status && disk_.Stat(to, standing) == 0 && host::SameFile(standing, source);
   opening.reset();
   if (status && !itself) {
-    const SaveOptions options{(source.mode & kAccessBits) | kPrivateMode, Times{source.accessed, source.modified},
-                              control};
+    SaveOptions options{.mode = (source.mode & kAccessBits) | kPrivateMode, .control = control};
+    if (times == CopyTimes::OfSource) options.times = Times{source.accessed, source.modified};
     status =
         SaveAs(to, options, [&](Draft& draft) { return CopyContent(disk_, handle, source, draft, control.calls); });
   }

@@ -13,6 +13,7 @@
 #include "imaging/metadata/tiff_exif.h"
 #include "imaging/pixels/colours.h"
 #include "imaging/pixels/draft_target.h"
+#include "imaging/pixels/geometry.h"
 
 namespace quillon::imaging {
 namespace {
@@ -122,6 +123,9 @@ Status WriteTiff(const Picture& picture, bool blackWhite, Exif exif, host::Draft
 Status Write(const Picture& picture, const EncodeOptions& options, host::Draft& draft) {
   Picture ready = picture;
   const bool cmyk = IsCmyk(picture.pixels);
+  const auto upright = [&](const VImage& pixels) {
+    return options.orient == Orient::Apply ? Oriented(pixels, picture.tags.orientation) : pixels;
+  };
   switch (options.encoder) {
     case Encoder::Jpeg:
       ready.pixels = EightBit(Flattened(ready.pixels, base::kWhite));
@@ -130,14 +134,14 @@ Status Write(const Picture& picture, const EncodeOptions& options, host::Draft& 
       return WritePng(cmyk ? Displayed(picture) : picture, options.exif, draft);
     case Encoder::Gif:
       ready = Displayed(picture);
-      ready.pixels = EightBit(ready.pixels);
+      ready.pixels = upright(EightBit(ready.pixels));
       return WriteGif(ready, draft);
     case Encoder::Tiff:
       return WriteTiff(picture, options.blackWhite, options.exif, draft);
     case Encoder::Bmp:
       // Grey is written as RGB, and a grey profile does not apply to RGB.
       if (cmyk || IsGrey(picture.pixels)) ready = Displayed(picture);
-      ready.pixels = AsRgb(EightBit(Flattened(ready.pixels, base::kWhite)));
+      ready.pixels = upright(AsRgb(EightBit(Flattened(ready.pixels, base::kWhite))));
       return WriteBmp(ready, draft);
   }
   return fault::UnknownType();

@@ -15,6 +15,7 @@ struct EncodeOptions {
   int quality = 80;         // jpeg only, 0..100; values outside are clamped
   bool blackWhite = false;  // tiff only: one bit a pixel with CCITT group 4
   Exif exif = Exif::Drop;   // jpeg, png and tiff; the orientation is written in any case
+  Orient orient = Orient::Apply;
 };
 
 // Encodes picture into draft and checks the output with CheckOutput.
@@ -22,7 +23,8 @@ struct EncodeOptions {
 //   - jpeg and bmp blend alpha with white; gif keeps it as fully transparent or opaque;
 //   - all but png and tiff reduce 16 bits to 8;
 //   - all but jpeg and tiff convert CMYK to sRGB;
-//   - gif has no profile and gets the colours that the screen shows.
+//   - gif has no profile and gets the colours that the screen shows;
+//   - gif and bmp have no orientation and get pixels that are turned upright, unless options.orient defers it.
 // Jpeg stores chroma at half resolution below quality 90 and at full resolution from 90 on.
 // An unknown resolution is not written, except that tiff requires one and gets kDefaultTiffDpi.
 // A tiff of more than 4 GB is written as BigTIFF.

@@ -37,11 +37,10 @@ Status Open(const PictureInput& input, const std::string& path, OpenedPicture& o
 // Copies EXIF and orientation from the tagSource of the request, if that can be opened.
 void CopyTags(const PictureInput& input, const CropRequest& request, PictureTags& tags) {
   if (!request.tagSource.empty()) {
-    OpenedPicture named;
-    const Status opened = Guarded(fault::DamagedPicture(), [&] { return Open(input, request.tagSource, named); });
-    if (opened) {
-      tags.exif = named.tags.exif;
-      tags.orientation = named.tags.orientation;
+    PictureTags named;
+    if (ReadTags(input, request.tagSource, named)) {
+      tags.exif = named.exif;
+      tags.orientation = named.orientation;
     }
   }
   if (!request.upright) return;
@@ -78,6 +77,15 @@ Status LoadPicture(const PictureInput& input, const std::string& path, Picture& 
   return ReadStatus(opened, status);
 }
 
+// The file is read even if the source of the work was passed on in memory.
+Status ReadTags(PictureInput input, const std::string& path, PictureTags& tags) {
+  input.control.content = nullptr;
+  OpenedPicture opened;
+  Status status = Guarded(fault::DamagedPicture(), [&] { return Open(input, path, opened); });
+  if (status) tags = std::move(opened.tags);
+  return status;
+}
+
 Status CheckCrop(const host::Files& files, const CropRequest& request, const Limits& limits) {
   if (request.rect.Empty()) return fault::EmptyRectangle();
   if (!WithinLimits(request.rect.width, request.rect.height, limits)) return fault::SidesTooLarge();
@@ -107,10 +115,11 @@ Status CropDirectly(const PictureInput& input, const CropRequest& request, host:
 
 Status EncodeWindow(Picture picture, base::Rect rect, const CropRequest& request, host::Draft& draft) {
   // Pad before blending, since the padding is opaque white in any case.
-  picture.pixels = EightBit(CropOrPad(picture.pixels, rect, base::kWhite));
+  picture.pixels = CropOrPad(picture.pixels, rect, base::kWhite);
+  if (request.depth == Depth::Eight) picture.pixels = EightBit(picture.pixels);
   if (request.alpha == Alpha::OnWhite) picture.pixels = Flattened(picture.pixels, base::kWhite);
   if (request.dpi > 0) picture.tags.dpi = request.dpi;
-  return EncodePicture(picture, {request.encoder, request.quality, false, request.exif}, draft);
+  return EncodePicture(picture, {request.encoder, request.quality, false, request.exif, request.orient}, draft);
 }
 
 // The rows below the crop are read too, so that damage there is found.
@@ -149,6 +158,8 @@ Status CropUnder(const PictureInput& input, const CropRequest& request, const Ov
   return Guarded(fault::DamagedPicture(), [&] {
     out = Displayed(out);
     out.pixels = AsRgb(CropOrPad(out.pixels, request.rect, base::kWhite));
+    out.pixels = Oriented(out.pixels, out.tags.orientation, input.limits);
+    out.tags.orientation = 1;
     if (Status held = Materialize(out.pixels, input.Space()); !held) return held;
     const base::Rect place{overlay.left, overlay.top, above.pixels.width(), above.pixels.height()};
     return Draw(out, above, place, input.Space());
@@ -178,6 +189,10 @@ Status DrawBorder(const PictureInput& input, const BorderRequest& request, Pictu
   });
   if (!status) return status;
   if (request.dpi > 0) picture.tags.dpi = request.dpi;
+  if (!request.tagSource.empty()) {
+    PictureTags named;
+    if (ReadTags(input, request.tagSource, named)) picture.tags.orientation = named.orientation;
+  }
   if (request.rotation != 0) {
     picture.tags.orientation = 1;
     picture.tags.exif = UprightExif(picture.tags.exif);
@@ -218,13 +233,17 @@ Status MakeEffects(const PictureInput& input, const EffectsRequest& request, hos
   if (picture.pixels.width() != request.size.width || picture.pixels.height() != request.size.height) {
     return {Problem::Other, "图片的尺寸与已知的不同"};
   }
+  const int orientation = picture.tags.orientation;
   for (const PixelStep& step : request.steps) {
     Status applied = Guarded(fault::DamagedPicture(), [&] { return ApplyStep(step, picture, input.Space()); });
     if (!applied) return applied;
+    const auto* rotate = std::get_if<RotateStep>(&step);
+    if (rotate && rotate->turn == Turn::Back) SetOrientation(picture.tags, orientation);
     if (input.control.stop.stop_requested()) return Stopped();
   }
   if (request.dpi > 0) picture.tags.dpi = request.dpi;
-  const EncodeOptions options{request.encoder, request.save.quality, request.save.blackWhite, request.save.exif};
+  const SaveOptions& save = request.save;
+  const EncodeOptions options{request.encoder, save.quality, save.blackWhite, save.exif, save.orient};
   return Guarded(fault::NotSaved(), [&] { return EncodePicture(picture, options, draft); });
 }
 

@@ -33,6 +33,9 @@ using Admission = std::function<bool(std::int64_t bytes)>;
 // Decodes a whole picture into memory.
 Status LoadPicture(const PictureInput& input, const std::string& path, Picture& out);
 
+// Reads the metadata of a picture, without its pixels.
+Status ReadTags(PictureInput input, const std::string& path, PictureTags& tags);
+
 // Checks a request before anything is read. Returns an error if the rectangle is empty or exceeds the limits, or if the
 // source is not a regular file. A missing source passes; opening it reports the error.
 Status CheckCrop(const host::Files& files, const CropRequest& request, const Limits& limits);
@@ -47,14 +50,15 @@ Status CropDirectly(const PictureInput& input, const CropRequest& request, host:
 Status CropJpeg(const CropRequest& request, const Limits& limits, host::Draft& draft,
                 const JpegCutControl& control = {});
 // Crops or pads the picture to rect on white and writes it with the encoder of the request.
-// Samples are reduced to 8 bits. Alpha is blended with white unless the request keeps it.
+// Samples are reduced to 8 bits, and alpha is blended with white, unless the request keeps them.
 Status EncodeWindow(Picture picture, base::Rect rect, const CropRequest& request, host::Draft& draft);
 // Crops a source of any format, row by row.
 Status CropThrough(const PictureInput& input, const CropRequest& request, host::Draft& draft);
 // Crops by CropDirectly if possible, else by CropThrough.
 Status MakeCrop(const PictureInput& input, const CropRequest& request, host::Draft& draft);
 
-// Cuts in memory, because a gif is held whole anyway to choose its colours, and draws overlay on the cut.
+// Cuts in memory, because a gif is held whole anyway to choose its colours, turns the cut upright, and draws overlay on
+// it.
 Status CropUnder(const PictureInput& input, const CropRequest& request, const Overlay& overlay, Picture& out);
 
 // Draws the border in memory; EncodeBorder writes it.

@@ -59,12 +59,6 @@ Status PrepareLarge(VImage& pixels, const PixelSpace& space) {
   return IsLarge(pixels, space) ? Materialize(pixels, space) : Status::Ok();
 }
 
-// A picture that was turned: what said how to hold it is no longer true.
-void SetUpright(PictureTags& tags) {
-  tags.orientation = 1;
-  tags.exif = UprightExif(tags.exif);
-}
-
 Status Place(const PlaceStep& step, Picture& picture, const PixelSpace& space) {
   Picture canvas;
   if (Status made = MakeCanvas(step.canvas, base::kWhite, space, canvas); !made) return made;
@@ -114,7 +108,8 @@ Status Rotate(Picture& picture, double angle, base::Colour background, const Pix
   if (Status status = MaterializeSmall(turned, space); !status) return status;
   if (!ProfileFits(picture.tags.profile, turned)) picture.tags.profile.clear();
   picture.pixels = turned;
-  SetUpright(picture.tags);
+  // The tag described the pixels as they were stored.
+  SetOrientation(picture.tags, 1);
   return Status::Ok();
 }
 
@@ -207,6 +202,11 @@ Status MakeCanvas(base::Size size, base::Colour colour, const PixelSpace& space,
   if (Status status = MaterializeSmall(canvas.pixels, space); !status) return status;
   out = std::move(canvas);
   return Status::Ok();
+}
+
+void SetOrientation(PictureTags& tags, int orientation) {
+  tags.orientation = orientation;
+  tags.exif = OrientedExif(tags.exif, orientation);
 }
 
 void CopyTags(PictureTags& tags, const PictureTags& from) {

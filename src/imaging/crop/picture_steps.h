@@ -41,6 +41,8 @@ host::Status InvertColours(Picture& picture);
 host::Status CutOut(Picture& picture, base::Rect rect, const PixelSpace& space);
 host::Status Draw(Picture& canvas, const Picture& picture, base::Rect drawn, const PixelSpace& space);
 host::Status MakeCanvas(base::Size size, base::Colour colour, const PixelSpace& space, Picture& out);
+// Sets the orientation, 1..8, also in the EXIF block.
+void SetOrientation(PictureTags& tags, int orientation);
 // Copies EXIF, orientation and resolution to a picture that was made of another.
 void CopyTags(PictureTags& tags, const PictureTags& from);
 

@@ -104,6 +104,8 @@ WorkMemory MemoryFor(const FileWork& work, const OpenedPicture& source) {
     const bool passedOn = work.PassedOn(i);
     std::int64_t peak = held.peak + rows + handed + (handed > 0 ? 0 : facts.held);
     if (EncoderOf(request) == Encoder::Gif) peak += Area(held.made) * kGifPixel;
+    // What cannot store its orientation is held whole when it is turned upright.
+    if (source.tags.orientation != 1 && !StoresOrientation(EncoderOf(request))) peak += written;
     if (passedOn) peak += written;
     memory.working = std::max(memory.working, peak);
     if (!passedOn && EncoderOf(request) != Encoder::Jpeg) memory.results += written;

@@ -298,11 +298,11 @@ std::string CutExif(std::string_view bytes, base::Size size, int dpi) {
   return block.Release();
 }
 
-std::string UprightExif(std::string_view bytes) {
+std::string OrientedExif(std::string_view bytes, int orientation) {
   Block block{std::string(bytes)};
   if (const std::optional<Directory> first = block.First()) {
     for (const Entry& entry : first->entries) {
-      if (entry.tag == kOrientation) block.SetInteger(entry, 1);
+      if (entry.tag == kOrientation) block.SetInteger(entry, static_cast<std::uint32_t>(orientation));
     }
   }
   return block.Release();

@@ -29,8 +29,10 @@ ExifFacts ReadExif(std::string_view block);
 // Nothing else moves, so the offsets inside maker notes stay valid. Empty if the block is not a TIFF structure.
 std::string CutExif(std::string_view block, base::Size size, int dpi);
 
-// Returns the block with its orientation set to 1, if it has one. Used after a picture was rotated.
-std::string UprightExif(std::string_view block);
+// Returns the block with its orientation set to that value, 1..8, if it has one.
+std::string OrientedExif(std::string_view block, int orientation);
+// Used after a picture was rotated.
+inline std::string UprightExif(std::string_view block) { return OrientedExif(block, 1); }
 
 // Returns a new block with the orientation, unless it is 1, and the resolution in dpi, unless it is 0.
 // Empty if both are missing.

@@ -59,7 +59,7 @@ Status WorkToPdf(Program& program, std::string& picture) {
 }
 
 Status DeliverWork(Program& program, const std::string& picture, const std::string& output, const char* title) {
-  Status copied = program.saver.Copy(picture, output, {.title = title});
+  Status copied = program.saver.Deliver(picture, output, {.title = title});
   // A removed work file need not be synced, and the next save creates it anew.
   (void)program.host.files.RemoveOwn(picture);
   return copied;

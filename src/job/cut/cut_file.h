@@ -32,6 +32,8 @@ struct CutFile {
   bool ConversionFollows() const;
   // Returns the quality of a jpeg that the cut writes. A work file has a higher one, because it is encoded again.
   int CutQuality() const;
+  // The cut that a border follows is a work file, and the border turns it upright.
+  imaging::Orient OrientOfCut() const { return BorderFollows() ? imaging::Orient::Defer : imaging::Orient::Apply; }
   imaging::Exif ExifWish() const { return settings.keepExif ? imaging::Exif::Keep : imaging::Exif::Drop; }
 
   CutRun& run;

@@ -119,6 +119,8 @@ imaging::BorderRequest BorderFor(CutFile& file, const std::string& destination, 
   request.dpi = options.dpi;
   request.colour = options.boardColour;
   request.exif = file.ExifWish();
+  const bool tagLost = !options.frameOnly && !imaging::StoresOrientation(imaging::EncoderFor(file.OutExt));
+  if (tagLost && turned == Turned::No) request.tagSource = file.listedPath;
   PlacePicture(file, BoardPixels(options.boardMm, resolution.dpi, resolution.k), turned, request);
   return request;
 }

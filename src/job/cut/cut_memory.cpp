@@ -57,7 +57,11 @@ Status Restore(CutFile& file) {
   if (file.run.withArray || !file.settings.restore) return Status::Ok();
   file.RestoreAngle = 0;
   file.program.flags.ImageRotated = false;
-  return file.program.images.RotateImage(file.Work, angle, file.settings.boardColour);
+  imaging::Services& images = file.program.images;
+  if (Status back = images.RotateImage(file.Work, angle, file.settings.boardColour); !back) return back;
+  // A source that only a helper can read has no orientation.
+  const Status tagged = images.CopyOrientation(file.Work, file.listedPath);
+  return EndsFile(tagged) ? tagged : Status::Ok();
 }
 
 Status ZoomAfterCut(CutFile& file) {
@@ -100,7 +104,8 @@ Status CutThroughBitmap(CutFile& file) {
   images.SetImageResolution(file.Work, file.settings.dpi);
   const std::string bitmap = file.program.AppPath(work_files::kBitmap);
   const host::Saver& saver = file.program.saver;
-  Status saved = saver.Save(bitmap, [&] { return images.SaveImageToBmpFile(file.Work, bitmap); });
+  constexpr imaging::Orient kByTagSource = imaging::Orient::Defer;
+  Status saved = saver.Save(bitmap, [&] { return images.SaveImageToBmpFile(file.Work, bitmap, kByTagSource); });
   if (!saved) return saved;
   images.DisposeImage(file.Work);
   imaging::CropRequest request = PlainCrop(file);
@@ -148,14 +153,14 @@ Status SaveWork(CutFile& file) {
   // SaveByType disposes of the picture, and a second attempt needs it again.
   imaging::Image second;
   const bool again = static_cast<bool>(images.CloneImage(file.Work, second));
-  const imaging::SaveOptions save{file.CutQuality(), file.settings.blackWhite, file.ExifWish()};
+  const imaging::SaveOptions save{file.CutQuality(), file.settings.blackWhite, file.ExifWish(), file.OrientOfCut()};
   const host::Saver& saver = file.program.saver;
   const Status saved = saver.Save(
       file.target, [&] { return images.SaveByType(file.Work, file.target, base::ToLowerAscii(file.OutExt), save); });
   if (saved || EndsFile(saved) || !again) return saved;
   const imaging::Encoder encoder = imaging::EncoderFor(file.OutExt);
-  const Status encoded =
-      saver.Save(file.target, [&] { return images.SaveByEncoder(second, file.target, encoder, file.CutQuality()); });
+  const Status encoded = saver.Save(
+      file.target, [&] { return images.SaveByEncoder(second, file.target, encoder, save.quality, save.orient); });
   return encoded || EndsFile(encoded) ? encoded : saved;
 }
 

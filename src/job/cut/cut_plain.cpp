@@ -35,7 +35,7 @@ Step CutGifSource(CutFile& file) {
   if (EndsFile(cut)) return Fail(file, cut);
   if (!cut) return CutInMemory(file, LoadFailure::Reported);
   if (file.target != request.destination) {
-    const host::Status copied = file.program.saver.Copy(request.destination, file.target);
+    const host::Status copied = file.program.saver.Deliver(request.destination, file.target);
     if (!copied) return Fail(file, copied);
   }
   return AcceptCrop(file);
@@ -82,6 +82,12 @@ imaging::CropRequest PlainCrop(const CutFile& file) {
   request.quality = file.CutQuality();
   request.dpi = file.settings.dpi;
   request.exif = file.ExifWish();
+  if (request.encoder == imaging::Encoder::Png) {
+    request.depth = imaging::Depth::Kept;
+    // An overwritten picture must not lose its transparency. A border is drawn around an opaque one.
+    if (file.settings.over && !file.BorderFollows()) request.alpha = imaging::Alpha::Kept;
+  }
+  request.orient = file.OrientOfCut();
   return request;
 }
 

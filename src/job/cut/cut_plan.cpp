@@ -93,7 +93,7 @@ class Foresight {
     base::Size size{file_.rect.width, file_.rect.height};
     steps_.emplace_back(imaging::CutStep{file_.rect});
     if (const double angle = file_.RestoreAngle; angle != 0 && options.restore) {
-      steps_.emplace_back(imaging::RotateStep{angle, options.boardColour});
+      steps_.emplace_back(imaging::RotateStep{angle, options.boardColour, imaging::Turn::Back});
       size = base::TurnedSize(size, angle);
       file_.RestoreAngle = 0;
     }
@@ -101,17 +101,18 @@ class Foresight {
       steps_.emplace_back(imaging::ResampleStep{*zoomed});
       size = *zoomed;
     }
-    return AddEffects(file_.target, size, file_.CutQuality());
+    return AddEffects(file_.target, size,
+                      {file_.CutQuality(), options.blackWhite, file_.ExifWish(), file_.OrientOfCut()});
   }
 
   // Returns false for a type that SaveByType does not know; the steps then save by the encoder.
-  bool AddEffects(const std::string& destination, base::Size size, int quality) {
+  bool AddEffects(const std::string& destination, base::Size size, const imaging::SaveOptions& save) {
     const auto encoder = imaging::EncoderOfType(base::ToLowerAscii(file_.OutExt));
     if (!encoder) return false;
     imaging::EffectsRequest request{file_.Src, destination, loaded_, std::move(steps_)};
     request.dpi = Settings().dpi;
     request.encoder = *encoder;
-    request.save = {quality, Settings().blackWhite, file_.ExifWish()};
+    request.save = save;
     plan_.work.steps.emplace_back(std::move(request));
     Leave(destination, size);
     return true;
@@ -136,7 +137,7 @@ class Foresight {
       const Fit fit = FitToSize(Size(), options.geometry.FixW, options.geometry.FixH);
       const base::Size canvas{options.geometry.FixW, options.geometry.FixH};
       steps_.emplace_back(imaging::PlaceStep{canvas, {fit.offsetX, fit.offsetY, fit.FitW, fit.FitH}});
-      return AddEffects(bordered, canvas, options.quality);
+      return AddEffects(bordered, canvas, {options.quality, options.blackWhite, file_.ExifWish()});
     }
     if (options.padToSize) file_.settings.boardColour = base::kWhite;
     imaging::BorderRequest request = BorderFor(file_, bordered, file_.RestoreAngle != 0 ? Turned::Yes : Turned::No);

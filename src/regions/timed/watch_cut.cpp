@@ -133,7 +133,7 @@ host::Status WatchCut::CutInPlace(const job::RunFile& file, const RegionCut& cut
   const auto now = StampOf(program_.host.files, file.path);
   if (!now || !file.settled || !Unchanged(*file.settled, *now)) return {Problem::Damaged, "图片在裁剪期间被改动"};
   const host::Files::ReplacedToTrash original(program_.host.files, file.path);
-  return program_.saver.Copy(cut.output, file.path);
+  return program_.saver.Deliver(cut.output, file.path);
 }
 
 host::Status WatchCut::CutBeside(const job::RunFile& file, const std::vector<RegionCut>& cuts,

@@ -509,6 +509,21 @@ TEST_F(SaveTest, ACopyOverAFileKeepsItsModeAndCopiesTheTimes) {
   EXPECT_EQ(StatOf(to).st_mtim.tv_sec, 4000);
 }
 
+TEST_F(SaveTest, ADeliveredCopyKeepsTheTimesOfWhatItReplaces) {
+  const std::string from = folder.Write("from", "new");
+  const std::string to = folder.Write("to", "old");
+  SetTimes(from, 3000, 4000);
+  SetTimes(to, 1000, 2000);
+  EXPECT_TRUE(files.Copy(from, to, {}, CopyTimes::OfReplaced));
+  EXPECT_EQ(StatOf(to).st_atim.tv_sec, 1000);
+  EXPECT_EQ(StatOf(to).st_mtim.tv_sec, 2000);
+  EXPECT_EQ(StatOf(to).st_mtim.tv_nsec, 22);
+  EXPECT_EQ(folder.Read("to"), "new");
+  // A new file is as old as it is.
+  EXPECT_TRUE(files.Copy(from, folder.Path("fresh"), {}, CopyTimes::OfReplaced));
+  EXPECT_GT(StatOf(folder.Path("fresh")).st_mtim.tv_sec, 4000);
+}
+
 TEST_F(SaveTest, ACopyOntoItselfDoesNothing) {
   const std::string file = folder.Write("a", "content");
   fs::create_symlink(file, folder.Path("link"));

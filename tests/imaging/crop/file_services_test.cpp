@@ -134,6 +134,26 @@ TEST_F(FileServices, TheCanvasIsOpaqueAndOfEightBits) {
   EXPECT_EQ(ReadPlainly(Path("out.png")), Plain(2, 1, {1, 2, 255}));
 }
 
+TEST_F(FileServices, AlphaAndDepthAreKeptOnRequest) {
+  const Sheet deep{2, 1, 4, {257, 514, 65535, 65535, 257, 514, 65535, 300}};
+  ToVipsDeep(deep).pngsave(Path("deep.png").c_str());
+  CropRequest request = Request("deep.png", "out.png", {0, 0, 2, 1}, Encoder::Png);
+  request.depth = Depth::Kept;
+  ASSERT_TRUE(services.CropToFile(request));
+  EXPECT_EQ(LoadPlainly(Path("out.png")).bands(), 3);
+  EXPECT_EQ(ReadPlainly(Path("out.png")).Pixel(0, 0), (std::vector<int>{257, 514, 65535}));
+  request.alpha = Alpha::Kept;
+  ASSERT_TRUE(services.CropToFile(request));
+  EXPECT_EQ(ReadPlainly(Path("out.png")), deep);
+  // What lies outside is white and opaque.
+  request.rect = {-1, 0, 3, 1};
+  ASSERT_TRUE(services.CropToFile(request));
+  EXPECT_EQ(ReadPlainly(Path("out.png")).Pixel(0, 0), (std::vector<int>{65535, 65535, 65535, 65535}));
+  // A format that cannot store either gets what it can.
+  request.encoder = Encoder::Bmp;
+  EXPECT_TRUE(services.CropToFile(request));
+}
+
 TEST_F(FileServices, InkStaysIfItCan) {
   const VImage inks = ToVips(Plain(16, 16, {10, 120, 200, 30}), VIPS_INTERPRETATION_CMYK);
   inks.tiffsave(Path("in.tif").c_str());
@@ -253,7 +273,7 @@ TEST_F(FileServices, TagsMayComeFromAnotherFile) {
   tagged.Data()->picture.tags.exif = ExifWithThumbnail(6);
   tagged.Data()->picture.tags.orientation = 6;
   ASSERT_TRUE(services.SaveImageToJpgFile(tagged, Path("tagged.jpg"), 90, Exif::Keep));
-  ASSERT_TRUE(services.SaveImageToBmpFile(tagged, Path("work.bmp")));
+  ASSERT_TRUE(services.SaveImageToBmpFile(tagged, Path("work.bmp"), Orient::Defer));
   CropRequest request = Request("work.bmp", "out.jpg", {0, 0, 10, 10}, Encoder::Jpeg);
   request.tagSource = Path("tagged.jpg");
   request.exif = Exif::Keep;

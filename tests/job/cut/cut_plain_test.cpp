@@ -1,6 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Quillon developers
 // SPDX-License-Identifier: GPL-3.0-or-later
 // The cut without effects: the path of the output, the way of the pixels, and the metadata.
+#include <chrono>
 #include <filesystem>
 
 #include "job/cut_fixture.h"
@@ -271,6 +272,26 @@ TEST_F(CutPlainTest, OverTheSource) {
               std::filesystem::perms::owner_read | std::filesystem::perms::owner_write);
   }
   EXPECT_TRUE(OutNames().empty());
+}
+
+// Photographs sorted by their times stay in their order.
+TEST_F(CutPlainTest, AnOverwrittenPictureKeepsItsTimes) {
+  Put("ChOver", "1");
+  Margins(10, 20, 30, 40);
+  const auto taken = std::filesystem::file_time_type::clock::now() - std::chrono::hours(1000);
+  for (const char* grey : {"0", "1"}) {
+    Option("ChToGray", grey);
+    for (const char* name : {"a.jpg", "b.png", "c.gif", "d.bmp", "e.tif"}) {
+      program.files.Clear();
+      const std::string path = Make(name, 100, 80);
+      std::filesystem::last_write_time(path, taken);
+      const auto before = std::filesystem::last_write_time(path);
+      Cut({path});
+      ASSERT_EQ(Totals().written, 1u) << name << Why(1);
+      EXPECT_EQ(SizeOf(path), (base::Size{60, 32}));
+      EXPECT_EQ(std::filesystem::last_write_time(path), before) << name << grey;
+    }
+  }
 }
 
 TEST_F(CutPlainTest, ASourceThatCannotBeReplacedStaysWhole) {

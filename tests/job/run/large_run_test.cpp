@@ -5,6 +5,7 @@
 
 #include "job/collaborator_doubles.h"
 #include "job/psd_bytes.h"
+#include "job/turned_picture.h"
 
 namespace quillon::job {
 namespace {
@@ -58,6 +59,16 @@ TEST_F(LargeRunTest, HandsTheFilesOfTheFolderToTheCut) {
   EXPECT_EQ(Totals().written, 2u);
   EXPECT_EQ(program.files.RowCount(), 0u);
   EXPECT_EQ(program.Setting("LInDir"), world.folder.Path("in"));
+}
+
+TEST_F(LargeRunTest, ABitmapOfATurnedPhotographIsUpright) {
+  Margins(20, 5, 0, 10);
+  form.CmbOutType.SetText("bmp");
+  Make("stored.jpg", Painted(60, 40, Quarters));
+  world.folder.Write("in/turned.jpg", WithOrientation(world.folder.Read("in/stored.jpg"), 6));
+  Cut();
+  EXPECT_EQ(Totals().written, 2u);
+  EXPECT_EQ(Difference(Read(Out("turned.bmp")), Upright(Read(Out("stored.bmp")), 6)), 0);
 }
 
 TEST_F(LargeRunTest, SubfoldersOnlyWhenAskedFor) {

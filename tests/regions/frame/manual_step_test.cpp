@@ -3,6 +3,7 @@
 // The step of a batch that waits for the frame.
 #include <filesystem>
 
+#include "job/turned_picture.h"
 #include "regions/frame/frame_fixture.h"
 
 namespace quillon::regions {
@@ -50,6 +51,49 @@ TEST_F(ManualStepTest, TheBatchStopsAtEachPictureAndCutsWithItsFrame) {
   EXPECT_FALSE(cutPre.CmdNext.Enabled());
   EXPECT_FALSE(cutPre.CmdRot90.Enabled());
   EXPECT_TRUE(cutPre.Slider1.Enabled());
+}
+
+// The content of a file decides, not its name: these are photographs that are named like bitmaps.
+TEST_F(ManualStepTest, ABitmapOfATurnedPhotographIsUpright) {
+  Make("jpeg.jpg", job::Painted(60, 40, job::Quarters));
+  const std::string jpeg = world.folder.Read("in/jpeg.jpg");
+  const std::string stored = world.folder.Write("in/stored.bmp", jpeg);
+  const std::string turned = world.folder.Write("in/turned.bmp", job::WithOrientation(jpeg, 6));
+  CutTest::Margins(20, 5, 0, 10);
+  form.CmbOutType.SetText("bmp");
+  for (const char* border : {"0", "1"}) {
+    Put("FBaseOpt.ChAddBoard", border);
+    if (border == std::string("1")) Put("FBaseOpt.TBoard(0)", "3");
+    program.files.Clear();
+    picture_ = 0;
+    CutWith({stored, turned});
+    ASSERT_EQ(Totals().written, 2u) << Whys();
+    EXPECT_EQ(job::Difference(Read(Out("turned.bmp")), job::Upright(Read(Out("stored.bmp")), 6)), 0) << border;
+  }
+}
+
+TEST_F(ManualStepTest, APictureThatIsTurnedByHandAndBackKeepsItsOrientation) {
+  Make("a.jpg", job::Painted(60, 40, job::Quarters));
+  const std::string jpeg = job::WithOrientation(world.folder.Read("in/a.jpg"), 6);
+  world.boxes.Answer(kRotate, Reply::Yes);
+  AtPicture(1, [&] {
+    cutPre.CmdRot90.UserClick();
+    cutPre.CmdNext.UserClick();
+  });
+  form.CmbOutType.SetText("jpg");
+  for (const bool back : {false, true}) {
+    options.ChRecover.SetEnabled(true);
+    options.ChRecover.Set(back);
+    program.files.Clear();
+    picture_ = 0;
+    CutWith({world.folder.Write("in/a.jpg", jpeg)});
+    ASSERT_EQ(Totals().written, 1u) << Whys();
+    const std::string made = world.folder.Read("out/a.jpg");
+    const std::size_t block = made.find("Exif");
+    const std::string exif = block == std::string::npos ? std::string() : made.substr(block + 6);
+    EXPECT_EQ(imaging::ReadExif(exif).orientation, back ? 6 : 1);
+    EXPECT_EQ(SizeOf(Out("a.jpg")), back ? (base::Size{60, 40}) : (base::Size{40, 60}));
+  }
 }
 
 TEST_F(ManualStepTest, TheNextPictureIsSeenWhileTheOneBeforeItIsCut) {

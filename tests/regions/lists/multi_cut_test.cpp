@@ -10,6 +10,7 @@
 #include "host/posix/sqlite_journals.h"
 #include "host/testing/fakes.h"
 #include "job/list/dead_disk.h"
+#include "job/turned_picture.h"
 #include "regions/regions_fixture.h"
 #include "regions/transparent_png.h"
 
@@ -86,6 +87,25 @@ TEST_F(MultiCutTest, AFileUnderTheNameOfARegionIsKeptIfTheUserSaysSo) {
   EXPECT_EQ(Totals().skipped, 1u);
   EXPECT_EQ(OutNames().size(), 3u);
   EXPECT_EQ(world.folder.Read("out/a_裁剪区域2.bmp"), "the user's");
+}
+
+TEST_F(MultiCutTest, RegionsOfTurnedPhotographsAreUprightInABitmap) {
+  Regions("R\r\n5\t20\t0\t15\r\n0\t0\t10\t0\r\n");
+  Make("0.jpg", Painted(60, 40, job::Quarters));
+  std::vector<std::string> sources{In("0.jpg")};
+  for (int orientation = 1; orientation <= 8; ++orientation) {
+    const std::string turned = job::WithOrientation(world.folder.Read("in/0.jpg"), orientation);
+    sources.push_back(world.folder.Write("in/" + std::to_string(orientation) + ".jpg", turned));
+  }
+  CutRegionsOf(sources);
+  EXPECT_EQ(Totals().written, 9u);
+  for (int orientation = 1; orientation <= 8; ++orientation) {
+    for (const char* region : {"_裁剪区域1.bmp", "_裁剪区域2.bmp"}) {
+      const Picture shown = job::Upright(Read(Out(std::string("0") + region)), orientation);
+      const std::string turned = std::to_string(orientation) + region;
+      EXPECT_EQ(job::Difference(Read(Out(turned)), shown), 0) << turned;
+    }
+  }
 }
 
 TEST_F(MultiCutTest, AFileUnderTheNameOfARegionGoesToTheTrash) {

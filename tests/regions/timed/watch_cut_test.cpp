@@ -5,6 +5,7 @@
 
 #include <unistd.h>
 
+#include <chrono>
 #include <filesystem>
 #include <map>
 #include <set>
@@ -12,6 +13,7 @@
 
 #include "host/testing/fakes.h"
 #include "job/list/dead_disk.h"
+#include "job/turned_picture.h"
 #include "regions/timed/watch_fixture.h"
 #include "regions/transparent_png.h"
 
@@ -88,6 +90,34 @@ TEST_P(WatchPlanTest, ThePlanIsWhatTheCutAsksFor) {
 }
 
 INSTANTIATE_TEST_SUITE_P(All, WatchPlanTest, ::testing::Combine(::testing::Bool(), ::testing::Bool()));
+
+// The content of a file decides, not its name: these are photographs that are named like bitmaps.
+TEST_F(CutTimeTest, WatchedBitmapsOfTurnedPhotographsAreUpright) {
+  Fill("2", "4", "6", "8");
+  Make("stored.jpg", Painted(60, 40, job::Quarters));
+  const std::string jpeg = world.folder.Read("in/stored.jpg");
+  std::filesystem::remove(In("stored.jpg"));
+  for (int orientation = 1; orientation <= 8; ++orientation) {
+    world.folder.Write("in/" + std::to_string(orientation) + ".bmp", job::WithOrientation(jpeg, orientation));
+  }
+  WatchUntil([&] { return window.LFiles.Value() == "已裁剪数：8"; });
+  const job::Picture stored = Read(In("1.bmp"));
+  EXPECT_EQ(stored.width, 50);
+  EXPECT_EQ(stored.height, 30);
+  for (int orientation = 1; orientation <= 8; ++orientation) {
+    const std::string name = std::to_string(orientation) + ".bmp";
+    EXPECT_EQ(job::Difference(Read(In(name)), job::Upright(stored, orientation)), 0) << name;
+  }
+}
+
+TEST_F(CutTimeTest, APictureThatIsReplacedInPlaceKeepsItsTime) {
+  const std::string path = Make("a.bmp", 100, 80);
+  std::filesystem::last_write_time(path, std::filesystem::file_time_type::clock::now() - std::chrono::hours(1000));
+  const auto before = std::filesystem::last_write_time(path);
+  WatchUntil([&] { return window.LFiles.Value() == "已裁剪数：1"; });
+  EXPECT_EQ(SizeOf(path), (base::Size{50, 30}));
+  EXPECT_EQ(std::filesystem::last_write_time(path), before);
+}
 
 class SilentWatchTest : public CutTimeTest {};
 
