@@ -155,6 +155,7 @@ void MultiCut::CutSource(const Source& source) {
     return;
   }
   const std::string folder = OutputFolder(base::SplitPath(source.path).name);
+  SweepDrafts(folder);
   std::string refusal = Refusal(source);
   if (const host::Status made = program_.host.files.MakeFolders(folder); refusal.empty() && !made) {
     refusal = "无法创建输出文件夹：" + made.Why();
@@ -164,6 +165,12 @@ void MultiCut::CutSource(const Source& source) {
     return;
   }
   ReportRegions(source, CutAll(source, CutsOf(source.path, source.size)));
+}
+
+void MultiCut::SweepDrafts(const std::string& folder) {
+  if (folder == swept_) return;
+  swept_ = folder;
+  program_.host.files.SweepDrafts(folder);
 }
 
 MultiCut::Made MultiCut::CutAll(const Source& source, std::vector<RegionCut> cuts) {

@@ -80,6 +80,8 @@ class MultiCut final : public job::RunDriver {
   // Returns why a source cannot be cut; "" if it can.
   std::string Refusal(const Source& source);
   std::string OutputFolder(const std::string& baseName) const;
+  // Removes the drafts that a killed run left in the folder, before the first output of this run goes there.
+  void SweepDrafts(const std::string& folder);
   void ReportRegions(const Source& source, const Made& made);
   void ReportWithout(const Source& source, job::Result result, const std::string& why);
 
@@ -94,6 +96,7 @@ class MultiCut final : public job::RunDriver {
   std::optional<job::RunPrefetch> prefetch_;
   job::RunLedger* ledger_ = nullptr;  // of the present run
   const Report* report_ = nullptr;    // of the present file
+  std::string swept_;                 // the folder that was swept last
 };
 
 }  // namespace quillon::regions

@@ -108,6 +108,18 @@ TEST_F(MultiCutTest, RegionsOfTurnedPhotographsAreUprightInABitmap) {
   }
 }
 
+TEST_F(MultiCutTest, DraftsOfAKilledRunAreRemoved) {
+  Regions("R\r\n10\t20\t30\t15\r\n0\t0\t60\t50\r\n");
+  world.folder.Write("out/.b_裁剪区域1.bmp.quillon-ab3de9", "half a picture");
+  world.folder.Write("out/a/.a_裁剪区域1.bmp.quillon-ab3de9", "half a picture");
+  const std::string source = Make("a.bmp", Painted(100, 80, Slope));
+  CutRegionsOf({source});
+  EXPECT_FALSE(world.folder.Exists("out/.b_裁剪区域1.bmp.quillon-ab3de9"));
+  world.boxes.Forget();
+  CutListed(Reply::Yes);
+  EXPECT_EQ(world.folder.Names("out/a"), (std::vector<std::string>{"a_裁剪区域1.bmp", "a_裁剪区域2.bmp"}));
+}
+
 TEST_F(MultiCutTest, AFileUnderTheNameOfARegionGoesToTheTrash) {
   Regions("R\r\n10\t20\t30\t15\r\n0\t0\t60\t50\r\n");
   world.folder.Write("out/a_裁剪区域2.bmp", "the user's");
