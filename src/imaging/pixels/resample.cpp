@@ -12,9 +12,9 @@
 #include "imaging/rows/lanczos.h"
 
 // The resampling runs as two custom libvips operations, Down (rows) and Across (columns), and the rotation as one
-// (Turn).
-// Each is a Step: it owns its source image and fills one region of its result at a time, so any part of a huge picture
-// can be computed without the rest. Down writes floats, so that the value of a sample is rounded only once, by Across.
+// (TurnStep). Each is a Step: it owns its source image and fills one region of its result at a time, so any part of a
+// huge picture can be computed without the rest. Down writes floats, so that the value of a sample is rounded only
+// once, by Across.
 namespace quillon::imaging {
 namespace {
 
@@ -176,8 +176,8 @@ class Weights {
 
 // Computes a rotated canvas: each pixel is mapped back to the source and interpolated there.
 template <class Sample>
-struct Turn : Step {
-  Turn(const VImage& from, double radians, base::Size canvas, const std::vector<double>& outside)
+struct TurnStep : Step {
+  TurnStep(const VImage& from, double radians, base::Size canvas, const std::vector<double>& outside)
       : Step(from),
         cosine(std::cos(radians)),
         sine(std::sin(radians)),
@@ -296,7 +296,7 @@ VImage LanczosScaled(const VImage& pixels, base::Size size) {
 
 VImage LanczosTurned(const VImage& pixels, double radians, base::Size canvas, const std::vector<double>& background) {
   return BySample(pixels, [&](auto sample) {
-    return ImageOf(std::make_unique<Turn<decltype(sample)>>(pixels, radians, canvas, background), canvas,
+    return ImageOf(std::make_unique<TurnStep<decltype(sample)>>(pixels, radians, canvas, background), canvas,
                    pixels.format(), VIPS_DEMAND_STYLE_SMALLTILE);
   });
 }
