@@ -191,6 +191,10 @@ void AllowOnly(const HandedFiles& handed, const std::vector<std::string>& ownFol
   for (const char* path : kInstalled) rules.Allow(path, kRead);
   for (const char* path : kReadByAll) rules.Allow(path, kRead);
   rules.Allow("/dev/null", kWrite);
+#if defined(QUILLON_LEAK_SUPPRESSIONS)
+  // The search for leaks at the end of the process reads it, or fails.
+  rules.Allow(QUILLON_LEAK_SUPPRESSIONS, kRead);
+#endif
   AllowFonts(rules);
   AllowTool(rules, handed.tool);
   for (const std::string& folder : ownFolders) rules.Allow(folder, kWrite);
