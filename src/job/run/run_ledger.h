@@ -106,8 +106,8 @@ class RunLedger {
   LateNote noteLate_;
   std::unordered_map<std::string, Origin> outputs_;
   std::size_t results_ = 0;
-  std::set<std::string>
-      revoked_;  // sources, since the last Add: each of their outputs may be lost, but they count once
+  // Sources, since the last Add: each of their outputs may be lost, but they count once.
+  std::set<std::string> revoked_;
   DiscardQueue discards_;
   std::optional<std::set<host::FileId>> sources_;  // read at the first use
 };

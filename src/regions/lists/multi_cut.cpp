@@ -56,6 +56,7 @@ bool MultiCut::Prepare() {
 
 void MultiCut::Begin(job::RunLedger& ledger) {
   ledger_ = &ledger;
+  swept_.clear();
   job::Form1& form = program_.form1;
   form.MSF.SetEnabled(false);
   const job::CutSettings options = job::ReadCutSettings(program_);

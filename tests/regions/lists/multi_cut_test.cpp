@@ -426,6 +426,15 @@ class LargeMultiCutTest : public MultiCutTest {
     world.folder.Write("in/notes.txt", "x");
     form.LInDir.SetText(world.folder.Path("in"));
   }
+
+  // Cuts three pictures of one name, each in a folder of its own, into one output folder. Each takes that many seconds.
+  void CutThreeOfOneName(double seconds) {
+    recorder.onFileDone = [this, seconds](const job::FileResult&) { world.clock.Advance(seconds); };
+    recorder.lost.clear();
+    std::filesystem::remove_all(In(""));
+    for (const char* folder : {"x", "y", "z"}) Make(std::string(folder) + "/a.bmp", 40, 30);
+    CutListed();
+  }
 };
 
 TEST_F(LargeMultiCutTest, TheFolderIsWalked) {
@@ -554,11 +563,7 @@ TEST_F(LargeMultiCutTest, ResultsThatAreReplacedAreLostOnce) {
   program.journals = &journals;
   form.ChSubFold.Set(true);
   for (const double seconds : {0.0, 5.0}) {
-    recorder.onFileDone = [&](const job::FileResult&) { world.clock.Advance(seconds); };
-    recorder.lost.clear();
-    std::filesystem::remove_all(In(""));
-    for (const char* folder : {"x", "y", "z"}) Make(std::string(folder) + "/a.bmp", 40, 30);
-    CutListed();
+    CutThreeOfOneName(seconds);
     EXPECT_EQ(Totals().written, 1u) << seconds;
     EXPECT_EQ(Totals().none, 2u) << seconds;
     EXPECT_EQ(recorder.lost.size(), 2u) << seconds;
@@ -572,11 +577,7 @@ TEST_F(LargeMultiCutTest, PartialResultsThatAreReplacedCountOnce) {
   form.ChSubFold.Set(true);
   Regions("D\r\n0\t0\t50\t50\r\n50\t60\t60\t0\r\n");
   for (const double seconds : {0.0, 5.0}) {
-    recorder.onFileDone = [&](const job::FileResult&) { world.clock.Advance(seconds); };
-    recorder.lost.clear();
-    std::filesystem::remove_all(In(""));
-    for (const char* folder : {"x", "y", "z"}) Make(std::string(folder) + "/a.bmp", 40, 30);
-    CutListed();
+    CutThreeOfOneName(seconds);
     EXPECT_EQ(Totals().none, 3u) << seconds;
     EXPECT_EQ(Totals().written, 0u) << seconds;
     EXPECT_TRUE(recorder.lost.empty()) << seconds;
