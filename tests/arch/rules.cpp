@@ -243,11 +243,11 @@ Breaches CheckPlatform(const Source& source) {
       "src/host/testing/",
       "src/ui/",
       "src/helpers/",
-      "src/cli/cli.cpp",                 // whether a terminal listens
-      "src/cli/private_folder.cpp",      // the number of the process
-      "src/cli/stop_signals.cpp",        // signals that end a batch
-      "src/cli/workers/",                // processes side by side, and the pipes to them
-      "src/imaging/jpeg/jpeg_pages.cpp"  // large pages for coefficients
+      "src/cli/cli.cpp",                  // whether a terminal listens
+      "src/cli/private_folder.cpp",       // the number of the process
+      "src/cli/stop_signals.cpp",         // signals that end a batch
+      "src/cli/workers/",                 // processes side by side, and the pipes to them
+      "src/imaging/jpeg/jpeg_reader.cpp"  // large pages for coefficients
   };
   Breaches out;
   if (!source.In("src/") || !source.IsCode()) return out;

@@ -2,7 +2,11 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "imaging/jpeg/jpeg_reader.h"
 
+#include <sys/mman.h>
+#include <unistd.h>
+
 #include <algorithm>
+#include <cstdint>
 #include <limits>
 
 namespace quillon::imaging {
@@ -18,7 +22,50 @@ constexpr int kScansMin = 30;       // any picture may have so many
 constexpr int kScansMax = 500;      // no picture may have more
 constexpr double kScanWork = 20e9;  // pixels times scans, if that is more than kScansMin
 
+constexpr std::size_t kWorthIt = std::size_t{4} << 20;  // two large pages
+
+// Advice for all whole pages of a block; it does no harm if the system ignores it.
+void AdviseLargePages(void* block, std::size_t bytes) {
+  const auto page = static_cast<std::uintptr_t>(sysconf(_SC_PAGESIZE));
+  const std::uintptr_t begin = reinterpret_cast<std::uintptr_t>(block);
+  const std::uintptr_t first = (begin + page - 1) / page * page;
+  const std::uintptr_t end = (begin + bytes) / page * page;
+  madvise(reinterpret_cast<void*>(first), end - first, MADV_HUGEPAGE);
+}
+
 }  // namespace
+
+// --- JpegPages
+
+void JpegPages::Attach(jpeg_decompress_struct& decoder) {
+  decoder.client_data = this;
+  request_ = decoder.mem->request_virt_barray;
+  realize_ = decoder.mem->realize_virt_arrays;
+  decoder.mem->request_virt_barray = &JpegPages::OnRequest;
+  decoder.mem->realize_virt_arrays = &JpegPages::OnRealize;
+}
+
+jvirt_barray_ptr JpegPages::OnRequest(j_common_ptr info, int pool, boolean zeroed, JDIMENSION blocks, JDIMENSION rows,
+                                      JDIMENSION rowsAtOnce) {
+  JpegPages& self = *static_cast<JpegPages*>(info->client_data);
+  jvirt_barray_control* const array = self.request_(info, pool, zeroed, blocks, rows, rowsAtOnce);
+  const std::size_t bytes = sizeof(JBLOCK) * blocks * rows;
+  if (bytes >= kWorthIt && self.count_ < self.wanted_.size()) self.wanted_[self.count_++] = {array, bytes};
+  return array;
+}
+
+// Each array is allocated in one block, but not yet touched.
+void JpegPages::OnRealize(j_common_ptr info) {
+  JpegPages& self = *static_cast<JpegPages*>(info->client_data);
+  self.realize_(info);
+  for (std::size_t i = 0; i < self.count_; ++i) {
+    const Coefficients& wanted = self.wanted_[i];
+    AdviseLargePages(info->mem->access_virt_barray(info, wanted.array, 0, 1, TRUE)[0], wanted.bytes);
+  }
+  self.count_ = 0;
+}
+
+// --- JpegReader
 
 Status JpegReader::Open(const std::string& path, const Limits& limits, int widthWritten) {
   if (Status opened = source_.Open(path, head_); !opened) return opened;

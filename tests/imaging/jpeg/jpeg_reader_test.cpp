@@ -1,6 +1,6 @@
 // SPDX-FileCopyrightText: 2026 The Quillon developers
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "imaging/jpeg/jpeg_pages.h"
+#include "imaging/jpeg/jpeg_reader.h"
 
 #include <gtest/gtest.h>
 
