@@ -61,6 +61,11 @@ int Window::Observe(Observer onControl, WindowObserver onWindow) {
   return nextToken_++;
 }
 
+int Window::Observe(const Control& control, Observer onControl) {
+  subscriptions_.push_back({nextToken_, std::move(onControl), {}, &control});
+  return nextToken_++;
+}
+
 void Window::Forget(int token) {
   for (Subscription& subscription : subscriptions_) {
     if (subscription.token == token) subscription.token = kForgotten;
@@ -80,7 +85,8 @@ void Window::NotifyAll(const std::function<void(const Subscription&)>& notify) {
 
 void Window::Notify(Control& control, Aspect aspect) {
   NotifyAll([&](const Subscription& subscription) {
-    if (subscription.onControl) subscription.onControl(control, aspect);
+    const bool concerned = !subscription.only || subscription.only == &control;
+    if (concerned && subscription.onControl) subscription.onControl(control, aspect);
   });
 }
 

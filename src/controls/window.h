@@ -49,6 +49,8 @@ class Window {
   // observer.
   // onWindow is called after changes of the title and after the window is loaded, shown, hidden or unloaded.
   int Observe(Observer onControl, WindowObserver onWindow = {});
+  // Registers an observer of one control of this window.
+  int Observe(const Control& control, Observer onControl);
   void Forget(int token);
 
  protected:
@@ -61,6 +63,7 @@ class Window {
     int token;
     Observer onControl;
     WindowObserver onWindow;
+    const Control* only = nullptr;  // the one control that onControl is called for; nullptr: all
   };
 
   void Add(Control& control) { controls_.push_back(&control); }

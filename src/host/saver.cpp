@@ -28,15 +28,10 @@ Box DiskFullBox(const std::string& path, const DiskFullQuestion& question) {
   return box;
 }
 
-Status Saver::Save(const std::string& path, const std::function<Status()>& save,
-                   const DiskFullQuestion& question) const {
-  for (;;) {
-    Status status = save();
-    if (!status.DiskFull()) return status;
-    if (boxes_.Show(DiskFullBox(path, question)) == Reply::Retry) continue;
-    if (stop_) stop_();
-    return status;
-  }
+bool Saver::AskToRetry(const std::string& path, const DiskFullQuestion& question) const {
+  if (boxes_.Show(DiskFullBox(path, question)) == Reply::Retry) return true;
+  if (stop_) stop_();
+  return false;
 }
 
 Status Saver::Copy(const std::string& from, const std::string& to, const DiskFullQuestion& question,

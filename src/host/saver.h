@@ -33,8 +33,12 @@ class Saver {
 
   // Calls save, and shows DiskFullBox for path as long as it fails with a full disk. Retry calls save again, without
   // limit. Cancel or a closed box calls stop and returns the failure. Every other failure is returned unasked.
-  Status Save(const std::string& path, const std::function<Status()>& save,
-              const DiskFullQuestion& question = {}) const;
+  template <class Write>
+  Status Save(const std::string& path, Write save, const DiskFullQuestion& question = {}) const {
+    Status status = save();
+    while (status.DiskFull() && AskToRetry(path, question)) status = save();
+    return status;
+  }
   // Files::Copy in the same way, given up if a disk is unresponsive (see DiskThread::Run).
   Status Copy(const std::string& from, const std::string& to, const DiskFullQuestion& question = {},
               CopyTimes times = CopyTimes::OfSource) const;
@@ -44,6 +48,9 @@ class Saver {
   }
 
  private:
+  // Shows the question. Returns true for Retry, otherwise calls stop.
+  bool AskToRetry(const std::string& path, const DiskFullQuestion& question) const;
+
   Boxes& boxes_;
   Files& files_;
   std::function<void()> stop_;

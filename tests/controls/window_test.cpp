@@ -127,6 +127,26 @@ TEST(Window, NotifiesEveryObserverUntilItIsForgotten) {
   EXPECT_EQ(second, 2);
 }
 
+TEST(Window, NotifiesAnObserverOfOneControlOfNoOther) {
+  Counting window;
+  CheckBox box(window, "ChA", {});
+  CheckBox other(window, "ChB", {});
+  std::vector<Aspect> seen;
+  const int token = window.Observe(box, [&](Control& control, Aspect aspect) {
+    EXPECT_EQ(&control, &box);
+    seen.push_back(aspect);
+  });
+  other.Set(true);
+  window.SetTitle("another title");
+  EXPECT_TRUE(seen.empty());
+  box.Set(true);
+  box.SetEnabled(false);
+  EXPECT_EQ(seen, (std::vector{Aspect::Value, Aspect::Appearance}));
+  window.Forget(token);
+  box.Set(false);
+  EXPECT_EQ(seen.size(), 2u);
+}
+
 TEST(Window, ForgetsAnUnknownTokenQuietly) {
   Counting window;
   int notified = 0;

@@ -160,10 +160,10 @@ Status Files::ReadFile(const std::string& path, std::string& out, std::uint64_t 
   return status;
 }
 
-Status Files::TryOpen(const std::string& path) const {
+bool Files::TryOpen(const std::string& path) const {
   const int handle = disk_.OpenRead(path);
   if (handle >= 0) disk_.Close(handle);
-  return Status::FromErrno(handle < 0 ? -handle : 0);
+  return handle >= 0;
 }
 
 Status Files::MakeFolders(const std::string& folder) const {
@@ -182,8 +182,8 @@ Status Files::MakeFolders(const std::string& folder) const {
     // Another process may have created it meanwhile.
     if (result == -EEXIST) result = disk_.Stat(path, facts);
   }
-  if (result == 0 && facts.kind != FileKind::Folder) return Status::FromErrno(ENOTDIR);
-  return Status::FromErrno(-result);
+  if (result < 0) return Status::FromErrno(-result);
+  return facts.kind == FileKind::Folder ? Status::Ok() : Status::FromErrno(ENOTDIR);
 }
 
 std::vector<LateFailure> Files::Flush(const GoOn& goOn) { return syncs_->Flush(goOn); }

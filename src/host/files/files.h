@@ -113,8 +113,8 @@ class Files {
   // Reads the whole file. Fails with TooLarge if it has more than limit bytes.
   Status ReadFile(const std::string& path, std::string& out, std::uint64_t limit = 1u << 30) const;
 
-  // Opens the file for reading and closes it again. Fails for anything but a regular file.
-  Status TryOpen(const std::string& path) const;
+  // Opens the file for reading and closes it again. Returns false for anything but a regular file.
+  bool TryOpen(const std::string& path) const;
 
   // Creates a file without a name for size bytes. Returns nullptr if the disk for temporary files has less than twice
   // that free, or if no file can be created there.

@@ -40,7 +40,7 @@ ResultRecords::~ResultRecords() {
 }
 
 void ResultRecords::Note(const FileResult& result) {
-  if (!journal_ || result.result != Result::Written) return;
+  if (result.result != Result::Written) return;
   NoteOutput(result.output);
   for (const std::string& output : result.more) NoteOutput(output);
   const double now = context_.host.clock.Seconds();

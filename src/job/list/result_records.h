@@ -29,7 +29,10 @@ class ResultRecords {
 
   // Returns the path of the output folder without links; "" if it is neither a listed folder nor below one.
   const std::string& Folder() const { return real_; }
-  // Records the outputs of a written file. A crash loses the records of the last two seconds.
+  // Returns whether results are recorded.
+  bool Kept() const { return journal_ != nullptr; }
+  // Records the outputs of a written file; must be called only if records are kept. A crash loses the records of the
+  // last two seconds.
   void Note(const FileResult& result);
   // Returns whether the file at path is a recorded result.
   bool Contains(const std::string& path);

@@ -114,7 +114,7 @@ void ListRun::HandleRow(std::size_t row) {
   if (context_.observer) context_.observer->FileBegun(file.path);
   driver_.Cut(file, [this](const FileResult& result) {
     ledger_.Add(result);
-    results_.Note(result);
+    if (results_.Kept()) results_.Note(result);
   });
 }
 

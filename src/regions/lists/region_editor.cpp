@@ -45,8 +45,8 @@ RegionEditor::RegionEditor(job::Program& program, Parts parts, std::function<voi
   parts_.MSFlexGrid1.SetDoubleClickHandler([this] { MSFlexGrid1_DblClick(); });
   parts_.MSFlexGrid1.SetRightClickHandler([this] { MSFlexGrid1_RightClick(); });
   // A change of the unit gives the same numbers another meaning, so the headers and the frames over the preview follow.
-  token_ = program_.form1.Observe([this](controls::Control& control, controls::Aspect aspect) {
-    if (&control == &program_.form1.ChCutA && aspect == controls::Aspect::Value) CmdUpdate_Click();
+  token_ = program_.form1.Observe(program_.form1.ChCutA, [this](controls::Control&, controls::Aspect aspect) {
+    if (aspect == controls::Aspect::Value) CmdUpdate_Click();
   });
   parts_.CmdOut.SetEnabled(false, kNothingToSave);
   CmdUpdate_Click();
