@@ -56,8 +56,8 @@ Status Services::OpenForCuts(const std::string& path, Encoder encoder, CutSource
     data->cuts = cuts;
     data->contents = std::move(*ready);
   } else {
-    Status decoded = parts_->Run([data, encoder](const Parts::Access& access) {
-      return DecodeForCuts(access.Input(), data->path, encoder, data->decoded.emplace());
+    Status decoded = parts_->Run([data, encoder, cuts](const Parts::Access& access) {
+      return DecodeForCuts(access.Input(), data->path, encoder, cuts, data->decoded.emplace());
     });
     if (!decoded) return decoded;
   }
@@ -70,7 +70,8 @@ Status Services::CropToFile(const CutSource& source, const CropRequest& request)
   const std::optional<host::FileFacts> now = parts_->files.Stat(request.source);
   if (!data || data->path != request.source || !now || !Unchanged(*now, data->facts)) return CropToFile(request);
   if (const std::string* content = data->Prefetched(request)) return parts_->SaveCrop(request, {data, content});
-  if (!data->decoded || !FitsDecoded(request, data->decoded->encoder)) return CropToFile(request);
+  const bool fits = data->decoded && FitsDecoded(request, data->decoded->encoder);
+  if (!fits || !HoldsPixels(*data->decoded, request.rect)) return CropToFile(request);
   return parts_->Run([data, request](const Parts::Access& access) {
     if (Status status = access.Check(request); !status) return status;
     return access.SaveCut(

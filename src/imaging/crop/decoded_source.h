@@ -19,10 +19,14 @@ struct DecodedSource {
   Picture picture;
 };
 
-Status DecodeForCuts(const PictureInput& input, const std::string& path, Encoder encoder, DecodedSource& out);
+// cuts: the crops that will be made, if they are known. Of a large JPEG only what they use is kept.
+Status DecodeForCuts(const PictureInput& input, const std::string& path, Encoder encoder, const FileWork& cuts,
+                     DecodedSource& out);
 
-// Returns whether CropDecoded can make the crop.
+// Returns whether CropDecoded can make the crop from a picture that was decoded for this encoder and this crop.
 bool FitsDecoded(const CropRequest& request, Encoder encoder);
+// Returns whether the pixels of rect were kept.
+bool HoldsPixels(const DecodedSource& source, const base::Rect& rect);
 // Makes a crop with the same bytes as MakeCrop.
 Status CropDecoded(const PictureInput& input, const DecodedSource& source, const CropRequest& request,
                    host::Draft& draft);

@@ -331,7 +331,7 @@ class Worker {
   Status CropShared(const PictureInput& input, const CropRequest& request, host::Draft& draft) {
     if (!decoded_) {
       decoded_.emplace();
-      const Status decoded = DecodeForCuts(input, request.source, request.encoder, *decoded_);
+      const Status decoded = DecodeForCuts(input, request.source, request.encoder, work_, *decoded_);
       shared_ = static_cast<bool>(decoded);
       if (!decoded && decoded.GetProblem() != Problem::TooLarge) return decoded;
     }

@@ -136,7 +136,7 @@ Status JpegPixels::Read(const base::Rect& area, unsigned char* out, std::size_t 
 }
 
 Status DecodeJpeg(const host::Files& files, const std::string& path, const Limits& limits, JpegPixels& out,
-                  const ReadControl& control) {
+                  const ReadControl& control, const std::vector<base::Rect>& areas) {
   std::shared_ptr<RowStream> rows;
   if (Status opened = OpenJpegRows(path, 1, limits, rows, JpegColours::AsStored, control); !opened) return opened;
   const RowFacts& facts = rows->Facts();
@@ -146,6 +146,7 @@ Status DecodeJpeg(const host::Files& files, const std::string& path, const Limit
   try {
     if (IsLarge(out.size.width, out.size.height, limits)) {
       out.tiles = TileStore::Create(files, out.size, facts.Channels());
+      if (out.tiles && !areas.empty()) out.tiles->KeepOnly(areas);
     }
     return out.tiles ? ReadTiles(*rows, out) : ReadSamples(*rows, out);
   } catch (const std::bad_alloc&) {

@@ -41,9 +41,10 @@ struct JpegPixels {
   Status Read(const base::Rect& area, unsigned char* out, std::size_t step) const;
 };
 
-// Decodes the file at path to its end. If there is no disk for a large picture, it is held in memory.
+// Decodes the file at path to its end. Of a large picture only areas need be kept, unless they are empty; see
+// TileStore::KeepOnly. If there is no disk for a large picture, it is held in memory.
 // Failures: see JpegReader::Open; TooLarge also if the samples are above limits, checked before they are allocated.
 Status DecodeJpeg(const host::Files& files, const std::string& path, const Limits& limits, JpegPixels& out,
-                  const ReadControl& control = {});
+                  const ReadControl& control = {}, const std::vector<base::Rect>& areas = {});
 
 }  // namespace quillon::imaging

@@ -34,7 +34,8 @@ TileStore::TileStore(std::unique_ptr<host::ScratchFile> file, base::Size size, i
       across_(CeilDiv(size.width, kTileWidth)),
       tileHeight_(TileHeight(PixelsToBytes(size.width))),
       tileBytes_(PixelsToBytes(kTileWidth) * static_cast<unsigned>(tileHeight_)),
-      band_(tileBytes_ * static_cast<unsigned>(across_)) {}
+      band_(tileBytes_ * static_cast<unsigned>(across_)),
+      places_(static_cast<std::size_t>(CeilDiv(size.height, tileHeight_)) * static_cast<unsigned>(across_), kWanted) {}
 
 std::shared_ptr<TileStore> TileStore::Create(const host::Files& files, base::Size size, int pixelBytes) {
   // Tiles are stored whole, also at the edges.
@@ -62,20 +63,60 @@ void TileStore::CopyToBand(const unsigned char* row) {
   std::memcpy(to, row, left);
 }
 
+// Writes the wanted tiles; neighbours are written together.
 Status TileStore::WriteBand() {
-  Status written = file_->Write(band_.data(), band_.size());
+  const int line = (added_ - 1) / tileHeight_;
+  for (int column = 0; column < across_; ++column) {
+    const int first = column;
+    for (; column < across_ && Place(column, line) == kWanted; ++column) {
+      Place(column, line) = written_;
+      written_ += tileBytes_;
+    }
+    const std::size_t bytes = tileBytes_ * static_cast<unsigned>(column - first);
+    Status written = file_->Write(band_.data() + tileBytes_ * static_cast<unsigned>(first), bytes);
+    if (!written) return written;
+  }
   if (added_ == size_.height) band_ = {};
-  return written;
+  return Status::Ok();
+}
+
+template <class Visit>
+bool TileStore::ForTiles(const base::Rect& area, Visit visit) const {
+  for (int line = area.top / tileHeight_; line * tileHeight_ < area.top + area.height; ++line) {
+    for (int column = area.left / kTileWidth; column * kTileWidth < area.left + area.width; ++column) {
+      if (!visit(column, line)) return false;
+    }
+  }
+  return true;
+}
+
+void TileStore::KeepOnly(const std::vector<base::Rect>& areas) {
+  std::fill(places_.begin(), places_.end(), kUnwanted);
+  for (const base::Rect& area : areas) {
+    const std::int64_t right = std::min<std::int64_t>(std::int64_t{area.left} + area.width, size_.width);
+    const std::int64_t bottom = std::min<std::int64_t>(std::int64_t{area.top} + area.height, size_.height);
+    const int left = std::max(area.left, 0);
+    const int top = std::max(area.top, 0);
+    if (right <= left || bottom <= top) continue;
+    ForTiles({left, top, static_cast<int>(right - left), static_cast<int>(bottom - top)}, [&](int column, int line) {
+      Place(column, line) = kWanted;
+      return true;
+    });
+  }
+}
+
+bool TileStore::Holds(const base::Rect& area) const {
+  return ForTiles(area, [&](int column, int line) { return Place(column, line) != kUnwanted; });
 }
 
 Status TileStore::Read(const base::Rect& area, unsigned char* out, std::size_t step) const {
   const auto buffer = std::make_unique_for_overwrite<unsigned char[]>(tileBytes_);
-  for (int line = area.top / tileHeight_; line * tileHeight_ < area.top + area.height; ++line) {
-    for (int column = area.left / kTileWidth; column * kTileWidth < area.left + area.width; ++column) {
-      if (Status read = ReadTile(column, line, area, buffer.get(), out, step); !read) return read;
-    }
-  }
-  return Status::Ok();
+  Status status;
+  ForTiles(area, [&](int column, int line) {
+    status = ReadTile(column, line, area, buffer.get(), out, step);
+    return static_cast<bool>(status);
+  });
+  return status;
 }
 
 Status TileStore::ReadTile(int column, int line, const base::Rect& area, unsigned char* buffer, unsigned char* out,
@@ -85,9 +126,7 @@ Status TileStore::ReadTile(int column, int line, const base::Rect& area, unsigne
   const int top = std::max(area.top, line * tileHeight_);
   const int bottom = std::min(area.top + area.height, (line + 1) * tileHeight_);
   const std::size_t tileRow = PixelsToBytes(kTileWidth);
-  const std::uint64_t tile =
-      static_cast<std::uint64_t>(line) * static_cast<unsigned>(across_) + static_cast<unsigned>(column);
-  const std::uint64_t position = tile * tileBytes_ + tileRow * static_cast<unsigned>(top - line * tileHeight_);
+  const std::uint64_t position = Place(column, line) + tileRow * static_cast<unsigned>(top - line * tileHeight_);
   const auto count = static_cast<std::size_t>(bottom - top);
   if (Status read = file_->ReadAt(position, buffer, tileRow * count); !read) return read;
   const unsigned char* from = buffer + PixelsToBytes(left - column * kTileWidth);

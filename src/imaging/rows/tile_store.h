@@ -27,14 +27,32 @@ class TileStore {
 
   TileStore(std::unique_ptr<host::ScratchFile> file, base::Size size, int pixelBytes);
 
+  // Stores only the tiles that one of areas touches, clipped to the picture. Call before the first row.
+  void KeepOnly(const std::vector<base::Rect>& areas);
+
   // Appends count rows, which begin step bytes apart. Frees the memory after the last row of the picture.
   host::Status Append(const unsigned char* rows, std::size_t step, int count);
 
-  // Copies the pixels of area to rows that begin step bytes apart. area lies inside the picture, and all rows were
-  // added. May be called from several threads.
+  // Returns whether Read can read area, which lies inside the picture: all of it is stored.
+  bool Holds(const base::Rect& area) const;
+
+  // Copies the pixels of area to rows that begin step bytes apart. All rows were added, and Holds(area) is true.
+  // May be called from several threads.
   host::Status Read(const base::Rect& area, unsigned char* out, std::size_t step) const;
 
  private:
+  // Where a tile begins in the file, or one of these.
+  static constexpr std::uint64_t kUnwanted = UINT64_MAX;
+  static constexpr std::uint64_t kWanted = UINT64_MAX - 1;
+
+  std::uint64_t& Place(int column, int line) { return places_[TileNumber(column, line)]; }
+  std::uint64_t Place(int column, int line) const { return places_[TileNumber(column, line)]; }
+  std::size_t TileNumber(int column, int line) const {
+    return static_cast<std::size_t>(line) * static_cast<unsigned>(across_) + static_cast<unsigned>(column);
+  }
+  // Calls visit(column, line) for each tile that area touches, until it returns false. Returns whether none did.
+  template <class Visit>
+  bool ForTiles(const base::Rect& area, Visit visit) const;
   std::size_t PixelsToBytes(int pixels) const { return static_cast<std::size_t>(pixels) * pixelBytes_; }
   void CopyToBand(const unsigned char* row);
   host::Status WriteBand();
@@ -48,8 +66,10 @@ class TileStore {
   const int across_;      // tiles of a row of tiles
   const int tileHeight_;  // pixels
   const std::size_t tileBytes_;
-  std::vector<unsigned char> band_;  // the row of tiles that is being filled, laid out as in the file
-  int added_ = 0;                    // rows
+  std::vector<unsigned char> band_;    // the row of tiles that is being filled, tile after tile
+  std::vector<std::uint64_t> places_;  // of all tiles, row by row
+  std::uint64_t written_ = 0;          // bytes
+  int added_ = 0;                      // rows
 };
 
 }  // namespace quillon::imaging

@@ -151,6 +151,27 @@ TEST_F(LargePictureTest, SeveralCutsAreTheSame) {
   }
 }
 
+// Of a large JPEG only what the named cuts use is kept; another cut decodes the file again.
+TEST_F(LargePictureTest, CutsThatWereNotNamedAreTheSame) {
+  const std::string source = Sources().back();
+  CropRequest named;
+  named.source = source;
+  named.destination = Path("out");
+  named.rect = {10, 10, 50, 40};
+  CropRequest other = named;
+  other.rect = {200, 110, 60, 50};
+  CropRequest outside = named;
+  outside.rect = {-80, -70, 60, 50};
+  for (const CropRequest& request : {named, other, outside}) {
+    SCOPED_TRACE(request.rect.left);
+    ExpectSame([&](Services& with) {
+      CutSource opened;
+      const Status status = with.OpenForCuts(source, Encoder::Jpeg, opened, {{named, named}});
+      return status ? with.CropToFile(opened, request) : status;
+    });
+  }
+}
+
 TEST_F(LargePictureTest, OneIsHeldInMemoryIfThereIsNoDisk) {
   for (const std::string& source : Sources()) {
     SCOPED_TRACE(source);

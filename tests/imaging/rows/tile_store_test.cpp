@@ -98,6 +98,27 @@ TEST_F(TileStoreTest, RowsMayLieApart) {
   }
 }
 
+TEST_F(TileStoreTest, OnlyWhatIsWantedIsStored) {
+  const base::Size size{700, 600};
+  const std::vector<unsigned char> picture = Picture(size, 3);
+  const auto store = TileStore::Create(world.files, size, 3);
+  ASSERT_TRUE(store);
+  const std::vector<base::Rect> areas{{130, 10, 100, 20}, {-50, 500, 60, 400}, {690, -9, 99, 10}, {900, 900, 5, 5}};
+  store->KeepOnly(areas);
+  ASSERT_TRUE(Fill(*store, picture, size, 3));
+  EXPECT_EQ(world.faults.Count(DiskCall::Write), 4);  // tiles (1,0), (5,0), (0,3) and (0,4)
+  for (const base::Rect& area : {areas[0], base::Rect{0, 500, 10, 100}, base::Rect{690, 0, 10, 1}}) {
+    ASSERT_TRUE(store->Holds(area));
+    const std::size_t step = static_cast<std::size_t>(area.width) * 3;
+    std::vector<unsigned char> read(step * static_cast<std::size_t>(area.height));
+    ASSERT_TRUE(store->Read(area, read.data(), step));
+    EXPECT_TRUE(read == Part(picture, size, 3, area)) << area.left;
+  }
+  EXPECT_FALSE(store->Holds({127, 10, 2, 2}));
+  EXPECT_FALSE(store->Holds({130, 10, 100, 130}));
+  EXPECT_FALSE(store->Holds({300, 300, 1, 1}));
+}
+
 TEST_F(TileStoreTest, ThereIsNoneWithoutDisk) {
   world.faults.Set({.call = DiskCall::OpenScratch, .error = ENOSPC});
   EXPECT_FALSE(TileStore::Create(world.files, {10, 10}, 3));
