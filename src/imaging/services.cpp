@@ -110,7 +110,8 @@ Services::Parts::On Services::Parts::WriterOf(const std::string& path, std::size
 Status Services::Parts::SavePicture(const Image& image, const std::string& path, const EncodeOptions& options) {
   if (image.Empty()) return fault::NoImage();
   return Run([picture = image.Data()->picture, path, options](const Access& access) {
-    return access.Save(path, [&](host::Draft& draft) { return EncodePicture(picture, options, draft); });
+    return access.Save(path,
+                       [&](host::Draft& draft) { return EncodePicture(picture, options, access.Space(), draft); });
   });
 }
 
@@ -249,7 +250,7 @@ Status Services::CropToGif(const CropRequest& request, const std::optional<Overl
     Picture cut;
     if (Status status = CropUnder(access.Input(), gif, overlay, cut); !status) return status;
     const EncodeOptions options{.encoder = gif.encoder};
-    return access.SaveCut(gif, [&](host::Draft& draft) { return EncodePicture(cut, options, draft); });
+    return access.SaveCut(gif, [&](host::Draft& draft) { return EncodePicture(cut, options, access.Space(), draft); });
   });
 }
 
@@ -257,7 +258,8 @@ Status Services::AddBoardToFile(const BorderRequest& request) {
   return parts_->Run([request](const Parts::Access& access) {
     Picture bordered;
     if (Status drawn = DrawBorder(access.Input(), request, bordered); !drawn) return drawn;
-    return access.Save(request.destination, [&](host::Draft& draft) { return EncodeBorder(bordered, request, draft); });
+    return access.Save(request.destination,
+                       [&](host::Draft& draft) { return EncodeBorder(bordered, request, access.Space(), draft); });
   });
 }
 

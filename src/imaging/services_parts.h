@@ -34,6 +34,7 @@ struct Services::Parts {
     host::SaveControl saving;
 
     PictureInput Input() const { return {files, limits, reading}; }
+    PixelSpace Space() const { return {files, limits}; }
     std::optional<host::FileFacts> Stat(const std::string& path) const;
     // See CheckCrop.
     Status Check(const CropRequest& request) const;

@@ -120,12 +120,10 @@ Status WriteTiff(const Picture& picture, bool blackWhite, Exif exif, host::Draft
   return AddExifToTiff(CutExif(picture.tags.exif, {image.width(), image.height()}, dpi), draft);
 }
 
-Status Write(const Picture& picture, const EncodeOptions& options, host::Draft& draft) {
+Status Write(const Picture& picture, const EncodeOptions& options, const PixelSpace& space, host::Draft& draft) {
   Picture ready = picture;
   const bool cmyk = IsCmyk(picture.pixels);
-  const auto upright = [&](const VImage& pixels) {
-    return options.orient == Orient::Apply ? Oriented(pixels, picture.tags.orientation) : pixels;
-  };
+  const int turn = options.orient == Orient::Apply ? picture.tags.orientation : 1;
   switch (options.encoder) {
     case Encoder::Jpeg:
       ready.pixels = EightBit(Flattened(ready.pixels, base::kWhite));
@@ -134,14 +132,16 @@ Status Write(const Picture& picture, const EncodeOptions& options, host::Draft& 
       return WritePng(cmyk ? Displayed(picture) : picture, options.exif, draft);
     case Encoder::Gif:
       ready = Displayed(picture);
-      ready.pixels = upright(EightBit(ready.pixels));
+      ready.pixels = EightBit(ready.pixels);
+      if (Status upright = MakeUpright(ready.pixels, turn, space); !upright) return upright;
       return WriteGif(ready, draft);
     case Encoder::Tiff:
       return WriteTiff(picture, options.blackWhite, options.exif, draft);
     case Encoder::Bmp:
       // Grey is written as RGB, and a grey profile does not apply to RGB.
       if (cmyk || IsGrey(picture.pixels)) ready = Displayed(picture);
-      ready.pixels = upright(AsRgb(EightBit(Flattened(ready.pixels, base::kWhite))));
+      ready.pixels = AsRgb(EightBit(Flattened(ready.pixels, base::kWhite)));
+      if (Status upright = MakeUpright(ready.pixels, turn, space); !upright) return upright;
       return WriteBmp(ready, draft);
   }
   return fault::UnknownType();
@@ -149,8 +149,9 @@ Status Write(const Picture& picture, const EncodeOptions& options, host::Draft& 
 
 }  // namespace
 
-Status EncodePicture(const Picture& picture, const EncodeOptions& options, host::Draft& draft) {
-  Status status = Write(picture, options, draft);
+Status EncodePicture(const Picture& picture, const EncodeOptions& options, const PixelSpace& space,
+                     host::Draft& draft) {
+  Status status = Write(picture, options, space, draft);
   return status ? CheckOutput(options.encoder, draft) : status;
 }
 

@@ -4,6 +4,7 @@
 
 #include "host/files/files.h"
 #include "imaging/pixels/picture.h"
+#include "imaging/pixels/pixel_space.h"
 #include "imaging/rows/row_source.h"
 #include "imaging/types.h"
 
@@ -28,8 +29,10 @@ struct EncodeOptions {
 // Jpeg stores chroma at half resolution below quality 90 and at full resolution from 90 on.
 // An unknown resolution is not written, except that tiff requires one and gets kDefaultTiffDpi.
 // A tiff of more than 4 GB is written as BigTIFF.
-// TooLarge: the format cannot store these sides. Errors of the draft are returned unchanged.
-Status EncodePicture(const Picture& picture, const EncodeOptions& options, host::Draft& draft);
+// Pixels that are turned upright are held in space meanwhile; see MakeUpright.
+// TooLarge: the format cannot store these sides, or there is no room to turn the pixels. Errors of the draft are
+// returned unchanged.
+Status EncodePicture(const Picture& picture, const EncodeOptions& options, const PixelSpace& space, host::Draft& draft);
 
 // Returns NotSaved unless the draft starts and ends like a complete file of this format.
 Status CheckOutput(Encoder encoder, host::Draft& draft);

@@ -159,7 +159,7 @@ Status ConvertByProfiles(host::Files& files, const ProfileRequest& request, cons
       if (Status read = ReadRows(opened, 0, opened.original.height, picture.pixels); !read) return read;
       if (request.dpi > 0) picture.tags.dpi = request.dpi;
       if (Status applied = Apply(picture, screen, press); !applied) return applied;
-      if (Status written = EncodePicture(picture, options, draft); !written) return written;
+      if (Status written = EncodePicture(picture, options, {files, limits}, draft); !written) return written;
       return CheckRemainingRows(opened);
     });
     return !status && opened.fault && !opened.fault->Get() ? opened.fault->Get() : status;

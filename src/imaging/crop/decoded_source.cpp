@@ -54,7 +54,8 @@ Status CropDecoded(const PictureInput& input, const DecodedSource& source, const
     control.decoded = &*source.jpeg;
     return CropJpeg(request, input.limits, draft, control);
   }
-  return Guarded(fault::DamagedPicture(), [&] { return EncodeWindow(source.picture, request.rect, request, draft); });
+  return Guarded(fault::DamagedPicture(),
+                 [&] { return EncodeWindow(source.picture, request.rect, request, input.Space(), draft); });
 }
 
 }  // namespace quillon::imaging

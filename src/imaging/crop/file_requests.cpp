@@ -113,13 +113,15 @@ Status CropDirectly(const PictureInput& input, const CropRequest& request, host:
   return CropJpeg(request, input.limits, draft, control);
 }
 
-Status EncodeWindow(Picture picture, base::Rect rect, const CropRequest& request, host::Draft& draft) {
+Status EncodeWindow(Picture picture, base::Rect rect, const CropRequest& request, const PixelSpace& space,
+                    host::Draft& draft) {
   // Pad before blending, since the padding is opaque white in any case.
   picture.pixels = CropOrPad(picture.pixels, rect, base::kWhite);
   if (request.depth == Depth::Eight) picture.pixels = EightBit(picture.pixels);
   if (request.alpha == Alpha::OnWhite) picture.pixels = Flattened(picture.pixels, base::kWhite);
   if (request.dpi > 0) picture.tags.dpi = request.dpi;
-  return EncodePicture(picture, {request.encoder, request.quality, false, request.exif, request.orient}, draft);
+  const EncodeOptions options{request.encoder, request.quality, false, request.exif, request.orient};
+  return EncodePicture(picture, options, space, draft);
 }
 
 // The rows below the crop are read too, so that damage there is found.
@@ -137,7 +139,7 @@ Status CropThrough(const PictureInput& input, const CropRequest& request, host::
     if (Status read = ReadRows(opened, seen.top, seen.height, cut.pixels); !read) return read;
     base::Rect rect = request.rect;
     rect.top -= seen.top;
-    Status written = EncodeWindow(std::move(cut), rect, request, draft);
+    Status written = EncodeWindow(std::move(cut), rect, request, input.Space(), draft);
     return written ? CheckRemainingRows(opened) : written;
   });
   return ReadStatus(opened, status);
@@ -158,7 +160,7 @@ Status CropUnder(const PictureInput& input, const CropRequest& request, const Ov
   return Guarded(fault::DamagedPicture(), [&] {
     out = Displayed(out);
     out.pixels = AsRgb(CropOrPad(out.pixels, request.rect, base::kWhite));
-    out.pixels = Oriented(out.pixels, out.tags.orientation, input.limits);
+    if (Status upright = MakeUpright(out.pixels, out.tags.orientation, input.Space()); !upright) return upright;
     out.tags.orientation = 1;
     if (Status held = Materialize(out.pixels, input.Space()); !held) return held;
     const base::Rect place{overlay.left, overlay.top, above.pixels.width(), above.pixels.height()};
@@ -202,10 +204,11 @@ Status DrawBorder(const PictureInput& input, const BorderRequest& request, Pictu
   return Status::Ok();
 }
 
-Status EncodeBorder(const Picture& bordered, const BorderRequest& request, host::Draft& draft) {
+Status EncodeBorder(const Picture& bordered, const BorderRequest& request, const PixelSpace& space,
+                    host::Draft& draft) {
   EncodeOptions options{.quality = request.quality, .exif = request.exif};
   options.encoder = EncoderOfPath(request.destination);
-  return EncodePicture(bordered, options, draft);
+  return EncodePicture(bordered, options, space, draft);
 }
 
 Status CheckZoom(const ZoomRequest& request, const Limits& limits) {
@@ -222,7 +225,7 @@ Status MakeZoom(const PictureInput& input, const ZoomRequest& request, host::Dra
     Picture picture;
     if (Status read = ReadWhole(opened, picture); !read) return read;
     picture.pixels = Scaled(picture.pixels, request.size);
-    return EncodePicture(picture, options, draft);
+    return EncodePicture(picture, options, input.Space(), draft);
   });
   return ReadStatus(opened, status);
 }
@@ -244,7 +247,7 @@ Status MakeEffects(const PictureInput& input, const EffectsRequest& request, hos
   if (request.dpi > 0) picture.tags.dpi = request.dpi;
   const SaveOptions& save = request.save;
   const EncodeOptions options{request.encoder, save.quality, save.blackWhite, save.exif, save.orient};
-  return Guarded(fault::NotSaved(), [&] { return EncodePicture(picture, options, draft); });
+  return Guarded(fault::NotSaved(), [&] { return EncodePicture(picture, options, input.Space(), draft); });
 }
 
 Encoder EncoderOf(const FileRequest& request) {
@@ -349,7 +352,7 @@ class Worker {
   Status Make(const BorderRequest& request, const PictureInput& input, host::Draft& draft) {
     Picture bordered;
     Status drawn = DrawBorder(input, request, bordered);
-    return drawn ? EncodeBorder(bordered, request, draft) : drawn;
+    return drawn ? EncodeBorder(bordered, request, input.Space(), draft) : drawn;
   }
   Status Make(const ZoomRequest& request, const PictureInput& input, host::Draft& draft) {
     Status fits = CheckZoom(request, input.limits);

@@ -51,7 +51,8 @@ Status CropJpeg(const CropRequest& request, const Limits& limits, host::Draft& d
                 const JpegCutControl& control = {});
 // Crops or pads the picture to rect on white and writes it with the encoder of the request.
 // Samples are reduced to 8 bits, and alpha is blended with white, unless the request keeps them.
-Status EncodeWindow(Picture picture, base::Rect rect, const CropRequest& request, host::Draft& draft);
+Status EncodeWindow(Picture picture, base::Rect rect, const CropRequest& request, const PixelSpace& space,
+                    host::Draft& draft);
 // Crops a source of any format, row by row.
 Status CropThrough(const PictureInput& input, const CropRequest& request, host::Draft& draft);
 // Crops by CropDirectly if possible, else by CropThrough.
@@ -63,7 +64,7 @@ Status CropUnder(const PictureInput& input, const CropRequest& request, const Ov
 
 // Draws the border in memory; EncodeBorder writes it.
 Status DrawBorder(const PictureInput& input, const BorderRequest& request, Picture& out);
-Status EncodeBorder(const Picture& bordered, const BorderRequest& request, host::Draft& draft);
+Status EncodeBorder(const Picture& bordered, const BorderRequest& request, const PixelSpace& space, host::Draft& draft);
 
 // Fails if the size is empty or exceeds the limits.
 Status CheckZoom(const ZoomRequest& request, const Limits& limits);

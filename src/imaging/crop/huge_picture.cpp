@@ -8,13 +8,13 @@
 #include "host/files/stale_output.h"
 #include "imaging/codecs/encode.h"
 #include "imaging/codecs/open_picture.h"
-#include "imaging/crop/picture_steps.h"
 #include "imaging/jpeg/jpeg_cut.h"
 #include "imaging/jpeg/jpeg_pixels.h"
 #include "imaging/limits.h"
 #include "imaging/metadata/exif_block.h"
 #include "imaging/pixels/colours.h"
 #include "imaging/pixels/geometry.h"
+#include "imaging/pixels/pixel_space.h"
 #include "imaging/rows/row_steps.h"
 #include "imaging/tiff/tiff_part.h"
 
@@ -65,7 +65,7 @@ class Maker {
     }
     if (Status turned = Turn(picture); !turned) return turned;
     if (order_.grey) picture = GreyPicture(picture);
-    return EncodePicture(picture, {.encoder = encoder_, .quality = order_.quality}, draft);
+    return EncodePicture(picture, {.encoder = encoder_, .quality = order_.quality}, Space(), draft);
   }
 
   // Returns the size after scaling, under the rules of shrink and enlarge.
@@ -173,26 +173,19 @@ class Maker {
     return status;
   }
 
-  // Unlike Materialize, accepts pictures above the limit of memory if there is disk for them.
-  Status Hold(VImage& pixels) {
-    const int pixelBytes = static_cast<int>(VIPS_IMAGE_SIZEOF_PEL(pixels.get_image()));
-    if (!FitsMemory(pixels.width(), pixels.height(), pixelBytes, limits_)) {
-      return StoreOnDisk(pixels, files_).value_or(fault::OutOfMemory());
-    }
-    return Materialize(pixels, {files_, limits_});
-  }
-
   // Rotation reads its source in every order, so the pixels are computed first.
   Status Turn(Picture& picture) {
     if (order_.angle == 0) return Status::Ok();
     const base::Size canvas = TurnedSize(target_, order_.angle);
     if (!WithinLimits(canvas.width, canvas.height, limits_)) return fault::SidesTooLarge();
-    if (Status held = Hold(picture.pixels); !held) return held;
+    if (Status held = MaterializeHuge(picture.pixels, Space()); !held) return held;
     picture.pixels = Turned(picture.pixels, order_.angle, base::kWhite);
     picture.tags.orientation = 1;
     picture.tags.exif = UprightExif(picture.tags.exif);
     return Status::Ok();
   }
+
+  PixelSpace Space() const { return {files_, limits_}; }
 
   host::Files& files_;
   const HugeOrder& order_;

@@ -7,10 +7,7 @@
 #include "imaging/faults.h"
 #include "imaging/metadata/exif_block.h"
 #include "imaging/pixels/colours.h"
-#include "imaging/pixels/draft_target.h"
 #include "imaging/pixels/geometry.h"
-#include "imaging/pixels/row_image.h"
-#include "imaging/rows/tile_store.h"
 
 namespace quillon::imaging {
 namespace {
@@ -43,16 +40,6 @@ VImage OwnPixels(VImage& pixels) {
   return copy;
 }
 
-bool IsLarge(const VImage& pixels, const PixelSpace& space) {
-  return IsLarge(pixels.width(), pixels.height(), space.limits);
-}
-
-Status CheckPixels(const VImage& pixels, const Limits& limits) {
-  const int pixelBytes = static_cast<int>(VIPS_IMAGE_SIZEOF_PEL(pixels.get_image()));
-  if (!WithinLimits(pixels.width(), pixels.height(), limits)) return fault::SidesTooLarge();
-  return FitsMemory(pixels.width(), pixels.height(), pixelBytes, limits) ? Status::Ok() : fault::OutOfMemory();
-}
-
 // Prepares the pixels for a step that reads them more than once or in another order. Small ones are in memory, or
 // quickly computed from there.
 Status PrepareLarge(VImage& pixels, const PixelSpace& space) {
@@ -69,36 +56,6 @@ Status Place(const PlaceStep& step, Picture& picture, const PixelSpace& space) {
 }
 
 }  // namespace
-
-std::optional<Status> StoreOnDisk(VImage& pixels, const host::Files& files) {
-  const base::Size size{pixels.width(), pixels.height()};
-  const auto tiles = TileStore::Create(files, size, static_cast<int>(VIPS_IMAGE_SIZEOF_PEL(pixels.get_image())));
-  if (!tiles) return std::nullopt;
-  Status stored =
-      ForEachRows(pixels, [&](const RowBlock& rows) { return tiles->Append(rows.first, rows.step, rows.count); });
-  if (stored) pixels = ImageOfTiles(tiles, pixels);
-  return stored;
-}
-
-Status Materialize(VImage& pixels, const PixelSpace& space) {
-  if (Status fits = CheckPixels(pixels, space.limits); !fits) return fits;
-  if (IsLarge(pixels, space)) {
-    if (IsImageOfTiles(pixels)) return Status::Ok();
-    if (const std::optional<Status> stored = StoreOnDisk(pixels, space.files)) return *stored;
-  }
-  // In memory they no longer come in order.
-  VImage free = pixels;
-  if (pixels.get_typeof(VIPS_META_SEQUENTIAL) != 0) {
-    free = pixels.copy();
-    free.remove(VIPS_META_SEQUENTIAL);
-  }
-  pixels = free.copy_memory();
-  return Status::Ok();
-}
-
-Status MaterializeSmall(VImage& pixels, const PixelSpace& space) {
-  return IsLarge(pixels, space) ? CheckPixels(pixels, space.limits) : Materialize(pixels, space);
-}
 
 Status Rotate(Picture& picture, double angle, base::Colour background, const PixelSpace& space) {
   const base::Size canvas = base::TurnedSize({picture.pixels.width(), picture.pixels.height()}, angle);

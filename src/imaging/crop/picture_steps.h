@@ -2,11 +2,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include <optional>
-
-#include "host/files/files.h"
-#include "imaging/limits.h"
 #include "imaging/pixels/picture.h"
+#include "imaging/pixels/pixel_space.h"
 #include "imaging/types.h"
 
 // The operations on images. If one fails, its picture is unchanged. Exceptions of libvips pass through; see Guarded.
@@ -17,21 +14,6 @@
 // tile. So a large picture takes some rows of itself and of its results, less than 150 MB at 300 megapixels and any
 // angle. If there is no disk for it, it is held in memory as well.
 namespace quillon::imaging {
-
-// Where the pixels of pictures are held. Both outlive the call that they are given to.
-struct PixelSpace {
-  const host::Files& files;
-  const Limits& limits;
-};
-
-// Computes the pixels, so that later steps read them in any order and do not compute them again: into memory, or into a
-// TileStore if they are large. Does nothing if they are there already.
-// TooLarge: the pixels exceed the limits, which is checked before anything is allocated.
-host::Status Materialize(vips::VImage& pixels, const PixelSpace& space);
-// As Materialize, but leaves large pixels to be computed when they are read.
-host::Status MaterializeSmall(vips::VImage& pixels, const PixelSpace& space);
-// Computes the pixels into a TileStore. Returns nothing, and computes nothing, if there is no disk for them.
-std::optional<host::Status> StoreOnDisk(vips::VImage& pixels, const host::Files& files);
 
 host::Status Rotate(Picture& picture, double angle, base::Colour background, const PixelSpace& space);
 host::Status Resample(Picture& picture, base::Size size, const PixelSpace& space);

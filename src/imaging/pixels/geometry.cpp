@@ -26,17 +26,6 @@ std::optional<VipsAngle> QuarterTurns(double angle) {
 
 double Radians(double angle) { return std::fmod(angle, 360) * std::numbers::pi / 180; }
 
-// Computes the pixels, so that they can be read in any order.
-VImage Computed(const VImage& pixels, const Limits& limits) {
-  VImage ordered = pixels.copy();
-  if (ordered.get_typeof(VIPS_META_SEQUENTIAL) != 0) ordered.remove(VIPS_META_SEQUENTIAL);
-  const int pixelBytes = static_cast<int>(VIPS_IMAGE_SIZEOF_PEL(ordered.get_image()));
-  if (FitsMemory(ordered.width(), ordered.height(), pixelBytes, limits)) return ordered.copy_memory();
-  VImage onDisk = VImage::new_temp_file();
-  ordered.write(onDisk);
-  return onDisk;
-}
-
 // Runs work on pixels whose colours are multiplied by their alpha, so that interpolation weights them by opacity.
 template <class Work>
 VImage WithPremultipliedAlpha(const VImage& pixels, Work work) {
@@ -61,7 +50,7 @@ VImage Turned(const VImage& pixels, double angle, base::Colour colour) {
       target, [&](const VImage& weighted) { return LanczosTurned(weighted, Radians(angle), canvas, background); });
 }
 
-VImage Oriented(const VImage& pixels, int orientation, const Limits& limits) {
+host::Status MakeUpright(VImage& pixels, int orientation, const PixelSpace& space) {
   // What each orientation needs: a clockwise rotation, and then, for the mirrored ones, a flip from left to right.
   struct Way {
     VipsAngle clockwise;
@@ -70,11 +59,12 @@ VImage Oriented(const VImage& pixels, int orientation, const Limits& limits) {
   constexpr Way kWays[] = {{VIPS_ANGLE_D0, false},  {VIPS_ANGLE_D0, true},   {VIPS_ANGLE_D180, false},
                            {VIPS_ANGLE_D180, true}, {VIPS_ANGLE_D90, true},  {VIPS_ANGLE_D90, false},
                            {VIPS_ANGLE_D270, true}, {VIPS_ANGLE_D270, false}};
-  if (orientation <= 1 || orientation > 8) return pixels;
+  if (orientation <= 1 || orientation > 8) return host::Status::Ok();
+  if (host::Status held = MaterializeHuge(pixels, space); !held) return held;
   const Way& way = kWays[orientation - 1];
-  VImage upright = Computed(pixels, limits);
-  if (way.clockwise != VIPS_ANGLE_D0) upright = upright.rot(way.clockwise);
-  return way.mirrored ? upright.flip(VIPS_DIRECTION_HORIZONTAL) : upright;
+  if (way.clockwise != VIPS_ANGLE_D0) pixels = pixels.rot(way.clockwise);
+  if (way.mirrored) pixels = pixels.flip(VIPS_DIRECTION_HORIZONTAL);
+  return host::Status::Ok();
 }
 
 VImage Scaled(const VImage& pixels, base::Size size) {

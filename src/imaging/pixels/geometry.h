@@ -4,8 +4,8 @@
 
 #include "base/colour.h"
 #include "base/rect.h"
-#include "imaging/limits.h"
 #include "imaging/pixels/picture.h"
+#include "imaging/pixels/pixel_space.h"
 
 namespace quillon::imaging {
 
@@ -14,9 +14,9 @@ namespace quillon::imaging {
 // The edge of the picture is antialiased. The rest of the canvas is filled with colour, opaque.
 vips::VImage Turned(const vips::VImage& pixels, double angle, base::Colour colour);
 
-// Rotates and mirrors the pixels as an EXIF orientation, 1..8, says, so that they are upright.
-// The pixels are computed first, into memory or, above the limit, into an unnamed file in $TMPDIR.
-vips::VImage Oriented(const vips::VImage& pixels, int orientation, const Limits& limits = {});
+// Rotates and mirrors the pixels as an EXIF orientation, 1..8, says, so that they are upright. Any other number changes
+// nothing. If they have to be changed they are computed first, as MaterializeHuge does, which returns the errors.
+host::Status MakeUpright(vips::VImage& pixels, int orientation, const PixelSpace& space);
 
 // Resamples to size with a Lanczos kernel of three lobes. Both sides are at least 1.
 // Colours are weighted by alpha, so that transparent pixels do not bleed into their neighbours.

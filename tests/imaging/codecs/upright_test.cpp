@@ -50,6 +50,10 @@ class UprightTest : public ServicesTest {
     const VImage pixels = Load(path).Data()->picture.pixels;
     return FromVips(pixels.extract_band(0, VImage::option()->set("n", 3)));
   }
+  Sheet Upright(VImage pixels, int orientation, const Limits& limits) {
+    EXPECT_TRUE(MakeUpright(pixels, orientation, {world.files, limits}));
+    return FromVips(pixels);
+  }
   void ExpectShown(const std::string& name, int orientation) {
     EXPECT_EQ(ColoursOf(Path(name)), Letters(kShown[orientation - 1])) << name << " " << orientation;
   }
@@ -62,11 +66,12 @@ TEST_F(UprightTest, PixelsAreTurnedAsTheOrientationSays) {
   const VImage stored = ToVips(Letters(kShown[0]));
   for (int orientation = 1; orientation <= 8; ++orientation) {
     const Sheet shown = Letters(kShown[orientation - 1]);
-    EXPECT_EQ(FromVips(Oriented(stored, orientation)), shown) << orientation;
-    // Pixels beyond the limit of memory are held on disk.
-    EXPECT_EQ(FromVips(Oriented(stored, orientation, {.memory = 5})), shown) << orientation;
+    EXPECT_EQ(Upright(stored, orientation, {}), shown) << orientation;
+    // Large pixels, and those beyond the limit of memory, are held on disk.
+    EXPECT_EQ(Upright(stored, orientation, {.pixelsInMemory = 5}), shown) << orientation;
+    EXPECT_EQ(Upright(stored, orientation, {.memory = 5}), shown) << orientation;
   }
-  for (const int orientation : {0, 9, -1}) EXPECT_EQ(FromVips(Oriented(stored, orientation)), Letters(kShown[0]));
+  for (const int orientation : {0, 9, -1}) EXPECT_EQ(Upright(stored, orientation, {}), Letters(kShown[0]));
 }
 
 TEST_F(UprightTest, GifAndBmpAreUprightHoweverTheyAreMade) {

@@ -15,6 +15,7 @@ namespace {
 using namespace testing;
 using host::testing::DiskCall;
 using host::testing::Fault;
+using vips::VImage;
 
 constexpr base::Size kSize{331, 207};
 
@@ -68,6 +69,21 @@ TEST_F(LargePictureTest, TurnsAreTheSame) {
         if (Status turned = with.RotateImage(image, angle, {0x3060A0}); !turned) return turned;
         return with.SaveByType(image, Path("out"), "tif", {});
       });
+    }
+  }
+}
+
+// These formats have no orientation, so that the pixels are turned.
+TEST_F(LargePictureTest, GifAndBmpOfATurnedPictureAreTheSame) {
+  VImage photo = ToVips(PhotoLike(kSize.width, kSize.height, 3)).copy();
+  for (const int orientation : {2, 3, 5, 6, 8}) {
+    photo.set(VIPS_META_ORIENTATION, orientation);
+    photo.tiffsave(Path("turned.tif").c_str());
+    CropRequest crop{.source = Path("turned.tif"), .destination = Path("out"), .rect = {-3, 8, 320, 190}};
+    for (const Encoder encoder : {Encoder::Bmp, Encoder::Gif}) {
+      SCOPED_TRACE(std::to_string(orientation) + " " + std::to_string(static_cast<int>(encoder)));
+      crop.encoder = encoder;
+      ExpectSame([&](Services& with) { return with.CropToFile(crop); });
     }
   }
 }
