@@ -111,6 +111,7 @@ class Services {
   Status CropToFile(const CropRequest& request);
   // Decodes the picture at path for several cuts into files of that type. Nothing is decoded if exactly the work cuts,
   // crops of that picture, was prefetched. Waits for it as PopPrefetched does; a stop request ends the wait (Stopped).
+  // Of a large JPEG only what cuts use is kept, unless cuts is empty. Any other crop decodes the picture again.
   Status OpenForCuts(const std::string& path, Encoder encoder, CutSource& out, const FileWork& cuts = {});
   // Makes a crop from a source that was opened for this file. The result has the same bytes as that of the other
   // CropToFile, which is called if the file has changed, another type is wanted or the request was not prefetched.
