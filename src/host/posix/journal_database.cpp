@@ -5,12 +5,12 @@
 #include <fcntl.h>
 #include <unistd.h>
 
-#include <cerrno>
 #include <cstdint>
 #include <filesystem>
 #include <string_view>
 
 #include "host/journal.h"
+#include "host/posix/repeat.h"
 
 namespace quillon::host::posix {
 namespace {
@@ -96,15 +96,14 @@ Database OpenAt(const std::string& path, const std::string& job) {
 // Creates an empty file that only the user can read, so that SQLite does not create one for everybody. Returns false if
 // there was a file.
 bool Create(const std::string& path) {
-  const int file = open(path.c_str(), O_RDWR | O_CREAT | O_EXCL | O_CLOEXEC, S_IRUSR | S_IWUSR);
+  const int file = Repeat([&] { return open(path.c_str(), O_RDWR | O_CREAT | O_EXCL | O_CLOEXEC, S_IRUSR | S_IWUSR); });
   if (file >= 0) close(file);
   return file >= 0;
 }
 
 bool WriteAll(int file, std::string_view bytes) {
   while (!bytes.empty()) {
-    const ssize_t written = write(file, bytes.data(), bytes.size());
-    if (written < 0 && errno == EINTR) continue;
+    const ssize_t written = Repeat([&] { return write(file, bytes.data(), bytes.size()); });
     if (written <= 0) return false;
     bytes.remove_prefix(static_cast<std::size_t>(written));
   }
@@ -149,10 +148,11 @@ std::string EmptyDatabase(const std::string& job) {
 bool CreateWhole(const std::string& path, const std::string& job) {
   std::error_code error;
   if (fs::exists(path, error)) return false;
-  const int file = open(fs::path(path).parent_path().c_str(), O_TMPFILE | O_RDWR | O_CLOEXEC, S_IRUSR | S_IWUSR);
+  const std::string folder = fs::path(path).parent_path();
+  const int file = Repeat([&] { return open(folder.c_str(), O_TMPFILE | O_RDWR | O_CLOEXEC, S_IRUSR | S_IWUSR); });
   if (file < 0) return Create(path);
   const std::string bytes = EmptyDatabase(job);
-  const bool whole = !bytes.empty() && WriteAll(file, bytes) && fsync(file) == 0;
+  const bool whole = !bytes.empty() && WriteAll(file, bytes) && Repeat([&] { return fsync(file); }) == 0;
   const std::string unnamed = "/proc/self/fd/" + std::to_string(file);
   const bool named = whole && linkat(AT_FDCWD, unnamed.c_str(), AT_FDCWD, path.c_str(), AT_SYMLINK_FOLLOW) == 0;
   close(file);

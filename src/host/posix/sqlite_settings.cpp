@@ -11,6 +11,7 @@
 
 #include "base/path_text.h"
 #include "host/posix/environment.h"
+#include "host/posix/repeat.h"
 
 namespace quillon::host::posix {
 namespace {
@@ -60,8 +61,10 @@ void Bind(sqlite3_stmt* statement, int place, const std::string& text) {
 class RepairLock {
  public:
   explicit RepairLock(const std::string& folder)
-      : handle_(open(base::JoinPath(folder, "settings.lock").c_str(), O_RDWR | O_CREAT | O_CLOEXEC, 0600)) {
-    if (handle_ >= 0) flock(handle_, LOCK_EX);
+      : handle_(Repeat([path = base::JoinPath(folder, "settings.lock")] {
+          return open(path.c_str(), O_RDWR | O_CREAT | O_CLOEXEC, 0600);
+        })) {
+    if (handle_ >= 0) Repeat([this] { return flock(handle_, LOCK_EX); });
   }
   ~RepairLock() {
     if (handle_ >= 0) close(handle_);
