@@ -69,9 +69,11 @@ bool DefineSum(sqlite3* database, const std::string& job) {
 
 enum class State { Ours, Gone, Damaged, OutOfReach };
 
+// SQLITE_ERROR: SQLite does not know the format that the header names, or the tables are not those of a journal.
 State StateOf(sqlite3* database) {
   const int why = database ? sqlite3_errcode(database) & 0xFF : SQLITE_CANTOPEN;
-  return why == SQLITE_NOTADB || why == SQLITE_CORRUPT ? State::Damaged : State::OutOfReach;
+  const bool damaged = why == SQLITE_NOTADB || why == SQLITE_CORRUPT || why == SQLITE_ERROR;
+  return damaged ? State::Damaged : State::OutOfReach;
 }
 
 // Gone: removed by another process while waiting for the lock. OutOfReach: locked by another process, or not

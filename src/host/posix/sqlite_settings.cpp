@@ -32,6 +32,10 @@ constexpr const char* kSet =
 
 bool Damaged(int result) { return (result & 0xFF) == SQLITE_CORRUPT || (result & 0xFF) == SQLITE_NOTADB; }
 
+// Returns true if a database cannot be opened for good. SQLITE_ERROR: SQLite does not know the format that the header
+// names, or the table is not that of the settings.
+bool Unusable(int result) { return Damaged(result) || (result & 0xFF) == SQLITE_ERROR; }
+
 std::string UserFolder() { return base::JoinPath(BaseFolder("XDG_CONFIG_HOME", ".config"), "quillon"); }
 
 int Run(sqlite3* database, const char* statement) {
@@ -120,10 +124,10 @@ SqliteSettings::~SqliteSettings() {
 }
 
 void SqliteSettings::OpenOrReplace() {
-  if (!Damaged(Open())) return;
+  if (!Unusable(Open())) return;
   const RepairLock lock(folder_);
   // Another program may have replaced it before this one got the lock.
-  if (!Damaged(Open())) return;
+  if (!Unusable(Open())) return;
   SetAside();
   Open();
 }
@@ -138,9 +142,10 @@ int SqliteSettings::Open() {
   const std::string path = base::JoinPath(folder_, kDatabase);
   const int result = Open(path, SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE);
   writable_ = result == SQLITE_OK;
-  if (writable_ || Damaged(result)) return result;
+  if (writable_ || Unusable(result)) return result;
   // If the folder is not writable, the stored values can still be read. An immutable database needs no file beside it.
-  return Open("file:" + base::PercentEncoded(path) + "?immutable=1", SQLITE_OPEN_READONLY | SQLITE_OPEN_URI);
+  const std::string immutable = "file:" + base::PercentEncoded(path) + "?immutable=1";
+  return Open(immutable, SQLITE_OPEN_READONLY | SQLITE_OPEN_URI) == SQLITE_OK ? SQLITE_OK : result;
 }
 
 int SqliteSettings::Open(const std::string& place, int flags) {
@@ -164,7 +169,7 @@ int SqliteSettings::Prepare() {
   Run(database, "PRAGMA synchronous = NORMAL");
   // This fails for a read-only database, which has its table already.
   const int made = Run(database, kTable);
-  if (Damaged(made)) return made;
+  if (made != SQLITE_OK && (made & 0xFF) != SQLITE_READONLY) return made;
   sqlite3_stmt* statement = nullptr;
   int result = sqlite3_prepare_v3(database, kGet, -1, SQLITE_PREPARE_PERSISTENT, &statement, nullptr);
   get_.reset(statement);
