@@ -163,14 +163,22 @@ bool CreateWhole(const std::string& path, const std::string& job) {
 
 enum class Found { Created, Existing };
 
-// Checks that the database belongs to the job and that all records fit. A wrong byte in a key would also lead searches
-// for other records astray, so a database with a single record that does not fit is replaced as a whole.
+// Returns false for a database in which records that are stored might not be found again. A quick check would not find
+// records that are out of order.
+bool Sound(sqlite3* database) {
+  const Statement check = Prepare(database, "PRAGMA integrity_check(1)");
+  return check && ValueOf(check.get()) == "ok";
+}
+
+// Checks that the database is sound and belongs to the job, and that all records fit. A wrong byte in a key would also
+// lead searches for other records astray, so a database with a single record that does not fit is replaced as a whole.
 State Check(sqlite3* database, const std::string& job, Found found) {
   const Statement text = Prepare(database, "SELECT text FROM job");
   if (!text || ValueOf(text.get()) != job) {
     if (found == Found::Existing) return State::Damaged;
     return WriteJob(database, job) ? State::Ours : StateOf(database);
   }
+  if (found == Found::Existing && !Sound(database)) return State::Damaged;
   const Statement unfit = Prepare(database, kAnyUnfit);
   const int step = unfit ? sqlite3_step(unfit.get()) : SQLITE_ERROR;
   if (step == SQLITE_ROW) return State::Damaged;

@@ -45,7 +45,7 @@ int Run(sqlite3* database, const char* statement) {
 // Returns SQLITE_CORRUPT if the integrity check of the database fails.
 int Check(sqlite3* database) {
   sqlite3_stmt* check = nullptr;
-  int result = sqlite3_prepare_v2(database, "PRAGMA quick_check(1)", -1, &check, nullptr);
+  int result = sqlite3_prepare_v2(database, "PRAGMA integrity_check(1)", -1, &check, nullptr);
   if (result == SQLITE_OK) {
     const int step = sqlite3_step(check);
     const unsigned char* report = step == SQLITE_ROW ? sqlite3_column_text(check, 0) : nullptr;
