@@ -73,6 +73,10 @@ function(quillon_test folder)
   # Optimised test code would cost most of the build and save next to nothing of the run.
   target_compile_options(${name} PRIVATE -O0)
   target_link_libraries(${name} PRIVATE ${ARG_DEPENDS} GTest::gmock GTest::gtest GTest::gtest_main)
+  if(QUILLON_THREAD_SANITIZE)
+    target_sources(${name} PRIVATE ${CMAKE_SOURCE_DIR}/tests/hidden_locks.cpp)
+    target_link_libraries(${name} PRIVATE ${CMAKE_DL_LIBS})
+  endif()
   set(suites ${CMAKE_CURRENT_BINARY_DIR}/${name}_suites.cmake)
   file(GENERATE OUTPUT ${suites}
     CONTENT "set(program $<TARGET_FILE:${name}>)\nset(folder ${folder})\ninclude(${CMAKE_SOURCE_DIR}/cmake/ListSuites.cmake)\n")

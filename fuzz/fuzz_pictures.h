@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <cstddef>
+#include <cstdio>
 #include <cstdlib>
 #include <vector>
 
@@ -14,8 +15,10 @@
 namespace quillon::fuzz {
 
 // Ends the fuzzer with a crash report unless the condition holds.
-inline void Require(bool holds) {
-  if (!holds) std::abort();
+inline void Require(bool holds, int line = __builtin_LINE()) {
+  if (holds) return;
+  std::fprintf(stderr, "The condition in line %d does not hold.\n", line);
+  std::abort();
 }
 
 // Limits that are small enough for many pictures a second.

@@ -50,7 +50,11 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   const std::string block = imaging::ExifOfTiff(*bytes);
   if (block.empty()) return 0;
   Require(!imaging::CutExif(block, {7, 7}, 96).empty());
-  imaging::MemoryBytes again(block);
-  Require(imaging::ExifOfTiff(again) == block);
+  // The values of a directory that is not sorted may have another order the second time.
+  imaging::MemoryBytes first(block);
+  const std::string sorted = imaging::ExifOfTiff(first);
+  Require(sorted.size() == block.size());
+  imaging::MemoryBytes second(sorted);
+  Require(imaging::ExifOfTiff(second) == sorted);
   return 0;
 }

@@ -37,10 +37,14 @@ void ManualSteps::Turn() {
   pressing_ = false;
 }
 
-// A disabled button does nothing; the event is reported and the picture goes on all the same.
+// A disabled button does nothing; the event is reported and the picture goes on all the same. A user would see that a
+// turn has failed; here the run passes the picture over, because it has no path any more.
 void ManualSteps::Press(const std::string& picture, const std::string& button) {
   reporter_.Report(FrameEvent(picture, button));
   if (controls::Control* control = program_.fCutPre.Find(button)) static_cast<void>(control->UserClick());
+  if (frame_.LastTurn()) return;
+  program_.flags.CurrentImagePath.clear();
+  program_.flags.ManualStepDone = true;
 }
 
 }  // namespace quillon::cli

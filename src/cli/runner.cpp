@@ -19,6 +19,8 @@ using controls::Control;
 using controls::Kind;
 
 constexpr std::size_t kNearest = 3;  // suggestions for a name that does not exist
+constexpr const char* kRegionRun = "FMultCut.CmdOk";
+constexpr const char* kWatch = "FCutTime.CmdDo";
 constexpr const char* kOnlyInputFolder = "已启用“超大容量”，只处理输入目录中的文件";
 
 std::string Joined(const std::vector<std::string>& names) {
@@ -36,6 +38,9 @@ bool CanBeClicked(const Control& control) {
 }
 
 }  // namespace
+
+// What a click starts if nothing keeps it from starting.
+enum class Runner::Starts { Nothing, Run, Watch };
 
 Runner::Runner(job::Program& program, RunListener& listener, Reporter& reporter, Stopping stopping)
     : program_(program), listener_(listener), reporter_(reporter), stopping_(std::move(stopping)) {}
@@ -143,16 +148,24 @@ std::string Runner::Click(Control& control) {
     grid->DoubleClick();
     return {};
   }
-  const bool startsRun = control.Parent() == &program_.form1.MenuCut && &control != &program_.form1.MenuStop;
+  const Starts starts = StartedBy(control);
+  const bool startsRun = starts == Starts::Run;
   if (startsRun && AllInOtherShards()) return {};
   if (startsRun && program_.flags.LargeCapacityMode) ReportListIgnored();
   // A click that is accepted may still start no run, for example after a box about a missing output folder.
   const std::size_t runs = listener_.RunsStarted();
   reporter_.ClearLastBox();
   const controls::EditResult result = control.UserClick();
-  if (result.Accepted() && startsRun && listener_.RunsStarted() == runs && !Stopped()) ReportRunNotStarted();
+  const bool started = starts == Starts::Nothing || listener_.RunsStarted() > runs;
+  if (result.Accepted() && !started && !Stopped()) ReportNotStarted(starts);
   if (startsRun) rowsReported_ = program_.files.RowCount();
   return result.refusal;
+}
+
+Runner::Starts Runner::StartedBy(const Control& control) const {
+  if (control.FullName() == kWatch) return Starts::Watch;
+  const bool inMenu = control.Parent() == &program_.form1.MenuCut && &control != &program_.form1.MenuStop;
+  return inMenu || control.FullName() == kRegionRun ? Starts::Run : Starts::Nothing;
 }
 
 // True if files were named, but all of them belong to other shards. Then the click has nothing to do, and that is no
@@ -169,14 +182,16 @@ void Runner::ReportListIgnored() {
   }
 }
 
-// Reports every listed file as left without output, because the run did not start; the reason is the last box.
-void Runner::ReportRunNotStarted() {
+// Reports every listed file as left without output, because the run did not start; the reason is the last box. A watch
+// does not cut the list.
+void Runner::ReportNotStarted(Starts what) {
   const std::string box = reporter_.LastBox();
   const std::string why = "裁剪没有开始" + (box.empty() ? box : "：" + box);
   outcome_.notes.push_back(why);
   const std::size_t rows = program_.files.RowCount();
-  runNotStarted_ = runNotStarted_ || rows > 0 || program_.flags.LargeCapacityMode;
-  if (program_.flags.LargeCapacityMode) return;  // ReportListIgnored() has reported the rows
+  const bool watch = what == Starts::Watch;
+  runNotStarted_ = runNotStarted_ || watch || rows > 0 || program_.flags.LargeCapacityMode;
+  if (watch || program_.flags.LargeCapacityMode) return;  // ReportListIgnored() has reported the rows
   for (std::size_t row = 0; row < rows; ++row) {
     listener_.ReportFile({row + 1, program_.files.Row(row).Path(), "", job::Result::None, why});
   }

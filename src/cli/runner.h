@@ -35,6 +35,8 @@ class Runner {
   Outcome Perform(const Plan& plan);
 
  private:
+  enum class Starts;
+
   // These return "" on success, else a Chinese sentence for the user.
   std::string CheckNames(const Plan& plan) const;
   std::string CheckStep(const Step& step) const;
@@ -48,7 +50,8 @@ class Runner {
   void Admit();
   void ReportUnlisted(const std::vector<std::string>& named, job::Result result);
   void ReportListIgnored();
-  void ReportRunNotStarted();
+  Starts StartedBy(const controls::Control& control) const;
+  void ReportNotStarted(Starts what);
   bool AllInOtherShards() const;
   bool Stopped() const;
   void PrintAll();
@@ -61,7 +64,7 @@ class Runner {
   std::vector<std::string> pendingFiles_;  // files and folders that are not in the list yet
   Outcome outcome_;
   std::size_t rowsReported_ = 0;  // the first rows of the list, up to this number, have their file event
-  bool runNotStarted_ = false;    // a click should have started a run with files, and none started
+  bool runNotStarted_ = false;    // a click should have started a watch or a run with files, and none started
 };
 
 }  // namespace quillon::cli

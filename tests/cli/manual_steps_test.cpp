@@ -5,6 +5,8 @@
 
 #include <gtest/gtest.h>
 
+#include <cerrno>
+
 #include "cli/world.h"
 
 namespace quillon::cli {
@@ -63,6 +65,23 @@ TEST_F(ManualStepsTest, AZoomedPictureIsAnsweredByItsName) {
     EXPECT_EQ(event.Text("title").find("Tmp"), std::string::npos) << event.Text("title");
   }
   EXPECT_LT(HeightOf("a.jpg"), HeightOf("b.jpg"));
+}
+
+// Nobody sees that it is not turned.
+TEST_F(ManualStepsTest, APictureThatCannotBeTurnedIsNotCut) {
+  world_.answers = {{"b.jpg", "CmdRot90", ""}, {"b.jpg", "CmdNext", ""}, {"确定旋转", "Yes", ""}};
+  world_.onTurn = [this] { manual_.Turn(); };
+  world_.test.faults.Set({.call = host::testing::DiskCall::OpenNew, .error = EIO, .pathHolds = "Tmp.jpg"});
+  const std::vector<std::string> files{world_.Picture("a.jpg"), world_.Picture("b.jpg"), world_.Picture("c.jpg")};
+  const std::string before = world_.test.folder.Read("b.jpg");
+  const Outcome outcome = world_.Perform({World::Set("ChOver", "1"), World::Percent(), World::Set("TCutValue(3)", "50"),
+                                          World::Open("FBaseOpt"), World::Set("FBaseOpt.ChMamal", "1"),
+                                          World::Files(files), World::Click("menuNormalCut")});
+  EXPECT_EQ(outcome.exit, Exit::SomeWithout);
+  EXPECT_EQ(world_.FileResults(), (std::vector<std::string>{"a.jpg written", "b.jpg none", "c.jpg written"}));
+  EXPECT_EQ(world_.recorder.Of(EventKind::File).at(1).Text("why").rfind("图片没能旋转，这一张没有裁剪：", 0), 0u);
+  EXPECT_EQ(Pressed(), (std::vector<std::string>{"CmdNext", "CmdRot90", "CmdNext"}));
+  EXPECT_EQ(world_.test.folder.Read("b.jpg"), before);
 }
 
 TEST_F(ManualStepsTest, ButtonsAreNamesOfAnswers) {

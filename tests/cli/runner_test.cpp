@@ -5,6 +5,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <cerrno>
+
 #include "cli/world.h"
 
 namespace quillon::cli {
@@ -305,6 +307,49 @@ TEST(Runner, ARunThatDoesNotBeginLeavesItsFilesWithout) {
   const auto dialogs = world.recorder.Of(EventKind::Dialog);
   ASSERT_EQ(dialogs.size(), 1u);
   EXPECT_EQ(dialogs[0].Text("kind"), "folder");
+}
+
+TEST(Runner, ARegionRunThatDoesNotBeginLeavesItsFilesWithout) {
+  World world;
+  const std::string a = world.Picture("a.bmp");
+  const Outcome outcome = world.Perform({World::Percent(), World::Open("FMultCut"), World::Click("FMultCut.CmdAdd"),
+                                         World::Set("TCutValue(0)", "10"), World::Click("FMultCut.CmdAdd"),
+                                         World::Files({a}), World::Click("FMultCut.CmdOk")});
+  EXPECT_EQ(outcome.exit, Exit::SomeWithout);
+  EXPECT_EQ(world.FileResults(), (Texts{"a.bmp none"}));
+  EXPECT_THAT(outcome.notes, ElementsAre(HasSubstr("裁剪没有开始：输出目录")));
+}
+
+TEST(Runner, AWatchThatDoesNotBeginIsAFailure) {
+  for (const bool unreadable : {false, true}) {
+    World world;
+    const std::string watched = world.test.folder.Path("watched");
+    const std::string listed = world.Picture("a.bmp");
+    if (unreadable) world.Picture("watched/b.bmp");
+    const std::vector<Step> steps{World::Percent(), World::Open("FCutTime"), World::Set("FCutTime.LDir", watched),
+                                  World::Files({listed}), World::Click("FCutTime.CmdDo")};
+    if (unreadable) {
+      world.test.faults.Set({.call = host::testing::DiskCall::Stat,
+                             .error = EIO,
+                             .length = host::testing::Fault::Length::ForEver,
+                             .pathHolds = "watched"});
+    }
+    const Outcome outcome = world.Perform(steps);
+    EXPECT_EQ(outcome.exit, Exit::SomeWithout) << unreadable;
+    EXPECT_THAT(outcome.notes, ElementsAre(HasSubstr("裁剪没有开始：工作目录不存在"))) << unreadable;
+    EXPECT_TRUE(world.FileResults().empty()) << "a watch does not cut the list";
+  }
+}
+
+TEST(Runner, AWatchThatWasStoppedHasBegun) {
+  World world;
+  world.test.folder.Write("watched/.keep", "");
+  world.onTurn = [&] { world.stopping = true; };
+  const Outcome outcome =
+      world.Perform({World::Percent(), World::Open("FCutTime"),
+                     World::Set("FCutTime.LDir", world.test.folder.Path("watched")), World::Click("FCutTime.CmdDo")});
+  EXPECT_EQ(outcome.exit, Exit::Stopped);
+  EXPECT_TRUE(outcome.notes.empty());
 }
 
 TEST(Runner, ADialogReturnsItsAnswer) {

@@ -15,6 +15,7 @@
 #include "helpers/runtime/child.h"
 #include "helpers/runtime/helper.h"
 #include "helpers/runtime/sandbox.h"
+#include "host/testing/test_host.h"
 
 namespace quillon::helpers {
 namespace {
@@ -114,6 +115,26 @@ TEST(Runtime, LetsNoExceptionOut) {
       return RunHelper("X", 1, arguments, work) == 1;
     }));
   }
+}
+
+TEST(Runtime, FailsIfWhatItSavedDoesNotReachTheDisk) {
+  host::testing::TestHost world;
+  Helper helper(world.host, {world.folder.Path("made")});
+  const Work save = [](Helper& of) { return of.Files().Save(of.Parameters(), "content"); };
+  const Work saveAndFail = [](Helper& of) {
+    const host::Status saved = of.Files().Save(of.Parameters(), "content");
+    return saved ? UsageError("too late") : saved;
+  };
+  for (const Work work : {save, saveAndFail}) {
+    world.faults.Set({.call = host::testing::DiskCall::Sync, .error = EIO, .pathHolds = "made"});
+    const host::Status done = Perform(helper, work);
+    EXPECT_FALSE(done);
+    EXPECT_EQ(done.Why().starts_with("输出文件没有写到磁盘上："), work == save) << done.Why();
+    EXPECT_FALSE(world.folder.Exists("made"));
+    world.faults.Clear();
+  }
+  EXPECT_TRUE(Perform(helper, save));
+  EXPECT_TRUE(world.folder.Exists("made"));
 }
 
 TEST(Runtime, SharesTheSettingsOfItsProgramFolder) {

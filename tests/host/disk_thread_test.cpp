@@ -4,10 +4,10 @@
 
 #include <gtest/gtest.h>
 
+#include <atomic>
 #include <condition_variable>
 #include <memory>
 #include <mutex>
-#include <optional>
 #include <thread>
 #include <vector>
 
@@ -163,7 +163,7 @@ TEST_F(DiskThreadTest, ACallThatReturnsLateIsNotAbandoned) {
 }
 
 TEST_F(DiskThreadTest, AnAbandonedWorkIsStoppedAndAnotherThreadServes) {
-  const auto late = std::make_shared<std::optional<bool>>();
+  const auto late = std::make_shared<std::atomic<bool>>(false);
   const Status given = thread.Run([gate = gate, late](const DiskThread::Job& job) {
     {
       const DiskCalls::Scope scope(&job.calls);
@@ -179,7 +179,7 @@ TEST_F(DiskThreadTest, AnAbandonedWorkIsStoppedAndAnotherThreadServes) {
   }));
   gate->Open();
   while (gate.use_count() > 1) std::this_thread::yield();
-  EXPECT_EQ(*late, true);
+  EXPECT_TRUE(*late);
 }
 
 TEST_F(DiskThreadTest, ATurnOfTheWindowMayRunWorkOfItsOwn) {

@@ -16,12 +16,15 @@
 
 #include <MediaInfo/MediaInfo.h>
 
+#include "host/posix/repeat.h"
+
 namespace quillon::helpers {
 namespace {
 
 using namespace std::string_view_literals;
 using host::Problem;
 using host::Status;
+using host::posix::Repeat;
 
 constexpr std::size_t kBlock = std::size_t{32} * 1024;
 constexpr std::size_t kAllDone = 8;  // bit of Open_Buffer_Continue's result: it needs no more bytes
@@ -78,7 +81,7 @@ struct MediaInfoReport::Parts {
   // MediaInfo does not recognise every kind by itself if it gets a file in blocks.
   void ChooseParser(int file) {
     std::array<char, 8> begin{};
-    const ssize_t count = pread(file, begin.data(), begin.size(), 0);
+    const ssize_t count = Repeat([&] { return pread(file, begin.data(), begin.size(), 0); });
     const std::wstring wanted = ParserFor({begin.data(), static_cast<std::size_t>(std::max<ssize_t>(count, 0))});
     if (wanted == parser) return;
     parser = wanted;
@@ -93,10 +96,9 @@ struct MediaInfoReport::Parts {
     info.Open_Buffer_Init(static_cast<std::uint64_t>(length), 0);
     off_t at = 0;
     for (int seeks = 0;;) {
-      const ssize_t count = pread(file, block.data(), block.size(), at);
-      if (count < 0 && errno != EINTR) return Status::FromErrno(errno);
+      const ssize_t count = Repeat([&] { return pread(file, block.data(), block.size(), at); });
+      if (count < 0) return Status::FromErrno(static_cast<int>(-count));
       if (count == 0) break;
-      if (count < 0) continue;
       at += count;
       if (info.Open_Buffer_Continue(block.data(), static_cast<std::size_t>(count)) & kAllDone) break;
       const std::uint64_t go = info.Open_Buffer_Continue_GoTo_Get();

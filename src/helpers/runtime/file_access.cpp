@@ -18,6 +18,7 @@
 
 #include "base/path_text.h"
 #include "host/posix/environment.h"
+#include "host/posix/repeat.h"
 
 // Landlock is the kernel's way for a process to give up rights to files. A set of rules names the kinds of access that
 // it handles; once it is enforced, each of them is refused unless a rule allows it for the file or for a folder above
@@ -26,6 +27,7 @@
 namespace quillon::helpers {
 namespace {
 
+using host::posix::Repeat;
 using Rights = std::uint64_t;
 
 // Of later versions than some systems declare in their headers.
@@ -124,10 +126,10 @@ std::string FindProgram(const std::string& name) {
 
 // Returns the first bytes of a file, "" if it cannot be read.
 std::string HeadOf(const std::string& path) {
-  const int file = open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK);
+  const int file = Repeat([&] { return open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK); });
   if (file < 0) return "";
   std::string head(4096, '\0');
-  const ssize_t count = read(file, head.data(), head.size());
+  const ssize_t count = Repeat([&] { return read(file, head.data(), head.size()); });
   close(file);
   head.resize(count > 0 ? static_cast<std::size_t>(count) : 0);
   return head;

@@ -30,6 +30,14 @@ host::Status Guarded(Helper& helper, Work work) {
   }
 }
 
+// Returns a failure if something that the helper saved did not reach the disk. Its file was removed then.
+host::Status Flushed(host::Files& files) {
+  const std::vector<host::LateFailure> lost = files.Flush();
+  if (lost.empty()) return host::Status::Ok();
+  const host::Status& first = lost.front().status;
+  return {first.GetProblem(), "输出文件没有写到磁盘上：" + first.Why()};
+}
+
 }  // namespace
 
 std::vector<std::string> Fields(std::string_view text) {
@@ -106,6 +114,12 @@ void LogError(const char* name, const std::string& why) { std::fprintf(stderr, "
 
 host::Status UsageError(const std::string& why) { return {host::Problem::Other, "参数错误：" + why}; }
 
+host::Status Perform(Helper& helper, Work work) {
+  const host::Status done = Guarded(helper, work);
+  const host::Status flushed = Flushed(helper.Files());
+  return done ? flushed : done;
+}
+
 int RunHelper(const char* name, int count, char** arguments, Work work, const Permissions& permissions) {
   std::vector<std::string> texts(arguments + (count > 0), arguments + count);
   if (texts == std::vector<std::string>{"--version"}) {
@@ -122,7 +136,7 @@ int RunHelper(const char* name, int count, char** arguments, Work work, const Pe
   }
   HeadlessHost world(folder);
   Helper helper(world.Host(), std::move(texts));
-  const host::Status done = Guarded(helper, work);
+  const host::Status done = Perform(helper, work);
   if (!done) LogError(name, done.Why());
   return done ? 0 : 1;
 }

@@ -76,8 +76,11 @@ host::Status UsageError(const std::string& why);
 
 using Work = host::Status (*)(Helper& helper);
 
-// The main function of a helper: answers --version, applies the sandbox, runs work and catches all exceptions. Failures
-// are logged to the error output. Returns the exit code: 0 for success, 1 for failure.
+// Runs work and waits until everything that it saved is on the disk. Fails if either fails; exceptions are failures.
+host::Status Perform(Helper& helper, Work work);
+
+// The main function of a helper: answers --version, applies the sandbox and performs work. Failures are logged to the
+// error output. Returns the exit code: 0 for success, 1 for failure.
 int RunHelper(const char* name, int count, char** arguments, Work work, const Permissions& permissions = {});
 
 }  // namespace quillon::helpers

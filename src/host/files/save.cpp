@@ -15,6 +15,7 @@
 #include "host/files/files.h"
 #include "host/files/paths.h"
 #include "host/files/sync_queue.h"
+#include "host/files/trash.h"
 
 // How a file is saved, so that a crash at any moment leaves either the old or the new file complete:
 //
@@ -406,13 +407,18 @@ Status Files::Replace(DiskDraft& draft, const DiskTarget& target, const SaveOpti
     if (const int synced = disk_.Sync(draft.Handle()); synced < 0) return Status::FromErrno(-synced);
   }
   if (control.stop.stop_requested()) return Stopped();
+  Trashed trashed;
   if (options.replacedToTrash) {
     const DiskCalls::Scope scope(control.calls);
-    const Status gone = Discard(target.path);
+    const Status gone = PutIntoTrash(disk_, *syncs_, target.path, trashed);
     if (!gone) return {gone.GetProblem(), "已有同名文件，没能移入回收站，未覆盖：" + gone.Why()};
   }
   int handle = -1;
-  if (Status placed = draft.Place(target.path, DiskDraft::Target::Replace, handle); !placed) return placed;
+  if (Status placed = draft.Place(target.path, DiskDraft::Target::Replace, handle); !placed) {
+    const DiskCalls::Scope scope(control.calls);
+    if (options.replacedToTrash) TakeOutOfTrash(disk_, trashed);
+    return placed;
+  }
   // After a successful sync, closing cannot report a new error.
   disk_.Close(handle);
   // After a crash either the old or the new file is found, and both are complete. The folder can be synced later.

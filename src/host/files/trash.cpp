@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "base/path_text.h"
+#include "host/files/file_stamp.h"
 #include "host/files/paths.h"
 
 namespace quillon::host {
@@ -105,8 +106,15 @@ int WriteAll(Disk& disk, int handle, std::string_view text) {
   return 0;
 }
 
+enum class Way { Rename, LinkIfPossible };
+
+int Carry(Disk& disk, Way way, const std::string& path, const std::string& file) {
+  const int linked = way == Way::LinkIfPossible ? disk.Link(path, file) : -ENOTSUP;
+  return linked == 0 || linked == -EEXIST ? linked : disk.RenameNew(path, file);
+}
+
 // Moves the file into one trash. On failure it stays where it is and no note remains.
-int MoveInto(Disk& disk, SyncQueue& syncs, const Trash& trash, const std::string& path) {
+int MoveInto(Disk& disk, SyncQueue& syncs, const Trash& trash, const std::string& path, Way way, Trashed& trashed) {
   if (const int prepared = Prepare(disk, trash); prepared < 0) return prepared;
   const std::string text =
       "[Trash Info]\nPath=" + base::PercentEncoded(trash.notedPath) + "\nDeletionDate=" + disk.TimeStamp() + "\n";
@@ -120,7 +128,7 @@ int MoveInto(Disk& disk, SyncQueue& syncs, const Trash& trash, const std::string
     if (handle == -EEXIST) continue;
     if (handle < 0) return handle;
     int result = WriteAll(disk, handle, text);
-    if (result == 0) result = disk.RenameNew(path, file);
+    if (result == 0) result = Carry(disk, way, path, file);
     if (result < 0) {
       disk.Remove(note);
       disk.Close(handle);
@@ -130,6 +138,7 @@ int MoveInto(Disk& disk, SyncQueue& syncs, const Trash& trash, const std::string
     syncs.Add(note, handle, SyncQueue::OnFailure::Keep);
     syncs.AddFolderOf(file);
     syncs.AddFolderOf(path);
+    trashed = {path, file, note};
     return 0;
   }
   return -EEXIST;
@@ -149,19 +158,39 @@ Status FindTrashes(Disk& disk, const std::string& path, std::string& real, std::
   return Status::Ok();
 }
 
-}  // namespace
-
-Status MoveToTrash(Disk& disk, SyncQueue& syncs, const std::string& path) {
+Status MoveByWay(Disk& disk, SyncQueue& syncs, const std::string& path, Way way, Trashed& trashed) {
   std::string real;
   std::vector<Trash> trashes;
   if (Status found = FindTrashes(disk, path, real, trashes); !found) return found;
   int result = -ENOENT;
   for (const Trash& trash : trashes) {
-    result = MoveInto(disk, syncs, trash, real);
+    result = MoveInto(disk, syncs, trash, real, way, trashed);
     if (result == 0) return Status::Ok();
   }
   const Status reason = Status::FromErrno(-result);
   return {reason.GetProblem(), "无法移入回收站，文件保留原处（" + reason.Why() + "）"};
+}
+
+}  // namespace
+
+Status MoveToTrash(Disk& disk, SyncQueue& syncs, const std::string& path) {
+  Trashed trashed;
+  return MoveByWay(disk, syncs, path, Way::Rename, trashed);
+}
+
+Status PutIntoTrash(Disk& disk, SyncQueue& syncs, const std::string& path, Trashed& trashed) {
+  return MoveByWay(disk, syncs, path, Way::LinkIfPossible, trashed);
+}
+
+void TakeOutOfTrash(Disk& disk, const Trashed& trashed) {
+  int result = disk.RenameNew(trashed.file, trashed.path);
+  DiskFacts kept;
+  DiskFacts standing;
+  if (result == -EEXIST && disk.StatLink(trashed.file, kept) == 0 && disk.StatLink(trashed.path, standing) == 0 &&
+      SameFile(kept, standing)) {
+    result = disk.Remove(trashed.file);
+  }
+  if (result == 0) disk.Remove(trashed.note);
 }
 
 Status PrepareTrash(Disk& disk, const std::string& path, std::string& trashFolder) {

@@ -5,12 +5,12 @@
 #include <fcntl.h>
 #include <unistd.h>
 
-#include <cerrno>
 #include <cstdint>
 #include <filesystem>
 #include <string_view>
 
 #include "host/journal.h"
+#include "host/posix/repeat.h"
 
 namespace quillon::host::posix {
 namespace {
@@ -69,9 +69,11 @@ bool DefineSum(sqlite3* database, const std::string& job) {
 
 enum class State { Ours, Gone, Damaged, OutOfReach };
 
+// SQLITE_ERROR: SQLite does not know the format that the header names, or the tables are not those of a journal.
 State StateOf(sqlite3* database) {
   const int why = database ? sqlite3_errcode(database) & 0xFF : SQLITE_CANTOPEN;
-  return why == SQLITE_NOTADB || why == SQLITE_CORRUPT ? State::Damaged : State::OutOfReach;
+  const bool damaged = why == SQLITE_NOTADB || why == SQLITE_CORRUPT || why == SQLITE_ERROR;
+  return damaged ? State::Damaged : State::OutOfReach;
 }
 
 // Gone: removed by another process while waiting for the lock. OutOfReach: locked by another process, or not
@@ -96,15 +98,14 @@ Database OpenAt(const std::string& path, const std::string& job) {
 // Creates an empty file that only the user can read, so that SQLite does not create one for everybody. Returns false if
 // there was a file.
 bool Create(const std::string& path) {
-  const int file = open(path.c_str(), O_RDWR | O_CREAT | O_EXCL | O_CLOEXEC, S_IRUSR | S_IWUSR);
+  const int file = Repeat([&] { return open(path.c_str(), O_RDWR | O_CREAT | O_EXCL | O_CLOEXEC, S_IRUSR | S_IWUSR); });
   if (file >= 0) close(file);
   return file >= 0;
 }
 
 bool WriteAll(int file, std::string_view bytes) {
   while (!bytes.empty()) {
-    const ssize_t written = write(file, bytes.data(), bytes.size());
-    if (written < 0 && errno == EINTR) continue;
+    const ssize_t written = Repeat([&] { return write(file, bytes.data(), bytes.size()); });
     if (written <= 0) return false;
     bytes.remove_prefix(static_cast<std::size_t>(written));
   }
@@ -149,10 +150,11 @@ std::string EmptyDatabase(const std::string& job) {
 bool CreateWhole(const std::string& path, const std::string& job) {
   std::error_code error;
   if (fs::exists(path, error)) return false;
-  const int file = open(fs::path(path).parent_path().c_str(), O_TMPFILE | O_RDWR | O_CLOEXEC, S_IRUSR | S_IWUSR);
+  const std::string folder = fs::path(path).parent_path();
+  const int file = Repeat([&] { return open(folder.c_str(), O_TMPFILE | O_RDWR | O_CLOEXEC, S_IRUSR | S_IWUSR); });
   if (file < 0) return Create(path);
   const std::string bytes = EmptyDatabase(job);
-  const bool whole = !bytes.empty() && WriteAll(file, bytes) && fsync(file) == 0;
+  const bool whole = !bytes.empty() && WriteAll(file, bytes) && Repeat([&] { return fsync(file); }) == 0;
   const std::string unnamed = "/proc/self/fd/" + std::to_string(file);
   const bool named = whole && linkat(AT_FDCWD, unnamed.c_str(), AT_FDCWD, path.c_str(), AT_SYMLINK_FOLLOW) == 0;
   close(file);
@@ -161,14 +163,22 @@ bool CreateWhole(const std::string& path, const std::string& job) {
 
 enum class Found { Created, Existing };
 
-// Checks that the database belongs to the job and that all records fit. A wrong byte in a key would also lead searches
-// for other records astray, so a database with a single record that does not fit is replaced as a whole.
+// Returns false for a database in which records that are stored might not be found again. A quick check would not find
+// records that are out of order.
+bool Sound(sqlite3* database) {
+  const Statement check = Prepare(database, "PRAGMA integrity_check(1)");
+  return check && ValueOf(check.get()) == "ok";
+}
+
+// Checks that the database is sound and belongs to the job, and that all records fit. A wrong byte in a key would also
+// lead searches for other records astray, so a database with a single record that does not fit is replaced as a whole.
 State Check(sqlite3* database, const std::string& job, Found found) {
   const Statement text = Prepare(database, "SELECT text FROM job");
   if (!text || ValueOf(text.get()) != job) {
     if (found == Found::Existing) return State::Damaged;
     return WriteJob(database, job) ? State::Ours : StateOf(database);
   }
+  if (found == Found::Existing && !Sound(database)) return State::Damaged;
   const Statement unfit = Prepare(database, kAnyUnfit);
   const int step = unfit ? sqlite3_step(unfit.get()) : SQLITE_ERROR;
   if (step == SQLITE_ROW) return State::Damaged;

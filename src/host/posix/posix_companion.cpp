@@ -10,13 +10,13 @@
 #include <unistd.h>
 
 #include <array>
-#include <cerrno>
 #include <chrono>
 #include <csignal>
 #include <cstring>
 #include <thread>
 
 #include "base/path_text.h"
+#include "host/posix/repeat.h"
 
 namespace quillon::host::posix {
 namespace {
@@ -44,11 +44,7 @@ bool SendHandle(int socket, int handle) {
   head->cmsg_type = SCM_RIGHTS;
   head->cmsg_len = CMSG_LEN(sizeof handle);
   std::memcpy(CMSG_DATA(head), &handle, sizeof handle);
-  ssize_t sent = 0;
-  do {
-    sent = sendmsg(socket, &message, MSG_NOSIGNAL);
-  } while (sent < 0 && errno == EINTR);
-  return sent == 1;
+  return Repeat([&] { return sendmsg(socket, &message, MSG_NOSIGNAL); }) == 1;
 }
 
 class PosixCompanion final : public Companion {
@@ -63,8 +59,8 @@ class PosixCompanion final : public Companion {
   Status Ask(const std::string& path, double seconds, const KeepWaiting& keepWaiting, std::string& answer) override {
     if (!Alive()) return NoAnswer();
     // A pipe under the name would otherwise block until somebody writes to it.
-    const int file = open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK);
-    if (file < 0) return Status::FromErrno(errno);
+    const int file = Repeat([&] { return open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK); });
+    if (file < 0) return Status::FromErrno(-file);
     const bool sent = SendHandle(socket_, file);
     close(file);
     Status status = sent ? Await(Clock::now() + std::chrono::duration<double>(seconds), keepWaiting) : NoAnswer();
@@ -87,10 +83,7 @@ class PosixCompanion final : public Companion {
 
   bool Receive(std::string& answer) const {
     std::array<char, kAnswerMax> packet{};
-    ssize_t count = 0;
-    do {
-      count = recv(socket_, packet.data(), packet.size(), MSG_DONTWAIT);
-    } while (count < 0 && errno == EINTR);
+    const ssize_t count = Repeat([&] { return recv(socket_, packet.data(), packet.size(), MSG_DONTWAIT); });
     if (count <= 0) return false;
     answer.assign(packet.data(), static_cast<std::size_t>(count));
     return true;

@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "host/posix/posix_disk.h"
 
+#include <dirent.h>
 #include <fcntl.h>
 #include <linux/magic.h>
 #include <sys/file.h>
@@ -17,29 +18,17 @@
 #include <cstdio>
 #include <cstdlib>
 #include <ctime>
-#include <filesystem>
 #include <map>
 #include <memory>
 #include <string_view>
 
 #include "host/posix/environment.h"
+#include "host/posix/repeat.h"
 
 namespace quillon::host::posix {
 namespace {
 
-namespace fs = std::filesystem;
-
 constexpr std::int64_t kSecond = 1'000'000'000;
-
-// Returns the result of a call, or minus errno. Repeats the call if a signal interrupted it.
-template <typename Call>
-auto Repeat(Call call) -> decltype(call()) {
-  for (;;) {
-    const auto result = call();
-    if (result >= 0) return result;
-    if (errno != EINTR) return -errno;
-  }
-}
 
 int Result(int returned) { return returned < 0 ? -errno : returned; }
 
@@ -145,10 +134,40 @@ int ReadAttribute(std::string& bytes, Call call) {
   }
 }
 
-FileKind KindOf(const fs::directory_entry& entry) {
-  std::error_code error;
-  if (entry.is_regular_file(error)) return FileKind::File;
-  return entry.is_directory(error) ? FileKind::Folder : FileKind::Other;
+struct CloseFolder {
+  void operator()(DIR* folder) const { closedir(folder); }
+};
+
+// Opens the folder, or returns nullptr and sets errno.
+std::unique_ptr<DIR, CloseFolder> OpenFolder(const std::string& folder) {
+  for (;;) {
+    std::unique_ptr<DIR, CloseFolder> opened(opendir(folder.c_str()));
+    if (opened || errno != EINTR) return opened;
+  }
+}
+
+// Returns the next entry of the folder; nullptr at its end, or with errno set if it cannot be read.
+const dirent* NextEntry(DIR* folder) {
+  for (;;) {
+    errno = 0;
+    const dirent* const entry = readdir(folder);
+    if (entry || errno != EINTR) return entry;
+  }
+}
+
+// Asks the disk about the entry only if the listing itself does not say what it is.
+FolderEntry EntryOf(int folder, const dirent& listed) {
+  FolderEntry entry{listed.d_name, FileKind::Other, listed.d_type == DT_LNK};
+  struct stat info {};
+  if (listed.d_type == DT_UNKNOWN && fstatat(folder, listed.d_name, &info, AT_SYMLINK_NOFOLLOW) == 0) {
+    entry.link = S_ISLNK(info.st_mode);
+  }
+  if (listed.d_type != DT_UNKNOWN && listed.d_type != DT_LNK) {
+    entry.kind = KindOf(DTTOIF(listed.d_type));
+  } else if (fstatat(folder, listed.d_name, &info, 0) == 0) {
+    entry.kind = KindOf(info.st_mode);
+  }
+  return entry;
 }
 
 }  // namespace
@@ -229,16 +248,20 @@ int PosixDisk::Lock(int handle) {
 
 int PosixDisk::Unlock(int handle) { return Result(flock(handle, LOCK_UN)); }
 
-int PosixDisk::StartSync(int handle) { return Result(sync_file_range(handle, 0, 0, SYNC_FILE_RANGE_WRITE)); }
+int PosixDisk::StartSync(int handle) {
+  return Repeat([&] { return sync_file_range(handle, 0, 0, SYNC_FILE_RANGE_WRITE); });
+}
 
 int PosixDisk::Sync(int handle) {
   const int synced = Repeat([&] { return fsync(handle); });
   if (synced < 0) return synced;
   // Network and user-space file systems send the data whenever a handle is closed, and report errors there. Closing a
   // duplicate does that while the original stays open.
-  const int twin = fcntl(handle, F_DUPFD_CLOEXEC, 0);
-  if (twin < 0) return -errno;
-  return Result(close(twin));
+  // A close that a signal interrupts must not be repeated, but another duplicate can be closed.
+  return Repeat([&] {
+    const int twin = fcntl(handle, F_DUPFD_CLOEXEC, 0);
+    return twin < 0 ? twin : close(twin);
+  });
 }
 
 std::vector<int> PosixDisk::SyncAll(const std::vector<int>& handles) {
@@ -301,14 +324,13 @@ int PosixDisk::RealPath(const std::string& path, std::string& real) {
 }
 
 int PosixDisk::List(const std::string& folder, const std::function<bool(const FolderEntry&)>& visit) {
-  std::error_code error;
-  fs::directory_iterator entries(folder, error);
-  for (; !error && entries != fs::directory_iterator(); entries.increment(error)) {
-    std::error_code unknown;
-    const bool link = entries->is_symlink(unknown);
-    if (!visit({entries->path().filename().native(), KindOf(*entries), link})) return 0;
+  const auto entries = OpenFolder(folder);
+  if (!entries) return -errno;
+  while (const dirent* const listed = NextEntry(entries.get())) {
+    const std::string_view name = listed->d_name;
+    if (name != "." && name != ".." && !visit(EntryOf(dirfd(entries.get()), *listed))) return 0;
   }
-  return -error.value();
+  return -errno;
 }
 
 int PosixDisk::MakeFolder(const std::string& path, unsigned mode) { return Result(mkdir(path.c_str(), mode)); }

@@ -11,6 +11,7 @@
 #include <fstream>
 
 #include "base/path_text.h"
+#include "host/posix/repeat.h"
 
 namespace quillon::host::posix {
 namespace {
@@ -26,7 +27,7 @@ PosixInstance::~PosixInstance() {
 bool PosixInstance::Claim() {
   if (handle_ >= 0) return true;
   const std::string path = LockPath(programFolder_);
-  const int handle = open(path.c_str(), O_RDWR | O_CREAT | O_NOFOLLOW | O_CLOEXEC, 0600);
+  const int handle = Repeat([&] { return open(path.c_str(), O_RDWR | O_CREAT | O_NOFOLLOW | O_CLOEXEC, 0600); });
   if (handle < 0) return true;
   if (flock(handle, LOCK_EX | LOCK_NB) < 0 && errno == EWOULDBLOCK) {
     close(handle);

@@ -124,6 +124,15 @@ std::unique_ptr<SqliteJournal> OpenKept(const std::string& path, const std::stri
   return database ? std::make_unique<SqliteJournal>(std::move(database), path) : nullptr;
 }
 
+// Opens the folder; without entries if that fails.
+fs::directory_iterator EntriesOf(const std::string& folder) {
+  std::error_code error;
+  for (;;) {
+    fs::directory_iterator entries(folder, error);
+    if (error != std::errc::interrupted) return entries;
+  }
+}
+
 // Returns the part that a journal file of that name belongs to; nullopt if it belongs to another job or is no journal.
 std::optional<JobPart> PartNamed(const std::string& name, const std::string& job) {
   const std::string begin = NameOf(job) + kSeparator;
@@ -157,8 +166,7 @@ std::unique_ptr<Journal> SqliteJournals::Open(const JobPart& part) {
 
 std::vector<JobPart> SqliteJournals::PartsOf(const std::string& job, const Wanted& wanted) const {
   std::vector<JobPart> parts;
-  std::error_code ignored;
-  for (const auto& entry : fs::directory_iterator(folder_, ignored)) {
+  for (const auto& entry : EntriesOf(folder_)) {
     const auto part = PartNamed(entry.path().filename().native(), job);
     if (part && wanted(*part)) parts.push_back(*part);
   }

@@ -11,6 +11,7 @@
 
 #include "base/path_text.h"
 #include "host/posix/environment.h"
+#include "host/posix/repeat.h"
 
 namespace quillon::host::posix {
 namespace {
@@ -31,6 +32,10 @@ constexpr const char* kSet =
 
 bool Damaged(int result) { return (result & 0xFF) == SQLITE_CORRUPT || (result & 0xFF) == SQLITE_NOTADB; }
 
+// Returns true if a database cannot be opened for good. SQLITE_ERROR: SQLite does not know the format that the header
+// names, or the table is not that of the settings.
+bool Unusable(int result) { return Damaged(result) || (result & 0xFF) == SQLITE_ERROR; }
+
 std::string UserFolder() { return base::JoinPath(BaseFolder("XDG_CONFIG_HOME", ".config"), "quillon"); }
 
 int Run(sqlite3* database, const char* statement) {
@@ -40,7 +45,7 @@ int Run(sqlite3* database, const char* statement) {
 // Returns SQLITE_CORRUPT if the integrity check of the database fails.
 int Check(sqlite3* database) {
   sqlite3_stmt* check = nullptr;
-  int result = sqlite3_prepare_v2(database, "PRAGMA quick_check(1)", -1, &check, nullptr);
+  int result = sqlite3_prepare_v2(database, "PRAGMA integrity_check(1)", -1, &check, nullptr);
   if (result == SQLITE_OK) {
     const int step = sqlite3_step(check);
     const unsigned char* report = step == SQLITE_ROW ? sqlite3_column_text(check, 0) : nullptr;
@@ -60,8 +65,10 @@ void Bind(sqlite3_stmt* statement, int place, const std::string& text) {
 class RepairLock {
  public:
   explicit RepairLock(const std::string& folder)
-      : handle_(open(base::JoinPath(folder, "settings.lock").c_str(), O_RDWR | O_CREAT | O_CLOEXEC, 0600)) {
-    if (handle_ >= 0) flock(handle_, LOCK_EX);
+      : handle_(Repeat([path = base::JoinPath(folder, "settings.lock")] {
+          return open(path.c_str(), O_RDWR | O_CREAT | O_CLOEXEC, 0600);
+        })) {
+    if (handle_ >= 0) Repeat([this] { return flock(handle_, LOCK_EX); });
   }
   ~RepairLock() {
     if (handle_ >= 0) close(handle_);
@@ -117,10 +124,10 @@ SqliteSettings::~SqliteSettings() {
 }
 
 void SqliteSettings::OpenOrReplace() {
-  if (!Damaged(Open())) return;
+  if (!Unusable(Open())) return;
   const RepairLock lock(folder_);
   // Another program may have replaced it before this one got the lock.
-  if (!Damaged(Open())) return;
+  if (!Unusable(Open())) return;
   SetAside();
   Open();
 }
@@ -135,9 +142,10 @@ int SqliteSettings::Open() {
   const std::string path = base::JoinPath(folder_, kDatabase);
   const int result = Open(path, SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE);
   writable_ = result == SQLITE_OK;
-  if (writable_ || Damaged(result)) return result;
+  if (writable_ || Unusable(result)) return result;
   // If the folder is not writable, the stored values can still be read. An immutable database needs no file beside it.
-  return Open("file:" + base::PercentEncoded(path) + "?immutable=1", SQLITE_OPEN_READONLY | SQLITE_OPEN_URI);
+  const std::string immutable = "file:" + base::PercentEncoded(path) + "?immutable=1";
+  return Open(immutable, SQLITE_OPEN_READONLY | SQLITE_OPEN_URI) == SQLITE_OK ? SQLITE_OK : result;
 }
 
 int SqliteSettings::Open(const std::string& place, int flags) {
@@ -161,7 +169,7 @@ int SqliteSettings::Prepare() {
   Run(database, "PRAGMA synchronous = NORMAL");
   // This fails for a read-only database, which has its table already.
   const int made = Run(database, kTable);
-  if (Damaged(made)) return made;
+  if (made != SQLITE_OK && (made & 0xFF) != SQLITE_READONLY) return made;
   sqlite3_stmt* statement = nullptr;
   int result = sqlite3_prepare_v3(database, kGet, -1, SQLITE_PREPARE_PERSISTENT, &statement, nullptr);
   get_.reset(statement);

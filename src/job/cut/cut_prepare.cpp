@@ -11,6 +11,7 @@ namespace quillon::job {
 namespace {
 
 constexpr const char* kBackSideNote = "(背景拼版)";
+constexpr const char* kNotTurned = "图片没能旋转，这一张没有裁剪：";
 
 void ApplySize(CutFile& file, base::Size size) {
   file.W = size.width;
@@ -97,6 +98,12 @@ std::string WrongType(const CutFile& file, const std::string& path) {
   const char* shown = path == file.listedPath ? "图片是 " : "缩放、旋转或扩边之后的图片是 ";
   return shown + base::ToLowerAscii(parts.extension) + "，输出类型是 " + wanted +
          "：手动裁剪不转换类型，这一张没有裁剪";
+}
+
+// Fails if the manual step has left no picture, because it could not turn it.
+host::Status FailedTurn(const Program& program, const std::string& shown) {
+  const host::Status turn = shown.empty() ? program.manualFrame->LastTurn() : host::Status::Ok();
+  return turn ? turn : host::Status(turn.GetProblem(), kNotTurned + turn.Why());
 }
 
 }  // namespace
@@ -212,6 +219,7 @@ Step AskForFrame(CutFile& file) {
   if (cutBefore) return PassOver(file, "上次中断之前已按手动裁剪框裁好");
   if (flags.StopRequested && !flags.ManualStepDone) return Fail(file, "已停止，未处理完");
   const std::string shown = flags.CurrentImagePath;
+  if (const host::Status turn = FailedTurn(program, shown); !turn) return Fail(file, turn);
   if (!program.host.files.IsFile(shown)) return Fail(file, "裁剪框预览中的图片已不存在");
   if (const std::string why = WrongType(file, shown); !why.empty()) return Fail(file, why);
   flags.ImageRotated = flags.ManualRotated;

@@ -24,9 +24,11 @@ class ManualFrame {
   virtual ~ManualFrame() = default;
   // Shows the picture and waits until the user has answered. Stores the answer in the flags (ManualStepDone,
   // SkipCutThisImage, ManualRotated, ManualAngle, CurrentImagePath) and in TCutValue.
-  // Returns the decision as text that only the frame reads, "" if the run was stopped. Does not wait if earlier is such
-  // a text: that decision is applied again. "" is none.
+  // Returns the decision as text that only the frame reads, "" if the run was stopped or CurrentImagePath is empty.
+  // Does not wait if earlier is such a text: that decision is applied again. "" is none.
   virtual std::string Ask(const ManualPicture& picture, const std::string& earlier) = 0;
+  // Returns why the last turn of the picture that was asked about failed; success if it did not.
+  virtual host::Status LastTurn() const { return {}; }
   // Called when the preview shows another picture, also while no run asks.
   virtual void Shown() = 0;
   // Copies the picture on show, for drivers that go on working on it.

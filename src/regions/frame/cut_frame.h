@@ -35,6 +35,7 @@ class CutFrame final : public job::ManualFrame {
 
   // --- job::ManualFrame
   std::string Ask(const job::ManualPicture& picture, const std::string& earlier) override;
+  host::Status LastTurn() const override { return lastTurn_; }
   host::Status ClonePicture(imaging::Image& out) override;
   void Shown() override { FitSlider(); }
   void Rest() override;
@@ -114,7 +115,7 @@ class CutFrame final : public job::ManualFrame {
   void Replay(const Decision& decision);
   Decision Decided() const;
   void Rotate(controls::Button& button, double angle);
-  void Turn(double angle);
+  host::Status Turn(double angle);
   bool MayRotate(controls::Button& button);
   // Asks if the picture would have no output because a work file of the frame has another type than the output.
   bool MayLoseOutput();
@@ -123,7 +124,8 @@ class CutFrame final : public job::ManualFrame {
 
   job::Program& program_;
   std::string asked_;
-  std::string steps_;  // turns and padding of the picture on show, as in Decision
+  std::string steps_;      // turns and padding of the picture on show, as in Decision
+  host::Status lastTurn_;  // of the picture on show
   bool waiting_ = false;
   Drag drag_ = Drag::None;
   Grip grip_;

@@ -112,7 +112,7 @@ bool CutFrame::MayRotate(controls::Button& button) {
 }
 
 void CutFrame::Rotate(controls::Button& button, double angle) {
-  if (waiting_ && MayLoseOutput() && MayRotate(button)) Turn(angle);
+  if (waiting_ && MayLoseOutput() && MayRotate(button)) lastTurn_ = Turn(angle);
 }
 
 // A picture of that type has no output unless it has the type of the output; see job::AskForFrame. Cancel keeps the
@@ -127,22 +127,24 @@ bool CutFrame::MayLoseOutput() {
   return program_.Ask(question, host::kOkCancelQuestion) == host::Reply::Ok;
 }
 
-void CutFrame::Turn(double angle) {
+// If the turn fails, the picture stays as it is on show.
+host::Status CutFrame::Turn(double angle) {
   imaging::Services& images = program_.images;
   job::Flags& flags = program_.flags;
   imaging::Image picture;
-  if (!ClonePicture(picture)) return;
+  if (host::Status cloned = ClonePicture(picture); !cloned) return cloned;
   const int dpi = images.GetImageResolution(picture);
-  if (!images.RotateImage(picture, angle, base::kWhite)) return;
+  if (host::Status turned = images.RotateImage(picture, angle, base::kWhite); !turned) return turned;
   images.SetImageResolution(picture, dpi);
   const std::string work = program_.AppPath(job::work_files::kShownPicture);
-  if (!SaveWorkCopy(picture, work, imaging::Exif::Keep)) return;
+  if (host::Status saved = SaveWorkCopy(picture, work, imaging::Exif::Keep); !saved) return saved;
   flags.CurrentImagePath = work;
   flags.ManualRotated = true;
   flags.ManualAngle += angle;
   steps_ += angle > 0 ? kTurnedLeft : kTurnedRight;
   UpdateImage(work, {});
   WriteBack();
+  return host::Status::Ok();
 }
 
 // --- Padding

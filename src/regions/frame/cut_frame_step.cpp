@@ -27,6 +27,7 @@ std::string CutFrame::Ask(const job::ManualPicture& picture, const std::string& 
   flags.ManualStepDone = false;
   flags.SkipCutThisImage = false;
   steps_.clear();
+  lastTurn_ = {};
   UpdateImage(picture.source, picture.turned);
   if (const auto decision = DecisionFrom(earlier)) {
     Replay(*decision);
@@ -37,7 +38,7 @@ std::string CutFrame::Ask(const job::ManualPicture& picture, const std::string& 
   Preview().SetUpcoming(more ? program_.files.Row(row).Path() : std::string());
   WriteBack();
   Wait();
-  return flags.ManualStepDone ? TextOf(Decided()) : std::string();
+  return flags.ManualStepDone && !flags.CurrentImagePath.empty() ? TextOf(Decided()) : std::string();
 }
 
 void CutFrame::Wait() {
@@ -71,11 +72,15 @@ Decision CutFrame::Decided() const {
   return decision;
 }
 
+// Nobody sees that a turn fails. The run passes a picture without a path over.
 void CutFrame::Replay(const Decision& decision) {
+  std::string& path = program_.flags.CurrentImagePath;
   for (const char step : decision.steps) {
-    if (step == kTurnedLeft) Turn(90);
-    if (step == kTurnedRight) Turn(-90);
+    if (path.empty()) break;
+    if (step == kTurnedLeft) lastTurn_ = Turn(90);
+    if (step == kTurnedRight) lastTurn_ = Turn(-90);
     if (step == kGrown) PadToRatio();
+    if (!lastTurn_) path.clear();
   }
   for (std::size_t i = 0; i < decision.margins.size(); ++i) program_.form1.TCutValue[i].SetText(decision.margins[i]);
   program_.flags.SkipCutThisImage = decision.skip;

@@ -570,10 +570,40 @@ TEST_F(SaveTest, AFileThatNoTrashAcceptsIsNotReplaced) {
   const Files::ReplacedToTrash toTrash(files, folder.Path("app/a"));
   world.faults.Set(
       {.call = DiskCall::RenameNew, .error = EACCES, .length = Fault::Length::ForEver, .pathHolds = "app/a"});
+  world.faults.Set({.call = DiskCall::Link, .error = EPERM, .length = Fault::Length::ForEver});
   const Status saved = files.Save(folder.Path("app/a"), "new");
   EXPECT_EQ(saved.Why().find("已有同名文件，没能移入回收站，未覆盖："), 0u) << saved.Why();
   EXPECT_EQ(folder.Read("app/a"), "old");
   EXPECT_THAT(folder.Names("app"), ElementsAre("a"));
+}
+
+// A run that is killed in between leaves the old file under the name.
+TEST_F(SaveTest, AReplacedFileKeepsItsNameUntilTheNewOneGetsIt) {
+  folder.Write("app/a", "old");
+  const Files::ReplacedToTrash toTrash(files, folder.Path("app/a"));
+  world.faults.Before(DiskCall::Rename, 1, [&] {
+    EXPECT_EQ(folder.Read("app/a"), "old");
+    EXPECT_EQ(folder.Read("data/Trash/files/a"), "old");
+  });
+  EXPECT_TRUE(files.Save(folder.Path("app/a"), "new"));
+  EXPECT_EQ(folder.Read("app/a"), "new");
+  EXPECT_EQ(folder.Read("data/Trash/files/a"), "old");
+}
+
+TEST_F(SaveTest, AFileThatIsNotReplacedAfterAllComesBackFromTheTrash) {
+  for (const bool links : {true, false}) {
+    SCOPED_TRACE(links);
+    folder.Write("app/a", "old");
+    const Files::ReplacedToTrash toTrash(files, folder.Path("app/a"));
+    if (!links) world.faults.Set({.call = DiskCall::Link, .error = EPERM, .length = Fault::Length::ForEver});
+    world.faults.Set({.call = DiskCall::Rename, .error = EACCES});
+    EXPECT_FALSE(files.Save(folder.Path("app/a"), "new"));
+    EXPECT_EQ(folder.Read("app/a"), "old");
+    EXPECT_THAT(folder.Names("app"), ElementsAre("a"));
+    EXPECT_TRUE(folder.Names("data/Trash/files").empty());
+    EXPECT_TRUE(folder.Names("data/Trash/info").empty());
+    world.faults.Clear();
+  }
 }
 
 TEST_F(SaveTest, SweepingRemovesOnlyAbandonedDrafts) {

@@ -226,6 +226,52 @@ TEST_F(TornJournalsTest, OneThatIsNoDatabaseAnyMoreIsEmptyAndMarked) {
   EXPECT_EQ(journal->Get("a", "k"), "2");
 }
 
+// SQLite refuses both with the result for an error in a statement.
+TEST_F(TornJournalsTest, OneOfAnUnknownFormatIsEmptyAndMarked) {
+  constexpr std::size_t kFormat = 47;  // the last byte of the number of the format of its schema
+  std::string bytes = folder.Read(Path());
+  bytes.at(kFormat) = 99;
+  folder.Write(Path(), bytes);
+  const auto journal = journals.Open({"job"});
+  ASSERT_TRUE(journal);
+  EXPECT_TRUE(Torn(*journal));
+  EXPECT_EQ(Readable(*journal), 0);
+}
+
+// Nothing is found by its key in such a table, and what is stored in it is lost.
+TEST_F(TornJournalsTest, RecordsOutOfOrderAreSorted) {
+  sqlite3* database = nullptr;
+  ASSERT_EQ(sqlite3_open(folder.Path(Path()).c_str(), &database), SQLITE_OK);
+  const auto run = [&](const char* text) {
+    EXPECT_EQ(sqlite3_exec(database, text, nullptr, nullptr, nullptr), SQLITE_OK) << text;
+  };
+  // The schema says that the keys are sorted in ascending order, as they are not.
+  run("CREATE TABLE copy (file BLOB NOT NULL, key BLOB NOT NULL, value BLOB NOT NULL, sum INTEGER, "
+      "PRIMARY KEY (file DESC, key)) WITHOUT ROWID");
+  run("INSERT INTO copy SELECT * FROM record");
+  run("DROP TABLE record");
+  run("PRAGMA writable_schema = ON");
+  run("UPDATE sqlite_master SET name = 'record', tbl_name = 'record', sql = replace(replace(sql, 'copy', 'record'), "
+      "'file DESC', 'file') WHERE name = 'copy'");
+  sqlite3_close(database);
+  const auto journal = journals.Open({"job"});
+  ASSERT_TRUE(journal);
+  EXPECT_TRUE(Torn(*journal));
+  EXPECT_EQ(Readable(*journal), kRecords);
+}
+
+TEST_F(TornJournalsTest, OneWithOtherTablesIsEmptyAndMarked) {
+  sqlite3* database = nullptr;
+  ASSERT_EQ(sqlite3_open(folder.Path(Path()).c_str(), &database), SQLITE_OK);
+  EXPECT_EQ(sqlite3_exec(database, "ALTER TABLE record RENAME COLUMN file TO name", nullptr, nullptr, nullptr),
+            SQLITE_OK);
+  sqlite3_close(database);
+  const auto journal = journals.Open({"job"});
+  ASSERT_TRUE(journal);
+  EXPECT_TRUE(Torn(*journal));
+  EXPECT_EQ(Readable(*journal), 0);
+}
+
 TEST_F(TornJournalsTest, AnEmptiedOneIsMarked) {
   folder.Write(Path(), "");
   const auto journal = journals.Open({"job"});

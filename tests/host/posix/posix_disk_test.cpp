@@ -2,6 +2,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "host/posix/posix_disk.h"
 
+#include <dirent.h>
+#include <dlfcn.h>
 #include <fcntl.h>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -13,8 +15,13 @@
 #include <cstdint>
 #include <cstdlib>
 #include <filesystem>
+#include <map>
 #include <regex>
+#include <string>
+#include <utility>
+#include <vector>
 
+#include "host/posix/repeat.h"
 #include "host/testing/temp_folder.h"
 
 namespace quillon::host::posix {
@@ -25,6 +32,28 @@ using ::testing::AnyOf;
 using ::testing::Each;
 using ::testing::ElementsAre;
 using testing::TempFolder;
+
+// How many of the next calls a signal interrupts.
+int interruptedOpens = 0;
+int interruptedReads = 0;
+
+}  // namespace
+
+extern "C" DIR* opendir(const char* path) {
+  static auto* const next = reinterpret_cast<DIR* (*)(const char*)>(dlsym(RTLD_NEXT, "opendir"));
+  if (interruptedOpens-- <= 0) return next(path);
+  errno = EINTR;
+  return nullptr;
+}
+
+extern "C" dirent* readdir(DIR* folder) {
+  static auto* const next = reinterpret_cast<dirent* (*)(DIR*)>(dlsym(RTLD_NEXT, "readdir"));
+  if (interruptedReads-- <= 0) return next(folder);
+  errno = EINTR;
+  return nullptr;
+}
+
+namespace {
 
 class PosixDiskTest : public ::testing::Test {
  protected:
@@ -54,6 +83,58 @@ TEST_F(PosixDiskTest, OpensOnlyRegularFiles) {
   EXPECT_EQ(disk.OpenOwn(folder.Path("pipe")), -ENXIO);
   EXPECT_EQ(disk.OpenRead(folder.Path()), -EISDIR);
   EXPECT_EQ(disk.OpenRead(folder.Path("none")), -ENOENT);
+}
+
+TEST_F(PosixDiskTest, ListsWhatIsInAFolder) {
+  folder.Write("in/file", "x");
+  fs::create_directory(folder.Path("in/folder"));
+  fs::create_symlink("file", folder.Path("in/to file"));
+  fs::create_symlink("folder", folder.Path("in/to folder"));
+  fs::create_symlink("nothing", folder.Path("in/to nothing"));
+  ASSERT_EQ(mkfifo(folder.Path("in/pipe").c_str(), 0600), 0);
+  std::map<std::string, std::pair<FileKind, bool>> found;
+  const auto note = [&](const FolderEntry& entry) {
+    found[entry.name] = {entry.kind, entry.link};
+    return true;
+  };
+  EXPECT_EQ(disk.List(folder.Path("in"), note), 0);
+  const std::map<std::string, std::pair<FileKind, bool>> wanted = {
+      {"file", {FileKind::File, false}},       {"folder", {FileKind::Folder, false}},
+      {"pipe", {FileKind::Other, false}},      {"to file", {FileKind::File, true}},
+      {"to folder", {FileKind::Folder, true}}, {"to nothing", {FileKind::Other, true}}};
+  EXPECT_EQ(found, wanted);
+  int visited = 0;
+  EXPECT_EQ(disk.List(folder.Path("in"), [&](const FolderEntry&) { return ++visited < 2; }), 0);
+  EXPECT_EQ(visited, 2);
+  EXPECT_EQ(disk.List(folder.Path("none"), note), -ENOENT);
+  EXPECT_EQ(disk.List(folder.Path("in/file"), note), -ENOTDIR);
+}
+
+TEST_F(PosixDiskTest, ListsAFolderAlthoughSignalsInterruptIt) {
+  folder.Write("in/a", "x");
+  interruptedOpens = 2;
+  interruptedReads = 2;
+  std::vector<std::string> names;
+  const int listed = disk.List(folder.Path("in"), [&](const FolderEntry& entry) {
+    names.push_back(entry.name);
+    return true;
+  });
+  EXPECT_EQ(listed, 0);
+  EXPECT_THAT(names, ElementsAre("a"));
+  EXPECT_LE(interruptedOpens, 0);
+  EXPECT_LE(interruptedReads, 0);
+}
+
+TEST(Repeat, RepeatsOnlyWhatASignalInterrupts) {
+  for (const int error : {EINTR, EIO}) {
+    int calls = 0;
+    const int result = Repeat([&] {
+      errno = error;
+      return ++calls == 3 ? 7 : -1;
+    });
+    EXPECT_EQ(result, error == EINTR ? 7 : -EIO);
+    EXPECT_EQ(calls, error == EINTR ? 3 : 1);
+  }
 }
 
 TEST_F(PosixDiskTest, AnswersForItsOwnDisks) {

@@ -259,6 +259,19 @@ TEST_F(SettingsTest, ADatabaseDamagedInTheMiddleIsSetAside) {
   EXPECT_EQ(folder.Read("q/settings.damaged-1.db"), bytes);
 }
 
+// SQLite refuses it with the result for an error in a statement.
+TEST_F(SettingsTest, ADatabaseOfAnUnknownFormatIsSetAside) {
+  constexpr std::size_t kFormat = 47;  // the last byte of the number of the format of its schema
+  SqliteSettings(folder.Path("q")).Set("Quillon", "Default", "Key", "old");
+  std::string bytes = folder.Read("q/settings.db");
+  ASSERT_GT(bytes.size(), kFormat);
+  bytes[kFormat] = 99;
+  folder.Write("q/settings.db", bytes);
+  EXPECT_TRUE(SqliteSettings(folder.Path("q")).Set("Quillon", "Default", "Key", "new"));
+  EXPECT_EQ(SqliteSettings(folder.Path("q")).Get("Quillon", "Default", "Key"), "new");
+  EXPECT_EQ(folder.Read("q/settings.damaged-1.db"), bytes);
+}
+
 TEST_F(SettingsTest, ASecondDamageKeepsTheFirst) {
   for (const char* rubbish : {"first rubbish that is no database", "second rubbish that is no database"}) {
     folder.Write("q/settings.db", std::string(rubbish) + std::string(600, '.'));

@@ -187,6 +187,41 @@ TEST_F(DecisionsTest, TurnsAndPassedOverPicturesAreDoneAgain) {
   EXPECT_EQ(SizeOf(Out("b.jpg")), (base::Size{100, 80}));
 }
 
+TEST_F(DecisionsTest, APictureThatCannotBeTurnedAgainIsNotCut) {
+  world.boxes.Answer("确定旋转？", Reply::No);
+  act_ = [this] {
+    if (asked_.size() == 1) program.fCutPre.CmdRot90.UserClick();
+  };
+  Run(3);
+  std::filesystem::remove(Out("a.jpg"));
+  act_ = {};
+  world.boxes.Answer(kQuestion, Reply::Yes);
+  world.faults.Set({.call = host::testing::DiskCall::OpenNew, .error = EIO, .pathHolds = "Tmp.jpg"});
+  Run();
+  EXPECT_EQ(asked_, (std::vector<std::string>{In("c.jpg")}));
+  EXPECT_EQ(Why(1).rfind("图片没能旋转，这一张没有裁剪：", 0), 0u) << Why(1);
+  EXPECT_FALSE(std::filesystem::exists(Out("a.jpg")));
+  EXPECT_EQ(Totals().written, 2u);
+}
+
+TEST_F(DecisionsTest, APictureThatCouldNotBePaddedIsAskedAboutAgain) {
+  form.ChCutA.Set(true);
+  form.ChFixCut.Set(true);
+  form.TFixWH[0].SetText("80");
+  form.TFixWH[1].SetText("20");
+  act_ = [this] {
+    if (asked_.size() > 1) return;
+    world.faults.Set({.call = host::testing::DiskCall::OpenNew, .error = EIO, .pathHolds = "Tmp.jpg"});
+    program.fCutPre.CmdAddBoard.UserClick();
+  };
+  Run(3);
+  EXPECT_EQ(Why(1), "裁剪框预览中的图片已不存在");
+  act_ = {};
+  world.boxes.Answer(kQuestion, Reply::Yes);
+  Run();
+  EXPECT_EQ(asked_, (std::vector<std::string>{In("a.jpg"), In("c.jpg")}));
+}
+
 TEST_F(DecisionsTest, APictureCutInItsPlaceIsNotCutAgain) {
   form.ChOver.Set(true);
   Run(3);
