@@ -12,7 +12,9 @@
 #include "host/files/files.h"
 #include "imaging/crop/file_requests.h"
 #include "imaging/crop/picture_steps.h"
+#include "imaging/io/open_bytes.h"
 #include "imaging/limits.h"
+#include "imaging/measure/frame_count.h"
 #include "imaging/pixels/colours.h"
 #include "imaging/pixels/geometry.h"
 #include "imaging/services_parts.h"
@@ -164,6 +166,17 @@ Status Services::ImageInfo(const std::string& path, ImageFacts& facts, Want want
     return measurer->Measure(path, *found, want, [&] { return !access.reading.stop.stop_requested(); });
   });
   if (status) facts = *found;
+  return status;
+}
+
+Status Services::FramesIn(const std::string& path, int& frames) {
+  const auto found = std::make_shared<int>(0);
+  Status status = parts_->Run([path, found](const Parts::Access& access) {
+    std::shared_ptr<Bytes> bytes;
+    if (Status opened = OpenBytes(access.files, path, access.reading, bytes); !opened) return opened;
+    return CountFrames(*bytes, *found);
+  });
+  if (status) frames = *found;
   return status;
 }
 

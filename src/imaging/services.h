@@ -55,6 +55,9 @@ class Services {
   Status ImageInfo(const std::string& path, ImageFacts& facts, Want want = Want::Size);
   // Remembers about that many answers of ImageInfo and forgets older ones.
   void RememberSizes(std::size_t count);
+  // Stores the number of pages of a tif, or of frames of a gif or an animated png; see CountFrames. Nothing is decoded.
+  // For any other picture it is 1. If the call fails, frames is unchanged.
+  Status FramesIn(const std::string& path, int& frames);
 
   // --- Images in memory. Operations on no image fail.
   Status LoadImageFromFile(const std::string& path, Image& out);

@@ -7,7 +7,7 @@
 
 #include "imaging/codecs/readers.h"
 #include "imaging/codecs/vips_loader.h"
-#include "imaging/io/bytes.h"
+#include "imaging/io/open_bytes.h"
 #include "imaging/jpeg/jpeg_pixels.h"
 #include "imaging/limits.h"
 #include "imaging/pixels/colours.h"
@@ -50,26 +50,6 @@ Status OpenRows(std::shared_ptr<Bytes> bytes, const Limits& limits, OpenedPictur
                                             : OpenPsd(std::move(bytes), limits, out.rows);
   if (status) out.original = out.rows->Facts().size;
   return status;
-}
-
-Status OpenFile(const host::Files& files, const std::string& path, std::shared_ptr<FileBytes>& bytes) {
-  const std::optional<host::FileFacts> facts = files.Stat(path);
-  if (facts && facts->kind != host::FileKind::File) return fault::NotAFile();
-  return FileBytes::Open(path, bytes);
-}
-
-Status OpenBytes(const host::Files& files, const std::string& path, const ReadControl& control,
-                 std::shared_ptr<Bytes>& bytes) {
-  if (control.content) {
-    bytes = std::make_shared<MemoryBytes>(control.content);
-  } else {
-    std::shared_ptr<FileBytes> file;
-    if (Status status = control.Reading([&] { return OpenFile(files, path, file); }); !status) return status;
-    bytes = file;
-    if (control.calls || control.stop.stop_possible())
-      bytes = std::make_shared<ControlledBytes>(std::move(file), control);
-  }
-  return bytes->Size() == 0 ? fault::EmptyFile() : Status::Ok();
 }
 
 // Random access needs no skipping.
