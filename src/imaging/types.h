@@ -16,11 +16,15 @@ namespace quillon::imaging {
 
 using host::Status;
 
+// The file formats that can be read.
+enum class Format { Unknown, Jpeg, Png, Gif, Tiff, Bmp, Psd };
+
 // Size and resolution of a picture as its file records them, without decoding it.
 struct ImageFacts {
   int width = 0;   // pixels, before the EXIF orientation is applied
   int height = 0;  // pixels
   int dpi = 0;     // horizontal resolution in dots per inch; 0 if it was not asked for or the file states none
+  Format format = Format::Unknown;  // by the first bytes of the file, whatever its name
 };
 
 // What to find out about a picture.

@@ -148,7 +148,8 @@ HeaderKind ReadHeader(Bytes& file, HeaderFacts& facts) {
   std::array<char, 16> start{};
   const std::size_t known = static_cast<std::size_t>(std::min<std::uint64_t>(bytes.Size(), start.size()));
   if (!bytes.ReadAt(0, start.data(), known)) return HeaderKind::Known;
-  switch (FormatOf({start.data(), known})) {
+  facts.format = FormatOf({start.data(), known});
+  switch (facts.format) {
     case Format::Jpeg:
       return ReadJpeg(bytes, facts);
     case Format::Png:
@@ -181,6 +182,7 @@ struct Answer {
   int width = 0;
   int height = 0;
   int dpi = 0;
+  Format format = Format::Unknown;
 };
 
 // Remembers answers by path. Of the path only a hash is kept, so the stamp of the file has to agree as well. When the
@@ -235,7 +237,7 @@ class Memory {
 bool IsPsd(const std::string& path) { return base::ToLowerAscii(path).find(".psd") != std::string::npos; }
 
 ImageFacts FactsOf(const std::string& path, const Answer& answer, Want want) {
-  return {answer.width, answer.height, want == Want::SizeAndDpi || IsPsd(path) ? answer.dpi : 0};
+  return {answer.width, answer.height, want == Want::SizeAndDpi || IsPsd(path) ? answer.dpi : 0, answer.format};
 }
 
 // Reads the header of the file at path.
@@ -263,6 +265,7 @@ struct Measurer::Parts {
     HeaderKind kind = HeaderKind::Other;
     HeaderFacts facts;
     if (Status status = ReadHeaderOf(path, kind, facts); !status) return status;
+    answer.format = facts.format;
     if (kind == HeaderKind::Other && otherKinds) {
       const Status status = otherKinds(path, keepWaiting, facts.size);
       if (!status && status.GetProblem() != Problem::Unsupported) return status;

@@ -17,6 +17,7 @@ namespace quillon::imaging {
 struct HeaderFacts {
   base::Size size;  // in pixels, before the EXIF orientation is applied; {0, 0} if the header states none
   int dpi = 0;      // horizontal, dots per inch, rounded to nearest; 0 if the header states none
+  Format format = Format::Unknown;
 };
 
 // How far a header answers.

@@ -4,10 +4,9 @@
 
 #include <string_view>
 
-namespace quillon::imaging {
+#include "imaging/types.h"
 
-// The file formats that can be read.
-enum class Format { Unknown, Jpeg, Png, Gif, Tiff, Bmp, Psd };
+namespace quillon::imaging {
 
 // Recognises the format by the first bytes of a file; 16 bytes are enough.
 inline Format FormatOf(std::string_view start) {

@@ -52,9 +52,10 @@ struct CutFile {
   std::string exifSource;  // the file from which the output gets its Exif
   int W = 0;
   int H = 0;
-  host::Status measured;     // the failure to measure Src
-  imaging::Image Work;       // the picture in memory, once it was turned
-  bool turnedFirst = false;  // CmbRotate has turned the picture, so that Work is cut
+  host::Status measured;                              // the failure to measure Src
+  imaging::Format format = imaging::Format::Unknown;  // of Src
+  imaging::Image Work;                                // the picture in memory, once it was turned
+  bool turnedFirst = false;                           // CmbRotate has turned the picture, so that Work is cut
   double RestoreAngle = 0;
   base::Rect rect;
   Overhang overhang;

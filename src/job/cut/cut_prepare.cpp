@@ -3,7 +3,9 @@
 #include "base/path_text.h"
 #include "base/utf8.h"
 #include "imaging/limits.h"
+#include "job/cut/conversions.h"
 #include "job/cut/cut_steps.h"
+#include "job/cut/first_page.h"
 #include "job/settings/cut_settings.h"
 #include "job/work_files.h"
 
@@ -116,6 +118,7 @@ Step MeasureSource(CutFile& file) {
   if (!file.measured) facts = {};
   flags.InfoWidth = std::to_string(facts.width);
   flags.InfoHeight = std::to_string(facts.height);
+  file.format = facts.format;
   ApplySize(file, {facts.width, facts.height});
   if (file.measured.GetProblem() == host::Problem::Stopped) return Fail(file, file.measured);
   const bool nothing = facts.width == 0 || facts.height == 0;
@@ -125,6 +128,18 @@ Step MeasureSource(CutFile& file) {
 Step PassOverSmall(CutFile& file) {
   const bool small = TooSmall({file.W, file.H}, file.settings.smallest);
   return small ? PassOver(file, TooSmallText(file.settings.smallest)) : Step::Next;
+}
+
+Step KeepPages(CutFile& file) {
+  PagesOfFile pages;
+  const host::Status counted = CountPages(file.program.images, file.listedPath, file.format, pages);
+  const bool replaced = file.settings.over && !file.settings.split;
+  if (!replaced) {
+    AddNote(file.result.why, pages.Note());
+    return Step::Next;
+  }
+  if (!counted) return Fail(file, counted);
+  return pages.Several() ? Fail(file, pages.Refusal()) : Step::Next;
 }
 
 Step KeepExifSource(CutFile& file) {

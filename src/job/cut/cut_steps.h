@@ -15,6 +15,7 @@ namespace quillon::job {
 // --- Before the cut.
 Step MeasureSource(CutFile& file);
 Step PassOverSmall(CutFile& file);    // ChFilter
+Step KeepPages(CutFile& file);        // fails if a source of several pages would be replaced by its first one
 Step KeepExifSource(CutFile& file);   // copies a source that will be overwritten, because its Exif is needed later
 Step PassOverFolder(CutFile& file);   // ChOmitFolds
 Step ZoomBeforeCut(CutFile& file);    // ChZoomAndCut

@@ -7,6 +7,7 @@
 
 #include "base/path_text.h"
 #include "base/utf8.h"
+#include "job/cut/first_page.h"
 #include "job/run/run_ledger.h"
 #include "job/settings/cut_settings.h"
 #include "job/work_files.h"
@@ -165,7 +166,16 @@ void MultiCut::CutSource(const Source& source) {
     ReportWithout(source, Result::None, refusal);
     return;
   }
-  ReportRegions(source, CutAll(source, CutsOf(source.path, source.size)));
+  Made made = CutAll(source, CutsOf(source.path, source.size));
+  if (!made.outputs.empty()) job::AddNote(made.notes, PagesNote(source.path));
+  ReportRegions(source, made);
+}
+
+std::string MultiCut::PagesNote(const std::string& path) {
+  imaging::ImageFacts facts;
+  job::PagesOfFile pages;
+  if (!program_.images.ImageInfo(path, facts)) return {};
+  return job::CountPages(program_.images, path, facts.format, pages) ? pages.Note() : "";
 }
 
 void MultiCut::SweepDrafts(const std::string& folder) {

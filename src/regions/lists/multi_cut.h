@@ -79,6 +79,8 @@ class MultiCut final : public job::RunDriver {
   void ShowRegion(const Source& source, std::size_t number);
   // Returns why a source cannot be cut; "" if it can.
   std::string Refusal(const Source& source);
+  // Returns a note if the source has several pages, of which the first one alone is cut.
+  std::string PagesNote(const std::string& path);
   std::string OutputFolder(const std::string& baseName) const;
   // Removes the drafts that a killed run left in the folder, before the first output of this run goes there.
   void SweepDrafts(const std::string& folder);

@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "base/path_text.h"
+#include "job/cut/first_page.h"
 #include "job/run/run_ledger.h"
 #include "job/settings/cut_settings.h"
 #include "job/work_files.h"
@@ -42,7 +43,11 @@ void WatchCut::Cut(const job::RunFile& file, const Report& report) {
   } else if (IsSmall(size)) {
     report({0, file.path, "", Result::Skipped, "按“忽略小图片”跳过"});
   } else if (!options_.regions.empty()) {
-    report(CutPicture(file, size));
+    job::PagesOfFile pages;
+    const host::Status counted = job::CountPages(program_.images, file.path, facts.format, pages);
+    if (!counted) return report(Failed(file.path, counted));
+    // The original would leave the folder.
+    report(pages.Several() ? FileResult{0, file.path, "", Result::None, pages.Refusal()} : CutPicture(file, size));
   }
 }
 

@@ -10,6 +10,7 @@
 #include "host/posix/sqlite_journals.h"
 #include "host/testing/fakes.h"
 #include "job/list/dead_disk.h"
+#include "job/several_pages.h"
 #include "job/turned_picture.h"
 #include "regions/regions_fixture.h"
 #include "regions/transparent_png.h"
@@ -73,6 +74,14 @@ TEST_F(MultiCutTest, EachSourceGivesOneFileForEachRegion) {
   EXPECT_EQ(world.boxes.All()[0].box.type & 7, 4);
   EXPECT_EQ(world.boxes.All()[1].box.text, kDone);
   EXPECT_TRUE(world.shell.Folders().empty());
+}
+
+TEST_F(MultiCutTest, ASourceOfSeveralPagesIsNotedOnce) {
+  Regions("R\r\n10\t20\t30\t15\r\n0\t0\t60\t50\r\n");
+  CutRegionsOf({world.folder.Write("in/a.tif", job::TwoPages(100, 80)), Make("b.bmp")});
+  ASSERT_EQ(Totals().written, 2u) << Whys();
+  EXPECT_EQ(recorder.done[0].why, "源文件有 2 页，只取第一页");
+  EXPECT_EQ(recorder.done[1].why, "");
 }
 
 TEST_F(MultiCutTest, AFileUnderTheNameOfARegionIsKeptIfTheUserSaysSo) {

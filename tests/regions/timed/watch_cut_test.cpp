@@ -13,6 +13,7 @@
 
 #include "host/testing/fakes.h"
 #include "job/list/dead_disk.h"
+#include "job/several_pages.h"
 #include "job/turned_picture.h"
 #include "regions/timed/watch_fixture.h"
 #include "regions/transparent_png.h"
@@ -107,6 +108,21 @@ TEST_F(CutTimeTest, WatchedBitmapsOfTurnedPhotographsAreUpright) {
   for (int orientation = 1; orientation <= 8; ++orientation) {
     const std::string name = std::to_string(orientation) + ".bmp";
     EXPECT_EQ(job::Difference(Read(In(name)), job::Upright(stored, orientation)), 0) << name;
+  }
+}
+
+TEST_F(CutTimeTest, AFileOfSeveralPagesStaysInTheFolder) {
+  const std::string tiff = world.folder.Write("in/a.tif", job::TwoPages(100, 80));
+  const std::string before = world.folder.Read("in/a.tif");
+  for (const char* several : {"0", "1"}) {
+    Put("FCutTime.ChMul", several);
+    if (*several == '1') Region("0", "0", "50", "40");
+    WatchFor(5);
+    ASSERT_FALSE(recorder.done.empty());
+    EXPECT_EQ(recorder.done.back().result, job::Result::None);
+    EXPECT_EQ(recorder.done.back().why, "源文件有 2 页，普通裁剪只取第一页，未覆盖；请用模式 5");
+    EXPECT_EQ(InNames(), std::vector<std::string>{"a.tif"});
+    EXPECT_EQ(world.folder.Read("in/a.tif"), before);
   }
 }
 
