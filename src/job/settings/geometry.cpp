@@ -110,6 +110,11 @@ base::Rect CutRectangle(const CutGeometry& geometry, const Overhang& overhang, b
   return proportional ? ProportionalRectangle(geometry, overhang, picture) : PixelRectangle(geometry, picture, pass);
 }
 
+base::Rect PlacedRectangle(CutGeometry geometry, base::Size picture, Pass pass) {
+  const Overhang overhang = PopOverhang(geometry);
+  return CutRectangle(geometry, overhang, picture, pass);
+}
+
 // In 64 bits, because margins may be beyond all sizes.
 bool Overlap(const base::Rect& cut, base::Size picture) {
   const auto meets = [](std::int64_t begin, std::int64_t length, int side) {

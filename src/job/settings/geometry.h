@@ -56,6 +56,9 @@ enum class Pass { First, AfterRotation };
 base::Rect CutRectangle(const CutGeometry& geometry, const Overhang& overhang, base::Size picture,
                         Pass pass = Pass::First);
 
+// Returns the rectangle of a picture from geometry as the controls hold it: PopOverhang, then CutRectangle.
+base::Rect PlacedRectangle(CutGeometry geometry, base::Size picture, Pass pass = Pass::First);
+
 // Returns whether a picture of that size has a pixel in common with the rectangle. Both must have an area.
 bool Overlap(const base::Rect& cut, base::Size picture);
 

@@ -164,9 +164,7 @@ void CutFrame::PollKeys(const Keys& held) {
 }
 
 base::Rect CutFrame::Result() const {
-  job::CutGeometry geometry = job::ReadCutGeometry(program_);
-  const job::Overhang overhang = job::PopOverhang(geometry);
-  return job::CutRectangle(geometry, overhang, Preview().Picture());
+  return job::PlacedRectangle(job::ReadCutGeometry(program_), Preview().Picture());
 }
 
 // --- Zoom
