@@ -14,7 +14,7 @@ namespace quillon::ui {
 namespace {
 
 // Column widths in digits. A column is never narrower than its header.
-constexpr int kDigits[] = {16, 4, 10, 6, 6, 8, 8, 4, 6};
+constexpr int kDigits[] = {10, 4, 9, 5, 5, 7, 7, 4, 9, 6};
 constexpr int kPath = 2;
 
 // Elides a sentence at its end; the view elides paths in the middle.
@@ -34,8 +34,11 @@ class SentenceDelegate : public QStyledItemDelegate {
 ListView::ListView(job::Program& program, Binder& binder, QWidget* parent)
     : GridView(program.form1.MSF, parent),
       program_(program),
-      model_(new FileListModel(program.form1.MSF, program.files, this)) {
+      foreseen_(program),
+      model_(new FileListModel(program.form1.MSF, program.files, foreseen_, this)),
+      outcomes_(program, foreseen_) {
   Use(model_);
+  outcomes_.Follow(*model_);
   binder.Join(program.form1.MSF, this);
   setAccessibleName(QStringLiteral("文件列表"));
   setFrameShape(QFrame::NoFrame);
@@ -49,6 +52,10 @@ ListView::ListView(job::Program& program, Binder& binder, QWidget* parent)
 }
 
 ListView::~ListView() { program_.form1.Forget(token_); }
+
+void ListView::SetOutcomeReceiver(OutcomeWatch::OnCounted counted) {
+  outcomes_.SetReceivers([this] { model_->ShowOutcomes(); }, std::move(counted));
+}
 
 void ListView::SizeColumns() {
   const int digit = fontMetrics().horizontalAdvance(u'0');

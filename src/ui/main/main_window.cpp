@@ -58,11 +58,13 @@ MainWindow::MainWindow(parts::Parts& parts)
   setAcceptDrops(true);
   setContextMenuPolicy(Qt::NoContextMenu);
   BuildMenus();
-  addToolBar(new ToolBar(form_, binder_));
+  auto* bar = new ToolBar(form_, binder_);
+  addToolBar(bar);
 
   auto* middle = new QSplitter(Qt::Horizontal);
   auto* panel = new ParameterPanel(form_, binder_);
   list_ = new ListView(program_, binder_);
+  list_->SetOutcomeReceiver([bar](std::size_t rows, std::size_t withoutFile) { bar->ShowForeseen(rows, withoutFile); });
   middle->addWidget(panel);
   middle->addWidget(list_);
   middle->setStretchFactor(1, 1);
