@@ -49,25 +49,34 @@ base::Size BorderedSize(const CutSettings& settings, const SourceFacts& source, 
   return request.total;
 }
 
-// Turns and cuts outcome.cutFrom, and stores the size of the cut. Returns whether it remains turned. The reason is set
-// if there is no cut.
-Turned Cut(const CutSettings& settings, CutOutcome& outcome) {
-  base::Size& picture = outcome.cutFrom;
-  double angle = RuleAngle(settings, picture);
-  if (angle != 0) picture = base::TurnedSize(picture, angle);
-  Pass pass = angle != 0 ? Pass::AfterRotation : Pass::First;
-  if (const double later = AngleOfCut(settings, -angle, picture); later != 0) {
-    picture = base::TurnedSize(picture, later);
-    angle = later;
-    pass = Pass::AfterRotation;
-  }
-  outcome.cut = PlacedRectangle(settings.geometry, picture, pass);
-  outcome.why = NothingToCutText(outcome.cut, picture);
+CutOutcome WholePicture(base::Size picture) {
+  CutOutcome outcome;
+  outcome.cutFrom = outcome.size = picture;
+  outcome.cut = {0, 0, picture.width, picture.height};
+  return outcome;
+}
+
+TurnedPicture TurnForCut(const CutSettings& settings, base::Size picture) {
+  TurnedPicture turned{picture};
+  const auto turn = [&turned](double angle) {
+    if (angle != 0) turned = {base::TurnedSize(turned.size, angle), angle, Pass::AfterRotation};
+  };
+  turn(RuleAngle(settings, turned.size));
+  turn(AngleOfCut(settings, -turned.angle, turned.size));
+  return turned;
+}
+
+// Cuts the picture and stores the size of the cut. Returns whether it remains turned. The reason is set if there is no
+// cut.
+Turned Cut(const CutSettings& settings, const TurnedPicture& picture, CutOutcome& outcome) {
+  outcome.cut = PlacedRectangle(settings.geometry, picture.size, picture.pass);
+  outcome.why = NothingToCutText(outcome.cut, picture.size);
   if (!outcome.why.empty()) return Turned::No;
   base::Size size{outcome.cut.width, outcome.cut.height};
-  if (angle != 0 && settings.restore) size = base::TurnedSize(size, -std::exchange(angle, 0));
+  const bool restored = picture.angle != 0 && settings.restore;
+  if (restored) size = base::TurnedSize(size, -picture.angle);
   outcome.size = SizeAfterCut(settings, size).value_or(size);
-  return angle != 0 ? Turned::Yes : Turned::No;
+  return picture.angle != 0 && !restored ? Turned::Yes : Turned::No;
 }
 
 }  // namespace
@@ -82,6 +91,11 @@ double AngleOfCut(const CutSettings& settings, double restoreAngle, base::Size p
 }
 
 std::optional<base::Size> SizeAfterCut(const CutSettings& settings, base::Size cut) {
+  const CutGeometry& geometry = settings.geometry;
+  if (geometry.ScalesToExact()) {
+    const base::Size exact{geometry.FixW, geometry.FixH};
+    return cut == exact ? std::nullopt : std::optional(exact);
+  }
   if (!settings.zoomAfter) return std::nullopt;
   return ZoomedSize(settings.zoom, cut, ZoomTime::AfterCut);
 }
@@ -98,7 +112,7 @@ void PlaceInBorder(const CutSettings& settings, const Board& board, Turned turne
     PlaceWhole(request, board);
     return;
   }
-  if (turned == Turned::Yes && (settings.preset == kPresetC || settings.preset == kPresetD)) {
+  if (turned == Turned::Yes && !geometry.Exact() && (settings.preset == kPresetC || settings.preset == kPresetD)) {
     const Extend extend = settings.extendRight ? Extend::Right : Extend::Bottom;
     request.total = ExtendedSize(extend, geometry.FixW, geometry.FixH, board);
     const bool right = extend == Extend::Right;
@@ -124,22 +138,22 @@ std::string SplitFailure(const CutSettings& settings, base::Size cut) {
 }
 
 CutOutcome OutcomeOf(const CutSettings& settings, const SourceFacts& source) {
-  CutOutcome outcome;
-  outcome.dpi = settings.dpi > 0 ? settings.dpi : source.dpi;
-  outcome.cutFrom = outcome.size = source.size;
-  outcome.cut = {0, 0, source.size.width, source.size.height};
-  if (source.size.Empty()) return None(outcome, "图片的宽或高为 0");
-  if (TooSmall(source.size, settings.smallest)) return None(outcome, TooSmallText(settings.smallest));
-  if (settings.frameOnly && !settings.addBoard) return None(outcome, kNoBorderText);
-  Turned turned = Turned::No;
-  if (!settings.frameOnly) {
-    if (const auto zoomed = SizeBeforeCut(settings, source.size)) {
-      if (const host::Status fits = FitsZoomed(*zoomed); !fits) return None(outcome, fits.Why());
-      outcome.cutFrom = *zoomed;
-    }
-    turned = Cut(settings, outcome);
-    if (!outcome.why.empty()) return None(outcome, outcome.why);
+  if (source.size.Empty()) return None(WholePicture(source.size), "图片的宽或高为 0");
+  if (TooSmall(source.size, settings.smallest)) return None(WholePicture(source.size), TooSmallText(settings.smallest));
+  if (settings.frameOnly) return OutcomeOfTurned(settings, source, {source.size});
+  const auto zoomed = SizeBeforeCut(settings, source.size);
+  if (zoomed) {
+    if (const host::Status fits = FitsZoomed(*zoomed); !fits) return None(WholePicture(source.size), fits.Why());
   }
+  return OutcomeOfTurned(settings, source, TurnForCut(settings, zoomed.value_or(source.size)));
+}
+
+CutOutcome OutcomeOfTurned(const CutSettings& settings, const SourceFacts& source, const TurnedPicture& picture) {
+  CutOutcome outcome = WholePicture(picture.size);
+  outcome.dpi = settings.dpi > 0 ? settings.dpi : source.dpi;
+  if (settings.frameOnly && !settings.addBoard) return None(outcome, kNoBorderText);
+  const Turned turned = settings.frameOnly ? Turned::No : Cut(settings, picture, outcome);
+  if (!outcome.why.empty()) return None(outcome, outcome.why);
   if (settings.split) {
     if (std::string why = SplitFailure(settings, outcome.size); !why.empty()) return None(outcome, std::move(why));
     outcome.pieces = PieceCount(settings);

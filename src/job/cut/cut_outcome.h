@@ -30,6 +30,14 @@ struct CutOutcome {
   base::Size cutFrom;      // the picture as it is when it is cut, after zoom and turn
   base::Rect cut;          // the rectangle in that picture
   std::string why;         // the reason if there is no file, else ""
+  bool operator==(const CutOutcome&) const = default;
+};
+
+// A picture that was zoomed and turned for its cut.
+struct TurnedPicture {
+  base::Size size;          // as it is now
+  double angle = 0;         // by which it was turned, in degrees counter-clockwise
+  Pass pass = Pass::First;  // by which its rectangle is computed
 };
 
 // Whether a cut picture was turned and not turned back.
@@ -42,7 +50,7 @@ std::optional<base::Size> SizeBeforeCut(const CutSettings& settings, base::Size 
 // Returns the angle by which ChRotateCut turns a picture of that size, in degrees counter-clockwise; 0 if it does not,
 // or if CmbRotate has turned the picture by a RestoreAngle other than 0 to undo.
 double AngleOfCut(const CutSettings& settings, double restoreAngle, base::Size picture);
-// Returns the size to which a cut of that size is scaled; nothing if the size does not change.
+// Returns the size to which ChExact or ChCutAndZoom scales a cut of that size; nothing if the size does not change.
 std::optional<base::Size> SizeAfterCut(const CutSettings& settings, base::Size cut);
 // Returns the first pixel of part `index`, of `count` parts along a side; for index = count the end of the side. The
 // lengths of the parts differ by at most one pixel.
@@ -65,5 +73,7 @@ inline constexpr const char* kNoBorderText = "仅边框模式没有启用“裁�
 // Returns what a cut with these settings makes of a source. In a manual run the present margins count. Does not foresee
 // what depends on other files, on the disk or on memory, and not the sheets of an imposition.
 CutOutcome OutcomeOf(const CutSettings& settings, const SourceFacts& source);
+// The same for a source that was zoomed and turned already. ChFilter is not applied.
+CutOutcome OutcomeOfTurned(const CutSettings& settings, const SourceFacts& source, const TurnedPicture& picture);
 
 }  // namespace quillon::job

@@ -226,7 +226,10 @@ void TrashReplaced(CutFile& file, const std::string& output) {
 }
 
 void PlaceRectangle(CutFile& file, Pass pass) {
-  file.rect = PlacedRectangle(ReadCutGeometry(file.program), {file.W, file.H}, pass);
+  // The user may have changed it at the frame. The later steps follow, so that a picture that is left uncut is not
+  // scaled to an exact size either.
+  file.settings.geometry = ReadCutGeometry(file.program);
+  file.rect = PlacedRectangle(file.settings.geometry, {file.W, file.H}, pass);
 }
 
 Step FindRectangle(CutFile& file) {

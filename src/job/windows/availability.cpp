@@ -14,6 +14,8 @@ constexpr const char* kFrameOnly = "仅边框模式不做任何裁剪和处理";
 constexpr const char* kStudio = "所选的固定尺寸已指定本项";
 constexpr const char* kNeedsPixels = "请先启用“绝对裁剪”";
 constexpr const char* kNeedsFixedCut = "请先启用“固定裁剪”";
+constexpr const char* kNeedsExact = "请先启用“成品尺寸”";
+constexpr const char* kExact = "“成品尺寸”已决定结果的大小";
 constexpr const char* kNeedsRotation = "请先选择旋转规则或启用“先旋转后裁剪”";
 
 // A condition that makes a control unusable, and the reason that the user reads.
@@ -67,6 +69,11 @@ void ShowParameters(Form1& form, bool frameOnly, bool listless) {
   for (controls::TextBox& side : form.TFixWH) {
     Allow(side, {{free, kNeedsFixedCut}, {sized, "尺寸由所选的固定尺寸决定"}});
   }
+  const bool exact = form.ChExact.On() && !free;
+  Allow(form.ChAsFramed, {{frameOnly || pads, kFrameOnly}, {exact, "“成品尺寸”已决定裁剪框"}});
+  Allow(form.ChExact, {{percent, kNeedsPixels}, {free, kNeedsFixedCut}, {pads, kStudio}, {frameOnly, kFrameOnly}});
+  Allow(form.ChExactPad, {{!exact, kNeedsExact}});
+  Allow(form.CmbAnchor, {{!exact, kNeedsExact}, {form.ChExactPad.On(), "补边时整张图片居中"}});
   Allow(form.ChAddToSize, {{!pads, "只用于固定尺寸“不裁剪，居中补白”"}});
   Allow(form.ChAutoZoom, {{IsStudioPreset(preset), kStudio}});
   Allow(form.ChAutoCenter, {{pads, kStudio}});
@@ -80,7 +87,8 @@ void ShowOptions(FBaseOpt& options, const Form1& form, bool frameOnly) {
   Allow(options.ChAddBoard, {{studio, kStudio}});
   for (controls::CheckBox* box : {&options.ChMamal, &options.ChMulCut, &options.ChCutAndZoom, &options.ChZoomAndCut,
                                   &options.ChSplit, &options.ChToWB, &options.ChKeepExif}) {
-    Allow(*box, {{studio, kStudio}, {frameOnly, kFrameOnly}});
+    const bool scaled = box == &options.ChCutAndZoom && form.ChExact.On() && form.ChFixCut.On();
+    Allow(*box, {{studio, kStudio}, {frameOnly, kFrameOnly}, {scaled, kExact}});
   }
   for (controls::Control* control :
        {static_cast<controls::Control*>(&options.ChClsWhite), static_cast<controls::Control*>(&options.ChClsBlack),
@@ -95,7 +103,8 @@ void ShowOptions(FBaseOpt& options, const Form1& form, bool frameOnly) {
   Allow(options.TAngle, {{frameOnly, kFrameOnly},
                          {rule > 0 && rule != kOwnAngle, "角度由旋转规则决定"},
                          {rule != kOwnAngle && !turns, "请先选择“旋转任一角度”或启用“先旋转后裁剪”"}});
-  Allow(options.ChRecover, {{frameOnly, kFrameOnly}, {rule <= 0 && !turns, kNeedsRotation}});
+  const bool exact = form.ChExact.On() && form.ChFixCut.On();
+  Allow(options.ChRecover, {{frameOnly, kFrameOnly}, {rule <= 0 && !turns, kNeedsRotation}, {exact, kExact}});
   for (const std::size_t count : {4, 5}) Allow(options.TSmalS[count], {{!options.ChSplit.On(), "请先启用“图片分切”"}});
 }
 

@@ -8,19 +8,11 @@
 
 #include "base/colour.h"
 #include "base/rect.h"
+#include "job/settings/geometry.h"
 
 namespace quillon::job {
 
 class Program;
-
-// The frame over the preview. It may reach outside the picture, and its sides may be negative.
-struct PreviewFrame {
-  double left = 0;
-  double top = 0;
-  double width = 0;
-  double height = 0;
-  bool operator==(const PreviewFrame&) const = default;
-};
 
 // The border that a cut gets, drawn around the frame. In pixels of the picture; fractions come from a zoom after the
 // cut.

@@ -134,7 +134,15 @@ void CutFrame::WriteBack() {
                      program_.flags.FixH};
   rule.PreviewScale = Window().Slider1.Position() / 100.0;
   const std::array<double, 4> values = WrittenBack(frame, picture, rule);
+  LeaveAnchor(frame.left, frame.top);
   for (std::size_t i = 0; i < values.size(); ++i) form.TCutValue[i].SetNumber(values[i]);
+}
+
+void CutFrame::LeaveAnchor(double left, double top) {
+  const job::CutGeometry geometry = job::ReadCutGeometry(program_);
+  if (!geometry.Exact()) return;
+  const job::PreviewFrame anchored = job::FrameOf(geometry, Preview().Picture());
+  if (left != anchored.left || top != anchored.top) program_.form1.CmbAnchor.Select(job::kAnchorByMargins);
 }
 
 void CutFrame::Timer1_Timer(const Keys& held) {

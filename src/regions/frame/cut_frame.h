@@ -92,6 +92,8 @@ class CutFrame final : public job::ManualFrame {
   std::optional<double> Ratio() const;
   // Constrains the frame to the picture and writes its margins to TCutValue.
   void WriteBack();
+  // Lets the margins place a cut of an exact size, if the frame is not where CmbAnchor places it.
+  void LeaveAnchor(double left, double top);
 
   // Shows the picture of a file. If image is not empty, it holds that picture already (read or turned) and is shown
   // instead. A picture that the options turn before the cut is shown turned.

@@ -7,6 +7,7 @@
 // of this one, and pumps messages until a button has set ManualStepDone. The answer is left in the flags and in
 // TCutValue, from which the run reads it. Ask() also returns the answer as a Decision in text form. The run stores it
 // in its journal and passes it to Ask() again if it is resumed.
+#include "base/number_text.h"
 #include "job/settings/cut_settings.h"
 #include "regions/frame/cut_frame.h"
 
@@ -77,6 +78,7 @@ void CutFrame::Replay(const Decision& decision) {
     if (step == kTurnedRight) Turn(-90);
     if (step == kGrown) PadToRatio();
   }
+  LeaveAnchor(base::LeadingNumber(decision.margins[0]), base::LeadingNumber(decision.margins[1]));
   for (std::size_t i = 0; i < decision.margins.size(); ++i) program_.form1.TCutValue[i].SetText(decision.margins[i]);
   program_.flags.SkipCutThisImage = decision.skip;
   program_.flags.ManualStepDone = true;

@@ -78,6 +78,37 @@ const Case kCases[] = {
       {"FBaseOpt.TSmalS(4)", "3"},
       {"FBaseOpt.ChAddBoard", "1"},
       {"FBaseOpt.TBoard(0)", "3"}}},
+    {"AsFramed", {{"ChCutA", "1"}, {"ChAsFramed", "1"}, {"TCutValue(0)", "3"}, {"TCutValue(3)", "5"}}},
+    {"AsFramedInPercent", {{"ChAsFramed", "1"}, {"TCutValue(0)", "10"}, {"TCutValue(3)", "33"}}},
+    {"AsFramedOfAFixedSize",
+     {{"ChCutA", "1"}, {"ChAsFramed", "1"}, {"ChFixCut", "1"}, {"TFixWH(0)", "30"}, {"TFixWH(1)", "20"}}},
+    {"AsFramedAndTurned", {{"ChCutA", "1"}, {"ChAsFramed", "1"}, {"TCutValue(0)", "3"}, {"FBaseOpt.CmbRotate", "1"}}},
+    {"Exact", {{"ChCutA", "1"}, {"ChFixCut", "1"}, {"ChExact", "1"}, {"TFixWH(0)", "35"}, {"TFixWH(1)", "53"}}},
+    {"ExactAndLarger", {{"ChCutA", "1"}, {"ChFixCut", "1"}, {"CmbKeepCut", "10"}, {"ChExact", "1"}}},
+    {"ExactTurnedAndGrey",
+     {{"ChCutA", "1"},
+      {"ChFixCut", "1"},
+      {"FBaseOpt.CmbRotate", "1"},
+      {"FBaseOpt.ChRecover", "1"},
+      {"FBaseOpt.ChToGray", "1"},
+      {"ChExact", "1"},
+      {"TFixWH(0)", "35"},
+      {"TFixWH(1)", "53"}}},
+    {"ExactAndBordered",
+     {{"ChCutA", "1"},
+      {"ChFixCut", "1"},
+      {"ChExact", "1"},
+      {"TFixWH(0)", "35"},
+      {"TFixWH(1)", "53"},
+      {"FBaseOpt.ChAddBoard", "1"},
+      {"FBaseOpt.TBoard(2)", "3"}}},
+    {"Padded",
+     {{"ChCutA", "1"},
+      {"ChFixCut", "1"},
+      {"ChExact", "1"},
+      {"ChExactPad", "1"},
+      {"TFixWH(0)", "35"},
+      {"TFixWH(1)", "53"}}},
     {"Grey", {{"FBaseOpt.ChToGray", "1"}, {"TCutValue(0)", "12"}}},
     {"OwnResolution", {{"FBaseOpt.CmbDPI", "254"}, {"TCutValue(0)", "12"}}},
 };
@@ -135,11 +166,33 @@ INSTANTIATE_TEST_SUITE_P(Cuts, CutOutcomeTest,
                            return std::string(std::get<0>(row.param).name) + "To" + std::get<1>(row.param);
                          });
 
+TEST(CutOutcome, APresetOfAnExactSizeIsItsSizeAtThatResolution) {
+  CutSettings settings;
+  settings.geometry.ChCutA = settings.geometry.ChFixCut = settings.geometry.ChExact = true;
+  settings.geometry.FixW = 413;  // 3.5 cm at 300 dpi
+  settings.geometry.FixH = 626;
+  settings.dpi = 300;
+  const CutOutcome outcome = OutcomeOf(settings, {{5120, 2880}, 72});
+  EXPECT_EQ(outcome.size, (base::Size{413, 626}));
+  EXPECT_EQ(outcome.cut, (base::Rect{1610, 0, 1900, 2880}));
+  EXPECT_EQ(outcome.dpi, 300);
+}
+
 TEST(CutOutcome, GivesTheReasonForASmallPicture) {
   CutSettings settings;
   settings.smallest = {100, 100};
   EXPECT_EQ(OutcomeOf(settings, {{99, 400}}).why, "宽或高不足 100x100 像素，按“过滤小图片”跳过");
   EXPECT_EQ(OutcomeOf(settings, {{100, 100}}).why, "");
+}
+
+TEST(CutOutcome, OfAPictureThatIsTurnedAlreadyIsTheSame) {
+  CutSettings settings;
+  settings.rotateRule = 1;
+  settings.restore = true;
+  settings.geometry.ML = 10;
+  const SourceFacts source{{400, 200}, 72, 96};
+  EXPECT_EQ(OutcomeOfTurned(settings, source, {{200, 400}, 90, Pass::AfterRotation}), OutcomeOf(settings, source));
+  EXPECT_EQ(OutcomeOf(settings, source).size, (base::Size{400, 180}));
 }
 
 TEST(CutOutcome, NamesThePictureThatIsCut) {

@@ -266,6 +266,74 @@ TEST(Overlap, NeedsOnePixel) {
   EXPECT_TRUE(Overlap({1 - kFar, 0, kFar, 5}, kPicture));
 }
 
+CutGeometry Exact(int FixW, int FixH, int anchor) {
+  CutGeometry geometry;
+  geometry.ChCutA = geometry.ChFixCut = geometry.ChExact = true;
+  geometry.FixW = FixW;
+  geometry.FixH = FixH;
+  geometry.CmbAnchor = anchor;
+  return geometry;
+}
+
+TEST(ExactRectangle, IsTheLargestOfItsRatioAtEachAnchor) {
+  // 90 x 60 leaves 11 columns of 101 x 60; 40 x 60 leaves 61 columns.
+  const Size wide{101, 60};
+  EXPECT_EQ(PlacedRectangle(Exact(3, 2, 0), wide), (Rect{0, 0, 90, 60}));
+  EXPECT_EQ(PlacedRectangle(Exact(3, 2, 4), wide), (Rect{6, 0, 90, 60}));  // 5.5, ties to even
+  EXPECT_EQ(PlacedRectangle(Exact(3, 2, 5), wide), (Rect{11, 0, 90, 60}));
+  EXPECT_EQ(PlacedRectangle(Exact(200, 300, 8), wide), (Rect{61, 0, 40, 60}));
+  const Size tall{60, 101};
+  EXPECT_EQ(PlacedRectangle(Exact(2, 3, 1), tall), (Rect{0, 0, 60, 90}));
+  EXPECT_EQ(PlacedRectangle(Exact(2, 3, 3), tall), (Rect{0, 6, 60, 90}));
+  EXPECT_EQ(PlacedRectangle(Exact(2, 3, 7), tall), (Rect{0, 11, 60, 90}));
+  EXPECT_EQ(PlacedRectangle(Exact(30000, 1, 4), {50, 50}), (Rect{0, 24, 50, 1}));  // 24.5
+}
+
+TEST(ExactRectangle, StaysInsideWhereverTheMarginsPlaceIt) {
+  CutGeometry geometry = Exact(2, 3, kAnchorByMargins);
+  geometry.ML = 7;
+  EXPECT_EQ(PlacedRectangle(geometry, {100, 60}), (Rect{7, 0, 40, 60}));
+  geometry.ML = 70;
+  geometry.MT = 3;
+  EXPECT_EQ(PlacedRectangle(geometry, {100, 60}), (Rect{60, 0, 40, 60}));
+}
+
+TEST(ExactRectangle, IsTheWholePictureIfThatIsPadded) {
+  CutGeometry geometry = Exact(2, 3, 0);
+  geometry.ChExactPad = true;
+  EXPECT_EQ(PlacedRectangle(geometry, {100, 60}), (Rect{0, 0, 100, 60}));
+}
+
+TEST(ExactRectangle, NeedsAFixedCutOfSomeSize) {
+  CutGeometry geometry = Exact(2, 3, 0);
+  geometry.ChFixCut = false;
+  geometry.ChExactPad = true;
+  EXPECT_FALSE(geometry.Exact() || geometry.PadsToExact() || geometry.ScalesToExact());
+  EXPECT_FALSE(Exact(0, 3, 0).Exact());
+  EXPECT_FALSE(Exact(3, 0, 0).Exact());
+}
+
+TEST(FrameOf, IsTheCutWithChAsFramed) {
+  CutGeometry geometry;
+  geometry.ChCutA = geometry.ChAsFramed = true;
+  geometry.ML = 10.5;
+  geometry.MT = 20;
+  geometry.MR = 30;
+  geometry.MB = 40;
+  geometry.FixW = 50;
+  geometry.FixH = 60;
+  EXPECT_EQ(FrameOf(geometry, {400, 300}), (PreviewFrame{10.5, 20, 359.5, 240}));
+  EXPECT_EQ(PlacedRectangle(geometry, {400, 300}), (Rect{10, 20, 360, 240}));
+  geometry.ChFixCut = true;
+  EXPECT_EQ(PlacedRectangle(geometry, {400, 300}), (Rect{10, 20, 50, 60}));
+  geometry.ChAutoCenter = true;
+  EXPECT_EQ(PlacedRectangle(geometry, {400, 300}), (Rect{175, 120, 50, 60}));
+  geometry.ChAsFramed = false;
+  EXPECT_EQ(PlacedRectangle(geometry, {400, 300}), (Rect{10, 20, 340, 220}));
+  geometry.SkipCutThisImage = geometry.ChAsFramed = true;
+  EXPECT_EQ(PlacedRectangle(geometry, {400, 300}), (Rect{0, 0, 400, 300}));
+}
+
 TEST(FormatCutRectangle, IsAsExpected) {
   CutGeometry everything = Percent(10, 20, 77, 77);
   everything.FixW = 30;

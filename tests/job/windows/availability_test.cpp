@@ -72,6 +72,26 @@ TEST_F(AvailabilityTest, TheReasonsAreThese) {
   EXPECT_EQ(Why("MenuUnitConvert"), "请先启用“绝对裁剪”");
 }
 
+TEST_F(AvailabilityTest, AnExactSizeLocksWhatItReplaces) {
+  EXPECT_EQ(Why("ChExact"), "请先启用“固定裁剪”");
+  EXPECT_EQ(Why("ChExactPad"), "请先启用“成品尺寸”");
+  EXPECT_EQ(Why("CmbAnchor"), "请先启用“成品尺寸”");
+  EXPECT_EQ(Why("ChAsFramed"), "");
+  Put("ChFixCut", "1");
+  Put("FBaseOpt.CmbRotate", "1");
+  Put("ChExact", "1");
+  EXPECT_EQ(Why("ChExactPad"), "");
+  EXPECT_EQ(Why("CmbAnchor"), "");
+  EXPECT_EQ(Why("ChAsFramed"), "“成品尺寸”已决定裁剪框");
+  EXPECT_EQ(Why("FBaseOpt.ChCutAndZoom"), "“成品尺寸”已决定结果的大小");
+  EXPECT_EQ(Why("FBaseOpt.ChRecover"), "“成品尺寸”已决定结果的大小");
+  Put("ChExactPad", "1");
+  EXPECT_EQ(Why("CmbAnchor"), "补边时整张图片居中");
+  Put("ChFixCut", "0");
+  EXPECT_EQ(Why("FBaseOpt.ChCutAndZoom"), "");
+  EXPECT_EQ(Why("ChAsFramed"), "");
+}
+
 TEST_F(AvailabilityTest, ModesGiveTheReasonForFixedChoices) {
   WriteApp("CutMedia.dll");
   WriteApp("Aspose.pdf.dll");
