@@ -45,6 +45,7 @@ void Form1::ConnectParameters() {
       program_.ShowAsCut();
     });
   }
+  for (controls::CheckBox* box : {&ChFull, &ChAutoZoom, &ChMode1}) box->SetHandler([this] { ShowFrame(); });
   CmbOutType.SetHandler([this] { CmbOutType_Click(); });
   CmbDPI.SetHandler([this] { CmbDPI_Click(); });
   ChJpgComp.SetHandler([this] { program_.ShowAvailability(); });

@@ -178,6 +178,8 @@ class Form1 : public controls::Window {
   void ShowMarginLimits();
   // Places the frame in the preview by the parameters, and shows each margin in per cent of the picture in its tooltip.
   void ShowFrame();
+  // Shows in the preview what a cut by that geometry gives.
+  void ShowResult(const CutGeometry& geometry);
 
  private:
   void ConnectParameters();

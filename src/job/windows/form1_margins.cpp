@@ -60,12 +60,18 @@ void Form1::ShowFrame() {
   PreviewFrame frame = FrameOf(settings.geometry, picture);
   if (settings.frameOnly) frame = WholePicture(picture);
   preview.SetPictureFrame(picture.Empty() ? PreviewFrame{} : frame);
-  preview.SetBoard(BoardAroundCut(program_, preview));
+  ShowResult(settings.geometry);
   for (std::size_t i = 0; i < TCutValue.Size(); ++i) {
     const bool known = ChCutA.On() && !picture.Empty();
     const std::string share = known ? base::NumberText(TCutValue[i].Number() * 100 / SideOf(picture, i)) + "%" : "";
     TCutValue[i].SetTooltip(ChCutA.On() ? share : kPercentTooltip);
   }
+}
+
+void Form1::ShowResult(const CutGeometry& geometry) {
+  Preview& preview = program_.fCutPre.preview;
+  preview.SetResult(ResultOnShow(program_, geometry));
+  preview.SetBoard(BoardAroundCut(program_, preview));
 }
 
 void Form1::ChCutA_Click() {

@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include <array>
 #include <optional>
 #include <string>
 
@@ -52,6 +53,8 @@ class CutFrame final : public job::ManualFrame {
   // Returns true if mouse and keys can change the frame: there is a picture, ChFull is off, and no run goes on that
   // does not wait.
   bool Editable() const;
+  // Returns true while the pointer draws, moves or resizes the frame.
+  bool Dragging() const { return drag_ != Drag::None; }
   // Returns true if the size of the frame is fixed (ChFixCut).
   bool Fixed() const;
 
@@ -90,10 +93,18 @@ class CutFrame final : public job::ManualFrame {
   FrameRule Rule() const;
   // Returns width over height of the preset or fixed size; nothing if neither is set.
   std::optional<double> Ratio() const;
-  // Constrains the frame to the picture and writes its margins to TCutValue.
+  // Returns the frame as it is once it is written back: inside the picture, and centred if that is chosen.
+  job::PreviewFrame Settled(const job::PreviewFrame& frame) const;
+  // Returns the margins of a settled frame.
+  std::array<double, 4> MarginsOf(const job::PreviewFrame& frame) const;
+  // Writes the margins of the settled frame to TCutValue.
   void WriteBack();
+  // Shows what would be cut if the drag ended now.
+  void ShowDragged();
   // Lets the margins place a cut of an exact size, if the frame is not where CmbAnchor places it.
   void LeaveAnchor(double left, double top);
+  // Returns whether the frame of an exact size is not where CmbAnchor places it.
+  bool OffAnchor(double left, double top) const;
 
   // Shows the picture of a file. If image is not empty, it holds that picture already (read or turned) and is shown
   // instead. A picture that the options turn before the cut is shown turned.

@@ -124,6 +124,19 @@ TEST_F(CutFrameTest, WithChAsFramedADrawnFrameIsTheCut) {
   EXPECT_NE(frame.Result(), (base::Rect{40, 30, 200, 100}));
 }
 
+TEST_F(CutFrameTest, ADragShowsWhatItWillCut) {
+  form.ChCutA.Set(false);
+  frame.Pic_MouseDown({40, 30});
+  frame.Pic_MouseMove({240, 150});
+  ASSERT_TRUE(cutPre.preview.Result());
+  const job::PreviewFrame during = cutPre.preview.Result()->cut;
+  EXPECT_EQ(during, (job::PreviewFrame{40, 30, 200, 120}));
+  frame.Pic_MouseUp();
+  EXPECT_EQ(cutPre.preview.Result()->cut, during);
+  Drag({0, 0}, {0, 0}, Grip());
+  EXPECT_EQ(cutPre.preview.Result()->cut, during);
+}
+
 TEST_F(CutFrameTest, APresetGivesTheFrameItsRatio) {
   form.ChCutA.Set(false);
   form.CmbKeepCut.SetText("1寸 2.5cmx3.5cm");
