@@ -110,6 +110,28 @@ Overhang PopOverhang(CutGeometry& geometry) {
   return overhang;
 }
 
+CountingValues ValuesThatCount(const CutGeometry& p) {
+  constexpr std::array kAll{true, true, true, true};
+  constexpr std::array kLeftAndTop{true, true, false, false};
+  CountingValues counting;
+  if (p.Exact()) {
+    counting.fixedSize = true;
+    if (!p.PadsToExact() && p.CmbAnchor == kAnchorByMargins) counting.margins = kLeftAndTop;
+  } else if (p.ChAsFramed) {
+    counting.centred = true;
+    counting.fixedSize = p.ChFixCut;
+    if (!p.ChFixCut) counting.margins = kAll;
+    if (p.ChFixCut && !p.ChAutoCenter) counting.margins = kLeftAndTop;
+  } else if (!p.ChCutA || (p.ChFixCut && p.ChAutoZoom)) {
+    counting.margins = kAll;
+  } else {
+    counting.margins = kLeftAndTop;
+    counting.fixedSize = p.ChFixCut || !p.AdvancedOptionsLoaded;
+    counting.keptSize = !counting.fixedSize;
+  }
+  return counting;
+}
+
 PreviewFrame FrameOf(const CutGeometry& geometry, base::Size picture) {
   if (geometry.Exact()) return AsFrame(ExactRectangle(geometry, picture));
   const double W = picture.width;

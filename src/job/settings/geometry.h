@@ -64,6 +64,15 @@ struct CutGeometry {
   bool ScalesToExact() const { return Exact() && !ChExactPad && !SkipCutThisImage; }
 };
 
+// Which values decide the rectangle of a cut. The others can be changed without any effect on it.
+struct CountingValues {
+  std::array<bool, 4> margins = {};  // in the order of TCutValue
+  bool fixedSize = false;            // FixW and FixH
+  bool keptSize = false;             // TSmalS2 and TSmalS3
+  bool centred = false;              // ChAutoCenter
+};
+CountingValues ValuesThatCount(const CutGeometry& geometry);
+
 // How far negative margins reach outside the picture: sums that are 0 or negative.
 struct Overhang {
   double OverH = 0;

@@ -66,6 +66,7 @@ void Form1::ShowFrame() {
     const std::string share = known ? base::NumberText(TCutValue[i].Number() * 100 / SideOf(picture, i)) + "%" : "";
     TCutValue[i].SetTooltip(ChCutA.On() ? share : kPercentTooltip);
   }
+  program_.ShowEffects();
 }
 
 void Form1::ShowResult(const CutGeometry& geometry) {

@@ -43,11 +43,11 @@ TurnedPicture PictureOnShow(const Program& program, const CutSettings& settings)
 }
 
 // Names the values of the panel that move the frame and not the cut.
-std::string UnusedValues(const CutGeometry& geometry, bool ownSize) {
+std::string UnusedValues(const CutGeometry& geometry, const CountingValues& counting) {
   std::string names;
-  if (ownSize && geometry.MR != 0) names += "“右 " + base::NumberText(geometry.MR) + "”";
-  if (ownSize && geometry.MB != 0) names += "“下 " + base::NumberText(geometry.MB) + "”";
-  if (geometry.ChAutoCenter) names += "“居中裁剪”";
+  if (!counting.margins[2] && geometry.MR != 0) names += "“右 " + base::NumberText(geometry.MR) + "”";
+  if (!counting.margins[3] && geometry.MB != 0) names += "“下 " + base::NumberText(geometry.MB) + "”";
+  if (geometry.ChAutoCenter && !counting.centred) names += "“居中裁剪”";
   return names;
 }
 
@@ -171,28 +171,28 @@ std::optional<PreviewResult> ResultOnShow(const Program& program, const CutGeome
   const CutOutcome outcome = OutcomeOfTurned(settings, source, PictureOnShow(program, settings));
   const PreviewFrame cut{static_cast<double>(outcome.cut.left), static_cast<double>(outcome.cut.top),
                          static_cast<double>(outcome.cut.width), static_cast<double>(outcome.cut.height)};
-  return PreviewResult{cut, outcome, settings.frameOnly ? "" : NoticeOn(geometry, preview.PictureFrame(), cut)};
+  return PreviewResult{cut, outcome, settings.frameOnly ? "" : NoticeOn(settings, preview.PictureFrame(), cut)};
 }
 
-std::string NoticeOn(const CutGeometry& geometry, const PreviewFrame& frame, const PreviewFrame& cut) {
+std::string NoticeOn(const CutSettings& settings, const PreviewFrame& frame, const PreviewFrame& cut) {
+  const CutGeometry& geometry = settings.geometry;
   const auto near = [](double a, double b) { return std::abs(a - b) <= 1; };
   const bool same = near(frame.left, cut.left) && near(frame.top, cut.top) && near(frame.width, cut.width) &&
                     near(frame.height, cut.height);
   if (same) return {};
   if (geometry.SkipCutThisImage) return "这一张不裁";
-  const bool pixels = geometry.ChCutA;
-  const bool proportional = pixels && geometry.ChFixCut && geometry.ChAutoZoom;
-  const bool ownSize = pixels && !geometry.ChFixCut && geometry.AdvancedOptionsLoaded;
+  const CountingValues counting = ValuesThatCount(geometry);
   std::string text = "四边按填的百分比裁";
-  if (proportional) {
-    text = "“等比缩放”把四边的数值当作百分比，“宽、高”不起作用";
-  } else if (ownSize) {
+  if (counting.keptSize) {
     text = "裁出的大小是高级选项里填的“高 " + base::NumberText(geometry.TSmalS2) + "”×“宽 " +
            base::NumberText(geometry.TSmalS3) + "”（前者是横向）";
-  } else if (pixels) {
+  } else if (counting.fixedSize) {
     text = "右边、下边按“宽 " + std::to_string(geometry.FixW) + "、高 " + std::to_string(geometry.FixH) + "”去掉";
+  } else if (geometry.ChCutA) {
+    text = "“等比缩放”把四边的数值当作百分比";
+    if (!settings.addBoard) text += "，“宽、高”不起作用";
   }
-  const std::string unused = UnusedValues(geometry, pixels && !proportional);
+  const std::string unused = UnusedValues(geometry, counting);
   return unused.empty() ? text : text + "，" + unused + "不起作用";
 }
 

@@ -135,6 +135,6 @@ std::optional<PreviewResult> ResultOnShow(const Program& program, const CutGeome
 
 // Returns which values decide the cut, and which do not count, if the frame differs from the cut by a pixel or more;
 // else "".
-std::string NoticeOn(const CutGeometry& geometry, const PreviewFrame& frame, const PreviewFrame& cut);
+std::string NoticeOn(const CutSettings& settings, const PreviewFrame& frame, const PreviewFrame& cut);
 
 }  // namespace quillon::job

@@ -313,6 +313,59 @@ TEST(ExactRectangle, NeedsAFixedCutOfSomeSize) {
   EXPECT_FALSE(Exact(3, 0, 0).Exact());
 }
 
+// Each value is changed in many settings: the rectangle changes if the value counts, and never otherwise.
+TEST(ValuesThatCount, AreThoseThatTheRectangleDependsOn) {
+  constexpr Size kPicture{400, 300};
+  for (unsigned bits = 0; bits < 256; ++bits) {
+    const auto bit = [bits](unsigned place) { return (bits >> place & 1U) != 0; };
+    CutGeometry geometry;
+    geometry.ML = 5;
+    geometry.MT = 6;
+    geometry.MR = 7;
+    geometry.MB = 8;
+    geometry.FixW = 50;
+    geometry.FixH = 70;
+    geometry.TSmalS2 = 80;
+    geometry.TSmalS3 = 90;
+    geometry.ChCutA = bit(0);
+    geometry.ChFixCut = bit(1) && bit(0);  // the window allows it in pixels only
+    geometry.ChAutoZoom = bit(2);
+    geometry.AdvancedOptionsLoaded = bit(3);
+    geometry.ChAsFramed = bit(4);
+    geometry.ChAutoCenter = bit(5);
+    geometry.ChExact = bit(6);
+    geometry.ChExactPad = bit(7);
+    for (const int anchor : {0, kAnchorByMargins}) {
+      geometry.CmbAnchor = anchor;
+      SCOPED_TRACE("settings " + std::to_string(bits) + ", anchor " + std::to_string(anchor));
+      const CountingValues counting = ValuesThatCount(geometry);
+      const Rect cut = PlacedRectangle(geometry, kPicture);
+      const auto changes = [&](auto member, auto by) {
+        CutGeometry other = geometry;
+        other.*member += by;
+        return PlacedRectangle(other, kPicture) != cut;
+      };
+      // The largest part of this ratio is as high as the picture, so that it cannot move down.
+      const bool atTop = geometry.Exact() && anchor == kAnchorByMargins && !geometry.PadsToExact();
+      EXPECT_EQ(changes(&CutGeometry::ML, 10), counting.margins[0]);
+      if (!atTop) {
+        EXPECT_EQ(changes(&CutGeometry::MT, 10), counting.margins[1]);
+      }
+      EXPECT_EQ(changes(&CutGeometry::MR, 10), counting.margins[2]);
+      EXPECT_EQ(changes(&CutGeometry::MB, 10), counting.margins[3]);
+      // A padded picture is not cut; its size decides the border.
+      if (!geometry.PadsToExact()) {
+        EXPECT_EQ(changes(&CutGeometry::FixW, 10), counting.fixedSize);
+      }
+      EXPECT_EQ(changes(&CutGeometry::TSmalS2, 10), counting.keptSize);
+      EXPECT_EQ(changes(&CutGeometry::TSmalS3, 10), counting.keptSize);
+      CutGeometry other = geometry;
+      other.ChAutoCenter = !geometry.ChAutoCenter;
+      EXPECT_EQ(PlacedRectangle(other, kPicture) != cut, counting.centred);
+    }
+  }
+}
+
 TEST(FrameOf, IsTheCutWithChAsFramed) {
   CutGeometry geometry;
   geometry.ChCutA = geometry.ChAsFramed = true;
