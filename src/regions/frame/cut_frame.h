@@ -126,6 +126,8 @@ class CutFrame final : public job::ManualFrame {
   // Repeats what the user decided about this picture in an earlier part of the run.
   void Replay(const Decision& decision);
   Decision Decided() const;
+  // Asks once in a run how to cut if the frame that the user has placed is not what would be cut.
+  void AskAboutFrame();
   void Rotate(controls::Button& button, double angle);
   void Turn(double angle);
   bool MayRotate(controls::Button& button);
@@ -136,7 +138,10 @@ class CutFrame final : public job::ManualFrame {
 
   job::Program& program_;
   std::string asked_;
-  std::string steps_;  // turns and padding of the picture on show, as in Decision
+  std::string steps_;        // turns and padding of the picture on show, as in Decision
+  bool frameAsked_ = false;  // AskAboutFrame has asked in this run
+  bool byPercent_ = false;   // ChCutA was off when the run began
+  bool asFramed_ = false;    // ChAsFramed was on when the run began
   bool waiting_ = false;
   Drag drag_ = Drag::None;
   Grip grip_;
