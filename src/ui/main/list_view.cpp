@@ -14,8 +14,9 @@ namespace quillon::ui {
 namespace {
 
 // Column widths in digits. A column is never narrower than its header.
-constexpr int kDigits[] = {10, 4, 9, 5, 5, 7, 7, 4, 9, 6};
+constexpr int kDigits[] = {9, 4, 9, 5, 5, 7, 7, 4, 10, 6};
 constexpr int kPath = 2;
+constexpr int kLeastPathDigits = 4;  // if reasons need the width; the user can widen it
 
 // Elides a sentence at its end; the view elides paths in the middle.
 class SentenceDelegate : public QStyledItemDelegate {
@@ -71,7 +72,7 @@ void ListView::FitColumns() {
   const int result = model_->ResultColumn();
   int room = viewport()->width();
   for (int column = 0; column < result; ++column) room -= column == kPath ? 0 : columnWidth(column);
-  const int least = horizontalHeader()->sectionSizeHint(kPath);
+  const int least = kLeastPathDigits * fontMetrics().horizontalAdvance(u'0') + kGap;
   const int reasons = qMin(sizeHintForColumn(result), viewport()->width() / 3);
   setColumnWidth(result, qMax(minResultWidth_, qMin(reasons, room - least)));
   setColumnWidth(kPath, qMax(least, room - columnWidth(result)));
