@@ -20,8 +20,8 @@ constexpr const char* kExamples = R"help(
     quillon-batch --set ChCutA=0 --set 'TCutValue(0)=10' --set 'TCutValue(1)=10' \
       --set 'TCutValue(2)=10' --set 'TCutValue(3)=10' --out out --click menuNormalCut *.jpg
 
-  固定裁剪，尺寸取自预设“2寸”，质量 90：
-    quillon-batch --set ChFixCut=1 --set 'CmbKeepCut=2寸 3.5cmx5.3cm' \
+  每张裁成“2寸”，300 DPI 时正好 413x626 像素，质量 90：
+    quillon-batch --set ChFixCut=1 --set 'CmbKeepCut=2寸 3.5cmx5.3cm' --set ChExact=1 \
       --set ChJpgComp=1 --set TQuality=90 --out out --click menuNormalCut 照片/
 
   底边裁去 5%，直接覆盖原文件：

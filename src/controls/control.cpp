@@ -49,6 +49,19 @@ void Control::SetVisible(bool visible) {
   NotifyAppearanceChanged();
 }
 
+void Control::SetEffect(Effect effect, std::string why) {
+  if (effect_ == effect && whyEffect_ == why) return;
+  effect_ = effect;
+  whyEffect_ = std::move(why);
+  NotifyAppearanceChanged();
+}
+
+void Control::SetNote(std::string note) {
+  if (note_ == note) return;
+  note_ = std::move(note);
+  NotifyAppearanceChanged();
+}
+
 // Hidden is reported first: a control that the user cannot see needs no reason why it is disabled.
 EditResult Control::RefusalForUser() const {
   if (!Visible()) return EditResult::Refused(FullName() + " 当前不可见");

@@ -16,8 +16,17 @@ class Window;
 // The kind of a control, which decides how a window shows it.
 enum class Kind { CheckBox, Option, TextBox, ComboBox, Button, Menu, Label, Frame, ColourBox, Slider, Grid };
 
-// What changed about a control: its value, or its appearance (caption, tooltip, enabled, visible, items, limits).
+// What changed about a control: its value, or its appearance (caption, tooltip, enabled, visible, effect, note, items,
+// limits).
 enum class Aspect { Value, Appearance };
+
+// Whether the value of a control has an effect now. That is not the same as whether it can be edited: a field may be
+// disabled because a preset sets it, and another setting may override a field that can be edited.
+enum class Effect {
+  AsEnabled,  // it has one while it is enabled
+  Counts,     // it has one, also while it is disabled
+  None
+};
 
 // The initial appearance of a control. A control inside a disabled or hidden parent counts as disabled or hidden
 // itself.
@@ -87,6 +96,14 @@ class Control {
   // Returns "" if the control is enabled or no reason was given.
   std::string WhyDisabled() const;
   void SetVisible(bool visible);
+
+  // why explains to the user what takes part or what prevents it, in one sentence without a full stop.
+  void SetEffect(Effect effect, std::string why = {});
+  Effect GetEffect() const { return effect_; }
+  const std::string& WhyEffect() const { return whyEffect_; }
+  // A few words that windows show after the value: what is written in its place. "" if the value says it.
+  void SetNote(std::string note);
+  const std::string& Note() const { return note_; }
   // A free text, "" at first. Handlers use it to remember that a question has been answered.
   const std::string& Tag() const { return tag_; }
   void SetTag(std::string tag) { tag_ = std::move(tag); }
@@ -127,6 +144,9 @@ class Control {
   std::string name_;
   Appearance appearance_;
   std::string whyDisabled_;
+  Effect effect_ = Effect::AsEnabled;
+  std::string whyEffect_;
+  std::string note_;
   std::string tag_;
   std::function<void()> handler_;
 };

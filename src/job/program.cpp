@@ -137,10 +137,11 @@ void Program::RunNormalCut() {
 
 void Program::ShowInPreview(const std::string& path) {
   imaging::ImageFacts facts;
-  if (path.empty() || !images.ImageInfo(path, facts)) return;
+  if (path.empty() || !images.ImageInfo(path, facts, imaging::Want::SizeAndDpi)) return;
   const base::Size size{facts.width, facts.height};
   if (size.Empty()) return;
   flags.CurrentImagePath = path;
+  fCutPre.preview.SetDpi(facts.dpi);
   previewFollows_ = true;
   Present(PreviewSource(path, size), size);
 }

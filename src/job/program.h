@@ -116,6 +116,8 @@ class Program {
   void HideWindow(const std::string& name);
   // Enables and disables all controls as the parameters allow. Every handler that changes a parameter calls it last.
   void ShowAvailability();
+  // Shows which values have an effect on a cut, and what is written in place of others. Called by the two above.
+  void ShowEffects();
 
   // --- Settings of the program, section "Default".
   std::string Setting(const std::string& key);

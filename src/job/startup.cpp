@@ -49,6 +49,7 @@ bool Program::Start() {
   if (flags.ArrayLoaded) ShowWindow("FArray");
   WriteCanvas();
   if (flags.OutDpi == 0) flags.OutDpi = kDefaultDpi;
+  ShowEffects();
   form1.MenuCut.SetEnabled(true);
   host.files.SweepDrafts(host.programFolder);
   flags.HandlersLive = true;

@@ -7,6 +7,7 @@
 
 #include <cerrno>
 
+#include "cli/manual_steps.h"
 #include "cli/world.h"
 
 namespace quillon::cli {
@@ -476,6 +477,69 @@ TEST(RunListener, CountsALostFileOnceAsWithout) {
   EXPECT_EQ(watch.Sums().written, 0u);
   EXPECT_EQ(watch.Sums().none, 1u);
   EXPECT_EQ(recorder.Of(EventKind::File).size(), 2u);
+}
+
+// --- Cuts of the drawn frame and of an exact size
+
+// Returns the size of the only output of a cut with these settings, "none" if there is none.
+std::string CutSize(std::vector<Step> settings) {
+  World world;
+  settings.insert(settings.begin(), {world.Out(), World::Set("CmbOutType", "bmp")});
+  settings.push_back(World::Files({world.Picture("a.bmp", 40, 30)}));
+  settings.push_back(World::Click("menuNormalCut"));
+  const Outcome outcome = world.Perform(settings);
+  EXPECT_TRUE(outcome.notes.empty()) << outcome.notes.front();
+  imaging::ImageFacts facts;
+  if (!world.program.images.ImageInfo(world.test.folder.Path("out/a.bmp"), facts)) return "none";
+  return std::to_string(facts.width) + "x" + std::to_string(facts.height);
+}
+
+TEST(Runner, CutsTheFrameAsItIsDrawn) {
+  const std::vector<Step> margins{World::Set("TCutValue(0)", "4"), World::Set("TCutValue(2)", "6")};
+  EXPECT_EQ(CutSize(margins), "none");
+  std::vector<Step> framed = margins;
+  framed.push_back(World::Set("ChAsFramed", "1"));
+  EXPECT_EQ(CutSize(framed), "30x25");
+  framed.insert(framed.end(),
+                {World::Set("ChFixCut", "1"), World::Set("TFixWH(0)", "11"), World::Set("TFixWH(1)", "12")});
+  EXPECT_EQ(CutSize(framed), "11x12");
+}
+
+TEST(Runner, CutsToAnExactSize) {
+  const std::vector<Step> exact{World::Set("ChFixCut", "1"), World::Set("TFixWH(0)", "11"),
+                                World::Set("TFixWH(1)", "17"), World::Set("ChExact", "1")};
+  EXPECT_EQ(CutSize(exact), "11x17");
+  for (const char* more : {"CmbAnchor=0", "CmbAnchor=按左、上边距", "ChExactPad=1"}) {
+    const std::string step = more;
+    std::vector<Step> steps = exact;
+    steps.push_back(World::Set(step.substr(0, step.find('=')), step.substr(step.find('=') + 1)));
+    EXPECT_EQ(CutSize(steps), "11x17") << more;
+  }
+  EXPECT_EQ(
+      CutSize({World::Set("ChFixCut", "1"), World::Set("CmbKeepCut", "2寸 3.5cmx5.3cm"), World::Set("ChExact", "1")}),
+      "413x626");
+}
+
+// A manual run asks once about a frame that is not what is cut; without an answer it cuts as ever.
+TEST(Runner, AnswersTheQuestionAboutAFrame) {
+  const auto size = [](const char* reply) {
+    World world;
+    ManualSteps manual{world.program, world.suite.regions.cutFrame, world.answers, world.recorder};
+    world.onTurn = [&manual] { manual.Turn(); };
+    if (*reply) world.answers = {{"画的框不是将裁出的部分", reply, ""}};
+    world.Perform({world.Out(), World::Set("CmbOutType", "bmp"), World::Set("TCutValue(0)", "4"),
+                   World::Open("FBaseOpt"), World::Set("FBaseOpt.TSmalS(3)", "9"),
+                   World::Set("FBaseOpt.TSmalS(2)", "8"), World::Set("FBaseOpt.ChMamal", "1"),
+                   World::Files({world.Picture("a.bmp", 40, 30), world.Picture("b.bmp", 40, 30)}),
+                   World::Click("menuNormalCut")});
+    imaging::ImageFacts facts;
+    EXPECT_TRUE(world.program.images.ImageInfo(world.test.folder.Path("out/b.bmp"), facts)) << reply;
+    return base::Size{facts.width, facts.height};
+  };
+  EXPECT_EQ(size(""), (base::Size{8, 9}));
+  EXPECT_EQ(size("Cancel"), (base::Size{8, 9}));
+  EXPECT_EQ(size("Yes"), (base::Size{36, 25}));
+  EXPECT_EQ(size("No"), (base::Size{36, 25}));
 }
 
 }  // namespace

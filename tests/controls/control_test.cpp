@@ -235,5 +235,29 @@ TEST(Handler, MayPutTheValueBack) {
   EXPECT_EQ(sheet.text.Value(), "5");
 }
 
+TEST(Control, StatesItsEffectApartFromItsUse) {
+  Sheet sheet;
+  int changes = 0;
+  sheet.Observe([&](Control&, Aspect aspect) { changes += aspect == Aspect::Appearance; });
+  EXPECT_EQ(sheet.text.GetEffect(), Effect::AsEnabled);
+  sheet.text.SetEffect(Effect::None, "另一项决定");
+  sheet.text.SetEffect(Effect::None, "另一项决定");
+  EXPECT_EQ(changes, 1);
+  EXPECT_EQ(sheet.text.WhyEffect(), "另一项决定");
+  EXPECT_TRUE(sheet.text.UserEdit("6").Accepted());
+  EXPECT_EQ(sheet.text.Value(), "6");
+}
+
+TEST(Control, HasANoteBesideItsValue) {
+  Sheet sheet;
+  int changes = 0;
+  sheet.Observe([&](Control&, Aspect) { ++changes; });
+  sheet.list.SetNote("（写入 300）");
+  sheet.list.SetNote("（写入 300）");
+  EXPECT_EQ(changes, 1);
+  EXPECT_EQ(sheet.list.Note(), "（写入 300）");
+  EXPECT_EQ(sheet.list.Text(), "a");
+}
+
 }  // namespace
 }  // namespace quillon::controls

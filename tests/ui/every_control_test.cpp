@@ -100,7 +100,8 @@ TEST_F(EveryControl, FollowsEnabledAndVisible) {
 TEST_F(EveryControl, ShowsWhyItCannotBeUsedAboveItsTooltip) {
   Control& quality = ui_.program.form1.TQuality;
   auto* widget = ui_.Find<QWidget>(quality);
-  EXPECT_EQ(widget->toolTip(), QStringLiteral("请先启用“压缩”\n") + Shown(quality.Tooltip()));
+  EXPECT_EQ(widget->toolTip(),
+            QStringLiteral("请先启用“压缩”\n没有启用“压缩”，也按这个品质写入\n") + Shown(quality.Tooltip()));
   ui_.program.form1.ChJpgComp.Set(true);
   EXPECT_EQ(widget->toolTip(), Shown(quality.Tooltip()));
   EXPECT_EQ(ui_.Find<QAction>(ui_.program.form1.MenuGifCut)->toolTip(),

@@ -191,10 +191,35 @@ TEST_F(PreviewWindow, FollowsTheParameters) {
   ui_.program.form1.ChCutA.Set(false);
   Put(ui_, ui_.program.form1.TCutValue[3], "0");
   Put(ui_, ui_.program.form1.TCutValue[0], "50");
-  EXPECT_EQ(canvas().FrameText(), QStringLiteral("20 × 20 px"));
+  EXPECT_EQ(canvas().FrameText(), QStringLiteral("20 × 20 px　1.7 × 1.7 mm"));  // written with 300 dpi
   const QRectF shown = canvas().PictureRect();
   EXPECT_NEAR(canvas().FrameRect().left(), shown.center().x(), 0.5);
   EXPECT_NEAR(canvas().FrameRect().right(), shown.right(), 0.5);
+}
+
+TEST_F(PreviewWindow, SaysWhichValuesCountAndOffersTheFrame) {
+  const auto named = [this](const char* name) { return ui_.window.findChild<QWidget*>(QString::fromLatin1(name)); };
+  ui_.program.ShowInPreview(picture_);
+  Wait();
+  job::Form1& form = ui_.program.form1;
+  form.ChFixCut.Set(true);
+  Put(ui_, form.TFixWH[0], "10");
+  Put(ui_, form.TFixWH[1], "5");
+  Put(ui_, form.TCutValue[3], "0");
+  UiWorld::Turn();
+  EXPECT_TRUE(named("frameNotice")->isVisible());
+  auto* text = ui_.window.findChild<QLabel*>(QStringLiteral("frameNoticeText"));
+  EXPECT_EQ(text->text(), QStringLiteral("右边、下边按“宽 10、高 5”去掉"));
+  EXPECT_NEAR(canvas().ResultRect().width() / canvas().FrameRect().width(), 3.0, 0.01);
+  EXPECT_TRUE(canvas().FrameText().startsWith(QStringLiteral("30 × 15 px")));
+  QTest::mouseClick(named("noticeFramed"), Qt::LeftButton);
+  EXPECT_TRUE(form.ChAsFramed.On());
+  EXPECT_FALSE(named("frameNotice")->isVisible());
+  EXPECT_TRUE(canvas().FrameText().startsWith(QStringLiteral("10 × 5 px")));
+  form.ChAsFramed.Set(false);
+  QTest::mouseClick(named("noticePercent"), Qt::LeftButton);
+  EXPECT_FALSE(form.ChCutA.On());
+  EXPECT_FALSE(named("frameNotice")->isVisible());
 }
 
 TEST_F(PreviewWindow, AFileThatIsNoPictureShowsTheHint) {

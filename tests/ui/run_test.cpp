@@ -216,12 +216,13 @@ class ResultColumn : public RunWindow {
     model().Flush();
   }
   FileListModel& model() { return *static_cast<FileListModel*>(ui_.Find<QTableView>(ui_.program.form1.MSF)->model()); }
-  QVariant At(int row, int role, int column = 8) { return model().data(model().index(row, column), role); }
+  QVariant At(int row, int role, int column = 9) { return model().data(model().index(row, column), role); }
 };
 
 TEST_F(ResultColumn, FollowsTheEightOfTheRecord) {
-  EXPECT_EQ(model().columnCount(), 9);
-  EXPECT_EQ(model().headerData(8, Qt::Horizontal, Qt::DisplayRole).toString(), QStringLiteral("结果"));
+  EXPECT_EQ(model().columnCount(), 10);
+  EXPECT_EQ(model().headerData(8, Qt::Horizontal, Qt::DisplayRole).toString(), QStringLiteral("将裁出"));
+  EXPECT_EQ(model().headerData(9, Qt::Horizontal, Qt::DisplayRole).toString(), QStringLiteral("结果"));
   EXPECT_EQ(model().headerData(0, Qt::Horizontal, Qt::DisplayRole).toString(), QStringLiteral("文 件 名"));
   EXPECT_EQ(At(0, Qt::DisplayRole, 0).toString(), QStringLiteral("a"));
   EXPECT_EQ(At(0, Qt::DisplayRole, 3).toString(), QStringLiteral("400"));
@@ -236,7 +237,8 @@ TEST_F(ResultColumn, ShowsTheResultAndWhy) {
 
 TEST_F(ResultColumn, MarksWholeRowsWithoutOutput) {
   const QColor warning = WarningInk(QApplication::palette());
-  for (int column = 0; column < 9; ++column) {
+  for (int column = 0; column < 10; ++column) {
+    if (column == model().OutcomeColumn()) continue;
     EXPECT_EQ(At(1, Qt::ForegroundRole, column).value<QColor>(), warning);
     EXPECT_EQ(At(1, Qt::ToolTipRole, column).toString(), QStringLiteral("图片已损坏"));
     EXPECT_NE(At(0, Qt::ForegroundRole, column).value<QColor>(), warning);
@@ -246,11 +248,78 @@ TEST_F(ResultColumn, MarksWholeRowsWithoutOutput) {
 
 TEST_F(ResultColumn, MakesRoomForTheReasons) {
   auto* list = ui_.Find<QTableView>(ui_.program.form1.MSF);
-  const int before = list->columnWidth(8);
+  const int before = list->columnWidth(9);
   ui_.program.files.SetResult(1, job::Result::None, "裁剪区域的宽或高为零，或者超出了图片", 0);
   model().Flush();
-  EXPECT_GT(list->columnWidth(8), before);
-  EXPECT_LE(list->columnWidth(8), list->viewport()->width() / 3 + 1);
+  EXPECT_GT(list->columnWidth(9), before);
+  EXPECT_LE(list->columnWidth(9), list->viewport()->width() / 3 + 1);
+}
+
+// --- What the present settings will make of the rows
+
+class OutcomeColumn : public RunWindow {
+ protected:
+  OutcomeColumn() {
+    ui_.List("/in/a.jpg", 400, 300);
+    ui_.List("/in/b.jpg", 40, 30);
+    model().Flush();
+  }
+  FileListModel& model() { return *static_cast<FileListModel*>(ui_.Find<QTableView>(ui_.program.form1.MSF)->model()); }
+  QVariant At(int row, int role) { return model().data(model().index(row, model().OutcomeColumn()), role); }
+  // Waits until the button says so.
+  bool Says(const QString& text) {
+    return QTest::qWaitFor([&] { return Named<QAction>("startCut").text() == text; });
+  }
+  // Cuts nothing off, in per cent.
+  void Open() {
+    ui_.program.form1.ChCutA.UserEdit("0");
+    for (controls::TextBox& margin : ui_.program.form1.TCutValue) margin.UserEdit("0");
+  }
+};
+
+TEST_F(OutcomeColumn, FollowsTheSettings) {
+  Open();
+  ASSERT_TRUE(QTest::qWaitFor([&] { return At(0, Qt::DisplayRole).toString() == QStringLiteral("400×300"); }));
+  EXPECT_EQ(At(1, Qt::DisplayRole).toString(), QStringLiteral("40×30"));
+  EXPECT_FALSE(At(1, Qt::ForegroundRole).isValid());
+  EXPECT_EQ(At(0, Qt::ToolTipRole).toString(), QStringLiteral("400 × 300 像素，33.9 × 25.4 毫米（300 DPI）"));
+  ui_.program.form1.TCutValue[0].UserEdit("50");
+  EXPECT_TRUE(QTest::qWaitFor([&] { return At(0, Qt::DisplayRole).toString() == QStringLiteral("200×300"); }));
+}
+
+TEST_F(OutcomeColumn, MarksRowsThatGiveNoFileAndCountsThem) {
+  Open();
+  ui_.program.form1.ChCutA.UserEdit("1");
+  ui_.program.form1.ChFixCut.UserEdit("1");
+  ui_.program.form1.TFixWH[0].UserEdit("100");
+  ui_.program.form1.TFixWH[1].UserEdit("100");
+  ASSERT_TRUE(Says(QStringLiteral("开始裁剪（2 张，其中 1 张裁不出图）")));
+  EXPECT_EQ(At(0, Qt::DisplayRole).toString(), QStringLiteral("300×200"));
+  EXPECT_EQ(At(1, Qt::DisplayRole).toString(), QStringLiteral("裁不出图"));
+  EXPECT_EQ(At(1, Qt::ForegroundRole).value<QColor>(), DangerInk(QApplication::palette()));
+  EXPECT_TRUE(At(1, Qt::ToolTipRole).toString().contains(QStringLiteral("宽或高小于 1 像素")));
+  ui_.program.form1.TFixWH[0].UserEdit("10");
+  ui_.program.form1.TFixWH[1].UserEdit("10");
+  EXPECT_TRUE(Says(QStringLiteral("开始裁剪")));
+}
+
+TEST_F(OutcomeColumn, CountsAgainWhenTheListChanges) {
+  Open();
+  ui_.program.form1.ChCutA.UserEdit("1");
+  ui_.program.form1.ChFixCut.UserEdit("1");
+  ui_.program.form1.TFixWH[0].UserEdit("100");
+  ui_.program.form1.TFixWH[1].UserEdit("100");
+  ASSERT_TRUE(Says(QStringLiteral("开始裁剪（2 张，其中 1 张裁不出图）")));
+  ui_.List("/in/c.jpg", 50, 500);
+  EXPECT_TRUE(Says(QStringLiteral("开始裁剪（3 张，其中 2 张裁不出图）")));
+  ui_.program.files.Clear();
+  EXPECT_TRUE(Says(QStringLiteral("开始裁剪")));
+}
+
+TEST_F(OutcomeColumn, LeavesManualRunsToTheHand) {
+  ui_.program.flags.ManualCutMode = true;
+  ui_.program.fBaseOpt.ChInvert.UserEdit("1");
+  EXPECT_TRUE(QTest::qWaitFor([&] { return At(0, Qt::DisplayRole).toString() == QStringLiteral("手动"); }));
 }
 
 }  // namespace

@@ -105,6 +105,31 @@ TEST(Theme, ChangesUnderAnOpenWindow) {
   EXPECT_GT(ground().lightness(), 200);
 }
 
+TEST(Theme, FieldsAreAsDarkAsTheyCount) {
+  UiWorld ui;  // with open options and pixels, their size counts
+  job::Form1& form = ui.program.form1;
+  QWidget& idle = *ui.Find<QWidget>(form.TCutValue[3]);
+  QWidget& counted = *ui.Find<QWidget>(form.TQuality);
+  const auto ink = [](const QWidget& widget) { return widget.palette().color(QPalette::Text); };
+  ASSERT_TRUE(idle.isEnabled());
+  ASSERT_FALSE(counted.isEnabled());
+  for (const Scheme scheme : {Scheme::Dark, Scheme::Light}) {
+    ApplyScheme(scheme);
+    UiWorld::Turn();
+    const QPalette palette = QApplication::palette();
+    EXPECT_EQ(ink(idle), FaintInk(palette));
+    EXPECT_EQ(ink(counted), palette.color(QPalette::Active, QPalette::Text));
+  }
+  EXPECT_EQ(idle.toolTip().section(u'\n', 0, 0), QStringLiteral("本项不起作用：裁出的大小由高级选项的“保留裁剪”决定"));
+  EXPECT_EQ(counted.toolTip().section(u'\n', 0, 1), QStringLiteral("请先启用“压缩”\n没有启用“压缩”，也按这个品质写入"));
+  form.BeginRun();
+  EXPECT_EQ(ink(counted), QApplication::palette().color(QPalette::Disabled, QPalette::Text));
+  form.EndRun();
+  form.ChCutA.Set(false);
+  EXPECT_EQ(ink(idle), QApplication::palette().color(QPalette::Active, QPalette::Text));
+  EXPECT_FALSE(idle.toolTip().contains(QStringLiteral("不起作用")));
+}
+
 TEST(Theme, FollowsTheDesktopsWish) {
   DesktopScheme scheme(nullptr);
   const auto change = [&scheme](const char* space, const char* key, uint value) {

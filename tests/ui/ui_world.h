@@ -21,7 +21,9 @@ namespace quillon::ui {
 // A started program on a simulated host, with its windows on an offscreen display. The advanced options are open, so
 // that every control of every window can be reached.
 struct UiWorld {
-  explicit UiWorld(base::Size desktop = {1920, 1080}) : program(world.host), window(Started(desktop)) {
+  // asFramed is the remembered setting of ChAsFramed, "" for none.
+  explicit UiWorld(base::Size desktop = {1920, 1080}, const std::string& asFramed = "")
+      : program(world.host), window(Started(desktop, asFramed)) {
     window.resize(1280, 800);
     window.show();
     program.fBaseOpt.Show();
@@ -61,8 +63,9 @@ struct UiWorld {
   MainWindow window;
 
  private:
-  parts::Parts& Started(base::Size desktop) {
+  parts::Parts& Started(base::Size desktop, const std::string& asFramed) {
     world.screen.size = desktop;
+    program.SaveSetting("ChAsFramed", asFramed);
     program.Start();
     return suite;
   }

@@ -140,6 +140,16 @@ TEST_F(WindowTest, ThePreviewIsDockedAndComesBack) {
   EXPECT_EQ(dock->windowTitle(), Shown(ui_.program.fCutPre.Title()));
 }
 
+TEST_F(WindowTest, RemembersToCutAsFramed) {
+  EXPECT_FALSE(form().ChAsFramed.On());
+  form().ChAsFramed.UserEdit("1");
+  EXPECT_EQ(ui_.program.Setting("ChAsFramed"), "1");
+  form().ChAsFramed.UserEdit("0");
+  EXPECT_EQ(ui_.program.Setting("ChAsFramed"), "0");
+  EXPECT_TRUE(UiWorld({1920, 1080}, "1").program.form1.ChAsFramed.On());
+  EXPECT_FALSE(UiWorld({1920, 1080}, "0").program.form1.ChAsFramed.On());
+}
+
 // --- Closing
 
 TEST_F(WindowTest, StaysWhenTheUserCancelsTheQuestion) {

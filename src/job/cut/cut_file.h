@@ -58,7 +58,6 @@ struct CutFile {
   bool turnedFirst = false;                           // CmbRotate has turned the picture, so that Work is cut
   double RestoreAngle = 0;
   base::Rect rect;
-  Overhang overhang;
 
   std::string target;      // the path under which the cut is saved: Dst or a work file
   std::string latestFile;  // the file with the newest state of the output, "" before the cut

@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include <string>
 
-#include "base/rounding.h"
+#include "base/path_text.h"
 #include "host/files/file_stamp.h"
 #include "job/cut/conversions.h"
 #include "job/cut/cut_steps.h"
@@ -21,47 +21,7 @@ BoardResolution ResolutionFor(CutFile& file) {
   imaging::ImageFacts facts;
   // A source that cannot be measured counts as one without a resolution.
   if (!fixedCut) static_cast<void>(file.program.images.ImageInfo(file.listedPath, facts, imaging::Want::SizeAndDpi));
-  return ResolutionOfBoard(fixedCut, options.dpi, facts.dpi, file.program.flags.ScreenDpi);
-}
-
-// Clamped to the range of int; a canvas of that size is always refused.
-int Sum(double image, int before, int after) { return base::R(image + before + after); }
-
-void PlaceFit(imaging::BorderRequest& request, base::Size inner, int left, int top) {
-  const Fit fit = FitToSize(request.image, inner.width, inner.height);
-  request.offsetX = Sum(left, fit.offsetX, 0);
-  request.offsetY = Sum(top, fit.offsetY, 0);
-  request.drawn = {fit.FitW, fit.FitH};
-}
-
-void PlaceWhole(imaging::BorderRequest& request, const Board& board) {
-  const base::Size image = request.image;
-  request.total = {Sum(image.width, board.left, board.right), Sum(image.height, board.top, board.bottom)};
-  request.offsetX = board.left;
-  request.offsetY = board.top;
-  request.drawn = image;
-}
-
-// Sets the place of the picture in its border. Without a fixed cut the border surrounds the whole cut and TFixWH does
-// not matter; a fixed cut is fitted into its size. A rotated picture of presets 3 and 4 has its sides exchanged, and
-// without ChMode1 its border is rotated too.
-void PlacePicture(const CutFile& file, const Board& board, Turned turned, imaging::BorderRequest& request) {
-  const CutSettings& options = file.settings;
-  if (options.frameOnly || !options.geometry.ChFixCut) {
-    PlaceWhole(request, board);
-    return;
-  }
-  if (turned == Turned::Yes && (options.preset == kPresetC || options.preset == kPresetD)) {
-    const Extend extend = options.extendRight ? Extend::Right : Extend::Bottom;
-    request.total = ExtendedSize(extend, options.geometry.FixW, options.geometry.FixH, board);
-    const bool right = extend == Extend::Right;
-    PlaceFit(request, {options.geometry.FixH, options.geometry.FixW}, right ? board.left : board.top,
-             right ? board.top : board.left);
-    return;
-  }
-  request.total = {Sum(options.geometry.FixW, board.left, board.right),
-                   Sum(options.geometry.FixH, board.top, board.bottom)};
-  PlaceFit(request, {options.geometry.FixW, options.geometry.FixH}, board.left, board.top);
+  return ResolutionOfBorder(options, facts.dpi, file.program.flags.ScreenDpi);
 }
 
 // Adds the size of the canvas to the reason if the canvas is too large.
@@ -121,7 +81,7 @@ imaging::BorderRequest BorderFor(CutFile& file, const std::string& destination, 
   request.exif = file.ExifWish();
   const bool tagLost = !options.frameOnly && !imaging::StoresOrientation(imaging::EncoderFor(file.OutExt));
   if (tagLost && turned == Turned::No) request.tagSource = file.listedPath;
-  PlacePicture(file, BoardPixels(options.boardMm, resolution.dpi, resolution.k), turned, request);
+  PlaceInBorder(options, BoardPixels(options.boardMm, resolution.dpi, resolution.k), turned, request);
   return request;
 }
 
@@ -136,9 +96,7 @@ void WhitenPaddedBoard(CutFile& file) {
 Step AddBorder(CutFile& file) {
   const CutSettings& options = file.settings;
   WhitenPaddedBoard(file);
-  if (!options.addBoard) {
-    return options.frameOnly ? Fail(file, "仅边框模式没有启用“裁剪后加边框”，没有输出") : Step::Next;
-  }
+  if (!options.addBoard) return options.frameOnly ? Fail(file, kNoBorderText) : Step::Next;
   file.program.host.pump.Turn();
   const std::string bordered = file.WorkFileBeside(work_files::kResultStem, BorderSource(file));
   // Removed first, so that the save creates a file and does not wait for a sync.

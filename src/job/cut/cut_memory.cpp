@@ -12,8 +12,6 @@ namespace {
 
 using host::Status;
 
-std::string SizeText(int width, int height) { return std::to_string(width) + "x" + std::to_string(height); }
-
 // Loads the picture into Work unless an earlier step has turned it there. After the manual step Src is the picture on
 // show.
 Status LoadWork(CutFile& file) {
@@ -29,7 +27,8 @@ base::Size SizeOf(const CutFile& file) {
 
 // Applies ChRotateCut to a picture that no earlier step has turned.
 Status TurnByRule(CutFile& file) {
-  const double angle = file.program.flags.ImageRotated ? 0 : AngleOfCut(file);
+  const bool turnedBefore = file.program.flags.ImageRotated;
+  const double angle = turnedBefore ? 0 : AngleOfCut(file.settings, file.RestoreAngle, {file.W, file.H});
   if (angle == 0) return Status::Ok();
   if (Status rotated = file.program.images.RotateImage(file.Work, angle, base::kWhite); !rotated) return rotated;
   const base::Size size = SizeOf(file);
@@ -65,7 +64,7 @@ Status Restore(CutFile& file) {
 }
 
 Status ZoomAfterCut(CutFile& file) {
-  const auto size = SizeAfterCut(file, SizeOf(file));
+  const auto size = SizeAfterCut(file.settings, SizeOf(file));
   return size ? file.program.images.ResampleImage(file.Work, size->width, size->height) : Status::Ok();
 }
 
@@ -119,30 +118,13 @@ Status CutThroughBitmap(CutFile& file) {
 
 }  // namespace
 
-double AngleOfCut(const CutFile& file) {
-  if (!file.settings.rotateCut || file.RestoreAngle != 0) return 0;
-  return TurnAngle(file.settings, {file.W, file.H});
-}
-
-std::optional<base::Size> SizeAfterCut(const CutFile& file, base::Size cut) {
-  if (!file.settings.zoomAfter) return std::nullopt;
-  return ZoomedSize(file.settings.zoom, cut, ZoomTime::AfterCut);
-}
-
 bool EndsFile(const Status& failure) { return failure.DiskFull() || failure.GetProblem() == host::Problem::Stopped; }
 
-bool NothingToCut(const CutFile& file) {
-  const base::Size picture{file.W, file.H};
-  return file.rect.Empty() || (!picture.Empty() && !Overlap(file.rect, picture));
-}
+bool NothingToCut(const CutFile& file) { return !NothingToCutText(file.rect, {file.W, file.H}).empty(); }
 
 Step FailNothingToCut(CutFile& file) {
   if (!file.measured) return Fail(file, file.measured);
-  const base::Rect& rect = file.rect;
-  const std::string why = rect.Empty() ? "裁剪框的宽或高小于 1 像素（" + SizeText(rect.width, rect.height) + "）"
-                                       : "裁剪框整个在图片之外（左 " + std::to_string(rect.left) + "，上 " +
-                                             std::to_string(rect.top) + "，图片 " + SizeText(file.W, file.H) + "）";
-  return Fail(file, why + "，请检查裁剪参数");
+  return Fail(file, NothingToCutText(file.rect, {file.W, file.H}));
 }
 
 Status SaveWork(CutFile& file) {

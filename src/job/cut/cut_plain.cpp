@@ -93,7 +93,8 @@ imaging::CropRequest PlainCrop(const CutFile& file) {
 
 bool NeedsMemory(const CutFile& file) {
   const bool restores = file.RestoreAngle != 0 && file.settings.restore;
-  return file.turnedFirst || restores || file.settings.split || file.settings.zoomAfter || IsPsd(SourceExtension(file));
+  const bool scales = file.settings.zoomAfter || file.settings.geometry.ScalesToExact();
+  return file.turnedFirst || restores || file.settings.split || scales || IsPsd(SourceExtension(file));
 }
 
 Step CutFileToFile(CutFile& file) {

@@ -41,7 +41,7 @@ class Foresight {
   }
 
   bool ZoomBefore() {
-    const auto size = SizeBeforeCut(file_);
+    const auto size = SizeBeforeCut(Settings(), Size());
     if (!size) return true;
     if (!FitsZoomed(*size)) return false;
     const std::string zoomed = file_.program.AppPath(work_files::kZoomedSource);
@@ -78,7 +78,7 @@ class Foresight {
   }
 
   void ApplyEffects() {
-    if (const double angle = AngleOfCut(file_); angle != 0) {
+    if (const double angle = AngleOfCut(Settings(), file_.RestoreAngle, Size()); angle != 0) {
       Turn(angle);
       PlaceRectangle(file_, Pass::AfterRotation);
     }
@@ -97,7 +97,7 @@ class Foresight {
       size = base::TurnedSize(size, angle);
       file_.RestoreAngle = 0;
     }
-    if (const auto zoomed = SizeAfterCut(file_, size)) {
+    if (const auto zoomed = SizeAfterCut(Settings(), size)) {
       steps_.emplace_back(imaging::ResampleStep{*zoomed});
       size = *zoomed;
     }

@@ -162,13 +162,8 @@ host::Status FitsZoomed(base::Size size) {
           "缩放后为 " + std::to_string(size.width) + "x" + std::to_string(size.height) + " 像素，图片太大，内存不足"};
 }
 
-std::optional<base::Size> SizeBeforeCut(const CutFile& file) {
-  if (!file.settings.zoomBefore) return std::nullopt;
-  return ZoomedSize(file.settings.zoom, {file.W, file.H}, ZoomTime::BeforeCut);
-}
-
 Step ZoomBeforeCut(CutFile& file) {
-  const auto size = SizeBeforeCut(file);
+  const auto size = SizeBeforeCut(file.settings, {file.W, file.H});
   if (!size) return Step::Next;
   const std::string zoomed = file.program.AppPath(work_files::kZoomedSource);
   host::Status status = FitsZoomed(*size);
@@ -254,9 +249,10 @@ void TrashReplaced(CutFile& file, const std::string& output) {
 }
 
 void PlaceRectangle(CutFile& file, Pass pass) {
-  CutGeometry inside = ReadCutGeometry(file.program);
-  file.overhang = PopOverhang(inside);
-  file.rect = CutRectangle(inside, file.overhang, {file.W, file.H}, pass);
+  // The user may have changed it at the frame. The later steps follow, so that a picture that is left uncut is not
+  // scaled to an exact size either.
+  file.settings.geometry = ReadCutGeometry(file.program);
+  file.rect = PlacedRectangle(file.settings.geometry, {file.W, file.H}, pass);
 }
 
 Step FindRectangle(CutFile& file) {

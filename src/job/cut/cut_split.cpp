@@ -1,7 +1,6 @@
 // SPDX-FileCopyrightText: 2026 The Quillon developers
 // SPDX-License-Identifier: GPL-3.0-or-later
 // ChSplit: the finished cut becomes columns x rows pieces, named "<name>_01" and on, row by row from the top left.
-#include <cstdint>
 #include <string>
 #include <vector>
 
@@ -15,18 +14,14 @@ namespace {
 
 using host::Status;
 
-// Returns the first pixel of part index, of count parts along a side; for index = count the end of the side. The
-// lengths of the parts differ by at most one pixel.
-int BeginOf(int side, int index, int count) { return static_cast<int>(std::int64_t{side} * index / count); }
-
 std::vector<base::Rect> PiecesOf(base::Size size, int columns, int rows) {
   std::vector<base::Rect> pieces;
   for (int row = 0; row < rows; ++row) {
-    const int top = BeginOf(size.height, row, rows);
-    const int height = BeginOf(size.height, row + 1, rows) - top;
+    const int top = PartBegin(size.height, row, rows);
+    const int height = PartBegin(size.height, row + 1, rows) - top;
     for (int column = 0; column < columns; ++column) {
-      const int left = BeginOf(size.width, column, columns);
-      pieces.push_back({left, top, BeginOf(size.width, column + 1, columns) - left, height});
+      const int left = PartBegin(size.width, column, columns);
+      pieces.push_back({left, top, PartBegin(size.width, column + 1, columns) - left, height});
     }
   }
   return pieces;
@@ -70,11 +65,7 @@ Step SplitCut(CutFile& file) {
   const CutSettings& options = file.settings;
   const imaging::Services& images = file.program.images;
   const base::Size size{images.GetImageWidth(file.Work), images.GetImageHeight(file.Work)};
-  if (options.columns > size.width || options.rows > size.height) {
-    return Fail(file, "裁剪后的图片为 " + std::to_string(size.width) + "x" + std::to_string(size.height) +
-                          " 像素，分不成 " + std::to_string(options.columns) + " 列 " + std::to_string(options.rows) +
-                          " 行");
-  }
+  if (const std::string why = SplitFailure(options, size); !why.empty()) return Fail(file, why);
   const bool turned = file.program.flags.ImageRotated;
   const std::vector<base::Rect> rects = PiecesOf(size, options.columns, options.rows);
   std::vector<std::string> outputs;

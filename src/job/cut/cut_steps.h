@@ -8,6 +8,7 @@
 
 #include "imaging/services.h"
 #include "job/cut/cut_file.h"
+#include "job/cut/cut_outcome.h"
 
 // The steps that are executed for one file, in their order.
 namespace quillon::job {
@@ -23,8 +24,6 @@ Step RotateBeforeCut(CutFile& file);  // CmbRotate
 Step NameOutput(CutFile& file);       // sets Dst and target, creates the folder
 // From now on a foreign file that has the name of the output goes to the trash if it is replaced.
 void TrashReplaced(CutFile& file, const std::string& output);
-// Returns the size to which ChZoomAndCut scales the source; nothing if the size does not change.
-std::optional<base::Size> SizeBeforeCut(const CutFile& file);
 // Fails if the scaled picture does not fit into memory. The later steps load it as a whole, so that minutes of scaling
 // would be lost.
 host::Status FitsZoomed(base::Size size);
@@ -42,11 +41,7 @@ Step MakeCut(CutFile& file);
 enum class LoadFailure { Counted, Reported };
 Step CutInMemory(CutFile& file, LoadFailure loadFailure);
 Step CutFileToFile(CutFile& file);
-// Returns the angle by which ChRotateCut turns the picture, in degrees counter-clockwise; 0 if it does not.
-double AngleOfCut(const CutFile& file);
 inline constexpr int kThresholdLevel = 128;  // of ChToWB
-// Returns the size to which a cut of that size is scaled; nothing if the size does not change.
-std::optional<base::Size> SizeAfterCut(const CutFile& file, base::Size cut);
 // Returns whether the resolution is the only effect. A crop from file to file can set it.
 bool OnlyOwnDpi(const CutFile& file);
 // Returns the crop that MakeCut makes unless the picture is held in memory: PlainCrop, and for a gif source into a work
@@ -80,8 +75,6 @@ std::size_t PieceCount(const CutSettings& options);
 // Returns the name of the piece with that number, counted from 1.
 std::string PieceName(const CutFile& file, std::size_t number);
 Step AddBorder(CutFile& file);  // ChAddBoard
-// Whether the cut picture was turned and not turned back.
-enum class Turned { No, Yes };
 // Returns the picture that gets the border: latestFile, or the source if nothing was cut.
 const std::string& BorderSource(const CutFile& file);
 // Returns the border that AddBorder draws around BorderSource.

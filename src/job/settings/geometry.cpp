@@ -69,6 +69,13 @@ base::Rect PercentRectangle(const CutGeometry& p, base::Size picture) {
   return cut;
 }
 
+PreviewFrame AsFrame(const base::Rect& rect) {
+  return {static_cast<double>(rect.left), static_cast<double>(rect.top), static_cast<double>(rect.width),
+          static_cast<double>(rect.height)};
+}
+
+base::Rect Rounded(const PreviewFrame& frame) { return {R(frame.left), R(frame.top), R(frame.width), R(frame.height)}; }
+
 // A text of CmbZoom in plain characters. "w,h" is a pair; with "%" or without a comma it is a percentage.
 struct ZoomText {
   bool pair = false;
@@ -103,11 +110,79 @@ Overhang PopOverhang(CutGeometry& geometry) {
   return overhang;
 }
 
+CountingValues ValuesThatCount(const CutGeometry& p) {
+  constexpr std::array kAll{true, true, true, true};
+  constexpr std::array kLeftAndTop{true, true, false, false};
+  CountingValues counting;
+  if (p.Exact()) {
+    counting.fixedSize = true;
+    if (!p.PadsToExact() && p.CmbAnchor == kAnchorByMargins) counting.margins = kLeftAndTop;
+  } else if (p.ChAsFramed) {
+    counting.centred = true;
+    counting.fixedSize = p.ChFixCut;
+    if (!p.ChFixCut) counting.margins = kAll;
+    if (p.ChFixCut && !p.ChAutoCenter) counting.margins = kLeftAndTop;
+  } else if (!p.ChCutA || (p.ChFixCut && p.ChAutoZoom)) {
+    counting.margins = kAll;
+  } else {
+    counting.margins = kLeftAndTop;
+    counting.fixedSize = p.ChFixCut || !p.AdvancedOptionsLoaded;
+    counting.keptSize = !counting.fixedSize;
+  }
+  return counting;
+}
+
+PreviewFrame FrameOf(const CutGeometry& geometry, base::Size picture) {
+  if (geometry.Exact()) return AsFrame(ExactRectangle(geometry, picture));
+  const double W = picture.width;
+  const double H = picture.height;
+  const double ML = geometry.ML;
+  const double MT = geometry.MT;
+  const double MR = geometry.MR;
+  const double MB = geometry.MB;
+  PreviewFrame frame{ML, MT, W - ML - MR, H - MT - MB};
+  if (!geometry.ChCutA) frame = {W * ML / 100, H * MT / 100, W * (100 - ML - MR) / 100, H * (100 - MT - MB) / 100};
+  if (geometry.ChFixCut) {
+    frame.width = geometry.FixW;
+    frame.height = geometry.FixH;
+  }
+  if (geometry.ChAutoCenter) {
+    frame.left = (W - frame.width) / 2;
+    frame.top = (H - frame.height) / 2;
+  }
+  return frame;
+}
+
+base::Rect ExactRectangle(const CutGeometry& p, base::Size picture) {
+  if (p.PadsToExact()) return {0, 0, picture.width, picture.height};
+  const Fit fit = FitToSize({p.FixW, p.FixH}, picture.width, picture.height);
+  base::Rect cut{0, 0, std::max(1, fit.FitW), std::max(1, fit.FitH)};
+  const int spareWidth = std::max(0, picture.width - cut.width);
+  const int spareHeight = std::max(0, picture.height - cut.height);
+  if (p.CmbAnchor == kAnchorByMargins) {
+    cut.left = std::clamp(R(p.ChCutA ? p.ML : p.ML / 100 * picture.width), 0, spareWidth);
+    cut.top = std::clamp(R(p.ChCutA ? p.MT : p.MT / 100 * picture.height), 0, spareHeight);
+  } else {
+    const int column = p.CmbAnchor % 3;
+    const int row = p.CmbAnchor / 3;
+    cut.left = R(spareWidth * column / 2.0);
+    cut.top = R(spareHeight * row / 2.0);
+  }
+  return cut;
+}
+
 base::Rect CutRectangle(const CutGeometry& geometry, const Overhang& overhang, base::Size picture, Pass pass) {
   if (geometry.SkipCutThisImage) return {0, 0, picture.width, picture.height};
+  if (geometry.Exact()) return ExactRectangle(geometry, picture);
+  if (geometry.ChAsFramed) return Rounded(FrameOf(geometry, picture));
   if (!geometry.ChCutA) return PercentRectangle(geometry, picture);
   const bool proportional = geometry.ChFixCut && geometry.ChAutoZoom;
   return proportional ? ProportionalRectangle(geometry, overhang, picture) : PixelRectangle(geometry, picture, pass);
+}
+
+base::Rect PlacedRectangle(CutGeometry geometry, base::Size picture, Pass pass) {
+  const Overhang overhang = PopOverhang(geometry);
+  return CutRectangle(geometry, overhang, picture, pass);
 }
 
 // In 64 bits, because margins may be beyond all sizes.

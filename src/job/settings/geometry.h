@@ -18,6 +18,20 @@ namespace quillon::job {
 // rounded to single precision before it is multiplied; the product is rounded with R.
 int CmToPixels(float cm, int dpi);
 
+// The frame over the preview. It may reach outside the picture, and its sides may be negative.
+struct PreviewFrame {
+  double left = 0;
+  double top = 0;
+  double width = 0;
+  double height = 0;
+  bool operator==(const PreviewFrame&) const = default;
+};
+
+// Entries of CmbAnchor: 0..8 are nine points, row by row from the upper left; the last is the place that the left and
+// top margin name.
+inline constexpr int kAnchorCentre = 4;
+inline constexpr int kAnchorByMargins = 9;
+
 // What decides the rectangle of a cut; part of CutSettings. The fields have the names of the controls and flags.
 struct CutGeometry {
   // TCutValue: left, top, right, bottom; in pixels with ChCutA, else in percent of the side.
@@ -36,7 +50,28 @@ struct CutGeometry {
   bool ChFull = false;
   bool AdvancedOptionsLoaded = false;
   bool SkipCutThisImage = false;
+  bool ChAsFramed = false;
+  bool ChAutoCenter = false;  // only counts with ChAsFramed
+  bool ChExact = false;
+  bool ChExactPad = false;
+  int CmbAnchor = kAnchorCentre;
+
+  // Returns whether the result has exactly the size FixW x FixH.
+  bool Exact() const { return ChExact && ChFixCut && FixW > 0 && FixH > 0; }
+  // Returns whether the whole picture is fitted and padded to that size,
+  bool PadsToExact() const { return Exact() && ChExactPad; }
+  // or a part of it is cut and scaled.
+  bool ScalesToExact() const { return Exact() && !ChExactPad && !SkipCutThisImage; }
 };
+
+// Which values decide the rectangle of a cut. The others can be changed without any effect on it.
+struct CountingValues {
+  std::array<bool, 4> margins = {};  // in the order of TCutValue
+  bool fixedSize = false;            // FixW and FixH
+  bool keptSize = false;             // TSmalS2 and TSmalS3
+  bool centred = false;              // ChAutoCenter
+};
+CountingValues ValuesThatCount(const CutGeometry& geometry);
 
 // How far negative margins reach outside the picture: sums that are 0 or negative.
 struct Overhang {
@@ -51,10 +86,22 @@ Overhang PopOverhang(CutGeometry& geometry);
 // A picture's rectangle is computed once or twice: again if it was turned in between.
 enum class Pass { First, AfterRotation };
 
+// Returns the frame that the preview shows for the margins and the fixed size, centred with ChAutoCenter. With Exact()
+// it is ExactRectangle.
+PreviewFrame FrameOf(const CutGeometry& geometry, base::Size picture);
+
+// Returns the largest rectangle with the ratio FixW : FixH inside the picture, at CmbAnchor. Sides are rounded and at
+// least 1. The margins of kAnchorByMargins are limited so that it stays inside. Returns the whole picture if that is
+// padded instead. Requires Exact().
+base::Rect ExactRectangle(const CutGeometry& geometry, base::Size picture);
+
 // Returns the rectangle to cut out of a picture of that size, after PopOverhang. Each of left, top, width and height is
-// rounded on its own, in that order.
+// rounded on its own, in that order. With Exact() it is ExactRectangle; otherwise with ChAsFramed it is FrameOf.
 base::Rect CutRectangle(const CutGeometry& geometry, const Overhang& overhang, base::Size picture,
                         Pass pass = Pass::First);
+
+// Returns the rectangle of a picture from geometry as the controls hold it: PopOverhang, then CutRectangle.
+base::Rect PlacedRectangle(CutGeometry geometry, base::Size picture, Pass pass = Pass::First);
 
 // Returns whether a picture of that size has a pixel in common with the rectangle. Both must have an area.
 bool Overlap(const base::Rect& cut, base::Size picture);

@@ -15,6 +15,10 @@ std::vector<std::string> CutStyles() {
   return {"矩形裁剪", "正方形裁剪", "椭圆形裁剪", "圆形裁剪", "圆角矩形裁剪", "圆角正方形裁剪"};
 }
 
+std::vector<std::string> Anchors() {
+  return {"左上", "上中", "右上", "左中", "居中", "右中", "左下", "下中", "右下", "按左、上边距"};
+}
+
 std::vector<std::string> OutTypes() { return {"jpg", "png", "gif", "tif", "bmp", "pdf"}; }
 
 std::vector<std::string> DpiEntries() {

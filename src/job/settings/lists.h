@@ -34,6 +34,8 @@ void Select(controls::ComboBox& list, Entry entry) {
 
 std::vector<std::string> CutModes();
 std::vector<std::string> CutStyles();
+// Entries of CmbAnchor; see kAnchorCentre.
+std::vector<std::string> Anchors();
 std::vector<std::string> OutTypes();
 // Resolutions in dots per inch. The first, 0, keeps the one of the source.
 std::vector<std::string> DpiEntries();

@@ -1,11 +1,13 @@
 // SPDX-FileCopyrightText: 2026 The Quillon developers
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Decides which controls can be used, in one place. It depends only on the values of the parameters, not on
-// the order in which they were set. A control that cannot be used shows the reason.
+// Decides which controls can be used and whose values have an effect, in one place. It depends only on the values of
+// the parameters, not on the order in which they were set. A control that cannot be used or has no effect shows the
+// reason.
 #include <initializer_list>
 #include <string>
 
 #include "job/program.h"
+#include "job/settings/cut_settings.h"
 
 namespace quillon::job {
 namespace {
@@ -14,6 +16,8 @@ constexpr const char* kFrameOnly = "仅边框模式不做任何裁剪和处理";
 constexpr const char* kStudio = "所选的固定尺寸已指定本项";
 constexpr const char* kNeedsPixels = "请先启用“绝对裁剪”";
 constexpr const char* kNeedsFixedCut = "请先启用“固定裁剪”";
+constexpr const char* kNeedsExact = "请先启用“成品尺寸”";
+constexpr const char* kExact = "“成品尺寸”已决定结果的大小";
 constexpr const char* kNeedsRotation = "请先选择旋转规则或启用“先旋转后裁剪”";
 
 // A condition that makes a control unusable, and the reason that the user reads.
@@ -67,6 +71,11 @@ void ShowParameters(Form1& form, bool frameOnly, bool listless) {
   for (controls::TextBox& side : form.TFixWH) {
     Allow(side, {{free, kNeedsFixedCut}, {sized, "尺寸由所选的固定尺寸决定"}});
   }
+  const bool exact = form.ChExact.On() && !free;
+  Allow(form.ChAsFramed, {{frameOnly || pads, kFrameOnly}, {exact, "“成品尺寸”已决定裁剪框"}});
+  Allow(form.ChExact, {{percent, kNeedsPixels}, {free, kNeedsFixedCut}, {pads, kStudio}, {frameOnly, kFrameOnly}});
+  Allow(form.ChExactPad, {{!exact, kNeedsExact}});
+  Allow(form.CmbAnchor, {{!exact, kNeedsExact}, {form.ChExactPad.On(), "补边时整张图片居中"}});
   Allow(form.ChAddToSize, {{!pads, "只用于固定尺寸“不裁剪，居中补白”"}});
   Allow(form.ChAutoZoom, {{IsStudioPreset(preset), kStudio}});
   Allow(form.ChAutoCenter, {{pads, kStudio}});
@@ -80,7 +89,8 @@ void ShowOptions(FBaseOpt& options, const Form1& form, bool frameOnly) {
   Allow(options.ChAddBoard, {{studio, kStudio}});
   for (controls::CheckBox* box : {&options.ChMamal, &options.ChMulCut, &options.ChCutAndZoom, &options.ChZoomAndCut,
                                   &options.ChSplit, &options.ChToWB, &options.ChKeepExif}) {
-    Allow(*box, {{studio, kStudio}, {frameOnly, kFrameOnly}});
+    const bool scaled = box == &options.ChCutAndZoom && form.ChExact.On() && form.ChFixCut.On();
+    Allow(*box, {{studio, kStudio}, {frameOnly, kFrameOnly}, {scaled, kExact}});
   }
   for (controls::Control* control :
        {static_cast<controls::Control*>(&options.ChClsWhite), static_cast<controls::Control*>(&options.ChClsBlack),
@@ -95,17 +105,110 @@ void ShowOptions(FBaseOpt& options, const Form1& form, bool frameOnly) {
   Allow(options.TAngle, {{frameOnly, kFrameOnly},
                          {rule > 0 && rule != kOwnAngle, "角度由旋转规则决定"},
                          {rule != kOwnAngle && !turns, "请先选择“旋转任一角度”或启用“先旋转后裁剪”"}});
-  Allow(options.ChRecover, {{frameOnly, kFrameOnly}, {rule <= 0 && !turns, kNeedsRotation}});
+  const bool exact = form.ChExact.On() && form.ChFixCut.On();
+  Allow(options.ChRecover, {{frameOnly, kFrameOnly}, {rule <= 0 && !turns, kNeedsRotation}, {exact, kExact}});
   for (const std::size_t count : {4, 5}) Allow(options.TSmalS[count], {{!options.ChSplit.On(), "请先启用“图片分切”"}});
 }
 
+// --- Values that have an effect on a normal cut
+
+constexpr const char* kIdle = "本项不起作用：";
+
+void ShowEffect(controls::Control& control, bool counts, const std::string& whyNot, std::string meaning = {}) {
+  control.SetEffect(counts ? controls::Effect::Counts : controls::Effect::None,
+                    counts ? std::move(meaning) : kIdle + whyNot);
+}
+
+// Returns what decides instead of a margin that has no effect.
+std::string InsteadOfMargin(const CutSettings& settings, std::size_t margin) {
+  const CutGeometry& geometry = settings.geometry;
+  const bool side = margin < 2;  // left or top
+  const bool across = margin % 2 == 0;
+  if (settings.frameOnly) return kFrameOnly;
+  if (geometry.PadsToExact()) return "补边时用整张图片";
+  if (geometry.Exact()) return side ? "“取图位置”决定取哪一块" : "“成品尺寸”决定取多大一块";
+  if (geometry.ChAsFramed) return side ? "“居中裁剪”决定框的位置" : "框的大小由“宽”“高”决定";
+  if (ValuesThatCount(geometry).keptSize) return "裁出的大小由高级选项的“保留裁剪”决定";
+  return across ? "右边按“宽”去掉" : "下边按“高”去掉";
+}
+
+// Returns what the fixed width (side 0) or height (side 1) is, if it has an effect.
+std::string MeaningOfSize(const CutSettings& settings, std::size_t side) {
+  const CutGeometry& geometry = settings.geometry;
+  const bool across = side == 0;
+  if (settings.frameOnly || geometry.Exact()) return across ? "成品的宽" : "成品的高";
+  if (geometry.ChAsFramed) return across ? "裁剪框的宽" : "裁剪框的高";
+  if (geometry.ChAutoZoom) return across ? "边框之内的宽" : "边框之内的高";
+  return across ? "右边要去掉的像素" : "下边要去掉的像素";
+}
+
+void ShowEffectOfSizes(Form1& form, FBaseOpt& options, const CutSettings& settings, const CountingValues& counting) {
+  const bool bordered = settings.addBoard && settings.geometry.ChFixCut;
+  const bool counts = settings.frameOnly ? settings.padToSize : counting.fixedSize || bordered;
+  const std::string instead = settings.frameOnly         ? kFrameOnly
+                              : counting.keptSize        ? "裁出的大小由高级选项的“保留裁剪”决定"
+                              : settings.geometry.ChCutA ? "四边按百分比裁"
+                                                         : "按百分比裁剪";
+  for (std::size_t side = 0; side < form.TFixWH.Size(); ++side)
+    ShowEffect(form.TFixWH[side], counts, instead, MeaningOfSize(settings, side));
+  // The two windows mirror the size crosswise: the box for the height gives the width.
+  const bool kept = counting.keptSize && !settings.frameOnly;
+  ShowEffect(options.TSmalS[2], kept || counts, instead, kept ? "裁出的图片横向的像素" : MeaningOfSize(settings, 1));
+  ShowEffect(options.TSmalS[3], kept || counts, instead, kept ? "裁出的图片纵向的像素" : MeaningOfSize(settings, 0));
+}
+
+void ShowEffectOfCentring(Form1& form, FBaseOpt& options, const CutSettings& settings, bool centred) {
+  const bool moves = centred || settings.manual || !form.ChAutoCenter.On();
+  const char* instead = settings.geometry.Exact() ? "“取图位置”决定取哪一块" : "自动裁剪按四边的数值，它只移动画的框";
+  for (controls::CheckBox* box : {&form.ChAutoCenter, &options.ChAutoCenter}) {
+    box->SetEffect(moves ? controls::Effect::AsEnabled : controls::Effect::None,
+                   moves ? "" : kIdle + std::string(instead));
+  }
+}
+
+// Without "压缩" the quality is written too.
+void ShowEffectOfQuality(Form1& form) {
+  const auto type = Selected<OutType>(form.CmbOutType);
+  const bool jpeg = type == OutType::Jpg || type == OutType::Pdf;
+  ShowEffect(form.TQuality, jpeg, "只有 jpg 和 pdf 按品质写入",
+             form.ChJpgComp.On() ? "" : "没有启用“压缩”，也按这个品质写入");
+}
+
+// The list may state another resolution than the one that is written.
+void ShowWrittenDpi(controls::ComboBox& list, int written) {
+  const bool same = DpiOf(list) == written;
+  list.SetNote(same ? "" : written == 0 ? "（不改）" : "（写入 " + std::to_string(written) + "）");
+}
+
 }  // namespace
+
+void Program::ShowEffects() {
+  ShowWrittenDpi(form1.CmbDPI, flags.OutDpi);
+  ShowWrittenDpi(fBaseOpt.CmbDPI, fBaseOpt.Loaded() ? flags.OutDpi : DpiOf(fBaseOpt.CmbDPI));
+  if (Selected<CutMode>(form1.CmbCutMode) != CutMode::Normal) {
+    for (controls::Window* window :
+         {static_cast<controls::Window*>(&form1), static_cast<controls::Window*>(&fBaseOpt)}) {
+      for (controls::Control* control : window->Controls()) control->SetEffect(controls::Effect::AsEnabled);
+    }
+    return;
+  }
+  const CutSettings settings = ReadCutSettings(*this);
+  const CountingValues counting = ValuesThatCount(settings.geometry);
+  for (std::size_t margin = 0; margin < form1.TCutValue.Size(); ++margin) {
+    ShowEffect(form1.TCutValue[margin], counting.margins[margin] && !settings.frameOnly,
+               InsteadOfMargin(settings, margin));
+  }
+  ShowEffectOfSizes(form1, fBaseOpt, settings, counting);
+  ShowEffectOfCentring(form1, fBaseOpt, settings, counting.centred);
+  ShowEffectOfQuality(form1);
+}
 
 void Program::ShowAvailability() {
   const bool frameOnly = fBaseOpt.ChFrmOnly.On() && form1.CmbKeepCut.Index() != kFrameOnlyPreset;
   ShowModes(form1, fBaseOpt);
   ShowParameters(form1, frameOnly, flags.LargeCapacityMode);
   ShowOptions(fBaseOpt, form1, frameOnly);
+  ShowEffects();
 }
 
 }  // namespace quillon::job

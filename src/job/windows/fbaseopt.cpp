@@ -57,6 +57,7 @@ void FBaseOpt::ConnectChecks() {
   ChAutoCenter.SetHandler([this] { ChAutoCenter_Click(); });
   ChMulCut.SetHandler([this] { ChMulCut_Click(); });
   ChMamal.SetHandler([this] { ChMamal_Click(); });
+  ChRecover.SetHandler([this] { program_.form1.ShowFrame(); });
   ChSplit.SetHandler([this] { ChSplit_Click(); });
   ChAddBoard.SetHandler([this] { ChAddBoard_Click(); });
   ChFrmOnly.SetHandler([this] { ChFrmOnly_Click(); });
@@ -168,6 +169,7 @@ void FBaseOpt::ChMamal_Click() {
 void FBaseOpt::ChSplit_Click() {
   if (ClearInPagedMode(ChSplit)) return;
   program_.ShowAvailability();
+  program_.form1.ShowFrame();
 }
 
 void FBaseOpt::AcceptFixedSize(const std::string& width, const std::string& height) {
@@ -193,6 +195,8 @@ void FBaseOpt::TSmalS_Change(std::size_t index) {
     box.SetText(index < 2 ? kThreshold : kPieces);
   } else if (index == 2 || index == 3) {
     MirrorFixedSize();
+  } else {
+    program_.form1.ShowFrame();
   }
 }
 

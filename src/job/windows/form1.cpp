@@ -2,6 +2,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "job/windows/form1.h"
 
+#include <initializer_list>
+
 #include "base/path_text.h"
 #include "host/files/paths.h"
 #include "job/program.h"
@@ -36,6 +38,14 @@ void Form1::ConnectParameters() {
   CmbKeepCut.SetHandler([this] { CmbKeepCut_Click(); });
   ChAutoCenter.SetHandler([this] { ChAutoCenter_Click(); });
   ChAddToSize.SetHandler([this] { program_.ShowAvailability(); });
+  for (controls::Control* control :
+       std::initializer_list<controls::Control*>{&ChAsFramed, &ChExact, &ChExactPad, &CmbAnchor}) {
+    control->SetHandler([this] {
+      program_.ShowAvailability();
+      program_.ShowAsCut();
+    });
+  }
+  for (controls::CheckBox* box : {&ChFull, &ChAutoZoom, &ChMode1}) box->SetHandler([this] { ShowFrame(); });
   CmbOutType.SetHandler([this] { CmbOutType_Click(); });
   CmbDPI.SetHandler([this] { CmbDPI_Click(); });
   ChJpgComp.SetHandler([this] { program_.ShowAvailability(); });

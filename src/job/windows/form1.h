@@ -9,6 +9,7 @@
 #include "controls/grid.h"
 #include "controls/values.h"
 #include "controls/window.h"
+#include "job/settings/geometry.h"
 #include "job/settings/lists.h"
 
 namespace quillon::job {
@@ -91,6 +92,9 @@ class Form1 : public controls::Window {
                                  controls::Content::Number);
       }};
   controls::CheckBox ChCutA{*this, "ChCutA", Inside(Frame1, "绝对裁剪")};
+  controls::CheckBox ChAsFramed{
+      *this, "ChAsFramed",
+      Inside(Frame1, "按预览框裁剪", "裁剪结果就是预览中的框，宽、高不再当作右边、下边要去掉的像素")};
   controls::ComboBox CmbCutMode{*this, "CmbCutMode", Inside(Frame1, "裁剪模式："), CutModes(), 0};
   controls::ComboBox CmbCutStyle{*this, "CmbCutStyle", Inside(Frame1, "裁剪形状："), CutStyles(), 0};
   controls::CheckBox ChFixCut{*this, "ChFixCut", DisabledInside(Frame1, "固定裁剪")};
@@ -102,6 +106,12 @@ class Form1 : public controls::Window {
             index == 0 ? DisabledInside(Frame1, "宽：", "像素") : DisabledInside(Frame1, "高：", "像素"),
             index == 0 ? "1062" : "1630", controls::Content::Integer);
       }};
+  controls::CheckBox ChExact{
+      *this, "ChExact",
+      DisabledInside(Frame1, "成品尺寸", "结果正好是“宽”×“高”像素：取同一比例的最大一块，再缩放到这个尺寸")};
+  controls::CheckBox ChExactPad{*this, "ChExactPad",
+                                DisabledInside(Frame1, "不裁，补边", "整张图片缩放到成品尺寸之内，四周用边框颜色补足")};
+  controls::ComboBox CmbAnchor{*this, "CmbAnchor", DisabledInside(Frame1, "取图位置："), Anchors(), kAnchorCentre};
   controls::CheckBox ChAutoCenter{*this, "ChAutoCenter", Inside(Frame1, "居中裁剪")};
   controls::CheckBox ChFull{*this, "ChFull", Inside(Frame1, "自动顶格")};
   controls::CheckBox ChAutoZoom{*this, "ChAutoZoom", Inside(Frame1, "等比缩放")};
@@ -168,6 +178,8 @@ class Form1 : public controls::Window {
   void ShowMarginLimits();
   // Places the frame in the preview by the parameters, and shows each margin in per cent of the picture in its tooltip.
   void ShowFrame();
+  // Shows in the preview what a cut by that geometry gives.
+  void ShowResult(const CutGeometry& geometry);
 
  private:
   void ConnectParameters();

@@ -24,23 +24,6 @@ PreviewFrame WholePicture(base::Size picture) {
   return {0, 0, static_cast<double>(picture.width), static_cast<double>(picture.height)};
 }
 
-// Returns the frame of the margins and the fixed size; it may reach outside the picture.
-PreviewFrame FrameOf(const CutGeometry& geometry, base::Size picture) {
-  const double W = picture.width;
-  const double H = picture.height;
-  const double ML = geometry.ML;
-  const double MT = geometry.MT;
-  const double MR = geometry.MR;
-  const double MB = geometry.MB;
-  PreviewFrame frame{ML, MT, W - ML - MR, H - MT - MB};
-  if (!geometry.ChCutA) frame = {W * ML / 100, H * MT / 100, W * (100 - ML - MR) / 100, H * (100 - MT - MB) / 100};
-  if (geometry.ChFixCut) {
-    frame.width = geometry.FixW;
-    frame.height = geometry.FixH;
-  }
-  return frame;
-}
-
 // Returns the whole part of an offset. Arithmetic may have lost less than a millionth of a pixel, which is made up for.
 double WholePixels(double offset) { return std::floor(offset + 1e-6); }
 
@@ -75,18 +58,21 @@ void Form1::ShowFrame() {
   const base::Size picture = preview.Picture();
   const CutSettings settings = ReadCutSettings(program_);
   PreviewFrame frame = FrameOf(settings.geometry, picture);
-  if (ChAutoCenter.On()) {
-    frame.left = (picture.width - frame.width) / 2;
-    frame.top = (picture.height - frame.height) / 2;
-  }
   if (settings.frameOnly) frame = WholePicture(picture);
   preview.SetPictureFrame(picture.Empty() ? PreviewFrame{} : frame);
-  preview.SetBoard(BoardAroundCut(program_, preview));
+  ShowResult(settings.geometry);
   for (std::size_t i = 0; i < TCutValue.Size(); ++i) {
     const bool known = ChCutA.On() && !picture.Empty();
     const std::string share = known ? base::NumberText(TCutValue[i].Number() * 100 / SideOf(picture, i)) + "%" : "";
     TCutValue[i].SetTooltip(ChCutA.On() ? share : kPercentTooltip);
   }
+  program_.ShowEffects();
+}
+
+void Form1::ShowResult(const CutGeometry& geometry) {
+  Preview& preview = program_.fCutPre.preview;
+  preview.SetResult(ResultOnShow(program_, geometry));
+  preview.SetBoard(BoardAroundCut(program_, preview));
 }
 
 void Form1::ChCutA_Click() {

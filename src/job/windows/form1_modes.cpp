@@ -94,6 +94,7 @@ void Form1::CmbCutStyle_Click() {
 }
 
 void Form1::CmbOutType_Click() {
+  program_.ShowEffects();
   const bool pdf = Selected<OutType>(CmbOutType) == OutType::Pdf;
   if (!pdf || program_.outputTools || Selected<CutMode>(CmbCutMode) == CutMode::Pdf) return;
   Select(CmbOutType, OutType::Jpg);

@@ -2,6 +2,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "job/windows/preview.h"
 
+#include <cmath>
+
+#include "base/number_text.h"
 #include "base/rect.h"
 #include "base/rounding.h"
 #include "job/program.h"
@@ -23,6 +26,29 @@ PreviewBoard PaddingAround(const PreviewFrame& picture, const CutSettings& optio
   const double beside = fit.offsetX * picture.width / fit.FitW;
   const double above = fit.offsetY * picture.height / fit.FitH;
   return {beside, above, beside, above, base::kWhite};
+}
+
+// Returns the picture on show as the cut gets it. In a manual run it may have been turned by the user, who is not
+// followed by the rules, or by the options, whose turn the cut repeats.
+TurnedPicture PictureOnShow(const Program& program, const CutSettings& settings) {
+  const Preview& preview = program.fCutPre.preview;
+  const Flags& flags = program.flags;
+  const bool manual = flags.Busy && settings.manual;
+  if (manual && flags.ManualRotated) return {preview.Picture(), flags.ManualAngle, Pass::First};
+  constexpr double kRightAngle = 90;
+  const bool byRule = settings.rotateRule > 0 && settings.rotateRule != kOwnAngle;
+  double angle = preview.Angle();
+  if (manual && flags.ImageRotated) angle = byRule ? kRightAngle : settings.angle;
+  return {preview.Picture(), angle, angle != 0 ? Pass::AfterRotation : Pass::First};
+}
+
+// Names the values of the panel that move the frame and not the cut.
+std::string UnusedValues(const CutGeometry& geometry, const CountingValues& counting) {
+  std::string names;
+  if (!counting.margins[2] && geometry.MR != 0) names += "“右 " + base::NumberText(geometry.MR) + "”";
+  if (!counting.margins[3] && geometry.MB != 0) names += "“下 " + base::NumberText(geometry.MB) + "”";
+  if (geometry.ChAutoCenter && !counting.centred) names += "“居中裁剪”";
+  return names;
 }
 
 }  // namespace
@@ -58,12 +84,19 @@ void Preview::SetScale(double scale) {
 void Preview::SetPictureFrame(const PreviewFrame& frame) {
   if (frame_ == frame) return;
   frame_ = frame;
+  result_.reset();
   Notify();
 }
 
 void Preview::SetBoard(const PreviewBoard& board) {
   if (board_ == board) return;
   board_ = board;
+  Notify();
+}
+
+void Preview::SetResult(std::optional<PreviewResult> result) {
+  if (result_ == result) return;
+  result_ = std::move(result);
   Notify();
 }
 
@@ -109,17 +142,12 @@ CutShape ShapeBeforeCut(const Program& program, base::Size picture) {
   return shape;
 }
 
-PreviewBoard BoardAroundCut(Program& program, const Preview& preview) {
+PreviewBoard BoardAroundCut(const Program& program, const Preview& preview) {
   const CutSettings options = ReadCutSettings(program);
-  const PreviewFrame& frame = preview.PictureFrame();
+  const PreviewFrame& frame = preview.Result() ? preview.Result()->cut : preview.PictureFrame();
   if (!options.addBoard || !(frame.width > 0 && frame.height > 0)) return {};
   if (options.frameOnly && options.padToSize) return PaddingAround(frame, options);
-  const bool fixedCut = options.geometry.ChFixCut && !options.frameOnly;
-  imaging::ImageFacts facts;
-  // A picture that cannot be measured counts as one without a resolution.
-  if (!fixedCut && !preview.Path().empty() && !program.flags.CurrentImagePath.empty())
-    static_cast<void>(program.images.ImageInfo(program.flags.CurrentImagePath, facts, imaging::Want::SizeAndDpi));
-  const BoardResolution resolution = ResolutionOfBoard(fixedCut, options.dpi, facts.dpi, program.flags.ScreenDpi);
+  const BoardResolution resolution = ResolutionOfBorder(options, preview.Dpi(), program.flags.ScreenDpi);
   const Board board = BoardPixels(options.boardMm, resolution.dpi, resolution.k);
   double across = 1;
   double down = 1;
@@ -132,6 +160,40 @@ PreviewBoard BoardAroundCut(Program& program, const Preview& preview) {
     }
   }
   return {board.left * across, board.top * down, board.right * across, board.bottom * down, options.boardColour};
+}
+
+std::optional<PreviewResult> ResultOnShow(const Program& program, const CutGeometry& geometry) {
+  const Preview& preview = program.fCutPre.preview;
+  if (preview.Picture().Empty()) return std::nullopt;
+  CutSettings settings = ReadCutSettings(program);
+  settings.geometry = geometry;
+  const SourceFacts source{preview.Original(), preview.Dpi(), program.flags.ScreenDpi};
+  const CutOutcome outcome = OutcomeOfTurned(settings, source, PictureOnShow(program, settings));
+  const PreviewFrame cut{static_cast<double>(outcome.cut.left), static_cast<double>(outcome.cut.top),
+                         static_cast<double>(outcome.cut.width), static_cast<double>(outcome.cut.height)};
+  return PreviewResult{cut, outcome, settings.frameOnly ? "" : NoticeOn(settings, preview.PictureFrame(), cut)};
+}
+
+std::string NoticeOn(const CutSettings& settings, const PreviewFrame& frame, const PreviewFrame& cut) {
+  const CutGeometry& geometry = settings.geometry;
+  const auto near = [](double a, double b) { return std::abs(a - b) <= 1; };
+  const bool same = near(frame.left, cut.left) && near(frame.top, cut.top) && near(frame.width, cut.width) &&
+                    near(frame.height, cut.height);
+  if (same) return {};
+  if (geometry.SkipCutThisImage) return "这一张不裁";
+  const CountingValues counting = ValuesThatCount(geometry);
+  std::string text = "四边按填的百分比裁";
+  if (counting.keptSize) {
+    text = "裁出的大小是高级选项里填的“高 " + base::NumberText(geometry.TSmalS2) + "”×“宽 " +
+           base::NumberText(geometry.TSmalS3) + "”（前者是横向）";
+  } else if (counting.fixedSize) {
+    text = "右边、下边按“宽 " + std::to_string(geometry.FixW) + "、高 " + std::to_string(geometry.FixH) + "”去掉";
+  } else if (geometry.ChCutA) {
+    text = "“等比缩放”把四边的数值当作百分比";
+    if (!settings.addBoard) text += "，“宽、高”不起作用";
+  }
+  const std::string unused = UnusedValues(geometry, counting);
+  return unused.empty() ? text : text + "，" + unused + "不起作用";
 }
 
 }  // namespace quillon::job

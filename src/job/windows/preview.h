@@ -3,24 +3,18 @@
 #pragma once
 
 #include <functional>
+#include <optional>
 #include <string>
 #include <utility>
 
 #include "base/colour.h"
 #include "base/rect.h"
+#include "job/cut/cut_outcome.h"
+#include "job/settings/geometry.h"
 
 namespace quillon::job {
 
 class Program;
-
-// The frame over the preview. It may reach outside the picture, and its sides may be negative.
-struct PreviewFrame {
-  double left = 0;
-  double top = 0;
-  double width = 0;
-  double height = 0;
-  bool operator==(const PreviewFrame&) const = default;
-};
 
 // The border that a cut gets, drawn around the frame. In pixels of the picture; fractions come from a zoom after the
 // cut.
@@ -32,6 +26,14 @@ struct PreviewBoard {
   base::Colour colour = base::kWhite;
   bool operator==(const PreviewBoard&) const = default;
   bool Empty() const { return left <= 0 && top <= 0 && right <= 0 && bottom <= 0; }
+};
+
+// What a cut of the picture on show gives.
+struct PreviewResult {
+  PreviewFrame cut;    // what is cut out, in pixels of the picture
+  CutOutcome outcome;  // the finished file
+  std::string notice;  // which values count if the frame is not what is cut, else ""
+  bool operator==(const PreviewResult&) const = default;
 };
 
 // What the preview shows: a picture, the scale at which it is shown, and the cut frame that follows the parameters. The
@@ -56,6 +58,9 @@ class Preview {
   // Returns the frame in pixels of the picture itself.
   const PreviewFrame& PictureFrame() const { return frame_; }
   const PreviewBoard& Board() const { return board_; }
+  // Returns what the present parameters make of the picture; nothing if that is not known. It is forgotten when the
+  // frame moves.
+  const std::optional<PreviewResult>& Result() const { return result_; }
   int Shape() const { return shape_; }              // as CmbCutStyle
   int BorderStyle() const { return borderStyle_; }  // 15 with a fixed cut, else 0
 
@@ -67,6 +72,7 @@ class Preview {
   void SetScale(double scale);
   void SetPictureFrame(const PreviewFrame& frame);
   void SetBoard(const PreviewBoard& board);
+  void SetResult(std::optional<PreviewResult> result);
   void SetShape(int shape);
   void SetBorderStyle(int style);
 
@@ -102,6 +108,7 @@ class Preview {
   double scale_ = 1.0;
   PreviewFrame frame_;
   PreviewBoard board_;
+  std::optional<PreviewResult> result_;
   int shape_ = 0;
   int borderStyle_ = 0;
   bool secondLook_ = false;
@@ -120,7 +127,14 @@ struct CutShape {
 };
 CutShape ShapeBeforeCut(const Program& program, base::Size picture);
 
-// Returns the border around the frame of the picture on show, in pixels of that picture; empty if none is added.
-PreviewBoard BoardAroundCut(Program& program, const Preview& preview);
+// Returns the border around what is cut out of the picture on show, in pixels of that picture; empty if none is added.
+PreviewBoard BoardAroundCut(const Program& program, const Preview& preview);
+
+// Returns the result for the picture on show, cut by that geometry; nothing if there is no picture.
+std::optional<PreviewResult> ResultOnShow(const Program& program, const CutGeometry& geometry);
+
+// Returns which values decide the cut, and which do not count, if the frame differs from the cut by a pixel or more;
+// else "".
+std::string NoticeOn(const CutSettings& settings, const PreviewFrame& frame, const PreviewFrame& cut);
 
 }  // namespace quillon::job

@@ -74,6 +74,16 @@ void ReadAdvanced(const FBaseOpt& window, const Flags& flags, CutSettings& setti
   ReadBorder(window, settings);
 }
 
+// A result of an exact size is not turned back or scaled again. It is padded by a border without width.
+void ApplyExactSize(CutSettings& settings) {
+  if (!settings.geometry.Exact() || settings.frameOnly) return;
+  settings.zoomAfter = false;
+  settings.restore = false;
+  if (!settings.geometry.PadsToExact() || settings.addBoard) return;
+  settings.addBoard = true;
+  settings.boardMm = {};
+}
+
 }  // namespace
 
 // --- The window, for lists and runs.
@@ -184,6 +194,7 @@ CutSettings ReadCutSettings(const Program& program) {
   settings.keepExif = flags.KeepExif;
   settings.toCmyk = flags.ToCmyk;
   if (flags.AdvancedOptionsLoaded) ReadAdvanced(program.fBaseOpt, flags, settings);
+  ApplyExactSize(settings);
   return settings;
 }
 
@@ -204,7 +215,12 @@ CutGeometry ReadCutGeometry(const Program& program) {
           .ChAutoZoom = form.ChAutoZoom.On(),
           .ChFull = form.ChFull.On(),
           .AdvancedOptionsLoaded = flags.AdvancedOptionsLoaded,
-          .SkipCutThisImage = flags.SkipCutThisImage};
+          .SkipCutThisImage = flags.SkipCutThisImage,
+          .ChAsFramed = form.ChAsFramed.On(),
+          .ChAutoCenter = form.ChAutoCenter.On(),
+          .ChExact = form.ChExact.On(),
+          .ChExactPad = form.ChExactPad.On(),
+          .CmbAnchor = form.CmbAnchor.Index()};
 }
 
 }  // namespace quillon::job

@@ -89,6 +89,7 @@ void CutFrame::Pic_MouseMove(Point at) {
     frame = Resized(frameAtPress_, grip_, by, Ratio());
   }
   Preview().SetPictureFrame(frame);
+  ShowDragged();
 }
 
 void CutFrame::Pic_MouseUp() {
@@ -100,6 +101,8 @@ void CutFrame::Pic_MouseUp() {
     return;
   }
   WriteBack();
+  // What waits for the end of the drag is shown even if nothing else has changed.
+  Preview().Refresh();
 }
 
 void CutFrame::Nudge(int across, int down) {
@@ -119,22 +122,59 @@ void CutFrame::Stretch(int across, int down) {
   WriteBack();
 }
 
+job::PreviewFrame CutFrame::Settled(const job::PreviewFrame& frame) const {
+  const base::Size picture = Preview().Picture();
+  job::PreviewFrame settled = Constrained(frame, picture, Rule());
+  if (program_.form1.ChAutoCenter.On()) {
+    settled.left = (picture.width - settled.width) / 2;
+    settled.top = (picture.height - settled.height) / 2;
+  }
+  return settled;
+}
+
+std::array<double, 4> CutFrame::MarginsOf(const job::PreviewFrame& frame) const {
+  WriteBackRule rule{program_.form1.ChCutA.On() ? Unit::Pixels : Unit::Percent, Fixed(), program_.flags.FixW,
+                     program_.flags.FixH};
+  rule.PreviewScale = Window().Slider1.Position() / 100.0;
+  return WrittenBack(frame, Preview().Picture(), rule);
+}
+
 // Each margin that is set moves the frame, so all four are computed before the first is set.
 void CutFrame::WriteBack() {
   job::Form1& form = program_.form1;
-  const base::Size picture = Preview().Picture();
-  if (form.ChFull.On() || picture.Empty()) return;
-  job::PreviewFrame frame = Constrained(Preview().PictureFrame(), picture, Rule());
-  if (form.ChAutoCenter.On()) {
-    frame.left = (picture.width - frame.width) / 2;
-    frame.top = (picture.height - frame.height) / 2;
-  }
+  if (form.ChFull.On() || Preview().Picture().Empty()) return;
+  const job::PreviewFrame frame = Settled(Preview().PictureFrame());
   Preview().SetPictureFrame(frame);
-  WriteBackRule rule{form.ChCutA.On() ? Unit::Pixels : Unit::Percent, Fixed(), program_.flags.FixW,
-                     program_.flags.FixH};
-  rule.PreviewScale = Window().Slider1.Position() / 100.0;
-  const std::array<double, 4> values = WrittenBack(frame, picture, rule);
+  const std::array<double, 4> values = MarginsOf(frame);
+  LeaveAnchor(frame.left, frame.top);
   for (std::size_t i = 0; i < values.size(); ++i) form.TCutValue[i].SetNumber(values[i]);
+  // The margins may be the same as before.
+  form.ShowResult(job::ReadCutGeometry(program_));
+}
+
+// A margin below 0 becomes 0 when it is written.
+void CutFrame::ShowDragged() {
+  const job::PreviewFrame frame = Settled(Preview().PictureFrame());
+  std::array<double, 4> values = MarginsOf(frame);
+  for (double& value : values) value = std::max(value, 0.0);
+  job::CutGeometry geometry = job::ReadCutGeometry(program_);
+  if (OffAnchor(frame.left, frame.top)) geometry.CmbAnchor = job::kAnchorByMargins;
+  geometry.ML = values[0];
+  geometry.MT = values[1];
+  geometry.MR = values[2];
+  geometry.MB = values[3];
+  program_.form1.ShowResult(geometry);
+}
+
+bool CutFrame::OffAnchor(double left, double top) const {
+  const job::CutGeometry geometry = job::ReadCutGeometry(program_);
+  if (!geometry.Exact()) return false;
+  const job::PreviewFrame anchored = job::FrameOf(geometry, Preview().Picture());
+  return left != anchored.left || top != anchored.top;
+}
+
+void CutFrame::LeaveAnchor(double left, double top) {
+  if (OffAnchor(left, top)) program_.form1.CmbAnchor.Select(job::kAnchorByMargins);
 }
 
 void CutFrame::Timer1_Timer(const Keys& held) {
@@ -164,9 +204,7 @@ void CutFrame::PollKeys(const Keys& held) {
 }
 
 base::Rect CutFrame::Result() const {
-  job::CutGeometry geometry = job::ReadCutGeometry(program_);
-  const job::Overhang overhang = job::PopOverhang(geometry);
-  return job::CutRectangle(geometry, overhang, Preview().Picture());
+  return job::PlacedRectangle(job::ReadCutGeometry(program_), Preview().Picture());
 }
 
 // --- Zoom

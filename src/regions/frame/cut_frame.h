@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include <array>
 #include <optional>
 #include <string>
 
@@ -53,6 +54,8 @@ class CutFrame final : public job::ManualFrame {
   // Returns true if mouse and keys can change the frame: there is a picture, ChFull is off, and no run goes on that
   // does not wait.
   bool Editable() const;
+  // Returns true while the pointer draws, moves or resizes the frame.
+  bool Dragging() const { return drag_ != Drag::None; }
   // Returns true if the size of the frame is fixed (ChFixCut).
   bool Fixed() const;
 
@@ -91,8 +94,18 @@ class CutFrame final : public job::ManualFrame {
   FrameRule Rule() const;
   // Returns width over height of the preset or fixed size; nothing if neither is set.
   std::optional<double> Ratio() const;
-  // Constrains the frame to the picture and writes its margins to TCutValue.
+  // Returns the frame as it is once it is written back: inside the picture, and centred if that is chosen.
+  job::PreviewFrame Settled(const job::PreviewFrame& frame) const;
+  // Returns the margins of a settled frame.
+  std::array<double, 4> MarginsOf(const job::PreviewFrame& frame) const;
+  // Writes the margins of the settled frame to TCutValue.
   void WriteBack();
+  // Shows what would be cut if the drag ended now.
+  void ShowDragged();
+  // Lets the margins place a cut of an exact size, if the frame is not where CmbAnchor places it.
+  void LeaveAnchor(double left, double top);
+  // Returns whether the frame of an exact size is not where CmbAnchor places it.
+  bool OffAnchor(double left, double top) const;
 
   // Shows the picture of a file. If image is not empty, it holds that picture already (read or turned) and is shown
   // instead. A picture that the options turn before the cut is shown turned.
@@ -114,6 +127,8 @@ class CutFrame final : public job::ManualFrame {
   // Repeats what the user decided about this picture in an earlier part of the run.
   void Replay(const Decision& decision);
   Decision Decided() const;
+  // Asks once in a run how to cut if the frame that the user has placed is not what would be cut.
+  void AskAboutFrame();
   void Rotate(controls::Button& button, double angle);
   host::Status Turn(double angle);
   bool MayRotate(controls::Button& button);
@@ -124,8 +139,11 @@ class CutFrame final : public job::ManualFrame {
 
   job::Program& program_;
   std::string asked_;
-  std::string steps_;      // turns and padding of the picture on show, as in Decision
-  host::Status lastTurn_;  // of the picture on show
+  std::string steps_;        // turns and padding of the picture on show, as in Decision
+  host::Status lastTurn_;    // of the picture on show
+  bool frameAsked_ = false;  // AskAboutFrame has asked in this run
+  bool byPercent_ = false;   // ChCutA was off when the run began
+  bool asFramed_ = false;    // ChAsFramed was on when the run began
   bool waiting_ = false;
   Drag drag_ = Drag::None;
   Grip grip_;

@@ -7,6 +7,7 @@
 // of this one, and pumps messages until a button has set ManualStepDone. The answer is left in the flags and in
 // TCutValue, from which the run reads it. Ask() also returns the answer as a Decision in text form. The run stores it
 // in its journal and passes it to Ask() again if it is resumed.
+#include "base/number_text.h"
 #include "job/settings/cut_settings.h"
 #include "regions/frame/cut_frame.h"
 
@@ -16,12 +17,21 @@ namespace {
 constexpr const char* kWaiting = "裁剪框预览    请人工指定本张图的裁剪框，指定完毕之后单击【下一张】或【本图不裁剪】";
 constexpr const char* kWaitingForNext = "裁剪框预览    请人工指定本张图的裁剪框，指定完毕之后单击【下一张】";
 constexpr const char* kBetween = "裁剪框预览";
+constexpr const char* kFrameChoices =
+    "\r\n画的框不是将裁出的部分，要怎样裁？这次运行只问这一次"
+    "\r\n是——改用百分比，按画的框裁"
+    "\r\n否——勾上“按预览框裁剪”，按画的框裁"
+    "\r\n取消——照旧，按上面说的裁";
 constexpr double kSecondsBetweenTurns = 0.005;  // of the message pump, while the run waits
 
 }  // namespace
 
 std::string CutFrame::Ask(const job::ManualPicture& picture, const std::string& earlier) {
   job::Flags& flags = program_.flags;
+  if (asked_.empty()) {
+    byPercent_ = !program_.form1.ChCutA.On();
+    asFramed_ = program_.form1.ChAsFramed.On();
+  }
   asked_ = picture.listedPath;
   flags.CurrentImagePath = picture.source;
   flags.ManualStepDone = false;
@@ -53,6 +63,7 @@ void CutFrame::Wait() {
     if (!flags.ManualStepDone) program_.host.clock.Sleep(kSecondsBetweenTurns);
   }
   EndWait();
+  if (flags.ManualStepDone && !flags.SkipCutThisImage) AskAboutFrame();
   if (flags.ManualStepDone && !OptionsTurn()) Preview().Glance();
 }
 
@@ -69,7 +80,28 @@ Decision CutFrame::Decided() const {
   }
   decision.skip = program_.flags.SkipCutThisImage;
   decision.steps = steps_;
+  if (!program_.form1.ChCutA.On() && !byPercent_) decision.changes += kByPercent;
+  if (program_.form1.ChAsFramed.On() && !asFramed_) decision.changes += kAsFramed;
   return decision;
+}
+
+void CutFrame::AskAboutFrame() {
+  job::Form1& form = program_.form1;
+  const std::optional<job::PreviewResult>& result = Preview().Result();
+  // A frame that nobody can draw is no wish, and without pixels both choices would be the same.
+  if (frameAsked_ || form.ChFull.On() || !form.ChCutA.On() || !result || result->notice.empty()) return;
+  frameAsked_ = true;
+  const int type = host::kYesNoCancelQuestion + host::kThirdIsDefault;
+  switch (program_.Ask(result->notice + kFrameChoices, type)) {
+    case host::Reply::Yes:
+      form.ChCutA.Set(false);
+      break;
+    case host::Reply::No:
+      form.ChAsFramed.Set(true);
+      break;
+    default:
+      break;
+  }
 }
 
 // Nobody sees that a turn fails. The run passes a picture without a path over.
@@ -82,6 +114,11 @@ void CutFrame::Replay(const Decision& decision) {
     if (step == kGrown) PadToRatio();
     if (!lastTurn_) path.clear();
   }
+  for (const char change : decision.changes) {
+    if (change == kByPercent) program_.form1.ChCutA.Set(false);
+    if (change == kAsFramed) program_.form1.ChAsFramed.Set(true);
+  }
+  LeaveAnchor(base::LeadingNumber(decision.margins[0]), base::LeadingNumber(decision.margins[1]));
   for (std::size_t i = 0; i < decision.margins.size(); ++i) program_.form1.TCutValue[i].SetText(decision.margins[i]);
   program_.flags.SkipCutThisImage = decision.skip;
   program_.flags.ManualStepDone = true;
@@ -117,6 +154,7 @@ void CutFrame::Rest() {
   for (controls::Slider* slider : {&window.Slider1, &window.HS, &window.VS}) slider->SetEnabled(true);
   Preview().SetUpcoming("");
   asked_.clear();
+  frameAsked_ = false;
 }
 
 void CutFrame::CmdNext_Click() {

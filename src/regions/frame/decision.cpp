@@ -12,7 +12,8 @@ constexpr char kParting = '\t';
 std::string TextOf(const Decision& decision) {
   std::string text;
   for (const std::string& margin : decision.margins) text += margin + kParting;
-  return text + (decision.skip ? "Z" : "") + kParting + decision.steps;
+  text += (decision.skip ? "Z" : "") + std::string(1, kParting) + decision.steps;
+  return decision.changes.empty() ? text : text + kParting + decision.changes;
 }
 
 std::optional<Decision> DecisionFrom(const std::string& text) {
@@ -29,6 +30,7 @@ std::optional<Decision> DecisionFrom(const std::string& text) {
   decision.skip = next() == "Z";
   if (at > text.size()) return std::nullopt;
   decision.steps = next();
+  decision.changes = next();
   return decision;
 }
 

@@ -13,11 +13,17 @@ inline constexpr char kTurnedLeft = 'A';
 inline constexpr char kTurnedRight = 'Q';
 inline constexpr char kGrown = 'S';
 
+// What can be changed about how frames are cut: ChCutA is off, ChAsFramed is on.
+inline constexpr char kByPercent = 'P';
+inline constexpr char kAsFramed = 'F';
+
 // What the user decided at one picture of a manual run.
 struct Decision {
   std::array<std::string, 4> margins;  // texts of TCutValue
   bool skip = false;                   // SkipCutThisImage
   std::string steps;                   // what was done to the picture, in its order
+  // What the user has changed during the run about how frames are cut: kByPercent, kAsFramed.
+  std::string changes = {};
 
   bool operator==(const Decision&) const = default;
 };

@@ -70,7 +70,8 @@ ToolBar::ToolBar(job::Form1& form, Binder& binder, QWidget* parent)
   Add(form.MenuInputDir, QStringLiteral("input-folder"), QStringLiteral("输入目录"));
   Add(form.MenuOutDir, QStringLiteral("output-folder"), QStringLiteral("输出目录"));
   addSeparator();
-  cut_ = addAction(LineIcon(QStringLiteral("cut")), QStringLiteral("开始裁剪"));
+  cut_ = addAction(LineIcon(QStringLiteral("cut")), QString());
+  ShowForeseen(0, 0);
   cut_->setObjectName(QStringLiteral("startCut"));
   connect(cut_, &QAction::triggered, this, [this] { Cut(); });
   Add(form.MenuStop, QStringLiteral("stop"), QStringLiteral("终止"));
@@ -96,6 +97,12 @@ void ToolBar::Add(controls::Menu& menu, const QString& icon, const QString& word
   action->setIcon(LineIcon(icon));
   action->setIconText(words);
   addAction(action);
+}
+
+void ToolBar::ShowForeseen(std::size_t rows, std::size_t withoutFile) {
+  const QString start = QStringLiteral("开始裁剪");
+  cut_->setText(withoutFile == 0 ? start
+                                 : start + QStringLiteral("（%1 张，其中 %2 张裁不出图）").arg(rows).arg(withoutFile));
 }
 
 controls::Menu* ToolBar::Driver() const {

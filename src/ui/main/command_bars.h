@@ -24,6 +24,9 @@ class ToolBar : public QToolBar {
   ToolBar(job::Form1& form, Binder& binder, QWidget* parent = nullptr);
   ~ToolBar() override;
 
+  // Shows at the cut button how many rows of the list give no file; nothing if all give one.
+  void ShowForeseen(std::size_t rows, std::size_t withoutFile);
+
  private:
   void Add(controls::Menu& menu, const QString& icon, const QString& words);
   // Returns the menu entry of the driver that can start now, or nullptr.

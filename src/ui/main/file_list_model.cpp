@@ -11,6 +11,7 @@ namespace quillon::ui {
 namespace {
 
 constexpr int kFirstNumber = 3;  // columns from here on hold numbers: width, height, sizes, resolution
+constexpr double kMillimetres = 25.4;
 
 bool NotWritten(const job::FileRow& row) { return row.result != job::Result::Written; }
 bool Done(const job::FileRow& row) { return row.result == job::Result::Written && row.newBytes > 0; }
@@ -22,10 +23,12 @@ QString ResultText(const job::FileRow& row) {
   return mark + Shown(row.why);
 }
 
+QString SizeText(base::Size size) { return QStringLiteral("%1×%2").arg(size.width).arg(size.height); }
+
 }  // namespace
 
 int FileListModel::columnCount(const QModelIndex& parent) const {
-  return parent.isValid() ? 0 : GridModel::columnCount() + 1;
+  return parent.isValid() ? 0 : GridModel::columnCount() + 2;
 }
 
 QVariant FileListModel::headerData(int section, Qt::Orientation orientation, int role) const {
@@ -34,6 +37,9 @@ QVariant FileListModel::headerData(int section, Qt::Orientation orientation, int
   }
   if (role == Qt::DisplayRole && orientation == Qt::Horizontal && section == ResultColumn()) {
     return QStringLiteral("结果");
+  }
+  if (role == Qt::DisplayRole && orientation == Qt::Horizontal && section == OutcomeColumn()) {
+    return QStringLiteral("将裁出");
   }
   const QVariant words = GridModel::headerData(section, orientation, role);
   return role == Qt::DisplayRole ? QVariant(words.toString().trimmed()) : words;
@@ -44,6 +50,7 @@ QVariant FileListModel::data(const QModelIndex& index, int role) const {
   if (!at || *at >= files_.RowCount()) return {};
   const job::FileRow& row = files_.Row(*at);
   const bool result = index.column() == ResultColumn();
+  if (index.column() == OutcomeColumn()) return OutcomeData(*at, role);
   switch (role) {
     case Qt::DisplayRole:
       return result ? QVariant(ResultText(row)) : GridModel::data(index, role);
@@ -58,6 +65,41 @@ QVariant FileListModel::data(const QModelIndex& index, int role) const {
     default:
       return {};
   }
+}
+
+QVariant FileListModel::OutcomeData(std::size_t row, int role) const {
+  if (role == Qt::TextAlignmentRole) return QVariant(Qt::AlignRight | Qt::AlignVCenter);
+  if (role != Qt::DisplayRole && role != Qt::ToolTipRole && role != Qt::ForegroundRole) return {};
+  const std::optional<job::CutOutcome> outcome = foreseen_.Of(row);
+  if (!outcome) {
+    const bool byHand = foreseen_.DecidedBy() == job::ForeseenList::By::Hand;
+    if (role == Qt::ForegroundRole || !byHand) return {};
+    return role == Qt::DisplayRole ? QStringLiteral("手动") : QStringLiteral("手动裁剪时由裁剪框决定");
+  }
+  if (role == Qt::DisplayRole) return OutcomeText(*outcome);
+  if (role == Qt::ToolTipRole) return OutcomeTip(*outcome);
+  return outcome->why.empty() ? QVariant() : QVariant(DangerInk(QApplication::palette()));
+}
+
+void FileListModel::ShowOutcomes() {
+  if (rowCount() == 0) return;
+  emit dataChanged(index(0, OutcomeColumn()), index(rowCount() - 1, OutcomeColumn()));
+}
+
+QString OutcomeText(const job::CutOutcome& outcome) {
+  if (!outcome.why.empty()) return QStringLiteral("裁不出图");
+  const QString size = SizeText(outcome.size);
+  return outcome.pieces > 1 ? QStringLiteral("%1 张 %2").arg(outcome.pieces).arg(size) : size;
+}
+
+QString OutcomeTip(const job::CutOutcome& outcome) {
+  if (!outcome.why.empty()) return Shown(outcome.why);
+  const QString pixels = QStringLiteral("%1 × %2 像素").arg(outcome.size.width).arg(outcome.size.height);
+  if (outcome.dpi <= 0) return pixels;
+  const auto mm = [&outcome](int side) { return QString::number(side * kMillimetres / outcome.dpi, 'f', 1); };
+  return pixels + QStringLiteral("，%1 × %2 毫米（%3 DPI）")
+                      .arg(mm(outcome.size.width), mm(outcome.size.height))
+                      .arg(outcome.dpi);
 }
 
 }  // namespace quillon::ui

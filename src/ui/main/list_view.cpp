@@ -14,8 +14,9 @@ namespace quillon::ui {
 namespace {
 
 // Column widths in digits. A column is never narrower than its header.
-constexpr int kDigits[] = {16, 4, 10, 6, 6, 8, 8, 4, 6};
+constexpr int kDigits[] = {9, 4, 9, 5, 5, 7, 7, 4, 10, 6};
 constexpr int kPath = 2;
+constexpr int kLeastPathDigits = 4;  // if reasons need the width; the user can widen it
 
 // Elides a sentence at its end; the view elides paths in the middle.
 class SentenceDelegate : public QStyledItemDelegate {
@@ -34,8 +35,11 @@ class SentenceDelegate : public QStyledItemDelegate {
 ListView::ListView(job::Program& program, Binder& binder, QWidget* parent)
     : GridView(program.form1.MSF, parent),
       program_(program),
-      model_(new FileListModel(program.form1.MSF, program.files, this)) {
+      foreseen_(program),
+      model_(new FileListModel(program.form1.MSF, program.files, foreseen_, this)),
+      outcomes_(program, foreseen_) {
   Use(model_);
+  outcomes_.Follow(*model_);
   binder.Join(program.form1.MSF, this);
   setAccessibleName(QStringLiteral("文件列表"));
   setFrameShape(QFrame::NoFrame);
@@ -49,6 +53,10 @@ ListView::ListView(job::Program& program, Binder& binder, QWidget* parent)
 }
 
 ListView::~ListView() { program_.form1.Forget(token_); }
+
+void ListView::SetOutcomeReceiver(OutcomeWatch::OnCounted counted) {
+  outcomes_.SetReceivers([this] { model_->ShowOutcomes(); }, std::move(counted));
+}
 
 void ListView::SizeColumns() {
   const int digit = fontMetrics().horizontalAdvance(u'0');
@@ -64,7 +72,7 @@ void ListView::FitColumns() {
   const int result = model_->ResultColumn();
   int room = viewport()->width();
   for (int column = 0; column < result; ++column) room -= column == kPath ? 0 : columnWidth(column);
-  const int least = horizontalHeader()->sectionSizeHint(kPath);
+  const int least = kLeastPathDigits * fontMetrics().horizontalAdvance(u'0') + kGap;
   const int reasons = qMin(sizeHintForColumn(result), viewport()->width() / 3);
   setColumnWidth(result, qMax(minResultWidth_, qMin(reasons, room - least)));
   setColumnWidth(kPath, qMax(least, room - columnWidth(result)));

@@ -3,8 +3,10 @@
 #pragma once
 
 #include "job/program.h"
+#include "job/windows/foreseen_list.h"
 #include "ui/kit/bind/binder.h"
 #include "ui/kit/bind/grid_view.h"
+#include "ui/main/outcome_watch.h"
 
 namespace quillon::ui {
 
@@ -15,6 +17,9 @@ class ListView : public GridView {
  public:
   ListView(job::Program& program, Binder& binder, QWidget* parent = nullptr);
   ~ListView() override;
+
+  // Calls counted when the rows that give no file were counted anew.
+  void SetOutcomeReceiver(OutcomeWatch::OnCounted counted);
 
  protected:
   void paintEvent(QPaintEvent* event) override;
@@ -27,7 +32,9 @@ class ListView : public GridView {
   void FitColumns();
 
   job::Program& program_;
+  job::ForeseenList foreseen_;
   FileListModel* model_;
+  OutcomeWatch outcomes_;
   int token_;
   int minResultWidth_ = 0;  // width of the result column without reasons, in pixels
 };

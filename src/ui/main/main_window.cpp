@@ -29,6 +29,7 @@ namespace quillon::ui {
 namespace {
 
 constexpr QSize kOpeningSize(1280, 760);
+constexpr const char* kAsFramedKey = "ChAsFramed";
 constexpr int kPreviewWidth = 38 * kGap;
 
 using MakeWindow = std::unique_ptr<ToolWindow> (*)(parts::Parts& parts, const Binder::Refusal& refused, QWidget* main);
@@ -58,11 +59,13 @@ MainWindow::MainWindow(parts::Parts& parts)
   setAcceptDrops(true);
   setContextMenuPolicy(Qt::NoContextMenu);
   BuildMenus();
-  addToolBar(new ToolBar(form_, binder_));
+  auto* bar = new ToolBar(form_, binder_);
+  addToolBar(bar);
 
   auto* middle = new QSplitter(Qt::Horizontal);
   auto* panel = new ParameterPanel(form_, binder_);
   list_ = new ListView(program_, binder_);
+  list_->SetOutcomeReceiver([bar](std::size_t rows, std::size_t withoutFile) { bar->ShowForeseen(rows, withoutFile); });
   middle->addWidget(panel);
   middle->addWidget(list_);
   middle->setStretchFactor(1, 1);
@@ -85,10 +88,16 @@ MainWindow::MainWindow(parts::Parts& parts)
   const auto refused = [this](const std::string& sentence) { Refused(sentence); };
   for (const MakeWindow make : kFeatureWindows) featureWindows_.push_back(make(parts, refused, this));
 
-  token_ = form_.Observe({}, [this](controls::Window&) {
-    ShowTitle();
-    FollowRecord();
-  });
+  RestoreAsFramed();
+  token_ = form_.Observe(
+      [this](controls::Control& control, controls::Aspect aspect) {
+        const bool framed = &control == &form_.ChAsFramed && aspect == controls::Aspect::Value;
+        if (framed) program_.SaveSetting(kAsFramedKey, form_.ChAsFramed.Value());
+      },
+      [this](controls::Window&) {
+        ShowTitle();
+        FollowRecord();
+      });
   optionsToken_ = program_.fBaseOpt.Observe({}, [this](controls::Window&) { ShowOptions(); });
   ShowTitle();
   ShowOptions();
@@ -105,6 +114,10 @@ MainWindow::~MainWindow() {
   featureWindows_.clear();
   delete preview_;
   delete takeCentralWidget();
+}
+
+void MainWindow::RestoreAsFramed() {
+  if (program_.Setting(kAsFramedKey) == "1") form_.ChAsFramed.Set(true);
 }
 
 void MainWindow::BuildMenus() {

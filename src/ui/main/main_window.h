@@ -43,6 +43,8 @@ class MainWindow : public QMainWindow {
   void AddViewMenu();
   // Called when the record changes.
   void ShowTitle();
+  // Restores ChAsFramed as the window was left. Only the window remembers it: a script states all its settings.
+  void RestoreAsFramed();
   void ShowOptions();
   void FollowRecord();
   QPoint PlaceForOptions(const OptionsWindow& window) const;

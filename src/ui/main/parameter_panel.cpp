@@ -93,7 +93,7 @@ void ParameterPanel::AddMargins() {
   FormGrid form(group->Body(), binder_);
   form.Pair({{}, &form_.TCutValue[0]}, {{}, &form_.TCutValue[2]});
   form.Pair({{}, &form_.TCutValue[1]}, {{}, &form_.TCutValue[3]});
-  form.Checks({&form_.ChCutA});
+  form.Checks({&form_.ChCutA, &form_.ChAsFramed});
 }
 
 void ParameterPanel::AddFixedCut() {
@@ -101,6 +101,8 @@ void ParameterPanel::AddFixedCut() {
   form.Checks({&form_.ChFixCut, &form_.ChAutoCenter});
   form.Row({}, form_.CmbKeepCut);
   form.Pair({{}, &form_.TFixWH[0]}, {{}, &form_.TFixWH[1]});
+  form.Checks({&form_.ChExact, &form_.ChExactPad});
+  form.Row({}, form_.CmbAnchor);
   form.Checks({&form_.ChFull, &form_.ChAutoZoom, &form_.ChAddToSize, &form_.ChMode1});
 }
 

@@ -83,11 +83,24 @@ void PaintHandles(QPainter& painter, const QRectF& frame) {
   }
 }
 
+// The frame that was asked for, on a dark line, so that it is visible on any picture.
+void PaintAsked(QPainter& painter, const FrameDrawing& drawing) {
+  if (drawing.asked.width() <= 0 || drawing.asked.height() <= 0) return;
+  const QPainterPath outline = FrameOutline(drawing.asked, drawing.shape);
+  painter.setBrush(Qt::NoBrush);
+  painter.setPen(QPen(kUnderline, 2));
+  painter.drawPath(outline);
+  painter.setPen(QPen(kLine, 1, Qt::DashLine));
+  painter.drawPath(outline);
+  if (drawing.handles && !drawing.fixed) PaintHandles(painter, drawing.asked);
+}
+
 // The size, at the bottom of the visible part of the frame, and never above the picture.
 void PaintLabel(QPainter& painter, const FrameDrawing& drawing) {
   const QFontMetricsF metrics(painter.font());
   QRectF pill(0, 0, metrics.horizontalAdvance(drawing.label) + 2 * kGap, metrics.height() + kGap / 2.0);
-  const QRectF seen = drawing.visible.isEmpty() ? drawing.frame : drawing.frame.intersected(drawing.visible);
+  const QRectF about = drawing.frame.isEmpty() ? drawing.picture : drawing.frame;
+  const QRectF seen = drawing.visible.isEmpty() ? about : about.intersected(drawing.visible);
   pill.moveCenter(QPointF(seen.center().x(), 0));
   pill.moveBottom(seen.bottom() - kGap);
   if (pill.top() < drawing.picture.top()) pill.moveTop(drawing.picture.top());
@@ -114,9 +127,17 @@ QPainterPath FrameOutline(const QRectF& frame, int shape) {
 }
 
 void PaintFrame(QPainter& painter, const FrameDrawing& drawing) {
-  if (drawing.frame.width() <= 0 || drawing.frame.height() <= 0) return;
+  const bool nothing = drawing.frame.width() <= 0 || drawing.frame.height() <= 0;
+  if (nothing && drawing.asked.isNull()) return;
   painter.save();
   painter.setRenderHint(QPainter::Antialiasing);
+  if (nothing) {
+    painter.fillRect(drawing.picture, kShade);
+    PaintAsked(painter, drawing);
+    PaintLabel(painter, drawing);
+    painter.restore();
+    return;
+  }
   const QPainterPath outline = FrameOutline(drawing.frame, drawing.shape);
   QPainterPath shade;
   shade.addRect(drawing.picture);
@@ -132,7 +153,8 @@ void PaintFrame(QPainter& painter, const FrameDrawing& drawing) {
   painter.setPen(QPen(drawing.fixed != drawing.second ? kAccent : kLine, 1.25));
   painter.drawPath(outline);
   if (square) PaintCorners(painter, drawing.frame);
-  if (drawing.handles && !drawing.fixed) PaintHandles(painter, drawing.frame);
+  if (drawing.asked.isNull() && drawing.handles && !drawing.fixed) PaintHandles(painter, drawing.frame);
+  PaintAsked(painter, drawing);
   PaintLabel(painter, drawing);
   painter.restore();
 }

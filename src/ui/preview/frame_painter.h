@@ -29,6 +29,7 @@ struct FrameDrawing {
   QRectF visible;        // visible area of the widget; the label stays inside
   QMarginsF board;       // width of the border around the frame
   QColor boardColour;
+  QRectF asked;  // the frame of the panel if it is not what is cut, else null; drawn dashed, with the handles
 };
 
 // Darkens what is cut off, and draws the frame with its border, guides, handles and label.

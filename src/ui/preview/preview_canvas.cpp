@@ -19,6 +19,14 @@ constexpr double kGripDistance = 7;  // pixels around a side of the frame in whi
 constexpr double kMillimetres = 25.4;
 constexpr double kBadge = 22;
 
+// Returns "1062 × 1630 px　89.9 × 138.0 mm", without millimetres if the resolution is not known.
+QString SizeText(double width, double height, int dpi) {
+  const QString pixels = QStringLiteral("%1 × %2 px").arg(qRound(width)).arg(qRound(height));
+  if (dpi <= 0) return pixels;
+  const auto mm = [dpi](double side) { return QString::number(side * kMillimetres / dpi, 'f', 1); };
+  return pixels + QStringLiteral("　%1 × %2 mm").arg(mm(width), mm(height));
+}
+
 QRectF Room(const QWidget& canvas) { return QRectF(canvas.rect()).adjusted(kGap, kGap, -kGap, -kGap); }
 
 }  // namespace
@@ -65,7 +73,7 @@ QRectF PreviewCanvas::Extent() const {
   const QRectF whole(0, 0, preview_.Picture().width, preview_.Picture().height);
   const job::PreviewBoard& board = preview_.Board();
   if (board.Empty()) return whole;
-  const job::PreviewFrame& frame = preview_.PictureFrame();
+  const job::PreviewFrame& frame = CutFrame();
   // A wider border would make the picture too small to be recognised.
   const double most = 3 * qMax(whole.width(), whole.height());
   const auto side = [most](double width) { return qMin(width, most); };
@@ -124,6 +132,12 @@ QRectF PreviewCanvas::Placed(const job::PreviewFrame& frame) const {
 
 QRectF PreviewCanvas::FrameRect() const { return Placed(preview_.PictureFrame()); }
 
+QRectF PreviewCanvas::ResultRect() const { return Placed(CutFrame()); }
+
+const job::PreviewFrame& PreviewCanvas::CutFrame() const {
+  return preview_.Result() ? preview_.Result()->cut : preview_.PictureFrame();
+}
+
 regions::Point PreviewCanvas::PlaceAt(const QPointF& point) const {
   const QRectF shown = PictureRect();
   if (shown.isEmpty()) return {};
@@ -166,11 +180,13 @@ std::optional<std::size_t> PreviewCanvas::RegionAt(const QPointF& point) const {
 }
 
 QString PreviewCanvas::FrameText() const {
+  const std::optional<job::PreviewResult>& result = preview_.Result();
   const job::PreviewFrame& frame = preview_.PictureFrame();
-  const QString pixels = QStringLiteral("%1 × %2 px").arg(qRound(frame.width)).arg(qRound(frame.height));
-  if (preview_.Dpi() <= 0) return pixels;
-  const auto mm = [this](double side) { return QString::number(side * kMillimetres / preview_.Dpi(), 'f', 1); };
-  return pixels + QStringLiteral("　%1 × %2 mm").arg(mm(frame.width), mm(frame.height));
+  if (!result) return SizeText(frame.width, frame.height, preview_.Dpi());
+  const job::CutOutcome& outcome = result->outcome;
+  if (!outcome.why.empty()) return QStringLiteral("裁不出图");
+  const QString size = SizeText(outcome.size.width, outcome.size.height, outcome.dpi);
+  return outcome.pieces > 1 ? QStringLiteral("%1 张 ").arg(outcome.pieces) + size : size;
 }
 
 void PreviewCanvas::PaintPicture(QPainter& painter, const QRectF& shown) {
@@ -225,7 +241,7 @@ void PreviewCanvas::paintEvent(QPaintEvent*) {
     PaintRegions(painter);
     return;
   }
-  FrameDrawing drawing{shown, FrameRect(), preview_.Shape(), preview_.BorderStyle() != 0, FrameText()};
+  FrameDrawing drawing{shown, ResultRect(), preview_.Shape(), preview_.BorderStyle() != 0, FrameText()};
   drawing.handles = handles_;
   drawing.second = preview_.SecondLook();
   drawing.visible = rect();
@@ -233,6 +249,7 @@ void PreviewCanvas::paintEvent(QPaintEvent*) {
   const double scale = shown.width() / preview_.Picture().width;
   drawing.board = QMarginsF(board.left, board.top, board.right, board.bottom) * scale;
   drawing.boardColour = QColor(board.colour.Red(), board.colour.Green(), board.colour.Blue());
+  if (preview_.Result() && !preview_.Result()->notice.empty()) drawing.asked = FrameRect();
   PaintFrame(painter, drawing);
 }
 

@@ -40,6 +40,8 @@ class PreviewCanvas : public QWidget {
   // Returns the area of the picture or of the frame in this widget; empty without a picture.
   QRectF PictureRect() const;
   QRectF FrameRect() const;
+  // Returns the area of what is cut; that of the frame if the result is not known.
+  QRectF ResultRect() const;
   // Returns the size of the part of the picture that does not fit into the widget, in pixels of the widget.
   QSizeF Hidden() const;
   // Converts a frame from pixels of the picture to pixels of this widget.
@@ -50,7 +52,8 @@ class PreviewCanvas : public QWidget {
   std::optional<regions::Grip> GripAt(const QPointF& point) const;
   // Returns the region at a point; of several the last one. Only the number, the outline and a selected region count.
   std::optional<std::size_t> RegionAt(const QPointF& point) const;
-  // Returns the size of the frame, "1062 × 1630 px", with millimetres if the resolution is known.
+  // Returns the size of the finished file, "1062 × 1630 px", with millimetres if the resolution is known; of the frame
+  // if the result is not known.
   QString FrameText() const;
 
   QSize sizeHint() const override { return {320, 320}; }
@@ -64,7 +67,9 @@ class PreviewCanvas : public QWidget {
   void paintEvent(QPaintEvent* event) override;
 
  private:
-  // Returns what has to fit into the widget, in pixels of the picture: the picture and the border around its frame.
+  // Returns what is cut, in pixels of the picture.
+  const job::PreviewFrame& CutFrame() const;
+  // Returns what has to fit into the widget, in pixels of the picture: the picture and the border around its cut.
   QRectF Extent() const;
   // Returns the area of Extent() in this widget.
   QRectF ExtentRect() const;

@@ -18,6 +18,7 @@
 #include "ui/kit/theme/theme.h"
 #include "ui/preview/frame_keys.h"
 #include "ui/preview/frame_mouse.h"
+#include "ui/preview/frame_notice.h"
 #include "ui/preview/key_overlay.h"
 #include "ui/preview/preview_canvas.h"
 #include "ui/preview/preview_loader.h"
@@ -54,6 +55,7 @@ PreviewDock::PreviewDock(parts::Parts& parts, PreviewLoader& loader, QWidget* pa
       binder_(record_),
       canvas_(new PreviewCanvas(record_.preview)),
       keys_(new KeyOverlay(*canvas_)),
+      notice_(new FrameNotice(parts.program.form1)),
       file_(new ElidedLabel),
       size_(new QLabel),
       result_(new QLabel),
@@ -64,6 +66,7 @@ PreviewDock::PreviewDock(parts::Parts& parts, PreviewLoader& loader, QWidget* pa
   column->setContentsMargins(0, 0, 0, kGap / 2);
   column->setSpacing(kGap / 2);
   column->addWidget(MakeView(), 1);
+  column->addWidget(notice_);
   column->addWidget(MakeButtons());
   column->addWidget(MakeZoom());
   column->addWidget(MakeDetails());
@@ -181,9 +184,12 @@ void PreviewDock::OnPreview() {
   if (shown_ != preview.Showings()) ShowNewPicture();
   loader_.Prefetch(preview.Upcoming(), QSize(kPreviewLimit, kPreviewLimit));
   if (glances_ != preview.Glances()) ShowGlance();
-  const base::Rect cut = frame_.Result();
-  const bool known = !preview.Path().empty();
-  result_->setText(known ? QStringLiteral("裁出 %1 × %2").arg(qMax(cut.width, 0)).arg(qMax(cut.height, 0)) : QString());
+  if (preview.Result()) {
+    const job::CutOutcome& outcome = preview.Result()->outcome;
+    const QString size = QStringLiteral("裁出 %1 × %2").arg(outcome.size.width).arg(outcome.size.height);
+    result_->setText(preview.Path().empty() ? QString() : outcome.why.empty() ? size : QStringLiteral("裁不出图"));
+  }
+  ShowNotice();
   ShowRegions();
   ShowView();
 }
@@ -219,6 +225,16 @@ void PreviewDock::LoadDetail(int side) {
   if (wanted <= limit_) return;
   limit_ = wanted;
   loader_.Load(record_.preview.Path(), QSize(limit_, limit_));
+}
+
+void PreviewDock::ShowNotice() {
+  if (frame_.Dragging()) return;
+  const job::Preview& preview = record_.preview;
+  const bool framed = !preview.Path().empty() && preview.Result() && !regions_.Visible();
+  const bool edited = frame_.Waiting() || !program_.flags.Busy;
+  notice_->Show(framed && edited ? preview.Result()->notice : std::string());
+  // At once, so that the next press of the mouse finds the picture where it is seen.
+  widget()->layout()->activate();
 }
 
 void PreviewDock::ShowRegions() {

@@ -13,6 +13,7 @@ class QLabel;
 namespace quillon::ui {
 
 class ElidedLabel;
+class FrameNotice;
 class KeyOverlay;
 class PreviewCanvas;
 class PreviewLoader;
@@ -38,6 +39,9 @@ class PreviewDock : public QDockWidget {
   void OnPreview();
   void ShowGlance();
   void ShowNewPicture();
+  // Shows which values count if the frame is not what is cut, unless a run works on its own. Does nothing during a
+  // drag: the picture must not move below the pointer.
+  void ShowNotice();
   void ShowRegions();
   void ShowView();
   void ShowTitle();
@@ -63,6 +67,7 @@ class PreviewDock : public QDockWidget {
   QTimer blink_;          // drives the blinking outline of the frame
   PreviewCanvas* canvas_;
   KeyOverlay* keys_;
+  FrameNotice* notice_;
   QWidget* buttons_ = nullptr;
   ElidedLabel* file_;
   QLabel* size_;

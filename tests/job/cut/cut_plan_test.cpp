@@ -43,6 +43,9 @@ const Case kCases[] = {
     {"ZoomedBeforeTurnedBordered",
      {{"ChZoomAndCut", "1"}, {"CmbZoom", "70%"}, {"CmbRotate", "5"}, {"TAngle", "5"}, {"ChAddBoard", "1"}}},
     {"BorderAlone", {{"ChFrmOnly", "1"}, {"ChAddBoard", "1"}, {"TBoard(2)", "3"}}},
+    {"Exact", {{"Form1.ChCutA", "1"}, {"Form1.ChFixCut", "1"}, {"Form1.ChExact", "1"}, {"Form1.TFixWH(0)", "30"}}},
+    {"ExactAndPadded",
+     {{"Form1.ChCutA", "1"}, {"Form1.ChFixCut", "1"}, {"Form1.ChExact", "1"}, {"Form1.ChExactPad", "1"}}},
     {"PaddedAlone", {{"Form1.ChCutA", "1"}, {"Form1.ChFixCut", "1"}, {"Form1.CmbKeepCut", "5"}, {"Form1.ChOver", "0"}}},
 };
 

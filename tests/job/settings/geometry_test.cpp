@@ -266,6 +266,127 @@ TEST(Overlap, NeedsOnePixel) {
   EXPECT_TRUE(Overlap({1 - kFar, 0, kFar, 5}, kPicture));
 }
 
+CutGeometry Exact(int FixW, int FixH, int anchor) {
+  CutGeometry geometry;
+  geometry.ChCutA = geometry.ChFixCut = geometry.ChExact = true;
+  geometry.FixW = FixW;
+  geometry.FixH = FixH;
+  geometry.CmbAnchor = anchor;
+  return geometry;
+}
+
+TEST(ExactRectangle, IsTheLargestOfItsRatioAtEachAnchor) {
+  // 90 x 60 leaves 11 columns of 101 x 60; 40 x 60 leaves 61 columns.
+  const Size wide{101, 60};
+  EXPECT_EQ(PlacedRectangle(Exact(3, 2, 0), wide), (Rect{0, 0, 90, 60}));
+  EXPECT_EQ(PlacedRectangle(Exact(3, 2, 4), wide), (Rect{6, 0, 90, 60}));  // 5.5, ties to even
+  EXPECT_EQ(PlacedRectangle(Exact(3, 2, 5), wide), (Rect{11, 0, 90, 60}));
+  EXPECT_EQ(PlacedRectangle(Exact(200, 300, 8), wide), (Rect{61, 0, 40, 60}));
+  const Size tall{60, 101};
+  EXPECT_EQ(PlacedRectangle(Exact(2, 3, 1), tall), (Rect{0, 0, 60, 90}));
+  EXPECT_EQ(PlacedRectangle(Exact(2, 3, 3), tall), (Rect{0, 6, 60, 90}));
+  EXPECT_EQ(PlacedRectangle(Exact(2, 3, 7), tall), (Rect{0, 11, 60, 90}));
+  EXPECT_EQ(PlacedRectangle(Exact(30000, 1, 4), {50, 50}), (Rect{0, 24, 50, 1}));  // 24.5
+}
+
+TEST(ExactRectangle, StaysInsideWhereverTheMarginsPlaceIt) {
+  CutGeometry geometry = Exact(2, 3, kAnchorByMargins);
+  geometry.ML = 7;
+  EXPECT_EQ(PlacedRectangle(geometry, {100, 60}), (Rect{7, 0, 40, 60}));
+  geometry.ML = 70;
+  geometry.MT = 3;
+  EXPECT_EQ(PlacedRectangle(geometry, {100, 60}), (Rect{60, 0, 40, 60}));
+}
+
+TEST(ExactRectangle, IsTheWholePictureIfThatIsPadded) {
+  CutGeometry geometry = Exact(2, 3, 0);
+  geometry.ChExactPad = true;
+  EXPECT_EQ(PlacedRectangle(geometry, {100, 60}), (Rect{0, 0, 100, 60}));
+}
+
+TEST(ExactRectangle, NeedsAFixedCutOfSomeSize) {
+  CutGeometry geometry = Exact(2, 3, 0);
+  geometry.ChFixCut = false;
+  geometry.ChExactPad = true;
+  EXPECT_FALSE(geometry.Exact() || geometry.PadsToExact() || geometry.ScalesToExact());
+  EXPECT_FALSE(Exact(0, 3, 0).Exact());
+  EXPECT_FALSE(Exact(3, 0, 0).Exact());
+}
+
+// Each value is changed in many settings: the rectangle changes if the value counts, and never otherwise.
+TEST(ValuesThatCount, AreThoseThatTheRectangleDependsOn) {
+  constexpr Size kPicture{400, 300};
+  for (unsigned bits = 0; bits < 256; ++bits) {
+    const auto bit = [bits](unsigned place) { return (bits >> place & 1U) != 0; };
+    CutGeometry geometry;
+    geometry.ML = 5;
+    geometry.MT = 6;
+    geometry.MR = 7;
+    geometry.MB = 8;
+    geometry.FixW = 50;
+    geometry.FixH = 70;
+    geometry.TSmalS2 = 80;
+    geometry.TSmalS3 = 90;
+    geometry.ChCutA = bit(0);
+    geometry.ChFixCut = bit(1) && bit(0);  // the window allows it in pixels only
+    geometry.ChAutoZoom = bit(2);
+    geometry.AdvancedOptionsLoaded = bit(3);
+    geometry.ChAsFramed = bit(4);
+    geometry.ChAutoCenter = bit(5);
+    geometry.ChExact = bit(6);
+    geometry.ChExactPad = bit(7);
+    for (const int anchor : {0, kAnchorByMargins}) {
+      geometry.CmbAnchor = anchor;
+      SCOPED_TRACE("settings " + std::to_string(bits) + ", anchor " + std::to_string(anchor));
+      const CountingValues counting = ValuesThatCount(geometry);
+      const Rect cut = PlacedRectangle(geometry, kPicture);
+      const auto changes = [&](auto member, auto by) {
+        CutGeometry other = geometry;
+        other.*member += by;
+        return PlacedRectangle(other, kPicture) != cut;
+      };
+      // The largest part of this ratio is as high as the picture, so that it cannot move down.
+      const bool atTop = geometry.Exact() && anchor == kAnchorByMargins && !geometry.PadsToExact();
+      EXPECT_EQ(changes(&CutGeometry::ML, 10), counting.margins[0]);
+      if (!atTop) {
+        EXPECT_EQ(changes(&CutGeometry::MT, 10), counting.margins[1]);
+      }
+      EXPECT_EQ(changes(&CutGeometry::MR, 10), counting.margins[2]);
+      EXPECT_EQ(changes(&CutGeometry::MB, 10), counting.margins[3]);
+      // A padded picture is not cut; its size decides the border.
+      if (!geometry.PadsToExact()) {
+        EXPECT_EQ(changes(&CutGeometry::FixW, 10), counting.fixedSize);
+      }
+      EXPECT_EQ(changes(&CutGeometry::TSmalS2, 10), counting.keptSize);
+      EXPECT_EQ(changes(&CutGeometry::TSmalS3, 10), counting.keptSize);
+      CutGeometry other = geometry;
+      other.ChAutoCenter = !geometry.ChAutoCenter;
+      EXPECT_EQ(PlacedRectangle(other, kPicture) != cut, counting.centred);
+    }
+  }
+}
+
+TEST(FrameOf, IsTheCutWithChAsFramed) {
+  CutGeometry geometry;
+  geometry.ChCutA = geometry.ChAsFramed = true;
+  geometry.ML = 10.5;
+  geometry.MT = 20;
+  geometry.MR = 30;
+  geometry.MB = 40;
+  geometry.FixW = 50;
+  geometry.FixH = 60;
+  EXPECT_EQ(FrameOf(geometry, {400, 300}), (PreviewFrame{10.5, 20, 359.5, 240}));
+  EXPECT_EQ(PlacedRectangle(geometry, {400, 300}), (Rect{10, 20, 360, 240}));
+  geometry.ChFixCut = true;
+  EXPECT_EQ(PlacedRectangle(geometry, {400, 300}), (Rect{10, 20, 50, 60}));
+  geometry.ChAutoCenter = true;
+  EXPECT_EQ(PlacedRectangle(geometry, {400, 300}), (Rect{175, 120, 50, 60}));
+  geometry.ChAsFramed = false;
+  EXPECT_EQ(PlacedRectangle(geometry, {400, 300}), (Rect{10, 20, 340, 220}));
+  geometry.SkipCutThisImage = geometry.ChAsFramed = true;
+  EXPECT_EQ(PlacedRectangle(geometry, {400, 300}), (Rect{0, 0, 400, 300}));
+}
+
 TEST(FormatCutRectangle, IsAsExpected) {
   CutGeometry everything = Percent(10, 20, 77, 77);
   everything.FixW = 30;

@@ -72,6 +72,26 @@ TEST_F(AvailabilityTest, TheReasonsAreThese) {
   EXPECT_EQ(Why("MenuUnitConvert"), "请先启用“绝对裁剪”");
 }
 
+TEST_F(AvailabilityTest, AnExactSizeLocksWhatItReplaces) {
+  EXPECT_EQ(Why("ChExact"), "请先启用“固定裁剪”");
+  EXPECT_EQ(Why("ChExactPad"), "请先启用“成品尺寸”");
+  EXPECT_EQ(Why("CmbAnchor"), "请先启用“成品尺寸”");
+  EXPECT_EQ(Why("ChAsFramed"), "");
+  Put("ChFixCut", "1");
+  Put("FBaseOpt.CmbRotate", "1");
+  Put("ChExact", "1");
+  EXPECT_EQ(Why("ChExactPad"), "");
+  EXPECT_EQ(Why("CmbAnchor"), "");
+  EXPECT_EQ(Why("ChAsFramed"), "“成品尺寸”已决定裁剪框");
+  EXPECT_EQ(Why("FBaseOpt.ChCutAndZoom"), "“成品尺寸”已决定结果的大小");
+  EXPECT_EQ(Why("FBaseOpt.ChRecover"), "“成品尺寸”已决定结果的大小");
+  Put("ChExactPad", "1");
+  EXPECT_EQ(Why("CmbAnchor"), "补边时整张图片居中");
+  Put("ChFixCut", "0");
+  EXPECT_EQ(Why("FBaseOpt.ChCutAndZoom"), "");
+  EXPECT_EQ(Why("ChAsFramed"), "");
+}
+
 TEST_F(AvailabilityTest, ModesGiveTheReasonForFixedChoices) {
   WriteApp("CutMedia.dll");
   WriteApp("Aspose.pdf.dll");
@@ -122,6 +142,97 @@ TEST_F(AvailabilityTest, FrameOnlyGivesTheReasonThatNothingElseCounts) {
 
 TEST_F(AvailabilityTest, ARefusedEditGivesTheReason) {
   EXPECT_EQ(form.TQuality.UserEdit("50").refusal, "Form1.TQuality 当前不可用：请先启用“压缩”");
+}
+
+// --- Which values have an effect
+
+class EffectTest : public StartedTest {
+ protected:
+  controls::Effect Of(const std::string& name) { return program.windows.Find(name)->GetEffect(); }
+  std::string WhyOf(const std::string& name) { return program.windows.Find(name)->WhyEffect(); }
+};
+
+TEST_F(EffectTest, RemaindersCountAlthoughTheyAreDisabled) {
+  EXPECT_FALSE(Enabled("TFixWH(0)"));
+  EXPECT_EQ(Of("TFixWH(0)"), controls::Effect::Counts);
+  EXPECT_EQ(WhyOf("TFixWH(0)"), "右边要去掉的像素");
+  EXPECT_EQ(WhyOf("TFixWH(1)"), "下边要去掉的像素");
+  EXPECT_TRUE(Enabled("TCutValue(3)"));
+  EXPECT_EQ(Of("TCutValue(0)"), controls::Effect::Counts);
+  EXPECT_EQ(Of("TCutValue(3)"), controls::Effect::None);
+  EXPECT_EQ(WhyOf("TCutValue(3)"), "本项不起作用：下边按“高”去掉");
+}
+
+TEST_F(EffectTest, InPercentAllFourMarginsCount) {
+  Put("ChCutA", "0");
+  for (int i = 0; i < 4; ++i) EXPECT_EQ(Of("TCutValue(" + std::to_string(i) + ")"), controls::Effect::Counts);
+  EXPECT_EQ(Of("TFixWH(0)"), controls::Effect::None);
+}
+
+TEST_F(EffectTest, OnceTheOptionsAreOpenTheirSizeCounts) {
+  options.Load();
+  EXPECT_EQ(Of("FBaseOpt.TSmalS(2)"), controls::Effect::Counts);
+  EXPECT_EQ(Of("TFixWH(0)"), controls::Effect::None);
+  EXPECT_EQ(WhyOf("TCutValue(2)"), "本项不起作用：裁出的大小由高级选项的“保留裁剪”决定");
+  Put("ChFixCut", "1");
+  EXPECT_EQ(Of("TFixWH(0)"), controls::Effect::Counts);
+}
+
+TEST_F(EffectTest, AFrameThatIsCutCountsAsItIsDrawn) {
+  Put("ChAsFramed", "1");
+  EXPECT_EQ(Of("TCutValue(3)"), controls::Effect::Counts);
+  EXPECT_EQ(Of("TFixWH(0)"), controls::Effect::None);
+  Put("ChFixCut", "1");
+  EXPECT_EQ(WhyOf("TCutValue(3)"), "本项不起作用：框的大小由“宽”“高”决定");
+  EXPECT_EQ(WhyOf("TFixWH(0)"), "裁剪框的宽");
+  Put("ChAutoCenter", "1");
+  EXPECT_EQ(WhyOf("TCutValue(0)"), "本项不起作用：“居中裁剪”决定框的位置");
+  EXPECT_EQ(Of("ChAutoCenter"), controls::Effect::AsEnabled);
+  Put("ChAsFramed", "0");
+  EXPECT_EQ(WhyOf("ChAutoCenter"), "本项不起作用：自动裁剪按四边的数值，它只移动画的框");
+}
+
+TEST_F(EffectTest, AnExactSizeIsPlacedByItsAnchor) {
+  Put("ChFixCut", "1");
+  Put("ChExact", "1");
+  EXPECT_EQ(WhyOf("TCutValue(0)"), "本项不起作用：“取图位置”决定取哪一块");
+  EXPECT_EQ(WhyOf("TCutValue(2)"), "本项不起作用：“成品尺寸”决定取多大一块");
+  EXPECT_EQ(WhyOf("TFixWH(0)"), "成品的宽");
+  Put("CmbAnchor", "9");
+  EXPECT_EQ(Of("TCutValue(0)"), controls::Effect::Counts);
+  Put("ChExactPad", "1");
+  EXPECT_EQ(WhyOf("TCutValue(0)"), "本项不起作用：补边时用整张图片");
+}
+
+TEST_F(EffectTest, OtherModesCutByTheirOwnRules) {
+  WriteApp("CutMedia.dll");
+  Put("CmbCutMode", "2");
+  EXPECT_EQ(Of("TCutValue(3)"), controls::Effect::AsEnabled);
+  EXPECT_EQ(WhyOf("TCutValue(3)"), "");
+}
+
+TEST_F(EffectTest, TheQualityIsWrittenWithoutCompressionToo) {
+  EXPECT_FALSE(Enabled("TQuality"));
+  EXPECT_EQ(Of("TQuality"), controls::Effect::Counts);
+  EXPECT_EQ(WhyOf("TQuality"), "没有启用“压缩”，也按这个品质写入");
+  Put("CmbOutType", "png");
+  EXPECT_EQ(WhyOf("TQuality"), "本项不起作用：只有 jpg 和 pdf 按品质写入");
+  Put("CmbOutType", "jpg");
+  Put("ChJpgComp", "1");
+  EXPECT_EQ(WhyOf("TQuality"), "");
+}
+
+TEST_F(EffectTest, TheResolutionSaysWhatIsWritten) {
+  EXPECT_EQ(form.CmbDPI.Text(), "0");
+  EXPECT_EQ(form.CmbDPI.Note(), "（写入 300）");
+  Put("CmbDPI", "72");
+  EXPECT_EQ(form.CmbDPI.Note(), "");
+  Put("CmbDPI", "0");
+  EXPECT_EQ(form.CmbDPI.Note(), "");
+  options.Load();
+  Put("FBaseOpt.CmbDPI", "600");
+  EXPECT_EQ(form.CmbDPI.Note(), "（写入 600）");
+  EXPECT_EQ(options.CmbDPI.Note(), "");
 }
 
 }  // namespace

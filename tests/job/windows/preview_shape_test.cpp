@@ -151,6 +151,62 @@ TEST_F(OutlookTest, APictureThatIsShownAsItIsKeepsItsShape) {
   EXPECT_EQ(preview.Picture(), (base::Size{200, 400}));
 }
 
+// --- The result of the picture on show
+
+TEST_F(OutlookTest, TheResultIsTheFinishedFile) {
+  Put("CmbDPI", "254");
+  Margins(10, 0, 40, 50);
+  ASSERT_TRUE(preview.Result());
+  EXPECT_EQ(preview.Result()->cut, (PreviewFrame{40, 0, 200, 100}));
+  EXPECT_EQ(preview.Result()->outcome.size, (base::Size{200, 100}));
+  EXPECT_EQ(preview.Result()->outcome.dpi, 254);
+  EXPECT_EQ(preview.Result()->notice, "");
+  Put("FBaseOpt.CmbZoom", "50%");
+  Put("FBaseOpt.ChCutAndZoom", "1");
+  Put("FBaseOpt.ChAddBoard", "1");
+  Put("FBaseOpt.TBoard(0)", "1");
+  EXPECT_EQ(preview.Result()->cut, (PreviewFrame{40, 0, 200, 100}));
+  EXPECT_EQ(preview.Result()->outcome.size, (base::Size{110, 50}));
+}
+
+TEST_F(OutlookTest, TheResultOfATurnedPictureIsCutFromItAsItIsShown) {
+  Margins(10, 20, 30, 40);
+  Put("FBaseOpt.CmbRotate", "1");
+  EXPECT_EQ(preview.Result()->cut, (PreviewFrame{20, 80, 120, 160}));
+  EXPECT_EQ(preview.Result()->outcome.size, (base::Size{120, 160}));
+  Put("FBaseOpt.ChRecover", "1");
+  EXPECT_EQ(preview.Result()->outcome.size, (base::Size{160, 120}));
+}
+
+// Advanced options are loaded, so without a fixed cut their size counts.
+TEST_F(OutlookTest, ANoticeSaysWhichValuesCount) {
+  Put("ChCutA", "1");
+  Margins(0, 0, 0, 5);
+  Put("FBaseOpt.TSmalS(2)", "90");
+  Put("FBaseOpt.TSmalS(3)", "70");
+  EXPECT_EQ(preview.Result()->notice, "裁出的大小是高级选项里填的“高 90”×“宽 70”（前者是横向），“下 5”不起作用");
+  EXPECT_EQ(preview.Result()->cut, (PreviewFrame{0, 0, 90, 70}));
+  Put("ChFixCut", "1");
+  Put("TFixWH(0)", "30");
+  Put("TFixWH(1)", "40");
+  Margins(1, 2, 3, 5);
+  EXPECT_EQ(preview.Result()->notice, "右边、下边按“宽 30、高 40”去掉，“右 3”“下 5”不起作用");
+  EXPECT_EQ(preview.Result()->cut, (PreviewFrame{1, 2, 369, 158}));
+  Put("ChAutoZoom", "1");
+  EXPECT_EQ(preview.Result()->notice, "“等比缩放”把四边的数值当作百分比，“宽、高”不起作用");
+  Put("ChAutoZoom", "0");
+  Put("ChAsFramed", "1");
+  EXPECT_EQ(preview.Result()->notice, "");
+  EXPECT_EQ(preview.Result()->cut, (PreviewFrame{1, 2, 30, 40}));
+}
+
+TEST_F(OutlookTest, AFrameThatIsMovedAloneHasNoKnownResult) {
+  program.fCutPre.preview.SetPictureFrame({1, 2, 3, 4});
+  EXPECT_FALSE(preview.Result());
+  form.ShowFrame();
+  EXPECT_TRUE(preview.Result());
+}
+
 TEST(PreviewShape, AnotherShapeIsReportedOnce) {
   Preview preview;
   preview.ShowPicture("a", {30, 20});

@@ -38,7 +38,11 @@ TEST_F(RecordsTest, MainWindowFields) {
       {"TCutValue(3)", Kind::TextBox, "下：", "5"},
       {"Frame2", Kind::Frame, "裁剪参数(单位：像素)：", ""},
       {"ChCutA", Kind::CheckBox, "绝对裁剪", "1"},
+      {"ChAsFramed", Kind::CheckBox, "按预览框裁剪", "0"},
       {"ChFixCut", Kind::CheckBox, "固定裁剪", "0"},
+      {"ChExact", Kind::CheckBox, "成品尺寸", "0"},
+      {"ChExactPad", Kind::CheckBox, "不裁，补边", "0"},
+      {"CmbAnchor", Kind::ComboBox, "取图位置：", "4"},
       {"TFixWH(0)", Kind::TextBox, "宽：", "1062"},
       {"TFixWH(1)", Kind::TextBox, "高：", "1630"},
       {"CmbKeepCut", Kind::ComboBox, "固定尺寸：", "0"},
@@ -237,13 +241,16 @@ TEST_F(RecordsTest, EveryMenuEntryHasACaptionAndAShortcutOfItsOwn) {
 }
 
 TEST_F(RecordsTest, OpenedWithWhatTheDefaultsAllow) {
-  const char* disabled[] = {"TFixWH(0)",          "TFixWH(1)",        "ChAddToSize",        "TQuality",
-                            "ChCutAndArray",      "MenuStop",         "MenuGifCut",         "MenuGifCutOps",
-                            "MenuPngCut",         "MenuPngCutOps",    "MenuPdfCut",         "MenuPdfOps",
-                            "MenuPenHui",         "MenuPenHuiCut",    "MenuTiffCut",        "MenuTifCutOps",
-                            "MenuColorCut",       "FBaseOpt.TAngle",  "FBaseOpt.ChRecover", "FBaseOpt.TSmalS(4)",
-                            "FBaseOpt.TSmalS(5)", "FCutPre.CmdNext",  "FCutPre.CmdNotCut",  "FCutPre.CmdAddBoard",
-                            "FCutPre.CmdRot90",   "FCutPre.CmdRot270"};
+  const char* disabled[] = {"TFixWH(0)",          "TFixWH(1)",          "ChAddToSize",
+                            "TQuality",           "ChCutAndArray",      "MenuStop",
+                            "MenuGifCut",         "MenuGifCutOps",      "MenuPngCut",
+                            "MenuPngCutOps",      "MenuPdfCut",         "MenuPdfOps",
+                            "MenuPenHui",         "MenuPenHuiCut",      "MenuTiffCut",
+                            "MenuTifCutOps",      "MenuColorCut",       "FBaseOpt.TAngle",
+                            "FBaseOpt.ChRecover", "FBaseOpt.TSmalS(4)", "FBaseOpt.TSmalS(5)",
+                            "FCutPre.CmdNext",    "FCutPre.CmdNotCut",  "FCutPre.CmdAddBoard",
+                            "FCutPre.CmdRot90",   "FCutPre.CmdRot270",  "ChExact",
+                            "ChExactPad",         "CmbAnchor"};
   const std::set<std::string> expected(std::begin(disabled), std::end(disabled));
   for (const controls::Window* window : program.windows.All()) {
     for (const controls::Control* control : window->Controls()) {

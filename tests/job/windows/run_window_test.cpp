@@ -29,8 +29,8 @@ std::string Shown(const std::string& text) { return text; }
 
 // Every field by its name. The bindings name all members, so that a new field does not compile until it is added here.
 Fields FieldsOf(const CutGeometry& geometry) {
-  const auto& [ML, MT, MR, MB, FixW, FixH, TSmalS2, TSmalS3, ChCutA, ChFixCut, ChAutoZoom, ChFull, loaded, skips] =
-      geometry;
+  const auto& [ML, MT, MR, MB, FixW, FixH, TSmalS2, TSmalS3, ChCutA, ChFixCut, ChAutoZoom, ChFull, loaded, skips,
+               ChAsFramed, ChAutoCenter, ChExact, ChExactPad, CmbAnchor] = geometry;
   return {{"ML", Shown(ML)},
           {"MT", Shown(MT)},
           {"MR", Shown(MR)},
@@ -44,7 +44,12 @@ Fields FieldsOf(const CutGeometry& geometry) {
           {"ChAutoZoom", Shown(ChAutoZoom)},
           {"ChFull", Shown(ChFull)},
           {"AdvancedOptionsLoaded", Shown(loaded)},
-          {"SkipCutThisImage", Shown(skips)}};
+          {"SkipCutThisImage", Shown(skips)},
+          {"ChAsFramed", Shown(ChAsFramed)},
+          {"ChAutoCenter", Shown(ChAutoCenter)},
+          {"ChExact", Shown(ChExact)},
+          {"ChExactPad", Shown(ChExactPad)},
+          {"CmbAnchor", Shown(CmbAnchor)}};
 }
 
 Fields FieldsOf(const CutSettings& settings) {
@@ -109,7 +114,12 @@ const std::vector<Read>& ReadControls() {
       {"Form1.TCutValue(2)", "13", {"MR"}},
       {"Form1.TCutValue(3)", "14", {"MB"}},
       {"Form1.ChCutA", "0", {"ChCutA"}},
+      {"Form1.ChAsFramed", "1", {"ChAsFramed"}},
       {"Form1.ChFixCut", "1", {"ChFixCut"}},
+      {"Form1.ChExact", "1", {"ChExact"}},
+      {"Form1.ChExactPad", "1", {"ChExactPad"}},
+      {"Form1.CmbAnchor", "0", {"CmbAnchor"}},
+      {"Form1.ChAutoCenter", "1", {"ChAutoCenter"}},
       {"Form1.CmbKeepCut", "6", {"preset"}},
       {"Form1.TFixWH(0)", "123", {"FixW"}},
       {"Form1.TFixWH(1)", "124", {"FixH"}},
@@ -172,7 +182,6 @@ constexpr NoParameter kNoParameters[] = {
     {"Form1.ChBack", "1", "a spare control; a run clears it"},
     {"Form1.CmbCutMode", "4", "which driver runs"},
     {"Form1.CmbCutStyle", "1", "the shape of the frame in the preview; a normal cut is rectangular"},
-    {"Form1.ChAutoCenter", "1", "where the preview places the frame, which is then in the margins"},
     {"Form1.ChJpgComp", "1", "whether TQuality can be edited"},
     {"Form1.ChCutAndArray", "1", "whether outputs go on sheets, decided once for a run"},
     {"FBaseOpt.ChKeepCut", "1", "shows ChFixCut"},

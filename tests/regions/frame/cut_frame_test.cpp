@@ -99,6 +99,44 @@ TEST_F(CutFrameTest, AFixedFrameKeepsItsSize) {
   EXPECT_EQ(Margins()[0], "300");
 }
 
+TEST_F(CutFrameTest, AFrameOfAnExactSizeLeavesItsAnchorWhenItIsMoved) {
+  form.ChFixCut.Set(true);
+  form.TFixWH[0].SetText("50");
+  form.TFixWH[1].SetText("100");
+  form.ChExact.Set(true);
+  EXPECT_EQ(Frame(), (job::PreviewFrame{125, 0, 150, 300}));
+  frame.Pic_MouseDown({130, 10}, Grip());
+  frame.Pic_MouseUp();
+  EXPECT_EQ(form.CmbAnchor.Index(), job::kAnchorCentre);
+  Drag({130, 10}, {90, 10}, Grip());
+  EXPECT_EQ(form.CmbAnchor.Index(), job::kAnchorByMargins);
+  EXPECT_EQ(Frame(), (job::PreviewFrame{85, 0, 150, 300}));
+  EXPECT_EQ(frame.Result(), (base::Rect{85, 0, 150, 300}));
+  form.CmbAnchor.Select(2);
+  EXPECT_EQ(frame.Result(), (base::Rect{250, 0, 150, 300}));
+}
+
+TEST_F(CutFrameTest, WithChAsFramedADrawnFrameIsTheCut) {
+  form.ChAsFramed.Set(true);
+  Drag({40, 30}, {240, 130});
+  EXPECT_EQ(frame.Result(), (base::Rect{40, 30, 200, 100}));
+  form.ChAsFramed.Set(false);
+  EXPECT_NE(frame.Result(), (base::Rect{40, 30, 200, 100}));
+}
+
+TEST_F(CutFrameTest, ADragShowsWhatItWillCut) {
+  form.ChCutA.Set(false);
+  frame.Pic_MouseDown({40, 30});
+  frame.Pic_MouseMove({240, 150});
+  ASSERT_TRUE(cutPre.preview.Result());
+  const job::PreviewFrame during = cutPre.preview.Result()->cut;
+  EXPECT_EQ(during, (job::PreviewFrame{40, 30, 200, 120}));
+  frame.Pic_MouseUp();
+  EXPECT_EQ(cutPre.preview.Result()->cut, during);
+  Drag({0, 0}, {0, 0}, Grip());
+  EXPECT_EQ(cutPre.preview.Result()->cut, during);
+}
+
 TEST_F(CutFrameTest, APresetGivesTheFrameItsRatio) {
   form.ChCutA.Set(false);
   form.CmbKeepCut.SetText("1寸 2.5cmx3.5cm");

@@ -73,6 +73,9 @@ TEST(DecisionText, GoesThereAndBack) {
   EXPECT_EQ(DecisionFrom(TextOf(decision)), decision);
   const Decision plain{{"0", "0", "0", "0"}, false, ""};
   EXPECT_EQ(DecisionFrom(TextOf(plain)), plain);
+  const Decision changed{{"0", "0", "0", "0"}, false, "A", "PF"};
+  EXPECT_EQ(TextOf(changed), "0\t0\t0\t0\t\tA\tPF");
+  EXPECT_EQ(DecisionFrom(TextOf(changed)), changed);
   EXPECT_EQ(DecisionFrom("1\t2"), std::nullopt);
   EXPECT_EQ(DecisionFrom(""), std::nullopt);
 }
@@ -168,6 +171,24 @@ TEST_F(DecisionsTest, APictureThatChangedIsAskedAboutAgain) {
   world.boxes.Answer(kQuestion, Reply::Yes);
   Run();
   EXPECT_EQ(asked_, (std::vector<std::string>{In("a.jpg"), In("c.jpg")}));
+}
+
+TEST_F(DecisionsTest, AChoiceToCutTheFrameIsMadeAgain) {
+  form.ChCutA.Set(true);
+  Put("FBaseOpt.TSmalS(2)", "50");
+  Put("FBaseOpt.TSmalS(3)", "40");
+  world.boxes.Answer("画的框不是将裁出的部分", Reply::No);
+  Run(3);
+  EXPECT_TRUE(form.ChAsFramed.On());
+  EXPECT_EQ(Width(Out("a.jpg")), 90);
+  for (const char* name : {"a.jpg", "b.jpg"}) std::filesystem::remove(Out(name));
+  // As after a new start of the program.
+  form.ChAsFramed.Set(false);
+  world.boxes.Answer(kQuestion, Reply::Yes);
+  Run();
+  EXPECT_EQ(asked_.size(), 1u);
+  EXPECT_EQ(Width(Out("a.jpg")), 90);
+  EXPECT_EQ(Width(Out("b.jpg")), 80);
 }
 
 TEST_F(DecisionsTest, TurnsAndPassedOverPicturesAreDoneAgain) {

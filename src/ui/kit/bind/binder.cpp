@@ -2,11 +2,14 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "ui/kit/bind/binder.h"
 
+#include <QApplication>
+#include <QEvent>
 #include <QWidget>
 
 #include "controls/window.h"
 #include "ui/kit/bind/binding.h"
 #include "ui/kit/text.h"
+#include "ui/kit/theme/theme.h"
 
 // Each widget has a Binding, a child object that translates between it and its control. The binder keeps the bindings
 // of each control and forwards the changes of the record to them. A change of appearance also goes to the controls
@@ -20,6 +23,52 @@ bool LiesIn(const controls::Control& control, const controls::Control& holder) {
   }
   return false;
 }
+
+// The ink of one widget, which is set again when the palette of the program changes. Owned by the widget.
+class EffectInk : public QObject {
+ public:
+  explicit EffectInk(QWidget& widget) : QObject(&widget), widget_(widget) {
+    setObjectName(kName);
+    widget.installEventFilter(this);
+  }
+
+  static EffectInk* Of(const QWidget& widget) {
+    return static_cast<EffectInk*>(widget.findChild<QObject*>(kName, Qt::FindDirectChildrenOnly));
+  }
+
+  void Show(controls::Effect effect) {
+    if (effect == effect_) return;
+    effect_ = effect;
+    Apply();
+  }
+
+  bool eventFilter(QObject*, QEvent* event) override {
+    if (event->type() == QEvent::PaletteChange && !applying_) Apply();
+    return false;
+  }
+
+ private:
+  void Apply() {
+    const QPalette whole = QApplication::palette();
+    QPalette own;
+    for (const QPalette::ColorRole role : {QPalette::Text, QPalette::WindowText, QPalette::ButtonText}) {
+      if (effect_ == controls::Effect::None) {
+        for (const auto group : {QPalette::Active, QPalette::Inactive}) own.setColor(group, role, FaintInk(whole));
+      } else if (effect_ == controls::Effect::Counts) {
+        own.setColor(QPalette::Disabled, role, whole.color(QPalette::Active, role));
+      }
+    }
+    applying_ = true;
+    widget_.setPalette(own);
+    applying_ = false;
+  }
+
+  static constexpr QLatin1String kName{"effectInk"};
+
+  QWidget& widget_;
+  controls::Effect effect_ = controls::Effect::AsEnabled;
+  bool applying_ = false;
+};
 
 }  // namespace
 
@@ -69,7 +118,9 @@ void Binder::OnChange(controls::Control& control, controls::Aspect aspect) {
 
 QString TooltipOf(const controls::Control& control) {
   QStringList lines;
-  for (const std::string& line : {control.WhyDisabled(), control.Tooltip()}) {
+  // The reason why it is disabled says enough about a control that has no effect.
+  const bool says = control.Enabled() || control.GetEffect() != controls::Effect::None;
+  for (const std::string& line : {control.WhyDisabled(), says ? control.WhyEffect() : "", control.Tooltip()}) {
     if (!line.empty()) lines << Shown(line);
   }
   return lines.join(u'\n');
@@ -78,7 +129,18 @@ QString TooltipOf(const controls::Control& control) {
 void ShowCommon(const controls::Control& control, QWidget& widget) {
   widget.setToolTip(TooltipOf(control));
   widget.setEnabled(control.Enabled());
+  ShowEffect(control, widget);
   ShowVisible(control, widget);
+}
+
+void ShowEffect(const controls::Control& control, QWidget& widget) {
+  // What is locked as a whole, as during a run, looks locked.
+  const bool locked = control.Parent() && !control.Parent()->Enabled();
+  const controls::Effect effect = locked ? controls::Effect::AsEnabled : control.GetEffect();
+  EffectInk* ink = EffectInk::Of(widget);
+  if (!ink && effect == controls::Effect::AsEnabled) return;
+  if (!ink) ink = new EffectInk(widget);
+  ink->Show(effect);
 }
 
 void ShowVisible(const controls::Control& control, QWidget& widget) {

@@ -35,12 +35,15 @@ class Binding : public QObject {
   Binder& binder_;
 };
 
-// Returns the tooltip of a control: the reason why it is disabled, if it is, and its own tooltip below.
+// Returns the tooltip of a control: the reason why it is disabled or has no effect, and its own tooltip below.
 QString TooltipOf(const controls::Control& control);
 
-// Sets tooltip, enabled and visible state of the widget.
+// Sets tooltip, enabled and visible state of the widget, and the ink of its text by the effect of the control: faint if
+// it has none, and full if it has one although the widget is disabled.
 // A widget without a layout is not shown, since without a parent it would open as a window.
 void ShowCommon(const controls::Control& control, QWidget& widget);
+// Sets the ink alone, in the same way.
+void ShowEffect(const controls::Control& control, QWidget& widget);
 // Sets the visible state alone, in the same way.
 void ShowVisible(const controls::Control& control, QWidget& widget);
 

@@ -10,6 +10,7 @@
 #include <QPainter>
 #include <QPushButton>
 #include <QSignalBlocker>
+#include <QStyleOptionComboBox>
 #include <QWheelEvent>
 
 #include "ui/kit/bind/binding.h"
@@ -74,6 +75,12 @@ class LineBinding : public Binding {
 // A combo box whose width does not depend on its entries and whose popup is as wide as they are.
 class ListBox : public QComboBox {
  public:
+  // Shows words after the chosen entry.
+  void SetNote(const QString& note) {
+    note_ = note;
+    update();
+  }
+
   ListBox() {
     setFocusPolicy(Qt::StrongFocus);
     setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
@@ -96,12 +103,19 @@ class ListBox : public QComboBox {
       event->ignore();
     }
   }
+  void initStyleOption(QStyleOptionComboBox* option) const override {
+    QComboBox::initStyleOption(option);
+    option->currentText += note_;
+  }
+
+ private:
+  QString note_;
 };
 
 // A combo box. Its entries are replaced only if the record has changed them.
 class ListBinding : public Binding {
  public:
-  ListBinding(controls::ComboBox& box, Binder& binder, QComboBox* list)
+  ListBinding(controls::ComboBox& box, Binder& binder, ListBox* list)
       : Binding(box, binder, list), box_(box), list_(list) {
     connect(list, &QComboBox::activated, this, [this](int index) { Edit(Bytes(list_->itemText(index))); });
     if (box.IsEditable()) {
@@ -119,6 +133,7 @@ class ListBinding : public Binding {
 
   void ShowAppearance() override {
     ShowCommon(box_, *list_);
+    list_->SetNote(Shown(box_.Note()));
     QStringList items;
     for (const std::string& item : box_.Items()) items << Shown(item);
     if (items == shown_) return;
@@ -135,7 +150,7 @@ class ListBinding : public Binding {
 
  private:
   controls::ComboBox& box_;
-  QComboBox* list_;
+  ListBox* list_;
   QStringList shown_;
 };
 

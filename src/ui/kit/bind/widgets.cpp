@@ -132,6 +132,7 @@ class BuddyBinding : public Binding {
     label_->setText(words);
     label_->setEnabled(Control().Enabled());
     label_->setToolTip(TooltipOf(Control()));
+    ShowEffect(Control(), *label_);
     ShowVisible(Control(), *label_);
     if (buddy_) buddy_->setAccessibleName(words);
   }
