@@ -27,6 +27,7 @@ void Grid::Select(std::size_t row) {
 
 void Grid::Notify(Change change, std::size_t row) {
   // Rows may be gone; the selection follows silently, because the user did not select anything.
+  if (change == Change::Removed && row + 1 < selected_) --selected_;
   selected_ = std::min(selected_, RowCount());
   if (rowObserver_) rowObserver_(change, row);
 }
@@ -42,7 +43,7 @@ void Grid::RightClick() {
 EditResult Grid::Apply(std::string_view text) {
   const auto row = base::ParseInteger(text);
   if (!row || *row < 0 || static_cast<std::size_t>(*row) > RowCount()) {
-    return EditResult::Refused(FullName() + " 没有第 " + std::string(text) + " 行");
+    return EditResult::Refused("没有第 " + std::string(text) + " 行");
   }
   Select(static_cast<std::size_t>(*row));
   return EditResult::Ok();

@@ -46,7 +46,8 @@ class Grid : public Control {
   void Select(std::size_t row);
 
   // Called by the source when its rows change; row counts from 0.
-  // If the selected row no longer exists, the last row becomes the selected one, without a notification.
+  // The selection stays on its row, without a notification. If that row was removed, the row after it becomes the
+  // selected one, or the last row if there is none.
   void Notify(Change change, std::size_t row);
   // Called after each Notify. There is one observer, the view of the grid.
   void SetRowObserver(RowObserver observer) { rowObserver_ = std::move(observer); }

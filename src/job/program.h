@@ -106,6 +106,8 @@ class Program {
   // Shows the file at path, which may be reduced, as a picture of that size. The frame follows the parameters; the
   // options do not turn or scale it.
   void ShowPicture(const std::string& path, base::Size size);
+  // Shows no picture, but an empty area if there is a screen.
+  void ShowNoPicture();
   // Scales and turns the picture of ShowInPreview as the cut will. Updates frame and border of any picture.
   void ShowAsCut();
   // Writes \Canvas.bmp, a white picture of 50 x 50.

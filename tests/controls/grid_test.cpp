@@ -69,7 +69,7 @@ TEST_F(GridTest, UsersEditSelectsARowThatIsThere) {
   EXPECT_TRUE(grid_.UserEdit("0").Accepted());
   EXPECT_EQ(grid_.Selected(), 0u);
   for (const char* text : {"4", "-1", "x", ""}) {
-    EXPECT_EQ(grid_.UserEdit(text).refusal, std::string("Form1.MSF 没有第 ") + text + " 行");
+    EXPECT_EQ(grid_.UserEdit(text).refusal, std::string("没有第 ") + text + " 行");
     EXPECT_EQ(grid_.Selected(), 0u);
   }
 }
@@ -97,6 +97,17 @@ TEST_F(GridTest, MovesALostSelectionToTheLastRowQuietly) {
   grid_.Notify(Grid::Change::Reset, 0);
   EXPECT_EQ(grid_.Selected(), 0u);
   EXPECT_EQ(probe.Drain(), Notes());
+}
+
+TEST_F(GridTest, KeepsItsRowSelectedIfOneAboveItIsRemoved) {
+  rows_.count = 4;
+  grid_.SetSource(&rows_);
+  grid_.Select(3);
+  rows_.count = 3;
+  grid_.Notify(Grid::Change::Removed, 0);
+  EXPECT_EQ(grid_.Selected(), 2u);
+  grid_.Notify(Grid::Change::Removed, 2);
+  EXPECT_EQ(grid_.Selected(), 2u);
 }
 
 TEST_F(GridTest, RunsTheHandlersOfDoubleAndRightClick) {

@@ -98,6 +98,20 @@ TEST_F(WindowTest, TheDeleteKeyBelongsToATextBeforeItBelongsToTheList) {
   EXPECT_EQ(list->model()->rowCount(), 0);
 }
 
+TEST_F(WindowTest, DeletingAgainRemovesTheNextRow) {
+  for (const char* name : {"a", "b", "c", "d"}) ui_.List(std::string("/in/") + name + ".jpg");
+  auto* list = ui_.Find<QTableView>(form().MSF);
+  form().MSF.Select(2);
+  list->setFocus();
+  Action(form().MenuDelSelected).trigger();
+  Action(form().MenuDelSelected).trigger();
+  ASSERT_EQ(ui_.program.files.RowCount(), 2u);
+  EXPECT_EQ(ui_.program.files.Row(0).name, "a");
+  EXPECT_EQ(ui_.program.files.Row(1).name, "d");
+  EXPECT_EQ(form().MSF.Selected(), 2u);
+  EXPECT_EQ(list->currentIndex().row(), 1);
+}
+
 // --- Windows follow their records
 
 TEST_F(WindowTest, TheOptionsFollowTheirRecord) {

@@ -94,6 +94,17 @@ void FileList::Clear() {
   grid_.Notify(controls::Grid::Change::Reset, 0);
 }
 
+void FileList::ForgetResults() {
+  if (rows_.empty()) return;
+  for (FileRow& file : rows_) {
+    file.result = Result::Written;
+    file.why.clear();
+    file.newBytes = 0;
+  }
+  grid_.Notify(controls::Grid::Change::Edited, 0);
+  grid_.Notify(controls::Grid::Change::Edited, rows_.size() - 1);
+}
+
 void FileList::SetResult(std::size_t row, Result result, std::string why, std::uint64_t newBytes) {
   FileRow& file = rows_[row];
   file.result = result;

@@ -59,6 +59,8 @@ class FileList : public controls::GridSource {
   void Grow(base::Size size, std::uint64_t bytes);
   void Remove(std::size_t row);
   void Clear();
+  // Removes the results and new sizes that the last run left. Called at the start of a run.
+  void ForgetResults();
   void SetResult(std::size_t row, Result result, std::string why, std::uint64_t newBytes);
 
   // "文件数：<n>  最大值：<w>x<h>像素  <largest size>kb"; "" for a cleared list.

@@ -12,8 +12,8 @@ namespace quillon::job {
 
 class Program;
 
-// Adds files to the list: from a dialog, a folder, drag and drop, or the command line, all by one rule. The handlers
-// beep and do nothing during a listing or a run.
+// Adds files to the list: from a dialog, a folder, drag and drop, or the command line, all by one rule. A file without
+// a size does not end a listing; its message is shown once. The handlers beep and do nothing during a listing or a run.
 class FileIntake {
  public:
   explicit FileIntake(Program& program);
@@ -33,8 +33,8 @@ class FileIntake {
   // Adds files and folders that were dropped on the list, after a question.
   void MSF_OLEDragDrop(const std::vector<std::string>& items);
   // Adds files and folders of a command line, like a drop answered with No but without the question and the last box.
-  // A file without a size does not end the listing; its message is shown once. Relative paths start at the current
-  // folder. Files that do not exist or are not accepted are reported to the observer.
+  // Relative paths start at the current folder. Files that do not exist or are not accepted are reported to the
+  // observer.
   void Admit(const std::vector<std::string>& items);
 
   // Returns whether a named file belongs to the shard of this process and was not handled by an earlier worker.
@@ -61,11 +61,9 @@ class FileIntake {
 
  private:
   enum class Progress { Adding, Reading };
-  enum class WithoutSize { EndsListing, PassedOver };
 
-  // Returns true if everything was listed: neither stopped nor ended by a file without a size.
-  bool List(const std::vector<std::string>& roots, Subfolders subfolders, Progress progress,
-            WithoutSize withoutSize = WithoutSize::EndsListing);
+  // Returns true if everything was listed: not stopped, and without a file that has no size.
+  bool List(const std::vector<std::string>& roots, Subfolders subfolders, Progress progress);
   // Returns Ok if the disk of a named file or folder responds.
   host::Status DiskAnswers(const std::string& item) const;
   bool FolderExists(const std::string& folder) const;

@@ -40,6 +40,8 @@ ListView::ListView(job::Program& program, Binder& binder, QWidget* parent)
   setAccessibleName(QStringLiteral("文件列表"));
   setFrameShape(QFrame::NoFrame);
   setItemDelegateForColumn(model_->ResultColumn(), new SentenceDelegate(this));
+  // Beside the name, so that the reasons stay in sight.
+  horizontalHeader()->moveSection(model_->ResultColumn(), 1);
   SizeColumns();
   connect(model_, &QAbstractItemModel::dataChanged, this, [this] { FitColumns(); });
   connect(model_, &QAbstractItemModel::rowsRemoved, this, [this] { ShowSelection(); });

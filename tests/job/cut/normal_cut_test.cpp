@@ -297,10 +297,27 @@ TEST_F(NormalCutTest, StopEndsAfterTheFileAndNamesTheRest) {
   EXPECT_EQ(Why(3), "已停止，未处理");
   EXPECT_EQ(program.files.Row(4).result, Result::Skipped);
   EXPECT_EQ(world.boxes.Count("处理完毕！"), 1);
-  recorder.onFileDone = {};
+  // The next run starts without the results of this one.
+  recorder.onFileDone = [&](const FileResult& file) {
+    if (file.row > 1) return;
+    EXPECT_EQ(program.files.Row(1).newBytes, 0u);
+    EXPECT_EQ(program.files.Row(4).result, Result::Written);
+    EXPECT_EQ(program.files.Row(4).why, "");
+  };
   Cut();
   EXPECT_EQ(Totals().written, 5u);
   EXPECT_FALSE(Totals().stopped);
+}
+
+TEST_F(NormalCutTest, FilesThatAStoppedRunDidNotReachAreReportedSo) {
+  List(MakeSeveral(3));
+  std::vector<bool> reached;
+  recorder.onFileDone = [&](const FileResult& file) {
+    flags.StopRequested = true;
+    reached.push_back(file.reached);
+  };
+  Cut();
+  EXPECT_EQ(reached, (std::vector<bool>{true, false, false}));
 }
 
 TEST_F(NormalCutTest, StopBetweenTheStepsOfAFile) {

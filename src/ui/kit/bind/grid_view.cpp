@@ -55,6 +55,13 @@ void GridView::selectionChanged(const QItemSelection& selected, const QItemSelec
   grid_.UserEdit(std::to_string(selected.first().top() + 1));
 }
 
+// The toolkit selects another row before the selected one goes. The record has chosen the next one itself.
+void GridView::rowsAboutToBeRemoved(const QModelIndex& parent, int first, int last) {
+  showing_ = true;
+  QTableView::rowsAboutToBeRemoved(parent, first, last);
+  showing_ = false;
+}
+
 void GridView::mouseReleaseEvent(QMouseEvent* event) {
   QTableView::mouseReleaseEvent(event);
   if (event->button() == Qt::RightButton && grid_.Enabled()) grid_.RightClick();

@@ -22,6 +22,7 @@ class GridView : public QTableView {
   void mouseReleaseEvent(QMouseEvent* event) override;
   void mouseDoubleClickEvent(QMouseEvent* event) override;
   void selectionChanged(const QItemSelection& selected, const QItemSelection& deselected) override;
+  void rowsAboutToBeRemoved(const QModelIndex& parent, int first, int last) override;
   void keyPressEvent(QKeyEvent* event) override;
 
  private:
