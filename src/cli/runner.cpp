@@ -111,12 +111,21 @@ std::string Runner::UnknownWindow(const Step& step) const {
 
 // --- Steps
 
+namespace {
+
+// Returns the reason of a refusal with the name of the control in front; "" if there was none.
+std::string Named(const Control& control, const std::string& refusal) {
+  return refusal.empty() ? refusal : control.FullName() + " " + refusal;
+}
+
+}  // namespace
+
 std::string Runner::Do(const Step& step) {
   if (program_.Ended()) return Sentence(step.place, "程序已经关闭");
   std::string why;
   switch (step.verb) {
     case Verb::Set:
-      why = program_.windows.Find(step.name)->UserEdit(step.value).refusal;
+      why = Named(*program_.windows.Find(step.name), program_.windows.Find(step.name)->UserEdit(step.value).refusal);
       break;
     case Verb::Open:
       program_.ShowWindow(program_.windows.FindWindow(step.name)->Name());
@@ -152,7 +161,7 @@ std::string Runner::Click(Control& control) {
   const controls::EditResult result = control.UserClick();
   if (result.Accepted() && startsRun && listener_.RunsStarted() == runs && !Stopped()) ReportRunNotStarted();
   if (startsRun) rowsReported_ = program_.files.RowCount();
-  return result.refusal;
+  return Named(control, result.refusal);
 }
 
 // True if files were named, but all of them belong to other shards. Then the click has nothing to do, and that is no

@@ -23,6 +23,9 @@ inline constexpr const char* kNoOutputFolder = "输出目录未指定";
 // Why MenuStop is disabled between runs.
 inline constexpr const char* kNothingRuns = "当前没有可以终止的操作";
 
+// The limits of the width and height of a fixed cut, in pixels.
+inline constexpr controls::Limits kFixedSideLimits{1, 500000, controls::Beyond::Refused};
+
 // The main window: the shared cut parameters, the file list and the menus that start a batch. The order of the members
 // is the order in which the window shows them.
 class Form1 : public controls::Window {
@@ -100,7 +103,7 @@ class Form1 : public controls::Window {
         return controls::TextBox(
             window, std::move(name),
             index == 0 ? DisabledInside(Frame1, "宽：", "像素") : DisabledInside(Frame1, "高：", "像素"),
-            index == 0 ? "1062" : "1630", controls::Content::Integer);
+            index == 0 ? "1062" : "1630", controls::Content::Integer, kFixedSideLimits);
       }};
   controls::CheckBox ChAutoCenter{*this, "ChAutoCenter", Inside(Frame1, "居中裁剪")};
   controls::CheckBox ChFull{*this, "ChFull", Inside(Frame1, "自动顶格")};

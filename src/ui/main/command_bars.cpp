@@ -110,7 +110,7 @@ void ToolBar::Cut() {
   binder_.CommitTyped();
   if (controls::Menu* driver = Driver()) {
     const controls::EditResult result = driver->UserClick();
-    if (!result.Accepted()) binder_.Refused(result.refusal);
+    if (!result.Accepted()) binder_.Refused(*driver, result.refusal);
   }
 }
 

@@ -171,7 +171,7 @@ TEST_F(RecordsTest, Limits) {
   const std::tuple<const char*, const char*, const char*> limits[] = {
       {"TCutValue(0)", "0", "640"},    {"TCutValue(1)", "0", "480"}, {"TCutValue(2)", "0", "640"},
       {"TCutValue(3)", "0", "480"},    {"TQuality", "30", "99"},     {"FBaseOpt.TAngle", "-180", "180"},
-      {"FBaseOpt.TBoard(0)", "0", ""}, {"TFixWH(0)", "", ""},        {"FBaseOpt.TSmalS(2)", "", ""},
+      {"FBaseOpt.TBoard(0)", "0", ""}, {"TFixWH(0)", "1", "500000"}, {"FBaseOpt.TSmalS(2)", "1", "500000"},
   };
   for (const auto& [name, min, max] : limits) {
     EXPECT_EQ(At(name).MinText(), min) << name;
