@@ -12,6 +12,7 @@
 #include <QTableView>
 
 #include "ui/kit/bind/fold_group.h"
+#include "ui/kit/bind/grid_view.h"
 #include "ui/preview/preview_canvas.h"
 #include "ui/user_hand.h"
 
@@ -110,6 +111,22 @@ TEST_F(WindowTest, DeletingAgainRemovesTheNextRow) {
   EXPECT_EQ(ui_.program.files.Row(1).name, "d");
   EXPECT_EQ(form().MSF.Selected(), 2u);
   EXPECT_EQ(list->currentIndex().row(), 1);
+}
+
+TEST_F(WindowTest, AHeaderSortsTheViewAndTheOrderIsKeptByChoice) {
+  for (const char* name : {"10", "9", "8"}) ui_.List(std::string("/in/") + name + ".jpg");
+  auto* list = ui_.Find<GridView>(form().MSF);
+  list->sortByColumn(0, Qt::AscendingOrder);
+  const auto shown = [&](int row) { return list->model()->index(row, 0).data().toString(); };
+  EXPECT_EQ(shown(0), QStringLiteral("8"));
+  EXPECT_EQ(shown(2), QStringLiteral("10"));
+  EXPECT_EQ(ui_.program.files.Row(0).name, "10");
+  list->setCurrentIndex(list->model()->index(2, 0));
+  EXPECT_EQ(form().MSF.Selected(), 1u);
+  ui_.window.findChild<QAction*>(QStringLiteral("viewKeepOrder"))->trigger();
+  EXPECT_EQ(ui_.program.files.Row(0).name, "8");
+  EXPECT_EQ(ui_.program.files.Row(2).name, "10");
+  EXPECT_EQ(shown(0), QStringLiteral("8"));
 }
 
 // --- Windows follow their records

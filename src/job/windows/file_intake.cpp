@@ -444,12 +444,19 @@ void FileIntake::Clear() {
   ShowStatusPanel();
 }
 
+// The row after the deleted ones is selected, so that deleting again goes on there.
 void FileIntake::MenuDelSelected_Click() {
   const RunGuard guard(program_.context);
-  const std::size_t selected = program_.form1.MSF.Selected();
-  if (!guard || selected == 0) return;
-  const bool shown = program_.files.Row(selected - 1).Path() == program_.fCutPre.preview.Path();
-  program_.files.Remove(selected - 1);
+  controls::Grid& grid = program_.form1.MSF;
+  std::vector<std::size_t> rows = grid.Selection();
+  if (!guard || rows.empty()) return;
+  for (std::size_t& row : rows) --row;
+  const std::string& onShow = program_.fCutPre.preview.Path();
+  const bool shown =
+      std::any_of(rows.begin(), rows.end(), [&](std::size_t row) { return program_.files.Row(row).Path() == onShow; });
+  const std::size_t next = rows.front() + 1;
+  program_.files.Remove(rows);
+  grid.Select(next);
   ShowStatusPanel();
   if (!shown) return;
   if (program_.files.RowCount() > 0) {
@@ -457,6 +464,10 @@ void FileIntake::MenuDelSelected_Click() {
   } else {
     program_.ShowNoPicture();
   }
+}
+
+void FileIntake::ReorderList(const std::vector<std::size_t>& order) {
+  if (const RunGuard guard(program_.context); guard) program_.files.Reorder(order);
 }
 
 void FileIntake::MSF_DblClick() {

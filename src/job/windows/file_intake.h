@@ -30,6 +30,8 @@ class FileIntake {
   void MenuClearList_Click();
   void MenuDelSelected_Click();
   void MSF_DblClick();
+  // Lets the next runs handle the rows in that order; see FileList::Reorder.
+  void ReorderList(const std::vector<std::size_t>& order);
   // Adds files and folders that were dropped on the list, after a question.
   void MSF_OLEDragDrop(const std::vector<std::string>& items);
   // Adds files and folders of a command line, like a drop answered with No but without the question and the last box.

@@ -3,7 +3,9 @@
 #include "ui/main/file_list_model.h"
 
 #include <QApplication>
+#include <utility>
 
+#include "base/path_text.h"
 #include "ui/kit/text.h"
 #include "ui/kit/theme/theme.h"
 
@@ -37,6 +39,33 @@ QVariant FileListModel::headerData(int section, Qt::Orientation orientation, int
   }
   const QVariant words = GridModel::headerData(section, orientation, role);
   return role == Qt::DisplayRole ? QVariant(words.toString().trimmed()) : words;
+}
+
+// Names in natural order, numbers by their values; results by kind and then by reason.
+bool FileListModel::Precedes(std::size_t row, std::size_t other, int column) const {
+  const job::FileRow& a = files_.Row(row);
+  const job::FileRow& b = files_.Row(other);
+  if (column == ResultColumn()) return std::pair(a.result, a.why) < std::pair(b.result, b.why);
+  switch (column) {
+    case 0:
+      return base::NaturalLess(a.name, b.name);
+    case 1:
+      return base::NaturalLess(a.extension, b.extension);
+    case 2:
+      return base::NaturalLess(*a.folder, *b.folder);
+    case 3:
+      return a.width < b.width;
+    case 4:
+      return a.height < b.height;
+    case 5:
+      return a.bytes < b.bytes;
+    case 6:
+      return std::pair(a.newBytes, a.pages) < std::pair(b.newBytes, b.pages);
+    case 7:
+      return a.dpi < b.dpi;
+    default:
+      return false;
+  }
 }
 
 QVariant FileListModel::data(const QModelIndex& index, int role) const {

@@ -21,6 +21,9 @@ class FileListModel : public GridModel {
   // Returns the number of the added column, the last one.
   int ResultColumn() const { return GridModel::columnCount(); }
 
+ protected:
+  bool Precedes(std::size_t row, std::size_t other, int column) const override;
+
  private:
   const job::FileList& files_;
 };

@@ -6,6 +6,7 @@
 #include <QPainter>
 #include <QStyledItemDelegate>
 
+#include "job/windows/file_intake.h"
 #include "ui/kit/theme/flat_paint.h"
 #include "ui/kit/theme/theme.h"
 #include "ui/main/file_list_model.h"
@@ -16,6 +17,7 @@ namespace {
 // Column widths in digits. A column is never narrower than its header.
 constexpr int kDigits[] = {16, 4, 10, 6, 6, 8, 8, 4, 6};
 constexpr int kPath = 2;
+constexpr int kPauseMilliseconds = 150;
 
 // Elides a sentence at its end; the view elides paths in the middle.
 class SentenceDelegate : public QStyledItemDelegate {
@@ -39,6 +41,13 @@ ListView::ListView(job::Program& program, Binder& binder, QWidget* parent)
   binder.Join(program.form1.MSF, this);
   setAccessibleName(QStringLiteral("文件列表"));
   setFrameShape(QFrame::NoFrame);
+  setSelectionMode(QAbstractItemView::ExtendedSelection);
+  horizontalHeader()->setSortIndicator(-1, Qt::AscendingOrder);
+  horizontalHeader()->setSortIndicatorClearable(true);
+  setSortingEnabled(true);
+  pause_.setSingleShot(true);
+  pause_.setInterval(kPauseMilliseconds);
+  connect(&pause_, &QTimer::timeout, this, [this] { PreviewSelected(); });
   setItemDelegateForColumn(model_->ResultColumn(), new SentenceDelegate(this));
   // Beside the name, so that the reasons stay in sight.
   horizontalHeader()->moveSection(model_->ResultColumn(), 1);
@@ -51,6 +60,24 @@ ListView::ListView(job::Program& program, Binder& binder, QWidget* parent)
 }
 
 ListView::~ListView() { program_.form1.Forget(token_); }
+
+void ListView::OnUserSelection() { pause_.start(); }
+
+// A run shows the pictures that it handles itself.
+void ListView::PreviewSelected() {
+  const std::size_t row = program_.form1.MSF.Selected();
+  if (program_.flags.Busy || row == 0 || row > program_.files.RowCount()) return;
+  const std::string path = program_.files.Row(row - 1).Path();
+  if (path != program_.fCutPre.preview.Path()) program_.ShowInPreview(path);
+}
+
+void ListView::KeepOrder() {
+  if (!model_->IsSorted()) return;
+  model_->Flush();
+  const std::vector<std::size_t> order = model_->Order();
+  sortByColumn(-1, Qt::AscendingOrder);
+  program_.Intake().ReorderList(order);
+}
 
 void ListView::SizeColumns() {
   const int digit = fontMetrics().horizontalAdvance(u'0');
@@ -81,7 +108,7 @@ void ListView::paintEvent(QPaintEvent* event) {
   GridView::paintEvent(event);
   if (model_->rowCount() > 0) return;
   QPainter painter(viewport());
-  PaintDropHint(painter, *viewport(), QStringLiteral("也可以从“文件”菜单添加；双击一行即可预览"));
+  PaintDropHint(painter, *viewport(), QStringLiteral("也可以从“文件”菜单添加；选中一行即可预览"));
 }
 
 }  // namespace quillon::ui

@@ -2,6 +2,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include <QTimer>
+
 #include "job/program.h"
 #include "ui/kit/bind/binder.h"
 #include "ui/kit/bind/grid_view.h"
@@ -16,11 +18,16 @@ class ListView : public GridView {
   ListView(job::Program& program, Binder& binder, QWidget* parent = nullptr);
   ~ListView() override;
 
+  // Lets runs handle the rows in the order that the view shows, and keeps it when another column is sorted.
+  void KeepOrder();
+
  protected:
+  void OnUserSelection() override;
   void paintEvent(QPaintEvent* event) override;
   void resizeEvent(QResizeEvent* event) override;
 
  private:
+  void PreviewSelected();
   // Sets the initial widths.
   void SizeColumns();
   // Gives the free width to the folder and result columns.
@@ -28,6 +35,7 @@ class ListView : public GridView {
 
   job::Program& program_;
   FileListModel* model_;
+  QTimer pause_;  // runs while the user may still be moving through the list
   int token_;
   int minResultWidth_ = 0;  // width of the result column without reasons, in pixels
 };

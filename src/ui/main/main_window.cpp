@@ -113,7 +113,7 @@ void MainWindow::BuildMenus() {
   connect(ActionOf(form_.MenuExit, *this), &QAction::triggered, this, [this] { QuitWhenEnded(); });
 }
 
-// Not part of the record: it only brings back a preview that was closed.
+// Not part of the record: it brings back a preview that was closed, and keeps the order of the list.
 void MainWindow::AddViewMenu() {
   auto* view = new QMenu(QStringLiteral("视图"), this);
   QAction* preview = view->addAction(QStringLiteral("预览窗口"));
@@ -129,6 +129,12 @@ void MainWindow::AddViewMenu() {
       program_.fCutPre.Show();
     }
   });
+  view->addSeparator();
+  QAction* order = view->addAction(QStringLiteral("按显示的顺序裁剪"), this, [this] { list_->KeepOrder(); });
+  order->setObjectName(QStringLiteral("viewKeepOrder"));
+  order->setToolTip(QStringLiteral("单击列表的标题只改变显示的顺序；本命令把裁剪的顺序也改成这样"));
+  connect(view, &QMenu::aboutToShow, order, [this, order] { order->setEnabled(list_->Model().IsSorted()); });
+  view->setToolTipsVisible(true);
   menuBar()->insertMenu(ActionOf(form_.MenuHelp, *this), view);
 }
 

@@ -464,6 +464,21 @@ TEST_F(IntakeTest, DeletingAgainRemovesTheNextRow) {
   EXPECT_EQ(Names(), std::vector<std::string>{"a.jpg"});
 }
 
+TEST_F(IntakeTest, SeveralSelectedRowsAreDeletedAtOnce) {
+  List({Make("a.jpg"), Make("b.jpg"), Make("c.jpg"), Make("d.jpg"), Make("e.jpg")});
+  Put("MSF", "4,1-2,4");
+  Click("MenuDelSelected");
+  EXPECT_EQ(Names(), (std::vector<std::string>{"c.jpg", "e.jpg"}));
+  EXPECT_EQ(form.MSF.Selected(), 1u);
+  EXPECT_EQ(form.LStatus.Value().find("文件数：2"), 0u);
+}
+
+TEST_F(IntakeTest, TheListCanBeReordered) {
+  List({Make("a.jpg"), Make("b.jpg"), Make("c.jpg")});
+  program.Intake().ReorderList({2, 0, 1});
+  EXPECT_EQ(Names(), (std::vector<std::string>{"c.jpg", "a.jpg", "b.jpg"}));
+}
+
 TEST_F(IntakeTest, ThePreviewFollowsWhatIsLeftOfTheList) {
   const std::string second = Make("b.png", 55, 66);
   List({Make("a.jpg"), second});
