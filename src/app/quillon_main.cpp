@@ -26,7 +26,7 @@ int main(int count, char** arguments) {
   program.journals = &desktop.Journals();
   if (!program.Start()) return 0;
   quillon::ui::MainWindow window(parts);
-  desktop.SetOwner(&window);
+  desktop.SetOwner(&window, [&window](const QString& line) { window.ShowNotice(line); });
   window.show();
   // After the first paint, so that the window shows how a long list grows.
   QTimer::singleShot(0, &window, [&] {

@@ -402,9 +402,21 @@ bool FileIntake::EnsureInputDir() {
 
 bool FileIntake::EnsureOutDir() {
   if (OutDirExists()) return true;
-  WarnOutDir();
+  const std::optional<bool> made = OfferMissingOutDir();
+  if (made.value_or(false)) return true;
+  if (!made) WarnOutDir();
   ChooseOutDir();
   return OutDirExists();
+}
+
+std::optional<bool> FileIntake::OfferMissingOutDir() {
+  const std::string folder = program_.form1.LOutDir.Value();
+  if (folder == kNoOutputFolder || !program_.disks.AskFolder(folder) || program_.host.files.Stat(folder)) return {};
+  const std::string question = "输出目录不存在：" + base::DisplayText(folder) + "\r\n要新建这个文件夹吗？";
+  if (program_.Ask(question, host::kYesNoQuestion + host::kSecondIsDefault) != host::Reply::Yes) return false;
+  const host::Status made = program_.host.files.MakeFolders(folder);
+  if (!made) program_.Ask("文件夹没有建成：" + made.Why(), host::kStopIcon);
+  return static_cast<bool>(made);
 }
 
 void FileIntake::MenuInputDir_Click() {

@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -50,7 +51,8 @@ class FileIntake {
   void ChooseInputDir();
   void ChooseOutDir();
   // Return whether there is a row, or whether the folder in LInDir or LOutDir exists. If not, they show a box and open
-  // the dialog once.
+  // the dialog once. Instead of the box about a missing output folder, they ask whether
+  // to make it.
   bool EnsureListedFiles();
   bool EnsureInputDir();
   bool EnsureOutDir();
@@ -69,6 +71,9 @@ class FileIntake {
   // Returns Ok if the disk of a named file or folder responds.
   host::Status DiskAnswers(const std::string& item) const;
   bool FolderExists(const std::string& folder) const;
+  // Asks whether to make the folder in LOutDir. Returns whether it was made, or nothing if it was not asked, because
+  // something else has its name or no folder was chosen.
+  std::optional<bool> OfferMissingOutDir();
   void WarnFolder(const char* what, const std::string& caption);
   WalkRule OwnShard() const;
   WalkRule Rule(Subfolders subfolders) const;

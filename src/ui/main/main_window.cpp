@@ -188,6 +188,8 @@ QPoint MainWindow::PlaceForOptions(const OptionsWindow& window) const {
   return place;
 }
 
+void MainWindow::ShowNotice(const QString& line) { status_->ShowNotice(line); }
+
 void MainWindow::Refused(const std::string& sentence) {
   program_.host.boxes.Beep();
   status_->ShowNotice(Shown(sentence));

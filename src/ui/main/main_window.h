@@ -27,6 +27,8 @@ class MainWindow : public QMainWindow {
   explicit MainWindow(parts::Parts& parts);
   ~MainWindow() override;
 
+  // Shows a sentence in the status bar for a while.
+  void ShowNotice(const QString& line);
   PreviewLoader& Loader() { return loader_; }
   // Returns the window of the advanced options, which is created at the first call.
   OptionsWindow& Options();

@@ -51,7 +51,7 @@ TEST_F(NormalCutTest, AnOptionThatIsSwitchedDuringAQuestionCounts) {
   world.dialogs.ChooseFiles({Make("a.bmp")});
   Cut();
   ASSERT_EQ(Boxes().size(), 3u);
-  EXPECT_EQ(Boxes()[2].box.text, "输出目录不存在：/nowhere");
+  EXPECT_EQ(Boxes()[2].box.text, "输出目录不存在：/nowhere\r\n要新建这个文件夹吗？");
   ExpectNoRun();
 }
 
@@ -76,8 +76,8 @@ TEST_F(NormalCutTest, AMissingOutputFolderIsAskedFor) {
   Put("LOutDir", "/nowhere");
   Cut();
   ASSERT_EQ(Boxes().size(), 1u);
-  EXPECT_EQ(Boxes()[0].box.text, "输出目录不存在：/nowhere");
-  EXPECT_EQ(Boxes()[0].box.type, 16);
+  EXPECT_EQ(Boxes()[0].box.text, "输出目录不存在：/nowhere\r\n要新建这个文件夹吗？");
+  EXPECT_EQ(Boxes()[0].box.type, 292);
   ExpectNoRun();
 
   world.dialogs.ChooseFolderNext(outFolder);
@@ -103,8 +103,8 @@ TEST_F(NormalCutTest, SheetsNeedAnOutputFolderThoughSourcesAreOverwritten) {
   Put("ChOver", "1");
   Cut({Make("a.bmp")});
   ASSERT_EQ(Boxes().size(), 1u);
-  EXPECT_EQ(Boxes()[0].box.text, "输出目录不存在：/nowhere");
-  EXPECT_EQ(Boxes()[0].box.type, 16);
+  EXPECT_EQ(Boxes()[0].box.text, "输出目录不存在：/nowhere\r\n要新建这个文件夹吗？");
+  EXPECT_EQ(Boxes()[0].box.type, 292);
   ExpectNoRun();
 }
 

@@ -533,6 +533,28 @@ TEST_F(IntakeTest, OneThingAtATime) {
   EXPECT_EQ(program.files.RowCount(), 1u);
 }
 
+TEST_F(IntakeTest, AMissingOutputFolderIsOfferedToBeMade) {
+  const std::string folder = world.folder.Path("new/out");
+  form.LOutDir.SetText(folder);
+  EXPECT_FALSE(program.Intake().EnsureOutDir());
+  ASSERT_FALSE(Boxes().empty());
+  EXPECT_EQ(Boxes()[0].box.text, "输出目录不存在：" + folder + "\r\n要新建这个文件夹吗？");
+  EXPECT_EQ(Boxes()[0].reply, Reply::No);
+  EXPECT_FALSE(world.folder.Exists("new"));
+  world.boxes.Answer("要新建这个文件夹", Reply::Yes);
+  EXPECT_TRUE(program.Intake().EnsureOutDir());
+  EXPECT_TRUE(world.host.files.IsFolder(folder));
+}
+
+TEST_F(IntakeTest, NoFolderIsMadeInThePlaceOfAFile) {
+  form.LOutDir.SetText(world.folder.Write("file", "x"));
+  EXPECT_FALSE(program.Intake().EnsureOutDir());
+  EXPECT_EQ(world.boxes.Count("要新建这个文件夹"), 0);
+  form.LOutDir.SetText(kNoOutputFolder);
+  EXPECT_FALSE(program.Intake().EnsureOutDir());
+  EXPECT_EQ(world.boxes.Count("要新建这个文件夹"), 0);
+}
+
 TEST_F(IntakeTest, FoldersAreChosenAndRemembered) {
   world.dialogs.ChooseFolderNext(world.folder.Path("in"));
   Click("MenuInputDir");
