@@ -180,7 +180,7 @@ void Runner::ReportListIgnored() {
 
 // Reports every listed file as left without output, because the run did not start; the reason is the last box.
 void Runner::ReportRunNotStarted() {
-  const std::string box = reporter_.LastBox();
+  const std::string box = ReasonIn(reporter_.LastBox());
   const std::string why = "裁剪没有开始" + (box.empty() ? box : "：" + box);
   outcome_.notes.push_back(why);
   const std::size_t rows = program_.files.RowCount();
@@ -224,7 +224,7 @@ void Runner::Admit() {
 // are not reported: the folder stands for what it holds.
 void Runner::ReportUnlisted(const std::vector<std::string>& named, job::Result result) {
   const std::string why =
-      result == job::Result::None ? "没有加入列表：" + reporter_.LastBox() : "不合条件，没有加入列表";
+      result == job::Result::None ? "没有加入列表：" + ReasonIn(reporter_.LastBox()) : "不合条件，没有加入列表";
   std::unordered_set<std::string> listed;
   for (std::size_t row = 0; row < program_.files.RowCount(); ++row) listed.insert(program_.files.Row(row).Path());
   for (const std::string& path : named) {

@@ -185,11 +185,13 @@ class Menu : public Control {
   std::string shortcut_;
 };
 
-// A group with a title. Disabling it disables all controls inside.
+// A group with a title, which is its value. Disabling it disables all controls inside.
 class Frame : public Control {
  public:
   Frame(Window& window, std::string name, Appearance appearance)
       : Control(window, Kind::Frame, std::move(name), std::move(appearance)) {}
+
+  std::string Value() const override { return Caption(); }
 };
 
 // A colour that the user picks. A user's edit accepts the value 0x00BBGGRR as a decimal number, or "#RRGGBB".

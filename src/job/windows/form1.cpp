@@ -12,7 +12,6 @@ namespace {
 
 constexpr const char* kStopQuestion = "终止当前操作？";
 constexpr const char* kRunning = "正在处理，请等待处理完毕或先终止";
-constexpr const char* kGuide = "用户手册.md";
 
 }  // namespace
 

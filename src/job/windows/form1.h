@@ -26,6 +26,9 @@ inline constexpr const char* kNothingRuns = "当前没有可以终止的操作";
 // The limits of the width and height of a fixed cut, in pixels.
 inline constexpr controls::Limits kFixedSideLimits{1, 500000, controls::Beyond::Refused};
 
+// The name of the user guide, in the program folder or among the installed documents.
+inline constexpr const char* kGuide = "用户手册.md";
+
 // The main window: the shared cut parameters, the file list and the menus that start a batch. The order of the members
 // is the order in which the window shows them.
 class Form1 : public controls::Window {

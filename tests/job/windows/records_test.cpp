@@ -36,7 +36,7 @@ TEST_F(RecordsTest, MainWindowFields) {
       {"TCutValue(1)", Kind::TextBox, "上：", "0"},
       {"TCutValue(2)", Kind::TextBox, "右：", "0"},
       {"TCutValue(3)", Kind::TextBox, "下：", "5"},
-      {"Frame2", Kind::Frame, "裁剪参数(单位：像素)：", ""},
+      {"Frame2", Kind::Frame, "裁剪参数(单位：像素)：", "裁剪参数(单位：像素)："},
       {"ChCutA", Kind::CheckBox, "绝对裁剪", "1"},
       {"ChFixCut", Kind::CheckBox, "固定裁剪", "0"},
       {"TFixWH(0)", Kind::TextBox, "宽：", "1062"},

@@ -53,12 +53,12 @@ class GridModel : public QAbstractTableModel {
 
   controls::Grid& grid_;
   QTimer timer_;
-  int removing_ = -1;     // row that the grid has already dropped while the view is being notified; -1 for none
-  int sortColumn_ = -1;   // -1: not sorted
+  int removing_ = -1;    // row that the grid has already dropped while the view is being notified; -1 for none
+  int sortColumn_ = -1;  // -1: not sorted
   Qt::SortOrder direction_ = Qt::AscendingOrder;
   std::vector<std::size_t> order_;  // the row of the grid for each row of the view; empty if not sorted
-  int shownRows_ = 0;     // rows that the view knows of
-  int firstEdited_ = -1;  // first and last row with an unreported edit; -1 for none
+  int shownRows_ = 0;               // rows that the view knows of
+  int firstEdited_ = -1;            // first and last row with an unreported edit; -1 for none
   int lastEdited_ = -1;
 };
 

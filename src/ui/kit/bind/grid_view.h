@@ -8,7 +8,8 @@
 
 namespace quillon::ui {
 
-// The table of a grid. One row can be selected, or several if the selection mode allows it; double clicks, Enter and right clicks go to the grid.
+// The table of a grid. One row can be selected, or several if the selection mode allows it; double clicks, Enter and
+// right clicks go to the grid.
 class GridView : public QTableView {
  public:
   explicit GridView(controls::Grid& grid, QWidget* parent = nullptr);
