@@ -112,7 +112,7 @@ Program::~Program() = default;
 
 bool Program::Unload() {
   if (ended_) return true;
-  if (Ask(kCloseQuestion, kCloseType) != host::Reply::Ok) return false;
+  if (!flags.CloseRequested && Ask(kCloseQuestion, kCloseType) != host::Reply::Ok) return false;
   // Removal errors are ignored: the next start creates the files again.
   static_cast<void>(host.files.RemoveOwn(AppPath(work_files::kPdfPages)));
   images.DisposeImage(flags.FirstImageHandle);

@@ -46,7 +46,7 @@ class Program {
 
   // Starts the program. Returns false if another instance is running; the program then ends at once.
   bool Start();
-  // Asks whether to close, and on OK cleans up. Returns true if the program ends.
+  // Asks whether to close, unless Flags::CloseRequested is set, and on OK cleans up. Returns true if the program ends.
   bool Unload();
   bool Ended() const { return ended_; }
 

@@ -194,15 +194,52 @@ TEST_F(WindowTest, GoesByTheMenuToo) {
   EXPECT_FALSE(ui_.window.isVisible());
 }
 
-TEST_F(WindowTest, AsksToStopFirstDuringARun) {
+TEST_F(WindowTest, StopsARunAndClosesAfterIt) {
   ui_.world.boxes.Answer("终止当前操作", host::Reply::Ok);
   ui_.program.flags.Busy = true;
   form().BeginRun();
   EXPECT_FALSE(ui_.window.close());
   EXPECT_TRUE(ui_.program.flags.StopRequested);
-  EXPECT_EQ(ui_.world.boxes.Count("关闭程序"), 0);
+  EXPECT_TRUE(ui_.window.isVisible());
   form().EndRun();
   ui_.program.flags.Busy = false;
+  EXPECT_TRUE(QTest::qWaitFor([&] { return ui_.program.Ended(); }));
+  EXPECT_EQ(ui_.world.boxes.Count("关闭程序"), 0);
+  EXPECT_FALSE(ui_.window.isVisible());
+}
+
+TEST_F(WindowTest, StaysDuringARunThatIsNotToStop) {
+  ui_.world.boxes.Answer("终止当前操作", host::Reply::Cancel);
+  ui_.program.flags.Busy = true;
+  form().BeginRun();
+  EXPECT_FALSE(ui_.window.close());
+  EXPECT_FALSE(ui_.program.flags.StopRequested);
+  EXPECT_FALSE(ui_.program.flags.CloseRequested);
+  form().EndRun();
+  ui_.program.flags.Busy = false;
+  ui_.world.boxes.Answer("关闭程序", host::Reply::Cancel);
+  EXPECT_FALSE(ui_.window.close());
+  EXPECT_EQ(ui_.world.boxes.Count("关闭程序"), 1);
+}
+
+TEST_F(WindowTest, HidesEntriesOfPartsThatAreNotThere) {
+  EXPECT_FALSE(Action(form().MenuGifCutOps).isVisible());
+  EXPECT_FALSE(Action(form().MenuGifCut).isVisible());
+  EXPECT_FALSE(Action(form().MenuUnitConvert).isVisible());
+  for (const controls::Menu* menu : {&form().menuNormalCut, &form().MenuBaseOptions, &form().MenuMulCut}) {
+    EXPECT_TRUE(Action(*menu).isVisible()) << menu->Name();
+  }
+}
+
+TEST_F(WindowTest, AddsTheFilesOfAnotherStart) {
+  ui_.List("/in/old.jpg");
+  ui_.program.flags.Busy = true;
+  EXPECT_FALSE(ui_.window.AddFiles({"/in/x.jpg"}));
+  ui_.program.flags.Busy = false;
+  const std::string file = ui_.world.folder.Write("in/a.jpg", "no picture");
+  EXPECT_TRUE(ui_.window.AddFiles({file}));
+  EXPECT_EQ(ui_.world.boxes.Count("获取图片的尺寸数据为0"), 1);
+  EXPECT_EQ(ui_.program.files.RowCount(), 1u);
 }
 
 // --- Drag and drop

@@ -18,7 +18,7 @@ namespace {
 constexpr const char* kBeyondLink = "在指向文件夹的链接里：覆盖原图时不处理，以免改动别处的图片";
 
 void ShowEnd(const RunContext& context, const RunEnd& end) {
-  if (end.text.empty()) return;
+  if (end.text.empty() || context.flags.CloseRequested) return;
   const bool asks = end.then == RunEnd::Then::OfferFolder;
   const host::Reply reply = context.Ask(end.text, asks ? host::kYesNoQuestion : 0);
   if (asks && reply == host::Reply::Yes) context.host.shell.OpenFolder(end.folder);

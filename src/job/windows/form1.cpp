@@ -2,6 +2,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "job/windows/form1.h"
 
+#include <span>
+#include <string>
+
 #include "base/path_text.h"
 #include "host/files/paths.h"
 #include "job/program.h"
@@ -12,6 +15,27 @@ namespace {
 
 constexpr const char* kStopQuestion = "终止当前操作？";
 constexpr const char* kRunning = "正在处理，请等待处理完毕或先终止";
+
+struct EntryWindow {
+  controls::Menu Form1::*menu;
+  const char* window;
+};
+
+// The window that an entry opens.
+constexpr EntryWindow kWindows[] = {
+    {&Form1::MenuBaseOptions, "FBaseOpt"},   {&Form1::MenuGifCutOps, "FGifCut"},
+    {&Form1::MenuPngCutOps, "FPngCut"},      {&Form1::MenuPdfOps, "FPdfOps"},
+    {&Form1::MenuPenHui, "FCutPenH"},        {&Form1::MenuTifCutOps, "FTiffOps"},
+    {&Form1::MenuColorCut, "FCutEdges"},     {&Form1::MenuChSizeFormat, "FZoomComp"},
+    {&Form1::MenuExtentAndCut, "FAddEdges"}, {&Form1::MenuUnitConvert, "FConverter"},
+    {&Form1::MenuMulCut, "FMultCut"},        {&Form1::MenuCutTime, "FCutTime"},
+};
+
+// The window with the options of a driver, which comes with it.
+constexpr EntryWindow kDrivers[] = {
+    {&Form1::MenuGifCut, "FGifCut"},     {&Form1::MenuPngCut, "FPngCut"},   {&Form1::MenuPdfCut, "FPdfOps"},
+    {&Form1::MenuPenHuiCut, "FCutPenH"}, {&Form1::MenuTiffCut, "FTiffOps"},
+};
 
 }  // namespace
 
@@ -64,21 +88,17 @@ void Form1::ConnectMenus() {
 }
 
 void Form1::ConnectWindows() {
-  const auto opens = [this](controls::Menu& menu, const char* window) {
-    menu.SetHandler([this, window] { OpenWindow(window); });
-  };
-  opens(MenuBaseOptions, "FBaseOpt");
-  opens(MenuGifCutOps, "FGifCut");
-  opens(MenuPngCutOps, "FPngCut");
-  opens(MenuPdfOps, "FPdfOps");
-  opens(MenuPenHui, "FCutPenH");
-  opens(MenuTifCutOps, "FTiffOps");
-  opens(MenuColorCut, "FCutEdges");
-  opens(MenuChSizeFormat, "FZoomComp");
-  opens(MenuExtentAndCut, "FAddEdges");
-  opens(MenuUnitConvert, "FConverter");
-  opens(MenuMulCut, "FMultCut");
-  opens(MenuCutTime, "FCutTime");
+  for (const auto& [menu, window] : kWindows) {
+    (this->*menu).SetHandler([this, name = std::string(window)] { OpenWindow(name); });
+  }
+}
+
+void Form1::HideMissingEntries() {
+  for (const std::span<const EntryWindow> table : {std::span<const EntryWindow>(kWindows), {kDrivers}}) {
+    for (const auto& [menu, window] : table) {
+      if (!program_.windows.FindWindow(window)) (this->*menu).SetVisible(false);
+    }
+  }
 }
 
 void Form1::OpenWindow(const std::string& name) {
@@ -123,6 +143,7 @@ void Form1::Close() {
     if (program_.Unload()) Hide();
   } else if (MenuStop.Enabled()) {
     MenuStop_Click();
+    program_.flags.CloseRequested = program_.flags.StopRequested;
   } else {
     program_.host.boxes.Beep();
   }

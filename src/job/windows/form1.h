@@ -159,7 +159,8 @@ class Form1 : public controls::Window {
   void MenuAbout_Click();
 
   // Called by the user's close button and MenuExit: asks, cleans up and ends the program; see Program::Unload. While a
-  // run or a listing is in progress (Flags::Busy) it asks whether to stop that instead, and the window stays open.
+  // run or a listing is in progress (Flags::Busy) it asks whether to stop that; the program then ends after it, see
+  // Flags::CloseRequested.
   void Close() override;
 
   // Shows the text in front of the title; "" shows the plain title.
@@ -169,6 +170,10 @@ class Form1 : public controls::Window {
   // restores the title and disables MenuStop.
   void BeginRun();
   void EndRun();
+
+  // Hides the menu entries of windows and drivers that this program does not have. Only the window calls it: scripts
+  // are answered with a reason.
+  void HideMissingEntries();
 
   // Sets the limits of TCutValue by the unit in use and the picture in the preview.
   void ShowMarginLimits();

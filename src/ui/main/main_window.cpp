@@ -57,6 +57,7 @@ MainWindow::MainWindow(parts::Parts& parts)
   setWindowIcon(ProgramIcon());
   setAcceptDrops(true);
   setContextMenuPolicy(Qt::NoContextMenu);
+  form_.HideMissingEntries();
   BuildMenus();
   addToolBar(new ToolBar(form_, binder_));
 
@@ -188,6 +189,25 @@ QPoint MainWindow::PlaceForOptions(const OptionsWindow& window) const {
   return place;
 }
 
+bool MainWindow::AddFiles(const std::vector<std::string>& paths) {
+  if (program_.flags.Busy) return false;
+  const std::size_t before = program_.files.RowCount();
+  program_.Intake().Admit(paths);
+  if (program_.files.RowCount() > before) {
+    form_.MSF.Select(before + 1);
+    program_.Intake().MSF_DblClick();
+  }
+  return true;
+}
+
+void MainWindow::BringToFront() {
+  if (!isVisible()) return;  // the timed cut has hidden it
+  setWindowState((windowState() & ~Qt::WindowMinimized) | Qt::WindowActive);
+  raise();
+  activateWindow();
+  QApplication::alert(this);
+}
+
 void MainWindow::ShowNotice(const QString& line) { status_->ShowNotice(line); }
 
 void MainWindow::Refused(const std::string& sentence) {
@@ -206,7 +226,19 @@ void MainWindow::closeEvent(QCloseEvent* event) {
   binder_.CommitTyped();
   if (!program_.Ended()) form_.Close();
   event->setAccepted(program_.Ended());
+  if (program_.flags.CloseRequested) CloseAfterRun();
   QuitWhenEnded();
+}
+
+// The run ends in its own handler, which is still on the stack here.
+void MainWindow::CloseAfterRun() {
+  constexpr int kPollMilliseconds = 50;
+  if (program_.Ended()) return;
+  if (!program_.flags.Busy) {
+    form_.Close();
+    return QuitWhenEnded();
+  }
+  QTimer::singleShot(kPollMilliseconds, this, [this] { CloseAfterRun(); });
 }
 
 void MainWindow::dragEnterEvent(QDragEnterEvent* event) {

@@ -27,6 +27,10 @@ class MainWindow : public QMainWindow {
   explicit MainWindow(parts::Parts& parts);
   ~MainWindow() override;
 
+  // Adds named files and folders to the list, and selects and shows the first of them. Returns false if something runs.
+  bool AddFiles(const std::vector<std::string>& paths);
+  // Shows the window above those of other programs, as far as the desktop allows it.
+  void BringToFront();
   // Shows a sentence in the status bar for a while.
   void ShowNotice(const QString& line);
   PreviewLoader& Loader() { return loader_; }
@@ -50,6 +54,8 @@ class MainWindow : public QMainWindow {
   QPoint PlaceForOptions(const OptionsWindow& window) const;
   void Refused(const std::string& sentence);
   void QuitWhenEnded();
+  // Ends the program as soon as nothing runs any more.
+  void CloseAfterRun();
 
   job::Program& program_;
   job::Form1& form_;
