@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <QAction>
+#include <QBuffer>
 #include <QDockWidget>
 #include <QDragEnterEvent>
 #include <QLabel>
@@ -36,6 +37,15 @@ class WindowTest : public ::testing::Test {
     QApplication::sendEvent(&widget, &drop);
     UiWorld::Turn();
     return true;
+  }
+
+  std::string WhiteSquare() {
+    QByteArray bytes;
+    QBuffer buffer(&bytes);
+    QImage square(8, 8, QImage::Format_RGB32);
+    square.fill(Qt::white);
+    square.save(&buffer, "BMP");
+    return bytes.toStdString();
   }
 
   UiWorld ui_;
@@ -127,6 +137,25 @@ TEST_F(WindowTest, AHeaderSortsTheViewAndTheOrderIsKeptByChoice) {
   EXPECT_EQ(ui_.program.files.Row(0).name, "8");
   EXPECT_EQ(ui_.program.files.Row(2).name, "10");
   EXPECT_EQ(shown(0), QStringLiteral("8"));
+}
+
+TEST_F(WindowTest, TheListShowsSmallPicturesByChoice) {
+  const std::string file = ui_.world.folder.Write("in/a.bmp", WhiteSquare());
+  ui_.List(file);
+  auto* list = ui_.Find<GridView>(form().MSF);
+  list->Model().Flush();
+  const int low = list->rowHeight(0);
+  const auto picture = [&] { return list->model()->index(0, 0).data(Qt::DecorationRole).value<QPixmap>(); };
+  EXPECT_TRUE(picture().isNull());
+  auto* choice = ui_.window.findChild<QAction*>(QStringLiteral("viewThumbnails"));
+  choice->setChecked(true);
+  EXPECT_GT(list->rowHeight(0), low);
+  const auto middle = [&] { return picture().toImage().pixelColor(picture().width() / 2, picture().height() / 2); };
+  EXPECT_TRUE(QTest::qWaitFor([&] { return middle() == QColor(Qt::white); }));
+  EXPECT_EQ(ui_.program.Setting("ListThumbnails"), "1");
+  choice->setChecked(false);
+  EXPECT_EQ(list->rowHeight(0), low);
+  EXPECT_TRUE(picture().isNull());
 }
 
 // --- Windows follow their records

@@ -8,6 +8,7 @@
 #include "base/path_text.h"
 #include "ui/kit/text.h"
 #include "ui/kit/theme/theme.h"
+#include "ui/main/thumbnails.h"
 
 namespace quillon::ui {
 namespace {
@@ -39,6 +40,15 @@ QVariant FileListModel::headerData(int section, Qt::Orientation orientation, int
   }
   const QVariant words = GridModel::headerData(section, orientation, role);
   return role == Qt::DisplayRole ? QVariant(words.toString().trimmed()) : words;
+}
+
+void FileListModel::SetThumbnails(Thumbnails* thumbnails) {
+  thumbnails_ = thumbnails;
+  ShowThumbnails();
+}
+
+void FileListModel::ShowThumbnails() {
+  if (rowCount() > 0) emit dataChanged(index(0, 0), index(rowCount() - 1, 0), {Qt::DecorationRole});
 }
 
 // Names in natural order, numbers by their values; results by kind and then by reason.
@@ -76,6 +86,9 @@ QVariant FileListModel::data(const QModelIndex& index, int role) const {
   switch (role) {
     case Qt::DisplayRole:
       return result ? QVariant(ResultText(row)) : GridModel::data(index, role);
+    case Qt::DecorationRole:
+      if (!thumbnails_ || index.column() != 0) return {};
+      return thumbnails_->Of(row.Path());
     case Qt::ToolTipRole:
       return NotWritten(row) ? Shown(row.why) : Shown(row.Path());
     case Qt::ForegroundRole:

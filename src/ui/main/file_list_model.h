@@ -7,6 +7,8 @@
 
 namespace quillon::ui {
 
+class Thumbnails;
+
 // The rows of the file list, with one more column: what the last run made of each file.
 // Rows without output are shown in the warning colour, with the reason as text and tooltip.
 class FileListModel : public GridModel {
@@ -18,6 +20,11 @@ class FileListModel : public GridModel {
   QVariant data(const QModelIndex& index, int role) const override;
   QVariant headerData(int section, Qt::Orientation orientation, int role) const override;
 
+  // Shows small pictures beside the names; nullptr shows none. Not owned.
+  void SetThumbnails(Thumbnails* thumbnails);
+  // Called when a small picture was read.
+  void ShowThumbnails();
+
   // Returns the number of the added column, the last one.
   int ResultColumn() const { return GridModel::columnCount(); }
 
@@ -26,6 +33,7 @@ class FileListModel : public GridModel {
 
  private:
   const job::FileList& files_;
+  Thumbnails* thumbnails_ = nullptr;
 };
 
 }  // namespace quillon::ui

@@ -42,9 +42,6 @@ ListView::ListView(job::Program& program, Binder& binder, QWidget* parent)
   setAccessibleName(QStringLiteral("文件列表"));
   setFrameShape(QFrame::NoFrame);
   setSelectionMode(QAbstractItemView::ExtendedSelection);
-  horizontalHeader()->setSortIndicator(-1, Qt::AscendingOrder);
-  horizontalHeader()->setSortIndicatorClearable(true);
-  setSortingEnabled(true);
   pause_.setSingleShot(true);
   pause_.setInterval(kPauseMilliseconds);
   connect(&pause_, &QTimer::timeout, this, [this] { PreviewSelected(); });
@@ -52,14 +49,24 @@ ListView::ListView(job::Program& program, Binder& binder, QWidget* parent)
   // Beside the name, so that the reasons stay in sight.
   horizontalHeader()->moveSection(model_->ResultColumn(), 1);
   SizeColumns();
-  connect(model_, &QAbstractItemModel::dataChanged, this, [this] { FitColumns(); });
+  // After the columns were sized: with a sort indicator each would be wider.
+  horizontalHeader()->setSortIndicator(-1, Qt::AscendingOrder);
+  horizontalHeader()->setSortIndicatorClearable(true);
+  setSortingEnabled(true);
+  connect(model_, &QAbstractItemModel::dataChanged, this,
+          [this](const QModelIndex&, const QModelIndex&, const QList<int>& roles) {
+            if (!roles.contains(Qt::DecorationRole)) FitColumns();
+          });
   connect(model_, &QAbstractItemModel::rowsRemoved, this, [this] { ShowSelection(); });
   token_ = program_.form1.Observe([this](controls::Control& control, controls::Aspect aspect) {
     if (&control == &program_.form1.MSF && aspect == controls::Aspect::Value) ShowSelection();
   });
 }
 
-ListView::~ListView() { program_.form1.Forget(token_); }
+ListView::~ListView() {
+  program_.form1.Forget(token_);
+  HideThumbnails();
+}
 
 void ListView::OnUserSelection() { pause_.start(); }
 
@@ -69,6 +76,24 @@ void ListView::PreviewSelected() {
   if (program_.flags.Busy || row == 0 || row > program_.files.RowCount()) return;
   const std::string path = program_.files.Row(row - 1).Path();
   if (path != program_.fCutPre.preview.Path()) program_.ShowInPreview(path);
+}
+
+void ListView::ShowThumbnails(Thumbnails::Reader reader) {
+  thumbnails_ = std::make_unique<Thumbnails>(std::move(reader), [this] { model_->ShowThumbnails(); });
+  setIconSize({Thumbnails::kSide, Thumbnails::kSide});
+  verticalHeader()->setDefaultSectionSize(Thumbnails::kSide + kGap);
+  setColumnWidth(0, columnWidth(0) + Thumbnails::kSide);
+  model_->SetThumbnails(thumbnails_.get());
+  FitColumns();
+}
+
+void ListView::HideThumbnails() {
+  if (!thumbnails_) return;
+  model_->SetThumbnails(nullptr);
+  thumbnails_.reset();
+  verticalHeader()->setDefaultSectionSize(fontMetrics().height() + kGap);
+  setColumnWidth(0, columnWidth(0) - Thumbnails::kSide);
+  FitColumns();
 }
 
 void ListView::KeepOrder() {

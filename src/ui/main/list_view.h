@@ -3,10 +3,12 @@
 #pragma once
 
 #include <QTimer>
+#include <memory>
 
 #include "job/program.h"
 #include "ui/kit/bind/binder.h"
 #include "ui/kit/bind/grid_view.h"
+#include "ui/main/thumbnails.h"
 
 namespace quillon::ui {
 
@@ -18,6 +20,10 @@ class ListView : public GridView {
   ListView(job::Program& program, Binder& binder, QWidget* parent = nullptr);
   ~ListView() override;
 
+  // Shows small pictures beside the names, or none.
+  void ShowThumbnails(Thumbnails::Reader reader);
+  void HideThumbnails();
+  bool HasThumbnails() const { return thumbnails_ != nullptr; }
   // Lets runs handle the rows in the order that the view shows, and keeps it when another column is sorted.
   void KeepOrder();
 
@@ -35,6 +41,7 @@ class ListView : public GridView {
 
   job::Program& program_;
   FileListModel* model_;
+  std::unique_ptr<Thumbnails> thumbnails_;
   QTimer pause_;  // runs while the user may still be moving through the list
   int token_;
   int minResultWidth_ = 0;  // width of the result column without reasons, in pixels

@@ -29,6 +29,7 @@ namespace quillon::ui {
 namespace {
 
 constexpr QSize kOpeningSize(1280, 760);
+constexpr const char* kThumbnailsKey = "ListThumbnails";
 constexpr int kPreviewWidth = 38 * kGap;
 
 using MakeWindow = std::unique_ptr<ToolWindow> (*)(parts::Parts& parts, const Binder::Refusal& refused, QWidget* main);
@@ -71,6 +72,7 @@ MainWindow::MainWindow(parts::Parts& parts)
   middle->setHandleWidth(1);
   setCentralWidget(middle);
 
+  if (program_.Setting(kThumbnailsKey) == "1") findChild<QAction*>(QStringLiteral("viewThumbnails"))->setChecked(true);
   preview_ = new PreviewDock(parts, loader_, this);
   preview_->setAllowedAreas(Qt::LeftDockWidgetArea | Qt::RightDockWidgetArea);
   addDockWidget(Qt::RightDockWidgetArea, preview_);
@@ -136,7 +138,22 @@ void MainWindow::AddViewMenu() {
   order->setToolTip(QStringLiteral("单击列表的标题只改变显示的顺序；本命令把裁剪的顺序也改成这样"));
   connect(view, &QMenu::aboutToShow, order, [this, order] { order->setEnabled(list_->Model().IsSorted()); });
   view->setToolTipsVisible(true);
+  QAction* thumbnails = view->addAction(QStringLiteral("列表中显示缩略图"));
+  thumbnails->setObjectName(QStringLiteral("viewThumbnails"));
+  thumbnails->setCheckable(true);
+  connect(thumbnails, &QAction::toggled, this, [this](bool on) { ShowThumbnails(on); });
   menuBar()->insertMenu(ActionOf(form_.MenuHelp, *this), view);
+}
+
+// The choice is remembered.
+void MainWindow::ShowThumbnails(bool on) {
+  if (on) {
+    list_->ShowThumbnails(
+        [&images = program_.images](const std::string& path, QSize limit) { return ReadPreview(images, path, limit); });
+  } else {
+    list_->HideThumbnails();
+  }
+  program_.SaveSetting(kThumbnailsKey, on ? "1" : "0");
 }
 
 // During a run the title is a status text followed by the program name. The status bar repeats the status.
