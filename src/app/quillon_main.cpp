@@ -31,6 +31,7 @@ int main(int count, char** arguments) {
   quillon::parts::Parts parts(program);
   program.journals = &desktop.Journals();
   if (!program.Start()) return 0;
+  program.form1.HideMissingEntries();
   quillon::ui::MainWindow window(parts);
   desktop.SetOwner(&window, [&window](const QString& line) { window.ShowNotice(line); });
   window.show();

@@ -252,6 +252,7 @@ TEST_F(WindowTest, StaysDuringARunThatIsNotToStop) {
 }
 
 TEST_F(WindowTest, HidesEntriesOfPartsThatAreNotThere) {
+  form().HideMissingEntries();
   EXPECT_FALSE(Action(form().MenuGifCutOps).isVisible());
   EXPECT_FALSE(Action(form().MenuGifCut).isVisible());
   EXPECT_FALSE(Action(form().MenuUnitConvert).isVisible());

@@ -171,8 +171,8 @@ class Form1 : public controls::Window {
   void BeginRun();
   void EndRun();
 
-  // Hides the menu entries of windows and drivers that this program does not have. Only the window calls it: scripts
-  // are answered with a reason.
+  // Hides the menu entries of windows and drivers that this program does not have. Only a program with a window calls
+  // it: scripts are answered with a reason.
   void HideMissingEntries();
 
   // Sets the limits of TCutValue by the unit in use and the picture in the preview.

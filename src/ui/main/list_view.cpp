@@ -113,14 +113,15 @@ void ListView::SizeColumns() {
   minResultWidth_ = columnWidth(model_->ResultColumn());
 }
 
-// The folder column gets the free width. The result column grows to show reasons, up to a third of the view.
+// The folder column gets the free width. The result column grows to show reasons, up to a third of the view, even if
+// columns at the right are then out of sight.
 void ListView::FitColumns() {
   const int result = model_->ResultColumn();
   int room = viewport()->width();
   for (int column = 0; column < result; ++column) room -= column == kPath ? 0 : columnWidth(column);
   const int least = horizontalHeader()->sectionSizeHint(kPath);
   const int reasons = qMin(sizeHintForColumn(result), viewport()->width() / 3);
-  setColumnWidth(result, qMax(minResultWidth_, qMin(reasons, room - least)));
+  setColumnWidth(result, qMax(minResultWidth_, reasons));
   setColumnWidth(kPath, qMax(least, room - columnWidth(result)));
 }
 

@@ -58,7 +58,6 @@ MainWindow::MainWindow(parts::Parts& parts)
   setWindowIcon(ProgramIcon());
   setAcceptDrops(true);
   setContextMenuPolicy(Qt::NoContextMenu);
-  form_.HideMissingEntries();
   BuildMenus();
   addToolBar(new ToolBar(form_, binder_));
 
