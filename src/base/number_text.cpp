@@ -2,8 +2,10 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "base/number_text.h"
 
+#include <algorithm>
 #include <charconv>
 #include <cmath>
+#include <utility>
 
 namespace quillon::base {
 namespace {
@@ -35,26 +37,72 @@ char HalfWidthForm(std::string_view text) {
 
 struct Parsed {
   double value = 0;
-  bool found = false;  // the text starts with a finite number
-  bool whole = false;  // and holds nothing else
+  bool found = false;     // the text starts with a finite number
+  std::string_view rest;  // what follows it
 };
 
-Parsed ParseHead(std::string_view text) {
-  const std::string ascii = ToHalfWidth(text);
-  const std::string_view body = WithoutPlus(TrimBlanks(ascii));
+// Reads the number at the start of a text of ASCII digits. A plus sign is skipped.
+Parsed ParseHead(std::string_view text, std::chars_format format) {
+  const std::string_view body = WithoutPlus(text);
   Parsed parsed;
-  const auto [end, error] = std::from_chars(body.data(), body.data() + body.size(), parsed.value);
+  const auto [end, error] = std::from_chars(body.data(), body.data() + body.size(), parsed.value, format);
   parsed.found = error == std::errc() && std::isfinite(parsed.value);
-  parsed.whole = parsed.found && end == body.data() + body.size();
+  parsed.rest = body.substr(static_cast<std::size_t>(end - body.data()));
   return parsed;
+}
+
+bool IsDigit(char c) { return c >= '0' && c <= '9'; }
+
+// Returns whether three digits follow the comma and one to three others precede it, as in "1,500" or "-12,000 px".
+bool SeparatesThousands(std::string_view text, std::size_t comma) {
+  std::size_t first = comma;
+  while (first > 0 && IsDigit(text[first - 1])) --first;
+  std::size_t last = comma + 1;
+  while (last < text.size() && IsDigit(text[last])) ++last;
+  const std::size_t before = comma - first;
+  return last - comma == 4 && before >= 1 && before <= 3 && text[first] != '0';
+}
+
+// Returns the text in ASCII, without blanks around it, and with a point for a decimal comma or a Chinese full stop.
+std::string WithPoint(std::string_view text) {
+  constexpr std::string_view kFullStop = "\u3002";
+  std::string plain(TrimBlanks(ToHalfWidth(text)));
+  if (const std::size_t at = plain.find(kFullStop); at != std::string::npos) plain.replace(at, kFullStop.size(), ".");
+  const std::size_t comma = plain.find(',');
+  if (comma != std::string::npos && !SeparatesThousands(plain, comma)) plain[comma] = '.';
+  return plain;
+}
+
+constexpr std::pair<std::string_view, Unit> kUnits[] = {
+    {"", Unit::None},           {"px", Unit::Pixel},      {"像素", Unit::Pixel},      {"mm", Unit::Millimetre},
+    {"毫米", Unit::Millimetre}, {"cm", Unit::Centimetre}, {"厘米", Unit::Centimetre}, {"in", Unit::Inch},
+    {"英寸", Unit::Inch},       {"\"", Unit::Inch},       {"%", Unit::Percent},
+};
+
+std::optional<Unit> UnitNamed(std::string_view name) {
+  std::string lower(name);
+  std::transform(lower.begin(), lower.end(), lower.begin(),
+                 [](char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; });
+  const auto* found =
+      std::find_if(std::begin(kUnits), std::end(kUnits), [&lower](const auto& unit) { return unit.first == lower; });
+  return found == std::end(kUnits) ? std::nullopt : std::optional(found->second);
 }
 
 }  // namespace
 
 std::optional<double> ParseNumber(std::string_view text) {
-  const Parsed parsed = ParseHead(text);
-  if (!parsed.whole) return std::nullopt;
+  const std::string plain = WithPoint(text);
+  const Parsed parsed = ParseHead(plain, std::chars_format::fixed);
+  if (!parsed.found || !parsed.rest.empty()) return std::nullopt;
   return parsed.value;
+}
+
+std::optional<Measure> ParseMeasure(std::string_view text) {
+  const std::string plain = WithPoint(text);
+  const Parsed parsed = ParseHead(plain, std::chars_format::fixed);
+  const std::optional<Unit> unit = UnitNamed(TrimBlanks(parsed.rest));
+  if (!parsed.found || !unit) return std::nullopt;
+  return Measure{parsed.value, *unit};
 }
 
 std::optional<int> ParseInteger(std::string_view text) {
@@ -67,7 +115,8 @@ std::optional<int> ParseInteger(std::string_view text) {
 }
 
 double LeadingNumber(std::string_view text) {
-  const Parsed parsed = ParseHead(text);
+  const std::string ascii = ToHalfWidth(text);
+  const Parsed parsed = ParseHead(TrimBlanks(ascii), std::chars_format::general);
   return parsed.found ? parsed.value : 0.0;
 }
 
@@ -77,6 +126,14 @@ std::string NumberText(double value) {
   const auto format = std::fabs(value) < 1e15 ? std::chars_format::fixed : std::chars_format::general;
   const auto [end, error] = std::to_chars(buffer, buffer + sizeof buffer, value, format);
   return error == std::errc() ? std::string(buffer, end) : std::string("0");
+}
+
+std::string ShortNumberText(double value) {
+  constexpr int kDigits = 6;
+  if (value == 0.0 || !std::isfinite(value)) return "0";
+  const int wholeDigits = static_cast<int>(std::floor(std::log10(std::fabs(value)))) + 1;
+  const double scale = std::pow(10.0, std::max(0, kDigits - wholeDigits));
+  return NumberText(std::isfinite(value * scale) ? std::round(value * scale) / scale : value);
 }
 
 std::string ToHalfWidth(std::string_view text) {

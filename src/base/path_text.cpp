@@ -68,6 +68,36 @@ std::string ToUpperAscii(std::string_view text) {
   return MapBytes(text, [](char c) { return c >= 'a' && c <= 'z' ? static_cast<char>(c - ('a' - 'A')) : c; });
 }
 
+bool NaturalLess(std::string_view left, std::string_view right) {
+  const auto isDigit = [](char c) { return c >= '0' && c <= '9'; };
+  const auto lower = [](char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; };
+  // Returns the digits at the start of text without leading zeros, and removes all of them from text.
+  const auto popNumber = [&](std::string_view& text) {
+    const auto* end = std::find_if_not(text.begin(), text.end(), isDigit);
+    std::string_view digits = text.substr(0, static_cast<std::size_t>(end - text.begin()));
+    text.remove_prefix(digits.size());
+    digits.remove_prefix(std::min(digits.find_first_not_of('0'), digits.size()));
+    return digits;
+  };
+  std::string_view a = left;
+  std::string_view b = right;
+  while (!a.empty() && !b.empty()) {
+    if (isDigit(a[0]) && isDigit(b[0])) {
+      const std::string_view first = popNumber(a);
+      const std::string_view second = popNumber(b);
+      if (first.size() != second.size()) return first.size() < second.size();
+      if (first != second) return first < second;
+      continue;
+    }
+    const auto first = static_cast<unsigned char>(lower(a[0]));
+    const auto second = static_cast<unsigned char>(lower(b[0]));
+    if (first != second) return first < second;
+    a.remove_prefix(1);
+    b.remove_prefix(1);
+  }
+  return a.empty() && b.empty() ? left < right : a.empty();
+}
+
 std::string PercentEncoded(std::string_view path) {
   constexpr std::string_view kPlain = "-_.!~*'()/";
   constexpr char kHex[] = "0123456789ABCDEF";

@@ -38,6 +38,11 @@ std::string WithoutPsd(std::string path);
 std::string ToLowerAscii(std::string_view text);
 std::string ToUpperAscii(std::string_view text);
 
+// Returns whether a name comes before another for people: numbers in it count by their value, so that "7" precedes
+// "12", and upper and lower case of ASCII letters do not matter. Names that differ in nothing else are ordered by their
+// bytes.
+bool NaturalLess(std::string_view left, std::string_view right);
+
 // Returns a path as part of a URL: every byte becomes %XX unless it is an ASCII letter, a digit or one of -_.!~*'()/.
 std::string PercentEncoded(std::string_view path);
 

@@ -11,6 +11,7 @@
 #include <filesystem>
 #include <memory>
 
+#include "base/path_text.h"
 #include "base/utf8.h"
 #include "cli/hosts.h"
 #include "cli/manual_steps.h"
@@ -72,6 +73,7 @@ class Session {
 
   Exit Run() {
     const auto hints = host::posix::HintsOfThisProcess();
+    executableFolder_ = hints.executableFolder;
     if (const host::Status made = private_.Make(TemporaryBase(), hints.executableFolder); !made) {
       PrintError("无法准备临时文件夹 " + TemporaryBase() + "：" + made.Why());
       return Exit::SomeWithout;
@@ -147,6 +149,7 @@ class Session {
     {
       job::Program program(world);
       program.shard = plan_.shard;
+      if (files_.IsFile(base::JoinPath(executableFolder_, job::kGuide))) program.documents = executableFolder_;
       program.shard.among = Among();
       program.onExisting = plan_.onExisting;
       const parts::Parts parts(program);
@@ -176,6 +179,7 @@ class Session {
   host::posix::PosixDisk disk_;
   host::Files files_{disk_};
   PrivateFolder private_;
+  std::string executableFolder_;
   std::unique_ptr<Reporter> reporter_;
   host::posix::PosixClock clock_;
   BatchBoxes boxes_;

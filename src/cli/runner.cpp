@@ -116,12 +116,21 @@ std::string Runner::UnknownWindow(const Step& step) const {
 
 // --- Steps
 
+namespace {
+
+// Returns the reason of a refusal with the name of the control in front; "" if there was none.
+std::string Named(const Control& control, const std::string& refusal) {
+  return refusal.empty() ? refusal : control.FullName() + " " + refusal;
+}
+
+}  // namespace
+
 std::string Runner::Do(const Step& step) {
   if (program_.Ended()) return Sentence(step.place, "程序已经关闭");
   std::string why;
   switch (step.verb) {
     case Verb::Set:
-      why = program_.windows.Find(step.name)->UserEdit(step.value).refusal;
+      why = Named(*program_.windows.Find(step.name), program_.windows.Find(step.name)->UserEdit(step.value).refusal);
       break;
     case Verb::Open:
       program_.ShowWindow(program_.windows.FindWindow(step.name)->Name());
@@ -159,7 +168,7 @@ std::string Runner::Click(Control& control) {
   const bool started = starts == Starts::Nothing || listener_.RunsStarted() > runs;
   if (result.Accepted() && !started && !Stopped()) ReportNotStarted(starts);
   if (startsRun) rowsReported_ = program_.files.RowCount();
-  return result.refusal;
+  return Named(control, result.refusal);
 }
 
 Runner::Starts Runner::StartedBy(const Control& control) const {
@@ -185,7 +194,7 @@ void Runner::ReportListIgnored() {
 // Reports every listed file as left without output, because the run did not start; the reason is the last box. A watch
 // does not cut the list.
 void Runner::ReportNotStarted(Starts what) {
-  const std::string box = reporter_.LastBox();
+  const std::string box = ReasonIn(reporter_.LastBox());
   const std::string why = "裁剪没有开始" + (box.empty() ? box : "：" + box);
   outcome_.notes.push_back(why);
   const std::size_t rows = program_.files.RowCount();
@@ -230,7 +239,7 @@ void Runner::Admit() {
 // are not reported: the folder stands for what it holds.
 void Runner::ReportUnlisted(const std::vector<std::string>& named, job::Result result) {
   const std::string why =
-      result == job::Result::None ? "没有加入列表：" + reporter_.LastBox() : "不合条件，没有加入列表";
+      result == job::Result::None ? "没有加入列表：" + ReasonIn(reporter_.LastBox()) : "不合条件，没有加入列表";
   std::unordered_set<std::string> listed;
   for (std::size_t row = 0; row < program_.files.RowCount(); ++row) listed.insert(program_.files.Row(row).Path());
   for (const std::string& path : named) {

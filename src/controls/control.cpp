@@ -64,10 +64,10 @@ void Control::SetNote(std::string note) {
 
 // Hidden is reported first: a control that the user cannot see needs no reason why it is disabled.
 EditResult Control::RefusalForUser() const {
-  if (!Visible()) return EditResult::Refused(FullName() + " 当前不可见");
+  if (!Visible()) return EditResult::Refused("当前不可见");
   if (Enabled()) return EditResult::Ok();
   const std::string why = WhyDisabled();
-  return EditResult::Refused(FullName() + " 当前不可用" + (why.empty() ? why : "：" + why));
+  return EditResult::Refused("当前不可用" + (why.empty() ? why : "：" + why));
 }
 
 EditResult Control::UserEdit(std::string_view text) {
@@ -81,9 +81,9 @@ EditResult Control::UserClick() {
 }
 
 // Kinds that the user can neither fill in nor click inherit these refusals.
-EditResult Control::Apply(std::string_view) { return EditResult::Refused(FullName() + " 不能填写"); }
+EditResult Control::Apply(std::string_view) { return EditResult::Refused("不能填写"); }
 
-EditResult Control::Press() { return EditResult::Refused(FullName() + " 不能点击"); }
+EditResult Control::Press() { return EditResult::Refused("不能点击"); }
 
 void Control::NotifyValueChanged() {
   window_.Notify(*this, Aspect::Value);

@@ -48,7 +48,8 @@ inline Appearance DisabledInside(Control& parent, std::string caption, std::stri
   return {.caption = std::move(caption), .tooltip = std::move(tooltip), .enabled = false, .parent = &parent};
 }
 
-// The result of a user's edit: accepted, or refused with one Chinese sentence that says why.
+// The result of a user's edit: accepted, or refused with one Chinese sentence that says why. The sentence has no
+// subject, so that whoever shows it can name the control as its readers know it.
 struct EditResult {
   std::string refusal;
 

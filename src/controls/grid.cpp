@@ -7,6 +7,19 @@
 #include "base/number_text.h"
 
 namespace quillon::controls {
+namespace {
+
+// Adds the rows of "7" or "3-9" to rows. Returns false if the text is neither, or names a row above last.
+bool AddRows(std::string_view text, std::size_t last, std::vector<std::size_t>& rows) {
+  const std::size_t dash = text.find('-');
+  const auto first = base::ParseInteger(text.substr(0, dash));
+  const auto end = dash == std::string_view::npos ? first : base::ParseInteger(text.substr(dash + 1));
+  if (!first || !end || *first < 1 || *end < *first || static_cast<std::size_t>(*end) > last) return false;
+  for (int row = *first; row <= *end; ++row) rows.push_back(static_cast<std::size_t>(row));
+  return true;
+}
+
+}  // namespace
 
 void Grid::SetHeaders(std::vector<std::string> headers) {
   if (headers_ == headers) return;
@@ -20,13 +33,39 @@ std::string Grid::Cell(std::size_t row, std::size_t column) const {
 
 void Grid::Select(std::size_t row) {
   row = std::min(row, RowCount());
-  if (selected_ == row) return;
+  if (selected_ == row && others_.empty()) return;
+  others_.clear();
   selected_ = row;
   NotifyValueChanged();
 }
 
+void Grid::SelectRows(std::vector<std::size_t> rows) {
+  std::erase_if(rows, [this](std::size_t row) { return row == 0 || row > RowCount(); });
+  const std::size_t current = rows.empty() ? 0 : rows.front();
+  std::sort(rows.begin(), rows.end());
+  rows.erase(std::unique(rows.begin(), rows.end()), rows.end());
+  std::erase(rows, current);
+  if (selected_ == current && others_ == rows) return;
+  selected_ = current;
+  others_ = std::move(rows);
+  NotifyValueChanged();
+}
+
+std::vector<std::size_t> Grid::Selection() const {
+  std::vector<std::size_t> rows = others_;
+  if (selected_ > 0) rows.insert(std::lower_bound(rows.begin(), rows.end(), selected_), selected_);
+  return rows;
+}
+
 void Grid::Notify(Change change, std::size_t row) {
   // Rows may be gone; the selection follows silently, because the user did not select anything.
+  if (change == Change::Removed) {
+    std::erase(others_, row + 1);
+    for (std::size_t& other : others_) other -= other > row + 1 ? 1 : 0;
+    if (row + 1 < selected_) --selected_;
+    std::erase(others_, selected_);
+  }
+  if (change == Change::Reset) others_.clear();
   selected_ = std::min(selected_, RowCount());
   if (rowObserver_) rowObserver_(change, row);
 }
@@ -40,11 +79,17 @@ void Grid::RightClick() {
 }
 
 EditResult Grid::Apply(std::string_view text) {
-  const auto row = base::ParseInteger(text);
-  if (!row || *row < 0 || static_cast<std::size_t>(*row) > RowCount()) {
-    return EditResult::Refused(FullName() + " 没有第 " + std::string(text) + " 行");
+  const auto refused = [text] { return EditResult::Refused("没有第 " + std::string(text) + " 行"); };
+  std::vector<std::size_t> rows;
+  if (base::ParseInteger(text) != 0) {
+    for (std::string_view rest = text; !rest.empty();) {
+      const std::size_t comma = rest.find(',');
+      if (!AddRows(rest.substr(0, comma), RowCount(), rows)) return refused();
+      rest = comma == std::string_view::npos ? std::string_view() : rest.substr(comma + 1);
+    }
+    if (rows.empty()) return refused();
   }
-  Select(static_cast<std::size_t>(*row));
+  SelectRows(std::move(rows));
   return EditResult::Ok();
 }
 

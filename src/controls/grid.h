@@ -41,12 +41,19 @@ class Grid : public Control {
   // Returns "" if row is out of range. row counts from 0.
   std::string Cell(std::size_t row, std::size_t column) const;
 
-  // The selected row, counted from 1; 0 if none is selected. Selecting a row after the last one selects the last.
+  // The selected row, counted from 1; 0 if none is selected. If several rows are selected, it is the current one.
   std::size_t Selected() const { return selected_; }
+  // All selected rows, counted from 1, ascending. Selected() is one of them.
+  std::vector<std::size_t> Selection() const;
+  // Selects one row, or none if row is 0. Selecting a row after the last one selects the last.
   void Select(std::size_t row);
+  // Selects several rows, counted from 1, in any order; the first of them becomes the current one. Rows that do not
+  // exist are left out.
+  void SelectRows(std::vector<std::size_t> rows);
 
   // Called by the source when its rows change; row counts from 0.
-  // If the selected row no longer exists, the last row becomes the selected one, without a notification.
+  // The selection stays on its row, without a notification. If that row was removed, the row after it becomes the
+  // selected one, or the last row if there is none.
   void Notify(Change change, std::size_t row);
   // Called after each Notify. There is one observer, the view of the grid.
   void SetRowObserver(RowObserver observer) { rowObserver_ = std::move(observer); }
@@ -61,13 +68,15 @@ class Grid : public Control {
   std::string Value() const override { return std::to_string(RowCount()); }
 
  protected:
-  // Selects a row by its number, counted from 1; 0 clears the selection.
+  // Selects rows by their numbers, counted from 1: "3", or several as "3,5-9", of which the first is the current one; 0
+  // clears the selection.
   EditResult Apply(std::string_view text) override;
 
  private:
   std::vector<std::string> headers_;
   const GridSource* source_ = nullptr;
   std::size_t selected_ = 0;
+  std::vector<std::size_t> others_;  // the other selected rows, ascending
   RowObserver rowObserver_;
   std::function<void()> doubleClick_;
   std::function<void()> rightClick_;

@@ -35,7 +35,7 @@ void CheckBox::Set(bool on) {
 }
 
 EditResult CheckBox::Apply(std::string_view text) {
-  if (text != "0" && text != "1") return EditResult::Refused(FullName() + " 只接受 0 或 1");
+  if (text != "0" && text != "1") return EditResult::Refused("只接受 0 或 1");
   Set(text == "1");
   return EditResult::Ok();
 }
@@ -72,12 +72,36 @@ EditResult TextBox::Apply(std::string_view text) {
     SetText(std::string(text));
     return EditResult::Ok();
   }
-  const auto number = base::ParseNumber(text);
-  // ParseInteger also refuses forms such as "1.0" and "1e3", which are numbers.
-  const bool fits = number && (content_ == Content::Number || base::ParseInteger(text));
-  if (!fits) return EditResult::Refused(FullName() + (content_ == Content::Number ? " 只接受数字" : " 只接受整数"));
-  SetNumber(*number);
+  return ApplyNumber(text);
+}
+
+EditResult TextBox::ApplyNumber(std::string_view text) {
+  const auto measure = base::ParseMeasure(text);
+  const bool plain = measure && measure->unit == base::Unit::None;
+  const bool fits = measure && (plain ? content_ == Content::Number || base::ParseInteger(text) : HasUnits());
+  if (!fits) return EditResult::Refused(AcceptedForms());
+  double value = measure->value;
+  if (!plain) {
+    const Converted converted = convert_(*measure);
+    if (!converted.refusal.empty()) return EditResult::Refused(converted.refusal);
+    value = content_ == Content::Integer ? base::R(converted.value) : converted.value;
+  }
+  const bool beyond = (limits_.min && value < *limits_.min) || (limits_.max && value > *limits_.max);
+  if (beyond && limits_.beyond == Beyond::Refused) return EditResult::Refused(AcceptedForms());
+  SetNumber(value);
   return EditResult::Ok();
+}
+
+std::string TextBox::AcceptedForms() const {
+  const bool bounded = limits_.beyond == Beyond::Refused && limits_.min && limits_.max;
+  std::string forms = "只接受" + (bounded ? " " + MinText() + " 到 " + MaxText() + " 的" : std::string());
+  forms += content_ == Content::Number ? "数字，例如 12.5" : "整数，例如 300";
+  return HasUnits() ? forms + "；也可以带单位，例如 35mm、3.5cm、2in" : forms;
+}
+
+std::string TextBox::Text() const {
+  const auto number = content_ == Content::Number ? base::ParseNumber(text_) : std::nullopt;
+  return number ? base::ShortNumberText(*number) : text_;
 }
 
 ComboBox::ComboBox(Window& window, std::string name, Appearance appearance, std::vector<std::string> items, int index,
@@ -136,7 +160,7 @@ EditResult ComboBox::Apply(std::string_view text) {
   }
   const auto index = base::ParseInteger(text);
   if (!index || *index < 0 || *index >= static_cast<int>(items_.size())) {
-    return EditResult::Refused(FullName() + " 没有这一项：" + std::string(text));
+    return EditResult::Refused("没有这一项：" + std::string(text));
   }
   Select(*index);
   return EditResult::Ok();
@@ -172,7 +196,7 @@ void ColourBox::Set(base::Colour colour) {
 
 EditResult ColourBox::Apply(std::string_view text) {
   const auto value = ParseColour(text);
-  if (!value) return EditResult::Refused(FullName() + " 只接受颜色值，例如 #FFFFFF");
+  if (!value) return EditResult::Refused("只接受颜色值，例如 #FFFFFF");
   Set({*value});
   return EditResult::Ok();
 }
@@ -196,7 +220,7 @@ void Slider::SetRange(int min, int max) {
 EditResult Slider::Apply(std::string_view text) {
   const auto value = base::ParseInteger(text);
   if (!value || *value < min_ || *value > max_) {
-    return EditResult::Refused(FullName() + " 只接受 " + MinText() + " 到 " + MaxText() + " 的整数");
+    return EditResult::Refused("只接受 " + MinText() + " 到 " + MaxText() + " 的整数");
   }
   Set(*value);
   return EditResult::Ok();

@@ -3,12 +3,14 @@
 #pragma once
 
 #include <array>
+#include <functional>
 #include <optional>
 #include <string>
 #include <utility>
 #include <vector>
 
 #include "base/colour.h"
+#include "base/number_text.h"
 #include "controls/control.h"
 
 namespace quillon::controls {
@@ -36,12 +38,21 @@ class CheckBox : public Control {
 // an accepted number in its shortest form.
 enum class Content { Any, Integer, Number };
 
-// The range that is shown to the user. It is not enforced here: the handler of the box decides what happens to a value
-// outside of it.
+// What happens if a user enters a number outside of the limits: the handler of the box decides, or it is refused.
+enum class Beyond { LeftToHandler, Refused };
+
+// The range that is shown to the user.
 struct Limits {
   std::optional<double> min;
   std::optional<double> max;
+  Beyond beyond = Beyond::LeftToHandler;
   bool operator==(const Limits&) const = default;
+};
+
+// A typed length in the unit of its box, or why it cannot be converted.
+struct Converted {
+  double value = 0;
+  std::string refusal = {};
 };
 
 // A line of text, or a number as text. The program's own setters accept any text.
@@ -61,12 +72,18 @@ class TextBox : public Control {
   void SetLimits(Limits limits);
   Content GetContent() const { return content_; }
   const Limits& GetLimits() const { return limits_; }
+  // Lets a user type a unit after the number. convert is called with every measure that has one; the result is rounded
+  // if the box holds an integer.
+  void SetUnits(std::function<Converted(const base::Measure&)> convert) { convert_ = std::move(convert); }
+  bool HasUnits() const { return convert_ != nullptr; }
   // The number at the start of the text, 0 if there is none.
   double Number() const;
   // That number rounded; ties go to the even neighbour.
   int Integer() const;
 
   std::string Value() const override { return text_; }
+  // Returns a number with at most six significant digits; arithmetic uses all of them.
+  std::string Text() const override;
   std::string MinText() const override;
   std::string MaxText() const override;
 
@@ -74,9 +91,14 @@ class TextBox : public Control {
   EditResult Apply(std::string_view text) override;
 
  private:
+  EditResult ApplyNumber(std::string_view text);
+  // Returns which texts the box accepts, as the sentence of a refusal.
+  std::string AcceptedForms() const;
+
   std::string text_;
   Content content_;
   Limits limits_;
+  std::function<Converted(const base::Measure&)> convert_;
 };
 
 // Whether a user may enter a text of their own.
@@ -163,11 +185,13 @@ class Menu : public Control {
   std::string shortcut_;
 };
 
-// A group with a title. Disabling it disables all controls inside.
+// A group with a title, which is its value. Disabling it disables all controls inside.
 class Frame : public Control {
  public:
   Frame(Window& window, std::string name, Appearance appearance)
       : Control(window, Kind::Frame, std::move(name), std::move(appearance)) {}
+
+  std::string Value() const override { return Caption(); }
 };
 
 // A colour that the user picks. A user's edit accepts the value 0x00BBGGRR as a decimal number, or "#RRGGBB".

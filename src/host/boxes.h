@@ -44,7 +44,11 @@ struct Box {
   std::string text;
   int type = 0;
   std::string title = kBoxTitle;
+  std::string notice = {};  // what a window shows in its status bar instead of the text, if it shows no box
 };
+
+// Returns whether the box only brings news: it has one button and no icon.
+inline bool NeedsNoAnswer(const Box& box) { return box.type == 0; }
 
 // Returns the buttons of a type, in the order in which they are shown.
 std::vector<Reply> ButtonsOf(int type);

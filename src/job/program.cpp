@@ -14,6 +14,7 @@
 #include "job/windows/file_intake.h"
 #include "job/windows/preview.h"
 #include "job/windows/run_window.h"
+#include "job/windows/typed_length.h"
 #include "job/work_files.h"
 #include "tools/media_info.h"
 #include "tools/processes.h"
@@ -103,6 +104,7 @@ Program::Program(host::Host& hostIn)
   windows.Add(fCutPre);
   flags.FixW = form1.TFixWH[0].Integer();
   flags.FixH = form1.TFixWH[1].Integer();
+  AcceptUnits(*this);
   ShowAvailability();
 }
 
@@ -110,7 +112,7 @@ Program::~Program() = default;
 
 bool Program::Unload() {
   if (ended_) return true;
-  if (Ask(kCloseQuestion, kCloseType) != host::Reply::Ok) return false;
+  if (!flags.CloseRequested && Ask(kCloseQuestion, kCloseType) != host::Reply::Ok) return false;
   // Removal errors are ignored: the next start creates the files again.
   static_cast<void>(host.files.RemoveOwn(AppPath(work_files::kPdfPages)));
   images.DisposeImage(flags.FirstImageHandle);

@@ -46,7 +46,7 @@ class Program {
 
   // Starts the program. Returns false if another instance is running; the program then ends at once.
   bool Start();
-  // Asks whether to close, and on OK cleans up. Returns true if the program ends.
+  // Asks whether to close, unless Flags::CloseRequested is set, and on OK cleans up. Returns true if the program ends.
   bool Unload();
   bool Ended() const { return ended_; }
 
@@ -106,6 +106,8 @@ class Program {
   // Shows the file at path, which may be reduced, as a picture of that size. The frame follows the parameters; the
   // options do not turn or scale it.
   void ShowPicture(const std::string& path, base::Size size);
+  // Shows no picture, but an empty area if there is a screen.
+  void ShowNoPicture();
   // Scales and turns the picture of ShowInPreview as the cut will. Updates frame and border of any picture.
   void ShowAsCut();
   // Writes \Canvas.bmp, a white picture of 50 x 50.

@@ -36,7 +36,6 @@ bool Program::Start() {
        {&form1.CmbKeepCut, &form1.CmbOutType, &form1.CmbCutMode, &form1.CmbCutStyle, &form1.CmbDPI}) {
     list->Select(0);
   }
-  // Without a screen the preview has no area, and the margins have no maximum until a picture is shown.
   if (fCutPre.preview.Picture().Empty() && !host.screen.DesktopSize().Empty()) ShowPicture("", kPreviewBox);
   form1.ChCutA.Set(true);
   for (const char* name : {"QxImgTool", "PicHandler", "TessaExifHandler", "SavePicsToTiff"})
@@ -76,6 +75,12 @@ void Program::ShowDesktopPicture() {
   ShowInPreview(flags.CurrentImagePath);
   // If the wallpaper cannot be decoded, the preview is unchanged.
   static_cast<void>(images.LoadImageFromFile(flags.CurrentImagePath, flags.FirstImageHandle));
+}
+
+// Without a screen the preview has no area, and the margins have no maximum until a picture is shown.
+void Program::ShowNoPicture() {
+  flags.CurrentImagePath.clear();
+  ShowPicture("", host.screen.DesktopSize().Empty() ? base::Size() : kPreviewBox);
 }
 
 void Program::ReadFolders() {

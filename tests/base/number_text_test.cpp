@@ -8,6 +8,7 @@
 #include <cmath>
 #include <limits>
 #include <random>
+#include <tuple>
 
 namespace quillon::base {
 namespace {
@@ -18,18 +19,19 @@ struct NumberCase {
 };
 
 constexpr NumberCase kNumbers[] = {
-    {"0", 0},     {"12", 12},         {"-12", -12},    {"+12", 12},
-    {"1.5", 1.5}, {".5", 0.5},        {"5.", 5},       {"-.25", -0.25},
-    {"+.5", 0.5}, {"1e3", 1000},      {"2.5E-1", .25}, {"1E+2", 100},
-    {"007", 7},   {" 7 ", 7},         {"\t7\r\n", 7},  {"\u300012\u3000", 12},
-    {"１２", 12}, {"－１．５", -1.5}, {"＋３", 3},     {"１ｅ２", 100},
-    {"-0", 0},
+    {"0", 0},    {"12", 12},     {"-12", -12},           {"+12", 12},  {"1.5", 1.5},
+    {".5", 0.5}, {"5.", 5},      {"-.25", -0.25},        {"+.5", 0.5}, {"007", 7},
+    {" 7 ", 7},  {"\t7\r\n", 7}, {"\u300012\u3000", 12}, {"１２", 12}, {"－１．５", -1.5},
+    {"＋３", 3}, {"-0", 0},
 };
 
+// Only the whole text of a user may have a decimal comma; LeadingNumber() ends there.
+constexpr NumberCase kCommaNumbers[] = {{"1,5", 1.5}, {"0,125", .125}, {"-2，5", -2.5}, {"１。５", 1.5}};
+
 constexpr const char* kNotNumbers[] = {
-    "",    " ",    "abc",   "12px",   "1 2",    "1,5", "1.2.3",    "--1",    "++1",
-    "+-1", "-+1",  "+",     "-",      ".",      "e5",  "1e",       "0x10",   "inf",
-    "nan", "-inf", "1e999", "-1e999", "1e-999", "+ 1", "１２像素", "\u3000", "infinity",
+    "",      " ",   "abc",  "12px",  "1 2",    "1,500",  "1.2.3", "1e3",      "1E+2",   "12,000",   "1,5,5",
+    "1,5.5", "--1", "++1",  "+-1",   "-+1",    "+",      "-",     ".",        "e5",     "1e",       "0x10",
+    "inf",   "nan", "-inf", "1e999", "-1e999", "1e-999", "+ 1",   "１２像素", "\u3000", "infinity",
 };
 
 TEST(ParseNumber, ReadsAFiniteDecimalNumber) {
@@ -40,6 +42,10 @@ TEST(ParseNumber, ReadsAFiniteDecimalNumber) {
   }
 }
 
+TEST(ParseNumber, ReadsADecimalComma) {
+  for (const auto& [text, value] : kCommaNumbers) EXPECT_EQ(ParseNumber(text), value) << "[" << text << "]";
+}
+
 TEST(ParseNumber, RefusesEverythingElse) {
   for (const char* text : kNotNumbers) EXPECT_EQ(ParseNumber(text), std::nullopt) << "[" << text << "]";
 }
@@ -47,6 +53,41 @@ TEST(ParseNumber, RefusesEverythingElse) {
 TEST(ParseNumber, StopsAtNoByteInsideTheText) {
   EXPECT_EQ(ParseNumber(std::string_view("1\0", 2)), std::nullopt);
   EXPECT_EQ(ParseNumber(std::string_view("12345").substr(0, 2)), 12.0);
+}
+
+TEST(ParseMeasure, ReadsTheUnitAfterTheNumber) {
+  const std::tuple<const char*, double, Unit> cases[] = {
+      {"12", 12, Unit::None},           {"35mm", 35, Unit::Millimetre}, {"3.5 cm", 3.5, Unit::Centimetre},
+      {"3,5CM", 3.5, Unit::Centimetre}, {"2in", 2, Unit::Inch},         {"2\"", 2, Unit::Inch},
+      {"10%", 10, Unit::Percent},       {"１０％", 10, Unit::Percent},  {"40px", 40, Unit::Pixel},
+      {"40像素", 40, Unit::Pixel},      {"5毫米", 5, Unit::Millimetre}, {" 1 厘米 ", 1, Unit::Centimetre},
+      {"1英寸", 1, Unit::Inch},
+  };
+  for (const auto& [text, value, unit] : cases) {
+    const auto measure = ParseMeasure(text);
+    ASSERT_TRUE(measure.has_value()) << text;
+    EXPECT_EQ(measure->value, value) << text;
+    EXPECT_EQ(measure->unit, unit) << text;
+  }
+  for (const char* text : {"", "mm", "10 foot", "10%%", "1e3mm", "10mm5", "1,500mm"}) {
+    EXPECT_FALSE(ParseMeasure(text).has_value()) << text;
+  }
+}
+
+TEST(ShortNumberText, HasSixSignificantDigits) {
+  const std::pair<double, const char*> cases[] = {
+      {0, "0"},
+      {12.345678, "12.3457"},
+      {-12.345678, "-12.3457"},
+      {0.000123456789, "0.000123457"},
+      {33.1, "33.1"},
+      {1234567, "1234567"},
+      {1234567.8, "1234568"},
+      {999999.9, "1000000"},
+      {123456.7, "123457"},
+      {1.0 / 3, "0.333333"},
+  };
+  for (const auto& [value, text] : cases) EXPECT_EQ(ShortNumberText(value), text) << value;
 }
 
 TEST(ParseInteger, ReadsAWholeNumberThatFits) {
@@ -118,10 +159,10 @@ TEST(NumberText, ReadsBackAsTheSameNumber) {
   std::uniform_int_distribution<int> exponent(-300, 300);
   for (int i = 0; i < 20000; ++i) {
     const double value = mantissa(random) * std::pow(10.0, exponent(random));
-    EXPECT_EQ(ParseNumber(NumberText(value)), value);
+    EXPECT_EQ(LeadingNumber(NumberText(value)), value);
   }
   for (const double value : {DBL_MAX, -DBL_MAX, DBL_MIN, DBL_TRUE_MIN, 1e15, 1e15 - 0.125}) {
-    EXPECT_EQ(ParseNumber(NumberText(value)), value);
+    EXPECT_EQ(LeadingNumber(NumberText(value)), value);
   }
 }
 

@@ -91,5 +91,15 @@ TEST(NumberedName, HasTheSameDigitsInEveryPart) {
   EXPECT_EQ(NumberedName("a", 1234, 1234), "a_1234");
 }
 
+TEST(NaturalLess, OrdersNumbersByTheirValue) {
+  const char* ordered[] = {"", "1", "01a", "2", "10", "a", "a1", "A2", "a10", "a10b", "a00011", "b", "照片2", "照片10"};
+  for (std::size_t i = 0; i < std::size(ordered); ++i) {
+    for (std::size_t j = 0; j < std::size(ordered); ++j) {
+      EXPECT_EQ(NaturalLess(ordered[i], ordered[j]), i < j) << ordered[i] << " " << ordered[j];
+    }
+  }
+  EXPECT_TRUE(NaturalLess("A1", "a01") != NaturalLess("a01", "A1"));
+}
+
 }  // namespace
 }  // namespace quillon::base

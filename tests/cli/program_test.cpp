@@ -47,6 +47,16 @@ TEST_F(ProgramTest, ReportsEveryKindOfEventWithItsFields) {
   EXPECT_EQ(kinds, all);
 }
 
+TEST_F(ProgramTest, TheGuideIsReportedWithItsAddress) {
+  const Ran ran = Run({"--json", "--click", "MenuGuide"});
+  EXPECT_EQ(ran.exit, 0) << ran.err;
+  EXPECT_TRUE(EventsOf(ran.out, "box").empty()) << ran.out;
+  const auto opened = EventsOf(ran.out, "open");
+  ASSERT_EQ(opened.size(), 1u);
+  EXPECT_EQ(opened[0].at("kind"), "address");
+  EXPECT_TRUE(std::string(opened[0].at("path")).ends_with("/用户手册.md")) << opened[0];
+}
+
 TEST_F(ProgramTest, EventsHoldWhatHappened) {
   const std::string a = Picture("a.bmp");
   const Ran ran = Run(Cut({"a.bmp"}, {"--json"}));

@@ -121,7 +121,7 @@ TEST(UserEdit, IsRefusedWhileDisabledOrHiddenThoughTheProgramMayStillSet) {
   probe.NoteHandlerOf(sheet.box);
   sheet.inner.SetEnabled(false);
   probe.Drain();
-  EXPECT_EQ(sheet.box.UserEdit("1").refusal, "Form1.ChBox 当前不可用");
+  EXPECT_EQ(sheet.box.UserEdit("1").refusal, "当前不可用");
   EXPECT_FALSE(sheet.box.On());
   EXPECT_EQ(probe.Drain(), Notes());
   sheet.box.Set(true);
@@ -130,7 +130,7 @@ TEST(UserEdit, IsRefusedWhileDisabledOrHiddenThoughTheProgramMayStillSet) {
 
   sheet.inner.SetEnabled(true);
   sheet.inner.SetVisible(false);
-  EXPECT_EQ(sheet.box.UserEdit("0").refusal, "Form1.ChBox 当前不可见");
+  EXPECT_EQ(sheet.box.UserEdit("0").refusal, "当前不可见");
   EXPECT_TRUE(sheet.box.On());
 }
 
@@ -139,7 +139,7 @@ TEST(Control, GivesTheReasonWhyItCannotBeUsed) {
   EXPECT_EQ(sheet.box.WhyDisabled(), "");
   sheet.group.SetEnabled(false, "外面");
   EXPECT_EQ(sheet.box.WhyDisabled(), "外面");
-  EXPECT_EQ(sheet.box.UserEdit("1").refusal, "Form1.ChBox 当前不可用：外面");
+  EXPECT_EQ(sheet.box.UserEdit("1").refusal, "当前不可用：外面");
   sheet.inner.SetEnabled(false, "里面");
   EXPECT_EQ(sheet.box.WhyDisabled(), "里面");
   sheet.box.SetEnabled(false);
@@ -173,9 +173,9 @@ TEST(UserEdit, RunsTheHandlerOnceAndOnlyWhenTheValueChanged) {
 
 TEST(UserEdit, IsRefusedByWhatHoldsNoValue) {
   Sheet sheet;
-  EXPECT_EQ(sheet.button.UserEdit("1").refusal, "Form1.CmdGo 不能填写");
-  EXPECT_EQ(sheet.menu.UserEdit("1").refusal, "Form1.MenuGo 不能填写");
-  EXPECT_EQ(sheet.group.UserEdit("1").refusal, "Form1.Frame1 不能填写");
+  EXPECT_EQ(sheet.button.UserEdit("1").refusal, "不能填写");
+  EXPECT_EQ(sheet.menu.UserEdit("1").refusal, "不能填写");
+  EXPECT_EQ(sheet.group.UserEdit("1").refusal, "不能填写");
 }
 
 TEST(UserClick, PressesButtonsAndMenuEntries) {
@@ -210,7 +210,7 @@ TEST(UserClick, IsRefusedByEveryOtherKind) {
   for (Control* control : std::initializer_list<Control*>{&sheet.text, &sheet.list, &sheet.label, &sheet.group,
                                                           &sheet.colour, &sheet.grid}) {
     probe.NoteHandlerOf(*control);
-    EXPECT_EQ(control->UserClick().refusal, control->FullName() + " 不能点击");
+    EXPECT_EQ(control->UserClick().refusal, "不能点击");
   }
   EXPECT_EQ(probe.Drain(), Notes());
 }
@@ -220,9 +220,9 @@ TEST(UserClick, IsRefusedWhileDisabledOrHidden) {
   Probe probe(sheet);
   probe.NoteHandlerOf(sheet.button);
   sheet.button.SetEnabled(false);
-  EXPECT_EQ(sheet.button.UserClick().refusal, "Form1.CmdGo 当前不可用");
+  EXPECT_EQ(sheet.button.UserClick().refusal, "当前不可用");
   sheet.button.SetVisible(false);
-  EXPECT_EQ(sheet.button.UserClick().refusal, "Form1.CmdGo 当前不可见");
+  EXPECT_EQ(sheet.button.UserClick().refusal, "当前不可见");
   EXPECT_EQ(probe.Drain(), (Notes{"appearance CmdGo", "appearance CmdGo"}));
 }
 

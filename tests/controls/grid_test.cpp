@@ -69,9 +69,34 @@ TEST_F(GridTest, UsersEditSelectsARowThatIsThere) {
   EXPECT_TRUE(grid_.UserEdit("0").Accepted());
   EXPECT_EQ(grid_.Selected(), 0u);
   for (const char* text : {"4", "-1", "x", ""}) {
-    EXPECT_EQ(grid_.UserEdit(text).refusal, std::string("Form1.MSF 没有第 ") + text + " 行");
+    EXPECT_EQ(grid_.UserEdit(text).refusal, std::string("没有第 ") + text + " 行");
     EXPECT_EQ(grid_.Selected(), 0u);
   }
+}
+
+TEST_F(GridTest, UsersEditSelectsSeveralRows) {
+  rows_.count = 9;
+  grid_.SetSource(&rows_);
+  EXPECT_TRUE(grid_.UserEdit("4,2-5,8").Accepted());
+  EXPECT_EQ(grid_.Selected(), 4u);
+  EXPECT_EQ(grid_.Selection(), (std::vector<std::size_t>{2, 3, 4, 5, 8}));
+  for (const char* text : {"2-10", "5-2", "1,,2", "1,x", "0-3"}) EXPECT_FALSE(grid_.UserEdit(text).Accepted()) << text;
+  EXPECT_EQ(grid_.Selection().size(), 5u);
+  grid_.Select(4);
+  EXPECT_EQ(grid_.Selection(), std::vector<std::size_t>{4});
+  grid_.Select(0);
+  EXPECT_TRUE(grid_.Selection().empty());
+}
+
+TEST_F(GridTest, SelectedRowsFollowARemoval) {
+  rows_.count = 9;
+  grid_.SetSource(&rows_);
+  grid_.SelectRows({4, 6, 8});
+  rows_.count = 8;
+  grid_.Notify(Grid::Change::Removed, 4);
+  EXPECT_EQ(grid_.Selection(), (std::vector<std::size_t>{4, 5, 7}));
+  grid_.Notify(Grid::Change::Reset, 0);
+  EXPECT_EQ(grid_.Selection(), std::vector<std::size_t>{4});
 }
 
 TEST_F(GridTest, PassesTheChangesOfItsSourceToItsObserver) {
@@ -97,6 +122,17 @@ TEST_F(GridTest, MovesALostSelectionToTheLastRowQuietly) {
   grid_.Notify(Grid::Change::Reset, 0);
   EXPECT_EQ(grid_.Selected(), 0u);
   EXPECT_EQ(probe.Drain(), Notes());
+}
+
+TEST_F(GridTest, KeepsItsRowSelectedIfOneAboveItIsRemoved) {
+  rows_.count = 4;
+  grid_.SetSource(&rows_);
+  grid_.Select(3);
+  rows_.count = 3;
+  grid_.Notify(Grid::Change::Removed, 0);
+  EXPECT_EQ(grid_.Selected(), 2u);
+  grid_.Notify(Grid::Change::Removed, 2);
+  EXPECT_EQ(grid_.Selected(), 2u);
 }
 
 TEST_F(GridTest, RunsTheHandlersOfDoubleAndRightClick) {

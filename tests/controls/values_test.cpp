@@ -25,7 +25,7 @@ TEST_F(Values, CheckBoxAcceptsZeroAndOne) {
   EXPECT_TRUE(box.UserEdit("1").Accepted());
   EXPECT_TRUE(box.On());
   for (const char* text : {"", "2", "true", "01", " 1", "-1"}) {
-    EXPECT_EQ(box.UserEdit(text).refusal, "Form1.ChA 只接受 0 或 1") << text;
+    EXPECT_EQ(box.UserEdit(text).refusal, "只接受 0 或 1") << text;
     EXPECT_TRUE(box.On());
   }
 }
@@ -52,12 +52,12 @@ TEST_F(Values, TextBoxForAnyTextKeepsItAsItIs) {
 
 TEST_F(Values, TextBoxForNumbersRefusesWhatIsNoneAndKeepsItsValue) {
   TextBox box(window_, "T", {}, "5", Content::Number);
-  for (const char* text : {"", "abc", "1,5", "12px"}) {
-    EXPECT_EQ(box.UserEdit(text).refusal, "Form1.T 只接受数字");
+  for (const char* text : {"", "abc", "1,500", "12px", "1e3", "0x10", "1.5.2"}) {
+    EXPECT_EQ(box.UserEdit(text).refusal, "只接受数字，例如 12.5");
     EXPECT_EQ(box.Value(), "5");
   }
   const std::pair<const char*, const char*> taken[] = {{"1.50", "1.5"}, {"１２．５", "12.5"}, {" -3 ", "-3"},
-                                                       {"007", "7"},    {"+4", "4"},          {"1e3", "1000"}};
+                                                       {"007", "7"},    {"+4", "4"},          {"1,25", "1.25"}};
   for (const auto& [text, value] : taken) {
     EXPECT_TRUE(box.UserEdit(text).Accepted());
     EXPECT_EQ(box.Value(), value);
@@ -67,7 +67,7 @@ TEST_F(Values, TextBoxForNumbersRefusesWhatIsNoneAndKeepsItsValue) {
 TEST_F(Values, TextBoxForIntegersRefusesFractions) {
   TextBox box(window_, "T", {}, "5", Content::Integer);
   for (const char* text : {"", "abc", "1.5", "1e3", "99999999999"}) {
-    EXPECT_EQ(box.UserEdit(text).refusal, "Form1.T 只接受整数");
+    EXPECT_EQ(box.UserEdit(text).refusal, "只接受整数，例如 300");
     EXPECT_EQ(box.Value(), "5");
   }
   EXPECT_TRUE(box.UserEdit("１０６２").Accepted());
@@ -78,6 +78,40 @@ TEST_F(Values, TextBoxLeavesLimitsToItsHandler) {
   TextBox box(window_, "T", {}, "5", Content::Integer, {.min = 30, .max = 99});
   EXPECT_TRUE(box.UserEdit("120").Accepted());
   EXPECT_EQ(box.Value(), "120");
+}
+
+TEST_F(Values, TextBoxRefusesWhatIsBeyondItsLimitsIfItShould) {
+  TextBox box(window_, "T", {}, "5", Content::Integer, {1, 500000, Beyond::Refused});
+  for (const char* text : {"0", "-3", "500001"}) {
+    EXPECT_EQ(box.UserEdit(text).refusal, "只接受 1 到 500000 的整数，例如 300");
+    EXPECT_EQ(box.Value(), "5");
+  }
+  for (const char* text : {"1", "500000"}) EXPECT_TRUE(box.UserEdit(text).Accepted());
+  box.SetNumber(0);
+  EXPECT_EQ(box.Value(), "0");
+}
+
+TEST_F(Values, TextBoxConvertsUnitsIfItHasALength) {
+  TextBox box(window_, "T", {}, "5", Content::Integer, {1, 1000, Beyond::Refused});
+  box.SetUnits([](const base::Measure& measure) {
+    return measure.unit == base::Unit::Percent ? Converted{0, "没有图片"} : Converted{measure.value * 10.06};
+  });
+  EXPECT_TRUE(box.UserEdit("3.5cm").Accepted());
+  EXPECT_EQ(box.Value(), "35");
+  EXPECT_EQ(box.UserEdit("10%").refusal, "没有图片");
+  EXPECT_FALSE(box.UserEdit("200mm").Accepted());
+  EXPECT_FALSE(box.UserEdit("3.5").Accepted());
+  EXPECT_FALSE(box.UserEdit("3 foot").Accepted());
+  EXPECT_EQ(box.Value(), "35");
+}
+
+TEST_F(Values, TextBoxShowsPeopleSixDigits) {
+  TextBox box(window_, "T", {}, "5", Content::Number);
+  box.SetNumber(33.333333333333336);
+  EXPECT_EQ(box.Text(), "33.3333");
+  EXPECT_EQ(box.Value(), "33.333333333333336");
+  box.SetText("");
+  EXPECT_EQ(box.Text(), "");
 }
 
 TEST_F(Values, TextBoxReturnsItsLimits) {
@@ -190,7 +224,7 @@ TEST_F(Values, UsersEditOfAListIsAnEntryOrElseAnIndex) {
   EXPECT_TRUE(list.UserEdit("1").Accepted());
   EXPECT_EQ(list.Index(), 2);
   for (const char* text : {"3", "-1", "x", "", "1.0"}) {
-    EXPECT_EQ(list.UserEdit(text).refusal, std::string("Form1.Cmb 没有这一项：") + text);
+    EXPECT_EQ(list.UserEdit(text).refusal, std::string("没有这一项：") + text);
     EXPECT_EQ(list.Index(), 2);
   }
   ComboBox types(window_, "CmbT", {}, {"jpg", "png"}, 0);
@@ -246,7 +280,7 @@ TEST_F(Values, LabelShowsItsCaptionAsValue) {
 
 TEST_F(Values, LabelIsEditedByTheUserOnlyIfItIsEditable) {
   Label fixed(window_, "LInfo", {"说明"});
-  EXPECT_EQ(fixed.UserEdit("x").refusal, "Form1.LInfo 不能填写");
+  EXPECT_EQ(fixed.UserEdit("x").refusal, "不能填写");
   EXPECT_EQ(fixed.Value(), "说明");
   Label folder(window_, "LOutDir", {"输出目录未指定"}, Editable::Yes);
   EXPECT_TRUE(folder.UserEdit("/照片").Accepted());
@@ -271,7 +305,7 @@ TEST_F(Values, ColourIsReadAsANumberOrAsHexDigits) {
   }
   EXPECT_EQ(box.Value(), "16777215");
   for (const char* text : {"", "#", "#FFF", "#GGGGGG", "#-12345", "#FFFFFF0", "-1", "16777216", "white", "12x", " 1"}) {
-    EXPECT_EQ(box.UserEdit(text).refusal, "Form1.PCl 只接受颜色值，例如 #FFFFFF") << text;
+    EXPECT_EQ(box.UserEdit(text).refusal, "只接受颜色值，例如 #FFFFFF") << text;
     EXPECT_EQ(box.Colour(), base::kWhite);
   }
 }
@@ -311,7 +345,7 @@ TEST_F(Values, SliderAcceptsWholeNumbersWithinItsRange) {
   EXPECT_TRUE(slider.UserEdit("800").Accepted());
   EXPECT_EQ(slider.Position(), 800);
   for (const char* text : {"0", "801", "", "1.5", "x"}) {
-    EXPECT_EQ(slider.UserEdit(text).refusal, "Form1.Slider1 只接受 1 到 800 的整数") << text;
+    EXPECT_EQ(slider.UserEdit(text).refusal, "只接受 1 到 800 的整数") << text;
   }
   EXPECT_EQ(slider.Position(), 800);
   slider.Set(-3);

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <QAction>
+#include <QLabel>
 #include <QStatusBar>
 #include <QToolButton>
 #include <QWheelEvent>
@@ -22,6 +23,11 @@ class Edits : public ::testing::Test {
   QString Sentence() {
     const auto strips = ui_.window.findChildren<QStatusBar*>();
     return strips.front()->currentMessage();
+  }
+
+  QLabel* Note() {
+    const auto notes = ui_.window.findChildren<QLabel*>(QStringLiteral("fieldNote"));
+    return notes.isEmpty() ? nullptr : notes.front();
   }
 
   UiWorld ui_;
@@ -70,15 +76,36 @@ TEST_F(Edits, ThatAreRefusedComeBackWithASentence) {
   Put(ui_, form().TCutValue[0], "-");
   EXPECT_EQ(form().TCutValue[0].Value(), "0");
   EXPECT_EQ(Margin(0).Text(), QStringLiteral("0"));
-  EXPECT_EQ(Sentence(), QStringLiteral("Form1.TCutValue(0) 只接受数字"));
+  const QString reason = QStringLiteral("只接受数字，例如 12.5；也可以带单位，例如 35mm、3.5cm、2in");
+  EXPECT_EQ(Sentence(), QStringLiteral("“左”") + reason);
   EXPECT_EQ(ui_.world.boxes.Beeps(), beeps + 1);
+  EXPECT_TRUE(Note()->isVisible());
+  EXPECT_EQ(Note()->text(), reason);
 }
 
-TEST_F(Edits, OfANumberAcceptNoLetters) {
+TEST_F(Edits, ThatAreNoNumberAreRefusedUnderTheField) {
+  Put(ui_, form().TCutValue[0], "7");
+  for (const char* text : {"1e9", "0x10", "1.5.2", "abc", "1,500"}) {
+    Put(ui_, form().TCutValue[0], text);
+    EXPECT_EQ(form().TCutValue[0].Value(), "7") << text;
+    EXPECT_EQ(Margin(0).Text(), QStringLiteral("7")) << text;
+    ASSERT_TRUE(Note()) << text;
+    EXPECT_TRUE(Note()->isVisible()) << text;
+    const QRect field(Margin(0).mapTo(&Margin(0), QPoint(0, 0)), Margin(0).size());
+    const QRect note(Note()->mapTo(&ui_.window, QPoint(0, 0)), Note()->size());
+    EXPECT_FALSE(note.intersects(field.translated(Margin(0).mapTo(&ui_.window, QPoint(0, 0))))) << text;
+  }
+  Put(ui_, form().TCutValue[0], "12,5");
+  EXPECT_EQ(form().TCutValue[0].Value(), "12.5");
+  EXPECT_FALSE(Note()->isVisible());
+}
+
+TEST_F(Edits, ShowAtMostSixDigits) {
+  form().TCutValue[0].SetNumber(12.345678901);
+  EXPECT_EQ(Margin(0).Text(), QStringLiteral("12.3457"));
   Margin(0).setFocus();
-  Margin(0).selectAll();
-  QTest::keyClicks(&Margin(0), QStringLiteral("1a2x"));
-  EXPECT_EQ(Margin(0).Text(), QStringLiteral("12"));
+  QTest::keyClick(&Margin(0), Qt::Key_Return);
+  EXPECT_EQ(form().TCutValue[0].Value(), "12.345678901");
 }
 
 TEST_F(Edits, OfANumberAcceptFullWidthDigits) {
@@ -90,10 +117,10 @@ TEST_F(Edits, OfANumberAcceptFullWidthDigits) {
 }
 
 TEST_F(Edits, OfAWholeNumberAcceptNoPoint) {
-  QString text = QStringLiteral("1.5");
-  int position = 0;
-  EXPECT_EQ(NumberEdit(controls::Content::Integer).validate(text, position), QValidator::Invalid);
-  EXPECT_EQ(NumberEdit(controls::Content::Number).validate(text, position), QValidator::Acceptable);
+  form().ChFixCut.Set(true);
+  Put(ui_, form().TFixWH[0], "1.5");
+  EXPECT_EQ(form().TFixWH[0].Value(), "1062");
+  EXPECT_EQ(Note()->text(), QStringLiteral("只接受 1 到 500000 的整数，例如 300；也可以带单位，例如 35mm、3.5cm、2in"));
 }
 
 TEST_F(Edits, ByTheArrowsActAtOnce) {
@@ -106,7 +133,7 @@ TEST_F(Edits, ByTheArrowsActAtOnce) {
 }
 
 TEST_F(Edits, ByTheArrowsStopAtTheLimits) {
-  NumberEdit edit(controls::Content::Integer);
+  NumberEdit edit;
   edit.SetText(QStringLiteral("98"));
   edit.SetLimits({30, 99});
   QStringList steps;

@@ -97,6 +97,49 @@ TEST_F(GridModelTest, StaysSoundWhateverComesTogether) {
   model_->Flush();
 }
 
+// Sorts by the numbers themselves.
+class SortedModel : public GridModel {
+ public:
+  SortedModel(Grid& grid, const Numbers& numbers) : GridModel(grid), numbers_(numbers) {}
+
+ protected:
+  bool Precedes(std::size_t row, std::size_t other, int) const override {
+    return numbers_.rows[row] < numbers_.rows[other];
+  }
+
+ private:
+  const Numbers& numbers_;
+};
+
+TEST_F(GridModelTest, SortsTheViewAlone) {
+  model_.reset();  // before the other one observes the grid
+  model_ = std::make_unique<SortedModel>(grid_, source_);
+  QAbstractItemModelTester tester(model_.get(), QAbstractItemModelTester::FailureReportingMode::Fatal);
+  for (const int value : {30, 10, 20}) Append(value);
+  model_->Flush();
+  const QPersistentModelIndex thirty = model_->index(0, 0);
+  model_->sort(0, Qt::AscendingOrder);
+  EXPECT_EQ(At(0, 0), QStringLiteral("10/0"));
+  EXPECT_EQ(At(2, 0), QStringLiteral("30/0"));
+  EXPECT_EQ(thirty.row(), 2);
+  EXPECT_EQ(model_->Order(), (std::vector<std::size_t>{1, 2, 0}));
+  EXPECT_EQ(model_->ViewRow(0), 2);
+  EXPECT_EQ(grid_.Cell(0, 0), "30/0");
+  Append(5);
+  model_->Flush();
+  EXPECT_EQ(At(3, 0), QStringLiteral("5/0"));
+  Remove(1);
+  EXPECT_EQ(At(0, 0), QStringLiteral("20/0"));
+  EXPECT_EQ(At(1, 0), QStringLiteral("30/0"));
+  EXPECT_EQ(At(2, 0), QStringLiteral("5/0"));
+  model_->sort(0, Qt::DescendingOrder);
+  EXPECT_EQ(At(0, 0), QStringLiteral("30/0"));
+  EXPECT_EQ(At(2, 0), QStringLiteral("5/0"));
+  model_->sort(-1);
+  EXPECT_EQ(At(1, 0), QStringLiteral("20/0"));
+  EXPECT_FALSE(model_->IsSorted());
+}
+
 // A grid that still called the model would crash, at the latest under AddressSanitizer.
 TEST_F(GridModelTest, ForgetsTheGridWhenItGoes) {
   model_.reset();
@@ -164,6 +207,22 @@ TEST_F(GridViewTest, OneRowAtATime) {
   QTest::mouseClick(view_.viewport(), Qt::LeftButton, Qt::ControlModifier, Row(2));
   EXPECT_EQ(view_.selectionModel()->selectedRows().size(), 1);
   EXPECT_EQ(grid_.Selected(), 3u);
+}
+
+TEST_F(GridViewTest, SeveralRowsIfTheModeAllowsThem) {
+  view_.setSelectionMode(QAbstractItemView::ExtendedSelection);
+  QTest::mouseClick(view_.viewport(), Qt::LeftButton, {}, Row(0));
+  QTest::mouseClick(view_.viewport(), Qt::LeftButton, Qt::ControlModifier, Row(2));
+  EXPECT_EQ(grid_.Selection(), (std::vector<std::size_t>{1, 3}));
+  EXPECT_EQ(grid_.Selected(), 3u);
+  QTest::keyClick(&view_, Qt::Key_A, Qt::ControlModifier);
+  EXPECT_EQ(grid_.Selection().size(), 3u);
+  QTest::mouseClick(view_.viewport(), Qt::LeftButton, {}, Row(0));
+  QTest::mouseClick(view_.viewport(), Qt::LeftButton, Qt::ShiftModifier, Row(1));
+  EXPECT_EQ(grid_.Selection(), (std::vector<std::size_t>{1, 2}));
+  grid_.Select(2);
+  view_.ShowSelection();
+  EXPECT_EQ(view_.selectionModel()->selectedRows().size(), 1);
 }
 
 TEST_F(GridViewTest, DoubleClickAndEnterGoToTheGrid) {

@@ -10,6 +10,7 @@
 
 #include "host/testing/test_host.h"
 #include "ui/desktop/desktop_shell.h"
+#include "ui/desktop/hand_over.h"
 #include "ui/desktop/qt_boxes.h"
 #include "ui/desktop/qt_host.h"
 #include "ui/kit/text.h"
@@ -198,6 +199,68 @@ TEST_F(WallpaperTest, IsEmptyIfItIsNotKnown) {
   EXPECT_EQ(Of("GNOME"), "");
   answer_ = QStringLiteral("'/no/such.jpg'");
   EXPECT_EQ(Of("MATE"), "");
+}
+
+// --- News
+
+TEST(QtBoxes, NewsOfTheOwnerIsALine) {
+  QWidget owner;
+  owner.show();
+  owner.activateWindow();
+  ASSERT_TRUE(QTest::qWaitForWindowActive(&owner));
+  QStringList lines;
+  QtBoxes boxes;
+  boxes.SetOwner(&owner);
+  boxes.SetNews([&](const QString& line) { lines << line; });
+  EXPECT_EQ(boxes.Show({.text = "添加完毕！\r\n第二行"}), Reply::Ok);
+  EXPECT_EQ(boxes.Show({.text = "本机异常", .notice = "未加入：a.jpg"}), Reply::Ok);
+  EXPECT_EQ(lines, (QStringList{QStringLiteral("添加完毕！ 第二行"), QStringLiteral("未加入：a.jpg")}));
+}
+
+TEST(QtBoxes, QuestionsAndNewsForAnotherWindowAreBoxes) {
+  QWidget owner;
+  owner.show();
+  QWidget other;
+  other.show();
+  other.activateWindow();
+  ASSERT_TRUE(QTest::qWaitForWindowActive(&other));
+  QStringList lines;
+  QtBoxes boxes;
+  boxes.SetOwner(&owner);
+  boxes.SetNews([&](const QString& line) { lines << line; });
+  AnswerNextBox(QStringLiteral("确定"));
+  EXPECT_EQ(boxes.Show({.text = "添加完毕！"}), Reply::Ok);
+  owner.activateWindow();
+  ASSERT_TRUE(QTest::qWaitForWindowActive(&owner));
+  AnswerNextBox(QStringLiteral("取消"));
+  EXPECT_EQ(boxes.Show({.text = "要继续吗？", .type = host::kOkCancelQuestion}), Reply::Cancel);
+  EXPECT_TRUE(lines.isEmpty());
+}
+
+// --- A second start
+
+TEST(HandOverWatch, PassesTheFilesOfAnotherStart) {
+  const host::testing::TestHost world;
+  const std::string folder = world.folder.Path("app");
+  ASSERT_TRUE(HandOver(world.host.files, folder, {"/stale.jpg"}));
+  std::vector<std::vector<std::string>> received;
+  bool busy = true;
+  const HandOverWatch watch(world.host.files, folder, [&](const std::vector<std::string>& paths) {
+    if (!busy) received.push_back(paths);
+    return !std::exchange(busy, false);
+  });
+  const std::vector<std::string> paths{"/in/图 1.jpg", "/in/a\nb.jpg", "/in/\xff.jpg"};
+  ASSERT_TRUE(HandOver(world.host.files, folder, paths));
+  ASSERT_TRUE(QTest::qWaitFor([&] { return !received.empty(); }));
+  EXPECT_EQ(received, std::vector<std::vector<std::string>>{paths});
+  EXPECT_TRUE(QTest::qWaitFor([&] {
+    std::size_t left = 0;
+    (void)world.host.files.ListFolder(folder, [&](const host::FolderEntry& entry) {
+      left += entry.name.starts_with("handed-over-") ? 1 : 0;
+      return true;
+    });
+    return left == 0;
+  }));
 }
 
 }  // namespace

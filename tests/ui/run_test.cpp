@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <QAction>
+#include <QHeaderView>
 #include <QLabel>
 #include <QProgressBar>
 #include <QTableView>
@@ -135,8 +136,11 @@ TEST_F(RunWindow, ShowsProgressWhileItLasts) {
   EXPECT_EQ(Named<QLabel>("rate").text(), QStringLiteral("2.0 张/秒"));
   EXPECT_EQ(Named<QLabel>("timeLeft").text(), QStringLiteral("剩余 3 秒"));
   EXPECT_EQ(Named<QLabel>("statusWord").text(), QStringLiteral("b.jpg"));
+  observer.FileDone({.source = "/in/c.jpg", .result = job::Result::Skipped, .reached = false});
   observer.RunEnded({.planned = 8, .written = 2, .seconds = 1, .stopped = true});
-  EXPECT_TRUE(progress.isHidden());
+  EXPECT_FALSE(progress.isHidden());
+  EXPECT_EQ(progress.value(), 2);
+  EXPECT_EQ(progress.maximum(), 8);
   EXPECT_TRUE(Named<QLabel>("rate").isHidden());
   EXPECT_EQ(Named<QLabel>("statusWord").text(), QStringLiteral("已终止：写出 2，用时 1.0 秒"));
 }
@@ -233,6 +237,19 @@ TEST_F(ResultColumn, ShowsTheResultAndWhy) {
   EXPECT_EQ(At(1, Qt::DisplayRole).toString(), QStringLiteral("✗ 图片已损坏"));
   EXPECT_EQ(At(2, Qt::DisplayRole).toString(), QStringLiteral("– 小于指定尺寸"));
   EXPECT_EQ(At(3, Qt::DisplayRole).toString(), QString());
+}
+
+TEST_F(ResultColumn, StandsBesideTheName) {
+  auto* list = ui_.Find<QTableView>(ui_.program.form1.MSF);
+  EXPECT_EQ(list->horizontalHeader()->visualIndex(model().ResultColumn()), 1);
+  EXPECT_EQ(list->horizontalHeader()->visualIndex(0), 0);
+}
+
+TEST_F(ResultColumn, IsEmptyAgainWhenAnotherRunStarts) {
+  ui_.program.files.ForgetResults();
+  model().Flush();
+  for (int row = 0; row < 4; ++row) EXPECT_EQ(At(row, Qt::DisplayRole).toString(), QString());
+  EXPECT_EQ(ui_.program.files.Cell(0, 6), "");
 }
 
 TEST_F(ResultColumn, MarksWholeRowsWithoutOutput) {

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <QAction>
+#include <QBuffer>
 #include <QDockWidget>
 #include <QDragEnterEvent>
 #include <QLabel>
@@ -12,6 +13,7 @@
 #include <QTableView>
 
 #include "ui/kit/bind/fold_group.h"
+#include "ui/kit/bind/grid_view.h"
 #include "ui/preview/preview_canvas.h"
 #include "ui/user_hand.h"
 
@@ -35,6 +37,15 @@ class WindowTest : public ::testing::Test {
     QApplication::sendEvent(&widget, &drop);
     UiWorld::Turn();
     return true;
+  }
+
+  std::string WhiteSquare() {
+    QByteArray bytes;
+    QBuffer buffer(&bytes);
+    QImage square(8, 8, QImage::Format_RGB32);
+    square.fill(Qt::white);
+    square.save(&buffer, "BMP");
+    return bytes.toStdString();
   }
 
   UiWorld ui_;
@@ -96,6 +107,55 @@ TEST_F(WindowTest, TheDeleteKeyBelongsToATextBeforeItBelongsToTheList) {
   Action(form().MenuDelSelected).trigger();
   EXPECT_EQ(ui_.program.files.RowCount(), 0u);
   EXPECT_EQ(list->model()->rowCount(), 0);
+}
+
+TEST_F(WindowTest, DeletingAgainRemovesTheNextRow) {
+  for (const char* name : {"a", "b", "c", "d"}) ui_.List(std::string("/in/") + name + ".jpg");
+  auto* list = ui_.Find<QTableView>(form().MSF);
+  form().MSF.Select(2);
+  list->setFocus();
+  Action(form().MenuDelSelected).trigger();
+  Action(form().MenuDelSelected).trigger();
+  ASSERT_EQ(ui_.program.files.RowCount(), 2u);
+  EXPECT_EQ(ui_.program.files.Row(0).name, "a");
+  EXPECT_EQ(ui_.program.files.Row(1).name, "d");
+  EXPECT_EQ(form().MSF.Selected(), 2u);
+  EXPECT_EQ(list->currentIndex().row(), 1);
+}
+
+TEST_F(WindowTest, AHeaderSortsTheViewAndTheOrderIsKeptByChoice) {
+  for (const char* name : {"10", "9", "8"}) ui_.List(std::string("/in/") + name + ".jpg");
+  auto* list = ui_.Find<GridView>(form().MSF);
+  list->sortByColumn(0, Qt::AscendingOrder);
+  const auto shown = [&](int row) { return list->model()->index(row, 0).data().toString(); };
+  EXPECT_EQ(shown(0), QStringLiteral("8"));
+  EXPECT_EQ(shown(2), QStringLiteral("10"));
+  EXPECT_EQ(ui_.program.files.Row(0).name, "10");
+  list->setCurrentIndex(list->model()->index(2, 0));
+  EXPECT_EQ(form().MSF.Selected(), 1u);
+  ui_.window.findChild<QAction*>(QStringLiteral("viewKeepOrder"))->trigger();
+  EXPECT_EQ(ui_.program.files.Row(0).name, "8");
+  EXPECT_EQ(ui_.program.files.Row(2).name, "10");
+  EXPECT_EQ(shown(0), QStringLiteral("8"));
+}
+
+TEST_F(WindowTest, TheListShowsSmallPicturesByChoice) {
+  const std::string file = ui_.world.folder.Write("in/a.bmp", WhiteSquare());
+  ui_.List(file);
+  auto* list = ui_.Find<GridView>(form().MSF);
+  list->Model().Flush();
+  const int low = list->rowHeight(0);
+  const auto picture = [&] { return list->model()->index(0, 0).data(Qt::DecorationRole).value<QPixmap>(); };
+  EXPECT_TRUE(picture().isNull());
+  auto* choice = ui_.window.findChild<QAction*>(QStringLiteral("viewThumbnails"));
+  choice->setChecked(true);
+  EXPECT_GT(list->rowHeight(0), low);
+  const auto middle = [&] { return picture().toImage().pixelColor(picture().width() / 2, picture().height() / 2); };
+  EXPECT_TRUE(QTest::qWaitFor([&] { return middle() == QColor(Qt::white); }));
+  EXPECT_EQ(ui_.program.Setting("ListThumbnails"), "1");
+  choice->setChecked(false);
+  EXPECT_EQ(list->rowHeight(0), low);
+  EXPECT_TRUE(picture().isNull());
 }
 
 // --- Windows follow their records
@@ -173,15 +233,53 @@ TEST_F(WindowTest, GoesByTheMenuToo) {
   EXPECT_FALSE(ui_.window.isVisible());
 }
 
-TEST_F(WindowTest, AsksToStopFirstDuringARun) {
+TEST_F(WindowTest, StopsARunAndClosesAfterIt) {
   ui_.world.boxes.Answer("终止当前操作", host::Reply::Ok);
   ui_.program.flags.Busy = true;
   form().BeginRun();
   EXPECT_FALSE(ui_.window.close());
   EXPECT_TRUE(ui_.program.flags.StopRequested);
-  EXPECT_EQ(ui_.world.boxes.Count("关闭程序"), 0);
+  EXPECT_TRUE(ui_.window.isVisible());
   form().EndRun();
   ui_.program.flags.Busy = false;
+  EXPECT_TRUE(QTest::qWaitFor([&] { return ui_.program.Ended(); }));
+  EXPECT_EQ(ui_.world.boxes.Count("关闭程序"), 0);
+  EXPECT_FALSE(ui_.window.isVisible());
+}
+
+TEST_F(WindowTest, StaysDuringARunThatIsNotToStop) {
+  ui_.world.boxes.Answer("终止当前操作", host::Reply::Cancel);
+  ui_.program.flags.Busy = true;
+  form().BeginRun();
+  EXPECT_FALSE(ui_.window.close());
+  EXPECT_FALSE(ui_.program.flags.StopRequested);
+  EXPECT_FALSE(ui_.program.flags.CloseRequested);
+  form().EndRun();
+  ui_.program.flags.Busy = false;
+  ui_.world.boxes.Answer("关闭程序", host::Reply::Cancel);
+  EXPECT_FALSE(ui_.window.close());
+  EXPECT_EQ(ui_.world.boxes.Count("关闭程序"), 1);
+}
+
+TEST_F(WindowTest, HidesEntriesOfPartsThatAreNotThere) {
+  form().HideMissingEntries();
+  EXPECT_FALSE(Action(form().MenuGifCutOps).isVisible());
+  EXPECT_FALSE(Action(form().MenuGifCut).isVisible());
+  EXPECT_FALSE(Action(form().MenuUnitConvert).isVisible());
+  for (const controls::Menu* menu : {&form().menuNormalCut, &form().MenuBaseOptions, &form().MenuMulCut}) {
+    EXPECT_TRUE(Action(*menu).isVisible()) << menu->Name();
+  }
+}
+
+TEST_F(WindowTest, AddsTheFilesOfAnotherStart) {
+  ui_.List("/in/old.jpg");
+  ui_.program.flags.Busy = true;
+  EXPECT_FALSE(ui_.window.AddFiles({"/in/x.jpg"}));
+  ui_.program.flags.Busy = false;
+  const std::string file = ui_.world.folder.Write("in/a.jpg", "no picture");
+  EXPECT_TRUE(ui_.window.AddFiles({file}));
+  EXPECT_EQ(ui_.world.boxes.Count("获取图片的尺寸数据为0"), 1);
+  EXPECT_EQ(ui_.program.files.RowCount(), 1u);
 }
 
 // --- Drag and drop

@@ -37,6 +37,33 @@ double Thousandths(double seconds) { return std::round(seconds * 1000) / 1000; }
 
 std::int64_t Count(std::size_t count) { return static_cast<std::int64_t>(count); }
 
+std::vector<std::string> LinesOf(std::string_view text) {
+  std::vector<std::string> lines;
+  while (!text.empty()) {
+    const std::size_t end = std::min(text.find_first_of("\r\n"), text.size());
+    if (end > 0) lines.emplace_back(text.substr(0, end));
+    text.remove_prefix(std::min(end + 1, text.size()));
+  }
+  return lines;
+}
+
+std::string OneLine(std::string_view text) {
+  std::string joined;
+  for (const std::string& line : LinesOf(text)) joined += (joined.empty() ? "" : " ") + line;
+  return joined;
+}
+
+// Returns the line up to the sentence before its question, if it ends with one.
+std::string WithoutQuestion(const std::string& line) {
+  if (!line.ends_with("？") && !line.ends_with("?")) return line;
+  std::size_t end = 0;
+  for (const std::string_view mark : {"。", "！"}) {
+    const std::size_t at = line.rfind(mark);
+    if (at != std::string::npos) end = std::max(end, at + mark.size());
+  }
+  return line.substr(0, end);
+}
+
 }  // namespace
 
 const std::vector<EventFormat>& EventFormats() {
@@ -121,12 +148,21 @@ Event ChangeEvent(const controls::Control& control) {
   return {EventKind::Change, {{"control", control.FullName()}, {"value", control.Value()}}};
 }
 
+std::string ReasonIn(std::string_view box) {
+  std::string reason;
+  for (const std::string& line : LinesOf(box)) {
+    const std::string kept = WithoutQuestion(line);
+    if (!kept.empty()) reason += (reason.empty() ? "" : " ") + kept;
+  }
+  return reason;
+}
+
 Event FileEvent(const job::FileResult& file) {
   Event event{EventKind::File,
               {{"source", file.source},
                {"output", file.output},
                {"result", std::string(ResultName(file.result))},
-               {"why", file.why}}};
+               {"why", OneLine(file.why)}}};
   if (!file.more.empty()) event.fields.push_back({"more", file.more});
   return event;
 }

@@ -4,6 +4,7 @@
 
 #include <cstdint>
 #include <string>
+#include <string_view>
 #include <variant>
 #include <vector>
 
@@ -67,6 +68,9 @@ Event BeepEvent();
 Event OpenEvent(const std::string& kind, const std::string& path);
 Event PrintEvent(const controls::Control& control);
 Event ChangeEvent(const controls::Control& control);
+// Returns what the text of a box says, in one line and without the question that it asks.
+std::string ReasonIn(std::string_view box);
+
 Event FileEvent(const job::FileResult& file);
 // A file event for a source that was reported as written, but whose output was lost afterwards. It has the further
 // field "lost": the path of that output.

@@ -85,6 +85,30 @@ void FileList::Remove(std::size_t row) {
   grid_.Notify(controls::Grid::Change::Removed, row);
 }
 
+void FileList::Remove(const std::vector<std::size_t>& rows) {
+  if (rows.size() == 1) return Remove(rows.front());
+  std::vector<FileRow> left;
+  left.reserve(rows_.size() - rows.size());
+  auto next = rows.begin();
+  for (std::size_t row = 0; row < rows_.size(); ++row) {
+    if (next != rows.end() && *next == row) {
+      ++next;
+    } else {
+      left.push_back(std::move(rows_[row]));
+    }
+  }
+  rows_ = std::move(left);
+  grid_.Notify(controls::Grid::Change::Reset, 0);
+}
+
+void FileList::Reorder(const std::vector<std::size_t>& order) {
+  std::vector<FileRow> ordered;
+  ordered.reserve(rows_.size());
+  for (const std::size_t row : order) ordered.push_back(std::move(rows_[row]));
+  rows_ = std::move(ordered);
+  grid_.Notify(controls::Grid::Change::Reset, 0);
+}
+
 void FileList::Clear() {
   std::vector<FileRow>().swap(rows_);
   lastFolder_.reset();
@@ -92,6 +116,17 @@ void FileList::Clear() {
   maxHeight_ = 0;
   maxBytes_ = 0;
   grid_.Notify(controls::Grid::Change::Reset, 0);
+}
+
+void FileList::ForgetResults() {
+  if (rows_.empty()) return;
+  for (FileRow& file : rows_) {
+    file.result = Result::Written;
+    file.why.clear();
+    file.newBytes = 0;
+  }
+  grid_.Notify(controls::Grid::Change::Edited, 0);
+  grid_.Notify(controls::Grid::Change::Edited, rows_.size() - 1);
 }
 
 void FileList::SetResult(std::size_t row, Result result, std::string why, std::uint64_t newBytes) {

@@ -58,7 +58,13 @@ class FileList : public controls::GridSource {
   // Updates the maxima with a file, even if it is not added.
   void Grow(base::Size size, std::uint64_t bytes);
   void Remove(std::size_t row);
+  // Removes several rows, given ascending.
+  void Remove(const std::vector<std::size_t>& rows);
+  // Puts the rows into another order: row i becomes what row order[i] was. order names each row once.
+  void Reorder(const std::vector<std::size_t>& order);
   void Clear();
+  // Removes the results and new sizes that the last run left. Called at the start of a run.
+  void ForgetResults();
   void SetResult(std::size_t row, Result result, std::string why, std::uint64_t newBytes);
 
   // "文件数：<n>  最大值：<w>x<h>像素  <largest size>kb"; "" for a cleared list.

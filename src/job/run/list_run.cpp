@@ -18,7 +18,7 @@ namespace {
 constexpr const char* kBeyondLink = "在指向文件夹的链接里：覆盖原图时不处理，以免改动别处的图片";
 
 void ShowEnd(const RunContext& context, const RunEnd& end) {
-  if (end.text.empty()) return;
+  if (end.text.empty() || context.flags.CloseRequested) return;
   const bool asks = end.then == RunEnd::Then::OfferFolder;
   const host::Reply reply = context.Ask(end.text, asks ? host::kYesNoQuestion : 0);
   if (asks && reply == host::Reply::Yes) context.host.shell.OpenFolder(end.folder);
@@ -77,6 +77,7 @@ ListRun::ListRun(const RunContext& context, RunLedger& ledger, RunJournal& journ
     : context_(context), ledger_(ledger), journal_(journal), driver_(driver), needs_(needs), results_(context) {}
 
 void ListRun::Run() {
+  context_.files.ForgetResults();
   if (context_.observer) context_.observer->RunStarted(ledger_.Totals().planned);
   const double start = context_.host.clock.Seconds();
   if (needs_.decisions && !journal_.BeginList()) context_.flags.StopRequested = true;
@@ -94,7 +95,8 @@ void ListRun::HandleRow(std::size_t row) {
   host::Status answered;
   if (!context_.Stopped()) answered = context_.disks.AskForCut(file.path);
   if (context_.Stopped()) {
-    ReportWithout(file, Result::Skipped, "已停止，未处理");
+    ledger_.Add(
+        {.row = file.row, .source = file.path, .result = Result::Skipped, .why = "已停止，未处理", .reached = false});
     return;
   }
   if (!answered) {

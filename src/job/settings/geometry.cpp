@@ -89,8 +89,27 @@ ZoomText ReadZoomText(std::string_view text) {
   return {true, text.substr(0, comma), text.substr(comma + 1)};
 }
 
-int ZoomSide(std::string_view text, double highest) {
-  return R(std::clamp(base::LeadingNumber(text), kMinZoomSide, highest));
+// Returns the number that the text spells, if it has no minus sign.
+std::optional<double> ZoomNumber(std::string_view text) {
+  const auto number = base::ParseNumber(text);
+  return number && text.find('-') == std::string_view::npos ? number : std::nullopt;
+}
+
+std::optional<double> ZoomSide(std::string_view text) {
+  return text.find(',') == std::string_view::npos ? ZoomNumber(text) : std::nullopt;
+}
+
+int LimitedSide(std::string_view text, double highest) {
+  return R(std::clamp(ZoomSide(text).value_or(base::LeadingNumber(text)), kMinZoomSide, highest));
+}
+
+// Returns the percentage; a comma and what follows it may stand after the "%".
+std::optional<double> ZoomPercent(std::string_view text) {
+  const std::size_t sign = text.find('%');
+  if (sign == std::string_view::npos) return ZoomNumber(text);
+  const std::size_t rest = text.find_first_not_of(' ', sign + 1);
+  const bool ends = rest == std::string_view::npos || text[rest] == ',';
+  return ends ? ZoomNumber(text.substr(0, sign)) : std::nullopt;
 }
 
 }  // namespace
@@ -282,8 +301,8 @@ base::Size ExtendedSize(Extend extend, int FixW, int FixH, const Board& board) {
 bool IsZoomText(std::string_view text) {
   const std::string plain = base::ToHalfWidth(text);
   const ZoomText zoom = ReadZoomText(plain);
-  if (zoom.pair) return base::ParseNumber(zoom.width) && base::ParseNumber(zoom.height);
-  return base::ParseNumber(plain.substr(0, plain.find('%'))).has_value();
+  if (zoom.pair) return ZoomSide(zoom.width) && ZoomSide(zoom.height);
+  return ZoomPercent(plain).has_value();
 }
 
 std::optional<base::Size> ZoomedSize(std::string_view given, base::Size picture, ZoomTime time) {
@@ -292,9 +311,9 @@ std::optional<base::Size> ZoomedSize(std::string_view given, base::Size picture,
   if (zoom.pair) {
     const double highest =
         time == ZoomTime::BeforeCut ? kMaxZoomSide : static_cast<double>(std::numeric_limits<int>::max());
-    return base::Size{ZoomSide(zoom.width, kMaxZoomSide), ZoomSide(zoom.height, highest)};
+    return base::Size{LimitedSide(zoom.width, kMaxZoomSide), LimitedSide(zoom.height, highest)};
   }
-  const double percent = base::LeadingNumber(text);
+  const double percent = ZoomPercent(text).value_or(base::LeadingNumber(text));
   if (percent < kMinZoomPercent || percent > kMaxZoomPercent || percent == 100) return std::nullopt;
   return base::Size{R(percent * picture.width / 100), R(percent * picture.height / 100)};
 }

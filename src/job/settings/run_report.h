@@ -45,6 +45,7 @@ struct FileResult {
   std::vector<std::string> more = {};
   Retry retry = Retry::Never;  // only counts if there is no output
   bool endedRun = false;       // this file ended a run over a folder
+  bool reached = true;         // false if the run was stopped before this file
 };
 
 // Sums of a run: planned = written + none + skipped. Files that a stopped run did not reach are skipped.

@@ -183,14 +183,15 @@ void FBaseOpt::AcceptFixedSize(const std::string& width, const std::string& heig
 controls::Limits FBaseOpt::LimitsOf(std::size_t sizeBox) {
   if (sizeBox < 2) return {0, kLargestThreshold};
   if (sizeBox > 3) return {1, kMostPieces};
-  return {};
+  return kFixedSideLimits;
 }
 
 void FBaseOpt::TSmalS_Change(std::size_t index) {
   controls::TextBox& box = TSmalS[index];
   const controls::Limits& limits = box.GetLimits();
   const double value = box.Number();
-  if (limits.max && (value < *limits.min || value > *limits.max)) {
+  const bool beyond = value < *limits.min || value > *limits.max;
+  if (beyond && limits.beyond == controls::Beyond::LeftToHandler) {
     program_.host.boxes.Beep();
     box.SetText(index < 2 ? kThreshold : kPieces);
   } else if (index == 2 || index == 3) {

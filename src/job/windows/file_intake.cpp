@@ -42,12 +42,6 @@ constexpr int kPdfMode = 3;
 constexpr int kTiffMode = 5;
 constexpr int kDefaultPageDpi = 72;
 
-enum class Admission {
-  Added,
-  PassedOver,  // skipped by the filter of small pictures or because of its page count
-  Ended        // the file has no size; the listing ends unless the caller continues
-};
-
 // Decides which files become rows of the list. The mode is that of CmbCutMode when the rule is made.
 class AdmissionRule {
  public:
@@ -58,9 +52,12 @@ class AdmissionRule {
   bool Ready();
   // Measures the file and adds its row, or reports why not. A file without a size is named in the status panel and
   // reported to the observer; the first one also shows a box.
-  Admission Admit(const std::string& path, Reached reached);
-  // Returns the text of the status panel about the pictures that ChFilter has skipped; "" if there are none.
-  std::string FilterText() const;
+  void Admit(const std::string& path, Reached reached);
+  // Returns the text of the status panel about the files without a size and the pictures that ChFilter has skipped; ""
+  // if there are none.
+  std::string LeftOutText() const;
+  // Returns whether a file without a size was met.
+  bool Refused() const { return refused_ > 0; }
 
  private:
   bool CountsPages() const;
@@ -68,7 +65,8 @@ class AdmissionRule {
 
   Program& program_;
   int mode_;
-  bool asked_ = false;
+  std::size_t refused_ = 0;
+  std::string firstRefused_;  // name and reason
   std::size_t filtered_ = 0;
 };
 
@@ -82,21 +80,25 @@ bool AdmissionRule::Ready() {
   return false;
 }
 
-std::string AdmissionRule::FilterText() const {
-  if (filtered_ == 0) return {};
+std::string AdmissionRule::LeftOutText() const {
+  std::string text;
+  if (refused_ == 1) text = "  未加入：" + firstRefused_;
+  if (refused_ > 1) text = "  未加入 " + std::to_string(refused_) + " 个，第一个是：" + firstRefused_;
+  if (filtered_ == 0) return text;
   const base::Size least = ReadCutSettings(program_).smallest;
-  return "  过滤小图片：" + std::to_string(filtered_) + " 张不足 " + std::to_string(least.width) + "x" +
+  return text + "  过滤小图片：" + std::to_string(filtered_) + " 张不足 " + std::to_string(least.width) + "x" +
          std::to_string(least.height) + " 像素，未加入";
 }
 
 void AdmissionRule::Refuse(const std::string& path, const std::string& why) {
-  program_.form1.LStatus.SetText(program_.files.StatusText() + "  未加入：" + base::DisplayText(path) + "（" + why +
-                                 "）");
   if (program_.observer) program_.observer->FileNotListed(path, why);
-  if (!std::exchange(asked_, true)) program_.Ask(kNoSize);
+  if (refused_++ > 0) return;
+  firstRefused_ = base::DisplayText(path) + "（" + why + "）";
+  program_.form1.LStatus.SetText(program_.files.StatusText() + LeftOutText());
+  program_.host.boxes.Show({.text = kNoSize, .notice = "未加入：" + firstRefused_});
 }
 
-Admission AdmissionRule::Admit(const std::string& path, Reached reached) {
+void AdmissionRule::Admit(const std::string& path, Reached reached) {
   Flags& flags = program_.flags;
   flags.InfoWidth = flags.InfoHeight = "0";
   imaging::ImageFacts facts;
@@ -116,13 +118,12 @@ Admission AdmissionRule::Admit(const std::string& path, Reached reached) {
   row.reached = reached;
 
   if (facts.width == 0 || facts.height == 0) {
-    Refuse(path, measured ? "图片的宽或高为 0" : measured.Why());
-    return Admission::Ended;
+    return Refuse(path, measured ? "图片的宽或高为 0" : measured.Why());
   }
   if (const base::Size least = ReadCutSettings(program_).smallest; TooSmall({facts.width, facts.height}, least)) {
     ++filtered_;
     if (program_.observer) program_.observer->FileFilteredOut(path, TooSmallText(least));
-    return Admission::PassedOver;
+    return;
   }
   if (const auto file = program_.host.files.Stat(path)) {
     row.bytes = file->size;
@@ -131,11 +132,10 @@ Admission AdmissionRule::Admit(const std::string& path, Reached reached) {
   program_.files.Grow({facts.width, facts.height}, row.bytes);
   if (CountsPages() && mode_ != kPdfMode && row.pages <= 1) {
     program_.host.boxes.Beep();
-    return Admission::PassedOver;
+    return;
   }
   program_.files.AppendPath(path, std::move(row));
   if (flags.ArrayLoaded && program_.sheets) program_.sheets->Listed(path, 1);
-  return Admission::Added;
 }
 
 // Leaves results of earlier runs out of a listing of folders. Files that were named themselves are listed.
@@ -230,7 +230,10 @@ void FileIntake::MSF_OLEDragDrop(const std::vector<std::string>& items) {
   if (!guard) return;
   const host::Reply reply = program_.Ask(kDropQuestion, kDropQuestionType);
   if (reply != host::Reply::Yes && reply != host::Reply::No) return;
-  if (reply == host::Reply::Yes) program_.files.Clear();
+  if (reply == host::Reply::Yes) {
+    program_.files.Clear();
+    program_.ShowNoPicture();
+  }
   std::vector<std::string> roots;
   std::copy_if(items.begin(), items.end(), std::back_inserter(roots),
                [this](const std::string& item) { return Accepts(item) || FolderExists(item); });
@@ -259,7 +262,7 @@ void FileIntake::Admit(const std::vector<std::string>& items) {
       ReportNotListed(path, "当前裁剪模式不支持这种文件");
     }
   }
-  List(roots, Subfolders::Yes, Progress::Reading, WithoutSize::PassedOver);
+  List(roots, Subfolders::Yes, Progress::Reading);
 }
 
 bool FileIntake::IsOurs(const std::string& path) const {
@@ -312,14 +315,12 @@ void FileIntake::ReportBegun(const std::string& path) {
   if (program_.recovering && program_.observer) program_.observer->FileBegun(path);
 }
 
-bool FileIntake::List(const std::vector<std::string>& roots, Subfolders subfolders, Progress progress,
-                      WithoutSize withoutSize) {
+bool FileIntake::List(const std::vector<std::string>& roots, Subfolders subfolders, Progress progress) {
   AdmissionRule rule(program_);
   if (!rule.Ready()) return false;
   Form1& form = program_.form1;
   const std::vector<std::string> shareable = Shareable(roots);
   ResultFilter results(program_, shareable);
-  bool refused = false;
   {
     const RunFrame frame(program_.context, WindowUse::Usable);
     std::size_t read = 0;
@@ -339,17 +340,16 @@ bool FileIntake::List(const std::vector<std::string>& roots, Subfolders subfolde
         return !program_.flags.StopRequested;
       }
       if (results.LeavesOut(path)) return true;
-      refused = rule.Admit(path, walk.How()) == Admission::Ended && withoutSize == WithoutSize::EndsListing;
+      rule.Admit(path, walk.How());
       ++read;
-      if (!refused) showProgress();
-      return !refused;
+      showProgress();
+      return true;
     });
     ReportBegun("");
     program_.leftToOthers += walk.LeftToOthers();
-    if (refused) return false;
     ShowStatusPanel();
-    form.LStatus.SetText(form.LStatus.Value() + rule.FilterText() + results.ReportFolder());
-    return end == WalkEnd::Complete;
+    form.LStatus.SetText(form.LStatus.Value() + rule.LeftOutText() + results.ReportFolder());
+    return end == WalkEnd::Complete && !rule.Refused();
   }
 }
 
@@ -402,9 +402,21 @@ bool FileIntake::EnsureInputDir() {
 
 bool FileIntake::EnsureOutDir() {
   if (OutDirExists()) return true;
-  WarnOutDir();
+  const std::optional<bool> made = OfferMissingOutDir();
+  if (made.value_or(false)) return true;
+  if (!made) WarnOutDir();
   ChooseOutDir();
   return OutDirExists();
+}
+
+std::optional<bool> FileIntake::OfferMissingOutDir() {
+  const std::string folder = program_.form1.LOutDir.Value();
+  if (folder == kNoOutputFolder || !program_.disks.AskFolder(folder) || program_.host.files.Stat(folder)) return {};
+  const std::string question = "输出目录不存在：" + base::DisplayText(folder) + "\r\n要新建这个文件夹吗？";
+  if (program_.Ask(question, host::kYesNoQuestion + host::kSecondIsDefault) != host::Reply::Yes) return false;
+  const host::Status made = program_.host.files.MakeFolders(folder);
+  if (!made) program_.Ask("文件夹没有建成：" + made.Why(), host::kStopIcon);
+  return static_cast<bool>(made);
 }
 
 void FileIntake::MenuInputDir_Click() {
@@ -436,6 +448,7 @@ void FileIntake::MenuClearList_Click() {
   if (!guard || program_.files.RowCount() == 0) return;
   if (program_.Ask(kClearQuestion, host::kOkCancelDefaultCancel) != host::Reply::Ok) return;
   Clear();
+  program_.ShowNoPicture();
 }
 
 void FileIntake::Clear() {
@@ -443,12 +456,30 @@ void FileIntake::Clear() {
   ShowStatusPanel();
 }
 
+// The row after the deleted ones is selected, so that deleting again goes on there.
 void FileIntake::MenuDelSelected_Click() {
   const RunGuard guard(program_.context);
-  const std::size_t selected = program_.form1.MSF.Selected();
-  if (!guard || selected == 0) return;
-  program_.files.Remove(selected - 1);
+  controls::Grid& grid = program_.form1.MSF;
+  std::vector<std::size_t> rows = grid.Selection();
+  if (!guard || rows.empty()) return;
+  for (std::size_t& row : rows) --row;
+  const std::string& onShow = program_.fCutPre.preview.Path();
+  const bool shown =
+      std::any_of(rows.begin(), rows.end(), [&](std::size_t row) { return program_.files.Row(row).Path() == onShow; });
+  const std::size_t next = rows.front() + 1;
+  program_.files.Remove(rows);
+  grid.Select(next);
   ShowStatusPanel();
+  if (!shown) return;
+  if (program_.files.RowCount() > 0) {
+    MSF_DblClick();
+  } else {
+    program_.ShowNoPicture();
+  }
+}
+
+void FileIntake::ReorderList(const std::vector<std::size_t>& order) {
+  if (const RunGuard guard(program_.context); guard) program_.files.Reorder(order);
 }
 
 void FileIntake::MSF_DblClick() {

@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -12,8 +13,8 @@ namespace quillon::job {
 
 class Program;
 
-// Adds files to the list: from a dialog, a folder, drag and drop, or the command line, all by one rule. The handlers
-// beep and do nothing during a listing or a run.
+// Adds files to the list: from a dialog, a folder, drag and drop, or the command line, all by one rule. A file without
+// a size does not end a listing; its message is shown once. The handlers beep and do nothing during a listing or a run.
 class FileIntake {
  public:
   explicit FileIntake(Program& program);
@@ -30,11 +31,13 @@ class FileIntake {
   void MenuClearList_Click();
   void MenuDelSelected_Click();
   void MSF_DblClick();
+  // Lets the next runs handle the rows in that order; see FileList::Reorder.
+  void ReorderList(const std::vector<std::size_t>& order);
   // Adds files and folders that were dropped on the list, after a question.
   void MSF_OLEDragDrop(const std::vector<std::string>& items);
   // Adds files and folders of a command line, like a drop answered with No but without the question and the last box.
-  // A file without a size does not end the listing; its message is shown once. Relative paths start at the current
-  // folder. Files that do not exist or are not accepted are reported to the observer.
+  // Relative paths start at the current folder. Files that do not exist or are not accepted are reported to the
+  // observer.
   void Admit(const std::vector<std::string>& items);
 
   // Returns whether a named file belongs to the shard of this process and was not handled by an earlier worker.
@@ -48,7 +51,8 @@ class FileIntake {
   void ChooseInputDir();
   void ChooseOutDir();
   // Return whether there is a row, or whether the folder in LInDir or LOutDir exists. If not, they show a box and open
-  // the dialog once.
+  // the dialog once. Instead of the box about a missing output folder, they ask whether
+  // to make it.
   bool EnsureListedFiles();
   bool EnsureInputDir();
   bool EnsureOutDir();
@@ -61,14 +65,15 @@ class FileIntake {
 
  private:
   enum class Progress { Adding, Reading };
-  enum class WithoutSize { EndsListing, PassedOver };
 
-  // Returns true if everything was listed: neither stopped nor ended by a file without a size.
-  bool List(const std::vector<std::string>& roots, Subfolders subfolders, Progress progress,
-            WithoutSize withoutSize = WithoutSize::EndsListing);
+  // Returns true if everything was listed: not stopped, and without a file that has no size.
+  bool List(const std::vector<std::string>& roots, Subfolders subfolders, Progress progress);
   // Returns Ok if the disk of a named file or folder responds.
   host::Status DiskAnswers(const std::string& item) const;
   bool FolderExists(const std::string& folder) const;
+  // Asks whether to make the folder in LOutDir. Returns whether it was made, or nothing if it was not asked, because
+  // something else has its name or no folder was chosen.
+  std::optional<bool> OfferMissingOutDir();
   void WarnFolder(const char* what, const std::string& caption);
   WalkRule OwnShard() const;
   WalkRule Rule(Subfolders subfolders) const;

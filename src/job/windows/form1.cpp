@@ -3,6 +3,8 @@
 #include "job/windows/form1.h"
 
 #include <initializer_list>
+#include <span>
+#include <string>
 
 #include "base/path_text.h"
 #include "host/files/paths.h"
@@ -14,7 +16,27 @@ namespace {
 
 constexpr const char* kStopQuestion = "终止当前操作？";
 constexpr const char* kRunning = "正在处理，请等待处理完毕或先终止";
-constexpr const char* kGuide = "用户手册.md";
+
+struct EntryWindow {
+  controls::Menu Form1::*menu;
+  const char* window;
+};
+
+// The window that an entry opens.
+constexpr EntryWindow kWindows[] = {
+    {&Form1::MenuBaseOptions, "FBaseOpt"},   {&Form1::MenuGifCutOps, "FGifCut"},
+    {&Form1::MenuPngCutOps, "FPngCut"},      {&Form1::MenuPdfOps, "FPdfOps"},
+    {&Form1::MenuPenHui, "FCutPenH"},        {&Form1::MenuTifCutOps, "FTiffOps"},
+    {&Form1::MenuColorCut, "FCutEdges"},     {&Form1::MenuChSizeFormat, "FZoomComp"},
+    {&Form1::MenuExtentAndCut, "FAddEdges"}, {&Form1::MenuUnitConvert, "FConverter"},
+    {&Form1::MenuMulCut, "FMultCut"},        {&Form1::MenuCutTime, "FCutTime"},
+};
+
+// The window with the options of a driver, which comes with it.
+constexpr EntryWindow kDrivers[] = {
+    {&Form1::MenuGifCut, "FGifCut"},     {&Form1::MenuPngCut, "FPngCut"},   {&Form1::MenuPdfCut, "FPdfOps"},
+    {&Form1::MenuPenHuiCut, "FCutPenH"}, {&Form1::MenuTiffCut, "FTiffOps"},
+};
 
 }  // namespace
 
@@ -75,21 +97,17 @@ void Form1::ConnectMenus() {
 }
 
 void Form1::ConnectWindows() {
-  const auto opens = [this](controls::Menu& menu, const char* window) {
-    menu.SetHandler([this, window] { OpenWindow(window); });
-  };
-  opens(MenuBaseOptions, "FBaseOpt");
-  opens(MenuGifCutOps, "FGifCut");
-  opens(MenuPngCutOps, "FPngCut");
-  opens(MenuPdfOps, "FPdfOps");
-  opens(MenuPenHui, "FCutPenH");
-  opens(MenuTifCutOps, "FTiffOps");
-  opens(MenuColorCut, "FCutEdges");
-  opens(MenuChSizeFormat, "FZoomComp");
-  opens(MenuExtentAndCut, "FAddEdges");
-  opens(MenuUnitConvert, "FConverter");
-  opens(MenuMulCut, "FMultCut");
-  opens(MenuCutTime, "FCutTime");
+  for (const auto& [menu, window] : kWindows) {
+    (this->*menu).SetHandler([this, name = std::string(window)] { OpenWindow(name); });
+  }
+}
+
+void Form1::HideMissingEntries() {
+  for (const std::span<const EntryWindow> table : {std::span<const EntryWindow>(kWindows), {kDrivers}}) {
+    for (const auto& [menu, window] : table) {
+      if (!program_.windows.FindWindow(window)) (this->*menu).SetVisible(false);
+    }
+  }
 }
 
 void Form1::OpenWindow(const std::string& name) {
@@ -134,6 +152,7 @@ void Form1::Close() {
     if (program_.Unload()) Hide();
   } else if (MenuStop.Enabled()) {
     MenuStop_Click();
+    program_.flags.CloseRequested = program_.flags.StopRequested;
   } else {
     program_.host.boxes.Beep();
   }

@@ -24,6 +24,12 @@ inline constexpr const char* kNoOutputFolder = "输出目录未指定";
 // Why MenuStop is disabled between runs.
 inline constexpr const char* kNothingRuns = "当前没有可以终止的操作";
 
+// The limits of the width and height of a fixed cut, in pixels.
+inline constexpr controls::Limits kFixedSideLimits{1, 500000, controls::Beyond::Refused};
+
+// The name of the user guide, in the program folder or among the installed documents.
+inline constexpr const char* kGuide = "用户手册.md";
+
 // The main window: the shared cut parameters, the file list and the menus that start a batch. The order of the members
 // is the order in which the window shows them.
 class Form1 : public controls::Window {
@@ -104,7 +110,7 @@ class Form1 : public controls::Window {
         return controls::TextBox(
             window, std::move(name),
             index == 0 ? DisabledInside(Frame1, "宽：", "像素") : DisabledInside(Frame1, "高：", "像素"),
-            index == 0 ? "1062" : "1630", controls::Content::Integer);
+            index == 0 ? "1062" : "1630", controls::Content::Integer, kFixedSideLimits);
       }};
   controls::CheckBox ChExact{
       *this, "ChExact",
@@ -163,7 +169,8 @@ class Form1 : public controls::Window {
   void MenuAbout_Click();
 
   // Called by the user's close button and MenuExit: asks, cleans up and ends the program; see Program::Unload. While a
-  // run or a listing is in progress (Flags::Busy) it asks whether to stop that instead, and the window stays open.
+  // run or a listing is in progress (Flags::Busy) it asks whether to stop that; the program then ends after it, see
+  // Flags::CloseRequested.
   void Close() override;
 
   // Shows the text in front of the title; "" shows the plain title.
@@ -173,6 +180,10 @@ class Form1 : public controls::Window {
   // restores the title and disables MenuStop.
   void BeginRun();
   void EndRun();
+
+  // Hides the menu entries of windows and drivers that this program does not have. Only a program with a window calls
+  // it: scripts are answered with a reason.
+  void HideMissingEntries();
 
   // Sets the limits of TCutValue by the unit in use and the picture in the preview.
   void ShowMarginLimits();

@@ -63,7 +63,8 @@ void Form1::ShowFrame() {
   ShowResult(settings.geometry);
   for (std::size_t i = 0; i < TCutValue.Size(); ++i) {
     const bool known = ChCutA.On() && !picture.Empty();
-    const std::string share = known ? base::NumberText(TCutValue[i].Number() * 100 / SideOf(picture, i)) + "%" : "";
+    const std::string share =
+        known ? base::ShortNumberText(TCutValue[i].Number() * 100 / SideOf(picture, i)) + "%" : "";
     TCutValue[i].SetTooltip(ChCutA.On() ? share : kPercentTooltip);
   }
   program_.ShowEffects();

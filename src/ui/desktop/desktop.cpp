@@ -54,8 +54,9 @@ host::Host& Desktop::Host() { return parts_->host; }
 
 host::Journals& Desktop::Journals() { return parts_->journals; }
 
-void Desktop::SetOwner(QWidget* owner) {
+void Desktop::SetOwner(QWidget* owner, std::function<void(const QString& line)> news) {
   parts_->boxes.SetOwner(owner);
+  parts_->boxes.SetNews(std::move(news));
   parts_->dialogs.SetOwner(owner);
 }
 

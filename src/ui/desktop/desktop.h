@@ -2,6 +2,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include <QString>
+#include <functional>
 #include <memory>
 
 #include "host/host.h"
@@ -24,7 +26,8 @@ class Desktop {
   host::Host& Host();
   host::Journals& Journals();
   // Sets the window that boxes and dialogs are modal to while no other window is active.
-  void SetOwner(QWidget* owner);
+  // news receives what needs no answer, as one line.
+  void SetOwner(QWidget* owner, std::function<void(const QString& line)> news);
 
  private:
   struct Parts;

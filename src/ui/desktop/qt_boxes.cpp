@@ -72,6 +72,10 @@ QWidget* Front(const QPointer<QWidget>& owner) {
 }  // namespace
 
 host::Reply QtBoxes::Show(const host::Box& box) {
+  if (news_ && host::NeedsNoAnswer(box) && owner_ && owner_->isVisible() && Front(owner_) == owner_) {
+    news_(Shown(box.notice.empty() ? box.text : box.notice).simplified());
+    return host::Reply::Ok;
+  }
   QMessageBox window(Front(owner_));
   window.setWindowModality(Qt::ApplicationModal);
   window.setWindowTitle(Shown(box.title));

@@ -4,22 +4,28 @@
 
 #include <QPointer>
 #include <QWidget>
+#include <functional>
 
 #include "host/boxes.h"
 
 namespace quillon::ui {
 
-// Message boxes with Chinese buttons, modal to the active window.
+// Message boxes with Chinese buttons, modal to the active window. News that needs no answer is passed on as a line
+// instead, unless another window than the owner is in front, where nobody would see the line.
 class QtBoxes : public host::Boxes {
  public:
+  using News = std::function<void(const QString& line)>;
+
   host::Reply Show(const host::Box& box) override;
   void Beep() override;
 
-  // Sets the window that boxes belong to while no other window is active.
+  // Sets the window that boxes belong to while no other window is active, and what receives news for it.
   void SetOwner(QWidget* owner) { owner_ = owner; }
+  void SetNews(News news) { news_ = std::move(news); }
 
  private:
   QPointer<QWidget> owner_;
+  News news_;
 };
 
 // The file and folder dialogs of the desktop. Paths are bytes, whatever their encoding.

@@ -115,9 +115,11 @@ controls::Menu* ToolBar::Driver() const {
 
 void ToolBar::Cut() {
   binder_.CommitTyped();
-  if (controls::Menu* driver = Driver()) {
+  controls::Menu* driver = Driver();
+  if (driver && !driver->Visible()) return binder_.Refused(*driver, "这个版本没有，请改选裁剪模式");
+  if (driver) {
     const controls::EditResult result = driver->UserClick();
-    if (!result.Accepted()) binder_.Refused(result.refusal);
+    if (!result.Accepted()) binder_.Refused(*driver, result.refusal);
   }
 }
 

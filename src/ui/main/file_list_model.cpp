@@ -3,9 +3,12 @@
 #include "ui/main/file_list_model.h"
 
 #include <QApplication>
+#include <utility>
 
+#include "base/path_text.h"
 #include "ui/kit/text.h"
 #include "ui/kit/theme/theme.h"
+#include "ui/main/thumbnails.h"
 
 namespace quillon::ui {
 namespace {
@@ -45,6 +48,42 @@ QVariant FileListModel::headerData(int section, Qt::Orientation orientation, int
   return role == Qt::DisplayRole ? QVariant(words.toString().trimmed()) : words;
 }
 
+void FileListModel::SetThumbnails(Thumbnails* thumbnails) {
+  thumbnails_ = thumbnails;
+  ShowThumbnails();
+}
+
+void FileListModel::ShowThumbnails() {
+  if (rowCount() > 0) emit dataChanged(index(0, 0), index(rowCount() - 1, 0), {Qt::DecorationRole});
+}
+
+// Names in natural order, numbers by their values; results by kind and then by reason.
+bool FileListModel::Precedes(std::size_t row, std::size_t other, int column) const {
+  const job::FileRow& a = files_.Row(row);
+  const job::FileRow& b = files_.Row(other);
+  if (column == ResultColumn()) return std::pair(a.result, a.why) < std::pair(b.result, b.why);
+  switch (column) {
+    case 0:
+      return base::NaturalLess(a.name, b.name);
+    case 1:
+      return base::NaturalLess(a.extension, b.extension);
+    case 2:
+      return base::NaturalLess(*a.folder, *b.folder);
+    case 3:
+      return a.width < b.width;
+    case 4:
+      return a.height < b.height;
+    case 5:
+      return a.bytes < b.bytes;
+    case 6:
+      return std::pair(a.newBytes, a.pages) < std::pair(b.newBytes, b.pages);
+    case 7:
+      return a.dpi < b.dpi;
+    default:
+      return false;
+  }
+}
+
 QVariant FileListModel::data(const QModelIndex& index, int role) const {
   const std::optional<std::size_t> at = SourceRow(index);
   if (!at || *at >= files_.RowCount()) return {};
@@ -54,6 +93,9 @@ QVariant FileListModel::data(const QModelIndex& index, int role) const {
   switch (role) {
     case Qt::DisplayRole:
       return result ? QVariant(ResultText(row)) : GridModel::data(index, role);
+    case Qt::DecorationRole:
+      if (!thumbnails_ || index.column() != 0) return {};
+      return thumbnails_->Of(row.Path());
     case Qt::ToolTipRole:
       return NotWritten(row) ? Shown(row.why) : Shown(row.Path());
     case Qt::ForegroundRole:

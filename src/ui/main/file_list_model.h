@@ -8,6 +8,8 @@
 
 namespace quillon::ui {
 
+class Thumbnails;
+
 // The rows of the file list, with two more columns: the size that a cut with the present settings gives, and what the
 // last run made of each file. Rows without output are shown in the warning colour, with the reason as text and tooltip.
 class FileListModel : public GridModel {
@@ -20,6 +22,11 @@ class FileListModel : public GridModel {
   QVariant data(const QModelIndex& index, int role) const override;
   QVariant headerData(int section, Qt::Orientation orientation, int role) const override;
 
+  // Shows small pictures beside the names; nullptr shows none. Not owned.
+  void SetThumbnails(Thumbnails* thumbnails);
+  // Called when a small picture was read.
+  void ShowThumbnails();
+
   // Return the numbers of the added columns, the last two.
   int OutcomeColumn() const { return GridModel::columnCount(); }
   int ResultColumn() const { return OutcomeColumn() + 1; }
@@ -27,11 +34,15 @@ class FileListModel : public GridModel {
   // Called when the settings have changed; the view asks for the rows that it shows.
   void ShowOutcomes();
 
+ protected:
+  bool Precedes(std::size_t row, std::size_t other, int column) const override;
+
  private:
   QVariant OutcomeData(std::size_t row, int role) const;
 
   const job::FileList& files_;
   const job::ForeseenList& foreseen_;
+  Thumbnails* thumbnails_ = nullptr;
 };
 
 // Returns "413×626", "6 张 200×150" for a split, or that there is no file.

@@ -6,6 +6,7 @@
 #include <QPainter>
 #include <QStyledItemDelegate>
 
+#include "job/windows/file_intake.h"
 #include "ui/kit/theme/flat_paint.h"
 #include "ui/kit/theme/theme.h"
 #include "ui/main/file_list_model.h"
@@ -17,6 +18,7 @@ namespace {
 constexpr int kDigits[] = {9, 4, 9, 5, 5, 7, 7, 4, 10, 6};
 constexpr int kPath = 2;
 constexpr int kLeastPathDigits = 4;  // if reasons need the width; the user can widen it
+constexpr int kPauseMilliseconds = 150;
 
 // Elides a sentence at its end; the view elides paths in the middle.
 class SentenceDelegate : public QStyledItemDelegate {
@@ -43,16 +45,68 @@ ListView::ListView(job::Program& program, Binder& binder, QWidget* parent)
   binder.Join(program.form1.MSF, this);
   setAccessibleName(QStringLiteral("文件列表"));
   setFrameShape(QFrame::NoFrame);
+  setSelectionMode(QAbstractItemView::ExtendedSelection);
+  pause_.setSingleShot(true);
+  pause_.setInterval(kPauseMilliseconds);
+  connect(&pause_, &QTimer::timeout, this, [this] { PreviewSelected(); });
   setItemDelegateForColumn(model_->ResultColumn(), new SentenceDelegate(this));
+  // Beside the name, so that the reasons stay in sight.
+  horizontalHeader()->moveSection(model_->ResultColumn(), 1);
   SizeColumns();
-  connect(model_, &QAbstractItemModel::dataChanged, this, [this] { FitColumns(); });
+  // After the columns were sized: with a sort indicator each would be wider.
+  horizontalHeader()->setSortIndicator(-1, Qt::AscendingOrder);
+  horizontalHeader()->setSortIndicatorClearable(true);
+  setSortingEnabled(true);
+  connect(model_, &QAbstractItemModel::dataChanged, this,
+          [this](const QModelIndex&, const QModelIndex&, const QList<int>& roles) {
+            if (!roles.contains(Qt::DecorationRole)) FitColumns();
+          });
   connect(model_, &QAbstractItemModel::rowsRemoved, this, [this] { ShowSelection(); });
   token_ = program_.form1.Observe([this](controls::Control& control, controls::Aspect aspect) {
     if (&control == &program_.form1.MSF && aspect == controls::Aspect::Value) ShowSelection();
   });
 }
 
-ListView::~ListView() { program_.form1.Forget(token_); }
+ListView::~ListView() {
+  program_.form1.Forget(token_);
+  HideThumbnails();
+}
+
+void ListView::OnUserSelection() { pause_.start(); }
+
+// A run shows the pictures that it handles itself.
+void ListView::PreviewSelected() {
+  const std::size_t row = program_.form1.MSF.Selected();
+  if (program_.flags.Busy || row == 0 || row > program_.files.RowCount()) return;
+  const std::string path = program_.files.Row(row - 1).Path();
+  if (path != program_.fCutPre.preview.Path()) program_.ShowInPreview(path);
+}
+
+void ListView::ShowThumbnails(Thumbnails::Reader reader) {
+  thumbnails_ = std::make_unique<Thumbnails>(std::move(reader), [this] { model_->ShowThumbnails(); });
+  setIconSize({Thumbnails::kSide, Thumbnails::kSide});
+  verticalHeader()->setDefaultSectionSize(Thumbnails::kSide + kGap);
+  setColumnWidth(0, columnWidth(0) + Thumbnails::kSide);
+  model_->SetThumbnails(thumbnails_.get());
+  FitColumns();
+}
+
+void ListView::HideThumbnails() {
+  if (!thumbnails_) return;
+  model_->SetThumbnails(nullptr);
+  thumbnails_.reset();
+  verticalHeader()->setDefaultSectionSize(fontMetrics().height() + kGap);
+  setColumnWidth(0, columnWidth(0) - Thumbnails::kSide);
+  FitColumns();
+}
+
+void ListView::KeepOrder() {
+  if (!model_->IsSorted()) return;
+  model_->Flush();
+  const std::vector<std::size_t> order = model_->Order();
+  sortByColumn(-1, Qt::AscendingOrder);
+  program_.Intake().ReorderList(order);
+}
 
 void ListView::SetOutcomeReceiver(OutcomeWatch::OnCounted counted) {
   outcomes_.SetReceivers([this] { model_->ShowOutcomes(); }, std::move(counted));
@@ -67,14 +121,15 @@ void ListView::SizeColumns() {
   minResultWidth_ = columnWidth(model_->ResultColumn());
 }
 
-// The folder column gets the free width. The result column grows to show reasons, up to a third of the view.
+// The folder column gets the free width. The result column grows to show reasons, up to a third of the view, even if
+// columns at the right are then out of sight.
 void ListView::FitColumns() {
   const int result = model_->ResultColumn();
   int room = viewport()->width();
   for (int column = 0; column < result; ++column) room -= column == kPath ? 0 : columnWidth(column);
   const int least = kLeastPathDigits * fontMetrics().horizontalAdvance(u'0') + kGap;
   const int reasons = qMin(sizeHintForColumn(result), viewport()->width() / 3);
-  setColumnWidth(result, qMax(minResultWidth_, qMin(reasons, room - least)));
+  setColumnWidth(result, qMax(minResultWidth_, reasons));
   setColumnWidth(kPath, qMax(least, room - columnWidth(result)));
 }
 
@@ -87,7 +142,7 @@ void ListView::paintEvent(QPaintEvent* event) {
   GridView::paintEvent(event);
   if (model_->rowCount() > 0) return;
   QPainter painter(viewport());
-  PaintDropHint(painter, *viewport(), QStringLiteral("也可以从“文件”菜单添加；双击一行即可预览"));
+  PaintDropHint(painter, *viewport(), QStringLiteral("也可以从“文件”菜单添加；选中一行即可预览"));
 }
 
 }  // namespace quillon::ui

@@ -2,11 +2,15 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include <QTimer>
+#include <memory>
+
 #include "job/program.h"
 #include "job/windows/foreseen_list.h"
 #include "ui/kit/bind/binder.h"
 #include "ui/kit/bind/grid_view.h"
 #include "ui/main/outcome_watch.h"
+#include "ui/main/thumbnails.h"
 
 namespace quillon::ui {
 
@@ -20,12 +24,20 @@ class ListView : public GridView {
 
   // Calls counted when the rows that give no file were counted anew.
   void SetOutcomeReceiver(OutcomeWatch::OnCounted counted);
+  // Shows small pictures beside the names, or none.
+  void ShowThumbnails(Thumbnails::Reader reader);
+  void HideThumbnails();
+  bool HasThumbnails() const { return thumbnails_ != nullptr; }
+  // Lets runs handle the rows in the order that the view shows, and keeps it when another column is sorted.
+  void KeepOrder();
 
  protected:
+  void OnUserSelection() override;
   void paintEvent(QPaintEvent* event) override;
   void resizeEvent(QResizeEvent* event) override;
 
  private:
+  void PreviewSelected();
   // Sets the initial widths.
   void SizeColumns();
   // Gives the free width to the folder and result columns.
@@ -35,6 +47,8 @@ class ListView : public GridView {
   job::ForeseenList foreseen_;
   FileListModel* model_;
   OutcomeWatch outcomes_;
+  std::unique_ptr<Thumbnails> thumbnails_;
+  QTimer pause_;  // runs while the user may still be moving through the list
   int token_;
   int minResultWidth_ = 0;  // width of the result column without reasons, in pixels
 };

@@ -30,6 +30,7 @@ namespace {
 
 constexpr QSize kOpeningSize(1280, 760);
 constexpr const char* kAsFramedKey = "ChAsFramed";
+constexpr const char* kThumbnailsKey = "ListThumbnails";
 constexpr int kPreviewWidth = 38 * kGap;
 
 using MakeWindow = std::unique_ptr<ToolWindow> (*)(parts::Parts& parts, const Binder::Refusal& refused, QWidget* main);
@@ -73,6 +74,7 @@ MainWindow::MainWindow(parts::Parts& parts)
   middle->setHandleWidth(1);
   setCentralWidget(middle);
 
+  if (program_.Setting(kThumbnailsKey) == "1") findChild<QAction*>(QStringLiteral("viewThumbnails"))->setChecked(true);
   preview_ = new PreviewDock(parts, loader_, this);
   preview_->setAllowedAreas(Qt::LeftDockWidgetArea | Qt::RightDockWidgetArea);
   addDockWidget(Qt::RightDockWidgetArea, preview_);
@@ -126,7 +128,7 @@ void MainWindow::BuildMenus() {
   connect(ActionOf(form_.MenuExit, *this), &QAction::triggered, this, [this] { QuitWhenEnded(); });
 }
 
-// Not part of the record: it only brings back a preview that was closed.
+// Not part of the record: it brings back a preview that was closed, and keeps the order of the list.
 void MainWindow::AddViewMenu() {
   auto* view = new QMenu(QStringLiteral("视图"), this);
   QAction* preview = view->addAction(QStringLiteral("预览窗口"));
@@ -142,7 +144,28 @@ void MainWindow::AddViewMenu() {
       program_.fCutPre.Show();
     }
   });
+  view->addSeparator();
+  QAction* order = view->addAction(QStringLiteral("按显示的顺序裁剪"), this, [this] { list_->KeepOrder(); });
+  order->setObjectName(QStringLiteral("viewKeepOrder"));
+  order->setToolTip(QStringLiteral("单击列表的标题只改变显示的顺序；本命令把裁剪的顺序也改成这样"));
+  connect(view, &QMenu::aboutToShow, order, [this, order] { order->setEnabled(list_->Model().IsSorted()); });
+  view->setToolTipsVisible(true);
+  QAction* thumbnails = view->addAction(QStringLiteral("列表中显示缩略图"));
+  thumbnails->setObjectName(QStringLiteral("viewThumbnails"));
+  thumbnails->setCheckable(true);
+  connect(thumbnails, &QAction::toggled, this, [this](bool on) { ShowThumbnails(on); });
   menuBar()->insertMenu(ActionOf(form_.MenuHelp, *this), view);
+}
+
+// The choice is remembered.
+void MainWindow::ShowThumbnails(bool on) {
+  if (on) {
+    list_->ShowThumbnails(
+        [&images = program_.images](const std::string& path, QSize limit) { return ReadPreview(images, path, limit); });
+  } else {
+    list_->HideThumbnails();
+  }
+  program_.SaveSetting(kThumbnailsKey, on ? "1" : "0");
 }
 
 // During a run the title is a status text followed by the program name. The status bar repeats the status.
@@ -195,6 +218,27 @@ QPoint MainWindow::PlaceForOptions(const OptionsWindow& window) const {
   return place;
 }
 
+bool MainWindow::AddFiles(const std::vector<std::string>& paths) {
+  if (program_.flags.Busy) return false;
+  const std::size_t before = program_.files.RowCount();
+  program_.Intake().Admit(paths);
+  if (program_.files.RowCount() > before) {
+    form_.MSF.Select(before + 1);
+    program_.Intake().MSF_DblClick();
+  }
+  return true;
+}
+
+void MainWindow::BringToFront() {
+  if (!isVisible()) return;  // the timed cut has hidden it
+  setWindowState((windowState() & ~Qt::WindowMinimized) | Qt::WindowActive);
+  raise();
+  activateWindow();
+  QApplication::alert(this);
+}
+
+void MainWindow::ShowNotice(const QString& line) { status_->ShowNotice(line); }
+
 void MainWindow::Refused(const std::string& sentence) {
   program_.host.boxes.Beep();
   status_->ShowNotice(Shown(sentence));
@@ -211,7 +255,19 @@ void MainWindow::closeEvent(QCloseEvent* event) {
   binder_.CommitTyped();
   if (!program_.Ended()) form_.Close();
   event->setAccepted(program_.Ended());
+  if (program_.flags.CloseRequested) CloseAfterRun();
   QuitWhenEnded();
+}
+
+// The run ends in its own handler, which is still on the stack here.
+void MainWindow::CloseAfterRun() {
+  constexpr int kPollMilliseconds = 50;
+  if (program_.Ended()) return;
+  if (!program_.flags.Busy) {
+    form_.Close();
+    return QuitWhenEnded();
+  }
+  QTimer::singleShot(kPollMilliseconds, this, [this] { CloseAfterRun(); });
 }
 
 void MainWindow::dragEnterEvent(QDragEnterEvent* event) {

@@ -27,6 +27,12 @@ class MainWindow : public QMainWindow {
   explicit MainWindow(parts::Parts& parts);
   ~MainWindow() override;
 
+  // Adds named files and folders to the list, and selects and shows the first of them. Returns false if something runs.
+  bool AddFiles(const std::vector<std::string>& paths);
+  // Shows the window above those of other programs, as far as the desktop allows it.
+  void BringToFront();
+  // Shows a sentence in the status bar for a while.
+  void ShowNotice(const QString& line);
   PreviewLoader& Loader() { return loader_; }
   // Returns the window of the advanced options, which is created at the first call.
   OptionsWindow& Options();
@@ -41,6 +47,7 @@ class MainWindow : public QMainWindow {
  private:
   void BuildMenus();
   void AddViewMenu();
+  void ShowThumbnails(bool on);
   // Called when the record changes.
   void ShowTitle();
   // Restores ChAsFramed as the window was left. Only the window remembers it: a script states all its settings.
@@ -50,6 +57,8 @@ class MainWindow : public QMainWindow {
   QPoint PlaceForOptions(const OptionsWindow& window) const;
   void Refused(const std::string& sentence);
   void QuitWhenEnded();
+  // Ends the program as soon as nothing runs any more.
+  void CloseAfterRun();
 
   job::Program& program_;
   job::Form1& form_;

@@ -38,6 +38,7 @@ void RunMonitor::RunPlanned(std::size_t planned) {
 }
 
 void RunMonitor::FileDone(const job::FileResult& file) {
+  if (!file.reached) return;
   ++counted_.done;
   if (file.result == job::Result::None) ++counted_.failed;
   lastSource_ = file.source;

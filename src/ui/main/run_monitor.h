@@ -16,7 +16,7 @@ namespace quillon::ui {
 struct RunFigures {
   bool running = false;
   std::size_t planned = 0;  // number of files; 0 while it is unknown
-  std::size_t done = 0;     // files finished, including failed ones
+  std::size_t done = 0;     // files finished, including failed ones; without those that a stopped run did not reach
   std::size_t failed = 0;
   double rate = 0;         // files per second; 0 while it is unknown
   double secondsLeft = 0;  // 0 while it is unknown

@@ -59,7 +59,10 @@ void StatusStrip::ShowRun(const RunFigures& figures) {
   timeLeft_->setVisible(!timeLeft_->text().isEmpty());
 }
 
-void StatusStrip::ShowSummary(const job::RunTotals& totals) { message_->setText(SummaryText(totals)); }
+void StatusStrip::ShowSummary(const job::RunTotals& totals) {
+  progress_->setVisible(totals.stopped && progress_->maximum() > 0);
+  message_->setText(SummaryText(totals));
+}
 
 void StatusStrip::ShowActivity(const QString& text) {
   if (running_ || (text.isEmpty() && !active_)) return;

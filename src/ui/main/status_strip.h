@@ -23,7 +23,7 @@ class StatusStrip : public QStatusBar {
 
   // Shows the progress of a run, or ends that display if figures.running is false.
   void ShowRun(const RunFigures& figures);
-  // Shows the summary of a finished run until something else is shown.
+  // Shows the summary of a finished run until something else is shown. The bar of a stopped run stays where it was.
   void ShowSummary(const job::RunTotals& totals);
   // Shows that the program is busy with something that has no count, such as listing a folder. Empty ends the display.
   // Ignored during a run.

@@ -28,6 +28,7 @@ struct Probe : controls::Window {
   controls::TextBox TQuality{*this, "TQuality", {}, "80", controls::Content::Integer, {30, 99.5}};
   controls::ComboBox CmbType{*this, "CmbType", {}, {"jpg", "png"}, 1};
   controls::CheckBox ChOff{*this, "ChOff", {.caption = "", .enabled = false, .visible = false}, true};
+  controls::Frame Frame1{*this, "Frame1", {.caption = "参数"}};
   controls::Grid MSF{*this, "MSF", {}, {"a", "b", "c"}};
 };
 
@@ -85,6 +86,9 @@ TEST(JsonLine, WritesControls) {
   EXPECT_EQ(JsonLine(PrintEvent(probe.CmbType)),
             R"({"event":"print","control":"Probe.CmbType","value":"1","text":"png","enabled":true,"visible":true,)"
             R"("items":["jpg","png"],"min":null,"max":null})");
+  EXPECT_EQ(JsonLine(PrintEvent(probe.Frame1)),
+            R"({"event":"print","control":"Probe.Frame1","value":"参数","text":"参数","enabled":true,"visible":true,)"
+            R"("items":[],"min":null,"max":null})");
   EXPECT_EQ(JsonLine(PrintEvent(probe.ChOff)),
             R"({"event":"print","control":"Probe.ChOff","value":"1","text":"1","enabled":false,"visible":false,)"
             R"("items":[],"min":null,"max":null})");
@@ -137,6 +141,22 @@ TEST(ReplyNames, HoldEveryReplyInBothLanguages) {
   EXPECT_EQ(ReplyNamed("Yess"), std::nullopt);
   EXPECT_EQ(ReplyNamed(""), std::nullopt);
   EXPECT_STREQ(NameOf(host::Reply::Retry), "Retry");
+}
+
+TEST(Event, AReasonIsOneLineAndNoQuestion) {
+  const std::pair<const char*, const char*> cases[] = {
+      {"", ""},
+      {"图片已损坏", "图片已损坏"},
+      {"本机缺失资源文件！\r\n要立即下载安装包吗？", "本机缺失资源文件！"},
+      {"第一行\r\n第二行\n", "第一行 第二行"},
+      {"前一句。后一句", "前一句。后一句"},
+      {"要继续吗？", ""},
+      {"磁盘已满。继续?", "磁盘已满。"},
+      {"目录不存在：/a？b！c\r\n要新建吗？", "目录不存在：/a？b！c"},
+  };
+  for (const auto& [text, reason] : cases) EXPECT_EQ(ReasonIn(text), reason) << text;
+  EXPECT_EQ(FileEvent({.source = "/a.jpg", .why = "一\r\n二"}).Text("why"), "一 二");
+  EXPECT_EQ(FileEvent({.source = "/a.jpg", .why = "和“甲？.jpg”相同"}).Text("why"), "和“甲？.jpg”相同");
 }
 
 }  // namespace

@@ -51,7 +51,7 @@ TEST_F(NormalCutTest, AnOptionThatIsSwitchedDuringAQuestionCounts) {
   world.dialogs.ChooseFiles({Make("a.bmp")});
   Cut();
   ASSERT_EQ(Boxes().size(), 3u);
-  EXPECT_EQ(Boxes()[2].box.text, "输出目录不存在：/nowhere");
+  EXPECT_EQ(Boxes()[2].box.text, "输出目录不存在：/nowhere\r\n要新建这个文件夹吗？");
   ExpectNoRun();
 }
 
@@ -76,8 +76,8 @@ TEST_F(NormalCutTest, AMissingOutputFolderIsAskedFor) {
   Put("LOutDir", "/nowhere");
   Cut();
   ASSERT_EQ(Boxes().size(), 1u);
-  EXPECT_EQ(Boxes()[0].box.text, "输出目录不存在：/nowhere");
-  EXPECT_EQ(Boxes()[0].box.type, 16);
+  EXPECT_EQ(Boxes()[0].box.text, "输出目录不存在：/nowhere\r\n要新建这个文件夹吗？");
+  EXPECT_EQ(Boxes()[0].box.type, 292);
   ExpectNoRun();
 
   world.dialogs.ChooseFolderNext(outFolder);
@@ -103,8 +103,8 @@ TEST_F(NormalCutTest, SheetsNeedAnOutputFolderThoughSourcesAreOverwritten) {
   Put("ChOver", "1");
   Cut({Make("a.bmp")});
   ASSERT_EQ(Boxes().size(), 1u);
-  EXPECT_EQ(Boxes()[0].box.text, "输出目录不存在：/nowhere");
-  EXPECT_EQ(Boxes()[0].box.type, 16);
+  EXPECT_EQ(Boxes()[0].box.text, "输出目录不存在：/nowhere\r\n要新建这个文件夹吗？");
+  EXPECT_EQ(Boxes()[0].box.type, 292);
   ExpectNoRun();
 }
 
@@ -297,10 +297,27 @@ TEST_F(NormalCutTest, StopEndsAfterTheFileAndNamesTheRest) {
   EXPECT_EQ(Why(3), "已停止，未处理");
   EXPECT_EQ(program.files.Row(4).result, Result::Skipped);
   EXPECT_EQ(world.boxes.Count("处理完毕！"), 1);
-  recorder.onFileDone = {};
+  // The next run starts without the results of this one.
+  recorder.onFileDone = [&](const FileResult& file) {
+    if (file.row > 1) return;
+    EXPECT_EQ(program.files.Row(1).newBytes, 0u);
+    EXPECT_EQ(program.files.Row(4).result, Result::Written);
+    EXPECT_EQ(program.files.Row(4).why, "");
+  };
   Cut();
   EXPECT_EQ(Totals().written, 5u);
   EXPECT_FALSE(Totals().stopped);
+}
+
+TEST_F(NormalCutTest, FilesThatAStoppedRunDidNotReachAreReportedSo) {
+  List(MakeSeveral(3));
+  std::vector<bool> reached;
+  recorder.onFileDone = [&](const FileResult& file) {
+    flags.StopRequested = true;
+    reached.push_back(file.reached);
+  };
+  Cut();
+  EXPECT_EQ(reached, (std::vector<bool>{true, false, false}));
 }
 
 TEST_F(NormalCutTest, StopBetweenTheStepsOfAFile) {

@@ -122,7 +122,7 @@ TEST_F(ListRunTest, AsksForWhatIsMissingInOrder) {
   List({Make("a.bmp", 10, 10)});
   world.boxes.Forget();
   Run();
-  EXPECT_EQ(Texts(), Calls{"输出目录不存在：" + world.folder.Path("nowhere")});
+  EXPECT_EQ(Texts(), Calls{"输出目录不存在：" + world.folder.Path("nowhere") + "\r\n要新建这个文件夹吗？"});
   EXPECT_EQ(recorder.started.size(), 0u);
   EXPECT_FALSE(flags.Busy);
 }
@@ -142,8 +142,8 @@ TEST_F(ListRunTest, NeedsThatAQuestionChangesCount) {
   world.dialogs.ChooseFolderNext(outFolder);
   driver.onCut = [&] { EXPECT_FALSE(options.Visible()); };
   Run();
-  EXPECT_EQ(Texts(),
-            (Calls{"请先添加文件列表！", "文件列表添加完毕！", "输出目录不存在：" + world.folder.Path("nowhere")}));
+  EXPECT_EQ(Texts(), (Calls{"请先添加文件列表！", "文件列表添加完毕！",
+                            "输出目录不存在：" + world.folder.Path("nowhere") + "\r\n要新建这个文件夹吗？"}));
   EXPECT_EQ(Totals().none, 1u);
   EXPECT_TRUE(options.Visible());
 }

@@ -141,7 +141,7 @@ TEST_F(AvailabilityTest, FrameOnlyGivesTheReasonThatNothingElseCounts) {
 }
 
 TEST_F(AvailabilityTest, ARefusedEditGivesTheReason) {
-  EXPECT_EQ(form.TQuality.UserEdit("50").refusal, "Form1.TQuality 当前不可用：请先启用“压缩”");
+  EXPECT_EQ(form.TQuality.UserEdit("50").refusal, "当前不可用：请先启用“压缩”");
 }
 
 // --- Which values have an effect

@@ -232,24 +232,32 @@ TEST_F(IntakeTest, StopEndsAListingAndKeepsItsRows) {
   EXPECT_EQ(program.files.RowCount(), 4u);
 }
 
-TEST_F(IntakeTest, AFileWithoutASizeStopsTheAddingOnce) {
+TEST_F(IntakeTest, AFileWithoutASizeIsNamedAndTheOthersAreAdded) {
   const std::string good = Make("good.jpg");
   const std::string bad = Broken("bad.jpg");
   const std::string empty = world.folder.Write("in/empty.jpg", "");
   const std::string late = Make("late.jpg");
   world.dialogs.ChooseFiles({good, bad, empty, late});
   Click("MenuAddFiles");
-  EXPECT_EQ(Names(), std::vector<std::string>{"good.jpg"});
+  EXPECT_EQ(Names(), (std::vector<std::string>{"good.jpg", "late.jpg"}));
   ASSERT_EQ(Boxes().size(), 1u);
   EXPECT_EQ(Boxes()[0].box.text, kNoSize);
-  EXPECT_EQ(flags.InfoWidth, "0");
-  EXPECT_EQ(flags.InfoHeight, "0");
-  ASSERT_EQ(recorder.notListed.size(), 1u);
+  ASSERT_EQ(recorder.notListed.size(), 2u);
   EXPECT_EQ(recorder.notListed[0].first, bad);
-  EXPECT_FALSE(recorder.notListed[0].second.empty());
-  EXPECT_NE(form.LStatus.Value().find("未加入：" + bad), std::string::npos) << form.LStatus.Value();
+  EXPECT_EQ(recorder.notListed[1].first, empty);
+  const std::string& why = recorder.notListed[0].second;
+  EXPECT_FALSE(why.empty());
+  EXPECT_EQ(Boxes()[0].box.notice, "未加入：" + bad + "（" + why + "）");
+  EXPECT_THAT(form.LStatus.Value(), ::testing::EndsWith("  未加入 2 个，第一个是：" + bad + "（" + why + "）"));
   EXPECT_EQ(form.Title(), "Quillon");
   EXPECT_FALSE(flags.Busy);
+}
+
+TEST_F(IntakeTest, OneFileWithoutASizeIsNamedWithItsReason) {
+  const std::string bad = Broken("bad.jpg");
+  List({bad, Make("late.jpg")});
+  EXPECT_EQ(Names(), std::vector<std::string>{"late.jpg"});
+  EXPECT_THAT(form.LStatus.Value(), ::testing::HasSubstr("  未加入：" + bad + "（"));
 }
 
 TEST_F(IntakeTest, SmallPicturesAreLeftOut) {
@@ -446,6 +454,53 @@ TEST_F(IntakeTest, DeleteSelected) {
   EXPECT_EQ(form.LStatus.Value().find("文件数：2"), 0u);
 }
 
+TEST_F(IntakeTest, DeletingAgainRemovesTheNextRow) {
+  List({Make("a.jpg"), Make("b.jpg"), Make("c.jpg"), Make("d.jpg")});
+  form.MSF.Select(2);
+  Click("MenuDelSelected");
+  Click("MenuDelSelected");
+  EXPECT_EQ(Names(), (std::vector<std::string>{"a.jpg", "d.jpg"}));
+  Click("MenuDelSelected");
+  EXPECT_EQ(Names(), std::vector<std::string>{"a.jpg"});
+}
+
+TEST_F(IntakeTest, SeveralSelectedRowsAreDeletedAtOnce) {
+  List({Make("a.jpg"), Make("b.jpg"), Make("c.jpg"), Make("d.jpg"), Make("e.jpg")});
+  Put("MSF", "4,1-2,4");
+  Click("MenuDelSelected");
+  EXPECT_EQ(Names(), (std::vector<std::string>{"c.jpg", "e.jpg"}));
+  EXPECT_EQ(form.MSF.Selected(), 1u);
+  EXPECT_EQ(form.LStatus.Value().find("文件数：2"), 0u);
+}
+
+TEST_F(IntakeTest, TheListCanBeReordered) {
+  List({Make("a.jpg"), Make("b.jpg"), Make("c.jpg")});
+  program.Intake().ReorderList({2, 0, 1});
+  EXPECT_EQ(Names(), (std::vector<std::string>{"c.jpg", "a.jpg", "b.jpg"}));
+}
+
+TEST_F(IntakeTest, ThePreviewFollowsWhatIsLeftOfTheList) {
+  const std::string second = Make("b.png", 55, 66);
+  List({Make("a.jpg"), second});
+  form.MSF.Select(1);
+  form.MSF.DoubleClick();
+  Click("MenuDelSelected");
+  EXPECT_EQ(program.fCutPre.preview.Path(), second);
+  Click("MenuDelSelected");
+  EXPECT_EQ(program.fCutPre.preview.Path(), "");
+  EXPECT_EQ(flags.CurrentImagePath, "");
+}
+
+TEST_F(IntakeTest, ClearingTheListClearsThePreview) {
+  List({Make("a.jpg")});
+  form.MSF.Select(1);
+  form.MSF.DoubleClick();
+  world.boxes.Answer("确定清空", Reply::Ok);
+  Click("MenuClearList");
+  EXPECT_EQ(program.fCutPre.preview.Path(), "");
+  EXPECT_EQ(flags.CurrentImagePath, "");
+}
+
 TEST_F(IntakeTest, DoubleClickShowsTheRow) {
   const std::string second = Make("b.png", 55, 66);
   List({Make("a.jpg"), second});
@@ -476,6 +531,28 @@ TEST_F(IntakeTest, OneThingAtATime) {
   List({path});
   EXPECT_TRUE(tried);
   EXPECT_EQ(program.files.RowCount(), 1u);
+}
+
+TEST_F(IntakeTest, AMissingOutputFolderIsOfferedToBeMade) {
+  const std::string folder = world.folder.Path("new/out");
+  form.LOutDir.SetText(folder);
+  EXPECT_FALSE(program.Intake().EnsureOutDir());
+  ASSERT_FALSE(Boxes().empty());
+  EXPECT_EQ(Boxes()[0].box.text, "输出目录不存在：" + folder + "\r\n要新建这个文件夹吗？");
+  EXPECT_EQ(Boxes()[0].reply, Reply::No);
+  EXPECT_FALSE(world.folder.Exists("new"));
+  world.boxes.Answer("要新建这个文件夹", Reply::Yes);
+  EXPECT_TRUE(program.Intake().EnsureOutDir());
+  EXPECT_TRUE(world.host.files.IsFolder(folder));
+}
+
+TEST_F(IntakeTest, NoFolderIsMadeInThePlaceOfAFile) {
+  form.LOutDir.SetText(world.folder.Write("file", "x"));
+  EXPECT_FALSE(program.Intake().EnsureOutDir());
+  EXPECT_EQ(world.boxes.Count("要新建这个文件夹"), 0);
+  form.LOutDir.SetText(kNoOutputFolder);
+  EXPECT_FALSE(program.Intake().EnsureOutDir());
+  EXPECT_EQ(world.boxes.Count("要新建这个文件夹"), 0);
 }
 
 TEST_F(IntakeTest, FoldersAreChosenAndRemembered) {

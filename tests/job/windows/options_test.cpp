@@ -158,12 +158,12 @@ TEST_F(OptionsTest, TheAngleStaysWithinItsLimits) {
 TEST_F(OptionsTest, TextsThatAreNoAngleAreRefused) {
   PutOption("CmbRotate", "5");
   PutOption("TAngle", "7.3");
-  for (const char* text : {"", "-", "NaN", "inf", "7,3", "abc"}) {
+  for (const char* text : {"", "-", "NaN", "inf", "7,300", "1e9", "abc"}) {
     const controls::EditResult result = options.TAngle.UserEdit(text);
-    EXPECT_EQ(result.refusal, "FBaseOpt.TAngle 只接受数字") << text;
+    EXPECT_EQ(result.refusal, "只接受数字，例如 12.5") << text;
     EXPECT_EQ(Option("TAngle"), "7.3") << text;
   }
-  PutOption("TAngle", "1e9");
+  PutOption("TAngle", "1000000000");
   EXPECT_EQ(Option("TAngle"), "180");
   PutOption("TAngle", "－４５．５");
   EXPECT_EQ(Option("TAngle"), "-45.5");

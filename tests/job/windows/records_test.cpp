@@ -36,7 +36,7 @@ TEST_F(RecordsTest, MainWindowFields) {
       {"TCutValue(1)", Kind::TextBox, "上：", "0"},
       {"TCutValue(2)", Kind::TextBox, "右：", "0"},
       {"TCutValue(3)", Kind::TextBox, "下：", "5"},
-      {"Frame2", Kind::Frame, "裁剪参数(单位：像素)：", ""},
+      {"Frame2", Kind::Frame, "裁剪参数(单位：像素)：", "裁剪参数(单位：像素)："},
       {"ChCutA", Kind::CheckBox, "绝对裁剪", "1"},
       {"ChAsFramed", Kind::CheckBox, "按预览框裁剪", "0"},
       {"ChFixCut", Kind::CheckBox, "固定裁剪", "0"},
@@ -175,7 +175,7 @@ TEST_F(RecordsTest, Limits) {
   const std::tuple<const char*, const char*, const char*> limits[] = {
       {"TCutValue(0)", "0", "640"},    {"TCutValue(1)", "0", "480"}, {"TCutValue(2)", "0", "640"},
       {"TCutValue(3)", "0", "480"},    {"TQuality", "30", "99"},     {"FBaseOpt.TAngle", "-180", "180"},
-      {"FBaseOpt.TBoard(0)", "0", ""}, {"TFixWH(0)", "", ""},        {"FBaseOpt.TSmalS(2)", "", ""},
+      {"FBaseOpt.TBoard(0)", "0", ""}, {"TFixWH(0)", "1", "500000"}, {"FBaseOpt.TSmalS(2)", "1", "500000"},
   };
   for (const auto& [name, min, max] : limits) {
     EXPECT_EQ(At(name).MinText(), min) << name;

@@ -8,6 +8,7 @@
 
 #include "controls/window.h"
 #include "ui/kit/bind/binding.h"
+#include "ui/kit/bind/field_note.h"
 #include "ui/kit/text.h"
 #include "ui/kit/theme/theme.h"
 
@@ -70,6 +71,14 @@ class EffectInk : public QObject {
   bool applying_ = false;
 };
 
+// Returns the caption as people would say it, “左” for "左：", with nothing if the caption is no name.
+QString NameOf(const controls::Control& control) {
+  if (control.GetKind() == controls::Kind::Label) return {};
+  QString name = Shown(control.Caption()).remove(QStringLiteral("...")).trimmed();
+  if (name.endsWith(u'：')) name.chop(1);
+  return name.isEmpty() ? QString() : QStringLiteral("“%1”").arg(name);
+}
+
 }  // namespace
 
 Binder::Binder(controls::Window& window, Refusal onRefusal) : window_(window), onRefusal_(std::move(onRefusal)) {
@@ -90,8 +99,8 @@ void Binder::Attach(Binding* binding) {
   binding->ShowValue();
 }
 
-void Binder::Refused(const std::string& sentence) const {
-  if (onRefusal_) onRefusal_(sentence);
+void Binder::Refused(const controls::Control& control, const std::string& refusal) const {
+  if (onRefusal_) onRefusal_(Bytes(NameOf(control)) + refusal);
 }
 
 void Binder::CommitTyped() {
@@ -154,14 +163,20 @@ void Binding::Edit(const std::string& text) {
   const controls::EditResult result = control_.UserEdit(text);
   if (!alive) return;
   ShowValue();
-  if (!result.Accepted()) binder_.Refused(result.refusal);
+  auto* field = qobject_cast<QWidget*>(parent());
+  if (result.Accepted()) {
+    if (field) FieldNote::Hide(*field);
+    return;
+  }
+  if (field) FieldNote::Show(*field, Shown(result.refusal));
+  binder_.Refused(control_, result.refusal);
 }
 
 void Binding::Click() {
   const QPointer<QObject> alive(this);
   binder_.CommitTyped();
   const controls::EditResult result = control_.UserClick();
-  if (alive && !result.Accepted()) binder_.Refused(result.refusal);
+  if (alive && !result.Accepted()) binder_.Refused(control_, result.refusal);
 }
 
 }  // namespace quillon::ui

@@ -61,8 +61,8 @@ class Binder {
 
   // For bindings: registers one and shows the current state of its control.
   void Attach(Binding* binding);
-  // For bindings: reports why an edit was refused.
-  void Refused(const std::string& sentence) const;
+  // Reports why an edit or click was refused, and names the control by its caption.
+  void Refused(const controls::Control& control, const std::string& refusal) const;
 
  private:
   void OnChange(controls::Control& control, controls::Aspect aspect);

@@ -30,7 +30,7 @@ class NumberBinding : public Binding {
     edit->SetStepHandler([this](const QString& text) { Edit(Bytes(text)); });
   }
 
-  void ShowValue() override { edit_->SetText(Shown(box_.Value())); }
+  void ShowValue() override { edit_->SetText(Shown(box_.Text())); }
   void ShowAppearance() override {
     ShowCommon(box_, *edit_);
     edit_->SetLimits(box_.GetLimits());
@@ -238,7 +238,7 @@ QWidget* MakeTextBox(controls::TextBox& box, Binder& binder) {
     binder.Attach(new LineBinding(box, binder, line));
     return line;
   }
-  auto* edit = new NumberEdit(box.GetContent());
+  auto* edit = new NumberEdit;
   binder.Attach(new NumberBinding(box, binder, edit));
   return edit;
 }

@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <limits>
+#include <numeric>
 
 #include "ui/kit/text.h"
 
@@ -40,12 +41,57 @@ QVariant GridModel::data(const QModelIndex& index, int role) const {
   return Shown(grid_.Cell(*row, static_cast<std::size_t>(index.column())));
 }
 
-// During a removal the view still counts the removed row, so the rows below it are off by one.
+// During a removal the view still counts the removed row, so the rows of the grid after it are off by one.
 std::optional<std::size_t> GridModel::SourceRow(const QModelIndex& index) const {
-  if (!index.isValid() || index.row() == removing_) return std::nullopt;
-  const bool below = removing_ >= 0 && index.row() > removing_;
-  const auto row = static_cast<std::size_t>(index.row() - (below ? 1 : 0));
+  if (!index.isValid()) return std::nullopt;
+  std::size_t row = GridRow(index.row());
+  if (removing_ >= 0) {
+    const auto removed = static_cast<std::size_t>(removing_);
+    if (row == removed) return std::nullopt;
+    if (row > removed) --row;
+  }
   return row < grid_.RowCount() ? std::optional(row) : std::nullopt;
+}
+
+std::size_t GridModel::GridRow(int viewRow) const {
+  const auto row = static_cast<std::size_t>(viewRow);
+  return row < order_.size() ? order_[row] : row;
+}
+
+int GridModel::ViewRow(std::size_t gridRow) const {
+  const auto found = std::find(order_.begin(), order_.end(), gridRow);
+  return found == order_.end() ? Count(gridRow) : static_cast<int>(found - order_.begin());
+}
+
+bool GridModel::Precedes(std::size_t row, std::size_t other, int) const { return row < other; }
+
+void GridModel::Arrange() {
+  order_.clear();
+  if (sortColumn_ < 0) return;
+  order_.resize(static_cast<std::size_t>(shownRows_));
+  std::iota(order_.begin(), order_.end(), std::size_t{0});
+  std::stable_sort(order_.begin(), order_.end(), [this](std::size_t row, std::size_t other) {
+    return direction_ == Qt::AscendingOrder ? Precedes(row, other, sortColumn_) : Precedes(other, row, sortColumn_);
+  });
+}
+
+void GridModel::sort(int column, Qt::SortOrder order) {
+  Flush();
+  emit layoutAboutToBeChanged({}, QAbstractItemModel::VerticalSortHint);
+  const QModelIndexList before = persistentIndexList();
+  std::vector<std::size_t> rows;
+  for (const QModelIndex& index : before) rows.push_back(GridRow(index.row()));
+  sortColumn_ = column;
+  direction_ = order;
+  Arrange();
+  std::vector<int> places(static_cast<std::size_t>(shownRows_));
+  for (int row = 0; row < shownRows_; ++row) places[GridRow(row)] = row;
+  QModelIndexList after;
+  for (qsizetype i = 0; i < before.size(); ++i) {
+    after << index(places[rows[static_cast<std::size_t>(i)]], before[i].column());
+  }
+  changePersistentIndexList(before, after);
+  emit layoutChanged({}, QAbstractItemModel::VerticalSortHint);
 }
 
 QVariant GridModel::headerData(int section, Qt::Orientation orientation, int role) const {
@@ -59,15 +105,30 @@ void GridModel::Flush() {
   const int rows = Count(grid_.RowCount());
   if (rows > shownRows_) {
     beginInsertRows({}, shownRows_, rows - 1);
+    for (int row = shownRows_; IsSorted() && row < rows; ++row) order_.push_back(static_cast<std::size_t>(row));
     shownRows_ = rows;
     endInsertRows();
   }
   if (firstEdited_ >= 0 && firstEdited_ < shownRows_) {
-    const int last = std::min(lastEdited_, shownRows_ - 1);
-    const int first = firstEdited_;
+    // Edited rows may stand anywhere in a sorted view.
+    const int last = IsSorted() ? shownRows_ - 1 : std::min(lastEdited_, shownRows_ - 1);
+    const int first = IsSorted() ? 0 : firstEdited_;
     firstEdited_ = -1;
     emit dataChanged(index(first, 0), index(last, columnCount() - 1));
   }
+}
+
+void GridModel::RemoveRow(int gridRow) {
+  const int viewRow = ViewRow(static_cast<std::size_t>(gridRow));
+  removing_ = gridRow;
+  beginRemoveRows({}, viewRow, viewRow);
+  removing_ = -1;
+  if (IsSorted()) {
+    order_.erase(order_.begin() + viewRow);
+    for (std::size_t& row : order_) row -= row > static_cast<std::size_t>(gridRow) ? 1 : 0;
+  }
+  --shownRows_;
+  endRemoveRows();
 }
 
 void GridModel::OnChange(controls::Grid::Change change, std::size_t row) {
@@ -81,19 +142,14 @@ void GridModel::OnChange(controls::Grid::Change change, std::size_t row) {
       break;
     case controls::Grid::Change::Removed:
       // A row that was appended but not reported yet can vanish silently.
-      if (at < shownRows_) {
-        removing_ = at;
-        beginRemoveRows({}, at, at);
-        removing_ = -1;
-        --shownRows_;
-        endRemoveRows();
-      }
+      if (at < shownRows_) RemoveRow(at);
       if (firstEdited_ > at) --firstEdited_;
       return;
     case controls::Grid::Change::Reset:
       beginResetModel();
       shownRows_ = Count(grid_.RowCount());
       firstEdited_ = -1;
+      Arrange();
       endResetModel();
       return;
   }

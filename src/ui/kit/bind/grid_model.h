@@ -5,6 +5,7 @@
 #include <QAbstractTableModel>
 #include <QTimer>
 #include <optional>
+#include <vector>
 
 #include "controls/grid.h"
 
@@ -13,6 +14,8 @@ namespace quillon::ui {
 // Presents the rows of a grid to a view. No cell is copied.
 // Appended and edited rows are reported in batches, every 30 ms, so that hundreds of thousands of rows can be added
 // while the window stays responsive. Removals and resets are reported at once.
+// The view may show the rows in another order, which the grid does not know of. Rows that are appended to a sorted view
+// stand at its end until it is sorted again.
 class GridModel : public QAbstractTableModel {
  public:
   explicit GridModel(controls::Grid& grid, QObject* parent = nullptr);
@@ -22,6 +25,15 @@ class GridModel : public QAbstractTableModel {
   int columnCount(const QModelIndex& parent = {}) const override;
   QVariant data(const QModelIndex& index, int role) const override;
   QVariant headerData(int section, Qt::Orientation orientation, int role) const override;
+  // Shows the rows in the order of a column; -1 shows them in the order of the grid.
+  void sort(int column, Qt::SortOrder order = Qt::AscendingOrder) override;
+
+  // Return the row of the grid that a row of the view shows, and the reverse; both from 0.
+  std::size_t GridRow(int viewRow) const;
+  int ViewRow(std::size_t gridRow) const;
+  bool IsSorted() const { return !order_.empty(); }
+  // Returns the rows of the grid in the order of the view.
+  const std::vector<std::size_t>& Order() const { return order_; }
 
   // Reports the pending changes to the view now.
   void Flush();
@@ -29,15 +41,24 @@ class GridModel : public QAbstractTableModel {
  protected:
   // Returns the row of the grid that a row of the view shows, or nothing if it was removed.
   std::optional<std::size_t> SourceRow(const QModelIndex& index) const;
+  // Returns whether a row of the grid precedes another if the view is sorted by that column. The default leaves the
+  // rows in the order of the grid.
+  virtual bool Precedes(std::size_t row, std::size_t other, int column) const;
 
  private:
+  // Computes order_ by the column that the view is sorted by.
+  void Arrange();
+  void RemoveRow(int gridRow);
   void OnChange(controls::Grid::Change change, std::size_t row);
 
   controls::Grid& grid_;
   QTimer timer_;
-  int removing_ = -1;     // row that the grid has already dropped while the view is being notified; -1 for none
-  int shownRows_ = 0;     // rows that the view knows of
-  int firstEdited_ = -1;  // first and last row with an unreported edit; -1 for none
+  int removing_ = -1;    // row that the grid has already dropped while the view is being notified; -1 for none
+  int sortColumn_ = -1;  // -1: not sorted
+  Qt::SortOrder direction_ = Qt::AscendingOrder;
+  std::vector<std::size_t> order_;  // the row of the grid for each row of the view; empty if not sorted
+  int shownRows_ = 0;               // rows that the view knows of
+  int firstEdited_ = -1;            // first and last row with an unreported edit; -1 for none
   int lastEdited_ = -1;
 };
 

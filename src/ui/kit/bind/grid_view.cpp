@@ -4,6 +4,7 @@
 
 #include <QHeaderView>
 #include <QMouseEvent>
+#include <algorithm>
 
 namespace quillon::ui {
 
@@ -33,14 +34,16 @@ void GridView::Use(GridModel* model) {
 
 void GridView::ShowSelection() {
   if (!model()) return;
-  static_cast<GridModel*>(model())->Flush();
-  const int row = static_cast<int>(grid_.Selected()) - 1;
-  if (currentIndex().row() == row) return;
+  Model().Flush();
+  const int row = grid_.Selected() > 0 ? Model().ViewRow(grid_.Selected() - 1) : -1;
+  const QItemSelection shown = selectionModel()->selection();
+  const bool several = shown.size() > 1 || (!shown.isEmpty() && shown.first().height() > 1);
+  if (currentIndex().row() == row && (!several || grid_.Selection().size() > 1)) return;
   // Selecting here must not come back as an edit of the user.
   showing_ = true;
   const QModelIndex index = row < 0 ? QModelIndex() : model()->index(row, 0);
   if (index.isValid()) {
-    setCurrentIndex(index);
+    selectionModel()->setCurrentIndex(index, QItemSelectionModel::ClearAndSelect | QItemSelectionModel::Rows);
     scrollTo(index);
   } else {
     clearSelection();
@@ -51,8 +54,39 @@ void GridView::ShowSelection() {
 
 void GridView::selectionChanged(const QItemSelection& selected, const QItemSelection& deselected) {
   QTableView::selectionChanged(selected, deselected);
-  if (showing_ || selected.isEmpty()) return;
-  grid_.UserEdit(std::to_string(selected.first().top() + 1));
+  if (showing_ || !selectionModel()->hasSelection()) return;
+  showing_ = true;
+  grid_.UserEdit(SelectionText());
+  showing_ = false;
+  OnUserSelection();
+}
+
+std::string GridView::SelectionText() const {
+  std::vector<std::size_t> rows;
+  for (const QItemSelectionRange& range : selectionModel()->selection()) {
+    for (int row = range.top(); row <= range.bottom(); ++row) rows.push_back(Model().GridRow(row) + 1);
+  }
+  std::sort(rows.begin(), rows.end());
+  rows.erase(std::unique(rows.begin(), rows.end()), rows.end());
+  std::string text;
+  if (currentIndex().isValid() && selectionModel()->isSelected(currentIndex())) {
+    text = std::to_string(Model().GridRow(currentIndex().row()) + 1);
+  }
+  for (std::size_t first = 0; first < rows.size();) {
+    std::size_t last = first;
+    while (last + 1 < rows.size() && rows[last + 1] == rows[last] + 1) ++last;
+    if (!text.empty()) text += ',';
+    text += std::to_string(rows[first]) + '-' + std::to_string(rows[last]);
+    first = last + 1;
+  }
+  return text;
+}
+
+// The toolkit selects another row before the selected one goes. The record has chosen the next one itself.
+void GridView::rowsAboutToBeRemoved(const QModelIndex& parent, int first, int last) {
+  showing_ = true;
+  QTableView::rowsAboutToBeRemoved(parent, first, last);
+  showing_ = false;
 }
 
 void GridView::mouseReleaseEvent(QMouseEvent* event) {

@@ -3,7 +3,6 @@
 #include "ui/kit/bind/number_edit.h"
 
 #include <QLineEdit>
-#include <QRegularExpression>
 #include <QStyle>
 #include <QStyleOptionSpinBox>
 #include <QWheelEvent>
@@ -19,7 +18,7 @@ constexpr int kDigits = 6;
 
 }  // namespace
 
-NumberEdit::NumberEdit(controls::Content content, QWidget* parent) : QAbstractSpinBox(parent), content_(content) {
+NumberEdit::NumberEdit(QWidget* parent) : QAbstractSpinBox(parent) {
   setAccelerated(true);
   lineEdit()->setAcceptDrops(false);  // files dropped anywhere belong to the list
   setFocusPolicy(Qt::StrongFocus);
@@ -50,18 +49,13 @@ void NumberEdit::stepBy(int steps) {
   double value = base::LeadingNumber(Bytes(text())) + steps;
   if (limits_.min) value = std::max(value, *limits_.min);
   if (limits_.max) value = std::min(value, *limits_.max);
-  SetText(QString::fromStdString(base::NumberText(value)));
+  SetText(QString::fromStdString(base::ShortNumberText(value)));
   if (onStep_) onStep_(text());
   selectAll();
 }
 
-// Chinese input methods produce full-width digits and signs, which count like the plain ones.
-QValidator::State NumberEdit::validate(QString& input, int&) const {
-  static const QRegularExpression whole(QStringLiteral("^\\s*[-+－＋]?[0-9０-９]*\\s*$"));
-  static const QRegularExpression broken(QStringLiteral("^\\s*[-+－＋]?[0-9０-９]*[.．。]?[0-9０-９]*\\s*$"));
-  const QRegularExpression& shape = content_ == controls::Content::Integer ? whole : broken;
-  return shape.match(input).hasMatch() ? QValidator::Acceptable : QValidator::Invalid;
-}
+// Any text can be typed. The record refuses what it cannot read, and says why.
+QValidator::State NumberEdit::validate(QString&, int&) const { return QValidator::Acceptable; }
 
 QAbstractSpinBox::StepEnabled NumberEdit::stepEnabled() const {
   const double value = base::LeadingNumber(Bytes(text()));

@@ -10,13 +10,13 @@
 
 namespace quillon::ui {
 
-// A box for one number, with arrows. It accepts any text that a number can be typed from, and leaves parsing and limits
-// to the record; only the arrows stop at the limits.
+// A box for one number, with arrows. It accepts any text, and leaves parsing and limits to the record; only the arrows
+// stop at the limits.
 class NumberEdit : public QAbstractSpinBox {
   Q_OBJECT
 
  public:
-  explicit NumberEdit(controls::Content content, QWidget* parent = nullptr);
+  explicit NumberEdit(QWidget* parent = nullptr);
 
   QString Text() const { return text(); }
   // Shows a text of the record, which counts as sent.
@@ -38,7 +38,6 @@ class NumberEdit : public QAbstractSpinBox {
   void wheelEvent(QWheelEvent* event) override;
 
  private:
-  controls::Content content_;
   controls::Limits limits_;
   QString sent_;  // text that the record last set; QLineEdit loses its own modified flag at Enter
   std::function<void(const QString&)> onStep_;
