@@ -120,8 +120,6 @@ Status CutThroughBitmap(CutFile& file) {
 
 bool EndsFile(const Status& failure) { return failure.DiskFull() || failure.GetProblem() == host::Problem::Stopped; }
 
-bool NothingToCut(const CutFile& file) { return !NothingToCutText(file.rect, {file.W, file.H}).empty(); }
-
 Step FailNothingToCut(CutFile& file) {
   if (!file.measured) return Fail(file, file.measured);
   return Fail(file, NothingToCutText(file.rect, {file.W, file.H}));

@@ -131,6 +131,7 @@ Step PassOverSmall(CutFile& file) {
 }
 
 Step KeepPages(CutFile& file) {
+  if (!CanHoldSeveral(file.format)) return Step::Next;
   PagesOfFile pages;
   const host::Status counted = CountPages(file.program.images, file.listedPath, file.format, pages);
   const bool replaced = file.settings.over && !file.settings.split;

@@ -49,7 +49,7 @@ bool OnlyOwnDpi(const CutFile& file);
 imaging::CropRequest FileCrop(const CutFile& file);
 // Returns whether the rectangle holds no pixel of the picture: it has no area, or it is wholly outside. What is outside
 // cannot be said of a picture that could not be measured.
-bool NothingToCut(const CutFile& file);
+inline bool NothingToCut(const CutFile& file) { return !NothingToCutText(file.rect, {file.W, file.H}).empty(); }
 // Fails such a file. The reason is that of the measurement, if the source could not be measured.
 Step FailNothingToCut(CutFile& file);
 // Returns whether another way to the same output would fail too: the disk is full or unresponsive, or the run is

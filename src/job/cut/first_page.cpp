@@ -7,8 +7,6 @@ namespace {
 
 using imaging::Format;
 
-bool CanHoldSeveral(Format format) { return format == Format::Gif || format == Format::Png || format == Format::Tiff; }
-
 // "源文件有 8 页" or "源文件有 8 帧".
 std::string CountText(const PagesOfFile& pages) {
   return "源文件有 " + std::to_string(pages.count) + (pages.format == Format::Tiff ? " 页" : " 帧");

@@ -9,6 +9,12 @@
 
 namespace quillon::job {
 
+// Returns whether files of this format can have several pages or frames.
+inline bool CanHoldSeveral(imaging::Format format) {
+  using imaging::Format;
+  return format == Format::Gif || format == Format::Png || format == Format::Tiff;
+}
+
 // The pages or frames of a picture file. A cut of this program reads the first one alone.
 struct PagesOfFile {
   imaging::Format format = imaging::Format::Unknown;
@@ -22,8 +28,8 @@ struct PagesOfFile {
   std::string Refusal() const;
 };
 
-// Counts the pages of a picture that ImageInfo has measured. Only gif, png and tif can have several; for others no file
-// is read. Fails if the file cannot be read. If its structure is damaged, the count is 1: the cut reports the damage.
+// Counts the pages of a picture whose format ImageInfo has found. Unless the format can hold several, no file is read.
+// Fails if the file cannot be read. If its structure is damaged, the count is 1: the cut reports the damage.
 host::Status CountPages(imaging::Services& images, const std::string& path, imaging::Format format, PagesOfFile& pages);
 
 }  // namespace quillon::job
