@@ -333,6 +333,15 @@ TEST_F(OutcomeColumn, CountsAgainWhenTheListChanges) {
   EXPECT_TRUE(Says(QStringLiteral("开始裁剪")));
 }
 
+TEST_F(OutcomeColumn, SortsByThePixelsOfTheResult) {
+  Open();
+  auto* list = ui_.Find<QTableView>(ui_.program.form1.MSF);
+  list->sortByColumn(model().OutcomeColumn(), Qt::AscendingOrder);
+  EXPECT_EQ(At(0, Qt::DisplayRole).toString(), QStringLiteral("40×30"));
+  list->sortByColumn(model().OutcomeColumn(), Qt::DescendingOrder);
+  EXPECT_EQ(At(0, Qt::DisplayRole).toString(), QStringLiteral("400×300"));
+}
+
 TEST_F(OutcomeColumn, LeavesManualRunsToTheHand) {
   ui_.program.flags.ManualCutMode = true;
   ui_.program.fBaseOpt.ChInvert.UserEdit("1");

@@ -3,6 +3,8 @@
 #include "ui/main/file_list_model.h"
 
 #include <QApplication>
+#include <cstdint>
+#include <optional>
 #include <utility>
 
 #include "base/path_text.h"
@@ -24,6 +26,11 @@ QString ResultText(const job::FileRow& row) {
   if (!NotWritten(row)) return {};
   const QString mark = row.result == job::Result::Skipped ? QStringLiteral("– ") : QStringLiteral("✗ ");
   return mark + Shown(row.why);
+}
+
+// Returns the pixels of the finished file; 0 if there is none, or if it is not known.
+std::int64_t PixelsOf(const std::optional<job::CutOutcome>& outcome) {
+  return outcome ? std::int64_t{outcome->size.width} * outcome->size.height : 0;
 }
 
 QString SizeText(base::Size size) { return QStringLiteral("%1×%2").arg(size.width).arg(size.height); }
@@ -57,10 +64,11 @@ void FileListModel::ShowThumbnails() {
   if (rowCount() > 0) emit dataChanged(index(0, 0), index(rowCount() - 1, 0), {Qt::DecorationRole});
 }
 
-// Names in natural order, numbers by their values; results by kind and then by reason.
+// Names in natural order, numbers by their values, sizes by their pixels; results by kind and then by reason.
 bool FileListModel::Precedes(std::size_t row, std::size_t other, int column) const {
   const job::FileRow& a = files_.Row(row);
   const job::FileRow& b = files_.Row(other);
+  if (column == OutcomeColumn()) return PixelsOf(foreseen_.Of(row)) < PixelsOf(foreseen_.Of(other));
   if (column == ResultColumn()) return std::pair(a.result, a.why) < std::pair(b.result, b.why);
   switch (column) {
     case 0:
