@@ -335,6 +335,7 @@ TEST_F(OutcomeColumn, CountsAgainWhenTheListChanges) {
 
 TEST_F(OutcomeColumn, SortsByThePixelsOfTheResult) {
   Open();
+  ASSERT_TRUE(QTest::qWaitFor([&] { return At(0, Qt::DisplayRole).toString() == QStringLiteral("400×300"); }));
   auto* list = ui_.Find<QTableView>(ui_.program.form1.MSF);
   list->sortByColumn(model().OutcomeColumn(), Qt::AscendingOrder);
   EXPECT_EQ(At(0, Qt::DisplayRole).toString(), QStringLiteral("40×30"));

@@ -22,10 +22,10 @@ class ReplacedOutputTest : public CutTest {
   std::string InTrash(const std::string& name) const { return world.folder.Read("data/Trash/files/" + name); }
   bool TrashUsed() const { return world.folder.Exists("data/Trash"); }
   void NoTrash() {
-    world.faults.Set({.call = host::testing::DiskCall::RenameNew,
-                      .error = EACCES,
-                      .length = host::testing::Fault::Length::ForEver,
-                      .pathHolds = "out/a.jpg"});
+    for (const host::testing::DiskCall call : {host::testing::DiskCall::Link, host::testing::DiskCall::RenameNew}) {
+      world.faults.Set(
+          {.call = call, .error = EACCES, .length = host::testing::Fault::Length::ForEver, .pathHolds = "out/a.jpg"});
+    }
   }
 };
 

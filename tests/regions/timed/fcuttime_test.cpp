@@ -599,10 +599,10 @@ TEST_F(CutTimeTest, TheOriginalOfACutInPlaceGoesToTheTrash) {
 TEST_F(CutTimeTest, WithoutATrashNoOriginalIsReplaced) {
   Make("a.bmp", 100, 80);
   const std::string original = world.folder.Read("in/a.bmp");
-  world.faults.Set({.call = host::testing::DiskCall::RenameNew,
-                    .error = EACCES,
-                    .length = host::testing::Fault::Length::ForEver,
-                    .pathHolds = "in/a.bmp"});
+  for (const host::testing::DiskCall call : {host::testing::DiskCall::Link, host::testing::DiskCall::RenameNew}) {
+    world.faults.Set(
+        {.call = call, .error = EACCES, .length = host::testing::Fault::Length::ForEver, .pathHolds = "in/a.bmp"});
+  }
   WatchUntil([&] { return !recorder.done.empty(); });
   EXPECT_TRUE(world.folder.Read("in/a.bmp") == original);
   EXPECT_EQ(recorder.done.at(0).result, job::Result::None);
