@@ -27,7 +27,6 @@ namespace quillon::imaging {
 namespace {
 
 using host::Problem;
-using vips::VImage;
 
 constexpr int kMostShrink = 8;  // largest reduction that a JPEG can be decoded with
 
