@@ -139,7 +139,9 @@ void FolderRun::ReportStanding(const std::string& path) {
 std::optional<RunLedger::Origin> FolderRun::OriginOf(const std::string& output) {
   std::string source = journal_.SourceOf(output);
   if (source.empty()) return std::nullopt;
-  return RunLedger::Origin{.source = std::move(source), .counted = !journal_.IsPartial(output)};
+  return RunLedger::Origin{.source = std::move(source),
+                           .counted = !journal_.IsPartial(output),
+                           .stamp = journal_.StampOfOutput(output)};
 }
 
 bool FolderRun::IsResult(const std::string& path) {

@@ -20,6 +20,7 @@ using host::FileStamp;
 constexpr const char* kBegun = "begun";
 constexpr const char* kDone = "done";
 constexpr const char* kFrom = "from";
+constexpr const char* kStamp = "stamp";
 constexpr const char* kMeant = "meant";
 constexpr const char* kEnded = "ended";
 constexpr const char* kPartial = "partial";
@@ -328,7 +329,7 @@ void RunJournal::Commit(const RunLedger& ledger) {
   for (const Made& one : made) {
     const auto stands = [&](const std::string& output) { return ledger.WroteFrom(output, one.source); };
     if (sameJob && one.complete && std::all_of(one.outputs.begin(), one.outputs.end(), stands)) {
-      WriteDown(one);
+      WriteDown(one, ledger);
     } else {
       WriteOrigins(one, ledger);
     }
@@ -340,12 +341,16 @@ void RunJournal::Commit(const RunLedger& ledger) {
 // source.
 void RunJournal::WriteOrigins(const Made& made, const RunLedger& ledger) {
   for (const std::string& output : made.outputs) {
-    if (output != made.source && ledger.WroteFrom(output, made.source)) WriteOrigin(made, output);
+    if (output == made.source || !ledger.WroteFrom(output, made.source)) continue;
+    if (const auto stamp = ledger.StampOfOutput(output)) WriteOrigin(made, output, *stamp);
   }
 }
 
-void RunJournal::WriteOrigin(const Made& made, const std::string& output) {
+void RunJournal::WriteOrigin(const Made& made, const std::string& output, const FileStamp& stamp) {
+  std::ostringstream text;
+  text << stamp;
   journal_->Set(output, kFrom, made.source);
+  journal_->Set(output, kStamp, text.str());
   if (IsPartial(output) == made.written) journal_->Set(output, kPartial, made.written ? "" : made.source);
 }
 
@@ -353,14 +358,15 @@ bool RunJournal::IsPartial(const std::string& output) const {
   return journal_ && !journal_->Get(output, kPartial).value_or("").empty();
 }
 
-void RunJournal::WriteDown(const Made& made) {
+// The stamps are those of the moment when the outputs were written: one that was changed since does not stand.
+void RunJournal::WriteDown(const Made& made, const RunLedger& ledger) {
   Done done{StampOf(*made.before), {}};
   for (const std::string& output : made.outputs) {
-    const auto facts = context_.host.files.Stat(output);
-    if (!facts) return;
-    done.outputs.emplace_back(StampOf(*facts), output);
+    const auto stamp = ledger.StampOfOutput(output);
+    if (!stamp || !context_.host.files.Stat(output)) return;
+    done.outputs.emplace_back(*stamp, output);
     if (output == made.source) continue;
-    WriteOrigin(made, output);
+    WriteOrigin(made, output, *stamp);
     if (IsMeant(output)) journal_->Set(output, kMeant, "");
   }
   journal_->Set(made.source, kDone, TextOf(done));
@@ -368,6 +374,10 @@ void RunJournal::WriteDown(const Made& made) {
 
 std::string RunJournal::SourceOf(const std::string& output) {
   return journal_ ? journal_->Get(output, kFrom).value_or("") : std::string();
+}
+
+std::optional<FileStamp> RunJournal::StampOfOutput(const std::string& output) {
+  return journal_ ? StampIn(output, kStamp) : std::nullopt;
 }
 
 void RunJournal::End(const RunLedger& ledger, bool complete) {

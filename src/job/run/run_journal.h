@@ -20,6 +20,7 @@
 //   begun  of a source: it is about to be overwritten; its stamp before that
 //   done   of a source: its stamp, and the stamps and paths of all its outputs
 //   from   of an output: its source
+//   stamp  of an output with an origin: its stamp when it was written
 //   partial
 //          of an output: its source counts as one without a result, because another of its outputs could not be made
 //   meant  of an output that is not finished: its source
@@ -95,8 +96,11 @@ class RunJournal {
   // failed, or the parameters have changed since the run started, the file does not count as done, and only the origins
   // of its outputs are recorded.
   void Commit(const RunLedger& ledger);
-  // Returns the source from which this job made output; "" if there is none.
+  // Returns the source from which this job made output; "" if there is none. Another file may have the name now; see
+  // StampOfOutput.
   std::string SourceOf(const std::string& output);
+  // Returns the stamp of an output with a source when it was written; nothing if it was not recorded.
+  std::optional<host::FileStamp> StampOfOutput(const std::string& output);
   // Returns whether the source of the output counts as one without a result, because another of its outputs could not
   // be made.
   bool IsPartial(const std::string& output) const;
@@ -142,9 +146,9 @@ class RunJournal {
   bool IsMeant(const std::string& output) const;
   std::size_t Intend(const std::string& source, const std::vector<std::string>& outputs);
   void Drop(const std::string& source, const Intent& intent);
-  void WriteDown(const Made& made);
+  void WriteDown(const Made& made, const RunLedger& ledger);
   void WriteOrigins(const Made& made, const RunLedger& ledger);
-  void WriteOrigin(const Made& made, const std::string& output);
+  void WriteOrigin(const Made& made, const std::string& output, const host::FileStamp& stamp);
 
   std::string DecisionJob(const std::string& files) const;
   std::string ListText() const;

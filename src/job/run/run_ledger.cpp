@@ -74,7 +74,8 @@ void RunLedger::Register(const std::string& output, const FileResult& result) {
     Revoke(output, *earlier, "输出文件与 " + base::DisplayText(result.source) + " 的同名，已被后者覆盖");
   }
   const std::size_t several = result.more.empty() ? 0 : results_;
-  outputs_[output] = {result.row, result.source, several, result.result == Result::Written};
+  outputs_[output] = {result.row, result.source, several, result.result == Result::Written,
+                      host::StampOf(context_.host.files, output)};
 }
 
 void RunLedger::ShowResult(const FileResult& result) {
@@ -108,6 +109,11 @@ std::string RunLedger::SourceOf(const std::string& output) const {
   return found == outputs_.end() ? std::string() : found->second.source;
 }
 
+std::optional<host::FileStamp> RunLedger::StampOfOutput(const std::string& output) const {
+  const auto found = outputs_.find(output);
+  return found == outputs_.end() ? std::nullopt : found->second.stamp;
+}
+
 bool RunLedger::WroteFrom(const std::string& output, const std::string& source) const {
   return SourceOf(output) == source;
 }
@@ -133,7 +139,11 @@ bool RunLedger::IsListed(const std::string& path) {
 
 bool RunLedger::IsForeign(const std::string& source, const std::string& output) const {
   const host::Files& files = context_.host.files;
-  return files.Stat(output) && !Find(output) && !files.SameFile(output, source);
+  const auto now = host::StampOf(files, output);
+  if (!now) return files.Stat(output) && !Find(output) && !files.SameFile(output, source);
+  if (files.SameFile(output, source)) return false;
+  const auto written = Find(output);
+  return !written || !written->stamp || !UnchangedOverMounts(*written->stamp, *now);
 }
 
 std::optional<std::string> RunLedger::PlaceFor(const std::string& source, const std::string& output) {

@@ -11,6 +11,7 @@
 #include <utility>
 #include <vector>
 
+#include "host/files/file_stamp.h"
 #include "host/files/files.h"
 #include "host/status.h"
 #include "job/run/discard_queue.h"
@@ -30,6 +31,7 @@ class RunLedger {
     std::string source;
     std::size_t several = 0;  // one number for all outputs of a result that has several; 0 if it has one
     bool counted = true;      // its source counts as written; false if another of its outputs could not be made
+    std::optional<host::FileStamp> stamp = std::nullopt;  // of the output when it was written, if known
   };
   // Returns the origin of an output of this run; nothing for any other file.
   using Recall = std::function<std::optional<Origin>(const std::string& output)>;
@@ -56,12 +58,14 @@ class RunLedger {
   // Returns true if this run has already made output from source and has not forgotten it. The file is then listed
   // twice.
   bool WroteFrom(const std::string& output, const std::string& source) const;
+  // Returns the stamp that an output of this run had when it was written; nothing if it was forgotten.
+  std::optional<host::FileStamp> StampOfOutput(const std::string& output) const;
   // Returns the source of an output of this run that was not forgotten; "" for any other file.
   std::string SourceOf(const std::string& output) const;
   // Returns true if the existing file at path is a source other than own.
   bool IsOtherSource(const std::string& path, const std::string& own);
-  // Returns true if the file at output is neither of this run nor the source itself: it goes to the trash if it is
-  // replaced (host::Files::ReplacedToTrash).
+  // Returns true if the file at output is neither the source itself nor a file that this run wrote and nobody has
+  // changed since: it goes to the trash if it is replaced (host::Files::ReplacedToTrash).
   bool IsForeign(const std::string& source, const std::string& output) const;
   // Returns the path under which the output of source is saved. Unless a foreign file has the name, that is output. A
   // foreign file is replaced, or kept beside an output of another name; nothing is returned if it is kept and source

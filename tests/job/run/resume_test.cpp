@@ -168,6 +168,29 @@ TEST_F(ResumeTest, WhatDoesNotStandAnyMoreIsDoneAgain) {
   EXPECT_EQ(Totals().skipped, 2u);
   EXPECT_EQ(SizeOf(first[2].output), (base::Size{30, 30}));
   EXPECT_EQ(SizeOf(first[1].output), (base::Size{20, 30}));
+  EXPECT_EQ(world.folder.Read("data/Trash/files/" + first[1].output.substr(outFolder.size() + 1)), "changed");
+}
+
+// A second source gets an output of the same name, before and after a checkpoint, with the same and other parameters.
+TEST_F(ResumeTest, AnOutputThatTheUserHasChangedGoesToTheTrash) {
+  for (int i = 0; i < 6; ++i) std::filesystem::remove(In(std::to_string(i) + ".png"));
+  for (const char* name : {"a/x.png", "b/x.png"}) Make(name, 40, 30);
+  for (const int pause : {0, 5}) {
+    for (const int margin : {0, 1}) {
+      SCOPED_TRACE(std::to_string(pause) + " s, margin " + std::to_string(margin));
+      recorder.done.clear();
+      recorder.onFileDone = [&](const FileResult&) {
+        world.clock.Advance(pause);
+        form.TCutValue[1].SetNumber(margin);
+        if (recorder.done.size() == 1) world.folder.Write("out/x.jpg", "changed");
+      };
+      Cut();
+      form.TCutValue[1].SetNumber(0);
+      EXPECT_EQ(world.folder.Read("data/Trash/files/x.jpg"), "changed");
+      std::filesystem::remove_all(world.folder.Path("data/Trash"));
+      std::filesystem::remove(Out("x.jpg"));
+    }
+  }
 }
 
 TEST_F(ResumeTest, OverwrittenSourcesAreNeverCutTwice) {
