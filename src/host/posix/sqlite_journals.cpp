@@ -110,10 +110,14 @@ std::string NameOf(const std::string& job) {
   return name;
 }
 
-void SweepOld(const std::string& folder) {
+// Removes journals that nobody has continued for a long time. Those of the job that is about to start stay, because it
+// may be continued now.
+void SweepOld(const std::string& folder, const std::string& job) {
+  const std::string own = NameOf(job) + kSeparator;
   std::error_code ignored;
   const auto now = fs::file_time_type::clock::now();
   for (const auto& entry : fs::directory_iterator(folder, ignored)) {
+    if (entry.path().filename().native().starts_with(own)) continue;
     if (now - entry.last_write_time(ignored) > kMaxAge) fs::remove(entry.path(), ignored);
   }
 }
@@ -160,7 +164,7 @@ std::unique_ptr<Journal> SqliteJournals::Open(const JobPart& part) {
   fs::create_directories(folder_, error);
   if (error) return nullptr;
   fs::permissions(folder_, fs::perms::owner_all, error);
-  SweepOld(folder_);
+  SweepOld(folder_, part.job);
   return OpenKept(PathOf(part), part.job);
 }
 

@@ -379,6 +379,16 @@ TEST_F(JournalsTest, OldOnesAreSwept) {
   EXPECT_EQ(folder.Names("journals").size(), 1u);
 }
 
+// Also one of another part of the job: a run that splits its files into another number of parts asks about it.
+TEST_F(JournalsTest, OldOnesOfTheJobThatStartsAreKept) {
+  for (const JobPart& part : {JobPart{"job"}, JobPart{"job", 1, 2}}) journals.Open(part)->Set("a", "k", "1");
+  const auto age = std::filesystem::file_time_type::clock::now() - std::chrono::hours(24 * 61);
+  for (const std::string& name : folder.Names("journals"))
+    std::filesystem::last_write_time(folder.Path("journals/" + name), age);
+  EXPECT_EQ(journals.Open({"job"})->Get("a", "k"), "1");
+  EXPECT_EQ(journals.Open({"job", 1, 2})->Get("a", "k"), "1");
+}
+
 TEST_F(JournalsTest, AScratchOneLastsAsLongAsItIsOpen) {
   const std::string path = folder.Path("scratch");
   const auto journal = posix::OpenScratchJournal(path);
