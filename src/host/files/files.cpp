@@ -222,6 +222,7 @@ Status KeepBackup(Files& files, const std::string& source, const SaveControl& co
     const DiskCalls::Scope scope(control.calls);
     const auto facts = files.Stat(source);
     if (const auto older = files.Stat(backup)) {
+      if (older->kind != FileKind::File) return {Problem::Denied, "同名的 .bak 不是普通文件，没有备份"};
       // Copies keep the modified time, so equal times and sizes mean that the backup is already there.
       if (facts && SameContent(*older, *facts)) return Status::Ok();
       if (Status moved = files.Discard(backup); !moved) return moved;

@@ -256,6 +256,15 @@ TEST_F(FileServices, AnOlderBackupGoesToTheTrash) {
   EXPECT_EQ(world.folder.Read("in.png.bak"), "again");
 }
 
+TEST_F(FileServices, AFolderOfTheNameOfABackupStays) {
+  WriteEverywhere(PhotoLike(60, 40, 3));
+  const std::string source = world.folder.Read("in.png");
+  world.folder.Write("in.png.bak/own.txt", "the user's own");
+  EXPECT_FALSE(services.CropToFile(Request("in.png", "in.png", {0, 0, 5, 5}, Encoder::Png)));
+  EXPECT_EQ(world.folder.Read("in.png.bak/own.txt"), "the user's own");
+  EXPECT_TRUE(world.folder.Read("in.png") == source);
+}
+
 TEST_F(FileServices, ASourceThatCannotBeKeptIsNotReplaced) {
   WriteEverywhere(PhotoLike(60, 40, 3));
   const std::string before = world.folder.Read("in.png");
