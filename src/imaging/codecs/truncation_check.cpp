@@ -197,7 +197,8 @@ TiffStorage StorageOf(const TiffTags& tags, const std::vector<TiffEntry>& direct
   return storage;
 }
 
-// Returns how many bytes of pixels one byte can stand for; 0 if there is no bound.
+// Returns how many bytes of pixels one byte can stand for; 0 if there is no bound worth checking: a byte of fax, JPEG,
+// WebP, LZMA or Zstandard data may stand for thousands of pixels.
 std::uint64_t MostPerByte(std::uint64_t compression) {
   switch (compression) {
     case 1:
@@ -220,10 +221,12 @@ bool CanTiffHold(Bytes& bytes, base::Size size) {
   if (!directory) return false;
   const TiffStorage storage = StorageOf(*tags, *directory);
   const std::uint64_t most = MostPerByte(storage.compression);
-  if (most == 0 || storage.ycc) return true;
+  if (most == 0) return true;
   // Readers estimate counts that are missing or wrong from the length of the file.
   const std::uint64_t held = std::max(storage.bytes, bytes.Size());
-  const std::uint64_t bits = std::min<std::uint64_t>(storage.bits, 64) * std::min<std::uint64_t>(storage.samples, 16);
+  // YCbCr: the colours may be stored for few pixels only, so the luminance alone counts.
+  const std::uint64_t samples = storage.ycc ? 1 : std::min<std::uint64_t>(storage.samples, 16);
+  const std::uint64_t bits = std::min<std::uint64_t>(storage.bits, 64) * samples;
   return PixelsOf(size) * bits / 8 / most <= held;
 }
 

@@ -86,12 +86,16 @@ class RgbaRows : public RowStream {
     }
     image_.req_orientation = image_.orientation;
     facts_.alpha = image_.alpha != 0;
-    raster_.resize(static_cast<std::size_t>(facts_.size.width) * static_cast<unsigned>(batch_));
-    facts_.held = static_cast<std::int64_t>(raster_.size()) * kRgbaBytes;
+    facts_.held = static_cast<std::int64_t>(RasterSize()) * kRgbaBytes;
     return Status::Ok();
   }
 
+  std::size_t RasterSize() const { return static_cast<std::size_t>(facts_.size.width) * static_cast<unsigned>(batch_); }
+
+  // Allocates at the first batch: until then the caller checks whether the file can hold the picture at all.
+
   Status ReadBatch() {
+    raster_.resize(RasterSize());
     const int rows = std::min(batch_, facts_.size.height - next_);
     image_.row_offset = next_;
     const bool read = TIFFRGBAImageGet(&image_, raster_.data(), static_cast<std::uint32_t>(facts_.size.width),

@@ -5,6 +5,7 @@
 #include <tiffio.h>
 
 #include "imaging/byte_text.h"
+#include "imaging/codecs/vips_loader.h"
 #include "imaging/pictures.h"
 
 namespace quillon::imaging::testing {
@@ -118,6 +119,13 @@ TEST_F(TiffKindsTest, YcbcrWithoutSubsampling) {
   const Kind kind{.photometric = PHOTOMETRIC_YCBCR, .subsampling = 1};
   const Sheet read = PixelsOf(Load(Strips("a.tif", kind, {76, 85, 255})));
   EXPECT_LE(Difference(read, Plain(kWidth, kHeight, {254, 0, 0})), 2);
+}
+
+TEST_F(TiffKindsTest, YcbcrHoldsNotMoreThanItsBytes) {
+  Strips("a.tif", {.photometric = PHOTOMETRIC_YCBCR, .subsampling = 2}, {120, 120, 120, 120, 128, 128});
+  MemoryBytes bytes(world.folder.Read("a.tif"));
+  EXPECT_TRUE(CanHold(Format::Tiff, bytes, {kWidth, kHeight}));
+  EXPECT_FALSE(CanHold(Format::Tiff, bytes, {20'000, 20'000}));
 }
 
 TEST_F(TiffKindsTest, BitsThatCannotBeReadAreNamedInTheReason) {
