@@ -121,7 +121,8 @@ std::int64_t JpegReader::BytesHeld(int widthWritten) const {
 // libjpeg calls this for every row of blocks and every row of pixels.
 void JpegReader::CheckScan() {
   if (stop_.stop_requested()) errors_.Fail(Problem::Stopped, "已停止");
-  if (decoder_.input_scan_number > scansMax_) errors_.Fail(Problem::Damaged, "图片数据已损坏：扫描次数过多");
+  // The file may be valid. It is no Problem::Unsupported, which would let another decoder read it without a bound.
+  if (decoder_.input_scan_number > scansMax_) errors_.Fail(Problem::Damaged, "不支持的格式：扫描次数过多的 JPEG");
 }
 
 void JpegReader::ChooseOutput(J_COLOR_SPACE colours, int shrink) {

@@ -594,7 +594,9 @@ TEST_F(JpegCutTest, TooManyScans) {
   const std::string body = bytes.substr(scan, bytes.size() - 2 - scan);
   std::string many = bytes.substr(0, scan);
   for (int i = 0; i < 300; ++i) many += body;
-  EXPECT_EQ(Cut(many + "\xFF\xD9", {0, 0, 8, 8}).GetProblem(), Problem::Damaged);
+  const Status status = Cut(many + "\xFF\xD9", {0, 0, 8, 8});
+  EXPECT_EQ(status.GetProblem(), Problem::Damaged);
+  EXPECT_EQ(status.Why(), "不支持的格式：扫描次数过多的 JPEG");
 }
 
 // --- Hooks
