@@ -18,7 +18,7 @@ inline constexpr const char* kTornKey = "torn";
 
 // Persistent records about the files of one job, so that an interrupted job can be resumed after a restart. Each record
 // is a value for a file and a key; all three are arbitrary bytes.
-// Nothing here fails or throws: a record that cannot be stored is lost, and the job merely cannot be resumed there.
+// Nothing here throws. A record that cannot be stored is lost, and Commit reports it.
 class Journal {
  public:
   virtual ~Journal() = default;
@@ -31,8 +31,9 @@ class Journal {
   virtual std::size_t Count(const std::string& key) = 0;
   // Calls visit for each of those files, in no particular order.
   virtual void Each(const std::string& key, const std::function<void(const std::string& file)>& visit) = 0;
-  // Flushes: once it returns, all values set so far survive a crash of the program and of the machine.
-  virtual void Commit() = 0;
+  // Flushes: once it returns true, all values set since the last Commit survive a crash of the program and of the
+  // machine. Returns false if one of them could not be stored.
+  virtual bool Commit() = 0;
   // Deletes all records.
   virtual void Clear() = 0;
   // Deletes the journal from disk because its job is done. Call at most once; the object must not be used afterwards.

@@ -22,10 +22,10 @@ class WorkerJournals::Kept final : public host::Journal {
   void Each(const std::string& key, const std::function<void(const std::string& file)>& visit) override {
     journal_->Each(key, visit);
   }
-  void Commit() override { journal_->Commit(); }
+  bool Commit() override { return journal_->Commit(); }
   void Clear() override { journal_->Clear(); }
   void Remove() override {
-    journal_->Commit();
+    static_cast<void>(journal_->Commit());
     journal_.reset();
     owner_.done_.insert(part_);
     owner_.reporter_.JournalDone(part_);

@@ -7,6 +7,7 @@
 #include <cstdint>
 #include <filesystem>
 #include <sstream>
+#include <utility>
 
 #include "base/path_text.h"
 #include "host/posix/environment.h"
@@ -29,7 +30,7 @@ class SqliteJournal final : public Journal {
   }
   // An empty journal leaves no file.
   ~SqliteJournal() override {
-    Commit();
+    static_cast<void>(Commit());
     if (database_ && Empty()) Remove();
   }
 
@@ -41,12 +42,19 @@ class SqliteJournal final : public Journal {
   }
 
   void Set(const std::string& file, const std::string& key, const std::string& value) override {
-    if (!set_) return;
-    if (sqlite3_get_autocommit(Raw()) != 0) Run(Raw(), "BEGIN");
+    if (!set_) {
+      stored_ = false;
+      return;
+    }
+    if (sqlite3_get_autocommit(Raw()) != 0) {
+      // Values of a transaction that SQLite has rolled back are lost.
+      if (std::exchange(pending_, true)) stored_ = false;
+      if (!Run(Raw(), "BEGIN")) stored_ = false;
+    }
     Bind(set_.get(), 1, file);
     Bind(set_.get(), 2, key);
     Bind(set_.get(), 3, value);
-    sqlite3_step(set_.get());
+    if (sqlite3_step(set_.get()) != SQLITE_DONE) stored_ = false;
     sqlite3_reset(set_.get());
   }
 
@@ -67,8 +75,11 @@ class SqliteJournal final : public Journal {
     while (sqlite3_step(each.get()) == SQLITE_ROW) visit(BlobAt(each.get(), 0));
   }
 
-  void Commit() override {
-    if (database_ && sqlite3_get_autocommit(Raw()) == 0) Run(Raw(), "COMMIT");
+  bool Commit() override {
+    if (database_ && std::exchange(pending_, false)) {
+      if (sqlite3_get_autocommit(Raw()) != 0 || !Run(Raw(), "COMMIT")) stored_ = false;
+    }
+    return std::exchange(stored_, true);
   }
 
   void Clear() override { Run(Raw(), "DELETE FROM record"); }
@@ -80,7 +91,7 @@ class SqliteJournal final : public Journal {
   // The file is removed while its lock is still held. A process that waits for the lock notices the removal and creates
   // another file.
   void Remove() override {
-    Commit();
+    static_cast<void>(Commit());
     std::error_code ignored;
     fs::remove(path_ + "-journal", ignored);
     fs::remove(path_, ignored);
@@ -98,6 +109,8 @@ class SqliteJournal final : public Journal {
   Statement get_;
   Statement set_;
   Statement count_;
+  bool pending_ = false;  // values were set since the last Commit
+  bool stored_ = true;    // all of them could be stored so far
 };
 
 // Returns a short file name for the text of a job. The text itself is stored in the database, in case two jobs get the

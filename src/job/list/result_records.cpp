@@ -36,7 +36,7 @@ ResultRecords::ResultRecords(const RunContext& context) : context_(context), rea
 }
 
 ResultRecords::~ResultRecords() {
-  if (journal_) journal_->Commit();
+  if (journal_) static_cast<void>(journal_->Commit());
 }
 
 void ResultRecords::Note(const FileResult& result) {
@@ -45,7 +45,7 @@ void ResultRecords::Note(const FileResult& result) {
   for (const std::string& output : result.more) NoteOutput(output);
   const double now = context_.host.clock.Seconds();
   if (now - committedAt_ < kSecondsPerCommit) return;
-  journal_->Commit();
+  static_cast<void>(journal_->Commit());
   committedAt_ = now;
 }
 

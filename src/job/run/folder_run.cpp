@@ -18,6 +18,8 @@ constexpr double kSecondsPerCheckPoint = 2;
 // Far more than a walk plans for measuring.
 constexpr std::size_t kRememberedSizes = 1000;
 
+constexpr const char* kUnrecorded = "无法写入这项任务的记录（磁盘可能已满），没有覆盖原图，已停止";
+
 // While it exists, the image services remember few sizes, because a walk visits each file only once.
 class FewSizes {
  public:
@@ -139,9 +141,8 @@ void FolderRun::ReportStanding(const std::string& path) {
 std::optional<RunLedger::Origin> FolderRun::OriginOf(const std::string& output) {
   std::string source = journal_.SourceOf(output);
   if (source.empty()) return std::nullopt;
-  return RunLedger::Origin{.source = std::move(source),
-                           .counted = !journal_.IsPartial(output),
-                           .stamp = journal_.StampOfOutput(output)};
+  return RunLedger::Origin{
+      .source = std::move(source), .counted = !journal_.IsPartial(output), .stamp = journal_.StampOfOutput(output)};
 }
 
 bool FolderRun::IsResult(const std::string& path) {
@@ -163,14 +164,26 @@ void FolderRun::Handle(const FileWalk& walk, const std::string& path) {
     next.insert(next.begin(), path);
     driver_.Prefetch(next);
   }
-  journal_.Begun(path, walk.Upcoming(RunJournal::kIntendedAtOnce), [this](const std::string& source) {
-    return rule_.leftOut.empty() ? driver_.Outputs(source) : std::vector<std::string>();
-  });
+  const bool recorded =
+      journal_.Begun(path, walk.Upcoming(RunJournal::kIntendedAtOnce), [this](const std::string& source) {
+        return rule_.leftOut.empty() ? driver_.Outputs(source) : std::vector<std::string>();
+      });
+  if (!recorded && context_.window.Overwrites()) {
+    StopUnrecorded(path);
+    return;
+  }
   DiscardStaleOutputs(path);
   std::vector<FileResult> results;
   driver_.Cut({0, path, number_}, [&](FileResult result) { results.push_back(std::move(result)); });
   journal_.Ended(path, results);
   for (const FileResult& result : results) ledger_.Add(result);
+}
+
+// A run that is broken off later would cut the source again if it were replaced now.
+void FolderRun::StopUnrecorded(const std::string& path) {
+  ledger_.Add({0, path, "", Result::None, kUnrecorded});
+  context_.flags.StopRequested = true;
+  context_.Ask(kUnrecorded);
 }
 
 // Commits what is synced and drops it from memory.

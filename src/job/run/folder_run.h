@@ -45,6 +45,8 @@ class FolderRun {
   // Returns whether path is a result that the walk has found.
   bool IsResult(const std::string& path);
   void DiscardStaleOutputs(const std::string& source);
+  // Ends the run before path, whose record could not be stored, is overwritten.
+  void StopUnrecorded(const std::string& path);
   void CheckPoint();
   void ReportCount(const FileCount& count);
   // Returns whether path, which exists, is a file that this walk visits.

@@ -27,6 +27,10 @@ constexpr const char* kPartial = "partial";
 
 constexpr const char* kInUse = "这项任务正由另一个程序处理，或者它的记录现在无法读取，请稍后再试";
 
+constexpr const char* kNoRecords =
+    "无法读写这项任务的记录：如果上次没有做完，或者这次中断，已覆盖的原文件会再裁一次。要处理吗？"
+    "\r\n是——处理\r\n否——不处理";
+
 // A done record. Its text has the stamp of the source, and for each output its stamp and path, ended by a zero byte.
 struct Done {
   FileStamp source;
@@ -88,7 +92,7 @@ bool RunJournal::BeginFolder() {
   // The own journal is opened first, so that of two runs that start together at least one sees the other.
   if (!OpenOwn()) return false;
   if (context_.journals && !NoConflictingSplit()) return false;
-  if (!journal_) return true;
+  if (!journal_) return !context_.journals || !context_.window.Overwrites() || AskWithoutRecords();
   if (context_.flags.ManualCutMode) AdoptDecisions();
   if (context_.recovering && !StopsForTorn()) return true;
   if (!Empty()) return AskToResume(FolderQuestion());
@@ -111,6 +115,11 @@ bool RunJournal::OpenOwn() {
 bool RunJournal::StopsForTorn() const { return Torn() && context_.window.Overwrites(); }
 
 bool RunJournal::Torn() const { return !journal_->Get("", host::kTornKey).value_or("").empty(); }
+
+// A run that is broken off, now or before, could not be continued: its overwritten sources would be cut again.
+bool RunJournal::AskWithoutRecords() {
+  return context_.Ask(kNoRecords, host::kYesNoQuestion + host::kSecondIsDefault) == host::Reply::Yes;
+}
 
 // Returns false if the user wants no run.
 bool RunJournal::AskToResume(const std::string& question) {
@@ -245,19 +254,19 @@ std::string RunJournal::MadeOf(const std::string& path) {
   return journal_->Get(path, kMeant).value_or("");
 }
 
-void RunJournal::Begun(const std::string& source, const std::vector<std::string>& next, const Foreseen& foreseen) {
-  if (!journal_) return;
+bool RunJournal::Begun(const std::string& source, const std::vector<std::string>& next, const Foreseen& foreseen) {
+  if (!journal_) return true;
   before_ = context_.host.files.Stat(source);
-  if (intended_.contains(source)) return;
+  if (intended_.contains(source)) return true;
   intended_.clear();
   std::size_t names = Intend(source, foreseen(source));
-  if (names == 0) return;
+  if (names == 0) return true;
   for (const std::string& path : next) {
     if (names >= kIntendedAtOnce) break;
     // Results of an earlier part of the job are not handled again.
     if (!Stands(path) && MadeOf(path).empty()) names += Intend(path, foreseen(path));
   }
-  journal_->Commit();
+  return journal_->Commit();
 }
 
 bool RunJournal::IsMeant(const std::string& output) const {
@@ -334,7 +343,8 @@ void RunJournal::Commit(const RunLedger& ledger) {
       WriteOrigins(one, ledger);
     }
   }
-  journal_->Commit();
+  // Without these records the files are merely handled again: of an overwritten source, Begun has recorded enough.
+  static_cast<void>(journal_->Commit());
 }
 
 // The ledger forgets these outputs. Their origins are kept, so that it never discards them as stale outputs of another

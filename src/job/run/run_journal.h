@@ -39,7 +39,8 @@
 // A resumed run calls Stands for each file. It returns true if the outputs of the done record are unchanged and the
 // source is still the file they were made from. Files are compared by size and time of modification, and by inode or
 // time of change, because some disks give their files new numbers at each mount. A completed job removes its journal.
-// If no journal can be kept, nothing is remembered and no run can be resumed.
+// If no journal can be kept, nothing is remembered and no run can be resumed: a run that overwrites its sources asks
+// before it starts, and one whose journal cannot be written any more stops before it replaces the next source.
 //
 // A decision is committed as soon as the user has made it, and is applied again while the source is unchanged. A run
 // over the list keeps a journal only if the user decides by hand, and stores only the decisions in it. Two such jobs
@@ -86,8 +87,8 @@ class RunJournal {
   // "".
   std::string MadeOf(const std::string& path);
   // Call before source is handled; next are the sources that follow it. Records what could not be recognised
-  // afterwards: an overwritten source, and a result among the sources.
-  void Begun(const std::string& source, const std::vector<std::string>& next, const Foreseen& foreseen);
+  // afterwards: an overwritten source, and a result among the sources. Returns false if the record is not on disk.
+  bool Begun(const std::string& source, const std::vector<std::string>& next, const Foreseen& foreseen);
   // Returns the outputs that an earlier part made from a source, after Begun.
   std::vector<std::string> StaleOutputs(const std::string& source) const;
   // Call after source was handled, with all its results.
@@ -139,6 +140,7 @@ class RunJournal {
   bool Empty();
   bool Torn() const;
   bool StopsForTorn() const;
+  bool AskWithoutRecords();
   bool AskToResume(const std::string& question);
   std::string Interrupted(const std::string& unfinished) const;
   std::size_t CountDone();

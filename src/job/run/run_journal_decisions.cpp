@@ -74,7 +74,7 @@ void RunJournal::AdoptDecisions() {
       if (const auto value = journal->Get(source, key)) journal_->Set(source, key, *value);
     }
   });
-  journal_->Commit();
+  static_cast<void>(journal_->Commit());
   journal->Remove();
 }
 
@@ -126,13 +126,13 @@ void RunJournal::StoreDecision(const std::string& source, const std::string& dec
   if (!journal_) return;
   WriteStamp(source, kBefore);
   journal_->Set(source, kDecision, decision);
-  journal_->Commit();
+  static_cast<void>(journal_->Commit());
 }
 
 void RunJournal::NoteDecidedCut(const std::string& source) {
   if (std::exchange(decided_, {}) != source || !journal_) return;
   WriteStamp(source, kAfter);
-  journal_->Commit();
+  static_cast<void>(journal_->Commit());
 }
 
 }  // namespace quillon::job

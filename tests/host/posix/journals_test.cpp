@@ -181,6 +181,27 @@ TEST_F(JournalsTest, WhatWasCommittedSurvivesAKill) {
   EXPECT_EQ(journal->Get("b", "k"), std::nullopt);
 }
 
+// Also for a transaction that is larger than what SQLite keeps in memory, a part of which is written before the commit.
+TEST_F(JournalsTest, ACommitThatFailsIsReported) {
+  for (const int values : {1, 60'000}) {
+    SCOPED_TRACE(values);
+    const pid_t child = fork();
+    if (child == 0) {
+      const auto journal = journals.Open({"job"});
+      journal->Set("a", "k", "1");
+      const bool before = journal->Commit();
+      signal(SIGXFSZ, SIG_IGN);
+      const rlimit none{1, RLIM_INFINITY};
+      setrlimit(RLIMIT_FSIZE, &none);
+      for (int i = 0; i < values; ++i) journal->Set("/folder/" + std::to_string(i), "k", "2");
+      _exit(before && !journal->Commit() ? 0 : 1);
+    }
+    int status = -1;
+    waitpid(child, &status, 0);
+    EXPECT_EQ(status, 0);
+  }
+}
+
 // --- Damaged files.
 
 class TornJournalsTest : public JournalsTest {

@@ -133,5 +133,82 @@ TEST_F(TornResumeTest, ARunThatOverwritesNothingGoesOn) {
   EXPECT_EQ(Totals().skipped, 2u);
 }
 
+// --- A journal that cannot be kept.
+
+// Journals whose values cannot be stored, as on a full disk, after so many commits.
+class FullJournals final : public host::Journals {
+ public:
+  FullJournals(host::Journals& journals, int commits) : journals_(journals), commits_(commits) {}
+
+  std::unique_ptr<host::Journal> Open(const host::JobPart& part) override {
+    auto journal = journals_.Open(part);
+    return journal ? std::make_unique<One>(std::move(journal), commits_) : nullptr;
+  }
+  std::optional<host::JobPart> FindUnfinished(const std::string& job, const Wanted& wanted) override {
+    return journals_.FindUnfinished(job, wanted);
+  }
+  bool Forget(const std::string& job, const Wanted& wanted) override { return journals_.Forget(job, wanted); }
+
+ private:
+  class One final : public host::Journal {
+   public:
+    One(std::unique_ptr<host::Journal> journal, int& commits) : journal_(std::move(journal)), commits_(commits) {}
+    std::optional<std::string> Get(const std::string& file, const std::string& key) override {
+      return journal_->Get(file, key);
+    }
+    void Set(const std::string& file, const std::string& key, const std::string& value) override {
+      journal_->Set(file, key, value);
+    }
+    std::size_t Count(const std::string& key) override { return journal_->Count(key); }
+    void Each(const std::string& key, const std::function<void(const std::string& file)>& visit) override {
+      journal_->Each(key, visit);
+    }
+    bool Commit() override { return journal_->Commit() && commits_-- > 0; }
+    void Clear() override { journal_->Clear(); }
+    void Remove() override { journal_->Remove(); }
+
+   private:
+    std::unique_ptr<host::Journal> journal_;
+    int& commits_;
+  };
+
+  host::Journals& journals_;
+  int commits_;
+};
+
+TEST_F(ResumeTest, NoSourceIsReplacedWhoseRecordCannotBeStored) {
+  FullJournals full(journals, 0);
+  program.journals = &full;
+  Put("ChOver", "1");
+  Cut();
+  EXPECT_TRUE(Totals().stopped);
+  EXPECT_EQ(Totals().written, 0u) << Results();
+  ASSERT_EQ(recorder.done.size(), 1u);
+  EXPECT_EQ(recorder.done[0].why, "无法写入这项任务的记录（磁盘可能已满），没有覆盖原图，已停止");
+  EXPECT_EQ(world.boxes.Count(recorder.done[0].why), 1);
+  for (int i = 0; i < 6; ++i) EXPECT_EQ(SizeOf(In(std::to_string(i) + ".png")), (base::Size{40, 30})) << i;
+}
+
+TEST_F(ResumeTest, ARunThatOverwritesNothingGoesOnWithoutRecords) {
+  FullJournals full(journals, 0);
+  program.journals = &full;
+  Cut();
+  EXPECT_EQ(Totals().written, 6u) << Results();
+}
+
+TEST_F(ResumeTest, ARunThatOverwritesAsksIfNoJournalCanBeKept) {
+  constexpr const char* kNoRecords = "无法读写这项任务的记录";
+  host::posix::SqliteJournals nowhere(world.folder.Path("in/0.png/below"));
+  program.journals = &nowhere;
+  Put("ChOver", "1");
+  Cut();  // nobody answers
+  EXPECT_TRUE(recorder.done.empty());
+  EXPECT_EQ(world.boxes.Count(kNoRecords), 1);
+  EXPECT_EQ(world.boxes.All().at(0).box.type, 36 + host::kSecondIsDefault);
+  world.boxes.Answer(kNoRecords, Reply::Yes, 1);
+  Cut();
+  EXPECT_EQ(Totals().written, 6u) << Results();
+}
+
 }  // namespace
 }  // namespace quillon::job

@@ -58,7 +58,7 @@ class MemoryJournals final : public host::Journals {
         if (place.second == key) visit(place.first);
       }
     }
-    void Commit() override {}
+    bool Commit() override { return true; }
     void Clear() override { values_.clear(); }
     void Remove() override { values_.clear(); }
 
