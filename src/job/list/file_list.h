@@ -10,7 +10,6 @@
 
 #include "base/rect.h"
 #include "controls/grid.h"
-#include "host/files/file_stamp.h"
 #include "job/settings/run_report.h"
 
 namespace quillon::job {
@@ -29,7 +28,6 @@ struct FileRow {
   std::uint64_t bytes = 0;
   std::uint64_t newBytes = 0;  // of the output, 0 before
   int pages = 0;               // 0 for a plain image
-  host::FileId id = {};        // both numbers are 0 if unknown
   Reached reached = Reached::ByFolders;
   Result result = Result::Written;
   std::string why;  // why the last run gave no output

@@ -114,7 +114,10 @@ void ListRun::HandleRow(std::size_t row) {
   context_.window.SelectRow(row);
   driver_.PrefetchFrom(row);
   if (context_.observer) context_.observer->FileBegun(file.path);
-  driver_.Cut(file, [this](const FileResult& result) {
+  const bool overwrites = context_.window.Overwrites();
+  const auto before = overwrites ? host::StampOf(context_.host.files, file.path) : std::nullopt;
+  driver_.Cut(file, [&](const FileResult& result) {
+    if (overwrites && result.result == Result::Written) NoteReplaced(file, before);
     ledger_.Add(result);
     if (results_.Kept()) results_.Note(result);
   });
@@ -124,12 +127,19 @@ std::string ListRun::WhyNotReplaced(std::size_t row) {
   if (!context_.window.Overwrites()) return {};
   const FileRow& file = context_.files.Row(row - 1);
   if (file.reached == Reached::ByFolderLink) return kBeyondLink;
-  if (file.id == host::FileId{}) return {};
-  const auto [first, isFirst] = replaced_.emplace(file.id, row);
-  const std::string name = context_.files.Row(first->second - 1).Path();
+  const auto now = host::StampOf(context_.host.files, file.Path());
+  const auto first = now ? replaced_.find({now->device, now->inode}) : replaced_.end();
+  if (first == replaced_.end() || !SameContent(first->second.stamp, *now)) return {};
+  const std::string name = context_.files.Row(first->second.row - 1).Path();
   // The driver detects a name that is listed twice.
-  if (isFirst || name == file.Path()) return {};
+  if (name == file.Path()) return {};
   return "和“" + base::DisplayText(name) + "”是同一个文件，已经处理过，不再裁一次";
+}
+
+void ListRun::NoteReplaced(const RunFile& file, const std::optional<host::FileStamp>& before) {
+  for (const auto& stamp : {before, host::StampOf(context_.host.files, file.path)}) {
+    if (stamp) replaced_[{stamp->device, stamp->inode}] = {*stamp, file.row};
+  }
 }
 
 void ListRun::ReportWithout(const RunFile& file, Result result, const std::string& why) {

@@ -4,8 +4,10 @@
 
 #include <cstddef>
 #include <map>
+#include <optional>
 #include <string>
 
+#include "host/files/file_stamp.h"
 #include "job/list/file_list.h"
 #include "job/list/result_records.h"
 #include "job/run/driver.h"
@@ -25,8 +27,16 @@ class ListRun {
 
  private:
   void HandleRow(std::size_t row);
+  struct Replaced {
+    host::FileStamp stamp;
+    std::size_t row = 0;
+  };
+
   // Returns why a run that replaces its sources must not handle the row; "" if it may.
   std::string WhyNotReplaced(std::size_t row);
+  // Remembers the source of a row that got an output. A stamp is kept with its number, because a new file may get the
+  // number of one that was replaced.
+  void NoteReplaced(const RunFile& file, const std::optional<host::FileStamp>& before);
   void ReportWithout(const RunFile& file, Result result, const std::string& why);
 
   const RunContext& context_;
@@ -35,7 +45,8 @@ class ListRun {
   RunDriver& driver_;
   const RunNeeds& needs_;
   ResultRecords results_;
-  std::map<host::FileId, std::size_t> replaced_;  // files of the rows so far
+  // The sources of the rows that got an output, as they were before and after it, with the row.
+  std::map<host::FileId, Replaced> replaced_;
 };
 
 // Runs the driver over the list, or in large-capacity mode over the input folder, from the first check to the last box.

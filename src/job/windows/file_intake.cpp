@@ -125,10 +125,7 @@ void AdmissionRule::Admit(const std::string& path, Reached reached) {
     if (program_.observer) program_.observer->FileFilteredOut(path, TooSmallText(least));
     return;
   }
-  if (const auto file = program_.host.files.Stat(path)) {
-    row.bytes = file->size;
-    row.id = IdOf(*file);
-  }
+  if (const auto file = program_.host.files.Stat(path)) row.bytes = file->size;
   program_.files.Grow({facts.width, facts.height}, row.bytes);
   if (CountsPages() && mode_ != kPdfMode && row.pages <= 1) {
     program_.host.boxes.Beep();
