@@ -22,8 +22,13 @@ std::size_t Count(const host::Files& files, const std::string& root, const WalkR
   Seen seen;
   if (const auto out = files.Stat(rule.leftOut)) seen.insert(IdOf(*out));
   const std::string realRoot = files.RealPath(root).value_or(root);
-  const auto isTwin = [&](const host::FolderEntry& entry, const std::string& path) {
-    return entry.link && rule.links == Links::Refused && rule.Reaches(files.RealPath(path).value_or(""), realRoot);
+  const std::string realBase = rule.shard.Whole() ? "" : files.RealPath(rule.shard.base).value_or("");
+  std::set<std::string> targets;
+  const auto counts = [&](const host::FolderEntry& entry, const std::string& below, const std::string& path) {
+    const std::string target =
+        entry.link && rule.links == Links::Refused ? files.RealPath(path).value_or("") : std::string();
+    if (!(target.empty() ? rule.Owns(below) : rule.OwnsReal(target, realBase))) return false;
+    return target.empty() || (!rule.Reaches(target, realRoot) && targets.insert(target).second);
   };
   std::vector<std::string> todo{""};  // relative to the root
   while (!todo.empty() && !stop) {
@@ -35,9 +40,9 @@ std::size_t Count(const host::Files& files, const std::string& root, const WalkR
     (void)files.ListFolder(path, [&](const host::FolderEntry& entry) {
       if (stop) return false;
       const std::string below = folder.empty() ? entry.name : base::JoinPath(folder, entry.name);
-      const bool ours = entry.kind == host::FileKind::File && rule.accepts(entry.name) && rule.Owns(below);
+      const bool fits = entry.kind == host::FileKind::File && rule.accepts(entry.name);
       const std::string full = base::JoinPath(path, entry.name);
-      if (ours && !doneElsewhere.contains(full) && !isTwin(entry, full)) ++count;
+      if (fits && !doneElsewhere.contains(full) && counts(entry, below, full)) ++count;
       const bool entered = !entry.link || rule.links == Links::Followed;
       if (entry.kind == host::FileKind::Folder && rule.subfolders == Subfolders::Yes && entered) todo.push_back(below);
       return true;

@@ -50,13 +50,20 @@ bool WalkRule::OwnsNamed(const std::string& path) const {
   return shard.Whole() || shard.OwnsNamed(byFolder ? FolderPart(path) : path);
 }
 
+bool WalkRule::OwnsReal(const std::string& path, const std::string& realBase) const {
+  const bool below = !realBase.empty() && path.starts_with(realBase + "/");
+  return OwnsNamed(below ? base::JoinPath(shard.base, path.substr(realBase.size() + 1)) : path);
+}
+
 // Finds the files in the order of the walk, a few before they are visited.
 class FileWalk::Finder {
  public:
   Finder(const RunContext& context, const WalkRule& rule) : context_(context), rule_(rule) {
     if (const auto out = rule.leftOut.empty() ? std::nullopt : context.host.files.Stat(rule.leftOut)) {
       walked_.insert(IdOf(*out));
+      realLeftOut_ = context.host.files.RealPath(rule.leftOut).value_or("");
     }
+    if (!rule.shard.Whole()) realBase_ = context.host.files.RealPath(rule.shard.base).value_or("");
   }
 
   void Begin(const std::vector<std::string>& roots) {
@@ -137,9 +144,15 @@ class FileWalk::Finder {
       const bool mine = root || rule_.shard.Owns(Relative(place.path, place.rootLength));
       NoteNotListed(place.path, content.listed, mine);
     }
-    if (folder && walked_.insert(IdOf(*content.facts)).second) {
+    if (folder && !InLeftOut(place) && walked_.insert(IdOf(*content.facts)).second) {
       ReadEntries(place, content);
     }
+  }
+
+  // Returns true for a folder that a link leads to and that lies in the folder that is left out.
+  bool InLeftOut(const Place& place) const {
+    if (realLeftOut_.empty() || place.reached != Reached::ByFolderLink) return false;
+    return context_.host.files.RealPath(place.path).value_or("").starts_with(realLeftOut_ + "/");
   }
 
   void ReadEntries(const Place& place, const FolderContent& content) {
@@ -150,11 +163,11 @@ class FileWalk::Finder {
     for (const host::FolderEntry& entry : content.entries) {
       const std::string path = base::JoinPath(place.path, entry.name);
       if (entry.kind == host::FileKind::File && rule_.accepts(entry.name)) {
-        const bool mine = rule_.Owns(Relative(path, rootLength));
+        const bool mine = OwnsEntry(path, rootLength, entry, content);
         if (!IsTwin(place, entry, content, mine)) Append({folder, entry.name, place.reached}, mine);
       } else if (entry.kind == host::FileKind::Folder && rule_.subfolders == Subfolders::Yes) {
         if (entry.link) {
-          KeepLink({path, rootLength, Reached::ByFolderLink});
+          KeepLink({path, rootLength, Reached::ByFolderLink}, rule_.Owns(Relative(path, rootLength)));
         } else {
           below.push_back({path, rootLength, place.reached});
         }
@@ -164,22 +177,32 @@ class FileWalk::Finder {
     todo_.insert(todo_.end(), below.rbegin(), below.rend());
   }
 
-  void KeepLink(Place link) {
+  // Of several processes that walk the folder, the one that owns the first link reports it.
+  void KeepLink(Place link, bool mine) {
     if (rule_.links == Links::Followed) {
       links_.push_back(std::move(link));
-    } else if (!std::exchange(linkReported_, true) && context_.observer) {
-      context_.observer->FileNotListed(link.path, kLinkPassedOver);
+    } else if (!std::exchange(linkMet_, true) && mine && context_.observer) {
+      context_.observer->FileFilteredOut(link.path, kLinkPassedOver);
     }
   }
 
-  // Returns true if the link leads to a file that the walk also finds by its own name.
+  // All links to one file belong to one shard, so that a run that overwrites can pass over all but one of them.
+  bool OwnsEntry(const std::string& path, std::size_t rootLength, const host::FolderEntry& entry,
+                 const FolderContent& content) const {
+    const auto target = content.targets.find(entry.name);
+    const bool byTarget =
+        rule_.links == Links::Refused && entry.link && target != content.targets.end() && !target->second.empty();
+    return byTarget ? rule_.OwnsReal(target->second, realBase_) : rule_.Owns(Relative(path, rootLength));
+  }
+
+  // Returns true if the walk also finds the file that the link leads to by its own name or by an earlier link.
   bool IsTwin(const Place& place, const host::FolderEntry& entry, const FolderContent& content, bool mine) {
     if (rule_.links == Links::Followed || !entry.link) return false;
     const auto target = content.targets.find(entry.name);
-    if (target == content.targets.end()) return false;
+    if (target == content.targets.end() || target->second.empty()) return false;
     const std::size_t belowRoot = place.rootLength > 0 ? place.path.size() - place.rootLength : 0;
     const std::string root = content.realPath.substr(0, content.realPath.size() - belowRoot);
-    if (!rule_.Reaches(target->second, root)) return false;
+    if (!rule_.Reaches(target->second, root) && (!mine || targets_.insert(target->second).second)) return false;
     if (mine && context_.observer) {
       context_.observer->FileFilteredOut(base::JoinPath(place.path, entry.name),
                                          "是链接，和“" + base::DisplayText(target->second) + "”是同一个文件，只裁一次");
@@ -213,7 +236,7 @@ class FileWalk::Finder {
   const WalkRule& rule_;
   std::vector<Place> todo_;  // roots and folders, the next one last
   std::deque<Place> links_;  // links to folders
-  bool linkReported_ = false;
+  bool linkMet_ = false;
   std::unique_ptr<FolderReader> reading_;
   Place place_;  // of reading_
   std::deque<Found> found_;
@@ -222,6 +245,9 @@ class FileWalk::Finder {
   std::size_t leftToOthers_ = 0;
   bool reachedAll_ = true;
   std::set<host::FileId> walked_;
+  std::set<std::string> targets_;  // real paths of files that are reached by links alone
+  std::string realLeftOut_;        // of the folder that is left out; "" for none
+  std::string realBase_;           // of the base of the shard; "" if the shard is whole
 };
 
 FileWalk::FileWalk(const RunContext& context, WalkRule rule)

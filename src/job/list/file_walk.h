@@ -33,6 +33,9 @@ struct WalkRule {
   // Returns whether a file belongs to the shard; see Shard.
   bool Owns(const std::string& relativePath) const;
   bool OwnsNamed(const std::string& path) const;
+  // As OwnsNamed, for a real path. All names of a file that differ by links belong to one shard then. realBase: the
+  // real path of the base of the shard.
+  bool OwnsReal(const std::string& path, const std::string& realBase) const;
   // Returns whether the walk over root also visits target, the file that a link leads to, by its own name. Both are
   // real paths.
   bool Reaches(const std::string& target, const std::string& root) const;

@@ -29,7 +29,7 @@ class LinksTest : public CutTest {
   base::Size SizeOfA() { return SizeOf(In("a.png")); }
   void CutFolder(bool large) {
     recorder.done.clear();
-    recorder.notListed.clear();
+    recorder.filteredOut.clear();
     Put("ChBig", large ? "1" : "0");
     if (!large) List({world.folder.Path("in")});
     Cut();
@@ -49,9 +49,9 @@ TEST_F(LinksTest, APictureInALinkedFolderIsNotReplaced) {
     CutFolder(large);
     EXPECT_EQ(SizeOfA(), cut_);
     EXPECT_EQ(SizeOf(Elsewhere()), whole_);
-    ASSERT_EQ(recorder.notListed.size(), 1u);
+    ASSERT_EQ(recorder.filteredOut.size(), 1u);
     EXPECT_EQ(
-        recorder.notListed[0],
+        recorder.filteredOut[0],
         std::pair(In("away"),
                   std::string("是指向文件夹的链接：覆盖原图时不进入链接，以免改动别处的图片；这样的文件夹都已跳过")));
     program.Intake().Clear();
@@ -64,7 +64,7 @@ TEST_F(LinksTest, SeveralLinkedFoldersAreReportedOnce) {
   fs::create_directory_symlink(world.folder.Path("elsewhere"), In("deep/away"));
   Put("ChOver", "1");
   CutFolder(false);
-  EXPECT_EQ(recorder.notListed.size(), 1u);
+  EXPECT_EQ(recorder.filteredOut.size(), 1u);
 }
 
 TEST_F(LinksTest, IntoAnOutputFolderLinkedFoldersAreFollowed) {
@@ -73,7 +73,7 @@ TEST_F(LinksTest, IntoAnOutputFolderLinkedFoldersAreFollowed) {
     SCOPED_TRACE(large);
     CutFolder(large);
     EXPECT_EQ(OutNames(), (Names{"a.jpg", "b.jpg"}));
-    EXPECT_TRUE(recorder.notListed.empty());
+    EXPECT_TRUE(recorder.filteredOut.empty());
     fs::remove(Out("a.jpg"));
     fs::remove(Out("b.jpg"));
     program.Intake().Clear();
@@ -133,6 +133,36 @@ TEST_F(LinksTest, AFileOfTwoNamesIsReplacedOnce) {
   }
 }
 
+// Nothing was cut by the first name.
+TEST_F(LinksTest, ASecondNameIsCutIfTheFirstOneFailed) {
+  const std::string twin = world.folder.Path("twin.png");
+  fs::create_hard_link(In("a.png"), twin);
+  Put("ChOver", "1");
+  List({In("a.png"), twin});
+  fs::remove(In("a.png"));
+  Cut();
+  EXPECT_EQ(Totals().none, 1u) << Why(1);
+  EXPECT_EQ(Totals().written, 1u) << Why(2);
+  EXPECT_EQ(SizeOf(twin), cut_);
+}
+
+// A picture that took a listed name later may have the number of a file that was replaced.
+TEST_F(LinksTest, ANewFileOfAUsedNumberIsCut) {
+  const std::string twin = world.folder.Path("twin.png");
+  fs::create_hard_link(In("a.png"), twin);
+  Put("ChOver", "1");
+  List({In("a.png"), twin});
+  recorder.onFileDone = [&](const FileResult&) {
+    if (recorder.done.size() != 1) return;
+    // Written in place, so that it keeps the number.
+    Make("new.png", 60, 30);
+    world.folder.Write("twin.png", world.folder.Read("in/new.png"));
+  };
+  Cut();
+  EXPECT_EQ(Totals().written, 2u) << Why(2);
+  EXPECT_EQ(SizeOf(twin), (base::Size{30, 30}));
+}
+
 TEST_F(LinksTest, AFileOfTwoNamesHasTwoOutputs) {
   fs::create_symlink(In("a.png"), world.folder.Path("link.png"));
   fs::create_hard_link(In("a.png"), world.folder.Path("twin.png"));
@@ -160,6 +190,48 @@ TEST_F(LinksTest, ALinkToAFileElsewhereIsWrittenThrough) {
   CutFolder(true);
   EXPECT_EQ(SizeOf(Elsewhere()), cut_);
   EXPECT_TRUE(fs::is_symlink(In("link.png")));
+}
+
+TEST_F(LinksTest, AFileElsewhereIsReplacedOnceByTwoLinks) {
+  for (const std::uint64_t shards : {1, 2}) {
+    SCOPED_TRACE(shards);
+    Make("../elsewhere/b.png", 40, 30);
+    Names passed;
+    for (const char* name : {"link.png", "other.png", "third.png"}) {
+      fs::remove(In(name));
+      fs::create_symlink(Elsewhere(), In(name));
+    }
+    Put("ChOver", "1");
+    for (std::uint64_t index = 0; index < shards; ++index) {
+      program.shard = {index, shards, ""};
+      CutFolder(true);
+      for (const auto& [path, why] : recorder.filteredOut) passed.push_back(path);
+    }
+    EXPECT_EQ(SizeOf(Elsewhere()), cut_);
+    EXPECT_EQ(passed.size(), 2u);
+  }
+}
+
+// Each of several processes meets the link.
+TEST_F(LinksTest, ALinkedFolderIsReportedByOneShard) {
+  LinkFolder();
+  Put("ChOver", "1");
+  std::size_t reported = 0;
+  for (std::uint64_t index = 0; index < 3; ++index) {
+    program.shard = {index, 3, ""};
+    CutFolder(true);
+    reported += recorder.filteredOut.size();
+  }
+  EXPECT_EQ(reported, 1u);
+  EXPECT_TRUE(recorder.notListed.empty());
+}
+
+TEST_F(LinksTest, ALinkIntoTheOutputFolderIsNotFollowed) {
+  Put("LOutDir", In("out"));
+  Make("out/deep/c.png", 40, 30);
+  fs::create_directory_symlink(In("out/deep"), In("link"));
+  CutFolder(true);
+  EXPECT_EQ(recorder.done.size(), 1u);
 }
 
 // What the walk does not reach by its own name.
