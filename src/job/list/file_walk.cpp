@@ -139,7 +139,7 @@ class FileWalk::Finder {
     const bool root = place.rootLength == 0;
     const bool folder = content.facts && content.facts->kind == host::FileKind::Folder;
     if (root && !folder && content.listed) {
-      Append({nullptr, place.path}, rule_.OwnsNamed(place.path));
+      Append({nullptr, place.path}, OwnsRoot(place.path));
     } else if (!content.listed) {
       const bool mine = root || rule_.shard.Owns(Relative(place.path, place.rootLength));
       NoteNotListed(place.path, content.listed, mine);
@@ -193,6 +193,12 @@ class FileWalk::Finder {
     const bool byTarget =
         rule_.links == Links::Refused && entry.link && target != content.targets.end() && !target->second.empty();
     return byTarget ? rule_.OwnsReal(target->second, realBase_) : rule_.Owns(Relative(path, rootLength));
+  }
+
+  // As OwnsEntry, for a file that is a root.
+  bool OwnsRoot(const std::string& path) const {
+    if (rule_.links == Links::Followed || rule_.shard.Whole()) return rule_.OwnsNamed(path);
+    return rule_.OwnsReal(context_.host.files.RealPath(path).value_or(path), realBase_);
   }
 
   // Returns true if the walk also finds the file that the link leads to by its own name or by an earlier link.

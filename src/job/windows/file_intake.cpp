@@ -247,7 +247,7 @@ void FileIntake::Admit(const std::vector<std::string>& items) {
     const host::Status answered = DiskAnswers(path);
     const auto facts = answered ? program_.host.files.Stat(path) : std::nullopt;
     const bool folder = facts && facts->kind == host::FileKind::Folder;
-    if (!folder && !IsOurs(path)) {
+    if (!folder && !(facts ? OwnsFile(path) : IsOurs(path))) {
       ++program_.leftToOthers;
     } else if (!answered) {
       ReportNotListed(path, answered.Why());
@@ -264,6 +264,13 @@ void FileIntake::Admit(const std::vector<std::string>& items) {
 
 bool FileIntake::IsOurs(const std::string& path) const {
   return OwnShard().OwnsNamed(path) && !program_.doneElsewhere.contains(path);
+}
+
+bool FileIntake::OwnsFile(const std::string& path) const {
+  if (program_.shard.Whole() || !program_.form1.ChOver.On()) return IsOurs(path);
+  const host::Files& files = program_.host.files;
+  const std::string base = files.RealPath(program_.shard.base).value_or("");
+  return OwnShard().OwnsReal(files.RealPath(path).value_or(path), base) && !program_.doneElsewhere.contains(path);
 }
 
 WalkRule FileIntake::OwnShard() const {

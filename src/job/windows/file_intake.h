@@ -42,6 +42,8 @@ class FileIntake {
 
   // Returns whether a named file belongs to the shard of this process and was not handled by an earlier worker.
   bool IsOurs(const std::string& path) const;
+  // As IsOurs, for an existing file: if sources are overwritten, one shard owns all names of it that differ by links.
+  bool OwnsFile(const std::string& path) const;
 
   // --- The work of the handlers above, for callers that hold a RunGuard already.
   void AddFiles();

@@ -212,6 +212,21 @@ TEST_F(LinksTest, AFileElsewhereIsReplacedOnceByTwoLinks) {
   }
 }
 
+// Two processes handle a list of one picture by two names.
+TEST_F(LinksTest, OneShardOwnsBothNamesOfAFile) {
+  const Names names{In("a.png"), world.folder.Path("link.png")};
+  fs::create_symlink(names[0], names[1]);
+  Put("ChOver", "1");
+  std::vector<std::size_t> rows;
+  for (std::uint64_t index = 0; index < 8; ++index) {
+    program.shard = {index, 8, world.folder.Path("in")};
+    List(names);
+    if (program.files.RowCount() > 0) rows.push_back(program.files.RowCount());
+    program.Intake().Clear();
+  }
+  EXPECT_EQ(rows, std::vector<std::size_t>{2});
+}
+
 // Each of several processes meets the link.
 TEST_F(LinksTest, ALinkedFolderIsReportedByOneShard) {
   LinkFolder();
