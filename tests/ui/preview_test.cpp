@@ -217,6 +217,12 @@ TEST_F(PreviewWindow, SaysWhichValuesCountAndOffersTheFrame) {
   EXPECT_FALSE(named("frameNotice")->isVisible());
   EXPECT_TRUE(canvas().FrameText().startsWith(QStringLiteral("10 × 5 px")));
   form.ChAsFramed.Set(false);
+  UiWorld::Turn();
+  EXPECT_TRUE(named("frameNotice")->isVisible());
+  EXPECT_FALSE(named("noticePercent")->isVisible()) << "it would end the fixed cut";
+  form.ChFixCut.Set(false);
+  UiWorld::Turn();
+  EXPECT_TRUE(named("noticePercent")->isVisible());
   QTest::mouseClick(named("noticePercent"), Qt::LeftButton);
   EXPECT_FALSE(form.ChCutA.On());
   EXPECT_FALSE(named("frameNotice")->isVisible());

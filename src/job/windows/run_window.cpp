@@ -29,12 +29,15 @@ bool IsParameter(const controls::Control& control) {
 }
 
 // Returns true for values that are no parameters of a job. A run itself writes the margins of a frame that is placed by
-// hand, and the white around a padded picture. No cut reads the choice of the profile, which is only made when its
-// window is opened.
+// hand, how that frame counts, and the white around a padded picture. No cut reads the choice of the profile, which is
+// only made when its window is opened.
 bool ChangesNothing(const Program& program, const controls::Control& control) {
   if (&control == &program.fBaseOpt.CmbCMYK) return true;
   if (&control == &program.fBaseOpt.PBoardColor) return program.form1.ChAddToSize.On();
-  return program.flags.ManualCutMode && control.FullName().starts_with("Form1.TCutValue");
+  if (!program.flags.ManualCutMode) return false;
+  const Form1& form = program.form1;
+  if (&control == &form.ChCutA || &control == &form.ChAsFramed || &control == &form.CmbAnchor) return true;
+  return control.FullName().starts_with("Form1.TCutValue");
 }
 
 void ReadSize(const FBaseOpt& window, CutSettings& settings) {

@@ -88,8 +88,10 @@ Decision CutFrame::Decided() const {
 void CutFrame::AskAboutFrame() {
   job::Form1& form = program_.form1;
   const std::optional<job::PreviewResult>& result = Preview().Result();
-  // A frame that nobody can draw is no wish, and without pixels both choices would be the same.
-  if (frameAsked_ || form.ChFull.On() || !form.ChCutA.On() || !result || result->notice.empty()) return;
+  // A frame that nobody can draw is no wish, and without pixels both choices would be the same. Per cent would end a
+  // fixed cut, and with it the preset, its resolution and ChOver, in the middle of the run.
+  const bool noChoice = form.ChFull.On() || !form.ChCutA.On() || form.ChFixCut.On();
+  if (frameAsked_ || noChoice || !result || result->notice.empty()) return;
   frameAsked_ = true;
   const int type = host::kYesNoCancelQuestion + host::kThirdIsDefault;
   switch (program_.Ask(result->notice + kFrameChoices, type)) {

@@ -55,7 +55,8 @@ FrameNotice::FrameNotice(job::Form1& form, QWidget* parent)
 
 void FrameNotice::Show(const std::string& text) {
   text_->setText(Shown(text));
-  percent_->setVisible(form_.ChCutA.On());
+  // Per cent would end a fixed cut, and with it the preset, its resolution and ChOver.
+  percent_->setVisible(form_.ChCutA.On() && !form_.ChFixCut.On());
   setVisible(!text.empty());
 }
 

@@ -365,8 +365,10 @@ class FolderDecisionsTest : public DecisionsTest {
   // Leaves what a run that was killed before its first checkpoint leaves.
   void ForgetWhatIsDone() {
     for (auto& [job, values] : journals_.jobs) {
-      std::erase_if(values,
-                    [](const auto& record) { return record.first.second == "done" || record.first.second == "from"; });
+      std::erase_if(values, [](const auto& record) {
+        const std::string& key = record.first.second;
+        return key == "done" || key == "from" || key == "stamp";
+      });
     }
   }
   std::size_t KeptJournals() const {
@@ -427,6 +429,17 @@ TEST_F(FolderDecisionsTest, AKilledRunKeepsItsDecisions) {
     for (std::size_t i = 0; i < 2; ++i) EXPECT_EQ(Width(over ? order_[i] : OutOf(i)), 90 - 10 * static_cast<int>(i));
     world.boxes.Forget();
   }
+}
+
+// How the frame counts may be chosen in the run itself, so it does not make another job.
+TEST_F(FolderDecisionsTest, AChoiceAtTheFrameMakesNoOtherJob) {
+  StopAtThird();
+  form.ChAsFramed.Set(!form.ChAsFramed.On());
+  form.CmbAnchor.Select(1);
+  world.boxes.Answer(kFolderQuestion, Reply::Yes);
+  Run();
+  EXPECT_EQ(Boxes(kFolderQuestion), 1);
+  EXPECT_EQ(asked_, std::vector<std::string>{order_[2]});
 }
 
 TEST_F(FolderDecisionsTest, NoForgetsTheDecisionsToo) {

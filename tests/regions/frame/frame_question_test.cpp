@@ -70,6 +70,18 @@ TEST_F(FrameQuestionTest, IsNotAskedIfTheFrameIsCut) {
   EXPECT_EQ(SizeOf(Out("a.bmp")), (base::Size{50, 32}));
 }
 
+// Per cent would end the fixed cut, whose preset, resolution and ChOver the later pictures need.
+TEST_F(FrameQuestionTest, IsNotAskedIfTheSizeIsFixed) {
+  form.ChFixCut.Set(true);
+  Put("TFixWH(0)", "20");
+  Put("TFixWH(1)", "30");
+  world.boxes.Answer(kFrameQuestion, Reply::Yes);
+  DrawAtTheFirst();
+  CutTwo();
+  EXPECT_EQ(Boxes(kFrameQuestion), 0);
+  EXPECT_TRUE(form.ChFixCut.On());
+}
+
 TEST_F(FrameQuestionTest, IsNotAskedAboutAPictureThatStaysWhole) {
   AtPicture(1, [&] { cutPre.CmdNotCut.UserClick(); });
   AtPicture(2, [&] {
