@@ -208,6 +208,12 @@ class CutTest : public StartedTest {
   // All zero when there was no run.
   RunTotals Totals() const { return recorder.ended.empty() ? RunTotals() : recorder.ended.back(); }
   std::string Why(std::size_t row) const { return program.files.Row(row - 1).why; }
+  // The files of the last run, if it counted them before it ended: a run over a few files may be quicker than its
+  // count.
+  void ExpectCounted(std::size_t files) {
+    for (const std::size_t counted : recorder.counted) EXPECT_EQ(counted, files);
+    recorder.counted.clear();
+  }
   // The names below the output folder that no draft or copy was left among.
   std::vector<std::string> OutNames() const { return world.folder.Names("out"); }
 

@@ -179,7 +179,7 @@ TEST_F(LinksTest, ALinkToAFileOfTheFolderIsLeftToItsName) {
   CutFolder(true);
   EXPECT_EQ(SizeOfA(), cut_);
   EXPECT_EQ(recorder.done.size(), 1u);
-  EXPECT_EQ(recorder.counted.back(), 1u);
+  ExpectCounted(1);
   ASSERT_EQ(recorder.filteredOut.size(), 2u);
   EXPECT_EQ(recorder.filteredOut[0].second, "是链接，和“" + In("a.png") + "”是同一个文件，只裁一次");
 }

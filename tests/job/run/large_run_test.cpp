@@ -346,7 +346,7 @@ TEST_F(LargeRunTest, OnlyTheOwnShardIsHandled) {
     recorder.done.clear();
     Cut();
     const std::vector<std::string> handled = Handled();
-    EXPECT_EQ(recorder.counted.back(), handled.size());
+    ExpectCounted(handled.size());
     all.insert(all.end(), handled.begin(), handled.end());
   }
   std::sort(all.begin(), all.end());
@@ -436,7 +436,7 @@ TEST_F(LargeRunTest, ShardsHandleOneFileOfAFolderInAll) {
     program.shard = {index, 3, ""};
     const std::size_t before = recorder.done.size();
     Cut();
-    EXPECT_EQ(recorder.counted.back(), recorder.done.size() - before);
+    ExpectCounted(recorder.done.size() - before);
     // Another process has a program folder of its own.
     std::filesystem::remove(program.AppPath("OmitSubfolds.dat"));
   }
