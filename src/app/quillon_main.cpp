@@ -40,8 +40,9 @@ int main(int count, char** arguments) {
     if (!files.empty()) window.AddFiles(files);
   });
   const quillon::ui::HandOverWatch watch(host.files, host.programFolder, [&window](const auto& paths) {
+    if (!window.AddFiles(paths)) return false;
     window.BringToFront();
-    return window.AddFiles(paths);
+    return true;
   });
   return QApplication::exec();
 }

@@ -143,6 +143,17 @@ TEST_F(Edits, ByTheArrowsStopAtTheLimits) {
   EXPECT_EQ(steps, (QStringList{QStringLiteral("99"), QStringLiteral("30")}));
 }
 
+TEST_F(Edits, ByTheArrowsStartFromTheWholeNumber) {
+  NumberEdit edit;
+  QStringList steps;
+  edit.SetStepHandler([&steps](const QString& text) { steps << text; });
+  for (const char* typed : {"12,5", "35mm", "1e9"}) {
+    edit.SetText(QString::fromLatin1(typed));
+    edit.stepBy(1);
+  }
+  EXPECT_EQ(steps, QStringList{QStringLiteral("13.5")});
+}
+
 TEST_F(Edits, AreNotMadeByAWheelThatPasses) {
   Margin(0).clearFocus();
   form().CmbCutStyle.Select(0);

@@ -242,13 +242,16 @@ TEST(QtBoxes, QuestionsAndNewsForAnotherWindowAreBoxes) {
 TEST(HandOverWatch, PassesTheFilesOfAnotherStart) {
   const host::testing::TestHost world;
   const std::string folder = world.folder.Path("app");
-  ASSERT_TRUE(HandOver(world.host.files, folder, {"/stale.jpg"}));
+  ASSERT_TRUE(HandOver(world.host.files, folder, {"/early.jpg"}));
   std::vector<std::vector<std::string>> received;
   bool busy = true;
   const HandOverWatch watch(world.host.files, folder, [&](const std::vector<std::string>& paths) {
     if (!busy) received.push_back(paths);
     return !std::exchange(busy, false);
   });
+  ASSERT_TRUE(QTest::qWaitFor([&] { return !received.empty(); }));
+  EXPECT_EQ(received, std::vector<std::vector<std::string>>{{"/early.jpg"}}) << "handed over before the watch began";
+  received.clear();
   const std::vector<std::string> paths{"/in/图 1.jpg", "/in/a\nb.jpg", "/in/\xff.jpg"};
   ASSERT_TRUE(HandOver(world.host.files, folder, paths));
   ASSERT_TRUE(QTest::qWaitFor([&] { return !received.empty(); }));

@@ -247,6 +247,18 @@ TEST_F(WindowTest, StopsARunAndClosesAfterIt) {
   EXPECT_FALSE(ui_.window.isVisible());
 }
 
+TEST_F(WindowTest, ClosesAfterARunThatIsStoppingAlready) {
+  ui_.world.boxes.Answer("终止当前操作", host::Reply::Ok);
+  ui_.program.flags.Busy = true;
+  form().BeginRun();
+  form().MenuStop.UserClick();
+  EXPECT_FALSE(ui_.window.close());
+  EXPECT_TRUE(ui_.program.flags.CloseRequested);
+  form().EndRun();
+  ui_.program.flags.Busy = false;
+  EXPECT_TRUE(QTest::qWaitFor([&] { return ui_.program.Ended(); }));
+}
+
 TEST_F(WindowTest, StaysDuringARunThatIsNotToStop) {
   ui_.world.boxes.Answer("终止当前操作", host::Reply::Cancel);
   ui_.program.flags.Busy = true;

@@ -11,8 +11,8 @@ namespace quillon::job {
 // The process-wide flags and values that all drivers read. They are written and read on the one thread of control.
 struct Flags {
   bool StopRequested = false;  // set by MenuStop, or when a full disk is not tried again; tested after each file
-  bool CloseRequested =
-      false;  // the user closed the window during a run: the program ends after it, without a question
+  // The user closed the window during a run: the program ends after it, without a question.
+  bool CloseRequested = false;
   bool LargeCapacityMode = false;
   bool AdvancedOptionsLoaded = false;  // the options of FBaseOpt have no effect until its window was loaded
   bool GifOptionsLoaded = false;

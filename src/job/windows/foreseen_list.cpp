@@ -10,7 +10,8 @@ namespace {
 ForeseenList::By DecidedBy(const Program& program, const CutSettings& settings) {
   const bool normal = Selected<CutMode>(program.form1.CmbCutMode) == CutMode::Normal;
   const bool regions = program.flags.AdvancedOptionsLoaded && program.fBaseOpt.ChMulCut.On();
-  if (!normal || regions) return ForeseenList::By::Others;
+  // A run in large-capacity mode cuts the input folder and not the list.
+  if (!normal || regions || program.flags.LargeCapacityMode) return ForeseenList::By::Others;
   return settings.manual && !settings.frameOnly ? ForeseenList::By::Hand : ForeseenList::By::Settings;
 }
 

@@ -153,6 +153,8 @@ void Form1::Close() {
   } else if (MenuStop.Enabled()) {
     MenuStop_Click();
     program_.flags.CloseRequested = program_.flags.StopRequested;
+  } else if (program_.flags.StopRequested && !program_.flags.CloseRequested) {
+    program_.flags.CloseRequested = true;
   } else {
     program_.host.boxes.Beep();
   }

@@ -27,8 +27,6 @@ bool HandOver(host::Files& files, const std::string& programFolder, const std::v
 
 HandOverWatch::HandOverWatch(host::Files& files, std::string programFolder, Receiver receiver)
     : files_(files), programFolder_(std::move(programFolder)), receiver_(std::move(receiver)) {
-  // A file that cannot be removed is only offered again.
-  for (const std::string& path : Pending()) static_cast<void>(files_.RemoveOwn(path));
   pause_.setSingleShot(true);
   pause_.setInterval(kPauseMilliseconds);
   QObject::connect(&pause_, &QTimer::timeout, &pause_, [this] { Collect(); });
@@ -36,6 +34,7 @@ HandOverWatch::HandOverWatch(host::Files& files, std::string programFolder, Rece
     if (!pause_.isActive()) pause_.start();
   });
   watcher_.addPath(Shown(programFolder_));
+  pause_.start();
 }
 
 std::vector<std::string> HandOverWatch::Pending() const {

@@ -23,7 +23,7 @@ class HandOverWatch {
   // Receives the paths of one start. Returns false if it cannot accept them now; they are then offered again.
   using Receiver = std::function<bool(const std::vector<std::string>& paths)>;
 
-  // Removes what an earlier program has not read any more.
+  // Also passes on what was handed over while this program was starting, or to one that ended before it read it.
   HandOverWatch(host::Files& files, std::string programFolder, Receiver receiver);
 
  private:

@@ -5,6 +5,7 @@
 #include <QApplication>
 #include <cstdint>
 #include <optional>
+#include <tuple>
 #include <utility>
 
 #include "base/path_text.h"
@@ -69,7 +70,7 @@ bool FileListModel::Precedes(std::size_t row, std::size_t other, int column) con
   const job::FileRow& a = files_.Row(row);
   const job::FileRow& b = files_.Row(other);
   if (column == OutcomeColumn()) return PixelsOf(foreseen_.Of(row)) < PixelsOf(foreseen_.Of(other));
-  if (column == ResultColumn()) return std::pair(a.result, a.why) < std::pair(b.result, b.why);
+  if (column == ResultColumn()) return std::tie(a.result, a.why) < std::tie(b.result, b.why);
   switch (column) {
     case 0:
       return base::NaturalLess(a.name, b.name);

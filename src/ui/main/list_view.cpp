@@ -51,6 +51,8 @@ ListView::ListView(job::Program& program, Binder& binder, QWidget* parent)
   connect(&pause_, &QTimer::timeout, this, [this] { PreviewSelected(); });
   setItemDelegateForColumn(model_->ResultColumn(), new SentenceDelegate(this));
   // Beside the name, so that the reasons stay in sight.
+  // The rows in sight alone decide how wide a column is, however long the list.
+  horizontalHeader()->setResizeContentsPrecision(0);
   horizontalHeader()->moveSection(model_->ResultColumn(), 1);
   SizeColumns();
   // After the columns were sized: with a sort indicator each would be wider.

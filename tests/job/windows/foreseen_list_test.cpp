@@ -59,6 +59,13 @@ TEST_F(ForeseenListTest, LeavesToOthersWhatTheyDecide) {
   EXPECT_EQ(foreseen_.WithoutFile(), 0U);
 }
 
+TEST_F(ForeseenListTest, SaysNothingOfTheListIfTheFolderIsCut) {
+  List(2);
+  Put("ChBig", "1");
+  foreseen_.Restart();
+  EXPECT_EQ(foreseen_.DecidedBy(), ForeseenList::By::Others);
+}
+
 TEST_F(ForeseenListTest, LeavesManualRunsToTheHand) {
   List(1);
   flags.ManualCutMode = true;

@@ -31,7 +31,7 @@ class GridModel : public QAbstractTableModel {
   // Return the row of the grid that a row of the view shows, and the reverse; both from 0.
   std::size_t GridRow(int viewRow) const;
   int ViewRow(std::size_t gridRow) const;
-  bool IsSorted() const { return !order_.empty(); }
+  bool IsSorted() const { return sortColumn_ >= 0; }
   // Returns the rows of the grid in the order of the view.
   const std::vector<std::size_t>& Order() const { return order_; }
 

@@ -7,6 +7,7 @@
 #include <QStyleOptionSpinBox>
 #include <QWheelEvent>
 #include <algorithm>
+#include <optional>
 
 #include "base/number_text.h"
 #include "ui/kit/text.h"
@@ -46,7 +47,10 @@ QSize NumberEdit::sizeHint() const {
 }
 
 void NumberEdit::stepBy(int steps) {
-  double value = base::LeadingNumber(Bytes(text())) + steps;
+  // A text that is no number, such as one with a unit, is the record's to read first.
+  const std::optional<double> number = text().isEmpty() ? 0 : base::ParseNumber(Bytes(text()));
+  if (!number) return;
+  double value = *number + steps;
   if (limits_.min) value = std::max(value, *limits_.min);
   if (limits_.max) value = std::min(value, *limits_.max);
   SetText(QString::fromStdString(base::ShortNumberText(value)));
@@ -58,7 +62,7 @@ void NumberEdit::stepBy(int steps) {
 QValidator::State NumberEdit::validate(QString&, int&) const { return QValidator::Acceptable; }
 
 QAbstractSpinBox::StepEnabled NumberEdit::stepEnabled() const {
-  const double value = base::LeadingNumber(Bytes(text()));
+  const double value = base::ParseNumber(Bytes(text())).value_or(0);
   StepEnabled able = StepNone;
   if (!limits_.min || value > *limits_.min) able |= StepDownEnabled;
   if (!limits_.max || value < *limits_.max) able |= StepUpEnabled;
