@@ -81,6 +81,7 @@ const std::vector<House>& Houses() {
         {"pixels", 2},
         {"metadata", 3},
         {"jpeg", 4},
+        {"gif", 4},
         {"tiff", 4},
         {"codecs", 5},
         {"measure", 5},
