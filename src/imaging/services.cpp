@@ -126,6 +126,13 @@ Status Services::Parts::SaveCrop(const CropRequest& request, std::shared_ptr<con
   return Run(save, writer);
 }
 
+Status Services::Parts::ChangeFrames(const CropRequest& request, FrameChange change) {
+  return Run([request, change](const Access& access) {
+    if (Status status = access.Check(request); !status) return status;
+    return access.SaveCut(request, [&](host::Draft& draft) { return change(access.Input(), request, draft); });
+  });
+}
+
 Prefetcher& Services::Parts::StartPrefetcher() {
   if (!prefetcher) {
     PrefetchLimits prefetchLimits;
@@ -265,6 +272,12 @@ Status Services::CropToGif(const CropRequest& request, const std::optional<Overl
     const EncodeOptions options{.encoder = gif.encoder};
     return access.SaveCut(gif, [&](host::Draft& draft) { return EncodePicture(cut, options, access.Space(), draft); });
   });
+}
+
+Status Services::CropFrames(const CropRequest& request) { return parts_->ChangeFrames(request, imaging::CropFrames); }
+
+Status Services::PaintOverFrames(const CropRequest& request) {
+  return parts_->ChangeFrames(request, imaging::PaintOverFrames);
 }
 
 Status Services::AddBoardToFile(const BorderRequest& request) {

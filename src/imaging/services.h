@@ -124,6 +124,11 @@ class Services {
   Status CropToGif(const CropRequest& request, const std::optional<Overlay>& overlay = std::nullopt);
   // Returns the request that CropToGif passes to CropToFile.
   static CropRequest AsGif(CropRequest request);
+  // Cuts every frame of an animated gif and keeps it an animation with the same colours; see CutGif. Of the request,
+  // source, destination and rect count.
+  Status CropFrames(const CropRequest& request);
+  // Paints over rect in every frame of an animated gif with the colours around it; see RemoveLogo.
+  Status PaintOverFrames(const CropRequest& request);
   // Draws a border; see BorderRequest. The result has 8 bits a sample. The extension of the destination selects the
   // format.
   Status AddBoardToFile(const BorderRequest& request);

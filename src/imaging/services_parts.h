@@ -54,6 +54,9 @@ struct Services::Parts {
   Status SavePicture(const Image& image, const std::string& path, const EncodeOptions& options);
   // Saves a prefetched crop.
   Status SaveCrop(const CropRequest& request, std::shared_ptr<const std::string> content);
+  // Saves what change makes of the frames of a gif.
+  using FrameChange = Status (*)(const PictureInput& input, const CropRequest& request, host::Draft& draft);
+  Status ChangeFrames(const CropRequest& request, FrameChange change);
   PixelSpace Space() const { return {files, limits}; }
   // Calls WaitHooks::idle.
   std::function<void()> Idle() const { return thread ? thread->Hooks().idle : nullptr; }

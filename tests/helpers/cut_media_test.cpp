@@ -6,6 +6,8 @@
 #include <unistd.h>
 
 #include <cerrno>
+#include <filesystem>
+#include <string>
 
 #include "helpers/helper_process.h"
 #include "helpers/pictures.h"
@@ -48,6 +50,60 @@ TEST(CutMedia, UsesAPaletteOfItsOwn) {
                    target + "\""});
   ASSERT_EQ(ran.exit, 0) << ran.err;
   EXPECT_EQ(testing::Load(target).width, 30);
+}
+
+// A gif of two frames of 4 x 2 pixels with a table of two colours, which shows them three times, the second one for 99
+// hundredths of a second; the second frame covers the right half alone.
+std::string TwoFrames() {
+  using std::literals::string_literals::operator""s;
+  return "GIF89a\4\0\2\0\x80\0\0"s + "\1\2\3\xF1\xF2\xF3" + "!\xFF\x0BNETSCAPE2.0\3\1\3\0\0"s +
+         "!\xF9\4\0\x05\0\0\0,\0\0\0\0\4\0\2\0\0\2\5\x44\x88\x30\x60\x50\0"s +
+         "!\xF9\4\0\x63\0\0\0,\2\0\0\0\2\0\2\0\0\2\3\x4C\x88\x14\0;"s;
+}
+
+TEST(CutMedia, CutsTheFramesOfAGif) {
+  using std::literals::string_literals::operator""s;
+  const HelperFolder folder;
+  const std::string source = folder.Write("a b.gif", TwoFrames());
+  const std::string target = folder.Path("out.gif");
+  // The palette need not exist, because the colours stay.
+  for (const std::string& words :
+       {" -vf crop=x=1:y=0:w=2:h=2 -y -q:v 0 \""s,
+        " -i \"/none/paletten.png\" -filter_complex \"crop=x=1:y=0:w=2:h=2,scale=-1:-1:flags=lanczos[x];[x][1:v]"
+        "paletteuse\"  -y -q:v 0 \""s}) {
+    const Ran ran = folder.Run("CutMedia", {"-i \"" + source + "\"" + words + target + "\""});
+    ASSERT_EQ(ran.exit, 0) << ran.err;
+    const std::string cut = folder.Read("out.gif");
+    EXPECT_TRUE(cut.starts_with("GIF89a\2\0\2\0\x80\0\0\1\2\3\xF1\xF2\xF3!\xFF\x0BNETSCAPE2.0\3\1\3\0\0"s));
+    EXPECT_NE(cut.find("!\xF9\4\0\x05\0\0\0,\0\0\0\0\2\0\2\0\0"s), std::string::npos);
+    EXPECT_NE(cut.find("!\xF9\4\0\x63\0\0\0,\1\0\0\0\1\0\2\0\0"s), std::string::npos);
+    std::filesystem::remove(target);
+  }
+  EXPECT_EQ(folder.Read("a b.gif"), TwoFrames());
+}
+
+TEST(CutMedia, RemovesALogoFromAGif) {
+  const HelperFolder folder;
+  const std::string source = folder.Write("a.gif", TwoFrames());
+  const Ran ran = folder.Run(
+      "CutMedia", {"-i \"" + source + "\" -i \"" + folder.Path("paletten.png") +
+                   "\" -filter_complex \"delogo=x=1:y=1:w=2:h=1,scale=-1:-1:flags=lanczos[x];[x][1:v]paletteuse\"  "
+                   "-y -q:v 0 \"" +
+                   folder.Path("out.gif") + "\""});
+  ASSERT_EQ(ran.exit, 0) << ran.err;
+  EXPECT_TRUE(folder.Read("out.gif").starts_with(TwoFrames().substr(0, 10)));
+  EXPECT_EQ(testing::Load(folder.Path("out.gif")).width, 4);
+}
+
+TEST(CutMedia, NamesTheFrameThatIsDamaged) {
+  const HelperFolder folder;
+  const std::string source = folder.Write("a.gif", TwoFrames().substr(0, TwoFrames().size() - 4));
+  const std::string target = folder.Write("out.gif", "old");
+  const Ran ran =
+      folder.Run("CutMedia", {"-i \"" + source + "\" -vf crop=x=1:y=0:w=2:h=2 -y -q:v 0 \"" + target + "\""});
+  EXPECT_EQ(ran.exit, 1);
+  EXPECT_EQ(ran.err, "CutMedia: GIF 第 2 帧的数据中断，文件不完整\n");
+  EXPECT_EQ(folder.Read("out.gif"), "old");
 }
 
 TEST(CutMedia, LeavesTheOldResultWhenItFails) {

@@ -1,12 +1,19 @@
 // SPDX-FileCopyrightText: 2026 The Quillon developers
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include <algorithm>
+#include <array>
+#include <memory>
+#include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "base/path_text.h"
+#include "helpers/orders/gif_order.h"
 #include "helpers/runtime/child.h"
 #include "helpers/runtime/helper.h"
+#include "imaging/crop/file_requests.h"
+#include "imaging/io/bytes.h"
 
 namespace quillon::helpers {
 namespace {
@@ -78,9 +85,29 @@ host::Status Run(Helper& helper, const MediaOrder& order) {
   return files.Copy(helper.AppPath(order.output.name), order.output.path);
 }
 
+// Returns whether the file begins as a GIF does.
+bool IsGif(const std::string& path) {
+  std::shared_ptr<imaging::FileBytes> bytes;
+  std::array<char, 4> start{};
+  return imaging::FileBytes::Open(path, bytes) && bytes->ReadAt(0, start.data(), start.size()) &&
+         std::string_view(start.data(), start.size()) == "GIF8";
+}
+
+// FFmpeg would lose the number of repetitions, the last delay, local colour tables and transparency.
+host::Status ChangeFrames(Helper& helper, const GifOrder& order) {
+  helper.AllowOnly({.sources = {order.source}, .results = {order.target}});
+  const auto change = order.kind == GifOrder::Kind::Cut ? imaging::CropFrames : imaging::PaintOverFrames;
+  return helper.Files().Save(order.target, [&](host::Draft& draft) {
+    return change({helper.Files(), {}}, {.source = order.source, .rect = order.window}, draft);
+  });
+}
+
 // The parameter text holds the arguments of FFmpeg. The last one is the output; it is written under a plain name and
-// copied to its path after FFmpeg has succeeded.
+// copied to its path after FFmpeg has succeeded. The frames of a GIF are changed without FFmpeg.
 host::Status Execute(Helper& helper) {
+  if (const std::optional<GifOrder> gif = ReadGifOrder(helper.Words()); gif && IsGif(gif->source)) {
+    return ChangeFrames(helper, *gif);
+  }
   const MediaOrder order = ReadMediaOrder(helper.Words());
   if (order.words.empty()) return UsageError("没有FFmpeg的参数");
   if (!order.forbidden.empty()) return UsageError("不能直接读写 " + order.forbidden);
