@@ -38,6 +38,19 @@ std::string Content(const fs::path& path) {
   return {std::istreambuf_iterator<char>(file), {}};
 }
 
+// The head of a frame of that size; bits are its flags: 0x40 for interlaced.
+std::string GifHead(unsigned long width, unsigned long height, unsigned long bits) {
+  return "," + Little(0, 4) + Little(width, 2) + Little(height, 2) + Little(bits, 1);
+}
+
+// Two frames of 3 x 2 and 2 x 2 pixels with a table of two colours, a comment and the number of repetitions.
+std::string Animation() {
+  using std::literals::string_literals::operator""s;
+  return "GIF89a\3\0\2\0\x80\0\0"s + "\1\2\3\xF1\xF2\xF3" + "!\xFF\x0BNETSCAPE2.0\3\1\3\0\0"s + "!\xFE\2hi\0"s +
+         "!\xF9\4\x08\5\0\0\0"s + GifHead(3, 2, 0) + "\2\4\x44\x88\x30\x28\0"s + "!\xF9\4\x0D\5\0\1\0"s +
+         GifHead(2, 2, 0) + "\2\3\x4C\x88\x14\0;"s;
+}
+
 // One small file of each kind.
 std::vector<Seeds> Pictures() {
   const std::string frame = std::string("\xFF\xC0\0\x0B\x08\0\x2B\0\x3D\1\1\x11\0", 13);
@@ -51,6 +64,7 @@ std::vector<Seeds> Pictures() {
       {"fuzz_jpeg", {"\xFF\xD8" + jfif + frame + "\xFF\xDA", "\xFF\xD8" + exif + frame}},
       {"fuzz_png", {Png(61, 43, Chunk("pHYs", Big(11811, 4) + Big(11811, 4) + Big(1, 1))), PngOfChunks(20, 61, 43)}},
       {"fuzz_gif", {Gif(61, 43)}},
+      {"fuzz_gif_frames", {Animation(), Animation().replace(Animation().find(','), 10, GifHead(6, 5, 0x40))}},
       {"fuzz_bmp", {Bmp(6, 4, 2835)}},
       {"fuzz_tiff",
        {Tiff(false, 6, 4, 300, 2), Tiff(true, 6, 4, 118, 3), BigTiff(false, 300), BigTiff(true, 300), CyclicTiff(6, 4),
@@ -90,9 +104,9 @@ int main(int count, char** arguments) {
   Seeds headers{"fuzz_measure", {}};
   for (const Seeds& seeds : Pictures()) {
     headers.files.insert(headers.files.end(), seeds.files.begin(), seeds.files.end());
-    // fuzz_jpeg and fuzz_tiff read a choice before the file.
+    // fuzz_jpeg, fuzz_tiff and fuzz_gif_frames read a choice before the file.
     const std::string name = seeds.fuzzer;
-    const std::string choice(name == "fuzz_jpeg" ? 6 : name == "fuzz_tiff" ? 4 : 0, '@');
+    const std::string choice(name == "fuzz_jpeg" ? 6 : name == "fuzz_tiff" || name == "fuzz_gif_frames" ? 4 : 0, '@');
     Seeds own{seeds.fuzzer, {}};
     for (const std::string& file : seeds.files) own.files.push_back(choice + file);
     Write(folder, own);
