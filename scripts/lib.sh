@@ -10,7 +10,7 @@ readonly root
 # shellcheck disable=SC2034
 readonly packages_run=(
   ca-certificates cmake ninja-build g++ pkg-config ccache mold
-  libvips-dev libjpeg62-turbo-dev libtiff-dev libpng-dev libexiv2-dev libmediainfo-dev libsqlite3-dev
+  libvips-dev libjpeg62-turbo-dev libtiff-dev libpng-dev zlib1g-dev libexiv2-dev libmediainfo-dev libsqlite3-dev
   libgif-dev libseccomp-dev liblcms2-dev libqpdf-dev libpoppler-cpp-dev libcgif-dev
   ffmpeg tesseract-ocr tesseract-ocr-chi-sim poppler-data icc-profiles-free libgs-common
   nlohmann-json3-dev libcli11-dev libfmt-dev qt6-base-dev qt6-svg-dev fonts-noto-cjk

@@ -82,6 +82,7 @@ const std::vector<House>& Houses() {
         {"metadata", 3},
         {"jpeg", 4},
         {"gif", 4},
+        {"png", 4},
         {"tiff", 4},
         {"codecs", 5},
         {"measure", 5},

@@ -97,6 +97,8 @@ TEST(Rules, RoomsPointOneWay) {
                                 Includes("src/imaging/pixels/a.cpp", "imaging/metadata/exif_block.h"),
                                 Includes("src/imaging/jpeg/a.cpp", "imaging/codecs/encode.h"),
                                 Includes("src/imaging/jpeg/a.cpp", "imaging/tiff/tiff_handle.h"),
+                                Includes("src/imaging/png/a.cpp", "imaging/jpeg/jpeg_reader.h"),
+                                Includes("src/imaging/png/a.cpp", "imaging/codecs/encode.h"),
                                 Includes("src/imaging/measure/a.cpp", "imaging/codecs/open_picture.h"),
                                 Includes("src/imaging/codecs/a.cpp", "imaging/crop/file_requests.h"),
                                 Includes("src/imaging/crop/a.cpp", "imaging/services_parts.h"),

@@ -10,6 +10,7 @@
 #include <optional>
 #include <vector>
 
+#include "imaging/codecs/bmp_light.h"
 #include "imaging/faults.h"
 #include "imaging/limits.h"
 #include "imaging/metadata/bmp_head.h"
@@ -96,6 +97,8 @@ class BmpSource : public RowSource {
       for (int x = 0; x < width; ++x, out += 3, bit += layout_.bits) {
         Colour(from[bit / 8] >> (8 - layout_.bits - bit % 8) & mask, out);
       }
+    } else if (layout_.bits >= 48) {
+      UnpackLight(from, width, out);
     } else if (layout_.bits == 24) {
       for (int x = 0; x < width; ++x, out += 3, from += 3) {
         out[0] = from[2];
@@ -110,6 +113,18 @@ class BmpSource : public RowSource {
         out[1] = layout_.green.Of(pixel);
         out[2] = layout_.blue.Of(pixel);
       }
+    }
+  }
+
+  // Samples of 16 bits; with 64 bits a pixel alpha follows the colours.
+  void UnpackLight(const unsigned char* from, int width, unsigned char* out) const {
+    const auto sample = [&](int i) { return static_cast<std::int16_t>(Get16(from + 2 * i)); };
+    const bool alpha = layout_.bits == 64;
+    for (int x = 0; x < width; ++x, out += alpha ? 4 : 3, from += alpha ? 8 : 6) {
+      out[0] = ValueOfBmpLight(sample(2));
+      out[1] = ValueOfBmpLight(sample(1));
+      out[2] = ValueOfBmpLight(sample(0));
+      if (alpha) out[3] = ValueOfBmpAlpha(sample(3));
     }
   }
 
@@ -237,7 +252,7 @@ Status ReadPacking(const Header& header, BmpLayout& layout) {
   layout.packing = static_cast<Packing>(packing);
   switch (layout.packing) {
     case Packing::None:
-      return IsOneOf(layout.bits, {1, 2, 4, 8, 16, 24, 32}) ? Status::Ok() : fault::DamagedPicture();
+      return IsOneOf(layout.bits, {1, 2, 4, 8, 16, 24, 32, 48, 64}) ? Status::Ok() : fault::DamagedPicture();
     case Packing::Rle8:
       return layout.bits == 8 ? Status::Ok() : fault::DamagedPicture();
     case Packing::Rle4:
@@ -321,6 +336,7 @@ Status OpenBmp(std::shared_ptr<Bytes> bytes, const Limits& limits, std::shared_p
   if (Status status = ReadPacking(header, layout); !status) return status;
   if (Status status = ReadColours(*bytes, header, layout, headerEnd); !status) return status;
   ReadExtras(*bytes, header, head, facts);
+  facts.alpha = layout.bits == 64;
 
   if (layout.pixels == 0) layout.pixels = headerEnd;
   if (layout.pixels < kFileHeader + layout.headerSize || layout.pixels > bytes->Size()) return fault::DamagedPicture();

@@ -27,6 +27,9 @@ constexpr int kGifSide = 65535;
 // The gif saver holds all pixels, at four bytes each, to choose the palette.
 constexpr std::int64_t kGifMemory = std::int64_t{1} << 30;
 constexpr int kBlackLevel = 128;
+// Bits a pixel: from the first on samples have 16 bits, and the second has alpha.
+constexpr int kDeepBmp = 48;
+constexpr int kAlphaBmp = 64;
 constexpr std::uint64_t kBigTiff = 4'000'000'000;
 // A pHYs chunk with its length, type and checksum that says 1:1 without a unit, which means no resolution.
 constexpr std::string_view kNoDensity = "\0\0\0\x09pHYs\0\0\0\1\0\0\0\1\0\x4F\x25\xC4\xD6"sv;
@@ -73,7 +76,7 @@ Status EraseDensity(host::Draft& draft) {
   return Status::Ok();
 }
 
-Status WritePng(const Picture& picture, Exif exif, host::Draft& draft) {
+Status WritePng(const Picture& picture, Exif exif, int bits, host::Draft& draft) {
   VImage image = WithHeader(picture, picture.tags.dpi);
   const PictureTags& tags = picture.tags;
   std::string block =
@@ -83,9 +86,13 @@ Status WritePng(const Picture& picture, Exif exif, host::Draft& draft) {
     SetBlob(image, VIPS_META_EXIF_NAME, std::string("Exif\0\0", 6) + block);
     image.set(VIPS_META_ORIENTATION, tags.orientation);
   }
-  Status status = SaveWithVips(draft, [&](const vips::VTarget& target) {
-    image.pngsave_target(target, VImage::option()->set("filter", VIPS_FOREIGN_PNG_FILTER_ALL));
-  });
+  VOption* options = VImage::option();
+  if (bits <= 8) {
+    options->set("palette", true)->set("bitdepth", bits)->set("dither", 0.0);
+  } else {
+    options->set("filter", VIPS_FOREIGN_PNG_FILTER_ALL);
+  }
+  Status status = SaveWithVips(draft, [&](const vips::VTarget& target) { image.pngsave_target(target, options); });
   return status && tags.dpi == 0 ? EraseDensity(draft) : status;
 }
 
@@ -129,7 +136,7 @@ Status Write(const Picture& picture, const EncodeOptions& options, const PixelSp
       ready.pixels = EightBit(Flattened(ready.pixels, base::kWhite));
       return WriteJpeg(ready, options.quality, options.exif, draft);
     case Encoder::Png:
-      return WritePng(cmyk ? Displayed(picture) : picture, options.exif, draft);
+      return WritePng(cmyk ? Displayed(picture) : picture, options.exif, options.bits, draft);
     case Encoder::Gif:
       ready = Displayed(picture);
       ready.pixels = EightBit(ready.pixels);
@@ -140,9 +147,11 @@ Status Write(const Picture& picture, const EncodeOptions& options, const PixelSp
     case Encoder::Bmp:
       // Grey is written as RGB, and a grey profile does not apply to RGB.
       if (cmyk || IsGrey(picture.pixels)) ready = Displayed(picture);
-      ready.pixels = AsRgb(EightBit(Flattened(ready.pixels, base::kWhite)));
+      if (options.bits < kDeepBmp) ready.pixels = EightBit(ready.pixels);
+      if (options.bits != kAlphaBmp) ready.pixels = Flattened(ready.pixels, base::kWhite);
+      ready.pixels = AsRgb(ready.pixels);
       if (Status upright = MakeUpright(ready.pixels, turn, space); !upright) return upright;
-      return WriteBmp(ready, draft);
+      return WriteBmp(ready, options.bits, draft);
   }
   return fault::UnknownType();
 }

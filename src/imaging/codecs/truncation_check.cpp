@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "imaging/metadata/tiff_tags.h"
+#include "imaging/png/png_chunks.h"
 
 namespace quillon::imaging {
 namespace {
@@ -45,18 +46,6 @@ class Cursor {
   std::uint64_t blockAt_ = 0;
   std::uint64_t at_ = 0;
 };
-
-bool IsPngComplete(Bytes& bytes) {
-  Cursor cursor(bytes);
-  std::array<unsigned char, 8> chunk{};
-  bool more = cursor.Skip(8);
-  while (more && cursor.Read(chunk.data(), chunk.size())) {
-    const std::uint64_t size = std::uint64_t{chunk[0]} << 24 | chunk[1] << 16 | chunk[2] << 8 | chunk[3];
-    more = cursor.Skip(size + 4);
-    if (std::equal(chunk.begin() + 4, chunk.end(), "IEND")) return more;
-  }
-  return false;
-}
 
 // Returns the bytes of a colour table. The top bit says whether there is one, the low three bits its size.
 std::uint64_t GifTable(unsigned char packed) { return packed & 0x80 ? std::uint64_t{6} << (packed & 7) : 0; }
@@ -119,15 +108,6 @@ constexpr std::uint64_t kFreeCanvas = std::uint64_t{64} << 20;
 
 std::uint64_t PixelsOf(base::Size size) {
   return static_cast<std::uint64_t>(size.width) * static_cast<std::uint64_t>(size.height);
-}
-
-bool CanPngHold(Bytes& bytes, base::Size size) {
-  constexpr std::uint64_t kDepth = 24;  // offset of the bits a sample, followed by the colour type
-  std::array<unsigned char, 2> kind{};
-  if (!bytes.ReadAt(kDepth, kind.data(), kind.size())) return false;
-  constexpr std::array<unsigned, 7> kSamples = {1, 1, 3, 1, 2, 1, 4};  // by colour type
-  const std::uint64_t bits = std::uint64_t{kind[0]} * kSamples[std::min<std::size_t>(kind[1], 6)];
-  return PixelsOf(size) * bits / 8 / kMostPerDeflatedByte <= bytes.Size();
 }
 
 // The decoder ignores a canvas that it does not believe, but its size is what the file is measured by.

@@ -15,6 +15,7 @@
 #include "imaging/pixels/colours.h"
 #include "imaging/pixels/geometry.h"
 #include "imaging/pixels/pixel_space.h"
+#include "imaging/png/png_writer.h"
 #include "imaging/rows/row_steps.h"
 #include "imaging/tiff/tiff_part.h"
 

@@ -1,0 +1,174 @@
+// SPDX-FileCopyrightText: 2026 The Quillon developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "imaging/png/png_writer.h"
+
+#include <algorithm>
+#include <array>
+#include <csetjmp>
+#include <cstdlib>
+
+#include "base/rounding.h"
+#include "imaging/faults.h"
+#include "imaging/metadata/exif_block.h"
+
+// How the filter of a row is chosen: a filter replaces each byte by its difference from a prediction, and the smaller
+// these differences are, the better deflate packs them. Their sum is computed for each filter, but only over a part of
+// the row, since neighbouring pixels rarely disagree about the best filter. libpng then applies that filter alone.
+namespace quillon::imaging {
+namespace {
+
+using host::Status;
+
+constexpr double kMetresPerInch = 0.0254;
+constexpr int kFastLevel = 3;                              // of zlib
+constexpr std::size_t kDataChunk = std::size_t{64} << 10;  // bytes of an IDAT chunk
+constexpr std::size_t kSampled = 16;                       // pixels that are compared
+constexpr std::size_t kSampleStep = 64;                    // of so many
+constexpr std::array<int, 5> kFilters = {PNG_FILTER_NONE, PNG_FILTER_SUB, PNG_FILTER_UP, PNG_FILTER_AVG,
+                                         PNG_FILTER_PAETH};
+
+int ColourTypeOf(const RowFacts& facts) {
+  const int colours = facts.layout == RowLayout::Grey ? PNG_COLOR_TYPE_GRAY : PNG_COLOR_TYPE_RGB;
+  return facts.alpha ? colours | PNG_COLOR_MASK_ALPHA : colours;
+}
+
+// Returns the prediction of the Paeth filter: the neighbour that is nearest to left + up - corner.
+int Paeth(int left, int up, int corner) {
+  const int toLeft = std::abs(up - corner);
+  const int toUp = std::abs(left - corner);
+  const int toCorner = std::abs(up + left - 2 * corner);
+  if (toLeft <= toUp && toLeft <= toCorner) return left;
+  return toUp <= toCorner ? up : corner;
+}
+
+unsigned Cost(int difference) {
+  return static_cast<unsigned>(std::abs(static_cast<int>(static_cast<signed char>(difference))));
+}
+
+}  // namespace
+
+PngDensity DensityOfDpi(int dpi) {
+  if (dpi <= 0) return {};
+  const auto perMetre = static_cast<std::uint32_t>(base::R(dpi / kMetresPerInch));
+  return {perMetre, perMetre, true};
+}
+
+// libpng reports errors by longjmp. A jump skips destructors, so everything with one is a member, and what Guard runs
+// has no locals that need destruction.
+PngWriter::PngWriter(host::Draft& draft) : draft_(draft) {
+  const auto onError = [](png_structp png, png_const_charp) { png_longjmp(png, 1); };
+  png_ = png_create_write_struct(PNG_LIBPNG_VER_STRING, nullptr, onError, [](png_structp, png_const_charp) {});
+  if (png_) info_ = png_create_info_struct(png_);
+}
+
+PngWriter::~PngWriter() { png_destroy_write_struct(&png_, &info_); }
+
+template <class Work>
+bool PngWriter::Guard(Work work) {
+  if (setjmp(png_jmpbuf(png_)) != 0) return false;
+  work();
+  return true;
+}
+
+Status PngWriter::Failure() const { return result_ ? fault::NotSaved() : result_; }
+
+void PngWriter::OnWrite(png_structp png, png_bytep data, std::size_t size) {
+  PngWriter& self = *static_cast<PngWriter*>(png_get_io_ptr(png));
+  self.result_ = self.draft_.Write(data, size);
+  if (!self.result_) png_longjmp(png, 1);
+}
+
+void PngWriter::WriteHead(const RowFacts& facts, const PngHeader& header) {
+  png_set_write_fn(png_, this, OnWrite, [](png_structp) {});
+  // libpng then drops a profile that it considers invalid, instead of failing.
+  png_set_benign_errors(png_, 1);
+  png_set_IHDR(png_, info_, static_cast<png_uint_32>(facts.size.width), static_cast<png_uint_32>(facts.size.height),
+               facts.bits, ColourTypeOf(facts), PNG_INTERLACE_NONE, PNG_COMPRESSION_TYPE_DEFAULT,
+               PNG_FILTER_TYPE_DEFAULT);
+  if (compression_ != PngCompression::Standard) {
+    png_set_compression_level(png_, kFastLevel);
+    png_set_compression_buffer_size(png_, kDataChunk);
+    // Rows above are only kept if a filter may need them when the first row is written.
+    png_set_filter(png_, PNG_FILTER_TYPE_BASE,
+                   compression_ == PngCompression::Photo ? PNG_ALL_FILTERS : PNG_NO_FILTERS);
+  }
+  const PngDensity& density = header.density;
+  if (density.across > 0 && density.down > 0) {
+    const int unit = density.metre ? PNG_RESOLUTION_METER : PNG_RESOLUTION_UNKNOWN;
+    png_set_pHYs(png_, info_, density.across, density.down, unit);
+  }
+  if (!header.profile.empty()) {
+    png_set_iCCP(png_, info_, "icc", PNG_COMPRESSION_TYPE_BASE,
+                 reinterpret_cast<png_const_bytep>(header.profile.data()),
+                 static_cast<png_uint_32>(header.profile.size()));
+  }
+  if (!header.exif.empty()) {
+    auto* exif = reinterpret_cast<png_bytep>(const_cast<char*>(header.exif.data()));
+    png_set_eXIf_1(png_, info_, static_cast<png_uint_32>(header.exif.size()), exif);
+  }
+  png_write_info(png_, info_);
+  if (facts.bits == 16) png_set_swap(png_);
+}
+
+Status PngWriter::Begin(const RowFacts& facts, const PngHeader& header) {
+  if (!info_) return fault::OutOfMemory();
+  // The sums of BestFilter are made for bytes, and rows of 16 bits are in the order of the machine.
+  compression_ = header.compression;
+  pixelBytes_ = static_cast<std::size_t>(facts.PixelBytes());
+  if (compression_ == PngCompression::Photo) {
+    above_.assign(static_cast<std::size_t>(facts.size.width) * pixelBytes_, 0);
+  }
+  return Guard([&] { WriteHead(facts, header); }) ? Status::Ok() : Failure();
+}
+
+int PngWriter::BestFilter(const unsigned char* row) const {
+  std::array<unsigned, kFilters.size()> sums{};
+  const std::size_t whole = above_.size();
+  const unsigned char* above = above_.data();
+  for (std::size_t first = pixelBytes_; first < whole; first += kSampleStep * pixelBytes_) {
+    const std::size_t end = std::min(whole, first + kSampled * pixelBytes_);
+    for (std::size_t i = first; i < end; ++i) {
+      const int value = row[i];
+      const int left = row[i - pixelBytes_];
+      const int up = above[i];
+      sums[0] += Cost(value);
+      sums[1] += Cost(value - left);
+      sums[2] += Cost(value - up);
+      sums[3] += Cost(value - (left + up) / 2);
+      sums[4] += Cost(value - Paeth(left, up, above[i - pixelBytes_]));
+    }
+  }
+  return kFilters[static_cast<std::size_t>(std::min_element(sums.begin(), sums.end()) - sums.begin())];
+}
+
+Status PngWriter::WriteRow(const unsigned char* row) {
+  const bool chooses = compression_ == PngCompression::Photo;
+  const int filter = chooses ? BestFilter(row) : PNG_NO_FILTERS;
+  const bool written = Guard([&] {
+    if (chooses) png_set_filter(png_, PNG_FILTER_TYPE_BASE, filter);
+    png_write_row(png_, row);
+  });
+  if (chooses) std::copy_n(row, above_.size(), above_.begin());
+  return written ? Status::Ok() : Failure();
+}
+
+Status PngWriter::Finish() {
+  return Guard([this] { png_write_end(png_, info_); }) ? Status::Ok() : Failure();
+}
+
+Status WritePng(RowStream& rows, const PictureTags& tags, host::Draft& draft) {
+  const RowFacts& facts = rows.Facts();
+  const PngHeader header{
+      .profile = tags.profile, .exif = MinimalExif(tags.orientation, 0), .density = DensityOfDpi(tags.dpi)};
+  PngWriter writer(draft);
+  if (Status begun = writer.Begin(facts, header); !begun) return begun;
+  std::vector<unsigned char> row(static_cast<std::size_t>(facts.size.width) *
+                                 static_cast<unsigned>(facts.PixelBytes()));
+  for (int y = 0; y < facts.size.height; ++y) {
+    if (Status read = rows.ReadRow(row.data()); !read) return read;
+    if (Status written = writer.WriteRow(row.data()); !written) return written;
+  }
+  return writer.Finish();
+}
+
+}  // namespace quillon::imaging
