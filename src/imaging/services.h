@@ -136,6 +136,13 @@ class Services {
   Status ZoomPic(const std::string& source, const std::string& destination, int width, int height,
                  Exif exif = Exif::Drop);
 
+  // Draw a picture as the request says; see PngCutRequest and PngOverBmpRequest. A plain cut of a png holds a few rows.
+  // ICC profile, resolution and orientation are copied; EXIF is not. The whole source is checked for damage.
+  // PngCut does not replace an animated png by its own result, which has only the first frame (Unsupported).
+  // Unsupported: no such depth, or the source is no picture.
+  Status PngCut(const PngCutRequest& request);
+  Status PngOverBmp(const PngOverBmpRequest& request);
+
   // A reduced picture for the screen, neither side above limit, 8-bit RGB rows without padding.
   struct Preview {
     base::Size size;      // of the pixels here
@@ -154,8 +161,8 @@ class Services {
   // A call that waits for a disk that is silent for host::kDiskTimeoutSeconds fails with Stopped and
   // host::kDiskUnresponsive.
   //
-  // CropToFile, CropToGif and ImageInfo use prefetched results by themselves; a crop to gif must be planned as AsGif
-  // returns it. Several crops of one picture are read by OpenForCuts, other results by PopPrefetched.
+  // CropToFile, CropToGif, PngCut, PngOverBmp and ImageInfo use prefetched results by themselves; a crop to gif must be
+  // planned as AsGif returns it. Several crops of one picture are read by OpenForCuts, other results by PopPrefetched.
   void PlanWork(const std::vector<FileWork>& upcoming);
   void PlanMeasures(std::vector<std::string> upcoming);
   // Gives the outputs of work as bytes, in the order of its steps; nothing unless it was planned, has succeeded, and

@@ -198,8 +198,63 @@ struct EffectsRequest {
   bool operator==(const EffectsRequest&) const = default;
 };
 
+// How PngCut and PngOverBmp draw their source on a transparent canvas. The numbers are part of the call and never
+// change.
+//   Cut: the pixels of rect, which may lie outside the source.
+//   Zoom: the whole source, scaled to size.
+//   Overlay: as Zoom, with other pictures drawn over it.
+//   Rotate: the whole source, rotated about its centre by angle; the canvas grows to hold it, and size is not used.
+enum class PngMode { Cut = 0, Zoom = 1, Overlay = 2, Rotate = 3 };
+
+// A picture of which the top left part of that size is drawn unscaled, left and top pixels from the corner.
+struct PngOverlay {
+  std::string picture;
+  int left = 0;
+  int top = 0;
+  base::Size size;
+
+  bool operator==(const PngOverlay&) const = default;
+};
+
+struct PngDrawing {
+  PngMode mode = PngMode::Cut;
+  base::Rect rect = {};                   // Cut: in pixels of the source
+  base::Size size = {};                   // Zoom and Overlay: of the result
+  double angle = 0;                       // Rotate: degrees, positive counter-clockwise
+  std::vector<PngOverlay> overlays = {};  // Overlay: from the lowest to the highest
+
+  bool operator==(const PngDrawing&) const = default;
+};
+
+// Draws source and writes it with 8-bit RGBA, whatever the source has; see PngDrawing. A result whose final name ends
+// in ".gif" is a GIF, any other a PNG.
+struct PngCutRequest {
+  std::string source;
+  std::string destination;
+  PngDrawing drawing = {};
+  // The name that the result gets in the end, if destination is a work file. Empty: destination.
+  std::string finalName = {};
+
+  bool operator==(const PngCutRequest&) const = default;
+};
+
+// Draws source and writes it with that many bits a pixel. The ending of the destination decides: ".jpg" gives a jpeg of
+// quality 98, ".bmp" a bmp, anything else a png.
+//   4, 8: a palette of at most 16 or 256 colours, chosen for the picture.
+//   16: 5 bits a colour. 24, 32: 8 bits a colour. 48: 16 bits a colour. 64: 16 bits a colour and alpha.
+// All but 64 are blended with white.
+struct PngOverBmpRequest {
+  std::string source;
+  std::string destination;
+  PngDrawing drawing = {};
+  int bits = 24;
+
+  bool operator==(const PngOverBmpRequest&) const = default;
+};
+
 // One operation from file to file.
-using FileRequest = std::variant<CropRequest, BorderRequest, ZoomRequest, EffectsRequest>;
+using FileRequest =
+    std::variant<CropRequest, BorderRequest, ZoomRequest, EffectsRequest, PngCutRequest, PngOverBmpRequest>;
 
 inline const std::string& SourceOf(const FileRequest& request) {
   return std::visit([](const auto& each) -> const std::string& { return each.source; }, request);

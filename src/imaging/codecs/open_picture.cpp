@@ -64,10 +64,7 @@ Status OpenKnown(const host::Files& files, const std::string& path, const ReadCo
                  std::shared_ptr<Bytes>& bytes, OpenedPicture& out) {
   if (Status status = OpenBytes(files, path, control, bytes); !status) return status;
   out.threads = control.threads;
-  std::array<char, 16> start{};
-  const std::size_t known = static_cast<std::size_t>(std::min<std::uint64_t>(bytes->Size(), start.size()));
-  if (!bytes->ReadAt(0, start.data(), known)) return fault::DamagedPicture();
-  out.format = FormatOf({start.data(), known});
+  if (Status status = RecogniseFormat(*bytes, out.format); !status) return status;
   out.fault = std::make_shared<ReadFault>();
   return Status::Ok();
 }
@@ -85,6 +82,14 @@ void SetTags(OpenedPicture& out) {
 }
 
 }  // namespace
+
+Status RecogniseFormat(Bytes& bytes, Format& format) {
+  std::array<char, 16> start{};
+  const std::size_t known = static_cast<std::size_t>(std::min<std::uint64_t>(bytes.Size(), start.size()));
+  if (!bytes.ReadAt(0, start.data(), known)) return fault::DamagedPicture();
+  format = FormatOf({start.data(), known});
+  return Status::Ok();
+}
 
 Status OpenPicture(const host::Files& files, const std::string& path, const Limits& limits, base::Size reduceTo,
                    OpenedPicture& out, const ReadControl& control) {

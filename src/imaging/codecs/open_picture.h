@@ -32,6 +32,9 @@ struct OpenedPicture {
   const RowFacts& Facts() const { return rows ? rows->Facts() : stream->Facts(); }
 };
 
+// Returns the format of a picture by its first bytes. Damaged: they cannot be read.
+Status RecogniseFormat(Bytes& bytes, Format& format);
+
 // Opens a file by its content; the extension is ignored. Of several frames or pages the first is opened.
 // A JPEG is reduced by the largest of 1, 2, 4 and 8 that leaves both sides at least twice as large as reduceTo, unless
 // reduceTo is empty. Other formats are not reduced.

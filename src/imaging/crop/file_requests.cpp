@@ -14,6 +14,7 @@
 #include "imaging/codecs/open_picture.h"
 #include "imaging/crop/decoded_source.h"
 #include "imaging/crop/picture_steps.h"
+#include "imaging/crop/png_requests.h"
 #include "imaging/crop/work_memory.h"
 #include "imaging/gif/gif_cut.h"
 #include "imaging/gif/gif_delogo.h"
@@ -278,6 +279,8 @@ Status MakeEffects(const PictureInput& input, const EffectsRequest& request, hos
 Encoder EncoderOf(const FileRequest& request) {
   if (const auto* crop = std::get_if<CropRequest>(&request)) return crop->encoder;
   if (const auto* effects = std::get_if<EffectsRequest>(&request)) return effects->encoder;
+  if (const auto* cut = std::get_if<PngCutRequest>(&request)) return EncoderOf(*cut);
+  if (const auto* drawn = std::get_if<PngOverBmpRequest>(&request)) return EncoderOf(*drawn);
   return EncoderOfPath(DestinationOf(request));
 }
 
@@ -385,6 +388,12 @@ class Worker {
   }
   Status Make(const EffectsRequest& request, const PictureInput& input, host::Draft& draft) {
     return MakeEffects(input, request, draft);
+  }
+  Status Make(const PngCutRequest& request, const PictureInput& input, host::Draft& draft) {
+    return MakePngCut(input, request, draft);
+  }
+  Status Make(const PngOverBmpRequest& request, const PictureInput& input, host::Draft& draft) {
+    return MakePngOverBmp(input, request, draft);
   }
 
   const FileWork& work_;

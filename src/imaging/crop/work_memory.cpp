@@ -11,6 +11,9 @@ namespace quillon::imaging {
 namespace {
 
 constexpr int kRgb = 3;
+constexpr int kRgba = 4;
+constexpr int kIndexedBits = 8;
+constexpr int kQuantised = 8;     // bytes a pixel takes while colours are chosen
 constexpr int kGifPixel = 4;      // of a picture that is held whole to choose its colours
 constexpr int kRowsPassing = 64;  // held by all steps of a pipeline and the encoder
 constexpr int kFloat = 4;
@@ -25,6 +28,7 @@ base::Size SizeOf(const base::Rect& rect) { return {rect.width, rect.height}; }
 struct Request {
   std::int64_t peak = 0;
   base::Size made;
+  int pixelBytes = kRgb;  // of the picture that it writes, at least
 };
 
 // Follows a picture in memory through its steps. A step holds what it reads and what it makes.
@@ -86,6 +90,27 @@ struct Peak {
     for (const PixelStep& step : request.steps) std::visit(held, step);
     return {held.Peak(), held.Size()};
   }
+  Request operator()(const PngCutRequest& request) const { return Drawn(request.drawing, kRgba); }
+  Request operator()(const PngOverBmpRequest& request) const {
+    Request drawn = Drawn(request.drawing, std::max(kRgba, request.bits / 8));
+    // Colours are chosen from the whole picture.
+    if (request.bits <= kIndexedBits) drawn.peak += Area(drawn.made) * kQuantised;
+    return drawn;
+  }
+
+  Request Drawn(const PngDrawing& drawing, int drawnBytes) const {
+    switch (drawing.mode) {
+      case PngMode::Zoom:
+        return {0, drawing.size, drawnBytes};
+      case PngMode::Overlay:
+        return {2 * Area(drawing.size) * drawnBytes, drawing.size, drawnBytes};
+      case PngMode::Rotate:
+        return {Area(source) * drawnBytes, base::TurnedSize(source, drawing.angle), drawnBytes};
+      case PngMode::Cut:
+        break;
+    }
+    return {0, SizeOf(drawing.rect), drawnBytes};
+  }
 };
 
 }  // namespace
@@ -100,7 +125,7 @@ WorkMemory MemoryFor(const FileWork& work, const OpenedPicture& source) {
     const FileRequest& request = work.steps[i];
     const Request held = std::visit(Peak{read, pixelBytes}, request);
     const std::int64_t rows = std::int64_t{std::max(read.width, held.made.width)} * pixelBytes * kRowsPassing * kFloat;
-    const std::int64_t written = Area(held.made) * std::max(pixelBytes, kRgb);
+    const std::int64_t written = Area(held.made) * std::max(pixelBytes, held.pixelBytes);
     const bool passedOn = work.PassedOn(i);
     std::int64_t peak = held.peak + rows + handed + (handed > 0 ? 0 : facts.held);
     if (EncoderOf(request) == Encoder::Gif) peak += Area(held.made) * kGifPixel;

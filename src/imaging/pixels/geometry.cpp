@@ -37,17 +37,28 @@ VImage WithPremultipliedAlpha(const VImage& pixels, Work work) {
       .copy(VImage::option()->set("interpretation", pixels.interpretation()));
 }
 
+VImage TurnedExactly(const VImage& pixels, VipsAngle clockwise) {
+  return clockwise == VIPS_ANGLE_D0 ? pixels : pixels.rot(clockwise);
+}
+
+// background has one value a band.
+VImage TurnedOn(const VImage& pixels, double angle, const std::vector<double>& background) {
+  const base::Size canvas = base::TurnedSize({pixels.width(), pixels.height()}, angle);
+  return WithPremultipliedAlpha(
+      pixels, [&](const VImage& weighted) { return LanczosTurned(weighted, Radians(angle), canvas, background); });
+}
+
 }  // namespace
 
 VImage Turned(const VImage& pixels, double angle, base::Colour colour) {
-  if (const std::optional<VipsAngle> turns = QuarterTurns(angle)) {
-    return *turns == VIPS_ANGLE_D0 ? pixels : pixels.rot(*turns);
-  }
+  if (const std::optional<VipsAngle> turns = QuarterTurns(angle)) return TurnedExactly(pixels, *turns);
   const VImage target = PromoteForColour(pixels, colour);
-  const base::Size canvas = base::TurnedSize({target.width(), target.height()}, angle);
-  const std::vector<double> background = SamplesOf(target, colour);
-  return WithPremultipliedAlpha(
-      target, [&](const VImage& weighted) { return LanczosTurned(weighted, Radians(angle), canvas, background); });
+  return TurnedOn(target, angle, SamplesOf(target, colour));
+}
+
+VImage TurnedOnNothing(const VImage& pixels, double angle) {
+  if (const std::optional<VipsAngle> turns = QuarterTurns(angle)) return TurnedExactly(pixels, *turns);
+  return TurnedOn(pixels, angle, std::vector<double>(static_cast<std::size_t>(pixels.bands()), 0));
 }
 
 host::Status MakeUpright(VImage& pixels, int orientation, const PixelSpace& space) {

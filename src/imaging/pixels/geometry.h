@@ -14,6 +14,9 @@ namespace quillon::imaging {
 // The edge of the picture is antialiased. The rest of the canvas is filled with colour, opaque.
 vips::VImage Turned(const vips::VImage& pixels, double angle, base::Colour colour);
 
+// As Turned, for pixels with alpha; the rest of the canvas is transparent.
+vips::VImage TurnedOnNothing(const vips::VImage& pixels, double angle);
+
 // Rotates and mirrors the pixels as an EXIF orientation, 1..8, says, so that they are upright. Any other number changes
 // nothing. If they have to be changed they are computed first, as MaterializeHuge does, which returns the errors.
 host::Status MakeUpright(vips::VImage& pixels, int orientation, const PixelSpace& space);

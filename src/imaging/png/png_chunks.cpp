@@ -78,15 +78,4 @@ bool CanPngHold(Bytes& bytes, base::Size size) {
   return pixels * bits / 8 / kMostPerDeflatedByte <= bytes.Size();
 }
 
-std::uint32_t PngFrames(Bytes& bytes) {
-  PngChunks chunks(bytes);
-  for (PngChunk chunk; chunks.Next(chunk) && !chunk.Is("IDAT");) {
-    std::array<unsigned char, 4> frames{};
-    if (!chunk.Is("acTL") || chunk.size < frames.size()) continue;
-    if (!bytes.ReadAt(chunk.Data(), frames.data(), frames.size())) return 1;
-    return std::max<std::uint32_t>(1, static_cast<std::uint32_t>(BigEndian(frames.data())));
-  }
-  return 1;
-}
-
 }  // namespace quillon::imaging

@@ -50,7 +50,4 @@ bool HasPngChecksums(Bytes& bytes, std::uint64_t start, std::uint64_t checked);
 // Returns false if the file is too short to hold that many pixels of its depth, however well they are compressed.
 bool CanPngHold(Bytes& bytes, base::Size size);
 
-// Returns the number of frames that an animated file declares; 1 if it is not animated.
-std::uint32_t PngFrames(Bytes& bytes);
-
 }  // namespace quillon::imaging
