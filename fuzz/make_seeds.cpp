@@ -9,11 +9,13 @@
 #include <fstream>
 #include <iterator>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "host/posix/sqlite_journals.h"
 #include "host/posix/sqlite_settings.h"
 #include "imaging/little_files.h"
+#include "imaging/png_maker.h"
 
 namespace {
 
@@ -73,6 +75,35 @@ std::vector<Seeds> Pictures() {
        {"8BPS" + Big(1, 2) + std::string(6, '\0') + Big(3, 2) + Big(43, 4) + Big(61, 4) + Big(8, 2) + Big(3, 2)}}};
 }
 
+// A small file of each colour type and depth, after the place of a rectangle.
+Seeds PngRows() {
+  const std::string place = {'\x03', '\xFE', '\x10', '\x0C'};
+  Seeds seeds{"fuzz_png_rows", {}};
+  for (const auto& [type, bits] : {std::pair(0, 1),
+                                   {0, 2},
+                                   {0, 4},
+                                   {0, 8},
+                                   {0, 16},
+                                   {2, 8},
+                                   {2, 16},
+                                   {3, 1},
+                                   {3, 2},
+                                   {3, 4},
+                                   {3, 8},
+                                   {4, 8},
+                                   {4, 16},
+                                   {6, 8},
+                                   {6, 16}}) {
+    for (const bool interlaced : {false, true}) {
+      PngKind kind{.size = {11, 9}, .type = type, .bits = bits, .interlaced = interlaced};
+      if (type == 3) kind.alphas = {0, 100};
+      if (type == 0) kind.key = {1};
+      seeds.files.push_back(place + MakePng(kind));
+    }
+  }
+  return seeds;
+}
+
 // The databases as the program writes them. folder is emptied.
 std::vector<Seeds> Databases(const fs::path& folder) {
   using namespace quillon::host;
@@ -112,6 +143,7 @@ int main(int count, char** arguments) {
     Write(folder, own);
   }
   Write(folder, headers);
+  Write(folder, PngRows());
   Write(folder, {"fuzz_names", {"x/folder/照片.JPG", "x../a//b/./c.psd"}});
   for (const Seeds& seeds : Databases(folder / "databases")) Write(folder, seeds);
   return 0;
