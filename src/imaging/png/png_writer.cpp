@@ -6,6 +6,10 @@
 #include <array>
 #include <csetjmp>
 #include <cstdlib>
+#include <limits>
+#include <utility>
+
+#include <zlib.h>
 
 #include "base/rounding.h"
 #include "imaging/faults.h"
@@ -14,6 +18,8 @@
 // How the filter of a row is chosen: a filter replaces each byte by its difference from a prediction, and the smaller
 // these differences are, the better deflate packs them. Their sum is computed for each filter, but only over a part of
 // the row, since neighbouring pixels rarely disagree about the best filter. libpng then applies that filter alone.
+//
+// How Photo chooses: the first rows are written twice into nothing, and the smaller way is used for the picture.
 namespace quillon::imaging {
 namespace {
 
@@ -22,10 +28,45 @@ using host::Status;
 constexpr double kMetresPerInch = 0.0254;
 constexpr int kFastLevel = 3;                              // of zlib
 constexpr std::size_t kDataChunk = std::size_t{64} << 10;  // bytes of an IDAT chunk
-constexpr std::size_t kSampled = 16;                       // pixels that are compared
-constexpr std::size_t kSampleStep = 64;                    // of so many
+// Of so many pixels of a row, the first ones are compared to choose a filter.
+constexpr std::size_t kSampleStep = 128;
+constexpr std::size_t kSampled = 16;
 constexpr std::array<int, 5> kFilters = {PNG_FILTER_NONE, PNG_FILTER_SUB, PNG_FILTER_UP, PNG_FILTER_AVG,
                                          PNG_FILTER_PAETH};
+// The rows that wait for the choice of a compression: so many, or fewer if they are long.
+constexpr std::size_t kTrialRows = 24;
+constexpr std::size_t kTrialBytes = std::size_t{1} << 20;
+
+// Counts what is written.
+class CountingDraft final : public host::Draft {
+ public:
+  Status Write(const void*, std::size_t size) override {
+    size_ += size;
+    return Status::Ok();
+  }
+  Status Seek(std::uint64_t) override { return fault::NotSaved(); }
+  std::int64_t Read(void*, std::size_t) override { return -1; }
+  std::uint64_t Size() const override { return size_; }
+
+ private:
+  std::uint64_t size_ = 0;
+};
+
+// Returns the bytes of these rows as a file.
+std::uint64_t SizeWith(PngCompression compression, const RowFacts& facts, const std::vector<unsigned char>& rows) {
+  const std::size_t rowBytes = static_cast<std::size_t>(facts.size.width) * static_cast<unsigned>(facts.PixelBytes());
+  RowFacts part = facts;
+  part.size.height = static_cast<int>(rows.size() / rowBytes);
+  CountingDraft draft;
+  PngWriter writer(draft);
+  bool written = static_cast<bool>(writer.Begin(part, {.compression = compression}));
+  for (std::size_t at = 0; written && at < rows.size(); at += rowBytes) {
+    written = static_cast<bool>(writer.WriteRow(rows.data() + at));
+  }
+  return written && writer.Finish() ? draft.Size() : std::numeric_limits<std::uint64_t>::max();
+}
+
+bool ChoosesFilters(PngCompression compression) { return compression >= PngCompression::Noisy; }
 
 int ColourTypeOf(const RowFacts& facts) {
   const int colours = facts.layout == RowLayout::Grey ? PNG_COLOR_TYPE_GRAY : PNG_COLOR_TYPE_RGB;
@@ -88,9 +129,7 @@ void PngWriter::WriteHead(const RowFacts& facts, const PngHeader& header) {
   if (compression_ != PngCompression::Standard) {
     png_set_compression_level(png_, kFastLevel);
     png_set_compression_buffer_size(png_, kDataChunk);
-    // Rows above are only kept if a filter may need them when the first row is written.
-    png_set_filter(png_, PNG_FILTER_TYPE_BASE,
-                   compression_ == PngCompression::Photo ? PNG_ALL_FILTERS : PNG_NO_FILTERS);
+    png_set_filter(png_, PNG_FILTER_TYPE_BASE, ChoosesFilters(compression_) ? PNG_ALL_FILTERS : PNG_NO_FILTERS);
   }
   const PngDensity& density = header.density;
   if (density.across > 0 && density.down > 0) {
@@ -112,47 +151,68 @@ void PngWriter::WriteHead(const RowFacts& facts, const PngHeader& header) {
 
 Status PngWriter::Begin(const RowFacts& facts, const PngHeader& header) {
   if (!info_) return fault::OutOfMemory();
-  // The sums of BestFilter are made for bytes, and rows of 16 bits are in the order of the machine.
+  facts_ = facts;
   compression_ = header.compression;
-  pixelBytes_ = static_cast<std::size_t>(facts.PixelBytes());
-  if (compression_ == PngCompression::Photo) {
-    above_.assign(static_cast<std::size_t>(facts.size.width) * pixelBytes_, 0);
-  }
+  rowBytes_ = static_cast<std::size_t>(facts.size.width) * static_cast<unsigned>(facts.PixelBytes());
+  if (ChoosesFilters(compression_)) above_.assign(rowBytes_, 0);
   return Guard([&] { WriteHead(facts, header); }) ? Status::Ok() : Failure();
 }
 
 int PngWriter::BestFilter(const unsigned char* row) const {
   std::array<unsigned, kFilters.size()> sums{};
-  const std::size_t whole = above_.size();
+  const auto pixelBytes = static_cast<std::size_t>(facts_.PixelBytes());
   const unsigned char* above = above_.data();
-  for (std::size_t first = pixelBytes_; first < whole; first += kSampleStep * pixelBytes_) {
-    const std::size_t end = std::min(whole, first + kSampled * pixelBytes_);
+  for (std::size_t first = pixelBytes; first < rowBytes_; first += kSampleStep * pixelBytes) {
+    const std::size_t end = std::min(rowBytes_, first + kSampled * pixelBytes);
     for (std::size_t i = first; i < end; ++i) {
       const int value = row[i];
-      const int left = row[i - pixelBytes_];
+      const int left = row[i - pixelBytes];
       const int up = above[i];
       sums[0] += Cost(value);
       sums[1] += Cost(value - left);
       sums[2] += Cost(value - up);
       sums[3] += Cost(value - (left + up) / 2);
-      sums[4] += Cost(value - Paeth(left, up, above[i - pixelBytes_]));
+      sums[4] += Cost(value - Paeth(left, up, above[i - pixelBytes]));
     }
   }
   return kFilters[static_cast<std::size_t>(std::min_element(sums.begin(), sums.end()) - sums.begin())];
 }
 
 Status PngWriter::WriteRow(const unsigned char* row) {
-  const bool chooses = compression_ == PngCompression::Photo;
+  if (compression_ != PngCompression::Photo) return WriteFiltered(row);
+  waiting_.insert(waiting_.end(), row, row + rowBytes_);
+  return waiting_.size() < std::min(kTrialRows * rowBytes_, kTrialBytes) ? Status::Ok() : WriteWaiting();
+}
+
+Status PngWriter::WriteWaiting() {
+  const std::uint64_t noisy = SizeWith(PngCompression::Noisy, facts_, waiting_);
+  const std::uint64_t smooth = SizeWith(PngCompression::Smooth, facts_, waiting_);
+  compression_ = smooth < noisy ? PngCompression::Smooth : PngCompression::Noisy;
+  const std::vector<unsigned char> rows = std::exchange(waiting_, {});
+  for (std::size_t at = 0; at < rows.size(); at += rowBytes_) {
+    if (Status written = WriteFiltered(rows.data() + at); !written) return written;
+  }
+  return Status::Ok();
+}
+
+Status PngWriter::WriteFiltered(const unsigned char* row) {
+  const bool chooses = ChoosesFilters(compression_);
   const int filter = chooses ? BestFilter(row) : PNG_NO_FILTERS;
   const bool written = Guard([&] {
-    if (chooses) png_set_filter(png_, PNG_FILTER_TYPE_BASE, filter);
+    if (!begun_ && compression_ == PngCompression::Smooth) png_set_compression_strategy(png_, Z_RLE);
+    // libpng keeps the rows above only if the filters that are set before its first row need them.
+    if (begun_ && chooses) png_set_filter(png_, PNG_FILTER_TYPE_BASE, filter);
     png_write_row(png_, row);
   });
-  if (chooses) std::copy_n(row, above_.size(), above_.begin());
+  begun_ = true;
+  if (chooses) std::copy_n(row, rowBytes_, above_.begin());
   return written ? Status::Ok() : Failure();
 }
 
 Status PngWriter::Finish() {
+  if (!waiting_.empty()) {
+    if (Status written = WriteWaiting(); !written) return written;
+  }
   return Guard([this] { png_write_end(png_, info_); }) ? Status::Ok() : Failure();
 }
 
