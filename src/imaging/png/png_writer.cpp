@@ -129,7 +129,8 @@ void PngWriter::WriteHead(const RowFacts& facts, const PngHeader& header) {
   if (compression_ != PngCompression::Standard) {
     png_set_compression_level(png_, kFastLevel);
     png_set_compression_buffer_size(png_, kDataChunk);
-    png_set_filter(png_, PNG_FILTER_TYPE_BASE, ChoosesFilters(compression_) ? PNG_ALL_FILTERS : PNG_NO_FILTERS);
+    // For PNG_NO_FILTERS libpng would use all of them.
+    png_set_filter(png_, PNG_FILTER_TYPE_BASE, ChoosesFilters(compression_) ? PNG_ALL_FILTERS : PNG_FILTER_NONE);
   }
   const PngDensity& density = header.density;
   if (density.across > 0 && density.down > 0) {
@@ -197,7 +198,7 @@ Status PngWriter::WriteWaiting() {
 
 Status PngWriter::WriteFiltered(const unsigned char* row) {
   const bool chooses = ChoosesFilters(compression_);
-  const int filter = chooses ? BestFilter(row) : PNG_NO_FILTERS;
+  const int filter = chooses ? BestFilter(row) : PNG_FILTER_NONE;
   const bool written = Guard([&] {
     if (!begun_ && compression_ == PngCompression::Smooth) png_set_compression_strategy(png_, Z_RLE);
     // libpng keeps the rows above only if the filters that are set before its first row need them.

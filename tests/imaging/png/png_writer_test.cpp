@@ -75,6 +75,14 @@ TEST(PngWriter, EveryCompressionKeepsThePixels) {
   }
 }
 
+TEST(PngWriter, FiltersOfAllRowsAreUsed) {
+  // Each row differs from the one above, so only the rows of a filtered picture are alike.
+  const Rows rows = Slopes(kSize, 0);
+  const std::size_t flat = Written(rows, kSize, PngCompression::Flat).size();
+  EXPECT_LT(Written(rows, kSize, PngCompression::Noisy).size() * 4, flat);
+  EXPECT_LT(Written(rows, kSize, PngCompression::Photo).size() * 4, flat);
+}
+
 TEST(PngWriter, APhotoIsWrittenInTheSmallerWay) {
   constexpr base::Size kFew{400, 20};
   for (const unsigned noise : {0U, 2U, 5U, 200U}) {
