@@ -9,6 +9,7 @@
 #include <utility>
 #include <vector>
 
+#include "base/rect.h"
 #include "fuzz_pictures.h"
 #include "imaging/codecs/vips_loader.h"
 #include "imaging/measure/measure.h"
@@ -16,6 +17,9 @@
 
 // What the fuzzers of the formats that libvips decodes share.
 namespace quillon::fuzz {
+
+// The decoder of gif enlarges the screen of the header to its first frame.
+inline bool Covers(base::Size size, base::Size part) { return size.width >= part.width && size.height >= part.height; }
 
 // Checks a file with these first bytes as far as the program reads it: its header, whether it is complete and can hold
 // its pixels, and, unless that is refused, its rows. Returns 0, or -1 for other bytes, which are not worth keeping.
@@ -38,10 +42,11 @@ inline int LoadPicture(imaging::Format format, std::string_view signature, const
     return 0;
   }
   if (!rows) return 0;
-  Require(rows->Facts().size == facts.size);
-  std::vector<unsigned char> row(static_cast<std::size_t>(facts.size.width) *
+  const base::Size read = rows->Facts().size;
+  Require(format == imaging::Format::Gif ? Covers(read, facts.size) : read == facts.size);
+  std::vector<unsigned char> row(static_cast<std::size_t>(read.width) *
                                  static_cast<std::size_t>(rows->Facts().PixelBytes()));
-  for (int y = 0; y < facts.size.height; ++y) {
+  for (int y = 0; y < read.height; ++y) {
     if (!rows->ReadRow(row.data())) return 0;
   }
   return 0;
