@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The Quillon developers
 // SPDX-License-Identifier: GPL-3.0-or-later
 //
-// Cuts an animated GIF as the program does: through a draft that is synced and renamed. Without arguments it only
-// starts and ends, which shows how much memory an idle program has.
+// Cuts an animated GIF as the helper for media does: through a draft that is synced and renamed. Without arguments it
+// only starts and ends, which shows how much memory an idle program has.
 //
 // usage: gif_loop [LEFT TOP WIDTH HEIGHT SOURCE DESTINATION]
 #include <cstdio>
@@ -10,7 +10,7 @@
 
 #include "host/files/files.h"
 #include "host/posix/posix_disk.h"
-#include "imaging/services.h"
+#include "imaging/crop/frame_requests.h"
 
 int main(int argc, char** argv) {
   using namespace quillon;
@@ -20,10 +20,11 @@ int main(int argc, char** argv) {
   }
   host::posix::PosixDisk disk;
   host::Files files(disk);
-  imaging::Services services(files, ".");
   if (argc == 1) return 0;
   const base::Rect window{std::atoi(argv[1]), std::atoi(argv[2]), std::atoi(argv[3]), std::atoi(argv[4])};
-  const host::Status cut = services.CropFrames({.source = argv[5], .destination = argv[6], .rect = window});
+  const host::Status cut = files.Save(argv[6], [&](host::Draft& draft) {
+    return imaging::CropFrames({files, {}}, {.source = argv[5], .rect = window}, draft);
+  });
   if (!cut) std::fprintf(stderr, "%s\n", cut.Why().c_str());
   return cut && files.Flush().empty() ? 0 : 1;
 }

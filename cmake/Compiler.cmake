@@ -40,6 +40,9 @@ if(QUILLON_FUZZ)
   target_link_options(quillon_options INTERFACE -fsanitize=address,undefined)
 endif()
 
+# A library that a program does not call is not loaded. Helpers start for every file, and the libraries of libvips would
+# be most of their start.
+target_link_options(quillon_options INTERFACE -Wl,--as-needed)
 find_program(QUILLON_LINKER mold)
 if(QUILLON_LINKER AND NOT QUILLON_FUZZ)
   target_link_options(quillon_options INTERFACE -fuse-ld=mold)

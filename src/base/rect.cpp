@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstdint>
 #include <numbers>
 
 namespace quillon::base {
@@ -13,6 +14,16 @@ namespace {
 constexpr double kTolerance = 1e-6;
 
 }  // namespace
+
+Rect Intersection(Rect a, Rect b) {
+  const std::int64_t left = std::max(a.left, b.left);
+  const std::int64_t top = std::max(a.top, b.top);
+  const std::int64_t right = std::min(std::int64_t{a.left} + a.width, std::int64_t{b.left} + b.width);
+  const std::int64_t bottom = std::min(std::int64_t{a.top} + a.height, std::int64_t{b.top} + b.height);
+  if (right <= left || bottom <= top) return {};
+  return {static_cast<int>(left), static_cast<int>(top), static_cast<int>(right - left),
+          static_cast<int>(bottom - top)};
+}
 
 Size TurnedSize(Size size, double angle) {
   const double radians = std::fmod(angle, 360) * std::numbers::pi / 180;

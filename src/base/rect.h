@@ -25,6 +25,9 @@ struct Size {
   bool operator==(const Size&) const = default;
 };
 
+// Returns the overlap of two rectangles, or 0 x 0 if there is none. Computed with 64 bits, so it cannot overflow.
+Rect Intersection(Rect a, Rect b);
+
 // Returns the size of the bounding box of a picture rotated by angle, in degrees of either direction.
 // Sides are rounded up to whole pixels, are at least 1 and at most 2e9.
 Size TurnedSize(Size size, double angle);

@@ -11,6 +11,7 @@
 #include "host/files/file_stamp.h"
 #include "host/files/files.h"
 #include "imaging/crop/file_requests.h"
+#include "imaging/crop/frame_requests.h"
 #include "imaging/crop/picture_steps.h"
 #include "imaging/io/open_bytes.h"
 #include "imaging/limits.h"

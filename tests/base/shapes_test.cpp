@@ -52,5 +52,11 @@ TEST(Colour, UsesTheLowBytesOfANegativeValue) {
 
 TEST(Colour, WhiteIsAllThree) { EXPECT_EQ(kWhite.value, 16777215); }
 
+TEST(Rect, CommonPartOfRectangles) {
+  EXPECT_EQ(Intersection({0, 0, 10, 10}, {5, 6, 10, 10}), (Rect{5, 6, 5, 4}));
+  EXPECT_EQ(Intersection({0, 0, 10, 10}, {10, 0, 5, 5}), Rect{});
+  EXPECT_EQ(Intersection({2000000000, 0, 2000000000, 1}, {0, 0, 2147483647, 1}), (Rect{2000000000, 0, 147483647, 1}));
+}
+
 }  // namespace
 }  // namespace quillon::base

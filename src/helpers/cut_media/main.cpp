@@ -12,7 +12,7 @@
 #include "helpers/orders/gif_order.h"
 #include "helpers/runtime/child.h"
 #include "helpers/runtime/helper.h"
-#include "imaging/crop/file_requests.h"
+#include "imaging/crop/frame_requests.h"
 #include "imaging/io/bytes.h"
 
 namespace quillon::helpers {

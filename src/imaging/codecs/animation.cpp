@@ -62,8 +62,8 @@ class FrameRows : public RowStream {
     picture.pixels = picture.pixels.copy_memory();
     const VImage shown = AsRgb(EightBit(Displayed(picture).pixels));
     const VImage withAlpha = HasAlpha(shown) ? shown : shown.bandjoin_const({255});
-    const base::Rect visible = Intersection({frame.left, frame.top, withAlpha.width(), withAlpha.height()},
-                                            {0, 0, canvas_.width, canvas_.height});
+    const base::Rect visible = base::Intersection({frame.left, frame.top, withAlpha.width(), withAlpha.height()},
+                                                  {0, 0, canvas_.width, canvas_.height});
     pixels_.assign(static_cast<std::size_t>(canvas_.width) * static_cast<unsigned>(canvas_.height) * kBands, 0);
     if (visible.Empty()) return Status::Ok();
     const VImage placed =

@@ -16,9 +16,6 @@
 #include "imaging/crop/picture_steps.h"
 #include "imaging/crop/png_requests.h"
 #include "imaging/crop/work_memory.h"
-#include "imaging/gif/gif_cut.h"
-#include "imaging/gif/gif_delogo.h"
-#include "imaging/io/open_bytes.h"
 #include "imaging/metadata/exif_block.h"
 #include "imaging/pixels/colours.h"
 #include "imaging/pixels/geometry.h"
@@ -114,29 +111,6 @@ Status CropDirectly(const PictureInput& input, const CropRequest& request, host:
   control.content = input.control.content;
   control.admit = admit;
   return CropJpeg(request, input.limits, draft, control);
-}
-
-namespace {
-
-using FrameOperation = Status (*)(Bytes& bytes, base::Rect rect, const Limits& limits, const ByteSink& sink);
-
-Status ChangeFrames(const PictureInput& input, const CropRequest& request, FrameOperation operation,
-                    host::Draft& draft) {
-  std::shared_ptr<Bytes> bytes;
-  if (Status opened = OpenBytes(input.files, request.source, input.control, bytes); !opened) return opened;
-  const auto sink = [&](const void* data, std::size_t size) { return draft.Write(data, size); };
-  const Status changed = operation(*bytes, request.rect, input.limits, sink);
-  return changed ? CheckOutput(Encoder::Gif, draft) : changed;
-}
-
-}  // namespace
-
-Status CropFrames(const PictureInput& input, const CropRequest& request, host::Draft& draft) {
-  return ChangeFrames(input, request, CutGif, draft);
-}
-
-Status PaintOverFrames(const PictureInput& input, const CropRequest& request, host::Draft& draft) {
-  return ChangeFrames(input, request, RemoveLogo, draft);
 }
 
 Status EncodeWindow(Picture picture, base::Rect rect, const CropRequest& request, const PixelSpace& space,

@@ -58,13 +58,6 @@ Status CropThrough(const PictureInput& input, const CropRequest& request, host::
 // Crops by CropDirectly if possible, else by CropThrough.
 Status MakeCrop(const PictureInput& input, const CropRequest& request, host::Draft& draft);
 
-// Cuts every frame of an animated gif by CutGif, and checks what was written. Of the request, source and rect count.
-Status CropFrames(const PictureInput& input, const CropRequest& request, host::Draft& draft);
-
-// Paints over rect in every frame of an animated gif by RemoveLogo, and checks what was written. Of the request, source
-// and rect count.
-Status PaintOverFrames(const PictureInput& input, const CropRequest& request, host::Draft& draft);
-
 // Cuts in memory, because a gif is held whole anyway to choose its colours, turns the cut upright, and draws overlay on
 // it.
 Status CropUnder(const PictureInput& input, const CropRequest& request, const Overlay& overlay, Picture& out);

@@ -10,7 +10,6 @@
 #include "imaging/faults.h"
 #include "imaging/gif/gif_reader.h"
 #include "imaging/gif/gif_writer.h"
-#include "imaging/pixels/geometry.h"
 
 namespace quillon::imaging {
 namespace {

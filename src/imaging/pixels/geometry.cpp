@@ -4,7 +4,6 @@
 
 #include <algorithm>
 #include <cmath>
-#include <cstdint>
 #include <numbers>
 #include <optional>
 
@@ -98,16 +97,6 @@ VImage CropOrPad(const VImage& pixels, base::Rect rect, base::Colour colour) {
   return target.extract_area(visible.left, visible.top, visible.width, visible.height)
       .embed(visible.left - rect.left, visible.top - rect.top, rect.width, rect.height,
              VImage::option()->set("extend", VIPS_EXTEND_BACKGROUND)->set("background", outside));
-}
-
-base::Rect Intersection(base::Rect a, base::Rect b) {
-  const std::int64_t left = std::max(a.left, b.left);
-  const std::int64_t top = std::max(a.top, b.top);
-  const std::int64_t right = std::min(std::int64_t{a.left} + a.width, std::int64_t{b.left} + b.width);
-  const std::int64_t bottom = std::min(std::int64_t{a.top} + a.height, std::int64_t{b.top} + b.height);
-  if (right <= left || bottom <= top) return {};
-  return {static_cast<int>(left), static_cast<int>(top), static_cast<int>(right - left),
-          static_cast<int>(bottom - top)};
 }
 
 }  // namespace quillon::imaging

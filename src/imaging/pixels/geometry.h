@@ -28,7 +28,4 @@ vips::VImage Scaled(const vips::VImage& pixels, base::Size size);
 // Returns the rectangle of a picture. Pixels outside the picture are padded with opaque colour. rect is not empty.
 vips::VImage CropOrPad(const vips::VImage& pixels, base::Rect rect, base::Colour colour);
 
-// Returns the overlap of two rectangles, or 0 x 0 if there is none. Computed with 64 bits, so it cannot overflow.
-base::Rect Intersection(base::Rect a, base::Rect b);
-
 }  // namespace quillon::imaging

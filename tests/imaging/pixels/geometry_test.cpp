@@ -239,13 +239,6 @@ TEST(Geometry, WindowShowsWhiteOutside) {
       (Sheet{2, 1, 4, {1, 2, 3, 4, 0, 0, 0, 0}}));
 }
 
-TEST(Geometry, CommonPartOfRectangles) {
-  EXPECT_EQ(Intersection({0, 0, 10, 10}, {5, 6, 10, 10}), (base::Rect{5, 6, 5, 4}));
-  EXPECT_EQ(Intersection({0, 0, 10, 10}, {10, 0, 5, 5}), base::Rect{});
-  EXPECT_EQ(Intersection({2000000000, 0, 2000000000, 1}, {0, 0, 2147483647, 1}),
-            (base::Rect{2000000000, 0, 147483647, 1}));
-}
-
 TEST(Colours, SamplesOfAColour) {
   const base::Colour colour{0x302010};  // red 16, green 32, blue 48
   EXPECT_EQ(SamplesOf(ToVips(Plain(1, 1, {0, 0, 0})), colour), (std::vector<double>{16, 32, 48}));
