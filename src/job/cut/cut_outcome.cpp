@@ -7,6 +7,7 @@
 
 #include "base/rounding.h"
 #include "job/cut/cut_steps.h"
+#include "job/settings/mode_rectangle.h"
 
 namespace quillon::job {
 namespace {
@@ -69,7 +70,7 @@ TurnedPicture TurnForCut(const CutSettings& settings, base::Size picture) {
 // Cuts the picture and stores the size of the cut. Returns whether it remains turned. The reason is set if there is no
 // cut.
 Turned Cut(const CutSettings& settings, const TurnedPicture& picture, CutOutcome& outcome) {
-  outcome.cut = PlacedRectangle(settings.geometry, picture.size, picture.pass);
+  outcome.cut = RectangleOfMode(settings.mode, settings.geometry, picture.size, picture.pass);
   outcome.why = NothingToCutText(outcome.cut, picture.size);
   if (!outcome.why.empty()) return Turned::No;
   base::Size size{outcome.cut.width, outcome.cut.height};

@@ -19,6 +19,7 @@ class Program;
 // FBaseOpt is off, 0 or empty until that window was loaded; those of geometry know that themselves.
 struct CutSettings {
   // --- Form1.
+  CutMode mode = CutMode::Normal;
   CutGeometry geometry;  // the fixed cut, its size and the margins
   std::string outFolder;
   std::string outType;  // the text of CmbOutType

@@ -212,24 +212,6 @@ bool Overlap(const base::Rect& cut, base::Size picture) {
   return meets(cut.left, cut.width, picture.width) && meets(cut.top, cut.height, picture.height);
 }
 
-base::Rect FormatCutRectangle(const CutGeometry& p, base::Size picture) {
-  const double W = picture.width;
-  const double H = picture.height;
-  base::Rect cut;
-  if (p.ChCutA) {
-    cut.left = R(p.ML);
-    cut.top = R(p.MT);
-    cut.width = R(W - cut.left - p.FixW);
-    cut.height = R(H - cut.top - p.FixH);
-  } else {
-    cut.left = R((p.ML / 100) * W);
-    cut.top = R((p.MT / 100) * H);
-    cut.width = R((W - cut.left) - (p.FixW / 100.0) * W);
-    cut.height = R((H - cut.top) - (p.FixH / 100.0) * H);
-  }
-  return cut;
-}
-
 bool NeedRotate(int width, int height, int rule, double angle) {
   if (angle == 0) return false;
   switch (rule) {

@@ -106,9 +106,6 @@ base::Rect PlacedRectangle(CutGeometry geometry, base::Size picture, Pass pass =
 // Returns whether a picture of that size has a pixel in common with the rectangle. Both must have an area.
 bool Overlap(const base::Rect& cut, base::Size picture);
 
-// Returns the rectangle by the shorter rule of the gif, transparent png and multi-page tiff cuts.
-base::Rect FormatCutRectangle(const CutGeometry& geometry, base::Size picture);
-
 // Returns whether rule 1..5 turns a picture of that size by angle; false for any other rule and for angle 0.
 bool NeedRotate(int width, int height, int rule, double angle);
 

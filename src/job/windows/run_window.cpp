@@ -87,6 +87,18 @@ void ApplyExactSize(CutSettings& settings) {
   settings.boardMm = {};
 }
 
+// Returns true for the modes that cut every frame or keep transparency, and change nothing else.
+bool CutsOnly(CutMode mode) { return mode == CutMode::Gif || mode == CutMode::Png; }
+
+// Such a mode has no advanced options, so those that were chosen before for another mode must not change the picture.
+void ClearChanges(CutSettings& settings) {
+  settings.padToSize = settings.frameOnly = settings.addBoard = settings.split = false;
+  settings.zoomBefore = settings.zoomAfter = settings.rotateCut = settings.restore = false;
+  settings.toGray = settings.blackWhite = settings.invert = settings.toCmyk = settings.ownDpi = false;
+  settings.rotateRule = 0;
+  settings.extensionCase = ExtensionCase::Keep;
+}
+
 }  // namespace
 
 // --- The window, for lists and runs.
@@ -183,6 +195,7 @@ CutSettings ReadCutSettings(const Program& program) {
   const Form1& form = program.form1;
   const Flags& flags = program.flags;
   CutSettings settings;
+  settings.mode = Selected<CutMode>(form.CmbCutMode);
   settings.geometry = ReadCutGeometry(program);
   settings.outFolder = form.LOutDir.Value();
   settings.outType = form.CmbOutType.Text();
@@ -198,6 +211,7 @@ CutSettings ReadCutSettings(const Program& program) {
   settings.toCmyk = flags.ToCmyk;
   if (flags.AdvancedOptionsLoaded) ReadAdvanced(program.fBaseOpt, flags, settings);
   ApplyExactSize(settings);
+  if (CutsOnly(settings.mode)) ClearChanges(settings);
   return settings;
 }
 
@@ -221,7 +235,7 @@ CutGeometry ReadCutGeometry(const Program& program) {
           .SkipCutThisImage = flags.SkipCutThisImage,
           .ChAsFramed = form.ChAsFramed.On(),
           .ChAutoCenter = form.ChAutoCenter.On(),
-          .ChExact = form.ChExact.On(),
+          .ChExact = form.ChExact.On() && !CutsOnly(Selected<CutMode>(form.CmbCutMode)),
           .ChExactPad = form.ChExactPad.On(),
           .CmbAnchor = form.CmbAnchor.Index()};
 }

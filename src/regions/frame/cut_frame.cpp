@@ -12,6 +12,7 @@
 
 #include "base/rounding.h"
 #include "job/settings/cut_settings.h"
+#include "job/settings/mode_rectangle.h"
 
 namespace quillon::regions {
 namespace {
@@ -204,7 +205,8 @@ void CutFrame::PollKeys(const Keys& held) {
 }
 
 base::Rect CutFrame::Result() const {
-  return job::PlacedRectangle(job::ReadCutGeometry(program_), Preview().Picture());
+  const auto mode = job::Selected<job::CutMode>(program_.form1.CmbCutMode);
+  return job::RectangleOfMode(mode, job::ReadCutGeometry(program_), Preview().Picture());
 }
 
 // --- Zoom

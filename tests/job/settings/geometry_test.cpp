@@ -245,12 +245,6 @@ TEST(CutRectangleAfterRotation, IsOtherwiseTheSame) {
   EXPECT_EQ(CutRectangle(Proportional(10, 5, 20, 25), {}, {800, 1000}, Pass::AfterRotation), (Rect{80, 50, 560, 700}));
 }
 
-struct FormatCase {
-  CutGeometry parameters;
-  Size picture;
-  Rect expected;
-};
-
 TEST(Overlap, NeedsOnePixel) {
   constexpr base::Size kPicture{100, 80};
   EXPECT_TRUE(Overlap({99, 79, 5, 5}, kPicture));
@@ -385,25 +379,6 @@ TEST(FrameOf, IsTheCutWithChAsFramed) {
   EXPECT_EQ(PlacedRectangle(geometry, {400, 300}), (Rect{10, 20, 340, 220}));
   geometry.SkipCutThisImage = geometry.ChAsFramed = true;
   EXPECT_EQ(PlacedRectangle(geometry, {400, 300}), (Rect{0, 0, 400, 300}));
-}
-
-TEST(FormatCutRectangle, IsAsExpected) {
-  CutGeometry everything = Percent(10, 20, 77, 77);
-  everything.FixW = 30;
-  everything.FixH = 40;
-  CutGeometry ignored = Pixels(10, 20, 30, 40);
-  ignored.ChFixCut = ignored.ChFull = ignored.ChAutoZoom = ignored.AdvancedOptionsLoaded = true;
-  CutGeometry rounded = Percent(10, 10, 0, 0);
-  rounded.FixW = rounded.FixH = 10;
-  const FormatCase cases[] = {
-      {Pixels(10, 20, 30, 40), {100, 200}, {10, 20, 60, 140}},
-      {ignored, {100, 200}, {10, 20, 60, 140}},
-      {Pixels(0.5, 1.5, 0, 0), {100, 200}, {0, 2, 100, 198}},
-      {Pixels(90, 10, 20, 200), {100, 200}, {90, 10, -10, -10}},
-      {everything, {1000, 500}, {100, 100, 600, 200}},
-      {rounded, {335, 333}, {34, 33, 268, 267}},
-  };
-  for (const FormatCase& c : cases) EXPECT_EQ(FormatCutRectangle(c.parameters, c.picture), c.expected);
 }
 
 TEST(NeedRotate, FollowsItsRule) {

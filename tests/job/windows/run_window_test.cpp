@@ -53,12 +53,13 @@ Fields FieldsOf(const CutGeometry& geometry) {
 }
 
 Fields FieldsOf(const CutSettings& settings) {
-  const auto& [geometry, outFolder, outType, over, keepFolders, quality, dpi, preset, padToSize, extendRight, manual,
-               keepExif, blackWhite, toCmyk, smallest, frameOnly, omitFolders, extensionCase, zoomBefore, zoomAfter,
-               zoom, rotateRule, angle, rotateCut, restore, toGray, invert, ownDpi, split, columns, rows, addBoard,
-               boardMm, boardColour] = settings;
+  const auto& [mode, geometry, outFolder, outType, over, keepFolders, quality, dpi, preset, padToSize, extendRight,
+               manual, keepExif, blackWhite, toCmyk, smallest, frameOnly, omitFolders, extensionCase, zoomBefore,
+               zoomAfter, zoom, rotateRule, angle, rotateCut, restore, toGray, invert, ownDpi, split, columns, rows,
+               addBoard, boardMm, boardColour] = settings;
   Fields fields = FieldsOf(geometry);
-  fields.insert({{"outFolder", Shown(outFolder)},
+  fields.insert({{"mode", std::to_string(static_cast<int>(mode))},
+                 {"outFolder", Shown(outFolder)},
                  {"outType", Shown(outType)},
                  {"over", Shown(over)},
                  {"keepFolders", Shown(keepFolders)},
@@ -106,6 +107,7 @@ struct Read {
 
 const std::vector<Read>& ReadControls() {
   static const std::vector<Read> kRead = {
+      {"Form1.CmbCutMode", "4", {"mode"}},
       {"Form1.LOutDir", "/", {"outFolder"}},
       {"Form1.ChKeepDir", "1", {"keepFolders"}},
       {"Form1.ChOver", "1", {"over"}},
@@ -180,7 +182,6 @@ constexpr NoParameter kNoParameters[] = {
     {"Form1.ChBig", "1", "whether a run needs the list"},
     {"Form1.ChLarge", "1", "how the preview reads a huge picture"},
     {"Form1.ChBack", "1", "a spare control; a run clears it"},
-    {"Form1.CmbCutMode", "4", "which driver runs"},
     {"Form1.CmbCutStyle", "1", "the shape of the frame in the preview; a normal cut is rectangular"},
     {"Form1.ChJpgComp", "1", "whether TQuality can be edited"},
     {"Form1.ChCutAndArray", "1", "whether outputs go on sheets, decided once for a run"},
