@@ -17,5 +17,6 @@ function(quillon_resource file name)
 endfunction()
 
 quillon_resource(${resources}/base.pdf BasePdf.dll)
+quillon_resource(${resources}/pdf_pages.txt Aspose.pdf.dll)
 quillon_resource(${profiles}/sRGB.icc ColorConfigs/sRGB.icc)
 quillon_resource(${profiles}/ghostscript/default_cmyk.icc ColorConfigs/Default.icm)

@@ -73,6 +73,8 @@ class Program {
   RunObserver* observer = nullptr;
   host::Journals* journals = nullptr;
   Engines engines;
+  // The cut modes whose drivers the program has. Another mode cannot be chosen.
+  std::set<CutMode> modes{CutMode::Normal};
 
   // The shard of this program, and how many files it has left to other processes. Set the shard before the libraries
   // above the job are constructed: it decides which of their controls are usable.

@@ -26,6 +26,9 @@ inline constexpr const char* kResultStem = "Tmp2";
 // Stem of the copy of a source that its output overwrites, for its Exif; with the extension of the source.
 inline constexpr const char* kExifSourceStem = "tmp";
 
+// The frames that CutMedia has cut out of a gif, until they are copied to the output. Removed before each file.
+inline constexpr const char* kCutFrames = "Tmp.gif";
+
 // Returns the name of the copy of an output on which the Exif helper works. The number differs for each output: a
 // helper that is late may still write to the copy of an earlier one. Removed when the helper has ended.
 inline std::string ExifTargetStem(std::int64_t number) { return "Exif" + std::to_string(number); }

@@ -17,6 +17,11 @@ namespace quillon::job {
 // A whole program in a world of its own. It is not started; StartedTest starts it.
 class ProgramTest : public ::testing::Test {
  protected:
+  // Every mode can be chosen, as in a program with all drivers.
+  ProgramTest() {
+    program.modes = {CutMode::Normal, CutMode::Gif, CutMode::Png, CutMode::Pdf, CutMode::PenHui, CutMode::Tiff};
+  }
+
   host::testing::TestHost world;
   Program program{world.host};
   Form1& form = program.form1;

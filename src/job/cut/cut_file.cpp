@@ -124,10 +124,7 @@ Step PassOver(CutFile& file, std::string why) {
 
 FileResult CutOneFile(CutRun& run, std::size_t row, const std::string& path) {
   Flags& flags = run.program.flags;
-  flags.ManualRotated = false;
-  flags.ManualAngle = 0;
-  flags.ImageRotated = false;
-  flags.SkipCutThisImage = false;
+  flags.BeginFile();
 
   CutFile file(run, row, path);
   file.result = {row, path, "", Result::None, ""};

@@ -55,6 +55,7 @@ struct CutFile {
   host::Status measured;                              // the failure to measure Src
   imaging::Format format = imaging::Format::Unknown;  // of Src
   imaging::Image Work;                                // the picture in memory, once it was turned
+  std::string whyNotTurned;                           // why nobody may turn or pad the picture by hand, "" if one may
   bool turnedFirst = false;                           // CmbRotate has turned the picture, so that Work is cut
   double RestoreAngle = 0;
   base::Rect rect;

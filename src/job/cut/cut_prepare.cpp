@@ -86,7 +86,8 @@ Step KeepExisting(CutFile& file) {
 void DecideByHand(CutFile& file) {
   RunJournal& journal = file.run.journal;
   const std::string earlier = journal.DecisionOn(file.listedPath).value_or("");
-  const std::string decision = file.program.manualFrame->Ask({file.listedPath, file.Src, file.Work}, earlier);
+  const std::string decision =
+      file.program.manualFrame->Ask({file.listedPath, file.Src, file.Work, 0, file.whyNotTurned}, earlier);
   if (!decision.empty() && decision != earlier) journal.StoreDecision(file.listedPath, decision);
 }
 

@@ -43,7 +43,8 @@ enum class Need {
   OutputTools,
   PageCounter,
   Files,  // rows in the list, or in large-capacity mode the input folder
-  OutputFolder
+  OutputFolder,
+  NoPendingUpdate  // no update of the program waits to be installed
 };
 
 // State of the main window while MenuStop can end the work.

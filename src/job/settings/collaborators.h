@@ -16,6 +16,9 @@ struct ManualPicture {
   std::string listedPath;        // its name in questions and answers
   std::string source;            // the file to show: the listed one, or a work file made of it
   const imaging::Image& turned;  // the picture if a rule has turned it already, else no image
+  int part = 0;                  // the page or frame of the file that is shown, from 0
+  // Why the picture cannot be turned or padded before it is cut; "" if it can.
+  std::string whyNotTurned = {};
 };
 
 // The manual step: the user places the frame on each picture before it is cut.
@@ -62,8 +65,9 @@ class OutputTools {
 
 // The pages or frames of a file.
 struct Pages {
-  int count = 0;     // 0 if they cannot be counted
-  base::Size first;  // size of the first page of a pdf, in pixels at the given resolution; empty for other files
+  int count = 0;         // 0 if they cannot be counted
+  base::Size first;      // size of the first page of a pdf, in pixels at the given resolution; empty for other files
+  std::string why = {};  // why they cannot be counted, "" if they can or nobody knows
 };
 
 // Counts the pages of the files that modes 1 (gif), 3 (pdf) and 5 (tiff) list.

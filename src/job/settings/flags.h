@@ -41,6 +41,7 @@ struct Flags {
   bool ToCmyk = false;
   std::string OmittedFolders;  // one folder a line, each ended by CR LF
   bool BackWorkerStarted = false;
+  bool UpdatePending = false;  // an update must be installed before the modes for pages and frames run again
   bool Busy = false;  // a listing or a run is in progress; a command that would start another one beeps instead
 
   // Set once at start-up.
@@ -49,6 +50,12 @@ struct Flags {
   bool HandlersLive = false;  // start-up is done: from now on a value beyond the limits of a box beeps
   int SheetWidth = 0;         // page of the imposition in pixels
   int SheetHeight = 0;
+
+  // Clears what the manual step and turns leave for one file. Called before each file.
+  void BeginFile() {
+    ManualRotated = ImageRotated = SkipCutThisImage = false;
+    ManualAngle = 0;
+  }
 };
 
 }  // namespace quillon::job

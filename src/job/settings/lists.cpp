@@ -92,8 +92,10 @@ std::vector<std::string> ZoomEntries() {
 
 std::vector<std::string> ExtensionCases() { return {"后缀名保持原样", "后缀名全大写", "后缀名全小写"}; }
 
-std::vector<std::string> ListHeaders() {
-  return {"  文 件 名  ", "类型", "文件路径", "宽/像素", "高/像素", "大小/Kb", "新大小/kb", "DPI"};
+std::vector<std::string> ListHeaders(CutMode mode) {
+  const bool pages = mode == CutMode::Pdf || mode == CutMode::Tiff;
+  const char* sixth = mode == CutMode::Gif ? "Gif帧数" : pages ? "页数" : "新大小/kb";
+  return {"  文 件 名  ", "类型", "文件路径", "宽/像素", "高/像素", "大小/Kb", sixth, "DPI"};
 }
 
 std::vector<std::string> CmykProfiles() {

@@ -48,7 +48,8 @@ std::vector<std::string> RotateRules();
 inline constexpr int kOwnAngle = 5;
 std::vector<std::string> ZoomEntries();
 std::vector<std::string> ExtensionCases();
-std::vector<std::string> ListHeaders();
+// The headings of the file list. Modes for files with pages or frames show their number in column 6.
+std::vector<std::string> ListHeaders(CutMode mode = CutMode::Normal);
 
 // The folder of colour profiles in the program folder.
 inline constexpr const char* kColorConfigs = "ColorConfigs";

@@ -71,9 +71,15 @@ void ShowParameters(Form1& form, bool frameOnly, bool listless) {
   for (controls::TextBox& side : form.TFixWH) {
     Allow(side, {{free, kNeedsFixedCut}, {sized, "尺寸由所选的固定尺寸决定"}});
   }
-  const bool exact = form.ChExact.On() && !free;
+  const auto mode = Selected<CutMode>(form.CmbCutMode);
+  const bool unscaled = mode == CutMode::Gif || mode == CutMode::Png;
+  const bool exact = form.ChExact.On() && !free && !unscaled;
   Allow(form.ChAsFramed, {{frameOnly || pads, kFrameOnly}, {exact, "“成品尺寸”已决定裁剪框"}});
-  Allow(form.ChExact, {{percent, kNeedsPixels}, {free, kNeedsFixedCut}, {pads, kStudio}, {frameOnly, kFrameOnly}});
+  Allow(form.ChExact, {{unscaled, "本裁剪模式不缩放图片"},
+                       {percent, kNeedsPixels},
+                       {free, kNeedsFixedCut},
+                       {pads, kStudio},
+                       {frameOnly, kFrameOnly}});
   Allow(form.ChExactPad, {{!exact, kNeedsExact}});
   Allow(form.CmbAnchor, {{!exact, kNeedsExact}, {form.ChExactPad.On(), "补边时整张图片居中"}});
   Allow(form.ChAddToSize, {{!pads, "只用于固定尺寸“不裁剪，居中补白”"}});

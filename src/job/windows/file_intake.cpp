@@ -61,6 +61,11 @@ class AdmissionRule {
 
  private:
   bool CountsPages() const;
+  // Measures the file, and counts its pages or frames. Returns why that failed, "" if it did not. The sides are 0 if
+  // the file could not be measured.
+  std::string Measure(const std::string& path, FileRow& row);
+  // Names the file as not listed.
+  void Name(const std::string& path, const std::string& why);
   void Refuse(const std::string& path, const std::string& why);
 
   Program& program_;
@@ -90,44 +95,61 @@ std::string AdmissionRule::LeftOutText() const {
          std::to_string(least.height) + " 像素，未加入";
 }
 
-void AdmissionRule::Refuse(const std::string& path, const std::string& why) {
+void AdmissionRule::Name(const std::string& path, const std::string& why) {
   if (program_.observer) program_.observer->FileNotListed(path, why);
   if (refused_++ > 0) return;
   firstRefused_ = base::DisplayText(path) + "（" + why + "）";
   program_.form1.LStatus.SetText(program_.files.StatusText() + LeftOutText());
-  program_.host.boxes.Show({.text = kNoSize, .notice = "未加入：" + firstRefused_});
+}
+
+void AdmissionRule::Refuse(const std::string& path, const std::string& why) {
+  const bool first = refused_ == 0;
+  Name(path, why);
+  if (first) program_.host.boxes.Show({.text = kNoSize, .notice = "未加入：" + firstRefused_});
+}
+
+// The decoders know nothing of a pdf; its size is that of its first page, as the page counter gives it.
+std::string AdmissionRule::Measure(const std::string& path, FileRow& row) {
+  imaging::ImageFacts facts;
+  host::Status measured;
+  if (mode_ != kPdfMode) measured = program_.images.ImageInfo(path, facts, imaging::Want::SizeAndDpi);
+  if (!measured) facts = {};
+  const int pageDpi = program_.flags.OutDpi > 0 ? program_.flags.OutDpi : kDefaultPageDpi;
+  const Pages pages = CountsPages() ? program_.pageCounter->Count(mode_, path, pageDpi) : Pages();
+  if (mode_ == kPdfMode) facts = {pages.first.width, pages.first.height, pageDpi};
+  row.width = facts.width;
+  row.height = facts.height;
+  row.dpi = facts.dpi;
+  row.pages = pages.count;
+  return measured ? pages.why : measured.Why();
 }
 
 void AdmissionRule::Admit(const std::string& path, Reached reached) {
   Flags& flags = program_.flags;
   flags.InfoWidth = flags.InfoHeight = "0";
-  imaging::ImageFacts facts;
-  const host::Status measured = program_.images.ImageInfo(path, facts, imaging::Want::SizeAndDpi);
-  if (!measured) facts = {};
-  const int pageDpi = flags.OutDpi > 0 ? flags.OutDpi : kDefaultPageDpi;
-  const Pages pages = CountsPages() ? program_.pageCounter->Count(mode_, path, pageDpi) : Pages();
-  if (mode_ == kPdfMode) facts = {pages.first.width, pages.first.height, pageDpi};
-  flags.InfoWidth = std::to_string(facts.width);
-  flags.InfoHeight = std::to_string(facts.height);
-
   FileRow row;
-  row.width = facts.width;
-  row.height = facts.height;
-  row.dpi = facts.dpi;
-  row.pages = pages.count;
   row.reached = reached;
+  const std::string why = Measure(path, row);
+  flags.InfoWidth = std::to_string(row.width);
+  flags.InfoHeight = std::to_string(row.height);
+  const base::Size size{row.width, row.height};
 
-  if (facts.width == 0 || facts.height == 0) {
-    return Refuse(path, measured ? "图片的宽或高为 0" : measured.Why());
+  if (!why.empty() && size.Empty() && mode_ != kPdfMode) return Refuse(path, why);
+  if (!why.empty()) {
+    program_.host.boxes.Beep();
+    return Name(path, why);
   }
-  if (const base::Size least = ReadCutSettings(program_).smallest; TooSmall({facts.width, facts.height}, least)) {
+  if (size.width == 0 || size.height == 0) return Refuse(path, "图片的宽或高为 0");
+  if (const base::Size least = ReadCutSettings(program_).smallest; TooSmall(size, least)) {
     ++filtered_;
     if (program_.observer) program_.observer->FileFilteredOut(path, TooSmallText(least));
     return;
   }
   if (const auto file = program_.host.files.Stat(path)) row.bytes = file->size;
-  program_.files.Grow({facts.width, facts.height}, row.bytes);
+  program_.files.Grow(size, row.bytes);
   if (CountsPages() && mode_ != kPdfMode && row.pages <= 1) {
+    const char* single = mode_ == kGifMode ? "只有一帧，没有加入列表" : "只有一页，没有加入列表";
+    if (program_.observer) program_.observer->FileFilteredOut(path, single);
     program_.host.boxes.Beep();
     return;
   }

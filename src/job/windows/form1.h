@@ -181,6 +181,9 @@ class Form1 : public controls::Window {
   void BeginRun();
   void EndRun();
 
+  // Returns the entry that starts the driver of the chosen mode, nullptr if the mode has none.
+  controls::Menu* MenuOfMode();
+
   // Hides the menu entries of windows and drivers that this program does not have. Only a program with a window calls
   // it: scripts are answered with a reason.
   void HideMissingEntries();

@@ -29,6 +29,17 @@ std::optional<OutType> TypeOf(CutMode mode) {
   }
 }
 
+struct ModeWindow {
+  CutMode mode;
+  const char* window;
+};
+
+// The windows with the options of one mode.
+constexpr ModeWindow kModeWindows[] = {
+    {CutMode::Gif, "FGifCut"},     {CutMode::Png, "FPngCut"},   {CutMode::Pdf, "FPdfOps"},
+    {CutMode::PenHui, "FCutPenH"}, {CutMode::Tiff, "FTiffOps"},
+};
+
 // Returns the file in the program folder that a mode needs, "" for none.
 std::string ResourceOf(CutMode mode) {
   if (mode == CutMode::Gif) return "CutMedia.dll";
@@ -50,6 +61,10 @@ void Form1::CmbCutMode_Click() {
     Select(CmbCutMode, CutMode::Normal);
     return;
   }
+  for (const ModeWindow& other : kModeWindows) {
+    if (other.mode != mode) program_.HideWindow(other.window);
+  }
+  MSF.SetHeaders(ListHeaders(mode));
   ChCutAndArray.Set(false);
   ChCutA.SetEnabled(true);
   if (const auto type = TypeOf(mode)) {
@@ -64,9 +79,30 @@ void Form1::CmbCutMode_Click() {
     program_.fBaseOpt.ChSplit.Set(false);
   }
   program_.ShowAvailability();
+  program_.ShowAsCut();
+}
+
+controls::Menu* Form1::MenuOfMode() {
+  switch (Selected<CutMode>(CmbCutMode)) {
+    case CutMode::Normal:
+      return &menuNormalCut;
+    case CutMode::Gif:
+      return &MenuGifCut;
+    case CutMode::Png:
+      return &MenuPngCut;
+    case CutMode::Pdf:
+      return &MenuPdfCut;
+    case CutMode::PenHui:
+      return &MenuPenHuiCut;
+    case CutMode::Tiff:
+      return &MenuTiffCut;
+    default:
+      return nullptr;
+  }
 }
 
 bool Form1::ModeIsThere(CutMode mode) {
+  if (!program_.modes.contains(mode)) return false;
   const std::string resource = ResourceOf(mode);
   return resource.empty() || program_.host.files.IsFile(program_.AppPath(resource));
 }

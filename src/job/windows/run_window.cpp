@@ -14,6 +14,8 @@
 namespace quillon::job {
 namespace {
 
+constexpr const char* kUpdateFirst = "请先更新再行使用！";
+
 bool IsParameter(const controls::Control& control) {
   switch (control.GetKind()) {
     case controls::Kind::CheckBox:
@@ -136,6 +138,13 @@ std::string ProgramWindow::Parameters(const std::vector<std::string>& windows) c
   return text.str();
 }
 
+bool ProgramWindow::MayRunBeforeUpdate() {
+  if (!program_.flags.UpdatePending) return true;
+  program_.Ask(kUpdateFirst, host::kStopIcon);
+  if (controls::Menu* menu = program_.form1.MenuOfMode()) menu->SetEnabled(false, kUpdateFirst);
+  return false;
+}
+
 bool ProgramWindow::HasPart(Need need) const {
   switch (need) {
     case Need::ManualFrame:
@@ -156,6 +165,8 @@ bool ProgramWindow::Ensure(Need need) {
       return program_.flags.LargeCapacityMode ? intake.EnsureInputDir() : intake.EnsureListedFiles();
     case Need::OutputFolder:
       return intake.EnsureOutDir();
+    case Need::NoPendingUpdate:
+      return MayRunBeforeUpdate();
     default:
       if (HasPart(need)) return true;
       program_.AskMissingResource();

@@ -31,6 +31,8 @@ class ProgramWindow final : public RunWindow {
 
  private:
   bool HasPart(Need need) const;
+  // Returns false, after a box, if an update must be installed first. The driver of the mode is then disabled.
+  bool MayRunBeforeUpdate();
 
   Program& program_;
 };

@@ -139,11 +139,12 @@ class CutFrame final : public job::ManualFrame {
 
   job::Program& program_;
   std::string asked_;
-  std::string steps_;        // turns and padding of the picture on show, as in Decision
-  host::Status lastTurn_;    // of the picture on show
-  bool frameAsked_ = false;  // AskAboutFrame has asked in this run
-  bool byPercent_ = false;   // ChCutA was off when the run began
-  bool asFramed_ = false;    // ChAsFramed was on when the run began
+  std::string whyNotTurned_;  // of the picture on show, as in ManualPicture
+  std::string steps_;         // turns and padding of the picture on show, as in Decision
+  host::Status lastTurn_;     // of the picture on show
+  bool frameAsked_ = false;   // AskAboutFrame has asked in this run
+  bool byPercent_ = false;    // ChCutA was off when the run began
+  bool asFramed_ = false;     // ChAsFramed was on when the run began
   bool waiting_ = false;
   Drag drag_ = Drag::None;
   Grip grip_;

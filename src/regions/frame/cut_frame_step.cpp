@@ -33,6 +33,7 @@ std::string CutFrame::Ask(const job::ManualPicture& picture, const std::string& 
     asFramed_ = program_.form1.ChAsFramed.On();
   }
   asked_ = picture.listedPath;
+  whyNotTurned_ = picture.whyNotTurned;
   flags.CurrentImagePath = picture.source;
   flags.ManualStepDone = false;
   flags.SkipCutThisImage = false;
@@ -132,10 +133,12 @@ void CutFrame::EnableForPicture() {
   const bool turned = program_.flags.ImageRotated || program_.flags.ManualRotated;
   window.CmdNext.SetEnabled(true);
   window.CmdNotCut.SetEnabled(!(Fixed() && studio), "这种预设的每一张都要裁剪");
-  window.CmdAddBoard.SetEnabled(Ratio().has_value(), "没有固定尺寸或预设，不知道要扩成什么比例");
+  const bool fixed = !whyNotTurned_.empty();
+  window.CmdAddBoard.SetEnabled(!fixed && Ratio().has_value(),
+                                fixed ? whyNotTurned_ : "没有固定尺寸或预设，不知道要扩成什么比例");
   window.CmdAddBoard.SetTag("");
   for (controls::Button* button : {&window.CmdRot90, &window.CmdRot270})
-    button->SetEnabled(!turned, "这张图片已经按旋转规则转过");
+    button->SetEnabled(!fixed && !turned, fixed ? whyNotTurned_ : "这张图片已经按旋转规则转过");
   for (controls::Slider* slider : {&window.Slider1, &window.HS, &window.VS}) slider->SetEnabled(true);
 }
 

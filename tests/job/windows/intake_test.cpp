@@ -25,7 +25,7 @@ class PageNumbers final : public PageCounter {
  public:
   Pages Count(int mode, const std::string& path, int dpi) override {
     asked.push_back({mode, path, dpi});
-    return {pages, first};
+    return {pages, first, why};
   }
   struct Asked {
     int mode;
@@ -35,6 +35,7 @@ class PageNumbers final : public PageCounter {
   std::vector<Asked> asked;
   int pages = 1;
   base::Size first;
+  std::string why;
 };
 
 class IntakeTest : public CutTest {
@@ -366,6 +367,35 @@ TEST_F(IntakeTest, PdfsAreListedWithTheSizeOfTheirFirstPage) {
   List({pdf});
   EXPECT_EQ(program.files.RowCount(), 1u);
   EXPECT_EQ(world.boxes.Count("获取图片的尺寸数据为0"), 1);
+}
+
+TEST_F(IntakeTest, AFileWhosePagesCannotBeCountedIsNamedAndTheOthersAreListed) {
+  PageNumbers counter;
+  program.pageCounter = &counter;
+  form.CmbCutMode.SetHandler({});
+  form.CmbCutMode.Select(3);
+  const std::string locked = world.folder.Write("in/locked.pdf", "%PDF-1.7\n%%EOF\n");
+  counter.why = "Pdf 有密码";
+  List({locked});
+  EXPECT_EQ(program.files.RowCount(), 0u);
+  EXPECT_EQ(recorder.notListed, (std::vector<std::pair<std::string, std::string>>{{locked, "Pdf 有密码"}}));
+  EXPECT_EQ(world.boxes.Count(kNoSize), 0);
+  EXPECT_EQ(world.boxes.Beeps(), 1);
+  EXPECT_THAT(form.LStatus.Value(), ::testing::HasSubstr("（Pdf 有密码）"));
+  counter.why.clear();
+  counter.first = {100, 200};
+  List({world.folder.Write("in/open.pdf", "%PDF-1.7\n%%EOF\n")});
+  EXPECT_EQ(program.files.RowCount(), 1u);
+}
+
+TEST_F(IntakeTest, AFileOfOnePageIsReported) {
+  PageNumbers counter;
+  program.pageCounter = &counter;
+  form.CmbCutMode.SetHandler({});
+  form.CmbCutMode.Select(5);
+  const std::string tif = Make("a.tif");
+  List({tif});
+  EXPECT_EQ(recorder.filteredOut, (std::vector<std::pair<std::string, std::string>>{{tif, "只有一页，没有加入列表"}}));
 }
 
 TEST_F(IntakeTest, DropAsksFirst) {

@@ -6,6 +6,7 @@
 
 #include "job/collaborator_doubles.h"
 #include "job/program_fixture.h"
+#include "job/settings/cut_settings.h"
 
 namespace quillon::job {
 namespace {
@@ -100,6 +101,52 @@ TEST_F(ModesTest, EachModeLooksForItsOwnResource) {
   EXPECT_EQ(Value("CmbCutMode"), "3");
   Put("CmbCutMode", "5");
   EXPECT_EQ(Value("CmbCutMode"), "5");
+}
+
+TEST_F(ModesTest, AModeWithoutItsDriverCannotBeChosen) {
+  GiveResources();
+  program.modes = {CutMode::Normal, CutMode::Gif};
+  Put("CmbCutMode", "1");
+  EXPECT_EQ(Value("CmbCutMode"), "1");
+  for (const int mode : {2, 3, 4, 5}) {
+    world.boxes.Forget();
+    Put("CmbCutMode", std::to_string(mode));
+    EXPECT_EQ(Value("CmbCutMode"), "0") << mode;
+    EXPECT_EQ(Questions(), 1) << mode;
+  }
+}
+
+TEST_F(ModesTest, TheListNamesWhatTheModeCounts) {
+  GiveResources();
+  const char* expected[] = {"新大小/kb", "Gif帧数", "新大小/kb", "页数", "新大小/kb", "页数"};
+  for (int mode = 0; mode <= 5; ++mode) {
+    Put("CmbCutMode", std::to_string(mode));
+    EXPECT_EQ(form.MSF.Headers().at(6), expected[mode]) << mode;
+  }
+}
+
+TEST_F(ModesTest, AWindowIsHiddenWhenItsModeIsLeft) {
+  GiveResources();
+  controls::Window gif("FGifCut", "");
+  program.windows.Add(gif);
+  Put("CmbCutMode", "1");
+  gif.Show();
+  Put("CmbCutMode", "2");
+  EXPECT_FALSE(gif.Visible());
+}
+
+TEST_F(ModesTest, FramesAreNotScaledToAnExactSize) {
+  GiveResources();
+  Put("ChFixCut", "1");
+  Put("ChExact", "1");
+  EXPECT_TRUE(ReadCutGeometry(program).ChExact);
+  for (const char* mode : {"1", "2"}) {
+    Put("CmbCutMode", mode);
+    EXPECT_FALSE(Enabled("ChExact")) << mode;
+    EXPECT_FALSE(ReadCutGeometry(program).ChExact) << mode;
+  }
+  Put("CmbCutMode", "0");
+  EXPECT_TRUE(Enabled("ChExact"));
 }
 
 TEST_F(ModesTest, ModesForceTheOutputType) {

@@ -603,6 +603,25 @@ TEST_F(ManualStepTest, APictureThatDoesNotLoadComesFromTheServer) {
   EXPECT_TRUE(flags.BackWorkerStarted);
 }
 
+TEST_F(ManualStepTest, APictureThatCannotBeTurnedLocksTheButtonsWithItsReason) {
+  const std::string path = Make("a.bmp", 100, 80);
+  form.ChCutA.Set(true);
+  form.ChFixCut.Set(true);
+  std::vector<std::string> whys;
+  world.pump.EveryTurn([&] {
+    if (!frame.Waiting()) return;
+    for (const controls::Button* button : {&cutPre.CmdRot90, &cutPre.CmdRot270, &cutPre.CmdAddBoard}) {
+      EXPECT_FALSE(button->Enabled()) << button->Name();
+      whys.push_back(button->WhyDisabled());
+    }
+    EXPECT_TRUE(cutPre.CmdNotCut.Enabled());
+    cutPre.CmdNext.UserClick();
+  });
+  const job::ManualPicture picture{path, path, {}, 0, "每一帧都要裁"};
+  EXPECT_NE(frame.Ask(picture, ""), "");
+  EXPECT_EQ(whys, std::vector<std::string>(3, "每一帧都要裁"));
+}
+
 TEST_F(ManualStepTest, APictureThatNobodyLoadsShowsNothing) {
   const std::string path = world.folder.Write("in/odd.jpg", "no picture");
   world.shell.SetResult("QxBackImg", host::kStartMissing);
