@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "formats/formats.h"
 #include "formats/output_tools.h"
 #include "job/program.h"
 #include "regions/regions.h"
@@ -16,10 +17,11 @@ namespace quillon::parts {
 class Parts {
  public:
   // owner must outlive the object; `program` is the same object.
-  explicit Parts(job::Program& owner) : program(owner), outputTools(owner), regions(owner) {}
+  explicit Parts(job::Program& owner) : program(owner), outputTools(owner), formats(owner), regions(owner) {}
 
   job::Program& program;
   formats::OutputTools outputTools;
+  formats::Formats formats;
   regions::Regions regions;
 };
 

@@ -275,10 +275,11 @@ TEST_F(WindowTest, StaysDuringARunThatIsNotToStop) {
 
 TEST_F(WindowTest, HidesEntriesOfPartsThatAreNotThere) {
   form().HideMissingEntries();
-  EXPECT_FALSE(Action(form().MenuGifCutOps).isVisible());
-  EXPECT_FALSE(Action(form().MenuGifCut).isVisible());
+  EXPECT_FALSE(Action(form().MenuPngCutOps).isVisible());
+  EXPECT_FALSE(Action(form().MenuPngCut).isVisible());
   EXPECT_FALSE(Action(form().MenuUnitConvert).isVisible());
-  for (const controls::Menu* menu : {&form().menuNormalCut, &form().MenuBaseOptions, &form().MenuMulCut}) {
+  for (const controls::Menu* menu :
+       {&form().menuNormalCut, &form().MenuBaseOptions, &form().MenuGifCut, &form().MenuMulCut}) {
     EXPECT_TRUE(Action(*menu).isVisible()) << menu->Name();
   }
 }

@@ -4,16 +4,21 @@
 
 #include <QApplication>
 #include <QCloseEvent>
+#include <QComboBox>
+#include <QListView>
 #include <QMenu>
 #include <QMenuBar>
 #include <QMimeData>
 #include <QScreen>
 #include <QSplitter>
+#include <QStandardItemModel>
 #include <QTimer>
+#include <set>
 #include <sstream>
 
 #include "host/files/file_stamp.h"
 #include "job/windows/file_intake.h"
+#include "ui/kit/record_window.h"
 #include "ui/kit/text.h"
 #include "ui/kit/theme/theme.h"
 #include "ui/main/command_bars.h"
@@ -43,7 +48,21 @@ constexpr MakeWindow kFeatureWindows[] = {
     [](parts::Parts& parts, const Binder::Refusal& refused, QWidget*) -> std::unique_ptr<ToolWindow> {
       return std::make_unique<TimedWindow>(parts.regions.fCutTime, refused);
     },
+    [](parts::Parts& parts, const Binder::Refusal& refused, QWidget* main) -> std::unique_ptr<ToolWindow> {
+      return std::make_unique<RecordWindow>(parts.formats.fGifCut, refused, main);
+    },
 };
+
+// Does not offer the modes whose drivers the program lacks. Neither mouse nor keys reach a disabled entry.
+void HideMissingModes(QComboBox& list, const std::set<job::CutMode>& modes) {
+  auto* view = qobject_cast<QListView*>(list.view());
+  auto* entries = qobject_cast<QStandardItemModel*>(list.model());
+  for (int entry = 0; entry <= static_cast<int>(job::CutMode::Tiff); ++entry) {
+    const bool there = modes.contains(static_cast<job::CutMode>(entry));
+    if (view) view->setRowHidden(entry, !there);
+    if (entries) entries->item(entry)->setEnabled(there);
+  }
+}
 
 }  // namespace
 
@@ -65,6 +84,9 @@ MainWindow::MainWindow(parts::Parts& parts)
 
   auto* middle = new QSplitter(Qt::Horizontal);
   auto* panel = new ParameterPanel(form_, binder_);
+  if (auto* modes = panel->findChild<QComboBox*>(Shown(form_.CmbCutMode.Name()))) {
+    HideMissingModes(*modes, program_.modes);
+  }
   list_ = new ListView(program_, binder_);
   list_->SetOutcomeReceiver([bar](std::size_t rows, std::size_t withoutFile) { bar->ShowForeseen(rows, withoutFile); });
   middle->addWidget(panel);

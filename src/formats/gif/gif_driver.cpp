@@ -1,0 +1,85 @@
+// SPDX-FileCopyrightText: 2026 The Quillon developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "formats/gif/gif_driver.h"
+
+#include "formats/gif/gif_math.h"
+#include "job/cut/cut_outcome.h"
+#include "job/work_files.h"
+#include "tools/helper_calls.h"
+
+namespace quillon::formats {
+namespace {
+
+using host::Problem;
+using host::Status;
+
+// The work file of the first pass. It stays, and the next file overwrites it.
+constexpr const char* kPalette = "paletten.png";
+
+std::string SizeText(base::Size size) { return std::to_string(size.width) + "x" + std::to_string(size.height); }
+
+bool Inside(const base::Rect& rect, base::Size picture) {
+  return rect.left >= 0 && rect.top >= 0 && rect.width <= picture.width - rect.left &&
+         rect.height <= picture.height - rect.top;
+}
+
+std::string OutsideText(const base::Rect& rect, base::Size picture) {
+  return "裁剪框超出图片（左 " + std::to_string(rect.left) + "，上 " + std::to_string(rect.top) + "，大小 " +
+         SizeText({rect.width, rect.height}) + "，图片 " + SizeText(picture) + "），请检查裁剪参数";
+}
+
+}  // namespace
+
+std::string GifCut::FitRectangle(base::Rect& rect, base::Size picture) const {
+  if (options_.RemovesLogo()) {
+    if (!rect.Empty()) rect = LogoRegion(WithEvenSides(rect, picture), picture);
+    return rect.Empty() ? "请在预览中框选要去掉的图标" : "";
+  }
+  if (std::string why = job::NothingToCutText(rect, picture); !why.empty()) return why;
+  if (!Inside(rect, picture)) return OutsideText(rect, picture);
+  rect = WithEvenSides(rect, picture);
+  return {};
+}
+
+Status GifCut::CutPicture(job::CutFile& file, std::string& made) {
+  job::Program& program = GetProgram();
+  made = program.AppPath(job::work_files::kCutFrames);
+  if (Status removed = program.host.files.RemoveOwn(made); !removed) return removed;
+  if (Status run = RunHelper(file, made); !run) return run;
+  return Check(file, made);
+}
+
+// The second pass fails without a palette if it needs one, so that the first one may fail.
+Status GifCut::RunHelper(const job::CutFile& file, const std::string& target) {
+  tools::Tools& tools = GetProgram().tools;
+  const std::string palette = GetProgram().AppPath(kPalette);
+  const auto run = [&](const std::string& text) { return tools::RunCutMedia(tools, text, {file.Src, target}); };
+  if (!options_.HighQuality()) return run(CropText(file.Src, file.rect, target));
+  if (Status first = run(PaletteText(file.Src, palette)); !first) return first;
+  return run(options_.RemovesLogo() ? PaletteLogoText(file.Src, palette, file.rect, target)
+                                    : PaletteCropText(file.Src, palette, file.rect, target));
+}
+
+Status GifCut::Check(const job::CutFile& file, const std::string& target) const {
+  imaging::Services& images = GetProgram().images;
+  int expected = 0;
+  const Status counted = images.FramesIn(file.Src, expected);
+  if (!GetProgram().host.files.IsFile(target)) {
+    // What is wrong with the source says more than a missing result.
+    return counted ? Status(Problem::Damaged, "CutMedia 没有得到结果，Gif 可能已损坏") : counted;
+  }
+  imaging::ImageFacts facts;
+  if (Status measured = images.ImageInfo(target, facts); !measured) return measured;
+  const base::Size wanted =
+      options_.RemovesLogo() ? base::Size{file.W, file.H} : base::Size{file.rect.width, file.rect.height};
+  const base::Size size{facts.width, facts.height};
+  if (size != wanted) return {Problem::Damaged, "结果是 " + SizeText(size) + " 像素，应为 " + SizeText(wanted)};
+  int frames = 0;
+  if (Status read = images.FramesIn(target, frames); !read) return read;
+  if (counted && frames != expected) {
+    return {Problem::Damaged, "结果有 " + std::to_string(frames) + " 帧，应为 " + std::to_string(expected) + " 帧"};
+  }
+  return Status::Ok();
+}
+
+}  // namespace quillon::formats

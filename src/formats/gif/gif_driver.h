@@ -1,0 +1,39 @@
+// SPDX-FileCopyrightText: 2026 The Quillon developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "formats/format_cut.h"
+#include "formats/gif/fgifcut.h"
+
+namespace quillon::formats {
+
+// Cut mode 1: cuts every frame of animated GIFs with the helper CutMedia. MenuGifCut over the list is one run; the
+// same object handles a file of a large-capacity run.
+//
+// The helper always writes the work file Tmp.gif, which is removed before each file, so that the result of one file is
+// never mistaken for that of another. It is checked (size, number of frames) and then copied to the output.
+class GifCut final : public FormatCut {
+ public:
+  GifCut(job::Program& program, const FGifCut& options) : FormatCut(program, job::CutMode::Gif), options_(options) {}
+
+  std::string Name() const override { return "GifCut"; }
+  std::vector<std::string> Windows() const override { return {"Form1", "FBaseOpt", "FGifCut"}; }
+
+ protected:
+  std::string FitRectangle(base::Rect& rect, base::Size picture) const override;
+  host::Status CutPicture(job::CutFile& file, std::string& made) override;
+  const char* WhyNotTurned() const override { return "动态Gif的每一帧都要裁，不能旋转或扩边"; }
+
+ private:
+  // Runs CutMedia once, with a high quality twice.
+  host::Status RunHelper(const job::CutFile& file, const std::string& target);
+  // Fails unless the work file has the frames of the source, in the size that the options give.
+  host::Status Check(const job::CutFile& file, const std::string& target) const;
+
+  const FGifCut& options_;
+};
+
+}  // namespace quillon::formats
