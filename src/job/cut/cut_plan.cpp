@@ -59,7 +59,7 @@ class Foresight {
     if (angle != 0) Turn(angle);
     file_.turnedFirst = angle != 0;
     PredictTarget(file_);
-    return !file_.run.ledger.KeepsForeign(file_.listedPath, ResultPath(file_));
+    return !file_.run.ledger.KeepsExisting(file_.listedPath, ResultPath(file_));
   }
 
   void Turn(double angle) {

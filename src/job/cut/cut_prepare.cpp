@@ -70,12 +70,14 @@ std::string CutTarget(const CutFile& file) {
   return aside ? file.WorkFileBeside(work_files::kResultStem, file.Src) : file.Dst;
 }
 
-// Names the output beside a foreign file of its name, if the user keeps that file.
+// Names the output beside a file of its name that is kept. If that file is a result of this run, the row says the new
+// name.
 Step KeepExisting(CutFile& file) {
   const std::string output = ResultPath(file);
   const auto place = file.run.ledger.PlaceFor(file.listedPath, output);
   if (!place) return PassOver(file, "已有同名的文件 " + base::DisplayText(output) + "，保留它，已跳过");
   if (*place == output) return Step::Next;
+  if (file.run.ledger.Wrote(output)) AddNote(file.result.why, TakenNameText(output, *place));
   const base::PathParts named = base::SplitPath(file.Dst);
   file.Dst = base::JoinPath(named.folder, base::SplitPath(*place).name, named.extension);
   file.target = CutTarget(file);

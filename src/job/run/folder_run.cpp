@@ -45,6 +45,7 @@ FolderRun::FolderRun(const RunContext& context, RunLedger& ledger, RunJournal& j
 FolderRun::~FolderRun() {
   ledger_.ReadSourcesFrom({});
   ledger_.RecallBy({});
+  ledger_.RecordBesides({});
 }
 
 bool FolderRun::Begin() {
@@ -81,7 +82,7 @@ void FolderRun::Walk() {
   const FewSizes sizes(context_.images);
   context_.window.ClearList();
   if (context_.observer) context_.observer->RunStarted(0);
-  if (journal_.Kept()) ledger_.RecallBy([this](const std::string& output) { return OriginOf(output); });
+  if (journal_.Kept()) RecallFromJournal();
   // Handled sources are passed to the driver now, because the walk may find them late or never.
   if (rule_.byFolder) journal_.EachHandled([this](const std::string& source) { driver_.HandledBefore(source); });
   const double start = checked_ = context_.host.clock.Seconds();
@@ -103,6 +104,14 @@ void FolderRun::Walk() {
   ledger_.NoteEnd(context_.host.clock.Seconds() - start, context_.Stopped());
   // The list may have been filled while the window was usable.
   if (context_.window.Overwrites()) context_.window.ClearList();
+}
+
+// Lets the ledger find in the journal what it does not keep in memory.
+void FolderRun::RecallFromJournal() {
+  ledger_.RecallBy([this](const std::string& output) { return OriginOf(output); });
+  ledger_.RecordBesides(
+      {.of = [this](const std::string& output) { return journal_.BesideOf(output); },
+       .note = [this](const std::string& source, const std::string& output) { journal_.NoteBeside(source, output); }});
 }
 
 void FolderRun::HandleNext(const FileWalk& walk, const std::string& path) {
@@ -150,6 +159,9 @@ bool FolderRun::IsResult(const std::string& path) {
   return !ledger_.SourceOf(path).empty() || !journal_.MadeOf(path).empty();
 }
 
+// The walk could find the outputs, or a file that a killed part has written would be taken for the user's and kept.
+bool FolderRun::RecordsOutputs() const { return rule_.leftOut.empty() || ledger_.KeepsForeign(); }
+
 // Discards outputs of an earlier part before they are made again, so that none remains if this fails. An output
 // that this run has written stays.
 void FolderRun::DiscardStaleOutputs(const std::string& source) {
@@ -166,7 +178,7 @@ void FolderRun::Handle(const FileWalk& walk, const std::string& path) {
   }
   const bool recorded =
       journal_.Begun(path, walk.Upcoming(RunJournal::kIntendedAtOnce), [this](const std::string& source) {
-        return rule_.leftOut.empty() ? driver_.Outputs(source) : std::vector<std::string>();
+        return RecordsOutputs() ? driver_.Outputs(source) : std::vector<std::string>();
       });
   if (!recorded && context_.window.Overwrites()) {
     StopUnrecorded(path);

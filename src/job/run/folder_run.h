@@ -44,6 +44,9 @@ class FolderRun {
   std::optional<RunLedger::Origin> OriginOf(const std::string& output);
   // Returns whether path is a result that the walk has found.
   bool IsResult(const std::string& path);
+  void RecallFromJournal();
+  // Returns whether outputs are recorded before they are written.
+  bool RecordsOutputs() const;
   void DiscardStaleOutputs(const std::string& source);
   // Ends the run before path, whose record could not be stored, is overwritten.
   void StopUnrecorded(const std::string& path);

@@ -22,6 +22,7 @@ constexpr const char* kDone = "done";
 constexpr const char* kFrom = "from";
 constexpr const char* kStamp = "stamp";
 constexpr const char* kMeant = "meant";
+constexpr const char* kBeside = "beside";
 constexpr const char* kEnded = "ended";
 constexpr const char* kPartial = "partial";
 
@@ -309,8 +310,24 @@ std::vector<std::string> RunJournal::StaleOutputs(const std::string& source) con
 void RunJournal::Drop(const std::string& source, const Intent& intent) {
   if (intent.inPlace) journal_->Set(source, kBegun, "");
   for (const std::string& output : intent.fresh) {
-    if (!context_.host.files.Stat(output)) journal_->Set(output, kMeant, "");
+    if (context_.host.files.Stat(output)) continue;
+    journal_->Set(output, kMeant, "");
+    if (!BesideOf(output).empty()) journal_->Set(output, kBeside, "");
   }
+}
+
+std::string RunJournal::BesideOf(const std::string& output) const {
+  return journal_ ? journal_->Get(output, kBeside).value_or("") : std::string();
+}
+
+void RunJournal::NoteBeside(const std::string& source, const std::string& output) {
+  if (!journal_) return;
+  intended_[source].fresh.push_back(output);
+  if (BesideOf(output) == source) return;
+  journal_->Set(output, kMeant, source);
+  journal_->Set(output, kBeside, source);
+  // If it cannot be written, a resumed run gives its output another name.
+  static_cast<void>(journal_->Commit());
 }
 
 void RunJournal::Ended(const std::string& source, const std::vector<FileResult>& results) {

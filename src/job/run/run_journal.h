@@ -24,6 +24,7 @@
 //   partial
 //          of an output: its source counts as one without a result, because another of its outputs could not be made
 //   meant  of an output that is not finished: its source
+//   beside of an output: its source; it was given this name because a file that is kept has the usual one
 //   ended  of a source: it ended the run; its stamp, and why
 //   decision, before, after
 //          of a source that the user decided about by hand: the decision, as text that only the driver reads; the
@@ -89,6 +90,11 @@ class RunJournal {
   // Call before source is handled; next are the sources that follow it. Records what could not be recognised
   // afterwards: an overwritten source, and a result among the sources. Returns false if the record is not on disk.
   bool Begun(const std::string& source, const std::vector<std::string>& next, const Foreseen& foreseen);
+  // Call after Begun, before the output of source is saved under a name that Foreseen cannot know, because a file that
+  // is kept has the usual name. The record is on disk when the call returns.
+  void NoteBeside(const std::string& source, const std::string& output);
+  // Returns the source for which NoteBeside was called; "" if there is none.
+  std::string BesideOf(const std::string& output) const;
   // Returns the outputs that an earlier part made from a source, after Begun.
   std::vector<std::string> StaleOutputs(const std::string& source) const;
   // Call after source was handled, with all its results.

@@ -21,15 +21,6 @@ constexpr const char* kExistingChoices =
     "\r\n否——都保留，新写的另取名字，如“照片(2).jpg”"
     "\r\n取消——保留原有的文件，跳过这张图片";
 
-// Returns "<name>(<number>).<extension>" in the same folder, with the first number from 2 of which there is no file.
-std::string FreeName(const host::Files& files, const std::string& path) {
-  const base::PathParts parts = base::SplitPath(path);
-  for (std::size_t number = 2;; ++number) {
-    std::string free = base::JoinPath(parts.folder, parts.name + "(" + std::to_string(number) + ")", parts.extension);
-    if (!files.Stat(free)) return free;
-  }
-}
-
 }  // namespace
 
 RunLedger::RunLedger(const RunContext& context, std::size_t planned)
@@ -147,14 +138,41 @@ bool RunLedger::IsForeign(const std::string& source, const std::string& output) 
 }
 
 std::optional<std::string> RunLedger::PlaceFor(const std::string& source, const std::string& output) {
-  if (!context_.host.files.IsFile(output) || !IsForeign(source, output)) return output;
+  if (!context_.host.files.IsFile(output)) return output;
+  if (IsTaken(source, output)) return FreeName(source, output);
+  if (!IsForeign(source, output)) return output;
   if (onExisting_ == OnExisting::Ask) AskAboutExisting(output);
   if (onExisting_ == OnExisting::Skip) return std::nullopt;
-  return onExisting_ == OnExisting::Rename ? FreeName(context_.host.files, output) : output;
+  return onExisting_ == OnExisting::Rename ? FreeName(source, output) : output;
 }
 
-bool RunLedger::KeepsForeign(const std::string& source, const std::string& output) const {
-  return KeepsForeign() && IsForeign(source, output);
+bool RunLedger::KeepsExisting(const std::string& source, const std::string& output) const {
+  return IsTaken(source, output) || (KeepsForeign() && IsForeign(source, output));
+}
+
+bool RunLedger::IsTaken(const std::string& source, const std::string& output) const {
+  const auto found = besides_.find(output);
+  const std::string owner = found != besides_.end() ? found->second
+                            : besideRecords_.of     ? besideRecords_.of(output)
+                                                    : std::string();
+  return !owner.empty() && owner != source && context_.host.files.IsFile(output);
+}
+
+// Returns "<name>(<number>).<extension>" in the same folder, with the first number from 2 of which there is no file, or
+// only one that a killed part of the run has made from the same source.
+std::string RunLedger::FreeName(const std::string& source, const std::string& output) {
+  const base::PathParts parts = base::SplitPath(output);
+  for (std::size_t number = 2;; ++number) {
+    std::string free = base::JoinPath(parts.folder, parts.name + "(" + std::to_string(number) + ")", parts.extension);
+    const bool own = besideRecords_.of && besideRecords_.of(free) == source;
+    if (!own && context_.host.files.Stat(free)) continue;
+    if (besideRecords_.note) {
+      besideRecords_.note(source, free);
+    } else {
+      besides_[free] = source;
+    }
+    return free;
+  }
 }
 
 void RunLedger::AskAboutExisting(const std::string& output) {
@@ -218,6 +236,11 @@ void RunLedger::ReportKept(const DiscardQueue::Source& source, DiscardQueue::Kep
                                                                 : "输出已写好，源文件没能移入回收站：" + status.Why();
   ShowResult({source.row, source.path, output, Result::Written, why});
   if (noteLate_) noteLate_(source.path, why);
+}
+
+std::string TakenNameText(const std::string& output, const std::string& place) {
+  const auto name = [](const std::string& path) { return base::DisplayText(path.substr(path.rfind('/') + 1)); };
+  return "“" + name(output) + "”已是这次写出的另一张图片，另存为“" + name(place) + "”";
 }
 
 void RunLedger::NoteEnd(double seconds, bool stopped) {

@@ -38,6 +38,15 @@ class RunLedger {
   // Returns whether the existing file at path is a source of the run, already handled or not.
   using IsSource = std::function<bool(const std::string& path)>;
 
+  // Records of names that were chosen beside existing files, in a run that can be resumed. A killed run must find its
+  // outputs again, because they do not have the names that follow from their sources.
+  struct BesideRecords {
+    // Returns the source whose output got this name, now or in an earlier part of the run; "" if there is none.
+    std::function<std::string(const std::string& output)> of;
+    // Called before the output of source is saved under the name.
+    std::function<void(const std::string& source, const std::string& output)> note;
+  };
+
   // Called if a result was lost after it was added, or if its source could not be discarded.
   using LateNote = std::function<void(const std::string& source, const std::string& why)>;
 
@@ -48,6 +57,8 @@ class RunLedger {
   void ReadSourcesFrom(IsSource isSource) { isSource_ = std::move(isSource); }
   // Sets how outputs are looked up that Forget has dropped.
   void RecallBy(Recall recall) { recall_ = std::move(recall); }
+  // Sets where names beside existing files are recorded; unless it is set, they are kept in memory.
+  void RecordBesides(BesideRecords records) { besideRecords_ = std::move(records); }
   void NoteLateTo(LateNote note) { noteLate_ = std::move(note); }
   // Drops all outputs from memory. Call after Flush.
   void Forget() { outputs_.clear(); }
@@ -70,9 +81,13 @@ class RunLedger {
   // Returns the path under which the output of source is saved. Unless a foreign file has the name, that is output. A
   // foreign file is replaced, or kept beside an output of another name; nothing is returned if it is kept and source
   // gets no output. The user decides when the first one of the run is met, unless RunContext::onExisting says it.
+  // An output of another source that was given this name beside a foreign file is always kept.
   std::optional<std::string> PlaceFor(const std::string& source, const std::string& output);
-  // Returns whether the user has decided to keep foreign files, and output is one.
-  bool KeepsForeign(const std::string& source, const std::string& output) const;
+  // Returns whether the user has decided to keep foreign files.
+  bool KeepsForeign() const { return onExisting_ == OnExisting::Rename || onExisting_ == OnExisting::Skip; }
+  // Returns whether the file at output stays, so that source gets another name or no output; see PlaceFor. False as
+  // long as the user has not decided.
+  bool KeepsExisting(const std::string& source, const std::string& output) const;
   // Moves a stale output to the trash: an older file under the name of an output that could not be made from source. It
   // stays if it is an output of this run or another source, if foreign files are kept, or if its disk is unresponsive.
   // A run of one shard only reports it, because another shard may have written it.
@@ -92,7 +107,9 @@ class RunLedger {
   std::optional<Origin> Find(const std::string& output) const;
   bool IsListed(const std::string& path);
   void AskAboutExisting(const std::string& output);
-  bool KeepsForeign() const { return onExisting_ == OnExisting::Rename || onExisting_ == OnExisting::Skip; }
+  // Returns whether another source was given the name beside a foreign file.
+  bool IsTaken(const std::string& source, const std::string& output) const;
+  std::string FreeName(const std::string& source, const std::string& output);
   void Register(const std::string& output, const FileResult& result);
   // Changes the result of a lost output to one without output, even if its other outputs exist. Does nothing more if
   // it is one already.
@@ -108,6 +125,8 @@ class RunLedger {
   IsSource isSource_;
   Recall recall_;
   LateNote noteLate_;
+  BesideRecords besideRecords_;
+  std::unordered_map<std::string, std::string> besides_;  // sources by names; empty if they are recorded
   std::unordered_map<std::string, Origin> outputs_;
   std::size_t results_ = 0;
   // Sources, since the last Add: each of their outputs may be lost, but they count once.
@@ -115,5 +134,8 @@ class RunLedger {
   DiscardQueue discards_;
   std::optional<std::set<host::FileId>> sources_;  // read at the first use
 };
+
+// Returns the note of a row whose output is at place, because another result of the run has the name of output.
+std::string TakenNameText(const std::string& output, const std::string& place);
 
 }  // namespace quillon::job

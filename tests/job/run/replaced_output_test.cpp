@@ -203,6 +203,26 @@ TEST_F(ExistingOutputTest, ADecisionBeforehandIsNotAskedFor) {
   EXPECT_EQ(OutNames(), (std::vector<std::string>{"a(2).jpg", "a.jpg"}));
 }
 
+// The name beside a kept file may be the one that a later source gets.
+TEST_F(ExistingOutputTest, AResultThatGotTheNameOfALaterOneIsKeptToo) {
+  program.onExisting = OnExisting::Rename;
+  for (const char* effects : {"0", "1"}) {
+    SCOPED_TRACE(effects);
+    Option("ChToGray", effects);
+    for (const std::string& name : OutNames()) std::filesystem::remove(Out(name));
+    program.files.Clear();
+    Own("a.jpg");
+    Cut({Make("a.png"), Make("a(2).png", 60, 40), Make("b.png")});
+    EXPECT_EQ(Totals().written, 3u) << Whys();
+    EXPECT_EQ(OutNames(), (std::vector<std::string>{"a(2)(2).jpg", "a(2).jpg", "a.jpg", "b.jpg"}));
+    EXPECT_EQ(SizeOf(Out("a(2).jpg")), (base::Size{50, 80}));
+    EXPECT_EQ(SizeOf(Out("a(2)(2).jpg")), (base::Size{30, 40}));
+    EXPECT_EQ(Why(2), "“a(2).jpg”已是这次写出的另一张图片，另存为“a(2)(2).jpg”");
+  }
+  EXPECT_EQ(world.folder.Read("out/a.jpg"), "the user's");
+  EXPECT_FALSE(TrashUsed());
+}
+
 // Bytes that were prefetched for one name are not written under another.
 TEST_F(ExistingOutputTest, ANameIsKeptFromEveryWayOfCutting) {
   program.onExisting = OnExisting::Rename;

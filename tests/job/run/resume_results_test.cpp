@@ -168,6 +168,43 @@ TEST_F(ResultsTest, ThatArePiecesBesideTheSourceAreNotSplitAgain) {
   }
 }
 
+// Between two checkpoints the journal has no results yet.
+TEST_F(ResultsTest, BesideKeptFilesAreFoundAgain) {
+  program.onExisting = OnExisting::Rename;
+  Put("LOutDir", world.folder.Path("out"));
+  for (const bool killed : {false, true}) {
+    SCOPED_TRACE(killed);
+    Sources("png");
+    for (const std::string& name : world.folder.Names("out")) std::filesystem::remove(Out(name));
+    for (int i = 0; i < 2; ++i) world.folder.Write("out/" + std::to_string(i) + ".jpg", "the user's");
+    if (killed) {
+      KillAfter(4);
+    } else {
+      StopAfter(4);
+    }
+    Continue();
+    EXPECT_EQ(Totals().none, 0u) << Results();
+    EXPECT_EQ(OutNames(),
+              (std::vector<std::string>{"0(2).jpg", "0.jpg", "1(2).jpg", "1.jpg", "2.jpg", "3.jpg", "4.jpg", "5.jpg"}));
+    for (const char* name : {"out/0.jpg", "out/1.jpg"}) EXPECT_EQ(world.folder.Read(name), "the user's");
+  }
+}
+
+// A name beside a kept file stays taken after the checkpoint, and in the part that resumes the run.
+TEST_F(ResultsTest, BesideKeptFilesAreNotReplacedByLaterOnes) {
+  program.onExisting = OnExisting::Rename;
+  Put("LOutDir", world.folder.Path("out"));
+  Sources("png");
+  Make("0(2).png", 60, 30);
+  world.folder.Write("out/0.jpg", "the user's");
+  StopAfter(4);
+  Continue();
+  EXPECT_EQ(Totals().none, 0u) << Results();
+  // The names of the two depend on the order of the walk.
+  EXPECT_EQ(OutNames().size(), 8u);
+  EXPECT_EQ(world.folder.Read("out/0.jpg"), "the user's");
+}
+
 // Also if the folder is given by another name.
 TEST_F(ResultsTest, InTheInputFolderAreNotCutAgain) {
   const std::string link = world.folder.Path("link");
