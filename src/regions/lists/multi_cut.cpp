@@ -25,10 +25,6 @@ constexpr const char* kPdfPicture = "jpg";  // the type of the picture of which 
 
 std::string SizeText(base::Size size) { return std::to_string(size.width) + "x" + std::to_string(size.height); }
 
-std::string EmptyBoxText(const base::Rect& box) {
-  return "区域的宽或高小于 1 像素（" + std::to_string(box.width) + "x" + std::to_string(box.height) + "）";
-}
-
 // A doubled separator inside a path counts as one.
 std::string WithoutDoubledSeparators(std::string path) {
   for (std::size_t at = path.find("//"); at != std::string::npos; at = path.find("//", at)) path.erase(at, 1);
@@ -220,13 +216,14 @@ void MultiCut::ShowRegion(const Source& source, std::size_t number) {
 
 std::string MultiCut::CutRegion(RegionSource& picture, const Source& source, RegionCut& cut, std::string& output,
                                 std::string& notes) {
-  if (cut.box.Empty()) return EmptyBoxText(cut.box);
+  if (std::string why = NothingInText(cut.box, source.size); !why.empty()) return why;
   // Another listed picture must not be overwritten.
   if (ledger_->IsOtherSource(output, source.path)) {
     return "会覆盖另一个文件 " + base::DisplayText(output) + "，已跳过";
   }
   const std::optional<std::string> place = ledger_->PlaceFor(source.path, output);
   if (!place) return "已有同名的文件 " + base::DisplayText(std::exchange(output, {})) + "，保留它，已跳过";
+  if (*place != output && ledger_->Wrote(output)) job::AddNote(notes, job::TakenNameText(output, *place));
   output = *place;
   if (conversions_.None()) cut.output = output;
   std::optional<host::Files::ReplacedToTrash> replaced;

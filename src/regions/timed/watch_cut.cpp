@@ -24,6 +24,12 @@ bool NotWhole(const host::Status& status) {
   return problem == Problem::Damaged || problem == Problem::Unsupported || problem == Problem::Missing;
 }
 
+// Fails for a region that would be only white, because it lies wholly outside the picture.
+host::Status CheckInside(const RegionCut& cut, base::Size picture) {
+  const std::string why = NothingInText(cut.box, picture);
+  return why.empty() ? host::Status::Ok() : host::Status(Problem::Other, why);
+}
+
 }  // namespace
 
 WatchCut::WatchCut(job::Program& program, WatchCutOptions options)
@@ -56,10 +62,10 @@ FileResult WatchCut::CutPicture(const job::RunFile& file, base::Size size) {
   std::vector<std::string> outputs;
   if (!options_.several) {
     FileResult result{0, file.path, file.path, Result::Written, ""};
-    const host::Status status = CutInPlace(file, cuts.front(), result.why);
+    const host::Status status = CutInPlace(file, cuts.front(), size, result.why);
     return status ? result : Failed(file.path, status);
   }
-  if (const host::Status status = CutBeside(file, cuts, outputs); !status) return Failed(file.path, status);
+  if (const host::Status status = CutBeside(file, cuts, size, outputs); !status) return Failed(file.path, status);
   ledger_->DiscardAtEnd({0, file.path, outputs, file.settled});
   FileResult result{0, file.path, outputs.front(), Result::Written, ""};
   result.more.assign(outputs.begin() + 1, outputs.end());
@@ -128,7 +134,8 @@ RegionSource WatchCut::Open(const std::string& path, const std::vector<RegionCut
 }
 
 // Cuts into a work file first, so that a source that another program has replaced meanwhile is not overwritten.
-host::Status WatchCut::CutInPlace(const job::RunFile& file, const RegionCut& cut, std::string& note) {
+host::Status WatchCut::CutInPlace(const job::RunFile& file, const RegionCut& cut, base::Size size, std::string& note) {
+  if (host::Status inside = CheckInside(cut, size); !inside) return inside;
   const host::Status made = Open(file.path, {cut}).Cut(cut);
   if (!made) return made;
   if (job::ReadCutSettings(program_).keepExif && program_.outputTools) {
@@ -141,7 +148,7 @@ host::Status WatchCut::CutInPlace(const job::RunFile& file, const RegionCut& cut
   return program_.saver.Deliver(cut.output, file.path);
 }
 
-host::Status WatchCut::CutBeside(const job::RunFile& file, const std::vector<RegionCut>& cuts,
+host::Status WatchCut::CutBeside(const job::RunFile& file, const std::vector<RegionCut>& cuts, base::Size size,
                                  std::vector<std::string>& outputs) {
   RegionSource picture = Open(file.path, cuts);
   if (!picture.Opened()) return picture.Opened();
@@ -150,7 +157,8 @@ host::Status WatchCut::CutBeside(const job::RunFile& file, const std::vector<Reg
     program_.host.pump.Turn();
     if (program_.flags.StopRequested) return {Problem::Stopped, "已停止，未处理完"};
     const host::Files::ReplacedToTrash earlier(program_.host.files, cut.output);
-    const host::Status made = picture.Cut(cut);
+    host::Status made = CheckInside(cut, size);
+    if (made) made = picture.Cut(cut);
     if (made) outputs.push_back(cut.output);
     if (!made && failure) failure = made;
   }

@@ -52,9 +52,9 @@ class WatchCut final : public job::FileDriver {
   // Returns the work file of a cut that replaces its source.
   std::string AsidePath(const std::string& extension) const;
   // The original goes to the trash. Sets note if the result lacks something.
-  host::Status CutInPlace(const job::RunFile& file, const RegionCut& cut, std::string& note);
+  host::Status CutInPlace(const job::RunFile& file, const RegionCut& cut, base::Size size, std::string& note);
   // Sets outputs to the files of the regions that were cut. What they replace goes to the trash.
-  host::Status CutBeside(const job::RunFile& file, const std::vector<RegionCut>& cuts,
+  host::Status CutBeside(const job::RunFile& file, const std::vector<RegionCut>& cuts, base::Size size,
                          std::vector<std::string>& outputs);
   job::FileResult Failed(const std::string& path, const host::Status& status) const;
 

@@ -13,6 +13,7 @@
 
 #include "host/testing/fakes.h"
 #include "job/list/dead_disk.h"
+#include "job/run/run_ledger.h"
 #include "job/several_pages.h"
 #include "job/turned_picture.h"
 #include "regions/timed/watch_fixture.h"
@@ -133,6 +134,44 @@ TEST_F(CutTimeTest, APictureThatIsReplacedInPlaceKeepsItsTime) {
   WatchUntil([&] { return window.LFiles.Value() == "已裁剪数：1"; });
   EXPECT_EQ(SizeOf(path), (base::Size{50, 30}));
   EXPECT_EQ(std::filesystem::last_write_time(path), before);
+}
+
+// Cuts the picture in place, as a watch does that has just seen it.
+job::FileResult CutRegionInPlace(job::Program& program, const std::string& path, const Margins& region) {
+  job::RunLedger ledger(program.context, 0);
+  WatchCut cut(program, {.regions = {region}});
+  cut.Begin(ledger);
+  job::FileResult result;
+  cut.Cut({0, path, 1, host::StampOf(program.host.files, path)}, [&](job::FileResult one) { result = std::move(one); });
+  return result;
+}
+
+TEST_F(CutTimeTest, ARegionWhollyOutsideThePictureReplacesNothing) {
+  const std::string path = Make("a.bmp", 100, 80);
+  const std::string before = world.folder.Read("in/a.bmp");
+  const job::FileResult result = CutRegionInPlace(program, path, {.left = 150, .right = -100});
+  EXPECT_EQ(result.result, job::Result::None);
+  EXPECT_EQ(result.why, "区域整个在图片之外（左 150，上 0，图片 100x80）");
+  EXPECT_TRUE(world.folder.Read("in/a.bmp") == before);
+  EXPECT_FALSE(world.folder.Exists("data/Trash"));
+}
+
+TEST_F(CutTimeTest, ARegionThatReachesOutOfThePictureIsWhiteThere) {
+  const std::string path = Make("a.bmp", 100, 80);
+  EXPECT_EQ(CutRegionInPlace(program, path, {.left = 50, .right = -20}).result, job::Result::Written);
+  EXPECT_EQ(SizeOf(path), (base::Size{70, 80}));
+}
+
+TEST_F(CutTimeTest, OfSeveralRegionsOneWhollyOutsideKeepsTheOriginal) {
+  Make("a.bmp", 100, 80);
+  Put("FCutTime.ChMul", "1");
+  world.dialogs.ChooseFiles({world.folder.Write("a.clt", "R\r\n0\t50\t0\t0\r\n0\t150\t-100\t0\r\n")});
+  Click("FCutTime.CmdInput");
+  WatchUntil([&] { return !recorder.done.empty(); });
+  EXPECT_EQ(recorder.done[0].result, job::Result::None);
+  EXPECT_EQ(recorder.done[0].why, "区域整个在图片之外（左 150，上 0，图片 100x80）");
+  EXPECT_TRUE(world.folder.Exists("in/a.bmp"));
+  EXPECT_FALSE(world.folder.Exists("in/a_2.bmp"));
 }
 
 class SilentWatchTest : public CutTimeTest {};
