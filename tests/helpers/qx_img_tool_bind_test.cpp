@@ -3,13 +3,16 @@
 #include <gtest/gtest.h>
 #include <tiffio.h>
 
+#include <array>
 #include <filesystem>
+#include <vector>
 
 #include "build_paths.h"
 #include "helpers/helper_process.h"
 #include "helpers/pdfs.h"
 #include "helpers/pictures.h"
 #include "helpers/until.h"
+#include "imaging/metadata/exif_block.h"
 
 namespace quillon::helpers {
 namespace {
@@ -68,6 +71,52 @@ TEST_F(QxImgToolBind, PutsJpegsIntoAPdfByteForByte) {
   EXPECT_EQ(PictureEntry(out, 0, "/ColorSpace"), "/DeviceRGB");
   EXPECT_EQ(Entry(out, 0, "/MediaBox"), "[ 0 0 72 48 ]");
   EXPECT_EQ(Entry(out, 1, "/MediaBox"), "[ 0 0 144 72 ]");
+}
+
+// Returns the JPEG with an EXIF block that holds the orientation.
+std::string WithOrientation(std::string jpeg, int orientation) {
+  const std::string block = imaging::MinimalExif(orientation, 0);
+  if (block.empty()) return jpeg;
+  const std::string head{'\xFF', '\xE1', '\0', static_cast<char>(block.size() + 8)};
+  return jpeg.insert(2, head + std::string("Exif\0\0", 6) + block);
+}
+
+// Viewers of PDF do not read the tag inside an embedded picture.
+TEST_F(QxImgToolBind, ShowsTurnedPhotographsUpright) {
+  constexpr int kRed = 0xC81414;
+  constexpr int kGreen = 0x14C814;
+  constexpr int kBlue = 0x1414C8;
+  constexpr int kYellow = 0xDCDC14;
+  // The colours of the corners: upper left, upper right, lower left, lower right.
+  const std::vector<std::array<int, 4>> shown = {{kRed, kGreen, kBlue, kYellow}, {kGreen, kRed, kYellow, kBlue},
+                                                 {kYellow, kBlue, kGreen, kRed}, {kBlue, kYellow, kRed, kGreen},
+                                                 {kRed, kBlue, kGreen, kYellow}, {kBlue, kRed, kYellow, kGreen},
+                                                 {kYellow, kGreen, kBlue, kRed}, {kGreen, kYellow, kRed, kBlue}};
+  Pixels stored{96, 64, 3, {}};
+  for (int y = 0; y < stored.height; ++y) {
+    for (int x = 0; x < stored.width; ++x) {
+      const int colour = shown[0][static_cast<std::size_t>((y < 32 ? 0 : 2) + (x < 48 ? 0 : 1))];
+      stored.values.insert(stored.values.end(), {colour >> 16, colour >> 8 & 255, colour & 255});
+    }
+  }
+  Save(app.Path("1.jpg"), stored);
+  const std::string jpeg = app.Read("1.jpg");
+  for (int orientation = 1; orientation <= 8; ++orientation) {
+    SCOPED_TRACE(orientation);
+    app.Write("1.jpg", WithOrientation(jpeg, orientation));
+    const pid_t tool = Start(app.Path("out.pdf"), {.dpi = "72"});
+    ASSERT_EQ(Feed(app.Path("1.jpg")), "");
+    ASSERT_EQ(End(tool), 0);
+    EXPECT_EQ(Entry(app.Path("out.pdf"), 0, "/MediaBox"), orientation < 5 ? "[ 0 0 96 64 ]" : "[ 0 0 64 96 ]");
+    const Pixels page = Load(app.Path("out.pdf"));
+    const auto& corners = shown[static_cast<std::size_t>(orientation) - 1];
+    for (std::size_t i = 0; i < corners.size(); ++i) {
+      const std::vector<int> seen = page.At(i % 2 == 0 ? 8 : page.width - 9, i < 2 ? 8 : page.height - 9);
+      EXPECT_NEAR(seen[0], corners[i] >> 16, 12) << i;
+      EXPECT_NEAR(seen[1], corners[i] >> 8 & 255, 12) << i;
+      EXPECT_NEAR(seen[2], corners[i] & 255, 12) << i;
+    }
+  }
 }
 
 TEST_F(QxImgToolBind, NeedsNothingOfASheetThatItHasRead) {

@@ -3,6 +3,7 @@
 #include "helpers/pdf/jpeg_facts.h"
 
 #include "imaging/jpeg/jpeg_head.h"
+#include "imaging/metadata/exif_block.h"
 
 namespace quillon::helpers {
 namespace {
@@ -76,6 +77,7 @@ host::Status ReadJpegFacts(std::string_view bytes, JpegFacts& facts) {
   }
   found.inverted = found.components == 4 && head.adobe;
   found.dpi = head.Dpi();
+  found.orientation = imaging::ReadExif(head.exif).orientation;
   found.profile = ProfileOf(head, found.components);
   facts = std::move(found);
   return host::Status::Ok();

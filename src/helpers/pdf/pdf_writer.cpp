@@ -3,6 +3,7 @@
 #include "helpers/pdf/pdf_writer.h"
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 #include <cstdio>
 
@@ -27,6 +28,29 @@ const char* DeviceOf(int components) {
 
 std::string SizeEntries(int width, int height) {
   return "/Type/XObject/Subtype/Image/Width " + std::to_string(width) + "/Height " + std::to_string(height);
+}
+
+// Returns the matrix that draws the unit square of a picture upright, as large as the page. The rows of the picture
+// begin at the upper edge of the square; the y axis of a page points upwards.
+std::array<double, 6> UprightMatrix(int orientation, double width, double height) {
+  switch (orientation) {
+    case 2:
+      return {-width, 0, 0, height, width, 0};
+    case 3:
+      return {-width, 0, 0, -height, width, height};
+    case 4:
+      return {width, 0, 0, -height, 0, height};
+    case 5:
+      return {0, -height, -width, 0, width, height};
+    case 6:
+      return {0, -height, width, 0, 0, height};
+    case 7:
+      return {0, height, width, 0, 0, 0};
+    case 8:
+      return {0, height, -width, 0, width, 0};
+    default:
+      return {width, 0, 0, height, 0, 0};
+  }
 }
 
 }  // namespace
@@ -89,7 +113,9 @@ host::Status PdfWriter::AddStencil(const Stencil& stencil, int& number) {
 host::Status PdfWriter::AddPage(const Page& page) {
   const double unit = std::max(1.0, std::ceil(std::max(page.width, page.height) / kLongestSide));
   const auto scaled = [&](double value) { return Number(value / unit); };
-  std::string content = "q " + scaled(page.width) + " 0 0 " + scaled(page.height) + " 0 0 cm /P Do Q\n";
+  std::string content = "q ";
+  for (const double value : UprightMatrix(page.orientation, page.width, page.height)) content += scaled(value) + " ";
+  content += "cm /P Do Q\n";
   std::string resources = "/P " + Reference(page.picture);
   if (page.stencil > 0) {
     content += "q 1 0 0 rg " + scaled(page.stencilWidth) + " 0 0 " + scaled(page.stencilHeight) + " " +

@@ -32,8 +32,9 @@ class PdfWriter {
   host::Status AddStencil(const Stencil& stencil, int& number);
 
   struct Page {
-    int picture = 0;   // number of the JPEG that fills the page
-    double width = 0;  // 1/72 inch
+    int picture = 0;      // number of the JPEG that fills the page
+    int orientation = 1;  // of the JPEG, 1..8; it is drawn upright
+    double width = 0;     // of the upright page, 1/72 inch
     double height = 0;
     // A stencil on top: its number, 0 for none, its lower left corner and its size.
     int stencil = 0;

@@ -49,7 +49,9 @@ host::Status MakePdf(Helper& helper, const PicOrder& order) {
   const double points = kPointsPerInch / (dpi > 0 ? dpi : kDefaultDpi);
   return helper.Files().Save(order.target, [&](host::Draft& draft) {
     PdfWriter pdf(draft);
-    PdfWriter::Page page{.width = jpeg.facts.width * points, .height = jpeg.facts.height * points};
+    const base::Size size = jpeg.facts.Upright();
+    PdfWriter::Page page{
+        .orientation = jpeg.facts.orientation, .width = size.width * points, .height = size.height * points};
     if (host::Status added = pdf.AddJpeg(jpeg.bytes, jpeg.facts, page.picture); !added) return added;
     if (host::Status added = pdf.AddPage(page); !added) return added;
     return pdf.Finish();

@@ -86,10 +86,13 @@ class PdfBinder final : public SheetBinder {
   host::Status AddPage(const Shown& shown, const std::string& text) {
     const int ownDpi = shown.facts.dpi > 0 ? shown.facts.dpi : kDefaultDpi;
     const double scale = kPointsPerInch / (options_.dpi > 0 ? options_.dpi : ownDpi);
-    PdfWriter::Page page{
-        .picture = shown.number, .width = shown.facts.width * scale, .height = shown.facts.height * scale};
+    const base::Size size = shown.facts.Upright();
+    PdfWriter::Page page{.picture = shown.number,
+                         .orientation = shown.facts.orientation,
+                         .width = size.width * scale,
+                         .height = size.height * scale};
     SheetHeader header;
-    if (!text.empty() && DrawHeader(text, {shown.facts.width, shown.facts.height}, header)) {
+    if (!text.empty() && DrawHeader(text, size, header)) {
       if (host::Status added = writer_.AddStencil(StencilOf(header.text), page.stencil); !added) return added;
       page.left = header.place.left * scale;
       page.bottom = page.height - (header.place.top + header.place.height) * scale;

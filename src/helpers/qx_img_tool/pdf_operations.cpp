@@ -99,9 +99,11 @@ class Splitter {
     const double dpi = facts.dpi > 0 ? facts.dpi : DpiFor(pages_[static_cast<std::size_t>(page) - 1]);
     int picture = 0;
     if (host::Status added = writer.AddJpeg(bytes, facts, picture); !added) return added;
+    const base::Size size = facts.Upright();
     return writer.AddPage({.picture = picture,
-                           .width = facts.width * kPointsPerInch / dpi,
-                           .height = facts.height * kPointsPerInch / dpi});
+                           .orientation = facts.orientation,
+                           .width = size.width * kPointsPerInch / dpi,
+                           .height = size.height * kPointsPerInch / dpi});
   }
 
   Helper& helper_;
