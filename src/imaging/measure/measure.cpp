@@ -33,8 +33,8 @@ using host::Problem;
 
 // The longest head of a JPEG that is read. Extended XMP and profiles make heads of some megabytes.
 constexpr std::size_t kJpegHeadMax = std::size_t{32} << 20;
-// How many chunks of a PNG are searched for its resolution.
-constexpr int kPngChunksMax = 10000;
+// How many blocks of a PNG are searched for its resolution.
+constexpr int kPngBlocksMax = 16;
 constexpr double kMetresPerInch = 0.0254;
 constexpr double kCentimetresPerInch = 2.54;
 constexpr double kDpiMax = 65535;
@@ -74,10 +74,18 @@ HeaderKind ReadJpeg(Bytes& bytes, HeaderFacts& facts) {
   return HeaderKind::Known;
 }
 
-// Returns the horizontal resolution of a PNG, which stands before the picture data.
+// Returns the horizontal resolution of a PNG, which stands before the picture data; 0 if it does not stand in the
+// blocks that are searched. Each chunk has 12 bytes or more, so that the number of chunks is bounded too.
 int PngDpi(Bytes& bytes) {
+  constexpr std::uint64_t kRead = 17;   // bytes of a chunk that are read at most
+  constexpr std::uint64_t kFrame = 12;  // bytes of a chunk besides its content
   std::uint64_t at = 8;
-  for (int i = 0; i < kPngChunksMax; ++i) {
+  std::uint64_t blockEnd = BlockBytes::kBlock;
+  for (int blocks = 1; blocks <= kPngBlocksMax;) {
+    if (at + kRead > blockEnd) {
+      blockEnd = at + BlockBytes::kBlock;
+      ++blocks;
+    }
     const std::optional<std::uint64_t> length = BigEndian(bytes, at, 4);
     std::array<char, 4> name{};
     if (!length || !bytes.ReadAt(at + 4, name.data(), name.size())) return 0;
@@ -88,7 +96,7 @@ int PngDpi(Bytes& bytes) {
       const bool metres = BigEndian(bytes, at + 16, 1).value_or(0) == 1;
       return metres ? Rounded(perMetre * kMetresPerInch) : 0;
     }
-    at += 12 + *length;
+    at += kFrame + *length;
   }
   return 0;
 }

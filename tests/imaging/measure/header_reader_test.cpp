@@ -103,6 +103,14 @@ TEST(HeaderReader, SegmentsBeforeTheFrame) {
   EXPECT_EQ(SizeOf(Jpeg(many)), (base::Size{61, 43}));
 }
 
+TEST(HeaderReader, TheResolutionOfAPngMayFollowLargeChunks) {
+  const std::string resolution = Chunk("pHYs", Big(11811, 4) + Big(11811, 4) + "\x01");
+  MemoryBytes bytes(Png(61, 43, Chunk("iCCP", std::string(3'000'000, 'p')) + resolution));
+  HeaderFacts facts;
+  ReadHeader(bytes, facts);
+  EXPECT_EQ(facts.dpi, 300);
+}
+
 TEST(HeaderReader, AFewReadsAreEnough) {
   const std::string big(std::size_t{1} << 20, 'x');
   for (const std::string& content : {Jpeg({}) + big, Png(61, 43, "") + big, Gif(61, 43) + big, Bmp(61, 43, 0) + big,
@@ -120,8 +128,11 @@ TEST(HeaderReader, AFewReadsAreEnough) {
 TEST(HeaderReader, TheLengthOfChainsDoesNotMatter) {
   constexpr int kPages = 4000;
   constexpr int kChunks = 200'000;
-  constexpr int kMostReads = 16;
-  for (const std::string& content : {CyclicTiff(61, 43), TiffOfPages(kPages, 61, 43), PngOfChunks(kChunks, 61, 43)}) {
+  constexpr int kMostReads = 20;
+  std::string largeChunks;
+  for (int i = 0; i < 100; ++i) largeChunks += Chunk("quLn", std::string(BlockBytes::kBlock, 'x'));
+  for (const std::string& content :
+       {CyclicTiff(61, 43), TiffOfPages(kPages, 61, 43), PngOfChunks(kChunks, 61, 43), Png(61, 43, largeChunks)}) {
     CountedBytes bytes(content);
     HeaderFacts facts;
     EXPECT_EQ(ReadHeader(bytes, facts), HeaderKind::Known);
