@@ -346,7 +346,15 @@ int PosixDisk::Rename(const std::string& from, const std::string& to) {
 int PosixDisk::RenameNew(const std::string& from, const std::string& to) {
   const int renamed = Result(renameat2(AT_FDCWD, from.c_str(), AT_FDCWD, to.c_str(), RENAME_NOREPLACE));
   if (renamed != -EINVAL && renamed != -ENOSYS && renamed != -ENOTSUP) return renamed;
-  // Some file systems cannot refuse an existing target while they rename. Checking first leaves only a very short race.
+  // Some file systems, such as NFS, cannot refuse an existing target while they rename, but always do while they link.
+  const int linked = Result(linkat(AT_FDCWD, from.c_str(), AT_FDCWD, to.c_str(), 0));
+  if (linked == -EEXIST || linked == -ENOENT) return linked;
+  if (linked == 0) {
+    const int removed = Remove(from);
+    if (removed < 0) (void)Remove(to);
+    return removed;
+  }
+  // A folder, or a disk without hard links. Checking first leaves only a very short race.
   DiskFacts facts;
   const int existing = StatLink(to, facts);
   if (existing == 0) return -EEXIST;

@@ -36,8 +36,29 @@ using testing::TempFolder;
 // How many of the next calls a signal interrupts.
 int interruptedOpens = 0;
 int interruptedReads = 0;
+// Calls that the file system does not support.
+bool noRenameNew = false;
+bool noLinks = false;
+int links = 0;
 
 }  // namespace
+
+extern "C" int renameat2(int fromFolder, const char* from, int toFolder, const char* to, unsigned flags) noexcept {
+  static auto* const next =
+      reinterpret_cast<int (*)(int, const char*, int, const char*, unsigned)>(dlsym(RTLD_NEXT, "renameat2"));
+  if (!noRenameNew) return next(fromFolder, from, toFolder, to, flags);
+  errno = EINVAL;
+  return -1;
+}
+
+extern "C" int linkat(int fromFolder, const char* from, int toFolder, const char* to, int flags) noexcept {
+  static auto* const next =
+      reinterpret_cast<int (*)(int, const char*, int, const char*, int)>(dlsym(RTLD_NEXT, "linkat"));
+  ++links;
+  if (!noLinks) return next(fromFolder, from, toFolder, to, flags);
+  errno = EPERM;
+  return -1;
+}
 
 extern "C" DIR* opendir(const char* path) {
   static auto* const next = reinterpret_cast<DIR* (*)(const char*)>(dlsym(RTLD_NEXT, "opendir"));
@@ -164,6 +185,31 @@ TEST_F(PosixDiskTest, RenamingToAFreeNameRefusesAUsedOne) {
   EXPECT_EQ(disk.RenameNew(folder.Path("a"), folder.Path("c")), 0);
   EXPECT_EQ(folder.Read("b"), "b");
   EXPECT_EQ(folder.Read("c"), "a");
+}
+
+// Network disks, and old ones without hard links.
+TEST_F(PosixDiskTest, RenamingToAFreeNameRefusesAUsedOneOnEveryDisk) {
+  noRenameNew = true;
+  for (const bool linksMissing : {false, true}) {
+    SCOPED_TRACE(linksMissing);
+    noLinks = linksMissing;
+    links = 0;
+    fs::remove(folder.Path("c"));
+    fs::remove_all(folder.Path("moved"));
+    folder.Write("a", "a");
+    folder.Write("b", "b");
+    folder.Write("folder/file", "in it");
+    EXPECT_EQ(disk.RenameNew(folder.Path("a"), folder.Path("b")), -EEXIST);
+    EXPECT_EQ(disk.RenameNew(folder.Path("none"), folder.Path("c")), -ENOENT);
+    EXPECT_EQ(disk.RenameNew(folder.Path("a"), folder.Path("c")), 0);
+    EXPECT_EQ(folder.Read("b"), "b");
+    EXPECT_EQ(folder.Read("c"), "a");
+    EXPECT_FALSE(folder.Exists("a"));
+    EXPECT_EQ(disk.RenameNew(folder.Path("folder"), folder.Path("moved")), 0);
+    EXPECT_EQ(folder.Read("moved/file"), "in it");
+    EXPECT_EQ(links, 4) << "which is the only call that refuses a used name in one step";
+  }
+  noRenameNew = noLinks = false;
 }
 
 TEST_F(PosixDiskTest, TimesGoBothWaysAndBefore1970) {
