@@ -15,7 +15,7 @@ namespace {
 using host::Problem;
 using host::testing::DiskCall;
 
-class DiskAnswerTest : public ProgramTest {
+class DiskMonitorTest : public ProgramTest {
  protected:
   void SetUp() override {
     for (const char* name : {"a/1.jpg", "a/2.jpg", "a/deep/3.jpg", "b/4.jpg", "abc/5.jpg"}) File(name);
@@ -33,7 +33,7 @@ class DiskAnswerTest : public ProgramTest {
   DeadDisk dead;  // answers before the world ends
 };
 
-TEST_F(DiskAnswerTest, WhatIsThereAndWhatIsNotAnswers) {
+TEST_F(DiskMonitorTest, WhatIsThereAndWhatIsNotAnswers) {
   EXPECT_TRUE(program.disks.AskFile(Path("a/1.jpg")));
   EXPECT_TRUE(program.disks.AskFile(Path("nowhere/1.jpg")));
   EXPECT_TRUE(program.disks.AskFolder(Path("b")));
@@ -41,7 +41,7 @@ TEST_F(DiskAnswerTest, WhatIsThereAndWhatIsNotAnswers) {
   EXPECT_TRUE(program.disks.AskFolder(""));
 }
 
-TEST_F(DiskAnswerTest, ADiskOfThisMachineIsAskedEveryHalfSecondForEachFolder) {
+TEST_F(DiskMonitorTest, ADiskOfThisMachineIsAskedEveryHalfSecondForEachFolder) {
   DiskMonitor& disks = program.disks;
   ASSERT_TRUE(disks.AskFile(Path("a/1.jpg")));
   const int once = Asked();
@@ -58,7 +58,7 @@ TEST_F(DiskAnswerTest, ADiskOfThisMachineIsAskedEveryHalfSecondForEachFolder) {
   EXPECT_EQ(Asked(), once + 2);
 }
 
-TEST_F(DiskAnswerTest, ADiskOfTheNetworkIsAskedBeforeEveryFile) {
+TEST_F(DiskMonitorTest, ADiskOfTheNetworkIsAskedBeforeEveryFile) {
   world.faults.MakeRemote();
   ASSERT_TRUE(program.disks.AskFile(Path("a/1.jpg")));
   const int once = Asked();
@@ -67,7 +67,7 @@ TEST_F(DiskAnswerTest, ADiskOfTheNetworkIsAskedBeforeEveryFile) {
   EXPECT_EQ(Asked(), once + 2);
 }
 
-TEST_F(DiskAnswerTest, ASilentDiskIsGivenUpAfterHalfAMinute) {
+TEST_F(DiskMonitorTest, ASilentDiskIsGivenUpAfterHalfAMinute) {
   dead.HangAt(world.faults, DiskCall::OpenRead, "1.jpg");
   TimeGoesBy();
   const double start = world.clock.Seconds();
@@ -78,7 +78,7 @@ TEST_F(DiskAnswerTest, ASilentDiskIsGivenUpAfterHalfAMinute) {
   EXPECT_LE(world.clock.Seconds() - start, 32);
 }
 
-TEST_F(DiskAnswerTest, AllBelowTheSilentPlaceFailsAtOnceUntilItAnswers) {
+TEST_F(DiskMonitorTest, AllBelowTheSilentPlaceFailsAtOnceUntilItAnswers) {
   dead.HangAt(world.faults, DiskCall::Stat, "/tree/a");
   TimeGoesBy();
   EXPECT_FALSE(program.disks.AskFile(Path("a/deep/3.jpg")));
@@ -96,7 +96,7 @@ TEST_F(DiskAnswerTest, AllBelowTheSilentPlaceFailsAtOnceUntilItAnswers) {
   EXPECT_TRUE(program.disks.AskFile(Path("a/1.jpg")));
 }
 
-TEST_F(DiskAnswerTest, AStopIsObeyedWhileTheDiskIsSilent) {
+TEST_F(DiskMonitorTest, AStopIsObeyedWhileTheDiskIsSilent) {
   dead.HangAt(world.faults, DiskCall::OpenRead, "1.jpg");
   world.pump.OnTurn(3, [&] { flags.StopRequested = true; });
   const host::Status answered = program.disks.AskFile(Path("a/1.jpg"));
@@ -104,7 +104,7 @@ TEST_F(DiskAnswerTest, AStopIsObeyedWhileTheDiskIsSilent) {
   EXPECT_LT(world.clock.Seconds(), 1);
 }
 
-TEST_F(DiskAnswerTest, AStopOfEarlierWorkDoesNotMatter) {
+TEST_F(DiskMonitorTest, AStopOfEarlierWorkDoesNotMatter) {
   flags.StopRequested = true;
   EXPECT_TRUE(program.disks.AskFile(Path("a/1.jpg")));
   dead.HangAt(world.faults, DiskCall::OpenRead, "4.jpg");
@@ -112,7 +112,7 @@ TEST_F(DiskAnswerTest, AStopOfEarlierWorkDoesNotMatter) {
   EXPECT_EQ(program.disks.AskFile(Path("b/4.jpg")).GetProblem(), Problem::Other);
 }
 
-TEST_F(DiskAnswerTest, TheOutputFolderIsAskedUnlessSourcesAreOverwritten) {
+TEST_F(DiskMonitorTest, TheOutputFolderIsAskedUnlessSourcesAreOverwritten) {
   world.folder.Write("out/x", "x");
   Put("LOutDir", world.folder.Path("out"));
   dead.HangAt(world.faults, DiskCall::Stat, "/out");
