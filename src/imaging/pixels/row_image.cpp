@@ -2,6 +2,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "imaging/pixels/row_image.h"
 
+#include <new>
+
 namespace quillon::imaging {
 namespace {
 
@@ -27,11 +29,22 @@ int Failed(ReadFault& fault, Status status) {
   return -1;
 }
 
+// Runs read, which returns a Status. Its callers are called by libvips, which is C: an exception would end the program.
+template <class Read>
+Status WithoutExceptions(Read read) {
+  try {
+    return read();
+  } catch (const std::bad_alloc&) {
+    return fault::OutOfMemory();
+  }
+}
+
 int GenerateSpans(VipsRegion* out, void*, void*, void* reader, gboolean*) {
   auto& self = *static_cast<Reader<RowSource>*>(reader);
   const VipsRect& area = out->valid;
   for (int y = area.top; y < area.top + area.height; ++y) {
-    Status status = self.rows->ReadSpan(y, area.left, area.width, VIPS_REGION_ADDR(out, area.left, y));
+    Status status = WithoutExceptions(
+        [&] { return self.rows->ReadSpan(y, area.left, area.width, VIPS_REGION_ADDR(out, area.left, y)); });
     if (!status) return Failed(*self.fault, std::move(status));
   }
   return 0;
@@ -42,7 +55,7 @@ int GenerateRows(VipsRegion* out, void*, void*, void* reader, gboolean*) {
   const VipsRect& area = out->valid;
   for (int y = area.top; y < area.top + area.height; ++y, ++self.next) {
     if (y != self.next || area.left != 0) return Failed(*self.fault, fault::DamagedPicture());
-    Status status = self.rows->ReadRow(VIPS_REGION_ADDR(out, 0, y));
+    Status status = WithoutExceptions([&] { return self.rows->ReadRow(VIPS_REGION_ADDR(out, 0, y)); });
     if (!status) return Failed(*self.fault, std::move(status));
   }
   return 0;
@@ -52,9 +65,11 @@ using Tiles = std::shared_ptr<const TileStore>;
 
 int GenerateTiles(VipsRegion* out, void*, void*, void* tiles, gboolean*) {
   const VipsRect& area = out->valid;
-  const Status status = (*static_cast<const Tiles*>(tiles))
-                            ->Read({area.left, area.top, area.width, area.height},
-                                   VIPS_REGION_ADDR(out, area.left, area.top), VIPS_REGION_LSKIP(out));
+  const base::Rect rect{area.left, area.top, area.width, area.height};
+  const Status status = WithoutExceptions([&] {
+    return (*static_cast<const Tiles*>(tiles))
+        ->Read(rect, VIPS_REGION_ADDR(out, area.left, area.top), VIPS_REGION_LSKIP(out));
+  });
   if (status) return 0;
   vips_error("quillon", "tiles cannot be read");
   return -1;
