@@ -3,6 +3,8 @@
 #include "controls/grid.h"
 
 #include <algorithm>
+#include <iterator>
+#include <numeric>
 
 #include "base/number_text.h"
 
@@ -55,6 +57,19 @@ std::vector<std::size_t> Grid::Selection() const {
   std::vector<std::size_t> rows = others_;
   if (selected_ > 0) rows.insert(std::lower_bound(rows.begin(), rows.end(), selected_), selected_);
   return rows;
+}
+
+std::size_t Grid::NextInView(const std::vector<std::size_t>& rows) const {
+  std::vector<std::size_t> order = viewOrder_ ? viewOrder_() : std::vector<std::size_t>();
+  if (order.empty()) {
+    order.resize(RowCount());
+    std::iota(order.begin(), order.end(), std::size_t{0});
+  }
+  const auto among = [&rows](std::size_t row) { return std::binary_search(rows.begin(), rows.end(), row + 1); };
+  const auto first = std::find_if(order.begin(), order.end(), among);
+  const auto next = std::find_if_not(first, order.end(), among);
+  if (next != order.end()) return *next + 1;
+  return first == order.begin() ? 0 : *std::prev(first) + 1;
 }
 
 void Grid::Notify(Change change, std::size_t row) {

@@ -58,6 +58,12 @@ class Grid : public Control {
   // Called after each Notify. There is one observer, the view of the grid.
   void SetRowObserver(RowObserver observer) { rowObserver_ = std::move(observer); }
 
+  // order returns the rows as the view shows them, counted from 0; empty if it shows them in their own order.
+  void SetViewOrder(std::function<std::vector<std::size_t>()> order) { viewOrder_ = std::move(order); }
+  // Returns the row that the view shows after the first of rows and that is none of them, else the last one that it
+  // shows before; 0 if there is no other row. All rows are counted from 1; rows are ascending.
+  std::size_t NextInView(const std::vector<std::size_t>& rows) const;
+
   // Called on a double click or right click. The Enter key on a row counts as a double click.
   void SetDoubleClickHandler(std::function<void()> handler) { doubleClick_ = std::move(handler); }
   void SetRightClickHandler(std::function<void()> handler) { rightClick_ = std::move(handler); }
@@ -78,6 +84,7 @@ class Grid : public Control {
   std::size_t selected_ = 0;
   std::vector<std::size_t> others_;  // the other selected rows, ascending
   RowObserver rowObserver_;
+  std::function<std::vector<std::size_t>()> viewOrder_;
   std::function<void()> doubleClick_;
   std::function<void()> rightClick_;
 };

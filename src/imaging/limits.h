@@ -13,6 +13,7 @@ struct Limits {
   int side = 500000;                            // width and height, in pixels
   std::int64_t pixels = 4'000'000'000;          // width x height
   int jpegSide = 65500;                         // width and height of a jpeg that is written; libjpeg allows no more
+  int gifSide = 65535;                          // width and height of a gif; its header has 16 bits for each
   std::int64_t memory = std::int64_t{2} << 30;  // bytes of one decoded picture, in memory or in a TileStore
   std::int64_t pixelsInMemory = 100'000'000;    // of a picture held in memory; more of them are kept in a TileStore
 };

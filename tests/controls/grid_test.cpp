@@ -135,6 +135,18 @@ TEST_F(GridTest, KeepsItsRowSelectedIfOneAboveItIsRemoved) {
   EXPECT_EQ(grid_.Selected(), 2u);
 }
 
+TEST_F(GridTest, FindsTheNextRowAsTheViewShowsThem) {
+  rows_.count = 5;
+  grid_.SetSource(&rows_);
+  EXPECT_EQ(grid_.NextInView({2, 3}), 4u);
+  EXPECT_EQ(grid_.NextInView({4, 5}), 3u);
+  EXPECT_EQ(grid_.NextInView({1, 2, 3, 4, 5}), 0u);
+  grid_.SetViewOrder([] { return std::vector<std::size_t>{2, 0, 4, 1, 3}; });
+  EXPECT_EQ(grid_.NextInView({3}), 1u);
+  EXPECT_EQ(grid_.NextInView({1, 5}), 2u);
+  EXPECT_EQ(grid_.NextInView({2, 4}), 5u);
+}
+
 TEST_F(GridTest, RunsTheHandlersOfDoubleAndRightClick) {
   grid_.DoubleClick();
   grid_.RightClick();

@@ -4,7 +4,6 @@
 
 #include <QAction>
 #include <QLabel>
-#include <QStatusBar>
 #include <QToolButton>
 #include <QWheelEvent>
 
@@ -21,8 +20,8 @@ class Edits : public ::testing::Test {
   job::Form1& form() { return ui_.program.form1; }
   NumberEdit& Margin(std::size_t index) { return *ui_.Find<NumberEdit>(form().TCutValue[index]); }
   QString Sentence() {
-    const auto strips = ui_.window.findChildren<QStatusBar*>();
-    return strips.front()->currentMessage();
+    const auto* notice = ui_.window.findChild<QLabel*>(QStringLiteral("notice"));
+    return notice->isVisible() ? notice->text() : QString();
   }
 
   QLabel* Note() {

@@ -179,6 +179,28 @@ TEST(FramePainter, DrawsThirdsAndTheCentre) {
   EXPECT_GT(brightness(60, 60), 40);
 }
 
+TEST(FramePainter, KeepsTheLabelInsideWhatIsVisible) {
+  for (const int left : {0, 195}) {
+    QImage view(240, 60, QImage::Format_RGB32);
+    view.fill(Qt::red);
+    QPainter painter(&view);
+    FrameDrawing drawing;
+    drawing.picture = QRectF(0, 0, 240, 60);
+    drawing.visible = QRectF(20, 0, 200, 60);
+    drawing.frame = QRectF(20 + left, 0, 5, 60);
+    drawing.label = QStringLiteral("5 × 60 px");
+    PaintFrame(painter, drawing);
+    painter.end();
+    int white = 0;
+    for (int y = 0; y < view.height(); ++y) {
+      for (const auto& [from, to] : {std::pair(0, 17), std::pair(223, 240)}) {
+        for (int x = from; x < to; ++x) white += qGreen(view.pixel(x, y)) > 60 ? 1 : 0;
+      }
+    }
+    EXPECT_EQ(white, 0) << left;
+  }
+}
+
 TEST_F(FrameUi, MillimetresAreShownIfTheResolutionIsKnown) {
   preview_.SetPictureFrame({0, 0, 300, 150});
   EXPECT_EQ(canvas_.FrameText(), QStringLiteral("300 × 150 px"));

@@ -103,9 +103,13 @@ class SortedModel : public GridModel {
   SortedModel(Grid& grid, const Numbers& numbers) : GridModel(grid), numbers_(numbers) {}
 
  protected:
-  bool Precedes(std::size_t row, std::size_t other, int) const override {
-    return numbers_.rows[row] < numbers_.rows[other];
+  RowOrder OrderOf(int) const override {
+    ++asked;
+    return [this](std::size_t row, std::size_t other) { return numbers_.rows[row] < numbers_.rows[other]; };
   }
+
+ public:
+  mutable int asked = 0;
 
  private:
   const Numbers& numbers_;
@@ -138,6 +142,27 @@ TEST_F(GridModelTest, SortsTheViewAlone) {
   model_->sort(-1);
   EXPECT_EQ(At(1, 0), QStringLiteral("20/0"));
   EXPECT_FALSE(model_->IsSorted());
+}
+
+TEST_F(GridModelTest, SortsAgainOnceTheRowsAreStill) {
+  model_.reset();
+  auto sorted = std::make_unique<SortedModel>(grid_, source_);
+  SortedModel& model = *sorted;
+  model_ = std::move(sorted);
+  for (int value = 0; value < 100'000; ++value) Append(value);
+  model.sort(0, Qt::DescendingOrder);
+  EXPECT_EQ(model.asked, 1) << "keys may be computed for each row, so not once a comparison";
+  const QPersistentModelIndex highest = model.index(0, 0);
+  Append(200'000);
+  Append(100'000);
+  model.Flush();
+  EXPECT_EQ(model.asked, 1);
+  EXPECT_TRUE(QTest::qWaitFor([&] { return model.asked > 1; }));
+  EXPECT_EQ(At(0, 0), QStringLiteral("200000/0"));
+  EXPECT_EQ(highest.row(), 2);
+  source_.rows[3] = 300'000;
+  grid_.Notify(Grid::Change::Edited, 3);
+  EXPECT_TRUE(QTest::qWaitFor([&] { return At(0, 0) == QStringLiteral("300000/0"); }));
 }
 
 // A grid that still called the model would crash, at the latest under AddressSanitizer.

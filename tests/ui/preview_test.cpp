@@ -223,6 +223,12 @@ TEST_F(PreviewWindow, SaysWhichValuesCountAndOffersTheFrame) {
   form.ChFixCut.Set(false);
   UiWorld::Turn();
   EXPECT_TRUE(named("noticePercent")->isVisible());
+  Put(ui_, form.TCutValue[0], "37");
+  UiWorld::Turn();
+  EXPECT_TRUE(named("frameNotice")->isVisible());
+  EXPECT_FALSE(named("noticePercent")->isVisible()) << "92 % is above the limit of the margin, so the frame would move";
+  Put(ui_, form.TCutValue[0], "0");
+  UiWorld::Turn();
   QTest::mouseClick(named("noticePercent"), Qt::LeftButton);
   EXPECT_FALSE(form.ChCutA.On());
   EXPECT_FALSE(named("frameNotice")->isVisible());

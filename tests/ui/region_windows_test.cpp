@@ -95,6 +95,8 @@ TEST_F(RegionWindows, TheTimedCutSaysInFullWhatBecomesOfTheOriginals) {
     EXPECT_EQ(label->text().toStdString(), timed_.LPlace.Value());
     EXPECT_GE(label->width(), label->sizeHint().width());
   }
+  const auto* count = ui_.Find<QLabel>(timed_.LFiles);
+  EXPECT_GE(count->width(), count->fontMetrics().horizontalAdvance(QStringLiteral("已裁剪数：000000")));
 }
 
 TEST_F(RegionWindows, FramesOfTheTimedCutUnfoldWithTheirBoxes) {

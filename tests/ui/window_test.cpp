@@ -9,11 +9,13 @@
 #include <QLabel>
 #include <QMenuBar>
 #include <QMimeData>
+#include <QSemaphore>
 #include <QSignalSpy>
 #include <QTableView>
 
 #include "ui/kit/bind/fold_group.h"
 #include "ui/kit/bind/grid_view.h"
+#include "ui/main/thumbnails.h"
 #include "ui/preview/preview_canvas.h"
 #include "ui/user_hand.h"
 
@@ -39,11 +41,12 @@ class WindowTest : public ::testing::Test {
     return true;
   }
 
-  std::string WhiteSquare() {
+  std::string WhiteSquare() { return Square(Qt::white); }
+  std::string Square(Qt::GlobalColor colour) {
     QByteArray bytes;
     QBuffer buffer(&bytes);
     QImage square(8, 8, QImage::Format_RGB32);
-    square.fill(Qt::white);
+    square.fill(colour);
     square.save(&buffer, "BMP");
     return bytes.toStdString();
   }
@@ -139,6 +142,38 @@ TEST_F(WindowTest, AHeaderSortsTheViewAndTheOrderIsKeptByChoice) {
   EXPECT_EQ(shown(0), QStringLiteral("8"));
 }
 
+TEST_F(WindowTest, TheListIsSortedFromTheMenuToo) {
+  for (const char* path : {"/in/b.jpg", "/in/a.jpg"}) ui_.List(path);
+  auto* list = ui_.Find<GridView>(form().MSF);
+  list->Model().Flush();
+  auto* sorts = ui_.window.findChild<QMenu*>(QStringLiteral("viewSort"));
+  const auto pick = [&](int entry) {
+    emit sorts->aboutToShow();
+    sorts->actions().at(entry)->trigger();
+  };
+  const auto first = [&] { return list->model()->index(0, 0).data().toString(); };
+  pick(0);
+  EXPECT_EQ(first(), QStringLiteral("a"));
+  pick(0);
+  EXPECT_EQ(first(), QStringLiteral("b"));
+  pick(0);
+  EXPECT_EQ(first(), QStringLiteral("a"));
+  EXPECT_EQ(sorts->actions().at(0)->text(), list->model()->headerData(0, Qt::Horizontal).toString());
+  pick(static_cast<int>(sorts->actions().size()) - 1);
+  EXPECT_EQ(first(), QStringLiteral("b"));
+  EXPECT_FALSE(list->Model().IsSorted());
+}
+
+TEST_F(WindowTest, NoShortcutIsGivenTwice) {
+  QStringList shortcuts;
+  for (const QAction* action : ui_.window.findChildren<QAction*>()) {
+    if (!action->shortcut().isEmpty()) shortcuts << action->shortcut().toString();
+  }
+  EXPECT_TRUE(shortcuts.contains(QStringLiteral("Ctrl+Shift+O")));
+  EXPECT_TRUE(shortcuts.contains(QStringLiteral("Ctrl+Shift+T")));
+  EXPECT_EQ(shortcuts.removeDuplicates(), 0);
+}
+
 TEST_F(WindowTest, TheListShowsSmallPicturesByChoice) {
   const std::string file = ui_.world.folder.Write("in/a.bmp", WhiteSquare());
   ui_.List(file);
@@ -156,6 +191,62 @@ TEST_F(WindowTest, TheListShowsSmallPicturesByChoice) {
   choice->setChecked(false);
   EXPECT_EQ(list->rowHeight(0), low);
   EXPECT_TRUE(picture().isNull());
+}
+
+TEST_F(WindowTest, ARunRenewsTheSmallPictures) {
+  const std::string file = ui_.world.folder.Write("in/a.bmp", WhiteSquare());
+  ui_.List(file);
+  auto* list = ui_.Find<GridView>(form().MSF);
+  list->Model().Flush();
+  ui_.window.findChild<QAction*>(QStringLiteral("viewThumbnails"))->setChecked(true);
+  const auto middle = [&] {
+    const auto picture = list->model()->index(0, 0).data(Qt::DecorationRole).value<QPixmap>();
+    return picture.toImage().pixelColor(picture.width() / 2, picture.height() / 2);
+  };
+  ASSERT_TRUE(QTest::qWaitFor([&] { return middle() == QColor(Qt::white); }));
+  ui_.world.folder.Write("in/a.bmp", Square(Qt::black));
+  ui_.program.observer->RunEnded({});
+  EXPECT_TRUE(QTest::qWaitFor([&] { return middle() == QColor(Qt::black); }));
+}
+
+TEST_F(WindowTest, HidingSmallPicturesWaitsForNone) {
+  QSemaphore answer;
+  bool loaded = false;
+  Thumbnails thumbnails([&loaded] { loaded = true; });
+  thumbnails.Show([&answer](const std::string&, QSize) {
+    answer.acquire();
+    return QImage();
+  });
+  thumbnails.Of("/silent/a.jpg");
+  thumbnails.Hide();  // would never return
+  answer.release();
+  QTest::qWait(0);
+  EXPECT_FALSE(loaded);
+}
+
+TEST_F(WindowTest, APictureThatCannotBeReadLeavesNoOtherOnShow) {
+  const std::string file = ui_.world.folder.Write("in/a.bmp", WhiteSquare());
+  ui_.List(file);
+  ui_.List(ui_.world.folder.Write("in/b.jpg", "no picture"));
+  auto* list = ui_.Find<GridView>(form().MSF);
+  list->Model().Flush();
+  list->selectRow(0);
+  ASSERT_TRUE(QTest::qWaitFor([&] { return ui_.program.fCutPre.preview.Path() == file; }));
+  list->selectRow(1);
+  EXPECT_TRUE(QTest::qWaitFor([&] { return ui_.program.fCutPre.preview.Path().empty(); }));
+}
+
+TEST_F(WindowTest, NewsDoesNotHideTheCountsOfTheRun) {
+  job::RunTotals totals;
+  totals.written = 3;
+  ui_.program.observer->RunEnded(totals);
+  ui_.window.ShowNotice(QStringLiteral("处理完毕！失败：0"));
+  const auto* counts = ui_.window.findChild<QLabel*>(QStringLiteral("statusWord"));
+  const auto* news = ui_.window.findChild<QLabel*>(QStringLiteral("notice"));
+  EXPECT_TRUE(counts->isVisible());
+  EXPECT_TRUE(counts->text().contains(QStringLiteral("写出 3")));
+  EXPECT_TRUE(news->isVisible());
+  EXPECT_FALSE(news->geometry().intersects(counts->geometry()));
 }
 
 // --- Windows follow their records

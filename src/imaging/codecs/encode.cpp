@@ -23,7 +23,6 @@ using vips::VImage;
 using vips::VOption;
 
 constexpr double kMillimetres = 25.4;
-constexpr int kGifSide = 65535;
 // The gif saver holds all pixels, at four bytes each, to choose the palette.
 constexpr std::int64_t kGifMemory = std::int64_t{1} << 30;
 constexpr int kBlackLevel = 128;
@@ -98,7 +97,7 @@ Status WritePng(const Picture& picture, Exif exif, int bits, host::Draft& draft)
 
 Status WriteGif(const Picture& shown, host::Draft& draft) {
   const VImage& pixels = shown.pixels;
-  if (pixels.width() > kGifSide || pixels.height() > kGifSide) return fault::ResultTooLarge();
+  if (std::max(pixels.width(), pixels.height()) > Limits().gifSide) return fault::ResultTooLarge();
   if (std::int64_t{pixels.width()} * pixels.height() > kGifMemory / 4) return fault::OutOfMemory();
   return SaveWithVips(draft, [&](const vips::VTarget& target) { pixels.gifsave_target(target); });
 }

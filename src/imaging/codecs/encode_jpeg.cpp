@@ -6,6 +6,7 @@
 
 #include "imaging/codecs/encode.h"
 #include "imaging/jpeg/jpeg_writer.h"
+#include "imaging/limits.h"
 #include "imaging/pixels/colours.h"
 #include "imaging/pixels/draft_target.h"
 
@@ -13,8 +14,6 @@ namespace quillon::imaging {
 namespace {
 
 using vips::VImage;
-
-constexpr int kLargestSide = 65500;
 
 JpegFormat JpegFormatOf(base::Size size, int channels, bool ycc) {
   JpegFormat format;
@@ -37,7 +36,7 @@ class RowEncoder {
       : sink_([&draft](const void* data, std::size_t size) { return draft.Write(data, size); }) {}
 
   Status Begin(JpegFormat format, const PictureTags& tags, int quality, Exif exif) {
-    if (std::max(format.size.width, format.size.height) > kLargestSide) return fault::ResultTooLarge();
+    if (std::max(format.size.width, format.size.height) > Limits().jpegSide) return fault::ResultTooLarge();
     rowBytes_ = static_cast<std::size_t>(format.size.width) * static_cast<unsigned>(format.components);
     inks_ = format.stored == JCS_CMYK;
     format.quality = quality;

@@ -2,10 +2,12 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "job/cut/cut_outcome.h"
 
+#include <algorithm>
 #include <cstdint>
 #include <utility>
 
 #include "base/rounding.h"
+#include "imaging/limits.h"
 #include "job/cut/cut_steps.h"
 #include "job/settings/mode_rectangle.h"
 
@@ -37,6 +39,15 @@ CutOutcome None(CutOutcome outcome, std::string why) {
   outcome.pieces = 0;
   outcome.why = std::move(why);
   return outcome;
+}
+
+// Returns why the output type cannot hold a picture of that size, or "".
+std::string FormatFailure(const std::string& type, base::Size size) {
+  const bool jpeg = type == "jpg" || type == "pdf";  // a pdf is made of a jpg
+  const int most = jpeg ? imaging::Limits().jpegSide : imaging::Limits().gifSide;
+  if ((!jpeg && type != "gif") || std::max(size.width, size.height) <= most) return {};
+  return "成品为 " + SizeText(size) + " 像素，" + type + " 的宽和高最多 " + std::to_string(most) +
+         " 像素，请换一种输出类型";
 }
 
 // The size with its border, as AddBorder makes it.
@@ -76,7 +87,9 @@ Turned Cut(const CutSettings& settings, const TurnedPicture& picture, CutOutcome
   base::Size size{outcome.cut.width, outcome.cut.height};
   const bool restored = picture.angle != 0 && settings.restore;
   if (restored) size = base::TurnedSize(size, -picture.angle);
-  outcome.size = SizeAfterCut(settings, size).value_or(size);
+  const auto zoomed = SizeAfterCut(settings, size);
+  outcome.size = zoomed.value_or(size);
+  if (zoomed) outcome.why = FitsZoomed(*zoomed).Why();
   return picture.angle != 0 && !restored ? Turned::Yes : Turned::No;
 }
 
@@ -163,6 +176,10 @@ CutOutcome OutcomeOfTurned(const CutSettings& settings, const SourceFacts& sourc
   }
   if (settings.addBoard) outcome.size = BorderedSize(settings, source, outcome.size, turned);
   if (outcome.size.Empty()) return None(outcome, "成品的宽或高小于 1 像素，请检查固定尺寸和边框");
+  // An overwritten source keeps its own type.
+  if (settings.over) return outcome;
+  if (std::string why = FormatFailure(settings.outType, outcome.size); !why.empty())
+    return None(outcome, std::move(why));
   return outcome;
 }
 

@@ -57,7 +57,7 @@ bool OthersWouldCutIt(const CutFile& file) {
 Step EndWithoutSize(CutFile& file) {
   file.program.flags.StopRequested = true;
   file.result.endedRun = true;
-  file.program.Ask(kNoSize);
+  file.program.host.boxes.Show({.text = kNoSize, .notice = "读不出尺寸，运行已停止：" + file.listedPath});
   return file.measured ? Fail(file, "图片的宽或高为 0") : Fail(file, file.measured);
 }
 

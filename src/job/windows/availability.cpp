@@ -172,6 +172,26 @@ void ShowEffectOfCentring(Form1& form, FBaseOpt& options, const CutSettings& set
   }
 }
 
+// Boxes of the fixed cut that change the result only together with others.
+void ShowEffectOfFixedCut(Form1& form, const CutSettings& settings) {
+  const CutGeometry& geometry = settings.geometry;
+  const auto show = [&](controls::CheckBox& box, bool counts, const char* whyNot) {
+    const char* why = settings.frameOnly   ? kFrameOnly
+                      : !geometry.ChFixCut ? "只用于“固定裁剪”"
+                      : geometry.Exact()   ? kExact
+                      : counts             ? ""
+                                           : whyNot;
+    box.SetEffect(*why == '\0' ? controls::Effect::AsEnabled : controls::Effect::None,
+                  *why == '\0' ? "" : kIdle + std::string(why));
+  };
+  const char* asFramed = "“按预览框裁剪”已决定裁剪框";
+  show(form.ChAutoZoom, !geometry.ChAsFramed, asFramed);
+  show(form.ChFull, !geometry.ChAsFramed && geometry.ChAutoZoom,
+       geometry.ChAsFramed ? asFramed : "只和“等比缩放”一起改变裁剪；启用时，预览中的框不能移动");
+  const bool extends = settings.addBoard && (settings.preset == kPresetC || settings.preset == kPresetD);
+  show(form.ChMode1, extends, "只用于 C 版、D 版的边框，而且图片发生旋转");
+}
+
 // Without "压缩" the quality is written too.
 void ShowEffectOfQuality(Form1& form) {
   const auto type = Selected<OutType>(form.CmbOutType);
@@ -206,6 +226,7 @@ void Program::ShowEffects() {
   }
   ShowEffectOfSizes(form1, fBaseOpt, settings, counting);
   ShowEffectOfCentring(form1, fBaseOpt, settings, counting.centred);
+  ShowEffectOfFixedCut(form1, settings);
   ShowEffectOfQuality(form1);
 }
 

@@ -482,17 +482,18 @@ void FileIntake::Clear() {
   ShowStatusPanel();
 }
 
-// The row after the deleted ones is selected, so that deleting again goes on there.
+// The row that is shown after the deleted ones is selected, so that deleting again goes on there.
 void FileIntake::MenuDelSelected_Click() {
   const RunGuard guard(program_.context);
   controls::Grid& grid = program_.form1.MSF;
   std::vector<std::size_t> rows = grid.Selection();
   if (!guard || rows.empty()) return;
+  std::size_t next = grid.NextInView(rows);
+  next -= static_cast<std::size_t>(std::lower_bound(rows.begin(), rows.end(), next) - rows.begin());
   for (std::size_t& row : rows) --row;
   const std::string& onShow = program_.fCutPre.preview.Path();
   const bool shown =
       std::any_of(rows.begin(), rows.end(), [&](std::size_t row) { return program_.files.Row(row).Path() == onShow; });
-  const std::size_t next = rows.front() + 1;
   program_.files.Remove(rows);
   grid.Select(next);
   ShowStatusPanel();

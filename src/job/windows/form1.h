@@ -190,6 +190,9 @@ class Form1 : public controls::Window {
 
   // Sets the limits of TCutValue by the unit in use and the picture in the preview.
   void ShowMarginLimits();
+  // Returns whether ChCutA can be switched off without moving the frame on show. Per cent ends a fixed cut, and with it
+  // the preset, its resolution and ChOver; and a margin is at most 90 %.
+  bool CanUsePercent() const;
   // Places the frame in the preview by the parameters, and shows each margin in per cent of the picture in its tooltip.
   void ShowFrame();
   // Shows in the preview what a cut by that geometry gives.

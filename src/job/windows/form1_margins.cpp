@@ -1,6 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Quillon developers
 // SPDX-License-Identifier: GPL-3.0-or-later
 // The margins of Form1, their unit, and the frame over the preview that follows them.
+#include <array>
 #include <cmath>
 
 #include "base/number_text.h"
@@ -22,6 +23,11 @@ int SideOf(base::Size size, std::size_t margin) { return margin % 2 == 0 ? size.
 
 PreviewFrame WholePicture(base::Size picture) {
   return {0, 0, static_cast<double>(picture.width), static_cast<double>(picture.height)};
+}
+
+// Returns the distances of the frame from the edges of the picture in pixels, in the order of TCutValue.
+std::array<double, 4> OffsetsOf(const PreviewFrame& frame, base::Size picture) {
+  return {frame.left, frame.top, picture.width - frame.left - frame.width, picture.height - frame.top - frame.height};
 }
 
 // Returns the whole part of an offset. Arithmetic may have lost less than a millionth of a pixel, which is made up for.
@@ -91,12 +97,20 @@ void Form1::ConvertMargins() {
   ShowMarginLimits();
   const base::Size picture = program_.fCutPre.preview.Picture();
   if (!program_.flags.HandlersLive || picture.Empty()) return;
-  const PreviewFrame frame = program_.fCutPre.preview.PictureFrame();
-  const std::array offsets{frame.left, frame.top, picture.width - frame.left - frame.width,
-                           picture.height - frame.top - frame.height};
+  const std::array offsets = OffsetsOf(program_.fCutPre.preview.PictureFrame(), picture);
   for (std::size_t i = 0; i < TCutValue.Size(); ++i) {
     TCutValue[i].SetNumber(ChCutA.On() ? WholePixels(offsets[i]) : offsets[i] * 100 / SideOf(picture, i));
   }
+}
+
+bool Form1::CanUsePercent() const {
+  const Preview& preview = program_.fCutPre.preview;
+  if (!ChCutA.On() || ChFixCut.On() || preview.Picture().Empty()) return false;
+  const std::array offsets = OffsetsOf(preview.PictureFrame(), preview.Picture());
+  for (std::size_t i = 0; i < offsets.size(); ++i) {
+    if (!(offsets[i] >= 0 && offsets[i] * 100 <= kMaxPercent * SideOf(preview.Picture(), i))) return false;
+  }
+  return true;
 }
 
 void Form1::TFixWH_Change(std::size_t index) {

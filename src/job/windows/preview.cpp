@@ -184,8 +184,8 @@ std::string NoticeOn(const CutSettings& settings, const PreviewFrame& frame, con
   const CountingValues counting = ValuesThatCount(geometry);
   std::string text = "四边按填的百分比裁";
   if (counting.keptSize) {
-    text = "裁出的大小是高级选项里填的“高 " + base::NumberText(geometry.TSmalS2) + "”×“宽 " +
-           base::NumberText(geometry.TSmalS3) + "”（前者是横向）";
+    text = "裁出的图片横 " + base::NumberText(geometry.TSmalS2) + "、竖 " + base::NumberText(geometry.TSmalS3) +
+           " 像素，由高级选项的“保留裁剪”决定";
   } else if (counting.fixedSize) {
     text = "右边、下边按“宽 " + std::to_string(geometry.FixW) + "、高 " + std::to_string(geometry.FixH) + "”去掉";
   } else if (geometry.ChCutA) {

@@ -126,7 +126,8 @@ void CutFrame::Stretch(int across, int down) {
 job::PreviewFrame CutFrame::Settled(const job::PreviewFrame& frame) const {
   const base::Size picture = Preview().Picture();
   job::PreviewFrame settled = Constrained(frame, picture, Rule());
-  if (program_.form1.ChAutoCenter.On()) {
+  // An exact size is placed by its anchor.
+  if (program_.form1.ChAutoCenter.On() && !job::ReadCutGeometry(program_).Exact()) {
     settled.left = (picture.width - settled.width) / 2;
     settled.top = (picture.height - settled.height) / 2;
   }

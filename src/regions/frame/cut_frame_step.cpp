@@ -89,9 +89,8 @@ Decision CutFrame::Decided() const {
 void CutFrame::AskAboutFrame() {
   job::Form1& form = program_.form1;
   const std::optional<job::PreviewResult>& result = Preview().Result();
-  // A frame that nobody can draw is no wish, and without pixels both choices would be the same. Per cent would end a
-  // fixed cut, and with it the preset, its resolution and ChOver, in the middle of the run.
-  const bool noChoice = form.ChFull.On() || !form.ChCutA.On() || form.ChFixCut.On();
+  // A frame that nobody can draw is no wish.
+  const bool noChoice = form.ChFull.On() || !form.CanUsePercent();
   if (frameAsked_ || noChoice || !result || result->notice.empty()) return;
   frameAsked_ = true;
   const int type = host::kYesNoCancelQuestion + host::kThirdIsDefault;

@@ -7,6 +7,7 @@
 #include <optional>
 #include <tuple>
 #include <utility>
+#include <vector>
 
 #include "base/path_text.h"
 #include "ui/kit/text.h"
@@ -66,10 +67,18 @@ void FileListModel::ShowThumbnails() {
 }
 
 // Names in natural order, numbers by their values, sizes by their pixels; results by kind and then by reason.
-bool FileListModel::Precedes(std::size_t row, std::size_t other, int column) const {
-  const job::FileRow& a = files_.Row(row);
-  const job::FileRow& b = files_.Row(other);
-  if (column == OutcomeColumn()) return PixelsOf(foreseen_.Of(row)) < PixelsOf(foreseen_.Of(other));
+GridModel::RowOrder FileListModel::OrderOf(int column) const {
+  if (column != OutcomeColumn()) {
+    return [this, column](std::size_t row, std::size_t other) {
+      return Precedes(files_.Row(row), files_.Row(other), column);
+    };
+  }
+  std::vector<std::int64_t> pixels(files_.RowCount());
+  for (std::size_t row = 0; row < pixels.size(); ++row) pixels[row] = PixelsOf(foreseen_.Of(row));
+  return [pixels = std::move(pixels)](std::size_t row, std::size_t other) { return pixels[row] < pixels[other]; };
+}
+
+bool FileListModel::Precedes(const job::FileRow& a, const job::FileRow& b, int column) const {
   if (column == ResultColumn()) return std::tie(a.result, a.why) < std::tie(b.result, b.why);
   switch (column) {
     case 0:
@@ -135,6 +144,7 @@ QVariant FileListModel::OutcomeData(std::size_t row, int role) const {
 void FileListModel::ShowOutcomes() {
   if (rowCount() == 0) return;
   emit dataChanged(index(0, OutcomeColumn()), index(rowCount() - 1, OutcomeColumn()));
+  if (SortColumn() == OutcomeColumn()) SortSoon();
 }
 
 QString OutcomeText(const job::CutOutcome& outcome) {

@@ -35,9 +35,11 @@ class FileListModel : public GridModel {
   void ShowOutcomes();
 
  protected:
-  bool Precedes(std::size_t row, std::size_t other, int column) const override;
+  RowOrder OrderOf(int column) const override;
 
  private:
+  // Returns the order of a column that the grid itself has.
+  bool Precedes(const job::FileRow& row, const job::FileRow& other, int column) const;
   QVariant OutcomeData(std::size_t row, int role) const;
 
   const job::FileList& files_;

@@ -39,7 +39,8 @@ ListView::ListView(job::Program& program, Binder& binder, QWidget* parent)
       program_(program),
       foreseen_(program),
       model_(new FileListModel(program.form1.MSF, program.files, foreseen_, this)),
-      outcomes_(program, foreseen_) {
+      outcomes_(program, foreseen_),
+      thumbnails_([this] { model_->ShowThumbnails(); }) {
   Use(model_);
   outcomes_.Follow(*model_);
   binder.Join(program.form1.MSF, this);
@@ -64,42 +65,61 @@ ListView::ListView(job::Program& program, Binder& binder, QWidget* parent)
             if (!roles.contains(Qt::DecorationRole)) FitColumns();
           });
   connect(model_, &QAbstractItemModel::rowsRemoved, this, [this] { ShowSelection(); });
+  program_.form1.MSF.SetViewOrder([this] { return model_->Order(); });
   token_ = program_.form1.Observe([this](controls::Control& control, controls::Aspect aspect) {
     if (&control == &program_.form1.MSF && aspect == controls::Aspect::Value) ShowSelection();
   });
 }
 
 ListView::~ListView() {
+  program_.form1.MSF.SetViewOrder({});
   program_.form1.Forget(token_);
-  HideThumbnails();
 }
 
 void ListView::OnUserSelection() { pause_.start(); }
 
-// A run shows the pictures that it handles itself.
+// A run shows the pictures that it handles itself. A picture that cannot be read must not leave another one on show.
 void ListView::PreviewSelected() {
   const std::size_t row = program_.form1.MSF.Selected();
   if (program_.flags.Busy || row == 0 || row > program_.files.RowCount()) return;
+  const job::Preview& preview = program_.fCutPre.preview;
   const std::string path = program_.files.Row(row - 1).Path();
-  if (path != program_.fCutPre.preview.Path()) program_.ShowInPreview(path);
+  if (path == preview.Path()) return;
+  const int showings = preview.Showings();
+  program_.ShowInPreview(path);
+  if (preview.Showings() == showings) program_.ShowNoPicture();
 }
 
 void ListView::ShowThumbnails(Thumbnails::Reader reader) {
-  thumbnails_ = std::make_unique<Thumbnails>(std::move(reader), [this] { model_->ShowThumbnails(); });
+  if (thumbnails_.Shown()) return;
+  thumbnails_.Show(std::move(reader));
   setIconSize({Thumbnails::kSide, Thumbnails::kSide});
   verticalHeader()->setDefaultSectionSize(Thumbnails::kSide + kGap);
   setColumnWidth(0, columnWidth(0) + Thumbnails::kSide);
-  model_->SetThumbnails(thumbnails_.get());
+  model_->SetThumbnails(&thumbnails_);
   FitColumns();
 }
 
 void ListView::HideThumbnails() {
-  if (!thumbnails_) return;
+  if (!thumbnails_.Shown()) return;
   model_->SetThumbnails(nullptr);
-  thumbnails_.reset();
+  thumbnails_.Hide();
   verticalHeader()->setDefaultSectionSize(fontMetrics().height() + kGap);
   setColumnWidth(0, columnWidth(0) - Thumbnails::kSide);
   FitColumns();
+}
+
+void ListView::RenewThumbnails() {
+  if (!thumbnails_.Shown()) return;
+  thumbnails_.Forget();
+  model_->ShowThumbnails();
+}
+
+void ListView::SortBy(int column) {
+  const QHeaderView& headers = *horizontalHeader();
+  const bool again = column >= 0 && headers.sortIndicatorSection() == column;
+  const bool turned = again && headers.sortIndicatorOrder() == Qt::AscendingOrder;
+  sortByColumn(column, turned ? Qt::DescendingOrder : Qt::AscendingOrder);
 }
 
 void ListView::KeepOrder() {

@@ -3,7 +3,6 @@
 #pragma once
 
 #include <QTimer>
-#include <memory>
 
 #include "job/program.h"
 #include "job/windows/foreseen_list.h"
@@ -27,7 +26,10 @@ class ListView : public GridView {
   // Shows small pictures beside the names, or none.
   void ShowThumbnails(Thumbnails::Reader reader);
   void HideThumbnails();
-  bool HasThumbnails() const { return thumbnails_ != nullptr; }
+  // Reads the small pictures anew, since a run may have replaced the files.
+  void RenewThumbnails();
+  // Sorts the view by a column, the other way round if it is sorted by that one already; -1: not at all.
+  void SortBy(int column);
   // Lets runs handle the rows in the order that the view shows, and keeps it when another column is sorted.
   void KeepOrder();
 
@@ -47,7 +49,7 @@ class ListView : public GridView {
   job::ForeseenList foreseen_;
   FileListModel* model_;
   OutcomeWatch outcomes_;
-  std::unique_ptr<Thumbnails> thumbnails_;
+  Thumbnails thumbnails_;
   QTimer pause_;  // runs while the user may still be moving through the list
   int token_;
   int minResultWidth_ = 0;  // width of the result column without reasons, in pixels

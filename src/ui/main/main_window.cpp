@@ -106,7 +106,10 @@ MainWindow::MainWindow(parts::Parts& parts)
   setStatusBar(status_);
   monitor_ = std::make_unique<RunMonitor>(
       program_.host.clock, [this](const RunFigures& figures) { status_->ShowRun(figures); },
-      [this](const job::RunTotals& totals) { status_->ShowSummary(totals); });
+      [this](const job::RunTotals& totals) {
+        status_->ShowSummary(totals);
+        list_->RenewThumbnails();
+      });
   program_.observer = monitor_.get();
 
   const auto refused = [this](const std::string& sentence) { Refused(sentence); };
@@ -167,7 +170,10 @@ void MainWindow::AddViewMenu() {
     }
   });
   view->addSeparator();
+  view->addMenu(SortMenu());
   QAction* order = view->addAction(QStringLiteral("按显示的顺序裁剪"), this, [this] { list_->KeepOrder(); });
+  order->setShortcut(QKeySequence(QStringLiteral("Ctrl+Shift+O")));
+  addAction(order);
   order->setObjectName(QStringLiteral("viewKeepOrder"));
   order->setToolTip(QStringLiteral("单击列表的标题只改变显示的顺序；本命令把裁剪的顺序也改成这样"));
   connect(view, &QMenu::aboutToShow, order, [this, order] { order->setEnabled(list_->Model().IsSorted()); });
@@ -175,8 +181,27 @@ void MainWindow::AddViewMenu() {
   QAction* thumbnails = view->addAction(QStringLiteral("列表中显示缩略图"));
   thumbnails->setObjectName(QStringLiteral("viewThumbnails"));
   thumbnails->setCheckable(true);
+  thumbnails->setShortcut(QKeySequence(QStringLiteral("Ctrl+Shift+T")));
+  addAction(thumbnails);
   connect(thumbnails, &QAction::toggled, this, [this](bool on) { ShowThumbnails(on); });
   menuBar()->insertMenu(ActionOf(form_.MenuHelp, *this), view);
+}
+
+// The same as a click on a header, for the keyboard. The headers depend on the cut mode.
+QMenu* MainWindow::SortMenu() {
+  auto* sorts = new QMenu(QStringLiteral("列表排序"), this);
+  sorts->setObjectName(QStringLiteral("viewSort"));
+  connect(sorts, &QMenu::aboutToShow, this, [this, sorts] {
+    sorts->clear();
+    const QAbstractItemModel& rows = list_->Model();
+    for (int column = 0; column < rows.columnCount(); ++column) {
+      sorts->addAction(rows.headerData(column, Qt::Horizontal).toString(), this,
+                       [this, column] { list_->SortBy(column); });
+    }
+    sorts->addSeparator();
+    sorts->addAction(QStringLiteral("不排序"), this, [this] { list_->SortBy(-1); });
+  });
+  return sorts;
 }
 
 // The choice is remembered.

@@ -47,6 +47,7 @@ class MainWindow : public QMainWindow {
  private:
   void BuildMenus();
   void AddViewMenu();
+  QMenu* SortMenu();
   void ShowThumbnails(bool on);
   // Called when the record changes.
   void ShowTitle();

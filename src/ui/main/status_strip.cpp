@@ -20,6 +20,7 @@ constexpr int kSentenceMilliseconds = 8000;
 StatusStrip::StatusStrip(job::Form1& form, Binder& binder, QWidget* parent)
     : QStatusBar(parent),
       message_(new ElidedLabel),
+      notice_(new ElidedLabel),
       progress_(new QProgressBar),
       rate_(new QLabel),
       timeLeft_(new QLabel) {
@@ -34,9 +35,15 @@ StatusStrip::StatusStrip(job::Form1& form, Binder& binder, QWidget* parent)
   setContentsMargins(kGap / 2, 0, kGap / 2, 0);
   addWidget(binder.Make(form.LStatus), 1);
   addWidget(message_, 1);
+  addWidget(notice_, 1);
   addPermanentWidget(rate_);
   addPermanentWidget(timeLeft_);
   addPermanentWidget(progress_);
+  notice_->setObjectName(QStringLiteral("notice"));
+  notice_->hide();
+  noticeEnds_.setSingleShot(true);
+  noticeEnds_.setInterval(kSentenceMilliseconds);
+  connect(&noticeEnds_, &QTimer::timeout, notice_, &QWidget::hide);
   ShowRun({});
 }
 
@@ -75,6 +82,10 @@ void StatusStrip::ShowActivity(const QString& text) {
   message_->setText(text);
 }
 
-void StatusStrip::ShowNotice(const QString& text) { showMessage(text, kSentenceMilliseconds); }
+void StatusStrip::ShowNotice(const QString& text) {
+  notice_->setText(text);
+  notice_->show();
+  noticeEnds_.start();
+}
 
 }  // namespace quillon::ui

@@ -3,6 +3,7 @@
 #pragma once
 
 #include <QStatusBar>
+#include <QTimer>
 
 #include "job/windows/form1.h"
 #include "ui/kit/bind/binder.h"
@@ -16,7 +17,8 @@ namespace quillon::ui {
 class ElidedLabel;
 
 // The status bar. It shows the counts and maxima of the list, and beside them one message: during a run the current
-// file with progress, rate and time left; otherwise the summary of the last run or the activity of the program.
+// file with progress, rate and time left; otherwise the summary of the last run or the activity of the program. News
+// stands beside them for a moment and hides neither.
 class StatusStrip : public QStatusBar {
  public:
   StatusStrip(job::Form1& form, Binder& binder, QWidget* parent = nullptr);
@@ -28,11 +30,13 @@ class StatusStrip : public QStatusBar {
   // Shows that the program is busy with something that has no count, such as listing a folder. Empty ends the display.
   // Ignored during a run.
   void ShowActivity(const QString& text);
-  // Shows a sentence for eight seconds.
+  // Shows a sentence for eight seconds, or until the next one.
   void ShowNotice(const QString& text);
 
  private:
   ElidedLabel* message_;
+  ElidedLabel* notice_;
+  QTimer noticeEnds_;
   QProgressBar* progress_;
   QLabel* rate_;
   QLabel* timeLeft_;

@@ -28,8 +28,8 @@ QPixmap Centred(const QImage& picture) {
 
 }  // namespace
 
-Thumbnails::Thumbnails(Reader reader, std::function<void()> loaded, QObject* parent)
-    : QObject(parent), read_(std::move(reader)), loaded_(std::move(loaded)), pictures_(kKept), empty_(Centred({})) {
+Thumbnails::Thumbnails(std::function<void()> loaded, QObject* parent)
+    : QObject(parent), loaded_(std::move(loaded)), pictures_(kKept), empty_(Centred({})) {
   thread_.setMaxThreadCount(1);
 }
 
@@ -38,25 +38,38 @@ Thumbnails::~Thumbnails() {
   thread_.waitForDone();
 }
 
+void Thumbnails::Show(Reader reader) { read_ = std::move(reader); }
+
+void Thumbnails::Hide() {
+  read_ = nullptr;
+  Forget();
+}
+
+void Thumbnails::Forget() {
+  ++generation_;
+  thread_.clear();
+  pending_.clear();
+  pictures_.clear();
+}
+
 QPixmap Thumbnails::Of(const std::string& path) {
   if (const QPixmap* picture = pictures_.object(QByteArray::fromStdString(path))) return *picture;
-  if (pending_.size() < kMost && pending_.insert(path).second) Load(path);
+  if (read_ && pending_.size() < kMost && pending_.insert(path).second) Load(path);
   return empty_;
 }
 
 void Thumbnails::Load(const std::string& path) {
   const int side = qRound(kSide * qGuiApp->devicePixelRatio());
-  thread_.start([this, path, side] {
-    const QImage picture = read_(path, {side, side});
-    QMetaObject::invokeMethod(
-        this, [this, path, picture] { Keep(path, picture); }, Qt::QueuedConnection);
+  thread_.start([this, path, side, read = read_, generation = generation_] {
+    const QImage picture = read(path, {side, side});
+    const auto keep = [this, path, picture, generation] {
+      if (generation != generation_) return;
+      pending_.erase(path);
+      pictures_.insert(QByteArray::fromStdString(path), new QPixmap(Centred(picture)));
+      loaded_();
+    };
+    QMetaObject::invokeMethod(this, keep, Qt::QueuedConnection);
   });
-}
-
-void Thumbnails::Keep(const std::string& path, const QImage& picture) {
-  pending_.erase(path);
-  pictures_.insert(QByteArray::fromStdString(path), new QPixmap(Centred(picture)));
-  loaded_();
 }
 
 }  // namespace quillon::ui

@@ -20,9 +20,16 @@ class Thumbnails : public QObject {
   using Reader = std::function<QImage(const std::string& path, QSize limit)>;
 
   // loaded is called on the thread of the window after a picture was read.
-  Thumbnails(Reader reader, std::function<void()> loaded, QObject* parent = nullptr);
+  explicit Thumbnails(std::function<void()> loaded, QObject* parent = nullptr);
   // Waits for the picture that is being read.
   ~Thumbnails() override;
+
+  void Show(Reader reader);
+  // Reads no more pictures. Does not wait for the one that is being read, which an unresponsive disk may keep for long.
+  void Hide();
+  bool Shown() const { return read_ != nullptr; }
+  // Drops all pictures, so that they are read again when they are asked for.
+  void Forget();
 
   // The side of the square that a picture fits in, in pixels of the window.
   static constexpr int kSide = 56;
@@ -32,13 +39,13 @@ class Thumbnails : public QObject {
 
  private:
   void Load(const std::string& path);
-  void Keep(const std::string& path, const QImage& picture);
 
-  Reader read_;
+  Reader read_;  // none while hidden
   std::function<void()> loaded_;
   QThreadPool thread_;
   QCache<QByteArray, QPixmap> pictures_;
   std::set<std::string> pending_;
+  int generation_ = 0;  // of the pictures; one that was begun before the last Forget is dropped
   QPixmap empty_;
 };
 

@@ -55,8 +55,7 @@ FrameNotice::FrameNotice(job::Form1& form, QWidget* parent)
 
 void FrameNotice::Show(const std::string& text) {
   text_->setText(Shown(text));
-  // Per cent would end a fixed cut, and with it the preset, its resolution and ChOver.
-  percent_->setVisible(form_.ChCutA.On() && !form_.ChFixCut.On());
+  percent_->setVisible(form_.CanUsePercent());
   setVisible(!text.empty());
 }
 

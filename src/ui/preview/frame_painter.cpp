@@ -95,13 +95,15 @@ void PaintAsked(QPainter& painter, const FrameDrawing& drawing) {
   if (drawing.handles && !drawing.fixed) PaintHandles(painter, drawing.asked);
 }
 
-// The size, at the bottom of the visible part of the frame, and never above the picture.
+// The size, at the bottom of the visible part of the frame, never above the picture and never beside what is visible.
 void PaintLabel(QPainter& painter, const FrameDrawing& drawing) {
   const QFontMetricsF metrics(painter.font());
   QRectF pill(0, 0, metrics.horizontalAdvance(drawing.label) + 2 * kGap, metrics.height() + kGap / 2.0);
   const QRectF about = drawing.frame.isEmpty() ? drawing.picture : drawing.frame;
   const QRectF seen = drawing.visible.isEmpty() ? about : about.intersected(drawing.visible);
   pill.moveCenter(QPointF(seen.center().x(), 0));
+  const QRectF room = drawing.visible.isEmpty() ? drawing.picture : drawing.visible;
+  pill.moveLeft(qMax(room.left(), qMin(pill.left(), room.right() - pill.width())));
   pill.moveBottom(seen.bottom() - kGap);
   if (pill.top() < drawing.picture.top()) pill.moveTop(drawing.picture.top());
   painter.setPen(Qt::NoPen);

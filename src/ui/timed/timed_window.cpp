@@ -33,11 +33,14 @@ TimedWindow::TimedWindow(regions::FCutTime& record, Binder::Refusal onRefusal)
   column->addWidget(GetBinder().Make(record.LNote));
   column->addStretch(1);
 
+  auto* state = new QHBoxLayout;
+  state->setSpacing(kGap);
+  state->addWidget(GetBinder().Make(record.LFiles), 1);
+  state->addWidget(GetBinder().Make(record.LPlace));
+  column->addLayout(state);
   auto* ends = new QHBoxLayout;
   ends->setSpacing(kGap);
-  ends->addWidget(GetBinder().Make(record.LFiles), 1);
-  ends->addWidget(GetBinder().Make(record.Chback));
-  ends->addWidget(GetBinder().Make(record.LPlace));
+  ends->addWidget(GetBinder().Make(record.Chback), 1);
   auto* start = static_cast<QPushButton*>(GetBinder().Make(record.CmdDo));
   start->setDefault(true);
   ends->addWidget(start);

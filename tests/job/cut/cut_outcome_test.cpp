@@ -210,6 +210,34 @@ TEST(CutOutcome, GivesTheReasonForASmallPicture) {
   EXPECT_EQ(OutcomeOf(settings, {{100, 100}}).why, "");
 }
 
+TEST(CutOutcome, GivesTheReasonIfTheTypeCannotHoldThePicture) {
+  CutSettings settings;
+  settings.outType = "jpg";
+  const SourceFacts wide{{65501, 10}};
+  EXPECT_EQ(OutcomeOf(settings, wide).why, "成品为 65501x10 像素，jpg 的宽和高最多 65500 像素，请换一种输出类型");
+  EXPECT_EQ(OutcomeOf(settings, {{65500, 10}}).why, "");
+  settings.outType = "pdf";
+  EXPECT_NE(OutcomeOf(settings, wide).why, "");
+  settings.outType = "gif";
+  EXPECT_EQ(OutcomeOf(settings, {{65535, 10}}).why, "");
+  EXPECT_NE(OutcomeOf(settings, {{10, 65536}}).why, "");
+  settings.outType = "png";
+  EXPECT_EQ(OutcomeOf(settings, {{10, 65536}}).why, "");
+  settings.outType = "jpg";
+  settings.over = true;  // a png stays a png
+  EXPECT_EQ(OutcomeOf(settings, wide).why, "");
+}
+
+TEST(CutOutcome, GivesTheReasonIfTheZoomAfterTheCutTakesTooMuchMemory) {
+  CutSettings settings;
+  settings.outType = "png";
+  settings.zoomAfter = true;
+  settings.zoom = "30000,30000";
+  EXPECT_EQ(OutcomeOf(settings, {{400, 400}}).why, "缩放后为 30000x30000 像素，图片太大，内存不足");
+  settings.zoom = "20000,20000";
+  EXPECT_EQ(OutcomeOf(settings, {{400, 400}}).why, "");
+}
+
 TEST(CutOutcome, OfAPictureThatIsTurnedAlreadyIsTheSame) {
   CutSettings settings;
   settings.rotateRule = 1;

@@ -204,6 +204,27 @@ TEST_F(EffectTest, AnExactSizeIsPlacedByItsAnchor) {
   EXPECT_EQ(WhyOf("TCutValue(0)"), "本项不起作用：补边时用整张图片");
 }
 
+TEST_F(EffectTest, BoxesOfTheFixedCutSayWhenTheyDoNotCount) {
+  for (const char* box : {"ChFull", "ChAutoZoom", "ChMode1"}) {
+    EXPECT_EQ(Of(box), controls::Effect::None) << box;
+    EXPECT_EQ(WhyOf(box), "本项不起作用：只用于“固定裁剪”") << box;
+  }
+  Put("ChFixCut", "1");
+  EXPECT_EQ(Of("ChAutoZoom"), controls::Effect::AsEnabled);
+  EXPECT_EQ(WhyOf("ChFull"), "本项不起作用：只和“等比缩放”一起改变裁剪；启用时，预览中的框不能移动");
+  Put("ChAutoZoom", "1");
+  EXPECT_EQ(Of("ChFull"), controls::Effect::AsEnabled);
+  EXPECT_EQ(WhyOf("ChMode1"), "本项不起作用：只用于 C 版、D 版的边框，而且图片发生旋转");
+  Put("ChAsFramed", "1");
+  EXPECT_EQ(WhyOf("ChAutoZoom"), "本项不起作用：“按预览框裁剪”已决定裁剪框");
+  EXPECT_EQ(WhyOf("ChFull"), "本项不起作用：“按预览框裁剪”已决定裁剪框");
+  Put("ChExact", "1");
+  EXPECT_EQ(WhyOf("ChAutoZoom"), "本项不起作用：“成品尺寸”已决定结果的大小");
+  Put("ChExact", "0");
+  Put("CmbKeepCut", "3");
+  EXPECT_EQ(Of("ChMode1"), controls::Effect::AsEnabled) << WhyOf("ChMode1");
+}
+
 TEST_F(EffectTest, OtherModesCutByTheirOwnRules) {
   WriteApp("CutMedia.dll");
   Put("CmbCutMode", "2");

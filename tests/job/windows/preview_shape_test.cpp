@@ -184,7 +184,7 @@ TEST_F(OutlookTest, ANoticeSaysWhichValuesCount) {
   Margins(0, 0, 0, 5);
   Put("FBaseOpt.TSmalS(2)", "90");
   Put("FBaseOpt.TSmalS(3)", "70");
-  EXPECT_EQ(preview.Result()->notice, "裁出的大小是高级选项里填的“高 90”×“宽 70”（前者是横向），“下 5”不起作用");
+  EXPECT_EQ(preview.Result()->notice, "裁出的图片横 90、竖 70 像素，由高级选项的“保留裁剪”决定，“下 5”不起作用");
   EXPECT_EQ(preview.Result()->cut, (PreviewFrame{0, 0, 90, 70}));
   Put("ChFixCut", "1");
   Put("TFixWH(0)", "30");

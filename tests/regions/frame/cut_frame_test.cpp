@@ -116,6 +116,20 @@ TEST_F(CutFrameTest, AFrameOfAnExactSizeLeavesItsAnchorWhenItIsMoved) {
   EXPECT_EQ(frame.Result(), (base::Rect{250, 0, 150, 300}));
 }
 
+TEST_F(CutFrameTest, CentringDoesNotMoveAFrameOfAnExactSizeFromItsAnchor) {
+  form.ChFixCut.Set(true);
+  form.TFixWH[0].SetText("50");
+  form.TFixWH[1].SetText("100");
+  form.ChExact.Set(true);
+  form.ChAutoCenter.Set(true);
+  form.CmbAnchor.Select(0);
+  ASSERT_EQ(Frame(), (job::PreviewFrame{0, 0, 150, 300}));
+  frame.Pic_MouseDown({10, 10}, Grip());
+  frame.Pic_MouseUp();
+  EXPECT_EQ(form.CmbAnchor.Index(), 0);
+  EXPECT_EQ(frame.Result(), (base::Rect{0, 0, 150, 300}));
+}
+
 TEST_F(CutFrameTest, WithChAsFramedADrawnFrameIsTheCut) {
   form.ChAsFramed.Set(true);
   Drag({40, 30}, {240, 130});

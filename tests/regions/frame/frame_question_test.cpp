@@ -34,7 +34,7 @@ TEST_F(FrameQuestionTest, IsAskedOnceAndKeepsTheArithmeticUnlessItIsAnswered) {
   DrawAtTheFirst();
   CutTwo();
   EXPECT_EQ(Boxes(kFrameQuestion), 1);
-  EXPECT_EQ(Boxes("裁出的大小是高级选项里填的“高 70”×“宽 90”"), 1);
+  EXPECT_EQ(Boxes("裁出的图片横 70、竖 90 像素，由高级选项的“保留裁剪”决定"), 1);
   EXPECT_TRUE(form.ChCutA.On());
   EXPECT_FALSE(form.ChAsFramed.On());
   EXPECT_EQ(SizeOf(Out("a.bmp")), (base::Size{70, 90}));

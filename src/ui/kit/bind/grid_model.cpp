@@ -11,7 +11,8 @@
 namespace quillon::ui {
 namespace {
 
-constexpr int kBatchMilliseconds = 30;  // short enough that a growing list looks smooth
+constexpr int kBatchMilliseconds = 30;   // short enough that a growing list looks smooth
+constexpr int kStillMilliseconds = 300;  // rows that a user reads do not jump while a run reports its results
 
 int Count(std::size_t rows) {
   return static_cast<int>(std::min<std::size_t>(rows, static_cast<std::size_t>(std::numeric_limits<int>::max())));
@@ -24,6 +25,9 @@ GridModel::GridModel(controls::Grid& grid, QObject* parent)
   timer_.setSingleShot(true);
   timer_.setInterval(kBatchMilliseconds);
   connect(&timer_, &QTimer::timeout, this, [this] { Flush(); });
+  still_.setSingleShot(true);
+  still_.setInterval(kStillMilliseconds);
+  connect(&still_, &QTimer::timeout, this, [this] { sort(sortColumn_, direction_); });
   grid_.SetRowObserver([this](controls::Grid::Change change, std::size_t row) { OnChange(change, row); });
 }
 
@@ -63,20 +67,26 @@ int GridModel::ViewRow(std::size_t gridRow) const {
   return found == order_.end() ? Count(gridRow) : static_cast<int>(found - order_.begin());
 }
 
-bool GridModel::Precedes(std::size_t row, std::size_t other, int) const { return row < other; }
+GridModel::RowOrder GridModel::OrderOf(int) const { return std::less<>(); }
+
+void GridModel::SortSoon() {
+  if (IsSorted()) still_.start();
+}
 
 void GridModel::Arrange() {
   order_.clear();
   if (sortColumn_ < 0) return;
   order_.resize(static_cast<std::size_t>(shownRows_));
   std::iota(order_.begin(), order_.end(), std::size_t{0});
-  std::stable_sort(order_.begin(), order_.end(), [this](std::size_t row, std::size_t other) {
-    return direction_ == Qt::AscendingOrder ? Precedes(row, other, sortColumn_) : Precedes(other, row, sortColumn_);
+  const RowOrder precedes = OrderOf(sortColumn_);
+  std::stable_sort(order_.begin(), order_.end(), [&](std::size_t row, std::size_t other) {
+    return direction_ == Qt::AscendingOrder ? precedes(row, other) : precedes(other, row);
   });
 }
 
 void GridModel::sort(int column, Qt::SortOrder order) {
   Flush();
+  still_.stop();
   emit layoutAboutToBeChanged({}, QAbstractItemModel::VerticalSortHint);
   const QModelIndexList before = persistentIndexList();
   std::vector<std::size_t> rows;
@@ -108,6 +118,7 @@ void GridModel::Flush() {
     for (int row = shownRows_; IsSorted() && row < rows; ++row) order_.push_back(static_cast<std::size_t>(row));
     shownRows_ = rows;
     endInsertRows();
+    SortSoon();
   }
   if (firstEdited_ >= 0 && firstEdited_ < shownRows_) {
     // Edited rows may stand anywhere in a sorted view.
@@ -115,6 +126,7 @@ void GridModel::Flush() {
     const int first = IsSorted() ? 0 : firstEdited_;
     firstEdited_ = -1;
     emit dataChanged(index(first, 0), index(last, columnCount() - 1));
+    SortSoon();
   }
 }
 

@@ -4,6 +4,7 @@
 
 #include <QAbstractTableModel>
 #include <QTimer>
+#include <functional>
 #include <optional>
 #include <vector>
 
@@ -14,8 +15,8 @@ namespace quillon::ui {
 // Presents the rows of a grid to a view. No cell is copied.
 // Appended and edited rows are reported in batches, every 30 ms, so that hundreds of thousands of rows can be added
 // while the window stays responsive. Removals and resets are reported at once.
-// The view may show the rows in another order, which the grid does not know of. Rows that are appended to a sorted view
-// stand at its end until it is sorted again.
+// The view may show the rows in another order, which the grid does not know of. A sorted view is sorted again once the
+// rows have not changed for a moment; until then, appended rows stand at its end.
 class GridModel : public QAbstractTableModel {
  public:
   explicit GridModel(controls::Grid& grid, QObject* parent = nullptr);
@@ -41,9 +42,14 @@ class GridModel : public QAbstractTableModel {
  protected:
   // Returns the row of the grid that a row of the view shows, or nothing if it was removed.
   std::optional<std::size_t> SourceRow(const QModelIndex& index) const;
-  // Returns whether a row of the grid precedes another if the view is sorted by that column. The default leaves the
-  // rows in the order of the grid.
-  virtual bool Precedes(std::size_t row, std::size_t other, int column) const;
+  // Returns whether a row of the grid precedes another.
+  using RowOrder = std::function<bool(std::size_t row, std::size_t other)>;
+  // Returns the order of a column. It is asked for once a sorting, so it may compute a key for each row. The default
+  // leaves the rows in the order of the grid.
+  virtual RowOrder OrderOf(int column) const;
+  int SortColumn() const { return sortColumn_; }
+  // Sorts a sorted view again after a moment without another call.
+  void SortSoon();
 
  private:
   // Computes order_ by the column that the view is sorted by.
@@ -53,6 +59,7 @@ class GridModel : public QAbstractTableModel {
 
   controls::Grid& grid_;
   QTimer timer_;
+  QTimer still_;         // runs while the rows of a sorted view may still change
   int removing_ = -1;    // row that the grid has already dropped while the view is being notified; -1 for none
   int sortColumn_ = -1;  // -1: not sorted
   Qt::SortOrder direction_ = Qt::AscendingOrder;
