@@ -95,7 +95,7 @@ void ListView::ShowThumbnails(Thumbnails::Reader reader) {
   thumbnails_.Show(std::move(reader));
   setIconSize({Thumbnails::kSide, Thumbnails::kSide});
   verticalHeader()->setDefaultSectionSize(Thumbnails::kSide + kGap);
-  setColumnWidth(0, columnWidth(0) + Thumbnails::kSide);
+  setColumnWidth(0, columnWidth(0) + Thumbnails::kSide + kGap);
   model_->SetThumbnails(&thumbnails_);
   FitColumns();
 }
@@ -105,7 +105,7 @@ void ListView::HideThumbnails() {
   model_->SetThumbnails(nullptr);
   thumbnails_.Hide();
   verticalHeader()->setDefaultSectionSize(fontMetrics().height() + kGap);
-  setColumnWidth(0, columnWidth(0) - Thumbnails::kSide);
+  setColumnWidth(0, columnWidth(0) - Thumbnails::kSide - kGap);
   FitColumns();
 }
 
