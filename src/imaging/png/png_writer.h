@@ -24,7 +24,7 @@ struct PngDensity {
 // Returns the density of a resolution in dots per inch; none for 0.
 PngDensity DensityOfDpi(int dpi);
 
-// How rows are compressed. All but Standard are at zlib level 3.
+// How rows are compressed. All but Standard are at low levels of zlib.
 //   Standard: as libpng does it by default.
 //   Flat: without filters, which spoil the repetitions of pictures of few colours.
 //   Noisy: with the filter that suits each row best.
