@@ -6,5 +6,5 @@
 #include "fuzz_loader.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-  return quillon::fuzz::LoadPicture(quillon::imaging::Format::Gif, "GIF8", data, size);
+  return quillon::fuzz::LoadPicture(quillon::imaging::Format::Gif, data, size);
 }

@@ -5,7 +5,6 @@
 #include <cstdint>
 #include <memory>
 #include <string>
-#include <string_view>
 #include <utility>
 #include <vector>
 
@@ -13,6 +12,7 @@
 #include "fuzz_pictures.h"
 #include "imaging/codecs/vips_loader.h"
 #include "imaging/measure/measure.h"
+#include "imaging/metadata/picture_format.h"
 #include "imaging/pixels/picture.h"
 
 // What the fuzzers of the formats that libvips decodes share.
@@ -21,11 +21,11 @@ namespace quillon::fuzz {
 // The decoder of gif enlarges the screen of the header to its first frame.
 inline bool Covers(base::Size size, base::Size part) { return size.width >= part.width && size.height >= part.height; }
 
-// Checks a file with these first bytes as far as the program reads it: its header, whether it is complete and can hold
-// its pixels, and, unless that is refused, its rows. Returns 0, or -1 for other bytes, which are not worth keeping.
-inline int LoadPicture(imaging::Format format, std::string_view signature, const std::uint8_t* data, std::size_t size) {
+// Checks a file of this format as far as the program reads it: its header, whether it is complete and can hold its
+// pixels, and, unless that is refused, its rows. Returns 0, or -1 for other bytes, which are not worth keeping.
+inline int LoadPicture(imaging::Format format, const std::uint8_t* data, std::size_t size) {
   std::string content(reinterpret_cast<const char*>(data), size);
-  if (!content.starts_with(signature)) return -1;
+  if (imaging::FormatOf(content) != format) return -1;
   auto bytes = std::make_shared<imaging::MemoryBytes>(std::move(content));
   imaging::EnsureVips();
   imaging::HeaderFacts facts;
