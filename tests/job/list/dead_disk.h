@@ -4,6 +4,7 @@
 
 #include <unistd.h>
 
+#include <atomic>
 #include <condition_variable>
 #include <filesystem>
 #include <functional>
@@ -36,6 +37,8 @@ class DeadDisk {
     if (gettid() == program_) return;
     std::unique_lock lock(mutex_);
     if (answers_) return;
+    thread_local const AtEnd atEnd;
+    static_cast<void>(atEnd);
     threads_.insert(gettid());
     changed_.notify_all();
     changed_.wait(lock, [&] { return answers_; });
@@ -67,9 +70,20 @@ class DeadDisk {
       const std::string entry = "/proc/self/task/" + std::to_string(thread);
       while (std::filesystem::exists(entry)) std::this_thread::yield();
     }
+    static_cast<void>(Ended().load(std::memory_order_acquire));
   }
 
  private:
+  // The number of threads that have hung and ended. Everything that they did comes before what the test does after it
+  // has read the number.
+  static std::atomic<int>& Ended() {
+    static std::atomic<int> ended = 0;
+    return ended;
+  }
+  struct AtEnd {
+    ~AtEnd() { Ended().fetch_add(1, std::memory_order_release); }
+  };
+
   const pid_t program_;
   std::mutex mutex_;
   std::condition_variable changed_;
