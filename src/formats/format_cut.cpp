@@ -55,6 +55,7 @@ void FormatCut::Cut(const job::RunFile& listed, const Report& report) {
 
 Step FormatCut::Steps(CutFile& file) {
   if (Measure(file) == Step::FileDone || job::PassOverSmall(file) == Step::FileDone) return Step::FileDone;
+  if (CheckSource(file) == Step::FileDone) return Step::FileDone;
   if (job::NameOutput(file) == Step::FileDone || job::AskForFrame(file) == Step::FileDone) return Step::FileDone;
   if (program_.flags.SkipCutThisImage) return LeaveUncut(file);
   return FindRectangle(file) == Step::FileDone ? Step::FileDone : MakeResult(file);
@@ -83,12 +84,12 @@ Step FormatCut::FindRectangle(CutFile& file) const {
   return why.empty() ? Step::Next : Fail(file, why);
 }
 
-// The result is measured before it gets the name of the output.
 Step FormatCut::MakeResult(CutFile& file) {
   file.target = file.Dst;
   if (const host::Status kept = job::KeepReplacedSource(file); !kept) return Fail(file, kept);
   std::string made;
   if (const host::Status cut = CutPicture(file, made); !cut) return Fail(file, cut);
+  if (made.empty()) return Step::Next;
   const host::Status delivered = program_.saver.Deliver(made, file.Dst);
   return delivered ? Step::Next : Fail(file, delivered);
 }

@@ -30,6 +30,8 @@ class FormatCut : public job::RunDriver {
  protected:
   job::Program& GetProgram() const { return program_; }
 
+  // Called for a measured source that has an output. FileDone ends the file.
+  virtual job::Step CheckSource(job::CutFile&) { return job::Step::Next; }
   // Changes the rectangle as the format needs it. Returns why the file cannot be cut, "" if it can.
   virtual std::string FitRectangle(base::Rect& rect, base::Size picture) const = 0;
   // Cuts the source into a work file and stores its path, or saves it in place of Dst.

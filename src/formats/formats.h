@@ -4,6 +4,7 @@
 
 #include "formats/gif/fgifcut.h"
 #include "formats/page_counter.h"
+#include "formats/png/fpngcut.h"
 #include "job/program.h"
 
 namespace quillon::formats {
@@ -18,6 +19,7 @@ class Formats {
 
   PageCounter pageCounter;
   FGifCut fGifCut;
+  FPngCut fPngCut;
 };
 
 }  // namespace quillon::formats

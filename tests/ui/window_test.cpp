@@ -366,8 +366,8 @@ TEST_F(WindowTest, StaysDuringARunThatIsNotToStop) {
 
 TEST_F(WindowTest, HidesEntriesOfPartsThatAreNotThere) {
   form().HideMissingEntries();
-  EXPECT_FALSE(Action(form().MenuPngCutOps).isVisible());
-  EXPECT_FALSE(Action(form().MenuPngCut).isVisible());
+  EXPECT_FALSE(Action(form().MenuPdfOps).isVisible());
+  EXPECT_FALSE(Action(form().MenuPdfCut).isVisible());
   EXPECT_FALSE(Action(form().MenuUnitConvert).isVisible());
   for (const controls::Menu* menu :
        {&form().menuNormalCut, &form().MenuBaseOptions, &form().MenuGifCut, &form().MenuMulCut}) {

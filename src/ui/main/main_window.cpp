@@ -51,6 +51,9 @@ constexpr MakeWindow kFeatureWindows[] = {
     [](parts::Parts& parts, const Binder::Refusal& refused, QWidget* main) -> std::unique_ptr<ToolWindow> {
       return std::make_unique<RecordWindow>(parts.formats.fGifCut, refused, main);
     },
+    [](parts::Parts& parts, const Binder::Refusal& refused, QWidget* main) -> std::unique_ptr<ToolWindow> {
+      return std::make_unique<RecordWindow>(parts.formats.fPngCut, refused, main);
+    },
 };
 
 // Does not offer the modes whose drivers the program lacks. Neither mouse nor keys reach a disabled entry.

@@ -1,0 +1,28 @@
+// SPDX-FileCopyrightText: 2026 The Quillon developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <string>
+
+#include "formats/format_cut.h"
+#include "job/cut/cut_steps.h"
+
+namespace quillon::formats {
+
+// Cut mode 2: cuts PNG files and keeps their transparency. What lies outside a source is transparent. The result is
+// saved in place of the output at once; a source is replaced when the result is complete.
+class PngModeCut final : public FormatCut {
+ public:
+  explicit PngModeCut(job::Program& program) : FormatCut(program, job::CutMode::Png) {}
+
+  std::string Name() const override { return "PngCut"; }
+
+ protected:
+  std::string FitRectangle(base::Rect& rect, base::Size picture) const override;
+  // An animated png is never replaced by its first frame.
+  job::Step CheckSource(job::CutFile& file) override { return job::KeepPages(file); }
+  host::Status CutPicture(job::CutFile& file, std::string& made) override;
+  const char* WhyNotTurned() const override { return "透明Png裁剪只裁剪，不能旋转或扩边"; }
+};
+
+}  // namespace quillon::formats

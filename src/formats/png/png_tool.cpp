@@ -1,0 +1,101 @@
+// SPDX-FileCopyrightText: 2026 The Quillon developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "formats/png/png_tool.h"
+
+#include "job/cut/cut_steps.h"
+#include "job/program.h"
+
+namespace quillon::formats {
+namespace {
+
+constexpr double kSecondsBetweenTurns = 0.005;  // of the message pump, while the run is paused
+
+// The output goes straight into the output folder, and never over its source by choice.
+void WriteAsPng(job::CutFile& file) {
+  file.settings.over = file.settings.keepFolders = false;
+  file.OutExt = "png";
+}
+
+}  // namespace
+
+job::RunNeeds PngTool::Needs() const {
+  job::RunNeeds needs;
+  needs.ensured = {job::Need::Files, job::Need::OutputFolder};
+  return needs;
+}
+
+void PngTool::Begin(job::RunLedger& ledger) {
+  run_ = std::make_unique<job::CutRun>(program_, ledger, *journal_);
+  handled_ = 0;
+  planned_ = window_.ChBat.On() ? program_.files.RowCount() : 1;
+}
+
+std::vector<std::string> PngTool::Outputs(const std::string& path) const {
+  job::CutFile file(*run_, 0, path);
+  WriteAsPng(file);
+  job::PredictTarget(file);
+  return {file.Dst};
+}
+
+void PngTool::Cut(const job::RunFile& listed, const Report& report) {
+  job::CutFile file(*run_, listed.row, listed.path);
+  WriteAsPng(file);
+  file.result = {listed.row, listed.path, "", job::Result::None, ""};
+  if (!window_.ChBat.On() && handled_ > 0) {
+    job::PassOver(file, "没有启用“批量”，只处理第一个");
+    return report(file.result);
+  }
+  WaitWhilePaused();
+  ++handled_;
+  window_.LSt.SetText("状态： 正在处理..." + CountText());
+  if (program_.flags.StopRequested) {
+    job::PassOver(file, "已停止，未处理");
+  } else if (Steps(file) == job::Step::Next) {
+    file.result.result = job::Result::Written;
+    file.result.output = file.Dst;
+  }
+  report(file.result);
+}
+
+job::Step PngTool::Steps(job::CutFile& file) {
+  using job::Step;
+  imaging::ImageFacts facts;
+  if (const host::Status measured = program_.images.ImageInfo(file.Src, facts); !measured) return Fail(file, measured);
+  file.format = facts.format;
+  file.W = facts.width;
+  file.H = facts.height;
+  if (job::KeepPages(file) == Step::FileDone || job::NameOutput(file) == Step::FileDone) return Step::FileDone;
+  const base::Size size{program_.flags.FixW, program_.flags.FixH};
+  imaging::PngCutRequest request{.source = file.Src, .destination = file.Dst};
+  switch (static_cast<PngOperation>(window_.CmbOp.Index())) {
+    case PngOperation::Zoom:
+      request.drawing = {.mode = imaging::PngMode::Zoom, .size = size};
+      break;
+    case PngOperation::Rotate:
+      request.drawing = {.mode = imaging::PngMode::Rotate, .angle = window_.TDu.Number()};
+      break;
+    default:
+      request.drawing.rect = {0, 0, size.width, size.height};
+  }
+  file.target = file.Dst;
+  if (const host::Status kept = job::KeepReplacedSource(file); !kept) return Fail(file, kept);
+  const host::Status saved = program_.saver.Save(file.Dst, [&] { return program_.images.PngCut(request); });
+  return saved ? Step::Next : Fail(file, saved);
+}
+
+void PngTool::WaitWhilePaused() {
+  while (window_.Paused() && !program_.flags.StopRequested) {
+    program_.host.pump.Turn();
+    if (window_.Paused()) program_.host.clock.Sleep(kSecondsBetweenTurns);
+  }
+}
+
+std::string PngTool::CountText() const { return std::to_string(handled_) + "/" + std::to_string(planned_); }
+
+job::RunEnd PngTool::End(job::RunSource) {
+  window_.LSt.SetText("状态： 处理完毕！已处理" + CountText());
+  if (program_.form1.ChOver.On()) return {"处理完毕！"};
+  return {"处理完毕！\r\n要打开输出目录吗？", job::RunEnd::Then::OfferFolder, program_.form1.LOutDir.Value()};
+}
+
+}  // namespace quillon::formats
