@@ -220,6 +220,20 @@ TEST_F(FilesTest, RemovesLinksThemselves) {
   EXPECT_TRUE(folder.Exists("keep/precious.jpg"));
 }
 
+// A run lists its folders anyway; the drafts of a killed run are found in the same listing.
+TEST_F(FilesTest, SweepingNeedsNoOtherCallThanTheListing) {
+  for (int i = 0; i < 20; ++i) folder.Write("in/" + std::to_string(i) + ".jpg", "x");
+  world.faults.Clear();
+  EXPECT_EQ(Listed(folder.Path("in")).size(), 20u);
+  EXPECT_THAT(world.faults.Calls(), ElementsAre(DiskCall::List));
+  folder.Write("in/.1.jpg.quillon-ab3de9", "half a picture");
+  world.faults.Clear();
+  EXPECT_EQ(Listed(folder.Path("in")).size(), 20u);
+  EXPECT_EQ(world.faults.Count(DiskCall::List), 1);
+  EXPECT_LE(world.faults.Calls().size(), 5u) << "open, lock, remove and close of the draft";
+  EXPECT_FALSE(folder.Exists("in/.1.jpg.quillon-ab3de9"));
+}
+
 TEST_F(FilesTest, RemovingWhatIsNotThereIsFine) {
   EXPECT_TRUE(files.RemoveOwn(folder.Path("none")));
   EXPECT_TRUE(files.RemoveOwn(folder.Path("none/none")));

@@ -174,6 +174,18 @@ TEST_F(LargeRunTest, TheBackupWorkerIsSwitchedOff) {
   EXPECT_FALSE(form.ChBack.On());
 }
 
+// In the folders that the walk reads, and in that of the outputs.
+TEST_F(LargeRunTest, DraftsOfAKilledRunAreSwept) {
+  Make("x/a.bmp", 40, 30);
+  for (const char* folder : {"in/", "in/x/", "out/"}) {
+    world.folder.Write(std::string(folder) + ".a.jpg.quillon-ab3de9", "half a picture");
+  }
+  Cut();
+  EXPECT_EQ(OutNames(), std::vector<std::string>{"a.jpg"});
+  EXPECT_EQ(world.folder.Names("in"), std::vector<std::string>{"x"});
+  EXPECT_EQ(world.folder.Names("in/x"), std::vector<std::string>{"a.bmp"});
+}
+
 // What may have killed an earlier process must be the file under way.
 TEST_F(LargeRunTest, ARecoveringRunReportsAFileBeforeItTouchesIt) {
   for (int i = 0; i < 5; ++i) Make(std::to_string(i) + ".jpg", 40, 30);
