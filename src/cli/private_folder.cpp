@@ -22,6 +22,7 @@ using host::Status;
 
 constexpr const char* kPrefix = "quillon-batch-";
 constexpr const char* kRemoved = "-removed";
+constexpr const char* kNewLock = ".new";  // the end of the name of a lock file that is not locked yet
 constexpr int kMostTries = 1000;
 // Far more than any run needs to create and lock its folder.
 constexpr std::chrono::hours kLongestCreation{24};
@@ -62,7 +63,10 @@ Status PrivateFolder::Make(const std::string& base, const std::string& executabl
     const std::string path = stem + std::to_string(number);
     const int result = disk_.MakeFolder(path, 0700);
     if (result == -EEXIST) continue;
-    made = result < 0 ? Status::FromErrno(-result) : MakeLocked(path);
+    const int locked = result < 0 ? result : MakeLocked(path);
+    // Another run took the new folder for one that a killed run had left.
+    if (result == 0 && (locked == -ENOENT || locked == -EWOULDBLOCK)) continue;
+    made = Status::FromErrno(locked < 0 ? -locked : 0);
     break;
   }
   if (path_.empty()) return made ? Status::FromErrno(EEXIST) : made;
@@ -73,19 +77,22 @@ Status PrivateFolder::Make(const std::string& base, const std::string& executabl
   return host::posix::PrepareProgramFolder(files_, path_, executableFolder);
 }
 
-// The lock file is locked under another name and then renamed to the name that Sweep() looks for. Another process
-// therefore never finds a lock file that exists but is not locked yet.
-Status PrivateFolder::MakeLocked(const std::string& path) {
+// The lock file is locked under another name and then renamed. A lock file under its final name is therefore always
+// locked while its run lives. One under the first name may not be locked yet; if another process locks it before, it
+// removes the folder, and the lock or the rename fails here.
+int PrivateFolder::MakeLocked(const std::string& path) {
   const std::string lock = base::JoinPath(path, host::posix::kInstanceLock);
-  lock_ = disk_.OpenNew(lock + ".new", 0600);
+  lock_ = disk_.OpenNew(lock + kNewLock, 0600);
   int result = lock_ < 0 ? lock_ : disk_.Lock(lock_);
-  if (result >= 0) result = disk_.Rename(lock + ".new", lock);
-  if (result < 0) {
-    (void)!files_.RemoveOwn(path);
-    return Status::FromErrno(-result);
+  if (result >= 0) result = disk_.Rename(lock + kNewLock, lock);
+  if (result >= 0) {
+    path_ = path;
+    return 0;
   }
-  path_ = path;
-  return Status::Ok();
+  (void)!files_.RemoveOwn(path);
+  if (lock_ >= 0) disk_.Close(lock_);
+  lock_ = -1;
+  return result;
 }
 
 void PrivateFolder::Sweep(const std::string& base) {
@@ -98,19 +105,28 @@ void PrivateFolder::Sweep(const std::string& base) {
     const std::string folder = base::JoinPath(base, name);
     host::DiskFacts facts;
     if (disk_.StatLink(folder, facts) < 0 || facts.user != disk_.User() || facts.link) continue;
-    if (IsAbandoned(folder, facts)) (void)!files_.RemoveOwn(folder);
+    SweepFolder(folder, facts);
   }
 }
 
-// Without a lock file, a folder is being removed by its run, which may have been killed meanwhile, or it is just being
-// created.
-bool PrivateFolder::IsAbandoned(const std::string& folder, const host::DiskFacts& facts) const {
-  if (folder.ends_with(kRemoved)) return true;
-  const int lock = disk_.OpenOwn(base::JoinPath(folder, host::posix::kInstanceLock));
-  if (lock < 0) return std::chrono::system_clock::now().time_since_epoch() - Modified(facts) > kLongestCreation;
-  const bool free = disk_.Lock(lock) == 0;
-  disk_.Close(lock);
-  return free;
+void PrivateFolder::SweepFolder(const std::string& folder, const host::DiskFacts& facts) {
+  if (folder.ends_with(kRemoved)) {
+    (void)!files_.RemoveOwn(folder);
+    return;
+  }
+  const std::string path = base::JoinPath(folder, host::posix::kInstanceLock);
+  for (const std::string& name : {path, path + kNewLock}) {
+    const int lock = disk_.OpenOwn(name);
+    if (lock < 0) continue;
+    // The lock is held until everything is removed, so that a run that is just creating the folder cannot get it.
+    if (disk_.Lock(lock) == 0) (void)!files_.RemoveOwn(folder);
+    disk_.Close(lock);
+    return;
+  }
+  // Without a lock file, a folder is being removed by its run, which may have been killed meanwhile, or it is just
+  // being created; then it is empty, and its run makes another one.
+  const bool old = std::chrono::system_clock::now().time_since_epoch() - Modified(facts) > kLongestCreation;
+  if (disk_.RemoveFolder(folder) < 0 && old) (void)!files_.RemoveOwn(folder);
 }
 
 // Helper programs and colour profiles are never written to, so symbolic links are enough for them. A helper without a

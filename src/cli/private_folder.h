@@ -34,9 +34,9 @@ class PrivateFolder {
  private:
   // Removes the folders in base whose lock is free and whose owner is this user.
   void Sweep(const std::string& base);
-  bool IsAbandoned(const std::string& folder, const host::DiskFacts& facts) const;
-  // Locks the new folder at path and sets path_; on failure the folder is removed again.
-  host::Status MakeLocked(const std::string& path);
+  void SweepFolder(const std::string& folder, const host::DiskFacts& facts);
+  // Locks the new folder at path and sets path_. On failure the folder is removed again. Returns 0 or a negative errno.
+  int MakeLocked(const std::string& path);
   // Links the helper programs and colour profiles of an installed folder into this one.
   void LinkFrom(const std::string& folder);
 

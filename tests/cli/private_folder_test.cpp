@@ -119,6 +119,35 @@ TEST_F(PrivateFolderTest, SweepsWhatAKilledRunLeft) {
   EXPECT_TRUE(fs::exists(running.Path()));
 }
 
+// Killed before the lock file had its name, or was there at all.
+TEST_F(PrivateFolderTest, SweepsWhatARunLeftThatWasKilledAtItsBeginning) {
+  folder.Write("tmp/quillon-batch-1-1/quillon.lock.new", "");
+  folder.Write("tmp/quillon-batch-2-1/quillon.lock.new", "");
+  fs::create_directories(base + "/quillon-batch-3-1");
+  const int beginning = disk.OpenOwn(base + "/quillon-batch-2-1/quillon.lock.new");
+  ASSERT_EQ(disk.Lock(beginning), 0);
+  PrivateFolder own(disk, files);
+  ASSERT_TRUE(Make(own));
+  EXPECT_FALSE(folder.Exists("tmp/quillon-batch-1-1"));
+  EXPECT_TRUE(folder.Exists("tmp/quillon-batch-2-1/quillon.lock.new"));
+  EXPECT_FALSE(folder.Exists("tmp/quillon-batch-3-1"));
+  disk.Close(beginning);
+}
+
+TEST_F(PrivateFolderTest, MakesAnotherIfASweepRemovedItBeforeItWasLocked) {
+  for (const host::testing::DiskCall call : {host::testing::DiskCall::OpenNew, host::testing::DiskCall::Rename}) {
+    host::testing::FaultyDisk watched(disk);
+    host::Files watchedFiles(watched);
+    watched.Before(call, 1, [this] {
+      for (const std::string& name : folder.Names("tmp")) fs::remove_all(base + "/" + name);
+    });
+    PrivateFolder own(watched, watchedFiles);
+    ASSERT_TRUE(Make(own));
+    EXPECT_TRUE(own.Path().ends_with("-2")) << own.Path();
+    EXPECT_TRUE(host::posix::IsClaimed(own.Path()));
+  }
+}
+
 // The run removed the lock file, and was killed before the folder.
 TEST_F(PrivateFolderTest, SweepsWhatAKilledRemovalLeft) {
   folder.Write("tmp/quillon-batch-1-1-removed/Tmp.bmp", "x");
