@@ -19,6 +19,15 @@ void FGifCut::ChNoCutGif_Click() {
   margins[1].SetNumber(1);
   margins[2].SetNumber(on ? width : 0.8 * width);
   margins[3].SetNumber(on ? height : 0.9 * height);
+  for (std::size_t i = 0; i < marginsSet_.size(); ++i) marginsSet_[i] = margins[i].Value();
+}
+
+bool FGifCut::LogoFramed() const {
+  const auto& margins = program_.form1.TCutValue;
+  for (std::size_t i = 0; i < marginsSet_.size(); ++i) {
+    if (margins[i].Value() != marginsSet_[i]) return true;
+  }
+  return false;
 }
 
 }  // namespace quillon::formats

@@ -2,6 +2,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include <array>
+#include <string>
+
 #include "controls/values.h"
 #include "controls/window.h"
 #include "job/program.h"
@@ -24,6 +27,9 @@ class FGifCut : public controls::Window {
   // Return whether the option is on and counts.
   bool HighQuality() const { return Loaded() && ChHighGifCut.On(); }
   bool RemovesLogo() const { return HighQuality() && ChNoCutGif.On(); }
+  // Returns whether the margins were changed after ChNoCutGif has set them. Those that it sets may name a region of a
+  // picture that is larger than the one in the preview, which nobody wants to lose.
+  bool LogoFramed() const;
 
  protected:
   void OnLoad() override;
@@ -34,6 +40,7 @@ class FGifCut : public controls::Window {
   void ChNoCutGif_Click();
 
   job::Program& program_;
+  std::array<std::string, 4> marginsSet_;  // by ChNoCutGif
 };
 
 }  // namespace quillon::formats

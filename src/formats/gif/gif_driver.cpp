@@ -4,6 +4,7 @@
 
 #include "formats/gif/gif_math.h"
 #include "job/cut/cut_outcome.h"
+#include "job/cut/cut_steps.h"
 #include "job/work_files.h"
 #include "tools/helper_calls.h"
 
@@ -15,6 +16,7 @@ using host::Status;
 
 // The work file of the first pass. It stays, and the next file overwrites it.
 constexpr const char* kPalette = "paletten.png";
+constexpr const char* kFrameTheLogo = "请在预览中框选要去掉的图标";
 
 std::string SizeText(base::Size size) { return std::to_string(size.width) + "x" + std::to_string(size.height); }
 
@@ -30,10 +32,16 @@ std::string OutsideText(const base::Rect& rect, base::Size picture) {
 
 }  // namespace
 
+job::Step GifCut::CheckSource(job::CutFile& file) {
+  const bool gif = file.format == imaging::Format::Gif;
+  return gif ? job::Step::Next : Fail(file, "文件内容不是 gif，本模式只裁动态Gif");
+}
+
 std::string GifCut::FitRectangle(base::Rect& rect, base::Size picture) const {
   if (options_.RemovesLogo()) {
+    if (!options_.LogoFramed()) return kFrameTheLogo;
     if (!rect.Empty()) rect = LogoRegion(WithEvenSides(rect, picture), picture);
-    return rect.Empty() ? "请在预览中框选要去掉的图标" : "";
+    return rect.Empty() ? kFrameTheLogo : "";
   }
   if (std::string why = job::NothingToCutText(rect, picture); !why.empty()) return why;
   if (!Inside(rect, picture)) return OutsideText(rect, picture);
@@ -64,10 +72,9 @@ Status GifCut::Check(const job::CutFile& file, const std::string& target) const 
   imaging::Services& images = GetProgram().images;
   int expected = 0;
   const Status counted = images.FramesIn(file.Src, expected);
-  if (!GetProgram().host.files.IsFile(target)) {
-    // What is wrong with the source says more than a missing result.
-    return counted ? Status(Problem::Damaged, "CutMedia 没有得到结果，Gif 可能已损坏") : counted;
-  }
+  // What is wrong with the source says more than a missing result.
+  if (!counted) return counted;
+  if (!GetProgram().host.files.IsFile(target)) return {Problem::Damaged, "CutMedia 没有得到结果，Gif 可能已损坏"};
   imaging::ImageFacts facts;
   if (Status measured = images.ImageInfo(target, facts); !measured) return measured;
   const base::Size wanted =
@@ -76,7 +83,7 @@ Status GifCut::Check(const job::CutFile& file, const std::string& target) const 
   if (size != wanted) return {Problem::Damaged, "结果是 " + SizeText(size) + " 像素，应为 " + SizeText(wanted)};
   int frames = 0;
   if (Status read = images.FramesIn(target, frames); !read) return read;
-  if (counted && frames != expected) {
+  if (frames != expected) {
     return {Problem::Damaged, "结果有 " + std::to_string(frames) + " 帧，应为 " + std::to_string(expected) + " 帧"};
   }
   return Status::Ok();

@@ -23,6 +23,8 @@ class GifCut final : public FormatCut {
   std::vector<std::string> Windows() const override { return {"Form1", "FBaseOpt", "FGifCut"}; }
 
  protected:
+  // CutMedia would make a gif of 256 colours of another picture, which must not replace it.
+  job::Step CheckSource(job::CutFile& file) override;
   std::string FitRectangle(base::Rect& rect, base::Size picture) const override;
   host::Status CutPicture(job::CutFile& file, std::string& made) override;
   const char* WhyNotTurned() const override { return "动态Gif的每一帧都要裁，不能旋转或扩边"; }

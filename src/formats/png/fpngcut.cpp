@@ -12,6 +12,7 @@ namespace quillon::formats {
 namespace {
 
 constexpr const char* kListFirst = "请先加载文件列表方能执行！";
+constexpr const char* kListOnly = "本工具只处理文件列表，请先去掉“超大容量”。";
 constexpr const char* kStopQuestion = "终止执行?";
 constexpr const char* kPause = "暂停";
 constexpr const char* kContinue = "继续";
@@ -61,10 +62,22 @@ void FPngCut::CmdDo_Click() {
     program_.Ask(kListFirst);
     return;
   }
+  if (program_.flags.LargeCapacityMode) {
+    program_.Ask(kListOnly);
+    return;
+  }
+  MakeOutputFolder();
   EnableForRun(true);
   PngTool driver(program_, *this);
   StartRun(program_.context, driver);
   EnableForRun(false);
+}
+
+// If it cannot be made, the run asks for another one.
+void FPngCut::MakeOutputFolder() {
+  const std::string folder = program_.form1.LOutDir.Value();
+  if (folder == job::kNoOutputFolder || program_.host.files.Stat(folder)) return;
+  static_cast<void>(program_.host.files.MakeFolders(folder));
 }
 
 void FPngCut::CmdPause_Click() {

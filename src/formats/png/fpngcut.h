@@ -45,6 +45,7 @@ class FPngCut : public controls::Window {
   void CmdPause_Click();
   void CmdStop_Click();
   void EnableForRun(bool running);
+  void MakeOutputFolder();
 
   job::Program& program_;
   bool running_ = false;

@@ -6,6 +6,13 @@
 
 namespace quillon::formats {
 
+job::Step PngModeCut::CheckSource(job::CutFile& file) {
+  if (file.settings.over && file.format != imaging::Format::Png) {
+    return Fail(file, "文件内容不是 png，不能覆盖；请输出到别的文件夹");
+  }
+  return job::KeepPages(file);
+}
+
 std::string PngModeCut::FitRectangle(base::Rect& rect, base::Size picture) const {
   return job::NothingToCutText(rect, picture);
 }

@@ -19,8 +19,8 @@ class PngModeCut final : public FormatCut {
 
  protected:
   std::string FitRectangle(base::Rect& rect, base::Size picture) const override;
-  // An animated png is never replaced by its first frame.
-  job::Step CheckSource(job::CutFile& file) override { return job::KeepPages(file); }
+  // A picture of another kind is never replaced by a png, nor an animated png by its first frame.
+  job::Step CheckSource(job::CutFile& file) override;
   host::Status CutPicture(job::CutFile& file, std::string& made) override;
   const char* WhyNotTurned() const override { return "透明Png裁剪只裁剪，不能旋转或扩边"; }
 };

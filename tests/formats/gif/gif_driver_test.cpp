@@ -180,6 +180,39 @@ TEST_F(GifTest, ALogoMustBeFramedFirst) {
   EXPECT_EQ(Value("TCutValue(3)"), "72");
 }
 
+// A margin in per cent is at most 90, so what the box sets would be a region nobody has framed.
+TEST_F(GifTest, ALogoMustBeFramedInPerCentToo) {
+  const std::string film = Film("a.gif");
+  const std::string bytes = world.folder.Read("in/a.gif");
+  formats.fGifCut.Load();
+  Put("ChCutA", "0");
+  Put("ChOver", "1");
+  Put("FGifCut.ChHighGifCut", "1");
+  Put("FGifCut.ChNoCutGif", "1");
+  Run({film});
+  EXPECT_EQ(Why(1), "请在预览中框选要去掉的图标");
+  EXPECT_TRUE(calls.empty());
+  EXPECT_TRUE(world.folder.Read("in/a.gif") == bytes);
+  Put("TCutValue(2)", "40");
+  Put("TCutValue(3)", "40");
+  Click("MenuGifCut");
+  EXPECT_EQ(calls.size(), 2u) << Whys();
+}
+
+TEST_F(GifTest, APictureOfAnotherKindStaysAsItIs) {
+  const std::string film = Film("a.gif");
+  List({film});
+  Make("b.jpg");
+  const std::string jpeg = world.folder.Read("in/b.jpg");
+  world.folder.Write("in/a.gif", jpeg);
+  Put("ChOver", "1");
+  PixelMargins(10, 20, 30, 40);
+  Click("MenuGifCut");
+  EXPECT_EQ(Why(1), "文件内容不是 gif，本模式只裁动态Gif");
+  EXPECT_TRUE(calls.empty());
+  EXPECT_TRUE(world.folder.Read("in/a.gif") == jpeg);
+}
+
 TEST_F(GifTest, WithoutTheHighQualityALogoStays) {
   const std::string film = Film("a.gif");
   formats.fGifCut.Load();

@@ -85,6 +85,21 @@ TEST_F(PngTest, ReplacesTheSourceByAPng) {
   EXPECT_TRUE(OutNames().empty());
 }
 
+TEST_F(PngTest, APictureOfAnotherKindIsNotReplacedByAPng) {
+  const std::string png = Make("a.png");
+  List({png});
+  Make("b.jpg");
+  const std::string jpeg = world.folder.Read("in/b.jpg");
+  world.folder.Write("in/a.png", jpeg);
+  Put("ChOver", "1");
+  Click("MenuPngCut");
+  EXPECT_EQ(Why(1), "文件内容不是 png，不能覆盖；请输出到别的文件夹");
+  EXPECT_TRUE(world.folder.Read("in/a.png") == jpeg);
+  Put("ChOver", "0");
+  Click("MenuPngCut");
+  EXPECT_TRUE(IsRgba("out/a.png")) << Whys();
+}
+
 TEST_F(PngTest, AnOutputInThePlaceOfItsSourceLeavesABackup) {
   const std::string png = Make("a.png");
   const std::string before = world.folder.Read("in/a.png");
@@ -168,6 +183,20 @@ TEST_F(PngTest, TheToolNeedsAList) {
   EXPECT_EQ(tool.LSt.Value(), "状态：未就绪！");
   Click("FPngCut.CmdDo");
   EXPECT_EQ(world.boxes.Count("请先加载文件列表方能执行！"), 1);
+  List({Make("a.png")});
+  flags.LargeCapacityMode = true;
+  Click("FPngCut.CmdDo");
+  EXPECT_EQ(world.boxes.Count("本工具只处理文件列表，请先去掉“超大容量”。"), 1);
+  EXPECT_TRUE(OutNames().empty());
+}
+
+TEST_F(PngTest, TheToolMakesTheOutputFolder) {
+  tool.Show();
+  FixedSize("30", "20");
+  Put("LOutDir", world.folder.Path("new/deep"));
+  List({Make("a.png")});
+  Click("FPngCut.CmdDo");
+  EXPECT_EQ(SizeOf(world.folder.Path("new/deep/a.png")), (Size{30, 20})) << Whys();
 }
 
 TEST_F(PngTest, TheToolHandlesTheFirstRowOrAll) {
