@@ -40,13 +40,11 @@ job::Step GifCut::CheckSource(job::CutFile& file) {
 std::string GifCut::FitRectangle(base::Rect& rect, base::Size picture) const {
   if (options_.RemovesLogo()) {
     if (!options_.LogoFramed()) return kFrameTheLogo;
-    if (!rect.Empty()) rect = LogoRegion(WithEvenSides(rect, picture), picture);
+    if (!rect.Empty()) rect = LogoRegion(rect, picture);
     return rect.Empty() ? kFrameTheLogo : "";
   }
   if (std::string why = job::NothingToCutText(rect, picture); !why.empty()) return why;
-  if (!Inside(rect, picture)) return OutsideText(rect, picture);
-  rect = WithEvenSides(rect, picture);
-  return {};
+  return Inside(rect, picture) ? "" : OutsideText(rect, picture);
 }
 
 Status GifCut::CutPicture(job::CutFile& file, std::string& made) {

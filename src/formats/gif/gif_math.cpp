@@ -7,11 +7,6 @@
 namespace quillon::formats {
 namespace {
 
-int EvenSide(int begin, int length, int side) {
-  const bool raised = length % 2 != 0 && begin + length < side;
-  return raised ? length + 1 : length;
-}
-
 std::string Quoted(const std::string& path) { return '"' + path + '"'; }
 
 std::string FilterText(const std::string& name, const base::Rect& rect) {
@@ -26,12 +21,6 @@ std::string PaletteUseText(const std::string& source, const std::string& palette
 }
 
 }  // namespace
-
-base::Rect WithEvenSides(base::Rect rect, base::Size picture) {
-  rect.width = EvenSide(rect.left, rect.width, picture.width);
-  rect.height = EvenSide(rect.top, rect.height, picture.height);
-  return rect;
-}
 
 base::Rect LogoRegion(base::Rect rect, base::Size picture) {
   if (rect.left == 0) rect.left = 1;

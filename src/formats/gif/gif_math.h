@@ -9,10 +9,6 @@
 // The rectangle that CutMedia gets, and the texts of its calls. Paths are inserted unchanged.
 namespace quillon::formats {
 
-// Returns the rectangle with odd sides raised by one, each on its own. A side stays odd if it would otherwise pass the
-// edge of the picture.
-base::Rect WithEvenSides(base::Rect rect, base::Size picture);
-
 // Returns the region of a logo as the filter accepts it: left and top of 0 become 1, and the sides end at the edge of
 // the picture.
 base::Rect LogoRegion(base::Rect rect, base::Size picture);

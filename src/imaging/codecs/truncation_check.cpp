@@ -48,7 +48,7 @@ class Cursor {
 };
 
 // Returns the bytes of a colour table. The top bit says whether there is one, the low three bits its size.
-std::uint64_t GifTable(unsigned char packed) { return packed & 0x80 ? std::uint64_t{6} << (packed & 7) : 0; }
+std::uint64_t GifTableBytes(unsigned char packed) { return packed & 0x80 ? std::uint64_t{6} << (packed & 7) : 0; }
 
 // Skips a chain of data blocks, each of which starts with its length; a length of 0 ends it.
 bool SkipGifBlocks(Cursor& cursor) {
@@ -63,7 +63,7 @@ bool SkipGifBlocks(Cursor& cursor) {
 bool IsGifComplete(Bytes& bytes) {
   Cursor cursor(bytes);
   std::array<unsigned char, 13> head{};
-  if (!cursor.Read(head.data(), head.size()) || !cursor.Skip(GifTable(head[10]))) return false;
+  if (!cursor.Read(head.data(), head.size()) || !cursor.Skip(GifTableBytes(head[10]))) return false;
   std::array<unsigned char, 9> frame{};
   for (unsigned char kind = 0; cursor.Read(&kind, 1);) {
     switch (kind) {
@@ -73,7 +73,7 @@ bool IsGifComplete(Bytes& bytes) {
         if (!cursor.Skip(1) || !SkipGifBlocks(cursor)) return false;
         break;
       case 0x2C:
-        if (!cursor.Read(frame.data(), frame.size()) || !cursor.Skip(GifTable(frame[8]) + 1)) return false;
+        if (!cursor.Read(frame.data(), frame.size()) || !cursor.Skip(GifTableBytes(frame[8]) + 1)) return false;
         if (!SkipGifBlocks(cursor)) return false;
         break;
       default:

@@ -96,12 +96,6 @@ class GifCutter {
 
 }  // namespace
 
-base::Rect EvenSides(base::Rect window, base::Size screen) {
-  if (window.width % 2 != 0 && window.left + window.width < screen.width) ++window.width;
-  if (window.height % 2 != 0 && window.top + window.height < screen.height) ++window.height;
-  return window;
-}
-
 Status CutGif(Bytes& bytes, base::Rect window, const Limits& limits, const ByteSink& sink) {
   std::unique_ptr<GifReader> reader;
   if (Status opened = GifReader::Open(bytes, limits, reader); !opened) return opened;

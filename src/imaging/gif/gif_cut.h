@@ -9,9 +9,6 @@
 
 namespace quillon::imaging {
 
-// Returns window with odd sides raised by one. A side stays odd if it would then pass the edge of the screen.
-base::Rect EvenSides(base::Rect window, base::Size screen);
-
 // Cuts every frame of an animated GIF to a window, in the indices of its palettes: no colour is computed, so each frame
 // of the result, drawn on the frames before it, has exactly the pixels of the source in the window.
 // Kept: colour tables, transparency, delays, disposal, the number of repetitions, comments and all other extensions but

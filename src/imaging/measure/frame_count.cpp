@@ -30,7 +30,7 @@ std::optional<std::uint64_t> NumberAt(Bytes& bytes, std::uint64_t at, std::size_
 std::optional<std::uint64_t> ByteAt(Bytes& bytes, std::uint64_t at) { return NumberAt(bytes, at, 1, ByteOrder::Big); }
 
 // Returns the bytes of a colour table. The top bit says whether there is one, the low three bits its size.
-std::uint64_t GifTable(std::uint64_t packed) { return packed & 0x80 ? std::uint64_t{6} << (packed & 7) : 0; }
+std::uint64_t ColourTableBytes(std::uint64_t packed) { return packed & 0x80 ? std::uint64_t{6} << (packed & 7) : 0; }
 
 // Moves at to the end of a chain of data blocks, each of which starts with its length. Returns false if it is cut off.
 bool SkipGifBlocks(Bytes& bytes, std::uint64_t& at) {
@@ -47,7 +47,7 @@ std::uint64_t GifFrames(Bytes& bytes) {
   const auto screen = ByteAt(bytes, 10);
   if (!screen) return 0;
   std::uint64_t frames = 0;
-  std::uint64_t at = kScreen + GifTable(*screen);
+  std::uint64_t at = kScreen + ColourTableBytes(*screen);
   while (const auto kind = ByteAt(bytes, at++)) {
     if (*kind == 0x21) {
       ++at;  // the label of the extension
@@ -55,7 +55,7 @@ std::uint64_t GifFrames(Bytes& bytes) {
       const auto packed = ByteAt(bytes, at + kDescriptor - 1);
       if (!packed) break;
       ++frames;
-      at += kDescriptor + GifTable(*packed) + 1;
+      at += kDescriptor + ColourTableBytes(*packed) + 1;
     } else if (*kind == 0) {
       continue;  // padding between blocks
     } else {
@@ -66,7 +66,7 @@ std::uint64_t GifFrames(Bytes& bytes) {
   return frames;
 }
 
-std::uint64_t TiffPages(Bytes& bytes) {
+std::uint64_t TiffDirectories(Bytes& bytes) {
   const ByteOrder order = ByteAt(bytes, 0) == 'I' ? ByteOrder::Little : ByteOrder::Big;
   const bool wide = NumberAt(bytes, 2, 2, order) == 43;  // BigTIFF
   const std::size_t countSize = wide ? 8 : 2;
@@ -112,7 +112,7 @@ Status CountFrames(Bytes& file, int& frames) {
       count = GifFrames(bytes);
       break;
     case Format::Tiff:
-      count = TiffPages(bytes);
+      count = TiffDirectories(bytes);
       break;
     case Format::Png:
       count = PngFrames(bytes);

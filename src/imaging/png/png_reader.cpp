@@ -234,7 +234,7 @@ Status PngReader::SkipRows(int count) {
 }
 
 Status PngReader::ReadPart(int left, int width, unsigned char* out) {
-  const unsigned char* row = nullptr;
+  const unsigned char* row = rows_.data();
   if (Status read = NextRow(row); !read) return read;
   const std::size_t pixelBytes = rowBytes_ / static_cast<std::size_t>(facts_.size.width);
   return Convert(row + static_cast<std::size_t>(left) * pixelBytes, width, out);

@@ -9,12 +9,19 @@
 #include "base/number_text.h"
 #include "base/path_text.h"
 #include "base/utf8.h"
+#include "job/settings/lists.h"
 
 namespace quillon::job {
 namespace {
 
-std::string NewSizeOrPages(const FileRow& row) {
-  if (row.newBytes > 0) return KbText(row.newBytes);
+constexpr std::size_t kCounted = 6;  // the column that shows pages or frames in the modes that count them
+
+// Returns what the header of the column says, since rows may have both.
+std::string NewSizeOrPages(const FileRow& row, const std::vector<std::string>& headers) {
+  static const std::string newSize = ListHeaders(CutMode::Normal)[kCounted];
+  if (headers.size() <= kCounted || headers[kCounted] == newSize) {
+    return row.newBytes > 0 ? KbText(row.newBytes) : std::string();
+  }
   return row.pages > 0 ? std::to_string(row.pages) : std::string();
 }
 
@@ -43,8 +50,8 @@ std::string FileList::Cell(std::size_t row, std::size_t column) const {
       return std::to_string(file.height);
     case 5:
       return KbText(file.bytes);
-    case 6:
-      return NewSizeOrPages(file);
+    case kCounted:
+      return NewSizeOrPages(file, grid_.Headers());
     case 7:
       return std::to_string(file.dpi);
     default:

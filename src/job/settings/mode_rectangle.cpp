@@ -60,6 +60,22 @@ base::Rect OfTiffPage(const CutGeometry& p, base::Size picture) {
   return cut;
 }
 
+int EvenSide(int begin, int length, int side) {
+  const bool raised = length % 2 != 0 && begin + length < side;
+  return raised ? length + 1 : length;
+}
+
+base::Rect WithEvenSides(base::Rect rect, base::Size picture) {
+  rect.width = EvenSide(rect.left, rect.width, picture.width);
+  rect.height = EvenSide(rect.top, rect.height, picture.height);
+  return rect;
+}
+
+base::Rect FramedRectangle(CutGeometry geometry, base::Size picture, Pass pass) {
+  geometry.ChExact = false;
+  return PlacedRectangle(geometry, picture, pass);
+}
+
 }  // namespace
 
 base::Rect RectangleOfMode(CutMode mode, const CutGeometry& geometry, base::Size picture, Pass pass) {
@@ -67,12 +83,10 @@ base::Rect RectangleOfMode(CutMode mode, const CutGeometry& geometry, base::Size
   if (!paged) return PlacedRectangle(geometry, picture, pass);
   if (geometry.SkipCutThisImage) return {0, 0, picture.width, picture.height};
   if (mode == CutMode::Pdf) return ByPercent(geometry, {geometry.MR, geometry.MB}, picture);
-  if (geometry.ChAsFramed) {
-    CutGeometry framed = geometry;
-    framed.ChExact = false;
-    return PlacedRectangle(framed, picture, pass);
-  }
-  return mode == CutMode::Tiff ? OfTiffPage(geometry, picture) : OfFrames(geometry, picture);
+  const base::Rect cut = geometry.ChAsFramed     ? FramedRectangle(geometry, picture, pass)
+                         : mode == CutMode::Tiff ? OfTiffPage(geometry, picture)
+                                                 : OfFrames(geometry, picture);
+  return mode == CutMode::Gif ? WithEvenSides(cut, picture) : cut;
 }
 
 }  // namespace quillon::job

@@ -15,6 +15,7 @@ namespace quillon::job {
 //
 // - Modes 1 and 2 (gif, png): left and top are ML and MT. From the width go left and a right remainder: FixW with
 //   ChFixCut, else MR; from the height top and FixH or MB. With ChCutA all of them are pixels, without it per cent.
+//   In mode 1 odd sides are raised by one, each on its own, unless they would then pass the edge of the picture.
 // - Mode 3 (pdf): left, top and both remainders MR and MB are always per cent, even with ChCutA and ChFixCut.
 // - Mode 5 (tiff): with ChFixCut, ML and MT are per cent and the size is FixW x FixH. Else with ChCutA, ML and MT are
 //   pixels, and the number that is spelt by the texts of ML and MR together (10 and 20 give 1020) goes from the width,

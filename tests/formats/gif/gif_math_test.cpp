@@ -9,14 +9,6 @@ namespace {
 
 using base::Rect;
 
-TEST(GifMath, OddSidesAreRaisedInsideThePicture) {
-  EXPECT_EQ(WithEvenSides({3, 5, 101, 51}, {200, 100}), (Rect{3, 5, 102, 52}));
-  EXPECT_EQ(WithEvenSides({3, 5, 100, 50}, {200, 100}), (Rect{3, 5, 100, 50}));
-  EXPECT_EQ(WithEvenSides({0, 0, 101, 51}, {101, 100}), (Rect{0, 0, 101, 52}));
-  EXPECT_EQ(WithEvenSides({3, 49, 101, 51}, {200, 100}), (Rect{3, 49, 102, 51}));
-  EXPECT_EQ(WithEvenSides({98, 99, 1, 1}, {100, 101}), (Rect{98, 99, 2, 2}));
-}
-
 TEST(GifMath, ALogoDoesNotTouchTheUpperLeftEdge) {
   EXPECT_EQ(LogoRegion({0, 0, 20, 10}, {100, 80}), (Rect{1, 1, 20, 10}));
   EXPECT_EQ(LogoRegion({1, 7, 20, 10}, {100, 80}), (Rect{1, 7, 20, 10}));

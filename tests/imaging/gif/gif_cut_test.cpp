@@ -132,14 +132,6 @@ TEST(GifCut, KeepsAnIndexThatTheTableDoesNotHave) {
   ExpectCut(FilmBytes(film), {1, 1, 4, 4});
 }
 
-TEST(GifCut, RaisesOddSidesInsideTheScreen) {
-  const base::Size screen{101, 50};
-  EXPECT_EQ(EvenSides({0, 0, 51, 21}, screen), (base::Rect{0, 0, 52, 22}));
-  EXPECT_EQ(EvenSides({10, 9, 52, 22}, screen), (base::Rect{10, 9, 52, 22}));
-  EXPECT_EQ(EvenSides({0, 29, 101, 21}, screen), (base::Rect{0, 29, 101, 21}));
-  EXPECT_EQ(EvenSides({50, 28, 51, 21}, screen), (base::Rect{50, 28, 51, 22}));
-}
-
 // --- Bad input.
 
 std::string Small() {

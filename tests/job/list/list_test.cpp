@@ -51,13 +51,15 @@ TEST_F(FileListTest, SizesAreInKbWithTwoDecimals) {
   EXPECT_EQ(KbText(1034), "1.01");
 }
 
-TEST_F(FileListTest, PagesAreShownInTheColumnOfTheNewSize) {
+TEST_F(FileListTest, PagesAreShownIfTheColumnIsHeadedByThem) {
   FileRow row;
   row.pages = 3;
   list.AppendPath("/pics/a.gif", std::move(row));
-  EXPECT_EQ(list.Cell(0, 6), "3");
+  EXPECT_EQ(list.Cell(0, 6), "");
   list.SetResult(0, Result::Written, "", 512);
   EXPECT_EQ(list.Cell(0, 6), "0.5");
+  grid.SetHeaders(ListHeaders(CutMode::Gif));
+  EXPECT_EQ(list.Cell(0, 6), "3");
 }
 
 TEST_F(FileListTest, AResultIsKeptWithItsReason) {

@@ -61,12 +61,12 @@ void ExpectOfFrames(const std::vector<ModeCase>& cases) {
 TEST(RectangleOfMode, FramesLoseTheMarginsWithoutAFixedCut) {
   ExpectOfFrames({
       {"pixels", {}, Pixels(10, 20, 30, 40), {100, 200}, {10, 20, 60, 140}},
-      {"narrower than the fixed size", {}, Pixels(0, 0, 0, 5), {320, 240}, {0, 0, 320, 235}},
+      {"narrower than the fixed size", {}, Pixels(0, 0, 0, 6), {320, 240}, {0, 0, 320, 234}},
       {"ties to even", {}, Pixels(0.5, 1.5, 0, 0), {100, 200}, {0, 2, 100, 198}},
       {"options of other modes", {}, WithAll(Pixels(10, 20, 30, 40)), {100, 200}, {10, 20, 60, 140}},
       {"per cent", {}, Percent(10, 20, 30, 40), {1000, 500}, {100, 100, 600, 200}},
       {"fractions of per cent", {}, Percent(12.5, 0, 12.5, 0), {800, 600}, {100, 0, 600, 600}},
-      {"rounded on its own", {}, Percent(10, 10, 10, 10), {335, 333}, {34, 33, 268, 267}},
+      {"rounded on its own", {}, Percent(10, 10, 10, 10), {335, 334}, {34, 33, 268, 268}},
   });
 }
 
@@ -77,6 +77,16 @@ TEST(RectangleOfMode, FramesLoseTheFixedSizeWithAFixedCut) {
       {"sides below 0", {}, Fixed(Pixels(90, 10, 0, 0), 20, 200), {100, 200}, {90, 10, -10, -10}},
       {"nothing left", {}, Fixed(Pixels(0, 0, 0, 0), 100, 200), {100, 200}, {0, 0, 0, 0}},
       {"per cent", {}, Fixed(Percent(10, 20, 77, 77), 30, 40), {1000, 500}, {100, 100, 600, 200}},
+  });
+}
+
+TEST(RectangleOfMode, OddSidesOfAGifAreRaisedInsideThePicture) {
+  Expect({
+      {"both", CutMode::Gif, Pixels(3, 5, 96, 44), {200, 100}, {3, 5, 102, 52}},
+      {"even already", CutMode::Gif, Pixels(3, 5, 97, 45), {200, 100}, {3, 5, 100, 50}},
+      {"whole width", CutMode::Gif, Pixels(0, 0, 0, 49), {101, 100}, {0, 0, 101, 52}},
+      {"to the lower edge", CutMode::Gif, Pixels(3, 49, 96, 0), {200, 100}, {3, 49, 102, 51}},
+      {"png", CutMode::Png, Pixels(3, 5, 96, 44), {200, 100}, {3, 5, 101, 51}},
   });
 }
 
