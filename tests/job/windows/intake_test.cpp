@@ -329,7 +329,7 @@ TEST_F(IntakeTest, PagedModesAcceptFilesOfSeveralPages) {
   flags.OutDpi = 200;
   List({gif});
   ASSERT_EQ(program.files.RowCount(), 1u);
-  EXPECT_EQ(program.files.Cell(0, 6), "7");
+  EXPECT_EQ(program.files.Row(0).pages, 7);
   EXPECT_EQ(counter.asked[1].dpi, 200);
 }
 
@@ -361,7 +361,7 @@ TEST_F(IntakeTest, PdfsAreListedWithTheSizeOfTheirFirstPage) {
   EXPECT_EQ(program.files.Row(0).height, 2339);
   EXPECT_EQ(program.files.Row(0).dpi, 200);
   EXPECT_EQ(flags.InfoWidth, "1654");
-  EXPECT_EQ(program.files.Cell(0, 6), "1");
+  EXPECT_EQ(program.files.Row(0).pages, 1);
   counter.first = {};
   world.boxes.Forget();
   List({pdf});
