@@ -15,6 +15,8 @@ constexpr double kTolerance = 1e-6;
 
 }  // namespace
 
+std::string SizeText(Size size) { return std::to_string(size.width) + "x" + std::to_string(size.height); }
+
 Rect Intersection(Rect a, Rect b) {
   const std::int64_t left = std::max(a.left, b.left);
   const std::int64_t top = std::max(a.top, b.top);

@@ -2,6 +2,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include <string>
+
 namespace quillon::base {
 
 // A rectangle in pixels of the picture that it belongs to. The right and bottom edges are exclusive.
@@ -24,6 +26,9 @@ struct Size {
   bool Empty() const { return width <= 0 || height <= 0; }
   bool operator==(const Size&) const = default;
 };
+
+// Returns the size as sentences for users show it: "413x626".
+std::string SizeText(Size size);
 
 // Returns the overlap of two rectangles, or 0 x 0 if there is none. Computed with 64 bits, so it cannot overflow.
 Rect Intersection(Rect a, Rect b);

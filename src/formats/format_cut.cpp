@@ -2,8 +2,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "formats/format_cut.h"
 
-#include <string_view>
-
 #include "job/cut/cut_steps.h"
 #include "job/program.h"
 #include "job/settings/cut_settings.h"
@@ -20,6 +18,21 @@ constexpr const char* kOpenQuestion = "要打开输出目录吗？";
 
 }  // namespace
 
+Step Measure(CutFile& file) {
+  imaging::ImageFacts facts;
+  const host::Status measured = file.program.images.ImageInfo(file.Src, facts);
+  if (!measured) return Fail(file, measured);
+  file.format = facts.format;
+  file.W = facts.width;
+  file.H = facts.height;
+  return Step::Next;
+}
+
+job::RunEnd EndOfRun(const job::Program& program) {
+  if (program.form1.ChOver.On()) return {kDone};
+  return {std::string(kDone) + "\r\n" + kOpenQuestion, job::RunEnd::Then::OfferFolder, program.form1.LOutDir.Value()};
+}
+
 job::RunNeeds FormatCut::Needs() const {
   const bool manual = program_.flags.ManualCutMode;
   job::RunNeeds needs;
@@ -28,9 +41,7 @@ job::RunNeeds FormatCut::Needs() const {
   needs.ensured.push_back(job::Need::Files);
   if (!program_.form1.ChOver.On()) needs.ensured.push_back(job::Need::OutputFolder);
   needs.decisions = manual;
-  for (const std::string_view name : {"FGifCut", "FBaseOpt", "FCutPre", "FTiffOps", "FPdfOps", "FArray"}) {
-    if (name != "FCutPre" || !manual) needs.hidden.emplace_back(name);
-  }
+  needs.hidden = job::WindowsHiddenInCut(program_.flags);
   return needs;
 }
 
@@ -61,15 +72,6 @@ Step FormatCut::Steps(CutFile& file) {
   return FindRectangle(file) == Step::FileDone ? Step::FileDone : MakeResult(file);
 }
 
-Step FormatCut::Measure(CutFile& file) const {
-  imaging::ImageFacts facts;
-  if (const host::Status measured = program_.images.ImageInfo(file.Src, facts); !measured) return Fail(file, measured);
-  file.format = facts.format;
-  file.W = facts.width;
-  file.H = facts.height;
-  return Step::Next;
-}
-
 Step FormatCut::LeaveUncut(CutFile& file) const {
   if (file.settings.over || file.Dst == file.listedPath) return PassOver(file, "按“本图不裁剪”保留原文件");
   const host::Status copied = program_.saver.Deliver(file.listedPath, file.Dst);
@@ -95,9 +97,7 @@ Step FormatCut::MakeResult(CutFile& file) {
 }
 
 job::RunEnd FormatCut::End(job::RunSource source) {
-  if (source == job::RunSource::Folder) return {};
-  if (program_.form1.ChOver.On()) return {kDone};
-  return {std::string(kDone) + "\r\n" + kOpenQuestion, job::RunEnd::Then::OfferFolder, program_.form1.LOutDir.Value()};
+  return source == job::RunSource::Folder ? job::RunEnd() : EndOfRun(program_);
 }
 
 void FormatCut::Release() {

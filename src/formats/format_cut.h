@@ -12,6 +12,11 @@
 
 namespace quillon::formats {
 
+// Stores format and size of the source in file, or fails it if they cannot be read.
+job::Step Measure(job::CutFile& file);
+// Returns the box at the end of a run over the list. Unless the sources were replaced it offers the output folder.
+job::RunEnd EndOfRun(const job::Program& program);
+
 // What the drivers of the modes have in common that cut a file as a whole and keep its type: names of outputs, manual
 // frame, rectangle, and the delivery of a finished result. A source is replaced only by a finished one.
 class FormatCut : public job::RunDriver {
@@ -30,7 +35,7 @@ class FormatCut : public job::RunDriver {
  protected:
   job::Program& GetProgram() const { return program_; }
 
-  // Called for a measured source that has an output. FileDone ends the file.
+  // Called for a measured source, before its output is named. FileDone ends the file.
   virtual job::Step CheckSource(job::CutFile&) { return job::Step::Next; }
   // Changes the rectangle as the format needs it. Returns why the file cannot be cut, "" if it can.
   virtual std::string FitRectangle(base::Rect& rect, base::Size picture) const = 0;
@@ -41,7 +46,6 @@ class FormatCut : public job::RunDriver {
 
  private:
   job::Step Steps(job::CutFile& file);
-  job::Step Measure(job::CutFile& file) const;
   // Handles "本图不裁剪": the output is a copy, and with ChOver the source stays as it is.
   job::Step LeaveUncut(job::CutFile& file) const;
   job::Step FindRectangle(job::CutFile& file) const;

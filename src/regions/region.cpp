@@ -13,8 +13,6 @@ namespace {
 
 double TwoDecimals(double value) { return std::round(value * 100) / 100; }
 
-std::string SizeText(base::Size size) { return std::to_string(size.width) + "x" + std::to_string(size.height); }
-
 }  // namespace
 
 std::array<std::string, 4> FieldsOf(std::string_view row) {
@@ -44,13 +42,6 @@ Margins MarginsOf(const std::array<std::string, 4>& fields) {
 base::Rect BoxOf(const Margins& margins, Unit unit, base::Size picture) {
   const job::PreviewFrame frame = FrameOf(margins, unit, picture);
   return {base::R(frame.left), base::R(frame.top), base::R(frame.width), base::R(frame.height)};
-}
-
-std::string NothingInText(const base::Rect& box, base::Size picture) {
-  if (box.Empty()) return "区域的宽或高小于 1 像素（" + SizeText({box.width, box.height}) + "）";
-  if (picture.Empty() || job::Overlap(box, picture)) return {};
-  return "区域整个在图片之外（左 " + std::to_string(box.left) + "，上 " + std::to_string(box.top) + "，图片 " +
-         SizeText(picture) + "）";
 }
 
 job::PreviewFrame FrameOf(const Margins& margins, Unit unit, base::Size picture) {

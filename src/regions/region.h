@@ -33,12 +33,8 @@ std::string RowText(const Margins& margins);
 Margins MarginsOf(const std::array<std::string, 4>& fields);
 
 // Returns the rectangle of a region in pixels. Left, top, width and height are each rounded on their own, ties to even.
-// Width and height may be zero or negative, and the rectangle may reach out of the picture.
+// Width and height may be zero or negative, and the rectangle may reach out of the picture; what does becomes white.
 base::Rect BoxOf(const Margins& margins, Unit unit, base::Size picture);
-
-// Returns why a region leaves nothing of a picture: it has no area, or lies wholly outside. "" if they overlap; what
-// reaches out of the picture becomes white. An empty picture counts as one of unknown size.
-std::string NothingInText(const base::Rect& box, base::Size picture);
 
 // Returns the same rectangle without rounding.
 job::PreviewFrame FrameOf(const Margins& margins, Unit unit, base::Size picture);

@@ -25,7 +25,7 @@ class FGifCut : public controls::Window {
       {.caption = "去Logo不裁剪", .tooltip = "仅以局部模糊的方式去掉Gif上的Logo图标，不进行尺寸画面裁剪"}};
 
   // Return whether the option is on and counts.
-  bool HighQuality() const { return Loaded() && ChHighGifCut.On(); }
+  bool HighQuality() const { return program_.flags.GifOptionsLoaded && ChHighGifCut.On(); }
   bool RemovesLogo() const { return HighQuality() && ChNoCutGif.On(); }
   // Returns whether the margins were changed after ChNoCutGif has set them. Those that it sets may name a region of a
   // picture that is larger than the one in the preview, which nobody wants to lose.

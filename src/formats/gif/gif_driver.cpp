@@ -18,8 +18,6 @@ using host::Status;
 constexpr const char* kPalette = "paletten.png";
 constexpr const char* kFrameTheLogo = "请在预览中框选要去掉的图标";
 
-std::string SizeText(base::Size size) { return std::to_string(size.width) + "x" + std::to_string(size.height); }
-
 bool Inside(const base::Rect& rect, base::Size picture) {
   return rect.left >= 0 && rect.top >= 0 && rect.width <= picture.width - rect.left &&
          rect.height <= picture.height - rect.top;
@@ -27,7 +25,7 @@ bool Inside(const base::Rect& rect, base::Size picture) {
 
 std::string OutsideText(const base::Rect& rect, base::Size picture) {
   return "裁剪框超出图片（左 " + std::to_string(rect.left) + "，上 " + std::to_string(rect.top) + "，大小 " +
-         SizeText({rect.width, rect.height}) + "，图片 " + SizeText(picture) + "），请检查裁剪参数";
+         base::SizeText({rect.width, rect.height}) + "，图片 " + base::SizeText(picture) + "），请检查裁剪参数";
 }
 
 }  // namespace
@@ -78,7 +76,8 @@ Status GifCut::Check(const job::CutFile& file, const std::string& target) const 
   const base::Size wanted =
       options_.RemovesLogo() ? base::Size{file.W, file.H} : base::Size{file.rect.width, file.rect.height};
   const base::Size size{facts.width, facts.height};
-  if (size != wanted) return {Problem::Damaged, "结果是 " + SizeText(size) + " 像素，应为 " + SizeText(wanted)};
+  if (size != wanted)
+    return {Problem::Damaged, "结果是 " + base::SizeText(size) + " 像素，应为 " + base::SizeText(wanted)};
   int frames = 0;
   if (Status read = images.FramesIn(target, frames); !read) return read;
   if (frames != expected) {

@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "formats/png/png_tool.h"
 
+#include "formats/format_cut.h"
 #include "job/cut/cut_steps.h"
 #include "job/program.h"
 
@@ -59,11 +60,7 @@ void PngTool::Cut(const job::RunFile& listed, const Report& report) {
 
 job::Step PngTool::Steps(job::CutFile& file) {
   using job::Step;
-  imaging::ImageFacts facts;
-  if (const host::Status measured = program_.images.ImageInfo(file.Src, facts); !measured) return Fail(file, measured);
-  file.format = facts.format;
-  file.W = facts.width;
-  file.H = facts.height;
+  if (Measure(file) == Step::FileDone) return Step::FileDone;
   if (job::KeepPages(file) == Step::FileDone || job::NameOutput(file) == Step::FileDone) return Step::FileDone;
   const base::Size size{program_.flags.FixW, program_.flags.FixH};
   imaging::PngCutRequest request{.source = file.Src, .destination = file.Dst};
@@ -94,8 +91,7 @@ std::string PngTool::CountText() const { return std::to_string(handled_) + "/" +
 
 job::RunEnd PngTool::End(job::RunSource) {
   window_.LSt.SetText("状态： 处理完毕！已处理" + CountText());
-  if (program_.form1.ChOver.On()) return {"处理完毕！"};
-  return {"处理完毕！\r\n要打开输出目录吗？", job::RunEnd::Then::OfferFolder, program_.form1.LOutDir.Value()};
+  return EndOfRun(program_);
 }
 
 }  // namespace quillon::formats

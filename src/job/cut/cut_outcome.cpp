@@ -32,8 +32,6 @@ void PlaceWhole(imaging::BorderRequest& request, const Board& board) {
   request.drawn = image;
 }
 
-std::string SizeText(base::Size size) { return std::to_string(size.width) + "x" + std::to_string(size.height); }
-
 CutOutcome None(CutOutcome outcome, std::string why) {
   outcome.size = {};
   outcome.pieces = 0;
@@ -46,7 +44,7 @@ std::string FormatFailure(const std::string& type, base::Size size) {
   const bool jpeg = type == "jpg" || type == "pdf";  // a pdf is made of a jpg
   const int most = jpeg ? imaging::Limits().jpegSide : imaging::Limits().gifSide;
   if ((!jpeg && type != "gif") || std::max(size.width, size.height) <= most) return {};
-  return "成品为 " + SizeText(size) + " 像素，" + type + " 的宽和高最多 " + std::to_string(most) +
+  return "成品为 " + base::SizeText(size) + " 像素，" + type + " 的宽和高最多 " + std::to_string(most) +
          " 像素，请换一种输出类型";
 }
 
@@ -138,16 +136,13 @@ void PlaceInBorder(const CutSettings& settings, const Board& board, Turned turne
 }
 
 std::string NothingToCutText(const base::Rect& cut, base::Size picture) {
-  constexpr const char* kCheck = "，请检查裁剪参数";
-  if (cut.Empty()) return "裁剪框的宽或高小于 1 像素（" + SizeText({cut.width, cut.height}) + "）" + kCheck;
-  if (picture.Empty() || Overlap(cut, picture)) return {};
-  return "裁剪框整个在图片之外（左 " + std::to_string(cut.left) + "，上 " + std::to_string(cut.top) + "，图片 " +
-         SizeText(picture) + "）" + kCheck;
+  const std::string why = NothingInText("裁剪框", cut, picture);
+  return why.empty() ? why : why + "，请检查裁剪参数";
 }
 
 std::string SplitFailure(const CutSettings& settings, base::Size cut) {
   if (settings.columns <= cut.width && settings.rows <= cut.height) return {};
-  return "裁剪后的图片为 " + SizeText(cut) + " 像素，分不成 " + std::to_string(settings.columns) + " 列 " +
+  return "裁剪后的图片为 " + base::SizeText(cut) + " 像素，分不成 " + std::to_string(settings.columns) + " 列 " +
          std::to_string(settings.rows) + " 行";
 }
 

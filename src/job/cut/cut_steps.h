@@ -5,6 +5,7 @@
 #include <cstddef>
 #include <optional>
 #include <string>
+#include <vector>
 
 #include "imaging/services.h"
 #include "job/cut/cut_file.h"
@@ -12,6 +13,10 @@
 
 // The steps that are executed for one file, in their order.
 namespace quillon::job {
+
+// --- Before the run.
+// Returns the windows with options that are hidden during a cut. A manual cut keeps the preview.
+std::vector<std::string> WindowsHiddenInCut(const Flags& flags);
 
 // --- Before the cut.
 Step MeasureSource(CutFile& file);

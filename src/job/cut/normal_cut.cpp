@@ -21,6 +21,12 @@ void EndHelpers(host::Host& host) {
 
 }  // namespace
 
+std::vector<std::string> WindowsHiddenInCut(const Flags& flags) {
+  std::vector<std::string> windows = {"FGifCut", "FBaseOpt", "FTiffOps", "FPdfOps", "FArray"};
+  if (!flags.ManualCutMode) windows.emplace_back("FCutPre");
+  return windows;
+}
+
 NormalCut::NormalCut(Program& program) : program_(program) {}
 
 // An option without its engine is refused when it is chosen; the engine may be missing only later.
@@ -35,9 +41,7 @@ RunNeeds NormalCut::Needs() const {
   if (flags.ToCmyk || Selected<OutType>(form.CmbOutType) == OutType::Pdf) needs.ensured.push_back(Need::OutputTools);
   needs.ensured.push_back(Need::Files);
   if (!form.ChOver.On() || array) needs.ensured.push_back(Need::OutputFolder);
-  for (const std::string_view name : {"FGifCut", "FBaseOpt", "FCutPre", "FTiffOps", "FPdfOps", "FArray"}) {
-    if (name != "FCutPre" || !flags.ManualCutMode) needs.hidden.emplace_back(name);
-  }
+  needs.hidden = WindowsHiddenInCut(flags);
   return needs;
 }
 

@@ -212,6 +212,13 @@ bool Overlap(const base::Rect& cut, base::Size picture) {
   return meets(cut.left, cut.width, picture.width) && meets(cut.top, cut.height, picture.height);
 }
 
+std::string NothingInText(const std::string& what, const base::Rect& cut, base::Size picture) {
+  if (cut.Empty()) return what + "的宽或高小于 1 像素（" + base::SizeText({cut.width, cut.height}) + "）";
+  if (picture.Empty() || Overlap(cut, picture)) return {};
+  return what + "整个在图片之外（左 " + std::to_string(cut.left) + "，上 " + std::to_string(cut.top) + "，图片 " +
+         base::SizeText(picture) + "）";
+}
+
 bool NeedRotate(int width, int height, int rule, double angle) {
   if (angle == 0) return false;
   switch (rule) {

@@ -4,6 +4,7 @@
 
 #include <array>
 #include <optional>
+#include <string>
 #include <string_view>
 
 #include "base/rect.h"
@@ -105,6 +106,9 @@ base::Rect PlacedRectangle(CutGeometry geometry, base::Size picture, Pass pass =
 
 // Returns whether a picture of that size has a pixel in common with the rectangle. Both must have an area.
 bool Overlap(const base::Rect& cut, base::Size picture);
+// Returns why such a rectangle, which `what` names, gives no file: it has no area, or it is wholly outside. Returns ""
+// if it holds a pixel of the picture. Nothing is known to be outside a picture without area.
+std::string NothingInText(const std::string& what, const base::Rect& cut, base::Size picture);
 
 // Returns whether rule 1..5 turns a picture of that size by angle; false for any other rule and for angle 0.
 bool NeedRotate(int width, int height, int rule, double angle);

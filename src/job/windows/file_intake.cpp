@@ -394,7 +394,7 @@ bool FileIntake::FolderExists(const std::string& folder) const {
   return program_.disks.AskFolder(folder) && program_.host.files.IsFolder(folder);
 }
 
-// caption: the folder of a label, or its placeholder if no folder was chosen.
+// caption: the folder of a label, or its first text if no folder was chosen.
 void FileIntake::WarnFolder(const char* what, const std::string& caption) {
   std::string text = caption + "！";
   if (caption != kNoInputFolder && caption != kNoOutputFolder) {

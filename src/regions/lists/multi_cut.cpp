@@ -23,8 +23,6 @@ constexpr const char* kStopped = "已停止，未处理";
 constexpr const char* kRestStopped = "已停止，其余区域没有处理";
 constexpr const char* kPdfPicture = "jpg";  // the type of the picture of which a pdf is made
 
-std::string SizeText(base::Size size) { return std::to_string(size.width) + "x" + std::to_string(size.height); }
-
 // A doubled separator inside a path counts as one.
 std::string WithoutDoubledSeparators(std::string path) {
   for (std::size_t at = path.find("//"); at != std::string::npos; at = path.find("//", at)) path.erase(at, 1);
@@ -108,7 +106,8 @@ std::string MultiCut::Refusal(const Source& source) {
   }
   const base::Size now{facts.width, facts.height};
   if (now == source.size) return {};
-  return "图片已被换成另一张（列表中 " + SizeText(source.size) + "，现在 " + SizeText(now) + "），请重新添加";
+  return "图片已被换成另一张（列表中 " + base::SizeText(source.size) + "，现在 " + base::SizeText(now) +
+         "），请重新添加";
 }
 
 std::vector<std::string> MultiCut::Outputs(const std::string& path) const {
@@ -216,7 +215,7 @@ void MultiCut::ShowRegion(const Source& source, std::size_t number) {
 
 std::string MultiCut::CutRegion(RegionSource& picture, const Source& source, RegionCut& cut, std::string& output,
                                 std::string& notes) {
-  if (std::string why = NothingInText(cut.box, source.size); !why.empty()) return why;
+  if (std::string why = job::NothingInText("区域", cut.box, source.size); !why.empty()) return why;
   // Another listed picture must not be overwritten.
   if (ledger_->IsOtherSource(output, source.path)) {
     return "会覆盖另一个文件 " + base::DisplayText(output) + "，已跳过";

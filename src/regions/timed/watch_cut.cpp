@@ -26,7 +26,7 @@ bool NotWhole(const host::Status& status) {
 
 // Fails for a region that would be only white, because it lies wholly outside the picture.
 host::Status CheckInside(const RegionCut& cut, base::Size picture) {
-  const std::string why = NothingInText(cut.box, picture);
+  const std::string why = job::NothingInText("区域", cut.box, picture);
   return why.empty() ? host::Status::Ok() : host::Status(Problem::Other, why);
 }
 

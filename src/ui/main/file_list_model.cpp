@@ -35,7 +35,7 @@ std::int64_t PixelsOf(const std::optional<job::CutOutcome>& outcome) {
   return outcome ? std::int64_t{outcome->size.width} * outcome->size.height : 0;
 }
 
-QString SizeText(base::Size size) { return QStringLiteral("%1×%2").arg(size.width).arg(size.height); }
+QString ShownSize(base::Size size) { return QStringLiteral("%1×%2").arg(size.width).arg(size.height); }
 
 }  // namespace
 
@@ -149,7 +149,7 @@ void FileListModel::ShowOutcomes() {
 
 QString OutcomeText(const job::CutOutcome& outcome) {
   if (!outcome.why.empty()) return QStringLiteral("裁不出图");
-  const QString size = SizeText(outcome.size);
+  const QString size = ShownSize(outcome.size);
   return outcome.pieces > 1 ? QStringLiteral("%1 张 %2").arg(outcome.pieces).arg(size) : size;
 }
 

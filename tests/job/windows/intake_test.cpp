@@ -54,6 +54,12 @@ class IntakeTest : public CutTest {
       if (titles.empty() || titles.back() != window.Title()) titles.push_back(window.Title());
     });
   }
+  // In one of the modes that list files of several pages, without its window.
+  void EnterPagedMode(int mode, PageCounter& counter) {
+    program.pageCounter = &counter;
+    form.CmbCutMode.SetHandler({});
+    form.CmbCutMode.Select(mode);
+  }
   // Leaves nothing of the size of a picture under its name.
   std::string Broken(const std::string& name) { return world.folder.Write("in/" + name, "no picture at all"); }
 
@@ -310,9 +316,7 @@ TEST_F(IntakeTest, PagedModesAskForTheirEngine) {
 
 TEST_F(IntakeTest, PagedModesAcceptFilesOfSeveralPages) {
   PageNumbers counter;
-  program.pageCounter = &counter;
-  form.CmbCutMode.SetHandler({});
-  form.CmbCutMode.Select(1);
+  EnterPagedMode(1, counter);
   const std::string gif = Make("a.gif", 50, 40);
   flags.OutDpi = 0;
   List({gif});
@@ -335,9 +339,7 @@ TEST_F(IntakeTest, PagedModesAcceptFilesOfSeveralPages) {
 
 TEST_F(IntakeTest, ATiffOfOnePageIsNotListed) {
   PageNumbers counter;
-  program.pageCounter = &counter;
-  form.CmbCutMode.SetHandler({});
-  form.CmbCutMode.Select(5);
+  EnterPagedMode(5, counter);
   const std::string tif = Make("a.tif");
   List({tif});
   EXPECT_EQ(program.files.RowCount(), 0u);
@@ -349,9 +351,7 @@ TEST_F(IntakeTest, ATiffOfOnePageIsNotListed) {
 
 TEST_F(IntakeTest, PdfsAreListedWithTheSizeOfTheirFirstPage) {
   PageNumbers counter;
-  program.pageCounter = &counter;
-  form.CmbCutMode.SetHandler({});
-  form.CmbCutMode.Select(3);
+  EnterPagedMode(3, counter);
   flags.OutDpi = 200;
   const std::string pdf = world.folder.Write("in/a.pdf", "%PDF-1.7\n%%EOF\n");
   counter.first = {1654, 2339};
@@ -371,9 +371,7 @@ TEST_F(IntakeTest, PdfsAreListedWithTheSizeOfTheirFirstPage) {
 
 TEST_F(IntakeTest, AFileWhosePagesCannotBeCountedIsNamedAndTheOthersAreListed) {
   PageNumbers counter;
-  program.pageCounter = &counter;
-  form.CmbCutMode.SetHandler({});
-  form.CmbCutMode.Select(3);
+  EnterPagedMode(3, counter);
   const std::string locked = world.folder.Write("in/locked.pdf", "%PDF-1.7\n%%EOF\n");
   counter.why = "Pdf 有密码";
   List({locked});
@@ -390,9 +388,7 @@ TEST_F(IntakeTest, AFileWhosePagesCannotBeCountedIsNamedAndTheOthersAreListed) {
 
 TEST_F(IntakeTest, AFileOfOnePageIsReported) {
   PageNumbers counter;
-  program.pageCounter = &counter;
-  form.CmbCutMode.SetHandler({});
-  form.CmbCutMode.Select(5);
+  EnterPagedMode(5, counter);
   const std::string tif = Make("a.tif");
   List({tif});
   EXPECT_EQ(recorder.filteredOut, (std::vector<std::pair<std::string, std::string>>{{tif, "只有一页，没有加入列表"}}));

@@ -12,7 +12,7 @@ namespace quillon::ui {
 namespace {
 
 constexpr int kBatchMilliseconds = 30;   // short enough that a growing list looks smooth
-constexpr int kStillMilliseconds = 300;  // rows that a user reads do not jump while a run reports its results
+constexpr int kStillMilliseconds = 300;  // the time without a new result until a sorted view is sorted again
 
 int Count(std::size_t rows) {
   return static_cast<int>(std::min<std::size_t>(rows, static_cast<std::size_t>(std::numeric_limits<int>::max())));
