@@ -103,9 +103,15 @@ Files::Files(Disk& disk) : disk_(disk), syncs_(std::make_unique<SyncQueue>(disk)
 Files::~Files() = default;
 
 std::optional<FileFacts> Files::Stat(const std::string& path) const {
-  DiskFacts facts;
-  if (disk_.Stat(path, facts) < 0) return std::nullopt;
-  return FileFacts{facts.kind, facts.size, facts.modified, facts.device, facts.inode, facts.changed};
+  FileFacts facts;
+  return Find(path, facts) ? std::optional(facts) : std::nullopt;
+}
+
+Status Files::Find(const std::string& path, FileFacts& facts) const {
+  DiskFacts found;
+  if (const int result = disk_.Stat(path, found); result < 0) return Status::FromErrno(-result);
+  facts = {found.kind, found.size, found.modified, found.device, found.inode, found.changed};
+  return Status::Ok();
 }
 
 bool Files::IsFile(const std::string& path) const {

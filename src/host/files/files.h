@@ -97,6 +97,8 @@ class Files {
 
   // Returns the attributes of a path, with links followed; nullopt if it does not exist or cannot be read.
   std::optional<FileFacts> Stat(const std::string& path) const;
+  // As Stat, with the reason. Fails with Missing if nothing has that name.
+  Status Find(const std::string& path, FileFacts& facts) const;
   bool IsFile(const std::string& path) const;
   bool IsFolder(const std::string& path) const;
   // Returns true if both paths lead to the same file, with links followed. Equal ones do, even if it cannot be read.

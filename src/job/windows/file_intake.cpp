@@ -266,15 +266,19 @@ void FileIntake::Admit(const std::vector<std::string>& items) {
   std::vector<std::string> roots;
   for (const std::string& item : items) {
     const std::string path = host::AbsolutePath(item);
-    const host::Status answered = DiskAnswers(path);
-    const auto facts = answered ? program_.host.files.Stat(path) : std::nullopt;
-    const bool folder = facts && facts->kind == host::FileKind::Folder;
-    if (!folder && !(facts ? OwnsFile(path) : IsOurs(path))) {
+    host::FileFacts facts;
+    host::Status found = DiskAnswers(path);
+    if (found) found = program_.host.files.Find(path, facts);
+    const bool missing = found.GetProblem() == host::Problem::Missing;
+    const bool folder = found && facts.kind == host::FileKind::Folder;
+    // Others list only their part of a folder. One that cannot be reached from here alone may have a part for us.
+    const bool maybeFolder = folder || (!found && !missing && !Accepts(path));
+    if (!maybeFolder && !(found ? OwnsFile(path) : IsOurs(path))) {
       ++program_.leftToOthers;
-    } else if (!answered) {
-      ReportNotListed(path, answered.Why());
-    } else if (!facts) {
+    } else if (missing) {
       ReportNotListed(path, "找不到这个文件或文件夹");
+    } else if (!found) {
+      ReportNotListed(path, found.Why());
     } else if (folder || Accepts(path)) {
       roots.push_back(path);
     } else {

@@ -640,6 +640,20 @@ TEST_F(SharedIntakeTest, ResultsOfOthersAreNotListed) {
   EXPECT_EQ(ListShares({world.folder.Path("in")}).size(), 9u) << "nothing goes to the output folder";
 }
 
+TEST_F(SharedIntakeTest, AFolderThatCannotBeReachedIsReportedByEachShare) {
+  const std::string circle = world.folder.Path("circle");
+  std::filesystem::create_symlink(circle, circle);
+  EXPECT_TRUE(ListShares({circle}).empty());
+  ASSERT_EQ(recorder.notListed.size(), 2u) << "each has a part of it";
+  EXPECT_EQ(recorder.notListed[0].first, circle);
+  EXPECT_NE(recorder.notListed[0].second, "找不到这个文件或文件夹");
+}
+
+TEST_F(SharedIntakeTest, AMissingFolderIsReportedOnce) {
+  EXPECT_TRUE(ListShares({world.folder.Path("nothing")}).empty());
+  EXPECT_EQ(recorder.notListed.size(), 1u);
+}
+
 TEST_F(SharedIntakeTest, AFolderThatReceivesTheResultsIsRefusedOnce) {
   Put("LOutDir", world.folder.Path("in"));
   EXPECT_TRUE(ListShares({world.folder.Path("in")}).empty());
