@@ -208,7 +208,7 @@ TEST_F(BadInputTest, ALinkThatLeadsToItself) {
   const std::string bad = folder.Path("in/1.jpg");
   fs::create_symlink(bad, bad);
   const Ran ran = Run(Cut({Picture("in/0.bmp"), bad, Picture("in/9.bmp")}, {"--json"}));
-  EXPECT_EQ(FileEvent(ran, bad).value("why", ""), "找不到这个文件或文件夹");
+  EXPECT_EQ(FileEvent(ran, bad).value("why", ""), "链接太多或互相指向");
   EXPECT_EQ(ran.exit, 1);
   ExpectTheOthers(ran);
 }

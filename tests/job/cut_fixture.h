@@ -193,6 +193,14 @@ class CutTest : public StartedTest {
   }
 
   void List(const std::vector<std::string>& paths) { program.Intake().Admit(paths); }
+  // The names in the list, from the first row on.
+  std::vector<std::string> ListedNames() const {
+    std::vector<std::string> names;
+    for (std::size_t row = 0; row < program.files.RowCount(); ++row) {
+      names.push_back(program.files.Row(row).name + "." + program.files.Row(row).extension);
+    }
+    return names;
+  }
   void Cut() { Click("menuNormalCut"); }
   // Returns the reasons of all rows, for messages of failed tests.
   std::string Whys() const {

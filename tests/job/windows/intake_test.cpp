@@ -40,13 +40,6 @@ class PageNumbers final : public PageCounter {
 
 class IntakeTest : public CutTest {
  protected:
-  std::vector<std::string> Names() const {
-    std::vector<std::string> names;
-    for (std::size_t row = 0; row < program.files.RowCount(); ++row) {
-      names.push_back(program.files.Row(row).name + "." + program.files.Row(row).extension);
-    }
-    return names;
-  }
   const std::vector<host::testing::ScriptedBoxes::Shown>& Boxes() const { return world.boxes.All(); }
   // Every title that the window had.
   void WatchTitles() {
@@ -116,7 +109,7 @@ TEST_F(IntakeTest, AddFilesByDialog) {
   world.dialogs.ChooseFiles({one, two});
   WatchTitles();
   Click("MenuAddFiles");
-  EXPECT_EQ(Names(), (std::vector<std::string>{"one.jpg", "two.png"}));
+  EXPECT_EQ(ListedNames(), (std::vector<std::string>{"one.jpg", "two.png"}));
   EXPECT_EQ(world.dialogs.All().at(0).filterOrInitial, program.Intake().Filter());
   EXPECT_EQ(titles.front(), "  添加文件列表中...Quillon");
   EXPECT_EQ(form.Title(), "Quillon");
@@ -178,7 +171,7 @@ TEST_F(IntakeTest, ReadFilesNeedsAnInputFolder) {
   EXPECT_EQ(Boxes()[0].box.text, "输入目录不存在：/nowhere/at all");
   EXPECT_EQ(form.LInDir.Value(), world.folder.Path("in"));
   EXPECT_EQ(program.Setting("LInDir"), world.folder.Path("in"));
-  EXPECT_EQ(Names(), std::vector<std::string>{"a.jpg"});
+  EXPECT_EQ(ListedNames(), std::vector<std::string>{"a.jpg"});
 }
 
 TEST_F(IntakeTest, ReadFilesFollowsChSubFold) {
@@ -188,14 +181,14 @@ TEST_F(IntakeTest, ReadFilesFollowsChSubFold) {
   Put("LInDir", world.folder.Path("in"));
   WatchTitles();
   Click("MenuReadFiles");
-  EXPECT_EQ(Names(), std::vector<std::string>{"a.jpg"});
+  EXPECT_EQ(ListedNames(), std::vector<std::string>{"a.jpg"});
   EXPECT_EQ(titles.front(), "  文件自动读取中...已读取：1Quillon");
   EXPECT_EQ(form.Title(), "Quillon");
   EXPECT_TRUE(Boxes().empty());
   program.files.Clear();
   Put("ChSubFold", "1");
   Click("MenuReadFiles");
-  EXPECT_EQ(Names(), (std::vector<std::string>{"a.jpg", "b.jpg"}));
+  EXPECT_EQ(ListedNames(), (std::vector<std::string>{"a.jpg", "b.jpg"}));
 }
 
 TEST_F(IntakeTest, RowsAppearAsTheyCome) {
@@ -246,7 +239,7 @@ TEST_F(IntakeTest, AFileWithoutASizeIsNamedAndTheOthersAreAdded) {
   const std::string late = Make("late.jpg");
   world.dialogs.ChooseFiles({good, bad, empty, late});
   Click("MenuAddFiles");
-  EXPECT_EQ(Names(), (std::vector<std::string>{"good.jpg", "late.jpg"}));
+  EXPECT_EQ(ListedNames(), (std::vector<std::string>{"good.jpg", "late.jpg"}));
   ASSERT_EQ(Boxes().size(), 1u);
   EXPECT_EQ(Boxes()[0].box.text, kNoSize);
   ASSERT_EQ(recorder.notListed.size(), 2u);
@@ -263,7 +256,7 @@ TEST_F(IntakeTest, AFileWithoutASizeIsNamedAndTheOthersAreAdded) {
 TEST_F(IntakeTest, OneFileWithoutASizeIsNamedWithItsReason) {
   const std::string bad = Broken("bad.jpg");
   List({bad, Make("late.jpg")});
-  EXPECT_EQ(Names(), std::vector<std::string>{"late.jpg"});
+  EXPECT_EQ(ListedNames(), std::vector<std::string>{"late.jpg"});
   EXPECT_THAT(form.LStatus.Value(), ::testing::HasSubstr("  未加入：" + bad + "（"));
 }
 
@@ -275,7 +268,7 @@ TEST_F(IntakeTest, SmallPicturesAreLeftOut) {
   Put("FBaseOpt.TSmalS(0)", "100");
   Put("FBaseOpt.TSmalS(1)", "50");
   List({small, flat, equal});
-  EXPECT_EQ(Names(), std::vector<std::string>{"equal.bmp"});
+  EXPECT_EQ(ListedNames(), std::vector<std::string>{"equal.bmp"});
   EXPECT_THAT(program.files.StatusText(), ::testing::HasSubstr("最大值：100x50像素"));
   Put("FBaseOpt.ChFilter", "0");
   List({small});
@@ -413,10 +406,10 @@ TEST_F(IntakeTest, DropYesClearsNoAppends) {
   world.boxes.Answer("注意：拖放操作", Reply::No, 1);
   world.boxes.Answer("注意：拖放操作", Reply::Yes, 1);
   program.Intake().MSF_OLEDragDrop({fresh});
-  EXPECT_EQ(Names(), (std::vector<std::string>{"old.jpg", "fresh.jpg"}));
+  EXPECT_EQ(ListedNames(), (std::vector<std::string>{"old.jpg", "fresh.jpg"}));
   EXPECT_EQ(Boxes().back().box.text, "文件拖放添加完毕！");
   program.Intake().MSF_OLEDragDrop({fresh});
-  EXPECT_EQ(Names(), std::vector<std::string>{"fresh.jpg"});
+  EXPECT_EQ(ListedNames(), std::vector<std::string>{"fresh.jpg"});
 }
 
 TEST_F(IntakeTest, DroppedFoldersAreWalkedWithTheirSubfolders) {
@@ -427,13 +420,13 @@ TEST_F(IntakeTest, DroppedFoldersAreWalkedWithTheirSubfolders) {
   ASSERT_FALSE(form.ChSubFold.On());
   world.boxes.Answer("注意：拖放操作", Reply::Yes);
   program.Intake().MSF_OLEDragDrop({text, world.folder.Path("in/tree"), lone});
-  EXPECT_EQ(Names(), (std::vector<std::string>{"a.jpg", "b.jpg", "lone.png"}));
+  EXPECT_EQ(ListedNames(), (std::vector<std::string>{"a.jpg", "b.jpg", "lone.png"}));
 }
 
 TEST_F(IntakeTest, FilesOfACommandLineAreReportedIfTheyAreNotListed) {
   const std::string text = Broken("notes.txt");
   List({world.folder.Path("in/missing.jpg"), text, Make("a.jpg")});
-  EXPECT_EQ(Names(), std::vector<std::string>{"a.jpg"});
+  EXPECT_EQ(ListedNames(), std::vector<std::string>{"a.jpg"});
   EXPECT_TRUE(Boxes().empty());
   ASSERT_EQ(recorder.notListed.size(), 2u);
   EXPECT_EQ(recorder.notListed[0].second, "找不到这个文件或文件夹");
@@ -476,7 +469,7 @@ TEST_F(IntakeTest, DeleteSelected) {
   EXPECT_EQ(program.files.RowCount(), 3u);
   form.MSF.Select(2);
   Click("MenuDelSelected");
-  EXPECT_EQ(Names(), (std::vector<std::string>{"a.jpg", "c.jpg"}));
+  EXPECT_EQ(ListedNames(), (std::vector<std::string>{"a.jpg", "c.jpg"}));
   EXPECT_EQ(form.LStatus.Value().find("文件数：2"), 0u);
 }
 
@@ -485,9 +478,9 @@ TEST_F(IntakeTest, DeletingAgainRemovesTheNextRow) {
   form.MSF.Select(2);
   Click("MenuDelSelected");
   Click("MenuDelSelected");
-  EXPECT_EQ(Names(), (std::vector<std::string>{"a.jpg", "d.jpg"}));
+  EXPECT_EQ(ListedNames(), (std::vector<std::string>{"a.jpg", "d.jpg"}));
   Click("MenuDelSelected");
-  EXPECT_EQ(Names(), std::vector<std::string>{"a.jpg"});
+  EXPECT_EQ(ListedNames(), std::vector<std::string>{"a.jpg"});
 }
 
 TEST_F(IntakeTest, DeletingSelectsTheRowThatIsShownNext) {
@@ -502,7 +495,7 @@ TEST_F(IntakeTest, SeveralSelectedRowsAreDeletedAtOnce) {
   List({Make("a.jpg"), Make("b.jpg"), Make("c.jpg"), Make("d.jpg"), Make("e.jpg")});
   Put("MSF", "4,1-2,4");
   Click("MenuDelSelected");
-  EXPECT_EQ(Names(), (std::vector<std::string>{"c.jpg", "e.jpg"}));
+  EXPECT_EQ(ListedNames(), (std::vector<std::string>{"c.jpg", "e.jpg"}));
   EXPECT_EQ(form.MSF.Selected(), 1u);
   EXPECT_EQ(form.LStatus.Value().find("文件数：2"), 0u);
 }
@@ -510,7 +503,7 @@ TEST_F(IntakeTest, SeveralSelectedRowsAreDeletedAtOnce) {
 TEST_F(IntakeTest, TheListCanBeReordered) {
   List({Make("a.jpg"), Make("b.jpg"), Make("c.jpg")});
   program.Intake().ReorderList({2, 0, 1});
-  EXPECT_EQ(Names(), (std::vector<std::string>{"c.jpg", "a.jpg", "b.jpg"}));
+  EXPECT_EQ(ListedNames(), (std::vector<std::string>{"c.jpg", "a.jpg", "b.jpg"}));
 }
 
 TEST_F(IntakeTest, ThePreviewFollowsWhatIsLeftOfTheList) {
@@ -602,107 +595,6 @@ TEST_F(IntakeTest, FoldersAreChosenAndRemembered) {
   world.dialogs.ChooseFolderNext(std::nullopt);
   Click("MenuOutDir");
   EXPECT_EQ(form.LOutDir.Value(), "/");
-}
-
-// --- What several processes share.
-
-class SharedIntakeTest : public IntakeTest {
- protected:
-  void SetUp() override {
-    IntakeTest::SetUp();
-    for (int i = 0; i < 8; ++i) Make(std::to_string(i) + ".bmp", 4, 4);
-    Make("out/result.bmp", 4, 4);
-  }
-  // What both of two shares list.
-  std::vector<std::string> ListShares(const std::vector<std::string>& paths) {
-    std::vector<std::string> all;
-    for (const std::uint64_t index : {0, 1}) {
-      program.shard = {index, 2, ""};
-      program.files.Clear();
-      List(paths);
-      for (const std::string& name : Names()) all.push_back(name);
-    }
-    std::sort(all.begin(), all.end());
-    return all;
-  }
-};
-
-TEST_F(SharedIntakeTest, ResultsOfOthersAreNotListed) {
-  Put("LOutDir", In("out"));
-  EXPECT_EQ(ListShares({world.folder.Path("in")}).size(), 8u);
-  EXPECT_EQ(ListShares({In("out/result.bmp")}), std::vector<std::string>{"result.bmp"}) << "it was named";
-  EXPECT_TRUE(recorder.notListed.empty());
-  program.shard = {};
-  program.files.Clear();
-  List({world.folder.Path("in")});
-  EXPECT_EQ(program.files.RowCount(), 9u) << "one process lists before it cuts";
-  Put("ChOver", "1");
-  EXPECT_EQ(ListShares({world.folder.Path("in")}).size(), 9u) << "nothing goes to the output folder";
-}
-
-TEST_F(SharedIntakeTest, AFolderThatCannotBeReachedIsReportedByEachShare) {
-  const std::string circle = world.folder.Path("circle");
-  std::filesystem::create_symlink(circle, circle);
-  EXPECT_TRUE(ListShares({circle}).empty());
-  ASSERT_EQ(recorder.notListed.size(), 2u) << "each has a part of it";
-  EXPECT_EQ(recorder.notListed[0].first, circle);
-  EXPECT_NE(recorder.notListed[0].second, "找不到这个文件或文件夹");
-}
-
-TEST_F(SharedIntakeTest, AMissingFolderIsReportedOnce) {
-  EXPECT_TRUE(ListShares({world.folder.Path("nothing")}).empty());
-  EXPECT_EQ(recorder.notListed.size(), 1u);
-}
-
-TEST_F(SharedIntakeTest, AFolderThatReceivesTheResultsIsRefusedOnce) {
-  Put("LOutDir", world.folder.Path("in"));
-  EXPECT_TRUE(ListShares({world.folder.Path("in")}).empty());
-  ASSERT_EQ(recorder.notListed.size(), 1u);
-  EXPECT_EQ(recorder.notListed[0], (std::pair<std::string, std::string>(world.folder.Path("in"), kSharedOutput)));
-  EXPECT_GT(program.leftToOthers, 0u);
-  EXPECT_EQ(ListShares({In("1.bmp"), In("2.bmp")}).size(), 2u) << "no folder is walked";
-  Put("LInDir", world.folder.Path("in"));
-  program.files.Clear();
-  recorder.notListed.clear();
-  for (const std::uint64_t index : {0, 1}) {
-    program.shard = {index, 2, ""};
-    Click("MenuReadFiles");
-  }
-  EXPECT_EQ(program.files.RowCount(), 0u);
-  EXPECT_EQ(recorder.notListed.size(), 1u);
-}
-
-TEST_F(SharedIntakeTest, OnlyNamedFilesMayGetAnotherNameBesideThem) {
-  Put("ChOver", "1");
-  Option("CmbExtCase", "1");
-  const std::string path = In("1.bmp");
-  program.shard = {0, 2, ""};
-  if (!program.Intake().IsOurs(path)) program.shard.index = 1;
-  Cut({path});
-  EXPECT_EQ(Totals().written, 1u) << Whys();
-  EXPECT_TRUE(world.folder.Exists("in/1.BMP"));
-  program.files.Clear();
-  Cut({world.folder.Path("in")});
-  EXPECT_GT(Totals().planned, 0u);
-  EXPECT_EQ(Totals().none + Totals().written, Totals().planned);
-  for (const FileResult& file : recorder.done) {
-    const bool named = file.source == path || file.source.ends_with(".BMP");
-    EXPECT_EQ(file.result == Result::Written, named) << file.source << file.why;
-  }
-}
-
-TEST_F(SharedIntakeTest, FilesOfAFolderGoTogetherIfOneOfThemIsHandled) {
-  Option("ChOmitFolds", "1");
-  for (const std::uint64_t index : {0, 1, 2, 3}) {
-    program.shard = {index, 4, world.folder.Path()};
-    std::size_t ours = 0;
-    for (int i = 0; i < 8; ++i) ours += program.Intake().IsOurs(In(std::to_string(i) + ".bmp"));
-    EXPECT_TRUE(ours == 0 || ours == 8) << ours;
-    program.files.Clear();
-    List({world.folder.Path("in")});
-    const std::size_t rows = program.files.RowCount();
-    EXPECT_TRUE(rows == 0 || rows == 1 || rows == 8 || rows == 9) << rows;
-  }
 }
 
 }  // namespace
