@@ -20,7 +20,6 @@ constexpr double kExifTimeout = 20;
 constexpr const char* kTiffsMaker = "DCTiffsMaker";
 constexpr const char* kTiffsMakerProgram = "DCTiffsMaker.exe";
 constexpr const char* kDone = "True";
-constexpr const char* kFullDisk = "FullDisk";
 // Part of every progress text; any other report is an error message.
 constexpr const char* kWorking = "压制";
 constexpr double kSecondsPerPage = 2;
@@ -86,8 +85,16 @@ host::Status CutCircle(Tools& tools, const std::string& source, const std::strin
 
 host::Status RunCutMedia(Tools& tools, const std::string& parameters, std::initializer_list<std::string> paths) {
   if (host::Status fits = CheckPaths(TextFormat::Quotes, "CutMedia", paths); !fits) return fits;
+  host::Host& host = tools.World();
+  // Most runs leave no answer, so that the settings are seldom written.
+  if (!ReadKey(host, key::kCutMedia).empty() && !WriteKey(host, key::kCutMedia, "")) {
+    return CommandNotWritten("CutMedia");
+  }
   if (tools.EnsureAndStart("CutMedia", parameters) != host::kStarted) return NotStarted("CutMedia");
-  return tools.Wait("CutMedia.exe") == WaitResult::Stopped ? Interrupted() : host::Status::Ok();
+  if (tools.Wait("CutMedia.exe") == WaitResult::Stopped) return Interrupted();
+  const std::string why = ReadKey(host, key::kCutMedia);
+  if (why == kFullDisk) return host::Status::FromErrno(ENOSPC);
+  return why.empty() ? host::Status::Ok() : host::Status(host::Problem::Damaged, why);
 }
 
 }  // namespace quillon::tools

@@ -35,7 +35,8 @@ host::Status RecogniseText(Tools& tools, const std::string& picture, std::string
 host::Status CutCircle(Tools& tools, const std::string& source, const std::string& target, const base::Rect& box);
 
 // Runs CutMedia with FFmpeg arguments in one text, in which paths are quoted; paths lists them for the check.
-// Succeeds if the helper ran to its end. The caller must check whether the output exists.
+// Returns the failure that the helper reports: DiskFull, or Damaged with its sentence. A helper that was killed reports
+// none, so that the caller must check whether the output exists.
 host::Status RunCutMedia(Tools& tools, const std::string& parameters, std::initializer_list<std::string> paths);
 
 }  // namespace quillon::tools

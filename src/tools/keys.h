@@ -27,8 +27,12 @@ inline constexpr const char* kQxBackImg = "QxBackImg";        // command, then "
 inline constexpr const char* kQxImgTool = "QxImgTool";        // next picture for the PDF, then the tool's answer
 inline constexpr const char* kExif = "Exif";                  // order for TessaExifHandler
 inline constexpr const char* kOcrRes = "OCRRes";              // text found by QxBackOCRer
+inline constexpr const char* kCutMedia = "CutMedia";          // why CutMedia failed, "" if it did not
 
 }  // namespace key
+
+// The answer of a helper that found the disk full; DCTiffsMaker and CutMedia give it.
+inline constexpr const char* kFullDisk = "FullDisk";
 
 // ReadKey returns "" for a missing value.
 // WriteKey returns false if the helpers cannot see the value; waiting for their answer would then be useless.

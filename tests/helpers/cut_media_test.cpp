@@ -12,6 +12,7 @@
 #include "helpers/helper_process.h"
 #include "helpers/pictures.h"
 #include "helpers/runtime/child.h"
+#include "host/testing/small_disk.h"
 
 namespace quillon::helpers {
 namespace {
@@ -103,7 +104,28 @@ TEST(CutMedia, NamesTheFrameThatIsDamaged) {
       folder.Run("CutMedia", {"-i \"" + source + "\" -vf crop=x=1:y=0:w=2:h=2 -y -q:v 0 \"" + target + "\""});
   EXPECT_EQ(ran.exit, 1);
   EXPECT_EQ(ran.err, "CutMedia: GIF 第 2 帧的数据中断，文件不完整\n");
+  EXPECT_EQ(folder.Get("CutMedia"), "GIF 第 2 帧的数据中断，文件不完整");
   EXPECT_EQ(folder.Read("out.gif"), "old");
+}
+
+// The program asks the user about it.
+TEST(CutMedia, ReportsAFullDisk) {
+  const HelperFolder folder;
+  const host::testing::SmallDisk disk(folder.Path("small"));
+  if (!disk.Mounted()) GTEST_SKIP() << "no disk can be mounted here: " << disk.Why();
+  const std::string source = folder.Write("a.gif", TwoFrames());
+  const std::string picture = folder.Path("a.png");
+  testing::Save(picture, testing::Waves(60, 40));
+  for (const std::string& path : {source, picture}) {
+    folder.Set("CutMedia", "");
+    disk.FillUntil(0);
+    const std::string target = folder.Path("small/out") + path.substr(path.size() - 4);
+    const std::string order = "-i \"" + path + "\" -vf crop=x=1:y=0:w=2:h=2 -y -q:v 0 \"" + target + "\"";
+    EXPECT_EQ(folder.Run("CutMedia", {order}).exit, 1);
+    EXPECT_EQ(folder.Get("CutMedia"), "FullDisk") << path;
+    disk.Free();
+  }
+  EXPECT_TRUE(disk.Names().empty());
 }
 
 TEST(CutMedia, LeavesTheOldResultWhenItFails) {

@@ -601,6 +601,17 @@ TEST_F(SmallCallsTest, MediaArgumentsPassThrough) {
   EXPECT_TRUE(AppHas("CutMedia.exe"));
 }
 
+TEST_F(SmallCallsTest, CutMediaSaysWhyItFailed) {
+  const auto run = [&] { return RunCutMedia(tools, "-i \"/in/a.gif\" -y \"/out/a.gif\"", {"/in/a.gif"}); };
+  WriteKey(world.host, key::kCutMedia, "of an earlier file");
+  EXPECT_TRUE(run());
+  EXPECT_EQ(ReadKey(world.host, key::kCutMedia), "");
+  world.shell.OnStart([&](const auto&) { WriteKey(world.host, key::kCutMedia, "GIF 第 2 帧没有颜色表"); });
+  EXPECT_EQ(run().Why(), "GIF 第 2 帧没有颜色表");
+  world.shell.OnStart([&](const auto&) { WriteKey(world.host, key::kCutMedia, kFullDisk); });
+  EXPECT_TRUE(run().DiskFull());
+}
+
 class TiffsMakerTest : public ToolsFixture {
  protected:
   host::Status Run(int pages = 3) {

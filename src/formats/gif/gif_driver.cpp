@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "formats/gif/gif_driver.h"
 
+#include "base/path_text.h"
 #include "formats/gif/gif_math.h"
 #include "job/cut/cut_outcome.h"
 #include "job/cut/cut_steps.h"
@@ -14,7 +15,8 @@ namespace {
 using host::Problem;
 using host::Status;
 
-// The work file of the first pass. It stays, and the next file overwrites it.
+// The work file of the first pass. It stays until the next file, so that a palette of one file is never used for
+// another one.
 constexpr const char* kPalette = "paletten.png";
 constexpr const char* kFrameTheLogo = "请在预览中框选要去掉的图标";
 
@@ -26,6 +28,13 @@ bool Inside(const base::Rect& rect, base::Size picture) {
 std::string OutsideText(const base::Rect& rect, base::Size picture) {
   return "裁剪框超出图片（左 " + std::to_string(rect.left) + "，上 " + std::to_string(rect.top) + "，大小 " +
          base::SizeText({rect.width, rect.height}) + "，图片 " + base::SizeText(picture) + "），请检查裁剪参数";
+}
+
+// Removes what an earlier file has left under the name. A folder there is none of the program's.
+Status ClearWorkFile(host::Files& files, const std::string& path) {
+  if (!files.IsFolder(path)) return files.RemoveOwn(path);
+  return {Problem::Denied, "程序文件夹里的“" + base::SplitPath(path).name + "." + base::SplitPath(path).extension +
+                               "”是文件夹，请先移走"};
 }
 
 }  // namespace
@@ -48,18 +57,20 @@ std::string GifCut::FitRectangle(base::Rect& rect, base::Size picture) const {
 Status GifCut::CutPicture(job::CutFile& file, std::string& made) {
   job::Program& program = GetProgram();
   made = program.AppPath(job::work_files::kCutFrames);
-  if (Status removed = program.host.files.RemoveOwn(made); !removed) return removed;
-  if (Status run = RunHelper(file, made); !run) return run;
-  return Check(file, made);
+  const Status run = program.saver.Save(made, [&] { return RunHelper(file, made); });
+  return run ? Check(file, made) : run;
 }
 
-// The second pass fails without a palette if it needs one, so that the first one may fail.
+// The first pass may fail: the second one needs its palette only if the frames cannot be cut without colours, and then
+// reports that there is none.
 Status GifCut::RunHelper(const job::CutFile& file, const std::string& target) {
   tools::Tools& tools = GetProgram().tools;
+  if (Status cleared = ClearWorkFile(GetProgram().host.files, target); !cleared) return cleared;
   const std::string palette = GetProgram().AppPath(kPalette);
   const auto run = [&](const std::string& text) { return tools::RunCutMedia(tools, text, {file.Src, target}); };
   if (!options_.HighQuality()) return run(CropText(file.Src, file.rect, target));
-  if (Status first = run(PaletteText(file.Src, palette)); !first) return first;
+  if (Status cleared = ClearWorkFile(GetProgram().host.files, palette); !cleared) return cleared;
+  if (Status first = run(PaletteText(file.Src, palette)); job::EndsFile(first)) return first;
   return run(options_.RemovesLogo() ? PaletteLogoText(file.Src, palette, file.rect, target)
                                     : PaletteCropText(file.Src, palette, file.rect, target));
 }

@@ -2,6 +2,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include <algorithm>
 #include <array>
+#include <cerrno>
+#include <cstring>
 #include <memory>
 #include <optional>
 #include <string>
@@ -14,6 +16,7 @@
 #include "helpers/runtime/helper.h"
 #include "imaging/crop/frame_requests.h"
 #include "imaging/io/bytes.h"
+#include "tools/keys.h"
 
 namespace quillon::helpers {
 namespace {
@@ -68,6 +71,13 @@ MediaOrder ReadMediaOrder(const std::vector<std::string>& words) {
 
 constexpr const char* kTool = "ffmpeg";
 
+// Returns the failure that the output of FFmpeg describes.
+host::Status FailureOf(const ProgramResult& result) {
+  if (!result.started) return {host::Problem::Other, "无法运行 ffmpeg"};
+  const bool full = result.output.find(std::strerror(ENOSPC)) != std::string::npos;
+  return full ? host::Status::FromErrno(ENOSPC) : host::Status(host::Problem::Other, result.output);
+}
+
 // FFmpeg finds its inputs in the program folder, so that nothing else need be readable.
 host::Status Run(Helper& helper, const MediaOrder& order) {
   host::Files& files = helper.Files();
@@ -80,7 +90,7 @@ host::Status Run(Helper& helper, const MediaOrder& order) {
   std::vector<std::string> command{kTool, "-nostdin", "-hide_banner", "-loglevel", "error"};
   command.insert(command.end(), order.words.begin(), order.words.end());
   const ProgramResult result = RunProgram(command);
-  if (!result) return {host::Problem::Other, result.started ? result.output : "无法运行 ffmpeg"};
+  if (!result) return FailureOf(result);
   if (order.output.path.empty()) return host::Status::Ok();
   return files.Copy(helper.AppPath(order.output.name), order.output.path);
 }
@@ -102,9 +112,9 @@ host::Status ChangeFrames(Helper& helper, const GifOrder& order) {
   });
 }
 
-// The parameter text holds the arguments of FFmpeg. The last one is the output; it is written under a plain name and
-// copied to its path after FFmpeg has succeeded. The frames of a GIF are changed without FFmpeg.
-host::Status Execute(Helper& helper) {
+// The last argument is the output; it is written under a plain name and copied to its path after FFmpeg has succeeded.
+// The frames of a GIF are changed without FFmpeg.
+host::Status RunOrder(Helper& helper) {
   if (const std::optional<GifOrder> gif = ReadGifOrder(helper.Words()); gif && IsGif(gif->source)) {
     return ChangeFrames(helper, *gif);
   }
@@ -117,6 +127,14 @@ host::Status Execute(Helper& helper) {
   }
   if (!order.output.path.empty()) static_cast<void>(helper.Files().RemoveOwn(helper.AppPath(order.output.name)));
   return status;
+}
+
+// The parameter text holds the arguments of FFmpeg. The program reads the first line of a failure from the settings.
+host::Status Execute(Helper& helper) {
+  const host::Status done = RunOrder(helper);
+  const std::string why = done.DiskFull() ? tools::kFullDisk : done.Why().substr(0, done.Why().find('\n'));
+  if (!done) helper.Set(tools::kTitle, tools::key::kCutMedia, why);
+  return done;
 }
 
 }  // namespace

@@ -123,7 +123,10 @@ host::Status MakeTiffByList(Helper& helper, const std::string& path) {
   if (order.headFirst) MoveHeadsFirst(order);
   host::Status made = Maker(helper, order).Make();
   if (made) made = Verify(helper, order);
-  helper.Set(order.application, tools::key::kMakeTiffProg, made ? "True" : made.DiskFull() ? "FullDisk" : made.Why());
+  helper.Set(order.application, tools::key::kMakeTiffProg,
+             made              ? "True"
+             : made.DiskFull() ? tools::kFullDisk
+                               : made.Why());
   return made;
 }
 

@@ -10,6 +10,7 @@
 #include "formats/gif/gif_math.h"
 #include "job/cut_fixture.h"
 #include "job/several_pages.h"
+#include "tools/keys.h"
 
 namespace quillon::formats {
 
@@ -50,6 +51,8 @@ class GifTest : public job::CutTest {
     List(paths);
     Click("MenuGifCut");
   }
+  // What the helper leaves in the settings when it fails.
+  void Answer(const std::string& why) { tools::WriteKey(world.host, tools::key::kCutMedia, why); }
   std::string Tmp() const { return program.AppPath("Tmp.gif"); }
   std::string Palette() const { return program.AppPath("paletten.png"); }
 
@@ -67,7 +70,9 @@ class GifTest : public job::CutTest {
     request.source = part[1];
     request.destination = part[7];
     request.rect = {std::stoi(part[3]), std::stoi(part[4]), std::stoi(part[5]), std::stoi(part[6])};
-    (void)(part[2] == "crop" ? program.images.CropFrames(request) : program.images.PaintOverFrames(request));
+    const host::Status done =
+        part[2] == "crop" ? program.images.CropFrames(request) : program.images.PaintOverFrames(request);
+    if (!done) Answer(done.DiskFull() ? tools::kFullDisk : done.Why());
   }
 };
 
