@@ -14,6 +14,8 @@
 #include <cmath>
 #include <limits>
 #include <memory>
+#include <optional>
+#include <string>
 #include <unordered_map>
 #include <vector>
 
@@ -196,6 +198,19 @@ class FramePalette {
   std::unordered_map<int, Bucket> buckets_;
 };
 
+// Returns the last index that no pixel uses.
+std::optional<int> LastFree(const std::bitset<kColours>& used) {
+  for (int index = static_cast<int>(kColours) - 1; index >= 0; --index) {
+    if (!used[static_cast<std::size_t>(index)]) return index;
+  }
+  return std::nullopt;
+}
+
+Status NoColourLeft(int frame) {
+  return {host::Problem::Unsupported,
+          "GIF 第 " + std::to_string(frame) + " 帧的图标周围没有颜色，颜色表也没有空位，去不掉图标"};
+}
+
 class LogoRemover {
  public:
   LogoRemover(GifReader& reader, base::Rect region, base::Rect ring, const ByteSink& sink)
@@ -256,7 +271,7 @@ class LogoRemover {
     GifFrame painted = frame;
     painted.interlaced = false;
     painted.codeBits = std::bit_width(kColours - 1);
-    painted.table = Paint();
+    if (Status done = Paint(painted); !done) return done;
     if (Status begun = writer_.BeginFrame(painted); !begun) return begun;
     for (std::size_t at = 0; at < pixels_.size(); at += static_cast<std::size_t>(frame.area.width)) {
       if (Status written = writer_.WriteRow(&pixels_[at], frame.area.width); !written) return written;
@@ -264,32 +279,41 @@ class LogoRemover {
     return writer_.EndFrame();
   }
 
-  // Replaces the pixels of the region. Returns the table of the frame.
-  GifTable Paint() {
-    const GifFrame& frame = reader_.Frame();
-    const base::Rect part = Intersection(frame.area, region_);
-    const int transparent = frame.control ? frame.control->Transparent().value_or(-1) : -1;
-    FramePalette palette(Table(), UsedOutside(part), transparent);
-    std::vector<Pixel> colours;
-    for (int y = part.top; y < part.top + part.height; ++y) {
-      for (int x = part.left; x < part.left + part.width; ++x) {
-        colours.push_back(Interpolated(canvas_, region_, x, y));
-        if (colours.back().opaque) palette.Count(colours.back());
-      }
+  // Replaces the pixels of the region, and the table of the frame. Pixels for which the ring has no colour become
+  // transparent; what lies below them was painted in an earlier frame.
+  Status Paint(GifFrame& painted) {
+    const base::Rect part = Intersection(painted.area, region_);
+    const std::vector<Pixel> colours = ColoursFor(part);
+    std::bitset<kColours> used = UsedOutside(part);
+    std::optional<int> transparent = painted.control ? painted.control->Transparent() : std::nullopt;
+    const bool leavesHoles = std::any_of(colours.begin(), colours.end(), [](const Pixel& p) { return !p.opaque; });
+    if (leavesHoles && !transparent) {
+      transparent = LastFree(used);
+      if (!transparent) return NoColourLeft(painted.number);
+      if (!painted.control) painted.control.emplace();
+      painted.control->SetTransparent(static_cast<unsigned char>(*transparent));
+    }
+    FramePalette palette(Table(), used, transparent.value_or(-1));
+    for (const Pixel& colour : colours) {
+      if (colour.opaque) palette.Count(colour);
     }
     palette.Assign();
-    std::size_t next = 0;
+    auto colour = colours.begin();
     for (int y = part.top; y < part.top + part.height; ++y) {
-      for (int x = part.left; x < part.left + part.width; ++x) {
-        const Pixel& colour = colours[next++];
-        if (colour.opaque) {
-          pixels_[Offset(x, y)] = palette.IndexOf(colour);
-        } else if (transparent >= 0) {
-          pixels_[Offset(x, y)] = static_cast<unsigned char>(transparent);
-        }
+      for (int x = part.left; x < part.left + part.width; ++x, ++colour) {
+        pixels_[Offset(x, y)] = colour->opaque ? palette.IndexOf(*colour) : static_cast<unsigned char>(*transparent);
       }
     }
-    return palette.Table();
+    painted.table = palette.Table();
+    return Status::Ok();
+  }
+
+  std::vector<Pixel> ColoursFor(base::Rect part) {
+    std::vector<Pixel> colours;
+    for (int y = part.top; y < part.top + part.height; ++y) {
+      for (int x = part.left; x < part.left + part.width; ++x) colours.push_back(Interpolated(canvas_, region_, x, y));
+    }
+    return colours;
   }
 
   std::bitset<kColours> UsedOutside(base::Rect part) const {

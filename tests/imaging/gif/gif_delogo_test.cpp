@@ -138,6 +138,33 @@ TEST(GifDelogo, FindsTheNearestColourIfNoEntryIsFree) {
   }
 }
 
+// Nothing is around the logo, so that nobody knows its colour.
+TEST(GifDelogo, ClearsALogoWithoutColoursAround) {
+  for (const bool control : {false, true}) {
+    Film film{.screen = {20, 16}, .tableBits = 2, .frames = {PlainFrame({5, 4, 3, 3}, 2)}};
+    film.frames[0].control = control;
+    film.frames.push_back(PlainFrame({0, 0, 2, 2}, 1));
+    const auto after = Removed(FilmBytes(film), {4, 3, 6, 6});
+    ASSERT_TRUE(after);
+    for (const std::size_t frame : {0, 1}) {
+      for (int y = 4; y < 7; ++y) {
+        for (int x = 5; x < 8; ++x) EXPECT_EQ(At(*after, frame, x, y), 0U);
+      }
+    }
+  }
+}
+
+TEST(GifDelogo, ReportsALogoThatItCannotClear) {
+  // The frame begins in the region and goes on beyond the screen, with all colours there.
+  Film film{.screen = {10, 10}, .tableBits = 8, .frames = {PlainFrame({6, 0, 40, 20}, 0)}};
+  for (std::size_t i = 0; i < film.frames[0].indices.size(); ++i) {
+    film.frames[0].indices[i] = static_cast<unsigned char>(i);
+  }
+  film.frames[0].control = false;
+  const Painted painted = PaintedOf(FilmBytes(film), {4, 0, 6, 10});
+  EXPECT_EQ(painted.status.Why(), "GIF 第 1 帧的图标周围没有颜色，颜色表也没有空位，去不掉图标");
+}
+
 TEST(GifDelogo, CopiesAFrameThatDoesNotTouchTheRegion) {
   Film film = Logo({0, 0, 2, 2});
   film.frames.push_back(PlainFrame({10, 10, 5, 5}, 3));
