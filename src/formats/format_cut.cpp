@@ -45,11 +45,29 @@ job::RunNeeds FormatCut::Needs() const {
   return needs;
 }
 
-bool FormatCut::BesideSources() const { return program_.form1.ChOver.On(); }
+bool FormatCut::BesideSources() const { return run_ ? run_->settings->over : program_.form1.ChOver.On(); }
 
 std::vector<std::string> FormatCut::Outputs(const std::string& path) const { return job::ForeseenOutputs(*run_, path); }
 
-void FormatCut::Begin(job::RunLedger& ledger) { run_ = std::make_unique<job::CutRun>(program_, ledger, *journal_); }
+void FormatCut::Begin(job::RunLedger& ledger) {
+  run_ = std::make_unique<job::CutRun>(program_, ledger, *journal_);
+  run_->settings = job::ReadCutSettings(program_);
+  prefetch_.emplace(program_.context, [this](std::size_t row, const std::string& path, base::Size size) {
+    return Foresee(row, path, size);
+  });
+}
+
+// Nothing is foreseen of a cut that waits for the user.
+std::optional<imaging::FileWork> FormatCut::Foresee(std::size_t row, const std::string& path, base::Size size) {
+  CutFile file(*run_, row, path);
+  if (file.settings.manual || size.Empty() || job::TooSmall(size, file.settings.smallest)) return std::nullopt;
+  file.W = size.width;
+  file.H = size.height;
+  job::PredictTarget(file);
+  if (run_->ledger.KeepsExisting(path, file.Dst) || !FindRectangle(file).empty()) return std::nullopt;
+  const std::optional<imaging::FileRequest> request = RequestFor(file);
+  return request ? std::optional(imaging::FileWork{{*request}}) : std::nullopt;
+}
 
 void FormatCut::Cut(const job::RunFile& listed, const Report& report) {
   program_.flags.BeginFile();
@@ -69,7 +87,8 @@ Step FormatCut::Steps(CutFile& file) {
   if (CheckSource(file) == Step::FileDone) return Step::FileDone;
   if (job::NameOutput(file) == Step::FileDone || job::AskForFrame(file) == Step::FileDone) return Step::FileDone;
   if (program_.flags.SkipCutThisImage) return LeaveUncut(file);
-  return FindRectangle(file) == Step::FileDone ? Step::FileDone : MakeResult(file);
+  const std::string why = FindRectangle(file);
+  return why.empty() ? MakeResult(file) : Fail(file, why);
 }
 
 Step FormatCut::LeaveUncut(CutFile& file) const {
@@ -78,12 +97,10 @@ Step FormatCut::LeaveUncut(CutFile& file) const {
   return copied ? Step::Next : Fail(file, copied);
 }
 
-Step FormatCut::FindRectangle(CutFile& file) const {
-  const base::Size picture{file.W, file.H};
-  file.settings.geometry = job::ReadCutGeometry(program_);
-  file.rect = job::RectangleOfMode(mode_, file.settings.geometry, picture);
-  const std::string why = FitRectangle(file.rect, picture);
-  return why.empty() ? Step::Next : Fail(file, why);
+std::string FormatCut::FindRectangle(CutFile& file) const {
+  if (file.settings.manual) file.settings.geometry = job::ReadCutGeometry(program_);
+  file.rect = job::RectangleOfMode(mode_, file.settings.geometry, {file.W, file.H});
+  return FitRectangle(file);
 }
 
 Step FormatCut::MakeResult(CutFile& file) {

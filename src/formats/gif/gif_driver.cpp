@@ -44,9 +44,18 @@ job::Step GifCut::CheckSource(job::CutFile& file) {
   return gif ? job::Step::Next : Fail(file, "文件内容不是 gif，本模式只裁动态Gif");
 }
 
-std::string GifCut::FitRectangle(base::Rect& rect, base::Size picture) const {
-  if (options_.RemovesLogo()) {
-    if (!options_.LogoFramed()) return kFrameTheLogo;
+void GifCut::Begin(job::RunLedger& ledger) {
+  highQuality_ = options_.HighQuality();
+  removesLogo_ = options_.RemovesLogo();
+  logoFramed_ = options_.LogoFramed();
+  FormatCut::Begin(ledger);
+}
+
+std::string GifCut::FitRectangle(job::CutFile& file) const {
+  base::Rect& rect = file.rect;
+  const base::Size picture{file.W, file.H};
+  if (removesLogo_) {
+    if (!(file.settings.manual ? options_.LogoFramed() : logoFramed_)) return kFrameTheLogo;
     if (!rect.Empty()) rect = LogoRegion(rect, picture);
     return rect.Empty() ? kFrameTheLogo : "";
   }
@@ -68,11 +77,11 @@ Status GifCut::RunHelper(const job::CutFile& file, const std::string& target) {
   if (Status cleared = ClearWorkFile(GetProgram().host.files, target); !cleared) return cleared;
   const std::string palette = GetProgram().AppPath(kPalette);
   const auto run = [&](const std::string& text) { return tools::RunCutMedia(tools, text, {file.Src, target}); };
-  if (!options_.HighQuality()) return run(CropText(file.Src, file.rect, target));
+  if (!highQuality_) return run(CropText(file.Src, file.rect, target));
   if (Status cleared = ClearWorkFile(GetProgram().host.files, palette); !cleared) return cleared;
   if (Status first = run(PaletteText(file.Src, palette)); job::EndsFile(first)) return first;
-  return run(options_.RemovesLogo() ? PaletteLogoText(file.Src, palette, file.rect, target)
-                                    : PaletteCropText(file.Src, palette, file.rect, target));
+  return run(removesLogo_ ? PaletteLogoText(file.Src, palette, file.rect, target)
+                          : PaletteCropText(file.Src, palette, file.rect, target));
 }
 
 Status GifCut::Check(const job::CutFile& file, const std::string& target) const {
@@ -84,8 +93,7 @@ Status GifCut::Check(const job::CutFile& file, const std::string& target) const 
   if (!GetProgram().host.files.IsFile(target)) return {Problem::Damaged, "CutMedia 没有得到结果，Gif 可能已损坏"};
   imaging::ImageFacts facts;
   if (Status measured = images.ImageInfo(target, facts); !measured) return measured;
-  const base::Size wanted =
-      options_.RemovesLogo() ? base::Size{file.W, file.H} : base::Size{file.rect.width, file.rect.height};
+  const base::Size wanted = removesLogo_ ? base::Size{file.W, file.H} : base::Size{file.rect.width, file.rect.height};
   const base::Size size{facts.width, facts.height};
   if (size != wanted)
     return {Problem::Damaged, "结果是 " + base::SizeText(size) + " 像素，应为 " + base::SizeText(wanted)};

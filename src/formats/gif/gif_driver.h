@@ -19,13 +19,14 @@ class GifCut final : public FormatCut {
  public:
   GifCut(job::Program& program, const FGifCut& options) : FormatCut(program, job::CutMode::Gif), options_(options) {}
 
+  void Begin(job::RunLedger& ledger) override;
   std::string Name() const override { return "GifCut"; }
   std::vector<std::string> Windows() const override { return {"Form1", "FBaseOpt", "FGifCut"}; }
 
  protected:
   // CutMedia would make a gif of 256 colours of another picture, which must not replace it.
   job::Step CheckSource(job::CutFile& file) override;
-  std::string FitRectangle(base::Rect& rect, base::Size picture) const override;
+  std::string FitRectangle(job::CutFile& file) const override;
   host::Status CutPicture(job::CutFile& file, std::string& made) override;
   const char* WhyNotTurned() const override { return "动态Gif的每一帧都要裁，不能旋转或扩边"; }
 
@@ -36,6 +37,10 @@ class GifCut final : public FormatCut {
   host::Status Check(const job::CutFile& file, const std::string& target) const;
 
   const FGifCut& options_;
+  // Of the options, read at the start like all settings.
+  bool highQuality_ = false;
+  bool removesLogo_ = false;
+  bool logoFramed_ = false;
 };
 
 }  // namespace quillon::formats

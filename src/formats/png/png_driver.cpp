@@ -13,15 +13,17 @@ job::Step PngModeCut::CheckSource(job::CutFile& file) {
   return job::KeepPages(file);
 }
 
-std::string PngModeCut::FitRectangle(base::Rect& rect, base::Size picture) const {
-  return job::NothingToCutText(rect, picture);
+std::string PngModeCut::FitRectangle(job::CutFile& file) const {
+  return job::NothingToCutText(file.rect, {file.W, file.H});
+}
+
+imaging::PngCutRequest PngModeCut::Request(const job::CutFile& file) {
+  return {.source = file.Src, .destination = file.Dst, .drawing = {.rect = file.rect}};
 }
 
 host::Status PngModeCut::CutPicture(job::CutFile& file, std::string&) {
   job::Program& program = GetProgram();
-  imaging::PngCutRequest request{.source = file.Src, .destination = file.Dst};
-  request.drawing.rect = file.rect;
-  return program.saver.Save(file.Dst, [&] { return program.images.PngCut(request); });
+  return program.saver.Save(file.Dst, [&] { return program.images.PngCut(Request(file)); });
 }
 
 }  // namespace quillon::formats

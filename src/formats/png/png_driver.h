@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include <optional>
 #include <string>
 
 #include "formats/format_cut.h"
@@ -18,11 +19,15 @@ class PngModeCut final : public FormatCut {
   std::string Name() const override { return "PngCut"; }
 
  protected:
-  std::string FitRectangle(base::Rect& rect, base::Size picture) const override;
+  std::string FitRectangle(job::CutFile& file) const override;
+  std::optional<imaging::FileRequest> RequestFor(const job::CutFile& file) const override { return Request(file); }
   // A picture of another kind is never replaced by a png, nor an animated png by its first frame.
   job::Step CheckSource(job::CutFile& file) override;
   host::Status CutPicture(job::CutFile& file, std::string& made) override;
   const char* WhyNotTurned() const override { return "透明Png裁剪只裁剪，不能旋转或扩边"; }
+
+ private:
+  static imaging::PngCutRequest Request(const job::CutFile& file);
 };
 
 }  // namespace quillon::formats

@@ -5,17 +5,13 @@
 #include "formats/format_cut.h"
 #include "job/cut/cut_steps.h"
 #include "job/program.h"
+#include "tools/twins.h"
 
 namespace quillon::formats {
 namespace {
 
 constexpr double kSecondsBetweenTurns = 0.005;  // of the message pump, while the run is paused
-
-// The output goes straight into the output folder, and never over its source by choice.
-void WriteAsPng(job::CutFile& file) {
-  file.settings.over = file.settings.keepFolders = false;
-  file.OutExt = "png";
-}
+constexpr const char* kExtension = "png";
 
 }  // namespace
 
@@ -25,22 +21,41 @@ job::RunNeeds PngTool::Needs() const {
   return needs;
 }
 
+bool PngTool::Prepare() {
+  static_cast<void>(tools::EnsureProgram(program_.host, "DrawTranspText"));
+  return true;
+}
+
+// The output goes straight into the output folder, and never over its source by choice.
 void PngTool::Begin(job::RunLedger& ledger) {
   run_ = std::make_unique<job::CutRun>(program_, ledger, *journal_);
+  run_->settings = job::ReadCutSettings(program_);
+  run_->settings->over = run_->settings->keepFolders = false;
+  prefetch_.emplace(program_.context,
+                    [this](std::size_t row, const std::string& path, base::Size) { return Foresee(row, path); });
   handled_ = 0;
   planned_ = window_.ChBat.On() ? program_.files.RowCount() : 1;
 }
 
 std::vector<std::string> PngTool::Outputs(const std::string& path) const {
   job::CutFile file(*run_, 0, path);
-  WriteAsPng(file);
+  file.OutExt = kExtension;
   job::PredictTarget(file);
   return {file.Dst};
 }
 
+std::optional<imaging::FileWork> PngTool::Foresee(std::size_t row, const std::string& path) {
+  if (row > planned_) return std::nullopt;
+  job::CutFile file(*run_, row, path);
+  file.OutExt = kExtension;
+  job::PredictTarget(file);
+  if (run_->ledger.KeepsExisting(path, file.Dst)) return std::nullopt;
+  return imaging::FileWork{{Request(file)}};
+}
+
 void PngTool::Cut(const job::RunFile& listed, const Report& report) {
   job::CutFile file(*run_, listed.row, listed.path);
-  WriteAsPng(file);
+  file.OutExt = kExtension;
   file.result = {listed.row, listed.path, "", job::Result::None, ""};
   if (!window_.ChBat.On() && handled_ > 0) {
     job::PassOver(file, "没有启用“批量”，只处理第一个");
@@ -62,7 +77,15 @@ job::Step PngTool::Steps(job::CutFile& file) {
   using job::Step;
   if (Measure(file) == Step::FileDone) return Step::FileDone;
   if (job::KeepPages(file) == Step::FileDone || job::NameOutput(file) == Step::FileDone) return Step::FileDone;
-  const base::Size size{program_.flags.FixW, program_.flags.FixH};
+  file.target = file.Dst;
+  if (const host::Status kept = job::KeepReplacedSource(file); !kept) return Fail(file, kept);
+  const host::Status saved = program_.saver.Save(file.Dst, [&] { return program_.images.PngCut(Request(file)); });
+  return saved ? Step::Next : Fail(file, saved);
+}
+
+imaging::PngCutRequest PngTool::Request(const job::CutFile& file) const {
+  const job::CutGeometry& geometry = file.settings.geometry;
+  const base::Size size{geometry.FixW, geometry.FixH};
   imaging::PngCutRequest request{.source = file.Src, .destination = file.Dst};
   switch (static_cast<PngOperation>(window_.CmbOp.Index())) {
     case PngOperation::Zoom:
@@ -74,10 +97,7 @@ job::Step PngTool::Steps(job::CutFile& file) {
     default:
       request.drawing.rect = {0, 0, size.width, size.height};
   }
-  file.target = file.Dst;
-  if (const host::Status kept = job::KeepReplacedSource(file); !kept) return Fail(file, kept);
-  const host::Status saved = program_.saver.Save(file.Dst, [&] { return program_.images.PngCut(request); });
-  return saved ? Step::Next : Fail(file, saved);
+  return request;
 }
 
 void PngTool::WaitWhilePaused() {

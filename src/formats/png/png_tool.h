@@ -2,7 +2,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include <cstddef>
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -10,6 +12,7 @@
 #include "job/cut/cut_file.h"
 #include "job/cut/cut_run.h"
 #include "job/run/driver.h"
+#include "job/run/run_prefetch.h"
 
 namespace quillon::formats {
 
@@ -25,12 +28,18 @@ class PngTool final : public job::RunDriver {
   std::string Name() const override { return "PngTool"; }
   std::vector<std::string> Windows() const override { return {"Form1", "FPngCut"}; }
   std::vector<std::string> Outputs(const std::string& path) const override;
+  // Puts the helper DrawTranspText, which belongs to this tool, into the program folder. Nothing starts it.
+  bool Prepare() override;
   void Begin(job::RunLedger& ledger) override;
+  void PrefetchFrom(std::size_t row) override { prefetch_->Prefetch(row); }
   void Cut(const job::RunFile& file, const Report& report) override;
+  void EndPrefetch() override { prefetch_.reset(); }
   job::RunEnd End(job::RunSource source) override;
 
  private:
   job::Step Steps(job::CutFile& file);
+  imaging::PngCutRequest Request(const job::CutFile& file) const;
+  std::optional<imaging::FileWork> Foresee(std::size_t row, const std::string& path);
   void WaitWhilePaused();
   std::string CountText() const;
 
@@ -38,6 +47,7 @@ class PngTool final : public job::RunDriver {
   FPngCut& window_;
   job::RunJournal* journal_ = nullptr;
   std::unique_ptr<job::CutRun> run_;
+  std::optional<job::RunPrefetch> prefetch_;
   std::size_t handled_ = 0;
   std::size_t planned_ = 0;
 };

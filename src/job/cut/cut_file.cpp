@@ -54,7 +54,7 @@ Step MakePicture(CutFile& file) {
 CutFile::CutFile(CutRun& owner, std::size_t listRow, std::string path)
     : run(owner),
       program(owner.program),
-      settings(ReadCutSettings(owner.program)),
+      settings(owner.settings ? *owner.settings : ReadCutSettings(owner.program)),
       row(listRow),
       listedPath(std::move(path)),
       Src(listedPath),

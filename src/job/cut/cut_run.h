@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include <optional>
 #include <string>
 #include <unordered_set>
 
@@ -9,6 +10,7 @@
 #include "job/program.h"
 #include "job/run/run_journal.h"
 #include "job/run/run_ledger.h"
+#include "job/settings/cut_settings.h"
 
 namespace quillon::job {
 
@@ -30,9 +32,10 @@ struct CutRun {
   RunLedger& ledger;
   RunJournal& journal;
   OmittedFolders omitted;
-  bool withArray = false;  // ChCutAndArray
-  bool pdf = false;        // CmbOutType was 5 at the start; the cut itself makes jpg
-  int failed = 0;          // pictures that the effects could not load
+  std::optional<CutSettings> settings;  // of all files, if they were read at the start; else each file reads its own
+  bool withArray = false;               // ChCutAndArray
+  bool pdf = false;                     // CmbOutType was 5 at the start; the cut itself makes jpg
+  int failed = 0;                       // pictures that the effects could not load
 
  private:
   // To sweep a folder again costs one listing; to remember all folders of a deep tree costs memory without limit.

@@ -114,7 +114,7 @@ void ListRun::HandleRow(std::size_t row) {
   context_.window.SelectRow(row);
   driver_.PrefetchFrom(row);
   if (context_.observer) context_.observer->FileBegun(file.path);
-  const bool overwrites = context_.window.Overwrites();
+  const bool overwrites = driver_.BesideSources();
   const auto before = overwrites ? host::StampOf(context_.host.files, file.path) : std::nullopt;
   driver_.Cut(file, [&](const FileResult& result) {
     if (overwrites && result.result == Result::Written) NoteReplaced(file, before);
@@ -124,7 +124,7 @@ void ListRun::HandleRow(std::size_t row) {
 }
 
 std::string ListRun::WhyNotReplaced(std::size_t row) {
-  if (!context_.window.Overwrites()) return {};
+  if (!driver_.BesideSources()) return {};
   const FileRow& file = context_.files.Row(row - 1);
   if (file.reached == Reached::ByFolderLink) return kBeyondLink;
   const auto now = host::StampOf(context_.host.files, file.Path());

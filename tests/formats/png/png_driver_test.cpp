@@ -2,6 +2,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // The run of cut mode 2 and the tool window of that mode.
 #include <cstdint>
+#include <filesystem>
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -117,7 +119,113 @@ TEST_F(PngTest, AFolderIsCutWithoutAList) {
   EXPECT_EQ(OutNames(), (std::vector<std::string>{"a.png", "b.png"})) << Whys();
 }
 
+TEST_F(PngTest, TheNextFilesAreCutAhead) {
+  const std::string second = Make("b.png");
+  bool ahead = false;
+  recorder.onFileDone = [&](const job::FileResult& file) {
+    if (file.row != 1) return;
+    imaging::PngCutRequest request{.source = second, .destination = Out("b.png")};
+    request.drawing.rect = {10, 20, 59, 19};
+    std::optional<imaging::Services::PrefetchedFiles> files;
+    EXPECT_TRUE(program.images.PopPrefetched({{request}}, files));
+    ahead = files.has_value();
+  };
+  Run({Make("a.png"), second, Make("c.png")});
+  EXPECT_TRUE(ahead);
+  EXPECT_EQ(Totals().written, 3u) << Whys();
+  EXPECT_EQ(SizeOf(Out("c.png")), (Size{59, 19}));
+}
+
+// In large-capacity mode the window can be used, and the journal describes the run as it was begun.
+TEST_F(PngTest, OptionsThatChangeDuringARunCountForTheNextOne) {
+  const std::string first = Make("a.png");
+  const std::string second = Make("b.png");
+  const std::string before = world.folder.Read("in/b.png");
+  Put("LInDir", world.folder.Path("in"));
+  Put("ChBig", "1");
+  recorder.onFileDone = [&](const job::FileResult&) {
+    Put("ChOver", "1");
+    PixelMargins(50, 0, 0, 0);
+  };
+  Click("MenuPngCut");
+  EXPECT_EQ(Totals().written, 2u);
+  EXPECT_EQ(SizeOf(Out("a.png")), (Size{59, 19}));
+  EXPECT_EQ(SizeOf(Out("b.png")), (Size{59, 19}));
+  EXPECT_TRUE(world.folder.Read("in/b.png") == before);
+}
+
 // --- The tool window
+
+TEST_F(PngTest, TheToolCutsAheadToo) {
+  tool.Show();
+  FixedSize("30", "20");
+  Put("FPngCut.ChBat", "1");
+  const std::string second = Make("b.png");
+  bool ahead = false;
+  recorder.onFileDone = [&](const job::FileResult& file) {
+    if (file.row != 1) return;
+    imaging::PngCutRequest request{.source = second, .destination = Out("b.png")};
+    request.drawing.rect = {0, 0, 30, 20};
+    std::optional<imaging::Services::PrefetchedFiles> files;
+    EXPECT_TRUE(program.images.PopPrefetched({{request}}, files));
+    ahead = files.has_value();
+  };
+  List({Make("a.png"), second});
+  Click("FPngCut.CmdDo");
+  EXPECT_TRUE(ahead);
+  EXPECT_EQ(Totals().written, 2u) << Whys();
+}
+
+TEST_F(PngTest, TheToolPutsItsHelperIntoTheProgramFolder) {
+  tool.Show();
+  FixedSize("30", "20");
+  WriteApp("DrawTranspText.dll", "twin");
+  List({Make("a.png")});
+  Click("FPngCut.CmdDo");
+  EXPECT_TRUE(AppHas("DrawTranspText.exe"));
+  EXPECT_TRUE(world.shell.Starts().empty());
+}
+
+// It never overwrites a picture by choice, so that links to folders are no danger.
+TEST_F(PngTest, TheToolHandlesPicturesInLinkedFolders) {
+  tool.Show();
+  FixedSize("30", "20");
+  Make("real/a.png");
+  std::filesystem::create_directory(world.folder.Path("listed"));
+  std::filesystem::create_directory_symlink(world.folder.Path("in/real"), world.folder.Path("listed/link"));
+  Put("ChSubFold", "1");
+  program.Intake().Admit({world.folder.Path("listed")});
+  ASSERT_EQ(program.files.RowCount(), 1u) << Whys();
+  Put("ChOver", "1");
+  Click("FPngCut.CmdDo");
+  EXPECT_EQ(SizeOf(Out("a.png")), (Size{30, 20})) << Whys();
+}
+
+TEST_F(PngTest, TheToolReplacesAnOlderResult) {
+  tool.Show();
+  FixedSize("30", "20");
+  List({Make("a.png")});
+  world.folder.Write("out/a.png", "older");
+  Click("FPngCut.CmdDo");
+  EXPECT_EQ(SizeOf(Out("a.png")), (Size{30, 20})) << Whys();
+}
+
+TEST_F(PngTest, TheToolLeavesABackupOfASourceInTheOutputFolder) {
+  tool.Show();
+  FixedSize("30", "20");
+  const std::string png = Make("a.png");
+  const std::string before = world.folder.Read("in/a.png");
+  Put("LOutDir", world.folder.Path("in"));
+  List({png});
+  for (const char* over : {"1", "0"}) {
+    Put("ChOver", over);
+    world.folder.Write("in/a.png", before);
+    std::filesystem::remove(world.folder.Path("in/a.png.bak"));
+    Click("FPngCut.CmdDo");
+    EXPECT_EQ(SizeOf(png), (Size{30, 20})) << Whys();
+    EXPECT_TRUE(world.folder.Read("in/a.png.bak") == before);
+  }
+}
 
 TEST_F(PngTest, OperationsThatAreNotThereFallBack) {
   tool.Show();
