@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // The run of cut mode 1, with a helper that does what it is called for.
 #include "formats/gif/gif_fixture.h"
+#include "formats/manual_answer.h"
 
 namespace quillon::formats {
 namespace {
@@ -309,34 +310,8 @@ TEST_F(GifTest, TheWindowIsHiddenInOtherModes) {
 
 // --- The manual frame
 
-class OneAnswer final : public job::ManualFrame {
- public:
-  explicit OneAnswer(job::Program& program) : program_(program) { program.manualFrame = this; }
-  ~OneAnswer() override { program_.manualFrame = nullptr; }
-  std::string Ask(const job::ManualPicture& picture, const std::string&) override {
-    asked.push_back(picture.listedPath);
-    whyNotTurned = picture.whyNotTurned;
-    program_.flags.CurrentImagePath = picture.source;
-    program_.flags.ManualStepDone = true;
-    program_.flags.SkipCutThisImage = skip;
-    program_.form1.TCutValue[0].SetNumber(40);
-    return "decided";
-  }
-  void Shown() override {}
-  host::Status ClonePicture(imaging::Image&) override { return {}; }
-  void Rest() override { ++rests; }
-
-  bool skip = false;
-  std::vector<std::string> asked;
-  std::string whyNotTurned;
-  int rests = 0;
-
- private:
-  job::Program& program_;
-};
-
 TEST_F(GifTest, TheUserPlacesTheFrame) {
-  OneAnswer frame(program);
+  ManualAnswer frame(program);
   flags.ManualCutMode = true;
   const std::string film = Film("a.gif");
   PixelMargins(10, 20, 30, 40);
@@ -348,7 +323,7 @@ TEST_F(GifTest, TheUserPlacesTheFrame) {
 }
 
 TEST_F(GifTest, APictureThatIsNotCutIsCopied) {
-  OneAnswer frame(program);
+  ManualAnswer frame(program);
   frame.skip = true;
   flags.ManualCutMode = true;
   const std::string film = Film("a.gif");
@@ -360,7 +335,7 @@ TEST_F(GifTest, APictureThatIsNotCutIsCopied) {
 }
 
 TEST_F(GifTest, WithChOverAPictureThatIsNotCutStays) {
-  OneAnswer frame(program);
+  ManualAnswer frame(program);
   frame.skip = true;
   flags.ManualCutMode = true;
   Put("ChOver", "1");

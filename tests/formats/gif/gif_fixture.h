@@ -51,17 +51,7 @@ class GifTest : public job::CutTest {
     List(paths);
     Click("MenuGifCut");
   }
-  // What the helper leaves in the settings when it fails.
-  void Answer(const std::string& why) { tools::WriteKey(world.host, tools::key::kCutMedia, why); }
-  std::string Tmp() const { return program.AppPath("Tmp.gif"); }
-  std::string Palette() const { return program.AppPath("paletten.png"); }
-
-  // The name of a file that CutMedia fails on.
-  std::string fails;
-  std::vector<std::string> calls;
-  Formats formats{program};
-
- private:
+  // Does what a call of the helper asks for, except for the first pass of the high quality.
   void Obey(const std::string& text) {
     static const std::regex kCall(R"re(-i "([^"]*)".*(crop|delogo)=x=(\d+):y=(\d+):w=(\d+):h=(\d+).* "([^"]*)")re");
     std::smatch part;
@@ -74,6 +64,15 @@ class GifTest : public job::CutTest {
         part[2] == "crop" ? program.images.CropFrames(request) : program.images.PaintOverFrames(request);
     if (!done) Answer(done.DiskFull() ? tools::kFullDisk : done.Why());
   }
+  // What the helper leaves in the settings when it fails.
+  void Answer(const std::string& why) { tools::WriteKey(world.host, tools::key::kCutMedia, why); }
+  std::string Tmp() const { return program.AppPath("Tmp.gif"); }
+  std::string Palette() const { return program.AppPath("paletten.png"); }
+
+  // The name of a file that CutMedia fails on.
+  std::string fails;
+  std::vector<std::string> calls;
+  Formats formats{program};
 };
 
 }  // namespace quillon::formats
