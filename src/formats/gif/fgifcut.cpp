@@ -5,10 +5,19 @@
 namespace quillon::formats {
 
 FGifCut::FGifCut(job::Program& program) : Window("FGifCut", "动态Gif裁剪选项"), program_(program) {
+  ChHighGifCut.SetHandler([this] { ShowLogoMode(); });
   ChNoCutGif.SetHandler([this] { ChNoCutGif_Click(); });
 }
 
-void FGifCut::OnLoad() { program_.flags.GifOptionsLoaded = true; }
+void FGifCut::OnLoad() {
+  program_.flags.GifOptionsLoaded = true;
+  ShowLogoMode();
+}
+
+void FGifCut::ShowLogoMode() {
+  program_.flags.GifLogoOnly = RemovesLogo();
+  program_.form1.ShowFrame();
+}
 
 void FGifCut::ChNoCutGif_Click() {
   const bool on = ChNoCutGif.On();
@@ -20,6 +29,7 @@ void FGifCut::ChNoCutGif_Click() {
   margins[2].SetNumber(on ? width : 0.8 * width);
   margins[3].SetNumber(on ? height : 0.9 * height);
   for (std::size_t i = 0; i < marginsSet_.size(); ++i) marginsSet_[i] = margins[i].Value();
+  ShowLogoMode();
 }
 
 bool FGifCut::LogoFramed() const {

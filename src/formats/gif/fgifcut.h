@@ -35,6 +35,8 @@ class FGifCut : public controls::Window {
   void OnLoad() override;
 
  private:
+  // Notes in the flags whether a run removes a logo, and shows what it makes of the picture.
+  void ShowLogoMode();
   // Puts the margins to 1, 1 and, when it is switched on, to the size of the picture in the preview, of which nothing
   // is left until the user draws a frame; when it is switched off, to 0.8 of the width and 0.9 of the height.
   void ChNoCutGif_Click();

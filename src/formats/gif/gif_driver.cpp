@@ -18,7 +18,6 @@ using host::Status;
 // The work file of the first pass. It stays until the next file, so that a palette of one file is never used for
 // another one.
 constexpr const char* kPalette = "paletten.png";
-constexpr const char* kFrameTheLogo = "请在预览中框选要去掉的图标";
 
 bool Inside(const base::Rect& rect, base::Size picture) {
   return rect.left >= 0 && rect.top >= 0 && rect.width <= picture.width - rect.left &&
@@ -55,9 +54,9 @@ std::string GifCut::FitRectangle(job::CutFile& file) const {
   base::Rect& rect = file.rect;
   const base::Size picture{file.W, file.H};
   if (removesLogo_) {
-    if (!(file.settings.manual ? options_.LogoFramed() : logoFramed_)) return kFrameTheLogo;
+    if (!(file.settings.manual ? options_.LogoFramed() : logoFramed_)) return job::kFrameTheLogoText;
     if (!rect.Empty()) rect = LogoRegion(rect, picture);
-    return rect.Empty() ? kFrameTheLogo : "";
+    return rect.Empty() ? job::kFrameTheLogoText : "";
   }
   if (std::string why = job::NothingToCutText(rect, picture); !why.empty()) return why;
   return Inside(rect, picture) ? "" : OutsideText(rect, picture);

@@ -81,7 +81,8 @@ TurnedPicture TurnForCut(const CutSettings& settings, base::Size picture) {
 Turned Cut(const CutSettings& settings, const TurnedPicture& picture, CutOutcome& outcome) {
   outcome.cut = RectangleOfMode(settings.mode, settings.geometry, picture.size, picture.pass);
   outcome.why = NothingToCutText(outcome.cut, picture.size);
-  if (!outcome.why.empty()) return Turned::No;
+  if (settings.logoOnly && !outcome.why.empty()) outcome.why = kFrameTheLogoText;
+  if (!outcome.why.empty() || settings.logoOnly) return Turned::No;
   base::Size size{outcome.cut.width, outcome.cut.height};
   const bool restored = picture.angle != 0 && settings.restore;
   if (restored) size = base::TurnedSize(size, -picture.angle);

@@ -66,6 +66,7 @@ void PlaceInBorder(const CutSettings& settings, const Board& board, Turned turne
 // Returns "" if the rectangle holds a pixel of the picture: it has an area and is not wholly outside. Nothing is known
 // to be outside a picture without area.
 std::string NothingToCutText(const base::Rect& cut, base::Size picture);
+inline constexpr const char* kFrameTheLogoText = "请在预览中框选要去掉的图标";
 // Returns "" if a cut of that size can be split as the settings say.
 std::string SplitFailure(const CutSettings& settings, base::Size cut);
 inline constexpr const char* kNoBorderText = "仅边框模式没有启用“裁剪后加边框”，没有输出";

@@ -31,6 +31,9 @@ struct CutSettings {
   bool padToSize = false;
   bool extendRight = false;
 
+  // --- FGifCut.
+  bool logoOnly = false;  // the rectangle is that of a logo, and the size stays
+
   // --- FBaseOpt.
   bool manual = false;
   bool keepExif = false;

@@ -16,6 +16,7 @@ struct Flags {
   bool LargeCapacityMode = false;
   bool AdvancedOptionsLoaded = false;  // the options of FBaseOpt have no effect until its window was loaded
   bool GifOptionsLoaded = false;
+  bool GifLogoOnly = false;  // mode 1 removes a logo and keeps the size
   bool TiffOptionsLoaded = false;
   bool PdfOptionsLoaded = false;
   bool ArrayLoaded = false;

@@ -71,22 +71,35 @@ base::Rect WithEvenSides(base::Rect rect, base::Size picture) {
   return rect;
 }
 
-base::Rect FramedRectangle(CutGeometry geometry, base::Size picture, Pass pass) {
+CutGeometry WithoutExact(CutGeometry geometry) {
   geometry.ChExact = false;
-  return PlacedRectangle(geometry, picture, pass);
+  return geometry;
+}
+
+// The modes for frames and pages, which have rules of their own.
+bool HasOwnRule(CutMode mode) {
+  return mode == CutMode::Gif || mode == CutMode::Png || mode == CutMode::Pdf || mode == CutMode::Tiff;
 }
 
 }  // namespace
 
 base::Rect RectangleOfMode(CutMode mode, const CutGeometry& geometry, base::Size picture, Pass pass) {
-  const bool paged = mode == CutMode::Gif || mode == CutMode::Png || mode == CutMode::Pdf || mode == CutMode::Tiff;
-  if (!paged) return PlacedRectangle(geometry, picture, pass);
+  if (!HasOwnRule(mode)) return PlacedRectangle(geometry, picture, pass);
   if (geometry.SkipCutThisImage) return {0, 0, picture.width, picture.height};
   if (mode == CutMode::Pdf) return ByPercent(geometry, {geometry.MR, geometry.MB}, picture);
-  const base::Rect cut = geometry.ChAsFramed     ? FramedRectangle(geometry, picture, pass)
+  const base::Rect cut = geometry.ChAsFramed     ? PlacedRectangle(WithoutExact(geometry), picture, pass)
                          : mode == CutMode::Tiff ? OfTiffPage(geometry, picture)
                                                  : OfFrames(geometry, picture);
   return mode == CutMode::Gif ? WithEvenSides(cut, picture) : cut;
+}
+
+CountingValues ValuesOfMode(CutMode mode, const CutGeometry& geometry) {
+  if (!HasOwnRule(mode)) return ValuesThatCount(geometry);
+  if (mode != CutMode::Pdf && geometry.ChAsFramed) return ValuesThatCount(WithoutExact(geometry));
+  CountingValues counting;
+  counting.fixedSize = mode != CutMode::Pdf && geometry.ChFixCut;
+  counting.margins = {true, true, !counting.fixedSize, !counting.fixedSize};
+  return counting;
 }
 
 }  // namespace quillon::job

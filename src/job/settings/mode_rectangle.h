@@ -25,4 +25,10 @@ namespace quillon::job {
 // As there, nothing is clamped: sides of 0 or less are a result, and the driver fails the file.
 base::Rect RectangleOfMode(CutMode mode, const CutGeometry& geometry, base::Size picture, Pass pass = Pass::First);
 
+// Returns true for the modes that cut every frame or keep transparency, and change nothing else.
+inline bool CutsOnly(CutMode mode) { return mode == CutMode::Gif || mode == CutMode::Png; }
+
+// Returns which values decide RectangleOfMode.
+CountingValues ValuesOfMode(CutMode mode, const CutGeometry& geometry);
+
 }  // namespace quillon::job

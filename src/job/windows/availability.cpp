@@ -8,6 +8,7 @@
 
 #include "job/program.h"
 #include "job/settings/cut_settings.h"
+#include "job/settings/mode_rectangle.h"
 
 namespace quillon::job {
 namespace {
@@ -116,7 +117,7 @@ void ShowOptions(FBaseOpt& options, const Form1& form, bool frameOnly) {
   for (const std::size_t count : {4, 5}) Allow(options.TSmalS[count], {{!options.ChSplit.On(), "请先启用“图片分切”"}});
 }
 
-// --- Values that have an effect on a normal cut
+// --- Values that have an effect on a normal cut, or on one of the modes that only cut
 
 constexpr const char* kIdle = "本项不起作用：";
 
@@ -144,7 +145,7 @@ std::string MeaningOfSize(const CutSettings& settings, std::size_t side) {
   const bool across = side == 0;
   if (settings.frameOnly || geometry.Exact()) return across ? "成品的宽" : "成品的高";
   if (geometry.ChAsFramed) return across ? "裁剪框的宽" : "裁剪框的高";
-  if (geometry.ChAutoZoom) return across ? "边框之内的宽" : "边框之内的高";
+  if (geometry.ChAutoZoom && !CutsOnly(settings.mode)) return across ? "边框之内的宽" : "边框之内的高";
   return across ? "右边要去掉的像素" : "下边要去掉的像素";
 }
 
@@ -153,6 +154,7 @@ void ShowEffectOfSizes(Form1& form, FBaseOpt& options, const CutSettings& settin
   const bool counts = settings.frameOnly ? settings.padToSize : counting.fixedSize || bordered;
   const std::string instead = settings.frameOnly         ? kFrameOnly
                               : counting.keptSize        ? "裁出的大小由高级选项的“保留裁剪”决定"
+                              : CutsOnly(settings.mode)  ? "没有启用“固定裁剪”，四边按填的数值裁"
                               : settings.geometry.ChCutA ? "四边按百分比裁"
                                                          : "按百分比裁剪";
   for (std::size_t side = 0; side < form.TFixWH.Size(); ++side)
@@ -176,11 +178,12 @@ void ShowEffectOfCentring(Form1& form, FBaseOpt& options, const CutSettings& set
 void ShowEffectOfFixedCut(Form1& form, const CutSettings& settings) {
   const CutGeometry& geometry = settings.geometry;
   const auto show = [&](controls::CheckBox& box, bool counts, const char* whyNot) {
-    const char* why = settings.frameOnly   ? kFrameOnly
-                      : !geometry.ChFixCut ? "只用于“固定裁剪”"
-                      : geometry.Exact()   ? kExact
-                      : counts             ? ""
-                                           : whyNot;
+    const char* why = settings.frameOnly        ? kFrameOnly
+                      : CutsOnly(settings.mode) ? "本裁剪模式不缩放图片，也不加边框"
+                      : !geometry.ChFixCut      ? "只用于“固定裁剪”"
+                      : geometry.Exact()        ? kExact
+                      : counts                  ? ""
+                                                : whyNot;
     box.SetEffect(*why == '\0' ? controls::Effect::AsEnabled : controls::Effect::None,
                   *why == '\0' ? "" : kIdle + std::string(why));
   };
@@ -211,7 +214,8 @@ void ShowWrittenDpi(controls::ComboBox& list, int written) {
 void Program::ShowEffects() {
   ShowWrittenDpi(form1.CmbDPI, flags.OutDpi);
   ShowWrittenDpi(fBaseOpt.CmbDPI, fBaseOpt.Loaded() ? flags.OutDpi : DpiOf(fBaseOpt.CmbDPI));
-  if (Selected<CutMode>(form1.CmbCutMode) != CutMode::Normal) {
+  const auto mode = Selected<CutMode>(form1.CmbCutMode);
+  if (mode != CutMode::Normal && !CutsOnly(mode)) {
     for (controls::Window* window :
          {static_cast<controls::Window*>(&form1), static_cast<controls::Window*>(&fBaseOpt)}) {
       for (controls::Control* control : window->Controls()) control->SetEffect(controls::Effect::AsEnabled);
@@ -219,7 +223,7 @@ void Program::ShowEffects() {
     return;
   }
   const CutSettings settings = ReadCutSettings(*this);
-  const CountingValues counting = ValuesThatCount(settings.geometry);
+  const CountingValues counting = ValuesOfMode(mode, settings.geometry);
   for (std::size_t margin = 0; margin < form1.TCutValue.Size(); ++margin) {
     ShowEffect(form1.TCutValue[margin], counting.margins[margin] && !settings.frameOnly,
                InsteadOfMargin(settings, margin));

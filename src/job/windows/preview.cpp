@@ -10,6 +10,7 @@
 #include "job/program.h"
 #include "job/settings/cut_settings.h"
 #include "job/settings/geometry.h"
+#include "job/settings/mode_rectangle.h"
 
 namespace quillon::job {
 namespace {
@@ -181,13 +182,15 @@ std::string NoticeOn(const CutSettings& settings, const PreviewFrame& frame, con
                     near(frame.height, cut.height);
   if (same) return {};
   if (geometry.SkipCutThisImage) return "这一张不裁";
-  const CountingValues counting = ValuesThatCount(geometry);
+  const CountingValues counting = ValuesOfMode(settings.mode, geometry);
   std::string text = "四边按填的百分比裁";
   if (counting.keptSize) {
     text = "裁出的图片横 " + base::NumberText(geometry.TSmalS2) + "、竖 " + base::NumberText(geometry.TSmalS3) +
            " 像素，由高级选项的“保留裁剪”决定";
   } else if (counting.fixedSize) {
     text = "右边、下边按“宽 " + std::to_string(geometry.FixW) + "、高 " + std::to_string(geometry.FixH) + "”去掉";
+  } else if (CutsOnly(settings.mode)) {
+    return {};  // only sides that were made even
   } else if (geometry.ChCutA) {
     text = "“等比缩放”把四边的数值当作百分比";
     if (!settings.addBoard) text += "，“宽、高”不起作用";

@@ -9,6 +9,7 @@
 #include "base/number_text.h"
 #include "job/program.h"
 #include "job/settings/cut_settings.h"
+#include "job/settings/mode_rectangle.h"
 #include "job/windows/file_intake.h"
 
 namespace quillon::job {
@@ -88,9 +89,6 @@ void ApplyExactSize(CutSettings& settings) {
   settings.addBoard = true;
   settings.boardMm = {};
 }
-
-// Returns true for the modes that cut every frame or keep transparency, and change nothing else.
-bool CutsOnly(CutMode mode) { return mode == CutMode::Gif || mode == CutMode::Png; }
 
 // Such a mode has no advanced options, so those that were chosen before for another mode must not change the picture.
 void ClearChanges(CutSettings& settings) {
@@ -207,6 +205,7 @@ CutSettings ReadCutSettings(const Program& program) {
   const Flags& flags = program.flags;
   CutSettings settings;
   settings.mode = Selected<CutMode>(form.CmbCutMode);
+  settings.logoOnly = settings.mode == CutMode::Gif && flags.GifLogoOnly;
   settings.geometry = ReadCutGeometry(program);
   settings.outFolder = form.LOutDir.Value();
   settings.outType = form.CmbOutType.Text();

@@ -162,6 +162,26 @@ TEST_F(GifTest, ALogoIsRemovedFromTheWholePicture) {
   EXPECT_EQ(FramesOf(Out("a.gif")), 3);
 }
 
+TEST_F(GifTest, ThePreviewAnnouncesTheWholePictureIfALogoIsRemoved) {
+  const std::string film = Film("a.gif");
+  program.ShowInPreview(film);
+  const auto& preview = program.fCutPre.preview;
+  formats.fGifCut.Load();
+  Put("FGifCut.ChNoCutGif", "1");
+  for (const auto& [margin, text] : {std::pair{"2", "50"}, {"3", "40"}})
+    Put("TCutValue(" + std::string(margin) + ")", text);
+  EXPECT_EQ(preview.Result()->outcome.size, (Size{50, 40})) << "without the high quality it is a cut";
+  Put("FGifCut.ChHighGifCut", "1");
+  EXPECT_EQ(preview.Result()->outcome.size, (Size{100, 80}));
+  EXPECT_EQ(preview.Result()->cut.width, 50) << "the frame around the logo stays";
+  EXPECT_EQ(preview.Result()->notice, "");
+  Put("TCutValue(2)", "100");
+  EXPECT_EQ(preview.Result()->outcome.why, "请在预览中框选要去掉的图标");
+  Put("FGifCut.ChHighGifCut", "0");
+  Put("TCutValue(2)", "50");
+  EXPECT_EQ(preview.Result()->outcome.size, (Size{50, 40}));
+}
+
 TEST_F(GifTest, ALogoMustBeFramedFirst) {
   const std::string film = Film("a.gif");
   formats.fGifCut.Load();

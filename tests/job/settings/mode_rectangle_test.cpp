@@ -5,6 +5,7 @@
 
 #include <gtest/gtest.h>
 
+#include <array>
 #include <string>
 #include <vector>
 
@@ -119,6 +120,27 @@ TEST(RectangleOfMode, TheFrameOfThePreviewCountsIfItIsChosen) {
       {"png", CutMode::Png, framed, {400, 300}, {10, 20, 50, 60}},
       {"tiff", CutMode::Tiff, framed, {400, 300}, {10, 20, 50, 60}},
   });
+}
+
+TEST(ValuesOfMode, AreThoseOfItsRule) {
+  CutGeometry free;
+  free.ChCutA = true;
+  free.ChExact = true;  // counts in the normal cut alone
+  CutGeometry fixed = free;
+  fixed.ChFixCut = true;
+  constexpr std::array kAll{true, true, true, true};
+  constexpr std::array kLeftAndTop{true, true, false, false};
+  for (const CutMode mode : {CutMode::Gif, CutMode::Png, CutMode::Tiff}) {
+    EXPECT_EQ(ValuesOfMode(mode, free).margins, kAll);
+    EXPECT_FALSE(ValuesOfMode(mode, free).fixedSize);
+    EXPECT_EQ(ValuesOfMode(mode, fixed).margins, kLeftAndTop);
+    EXPECT_TRUE(ValuesOfMode(mode, fixed).fixedSize);
+  }
+  EXPECT_EQ(ValuesOfMode(CutMode::Pdf, fixed).margins, kAll);
+  EXPECT_FALSE(ValuesOfMode(CutMode::Pdf, fixed).fixedSize);
+  EXPECT_EQ(ValuesOfMode(CutMode::Normal, fixed).margins, ValuesThatCount(fixed).margins);
+  fixed.ChAsFramed = true;
+  EXPECT_TRUE(ValuesOfMode(CutMode::Gif, fixed).centred);
 }
 
 TEST(RectangleOfMode, APictureThatIsNotCutIsWhole) {

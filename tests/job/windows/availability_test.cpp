@@ -163,6 +163,26 @@ TEST_F(EffectTest, RemaindersCountAlthoughTheyAreDisabled) {
   EXPECT_EQ(WhyOf("TCutValue(3)"), "本项不起作用：下边按“高”去掉");
 }
 
+// In modes 1 and 2 the margins count without a fixed cut, unlike in a normal cut, and nothing is scaled.
+TEST_F(EffectTest, AModeThatOnlyCutsHasItsOwnRule) {
+  WriteApp("CutMedia.dll");
+  for (const char* mode : {"1", "2"}) {
+    Put("CmbCutMode", mode);
+    Put("ChCutA", "1");
+    Put("ChFixCut", "0");
+    for (int i = 0; i < 4; ++i) EXPECT_EQ(Of("TCutValue(" + std::to_string(i) + ")"), controls::Effect::Counts);
+    EXPECT_EQ(Of("TFixWH(0)"), controls::Effect::None);
+    EXPECT_EQ(WhyOf("TFixWH(0)"), "本项不起作用：没有启用“固定裁剪”，四边按填的数值裁");
+    Put("ChFixCut", "1");
+    EXPECT_EQ(Of("TCutValue(0)"), controls::Effect::Counts);
+    EXPECT_EQ(Of("TCutValue(2)"), controls::Effect::None);
+    EXPECT_EQ(WhyOf("TCutValue(2)"), "本项不起作用：右边按“宽”去掉");
+    EXPECT_EQ(WhyOf("TFixWH(0)"), "右边要去掉的像素");
+    EXPECT_EQ(WhyOf("ChAutoZoom"), "本项不起作用：本裁剪模式不缩放图片，也不加边框");
+    EXPECT_EQ(Of("TQuality"), controls::Effect::None);
+  }
+}
+
 TEST_F(EffectTest, InPercentAllFourMarginsCount) {
   Put("ChCutA", "0");
   for (int i = 0; i < 4; ++i) EXPECT_EQ(Of("TCutValue(" + std::to_string(i) + ")"), controls::Effect::Counts);

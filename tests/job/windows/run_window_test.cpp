@@ -54,9 +54,9 @@ Fields FieldsOf(const CutGeometry& geometry) {
 
 Fields FieldsOf(const CutSettings& settings) {
   const auto& [mode, geometry, outFolder, outType, over, keepFolders, quality, dpi, preset, padToSize, extendRight,
-               manual, keepExif, blackWhite, toCmyk, smallest, frameOnly, omitFolders, extensionCase, zoomBefore,
-               zoomAfter, zoom, rotateRule, angle, rotateCut, restore, toGray, invert, ownDpi, split, columns, rows,
-               addBoard, boardMm, boardColour] = settings;
+               logoOnly, manual, keepExif, blackWhite, toCmyk, smallest, frameOnly, omitFolders, extensionCase,
+               zoomBefore, zoomAfter, zoom, rotateRule, angle, rotateCut, restore, toGray, invert, ownDpi, split,
+               columns, rows, addBoard, boardMm, boardColour] = settings;
   Fields fields = FieldsOf(geometry);
   fields.insert({{"mode", std::to_string(static_cast<int>(mode))},
                  {"outFolder", Shown(outFolder)},
@@ -68,6 +68,7 @@ Fields FieldsOf(const CutSettings& settings) {
                  {"preset", Shown(preset)},
                  {"padToSize", Shown(padToSize)},
                  {"extendRight", Shown(extendRight)},
+                 {"logoOnly", Shown(logoOnly)},
                  {"manual", Shown(manual)},
                  {"keepExif", Shown(keepExif)},
                  {"blackWhite", Shown(blackWhite)},
@@ -276,7 +277,7 @@ TEST_F(ReadSettingsTest, EveryControlIsAParameterOrIsNamedAsNone) {
 }
 
 TEST_F(ReadSettingsTest, EveryFieldIsReadFromAControlOrAFlag) {
-  Names read = {"AdvancedOptionsLoaded", "SkipCutThisImage"};
+  Names read = {"AdvancedOptionsLoaded", "SkipCutThisImage", "logoOnly"};
   for (const Read& one : ReadControls()) read.insert(one.fields.begin(), one.fields.end());
   Names there;
   for (const auto& [name, value] : FieldsOf(CutSettings())) there.insert(name);
