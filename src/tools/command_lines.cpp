@@ -133,6 +133,11 @@ std::string CircleText(const std::string& source, const std::string& target, con
                  std::to_string(box.height)});
 }
 
+std::string GifText(const std::string& folder, base::Size canvas, const std::string& target) {
+  return Tabbed(
+      {folder, "0", "0", "98", "0", std::to_string(canvas.width), std::to_string(canvas.height), "100", target});
+}
+
 std::string ExifText(const std::string& source, const std::string& target) { return Barred({source, target, kMarker}); }
 
 }  // namespace quillon::tools

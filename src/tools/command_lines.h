@@ -80,6 +80,9 @@ std::string OcrText(const std::string& picture);
 // --- PicCirleCut: fields between tabs.
 std::string CircleText(const std::string& source, const std::string& target, const base::Rect& box);
 
+// --- PicsToAniGif: fields between tabs. Each frame has a time of its own in the list of frames.
+std::string GifText(const std::string& folder, base::Size canvas, const std::string& target);
+
 // --- The value of the key Exif while TessaExifHandler runs.
 std::string ExifText(const std::string& source, const std::string& target);
 

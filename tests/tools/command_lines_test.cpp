@@ -61,6 +61,7 @@ TEST(PicHandlerText, MakesPdf) {
 TEST(OtherTexts, StandAsGiven) {
   EXPECT_EQ(OcrText("/in/a.jpg"), "Quillon\r\n/in/a.jpg");
   EXPECT_EQ(CircleText("/in/a.jpg", "/out/a.png", {1, -2, 30, 40}), "/in/a.jpg\t/out/a.png\t1\t-2\t30\t40");
+  EXPECT_EQ(GifText("/app", {60, 40}, "/out/a.gif"), "/app\t0\t0\t98\t0\t60\t40\t100\t/out/a.gif");
   EXPECT_EQ(ExifText("/in/a.jpg", "/out/a.jpg"), "/in/a.jpg|/out/a.jpg|Tessa批量处理系列软件");
 }
 
