@@ -41,6 +41,8 @@ host::Status CountPdfPages(Tools& tools, const std::string& pdf, int dpi, int qu
   Clear(tools, {key::kGetPdfPages, key::kPdfW, key::kPdfH});
   if (host::Status started = Start(tools, CountPdfPagesText(pdf, tools.App(), dpi, quality)); !started) return started;
   if (tools.Wait(kProgram) == WaitResult::Stopped) return Interrupted();
+  const std::string answer = ReadKey(tools.World(), key::kGetPdfPages);
+  if (!answer.empty() && !base::ParseInteger(answer)) return {host::Problem::Other, answer};
   pages = {Number(tools, key::kGetPdfPages), Number(tools, key::kPdfW), Number(tools, key::kPdfH)};
   return host::Status::Ok();
 }

@@ -14,7 +14,8 @@ namespace quillon::tools {
 
 inline constexpr const char* kImgTool = "QxImgTool";
 
-// The page count, and the size of the first page in pixels. All are 0 if the tool left no answer.
+// The page count, and the size of the first page in pixels. All are 0 if the tool left no answer. Fails with the
+// sentence of the tool, for example about a password.
 struct PdfPages {
   int count = 0;
   int width = 0;

@@ -239,6 +239,13 @@ TEST_F(ImgToolTest, NoAnswerMeansNoPages) {
   EXPECT_EQ(CountedTiff("/in/a.tif"), 0);
 }
 
+TEST_F(ImgToolTest, TheToolSaysWhyItCountsNoPages) {
+  Helper("QxImgTool.exe", 1, [this](const std::string&) { WriteKey(world.host, "GetPdfPages", "文件有密码保护"); });
+  PdfPages pages{7, 7, 7};
+  EXPECT_EQ(CountPdfPages(tools, "/in/a.pdf", 72, 90, pages).Why(), "文件有密码保护");
+  EXPECT_EQ(pages.count, 0);
+}
+
 TEST_F(ImgToolTest, ACountBelowZeroIsNone) {
   Helper("QxImgTool.exe", 1, [this](const std::string&) {
     for (const char* key : {"GetPdfPages", "PdfW", "PdfH", "GetTiffPages"}) WriteKey(world.host, key, "-7");

@@ -189,6 +189,8 @@ class Form1 : public controls::Window {
   void HideMissingEntries();
 
   // Sets the limits of TCutValue by the unit in use and the picture in the preview.
+  // Returns whether TCutValue is in pixels; else it is in per cent, as always in mode 3.
+  bool MarginsInPixels() const;
   void ShowMarginLimits();
   // Returns whether ChCutA can be switched off without moving the frame on show. Per cent ends a fixed cut, and with it
   // the preset, its resolution and ChOver; and a margin is at most 90 %.
@@ -209,11 +211,15 @@ class Form1 : public controls::Window {
   void ApplyBorderPreset(int entry);
   // Enables ChFrmOnly if there is a border that can stand alone.
   void FreeFrameOnly();
+  // Called when the unit of the margins may have changed.
+  void ShowUnit();
   void ConvertMargins();
   bool ModeIsThere(CutMode mode);
 
   Program& program_;
-  bool firstPresetSeen_ = false;  // entry 1 of CmbKeepCut was chosen before
+  bool firstPresetSeen_ = false;   // entry 1 of CmbKeepCut was chosen before
+  bool scannedPdfsNoted_ = false;  // mode 3 was chosen before
+  bool pixelsShown_ = false;       // the unit of the margins as Frame2 names it
   int lastPreset_ = kCustomSize;
 };
 

@@ -3,6 +3,7 @@
 // The margins of Form1, their unit, and the frame over the preview that follows them.
 #include <array>
 #include <cmath>
+#include <utility>
 
 #include "base/number_text.h"
 #include "job/program.h"
@@ -54,7 +55,7 @@ void Form1::ShowMarginLimits() {
   const base::Size preview{program_.flags.PreviewImageWidth, program_.flags.PreviewImageHeight};
   for (std::size_t i = 0; i < TCutValue.Size(); ++i) {
     controls::Limits limits{0, kMaxPercent};
-    if (ChCutA.On()) limits.max = preview.Empty() ? std::nullopt : std::optional<double>(SideOf(preview, i));
+    if (MarginsInPixels()) limits.max = preview.Empty() ? std::nullopt : std::optional<double>(SideOf(preview, i));
     TCutValue[i].SetLimits(limits);
   }
 }
@@ -68,10 +69,10 @@ void Form1::ShowFrame() {
   preview.SetPictureFrame(picture.Empty() ? PreviewFrame{} : frame);
   ShowResult(settings.geometry);
   for (std::size_t i = 0; i < TCutValue.Size(); ++i) {
-    const bool known = ChCutA.On() && !picture.Empty();
+    const bool known = MarginsInPixels() && !picture.Empty();
     const std::string share =
         known ? base::ShortNumberText(TCutValue[i].Number() * 100 / SideOf(picture, i)) + "%" : "";
-    TCutValue[i].SetTooltip(ChCutA.On() ? share : kPercentTooltip);
+    TCutValue[i].SetTooltip(MarginsInPixels() ? share : kPercentTooltip);
   }
   program_.ShowEffects();
 }
@@ -82,9 +83,16 @@ void Form1::ShowResult(const CutGeometry& geometry) {
   preview.SetBoard(BoardAroundCut(program_, preview));
 }
 
-void Form1::ChCutA_Click() {
-  Frame2.SetCaption(ChCutA.On() ? kPixelCaption : kPercentCaption);
+bool Form1::MarginsInPixels() const { return ChCutA.On() && Selected<CutMode>(CmbCutMode) != CutMode::Pdf; }
+
+void Form1::ShowUnit() {
+  if (std::exchange(pixelsShown_, MarginsInPixels()) == MarginsInPixels()) return;
+  Frame2.SetCaption(MarginsInPixels() ? kPixelCaption : kPercentCaption);
   ConvertMargins();
+}
+
+void Form1::ChCutA_Click() {
+  ShowUnit();
   ChFixCut.Set(false);
   ChCutAndArray.Set(false);
   program_.ShowAvailability();
@@ -99,13 +107,13 @@ void Form1::ConvertMargins() {
   if (!program_.flags.HandlersLive || picture.Empty()) return;
   const std::array offsets = OffsetsOf(program_.fCutPre.preview.PictureFrame(), picture);
   for (std::size_t i = 0; i < TCutValue.Size(); ++i) {
-    TCutValue[i].SetNumber(ChCutA.On() ? WholePixels(offsets[i]) : offsets[i] * 100 / SideOf(picture, i));
+    TCutValue[i].SetNumber(MarginsInPixels() ? WholePixels(offsets[i]) : offsets[i] * 100 / SideOf(picture, i));
   }
 }
 
 bool Form1::CanUsePercent() const {
   const Preview& preview = program_.fCutPre.preview;
-  if (!ChCutA.On() || ChFixCut.On() || preview.Picture().Empty()) return false;
+  if (!MarginsInPixels() || ChFixCut.On() || preview.Picture().Empty()) return false;
   const std::array offsets = OffsetsOf(preview.PictureFrame(), preview.Picture());
   for (std::size_t i = 0; i < offsets.size(); ++i) {
     if (!(offsets[i] >= 0 && offsets[i] * 100 <= kMaxPercent * SideOf(preview.Picture(), i))) return false;

@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // The lists and switches of Form1 that choose what is cut, how, and into what.
 #include <algorithm>
+#include <utility>
 
 #include "job/program.h"
 #include "job/windows/form1.h"
@@ -10,6 +11,7 @@
 namespace quillon::job {
 namespace {
 
+constexpr const char* kScannedPdfsOnly = "本功能只针对扫描型Pdf进行裁剪，不建议处理非扫描型的Pdf。";
 constexpr double kLowestQuality = 30;
 constexpr double kHighestQuality = 99;
 
@@ -78,8 +80,10 @@ void Form1::CmbCutMode_Click() {
     program_.fBaseOpt.ChMulCut.Set(false);
     program_.fBaseOpt.ChSplit.Set(false);
   }
+  ShowUnit();
   program_.ShowAvailability();
   program_.ShowAsCut();
+  if (mode == CutMode::Pdf && !std::exchange(scannedPdfsNoted_, true)) program_.Ask(kScannedPdfsOnly);
 }
 
 controls::Menu* Form1::MenuOfMode() {

@@ -41,7 +41,7 @@ Converted ToPixels(const Program& program, const base::Measure& measure, Along a
 }
 
 Converted ToMargin(const Program& program, const base::Measure& measure, Along along) {
-  if (program.form1.ChCutA.On()) return ToPixels(program, measure, along);
+  if (program.form1.MarginsInPixels()) return ToPixels(program, measure, along);
   if (measure.unit == Unit::None || measure.unit == Unit::Percent) return {measure.value};
   const int side = SideOnShow(program, along);
   if (side <= 0) return {0, "还没有预览的图片，不能换算成百分比"};

@@ -16,7 +16,7 @@ enum class Along { Width, Height };
 
 // For a box in pixels. Whole pixels.
 controls::Converted ToPixels(const Program& program, const base::Measure& measure, Along along);
-// For a margin: pixels or per cent, as ChCutA says.
+// For a margin: pixels or per cent, see Form1::MarginsInPixels.
 controls::Converted ToMargin(const Program& program, const base::Measure& measure, Along along);
 // For a box in millimetres. Pixels and per cent are refused.
 controls::Converted ToMillimetres(const base::Measure& measure);

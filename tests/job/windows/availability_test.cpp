@@ -246,8 +246,8 @@ TEST_F(EffectTest, BoxesOfTheFixedCutSayWhenTheyDoNotCount) {
 }
 
 TEST_F(EffectTest, OtherModesCutByTheirOwnRules) {
-  WriteApp("CutMedia.dll");
-  Put("CmbCutMode", "2");
+  WriteApp("Aspose.pdf.dll");
+  Put("CmbCutMode", "5");
   EXPECT_EQ(Of("TCutValue(3)"), controls::Effect::AsEnabled);
   EXPECT_EQ(WhyOf("TCutValue(3)"), "");
 }

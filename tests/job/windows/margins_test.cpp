@@ -54,6 +54,26 @@ class MarginsTest : public StartedTest {
   PreviewFrame Frame() const { return preview.PictureFrame(); }
 };
 
+TEST_F(MarginsTest, OfPdfPagesAreInPerCent) {
+  WriteApp("Aspose.pdf.dll");
+  ShowArea(200, 100);
+  PutMargins("20", "0", "0", "5");
+  Put("CmbCutMode", "3");
+  EXPECT_EQ(form.Frame2.Text(), "裁剪参数(单位：%)：");
+  EXPECT_EQ(Margins(), "10 0 0 5");
+  EXPECT_EQ(form.TCutValue[0].GetLimits().max, 90);
+  EXPECT_EQ(Frame(), (PreviewFrame{20, 0, 180, 95}));
+  Put("ChCutA", "0");
+  Put("ChCutA", "1");
+  EXPECT_EQ(Margins(), "10 0 0 5") << "the unit stays";
+  Put("ChFixCut", "1");
+  EXPECT_EQ(Frame(), (PreviewFrame{20, 0, 180, 95})) << "a fixed size does not count";
+  Put("ChFixCut", "0");
+  Put("CmbCutMode", "0");
+  EXPECT_EQ(form.Frame2.Text(), "裁剪参数(单位：像素)：");
+  EXPECT_EQ(Margins(), "20 0 0 5");
+}
+
 TEST_F(MarginsTest, ANegativeValueBecomesZeroWithABeep) {
   Put("TCutValue(0)", "-1");
   EXPECT_EQ(Value("TCutValue(0)"), "0");

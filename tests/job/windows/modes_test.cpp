@@ -180,6 +180,14 @@ TEST_F(ModesTest, PdfGoesWithItsModeIfNothingElseMakesIt) {
   EXPECT_EQ(Value("CmbOutType"), "5");
 }
 
+TEST_F(ModesTest, ScannedPdfsAreNamedTheFirstTime) {
+  GiveResources();
+  Put("CmbCutMode", "3");
+  Put("CmbCutMode", "0");
+  Put("CmbCutMode", "3");
+  EXPECT_EQ(world.boxes.Count("本功能只针对扫描型Pdf进行裁剪，不建议处理非扫描型的Pdf。"), 1);
+}
+
 TEST_F(ModesTest, ModesPutTheShapeBack) {
   GiveResources();
   for (const int mode : {1, 2, 3, 4, 5}) {
