@@ -8,6 +8,7 @@
 #include <QProgressBar>
 #include <QTableView>
 
+#include "job/several_pages.h"
 #include "ui/kit/bind/elided_label.h"
 #include "ui/kit/theme/theme.h"
 #include "ui/main/file_list_model.h"
@@ -330,6 +331,20 @@ TEST_F(OutcomeColumn, CountsAgainWhenTheListChanges) {
   ui_.List("/in/c.jpg", 50, 500);
   EXPECT_TRUE(Says(QStringLiteral("开始裁剪（3 张，其中 2 张裁不出图）")));
   ui_.program.files.Clear();
+  EXPECT_TRUE(Says(QStringLiteral("开始裁剪")));
+}
+
+TEST_F(OutcomeColumn, ForeseesThatAFileOfSeveralPagesIsNotReplaced) {
+  Open();
+  ASSERT_TRUE(QTest::qWaitFor([&] { return At(0, Qt::DisplayRole).toString() == QStringLiteral("400×300"); }));
+  const std::string path = ui_.world.folder.Write("pages.tif", job::TwoPages(40, 30));
+  ui_.List(path, 40, 30);
+  ui_.program.form1.ChOver.UserEdit("1");
+  EXPECT_TRUE(Says(QStringLiteral("开始裁剪（3 张，其中 1 张裁不出图）")))
+      << Named<QAction>("startCut").text().toStdString();
+  EXPECT_EQ(At(2, Qt::DisplayRole).toString(), QStringLiteral("裁不出图"));
+  EXPECT_EQ(At(2, Qt::ToolTipRole).toString(), QStringLiteral("源文件有 2 页，普通裁剪只取第一页，未覆盖；请用模式 5"));
+  ui_.program.form1.ChOver.UserEdit("0");
   EXPECT_TRUE(Says(QStringLiteral("开始裁剪")));
 }
 

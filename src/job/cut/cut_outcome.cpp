@@ -150,6 +150,9 @@ std::string SplitFailure(const CutSettings& settings, base::Size cut) {
 CutOutcome OutcomeOf(const CutSettings& settings, const SourceFacts& source) {
   if (source.size.Empty()) return None(WholePicture(source.size), "图片的宽或高为 0");
   if (TooSmall(source.size, settings.smallest)) return None(WholePicture(source.size), TooSmallText(settings.smallest));
+  if (ReplacesSource(settings) && source.pages.Several()) {
+    return None(WholePicture(source.size), source.pages.Refusal());
+  }
   if (settings.frameOnly) return OutcomeOfTurned(settings, source, {source.size});
   const auto zoomed = SizeBeforeCut(settings, source.size);
   if (zoomed) {

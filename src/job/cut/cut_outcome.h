@@ -8,6 +8,7 @@
 
 #include "base/rect.h"
 #include "imaging/types.h"
+#include "job/cut/first_page.h"
 #include "job/settings/cut_settings.h"
 
 // Decides what a cut makes of a picture, from the settings and the measured size alone. The steps of cut_steps.h use
@@ -20,6 +21,7 @@ struct SourceFacts {
   base::Size size;    // in pixels, as ImageInfo measures it
   int dpi = 0;        // dots per inch; 0 if the source states none
   int screenDpi = 0;  // of the screen; used for a border if nothing else states a resolution
+  PagesOfFile pages;  // matters only if the result replaces the source
 };
 
 // What a cut makes of one source.
@@ -52,6 +54,8 @@ std::optional<base::Size> SizeBeforeCut(const CutSettings& settings, base::Size 
 double AngleOfCut(const CutSettings& settings, double restoreAngle, base::Size picture);
 // Returns the size to which ChExact or ChCutAndZoom scales a cut of that size; nothing if the size does not change.
 std::optional<base::Size> SizeAfterCut(const CutSettings& settings, base::Size cut);
+// Returns whether the result replaces its source, with all pages of it. The pieces of a split lie beside it.
+inline bool ReplacesSource(const CutSettings& settings) { return settings.over && !settings.split; }
 // Returns the first pixel of part `index`, of `count` parts along a side; for index = count the end of the side. The
 // lengths of the parts differ by at most one pixel.
 int PartBegin(int side, int index, int count);

@@ -137,8 +137,7 @@ Step KeepPages(CutFile& file) {
   if (!CanHoldSeveral(file.format)) return Step::Next;
   PagesOfFile pages;
   const host::Status counted = CountPages(file.program.images, file.listedPath, file.format, pages);
-  const bool replaced = file.settings.over && !file.settings.split;
-  if (!replaced) {
+  if (!ReplacesSource(file.settings)) {
     AddNote(file.result.why, pages.Note());
     return Step::Next;
   }

@@ -2,6 +2,12 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "job/cut/first_page.h"
 
+#include <memory>
+
+#include "imaging/io/open_bytes.h"
+#include "imaging/measure/frame_count.h"
+#include "imaging/measure/measure.h"
+
 namespace quillon::job {
 namespace {
 
@@ -20,6 +26,13 @@ const char* ModeText(Format format) {
   return format == Format::Gif ? "；请用模式 1" : "；请输出到别的文件夹";
 }
 
+// A file whose structure is damaged counts as one page.
+host::Status UnlessDamaged(host::Status counted) {
+  const host::Problem problem = counted.GetProblem();
+  const bool damaged = problem == host::Problem::Damaged || problem == host::Problem::Unsupported;
+  return damaged ? host::Status::Ok() : counted;
+}
+
 }  // namespace
 
 std::string PagesOfFile::Note() const { return Several() ? CountText(*this) + "，" + FirstText(format) : ""; }
@@ -31,10 +44,17 @@ std::string PagesOfFile::Refusal() const {
 host::Status CountPages(imaging::Services& images, const std::string& path, Format format, PagesOfFile& pages) {
   pages = {format};
   if (!CanHoldSeveral(format)) return host::Status::Ok();
-  host::Status counted = images.FramesIn(path, pages.count);
-  const host::Problem problem = counted.GetProblem();
-  const bool damaged = problem == host::Problem::Damaged || problem == host::Problem::Unsupported;
-  return damaged ? host::Status::Ok() : counted;
+  return UnlessDamaged(images.FramesIn(path, pages.count));
+}
+
+host::Status FindPages(const host::Files& files, const std::string& path, PagesOfFile& pages) {
+  pages = {};
+  std::shared_ptr<imaging::Bytes> bytes;
+  if (host::Status opened = imaging::OpenBytes(files, path, {}, bytes); !opened) return UnlessDamaged(opened);
+  imaging::HeaderFacts header;
+  imaging::ReadHeader(*bytes, header);
+  pages.format = header.format;
+  return CanHoldSeveral(header.format) ? UnlessDamaged(imaging::CountFrames(*bytes, pages.count)) : host::Status::Ok();
 }
 
 }  // namespace quillon::job

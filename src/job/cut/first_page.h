@@ -4,6 +4,7 @@
 
 #include <string>
 
+#include "host/files/files.h"
 #include "host/status.h"
 #include "imaging/services.h"
 
@@ -26,10 +27,15 @@ struct PagesOfFile {
   // Returns why a result must not replace the source, which would lose all pages but the first. Names the cut mode that
   // keeps them. "" for a single page.
   std::string Refusal() const;
+  bool operator==(const PagesOfFile&) const = default;
 };
 
 // Counts the pages of a picture whose format ImageInfo has found. Unless the format can hold several, no file is read.
 // Fails if the file cannot be read. If its structure is damaged, the count is 1: the cut reports the damage.
 host::Status CountPages(imaging::Services& images, const std::string& path, imaging::Format format, PagesOfFile& pages);
+
+// Stores the format of a picture and its number of pages, as a cut will find them. May be called from any thread. Fails
+// if the file cannot be read.
+host::Status FindPages(const host::Files& files, const std::string& path, PagesOfFile& pages);
 
 }  // namespace quillon::job

@@ -4,16 +4,22 @@
 
 #include <cstddef>
 #include <optional>
+#include <string>
+#include <unordered_map>
+#include <vector>
 
 #include "job/cut/cut_outcome.h"
 
 namespace quillon::job {
 
 class Program;
+struct FileRow;
 
-// What a normal cut with the present settings makes of the rows of the file list. Nothing is stored for a row: it is
-// computed when it is asked for, and the count goes over the list in portions, so that a list of any length costs no
-// memory and never blocks the window for long. Reads no file.
+// What a normal cut with the present settings makes of the rows of the file list. It is computed when it is asked for,
+// and the count goes over the list in portions, so that a list of any length never blocks the window for long.
+//
+// Reads no file. If results replace their sources, it matters how many pages a tif, gif or png has: the caller counts
+// them (Unread, FindPages) and hands them over (Learn). A file counts as one page until then.
 class ForeseenList {
  public:
   // How the size of a row is decided.
@@ -34,10 +40,21 @@ class ForeseenList {
   std::size_t Counted() const { return counted_; }
   std::size_t WithoutFile() const { return withoutFile_; }
 
+  // Returns the files of the list whose pages matter and are not known.
+  std::vector<std::string> Unread() const;
+  // Stores the pages of files.
+  void Learn(const std::unordered_map<std::string, PagesOfFile>& found);
+  // Begins to count again with the same settings. Called after Learn.
+  void CountAnew();
+
  private:
+  // Returns whether the pages of a row decide about its outcome.
+  bool PagesMatter(const FileRow& file) const;
+
   const Program& program_;
   By by_ = By::Settings;
   CutSettings settings_;
+  std::unordered_map<std::string, PagesOfFile> pages_;  // by path
   std::size_t counted_ = 0;
   std::size_t withoutFile_ = 0;
 };

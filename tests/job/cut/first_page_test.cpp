@@ -4,9 +4,13 @@
 #include "job/cut/first_page.h"
 
 #include <cerrno>
+#include <string>
+#include <tuple>
+#include <unordered_map>
 
 #include "job/cut_fixture.h"
 #include "job/several_pages.h"
+#include "job/windows/foreseen_list.h"
 
 namespace quillon::job {
 namespace {
@@ -41,6 +45,48 @@ TEST_F(FirstPageTest, NeverReplacesAFileOfSeveralPages) {
   EXPECT_EQ(Why(2), "源文件有 12 帧，普通裁剪只取第一帧，未覆盖；请用模式 1");
   EXPECT_EQ(Why(3), "源文件有 5 帧，普通裁剪只取第一帧，未覆盖；请输出到别的文件夹");
   EXPECT_EQ(world.folder.Read("in/a.tif") + world.folder.Read("in/b.gif") + world.folder.Read("in/c.png"), before);
+}
+
+// What the list announces is what the run does, with every combination of the options that decide.
+TEST_F(FirstPageTest, TheListForeseesWhatIsRefused) {
+  const std::string single = Make("d.tif", 40, 30);
+  const std::string photo = Make("e.jpg", 40, 30);
+  const std::string upper = world.folder.Write("in/F.TIFF", TwoPages(40, 30));
+  ForeseenList foreseen(program);
+  for (const auto& [over, split, none] : {std::tuple{"0", "0", 0U}, {"1", "1", 0U}, {"1", "0", 4U}}) {
+    SCOPED_TRACE(std::string("ChOver ") + over + " ChSplit " + split);
+    Option("ChSplit", split);
+    Put("ChOver", over);
+    program.files.Clear();
+    List({tiff, gif, png, single, photo, upper});
+    foreseen.Restart();
+    EXPECT_EQ(foreseen.Unread().size(), none > 0 ? 5U : 0U);
+    std::unordered_map<std::string, PagesOfFile> found;
+    for (const std::string& path : foreseen.Unread()) EXPECT_TRUE(FindPages(world.files, path, found[path]));
+    foreseen.Learn(found);
+    EXPECT_TRUE(foreseen.Unread().empty());
+    foreseen.CountAnew();
+    EXPECT_TRUE(foreseen.CountMore(100));
+    EXPECT_EQ(foreseen.WithoutFile(), none);
+    Cut();
+    EXPECT_EQ(Totals().none, foreseen.WithoutFile()) << Whys();
+    for (std::size_t row = 0; row < program.files.RowCount() && none > 0; ++row) {
+      EXPECT_EQ(foreseen.Of(row)->why, Why(row + 1));
+    }
+  }
+}
+
+TEST_F(FirstPageTest, FindsThePagesOfAFile) {
+  PagesOfFile pages;
+  EXPECT_TRUE(FindPages(world.files, gif, pages));
+  EXPECT_EQ(pages, (PagesOfFile{imaging::Format::Gif, 12}));
+  EXPECT_TRUE(FindPages(world.files, Make("e.jpg", 40, 30), pages));
+  EXPECT_EQ(pages.count, 1);
+  EXPECT_TRUE(FindPages(world.files, world.folder.Write("in/empty.tif", ""), pages));
+  EXPECT_EQ(pages.count, 1);
+  EXPECT_TRUE(FindPages(world.files, world.folder.Write("in/broken.gif", "GIF89a"), pages));
+  EXPECT_EQ(pages.count, 1);
+  EXPECT_EQ(FindPages(world.files, In("missing.tif"), pages).GetProblem(), host::Problem::Missing);
 }
 
 TEST_F(FirstPageTest, NeitherDoesAConversionOrALargeRun) {
