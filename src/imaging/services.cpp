@@ -188,6 +188,18 @@ Status Services::FramesIn(const std::string& path, int& frames) {
   return status;
 }
 
+Status Services::AlphaIn(const std::string& path, bool& alpha) {
+  const auto found = std::make_shared<bool>(false);
+  Status status = parts_->Run([path, found](const Parts::Access& access) {
+    std::shared_ptr<Bytes> bytes;
+    if (Status opened = OpenBytes(access.files, path, access.reading, bytes); !opened) return opened;
+    *found = PngHasAlpha(*bytes);
+    return Status::Ok();
+  });
+  if (status) alpha = *found;
+  return status;
+}
+
 void Services::RememberSizes(std::size_t count) { parts_->measurer->Remember(count); }
 
 Status Services::LoadImageFromFile(const std::string& path, Image& out) {

@@ -58,6 +58,9 @@ class Services {
   // Stores the number of pages of a tif, or of frames of a gif or an animated png; see CountFrames. Nothing is decoded.
   // For any other picture it is 1. If the call fails, frames is unchanged.
   Status FramesIn(const std::string& path, int& frames);
+  // Stores whether the file is a png with an alpha channel or transparent colours; see PngHasAlpha. If the call fails,
+  // alpha is unchanged.
+  Status AlphaIn(const std::string& path, bool& alpha);
 
   // --- Images in memory. Operations on no image fail.
   Status LoadImageFromFile(const std::string& path, Image& out);

@@ -84,18 +84,31 @@ std::uint64_t TiffDirectories(Bytes& bytes) {
   return seen.size();
 }
 
-std::uint64_t PngFrames(Bytes& bytes) {
+// Where a chunk before the pixels of a png begins.
+struct PngChunk {
+  bool pixels = false;       // the search has reached the pixels, or the chunk was found before them
+  std::uint64_t offset = 0;  // of its content; 0 if there is no such chunk
+};
+
+PngChunk FindBeforePixels(Bytes& bytes, std::string_view wanted) {
   constexpr std::uint64_t kSignature = 8;
   constexpr std::uint64_t kAround = 12;  // length, type and checksum of a chunk
   for (std::uint64_t at = kSignature;;) {
     const auto size = NumberAt(bytes, at, 4, ByteOrder::Big);
     std::array<char, 4> type{};
-    if (!size || !bytes.ReadAt(at + 4, type.data(), type.size())) return 0;
+    if (!size || !bytes.ReadAt(at + 4, type.data(), type.size())) return {};
     const std::string_view name(type.data(), type.size());
-    if (name == "IDAT") return 1;
-    if (name == "acTL") return std::max<std::uint64_t>(1, NumberAt(bytes, at + 8, 4, ByteOrder::Big).value_or(1));
+    if (name == "IDAT") return {.pixels = true};
+    if (name == wanted) return {.pixels = true, .offset = at + 8};
     at += kAround + *size;
   }
+}
+
+std::uint64_t PngFrames(Bytes& bytes) {
+  const PngChunk control = FindBeforePixels(bytes, "acTL");
+  if (!control.pixels) return 0;
+  if (control.offset == 0) return 1;
+  return std::max<std::uint64_t>(1, NumberAt(bytes, control.offset, 4, ByteOrder::Big).value_or(1));
 }
 
 }  // namespace
@@ -125,6 +138,17 @@ Status CountFrames(Bytes& file, int& frames) {
   if (count == 0) return fault::DamagedPicture();
   frames = static_cast<int>(std::min<std::uint64_t>(count, std::numeric_limits<int>::max()));
   return Status::Ok();
+}
+
+bool PngHasAlpha(Bytes& file) {
+  constexpr std::uint64_t kColourType = 25;
+  constexpr std::uint64_t kAlphaBit = 4;
+  BlockBytes bytes(file);
+  std::array<char, 16> start{};
+  if (!bytes.ReadAt(0, start.data(), start.size()) || FormatOf({start.data(), start.size()}) != Format::Png)
+    return false;
+  const bool samples = (ByteAt(bytes, kColourType).value_or(0) & kAlphaBit) != 0;
+  return samples || FindBeforePixels(bytes, "tRNS").offset > 0;
 }
 
 }  // namespace quillon::imaging

@@ -17,4 +17,8 @@ namespace quillon::imaging {
 // Damaged: no picture can be found. Unsupported: this is no picture that is read here.
 Status CountFrames(Bytes& bytes, int& frames);
 
+// Returns whether the head of a png says that pixels can be transparent: by a sample of each pixel, by its palette or
+// by one transparent colour. False for any other file. No pixel is decoded, so that all of them may be opaque.
+bool PngHasAlpha(Bytes& bytes);
+
 }  // namespace quillon::imaging

@@ -24,7 +24,8 @@ constexpr std::size_t kMostForeseen = 100'000;
 // The steps of one file, in their order. After kPictureSteps comes AddBorder; if the cut is split, SplitCut executes
 // the rest for each piece. Prefetched work replaces kPictureSteps and AddBorder.
 using StepFunction = Step (*)(CutFile&);
-constexpr StepFunction kFirstSteps[] = {MeasureSource, PassOverSmall, KeepPages, KeepExifSource, PassOverFolder};
+constexpr StepFunction kFirstSteps[] = {MeasureSource, PassOverSmall,  KeepPages,
+                                        NoteAlpha,     KeepExifSource, PassOverFolder};
 constexpr StepFunction kPictureSteps[] = {ZoomBeforeCut, RotateBeforeCut, NameOutput, AskForFrame,
                                           FindRectangle, MakeCut,         StopHere};
 constexpr StepFunction kLastSteps[] = {ConvertToCmyk, CopyExif, MakePdf, Deliver, RemoveSource, PlaceOnSheet};

@@ -13,6 +13,7 @@ namespace quillon::job {
 namespace {
 
 constexpr const char* kBackSideNote = "(背景拼版)";
+constexpr const char* kOpaqueByBorder = "加了边框，透明部分填上了颜色，不再透明";
 constexpr const char* kNotTurned = "图片没能旋转，这一张没有裁剪：";
 
 void ApplySize(CutFile& file, base::Size size) {
@@ -143,6 +144,15 @@ Step KeepPages(CutFile& file) {
   }
   if (!counted) return Fail(file, counted);
   return pages.Several() ? Fail(file, pages.Refusal()) : Step::Next;
+}
+
+Step NoteAlpha(CutFile& file) {
+  const bool bordered = file.BorderFollows() && imaging::EncoderFor(file.OutExt) == imaging::Encoder::Png;
+  bool alpha = false;
+  // A file that cannot be read is reported by the cut.
+  if (bordered && file.format == imaging::Format::Png) (void)file.program.images.AlphaIn(file.listedPath, alpha);
+  if (alpha) AddNote(file.result.why, kOpaqueByBorder);
+  return Step::Next;
 }
 
 Step KeepExifSource(CutFile& file) {

@@ -22,6 +22,7 @@ std::vector<std::string> WindowsHiddenInCut(const Flags& flags);
 Step MeasureSource(CutFile& file);
 Step PassOverSmall(CutFile& file);    // ChFilter
 Step KeepPages(CutFile& file);        // fails if a source of several pages would be replaced by its first one
+Step NoteAlpha(CutFile& file);        // notes that a border makes a transparent png opaque
 Step KeepExifSource(CutFile& file);   // copies a source that will be overwritten, because its Exif is needed later
 Step PassOverFolder(CutFile& file);   // ChOmitFolds
 Step ZoomBeforeCut(CutFile& file);    // ChZoomAndCut

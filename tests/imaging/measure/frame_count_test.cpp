@@ -113,5 +113,27 @@ TEST(FrameCount, IsAnOperationOfTheServices) {
   EXPECT_EQ(frames, 8);
 }
 
+TEST(PngAlpha, IsASampleOrATransparentColour) {
+  const auto alpha = [](const std::string& content) {
+    MemoryBytes bytes(content);
+    return PngHasAlpha(bytes);
+  };
+  // The head of a png of that colour type, with a chunk of that name before the pixels and one after them.
+  const auto png = [](char type, const char* before, const char* after) {
+    const std::string head = Big(4, 4) + Big(4, 4) + std::string({8, type, 0, 0, 0});
+    return "\x89PNG\r\n\x1a\n" + Chunk("IHDR", head) + Chunk(before, "12") + Chunk("IDAT", "") + Chunk(after, "12");
+  };
+  EXPECT_FALSE(alpha(png(0, "tEXt", "tRNS")));
+  EXPECT_FALSE(alpha(png(2, "tEXt", "tRNS")));
+  EXPECT_TRUE(alpha(png(2, "tRNS", "tEXt")));
+  EXPECT_FALSE(alpha(png(3, "tEXt", "tEXt")));
+  EXPECT_TRUE(alpha(png(3, "tRNS", "tEXt")));
+  EXPECT_TRUE(alpha(png(4, "tEXt", "tEXt")));
+  EXPECT_TRUE(alpha(png(6, "tEXt", "tEXt")));
+  EXPECT_FALSE(alpha(png(2, "tEXt", "tEXt").substr(0, 40)));
+  EXPECT_FALSE(alpha(Gif(61, 43)));
+  EXPECT_FALSE(alpha("no"));
+}
+
 }  // namespace
 }  // namespace quillon::imaging

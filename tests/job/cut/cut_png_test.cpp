@@ -84,5 +84,31 @@ TEST_F(CutPngTest, ABorderIsDrawnAroundAnOpaqueCut) {
   EXPECT_EQ(made.At(made.width - 34, made.height - 1), kWhitePixel);
 }
 
+TEST_F(CutPngTest, TheRowOfABorderedPngSaysThatItIsOpaqueNow) {
+  Option("ChAddBoard", "1");
+  Put("FBaseOpt.TBoard(0)", "3");
+  for (const char* option : {"ChOver", "FBaseOpt.ChFrmOnly", "FBaseOpt.ChInvert"}) {
+    for (const bool prefetched : {false, true}) {
+      program.recovering = !prefetched;
+      program.files.Clear();
+      Put(option, "1");
+      Cut({MakeDeep("a.png"), Make("b.png", 40, 30)});
+      ASSERT_EQ(Totals().written, 2u) << Whys();
+      EXPECT_EQ(Why(1), "加了边框，透明部分填上了颜色，不再透明") << option;
+      EXPECT_EQ(Why(2), "") << option;
+    }
+    Put(option, "0");
+  }
+}
+
+TEST_F(CutPngTest, ABorderOfAnotherTypeIsNotNoted) {
+  Option("ChAddBoard", "1");
+  Put("FBaseOpt.TBoard(0)", "3");
+  form.CmbOutType.SetText("jpg");
+  Cut({MakeDeep("a.png")});
+  ASSERT_EQ(Totals().written, 1u) << Whys();
+  EXPECT_EQ(Why(1), "");
+}
+
 }  // namespace
 }  // namespace quillon::job
