@@ -129,6 +129,16 @@ std::vector<pid_t> BatchProcess::Children() const {
   return found;
 }
 
+int BatchProcess::PeakMemory() const {
+  constexpr int kKilobytes = 1024;
+  const std::string peak = "VmHWM:";
+  std::ifstream status("/proc/" + std::to_string(process_) + "/status");
+  for (std::string line; std::getline(status, line);) {
+    if (line.starts_with(peak)) return std::stoi(line.substr(peak.size())) / kKilobytes;
+  }
+  return 0;
+}
+
 void BatchProcess::SetEnd(int status) {
   process_ = -1;
   if (WIFEXITED(status)) ran_.exit = WEXITSTATUS(status);

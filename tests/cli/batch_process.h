@@ -41,6 +41,8 @@ class BatchProcess {
   void SignalTogether(const std::vector<int>& signals) const;
   // Returns the processes that it has started and that still run.
   std::vector<pid_t> Children() const;
+  // Returns the most memory that the process has held at once so far, in MB; 0 if it has ended.
+  int PeakMemory() const;
   // Sends the signal again and again until the process has ended, without reading what it writes.
   Ran Insist(int signal);
   Ran Wait();

@@ -119,7 +119,7 @@ Status CutOut(Picture& picture, base::Rect rect, const PixelSpace& space) {
   VImage cut = CropOrPad(picture.pixels, rect, base::kWhite);
   // What is computed from a large picture is computed only once.
   if (IsLarge(picture.pixels, space)) {
-    if (Status status = MaterializeSmall(cut, space); !status) return status;
+    if (Status status = MaterializePart(cut, space); !status) return status;
   }
   picture.pixels = cut;
   return Status::Ok();

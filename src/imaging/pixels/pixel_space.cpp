@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "imaging/pixels/pixel_space.h"
 
+#include <cstdint>
 #include <optional>
 
 #include "imaging/faults.h"
@@ -57,6 +58,17 @@ Status Materialize(VImage& pixels, const PixelSpace& space) {
 
 Status MaterializeSmall(VImage& pixels, const PixelSpace& space) {
   return IsLarge(pixels, space) ? CheckPixels(pixels, space.limits) : Materialize(pixels, space);
+}
+
+Status MaterializePart(VImage& pixels, const PixelSpace& space) {
+  constexpr std::int64_t kShare = 4;
+  const std::int64_t count = std::int64_t{pixels.width()} * pixels.height();
+  if (IsLarge(pixels, space)) return CheckPixels(pixels, space.limits);
+  if (count > space.limits.pixelsInMemory / kShare) {
+    if (Status fits = CheckPixels(pixels, space.limits); !fits) return fits;
+    if (const std::optional<Status> stored = StoreOnDisk(pixels, space.files)) return *stored;
+  }
+  return Materialize(pixels, space);
 }
 
 Status MaterializeHuge(VImage& pixels, const PixelSpace& space) {

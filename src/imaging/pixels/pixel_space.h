@@ -23,6 +23,9 @@ bool IsLarge(const vips::VImage& pixels, const PixelSpace& space);
 host::Status Materialize(vips::VImage& pixels, const PixelSpace& space);
 // As Materialize, but leaves large pixels to be computed when they are read.
 host::Status MaterializeSmall(vips::VImage& pixels, const PixelSpace& space);
+// As MaterializeSmall, for a part of large pixels: more than a quarter of what may be held in memory goes into a
+// TileStore too, so that the part needs no more memory than the whole.
+host::Status MaterializePart(vips::VImage& pixels, const PixelSpace& space);
 // As Materialize, but accepts pixels above the limit of memory if there is disk for them.
 host::Status MaterializeHuge(vips::VImage& pixels, const PixelSpace& space);
 
