@@ -27,6 +27,12 @@ TEST(Runner, SetsAsAUserDoes) {
   EXPECT_EQ(world.Printed(), (Texts{"7", "1", "2"}));
 }
 
+TEST(Runner, PrintsTheCaptionOfAFrame) {
+  World world;
+  EXPECT_EQ(world.Perform({World::Print("Frame2")}).exit, Exit::AllWritten);
+  EXPECT_EQ(world.Printed(), Texts{"裁剪参数(单位：像素)："});
+}
+
 TEST(Runner, LimitsBeepAndPutTheValueBack) {
   World world;
   const Outcome outcome =

@@ -14,6 +14,7 @@ namespace {
 
 constexpr const char* kBackSideNote = "(背景拼版)";
 constexpr const char* kOpaqueByBorder = "加了边框，透明部分填上了颜色，不再透明";
+constexpr const char* kListedBefore = "与列表中前面的文件相同，本次已处理";
 constexpr const char* kNotTurned = "图片没能旋转，这一张没有裁剪：";
 
 void ApplySize(CutFile& file, base::Size size) {
@@ -78,6 +79,7 @@ Step KeepExisting(CutFile& file) {
   const auto place = file.run.ledger.PlaceFor(file.listedPath, output);
   if (!place) return PassOver(file, "已有同名的文件 " + base::DisplayText(output) + "，保留它，已跳过");
   if (*place == output) return Step::Next;
+  if (file.run.ledger.WroteFrom(*place, file.listedPath)) return PassOver(file, kListedBefore);
   if (file.run.ledger.Wrote(output)) AddNote(file.result.why, TakenNameText(output, *place));
   const base::PathParts named = base::SplitPath(file.Dst);
   file.Dst = base::JoinPath(named.folder, base::SplitPath(*place).name, named.extension);
@@ -208,7 +210,7 @@ Step NameOutput(CutFile& file) {
   PredictTarget(file);
   // Cutting an overwritten source again would cut its cut.
   const std::string output = ResultPath(file);
-  if (file.run.ledger.WroteFrom(output, file.listedPath)) return PassOver(file, "与列表中前面的文件相同，本次已处理");
+  if (file.run.ledger.WroteFrom(output, file.listedPath)) return PassOver(file, kListedBefore);
   if (OthersWouldCutIt(file)) {
     return Fail(file,
                 "结果不用原文件的名字，由几个进程分担时会被当作原文件再裁一次，已跳过：请按文件名列出它，"

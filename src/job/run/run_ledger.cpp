@@ -159,12 +159,12 @@ bool RunLedger::IsTaken(const std::string& source, const std::string& output) co
 }
 
 // Returns "<name>(<number>).<extension>" in the same folder, with the first number from 2 of which there is no file, or
-// only one that a killed part of the run has made from the same source.
+// only one that this run, or a killed part of it, has made from the same source.
 std::string RunLedger::FreeName(const std::string& source, const std::string& output) {
   const base::PathParts parts = base::SplitPath(output);
   for (std::size_t number = 2;; ++number) {
     std::string free = base::JoinPath(parts.folder, parts.name + "(" + std::to_string(number) + ")", parts.extension);
-    const bool own = besideRecords_.of && besideRecords_.of(free) == source;
+    const bool own = WroteFrom(free, source) || (besideRecords_.of && besideRecords_.of(free) == source);
     if (!own && context_.host.files.Stat(free)) continue;
     if (besideRecords_.note) {
       besideRecords_.note(source, free);

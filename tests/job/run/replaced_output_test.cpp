@@ -203,6 +203,16 @@ TEST_F(ExistingOutputTest, ADecisionBeforehandIsNotAskedFor) {
   EXPECT_EQ(OutNames(), (std::vector<std::string>{"a(2).jpg", "a.jpg"}));
 }
 
+TEST_F(ExistingOutputTest, ASourceThatIsListedTwiceIsCutOnceBesideAKeptFile) {
+  program.onExisting = OnExisting::Rename;
+  Own("a.jpg");
+  const std::string source = Make("a.png");
+  Cut({source, Make("b.png"), source});
+  EXPECT_EQ(Totals().written, 2u) << Whys();
+  EXPECT_EQ(Why(3), "与列表中前面的文件相同，本次已处理");
+  EXPECT_EQ(OutNames(), (std::vector<std::string>{"a(2).jpg", "a.jpg", "b.jpg"}));
+}
+
 // The name beside a kept file may be the one that a later source gets.
 TEST_F(ExistingOutputTest, AResultThatGotTheNameOfALaterOneIsKeptToo) {
   program.onExisting = OnExisting::Rename;
