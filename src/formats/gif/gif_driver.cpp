@@ -19,16 +19,6 @@ using host::Status;
 // another one.
 constexpr const char* kPalette = "paletten.png";
 
-bool Inside(const base::Rect& rect, base::Size picture) {
-  return rect.left >= 0 && rect.top >= 0 && rect.width <= picture.width - rect.left &&
-         rect.height <= picture.height - rect.top;
-}
-
-std::string OutsideText(const base::Rect& rect, base::Size picture) {
-  return "裁剪框超出图片（左 " + std::to_string(rect.left) + "，上 " + std::to_string(rect.top) + "，大小 " +
-         base::SizeText({rect.width, rect.height}) + "，图片 " + base::SizeText(picture) + "），请检查裁剪参数";
-}
-
 // Removes what an earlier file has left under the name. A folder there is none of the program's.
 Status ClearWorkFile(host::Files& files, const std::string& path) {
   if (!files.IsFolder(path)) return files.RemoveOwn(path);
@@ -59,7 +49,7 @@ std::string GifCut::FitRectangle(job::CutFile& file) const {
     return rect.Empty() ? job::kFrameTheLogoText : "";
   }
   if (std::string why = job::NothingToCutText(rect, picture); !why.empty()) return why;
-  return Inside(rect, picture) ? "" : OutsideText(rect, picture);
+  return job::OutsideText(rect, picture);
 }
 
 Status GifCut::CutPicture(job::CutFile& file, std::string& made) {

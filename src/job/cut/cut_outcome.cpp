@@ -82,6 +82,8 @@ Turned Cut(const CutSettings& settings, const TurnedPicture& picture, CutOutcome
   outcome.cut = RectangleOfMode(settings.mode, settings.geometry, picture.size, picture.pass);
   outcome.why = NothingToCutText(outcome.cut, picture.size);
   if (settings.logoOnly && !outcome.why.empty()) outcome.why = kFrameTheLogoText;
+  const bool frames = settings.mode == CutMode::Gif && !settings.logoOnly;
+  if (frames && outcome.why.empty()) outcome.why = OutsideText(outcome.cut, picture.size);
   if (!outcome.why.empty() || settings.logoOnly) return Turned::No;
   base::Size size{outcome.cut.width, outcome.cut.height};
   const bool restored = picture.angle != 0 && settings.restore;
@@ -141,6 +143,14 @@ std::string NothingToCutText(const base::Rect& cut, base::Size picture) {
   return why.empty() ? why : why + "，请检查裁剪参数";
 }
 
+std::string OutsideText(const base::Rect& cut, base::Size picture) {
+  const bool inside =
+      cut.left >= 0 && cut.top >= 0 && cut.width <= picture.width - cut.left && cut.height <= picture.height - cut.top;
+  if (inside) return {};
+  return "裁剪框超出图片（左 " + std::to_string(cut.left) + "，上 " + std::to_string(cut.top) + "，大小 " +
+         base::SizeText({cut.width, cut.height}) + "，图片 " + base::SizeText(picture) + "），请检查裁剪参数";
+}
+
 std::string SplitFailure(const CutSettings& settings, base::Size cut) {
   if (settings.columns <= cut.width && settings.rows <= cut.height) return {};
   return "裁剪后的图片为 " + base::SizeText(cut) + " 像素，分不成 " + std::to_string(settings.columns) + " 列 " +
@@ -150,7 +160,7 @@ std::string SplitFailure(const CutSettings& settings, base::Size cut) {
 CutOutcome OutcomeOf(const CutSettings& settings, const SourceFacts& source) {
   if (source.size.Empty()) return None(WholePicture(source.size), "图片的宽或高为 0");
   if (TooSmall(source.size, settings.smallest)) return None(WholePicture(source.size), TooSmallText(settings.smallest));
-  if (ReplacesSource(settings) && source.pages.Several()) {
+  if (ReplacesPages(settings) && source.pages.Several()) {
     return None(WholePicture(source.size), source.pages.Refusal());
   }
   if (settings.frameOnly) return OutcomeOfTurned(settings, source, {source.size});

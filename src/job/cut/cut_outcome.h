@@ -54,8 +54,11 @@ std::optional<base::Size> SizeBeforeCut(const CutSettings& settings, base::Size 
 double AngleOfCut(const CutSettings& settings, double restoreAngle, base::Size picture);
 // Returns the size to which ChExact or ChCutAndZoom scales a cut of that size; nothing if the size does not change.
 std::optional<base::Size> SizeAfterCut(const CutSettings& settings, base::Size cut);
-// Returns whether the result replaces its source, with all pages of it. The pieces of a split lie beside it.
-inline bool ReplacesSource(const CutSettings& settings) { return settings.over && !settings.split; }
+// Returns whether the first page alone replaces its source, with all pages of it. The pieces of a split lie beside it,
+// and the gif mode cuts every frame.
+inline bool ReplacesPages(const CutSettings& settings) {
+  return settings.over && !settings.split && settings.mode != CutMode::Gif;
+}
 // Returns the first pixel of part `index`, of `count` parts along a side; for index = count the end of the side. The
 // lengths of the parts differ by at most one pixel.
 int PartBegin(int side, int index, int count);
@@ -71,6 +74,8 @@ void PlaceInBorder(const CutSettings& settings, const Board& board, Turned turne
 // to be outside a picture without area.
 std::string NothingToCutText(const base::Rect& cut, base::Size picture);
 inline constexpr const char* kFrameTheLogoText = "请在预览中框选要去掉的图标";
+// Returns "" if the rectangle lies wholly in the picture. The frames of a gif have no white to fill up with.
+std::string OutsideText(const base::Rect& cut, base::Size picture);
 // Returns "" if a cut of that size can be split as the settings say.
 std::string SplitFailure(const CutSettings& settings, base::Size cut);
 inline constexpr const char* kNoBorderText = "仅边框模式没有启用“裁剪后加边框”，没有输出";

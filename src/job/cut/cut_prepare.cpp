@@ -140,7 +140,7 @@ Step KeepPages(CutFile& file) {
   if (!CanHoldSeveral(file.format)) return Step::Next;
   PagesOfFile pages;
   const host::Status counted = CountPages(file.program.images, file.listedPath, file.format, pages);
-  if (!ReplacesSource(file.settings)) {
+  if (!ReplacesPages(file.settings)) {
     AddNote(file.result.why, pages.Note());
     return Step::Next;
   }

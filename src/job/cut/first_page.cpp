@@ -27,7 +27,7 @@ const char* ModeText(Format format) {
 }
 
 // A file whose structure is damaged counts as one page.
-host::Status UnlessDamaged(host::Status counted) {
+host::Status UnlessDamaged(const host::Status& counted) {
   const host::Problem problem = counted.GetProblem();
   const bool damaged = problem == host::Problem::Damaged || problem == host::Problem::Unsupported;
   return damaged ? host::Status::Ok() : counted;

@@ -4,15 +4,16 @@
 
 #include "base/path_text.h"
 #include "job/program.h"
+#include "job/settings/mode_rectangle.h"
 
 namespace quillon::job {
 namespace {
 
 ForeseenList::By DecidedBy(const Program& program, const CutSettings& settings) {
-  const bool normal = Selected<CutMode>(program.form1.CmbCutMode) == CutMode::Normal;
+  const bool foreseen = settings.mode == CutMode::Normal || CutsOnly(settings.mode);
   const bool regions = program.flags.AdvancedOptionsLoaded && program.fBaseOpt.ChMulCut.On();
   // A run in large-capacity mode cuts the input folder and not the list.
-  if (!normal || regions || program.flags.LargeCapacityMode) return ForeseenList::By::Others;
+  if (!foreseen || regions || program.flags.LargeCapacityMode) return ForeseenList::By::Others;
   return settings.manual && !settings.frameOnly ? ForeseenList::By::Hand : ForeseenList::By::Settings;
 }
 
@@ -39,7 +40,7 @@ void ForeseenList::CountAnew() {
 }
 
 bool ForeseenList::PagesMatter(const FileRow& file) const {
-  return by_ == By::Settings && ReplacesSource(settings_) && NamedAsSeveral(file.extension);
+  return by_ == By::Settings && ReplacesPages(settings_) && NamedAsSeveral(file.extension);
 }
 
 std::vector<std::string> ForeseenList::Unread() const {

@@ -15,8 +15,9 @@ namespace quillon::job {
 class Program;
 struct FileRow;
 
-// What a normal cut with the present settings makes of the rows of the file list. It is computed when it is asked for,
-// and the count goes over the list in portions, so that a list of any length never blocks the window for long.
+// What a normal cut, or a cut in mode 1 or 2, with the present settings makes of the rows of the file list. It is
+// computed when it is asked for, and the count goes over the list in portions, so that a list of any length never
+// blocks the window for long.
 //
 // Reads no file. If results replace their sources, it matters how many pages a tif, gif or png has: the caller counts
 // them (Unread, FindPages) and hands them over (Learn). A file counts as one page until then.

@@ -261,5 +261,22 @@ TEST(CutOutcome, NamesThePictureThatIsCut) {
   EXPECT_EQ(outcome.dpi, 72);
 }
 
+TEST(OutsideText, NamesARectangleThatReachesOutOfThePicture) {
+  EXPECT_EQ(OutsideText({0, 0, 40, 30}, {40, 30}), "");
+  EXPECT_EQ(OutsideText({1, 0, 40, 30}, {40, 30}),
+            "裁剪框超出图片（左 1，上 0，大小 40x30，图片 40x30），请检查裁剪参数");
+  EXPECT_NE(OutsideText({0, -1, 40, 30}, {40, 30}), "");
+  CutSettings settings;
+  settings.geometry.ChCutA = true;
+  settings.geometry.ChAsFramed = true;
+  settings.geometry.ChFixCut = true;
+  settings.geometry.FixW = 50;
+  settings.geometry.FixH = 10;
+  settings.mode = CutMode::Gif;
+  const CutOutcome outcome = OutcomeOf(settings, {{40, 30}});
+  EXPECT_EQ(outcome.why, OutsideText(outcome.cut, {40, 30}));
+  EXPECT_NE(outcome.why, "");
+}
+
 }  // namespace
 }  // namespace quillon::job

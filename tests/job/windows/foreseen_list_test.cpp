@@ -59,6 +59,23 @@ TEST_F(ForeseenListTest, LeavesToOthersWhatTheyDecide) {
   EXPECT_EQ(foreseen_.WithoutFile(), 0U);
 }
 
+TEST_F(ForeseenListTest, KnowsTheRulesOfGifsAndPngs) {
+  WriteApp("CutMedia.dll");
+  List(4);
+  Put("TCutValue(0)", "15");
+  Put("TCutValue(3)", "0");
+  Put("CmbCutMode", "1");
+  foreseen_.Restart();
+  EXPECT_EQ(foreseen_.DecidedBy(), ForeseenList::By::Settings);
+  EXPECT_EQ(foreseen_.Of(0)->why.find("裁剪框的宽或高小于 1 像素"), 0U) << foreseen_.Of(0)->why;
+  EXPECT_EQ(foreseen_.Of(1)->size, (base::Size{5, 20})) << "an odd side at the edge stays";
+  EXPECT_TRUE(foreseen_.CountMore(10));
+  EXPECT_EQ(foreseen_.WithoutFile(), 1U);
+  Put("CmbCutMode", "2");
+  foreseen_.Restart();
+  EXPECT_EQ(foreseen_.Of(2)->size, (base::Size{15, 30}));
+}
+
 TEST_F(ForeseenListTest, SaysNothingOfTheListIfTheFolderIsCut) {
   List(2);
   Put("ChBig", "1");
